@@ -1,0 +1,190 @@
+#include "rebreak_patch.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "polyline.h"
+#include "rebreak_kernels.h"
+
+namespace velmora {
+
+namespace {
+
+std::size_t sizeOf(std::int32_t count) { return static_cast<std::size_t>(std::max(count, 0)); }
+
+/// Three parallel coordinate arrays, the working form of the kernels.
+struct Coordinates {
+    std::vector<double> x;
+    std::vector<double> y;
+    std::vector<double> z;
+
+    void clear() {
+        x.clear();
+        y.clear();
+        z.clear();
+    }
+    void add(const zVec<double>& p) {
+        x.push_back(p.x);
+        y.push_back(p.y);
+        z.push_back(p.z);
+    }
+    void fill(std::size_t count, const zVec<double>& p) {
+        x.assign(count, p.x);
+        y.assign(count, p.y);
+        z.assign(count, p.z);
+    }
+    zVec<double> at(std::size_t i) const { return {x[i], y[i], z[i]}; }
+};
+
+/// Running chord length along a curve, of which point i is given by `pointAt(i)`.
+template <class PointAt>
+std::vector<double> runningLength(std::size_t count, PointAt pointAt) {
+    std::vector<double> length(count, 0.0);
+    for (std::size_t i = 1; i < count; ++i) {
+        const zVec<double> chord = pointAt(i) - pointAt(i - 1);
+        length[i] = length[i - 1] + std::sqrt(dot(chord, chord));
+    }
+    return length;
+}
+
+/// Re-spaces one stretch after the other by one law, in arrays that are used again.
+class StretchRebreaker {
+public:
+    StretchRebreaker(const RebreakLaw& law, std::vector<double> measuredLaw)
+        : law_(law), measured_(std::move(measuredLaw)) {
+        // The law covers every output: past the measured curve it stays at its end.
+        const double end = measured_.empty() ? 0.0 : measured_.back();
+        measured_.resize(std::max(measured_.size(), sizeOf(law.newCount)), end);
+    }
+
+    void clear() { in_.clear(); }
+    void add(const zVec<double>& point) { in_.add(point); }
+    zVec<double> output(std::size_t i) const { return out_.at(i); }
+
+    /// Fills the outputs from the points added, of which there are at least two.
+    void run() {
+        auto count = static_cast<std::int32_t>(in_.x.size());
+        // Outputs that a kernel does not reach lie on the end of the stretch.
+        out_.fill(sizeOf(law_.newCount), in_.at(in_.x.size() - 1));
+        if (count > 3) {
+            RemoveCoincidentPoints(in_.x.data(), in_.y.data(), in_.z.data(), count);
+        }
+        if (law_.fitToLawCurve) {
+            scratchLaw_ = measured_; // the kernel changes it in place
+        }
+        if (law_.spline) {
+            SplineRebreakLaw(in_.x.data(), in_.y.data(), in_.z.data(), count, out_.x.data(), out_.y.data(),
+                             out_.z.data(), law_.newCount, law_.exactness,
+                             law_.fitToLawCurve ? lawPrescribed : lawCompression, law_.compression,
+                             scratchLaw_.data());
+        } else if (law_.fitToLawCurve) {
+            LinearRebreakLaw(in_.x.data(), in_.y.data(), in_.z.data(), count, out_.x.data(), out_.y.data(),
+                             out_.z.data(), law_.newCount, scratchLaw_.data());
+        } else {
+            LinearRebreak(in_.x.data(), in_.y.data(), in_.z.data(), count, out_.x.data(), out_.y.data(),
+                          out_.z.data(), law_.newCount, law_.compression);
+        }
+    }
+
+private:
+    const RebreakLaw& law_;
+    std::vector<double> measured_;
+    std::vector<double> scratchLaw_;
+    Coordinates in_;
+    Coordinates out_;
+};
+
+/// Cuts the range of curves to the `count` curves that there are.
+void cutCurves(RebreakLaw& law, std::int32_t count) {
+    law.firstCurve = std::max(law.firstCurve, 0);
+    law.lastCurve = std::min(law.lastCurve, count);
+    law.lawCurve = std::clamp(law.lawCurve, 0, std::max(count - 1, 0));
+}
+
+void cutStretchToSection(RebreakLaw& law, std::int32_t points) {
+    if (law.firstPoint > points) {
+        law.firstPoint = std::max(points - 1, 1);
+    }
+    law.lastPoint = std::min(law.lastPoint, points);
+}
+
+} // namespace
+
+void rebreakSections(Patch& patch, RebreakLaw& law) {
+    cutCurves(law, countOf(patch));
+    if (law.firstCurve >= law.lastCurve || law.newCount < 2) {
+        return;
+    }
+    // The law and the tail's bound are those of the captured section as it was.
+    const PointList& lawSection = patch[sizeOf(law.lawCurve)];
+    const std::size_t tailBound = lawSection.size();
+    StretchRebreaker rebreaker(law,
+                               runningLength(lawSection.size(), [&](std::size_t i) { return lawSection[i]; }));
+    PointList rebuilt;
+    for (std::int32_t n = law.firstCurve; n < law.lastCurve; ++n) {
+        PointList& section = patch[sizeOf(n)];
+        cutStretchToSection(law, countOf(section));
+        if (law.lastPoint - law.firstPoint + 1 < 2) {
+            continue;
+        }
+        const auto first = sizeOf(law.firstPoint - 1);
+        const auto behind = sizeOf(law.lastPoint);
+        rebreaker.clear();
+        std::for_each(section.begin() + law.firstPoint - 1, section.begin() + law.lastPoint,
+                      [&](const zVec<double>& p) { rebreaker.add(p); });
+        rebreaker.run();
+        const std::size_t tailEnd = std::max(std::min(tailBound, section.size()), behind);
+        rebuilt.clear();
+        rebuilt.reserve(first + sizeOf(law.newCount) + (tailEnd - behind));
+        rebuilt.insert(rebuilt.end(), section.begin(), section.begin() + law.firstPoint - 1);
+        for (std::size_t i = 0; i < sizeOf(law.newCount); ++i) {
+            rebuilt.push_back(rebreaker.output(i));
+        }
+        rebuilt.insert(rebuilt.end(), section.begin() + law.lastPoint,
+                       section.begin() + static_cast<std::ptrdiff_t>(tailEnd));
+        section.swap(rebuilt);
+    }
+}
+
+void rebreakLines(Patch& patch, RebreakLaw& law) {
+    const std::int32_t sections = countOf(patch);
+    const std::int32_t lines = lineCount(patch);
+    cutCurves(law, lines);
+    law.firstPoint = std::clamp(law.firstPoint, 1, std::max(sections, 1));
+    law.lastPoint = std::min(law.lastPoint, sections);
+    if (law.firstCurve >= law.lastCurve || law.newCount < 2 || law.lastPoint - law.firstPoint + 1 < 2 ||
+        regularityOf({patch}) != Regularity::Regular) {
+        return;
+    }
+    const auto lawLine = sizeOf(law.lawCurve);
+    StretchRebreaker rebreaker(
+        law, runningLength(patch.size(), [&](std::size_t n) { return patch[n][lawLine]; }));
+
+    const PointList blank(sizeOf(lines), patch.front().front());
+    Patch rebuilt(patch.begin(), patch.begin() + law.firstPoint - 1);
+    rebuilt.insert(rebuilt.end(), sizeOf(law.newCount), blank);
+    rebuilt.insert(rebuilt.end(), patch.begin() + law.lastPoint, patch.end());
+
+    const auto first = sizeOf(law.firstPoint - 1);
+    const auto behind = sizeOf(law.lastPoint);
+    for (std::int32_t line = 0; line < lines; ++line) {
+        const auto j = sizeOf(line);
+        if (line < law.firstCurve || line >= law.lastCurve) {
+            for (std::size_t s = first; s < std::min(behind, rebuilt.size()); ++s) {
+                rebuilt[s][j] = patch[s][j];
+            }
+            continue;
+        }
+        rebreaker.clear();
+        for (std::size_t s = first; s < behind; ++s) {
+            rebreaker.add(patch[s][j]);
+        }
+        rebreaker.run();
+        for (std::size_t i = 0; i < sizeOf(law.newCount); ++i) {
+            rebuilt[first + i][j] = rebreaker.output(i);
+        }
+    }
+    patch.swap(rebuilt);
+}
+
+} // namespace velmora

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+
+namespace velmora {
+
+/// As `SplineMoments`, but on arrays that stay where they are: writes only the n second derivatives.
+void BandMoments(std::int32_t n, const double* t, const double* y, double* momentsOut, std::int32_t capacity);
+
+/// Value, first and second derivative at the parameter s of the spline through (t[i], y[i]), i from 0 to n-1, with the
+/// moments from `BandMoments`.
+///
+/// s belongs to the first interval that ends at or behind it, to the last one if there is none. One point gives its
+/// value and no slope or curvature; with no point nothing is written. Linear in n.
+void BandSplineAt(std::int32_t n, const double* t, const double* y, const double* moments, double s, double& value,
+                  double& slope, double& curvature);
+
+/// The spline of least bending that stays in the band y[i] plus or minus halfWidth[i] at each of the n parameters t[i].
+///
+/// The values of that spline at t go to `out`, which may be the same array as `y`. A point with a half-width not above
+/// `bandFreeTolerance` keeps its value. The pinned points, of which at most `capacity` are held, are the spline's
+/// knots. The first and the last of them stay pinned whatever their half-width; points that found no room among them
+/// are neither knots nor moved. With no pinned point at all nothing pulls at the others, and they too stay where they
+/// are.
+///
+/// Returns 0 when it ended without pinning any point on the way, otherwise 1. At most eleven passes, each of n log n or
+/// better.
+int FitSplineInBand(std::int32_t n, const double* t, const double* y, const double* halfWidth, double* out,
+                    std::int32_t capacity);
+
+} // namespace velmora

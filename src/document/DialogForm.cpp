@@ -1,0 +1,223 @@
+#include "DialogForm.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace velmora {
+
+namespace {
+
+/// The whole of `text` as a number, or none. A leading "+" is allowed, as people type it.
+template <class Number>
+std::optional<Number> parseNumber(std::string_view text) {
+    if (!text.empty() && text.front() == '+') {
+        text.remove_prefix(1);
+        if (!text.empty() && text.front() == '-') {
+            return std::nullopt;
+        }
+    }
+    Number number{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size()) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+std::string rangeMessage(const DialogField& field) {
+    std::string text = field.kind == FieldKind::Real ? "Please enter a number" : "Please enter an integer";
+    if (field.minimum && field.maximum) {
+        text += " between " + numberText(*field.minimum) + " and " + numberText(*field.maximum);
+    }
+    return text + ".";
+}
+
+bool inRange(const DialogField& field, double number) {
+    // Written so that a value that is not a number fails a field that has a range.
+    return (!field.minimum || number >= *field.minimum) && (!field.maximum || number <= *field.maximum);
+}
+
+double numberOf(const DialogField& field) {
+    if (const auto* integer = std::get_if<std::int32_t*>(&field.value)) {
+        return **integer;
+    }
+    if (const auto* real = std::get_if<double*>(&field.value)) {
+        return **real;
+    }
+    return **std::get_if<bool*>(&field.value) ? 1.0 : 0.0;
+}
+
+DialogRefusal refuse(const DialogField& field, std::string message) { return {std::move(message), field.key}; }
+
+std::optional<DialogRefusal> storeNumber(DialogField& field, std::string_view text) {
+    if (field.kind == FieldKind::Real) {
+        const auto number = parseNumber<double>(text);
+        if (!number || !std::isfinite(*number) || !inRange(field, *number)) {
+            return refuse(field, rangeMessage(field));
+        }
+        **std::get_if<double*>(&field.value) = *number;
+        return std::nullopt;
+    }
+    const auto number = parseNumber<std::int32_t>(text);
+    if (!number || !inRange(field, *number)) {
+        return refuse(field, rangeMessage(field));
+    }
+    **std::get_if<std::int32_t*>(&field.value) = *number;
+    return std::nullopt;
+}
+
+std::optional<DialogRefusal> storeChoice(DialogField& field, std::string_view text) {
+    const auto number = parseNumber<std::int32_t>(text);
+    if (!number || *number < 1 || *number > static_cast<std::int32_t>(field.choices.size())) {
+        return refuse(field, "Please choose from 1 to " + std::to_string(field.choices.size()) + ".");
+    }
+    const auto index = static_cast<std::size_t>(*number - 1);
+    if (!field.choiceOn[index]) {
+        return refuse(field, "The choice \"" + field.choices[index] + "\" is off.");
+    }
+    **std::get_if<std::int32_t*>(&field.value) = *number;
+    return std::nullopt;
+}
+
+std::optional<DialogRefusal> storeCheck(DialogField& field, std::string_view text) {
+    if (text != "0" && text != "1") {
+        return refuse(field, "Please enter 0 or 1.");
+    }
+    **std::get_if<bool*>(&field.value) = text == "1";
+    return std::nullopt;
+}
+
+} // namespace
+
+DialogField* DialogForm::find(std::string_view key) {
+    for (DialogField& field : fields) {
+        if (field.key == key) {
+            return &field;
+        }
+    }
+    return nullptr;
+}
+
+const DialogField* DialogForm::find(std::string_view key) const {
+    for (const DialogField& field : fields) {
+        if (field.key == key) {
+            return &field;
+        }
+    }
+    return nullptr;
+}
+
+DialogField integerField(std::string key, std::string label, std::int32_t& value, std::optional<double> minimum,
+                         std::optional<double> maximum) {
+    DialogField field;
+    field.key = std::move(key);
+    field.label = std::move(label);
+    field.kind = FieldKind::Integer;
+    field.value = &value;
+    field.minimum = minimum;
+    field.maximum = maximum;
+    return field;
+}
+
+DialogField realField(std::string key, std::string label, double& value, std::optional<double> minimum,
+                      std::optional<double> maximum) {
+    DialogField field;
+    field.key = std::move(key);
+    field.label = std::move(label);
+    field.kind = FieldKind::Real;
+    field.value = &value;
+    field.minimum = minimum;
+    field.maximum = maximum;
+    return field;
+}
+
+DialogField checkField(std::string key, std::string label, bool& value) {
+    DialogField field;
+    field.key = std::move(key);
+    field.label = std::move(label);
+    field.kind = FieldKind::Check;
+    field.value = &value;
+    return field;
+}
+
+DialogField radioField(std::string key, std::int32_t& value, std::vector<std::string> choices) {
+    DialogField field;
+    field.key = std::move(key);
+    field.kind = FieldKind::Radio;
+    field.value = &value;
+    field.choiceOn.assign(choices.size(), true);
+    field.choices = std::move(choices);
+    return field;
+}
+
+DialogField inGroup(DialogField field, std::string group) {
+    field.group = std::move(group);
+    return field;
+}
+
+DialogField shownOnly(DialogField field) {
+    field.readOnly = true;
+    return field;
+}
+
+void openDialog(DialogForm& form) {
+    if (form.refresh) {
+        form.refresh(form, "");
+    }
+}
+
+std::optional<DialogRefusal> setField(DialogForm& form, std::string_view key, std::string_view text) {
+    DialogField* field = form.find(key);
+    if (field == nullptr) {
+        return DialogRefusal{"The dialog has no field \"" + std::string(key) + "\".", std::string(key)};
+    }
+    if (field->readOnly) {
+        return refuse(*field, "The field is read-only.");
+    }
+    if (!field->on) {
+        return refuse(*field, "The field is off.");
+    }
+    std::optional<DialogRefusal> refusal;
+    switch (field->kind) {
+    case FieldKind::Check:
+        refusal = storeCheck(*field, text);
+        break;
+    case FieldKind::Radio:
+        refusal = storeChoice(*field, text);
+        break;
+    case FieldKind::Integer:
+    case FieldKind::Real:
+        refusal = storeNumber(*field, text);
+        break;
+    }
+    if (!refusal && form.refresh) {
+        form.refresh(form, key);
+    }
+    return refusal;
+}
+
+std::optional<DialogRefusal> acceptDialog(DialogForm& form) {
+    for (const DialogField& field : form.fields) {
+        const bool isNumber = field.kind == FieldKind::Integer || field.kind == FieldKind::Real;
+        if (isNumber && field.on && !field.readOnly && !inRange(field, numberOf(field))) {
+            return refuse(field, rangeMessage(field));
+        }
+    }
+    return form.confirm ? form.confirm(form) : std::nullopt;
+}
+
+std::string numberText(double value) {
+    std::array<char, 32> buffer{};
+    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    return error == std::errc() ? std::string(buffer.data(), end) : std::string();
+}
+
+std::string fieldText(const DialogField& field) {
+    if (field.kind == FieldKind::Real) {
+        return numberText(numberOf(field));
+    }
+    return std::to_string(static_cast<std::int64_t>(numberOf(field)));
+}
+
+} // namespace velmora

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "MouseMode.h"
+
+namespace velmora {
+
+/// What the document needs of a view. The document calls it after each change; the view reads the document itself.
+class DocumentView {
+public:
+    DocumentView() = default;
+    DocumentView(const DocumentView&) = delete;
+    DocumentView& operator=(const DocumentView&) = delete;
+    virtual ~DocumentView() = default;
+
+    /// The geometry or how it is shown changed: build its picture anew and repaint.
+    virtual void onRedraw() = 0;
+    /// The model's box changed: reset mouse mode, centre, projection and transform, build the picture, repaint.
+    virtual void onBoundsChanged() = 0;
+    /// Takes a mode; the mode that is on already toggles back to what the active regime needs.
+    virtual void setMouseMode(MouseMode mode) = 0;
+    /// Takes a mode in any case.
+    virtual void forceMouseMode(MouseMode mode) = 0;
+    /// Back to the idle mode: ModeNone, the arrow, a free cursor.
+    virtual void resetMouseMode() = 0;
+};
+
+} // namespace velmora

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace velmora {
+
+struct DialogForm;
+
+/// The captions of file choosers; Save As, New and Export choose a file to write.
+enum class ChooserMode { SaveAs, New, Open, Append, Import, Export };
+
+/// "Save As", "New", "Open", "Append", "Import", "Export".
+const char* captionOf(ChooserMode mode);
+
+/// True for the modes that choose a single file to write.
+bool choosesFileToWrite(ChooserMode mode);
+
+/// One type that a chooser offers.
+struct FileType {
+    std::string extension; ///< bare, lower case: "apt"
+    std::string typeName;  ///< shown before the pattern: "Geometry"
+};
+
+/// What a command wants of a file chooser.
+struct FileRequest {
+    ChooserMode mode = ChooserMode::Open;
+    bool multiple = false;
+    std::vector<FileType> types;
+    /// Proposed file and folder; empty for none.
+    std::filesystem::path proposed;
+    /// The id of the command that asks: a chooser remembers the filter used last for each.
+    std::string command;
+};
+
+/// Whatever a person sees or answers outside the view. The window, the batch front end and the tests implement it.
+/// Every call that asks returns when the answer is there; nothing here changes the document.
+class UserInterface {
+public:
+    UserInterface() = default;
+    UserInterface(const UserInterface&) = delete;
+    UserInterface& operator=(const UserInterface&) = delete;
+    virtual ~UserInterface() = default;
+
+    /// A box with OK.
+    virtual void showMessage(const std::string& text) = 0;
+    /// A box with Yes and No; true for Yes.
+    virtual bool ask(const std::string& text) = 0;
+    /// The message pane of the status line.
+    virtual void showStatus(const std::string& text) = 0;
+    /// The document's title.
+    virtual void showTitle(const std::string& title) = 0;
+    /// Shows the form modally until OK is accepted or Cancel pressed; true for OK.
+    virtual bool showDialog(DialogForm& form) = 0;
+    /// The paths chosen, in the chooser's order; empty when it was cancelled.
+    virtual std::vector<std::filesystem::path> chooseFiles(const FileRequest& request) = 0;
+    /// The wait cursor; calls nest.
+    virtual void setBusy(bool busy) = 0;
+    /// How far a long piece of work is, 0 to 1; the bar goes away with the wait cursor.
+    virtual void showProgress(double fraction) = 0;
+    /// Puts a path on top of the list of recent files.
+    virtual void addRecentFile(const std::filesystem::path& path) = 0;
+};
+
+/// The wait cursor for the life of the object.
+class BusyScope {
+public:
+    explicit BusyScope(UserInterface& ui) : ui_(ui) { ui_.setBusy(true); }
+    BusyScope(const BusyScope&) = delete;
+    BusyScope& operator=(const BusyScope&) = delete;
+    ~BusyScope() { ui_.setBusy(false); }
+
+private:
+    UserInterface& ui_;
+};
+
+} // namespace velmora

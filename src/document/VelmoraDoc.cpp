@@ -1,0 +1,208 @@
+#include "VelmoraDoc.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "path_names.h"
+#include "status_texts.h"
+
+namespace velmora {
+
+namespace {
+
+/// Where the running box of a model starts: the largest single-precision number.
+constexpr double boxStart = 3.4028234663852886e38;
+/// modelRadius as a fraction of the box diagonal.
+constexpr double radiusOfDiagonal = 0.525;
+
+} // namespace
+
+VelmoraDoc::VelmoraDoc(UserInterface& userInterface, std::filesystem::path documentsFolder)
+    : ui_(userInterface), documentsFolder_(std::move(documentsFolder)) {
+    blockList.fill(-1);
+}
+
+void VelmoraDoc::detachView(DocumentView& view) {
+    views_.erase(std::remove(views_.begin(), views_.end(), &view), views_.end());
+}
+
+void VelmoraDoc::ShowStatus(const std::string& text) {
+    status = text;
+    ui_.showStatus(text);
+}
+
+void VelmoraDoc::showIdlePrompt() {
+    if (!pointRegimeActive() && !curveRegimeActive() && !patchRegimeActive()) {
+        ShowStatus(idlePrompt);
+    }
+}
+
+std::vector<std::string> VelmoraDoc::dialogNames() {
+    return {"Cduplicate", "CRebreak",  "CInputPatch",  "CInputSection", "CInputLine",
+            "CFeatures",  "CBeforeAfter", "dlgEditPoint", "dlgViewing"};
+}
+
+std::optional<DialogForm> VelmoraDoc::storedDialog(std::string_view name) {
+    DialogForm forms[] = {describe(duplicateValues),    describe(rebreakValues),     describe(inputPatchValues),
+                          describe(inputSectionValues), describe(inputLineValues),   describe(featuresValues),
+                          describe(beforeAfterValues),  describe(editPointValues),   describe(viewingValues)};
+    for (DialogForm& form : forms) {
+        if (form.name == name) {
+            return std::move(form);
+        }
+    }
+    return std::nullopt;
+}
+
+void VelmoraDoc::setMouseMode(MouseMode mode) {
+    for (DocumentView* view : views_) {
+        view->setMouseMode(mode);
+    }
+}
+
+void VelmoraDoc::forceMouseMode(MouseMode mode) {
+    for (DocumentView* view : views_) {
+        view->forceMouseMode(mode);
+    }
+}
+
+void VelmoraDoc::resetMouseMode() {
+    for (DocumentView* view : views_) {
+        view->resetMouseMode();
+    }
+}
+
+void VelmoraDoc::redraw() {
+    for (DocumentView* view : views_) {
+        view->onRedraw();
+    }
+    // The innermost regime comes last and wins, over a running view mode too.
+    if (patchCaptured) {
+        setMouseMode(ModePatch);
+    }
+    if (sectionCaptured) {
+        setMouseMode(ModeSection);
+    }
+    if (lineCaptured) {
+        setMouseMode(ModeLine);
+    }
+    if (pointCaptured) {
+        setMouseMode(ModePoint);
+    }
+    if (freePointHeld) {
+        setMouseMode(ModePoint);
+        if (!pointCaptured) {
+            setMouseMode(ModeLine);
+        }
+    }
+}
+
+void VelmoraDoc::updateBounds() {
+    boxMin = {boxStart, boxStart, boxStart};
+    boxMax = {-boxStart, -boxStart, -boxStart};
+    if (structureKind == "non") {
+        return;
+    }
+    if (structureKind == "str") {
+        patchBounds(patches, boxMin, boxMax);
+    }
+    modelCenter = (boxMin + boxMax) * 0.5;
+    const zVec<double> diagonal = boxMax - boxMin;
+    modelRadius = radiusOfDiagonal * std::sqrt(dot(diagonal, diagonal));
+    for (DocumentView* view : views_) {
+        view->onBoundsChanged();
+    }
+}
+
+void VelmoraDoc::setKinds(const char* structure, const char* file, const char* second) {
+    structureKind = structure;
+    fileKind = file;
+    secondKind = second;
+}
+
+void VelmoraDoc::setTitle(const std::string& title) {
+    if (documentTitle != title) {
+        documentTitle = title;
+        ui_.showTitle(title);
+    }
+}
+
+void VelmoraDoc::adoptPath(const std::filesystem::path& path) {
+    chosenPath = fullPath(path);
+    currentPath = lowerCase(chosenPath.string());
+    fileExtension = extensionOf(chosenPath);
+}
+
+void VelmoraDoc::takeExtension(const std::string& extension) {
+    if (extensionOf(chosenPath) != extension) {
+        chosenPath.replace_extension(extension);
+    }
+    currentDirectory = directoryOf(chosenPath);
+    setTitle(stemOf(chosenPath) + "." + extension);
+    currentPath = currentDirectory + documentTitle;
+}
+
+void VelmoraDoc::checkRegularity(const PatchList& list) {
+    bool sawRegular = false;
+    const Regularity regularity = regularityOf(list, &sawRegular);
+    if (sawRegular && fieldLoaded) {
+        fieldMode = true;
+    }
+    if (regularity != Regularity::Undecided) {
+        structureKind = "str";
+        fileKind = regularity == Regularity::Regular ? "apt" : "skl";
+    }
+}
+
+void VelmoraDoc::retitle() {
+    checkRegularity(patches);
+    if (titleWrong_) {
+        return;
+    }
+    if (fileKind == "apt") {
+        takeExtension(fieldMode ? "dat" : "apt");
+    } else if (fileKind == "skl") {
+        takeExtension("skl");
+    }
+}
+
+bool VelmoraDoc::inBlock(std::int32_t patch) const {
+    const auto end = blockList.begin() + blockCount;
+    return std::find(blockList.begin(), end, patch) != end;
+}
+
+PointList* VelmoraDoc::sectionAt(std::int32_t patch, std::int32_t section) {
+    if (patch < 0 || patch >= countOf(patches)) {
+        return nullptr;
+    }
+    Patch& sections = patches[static_cast<std::size_t>(patch)];
+    if (section < 0 || section >= countOf(sections)) {
+        return nullptr;
+    }
+    return &sections[static_cast<std::size_t>(section)];
+}
+
+zVec<double>* VelmoraDoc::pointAt(std::int32_t patch, std::int32_t section, std::int32_t point) {
+    PointList* points = sectionAt(patch, section);
+    if (points == nullptr || point < 0 || point >= countOf(*points)) {
+        return nullptr;
+    }
+    return &(*points)[static_cast<std::size_t>(point)];
+}
+
+void VelmoraDoc::RefillPointStatus(bool curveForm) {
+    pointStatus = capturedPointText(false, {capturedPatch, capturedPointSection, capturedPoint}, pickedPoint);
+    pointContinueStatus = pointStatus + pointContinueClause;
+    if (curveForm && lineCaptured) {
+        pointContinueStatus =
+            capturedPointText(true, {capturedPatch, capturedPoint, capturedPointSection}, pickedPoint) +
+            pointContinueClause;
+    }
+    if (curveForm && sectionCaptured) {
+        pointContinueStatus =
+            capturedPointText(false, {capturedPatch, capturedSection, capturedPoint}, pickedPoint) +
+            pointContinueClause;
+    }
+}
+
+} // namespace velmora

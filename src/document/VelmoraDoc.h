@@ -1,0 +1,349 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "CBeforeAfter.h"
+#include "CFeatures.h"
+#include "CRebreak.h"
+#include "Cduplicate.h"
+#include "DocumentView.h"
+#include "PatchList.h"
+#include "UserInterface.h"
+#include "dlgEditPoint.h"
+#include "dlgViewing.h"
+#include "input_dialogs.h"
+
+namespace velmora {
+
+/// The most patches that the zBlock selection can hold.
+inline constexpr std::int32_t blockCapacity = 5000;
+/// Digits behind the point of numbers in written geometry.
+inline constexpr int outputPrecision = 16;
+/// The status line when nothing else is to be said.
+inline constexpr const char* idlePrompt = "For Help, press F1";
+
+/// The one document: it owns the model, the capture state and the values of all parameter dialogs, and every command
+/// on the geometry is a method of it. A command that cannot go on says its message and returns; it never throws.
+/// Views and front ends read the fields; only the document changes geometry.
+class VelmoraDoc {
+public:
+    /// `documentsFolder` is where untitled models go.
+    VelmoraDoc(UserInterface& userInterface, std::filesystem::path documentsFolder);
+    VelmoraDoc(const VelmoraDoc&) = delete;
+    VelmoraDoc& operator=(const VelmoraDoc&) = delete;
+    ~VelmoraDoc() = default;
+
+    // ---- Geometry -------------------------------------------------------------------------------------------------
+
+    PatchList patches;          ///< the structured model, in file order
+    PatchList undoPatches;      ///< snapshot for Undo patch
+    PatchList pointUndoPatches; ///< snapshot for Undo point
+    PatchList dragPatches;      ///< the grid on which a point is dragged
+    PatchList blockClipboard;   ///< paste buffer of Block copy
+    PatchList referencePatches; ///< a second, structured geometry
+    PatchList fieldPatches;     ///< up to three field values per point, shaped like `patches`
+    PatchList interPatches;     ///< working list of Intersection
+    PointList lineBuffer;
+    PointList interLine; ///< piercing points of Intersection, with the points of each line before and after
+    PointList beforeIntersection;
+    PointList afterIntersection;
+    PointList cylinderLine;
+    PointList sftPoints; ///< marker pairs: where each stood first, and where it stands
+    PointList sftTargets;
+    PointList markers;
+
+    // ---- Kinds, paths, titles -------------------------------------------------------------------------------------
+
+    std::string structureKind = "non"; ///< "non", "str", "uns"
+    std::string fileKind = "non";      ///< "non", "apt", "skl"
+    std::string secondKind = "non";    ///< "non", "wrl"
+    std::string blockKind = "non";     ///< "apt", "skl" once the zBlock was saved
+
+    std::string currentPath;      ///< directory and title, as shown: lower case
+    std::string currentDirectory; ///< with its closing separator, lower case
+    std::string fileExtension;    ///< of the file named last, lower case, without the point
+    std::string documentTitle;
+    std::string gridPath;
+    /// The file that Save writes, spelled as the user chose it.
+    std::filesystem::path chosenPath;
+
+    // ---- Capture and selection: numbers from 0, -1 for none ----------------------------------------------------------
+
+    std::int32_t capturedPatch = -1;
+    std::int32_t capturedPointSection = -1;
+    std::int32_t capturedPoint = -1;
+    std::int32_t capturedSection = -1;
+    std::int32_t capturedLine = -1;
+    std::int32_t savedPatch = -1; ///< the same five, to go back to after Undo point
+    std::int32_t savedPointSection = -1;
+    std::int32_t savedPoint = -1;
+    std::int32_t savedSection = -1;
+    std::int32_t savedLine = -1;
+    std::int32_t patchToRemove = -1;
+    std::array<std::int32_t, blockCapacity> blockList{}; ///< the zBlock, in the order of capture
+    std::int32_t blockCount = 0;                         ///< valid entries of blockList
+
+    zVec<double> pickedPoint;      ///< the point found by the last pick
+    zVec<double> capturedPointPos; ///< where the captured point stands
+    zVec<double> pointClipboard;
+    zVec<double> undoNode;
+    zVec<double> dragStart;
+
+    // ---- Regimes: armed waits for the click, captured has its target ------------------------------------------------
+
+    bool pointCaptureArmed = false;
+    bool pointCaptured = false;
+    bool freePointArmed = false;
+    bool freePointHeld = false;
+    bool patchCaptureArmed = false;
+    bool patchCaptured = false;
+    bool sectionCaptureArmed = false;
+    bool sectionCaptured = false;
+    bool lineCaptureArmed = false;
+    bool lineCaptured = false;
+    bool pointDragging = false;    ///< the captured point follows the mouse
+    bool patchRemoving = false;    ///< the next click takes a patch out of the zBlock
+    bool dragCorrectsLine = false; ///< the next drag bends the captured curve
+    bool pointPicked = false;      ///< the last pick found something: capturedPointPos is drawn
+
+    // ---- Other flags ---------------------------------------------------------------------------------------------------
+
+    bool appendMode = false;
+    bool readerOption = false;
+    bool documentModified = false;
+    bool pointUndoReady = false;
+    bool patchUndoReady = false;
+    bool rebuildOnUndo = false; ///< Undo patch must fit the view anew
+    bool surfaceMode = false;   ///< the views draw filled surfaces
+    bool pointClipboardFull = false;
+    bool lineBufferFull = false;
+    bool blockClipboardFull = false;
+    bool showBlockOnly = false;
+    bool showFirstPoints = false;
+    bool showDoublePoints = false;
+    bool showBuffer = false;
+    bool showZBlockMarkers = false;
+    bool partBefore = false; ///< the side that the part commands worked on last
+    bool partAfter = true;
+    bool sftOpen = false;
+    bool markersOpen = false; ///< markers are loaded and drawn
+    bool cbcAppended = false;
+    bool gridNamed = false;
+    bool fieldLoaded = false;
+    bool fieldMode = false;
+    bool fieldOpening = false;
+
+    // ---- Numbers -------------------------------------------------------------------------------------------------------
+
+    zVec<double> boxMin; ///< the model's box, as of the last updateBounds
+    zVec<double> boxMax;
+    zVec<double> modelCenter;
+    double modelRadius = 0.0;
+    double intersectionTolerance = 0.0005;
+
+    // ---- Status texts that a later command shows again --------------------------------------------------------------
+
+    std::string status = idlePrompt; ///< what the message pane shows
+    std::string continuePrompt;
+    std::string dragPrompt;
+    std::string pointStatus;
+    std::string pointContinueStatus;
+    std::string dragStatus;
+    std::string patchStatus;
+    std::string blockStatus;
+    std::string removeStatus;
+    std::string undoStatus;
+    std::string sectionStatus;
+    std::string sectionContinueStatus;
+    std::string lineStatus;
+    std::string lineContinueStatus;
+
+    // ---- Values of the parameter dialogs: what was typed is the next default ----------------------------------------
+
+    CRebreak rebreakValues;
+    CBeforeAfter beforeAfterValues;
+    Cduplicate duplicateValues;
+    CInputPatch inputPatchValues;
+    CInputSection inputSectionValues;
+    CInputLine inputLineValues;
+    CFeatures featuresValues;
+    dlgEditPoint editPointValues;
+    dlgViewing viewingValues;
+
+    /// The form over the stored values of the dialog of that class name; none for an unknown name.
+    std::optional<DialogForm> storedDialog(std::string_view name);
+    /// The class names that storedDialog knows.
+    static std::vector<std::string> dialogNames();
+
+    // ---- Views and messages ------------------------------------------------------------------------------------------
+
+    /// The view must outlive the document or be detached.
+    void attachView(DocumentView& view) { views_.push_back(&view); }
+    void detachView(DocumentView& view);
+
+    UserInterface& ui() { return ui_; }
+    /// Writes the message pane of the status line at once.
+    void ShowStatus(const std::string& text);
+    /// Shows the form over a copy of `values` and takes the copy on OK; true for OK.
+    template <class Values, class... Context>
+    bool showDialog(Values& values, Context&&... context);
+
+    /// Hands the geometry to every view, without a new box, and puts the mouse back to the innermost regime.
+    void redraw();
+    /// Computes the model's box, centre and radius anew and resets the views. Nothing happens with "non".
+    void updateBounds();
+
+    // ---- File commands -------------------------------------------------------------------------------------------------
+
+    /// New. The first call of the process only sets the initial state.
+    void onNewDocument();
+    /// Opens one file with no dialog and no question about the model that is there.
+    void onOpenDocument(const std::filesystem::path& path);
+    void openFiles();
+    void appendFile();
+    void saveModel();
+    void saveModelAs();
+    enum class SaveResult { Saved, Failed, Declined };
+    /// Writes the model to its file by its kind. Asks first when the file holds more than the model.
+    SaveResult saveCurrent();
+    /// The question before the document is closed; false when it must stay open because saving failed.
+    bool saveModified();
+
+    // ---- Kind, title and path ------------------------------------------------------------------------------------------
+
+    /// Sets structureKind and fileKind from the section counts of `list`. Without a patch they stay.
+    void checkRegularity(const PatchList& list);
+    /// checkRegularity, then title and path take the extension of the kind.
+    void retitle();
+    /// The refresh after an edit of `patches`: kind, path and title follow.
+    void UpdateAfterEdit() { retitle(); }
+
+    // ---- Undo -----------------------------------------------------------------------------------------------------------
+
+    void SavePointUndo();
+    void SavePatchUndo();
+    void UndoPoint();
+    void UndoPatch();
+
+    // ---- Regimes --------------------------------------------------------------------------------------------------------
+
+    void CapturePoint();
+    void CaptureFreePoint();
+    void CaptureFreePointInPointRegime();
+    void CaptureSection();
+    void CaptureLine();
+    void NextSectionOrLine();
+    void InputPatch();
+    void InputSection();
+    void InputLine();
+    void ExitPointRegime();
+    void ExitLineRegime();
+    void ExitPatchRegime();
+    void EndBlockRegime();
+    /// The user's three Exit items: as above, and the idle prompt when no regime is left.
+    void ExitPoint();
+    void ExitLines();
+    void ExitPatches();
+    /// Leaves every active regime: point, patch, section and line.
+    void leaveRegimes();
+    /// The regimes' moves when the left button comes up in the view.
+    void moveRegimeAtRelease();
+
+    bool pointRegimeActive() const { return pointCaptureArmed || pointCaptured || freePointArmed || freePointHeld; }
+    bool curveRegimeActive() const {
+        return sectionCaptureArmed || sectionCaptured || lineCaptureArmed || lineCaptured;
+    }
+    bool patchRegimeActive() const { return patchCaptureArmed || patchCaptured; }
+    bool inBlock(std::int32_t patch) const;
+
+    // ---- Editing --------------------------------------------------------------------------------------------------------
+
+    void EditPoint();
+    void Rebreak();
+
+    // ---- View commands that the document carries out ----------------------------------------------------------------
+
+    void FitToWindow();
+    void ViewFeatures();
+    void ToggleBlockOnly();
+
+    // ---- Addresses ------------------------------------------------------------------------------------------------------
+
+    /// The section that is addressed, or null when the address points outside the model.
+    PointList* sectionAt(std::int32_t patch, std::int32_t section);
+    /// The point that is addressed, or null when the address points outside the model.
+    zVec<double>* pointAt(std::int32_t patch, std::int32_t section, std::int32_t point);
+
+    /// Writes both point status texts from the captured indices and `pickedPoint`; `curveForm` gives the longer text
+    /// the wording of the section or line that is captured.
+    void RefillPointStatus(bool curveForm);
+
+private:
+    bool loadFile(const std::filesystem::path& path, const std::string& extension);
+    bool readStructured(const std::filesystem::path& path, const std::string& extension);
+    bool writeStructured(const std::filesystem::path& path, const std::string& kind);
+    bool mayOverwrite(const std::filesystem::path& path);
+    bool removeGeometryAfterQuestion();
+    void clearModel();
+    void loadFurtherFiles(const std::vector<std::filesystem::path>& paths);
+    void finishOpen();
+    void tellThinning();
+    void setTitle(const std::string& title);
+    void setKinds(const char* structure, const char* file, const char* second);
+    void adoptPath(const std::filesystem::path& path);
+    void takeExtension(const std::string& extension);
+    std::vector<FileType> saveTypes() const;
+
+    void snapshot(PatchList& undoList);
+    void clearSnapshots();
+    void takeCapturedPosition();
+    void rememberPointAddress();
+
+    void armPointCapture();
+    void armCurveCapture(bool section);
+    void holdInputCurve(bool section, std::int32_t patch, std::int32_t curve);
+    void emptyBlock();
+    void takePointAtRelease(bool& armed, bool& captured);
+    void takeCurveAtRelease();
+    void dropEmptyPatchesFromBlock();
+    InputContext inputContext(bool lines) const;
+    void forceMouseMode(MouseMode mode);
+    void setMouseMode(MouseMode mode);
+    void resetMouseMode();
+    void showIdlePrompt();
+
+    void prepareRebreak();
+    void rebreakOnePatch(std::int32_t patch);
+
+    UserInterface& ui_;
+    std::filesystem::path documentsFolder_;
+    std::vector<DocumentView*> views_;
+    bool started_ = false;
+    /// The last read failed: the title stays "Wrong" until a file command succeeds.
+    bool titleWrong_ = false;
+    /// Files of which the model holds less than they do: Save asks before it writes over one.
+    std::vector<std::filesystem::path> incompleteFiles_;
+    std::int64_t pointsRead_ = 0; ///< of the files of the last command, with what was kept of them
+    std::int64_t pointsKept_ = 0;
+};
+
+template <class Values, class... Context>
+bool VelmoraDoc::showDialog(Values& values, Context&&... context) {
+    Values working = values;
+    DialogForm form = describe(working, std::forward<Context>(context)...);
+    openDialog(form);
+    if (!ui_.showDialog(form)) {
+        return false;
+    }
+    values = working;
+    return true;
+}
+
+} // namespace velmora

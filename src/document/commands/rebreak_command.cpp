@@ -1,0 +1,110 @@
+#include <algorithm>
+
+#include "VelmoraDoc.h"
+#include "rebreak_patch.h"
+
+namespace velmora {
+
+namespace {
+
+std::int32_t curveCountOf(const Patch& patch, bool lines) { return lines ? lineCount(patch) : countOf(patch); }
+
+std::int32_t curveLengthOf(const Patch& patch, bool lines) { return lines ? countOf(patch) : lineCount(patch); }
+
+/// The curves that the dialog's numbers mean in a patch of `count` curves, from 0, the end not included.
+std::pair<std::int32_t, std::int32_t> curveRange(const CRebreak& values, std::int32_t count) {
+    std::int32_t first = values.regime == 1 ? values.capturedNumber - 1 : values.firstCurve - 1;
+    std::int32_t last = values.regime == 1 ? std::min(values.capturedNumber, count) : count;
+    if (first >= count) {
+        first = count - 1;
+    }
+    if (first > last) {
+        first = last - 1;
+    }
+    if (first < 0) {
+        first = 0;
+        last = std::min(count, 1);
+    }
+    return {first, last};
+}
+
+} // namespace
+
+void VelmoraDoc::prepareRebreak() {
+    const Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
+    CRebreak& values = rebreakValues;
+    values.lineMode = lineCaptured;
+    values.isApt = fileKind == "apt";
+    values.blockCount = blockCount;
+    values.curveCount = lineCaptured
+                            ? countOf(patch)
+                            : countOf(patch[static_cast<std::size_t>(std::max(capturedSection, 0))]);
+    values.firstPoint = 1;
+    values.lastPoint = values.newCount = values.curveCount;
+    values.patchNumber = capturedPatch + 1;
+    values.capturedNumber = (lineCaptured ? capturedLine : capturedSection) + 1;
+    values.firstCurve = 1;
+    values.lastCurve = curveCountOf(patch, lineCaptured);
+}
+
+void VelmoraDoc::Rebreak() {
+    const bool lines = lineCaptured;
+    const std::int32_t curve = lines ? capturedLine : capturedSection;
+    if (structureKind != "str" || sectionAt(capturedPatch, lines ? 0 : curve) == nullptr || curve < 0) {
+        return;
+    }
+    prepareRebreak();
+    if (!showDialog(rebreakValues)) {
+        return;
+    }
+    SavePatchUndo();
+    patchUndoReady = true;
+    rebuildOnUndo = false;
+    if (rebreakValues.useBlock) {
+        for (std::int32_t i = 0; i < blockCount; ++i) {
+            const std::int32_t k = blockList[static_cast<std::size_t>(i)];
+            if (k >= 0 && k < countOf(patches)) {
+                const Patch& patch = patches[static_cast<std::size_t>(k)];
+                rebreakValues.lastPoint = curveLengthOf(patch, lines);
+                rebreakValues.lastCurve = curveCountOf(patch, lines);
+                rebreakOnePatch(k);
+            }
+        }
+    } else {
+        rebreakOnePatch(capturedPatch);
+    }
+    const std::int32_t sections = countOf(patches[static_cast<std::size_t>(capturedPatch)]);
+    capturedSection = std::clamp(rebreakValues.capturedNumber - 1, 0, std::max(sections - 1, 0));
+    retitle();
+    redraw();
+}
+
+void VelmoraDoc::rebreakOnePatch(std::int32_t patch) {
+    Patch& target = patches[static_cast<std::size_t>(patch)];
+    const bool lines = lineCaptured;
+    const auto [first, last] = curveRange(rebreakValues, curveCountOf(target, lines));
+    RebreakLaw law;
+    law.spline = rebreakValues.function == 1;
+    law.fitToLawCurve = rebreakValues.style == 2;
+    law.exactness = rebreakValues.exactness;
+    law.newCount = rebreakValues.newCount;
+    law.compression = rebreakValues.compression;
+    law.firstPoint = rebreakValues.firstPoint;
+    law.lastPoint = rebreakValues.lastPoint;
+    law.firstCurve = first;
+    law.lastCurve = last;
+    law.lawCurve = lines ? capturedLine : capturedSection;
+    if (lines) {
+        rebreakLines(target, law);
+        if (first > 0) {
+            capturedLine = first;
+        }
+    } else {
+        rebreakSections(target, law);
+    }
+    // A stretch that was too long for a curve stays cut, for the patches that follow and in the dialog.
+    rebreakValues.firstPoint = law.firstPoint;
+    rebreakValues.lastPoint = law.lastPoint;
+}
+
+} // namespace velmora

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+
+#include "DialogForm.h"
+
+namespace velmora {
+
+/// Which side of the captured point, or of the middle, a part command means.
+struct CBeforeAfter {
+    std::int32_t choice = 1; ///< 1 before, 2 after
+};
+
+/// The form over `values`, which must outlive it.
+DialogForm describe(CBeforeAfter& values);
+
+} // namespace velmora

@@ -1,0 +1,102 @@
+#include "CRebreak.h"
+
+#include <initializer_list>
+
+namespace velmora {
+
+namespace {
+
+constexpr double largestNumber = 1000000.0;
+
+void setLive(DialogForm& form, std::initializer_list<const char*> keys, bool on) {
+    for (const char* key : keys) {
+        form.find(key)->on = on;
+    }
+}
+
+void setChoiceLive(DialogForm& form, const char* key, std::size_t choice, bool on) {
+    form.find(key)->choiceOn[choice - 1] = on;
+}
+
+/// The stretch and the count follow the whole captured curve: nothing typed earlier may linger behind fields that
+/// are off.
+void takeWholeCurve(CRebreak& values) {
+    values.firstPoint = 1;
+    values.lastPoint = values.curveCount;
+    values.newCount = values.curveCount;
+}
+
+void applyBlockRules(DialogForm& form, CRebreak& values) {
+    const bool blockAllowed = values.blockCount >= 1 && values.regime == 2 && values.isApt;
+    if (!blockAllowed) {
+        values.useBlock = false;
+    }
+    if (values.useBlock) {
+        values.style = 1;
+    }
+    form.find("useBlock")->on = blockAllowed;
+}
+
+void applyLiveFields(DialogForm& form, const CRebreak& values) {
+    const bool one = values.regime == 1;
+    setChoiceLive(form, "regime", 2, values.isApt);
+    setChoiceLive(form, "style", 2, !values.useBlock);
+    form.find("exactness")->on = values.function == 1;
+    form.find("compression")->on = values.style == 1;
+    form.find("capturedNumber")->on = one && values.isApt;
+    setLive(form, {"newCount", "firstPoint", "lastPoint"}, !one || !values.lineMode);
+    setLive(form, {"firstCurve", "lastCurve"}, !one && !values.lineMode);
+    if (values.style == 2) {
+        setLive(form, {"newCount", "firstPoint", "lastPoint", "capturedNumber", "firstCurve", "lastCurve"}, false);
+    }
+    if (values.useBlock) {
+        setLive(form, {"firstPoint", "lastPoint", "firstCurve", "lastCurve"}, false);
+    }
+}
+
+void refresh(DialogForm& form, CRebreak& values, std::string_view key) {
+    const bool opening = key.empty();
+    if (opening && !values.isApt) {
+        values.regime = 1;
+        values.style = 1;
+    }
+    applyBlockRules(form, values);
+    const bool fixedByRegime = key == "regime" && values.regime == 1 && values.lineMode;
+    const bool fixedByStyle = (key == "style" || opening) && values.style == 2;
+    if (fixedByRegime || fixedByStyle) {
+        takeWholeCurve(values);
+    }
+    applyLiveFields(form, values);
+    if (opening && !values.isApt) {
+        // Only the opening switches it off; the next refresh gives it back.
+        setChoiceLive(form, "style", 2, false);
+    }
+}
+
+} // namespace
+
+DialogForm describe(CRebreak& values) {
+    DialogForm form;
+    form.name = "CRebreak";
+    form.title = "Rebreak ";
+    form.fields = {
+        radioField("regime", values.regime, {"Captured section (line)", "All sections (lines)"}),
+        radioField("function", values.function, {"Spline", "Linear"}),
+        radioField("style", values.style, {"Compress points", "Fit to captured section"}),
+        integerField("exactness", "Exactness %", values.exactness, 0, 100),
+        integerField("newCount", "Number of points", values.newCount, 2, largestNumber),
+        realField("compression", "Compression", values.compression, 0.0001, 10000),
+        integerField("firstPoint", "First point", values.firstPoint, 1, largestNumber),
+        integerField("lastPoint", "Last point", values.lastPoint, 1, largestNumber),
+        inGroup(integerField("capturedNumber", "Captured", values.capturedNumber, 1, largestNumber),
+                "Sections (lines)"),
+        inGroup(integerField("firstCurve", "First", values.firstCurve, 1, largestNumber), "Sections (lines)"),
+        inGroup(integerField("lastCurve", "Last", values.lastCurve, 1, largestNumber), "Sections (lines)"),
+        shownOnly(integerField("patchNumber", "Patch", values.patchNumber, 1, largestNumber)),
+        checkField("useBlock", "Block", values.useBlock),
+    };
+    form.refresh = [&values](DialogForm& self, std::string_view key) { refresh(self, values, key); };
+    return form;
+}
+
+} // namespace velmora

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+
+#include "DialogForm.h"
+
+namespace velmora {
+
+/// How many times the captured point, section or line stands afterwards.
+struct Cduplicate {
+    std::int32_t duplicateCount = 1;
+};
+
+/// The form over `values`, which must outlive it.
+DialogForm describe(Cduplicate& values);
+
+} // namespace velmora

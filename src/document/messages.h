@@ -1,0 +1,17 @@
+#pragma once
+
+// The texts of message boxes and questions, as users know them: wording, misprints and blanks belong to them.
+
+namespace velmora::message {
+
+inline constexpr const char* removeGeometry = "Current geometry will be removed. Are you sure";
+inline constexpr const char* saveBeforeExit = "Save data before exit";
+inline constexpr const char* openCancelled = "Open procedure is canceled";
+inline constexpr const char* fileTypeNotSupported = "This file's type is not supported by Sorvane";
+inline constexpr const char* listModeRefused =
+    "TechPlot-Dat format is not supported in the frame of List-Mode. Use Append menu item";
+inline constexpr const char* holdsMorePoints = "The file holds more points than were read. Overwrite it?";
+inline constexpr const char* leaveAddRegime = "Regime Add Patch to Block will be canceled. Are you sure?";
+inline constexpr const char* blockIsFull = "It is impossible to add one more zBlock";
+
+} // namespace velmora::message

@@ -1,0 +1,36 @@
+#include "path_names.h"
+
+#include <system_error>
+
+namespace velmora {
+
+std::string lowerCase(std::string_view text) {
+    std::string lower(text);
+    for (char& c : lower) {
+        if (c >= 'A' && c <= 'Z') {
+            c = static_cast<char>(c - 'A' + 'a');
+        }
+    }
+    return lower;
+}
+
+std::string extensionOf(const std::filesystem::path& path) {
+    const std::string extension = path.extension().string();
+    return extension.empty() ? extension : lowerCase(extension.substr(1));
+}
+
+std::string stemOf(const std::filesystem::path& path) { return lowerCase(path.stem().string()); }
+
+std::string directoryOf(const std::filesystem::path& path) {
+    const std::filesystem::path parent = path.parent_path();
+    // Joining with an empty name appends the separator, and none to a root that has it.
+    return parent.empty() ? std::string() : lowerCase((parent / "").string());
+}
+
+std::filesystem::path fullPath(const std::filesystem::path& path) {
+    std::error_code error;
+    const std::filesystem::path full = std::filesystem::absolute(path, error);
+    return (error ? path : full).lexically_normal();
+}
+
+} // namespace velmora

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "PatchList.h"
+#include "format_outcome.h"
+
+namespace velmora {
+
+/// How the reading of an .apt file went.
+struct AptReadResult {
+    bool opened = false;             ///< the file could be opened for the first pass
+    bool firstPassEnded = false;     ///< the first pass came to the regular end of the file
+    bool endReached = false;         ///< the last pass that was made came to the regular end of the file
+    std::int64_t pointsInFile = 0;   ///< as the headers count them, in 32 bits; decides on the thinning
+    std::int64_t pointsKept = 0;     ///< in the patches that were pushed
+    bool thinned = false;            ///< points or sections were left out to thin the model
+    bool cutAtLimit = false;         ///< sections stayed unread because `keptPointLimit` was reached
+    std::vector<FormatFault> faults; ///< in the order in which they were met
+};
+
+/// Reads an .apt file: compartments, each a header line with the number of sections and of points per section, and
+/// a line for each point. The patches are pushed behind those in `patches`.
+///
+/// A first pass counts lines; a body fault in it leaves `patches` alone, a header fault is noted and the second pass
+/// made all the same. The second pass thins the model by its size (see thinning.h) and stops at the first fault;
+/// the patches pushed before it stay. A header that is not two integers is the regular end of the file. In the
+/// second pass a header fault is also one that, with those before it, asks for more than `keptPointLimit` sections
+/// without points. Time and memory go by what the file holds, not by what its headers say.
+AptReadResult readApt(const std::filesystem::path& path, PatchList& patches);
+
+/// Saves `patches` as an .apt file with `precision` digits behind the point. False, and an old file stands as it
+/// was, when it cannot be written, or when a section has fewer points than the first one of its patch; of a longer
+/// section the points past that number are left out.
+bool writeApt(const std::filesystem::path& path, const PatchList& patches, int precision);
+
+/// The same for the patches whose numbers, from 0, stand in `blockList`, in its order; a number that is negative or
+/// past the end is passed over.
+bool writeAptBlock(const std::filesystem::path& path, const PatchList& patches, std::span<const std::int32_t> blockList,
+                   int precision);
+
+/// The text for the user.
+std::string aptMessage(const FormatFault& fault);
+
+} // namespace velmora

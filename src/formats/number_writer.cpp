@@ -1,0 +1,53 @@
+#include "number_writer.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace velmora {
+
+namespace {
+
+// The longest number: sign, digit, point, the digits behind it, "e+308"; and the longest integer.
+constexpr std::size_t numberSize = NumberWriter::maxPrecision + 16;
+
+} // namespace
+
+NumberWriter::NumberWriter(SafeFile& file, int precision, std::size_t blockSize)
+    : file_(file), precision_(precision < 0 ? 6 : std::min(precision, maxPrecision)),
+      block_(std::make_unique_for_overwrite<char[]>(std::max(blockSize, numberSize))), cursor_(block_.get()),
+      end_(cursor_ + std::max(blockSize, numberSize)) {}
+
+void NumberWriter::makeRoom(std::size_t size) {
+    if (static_cast<std::size_t>(end_ - cursor_) < size) {
+        flush();
+    }
+}
+
+void NumberWriter::writeDouble(double value) {
+    makeRoom(numberSize);
+    cursor_ = std::to_chars(cursor_, end_, value, std::chars_format::scientific, precision_).ptr;
+}
+
+void NumberWriter::writeInt(std::int64_t value) {
+    makeRoom(numberSize);
+    cursor_ = std::to_chars(cursor_, end_, value).ptr;
+}
+
+void NumberWriter::writeChar(char value) {
+    makeRoom(1);
+    *cursor_++ = value;
+}
+
+void NumberWriter::writeText(std::string_view text) {
+    for (const char c : text) {
+        writeChar(c);
+    }
+}
+
+bool NumberWriter::flush() {
+    const bool written = file_.write({block_.get(), static_cast<std::size_t>(cursor_ - block_.get())});
+    cursor_ = block_.get();
+    return written;
+}
+
+} // namespace velmora

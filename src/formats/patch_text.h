@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <span>
+#include <vector>
+
+#include "PatchList.h"
+#include "number_reader.h"
+#include "number_writer.h"
+
+namespace velmora {
+
+/// What the text formats of patches share: points, the choice of patches, saving.
+
+/// Takes x, y, z. False, with `point` partly changed, when one of them cannot be read.
+inline bool readPoint(NumberReader& reader, zVec<double>& point) {
+    return reader.readDouble(point.x) && reader.readDouble(point.y) && reader.readDouble(point.z);
+}
+
+/// Writes x, blank, y, blank, z, line feed.
+void writePoint(NumberWriter& writer, const zVec<double>& point);
+
+/// Patches of a model to be written, in this order; they live in the model.
+using PatchSelection = std::vector<const Patch*>;
+
+/// All patches of the model.
+PatchSelection selectAll(const PatchList& patches);
+
+/// The patches whose numbers, from 0, stand in `blockList`, in its order and as often as they stand there. Numbers
+/// that are negative or past the end are passed over.
+PatchSelection selectBlock(const PatchList& patches, std::span<const std::int32_t> blockList);
+
+/// Saves a file that consists of what `writePatch` writes of each patch. True when all of it is in place; otherwise
+/// an old file stands as it was.
+bool savePatches(const std::filesystem::path& path, const PatchSelection& selection, int precision,
+                 const std::function<void(NumberWriter&, const Patch&)>& writePatch);
+
+} // namespace velmora

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "PatchList.h"
+#include "format_outcome.h"
+
+namespace velmora {
+
+/// How the reading of an .skl file went.
+struct SklReadResult {
+    bool opened = false;
+    bool endReached = false;         ///< the regular end of the file
+    std::int64_t pointsRead = 0;     ///< in the patches that were pushed
+    std::vector<FormatFault> faults; ///< at most one, as the first fault ends the reading
+};
+
+/// Reads an .skl file: compartments, each the number of sections and then, for each section, the number of its
+/// points and the points. Line breaks are free. The patches are pushed behind those in `patches`; after a fault the
+/// compartment in hand is dropped and those before it stay. Where the number of sections should stand, anything else
+/// is the regular end of the file. A count below zero counts as zero. Time and memory go by what the file holds.
+SklReadResult readSkl(const std::filesystem::path& path, PatchList& patches);
+
+/// Saves `patches` as an .skl file with `precision` digits behind the point. False, and an old file stands as it
+/// was, when it cannot be written.
+bool writeSkl(const std::filesystem::path& path, const PatchList& patches, int precision);
+
+/// The same for the patches whose numbers, from 0, stand in `blockList`, in its order; a number that is negative or
+/// past the end is passed over.
+bool writeSklBlock(const std::filesystem::path& path, const PatchList& patches, std::span<const std::int32_t> blockList,
+                   int precision);
+
+/// The text for the user.
+std::string sklMessage(const FormatFault& fault);
+
+} // namespace velmora

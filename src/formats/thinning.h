@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+
+namespace velmora {
+
+/// Kept points at which a reader stops taking more from the compartment or zone in hand.
+inline constexpr std::int64_t keptPointLimit = 2'412'000;
+/// A direction of at most this many sections, or points per section, is never thinned.
+inline constexpr std::int32_t unthinnedCount = 65;
+
+/// How much a model of `totalPoints` is thinned: 0 up to 201,000 points, 1 up to 2,211,000, and one more for each
+/// further 2,010,000.
+std::int32_t thinningFactor(std::int32_t totalPoints);
+
+/// Every how many points one is kept: 1 (all) for a factor of 0 or less, 2 up to 4, 3 up to 9, 4 from 10 on.
+std::int32_t thinningPeriod(std::int32_t factor);
+
+/// Counts along one direction of a grid and says what stays of it.
+class ThinningPhase {
+public:
+    explicit ThinningPhase(std::int32_t period) : period_(period) {}
+
+    /// True when element `index`, from 0, of `count` stays: each period's first one, the last one, and all of a
+    /// short direction. To be asked once for each element in turn; the count runs on behind the last one.
+    bool keeps(std::int32_t index, std::int32_t count) {
+        const bool kept = phase_ == 0 || index == count - 1 || count <= unthinnedCount;
+        phase_ = phase_ + 1 >= period_ ? 0 : phase_ + 1;
+        return kept;
+    }
+
+private:
+    std::int32_t period_;
+    std::int32_t phase_ = 0;
+};
+
+} // namespace velmora

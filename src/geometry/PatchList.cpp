@@ -1,0 +1,69 @@
+#include "PatchList.h"
+
+#include <algorithm>
+
+namespace velmora {
+
+std::int64_t pointTotal(const PatchList& list) {
+    std::int64_t total = 0;
+    for (const Patch& patch : list) {
+        for (const PointList& section : patch) {
+            total += static_cast<std::int64_t>(section.size());
+        }
+    }
+    return total;
+}
+
+void appendPatches(const PatchList& source, PatchList& destination, std::int32_t first, std::int32_t last) {
+    const std::int32_t begin = std::max(first, 0);
+    const std::int32_t end = std::min(last, countOf(source));
+    if (begin >= end) {
+        return;
+    }
+    destination.reserve(destination.size() + static_cast<std::size_t>(end - begin));
+    for (std::int32_t k = begin; k < end; ++k) {
+        destination.push_back(source[static_cast<std::size_t>(k)]);
+    }
+}
+
+void patchBounds(const PatchList& list, zVec<double>& lower, zVec<double>& upper) {
+    for (const Patch& patch : list) {
+        for (const PointList& section : patch) {
+            for (const zVec<double>& p : section) {
+                lower.x = p.x < lower.x ? p.x : lower.x;
+                lower.y = p.y < lower.y ? p.y : lower.y;
+                lower.z = p.z < lower.z ? p.z : lower.z;
+                upper.x = p.x > upper.x ? p.x : upper.x;
+                upper.y = p.y > upper.y ? p.y : upper.y;
+                upper.z = p.z > upper.z ? p.z : upper.z;
+            }
+        }
+    }
+}
+
+Regularity regularityOf(const PatchList& list, bool* sawRegular) {
+    Regularity result = Regularity::Undecided;
+    if (sawRegular != nullptr) {
+        *sawRegular = false;
+    }
+    for (const Patch& patch : list) {
+        for (const PointList& section : patch) {
+            if (patch.size() < 2 || section.size() != patch.front().size()) {
+                return Regularity::Irregular;
+            }
+        }
+        if (!patch.empty()) {
+            result = Regularity::Regular;
+            if (sawRegular != nullptr) {
+                *sawRegular = true;
+            }
+        }
+    }
+    return result;
+}
+
+std::int32_t lineCount(const Patch& patch) {
+    return patch.empty() ? 0 : countOf(patch.front());
+}
+
+} // namespace velmora

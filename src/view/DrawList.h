@@ -1,0 +1,63 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "zVec.h"
+
+namespace velmora {
+
+/// Red, green, blue, alpha, each 0 to 1.
+using Colour = std::array<float, 4>;
+
+enum class Primitive { Points, LineStrip, Lines, Triangles, QuadStrip };
+
+/// One run of vertices of one kind and colour. A LineStrip or QuadStrip batch is one strip.
+struct DrawBatch {
+    Primitive primitive = Primitive::Points;
+    Colour colour{};
+    float pointSize = 1.0F;
+    float lineWidth = 1.0F;
+    bool lit = false;
+    bool hasNormals = false;
+    /// Front faces as lines and back faces filled, whatever the scene's own mode.
+    bool outlineFront = false;
+    std::size_t firstVertex = 0;
+    std::size_t vertexCount = 0;
+    std::size_t firstNormal = 0; ///< of vertexCount normals, when hasNormals
+};
+
+/// A picture as data, in drawing order. Building one needs no display.
+struct DrawList {
+    int number = 0; ///< 1 to 4; 0: nothing is drawn
+    std::vector<DrawBatch> batches;
+    std::vector<zVec<double>> vertices;
+    std::vector<zVec<double>> normals;
+
+    /// Opens a batch; the vertices added until the next call belong to it.
+    DrawBatch& begin(Primitive primitive, const Colour& colour);
+    void vertex(const zVec<double>& position);
+    void vertex(const zVec<double>& position, const zVec<double>& normal);
+    /// A batch of a single point.
+    void point(const zVec<double>& position, float size, const Colour& colour);
+};
+
+/// A text at a model position.
+struct DrawText {
+    std::string text;
+    zVec<double> position;
+    Colour colour{};
+};
+
+/// What is drawn beside the list in one frame, in model coordinates.
+struct Overlay {
+    DrawList list;
+    std::vector<DrawText> texts;
+};
+
+/// "points", "lineStrip", "lines", "triangles", "quadStrip".
+const char* primitiveName(Primitive primitive);
+
+} // namespace velmora

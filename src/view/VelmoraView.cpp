@@ -1,0 +1,255 @@
+#include "VelmoraView.h"
+
+#include <cmath>
+#include <numbers>
+
+#include "draw_lists.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr double nearPlaneOfRadius = 0.1;
+constexpr double farPlaneOfRadius = 250.0;
+/// How far the eye stands from the model's centre, in model radii: 7.5 / tan(15 degrees).
+constexpr double eyeDistanceOfRadius = 27.99038155676617;
+/// Angles this close to a principal view, in degrees, are that view.
+constexpr double principalViewTolerance = 1e-6;
+
+bool sameAngles(const zVec<double>& angles, double x, double y, double z) {
+    return std::abs(angles.x - x) <= principalViewTolerance && std::abs(angles.y - y) <= principalViewTolerance &&
+           std::abs(angles.z - z) <= principalViewTolerance;
+}
+
+} // namespace
+
+VelmoraView::VelmoraView(VelmoraDoc& document, ViewSurface& surface) : OpenGLView(surface), doc_(document) {
+    doc_.attachView(*this);
+}
+
+VelmoraView::~VelmoraView() { doc_.detachView(*this); }
+
+// ---- Frame loop -----------------------------------------------------------------------------------------------------
+
+void VelmoraView::OnDraw() {
+    OpenGLView::OnDraw();
+    if (rubberBandShown) {
+        surface().invertRectangle(rubberStart, rubberEnd);
+    }
+    refreshAngles();
+}
+
+void VelmoraView::refreshAngles() {
+    ApplyModelTransform(doc_.modelCenter);
+    if (const auto angles = eulerAngles(modelViewMatrix)) {
+        viewAngles = *angles;
+    }
+    viewAlongX = sameAngles(viewAngles, 0.0, 90.0, 0.0);
+    viewAlongY = sameAngles(viewAngles, 90.0, 0.0, 0.0);
+    viewAlongZ = sameAngles(viewAngles, 0.0, 0.0, 0.0);
+}
+
+bool VelmoraView::RenderScene() {
+    if (doc_.patches.empty()) {
+        overlay_ = {};
+        return true;
+    }
+    if (spinActive) {
+        modelRotation = modelRotation * rotationMatrix(0.25 * spinAngle, spinAxis);
+    }
+    if (drawing_) {
+        return false;
+    }
+    drawing_ = true;
+    surface().clearFrame({0.0F, 0.0F, 0.0F, 1.0F});
+    ApplyModelTransform(doc_.modelCenter);
+    if (doc_.structureKind == "str" && doc_.surfaceMode && doc_.fileKind != "apt") {
+        doc_.ui().showMessage("surface not allowed");
+        doc_.surfaceMode = false;
+    }
+    if (list_.number != listNumberFor(doc_)) {
+        rebuildList();
+    }
+    drawWithOverlay();
+    drawing_ = false;
+    return true;
+}
+
+void VelmoraView::drawWithOverlay() {
+    buildOverlay();
+    SceneFrame frame;
+    frame.list = &list_;
+    frame.listRevision = listRevision_;
+    frame.filled = doc_.surfaceMode;
+    frame.overlay = &overlay_;
+    frame.modelView = modelViewMatrix;
+    frame.projection = projectionMatrix;
+    frame.viewport = viewport;
+    surface().drawScene(frame);
+}
+
+void VelmoraView::buildOverlay() {
+    overlay_ = {};
+    if (doc_.pointPicked) {
+        overlay_.list.point(doc_.capturedPointPos, 6.0F, {1.0F, 1.0F, 1.0F, 1.0F});
+        overlay_.list.point(doc_.capturedPointPos, 8.0F, {1.0F, 0.0F, 0.0F, 1.0F});
+    }
+    addTriad(overlay_.list);
+}
+
+void VelmoraView::rebuildList() {
+    list_ = buildDrawList(doc_, listNumberFor(doc_));
+    ++listRevision_;
+}
+
+void VelmoraView::OnSize(int width, int height) {
+    if (width < 1 || height < 1) {
+        return;
+    }
+    ResizeViewport(width, height);
+    aspectRatio = static_cast<double>(width) / height;
+    UpdateProjection();
+}
+
+void VelmoraView::ResizeViewport(int width, int height) {
+    if (viewport.width > 0) {
+        viewCentreX *= static_cast<double>(width) / viewport.width;
+    }
+    if (viewport.height > 0) {
+        viewCentreY *= static_cast<double>(height) / viewport.height;
+    }
+    viewport = {0, 0, width, height};
+}
+
+void VelmoraView::ResetViewCentre() {
+    viewCentreX = (viewport.x + viewport.width) * 0.5;
+    viewCentreY = (viewport.y + viewport.height) * 0.5;
+    zoomFactor = 1.0;
+    rubberStart = {viewport.x, viewport.y};
+    rubberEnd = {viewport.width, viewport.height};
+}
+
+void VelmoraView::UpdateCameraLimits() {
+    const double radius = doc_.modelRadius;
+    const zVec<double>& centre = doc_.modelCenter;
+    fieldOfView = 30.0;
+    nearPlane = nearPlaneOfRadius * radius;
+    farPlane = farPlaneOfRadius * radius;
+    defaultOffset = {-centre.x, -centre.y, -centre.z - eyeDistanceOfRadius * radius};
+}
+
+void VelmoraView::UpdateProjection() {
+    UpdateCameraLimits();
+    const double halfHeight = doc_.modelRadius;
+    const double halfWidth = halfHeight * aspectRatio;
+    const auto centreOf = [](double pixel, int start, int extent, double half) {
+        return start == extent ? 0.0 : (pixel - start) * 2.0 * half / (extent - start) - half;
+    };
+    const double cx = centreOf(viewCentreX, viewport.x, viewport.width, halfWidth);
+    const double cy = centreOf(viewCentreY, viewport.y, viewport.height, halfHeight);
+    const double left = cx - zoomFactor * halfWidth;
+    const double right = cx + zoomFactor * halfWidth;
+    const double bottom = cy - zoomFactor * halfHeight;
+    const double top = cy + zoomFactor * halfHeight;
+    if (projectionMode == 1) {
+        projectionMatrix = orthographicMatrix(left, right, bottom, top, nearPlane, farPlane);
+        return;
+    }
+    // The orthographic window, scaled from the model's default distance to the near plane.
+    const double s = nearPlane / -defaultOffset.z;
+    projectionMatrix = frustumMatrix(s * left, s * right, s * bottom, s * top, nearPlane, farPlane);
+}
+
+void VelmoraView::ResetModelTransform() {
+    modelScale = {1.0, 1.0, 1.0};
+    modelOffset = defaultOffset;
+    modelRotation = identityMatrix();
+    modelViewMatrix = modelViewMatrix * translationMatrix(modelOffset);
+}
+
+// ---- What the document asks -----------------------------------------------------------------------------------------
+
+void VelmoraView::onRedraw() {
+    rebuildList();
+    repaint();
+}
+
+void VelmoraView::onBoundsChanged() {
+    resetMouseMode();
+    ResetViewCentre();
+    UpdateProjection();
+    ResetModelTransform();
+    onRedraw();
+}
+
+void VelmoraView::showCursor(MouseMode mode) {
+    shownCursor_ = mode;
+    surface().showCursor(mode);
+}
+
+void VelmoraView::stopSpin() {
+    spinActive = false;
+    spinTimerOn = false;
+    surface().stopTimer();
+}
+
+void VelmoraView::setMouseMode(MouseMode mode) {
+    stopSpin();
+    const MouseMode shownBefore = shownCursor_;
+    if (mode != mouseMode) {
+        mouseMode = mode;
+        showCursor(mode);
+    } else if (doc_.pointCaptureArmed || doc_.pointCaptured) {
+        mouseMode = ModePoint;
+        showCursor(ModePoint);
+    } else if (doc_.sectionCaptureArmed || doc_.sectionCaptured) {
+        mouseMode = ModeSection;
+        showCursor(ModeSection);
+    } else if (doc_.lineCaptureArmed || doc_.lineCaptured) {
+        mouseMode = ModeLine;
+        showCursor(ModeLine);
+    } else if (doc_.patchCaptureArmed || doc_.patchCaptured) {
+        mouseMode = ModePatch;
+        showCursor(ModePatch);
+    } else {
+        mouseMode = ModeNone;
+        showCursor(previousCursor_);
+    }
+    previousCursor_ = shownBefore;
+}
+
+void VelmoraView::forceMouseMode(MouseMode mode) {
+    // With another mode in between the call is never taken for a toggle.
+    mouseMode = mode == ModeNone ? ModeRotate : ModeNone;
+    setMouseMode(mode);
+}
+
+void VelmoraView::resetMouseMode() {
+    surface().confineCursor(false);
+    mouseMode = ModeNone;
+    showCursor(ModeNone);
+}
+
+// ---- Camera ---------------------------------------------------------------------------------------------------------
+
+void VelmoraView::ApplyModelTransform(const zVec<double>& centre) {
+    modelViewMatrix = translationMatrix(modelOffset + centre) * scaleMatrix(modelScale) * modelRotation *
+                      translationMatrix(centre * -1.0);
+}
+
+void VelmoraView::SetAxisView(double angle, const zVec<double>& axis) {
+    const Matrix4 pushed = modelViewMatrix;
+    ResetModelTransform();
+    modelRotation = rotationMatrix(angle, axis);
+    modelViewMatrix = pushed;
+}
+
+void VelmoraView::SetEulerView(const zVec<double>& angles) {
+    const Matrix4 pushed = modelViewMatrix;
+    ResetModelTransform();
+    modelRotation = rotationMatrix(angles.z, {0.0, 0.0, 1.0}) * rotationMatrix(angles.y, {0.0, 1.0, 0.0}) *
+                    rotationMatrix(angles.x, {1.0, 0.0, 0.0});
+    modelViewMatrix = pushed;
+}
+
+} // namespace velmora

@@ -1,0 +1,157 @@
+#pragma once
+
+#include <string_view>
+
+#include "DocumentView.h"
+#include "OpenGLView.h"
+#include "VelmoraDoc.h"
+#include "picking.h"
+
+namespace velmora {
+
+/// The view of the document: camera, mouse, picking, and the picture as data. It knows no toolkit and makes no
+/// OpenGL call; the surface carries both out.
+class VelmoraView : public OpenGLView, public DocumentView {
+public:
+    /// The document and the surface must outlive the view, which attaches itself to the document.
+    VelmoraView(VelmoraDoc& document, ViewSurface& surface);
+    ~VelmoraView() override;
+
+    // ---- State --------------------------------------------------------------------------------------------------------
+
+    int mouseMode = ModeNone;
+    int projectionMode = 0;  ///< 0 perspective, 1 orthographic
+    zVec<double> viewAngles; ///< degrees, refreshed by every paint
+    bool viewAlongX = false; ///< the angles are exactly a principal view
+    bool viewAlongY = false;
+    bool viewAlongZ = false;
+    Matrix4 modelRotation = identityMatrix();
+    zVec<double> modelOffset;
+    zVec<double> modelScale{1.0, 1.0, 1.0};
+    zVec<double> defaultOffset;
+    double fieldOfView = 20.0; ///< stored only; the projection does not read it
+    double aspectRatio = 1.0;
+    double nearPlane = 0.1;
+    double farPlane = 10.0;
+    double zoomFactor = 1.0;
+    double viewCentreX = 0.0; ///< pixel position that the projection window is centred on
+    double viewCentreY = 0.0;
+    Viewport viewport;
+    Matrix4 modelViewMatrix = identityMatrix(); ///< the matrices in force
+    Matrix4 projectionMatrix = identityMatrix();
+
+    bool leftButtonDown = false;
+    PixelPoint lastMousePos; ///< of the last accepted move or the button-down
+    PixelPoint prevMousePos; ///< the one before; a spin measures from it
+    std::int64_t lastMoveClock = 0;
+    bool spinActive = false;
+    bool spinTimerOn = false;
+    double spinAngle = 0.0;
+    zVec<double> spinAxis;
+    bool rubberBandShown = false;
+    PixelPoint rubberStart;
+    PixelPoint rubberEnd;
+    int rubberStartX = 0; ///< the start once more, with y counted from the bottom
+    int rubberStartY = 0;
+
+    /// The list drawn and what was drawn beside it in the last frame.
+    const DrawList& list() const { return list_; }
+    const Overlay& overlay() const { return overlay_; }
+
+    // ---- Frame loop -----------------------------------------------------------------------------------------------------
+
+    void OnDraw() override;
+    void OnSize(int width, int height) override;
+    bool RenderScene() override;
+    virtual void ResetViewCentre();
+    virtual void UpdateCameraLimits();
+    virtual void ResetModelTransform();
+    virtual void ResizeViewport(int width, int height);
+    virtual void UpdateProjection();
+
+    // ---- What the document asks -----------------------------------------------------------------------------------------
+
+    void onRedraw() override;
+    void onBoundsChanged() override;
+    void setMouseMode(MouseMode mode) override;
+    void forceMouseMode(MouseMode mode) override;
+    void resetMouseMode() override;
+
+    // ---- Camera -----------------------------------------------------------------------------------------------------------
+
+    /// Loads the model view matrix so that the model turns about `centre`.
+    void ApplyModelTransform(const zVec<double>& centre);
+    void SetAxisView(double angle, const zVec<double>& axis);
+    /// Turns by z about Z, then y about Y, then x about X, in degrees.
+    void SetEulerView(const zVec<double>& angles);
+
+    // ---- Commands ---------------------------------------------------------------------------------------------------------
+
+    /// True when the view's or the document's state turns a view command off.
+    bool isViewCommandOff(std::string_view id) const;
+    /// Runs a view command; false when the view has none of that id.
+    bool runViewCommand(std::string_view id);
+
+    // ---- Mouse and keys: pixels from the upper left ---------------------------------------------------------------------
+
+    void OnLeftButtonDown(PixelPoint position);
+    void OnMouseMove(PixelPoint position);
+    void OnLeftButtonUp(PixelPoint position);
+    void OnTimer();
+
+    // ---- Picking ------------------------------------------------------------------------------------------------------------
+
+    /// The line of sight through a pixel.
+    PixelLine PixelRay(double x, double y);
+    /// Each takes what is nearest to the ray within its limit into the document's capture fields; false if nothing is.
+    bool PickPoint(PixelPoint position);
+    bool PickSection(PixelPoint position);
+    bool PickLine(PixelPoint position);
+
+private:
+    struct ScreenAxes {
+        zVec<double> right;
+        zVec<double> down;
+        zVec<double> normal;
+    };
+    struct Rotation {
+        double angle = 0.0;
+        zVec<double> axis;
+    };
+
+    void rebuildList();
+    void drawWithOverlay();
+    void buildOverlay();
+    void addTriad(DrawList& list);
+    void refreshAngles();
+    void repaint() { surface().requestRepaint(); }
+    void showCursor(MouseMode mode);
+    void stopSpin();
+
+    void setProjection(int mode);
+    void showViewingDialog();
+    void zoomOut();
+
+    ScreenAxes ScreenFrame();
+    zVec<double> CentreVector(PixelPoint position, const zVec<double>& normal);
+    Rotation mouseRotation(PixelPoint from, PixelPoint to);
+    void dragCamera(PixelPoint position);
+    void dragRegime(PixelPoint position);
+    void pressRegime(PixelPoint position);
+    void finishZoom(PixelPoint position);
+
+    PickFilter blockFilter() const;
+    double modelDiagonal() const;
+    std::optional<NearestPoint> nearestCurvePoint(PixelPoint position);
+    void showCurvePick(bool found, bool section);
+
+    VelmoraDoc& doc_;
+    DrawList list_;
+    std::uint64_t listRevision_ = 0;
+    Overlay overlay_;
+    bool drawing_ = false; ///< a scene is being drawn: a further paint is refused
+    MouseMode shownCursor_ = ModeNone;
+    MouseMode previousCursor_ = ModeNone;
+};
+
+} // namespace velmora

@@ -1,0 +1,182 @@
+#include "camera.h"
+
+#include <GL/glu.h>
+
+#include <cmath>
+#include <numbers>
+#include <utility>
+
+namespace velmora {
+
+namespace {
+
+/// Sine and cosine of an angle in degrees, exact at multiples of 90.
+std::pair<double, double> sineCosine(double degrees) {
+    const double turned = std::fmod(degrees, 360.0);
+    if (turned == 0.0) {
+        return {0.0, 1.0};
+    }
+    if (turned == 90.0 || turned == -270.0) {
+        return {1.0, 0.0};
+    }
+    if (turned == 180.0 || turned == -180.0) {
+        return {0.0, -1.0};
+    }
+    if (turned == 270.0 || turned == -90.0) {
+        return {-1.0, 0.0};
+    }
+    const double radians = turned * std::numbers::pi / 180.0;
+    return {std::sin(radians), std::cos(radians)};
+}
+
+constexpr double angleTolerance = 5e-5;
+
+/// Two candidates each for the angles of a rotation matrix, in radians, the one to try first in front.
+struct AngleCandidates {
+    double x[2];
+    double y[2];
+    double z[2];
+};
+
+AngleCandidates angleCandidates(const Matrix4& m) {
+    AngleCandidates c{};
+    c.y[0] = std::asin(-m[2]);
+    c.y[1] = std::numbers::pi - c.y[0];
+    const bool upright = std::abs(m[2]) == 1.0;
+    if (std::abs(m[0]) > angleTolerance) {
+        c.z[0] = std::atan(-m[1] / m[0]);
+        c.z[1] = c.z[0] + std::numbers::pi;
+    } else {
+        c.z[0] = upright ? std::acos(m[5]) : std::numbers::pi / 2;
+        c.z[1] = -c.z[0];
+    }
+    if (std::abs(m[10]) > angleTolerance) {
+        c.x[0] = std::atan(m[6] / m[10]);
+        c.x[1] = c.x[0] + std::numbers::pi;
+    } else if (upright) {
+        c.x[0] = c.x[1] = 0.0;
+        c.z[0] = std::acos(m[5]);
+        c.z[1] = -c.z[0];
+    } else {
+        c.x[0] = std::numbers::pi / 2;
+        c.x[1] = -c.x[0];
+    }
+    return c;
+}
+
+bool anglesFit(const Matrix4& m, double x, double y, double z) {
+    const double cx = std::cos(x);
+    const double sx = std::sin(x);
+    const double cy = std::cos(y);
+    const double sy = std::sin(y);
+    const double cz = std::cos(z);
+    const double sz = std::sin(z);
+    const auto near = [](double a, double b) { return std::abs(a - b) <= angleTolerance; };
+    return near(m[0], cz * cy) && near(m[1], -sz * cy) && near(m[2], -sy) && near(m[4], sx * cz * sy + cx * sz) &&
+           near(m[5], cx * cz - sx * sz * sy) && near(m[6], sx * cy) && near(m[8], cx * cz * sy - sx * sz) &&
+           near(m[9], -(cx * sz * sy + sx * cz)) && near(m[10], cx * cy);
+}
+
+double degreesOf(double radians) {
+    const double degrees = radians / std::acos(-1.0) * 180.0;
+    return std::abs(degrees) < 0.0001 ? 0.0 : degrees;
+}
+
+} // namespace
+
+double lengthOf(const zVec<double>& v) { return std::sqrt(dot(v, v)); }
+
+zVec<double> unitOf(const zVec<double>& v) {
+    const double length = lengthOf(v);
+    return {v.x / length, v.y / length, v.z / length};
+}
+
+Matrix4 identityMatrix() { return {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}; }
+
+Matrix4 operator*(const Matrix4& a, const Matrix4& b) {
+    Matrix4 product{};
+    for (std::size_t column = 0; column < 4; ++column) {
+        for (std::size_t row = 0; row < 4; ++row) {
+            double sum = 0.0;
+            for (std::size_t k = 0; k < 4; ++k) {
+                sum += a[4 * k + row] * b[4 * column + k];
+            }
+            product[4 * column + row] = sum;
+        }
+    }
+    return product;
+}
+
+Matrix4 translationMatrix(const zVec<double>& offset) {
+    return {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, offset.x, offset.y, offset.z, 1};
+}
+
+Matrix4 scaleMatrix(const zVec<double>& factors) {
+    return {factors.x, 0, 0, 0, 0, factors.y, 0, 0, 0, 0, factors.z, 0, 0, 0, 0, 1};
+}
+
+Matrix4 rotationMatrix(double degrees, const zVec<double>& axis) {
+    if (degrees == 0.0) {
+        return identityMatrix();
+    }
+    const auto [s, c] = sineCosine(degrees);
+    const zVec<double> u = unitOf(axis);
+    const double t = 1.0 - c;
+    return {u.x * u.x * t + c,       u.y * u.x * t + u.z * s, u.z * u.x * t - u.y * s, 0,
+            u.x * u.y * t - u.z * s, u.y * u.y * t + c,       u.z * u.y * t + u.x * s, 0,
+            u.x * u.z * t + u.y * s, u.y * u.z * t - u.x * s, u.z * u.z * t + c,       0,
+            0,                       0,                       0,                       1};
+}
+
+Matrix4 orthographicMatrix(double left, double right, double bottom, double top, double nearPlane, double farPlane) {
+    return {2 / (right - left), 0, 0, 0, 0, 2 / (top - bottom), 0, 0, 0, 0, -2 / (farPlane - nearPlane), 0,
+            -(right + left) / (right - left), -(top + bottom) / (top - bottom),
+            -(farPlane + nearPlane) / (farPlane - nearPlane), 1};
+}
+
+Matrix4 frustumMatrix(double left, double right, double bottom, double top, double nearPlane, double farPlane) {
+    return {2 * nearPlane / (right - left), 0, 0, 0, 0, 2 * nearPlane / (top - bottom), 0, 0,
+            (right + left) / (right - left), (top + bottom) / (top - bottom),
+            -(farPlane + nearPlane) / (farPlane - nearPlane), -1, 0, 0,
+            -2 * farPlane * nearPlane / (farPlane - nearPlane), 0};
+}
+
+std::optional<zVec<double>> eulerAngles(const Matrix4& m) {
+    const AngleCandidates c = angleCandidates(m);
+    for (const double y : c.y) {
+        for (const double z : c.z) {
+            for (const double x : c.x) {
+                if (anglesFit(m, x, y, z)) {
+                    // The Z angle changes sign, so that setting the three angles rebuilds the same matrix.
+                    const double outZ = degreesOf(z);
+                    return zVec<double>(degreesOf(x), degreesOf(y), outZ == 0.0 ? 0.0 : -outZ);
+                }
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<zVec<double>> projectPoint(const zVec<double>& point, const Matrix4& modelView,
+                                         const Matrix4& projection, const Viewport& viewport) {
+    const GLint area[4] = {viewport.x, viewport.y, viewport.width, viewport.height};
+    zVec<double> window;
+    if (gluProject(point.x, point.y, point.z, modelView.data(), projection.data(), area, &window.x, &window.y,
+                   &window.z) != GL_TRUE) {
+        return std::nullopt;
+    }
+    return window;
+}
+
+std::optional<zVec<double>> unprojectPoint(const zVec<double>& window, const Matrix4& modelView,
+                                           const Matrix4& projection, const Viewport& viewport) {
+    const GLint area[4] = {viewport.x, viewport.y, viewport.width, viewport.height};
+    zVec<double> point;
+    if (gluUnProject(window.x, window.y, window.z, modelView.data(), projection.data(), area, &point.x, &point.y,
+                     &point.z) != GL_TRUE) {
+        return std::nullopt;
+    }
+    return point;
+}
+
+} // namespace velmora

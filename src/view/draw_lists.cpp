@@ -1,0 +1,359 @@
+#include "draw_lists.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "VelmoraDoc.h"
+#include "camera.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr Colour white{1.0F, 1.0F, 1.0F, 1.0F};
+constexpr Colour red{1.0F, 0.0F, 0.0F, 1.0F};
+constexpr Colour yellow{1.0F, 1.0F, 0.0F, 1.0F};
+constexpr Colour green{0.0F, 1.0F, 0.0F, 1.0F};
+constexpr Colour bufferBlue{0.2F, 0.2F, 1.0F, 1.0F};
+constexpr Colour removedPatch{0.4F, 0.4F, 0.0F, 1.0F};
+constexpr Colour blockPatch{1.0F, 1.0F, 0.1F, 1.0F};
+
+constexpr std::array<Colour, 5> patchColours{{{0.5F, 0.5F, 1.0F, 1.0F},
+                                              {0.5F, 1.0F, 0.5F, 1.0F},
+                                              {1.0F, 0.5F, 0.5F, 1.0F},
+                                              {0.7F, 0.7F, 0.7F, 1.0F},
+                                              {1.0F, 0.5F, 1.0F, 1.0F}}};
+constexpr std::array<Colour, 5> markerColours{{{0.0F, 0.0F, 1.0F, 1.0F},
+                                               {0.0F, 1.0F, 0.0F, 1.0F},
+                                               {1.0F, 0.0F, 0.0F, 1.0F},
+                                               {0.7F, 0.7F, 0.7F, 1.0F},
+                                               {1.0F, 0.5F, 1.0F, 1.0F}}};
+
+constexpr double doublePointTolerance = 1e-10;
+
+/// Per patch whether it stands in the zBlock.
+std::vector<bool> blockMask(const VelmoraDoc& document) {
+    std::vector<bool> mask(document.patches.size(), false);
+    for (std::int32_t i = 0; i < document.blockCount; ++i) {
+        const std::int32_t patch = document.blockList[static_cast<std::size_t>(i)];
+        if (patch >= 0 && patch < countOf(document.patches)) {
+            mask[static_cast<std::size_t>(patch)] = true;
+        }
+    }
+    return mask;
+}
+
+/// Builds the lists of one document state.
+class ListBuilder {
+public:
+    explicit ListBuilder(const VelmoraDoc& document) : doc_(document), inBlock_(blockMask(document)) {}
+
+    DrawList wire();
+    DrawList surface();
+
+private:
+    bool shown(std::int32_t patch) const { return !doc_.showBlockOnly || inBlock_[static_cast<std::size_t>(patch)]; }
+    template <class Action>
+    void forShownPatches(Action action) const;
+
+    void firstPoints();
+    void doublePoints();
+    void blockMarkers();
+    void bufferPoints(bool withInterLine);
+    void bufferLine(const PointList& points);
+    void sections();
+    void lines();
+    void quadStrips();
+    void pointsOf(const PointList& points, float size, const Colour& colour);
+
+    const VelmoraDoc& doc_;
+    std::vector<bool> inBlock_;
+    DrawList list_;
+};
+
+template <class Action>
+void ListBuilder::forShownPatches(Action action) const {
+    for (std::int32_t k = 0; k < countOf(doc_.patches); ++k) {
+        if (shown(k)) {
+            action(k, doc_.patches[static_cast<std::size_t>(k)]);
+        }
+    }
+}
+
+void ListBuilder::pointsOf(const PointList& points, float size, const Colour& colour) {
+    if (points.empty()) {
+        return;
+    }
+    list_.begin(Primitive::Points, colour).pointSize = size;
+    for (const zVec<double>& p : points) {
+        list_.vertex(p);
+    }
+}
+
+void ListBuilder::firstPoints() {
+    forShownPatches([this](std::int32_t, const Patch& patch) {
+        for (const PointList& section : patch) {
+            if (!section.empty()) {
+                list_.point(section.front(), 6.0F, red);
+            }
+        }
+        if (!patch.empty()) {
+            pointsOf(patch.front(), 6.0F, yellow);
+        }
+    });
+}
+
+void ListBuilder::doublePoints() {
+    forShownPatches([this](std::int32_t, const Patch& patch) {
+        for (const PointList& section : patch) {
+            for (std::size_t m = 0; m + 1 < section.size(); ++m) {
+                if (coincide(section[m], section[m + 1])) {
+                    list_.point(section[m], 8.0F, green);
+                }
+            }
+        }
+    });
+    if (doc_.fileKind != "apt") {
+        return;
+    }
+    for (const Patch& patch : doc_.patches) {
+        for (std::size_t n = 0; n + 1 < patch.size(); ++n) {
+            const std::size_t count = std::min(patch[n].size(), patch[n + 1].size());
+            for (std::size_t m = 0; m < count; ++m) {
+                if (coincide(patch[n][m], patch[n + 1][m])) {
+                    list_.point(patch[n][m], 8.0F, green);
+                }
+            }
+        }
+    }
+}
+
+void ListBuilder::blockMarkers() {
+    const auto marked = std::min<std::size_t>(static_cast<std::size_t>(doc_.blockCount), markerColours.size());
+    for (std::size_t i = 0; i < marked; ++i) {
+        const std::int32_t k = doc_.blockList[i];
+        if (k < 0 || k >= countOf(doc_.patches)) {
+            continue;
+        }
+        const Patch& patch = doc_.patches[static_cast<std::size_t>(k)];
+        list_.begin(Primitive::Points, markerColours[i]).pointSize = 3.0F;
+        for (std::int32_t n = 0; n < countOf(patch); ++n) {
+            const PointList& section = patch[static_cast<std::size_t>(n)];
+            for (std::int32_t m = 0; m < countOf(section); ++m) {
+                if (n != doc_.capturedSection && m != doc_.capturedLine) {
+                    list_.vertex(section[static_cast<std::size_t>(m)]);
+                }
+            }
+        }
+    }
+}
+
+void ListBuilder::bufferLine(const PointList& points) {
+    std::size_t first = 0;
+    if (doc_.showFirstPoints && !points.empty()) {
+        list_.point(points.front(), 6.0F, red);
+        first = 1;
+    }
+    for (std::size_t i = first; i < points.size(); ++i) {
+        list_.point(points[i], 5.0F, white);
+        list_.point(points[i], 8.0F, bufferBlue);
+    }
+}
+
+void ListBuilder::bufferPoints(bool withInterLine) {
+    bufferLine(doc_.lineBuffer);
+    pointsOf(doc_.sftPoints, 6.0F, red);
+    pointsOf(doc_.sftTargets, 6.0F, yellow);
+    if (withInterLine) {
+        bufferLine(doc_.interLine);
+    }
+    if (doc_.pointClipboardFull) {
+        list_.point(doc_.pointClipboard, 5.0F, white);
+        list_.point(doc_.pointClipboard, 8.0F, green);
+    }
+}
+
+void ListBuilder::sections() {
+    PatchColours colours(doc_);
+    forShownPatches([this, &colours](std::int32_t k, const Patch& patch) {
+        const Colour colour = colours.next(k);
+        for (std::int32_t n = 0; n < countOf(patch); ++n) {
+            const PointList& section = patch[static_cast<std::size_t>(n)];
+            if (section.empty()) {
+                continue;
+            }
+            const bool captured = (doc_.sectionCaptureArmed || doc_.sectionCaptured) && k == doc_.capturedPatch &&
+                                  n == doc_.capturedSection;
+            if (captured) {
+                pointsOf(section, 6.0F, white);
+            }
+            list_.begin(Primitive::LineStrip, captured ? white : colour);
+            for (const zVec<double>& p : section) {
+                list_.vertex(p);
+            }
+        }
+    });
+}
+
+void ListBuilder::lines() {
+    PatchColours colours(doc_);
+    forShownPatches([this, &colours](std::int32_t k, const Patch& patch) {
+        const Colour colour = colours.next(k);
+        for (std::int32_t m = 0; m < lineCount(patch); ++m) {
+            const auto index = static_cast<std::size_t>(m);
+            const bool captured = (doc_.lineCaptureArmed || doc_.lineCaptured) && k == doc_.capturedPatch &&
+                                  m == doc_.capturedLine;
+            const auto addLine = [this, &patch, index] {
+                for (const PointList& section : patch) {
+                    if (index < section.size()) {
+                        list_.vertex(section[index]);
+                    }
+                }
+            };
+            if (captured) {
+                list_.begin(Primitive::Points, white).pointSize = 6.0F;
+                addLine();
+            }
+            list_.begin(Primitive::LineStrip, captured ? white : colour);
+            addLine();
+        }
+    });
+}
+
+DrawList ListBuilder::wire() {
+    list_.number = 1;
+    const std::size_t strips = doc_.fileKind == "apt" ? 2 : 1;
+    list_.vertices.reserve(strips * static_cast<std::size_t>(pointTotal(doc_.patches)));
+    if (doc_.showFirstPoints) {
+        firstPoints();
+    }
+    if (doc_.showDoublePoints) {
+        doublePoints();
+    }
+    if (doc_.blockCount >= 1 && doc_.showZBlockMarkers) {
+        blockMarkers();
+    }
+    if (doc_.showBuffer) {
+        bufferPoints(true);
+    }
+    if (doc_.markersOpen) {
+        bufferLine(doc_.markers);
+    }
+    sections();
+    if (doc_.fileKind == "apt") {
+        lines();
+    }
+    return std::move(list_);
+}
+
+void ListBuilder::quadStrips() {
+    PatchColours colours(doc_);
+    forShownPatches([this, &colours](std::int32_t k, const Patch& patch) {
+        const Colour colour = colours.next(k);
+        // Each row of normals serves the strips on both its sides.
+        std::vector<zVec<double>> lower;
+        std::vector<zVec<double>> upper;
+        const auto rowNormals = [&patch](std::size_t n, std::vector<zVec<double>>& normals) {
+            normals.resize(patch[n].size());
+            for (std::size_t m = 0; m < normals.size(); ++m) {
+                normals[m] = gridNormal(patch, n, m);
+            }
+        };
+        for (std::size_t n = 0; n + 1 < patch.size(); ++n) {
+            if (n == 0) {
+                rowNormals(0, lower);
+            }
+            rowNormals(n + 1, upper);
+            list_.begin(Primitive::QuadStrip, colour).lit = true;
+            for (std::size_t m = patch[n].size(); m-- > 0;) {
+                list_.vertex(patch[n][m], lower[m]);
+                list_.vertex(patch[n + 1][m], upper[m]);
+            }
+            lower.swap(upper);
+        }
+    });
+}
+
+DrawList ListBuilder::surface() {
+    list_.number = 2;
+    const auto total = 2 * static_cast<std::size_t>(pointTotal(doc_.patches));
+    list_.vertices.reserve(total);
+    list_.normals.reserve(total);
+    quadStrips();
+    if (doc_.showFirstPoints) {
+        firstPoints();
+    }
+    if (doc_.showBuffer) {
+        bufferPoints(false);
+    }
+    if (doc_.showDoublePoints) {
+        doublePoints();
+    }
+    return std::move(list_);
+}
+
+} // namespace
+
+PatchColours::PatchColours(const VelmoraDoc& document)
+    : document_(document), inBlock_(blockMask(document)), last_(patchColours[0]) {}
+
+Colour PatchColours::next(std::int32_t patch) {
+    if (patch - base_ > 4) {
+        base_ += 5;
+    }
+    const std::int32_t place = patch - base_;
+    const bool member = inBlock_[static_cast<std::size_t>(patch)];
+    if (document_.patchRemoving && patch == document_.patchToRemove) {
+        last_ = removedPatch;
+    } else if (document_.patchCaptureArmed && (patch == document_.capturedPatch || member)) {
+        last_ = blockPatch;
+    } else if (document_.patchCaptured && member) {
+        last_ = blockPatch;
+    } else if (place < static_cast<std::int32_t>(patchColours.size())) {
+        last_ = patchColours[static_cast<std::size_t>(place)];
+    }
+    return last_;
+}
+
+zVec<double> gridNormal(const Patch& patch, std::size_t n, std::size_t m) {
+    const std::size_t before = n == 0 ? 0 : n - 1;
+    const std::size_t behind = std::min(n + 1, patch.size() - 1);
+    const std::size_t left = m == 0 ? 0 : m - 1;
+    const std::size_t right = std::min(m + 1, patch[n].size() - 1);
+    const zVec<double> first = patch[before][left] - patch[behind][right];
+    const zVec<double> second = patch[behind][left] - patch[before][right];
+    return unitOf(cross(first, second)) * -1.0;
+}
+
+bool coincide(const zVec<double>& a, const zVec<double>& b) {
+    const double largest = std::max({std::abs(a.x), std::abs(a.y), std::abs(a.z), std::abs(b.x), std::abs(b.y),
+                                     std::abs(b.z)});
+    if (largest == 0.0) {
+        return true;
+    }
+    return std::abs(a.x - b.x) / largest < doublePointTolerance &&
+           std::abs(a.y - b.y) / largest < doublePointTolerance &&
+           std::abs(a.z - b.z) / largest < doublePointTolerance;
+}
+
+int listNumberFor(const VelmoraDoc& document) {
+    if (document.structureKind != "str") {
+        return 0;
+    }
+    // Strips and normals read neighbouring sections at the same index: only a regular grid has them.
+    const bool grid = document.fileKind == "apt" && regularityOf(document.patches) != Regularity::Irregular;
+    return document.surfaceMode && grid ? 2 : 1;
+}
+
+DrawList buildDrawList(const VelmoraDoc& document, int number) {
+    switch (number) {
+    case 1:
+        return ListBuilder(document).wire();
+    case 2:
+        return ListBuilder(document).surface();
+    default:
+        return {};
+    }
+}
+
+} // namespace velmora

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "DrawList.h"
+
+namespace velmora {
+
+class VelmoraDoc;
+
+/// The number of the list that fits the document's kind and surface mode: 1 wire, 2 surface of a regular grid;
+/// 0 for an empty document.
+int listNumberFor(const VelmoraDoc& document);
+
+/// The picture of the document as list `number` (see listNumberFor). Linear in the points shown.
+DrawList buildDrawList(const VelmoraDoc& document, int number);
+
+/// Colour of a patch before any highlight, by its place in a cycle of five. The base of the cycle is advanced only
+/// by patches that are drawn, and by one cycle at a time; a place past the cycle keeps the colour drawn before.
+class PatchColours {
+public:
+    explicit PatchColours(const VelmoraDoc& document);
+    /// Colour of patch K with the highlights of the patch regime; call once per patch drawn, in rising order.
+    Colour next(std::int32_t patch);
+
+private:
+    const VelmoraDoc& document_;
+    std::vector<bool> inBlock_;
+    std::int32_t base_ = 0;
+    Colour last_;
+};
+
+/// The unit normal that list 2 gives grid point (n, m) of a patch: from its four diagonal neighbours, clamped at the
+/// borders. No numbers where they coincide.
+zVec<double> gridNormal(const std::vector<std::vector<zVec<double>>>& patch, std::size_t n, std::size_t m);
+
+/// Both at the origin, or each coordinate difference below 1e-10 of the largest coordinate of the two.
+bool coincide(const zVec<double>& a, const zVec<double>& b);
+
+} // namespace velmora

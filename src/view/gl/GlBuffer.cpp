@@ -1,0 +1,146 @@
+#include "GlBuffer.h"
+
+#define GL_GLEXT_PROTOTYPES 1
+#include <GL/gl.h>
+#include <GL/glext.h>
+
+#include <array>
+
+namespace velmora {
+
+namespace {
+
+using Triple = std::array<float, 3>;
+
+Triple singlePrecision(const zVec<double>& v) {
+    return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
+}
+
+/// Strips end where their batch ends; the vertices of separate primitives may run on.
+bool isStrip(Primitive primitive) { return primitive == Primitive::LineStrip || primitive == Primitive::QuadStrip; }
+
+bool sameLook(const DrawBatch& a, const DrawBatch& b) {
+    return a.primitive == b.primitive && a.colour == b.colour && a.pointSize == b.pointSize &&
+           a.lineWidth == b.lineWidth && a.lit == b.lit && a.hasNormals == b.hasNormals &&
+           a.outlineFront == b.outlineFront;
+}
+
+GLenum modeOf(Primitive primitive) {
+    switch (primitive) {
+    case Primitive::Points:
+        return GL_POINTS;
+    case Primitive::LineStrip:
+        return GL_LINE_STRIP;
+    case Primitive::Lines:
+        return GL_LINES;
+    case Primitive::Triangles:
+        return GL_TRIANGLES;
+    case Primitive::QuadStrip:
+        return GL_QUAD_STRIP;
+    }
+    return GL_POINTS;
+}
+
+void appendRange(GlRun& run, int first, int count) {
+    const bool adjoins = !run.first.empty() && run.first.back() + run.counts.back() == first;
+    if (adjoins && !isStrip(run.look.primitive)) {
+        run.counts.back() += count;
+        return;
+    }
+    run.first.push_back(first);
+    run.counts.push_back(count);
+}
+
+std::vector<Triple> positionsOf(const DrawList& list) {
+    std::vector<Triple> positions;
+    positions.reserve(list.vertices.size());
+    for (const zVec<double>& vertex : list.vertices) {
+        positions.push_back(singlePrecision(vertex));
+    }
+    return positions;
+}
+
+/// The normals beside their vertices; vertices without one get zeros that nothing reads. Empty when none has one.
+std::vector<Triple> normalsBesideVertices(const DrawList& list) {
+    if (list.normals.empty()) {
+        return {};
+    }
+    std::vector<Triple> normals(list.vertices.size(), Triple{});
+    for (const DrawBatch& batch : list.batches) {
+        if (!batch.hasNormals) {
+            continue;
+        }
+        for (std::size_t i = 0; i < batch.vertexCount; ++i) {
+            normals[batch.firstVertex + i] = singlePrecision(list.normals[batch.firstNormal + i]);
+        }
+    }
+    return normals;
+}
+
+void fillBuffer(unsigned& buffer, const std::vector<Triple>& values, GLenum usage) {
+    if (buffer == 0) {
+        glGenBuffers(1, &buffer);
+    }
+    glBindBuffer(GL_ARRAY_BUFFER, buffer);
+    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(values.size() * sizeof(Triple)), values.data(), usage);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+}
+
+} // namespace
+
+std::vector<GlRun> joinBatches(const DrawList& list) {
+    std::vector<GlRun> runs;
+    for (const DrawBatch& batch : list.batches) {
+        if (batch.vertexCount == 0) {
+            continue;
+        }
+        if (runs.empty() || !sameLook(runs.back().look, batch)) {
+            runs.push_back({batch, {}, {}});
+        }
+        appendRange(runs.back(), static_cast<int>(batch.firstVertex), static_cast<int>(batch.vertexCount));
+    }
+    return runs;
+}
+
+void GlBuffer::upload(const DrawList& list, bool drawnOnce) {
+    const GLenum usage = drawnOnce ? GL_STREAM_DRAW : GL_STATIC_DRAW;
+    runs_ = joinBatches(list);
+    fillBuffer(positions_, positionsOf(list), usage);
+    fillBuffer(normals_, normalsBesideVertices(list), usage);
+}
+
+void GlBuffer::release() {
+    for (unsigned* buffer : {&positions_, &normals_}) {
+        if (*buffer != 0) {
+            glDeleteBuffers(1, buffer);
+            *buffer = 0;
+        }
+    }
+    runs_.clear();
+}
+
+void GlBuffer::bind() const {
+    glBindBuffer(GL_ARRAY_BUFFER, normals_);
+    glNormalPointer(GL_FLOAT, 0, nullptr);
+    glBindBuffer(GL_ARRAY_BUFFER, positions_);
+    glVertexPointer(3, GL_FLOAT, 0, nullptr);
+    glEnableClientState(GL_VERTEX_ARRAY);
+}
+
+void GlBuffer::unbind() {
+    glDisableClientState(GL_VERTEX_ARRAY);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+}
+
+void GlBuffer::draw(const GlRun& run) const {
+    if (run.look.hasNormals) {
+        glEnableClientState(GL_NORMAL_ARRAY);
+    }
+    glMultiDrawArrays(modeOf(run.look.primitive), run.first.data(), run.counts.data(),
+                      static_cast<GLsizei>(run.first.size()));
+    if (run.look.hasNormals) {
+        glDisableClientState(GL_NORMAL_ARRAY);
+    }
+}
+
+} // namespace velmora

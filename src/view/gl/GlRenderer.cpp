@@ -1,0 +1,157 @@
+#include "GlRenderer.h"
+
+#define GL_GLEXT_PROTOTYPES 1
+#include <GL/gl.h>
+#include <GL/glext.h>
+
+#include <algorithm>
+#include <array>
+
+namespace velmora {
+
+namespace {
+
+void setFaces(GLenum front, GLenum back) {
+    glPolygonMode(GL_FRONT, front);
+    glPolygonMode(GL_BACK, back);
+}
+
+void setFaces(const DrawBatch& look, bool filled) {
+    if (look.outlineFront) {
+        setFaces(GL_LINE, GL_FILL);
+    } else {
+        setFaces(filled ? GL_FILL : GL_LINE, GL_LINE);
+    }
+}
+
+/// Light 0, fixed to the eye: set while the model view matrix is the identity.
+void setLight() {
+    const std::array<float, 4> full{1.0F, 1.0F, 1.0F, 1.0F};
+    const std::array<float, 4> position{0.0F, 0.0F, 1.0F, 1.0F};
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    glLightfv(GL_LIGHT0, GL_AMBIENT, full.data());
+    glLightfv(GL_LIGHT0, GL_DIFFUSE, full.data());
+    glLightfv(GL_LIGHT0, GL_SPECULAR, full.data());
+    glLightfv(GL_LIGHT0, GL_POSITION, position.data());
+    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
+    glEnable(GL_LIGHT0);
+}
+
+void setMatrices(const SceneFrame& frame) {
+    glViewport(frame.viewport.x, frame.viewport.y, frame.viewport.width, frame.viewport.height);
+    glMatrixMode(GL_PROJECTION);
+    glLoadMatrixd(frame.projection.data());
+    glMatrixMode(GL_MODELVIEW);
+    glLoadMatrixd(frame.modelView.data());
+}
+
+void setEnabled(GLenum capability, bool on) {
+    if (on) {
+        glEnable(capability);
+    } else {
+        glDisable(capability);
+    }
+}
+
+} // namespace
+
+void GlRenderer::prepare() {
+    glClearColor(0.0F, 0.0F, 0.0F, 0.0F);
+    glClearDepth(1.0);
+    glEnable(GL_DEPTH_TEST);
+}
+
+void GlRenderer::clear(const Colour& colour) {
+    glClearColor(colour[0], colour[1], colour[2], colour[3]);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+}
+
+void GlRenderer::draw(const SceneFrame& frame) {
+    glEnable(GL_DEPTH_TEST);
+    glShadeModel(GL_SMOOTH);
+    setLight();
+    glColorMaterial(GL_FRONT_AND_BACK, GL_DIFFUSE);
+    glEnable(GL_COLOR_MATERIAL);
+    setMatrices(frame);
+    if (frame.list != nullptr) {
+        if (uploadedRevision_ != frame.listRevision) {
+            list_.upload(*frame.list, false);
+            uploadedRevision_ = frame.listRevision;
+        }
+        drawRuns(list_, frame, frame.filled);
+    }
+    glDisable(GL_COLOR_MATERIAL);
+    if (frame.overlay != nullptr) {
+        overlay_.upload(frame.overlay->list, true);
+        drawRuns(overlay_, frame, false);
+        drawTexts(frame.overlay->texts);
+    }
+}
+
+void GlRenderer::drawRuns(const GlBuffer& buffer, const SceneFrame& frame, bool lightsOn) {
+    buffer.bind();
+    for (const GlRun& run : buffer.runs()) {
+        setEnabled(GL_LIGHTING, lightsOn && run.look.lit);
+        setFaces(run.look, frame.filled);
+        glPointSize(run.look.pointSize);
+        glLineWidth(run.look.lineWidth);
+        glColor4fv(run.look.colour.data());
+        buffer.draw(run);
+    }
+    GlBuffer::unbind();
+    glDisable(GL_LIGHTING);
+}
+
+void GlRenderer::drawTexts(const std::vector<DrawText>& texts) {
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    for (const DrawText& text : texts) {
+        const TextBitmap bitmap = rasterizer_(text.text);
+        // The raster position takes the colour in force.
+        glColor4fv(text.colour.data());
+        glRasterPos3d(text.position.x, text.position.y, text.position.z);
+        glBitmap(bitmap.width, bitmap.height, 0.0F, 0.0F, 0.0F, 0.0F, bitmap.rows.data());
+    }
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+}
+
+void GlRenderer::finish() { glFinish(); }
+
+void GlRenderer::invertRectangle(PixelPoint from, PixelPoint to, const Viewport& viewport) {
+    const int left = std::min(from.x, to.x);
+    const int right = std::max(from.x, to.x) + 1;
+    const int bottom = viewport.height - 1 - std::max(from.y, to.y);
+    const int top = viewport.height - std::min(from.y, to.y);
+    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    glViewport(viewport.x, viewport.y, viewport.width, viewport.height);
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    glOrtho(0.0, viewport.width, 0.0, viewport.height, -1.0, 1.0);
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    glDisable(GL_DEPTH_TEST);
+    setFaces(GL_FILL, GL_FILL);
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_FALSE);
+    glEnable(GL_COLOR_LOGIC_OP);
+    glLogicOp(GL_INVERT);
+    // Four strips that share no pixel: one inverted twice would stand out.
+    glRecti(left, top - 1, right, top);
+    if (top - bottom > 1) {
+        glRecti(left, bottom, right, bottom + 1);
+    }
+    if (top - bottom > 2) {
+        glRecti(left, bottom + 1, left + 1, top - 1);
+        if (right - left > 1) {
+            glRecti(right - 1, bottom + 1, right, top - 1);
+        }
+    }
+    glPopAttrib();
+}
+
+void GlRenderer::release() {
+    list_.release();
+    overlay_.release();
+    uploadedRevision_.reset();
+}
+
+} // namespace velmora

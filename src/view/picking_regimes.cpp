@@ -1,0 +1,145 @@
+#include "VelmoraView.h"
+#include "status_texts.h"
+
+namespace velmora {
+
+namespace {
+
+// How far from the line of sight the nearest point may lie, as a fraction of the model's diagonal.
+constexpr double pointLimit = 0.01;
+constexpr double sectionLimit = 0.05;
+constexpr double lineLimit = 0.5;
+
+} // namespace
+
+PixelLine VelmoraView::PixelRay(double x, double y) {
+    ApplyModelTransform(doc_.modelCenter);
+    const double windowY = viewport.height - y - 1;
+    const auto at = [&](double depth) {
+        return unprojectPoint({x, windowY, depth}, modelViewMatrix, projectionMatrix, viewport)
+            .value_or(zVec<double>());
+    };
+    return {at(0.0), at(1.0)};
+}
+
+double VelmoraView::modelDiagonal() const { return lengthOf(doc_.boxMax - doc_.boxMin); }
+
+PickFilter VelmoraView::blockFilter() const {
+    PickFilter filter;
+    if (doc_.patchCaptured && doc_.blockCount > 0) {
+        filter.patches.assign(doc_.patches.size(), false);
+        for (std::int32_t i = 0; i < doc_.blockCount; ++i) {
+            const std::int32_t patch = doc_.blockList[static_cast<std::size_t>(i)];
+            if (patch >= 0 && patch < countOf(doc_.patches)) {
+                filter.patches[static_cast<std::size_t>(patch)] = true;
+            }
+        }
+    }
+    return filter;
+}
+
+// ---- The left button in a regime ------------------------------------------------------------------------------------
+
+void VelmoraView::pressRegime(PixelPoint position) {
+    if (doc_.pointCaptureArmed || doc_.freePointArmed) {
+        PickPoint(position);
+        repaint();
+    }
+    if (doc_.sectionCaptureArmed) {
+        PickSection(position);
+        repaint();
+    }
+    if (doc_.lineCaptureArmed) {
+        PickLine(position);
+        repaint();
+    }
+}
+
+void VelmoraView::dragRegime(PixelPoint position) {
+    if (doc_.pointCaptureArmed || doc_.freePointArmed) {
+        PickPoint(position);
+        doc_.ShowStatus(doc_.pointStatus);
+        repaint();
+    }
+    if (doc_.sectionCaptureArmed) {
+        PickSection(position);
+    }
+    if (doc_.lineCaptureArmed) {
+        PickLine(position);
+    }
+}
+
+// ---- Picks ----------------------------------------------------------------------------------------------------------
+
+bool VelmoraView::PickPoint(PixelPoint position) {
+    doc_.pointPicked = false;
+    PickFilter filter = blockFilter();
+    filter.patch = doc_.capturedPatch;
+    if (!doc_.freePointArmed) {
+        filter.section = doc_.sectionCaptured ? doc_.capturedSection : -1;
+        filter.point = doc_.lineCaptured ? doc_.capturedLine : -1;
+    }
+    const auto nearest = nearestGridPoint(doc_.patches, PixelRay(position.x, position.y), filter);
+    if (!nearest) {
+        return false;
+    }
+    doc_.capturedPointSection = nearest->section;
+    doc_.capturedPoint = nearest->point;
+    if (nearest->distance > pointLimit * modelDiagonal()) {
+        return false;
+    }
+    doc_.capturedPatch = nearest->patch;
+    doc_.pickedPoint = nearest->position;
+    const PointAddress address = doc_.lineCaptured
+                                     ? PointAddress{nearest->patch, nearest->point, nearest->section}
+                                     : PointAddress{nearest->patch, nearest->section, nearest->point};
+    doc_.pointStatus = capturedPointText(doc_.lineCaptured, address, doc_.pickedPoint);
+    doc_.pointContinueStatus = doc_.pointStatus + pointContinueClause;
+    doc_.capturedPointPos = doc_.pickedPoint;
+    doc_.pointPicked = true;
+    return true;
+}
+
+std::optional<NearestPoint> VelmoraView::nearestCurvePoint(PixelPoint position) {
+    auto nearest = nearestGridPoint(doc_.patches, PixelRay(position.x, position.y), blockFilter());
+    if (nearest) {
+        doc_.capturedPatch = nearest->patch;
+    }
+    return nearest;
+}
+
+bool VelmoraView::PickSection(PixelPoint position) {
+    doc_.capturedSection = -1;
+    const auto nearest = nearestCurvePoint(position);
+    const bool found = nearest && nearest->distance <= sectionLimit * modelDiagonal();
+    if (found) {
+        doc_.capturedSection = nearest->section;
+        const PointList* section = doc_.sectionAt(nearest->patch, nearest->section);
+        doc_.sectionStatus = capturedSectionText(nearest->patch, nearest->section, countOf(*section));
+        doc_.sectionContinueStatus = doc_.sectionStatus + curveContinueClause;
+    }
+    showCurvePick(found, true);
+    return found;
+}
+
+bool VelmoraView::PickLine(PixelPoint position) {
+    doc_.capturedPointSection = -1;
+    const auto nearest = nearestCurvePoint(position);
+    const bool found = nearest && nearest->distance <= lineLimit * modelDiagonal();
+    if (found) {
+        doc_.capturedLine = nearest->point;
+        const auto points = countOf(doc_.patches[static_cast<std::size_t>(nearest->patch)]);
+        doc_.lineStatus = capturedLineText(nearest->patch, nearest->point, points);
+        doc_.lineContinueStatus = doc_.lineStatus + pointContinueClause;
+    }
+    showCurvePick(found, false);
+    return found;
+}
+
+void VelmoraView::showCurvePick(bool found, bool section) {
+    doc_.redraw();
+    setMouseMode(section ? ModeSection : ModeLine);
+    doc_.ShowStatus(!found ? doc_.dragPrompt : section ? doc_.sectionStatus : doc_.lineStatus);
+}
+
+} // namespace velmora

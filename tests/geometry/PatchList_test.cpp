@@ -1,0 +1,3 @@
+#include "zVec.h"
+
+#include <gtest/gtest.h>

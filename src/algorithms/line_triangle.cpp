@@ -1,6 +1,7 @@
 #include "line_triangle.h"
 
 #include <cmath>
+#include <initializer_list>
 
 #include "zVec.h"
 
@@ -35,6 +36,10 @@ Vector vectorAt(const double* p) {
 
 double length(const Vector& v) {
     return std::sqrt(dot(v, v));
+}
+
+Vector quotient(const Vector& v, double divisor) {
+    return {v.x / divisor, v.y / divisor, v.z / divisor};
 }
 
 /// Fails for two coordinates that are both 0: their sum is no measure then.
@@ -79,7 +84,7 @@ int meetSegment(const Vector& q1, const Vector& q2, const Line& line, Vector& hi
     if (a * along.x * b - c * e + c * along.y * f - g * b + g * along.z * e - a * f != 0) {
         return noHit;
     }
-    const Vector u = (q2 - q1) * (1 / length(q2 - q1));
+    const Vector u = quotient(q2 - q1, length(q2 - q1));
     const Vector w((1 - u.x) * along.x, (1 - u.y) * along.y, (1 - u.z) * along.z);
     const double across = dot(w, along);
     if (across == 0) {
@@ -117,8 +122,7 @@ int meetTriangle(const Vector& a, const Vector& b, const Vector& c, const Line& 
     const bool abOne = nearEqual(a, b);
     const bool acOne = nearEqual(a, c);
     if (abOne && acOne) {
-        const Vector sum = a + b + c;
-        hit = {sum.x / 3, sum.y / 3, sum.z / 3};
+        hit = quotient(a + b + c, 3);
         return line.passesThrough(hit) ? vertexHit : noHit;
     }
     const Vector* const edges[3][2] = {{&a, &b}, {&a, &c}, {&b, &c}};

@@ -10,7 +10,9 @@ namespace velmora {
 
 namespace {
 
-std::size_t sizeOf(std::int32_t count) { return static_cast<std::size_t>(std::max(count, 0)); }
+std::size_t sizeOf(std::int32_t count) {
+    return static_cast<std::size_t>(std::max(count, 0));
+}
 
 /// Three parallel coordinate arrays, the working form of the kernels.
 struct Coordinates {
@@ -75,14 +77,13 @@ public:
         if (law_.spline) {
             SplineRebreakLaw(in_.x.data(), in_.y.data(), in_.z.data(), count, out_.x.data(), out_.y.data(),
                              out_.z.data(), law_.newCount, law_.exactness,
-                             law_.fitToLawCurve ? lawPrescribed : lawCompression, law_.compression,
-                             scratchLaw_.data());
+                             law_.fitToLawCurve ? lawPrescribed : lawCompression, law_.compression, scratchLaw_.data());
         } else if (law_.fitToLawCurve) {
             LinearRebreakLaw(in_.x.data(), in_.y.data(), in_.z.data(), count, out_.x.data(), out_.y.data(),
                              out_.z.data(), law_.newCount, scratchLaw_.data());
         } else {
-            LinearRebreak(in_.x.data(), in_.y.data(), in_.z.data(), count, out_.x.data(), out_.y.data(),
-                          out_.z.data(), law_.newCount, law_.compression);
+            LinearRebreak(in_.x.data(), in_.y.data(), in_.z.data(), count, out_.x.data(), out_.y.data(), out_.z.data(),
+                          law_.newCount, law_.compression);
         }
     }
 
@@ -118,8 +119,7 @@ void rebreakSections(Patch& patch, RebreakLaw& law) {
     // The law and the tail's bound are those of the captured section as it was.
     const PointList& lawSection = patch[sizeOf(law.lawCurve)];
     const std::size_t tailBound = lawSection.size();
-    StretchRebreaker rebreaker(law,
-                               runningLength(lawSection.size(), [&](std::size_t i) { return lawSection[i]; }));
+    StretchRebreaker rebreaker(law, runningLength(lawSection.size(), [&](std::size_t i) { return lawSection[i]; }));
     PointList rebuilt;
     for (std::int32_t n = law.firstCurve; n < law.lastCurve; ++n) {
         PointList& section = patch[sizeOf(n)];
@@ -157,8 +157,7 @@ void rebreakLines(Patch& patch, RebreakLaw& law) {
         return;
     }
     const auto lawLine = sizeOf(law.lawCurve);
-    StretchRebreaker rebreaker(
-        law, runningLength(patch.size(), [&](std::size_t n) { return patch[n][lawLine]; }));
+    StretchRebreaker rebreaker(law, runningLength(patch.size(), [&](std::size_t n) { return patch[n][lawLine]; }));
 
     const PointList blank(sizeOf(lines), patch.front().front());
     Patch rebuilt(patch.begin(), patch.begin() + law.firstPoint - 1);

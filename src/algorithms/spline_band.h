@@ -19,9 +19,9 @@ void BandSplineAt(std::int32_t n, const double* t, const double* y, const double
 ///
 /// The values of that spline at t go to `out`, which may be the same array as `y`. A point with a half-width not above
 /// `bandFreeTolerance` keeps its value. The pinned points, of which at most `capacity` are held, are the spline's
-/// knots. The first and the last of them stay pinned whatever their half-width; points that found no room among them
-/// are neither knots nor moved. With no pinned point at all nothing pulls at the others, and they too stay where they
-/// are.
+/// knots. The first and the last knot stay pinned whatever their half-width; pinned points that found no room among the
+/// knots do not move. Without any pinned point at the start every point becomes one, and the fit goes on from there.
+/// With n below 1 nothing is written and the result is 0.
 ///
 /// Returns 0 when it ended without pinning any point on the way, otherwise 1. At most eleven passes, each of n log n or
 /// better.

@@ -48,7 +48,9 @@ double numberOf(const DialogField& field) {
     return **std::get_if<bool*>(&field.value) ? 1.0 : 0.0;
 }
 
-DialogRefusal refuse(const DialogField& field, std::string message) { return {std::move(message), field.key}; }
+DialogRefusal refuse(const DialogField& field, std::string message) {
+    return {std::move(message), field.key};
+}
 
 std::optional<DialogRefusal> storeNumber(DialogField& field, std::string_view text) {
     if (field.kind == FieldKind::Real) {

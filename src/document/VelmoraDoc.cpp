@@ -38,14 +38,14 @@ void VelmoraDoc::showIdlePrompt() {
 }
 
 std::vector<std::string> VelmoraDoc::dialogNames() {
-    return {"Cduplicate", "CRebreak",  "CInputPatch",  "CInputSection", "CInputLine",
+    return {"Cduplicate", "CRebreak",     "CInputPatch",  "CInputSection", "CInputLine",
             "CFeatures",  "CBeforeAfter", "dlgEditPoint", "dlgViewing"};
 }
 
 std::optional<DialogForm> VelmoraDoc::storedDialog(std::string_view name) {
-    DialogForm forms[] = {describe(duplicateValues),    describe(rebreakValues),     describe(inputPatchValues),
-                          describe(inputSectionValues), describe(inputLineValues),   describe(featuresValues),
-                          describe(beforeAfterValues),  describe(editPointValues),   describe(viewingValues)};
+    DialogForm forms[] = {describe(duplicateValues),    describe(rebreakValues),   describe(inputPatchValues),
+                          describe(inputSectionValues), describe(inputLineValues), describe(featuresValues),
+                          describe(beforeAfterValues),  describe(editPointValues), describe(viewingValues)};
     for (DialogForm& form : forms) {
         if (form.name == name) {
             return std::move(form);
@@ -199,9 +199,8 @@ void VelmoraDoc::RefillPointStatus(bool curveForm) {
             pointContinueClause;
     }
     if (curveForm && sectionCaptured) {
-        pointContinueStatus =
-            capturedPointText(false, {capturedPatch, capturedSection, capturedPoint}, pickedPoint) +
-            pointContinueClause;
+        pointContinueStatus = capturedPointText(false, {capturedPatch, capturedSection, capturedPoint}, pickedPoint) +
+                              pointContinueClause;
     }
 }
 

@@ -74,7 +74,8 @@ public:
     /// The file that Save writes, spelled as the user chose it.
     std::filesystem::path chosenPath;
 
-    // ---- Capture and selection: numbers from 0, -1 for none ----------------------------------------------------------
+    // ---- Capture and selection: numbers from 0, -1 for none
+    // ----------------------------------------------------------
 
     std::int32_t capturedPatch = -1;
     std::int32_t capturedPointSection = -1;
@@ -113,7 +114,8 @@ public:
     bool dragCorrectsLine = false; ///< the next drag bends the captured curve
     bool pointPicked = false;      ///< the last pick found something: capturedPointPos is drawn
 
-    // ---- Other flags ---------------------------------------------------------------------------------------------------
+    // ---- Other flags
+    // ---------------------------------------------------------------------------------------------------
 
     bool appendMode = false;
     bool readerOption = false;
@@ -140,7 +142,8 @@ public:
     bool fieldMode = false;
     bool fieldOpening = false;
 
-    // ---- Numbers -------------------------------------------------------------------------------------------------------
+    // ---- Numbers
+    // -------------------------------------------------------------------------------------------------------
 
     zVec<double> boxMin; ///< the model's box, as of the last updateBounds
     zVec<double> boxMax;
@@ -182,7 +185,8 @@ public:
     /// The class names that storedDialog knows.
     static std::vector<std::string> dialogNames();
 
-    // ---- Views and messages ------------------------------------------------------------------------------------------
+    // ---- Views and messages
+    // ------------------------------------------------------------------------------------------
 
     /// The view must outlive the document or be detached.
     void attachView(DocumentView& view) { views_.push_back(&view); }
@@ -200,7 +204,8 @@ public:
     /// Computes the model's box, centre and radius anew and resets the views. Nothing happens with "non".
     void updateBounds();
 
-    // ---- File commands -------------------------------------------------------------------------------------------------
+    // ---- File commands
+    // -------------------------------------------------------------------------------------------------
 
     /// New. The first call of the process only sets the initial state.
     void onNewDocument();
@@ -216,7 +221,8 @@ public:
     /// The question before the document is closed; false when it must stay open because saving failed.
     bool saveModified();
 
-    // ---- Kind, title and path ------------------------------------------------------------------------------------------
+    // ---- Kind, title and path
+    // ------------------------------------------------------------------------------------------
 
     /// Sets structureKind and fileKind from the section counts of `list`. Without a patch they stay.
     void checkRegularity(const PatchList& list);
@@ -225,14 +231,16 @@ public:
     /// The refresh after an edit of `patches`: kind, path and title follow.
     void UpdateAfterEdit() { retitle(); }
 
-    // ---- Undo -----------------------------------------------------------------------------------------------------------
+    // ---- Undo
+    // -----------------------------------------------------------------------------------------------------------
 
     void SavePointUndo();
     void SavePatchUndo();
     void UndoPoint();
     void UndoPatch();
 
-    // ---- Regimes --------------------------------------------------------------------------------------------------------
+    // ---- Regimes
+    // --------------------------------------------------------------------------------------------------------
 
     void CapturePoint();
     void CaptureFreePoint();
@@ -263,7 +271,8 @@ public:
     bool patchRegimeActive() const { return patchCaptureArmed || patchCaptured; }
     bool inBlock(std::int32_t patch) const;
 
-    // ---- Editing --------------------------------------------------------------------------------------------------------
+    // ---- Editing
+    // --------------------------------------------------------------------------------------------------------
 
     void EditPoint();
     void Rebreak();
@@ -274,7 +283,8 @@ public:
     void ViewFeatures();
     void ToggleBlockOnly();
 
-    // ---- Addresses ------------------------------------------------------------------------------------------------------
+    // ---- Addresses
+    // ------------------------------------------------------------------------------------------------------
 
     /// The section that is addressed, or null when the address points outside the model.
     PointList* sectionAt(std::int32_t patch, std::int32_t section);

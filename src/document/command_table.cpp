@@ -18,33 +18,79 @@ constexpr auto shell = CommandOwner::Shell;
 
 // The rules: each is true when the state turns a command off. Asked anew each time, nothing is cached.
 
-bool curveHeld(Doc d) { return d.sectionCaptured || d.lineCaptured; }
-bool emptyModel(Doc d) { return d.structureKind == "non"; }
-bool notStr(Doc d) { return d.structureKind != "str"; }
-bool notUns(Doc d) { return d.structureKind != "uns"; }
-bool notApt(Doc d) { return d.fileKind != "apt"; }
+bool curveHeld(Doc d) {
+    return d.sectionCaptured || d.lineCaptured;
+}
+bool emptyModel(Doc d) {
+    return d.structureKind == "non";
+}
+bool notStr(Doc d) {
+    return d.structureKind != "str";
+}
+bool notUns(Doc d) {
+    return d.structureKind != "uns";
+}
+bool notApt(Doc d) {
+    return d.fileKind != "apt";
+}
 
-bool nonOrField(Doc d) { return emptyModel(d) || d.fieldMode; }
-bool nonOrNoField(Doc d) { return emptyModel(d) || !d.fieldMode; }
-bool notStrOrField(Doc d) { return notStr(d) || d.fieldMode; }
-bool notGrid(Doc d) { return notStr(d) || notApt(d); }
-bool notGridOrField(Doc d) { return notGrid(d) || d.fieldMode; }
+bool nonOrField(Doc d) {
+    return emptyModel(d) || d.fieldMode;
+}
+bool nonOrNoField(Doc d) {
+    return emptyModel(d) || !d.fieldMode;
+}
+bool notStrOrField(Doc d) {
+    return notStr(d) || d.fieldMode;
+}
+bool notGrid(Doc d) {
+    return notStr(d) || notApt(d);
+}
+bool notGridOrField(Doc d) {
+    return notGrid(d) || d.fieldMode;
+}
 
-bool noPoint(Doc d) { return !d.pointCaptured; }
-bool noPointOrUns(Doc d) { return d.structureKind == "uns" || !d.pointCaptured; }
-bool pointCountFixed(Doc d) { return noPointOrUns(d) || d.lineCaptured || d.fieldMode; }
+bool noPoint(Doc d) {
+    return !d.pointCaptured;
+}
+bool noPointOrUns(Doc d) {
+    return d.structureKind == "uns" || !d.pointCaptured;
+}
+bool pointCountFixed(Doc d) {
+    return noPointOrUns(d) || d.lineCaptured || d.fieldMode;
+}
 
-bool noBlock(Doc d) { return d.blockCount < 1; }
-bool noBlockOrField(Doc d) { return noBlock(d) || d.fieldMode; }
-bool noPairOfPatches(Doc d) { return notStr(d) || d.blockCount < 2; }
+bool noBlock(Doc d) {
+    return d.blockCount < 1;
+}
+bool noBlockOrField(Doc d) {
+    return noBlock(d) || d.fieldMode;
+}
+bool noPairOfPatches(Doc d) {
+    return notStr(d) || d.blockCount < 2;
+}
 
-bool noCurve(Doc d) { return !curveHeld(d); }
-bool noCurveOrField(Doc d) { return noCurve(d) || d.fieldMode; }
-bool noCurveOfGrid(Doc d) { return notStr(d) || noCurve(d); }
-bool noCurveOfGridOrField(Doc d) { return noCurveOfGrid(d) || d.fieldMode; }
-bool noSectionOrField(Doc d) { return notStr(d) || !d.sectionCaptured || d.fieldMode; }
-bool noPointOnSection(Doc d) { return notStr(d) || !d.sectionCaptured || !d.pointCaptured; }
-bool bufferEmpty(Doc d) { return !d.lineBufferFull; }
+bool noCurve(Doc d) {
+    return !curveHeld(d);
+}
+bool noCurveOrField(Doc d) {
+    return noCurve(d) || d.fieldMode;
+}
+bool noCurveOfGrid(Doc d) {
+    return notStr(d) || noCurve(d);
+}
+bool noCurveOfGridOrField(Doc d) {
+    return noCurveOfGrid(d) || d.fieldMode;
+}
+bool noSectionOrField(Doc d) {
+    return notStr(d) || !d.sectionCaptured || d.fieldMode;
+}
+bool noPointOnSection(Doc d) {
+    return notStr(d) || !d.sectionCaptured || !d.pointCaptured;
+}
+bool bufferEmpty(Doc d) {
+    return !d.lineBufferFull;
+}
 
 const auto commands = std::to_array<Command>({
     // File
@@ -61,7 +107,8 @@ const auto commands = std::to_array<Command>({
     {"file.closeDat", "Close dat", "Close the second, structured geometry", "", "", doc, nullptr,
      [](Doc d) { return d.secondKind != "dat"; }},
     {"file.appendSft", "Append sft...", "Read pairs of initial and shifted markers", "", "", doc, nullptr, nonOrField},
-    {"file.closeSft", "Close sft", "Close the pairs of markers", "", "", doc, nullptr, [](Doc d) { return !d.sftOpen; }},
+    {"file.closeSft", "Close sft", "Close the pairs of markers", "", "", doc, nullptr,
+     [](Doc d) { return !d.sftOpen; }},
     {"file.appendCbc", "Append CBC...", "Name the boundary conditions of the grid", "", "", doc, nullptr,
      [](Doc d) { return !d.gridNamed; }},
     {"file.openApm", "Open apm...", "Read marker points", "", "", doc, nullptr, notGridOrField},
@@ -117,8 +164,8 @@ const auto commands = std::to_array<Command>({
     // Sections and lines
     {"line.captureSection", "Capture &Section", "Capture section for editing", "Capture section", "", doc,
      &VelmoraDoc::CaptureSection, [](Doc d) { return notStr(d) || d.sectionCaptured; }},
-    {"line.captureLine", "Capture &Line", "Capture line for editing", "Capture line", "", doc,
-     &VelmoraDoc::CaptureLine, [](Doc d) { return emptyModel(d) || d.lineCaptured || notGrid(d); }},
+    {"line.captureLine", "Capture &Line", "Capture line for editing", "Capture line", "", doc, &VelmoraDoc::CaptureLine,
+     [](Doc d) { return emptyModel(d) || d.lineCaptured || notGrid(d); }},
     {"line.inputSection", "&Section...", "Direct input of section number", "Input section", "", doc,
      &VelmoraDoc::InputSection, notStr},
     {"line.inputLine", "&Line...", "Direct input of line number", "Input line", "", doc, &VelmoraDoc::InputLine,
@@ -141,15 +188,13 @@ const auto commands = std::to_array<Command>({
      "Interpolate section between the closest ones and move it to prescribed position", "", "", doc, nullptr,
      [](Doc d) { return noCurve(d) || notGridOrField(d); }},
     {"line.rebreak", "Rebre&ak...", "Rebreak selected section (line or zBlock) in accordance with prescribed law",
-     "Rebreak", "", doc, &VelmoraDoc::Rebreak,
-     [](Doc d) { return noCurveOrField(d) || d.structureKind == "uns"; }},
+     "Rebreak", "", doc, &VelmoraDoc::Rebreak, [](Doc d) { return noCurveOrField(d) || d.structureKind == "uns"; }},
     {"line.prescribe", "Prescri&be...", "Prescribe definite value to any coordinate of all the points from line", "",
      "", doc, nullptr, noCurveOfGridOrField},
     {"line.delete", "&Delete", "Delete section from patch", "Delete section (line)", "", doc, nullptr, noCurveOrField},
     {"line.duplicate", "Dup&licate...", "Duplicate section for editing", "Duplicate section (line)", "", doc, nullptr,
      noCurveOrField},
-    {"line.weeding", "&Weeding", "Delete one-half ines (sections) from geometry", "", "", doc, nullptr,
-     noCurveOrField},
+    {"line.weeding", "&Weeding", "Delete one-half ines (sections) from geometry", "", "", doc, nullptr, noCurveOrField},
     {"line.knife", "&Knife", "Halve the number of points in section", "", "", doc, nullptr, noSectionOrField},
     {"line.copy", "C&opy", "Copy captured line to buffer", "Copy to buffer", "Ctrl+C", doc, nullptr, noCurveOrField},
     {"line.paste", "&Paste", "Copy line from buffer to captured position", "Paste from buffer", "Ctrl+V", doc, nullptr,
@@ -193,8 +238,7 @@ const auto commands = std::to_array<Command>({
     {"point.paste", "&Paste", "Paste point from buffer to captured position", "Paste point", "Ctrl+V", doc, nullptr,
      [](Doc d) { return noPoint(d) || !d.pointClipboardFull; }},
     {"point.free", "Free point", "Capture a point anywhere on the geometry", "", "", doc,
-     &VelmoraDoc::CaptureFreePointInPointRegime,
-     [](Doc d) { return d.capturedSection < 0 && d.capturedLine < 0; }},
+     &VelmoraDoc::CaptureFreePointInPointRegime, [](Doc d) { return d.capturedSection < 0 && d.capturedLine < 0; }},
     {"point.free.line", "Free point", "Capture a point anywhere on the geometry", "", "", doc,
      &VelmoraDoc::CaptureFreePoint, noCurveOrField},
     {"point.undo", "&Undo", "Undo edited point", "Undo point", "Ctrl+Z", doc, &VelmoraDoc::UndoPoint,
@@ -204,9 +248,8 @@ const auto commands = std::to_array<Command>({
      doc, nullptr, [](Doc d) { return noPoint(d) || d.freePointHeld || noCurve(d); }},
     {"point.knifePart", "&Knife part...", "Delete all the points with numbers before or after the current one", "", "",
      doc, nullptr, noPointOnSection},
-    {"point.copyPart", "Copy par&t...",
-     "Copy part of section with numbers before or after the current one to buffer", "", "", doc, nullptr,
-     noPointOnSection},
+    {"point.copyPart", "Copy par&t...", "Copy part of section with numbers before or after the current one to buffer",
+     "", "", doc, nullptr, noPointOnSection},
     {"point.pastePart", "Paste part...", "Add buffer to selected position", "", "", doc, nullptr,
      [](Doc d) { return noPointOnSection(d) || bufferEmpty(d); }},
     {"point.reverseSection", "First/Last in section", "Change numeration of points", "", "", doc, nullptr,
@@ -243,17 +286,14 @@ const auto commands = std::to_array<Command>({
     {"model.intersection", "&Intersection...",
      "Intersect zBlock (yelow) with the rest part  of geometry (out zBlock patches)", "Intersect zBlock", "", doc,
      nullptr,
-     [](Doc d) {
-         return notStrOrField(d) || noBlock(d) || d.patches.size() < 2 || d.blockCount >= countOf(d.patches);
-     }},
+     [](Doc d) { return notStrOrField(d) || noBlock(d) || d.patches.size() < 2 || d.blockCount >= countOf(d.patches); }},
     {"model.invisibleRemove", "I&nvisible remove", "Remove invisible part of unstructed grid", "Invisible remove", "",
      doc, nullptr, notUns},
     {"model.coonsRebuild", "Coons Re&build",
      "Rebuild blocks using Coons patches algorithm.  If no selections work with geometry", "Coons rebuild", "", doc,
      nullptr, notGridOrField},
-    {"model.smooth", "Smoo&th geometry...",
-     "Smooth zBlock using soft algorithm.  If no selections work with geometry", "Smooth geometry", "", doc, nullptr,
-     notGridOrField},
+    {"model.smooth", "Smoo&th geometry...", "Smooth zBlock using soft algorithm.  If no selections work with geometry",
+     "Smooth geometry", "", doc, nullptr, notGridOrField},
     {"convert.toUnstructured", "&VRML or DAT", "Convert structured grid to unstructured one", "APT to DAT", "", doc,
      nullptr, [](Doc d) { return notStrOrField(d) || d.fileKind == "skl"; }},
     {"convert.toApt", "&APT...", "Convert lines (SKL) to structured grid (APT)", "SKL to APT", "", doc, nullptr,
@@ -308,7 +348,9 @@ const auto commands = std::to_array<Command>({
 
 } // namespace
 
-std::span<const Command> commandTable() { return commands; }
+std::span<const Command> commandTable() {
+    return commands;
+}
 
 const Command* findCommand(std::string_view id) {
     const auto found = std::find_if(commands.begin(), commands.end(), [id](const Command& c) { return id == c.id; });

@@ -20,8 +20,8 @@ struct Command {
     const char* toolTip;     ///< second line of the status text; empty: none
     const char* accelerator; ///< "Ctrl+S"; several commands may share one, the first that is on takes it
     CommandOwner owner;
-    void (VelmoraDoc::*run)();        ///< of document commands; null while the command is not built yet
-    bool (*off)(const VelmoraDoc&);   ///< true when the document's state turns the command off; null: always on
+    void (VelmoraDoc::*run)();      ///< of document commands; null while the command is not built yet
+    bool (*off)(const VelmoraDoc&); ///< true when the document's state turns the command off; null: always on
 };
 
 /// All commands, in the order of the menus.

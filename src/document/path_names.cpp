@@ -19,7 +19,9 @@ std::string extensionOf(const std::filesystem::path& path) {
     return extension.empty() ? extension : lowerCase(extension.substr(1));
 }
 
-std::string stemOf(const std::filesystem::path& path) { return lowerCase(path.stem().string()); }
+std::string stemOf(const std::filesystem::path& path) {
+    return lowerCase(path.stem().string());
+}
 
 std::string directoryOf(const std::filesystem::path& path) {
     const std::filesystem::path parent = path.parent_path();

@@ -7,14 +7,15 @@ namespace velmora {
 
 namespace {
 
-std::string number(std::int32_t fromZero) { return std::to_string(std::int64_t{fromZero} + 1); }
+std::string number(std::int32_t fromZero) {
+    return std::to_string(std::int64_t{fromZero} + 1);
+}
 
 } // namespace
 
 std::string fixedText(double value) {
     std::array<char, 512> buffer{};
-    const auto result =
-        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed, 6);
+    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed, 6);
     return {buffer.data(), result.ptr};
 }
 

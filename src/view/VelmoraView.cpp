@@ -27,7 +27,9 @@ VelmoraView::VelmoraView(VelmoraDoc& document, ViewSurface& surface) : OpenGLVie
     doc_.attachView(*this);
 }
 
-VelmoraView::~VelmoraView() { doc_.detachView(*this); }
+VelmoraView::~VelmoraView() {
+    doc_.detachView(*this);
+}
 
 // ---- Frame loop -----------------------------------------------------------------------------------------------------
 

@@ -84,14 +84,18 @@ double degreesOf(double radians) {
 
 } // namespace
 
-double lengthOf(const zVec<double>& v) { return std::sqrt(dot(v, v)); }
+double lengthOf(const zVec<double>& v) {
+    return std::sqrt(dot(v, v));
+}
 
 zVec<double> unitOf(const zVec<double>& v) {
     const double length = lengthOf(v);
     return {v.x / length, v.y / length, v.z / length};
 }
 
-Matrix4 identityMatrix() { return {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}; }
+Matrix4 identityMatrix() {
+    return {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+}
 
 Matrix4 operator*(const Matrix4& a, const Matrix4& b) {
     Matrix4 product{};
@@ -122,23 +126,60 @@ Matrix4 rotationMatrix(double degrees, const zVec<double>& axis) {
     const auto [s, c] = sineCosine(degrees);
     const zVec<double> u = unitOf(axis);
     const double t = 1.0 - c;
-    return {u.x * u.x * t + c,       u.y * u.x * t + u.z * s, u.z * u.x * t - u.y * s, 0,
-            u.x * u.y * t - u.z * s, u.y * u.y * t + c,       u.z * u.y * t + u.x * s, 0,
-            u.x * u.z * t + u.y * s, u.y * u.z * t - u.x * s, u.z * u.z * t + c,       0,
-            0,                       0,                       0,                       1};
+    return {u.x * u.x * t + c,
+            u.y * u.x * t + u.z * s,
+            u.z * u.x * t - u.y * s,
+            0,
+            u.x * u.y * t - u.z * s,
+            u.y * u.y * t + c,
+            u.z * u.y * t + u.x * s,
+            0,
+            u.x * u.z * t + u.y * s,
+            u.y * u.z * t - u.x * s,
+            u.z * u.z * t + c,
+            0,
+            0,
+            0,
+            0,
+            1};
 }
 
 Matrix4 orthographicMatrix(double left, double right, double bottom, double top, double nearPlane, double farPlane) {
-    return {2 / (right - left), 0, 0, 0, 0, 2 / (top - bottom), 0, 0, 0, 0, -2 / (farPlane - nearPlane), 0,
-            -(right + left) / (right - left), -(top + bottom) / (top - bottom),
-            -(farPlane + nearPlane) / (farPlane - nearPlane), 1};
+    return {2 / (right - left),
+            0,
+            0,
+            0,
+            0,
+            2 / (top - bottom),
+            0,
+            0,
+            0,
+            0,
+            -2 / (farPlane - nearPlane),
+            0,
+            -(right + left) / (right - left),
+            -(top + bottom) / (top - bottom),
+            -(farPlane + nearPlane) / (farPlane - nearPlane),
+            1};
 }
 
 Matrix4 frustumMatrix(double left, double right, double bottom, double top, double nearPlane, double farPlane) {
-    return {2 * nearPlane / (right - left), 0, 0, 0, 0, 2 * nearPlane / (top - bottom), 0, 0,
-            (right + left) / (right - left), (top + bottom) / (top - bottom),
-            -(farPlane + nearPlane) / (farPlane - nearPlane), -1, 0, 0,
-            -2 * farPlane * nearPlane / (farPlane - nearPlane), 0};
+    return {2 * nearPlane / (right - left),
+            0,
+            0,
+            0,
+            0,
+            2 * nearPlane / (top - bottom),
+            0,
+            0,
+            (right + left) / (right - left),
+            (top + bottom) / (top - bottom),
+            -(farPlane + nearPlane) / (farPlane - nearPlane),
+            -1,
+            0,
+            0,
+            -2 * farPlane * nearPlane / (farPlane - nearPlane),
+            0};
 }
 
 std::optional<zVec<double>> eulerAngles(const Matrix4& m) {
@@ -157,8 +198,8 @@ std::optional<zVec<double>> eulerAngles(const Matrix4& m) {
     return std::nullopt;
 }
 
-std::optional<zVec<double>> projectPoint(const zVec<double>& point, const Matrix4& modelView,
-                                         const Matrix4& projection, const Viewport& viewport) {
+std::optional<zVec<double>> projectPoint(const zVec<double>& point, const Matrix4& modelView, const Matrix4& projection,
+                                         const Viewport& viewport) {
     const GLint area[4] = {viewport.x, viewport.y, viewport.width, viewport.height};
     zVec<double> window;
     if (gluProject(point.x, point.y, point.z, modelView.data(), projection.data(), area, &window.x, &window.y,

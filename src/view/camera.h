@@ -37,8 +37,8 @@ std::optional<zVec<double>> eulerAngles(const Matrix4& m);
 
 /// Window coordinates (x and y in pixels from the lower left, z the depth 0 to 1) of a model point; none when the
 /// point has no image.
-std::optional<zVec<double>> projectPoint(const zVec<double>& point, const Matrix4& modelView,
-                                         const Matrix4& projection, const Viewport& viewport);
+std::optional<zVec<double>> projectPoint(const zVec<double>& point, const Matrix4& modelView, const Matrix4& projection,
+                                         const Viewport& viewport);
 /// The model point at window coordinates; none when the matrices cannot be inverted.
 std::optional<zVec<double>> unprojectPoint(const zVec<double>& window, const Matrix4& modelView,
                                            const Matrix4& projection, const Viewport& viewport);

@@ -17,9 +17,9 @@ struct AxisViewCommand {
 
 /// The tool bar's forms repaint; the menu's wait for the next repaint.
 const AxisViewCommand axisViews[] = {
-    {"view.top", 90.0, {1.0, 0.0, 0.0}, false},     {"view.bottom", -90.0, {1.0, 0.0, 0.0}, false},
-    {"view.front", 90.0, {0.0, 1.0, 0.0}, false},   {"view.back", -90.0, {0.0, 1.0, 0.0}, false},
-    {"view.left", 0.0, {0.0, 1.0, 0.0}, false},     {"view.right", 180.0, {0.0, 1.0, 0.0}, false},
+    {"view.top", 90.0, {1.0, 0.0, 0.0}, false},      {"view.bottom", -90.0, {1.0, 0.0, 0.0}, false},
+    {"view.front", 90.0, {0.0, 1.0, 0.0}, false},    {"view.back", -90.0, {0.0, 1.0, 0.0}, false},
+    {"view.left", 0.0, {0.0, 1.0, 0.0}, false},      {"view.right", 180.0, {0.0, 1.0, 0.0}, false},
     {"view.frontView", 90.0, {0.0, 1.0, 0.0}, true}, {"view.upView", 90.0, {1.0, 0.0, 0.0}, true},
     {"view.sideView", 0.0, {0.0, 1.0, 0.0}, true},
 };
@@ -30,10 +30,14 @@ struct ModeCommand {
 };
 
 constexpr ModeCommand modeCommands[] = {
-    {"view.rotate", ModeRotate},           {"view.rotateX", ModeRotateX},
-    {"view.rotateY", ModeRotateY},         {"view.rotateZ", ModeRotateZ},
-    {"view.translateXY", ModeTranslateXY}, {"view.translateZ", ModeTranslateZ},
-    {"view.shift", ModeShift},             {"view.scale", ModeScale},
+    {"view.rotate", ModeRotate},
+    {"view.rotateX", ModeRotateX},
+    {"view.rotateY", ModeRotateY},
+    {"view.rotateZ", ModeRotateZ},
+    {"view.translateXY", ModeTranslateXY},
+    {"view.translateZ", ModeTranslateZ},
+    {"view.shift", ModeShift},
+    {"view.scale", ModeScale},
     {"view.zoomIn", ModeZoomIn},
 };
 
@@ -102,8 +106,7 @@ void VelmoraView::showViewingDialog() {
     ApplyModelTransform(doc_.modelCenter);
     const zVec<double> angles = eulerAngles(modelViewMatrix).value_or(zVec<double>());
     dlgViewing& values = doc_.viewingValues;
-    values = {angles.x,      angles.y,      angles.z,        modelOffset.x,
-              modelOffset.y, modelOffset.z, 1.0 / zoomFactor};
+    values = {angles.x, angles.y, angles.z, modelOffset.x, modelOffset.y, modelOffset.z, 1.0 / zoomFactor};
     if (!doc_.showDialog(values)) {
         return;
     }

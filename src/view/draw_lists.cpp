@@ -201,8 +201,8 @@ void ListBuilder::lines() {
         const Colour colour = colours.next(k);
         for (std::int32_t m = 0; m < lineCount(patch); ++m) {
             const auto index = static_cast<std::size_t>(m);
-            const bool captured = (doc_.lineCaptureArmed || doc_.lineCaptured) && k == doc_.capturedPatch &&
-                                  m == doc_.capturedLine;
+            const bool captured =
+                (doc_.lineCaptureArmed || doc_.lineCaptured) && k == doc_.capturedPatch && m == doc_.capturedLine;
             const auto addLine = [this, &patch, index] {
                 for (const PointList& section : patch) {
                     if (index < section.size()) {
@@ -326,14 +326,13 @@ zVec<double> gridNormal(const Patch& patch, std::size_t n, std::size_t m) {
 }
 
 bool coincide(const zVec<double>& a, const zVec<double>& b) {
-    const double largest = std::max({std::abs(a.x), std::abs(a.y), std::abs(a.z), std::abs(b.x), std::abs(b.y),
-                                     std::abs(b.z)});
+    const double largest =
+        std::max({std::abs(a.x), std::abs(a.y), std::abs(a.z), std::abs(b.x), std::abs(b.y), std::abs(b.z)});
     if (largest == 0.0) {
         return true;
     }
     return std::abs(a.x - b.x) / largest < doublePointTolerance &&
-           std::abs(a.y - b.y) / largest < doublePointTolerance &&
-           std::abs(a.z - b.z) / largest < doublePointTolerance;
+           std::abs(a.y - b.y) / largest < doublePointTolerance && std::abs(a.z - b.z) / largest < doublePointTolerance;
 }
 
 int listNumberFor(const VelmoraDoc& document) {

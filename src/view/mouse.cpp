@@ -13,7 +13,9 @@ constexpr int moveThreshold = 6;
 constexpr double throwTime = 0.05;
 constexpr int spinPeriod = 15;
 
-bool rotates(int mode) { return mode >= ModeRotate && mode <= ModeRotateZ; }
+bool rotates(int mode) {
+    return mode >= ModeRotate && mode <= ModeRotateZ;
+}
 
 } // namespace
 
@@ -99,8 +101,7 @@ void VelmoraView::dragCamera(PixelPoint position) {
         break;
     }
     case ModeTranslateXY: {
-        const double s =
-            modelOffset.z / defaultOffset.z * doc_.modelRadius * 1.8 * zoomFactor / viewport.height;
+        const double s = modelOffset.z / defaultOffset.z * doc_.modelRadius * 1.8 * zoomFactor / viewport.height;
         modelOffset.x += s * dx;
         modelOffset.y -= s * dy;
         break;

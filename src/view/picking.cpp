@@ -9,7 +9,9 @@ namespace {
 constexpr double shortestLine = 1e-10;
 constexpr double distanceOfShortLine = -1e10;
 
-double squaredLength(const zVec<double>& v) { return v.x * v.x + v.y * v.y + v.z * v.z; }
+double squaredLength(const zVec<double>& v) {
+    return v.x * v.x + v.y * v.y + v.z * v.z;
+}
 
 /// The distances from one line, with what depends on the line alone worked out once.
 class LineDistance {
@@ -32,7 +34,9 @@ private:
 
 } // namespace
 
-double RayDistance(const PixelLine& line, const zVec<double>& point) { return LineDistance(line)(point); }
+double RayDistance(const PixelLine& line, const zVec<double>& point) {
+    return LineDistance(line)(point);
+}
 
 std::optional<NearestPoint> nearestGridPoint(const PatchList& list, const PixelLine& line, const PickFilter& filter) {
     const LineDistance distanceTo(line);
@@ -49,7 +53,8 @@ std::optional<NearestPoint> nearestGridPoint(const PatchList& list, const PixelL
             }
             const PointList& section = patch[static_cast<std::size_t>(n)];
             const std::int32_t first = filter.point >= 0 ? filter.point : 0;
-            const std::int32_t last = filter.point >= 0 ? std::min(filter.point + 1, countOf(section)) : countOf(section);
+            const std::int32_t last =
+                filter.point >= 0 ? std::min(filter.point + 1, countOf(section)) : countOf(section);
             for (std::int32_t m = first; m < last; ++m) {
                 const zVec<double>& point = section[static_cast<std::size_t>(m)];
                 const double distance = distanceTo(point);

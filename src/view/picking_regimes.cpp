@@ -22,7 +22,9 @@ PixelLine VelmoraView::PixelRay(double x, double y) {
     return {at(0.0), at(1.0)};
 }
 
-double VelmoraView::modelDiagonal() const { return lengthOf(doc_.boxMax - doc_.boxMin); }
+double VelmoraView::modelDiagonal() const {
+    return lengthOf(doc_.boxMax - doc_.boxMin);
+}
 
 PickFilter VelmoraView::blockFilter() const {
     PickFilter filter;
@@ -90,9 +92,8 @@ bool VelmoraView::PickPoint(PixelPoint position) {
     }
     doc_.capturedPatch = nearest->patch;
     doc_.pickedPoint = nearest->position;
-    const PointAddress address = doc_.lineCaptured
-                                     ? PointAddress{nearest->patch, nearest->point, nearest->section}
-                                     : PointAddress{nearest->patch, nearest->section, nearest->point};
+    const PointAddress address = doc_.lineCaptured ? PointAddress{nearest->patch, nearest->point, nearest->section}
+                                                   : PointAddress{nearest->patch, nearest->section, nearest->point};
     doc_.pointStatus = capturedPointText(doc_.lineCaptured, address, doc_.pickedPoint);
     doc_.pointContinueStatus = doc_.pointStatus + pointContinueClause;
     doc_.capturedPointPos = doc_.pickedPoint;

@@ -12,9 +12,9 @@ namespace velmora {
 namespace {
 
 const std::vector<FileType>& openTypes() {
-    static const std::vector<FileType> types = {
-        {"apt", "Geometry"},     {"skl", "Sections"}, {"dat", "TechPlot"},  {"wrl", "Unstructured"},
-        {"stl", "Unstructured"}, {"apm", "Markers"},  {"fld", "FlowField"}, {"grd", "Unstructured"}};
+    static const std::vector<FileType> types = {{"apt", "Geometry"},     {"skl", "Sections"},     {"dat", "TechPlot"},
+                                                {"wrl", "Unstructured"}, {"stl", "Unstructured"}, {"apm", "Markers"},
+                                                {"fld", "FlowField"},    {"grd", "Unstructured"}};
     return types;
 }
 
@@ -301,8 +301,7 @@ bool VelmoraDoc::writeStructured(const std::filesystem::path& path, const std::s
         ui_.showMessage(std::string(cannotSaveMessage));
         return false;
     }
-    incompleteFiles_.erase(std::remove(incompleteFiles_.begin(), incompleteFiles_.end(), path),
-                           incompleteFiles_.end());
+    incompleteFiles_.erase(std::remove(incompleteFiles_.begin(), incompleteFiles_.end(), path), incompleteFiles_.end());
     return true;
 }
 

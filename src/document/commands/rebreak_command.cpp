@@ -7,9 +7,13 @@ namespace velmora {
 
 namespace {
 
-std::int32_t curveCountOf(const Patch& patch, bool lines) { return lines ? lineCount(patch) : countOf(patch); }
+std::int32_t curveCountOf(const Patch& patch, bool lines) {
+    return lines ? lineCount(patch) : countOf(patch);
+}
 
-std::int32_t curveLengthOf(const Patch& patch, bool lines) { return lines ? countOf(patch) : lineCount(patch); }
+std::int32_t curveLengthOf(const Patch& patch, bool lines) {
+    return lines ? countOf(patch) : lineCount(patch);
+}
 
 /// The curves that the dialog's numbers mean in a patch of `count` curves, from 0, the end not included.
 std::pair<std::int32_t, std::int32_t> curveRange(const CRebreak& values, std::int32_t count) {
@@ -36,9 +40,8 @@ void VelmoraDoc::prepareRebreak() {
     values.lineMode = lineCaptured;
     values.isApt = fileKind == "apt";
     values.blockCount = blockCount;
-    values.curveCount = lineCaptured
-                            ? countOf(patch)
-                            : countOf(patch[static_cast<std::size_t>(std::max(capturedSection, 0))]);
+    values.curveCount =
+        lineCaptured ? countOf(patch) : countOf(patch[static_cast<std::size_t>(std::max(capturedSection, 0))]);
     values.firstPoint = 1;
     values.lastPoint = values.newCount = values.curveCount;
     values.patchNumber = capturedPatch + 1;

@@ -67,9 +67,13 @@ void VelmoraDoc::ExitPoint() {
 
 // ---- Sections and lines ---------------------------------------------------------------------------------------------
 
-void VelmoraDoc::CaptureSection() { armCurveCapture(true); }
+void VelmoraDoc::CaptureSection() {
+    armCurveCapture(true);
+}
 
-void VelmoraDoc::CaptureLine() { armCurveCapture(false); }
+void VelmoraDoc::CaptureLine() {
+    armCurveCapture(false);
+}
 
 void VelmoraDoc::armCurveCapture(bool section) {
     if (patchCaptureArmed && !ui_.ask(message::leaveAddRegime)) {

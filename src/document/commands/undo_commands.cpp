@@ -10,9 +10,13 @@ void VelmoraDoc::snapshot(PatchList& undoList) {
     }
 }
 
-void VelmoraDoc::SavePointUndo() { snapshot(pointUndoPatches); }
+void VelmoraDoc::SavePointUndo() {
+    snapshot(pointUndoPatches);
+}
 
-void VelmoraDoc::SavePatchUndo() { snapshot(undoPatches); }
+void VelmoraDoc::SavePatchUndo() {
+    snapshot(undoPatches);
+}
 
 void VelmoraDoc::clearSnapshots() {
     pointUndoPatches.clear();

@@ -2,7 +2,9 @@
 
 namespace velmora {
 
-void VelmoraDoc::FitToWindow() { updateBounds(); }
+void VelmoraDoc::FitToWindow() {
+    updateBounds();
+}
 
 void VelmoraDoc::ViewFeatures() {
     featuresValues.showBlockOnly = showBlockOnly;

@@ -7,12 +7,9 @@ DialogForm describe(dlgViewing& values) {
     form.name = "dlgViewing";
     form.title = "Viewport Options";
     form.fields = {
-        realField("angleX", "Angle X", values.angleX),
-        realField("angleY", "Angle Y", values.angleY),
-        realField("angleZ", "Angle Z", values.angleZ),
-        realField("distanceX", "Distance X", values.distanceX),
-        realField("distanceY", "Distance Y", values.distanceY),
-        realField("distanceZ", "Distance Z", values.distanceZ),
+        realField("angleX", "Angle X", values.angleX),          realField("angleY", "Angle Y", values.angleY),
+        realField("angleZ", "Angle Z", values.angleZ),          realField("distanceX", "Distance X", values.distanceX),
+        realField("distanceY", "Distance Y", values.distanceY), realField("distanceZ", "Distance Z", values.distanceZ),
         realField("scale", "Scale", values.scale, 0.01, 1e7),
     };
     return form;

@@ -86,10 +86,10 @@ DialogForm describe(CInputSection& values, InputContext context) {
         integerField("section", "Inputted section", values.section, 1, largestNumber),
         shownOnly(integerField("maximumSections", "Maximum number of sections", values.maximumSections)),
     };
-    addRules(form,
-             {values.patch, values.section, values.maximumSections, "section",
-              "Number of inputted section is corrected"},
-             std::move(context));
+    addRules(
+        form,
+        {values.patch, values.section, values.maximumSections, "section", "Number of inputted section is corrected"},
+        std::move(context));
     return form;
 }
 

@@ -1,0 +1,177 @@
+#include "BatchUserInterface.h"
+
+#include <algorithm>
+
+namespace velmora {
+
+namespace {
+
+/// A refusal as a clause: it is followed by the remedy.
+std::string withoutFullStop(std::string text) {
+    if (!text.empty() && text.back() == '.') {
+        text.pop_back();
+    }
+    return text;
+}
+
+bool canBeSet(const DialogField& field) { return field.on && !field.readOnly; }
+
+std::string remedyFor(const DialogForm& form, const std::string& name) {
+    const DialogField* field = form.find(name);
+    if (field != nullptr && canBeSet(*field)) {
+        return "give another value, or leave the field out";
+    }
+    std::string names;
+    for (const DialogField& live : form.fields) {
+        if (canBeSet(live)) {
+            names += ' ' + live.key;
+        }
+    }
+    return names.empty() ? "no field can be set here" : "the fields that can be set here:" + names;
+}
+
+} // namespace
+
+void BatchUserInterface::beginLine(CommandInput input) {
+    input_ = std::move(input);
+    failure_.reset();
+    talking_ = true;
+}
+
+MaybeFailure BatchUserInterface::endLine() const {
+    if (failure_) {
+        return failure_;
+    }
+    std::string what;
+    if (!input_.answers.empty()) {
+        what = input_.answers.front() ? "answer=yes" : "answer=no";
+    } else if (!input_.files.empty()) {
+        what = input_.files.front() ? "file=" + input_.files.front()->string() : "cancel=file";
+    } else if (!input_.fields.empty()) {
+        what = input_.fields.front().name + '=' + input_.fields.front().value;
+    } else if (input_.cancelledDialogs > 0) {
+        what = "cancel=dialog";
+    } else {
+        return std::nullopt;
+    }
+    return ScriptFailure{"nothing asked for " + quoted(what), "leave it out"};
+}
+
+void BatchUserInterface::say(const Json& event) {
+    if (talking_) {
+        printer_.print(event);
+    }
+}
+
+void BatchUserInterface::sayText(const char* kind, const std::string& text) { say({{"event", kind}, {"text", text}}); }
+
+void BatchUserInterface::fail(std::string cause, std::string remedy) {
+    if (!failure_) {
+        failure_ = ScriptFailure{std::move(cause), std::move(remedy)};
+        talking_ = false;
+    }
+}
+
+void BatchUserInterface::showMessage(const std::string& text) { sayText("message", text); }
+
+void BatchUserInterface::showStatus(const std::string& text) { sayText("status", text); }
+
+void BatchUserInterface::showTitle(const std::string& title) { sayText("title", title); }
+
+void BatchUserInterface::addRecentFile(const std::filesystem::path& path) {
+    say({{"event", "recent"}, {"path", path.string()}});
+}
+
+bool BatchUserInterface::ask(const std::string& text) {
+    if (failure_ || input_.answers.empty()) {
+        fail("the question " + quoted(text) + " has no answer", "give answer=yes or answer=no");
+        return false;
+    }
+    const bool yes = input_.answers.front();
+    input_.answers.pop_front();
+    say({{"event", "question"}, {"text", text}, {"answer", yes ? "yes" : "no"}});
+    return yes;
+}
+
+std::vector<std::filesystem::path> BatchUserInterface::takeFiles(bool multiple) {
+    std::vector<std::filesystem::path> paths;
+    if (!input_.files.front()) {
+        input_.files.pop_front();
+        return paths;
+    }
+    do {
+        // A chooser gives no file twice.
+        if (std::find(paths.begin(), paths.end(), *input_.files.front()) == paths.end()) {
+            paths.push_back(*input_.files.front());
+        }
+        input_.files.pop_front();
+    } while (multiple && !input_.files.empty() && input_.files.front());
+    return paths;
+}
+
+std::vector<std::filesystem::path> BatchUserInterface::chooseFiles(const FileRequest& request) {
+    if (failure_ || input_.files.empty()) {
+        fail(std::string("the chooser ") + quoted(captionOf(request.mode)) + " has no file",
+             "give file=PATH, or cancel=file to cancel it");
+        return {};
+    }
+    const std::vector<std::filesystem::path> paths = takeFiles(request.multiple);
+    Json extensions = Json::array();
+    for (const FileType& type : request.types) {
+        extensions.push_back(type.extension);
+    }
+    Json chosen = Json::array();
+    for (const std::filesystem::path& path : paths) {
+        chosen.push_back(path.string());
+    }
+    say({{"event", "chooser"},
+         {"mode", captionOf(request.mode)},
+         {"extensions", extensions},
+         {"proposed", request.proposed.string()},
+         {"paths", chosen}});
+    return paths;
+}
+
+bool BatchUserInterface::setFields(DialogForm& form) {
+    for (; !input_.fields.empty(); input_.fields.pop_front()) {
+        const Assignment& field = input_.fields.front();
+        if (const auto refusal = setField(form, field.name, field.value)) {
+            fail("the dialog " + quoted(form.name) + " refuses " + quoted(field.name + '=' + field.value) + ": " +
+                     withoutFullStop(refusal->message),
+                 remedyFor(form, field.name));
+            return false;
+        }
+    }
+    return true;
+}
+
+void BatchUserInterface::sayDialog(const DialogForm& form, const char* result) {
+    say({{"event", "dialog"},
+         {"name", form.name},
+         {"title", form.title},
+         {"result", result},
+         {"fields", fieldsValue(form)}});
+}
+
+bool BatchUserInterface::showDialog(DialogForm& form) {
+    if (failure_ || !setFields(form)) {
+        return false;
+    }
+    if (input_.cancelledDialogs > 0) {
+        --input_.cancelledDialogs;
+        sayDialog(form, "cancel");
+        return false;
+    }
+    if (const auto refusal = acceptDialog(form)) {
+        if (!refusal->message.empty()) {
+            showMessage(refusal->message);
+        }
+        fail("the dialog " + quoted(form.name) + " stays open after OK",
+             refusal->key.empty() ? "change its fields" : "give the field " + quoted(refusal->key) + " another value");
+        return false;
+    }
+    sayDialog(form, "ok");
+    return true;
+}
+
+} // namespace velmora

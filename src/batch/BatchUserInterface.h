@@ -1,0 +1,48 @@
+#pragma once
+
+#include "EventPrinter.h"
+#include "UserInterface.h"
+#include "command_input.h"
+
+namespace velmora {
+
+/// The person of a script: says what happens as events, and answers from the line that is running. What the line
+/// does not answer is answered with No or Cancel and kept as the failure that ends the script; from then on nothing
+/// more is said.
+class BatchUserInterface : public UserInterface {
+public:
+    /// `printer` must outlive the object. Nothing is said until the first line begins.
+    explicit BatchUserInterface(EventPrinter& printer) : printer_(printer) {}
+
+    /// A line begins, with what it gives.
+    void beginLine(CommandInput input = {});
+    /// What the running line failed to answer.
+    const MaybeFailure& failure() const { return failure_; }
+    /// The failure, or that some of what the line gave was not asked for.
+    MaybeFailure endLine() const;
+
+    void showMessage(const std::string& text) override;
+    bool ask(const std::string& text) override;
+    void showStatus(const std::string& text) override;
+    void showTitle(const std::string& title) override;
+    bool showDialog(DialogForm& form) override;
+    std::vector<std::filesystem::path> chooseFiles(const FileRequest& request) override;
+    void setBusy(bool) override {}
+    void showProgress(double) override {}
+    void addRecentFile(const std::filesystem::path& path) override;
+
+private:
+    void say(const Json& event);
+    void sayText(const char* kind, const std::string& text);
+    void sayDialog(const DialogForm& form, const char* result);
+    void fail(std::string cause, std::string remedy);
+    bool setFields(DialogForm& form);
+    std::vector<std::filesystem::path> takeFiles(bool multiple);
+
+    EventPrinter& printer_;
+    bool talking_ = false;
+    CommandInput input_;
+    MaybeFailure failure_;
+};
+
+} // namespace velmora

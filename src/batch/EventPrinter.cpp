@@ -1,0 +1,57 @@
+#include "EventPrinter.h"
+
+#include <algorithm>
+
+namespace velmora {
+
+namespace {
+
+std::string oneLine(const Json& value) { return value.dump(-1, ' ', false, Json::error_handler_t::replace); }
+
+const std::string& textOf(const Json& event, const char* member) {
+    return event.at(member).get_ref<const std::string&>();
+}
+
+/// An error takes one line, whatever bytes of the script it repeats.
+std::string withoutControls(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c >= 0 && c < ' '; }, ' ');
+    return text;
+}
+
+} // namespace
+
+void JsonEventPrinter::print(const Json& event) { out_ << oneLine(event) << '\n' << std::flush; }
+
+void TextEventPrinter::print(const Json& event) {
+    const std::string& kind = textOf(event, "event");
+    if (kind == "message" || kind == "status" || kind == "title") {
+        out_ << kind << ": " << textOf(event, "text") << '\n';
+    } else if (kind == "question") {
+        out_ << "question: " << textOf(event, "text") << " -> " << textOf(event, "answer") << '\n';
+    } else if (kind == "menu") {
+        out_ << "menu: " << textOf(event, "name") << '\n';
+        printItems(event.at("items"), "  ");
+    } else if (kind == "print") {
+        out_ << "print " << withoutControls(textOf(event, "what")) << ": " << oneLine(event.at("value")) << '\n';
+    } else if (kind == "echo") {
+        out_ << textOf(event, "text") << '\n';
+    } else if (kind == "error") {
+        out_ << "error: line " << oneLine(event.at("line")) << ": " << withoutControls(textOf(event, "text")) << '\n';
+    }
+    out_ << std::flush;
+}
+
+void TextEventPrinter::printItems(const Json& items, const std::string& indent) {
+    for (const Json& item : items) {
+        if (item.contains("items")) {
+            out_ << indent << textOf(item, "text") << '\n';
+            printItems(item.at("items"), indent + "  ");
+        } else {
+            out_ << indent << textOf(item, "text") << " (" << textOf(item, "command") << ')'
+                 << (item.at("on").get<bool>() ? "" : " off") << '\n';
+        }
+    }
+}
+
+} // namespace velmora

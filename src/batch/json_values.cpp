@@ -1,0 +1,63 @@
+#include "json_values.h"
+
+#include <cmath>
+
+namespace velmora {
+
+Json numberValue(double value) {
+    if (std::isnan(value)) {
+        return "nan";
+    }
+    if (std::isinf(value)) {
+        return value > 0.0 ? "inf" : "-inf";
+    }
+    return value;
+}
+
+Json pointValue(const zVec<double>& point) {
+    return Json::array({numberValue(point.x), numberValue(point.y), numberValue(point.z)});
+}
+
+Json pointsValue(const PointList& points) {
+    Json list = Json::array();
+    for (const zVec<double>& point : points) {
+        list.push_back(pointValue(point));
+    }
+    return list;
+}
+
+Json patchesValue(const PatchList& patches) {
+    Json list = Json::array();
+    for (const Patch& patch : patches) {
+        Json sections = Json::array();
+        for (const PointList& section : patch) {
+            sections.push_back(pointsValue(section));
+        }
+        list.push_back(std::move(sections));
+    }
+    return list;
+}
+
+Json matrixValue(const Matrix4& matrix) {
+    Json list = Json::array();
+    for (const double element : matrix) {
+        list.push_back(numberValue(element));
+    }
+    return list;
+}
+
+Json fieldsValue(const DialogForm& form) {
+    Json fields = Json::object();
+    for (const DialogField& field : form.fields) {
+        if (const auto* integer = std::get_if<std::int32_t*>(&field.value)) {
+            fields[field.key] = **integer;
+        } else if (const auto* real = std::get_if<double*>(&field.value)) {
+            fields[field.key] = numberValue(**real);
+        } else {
+            fields[field.key] = **std::get_if<bool*>(&field.value) ? 1 : 0;
+        }
+    }
+    return fields;
+}
+
+} // namespace velmora

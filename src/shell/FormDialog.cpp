@@ -1,0 +1,297 @@
+#include "FormDialog.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QRadioButton>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "qt_text.h"
+
+namespace velmora {
+
+namespace {
+
+/// Radio groups that follow each other stand side by side, this many in a row.
+constexpr std::size_t radiosInRow = 3;
+constexpr int editWidth = 150;
+
+bool isNumber(const DialogField& field) {
+    return field.kind == FieldKind::Integer || field.kind == FieldKind::Real;
+}
+
+/// The longest run of fields from `first` on that agree with it by `same`.
+template <class Fields, class Same>
+Fields takeRun(const Fields& fields, std::size_t first, Same same) {
+    Fields run;
+    for (std::size_t i = first; i < fields.size() && same(*fields[first], *fields[i]); ++i) {
+        run.push_back(fields[i]);
+    }
+    return run;
+}
+
+QString nameOf(const DialogField& field) { return qtText(field.label.empty() ? field.key : field.label); }
+
+} // namespace
+
+FormDialog::FormDialog(DialogForm& form, QWidget* parent) : QDialog(parent), form_(form) {
+    setObjectName(qtText(form.name));
+    setWindowTitle(qtText(form.title));
+    auto* column = new QVBoxLayout(this);
+    Fields fields;
+    for (const DialogField& field : form.fields) {
+        fields.push_back(&field);
+    }
+    placeFields(*column, fields, false);
+    for (const std::string& notice : form.notices) {
+        auto* label = new QLabel(qtText(notice), this);
+        label->setTextFormat(Qt::PlainText);
+        column->addWidget(label);
+    }
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    connect(buttons, &QDialogButtonBox::accepted, this, &FormDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &FormDialog::reject);
+    column->addSpacing(4);
+    column->addWidget(buttons);
+    column->setSizeConstraint(QLayout::SetFixedSize);
+    showForm();
+    focusOnFirst();
+}
+
+// ---- Layout ---------------------------------------------------------------------------------------------------------
+
+void FormDialog::placeFields(QVBoxLayout& column, const Fields& fields, bool insideFrame) {
+    const auto sameGroup = [](const DialogField& a, const DialogField& b) { return a.group == b.group; };
+    const auto sameSort = [&](const DialogField& a, const DialogField& b) {
+        return sameGroup(a, b) && (a.kind == b.kind || (isNumber(a) && isNumber(b)));
+    };
+    for (std::size_t i = 0; i < fields.size();) {
+        Fields run;
+        if (!fields[i]->group.empty() && !insideFrame) {
+            run = takeRun(fields, i, sameGroup);
+            placeFrame(column, run);
+        } else if (fields[i]->kind == FieldKind::Radio) {
+            run = takeRun(fields, i, sameSort);
+            placeRadios(column, run);
+        } else if (fields[i]->kind == FieldKind::Check) {
+            run = {fields[i]};
+            placeCheck(column, *fields[i]);
+        } else {
+            run = takeRun(fields, i, sameSort);
+            placeNumbers(column, run);
+        }
+        i += run.size();
+    }
+}
+
+void FormDialog::placeFrame(QVBoxLayout& column, const Fields& fields) {
+    auto* frame = new QGroupBox(qtText(fields.front()->group), this);
+    auto* inside = new QVBoxLayout(frame);
+    placeFields(*inside, fields, true);
+    column.addWidget(frame);
+}
+
+void FormDialog::placeRadios(QVBoxLayout& column, const Fields& fields) {
+    QHBoxLayout* row = nullptr;
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        if (i % radiosInRow == 0) {
+            row = new QHBoxLayout;
+            column.addLayout(row);
+        }
+        row->addWidget(makeRadios(*fields[i]));
+    }
+}
+
+QGroupBox* FormDialog::makeRadios(const DialogField& field) {
+    Control control;
+    control.key = field.key;
+    control.frame = new QGroupBox(qtText(field.label), this);
+    control.frame->setObjectName(qtText(field.key));
+    control.frame->setAccessibleName(nameOf(field));
+    control.choices = new QButtonGroup(control.frame);
+    auto* inside = new QVBoxLayout(control.frame);
+    for (std::size_t i = 0; i < field.choices.size(); ++i) {
+        const int number = static_cast<int>(i) + 1;
+        auto* button = new QRadioButton(qtText(field.choices[i]), control.frame);
+        button->setObjectName(QStringLiteral("%1.%2").arg(qtText(field.key)).arg(number));
+        control.choices->addButton(button, number);
+        inside->addWidget(button);
+        connect(button, &QAbstractButton::clicked, this,
+                [this, key = field.key, number] { click(key, std::to_string(number)); });
+    }
+    inside->addStretch();
+    controls_.push_back(control);
+    return control.frame;
+}
+
+void FormDialog::placeNumbers(QVBoxLayout& column, const Fields& fields) {
+    auto* grid = new QGridLayout;
+    grid->setColumnStretch(0, 1);
+    for (const DialogField* field : fields) {
+        Control control;
+        control.key = field->key;
+        control.edit = new QLineEdit(this);
+        control.edit->setObjectName(qtText(field->key));
+        control.edit->setAccessibleName(nameOf(*field));
+        control.edit->setReadOnly(field->readOnly);
+        control.edit->setFixedWidth(editWidth);
+        if (field->readOnly) {
+            control.edit->setFocusPolicy(Qt::ClickFocus);
+            control.edit->setFrame(false);
+        }
+        connect(control.edit, &QLineEdit::editingFinished, this, [this, key = field->key] { takeSilently(key); });
+        control.label = new QLabel(qtText(field->label), this);
+        control.label->setBuddy(control.edit);
+        const int row = grid->rowCount();
+        grid->addWidget(control.label, row, 0);
+        grid->addWidget(control.edit, row, 1);
+        controls_.push_back(control);
+    }
+    column.addLayout(grid);
+}
+
+void FormDialog::placeCheck(QVBoxLayout& column, const DialogField& field) {
+    Control control;
+    control.key = field.key;
+    control.check = new QCheckBox(qtText(field.label), this);
+    control.check->setObjectName(qtText(field.key));
+    control.check->setAccessibleName(nameOf(field));
+    connect(control.check, &QAbstractButton::clicked, this,
+            [this, key = field.key](bool checked) { click(key, checked ? "1" : "0"); });
+    column.addWidget(control.check);
+    controls_.push_back(control);
+}
+
+// ---- What is typed and clicked --------------------------------------------------------------------------------------
+
+FormDialog::Control* FormDialog::control(const std::string& key) {
+    const auto found = std::find_if(controls_.begin(), controls_.end(), [&](const Control& c) { return c.key == key; });
+    return found == controls_.end() ? nullptr : &*found;
+}
+
+void FormDialog::click(const std::string& key, const std::string& text) {
+    setField(form_, key, text);
+    showForm();
+}
+
+/// The user leaves a field: a good number is taken, so that what depends on it follows. A bad one stays as typed
+/// until OK.
+void FormDialog::takeSilently(const std::string& key) {
+    const Control& typed = *control(key);
+    const QString text = typed.edit->text().trimmed();
+    if (typed.edit->isReadOnly() || text == typed.shown) {
+        return;
+    }
+    if (!setField(form_, key, plainBytes(text))) {
+        control(key)->shown = text;
+        showForm();
+    }
+}
+
+std::optional<DialogRefusal> FormDialog::takeTyped() {
+    for (Control& typed : controls_) {
+        const DialogField& field = *form_.find(typed.key);
+        if (typed.edit == nullptr || field.readOnly || !field.on) {
+            continue;
+        }
+        const QString text = typed.edit->text().trimmed();
+        if (text == typed.shown) {
+            continue;
+        }
+        if (auto refusal = setField(form_, typed.key, plainBytes(text))) {
+            return refusal;
+        }
+        typed.shown = text;
+        showForm();
+    }
+    return std::nullopt;
+}
+
+void FormDialog::accept() {
+    auto refusal = takeTyped();
+    if (!refusal) {
+        refusal = acceptDialog(form_);
+        // The form's tests may have put a number right.
+        showForm();
+    }
+    if (refusal) {
+        tell(*refusal);
+        return;
+    }
+    QDialog::accept();
+}
+
+void FormDialog::tell(const DialogRefusal& refusal) {
+    if (!refusal.message.empty()) {
+        QMessageBox box(QMessageBox::Warning, windowTitle(), qtText(refusal.message), QMessageBox::Ok, this);
+        box.setObjectName(QStringLiteral("messageBox"));
+        box.setTextFormat(Qt::PlainText);
+        box.exec();
+    }
+    focusOn(refusal.key);
+}
+
+// ---- What is shown --------------------------------------------------------------------------------------------------
+
+void FormDialog::showForm() {
+    for (Control& control : controls_) {
+        showField(control, *form_.find(control.key));
+    }
+}
+
+void FormDialog::showField(Control& control, const DialogField& field) {
+    const std::string text = fieldText(field);
+    if (control.check != nullptr) {
+        control.check->setChecked(text == "1");
+        control.check->setEnabled(field.on);
+    } else if (control.choices != nullptr) {
+        for (QAbstractButton* button : control.choices->buttons()) {
+            const int number = control.choices->id(button);
+            button->setChecked(std::to_string(number) == text);
+            button->setEnabled(field.on && field.choiceOn[static_cast<std::size_t>(number - 1)]);
+        }
+    } else {
+        // What the user is typing stays, unless a rule gave the field another value or took it away.
+        if (qtText(text) != control.shown || !field.on) {
+            control.shown = qtText(text);
+            control.edit->setText(control.shown);
+        }
+        control.edit->setEnabled(field.on);
+        control.label->setEnabled(field.on);
+    }
+}
+
+void FormDialog::focusOn(const std::string& key) {
+    const Control* target = control(key);
+    if (target == nullptr) {
+        return;
+    }
+    if (target->edit != nullptr) {
+        target->edit->setFocus();
+        target->edit->selectAll();
+    } else if (target->check != nullptr) {
+        target->check->setFocus();
+    } else if (QAbstractButton* button = target->choices->checkedButton()) {
+        button->setFocus();
+    }
+}
+
+void FormDialog::focusOnFirst() {
+    const auto typed = std::find_if(controls_.begin(), controls_.end(), [this](const Control& control) {
+        const DialogField& field = *form_.find(control.key);
+        return control.edit != nullptr && field.on && !field.readOnly;
+    });
+    if (typed != controls_.end()) {
+        focusOn(typed->key);
+    } else if (!controls_.empty()) {
+        focusOn(controls_.front().key);
+    }
+}
+
+} // namespace velmora

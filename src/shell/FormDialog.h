@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QDialog>
+#include <vector>
+
+#include "DialogForm.h"
+
+class QAbstractButton;
+class QButtonGroup;
+class QCheckBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QVBoxLayout;
+
+namespace velmora {
+
+/// Shows any parameter dialog. The form holds the values and the rules; this only shows them and passes on what is
+/// typed and clicked. Every control is named after the key of its field, choice n of a radio group "key.n".
+class FormDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    /// `form` must outlive the dialog and have been opened.
+    explicit FormDialog(DialogForm& form, QWidget* parent = nullptr);
+
+    /// OK: takes what was typed, then asks the form. A refusal is told and keeps the dialog open.
+    void accept() override;
+
+private:
+    /// The widgets of one field; those that its kind does not have are null.
+    struct Control {
+        std::string key;
+        QLabel* label = nullptr;
+        QLineEdit* edit = nullptr;
+        QCheckBox* check = nullptr;
+        QGroupBox* frame = nullptr;
+        QButtonGroup* choices = nullptr;
+        QString shown; ///< the text that the form gave last; another one is typed and not taken yet
+    };
+    using Fields = std::vector<const DialogField*>;
+
+    void placeFields(QVBoxLayout& column, const Fields& fields, bool insideFrame);
+    void placeFrame(QVBoxLayout& column, const Fields& fields);
+    void placeRadios(QVBoxLayout& column, const Fields& fields);
+    void placeNumbers(QVBoxLayout& column, const Fields& fields);
+    void placeCheck(QVBoxLayout& column, const DialogField& field);
+    QGroupBox* makeRadios(const DialogField& field);
+
+    void click(const std::string& key, const std::string& text);
+    void takeSilently(const std::string& key);
+    std::optional<DialogRefusal> takeTyped();
+    void showForm();
+    void showField(Control& control, const DialogField& field);
+    void tell(const DialogRefusal& refusal);
+    void focusOn(const std::string& key);
+    void focusOnFirst();
+    Control* control(const std::string& key);
+
+    DialogForm& form_;
+    std::vector<Control> controls_;
+};
+
+} // namespace velmora

@@ -1,0 +1,220 @@
+#include "GlViewWidget.h"
+
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QOpenGLContext>
+#include <algorithm>
+#include <cmath>
+
+#include "mode_cursors.h"
+#include "text_bitmap.h"
+
+namespace velmora {
+
+QSurfaceFormat GlViewWidget::surfaceFormat(const PixelFormat& format) {
+    QSurfaceFormat surface;
+    surface.setRenderableType(QSurfaceFormat::OpenGL);
+    surface.setVersion(2, 1);
+    surface.setProfile(QSurfaceFormat::CompatibilityProfile);
+    surface.setSwapBehavior(format.doubleBuffered ? QSurfaceFormat::DoubleBuffer : QSurfaceFormat::SingleBuffer);
+    surface.setRedBufferSize(format.colourBits / 3);
+    surface.setGreenBufferSize(format.colourBits / 3);
+    surface.setBlueBufferSize(format.colourBits / 3);
+    surface.setAlphaBufferSize(format.alphaBits);
+    surface.setDepthBufferSize(format.depthBits);
+    surface.setStencilBufferSize(format.stencilBits);
+    return surface;
+}
+
+GlViewWidget::GlViewWidget(QWidget* parent)
+    : QOpenGLWidget(parent), renderer_([this](const std::string& text) { return textBitmap(text, font()); }) {
+    setObjectName(QStringLiteral("view"));
+    setAccessibleName(tr("Model"));
+    setFocusPolicy(Qt::StrongFocus);
+    // The view follows the mouse with no button down, too.
+    setMouseTracking(true);
+    setMinimumSize(1, 1);
+    setFormat(surfaceFormat(PixelFormat{}));
+    timer_.setTimerType(Qt::PreciseTimer);
+    connect(&timer_, &QTimer::timeout, this, [this] {
+        if (view_ != nullptr) {
+            view_->OnTimer();
+        }
+    });
+    sinceStart_.start();
+}
+
+GlViewWidget::~GlViewWidget() { releaseGraphics(); }
+
+void GlViewWidget::setView(VelmoraView* view) {
+    view_ = view;
+    matchSize();
+}
+
+// ---- Context --------------------------------------------------------------------------------------------------------
+
+void GlViewWidget::initializeGL() {
+    connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &GlViewWidget::releaseGraphics,
+            Qt::UniqueConnection);
+    if (view_ != nullptr) {
+        view_->OnCreate();
+    }
+}
+
+bool GlViewWidget::choosePixelFormat(const PixelFormat& format) {
+    // The format was asked for before the window was made; whatever came draws.
+    return format.doubleBuffered;
+}
+
+bool GlViewWidget::makeCurrent() {
+    QOpenGLWidget::makeCurrent();
+    return context() != nullptr && QOpenGLContext::currentContext() == context();
+}
+
+bool GlViewWidget::deleteContext() {
+    releaseGraphics();
+    return true;
+}
+
+void GlViewWidget::releaseGraphics() {
+    if (makeCurrent()) {
+        renderer_.release();
+        doneCurrent();
+    }
+}
+
+void GlViewWidget::prepareContext() { renderer_.prepare(); }
+
+// ---- Drawing --------------------------------------------------------------------------------------------------------
+
+void GlViewWidget::paintGL() {
+    if (view_ == nullptr) {
+        return;
+    }
+    matchSize();
+    painting_ = true;
+    emit paintBegins();
+    view_->OnDraw();
+    emit paintEnds();
+    painting_ = false;
+}
+
+void GlViewWidget::clearFrame(const Colour& colour) {
+    if (painting_) {
+        renderer_.clear(colour);
+    }
+}
+
+void GlViewWidget::drawScene(const SceneFrame& frame) {
+    if (painting_) {
+        renderer_.draw(frame);
+    }
+}
+
+void GlViewWidget::finishFrame() {
+    if (painting_) {
+        renderer_.finish();
+    }
+}
+
+void GlViewWidget::invertRectangle(PixelPoint from, PixelPoint to) {
+    if (painting_) {
+        renderer_.invertRectangle(from, to, wholeWindow());
+    }
+}
+
+Viewport GlViewWidget::wholeWindow() const {
+    const double ratio = devicePixelRatioF();
+    return {0, 0, static_cast<int>(std::lround(width() * ratio)), static_cast<int>(std::lround(height() * ratio))};
+}
+
+void GlViewWidget::matchSize() {
+    const Viewport window = wholeWindow();
+    if (view_ != nullptr && (view_->viewport.width != window.width || view_->viewport.height != window.height)) {
+        view_->OnSize(window.width, window.height);
+    }
+}
+
+void GlViewWidget::resizeEvent(QResizeEvent* event) {
+    QOpenGLWidget::resizeEvent(event);
+    matchSize();
+}
+
+// ---- Window ---------------------------------------------------------------------------------------------------------
+
+void GlViewWidget::requestClose() { QMetaObject::invokeMethod(window(), &QWidget::close, Qt::QueuedConnection); }
+
+void GlViewWidget::showCursor(MouseMode mode) { setCursor(cursorOf(mode)); }
+
+// ---- Mouse and keys -------------------------------------------------------------------------------------------------
+
+PixelPoint GlViewWidget::pixelOf(const QMouseEvent& event) const {
+    const QPointF position = event.position() * devicePixelRatioF();
+    PixelPoint pixel{static_cast<int>(std::floor(position.x())), static_cast<int>(std::floor(position.y()))};
+    if (confined_) {
+        const Viewport window = wholeWindow();
+        pixel.x = std::clamp(pixel.x, 0, std::max(0, window.width - 1));
+        pixel.y = std::clamp(pixel.y, 0, std::max(0, window.height - 1));
+    }
+    return pixel;
+}
+
+void GlViewWidget::pullCursorInside(const QMouseEvent& event) {
+    const QPoint position = event.position().toPoint();
+    const QPoint inside(std::clamp(position.x(), 0, width() - 1), std::clamp(position.y(), 0, height() - 1));
+    if (inside != position) {
+        QCursor::setPos(mapToGlobal(inside));
+    }
+}
+
+void GlViewWidget::mousePressEvent(QMouseEvent* event) {
+    if (view_ == nullptr || event->button() != Qt::LeftButton) {
+        return;
+    }
+    view_->OnLeftButtonDown(pixelOf(*event));
+}
+
+void GlViewWidget::releaseLeft(PixelPoint position) {
+    view_->OnLeftButtonUp(position);
+    emit leftReleased();
+}
+
+void GlViewWidget::mouseMoveEvent(QMouseEvent* event) {
+    if (view_ == nullptr) {
+        return;
+    }
+    const PixelPoint pixel = pixelOf(*event);
+    if (view_->leftButtonDown && !event->buttons().testFlag(Qt::LeftButton)) {
+        // A box or a menu took the release.
+        releaseLeft(pixel);
+        return;
+    }
+    if (confined_) {
+        pullCursorInside(*event);
+    }
+    view_->OnMouseMove(pixel);
+}
+
+void GlViewWidget::mouseReleaseEvent(QMouseEvent* event) {
+    if (view_ != nullptr && event->button() == Qt::LeftButton) {
+        releaseLeft(pixelOf(*event));
+    }
+}
+
+void GlViewWidget::contextMenuEvent(QContextMenuEvent* event) {
+    // In the middle of a drag the menu would take the release of the left button.
+    if (view_ != nullptr && !view_->leftButtonDown) {
+        emit contextMenuWanted(event->globalPos());
+    }
+}
+
+void GlViewWidget::keyPressEvent(QKeyEvent* event) {
+    if (view_ != nullptr && event->key() == Qt::Key_Escape) {
+        view_->OnKeyDown(ViewKey::Escape);
+        return;
+    }
+    QOpenGLWidget::keyPressEvent(event);
+}
+
+} // namespace velmora

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QOpenGLWidget>
+#include <QTimer>
+
+#include "GlRenderer.h"
+#include "VelmoraView.h"
+
+namespace velmora {
+
+/// The window of a view: an OpenGL surface that hands mouse, keys, sizes and paints to the view and carries out what
+/// the view asks. Drawing happens inside a paint only.
+class GlViewWidget : public QOpenGLWidget, public ViewSurface {
+    Q_OBJECT
+
+public:
+    /// The format of the toolkit's surface that fits what a view asks.
+    static QSurfaceFormat surfaceFormat(const PixelFormat& format);
+
+    explicit GlViewWidget(QWidget* parent = nullptr);
+    ~GlViewWidget() override;
+
+    /// The view must outlive the widget or be taken away by a null.
+    void setView(VelmoraView* view);
+
+    // ---- What the view asks -----------------------------------------------------------------------------------------
+
+    bool obtainDrawingArea() override { return true; }
+    bool choosePixelFormat(const PixelFormat& format) override;
+    bool selectPixelFormat() override { return true; }
+    bool createContext() override { return isValid(); }
+    bool makeCurrent() override;
+    bool deleteContext() override;
+    void releaseDrawingArea() override {}
+    void prepareContext() override;
+    void clearFrame(const Colour& colour) override;
+    void drawScene(const SceneFrame& frame) override;
+    void finishFrame() override;
+    bool swapBuffers() override { return true; } ///< the toolkit shows the frame when the paint is over
+    void invertRectangle(PixelPoint from, PixelPoint to) override;
+    void requestRepaint() override { update(); }
+    void requestClose() override;
+    void showCursor(MouseMode mode) override;
+    void confineCursor(bool confined) override { confined_ = confined; }
+    void startTimer(int milliseconds) override { timer_.start(milliseconds); }
+    void stopTimer() override { timer_.stop(); }
+    std::int64_t clock() const override { return sinceStart_.elapsed(); }
+
+signals:
+    /// Around each paint: boxes that the view wants to show meanwhile have to wait.
+    void paintBegins();
+    void paintEnds();
+    /// The left button came up and the view has dealt with it.
+    void leftReleased();
+    /// A right click, or the menu key, at a position on the screen.
+    void contextMenuWanted(const QPoint& position);
+
+protected:
+    void initializeGL() override;
+    void paintGL() override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    /// The position of an event in pixels of the device; inside the view while the cursor is confined.
+    PixelPoint pixelOf(const QMouseEvent& event) const;
+    Viewport wholeWindow() const;
+    void matchSize();
+    void pullCursorInside(const QMouseEvent& event);
+    void releaseLeft(PixelPoint position);
+    void releaseGraphics();
+
+    VelmoraView* view_ = nullptr;
+    GlRenderer renderer_;
+    QTimer timer_;
+    QElapsedTimer sinceStart_;
+    bool painting_ = false;
+    bool confined_ = false;
+};
+
+} // namespace velmora

@@ -1,0 +1,78 @@
+#include "StatusLine.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <algorithm>
+
+#include "keyboard_locks.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr int progressSteps = 100;
+
+} // namespace
+
+StatusLine::StatusLine(QWidget* parent) : QStatusBar(parent), message_(new QLabel(this)) {
+    setObjectName(QStringLiteral("statusLine"));
+    message_->setObjectName(QStringLiteral("message"));
+    message_->setTextFormat(Qt::PlainText);
+    // A long message must not widen the frame.
+    message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    addWidget(message_, 1);
+    progress_ = new QProgressBar(this);
+    progress_->setRange(0, progressSteps);
+    progress_->setMaximumWidth(160);
+    progress_->setAccessibleName(tr("Progress"));
+    progress_->hide();
+    addPermanentWidget(progress_);
+    caps_ = addIndicator(QStringLiteral("CAPS"), tr("Caps Lock"));
+    num_ = addIndicator(QStringLiteral("NUM"), tr("Num Lock"));
+    scroll_ = addIndicator(QStringLiteral("SCRL"), tr("Scroll Lock"));
+}
+
+QLabel* StatusLine::addIndicator(const QString& name, const QString& accessibleName) {
+    auto* indicator = new QLabel(name, this);
+    indicator->setObjectName(name);
+    indicator->setAccessibleName(accessibleName);
+    indicator->setAlignment(Qt::AlignCenter);
+    indicator->setMinimumWidth(indicator->sizeHint().width() + 8);
+    indicator->clear();
+    addPermanentWidget(indicator);
+    return indicator;
+}
+
+void StatusLine::showText(const QString& text) {
+    text_ = text;
+    message_->setText(text);
+    if (message_->isVisible()) {
+        message_->repaint();
+    }
+}
+
+void StatusLine::showHint(const QString& hint) { message_->setText(hint.isEmpty() ? text_ : hint); }
+
+void StatusLine::refreshLocks() {
+    const KeyboardLocks locks = keyboardLocks();
+    const auto show = [](QLabel* indicator, bool on) {
+        indicator->setText(on ? indicator->objectName() : QString());
+    };
+    show(caps_, locks.caps);
+    show(num_, locks.num);
+    show(scroll_, locks.scroll);
+}
+
+void StatusLine::showProgress(double fraction) {
+    const int step = static_cast<int>(std::clamp(fraction, 0.0, 1.0) * progressSteps);
+    if (progress_->isVisible() && progress_->value() == step) {
+        return;
+    }
+    progress_->setValue(step);
+    progress_->show();
+    progress_->repaint();
+}
+
+void StatusLine::hideProgress() { progress_->hide(); }
+
+} // namespace velmora

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QStatusBar>
+
+class QLabel;
+class QProgressBar;
+
+namespace velmora {
+
+/// The status line: the message pane, the indicators of the lock keys, and a bar while long work runs.
+class StatusLine : public QStatusBar {
+    Q_OBJECT
+
+public:
+    explicit StatusLine(QWidget* parent = nullptr);
+
+    /// Writes the message pane at once, without waiting for the event loop.
+    void showText(const QString& text);
+    QString text() const { return text_; }
+    /// Shows a hint in place of the message until an empty hint or the next message comes.
+    void showHint(const QString& hint);
+    /// Asks the window system for the lock keys.
+    void refreshLocks();
+    void showProgress(double fraction);
+    void hideProgress();
+
+private:
+    QLabel* addIndicator(const QString& name, const QString& accessibleName);
+
+    QString text_;
+    QLabel* message_;
+    QLabel* caps_;
+    QLabel* num_;
+    QLabel* scroll_;
+    QProgressBar* progress_;
+};
+
+} // namespace velmora

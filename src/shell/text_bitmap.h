@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+#include "GlRenderer.h"
+
+class QFont;
+
+namespace velmora {
+
+/// The text in `font`, one pixel a bit, as the renderer takes it. Without anti-aliasing.
+TextBitmap textBitmap(const std::string& text, const QFont& font);
+
+} // namespace velmora

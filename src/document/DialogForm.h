@@ -42,6 +42,7 @@ struct DialogForm {
     std::string title; ///< window title
     std::vector<DialogField> fields;
     std::vector<std::string> notices; ///< fixed lines of text under the fields
+    std::string focus;                ///< the field that has the focus on opening; empty: the first that is live
 
     /// Brings live states and dependent values up to date. Called with an empty key as the dialog opens and with the
     /// field's key after each change of a radio group or check box and after a number was taken.

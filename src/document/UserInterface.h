@@ -6,6 +6,7 @@
 
 namespace velmora {
 
+class CRegularInput;
 struct DialogForm;
 
 /// The captions of file choosers; Save As, New and Export choose a file to write.
@@ -53,6 +54,8 @@ public:
     virtual void showTitle(const std::string& title) = 0;
     /// Shows the form modally until OK is accepted or Cancel pressed; true for OK.
     virtual bool showDialog(DialogForm& form) = 0;
+    /// Shows the point table modally; true for OK.
+    virtual bool showRegularInput(CRegularInput& table) = 0;
     /// The paths chosen, in the chooser's order; empty when it was cancelled.
     virtual std::vector<std::filesystem::path> chooseFiles(const FileRequest& request) = 0;
     /// The wait cursor; calls nest.

@@ -39,13 +39,13 @@ void VelmoraDoc::showIdlePrompt() {
 
 std::vector<std::string> VelmoraDoc::dialogNames() {
     return {"Cduplicate", "CRebreak",     "CInputPatch",  "CInputSection", "CInputLine",
-            "CFeatures",  "CBeforeAfter", "dlgEditPoint", "dlgViewing"};
+            "CFeatures",  "CBeforeAfter", "dlgEditPoint", "dlgViewing", "CRegularFind"};
 }
 
 std::optional<DialogForm> VelmoraDoc::storedDialog(std::string_view name) {
     DialogForm forms[] = {describe(duplicateValues),    describe(rebreakValues),   describe(inputPatchValues),
                           describe(inputSectionValues), describe(inputLineValues), describe(featuresValues),
-                          describe(beforeAfterValues),  describe(editPointValues), describe(viewingValues)};
+                          describe(beforeAfterValues),  describe(editPointValues), describe(viewingValues), describe(regularFindValues)};
     for (DialogForm& form : forms) {
         if (form.name == name) {
             return std::move(form);

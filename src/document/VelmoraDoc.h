@@ -13,6 +13,8 @@
 #include "CFeatures.h"
 #include "CRebreak.h"
 #include "Cduplicate.h"
+#include "CRegularFind.h"
+#include "CRegularInput.h"
 #include "DocumentView.h"
 #include "PatchList.h"
 #include "UserInterface.h"
@@ -179,6 +181,8 @@ public:
     CFeatures featuresValues;
     dlgEditPoint editPointValues;
     dlgViewing viewingValues;
+    CRegularFind regularFindValues;
+    CRegularInput regularInput{patches};
 
     /// The form over the stored values of the dialog of that class name; none for an unknown name.
     std::optional<DialogForm> storedDialog(std::string_view name);
@@ -242,6 +246,10 @@ public:
     // ---- Regimes
     // --------------------------------------------------------------------------------------------------------
 
+    void CapturePatch();
+    void AddPatchToBlock();
+    void RemovePatchFromBlock();
+    void NewBlock();
     void CapturePoint();
     void CaptureFreePoint();
     void CaptureFreePointInPointRegime();
@@ -274,7 +282,18 @@ public:
     // ---- Editing
     // --------------------------------------------------------------------------------------------------------
 
+    void DeletePoint();
+    void DuplicatePoint();
     void EditPoint();
+    void CutPoint();
+    void CopyPoint();
+    void PastePoint();
+    void FindPoint();
+    void DragPoint();
+    /// The snapshots and the address of "Drag point && correct line"; the view carries the drag out.
+    void prepareDragCorrection();
+    /// Moves the captured point to `position` while it is dragged: model, status, picture.
+    void placeDraggedPoint(const zVec<double>& position);
     void Rebreak();
 
     // ---- View commands that the document carries out ----------------------------------------------------------------
@@ -309,18 +328,27 @@ private:
     void setKinds(const char* structure, const char* file, const char* second);
     void adoptPath(const std::filesystem::path& path);
     void takeExtension(const std::string& extension);
+    void nameUntitled(const std::string& extension);
     std::vector<FileType> saveTypes() const;
 
     void snapshot(PatchList& undoList);
     void clearSnapshots();
     void takeCapturedPosition();
     void rememberPointAddress();
+    bool mayBreakGrid();
+    void leaveLineRegimeKeepingAddress();
+    void finishPointEdit(bool curveForm);
+    void finishPointRemoval();
 
     void armPointCapture();
     void armCurveCapture(bool section);
     void holdInputCurve(bool section, std::int32_t patch, std::int32_t curve);
     void emptyBlock();
+    void armPatchCapture();
     void takePointAtRelease(bool& armed, bool& captured);
+    void endDragAtRelease();
+    void joinBlockAtRelease();
+    void removeFromBlockAtRelease();
     void takeCurveAtRelease();
     void dropEmptyPatchesFromBlock();
     InputContext inputContext(bool lines) const;

@@ -14,4 +14,12 @@ inline constexpr const char* holdsMorePoints = "The file holds more points than 
 inline constexpr const char* leaveAddRegime = "Regime Add Patch to Block will be canceled. Are you sure?";
 inline constexpr const char* blockIsFull = "It is impossible to add one more zBlock";
 
+inline constexpr const char* aptViolated = "APT format will be violated. Are you sure? ";
+inline constexpr const char* endPointStays =
+    " Procedure is canceled. It's impossible to delete the first (last) point ";
+inline constexpr const char* twoPointsStay = " Procedure is canceled. Section must contain at least 2 points ";
+inline constexpr const char* lastPointStays = " Procedure is canceled. It's impossible to delete the last point ";
+inline constexpr const char* patchNotSelected = "Patch is not selected. Try again";
+inline constexpr const char* patchNotRemoved = "Patch is not removed from zBlock. Try again";
+
 } // namespace velmora::message

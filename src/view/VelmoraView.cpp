@@ -172,6 +172,7 @@ void VelmoraView::ResetModelTransform() {
 // ---- What the document asks -----------------------------------------------------------------------------------------
 
 void VelmoraView::onRedraw() {
+    indexDirty_ = true;
     rebuildList();
     repaint();
 }

@@ -5,7 +5,7 @@
 #include "DocumentView.h"
 #include "OpenGLView.h"
 #include "VelmoraDoc.h"
-#include "picking.h"
+#include "PatchIndex.h"
 
 namespace velmora {
 
@@ -114,6 +114,15 @@ public:
     bool PickPoint(PixelPoint position);
     bool PickSection(PixelPoint position);
     bool PickLine(PixelPoint position);
+    /// The number of the first patch with a visible hit under the pixel, or -1.
+    std::int32_t PickPatch(PixelPoint position);
+    /// The nearest point of the drag grid becomes the place of the captured point; false if none is near.
+    bool PickDragPoint(PixelPoint position);
+    /// Where the pixel's ray meets the coordinate plane through the captured point becomes its place. Needs a principal
+    /// view.
+    void PickPlanePoint(PixelPoint position);
+    /// Bends the captured section or line so that the captured point reaches `target` in the plane of the screen.
+    void CorrectLineByDrag(const zVec<double>& target);
 
 private:
     struct ScreenAxes {
@@ -147,6 +156,11 @@ private:
     void pressRegime(PixelPoint position);
     void finishZoom(PixelPoint position);
 
+    void pressPatchCapture(PixelPoint position);
+    void pressPatchRemoval(PixelPoint position);
+    void abandonPress();
+    const PatchIndex& index();
+    void refillPickStatus();
     PickFilter blockFilter() const;
     double modelDiagonal() const;
     std::optional<NearestPoint> nearestCurvePoint(PixelPoint position);
@@ -156,6 +170,8 @@ private:
     DrawList list_;
     std::uint64_t listRevision_ = 0;
     Overlay overlay_;
+    PatchIndex index_;
+    bool indexDirty_ = true; ///< the geometry may have changed since the index was refreshed
     bool drawing_ = false; ///< a scene is being drawn: a further paint is refused
     MouseMode shownCursor_ = ModeNone;
     MouseMode previousCursor_ = ModeNone;

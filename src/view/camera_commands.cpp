@@ -77,6 +77,8 @@ bool VelmoraView::runViewCommand(std::string_view id) {
     } else if (id == "view.surface") {
         doc_.surfaceMode = !doc_.surfaceMode;
         doc_.redraw();
+    } else if (id == "point.dragAndCorrect") {
+        doc_.prepareDragCorrection();
     } else if (id == "view.previous") {
         doc_.ui().showMessage("Not availabe");
     } else {

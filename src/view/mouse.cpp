@@ -77,6 +77,11 @@ void VelmoraView::OnLeftButtonUp(PixelPoint position) {
     }
     if (mouseMode >= ModePoint) {
         doc_.moveRegimeAtRelease();
+        if (doc_.dragCorrectsLine) {
+            doc_.dragCorrectsLine = false;
+            CorrectLineByDrag(doc_.capturedPointPos);
+            doc_.redraw();
+        }
     }
     leftButtonDown = false;
 }

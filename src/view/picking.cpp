@@ -1,6 +1,10 @@
 #include "picking.h"
 
+#include <algorithm>
 #include <cmath>
+#include <tuple>
+
+#include "camera.h"
 
 namespace velmora {
 
@@ -8,39 +12,49 @@ namespace {
 
 constexpr double shortestLine = 1e-10;
 constexpr double distanceOfShortLine = -1e10;
-
-double squaredLength(const zVec<double>& v) {
-    return v.x * v.x + v.y * v.y + v.z * v.z;
-}
-
-/// The distances from one line, with what depends on the line alone worked out once.
-class LineDistance {
-public:
-    explicit LineDistance(const PixelLine& line)
-        : far_(line.farPoint), along_(line.nearPoint - line.farPoint), length_(std::sqrt(squaredLength(along_))) {}
-
-    double operator()(const zVec<double>& point) const {
-        if (length_ < shortestLine) {
-            return distanceOfShortLine;
-        }
-        return std::sqrt(squaredLength(cross(along_, far_ - point))) / length_;
-    }
-
-private:
-    zVec<double> far_;
-    zVec<double> along_;
-    double length_;
-};
+/// Keys farther apart than this factor cannot round to one distance.
+constexpr double keyMargin = 1.0 + 8e-15;
+constexpr double roundingOfDistance = 1e-12;
 
 } // namespace
 
-double RayDistance(const PixelLine& line, const zVec<double>& point) {
-    return LineDistance(line)(point);
+LineDistance::LineDistance(const PixelLine& line)
+    : far_(line.farPoint), along_(line.nearPoint - line.farPoint), length_(lengthOf(along_)) {}
+
+bool LineDistance::isLine() const { return !(length_ < shortestLine); }
+
+double LineDistance::key(const zVec<double>& point) const {
+    const zVec<double> moment = cross(along_, far_ - point);
+    return dot(moment, moment);
+}
+
+double LineDistance::operator()(const zVec<double>& point) const {
+    return isLine() ? std::sqrt(key(point)) / length_ : distanceOfShortLine;
+}
+
+double LineDistance::slack(const zVec<double>& point) const { return roundingOfDistance * lengthOf(far_ - point); }
+
+double RayDistance(const PixelLine& line, const zVec<double>& point) { return LineDistance(line)(point); }
+
+void NearestSearch::look(std::int32_t patch, std::int32_t section, std::int32_t point, const zVec<double>& position) {
+    if (found_ && distanceTo_.isLine() && !(distanceTo_.key(position) <= keyBound_)) {
+        return;
+    }
+    const double distance = distanceTo_(position);
+    if (std::isnan(distance)) {
+        return;
+    }
+    const bool earlier = std::tie(patch, section, point) < std::tie(nearest_.patch, nearest_.section, nearest_.point);
+    if (!found_ || distance < nearest_.distance || (distance == nearest_.distance && earlier)) {
+        found_ = true;
+        nearest_ = {patch, section, point, distance, position};
+        keyBound_ = distanceTo_.key(position) * keyMargin;
+    }
 }
 
 std::optional<NearestPoint> nearestGridPoint(const PatchList& list, const PixelLine& line, const PickFilter& filter) {
     const LineDistance distanceTo(line);
-    std::optional<NearestPoint> nearest;
+    NearestSearch search(distanceTo);
     for (std::int32_t k = 0; k < countOf(list); ++k) {
         const bool wanted = filter.patches.empty() || filter.patches[static_cast<std::size_t>(k)];
         if (!wanted || (filter.patch >= 0 && k != filter.patch)) {
@@ -56,15 +70,11 @@ std::optional<NearestPoint> nearestGridPoint(const PatchList& list, const PixelL
             const std::int32_t last =
                 filter.point >= 0 ? std::min(filter.point + 1, countOf(section)) : countOf(section);
             for (std::int32_t m = first; m < last; ++m) {
-                const zVec<double>& point = section[static_cast<std::size_t>(m)];
-                const double distance = distanceTo(point);
-                if (nearest ? distance < nearest->distance : !std::isnan(distance)) {
-                    nearest = NearestPoint{k, n, m, distance, point};
-                }
+                search.look(k, n, m, section[static_cast<std::size_t>(m)]);
             }
         }
     }
-    return nearest;
+    return search.result();
 }
 
 } // namespace velmora

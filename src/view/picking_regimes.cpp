@@ -1,4 +1,5 @@
 #include "VelmoraView.h"
+#include "messages.h"
 #include "status_texts.h"
 
 namespace velmora {
@@ -47,6 +48,16 @@ void VelmoraView::pressRegime(PixelPoint position) {
         PickPoint(position);
         repaint();
     }
+    if (doc_.pointDragging) {
+        PickDragPoint(position);
+        doc_.placeDraggedPoint(doc_.capturedPointPos);
+    }
+    if (doc_.patchCaptureArmed) {
+        pressPatchCapture(position);
+    }
+    if (doc_.patchRemoving) {
+        pressPatchRemoval(position);
+    }
     if (doc_.sectionCaptureArmed) {
         PickSection(position);
         repaint();
@@ -55,6 +66,41 @@ void VelmoraView::pressRegime(PixelPoint position) {
         PickLine(position);
         repaint();
     }
+    if (doc_.dragCorrectsLine) {
+        PickPlanePoint(position);
+        repaint();
+    }
+}
+
+void VelmoraView::pressPatchCapture(PixelPoint position) {
+    doc_.capturedPatch = PickPatch(position);
+    doc_.redraw();
+    repaint();
+    if (doc_.capturedPatch < 0) {
+        doc_.ui().showMessage(message::patchNotSelected);
+        abandonPress();
+        return;
+    }
+    doc_.patchStatus = capturedPatchText(doc_.capturedPatch);
+    doc_.ShowStatus(doc_.patchStatus);
+}
+
+void VelmoraView::pressPatchRemoval(PixelPoint position) {
+    doc_.patchToRemove = PickPatch(position);
+    doc_.redraw();
+    forceMouseMode(ModePatch);
+    if (doc_.patchToRemove < 0) {
+        doc_.ui().showMessage(message::patchNotRemoved);
+        abandonPress();
+    }
+    doc_.ShowStatus(doc_.removeStatus);
+    repaint();
+}
+
+/// The click hit nothing: its release moves no regime on, which stays as it was for the next try.
+void VelmoraView::abandonPress() {
+    leftButtonDown = false;
+    surface().confineCursor(false);
 }
 
 void VelmoraView::dragRegime(PixelPoint position) {
@@ -63,11 +109,24 @@ void VelmoraView::dragRegime(PixelPoint position) {
         doc_.ShowStatus(doc_.pointStatus);
         repaint();
     }
+    if (doc_.pointDragging) {
+        PickDragPoint(position);
+        doc_.placeDraggedPoint(doc_.capturedPointPos);
+    }
+    if (doc_.patchCaptureArmed) {
+        doc_.ShowStatus(doc_.patchStatus);
+    }
     if (doc_.sectionCaptureArmed) {
         PickSection(position);
     }
     if (doc_.lineCaptureArmed) {
         PickLine(position);
+    }
+    if (doc_.dragCorrectsLine) {
+        PickPlanePoint(position);
+        doc_.ShowStatus(doc_.pointStatus);
+        CorrectLineByDrag(doc_.capturedPointPos);
+        doc_.redraw();
     }
 }
 
@@ -81,7 +140,7 @@ bool VelmoraView::PickPoint(PixelPoint position) {
         filter.section = doc_.sectionCaptured ? doc_.capturedSection : -1;
         filter.point = doc_.lineCaptured ? doc_.capturedLine : -1;
     }
-    const auto nearest = nearestGridPoint(doc_.patches, PixelRay(position.x, position.y), filter);
+    const auto nearest = index().nearest(doc_.patches, PixelRay(position.x, position.y), filter);
     if (!nearest) {
         return false;
     }
@@ -92,17 +151,47 @@ bool VelmoraView::PickPoint(PixelPoint position) {
     }
     doc_.capturedPatch = nearest->patch;
     doc_.pickedPoint = nearest->position;
-    const PointAddress address = doc_.lineCaptured ? PointAddress{nearest->patch, nearest->point, nearest->section}
-                                                   : PointAddress{nearest->patch, nearest->section, nearest->point};
-    doc_.pointStatus = capturedPointText(doc_.lineCaptured, address, doc_.pickedPoint);
-    doc_.pointContinueStatus = doc_.pointStatus + pointContinueClause;
+    refillPickStatus();
     doc_.capturedPointPos = doc_.pickedPoint;
     doc_.pointPicked = true;
     return true;
 }
 
+const PatchIndex& VelmoraView::index() {
+    if (indexDirty_) {
+        index_.refresh(doc_.patches);
+        indexDirty_ = false;
+    }
+    return index_;
+}
+
+void VelmoraView::refillPickStatus() {
+    const PointAddress address = doc_.lineCaptured
+                                     ? PointAddress{doc_.capturedPatch, doc_.capturedPoint, doc_.capturedPointSection}
+                                     : PointAddress{doc_.capturedPatch, doc_.capturedPointSection, doc_.capturedPoint};
+    doc_.pointStatus = capturedPointText(doc_.lineCaptured, address, doc_.pickedPoint);
+    doc_.pointContinueStatus = doc_.pointStatus + pointContinueClause;
+}
+
+std::int32_t VelmoraView::PickPatch(PixelPoint position) {
+    const BusyScope busy(doc_.ui());
+    return index().pickPatch(doc_.patches, PixelRay(position.x, position.y));
+}
+
+bool VelmoraView::PickDragPoint(PixelPoint position) {
+    const auto nearest = nearestGridPoint(doc_.dragPatches, PixelRay(position.x, position.y), {});
+    if (!nearest || nearest->distance > pointLimit * modelDiagonal()) {
+        return false;
+    }
+    doc_.pickedPoint = nearest->position;
+    doc_.dragStatus = "Drag point: X=" + fixedText(doc_.pickedPoint.x) + ", Y=" + fixedText(doc_.pickedPoint.y) +
+                      ", Z=" + fixedText(doc_.pickedPoint.z) + " ";
+    doc_.capturedPointPos = doc_.pickedPoint;
+    return true;
+}
+
 std::optional<NearestPoint> VelmoraView::nearestCurvePoint(PixelPoint position) {
-    auto nearest = nearestGridPoint(doc_.patches, PixelRay(position.x, position.y), blockFilter());
+    auto nearest = index().nearest(doc_.patches, PixelRay(position.x, position.y), blockFilter());
     if (nearest) {
         doc_.capturedPatch = nearest->patch;
     }

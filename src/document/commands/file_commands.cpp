@@ -41,12 +41,37 @@ void VelmoraDoc::onNewDocument() {
         dragPrompt = "Press left button of mouse and drag it";
         return;
     }
-    if (patches.empty() || !removeGeometryAfterQuestion()) {
+    if (!patches.empty()) {
+        if (!removeGeometryAfterQuestion()) {
+            return;
+        }
+        updateBounds();
+        redraw();
+        leaveRegimes();
+    }
+    regularInput.reset();
+    if (!ui_.showRegularInput(regularInput)) {
+        patches.clear();
         return;
     }
-    leaveRegimes();
+    titleWrong_ = false;
+    setTitle("Untitled");
+    fieldOpening = false;
+    checkRegularity(patches);
+    if (structureKind == "str") {
+        nameUntitled(fileKind);
+        // What was typed is in no file yet.
+        documentModified = true;
+    }
     updateBounds();
     redraw();
+}
+
+void VelmoraDoc::nameUntitled(const std::string& extension) {
+    adoptPath(documentsFolder_ / ("Untitled." + extension));
+    currentDirectory = directoryOf(chosenPath);
+    setTitle("Untitled." + extension);
+    currentPath = currentDirectory + documentTitle;
 }
 
 bool VelmoraDoc::removeGeometryAfterQuestion() {

@@ -6,6 +6,12 @@
 
 namespace velmora {
 
+namespace {
+
+constexpr const char* findPatchPrompt = "Find patch and click it";
+
+} // namespace
+
 // ---- Points ---------------------------------------------------------------------------------------------------------
 
 void VelmoraDoc::armPointCapture() {
@@ -211,6 +217,59 @@ void VelmoraDoc::dropEmptyPatchesFromBlock() {
 
 // ---- Patches and the zBlock -----------------------------------------------------------------------------------------
 
+void VelmoraDoc::CapturePatch() {
+    sectionCaptureArmed = pointCaptureArmed = freePointArmed = false;
+    if (pointCaptured || freePointHeld) {
+        ExitPointRegime();
+    }
+    if (sectionCaptured || lineCaptured) {
+        ExitLineRegime();
+    }
+    armPatchCapture();
+    ShowStatus(patchStatus);
+}
+
+void VelmoraDoc::AddPatchToBlock() {
+    if (blockCount >= blockCapacity) {
+        ui_.showMessage(message::blockIsFull);
+        return;
+    }
+    if (pointRegimeActive()) {
+        ExitPointRegime();
+    }
+    if (curveRegimeActive()) {
+        ExitLineRegime();
+    }
+    armPatchCapture();
+}
+
+void VelmoraDoc::armPatchCapture() {
+    capturedPatch = -1;
+    patchCaptureArmed = true;
+    patchCaptured = false;
+    forceMouseMode(ModePatch);
+    patchStatus = findPatchPrompt;
+}
+
+void VelmoraDoc::RemovePatchFromBlock() {
+    patchRemoving = true;
+    if (pointRegimeActive()) {
+        ExitPointRegime();
+    }
+    if (curveRegimeActive()) {
+        ExitLineRegime();
+    }
+    removeStatus = findPatchPrompt;
+    ShowStatus(removeStatus);
+    forceMouseMode(ModePatch);
+}
+
+void VelmoraDoc::NewBlock() {
+    emptyBlock();
+    showBlockOnly = false;
+    AddPatchToBlock();
+}
+
 void VelmoraDoc::emptyBlock() {
     blockList.fill(-1);
     blockCount = 0;
@@ -264,6 +323,7 @@ void VelmoraDoc::ExitPatches() {
 
 void VelmoraDoc::EndBlockRegime() {
     patchCaptureArmed = patchCaptured = false;
+    patchRemoving = false;
     pointUndoReady = false;
     pointPicked = false;
     resetMouseMode();
@@ -298,7 +358,55 @@ void VelmoraDoc::moveRegimeAtRelease() {
     if (freePointArmed) {
         takePointAtRelease(freePointArmed, freePointHeld);
     }
-    takeCurveAtRelease();
+    if (pointDragging) {
+        endDragAtRelease();
+    }
+    if (patchCaptureArmed) {
+        joinBlockAtRelease();
+    }
+    if (patchRemoving) {
+        removeFromBlockAtRelease();
+    } else {
+        takeCurveAtRelease();
+    }
+}
+
+void VelmoraDoc::endDragAtRelease() {
+    pointDragging = false;
+    RefillPointStatus(true);
+    ShowStatus(pointContinueStatus);
+}
+
+void VelmoraDoc::joinBlockAtRelease() {
+    patchCaptureArmed = false;
+    patchCaptured = true;
+    if (!inBlock(capturedPatch) && capturedPatch >= 0) {
+        if (blockCount >= blockCapacity) {
+            ui_.showMessage(message::blockIsFull);
+        } else {
+            blockList[static_cast<std::size_t>(blockCount)] = capturedPatch;
+            ++blockCount;
+            ShowStatus(patchStatus);
+        }
+    }
+    redraw();
+}
+
+void VelmoraDoc::removeFromBlockAtRelease() {
+    removeStatus = continuePrompt;
+    patchRemoving = false;
+    const auto end = blockList.begin() + blockCount;
+    const auto found = std::find(blockList.begin(), end, patchToRemove);
+    if (found != end) {
+        std::move(found + 1, end, found);
+        *(end - 1) = -1;
+        --blockCount;
+        if (blockCount == 0) {
+            EndBlockRegime();
+        }
+    }
+    ShowStatus(removeStatus);
+    redraw();
 }
 
 void VelmoraDoc::takePointAtRelease(bool& armed, bool& captured) {

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "picking.h"
+
+namespace velmora {
+
+/// Boxes over the patches of a model and over tiles of their points, so that a pick looks only at what lies near the
+/// line of sight. Every answer is the one of the plain rule, to the last bit.
+class PatchIndex {
+public:
+    /// Takes the model in, unless it is the one taken in before. Linear in the points.
+    void refresh(const PatchList& list);
+
+    /// The same as nearestGridPoint over the model of the last refresh.
+    std::optional<NearestPoint> nearest(const PatchList& list, const PixelLine& line, const PickFilter& filter) const;
+
+    /// The first patch in list order with a triangle hit that no other patch hides; -1 for none. Each cell of a patch
+    /// is two triangles; a hit is hidden by a hit of another patch that lies nearer to the line's near point.
+    std::int32_t pickPatch(const PatchList& list, const PixelLine& line) const;
+
+private:
+    struct Box {
+        zVec<double> centre;
+        zVec<double> half;
+        double radius = 0.0;
+    };
+    /// Points n0 to n1 of m0 to m1, both included, of one patch; neighbouring tiles share a row of points.
+    struct Tile {
+        std::int32_t n0 = 0;
+        std::int32_t n1 = 0;
+        std::int32_t m0 = 0;
+        std::int32_t m1 = 0;
+        Box box;
+    };
+    /// A triangle that may be hit outside its box, for what its corners do to the inside test: tested by every line.
+    struct OddTriangle {
+        std::int32_t n = 0;
+        std::int32_t m = 0;
+        int half = 0;
+    };
+    struct PatchEntry {
+        Box box;
+        std::size_t firstTile = 0;
+        std::size_t lastTile = 0;
+        std::size_t firstOdd = 0;
+        std::size_t lastOdd = 0;
+    };
+
+    void addPatch(const Patch& patch);
+    void addTile(const Patch& patch, Tile tile);
+    void addOddTriangles(const Patch& patch);
+    template <class Visit>
+    bool anyHit(const PatchList& list, std::size_t patch, const zVec<double>& origin, const zVec<double>& direction,
+                Visit visit) const;
+    bool isVisible(const PatchList& list, std::size_t patch, const zVec<double>& hit,
+                   const zVec<double>& direction) const;
+    static bool missesBox(const Box& box, const zVec<double>& origin, const zVec<double>& direction);
+
+    std::uint64_t fingerprint_ = 0;
+    bool filled_ = false;
+    std::vector<PatchEntry> patches_;
+    std::vector<Tile> tiles_;
+    std::vector<OddTriangle> odd_;
+};
+
+} // namespace velmora

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "CRegularInput.h"
 #include "DialogForm.h"
 #include "UserInterface.h"
 
@@ -26,6 +27,8 @@ public:
     int busyCalls = 0;
     /// Called as a dialog is open, before its fields are set.
     std::function<void(DialogForm&)> onDialog;
+    /// Works in the point table and answers true for OK; absent: Cancel.
+    std::function<bool(CRegularInput&)> onRegularInput;
 
     void showMessage(const std::string& text) override { transcript.push_back("message: " + text); }
 
@@ -61,6 +64,12 @@ public:
             }
         }
         transcript.push_back("dialog: " + form.name + (taken ? " -> ok" : " -> cancel"));
+        return taken;
+    }
+
+    bool showRegularInput(CRegularInput& table) override {
+        const bool taken = onRegularInput && onRegularInput(table);
+        transcript.push_back(std::string("dialog: CRegularInput -> ") + (taken ? "ok" : "cancel"));
         return taken;
     }
 

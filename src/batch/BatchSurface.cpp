@@ -18,6 +18,8 @@ bool BatchSurface::advanceToTick(std::int64_t end) {
     return true;
 }
 
-void BatchSurface::advanceTo(std::int64_t end) { clock_ = std::max(clock_, end); }
+void BatchSurface::advanceTo(std::int64_t end) {
+    clock_ = std::max(clock_, end);
+}
 
 } // namespace velmora

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "ViewSurface.h"
 
 namespace velmora {
@@ -34,7 +36,8 @@ public:
     bool repaintRequested() const { return repaintRequested_; }
     /// The paint that was asked for is done.
     void clearRepaintRequest() { repaintRequested_ = false; }
-    bool closeRequested() const { return closeRequested_; }
+    /// True when the end of the program was asked for since the last call.
+    bool takeCloseRequest() { return std::exchange(closeRequested_, false); }
 
     /// Lets the clock run on to the next tick of the timer; false, and the clock stays, when none comes up to `end`.
     bool advanceToTick(std::int64_t end);

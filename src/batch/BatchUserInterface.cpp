@@ -14,7 +14,9 @@ std::string withoutFullStop(std::string text) {
     return text;
 }
 
-bool canBeSet(const DialogField& field) { return field.on && !field.readOnly; }
+bool canBeSet(const DialogField& field) {
+    return field.on && !field.readOnly;
+}
 
 std::string remedyFor(const DialogForm& form, const std::string& name) {
     const DialogField* field = form.find(name);
@@ -54,7 +56,7 @@ MaybeFailure BatchUserInterface::endLine() const {
     } else {
         return std::nullopt;
     }
-    return ScriptFailure{"nothing asked for " + quoted(what), "leave it out"};
+    return ScriptFailure{"nothing asked for " + inQuotes(what), "leave it out"};
 }
 
 void BatchUserInterface::say(const Json& event) {
@@ -63,7 +65,9 @@ void BatchUserInterface::say(const Json& event) {
     }
 }
 
-void BatchUserInterface::sayText(const char* kind, const std::string& text) { say({{"event", kind}, {"text", text}}); }
+void BatchUserInterface::sayText(const char* kind, const std::string& text) {
+    say({{"event", kind}, {"text", text}});
+}
 
 void BatchUserInterface::fail(std::string cause, std::string remedy) {
     if (!failure_) {
@@ -72,11 +76,17 @@ void BatchUserInterface::fail(std::string cause, std::string remedy) {
     }
 }
 
-void BatchUserInterface::showMessage(const std::string& text) { sayText("message", text); }
+void BatchUserInterface::showMessage(const std::string& text) {
+    sayText("message", text);
+}
 
-void BatchUserInterface::showStatus(const std::string& text) { sayText("status", text); }
+void BatchUserInterface::showStatus(const std::string& text) {
+    sayText("status", text);
+}
 
-void BatchUserInterface::showTitle(const std::string& title) { sayText("title", title); }
+void BatchUserInterface::showTitle(const std::string& title) {
+    sayText("title", title);
+}
 
 void BatchUserInterface::addRecentFile(const std::filesystem::path& path) {
     say({{"event", "recent"}, {"path", path.string()}});
@@ -84,7 +94,7 @@ void BatchUserInterface::addRecentFile(const std::filesystem::path& path) {
 
 bool BatchUserInterface::ask(const std::string& text) {
     if (failure_ || input_.answers.empty()) {
-        fail("the question " + quoted(text) + " has no answer", "give answer=yes or answer=no");
+        fail("the question " + inQuotes(text) + " has no answer", "give answer=yes or answer=no");
         return false;
     }
     const bool yes = input_.answers.front();
@@ -111,7 +121,7 @@ std::vector<std::filesystem::path> BatchUserInterface::takeFiles(bool multiple) 
 
 std::vector<std::filesystem::path> BatchUserInterface::chooseFiles(const FileRequest& request) {
     if (failure_ || input_.files.empty()) {
-        fail(std::string("the chooser ") + quoted(captionOf(request.mode)) + " has no file",
+        fail(std::string("the chooser ") + inQuotes(captionOf(request.mode)) + " has no file",
              "give file=PATH, or cancel=file to cancel it");
         return {};
     }
@@ -136,7 +146,7 @@ bool BatchUserInterface::setFields(DialogForm& form) {
     for (; !input_.fields.empty(); input_.fields.pop_front()) {
         const Assignment& field = input_.fields.front();
         if (const auto refusal = setField(form, field.name, field.value)) {
-            fail("the dialog " + quoted(form.name) + " refuses " + quoted(field.name + '=' + field.value) + ": " +
+            fail("the dialog " + inQuotes(form.name) + " refuses " + inQuotes(field.name + '=' + field.value) + ": " +
                      withoutFullStop(refusal->message),
                  remedyFor(form, field.name));
             return false;
@@ -166,8 +176,9 @@ bool BatchUserInterface::showDialog(DialogForm& form) {
         if (!refusal->message.empty()) {
             showMessage(refusal->message);
         }
-        fail("the dialog " + quoted(form.name) + " stays open after OK",
-             refusal->key.empty() ? "change its fields" : "give the field " + quoted(refusal->key) + " another value");
+        fail("the dialog " + inQuotes(form.name) + " stays open after OK",
+             refusal->key.empty() ? "change its fields"
+                                  : "give the field " + inQuotes(refusal->key) + " another value");
         return false;
     }
     sayDialog(form, "ok");

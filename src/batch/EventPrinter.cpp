@@ -6,7 +6,9 @@ namespace velmora {
 
 namespace {
 
-std::string oneLine(const Json& value) { return value.dump(-1, ' ', false, Json::error_handler_t::replace); }
+std::string oneLine(const Json& value) {
+    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
 
 const std::string& textOf(const Json& event, const char* member) {
     return event.at(member).get_ref<const std::string&>();
@@ -21,7 +23,9 @@ std::string withoutControls(std::string text) {
 
 } // namespace
 
-void JsonEventPrinter::print(const Json& event) { out_ << oneLine(event) << '\n' << std::flush; }
+void JsonEventPrinter::print(const Json& event) {
+    out_ << oneLine(event) << '\n' << std::flush;
+}
 
 void TextEventPrinter::print(const Json& event) {
     const std::string& kind = textOf(event, "event");

@@ -6,15 +6,15 @@ namespace {
 
 MaybeFailure takeAnswer(const std::string& value, CommandInput& input) {
     if (value != "yes" && value != "no") {
-        return ScriptFailure{"an answer cannot be " + quoted(value), "give answer=yes or answer=no"};
+        return ScriptFailure{"an answer cannot be " + inQuotes(value), "give answer=yes or answer=no"};
     }
     input.answers.push_back(value == "yes");
     return std::nullopt;
 }
 
 MaybeFailure takeFile(const std::string& value, CommandInput& input) {
-    if (value.empty()) {
-        return ScriptFailure{"a file has no path", "give file=PATH, or cancel=file to cancel the chooser"};
+    if (!isPath(value)) {
+        return ScriptFailure{inQuotes(value) + " is no path", "give file=PATH, or cancel=file to cancel the chooser"};
     }
     input.files.emplace_back(value);
     return std::nullopt;
@@ -26,7 +26,7 @@ MaybeFailure takeCancel(const std::string& value, CommandInput& input) {
     } else if (value == "dialog") {
         ++input.cancelledDialogs;
     } else {
-        return ScriptFailure{quoted(value) + " cannot be cancelled", "give cancel=file or cancel=dialog"};
+        return ScriptFailure{inQuotes(value) + " cannot be cancelled", "give cancel=file or cancel=dialog"};
     }
     return std::nullopt;
 }
@@ -34,7 +34,7 @@ MaybeFailure takeCancel(const std::string& value, CommandInput& input) {
 MaybeFailure takeWord(const std::string& word, CommandInput& input) {
     auto assignment = asAssignment(word);
     if (!assignment) {
-        return ScriptFailure{quoted(word) + " gives no value", "write NAME=VALUE behind the command"};
+        return ScriptFailure{inQuotes(word) + " gives no value", "write NAME=VALUE behind the command"};
     }
     if (assignment->name == "answer") {
         return takeAnswer(assignment->value, input);
@@ -50,6 +50,8 @@ MaybeFailure takeWord(const std::string& word, CommandInput& input) {
 }
 
 } // namespace
+
+bool isPath(const std::string& text) { return !text.empty() && text.find('\0') == std::string::npos; }
 
 std::variant<CommandInput, ScriptFailure> parseCommandInput(std::span<const std::string> words) {
     CommandInput input;

@@ -20,6 +20,9 @@ struct CommandInput {
     int cancelledDialogs = 0;                               ///< in how many dialogs Cancel is pressed
 };
 
+/// True for a text that can name a file: not empty, no zero byte.
+bool isPath(const std::string& text);
+
 /// Reads the words behind a command: `answer=`, `file=`, `cancel=`, and any other NAME=VALUE as a field.
 std::variant<CommandInput, ScriptFailure> parseCommandInput(std::span<const std::string> words);
 

@@ -16,6 +16,8 @@ struct ScriptFailure {
 using MaybeFailure = std::optional<ScriptFailure>;
 
 /// `text` in the quotation marks in which failures name the words of the script.
-inline std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
+inline std::string inQuotes(std::string_view text) {
+    return '"' + std::string(text) + '"';
+}
 
 } // namespace velmora

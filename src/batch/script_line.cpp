@@ -4,7 +4,9 @@ namespace velmora {
 
 namespace {
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r';
+}
 
 /// Reads the words of one line from left to right.
 class WordReader {

@@ -192,7 +192,6 @@ void VelmoraView::showCursor(MouseMode mode) {
 
 void VelmoraView::stopSpin() {
     spinActive = false;
-    spinTimerOn = false;
     surface().stopTimer();
 }
 

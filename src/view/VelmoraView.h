@@ -46,7 +46,7 @@ public:
     PixelPoint prevMousePos; ///< the one before; a spin measures from it
     std::int64_t lastMoveClock = 0;
     bool spinActive = false;
-    bool spinTimerOn = false;
+    bool spinTimerOn = false; ///< a spin was started; only a release clears it, and that one starts no new spin
     double spinAngle = 0.0;
     zVec<double> spinAxis;
     bool rubberBandShown = false;

@@ -63,7 +63,10 @@ private:
     void bufferLine(const PointList& points);
     void sections();
     void lines();
+    void reference();
     void quadStrips();
+    void addLine(const Patch& patch, std::size_t index);
+    void addSection(const PointList& section);
     void pointsOf(const PointList& points, float size, const Colour& colour);
 
     const VelmoraDoc& doc_;
@@ -85,8 +88,20 @@ void ListBuilder::pointsOf(const PointList& points, float size, const Colour& co
         return;
     }
     list_.begin(Primitive::Points, colour).pointSize = size;
-    for (const zVec<double>& p : points) {
+    addSection(points);
+}
+
+void ListBuilder::addSection(const PointList& section) {
+    for (const zVec<double>& p : section) {
         list_.vertex(p);
+    }
+}
+
+void ListBuilder::addLine(const Patch& patch, std::size_t index) {
+    for (const PointList& section : patch) {
+        if (index < section.size()) {
+            list_.vertex(section[index]);
+        }
     }
 }
 
@@ -188,9 +203,7 @@ void ListBuilder::sections() {
                 pointsOf(section, 6.0F, white);
             }
             list_.begin(Primitive::LineStrip, captured ? white : colour);
-            for (const zVec<double>& p : section) {
-                list_.vertex(p);
-            }
+            addSection(section);
         }
     });
 }
@@ -203,21 +216,29 @@ void ListBuilder::lines() {
             const auto index = static_cast<std::size_t>(m);
             const bool captured =
                 (doc_.lineCaptureArmed || doc_.lineCaptured) && k == doc_.capturedPatch && m == doc_.capturedLine;
-            const auto addLine = [this, &patch, index] {
-                for (const PointList& section : patch) {
-                    if (index < section.size()) {
-                        list_.vertex(section[index]);
-                    }
-                }
-            };
             if (captured) {
                 list_.begin(Primitive::Points, white).pointSize = 6.0F;
-                addLine();
+                addLine(patch, index);
             }
             list_.begin(Primitive::LineStrip, captured ? white : colour);
-            addLine();
+            addLine(patch, index);
         }
     });
+}
+
+void ListBuilder::reference() {
+    for (const Patch& patch : doc_.referencePatches) {
+        for (const PointList& section : patch) {
+            if (!section.empty()) {
+                list_.begin(Primitive::LineStrip, red);
+                addSection(section);
+            }
+        }
+        for (std::int32_t m = 0; m < lineCount(patch); ++m) {
+            list_.begin(Primitive::LineStrip, red);
+            addLine(patch, static_cast<std::size_t>(m));
+        }
+    }
 }
 
 DrawList ListBuilder::wire() {
@@ -242,6 +263,9 @@ DrawList ListBuilder::wire() {
     sections();
     if (doc_.fileKind == "apt") {
         lines();
+    }
+    if (doc_.secondKind == "dat") {
+        reference();
     }
     return std::move(list_);
 }

@@ -58,6 +58,7 @@ void VelmoraView::OnLeftButtonUp(PixelPoint position) {
     const double sinceMove = static_cast<double>(surface().clock() - lastMoveClock) / 1000.0;
     if (!leftButtonDown || mouseMode >= ModePoint || spinTimerOn) {
         stopSpin();
+        spinTimerOn = false;
     } else {
         const Rotation rotation = mouseRotation(prevMousePos, position);
         spinAngle = rotation.angle;
@@ -127,7 +128,9 @@ void VelmoraView::dragCamera(PixelPoint position) {
     }
     case ModeZoomIn:
         // The repaint that follows each move draws the rectangle over a fresh frame: nothing is left to erase.
-        rubberEnd = position;
+        if (rubberBandShown) {
+            rubberEnd = position;
+        }
         break;
     default:
         break;

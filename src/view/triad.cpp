@@ -1,3 +1,5 @@
+#include <span>
+
 #include "VelmoraView.h"
 
 namespace velmora {
@@ -26,46 +28,33 @@ struct Stroke {
 constexpr Stroke letterX[] = {{4, 5, 12, -5}, {4, -5, 12, 5}};
 constexpr Stroke letterY[] = {{0, 5, 4, 0}, {8, 5, 4, 0}, {4, -5, 4, 0}};
 constexpr Stroke letterZ[] = {{0, 5, 8, 5}, {0, -5, 8, 5}, {0, -5, 8, -5}};
-
-template <std::size_t Count>
-void addLetter(DrawList& list, const Stroke (&strokes)[Count], double tipX, double tipY, const Colour& colour,
-               const auto& modelPoint) {
-    list.begin(Primitive::Lines, colour).lineWidth = 2.0F;
-    for (const Stroke& stroke : strokes) {
-        list.vertex(modelPoint(tipX + stroke.fromX, tipY + stroke.fromY));
-        list.vertex(modelPoint(tipX + stroke.toX, tipY + stroke.toY));
-    }
-}
+constexpr std::span<const Stroke> letters[3] = {letterX, letterY, letterZ};
 
 } // namespace
 
 void VelmoraView::addTriad(DrawList& list) {
     const Matrix4& m = modelViewMatrix;
     const double originY = viewport.height - originBelowTop;
+    const auto tipX = [&m](std::size_t axis) { return originX + axisLength * m[4 * axis]; };
+    const auto tipY = [&m, originY](std::size_t axis) { return originY + axisLength * m[4 * axis + 1]; };
     if (!unprojectPoint({originX, originY, triadDepth}, m, projectionMatrix, viewport)) {
         return;
     }
     const auto modelPoint = [this, &m](double x, double y) {
-        return *unprojectPoint({x, y, triadDepth}, m, projectionMatrix, viewport);
+        return unprojectPoint({x, y, triadDepth}, m, projectionMatrix, viewport).value_or(zVec<double>());
     };
     for (std::size_t axis = 0; axis < 3; ++axis) {
-        const double tipX = originX + axisLength * m[4 * axis];
-        const double tipY = originY + axisLength * m[4 * axis + 1];
-        const Colour& colour = axisColours[axis];
-        list.begin(Primitive::Lines, colour);
+        const zVec<double> tip = modelPoint(tipX(axis), tipY(axis));
+        list.begin(Primitive::Lines, axisColours[axis]);
         list.vertex(modelPoint(originX, originY));
-        list.vertex(modelPoint(tipX, tipY));
-        list.point(modelPoint(tipX, tipY), 3.0F, colour);
-        switch (axis) {
-        case 0:
-            addLetter(list, letterX, tipX, tipY, colour, modelPoint);
-            break;
-        case 1:
-            addLetter(list, letterY, tipX, tipY, colour, modelPoint);
-            break;
-        default:
-            addLetter(list, letterZ, tipX, tipY, colour, modelPoint);
-            break;
+        list.vertex(tip);
+        list.point(tip, 3.0F, axisColours[axis]);
+    }
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        list.begin(Primitive::Lines, axisColours[axis]).lineWidth = 2.0F;
+        for (const Stroke& stroke : letters[axis]) {
+            list.vertex(modelPoint(tipX(axis) + stroke.fromX, tipY(axis) + stroke.fromY));
+            list.vertex(modelPoint(tipX(axis) + stroke.toX, tipY(axis) + stroke.toY));
         }
     }
     list.begin(Primitive::Triangles, {1.0F, 1.0F, 1.0F, 1.0F}).outlineFront = true;

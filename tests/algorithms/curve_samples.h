@@ -22,8 +22,12 @@ inline constexpr double infinite = std::numeric_limits<double>::infinity();
 /// What output arrays hold before a kernel runs.
 inline constexpr double untouched = -77.5;
 
-inline std::int32_t countOf(const Column& column) { return static_cast<std::int32_t>(column.size()); }
-inline std::int32_t countOf(const Points& points) { return countOf(points.x); }
+inline std::int32_t countOf(const Column& column) {
+    return static_cast<std::int32_t>(column.size());
+}
+inline std::int32_t countOf(const Points& points) {
+    return countOf(points.x);
+}
 
 inline Points outputs(std::int32_t m) {
     const Column column(static_cast<std::size_t>(m), untouched);
@@ -31,7 +35,9 @@ inline Points outputs(std::int32_t m) {
 }
 
 /// Points on the x axis.
-inline Points onAxis(const Column& x) { return {x, Column(x.size(), 0.0), Column(x.size(), 0.0)}; }
+inline Points onAxis(const Column& x) {
+    return {x, Column(x.size(), 0.0), Column(x.size(), 0.0)};
+}
 
 /// Whether two numbers have the same bits; which of the many not-a-numbers they are does not count.
 inline bool sameBits(double a, double b) {

@@ -46,7 +46,9 @@ private:
     std::filesystem::path path_;
 };
 
+/// Makes a file anew. An old one is removed and not cut, for which some file systems wait for the disk.
 inline std::filesystem::path writeText(const std::filesystem::path& path, std::string_view text) {
+    std::filesystem::remove(path);
     std::ofstream stream(path, std::ios::binary);
     stream.write(text.data(), static_cast<std::streamsize>(text.size()));
     if (!stream.flush()) {

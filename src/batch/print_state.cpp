@@ -1,0 +1,124 @@
+#include "print_values.h"
+
+namespace velmora {
+
+namespace {
+
+void addKinds(Json& state, const VelmoraDoc& doc) {
+    state["structureKind"] = doc.structureKind;
+    state["fileKind"] = doc.fileKind;
+    state["secondKind"] = doc.secondKind;
+    state["blockKind"] = doc.blockKind;
+    state["documentTitle"] = doc.documentTitle;
+    state["currentPath"] = doc.currentPath;
+    state["currentDirectory"] = doc.currentDirectory;
+    state["fileExtension"] = doc.fileExtension;
+    state["gridPath"] = doc.gridPath;
+    state["documentModified"] = doc.documentModified;
+}
+
+void addRegimes(Json& state, const VelmoraDoc& doc) {
+    state["pointCaptureArmed"] = doc.pointCaptureArmed;
+    state["pointCaptured"] = doc.pointCaptured;
+    state["freePointArmed"] = doc.freePointArmed;
+    state["freePointHeld"] = doc.freePointHeld;
+    state["patchCaptureArmed"] = doc.patchCaptureArmed;
+    state["patchCaptured"] = doc.patchCaptured;
+    state["sectionCaptureArmed"] = doc.sectionCaptureArmed;
+    state["sectionCaptured"] = doc.sectionCaptured;
+    state["lineCaptureArmed"] = doc.lineCaptureArmed;
+    state["lineCaptured"] = doc.lineCaptured;
+    state["pointDragging"] = doc.pointDragging;
+    state["patchRemoving"] = doc.patchRemoving;
+}
+
+void addIndices(Json& state, const VelmoraDoc& doc) {
+    state["capturedPatch"] = doc.capturedPatch;
+    state["capturedPointSection"] = doc.capturedPointSection;
+    state["capturedPoint"] = doc.capturedPoint;
+    state["capturedSection"] = doc.capturedSection;
+    state["capturedLine"] = doc.capturedLine;
+    state["savedPatch"] = doc.savedPatch;
+    state["savedPointSection"] = doc.savedPointSection;
+    state["savedPoint"] = doc.savedPoint;
+    state["savedSection"] = doc.savedSection;
+    state["savedLine"] = doc.savedLine;
+    state["blockList"] = Json(std::vector<std::int32_t>(doc.blockList.begin(), doc.blockList.begin() + doc.blockCount));
+    state["blockCount"] = doc.blockCount;
+}
+
+void addUndo(Json& state, const VelmoraDoc& doc) {
+    state["pointClipboard"] = pointValue(doc.pointClipboard);
+    state["pointClipboardFull"] = doc.pointClipboardFull;
+    state["lineBufferFull"] = doc.lineBufferFull;
+    state["blockClipboardFull"] = doc.blockClipboardFull;
+    state["pointUndoReady"] = doc.pointUndoReady;
+    state["patchUndoReady"] = doc.patchUndoReady;
+    state["rebuildOnUndo"] = doc.rebuildOnUndo;
+    state["patchToRemove"] = doc.patchToRemove;
+    state["dragCorrectsLine"] = doc.dragCorrectsLine;
+    state["undoNode"] = pointValue(doc.undoNode);
+}
+
+void addSwitches(Json& state, const VelmoraDoc& doc) {
+    state["showBlockOnly"] = doc.showBlockOnly;
+    state["showFirstPoints"] = doc.showFirstPoints;
+    state["showDoublePoints"] = doc.showDoublePoints;
+    state["showBuffer"] = doc.showBuffer;
+    state["showZBlockMarkers"] = doc.showZBlockMarkers;
+    state["partBefore"] = doc.partBefore;
+    state["partAfter"] = doc.partAfter;
+    state["sftOpen"] = doc.sftOpen;
+    state["markersOpen"] = doc.markersOpen;
+    state["cbcAppended"] = doc.cbcAppended;
+    state["gridNamed"] = doc.gridNamed;
+    state["fieldLoaded"] = doc.fieldLoaded;
+    state["fieldMode"] = doc.fieldMode;
+    state["fieldOpening"] = doc.fieldOpening;
+    state["surfaceMode"] = doc.surfaceMode;
+    state["pointPicked"] = doc.pointPicked;
+}
+
+void addPlaces(Json& state, const VelmoraDoc& doc, const VelmoraView& view) {
+    state["intersectionTolerance"] = numberValue(doc.intersectionTolerance);
+    state["leftButtonDown"] = view.leftButtonDown;
+    state["spinTimerOn"] = view.spinTimerOn;
+    state["pickedPoint"] = pointValue(doc.pickedPoint);
+    state["capturedPointPos"] = pointValue(doc.capturedPointPos);
+    state["modelCenter"] = pointValue(doc.modelCenter);
+    state["modelRadius"] = numberValue(doc.modelRadius);
+    state["boxMin"] = pointValue(doc.boxMin);
+    state["boxMax"] = pointValue(doc.boxMax);
+    state["status"] = doc.status;
+}
+
+Json countsValue(const PatchList& patches) {
+    Json counts = Json::array();
+    for (const Patch& patch : patches) {
+        Json sections = Json::array();
+        for (const PointList& section : patch) {
+            sections.push_back(section.size());
+        }
+        counts.push_back(std::move(sections));
+    }
+    return counts;
+}
+
+} // namespace
+
+Json stateValue(const VelmoraDoc& doc, const VelmoraView& view) {
+    Json state = Json::object();
+    addKinds(state, doc);
+    addRegimes(state, doc);
+    addIndices(state, doc);
+    addUndo(state, doc);
+    addSwitches(state, doc);
+    addPlaces(state, doc, view);
+    state["counts"] = countsValue(doc.patches);
+    // Documents are structured: they have no zones.
+    state["regionTitle"] = "";
+    state["zones"] = Json::array();
+    return state;
+}
+
+} // namespace velmora

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "VelmoraDoc.h"
+#include "VelmoraView.h"
+#include "command_table.h"
+#include "json_values.h"
+#include "script_failure.h"
+
+namespace velmora {
+
+/// A value, or why there is none.
+using PrintedValue = std::variant<Json, ScriptFailure>;
+
+/// What a print line shows. `words` names it: at least one word, then its arguments. Nothing changes.
+PrintedValue printedValue(std::span<const std::string> words, VelmoraDoc& doc, VelmoraView& view);
+
+/// True when the states of document and view leave the command on.
+bool commandIsOn(const Command& command, const VelmoraDoc& doc, const VelmoraView& view);
+
+// The families of values. Indices count from 0, with -1 for none.
+
+/// Kinds, paths, regimes, captures, flags and counts of the document.
+Json stateValue(const VelmoraDoc& doc, const VelmoraView& view);
+/// The list of that name: nested patches, points or zones; none for an unknown name.
+std::optional<Json> geometryValue(std::string_view name, const VelmoraDoc& doc);
+/// Every command id with true (on) or false.
+Json commandsValue(const VelmoraDoc& doc, const VelmoraView& view);
+/// The stored values of a parameter dialog.
+PrintedValue dialogValue(const std::string& name, VelmoraDoc& doc);
+/// The camera, the spin and the matrices in force.
+Json viewValue(const VelmoraView& view);
+/// What was built to be drawn.
+Json sceneValue(const VelmoraView& view);
+/// What was drawn beside the scene in the last frame.
+Json overlayValue(const VelmoraView& view);
+/// Where the model point of three words stands in the view: [x, y, depth], or empty when it has no image.
+PrintedValue windowValue(std::span<const std::string> words, VelmoraView& view, const VelmoraDoc& doc);
+/// {"code", "hit"} of the kernel and the fifteen numbers in `words`.
+PrintedValue kernelValue(std::span<const std::string> words);
+
+/// The words as finite numbers; none unless there are `count` of them.
+std::optional<std::vector<double>> parseReals(std::span<const std::string> words, std::size_t count);
+
+} // namespace velmora

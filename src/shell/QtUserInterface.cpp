@@ -1,0 +1,223 @@
+#include "QtUserInterface.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QTimer>
+#include <algorithm>
+#include <utility>
+
+#include "FormDialog.h"
+#include "RecentFiles.h"
+#include "StatusLine.h"
+#include "qt_text.h"
+
+namespace velmora {
+
+// ---- Types of a chooser ---------------------------------------------------------------------------------------------
+
+ChooserFilters chooserFilters(const FileRequest& request) {
+    ChooserFilters filters;
+    QStringList all;
+    for (const FileType& type : request.types) {
+        const QString pattern = QStringLiteral("*.") + qtText(type.extension);
+        all.append(pattern);
+        filters.texts.append(QStringLiteral("%1 Files (%2)").arg(qtText(type.typeName), pattern));
+        filters.patterns.append(pattern);
+        filters.extensions.append(qtText(type.extension));
+    }
+    if (request.types.size() > 1 && !choosesFileToWrite(request.mode)) {
+        filters.texts.prepend(QStringLiteral("Available Files (%1)").arg(all.join(QLatin1Char(';'))));
+        filters.patterns.prepend(all.join(QLatin1Char(' ')));
+        filters.extensions.prepend(QString());
+    }
+    return filters;
+}
+
+int firstFilter(const ChooserFilters& filters, const FileRequest& request, const QString& usedLast) {
+    const auto used = filters.texts.indexOf(usedLast);
+    if (used >= 0) {
+        return static_cast<int>(used);
+    }
+    const QString extension = qtPath(request.proposed.extension()).mid(1).toLower();
+    const auto fitting = extension.isEmpty() ? -1 : filters.extensions.indexOf(extension);
+    return static_cast<int>(std::max<qsizetype>(fitting, 0));
+}
+
+namespace {
+
+/// The toolkit splits the patterns from the text at the last parenthesis and shows the text alone.
+QStringList toolkitFilters(const ChooserFilters& filters) {
+    QStringList entries;
+    for (int i = 0; i < filters.texts.size(); ++i) {
+        entries.append(QStringLiteral("%1 (%2)").arg(filters.texts.at(i), filters.patterns.at(i)));
+    }
+    return entries;
+}
+
+int filterIndex(const ChooserFilters& filters, const QString& entry) {
+    for (int i = 0; i < filters.texts.size(); ++i) {
+        if (entry.startsWith(filters.texts.at(i))) {
+            return i;
+        }
+    }
+    return 0;
+}
+
+void propose(QFileDialog& dialog, const FileRequest& request) {
+    const std::filesystem::path folder = request.proposed.parent_path();
+    if (!folder.empty()) {
+        dialog.setDirectory(qtPath(folder));
+    }
+    if (!request.proposed.empty()) {
+        const auto& name = choosesFileToWrite(request.mode) ? request.proposed.stem() : request.proposed.filename();
+        dialog.selectFile(qtPath(name));
+    }
+}
+
+void setModes(QFileDialog& dialog, const FileRequest& request) {
+    if (choosesFileToWrite(request.mode)) {
+        dialog.setAcceptMode(QFileDialog::AcceptSave);
+        dialog.setFileMode(QFileDialog::AnyFile);
+    } else {
+        dialog.setFileMode(request.multiple ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
+    }
+}
+
+} // namespace
+
+// ---- Boxes ----------------------------------------------------------------------------------------------------------
+
+class QtUserInterface::Turn {
+public:
+    explicit Turn(const QtUserInterface& ui) : busy_(ui.busyDepth_ > 0) {
+        if (busy_) {
+            QApplication::restoreOverrideCursor();
+        }
+    }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+    ~Turn() {
+        if (busy_) {
+            QApplication::setOverrideCursor(Qt::WaitCursor);
+        }
+    }
+
+private:
+    bool busy_;
+};
+
+QtUserInterface::QtUserInterface(QMainWindow& frame, StatusLine& status, RecentFiles& recent)
+    : frame_(frame), status_(status), recent_(recent) {}
+
+QtUserInterface::~QtUserInterface() = default;
+
+QWidget* QtUserInterface::parentOfBoxes() const {
+    QWidget* modal = QApplication::activeModalWidget();
+    return modal != nullptr ? modal : &frame_;
+}
+
+void QtUserInterface::showMessage(const std::string& text) {
+    if (holding_) {
+        held_.push_back(text);
+        return;
+    }
+    showBox(text);
+}
+
+void QtUserInterface::showBox(const std::string& text) {
+    const Turn turn(*this);
+    QMessageBox box(QMessageBox::Information, QStringLiteral("Velmora"), qtText(text), QMessageBox::Ok,
+                    parentOfBoxes());
+    box.setObjectName(QStringLiteral("messageBox"));
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+void QtUserInterface::holdMessages(bool hold) {
+    holding_ = hold;
+    if (!hold && !held_.empty()) {
+        QTimer::singleShot(0, &frame_, [this] { showHeldMessages(); });
+    }
+}
+
+void QtUserInterface::showHeldMessages() {
+    for (const std::string& text : std::exchange(held_, {})) {
+        showBox(text);
+    }
+}
+
+bool QtUserInterface::ask(const std::string& text) {
+    const Turn turn(*this);
+    QMessageBox box(QMessageBox::Question, QStringLiteral("Velmora"), qtText(text),
+                    QMessageBox::Yes | QMessageBox::No, parentOfBoxes());
+    box.setObjectName(QStringLiteral("questionBox"));
+    box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(QMessageBox::Yes);
+    box.setEscapeButton(QMessageBox::No);
+    return box.exec() == QMessageBox::Yes;
+}
+
+bool QtUserInterface::showDialog(DialogForm& form) {
+    const Turn turn(*this);
+    FormDialog dialog(form, parentOfBoxes());
+    return dialog.exec() == QDialog::Accepted;
+}
+
+std::vector<std::filesystem::path> QtUserInterface::chooseFiles(const FileRequest& request) {
+    const Turn turn(*this);
+    const ChooserFilters filters = chooserFilters(request);
+    QString& usedLast = filterUsedLast_[request.command];
+    QFileDialog dialog(parentOfBoxes(), QString::fromLatin1(captionOf(request.mode)));
+    dialog.setObjectName(QStringLiteral("fileChooser"));
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    setModes(dialog, request);
+    const QStringList entries = toolkitFilters(filters);
+    dialog.setNameFilters(entries);
+    int chosen = firstFilter(filters, request, usedLast);
+    const auto takeFilter = [&](const QString& entry) {
+        chosen = filterIndex(filters, entry);
+        dialog.setDefaultSuffix(filters.extensions.value(chosen));
+    };
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, takeFilter);
+    if (!entries.isEmpty()) {
+        dialog.selectNameFilter(entries.at(chosen));
+        takeFilter(entries.at(chosen));
+    }
+    propose(dialog, request);
+    if (dialog.exec() != QDialog::Accepted) {
+        return {};
+    }
+    usedLast = filters.texts.value(chosen);
+    QStringList files = dialog.selectedFiles();
+    files.removeDuplicates();
+    std::vector<std::filesystem::path> paths;
+    std::transform(files.cbegin(), files.cend(), std::back_inserter(paths), filePath);
+    return paths;
+}
+
+// ---- Status, title, busy ----------------------------------------------------------------------------------------------
+
+void QtUserInterface::showStatus(const std::string& text) { status_.showText(qtText(text)); }
+
+void QtUserInterface::showTitle(const std::string& title) {
+    frame_.setWindowTitle(qtText(title) + QStringLiteral("[*] - Velmora"));
+}
+
+void QtUserInterface::setBusy(bool busy) {
+    busyDepth_ += busy ? 1 : -1;
+    if (busy && busyDepth_ == 1) {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    }
+    if (!busy && busyDepth_ == 0) {
+        QApplication::restoreOverrideCursor();
+        status_.hideProgress();
+    }
+}
+
+void QtUserInterface::showProgress(double fraction) { status_.showProgress(fraction); }
+
+void QtUserInterface::addRecentFile(const std::filesystem::path& path) { recent_.add(qtPath(path)); }
+
+} // namespace velmora

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "UserInterface.h"
+
+class QMainWindow;
+class QWidget;
+
+namespace velmora {
+
+class RecentFiles;
+class StatusLine;
+
+/// The entries of a chooser's list of types, and what each stands for.
+struct ChooserFilters {
+    QStringList texts;      ///< "Geometry Files (*.apt)"
+    QStringList patterns;   ///< "*.apt"
+    QStringList extensions; ///< "apt"; empty for the entry of all types
+};
+
+/// The entries for a request: one a type, before them one of all types when there are several to read.
+ChooserFilters chooserFilters(const FileRequest& request);
+
+/// The entry that a chooser opens on: the one used last, else that of the proposed file's type, else the first.
+int firstFilter(const ChooserFilters& filters, const FileRequest& request, const QString& usedLast);
+
+/// The frame's side of what the document says and asks.
+class QtUserInterface : public UserInterface {
+public:
+    /// All must outlive this object.
+    QtUserInterface(QMainWindow& frame, StatusLine& status, RecentFiles& recent);
+    ~QtUserInterface() override;
+
+    void showMessage(const std::string& text) override;
+    bool ask(const std::string& text) override;
+    void showStatus(const std::string& text) override;
+    void showTitle(const std::string& title) override;
+    bool showDialog(DialogForm& form) override;
+    std::vector<std::filesystem::path> chooseFiles(const FileRequest& request) override;
+    void setBusy(bool busy) override;
+    void showProgress(double fraction) override;
+    void addRecentFile(const std::filesystem::path& path) override;
+
+    /// While messages are held, boxes wait; they come up in their order once the hold ends and the event loop runs.
+    void holdMessages(bool hold);
+
+private:
+    /// The arrow in place of the wait cursor for the time that the user has the word.
+    class Turn;
+
+    void showBox(const std::string& text);
+    void showHeldMessages();
+    QWidget* parentOfBoxes() const;
+
+    QMainWindow& frame_;
+    StatusLine& status_;
+    RecentFiles& recent_;
+    int busyDepth_ = 0;
+    bool holding_ = false;
+    std::vector<std::string> held_;
+    std::map<std::string, QString> filterUsedLast_; ///< text of the entry, by command
+};
+
+} // namespace velmora

@@ -1,0 +1,100 @@
+#include "VelmoraApp.h"
+
+#include <QCommandLineParser>
+#include <QSettings>
+#include <QtGlobal>
+#include <clocale>
+#include <cstdio>
+#include <cstring>
+
+#include "AboutBox.h"
+#include "about.h"
+#include "qt_text.h"
+
+// The pictures stand in a static library: nothing would link them in otherwise. Outside any namespace by its nature.
+static void loadPictures() { Q_INIT_RESOURCE(velmora); }
+
+namespace velmora {
+
+namespace {
+
+constexpr int usageError = 2;
+
+void describeProgram(QCommandLineParser& parser) {
+    QCoreApplication::setOrganizationName(QStringLiteral("Dovra"));
+    QCoreApplication::setApplicationName(QStringLiteral("Velmora"));
+    QCoreApplication::setApplicationVersion(QString::fromLatin1(programVersion()));
+    parser.setApplicationDescription(QStringLiteral("An editor of the surface geometry of bodies."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument(QStringLiteral("path"), QStringLiteral("The file to open."),
+                                 QStringLiteral("[path]"));
+}
+
+/// What --help and --version print needs no display: answered before the window system is asked for.
+void answerWithoutDisplay(int& argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        for (const char* option : {"-h", "--help", "--help-all", "-v", "--version"}) {
+            if (std::strcmp(argv[i], option) == 0) {
+                QCoreApplication application(argc, argv);
+                QCommandLineParser parser;
+                describeProgram(parser);
+                parser.process(application);
+            }
+        }
+    }
+}
+
+/// The arguments, once the surfaces of all windows are set to what the view needs.
+int& prepared(int& argc, char** argv) {
+    answerWithoutDisplay(argc, argv);
+    QSurfaceFormat::setDefaultFormat(GlViewWidget::surfaceFormat(PixelFormat{}));
+    return argc;
+}
+
+QStringList pathsOfCommandLine(const QCoreApplication& application) {
+    QCommandLineParser parser;
+    describeProgram(parser);
+    parser.process(application);
+    if (parser.positionalArguments().size() > 1) {
+        std::fputs("velmora: give one file at most\n", stderr);
+        parser.showHelp(usageError);
+    }
+    return parser.positionalArguments();
+}
+
+} // namespace
+
+VelmoraApp::VelmoraApp(int& argc, char** argv) : application_(prepared(argc, argv), argv) {
+    // The toolkit takes the user's locale; numbers are written as in the C locale everywhere.
+    std::setlocale(LC_NUMERIC, "C");
+    loadPictures();
+}
+
+VelmoraApp::~VelmoraApp() = default;
+
+bool VelmoraApp::initInstance() {
+    const QStringList paths = pathsOfCommandLine(application_);
+    QSettings().setValue(QStringLiteral("Settings/AppName"), QStringLiteral("Kelt"));
+    frame_ = std::make_unique<MainFrame>();
+    QObject::connect(frame_.get(), &MainFrame::aboutWanted, frame_.get(), [this] { showAbout(); });
+    // A message box that closes before the frame is shown is not the last window.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    frame_->document().onNewDocument();
+    if (!paths.isEmpty()) {
+        frame_->document().onOpenDocument(filePath(paths.front()));
+        if (frame_->document().structureKind == "non") {
+            return false;
+        }
+    }
+    frame_->showMaximized();
+    frame_->reportGraphics();
+    QGuiApplication::setQuitOnLastWindowClosed(true);
+    return true;
+}
+
+int VelmoraApp::run() { return initInstance() ? QApplication::exec() : 1; }
+
+void VelmoraApp::showAbout() { AboutBox(frame_.get()).exec(); }
+
+} // namespace velmora

@@ -1,0 +1,231 @@
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "RecordingUi.h"
+#include "VelmoraDoc.h"
+
+namespace velmora::test {
+
+namespace {
+
+using testing::ElementsAre;
+
+std::string plain(double number) {
+    std::ostringstream text;
+    text.precision(15);
+    text << number;
+    return text.str();
+}
+
+std::string rangeText(const DialogField& field) {
+    if (!field.minimum && !field.maximum) {
+        return "any";
+    }
+    return plain(field.minimum.value()) + " to " + plain(field.maximum.value());
+}
+
+/// A field in one line: "key | label | type | start | range", of a radio group its choices in place of the range.
+std::string lineOf(const DialogField& field) {
+    std::string text = field.key + " | " + field.label + " | ";
+    switch (field.kind) {
+    case FieldKind::Check:
+        return text + "check | " + fieldText(field);
+    case FieldKind::Radio:
+        text += "radio | " + fieldText(field) + " |";
+        for (const std::string& choice : field.choices) {
+            text += " \"" + choice + "\"";
+        }
+        return text;
+    case FieldKind::Integer:
+        text += "int | ";
+        break;
+    case FieldKind::Real:
+        text += "real | ";
+        break;
+    }
+    return text + fieldText(field) + " | " + rangeText(field) + (field.readOnly ? " | read-only" : "");
+}
+
+/// The title, then the fields of the stored dialog, which holds its start values.
+std::vector<std::string> linesOf(const char* name) {
+    RecordingUi ui;
+    VelmoraDoc doc(ui, {});
+    const auto form = doc.storedDialog(name);
+    if (!form) {
+        return {"no dialog"};
+    }
+    std::vector<std::string> lines = {form->title};
+    for (const DialogField& field : form->fields) {
+        lines.push_back(lineOf(field));
+    }
+    return lines;
+}
+
+} // namespace
+
+TEST(DialogFields, OfDuplicate) {
+    EXPECT_THAT(linesOf("Cduplicate"),
+                ElementsAre("Duplicate", "duplicateCount | Duplication | int | 1 | 1 to 1000000"));
+}
+
+TEST(DialogFields, OfRebreak) {
+    EXPECT_THAT(linesOf("CRebreak"),
+                ElementsAre("Rebreak ",
+                            "regime |  | radio | 1 | \"Captured section (line)\" \"All sections (lines)\"",
+                            "function |  | radio | 1 | \"Spline\" \"Linear\"",
+                            "style |  | radio | 1 | \"Compress points\" \"Fit to captured section\"",
+                            "exactness | Exactness % | int | 0 | 0 to 100",
+                            "newCount | Number of points | int | 2 | 2 to 1000000",
+                            "compression | Compression | real | 1 | 0.0001 to 10000",
+                            "firstPoint | First point | int | 1 | 1 to 1000000",
+                            "lastPoint | Last point | int | 1 | 1 to 1000000",
+                            "capturedNumber | Captured | int | 1 | 1 to 1000000",
+                            "firstCurve | First | int | 1 | 1 to 1000000",
+                            "lastCurve | Last | int | 1 | 1 to 1000000",
+                            "patchNumber | Patch | int | 1 | 1 to 1000000 | read-only",
+                            "useBlock | Block | check | 0"));
+}
+
+TEST(DialogFields, OfRebreakFirstAndLastStandInAFrame) {
+    CRebreak values;
+    const DialogForm form = describe(values);
+    EXPECT_EQ(form.find("firstCurve")->group, "Sections (lines)");
+    EXPECT_EQ(form.find("lastCurve")->group, "Sections (lines)");
+}
+
+TEST(DialogFields, OfInputPatch) {
+    EXPECT_THAT(linesOf("CInputPatch"),
+                ElementsAre("Input patch", "number | Inputted number | int | 1 | any",
+                            "maximum | Maximum number of patches | int | 1 | 1 to 1000000 | read-only"));
+}
+
+TEST(DialogFields, OfInputSection) {
+    EXPECT_THAT(linesOf("CInputSection"),
+                ElementsAre("Input section", "patch | Inputted patch | int | 1 | 1 to 1000000",
+                            "maximumPatches | Maximum number of patches | int | 1 | 1 to 1000000 | read-only",
+                            "section | Inputted section | int | 1 | 1 to 1000000",
+                            "maximumSections | Maximum number of sections | int | 1 | 1 to 1000000 | read-only"));
+}
+
+TEST(DialogFields, OfInputLine) {
+    EXPECT_THAT(linesOf("CInputLine"),
+                ElementsAre("Input line", "patch | Inputted patch | int | 1 | 1 to 1000000",
+                            "maximumPatches | Maximum number of patches | int | 1 | 1 to 1000000 | read-only",
+                            "line | Inputted line | int | 1 | 1 to 1000000",
+                            "maximumLines | Maximum number of lines | int | 1 | 1 to 1000000 | read-only"));
+}
+
+TEST(DialogFields, OfViewFeatures) {
+    EXPECT_THAT(linesOf("CFeatures"),
+                ElementsAre("View features", "showBlockOnly | Block only | check | 0",
+                            "showFirstPoints | First points | check | 0", "showDoublePoints | Double points | check | 0",
+                            "showBuffer | Buffer | check | 0", "showZBlockMarkers | Markers in zBlock | check | 0"));
+}
+
+TEST(DialogFields, OfBeforeOrAfter) {
+    EXPECT_THAT(linesOf("CBeforeAfter"),
+                ElementsAre("Before or After", "choice |  | radio | 1 | \"Before\" \"After\""));
+}
+
+TEST(DialogFields, OfEditPoint) {
+    EXPECT_THAT(linesOf("dlgEditPoint"), ElementsAre("Edit point", "x | X | real | 0 | any", "y | Y | real | 0 | any",
+                                                     "z | Z | real | 0 | any"));
+}
+
+TEST(DialogFields, OfViewportOptions) {
+    EXPECT_THAT(linesOf("dlgViewing"),
+                ElementsAre("Viewport Options", "angleX | Angle X | real | 0 | any",
+                            "angleY | Angle Y | real | 0 | any", "angleZ | Angle Z | real | 0 | any",
+                            "distanceX | Distance X | real | 0 | any", "distanceY | Distance Y | real | 0 | any",
+                            "distanceZ | Distance Z | real | 0 | any", "scale | Scale | real | 1 | 0.01 to 10000000"));
+}
+
+TEST(StoredDialogs, AreFoundByEachOfTheirNames) {
+    RecordingUi ui;
+    VelmoraDoc doc(ui, {});
+    for (const std::string& name : VelmoraDoc::dialogNames()) {
+        const auto form = doc.storedDialog(name);
+        ASSERT_TRUE(form.has_value()) << name;
+        EXPECT_EQ(form->name, name);
+    }
+    EXPECT_FALSE(doc.storedDialog("crebreak").has_value());
+    EXPECT_FALSE(doc.storedDialog("").has_value());
+}
+
+TEST(StoredDialogs, ShowTheValuesThatTheDocumentHolds) {
+    RecordingUi ui;
+    VelmoraDoc doc(ui, {});
+    doc.rebreakValues.compression = 2.5;
+    doc.inputLineValues.line = 7;
+    EXPECT_EQ(fieldText(*doc.storedDialog("CRebreak")->find("compression")), "2.5");
+    EXPECT_EQ(fieldText(*doc.storedDialog("CInputLine")->find("line")), "7");
+}
+
+// ---- Live fields of View features -----------------------------------------------------------------------------------
+
+namespace {
+
+CFeatures allTicked() {
+    CFeatures values;
+    values.showBlockOnly = values.showFirstPoints = values.showDoublePoints = true;
+    values.showBuffer = values.showZBlockMarkers = true;
+    values.blockEmpty = false;
+    return values;
+}
+
+std::vector<std::string> liveFields(const DialogForm& form) {
+    std::vector<std::string> live;
+    for (const DialogField& field : form.fields) {
+        if (field.on) {
+            live.push_back(field.key);
+        }
+    }
+    return live;
+}
+
+} // namespace
+
+TEST(ViewFeaturesDialog, LeavesAllOnWithAZBlockInAStructuredModel) {
+    CFeatures values = allTicked();
+    DialogForm form = describe(values);
+    openDialog(form);
+    EXPECT_EQ(liveFields(form).size(), 5U);
+    EXPECT_TRUE(values.showBlockOnly && values.showDoublePoints && values.showZBlockMarkers);
+}
+
+TEST(ViewFeaturesDialog, ClearsAndDisablesBlockOnlyAndMarkersWithoutAZBlock) {
+    CFeatures values = allTicked();
+    values.blockEmpty = true;
+    DialogForm form = describe(values);
+    openDialog(form);
+    EXPECT_THAT(liveFields(form), ElementsAre("showFirstPoints", "showDoublePoints", "showBuffer"));
+    EXPECT_FALSE(values.showBlockOnly);
+    EXPECT_FALSE(values.showZBlockMarkers);
+    EXPECT_TRUE(values.showFirstPoints && values.showDoublePoints && values.showBuffer);
+}
+
+TEST(ViewFeaturesDialog, ClearsAndDisablesDoublePointsInAnUnstructuredModel) {
+    CFeatures values = allTicked();
+    values.unstructured = true;
+    DialogForm form = describe(values);
+    openDialog(form);
+    EXPECT_THAT(liveFields(form),
+                ElementsAre("showBlockOnly", "showFirstPoints", "showBuffer", "showZBlockMarkers"));
+    EXPECT_FALSE(values.showDoublePoints);
+}
+
+TEST(RangesOfDialogs, ScaleOfViewportOptionsRefusesWhatIsOutOfIt) {
+    dlgViewing values;
+    DialogForm form = describe(values);
+    EXPECT_TRUE(setField(form, "scale", "0.009").has_value());
+    EXPECT_TRUE(setField(form, "scale", "10000001").has_value());
+    EXPECT_FALSE(setField(form, "scale", "0.01").has_value());
+    EXPECT_FALSE(setField(form, "scale", "1e7").has_value());
+    EXPECT_FALSE(setField(form, "angleX", "-7200").has_value());
+}
+
+} // namespace velmora::test

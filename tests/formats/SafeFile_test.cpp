@@ -1,0 +1,282 @@
+#include "SafeFile.h"
+
+#include <csignal>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "temp_folder.h"
+
+namespace velmora {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+
+mode_t modeOf(const fs::path& path) {
+    struct stat status {};
+    EXPECT_EQ(::stat(path.c_str(), &status), 0);
+    return status.st_mode & 07777;
+}
+
+bool save(const fs::path& path, std::string_view text) {
+    SafeFile file(path);
+    return file.isOpen() && file.write(text) && file.commit();
+}
+
+// Lets no file of this process grow beyond `size` bytes, which is how a disk looks that is full there.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t size) : oldHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &old_), 0);
+        const rlimit limit{size, old_.rlim_max};
+        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    }
+    ~FileSizeLimit() {
+        ::setrlimit(RLIMIT_FSIZE, &old_);
+        std::signal(SIGXFSZ, oldHandler_);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit old_{};
+    void (*oldHandler_)(int);
+};
+
+// Gives up the rights of the superuser, if the tests have them, since they make every file writable.
+class OrdinaryUser {
+public:
+    OrdinaryUser() {
+        constexpr uid_t nobody = 65534;
+        if (superuser_) {
+            EXPECT_EQ(::seteuid(nobody), 0);
+        }
+    }
+    ~OrdinaryUser() {
+        if (superuser_) {
+            EXPECT_EQ(::seteuid(0), 0);
+        }
+    }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+private:
+    bool superuser_ = ::geteuid() == 0;
+};
+
+TEST(SafeFile, ANewFileHasWhatWasWrittenAndTheUsualPermissions) {
+    const test::TempFolder folder;
+    const mode_t mask = ::umask(027);
+    EXPECT_TRUE(save(folder / "a.apt", "text"));
+    ::umask(mask);
+    EXPECT_EQ(test::readText(folder / "a.apt"), "text");
+    EXPECT_EQ(modeOf(folder / "a.apt"), 0640U);
+    EXPECT_THAT(folder.names(), ElementsAre("a.apt"));
+}
+
+TEST(SafeFile, UntilCommitTheOldFileStands) {
+    const test::TempFolder folder;
+    test::writeText(folder / "a.apt", "old");
+    SafeFile file(folder / "a.apt");
+    EXPECT_TRUE(file.write("new text"));
+    EXPECT_EQ(test::readText(folder / "a.apt"), "old");
+    EXPECT_TRUE(file.commit());
+    EXPECT_EQ(test::readText(folder / "a.apt"), "new text");
+}
+
+TEST(SafeFile, WithoutCommitTheOldFileStandsAndNothingElseIsLeft) {
+    const test::TempFolder folder;
+    test::writeText(folder / "a.apt", "old");
+    { SafeFile(folder / "a.apt").write("new text"); }
+    EXPECT_EQ(test::readText(folder / "a.apt"), "old");
+    EXPECT_THAT(folder.names(), ElementsAre("a.apt"));
+}
+
+TEST(SafeFile, TheOldPermissionsPassToTheNewFile) {
+    const test::TempFolder folder;
+    for (const mode_t mode : {0600U, 0604U, 0755U, 0666U}) {
+        test::writeText(folder / "a.apt", "old");
+        ASSERT_EQ(::chmod((folder / "a.apt").c_str(), mode), 0);
+        EXPECT_TRUE(save(folder / "a.apt", "new"));
+        EXPECT_EQ(modeOf(folder / "a.apt"), mode);
+        EXPECT_EQ(test::readText(folder / "a.apt"), "new");
+    }
+}
+
+TEST(SafeFile, AFullDiskLeavesTheOldFile) {
+    const test::TempFolder folder;
+    test::writeText(folder / "a.apt", "old");
+    bool written = true;
+    bool committed = true;
+    {
+        const FileSizeLimit limit(1000);
+        SafeFile file(folder / "a.apt");
+        written = file.write(std::string(5000, 'x'));
+        committed = file.commit();
+    }
+    EXPECT_FALSE(written);
+    EXPECT_FALSE(committed);
+    EXPECT_EQ(test::readText(folder / "a.apt"), "old");
+    EXPECT_THAT(folder.names(), ElementsAre("a.apt"));
+}
+
+TEST(SafeFile, AFailedWriteCannotBeMadeGoodByAnother) {
+    const test::TempFolder folder;
+    SafeFile file(folder / "a.apt");
+    {
+        const FileSizeLimit limit(1000);
+        EXPECT_FALSE(file.write(std::string(5000, 'x')));
+    }
+    EXPECT_FALSE(file.write("y"));
+    EXPECT_FALSE(file.commit());
+    EXPECT_THAT(folder.names(), ElementsAre());
+}
+
+TEST(SafeFile, AFullDeviceFailsAndStaysADevice) {
+    const test::TempFolder folder;
+    fs::create_symlink("/dev/full", folder / "full.apt");
+    EXPECT_FALSE(save("/dev/full", "text"));
+    EXPECT_FALSE(save(folder / "full.apt", "text"));
+    EXPECT_TRUE(fs::is_character_file("/dev/full"));
+    EXPECT_TRUE(fs::is_symlink(folder / "full.apt"));
+    EXPECT_TRUE(save("/dev/null", "text"));
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST(SafeFile, AFailedRenameLeavesNothingBehind) {
+    const test::TempFolder folder;
+    SafeFile file(folder / "a.apt");
+    EXPECT_TRUE(file.write("text"));
+    fs::create_directory(folder / "a.apt");
+    EXPECT_FALSE(file.commit());
+    EXPECT_THAT(folder.names(), ElementsAre("a.apt"));
+    EXPECT_TRUE(fs::is_directory(folder / "a.apt"));
+}
+
+TEST(SafeFile, ThroughALinkTheTargetIsReplacedAndTheLinkStays) {
+    const test::TempFolder folder;
+    fs::create_directory(folder / "real");
+    fs::create_directory(folder / "links");
+    test::writeText(folder / "real/a.apt", "old");
+    fs::create_symlink("../real/a.apt", folder / "links/one.apt");
+    fs::create_symlink(folder / "links/one.apt", folder / "two.apt");
+    EXPECT_TRUE(save(folder / "two.apt", "new"));
+    EXPECT_EQ(test::readText(folder / "real/a.apt"), "new");
+    EXPECT_TRUE(fs::is_symlink(folder / "two.apt"));
+    EXPECT_TRUE(fs::is_symlink(folder / "links/one.apt"));
+    EXPECT_FALSE(fs::is_symlink(folder / "real/a.apt"));
+    EXPECT_THAT(folder.names(), ElementsAre("links", "real", "two.apt"));
+}
+
+TEST(SafeFile, ALinkToNothingGetsItsTarget) {
+    const test::TempFolder folder;
+    fs::create_symlink("later.apt", folder / "link.apt");
+    EXPECT_TRUE(save(folder / "link.apt", "new"));
+    EXPECT_TRUE(fs::is_symlink(folder / "link.apt"));
+    EXPECT_EQ(test::readText(folder / "later.apt"), "new");
+}
+
+TEST(SafeFile, LinksInACircleAreRefused) {
+    const test::TempFolder folder;
+    fs::create_symlink("b.apt", folder / "a.apt");
+    fs::create_symlink("a.apt", folder / "b.apt");
+    EXPECT_FALSE(save(folder / "a.apt", "new"));
+    EXPECT_THAT(folder.names(), ElementsAre("a.apt", "b.apt"));
+}
+
+TEST(SafeFile, OtherFilesOfTheFolderStayAsTheyAre) {
+    const test::TempFolder folder;
+    const std::vector<std::string> names{".velmora-.tmp", "a.apt", "a.apt.tmp", "a.apt~", "a.tmp"};
+    for (const std::string& name : names) {
+        test::writeText(folder / name, "of " + name);
+    }
+    EXPECT_TRUE(save(folder / "a.apt", "new"));
+    EXPECT_THAT(folder.names(), testing::ElementsAreArray(names));
+    EXPECT_EQ(test::readText(folder / "a.apt"), "new");
+    for (const std::string& name : names) {
+        EXPECT_TRUE(name == "a.apt" || test::readText(folder / name) == "of " + name) << name;
+    }
+}
+
+TEST(SafeFile, TwoFilesBeingSavedToOnePlaceDoNotMeet) {
+    const test::TempFolder folder;
+    SafeFile first(folder / "a.apt");
+    SafeFile second(folder / "a.apt");
+    EXPECT_TRUE(first.write("first"));
+    EXPECT_TRUE(second.write("second"));
+    EXPECT_TRUE(second.commit());
+    EXPECT_EQ(test::readText(folder / "a.apt"), "second");
+    EXPECT_TRUE(first.commit());
+    EXPECT_EQ(test::readText(folder / "a.apt"), "first");
+}
+
+TEST(SafeFile, TheLongestFileNameIsPossible) {
+    const test::TempFolder folder;
+    const std::string name(255, 'n');
+    EXPECT_TRUE(save(folder / name, "text"));
+    EXPECT_EQ(test::readText(folder / name), "text");
+}
+
+TEST(SafeFile, WhatCannotBeAFileIsRefused) {
+    const test::TempFolder folder;
+    EXPECT_FALSE(save("", "text"));
+    EXPECT_FALSE(save(folder.path(), "text"));
+    EXPECT_FALSE(save(folder.path() / "", "text"));
+    EXPECT_FALSE(save(folder / "missing/a.apt", "text"));
+    EXPECT_FALSE(save(folder / std::string(256, 'n'), "text"));
+    EXPECT_THAT(folder.names(), ElementsAre());
+}
+
+TEST(SafeFile, APipeWithoutReaderIsRefused) {
+    const test::TempFolder folder;
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    EXPECT_FALSE(save(folder / "pipe", "text"));
+    EXPECT_TRUE(fs::is_fifo(folder / "pipe"));
+}
+
+TEST(SafeFile, AWriteProtectedFileStands) {
+    const test::TempFolder folder;
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0777), 0);
+    test::writeText(folder / "a.apt", "old");
+    ASSERT_EQ(::chmod((folder / "a.apt").c_str(), 0444), 0);
+    bool saved = true;
+    {
+        const OrdinaryUser user;
+        saved = save(folder / "a.apt", "new");
+    }
+    EXPECT_FALSE(saved);
+    EXPECT_EQ(test::readText(folder / "a.apt"), "old");
+    EXPECT_THAT(folder.names(), ElementsAre("a.apt"));
+}
+
+TEST(SafeFile, AFolderThatMayNotBeWrittenIsRefused) {
+    const test::TempFolder folder;
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0555), 0);
+    bool saved = true;
+    {
+        const OrdinaryUser user;
+        saved = save(folder / "a.apt", "new");
+    }
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0700), 0);
+    EXPECT_FALSE(saved);
+    EXPECT_THAT(folder.names(), ElementsAre());
+}
+
+TEST(SafeFile, ARelativeNameIsSavedInTheCurrentFolder) {
+    const test::TempFolder folder;
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.path());
+    EXPECT_TRUE(save("a.apt", "text"));
+    fs::current_path(before);
+    EXPECT_EQ(test::readText(folder / "a.apt"), "text");
+}
+
+} // namespace
+} // namespace velmora

@@ -69,9 +69,7 @@ bool VelmoraView::RenderScene() {
         doc_.ui().showMessage("surface not allowed");
         doc_.surfaceMode = false;
     }
-    if (list_.number != listNumberFor(doc_)) {
-        rebuildList();
-    }
+    bringListUpToDate();
     drawWithOverlay();
     drawing_ = false;
     return true;
@@ -97,11 +95,34 @@ void VelmoraView::buildOverlay() {
         overlay_.list.point(doc_.capturedPointPos, 8.0F, {1.0F, 0.0F, 0.0F, 1.0F});
     }
     addTriad(overlay_.list);
+    if (doc_.markersOpen) {
+        addMarkerNumbers();
+    }
 }
 
-void VelmoraView::rebuildList() {
-    list_ = buildDrawList(doc_, listNumberFor(doc_));
-    ++listRevision_;
+void VelmoraView::addMarkerNumbers() {
+    int number = 0;
+    for (const zVec<double>& marker : doc_.markers) {
+        ++number;
+        auto window = projectPoint(marker, modelViewMatrix, projectionMatrix, viewport);
+        if (!window) {
+            continue;
+        }
+        // A small step towards the eye keeps the digits in front of the marker.
+        window->z -= window->z / 100.0;
+        if (const auto position = unprojectPoint(*window, modelViewMatrix, projectionMatrix, viewport)) {
+            overlay_.texts.push_back({std::to_string(number), *position, {1.0F, 0.0F, 0.0F, 1.0F}});
+        }
+    }
+}
+
+void VelmoraView::bringListUpToDate() {
+    const int number = listNumberFor(doc_);
+    if (listDirty_ || list_.number != number) {
+        list_ = buildDrawList(doc_, number);
+        listDirty_ = false;
+        ++listRevision_;
+    }
 }
 
 void VelmoraView::OnSize(int width, int height) {
@@ -173,7 +194,7 @@ void VelmoraView::ResetModelTransform() {
 
 void VelmoraView::onRedraw() {
     indexDirty_ = true;
-    rebuildList();
+    listDirty_ = true;
     repaint();
 }
 

@@ -55,8 +55,11 @@ public:
     int rubberStartX = 0; ///< the start once more, with y counted from the bottom
     int rubberStartY = 0;
 
-    /// The list drawn and what was drawn beside it in the last frame.
-    const DrawList& list() const { return list_; }
+    /// The picture of the model, as of the last redraw, and what was drawn beside it in the last frame.
+    const DrawList& list() {
+        bringListUpToDate();
+        return list_;
+    }
     const Overlay& overlay() const { return overlay_; }
 
     // ---- Frame loop
@@ -135,10 +138,11 @@ private:
         zVec<double> axis;
     };
 
-    void rebuildList();
+    void bringListUpToDate();
     void drawWithOverlay();
     void buildOverlay();
     void addTriad(DrawList& list);
+    void addMarkerNumbers();
     void refreshAngles();
     void repaint() { surface().requestRepaint(); }
     void showCursor(MouseMode mode);
@@ -168,6 +172,7 @@ private:
 
     VelmoraDoc& doc_;
     DrawList list_;
+    bool listDirty_ = true; ///< built at the next paint: several redraws of one command cost one build
     std::uint64_t listRevision_ = 0;
     Overlay overlay_;
     PatchIndex index_;

@@ -283,6 +283,10 @@ void FormDialog::focusOn(const std::string& key) {
 }
 
 void FormDialog::focusOnFirst() {
+    if (!form_.focus.empty() && form_.find(form_.focus)->on) {
+        focusOn(form_.focus);
+        return;
+    }
     const auto typed = std::find_if(controls_.begin(), controls_.end(), [this](const Control& control) {
         const DialogField& field = *form_.find(control.key);
         return control.edit != nullptr && field.on && !field.readOnly;

@@ -10,6 +10,7 @@
 
 #include "FormDialog.h"
 #include "RecentFiles.h"
+#include "RegularInputDialog.h"
 #include "StatusLine.h"
 #include "qt_text.h"
 
@@ -162,6 +163,12 @@ bool QtUserInterface::ask(const std::string& text) {
 bool QtUserInterface::showDialog(DialogForm& form) {
     const Turn turn(*this);
     FormDialog dialog(form, parentOfBoxes());
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtUserInterface::showRegularInput(CRegularInput& table) {
+    const Turn turn(*this);
+    RegularInputDialog dialog(table, parentOfBoxes());
     return dialog.exec() == QDialog::Accepted;
 }
 

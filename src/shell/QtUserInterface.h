@@ -41,6 +41,7 @@ public:
     void showStatus(const std::string& text) override;
     void showTitle(const std::string& title) override;
     bool showDialog(DialogForm& form) override;
+    bool showRegularInput(CRegularInput& table) override;
     std::vector<std::filesystem::path> chooseFiles(const FileRequest& request) override;
     void setBusy(bool busy) override;
     void showProgress(double fraction) override;

@@ -203,4 +203,30 @@ void CRegularInput::startLine() {
     actionRegime = InputAfter;
 }
 
+DialogForm describe(CRegularInput& table) {
+    DialogForm form;
+    form.name = "CRegularInput";
+    form.title = "Regular Input";
+    form.fields = {
+        realField("X", "X", table.typed.x),
+        realField("Y", "Y", table.typed.y),
+        realField("Z", "Z", table.typed.z),
+        shownOnly(integerField("K", "K", table.K)),
+        shownOnly(integerField("N", "N", table.N)),
+        shownOnly(integerField("M", "M", table.M)),
+        realField("bufferX", "Buffer X", table.buffer.x),
+        realField("bufferY", "Buffer Y", table.buffer.y),
+        realField("bufferZ", "Buffer Z", table.buffer.z),
+    };
+    form.refresh = [&table](DialogForm& self, std::string_view) {
+        for (const char* key : {"X", "Y", "Z"}) {
+            self.find(key)->on = table.typedOn;
+        }
+        for (const char* key : {"bufferX", "bufferY", "bufferZ"}) {
+            self.find(key)->on = table.bufferOn;
+        }
+    };
+    return form;
+}
+
 } // namespace velmora

@@ -81,4 +81,8 @@ private:
     void startLine();
 };
 
+/// The number fields of the table as a form: what is typed goes through the same tests as in every dialog. Its refresh
+/// takes over which fields are live.
+DialogForm describe(CRegularInput& table);
+
 } // namespace velmora

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "table_actions.h"
+
 namespace velmora {
 
 namespace {
@@ -163,13 +165,20 @@ void BatchUserInterface::sayDialog(const DialogForm& form, const char* result) {
          {"fields", fieldsValue(form)}});
 }
 
+bool BatchUserInterface::cancelsDialog(const DialogForm& form) {
+    if (input_.cancelledDialogs == 0) {
+        return false;
+    }
+    --input_.cancelledDialogs;
+    sayDialog(form, "cancel");
+    return true;
+}
+
 bool BatchUserInterface::showDialog(DialogForm& form) {
     if (failure_ || !setFields(form)) {
         return false;
     }
-    if (input_.cancelledDialogs > 0) {
-        --input_.cancelledDialogs;
-        sayDialog(form, "cancel");
+    if (cancelsDialog(form)) {
         return false;
     }
     if (const auto refusal = acceptDialog(form)) {
@@ -179,6 +188,33 @@ bool BatchUserInterface::showDialog(DialogForm& form) {
         fail("the dialog " + inQuotes(form.name) + " stays open after OK",
              refusal->key.empty() ? "change its fields"
                                   : "give the field " + inQuotes(refusal->key) + " another value");
+        return false;
+    }
+    sayDialog(form, "ok");
+    return true;
+}
+
+bool BatchUserInterface::performActions(CRegularInput& table) {
+    for (; !input_.fields.empty(); input_.fields.pop_front()) {
+        const Assignment& field = input_.fields.front();
+        if (field.name != "do") {
+            fail("the dialog \"CRegularInput\" has no field " + inQuotes(field.name), "give its actions as do=ACTION");
+            return false;
+        }
+        if (const auto failure = performTableAction(table, field.value)) {
+            fail(failure->cause, failure->remedy);
+            return false;
+        }
+    }
+    return true;
+}
+
+bool BatchUserInterface::showRegularInput(CRegularInput& table) {
+    if (failure_ || !performActions(table)) {
+        return false;
+    }
+    const DialogForm form = describe(table);
+    if (cancelsDialog(form)) {
         return false;
     }
     sayDialog(form, "ok");

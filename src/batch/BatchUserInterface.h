@@ -26,6 +26,7 @@ public:
     void showStatus(const std::string& text) override;
     void showTitle(const std::string& title) override;
     bool showDialog(DialogForm& form) override;
+    bool showRegularInput(CRegularInput& table) override;
     std::vector<std::filesystem::path> chooseFiles(const FileRequest& request) override;
     void setBusy(bool) override {}
     void showProgress(double) override {}
@@ -37,6 +38,8 @@ private:
     void sayDialog(const DialogForm& form, const char* result);
     void fail(std::string cause, std::string remedy);
     bool setFields(DialogForm& form);
+    bool performActions(CRegularInput& table);
+    bool cancelsDialog(const DialogForm& form);
     std::vector<std::filesystem::path> takeFiles(bool multiple);
 
     EventPrinter& printer_;

@@ -1,3 +1,4 @@
+#include "line_hits_triangle.h"
 #include "line_triangle.h"
 #include "print_values.h"
 
@@ -11,17 +12,19 @@ constexpr std::size_t numbersOfTriangleTest = 15; // three corners, direction, o
 
 PrintedValue kernelValue(std::span<const std::string> words) {
     if (words.empty() || (words[0] != "intersectLineTriangle" && words[0] != "lineHitsTriangle")) {
-        return ScriptFailure{"there is no such kernel", "print kernel intersectLineTriangle with fifteen numbers"};
+        return ScriptFailure{"there is no such kernel", "print kernel intersectLineTriangle or lineHitsTriangle with fifteen numbers"};
     }
     const auto numbers = parseReals(words.subspan(1), numbersOfTriangleTest);
     if (!numbers) {
         return ScriptFailure{"the kernel " + inQuotes(words[0]) + " takes fifteen numbers",
                              "give the three corners, the direction and the origin, each as X Y Z"};
     }
-    if (words[0] == "lineHitsTriangle") {
-        return ScriptFailure{"the kernel \"lineHitsTriangle\" is not there yet", "leave the line out"};
-    }
     const double* n = numbers->data();
+    if (words[0] == "lineHitsTriangle") {
+        const auto vec = [n](std::size_t i) { return zVec<double>(n[i], n[i + 1], n[i + 2]); };
+        const TriangleHit hit = LineHitsTriangle(vec(0), vec(3), vec(6), vec(9), vec(12));
+        return Json{{"code", hit.code}, {"hit", pointValue(hit.point)}};
+    }
     double place[3] = {0.0, 0.0, 0.0};
     const int code = IntersectLineTriangle(n, n + 3, n + 6, n + 9, n + 12, place);
     return Json{{"code", code}, {"hit", pointValue({place[0], place[1], place[2]})}};

@@ -35,7 +35,7 @@ PrintedValue dialogValue(const std::string& name, VelmoraDoc& doc);
 /// The camera, the spin and the matrices in force.
 Json viewValue(const VelmoraView& view);
 /// What was built to be drawn.
-Json sceneValue(const VelmoraView& view);
+Json sceneValue(VelmoraView& view);
 /// What was drawn beside the scene in the last frame.
 Json overlayValue(const VelmoraView& view);
 /// Where the model point of three words stands in the view: [x, y, depth], or empty when it has no image.

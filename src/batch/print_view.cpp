@@ -82,7 +82,7 @@ Json viewValue(const VelmoraView& view) {
     return value;
 }
 
-Json sceneValue(const VelmoraView& view) {
+Json sceneValue(VelmoraView& view) {
     return Json{{"list", view.list().number}, {"batches", batchesValue(view.list())}};
 }
 

@@ -11,7 +11,7 @@ constexpr const char* knownValues =
     "list of the model such as patches or lineBuffer";
 
 /// A value that takes no arguments.
-std::optional<Json> plainValue(const std::string& name, const VelmoraDoc& doc, const VelmoraView& view) {
+std::optional<Json> plainValue(const std::string& name, const VelmoraDoc& doc, VelmoraView& view) {
     if (name == "state") {
         return stateValue(doc, view);
     }

@@ -42,7 +42,6 @@ GlViewWidget::GlViewWidget(QWidget* parent)
             view_->OnTimer();
         }
     });
-    sinceStart_.start();
 }
 
 GlViewWidget::~GlViewWidget() { releaseGraphics(); }
@@ -160,6 +159,10 @@ PixelPoint GlViewWidget::pixelOf(const QMouseEvent& event) const {
     return pixel;
 }
 
+void GlViewWidget::noteTime(const QMouseEvent& event) {
+    eventTime_ = std::max(eventTime_, static_cast<std::int64_t>(event.timestamp()));
+}
+
 void GlViewWidget::pullCursorInside(const QMouseEvent& event) {
     const QPoint position = event.position().toPoint();
     const QPoint inside(std::clamp(position.x(), 0, width() - 1), std::clamp(position.y(), 0, height() - 1));
@@ -172,6 +175,7 @@ void GlViewWidget::mousePressEvent(QMouseEvent* event) {
     if (view_ == nullptr || event->button() != Qt::LeftButton) {
         return;
     }
+    noteTime(*event);
     view_->OnLeftButtonDown(pixelOf(*event));
 }
 
@@ -184,6 +188,7 @@ void GlViewWidget::mouseMoveEvent(QMouseEvent* event) {
     if (view_ == nullptr) {
         return;
     }
+    noteTime(*event);
     const PixelPoint pixel = pixelOf(*event);
     if (view_->leftButtonDown && !event->buttons().testFlag(Qt::LeftButton)) {
         // A box or a menu took the release.
@@ -198,6 +203,7 @@ void GlViewWidget::mouseMoveEvent(QMouseEvent* event) {
 
 void GlViewWidget::mouseReleaseEvent(QMouseEvent* event) {
     if (view_ != nullptr && event->button() == Qt::LeftButton) {
+        noteTime(*event);
         releaseLeft(pixelOf(*event));
     }
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QOpenGLWidget>
 #include <QTimer>
 
@@ -45,7 +44,8 @@ public:
     void confineCursor(bool confined) override { confined_ = confined; }
     void startTimer(int milliseconds) override { timer_.start(milliseconds); }
     void stopTimer() override { timer_.stop(); }
-    std::int64_t clock() const override { return sinceStart_.elapsed(); }
+    /// The time of the mouse event in hand: a slow paint between two events makes no pause of them.
+    std::int64_t clock() const override { return eventTime_; }
 
 signals:
     /// Around each paint: boxes that the view wants to show meanwhile have to wait.
@@ -70,6 +70,7 @@ protected:
 private:
     /// The position of an event in pixels of the device; inside the view while the cursor is confined.
     PixelPoint pixelOf(const QMouseEvent& event) const;
+    void noteTime(const QMouseEvent& event);
     Viewport wholeWindow() const;
     void matchSize();
     void pullCursorInside(const QMouseEvent& event);
@@ -79,7 +80,7 @@ private:
     VelmoraView* view_ = nullptr;
     GlRenderer renderer_;
     QTimer timer_;
-    QElapsedTimer sinceStart_;
+    std::int64_t eventTime_ = 0;
     bool painting_ = false;
     bool confined_ = false;
 };

@@ -1,7 +1,7 @@
 #include "VelmoraView.h"
 
 #include <cmath>
-#include <numbers>
+#include <utility>
 
 #include "draw_lists.h"
 
@@ -100,7 +100,7 @@ void VelmoraView::buildOverlay() {
 }
 
 void VelmoraView::rebuildList() {
-    list_ = buildDrawList(doc_, listNumberFor(doc_));
+    list_ = buildDrawList(doc_, listNumberFor(doc_), std::move(list_));
     ++listRevision_;
 }
 

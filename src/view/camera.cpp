@@ -130,7 +130,7 @@ Matrix4 rotationMatrix(double degrees, const zVec<double>& axis) {
     const zVec<double> u = unitOf(axis);
     const double t = 1.0 - c;
     // On an axis of coordinates the diagonal is exactly 1 or the cosine: whoever reads the angles back counts on it.
-    const auto diagonal = [c](double part) { return part * part + c * (1.0 - part * part); };
+    const auto diagonal = [cosine = c](double part) { return part * part + cosine * (1.0 - part * part); };
     return {diagonal(u.x),
             u.y * u.x * t + u.z * s,
             u.z * u.x * t - u.y * s,

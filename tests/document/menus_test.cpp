@@ -370,7 +370,7 @@ TEST_P(ContextMenuChoice, TakesTheInnermostRegime) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Regimes, ContextMenuChoice, testing::ValuesIn(choices),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& tested) { return std::string(tested.param.name); });
 
 TEST(ContextMenus, AFreePointAloneOpensNone) {
     RecordingUi ui;

@@ -422,7 +422,7 @@ TEST_P(WrongFiles, AreSaidTheSameWayByPath) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, WrongFiles, testing::ValuesIn(wrongFiles),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& tested) { return std::string(tested.param.name); });
 
 TEST_F(FailedRead, LeavesThePatchesBeforeItWithTheirKind) {
     openHeard({write("a.apt", brokenSecondCompartment)});

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "small_models.h"
+
 namespace velmora::test {
 
 TEST(PathNames, LowerCaseTouchesAsciiLettersOnly) {
@@ -35,6 +37,17 @@ TEST(PathNames, DirectoryIsLowerCaseWithItsSeparator) {
 TEST(PathNames, AFullPathKeepsItsSpelling) {
     EXPECT_EQ(fullPath("/Data/../Data/./Wing.APT"), "/Data/Wing.APT");
     EXPECT_EQ(fullPath("Wing.APT"), std::filesystem::current_path() / "Wing.APT");
+}
+
+TEST(PathNames, OneFileHasManyNames) {
+    const TemporaryFolder folder;
+    writeFileText(folder / "a.apt", "");
+    writeFileText(folder / "b.apt", "");
+    std::filesystem::create_symlink(folder / "a.apt", folder / "link.apt");
+    EXPECT_TRUE(sameFile(folder / "a.apt", folder / "link.apt"));
+    EXPECT_FALSE(sameFile(folder / "a.apt", folder / "b.apt"));
+    EXPECT_TRUE(sameFile("/no/such.apt", "/no/such.apt"));
+    EXPECT_FALSE(sameFile("/no/such.apt", "/no/other.apt"));
 }
 
 } // namespace velmora::test

@@ -492,6 +492,6 @@ TEST_P(RebreakAgainstThePlainForm, GivesTheSameModel) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Regimes, RebreakAgainstThePlainForm, testing::Bool(),
-                         [](const auto& info) { return info.param ? "Lines" : "Sections"; });
+                         [](const auto& tested) { return tested.param ? "Lines" : "Sections"; });
 
 } // namespace velmora::test

@@ -368,6 +368,17 @@ TEST_F(IncompleteFile, IsAskedAboutBySaveAsOverIt) {
     EXPECT_TRUE(doc.documentModified);
 }
 
+TEST_F(IncompleteFile, IsAskedAboutUnderTheNameOfALinkToo) {
+    openText("wing.apt", brokenSecondCompartment);
+    fs::create_symlink(folder / "wing.apt", folder / "link.apt");
+    EXPECT_THAT(saveAs("link.apt"), ElementsAre("chooser: Save As -> 1", overwriteDeclined));
+    EXPECT_EQ(fileText(folder / "wing.apt"), brokenSecondCompartment);
+    ui.answers = {true};
+    saveAs("link.apt");
+    EXPECT_EQ(reread("wing.apt"), doc.patches);
+    EXPECT_EQ(saveAs("wing.apt")[1], "title: wing.apt"); // no question any more
+}
+
 TEST_F(IncompleteFile, IsNoMatterForASaveAsElsewhere) {
     openText("wing.apt", brokenSecondCompartment);
     EXPECT_EQ(saveAs("other.apt")[1], "title: other.apt");
@@ -385,8 +396,7 @@ TEST_F(IncompleteFile, ThatWasAppendedIsNoMatterForTheFirstFile) {
     doc.appendFile();
     forget();
     doc.saveModel();
-    EXPECT_EQ(ui.transcript.size(), 1U);
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_THAT(heard(), ElementsAre("title: wing.apt"));
     EXPECT_EQ(reread("wing.apt"), doc.patches);
 }
 

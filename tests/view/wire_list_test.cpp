@@ -61,6 +61,20 @@ TEST(WireList, NumbersAreThoseOfKindAndMode) {
     EXPECT_EQ(buildDrawList(rig.doc, 2).number, 2);
 }
 
+TEST(DrawListMemory, ListInUsedMemoryIsTheListInFreshMemory) {
+    DrawRig rig(squares(3));
+    rig.doc.showFirstPoints = true;
+    const DrawList fresh = buildDrawList(rig.doc, 1);
+    const DrawList again = buildDrawList(rig.doc, 1, buildDrawList(rig.doc, 2));
+    EXPECT_EQ(dump(again), dump(fresh));
+    EXPECT_EQ(again.number, 1);
+    EXPECT_TRUE(again.normals.empty());
+    EXPECT_EQ(again.vertices.size(), fresh.vertices.size());
+    const DrawList surface = buildDrawList(rig.doc, 2, buildDrawList(rig.doc, 1));
+    EXPECT_EQ(dump(surface), dump(buildDrawList(rig.doc, 2)));
+    EXPECT_TRUE(buildDrawList(rig.doc, 0, buildDrawList(rig.doc, 1)).batches.empty());
+}
+
 // ---- Colours --------------------------------------------------------------------------------------------------------
 
 /// The section strips of all squares in the colours given, and then their lines.

@@ -10,6 +10,7 @@
 #include <functional>
 #include <future>
 #include <memory>
+#include <ostream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -17,6 +18,9 @@
 #include "MainFrame.h"
 
 struct _XDisplay;
+
+/// Failures of tests show texts as words. In the namespace of QString, where it is looked for.
+inline void PrintTo(const QString& text, std::ostream* stream) { *stream << '"' << text.toStdString() << '"'; }
 
 namespace velmora::test {
 

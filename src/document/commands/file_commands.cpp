@@ -72,7 +72,6 @@ void VelmoraDoc::clearModel() {
     fieldPatches.clear();
     cbcAppended = false;
     gridNamed = false;
-    incompleteFiles_.clear();
 }
 
 // ---- Open and Append ------------------------------------------------------------------------------------------------
@@ -132,6 +131,7 @@ void VelmoraDoc::onOpenDocument(const std::filesystem::path& path) {
     // What could be undone belonged to the model that is gone.
     clearSnapshots();
     pointUndoReady = patchUndoReady = false;
+    incompleteFiles_.clear();
     updateBounds();
     redraw();
     pointsRead_ = pointsKept_ = 0;
@@ -237,8 +237,8 @@ bool VelmoraDoc::readStructured(const std::filesystem::path& path, const std::st
     const bool failed = !read.messages.empty();
     pointsRead_ += read.pointsInFile;
     pointsKept_ += read.pointsKept;
-    if (read.opened && (failed || read.pointsKept < read.pointsInFile)) {
-        incompleteFiles_.push_back(path);
+    if (read.opened) {
+        noteCompleteness(path, !failed && read.pointsKept >= read.pointsInFile);
     }
     if (!appendMode && read.namesFile) {
         takeExtension(extension);
@@ -255,11 +255,18 @@ bool VelmoraDoc::readStructured(const std::filesystem::path& path, const std::st
         setTitle("Wrong");
         return false;
     }
-    if (!appendMode) {
-        titleWrong_ = false;
-    }
+    titleWrong_ = false;
     retitle();
     return true;
+}
+
+void VelmoraDoc::noteCompleteness(const std::filesystem::path& path, bool complete) {
+    const auto same = [&path](const std::filesystem::path& other) { return sameFile(other, path); };
+    incompleteFiles_.erase(std::remove_if(incompleteFiles_.begin(), incompleteFiles_.end(), same),
+                           incompleteFiles_.end());
+    if (!complete) {
+        incompleteFiles_.push_back(path);
+    }
 }
 
 // ---- Save -----------------------------------------------------------------------------------------------------------
@@ -271,8 +278,8 @@ void VelmoraDoc::saveModel() {
 }
 
 bool VelmoraDoc::mayOverwrite(const std::filesystem::path& path) {
-    const auto incomplete = std::find(incompleteFiles_.begin(), incompleteFiles_.end(), path);
-    return incomplete == incompleteFiles_.end() || ui_.ask(message::holdsMorePoints);
+    const auto same = [&path](const std::filesystem::path& other) { return sameFile(other, path); };
+    return std::none_of(incompleteFiles_.begin(), incompleteFiles_.end(), same) || ui_.ask(message::holdsMorePoints);
 }
 
 VelmoraDoc::SaveResult VelmoraDoc::saveCurrent() {
@@ -301,7 +308,7 @@ bool VelmoraDoc::writeStructured(const std::filesystem::path& path, const std::s
         ui_.showMessage(std::string(cannotSaveMessage));
         return false;
     }
-    incompleteFiles_.erase(std::remove(incompleteFiles_.begin(), incompleteFiles_.end(), path), incompleteFiles_.end());
+    noteCompleteness(path, true);
     return true;
 }
 
@@ -349,8 +356,9 @@ bool VelmoraDoc::saveModified() {
     if (structureKind == "non" || !documentModified || !ui_.ask(message::saveBeforeExit)) {
         return true;
     }
-    // Work that could not be written is not thrown away: the document stays open.
-    return saveCurrent() == SaveResult::Saved;
+    // Work that could not be written is not thrown away: the document stays open, and asks again.
+    documentModified = saveCurrent() != SaveResult::Saved;
+    return !documentModified;
 }
 
 } // namespace velmora

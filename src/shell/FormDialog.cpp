@@ -36,7 +36,9 @@ Fields takeRun(const Fields& fields, std::size_t first, Same same) {
     return run;
 }
 
-QString nameOf(const DialogField& field) { return qtText(field.label.empty() ? field.key : field.label); }
+QString nameOf(const DialogField& field) {
+    return qtText(field.label.empty() ? field.key : field.label);
+}
 
 } // namespace
 
@@ -122,7 +124,7 @@ QGroupBox* FormDialog::makeRadios(const DialogField& field) {
         button->setObjectName(QStringLiteral("%1.%2").arg(qtText(field.key)).arg(number));
         control.choices->addButton(button, number);
         inside->addWidget(button);
-        connect(button, &QAbstractButton::pressed, this,[button]{fprintf(stderr,"pressed %s\n",button->objectName().toStdString().c_str());});connect(button, &QAbstractButton::released, this,[button]{fprintf(stderr,"released %s\n",button->objectName().toStdString().c_str());});connect(button, &QAbstractButton::clicked, this,
+        connect(button, &QAbstractButton::clicked, this,
                 [this, key = field.key, number] { click(key, std::to_string(number)); });
     }
     inside->addStretch();
@@ -179,7 +181,7 @@ FormDialog::Control* FormDialog::control(const std::string& key) {
 }
 
 void FormDialog::click(const std::string& key, const std::string& text) {
-    auto r=setField(form_, key, text); fprintf(stderr,"click %s %s %s\n", key.c_str(), text.c_str(), r?r->message.c_str():"");
+    setField(form_, key, text);
     showForm();
 }
 

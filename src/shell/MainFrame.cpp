@@ -32,7 +32,8 @@ MainFrame::MainFrame()
     setIconSize(toolIconSize);
     setStatusBar(status_);
     setCentralWidget(viewWidget_);
-    actions_ = new CommandActions(*recent_, [this](const Command& command) { return stateOf(command); }, this);
+    actions_ = new CommandActions(
+        *recent_, [this](const Command& command) { return stateOf(command); }, this);
     makeMenus();
     makeToolBars();
     actions_->addShortcuts(*this);
@@ -59,7 +60,7 @@ void MainFrame::makeMenus() {
     connect(actions_, &CommandActions::menuClosed, this, [this] {
         status_->showHint({});
         // What the menu covered is painted anew, and with it what a command changed without asking for a paint.
-        viewWidget_->update();
+        viewWidget_->requestRepaint();
     });
 }
 
@@ -88,8 +89,8 @@ void MainFrame::connectView() {
 }
 
 void MainFrame::reportGraphics() {
-    if (!viewWidget_->isValid()) {
-        // The toolkit made no context and so never told the view: let it find out.
+    if (!viewWidget_->hasContext()) {
+        // There is no canvas that would have told the view: let it find out.
         view_->OnCreate();
         document_->ShowStatus(view_->lastErrorText);
     }
@@ -225,6 +226,8 @@ bool MainFrame::eventFilter(QObject* watched, QEvent* event) {
     return QMainWindow::eventFilter(watched, event);
 }
 
-void MainFrame::closeEvent(QCloseEvent* event) { event->setAccepted(document_->saveModified()); }
+void MainFrame::closeEvent(QCloseEvent* event) {
+    event->setAccepted(document_->saveModified());
+}
 
 } // namespace velmora

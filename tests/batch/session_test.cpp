@@ -377,7 +377,7 @@ protected:
     /// The rotation that `ticks` ticks make of `start`: each turns by a quarter of the spin angle twice.
     Matrix4 spun(Matrix4 start, int ticks) {
         const Json view = printed("view");
-        const Json axis = view.at("spinAxis");
+        const Json& axis = view.at("spinAxis");
         for (int i = 0; i < 2 * ticks; ++i) {
             start =
                 start * rotationMatrix(0.25 * view.at("spinAngle").get<double>(),

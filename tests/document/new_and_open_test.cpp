@@ -314,7 +314,7 @@ TEST_F(Open, TellsTheCountsOfAModelThatWasThinned) {
 TEST_F(Open, OfAModelThatWasReadWholeTellsNoCounts) {
     doc.ShowStatus("before");
     open({writeApt("wing.apt", {flatPatch(70, 70)})});
-    EXPECT_EQ(doc.status, "before");
+    EXPECT_EQ(doc.status, "For Help, press F1");
 }
 
 // ---- List mode ------------------------------------------------------------------------------------------------------
@@ -452,7 +452,8 @@ TEST_F(FailedRead, KeepsTheTitleWrongThroughEditsAndUndo) {
 TEST_F(FailedRead, LosesTheTitleWrongAtTheNextOpen) {
     openHeard({write("a.apt", brokenSecondCompartment)});
     ui.answers = {true};
-    EXPECT_EQ(openHeard({writeApt("b.apt", {flatPatch(2, 2)})}).back(), "title: b.apt");
+    EXPECT_THAT(openHeard({writeApt("b.apt", {flatPatch(2, 2)})}), testing::Contains("title: b.apt"));
+    EXPECT_EQ(doc.documentTitle, "b.apt");
 }
 
 TEST_F(FailedRead, ThatGaveNothingLosesTheTitleWrongAtTheNextOpen) {
@@ -513,15 +514,51 @@ TEST_F(OpenByPath, OfAnUnsupportedTypeIsCancelled) {
     EXPECT_EQ(lines.back(), cancelled);
 }
 
-TEST_F(OpenByPath, LeavesNothingToUndo) {
-    hold({flatPatch(2, 3)});
-    doc.SavePatchUndo();
+TEST_F(OpenByPath, UndoBringsTheModelBackUnderItsOwnFile) {
+    const auto wing = writeApt("wing.apt", {flatPatch(2, 3)});
+    const auto body = writeApt("body.apt", {flatPatch(4, 4)});
+    doc.onOpenDocument(wing);
     doc.SavePointUndo();
-    doc.patchUndoReady = doc.pointUndoReady = true;
-    doc.onOpenDocument(writeApt("body.apt", {flatPatch(4, 4)}));
-    EXPECT_FALSE(doc.patchUndoReady || doc.pointUndoReady);
-    EXPECT_TRUE(doc.undoPatches.empty());
+    doc.pointUndoReady = true;
+    doc.onOpenDocument(body);
+    EXPECT_TRUE(doc.patchUndoReady);
+    EXPECT_FALSE(doc.pointUndoReady);
     EXPECT_TRUE(doc.pointUndoPatches.empty());
+    doc.UndoPatch();
+    EXPECT_EQ(doc.patches, PatchList{flatPatch(2, 3)});
+    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    const std::string before = fileText(body);
+    doc.saveModel();
+    EXPECT_EQ(fileText(body), before);
+}
+
+TEST_F(OpenByPath, IntoAnEmptyDocumentLeavesNothingToUndo) {
+    doc.onOpenDocument(writeApt("body.apt", {flatPatch(4, 4)}));
+    EXPECT_FALSE(doc.patchUndoReady);
+    EXPECT_TRUE(doc.undoPatches.empty());
+}
+
+TEST_F(Open, UndoAfterItNeverSavesOverTheFileOpenedLast) {
+    const auto wing = writeApt("wing.apt", {flatPatch(2, 3)});
+    const auto broken = write("broken.apt", "2 2\n0 0 0\n");
+    doc.onOpenDocument(wing);
+    ui.answers = {true};
+    open({broken});
+    doc.UndoPatch();
+    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    doc.saveModel();
+    EXPECT_EQ(fileText(broken), "2 2\n0 0 0\n");
+}
+
+TEST_F(Open, OfAFileWithTextBehindItsEndAsksBeforeSavingOverIt) {
+    const std::string text = "2 1\n0 0 0\n1 0 0\nmore\n";
+    const auto path = write("more.apt", text);
+    doc.onOpenDocument(path);
+    EXPECT_EQ(doc.documentTitle, "more.apt");
+    ui.answers = {false};
+    doc.saveModel();
+    EXPECT_EQ(fileText(path), text);
+    EXPECT_EQ(ui.count("question: The file holds more points than were read. Overwrite it? -> no"), 1U);
 }
 
 } // namespace velmora::test

@@ -69,7 +69,7 @@ std::string mismatch(const json& expected, const json& actual) {
         for (const auto& [name, value] : expected.items()) {
             const std::string inner = actual.contains(name) ? mismatch(value, actual.at(name)) : " is absent";
             if (!inner.empty()) {
-                return '.' + name + inner;
+                return std::string(".").append(name).append(inner);
             }
         }
         return "";
@@ -78,7 +78,7 @@ std::string mismatch(const json& expected, const json& actual) {
         for (std::size_t i = 0; i < expected.size(); ++i) {
             const std::string inner = mismatch(expected[i], actual[i]);
             if (!inner.empty()) {
-                return '[' + std::to_string(i) + ']' + inner;
+                return std::string("[").append(std::to_string(i)).append("]").append(inner);
             }
         }
         return "";

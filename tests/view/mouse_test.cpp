@@ -82,6 +82,20 @@ TEST(MouseMove, BothAxesAddUpWhateverTheirSign) {
     }
 }
 
+TEST(MouseMove, ThresholdIsMeasuredFromTheLastAcceptedPosition) {
+    for (const PixelPoint& step : {PixelPoint{10, 0}, {0, 10}}) {
+        MouseRig rig(ModeShift);
+        rig.view.OnLeftButtonDown({100, 100});
+        const PixelPoint accepted{100 + step.x, 100 + step.y};
+        rig.view.OnMouseMove(accepted);
+        // Five pixels on from there, and a move back to the start.
+        rig.view.OnMouseMove({accepted.x + step.x / 2, accepted.y + step.y / 2});
+        EXPECT_EQ(rig.view.lastMousePos, accepted);
+        rig.view.OnMouseMove({100, 100});
+        EXPECT_EQ(rig.view.lastMousePos, (PixelPoint{100, 100}));
+    }
+}
+
 TEST(MouseMove, KeepsTimeAndBothPositionsAndRepaints) {
     MouseRig rig(ModeScale);
     rig.view.OnLeftButtonDown({100, 100});

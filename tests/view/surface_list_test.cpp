@@ -137,14 +137,14 @@ TEST(SurfaceList, PatchOfOneSectionHasNoStrips) {
 TEST(SurfaceList, SkipsAndColoursPatchesAsTheWireListDoes) {
     DrawRig rig(squares(14));
     rig.doc.showBlockOnly = true;
-    rig.block({1, 11, 12});
+    rig.block({0, 11, 12});
     const auto square4 = [](double x, const Colour& colour) {
         return quads(colour, {{{x + 1, 0, 0}, up}, {{x + 1, 1, 0}, up}, {{x, 0, 0}, up}, {{x, 1, 0}, up}});
     };
-    EXPECT_THAT(rig.surface(), ElementsAre(square4(10, table[1]), square4(110, table[1]), square4(120, table[2])));
+    EXPECT_THAT(rig.surface(), ElementsAre(square4(0, table[0]), square4(110, table[0]), square4(120, table[2])));
     rig.doc.patchCaptured = true;
     EXPECT_THAT(rig.surface(),
-                ElementsAre(square4(10, blockYellow), square4(110, blockYellow), square4(120, blockYellow)));
+                ElementsAre(square4(0, blockYellow), square4(110, blockYellow), square4(120, blockYellow)));
 }
 
 TEST(SurfaceList, CapturedSectionAndLineAreNotShown) {

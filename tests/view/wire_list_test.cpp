@@ -116,8 +116,8 @@ TEST(PatchColour, BaseMovesByOneCycleForADrawnPatch) {
 TEST(PatchColour, PlacePastTheCycleKeepsTheColourDrawnBefore) {
     DrawRig rig(squares(14));
     rig.doc.showBlockOnly = true;
-    rig.block({1, 11, 12, 13});
-    EXPECT_EQ(rig.wire(), coloured({{1, table[1]}, {11, table[1]}, {12, table[2]}, {13, table[3]}}));
+    rig.block({0, 11, 12, 13});
+    EXPECT_EQ(rig.wire(), coloured({{0, table[0]}, {11, table[0]}, {12, table[2]}, {13, table[3]}}));
 }
 
 TEST(PatchColour, CapturedPatchIsYellowWhileTheRegimeIsArmed) {

@@ -53,7 +53,9 @@ WindowDriver::WindowDriver() : display_(XOpenDisplay(nullptr)) {
     }
 }
 
-WindowDriver::~WindowDriver() { XCloseDisplay(display_); }
+WindowDriver::~WindowDriver() {
+    XCloseDisplay(display_);
+}
 
 // ---- Looking --------------------------------------------------------------------------------------------------------
 
@@ -193,6 +195,9 @@ void WindowDriver::click(QPoint position, int button) {
     std::this_thread::sleep_for(shortWhile);
     press(button);
     release(button);
+    // The window manager holds a click back while it looks at it: a mouse that went on meanwhile would be let go
+    // somewhere else.
+    settle();
 }
 
 void WindowDriver::keyEvent(unsigned long symbol, bool down) {
@@ -237,7 +242,9 @@ void WindowDriver::type(const std::string& text) {
 
 // ---- Menus ----------------------------------------------------------------------------------------------------------
 
-QMenu* WindowDriver::openedMenu() { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); }
+QMenu* WindowDriver::openedMenu() {
+    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+}
 
 void WindowDriver::openMenu(const QString& title) {
     const QPoint position = ask([title] {

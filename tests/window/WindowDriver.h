@@ -20,7 +20,9 @@
 struct _XDisplay;
 
 /// Failures of tests show texts as words. In the namespace of QString, where it is looked for.
-inline void PrintTo(const QString& text, std::ostream* stream) { *stream << '"' << text.toStdString() << '"'; }
+inline void PrintTo(const QString& text, std::ostream* stream) {
+    *stream << '"' << text.toStdString() << '"';
+}
 
 namespace velmora::test {
 

@@ -147,7 +147,7 @@ TEST(Dialogs, ClickingTheChoicesOfRebreakTurnsItsFieldsOnAndOff) {
         EXPECT_EQ(typed(person, QStringLiteral("newCount")), points) << "the whole section again";
         person.screenshot(QStringLiteral("rebreak-fit"));
 
-        person.clickWidget(QStringLiteral("style.1")); person.settle(); for (auto x: liveControls(person)) printf("%s ", x.toStdString().c_str());puts("");person.screenshot("dbg");
+        person.clickWidget(QStringLiteral("style.1"));
         person.clickWidget(QStringLiteral("regime.1"));
         person.clickWidget(QStringLiteral("function.1"));
         person.settle();

@@ -168,8 +168,8 @@ TEST(Menus, ShowEveryEntryInOrderWithItsStateForAModel) {
 
 TEST(Menus, TheFileMenuTurnsOnWithAModel) {
     const Desk desk;
-    const std::vector<std::string> offWithoutModel = {"Append...", "Append wrl...", "Append dat...",
-                                                      "Append sft...", "Save", "Save As..."};
+    const std::vector<std::string> offWithoutModel = {"Append...",     "Append wrl...", "Append dat...",
+                                                      "Append sft...", "Save",          "Save As..."};
     const auto states = [](WindowDriver& person) {
         std::map<std::string, bool> on;
         person.openMenu(QStringLiteral("File"));
@@ -258,9 +258,8 @@ TEST(Menus, SwitchesShowTheirState) {
 QString contextMenuName(WindowDriver& person) {
     person.click(person.onView({400, 300}), WindowDriver::rightButton);
     person.settle();
-    return person.ask([] {
-        return WindowDriver::openedMenu() != nullptr ? WindowDriver::openedMenu()->objectName() : QString();
-    });
+    return person.ask(
+        [] { return WindowDriver::openedMenu() != nullptr ? WindowDriver::openedMenu()->objectName() : QString(); });
 }
 
 TEST(Menus, ARightClickOpensTheMenuOfTheRegime) {

@@ -15,10 +15,8 @@ namespace {
 
 /// The pixel of the picture that the view shows now.
 QColor pixel(WindowDriver& person, int x, int y) {
-    return person.ask([x, y] {
-        auto* view = qobject_cast<QOpenGLWidget*>(WindowDriver::frame().centralWidget());
-        return view->grabFramebuffer().pixelColor(x, y);
-    });
+    return person.ask(
+        [x, y] { return WindowDriver::frame().findChild<QOpenGLWidget*>()->grabFramebuffer().pixelColor(x, y); });
 }
 
 bool waitForMouseAt(WindowDriver& person, PixelPoint at) {

@@ -25,7 +25,7 @@ constexpr int pictureHeight = 150;
 class Toolkit {
 public:
     Toolkit() {
-        QSurfaceFormat::setDefaultFormat(GlViewWidget::surfaceFormat(PixelFormat{}));
+        QSurfaceFormat::setDefaultFormat(GlCanvas::surfaceFormat(PixelFormat{}));
         application_ = std::make_unique<QApplication>(count_, words_);
     }
 
@@ -64,7 +64,9 @@ public:
         document.redraw();
     }
 
-    QImage picture() { return widget_.grabFramebuffer().convertToFormat(QImage::Format_RGB32); }
+    QImage picture() {
+        return widget_.findChild<QOpenGLWidget*>()->grabFramebuffer().convertToFormat(QImage::Format_RGB32);
+    }
 
     /// Where a model point stands in the picture.
     QPoint at(const zVec<double>& point) {
@@ -93,7 +95,20 @@ void expectColour(const QImage& picture, QPoint at, const QColor& wanted, const 
                                          << at.y() << ", wanted " << wanted.name().toStdString();
 }
 
-// ---- Single pixels that follow from the rules -------------------------------------------------------------------------
+/// A line between two rows of pixels may go to either: one of the pixels around must have the colour.
+void expectLineAt(const QImage& picture, QPoint at, const QColor& wanted, const char* what) {
+    for (int y = -1; y <= 1; ++y) {
+        for (int x = -1; x <= 1; ++x) {
+            if (near(picture.pixelColor(at + QPoint(x, y)), wanted, 2)) {
+                return;
+            }
+        }
+    }
+    ADD_FAILURE() << "no " << what << " around " << at.x() << ' ' << at.y();
+}
+
+// ---- Single pixels that follow from the rules
+// -------------------------------------------------------------------------
 
 TEST(Pixels, AnEmptyDocumentIsBlack) {
     Studio studio;
@@ -109,8 +124,8 @@ TEST(Pixels, LinesHaveTheColourOfTheirPatch) {
     studio.showPatches({flatPatch(3, 3)});
     studio.view.runViewCommand("view.orthographic");
     const QImage picture = studio.picture();
-    expectColour(picture, studio.at({0.5, 1.0, 0.0}), QColor::fromRgbF(0.5F, 0.5F, 1.0F), "a section");
-    expectColour(picture, studio.at({1.0, 0.5, 0.0}), QColor::fromRgbF(0.5F, 0.5F, 1.0F), "a line");
+    expectLineAt(picture, studio.at({0.5, 1.0, 0.0}), QColor::fromRgbF(0.5F, 0.5F, 1.0F), "a section");
+    expectLineAt(picture, studio.at({1.0, 0.5, 0.0}), QColor::fromRgbF(0.5F, 0.5F, 1.0F), "a line");
     expectColour(picture, studio.at({0.5, 0.5, 0.0}), Qt::black, "inside a cell");
 }
 
@@ -119,20 +134,20 @@ TEST(Pixels, TheTriadKeepsItsPlaceInPixels) {
     studio.showPatches({flatPatch(3, 3)});
     const QImage picture = studio.picture();
     // Origin 40 pixels from the left and 44 from the top, arms of 36 pixels; OpenGL counts rows from the bottom.
-    expectColour(picture, {76, 43}, Qt::red, "the tip of X");
-    expectColour(picture, {58, 43}, Qt::red, "the arm of X");
-    expectColour(picture, {40, 7}, Qt::green, "the tip of Y");
-    expectColour(picture, {40, 25}, Qt::green, "the arm of Y");
+    expectLineAt(picture, {76, 43}, Qt::red, "the tip of X");
+    expectLineAt(picture, {58, 43}, Qt::red, "the arm of X");
+    expectLineAt(picture, {40, 7}, Qt::green, "the tip of Y");
+    expectLineAt(picture, {40, 25}, Qt::green, "the arm of Y");
 }
 
 TEST(Pixels, ACapturedPointIsWhiteInARedFrame) {
     Studio studio;
     studio.showPatches({flatPatch(3, 3)});
     studio.view.runViewCommand("view.orthographic");
-    studio.document.capturedPointPos = {1.0, 1.0, 0.0};
+    studio.document.capturedPointPos = {1.3, 1.2, 0.0};
     studio.document.pointPicked = true;
     const QImage picture = studio.picture();
-    const QPoint centre = studio.at({1.0, 1.0, 0.0});
+    const QPoint centre = studio.at({1.3, 1.2, 0.0});
     // The white point of 6 pixels is drawn first; of the red one of 8 pixels behind it only the border is left.
     int red = 0;
     int white = 0;
@@ -159,7 +174,8 @@ TEST(Pixels, ASurfaceIsFilledFromTheFrontAndLinesFromBehind) {
     studio.view.runViewCommand("view.right");
     const QImage behind = studio.picture();
     expectColour(behind, studio.at({0.5, 0.5, 0.0}), Qt::black, "between the lines of the back");
-    EXPECT_NE(behind.pixelColor(studio.at({0.5, 1.0, 0.0})), QColor(Qt::black)) << "a line of the back";
+    // Behind, the light falls on the reversed normal: two-sided lighting gives the back the same colour.
+    expectLineAt(behind, studio.at({0.5, 1.0, 0.0}), QColor::fromRgbF(0.74F, 0.74F, 1.0F), "line of the back");
 }
 
 TEST(Pixels, AnEditShowsAtTheNextPaint) {
@@ -171,7 +187,7 @@ TEST(Pixels, AnEditShowsAtTheNextPaint) {
         point.y = 0.5;
     }
     studio.document.redraw();
-    expectColour(studio.picture(), studio.at({0.5, 0.5, 0.0}), QColor::fromRgbF(0.5F, 0.5F, 1.0F), "after");
+    expectLineAt(studio.picture(), studio.at({0.5, 0.5, 0.0}), QColor::fromRgbF(0.5F, 0.5F, 1.0F), "after");
 }
 
 TEST(Pixels, InvertingARectangleTwiceChangesNothing) {
@@ -196,7 +212,7 @@ TEST(Pixels, InvertingARectangleTwiceChangesNothing) {
 TEST(Pixels, ATextIsDrawnAsItsBitmapFromItsPointOn) {
     const Toolkit toolkit;
     QOpenGLContext context;
-    context.setFormat(GlViewWidget::surfaceFormat(PixelFormat{}));
+    context.setFormat(GlCanvas::surfaceFormat(PixelFormat{}));
     ASSERT_TRUE(context.create());
     QOffscreenSurface surface;
     surface.setFormat(context.format());
@@ -236,7 +252,8 @@ TEST(Pixels, ATextIsDrawnAsItsBitmapFromItsPointOn) {
     }
 }
 
-// ---- Whole pictures -----------------------------------------------------------------------------------------------------
+// ---- Whole pictures
+// -----------------------------------------------------------------------------------------------------
 
 /// The part of the pixels that differ by more than a shade; 1 when the sizes do.
 double difference(const QImage& picture, const QImage& wanted) {

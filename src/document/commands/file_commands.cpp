@@ -53,14 +53,26 @@ bool VelmoraDoc::removeGeometryAfterQuestion() {
     if (!ui_.ask(message::removeGeometry)) {
         return false;
     }
-    SavePatchUndo();
-    patchUndoReady = true;
+    keepForUndo();
     showBlockOnly = false;
-    rebuildOnUndo = false;
     clearModel();
     titleWrong_ = false;
     setTitle("Untitled");
     return true;
+}
+
+/// The snapshot of a model that is about to be removed, with its file: brought back under the name of another file, it
+/// would be saved over that one.
+void VelmoraDoc::keepForUndo() {
+    clearSnapshots();
+    pointUndoReady = false;
+    if (patches.empty()) {
+        return;
+    }
+    SavePatchUndo();
+    patchUndoReady = true;
+    rebuildOnUndo = false;
+    undoPath_ = chosenPath;
 }
 
 void VelmoraDoc::clearModel() {
@@ -127,11 +139,8 @@ void VelmoraDoc::loadFurtherFiles(const std::vector<std::filesystem::path>& path
 
 void VelmoraDoc::onOpenDocument(const std::filesystem::path& path) {
     appendMode = false;
+    keepForUndo();
     clearModel();
-    // What could be undone belonged to the model that is gone.
-    clearSnapshots();
-    pointUndoReady = patchUndoReady = false;
-    incompleteFiles_.clear();
     updateBounds();
     redraw();
     pointsRead_ = pointsKept_ = 0;
@@ -160,6 +169,8 @@ void VelmoraDoc::finishOpen() {
 void VelmoraDoc::tellThinning() {
     if (pointsKept_ < pointsRead_) {
         ShowStatus("Points in the file: " + std::to_string(pointsRead_) + ", kept: " + std::to_string(pointsKept_));
+    } else if (status != idlePrompt) {
+        ShowStatus(idlePrompt); // what was captured before is gone
     }
 }
 
@@ -205,6 +216,7 @@ struct StructuredRead {
     bool namesFile = false; ///< the reader came as far as the title
     std::int64_t pointsInFile = 0;
     std::int64_t pointsKept = 0;
+    bool textBehind = false; ///< the file holds more than the reader could make sense of
     std::vector<std::string> messages;
 };
 
@@ -212,13 +224,15 @@ StructuredRead readByExtension(const std::filesystem::path& path, const std::str
     StructuredRead read;
     if (extension == "apt") {
         const AptReadResult result = readApt(path, patches);
-        read = {result.opened, result.firstPassEnded || result.endReached, result.pointsInFile, result.pointsKept, {}};
+        read = {result.opened,       result.firstPassEnded || result.endReached,
+                result.pointsInFile, result.pointsKept,
+                result.textBehind,   {}};
         for (const FormatFault& fault : result.faults) {
             read.messages.push_back(aptMessage(fault));
         }
     } else {
         const SklReadResult result = readSkl(path, patches);
-        read = {result.opened, result.endReached, result.pointsRead, result.pointsRead, {}};
+        read = {result.opened, result.endReached, result.pointsRead, result.pointsRead, result.textBehind, {}};
         for (const FormatFault& fault : result.faults) {
             read.messages.push_back(sklMessage(fault));
         }
@@ -238,13 +252,16 @@ bool VelmoraDoc::readStructured(const std::filesystem::path& path, const std::st
     pointsRead_ += read.pointsInFile;
     pointsKept_ += read.pointsKept;
     if (read.opened) {
-        noteCompleteness(path, !failed && read.pointsKept >= read.pointsInFile);
+        noteCompleteness(path, !failed && !read.textBehind && read.pointsKept >= read.pointsInFile);
     }
     if (!appendMode && read.namesFile) {
         takeExtension(extension);
     }
     for (const std::string& text : read.messages) {
         ui_.showMessage(text);
+        if (read.opened) {
+            setTitle("Wrong");
+        }
     }
     if (!read.opened) {
         return false;
@@ -252,7 +269,6 @@ bool VelmoraDoc::readStructured(const std::filesystem::path& path, const std::st
     if (failed) {
         titleWrong_ = true;
         checkRegularity(patches);
-        setTitle("Wrong");
         return false;
     }
     titleWrong_ = false;

@@ -117,14 +117,20 @@ TEST(SurfaceList, EveryPairOfSectionsIsAStripInTheColourOfItsPatch) {
 }
 
 TEST(SurfaceList, EachVertexCarriesTheNormalOfItsGridPoint) {
-    const DrawRig rig({trough()});
+    // Bent along both directions: no two points share a normal.
+    Patch patch = trough();
+    for (std::size_t n = 0; n < 3; ++n) {
+        for (zVec<double>& point : patch[n]) {
+            point.z += static_cast<double>(n * n * n);
+        }
+    }
+    const DrawRig rig({patch});
     const DrawList list = buildDrawList(rig.doc, 2);
     ASSERT_EQ(list.vertices.size(), 12U);
     ASSERT_EQ(list.normals.size(), 12U);
     for (std::size_t i = 0; i < 12; ++i) {
         const zVec<double>& at = list.vertices[i];
-        const zVec<double> expected =
-            gridNormal(trough(), static_cast<std::size_t>(at.y), static_cast<std::size_t>(at.x));
+        const zVec<double> expected = gridNormal(patch, static_cast<std::size_t>(at.y), static_cast<std::size_t>(at.x));
         EXPECT_EQ(list.normals[i], expected) << i;
     }
 }

@@ -64,7 +64,7 @@ bool VelmoraDoc::removeGeometryAfterQuestion() {
 /// The snapshot of a model that is about to be removed, with its file: brought back under the name of another file, it
 /// would be saved over that one.
 void VelmoraDoc::keepForUndo() {
-    clearSnapshots();
+    pointUndoPatches.clear();
     pointUndoReady = false;
     if (patches.empty()) {
         return;

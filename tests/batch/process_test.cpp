@@ -201,12 +201,12 @@ TEST_F(BatchProcess, JsonEventsComeInOrderWithTheirMembers) {
 TEST_F(BatchProcess, TextIsForPeople) {
     const ProcessResult result =
         run({"-c", "open wing.apt", "-c", "open nothing.apt", "-c", "open wing.apt", "-c", "run line.captureLine", "-c",
-             "run file.new answer=no", "-c", "print undoPatches", "-c", "bogus"});
+             "run file.new answer=no", "-c", "print lineBuffer", "-c", "bogus"});
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(result.lines,
                 ElementsAre("title: wing.apt", "message: It is impossible to open selected file",
                             "message: Open procedure is canceled", "status: Press left button of mouse and drag it",
-                            "question: Current geometry will be removed. Are you sure -> no", "print undoPatches: []",
+                            "question: Current geometry will be removed. Are you sure -> no", "print lineBuffer: []",
                             StartsWith("error: line 7: there is no line \"bogus\"")));
 }
 

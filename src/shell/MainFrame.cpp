@@ -2,9 +2,12 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDragEnterEvent>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QStandardPaths>
 #include <QStatusTipEvent>
+#include <QTimer>
 #include <algorithm>
 
 #include "qt_text.h"
@@ -18,6 +21,12 @@ constexpr QSize toolIconSize{16, 16};
 
 std::filesystem::path documentsFolder() {
     return filePath(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+}
+
+/// The one file that is dragged; empty when it is none or several.
+QString draggedFile(const QMimeData& data) {
+    const QList<QUrl> urls = data.urls();
+    return urls.size() == 1 ? urls.front().toLocalFile() : QString();
 }
 
 } // namespace
@@ -39,6 +48,7 @@ MainFrame::MainFrame()
     actions_->addShortcuts(*this);
     connectView();
     status_->showText(qtText(document_->status));
+    setAcceptDrops(true);
     resize(startSize);
     viewWidget_->setFocus();
     // The lock keys' indicators follow keys pressed in any window of the program.
@@ -56,7 +66,7 @@ void MainFrame::makeMenus() {
         actions_->fillMenu(*menuBar()->addMenu(qtText(menu.name)), menu.entries);
     }
     connect(actions_, &CommandActions::triggered, this, &MainFrame::run);
-    connect(actions_, &CommandActions::recentFileChosen, this, &MainFrame::openRecent);
+    connect(actions_, &CommandActions::recentFileChosen, this, &MainFrame::openFile);
     connect(actions_, &CommandActions::menuClosed, this, [this] {
         status_->showHint({});
         // What the menu covered is painted anew, and with it what a command changed without asking for a paint.
@@ -183,7 +193,7 @@ void MainFrame::refresh() {
     setWindowModified(document_->documentModified);
 }
 
-void MainFrame::openRecent(const QString& path) {
+void MainFrame::openFile(const QString& path) {
     if (document_->saveModified()) {
         document_->onOpenDocument(filePath(path));
     }
@@ -228,6 +238,18 @@ bool MainFrame::eventFilter(QObject* watched, QEvent* event) {
 
 void MainFrame::closeEvent(QCloseEvent* event) {
     event->setAccepted(document_->saveModified());
+}
+
+void MainFrame::dragEnterEvent(QDragEnterEvent* event) {
+    if (!draggedFile(*event->mimeData()).isEmpty()) {
+        event->acceptProposedAction();
+    }
+}
+
+void MainFrame::dropEvent(QDropEvent* event) {
+    event->acceptProposedAction();
+    // A question within the drop would keep the program that the file comes from waiting.
+    QTimer::singleShot(0, this, [this, path = draggedFile(*event->mimeData())] { openFile(path); });
 }
 
 } // namespace velmora

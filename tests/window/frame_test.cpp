@@ -2,9 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <QComboBox>
-#include <QFileDialog>
+#include <QDragEnterEvent>
 #include <QLabel>
+#include <QMimeData>
 #include <QSettings>
+#include <QUrl>
 
 #include "Desk.h"
 #include "WindowDriver.h"
@@ -155,6 +157,31 @@ TEST(Frame, OpeningARecentFileAsksToSaveTheChangedModel) {
         },
         Settings::Kept);
     EXPECT_NE(fileText(sphere.model), before);
+}
+
+TEST(Frame, AFileDroppedOnItIsOpenedAndSeveralAreNot) {
+    const Desk wing;
+    const Desk sphere("even_sphere.apt");
+    const QUrl wingUrl = QUrl::fromLocalFile(qtPath(wing.model));
+    const auto drop = [](const QList<QUrl>& urls) {
+        QMimeData data;
+        data.setUrls(urls);
+        QDragEnterEvent enter(QPoint(400, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        enter.ignore();
+        QApplication::sendEvent(&WindowDriver::frame(), &enter);
+        if (enter.isAccepted()) {
+            QDropEvent event(QPointF(400, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(&WindowDriver::frame(), &event);
+        }
+        return enter.isAccepted();
+    };
+    runProgram({sphere.model.string()}, [&](WindowDriver& person) {
+        person.waitForFrame();
+        EXPECT_FALSE(person.ask([&] { return drop({wingUrl, wingUrl}); }));
+        EXPECT_TRUE(person.ask([&] { return drop({wingUrl}); }));
+        EXPECT_TRUE(person.waitFor([] { return WindowDriver::frame().document().patches.size() == 3; }));
+        EXPECT_EQ(person.title(), QStringLiteral("m100_wingbody.apt[*] - Velmora"));
+    });
 }
 
 QStringList offeredTypes(WindowDriver& person) {

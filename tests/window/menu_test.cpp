@@ -217,6 +217,16 @@ TEST(Menus, AnEntryPointedAtShowsItsHelpUntilItIsLeft) {
         person.move(person.onView({400, 300}));
         person.settle();
         EXPECT_EQ(person.status(), QStringLiteral("For Help, press F1"));
+
+        person.openMenu(QStringLiteral("File"));
+        person.key("Down");
+        person.settle();
+        EXPECT_EQ(person.status(), QStringLiteral("Create a new model"));
+        person.key("Down");
+        person.settle();
+        EXPECT_EQ(person.status(), QStringLiteral("Open an existing model"));
+        closeMenus(person);
+        EXPECT_EQ(person.status(), QStringLiteral("For Help, press F1"));
     });
 }
 

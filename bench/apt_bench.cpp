@@ -79,7 +79,7 @@ void reportRates(benchmark::State& state) {
 
 void bareFromChars(benchmark::State& state) {
     const std::string& text = fixture().text;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto step : state) {
         double sum = 0.0;
         const char* cursor = text.data();
         const char* const end = cursor + text.size();
@@ -97,7 +97,7 @@ void bareFromChars(benchmark::State& state) {
 // The pass that parses numbers, without storing them.
 void parseNumbers(benchmark::State& state) {
     const Fixture& model = fixture();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto step : state) {
         NumberReader reader(model.file);
         double sum = 0.0;
         double value = 0.0;
@@ -111,7 +111,7 @@ void parseNumbers(benchmark::State& state) {
 
 void countLines(benchmark::State& state) {
     const Fixture& model = fixture();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto step : state) {
         NumberReader reader(model.file);
         const bool all = reader.skipLines(points + patchCount);
         benchmark::DoNotOptimize(all);
@@ -122,7 +122,7 @@ void countLines(benchmark::State& state) {
 // Both passes, and the model stored.
 void readWhole(benchmark::State& state) {
     const Fixture& model = fixture();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto step : state) {
         PatchList patches;
         const AptReadResult result = readApt(model.file, patches);
         benchmark::DoNotOptimize(result.pointsKept);
@@ -137,7 +137,7 @@ void bareToChars(benchmark::State& state) {
     const PatchList& patches = fixture().patches;
     std::vector<char> buffer(std::size_t{1} << 20);
     char* const end = buffer.data() + buffer.size();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto step : state) {
         char* cursor = buffer.data();
         const auto put = [&cursor, end](double value) {
             cursor = std::to_chars(cursor, end, value, std::chars_format::scientific, digits).ptr;
@@ -161,7 +161,7 @@ void bareToChars(benchmark::State& state) {
 void writeWhole(benchmark::State& state) {
     const Fixture& model = fixture();
     const std::filesystem::path file = model.folder / "written.apt";
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto step : state) {
         if (!writeApt(file, model.patches, digits)) {
             state.SkipWithError("the file could not be written");
         }

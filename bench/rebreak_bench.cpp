@@ -41,6 +41,7 @@ constexpr std::int32_t curvePoints = 100;
 
 std::vector<Curve> manyCurves() {
     std::vector<Curve> curves;
+    curves.reserve(curveCount);
     for (std::int32_t i = 0; i < curveCount; ++i) {
         curves.push_back(helix(curvePoints, static_cast<std::uint32_t>(i)));
     }
@@ -57,7 +58,7 @@ void splineRebreakLaw(benchmark::State& state) {
     for (std::size_t i = 0; i < law.size(); ++i) {
         law[i] = static_cast<double>(i * (i + 20));
     }
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const Curve& in : curves) {
             SplineRebreakLaw(in.x.data(), in.y.data(), in.z.data(), curvePoints, out.x.data(), out.y.data(),
                              out.z.data(), curvePoints, exactness, kind, 2.0, law.data());
@@ -78,7 +79,7 @@ BENCHMARK(splineRebreakLaw)
 void linearRebreak(benchmark::State& state) {
     const std::vector<Curve> curves = manyCurves();
     Curve out(curvePoints);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (const Curve& in : curves) {
             LinearRebreak(in.x.data(), in.y.data(), in.z.data(), curvePoints, out.x.data(), out.y.data(), out.z.data(),
                           curvePoints, 2.0);
@@ -100,7 +101,7 @@ void linearRebreakLaw(benchmark::State& state) {
         law[i] = static_cast<double>(state.range(0) == 0 ? i : law.size() - 1 - i);
     }
     law.back() = static_cast<double>(law.size() - 1);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         LinearRebreakLaw(in.x.data(), in.y.data(), in.z.data(), longCount, out.x.data(), out.y.data(), out.z.data(),
                          longCount, law.data());
         benchmark::ClobberMemory();
@@ -112,7 +113,7 @@ BENCHMARK(linearRebreakLaw)->ArgName("falling")->Arg(0)->Arg(1)->Unit(benchmark:
 /// 100,000 points all in one place.
 void removeCoincidentPoints(benchmark::State& state) {
     Curve curve(longCount);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         std::int32_t count = longCount;
         RemoveCoincidentPoints(curve.x.data(), curve.y.data(), curve.z.data(), count);
         benchmark::DoNotOptimize(count);

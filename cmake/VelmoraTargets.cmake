@@ -29,6 +29,11 @@ if(VELMORA_SANITIZE)
   target_link_options(velmora_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(VELMORA_BUILD_FUZZ)
+  # The fuzzer sees which code an input reaches in the libraries too.
+  target_compile_options(velmora_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 # velmora_add_library(geometry SOURCES a.cpp b.cpp DEPENDS algorithms Boost::regex)
 #
 # Makes velmora_<name> with its own folder as the only include root it adds, so that a file can include

@@ -42,8 +42,8 @@ struct Station {
 
 Station stationAt(double fraction) {
     const double halfSpan = 6.0;
-    return {2.0 - 1.2 * fraction,       2.2 * fraction, 0.35 * fraction, halfSpan * fraction,
-            0.14 - 0.04 * fraction, 0.02 * (1.0 - 0.5 * fraction)};
+    return {2.0 - 1.2 * fraction, 2.2 * fraction,         0.35 * fraction,
+            halfSpan * fraction,  0.14 - 0.04 * fraction, 0.02 * (1.0 - 0.5 * fraction)};
 }
 
 Point wingPoint(const Station& s, double x, double side) {
@@ -84,8 +84,8 @@ Patch wingTip() {
             const double x = 0.5 * (1.0 - std::cos(pi * m / (points - 1)));
             const double radius = s.chord * halfThickness(x, s.thickness);
             const double middle = s.height + s.chord * meanLine(x, s.camber);
-            section.push_back({s.leadingEdge + s.chord * x, middle + radius * std::cos(turn),
-                               s.span + radius * std::sin(turn)});
+            section.push_back(
+                {s.leadingEdge + s.chord * x, middle + radius * std::cos(turn), s.span + radius * std::sin(turn)});
         }
         patch.push_back(section);
     }

@@ -127,7 +127,7 @@ std::vector<std::filesystem::path> BatchUserInterface::chooseFiles(const FileReq
              "give file=PATH, or cancel=file to cancel it");
         return {};
     }
-    const std::vector<std::filesystem::path> paths = takeFiles(request.multiple);
+    std::vector<std::filesystem::path> paths = takeFiles(request.multiple);
     Json extensions = Json::array();
     for (const FileType& type : request.types) {
         extensions.push_back(type.extension);

@@ -51,7 +51,9 @@ MaybeFailure takeWord(const std::string& word, CommandInput& input) {
 
 } // namespace
 
-bool isPath(const std::string& text) { return !text.empty() && text.find('\0') == std::string::npos; }
+bool isPath(const std::string& text) {
+    return !text.empty() && text.find('\0') == std::string::npos;
+}
 
 std::variant<CommandInput, ScriptFailure> parseCommandInput(std::span<const std::string> words) {
     CommandInput input;

@@ -15,6 +15,7 @@ namespace {
 
 using velmora::BatchSession;
 using velmora::ViewSize;
+using Outcome = BatchSession::Outcome;
 
 enum ExitStatus { Success = 0, ScriptEnded = 1, BadUsage = 2 };
 
@@ -63,24 +64,33 @@ void printCommands() {
     }
 }
 
+/// Runs one line. What no line should bring about, such as a lack of memory, ends the script like any other failure.
+Outcome runLine(BatchSession& session, velmora::EventPrinter& printer, std::int64_t number, const std::string& line) {
+    try {
+        return session.run(number, line);
+    } catch (const std::exception& error) {
+        const std::string text = std::string("the line failed: ") + error.what() + "; give it less to do";
+        printer.print({{"event", "error"}, {"line", number}, {"text", text}});
+        return Outcome::Fail;
+    }
+}
+
 /// Runs the lines in their order; the script's own lines come from `script`, if there is one.
-BatchSession::Outcome runLines(BatchSession& session, const Options& options, std::istream* script) {
+Outcome runLines(BatchSession& session, velmora::EventPrinter& printer, const Options& options, std::istream* script) {
+    Outcome outcome = Outcome::GoOn;
     std::int64_t number = 0;
     for (const std::string& line : options.lines) {
-        const auto outcome = session.run(++number, line);
-        if (outcome != BatchSession::Outcome::GoOn) {
+        outcome = runLine(session, printer, ++number, line);
+        if (outcome != Outcome::GoOn) {
             return outcome;
         }
     }
     number = 0;
     std::string line;
-    while (script != nullptr && std::getline(*script, line)) {
-        const auto outcome = session.run(++number, line);
-        if (outcome != BatchSession::Outcome::GoOn) {
-            return outcome;
-        }
+    while (outcome == Outcome::GoOn && script != nullptr && std::getline(*script, line)) {
+        outcome = runLine(session, printer, ++number, line);
     }
-    return BatchSession::Outcome::GoOn;
+    return outcome;
 }
 
 int runScript(const Options& options, ViewSize size) {
@@ -104,8 +114,8 @@ int runScript(const Options& options, ViewSize size) {
         printer = std::make_unique<velmora::TextEventPrinter>(std::cout);
     }
     BatchSession session(*printer, {velmora::documentsFolder(velmora::processEnvironment), size, options.echo});
-    const auto outcome = runLines(session, options, script);
-    return outcome == BatchSession::Outcome::Fail || !std::cout ? ScriptEnded : Success;
+    const Outcome outcome = runLines(session, *printer, options, script);
+    return outcome == Outcome::Fail || !std::cout ? ScriptEnded : Success;
 }
 
 int runProgram(int argc, char** argv) {

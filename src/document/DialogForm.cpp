@@ -25,10 +25,15 @@ std::optional<Number> parseNumber(std::string_view text) {
     return number;
 }
 
+/// A limit as a person writes it: whole numbers without an exponent.
+std::string limitText(const DialogField& field, double limit) {
+    return field.kind == FieldKind::Integer ? std::to_string(static_cast<std::int64_t>(limit)) : numberText(limit);
+}
+
 std::string rangeMessage(const DialogField& field) {
     std::string text = field.kind == FieldKind::Real ? "Please enter a number" : "Please enter an integer";
     if (field.minimum && field.maximum) {
-        text += " between " + numberText(*field.minimum) + " and " + numberText(*field.maximum);
+        text += " between " + limitText(field, *field.minimum) + " and " + limitText(field, *field.maximum);
     }
     return text + ".";
 }

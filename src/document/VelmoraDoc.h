@@ -319,7 +319,9 @@ private:
     bool readStructured(const std::filesystem::path& path, const std::string& extension);
     bool writeStructured(const std::filesystem::path& path, const std::string& kind);
     bool mayOverwrite(const std::filesystem::path& path);
+    void noteCompleteness(const std::filesystem::path& path, bool complete);
     bool removeGeometryAfterQuestion();
+    void keepForUndo();
     void clearModel();
     void loadFurtherFiles(const std::vector<std::filesystem::path>& paths);
     void finishOpen();
@@ -366,8 +368,11 @@ private:
     bool started_ = false;
     /// The last read failed: the title stays "Wrong" until a file command succeeds.
     bool titleWrong_ = false;
-    /// Files of which the model holds less than they do: Save asks before it writes over one.
+    /// Files of which less was read than they hold: Save asks before it writes over one. They are kept when the model
+    /// is removed, as Undo can bring it back.
     std::vector<std::filesystem::path> incompleteFiles_;
+    /// The file of the model in the patch snapshot, when that model was removed; else empty.
+    std::filesystem::path undoPath_;
     std::int64_t pointsRead_ = 0; ///< of the files of the last command, with what was kept of them
     std::int64_t pointsKept_ = 0;
 };

@@ -35,4 +35,9 @@ std::filesystem::path fullPath(const std::filesystem::path& path) {
     return (error ? path : full).lexically_normal();
 }
 
+bool sameFile(const std::filesystem::path& a, const std::filesystem::path& b) {
+    std::error_code error;
+    return a == b || std::filesystem::equivalent(a, b, error);
+}
+
 } // namespace velmora

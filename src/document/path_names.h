@@ -21,4 +21,7 @@ std::string directoryOf(const std::filesystem::path& path);
 /// The path made full, without "." and "..", spelled as it was.
 std::filesystem::path fullPath(const std::filesystem::path& path);
 
+/// Whether both name one file: by the same text, or by links to it that exist.
+bool sameFile(const std::filesystem::path& a, const std::filesystem::path& b);
+
 } // namespace velmora

@@ -105,6 +105,7 @@ void AptSecondPass::run(PatchList& patches) {
         result_.pointsKept = kept_;
     }
     noteHeaderFailure(header, compartment_, 2, result_);
+    result_.textBehind = header.sections != unread || !reader_.endedAtEndOfFile();
 }
 
 // False when a point cannot be read. Ends early, with what it has, at the limit of kept points.

@@ -20,6 +20,7 @@ struct AptReadResult {
     std::int64_t pointsKept = 0;     ///< in the patches that were pushed
     bool thinned = false;            ///< points or sections were left out to thin the model
     bool cutAtLimit = false;         ///< sections stayed unread because `keptPointLimit` was reached
+    bool textBehind = false;         ///< the regular end came before the file's: what stands behind is unread
     std::vector<FormatFault> faults; ///< in the order in which they were met
 };
 

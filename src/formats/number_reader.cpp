@@ -156,7 +156,11 @@ bool NumberReader::skipSpace() {
 }
 
 bool NumberReader::readInt(std::int32_t& value) {
-    if (failed_ || !skipSpace()) {
+    if (failed_) {
+        return false;
+    }
+    if (!skipSpace()) {
+        endedAtEndOfFile_ = true;
         return fail();
     }
     const bool negative = peek() == '-';

@@ -29,6 +29,8 @@ public:
 
     bool isOpen() const { return descriptor_ >= 0; }
     bool failed() const { return failed_; }
+    /// Whether a read failed for the only reason that nothing but white space was left in the file.
+    bool endedAtEndOfFile() const { return endedAtEndOfFile_; }
 
     /// Takes a decimal integer. On a number out of range `value` becomes the limit and the read fails all the same;
     /// when there is no integer, `value` keeps what it had.
@@ -66,6 +68,7 @@ private:
     const char* end_;
     bool exhausted_ = false;
     bool failed_ = false;
+    bool endedAtEndOfFile_ = false;
     std::string token_;
 };
 

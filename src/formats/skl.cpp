@@ -79,6 +79,7 @@ SklReadResult readSkl(const std::filesystem::path& path, PatchList& patches) {
         patches.push_back(std::move(patch));
     }
     result.endReached = true;
+    result.textBehind = !reader.endedAtEndOfFile();
     return result;
 }
 

@@ -16,6 +16,7 @@ struct SklReadResult {
     bool opened = false;
     bool endReached = false;         ///< the regular end of the file
     std::int64_t pointsRead = 0;     ///< in the patches that were pushed
+    bool textBehind = false;         ///< the regular end came before the file's: what stands behind is unread
     std::vector<FormatFault> faults; ///< at most one, as the first fault ends the reading
 };
 

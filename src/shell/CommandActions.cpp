@@ -12,10 +12,14 @@ namespace velmora {
 
 namespace {
 
-QString idOf(const Command& command) { return QString::fromLatin1(command.id); }
+QString idOf(const Command& command) {
+    return QString::fromLatin1(command.id);
+}
 
 /// The icon of a command, or none when it has no picture.
-QIcon iconOf(const Command& command) { return QIcon(QStringLiteral(":/icons/%1.svg").arg(idOf(command))); }
+QIcon iconOf(const Command& command) {
+    return QIcon(QStringLiteral(":/icons/%1.svg").arg(idOf(command)));
+}
 
 /// The words of a menu with the command's key behind them.
 QString menuText(const MenuEntry& entry, const Command& command) {

@@ -36,7 +36,9 @@ Fields takeRun(const Fields& fields, std::size_t first, Same same) {
     return run;
 }
 
-QString nameOf(const DialogField& field) { return qtText(field.label.empty() ? field.key : field.label); }
+QString nameOf(const DialogField& field) {
+    return qtText(field.label.empty() ? field.key : field.label);
+}
 
 } // namespace
 
@@ -142,8 +144,11 @@ void FormDialog::placeNumbers(QVBoxLayout& column, const Fields& fields) {
         control.edit->setReadOnly(field->readOnly);
         control.edit->setFixedWidth(editWidth);
         if (field->readOnly) {
+            // It looks like the dialog's ground: nothing can be typed here.
             control.edit->setFocusPolicy(Qt::ClickFocus);
-            control.edit->setFrame(false);
+            QPalette ground = control.edit->palette();
+            ground.setColor(QPalette::Base, ground.color(QPalette::Window));
+            control.edit->setPalette(ground);
         }
         connect(control.edit, &QLineEdit::editingFinished, this, [this, key = field->key] { takeSilently(key); });
         control.label = new QLabel(qtText(field->label), this);

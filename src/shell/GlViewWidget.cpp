@@ -3,49 +3,33 @@
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QOpenGLContext>
+#include <QPainter>
 #include <algorithm>
 #include <cmath>
 
 #include "mode_cursors.h"
-#include "text_bitmap.h"
 
 namespace velmora {
 
-QSurfaceFormat GlViewWidget::surfaceFormat(const PixelFormat& format) {
-    QSurfaceFormat surface;
-    surface.setRenderableType(QSurfaceFormat::OpenGL);
-    surface.setVersion(2, 1);
-    surface.setProfile(QSurfaceFormat::CompatibilityProfile);
-    surface.setSwapBehavior(format.doubleBuffered ? QSurfaceFormat::DoubleBuffer : QSurfaceFormat::SingleBuffer);
-    surface.setRedBufferSize(format.colourBits / 3);
-    surface.setGreenBufferSize(format.colourBits / 3);
-    surface.setBlueBufferSize(format.colourBits / 3);
-    surface.setAlphaBufferSize(format.alphaBits);
-    surface.setDepthBufferSize(format.depthBits);
-    surface.setStencilBufferSize(format.stencilBits);
-    return surface;
-}
-
-GlViewWidget::GlViewWidget(QWidget* parent)
-    : QOpenGLWidget(parent), renderer_([this](const std::string& text) { return textBitmap(text, font()); }) {
+GlViewWidget::GlViewWidget(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("view"));
     setAccessibleName(tr("Model"));
     setFocusPolicy(Qt::StrongFocus);
     // The view follows the mouse with no button down, too.
     setMouseTracking(true);
     setMinimumSize(1, 1);
-    setFormat(surfaceFormat(PixelFormat{}));
+    if (GlCanvas::possible()) {
+        canvas_ = new GlCanvas(this);
+        connect(canvas_, &GlCanvas::contextMade, this, &GlViewWidget::createView);
+        connect(canvas_, &GlCanvas::frameWanted, this, &GlViewWidget::paintView);
+    }
     timer_.setTimerType(Qt::PreciseTimer);
     connect(&timer_, &QTimer::timeout, this, [this] {
         if (view_ != nullptr) {
             view_->OnTimer();
         }
     });
-    sinceStart_.start();
 }
-
-GlViewWidget::~GlViewWidget() { releaseGraphics(); }
 
 void GlViewWidget::setView(VelmoraView* view) {
     view_ = view;
@@ -54,9 +38,7 @@ void GlViewWidget::setView(VelmoraView* view) {
 
 // ---- Context --------------------------------------------------------------------------------------------------------
 
-void GlViewWidget::initializeGL() {
-    connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &GlViewWidget::releaseGraphics,
-            Qt::UniqueConnection);
+void GlViewWidget::createView() {
     if (view_ != nullptr) {
         view_->OnCreate();
     }
@@ -67,60 +49,68 @@ bool GlViewWidget::choosePixelFormat(const PixelFormat& format) {
     return format.doubleBuffered;
 }
 
-bool GlViewWidget::makeCurrent() {
-    QOpenGLWidget::makeCurrent();
-    return context() != nullptr && QOpenGLContext::currentContext() == context();
-}
-
 bool GlViewWidget::deleteContext() {
-    releaseGraphics();
+    if (canvas_ != nullptr) {
+        canvas_->releaseGraphics();
+    }
     return true;
 }
 
-void GlViewWidget::releaseGraphics() {
-    if (makeCurrent()) {
-        renderer_.release();
-        doneCurrent();
-    }
+void GlViewWidget::prepareContext() {
+    canvas_->renderer().prepare();
 }
-
-void GlViewWidget::prepareContext() { renderer_.prepare(); }
 
 // ---- Drawing --------------------------------------------------------------------------------------------------------
 
-void GlViewWidget::paintGL() {
+void GlViewWidget::requestRepaint() {
+    if (canvas_ != nullptr) {
+        canvas_->update();
+    } else {
+        update();
+    }
+}
+
+void GlViewWidget::paintView() {
     if (view_ == nullptr) {
         return;
     }
     matchSize();
-    painting_ = true;
+    painting_ = canvas_ != nullptr;
     emit paintBegins();
     view_->OnDraw();
     emit paintEnds();
     painting_ = false;
 }
 
+void GlViewWidget::paintEvent(QPaintEvent*) {
+    if (canvas_ == nullptr) {
+        // What a paint computes does not hang on a picture.
+        paintView();
+        QPainter(this).fillRect(rect(), Qt::black);
+    }
+}
+
 void GlViewWidget::clearFrame(const Colour& colour) {
     if (painting_) {
-        renderer_.clear(colour);
+        canvas_->renderer().clear(colour);
     }
 }
 
 void GlViewWidget::drawScene(const SceneFrame& frame) {
     if (painting_) {
-        renderer_.draw(frame);
+        canvas_->renderer().draw(frame);
     }
 }
 
 void GlViewWidget::finishFrame() {
     if (painting_) {
-        renderer_.finish();
+        canvas_->renderer().finish();
     }
 }
 
 void GlViewWidget::invertRectangle(PixelPoint from, PixelPoint to) {
     if (painting_) {
-        renderer_.invertRectangle(from, to, wholeWindow());
+        canvas_->renderer().invertRectangle(from, to, wholeWindow());
     }
 }
 
@@ -137,15 +127,22 @@ void GlViewWidget::matchSize() {
 }
 
 void GlViewWidget::resizeEvent(QResizeEvent* event) {
-    QOpenGLWidget::resizeEvent(event);
+    QWidget::resizeEvent(event);
+    if (canvas_ != nullptr) {
+        canvas_->setGeometry(rect());
+    }
     matchSize();
 }
 
 // ---- Window ---------------------------------------------------------------------------------------------------------
 
-void GlViewWidget::requestClose() { QMetaObject::invokeMethod(window(), &QWidget::close, Qt::QueuedConnection); }
+void GlViewWidget::requestClose() {
+    QMetaObject::invokeMethod(window(), &QWidget::close, Qt::QueuedConnection);
+}
 
-void GlViewWidget::showCursor(MouseMode mode) { setCursor(cursorOf(mode)); }
+void GlViewWidget::showCursor(MouseMode mode) {
+    setCursor(cursorOf(mode));
+}
 
 // ---- Mouse and keys -------------------------------------------------------------------------------------------------
 
@@ -160,6 +157,10 @@ PixelPoint GlViewWidget::pixelOf(const QMouseEvent& event) const {
     return pixel;
 }
 
+void GlViewWidget::noteTime(const QMouseEvent& event) {
+    eventTime_ = std::max(eventTime_, static_cast<std::int64_t>(event.timestamp()));
+}
+
 void GlViewWidget::pullCursorInside(const QMouseEvent& event) {
     const QPoint position = event.position().toPoint();
     const QPoint inside(std::clamp(position.x(), 0, width() - 1), std::clamp(position.y(), 0, height() - 1));
@@ -172,6 +173,7 @@ void GlViewWidget::mousePressEvent(QMouseEvent* event) {
     if (view_ == nullptr || event->button() != Qt::LeftButton) {
         return;
     }
+    noteTime(*event);
     view_->OnLeftButtonDown(pixelOf(*event));
 }
 
@@ -184,6 +186,7 @@ void GlViewWidget::mouseMoveEvent(QMouseEvent* event) {
     if (view_ == nullptr) {
         return;
     }
+    noteTime(*event);
     const PixelPoint pixel = pixelOf(*event);
     if (view_->leftButtonDown && !event->buttons().testFlag(Qt::LeftButton)) {
         // A box or a menu took the release.
@@ -198,6 +201,7 @@ void GlViewWidget::mouseMoveEvent(QMouseEvent* event) {
 
 void GlViewWidget::mouseReleaseEvent(QMouseEvent* event) {
     if (view_ != nullptr && event->button() == Qt::LeftButton) {
+        noteTime(*event);
         releaseLeft(pixelOf(*event));
     }
 }
@@ -214,7 +218,7 @@ void GlViewWidget::keyPressEvent(QKeyEvent* event) {
         view_->OnKeyDown(ViewKey::Escape);
         return;
     }
-    QOpenGLWidget::keyPressEvent(event);
+    QWidget::keyPressEvent(event);
 }
 
 } // namespace velmora

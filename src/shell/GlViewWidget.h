@@ -1,36 +1,33 @@
 #pragma once
 
-#include <QElapsedTimer>
-#include <QOpenGLWidget>
 #include <QTimer>
+#include <QWidget>
 
-#include "GlRenderer.h"
+#include "GlCanvas.h"
 #include "VelmoraView.h"
 
 namespace velmora {
 
-/// The window of a view: an OpenGL surface that hands mouse, keys, sizes and paints to the view and carries out what
-/// the view asks. Drawing happens inside a paint only.
-class GlViewWidget : public QOpenGLWidget, public ViewSurface {
+/// The window of a view: it hands mouse, keys, sizes and paints to the view and carries out what the view asks, on a
+/// canvas that fills it. Drawing happens inside a paint only. Where there is no OpenGL the window stays black and all
+/// else works.
+class GlViewWidget : public QWidget, public ViewSurface {
     Q_OBJECT
 
 public:
-    /// The format of the toolkit's surface that fits what a view asks.
-    static QSurfaceFormat surfaceFormat(const PixelFormat& format);
-
     explicit GlViewWidget(QWidget* parent = nullptr);
-    ~GlViewWidget() override;
 
     /// The view must outlive the widget or be taken away by a null.
     void setView(VelmoraView* view);
+    bool hasContext() const { return canvas_ != nullptr && canvas_->isValid(); }
 
     // ---- What the view asks -----------------------------------------------------------------------------------------
 
     bool obtainDrawingArea() override { return true; }
     bool choosePixelFormat(const PixelFormat& format) override;
     bool selectPixelFormat() override { return true; }
-    bool createContext() override { return isValid(); }
-    bool makeCurrent() override;
+    bool createContext() override { return hasContext(); }
+    bool makeCurrent() override { return canvas_ != nullptr && canvas_->takeContext(); }
     bool deleteContext() override;
     void releaseDrawingArea() override {}
     void prepareContext() override;
@@ -39,13 +36,14 @@ public:
     void finishFrame() override;
     bool swapBuffers() override { return true; } ///< the toolkit shows the frame when the paint is over
     void invertRectangle(PixelPoint from, PixelPoint to) override;
-    void requestRepaint() override { update(); }
+    void requestRepaint() override;
     void requestClose() override;
     void showCursor(MouseMode mode) override;
     void confineCursor(bool confined) override { confined_ = confined; }
     void startTimer(int milliseconds) override { timer_.start(milliseconds); }
     void stopTimer() override { timer_.stop(); }
-    std::int64_t clock() const override { return sinceStart_.elapsed(); }
+    /// The time of the mouse event in hand: a slow paint between two events makes no pause of them.
+    std::int64_t clock() const override { return eventTime_; }
 
 signals:
     /// Around each paint: boxes that the view wants to show meanwhile have to wait.
@@ -57,8 +55,7 @@ signals:
     void contextMenuWanted(const QPoint& position);
 
 protected:
-    void initializeGL() override;
-    void paintGL() override;
+    void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
@@ -70,17 +67,19 @@ protected:
 private:
     /// The position of an event in pixels of the device; inside the view while the cursor is confined.
     PixelPoint pixelOf(const QMouseEvent& event) const;
+    void noteTime(const QMouseEvent& event);
     Viewport wholeWindow() const;
     void matchSize();
     void pullCursorInside(const QMouseEvent& event);
     void releaseLeft(PixelPoint position);
-    void releaseGraphics();
+    void createView();
+    void paintView();
 
     VelmoraView* view_ = nullptr;
-    GlRenderer renderer_;
+    GlCanvas* canvas_ = nullptr; ///< null: no OpenGL here
     QTimer timer_;
-    QElapsedTimer sinceStart_;
-    bool painting_ = false;
+    std::int64_t eventTime_ = 0;
+    bool painting_ = false; ///< a frame of the canvas is being painted
     bool confined_ = false;
 };
 

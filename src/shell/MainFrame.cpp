@@ -2,9 +2,12 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDragEnterEvent>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QStandardPaths>
 #include <QStatusTipEvent>
+#include <QTimer>
 #include <algorithm>
 
 #include "qt_text.h"
@@ -20,6 +23,12 @@ std::filesystem::path documentsFolder() {
     return filePath(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
 }
 
+/// The one file that is dragged; empty when it is none or several.
+QString draggedFile(const QMimeData& data) {
+    const QList<QUrl> urls = data.urls();
+    return urls.size() == 1 ? urls.front().toLocalFile() : QString();
+}
+
 } // namespace
 
 MainFrame::MainFrame()
@@ -32,12 +41,14 @@ MainFrame::MainFrame()
     setIconSize(toolIconSize);
     setStatusBar(status_);
     setCentralWidget(viewWidget_);
-    actions_ = new CommandActions(*recent_, [this](const Command& command) { return stateOf(command); }, this);
+    actions_ = new CommandActions(
+        *recent_, [this](const Command& command) { return stateOf(command); }, this);
     makeMenus();
     makeToolBars();
     actions_->addShortcuts(*this);
     connectView();
     status_->showText(qtText(document_->status));
+    setAcceptDrops(true);
     resize(startSize);
     viewWidget_->setFocus();
     // The lock keys' indicators follow keys pressed in any window of the program.
@@ -55,11 +66,11 @@ void MainFrame::makeMenus() {
         actions_->fillMenu(*menuBar()->addMenu(qtText(menu.name)), menu.entries);
     }
     connect(actions_, &CommandActions::triggered, this, &MainFrame::run);
-    connect(actions_, &CommandActions::recentFileChosen, this, &MainFrame::openRecent);
+    connect(actions_, &CommandActions::recentFileChosen, this, &MainFrame::openFile);
     connect(actions_, &CommandActions::menuClosed, this, [this] {
         status_->showHint({});
         // What the menu covered is painted anew, and with it what a command changed without asking for a paint.
-        viewWidget_->update();
+        viewWidget_->requestRepaint();
     });
 }
 
@@ -88,8 +99,8 @@ void MainFrame::connectView() {
 }
 
 void MainFrame::reportGraphics() {
-    if (!viewWidget_->isValid()) {
-        // The toolkit made no context and so never told the view: let it find out.
+    if (!viewWidget_->hasContext()) {
+        // There is no canvas that would have told the view: let it find out.
         view_->OnCreate();
         document_->ShowStatus(view_->lastErrorText);
     }
@@ -182,7 +193,7 @@ void MainFrame::refresh() {
     setWindowModified(document_->documentModified);
 }
 
-void MainFrame::openRecent(const QString& path) {
+void MainFrame::openFile(const QString& path) {
     if (document_->saveModified()) {
         document_->onOpenDocument(filePath(path));
     }
@@ -225,6 +236,20 @@ bool MainFrame::eventFilter(QObject* watched, QEvent* event) {
     return QMainWindow::eventFilter(watched, event);
 }
 
-void MainFrame::closeEvent(QCloseEvent* event) { event->setAccepted(document_->saveModified()); }
+void MainFrame::closeEvent(QCloseEvent* event) {
+    event->setAccepted(document_->saveModified());
+}
+
+void MainFrame::dragEnterEvent(QDragEnterEvent* event) {
+    if (!draggedFile(*event->mimeData()).isEmpty()) {
+        event->acceptProposedAction();
+    }
+}
+
+void MainFrame::dropEvent(QDropEvent* event) {
+    event->acceptProposedAction();
+    // A question within the drop would keep the program that the file comes from waiting.
+    QTimer::singleShot(0, this, [this, path = draggedFile(*event->mimeData())] { openFile(path); });
+}
 
 } // namespace velmora

@@ -26,7 +26,7 @@ public:
     /// Runs a command of the table if it is on.
     void run(const Command& command);
     /// Opens a file in place of the model, which the user may save first.
-    void openRecent(const QString& path);
+    void openFile(const QString& path);
     /// To be called once the frame is shown: says in the status line why the view stays empty, if it does.
     void reportGraphics();
 
@@ -37,6 +37,8 @@ protected:
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void makeMenus();

@@ -151,8 +151,8 @@ void QtUserInterface::showHeldMessages() {
 
 bool QtUserInterface::ask(const std::string& text) {
     const Turn turn(*this);
-    QMessageBox box(QMessageBox::Question, QStringLiteral("Velmora"), qtText(text),
-                    QMessageBox::Yes | QMessageBox::No, parentOfBoxes());
+    QMessageBox box(QMessageBox::Question, QStringLiteral("Velmora"), qtText(text), QMessageBox::Yes | QMessageBox::No,
+                    parentOfBoxes());
     box.setObjectName(QStringLiteral("questionBox"));
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(QMessageBox::Yes);
@@ -204,9 +204,12 @@ std::vector<std::filesystem::path> QtUserInterface::chooseFiles(const FileReques
     return paths;
 }
 
-// ---- Status, title, busy ----------------------------------------------------------------------------------------------
+// ---- Status, title, busy
+// ----------------------------------------------------------------------------------------------
 
-void QtUserInterface::showStatus(const std::string& text) { status_.showText(qtText(text)); }
+void QtUserInterface::showStatus(const std::string& text) {
+    status_.showText(qtText(text));
+}
 
 void QtUserInterface::showTitle(const std::string& title) {
     frame_.setWindowTitle(qtText(title) + QStringLiteral("[*] - Velmora"));
@@ -223,8 +226,12 @@ void QtUserInterface::setBusy(bool busy) {
     }
 }
 
-void QtUserInterface::showProgress(double fraction) { status_.showProgress(fraction); }
+void QtUserInterface::showProgress(double fraction) {
+    status_.showProgress(fraction);
+}
 
-void QtUserInterface::addRecentFile(const std::filesystem::path& path) { recent_.add(qtPath(path)); }
+void QtUserInterface::addRecentFile(const std::filesystem::path& path) {
+    recent_.add(qtPath(path));
+}
 
 } // namespace velmora

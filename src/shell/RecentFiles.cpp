@@ -4,7 +4,9 @@ namespace velmora {
 
 namespace {
 
-QString keyOf(int index) { return QStringLiteral("Recent File List/File%1").arg(index + 1); }
+QString keyOf(int index) {
+    return QStringLiteral("Recent File List/File%1").arg(index + 1);
+}
 
 } // namespace
 

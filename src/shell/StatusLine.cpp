@@ -51,13 +51,13 @@ void StatusLine::showText(const QString& text) {
     }
 }
 
-void StatusLine::showHint(const QString& hint) { message_->setText(hint.isEmpty() ? text_ : hint); }
+void StatusLine::showHint(const QString& hint) {
+    message_->setText(hint.isEmpty() ? text_ : hint);
+}
 
 void StatusLine::refreshLocks() {
     const KeyboardLocks locks = keyboardLocks();
-    const auto show = [](QLabel* indicator, bool on) {
-        indicator->setText(on ? indicator->objectName() : QString());
-    };
+    const auto show = [](QLabel* indicator, bool on) { indicator->setText(on ? indicator->objectName() : QString()); };
     show(caps_, locks.caps);
     show(num_, locks.num);
     show(scroll_, locks.scroll);
@@ -73,6 +73,8 @@ void StatusLine::showProgress(double fraction) {
     progress_->repaint();
 }
 
-void StatusLine::hideProgress() { progress_->hide(); }
+void StatusLine::hideProgress() {
+    progress_->hide();
+}
 
 } // namespace velmora

@@ -12,7 +12,9 @@
 #include "qt_text.h"
 
 // The pictures stand in a static library: nothing would link them in otherwise. Outside any namespace by its nature.
-static void loadPictures() { Q_INIT_RESOURCE(velmora); }
+static void loadPictures() {
+    Q_INIT_RESOURCE(velmora);
+}
 
 namespace velmora {
 
@@ -27,8 +29,7 @@ void describeProgram(QCommandLineParser& parser) {
     parser.setApplicationDescription(QStringLiteral("An editor of the surface geometry of bodies."));
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("path"), QStringLiteral("The file to open."),
-                                 QStringLiteral("[path]"));
+    parser.addPositionalArgument(QStringLiteral("path"), QStringLiteral("The file to open."), QStringLiteral("[path]"));
 }
 
 /// What --help and --version print needs no display: answered before the window system is asked for.
@@ -48,7 +49,7 @@ void answerWithoutDisplay(int& argc, char** argv) {
 /// The arguments, once the surfaces of all windows are set to what the view needs.
 int& prepared(int& argc, char** argv) {
     answerWithoutDisplay(argc, argv);
-    QSurfaceFormat::setDefaultFormat(GlViewWidget::surfaceFormat(PixelFormat{}));
+    QSurfaceFormat::setDefaultFormat(GlCanvas::surfaceFormat(PixelFormat{}));
     return argc;
 }
 
@@ -93,8 +94,12 @@ bool VelmoraApp::initInstance() {
     return true;
 }
 
-int VelmoraApp::run() { return initInstance() ? QApplication::exec() : 1; }
+int VelmoraApp::run() {
+    return initInstance() ? QApplication::exec() : 1;
+}
 
-void VelmoraApp::showAbout() { AboutBox(frame_.get()).exec(); }
+void VelmoraApp::showAbout() {
+    AboutBox(frame_.get()).exec();
+}
 
 } // namespace velmora

@@ -31,7 +31,9 @@ KeyboardLocks keyboardLocks() {
 
 #else
 
-KeyboardLocks keyboardLocks() { return {}; }
+KeyboardLocks keyboardLocks() {
+    return {};
+}
 
 #endif
 

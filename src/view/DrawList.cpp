@@ -22,6 +22,18 @@ void DrawList::vertex(const zVec<double>& position, const zVec<double>& normal) 
     batches.back().hasNormals = true;
 }
 
+void DrawList::addVertices(const std::vector<zVec<double>>& positions) {
+    vertices.insert(vertices.end(), positions.begin(), positions.end());
+    batches.back().vertexCount += positions.size();
+}
+
+void DrawList::clear() {
+    number = 0;
+    batches.clear();
+    vertices.clear();
+    normals.clear();
+}
+
 void DrawList::point(const zVec<double>& position, float size, const Colour& colour) {
     begin(Primitive::Points, colour).pointSize = size;
     vertex(position);

@@ -40,8 +40,11 @@ struct DrawList {
     DrawBatch& begin(Primitive primitive, const Colour& colour);
     void vertex(const zVec<double>& position);
     void vertex(const zVec<double>& position, const zVec<double>& normal);
+    void addVertices(const std::vector<zVec<double>>& positions);
     /// A batch of a single point.
     void point(const zVec<double>& position, float size, const Colour& colour);
+    /// Empties the list and keeps its memory for the next one.
+    void clear();
 };
 
 /// A text at a model position.

@@ -1,7 +1,7 @@
 #include "VelmoraView.h"
 
 #include <cmath>
-#include <numbers>
+#include <utility>
 
 #include "draw_lists.h"
 
@@ -119,7 +119,7 @@ void VelmoraView::addMarkerNumbers() {
 void VelmoraView::bringListUpToDate() {
     const int number = listNumberFor(doc_);
     if (listDirty_ || list_.number != number) {
-        list_ = buildDrawList(doc_, number);
+        list_ = buildDrawList(doc_, number, std::move(list_));
         listDirty_ = false;
         ++listRevision_;
     }

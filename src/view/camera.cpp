@@ -2,6 +2,7 @@
 
 #include <GL/glu.h>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <utility>
@@ -43,11 +44,13 @@ AngleCandidates angleCandidates(const Matrix4& m) {
     c.y[0] = std::asin(-m[2]);
     c.y[1] = std::numbers::pi - c.y[0];
     const bool upright = std::abs(m[2]) == 1.0;
+    // Rounding can take a cosine beyond 1.
+    const double uprightZ = std::acos(std::clamp(m[5], -1.0, 1.0));
     if (std::abs(m[0]) > angleTolerance) {
         c.z[0] = std::atan(-m[1] / m[0]);
         c.z[1] = c.z[0] + std::numbers::pi;
     } else {
-        c.z[0] = upright ? std::acos(m[5]) : std::numbers::pi / 2;
+        c.z[0] = upright ? uprightZ : std::numbers::pi / 2;
         c.z[1] = -c.z[0];
     }
     if (std::abs(m[10]) > angleTolerance) {
@@ -55,7 +58,7 @@ AngleCandidates angleCandidates(const Matrix4& m) {
         c.x[1] = c.x[0] + std::numbers::pi;
     } else if (upright) {
         c.x[0] = c.x[1] = 0.0;
-        c.z[0] = std::acos(m[5]);
+        c.z[0] = uprightZ;
         c.z[1] = -c.z[0];
     } else {
         c.x[0] = std::numbers::pi / 2;
@@ -126,17 +129,19 @@ Matrix4 rotationMatrix(double degrees, const zVec<double>& axis) {
     const auto [s, c] = sineCosine(degrees);
     const zVec<double> u = unitOf(axis);
     const double t = 1.0 - c;
-    return {u.x * u.x * t + c,
+    // On an axis of coordinates the diagonal is exactly 1 or the cosine: whoever reads the angles back counts on it.
+    const auto diagonal = [cosine = c](double part) { return part * part + cosine * (1.0 - part * part); };
+    return {diagonal(u.x),
             u.y * u.x * t + u.z * s,
             u.z * u.x * t - u.y * s,
             0,
             u.x * u.y * t - u.z * s,
-            u.y * u.y * t + c,
+            diagonal(u.y),
             u.z * u.y * t + u.x * s,
             0,
             u.x * u.z * t + u.y * s,
             u.y * u.z * t - u.x * s,
-            u.z * u.z * t + c,
+            diagonal(u.z),
             0,
             0,
             0,

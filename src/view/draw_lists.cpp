@@ -46,7 +46,10 @@ std::vector<bool> blockMask(const VelmoraDoc& document) {
 /// Builds the lists of one document state.
 class ListBuilder {
 public:
-    explicit ListBuilder(const VelmoraDoc& document) : doc_(document), inBlock_(blockMask(document)) {}
+    ListBuilder(const VelmoraDoc& document, DrawList memory)
+        : doc_(document), inBlock_(blockMask(document)), list_(std::move(memory)) {
+        list_.clear();
+    }
 
     DrawList wire();
     DrawList surface();
@@ -66,7 +69,6 @@ private:
     void reference();
     void quadStrips();
     void addLine(const Patch& patch, std::size_t index);
-    void addSection(const PointList& section);
     void pointsOf(const PointList& points, float size, const Colour& colour);
 
     const VelmoraDoc& doc_;
@@ -88,13 +90,7 @@ void ListBuilder::pointsOf(const PointList& points, float size, const Colour& co
         return;
     }
     list_.begin(Primitive::Points, colour).pointSize = size;
-    addSection(points);
-}
-
-void ListBuilder::addSection(const PointList& section) {
-    for (const zVec<double>& p : section) {
-        list_.vertex(p);
-    }
+    list_.addVertices(points);
 }
 
 void ListBuilder::addLine(const Patch& patch, std::size_t index) {
@@ -203,7 +199,7 @@ void ListBuilder::sections() {
                 pointsOf(section, 6.0F, white);
             }
             list_.begin(Primitive::LineStrip, captured ? white : colour);
-            addSection(section);
+            list_.addVertices(section);
         }
     });
 }
@@ -231,7 +227,7 @@ void ListBuilder::reference() {
         for (const PointList& section : patch) {
             if (!section.empty()) {
                 list_.begin(Primitive::LineStrip, red);
-                addSection(section);
+                list_.addVertices(section);
             }
         }
         for (std::int32_t m = 0; m < lineCount(patch); ++m) {
@@ -368,12 +364,12 @@ int listNumberFor(const VelmoraDoc& document) {
     return document.surfaceMode && grid ? 2 : 1;
 }
 
-DrawList buildDrawList(const VelmoraDoc& document, int number) {
+DrawList buildDrawList(const VelmoraDoc& document, int number, DrawList memory) {
     switch (number) {
     case 1:
-        return ListBuilder(document).wire();
+        return ListBuilder(document, std::move(memory)).wire();
     case 2:
-        return ListBuilder(document).surface();
+        return ListBuilder(document, std::move(memory)).surface();
     default:
         return {};
     }

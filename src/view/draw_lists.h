@@ -10,8 +10,9 @@ class VelmoraDoc;
 /// 0 for an empty document.
 int listNumberFor(const VelmoraDoc& document);
 
-/// The picture of the document as list `number` (see listNumberFor). Linear in the points shown.
-DrawList buildDrawList(const VelmoraDoc& document, int number);
+/// The picture of the document as list `number` (see listNumberFor). Linear in the points shown. What stands in
+/// `memory` is thrown away and its memory used again: fetching that anew costs more than filling it.
+DrawList buildDrawList(const VelmoraDoc& document, int number, DrawList memory = {});
 
 /// Colour of a patch before any highlight, by its place in a cycle of five. The base of the cycle is advanced only
 /// by patches that are drawn, and by one cycle at a time; a place past the cycle keeps the colour drawn before.

@@ -191,7 +191,12 @@ VelmoraView::Rotation VelmoraView::mouseRotation(PixelPoint from, PixelPoint to)
     }
     const zVec<double> turn = cross(a, b);
     const zVec<double> middle = (a + b) * 0.5;
-    return {57.0 * lengthOf(turn) / dot(middle, middle), unitOf(turn)};
+    const double angle = 57.0 * lengthOf(turn) / dot(middle, middle);
+    if (!std::isfinite(angle)) {
+        // Both positions on the axis itself, or just opposite: no turn, rather than a model lost for good.
+        return {};
+    }
+    return {angle, unitOf(turn)};
 }
 
 } // namespace velmora

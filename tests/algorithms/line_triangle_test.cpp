@@ -155,6 +155,20 @@ TEST(IntersectLineTriangle, OfASegmentMayHitBesideIt) {
     expectNear(hit.at, {0, 1, 1}, 1e-14);
 }
 
+TEST(IntersectLineTriangle, OfASegmentMeetsTheFormWithEveryTermInIt) {
+    // The direction need not be of unit length for this, and whole numbers make the form exact: with a = -2, b = -13,
+    // c = -7, e = -5, f = -9, g = -7 it is -52 - 35 + 126 - 91 + 70 - 18 = 0. u = (2, 3, 6)/7, w = (-10, 8, 2)/7,
+    // w.D = 40/7, (Q1-origin).w = -40/7: the hit is the origin less the direction.
+    const Triangle segment{{1, 2, 3}, {1, 2, 3}, {3, 5, 9}};
+    const Hit hit = intersect(segment, {-2, 2, 2}, {-6, 0, -4});
+    EXPECT_EQ(hit.code, 2);
+    expectNear(hit.at, {-4, -2, -6}, 1e-13);
+    // Any one component of the direction changed breaks the form.
+    EXPECT_EQ(intersect(segment, {2, 2, 2}, {-6, 0, -4}).code, 0);
+    EXPECT_EQ(intersect(segment, {-2, -2, 2}, {-6, 0, -4}).code, 0);
+    EXPECT_EQ(intersect(segment, {-2, 2, -2}, {-6, 0, -4}).code, 0);
+}
+
 TEST(IntersectLineTriangle, TheSegmentRunsFromTheFirstOfTheTwinsOrFromTheThirdVertex) {
     const Place direction{-0.6, -0.8, 0};
     const Place origin{3, 5, 1};

@@ -42,6 +42,7 @@ void closeOnce(int& descriptor) {
 pid_t start(std::vector<std::string> arguments, const std::filesystem::path& folder, const Pipe& input,
             const Pipe& output, const Pipe& errors) {
     std::vector<char*> words;
+    words.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) {
         words.push_back(argument.data());
     }

@@ -147,7 +147,8 @@ TEST_F(DialogLines, DialogsHaveTheirPromisedFields) {
     };
     for (const Promise& promise : promises) {
         std::vector<std::string> names;
-        for (const auto& [name, value] : printed(std::string("dialog ") + promise.dialog).items()) {
+        const Json dialog = printed(std::string("dialog ") + promise.dialog);
+        for (const auto& [name, value] : dialog.items()) {
             names.push_back(name);
         }
         EXPECT_THAT(names, ElementsAreArray(promise.fields)) << promise.dialog;

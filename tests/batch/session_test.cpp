@@ -11,6 +11,7 @@ namespace {
 
 using test::SessionFixture;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 class Session : public SessionFixture {
 protected:
@@ -23,8 +24,7 @@ protected:
     }
 };
 
-// ---- Start and lines
-// --------------------------------------------------------------------------------------------------
+// ---- Start and lines -----------------------------------------------------------------------------------------------
 
 TEST_F(Session, StandsAsAfterTheStart) {
     EXPECT_TRUE(recorder.events.empty()) << "the start is not printed";
@@ -106,15 +106,14 @@ TEST_F(Session, EchoSaysEachLineBeforeItRuns) {
     EXPECT_EQ(echoed.events[3].at("event"), "error");
 }
 
-// ---- Opening
-// ----------------------------------------------------------------------------------------------------------
+// ---- Opening -------------------------------------------------------------------------------------------------------
 
 TEST_F(Session, OpenByPathAsksNothing) {
     changePlate();
     must("open " + file("plate.apt"));
     EXPECT_EQ(kinds("question"), 0);
     EXPECT_EQ(kinds("chooser"), 0);
-    EXPECT_EQ(event("title"), Json());
+    EXPECT_EQ(kinds("title"), 0) << "the title is the same as before";
     EXPECT_EQ(event("recent").at("path"), (folder / "plate.apt").string());
     EXPECT_EQ(printed("state").at("counts"), Json({{5, 5, 5, 5}}));
 }
@@ -130,8 +129,7 @@ TEST_F(Session, OpenTakesBytesThatAreNoUtf8) {
     EXPECT_EQ(event("title").at("text"), "pl\xff.apt");
 }
 
-// ---- Commands
-// ---------------------------------------------------------------------------------------------------------
+// ---- Commands ------------------------------------------------------------------------------------------------------
 
 TEST_F(Session, RefusesAnUnknownCommand) {
     EXPECT_THAT(errorOf("run line.dance"), HasSubstr("\"line.dance\""));
@@ -181,7 +179,7 @@ TEST_F(Session, TogglesOfTheFrameDoNothing) {
     EXPECT_EQ(events.size(), 1U);
 }
 
-// ---- Questions, choosers and what is left over ----------------------------------------------------------------------
+// ---- Questions, choosers and what is left over ---------------------------------------------------------------------
 
 TEST_F(Session, AnswersQuestionsFromTheLine) {
     openPlate();
@@ -249,8 +247,7 @@ TEST_F(Session, WordsBehindACommandGiveValues) {
     EXPECT_EQ(kinds("status"), 0) << "the command has not run";
 }
 
-// ---- Leaving
-// ----------------------------------------------------------------------------------------------------------
+// ---- Leaving -------------------------------------------------------------------------------------------------------
 
 TEST_F(Session, QuitSaysDoneAndLeaves) {
     EXPECT_EQ(run("quit"), Outcome::Leave);
@@ -273,8 +270,7 @@ TEST_F(Session, QuitAsksAboutUnsavedData) {
 TEST_F(Session, QuitAnsweredYesSaves) {
     changePlate();
     EXPECT_EQ(run("run file.exit answer=yes"), Outcome::Leave);
-    must("open " + file("plate.apt"));
-    EXPECT_EQ(printed("state").at("counts"), Json({{3, 3, 3, 3}}));
+    EXPECT_THAT(test::fileText(folder / "plate.apt"), StartsWith("4 3\n"));
 }
 
 TEST_F(Session, QuitStaysWhenSavingFails) {
@@ -296,8 +292,7 @@ TEST_F(Session, EscapeWithUnsavedDataNeedsAnAnswerThatItCannotHave) {
     EXPECT_THAT(errorOf("key escape"), HasSubstr("Save data before exit"));
 }
 
-// ---- Size, mouse and paints
-// -------------------------------------------------------------------------------------------
+// ---- Size, mouse and paints ----------------------------------------------------------------------------------------
 
 TEST_F(Session, SizeResizesTheView) {
     must("size 400 100");
@@ -358,8 +353,7 @@ TEST_F(Session, RightClickShowsNoMenuWithoutARegime) {
     EXPECT_EQ(kinds("menu"), 0);
 }
 
-// ---- Time
-// -------------------------------------------------------------------------------------------------------------
+// ---- Time ----------------------------------------------------------------------------------------------------------
 
 class Spin : public Session {
 protected:
@@ -383,7 +377,7 @@ protected:
     /// The rotation that `ticks` ticks make of `start`: each turns by a quarter of the spin angle twice.
     Matrix4 spun(Matrix4 start, int ticks) {
         const Json view = printed("view");
-        const Json axis = view.at("spinAxis");
+        const Json& axis = view.at("spinAxis");
         for (int i = 0; i < 2 * ticks; ++i) {
             start =
                 start * rotationMatrix(0.25 * view.at("spinAngle").get<double>(),
@@ -430,9 +424,9 @@ TEST_F(Spin, AClickStopsIt) {
     expectNear(rotation(), start);
 }
 
-TEST_F(Spin, ALongWaitEnds) {
+TEST_F(Spin, GoesOnThroughALongWait) {
     throwModel();
-    must("wait 3600000");
+    must("wait 60000");
     EXPECT_TRUE(printed("state").at("spinTimerOn").get<bool>());
 }
 

@@ -287,8 +287,8 @@ const Rule rules[] = {
 };
 
 const char* const alwaysOn[] = {
-    "file.new",      "file.open",    "file.openField", "file.exit",      "patch.exit",  "block.invert", "line.exit",
-    "buffer.open",   "point.exit",   "view.toolbar",   "view.statusBar", "view.features", "help.topics", "help.about",
+    "file.new",    "file.open",  "file.openField", "file.exit",      "patch.exit",    "block.invert", "line.exit",
+    "buffer.open", "point.exit", "view.toolbar",   "view.statusBar", "view.features", "help.topics",  "help.about",
 };
 
 void apply(const State& s, VelmoraDoc& d) {
@@ -380,8 +380,8 @@ private:
     void note(const Condition& condition) {
         for (const Domain& domain : domains()) {
             const auto& named = condition.uses;
-            const bool known = std::any_of(uses.begin(), uses.end(),
-                                           [&](const Domain& d) { return d.variable == domain.variable; });
+            const bool known =
+                std::any_of(uses.begin(), uses.end(), [&](const Domain& d) { return d.variable == domain.variable; });
             if (!known && std::find(named.begin(), named.end(), domain.variable) != named.end()) {
                 uses.push_back(domain);
             }

@@ -8,6 +8,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "RecordingUi.h"
+#include "VelmoraDoc.h"
+
 namespace velmora::test {
 
 namespace {
@@ -333,6 +336,50 @@ TEST(CommandTable, RunsOnlyDocumentCommandsByADocumentMethod) {
     }
 }
 
+TEST(CommandTable, RunsTheMethodOfEachCommandThatIsThere) {
+    const std::map<std::string, void (VelmoraDoc::*)()> expected = {
+        {"file.new", &VelmoraDoc::onNewDocument},
+        {"file.open", &VelmoraDoc::openFiles},
+        {"file.append", &VelmoraDoc::appendFile},
+        {"file.save", &VelmoraDoc::saveModel},
+        {"file.saveAs", &VelmoraDoc::saveModelAs},
+        {"patch.inputAndAdd", &VelmoraDoc::InputPatch},
+        {"patch.undo", &VelmoraDoc::UndoPatch},
+        {"block.only", &VelmoraDoc::ToggleBlockOnly},
+        {"line.captureSection", &VelmoraDoc::CaptureSection},
+        {"line.captureLine", &VelmoraDoc::CaptureLine},
+        {"line.inputSection", &VelmoraDoc::InputSection},
+        {"line.inputLine", &VelmoraDoc::InputLine},
+        {"line.next", &VelmoraDoc::NextSectionOrLine},
+        {"line.rebreak", &VelmoraDoc::Rebreak},
+        {"point.capture", &VelmoraDoc::CapturePoint},
+        {"point.next", &VelmoraDoc::CapturePoint},
+        {"point.edit", &VelmoraDoc::EditPoint},
+        {"point.free", &VelmoraDoc::CaptureFreePointInPointRegime},
+        {"point.free.line", &VelmoraDoc::CaptureFreePoint},
+        {"point.undo", &VelmoraDoc::UndoPoint},
+        {"view.fit", &VelmoraDoc::FitToWindow},
+        {"view.features", &VelmoraDoc::ViewFeatures},
+    };
+    for (const auto& [id, method] : expected) {
+        EXPECT_TRUE(findCommand(id)->run == method) << id;
+    }
+}
+
+TEST(CommandTable, EndsEachRegimeByItsExit) {
+    RecordingUi ui;
+    VelmoraDoc doc(ui, {});
+    doc.pointCaptured = doc.sectionCaptured = doc.patchCaptured = true;
+    (doc.*findCommand("point.exit")->run)();
+    EXPECT_FALSE(doc.pointRegimeActive());
+    EXPECT_TRUE(doc.sectionCaptured && doc.patchCaptured);
+    (doc.*findCommand("line.exit")->run)();
+    EXPECT_FALSE(doc.curveRegimeActive());
+    EXPECT_TRUE(doc.patchCaptured);
+    (doc.*findCommand("patch.exit")->run)();
+    EXPECT_FALSE(doc.patchRegimeActive());
+}
+
 TEST(CommandTable, NamesTheOwnerOfEachCommand) {
     for (const Command& command : commandTable()) {
         const std::string id = command.id;
@@ -368,10 +415,6 @@ TEST(CommandTable, LacksExactlyTheseDocumentCommands) {
         "file.openField",
         "file.saveAsField",
         "file.closeField",
-        "patch.capture",
-        "patch.addToBlock",
-        "patch.removeFromBlock",
-        "block.new",
         "block.invert",
         "block.extract",
         "block.delete",
@@ -383,7 +426,6 @@ TEST(CommandTable, LacksExactlyTheseDocumentCommands) {
         "block.matchBorderAndGrid",
         "block.merge",
         "line.splitPatch",
-        "line.gateToPatchMode",
         "line.scaling",
         "line.move",
         "line.flip",
@@ -408,13 +450,6 @@ TEST(CommandTable, LacksExactlyTheseDocumentCommands) {
         "buffer.reverse",
         "buffer.merge",
         "buffer.match",
-        "point.input",
-        "point.drag",
-        "point.delete",
-        "point.duplicate",
-        "point.cut",
-        "point.copy",
-        "point.paste",
         "point.rebreakPart",
         "point.knifePart",
         "point.copyPart",

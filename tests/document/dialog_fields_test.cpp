@@ -73,21 +73,18 @@ TEST(DialogFields, OfDuplicate) {
 }
 
 TEST(DialogFields, OfRebreak) {
-    EXPECT_THAT(linesOf("CRebreak"),
-                ElementsAre("Rebreak ",
-                            "regime |  | radio | 1 | \"Captured section (line)\" \"All sections (lines)\"",
-                            "function |  | radio | 1 | \"Spline\" \"Linear\"",
-                            "style |  | radio | 1 | \"Compress points\" \"Fit to captured section\"",
-                            "exactness | Exactness % | int | 0 | 0 to 100",
-                            "newCount | Number of points | int | 2 | 2 to 1000000",
-                            "compression | Compression | real | 1 | 0.0001 to 10000",
-                            "firstPoint | First point | int | 1 | 1 to 1000000",
-                            "lastPoint | Last point | int | 1 | 1 to 1000000",
-                            "capturedNumber | Captured | int | 1 | 1 to 1000000",
-                            "firstCurve | First | int | 1 | 1 to 1000000",
-                            "lastCurve | Last | int | 1 | 1 to 1000000",
-                            "patchNumber | Patch | int | 1 | 1 to 1000000 | read-only",
-                            "useBlock | Block | check | 0"));
+    EXPECT_THAT(
+        linesOf("CRebreak"),
+        ElementsAre(
+            "Rebreak ", "regime |  | radio | 1 | \"Captured section (line)\" \"All sections (lines)\"",
+            "function |  | radio | 1 | \"Spline\" \"Linear\"",
+            "style |  | radio | 1 | \"Compress points\" \"Fit to captured section\"",
+            "exactness | Exactness % | int | 0 | 0 to 100", "newCount | Number of points | int | 2 | 2 to 1000000",
+            "compression | Compression | real | 1 | 0.0001 to 10000",
+            "firstPoint | First point | int | 1 | 1 to 1000000", "lastPoint | Last point | int | 1 | 1 to 1000000",
+            "capturedNumber | Captured | int | 1 | 1 to 1000000", "firstCurve | First | int | 1 | 1 to 1000000",
+            "lastCurve | Last | int | 1 | 1 to 1000000", "patchNumber | Patch | int | 1 | 1 to 1000000 | read-only",
+            "useBlock | Block | check | 0"));
 }
 
 TEST(DialogFields, OfRebreakFirstAndLastStandInAFrame) {
@@ -122,8 +119,9 @@ TEST(DialogFields, OfInputLine) {
 TEST(DialogFields, OfViewFeatures) {
     EXPECT_THAT(linesOf("CFeatures"),
                 ElementsAre("View features", "showBlockOnly | Block only | check | 0",
-                            "showFirstPoints | First points | check | 0", "showDoublePoints | Double points | check | 0",
-                            "showBuffer | Buffer | check | 0", "showZBlockMarkers | Markers in zBlock | check | 0"));
+                            "showFirstPoints | First points | check | 0",
+                            "showDoublePoints | Double points | check | 0", "showBuffer | Buffer | check | 0",
+                            "showZBlockMarkers | Markers in zBlock | check | 0"));
 }
 
 TEST(DialogFields, OfBeforeOrAfter) {
@@ -213,8 +211,7 @@ TEST(ViewFeaturesDialog, ClearsAndDisablesDoublePointsInAnUnstructuredModel) {
     values.unstructured = true;
     DialogForm form = describe(values);
     openDialog(form);
-    EXPECT_THAT(liveFields(form),
-                ElementsAre("showBlockOnly", "showFirstPoints", "showBuffer", "showZBlockMarkers"));
+    EXPECT_THAT(liveFields(form), ElementsAre("showBlockOnly", "showFirstPoints", "showBuffer", "showZBlockMarkers"));
     EXPECT_FALSE(values.showDoublePoints);
 }
 

@@ -13,9 +13,12 @@ namespace {
 /// A dialog of one field of each kind, with what a refresh was told.
 struct Sample : testing::Test {
     Sample() {
-        form.fields = {integerField("count", "Count", count, 2, 1000000), realField("size", "Size", size, 0.5, 10),
-                       integerField("anyWhole", "Any", anyWhole),         realField("any", "Any", any),
-                       checkField("tick", "Tick", tick),                  radioField("way", way, {"One", "Two", "Three"}),
+        form.fields = {integerField("count", "Count", count, 2, 1000000),
+                       realField("size", "Size", size, 0.5, 10),
+                       integerField("anyWhole", "Any", anyWhole),
+                       realField("any", "Any", any),
+                       checkField("tick", "Tick", tick),
+                       radioField("way", way, {"One", "Two", "Three"}),
                        shownOnly(integerField("shown", "Shown", shown, 1, 5))};
         form.refresh = [this](DialogForm&, std::string_view key) { refreshed.emplace_back(key); };
     }
@@ -39,7 +42,6 @@ struct Sample : testing::Test {
     DialogForm form;
     std::vector<std::string> refreshed;
 };
-
 
 struct BadIntegerField : Sample, testing::WithParamInterface<const char*> {};
 struct BadRealField : Sample, testing::WithParamInterface<const char*> {};

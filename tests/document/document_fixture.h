@@ -79,9 +79,7 @@ protected:
         ++doc.blockCount;
     }
 
-    std::vector<std::int32_t> block() const {
-        return {doc.blockList.begin(), doc.blockList.begin() + doc.blockCount};
-    }
+    std::vector<std::int32_t> block() const { return {doc.blockList.begin(), doc.blockList.begin() + doc.blockCount}; }
 
     void capturePoint(std::int32_t patch, std::int32_t section, std::int32_t point) {
         doc.pointCaptured = true;

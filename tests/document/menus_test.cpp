@@ -71,7 +71,9 @@ Texts tipsOf(const Menu& bar) {
     return tips;
 }
 
-const Menu& mainMenu(std::size_t index) { return mainMenus().at(index); }
+const Menu& mainMenu(std::size_t index) {
+    return mainMenus().at(index);
+}
 
 std::vector<const Menu*> allMenus() {
     std::vector<const Menu*> all = {&pointContextMenu(), &lineContextMenu(), &patchContextMenu()};
@@ -156,12 +158,29 @@ TEST(Menus, ViewHoldsItsCommandsInOrder) {
                             "Manual", "<", "Rotate", "Rotate about X axis", "Rotate about Y axis",
                             "Rotate about Z axis", "Translate in XY plane", "Translate in Z direction", "Shift",
                             "Scale", "Zoom In", "Zoom Out", "Fit to Window", "Previous", "Surface"));
-    EXPECT_THAT(exactTexts(mainMenu(3)),
-                testing::IsSupersetOf({"&Perspective Projection", "&Orthographic Projection", "&Top", "&Bottom",
-                                       "&Front", "Bac&k", "&Right", "&Left", "&Iso", "&Manual...", "&Rotate",
-                                       "Rotate about &X axis", "Rotate about &Y axis", "Rotate about &Z axis",
-                                       "Translate in XY plan&e", "Translate in Z directio&n", "S&hift", "S&cale",
-                                       "Zoom &In", "Zoom &Out", "&Fit to Window", "Pre&vious", "&Surface"}));
+    EXPECT_THAT(exactTexts(mainMenu(3)), testing::IsSupersetOf({"&Perspective Projection",
+                                                                "&Orthographic Projection",
+                                                                "&Top",
+                                                                "&Bottom",
+                                                                "&Front",
+                                                                "Bac&k",
+                                                                "&Right",
+                                                                "&Left",
+                                                                "&Iso",
+                                                                "&Manual...",
+                                                                "&Rotate",
+                                                                "Rotate about &X axis",
+                                                                "Rotate about &Y axis",
+                                                                "Rotate about &Z axis",
+                                                                "Translate in XY plan&e",
+                                                                "Translate in Z directio&n",
+                                                                "S&hift",
+                                                                "S&cale",
+                                                                "Zoom &In",
+                                                                "Zoom &Out",
+                                                                "&Fit to Window",
+                                                                "Pre&vious",
+                                                                "&Surface"}));
 }
 
 TEST(Menus, OptionsAndHelpHoldTheirCommands) {
@@ -170,10 +189,10 @@ TEST(Menus, OptionsAndHelpHoldTheirCommands) {
 }
 
 TEST(Menus, FileWordsItsItemsAsUsersKnowThem) {
-    EXPECT_THAT(exactTexts(mainMenu(0)),
-                testing::IsSupersetOf({"Append wrl...", "Append dat...", "Close dat", "Append sft...", "Close sft",
-                                       "Open apm", "Close apm", "Open dat (field)...", "Save As dat (field)",
-                                       "Close dat (field)"}));
+    EXPECT_THAT(
+        exactTexts(mainMenu(0)),
+        testing::IsSupersetOf({"Append wrl...", "Append dat...", "Close dat", "Append sft...", "Close sft", "Open apm",
+                               "Close apm", "Open dat (field)...", "Save As dat (field)", "Close dat (field)"}));
 }
 
 TEST(ContextMenus, OfAPointListsItsTextsInOrder) {
@@ -208,11 +227,10 @@ TEST(ContextMenus, OfAPatchListsItsTextsInOrder) {
 TEST(ContextMenus, OfAPatchRunsPatchCommands) {
     EXPECT_THAT(commandsOf(patchContextMenu()),
                 ElementsAre("patch.addToBlock", "patch.removeFromBlock", "block.invert", "block.new", "patch.undo",
-                            "block.delete", "block.extract", "block.saveAs", "block.copy", "block.paste",
-                            "block.merge", "block.matchBorder", "block.matchBorderAndGrid", "model.reflectToApt",
-                            "model.intersection", "model.invisibleRemove", "convert.toUnstructured", "convert.toApt",
-                            "convert.toSkl", "line.captureSection", "line.captureLine", "block.extrapolate",
-                            "patch.exit"));
+                            "block.delete", "block.extract", "block.saveAs", "block.copy", "block.paste", "block.merge",
+                            "block.matchBorder", "block.matchBorderAndGrid", "model.reflectToApt", "model.intersection",
+                            "model.invisibleRemove", "convert.toUnstructured", "convert.toApt", "convert.toSkl",
+                            "line.captureSection", "line.captureLine", "block.extrapolate", "patch.exit"));
 }
 
 TEST(ContextMenus, OfALineListsItsTextsInOrder) {
@@ -247,8 +265,8 @@ TEST(ToolBars, AreGeneralEditingAndTransformations) {
 TEST(ToolBars, GeneralHasItsButtonsInOrder) {
     EXPECT_THAT(tipsOf(toolBars()[0]),
                 ElementsAre("New", "Open", "Save", "Append", "|", "Capture patch", "Input patch", "|",
-                            "Capture section", "Input section", "|", "Capture line", "Input line", "|",
-                            "Capture point", "|", "Undo patch", "Undo point", "|", "Rotate", "Rotate about X axis",
+                            "Capture section", "Input section", "|", "Capture line", "Input line", "|", "Capture point",
+                            "|", "Undo patch", "Undo point", "|", "Rotate", "Rotate about X axis",
                             "Rotate about Y axis", "Rotate about Z axis", "Translate in XY plane",
                             "Translate in Z direction", "Shift", "|", "Scale", "Zoom In", "Zoom out", "Fit image",
                             "Surface", "|", "Manual", "3D view", "Front view", "Up view", "Side view", "|",
@@ -269,8 +287,8 @@ TEST(ToolBars, TransformationsHasItsButtonsInOrder) {
                 ElementsAre("APT to DAT", "SKL to APT", "DAT to SKL", "|", "Scaling zBlock or geometry",
                             "Move zBlock or geometry", "Rotate zBlock or geometry", "Flip zBlock or geometry",
                             "Create symmetric geometry", "Convert sections to lines", "Last_First switch", "Knife",
-                            "Merge patches", "|", "Reflect zBlock to apt", "Reflect zBlock to wrl",
-                            "Intersect zBlock", "|", "Coons rebuild", "Smooth geometry"));
+                            "Merge patches", "|", "Reflect zBlock to apt", "Reflect zBlock to wrl", "Intersect zBlock",
+                            "|", "Coons rebuild", "Smooth geometry"));
 }
 
 TEST(ToolBars, AloneHoldTheCommandsThatHaveNoMenu) {
@@ -290,8 +308,7 @@ TEST(ToolBars, AloneHoldTheCommandsThatHaveNoMenu) {
             }
         }
     }
-    EXPECT_THAT(onBarsOnly,
-                ElementsAre("block.only", "view.frontView", "view.sideView", "view.threeD", "view.upView"));
+    EXPECT_THAT(onBarsOnly, ElementsAre("block.only", "view.frontView", "view.sideView", "view.threeD", "view.upView"));
 }
 
 TEST(Menus, ShowEveryCommandSomewhere) {
@@ -353,7 +370,7 @@ TEST_P(ContextMenuChoice, TakesTheInnermostRegime) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Regimes, ContextMenuChoice, testing::ValuesIn(choices),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& tested) { return std::string(tested.param.name); });
 
 TEST(ContextMenus, AFreePointAloneOpensNone) {
     RecordingUi ui;

@@ -451,6 +451,15 @@ TEST_F(AptLimitTest, AFileOfExactlyTheLimitIsReadWhole) {
     EXPECT_FALSE(result_.cutAtLimit);
 }
 
+TEST_F(AptLimitTest, TheSectionThatReachesTheLimitExactlyIsTheLast) {
+    read(halves(1004, 40, 60) + halves(1, 41, 60));
+    expectQuietEnd();
+    ASSERT_EQ(patches_.size(), 1005U);
+    EXPECT_EQ(patches_.back().size(), 40U);
+    EXPECT_EQ(result_.pointsKept, keptPointLimit);
+    EXPECT_TRUE(result_.cutAtLimit);
+}
+
 TEST_F(AptLimitTest, BehindTheLimitACompartmentGetsItsFirstSectionOnly) {
     read(halves(1005, 40, 60) + halves(2, 3, 2));
     expectQuietEnd();

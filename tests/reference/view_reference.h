@@ -18,7 +18,9 @@ inline zVec<double> apply(const Rows& m, const zVec<double>& v) {
             m[2][0] * v.x + m[2][1] * v.y + m[2][2] * v.z};
 }
 
-inline double length(const zVec<double>& v) { return std::hypot(v.x, v.y, v.z); }
+inline double length(const zVec<double>& v) {
+    return std::hypot(v.x, v.y, v.z);
+}
 
 /// `v` turned by `degrees` about `axis` by the right-hand rule: its part along the axis stays, the rest turns.
 inline zVec<double> turned(const zVec<double>& v, double degrees, const zVec<double>& axis) {

@@ -84,8 +84,8 @@ TEST(Matrix, TranslationAndScaleStandInTheirColumns) {
 
 TEST(OrthographicMatrix, OffCentreBoxGivesTheHandWorkedNumbers) {
     // Width 6 about 1, height 4 about 1, depth 1 to 5.
-    const Matrix4 expected{2.0 / 6.0,  0, 0, 0, 0, 2.0 / 4.0, 0, 0, 0, 0, -2.0 / 4.0, 0, -2.0 / 6.0, -2.0 / 4.0,
-                           -6.0 / 4.0, 1};
+    const Matrix4 expected{2.0 / 6.0, 0, 0,          0, 0,          2.0 / 4.0,  0,          0,
+                           0,         0, -2.0 / 4.0, 0, -2.0 / 6.0, -2.0 / 4.0, -6.0 / 4.0, 1};
     expectMatrix(orthographicMatrix(-2, 4, -1, 3, 1, 5), expected, 1e-15);
 }
 

@@ -119,7 +119,7 @@ TEST(UpdateProjection, PerspectiveWindowIsScaledToTheNearPlane) {
     rig.view.UpdateProjection();
     const double s = 0.2 / (3.0 + 2.0 * eyeRadii);
     // Left -1.5, right 4.5, bottom -2, top 2, each times s; near 0.2, far 500.
-    const Matrix4 expected{0.4 / (6 * s), 0, 0, 0, 0, 0.4 / (4 * s), 0, 0, 0.5, 0, -500.2 / 499.8, -1.0, 0, 0,
+    const Matrix4 expected{0.4 / (6 * s),  0, 0, 0, 0, 0.4 / (4 * s), 0, 0, 0.5, 0, -500.2 / 499.8, -1.0, 0, 0,
                            -200.0 / 499.8, 0};
     expectMatrix(rig.view.projectionMatrix, expected, 1e-11);
 }

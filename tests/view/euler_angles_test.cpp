@@ -30,9 +30,13 @@ Matrix4 viewRotation(const zVec<double>& degrees) {
 }
 
 /// Distance between two angles on the circle.
-double apart(double a, double b) { return std::abs(std::remainder(a - b, 360.0)); }
+double apart(double a, double b) {
+    return std::abs(std::remainder(a - b, 360.0));
+}
 
-TEST(EulerAngles, IdentityHasNone) { EXPECT_EQ(eulerAngles(identityMatrix()), zVec<double>(0, 0, 0)); }
+TEST(EulerAngles, IdentityHasNone) {
+    EXPECT_EQ(eulerAngles(identityMatrix()), zVec<double>(0, 0, 0));
+}
 
 TEST(EulerAngles, SingleAxisTurnsGiveTheirAngle) {
     expectVector(eulerAngles(rotationOf({25, 0, 0})).value(), {25, 0, 0}, 1e-10);
@@ -104,6 +108,12 @@ TEST(EulerAngles, RightAngleOfYPutsAllOfTheRestIntoZ) {
     expectVector(eulerAngles(viewRotation({20, 90, 70})).value(), {0, 90, 50}, 1e-6);
     expectVector(eulerAngles(viewRotation({30, -90, 0})).value(), {0, -90, 30}, 1e-6);
     expectVector(eulerAngles(viewRotation({20, -90, 50})).value(), {0, -90, 70}, 1e-6);
+}
+
+// The cosine in the matrix can come out a rounding error above 1.
+TEST(EulerAngles, RightAngleOfYWithXAndZTakenTogetherIsFound) {
+    expectVector(eulerAngles(viewRotation({-105, -90, 105})).value(), {0, -90, 0}, 1e-5);
+    expectVector(eulerAngles(viewRotation({105, 90, 105})).value(), {0, 90, 0}, 1e-5);
 }
 
 TEST(EulerAngles, MinusRightAngleOfYHasNoXAndNoZ) {

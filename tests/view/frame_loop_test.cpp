@@ -65,9 +65,9 @@ TEST(OpenGLView, DestroysTheContextBeforeTheDrawingArea) {
 
 TEST(OpenGLView, EachFailingCallLeavesItsText) {
     const std::pair<const char*, const char*> failures[] = {
-        {"obtainDrawingArea", "Unable to get a DC"},      {"choosePixelFormat", "ChoosePixelFormat failed"},
+        {"obtainDrawingArea", "Unable to get a DC"},       {"choosePixelFormat", "ChoosePixelFormat failed"},
         {"selectPixelFormat", "SelectPixelFormat failed"}, {"createContext", "wglCreateContext failed"},
-        {"makeCurrent", "wglMakeCurrent failed"},         {"swapBuffers", "SwapBuffers failed"},
+        {"makeCurrent", "wglMakeCurrent failed"},          {"swapBuffers", "SwapBuffers failed"},
         {"deleteContext", "wglDeleteContext failed"},
     };
     for (const auto& [call, text] : failures) {
@@ -160,8 +160,8 @@ TEST(Frame, RubberBandIsInvertedBehindTheSwap) {
     rig.paint();
     ASSERT_EQ(rig.surface.rectangles.size(), 1U);
     EXPECT_EQ(rig.surface.rectangles[0], std::pair(PixelPoint{10, 20}, PixelPoint{30, 45}));
-    EXPECT_THAT(rig.surface.calls, ElementsAre("clearFrame", "clearFrame", "drawScene", "finishFrame", "swapBuffers",
-                                               "invertRectangle"));
+    EXPECT_THAT(rig.surface.calls,
+                ElementsAre("clearFrame", "clearFrame", "drawScene", "finishFrame", "swapBuffers", "invertRectangle"));
 }
 
 TEST(Frame, NoRectangleIsDrawnWithoutARubberBand) {

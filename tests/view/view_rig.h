@@ -94,6 +94,7 @@ struct ViewRig {
         return {static_cast<int>(std::lround(at.x)), view.viewport.height - 1 - static_cast<int>(std::lround(at.y))};
     }
 
+    bool pick(const zVec<double>& point) { return view.PickPoint(pixelOf(point)); }
     void press(const zVec<double>& point) { view.OnLeftButtonDown(pixelOf(point)); }
     void release(const zVec<double>& point) { view.OnLeftButtonUp(pixelOf(point)); }
     void click(const zVec<double>& point) {

@@ -36,8 +36,15 @@ unset WAYLAND_DISPLAY XDG_CURRENT_DESKTOP DBUS_SESSION_BUS_ADDRESS 2>/dev/null |
 export QT_QPA_PLATFORM=xcb LIBGL_ALWAYS_SOFTWARE=1 NO_AT_BRIDGE=1 QT_SCALE_FACTOR=1
 export LC_ALL=C.UTF-8
 
-openbox >"$home/manager.log" 2>&1 &
+# A window that comes before the manager is neither placed nor made active: wait until the manager says it is there.
+openbox --startup "touch $home/managed" >"$home/manager.log" 2>&1 &
 manager=$!
+waited=0
+until [ -e "$home/managed" ]; do
+    waited=$((waited + 1))
+    [ "$waited" -lt 200 ] || { cat "$home/manager.log" >&2; exit 1; }
+    sleep 0.05
+done
 status=0
 "$@" || status=$?
 exit $status

@@ -78,14 +78,26 @@ bool VelmoraDoc::removeGeometryAfterQuestion() {
     if (!ui_.ask(message::removeGeometry)) {
         return false;
     }
-    SavePatchUndo();
-    patchUndoReady = true;
+    keepForUndo();
     showBlockOnly = false;
-    rebuildOnUndo = false;
     clearModel();
     titleWrong_ = false;
     setTitle("Untitled");
     return true;
+}
+
+/// The snapshot of a model that is about to be removed, with its file: brought back under the name of another file, it
+/// would be saved over that one.
+void VelmoraDoc::keepForUndo() {
+    pointUndoPatches.clear();
+    pointUndoReady = false;
+    if (patches.empty()) {
+        return;
+    }
+    SavePatchUndo();
+    patchUndoReady = true;
+    rebuildOnUndo = false;
+    undoPath_ = chosenPath;
 }
 
 void VelmoraDoc::clearModel() {
@@ -97,7 +109,6 @@ void VelmoraDoc::clearModel() {
     fieldPatches.clear();
     cbcAppended = false;
     gridNamed = false;
-    incompleteFiles_.clear();
 }
 
 // ---- Open and Append ------------------------------------------------------------------------------------------------
@@ -153,10 +164,8 @@ void VelmoraDoc::loadFurtherFiles(const std::vector<std::filesystem::path>& path
 
 void VelmoraDoc::onOpenDocument(const std::filesystem::path& path) {
     appendMode = false;
+    keepForUndo();
     clearModel();
-    // What could be undone belonged to the model that is gone.
-    clearSnapshots();
-    pointUndoReady = patchUndoReady = false;
     updateBounds();
     redraw();
     pointsRead_ = pointsKept_ = 0;
@@ -185,6 +194,8 @@ void VelmoraDoc::finishOpen() {
 void VelmoraDoc::tellThinning() {
     if (pointsKept_ < pointsRead_) {
         ShowStatus("Points in the file: " + std::to_string(pointsRead_) + ", kept: " + std::to_string(pointsKept_));
+    } else if (status != idlePrompt) {
+        ShowStatus(idlePrompt); // what was captured before is gone
     }
 }
 
@@ -230,6 +241,7 @@ struct StructuredRead {
     bool namesFile = false; ///< the reader came as far as the title
     std::int64_t pointsInFile = 0;
     std::int64_t pointsKept = 0;
+    bool textBehind = false; ///< the file holds more than the reader could make sense of
     std::vector<std::string> messages;
 };
 
@@ -237,13 +249,15 @@ StructuredRead readByExtension(const std::filesystem::path& path, const std::str
     StructuredRead read;
     if (extension == "apt") {
         const AptReadResult result = readApt(path, patches);
-        read = {result.opened, result.firstPassEnded || result.endReached, result.pointsInFile, result.pointsKept, {}};
+        read = {result.opened,       result.firstPassEnded || result.endReached,
+                result.pointsInFile, result.pointsKept,
+                result.textBehind,   {}};
         for (const FormatFault& fault : result.faults) {
             read.messages.push_back(aptMessage(fault));
         }
     } else {
         const SklReadResult result = readSkl(path, patches);
-        read = {result.opened, result.endReached, result.pointsRead, result.pointsRead, {}};
+        read = {result.opened, result.endReached, result.pointsRead, result.pointsRead, result.textBehind, {}};
         for (const FormatFault& fault : result.faults) {
             read.messages.push_back(sklMessage(fault));
         }
@@ -262,14 +276,17 @@ bool VelmoraDoc::readStructured(const std::filesystem::path& path, const std::st
     const bool failed = !read.messages.empty();
     pointsRead_ += read.pointsInFile;
     pointsKept_ += read.pointsKept;
-    if (read.opened && (failed || read.pointsKept < read.pointsInFile)) {
-        incompleteFiles_.push_back(path);
+    if (read.opened) {
+        noteCompleteness(path, !failed && !read.textBehind && read.pointsKept >= read.pointsInFile);
     }
     if (!appendMode && read.namesFile) {
         takeExtension(extension);
     }
     for (const std::string& text : read.messages) {
         ui_.showMessage(text);
+        if (read.opened) {
+            setTitle("Wrong");
+        }
     }
     if (!read.opened) {
         return false;
@@ -277,14 +294,20 @@ bool VelmoraDoc::readStructured(const std::filesystem::path& path, const std::st
     if (failed) {
         titleWrong_ = true;
         checkRegularity(patches);
-        setTitle("Wrong");
         return false;
     }
-    if (!appendMode) {
-        titleWrong_ = false;
-    }
+    titleWrong_ = false;
     retitle();
     return true;
+}
+
+void VelmoraDoc::noteCompleteness(const std::filesystem::path& path, bool complete) {
+    const auto same = [&path](const std::filesystem::path& other) { return sameFile(other, path); };
+    incompleteFiles_.erase(std::remove_if(incompleteFiles_.begin(), incompleteFiles_.end(), same),
+                           incompleteFiles_.end());
+    if (!complete) {
+        incompleteFiles_.push_back(path);
+    }
 }
 
 // ---- Save -----------------------------------------------------------------------------------------------------------
@@ -296,8 +319,8 @@ void VelmoraDoc::saveModel() {
 }
 
 bool VelmoraDoc::mayOverwrite(const std::filesystem::path& path) {
-    const auto incomplete = std::find(incompleteFiles_.begin(), incompleteFiles_.end(), path);
-    return incomplete == incompleteFiles_.end() || ui_.ask(message::holdsMorePoints);
+    const auto same = [&path](const std::filesystem::path& other) { return sameFile(other, path); };
+    return std::none_of(incompleteFiles_.begin(), incompleteFiles_.end(), same) || ui_.ask(message::holdsMorePoints);
 }
 
 VelmoraDoc::SaveResult VelmoraDoc::saveCurrent() {
@@ -326,7 +349,7 @@ bool VelmoraDoc::writeStructured(const std::filesystem::path& path, const std::s
         ui_.showMessage(std::string(cannotSaveMessage));
         return false;
     }
-    incompleteFiles_.erase(std::remove(incompleteFiles_.begin(), incompleteFiles_.end(), path), incompleteFiles_.end());
+    noteCompleteness(path, true);
     return true;
 }
 
@@ -374,8 +397,9 @@ bool VelmoraDoc::saveModified() {
     if (structureKind == "non" || !documentModified || !ui_.ask(message::saveBeforeExit)) {
         return true;
     }
-    // Work that could not be written is not thrown away: the document stays open.
-    return saveCurrent() == SaveResult::Saved;
+    // Work that could not be written is not thrown away: the document stays open, and asks again.
+    documentModified = saveCurrent() != SaveResult::Saved;
+    return !documentModified;
 }
 
 } // namespace velmora

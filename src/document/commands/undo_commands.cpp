@@ -16,6 +16,7 @@ void VelmoraDoc::SavePointUndo() {
 
 void VelmoraDoc::SavePatchUndo() {
     snapshot(undoPatches);
+    undoPath_.clear();
 }
 
 void VelmoraDoc::clearSnapshots() {
@@ -70,6 +71,11 @@ void VelmoraDoc::UndoPatch() {
     if (!undoPatches.empty()) {
         patches = undoPatches;
         structureKind = "str";
+        if (!undoPath_.empty()) {
+            adoptPath(undoPath_);
+            undoPath_.clear();
+            titleWrong_ = false;
+        }
         UpdateAfterEdit();
     }
     undoStatus = patchCaptured ? continuePrompt : idlePrompt;

@@ -82,9 +82,10 @@ DialogForm describe(CInputSection& values, InputContext context) {
     form.title = "Input section";
     form.fields = {
         integerField("patch", "Inputted patch", values.patch, 1, largestNumber),
-        shownOnly(integerField("maximumPatches", "Maximum number of patches", values.maximumPatches)),
+        shownOnly(integerField("maximumPatches", "Maximum number of patches", values.maximumPatches, 1, largestNumber)),
         integerField("section", "Inputted section", values.section, 1, largestNumber),
-        shownOnly(integerField("maximumSections", "Maximum number of sections", values.maximumSections)),
+        shownOnly(
+            integerField("maximumSections", "Maximum number of sections", values.maximumSections, 1, largestNumber)),
     };
     addRules(
         form,
@@ -99,9 +100,9 @@ DialogForm describe(CInputLine& values, InputContext context) {
     form.title = "Input line";
     form.fields = {
         integerField("patch", "Inputted patch", values.patch, 1, largestNumber),
-        shownOnly(integerField("maximumPatches", "Maximum number of patches", values.maximumPatches)),
+        shownOnly(integerField("maximumPatches", "Maximum number of patches", values.maximumPatches, 1, largestNumber)),
         integerField("line", "Inputted line", values.line, 1, largestNumber),
-        shownOnly(integerField("maximumLines", "Maximum number of lines", values.maximumLines)),
+        shownOnly(integerField("maximumLines", "Maximum number of lines", values.maximumLines, 1, largestNumber)),
     };
     addRules(form, {values.patch, values.line, values.maximumLines, "line", "Number of inputted lines is corrected"},
              std::move(context));

@@ -17,7 +17,9 @@ Triple singlePrecision(const zVec<double>& v) {
 }
 
 /// Strips end where their batch ends; the vertices of separate primitives may run on.
-bool isStrip(Primitive primitive) { return primitive == Primitive::LineStrip || primitive == Primitive::QuadStrip; }
+bool isStrip(Primitive primitive) {
+    return primitive == Primitive::LineStrip || primitive == Primitive::QuadStrip;
+}
 
 bool sameLook(const DrawBatch& a, const DrawBatch& b) {
     return a.primitive == b.primitive && a.colour == b.colour && a.pointSize == b.pointSize &&

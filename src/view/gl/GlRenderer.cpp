@@ -115,7 +115,9 @@ void GlRenderer::drawTexts(const std::vector<DrawText>& texts) {
     glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
 }
 
-void GlRenderer::finish() { glFinish(); }
+void GlRenderer::finish() {
+    glFinish();
+}
 
 void GlRenderer::invertRectangle(PixelPoint from, PixelPoint to, const Viewport& viewport) {
     const int left = std::min(from.x, to.x);

@@ -1,0 +1,366 @@
+#include "document_fixture.h"
+
+namespace velmora::test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const char* const dragStatus = "status: Press left button of mouse and drag it";
+const char* const leaveQuestion = "question: Regime Add Patch to Block will be canceled. Are you sure?";
+
+class CurveRegime : public DocumentTest {
+protected:
+    CurveRegime() { hold({flatPatch(3, 4), flatPatch(5, 2)}); }
+
+    /// What the input dialog shows as it opens; it is then cancelled.
+    Lines shown(void (VelmoraDoc::*command)()) {
+        Lines values;
+        ui.onDialog = [&values](DialogForm& form) {
+            for (const DialogField& field : form.fields) {
+                values.push_back(fieldText(field));
+            }
+        };
+        (doc.*command)();
+        ui.onDialog = nullptr;
+        return values;
+    }
+};
+
+using CaptureSection = CurveRegime;
+using CaptureLine = CurveRegime;
+using NextCurve = CurveRegime;
+using ExitLines = CurveRegime;
+using InputSection = CurveRegime;
+using InputLine = CurveRegime;
+
+} // namespace
+
+// ---- Capture section ------------------------------------------------------------------------------------------------
+
+TEST_F(CaptureSection, ArmsTheSectionAndNothingElse) {
+    captureSection(1, 2);
+    doc.pointCaptureArmed = doc.freePointArmed = doc.lineCaptureArmed = true;
+    doc.CaptureSection();
+    EXPECT_TRUE(doc.sectionCaptureArmed);
+    EXPECT_FALSE(doc.sectionCaptured || doc.lineCaptureArmed || doc.lineCaptured);
+    EXPECT_FALSE(doc.pointCaptureArmed || doc.freePointArmed || doc.patchCaptureArmed);
+    EXPECT_EQ(doc.capturedSection, -1);
+    EXPECT_EQ(doc.capturedPatch, -1);
+    EXPECT_EQ(doc.sectionStatus, doc.dragPrompt);
+    EXPECT_THAT(heard(), ElementsAre(dragStatus));
+    EXPECT_THAT(viewCalls(), ElementsAre("force section"));
+}
+
+TEST_F(CaptureSection, LeavesTheLineFirst) {
+    captureLine(0, 2);
+    doc.CaptureSection();
+    EXPECT_FALSE(doc.lineCaptured);
+    EXPECT_EQ(doc.capturedLine, -1);
+    EXPECT_TRUE(doc.sectionCaptureArmed);
+    EXPECT_THAT(viewCalls(), ElementsAre("reset", "redraw", "force section"));
+}
+
+TEST_F(CaptureSection, LeavesACapturedOrFreePointFirst) {
+    for (bool VelmoraDoc::*flag : {&VelmoraDoc::pointCaptured, &VelmoraDoc::freePointHeld}) {
+        doc.*flag = true;
+        doc.pointUndoReady = true;
+        doc.CaptureSection();
+        EXPECT_FALSE(doc.pointRegimeActive());
+        EXPECT_FALSE(doc.pointUndoReady);
+        EXPECT_TRUE(doc.sectionCaptureArmed);
+    }
+}
+
+TEST_F(CaptureSection, AsksBeforeItEndsTheAddRegimeAndNoLeavesAllAsItWas) {
+    doc.patchCaptureArmed = true;
+    doc.capturedPatch = 1;
+    captureLine(1, 1);
+    doc.CaptureSection();
+    EXPECT_THAT(heard(), ElementsAre(std::string(leaveQuestion) + " -> no"));
+    EXPECT_TRUE(doc.patchCaptureArmed && doc.lineCaptured);
+    EXPECT_FALSE(doc.sectionCaptureArmed);
+    EXPECT_EQ(doc.capturedPatch, 1);
+    EXPECT_THAT(viewCalls(), IsEmpty());
+}
+
+TEST_F(CaptureSection, AnsweredWithYesEndsTheAddRegime) {
+    doc.patchCaptureArmed = true;
+    addToBlock(1);
+    ui.answers = {true};
+    doc.CaptureSection();
+    EXPECT_THAT(heard(), ElementsAre(std::string(leaveQuestion) + " -> yes", dragStatus));
+    EXPECT_FALSE(doc.patchCaptureArmed);
+    EXPECT_TRUE(doc.sectionCaptureArmed);
+    EXPECT_THAT(block(), ElementsAre(1));
+}
+
+TEST_F(CaptureSection, InACapturedPatchAsksNothingAndKeepsIt) {
+    doc.patchCaptured = true;
+    doc.CaptureSection();
+    EXPECT_THAT(heard(), ElementsAre(dragStatus));
+    EXPECT_TRUE(doc.patchCaptured);
+}
+
+// ---- Capture line ---------------------------------------------------------------------------------------------------
+
+TEST_F(CaptureLine, ArmsTheLineAndNothingElse) {
+    captureLine(0, 2);
+    doc.pointCaptureArmed = doc.freePointArmed = doc.sectionCaptureArmed = true;
+    doc.CaptureLine();
+    EXPECT_TRUE(doc.lineCaptureArmed);
+    EXPECT_FALSE(doc.lineCaptured || doc.sectionCaptureArmed || doc.sectionCaptured);
+    EXPECT_FALSE(doc.pointCaptureArmed || doc.freePointArmed || doc.patchCaptureArmed);
+    EXPECT_EQ(doc.capturedLine, -1);
+    EXPECT_EQ(doc.capturedPatch, -1);
+    EXPECT_EQ(doc.lineStatus, doc.dragPrompt);
+    EXPECT_THAT(heard(), ElementsAre(dragStatus));
+    EXPECT_THAT(viewCalls(), ElementsAre("force line"));
+}
+
+TEST_F(CaptureLine, LeavesTheSectionFirst) {
+    captureSection(0, 2);
+    doc.CaptureLine();
+    EXPECT_FALSE(doc.sectionCaptured);
+    EXPECT_EQ(doc.capturedSection, -1);
+    EXPECT_TRUE(doc.lineCaptureArmed);
+    EXPECT_THAT(viewCalls(), ElementsAre("reset", "redraw", "force line"));
+}
+
+TEST_F(CaptureLine, AsksBeforeItEndsTheAddRegime) {
+    doc.patchCaptureArmed = true;
+    doc.CaptureLine();
+    EXPECT_THAT(heard(), ElementsAre(std::string(leaveQuestion) + " -> no"));
+    EXPECT_TRUE(doc.patchCaptureArmed);
+    EXPECT_FALSE(doc.lineCaptureArmed);
+}
+
+// ---- The next one ---------------------------------------------------------------------------------------------------
+
+TEST_F(NextCurve, ArmsASectionAfterASection) {
+    captureSection(0, 1);
+    doc.NextSectionOrLine();
+    EXPECT_TRUE(doc.sectionCaptureArmed);
+    EXPECT_FALSE(doc.sectionCaptured || doc.lineCaptureArmed);
+}
+
+TEST_F(NextCurve, ArmsALineAfterALine) {
+    captureLine(0, 1);
+    doc.NextSectionOrLine();
+    EXPECT_TRUE(doc.lineCaptureArmed);
+    EXPECT_FALSE(doc.lineCaptured || doc.sectionCaptureArmed);
+}
+
+TEST_F(NextCurve, WithNeitherDoesNothing) {
+    doc.sectionCaptureArmed = true;
+    doc.capturedPatch = 1;
+    doc.NextSectionOrLine();
+    EXPECT_THAT(heard(), IsEmpty());
+    EXPECT_THAT(viewCalls(), IsEmpty());
+    EXPECT_EQ(doc.capturedPatch, 1);
+}
+
+TEST_F(NextCurve, LeavesAFreePointFirst) {
+    captureSection(0, 1);
+    doc.freePointHeld = true;
+    doc.NextSectionOrLine();
+    EXPECT_FALSE(doc.freePointHeld);
+    EXPECT_TRUE(doc.sectionCaptureArmed);
+    EXPECT_THAT(heard(), ElementsAre("status: Press right button to continue", dragStatus));
+}
+
+// ---- Exit -----------------------------------------------------------------------------------------------------------
+
+TEST_F(ExitLines, ForgetsASectionCapturedOrArmed) {
+    for (bool VelmoraDoc::*flag : {&VelmoraDoc::sectionCaptured, &VelmoraDoc::sectionCaptureArmed}) {
+        captureSection(0, 1);
+        doc.sectionCaptured = false;
+        doc.*flag = true;
+        doc.pointPicked = true;
+        doc.ExitLineRegime();
+        EXPECT_FALSE(doc.curveRegimeActive());
+        EXPECT_EQ(doc.capturedSection, -1);
+        EXPECT_EQ(doc.capturedPatch, -1);
+        EXPECT_FALSE(doc.pointPicked);
+        EXPECT_THAT(viewCalls(), ElementsAre("reset", "redraw"));
+    }
+}
+
+TEST_F(ExitLines, ForgetsALineCapturedOrArmed) {
+    for (bool VelmoraDoc::*flag : {&VelmoraDoc::lineCaptured, &VelmoraDoc::lineCaptureArmed}) {
+        captureLine(0, 1);
+        doc.lineCaptured = false;
+        doc.*flag = true;
+        doc.ExitLineRegime();
+        EXPECT_FALSE(doc.curveRegimeActive());
+        EXPECT_EQ(doc.capturedLine, -1);
+        EXPECT_EQ(doc.capturedPatch, -1);
+        EXPECT_THAT(viewCalls(), ElementsAre("reset", "redraw"));
+    }
+}
+
+TEST_F(ExitLines, LeavesTheNumberOfACurveThatWasNotInHand) {
+    captureSection(0, 1);
+    doc.capturedLine = 2;
+    doc.ExitLineRegime();
+    EXPECT_EQ(doc.capturedLine, 2);
+}
+
+TEST_F(ExitLines, LeavesAPointFirst) {
+    captureSection(0, 1);
+    capturePoint(0, 1, 2);
+    doc.ExitLineRegime();
+    EXPECT_FALSE(doc.pointRegimeActive());
+    EXPECT_FALSE(doc.sectionCaptured);
+}
+
+TEST_F(ExitLines, InAPatchComesBackToPatchModeAndItsStatus) {
+    for (bool VelmoraDoc::*flag : {&VelmoraDoc::patchCaptured, &VelmoraDoc::patchCaptureArmed}) {
+        doc.*flag = true;
+        doc.blockStatus = "the patch ";
+        captureSection(0, 1);
+        doc.ExitLineRegime();
+        EXPECT_THAT(heard(), ElementsAre("status: the patch "));
+        EXPECT_EQ(viewCalls().front(), "set patch");
+        EXPECT_EQ(doc.capturedPatch, -1);
+        doc.*flag = false;
+    }
+}
+
+TEST_F(ExitLines, TakesPatchesThatLostAllSectionsOutOfTheZBlock) {
+    doc.patches = {flatPatch(2, 2), Patch(), flatPatch(2, 2), Patch()};
+    for (const std::int32_t patch : {3, 2, 1, 0}) {
+        addToBlock(patch);
+    }
+    captureSection(2, 1);
+    doc.ExitLineRegime();
+    EXPECT_THAT(block(), ElementsAre(2, 0));
+    EXPECT_EQ(doc.blockList[2], -1);
+}
+
+TEST_F(ExitLines, WithNoCurveInHandLeavesTheZBlockAlone) {
+    doc.patches = {Patch()};
+    addToBlock(0);
+    doc.ExitLineRegime();
+    EXPECT_THAT(block(), ElementsAre(0));
+}
+
+TEST_F(ExitLines, ByTheMenuLeavesTheRegime) {
+    captureLine(0, 1);
+    doc.ExitLines();
+    EXPECT_FALSE(doc.curveRegimeActive());
+    EXPECT_EQ(doc.capturedLine, -1);
+}
+
+// ---- Input section --------------------------------------------------------------------------------------------------
+
+TEST_F(InputSection, OpensWithTheCountsOfTheModel) {
+    EXPECT_THAT(shown(&VelmoraDoc::InputSection), ElementsAre("1", "2", "1", "3"));
+}
+
+TEST_F(InputSection, OpensWithWhatIsCaptured) {
+    captureSection(1, 3);
+    EXPECT_THAT(shown(&VelmoraDoc::InputSection), ElementsAre("2", "2", "4", "5"));
+}
+
+TEST_F(InputSection, CancelledChangesNothing) {
+    captureLine(0, 1);
+    doc.InputSection();
+    EXPECT_THAT(heard(), ElementsAre("dialog: CInputSection -> cancel"));
+    EXPECT_TRUE(doc.lineCaptured);
+    EXPECT_FALSE(doc.sectionCaptured);
+    EXPECT_THAT(viewCalls(), IsEmpty());
+}
+
+TEST_F(InputSection, HoldsTheSection) {
+    doc.pointCaptureArmed = doc.freePointArmed = doc.patchCaptureArmed = true;
+    doc.sectionCaptureArmed = doc.lineCaptureArmed = true;
+    ui.dialogs.push_back({{"patch", "2"}, {"section", "4"}});
+    doc.InputSection();
+    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_FALSE(doc.sectionCaptureArmed || doc.lineCaptured || doc.lineCaptureArmed);
+    EXPECT_FALSE(doc.pointCaptureArmed || doc.freePointArmed || doc.patchCaptureArmed);
+    EXPECT_EQ(doc.capturedPatch, 1);
+    EXPECT_EQ(doc.capturedSection, 3);
+    const std::string text = "Captured section: Patch K=2, Section N=4, Points M=2  // Press right button to continue ";
+    EXPECT_EQ(doc.sectionContinueStatus, text);
+    EXPECT_THAT(heard(), ElementsAre("dialog: CInputSection -> ok", "status: " + text));
+    EXPECT_THAT(viewCalls(), ElementsAre("force section", "redraw", "set section"));
+}
+
+TEST_F(InputSection, AsksNothingOfTheAddRegime) {
+    doc.patchCaptureArmed = true;
+    ui.dialogs.push_back({});
+    doc.InputSection();
+    EXPECT_EQ(heard().front(), "dialog: CInputSection -> ok");
+}
+
+TEST_F(InputSection, LeavesPointAndLine) {
+    captureLine(0, 1);
+    capturePoint(0, 1, 1);
+    ui.dialogs.push_back({{"patch", "1"}, {"section", "3"}});
+    doc.InputSection();
+    EXPECT_FALSE(doc.pointRegimeActive());
+    EXPECT_FALSE(doc.lineCaptured);
+    EXPECT_EQ(doc.capturedLine, -1);
+    EXPECT_EQ(doc.capturedPatch, 0);
+    EXPECT_EQ(doc.capturedSection, 2);
+}
+
+TEST_F(InputSection, OutsideTheZBlockIsRefusedByTheDialog) {
+    addToBlock(1);
+    doc.patchCaptured = true;
+    ui.dialogs.push_back({{"patch", "1"}});
+    doc.InputSection();
+    EXPECT_THAT(heard(), ElementsAre("refused: OK: Number of inputted patch is out of Block",
+                                     "dialog: CInputSection -> cancel"));
+    EXPECT_FALSE(doc.sectionCaptured);
+}
+
+TEST_F(InputSection, KeepsItsNumbersForTheNextTime) {
+    ui.dialogs.push_back({{"patch", "2"}, {"section", "4"}});
+    doc.InputSection();
+    doc.ExitLineRegime();
+    EXPECT_THAT(shown(&VelmoraDoc::InputSection), ElementsAre("2", "2", "4", "5"));
+}
+
+// ---- Input line -----------------------------------------------------------------------------------------------------
+
+TEST_F(InputLine, OpensWithTheCountsOfTheModel) {
+    EXPECT_THAT(shown(&VelmoraDoc::InputLine), ElementsAre("1", "2", "1", "4"));
+}
+
+TEST_F(InputLine, OpensWithWhatIsCaptured) {
+    captureLine(1, 1);
+    EXPECT_THAT(shown(&VelmoraDoc::InputLine), ElementsAre("2", "2", "2", "2"));
+}
+
+TEST_F(InputLine, HoldsTheLine) {
+    ui.dialogs.push_back({{"patch", "1"}, {"line", "4"}});
+    doc.InputLine();
+    EXPECT_TRUE(doc.lineCaptured);
+    EXPECT_FALSE(doc.lineCaptureArmed || doc.sectionCaptured || doc.sectionCaptureArmed);
+    EXPECT_EQ(doc.capturedPatch, 0);
+    EXPECT_EQ(doc.capturedLine, 3);
+    const std::string text = "Captured line: Patch K=1, Line N=4  // Press right button to continue ";
+    EXPECT_EQ(doc.lineContinueStatus, text);
+    EXPECT_THAT(heard(), ElementsAre("dialog: CInputLine -> ok", "status: " + text));
+    EXPECT_THAT(viewCalls(), ElementsAre("force line", "redraw", "set line"));
+}
+
+TEST_F(InputLine, LeavesASectionOrALine) {
+    captureSection(0, 2);
+    ui.dialogs.push_back({{"patch", "1"}, {"line", "4"}});
+    doc.InputLine();
+    EXPECT_FALSE(doc.sectionCaptured);
+    EXPECT_EQ(doc.capturedSection, -1);
+    EXPECT_EQ(doc.capturedLine, 3);
+    viewCalls();
+    ui.dialogs.push_back({{"patch", "1"}, {"line", "2"}});
+    doc.InputLine();
+    EXPECT_EQ(doc.capturedLine, 1);
+    EXPECT_EQ(viewCalls().front(), "reset"); // the line regime was left and entered again
+}
+
+} // namespace velmora::test

@@ -1,0 +1,292 @@
+#include <cmath>
+#include <limits>
+
+#include "document_fixture.h"
+
+namespace velmora::test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class DocumentCore : public DocumentTest {};
+
+} // namespace
+
+// ---- The start ------------------------------------------------------------------------------------------------------
+
+TEST_F(DocumentCore, StartsEmpty) {
+    EXPECT_EQ(doc.structureKind, "non");
+    EXPECT_EQ(doc.fileKind, "non");
+    EXPECT_EQ(doc.secondKind, "non");
+    EXPECT_EQ(doc.documentTitle, "Untitled");
+    EXPECT_EQ(doc.continuePrompt, "Press right button to continue");
+    EXPECT_EQ(doc.dragPrompt, "Press left button of mouse and drag it");
+    EXPECT_TRUE(doc.patches.empty());
+    for (const std::int32_t number :
+         {doc.capturedPatch, doc.capturedPointSection, doc.capturedPoint, doc.capturedSection, doc.capturedLine,
+          doc.savedPatch, doc.savedPointSection, doc.savedPoint, doc.savedSection, doc.savedLine}) {
+        EXPECT_EQ(number, -1);
+    }
+    EXPECT_EQ(doc.blockCount, 0);
+    EXPECT_EQ(blockCapacity, 5000);
+    EXPECT_EQ(outputPrecision, 16);
+    EXPECT_EQ(doc.intersectionTolerance, 0.0005);
+    EXPECT_EQ(doc.modelRadius, 0);
+    EXPECT_EQ(doc.modelCenter, zVec<double>());
+}
+
+TEST_F(DocumentCore, StartsWithAllFlagsClearButPartAfter) {
+    for (const bool flag : {doc.appendMode,         doc.readerOption,       doc.pointUndoReady,
+                            doc.patchUndoReady,     doc.pointCaptureArmed,  doc.pointCaptured,
+                            doc.freePointArmed,     doc.freePointHeld,      doc.pointDragging,
+                            doc.patchRemoving,      doc.rebuildOnUndo,      doc.pointPicked,
+                            doc.surfaceMode,        doc.pointClipboardFull, doc.patchCaptureArmed,
+                            doc.patchCaptured,      doc.sectionCaptured,    doc.sectionCaptureArmed,
+                            doc.lineCaptureArmed,   doc.lineCaptured,       doc.showBlockOnly,
+                            doc.showFirstPoints,    doc.showDoublePoints,   doc.showBuffer,
+                            doc.showZBlockMarkers,  doc.partBefore,         doc.lineBufferFull,
+                            doc.blockClipboardFull, doc.documentModified,   doc.sftOpen,
+                            doc.markersOpen,        doc.cbcAppended,        doc.gridNamed,
+                            doc.fieldLoaded,        doc.fieldMode,          doc.fieldOpening}) {
+        EXPECT_FALSE(flag);
+    }
+    EXPECT_TRUE(doc.partAfter);
+}
+
+TEST(DocumentStart, SaysItsTitleAndShowsNoDialog) {
+    RecordingUi ui;
+    VelmoraDoc doc(ui, {});
+    doc.onNewDocument();
+    EXPECT_THAT(ui.transcript, ElementsAre("title: Untitled"));
+    EXPECT_EQ(doc.status, "For Help, press F1");
+}
+
+TEST(DocumentStart, TwoDocumentsKnowNothingOfEachOther) {
+    RecordingUi ui;
+    VelmoraDoc one(ui, {});
+    VelmoraDoc other(ui, {});
+    one.patches = {flatPatch(2, 2)};
+    one.checkRegularity(one.patches);
+    EXPECT_EQ(other.structureKind, "non");
+    EXPECT_TRUE(other.patches.empty());
+}
+
+// ---- Regularity -----------------------------------------------------------------------------------------------------
+
+TEST_F(DocumentCore, AModelOfRegularPatchesIsApt) {
+    doc.checkRegularity({flatPatch(2, 3), flatPatch(4, 2)});
+    EXPECT_EQ(doc.structureKind, "str");
+    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.secondKind, "non");
+}
+
+TEST_F(DocumentCore, OneIrregularPatchMakesTheModelSkl) {
+    doc.checkRegularity({flatPatch(2, 3), patchOf({3, 4})});
+    EXPECT_EQ(doc.structureKind, "str");
+    EXPECT_EQ(doc.fileKind, "skl");
+}
+
+TEST_F(DocumentCore, APatchOfOneSectionMakesTheModelSkl) {
+    doc.checkRegularity({flatPatch(2, 3), flatPatch(1, 3), flatPatch(2, 3)});
+    EXPECT_EQ(doc.fileKind, "skl");
+}
+
+TEST_F(DocumentCore, AnEmptyModelKeepsItsKinds) {
+    doc.structureKind = "uns";
+    doc.fileKind = "skl";
+    doc.checkRegularity({});
+    EXPECT_EQ(doc.structureKind, "uns");
+    EXPECT_EQ(doc.fileKind, "skl");
+}
+
+TEST_F(DocumentCore, PatchesWithoutSectionsKeepTheKinds) {
+    doc.checkRegularity({Patch(), Patch()});
+    EXPECT_EQ(doc.structureKind, "non");
+    EXPECT_EQ(doc.fileKind, "non");
+}
+
+TEST_F(DocumentCore, FieldModeComesWithTheFirstRegularPatchOfAFieldFile) {
+    doc.checkRegularity({flatPatch(2, 2)});
+    EXPECT_FALSE(doc.fieldMode);
+    doc.fieldLoaded = true;
+    doc.checkRegularity({patchOf({2, 3}), flatPatch(2, 2)});
+    EXPECT_FALSE(doc.fieldMode); // it stopped before it came to the regular one
+    doc.checkRegularity({flatPatch(2, 2), patchOf({2, 3})});
+    EXPECT_TRUE(doc.fieldMode);
+}
+
+// ---- Title and path -------------------------------------------------------------------------------------------------
+
+TEST_F(DocumentCore, TitleAndPathFollowTheKindAfterAnEdit) {
+    hold({flatPatch(2, 3)});
+    doc.patches[0][0].pop_back();
+    doc.UpdateAfterEdit();
+    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.documentTitle, "wing.skl");
+    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.skl");
+    EXPECT_EQ(doc.currentDirectory, shownFolder());
+    EXPECT_EQ(doc.chosenPath, folder / "wing.skl");
+    EXPECT_THAT(heard(), ElementsAre("title: wing.skl"));
+    doc.patches[0][1].pop_back();
+    doc.UpdateAfterEdit();
+    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.apt");
+}
+
+TEST_F(DocumentCore, ATitleThatStaysIsNotSaidAgain) {
+    hold({flatPatch(2, 3)});
+    doc.retitle();
+    EXPECT_THAT(heard(), IsEmpty());
+}
+
+TEST_F(DocumentCore, ARegularModelWithFieldDataIsTitledDat) {
+    hold({flatPatch(2, 3)});
+    doc.fieldMode = true;
+    doc.retitle();
+    EXPECT_EQ(doc.documentTitle, "wing.dat");
+    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.dat");
+}
+
+// ---- Box ------------------------------------------------------------------------------------------------------------
+
+TEST_F(DocumentCore, BoundsComeFromTheBoxOfAllPoints) {
+    doc.patches = {{{{-1, 0, 2}, {3, 0, 2}}, {{0, 4, 2}, {0, 0, 14}}}};
+    doc.structureKind = "str";
+    doc.updateBounds();
+    EXPECT_EQ(doc.boxMin, zVec<double>(-1, 0, 2));
+    EXPECT_EQ(doc.boxMax, zVec<double>(3, 4, 14));
+    EXPECT_EQ(doc.modelCenter, zVec<double>(1, 2, 8));
+    EXPECT_DOUBLE_EQ(doc.modelRadius, 0.525 * std::sqrt(16 + 16 + 144));
+    EXPECT_THAT(viewCalls(), ElementsAre("bounds"));
+    EXPECT_THAT(heard(), IsEmpty());
+}
+
+TEST_F(DocumentCore, BoundsOfNothingLeaveCentreRadiusAndViewsAlone) {
+    hold({flatPatch(2, 3)});
+    const double radius = doc.modelRadius;
+    const zVec<double> centre = doc.modelCenter;
+    doc.structureKind = "non";
+    doc.updateBounds();
+    EXPECT_EQ(doc.modelRadius, radius);
+    EXPECT_EQ(doc.modelCenter, centre);
+    EXPECT_THAT(viewCalls(), IsEmpty());
+    const double largest = std::numeric_limits<float>::max();
+    EXPECT_EQ(doc.boxMin, zVec<double>(largest, largest, largest));
+    EXPECT_EQ(doc.boxMax, zVec<double>(-largest, -largest, -largest));
+}
+
+TEST_F(DocumentCore, AnEditDoesNotMoveTheBox) {
+    hold({flatPatch(2, 3)});
+    doc.patches[0][0][0].x = -100;
+    doc.UpdateAfterEdit();
+    doc.redraw();
+    EXPECT_EQ(doc.boxMin, zVec<double>());
+}
+
+// ---- redraw ---------------------------------------------------------------------------------------------------------
+
+TEST_F(DocumentCore, RedrawAloneTouchesNoMouseMode) {
+    doc.redraw();
+    EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
+}
+
+TEST_F(DocumentCore, RedrawPutsTheModesBackFromTheOutermostRegimeIn) {
+    doc.patchCaptured = doc.sectionCaptured = doc.lineCaptured = doc.pointCaptured = true;
+    doc.redraw();
+    EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set patch", "set section", "set line", "set point"));
+}
+
+TEST_F(DocumentCore, RedrawWithAFreePointEndsInLineModeUnlessAPointIsCaptured) {
+    doc.freePointHeld = true;
+    doc.redraw();
+    EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set point", "set line"));
+    doc.pointCaptured = true;
+    doc.redraw();
+    EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set point", "set point"));
+}
+
+TEST_F(DocumentCore, ArmedRegimesAloneDoNotMoveTheModeAtRedraw) {
+    doc.patchCaptureArmed = doc.sectionCaptureArmed = doc.lineCaptureArmed = doc.pointCaptureArmed = true;
+    doc.freePointArmed = true;
+    doc.redraw();
+    EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
+}
+
+TEST_F(DocumentCore, EveryViewIsToldAndADetachedOneIsNot) {
+    RecordingView second;
+    doc.attachView(second);
+    doc.redraw();
+    EXPECT_THAT(second.calls, ElementsAre("redraw"));
+    doc.detachView(second);
+    doc.redraw();
+    EXPECT_THAT(second.calls, ElementsAre("redraw"));
+    EXPECT_THAT(viewCalls(), ElementsAre("redraw", "redraw"));
+}
+
+// ---- Status and addresses -------------------------------------------------------------------------------------------
+
+TEST_F(DocumentCore, ShowStatusKeepsWhatItShows) {
+    doc.ShowStatus("some text ");
+    EXPECT_EQ(doc.status, "some text ");
+    EXPECT_THAT(heard(), ElementsAre("status: some text "));
+}
+
+TEST_F(DocumentCore, AddressesOutsideTheModelGiveNothing) {
+    hold({flatPatch(2, 3), Patch()});
+    EXPECT_EQ(doc.sectionAt(0, 1), &doc.patches[0][1]);
+    EXPECT_EQ(doc.pointAt(0, 1, 2), &doc.patches[0][1][2]);
+    for (const auto& [patch, section] : {std::pair{-1, 0}, {2, 0}, {0, -1}, {0, 2}, {1, 0}}) {
+        EXPECT_EQ(doc.sectionAt(patch, section), nullptr) << patch << ' ' << section;
+        EXPECT_EQ(doc.pointAt(patch, section, 0), nullptr);
+    }
+    EXPECT_EQ(doc.pointAt(0, 0, -1), nullptr);
+    EXPECT_EQ(doc.pointAt(0, 0, 3), nullptr);
+}
+
+TEST_F(DocumentCore, InBlockLooksAtValidEntriesOnly) {
+    addToBlock(3);
+    addToBlock(1);
+    EXPECT_TRUE(doc.inBlock(3));
+    EXPECT_TRUE(doc.inBlock(1));
+    EXPECT_FALSE(doc.inBlock(0));
+    EXPECT_FALSE(doc.inBlock(-1));
+}
+
+TEST_F(DocumentCore, RefillWritesBothPointTexts) {
+    doc.capturedPatch = 0;
+    doc.capturedPointSection = 1;
+    doc.capturedPoint = 2;
+    doc.pickedPoint = {1, 2, 3};
+    const std::string text = "Captured point: (Patch K=1, Section N=2, Point M=3) X=1.000000, Y=2.000000, Z=3.000000";
+    doc.lineCaptured = true;
+    doc.RefillPointStatus(false);
+    EXPECT_EQ(doc.pointStatus, text);
+    EXPECT_EQ(doc.pointContinueStatus, text + " // Press right button to continue ");
+}
+
+TEST_F(DocumentCore, RefillOnALineExchangesLineAndPoint) {
+    doc.capturedPatch = 0;
+    doc.capturedPointSection = 1;
+    doc.capturedPoint = 2;
+    doc.lineCaptured = true;
+    doc.RefillPointStatus(true);
+    EXPECT_EQ(doc.pointStatus,
+              "Captured point: (Patch K=1, Section N=2, Point M=3) X=0.000000, Y=0.000000, Z=0.000000");
+    EXPECT_EQ(doc.pointContinueStatus, "Captured point: (Patch K=1, Line N=3, Point M=2) X=0.000000, Y=0.000000, "
+                                       "Z=0.000000 // Press right button to continue ");
+}
+
+TEST_F(DocumentCore, RefillOnASectionNamesTheCapturedSection) {
+    doc.capturedPatch = 0;
+    doc.capturedPointSection = 1;
+    doc.capturedSection = 6;
+    doc.capturedPoint = 2;
+    doc.sectionCaptured = true;
+    doc.RefillPointStatus(true);
+    EXPECT_EQ(doc.pointContinueStatus, "Captured point: (Patch K=1, Section N=7, Point M=3) X=0.000000, Y=0.000000, "
+                                       "Z=0.000000 // Press right button to continue ");
+}
+
+} // namespace velmora::test

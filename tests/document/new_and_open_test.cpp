@@ -1,0 +1,564 @@
+#include <algorithm>
+
+#include "document_fixture.h"
+#include "file_texts.h"
+
+namespace velmora::test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const char* const removalAnswered = "question: Current geometry will be removed. Are you sure -> yes";
+const char* const removalDeclined = "question: Current geometry will be removed. Are you sure -> no";
+const char* const cancelled = "message: Open procedure is canceled";
+
+class FileCommands : public DocumentTest {
+protected:
+    std::filesystem::path write(const std::string& name, const std::string& text) {
+        writeFileText(folder / name, text);
+        return folder / name;
+    }
+
+    std::filesystem::path writeApt(const std::string& name, const PatchList& list) {
+        return write(name, aptText(list));
+    }
+
+    std::filesystem::path writeSkl(const std::string& name, const PatchList& list) {
+        return write(name, sklText(list));
+    }
+
+    /// Runs Open on these files and gives what was heard, the recent files left out.
+    Lines open(const std::vector<std::filesystem::path>& paths) {
+        ui.files.push_back(paths);
+        doc.openFiles();
+        Lines lines = heard();
+        lines.erase(std::remove_if(lines.begin(), lines.end(),
+                                   [](const std::string& line) { return line.starts_with("recent: "); }),
+                    lines.end());
+        return lines;
+    }
+
+    /// The same without the line of the chooser.
+    Lines openHeard(const std::vector<std::filesystem::path>& paths) {
+        Lines lines = open(paths);
+        lines.erase(std::remove_if(lines.begin(), lines.end(),
+                                   [](const std::string& line) { return line.starts_with("chooser: "); }),
+                    lines.end());
+        return lines;
+    }
+
+    void expectKinds(const char* structure, const char* file) const {
+        EXPECT_EQ(doc.structureKind, structure);
+        EXPECT_EQ(doc.fileKind, file);
+        EXPECT_EQ(doc.secondKind, "non");
+    }
+
+    void armEverything() {
+        doc.pointCaptureArmed = doc.pointCaptured = doc.freePointArmed = doc.freePointHeld = true;
+        doc.patchCaptureArmed = doc.patchCaptured = true;
+        doc.sectionCaptureArmed = doc.sectionCaptured = true;
+        doc.capturedPatch = doc.capturedSection = doc.capturedPoint = doc.capturedPointSection = 1;
+        addToBlock(0);
+    }
+
+    void expectIdle() const {
+        EXPECT_FALSE(doc.pointRegimeActive());
+        EXPECT_FALSE(doc.curveRegimeActive());
+        EXPECT_FALSE(doc.patchRegimeActive());
+        EXPECT_EQ(doc.blockCount, 0);
+        for (const std::int32_t number :
+             {doc.capturedPatch, doc.capturedPointSection, doc.capturedPoint, doc.capturedSection, doc.capturedLine}) {
+            EXPECT_EQ(number, -1);
+        }
+    }
+};
+
+using New = FileCommands;
+using Open = FileCommands;
+using OpenList = FileCommands;
+using FailedRead = FileCommands;
+using OpenByPath = FileCommands;
+
+} // namespace
+
+// ---- New ------------------------------------------------------------------------------------------------------------
+
+TEST_F(New, OfAnEmptyDocumentAsksNothing) {
+    doc.onNewDocument();
+    EXPECT_THAT(heard(), IsEmpty());
+    EXPECT_FALSE(doc.patchUndoReady);
+}
+
+TEST_F(New, AnsweredWithNoChangesNothing) {
+    hold({flatPatch(2, 3)});
+    captureSection(0, 1);
+    const PatchList before = doc.patches;
+    doc.onNewDocument();
+    EXPECT_THAT(heard(), ElementsAre(removalDeclined));
+    EXPECT_EQ(doc.patches, before);
+    expectKinds("str", "apt");
+    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_FALSE(doc.patchUndoReady);
+    EXPECT_FALSE(doc.documentModified);
+    EXPECT_THAT(viewCalls(), IsEmpty());
+}
+
+TEST_F(New, AnsweredWithYesEmptiesTheDocument) {
+    hold({flatPatch(2, 3)});
+    const PatchList before = doc.patches;
+    doc.showBlockOnly = doc.rebuildOnUndo = true;
+    doc.fieldLoaded = doc.fieldMode = doc.cbcAppended = doc.gridNamed = true;
+    doc.fieldPatches = {flatPatch(2, 2)};
+    ui.answers = {true};
+    doc.onNewDocument();
+    EXPECT_EQ(ui.transcript.front(), removalAnswered);
+    EXPECT_TRUE(doc.patches.empty());
+    expectKinds("non", "non");
+    EXPECT_EQ(doc.undoPatches, before);
+    EXPECT_TRUE(doc.patchUndoReady);
+    EXPECT_TRUE(doc.fieldPatches.empty());
+    for (const bool flag :
+         {doc.showBlockOnly, doc.rebuildOnUndo, doc.fieldLoaded, doc.fieldMode, doc.cbcAppended, doc.gridNamed}) {
+        EXPECT_FALSE(flag);
+    }
+    EXPECT_THAT(view.calls, testing::Contains("redraw"));
+}
+
+TEST_F(New, LeavesTheRegimes) {
+    hold({flatPatch(2, 3)});
+    armEverything();
+    ui.answers = {true};
+    doc.onNewDocument();
+    expectIdle();
+}
+
+TEST_F(New, CanBeUndone) {
+    hold({flatPatch(2, 3)});
+    const PatchList before = doc.patches;
+    ui.answers = {true};
+    doc.onNewDocument();
+    doc.UndoPatch();
+    EXPECT_EQ(doc.patches, before);
+    expectKinds("str", "apt");
+    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.boxMax, zVec<double>(2, 1, 0));
+}
+
+// ---- Open -----------------------------------------------------------------------------------------------------------
+
+TEST_F(Open, OffersEightTypesInOrder) {
+    doc.openFiles();
+    ASSERT_EQ(ui.requests.size(), 1U);
+    const FileRequest& request = ui.requests.front();
+    EXPECT_EQ(request.mode, ChooserMode::Open);
+    EXPECT_TRUE(request.multiple);
+    Lines types;
+    for (const FileType& type : request.types) {
+        types.push_back(type.extension + " " + type.typeName);
+    }
+    EXPECT_THAT(types, ElementsAre("apt Geometry", "skl Sections", "dat TechPlot", "wrl Unstructured",
+                                   "stl Unstructured", "apm Markers", "fld FlowField", "grd Unstructured"));
+}
+
+TEST_F(Open, ReadsAnAptFile) {
+    const PatchList model = {flatPatch(2, 3), flatPatch(4, 2, 5.0)};
+    EXPECT_THAT(open({writeApt("wing.apt", model)}), ElementsAre("chooser: Open -> 1", "title: wing.apt"));
+    EXPECT_EQ(doc.patches, model);
+    expectKinds("str", "apt");
+    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.apt");
+    EXPECT_EQ(doc.currentDirectory, shownFolder());
+    EXPECT_EQ(doc.fileExtension, "apt");
+    EXPECT_EQ(doc.boxMax, zVec<double>(2, 3, 5));
+    EXPECT_TRUE(doc.surfaceMode);
+    EXPECT_FALSE(doc.documentModified);
+    EXPECT_FALSE(doc.patchUndoReady);
+    EXPECT_THAT(view.calls, testing::IsSupersetOf({"bounds", "redraw"}));
+    EXPECT_EQ(ui.busyDepth, 0);
+    EXPECT_EQ(ui.busyCalls, 1);
+}
+
+TEST_F(Open, ReadsASklFile) {
+    const PatchList model = {patchOf({3, 2, 4})};
+    EXPECT_THAT(openHeard({writeSkl("hull.skl", model)}), ElementsAre("title: hull.skl"));
+    EXPECT_EQ(doc.patches, model);
+    expectKinds("str", "skl");
+    EXPECT_EQ(doc.currentPath, shownFolder() + "hull.skl");
+}
+
+TEST_F(Open, LowersTitleAndPathButKeepsTheFilesSpelling) {
+    std::filesystem::create_directory(folder / "Data");
+    openHeard({writeApt("Data/Wing.APT", {flatPatch(2, 3)})});
+    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.currentPath, shownFolder() + "data/wing.apt");
+    EXPECT_EQ(doc.currentDirectory, shownFolder() + "data/");
+    EXPECT_EQ(doc.fileExtension, "apt");
+    EXPECT_EQ(doc.chosenPath, folder / "Data/Wing.APT");
+    expectKinds("str", "apt");
+}
+
+TEST_F(Open, OfARegularSklFileTakesTheKindAndTitleApt) {
+    EXPECT_EQ(openHeard({writeSkl("hull.skl", {flatPatch(3, 4)})}).back(), "title: hull.apt");
+    expectKinds("str", "apt");
+    EXPECT_EQ(doc.documentTitle, "hull.apt");
+}
+
+TEST_F(Open, OfAnAptFileWithAPatchOfOneSectionTakesTheKindTitleAndPathSkl) {
+    EXPECT_THAT(openHeard({writeApt("wing.apt", {flatPatch(2, 3), flatPatch(1, 3)})}),
+                ElementsAre("title: wing.apt", "title: wing.skl"));
+    expectKinds("str", "skl");
+    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.skl");
+}
+
+TEST_F(Open, CancelledWithoutAModelChangesNothing) {
+    EXPECT_THAT(open({}), ElementsAre("chooser: Open -> 0"));
+    EXPECT_EQ(doc.documentTitle, "Untitled");
+    EXPECT_EQ(doc.currentPath, "");
+    expectKinds("non", "non");
+}
+
+TEST_F(Open, AnsweredWithNoStopsBeforeTheChooser) {
+    hold({flatPatch(2, 3)});
+    const PatchList before = doc.patches;
+    EXPECT_THAT(open({folder / "other.apt"}), ElementsAre(removalDeclined));
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_FALSE(doc.patchUndoReady);
+}
+
+TEST_F(Open, CancelledAfterYesLeavesAnEmptyDocumentThatUndoFills) {
+    hold({flatPatch(2, 3)});
+    armEverything();
+    const PatchList before = doc.patches;
+    doc.showBlockOnly = doc.rebuildOnUndo = doc.fieldOpening = true;
+    ui.answers = {true};
+    const Lines lines = open({});
+    EXPECT_EQ(lines[0], removalAnswered);
+    EXPECT_EQ(lines[1], "title: Untitled");
+    EXPECT_EQ(lines[2], "chooser: Open -> 0");
+    EXPECT_TRUE(doc.patches.empty());
+    expectKinds("non", "non");
+    EXPECT_FALSE(doc.showBlockOnly || doc.rebuildOnUndo || doc.fieldOpening);
+    EXPECT_TRUE(doc.patchUndoReady);
+    doc.UndoPatch();
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_EQ(doc.documentTitle, "wing.apt");
+}
+
+TEST_F(Open, OverAModelReplacesItAndCanBeUndone) {
+    hold({flatPatch(2, 3)});
+    const PatchList before = doc.patches;
+    const PatchList model = {flatPatch(5, 5)};
+    ui.answers = {true};
+    EXPECT_THAT(open({writeApt("body.apt", model)}),
+                ElementsAre(removalAnswered, "title: Untitled", "chooser: Open -> 1", "title: body.apt"));
+    EXPECT_EQ(doc.patches, model);
+    doc.UndoPatch();
+    EXPECT_EQ(doc.patches, before);
+}
+
+TEST_F(Open, LeavesTheRegimesOfTheModelBefore) {
+    hold({flatPatch(2, 3)});
+    armEverything();
+    ui.answers = {true};
+    open({writeApt("body.apt", {flatPatch(3, 3)})});
+    expectIdle();
+}
+
+TEST_F(Open, OfAnEmptyAptFileIsCancelledUnderItsTitle) {
+    EXPECT_THAT(openHeard({write("none.apt", "")}), ElementsAre("title: none.apt", cancelled));
+    expectKinds("non", "non");
+    EXPECT_EQ(doc.documentTitle, "none.apt");
+}
+
+TEST_F(Open, OfAnEmptySklFileIsCancelledUnderItsTitle) {
+    EXPECT_THAT(openHeard({write("none.skl", "")}), ElementsAre("title: none.skl", cancelled));
+    expectKinds("non", "non");
+}
+
+TEST_F(Open, OfAnUnsupportedTypeSaysSoAndIsCancelled) {
+    for (const char* name : {"markers.apm", "flow.fld", "notes.txt", "noextension"}) {
+        EXPECT_THAT(openHeard({write(name, "2 2\n")}),
+                    ElementsAre("message: This file's type is not supported by Sorvane", cancelled))
+            << name;
+        expectKinds("non", "non");
+        EXPECT_EQ(doc.documentTitle, "Untitled");
+    }
+}
+
+TEST_F(Open, OfAFileThatIsNotThereIsCancelled) {
+    EXPECT_THAT(openHeard({folder / "absent.apt"}),
+                ElementsAre("message: It is impossible to open selected file", cancelled));
+    EXPECT_EQ(doc.documentTitle, "Untitled");
+    EXPECT_THAT(openHeard({folder / "absent.skl"}),
+                ElementsAre("message: It is impossible to open selected file", cancelled));
+}
+
+TEST_F(Open, TellsTheCountsOfAModelThatWasThinned) {
+    // 201,004 points are a little too many, so every second point of a long section stays, and its last.
+    const int points = 100502;
+    std::string text = "2 " + std::to_string(points) + "\n";
+    for (int i = 0; i < 2 * points; ++i) {
+        text += "0 0 0\n";
+    }
+    doc.ShowStatus("before");
+    open({write("large.apt", text)});
+    EXPECT_THAT(countsOf(doc.patches.at(0)), ElementsAre(50252, 50252));
+    EXPECT_NE(doc.status.find("201004"), std::string::npos) << doc.status;
+    EXPECT_NE(doc.status.find("100504"), std::string::npos) << doc.status;
+}
+
+TEST_F(Open, OfAModelThatWasReadWholeTellsNoCounts) {
+    doc.ShowStatus("before");
+    open({writeApt("wing.apt", {flatPatch(70, 70)})});
+    EXPECT_EQ(doc.status, "For Help, press F1");
+}
+
+// ---- List mode ------------------------------------------------------------------------------------------------------
+
+TEST_F(OpenList, ReadsFilesOfTheFirstOnesTypeIntoOneModelAndSkipsOthersSilently) {
+    const Patch first = flatPatch(2, 2);
+    const Patch second = flatPatch(3, 3, 1.0);
+    EXPECT_THAT(
+        openHeard({writeApt("a.apt", {first}), writeSkl("b.skl", {patchOf({4, 5})}), writeApt("c.APT", {second})}),
+        ElementsAre("title: a.apt", "title: c.apt"));
+    EXPECT_EQ(doc.patches, (PatchList{first, second}));
+    expectKinds("str", "apt");
+    EXPECT_EQ(doc.currentPath, shownFolder() + "c.apt");
+}
+
+TEST_F(OpenList, TakesPathAndExtensionOfLoadedFilesOnly) {
+    openHeard({writeApt("a.apt", {flatPatch(2, 2)}), writeSkl("b.skl", {patchOf({4, 5})})});
+    EXPECT_EQ(doc.currentPath, shownFolder() + "a.apt");
+    EXPECT_EQ(doc.fileExtension, "apt");
+    EXPECT_EQ(doc.documentTitle, "a.apt");
+}
+
+TEST_F(OpenList, OfSklFilesReadsThemAll) {
+    openHeard({writeSkl("a.skl", {patchOf({2, 3})}), writeApt("b.apt", {flatPatch(2, 2)}),
+               writeSkl("c.skl", {flatPatch(2, 2)})});
+    EXPECT_EQ(doc.patches.size(), 2U);
+    expectKinds("str", "skl");
+    EXPECT_EQ(doc.documentTitle, "c.skl");
+}
+
+TEST_F(OpenList, StopsAtAFirstFileThatGivesNoModel) {
+    EXPECT_THAT(openHeard({write("a.apm", ""), writeApt("b.apt", {flatPatch(2, 2)})}),
+                ElementsAre("message: This file's type is not supported by Sorvane", cancelled));
+    EXPECT_TRUE(doc.patches.empty());
+}
+
+TEST_F(OpenList, KeepsWhatItHasWhenALaterFileIsWrong) {
+    EXPECT_THAT(openHeard({writeApt("a.apt", {flatPatch(2, 2)}), write("b.apt", "2 2\n0 0 0\n")}),
+                testing::Contains("message: Body of APT file is wrong. Compartment N= 1"));
+    EXPECT_EQ(doc.patches.size(), 1U);
+    expectKinds("str", "apt");
+    EXPECT_EQ(doc.documentTitle, "Wrong");
+}
+
+// ---- Reads that fail ------------------------------------------------------------------------------------------------
+
+namespace {
+
+struct WrongFile {
+    const char* name;
+    const char* file;
+    const char* text;
+    std::vector<std::string> messages;
+    std::size_t patches;
+};
+
+class WrongFiles : public FileCommands, public testing::WithParamInterface<WrongFile> {};
+
+const WrongFile wrongFiles[] = {
+    {"AptWithTooFewLines",
+     "a.apt",
+     "2 2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n2 2\n0 0 0\n",
+     {"message: Body of APT file is wrong. Compartment N= 2", cancelled},
+     0},
+    {"AptWithABadPoint", "a.apt", brokenSecondCompartment, {"message: Body of APT file is wrong. Compartment N= 2"}, 1},
+    {"AptWithABadHeader",
+     "a.apt",
+     "2 99999999999\n0 0 0\n",
+     {"message: Header of APT file is wrong. Compartment N= 1",
+      "message: Header of APT file is wrong. Compartment N= 1", cancelled},
+     0},
+    {"SklWithABadLineHeader",
+     "a.skl",
+     "1\n1\n0 0 0\n2\n1\n0 0 0\nx\n",
+     {"message: Line header of SLK file is wrong. Compartment N= 2"},
+     1},
+    {"SklWithABadPoint",
+     "a.skl",
+     "2\n1\n0 0 0\n2\n0 0 0\n1 0\n",
+     {"message: Body of SLK file is wrong. Compartment N= 1", cancelled},
+     0},
+};
+
+} // namespace
+
+TEST_P(WrongFiles, GetTheirMessagesAndTheTitleWrong) {
+    Lines lines = openHeard({write(GetParam().file, GetParam().text)});
+    lines.erase(std::remove_if(lines.begin(), lines.end(),
+                               [](const std::string& line) { return !line.starts_with("message: "); }),
+                lines.end());
+    EXPECT_EQ(lines, GetParam().messages);
+    EXPECT_EQ(doc.patches.size(), GetParam().patches);
+    EXPECT_EQ(doc.structureKind, GetParam().patches == 0 ? "non" : "str");
+    EXPECT_EQ(doc.documentTitle, "Wrong");
+}
+
+TEST_P(WrongFiles, AreSaidTheSameWayByPath) {
+    doc.onOpenDocument(write(GetParam().file, GetParam().text));
+    Lines lines = heard();
+    lines.erase(std::remove_if(lines.begin(), lines.end(),
+                               [](const std::string& line) { return !line.starts_with("message: "); }),
+                lines.end());
+    EXPECT_EQ(lines, GetParam().messages);
+    EXPECT_EQ(doc.documentTitle, "Wrong");
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, WrongFiles, testing::ValuesIn(wrongFiles),
+                         [](const auto& tested) { return std::string(tested.param.name); });
+
+TEST_F(FailedRead, LeavesThePatchesBeforeItWithTheirKind) {
+    openHeard({write("a.apt", brokenSecondCompartment)});
+    EXPECT_EQ(doc.patches, (PatchList{flatPatch(2, 2)}));
+    expectKinds("str", "apt");
+    EXPECT_TRUE(doc.surfaceMode);
+}
+
+TEST_F(FailedRead, TellsTheCountsOfWhatWasReadInPart) {
+    openHeard({write("a.apt", brokenSecondCompartment)});
+    EXPECT_NE(doc.status.find("8"), std::string::npos) << doc.status;
+    EXPECT_NE(doc.status.find("4"), std::string::npos) << doc.status;
+}
+
+TEST_F(FailedRead, KeepsTheTitleWrongThroughEditsAndUndo) {
+    openHeard({write("a.apt", brokenSecondCompartment)});
+    doc.SavePatchUndo();
+    doc.patchUndoReady = true;
+    doc.patches[0][0].pop_back();
+    doc.UpdateAfterEdit();
+    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.documentTitle, "Wrong");
+    doc.UndoPatch();
+    EXPECT_EQ(doc.documentTitle, "Wrong");
+}
+
+TEST_F(FailedRead, LosesTheTitleWrongAtTheNextOpen) {
+    openHeard({write("a.apt", brokenSecondCompartment)});
+    ui.answers = {true};
+    EXPECT_THAT(openHeard({writeApt("b.apt", {flatPatch(2, 2)})}), testing::Contains("title: b.apt"));
+    EXPECT_EQ(doc.documentTitle, "b.apt");
+}
+
+TEST_F(FailedRead, ThatGaveNothingLosesTheTitleWrongAtTheNextOpen) {
+    openHeard({write("a.apt", "2 2\n")});
+    EXPECT_EQ(doc.documentTitle, "Wrong");
+    EXPECT_THAT(openHeard({writeApt("b.apt", {flatPatch(2, 2)})}), ElementsAre("title: b.apt"));
+    doc.UpdateAfterEdit();
+    EXPECT_EQ(doc.documentTitle, "b.apt");
+}
+
+// ---- Opening by path ------------------------------------------------------------------------------------------------
+
+TEST_F(OpenByPath, AsksNothingAndRecordsThePathAsChosen) {
+    hold({flatPatch(2, 3)});
+    armEverything();
+    const PatchList model = {flatPatch(4, 4)};
+    const auto path = writeApt("Body.APT", model);
+    doc.onOpenDocument(path);
+    Lines lines = heard();
+    lines.erase(std::remove_if(lines.begin(), lines.end(),
+                               [](const std::string& line) { return line.starts_with("status: "); }),
+                lines.end());
+    EXPECT_THAT(lines, ElementsAre("title: body.apt", "recent: " + path.string()));
+    EXPECT_EQ(doc.patches, model);
+    EXPECT_TRUE(ui.requests.empty());
+    EXPECT_TRUE(doc.surfaceMode);
+    EXPECT_EQ(doc.boxMax, zVec<double>(3, 3, 0));
+    expectIdle();
+}
+
+TEST_F(OpenByPath, ForgetsWhatWasLoadedBefore) {
+    hold({flatPatch(2, 3)});
+    doc.secondKind = "wrl";
+    doc.fieldLoaded = doc.fieldMode = doc.fieldOpening = true;
+    doc.onOpenDocument(writeApt("body.apt", {flatPatch(4, 4)}));
+    expectKinds("str", "apt");
+    EXPECT_FALSE(doc.fieldLoaded || doc.fieldMode || doc.fieldOpening);
+    EXPECT_EQ(doc.documentTitle, "body.apt");
+}
+
+TEST_F(OpenByPath, OfAFileThatGivesNoModelIsCancelledAfterTheReadersMessage) {
+    hold({flatPatch(2, 3)});
+    doc.onOpenDocument(folder / "absent.apt");
+    const Lines lines = heard();
+    const auto reader = std::find(lines.begin(), lines.end(), "message: It is impossible to open selected file");
+    const auto command = std::find(lines.begin(), lines.end(), cancelled);
+    ASSERT_NE(reader, lines.end());
+    ASSERT_NE(command, lines.end());
+    EXPECT_LT(reader, command);
+    EXPECT_TRUE(doc.patches.empty());
+    expectKinds("non", "non");
+}
+
+TEST_F(OpenByPath, OfAnUnsupportedTypeIsCancelled) {
+    doc.onOpenDocument(folder / "notes.txt");
+    const Lines lines = heard();
+    EXPECT_EQ(lines.front(), "message: This file's type is not supported by Sorvane");
+    EXPECT_EQ(lines.back(), cancelled);
+}
+
+TEST_F(OpenByPath, UndoBringsTheModelBackUnderItsOwnFile) {
+    const auto wing = writeApt("wing.apt", {flatPatch(2, 3)});
+    const auto body = writeApt("body.apt", {flatPatch(4, 4)});
+    doc.onOpenDocument(wing);
+    doc.SavePointUndo();
+    doc.pointUndoReady = true;
+    doc.onOpenDocument(body);
+    EXPECT_TRUE(doc.patchUndoReady);
+    EXPECT_FALSE(doc.pointUndoReady);
+    EXPECT_TRUE(doc.pointUndoPatches.empty());
+    doc.UndoPatch();
+    EXPECT_EQ(doc.patches, PatchList{flatPatch(2, 3)});
+    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    const std::string before = fileText(body);
+    doc.saveModel();
+    EXPECT_EQ(fileText(body), before);
+}
+
+TEST_F(OpenByPath, IntoAnEmptyDocumentLeavesNothingToUndo) {
+    doc.onOpenDocument(writeApt("body.apt", {flatPatch(4, 4)}));
+    EXPECT_FALSE(doc.patchUndoReady);
+    EXPECT_TRUE(doc.undoPatches.empty());
+}
+
+TEST_F(Open, UndoAfterItNeverSavesOverTheFileOpenedLast) {
+    const auto wing = writeApt("wing.apt", {flatPatch(2, 3)});
+    const auto broken = write("broken.apt", "2 2\n0 0 0\n");
+    doc.onOpenDocument(wing);
+    ui.answers = {true};
+    open({broken});
+    doc.UndoPatch();
+    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    doc.saveModel();
+    EXPECT_EQ(fileText(broken), "2 2\n0 0 0\n");
+}
+
+TEST_F(Open, OfAFileWithTextBehindItsEndAsksBeforeSavingOverIt) {
+    const std::string text = "2 1\n0 0 0\n1 0 0\nmore\n";
+    const auto path = write("more.apt", text);
+    doc.onOpenDocument(path);
+    EXPECT_EQ(doc.documentTitle, "more.apt");
+    ui.answers = {false};
+    doc.saveModel();
+    EXPECT_EQ(fileText(path), text);
+    EXPECT_EQ(ui.count("question: The file holds more points than were read. Overwrite it? -> no"), 1U);
+}
+
+} // namespace velmora::test

@@ -1,0 +1,310 @@
+#include "document_fixture.h"
+
+namespace velmora::test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Undo : public DocumentTest {
+protected:
+    Undo() { hold({flatPatch(3, 4), flatPatch(2, 2)}); }
+
+    /// A point edit as commands make it: snapshot, flag, address, change.
+    void movePoint(double x) {
+        doc.SavePointUndo();
+        doc.pointUndoReady = true;
+        doc.savedPatch = doc.capturedPatch;
+        doc.savedPointSection = doc.capturedPointSection;
+        doc.savedPoint = doc.capturedPoint;
+        doc.pointAt(doc.capturedPatch, doc.capturedPointSection, doc.capturedPoint)->x = x;
+    }
+
+    /// A patch edit as commands make it.
+    void removeFirstPatch() {
+        doc.SavePatchUndo();
+        doc.patchUndoReady = true;
+        doc.rebuildOnUndo = false;
+        doc.patches.erase(doc.patches.begin());
+        doc.UpdateAfterEdit();
+    }
+
+    void expectNothingToUndo() const {
+        EXPECT_FALSE(doc.pointUndoReady || doc.patchUndoReady);
+        EXPECT_TRUE(doc.pointUndoPatches.empty());
+        EXPECT_TRUE(doc.undoPatches.empty());
+    }
+};
+
+using Snapshots = Undo;
+using UndoPoint = Undo;
+using UndoPatch = Undo;
+
+} // namespace
+
+// ---- Snapshots ------------------------------------------------------------------------------------------------------
+
+TEST_F(Snapshots, CopyTheModelAndMarkItModified) {
+    const PatchList before = doc.patches;
+    doc.SavePointUndo();
+    EXPECT_EQ(doc.pointUndoPatches, before);
+    EXPECT_TRUE(doc.undoPatches.empty());
+    EXPECT_TRUE(doc.documentModified);
+    doc.documentModified = false;
+    doc.SavePatchUndo();
+    EXPECT_EQ(doc.undoPatches, before);
+    EXPECT_TRUE(doc.documentModified);
+    doc.patches[0][0][0].x = 99;
+    EXPECT_EQ(doc.pointUndoPatches, before);
+    EXPECT_EQ(doc.undoPatches, before);
+}
+
+TEST_F(Snapshots, SetNoUndoFlag) {
+    doc.SavePointUndo();
+    doc.SavePatchUndo();
+    EXPECT_FALSE(doc.pointUndoReady || doc.patchUndoReady);
+}
+
+TEST_F(Snapshots, ReplaceTheOnesBefore) {
+    doc.SavePatchUndo();
+    doc.SavePointUndo();
+    doc.patches = {flatPatch(2, 2)};
+    doc.SavePatchUndo();
+    doc.SavePointUndo();
+    EXPECT_EQ(doc.undoPatches, doc.patches);
+    EXPECT_EQ(doc.pointUndoPatches, doc.patches);
+}
+
+TEST_F(Snapshots, OfAnEmptyModelHoldNothing) {
+    doc.SavePatchUndo();
+    doc.patches.clear();
+    doc.SavePatchUndo();
+    EXPECT_TRUE(doc.undoPatches.empty());
+    EXPECT_TRUE(doc.documentModified);
+}
+
+TEST_F(Snapshots, OfNoStructuredModelHoldNothing) {
+    doc.structureKind = "non";
+    doc.SavePatchUndo();
+    doc.SavePointUndo();
+    EXPECT_TRUE(doc.undoPatches.empty());
+    EXPECT_TRUE(doc.pointUndoPatches.empty());
+    EXPECT_TRUE(doc.documentModified);
+}
+
+// ---- Undo point -----------------------------------------------------------------------------------------------------
+
+TEST_F(UndoPoint, WithoutASnapshotDoesNothing) {
+    const PatchList before = doc.patches;
+    doc.savedPatch = 1;
+    doc.patchUndoReady = true;
+    doc.UndoPoint();
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_EQ(doc.savedPatch, 1);
+    EXPECT_TRUE(doc.patchUndoReady);
+    EXPECT_THAT(heard(), IsEmpty());
+    EXPECT_THAT(viewCalls(), IsEmpty());
+}
+
+TEST_F(UndoPoint, RestoresTheModelAndThePoint) {
+    const PatchList before = doc.patches;
+    capturePoint(0, 1, 2);
+    movePoint(77);
+    doc.pickedPoint = doc.capturedPointPos = {77, 1, 0};
+    doc.UndoPoint();
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_EQ(doc.pickedPoint, zVec<double>(2, 1, 0));
+    EXPECT_EQ(doc.capturedPointPos, zVec<double>(2, 1, 0));
+    EXPECT_TRUE(doc.pointPicked);
+    expectNothingToUndo();
+    const std::string text = "Captured point: (Patch K=1, Section N=2, Point M=3) X=2.000000, Y=1.000000, Z=0.000000";
+    EXPECT_EQ(doc.pointStatus, text);
+    EXPECT_THAT(heard(), ElementsAre("status: " + text + " // Press right button to continue "));
+    EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set point"));
+}
+
+TEST_F(UndoPoint, GoesBackToTheSavedAddressAndForgetsIt) {
+    capturePoint(0, 1, 2);
+    movePoint(77);
+    doc.capturedPatch = 1;
+    doc.capturedPointSection = doc.capturedPoint = 0;
+    doc.UndoPoint();
+    EXPECT_EQ(doc.capturedPatch, 0);
+    EXPECT_EQ(doc.capturedPointSection, 1);
+    EXPECT_EQ(doc.capturedPoint, 2);
+    for (const std::int32_t number :
+         {doc.savedPatch, doc.savedPointSection, doc.savedPoint, doc.savedSection, doc.savedLine}) {
+        EXPECT_EQ(number, -1);
+    }
+}
+
+TEST_F(UndoPoint, TakesSavedSectionAndLineOnlyWhenTheyAreNotNegative) {
+    capturePoint(0, 1, 2);
+    movePoint(77);
+    doc.capturedSection = 5;
+    doc.capturedLine = 6;
+    doc.UndoPoint();
+    EXPECT_EQ(doc.capturedSection, 5);
+    EXPECT_EQ(doc.capturedLine, 6);
+    movePoint(77);
+    doc.savedSection = 0;
+    doc.savedLine = 1;
+    doc.UndoPoint();
+    EXPECT_EQ(doc.capturedSection, 0);
+    EXPECT_EQ(doc.capturedLine, 1);
+}
+
+TEST_F(UndoPoint, TurnsTheKindBack) {
+    capturePoint(0, 1, 2);
+    movePoint(77);
+    doc.patches[0][1].pop_back();
+    doc.UpdateAfterEdit();
+    EXPECT_EQ(doc.documentTitle, "wing.skl");
+    doc.UndoPoint();
+    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.documentTitle, "wing.apt");
+}
+
+TEST_F(UndoPoint, OfTwoEditsTakesBackTheSecondAndThenNothing) {
+    capturePoint(0, 1, 2);
+    movePoint(70);
+    const PatchList afterFirst = doc.patches;
+    movePoint(80);
+    doc.UndoPoint();
+    EXPECT_EQ(doc.patches, afterFirst);
+    doc.UndoPoint();
+    EXPECT_EQ(doc.patches, afterFirst);
+}
+
+TEST_F(UndoPoint, TakesTheUndoOfPatchesWithIt) {
+    removeFirstPatch();
+    capturePoint(0, 0, 0);
+    movePoint(70);
+    doc.UndoPoint();
+    expectNothingToUndo();
+    EXPECT_EQ(doc.patches.size(), 1U);
+}
+
+TEST_F(UndoPoint, WithNoPointCapturedLeavesThePickWhereItWas) {
+    capturePoint(0, 1, 2);
+    movePoint(77);
+    doc.pointCaptured = false;
+    doc.pickedPoint = doc.capturedPointPos = {5, 5, 5};
+    doc.UndoPoint();
+    EXPECT_EQ(doc.pickedPoint, zVec<double>(5, 5, 5));
+    EXPECT_EQ(doc.capturedPointPos, zVec<double>(5, 5, 5));
+    EXPECT_TRUE(doc.pointPicked);
+}
+
+TEST_F(UndoPoint, WithNoSavedAddressDoesNotReadOutsideTheModel) {
+    const PatchList before = doc.patches;
+    capturePoint(0, 1, 2);
+    doc.SavePointUndo();
+    doc.pointUndoReady = true;
+    doc.patches.clear();
+    doc.UndoPoint();
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_EQ(doc.capturedPatch, -1);
+}
+
+// ---- Undo patch -----------------------------------------------------------------------------------------------------
+
+TEST_F(UndoPatch, RestoresTheModelKindAndTitle) {
+    const PatchList before = doc.patches;
+    doc.SavePatchUndo();
+    doc.patchUndoReady = true;
+    doc.patches[0][0].pop_back();
+    doc.UpdateAfterEdit();
+    forget();
+    doc.UndoPatch();
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_EQ(doc.structureKind, "str");
+    EXPECT_EQ(doc.fileKind, "apt");
+    expectNothingToUndo();
+    EXPECT_THAT(heard(), ElementsAre("title: wing.apt", "status: For Help, press F1"));
+    EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
+}
+
+TEST_F(UndoPatch, WithoutASnapshotKeepsTheModel) {
+    const PatchList before = doc.patches;
+    doc.UndoPatch();
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_EQ(doc.fileKind, "apt");
+    expectNothingToUndo();
+}
+
+TEST_F(UndoPatch, InThePatchRegimeAsksToContinueAndEmptiesTheZBlock) {
+    removeFirstPatch();
+    doc.patchCaptured = true;
+    addToBlock(0);
+    addToBlock(1);
+    doc.UndoPatch();
+    EXPECT_EQ(doc.undoStatus, doc.continuePrompt);
+    EXPECT_THAT(heard(), ElementsAre("status: Press right button to continue"));
+    EXPECT_EQ(doc.blockCount, 0);
+    EXPECT_EQ(doc.blockList[0], -1);
+    EXPECT_EQ(doc.blockList[1], -1);
+    EXPECT_TRUE(doc.patchCaptured);
+}
+
+TEST_F(UndoPatch, KeepsTheSectionOrLineCaptured) {
+    removeFirstPatch();
+    captureSection(0, 1);
+    doc.UndoPatch();
+    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_EQ(doc.capturedSection, 1);
+}
+
+TEST_F(UndoPatch, TakesTheUndoOfPointsWithIt) {
+    removeFirstPatch();
+    capturePoint(0, 0, 1);
+    movePoint(70);
+    doc.UndoPatch();
+    expectNothingToUndo();
+    EXPECT_EQ(doc.patches.size(), 2U);
+    EXPECT_EQ(doc.capturedPointPos, doc.patches[0][0][1]);
+}
+
+TEST_F(UndoPatch, LeavesTheCapturedPositionAloneWithoutAPointEdit) {
+    removeFirstPatch();
+    capturePoint(0, 0, 1);
+    doc.capturedPointPos = {5, 5, 5};
+    doc.UndoPatch();
+    EXPECT_EQ(doc.capturedPointPos, zVec<double>(5, 5, 5));
+}
+
+TEST_F(UndoPatch, FitsTheViewAnewOnlyWhenTheExtentHadChanged) {
+    removeFirstPatch();
+    doc.rebuildOnUndo = true;
+    doc.UndoPatch();
+    EXPECT_THAT(viewCalls(), ElementsAre("bounds"));
+    EXPECT_FALSE(doc.rebuildOnUndo);
+    removeFirstPatch();
+    doc.UndoPatch();
+    EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
+}
+
+TEST_F(UndoPatch, BringsBackAModelThatWasRemoved) {
+    const PatchList before = doc.patches;
+    doc.SavePatchUndo();
+    doc.patchUndoReady = true;
+    doc.patches.clear();
+    doc.structureKind = doc.fileKind = doc.secondKind = "non";
+    doc.UndoPatch();
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_EQ(doc.structureKind, "str");
+    EXPECT_EQ(doc.fileKind, "apt");
+}
+
+TEST_F(UndoPatch, OfTwoCommandsTakesBackTheSecond) {
+    removeFirstPatch();
+    const PatchList afterFirst = doc.patches;
+    removeFirstPatch();
+    doc.UndoPatch();
+    EXPECT_EQ(doc.patches, afterFirst);
+    doc.UndoPatch();
+    EXPECT_EQ(doc.patches, afterFirst);
+}
+
+} // namespace velmora::test

@@ -1,0 +1,175 @@
+// scenario_runner PROGRAM NAME.script MODELS...
+//
+// Runs the script by `PROGRAM --json` in a fresh folder, into which every file of the MODELS folders is copied whose
+// name the script contains. What it says must match NAME.expected: a JSON object for each event, in order, one a
+// line; empty lines and lines that begin with "#" are comments. An event matches when it has all members of the
+// expected object, at every depth; lists match entry by entry, numbers to within 1e-9 of the larger of 1 and their
+// size. ${FOLDER} stands for the folder of the run, ${folder} for the same in lower case. "done" events do not count.
+// The last line, {"exit": STATUS}, is the exit status. Files in NAME.files must have been written, byte for byte.
+
+#include <stdlib.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "Process.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+std::string textOf(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+/// Copies the files of a folder that the script names.
+void copyNamedFiles(const fs::path& from, const std::string& script, const fs::path& to) {
+    if (!fs::is_directory(from)) {
+        return;
+    }
+    for (const fs::directory_entry& entry : fs::directory_iterator(from)) {
+        const std::string name = entry.path().filename().string();
+        if (entry.is_regular_file() && script.find(name) != std::string::npos) {
+            fs::copy_file(entry.path(), to / name, fs::copy_options::overwrite_existing);
+        }
+    }
+}
+
+std::string replaced(std::string text, const std::string& what, const std::string& by) {
+    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size())) {
+        text.replace(at, what.size(), by);
+    }
+    return text;
+}
+
+std::vector<json> expectedEvents(const fs::path& path, const fs::path& folder) {
+    std::string lower = folder.string();
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    std::istringstream lines(replaced(replaced(textOf(path), "${FOLDER}", folder.string()), "${folder}", lower));
+    std::vector<json> events;
+    for (std::string line; std::getline(lines, line);) {
+        if (!line.empty() && line.front() != '#') {
+            events.push_back(json::parse(line));
+        }
+    }
+    return events;
+}
+
+/// Where `actual` is not as expected, as a path into the value; empty when it matches.
+std::string mismatch(const json& expected, const json& actual) {
+    if (expected.is_object() && actual.is_object()) {
+        for (const auto& [name, value] : expected.items()) {
+            const std::string inner = actual.contains(name) ? mismatch(value, actual.at(name)) : " is absent";
+            if (!inner.empty()) {
+                return std::string(".").append(name).append(inner);
+            }
+        }
+        return "";
+    }
+    if (expected.is_array() && actual.is_array() && expected.size() == actual.size()) {
+        for (std::size_t i = 0; i < expected.size(); ++i) {
+            const std::string inner = mismatch(expected[i], actual[i]);
+            if (!inner.empty()) {
+                return std::string("[").append(std::to_string(i)).append("]").append(inner);
+            }
+        }
+        return "";
+    }
+    if (expected.is_number() && actual.is_number()) {
+        const double wanted = expected.get<double>();
+        const double found = actual.get<double>();
+        if (std::abs(wanted - found) <= 1e-9 * std::max(1.0, std::abs(wanted))) {
+            return "";
+        }
+    } else if (expected == actual) {
+        return "";
+    }
+    return ": expected " + expected.dump() + ", got " + actual.dump();
+}
+
+bool eventsMatch(const std::vector<json>& expected, const std::vector<json>& actual) {
+    const std::size_t common = std::min(expected.size(), actual.size());
+    for (std::size_t i = 0; i < common; ++i) {
+        const std::string where = mismatch(expected[i], actual[i]);
+        if (!where.empty()) {
+            std::cerr << "event " << i + 1 << where << "\n  expected " << expected[i] << "\n  got      " << actual[i]
+                      << '\n';
+            return false;
+        }
+    }
+    for (std::size_t i = common; i < expected.size(); ++i) {
+        std::cerr << "absent: " << expected[i] << '\n';
+    }
+    for (std::size_t i = common; i < actual.size(); ++i) {
+        std::cerr << "not expected: " << actual[i] << '\n';
+    }
+    return expected.size() == actual.size();
+}
+
+bool filesMatch(const fs::path& expected, const fs::path& folder) {
+    bool same = true;
+    if (fs::is_directory(expected)) {
+        for (const fs::directory_entry& entry : fs::directory_iterator(expected)) {
+            const fs::path written = folder / entry.path().filename();
+            if (!fs::exists(written) || textOf(entry.path()) != textOf(written)) {
+                std::cerr << entry.path().filename() << " is not as expected:\n" << textOf(written) << '\n';
+                same = false;
+            }
+        }
+    }
+    return same;
+}
+
+bool scenarioHolds(const std::string& program, const fs::path& script, const fs::path& folder) {
+    const velmora::test::ProcessResult result =
+        velmora::test::runProcess({program, "--json", script.filename().string()}, folder);
+    std::vector<json> actual;
+    for (const std::string& line : result.lines) {
+        json event = json::parse(line);
+        if (event.at("event") != "done") {
+            actual.push_back(std::move(event));
+        }
+    }
+    actual.push_back({{"exit", result.status}});
+    std::cerr << result.errors;
+    fs::path beside = script;
+    const bool said = eventsMatch(expectedEvents(beside.replace_extension("expected"), folder), actual);
+    const bool wrote = filesMatch(beside.replace_extension("files"), folder);
+    return said && wrote;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<std::string> arguments(argv, argv + argc);
+    if (arguments.size() < 3) {
+        std::cerr << "scenario_runner PROGRAM NAME.script MODELS...\n";
+        return 2;
+    }
+    std::string pattern = (fs::temp_directory_path() / "velmora-scenario-XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr) {
+        std::cerr << "no temporary folder\n";
+        return 2;
+    }
+    const fs::path folder = fs::canonical(pattern);
+    const fs::path script = arguments[2];
+    fs::copy_file(script, folder / script.filename());
+    std::for_each(arguments.begin() + 3, arguments.end(),
+                  [&](const std::string& models) { copyNamedFiles(models, textOf(script), folder); });
+    bool holds = false;
+    try {
+        holds = scenarioHolds(arguments[1], script, folder);
+    } catch (const std::exception& error) {
+        std::cerr << error.what() << '\n';
+    }
+    fs::remove_all(folder);
+    return holds ? 0 : 1;
+}

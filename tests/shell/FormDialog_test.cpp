@@ -1,0 +1,188 @@
+#include "FormDialog.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRadioButton>
+
+#include "RecordingUi.h"
+#include "VelmoraDoc.h"
+
+namespace velmora::test {
+namespace {
+
+/// A form with every sort of field: choosing kind 2 turns the count off and doubles the total.
+struct Sample {
+    std::int32_t total = 7;
+    std::int32_t kind = 1;
+    std::int32_t count = 3;
+    double length = 0.25;
+    bool looped = false;
+    std::vector<std::string> changes;
+    DialogForm form;
+
+    Sample() {
+        form.name = "CSample";
+        form.title = "Sample title";
+        form.notices = {"Mind the gap"};
+        DialogField kinds = radioField("kind", kind, {"One", "Two", "Three"});
+        kinds.label = "Kinds";
+        kinds.choiceOn[2] = false;
+        form.fields = {shownOnly(integerField("total", "Total", total)), kinds,
+                       inGroup(integerField("count", "Count", count, 1, 10), "Numbers"),
+                       inGroup(realField("length", "Length", length), "Numbers"),
+                       checkField("looped", "Make a loop", looped)};
+        form.refresh = [this](DialogForm& self, std::string_view key) {
+            changes.emplace_back(key);
+            self.find("count")->on = kind == 1;
+            if (key == "kind" && kind == 2) {
+                total *= 2;
+            }
+        };
+        openDialog(form);
+    }
+};
+
+template <class Widget>
+Widget& part(const QDialog& dialog, const char* name) {
+    return *dialog.findChild<Widget*>(QString::fromLatin1(name));
+}
+
+TEST(FormDialog, ShowsTheTitleTheLabelsTheFramesAndTheNotices) {
+    Sample sample;
+    const FormDialog dialog(sample.form);
+    EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Sample title"));
+    EXPECT_EQ(part<QGroupBox>(dialog, "kind").title(), QStringLiteral("Kinds"));
+    EXPECT_EQ(part<QRadioButton>(dialog, "kind.2").text(), QStringLiteral("Two"));
+    EXPECT_EQ(part<QCheckBox>(dialog, "looped").text(), QStringLiteral("Make a loop"));
+    QStringList labels;
+    for (const QLabel* label : dialog.findChildren<QLabel*>()) {
+        labels.append(label->text());
+    }
+    EXPECT_EQ(labels, QStringList({"Total", "Count", "Length", "Mind the gap"}));
+    const auto* frame = qobject_cast<QGroupBox*>(part<QLineEdit>(dialog, "count").parentWidget());
+    ASSERT_NE(frame, nullptr);
+    EXPECT_EQ(frame->title(), QStringLiteral("Numbers"));
+    EXPECT_EQ(part<QLineEdit>(dialog, "length").parentWidget(), frame);
+}
+
+TEST(FormDialog, ShowsTheValues) {
+    Sample sample;
+    sample.looped = true;
+    const FormDialog dialog(sample.form);
+    EXPECT_EQ(part<QLineEdit>(dialog, "total").text(), QStringLiteral("7"));
+    EXPECT_EQ(part<QLineEdit>(dialog, "count").text(), QStringLiteral("3"));
+    EXPECT_EQ(part<QLineEdit>(dialog, "length").text(), QStringLiteral("0.25"));
+    EXPECT_TRUE(part<QRadioButton>(dialog, "kind.1").isChecked());
+    EXPECT_TRUE(part<QCheckBox>(dialog, "looped").isChecked());
+}
+
+TEST(FormDialog, AReadOnlyFieldTakesNoTypingAndNoTab) {
+    Sample sample;
+    const FormDialog dialog(sample.form);
+    EXPECT_TRUE(part<QLineEdit>(dialog, "total").isReadOnly());
+    EXPECT_EQ(part<QLineEdit>(dialog, "total").focusPolicy(), Qt::ClickFocus);
+}
+
+TEST(FormDialog, AClickGoesThroughTheRulesAndShowsWhatTheyChanged) {
+    Sample sample;
+    const FormDialog dialog(sample.form);
+    part<QRadioButton>(dialog, "kind.2").click();
+    EXPECT_EQ(sample.kind, 2);
+    EXPECT_FALSE(part<QLineEdit>(dialog, "count").isEnabled());
+    EXPECT_EQ(part<QLineEdit>(dialog, "total").text(), QStringLiteral("14"));
+    part<QCheckBox>(dialog, "looped").click();
+    EXPECT_TRUE(sample.looped);
+    EXPECT_EQ(sample.changes, std::vector<std::string>({"", "kind", "looped"}));
+}
+
+TEST(FormDialog, AChoiceThatIsOffCannotBeClicked) {
+    Sample sample;
+    const FormDialog dialog(sample.form);
+    EXPECT_FALSE(part<QRadioButton>(dialog, "kind.3").isEnabled());
+    part<QRadioButton>(dialog, "kind.3").click();
+    EXPECT_EQ(sample.kind, 1);
+}
+
+TEST(FormDialog, WhatIsTypedIsTakenByOkInTheOrderOfTheFields) {
+    Sample sample;
+    FormDialog dialog(sample.form);
+    part<QLineEdit>(dialog, "length").setText(QStringLiteral(" 1.5 "));
+    part<QLineEdit>(dialog, "count").setText(QStringLiteral("9"));
+    EXPECT_EQ(sample.count, 3) << "not before";
+    dialog.accept();
+    EXPECT_EQ(dialog.result(), QDialog::Accepted);
+    EXPECT_EQ(sample.count, 9);
+    EXPECT_EQ(sample.length, 1.5);
+    EXPECT_EQ(sample.changes, std::vector<std::string>({"", "count", "length"}));
+}
+
+TEST(FormDialog, WhatIsTypedInOneFieldStaysWhileAnotherChanges) {
+    Sample sample;
+    const FormDialog dialog(sample.form);
+    part<QLineEdit>(dialog, "length").setText(QStringLiteral("half"));
+    part<QCheckBox>(dialog, "looped").click();
+    EXPECT_EQ(part<QLineEdit>(dialog, "length").text(), QStringLiteral("half"));
+}
+
+TEST(FormDialog, AFieldThatGoesOffShowsItsValueAgain) {
+    Sample sample;
+    FormDialog dialog(sample.form);
+    part<QLineEdit>(dialog, "count").setText(QStringLiteral("99"));
+    part<QRadioButton>(dialog, "kind.2").click();
+    EXPECT_EQ(part<QLineEdit>(dialog, "count").text(), QStringLiteral("3"));
+    dialog.accept();
+    EXPECT_EQ(dialog.result(), QDialog::Accepted) << "what was typed in it does not count";
+    EXPECT_EQ(sample.count, 3);
+}
+
+TEST(FormDialog, ARefusalWithoutWordsKeepsTheDialogOpenOnItsField) {
+    Sample sample;
+    sample.form.confirm = [&sample](DialogForm&) -> std::optional<DialogRefusal> {
+        sample.length = 2.0;
+        return DialogRefusal{"", "length"};
+    };
+    FormDialog dialog(sample.form);
+    dialog.show();
+    dialog.activateWindow();
+    QApplication::processEvents();
+    dialog.accept();
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(dialog.result(), QDialog::Rejected);
+    EXPECT_EQ(part<QLineEdit>(dialog, "length").text(), QStringLiteral("2")) << "as the test put it right";
+    EXPECT_EQ(dialog.focusWidget(), &part<QLineEdit>(dialog, "length"));
+    EXPECT_EQ(part<QLineEdit>(dialog, "length").selectedText(), QStringLiteral("2"));
+}
+
+TEST(FormDialog, TheFirstFieldToTypeInHasTheFocusAndIsSelected) {
+    Sample sample;
+    const FormDialog dialog(sample.form);
+    EXPECT_EQ(dialog.focusWidget(), &part<QLineEdit>(dialog, "count"));
+    EXPECT_EQ(part<QLineEdit>(dialog, "count").selectedText(), QStringLiteral("3"));
+}
+
+TEST(FormDialog, EveryDialogOfTheDocumentHasANamedControlForEveryField) {
+    RecordingUi ui;
+    VelmoraDoc document(ui, ".");
+    for (const std::string& name : VelmoraDoc::dialogNames()) {
+        SCOPED_TRACE(name);
+        auto form = document.storedDialog(name);
+        ASSERT_TRUE(form.has_value());
+        openDialog(*form);
+        const FormDialog dialog(*form);
+        for (const DialogField& field : form->fields) {
+            const auto* control = dialog.findChild<QWidget*>(QString::fromStdString(field.key));
+            ASSERT_NE(control, nullptr) << field.key;
+            EXPECT_FALSE(control->accessibleName().isEmpty()) << field.key;
+        }
+        EXPECT_LE(dialog.sizeHint().height(), 700) << "higher than a small screen";
+    }
+}
+
+} // namespace
+} // namespace velmora::test

@@ -1,0 +1,48 @@
+#include "text_bitmap.h"
+
+#include <gtest/gtest.h>
+
+#include <QFont>
+#include <QFontMetrics>
+
+namespace velmora::test {
+namespace {
+
+bool bitAt(const TextBitmap& bitmap, int x, int yFromBottom) {
+    const int rowBytes = (bitmap.width + 7) / 8;
+    return (bitmap.rows[static_cast<std::size_t>(yFromBottom * rowBytes + x / 8)] & (0x80 >> (x % 8))) != 0;
+}
+
+TEST(TextBitmap, HasTheSizeOfTheTextInItsFont) {
+    const QFont font(QStringLiteral("DejaVu Sans"), 12);
+    const QFontMetrics metrics(font);
+    const TextBitmap bitmap = textBitmap("128", font);
+    EXPECT_EQ(bitmap.width, metrics.horizontalAdvance(QStringLiteral("128")));
+    EXPECT_EQ(bitmap.height, metrics.height());
+    EXPECT_EQ(bitmap.rows.size(), static_cast<std::size_t>((bitmap.width + 7) / 8 * bitmap.height));
+}
+
+TEST(TextBitmap, RowsRunFromTheBottomUp) {
+    // The mark sits at the foot of its line: nothing of it stands in the upper half.
+    const TextBitmap bitmap = textBitmap("_", QFont(QStringLiteral("DejaVu Sans"), 24));
+    int lower = 0;
+    int upper = 0;
+    for (int y = 0; y < bitmap.height; ++y) {
+        for (int x = 0; x < bitmap.width; ++x) {
+            (y < bitmap.height / 2 ? lower : upper) += bitAt(bitmap, x, y) ? 1 : 0;
+        }
+    }
+    EXPECT_GT(lower, 0);
+    EXPECT_EQ(upper, 0);
+}
+
+TEST(TextBitmap, NothingIsOneEmptyColumn) {
+    const TextBitmap bitmap = textBitmap("", QFont());
+    EXPECT_EQ(bitmap.width, 1);
+    for (const std::uint8_t byte : bitmap.rows) {
+        EXPECT_EQ(byte, 0);
+    }
+}
+
+} // namespace
+} // namespace velmora::test

@@ -1,0 +1,167 @@
+#include "view_rig.h"
+
+namespace velmora {
+namespace {
+
+using test::flatPatch;
+using test::twoPatches;
+using test::ViewRig;
+
+/// Two flat patches, seen along z.
+struct CurveRig : ViewRig {
+    CurveRig() { show(twoPatches()); }
+    bool pickSection(const zVec<double>& at) { return view.PickSection(pixelOf(at)); }
+    bool pickLine(const zVec<double>& at) { return view.PickLine(pixelOf(at)); }
+    /// Shrinks the model on the screen, so that a corner pixel is far from it.
+    void shrink() {
+        view.zoomFactor = 5.0;
+        view.UpdateProjection();
+    }
+};
+
+// ---- Sections -------------------------------------------------------------------------------------------------------
+
+TEST(PickSection, TakesTheSectionOfTheNearestPointWithItsTexts) {
+    CurveRig rig;
+    rig.doc.CaptureSection();
+    ASSERT_TRUE(rig.pickSection({12, 1, 0}));
+    EXPECT_EQ(rig.doc.capturedPatch, 1);
+    EXPECT_EQ(rig.doc.capturedSection, 1);
+    EXPECT_EQ(rig.doc.sectionStatus, "Captured section: Patch K=2, Section N=2, Points M=4");
+    EXPECT_EQ(rig.doc.sectionContinueStatus,
+              "Captured section: Patch K=2, Section N=2, Points M=4  // Press right button to continue ");
+    EXPECT_EQ(rig.ui.transcript.back(), "status: Captured section: Patch K=2, Section N=2, Points M=4");
+}
+
+TEST(PickSection, TextCountsThePointsOfThatSection) {
+    ViewRig rig;
+    rig.show({{{{0, 0, 0}, {1, 0, 0}}, {{0, 5, 0}, {1, 5, 0}, {2, 5, 0}}}});
+    rig.doc.CaptureSection();
+    ASSERT_TRUE(rig.view.PickSection(rig.pixelOf({1, 5, 0})));
+    EXPECT_EQ(rig.doc.sectionStatus, "Captured section: Patch K=1, Section N=2, Points M=3");
+}
+
+TEST(PickSection, ShowsTheSectionWhiteInTheSectionMode) {
+    CurveRig rig;
+    rig.doc.CaptureSection();
+    const int repaints = rig.surface.repaints;
+    ASSERT_TRUE(rig.pickSection({12, 1, 0}));
+    EXPECT_EQ(rig.view.mouseMode, ModeSection);
+    EXPECT_GT(rig.surface.repaints, repaints);
+    int whitePoints = 0;
+    for (const DrawBatch& batch : rig.view.list().batches) {
+        if (batch.primitive == Primitive::Points && batch.colour == Colour{1, 1, 1, 1}) {
+            whitePoints += static_cast<int>(batch.vertexCount);
+            EXPECT_EQ(rig.view.list().vertices[batch.firstVertex].y, 1.0);
+        }
+    }
+    EXPECT_EQ(whitePoints, 4);
+}
+
+TEST(PickSection, FailureDropsTheSectionAndLeavesTheNearestPatch) {
+    CurveRig rig;
+    rig.doc.CaptureSection();
+    ASSERT_TRUE(rig.pickSection({2, 1, 0}));
+    rig.shrink();
+    // The upper right corner of the window: the second patch is the nearer one.
+    EXPECT_FALSE(rig.view.PickSection({599, 0}));
+    EXPECT_EQ(rig.doc.capturedSection, -1);
+    EXPECT_EQ(rig.doc.capturedPatch, 1);
+    EXPECT_EQ(rig.ui.transcript.back(), "status: Press left button of mouse and drag it");
+    EXPECT_EQ(rig.view.mouseMode, ModeSection);
+}
+
+TEST(PickSection, LooksAtTheBlockOnlyInThePatchRegime) {
+    CurveRig rig;
+    rig.putIntoBlock({1});
+    ASSERT_TRUE(rig.pickSection({2, 1, 0}));
+    EXPECT_EQ(rig.doc.capturedPatch, 0);
+    rig.doc.patchCaptured = true;
+    EXPECT_FALSE(rig.pickSection({2, 1, 0}));
+    EXPECT_EQ(rig.doc.capturedPatch, 1);
+    rig.putIntoBlock({});
+    EXPECT_TRUE(rig.pickSection({2, 1, 0}));
+    EXPECT_EQ(rig.doc.capturedPatch, 0);
+}
+
+TEST(PickSection, IsNotBoundToTheCapturedPatch) {
+    CurveRig rig;
+    rig.doc.capturedPatch = 0;
+    ASSERT_TRUE(rig.pickSection({12, 1, 0}));
+    EXPECT_EQ(rig.doc.capturedPatch, 1);
+}
+
+TEST(PickSection, InThePatchRegimeEndsInTheSectionMode) {
+    CurveRig rig;
+    rig.doc.patchCaptured = true;
+    rig.putIntoBlock({1});
+    rig.doc.CaptureSection();
+    ASSERT_TRUE(rig.pickSection({12, 1, 0}));
+    EXPECT_EQ(rig.view.mouseMode, ModeSection);
+}
+
+// ---- Lines ----------------------------------------------------------------------------------------------------------
+
+TEST(PickLine, TakesTheLineOfTheNearestPointWithItsTexts) {
+    CurveRig rig;
+    rig.doc.CaptureLine();
+    rig.doc.capturedPointSection = 7;
+    ASSERT_TRUE(rig.pickLine({13, 1, 0}));
+    EXPECT_EQ(rig.doc.capturedPatch, 1);
+    EXPECT_EQ(rig.doc.capturedLine, 3);
+    EXPECT_EQ(rig.doc.capturedPointSection, -1);
+    EXPECT_EQ(rig.doc.lineStatus, "Captured line: Patch K=2, Line N=4, Points M=3 ");
+    EXPECT_EQ(rig.doc.lineContinueStatus,
+              "Captured line: Patch K=2, Line N=4, Points M=3  // Press right button to continue ");
+    EXPECT_EQ(rig.ui.transcript.back(), "status: Captured line: Patch K=2, Line N=4, Points M=3 ");
+    EXPECT_EQ(rig.view.mouseMode, ModeLine);
+}
+
+TEST(PickLine, FarFromTheGeometryStillTakesALine) {
+    CurveRig rig;
+    rig.doc.CaptureLine();
+    // A quarter of the diagonal above the model: far too much for a point or a section.
+    const double diagonal = std::sqrt(13.0 * 13.0 + 2.0 * 2.0);
+    const zVec<double> far{13, 2 + diagonal / 4, 0};
+    EXPECT_FALSE(rig.view.PickPoint(rig.pixelOf(far)));
+    EXPECT_FALSE(rig.pickSection(far));
+    EXPECT_TRUE(rig.pickLine(far));
+    EXPECT_EQ(rig.doc.capturedLine, 3);
+}
+
+TEST(PickLine, FailureKeepsTheLineAndLeavesTheNearestPatch) {
+    CurveRig rig;
+    rig.doc.CaptureLine();
+    ASSERT_TRUE(rig.pickLine({2, 1, 0}));
+    rig.shrink();
+    rig.doc.capturedPointSection = 7;
+    EXPECT_FALSE(rig.view.PickLine({599, 0}));
+    EXPECT_EQ(rig.doc.capturedLine, 2);
+    EXPECT_EQ(rig.doc.capturedPointSection, -1);
+    EXPECT_EQ(rig.doc.capturedPatch, 1);
+    EXPECT_EQ(rig.ui.transcript.back(), "status: Press left button of mouse and drag it");
+    EXPECT_EQ(rig.view.mouseMode, ModeLine);
+}
+
+TEST(PickLine, LooksAtTheBlockOnlyInThePatchRegime) {
+    CurveRig rig;
+    rig.doc.patchCaptured = true;
+    rig.putIntoBlock({1});
+    // One unit beside the first patch, six before the second.
+    ASSERT_TRUE(rig.pickLine({4, 1, 0}));
+    EXPECT_EQ(rig.doc.capturedPatch, 1);
+    EXPECT_EQ(rig.doc.capturedLine, 0);
+}
+
+TEST(PickLine, DoesNotTouchTheCapturedSection) {
+    CurveRig rig;
+    rig.doc.capturedSection = 2;
+    rig.pickLine({12, 1, 0});
+    EXPECT_EQ(rig.doc.capturedSection, 2);
+    rig.doc.capturedLine = 1;
+    rig.pickSection({12, 1, 0});
+    EXPECT_EQ(rig.doc.capturedLine, 1);
+}
+
+} // namespace
+} // namespace velmora

@@ -1,0 +1,375 @@
+#include "view_rig.h"
+
+namespace velmora {
+namespace {
+
+using test::twoPatches;
+using test::ViewRig;
+using ::testing::ElementsAre;
+
+const std::string dragPrompt = "status: Press left button of mouse and drag it";
+const std::string pointText =
+    "status: Captured point: (Patch K=1, Section N=2, Point M=3) X=2.000000, Y=1.000000, Z=0.000000";
+const std::string pointContinueText = pointText + " // Press right button to continue ";
+const std::string sectionText = "status: Captured section: Patch K=1, Section N=2, Points M=4";
+const std::string sectionContinueText = sectionText + "  // Press right button to continue ";
+const std::string lineText = "status: Captured line: Patch K=1, Line N=3, Points M=3 ";
+const std::string lineContinueText = lineText + " // Press right button to continue ";
+
+/// A pixel that shows nothing.
+const zVec<double> nowhere{6.5, 5.5, 0};
+
+struct RegimeRig : ViewRig {
+    RegimeRig() { show(twoPatches()); }
+    void run(void (VelmoraDoc::*command)()) {
+        (doc.*command)();
+        ui.transcript.clear();
+    }
+};
+
+// ---- Points ---------------------------------------------------------------------------------------------------------
+
+TEST(PointRegime, ArmsWithThePromptAndThePointMode) {
+    RegimeRig rig;
+    rig.doc.CapturePoint();
+    EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt));
+    EXPECT_EQ(rig.view.mouseMode, ModePoint);
+    EXPECT_TRUE(rig.doc.pointCaptureArmed);
+}
+
+TEST(PointRegime, ClickOnAPointCapturesItAtTheRelease) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CapturePoint);
+    const int repaints = rig.surface.repaints;
+    rig.press({2, 1, 0});
+    EXPECT_TRUE(rig.doc.pointCaptureArmed);
+    EXPECT_FALSE(rig.doc.pointCaptured);
+    EXPECT_TRUE(rig.doc.pointPicked);
+    EXPECT_GT(rig.surface.repaints, repaints);
+    EXPECT_TRUE(rig.ui.transcript.empty());
+    rig.release({2, 1, 0});
+    EXPECT_FALSE(rig.doc.pointCaptureArmed);
+    EXPECT_TRUE(rig.doc.pointCaptured);
+    EXPECT_TRUE(rig.doc.pointPicked);
+    EXPECT_FALSE(rig.view.leftButtonDown);
+    EXPECT_THAT(rig.ui.transcript, ElementsAre(pointContinueText));
+}
+
+TEST(PointRegime, ClickBesideTheGeometryStaysArmed) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CapturePoint);
+    rig.click(nowhere);
+    EXPECT_TRUE(rig.doc.pointCaptureArmed);
+    EXPECT_FALSE(rig.doc.pointCaptured);
+    EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt));
+    rig.click({2, 1, 0});
+    EXPECT_TRUE(rig.doc.pointCaptured);
+}
+
+TEST(PointRegime, DragPicksAtEveryAcceptedMoveAndShowsTheShortText) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CapturePoint);
+    rig.press(nowhere);
+    EXPECT_FALSE(rig.doc.pointPicked);
+    rig.view.OnMouseMove(rig.pixelOf({2, 1, 0}));
+    EXPECT_TRUE(rig.doc.pointPicked);
+    EXPECT_THAT(rig.ui.transcript, ElementsAre(pointText));
+    rig.view.OnMouseMove(rig.pixelOf({1, 2, 0}));
+    EXPECT_EQ(rig.ui.transcript.back(),
+              "status: Captured point: (Patch K=1, Section N=3, Point M=2) X=1.000000, Y=2.000000, Z=0.000000");
+    rig.release({1, 2, 0});
+    EXPECT_TRUE(rig.doc.pointCaptured);
+    EXPECT_EQ(rig.doc.capturedPointSection, 2);
+    EXPECT_EQ(rig.doc.capturedPoint, 1);
+}
+
+TEST(PointRegime, DragOffTheGeometryLosesThePick) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CapturePoint);
+    rig.press({2, 1, 0});
+    rig.view.OnMouseMove(rig.pixelOf(nowhere));
+    EXPECT_FALSE(rig.doc.pointPicked);
+    rig.release(nowhere);
+    EXPECT_TRUE(rig.doc.pointCaptureArmed);
+    EXPECT_EQ(rig.ui.transcript.back(), dragPrompt);
+}
+
+// The first pick binds the capture to its patch until the next one is begun.
+TEST(PointRegime, DragDoesNotLeaveThePatchOfItsFirstPick) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CapturePoint);
+    rig.press({2, 1, 0});
+    rig.view.OnMouseMove(rig.pixelOf({12, 1, 0}));
+    EXPECT_FALSE(rig.doc.pointPicked);
+    rig.release({12, 1, 0});
+    rig.run(&VelmoraDoc::CapturePoint);
+    rig.click({12, 1, 0});
+    EXPECT_TRUE(rig.doc.pointCaptured);
+    EXPECT_EQ(rig.doc.capturedPatch, 1);
+}
+
+TEST(PointRegime, MoveWithoutAButtonPicksNothing) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CapturePoint);
+    rig.view.OnMouseMove(rig.pixelOf({2, 1, 0}));
+    EXPECT_FALSE(rig.doc.pointPicked);
+    EXPECT_TRUE(rig.ui.transcript.empty());
+}
+
+TEST(PointRegime, ViewModeInBetweenLeavesTheRegimeAlone) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CapturePoint);
+    rig.view.setMouseMode(ModeShift);
+    rig.drag(rig.pixelOf({2, 1, 0}), {10, 10});
+    rig.view.OnLeftButtonUp({10, 10});
+    EXPECT_TRUE(rig.doc.pointCaptureArmed);
+    EXPECT_FALSE(rig.doc.pointPicked);
+    EXPECT_TRUE(rig.ui.transcript.empty());
+    rig.view.setMouseMode(ModeShift);
+    EXPECT_EQ(rig.view.mouseMode, ModePoint);
+}
+
+TEST(PointRegime, ClickAfterTheCapturePicksNothingMore) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CapturePoint);
+    rig.click({2, 1, 0});
+    rig.ui.transcript.clear();
+    rig.click({1, 2, 0});
+    EXPECT_EQ(rig.doc.capturedPointSection, 1);
+    EXPECT_EQ(rig.doc.capturedPoint, 2);
+    EXPECT_TRUE(rig.ui.transcript.empty());
+}
+
+TEST(PointRegime, NextPointMayLieInAnyPatch) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CapturePoint);
+    rig.click({2, 1, 0});
+    rig.run(&VelmoraDoc::CapturePoint);
+    rig.click({13, 0, 0});
+    EXPECT_EQ(rig.doc.capturedPatch, 1);
+    EXPECT_TRUE(rig.doc.pointCaptured);
+}
+
+// ---- Free points ----------------------------------------------------------------------------------------------------
+
+TEST(FreePointRegime, ClickHoldsThePointBesideTheCapturedOne) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CapturePoint);
+    rig.click({1, 0, 0});
+    rig.doc.CaptureFreePointInPointRegime();
+    EXPECT_TRUE(rig.doc.freePointArmed);
+    EXPECT_TRUE(rig.doc.pointCaptured);
+    EXPECT_EQ(rig.view.mouseMode, ModePoint);
+    rig.ui.transcript.clear();
+    rig.click({2, 1, 0});
+    EXPECT_FALSE(rig.doc.freePointArmed);
+    EXPECT_TRUE(rig.doc.freePointHeld);
+    EXPECT_TRUE(rig.doc.pointCaptured);
+    EXPECT_THAT(rig.ui.transcript, ElementsAre(pointContinueText));
+}
+
+TEST(FreePointRegime, ClickBesideTheGeometryStaysArmed) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CapturePoint);
+    rig.click({1, 0, 0});
+    rig.run(&VelmoraDoc::CaptureFreePointInPointRegime);
+    rig.click(nowhere);
+    EXPECT_TRUE(rig.doc.freePointArmed);
+    EXPECT_FALSE(rig.doc.freePointHeld);
+    EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt));
+}
+
+TEST(FreePointRegime, MayLieOffTheCapturedSectionOfItsPatch) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CaptureSection);
+    rig.click({2, 1, 0});
+    rig.run(&VelmoraDoc::CaptureFreePoint);
+    EXPECT_EQ(rig.view.mouseMode, ModeSection);
+    rig.click({3, 2, 0});
+    EXPECT_TRUE(rig.doc.freePointHeld);
+    EXPECT_EQ(rig.doc.capturedPointSection, 2);
+    EXPECT_EQ(rig.doc.capturedPoint, 3);
+    EXPECT_EQ(rig.doc.capturedSection, 1);
+}
+
+TEST(FreePointRegime, DoesNotLeaveThePatchOfTheSection) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CaptureSection);
+    rig.click({2, 1, 0});
+    rig.run(&VelmoraDoc::CaptureFreePoint);
+    rig.click({12, 1, 0});
+    EXPECT_TRUE(rig.doc.freePointArmed);
+}
+
+TEST(FreePointRegime, DragShowsTheShortText) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CaptureSection);
+    rig.click({2, 1, 0});
+    rig.run(&VelmoraDoc::CaptureFreePoint);
+    rig.press(nowhere);
+    rig.view.OnMouseMove(rig.pixelOf({2, 1, 0}));
+    EXPECT_EQ(rig.ui.transcript.back(), pointText);
+}
+
+// ---- Sections -------------------------------------------------------------------------------------------------------
+
+TEST(SectionRegime, ClickShowsTheShortTextAndTheReleaseCaptures) {
+    RegimeRig rig;
+    rig.doc.CaptureSection();
+    EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt));
+    EXPECT_EQ(rig.view.mouseMode, ModeSection);
+    rig.ui.transcript.clear();
+    rig.press({2, 1, 0});
+    EXPECT_THAT(rig.ui.transcript, ElementsAre(sectionText));
+    EXPECT_TRUE(rig.doc.sectionCaptureArmed);
+    rig.release({2, 1, 0});
+    EXPECT_THAT(rig.ui.transcript, ElementsAre(sectionText, sectionContinueText));
+    EXPECT_FALSE(rig.doc.sectionCaptureArmed);
+    EXPECT_TRUE(rig.doc.sectionCaptured);
+    EXPECT_EQ(rig.view.mouseMode, ModeSection);
+}
+
+TEST(SectionRegime, ClickFarFromTheGeometryStaysArmed) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CaptureSection);
+    rig.click(nowhere);
+    EXPECT_TRUE(rig.doc.sectionCaptureArmed);
+    EXPECT_FALSE(rig.doc.sectionCaptured);
+    EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt, dragPrompt));
+}
+
+TEST(SectionRegime, DragPicksAtEveryAcceptedMove) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CaptureSection);
+    rig.press(nowhere);
+    rig.view.OnMouseMove(rig.pixelOf({2, 1, 0}));
+    EXPECT_EQ(rig.ui.transcript.back(), sectionText);
+    rig.view.OnMouseMove(rig.pixelOf(nowhere));
+    EXPECT_EQ(rig.doc.capturedSection, -1);
+    rig.view.OnMouseMove(rig.pixelOf({2, 1, 0}));
+    rig.release({2, 1, 0});
+    EXPECT_TRUE(rig.doc.sectionCaptured);
+}
+
+TEST(SectionRegime, PointCaptureStaysInsideTheSection) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CaptureSection);
+    rig.click({2, 1, 0});
+    rig.run(&VelmoraDoc::CapturePoint);
+    EXPECT_EQ(rig.doc.capturedPatch, 0);
+    rig.click({2, 2, 0});
+    EXPECT_TRUE(rig.doc.pointCaptureArmed);
+    EXPECT_EQ(rig.doc.capturedPatch, 0);
+    rig.click({2, 1, 0});
+    EXPECT_TRUE(rig.doc.pointCaptured);
+    EXPECT_TRUE(rig.doc.sectionCaptured);
+    EXPECT_EQ(rig.ui.transcript.back(), pointContinueText);
+}
+
+// ---- Lines ----------------------------------------------------------------------------------------------------------
+
+TEST(LineRegime, ClickShowsTheShortTextAndTheReleaseCaptures) {
+    RegimeRig rig;
+    rig.doc.CaptureLine();
+    EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt));
+    EXPECT_EQ(rig.view.mouseMode, ModeLine);
+    rig.ui.transcript.clear();
+    rig.click({2, 1, 0});
+    EXPECT_THAT(rig.ui.transcript, ElementsAre(lineText, lineContinueText));
+    EXPECT_FALSE(rig.doc.lineCaptureArmed);
+    EXPECT_TRUE(rig.doc.lineCaptured);
+    EXPECT_EQ(rig.doc.capturedLine, 2);
+}
+
+TEST(LineRegime, ClickBesideTheGeometryStillCaptures) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CaptureLine);
+    rig.click(nowhere);
+    EXPECT_TRUE(rig.doc.lineCaptured);
+}
+
+TEST(LineRegime, ClickVeryFarAwayStaysArmed) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CaptureLine);
+    rig.view.zoomFactor = 5.0;
+    rig.view.UpdateProjection();
+    rig.clickPixel({0, 0});
+    EXPECT_TRUE(rig.doc.lineCaptureArmed);
+    EXPECT_FALSE(rig.doc.lineCaptured);
+    EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt, dragPrompt));
+}
+
+// A failed pick leaves the line of the pick before it, and the release takes that one.
+TEST(LineRegime, DragOffTheGeometryKeepsTheLineOfThePress) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CaptureLine);
+    rig.view.zoomFactor = 5.0;
+    rig.view.UpdateProjection();
+    rig.press({2, 1, 0});
+    ASSERT_EQ(rig.doc.capturedLine, 2);
+    rig.view.OnMouseMove({0, 0});
+    EXPECT_EQ(rig.ui.transcript.back(), dragPrompt);
+    rig.view.OnLeftButtonUp({0, 0});
+    EXPECT_TRUE(rig.doc.lineCaptured);
+    EXPECT_EQ(rig.doc.capturedLine, 2);
+    EXPECT_EQ(rig.ui.transcript.back(), lineContinueText);
+}
+
+TEST(LineRegime, PointCaptureStaysOnTheLineAndNamesIt) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CaptureLine);
+    rig.click({2, 1, 0});
+    rig.run(&VelmoraDoc::CapturePoint);
+    rig.click({1, 2, 0});
+    EXPECT_TRUE(rig.doc.pointCaptureArmed);
+    rig.click({2, 0, 0});
+    EXPECT_TRUE(rig.doc.pointCaptured);
+    EXPECT_EQ(rig.ui.transcript.back(), "status: Captured point: (Patch K=1, Line N=3, Point M=1) X=2.000000, "
+                                        "Y=0.000000, Z=0.000000 // Press right button to continue ");
+}
+
+TEST(LineRegime, NextLineIsCapturedByTheNextClick) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CaptureLine);
+    rig.click({2, 1, 0});
+    rig.run(&VelmoraDoc::NextSectionOrLine);
+    EXPECT_TRUE(rig.doc.lineCaptureArmed);
+    rig.click({11, 1, 0});
+    EXPECT_TRUE(rig.doc.lineCaptured);
+    EXPECT_EQ(rig.doc.capturedPatch, 1);
+    EXPECT_EQ(rig.doc.capturedLine, 1);
+}
+
+// ---- The mouse around a regime --------------------------------------------------------------------------------------
+
+TEST(RegimeClick, ConfinesTheCursorUntilTheRelease) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CapturePoint);
+    rig.press({2, 1, 0});
+    EXPECT_TRUE(rig.surface.confined);
+    rig.release({2, 1, 0});
+    EXPECT_FALSE(rig.surface.confined);
+}
+
+TEST(RegimeClick, StopsASpin) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CapturePoint);
+    rig.view.spinActive = rig.view.spinTimerOn = true;
+    rig.surface.timerRuns = true;
+    rig.click({2, 1, 0});
+    EXPECT_FALSE(rig.view.spinActive);
+    EXPECT_FALSE(rig.view.spinTimerOn);
+    EXPECT_FALSE(rig.surface.timerRuns);
+}
+
+TEST(RegimeClick, DragTurnsNothing) {
+    RegimeRig rig;
+    rig.run(&VelmoraDoc::CapturePoint);
+    rig.drag({100, 100}, {200, 200});
+    EXPECT_EQ(rig.view.modelRotation, identityMatrix());
+    EXPECT_EQ(rig.view.modelOffset, rig.view.defaultOffset);
+    EXPECT_EQ(rig.view.zoomFactor, 1.0);
+}
+
+} // namespace
+} // namespace velmora

@@ -1,0 +1,158 @@
+#include <gtest/gtest.h>
+
+#include <QOpenGLWidget>
+#include <algorithm>
+#include <cmath>
+#include <thread>
+
+#include "Desk.h"
+#include "FakeSurface.h"
+#include "RecordingUi.h"
+#include "WindowDriver.h"
+
+namespace velmora::test {
+namespace {
+
+/// The pixel of the picture that the view shows now.
+QColor pixel(WindowDriver& person, int x, int y) {
+    return person.ask(
+        [x, y] { return WindowDriver::frame().findChild<QOpenGLWidget*>()->grabFramebuffer().pixelColor(x, y); });
+}
+
+bool waitForMouseAt(WindowDriver& person, PixelPoint at) {
+    return person.waitFor([at] { return WindowDriver::frame().view().lastMousePos == at; });
+}
+
+/// Presses at `from` and moves to `to` in one step.
+void pressAndMove(WindowDriver& person, PixelPoint from, PixelPoint to) {
+    person.move(person.onView(from));
+    person.press();
+    ASSERT_TRUE(person.waitFor([] { return WindowDriver::frame().view().leftButtonDown; }));
+    person.move(person.onView(to));
+    ASSERT_TRUE(waitForMouseAt(person, to));
+}
+
+/// The release that is no throw: later than the time within which it would be one.
+void releaseAtRest(WindowDriver& person) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(120));
+    person.release();
+    ASSERT_TRUE(person.waitFor([] { return !WindowDriver::frame().view().leftButtonDown; }));
+}
+
+TEST(Mouse, ADragTurnsTheModelAsTheViewsOwnRuleSays) {
+    const Desk desk;
+    runProgram({desk.model.string()}, [&](WindowDriver& person) {
+        person.waitForFrame();
+        const Viewport viewport = person.ask([] { return WindowDriver::frame().view().viewport; });
+        person.choose({"View", "Rotate"});
+        pressAndMove(person, {500, 300}, {560, 340});
+        releaseAtRest(person);
+        const Matrix4 rotation = person.ask([] { return WindowDriver::frame().view().modelRotation; });
+
+        RecordingUi ui;
+        VelmoraDoc document(ui, ".");
+        FakeSurface surface;
+        VelmoraView view(document, surface);
+        document.onNewDocument();
+        view.OnSize(viewport.width, viewport.height);
+        document.onOpenDocument(desk.model);
+        view.OnDraw();
+        view.runViewCommand("view.rotate");
+        view.OnLeftButtonDown({500, 300});
+        view.OnMouseMove({560, 340});
+        surface.now = 1000;
+        view.OnLeftButtonUp({560, 340});
+        EXPECT_NE(rotation, identityMatrix());
+        for (std::size_t i = 0; i < rotation.size(); ++i) {
+            EXPECT_NEAR(rotation[i], view.modelRotation[i], 1e-9) << i;
+        }
+    });
+}
+
+TEST(Mouse, AThrowSpinsTheModelUntilAClick) {
+    const Desk desk;
+    runProgram({desk.model.string()}, [](WindowDriver& person) {
+        person.waitForFrame();
+        person.choose({"View", "Rotate"});
+        const QPoint from = person.onView({500, 300});
+        person.move(from);
+        person.settle();
+        person.press();
+        for (int step = 1; step <= 4; ++step) {
+            person.move(from + QPoint(10 * step, 0));
+        }
+        person.release();
+        ASSERT_TRUE(person.waitFor([] { return WindowDriver::frame().view().spinActive; }));
+        const auto rotation = [] { return WindowDriver::frame().view().modelRotation; };
+        const Matrix4 first = person.ask(rotation);
+        EXPECT_TRUE(person.waitFor([&] { return rotation() != first; })) << "it goes on by itself";
+        person.press();
+        person.settle();
+        person.release();
+        EXPECT_TRUE(person.waitFor([] { return !WindowDriver::frame().view().spinActive; }));
+        const Matrix4 stopped = person.ask(rotation);
+        person.settle();
+        EXPECT_EQ(person.ask(rotation), stopped);
+    });
+}
+
+TEST(Mouse, TheZoomRectangleIsDrawnInvertedAndZooms) {
+    const Desk desk;
+    runProgram({desk.model.string()}, [](WindowDriver& person) {
+        person.waitForFrame();
+        const Viewport viewport = person.ask([] { return WindowDriver::frame().view().viewport; });
+        person.choose({"View", "Zoom In"});
+        pressAndMove(person, {700, 420}, {860, 540});
+        ASSERT_TRUE(person.ask([] { return WindowDriver::frame().view().rubberBandShown; }));
+        // That part of the view shows nothing: black, inverted to white.
+        for (const auto& [x, y] : {std::pair{700, 480}, {860, 480}, {780, 420}, {780, 540}, {700, 420}, {860, 540}}) {
+            EXPECT_EQ(pixel(person, x, y), QColor(Qt::white)) << x << ' ' << y;
+        }
+        for (const auto& [x, y] : {std::pair{701, 480}, {699, 480}, {780, 421}, {780, 541}}) {
+            EXPECT_EQ(pixel(person, x, y), QColor(Qt::black)) << x << ' ' << y;
+        }
+        person.screenshot(QStringLiteral("zoom-rectangle"));
+        releaseAtRest(person);
+        EXPECT_FALSE(person.ask([] { return WindowDriver::frame().view().rubberBandShown; }));
+        EXPECT_EQ(pixel(person, 700, 480), QColor(Qt::black));
+        const double zoom = person.ask([] { return WindowDriver::frame().view().zoomFactor; });
+        EXPECT_NEAR(zoom, std::max(160.0 / viewport.width, 120.0 / viewport.height), 1e-12);
+    });
+}
+
+TEST(Mouse, ADragStaysInsideTheView) {
+    const Desk desk;
+    runProgram({desk.model.string()}, [](WindowDriver& person) {
+        person.waitForFrame();
+        const Viewport viewport = person.ask([] { return WindowDriver::frame().view().viewport; });
+        person.choose({"View", "Shift"});
+        pressAndMove(person, {500, 300}, {500, 400});
+        person.move(person.onView({500, viewport.height + 10}));
+        EXPECT_TRUE(waitForMouseAt(person, {500, viewport.height - 1}));
+        EXPECT_TRUE(person.waitFor([] {
+            const QWidget* view = WindowDriver::frame().centralWidget();
+            return view->rect().contains(view->mapFromGlobal(QCursor::pos()));
+        })) << "the cursor itself is kept inside";
+        releaseAtRest(person);
+        const QPoint outside = person.onView({500, viewport.height + 10});
+        person.move(outside);
+        person.settle();
+        EXPECT_EQ(person.ask([] { return QCursor::pos(); }), outside) << "and free again";
+    });
+}
+
+TEST(Mouse, EveryModeHasItsOwnCursor) {
+    const Desk desk;
+    runProgram({desk.model.string()}, [](WindowDriver& person) {
+        person.waitForFrame();
+        const auto shape = [] { return WindowDriver::frame().centralWidget()->cursor().shape(); };
+        EXPECT_EQ(person.ask(shape), Qt::ArrowCursor);
+        person.choose({"View", "Rotate"});
+        EXPECT_EQ(person.ask(shape), Qt::BitmapCursor);
+        person.choose({"View", "Rotate"});
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().view().mouseMode; }), static_cast<int>(ModeNone));
+    });
+}
+
+} // namespace
+} // namespace velmora::test

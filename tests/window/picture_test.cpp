@@ -1,0 +1,338 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QImage>
+#include <QOffscreenSurface>
+#include <QOpenGLContext>
+#include <QOpenGLFramebufferObject>
+#include <cmath>
+#include <cstdlib>
+
+#include "Desk.h"
+#include "GlViewWidget.h"
+#include "RecordingUi.h"
+#include "small_models.h"
+#include "text_bitmap.h"
+
+namespace velmora::test {
+namespace {
+
+constexpr int pictureWidth = 200;
+constexpr int pictureHeight = 150;
+
+/// The toolkit for the time of one test.
+class Toolkit {
+public:
+    Toolkit() {
+        QSurfaceFormat::setDefaultFormat(GlCanvas::surfaceFormat(PixelFormat{}));
+        application_ = std::make_unique<QApplication>(count_, words_);
+    }
+
+private:
+    int count_ = 1;
+    char name_[8] = "picture";
+    char* words_[2] = {name_, nullptr};
+    std::unique_ptr<QApplication> application_;
+};
+
+/// A document with one view of fixed size in a window without a frame.
+class Studio {
+public:
+    RecordingUi ui;
+    VelmoraDoc document{ui, "."};
+
+    Studio() {
+        document.onNewDocument();
+        widget_.setWindowFlags(Qt::BypassWindowManagerHint);
+        widget_.resize(pictureWidth, pictureHeight);
+        widget_.setView(&view);
+        widget_.show();
+        QApplication::processEvents();
+    }
+    Studio(const Studio&) = delete;
+    Studio& operator=(const Studio&) = delete;
+    ~Studio() {
+        view.OnDestroy();
+        widget_.setView(nullptr);
+    }
+
+    void showPatches(const PatchList& patches) {
+        document.patches = patches;
+        document.checkRegularity(document.patches);
+        document.updateBounds();
+        document.redraw();
+    }
+
+    QImage picture() {
+        return widget_.findChild<QOpenGLWidget*>()->grabFramebuffer().convertToFormat(QImage::Format_RGB32);
+    }
+
+    /// Where a model point stands in the picture.
+    QPoint at(const zVec<double>& point) {
+        view.ApplyModelTransform(document.modelCenter);
+        const auto window = projectPoint(point, view.modelViewMatrix, view.projectionMatrix, view.viewport);
+        return {static_cast<int>(std::floor(window->x)), pictureHeight - 1 - static_cast<int>(std::floor(window->y))};
+    }
+
+private:
+    Toolkit toolkit_;
+    GlViewWidget widget_;
+
+public:
+    VelmoraView view{document, widget_};
+};
+
+bool near(const QColor& colour, const QColor& wanted, int tolerance) {
+    return std::abs(colour.red() - wanted.red()) <= tolerance &&
+           std::abs(colour.green() - wanted.green()) <= tolerance &&
+           std::abs(colour.blue() - wanted.blue()) <= tolerance;
+}
+
+void expectColour(const QImage& picture, QPoint at, const QColor& wanted, const char* what) {
+    const QColor colour = picture.pixelColor(at);
+    EXPECT_TRUE(near(colour, wanted, 2)) << what << " is " << colour.name().toStdString() << " at " << at.x() << ' '
+                                         << at.y() << ", wanted " << wanted.name().toStdString();
+}
+
+/// A line between two rows of pixels may go to either: one of the pixels around must have the colour.
+void expectLineAt(const QImage& picture, QPoint at, const QColor& wanted, const char* what) {
+    for (int y = -1; y <= 1; ++y) {
+        for (int x = -1; x <= 1; ++x) {
+            if (near(picture.pixelColor(at + QPoint(x, y)), wanted, 2)) {
+                return;
+            }
+        }
+    }
+    ADD_FAILURE() << "no " << what << " around " << at.x() << ' ' << at.y();
+}
+
+// ---- Single pixels that follow from the rules
+// -------------------------------------------------------------------------
+
+TEST(Pixels, AnEmptyDocumentIsBlack) {
+    Studio studio;
+    const QImage picture = studio.picture();
+    ASSERT_EQ(picture.size(), QSize(pictureWidth, pictureHeight));
+    QImage black(picture.size(), picture.format());
+    black.fill(Qt::black);
+    EXPECT_EQ(picture, black) << "no triad without a model";
+}
+
+TEST(Pixels, LinesHaveTheColourOfTheirPatch) {
+    Studio studio;
+    studio.showPatches({flatPatch(3, 3)});
+    studio.view.runViewCommand("view.orthographic");
+    const QImage picture = studio.picture();
+    expectLineAt(picture, studio.at({0.5, 1.0, 0.0}), QColor::fromRgbF(0.5F, 0.5F, 1.0F), "a section");
+    expectLineAt(picture, studio.at({1.0, 0.5, 0.0}), QColor::fromRgbF(0.5F, 0.5F, 1.0F), "a line");
+    expectColour(picture, studio.at({0.5, 0.5, 0.0}), Qt::black, "inside a cell");
+}
+
+TEST(Pixels, TheTriadKeepsItsPlaceInPixels) {
+    Studio studio;
+    studio.showPatches({flatPatch(3, 3)});
+    const QImage picture = studio.picture();
+    // Origin 40 pixels from the left and 44 from the top, arms of 36 pixels; OpenGL counts rows from the bottom.
+    expectLineAt(picture, {76, 43}, Qt::red, "the tip of X");
+    expectLineAt(picture, {58, 43}, Qt::red, "the arm of X");
+    expectLineAt(picture, {40, 7}, Qt::green, "the tip of Y");
+    expectLineAt(picture, {40, 25}, Qt::green, "the arm of Y");
+}
+
+TEST(Pixels, ACapturedPointIsWhiteInARedFrame) {
+    Studio studio;
+    studio.showPatches({flatPatch(3, 3)});
+    studio.view.runViewCommand("view.orthographic");
+    studio.document.capturedPointPos = {1.3, 1.2, 0.0};
+    studio.document.pointPicked = true;
+    const QImage picture = studio.picture();
+    const QPoint centre = studio.at({1.3, 1.2, 0.0});
+    // The white point of 6 pixels is drawn first; of the red one of 8 pixels behind it only the border is left.
+    int red = 0;
+    int white = 0;
+    for (int y = -5; y <= 5; ++y) {
+        for (int x = -5; x <= 5; ++x) {
+            const QColor colour = picture.pixelColor(centre + QPoint(x, y));
+            red += colour == QColor(Qt::red) ? 1 : 0;
+            white += colour == QColor(Qt::white) ? 1 : 0;
+        }
+    }
+    EXPECT_EQ(white, 36);
+    EXPECT_EQ(red, 64 - 36);
+    expectColour(picture, centre, Qt::white, "the middle");
+}
+
+TEST(Pixels, ASurfaceIsFilledFromTheFrontAndLinesFromBehind) {
+    Studio studio;
+    studio.showPatches({flatPatch(3, 3)});
+    studio.document.surfaceMode = true;
+    studio.document.redraw();
+    // The eye looks along the normal: ambient 0.2 of the material times 1 of the light and 0.2 of the scene, and
+    // the full diffuse colour.
+    expectColour(studio.picture(), studio.at({0.5, 0.5, 0.0}), QColor::fromRgbF(0.74F, 0.74F, 1.0F), "the front");
+    studio.view.runViewCommand("view.right");
+    const QImage behind = studio.picture();
+    expectColour(behind, studio.at({0.5, 0.5, 0.0}), Qt::black, "between the lines of the back");
+    // Behind, the light falls on the reversed normal: two-sided lighting gives the back the same colour.
+    expectLineAt(behind, studio.at({0.5, 1.0, 0.0}), QColor::fromRgbF(0.74F, 0.74F, 1.0F), "line of the back");
+}
+
+TEST(Pixels, AnEditShowsAtTheNextPaint) {
+    Studio studio;
+    studio.showPatches({flatPatch(3, 3)});
+    studio.view.runViewCommand("view.orthographic");
+    expectColour(studio.picture(), studio.at({0.5, 0.5, 0.0}), Qt::black, "before");
+    for (zVec<double>& point : studio.document.patches[0][1]) {
+        point.y = 0.5;
+    }
+    studio.document.redraw();
+    expectLineAt(studio.picture(), studio.at({0.5, 0.5, 0.0}), QColor::fromRgbF(0.5F, 0.5F, 1.0F), "after");
+}
+
+TEST(Pixels, InvertingARectangleTwiceChangesNothing) {
+    Studio studio;
+    studio.showPatches({flatPatch(3, 3)});
+    const QImage before = studio.picture();
+    studio.view.rubberBandShown = true;
+    studio.view.rubberStart = {150, 120};
+    studio.view.rubberEnd = {60, 80};
+    const QImage shown = studio.picture();
+    for (int y = 0; y < pictureHeight; ++y) {
+        for (int x = 0; x < pictureWidth; ++x) {
+            const bool inside = x >= 60 && x <= 150 && y >= 80 && y <= 120;
+            const bool outline = inside && (x == 60 || x == 150 || y == 80 || y == 120);
+            const QRgb old = before.pixel(x, y);
+            const QRgb wanted = outline ? qRgb(255 - qRed(old), 255 - qGreen(old), 255 - qBlue(old)) : old;
+            ASSERT_EQ(shown.pixel(x, y) & RGB_MASK, wanted & RGB_MASK) << x << ' ' << y;
+        }
+    }
+}
+
+TEST(Pixels, ATextIsDrawnAsItsBitmapFromItsPointOn) {
+    const Toolkit toolkit;
+    QOpenGLContext context;
+    context.setFormat(GlCanvas::surfaceFormat(PixelFormat{}));
+    ASSERT_TRUE(context.create());
+    QOffscreenSurface surface;
+    surface.setFormat(context.format());
+    surface.create();
+    ASSERT_TRUE(context.makeCurrent(&surface));
+    QOpenGLFramebufferObject target(64, 64, QOpenGLFramebufferObject::Depth);
+    target.bind();
+    const TextBitmap bitmap = textBitmap("12", QFont(QStringLiteral("DejaVu Sans"), 12));
+    Overlay overlay;
+    overlay.texts.push_back({"12", {10.0, 20.0, 0.0}, {1.0F, 0.0F, 0.0F, 1.0F}});
+    const DrawList nothing;
+    SceneFrame frame;
+    frame.list = &nothing;
+    frame.overlay = &overlay;
+    frame.modelView = identityMatrix();
+    frame.projection = orthographicMatrix(0.0, 64.0, 0.0, 64.0, -1.0, 1.0);
+    frame.viewport = {0, 0, 64, 64};
+    std::string asked;
+    GlRenderer renderer([&](const std::string& text) {
+        asked = text;
+        return bitmap;
+    });
+    renderer.prepare();
+    renderer.clear({0.0F, 0.0F, 0.0F, 1.0F});
+    renderer.draw(frame);
+    renderer.finish();
+    const QImage picture = target.toImage();
+    renderer.release();
+    EXPECT_EQ(asked, "12");
+    for (int y = 0; y < bitmap.height; ++y) {
+        for (int x = 0; x < bitmap.width; ++x) {
+            const auto byte = bitmap.rows[static_cast<std::size_t>(y * ((bitmap.width + 7) / 8) + x / 8)];
+            const bool set = (byte & (0x80 >> (x % 8))) != 0;
+            EXPECT_EQ(picture.pixelColor(10 + x, 63 - 20 - y), set ? QColor(Qt::red) : QColor(Qt::black))
+                << x << ' ' << y;
+        }
+    }
+}
+
+// ---- Whole pictures
+// -----------------------------------------------------------------------------------------------------
+
+/// The part of the pixels that differ by more than a shade; 1 when the sizes do.
+double difference(const QImage& picture, const QImage& wanted) {
+    constexpr int shade = 12;
+    if (picture.size() != wanted.size()) {
+        return 1.0;
+    }
+    int differing = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            differing += near(picture.pixelColor(x, y), wanted.pixelColor(x, y), shade) ? 0 : 1;
+        }
+    }
+    return static_cast<double>(differing) / (picture.width() * picture.height());
+}
+
+/// Drivers round a few pixels of a line to the other side; a wrong line is ten times as much.
+constexpr double mostDifference = 0.002;
+
+/// Keeps the picture in the folder of the build beside the screenshots, and gives the stored one.
+QImage storedPicture(const char* name, const QImage& picture) {
+    const QDir folder(QStringLiteral(VELMORA_SCREENSHOTS "/pictures"));
+    folder.mkpath(QStringLiteral("."));
+    picture.save(folder.filePath(QStringLiteral("%1.png").arg(QLatin1String(name))));
+    return QImage(QStringLiteral(VELMORA_PICTURES "/%1.png").arg(QLatin1String(name)));
+}
+
+void expectPicture(const char* name, const QImage& picture) {
+    EXPECT_LE(difference(picture, storedPicture(name, picture)), mostDifference) << name;
+}
+
+void openSphere(Studio& studio) {
+    const Desk desk("even_sphere.apt");
+    studio.document.onOpenDocument(desk.model);
+    studio.view.runViewCommand("view.iso");
+}
+
+void captureSection(Studio& studio) {
+    studio.document.capturedPatch = 0;
+    studio.document.capturedSection = 2;
+    studio.document.sectionCaptured = true;
+    studio.document.redraw();
+}
+
+TEST(Pictures, AShadedSphere) {
+    Studio studio;
+    openSphere(studio);
+    expectPicture("sphere-surface", studio.picture());
+}
+
+TEST(Pictures, AWireSphereWithACapturedSection) {
+    Studio studio;
+    openSphere(studio);
+    studio.document.surfaceMode = false;
+    captureSection(studio);
+    expectPicture("sphere-section", studio.picture());
+}
+
+TEST(Pictures, ComparingTellsACapturedSectionFromNone) {
+    Studio studio;
+    openSphere(studio);
+    studio.document.surfaceMode = false;
+    studio.document.redraw();
+    const QImage without = studio.picture();
+    captureSection(studio);
+    const QImage with = studio.picture();
+    EXPECT_EQ(difference(with, with), 0.0);
+    EXPECT_GT(difference(without, with), mostDifference);
+    EXPECT_GT(difference(without, storedPicture("sphere-section", with)), mostDifference);
+}
+
+TEST(Pictures, ComparingTellsAPictureFromTheSameMovedByAPixel) {
+    Studio studio;
+    openSphere(studio);
+    studio.document.surfaceMode = false;
+    studio.document.redraw();
+    const QImage picture = studio.picture();
+    EXPECT_GT(difference(picture.copy(1, 0, pictureWidth, pictureHeight), picture), mostDifference);
+}
+
+} // namespace
+} // namespace velmora::test

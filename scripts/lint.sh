@@ -5,4 +5,4 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 [ -f build/release/compile_commands.json ] || cmake --preset release >/dev/null
 files=("$@")
 [ ${#files[@]} -gt 0 ] || mapfile -t files < <(git ls-files -- 'src/*.cpp' 'tests/*.cpp' 'examples/*.cpp')
-printf '%s\0' "${files[@]}" | xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet -p build/release
+printf '%s\0' "${files[@]}" | xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet --extra-arg=-Wno-unknown-warning-option -p build/release

@@ -4,7 +4,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 build_packages=(g++ cmake ninja-build libgl-dev libglu1-mesa-dev libcli11-dev nlohmann-json3-dev qt6-base-dev
-  libqt6svg6-dev)
+  qt6-svg-dev)
 window_packages=(qt6-qpa-plugins libgl1-mesa-dri libqt6svg6)
 picture_packages=(xvfb xauth openbox imagemagick)
 test_packages=(clang clang-format libclang-rt-14-dev libgtest-dev libgmock-dev libx11-dev libxtst-dev xvfb xauth openbox)

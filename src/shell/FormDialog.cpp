@@ -66,6 +66,15 @@ FormDialog::FormDialog(DialogForm& form, QWidget* parent) : QDialog(parent), for
     focusOnFirst();
 }
 
+FormDialog::~FormDialog() {
+    // A field that loses the focus as the window goes away has nobody left to tell.
+    for (const Control& control : controls_) {
+        if (control.edit != nullptr) {
+            control.edit->disconnect(this);
+        }
+    }
+}
+
 // ---- Layout ---------------------------------------------------------------------------------------------------------
 
 void FormDialog::placeFields(QVBoxLayout& column, const Fields& fields, bool insideFrame) {

@@ -23,6 +23,7 @@ class FormDialog : public QDialog {
 public:
     /// `form` must outlive the dialog and have been opened.
     explicit FormDialog(DialogForm& form, QWidget* parent = nullptr);
+    ~FormDialog() override;
 
     /// OK: takes what was typed, then asks the form. A refusal is told and keeps the dialog open.
     void accept() override;

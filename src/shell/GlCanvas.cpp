@@ -36,6 +36,10 @@ GlCanvas::GlCanvas(QWidget* parent)
 
 GlCanvas::~GlCanvas() {
     releaseGraphics();
+    if (context() != nullptr) {
+        // The context goes with the base class, when this object is none any more.
+        context()->disconnect(this);
+    }
 }
 
 void GlCanvas::initializeGL() {

@@ -57,6 +57,10 @@ MainFrame::MainFrame()
 
 MainFrame::~MainFrame() {
     qApp->removeEventFilter(this);
+    // The bars are hidden with the window, when there is no document left to ask.
+    for (QToolBar* bar : toolBars_) {
+        bar->disconnect(this);
+    }
     view_->OnDestroy();
     viewWidget_->setView(nullptr);
 }

@@ -3,10 +3,11 @@
 namespace velmora {
 
 void VelmoraDoc::snapshot(PatchList& undoList) {
-    undoList.clear();
     documentModified = true;
     if (structureKind == "str") {
-        appendPatches(patches, undoList, 0, countOf(patches));
+        undoList = patches; // into the memory of the snapshot before
+    } else {
+        undoList.clear();
     }
 }
 

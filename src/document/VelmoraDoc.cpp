@@ -193,12 +193,18 @@ zVec<double>* VelmoraDoc::pointAt(std::int32_t patch, std::int32_t section, std:
 void VelmoraDoc::RefillPointStatus(bool curveForm) {
     pointStatus = capturedPointText(false, {capturedPatch, capturedPointSection, capturedPoint}, pickedPoint);
     pointContinueStatus = pointStatus + pointContinueClause;
-    if (curveForm && lineCaptured) {
+    if (curveForm) {
+        namePointByCurve();
+    }
+}
+
+void VelmoraDoc::namePointByCurve() {
+    if (lineCaptured) {
         pointContinueStatus =
             capturedPointText(true, {capturedPatch, capturedPoint, capturedPointSection}, pickedPoint) +
             pointContinueClause;
     }
-    if (curveForm && sectionCaptured) {
+    if (sectionCaptured) {
         pointContinueStatus = capturedPointText(false, {capturedPatch, capturedSection, capturedPoint}, pickedPoint) +
                               pointContinueClause;
     }

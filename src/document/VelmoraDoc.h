@@ -315,6 +315,8 @@ public:
     void RefillPointStatus(bool curveForm);
 
 private:
+    /// Gives the longer point text the wording of the curve that is captured; without one it stays.
+    void namePointByCurve();
     bool loadFile(const std::filesystem::path& path, const std::string& extension);
     bool readStructured(const std::filesystem::path& path, const std::string& extension);
     bool writeStructured(const std::filesystem::path& path, const std::string& kind);

@@ -85,9 +85,9 @@ using OpenByPath = FileCommands;
 
 // ---- New ------------------------------------------------------------------------------------------------------------
 
-TEST_F(New, OfAnEmptyDocumentAsksNothing) {
+TEST_F(New, OfAnEmptyDocumentShowsThePointTableWithoutAQuestion) {
     doc.onNewDocument();
-    EXPECT_THAT(heard(), IsEmpty());
+    EXPECT_THAT(heard(), ElementsAre("dialog: CRegularInput -> cancel"));
     EXPECT_FALSE(doc.patchUndoReady);
 }
 

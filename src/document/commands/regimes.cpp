@@ -373,7 +373,7 @@ void VelmoraDoc::moveRegimeAtRelease() {
 
 void VelmoraDoc::endDragAtRelease() {
     pointDragging = false;
-    RefillPointStatus(true);
+    namePointByCurve();
     ShowStatus(pointContinueStatus);
 }
 

@@ -1,7 +1,6 @@
 #include "number_writer.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace velmora {
 
@@ -12,8 +11,9 @@ constexpr std::size_t numberSize = NumberWriter::maxPrecision + 16;
 
 } // namespace
 
-NumberWriter::NumberWriter(SafeFile& file, int precision, std::size_t blockSize)
+NumberWriter::NumberWriter(SafeFile& file, int precision, NumberNotation notation, std::size_t blockSize)
     : file_(file), precision_(precision < 0 ? 6 : std::min(precision, maxPrecision)),
+      format_(notation == NumberNotation::General ? std::chars_format::general : std::chars_format::scientific),
       block_(std::make_unique_for_overwrite<char[]>(std::max(blockSize, numberSize))), cursor_(block_.get()),
       end_(cursor_ + std::max(blockSize, numberSize)) {}
 
@@ -25,7 +25,7 @@ void NumberWriter::makeRoom(std::size_t size) {
 
 void NumberWriter::writeDouble(double value) {
     makeRoom(numberSize);
-    cursor_ = std::to_chars(cursor_, end_, value, std::chars_format::scientific, precision_).ptr;
+    cursor_ = std::to_chars(cursor_, end_, value, format_, precision_).ptr;
 }
 
 void NumberWriter::writeInt(std::int64_t value) {
@@ -39,8 +39,11 @@ void NumberWriter::writeChar(char value) {
 }
 
 void NumberWriter::writeText(std::string_view text) {
-    for (const char c : text) {
-        writeChar(c);
+    while (!text.empty()) {
+        makeRoom(std::min(text.size(), numberSize));
+        const std::size_t size = std::min(text.size(), static_cast<std::size_t>(end_ - cursor_));
+        cursor_ = std::copy_n(text.data(), size, cursor_);
+        text.remove_prefix(size);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -9,16 +10,23 @@
 
 namespace velmora {
 
-/// Writes numbers as a stream in the C locale with the flag `scientific` and the given precision writes them, in
-/// blocks. What a failed block leaves unwritten is lost; the file knows of the failure and flush() tells it.
+/// How a stream writes floating-point numbers.
+enum class NumberNotation {
+    Scientific, ///< with the flag `scientific`: the precision counts digits behind the point
+    General,    ///< with no flag: the precision counts significant digits
+};
+
+/// Writes numbers as a stream in the C locale with the given notation and precision writes them, in blocks. What a
+/// failed block leaves unwritten is lost; the file knows of the failure and flush() tells it.
 class NumberWriter {
 public:
     static constexpr std::size_t defaultBlockSize = std::size_t{1} << 20;
     /// More digits than any double has; a greater precision is cut to this one.
     static constexpr int maxPrecision = 800;
 
-    /// `precision` is the number of digits behind the point; a negative one means 6. `file` must outlive the writer.
-    NumberWriter(SafeFile& file, int precision, std::size_t blockSize = defaultBlockSize);
+    /// A negative precision means 6, and with General 0 means 1. `file` must outlive the writer.
+    NumberWriter(SafeFile& file, int precision, NumberNotation notation = NumberNotation::Scientific,
+                 std::size_t blockSize = defaultBlockSize);
 
     void writeDouble(double value);
     void writeInt(std::int64_t value);
@@ -33,6 +41,7 @@ private:
 
     SafeFile& file_;
     int precision_;
+    std::chars_format format_;
     std::unique_ptr<char[]> block_;
     char* cursor_;
     char* end_;

@@ -18,10 +18,11 @@
 namespace velmora {
 namespace {
 
-std::string written(int precision, std::size_t blockSize, const std::function<void(NumberWriter&)>& write) {
+std::string written(int precision, std::size_t blockSize, const std::function<void(NumberWriter&)>& write,
+                    NumberNotation notation = NumberNotation::Scientific) {
     const test::TempFolder folder;
     SafeFile file(folder / "out.txt");
-    NumberWriter writer(file, precision, blockSize);
+    NumberWriter writer(file, precision, notation, blockSize);
     write(writer);
     EXPECT_TRUE(writer.flush());
     EXPECT_TRUE(file.commit());
@@ -121,6 +122,56 @@ TEST(NumberWriter, AFailedWriteIsToldByFlush) {
     writer.writeInt(1);
     EXPECT_FALSE(writer.flush());
     EXPECT_FALSE(file.commit());
+}
+
+std::string general(double value, int precision) {
+    return written(
+        precision, 4096, [value](NumberWriter& writer) { writer.writeDouble(value); }, NumberNotation::General);
+}
+
+TEST(NumberWriter, GeneralNotationLeavesTrailingZerosOut) {
+    EXPECT_EQ(general(1.0, 6), "1");
+    EXPECT_EQ(general(0.1, 6), "0.1");
+    EXPECT_EQ(general(123456.0, 6), "123456");
+    EXPECT_EQ(general(1234567.0, 6), "1.23457e+06");
+    EXPECT_EQ(general(0.0001, 6), "0.0001");
+    EXPECT_EQ(general(0.00001, 6), "1e-05");
+    EXPECT_EQ(general(-0.0, 6), "-0");
+    EXPECT_EQ(general(std::numeric_limits<double>::infinity(), 6), "inf");
+    EXPECT_EQ(general(-std::numeric_limits<double>::infinity(), 6), "-inf");
+}
+
+TEST(NumberWriter, GeneralNotationIsThatOfAStreamWithoutFlags) {
+    std::mt19937_64 random(5);
+    std::vector<double> values{0.0,       -0.0,     5e-324,       std::numeric_limits<double>::max(),
+                               9.9999995, 999999.5, 0.00009999995};
+    for (int i = 0; i < 300; ++i) {
+        values.push_back(std::bit_cast<double>(random()));
+        values.push_back(static_cast<double>(random() % 2000000) / 1000.0);
+    }
+    for (const int precision : {-1, 0, 1, 6, 8, 16, 17, 60, 800}) {
+        std::ostringstream expected;
+        expected.imbue(std::locale::classic());
+        expected.precision(precision);
+        for (const double value : values) {
+            expected << value << ' ';
+        }
+        const auto writeAll = [&values](NumberWriter& writer) {
+            for (const double value : values) {
+                writer.writeDouble(value);
+                writer.writeChar(' ');
+            }
+        };
+        EXPECT_EQ(written(precision, 4096, writeAll, NumberNotation::General), expected.str()) << precision;
+    }
+}
+
+TEST(NumberWriter, ATextLongerThanTheBlockIsWrittenWhole) {
+    std::string text;
+    for (int i = 0; i < 5000; ++i) {
+        text += std::to_string(i) + ' ';
+    }
+    EXPECT_EQ(written(6, 1, [&text](NumberWriter& writer) { writer.writeText(text); }), text);
 }
 
 } // namespace

@@ -1,0 +1,315 @@
+#include "TextStream.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "characters.h"
+#include "number_token.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr int endOfFile = -1;
+
+// Opening without blocking keeps a pipe that nobody writes to from holding up the program; reading then waits again.
+int openForReading(const std::filesystem::path& path, std::int64_t& size) {
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0) {
+        return descriptor;
+    }
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0 || S_ISDIR(status.st_mode)) {
+        ::close(descriptor);
+        return -1;
+    }
+    if (S_ISREG(status.st_mode)) {
+        size = status.st_size;
+    } else {
+        ::fcntl(descriptor, F_SETFL, ::fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
+    }
+    return descriptor;
+}
+
+} // namespace
+
+TextStream::TextStream(const std::filesystem::path& path, std::size_t blockSize)
+    : descriptor_(openForReading(path, size_)), blockSize_(std::max<std::size_t>(blockSize, 1)),
+      block_(std::make_unique_for_overwrite<char[]>(blockSize_ + 1)), cursor_(block_.get()), end_(block_.get()) {
+    block_[0] = '\0';
+    fail_ = !isOpen();
+}
+
+TextStream::~TextStream() {
+    if (isOpen()) {
+        ::close(descriptor_);
+    }
+}
+
+// Called with the block used up. At the end of the file the block stays, for what is sought back in it. A read error
+// counts as the end of the file.
+bool TextStream::refill() {
+    ssize_t count = 0;
+    do {
+        count = ::read(descriptor_, block_.get(), blockSize_);
+    } while (count < 0 && errno == EINTR);
+    if (count <= 0) {
+        return false;
+    }
+    blockStart_ += end_ - block_.get();
+    block_[static_cast<std::size_t>(count)] = '\0';
+    cursor_ = block_.get();
+    end_ = cursor_ + count;
+    return true;
+}
+
+void TextStream::seek(std::int64_t position) {
+    eof_ = false;
+    if (fail_) {
+        return;
+    }
+    const std::int64_t inBlock = position - blockStart_;
+    if (inBlock >= 0 && inBlock <= end_ - block_.get()) {
+        cursor_ = block_.get() + inBlock;
+    } else if (position >= 0 && ::lseek(descriptor_, position, SEEK_SET) == position) {
+        blockStart_ = position;
+        cursor_ = end_ = block_.get();
+        block_[0] = '\0';
+    } else {
+        fail_ = true;
+    }
+}
+
+int TextStream::peekSlowly() {
+    if (!good()) {
+        fail_ = true;
+        return endOfFile;
+    }
+    if (!refill()) {
+        eof_ = true;
+        return endOfFile;
+    }
+    return static_cast<unsigned char>(*cursor_);
+}
+
+int TextStream::getSlowly() {
+    const int c = peekSlowly();
+    if (c == endOfFile) {
+        fail_ = true;
+    } else {
+        ++cursor_;
+    }
+    return c;
+}
+
+bool TextStream::skipSpace() {
+    while (good()) {
+        while (isSpace(*cursor_)) { // the NUL behind the block stops it
+            ++cursor_;
+        }
+        if (cursor_ != end_) {
+            return true;
+        }
+        eof_ = !refill();
+    }
+    return false;
+}
+
+bool TextStream::skipTo(char c) {
+    while (good()) {
+        const auto* const found =
+            static_cast<const char*>(std::memchr(cursor_, c, static_cast<std::size_t>(end_ - cursor_)));
+        cursor_ = found == nullptr ? end_ : found;
+        if (found != nullptr) {
+            return true;
+        }
+        eof_ = !refill();
+    }
+    return false;
+}
+
+// What comes before every token: white space in front is passed over, and something must be left.
+bool TextStream::beginToken() {
+    return skipSpace() || failToken();
+}
+
+bool TextStream::failToken() {
+    fail_ = true;
+    return false;
+}
+
+bool TextStream::readWord(std::string& word) {
+    if (!beginToken()) {
+        return false;
+    }
+    word.clear();
+    while (true) {
+        const char* stop = cursor_;
+        while (stop != end_ && !isSpace(*stop)) {
+            ++stop;
+        }
+        word.append(cursor_, stop);
+        cursor_ = stop;
+        if (stop != end_) {
+            return true;
+        }
+        if (!refill()) {
+            eof_ = true;
+            return true;
+        }
+    }
+}
+
+bool TextStream::readInt(std::int32_t& value) {
+    const char* start = cursor_;
+    while (isSpace(*start)) { // the NUL behind the block stops it
+        ++start;
+    }
+    start += *start == '+' && isDigit(start[1]) ? 1 : 0;
+    std::int32_t number = 0;
+    const auto [stop, error] = std::from_chars(start, end_, number);
+    // At the end of the block the number may go on.
+    if (error == std::errc{} && stop != end_ && good()) {
+        cursor_ = stop;
+        value = number;
+        return true;
+    }
+    return readIntSlowly(value);
+}
+
+bool TextStream::readIntSlowly(std::int32_t& value) {
+    if (!beginToken()) {
+        return false;
+    }
+    const char sign = nextOfToken();
+    cursor_ += isSign(sign) ? 1 : 0;
+    if (!isDigit(nextOfToken())) {
+        return failToken();
+    }
+    std::int64_t magnitude = 0;
+    for (char c = nextOfToken(); isDigit(c); c = nextOfToken()) {
+        // Far above the range the number only has to stay there.
+        magnitude = magnitude < 1'000'000'000'000 ? magnitude * 10 + (c - '0') : magnitude;
+        ++cursor_;
+    }
+    using Limits = std::numeric_limits<std::int32_t>;
+    const std::int64_t exact = sign == '-' ? -magnitude : magnitude;
+    value = static_cast<std::int32_t>(std::clamp<std::int64_t>(exact, Limits::min(), Limits::max()));
+    return value == exact || failToken();
+}
+
+bool TextStream::readDouble(double& value) {
+    const char* start = cursor_;
+    while (isSpace(*start)) { // the NUL behind the block stops it
+        ++start;
+    }
+    const char* const firstDigit = start + (isSign(*start) ? 1 : 0);
+    if (isDigit(*firstDigit) || *firstDigit == '.') {
+        double number = 0.0;
+        const auto [stop, error] = std::from_chars(start + (*start == '+' ? 1 : 0), end_, number);
+        // At the end of the block the token may go on; at an exponent mark it does go on, wrongly.
+        if (error == std::errc{} && stop != end_ && !isExponentMark(*stop) && good()) {
+            cursor_ = stop;
+            value = number;
+            return true;
+        }
+    }
+    return readDoubleSlowly(value);
+}
+
+bool TextStream::readDoubleSlowly(double& value) {
+    if (!beginToken()) {
+        return false;
+    }
+    collectDouble();
+    return convertDouble(token_, value) || failToken();
+}
+
+void TextStream::takeIntoToken() {
+    token_ += *cursor_;
+    ++cursor_;
+}
+
+void TextStream::takeDigits() {
+    while (isDigit(nextOfToken())) {
+        takeIntoToken();
+    }
+}
+
+// The next byte, NUL at the end of the file: neither goes on with a number.
+char TextStream::nextOfToken() {
+    if (cursor_ == end_ && !eof_) {
+        eof_ = !refill();
+    }
+    return *cursor_;
+}
+
+// Moves to token_ what a stream takes for a floating-point number, whether it is one or not.
+void TextStream::collectDouble() {
+    const auto takeIf = [this](bool wanted) {
+        if (wanted) {
+            takeIntoToken();
+        }
+    };
+    token_.clear();
+    takeIf(isSign(nextOfToken()));
+    const std::size_t mantissa = token_.size();
+    takeDigits();
+    const bool wholeDigits = token_.size() > mantissa;
+    takeIf(nextOfToken() == '.');
+    const std::size_t fraction = token_.size();
+    takeDigits();
+    if ((wholeDigits || token_.size() > fraction) && isExponentMark(nextOfToken())) {
+        takeIf(true);
+        takeIf(isSign(nextOfToken()));
+        takeDigits();
+    }
+}
+
+bool TextStream::getline(std::string& line, std::size_t limit) {
+    line.clear();
+    return takeLine(&line, limit);
+}
+
+bool TextStream::skipLine(std::size_t limit) {
+    return takeLine(nullptr, limit);
+}
+
+bool TextStream::takeLine(std::string* line, std::size_t limit) {
+    if (!good()) {
+        return failToken();
+    }
+    std::size_t length = 0;
+    while (true) {
+        // One more than may be taken, as that could be the line feed.
+        const std::size_t left = limit == noLimit ? noLimit : limit - length + 1;
+        const std::size_t window = std::min(static_cast<std::size_t>(end_ - cursor_), left);
+        const auto* const feed = static_cast<const char*>(std::memchr(cursor_, '\n', window));
+        const std::size_t text = feed == nullptr ? window : static_cast<std::size_t>(feed - cursor_);
+        const std::size_t taken = std::min(text, limit - length);
+        if (line != nullptr) {
+            line->append(cursor_, taken);
+        }
+        length += taken;
+        cursor_ += taken;
+        if (feed != nullptr) {
+            ++cursor_;
+            return true;
+        }
+        if (taken < text) {
+            return failToken();
+        }
+        if (!refill()) {
+            eof_ = true;
+            return length > 0 || failToken();
+        }
+    }
+}
+
+} // namespace velmora

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <limits>
+#include <memory>
+#include <string>
+
+namespace velmora {
+
+/// A text file that is read as an input file stream in the C locale reads it, at the speed of std::from_chars and
+/// memchr. The file passes through one block; it is never held whole.
+///
+/// The states are a stream's: `eof` once a read has run into the end of the file, also a successful one that ended
+/// there; `fail` once a read did not get what it wanted. A read on a stream that is not good takes nothing and fails.
+class TextStream {
+public:
+    static constexpr std::size_t defaultBlockSize = std::size_t{1} << 20;
+    static constexpr std::size_t noLimit = std::numeric_limits<std::size_t>::max();
+
+    /// Opens `path`. A folder or a file that may not be read leaves the stream closed and failed. `blockSize` is in
+    /// bytes; it has no effect on what is read.
+    explicit TextStream(const std::filesystem::path& path, std::size_t blockSize = defaultBlockSize);
+    ~TextStream();
+    TextStream(const TextStream&) = delete;
+    TextStream& operator=(const TextStream&) = delete;
+
+    bool isOpen() const { return descriptor_ >= 0; }
+    bool eof() const { return eof_; }
+    bool fail() const { return fail_; }
+    bool good() const { return !eof_ && !fail_; }
+    /// Makes the stream good again; the position stays.
+    void clear() { eof_ = fail_ = false; }
+
+    /// The bytes of the file as it was when opened; 0 for something that is no regular file.
+    std::int64_t size() const { return size_; }
+    /// Where the next byte stands, from 0; in any state.
+    std::int64_t tell() const { return blockStart_ + (cursor_ - block_.get()); }
+    /// Takes `eof` away and goes to a byte from 0, which may lie behind the end. A failed stream stays where it is;
+    /// a position below 0 fails. Free of cost within the block in hand.
+    void seek(std::int64_t position);
+
+    /// Takes the next byte, 0 to 255. At the end of the file -1, and the read has failed.
+    int get() { return cursor_ != end_ && good() ? static_cast<unsigned char>(*cursor_++) : getSlowly(); }
+    /// The next byte without taking it. At the end of the file -1 and `eof`, but no failure.
+    int peek() { return cursor_ != end_ && good() ? static_cast<unsigned char>(*cursor_) : peekSlowly(); }
+
+    /// Passes over white space. False, and `eof`, when nothing else is left; false too on a stream that is not good.
+    /// Never a failure by itself.
+    bool skipSpace();
+    /// Goes to the next byte `c`, the one at the position included. False, and `eof`, when there is none; false too
+    /// on a stream that is not good. Never a failure by itself.
+    bool skipTo(char c);
+
+    /// Takes the next characters up to white space. Fails, with `word` as it was, when nothing but white space is left.
+    bool readWord(std::string& word);
+
+    /// Takes a floating-point number, correctly rounded; one too small for a double gives a zero of its sign. On one
+    /// too large `value` becomes the limit and the read fails; when there is no number, `value` keeps what it had.
+    ///
+    /// A token ends where a stream's would: "1.2.3" gives 1.2 and leaves ".3", "0x10" gives 0 and leaves "x10", "1d5"
+    /// gives 1. "1e", "1e+", ".", "-" are no numbers, and are taken all the same; "inf" and "nan" are none and stay.
+    bool readDouble(double& value);
+
+    /// Takes a decimal integer. On a number out of range `value` becomes the limit and the read fails; when there is
+    /// no integer, `value` keeps what it had.
+    bool readInt(std::int32_t& value);
+
+    /// Takes the rest of the line with its line feed; the text without it goes to `line`. The last line need not have
+    /// a line feed. Fails, with `line` empty, when nothing is left. A line of more than `limit` characters fails behind
+    /// so many.
+    bool getline(std::string& line, std::size_t limit = noLimit);
+    /// The same without keeping the text.
+    bool skipLine(std::size_t limit = noLimit);
+
+private:
+    int getSlowly();
+    int peekSlowly();
+    bool refill();
+    bool beginToken();
+    bool failToken();
+    char nextOfToken();
+    bool readDoubleSlowly(double& value);
+    bool readIntSlowly(std::int32_t& value);
+    void takeIntoToken();
+    void takeDigits();
+    void collectDouble();
+    bool takeLine(std::string* line, std::size_t limit);
+
+    std::int64_t size_ = 0; // before descriptor_, as opening sets it
+    int descriptor_ = -1;
+    std::size_t blockSize_;
+    std::unique_ptr<char[]> block_; // blockSize_ bytes and a NUL behind the last one read
+    const char* cursor_;
+    const char* end_;
+    std::int64_t blockStart_ = 0; // position of the block's first byte in the file
+    bool eof_ = false;
+    bool fail_ = false;
+    std::string token_;
+};
+
+} // namespace velmora

@@ -1,0 +1,64 @@
+#include "number_token.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+#include "characters.h"
+
+namespace velmora {
+
+namespace {
+
+// The power of ten of the first digit that counts in a well-formed number without sign; it tells a number that is
+// too large from one that is too small.
+std::int64_t leadingPower(std::string_view number) {
+    const std::size_t mark = number.find_first_of("eE");
+    const std::string_view mantissa = number.substr(0, mark);
+    const std::size_t first = mantissa.find_first_of("123456789");
+    const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
+    if (first == std::string_view::npos) {
+        return 0;
+    }
+    const std::int64_t power = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first);
+    if (mark == std::string_view::npos) {
+        return power;
+    }
+    std::string_view digits = number.substr(mark + 1);
+    const bool negative = digits.starts_with('-');
+    digits.remove_prefix(isSign(digits.front()) ? 1 : 0);
+    std::int64_t exponent = std::numeric_limits<std::int64_t>::max() / 2; // stays so when the digits exceed 64 bits
+    std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
+    exponent = std::min(exponent, std::numeric_limits<std::int64_t>::max() / 2);
+    return power + (negative ? -exponent : exponent);
+}
+
+} // namespace
+
+bool convertDouble(std::string_view token, double& value) {
+    const bool negative = token.starts_with('-');
+    token.remove_prefix(!token.empty() && isSign(token.front()) ? 1 : 0);
+    if (token.empty()) {
+        return false;
+    }
+    double magnitude = 0.0;
+    const char* const end = token.data() + token.size();
+    const auto [stop, error] = std::from_chars(token.data(), end, magnitude);
+    if (error == std::errc::invalid_argument || stop != end) {
+        return false;
+    }
+    bool tooLarge = std::isinf(magnitude);
+    if (error == std::errc::result_out_of_range) {
+        tooLarge = leadingPower(token) > 0;
+        magnitude = 0.0;
+    }
+    if (tooLarge) {
+        magnitude = std::numeric_limits<double>::max();
+    }
+    value = negative ? -magnitude : magnitude;
+    return !tooLarge;
+}
+
+} // namespace velmora

@@ -1,0 +1,87 @@
+#include "zRegion.h"
+
+namespace velmora {
+
+namespace {
+
+using Field = zArray<double>;
+
+struct NodeFields {
+    Field* x = nullptr;
+    Field* y = nullptr;
+    Field* z = nullptr;
+};
+
+bool holds(const Field* field, std::ptrdiff_t node) {
+    return field != nullptr && node >= 0 && static_cast<std::size_t>(node) < field->data.size();
+}
+
+// The three fields of a zone, or false when one of them has no such node.
+bool findNode(const zRegion_fe& region, std::ptrdiff_t block, std::ptrdiff_t node, NodeFields& fields) {
+    if (block < 0 || static_cast<std::size_t>(block) >= region.blocks.size()) {
+        return false;
+    }
+    const ZoneVariables& variables = region.blocks[static_cast<std::size_t>(block)]->variables;
+    if (variables.size() < 3) {
+        return false;
+    }
+    fields = {variableNamed(variables, "x"), variableNamed(variables, "y"), variableNamed(variables, "z")};
+    return holds(fields.x, node) && holds(fields.y, node) && holds(fields.z, node);
+}
+
+} // namespace
+
+int zRegion_fe::getNode(std::ptrdiff_t block, std::ptrdiff_t node, double& x, double& y, double& z) const {
+    NodeFields fields;
+    if (!findNode(*this, block, node, fields)) {
+        return -1;
+    }
+    const auto index = static_cast<std::size_t>(node);
+    x = fields.x->data[index];
+    y = fields.y->data[index];
+    z = fields.z->data[index];
+    return 0;
+}
+
+int zRegion_fe::setNode(std::ptrdiff_t block, std::ptrdiff_t node, double x, double y, double z) {
+    NodeFields fields;
+    if (!findNode(*this, block, node, fields)) {
+        return -1;
+    }
+    const auto index = static_cast<std::size_t>(node);
+    fields.x->data[index] = x;
+    fields.y->data[index] = y;
+    fields.z->data[index] = z;
+    return 0;
+}
+
+std::unique_ptr<zBlock_fe> cloneZone(const zBlock_fe& zone) {
+    auto copy = std::make_unique<zBlock_fe>(zone.nodeCount, 0, zone.elementCount);
+    copy->title = zone.title;
+    copy->connectivitySize = zone.connectivitySize;
+    copy->connectivity = zone.connectivity;
+    for (const auto& variable : zone.variables) {
+        copy->variables.push_back(std::make_unique<Field>(*variable));
+    }
+    return copy;
+}
+
+void copyBlock(const zRegion_fe& source, zRegion_fe& destination, std::ptrdiff_t index) {
+    if (index >= 0 && static_cast<std::size_t>(index) < source.blocks.size()) {
+        destination.blocks.push_back(cloneZone(*source.blocks[static_cast<std::size_t>(index)]));
+    }
+}
+
+void copyRegion(const zRegion_fe& source, zRegion_fe& destination) {
+    if (source.blocks.empty() || &source == &destination) {
+        return;
+    }
+    destination.blocks.clear();
+    destination.title = source.title;
+    destination.words = source.words;
+    for (const auto& zone : source.blocks) {
+        destination.blocks.push_back(cloneZone(*zone));
+    }
+}
+
+} // namespace velmora

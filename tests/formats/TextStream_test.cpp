@@ -1,0 +1,314 @@
+#include "TextStream.h"
+
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <fstream>
+#include <limits>
+#include <locale>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "stream_numbers.h"
+#include "temp_folder.h"
+
+namespace velmora {
+namespace {
+
+constexpr std::array<std::size_t, 6> blockSizes{1, 2, 3, 7, 64, TextStream::defaultBlockSize};
+
+// The same reads on a file with TextStream and with a stream of the standard library.
+class Twins {
+public:
+    Twins(const std::filesystem::path& file, std::size_t blockSize) : text_(file, blockSize), stream_(file) {
+        stream_.imbue(std::locale::classic());
+    }
+
+    // 'w' word, 'd' double, 'i' integer, 'l' line, 'k' line without its text, 'g' byte, 'p' next byte, 's' white space,
+    // 'z' the next "Z", 'c' clear, 't' remember the position, 'b' back to it, 'x' clear and back.
+    void step(char kind) {
+        switch (kind) {
+        case 'w':
+            readWord();
+            break;
+        case 'd':
+            readNumber<double>(&TextStream::readDouble);
+            break;
+        case 'i':
+            readNumber<std::int32_t>(&TextStream::readInt);
+            break;
+        case 'l':
+            readLine();
+            break;
+        case 'k':
+            EXPECT_EQ(text_.skipLine(), static_cast<bool>(std::getline(stream_, word_)));
+            break;
+        case 'g':
+            EXPECT_EQ(text_.get(), stream_.get());
+            break;
+        case 'p':
+            EXPECT_EQ(text_.peek(), stream_.peek());
+            break;
+        case 's':
+            skipSpace();
+            break;
+        case 'z':
+            skipToZ();
+            break;
+        case 'c':
+            clear();
+            break;
+        case 't':
+            remember();
+            break;
+        case 'b':
+            goBack();
+            break;
+        default:
+            clear();
+            goBack();
+        }
+        EXPECT_EQ(text_.eof(), stream_.eof());
+        EXPECT_EQ(text_.fail(), stream_.fail());
+        EXPECT_EQ(text_.good(), stream_.good());
+        EXPECT_EQ(text_.tell(), stream_.rdbuf()->pubseekoff(0, std::ios::cur, std::ios::in));
+    }
+
+private:
+    void readWord() {
+        std::string read = "untouched";
+        word_ = read;
+        EXPECT_EQ(text_.readWord(read), static_cast<bool>(stream_ >> word_));
+        EXPECT_EQ(read, word_);
+    }
+
+    template <class Number>
+    void readNumber(bool (TextStream::*take)(Number&)) {
+        Number read = -7777;
+        Number expected = -7777;
+        EXPECT_EQ((text_.*take)(read), reference::take(stream_, expected));
+        EXPECT_EQ(read, expected);
+        EXPECT_EQ(std::signbit(static_cast<double>(read)), std::signbit(static_cast<double>(expected)));
+    }
+
+    void readLine() {
+        std::string read;
+        const bool wasGood = stream_.good();
+        word_.clear();
+        EXPECT_EQ(text_.getline(read), static_cast<bool>(std::getline(stream_, word_)));
+        if (wasGood) {
+            EXPECT_EQ(read, word_);
+        }
+    }
+
+    void skipSpace() {
+        const bool wasGood = stream_.good();
+        if (wasGood) {
+            stream_ >> std::ws;
+        }
+        EXPECT_EQ(text_.skipSpace(), stream_.good());
+    }
+
+    void skipToZ() {
+        while (stream_.good() && stream_.peek() != 'Z' && stream_.good()) {
+            stream_.ignore();
+        }
+        EXPECT_EQ(text_.skipTo('Z'), stream_.good());
+    }
+
+    void clear() {
+        text_.clear();
+        stream_.clear();
+    }
+
+    void remember() { position_ = text_.tell(); }
+
+    void goBack() {
+        text_.seek(position_);
+        stream_.seekg(position_);
+    }
+
+    TextStream text_;
+    std::ifstream stream_;
+    std::string word_;
+    std::int64_t position_ = 0;
+};
+
+class TextStreamTest : public testing::Test {
+protected:
+    test::TempFolder folder_;
+
+    std::filesystem::path file(std::string_view text) const { return test::writeText(folder_ / "text.txt", text); }
+
+    void compare(const std::string& text, const std::string& script, std::size_t blockSize) const {
+        Twins twins(file(text), blockSize);
+        for (std::size_t step = 0; step < script.size() && !HasFailure(); ++step) {
+            SCOPED_TRACE(testing::Message()
+                         << "text [" << text << "] script " << script << " step " << step << " block " << blockSize);
+            twins.step(script[step]);
+        }
+    }
+};
+
+std::string randomText(std::mt19937& random, std::string_view letters, std::size_t most) {
+    std::string text;
+    for (std::size_t left = random() % most; left > 0; --left) {
+        text += letters[random() % letters.size()];
+    }
+    return text;
+}
+
+TEST_F(TextStreamTest, AnyReadsOfTokenSoupAreThoseOfAStream) {
+    std::mt19937 random(31);
+    for (int round = 0; round < 20000 && !HasFailure(); ++round) {
+        compare(randomText(random, "0123456789+-.eEZ[] x\n\t", 40), randomText(random, "wdilkgpszctbx", 16),
+                blockSizes[random() % blockSizes.size()]);
+    }
+}
+
+TEST_F(TextStreamTest, AnyReadsOfRandomBytesAreThoseOfAStream) {
+    std::mt19937 random(32);
+    std::string bytes;
+    for (int c = 0; c < 256; ++c) {
+        bytes += static_cast<char>(c);
+    }
+    bytes += "            \n\n\n\n1111222..";
+    for (int round = 0; round < 10000 && !HasFailure(); ++round) {
+        compare(randomText(random, bytes, 60), randomText(random, "wdilkgpszctbx", 16),
+                blockSizes[random() % blockSizes.size()]);
+    }
+}
+
+TEST_F(TextStreamTest, MostlyGoodNumbersWithSeeksBackAreTakenAsAStreamTakesThem) {
+    std::mt19937 random(33);
+    const std::vector<std::string> pieces{"1 ", "-2.5\n",      " 3e2 ",  "+7", "12345678 ",
+                                          "x ", "2147483648 ", "1e999 ", "8"};
+    for (int round = 0; round < 6000 && !HasFailure(); ++round) {
+        std::string text;
+        for (std::size_t left = random() % 10; left > 0; --left) {
+            text += pieces[random() % pieces.size()];
+        }
+        compare(text, randomText(random, "ddddiiiiwtbx", 20), blockSizes[random() % blockSizes.size()]);
+    }
+}
+
+TEST_F(TextStreamTest, ANumberThatEndsTheFileSucceedsAndReachesTheEnd) {
+    for (const std::size_t blockSize : blockSizes) {
+        TextStream stream(file("1.5"), blockSize);
+        double value = 0.0;
+        EXPECT_TRUE(stream.readDouble(value));
+        EXPECT_EQ(value, 1.5);
+        EXPECT_TRUE(stream.eof());
+        EXPECT_FALSE(stream.fail());
+        EXPECT_EQ(stream.tell(), 3);
+        EXPECT_FALSE(stream.readDouble(value));
+        EXPECT_TRUE(stream.fail());
+    }
+}
+
+TEST_F(TextStreamTest, AnExponentWithoutDigitsFailsAndIsTaken) {
+    for (const std::size_t blockSize : blockSizes) {
+        TextStream stream(file("1e+x 2"), blockSize);
+        double value = 7.0;
+        std::string word;
+        EXPECT_FALSE(stream.readDouble(value));
+        EXPECT_EQ(value, 7.0);
+        stream.clear();
+        EXPECT_TRUE(stream.readWord(word));
+        EXPECT_EQ(word, "x");
+    }
+}
+
+TEST_F(TextStreamTest, AWordLongerThanManyBlocksIsTakenWhole) {
+    const std::string longWord(3000, 'a');
+    for (const std::size_t blockSize : blockSizes) {
+        TextStream stream(file("  " + longWord + "\tb"), blockSize);
+        std::string word;
+        EXPECT_TRUE(stream.readWord(word));
+        EXPECT_EQ(word, longWord);
+        EXPECT_TRUE(stream.readWord(word));
+        EXPECT_EQ(word, "b");
+    }
+}
+
+TEST_F(TextStreamTest, AFailedStreamDoesNotMoveUntilItIsCleared) {
+    TextStream stream(file("ab 12"), 2);
+    double value = 0.0;
+    std::string word;
+    ASSERT_TRUE(stream.readWord(word));
+    EXPECT_EQ(stream.tell(), 2);
+    stream.seek(0);
+    EXPECT_FALSE(stream.readDouble(value));
+    stream.seek(3);
+    EXPECT_EQ(stream.tell(), 0);
+    stream.clear();
+    stream.seek(3);
+    EXPECT_TRUE(stream.readDouble(value));
+    EXPECT_EQ(value, 12.0);
+}
+
+TEST_F(TextStreamTest, APlaceBehindTheEndCanBeSoughtAndHoldsNothing) {
+    TextStream stream(file("abc"), 2);
+    stream.seek(100);
+    EXPECT_TRUE(stream.good());
+    EXPECT_EQ(stream.tell(), 100);
+    EXPECT_EQ(stream.get(), -1);
+    EXPECT_TRUE(stream.eof());
+    stream.clear();
+    stream.seek(1);
+    EXPECT_EQ(stream.get(), 'b');
+    stream.seek(-1);
+    EXPECT_TRUE(stream.fail());
+}
+
+TEST_F(TextStreamTest, ALineOverTheLimitFailsBehindTheLimit) {
+    for (const std::size_t blockSize : blockSizes) {
+        TextStream stream(file("abcd\nabcde\n"), blockSize);
+        std::string line;
+        EXPECT_TRUE(stream.getline(line, 4));
+        EXPECT_EQ(line, "abcd");
+        EXPECT_FALSE(stream.getline(line, 4));
+        EXPECT_EQ(line, "abcd");
+        EXPECT_EQ(stream.tell(), 9);
+    }
+}
+
+TEST_F(TextStreamTest, TheSizeIsThatOfTheFile) {
+    EXPECT_EQ(TextStream(file("12345")).size(), 5);
+    EXPECT_EQ(TextStream(file("")).size(), 0);
+}
+
+TEST_F(TextStreamTest, WhatCannotBeOpenedIsClosedAndFailed) {
+    TextStream missing(folder_ / "missing.txt");
+    EXPECT_FALSE(missing.isOpen());
+    EXPECT_TRUE(missing.fail());
+    EXPECT_EQ(missing.get(), -1);
+    TextStream folder(folder_.path());
+    EXPECT_FALSE(folder.isOpen());
+    EXPECT_TRUE(folder.fail());
+}
+
+TEST_F(TextStreamTest, AClosedStreamThatIsClearedHoldsNothing) {
+    TextStream missing(folder_ / "missing.txt");
+    missing.clear();
+    std::string word;
+    EXPECT_EQ(missing.peek(), -1);
+    missing.clear();
+    EXPECT_FALSE(missing.readWord(word));
+    EXPECT_FALSE(missing.skipTo('Z'));
+}
+
+TEST_F(TextStreamTest, APipeThatNobodyWritesToIsAnEmptyFile) {
+    ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0600), 0);
+    TextStream stream(folder_ / "pipe");
+    EXPECT_TRUE(stream.isOpen());
+    EXPECT_EQ(stream.size(), 0);
+    EXPECT_EQ(stream.get(), -1);
+}
+
+} // namespace
+} // namespace velmora

@@ -18,6 +18,14 @@ Json pointValue(const zVec<double>& point) {
     return Json::array({numberValue(point.x), numberValue(point.y), numberValue(point.z)});
 }
 
+Json numbersValue(const std::vector<double>& numbers) {
+    Json list = Json::array();
+    for (const double number : numbers) {
+        list.push_back(numberValue(number));
+    }
+    return list;
+}
+
 Json pointsValue(const PointList& points) {
     Json list = Json::array();
     for (const zVec<double>& point : points) {

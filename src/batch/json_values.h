@@ -15,6 +15,7 @@ using Json = nlohmann::ordered_json;
 Json numberValue(double value);
 /// [x, y, z].
 Json pointValue(const zVec<double>& point);
+Json numbersValue(const std::vector<double>& numbers);
 /// A list of points.
 Json pointsValue(const PointList& points);
 /// Nested lists [K][N][M][x, y, z].

@@ -38,8 +38,36 @@ constexpr NamedPoints pointLists[] = {
     {"afterIntersection", &VelmoraDoc::afterIntersection},
 };
 
-/// Lists of zones. Documents are structured: they hold no zone.
-constexpr const char* zoneLists[] = {"region", "referenceRegion", "undoRegion"};
+struct NamedZones {
+    const char* name;
+    zRegion_fe VelmoraDoc::*region;
+};
+
+constexpr NamedZones zoneLists[] = {
+    {"region", &VelmoraDoc::feRegion},
+    {"referenceRegion", &VelmoraDoc::referenceRegion},
+    {"undoRegion", &VelmoraDoc::undoRegion},
+};
+
+Json zoneValue(const zBlock_fe& zone) {
+    Json variables = Json::array();
+    for (const auto& variable : zone.variables) {
+        variables.push_back({{"name", variable->name}, {"values", numbersValue(variable->data)}});
+    }
+    Json triangles = Json::array();
+    for (std::size_t entry = 0; entry + 3 < zone.connectivity.size(); entry += 4) {
+        triangles.push_back({zone.connectivity[entry], zone.connectivity[entry + 1], zone.connectivity[entry + 2]});
+    }
+    return {{"title", zone.title}, {"variables", std::move(variables)}, {"triangles", std::move(triangles)}};
+}
+
+Json zonesValue(const zRegion_fe& region) {
+    Json zones = Json::array();
+    for (const auto& zone : region.blocks) {
+        zones.push_back(zoneValue(*zone));
+    }
+    return zones;
+}
 
 } // namespace
 
@@ -53,8 +81,9 @@ std::optional<Json> geometryValue(std::string_view name, const VelmoraDoc& doc) 
         points != std::end(pointLists)) {
         return pointsValue(doc.*points->list);
     }
-    if (std::find(std::begin(zoneLists), std::end(zoneLists), name) != std::end(zoneLists)) {
-        return Json::array();
+    if (const auto* zones = std::find_if(std::begin(zoneLists), std::end(zoneLists), named);
+        zones != std::end(zoneLists)) {
+        return zonesValue(doc.*zones->region);
     }
     return std::nullopt;
 }

@@ -12,7 +12,8 @@ constexpr std::size_t numbersOfTriangleTest = 15; // three corners, direction, o
 
 PrintedValue kernelValue(std::span<const std::string> words) {
     if (words.empty() || (words[0] != "intersectLineTriangle" && words[0] != "lineHitsTriangle")) {
-        return ScriptFailure{"there is no such kernel", "print kernel intersectLineTriangle or lineHitsTriangle with fifteen numbers"};
+        return ScriptFailure{"there is no such kernel",
+                             "print kernel intersectLineTriangle or lineHitsTriangle with fifteen numbers"};
     }
     const auto numbers = parseReals(words.subspan(1), numbersOfTriangleTest);
     if (!numbers) {

@@ -104,6 +104,22 @@ Json countsValue(const PatchList& patches) {
     return counts;
 }
 
+Json zoneSummaries(const zRegion_fe& region) {
+    Json zones = Json::array();
+    for (const auto& zone : region.blocks) {
+        Json names = Json::array();
+        for (const auto& variable : zone->variables) {
+            names.push_back(variable->name);
+        }
+        zones.push_back({{"title", zone->title},
+                         {"nodeCount", zone->nodeCount},
+                         {"elementCount", zone->elementCount},
+                         {"connectivitySize", zone->connectivitySize},
+                         {"variables", std::move(names)}});
+    }
+    return zones;
+}
+
 } // namespace
 
 Json stateValue(const VelmoraDoc& doc, const VelmoraView& view) {
@@ -115,9 +131,8 @@ Json stateValue(const VelmoraDoc& doc, const VelmoraView& view) {
     addSwitches(state, doc);
     addPlaces(state, doc, view);
     state["counts"] = countsValue(doc.patches);
-    // Documents are structured: they have no zones.
-    state["regionTitle"] = "";
-    state["zones"] = Json::array();
+    state["regionTitle"] = doc.feRegion.title;
+    state["zones"] = zoneSummaries(doc.feRegion);
     return state;
 }
 

@@ -14,8 +14,9 @@ using Words = std::span<const std::string>;
 
 constexpr std::int32_t largestNumber = 100000;
 
-const char* const actionsRemedy = "give inputAfter, replace, cut, copy, paste on, paste off, newPatch, newLine, find or "
-                                  "select, with their numbers";
+const char* const actionsRemedy =
+    "give inputAfter, replace, cut, copy, paste on, paste off, newPatch, newLine, find or "
+    "select, with their numbers";
 
 struct NamedAction {
     const char* name;
@@ -24,9 +25,12 @@ struct NamedAction {
 };
 
 constexpr NamedAction namedActions[] = {
-    {"inputAfter", CRegularInput::InputAfter, true}, {"replace", CRegularInput::Replace, true},
-    {"cut", CRegularInput::Cut, false},              {"copy", CRegularInput::Copy, false},
-    {"newPatch", CRegularInput::NewPatch, true},     {"newLine", CRegularInput::NewLine, true},
+    {"inputAfter", CRegularInput::InputAfter, true},
+    {"replace", CRegularInput::Replace, true},
+    {"cut", CRegularInput::Cut, false},
+    {"copy", CRegularInput::Copy, false},
+    {"newPatch", CRegularInput::NewPatch, true},
+    {"newLine", CRegularInput::NewLine, true},
 };
 
 ScriptFailure wrongNumbers(const std::string& action, const char* numbers) {

@@ -39,13 +39,14 @@ void VelmoraDoc::showIdlePrompt() {
 
 std::vector<std::string> VelmoraDoc::dialogNames() {
     return {"Cduplicate", "CRebreak",     "CInputPatch",  "CInputSection", "CInputLine",
-            "CFeatures",  "CBeforeAfter", "dlgEditPoint", "dlgViewing", "CRegularFind"};
+            "CFeatures",  "CBeforeAfter", "dlgEditPoint", "dlgViewing",    "CRegularFind"};
 }
 
 std::optional<DialogForm> VelmoraDoc::storedDialog(std::string_view name) {
     DialogForm forms[] = {describe(duplicateValues),    describe(rebreakValues),   describe(inputPatchValues),
                           describe(inputSectionValues), describe(inputLineValues), describe(featuresValues),
-                          describe(beforeAfterValues),  describe(editPointValues), describe(viewingValues), describe(regularFindValues)};
+                          describe(beforeAfterValues),  describe(editPointValues), describe(viewingValues),
+                          describe(regularFindValues)};
     for (DialogForm& form : forms) {
         if (form.name == name) {
             return std::move(form);
@@ -105,6 +106,8 @@ void VelmoraDoc::updateBounds() {
     }
     if (structureKind == "str") {
         patchBounds(patches, boxMin, boxMax);
+    } else {
+        zoneBounds(feRegion, boxMin, boxMax);
     }
     modelCenter = (boxMin + boxMax) * 0.5;
     const zVec<double> diagonal = boxMax - boxMin;
@@ -156,7 +159,7 @@ void VelmoraDoc::checkRegularity(const PatchList& list) {
 
 void VelmoraDoc::retitle() {
     checkRegularity(patches);
-    if (titleWrong_) {
+    if (titleWrong_ || structureKind != "str") {
         return;
     }
     if (fileKind == "apt") {
@@ -169,6 +172,31 @@ void VelmoraDoc::retitle() {
 bool VelmoraDoc::inBlock(std::int32_t patch) const {
     const auto end = blockList.begin() + blockCount;
     return std::find(blockList.begin(), end, patch) != end;
+}
+
+std::int32_t VelmoraDoc::partCount() const {
+    return structureKind == "uns" ? static_cast<std::int32_t>(feRegion.blocks.size()) : countOf(patches);
+}
+
+std::vector<bool> VelmoraDoc::blockMask() const {
+    std::vector<bool> mask(static_cast<std::size_t>(partCount()), false);
+    for (std::int32_t i = 0; i < blockCount; ++i) {
+        const std::int32_t part = blockList[static_cast<std::size_t>(i)];
+        if (part >= 0 && part < partCount()) {
+            mask[static_cast<std::size_t>(part)] = true;
+        }
+    }
+    return mask;
+}
+
+std::optional<zVec<double>> VelmoraDoc::positionAt(std::int32_t patch, std::int32_t section, std::int32_t point) const {
+    zVec<double> position;
+    if (structureKind == "uns") {
+        const bool found = feRegion.getNode(patch, point, position.x, position.y, position.z) == 0;
+        return found ? std::optional(position) : std::nullopt;
+    }
+    const auto* found = const_cast<VelmoraDoc*>(this)->pointAt(patch, section, point);
+    return found != nullptr ? std::optional(*found) : std::nullopt;
 }
 
 PointList* VelmoraDoc::sectionAt(std::int32_t patch, std::int32_t section) {

@@ -12,15 +12,16 @@
 #include "CBeforeAfter.h"
 #include "CFeatures.h"
 #include "CRebreak.h"
-#include "Cduplicate.h"
 #include "CRegularFind.h"
 #include "CRegularInput.h"
+#include "Cduplicate.h"
 #include "DocumentView.h"
 #include "PatchList.h"
 #include "UserInterface.h"
 #include "dlgEditPoint.h"
 #include "dlgViewing.h"
 #include "input_dialogs.h"
+#include "zRegion.h"
 
 namespace velmora {
 
@@ -52,6 +53,10 @@ public:
     PatchList referencePatches; ///< a second, structured geometry
     PatchList fieldPatches;     ///< up to three field values per point, shaped like `patches`
     PatchList interPatches;     ///< working list of Intersection
+    zRegion_fe feRegion;        ///< the unstructured model
+    zRegion_fe referenceRegion; ///< a second, unstructured geometry
+    zRegion_fe undoRegion;      ///< snapshot for Undo patch
+    zRegion_fe pointUndoRegion; ///< snapshot for Undo point
     PointList lineBuffer;
     PointList interLine; ///< piercing points of Intersection, with the points of each line before and after
     PointList beforeIntersection;
@@ -75,6 +80,10 @@ public:
     std::string gridPath;
     /// The file that Save writes, spelled as the user chose it.
     std::filesystem::path chosenPath;
+    /// The first two lines of the field file that was opened, written back as they were, and the values per point.
+    std::string fieldTitleLine;
+    std::string fieldVariablesLine;
+    std::int32_t fieldCount = 0;
 
     // ---- Capture and selection: numbers from 0, -1 for none
     // ----------------------------------------------------------
@@ -219,6 +228,14 @@ public:
     void appendFile();
     void saveModel();
     void saveModelAs();
+    void AppendSft();
+    void CloseSft();
+    void AppendCbc();
+    void OpenApm();
+    void CloseApm();
+    void OpenField();
+    void SaveField();
+    void CloseField();
     enum class SaveResult { Saved, Failed, Declined };
     /// Writes the model to its file by its kind. Asks first when the file holds more than the model.
     SaveResult saveCurrent();
@@ -278,6 +295,12 @@ public:
     }
     bool patchRegimeActive() const { return patchCaptureArmed || patchCaptured; }
     bool inBlock(std::int32_t patch) const;
+    /// The patches of a structured model, the zones of an unstructured one: what K counts.
+    std::int32_t partCount() const;
+    /// Per part whether it stands in the zBlock.
+    std::vector<bool> blockMask() const;
+    /// Neither patches nor zones.
+    bool holdsNothing() const { return patches.empty() && feRegion.blocks.empty(); }
 
     // ---- Editing
     // --------------------------------------------------------------------------------------------------------
@@ -309,6 +332,8 @@ public:
     PointList* sectionAt(std::int32_t patch, std::int32_t section);
     /// The point that is addressed, or null when the address points outside the model.
     zVec<double>* pointAt(std::int32_t patch, std::int32_t section, std::int32_t point);
+    /// Where the point, or with "uns" the node `point` of zone `patch`, stands; none when there is no such one.
+    std::optional<zVec<double>> positionAt(std::int32_t patch, std::int32_t section, std::int32_t point) const;
 
     /// Writes both point status texts from the captured indices and `pickedPoint`; `curveForm` gives the longer text
     /// the wording of the section or line that is captured.
@@ -319,6 +344,18 @@ private:
     void namePointByCurve();
     bool loadFile(const std::filesystem::path& path, const std::string& extension);
     bool readStructured(const std::filesystem::path& path, const std::string& extension);
+    bool readZones(const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured);
+    bool readDatGeometry(const std::filesystem::path& path);
+    bool readSurface(const std::filesystem::path& path);
+    bool readField(const std::filesystem::path& path);
+    bool takeStructuredZones(const zRegion& structured, const std::filesystem::path& path);
+    void takeZones(zRegion& structured, zRegion_fe& incoming);
+    bool appendUnstructuredFile(const std::filesystem::path& path, const std::string& extension);
+    void titleAsZones();
+    bool writeZones(const std::filesystem::path& path, const zRegion& structured, const zRegion_fe& unstructured);
+    bool writeGridAsZones(const std::filesystem::path& path);
+    bool writeGridAsSurface(const std::filesystem::path& path);
+    bool writeUnderNewName(const std::string& extension);
     bool writeStructured(const std::filesystem::path& path, const std::string& kind);
     bool mayOverwrite(const std::filesystem::path& path);
     void noteCompleteness(const std::filesystem::path& path, bool complete);
@@ -335,13 +372,15 @@ private:
     void nameUntitled(const std::string& extension);
     std::vector<FileType> saveTypes() const;
 
-    void snapshot(PatchList& undoList);
+    void snapshot(PatchList& undoList, zRegion_fe& undoZones);
+    void forgetRegimesAndAddresses();
     void clearSnapshots();
     void takeCapturedPosition();
     void rememberPointAddress();
     bool mayBreakGrid();
     void leaveLineRegimeKeepingAddress();
     void finishPointEdit(bool curveForm);
+    bool moveCapturedPoint(const zVec<double>& position);
     void finishPointRemoval();
 
     void armPointCapture();

@@ -10,6 +10,11 @@ inline constexpr const char* openCancelled = "Open procedure is canceled";
 inline constexpr const char* fileTypeNotSupported = "This file's type is not supported by Sorvane";
 inline constexpr const char* listModeRefused =
     "TechPlot-Dat format is not supported in the frame of List-Mode. Use Append menu item";
+inline constexpr const char* datWritten = "DAT file is written";
+inline constexpr const char* convertedToDat = "File is converted to DAT format and is written";
+inline constexpr const char* structuredContainerEmpty = "Structured container is empty";
+inline constexpr const char* wrongFormat = "Wrong file Format";
+inline constexpr const char* wrongExtension = "Wrong file Extension";
 inline constexpr const char* holdsMorePoints = "The file holds more points than were read. Overwrite it?";
 inline constexpr const char* leaveAddRegime = "Regime Add Patch to Block will be canceled. Are you sure?";
 inline constexpr const char* blockIsFull = "It is impossible to add one more zBlock";

@@ -84,4 +84,20 @@ void copyRegion(const zRegion_fe& source, zRegion_fe& destination) {
     }
 }
 
+void zoneBounds(const zRegion_fe& region, zVec<double>& lower, zVec<double>& upper) {
+    const auto widen = [](const std::vector<double>& values, double& low, double& high) {
+        for (const double value : values) {
+            low = value < low ? value : low;
+            high = value > high ? value : high;
+        }
+    };
+    for (const auto& zone : region.blocks) {
+        if (const ZoneCoordinates at = coordinatesOf(zone->variables)) {
+            widen(at.x->data, lower.x, upper.x);
+            widen(at.y->data, lower.y, upper.y);
+            widen(at.z->data, lower.z, upper.z);
+        }
+    }
+}
+
 } // namespace velmora

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "zBlock.h"
+#include "zVec.h"
 
 namespace velmora {
 
@@ -50,5 +51,9 @@ void copyBlock(const zRegion_fe& source, zRegion_fe& destination, std::ptrdiff_t
 
 /// Makes `destination` a deep copy of `source`. With a source that has no zones `destination` stays as it was.
 void copyRegion(const zRegion_fe& source, zRegion_fe& destination);
+
+/// Widens the box from `lower` to `upper` by every node of every zone that has coordinates; one that is not a number
+/// widens nothing.
+void zoneBounds(const zRegion_fe& region, zVec<double>& lower, zVec<double>& upper);
 
 } // namespace velmora

@@ -1,12 +1,12 @@
 #include "PatchIndex.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <limits>
 
 #include "camera.h"
 #include "line_hits_triangle.h"
+#include "pick_boxes.h"
 
 namespace velmora {
 
@@ -15,87 +15,36 @@ namespace {
 using Vec = zVec<double>;
 
 constexpr std::int32_t tileSide = 8;
-/// Boxes are wider than what they hold by this part of their size: the inside test accepts a hit that lies off a
-/// triangle by some millionths of its size.
-constexpr double boxMargin = 1e-4;
-/// And by this part of the numbers in play, for rounding.
-constexpr double roundingMargin = 1e-9;
-/// A triangle lower than this part of its longest edge, or smaller than this part of its coordinates, is odd.
-constexpr double oddFlatness = 1e-6;
-constexpr double oddSmallness = 1e-7;
-
-/// Centre of a box that cannot be told: no comparison with it leaves anything out.
-const Vec nowhere(std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::quiet_NaN(),
-                  std::numeric_limits<double>::quiet_NaN());
-
-std::size_t at(std::int32_t index) { return static_cast<std::size_t>(index); }
-
-/// The corners of one half of a cell.
-struct Corners {
-    const Vec* a;
-    const Vec* b;
-    const Vec* c;
-};
+std::size_t at(std::int32_t index) {
+    return static_cast<std::size_t>(index);
+}
 
 /// The corners of half 0 or 1 of the cell between sections n and n + 1 and points m and m + 1; null where a section is
 /// too short.
-Corners cellCorners(const Patch& patch, std::int32_t n, std::int32_t m, int half) {
+TriangleCorners cellCorners(const Patch& patch, std::int32_t n, std::int32_t m, int half) {
     const PointList& lower = patch[at(n)];
     const PointList& upper = patch[at(n) + 1];
     if (at(m) + 1 >= lower.size() || at(m) + 1 >= upper.size()) {
         return {nullptr, nullptr, nullptr};
     }
-    return half == 0 ? Corners{&lower[at(m)], &lower[at(m) + 1], &upper[at(m) + 1]}
-                     : Corners{&lower[at(m)], &upper[at(m) + 1], &upper[at(m)]};
+    return half == 0 ? TriangleCorners{&lower[at(m)], &lower[at(m) + 1], &upper[at(m) + 1]}
+                     : TriangleCorners{&lower[at(m)], &upper[at(m) + 1], &upper[at(m)]};
 }
 
-bool isOdd(const Corners& t) {
-    if (sameVertex(*t.a, *t.b) || sameVertex(*t.a, *t.c) || sameVertex(*t.b, *t.c)) {
-        return true;
-    }
-    const Vec ab = *t.b - *t.a;
-    const Vec ac = *t.c - *t.a;
-    const Vec bc = *t.c - *t.b;
-    const double longest = std::max({dot(ab, ab), dot(ac, ac), dot(bc, bc)});
-    const double area = lengthOf(cross(ab, ac));
-    const double largest = std::max({dot(*t.a, *t.a), dot(*t.b, *t.b), dot(*t.c, *t.c)});
-    // Written so that what is not a number counts as odd.
-    return !(area > oddFlatness * longest) || !(longest > oddSmallness * oddSmallness * largest);
-}
-
-/// Mixes the bits of every coordinate and count: the same for the same model only.
+/// The same for the same model only.
 std::uint64_t fingerprintOf(const PatchList& list) {
-    std::uint64_t hash = 0x9e3779b97f4a7c15U + list.size();
-    const auto mix = [&hash](std::uint64_t bits) { hash = std::rotl(hash ^ bits, 23) * 0xff51afd7ed558ccdU; };
+    Fingerprint print(list.size());
     for (const Patch& patch : list) {
-        mix(patch.size());
+        print.mix(patch.size());
         for (const PointList& section : patch) {
-            mix(section.size());
+            print.mix(section.size());
             for (const Vec& p : section) {
-                // Three products that do not wait for each other, then one step of the chain.
-                const std::uint64_t x = std::bit_cast<std::uint64_t>(p.x) * 0x9e3779b97f4a7c15U;
-                const std::uint64_t y = std::bit_cast<std::uint64_t>(p.y) * 0xc2b2ae3d27d4eb4fU;
-                const std::uint64_t z = std::bit_cast<std::uint64_t>(p.z) * 0x165667b19e3779f9U;
-                mix(std::rotl(x, 17) ^ std::rotl(y, 37) ^ z ^ (x >> 29));
+                print.mix(p);
             }
         }
     }
-    return hash;
+    return print.value();
 }
-
-/// The smallest box of points, growing.
-struct Extent {
-    Vec lower{std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity(),
-              std::numeric_limits<double>::infinity()};
-    Vec upper = lower * -1.0;
-    bool broken = false; ///< some coordinate is not a finite number
-
-    void add(const Vec& p) {
-        broken = broken || !std::isfinite(p.x + p.y + p.z);
-        lower = {std::min(lower.x, p.x), std::min(lower.y, p.y), std::min(lower.z, p.z)};
-        upper = {std::max(upper.x, p.x), std::max(upper.y, p.y), std::max(upper.z, p.z)};
-    }
-};
 
 } // namespace
 
@@ -126,29 +75,27 @@ void PatchIndex::addPatch(const Patch& patch) {
     // The last tile of a row may be one point wide: patches of one section or point have points to find too.
     for (std::int32_t n = 0; n == 0 || n + 1 < countOf(patch); n += tileSide) {
         for (std::int32_t m = 0; m == 0 || at(m) + 1 < longest; m += tileSide) {
-            addTile(patch, {n, std::min(n + tileSide, countOf(patch) - 1), m,
-                            std::min(m + tileSide, static_cast<std::int32_t>(longest) - 1), {}});
+            addTile(patch, {n,
+                            std::min(n + tileSide, countOf(patch) - 1),
+                            m,
+                            std::min(m + tileSide, static_cast<std::int32_t>(longest) - 1),
+                            {}});
         }
     }
     entry.lastTile = tiles_.size();
     entry.firstOdd = odd_.size();
     addOddTriangles(patch);
     entry.lastOdd = odd_.size();
-    Extent extent;
+    PickExtent extent;
     for (std::size_t i = entry.firstTile; i < entry.lastTile; ++i) {
-        extent.add(tiles_[i].box.centre - tiles_[i].box.half);
-        extent.add(tiles_[i].box.centre + tiles_[i].box.half);
+        extent.add(tiles_[i].box);
     }
-    entry.box.centre = (extent.lower + extent.upper) * 0.5;
-    entry.box.half = (extent.upper - extent.lower) * (0.5 + roundingMargin);
-    if (extent.broken) {
-        entry.box.centre = nowhere;
-    }
+    entry.box = extent.boxOfBoxes();
     patches_.push_back(entry);
 }
 
 void PatchIndex::addTile(const Patch& patch, Tile tile) {
-    Extent extent;
+    PickExtent extent;
     bool empty = true;
     for (std::int32_t n = tile.n0; n <= tile.n1; ++n) {
         const PointList& section = patch[at(n)];
@@ -160,15 +107,7 @@ void PatchIndex::addTile(const Patch& patch, Tile tile) {
     if (empty) {
         return;
     }
-    const double size = lengthOf(extent.upper - extent.lower);
-    const double largest = std::max(lengthOf(extent.upper), lengthOf(extent.lower));
-    const double margin = boxMargin * size + roundingMargin * largest;
-    tile.box.centre = (extent.lower + extent.upper) * 0.5;
-    tile.box.half = (extent.upper - extent.lower) * 0.5 + Vec(margin, margin, margin);
-    tile.box.radius = lengthOf(tile.box.half);
-    if (extent.broken) {
-        tile.box.centre = nowhere;
-    }
+    tile.box = extent.triangleBox();
     tiles_.push_back(tile);
 }
 
@@ -177,8 +116,8 @@ void PatchIndex::addOddTriangles(const Patch& patch) {
     for (std::int32_t n = 0; n + 1 < countOf(patch); ++n) {
         for (std::int32_t m = 0; m + 1 < lines; ++m) {
             for (int half = 0; half < 2; ++half) {
-                const Corners corners = cellCorners(patch, n, m, half);
-                if (corners.a != nullptr && isOdd(corners)) {
+                const TriangleCorners corners = cellCorners(patch, n, m, half);
+                if (corners.a != nullptr && isOddTriangle(corners)) {
                     odd_.push_back({n, m, half});
                 }
             }
@@ -214,7 +153,8 @@ std::optional<NearestPoint> PatchIndex::nearest(const PatchList& list, const Pix
     for (std::size_t k = 0; k < patches_.size(); ++k) {
         for (std::size_t i = patches_[k].firstTile; i < patches_[k].lastTile; ++i) {
             const Tile& tile = tiles_[i];
-            if (!passes(k, tile) || distanceTo(tile.box.centre) - tile.box.radius > bound + distanceTo.slack(tile.box.centre)) {
+            if (!passes(k, tile) ||
+                distanceTo(tile.box.centre) - tile.box.radius > bound + distanceTo.slack(tile.box.centre)) {
                 continue;
             }
             const std::int32_t n0 = filter.section < 0 ? tile.n0 : filter.section;
@@ -234,23 +174,13 @@ std::optional<NearestPoint> PatchIndex::nearest(const PatchList& list, const Pix
 
 // ---- Patches --------------------------------------------------------------------------------------------------------
 
-bool PatchIndex::missesBox(const Box& box, const Vec& origin, const Vec& direction) {
-    // Separating axes: the line against the box, across each pair of axes. NaN never separates.
-    const Vec p = origin - box.centre;
-    const Vec h = box.half + Vec(1.0, 1.0, 1.0) * (1e-11 * (std::abs(p.x) + std::abs(p.y) + std::abs(p.z)));
-    const Vec moment = cross(p, direction);
-    const Vec d(std::abs(direction.x), std::abs(direction.y), std::abs(direction.z));
-    return std::abs(moment.x) > h.y * d.z + h.z * d.y || std::abs(moment.y) > h.x * d.z + h.z * d.x ||
-           std::abs(moment.z) > h.x * d.y + h.y * d.x;
-}
-
 template <class Visit>
 bool PatchIndex::anyHit(const PatchList& list, std::size_t patch, const Vec& origin, const Vec& direction,
                         Visit visit) const {
     const Patch& sections = list[patch];
     const PatchEntry& entry = patches_[patch];
     const auto visitTriangle = [&](std::int32_t n, std::int32_t m, int half) {
-        const Corners t = cellCorners(sections, n, m, half);
+        const TriangleCorners t = cellCorners(sections, n, m, half);
         if (t.a == nullptr) {
             return false;
         }
@@ -262,13 +192,13 @@ bool PatchIndex::anyHit(const PatchList& list, std::size_t patch, const Vec& ori
             return true;
         }
     }
-    if (missesBox(entry.box, origin, direction)) {
+    if (entry.box.missedBy(origin, direction)) {
         return false;
     }
     const std::int32_t lines = lineCount(sections);
     for (std::size_t i = entry.firstTile; i < entry.lastTile; ++i) {
         const Tile& tile = tiles_[i];
-        if (missesBox(tile.box, origin, direction)) {
+        if (tile.box.missedBy(origin, direction)) {
             continue;
         }
         for (std::int32_t n = tile.n0; n < tile.n1; ++n) {
@@ -284,8 +214,8 @@ bool PatchIndex::anyHit(const PatchList& list, std::size_t patch, const Vec& ori
 
 bool PatchIndex::isVisible(const PatchList& list, std::size_t patch, const Vec& hit, const Vec& direction) const {
     for (std::size_t k = 0; k < list.size(); ++k) {
-        if (k != patch && anyHit(list, k, hit, direction,
-                                 [&](const Vec& other) { return dot(other - hit, direction) < 0.0; })) {
+        if (k != patch &&
+            anyHit(list, k, hit, direction, [&](const Vec& other) { return dot(other - hit, direction) < 0.0; })) {
             return false;
         }
     }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "pick_boxes.h"
 #include "picking.h"
 
 namespace velmora {
@@ -22,18 +23,13 @@ public:
     std::int32_t pickPatch(const PatchList& list, const PixelLine& line) const;
 
 private:
-    struct Box {
-        zVec<double> centre;
-        zVec<double> half;
-        double radius = 0.0;
-    };
     /// Points n0 to n1 of m0 to m1, both included, of one patch; neighbouring tiles share a row of points.
     struct Tile {
         std::int32_t n0 = 0;
         std::int32_t n1 = 0;
         std::int32_t m0 = 0;
         std::int32_t m1 = 0;
-        Box box;
+        PickBox box;
     };
     /// A triangle that may be hit outside its box, for what its corners do to the inside test: tested by every line.
     struct OddTriangle {
@@ -42,7 +38,7 @@ private:
         int half = 0;
     };
     struct PatchEntry {
-        Box box;
+        PickBox box;
         std::size_t firstTile = 0;
         std::size_t lastTile = 0;
         std::size_t firstOdd = 0;
@@ -57,7 +53,6 @@ private:
                 Visit visit) const;
     bool isVisible(const PatchList& list, std::size_t patch, const zVec<double>& hit,
                    const zVec<double>& direction) const;
-    static bool missesBox(const Box& box, const zVec<double>& origin, const zVec<double>& direction);
 
     std::uint64_t fingerprint_ = 0;
     bool filled_ = false;

@@ -52,7 +52,7 @@ void VelmoraView::refreshAngles() {
 }
 
 bool VelmoraView::RenderScene() {
-    if (doc_.patches.empty()) {
+    if (doc_.holdsNothing()) {
         overlay_ = {};
         return true;
     }
@@ -193,7 +193,7 @@ void VelmoraView::ResetModelTransform() {
 // ---- What the document asks -----------------------------------------------------------------------------------------
 
 void VelmoraView::onRedraw() {
-    indexDirty_ = true;
+    indexDirty_ = zoneIndexDirty_ = true;
     listDirty_ = true;
     repaint();
 }

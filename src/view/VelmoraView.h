@@ -4,8 +4,8 @@
 
 #include "DocumentView.h"
 #include "OpenGLView.h"
-#include "VelmoraDoc.h"
 #include "PatchIndex.h"
+#include "VelmoraDoc.h"
 
 namespace velmora {
 
@@ -115,6 +115,7 @@ public:
     PixelLine PixelRay(double x, double y);
     /// Each takes what is nearest to the ray within its limit into the document's capture fields; false if nothing is.
     bool PickPoint(PixelPoint position);
+    bool PickNode(PixelPoint position);
     bool PickSection(PixelPoint position);
     bool PickLine(PixelPoint position);
     /// The number of the first patch with a visible hit under the pixel, or -1.
@@ -164,6 +165,8 @@ private:
     void pressPatchRemoval(PixelPoint position);
     void abandonPress();
     const PatchIndex& index();
+    const ZoneIndex& zoneIndex();
+    void takePick(const NearestPoint& nearest);
     void refillPickStatus();
     PickFilter blockFilter() const;
     double modelDiagonal() const;
@@ -176,8 +179,10 @@ private:
     std::uint64_t listRevision_ = 0;
     Overlay overlay_;
     PatchIndex index_;
+    ZoneIndex zoneIndex_;
+    bool zoneIndexDirty_ = true;
     bool indexDirty_ = true; ///< the geometry may have changed since the index was refreshed
-    bool drawing_ = false; ///< a scene is being drawn: a further paint is refused
+    bool drawing_ = false;   ///< a scene is being drawn: a further paint is refused
     MouseMode shownCursor_ = ModeNone;
     MouseMode previousCursor_ = ModeNone;
 };

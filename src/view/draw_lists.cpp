@@ -31,28 +31,18 @@ constexpr std::array<Colour, 5> markerColours{{{0.0F, 0.0F, 1.0F, 1.0F},
 
 constexpr double doublePointTolerance = 1e-10;
 
-/// Per patch whether it stands in the zBlock.
-std::vector<bool> blockMask(const VelmoraDoc& document) {
-    std::vector<bool> mask(document.patches.size(), false);
-    for (std::int32_t i = 0; i < document.blockCount; ++i) {
-        const std::int32_t patch = document.blockList[static_cast<std::size_t>(i)];
-        if (patch >= 0 && patch < countOf(document.patches)) {
-            mask[static_cast<std::size_t>(patch)] = true;
-        }
-    }
-    return mask;
-}
-
 /// Builds the lists of one document state.
 class ListBuilder {
 public:
     ListBuilder(const VelmoraDoc& document, DrawList memory)
-        : doc_(document), inBlock_(blockMask(document)), list_(std::move(memory)) {
+        : doc_(document), inBlock_(document.blockMask()), list_(std::move(memory)) {
         list_.clear();
     }
 
     DrawList wire();
     DrawList surface();
+    DrawList zoneWire();
+    DrawList zoneSurface();
 
 private:
     bool shown(std::int32_t patch) const { return !doc_.showBlockOnly || inBlock_[static_cast<std::size_t>(patch)]; }
@@ -68,6 +58,8 @@ private:
     void lines();
     void reference();
     void quadStrips();
+    void zones(bool withNormals);
+    void addTriangles(const zBlock_fe& zone, const ZoneCoordinates& at, bool withNormals);
     void addLine(const Patch& patch, std::size_t index);
     void pointsOf(const PointList& points, float size, const Colour& colour);
 
@@ -223,6 +215,18 @@ void ListBuilder::lines() {
 }
 
 void ListBuilder::reference() {
+    for (const auto& zone : doc_.referenceRegion.blocks) {
+        if (doc_.secondKind != "wrl") {
+            break;
+        }
+        if (const ZoneCoordinates at = coordinatesOf(zone->variables)) {
+            list_.begin(Primitive::Triangles, red);
+            addTriangles(*zone, at, false);
+        }
+    }
+    if (doc_.secondKind != "dat") {
+        return;
+    }
     for (const Patch& patch : doc_.referencePatches) {
         for (const PointList& section : patch) {
             if (!section.empty()) {
@@ -260,9 +264,7 @@ DrawList ListBuilder::wire() {
     if (doc_.fileKind == "apt") {
         lines();
     }
-    if (doc_.secondKind == "dat") {
-        reference();
-    }
+    reference();
     return std::move(list_);
 }
 
@@ -312,10 +314,73 @@ DrawList ListBuilder::surface() {
     return std::move(list_);
 }
 
+// ---- Zones ----------------------------------------------------------------------------------------------------------
+
+/// The unit normal of the corner between `before` and `behind`.
+zVec<double> cornerNormal(const zVec<double>& before, const zVec<double>& corner, const zVec<double>& behind) {
+    return unitOf(cross(corner - before, behind - corner));
+}
+
+void ListBuilder::addTriangles(const zBlock_fe& zone, const ZoneCoordinates& at, bool withNormals) {
+    const auto corner = [&](std::size_t entry) {
+        const auto node = static_cast<std::size_t>(zone.connectivity[entry]);
+        return zVec<double>(at.x->data[node], at.y->data[node], at.z->data[node]);
+    };
+    for (std::size_t entry = 0; entry + 3 < zone.connectivity.size(); entry += 4) {
+        const std::array<zVec<double>, 3> v = {corner(entry), corner(entry + 1), corner(entry + 2)};
+        for (std::size_t i = 0; i < 3; ++i) {
+            if (withNormals) {
+                list_.vertex(v[i], cornerNormal(v[(i + 2) % 3], v[i], v[(i + 1) % 3]));
+            } else {
+                list_.vertex(v[i]);
+            }
+        }
+    }
+}
+
+void ListBuilder::zones(bool withNormals) {
+    std::size_t corners = 0;
+    for (const auto& zone : doc_.feRegion.blocks) {
+        corners += zone->connectivity.size() / 4 * 3;
+    }
+    list_.vertices.reserve(corners);
+    if (withNormals) {
+        list_.normals.reserve(corners);
+    }
+    PatchColours colours(doc_);
+    for (std::int32_t k = 0; k < doc_.partCount(); ++k) {
+        const zBlock_fe& zone = *doc_.feRegion.blocks[static_cast<std::size_t>(k)];
+        const ZoneCoordinates at = coordinatesOf(zone.variables);
+        if (!shown(k)) {
+            continue;
+        }
+        const Colour colour = colours.next(k);
+        if (at) {
+            list_.begin(Primitive::Triangles, colour).lit = withNormals;
+            addTriangles(zone, at, withNormals);
+        }
+    }
+}
+
+DrawList ListBuilder::zoneWire() {
+    list_.number = 3;
+    zones(false);
+    if (doc_.showBuffer) {
+        bufferPoints(false);
+    }
+    return std::move(list_);
+}
+
+DrawList ListBuilder::zoneSurface() {
+    list_.number = 4;
+    zones(true);
+    return std::move(list_);
+}
+
 } // namespace
 
 PatchColours::PatchColours(const VelmoraDoc& document)
-    : document_(document), inBlock_(blockMask(document)), last_(patchColours[0]) {}
+    : document_(document), inBlock_(document.blockMask()), last_(patchColours[0]) {}
 
 Colour PatchColours::next(std::int32_t patch) {
     if (patch - base_ > 4) {
@@ -356,6 +421,9 @@ bool coincide(const zVec<double>& a, const zVec<double>& b) {
 }
 
 int listNumberFor(const VelmoraDoc& document) {
+    if (document.structureKind == "uns") {
+        return document.surfaceMode ? 4 : 3;
+    }
     if (document.structureKind != "str") {
         return 0;
     }
@@ -370,6 +438,10 @@ DrawList buildDrawList(const VelmoraDoc& document, int number, DrawList memory) 
         return ListBuilder(document, std::move(memory)).wire();
     case 2:
         return ListBuilder(document, std::move(memory)).surface();
+    case 3:
+        return ListBuilder(document, std::move(memory)).zoneWire();
+    case 4:
+        return ListBuilder(document, std::move(memory)).zoneSurface();
     default:
         return {};
     }

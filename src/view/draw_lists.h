@@ -6,8 +6,8 @@ namespace velmora {
 
 class VelmoraDoc;
 
-/// The number of the list that fits the document's kind and surface mode: 1 wire, 2 surface of a regular grid;
-/// 0 for an empty document.
+/// The number of the list that fits the document's kind and surface mode: 1 wire, 2 surface of a regular grid,
+/// 3 and 4 wire and surface of zones; 0 for an empty document.
 int listNumberFor(const VelmoraDoc& document);
 
 /// The picture of the document as list `number` (see listNumberFor). Linear in the points shown. What stands in

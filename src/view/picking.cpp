@@ -21,7 +21,9 @@ constexpr double roundingOfDistance = 1e-12;
 LineDistance::LineDistance(const PixelLine& line)
     : far_(line.farPoint), along_(line.nearPoint - line.farPoint), length_(lengthOf(along_)) {}
 
-bool LineDistance::isLine() const { return !(length_ < shortestLine); }
+bool LineDistance::isLine() const {
+    return !(length_ < shortestLine);
+}
 
 double LineDistance::key(const zVec<double>& point) const {
     const zVec<double> moment = cross(along_, far_ - point);
@@ -32,9 +34,13 @@ double LineDistance::operator()(const zVec<double>& point) const {
     return isLine() ? std::sqrt(key(point)) / length_ : distanceOfShortLine;
 }
 
-double LineDistance::slack(const zVec<double>& point) const { return roundingOfDistance * lengthOf(far_ - point); }
+double LineDistance::slack(const zVec<double>& point) const {
+    return roundingOfDistance * lengthOf(far_ - point);
+}
 
-double RayDistance(const PixelLine& line, const zVec<double>& point) { return LineDistance(line)(point); }
+double RayDistance(const PixelLine& line, const zVec<double>& point) {
+    return LineDistance(line)(point);
+}
 
 void NearestSearch::look(std::int32_t patch, std::int32_t section, std::int32_t point, const zVec<double>& position) {
     if (found_ && distanceTo_.isLine() && !(distanceTo_.key(position) <= keyBound_)) {

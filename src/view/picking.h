@@ -60,9 +60,7 @@ public:
 
     void look(std::int32_t patch, std::int32_t section, std::int32_t point, const zVec<double>& position);
     /// None when no point was shown or no distance is a number.
-    std::optional<NearestPoint> result() const {
-        return found_ ? std::optional<NearestPoint>(nearest_) : std::nullopt;
-    }
+    std::optional<NearestPoint> result() const { return found_ ? std::optional<NearestPoint>(nearest_) : std::nullopt; }
 
 private:
     const LineDistance& distanceTo_;

@@ -30,13 +30,7 @@ double VelmoraView::modelDiagonal() const {
 PickFilter VelmoraView::blockFilter() const {
     PickFilter filter;
     if (doc_.patchCaptured && doc_.blockCount > 0) {
-        filter.patches.assign(doc_.patches.size(), false);
-        for (std::int32_t i = 0; i < doc_.blockCount; ++i) {
-            const std::int32_t patch = doc_.blockList[static_cast<std::size_t>(i)];
-            if (patch >= 0 && patch < countOf(doc_.patches)) {
-                filter.patches[static_cast<std::size_t>(patch)] = true;
-            }
-        }
+        filter.patches = doc_.blockMask();
     }
     return filter;
 }
@@ -134,6 +128,9 @@ void VelmoraView::dragRegime(PixelPoint position) {
 
 bool VelmoraView::PickPoint(PixelPoint position) {
     doc_.pointPicked = false;
+    if (doc_.structureKind == "uns") {
+        return PickNode(position);
+    }
     PickFilter filter = blockFilter();
     filter.patch = doc_.capturedPatch;
     if (!doc_.freePointArmed) {
@@ -149,12 +146,27 @@ bool VelmoraView::PickPoint(PixelPoint position) {
     if (nearest->distance > pointLimit * modelDiagonal()) {
         return false;
     }
-    doc_.capturedPatch = nearest->patch;
-    doc_.pickedPoint = nearest->position;
+    takePick(*nearest);
+    return true;
+}
+
+bool VelmoraView::PickNode(PixelPoint position) {
+    const PickFilter filter = doc_.freePointArmed ? PickFilter() : blockFilter();
+    const auto nearest = nearestNode(doc_.feRegion, PixelRay(position.x, position.y), filter);
+    doc_.capturedPoint = nearest ? nearest->point : -1;
+    if (!nearest || nearest->distance > pointLimit * modelDiagonal()) {
+        return false;
+    }
+    takePick(*nearest);
+    return true;
+}
+
+void VelmoraView::takePick(const NearestPoint& nearest) {
+    doc_.capturedPatch = nearest.patch;
+    doc_.pickedPoint = nearest.position;
     refillPickStatus();
     doc_.capturedPointPos = doc_.pickedPoint;
     doc_.pointPicked = true;
-    return true;
 }
 
 const PatchIndex& VelmoraView::index() {
@@ -163,6 +175,14 @@ const PatchIndex& VelmoraView::index() {
         indexDirty_ = false;
     }
     return index_;
+}
+
+const ZoneIndex& VelmoraView::zoneIndex() {
+    if (zoneIndexDirty_) {
+        zoneIndex_.refresh(doc_.feRegion);
+        zoneIndexDirty_ = false;
+    }
+    return zoneIndex_;
 }
 
 void VelmoraView::refillPickStatus() {
@@ -175,7 +195,9 @@ void VelmoraView::refillPickStatus() {
 
 std::int32_t VelmoraView::PickPatch(PixelPoint position) {
     const BusyScope busy(doc_.ui());
-    return index().pickPatch(doc_.patches, PixelRay(position.x, position.y));
+    const PixelLine ray = PixelRay(position.x, position.y);
+    return doc_.structureKind == "uns" ? zoneIndex().pickZone(doc_.feRegion, ray)
+                                       : index().pickPatch(doc_.patches, ray);
 }
 
 bool VelmoraView::PickDragPoint(PixelPoint position) {

@@ -97,16 +97,26 @@ void VelmoraDoc::EditPoint() {
     if (!showDialog(editPointValues)) {
         return;
     }
-    zVec<double>* point = pointAt(capturedPatch, capturedPointSection, capturedPoint);
-    if (point == nullptr) {
-        return;
+    if (moveCapturedPoint({editPointValues.x, editPointValues.y, editPointValues.z})) {
+        finishPointEdit(true);
+    }
+}
+
+/// Puts the captured point or node to `position`, with a snapshot; false when nothing is captured.
+bool VelmoraDoc::moveCapturedPoint(const zVec<double>& position) {
+    if (!positionAt(capturedPatch, capturedPointSection, capturedPoint)) {
+        return false;
     }
     SavePointUndo();
     pointUndoReady = true;
     rememberPointAddress();
-    *point = {editPointValues.x, editPointValues.y, editPointValues.z};
-    pickedPoint = capturedPointPos = *point;
-    finishPointEdit(true);
+    if (structureKind == "uns") {
+        feRegion.setNode(capturedPatch, capturedPoint, position.x, position.y, position.z);
+    } else {
+        *pointAt(capturedPatch, capturedPointSection, capturedPoint) = position;
+    }
+    pickedPoint = capturedPointPos = position;
+    return true;
 }
 
 void VelmoraDoc::CutPoint() {
@@ -148,16 +158,9 @@ void VelmoraDoc::CopyPoint() {
 }
 
 void VelmoraDoc::PastePoint() {
-    zVec<double>* point = pointAt(capturedPatch, capturedPointSection, capturedPoint);
-    if (point == nullptr) {
-        return;
+    if (moveCapturedPoint(pointClipboard)) {
+        finishPointEdit(true);
     }
-    SavePointUndo();
-    pointUndoReady = true;
-    rememberPointAddress();
-    *point = pointClipboard;
-    capturedPointPos = pickedPoint = *point;
-    finishPointEdit(true);
 }
 
 void VelmoraDoc::FindPoint() {

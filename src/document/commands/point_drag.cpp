@@ -35,8 +35,8 @@ PointList spread(const PointList& points) {
         in[2][i] = points[i].z;
     }
     std::array<std::array<double, dragSide>, 3> out{};
-    SplineRebreak(in[0].data(), in[1].data(), in[2].data(), static_cast<std::int32_t>(n), out[0].data(),
-                  out[1].data(), out[2].data(), dragSide, dragExactness);
+    SplineRebreak(in[0].data(), in[1].data(), in[2].data(), static_cast<std::int32_t>(n), out[0].data(), out[1].data(),
+                  out[2].data(), dragSide, dragExactness);
     PointList result;
     result.reserve(dragSide);
     for (std::size_t i = 0; i < dragSide; ++i) {

@@ -276,7 +276,7 @@ void VelmoraDoc::emptyBlock() {
 }
 
 void VelmoraDoc::InputPatch() {
-    inputPatchValues.maximum = countOf(patches);
+    inputPatchValues.maximum = partCount();
     if (inputPatchValues.maximum < 1 || !showDialog(inputPatchValues)) {
         return;
     }

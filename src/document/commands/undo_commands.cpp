@@ -2,32 +2,38 @@
 
 namespace velmora {
 
-void VelmoraDoc::snapshot(PatchList& undoList) {
+void VelmoraDoc::snapshot(PatchList& undoList, zRegion_fe& undoZones) {
     documentModified = true;
+    undoZones.blocks.clear();
     if (structureKind == "str") {
         undoList = patches; // into the memory of the snapshot before
     } else {
         undoList.clear();
     }
+    if (structureKind == "uns") {
+        copyRegion(feRegion, undoZones);
+    }
 }
 
 void VelmoraDoc::SavePointUndo() {
-    snapshot(pointUndoPatches);
+    snapshot(pointUndoPatches, pointUndoRegion);
 }
 
 void VelmoraDoc::SavePatchUndo() {
-    snapshot(undoPatches);
+    snapshot(undoPatches, undoRegion);
     undoPath_.clear();
 }
 
 void VelmoraDoc::clearSnapshots() {
     pointUndoPatches.clear();
     undoPatches.clear();
+    pointUndoRegion.blocks.clear();
+    undoRegion.blocks.clear();
 }
 
 void VelmoraDoc::takeCapturedPosition() {
-    if (const zVec<double>* point = pointAt(capturedPatch, capturedPointSection, capturedPoint)) {
-        capturedPointPos = *point;
+    if (const auto position = positionAt(capturedPatch, capturedPointSection, capturedPoint)) {
+        capturedPointPos = *position;
     }
 }
 
@@ -38,10 +44,15 @@ void VelmoraDoc::rememberPointAddress() {
 }
 
 void VelmoraDoc::UndoPoint() {
-    if (structureKind != "str" || pointUndoPatches.empty()) {
+    const bool zones = structureKind == "uns";
+    if (zones ? pointUndoRegion.blocks.empty() : pointUndoPatches.empty()) {
         return;
     }
-    patches = pointUndoPatches;
+    if (zones) {
+        copyRegion(pointUndoRegion, feRegion);
+    } else {
+        patches = pointUndoPatches;
+    }
     capturedPatch = savedPatch;
     capturedPointSection = savedPointSection;
     capturedPoint = savedPoint;
@@ -52,7 +63,11 @@ void VelmoraDoc::UndoPoint() {
         capturedSection = savedSection;
     }
     savedPatch = savedPointSection = savedPoint = savedLine = savedSection = -1;
-    if (pointCaptured) {
+    if (zones) {
+        // A transformation has named the node that tells where the model stood; a point edit knows its own address.
+        capturedPointPos = undoNode;
+    }
+    if (zones || pointCaptured) {
         takeCapturedPosition();
         pickedPoint = capturedPointPos;
     }
@@ -77,13 +92,27 @@ void VelmoraDoc::UndoPatch() {
             undoPath_.clear();
             titleWrong_ = false;
         }
+        feRegion.blocks.clear();
         UpdateAfterEdit();
+    } else if (!undoRegion.blocks.empty()) {
+        copyRegion(undoRegion, feRegion);
+        patches.clear();
+        structureKind = "uns";
+        fileKind = "non";
+        if (!undoPath_.empty()) {
+            adoptPath(undoPath_);
+            undoPath_.clear();
+            titleWrong_ = false;
+        }
+        takeExtension("dat");
     }
     undoStatus = patchCaptured ? continuePrompt : idlePrompt;
     ShowStatus(undoStatus);
     patchUndoReady = false;
     emptyBlock();
-    if (pointUndoReady && structureKind == "str" && pointCaptured) {
+    if (pointUndoReady && structureKind == "uns") {
+        pickedPoint = capturedPointPos = undoNode;
+    } else if (pointUndoReady && pointCaptured) {
         takeCapturedPosition();
     }
     clearSnapshots();

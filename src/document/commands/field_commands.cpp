@@ -1,0 +1,100 @@
+#include "VelmoraDoc.h"
+#include "field_file.h"
+#include "format_outcome.h"
+#include "messages.h"
+#include "path_names.h"
+
+namespace velmora {
+
+// A model that carries field values, one to three per point: opened, saved and closed as one.
+
+void VelmoraDoc::OpenField() {
+    appendMode = false;
+    if (!holdsNothing()) {
+        if (!removeGeometryAfterQuestion()) {
+            return;
+        }
+        markers.clear();
+        markersOpen = false;
+    }
+    fieldLoaded = fieldMode = false;
+    fieldPatches.clear();
+    fieldOpening = true;
+    FileRequest request;
+    request.mode = ChooserMode::Open;
+    request.multiple = true;
+    request.types = {{"dat", "FlowField"}};
+    request.proposed = chosenPath;
+    request.command = "file.openField";
+    const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
+    if (paths.empty()) {
+        leaveRegimes();
+        redraw();
+        return;
+    }
+    adoptPath(paths.front());
+    loadFile(chosenPath, fileExtension);
+    if (structureKind == "non") {
+        ui_.showMessage(message::openCancelled);
+        leaveRegimes();
+        redraw();
+        return;
+    }
+    pointsRead_ = pointsKept_ = 0;
+    ui_.addRecentFile(chosenPath);
+    finishOpen();
+}
+
+void VelmoraDoc::SaveField() {
+    FileRequest request;
+    request.mode = ChooserMode::SaveAs;
+    request.types = {{"dat", "FlowField"}};
+    request.proposed = chosenPath;
+    request.command = "file.saveAsField";
+    const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
+    if (paths.empty()) {
+        return;
+    }
+    documentModified = false;
+    const std::filesystem::path path = fullPath(paths.front());
+    fileExtension = extensionOf(path);
+    if (structureKind != "str") {
+        ui_.showMessage(message::wrongFormat);
+        return;
+    }
+    if (fileKind != "apt" || fileExtension != "dat") {
+        ui_.showMessage(message::wrongExtension);
+        return;
+    }
+    bool written = false;
+    {
+        const BusyScope busy(ui_);
+        written = writeFieldFile(path, patches, fieldPatches, fieldCount, fieldTitleLine, fieldVariablesLine,
+                                 outputPrecision);
+    }
+    if (!written) {
+        ui_.showMessage(std::string(cannotSaveMessage));
+        return;
+    }
+    adoptPath(path);
+    takeExtension("dat");
+}
+
+void VelmoraDoc::CloseField() {
+    clearModel();
+    titleWrong_ = false;
+    setTitle("Untitled");
+    forgetRegimesAndAddresses();
+    redraw();
+}
+
+/// Every flag of a regime off and every address none, without the steps of leaving each regime.
+void VelmoraDoc::forgetRegimesAndAddresses() {
+    leaveRegimes();
+    savedPatch = savedPointSection = savedPoint = savedSection = savedLine = -1;
+    patchToRemove = -1;
+    pointUndoReady = patchUndoReady = rebuildOnUndo = false;
+    pointDragging = patchRemoving = pointPicked = false;
+}
+
+} // namespace velmora

@@ -1,0 +1,89 @@
+#include "VelmoraDoc.h"
+#include "format_outcome.h"
+#include "point_files.h"
+
+namespace velmora {
+
+// Lists of points that stand beside the model: pairs of markers, markers, and names of boundary conditions.
+
+void VelmoraDoc::AppendSft() {
+    rebuildOnUndo = false;
+    FileRequest request;
+    request.mode = ChooserMode::Append;
+    request.types = {{"sft", "Structured Files"}};
+    request.command = "file.appendSft";
+    const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
+    if (paths.empty()) {
+        return;
+    }
+    SftResult file;
+    {
+        const BusyScope busy(ui_);
+        file = readSft(paths.front());
+    }
+    if (!file.opened) {
+        ui_.showMessage(std::string(cannotOpenMessage));
+        return;
+    }
+    sftPoints = std::move(file.points);
+    sftTargets = std::move(file.targets);
+    sftOpen = true;
+    redraw();
+}
+
+void VelmoraDoc::CloseSft() {
+    sftPoints.clear();
+    sftTargets.clear();
+    sftOpen = false;
+    redraw();
+}
+
+void VelmoraDoc::AppendCbc() {
+    FileRequest request;
+    request.mode = ChooserMode::Append;
+    request.types = {{"cbc", "Detalization  Files"}, {"bc", "Detalization  Files"}};
+    request.command = "file.appendCbc";
+    // Only that it was asked for counts: no file of these kinds is read, and Cancel goes on too.
+    ui_.chooseFiles(request);
+    {
+        const BusyScope busy(ui_);
+        feRegion.blocks.clear();
+    }
+    cbcAppended = true;
+    redraw();
+}
+
+void VelmoraDoc::OpenApm() {
+    markers.clear();
+    FileRequest request;
+    request.mode = ChooserMode::Open;
+    request.types = {{"apm", "Velmora Geometry Files"}};
+    request.proposed = "Markers.apm";
+    request.command = "file.openApm";
+    const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
+    if (paths.empty()) {
+        redraw();
+        return;
+    }
+    PointFileResult file;
+    {
+        const BusyScope busy(ui_);
+        file = readPointFile(paths.front());
+    }
+    if (!file.opened) {
+        ui_.showMessage(std::string(cannotOpenMessage));
+    }
+    markers = std::move(file.points);
+    if (!markers.empty()) {
+        markersOpen = true;
+    }
+    redraw();
+}
+
+void VelmoraDoc::CloseApm() {
+    markers.clear();
+    markersOpen = false;
+    redraw();
+}
+
+} // namespace velmora

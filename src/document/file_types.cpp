@@ -1,0 +1,24 @@
+#include "file_types.h"
+
+#include <algorithm>
+
+namespace velmora {
+
+const std::vector<FileType>& modelFileTypes() {
+    static const std::vector<FileType> types = {{"apt", "Geometry"},     {"skl", "Sections"},     {"dat", "TechPlot"},
+                                                {"wrl", "Unstructured"}, {"stl", "Unstructured"}, {"apm", "Markers"},
+                                                {"fld", "FlowField"},    {"grd", "Unstructured"}};
+    return types;
+}
+
+std::vector<FileType> fileTypesNamed(std::initializer_list<const char*> extensions) {
+    std::vector<FileType> types;
+    for (const char* extension : extensions) {
+        const auto& all = modelFileTypes();
+        types.push_back(
+            *std::find_if(all.begin(), all.end(), [&](const FileType& t) { return t.extension == extension; }));
+    }
+    return types;
+}
+
+} // namespace velmora

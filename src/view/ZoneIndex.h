@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "pick_boxes.h"
+#include "picking.h"
+#include "zRegion.h"
+
+namespace velmora {
+
+/// The node nearest to the line among the zones that the filter lets through (`patch`, `section` and `point` of the
+/// filter play no part); of equal distances the first. The result's patch is the zone and its point the node. None
+/// when no node is let through, no distance is a number, or some zone has fewer than three fields.
+std::optional<NearestPoint> nearestNode(const zRegion_fe& region, const PixelLine& line, const PickFilter& filter);
+
+/// Boxes over the zones of a model and over runs of their triangles, so that a pick looks only at what lies near the
+/// line of sight. The answer is the one of the plain rule, to the last bit.
+class ZoneIndex {
+public:
+    /// Takes the model in, unless it is the one taken in before. Linear in nodes and triangles.
+    void refresh(const zRegion_fe& region);
+
+    /// The first zone with a triangle hit that no other zone hides; -1 for none. `region` is that of the last refresh.
+    std::int32_t pickZone(const zRegion_fe& region, const PixelLine& line) const;
+
+private:
+    struct Run {
+        std::size_t firstElement = 0;
+        std::size_t lastElement = 0;
+        PickBox box;
+    };
+    struct ZoneEntry {
+        ZoneCoordinates at;
+        PickBox box;
+        std::vector<Run> runs;
+        std::vector<std::size_t> oddElements;
+    };
+
+    static ZoneEntry entryOf(const zBlock_fe& zone);
+    template <class Visit>
+    bool anyHit(const zRegion_fe& region, std::size_t zone, const zVec<double>& origin, const zVec<double>& direction,
+                Visit visit) const;
+    bool isVisible(const zRegion_fe& region, std::size_t zone, const zVec<double>& hit,
+                   const zVec<double>& direction) const;
+
+    std::uint64_t fingerprint_ = 0;
+    bool filled_ = false;
+    std::vector<ZoneEntry> zones_;
+};
+
+} // namespace velmora

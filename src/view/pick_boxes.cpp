@@ -1,0 +1,90 @@
+#include "pick_boxes.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+
+#include "camera.h"
+#include "line_hits_triangle.h"
+
+namespace velmora {
+
+namespace {
+
+using Vec = zVec<double>;
+
+/// Boxes are wider than what they hold by this part of their size: the inside test accepts a hit that lies off a
+/// triangle by some millionths of its size.
+constexpr double boxMargin = 1e-4;
+/// And by this part of the numbers in play, for rounding.
+constexpr double roundingMargin = 1e-9;
+/// A triangle lower than this part of its longest edge, or smaller than this part of its coordinates, is odd.
+constexpr double oddFlatness = 1e-6;
+constexpr double oddSmallness = 1e-7;
+
+const Vec nowhere(std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::quiet_NaN(),
+                  std::numeric_limits<double>::quiet_NaN());
+
+} // namespace
+
+bool PickBox::missedBy(const Vec& origin, const Vec& direction) const {
+    // Separating axes: the line against the box, across each pair of axes. NaN never separates.
+    const Vec p = origin - centre;
+    const Vec h = half + Vec(1.0, 1.0, 1.0) * (1e-11 * (std::abs(p.x) + std::abs(p.y) + std::abs(p.z)));
+    const Vec moment = cross(p, direction);
+    const Vec d(std::abs(direction.x), std::abs(direction.y), std::abs(direction.z));
+    return std::abs(moment.x) > h.y * d.z + h.z * d.y || std::abs(moment.y) > h.x * d.z + h.z * d.x ||
+           std::abs(moment.z) > h.x * d.y + h.y * d.x;
+}
+
+void PickExtent::add(const Vec& p) {
+    broken_ = broken_ || !std::isfinite(p.x + p.y + p.z);
+    lower_ = {std::min(lower_.x, p.x), std::min(lower_.y, p.y), std::min(lower_.z, p.z)};
+    upper_ = {std::max(upper_.x, p.x), std::max(upper_.y, p.y), std::max(upper_.z, p.z)};
+}
+
+PickBox PickExtent::triangleBox() const {
+    const double size = lengthOf(upper_ - lower_);
+    const double largest = std::max(lengthOf(upper_), lengthOf(lower_));
+    const double margin = boxMargin * size + roundingMargin * largest;
+    PickBox box;
+    box.centre = broken_ ? nowhere : (lower_ + upper_) * 0.5;
+    box.half = (upper_ - lower_) * 0.5 + Vec(margin, margin, margin);
+    box.radius = lengthOf(box.half);
+    return box;
+}
+
+PickBox PickExtent::boxOfBoxes() const {
+    PickBox box;
+    box.centre = broken_ ? nowhere : (lower_ + upper_) * 0.5;
+    box.half = (upper_ - lower_) * (0.5 + roundingMargin);
+    return box;
+}
+
+bool isOddTriangle(const TriangleCorners& t) {
+    if (sameVertex(*t.a, *t.b) || sameVertex(*t.a, *t.c) || sameVertex(*t.b, *t.c)) {
+        return true;
+    }
+    const Vec ab = *t.b - *t.a;
+    const Vec ac = *t.c - *t.a;
+    const Vec bc = *t.c - *t.b;
+    const double longest = std::max({dot(ab, ab), dot(ac, ac), dot(bc, bc)});
+    const double area = lengthOf(cross(ab, ac));
+    const double largest = std::max({dot(*t.a, *t.a), dot(*t.b, *t.b), dot(*t.c, *t.c)});
+    // Written so that what is not a number counts as odd.
+    return !(area > oddFlatness * longest) || !(longest > oddSmallness * oddSmallness * largest);
+}
+
+void Fingerprint::mix(std::uint64_t bits) {
+    hash_ = std::rotl(hash_ ^ bits, 23) * 0xff51afd7ed558ccdU;
+}
+
+void Fingerprint::mix(const Vec& p) {
+    // Three products that do not wait for each other, then one step of the chain.
+    const std::uint64_t x = std::bit_cast<std::uint64_t>(p.x) * 0x9e3779b97f4a7c15U;
+    const std::uint64_t y = std::bit_cast<std::uint64_t>(p.y) * 0xc2b2ae3d27d4eb4fU;
+    const std::uint64_t z = std::bit_cast<std::uint64_t>(p.z) * 0x165667b19e3779f9U;
+    mix(std::rotl(x, 17) ^ std::rotl(y, 37) ^ z ^ (x >> 29));
+}
+
+} // namespace velmora

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+
+#include "zVec.h"
+
+namespace velmora {
+
+/// A box about the points of some triangles, wide enough that a line that misses it hits none of them.
+struct PickBox {
+    /// No numbers for a box that cannot be told: no comparison with it leaves anything out.
+    zVec<double> centre;
+    zVec<double> half;
+    double radius = 0.0;
+
+    /// Whether the infinite line through `origin` stays outside.
+    bool missedBy(const zVec<double>& origin, const zVec<double>& direction) const;
+};
+
+/// The smallest extent of points, growing.
+class PickExtent {
+public:
+    void add(const zVec<double>& p);
+    void add(const PickBox& box) {
+        add(box.centre - box.half);
+        add(box.centre + box.half);
+    }
+    /// Widened by what the inside test accepts beyond a triangle, and by rounding.
+    PickBox triangleBox() const;
+    /// Widened by rounding alone.
+    PickBox boxOfBoxes() const;
+
+private:
+    zVec<double> lower_{std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity(),
+                        std::numeric_limits<double>::infinity()};
+    zVec<double> upper_ = lower_ * -1.0;
+    bool broken_ = false; ///< some coordinate is not a finite number
+};
+
+/// The corners of a triangle, all three or none.
+struct TriangleCorners {
+    const zVec<double>* a = nullptr;
+    const zVec<double>* b = nullptr;
+    const zVec<double>* c = nullptr;
+};
+
+/// A triangle that may be hit outside its box, for what its corners do to the inside test: to be tested by every line.
+bool isOddTriangle(const TriangleCorners& t);
+
+/// Mixes the bits of numbers and counts, to tell whether a model is the one seen before.
+class Fingerprint {
+public:
+    explicit Fingerprint(std::uint64_t seed) : hash_(0x9e3779b97f4a7c15U + seed) {}
+    void mix(std::uint64_t bits);
+    void mix(const zVec<double>& p);
+    std::uint64_t value() const { return hash_; }
+
+private:
+    std::uint64_t hash_;
+};
+
+} // namespace velmora

@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "PatchThinner.h"
+#include "number_reader.h"
 #include "patch_text.h"
-#include "thinning.h"
 
 namespace velmora {
 
@@ -60,23 +61,19 @@ bool countPoints(const std::filesystem::path& path, AptReadResult& result) {
 class AptSecondPass {
 public:
     AptSecondPass(const std::filesystem::path& path, AptReadResult& result)
-        : reader_(path), result_(result),
-          period_(thinningPeriod(thinningFactor(static_cast<std::int32_t>(result.pointsInFile)))) {}
+        : reader_(path), result_(result), thinner_(static_cast<std::int32_t>(result.pointsInFile)) {}
 
     void run(PatchList& patches);
 
 private:
-    bool readPatch(const AptHeader& header, Patch& patch);
-    bool readSection(std::int32_t points, ThinningPhase& phase);
+    void readPatches(PatchList& patches);
     void noteFault(FormatFaultKind kind);
 
     NumberReader reader_;
     AptReadResult& result_;
-    std::int32_t period_;
+    PatchThinner thinner_;
+    BareSections bareSections_;
     std::int64_t compartment_ = 1;
-    std::int64_t kept_ = 0;
-    std::int64_t bareSections_ = 0; // those that headers ask for without any point
-    PointList section_;             // the one in hand; a patch gets a copy of just its size
 };
 
 void AptSecondPass::noteFault(FormatFaultKind kind) {
@@ -89,66 +86,31 @@ void AptSecondPass::run(PatchList& patches) {
         result_.faults.push_back({FormatFaultKind::CannotOpen, 0, 2});
         return;
     }
+    readPatches(patches);
+    result_.thinned = thinner_.thinned();
+    result_.cutAtLimit = thinner_.cutAtLimit();
+}
+
+void AptSecondPass::readPatches(PatchList& patches) {
     AptHeader header;
     for (; header.read(reader_); header = AptHeader{}, ++compartment_) {
-        bareSections_ += header.points > 0 ? 0 : std::max(header.sections, 0);
-        if (bareSections_ > keptPointLimit) {
+        if (!bareSections_.accepts(header.sections, header.points)) {
             noteFault(FormatFaultKind::Header);
             return;
         }
         Patch patch;
-        if (!readPatch(header, patch)) {
+        thinner_.restartPhases();
+        if (!thinner_.takePatch(
+                header.sections, header.points,
+                [this](zVec<double>& point) { return readPoint(reader_, point); }, patch)) {
             noteFault(FormatFaultKind::Body);
             return;
         }
         patches.push_back(std::move(patch));
-        result_.pointsKept = kept_;
+        result_.pointsKept = thinner_.kept();
     }
     noteHeaderFailure(header, compartment_, 2, result_);
     result_.textBehind = header.sections != unread || !reader_.endedAtEndOfFile();
-}
-
-// False when a point cannot be read. Ends early, with what it has, at the limit of kept points.
-bool AptSecondPass::readPatch(const AptHeader& header, Patch& patch) {
-    ThinningPhase pointPhase(period_);
-    ThinningPhase sectionPhase(period_);
-    for (std::int32_t i = 0; i < header.sections; ++i) {
-        if (!readSection(header.points, pointPhase)) {
-            return false;
-        }
-        if (sectionPhase.keeps(i, header.sections)) {
-            patch.push_back(section_);
-            kept_ += static_cast<std::int64_t>(section_.size());
-        } else {
-            result_.thinned = true;
-        }
-        if (kept_ >= keptPointLimit) {
-            result_.cutAtLimit = result_.cutAtLimit || i + 1 < header.sections;
-            break;
-        }
-    }
-    return true;
-}
-
-bool AptSecondPass::readSection(std::int32_t points, ThinningPhase& phase) {
-    section_.clear();
-    zVec<double> point;
-    for (std::int32_t j = 0; j < points; ++j) {
-        if (!readPoint(reader_, point)) {
-            return false;
-        }
-        if (phase.keeps(j, points)) {
-            section_.push_back(point);
-        } else {
-            result_.thinned = true;
-        }
-    }
-    return true;
-}
-
-bool isWritable(const Patch* patch) {
-    return std::all_of(patch->begin(), patch->end(),
-                       [patch](const PointList& section) { return section.size() >= patch->front().size(); });
 }
 
 void writeAptPatch(NumberWriter& writer, const Patch& patch) {
@@ -163,7 +125,7 @@ void writeAptPatch(NumberWriter& writer, const Patch& patch) {
 }
 
 bool writeSelection(const std::filesystem::path& path, const PatchSelection& selection, int precision) {
-    return std::all_of(selection.begin(), selection.end(), isWritable) &&
+    return std::all_of(selection.begin(), selection.end(), [](const Patch* patch) { return holdsGrid(*patch); }) &&
            savePatches(path, selection, precision, writeAptPatch);
 }
 

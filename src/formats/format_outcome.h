@@ -9,14 +9,15 @@ namespace velmora {
 /// What can go wrong with a geometry file that is read.
 enum class FormatFaultKind {
     CannotOpen,
-    Header, ///< counts that cannot be used
-    Body,   ///< a line or a point that cannot be read
+    Header,    ///< counts that cannot be used
+    Body,      ///< a line or a point that cannot be read
+    Variables, ///< a list of variables that cannot be used; of field files alone
 };
 
 /// One thing that went wrong, and where.
 struct FormatFault {
     FormatFaultKind kind = FormatFaultKind::CannotOpen;
-    std::int64_t compartment = 0; ///< counted from 1; 0 when the file could not be opened
+    std::int64_t compartment = 0; ///< counted from 1; 0 when the reading did not come to one
     int pass = 1;                 ///< the pass over the file in which it was met, 1 or 2
 
     friend bool operator==(const FormatFault&, const FormatFault&) = default;

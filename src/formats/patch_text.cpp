@@ -1,5 +1,7 @@
 #include "patch_text.h"
 
+#include <algorithm>
+
 namespace velmora {
 
 void writePoint(NumberWriter& writer, const zVec<double>& point) {
@@ -9,6 +11,11 @@ void writePoint(NumberWriter& writer, const zVec<double>& point) {
     writer.writeChar(' ');
     writer.writeDouble(point.z);
     writer.writeChar('\n');
+}
+
+bool holdsGrid(const Patch& patch) {
+    return std::all_of(patch.begin(), patch.end(),
+                       [&patch](const PointList& section) { return section.size() >= patch.front().size(); });
 }
 
 PatchSelection selectAll(const PatchList& patches) {
@@ -30,17 +37,23 @@ PatchSelection selectBlock(const PatchList& patches, std::span<const std::int32_
     return selection;
 }
 
-bool savePatches(const std::filesystem::path& path, const PatchSelection& selection, int precision,
-                 const std::function<void(NumberWriter&, const Patch&)>& writePatch) {
+bool saveText(const std::filesystem::path& path, int precision, const std::function<void(NumberWriter&)>& write) {
     SafeFile file(path);
     if (!file.isOpen()) {
         return false;
     }
     NumberWriter writer(file, precision);
-    for (const Patch* patch : selection) {
-        writePatch(writer, *patch);
-    }
+    write(writer);
     return writer.flush() && file.commit();
+}
+
+bool savePatches(const std::filesystem::path& path, const PatchSelection& selection, int precision,
+                 const std::function<void(NumberWriter&, const Patch&)>& writePatch) {
+    return saveText(path, precision, [&](NumberWriter& writer) {
+        for (const Patch* patch : selection) {
+            writePatch(writer, *patch);
+        }
+    });
 }
 
 } // namespace velmora

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "PatchList.h"
-#include "number_reader.h"
 #include "number_writer.h"
 
 namespace velmora {
@@ -15,12 +14,16 @@ namespace velmora {
 /// What the text formats of patches share: points, the choice of patches, saving.
 
 /// Takes x, y, z. False, with `point` partly changed, when one of them cannot be read.
-inline bool readPoint(NumberReader& reader, zVec<double>& point) {
+template <class Reader>
+bool readPoint(Reader& reader, zVec<double>& point) {
     return reader.readDouble(point.x) && reader.readDouble(point.y) && reader.readDouble(point.z);
 }
 
 /// Writes x, blank, y, blank, z, line feed.
 void writePoint(NumberWriter& writer, const zVec<double>& point);
+
+/// Whether every section has at least as many points as the first one, so that the patch can be written as a grid.
+bool holdsGrid(const Patch& patch);
 
 /// Patches of a model to be written, in this order; they live in the model.
 using PatchSelection = std::vector<const Patch*>;
@@ -32,8 +35,11 @@ PatchSelection selectAll(const PatchList& patches);
 /// that are negative or past the end are passed over.
 PatchSelection selectBlock(const PatchList& patches, std::span<const std::int32_t> blockList);
 
-/// Saves a file that consists of what `writePatch` writes of each patch. True when all of it is in place; otherwise
-/// an old file stands as it was.
+/// Saves a file that consists of what `write` writes, numbers with `precision` digits behind the point. True when all
+/// of it is in place; otherwise an old file stands as it was.
+bool saveText(const std::filesystem::path& path, int precision, const std::function<void(NumberWriter&)>& write);
+
+/// Saves a file that consists of what `writePatch` writes of each patch, see saveText.
 bool savePatches(const std::filesystem::path& path, const PatchSelection& selection, int precision,
                  const std::function<void(NumberWriter&, const Patch&)>& writePatch);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 namespace velmora {
@@ -32,6 +33,19 @@ public:
 private:
     std::int32_t period_;
     std::int32_t phase_ = 0;
+};
+
+/// Counts the sections without points that the headers of a file ask for: no data pays for their memory.
+class BareSections {
+public:
+    /// False when the header of a patch brings them above `keptPointLimit`.
+    bool accepts(std::int32_t sections, std::int32_t pointsPerSection) {
+        count_ += pointsPerSection > 0 ? 0 : std::max(sections, 0);
+        return count_ <= keptPointLimit;
+    }
+
+private:
+    std::int64_t count_ = 0;
 };
 
 } // namespace velmora

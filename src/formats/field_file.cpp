@@ -1,0 +1,247 @@
+#include "field_file.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <optional>
+#include <utility>
+
+#include "apt.h"
+#include "characters.h"
+#include "number_reader.h"
+#include "patch_text.h"
+#include "thinning.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr std::int32_t unread = -1;
+
+// What a buffer for the line shows as its text; false when that is nothing.
+bool takeBufferLine(TextStream& stream, std::string& line) {
+    stream.getline(line, NumberReader::lineLimit);
+    line.resize(std::min(line.find('\0'), line.size()));
+    return !line.empty();
+}
+
+// None when the quotes do not pair or their pairs are less than the coordinates or too many.
+std::optional<std::int32_t> countFields(std::string_view variablesLine) {
+    constexpr std::int32_t coordinateQuotes = 6;
+    const auto quotes = static_cast<std::int32_t>(std::count(variablesLine.begin(), variablesLine.end(), '"'));
+    if (quotes % 2 != 0 || quotes < coordinateQuotes || quotes > coordinateQuotes + 2 * maxFieldCount) {
+        return std::nullopt;
+    }
+    return (quotes - coordinateQuotes) / 2;
+}
+
+// The integer behind `key`, or `unread`.
+std::int32_t countBehind(std::string_view line, std::string_view key) {
+    constexpr std::size_t mostCharacters = 5;
+    const std::size_t place = line.find(key);
+    std::int32_t value = unread;
+    if (place == std::string_view::npos) {
+        return value;
+    }
+    std::string_view text = line.substr(place + key.size(), mostCharacters);
+    text = text.substr(0, text.find(','));
+    while (!text.empty() && isSpace(text.front())) {
+        text.remove_prefix(1);
+    }
+    if (text.size() > 1 && text[0] == '+' && isDigit(text[1])) {
+        text.remove_prefix(1);
+    }
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+struct FieldHeader {
+    explicit FieldHeader(std::string_view line) : points(countBehind(line, "I=")), sections(countBehind(line, "J=")) {}
+
+    bool isGood() const { return points != unread && sections != unread; }
+    bool holdsPoints() const { return points > 0 && sections > 0; }
+
+    std::int32_t points; // per section
+    std::int32_t sections;
+};
+
+class FieldReader {
+public:
+    FieldReader(const std::filesystem::path& path, FieldReadResult& result) : stream_(path), result_(result) {}
+
+    void run();
+
+private:
+    bool readHead();
+    bool readZone();
+    bool readPatch(const FieldHeader& header, Patch& patch, Patch& field);
+    bool readSection(std::int32_t points);
+    bool readValues(zVec<double>& values);
+    bool fail(FormatFaultKind kind);
+
+    TextStream stream_;
+    FieldReadResult& result_;
+    std::int64_t compartment_ = 0;
+    std::string line_;
+    BareSections bareSections_;
+    PointList section_; // those in hand; a patch gets copies of just their size
+    PointList fieldSection_;
+};
+
+bool FieldReader::fail(FormatFaultKind kind) {
+    result_.faults.push_back({kind, compartment_, 1});
+    return false;
+}
+
+void FieldReader::run() {
+    if (!readHead()) {
+        return;
+    }
+    for (compartment_ = 1; takeBufferLine(stream_, line_); ++compartment_) {
+        if (!readZone()) {
+            result_.patches.clear();
+            result_.fieldPatches.clear();
+            return;
+        }
+    }
+    result_.loaded = true;
+    stream_.clear();
+    result_.textBehind = stream_.skipSpace();
+}
+
+bool FieldReader::readHead() {
+    result_.opened = stream_.isOpen();
+    if (!result_.opened) {
+        return fail(FormatFaultKind::CannotOpen);
+    }
+    takeBufferLine(stream_, result_.titleLine);
+    takeBufferLine(stream_, result_.variablesLine);
+    const std::optional<std::int32_t> fields = countFields(result_.variablesLine);
+    if (!fields) {
+        return fail(FormatFaultKind::Variables);
+    }
+    result_.fieldCount = *fields;
+    return true;
+}
+
+// The zone of the header in `line_`.
+bool FieldReader::readZone() {
+    const FieldHeader header(line_);
+    if (!header.isGood() || !bareSections_.accepts(header.sections, header.points)) {
+        return fail(FormatFaultKind::Header);
+    }
+    Patch patch;
+    Patch field;
+    if (!readPatch(header, patch, field)) {
+        return fail(FormatFaultKind::Body);
+    }
+    result_.patches.push_back(std::move(patch));
+    result_.fieldPatches.push_back(std::move(field));
+    if (header.holdsPoints()) { // else the line in hand is the header, which has no rest
+        stream_.skipLine(NumberReader::lineLimit);
+    }
+    return true;
+}
+
+bool FieldReader::readPatch(const FieldHeader& header, Patch& patch, Patch& field) {
+    for (std::int32_t n = 0; n < header.sections; ++n) {
+        if (!readSection(header.points)) {
+            return false;
+        }
+        patch.push_back(section_);
+        field.push_back(fieldSection_);
+    }
+    return true;
+}
+
+bool FieldReader::readSection(std::int32_t points) {
+    section_.clear();
+    fieldSection_.clear();
+    zVec<double> point;
+    zVec<double> values;
+    for (std::int32_t m = 0; m < points; ++m) {
+        if (!readPoint(stream_, point) || !readValues(values)) {
+            return false;
+        }
+        section_.push_back(point);
+        fieldSection_.push_back(values);
+    }
+    return true;
+}
+
+bool FieldReader::readValues(zVec<double>& values) {
+    const std::array<double*, maxFieldCount> places{&values.x, &values.y, &values.z};
+    return std::all_of(places.begin(), places.begin() + result_.fieldCount,
+                       [this](double* place) { return stream_.readDouble(*place); });
+}
+
+// A place that the list does not have holds zeros.
+zVec<double> valuesAt(const PatchList& field, std::size_t k, std::size_t n, std::size_t m) {
+    const bool exists = k < field.size() && n < field[k].size() && m < field[k][n].size();
+    return exists ? field[k][n][m] : zVec<double>();
+}
+
+void writeZoneHeader(NumberWriter& writer, std::size_t k, const Patch& patch) {
+    writer.writeText("ZONE  T=\"ZONE_");
+    writer.writeInt(static_cast<std::int64_t>(k));
+    writer.writeText("\",I=");
+    writer.writeInt(lineCount(patch));
+    writer.writeText(",J=");
+    writer.writeInt(countOf(patch));
+    writer.writeText(",K=1,F= POINT\n");
+}
+
+void writeFieldPoint(NumberWriter& writer, const zVec<double>& point, const zVec<double>& values,
+                     std::int32_t fieldCount) {
+    const std::array<double, 3 + maxFieldCount> numbers{point.x, point.y, point.z, values.x, values.y, values.z};
+    for (std::int32_t i = 0; i < 3 + fieldCount; ++i) {
+        if (i > 0) {
+            writer.writeChar(' ');
+        }
+        writer.writeDouble(numbers[static_cast<std::size_t>(i)]);
+    }
+    writer.writeChar('\n');
+}
+
+void writeZone(NumberWriter& writer, std::size_t k, const Patch& patch, const PatchList& field,
+               std::int32_t fieldCount) {
+    writeZoneHeader(writer, k, patch);
+    const auto points = static_cast<std::size_t>(lineCount(patch));
+    for (std::size_t n = 0; n < patch.size(); ++n) {
+        for (std::size_t m = 0; m < points; ++m) {
+            writeFieldPoint(writer, patch[n][m], valuesAt(field, k, n, m), fieldCount);
+        }
+    }
+}
+
+} // namespace
+
+FieldReadResult readFieldFile(const std::filesystem::path& path) {
+    FieldReadResult result;
+    FieldReader(path, result).run();
+    return result;
+}
+
+bool writeFieldFile(const std::filesystem::path& path, const PatchList& patches, const PatchList& field,
+                    std::int32_t fieldCount, std::string_view titleLine, std::string_view variablesLine,
+                    int precision) {
+    if (!std::all_of(patches.begin(), patches.end(), holdsGrid)) {
+        return false;
+    }
+    return saveText(path, precision, [&](NumberWriter& writer) {
+        for (const std::string_view line : {titleLine, variablesLine}) {
+            writer.writeText(line);
+            writer.writeChar('\n');
+        }
+        for (std::size_t k = 0; k < patches.size(); ++k) {
+            writeZone(writer, k, patches[k], field, std::clamp(fieldCount, 0, maxFieldCount));
+        }
+    });
+}
+
+std::string fieldMessage(const FormatFault& fault) {
+    // A field file's zones are told of as those of an .apt file.
+    return fault.kind == FormatFaultKind::Variables ? std::string(wrongVariablesMessage) : aptMessage(fault);
+}
+
+} // namespace velmora

@@ -1,0 +1,128 @@
+#include "tecplot_writer.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+
+#include "SafeFile.h"
+#include "number_writer.h"
+#include "tecplot_unit.h"
+#include "zExceptions.h"
+
+namespace velmora {
+
+namespace {
+
+void writeFileHeader(NumberWriter& out, const std::string& title, const ZoneVariables& variables) {
+    out.writeText("TITLE = \"");
+    out.writeText(title);
+    out.writeText("\"\nVARIABLES =");
+    for (const auto& variable : variables) {
+        out.writeText(" \"");
+        out.writeText(variable->name);
+        out.writeChar('"');
+    }
+    out.writeChar('\n');
+}
+
+void writeCount(NumberWriter& out, const char* label, std::int32_t count) {
+    out.writeText(label);
+    out.writeInt(count);
+}
+
+void writeExtents(NumberWriter& out, const zBlock& zone) {
+    out.writeText("ZONETYPE=ORDERED");
+    writeCount(out, ", I=", zone.imax);
+    writeCount(out, ", J=", zone.jmax);
+    writeCount(out, ", K=", zone.kmax);
+}
+
+void writeExtents(NumberWriter& out, const zBlock_fe& zone) {
+    out.writeText("ZONETYPE=FETRIANGLE");
+    writeCount(out, ", NODES=", zone.nodeCount);
+    writeCount(out, ", ELEMENTS=", zone.elementCount);
+}
+
+void writeDataTypes(NumberWriter& out, std::size_t count, std::int32_t precision) {
+    constexpr std::int32_t digitsOfDouble = 15;
+    out.writeText("DT=(");
+    for (std::size_t i = 0; i < count; ++i) {
+        out.writeText(i == 0 ? "" : ",");
+        out.writeText(precision < digitsOfDouble ? "SINGLE" : "DOUBLE");
+    }
+    out.writeText(")\n");
+}
+
+void writeRows(NumberWriter& out, const ZoneVariables& variables, std::int32_t points) {
+    auto rows = static_cast<std::size_t>(variables.empty() ? 0 : std::max(points, 0));
+    for (const auto& variable : variables) {
+        rows = std::min(rows, variable->data.size());
+    }
+    for (std::size_t row = 0; row < rows; ++row) {
+        for (std::size_t column = 0; column < variables.size(); ++column) {
+            if (column > 0) {
+                out.writeChar(' ');
+            }
+            out.writeDouble(variables[column]->data[row]);
+        }
+        out.writeChar('\n');
+    }
+}
+
+void writeData(NumberWriter& out, const zBlock& zone) {
+    writeRows(out, zone.variables, zone.total);
+}
+
+void writeData(NumberWriter& out, const zBlock_fe& zone) {
+    constexpr std::size_t entriesPerTriangle = 4;
+    writeRows(out, zone.variables, zone.nodeCount);
+    const std::size_t elements = std::min(static_cast<std::size_t>(std::max(zone.elementCount, 0)),
+                                          zone.connectivity.size() / entriesPerTriangle);
+    for (std::size_t element = 0; element < elements; ++element) {
+        const std::int32_t* const entry = &zone.connectivity[element * entriesPerTriangle];
+        out.writeInt(std::int64_t{entry[0]} + 1);
+        out.writeChar(' ');
+        out.writeInt(std::int64_t{entry[1]} + 1);
+        out.writeChar(' ');
+        out.writeInt(std::int64_t{entry[2]} + 1);
+        out.writeChar('\n');
+    }
+}
+
+template <class Region>
+void write(const std::filesystem::path& path, const Region& region, std::int32_t precision) {
+    SafeFile file(path);
+    if (!file.isOpen()) {
+        throw FileError(tecplotUnit, __LINE__);
+    }
+    NumberWriter out(file, precision, NumberNotation::General);
+    if (!region.blocks.empty()) {
+        const ZoneVariables& named = region.blocks.front()->variables;
+        writeFileHeader(out, region.title, named);
+        for (const auto& zone : region.blocks) {
+            out.writeText("ZONE T=\"");
+            out.writeText(zone->title);
+            out.writeText("\"\n");
+            writeExtents(out, *zone);
+            out.writeText("\nDATAPACKING=POINT\n");
+            writeDataTypes(out, named.size(), precision);
+            writeData(out, *zone);
+        }
+    }
+    out.flush();
+    if (!file.commit()) {
+        throw FileError(tecplotUnit, __LINE__);
+    }
+}
+
+} // namespace
+
+void writeTecplot(const std::filesystem::path& path, const zRegion& region, std::int32_t precision) {
+    write(path, region, precision);
+}
+
+void writeTecplot(const std::filesystem::path& path, const zRegion_fe& region, std::int32_t precision) {
+    write(path, region, precision);
+}
+
+} // namespace velmora

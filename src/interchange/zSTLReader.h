@@ -1,0 +1,55 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "TextStream.h"
+#include "number_writer.h"
+#include "zRegion.h"
+#include "zTriangulator.h"
+
+namespace velmora {
+
+/// Reads and writes STL files in text form. Corners are not merged: each corner of each facet is a node of its own.
+class zSTLReader {
+public:
+    /// `blockSize` is the reading block in bytes; it has no effect on what is read.
+    explicit zSTLReader(std::size_t blockSize = TextStream::defaultBlockSize) : blockSize_(blockSize) {}
+
+    /// Appends a zone for each solid that has facets, titled with the one word behind "solid". A facet that is damaged
+    /// or has fewer than three corners is left out, one of more corners becomes a fan; stored normals are not used. A
+    /// file without solids, a binary one mostly, gives nothing. Raises FileError when the file cannot be opened, and
+    /// SystemError when a zone cannot be made.
+    void read(const std::filesystem::path& fileName, zRegion_fe& region);
+
+    /// Writes every zone as a solid, its first three fields being the coordinates, with six significant digits.
+    /// Triangles without a normal are left out, and so are elements that name nodes which are not there. Raises
+    /// FileError when the file cannot be opened. When the writing fails later, nothing tells of it and an old file
+    /// stands as it was.
+    void write(const std::filesystem::path& fileName, const zRegion_fe& region);
+
+    /// Triangles without a normal that `write` left out.
+    std::int64_t skippedFacets() const { return skippedFacets_; }
+
+private:
+    void readSolid(TextStream& input, zRegion_fe& region);
+    void readFacets(TextStream& input);
+    bool readFacet(TextStream& input);
+    void takeFacet();
+    void writeSolid(NumberWriter& output, const zBlock_fe& zone);
+    void writeFacet(NumberWriter& output, const std::array<zVec<double>, 3>& corners);
+
+    std::size_t blockSize_;
+    VertexList vertices_;                        // of the solid being read
+    std::vector<Triangle> faces_;                // of the solid being read
+    std::vector<std::array<double, 3>> corners_; // of the facet being read
+    Polygon polygon_;
+    std::string word_;
+    std::int64_t skippedFacets_ = 0;
+};
+
+} // namespace velmora

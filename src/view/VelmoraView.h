@@ -6,6 +6,7 @@
 #include "OpenGLView.h"
 #include "PatchIndex.h"
 #include "VelmoraDoc.h"
+#include "ZoneIndex.h"
 
 namespace velmora {
 

@@ -1,0 +1,620 @@
+#include "document_fixture.h"
+#include "file_texts.h"
+#include "small_zones.h"
+
+namespace velmora::test {
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+const char* const removalAnswered = "question: Current geometry will be removed. Are you sure -> yes";
+
+/// A solid of one triangle (x, 0, 0), (x + 1, 0, 0), (x, 1, 0).
+std::string stlText(const std::string& name, double x) {
+    std::ostringstream text;
+    text << "solid " << name << "\nfacet normal 0 0 1\nouter loop\nvertex " << x << " 0 0\nvertex " << x + 1
+         << " 0 0\nvertex " << x << " 1 0\nendloop\nendfacet\nendsolid " << name << "\n";
+    return text.str();
+}
+
+const char* const header = "TITLE = \"t\"\nVARIABLES = \"x\" \"y\" \"z\"\n";
+const char* const gridZone = "ZONE T=\"g\", I=3, J=2, K=1, F=POINT\n0 0 0\n1 0 0\n2 0 0\n0 1 0\n1 1 0\n2 1 0\n";
+const char* const triangleZoneText = "ZONE T=\"s\", N=3, E=1, F=FEPOINT, ET=TRIANGLE\n5 0 0\n6 0 0\n5 1 0\n1 2 3\n";
+
+/// One triangle as a face set of VRML 2.0.
+const char* const wrlText = "#VRML V2.0 utf8\nShape { geometry IndexedFaceSet { coord Coordinate { point [ 0 0 5 "
+                            "1 0 5 0 1 5 ] } coordIndex [ 0 1 2 -1 ] } }\n";
+
+class ZoneFiles : public DocumentTest {
+protected:
+    std::filesystem::path file(const std::string& name, const std::string& text) {
+        writeFileText(folder / name, text);
+        return folder / name;
+    }
+
+    void open(const std::string& name, const std::string& text) { doc.onOpenDocument(file(name, text)); }
+
+    Lines zoneTitles() const {
+        Lines titles;
+        for (const auto& zone : doc.feRegion.blocks) {
+            titles.push_back(zone->title);
+        }
+        return titles;
+    }
+
+    void expectKinds(const std::string& structure, const std::string& kind) {
+        EXPECT_EQ(doc.structureKind, structure);
+        EXPECT_EQ(doc.fileKind, kind);
+    }
+
+    zVec<double> node(std::ptrdiff_t zone, std::ptrdiff_t number) const {
+        zVec<double> p;
+        EXPECT_EQ(doc.feRegion.getNode(zone, number, p.x, p.y, p.z), 0);
+        return p;
+    }
+
+    void append(const std::filesystem::path& path) {
+        ui.files.push_back({path});
+        doc.appendFile();
+    }
+
+    void saveAs(const std::string& name) {
+        ui.files.push_back({folder / name});
+        doc.saveModelAs();
+    }
+};
+
+using OpenZones = ZoneFiles;
+using AppendZones = ZoneFiles;
+using SaveZones = ZoneFiles;
+using UndoZones = ZoneFiles;
+using NodeRegime = ZoneFiles;
+using FieldFile = ZoneFiles;
+using PointFiles = ZoneFiles;
+
+} // namespace
+
+// ---- Open -----------------------------------------------------------------------------------------------------------
+
+TEST_F(OpenZones, StlBecomesTheUnstructuredModel) {
+    open("Wing.STL", stlText("body", 2));
+    expectKinds("uns", "non");
+    EXPECT_THAT(zoneTitles(), ElementsAre("body"));
+    EXPECT_EQ(doc.documentTitle, "wing.dat");
+    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.stl");
+    EXPECT_EQ(doc.modelCenter, (zVec<double>(2.5, 0.5, 0)));
+    EXPECT_TRUE(doc.surfaceMode);
+    EXPECT_FALSE(doc.documentModified);
+    EXPECT_THAT(viewCalls(), Contains("bounds"));
+}
+
+TEST_F(OpenZones, WrlNamesZonesByNumber) {
+    open("b.wrl", wrlText);
+    expectKinds("uns", "non");
+    EXPECT_THAT(zoneTitles(), ElementsAre("Zone_1"));
+}
+
+TEST_F(OpenZones, DatOfGridsBecomesPatches) {
+    open("g.dat", std::string(header) + gridZone);
+    expectKinds("str", "apt");
+    ASSERT_EQ(doc.patches.size(), 1U);
+    EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{3, 3}));
+    EXPECT_EQ(doc.patches[0][1][2], (zVec<double>(2, 1, 0)));
+    EXPECT_EQ(doc.documentTitle, "g.apt");
+    EXPECT_EQ(doc.currentPath, shownFolder() + "g.apt");
+    EXPECT_TRUE(doc.feRegion.blocks.empty());
+}
+
+TEST_F(OpenZones, DatOfBothKindsEndsUnstructured) {
+    open("m.dat", std::string(header) + gridZone + triangleZoneText);
+    expectKinds("uns", "non");
+    EXPECT_THAT(zoneTitles(), ElementsAre("s", "Patch___0"));
+    EXPECT_EQ(doc.feRegion.blocks[1]->elementCount, 4);
+    EXPECT_TRUE(doc.patches.empty());
+    EXPECT_EQ(doc.documentTitle, "m.dat");
+}
+
+TEST_F(OpenZones, DatWithoutZonesOpensNothing) {
+    open("none.dat", header);
+    expectKinds("non", "non");
+    EXPECT_THAT(heard(), Contains("message: Open procedure is canceled"));
+}
+
+TEST_F(OpenZones, FileWithoutVariablesIsRefused) {
+    open("v.dat", "ZONE I=3, J=2, K=1, F=POINT\n1 2 3\n");
+    EXPECT_THAT(heard(), Contains("message: Irregular structure of DAT file. The number of variables < 3"));
+    expectKinds("non", "non");
+}
+
+TEST_F(OpenZones, FailedReadLeavesNothingBehind) {
+    open("bad.dat", std::string(header) + triangleZoneText + "ZONE N=3, E=1, F=FEPOINT, ET=TRIANGLE\n5 0 0\n6 0\n");
+    const Lines told = heard();
+    EXPECT_THAT(told,
+                Contains(StartsWith("message: \n--- Error Message ---\n\nValue Error: invalid data\nZone No: 3\n")));
+    EXPECT_THAT(told, Contains("message: Open procedure is canceled"));
+    EXPECT_TRUE(doc.feRegion.blocks.empty());
+    expectKinds("non", "non");
+    ui.files.push_back({file("a.stl", stlText("a", 0))});
+    doc.openFiles();
+    EXPECT_THAT(heard(), testing::Not(Contains(removalAnswered)));
+    EXPECT_THAT(zoneTitles(), ElementsAre("a"));
+}
+
+TEST_F(OpenZones, MissingFileGivesTheReadersReport) {
+    doc.onOpenDocument(folder / "absent.stl");
+    EXPECT_THAT(heard(),
+                Contains(StartsWith("message: \n--- Error Message ---\n\nFile Error: ...\n\nIn file:\n'zSTLReader'")));
+}
+
+TEST_F(OpenZones, OverAnUnstructuredModelAsks) {
+    open("a.stl", stlText("a", 0));
+    forget();
+    ui.answers = {true};
+    ui.files.push_back({file("b.stl", stlText("b", 0))});
+    doc.openFiles();
+    EXPECT_EQ(heard().front(), removalAnswered);
+    EXPECT_THAT(zoneTitles(), ElementsAre("b"));
+}
+
+TEST_F(OpenZones, ListModeGathersFilesOfOneType) {
+    ui.files.push_back({file("a.stl", stlText("a", 0)), file("x.wrl", wrlText), file("b.stl", stlText("b", 3))});
+    doc.openFiles();
+    EXPECT_THAT(zoneTitles(), ElementsAre("a", "b"));
+    EXPECT_EQ(doc.documentTitle, "b.dat");
+    EXPECT_EQ(doc.currentPath, shownFolder() + "b.stl");
+    EXPECT_EQ(doc.boxMax, (zVec<double>(4, 1, 0)));
+}
+
+TEST_F(OpenZones, BadFileOfAListAddsNoZone) {
+    const std::string twoZones = std::string(header) + triangleZoneText + "ZONE N=3, E=1, F=FEPOINT, ET=TRIANGLE\n1\n";
+    ui.files.push_back({file("a.dat", std::string(header) + triangleZoneText), file("b.dat", twoZones)});
+    doc.openFiles();
+    EXPECT_THAT(zoneTitles(), ElementsAre("s"));
+}
+
+TEST_F(OpenZones, GrdOnlyNamesTheGrid) {
+    open("Net.grd", "whatever");
+    expectKinds("uns", "non");
+    EXPECT_TRUE(doc.gridNamed);
+    EXPECT_EQ(doc.gridPath, shownFolder() + "net.grd");
+    EXPECT_EQ(doc.documentTitle, "net.dat");
+    EXPECT_TRUE(doc.feRegion.blocks.empty());
+}
+
+TEST_F(OpenZones, EmptyStlIsAnEmptyUnstructuredModel) {
+    open("e.stl", "solid e\nendsolid e\n");
+    expectKinds("uns", "non");
+    EXPECT_TRUE(doc.feRegion.blocks.empty());
+}
+
+// ---- Append ---------------------------------------------------------------------------------------------------------
+
+TEST_F(AppendZones, OffersTheZoneFormats) {
+    open("a.stl", stlText("a", 0));
+    append({});
+    Lines types;
+    for (const FileType& type : ui.requests.back().types) {
+        types.push_back(type.extension);
+    }
+    EXPECT_THAT(types, ElementsAre("dat", "wrl", "stl"));
+}
+
+TEST_F(AppendZones, PutsZonesBehindThoseOfTheModel) {
+    open("a.stl", stlText("a", 0));
+    append(file("b.wrl", wrlText));
+    append(file("c.dat", std::string(header) + gridZone));
+    EXPECT_THAT(zoneTitles(), ElementsAre("a", "Zone_1", "Patch___0"));
+    EXPECT_EQ(doc.documentTitle, "a.dat");
+    EXPECT_EQ(doc.currentPath, shownFolder() + "a.dat");
+    EXPECT_TRUE(doc.patchUndoReady);
+    EXPECT_TRUE(doc.rebuildOnUndo);
+    doc.UndoPatch();
+    EXPECT_THAT(zoneTitles(), ElementsAre("a", "Zone_1"));
+}
+
+TEST_F(AppendZones, OfAnotherTypeIsRefused) {
+    open("a.stl", stlText("a", 0));
+    forget();
+    append(file("b.apt", "1 1\n0 0 0\n"));
+    EXPECT_THAT(heard(), Contains("message: This file's type is not supported by Sorvane"));
+    EXPECT_THAT(zoneTitles(), ElementsAre("a"));
+}
+
+TEST_F(AppendZones, FailedReadAddsNothing) {
+    open("a.stl", stlText("a", 0));
+    append(file("b.dat", std::string(header) + triangleZoneText + "ZONE N=3, E=1, F=FEPOINT, ET=TRIANGLE\n1\n"));
+    EXPECT_THAT(zoneTitles(), ElementsAre("a"));
+}
+
+TEST_F(AppendZones, GridsOfADatJoinAStructuredModel) {
+    open("w.apt", aptText({flatPatch(2, 2)}));
+    append(file("g.dat", std::string(header) + gridZone));
+    expectKinds("str", "apt");
+    EXPECT_EQ(doc.patches.size(), 2U);
+}
+
+TEST_F(AppendZones, TrianglesOfADatTurnAStructuredModelIntoZones) {
+    open("w.apt", aptText({flatPatch(2, 2)}));
+    append(file("s.dat", std::string(header) + triangleZoneText));
+    expectKinds("uns", "apt");
+    EXPECT_THAT(zoneTitles(), ElementsAre("s", "Patch___0"));
+    EXPECT_TRUE(doc.patches.empty());
+    doc.UndoPatch();
+    expectKinds("str", "apt");
+    EXPECT_EQ(doc.patches.size(), 1U);
+    EXPECT_TRUE(doc.feRegion.blocks.empty());
+}
+
+TEST_F(AppendZones, RefusedDatLeavesTheStructuredModel) {
+    open("w.apt", aptText({flatPatch(2, 2)}));
+    forget();
+    append(file("v.dat", "ZONE I=3, J=2, K=1, F=POINT\n1 2 3\n"));
+    EXPECT_THAT(heard(), Contains("message: Irregular structure of DAT file. The number of variables < 3"));
+    expectKinds("str", "apt");
+    EXPECT_EQ(doc.patches.size(), 1U);
+}
+
+// ---- Save -----------------------------------------------------------------------------------------------------------
+
+TEST_F(SaveZones, WritesTheFileItCameFrom) {
+    open("a.dat", std::string(header) + triangleZoneText);
+    doc.feRegion.setNode(0, 0, 7, 8, 9);
+    doc.documentModified = true;
+    forget();
+    doc.saveModel();
+    EXPECT_THAT(heard(), ElementsAre("message: DAT file is written"));
+    EXPECT_FALSE(doc.documentModified);
+    doc.onOpenDocument(folder / "a.dat");
+    EXPECT_EQ(node(0, 0), (zVec<double>(7, 8, 9)));
+}
+
+TEST_F(SaveZones, OfAnotherFileKindWritesNothingAndSaysNothing) {
+    open("a.dat", std::string(header) + triangleZoneText);
+    const std::string before = fileText(folder / "a.dat");
+    doc.fileKind = "apt";
+    doc.feRegion.setNode(0, 0, 7, 8, 9);
+    forget();
+    doc.saveModel();
+    EXPECT_THAT(heard(), IsEmpty());
+    EXPECT_EQ(fileText(folder / "a.dat"), before);
+}
+
+TEST_F(SaveZones, FailedWriteIsReported) {
+    open("a.dat", std::string(header) + triangleZoneText);
+    doc.chosenPath = folder / "no" / "such" / "a.dat";
+    forget();
+    doc.saveModel();
+    EXPECT_THAT(heard(), ElementsAre(StartsWith("message: \n--- Error Message ---\n\nFile Error: ...")));
+}
+
+TEST_F(SaveZones, SaveAsOffersAndTakesTheZoneFormats) {
+    open("a.stl", stlText("a", 0));
+    for (const char* name : {"b.dat", "c.wrl", "d.stl"}) {
+        forget();
+        saveAs(name);
+        EXPECT_THAT(heard(), Contains("title: " + std::string(name)));
+        VelmoraDoc other(ui, folder.path());
+        other.onOpenDocument(folder / name);
+        ASSERT_EQ(other.feRegion.blocks.size(), 1U) << name;
+        EXPECT_EQ(other.feRegion.blocks[0]->elementCount, 1) << name;
+        EXPECT_EQ(other.modelCenter, doc.modelCenter) << name;
+    }
+    EXPECT_EQ(doc.currentPath, shownFolder() + "d.stl");
+}
+
+TEST_F(SaveZones, GridSavedAsDatOpensAgain) {
+    const PatchList model = {flatPatch(2, 3), flatPatch(4, 2, 1.0 / 3.0)};
+    open("w.apt", aptText({flatPatch(2, 2)}));
+    doc.patches = model;
+    forget();
+    saveAs("out.dat");
+    EXPECT_THAT(heard(),
+                ElementsAre("chooser: Save As -> 1 file", "message: File is converted to DAT format and is written"));
+    EXPECT_EQ(doc.documentTitle, "w.apt");
+    expectKinds("str", "apt");
+    VelmoraDoc other(ui, folder.path());
+    other.onOpenDocument(folder / "out.dat");
+    ASSERT_EQ(other.patches.size(), 2U);
+    EXPECT_EQ(other.patches[0], model[0]);
+    EXPECT_NEAR(other.patches[1][3][1].z, 1.0 / 3.0, 1e-15);
+}
+
+TEST_F(SaveZones, GridSavedAsSurfaceBecomesOne) {
+    for (const std::string extension : {"stl", "wrl"}) {
+        open("w.apt", aptText({flatPatch(2, 3)}));
+        captureSection(0, 1);
+        forget();
+        saveAs("out." + extension);
+        expectKinds("uns", "non");
+        EXPECT_EQ(doc.documentTitle, "out." + extension);
+        EXPECT_THAT(zoneTitles(), ElementsAre("Patch___0"));
+        EXPECT_TRUE(doc.patches.empty());
+        EXPECT_FALSE(doc.sectionCaptured);
+        EXPECT_FALSE(doc.documentModified);
+        EXPECT_THAT(viewCalls(), Contains("bounds"));
+        VelmoraDoc other(ui, folder.path());
+        other.onOpenDocument(folder / ("out." + extension));
+        ASSERT_EQ(other.feRegion.blocks.size(), 1U);
+        EXPECT_EQ(other.feRegion.blocks[0]->elementCount, 4);
+    }
+}
+
+TEST_F(SaveZones, GridThatCannotBeWrittenAsSurfaceStaysAGrid) {
+    open("w.apt", aptText({flatPatch(2, 3)}));
+    saveAs("no/such/out.stl");
+    expectKinds("str", "apt");
+    EXPECT_EQ(doc.patches.size(), 1U);
+}
+
+TEST_F(SaveZones, GridWithoutPatchesIsSaid) {
+    open("w.apt", aptText({flatPatch(2, 3)}));
+    doc.patches.clear();
+    forget();
+    saveAs("out.dat");
+    EXPECT_THAT(heard(), Contains("message: Structured container is empty"));
+}
+
+// ---- Undo and nodes -------------------------------------------------------------------------------------------------
+
+TEST_F(UndoZones, BringsRemovedZonesBackUnderADatName) {
+    open("a.stl", stlText("a", 0));
+    ui.answers = {true};
+    doc.onNewDocument();
+    expectKinds("non", "non");
+    doc.UndoPatch();
+    expectKinds("uns", "non");
+    EXPECT_THAT(zoneTitles(), ElementsAre("a"));
+    EXPECT_EQ(doc.documentTitle, "a.dat");
+    EXPECT_EQ(doc.currentPath, shownFolder() + "a.dat");
+}
+
+TEST_F(UndoZones, SnapshotIsACopyOfItsOwn) {
+    open("a.stl", stlText("a", 0));
+    doc.SavePatchUndo();
+    doc.patchUndoReady = true;
+    doc.feRegion.setNode(0, 0, 7, 8, 9);
+    doc.UndoPatch();
+    EXPECT_EQ(node(0, 0), (zVec<double>(0, 0, 0)));
+    EXPECT_TRUE(doc.undoRegion.blocks.empty());
+}
+
+TEST_F(NodeRegime, EditMovesTheNodeAndUndoBringsItBack) {
+    open("a.stl", stlText("a", 0));
+    doc.pointCaptured = doc.pointPicked = true;
+    doc.capturedPatch = 0;
+    doc.capturedPoint = 1;
+    doc.pickedPoint = doc.capturedPointPos = node(0, 1);
+    ui.dialogs = {{{"x", "7"}, {"y", "8"}, {"z", "9"}}};
+    doc.EditPoint();
+    EXPECT_EQ(node(0, 1), (zVec<double>(7, 8, 9)));
+    EXPECT_EQ(doc.capturedPointPos, (zVec<double>(7, 8, 9)));
+    EXPECT_TRUE(doc.pointUndoReady);
+    doc.UndoPoint();
+    EXPECT_EQ(node(0, 1), (zVec<double>(1, 0, 0)));
+    EXPECT_EQ(doc.capturedPointPos, (zVec<double>(1, 0, 0)));
+    EXPECT_EQ(doc.capturedPoint, 1);
+}
+
+TEST_F(NodeRegime, PasteMovesTheNode) {
+    open("a.stl", stlText("a", 0));
+    doc.pointCaptured = true;
+    doc.capturedPatch = 0;
+    doc.capturedPoint = 2;
+    doc.pointClipboard = {4, 5, 6};
+    doc.pointClipboardFull = true;
+    doc.PastePoint();
+    EXPECT_EQ(node(0, 2), (zVec<double>(4, 5, 6)));
+    EXPECT_TRUE(doc.pointUndoReady);
+}
+
+TEST_F(NodeRegime, EditWithoutANodeChangesNothing) {
+    open("a.stl", stlText("a", 0));
+    doc.pointCaptured = true;
+    doc.capturedPatch = 0;
+    doc.capturedPoint = 3;
+    ui.dialogs = {{{"x", "7"}}};
+    doc.EditPoint();
+    EXPECT_FALSE(doc.pointUndoReady);
+}
+
+TEST_F(NodeRegime, InputPatchCountsZones) {
+    ui.files.push_back({file("a.stl", stlText("a", 0)), file("b.stl", stlText("b", 3))});
+    doc.openFiles();
+    ui.dialogs = {{{"number", "2"}}};
+    doc.InputPatch();
+    EXPECT_EQ(doc.inputPatchValues.maximum, 2);
+    EXPECT_EQ(block(), (std::vector<std::int32_t>{1}));
+}
+
+// ---- Field files ----------------------------------------------------------------------------------------------------
+
+namespace {
+
+const char* const fieldText = "TITLE = \"flow\"\nVARIABLES = \"X\", \"Y\", \"Z\", \"P\"\n"
+                              "ZONE T=\"ZONE_0\",I=2,J=2,K=1,F= POINT\n0 0 0 10\n1 0 0 11\n0 1 0 12\n1 1 0 13\n";
+
+} // namespace
+
+TEST_F(FieldFile, OpensAsAGridWithValues) {
+    ui.files.push_back({file("Flow.dat", fieldText)});
+    doc.OpenField();
+    expectKinds("str", "apt");
+    EXPECT_TRUE(doc.fieldLoaded);
+    EXPECT_TRUE(doc.fieldMode);
+    EXPECT_TRUE(doc.fieldOpening);
+    EXPECT_EQ(doc.documentTitle, "flow.dat");
+    EXPECT_EQ(doc.fieldCount, 1);
+    EXPECT_EQ(doc.fieldPatches[0][1][0], (zVec<double>(12, 0, 0)));
+    EXPECT_EQ(ui.requests.back().types.size(), 1U);
+    EXPECT_TRUE(ui.requests.back().multiple);
+    EXPECT_TRUE(doc.surfaceMode);
+}
+
+TEST_F(FieldFile, DeclinedChangesNothing) {
+    hold({flatPatch(2, 2)});
+    const PatchList before = doc.patches;
+    doc.OpenField();
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_FALSE(doc.fieldOpening);
+    expectKinds("str", "apt");
+}
+
+TEST_F(FieldFile, CancelledAfterYesLeavesAnEmptyDocumentThatUndoFills) {
+    hold({flatPatch(2, 2)});
+    const PatchList before = doc.patches;
+    doc.markers = {{1, 2, 3}};
+    doc.markersOpen = true;
+    ui.answers = {true};
+    doc.OpenField();
+    EXPECT_EQ(heard().front(), removalAnswered);
+    expectKinds("non", "non");
+    EXPECT_TRUE(doc.patches.empty());
+    EXPECT_TRUE(doc.markers.empty());
+    EXPECT_FALSE(doc.markersOpen);
+    EXPECT_EQ(doc.documentTitle, "Untitled");
+    doc.UndoPatch();
+    EXPECT_EQ(doc.patches, before);
+}
+
+TEST_F(FieldFile, BadLaterZoneOpensNothing) {
+    ui.files.push_back({file("f.dat", std::string(fieldText) + "ZONE T=\"ZONE_1\",I=2,J=2,K=1,F= POINT\n0 0\n")});
+    doc.OpenField();
+    const Lines told = heard();
+    EXPECT_THAT(told, Contains("message: Body of APT file is wrong. Compartment N= 2"));
+    EXPECT_THAT(told, Contains("message: Open procedure is canceled"));
+    EXPECT_TRUE(doc.patches.empty());
+    EXPECT_TRUE(doc.fieldPatches.empty());
+    expectKinds("non", "non");
+}
+
+TEST_F(FieldFile, SavedAndOpenedAgainIsTheSame) {
+    ui.files.push_back({file("f.dat", fieldText)});
+    doc.OpenField();
+    ui.files.push_back({folder / "g.dat"});
+    doc.SaveField();
+    EXPECT_EQ(doc.documentTitle, "g.dat");
+    EXPECT_EQ(doc.currentPath, shownFolder() + "g.dat");
+    VelmoraDoc other(ui, folder.path());
+    ui.files.push_back({folder / "g.dat"});
+    other.OpenField();
+    EXPECT_EQ(other.patches, doc.patches);
+    EXPECT_EQ(other.fieldPatches, doc.fieldPatches);
+    EXPECT_EQ(other.fieldTitleLine, "TITLE = \"flow\"");
+}
+
+TEST_F(FieldFile, OfAModelThatIsNoGridIsRefused) {
+    hold({patchOf({2, 3})});
+    ui.files.push_back({folder / "g.dat"});
+    doc.SaveField();
+    EXPECT_THAT(heard(), Contains("message: Wrong file Extension"));
+    doc.structureKind = "uns";
+    ui.files.push_back({folder / "g.dat"});
+    doc.SaveField();
+    EXPECT_THAT(heard(), Contains("message: Wrong file Format"));
+    EXPECT_FALSE(std::filesystem::exists(folder / "g.dat"));
+}
+
+TEST_F(FieldFile, UnderAnotherExtensionIsRefused) {
+    hold({flatPatch(2, 2)});
+    ui.files.push_back({folder / "g.apt"});
+    doc.SaveField();
+    EXPECT_THAT(heard(), Contains("message: Wrong file Extension"));
+    EXPECT_FALSE(std::filesystem::exists(folder / "g.apt"));
+}
+
+TEST_F(FieldFile, CloseRemovesModelValuesAndRegimes) {
+    ui.files.push_back({file("f.dat", fieldText)});
+    doc.OpenField();
+    captureSection(0, 1);
+    capturePoint(0, 1, 0);
+    doc.pointUndoReady = doc.patchUndoReady = true;
+    doc.savedPatch = doc.patchToRemove = 0;
+    doc.CloseField();
+    expectKinds("non", "non");
+    EXPECT_TRUE(doc.holdsNothing());
+    EXPECT_TRUE(doc.fieldPatches.empty());
+    EXPECT_EQ(doc.documentTitle, "Untitled");
+    for (const bool flag : {doc.fieldLoaded, doc.fieldMode, doc.fieldOpening, doc.pointUndoReady, doc.patchUndoReady,
+                            doc.pointCaptured, doc.sectionCaptured}) {
+        EXPECT_FALSE(flag);
+    }
+    for (const std::int32_t number :
+         {doc.capturedPatch, doc.capturedSection, doc.capturedPoint, doc.savedPatch, doc.patchToRemove}) {
+        EXPECT_EQ(number, -1);
+    }
+}
+
+TEST_F(FieldFile, OpeningAnotherModelEmptiesTheValues) {
+    ui.files.push_back({file("f.dat", fieldText)});
+    doc.OpenField();
+    open("w.apt", aptText({flatPatch(2, 2)}));
+    EXPECT_TRUE(doc.fieldPatches.empty());
+    EXPECT_FALSE(doc.fieldLoaded);
+    EXPECT_FALSE(doc.fieldMode);
+    EXPECT_EQ(doc.documentTitle, "w.apt");
+}
+
+// ---- Markers --------------------------------------------------------------------------------------------------------
+
+TEST_F(PointFiles, SftGivesPairs) {
+    ui.files.push_back({file("m.sft", "1\n2\n3\n4\n5\n6\n7\n1 2 3 0.5 0.25 0 9")});
+    doc.AppendSft();
+    EXPECT_EQ(doc.sftPoints, (PointList{{1, 2, 3}}));
+    EXPECT_EQ(doc.sftTargets, (PointList{{1.5, 2.25, 3}}));
+    EXPECT_TRUE(doc.sftOpen);
+    EXPECT_THAT(viewCalls(), Contains("redraw"));
+    doc.CloseSft();
+    EXPECT_TRUE(doc.sftPoints.empty());
+    EXPECT_TRUE(doc.sftTargets.empty());
+    EXPECT_FALSE(doc.sftOpen);
+}
+
+TEST_F(PointFiles, SftOfFewLinesIsOpenAndEmpty) {
+    ui.files.push_back({file("m.sft", "1\n2\n")});
+    doc.AppendSft();
+    EXPECT_TRUE(doc.sftPoints.empty());
+    EXPECT_TRUE(doc.sftOpen);
+}
+
+TEST_F(PointFiles, SftThatIsNotThereChangesNothing) {
+    doc.sftPoints = doc.sftTargets = {{1, 2, 3}};
+    ui.files.push_back({folder / "no.sft"});
+    doc.AppendSft();
+    EXPECT_THAT(heard(), Contains("message: It is impossible to open selected file"));
+    EXPECT_EQ(doc.sftPoints.size(), 1U);
+    EXPECT_FALSE(doc.sftOpen);
+}
+
+TEST_F(PointFiles, ApmGivesMarkers) {
+    ui.files.push_back({file("m.apm", "1 2 3\n4 5 6\n7 8")});
+    doc.OpenApm();
+    EXPECT_EQ(ui.requests.back().proposed, "Markers.apm");
+    EXPECT_EQ(doc.markers, (PointList{{1, 2, 3}, {4, 5, 6}}));
+    EXPECT_TRUE(doc.markersOpen);
+    doc.CloseApm();
+    EXPECT_TRUE(doc.markers.empty());
+    EXPECT_FALSE(doc.markersOpen);
+}
+
+TEST_F(PointFiles, CancelledApmLeavesNoMarkersAndTheFlag) {
+    for (const bool open : {false, true}) {
+        doc.markers = {{1, 2, 3}};
+        doc.markersOpen = open;
+        doc.OpenApm();
+        EXPECT_TRUE(doc.markers.empty());
+        EXPECT_EQ(doc.markersOpen, open);
+    }
+}
+
+TEST_F(PointFiles, CbcEmptiesTheZonesEvenWhenCancelled) {
+    open("a.stl", stlText("a", 0));
+    doc.AppendCbc();
+    EXPECT_TRUE(doc.feRegion.blocks.empty());
+    EXPECT_TRUE(doc.cbcAppended);
+}
+
+} // namespace velmora::test

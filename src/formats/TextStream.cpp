@@ -145,25 +145,45 @@ bool TextStream::failToken() {
 }
 
 bool TextStream::readWord(std::string& word) {
+    std::string_view text;
+    if (!readWord(text)) {
+        return false;
+    }
+    word = text;
+    return true;
+}
+
+bool TextStream::readWord(std::string_view& word) {
+    const char* start = cursor_;
+    while (isSpace(*start)) { // the NUL behind the block stops it
+        ++start;
+    }
+    const char* stop = start;
+    while (static_cast<unsigned char>(*stop) > ' ') {
+        ++stop;
+    }
+    // At the end of the block, and at a control character, the word may go on.
+    if (stop != start && isSpace(*stop) && good()) {
+        word = std::string_view(start, static_cast<std::size_t>(stop - start));
+        cursor_ = stop;
+        return true;
+    }
+    return readWordSlowly(word);
+}
+
+bool TextStream::readWordSlowly(std::string_view& word) {
     if (!beginToken()) {
         return false;
     }
-    word.clear();
-    while (true) {
-        const char* stop = cursor_;
-        while (stop != end_ && !isSpace(*stop)) {
-            ++stop;
-        }
-        word.append(cursor_, stop);
+    token_.clear();
+    do {
+        const char* const stop = std::find_if(cursor_, end_, [](char c) { return isSpace(c); });
+        token_.append(cursor_, stop);
         cursor_ = stop;
-        if (stop != end_) {
-            return true;
-        }
-        if (!refill()) {
-            eof_ = true;
-            return true;
-        }
-    }
+        eof_ = stop == end_ && !refill();
+    } while (cursor_ != end_ && !isSpace(*cursor_));
+    word = token_;
+    return true;
 }
 
 bool TextStream::readInt(std::int32_t& value) {

@@ -6,6 +6,7 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace velmora {
 
@@ -55,6 +56,8 @@ public:
 
     /// Takes the next characters up to white space. Fails, with `word` as it was, when nothing but white space is left.
     bool readWord(std::string& word);
+    /// The same without a copy: `word` is good up to the next call of anything but the states above.
+    bool readWord(std::string_view& word);
 
     /// Takes a floating-point number, correctly rounded; one too small for a double gives a zero of its sign. On one
     /// too large `value` becomes the limit and the read fails; when there is no number, `value` keeps what it had.
@@ -81,6 +84,7 @@ private:
     bool beginToken();
     bool failToken();
     char nextOfToken();
+    bool readWordSlowly(std::string_view& word);
     bool readDoubleSlowly(double& value);
     bool readIntSlowly(std::int32_t& value);
     void takeIntoToken();

@@ -101,8 +101,8 @@ void AptSecondPass::readPatches(PatchList& patches) {
         Patch patch;
         thinner_.restartPhases();
         if (!thinner_.takePatch(
-                header.sections, header.points,
-                [this](zVec<double>& point) { return readPoint(reader_, point); }, patch)) {
+                header.sections, header.points, [this](zVec<double>& point) { return readPoint(reader_, point); },
+                patch)) {
             noteFault(FormatFaultKind::Body);
             return;
         }

@@ -66,6 +66,18 @@ std::optional<TecplotZoneType> zoneTypeNamed(const std::string& word) {
     return found == types.end() ? std::nullopt : std::optional(found->second);
 }
 
+// Where ranges lie, by their steps: 1 up at the first index of each, 1 down behind its last. So a list that names a
+// wide range any number of times costs no more than its length.
+std::vector<bool> covered(const std::vector<std::int64_t>& steps) {
+    std::vector<bool> result(steps.size() - 1);
+    std::int64_t depth = 0;
+    for (std::size_t index = 0; index < result.size(); ++index) {
+        depth += steps[index];
+        result[index] = depth > 0;
+    }
+    return result;
+}
+
 } // namespace
 
 std::string missingCoordinates(const std::array<bool, 3>& found) {
@@ -249,10 +261,9 @@ void TecplotHeaderParser::takePassiveVariables() {
 }
 
 // Numbers from 1 and ranges of them. A range begins behind the last number that stood by itself, so "2-4-6" is 2 to 6.
-// Steps up and down are noted and summed at the end: a list may name the same wide range any number of times.
 std::vector<bool> TecplotHeaderParser::passiveVariables(Position begin, Position end) const {
     const std::size_t count = header_.variables.size();
-    std::vector<std::int64_t> steps(count + 2, 0);
+    std::vector<std::int64_t> steps(count + 1, 0);
     std::size_t previous = count;
     bool inRange = false;
     for (Position place = begin;;) {
@@ -260,34 +271,26 @@ std::vector<bool> TecplotHeaderParser::passiveVariables(Position begin, Position
         if (!boost::regex_search(place, end, item, listItemExpression())) {
             throw ParseError(tecplotUnit, __LINE__, report(word_));
         }
-        const std::int64_t index = std::int64_t{fromString<std::int32_t>(item[1].str())} - 1;
-        if (index < 0 || index >= static_cast<std::int64_t>(count)) {
+        const auto number = static_cast<std::size_t>(fromString<std::int32_t>(item[1].str()));
+        if (number < 1 || number > count) {
             throw ParseError(tecplotUnit, __LINE__, report(word_));
         }
-        const auto last = static_cast<std::size_t>(index);
-        const std::size_t first = inRange ? previous + 1 : last;
-        if (first <= last) {
+        const std::size_t first = inRange ? previous + 1 : number - 1;
+        if (first < number) {
             ++steps[first];
-            --steps[last + 1];
+            --steps[number];
         }
-        previous = inRange ? previous : last;
+        previous = inRange ? previous : number - 1;
         inRange = false;
         place = item[0].second;
         if (place == end) {
-            break;
+            return covered(steps);
         }
         if (*place == '-') {
             inRange = true;
             ++place;
         }
     }
-    std::vector<bool> passive(count);
-    std::int64_t depth = 0;
-    for (std::size_t index = 0; index < count; ++index) {
-        depth += steps[index];
-        passive[index] = depth > 0;
-    }
-    return passive;
 }
 
 std::string TecplotHeaderParser::report(const std::string& keyword) const {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 #include <utility>
 
 #include "SafeFile.h"
@@ -38,8 +39,9 @@ void zSTLReader::read(const std::filesystem::path& fileName, zRegion_fe& region)
     if (!input.isOpen()) {
         throw FileError(unitName, __LINE__);
     }
-    while (input.readWord(word_)) {
-        if (word_ == "solid") {
+    std::string_view word;
+    while (input.readWord(word)) {
+        if (word == "solid") {
             readSolid(input, region);
         }
     }
@@ -53,7 +55,8 @@ void zSTLReader::readSolid(TextStream& input, zRegion_fe& region) {
     vertices_.clear();
     faces_.clear();
     readFacets(input);
-    input.readWord(word_);
+    std::string_view nameAtEnd;
+    input.readWord(nameAtEnd);
     if (vertices_.empty()) {
         return;
     }
@@ -65,8 +68,9 @@ void zSTLReader::readSolid(TextStream& input, zRegion_fe& region) {
 }
 
 void zSTLReader::readFacets(TextStream& input) {
-    while (input.readWord(word_) && word_ != "endsolid") {
-        if (word_ == "facet" && !readFacet(input)) {
+    std::string_view word;
+    while (input.readWord(word) && word != "endsolid") {
+        if (word == "facet" && !readFacet(input)) {
             input.clear(); // a damaged facet is dropped in silence
         }
     }
@@ -76,14 +80,15 @@ void zSTLReader::readFacets(TextStream& input) {
 // but for the one that ends the loop.
 bool zSTLReader::readFacet(TextStream& input) {
     std::array<double, 3> triple{};
-    input.readWord(word_);
+    std::string_view word;
+    input.readWord(word);
     if (!readThree(input, triple)) {
         return false;
     }
-    input.readWord(word_);
-    input.readWord(word_);
+    input.readWord(word);
+    input.readWord(word);
     corners_.clear();
-    while (!input.readWord(word_) || word_ != "endloop") {
+    while (!input.readWord(word) || word != "endloop") {
         if (!readThree(input, triple)) {
             return false;
         }
@@ -92,7 +97,7 @@ bool zSTLReader::readFacet(TextStream& input) {
     if (corners_.size() >= 3) {
         takeFacet();
     }
-    input.readWord(word_);
+    input.readWord(word);
     return true;
 }
 

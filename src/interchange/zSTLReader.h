@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <string>
 #include <vector>
 
 #include "TextStream.h"
@@ -48,7 +47,6 @@ private:
     std::vector<Triangle> faces_;                // of the solid being read
     std::vector<std::array<double, 3>> corners_; // of the facet being read
     Polygon polygon_;
-    std::string word_;
     std::int64_t skippedFacets_ = 0;
 };
 

@@ -131,9 +131,9 @@ TEST(TecplotRealFiles, UnquotedNamesAreRefused) {
     EXPECT_EQ(errorText(readData("f16_aero_unquoted.dat")), test::headerReport(1, "zone", "VARIABLES"));
 }
 
-// The zone holds fewer numbers than nodes by variables; the second ZONE, in line 9 from TITLE, is no number.
+// The zone holds fewer numbers than nodes by variables; the second ZONE, in line 10 from TITLE, is no number.
 TEST(TecplotRealFiles, CellCentredVariablesLackNumbers) {
-    EXPECT_EQ(errorText(readData("cellcentered.dat")), test::dataReport(2, "ZONE1", 9));
+    EXPECT_EQ(errorText(readData("cellcentered.dat")), test::dataReport(2, "ZONE1", 10));
 }
 
 TEST(TecplotRealFiles, AHeaderThatEndsWithACountIsRefused) {

@@ -124,19 +124,17 @@ TEST(Triangulate, ASquareIsAFanFromItsFirstCorner) {
     EXPECT_THAT(trianglesOf(square, {2, 3, 0, 1}), ElementsAre(Triangle{2, 3, 0}, Triangle{2, 0, 1}));
 }
 
-// The corner (1, 1) of the kite (0, 0), (3, 0), (1, 1), (0, 3) is wider than 180 degrees seen from inside, its angle
-// between the edges being about 126.9 degrees: the widest of the four.
+// Between the edges at (1, 1) the cosine is (-2 - 2) / 5; at (0, 0) it is 0 and at the two tips above 0.
 TEST(Triangulate, TheWidestCornerIsTheApex) {
     const VertexList kite = verticesOf({{0, 0, 0}, {3, 0, 0}, {1, 1, 0}, {0, 3, 0}});
     EXPECT_THAT(trianglesOf(kite, {0, 1, 2, 3}), ElementsAre(Triangle{2, 3, 0}, Triangle{2, 0, 1}));
 }
 
-// The corners on the x axis are of cosine -1/5 or so (edges (1, -2) and (1, 2): (1 - 4) / 5 = -3/5), the others, with
-// edges (2, 0) and (-1, 2), of -1 / sqrt(5) = -0.447; seen in order, corner 0 is the first of the two widest.
+// At the corners 2 and 5 the cosine is (1 - 4) / 5, at the four others -1 / sqrt(5): 2 is the first of the widest.
 TEST(Triangulate, AHexagonIsFourTrianglesWithOneApex) {
     const VertexList hexagon = verticesOf({{1, 2, 0}, {-1, 2, 0}, {-2, 0, 0}, {-1, -2, 0}, {1, -2, 0}, {2, 0, 0}});
     EXPECT_THAT(trianglesOf(hexagon, {0, 1, 2, 3, 4, 5}),
-                ElementsAre(Triangle{0, 1, 2}, Triangle{0, 2, 3}, Triangle{0, 3, 4}, Triangle{0, 4, 5}));
+                ElementsAre(Triangle{2, 3, 4}, Triangle{2, 4, 5}, Triangle{2, 5, 0}, Triangle{2, 0, 1}));
 }
 
 TEST(Triangulate, FewerThanThreeCornersAreNoPolygon) {

@@ -655,15 +655,16 @@ private:
         const std::vector<std::size_t> arrayOf = addVariables(zone);
         readValues(zone, arrayOf, nodes_);
         for (int e = 0; e < elements_; ++e) {
-            int node[4] = {1, 1, 1, 1};
-            for (int c = 0; c < (zoneType_ == 2 ? 3 : 4); ++c) {
+            const int corners = zoneType_ == 2 ? 3 : 4;
+            int node[4] = {0, 0, 0, 0};
+            for (int c = 0; c < corners; ++c) {
                 in_ >> node[c];
             }
             if (!in_) {
                 throw data();
             }
-            for (const int n : node) {
-                if (n < 1 || (n > nodes_ && &n - node < (zoneType_ == 2 ? 3 : 4))) {
+            for (int c = 0; c < corners; ++c) {
+                if (node[c] < 1 || node[c] > nodes_) {
                     throw data();
                 }
             }

@@ -1,0 +1,491 @@
+#include "field_file.h"
+
+#include <limits>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "field_reference.h"
+#include "format_test_tools.h"
+#include "temp_folder.h"
+#include "thinning.h"
+
+namespace velmora {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr FormatFaultKind body = FormatFaultKind::Body;
+constexpr FormatFaultKind header = FormatFaultKind::Header;
+constexpr FormatFaultKind variables = FormatFaultKind::Variables;
+
+const std::string noFields = "TITLE\nVARIABLES=\"x\",\"y\",\"z\"\n";
+const std::string oneField = "TITLE\nVARIABLES=\"x\",\"y\",\"z\",\"p\"\n";
+const std::string threeFields = "TITLE = \"wing\"\nVARIABLES=\"x\",\"y\",\"z\",\"p\",\"q\",\"r\"\n";
+
+class FieldReaderTest : public testing::Test {
+protected:
+    test::TempFolder folder_;
+    FieldReadResult result_;
+
+    void read(std::string_view text) { result_ = readFieldFile(test::writeText(folder_ / "a.dat", text)); }
+
+    void expectLoaded() const {
+        EXPECT_TRUE(result_.opened);
+        EXPECT_TRUE(result_.loaded);
+        EXPECT_THAT(result_.faults, IsEmpty());
+    }
+    void expectModel(const PatchList& patches, const PatchList& fields) const {
+        expectLoaded();
+        EXPECT_TRUE(test::sameModel(result_.patches, patches));
+        EXPECT_TRUE(test::sameModel(result_.fieldPatches, fields));
+    }
+    void expectFault(FormatFault fault) const {
+        EXPECT_TRUE(result_.opened);
+        EXPECT_FALSE(result_.loaded);
+        EXPECT_THAT(result_.faults, ElementsAre(fault));
+        EXPECT_THAT(result_.patches, IsEmpty());
+        EXPECT_THAT(result_.fieldPatches, IsEmpty());
+    }
+    // The one patch has these counts of sections and of points.
+    void expectShape(std::size_t sections, std::size_t points) const {
+        expectLoaded();
+        EXPECT_THAT(test::shapeOf(result_.patches), ElementsAre(testing::Pair(sections, points)));
+        EXPECT_THAT(test::shapeOf(result_.fieldPatches), ElementsAre(testing::Pair(sections, points)));
+    }
+
+    void compareWithPlainReader(std::string_view text) {
+        read(text);
+        reference::FieldReader plain;
+        plain.read(folder_ / "a.dat");
+        ASSERT_TRUE(test::sameModel(result_.patches, plain.patches));
+        ASSERT_TRUE(test::sameModel(result_.fieldPatches, plain.fieldPatches));
+        ASSERT_EQ(result_.faults.empty() ? std::string() : fieldMessage(result_.faults[0]), plain.message);
+        ASSERT_EQ(result_.loaded, plain.message.empty());
+        ASSERT_EQ(result_.titleLine, plain.titleLine);
+        ASSERT_EQ(result_.variablesLine, plain.variablesLine);
+        ASSERT_EQ(result_.fieldCount, plain.fieldCount);
+    }
+};
+
+TEST(FieldMessages, TheTextsAreExact) {
+    EXPECT_EQ(fieldMessage({FormatFaultKind::CannotOpen, 0, 1}), "It is impossible to open selected file");
+    EXPECT_EQ(fieldMessage({variables, 0, 1}), "Your 'dat' file contains wrong number of variables");
+    EXPECT_EQ(fieldMessage({header, 4, 1}), "Header of APT file is wrong. Compartment N= 4");
+    EXPECT_EQ(fieldMessage({body, 17, 1}), "Body of APT file is wrong. Compartment N= 17");
+}
+
+TEST_F(FieldReaderTest, ZonesBecomePatchesAndTheirFunctionsASecondModelOfTheSameShape) {
+    read(threeFields + "ZONE  T=\"ZONE_0\",I=2,J=1,K=1,F= POINT\n1 2 3 4 5 6\n7 8 9 -1 -2.5 -3e1\n"
+                       "ZONE  T=\"ZONE_1\",I=1,J=2,K=1,F= POINT\n1 1 1 2 2 2\n3 3 3 4 4 4\n");
+    expectModel({{{{1, 2, 3}, {7, 8, 9}}}, {{{1, 1, 1}}, {{3, 3, 3}}}},
+                {{{{4, 5, 6}, {-1, -2.5, -30}}}, {{{2, 2, 2}}, {{4, 4, 4}}}});
+    EXPECT_EQ(result_.titleLine, "TITLE = \"wing\"");
+    EXPECT_EQ(result_.variablesLine, "VARIABLES=\"x\",\"y\",\"z\",\"p\",\"q\",\"r\"");
+    EXPECT_EQ(result_.fieldCount, 3);
+    EXPECT_FALSE(result_.textBehind);
+}
+
+TEST_F(FieldReaderTest, AFileThatCannotBeOpenedIsToldSo) {
+    for (const auto& path : {folder_ / "missing.dat", folder_.path()}) {
+        result_ = readFieldFile(path);
+        EXPECT_FALSE(result_.opened);
+        EXPECT_FALSE(result_.loaded);
+        EXPECT_THAT(result_.faults, ElementsAre(FormatFault{FormatFaultKind::CannotOpen, 0, 1}));
+    }
+}
+
+TEST_F(FieldReaderTest, WithThreeVariablesNothingBehindZIsRead) {
+    read(noFields + "I=2,J=1\n1 2 3\n4 5 6\n");
+    EXPECT_EQ(result_.fieldCount, 0);
+    expectModel({{{{1, 2, 3}, {4, 5, 6}}}}, {{{{0, 0, 0}, {0, 0, 0}}}});
+}
+
+TEST_F(FieldReaderTest, TheMissingFunctionValuesAreZero) {
+    read(oneField + "I=1,J=1\n1 2 3 4\n");
+    EXPECT_EQ(result_.fieldCount, 1);
+    expectModel({{{{1, 2, 3}}}}, {{{{4, 0, 0}}}});
+    read("t\n\"x\"\"y\"\"z\"\"p\"\"q\"\nI=1,J=1\n1 2 3 4 5\n");
+    EXPECT_EQ(result_.fieldCount, 2);
+    expectModel({{{{1, 2, 3}}}}, {{{{4, 5, 0}}}});
+}
+
+TEST_F(FieldReaderTest, TheQuotesMustBeEvenInNumberAndSixToTwelve) {
+    for (std::size_t quotes = 0; quotes <= 16; ++quotes) {
+        read("t\nVARIABLES = " + std::string(quotes, '"') + "\n");
+        if (quotes == 6 || quotes == 8 || quotes == 10 || quotes == 12) {
+            expectLoaded();
+            EXPECT_EQ(result_.fieldCount, static_cast<std::int32_t>(quotes) / 2 - 3);
+        } else {
+            expectFault({variables, 0, 1});
+        }
+    }
+}
+
+TEST_F(FieldReaderTest, QuotesOfTheTitleLineAndBehindANulDoNotCount) {
+    read("\"a\"\nx\"\"\"\"\n");
+    expectFault({variables, 0, 1});
+    using namespace std::string_view_literals;
+    read("a\0b\nx\"\"\"\"\"\"\0\"\"\nI=1,J=1\n1 2 3\n"sv);
+    expectModel({{{{1, 2, 3}}}}, {{{{0, 0, 0}}}});
+    EXPECT_EQ(result_.titleLine, "a");
+    EXPECT_EQ(result_.variablesLine, "x\"\"\"\"\"\"");
+}
+
+TEST_F(FieldReaderTest, AFileWithoutAVariablesLineIsRefused) {
+    for (const char* const text : {"", "\n", "TITLE", "TITLE\n", "TITLE\n\n"}) {
+        read(text);
+        expectFault({variables, 0, 1});
+    }
+}
+
+TEST_F(FieldReaderTest, AFileWithoutZonesIsLoadedWithoutPatches) {
+    for (const std::string& text : {noFields, noFields + "\n", noFields.substr(0, noFields.size() - 1)}) {
+        read(text);
+        expectModel({}, {});
+    }
+}
+
+TEST_F(FieldReaderTest, TheTitleMayBeEmptyAndHave254Characters) {
+    const std::string rest = noFields.substr(5) + "I=1,J=1\n1 2 3\n";
+    read(rest);
+    expectShape(1, 1);
+    EXPECT_EQ(result_.titleLine, "");
+    read(std::string(254, 't') + rest);
+    expectShape(1, 1);
+    EXPECT_EQ(result_.titleLine, std::string(254, 't'));
+    read(std::string(255, 't') + rest);
+    expectFault({variables, 0, 1});
+    EXPECT_EQ(result_.titleLine, std::string(254, 't')) << "what a failed stream left in the buffer";
+    EXPECT_EQ(result_.variablesLine, "");
+}
+
+TEST_F(FieldReaderTest, BehindAVariablesLineOfMoreThan254CharactersNothingIsRead) {
+    const std::string line = "\"x\"\"y\"\"z\"" + std::string(245, ' ');
+    const std::string zone = "\nI=1,J=1\n1 2 3\n";
+    read("t\n" + line + zone);
+    expectShape(1, 1);
+    EXPECT_EQ(result_.variablesLine, line);
+    EXPECT_FALSE(result_.textBehind);
+    read("t\n" + line + "\"" + zone);
+    expectModel({}, {});
+    EXPECT_EQ(result_.variablesLine, line);
+    EXPECT_TRUE(result_.textBehind);
+}
+
+TEST_F(FieldReaderTest, AnEmptyLineForAHeaderIsTheEnd) {
+    read(noFields + "I=1,J=1\n1 2 3\n\nI=1,J=1\n4 5 6\n");
+    expectShape(1, 1);
+    EXPECT_TRUE(result_.textBehind);
+    read(noFields + "I=1,J=1\n1 2 3\n\n \n");
+    expectShape(1, 1);
+    EXPECT_FALSE(result_.textBehind);
+}
+
+TEST_F(FieldReaderTest, ALineThatOnlyLooksEmptyIsAHeaderFault) {
+    for (const char* const line : {" \n", "\r\n", "\t\n"}) {
+        read(noFields + "I=1,J=1\n1 2 3\n" + line);
+        expectFault({header, 2, 1});
+    }
+}
+
+TEST_F(FieldReaderTest, TheLastPointNeedsNoLineFeed) {
+    read(noFields + "I=1,J=2\n1 2 3\n4 5 6");
+    expectShape(2, 1);
+}
+
+TEST_F(FieldReaderTest, TheRestOfAZonesLastLineIsLeftOut) {
+    read(noFields + "I=1,J=1\n1 2 3 I=9,J=9 x\nI=1,J=1\n4 5 6\n");
+    expectModel({{{{1, 2, 3}}}, {{{4, 5, 6}}}}, {{{{0, 0, 0}}}, {{{0, 0, 0}}}});
+}
+
+TEST_F(FieldReaderTest, ARestOfMoreThan254CharactersIsTheEnd) {
+    const std::string zone = "I=1,J=1\n1 2 3";
+    read(noFields + zone + std::string(254, ' ') + "\n" + zone);
+    EXPECT_EQ(result_.patches.size(), 2U);
+    read(noFields + zone + std::string(255, ' ') + "\n" + zone);
+    expectShape(1, 1);
+    EXPECT_TRUE(result_.textBehind);
+}
+
+TEST_F(FieldReaderTest, LineBreaksBetweenTheNumbersAreFree) {
+    read(oneField + "I=2,J=1\r\n1 2\r\n3\n\n4 5 6 7 8\r\n");
+    expectModel({{{{1, 2, 3}, {5, 6, 7}}}}, {{{{4, 0, 0}, {8, 0, 0}}}});
+}
+
+TEST_F(FieldReaderTest, CountsAreIntegersOfFiveCharactersBeforeAComma) {
+    const auto pointsOf = [this](const std::string& count) {
+        // As many points as the text can ask for, so that only the count says how many are taken.
+        read(noFields + "I=" + count + ",J=1\n1 1 1\n2 2 2\n3 3 3\n");
+        return result_.loaded ? std::to_string(result_.patches.at(0).at(0).size()) : fieldMessage(result_.faults.at(0));
+    };
+    const std::string noHeader = "Header of APT file is wrong. Compartment N= 1";
+    for (const char* const two : {"2", " 2", "    2", "+2", "00002", "000020", "000029", "2.9", "2x", "2 3", "\t2"}) {
+        read(noFields + "I=" + two + ",J=1\n1 1 1\n2 2 2\n");
+        expectShape(1, 2);
+    }
+    for (const char* const none : {"", "x", "     2", "-", "+-2", "- 2", ".5", ",2", "-1", "-1.5", "-0001", "\"2\""}) {
+        EXPECT_EQ(pointsOf(none), noHeader) << none;
+    }
+}
+
+TEST_F(FieldReaderTest, ACountOfSixDigitsIsReadAsItsFirstFive) {
+    std::string points;
+    for (int i = 0; i < 12345; ++i) {
+        points += "1 2 3\n";
+    }
+    read(noFields + "I=123456,J=1\n" + points);
+    expectShape(1, 12345);
+    read(noFields + "J=123456,I=1\n" + points);
+    expectShape(12345, 1);
+}
+
+TEST_F(FieldReaderTest, TheFirstPlaceOfAKeyCounts) {
+    read(noFields + "ZONE T=\"I=1,J=2\",I=7,J=7\n1 1 1\n2 2 2\n");
+    expectShape(2, 1);
+    read(noFields + "ZONE JI=1 J=2 K=1\n1 1 1\n2 2 2\n");
+    expectShape(2, 1);
+}
+
+TEST_F(FieldReaderTest, AHeaderWithoutACountIsAFault) {
+    for (const char* const line : {"ZONE", "I=1", "J=1", "i=1,j=1", "I =1,J =1", "1 2 3", "I=1,J"}) {
+        read(noFields + line + "\n1 2 3\n");
+        expectFault({header, 1, 1});
+    }
+}
+
+TEST_F(FieldReaderTest, AFaultInALaterZoneLeavesNoPatchAtAll) {
+    const std::string good = oneField + "I=1,J=1\n1 2 3 4\n";
+    read(good + "I=1\n1 2 3 4\n");
+    expectFault({header, 2, 1});
+    for (const char* const bad : {"", "x", "1 2 3", "1 2 3 x", "1 nan 3 4", "1 2 3 1e999", "1 2 3 -"}) {
+        read(good + good.substr(oneField.size()) + "I=1,J=1\n" + bad);
+        expectFault({body, 3, 1});
+    }
+    EXPECT_EQ(result_.fieldCount, 1);
+    EXPECT_EQ(result_.titleLine, "TITLE");
+}
+
+TEST_F(FieldReaderTest, AHeaderOnTheLastLineWithoutLineFeedIsABodyFault) {
+    read(noFields + "I=1,J=1");
+    expectFault({body, 1, 1});
+}
+
+TEST_F(FieldReaderTest, AHeaderOfMoreThan254CharactersIsABodyFault) {
+    const std::string line = "I=1,J=1";
+    read(noFields + line + std::string(247, ' ') + "\n1 2 3\n");
+    expectShape(1, 1);
+    read(noFields + line + std::string(248, ' ') + "\n1 2 3\n");
+    expectFault({body, 1, 1});
+    read(noFields + std::string(253, ' ') + line + "\n1 2 3\n");
+    expectFault({header, 1, 1});
+}
+
+TEST_F(FieldReaderTest, ZonesWithoutPointsAreEmptyPatchesAndTheNextHeaderFollows) {
+    read(noFields + "I=0,J=0\nI=0,J=2\nI=3,J=0\nI=-5,J=-7\nI=2,J=-3\nI=-2,J=1\nI=1,J=1\n1 2 3\n");
+    expectModel({{}, {{}, {}}, {}, {}, {}, {{}}, {{{1, 2, 3}}}}, {{}, {{}, {}}, {}, {}, {}, {{}}, {{{0, 0, 0}}}});
+}
+
+TEST_F(FieldReaderTest, HugeCountsWithoutThePointsTakeNoMemory) {
+    read(noFields + "I=99999,J=99999\n1 2 3\n");
+    expectFault({body, 1, 1});
+    read(noFields + "I=1,J=99999\n1 2 3\n");
+    expectFault({body, 1, 1});
+}
+
+TEST_F(FieldReaderTest, MoreBareSectionsThanTheLimitAreAHeaderFault) {
+    std::string text = noFields;
+    for (int i = 0; i < 24; ++i) {
+        text += "I=0,J=99999\n";
+    }
+    // 24 times 99999 are 2,399,976; zone 25 comes to the limit and zone 26 goes beyond it.
+    read(text + "I=0,J=12024\nI=-1000,J=1\n");
+    expectFault({header, 26, 1});
+}
+
+TEST_F(FieldReaderTest, PointsAreNeitherThinnedNorCut) {
+    // More than the points at which an .apt file is thinned.
+    std::string text = noFields + "I=450,J=450\n";
+    for (int i = 0; i < 450 * 450; ++i) {
+        text += "1 2 3\n";
+    }
+    read(text);
+    expectShape(450, 450);
+    EXPECT_EQ(pointTotal(result_.patches), 202'500);
+}
+
+const std::string goodFile =
+    "TITLE = \"a\"\nVARIABLES = \"x\",\"y\",\"z\",\"p\"\nZONE  T=\"ZONE_0\",I=2,J=2,K=1,F= POINT\n"
+    "1 2 3 4\n5 6 7 8\n.5 1. 1e1 -2\n0 0 0 0 rest\nI=0,J=1\nZONE I=1,J=3\n1 1 1 1\n2 2 2 2\n3 3 3 3\n";
+
+TEST_F(FieldReaderTest, AFileCutAtAnyByteGivesWhatThePlainReaderGives) {
+    for (std::size_t size = 0; size <= goodFile.size(); ++size) {
+        SCOPED_TRACE(size);
+        compareWithPlainReader(std::string_view(goodFile).substr(0, size));
+        ASSERT_FALSE(HasFatalFailure());
+    }
+}
+
+TEST_F(FieldReaderTest, AFileWithAnyByteChangedGivesWhatThePlainReaderGives) {
+    for (const char wrong : {'x', ' ', '\n', '"', '-', '.', ',', '9', '\0'}) {
+        for (std::size_t place = 0; place < goodFile.size(); ++place) {
+            SCOPED_TRACE(std::string("byte ") + std::to_string(place) + " is " + wrong);
+            std::string text = goodFile;
+            text[place] = wrong;
+            compareWithPlainReader(text);
+            ASSERT_FALSE(HasFatalFailure());
+        }
+    }
+}
+
+TEST_F(FieldReaderTest, RandomFilesGiveWhatThePlainReaderGives) {
+    std::mt19937 random(3);
+    const std::vector<std::string> pieces{"I=1,J=1\n",
+                                          "I=2,J=1\n",
+                                          "I=1,J=0\n",
+                                          "I=0,J=2\n",
+                                          "I=-1,J=1\n",
+                                          "1 2 3\n",
+                                          "4 5 6\n",
+                                          "7 8 9\n",
+                                          "1 2 3 4 5\n",
+                                          "\n",
+                                          "x\n",
+                                          " ",
+                                          "I= 1",
+                                          "J=1 ",
+                                          "ZONE ",
+                                          "1",
+                                          std::string(253, ' '),
+                                          "I=00001,J=1,K=1\n"};
+    for (int round = 0; round < 5000; ++round) {
+        std::string text = random() % 2 == 0 ? noFields : oneField;
+        for (std::size_t left = random() % 12; left > 0; --left) {
+            text += pieces[random() % pieces.size()];
+        }
+        SCOPED_TRACE(text);
+        compareWithPlainReader(text);
+        ASSERT_FALSE(HasFatalFailure());
+    }
+}
+
+class FieldWriterTest : public testing::Test {
+protected:
+    test::TempFolder folder_;
+
+    std::string written(const PatchList& patches, const PatchList& field, std::int32_t fieldCount, int precision = 1) {
+        EXPECT_TRUE(writeFieldFile(folder_ / "a.dat", patches, field, fieldCount, "t", "v", precision));
+        return test::readText(folder_ / "a.dat");
+    }
+};
+
+TEST_F(FieldWriterTest, EveryByteOfTheFileIsDetermined) {
+    const PatchList patches{{{{1.0, -0.5, 0.1}, {2, 2, 2}, {3, 3, 3}}, {{4, 4, 4}, {5, 5, 5}, {6, 6, 6}}},
+                            {{{7, 7, 7}}}};
+    const PatchList field{{{{0.25, 9, 9}, {-2, 9, 9}, {-3, 9, 9}}, {{-4, 9, 9}, {-5, 9, 9}, {-6, 9, 9}}},
+                          {{{-7, 9, 9}}}};
+    ASSERT_TRUE(writeFieldFile(folder_ / "a.dat", patches, field, 1, "TITLE = \"a\"", "VARIABLES = \"x\"", 16));
+    EXPECT_EQ(test::readText(folder_ / "a.dat"),
+              "TITLE = \"a\"\n"
+              "VARIABLES = \"x\"\n"
+              "ZONE  T=\"ZONE_0\",I=3,J=2,K=1,F= POINT\n"
+              "1.0000000000000000e+00 -5.0000000000000000e-01 1.0000000000000001e-01 2.5000000000000000e-01\n"
+              "2.0000000000000000e+00 2.0000000000000000e+00 2.0000000000000000e+00 -2.0000000000000000e+00\n"
+              "3.0000000000000000e+00 3.0000000000000000e+00 3.0000000000000000e+00 -3.0000000000000000e+00\n"
+              "4.0000000000000000e+00 4.0000000000000000e+00 4.0000000000000000e+00 -4.0000000000000000e+00\n"
+              "5.0000000000000000e+00 5.0000000000000000e+00 5.0000000000000000e+00 -5.0000000000000000e+00\n"
+              "6.0000000000000000e+00 6.0000000000000000e+00 6.0000000000000000e+00 -6.0000000000000000e+00\n"
+              "ZONE  T=\"ZONE_1\",I=1,J=1,K=1,F= POINT\n"
+              "7.0000000000000000e+00 7.0000000000000000e+00 7.0000000000000000e+00 -7.0000000000000000e+00\n");
+}
+
+TEST_F(FieldWriterTest, AsManyValuesAsToldAreWrittenXFirst) {
+    const PatchList patches{{{{1, 2, 3}}}};
+    const PatchList field{{{{4, 5, 6}}}};
+    const std::string head = "t\nv\nZONE  T=\"ZONE_0\",I=1,J=1,K=1,F= POINT\n1.0e+00 2.0e+00 3.0e+00";
+    EXPECT_EQ(written(patches, field, 0), head + "\n");
+    EXPECT_EQ(written(patches, field, 1), head + " 4.0e+00\n");
+    EXPECT_EQ(written(patches, field, 2), head + " 4.0e+00 5.0e+00\n");
+    EXPECT_EQ(written(patches, field, 3), head + " 4.0e+00 5.0e+00 6.0e+00\n");
+}
+
+TEST_F(FieldWriterTest, ACountOutsideOfZeroToThreeIsCutToIt) {
+    const PatchList patches{{{{1, 2, 3}}}};
+    const PatchList field{{{{4, 5, 6}}}};
+    EXPECT_EQ(written(patches, field, -7), written(patches, field, 0));
+    EXPECT_EQ(written(patches, field, std::numeric_limits<std::int32_t>::min()), written(patches, field, 0));
+    EXPECT_EQ(written(patches, field, 4), written(patches, field, 3));
+    EXPECT_EQ(written(patches, field, std::numeric_limits<std::int32_t>::max()), written(patches, field, 3));
+}
+
+TEST_F(FieldWriterTest, PointsWithoutFunctionValuesGetZeros) {
+    const PatchList patches{{{{1, 1, 1}, {2, 2, 2}}, {{3, 3, 3}, {4, 4, 4}}}, {{{5, 5, 5}}}};
+    const PatchList complete{{{{7, 8, 9}, {0, 0, 0}}, {{0, 0, 0}, {0, 0, 0}}}, {{{0, 0, 0}}}};
+    EXPECT_EQ(written(patches, {{{{7, 8, 9}}}}, 3), written(patches, complete, 3));
+    EXPECT_EQ(written(patches, {{{{7, 8, 9}}, {}}, {}}, 3), written(patches, complete, 3));
+    EXPECT_EQ(written(patches, {}, 3), written(patches, {{{{}, {}}, {{}, {}}}, {{{}}}}, 3));
+}
+
+TEST_F(FieldWriterTest, FunctionValuesWithoutAPointAreLeftOut) {
+    const PatchList patches{{{{1, 1, 1}}}};
+    const PatchList larger{{{{7, 8, 9}, {6, 6, 6}}, {{5, 5, 5}}}, {{{4, 4, 4}}}};
+    EXPECT_EQ(written(patches, larger, 3), written(patches, {{{{7, 8, 9}}}}, 3));
+}
+
+TEST_F(FieldWriterTest, ASectionShorterThanTheFirstIsRefusedAndTheOldFileStays) {
+    test::writeText(folder_ / "a.dat", "old");
+    EXPECT_FALSE(writeFieldFile(folder_ / "a.dat", {{{{1, 1, 1}, {2, 2, 2}}, {{3, 3, 3}}}}, {}, 1, "t", "v", 16));
+    EXPECT_EQ(test::readText(folder_ / "a.dat"), "old");
+    EXPECT_THAT(folder_.names(), ElementsAre("a.dat"));
+}
+
+TEST_F(FieldWriterTest, OfALongerSectionTheSurplusPointsAreLeftOut) {
+    EXPECT_EQ(written({{{{1, 1, 1}}, {{2, 2, 2}, {3, 3, 3}}}}, {}, 0), written({{{{1, 1, 1}}, {{2, 2, 2}}}}, {}, 0));
+}
+
+TEST_F(FieldWriterTest, AModelWithoutPatchesIsTheTwoLines) {
+    EXPECT_EQ(written({}, {}, 3), "t\nv\n");
+}
+
+TEST_F(FieldWriterTest, WhatIsWrittenIsReadAgain) {
+    std::mt19937_64 random(11);
+    const auto number = [&random] { return static_cast<double>(random()) / 3e18 - 3.0; };
+    PatchList patches{{}, {{}, {}}};
+    PatchList field = patches;
+    for (std::size_t k = 0; k < 3; ++k) {
+        patches.emplace_back(4);
+        field.emplace_back(4);
+        for (std::size_t n = 0; n < 4; ++n) {
+            for (std::size_t m = 0; m < 3 + k; ++m) {
+                patches.back()[n].emplace_back(number(), number(), number());
+                field.back()[n].emplace_back(number(), number(), number());
+            }
+        }
+    }
+    const std::string variablesLine = "VARIABLES = \"x\",\"y\",\"z\",\"p\",\"q\",\"r\"";
+    ASSERT_TRUE(writeFieldFile(folder_ / "a.dat", patches, field, 3, "TITLE = \"w\"", variablesLine, 16));
+    const FieldReadResult again = readFieldFile(folder_ / "a.dat");
+    EXPECT_TRUE(again.loaded);
+    EXPECT_FALSE(again.textBehind);
+    EXPECT_TRUE(test::sameModel(again.patches, patches));
+    EXPECT_TRUE(test::sameModel(again.fieldPatches, field));
+    EXPECT_EQ(again.titleLine, "TITLE = \"w\"");
+    EXPECT_EQ(again.variablesLine, variablesLine);
+    EXPECT_EQ(again.fieldCount, 3);
+}
+
+TEST_F(FieldWriterTest, WhatCannotBeWrittenIsToldAndLeavesNothing) {
+    const PatchList patches{{{{1, 2, 3}}}};
+    EXPECT_FALSE(writeFieldFile(folder_ / "missing/a.dat", patches, {}, 0, "t", "v", 16));
+    EXPECT_FALSE(writeFieldFile(folder_.path(), patches, {}, 0, "t", "v", 16));
+    EXPECT_FALSE(writeFieldFile("/dev/full", patches, {}, 0, "t", "v", 16));
+    EXPECT_THAT(folder_.names(), IsEmpty());
+}
+
+} // namespace
+} // namespace velmora

@@ -319,6 +319,11 @@ public:
     void placeDraggedPoint(const zVec<double>& position);
     void Rebreak();
 
+    // ---- Conversion
+    // -----------------------------------------------------------------------------------------------------
+
+    void ConvertToUnstructured();
+
     // ---- View commands that the document carries out ----------------------------------------------------------------
 
     void FitToWindow();

@@ -299,7 +299,7 @@ const auto commands = std::to_array<Command>({
     {"model.smooth", "Smoo&th geometry...", "Smooth zBlock using soft algorithm.  If no selections work with geometry",
      "Smooth geometry", "", doc, nullptr, notGridOrField},
     {"convert.toUnstructured", "&VRML or DAT", "Convert structured grid to unstructured one", "APT to DAT", "", doc,
-     nullptr, [](Doc d) { return notStrOrField(d) || d.fileKind == "skl"; }},
+     &VelmoraDoc::ConvertToUnstructured, [](Doc d) { return notStrOrField(d) || d.fileKind == "skl"; }},
     {"convert.toApt", "&APT...", "Convert lines (SKL) to structured grid (APT)", "SKL to APT", "", doc, nullptr,
      [](Doc d) { return notStr(d) || d.fileKind == "apt"; }},
     {"convert.toSkl", "&SKL...", "Convert unstructured grid to lines (SKL)", "DAT to SKL", "", doc, nullptr, notUns},

@@ -313,7 +313,7 @@ TEST_F(SaveZones, GridSavedAsDatOpensAgain) {
     forget();
     saveAs("out.dat");
     EXPECT_THAT(heard(),
-                ElementsAre("chooser: Save As -> 1 file", "message: File is converted to DAT format and is written"));
+                ElementsAre("chooser: Save As -> 1", "message: File is converted to DAT format and is written"));
     EXPECT_EQ(doc.documentTitle, "w.apt");
     expectKinds("str", "apt");
     VelmoraDoc other(ui, folder.path());
@@ -356,6 +356,28 @@ TEST_F(SaveZones, GridWithoutPatchesIsSaid) {
     forget();
     saveAs("out.dat");
     EXPECT_THAT(heard(), Contains("message: Structured container is empty"));
+}
+
+// ---- Convert to zones -----------------------------------------------------------------------------------------------
+
+TEST_F(SaveZones, ConversionMakesZonesOfThePatches) {
+    open("w.apt", aptText({flatPatch(2, 3), flatPatch(3, 1), flatPatch(3, 3)}));
+    captureSection(0, 1);
+    doc.ConvertToUnstructured();
+    expectKinds("uns", "non");
+    EXPECT_THAT(zoneTitles(), ElementsAre("Patch___0", "Patch___2"));
+    EXPECT_EQ(doc.feRegion.blocks[0]->nodeCount, 6);
+    EXPECT_EQ(doc.feRegion.blocks[0]->elementCount, 4);
+    EXPECT_EQ(doc.documentTitle, "w.dat");
+    EXPECT_EQ(doc.currentPath, shownFolder() + "w.dat");
+    EXPECT_EQ(doc.status, "For Help, press F1");
+    EXPECT_FALSE(doc.sectionCaptured);
+    EXPECT_TRUE(doc.patches.empty());
+    doc.UndoPatch();
+    expectKinds("str", "apt");
+    EXPECT_EQ(doc.patches.size(), 3U);
+    EXPECT_EQ(doc.documentTitle, "w.apt");
+    EXPECT_TRUE(doc.feRegion.blocks.empty());
 }
 
 // ---- Undo and nodes -------------------------------------------------------------------------------------------------

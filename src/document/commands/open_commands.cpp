@@ -185,6 +185,9 @@ void VelmoraDoc::tellThinning() {
 }
 
 void VelmoraDoc::appendFile() {
+    if (structureKind == "non") {
+        return;
+    }
     const bool zones = structureKind == "uns";
     FileRequest request;
     request.mode = ChooserMode::Append;

@@ -39,6 +39,13 @@ void DrawList::point(const zVec<double>& position, float size, const Colour& col
     vertex(position);
 }
 
+void DrawList::framedPoint(const zVec<double>& position, float size, const Colour& colour, float frameSize,
+                           const Colour& frameColour) {
+    point(position, size, colour);
+    point(position, frameSize, frameColour);
+    batches.back().framing = true;
+}
+
 const char* primitiveName(Primitive primitive) {
     switch (primitive) {
     case Primitive::Points:

@@ -24,6 +24,8 @@ struct DrawBatch {
     bool hasNormals = false;
     /// Front faces as lines and back faces filled, whatever the scene's own mode.
     bool outlineFront = false;
+    /// Points that leave what was drawn at their place: of a larger one a border shows. Others show over it.
+    bool framing = false;
     std::size_t firstVertex = 0;
     std::size_t vertexCount = 0;
     std::size_t firstNormal = 0; ///< of vertexCount normals, when hasNormals
@@ -43,6 +45,9 @@ struct DrawList {
     void addVertices(const std::vector<zVec<double>>& positions);
     /// A batch of a single point.
     void point(const zVec<double>& position, float size, const Colour& colour);
+    /// A point, then a larger one at the same place that shows as a frame around it.
+    void framedPoint(const zVec<double>& position, float size, const Colour& colour, float frameSize,
+                     const Colour& frameColour);
     /// Empties the list and keeps its memory for the next one.
     void clear();
 };

@@ -91,8 +91,8 @@ void VelmoraView::drawWithOverlay() {
 void VelmoraView::buildOverlay() {
     overlay_ = {};
     if (doc_.pointPicked) {
-        overlay_.list.point(doc_.capturedPointPos, 6.0F, {1.0F, 1.0F, 1.0F, 1.0F});
-        overlay_.list.point(doc_.capturedPointPos, 8.0F, {1.0F, 0.0F, 0.0F, 1.0F});
+        overlay_.list.framedPoint(doc_.capturedPointPos, 6.0F, {1.0F, 1.0F, 1.0F, 1.0F}, 8.0F,
+                                  {1.0F, 0.0F, 0.0F, 1.0F});
     }
     addTriad(overlay_.list);
     if (doc_.markersOpen) {

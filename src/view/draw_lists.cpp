@@ -158,8 +158,7 @@ void ListBuilder::bufferLine(const PointList& points) {
         first = 1;
     }
     for (std::size_t i = first; i < points.size(); ++i) {
-        list_.point(points[i], 5.0F, white);
-        list_.point(points[i], 8.0F, bufferBlue);
+        list_.framedPoint(points[i], 5.0F, white, 8.0F, bufferBlue);
     }
 }
 
@@ -171,8 +170,7 @@ void ListBuilder::bufferPoints(bool withInterLine) {
         bufferLine(doc_.interLine);
     }
     if (doc_.pointClipboardFull) {
-        list_.point(doc_.pointClipboard, 5.0F, white);
-        list_.point(doc_.pointClipboard, 8.0F, green);
+        list_.framedPoint(doc_.pointClipboard, 5.0F, white, 8.0F, green);
     }
 }
 

@@ -63,6 +63,7 @@ TEST(JoinBatches, EveryPartOfALookSeparates) {
     EXPECT_EQ(runsWith([](DrawBatch& b) { b.lit = true; }), 2U);
     EXPECT_EQ(runsWith([](DrawBatch& b) { b.hasNormals = true; }), 2U);
     EXPECT_EQ(runsWith([](DrawBatch& b) { b.outlineFront = true; }), 2U);
+    EXPECT_EQ(runsWith([](DrawBatch& b) { b.framing = true; }), 2U);
 }
 
 TEST(JoinBatches, BatchesWithoutVerticesAreLeftOut) {

@@ -157,6 +157,20 @@ TEST(Buffer, PointsAreWhiteAndThenBlueOneByOne) {
                                                     point(5, white, {4, 5, 6}), point(8, bufferBlue, {4, 5, 6})));
 }
 
+// The larger, later point of a pair leaves the smaller one visible; all other points show over those before them.
+TEST(Buffer, SecondPointOfAPairFramesTheFirst) {
+    DrawRig rig(squares(1));
+    rig.doc.showBuffer = rig.doc.showFirstPoints = rig.doc.showDoublePoints = true;
+    rig.doc.lineBuffer = {{1, 2, 3}, {4, 5, 6}};
+    rig.doc.pointClipboardFull = true;
+    int framing = 0;
+    for (const DrawBatch& batch : buildDrawList(rig.doc, 1).batches) {
+        EXPECT_EQ(batch.framing, batch.pointSize == 8.0F);
+        framing += batch.framing ? 1 : 0;
+    }
+    EXPECT_EQ(framing, 2) << "the point of the buffer behind the first, and the clipboard";
+}
+
 TEST(Buffer, FirstPointIsOnlyRedWithFirstPointsOn) {
     DrawRig rig(PatchList{});
     rig.doc.structureKind = "str";

@@ -122,6 +122,8 @@ TEST(Triad, StandsBehindTheCapturedPointInDrawingOrder) {
     EXPECT_EQ(list.batches[1].primitive, Primitive::Points);
     EXPECT_EQ(list.batches[1].colour, red);
     EXPECT_EQ(list.batches[1].pointSize, 8.0F);
+    EXPECT_FALSE(list.batches[0].framing);
+    EXPECT_TRUE(list.batches[1].framing);
     EXPECT_EQ(list.vertices[list.batches[1].firstVertex], zVec<double>(2, 1, 0));
     EXPECT_EQ(list.batches[2].primitive, Primitive::Lines);
 }

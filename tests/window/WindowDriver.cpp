@@ -76,7 +76,7 @@ bool WindowDriver::waitFor(const std::function<bool()>& holds) {
 
 void WindowDriver::settle() {
     XSync(display_, 0);
-    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    std::this_thread::sleep_for(rest);
     try {
         ask([] {});
         ask([] {});
@@ -281,8 +281,8 @@ void WindowDriver::clickEntry(const QString& entry) {
     click(found.position);
     if (found.submenu) {
         waitFor([entry] { return openedMenu() != nullptr && wordsOf(openedMenu()->title()) == entry; });
+        settle();
     }
-    settle();
 }
 
 void WindowDriver::choose(const QStringList& path) {

@@ -32,6 +32,8 @@ class WindowDriver {
 public:
     static constexpr int leftButton = 1;
     static constexpr int rightButton = 3;
+    /// How long settle() waits for what was sent: shorter where every look that follows waits for what it wants to see.
+    std::chrono::milliseconds rest{200};
 
     WindowDriver();
     WindowDriver(const WindowDriver&) = delete;

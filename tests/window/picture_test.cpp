@@ -163,6 +163,61 @@ TEST(Pixels, ACapturedPointIsWhiteInARedFrame) {
     expectColour(picture, centre, Qt::white, "the middle");
 }
 
+/// Counts the pixels of each colour in the square of 12 around a point.
+int countAround(const QImage& picture, QPoint centre, const QColor& colour) {
+    int found = 0;
+    for (int y = -6; y < 6; ++y) {
+        for (int x = -6; x < 6; ++x) {
+            found += picture.pixelColor(centre + QPoint(x, y)) == colour ? 1 : 0;
+        }
+    }
+    return found;
+}
+
+TEST(Pixels, ThePointOfBothFirstRowsIsYellow) {
+    Studio studio;
+    studio.showPatches({flatPatch(3, 3)});
+    studio.view.runViewCommand("view.orthographic");
+    studio.document.showFirstPoints = true;
+    studio.document.redraw();
+    const QImage picture = studio.picture();
+    expectColour(picture, studio.at({0, 0, 0}), Qt::yellow, "the point of both");
+    EXPECT_EQ(countAround(picture, studio.at({0, 0, 0}), Qt::red), 0);
+    expectColour(picture, studio.at({1, 0, 0}), Qt::yellow, "the first section");
+    expectColour(picture, studio.at({0, 1, 0}), Qt::red, "the second section");
+    EXPECT_GE(countAround(picture, studio.at({0, 1, 0}), Qt::red), 34) << "no strip runs over it";
+}
+
+TEST(Pixels, APointShowsOverThoseDrawnBeforeIt) {
+    Studio studio;
+    PatchList model{flatPatch(3, 3)};
+    model[0][1][2] = model[0][1][1];
+    studio.showPatches(model);
+    studio.view.runViewCommand("view.orthographic");
+    studio.document.showFirstPoints = studio.document.showDoublePoints = studio.document.showZBlockMarkers = true;
+    studio.document.showBuffer = studio.document.pointClipboardFull = studio.document.pointPicked = true;
+    studio.document.blockCount = 1;
+    studio.document.blockList[0] = 0;
+    studio.document.pointClipboard = studio.document.capturedPointPos = {2, 2, 0};
+    studio.document.redraw();
+    const QImage picture = studio.picture();
+    const QPoint twice = studio.at({1, 1, 0});
+    EXPECT_EQ(countAround(picture, twice, Qt::blue), 9) << "the marker of the zBlock";
+    EXPECT_EQ(countAround(picture, twice, Qt::green), 64 - 9) << "over the double point";
+    const QPoint captured = studio.at({2, 2, 0});
+    EXPECT_EQ(countAround(picture, captured, Qt::white), 36) << "the captured point";
+    EXPECT_EQ(countAround(picture, captured, Qt::green), 64 - 36) << "over the clipboard";
+}
+
+TEST(Pixels, APointOnASurfaceIsNotLostInIt) {
+    Studio studio;
+    studio.showPatches({flatPatch(3, 3)});
+    studio.view.runViewCommand("view.orthographic");
+    studio.document.surfaceMode = studio.document.showFirstPoints = true;
+    studio.document.redraw();
+    EXPECT_EQ(countAround(studio.picture(), studio.at({1, 0, 0}), Qt::yellow), 36);
+}
+
 TEST(Pixels, ASurfaceIsFilledFromTheFrontAndLinesFromBehind) {
     Studio studio;
     studio.showPatches({flatPatch(3, 3)});
@@ -310,6 +365,115 @@ TEST(Pictures, AWireSphereWithACapturedSection) {
     studio.document.surfaceMode = false;
     captureSection(studio);
     expectPicture("sphere-section", studio.picture());
+}
+
+/// Three wavy patches, one behind the other, seen obliquely. The second has a pair of equal neighbours, the third a
+/// collapsed border.
+PatchList waves() {
+    PatchList list;
+    for (int k = 0; k < 3; ++k) {
+        Patch patch;
+        for (int n = 0; n < 4; ++n) {
+            PointList section;
+            for (int m = 0; m < 6; ++m) {
+                section.push_back({m + 0.2 * n, n + 4.2 * k, 0.8 * std::sin(m + 0.7 * n)});
+            }
+            patch.push_back(section);
+        }
+        list.push_back(patch);
+    }
+    list[1][2][3] = list[1][2][2];
+    list[2][3] = PointList(6, zVec<double>(3.0, 12.0, 1.0));
+    return list;
+}
+
+struct WaveStudio : Studio {
+    WaveStudio() {
+        showPatches(waves());
+        view.SetEulerView({35.0, -25.0, 10.0});
+    }
+    void expect(const char* name) {
+        document.redraw();
+        expectPicture(name, picture());
+    }
+    void block(std::initializer_list<std::int32_t> members) {
+        document.blockCount = 0;
+        for (const std::int32_t patch : members) {
+            document.blockList[static_cast<std::size_t>(document.blockCount++)] = patch;
+        }
+    }
+};
+
+TEST(Pictures, PatchesInTheirColoursAndTheTriad) {
+    WaveStudio studio;
+    studio.expect("waves");
+}
+
+TEST(Pictures, FirstPoints) {
+    WaveStudio studio;
+    studio.document.showFirstPoints = true;
+    studio.expect("first-points");
+}
+
+TEST(Pictures, DoublePoints) {
+    WaveStudio studio;
+    studio.document.showDoublePoints = true;
+    studio.expect("double-points");
+}
+
+TEST(Pictures, MarkersInTheZBlock) {
+    WaveStudio studio;
+    studio.document.showZBlockMarkers = true;
+    studio.block({2, 0});
+    studio.expect("zblock-markers");
+}
+
+TEST(Pictures, BuffersAndClipboard) {
+    WaveStudio studio;
+    studio.document.showBuffer = studio.document.pointClipboardFull = true;
+    studio.document.lineBuffer = {{0, 0, 2}, {1, 0, 2}, {2, 0, 2}};
+    studio.document.sftPoints = {{4, 2, 2}, {5, 2, 2}};
+    studio.document.sftTargets = {{4, 3, 2}, {5, 3, 2}};
+    studio.document.interLine = {{1, 8, 2}, {2, 8, 2}};
+    studio.document.pointClipboard = studio.document.patches[0][3][5];
+    studio.expect("buffers");
+}
+
+TEST(Pictures, ACapturedPoint) {
+    WaveStudio studio;
+    studio.document.capturedPointPos = studio.document.patches[1][1][4];
+    studio.document.pointPicked = true;
+    studio.expect("captured-point");
+}
+
+TEST(Pictures, ACapturedLine) {
+    WaveStudio studio;
+    studio.document.capturedPatch = 1;
+    studio.document.capturedLine = 4;
+    studio.document.lineCaptured = true;
+    studio.expect("captured-line");
+}
+
+TEST(Pictures, PatchesInTheZBlockAndOneToRemove) {
+    WaveStudio studio;
+    studio.document.patchCaptured = studio.document.patchRemoving = true;
+    studio.block({0, 2});
+    studio.document.patchToRemove = 2;
+    studio.expect("patches-captured");
+}
+
+TEST(Pictures, TheZBlockOnly) {
+    WaveStudio studio;
+    studio.document.showBlockOnly = true;
+    studio.block({1});
+    studio.expect("block-only");
+}
+
+TEST(Pictures, MarkersWithTheirNumbers) {
+    WaveStudio studio;
+    studio.document.markers = {{0, 3.6, 1}, {5, 7.8, 1}};
+    studio.document.markersOpen = true;
+    studio.expect("markers");
 }
 
 TEST(Pictures, ComparingTellsACapturedSectionFromNone) {

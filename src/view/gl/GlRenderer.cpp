@@ -24,6 +24,12 @@ void setFaces(const DrawBatch& look, bool filled) {
     }
 }
 
+/// A point shows over the points drawn before it at the same place, and over the surface it lies on. A strip leaves
+/// the points on it, and a frame the point inside it.
+GLenum depthRule(const DrawBatch& look) {
+    return look.primitive == Primitive::Points && !look.framing ? GL_LEQUAL : GL_LESS;
+}
+
 /// Light 0, fixed to the eye: set while the model view matrix is the identity.
 void setLight() {
     const std::array<float, 4> full{1.0F, 1.0F, 1.0F, 1.0F};
@@ -94,12 +100,14 @@ void GlRenderer::drawRuns(const GlBuffer& buffer, const SceneFrame& frame, bool 
     for (const GlRun& run : buffer.runs()) {
         setEnabled(GL_LIGHTING, lightsOn && run.look.lit);
         setFaces(run.look, frame.filled);
+        glDepthFunc(depthRule(run.look));
         glPointSize(run.look.pointSize);
         glLineWidth(run.look.lineWidth);
         glColor4fv(run.look.colour.data());
         buffer.draw(run);
     }
     GlBuffer::unbind();
+    glDepthFunc(GL_LESS);
     glDisable(GL_LIGHTING);
 }
 

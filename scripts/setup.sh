@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-build_packages=(g++ cmake ninja-build libgl-dev libglu1-mesa-dev libcli11-dev nlohmann-json3-dev qt6-base-dev
+build_packages=(g++ cmake ninja-build libboost-regex-dev libgl-dev libglu1-mesa-dev libcli11-dev nlohmann-json3-dev qt6-base-dev
   qt6-svg-dev)
 window_packages=(qt6-qpa-plugins libgl1-mesa-dri libqt6svg6)
 picture_packages=(xvfb xauth openbox imagemagick)

@@ -13,15 +13,21 @@ constexpr double sameCoordinate = 2.5e-12;
 constexpr double insideTolerance = 5e-12;
 constexpr double third = 0.3333333333333333;
 
-bool isZero(const Vec& v) { return v.x == 0.0 && v.y == 0.0 && v.z == 0.0; }
+bool isZero(const Vec& v) {
+    return v.x == 0.0 && v.y == 0.0 && v.z == 0.0;
+}
 
-double length(const Vec& v) { return std::sqrt(dot(v, v)); }
+double length(const Vec& v) {
+    return std::sqrt(dot(v, v));
+}
 
 bool onLine(const Vec& point, const Vec& direction, const Vec& origin) {
     return isZero(cross(point - origin, direction));
 }
 
-bool sameNumber(double u, double v) { return std::abs(u - v) < std::abs((u + v) * sameCoordinate); }
+bool sameNumber(double u, double v) {
+    return std::abs(u - v) < std::abs((u + v) * sameCoordinate);
+}
 
 /// The origin's own place on the edge u, w: a hit, none at all, or, with no value, no word on it.
 std::optional<TriangleHit> originOnEdge(const Vec& u, const Vec& w, const Vec& origin) {
@@ -60,8 +66,8 @@ TriangleHit hitInside(const Vec& a, const Vec& b, const Vec& c, const Vec& direc
         return {};
     }
     const Vec hit = origin + direction * (dot(a - origin, normal) / slope);
-    const double parts = length(cross(b - hit, c - hit)) + length(cross(a - hit, c - hit)) +
-                         length(cross(a - hit, b - hit));
+    const double parts =
+        length(cross(b - hit, c - hit)) + length(cross(a - hit, c - hit)) + length(cross(a - hit, b - hit));
     const double whole = length(normal);
     const double divisor = whole == 0.0 ? parts : whole;
     const bool inside = parts == whole || std::abs(parts - whole) / divisor < insideTolerance;
@@ -100,7 +106,7 @@ TriangleHit LineHitsTriangle(const Vec& a, const Vec& b, const Vec& c, const Vec
         return hitSegment(a, b, direction, origin);
     }
     if (bc) {
-        return hitSegment(c, b, direction, origin);
+        return hitSegment(a, b, direction, origin);
     }
     return hitInside(a, b, c, direction, origin);
 }

@@ -65,27 +65,22 @@ MaybeFailure act(CRegularInput& table, const NamedAction& named, Words words) {
 }
 
 MaybeFailure findPoint(CRegularInput& table, Words words) {
-    std::vector<std::string> numbers(words.begin(), words.end());
-    for (const std::string& number : numbers) {
-        if (numbers.size() != 3 || !parseInteger(number, -largestNumber, largestNumber)) {
-            return wrongNumbers("find", "three whole numbers");
-        }
-    }
-    if (numbers.empty()) {
+    const std::vector<std::string> numbers(words.begin(), words.end());
+    if (numbers.size() != 3) {
         return wrongNumbers("find", "three whole numbers");
     }
     if (!table.chooseAction(CRegularInput::Find)) {
         return ScriptFailure{"the action \"find\" is off", "give points first, and turn paste off"};
     }
+    bool whole = true;
     table.act([&](CRegularFind& find) {
         DialogForm form = describe(find, &table.regularPatches);
         openDialog(form);
-        setField(form, "K", numbers[0]);
-        setField(form, "N", numbers[1]);
-        setField(form, "M", numbers[2]);
-        return true;
+        whole =
+            !setField(form, "K", numbers[0]) && !setField(form, "N", numbers[1]) && !setField(form, "M", numbers[2]);
+        return whole;
     });
-    return std::nullopt;
+    return whole ? MaybeFailure() : wrongNumbers("find", "three whole numbers");
 }
 
 } // namespace

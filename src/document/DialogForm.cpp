@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 namespace velmora {
 
@@ -57,6 +58,18 @@ DialogRefusal refuse(const DialogField& field, std::string message) {
     return {std::move(message), field.key};
 }
 
+/// A field without a range takes a number beyond 32 bits as the largest or smallest one.
+std::optional<std::int32_t> parseInteger(const DialogField& field, std::string_view text) {
+    std::int32_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool beyond = error == std::errc::result_out_of_range && !field.minimum && !field.maximum;
+    if (end != text.data() + text.size() || (error != std::errc() && !beyond)) {
+        return std::nullopt;
+    }
+    using Limits = std::numeric_limits<std::int32_t>;
+    return !beyond ? number : text.front() == '-' ? Limits::min() : Limits::max();
+}
+
 std::optional<DialogRefusal> storeNumber(DialogField& field, std::string_view text) {
     if (field.kind == FieldKind::Real) {
         const auto number = parseNumber<double>(text);
@@ -66,7 +79,7 @@ std::optional<DialogRefusal> storeNumber(DialogField& field, std::string_view te
         **std::get_if<double*>(&field.value) = *number;
         return std::nullopt;
     }
-    const auto number = parseNumber<std::int32_t>(text);
+    const auto number = parseInteger(field, text);
     if (!number || !inRange(field, *number)) {
         return refuse(field, rangeMessage(field));
     }

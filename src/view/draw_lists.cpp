@@ -419,6 +419,9 @@ bool coincide(const zVec<double>& a, const zVec<double>& b) {
 }
 
 int listNumberFor(const VelmoraDoc& document) {
+    if (document.holdsNothing()) {
+        return 0;
+    }
     if (document.structureKind == "uns") {
         return document.surfaceMode ? 4 : 3;
     }

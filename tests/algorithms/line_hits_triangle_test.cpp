@@ -69,6 +69,17 @@ TEST(LineHitsTriangle, TwoEqualVerticesAreASegment) {
     EXPECT_EQ(LineHitsTriangle(u, u, w, {0, 0, -1}, {2, 1.5, 9}).code, 0);
 }
 
+TEST(LineHitsTriangle, ASegmentIsTheSameWhicheverTwoVerticesAreEqual) {
+    const Vec u(2, 1, 1);
+    const Vec w(1, 1, 1);
+    for (const TriangleHit& hit :
+         {LineHitsTriangle(w, w, u, {0, 1, 0}, {1.5, 0, 1}), LineHitsTriangle(w, u, w, {0, 1, 0}, {1.5, 0, 1}),
+          LineHitsTriangle(u, w, w, {0, 1, 0}, {1.5, 0, 1})}) {
+        EXPECT_EQ(hit.code, 2);
+        EXPECT_EQ(hit.point, Vec(1.5, 1, 1));
+    }
+}
+
 TEST(LineHitsTriangle, ASegmentThatRunsAlongTheLineIsCodeOneAtItsFirstEnd) {
     const Vec u(1, 1, 1);
     const Vec w(3, 1, 1);

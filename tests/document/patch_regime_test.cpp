@@ -138,6 +138,28 @@ TEST_F(ExitPatches, LeavesASectionOrLineFirst) {
     EXPECT_FALSE(doc.patchRegimeActive());
 }
 
+TEST_F(ExitPatches, LeavesAPointOfTheirPatchesToo) {
+    input("2");
+    capturePoint(1, 1, 1);
+    doc.ExitPatches();
+    EXPECT_FALSE(doc.pointCaptured);
+    EXPECT_FALSE(doc.pointPicked);
+    EXPECT_EQ(doc.capturedPatch, -1);
+    EXPECT_EQ(doc.status, "For Help, press F1");
+}
+
+TEST_F(PatchRegime, AnotherCaptureEndsARemoval) {
+    input("2");
+    doc.RemovePatchFromBlock();
+    EXPECT_TRUE(doc.patchRemoving);
+    doc.CaptureSection();
+    EXPECT_FALSE(doc.patchRemoving);
+    doc.ExitLines();
+    doc.RemovePatchFromBlock();
+    doc.CapturePoint();
+    EXPECT_FALSE(doc.patchRemoving);
+}
+
 TEST_F(EndBlock, ClearsTheRegimeAndTheZBlock) {
     input("2");
     doc.removeStatus = "as it was";

@@ -187,6 +187,16 @@ TEST_F(CapturedPoint, CutInTheLineRegimeLeavesTheLineAndCutsTheCapturedPoint) {
     EXPECT_EQ(doc.capturedPatch, 1);
 }
 
+TEST_F(CapturedPoint, CutInTheLineRegimeStillShowsThePoint) {
+    capture(0, 1, 2);
+    doc.lineCaptured = true;
+    doc.capturedLine = 2;
+    ui.answers = {true};
+    doc.CutPoint();
+    EXPECT_TRUE(doc.pointCaptured);
+    EXPECT_TRUE(doc.pointPicked);
+}
+
 TEST_F(CapturedPoint, CopyTwiceKeepsTheLastPointAndTakesNoSnapshot) {
     capture(0, 1, 1);
     doc.CopyPoint();
@@ -246,6 +256,16 @@ TEST_F(CapturedPoint, FindClampsWhatIsTypedAndNeverRefuses) {
     EXPECT_EQ(doc.regularFindValues.Nmax, 3);
     EXPECT_EQ(doc.regularFindValues.Mmax, 4);
     EXPECT_THAT(ui.transcript, Not(Contains(testing::StartsWith("refused"))));
+}
+
+TEST_F(CapturedPoint, FindTakesANumberOfAnySize) {
+    capture(0, 1, 2);
+    ui.dialogs = {{{"K", "99999999999999999999"}, {"N", "-99999999999999999999"}, {"M", "2147483648"}}};
+    doc.FindPoint();
+    EXPECT_EQ(doc.capturedPatch, 1);
+    EXPECT_EQ(doc.capturedPointSection, 0);
+    EXPECT_EQ(doc.capturedPoint, 3);
+    EXPECT_THAT(ui.transcript, Contains("dialog: CRegularFind -> ok"));
 }
 
 TEST_F(CapturedPoint, FindFixesWhatTheRegimeFixes) {
@@ -313,6 +333,17 @@ TEST_F(CapturedPoint, DragEndsAtOnceWithOneSectionOrOnePoint) {
     EXPECT_FALSE(doc.pointDragging);
     EXPECT_FALSE(doc.pointUndoReady);
     EXPECT_TRUE(ui.transcript.empty());
+}
+
+TEST_F(CapturedPoint, AnUnusedBendEndsWithItsRegime) {
+    capture(0, 1, 2);
+    doc.prepareDragCorrection();
+    EXPECT_TRUE(doc.dragCorrectsLine);
+    doc.ExitPointRegime();
+    EXPECT_FALSE(doc.dragCorrectsLine);
+    doc.dragCorrectsLine = true;
+    doc.leaveRegimes();
+    EXPECT_FALSE(doc.dragCorrectsLine);
 }
 
 TEST_F(CapturedPoint, TheReleaseEndsADrag) {

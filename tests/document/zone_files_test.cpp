@@ -498,6 +498,7 @@ TEST_F(FieldFile, CancelledAfterYesLeavesAnEmptyDocumentThatUndoFills) {
     EXPECT_TRUE(doc.markers.empty());
     EXPECT_FALSE(doc.markersOpen);
     EXPECT_EQ(doc.documentTitle, "Untitled");
+    EXPECT_FALSE(doc.fieldOpening);
     doc.UndoPatch();
     EXPECT_EQ(doc.patches, before);
 }

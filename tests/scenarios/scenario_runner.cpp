@@ -4,8 +4,9 @@
 // name the script contains. What it says must match NAME.expected: a JSON object for each event, in order, one a
 // line; empty lines and lines that begin with "#" are comments. An event matches when it has all members of the
 // expected object, at every depth; lists match entry by entry, numbers to within 1e-9 of the larger of 1 and their
-// size. ${FOLDER} stands for the folder of the run, ${folder} for the same in lower case. "done" events do not count.
-// The last line, {"exit": STATUS}, is the exit status. Files in NAME.files must have been written, byte for byte.
+// size. ${FOLDER} stands for the folder of the run, ${folder} for the same in lower case, ${NUMBER} in a text for any
+// digits (the line of the source that raised an error). "done" events do not count. The last line, {"exit": STATUS},
+// is the exit status. Files in NAME.files must have been written, byte for byte.
 
 #include <stdlib.h>
 
@@ -63,6 +64,18 @@ std::vector<json> expectedEvents(const fs::path& path, const fs::path& folder) {
     return events;
 }
 
+/// Whether a text is as expected, with ${NUMBER} for one digit or more.
+bool textMatches(const std::string& expected, const std::string& actual) {
+    const std::string placeholder = "${NUMBER}";
+    const std::size_t at = expected.find(placeholder);
+    if (at == std::string::npos) {
+        return expected == actual;
+    }
+    const std::size_t end = std::min(actual.find_first_not_of("0123456789", at), actual.size());
+    return end > at && actual.compare(0, at, expected, 0, at) == 0 &&
+           textMatches(expected.substr(at + placeholder.size()), actual.substr(end));
+}
+
 /// Where `actual` is not as expected, as a path into the value; empty when it matches.
 std::string mismatch(const json& expected, const json& actual) {
     if (expected.is_object() && actual.is_object()) {
@@ -87,6 +100,10 @@ std::string mismatch(const json& expected, const json& actual) {
         const double wanted = expected.get<double>();
         const double found = actual.get<double>();
         if (std::abs(wanted - found) <= 1e-9 * std::max(1.0, std::abs(wanted))) {
+            return "";
+        }
+    } else if (expected.is_string() && actual.is_string()) {
+        if (textMatches(expected.get<std::string>(), actual.get<std::string>())) {
             return "";
         }
     } else if (expected == actual) {

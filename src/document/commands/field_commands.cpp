@@ -28,6 +28,7 @@ void VelmoraDoc::OpenField() {
     request.command = "file.openField";
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
     if (paths.empty()) {
+        fieldOpening = false;
         leaveRegimes();
         redraw();
         return;
@@ -35,14 +36,15 @@ void VelmoraDoc::OpenField() {
     adoptPath(paths.front());
     loadFile(chosenPath, fileExtension);
     if (structureKind == "non") {
+        fieldOpening = false; // a .dat that is appended to what Undo brings back holds zones
         ui_.showMessage(message::openCancelled);
         leaveRegimes();
         redraw();
         return;
     }
     pointsRead_ = pointsKept_ = 0;
-    ui_.addRecentFile(chosenPath);
     finishOpen();
+    ui_.addRecentFile(chosenPath);
 }
 
 void VelmoraDoc::SaveField() {
@@ -85,12 +87,21 @@ void VelmoraDoc::CloseField() {
     titleWrong_ = false;
     setTitle("Untitled");
     forgetRegimesAndAddresses();
+    resetMouseMode();
+    if (status != idlePrompt) {
+        ShowStatus(idlePrompt);
+    }
     redraw();
 }
 
 /// Every flag of a regime off and every address none, without the steps of leaving each regime.
 void VelmoraDoc::forgetRegimesAndAddresses() {
-    leaveRegimes();
+    pointCaptureArmed = pointCaptured = freePointArmed = freePointHeld = false;
+    patchCaptureArmed = patchCaptured = dragCorrectsLine = false;
+    sectionCaptureArmed = sectionCaptured = lineCaptureArmed = lineCaptured = false;
+    capturedPatch = capturedPointSection = capturedPoint = capturedSection = capturedLine = -1;
+    emptyBlock();
+    showBlockOnly = false;
     savedPatch = savedPointSection = savedPoint = savedSection = savedLine = -1;
     patchToRemove = -1;
     pointUndoReady = patchUndoReady = rebuildOnUndo = false;

@@ -188,6 +188,9 @@ bool VelmoraDoc::takeStructuredZones(const zRegion& structured, const std::files
         checkRegularity(patches);
         return false;
     }
+    if (zones.patches.empty()) {
+        return false; // grids without a point make no model
+    }
     std::move(zones.patches.begin(), zones.patches.end(), std::back_inserter(patches));
     pointsRead_ += zones.pointsRead;
     pointsKept_ += zones.pointsKept;

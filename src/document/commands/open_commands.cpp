@@ -26,6 +26,7 @@ void VelmoraDoc::onNewDocument() {
         updateBounds();
         redraw();
         leaveRegimes();
+        ShowStatus(idlePrompt);
     }
     regularInput.reset();
     if (!ui_.showRegularInput(regularInput)) {

@@ -24,7 +24,9 @@ void VelmoraDoc::leaveLineRegimeKeepingAddress() {
     const std::int32_t patch = capturedPatch;
     const std::int32_t section = capturedPointSection;
     const std::int32_t point = capturedPoint;
+    const bool picked = pointPicked;
     ExitLineRegime();
+    pointPicked = picked;
     capturedPatch = patch;
     capturedPointSection = section;
     capturedPoint = point;

@@ -20,6 +20,7 @@ void VelmoraDoc::armPointCapture() {
         capturedPatch = -1;
     }
     patchCaptureArmed = false;
+    patchRemoving = false;
     sectionCaptureArmed = false;
     pointStatus = dragPrompt;
     ShowStatus(pointStatus);
@@ -49,6 +50,7 @@ void VelmoraDoc::CaptureFreePointInPointRegime() {
 void VelmoraDoc::ExitPointRegime() {
     pointCaptureArmed = pointCaptured = freePointArmed = freePointHeld = false;
     pointDragging = false;
+    dragCorrectsLine = false;
     pointPicked = false;
     pointUndoReady = false;
     if (sectionCaptured || sectionCaptureArmed) {
@@ -93,7 +95,7 @@ void VelmoraDoc::armCurveCapture(bool section) {
     }
     (section ? capturedSection : capturedLine) = -1;
     capturedPatch = -1;
-    pointCaptureArmed = freePointArmed = patchCaptureArmed = false;
+    pointCaptureArmed = freePointArmed = patchCaptureArmed = patchRemoving = false;
     sectionCaptureArmed = section;
     lineCaptureArmed = !section;
     sectionCaptured = lineCaptured = false;
@@ -310,6 +312,9 @@ void VelmoraDoc::ExitPatchRegime() {
     if (sectionCaptured || lineCaptured) {
         ExitLineRegime();
     }
+    if (pointRegimeActive()) {
+        ExitPointRegime(); // its point is one of a patch that is about to be let go
+    }
     capturedPatch = -1;
     showBlockOnly = false;
     emptyBlock();
@@ -336,6 +341,7 @@ void VelmoraDoc::EndBlockRegime() {
 }
 
 void VelmoraDoc::leaveRegimes() {
+    dragCorrectsLine = false;
     if (pointRegimeActive()) {
         ExitPointRegime();
     }

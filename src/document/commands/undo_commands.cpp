@@ -84,6 +84,11 @@ void VelmoraDoc::UndoPoint() {
 void VelmoraDoc::UndoPatch() {
     // The box of a model that was removed is gone too: the views need it anew.
     const bool modelWasGone = structureKind == "non";
+    if (!undoPath_.empty()) {
+        // Field values belong to the model that goes, not to the one that comes back.
+        fieldLoaded = fieldMode = fieldOpening = false;
+        fieldPatches.clear();
+    }
     if (!undoPatches.empty()) {
         patches = undoPatches;
         structureKind = "str";

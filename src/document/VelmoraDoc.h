@@ -10,11 +10,16 @@
 #include <vector>
 
 #include "CBeforeAfter.h"
+#include "CCorrectLine.h"
 #include "CFeatures.h"
+#include "CInterpolate.h"
+#include "CMerge.h"
 #include "CRebreak.h"
-#include "Cduplicate.h"
+#include "CRebreakPart.h"
 #include "CRegularFind.h"
 #include "CRegularInput.h"
+#include "CSmooth.h"
+#include "Cduplicate.h"
 #include "DocumentView.h"
 #include "PatchList.h"
 #include "UserInterface.h"
@@ -173,6 +178,11 @@ public:
     // ---- Values of the parameter dialogs: what was typed is the next default ----------------------------------------
 
     CRebreak rebreakValues;
+    CRebreakPart rebreakPartValues;
+    CMerge mergeValues;
+    CSmooth smoothValues;
+    CInterpolate interpolateValues;
+    CCorrectLine correctLineValues;
     CBeforeAfter beforeAfterValues;
     Cduplicate duplicateValues;
     CInputPatch inputPatchValues;
@@ -295,6 +305,15 @@ public:
     /// Moves the captured point to `position` while it is dragged: model, status, picture.
     void placeDraggedPoint(const zVec<double>& position);
     void Rebreak();
+    void RebreakPart();
+    void SplitPatch();
+    void MergePatches();
+    void MatchBorder();
+    void MatchBorderAndGrid();
+    void CoonsRebuild();
+    void SmoothGeometry();
+    void Interpolate();
+    void CorrectLine();
 
     // ---- View commands that the document carries out ----------------------------------------------------------------
 
@@ -363,6 +382,15 @@ private:
 
     void prepareRebreak();
     void rebreakOnePatch(std::int32_t patch);
+    bool prepareRebreakPart();
+    bool mergeStructured();
+    void matchBlock(bool grid);
+    bool correctCapturedLine();
+    /// The patches of the zBlock, or all of them when it is empty, in the order of the model.
+    std::vector<std::int32_t> chosenPatches() const;
+    /// Exchanges sections and lines of the captured patch, a grid, and of the capture with it. A zBlock that does not
+    /// hold the patch keeps its points in place: the capture alone is exchanged then.
+    void turnCapturedPatch();
 
     UserInterface& ui_;
     std::filesystem::path documentsFolder_;

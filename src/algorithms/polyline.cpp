@@ -41,4 +41,13 @@ void RemoveCoincidentPoints(double* x, double* y, double* z, std::int32_t& count
     }
 }
 
+bool hasCoincidentPoints(const double* x, const double* y, const double* z, std::int32_t count) {
+    for (std::int32_t i = 1; i < count && count >= 3; ++i) {
+        if (chordLength(x, y, z, i) < coincidentDistance) {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace velmora

@@ -29,4 +29,7 @@ double chordParameters(const double* x, const double* y, const double* z, std::i
 /// does a pair whose distance is not a number. Linear in `count`.
 void RemoveCoincidentPoints(double* x, double* y, double* z, std::int32_t& count);
 
+/// Whether RemoveCoincidentPoints would drop one of the first `count` points. Linear in `count`.
+bool hasCoincidentPoints(const double* x, const double* y, const double* z, std::int32_t count);
+
 } // namespace velmora

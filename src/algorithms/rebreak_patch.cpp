@@ -1,10 +1,8 @@
 #include "rebreak_patch.h"
 
 #include <algorithm>
-#include <cmath>
 
-#include "polyline.h"
-#include "rebreak_kernels.h"
+#include "respacer.h"
 
 namespace velmora {
 
@@ -14,42 +12,7 @@ std::size_t sizeOf(std::int32_t count) {
     return static_cast<std::size_t>(std::max(count, 0));
 }
 
-/// Three parallel coordinate arrays, the working form of the kernels.
-struct Coordinates {
-    std::vector<double> x;
-    std::vector<double> y;
-    std::vector<double> z;
-
-    void clear() {
-        x.clear();
-        y.clear();
-        z.clear();
-    }
-    void add(const zVec<double>& p) {
-        x.push_back(p.x);
-        y.push_back(p.y);
-        z.push_back(p.z);
-    }
-    void fill(std::size_t count, const zVec<double>& p) {
-        x.assign(count, p.x);
-        y.assign(count, p.y);
-        z.assign(count, p.z);
-    }
-    zVec<double> at(std::size_t i) const { return {x[i], y[i], z[i]}; }
-};
-
-/// Running chord length along a curve, of which point i is given by `pointAt(i)`.
-template <class PointAt>
-std::vector<double> runningLength(std::size_t count, PointAt pointAt) {
-    std::vector<double> length(count, 0.0);
-    for (std::size_t i = 1; i < count; ++i) {
-        const zVec<double> chord = pointAt(i) - pointAt(i - 1);
-        length[i] = length[i - 1] + std::sqrt(dot(chord, chord));
-    }
-    return length;
-}
-
-/// Re-spaces one stretch after the other by one law, in arrays that are used again.
+/// Re-spaces one stretch after the other by one law.
 class StretchRebreaker {
 public:
     StretchRebreaker(const RebreakLaw& law, std::vector<double> measuredLaw)
@@ -59,31 +22,20 @@ public:
         measured_.resize(std::max(measured_.size(), sizeOf(law.newCount)), end);
     }
 
-    void clear() { in_.clear(); }
-    void add(const zVec<double>& point) { in_.add(point); }
-    zVec<double> output(std::size_t i) const { return out_.at(i); }
+    void clear() { respacer_.clear(); }
+    void add(const zVec<double>& point) { respacer_.add(point); }
+    zVec<double> output(std::int32_t i) const { return respacer_.output(i); }
 
     /// Fills the outputs from the points added, of which there are at least two.
     void run() {
-        auto count = static_cast<std::int32_t>(in_.x.size());
-        // Outputs that a kernel does not reach lie on the end of the stretch.
-        out_.fill(sizeOf(law_.newCount), in_.at(in_.x.size() - 1));
-        if (count > 3) {
-            RemoveCoincidentPoints(in_.x.data(), in_.y.data(), in_.z.data(), count);
+        if (respacer_.count() > 3) {
+            respacer_.dropCoincident();
         }
         if (law_.fitToLawCurve) {
             scratchLaw_ = measured_; // the kernel changes it in place
-        }
-        if (law_.spline) {
-            SplineRebreakLaw(in_.x.data(), in_.y.data(), in_.z.data(), count, out_.x.data(), out_.y.data(),
-                             out_.z.data(), law_.newCount, law_.exactness,
-                             law_.fitToLawCurve ? lawPrescribed : lawCompression, law_.compression, scratchLaw_.data());
-        } else if (law_.fitToLawCurve) {
-            LinearRebreakLaw(in_.x.data(), in_.y.data(), in_.z.data(), count, out_.x.data(), out_.y.data(),
-                             out_.z.data(), law_.newCount, scratchLaw_.data());
+            respacer_.respaceByLaw(law_.spline, law_.newCount, law_.exactness, scratchLaw_.data());
         } else {
-            LinearRebreak(in_.x.data(), in_.y.data(), in_.z.data(), count, out_.x.data(), out_.y.data(), out_.z.data(),
-                          law_.newCount, law_.compression);
+            respacer_.respace(law_.spline, law_.newCount, law_.compression, law_.exactness);
         }
     }
 
@@ -91,8 +43,7 @@ private:
     const RebreakLaw& law_;
     std::vector<double> measured_;
     std::vector<double> scratchLaw_;
-    Coordinates in_;
-    Coordinates out_;
+    Respacer respacer_;
 };
 
 /// Cuts the range of curves to the `count` curves that there are.
@@ -137,7 +88,7 @@ void rebreakSections(Patch& patch, RebreakLaw& law) {
         rebuilt.clear();
         rebuilt.reserve(first + sizeOf(law.newCount) + (tailEnd - behind));
         rebuilt.insert(rebuilt.end(), section.begin(), section.begin() + law.firstPoint - 1);
-        for (std::size_t i = 0; i < sizeOf(law.newCount); ++i) {
+        for (std::int32_t i = 0; i < law.newCount; ++i) {
             rebuilt.push_back(rebreaker.output(i));
         }
         rebuilt.insert(rebuilt.end(), section.begin() + law.lastPoint,
@@ -179,8 +130,8 @@ void rebreakLines(Patch& patch, RebreakLaw& law) {
             rebreaker.add(patch[s][j]);
         }
         rebreaker.run();
-        for (std::size_t i = 0; i < sizeOf(law.newCount); ++i) {
-            rebuilt[first + i][j] = rebreaker.output(i);
+        for (std::int32_t i = 0; i < law.newCount; ++i) {
+            rebuilt[first + sizeOf(i)][j] = rebreaker.output(i);
         }
     }
     patch.swap(rebuilt);

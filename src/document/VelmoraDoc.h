@@ -10,10 +10,15 @@
 #include <vector>
 
 #include "CBeforeAfter.h"
+#include "CCorrectLine.h"
 #include "CFeatures.h"
+#include "CInterpolate.h"
+#include "CMerge.h"
 #include "CRebreak.h"
+#include "CRebreakPart.h"
 #include "CRegularFind.h"
 #include "CRegularInput.h"
+#include "CSmooth.h"
 #include "Cduplicate.h"
 #include "DocumentView.h"
 #include "PatchList.h"
@@ -182,6 +187,11 @@ public:
     // ---- Values of the parameter dialogs: what was typed is the next default ----------------------------------------
 
     CRebreak rebreakValues;
+    CRebreakPart rebreakPartValues;
+    CMerge mergeValues;
+    CSmooth smoothValues;
+    CInterpolate interpolateValues;
+    CCorrectLine correctLineValues;
     CBeforeAfter beforeAfterValues;
     Cduplicate duplicateValues;
     CInputPatch inputPatchValues;
@@ -318,6 +328,15 @@ public:
     /// Moves the captured point to `position` while it is dragged: model, status, picture.
     void placeDraggedPoint(const zVec<double>& position);
     void Rebreak();
+    void RebreakPart();
+    void SplitPatch();
+    void MergePatches();
+    void MatchBorder();
+    void MatchBorderAndGrid();
+    void CoonsRebuild();
+    void SmoothGeometry();
+    void Interpolate();
+    void CorrectLine();
 
     // ---- Conversion
     // -----------------------------------------------------------------------------------------------------
@@ -407,6 +426,17 @@ private:
 
     void prepareRebreak();
     void rebreakOnePatch(std::int32_t patch);
+    bool prepareRebreakPart();
+    bool mergeStructured();
+    bool mergePatchesOfBlock();
+    void mergeZonesOfBlock();
+    void matchBlock(bool grid);
+    bool correctCapturedLine();
+    /// The patches of the zBlock, or all of them when it is empty, in the order of the model.
+    std::vector<std::int32_t> chosenPatches() const;
+    /// Exchanges sections and lines of the captured patch, a grid, and of the capture with it. A zBlock that does not
+    /// hold the patch keeps its points in place: the capture alone is exchanged then.
+    void turnCapturedPatch();
 
     UserInterface& ui_;
     std::filesystem::path documentsFolder_;
@@ -419,6 +449,7 @@ private:
     std::vector<std::filesystem::path> incompleteFiles_;
     /// The file of the model in the patch snapshot, when that model was removed; else empty.
     std::filesystem::path undoPath_;
+    bool undoModified_ = false;   ///< that model had changes that were not saved
     std::int64_t pointsRead_ = 0; ///< of the files of the last command, with what was kept of them
     std::int64_t pointsKept_ = 0;
 };

@@ -2,6 +2,9 @@
 
 // The texts of message boxes and questions, as users know them: wording, misprints and blanks belong to them.
 
+#include <cstdint>
+#include <string>
+
 namespace velmora::message {
 
 inline constexpr const char* removeGeometry = "Current geometry will be removed. Are you sure";
@@ -26,5 +29,21 @@ inline constexpr const char* twoPointsStay = " Procedure is canceled. Section mu
 inline constexpr const char* lastPointStays = " Procedure is canceled. It's impossible to delete the last point ";
 inline constexpr const char* patchNotSelected = "Patch is not selected. Try again";
 inline constexpr const char* patchNotRemoved = "Patch is not removed from zBlock. Try again";
+
+inline constexpr const char* fitImpossible = "Regime FIT is impossible. Point is too close to the border";
+inline constexpr const char* partsDoNotFit = "It is impossible to fit parts";
+/// `line` counts from 1.
+inline std::string zeroLengthLine(std::int32_t line) {
+    return "Line  " + std::to_string(line) + "  is of zero length. APT may be violated";
+}
+inline constexpr const char* mergeImpossible = "APT format is violated. Merge is impossible";
+inline constexpr const char* sectionsDiffer = "Merging is imposible. Patches contain different number of sections";
+inline constexpr const char* matchingImpossible = "Matching is impossible";
+inline constexpr const char* fewSectionsToInterpolate =
+    "Number of section in patch less than 3. Interpolation impossible";
+inline constexpr const char* interpolationTooFar =
+    "Correct interpolation is impossible. Target point is too far from line";
+inline constexpr const char* interpolationDoubleLine = "Correct interpolation is impossible. Double line";
+inline constexpr const char* correctionHasNoAction = "Correction of line has no action";
 
 } // namespace velmora::message

@@ -78,11 +78,11 @@ std::unique_ptr<zBlock_fe> TecplotZoneData::readTriangles(std::int64_t zoneStart
     if (triangles * entriesPerTriangle > int32Max) {
         raise(__LINE__);
     }
-    std::vector<Field> fields = readFields(header.nodes);
-    std::vector<std::int32_t> connectivity = readElements();
     if (header_.variables.empty()) {
         throw ParseError(tecplotUnit, __LINE__, missingCoordinates({}));
     }
+    std::vector<Field> fields = readFields(header.nodes);
+    std::vector<std::int32_t> connectivity = readElements();
     auto zone = std::make_unique<zBlock_fe>(header.nodes, 0, static_cast<std::int32_t>(triangles));
     zone->title = zoneTitle();
     zone->connectivitySize = static_cast<std::int32_t>(connectivity.size());

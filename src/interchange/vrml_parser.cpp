@@ -26,6 +26,18 @@ const VrmlKeywords* keywordsOf(int version) {
 }
 
 // A text made to be hard for the expression counts as one that does not match.
+/// Cuts every run of digits to a length that is out of range all the same: the expression takes time by the square of
+/// a run's length.
+void shortenDigits(std::string& line) {
+    constexpr int longest = 20;
+    int run = 0;
+    const auto surplus = [&run](char c) {
+        run = c >= '0' && c <= '9' ? run + 1 : 0;
+        return run > longest;
+    };
+    line.erase(std::remove_if(line.begin(), line.end(), surplus), line.end());
+}
+
 bool matchHeader(const std::string& line, boost::smatch& match) {
     boost::regex expression;
     expression.imbue(std::locale::classic());
@@ -77,6 +89,7 @@ void VrmlParser::readHeader() {
     std::string line;
     input_.getline(line);
     line += '\n';
+    shortenDigits(line);
     boost::smatch match;
     if (!matchHeader(line, match)) {
         throw ParseError(unitName, __LINE__, "Is not a valid VRML file");

@@ -119,8 +119,9 @@ void zSTLReader::write(const std::filesystem::path& fileName, const zRegion_fe& 
     for (const auto& zone : region.blocks) {
         writeSolid(output, *zone);
     }
-    output.flush();
-    file.commit(); // wanted: a failure is not reported
+    if (!output.flush() || !file.commit()) {
+        throw FileError(unitName, __LINE__);
+    }
 }
 
 void zSTLReader::writeSolid(NumberWriter& output, const zBlock_fe& zone) {

@@ -27,8 +27,7 @@ public:
 
     /// Writes every zone as a solid, its first three fields being the coordinates, with six significant digits.
     /// Triangles without a normal are left out, and so are elements that name nodes which are not there. Raises
-    /// FileError when the file cannot be opened. When the writing fails later, nothing tells of it and an old file
-    /// stands as it was.
+    /// FileError when the file cannot be opened or written; an old file then stands as it was.
     void write(const std::filesystem::path& fileName, const zRegion_fe& region);
 
     /// Triangles without a normal that `write` left out.

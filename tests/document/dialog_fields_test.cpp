@@ -142,6 +142,48 @@ TEST(DialogFields, OfViewportOptions) {
                             "distanceZ | Distance Z | real | 0 | any", "scale | Scale | real | 1 | 0.01 to 10000000"));
 }
 
+TEST(DialogFields, OfRebreakPart) {
+    EXPECT_THAT(linesOf("CRebreakPart"),
+                ElementsAre("Rebreak Part",
+                            "regime |  | radio | 1 | \"Captured section (line)\" \"All sections (lines)\"",
+                            "function |  | radio | 1 | \"Spline\" \"Linear\"",
+                            "style |  | radio | 1 | \"Compress points\" \"Compress && Fit\"",
+                            "position | Position | radio | 1 | \"Before\" \"After\"",
+                            "exactness | Exactness % | int | 0 | 0 to 100",
+                            "newCount | Number of points | int | 2 | 2 to 100000",
+                            "compression | Compression | real | 1 | 0.0001 to 10000",
+                            "firstPoint | First point | int | 1 | 1 to 100000 | read-only",
+                            "lastPoint | Last point | int | 1 | 1 to 100000 | read-only"));
+}
+
+TEST(DialogFields, OfMerge) {
+    EXPECT_THAT(linesOf("CMerge"),
+                ElementsAre("Merge", "kind |  | radio | 1 | \"Sections\" \"Lines\"",
+                            "aptControl | APT control | check | 0", "matching | Matching | check | 0",
+                            "showDouble | Show double points | check | 0",
+                            "deleteDouble | Delete double sections | check | 0"));
+}
+
+TEST(DialogFields, OfSmooth) {
+    EXPECT_THAT(linesOf("CSmooth"),
+                ElementsAre("Smooth",
+                            "regime |  | radio | 1 | \"Sections only\" \"Lines only\" \"Sections + Lines\" "
+                            "\"Lines + Sections\"",
+                            "function |  | radio | 1 | \"Spline\" \"Linear\""));
+}
+
+TEST(DialogFields, OfInterpolate) {
+    EXPECT_THAT(linesOf("CInterpolate"), ElementsAre("Interpolate", "coefficient | Coefficient | real | 0 | -1 to 1",
+                                                     "fitToBuffer | Fit to point in buffer | check | 0"));
+}
+
+TEST(DialogFields, OfLineCorrect) {
+    EXPECT_THAT(linesOf("CCorrectLine"),
+                ElementsAre("Line correct", "linesBefore | Numder of lines before  | int | 1 | 1 to 10000000",
+                            "linesAfter | Number of lines after | int | 1 | 1 to 10000000",
+                            "power | Power  | real | 0.65 | 0.1 to 10"));
+}
+
 TEST(StoredDialogs, AreFoundByEachOfTheirNames) {
     RecordingUi ui;
     VelmoraDoc doc(ui, {});

@@ -185,6 +185,20 @@ TEST_F(OpenZones, GrdOnlyNamesTheGrid) {
     EXPECT_TRUE(doc.feRegion.blocks.empty());
 }
 
+TEST_F(OpenZones, GrdCannotBeAppended) {
+    open("w.apt", aptText({flatPatch(2, 2)}));
+    forget();
+    append(file("net.grd", ""));
+    EXPECT_THAT(heard(), Contains("message: This file's type is not supported by Sorvane"));
+    expectKinds("str", "apt");
+}
+
+TEST_F(OpenZones, CompartmentsWithoutSectionsAreNoModel) {
+    open("e.skl", "0\n0\n");
+    EXPECT_THAT(heard(), Contains("message: Open procedure is canceled"));
+    EXPECT_TRUE(doc.holdsNothing());
+}
+
 TEST_F(OpenZones, EmptyStlIsAnEmptyUnstructuredModel) {
     open("e.stl", "solid e\nendsolid e\n");
     expectKinds("uns", "non");
@@ -380,6 +394,27 @@ TEST_F(SaveZones, ConversionMakesZonesOfThePatches) {
     EXPECT_TRUE(doc.feRegion.blocks.empty());
 }
 
+// ---- Merge ----------------------------------------------------------------------------------------------------------
+
+TEST_F(SaveZones, MergeJoinsTheZonesOfTheZBlockInItsOrder) {
+    ui.files.push_back(
+        {file("a.stl", stlText("a", 0)), file("b.stl", stlText("b", 3)), file("c.stl", stlText("c", 6))});
+    doc.openFiles();
+    doc.patchCaptured = true;
+    addToBlock(2);
+    addToBlock(0);
+    addToBlock(1);
+    doc.MergePatches();
+    EXPECT_THAT(zoneTitles(), ElementsAre("c"));
+    EXPECT_EQ(doc.feRegion.blocks[0]->elementCount, 3);
+    EXPECT_EQ(node(0, 3), (zVec<double>(0, 0, 0)));
+    EXPECT_EQ(node(0, 6), (zVec<double>(3, 0, 0)));
+    EXPECT_THAT(block(), IsEmpty());
+    EXPECT_FALSE(doc.patchCaptured);
+    doc.UndoPatch();
+    EXPECT_THAT(zoneTitles(), ElementsAre("a", "b", "c"));
+}
+
 // ---- Undo and nodes -------------------------------------------------------------------------------------------------
 
 TEST_F(UndoZones, BringsRemovedZonesBackUnderADatName) {
@@ -392,6 +427,27 @@ TEST_F(UndoZones, BringsRemovedZonesBackUnderADatName) {
     EXPECT_THAT(zoneTitles(), ElementsAre("a"));
     EXPECT_EQ(doc.documentTitle, "a.dat");
     EXPECT_EQ(doc.currentPath, shownFolder() + "a.dat");
+}
+
+TEST_F(UndoZones, RemovedModelKnowsWhetherItWasSaved) {
+    for (const bool modified : {false, true}) {
+        open("a.stl", stlText("a", 0));
+        doc.documentModified = modified;
+        open("b.stl", stlText("b", 0));
+        EXPECT_FALSE(doc.documentModified);
+        doc.UndoPatch();
+        EXPECT_EQ(doc.documentModified, modified);
+    }
+}
+
+TEST_F(UndoZones, UndoAfterASaveIsAChange) {
+    open("a.dat", std::string(header) + triangleZoneText);
+    doc.SavePatchUndo();
+    doc.patchUndoReady = true;
+    doc.saveModel();
+    EXPECT_FALSE(doc.documentModified);
+    doc.UndoPatch();
+    EXPECT_TRUE(doc.documentModified);
 }
 
 TEST_F(UndoZones, SnapshotIsACopyOfItsOwn) {

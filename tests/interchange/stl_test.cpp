@@ -298,13 +298,13 @@ TEST_F(Stl, AFileThatCannotBeWrittenIsAFileError) {
     EXPECT_THROW(zSTLReader().write(folder_.path(), zRegion_fe()), FileError);
 }
 
-TEST_F(Stl, AFullDiskIsNotReported) {
+TEST_F(Stl, AFullDiskIsAFileError) {
     if (::access("/dev/full", W_OK) != 0) {
         GTEST_FAIL() << "no full device";
     }
     zRegion_fe region;
     region.blocks.push_back(zoneOf({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {{0, 1, 2}}));
-    EXPECT_NO_THROW(zSTLReader().write("/dev/full", region));
+    EXPECT_THROW(zSTLReader().write("/dev/full", region), FileError);
 }
 
 } // namespace

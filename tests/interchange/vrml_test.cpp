@@ -91,6 +91,10 @@ TEST_F(Vrml, AnotherVersionIsUnsupported) {
     }
 }
 
+TEST_F(Vrml, AVersionBeyondAllNumbersIsAValueErrorAtOnce) {
+    EXPECT_EQ(read("#VRML V" + std::string(2'000'000, '9') + ".0 utf8\n"), "Value Error: ...");
+}
+
 TEST_F(Vrml, AnotherFirstLineIsNotValid) {
     for (const char* const line :
          {"", "\n", "#VRML V2.0\n", "#VRML V2.0utf8\n", "VRML V2.0 utf8\n", " #VRML V2.0 utf8\n", "#VRML 2.0 utf8\n",

@@ -651,6 +651,10 @@ private:
         if (4 * count > most) {
             throw data();
         }
+        if (variables_.empty()) {
+            const bool noneFound[3] = {false, false, false};
+            requireCoordinates(noneFound);
+        }
         Zone zone{zoneTitle_, false, nodes_, count, 0, {}, {}};
         const std::vector<std::size_t> arrayOf = addVariables(zone);
         readValues(zone, arrayOf, nodes_);
@@ -672,10 +676,6 @@ private:
             if (zoneType_ == 3) {
                 zone.connectivity.insert(zone.connectivity.end(), {node[2] - 1, node[3] - 1, node[0] - 1, -1});
             }
-        }
-        if (variables_.empty()) {
-            const bool noneFound[3] = {false, false, false};
-            requireCoordinates(noneFound);
         }
         rebuild(zone, arrayOf);
         zones.push_back(zone);

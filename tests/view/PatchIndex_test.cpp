@@ -14,7 +14,9 @@ namespace {
 
 using Random = std::mt19937;
 
-double pick(Random& random, double low, double high) { return std::uniform_real_distribution<>(low, high)(random); }
+double pick(Random& random, double low, double high) {
+    return std::uniform_real_distribution<>(low, high)(random);
+}
 
 /// A wavy patch somewhere in a box of 10, of up to 30 by 30 points; some have collapsed borders, repeated points,
 /// whole numbers for coordinates, or a hole of no numbers.

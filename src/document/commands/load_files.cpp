@@ -58,7 +58,7 @@ bool VelmoraDoc::loadFile(const std::filesystem::path& path, const std::string& 
     if (extension == "wrl" || extension == "stl") {
         return readSurface(path);
     }
-    if (extension == "grd") {
+    if (extension == "grd" && !appendMode) {
         // Only the name matters: it lets boundary conditions be named for the grid.
         gridPath = currentPath;
         gridNamed = true;

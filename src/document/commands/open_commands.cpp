@@ -26,7 +26,9 @@ void VelmoraDoc::onNewDocument() {
         updateBounds();
         redraw();
         leaveRegimes();
-        ShowStatus(idlePrompt);
+        if (status != idlePrompt) {
+            ShowStatus(idlePrompt); // what was captured before is gone
+        }
     }
     regularInput.reset();
     if (!ui_.showRegularInput(regularInput)) {
@@ -74,6 +76,7 @@ void VelmoraDoc::keepForUndo() {
     if (holdsNothing()) {
         return;
     }
+    undoModified_ = documentModified;
     SavePatchUndo();
     patchUndoReady = true;
     rebuildOnUndo = false;
@@ -116,6 +119,7 @@ void VelmoraDoc::openFiles() {
     adoptPath(paths.front());
     loadFile(chosenPath, fileExtension);
     if (structureKind == "non") {
+        patches.clear(); // compartments without a section make no model
         ui_.showMessage(message::openCancelled);
         leaveRegimes();
         redraw();
@@ -159,6 +163,7 @@ void VelmoraDoc::onOpenDocument(const std::filesystem::path& path) {
     loadFile(chosenPath, fileExtension);
     ui_.addRecentFile(fullPath(path));
     if (structureKind == "non") {
+        patches.clear(); // compartments without a section make no model
         ui_.showMessage(message::openCancelled);
         leaveRegimes();
         redraw();

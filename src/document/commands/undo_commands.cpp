@@ -63,6 +63,7 @@ void VelmoraDoc::UndoPoint() {
         capturedSection = savedSection;
     }
     savedPatch = savedPointSection = savedPoint = savedLine = savedSection = -1;
+    documentModified = true;
     if (zones) {
         // A transformation has named the node that tells where the model stood; a point edit knows its own address.
         capturedPointPos = undoNode;
@@ -84,6 +85,8 @@ void VelmoraDoc::UndoPoint() {
 void VelmoraDoc::UndoPatch() {
     // The box of a model that was removed is gone too: the views need it anew.
     const bool modelWasGone = structureKind == "non";
+    // What a file holds is the model that goes; one that was removed knows whether its file still has it.
+    documentModified = undoPath_.empty() || undoModified_;
     if (!undoPath_.empty()) {
         // Field values belong to the model that goes, not to the one that comes back.
         fieldLoaded = fieldMode = fieldOpening = false;

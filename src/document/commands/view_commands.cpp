@@ -17,7 +17,7 @@ void VelmoraDoc::ViewFeatures() {
     }
     showBlockOnly = featuresValues.showBlockOnly;
     showFirstPoints = featuresValues.showFirstPoints;
-    showDoublePoints = featuresValues.showDoublePoints;
+    showDoublePoints = mergeValues.showDouble = featuresValues.showDoublePoints;
     showBuffer = featuresValues.showBuffer;
     showZBlockMarkers = featuresValues.showZBlockMarkers;
     redraw();

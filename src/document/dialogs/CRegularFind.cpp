@@ -6,7 +6,9 @@ namespace velmora {
 
 namespace {
 
-std::int32_t clampTo(std::int32_t number, std::int32_t maximum) { return std::max(std::min(number, maximum), 1); }
+std::int32_t clampTo(std::int32_t number, std::int32_t maximum) {
+    return std::max(std::min(number, maximum), 1);
+}
 
 /// Takes the maxima from the list, from the patch on; each number is brought into its range before the next counts.
 void clampNumbers(CRegularFind& values, const PatchList& list) {

@@ -7,7 +7,9 @@ namespace velmora {
 
 namespace {
 
-std::size_t at(std::int32_t fromOne) { return static_cast<std::size_t>(fromOne - 1); }
+std::size_t at(std::int32_t fromOne) {
+    return static_cast<std::size_t>(fromOne - 1);
+}
 
 /// A number as "%+e" writes it in the C locale.
 std::string rowText(double value) {
@@ -33,7 +35,9 @@ const char* CRegularInput::radioText(std::int32_t action) {
     return texts[at(action)];
 }
 
-std::string CRegularInput::buttonText(std::int32_t action) { return action == Find ? "Find" : radioText(action); }
+std::string CRegularInput::buttonText(std::int32_t action) {
+    return action == Find ? "Find" : radioText(action);
+}
 
 void CRegularInput::reset() {
     typed = buffer = {};

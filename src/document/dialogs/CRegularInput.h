@@ -37,8 +37,8 @@ public:
 
     explicit CRegularInput(PatchList& list) : regularPatches(list) {}
 
-    zVec<double> typed;  ///< fields X, Y, Z
-    std::int32_t K = 1;  ///< patch, line and point, from 1; M is 0 while there is no point
+    zVec<double> typed; ///< fields X, Y, Z
+    std::int32_t K = 1; ///< patch, line and point, from 1; M is 0 while there is no point
     std::int32_t N = 1;
     std::int32_t M = 0;
     zVec<double> buffer; ///< fields Buffer X, Y, Z

@@ -1,0 +1,119 @@
+#include <algorithm>
+
+#include "VelmoraDoc.h"
+#include "messages.h"
+#include "patch_curves.h"
+#include "rebreak_part.h"
+
+namespace velmora {
+
+namespace {
+
+/// What happened to the sections that were to be rebuilt.
+struct PartsOutcome {
+    std::int32_t zeroLength = -1; ///< the first section whose stretch has no length
+    std::int32_t unfitted = -1;   ///< the first section for which no compression fits
+    bool capturedRebuilt = false;
+};
+
+PartLaw lawOf(const CRebreakPart& values) {
+    PartLaw law;
+    law.spline = values.function == 1;
+    law.fit = values.style == 2;
+    law.after = values.position == 2;
+    law.exactness = values.exactness;
+    law.newCount = values.newCount;
+    law.compression = values.compression;
+    law.firstPoint = values.firstPoint;
+    law.lastPoint = values.lastPoint;
+    law.keepGrid = values.lineMode;
+    return law;
+}
+
+PartsOutcome rebuildParts(Patch& patch, std::int32_t captured, const CRebreakPart& values) {
+    PartRebreaker rebreaker(lawOf(values));
+    PartsOutcome outcome;
+    const bool all = values.regime == 2;
+    const std::int32_t end = all ? countOf(patch) : std::min(captured + 1, countOf(patch));
+    for (std::int32_t v = all ? 0 : std::max(captured, 0); v < end; ++v) {
+        const PartResult result = rebreaker.rebuild(patch[static_cast<std::size_t>(v)]);
+        if (!result.hasLength && outcome.zeroLength < 0) {
+            outcome.zeroLength = v;
+        }
+        if (!result.fitted && outcome.unfitted < 0) {
+            outcome.unfitted = v;
+        }
+        outcome.capturedRebuilt = outcome.capturedRebuilt || (v == captured && result.rebuilt);
+    }
+    return outcome;
+}
+
+void tellOutcome(UserInterface& ui, const PartsOutcome& outcome) {
+    const bool unfittedFirst = outcome.unfitted >= 0 && outcome.unfitted < outcome.zeroLength;
+    if (unfittedFirst) {
+        ui.showMessage(message::partsDoNotFit);
+    }
+    if (outcome.zeroLength >= 0) {
+        ui.showMessage(message::zeroLengthLine(outcome.zeroLength + 1));
+    }
+    if (outcome.unfitted >= 0 && !unfittedFirst) {
+        ui.showMessage(message::partsDoNotFit);
+    }
+}
+
+/// The fit needs two steps that stay beyond the stretch.
+bool tooCloseToFit(const CRebreakPart& values) {
+    return values.style == 2 && (values.pointNumber < 3 || values.pointNumber > values.curveLength - 3);
+}
+
+} // namespace
+
+/// False when there is no captured curve with the point on it.
+bool VelmoraDoc::prepareRebreakPart() {
+    const bool lines = lineCaptured;
+    const PointList* section = sectionAt(capturedPatch, lines ? 0 : capturedSection);
+    if (structureKind != "str" || section == nullptr) {
+        return false;
+    }
+    const Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
+    CRebreakPart& values = rebreakPartValues;
+    values.lineMode = lines;
+    values.isApt = fileKind == "apt";
+    values.pointNumber = (lines ? capturedPointSection : capturedPoint) + 1;
+    values.curveLength = lines ? countOf(patch) : countOf(*section);
+    fillStretch(values);
+    return values.pointNumber >= 1 && values.pointNumber <= values.curveLength && (!lines || isGrid(patch));
+}
+
+void VelmoraDoc::RebreakPart() {
+    if (!prepareRebreakPart() || !showDialog(rebreakPartValues)) {
+        return;
+    }
+    if (tooCloseToFit(rebreakPartValues)) {
+        ui_.showMessage(message::fitImpossible);
+        return;
+    }
+    SavePatchUndo();
+    SavePointUndo();
+    patchUndoReady = pointUndoReady = true;
+    rebuildOnUndo = false;
+    rememberPointAddress();
+    const bool lines = lineCaptured;
+    if (lines) {
+        turnCapturedPatch();
+    }
+    const PartsOutcome outcome =
+        rebuildParts(patches[static_cast<std::size_t>(capturedPatch)], capturedSection, rebreakPartValues);
+    // Before the point the stretch may have got longer: the same place has another number.
+    if (rebreakPartValues.position == 1 && outcome.capturedRebuilt) {
+        capturedPoint = rebreakPartValues.newCount - 1;
+    }
+    if (lines) {
+        turnCapturedPatch();
+    }
+    tellOutcome(ui_, outcome);
+    retitle();
+    redraw();
+}
+
+} // namespace velmora

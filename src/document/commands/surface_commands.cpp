@@ -1,0 +1,176 @@
+#include <algorithm>
+#include <utility>
+
+#include "VelmoraDoc.h"
+#include "coons_rebuild.h"
+#include "correct_line.h"
+#include "interpolate_section.h"
+#include "messages.h"
+#include "patch_curves.h"
+#include "smooth_patch.h"
+
+namespace velmora {
+
+// Commands that rebuild the inside of whole patches, or move one curve inside of a patch.
+
+std::vector<std::int32_t> VelmoraDoc::chosenPatches() const {
+    const std::int32_t count = countOf(patches);
+    std::vector<bool> chosen(patches.size(), blockCount < 1);
+    std::for_each(blockList.begin(), blockList.begin() + blockCount, [&chosen, count](std::int32_t k) {
+        if (k >= 0 && k < count) {
+            chosen[static_cast<std::size_t>(k)] = true;
+        }
+    });
+    std::vector<std::int32_t> numbers;
+    for (std::int32_t k = 0; k < count; ++k) {
+        if (chosen[static_cast<std::size_t>(k)]) {
+            numbers.push_back(k);
+        }
+    }
+    return numbers;
+}
+
+void VelmoraDoc::turnCapturedPatch() {
+    if (capturedPatch >= 0 && capturedPatch < countOf(patches) && (blockCount < 1 || inBlock(capturedPatch))) {
+        Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
+        if (isGrid(patch)) {
+            patch = transposed(patch);
+        }
+    }
+    if (pointCaptured || freePointHeld) {
+        std::swap(capturedPoint, capturedPointSection);
+        takeCapturedPosition();
+        pickedPoint = capturedPointPos;
+    }
+    if (sectionCaptured) {
+        sectionCaptured = false;
+        lineCaptured = true;
+        capturedLine = std::exchange(capturedSection, -1);
+    } else if (lineCaptured) {
+        lineCaptured = false;
+        sectionCaptured = true;
+        capturedSection = std::exchange(capturedLine, -1);
+    }
+}
+
+void VelmoraDoc::CoonsRebuild() {
+    SavePatchUndo();
+    patchUndoReady = true;
+    rebuildOnUndo = false;
+    for (const std::int32_t k : chosenPatches()) {
+        coonsRebuild(patches[static_cast<std::size_t>(k)]);
+    }
+    redraw();
+}
+
+void VelmoraDoc::SmoothGeometry() {
+    if (!showDialog(smoothValues)) {
+        return;
+    }
+    SavePatchUndo();
+    patchUndoReady = true;
+    rebuildOnUndo = false;
+    bool spline = smoothValues.function == 1;
+    for (const std::int32_t k : chosenPatches()) {
+        Patch& patch = patches[static_cast<std::size_t>(k)];
+        if (smoothValues.regime == 2 || smoothValues.regime == 4) {
+            smoothLines(patch, spline);
+        }
+        if (smoothValues.regime != 2) {
+            smoothSections(patch, spline);
+        }
+        if (smoothValues.regime == 3) {
+            smoothLines(patch, spline);
+        }
+    }
+    smoothValues.function = spline ? 1 : 2; // coincident points turn it to Linear, for the next call too
+    redraw();
+}
+
+// ---- One curve ------------------------------------------------------------------------------------------------------
+
+void VelmoraDoc::Interpolate() {
+    interpolateValues.pointClipboardFull = pointClipboardFull;
+    if (!showDialog(interpolateValues)) {
+        return;
+    }
+    SavePatchUndo();
+    patchUndoReady = true;
+    rebuildOnUndo = false;
+    const bool lines = lineCaptured;
+    const bool exists =
+        sectionAt(capturedPatch, 0) != nullptr && (!lines || isGrid(patches[static_cast<std::size_t>(capturedPatch)]));
+    if (!exists) {
+        return;
+    }
+    if (lines) {
+        turnCapturedPatch();
+    }
+    Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
+    const Interpolation outcome = interpolateValues.fitToBuffer
+                                      ? interpolateToPoint(patch, capturedSection, pointClipboard)
+                                      : interpolateSection(patch, capturedSection, interpolateValues.coefficient);
+    if (lines) {
+        turnCapturedPatch();
+    }
+    switch (outcome) {
+    case Interpolation::Done:
+        redraw();
+        break;
+    case Interpolation::TooFewSections:
+        ui_.showMessage(message::fewSectionsToInterpolate);
+        break;
+    case Interpolation::TooFar:
+        ui_.showMessage(message::interpolationTooFar);
+        break;
+    case Interpolation::DoubleLine:
+        ui_.showMessage(message::interpolationDoubleLine);
+        break;
+    case Interpolation::NotMoved:
+        break;
+    }
+}
+
+void VelmoraDoc::CorrectLine() {
+    SavePatchUndo();
+    SavePointUndo();
+    patchUndoReady = pointUndoReady = true;
+    rebuildOnUndo = false;
+    rememberPointAddress();
+    if (sectionAt(capturedPatch, 0) == nullptr || !isGrid(patches[static_cast<std::size_t>(capturedPatch)])) {
+        return;
+    }
+    const bool sections = sectionCaptured;
+    if (sections) {
+        turnCapturedPatch();
+    }
+    const bool corrected = correctCapturedLine();
+    if (sections) {
+        turnCapturedPatch();
+    }
+    if (corrected) {
+        redraw();
+    }
+}
+
+/// Shows the dialog and bends the captured line. False leaves model and capture as they were.
+bool VelmoraDoc::correctCapturedLine() {
+    if (capturedPoint == capturedLine) {
+        ui_.showMessage(message::correctionHasNoAction);
+        return false;
+    }
+    Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
+    correctLineValues = {capturedLine + 1, lineCount(patch) - capturedLine, CCorrectLine().power};
+    if (!showDialog(correctLineValues)) {
+        return false;
+    }
+    const CCorrectLine& v = correctLineValues;
+    if (!correctLine(patch, capturedPointSection,
+                     {capturedPoint, capturedLine, v.linesBefore, v.linesAfter, v.power})) {
+        return false;
+    }
+    capturedLine = capturedPoint = v.linesBefore - 1;
+    return true;
+}
+
+} // namespace velmora

@@ -1,0 +1,17 @@
+#include "CCorrectLine.h"
+
+namespace velmora {
+
+DialogForm describe(CCorrectLine& values) {
+    DialogForm form;
+    form.name = "CCorrectLine";
+    form.title = "Line correct";
+    form.fields = {
+        integerField("linesBefore", "Numder of lines before ", values.linesBefore, 1, 10000000),
+        integerField("linesAfter", "Number of lines after", values.linesAfter, 1, 10000000),
+        realField("power", "Power ", values.power, 0.1, 10),
+    };
+    return form;
+}
+
+} // namespace velmora

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+
+#include "DialogForm.h"
+
+namespace velmora {
+
+/// How a line is bent through a point. The command sets the values anew for each run.
+struct CCorrectLine {
+    std::int32_t linesBefore = 1; ///< lines up to the corrected one, itself included
+    std::int32_t linesAfter = 1;  ///< lines from the corrected one on, itself included
+    double power = 0.65;          ///< how the bend fades out along the line
+};
+
+/// The form over `values`, which must outlive it.
+DialogForm describe(CCorrectLine& values);
+
+} // namespace velmora

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+
+#include "DialogForm.h"
+
+namespace velmora {
+
+/// Parameters of Rebreak part: how the points on one side of the captured point are spaced anew. Numbers count from 1.
+struct CRebreakPart {
+    std::int32_t regime = 1;   ///< 1 the captured curve, 2 all curves of the patch
+    std::int32_t function = 1; ///< 1 spline, 2 linear
+    std::int32_t style = 1;    ///< 1 geometric spacing, 2 the same, running on into the points that stay
+    std::int32_t position = 1; ///< 1 the stretch before the point, 2 after it
+    std::int32_t exactness = 0;
+    std::int32_t newCount = 2;
+    double compression = 1.0; ///< last step divided by first step
+    std::int32_t firstPoint = 1;
+    std::int32_t lastPoint = 1;
+
+    // Set by the command before the dialog opens.
+    bool lineMode = false;        ///< the curves are lines
+    bool isApt = false;           ///< the model is a regular grid
+    std::int32_t pointNumber = 1; ///< of the captured point along the curve
+    std::int32_t curveLength = 1; ///< points of the captured curve
+};
+
+/// Sets the stretch on the side of the point that is chosen, and the number of points that it has.
+void fillStretch(CRebreakPart& values);
+
+/// The form over `values`, which must outlive it.
+DialogForm describe(CRebreakPart& values);
+
+} // namespace velmora

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+
+#include "DialogForm.h"
+
+namespace velmora {
+
+/// How patches are smoothed.
+struct CSmooth {
+    std::int32_t regime = 1;   ///< 1 sections, 2 lines, 3 sections then lines, 4 lines then sections
+    std::int32_t function = 1; ///< 1 spline, 2 linear
+};
+
+/// The form over `values`, which must outlive it.
+DialogForm describe(CSmooth& values);
+
+} // namespace velmora

@@ -1,0 +1,373 @@
+#include "document_fixture.h"
+
+namespace velmora::test {
+
+namespace {
+
+using testing::Contains;
+using testing::DoubleNear;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using testing::Pointwise;
+using Fields = std::vector<std::pair<std::string, std::string>>;
+
+class RebreakPart : public DocumentTest {
+protected:
+    /// A section with one of its points, as the user captures them.
+    void captureOnSection(std::int32_t section, std::int32_t point) {
+        captureSection(0, section);
+        capturePoint(0, section, point);
+    }
+    void captureOnLine(std::int32_t line, std::int32_t section) {
+        captureLine(0, line);
+        capturePoint(0, section, line);
+    }
+
+    void rebreakPart(const Fields& fields) {
+        ui.dialogs.push_back(fields);
+        doc.RebreakPart();
+    }
+
+    /// What the dialog shows as it opens, "key=value"; it is then cancelled.
+    Lines shown() {
+        Lines values;
+        ui.onDialog = [&values](DialogForm& form) {
+            for (const DialogField& field : form.fields) {
+                values.push_back(field.key + "=" + fieldText(field));
+            }
+        };
+        doc.RebreakPart();
+        ui.onDialog = nullptr;
+        return values;
+    }
+
+    std::vector<double> lineHeights(std::size_t line) const {
+        std::vector<double> heights;
+        for (const PointList& section : doc.patches[0]) {
+            heights.push_back(section[line].y);
+        }
+        return heights;
+    }
+};
+
+/// The dialog over point 4 of a curve of 10 points in a regular model.
+struct RebreakPartDialog : testing::Test {
+    RebreakPartDialog() {
+        values.isApt = true;
+        values.pointNumber = 4;
+        values.curveLength = 10;
+        fillStretch(values);
+    }
+
+    void open() {
+        form = describe(values);
+        openDialog(form);
+    }
+    void set(const char* key, const char* text) {
+        const auto refusal = setField(form, key, text);
+        ASSERT_FALSE(refusal.has_value()) << key << ": " << refusal->message;
+    }
+    bool on(const char* key) const { return form.find(key)->on; }
+    void expectStretch(std::int32_t first, std::int32_t last, std::int32_t count) const {
+        EXPECT_EQ(values.firstPoint, first);
+        EXPECT_EQ(values.lastPoint, last);
+        EXPECT_EQ(values.newCount, count);
+    }
+
+    CRebreakPart values;
+    DialogForm form;
+};
+
+} // namespace
+
+// ---- The dialog -----------------------------------------------------------------------------------------------------
+
+TEST_F(RebreakPartDialog, ChoosingASideRefillsTheStretchAndTheCount) {
+    open();
+    expectStretch(1, 4, 4);
+    set("newCount", "50");
+    set("position", "2");
+    expectStretch(4, 10, 7);
+    set("newCount", "50");
+    set("position", "1");
+    expectStretch(1, 4, 4);
+}
+
+TEST_F(RebreakPartDialog, ChoosingFitRefillsTheStretchAndTheCount) {
+    open();
+    set("position", "2");
+    set("newCount", "50");
+    set("style", "2");
+    expectStretch(4, 10, 7);
+    set("newCount", "20");
+    EXPECT_EQ(values.newCount, 20);
+    set("style", "1");
+    EXPECT_EQ(values.newCount, 20);
+}
+
+TEST_F(RebreakPartDialog, NeverLetsTheStretchBeTyped) {
+    open();
+    EXPECT_TRUE(setField(form, "firstPoint", "2").has_value());
+    EXPECT_TRUE(setField(form, "lastPoint", "3").has_value());
+}
+
+TEST_F(RebreakPartDialog, HasTheCountOffForASingleLine) {
+    values.lineMode = true;
+    open();
+    EXPECT_FALSE(on("newCount"));
+    set("regime", "2");
+    EXPECT_TRUE(on("newCount"));
+    set("newCount", "9");
+    set("regime", "1");
+    EXPECT_FALSE(on("newCount"));
+    EXPECT_EQ(values.newCount, 4);
+}
+
+TEST_F(RebreakPartDialog, HasTheCountOnForSections) {
+    open();
+    EXPECT_TRUE(on("newCount"));
+    set("regime", "2");
+    EXPECT_TRUE(on("newCount"));
+}
+
+TEST_F(RebreakPartDialog, HasExactnessOnWithSplineOnlyAndCompressionAlways) {
+    open();
+    EXPECT_TRUE(on("exactness"));
+    set("function", "2");
+    set("style", "2");
+    EXPECT_FALSE(on("exactness"));
+    EXPECT_TRUE(on("compression"));
+}
+
+TEST_F(RebreakPartDialog, OfASklModelFallsBackToTheCapturedSection) {
+    values.isApt = false;
+    values.regime = 2;
+    open();
+    EXPECT_EQ(values.regime, 1);
+    EXPECT_FALSE(form.find("regime")->choiceOn[1]);
+    EXPECT_TRUE(setField(form, "regime", "2").has_value());
+}
+
+// ---- Preparing ------------------------------------------------------------------------------------------------------
+
+TEST_F(RebreakPart, OpensWithTheStretchUpToThePoint) {
+    hold({flatPatch(6, 9)});
+    captureOnSection(2, 3);
+    EXPECT_THAT(shown(), ElementsAre("regime=1", "function=1", "style=1", "position=1", "exactness=0", "newCount=4",
+                                     "compression=1", "firstPoint=1", "lastPoint=4"));
+    EXPECT_FALSE(doc.rebreakPartValues.lineMode);
+}
+
+TEST_F(RebreakPart, OpensWithTheStretchBehindThePointWhereAfterWasChosenLast) {
+    hold({flatPatch(6, 9)});
+    doc.rebreakPartValues.position = 2;
+    captureOnSection(2, 3);
+    EXPECT_THAT(shown(), testing::IsSupersetOf({"position=2", "newCount=6", "firstPoint=4", "lastPoint=9"}));
+}
+
+TEST_F(RebreakPart, InLineRegimeCountsSections) {
+    hold({flatPatch(6, 9)});
+    captureOnLine(7, 3);
+    EXPECT_THAT(shown(), testing::IsSupersetOf({"newCount=4", "firstPoint=1", "lastPoint=4"}));
+    doc.rebreakPartValues.position = 2;
+    EXPECT_THAT(shown(), testing::IsSupersetOf({"newCount=3", "firstPoint=4", "lastPoint=6"}));
+}
+
+TEST_F(RebreakPart, DoesNothingWithoutAStructuredModelOrACapture) {
+    hold({flatPatch(3, 3)});
+    captureOnSection(1, 1);
+    doc.structureKind = "uns";
+    doc.RebreakPart();
+    doc.structureKind = "str";
+    for (const auto& [patch, section, point] : {std::tuple{-1, 1, 1}, {1, 1, 1}, {0, 3, 1}, {0, 1, -1}, {0, 1, 3}}) {
+        doc.capturedPatch = patch;
+        doc.capturedSection = section;
+        doc.capturedPoint = point;
+        doc.RebreakPart();
+    }
+    EXPECT_THAT(heard(), IsEmpty());
+    EXPECT_FALSE(doc.documentModified);
+}
+
+TEST_F(RebreakPart, CancelledChangesNothing) {
+    hold({flatPatch(3, 6)});
+    captureOnSection(1, 3);
+    const PatchList before = doc.patches;
+    doc.RebreakPart();
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_FALSE(doc.patchUndoReady || doc.pointUndoReady || doc.documentModified);
+}
+
+// ---- Running --------------------------------------------------------------------------------------------------------
+
+TEST_F(RebreakPart, BeforeMovesTheNumberOfThePointWithItsPlace) {
+    hold({flatPatch(3, 9)});
+    captureOnSection(1, 4);
+    const PatchList before = doc.patches;
+    doc.rebuildOnUndo = true;
+    rebreakPart({{"function", "2"}, {"newCount", "9"}});
+    EXPECT_THAT(coordinates(doc.patches[0][1]),
+                Pointwise(DoubleNear(1e-12), {0.0, 0.5, 1.0, 1.5, 2.0, 2.5, 3.0, 3.5, 4.0, 5.0, 6.0, 7.0, 8.0}));
+    EXPECT_EQ(doc.capturedPoint, 8);
+    EXPECT_EQ(*doc.pointAt(0, 1, 8), doc.capturedPointPos);
+    EXPECT_EQ(doc.patches[0][0], before[0][0]);
+    EXPECT_EQ(doc.undoPatches, before);
+    EXPECT_EQ(doc.pointUndoPatches, before);
+    EXPECT_TRUE(doc.patchUndoReady && doc.pointUndoReady);
+    EXPECT_FALSE(doc.rebuildOnUndo);
+    EXPECT_EQ(doc.savedPatch, 0);
+    EXPECT_EQ(doc.savedPointSection, 1);
+    EXPECT_EQ(doc.savedPoint, 4);
+    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.documentTitle, "wing.skl");
+    EXPECT_THAT(heard(), ElementsAre("dialog: CRebreakPart -> ok", "title: wing.skl"));
+    EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set section", "set point"));
+}
+
+TEST_F(RebreakPart, AfterKeepsTheNumberOfThePoint) {
+    hold({flatPatch(3, 9)});
+    captureOnSection(1, 6);
+    rebreakPart({{"function", "2"}, {"position", "2"}, {"newCount", "5"}});
+    EXPECT_THAT(coordinates(doc.patches[0][1]),
+                Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 6.5, 7.0, 7.5, 8.0}));
+    EXPECT_EQ(doc.capturedPoint, 6);
+}
+
+TEST_F(RebreakPart, OfAllSectionsKeepsTheModelRegular) {
+    hold({flatPatch(3, 9), flatPatch(2, 2)});
+    captureOnSection(1, 4);
+    rebreakPart({{"regime", "2"}, {"newCount", "9"}});
+    EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{13, 13, 13}));
+    EXPECT_EQ(doc.patches[1], flatPatch(2, 2));
+    EXPECT_EQ(doc.fileKind, "apt");
+}
+
+TEST_F(RebreakPart, UndonePointBringsModelAndAddressBack) {
+    hold({flatPatch(3, 9)});
+    captureOnSection(1, 4);
+    const PatchList before = doc.patches;
+    rebreakPart({{"newCount", "9"}});
+    doc.UndoPoint();
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_EQ(doc.capturedPoint, 4);
+    EXPECT_EQ(doc.documentTitle, "wing.apt");
+}
+
+TEST_F(RebreakPart, OfALineRespacesItsSectionsAndKeepsTheGrid) {
+    Patch patch = flatPatch(5, 3);
+    patch[1][1].y = 0.25;
+    hold({patch});
+    captureOnLine(1, 2);
+    rebreakPart({{"function", "2"}});
+    EXPECT_THAT(lineHeights(1), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 4.0}));
+    EXPECT_TRUE(doc.lineCaptured);
+    EXPECT_FALSE(doc.sectionCaptured);
+    EXPECT_EQ(doc.capturedLine, 1);
+    EXPECT_EQ(doc.capturedSection, -1);
+    EXPECT_EQ(doc.capturedPoint, 1);
+    EXPECT_EQ(doc.capturedPointSection, 2);
+    EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set line", "set point"));
+}
+
+TEST_F(RebreakPart, OfAllLinesChangesTheNumberOfSectionsAndMovesThePointsOwn) {
+    hold({flatPatch(5, 3)});
+    captureOnLine(1, 2);
+    rebreakPart({{"regime", "2"}, {"function", "2"}, {"newCount", "5"}});
+    EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>(7, 3)));
+    EXPECT_THAT(lineHeights(0), Pointwise(DoubleNear(1e-12), {0.0, 0.5, 1.0, 1.5, 2.0, 3.0, 4.0}));
+    EXPECT_EQ(doc.capturedPointSection, 4);
+    EXPECT_EQ(doc.capturedPoint, 1);
+    EXPECT_EQ(doc.capturedPointPos, (zVec<double>{1, 2, 0}));
+    EXPECT_EQ(doc.fileKind, "apt");
+}
+
+TEST_F(RebreakPart, OfALineInAPatchOutsideTheZBlockWorksOnTheSectionOfThatNumber) {
+    hold({flatPatch(6, 4), flatPatch(2, 2)});
+    captureOnLine(1, 2);
+    addToBlock(1);
+    const PatchList before = doc.patches;
+    rebreakPart({{"function", "2"}, {"compression", "2"}});
+    EXPECT_NE(doc.patches[0][1], before[0][1]);
+    EXPECT_EQ(doc.patches[0][2], before[0][2]);
+    EXPECT_EQ(doc.capturedLine, 1);
+    EXPECT_TRUE(doc.lineCaptured);
+}
+
+// ---- Messages -------------------------------------------------------------------------------------------------------
+
+TEST_F(RebreakPart, FitTooCloseToTheBorderStopsBeforeTheSnapshot) {
+    for (const std::int32_t point : {1, 6, 7}) { // numbers 2, 7 and 8 of 9: below 3 or above 6
+        hold({flatPatch(3, 9)});
+        captureOnSection(1, point);
+        const PatchList before = doc.patches;
+        rebreakPart({{"style", "2"}});
+        EXPECT_THAT(heard(), ElementsAre("dialog: CRebreakPart -> ok",
+                                         "message: Regime FIT is impossible. Point is too close to the border"));
+        EXPECT_EQ(doc.patches, before);
+        EXPECT_FALSE(doc.patchUndoReady || doc.pointUndoReady);
+    }
+}
+
+TEST_F(RebreakPart, FitAtTheThirdPointAndAtTheThirdFromTheEndButOneIsAllowed) {
+    for (const std::int32_t point : {2, 5}) {
+        hold({flatPatch(3, 9)});
+        captureOnSection(1, point);
+        rebreakPart({{"style", "2"}});
+        EXPECT_THAT(heard(), ElementsAre("dialog: CRebreakPart -> ok"));
+        doc.pointUndoReady = false;
+    }
+}
+
+TEST_F(RebreakPart, FitThatFailsSaysSoOnceAndRebuilds) {
+    hold({flatPatch(4, 9)});
+    captureOnSection(1, 4);
+    rebreakPart({{"regime", "2"}, {"style", "2"}, {"compression", "4"}, {"newCount", "3"}});
+    // Two steps over a length of 4 never end on a step of 1 with the last one the longer.
+    EXPECT_THAT(heard(), ElementsAre("dialog: CRebreakPart -> ok", "message: It is impossible to fit parts"));
+    EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>(4, 7)));
+}
+
+TEST_F(RebreakPart, AStretchOfOnePointSaysWhichSectionAndLeavesIt) {
+    hold({flatPatch(3, 5)});
+    captureOnSection(1, 0);
+    const PatchList before = doc.patches;
+    rebreakPart({{"newCount", "4"}});
+    EXPECT_THAT(heard(),
+                ElementsAre("dialog: CRebreakPart -> ok", "message: Line  2  is of zero length. APT may be violated"));
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_EQ(doc.capturedPoint, 0);
+    EXPECT_TRUE(doc.patchUndoReady);
+}
+
+TEST_F(RebreakPart, SectionsOfNoLengthStayAndTheFirstIsNamedOnce) {
+    Patch patch = flatPatch(4, 6);
+    for (const std::size_t n : {1U, 2U}) {
+        patch[n][1] = patch[n][2] = patch[n][0];
+    }
+    hold({patch});
+    captureOnSection(0, 2);
+    rebreakPart({{"regime", "2"}, {"newCount", "5"}});
+    EXPECT_EQ(heard()[1], "message: Line  2  is of zero length. APT may be violated");
+    EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{8, 6, 6, 8}));
+    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.capturedPoint, 4);
+}
+
+TEST_F(RebreakPart, LinesOfNoLengthAreNamedAndTheGridStaysWhole) {
+    Patch patch = flatPatch(6, 4);
+    patch[1][2] = patch[2][2] = patch[0][2];
+    hold({patch});
+    captureOnLine(0, 2);
+    rebreakPart({{"regime", "2"}, {"newCount", "5"}});
+    EXPECT_THAT(heard(),
+                ElementsAre("dialog: CRebreakPart -> ok", "message: Line  3  is of zero length. APT may be violated"));
+    EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>(8, 4)));
+    for (std::size_t n = 0; n < 5; ++n) {
+        EXPECT_EQ(doc.patches[0][n][2], patch[0][2]);
+    }
+    EXPECT_EQ(doc.patches[0][5][2], patch[3][2]);
+    EXPECT_EQ(doc.fileKind, "apt");
+}
+
+} // namespace velmora::test

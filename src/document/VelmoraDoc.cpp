@@ -38,15 +38,20 @@ void VelmoraDoc::showIdlePrompt() {
 }
 
 std::vector<std::string> VelmoraDoc::dialogNames() {
-    return {"Cduplicate", "CRebreak",     "CInputPatch",  "CInputSection", "CInputLine",
-            "CFeatures",  "CBeforeAfter", "dlgEditPoint", "dlgViewing",    "CRegularFind"};
+    return {"Cduplicate",         "CRebreak",     "CInputPatch",    "CInputSection", "CInputLine",
+            "CFeatures",          "CBeforeAfter", "dlgEditPoint",   "dlgViewing",    "CRegularFind",
+            "CScaling",           "CBlockMove",   "CBlockRotate",   "CFlipBlock",    "CSymmetricBlock",
+            "CLast_First_switch", "CFirstPoint",  "CExtrapolation", "CPrescribe"};
 }
 
 std::optional<DialogForm> VelmoraDoc::storedDialog(std::string_view name) {
-    DialogForm forms[] = {describe(duplicateValues),    describe(rebreakValues),   describe(inputPatchValues),
-                          describe(inputSectionValues), describe(inputLineValues), describe(featuresValues),
-                          describe(beforeAfterValues),  describe(editPointValues), describe(viewingValues),
-                          describe(regularFindValues)};
+    DialogForm forms[] = {describe(duplicateValues),    describe(rebreakValues),    describe(inputPatchValues),
+                          describe(inputSectionValues), describe(inputLineValues),  describe(featuresValues),
+                          describe(beforeAfterValues),  describe(editPointValues),  describe(viewingValues),
+                          describe(regularFindValues),  describe(scalingValues),    describe(moveValues),
+                          describe(rotateValues),       describe(flipValues),       describe(symmetricValues),
+                          describe(lastFirstValues),    describe(firstPointValues), describe(extrapolationValues),
+                          describe(prescribeValues)};
     for (DialogForm& form : forms) {
         if (form.name == name) {
             return std::move(form);

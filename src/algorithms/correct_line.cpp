@@ -5,6 +5,7 @@
 
 #include "distance.h"
 #include "patch_curves.h"
+#include "patch_order.h"
 
 namespace velmora {
 
@@ -132,10 +133,10 @@ bool correctLine(Patch& patch, std::int32_t section, const LineBend& bend) {
         bendFromSection(patch, section, bend);
         return true;
     }
-    reversePoints(patch);
+    reverseLines(patch);
     bendFromSection(patch, section,
                     {points - 1 - bend.point, points - 1 - bend.line, bend.after, bend.before, bend.power});
-    reversePoints(patch);
+    reverseLines(patch);
     return true;
 }
 

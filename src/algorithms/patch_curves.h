@@ -56,11 +56,4 @@ private:
 using PatchCurve = CurveOf<Patch>;
 using ConstPatchCurve = CurveOf<const Patch>;
 
-/// The patch with sections and lines exchanged: point j of section i becomes point i of section j. `patch` must be a
-/// grid.
-Patch transposed(const Patch& patch);
-
-/// Reverses the order of the points of every section.
-void reversePoints(Patch& patch);
-
 } // namespace velmora

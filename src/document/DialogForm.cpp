@@ -218,6 +218,9 @@ std::optional<DialogRefusal> setField(DialogForm& form, std::string_view key, st
 }
 
 std::optional<DialogRefusal> acceptDialog(DialogForm& form) {
+    if (!form.okOn) {
+        return DialogRefusal{};
+    }
     for (const DialogField& field : form.fields) {
         const bool isNumber = field.kind == FieldKind::Integer || field.kind == FieldKind::Real;
         if (isNumber && field.on && !field.readOnly && !inRange(field, numberOf(field))) {

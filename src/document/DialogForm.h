@@ -42,6 +42,7 @@ struct DialogForm {
     std::string title; ///< window title
     std::vector<DialogField> fields;
     std::vector<std::string> notices; ///< fixed lines of text under the fields
+    bool okOn = true;                 ///< OK can be pressed
     std::string focus;                ///< the field that has the focus on opening; empty: the first that is live
 
     /// Brings live states and dependent values up to date. Called with an empty key as the dialog opens and with the
@@ -74,7 +75,8 @@ void openDialog(DialogForm& form);
 /// refusal. Refused: no such field, a field or choice that is off or read-only, no number, out of range.
 std::optional<DialogRefusal> setField(DialogForm& form, std::string_view key, std::string_view text);
 
-/// Presses OK: the ranges of all live fields in order, then the dialog's own tests. Empty when the dialog may close.
+/// Presses OK, if it is on: the ranges of all live fields in order, then the dialog's own tests. Empty when the dialog
+/// may close.
 std::optional<DialogRefusal> acceptDialog(DialogForm& form);
 
 /// A field's value as text: integers and radio choices in decimal, reals with the digits that give the same double

@@ -38,16 +38,22 @@ void VelmoraDoc::showIdlePrompt() {
 }
 
 std::vector<std::string> VelmoraDoc::dialogNames() {
-    return {"Cduplicate",   "CRebreak",     "CInputPatch",  "CInputSection", "CInputLine",
-            "CFeatures",    "CBeforeAfter", "dlgEditPoint", "dlgViewing",    "CRegularFind",
-            "CRebreakPart", "CMerge",       "CSmooth",      "CInterpolate",  "CCorrectLine"};
+    return {"Cduplicate",   "CRebreak",       "CInputPatch",     "CInputSection",
+            "CInputLine",   "CFeatures",      "CBeforeAfter",    "dlgEditPoint",
+            "dlgViewing",   "CRegularFind",   "CScaling",        "CBlockMove",
+            "CBlockRotate", "CFlipBlock",     "CSymmetricBlock", "CLast_First_switch",
+            "CFirstPoint",  "CExtrapolation", "CPrescribe",      "CRebreakPart",
+            "CMerge",       "CSmooth",        "CInterpolate",    "CCorrectLine"};
 }
 
 std::optional<DialogForm> VelmoraDoc::storedDialog(std::string_view name) {
     DialogForm forms[] = {describe(duplicateValues),    describe(rebreakValues),     describe(inputPatchValues),
                           describe(inputSectionValues), describe(inputLineValues),   describe(featuresValues),
                           describe(beforeAfterValues),  describe(editPointValues),   describe(viewingValues),
-                          describe(regularFindValues),  describe(rebreakPartValues), describe(mergeValues),
+                          describe(regularFindValues),  describe(scalingValues),     describe(moveValues),
+                          describe(rotateValues),       describe(flipValues),        describe(symmetricValues),
+                          describe(lastFirstValues),    describe(firstPointValues),  describe(extrapolationValues),
+                          describe(prescribeValues),    describe(rebreakPartValues), describe(mergeValues),
                           describe(smoothValues),       describe(interpolateValues), describe(correctLineValues)};
     for (DialogForm& form : forms) {
         if (form.name == name) {

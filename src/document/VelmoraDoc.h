@@ -10,14 +10,22 @@
 #include <vector>
 
 #include "CBeforeAfter.h"
+#include "CBlockMove.h"
+#include "CBlockRotate.h"
 #include "CCorrectLine.h"
+#include "CExtrapolation.h"
 #include "CFeatures.h"
+#include "CFirstPoint.h"
+#include "CFlipBlock.h"
 #include "CInterpolate.h"
+#include "CLast_First_switch.h"
 #include "CMerge.h"
+#include "CPrescribe.h"
 #include "CRebreak.h"
 #include "CRebreakPart.h"
 #include "CRegularFind.h"
 #include "CRegularInput.h"
+#include "CScaling.h"
 #include "CSmooth.h"
 #include "Cduplicate.h"
 #include "DocumentView.h"
@@ -26,6 +34,7 @@
 #include "dlgEditPoint.h"
 #include "dlgViewing.h"
 #include "input_dialogs.h"
+#include "section_edits.h"
 #include "zRegion.h"
 
 namespace velmora {
@@ -194,6 +203,15 @@ public:
     CCorrectLine correctLineValues;
     CBeforeAfter beforeAfterValues;
     Cduplicate duplicateValues;
+    CScaling scalingValues;
+    CBlockMove moveValues;
+    CBlockRotate rotateValues;
+    CFlipBlock flipValues;
+    CSymmetricBlock symmetricValues;
+    CLast_First_switch lastFirstValues;
+    CFirstPoint firstPointValues;
+    CExtrapolation extrapolationValues;
+    CPrescribe prescribeValues;
     CInputPatch inputPatchValues;
     CInputSection inputSectionValues;
     CInputLine inputLineValues;
@@ -343,6 +361,55 @@ public:
 
     void ConvertToUnstructured();
 
+    // ---- The line buffer, sections and lines -----------------------------------------------------------------------
+
+    void AddToBuffer();
+    void ClearBuffer();
+    void OpenBuffer();
+    void SaveBuffer();
+    void ReverseBuffer();
+    void CopyToBuffer();
+    void PasteFromBuffer();
+    void MergeBuffer();
+    void MatchBuffer();
+    void PastePart();
+    void CopyPart();
+    void KnifePart();
+    void ReverseSection();
+    void DeleteCurve();
+    void DuplicateCurve();
+    void MoveCurve();
+    void ScaleCurve();
+    void FlipCurve();
+    void RotateCurve();
+    void SymmetricSection();
+    void FirstPoint();
+    void HalveSection();
+    void Prescribe();
+    void Weeding();
+    void Cylinder();
+
+    // ---- The zBlock as a whole -------------------------------------------------------------------------------------
+
+    void InvertBlock();
+    void ExtractBlock();
+    void DeleteBlock();
+    void CopyBlock();
+    void PasteBlock();
+    void SaveBlockAs();
+    void Extrapolate();
+
+    // ---- The zBlock, or without one the whole model ----------------------------------------------------------------
+
+    void ScaleModel();
+    void MoveModel();
+    void RotateModel();
+    void FlipModel();
+    void SymmetricModel();
+    /// Exchanges sections and lines, and what is captured with them.
+    void Convertation();
+    void LastFirstSwitch();
+
     // ---- View commands that the document carries out ----------------------------------------------------------------
 
     void FitToWindow();
@@ -424,6 +491,37 @@ private:
     void resetMouseMode();
     void showIdlePrompt();
 
+    /// The snapshot of a command on patches; with `changesExtent` Undo fits the view anew.
+    void beginPatchCommand(bool changesExtent);
+    /// What a whole-model command treats: all parts, or those of the zBlock.
+    std::vector<bool> chosenMask() const;
+    std::vector<std::int32_t> chosenPatches() const;
+    std::vector<std::int32_t> chosenZones() const;
+    void leavePointAndCurves();
+    void keepPatches(const std::vector<bool>& mask, bool kept);
+    void finishBlockRemoval();
+    void endEmptiedModel();
+    void takePatchOut(std::int32_t patch);
+    void writeBlock(const std::filesystem::path& path);
+    bool transformModel(const PointMap& map);
+    void runTransformation(bool keepsPoint, const std::function<bool()>& work);
+    bool exchangeSectionsAndLines();
+    void followCapturedPoint();
+
+    bool curveIsThere();
+    PointList capturedCurvePoints();
+    void putCurvePoints(const PointList& points);
+    bool curveCanBeEdited();
+    void editCurveAsSection(const std::function<void(PointList&)>& edit);
+    void transformCurve(const PointMap& map);
+    void renumberSection(PointList& section);
+    PointList* sectionOfCapturedPoint();
+    std::optional<Side> chooseSide();
+    void showCapturedPoint();
+    void removeCapturedSection();
+    void removeCapturedLine();
+    PointList readChosenPoints(const FileRequest& request);
+
     void prepareRebreak();
     void rebreakOnePatch(std::int32_t patch);
     bool prepareRebreakPart();
@@ -433,7 +531,8 @@ private:
     void matchBlock(bool grid);
     bool correctCapturedLine();
     /// The patches of the zBlock, or all of them when it is empty, in the order of the model.
-    std::vector<std::int32_t> chosenPatches() const;
+    std::vector<std::int32_t> chosenInModelOrder() const;
+    void exchangeCapture();
     /// Exchanges sections and lines of the captured patch, a grid, and of the capture with it. A zBlock that does not
     /// hold the patch keeps its points in place: the capture alone is exchanged then.
     void turnCapturedPatch();

@@ -27,6 +27,14 @@ inline constexpr const char* endPointStays =
     " Procedure is canceled. It's impossible to delete the first (last) point ";
 inline constexpr const char* twoPointsStay = " Procedure is canceled. Section must contain at least 2 points ";
 inline constexpr const char* lastPointStays = " Procedure is canceled. It's impossible to delete the last point ";
+inline constexpr const char* aptMayBeViolated = "APT format may be violated";
+inline constexpr const char* bufferDoesNotFitLine =
+    "Paste is impossible. Number of points is not equal to number of sections";
+inline constexpr const char* clearBuffer = "All points from buffer will be deleted. Are you sure";
+inline constexpr const char* twoSectionsStay = "Procedure canceled. Number of section must not be less than 2";
+inline constexpr const char* twoLinesStay = "Procedure canceled. Number of lines must not be less than 2";
+inline constexpr const char* matchingImpossible = "Matching is impossible";
+inline constexpr const char* axisAbsent = "Axis is absent. Rotation is impossible";
 inline constexpr const char* patchNotSelected = "Patch is not selected. Try again";
 inline constexpr const char* patchNotRemoved = "Patch is not removed from zBlock. Try again";
 

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -257,13 +258,14 @@ void FormDialog::showForm() {
     for (Control& control : controls_) {
         showField(control, *form_.find(control.key));
     }
+    findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->setEnabled(form_.okOn);
 }
 
 void FormDialog::showField(Control& control, const DialogField& field) {
     const std::string text = fieldText(field);
     if (control.check != nullptr) {
         control.check->setChecked(text == "1");
-        control.check->setEnabled(field.on);
+        control.check->setEnabled(field.on && !field.readOnly);
     } else if (control.choices != nullptr) {
         for (QAbstractButton* button : control.choices->buttons()) {
             const int number = control.choices->id(button);

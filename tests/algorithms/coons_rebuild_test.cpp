@@ -1,6 +1,7 @@
 #include "coons_rebuild.h"
 
 #include "patch_curves.h"
+#include "patch_order.h"
 #include "random_patches.h"
 #include "surface_samples.h"
 
@@ -88,9 +89,9 @@ TEST(Coons, OfAPatchGivenTheOtherWayRoundGivesTheMirrorResult) {
     samples::Source source(4);
     const Patch patch = samples::randomPatch(source, 6, 7, false);
     Patch turned = patch;
-    reversePoints(turned);
+    reverseLines(turned);
     turned = rebuilt(turned);
-    reversePoints(turned);
+    reverseLines(turned);
     const Patch straight = rebuilt(patch);
     const Patch exchanged = transposed(rebuilt(transposed(patch)));
     for (std::size_t n = 0; n < 6; ++n) {

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "patch_curves.h"
+#include "patch_order.h"
 #include "surface_samples.h"
 
 namespace velmora::test {
@@ -139,7 +140,7 @@ TEST(PatchTurns, ExchangeAndReverse) {
     EXPECT_EQ(turned, (Patch{rowAt({1, 4}), rowAt({2, 5}), rowAt({3, 6})}));
     EXPECT_EQ(transposed(turned), patch);
     Patch reversed = patch;
-    reversePoints(reversed);
+    reverseLines(reversed);
     EXPECT_EQ(reversed, (Patch{rowAt({3, 2, 1}), rowAt({6, 5, 4})}));
 }
 

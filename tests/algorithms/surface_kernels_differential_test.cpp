@@ -9,6 +9,7 @@
 #include "match_border.h"
 #include "merge_patches.h"
 #include "patch_curves.h"
+#include "patch_order.h"
 #include "random_patches.h"
 #include "rebreak_part.h"
 #include "regrid.h"
@@ -258,9 +259,9 @@ TEST(SurfaceKernelsAgainstThePlainForm, CorrectLineWithThePointBehindTheLineIsTh
         Patch shipped = patch;
         ASSERT_TRUE(correctLine(shipped, s, {point, line, 4, 6, 0.65}));
         Patch mirrored = patch;
-        reversePoints(mirrored);
+        reverseLines(mirrored);
         ASSERT_TRUE(correctLine(mirrored, s, {points - 1 - point, points - 1 - line, 6, 4, 0.65}));
-        reversePoints(mirrored);
+        reverseLines(mirrored);
         ASSERT_TRUE(sameBits(shipped, mirrored)) << "round " << round;
     }
 }

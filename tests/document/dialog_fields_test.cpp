@@ -129,6 +129,66 @@ TEST(DialogFields, OfBeforeOrAfter) {
                 ElementsAre("Before or After", "choice |  | radio | 1 | \"Before\" \"After\""));
 }
 
+TEST(DialogFields, OfScaling) {
+    EXPECT_THAT(linesOf("CScaling"),
+                ElementsAre("Scaling", "xCenter | X center | real | 0 | any", "yCenter | Y center | real | 0 | any",
+                            "zCenter | Z center | real | 0 | any", "scale | Scale | real | 1 | any"));
+}
+
+TEST(DialogFields, OfMove) {
+    EXPECT_THAT(linesOf("CBlockMove"),
+                ElementsAre("Move", "deltaX | Delta X | real | 0 | any", "deltaY | Delta Y | real | 0 | any",
+                            "deltaZ | Delta Z | real | 0 | any"));
+}
+
+TEST(DialogFields, OfRotation) {
+    EXPECT_THAT(linesOf("CBlockRotate"),
+                ElementsAre("Rotation", "x1 | X 1 | real | 0 | any", "y1 | Y 1 | real | 0 | any",
+                            "z1 | Z 1 | real | 0 | any", "x2 | X 2 | real | 1 | any", "y2 | Y 2 | real | 0 | any",
+                            "z2 | Z 2 | real | 0 | any", "angle | Angle of rotation  | real | 0 | any"));
+}
+
+TEST(DialogFields, OfFlipAndSymmetry) {
+    for (const auto& [name, title] : {std::pair{"CFlipBlock", "Flip"}, {"CSymmetricBlock", "Symmetry"}}) {
+        EXPECT_THAT(linesOf(name),
+                    ElementsAre(title, "plane |  | radio | 1 | \"X=const plane\" \"Y=const plane\" \"Z=const plane\"",
+                                "xPlane | X plane | real | 0 | any", "yPlane | Y plane | real | 0 | any",
+                                "zPlane | Z plane | real | 0 | any"));
+    }
+}
+
+TEST(DialogFields, OfLastFirstSwitchWithItsNotice) {
+    EXPECT_THAT(linesOf("CLast_First_switch"),
+                ElementsAre("Last/First switch",
+                            "kind |  | radio | 1 | \"Make last section the first\" \"Make last line the first\""));
+    CLast_First_switch values;
+    EXPECT_THAT(describe(values).notices, ElementsAre("This option changes normal ", "of the surfaces"));
+}
+
+TEST(DialogFields, OfFirstPoint) {
+    EXPECT_THAT(linesOf("CFirstPoint"),
+                ElementsAre("First point in section", "kind |  | radio | 1 | \"First/Last switch\" \"Captured point\"",
+                            "sortKind |  | radio | 1 | \"Sort up\" \"Sort down\"", "makeLoop | Make loop | check | 0",
+                            "closed | Closed section | check | 0", "pointInside | Point inside section | check | 0"));
+    CFirstPoint values;
+    const DialogForm form = describe(values);
+    EXPECT_TRUE(form.find("closed")->readOnly && form.find("pointInside")->readOnly);
+}
+
+TEST(DialogFields, OfExtrapolation) {
+    EXPECT_THAT(linesOf("CExtrapolation"),
+                ElementsAre("Extrapolation",
+                            "kind |  | radio | 1 | \"First section\" \"Last section\" \"First line\" \"Last line\"",
+                            "coefficient | Coefficient | real | 1 | 0 to 1000000"));
+}
+
+TEST(DialogFields, OfPrescribe) {
+    EXPECT_THAT(linesOf("CPrescribe"),
+                ElementsAre("Prescribe", "useX | X coordinate | check | 0", "x |  | real | 0 | any",
+                            "useY | Y coordinate | check | 0", "y |  | real | 0 | any",
+                            "useZ | Z coordinate | check | 0", "z |  | real | 0 | any"));
+}
+
 TEST(DialogFields, OfEditPoint) {
     EXPECT_THAT(linesOf("dlgEditPoint"), ElementsAre("Edit point", "x | X | real | 0 | any", "y | Y | real | 0 | any",
                                                      "z | Z | real | 0 | any"));
@@ -255,6 +315,50 @@ TEST(ViewFeaturesDialog, ClearsAndDisablesDoublePointsInAnUnstructuredModel) {
     openDialog(form);
     EXPECT_THAT(liveFields(form), ElementsAre("showBlockOnly", "showFirstPoints", "showBuffer", "showZBlockMarkers"));
     EXPECT_FALSE(values.showDoublePoints);
+}
+
+TEST(PlaneDialogs, HaveTheFieldOfTheChosenPlaneAloneOn) {
+    CFlipBlock flip;
+    DialogForm form = describe(flip);
+    openDialog(form);
+    EXPECT_THAT(liveFields(form), ElementsAre("plane", "xPlane"));
+    EXPECT_FALSE(setField(form, "plane", "3").has_value());
+    EXPECT_THAT(liveFields(form), ElementsAre("plane", "zPlane"));
+    CSymmetricBlock symmetric;
+    symmetric.plane = 2;
+    DialogForm other = describe(symmetric);
+    openDialog(other);
+    EXPECT_THAT(liveFields(other), ElementsAre("plane", "yPlane"));
+}
+
+TEST(PrescribeDialog, EnablesTheNumberOfEachTickedCoordinate) {
+    CPrescribe values;
+    DialogForm form = describe(values);
+    openDialog(form);
+    EXPECT_THAT(liveFields(form), ElementsAre("useX", "useY", "useZ"));
+    EXPECT_FALSE(setField(form, "useY", "1").has_value());
+    EXPECT_THAT(liveFields(form), ElementsAre("useX", "useY", "y", "useZ"));
+}
+
+TEST(AcceptedDialogs, AreNoneWhoseOkIsOff) {
+    CFirstPoint values;
+    values.pointInside = true;
+    DialogForm form = describe(values);
+    openDialog(form);
+    EXPECT_EQ(values.kind, 2);
+    const auto refusal = acceptDialog(form);
+    ASSERT_TRUE(refusal.has_value());
+    EXPECT_EQ(refusal->message, "");
+    EXPECT_FALSE(setField(form, "makeLoop", "1").has_value());
+    EXPECT_FALSE(acceptDialog(form).has_value());
+}
+
+TEST(RangesOfDialogs, CoefficientOfExtrapolationIsNotNegative) {
+    CExtrapolation values;
+    DialogForm form = describe(values);
+    EXPECT_TRUE(setField(form, "coefficient", "-0.1").has_value());
+    EXPECT_TRUE(setField(form, "coefficient", "1000001").has_value());
+    EXPECT_FALSE(setField(form, "coefficient", "0").has_value());
 }
 
 TEST(RangesOfDialogs, ScaleOfViewportOptionsRefusesWhatIsOutOfIt) {

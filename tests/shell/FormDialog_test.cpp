@@ -5,9 +5,11 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
+#include <QDialogButtonBox>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QRadioButton>
 
 #include "RecordingUi.h"
@@ -51,6 +53,28 @@ struct Sample {
 template <class Widget>
 Widget& part(const QDialog& dialog, const char* name) {
     return *dialog.findChild<Widget*>(QString::fromLatin1(name));
+}
+
+TEST(FormDialog, HasOkOffWhileTheFormSaysSo) {
+    CFirstPoint values;
+    values.pointInside = true;
+    DialogForm form = describe(values);
+    openDialog(form);
+    const FormDialog dialog(form);
+    const QPushButton& ok = *dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
+    EXPECT_FALSE(ok.isEnabled());
+    part<QCheckBox>(dialog, "makeLoop").click();
+    EXPECT_TRUE(ok.isEnabled());
+}
+
+TEST(FormDialog, TakesNoClickOnACheckBoxThatIsShownOnly) {
+    CFirstPoint values;
+    values.closed = true;
+    DialogForm form = describe(values);
+    openDialog(form);
+    const FormDialog dialog(form);
+    EXPECT_TRUE(part<QCheckBox>(dialog, "closed").isChecked());
+    EXPECT_FALSE(part<QCheckBox>(dialog, "closed").isEnabled());
 }
 
 TEST(FormDialog, ShowsTheTitleTheLabelsTheFramesAndTheNotices) {

@@ -53,17 +53,11 @@ void VelmoraDoc::AppendCbc() {
     redraw();
 }
 
-void VelmoraDoc::OpenApm() {
-    markers.clear();
-    FileRequest request;
-    request.mode = ChooserMode::Open;
-    request.types = {{"apm", "Velmora Geometry Files"}};
-    request.proposed = "Markers.apm";
-    request.command = "file.openApm";
+/// The points of the file that the user chooses; none for Cancel, and for a file that cannot be opened.
+PointList VelmoraDoc::readChosenPoints(const FileRequest& request) {
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
     if (paths.empty()) {
-        redraw();
-        return;
+        return {};
     }
     PointFileResult file;
     {
@@ -73,7 +67,17 @@ void VelmoraDoc::OpenApm() {
     if (!file.opened) {
         ui_.showMessage(std::string(cannotOpenMessage));
     }
-    markers = std::move(file.points);
+    return std::move(file.points);
+}
+
+void VelmoraDoc::OpenApm() {
+    markers.clear();
+    FileRequest request;
+    request.mode = ChooserMode::Open;
+    request.types = {{"apm", "Velmora Geometry Files"}};
+    request.proposed = "Markers.apm";
+    request.command = "file.openApm";
+    markers = readChosenPoints(request);
     if (!markers.empty()) {
         markersOpen = true;
     }

@@ -7,22 +7,17 @@
 #include "interpolate_section.h"
 #include "messages.h"
 #include "patch_curves.h"
+#include "patch_order.h"
 #include "smooth_patch.h"
 
 namespace velmora {
 
 // Commands that rebuild the inside of whole patches, or move one curve inside of a patch.
 
-std::vector<std::int32_t> VelmoraDoc::chosenPatches() const {
-    const std::int32_t count = countOf(patches);
-    std::vector<bool> chosen(patches.size(), blockCount < 1);
-    std::for_each(blockList.begin(), blockList.begin() + blockCount, [&chosen, count](std::int32_t k) {
-        if (k >= 0 && k < count) {
-            chosen[static_cast<std::size_t>(k)] = true;
-        }
-    });
+std::vector<std::int32_t> VelmoraDoc::chosenInModelOrder() const {
+    const std::vector<bool> chosen = chosenMask();
     std::vector<std::int32_t> numbers;
-    for (std::int32_t k = 0; k < count; ++k) {
+    for (std::int32_t k = 0; k < countOf(patches); ++k) {
         if (chosen[static_cast<std::size_t>(k)]) {
             numbers.push_back(k);
         }
@@ -37,27 +32,14 @@ void VelmoraDoc::turnCapturedPatch() {
             patch = transposed(patch);
         }
     }
-    if (pointCaptured || freePointHeld) {
-        std::swap(capturedPoint, capturedPointSection);
-        takeCapturedPosition();
-        pickedPoint = capturedPointPos;
-    }
-    if (sectionCaptured) {
-        sectionCaptured = false;
-        lineCaptured = true;
-        capturedLine = std::exchange(capturedSection, -1);
-    } else if (lineCaptured) {
-        lineCaptured = false;
-        sectionCaptured = true;
-        capturedSection = std::exchange(capturedLine, -1);
-    }
+    exchangeCapture();
 }
 
 void VelmoraDoc::CoonsRebuild() {
     SavePatchUndo();
     patchUndoReady = true;
     rebuildOnUndo = false;
-    for (const std::int32_t k : chosenPatches()) {
+    for (const std::int32_t k : chosenInModelOrder()) {
         coonsRebuild(patches[static_cast<std::size_t>(k)]);
     }
     redraw();
@@ -71,7 +53,7 @@ void VelmoraDoc::SmoothGeometry() {
     patchUndoReady = true;
     rebuildOnUndo = false;
     bool spline = smoothValues.function == 1;
-    for (const std::int32_t k : chosenPatches()) {
+    for (const std::int32_t k : chosenInModelOrder()) {
         Patch& patch = patches[static_cast<std::size_t>(k)];
         if (smoothValues.regime == 2 || smoothValues.regime == 4) {
             smoothLines(patch, spline);

@@ -24,6 +24,12 @@ void VelmoraDoc::SavePatchUndo() {
     undoPath_.clear();
 }
 
+void VelmoraDoc::beginPatchCommand(bool changesExtent) {
+    SavePatchUndo();
+    patchUndoReady = true;
+    rebuildOnUndo = changesExtent;
+}
+
 void VelmoraDoc::clearSnapshots() {
     pointUndoPatches.clear();
     undoPatches.clear();

@@ -1,0 +1,267 @@
+#include <algorithm>
+
+#include "VelmoraDoc.h"
+#include "apt.h"
+#include "file_types.h"
+#include "format_outcome.h"
+#include "messages.h"
+#include "patch_order.h"
+#include "path_names.h"
+#include "skl.h"
+
+namespace velmora {
+
+// The zBlock as a whole: what it holds, and what becomes of the parts in it.
+
+void VelmoraDoc::InvertBlock() {
+    const std::vector<bool> mask = blockMask();
+    std::vector<std::int32_t> rest;
+    for (std::int32_t part = 0; part < partCount(); ++part) {
+        if (!mask[static_cast<std::size_t>(part)]) {
+            rest.push_back(part);
+        }
+    }
+    if (rest.size() > blockList.size()) {
+        ui_.showMessage(message::blockIsFull);
+        return;
+    }
+    emptyBlock();
+    std::copy(rest.begin(), rest.end(), blockList.begin());
+    blockCount = countOf(rest);
+    if (rest.empty()) {
+        showBlockOnly = false;
+    }
+    redraw();
+}
+
+// ---- Extract and Delete ---------------------------------------------------------------------------------------------
+
+void VelmoraDoc::leavePointAndCurves() {
+    if (pointRegimeActive()) {
+        ExitPointRegime();
+    }
+    if (curveRegimeActive()) {
+        ExitLineRegime();
+    }
+}
+
+/// Keeps the patches whose mark is `kept`, in the order of the model.
+void VelmoraDoc::keepPatches(const std::vector<bool>& mask, bool kept) {
+    PatchList rest;
+    for (std::size_t k = 0; k < patches.size(); ++k) {
+        if (mask[k] == kept) {
+            rest.push_back(std::move(patches[k]));
+        }
+    }
+    patches.swap(rest);
+}
+
+/// The model lost its last part: nothing is left to select or to capture.
+void VelmoraDoc::endEmptiedModel() {
+    setKinds("non", "non", "non");
+    emptyBlock();
+    capturedPatch = -1;
+    EndBlockRegime();
+}
+
+/// Ends in the idle state, with no zBlock.
+void VelmoraDoc::finishBlockRemoval() {
+    if (partCount() == 0) {
+        endEmptiedModel();
+    }
+    emptyBlock();
+    capturedPatch = -1;
+    patchCaptureArmed = patchCaptured = patchRemoving = false;
+    showBlockOnly = false;
+    ShowStatus(idlePrompt);
+    resetMouseMode();
+    if (structureKind == "str") {
+        UpdateAfterEdit();
+    }
+    redraw();
+}
+
+void VelmoraDoc::ExtractBlock() {
+    if (structureKind == "non") {
+        return;
+    }
+    beginPatchCommand(false);
+    const std::vector<bool> mask = blockMask();
+    const std::vector<std::int32_t> block(blockList.begin(), blockList.begin() + blockCount);
+    leavePointAndCurves();
+    if (structureKind == "str") {
+        keepPatches(mask, true);
+    } else {
+        zRegion_fe extracted;
+        for (const std::int32_t zone : block) {
+            copyBlock(feRegion, extracted, zone);
+        }
+        feRegion.blocks.swap(extracted.blocks);
+    }
+    finishBlockRemoval();
+}
+
+void VelmoraDoc::DeleteBlock() {
+    if (structureKind == "non") {
+        return;
+    }
+    beginPatchCommand(false);
+    leavePointAndCurves();
+    const std::vector<bool> mask = blockMask();
+    if (structureKind == "str") {
+        keepPatches(mask, false);
+    } else {
+        zRegion_fe rest;
+        for (std::size_t zone = 0; zone < mask.size(); ++zone) {
+            if (!mask[zone]) {
+                rest.blocks.push_back(std::move(feRegion.blocks[zone]));
+            }
+        }
+        feRegion.blocks.swap(rest.blocks);
+    }
+    finishBlockRemoval();
+}
+
+/// Removes a patch of the model, and its number from the zBlock; the numbers above it go down.
+void VelmoraDoc::takePatchOut(std::int32_t patch) {
+    patches.erase(patches.begin() + patch);
+    const auto end = blockList.begin() + blockCount;
+    const auto kept = std::remove(blockList.begin(), end, patch);
+    std::fill(kept, end, -1);
+    blockCount = static_cast<std::int32_t>(kept - blockList.begin());
+    for (std::int32_t& number : blockList) {
+        if (number > patch) {
+            --number;
+        }
+    }
+    if (patches.empty()) {
+        endEmptiedModel();
+    }
+}
+
+// ---- The paste buffer -----------------------------------------------------------------------------------------------
+
+void VelmoraDoc::CopyBlock() {
+    if (structureKind != "str" || blockCount < 1) {
+        return;
+    }
+    blockClipboard.clear();
+    for (std::int32_t i = 0; i < blockCount; ++i) {
+        const std::int32_t patch = blockList[static_cast<std::size_t>(i)];
+        appendPatches(patches, blockClipboard, patch, patch + 1);
+    }
+    blockClipboardFull = true;
+}
+
+void VelmoraDoc::PasteBlock() {
+    if (structureKind == "uns") {
+        return;
+    }
+    const bool intoNothing = structureKind == "non";
+    if (!intoNothing) {
+        beginPatchCommand(false);
+        leavePointAndCurves();
+        patchCaptureArmed = false;
+        keepPatches(blockMask(), false);
+    }
+    emptyBlock();
+    const std::int32_t before = countOf(patches);
+    appendPatches(blockClipboard, patches, 0, countOf(blockClipboard));
+    blockCount = std::min(countOf(blockClipboard), blockCapacity);
+    for (std::int32_t i = 0; i < blockCount; ++i) {
+        blockList[static_cast<std::size_t>(i)] = before + i;
+    }
+    patchCaptured = true;
+    if (intoNothing) {
+        structureKind = "str";
+        checkRegularity(patches);
+        nameUntitled(fileKind == "apt" ? "apt" : "skl");
+        updateBounds();
+    } else {
+        // Lines may have come into a grid.
+        UpdateAfterEdit();
+    }
+    redraw();
+}
+
+// ---- Save As --------------------------------------------------------------------------------------------------------
+
+void VelmoraDoc::SaveBlockAs() {
+    if (structureKind == "non" || blockCount < 1) {
+        return;
+    }
+    FileRequest request;
+    request.mode = ChooserMode::SaveAs;
+    request.proposed = chosenPath;
+    request.command = "block.saveAs";
+    if (structureKind == "str") {
+        PatchList block;
+        for (const std::int32_t patch : chosenPatches()) {
+            appendPatches(patches, block, patch, patch + 1);
+        }
+        const Regularity regularity = regularityOf(block);
+        if (regularity != Regularity::Undecided) {
+            blockKind = regularity == Regularity::Regular ? "apt" : "skl";
+        }
+        request.types = fileTypesNamed({blockKind == "skl" ? "skl" : "apt"});
+        request.proposed.replace_extension(request.types.front().extension);
+    } else {
+        request.types = fileTypesNamed({"dat", "wrl", "stl"});
+    }
+    const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
+    if (!paths.empty() && mayOverwrite(fullPath(paths.front()))) {
+        writeBlock(fullPath(paths.front()));
+    }
+}
+
+/// Writes the zBlock alone; the model keeps its own file.
+void VelmoraDoc::writeBlock(const std::filesystem::path& path) {
+    const std::span<const std::int32_t> block(blockList.data(), static_cast<std::size_t>(blockCount));
+    if (structureKind == "uns") {
+        zRegion_fe scratch;
+        scratch.title = feRegion.title;
+        scratch.words = feRegion.words;
+        for (const std::int32_t zone : block) {
+            copyBlock(feRegion, scratch, zone);
+        }
+        writeZones(path, {}, scratch);
+        return;
+    }
+    bool written = false;
+    {
+        const BusyScope busy(ui_);
+        written = blockKind == "skl" ? writeSklBlock(path, patches, block, outputPrecision)
+                                     : writeAptBlock(path, patches, block, outputPrecision);
+    }
+    if (!written) {
+        ui_.showMessage(std::string(cannotSaveMessage));
+        return;
+    }
+    noteCompleteness(path, true);
+}
+
+// ---- Extrapolate ----------------------------------------------------------------------------------------------------
+
+void VelmoraDoc::Extrapolate() {
+    if (structureKind != "str" || !showDialog(extrapolationValues)) {
+        return;
+    }
+    const bool lines = extrapolationValues.kind > 2;
+    const bool beyondLast = extrapolationValues.kind % 2 == 0;
+    const std::vector<bool> mask = blockMask();
+    beginPatchCommand(false);
+    if (!lines || transposePatches(patches, mask)) {
+        for (std::size_t k = 0; k < patches.size(); ++k) {
+            if (mask[k]) {
+                extrapolate(patches[k], beyondLast, extrapolationValues.coefficient);
+            }
+        }
+        if (lines) {
+            transposePatches(patches, mask);
+        }
+    }
+    leavePointAndCurves();
+    redraw();
+}
+
+} // namespace velmora

@@ -1,0 +1,153 @@
+#include <algorithm>
+
+#include "VelmoraDoc.h"
+#include "format_outcome.h"
+#include "messages.h"
+#include "path_names.h"
+#include "point_files.h"
+
+namespace velmora {
+
+// The line buffer: a list of points that stands apart from the model.
+
+namespace {
+
+FileRequest bufferRequest(ChooserMode mode, const char* command) {
+    FileRequest request;
+    request.mode = mode;
+    request.types = {{"ext", "Velmora Geometry Files"}};
+    request.proposed = "Line_buf.ext";
+    request.command = command;
+    return request;
+}
+
+} // namespace
+
+/// Whether what is captured as section or line stands in the model.
+bool VelmoraDoc::curveIsThere() {
+    if (structureKind != "str") {
+        return false;
+    }
+    return sectionCaptured ? sectionAt(capturedPatch, capturedSection) != nullptr
+                           : lineCaptured && pointAt(capturedPatch, 0, capturedLine) != nullptr;
+}
+
+/// The points of the captured section, or of the captured line one of each section that reaches it.
+PointList VelmoraDoc::capturedCurvePoints() {
+    if (sectionCaptured) {
+        const PointList* section = sectionAt(capturedPatch, capturedSection);
+        return section != nullptr ? *section : PointList();
+    }
+    PointList points;
+    if (lineCaptured && capturedPatch >= 0 && capturedPatch < countOf(patches)) {
+        const std::int32_t sections = countOf(patches[static_cast<std::size_t>(capturedPatch)]);
+        for (std::int32_t n = 0; n < sections; ++n) {
+            if (const zVec<double>* point = pointAt(capturedPatch, n, capturedLine)) {
+                points.push_back(*point);
+            }
+        }
+    }
+    return points;
+}
+
+/// Gives the captured curve other points: a section takes them as they are, a line one for each of its own.
+void VelmoraDoc::putCurvePoints(const PointList& points) {
+    if (sectionCaptured) {
+        *sectionAt(capturedPatch, capturedSection) = points;
+    } else {
+        auto position = points.begin();
+        for (std::int32_t n = 0; sectionAt(capturedPatch, n) != nullptr && position != points.end(); ++n) {
+            if (zVec<double>* point = pointAt(capturedPatch, n, capturedLine)) {
+                *point = *position;
+                ++position;
+            }
+        }
+    }
+    followCapturedPoint();
+}
+
+void VelmoraDoc::AddToBuffer() {
+    lineBuffer.push_back(pickedPoint);
+    lineBufferFull = true;
+    showBuffer = true;
+    redraw();
+}
+
+void VelmoraDoc::ClearBuffer() {
+    if (!ui_.ask(message::clearBuffer)) {
+        return;
+    }
+    lineBuffer.clear();
+    lineBufferFull = false;
+    redraw();
+}
+
+void VelmoraDoc::OpenBuffer() {
+    // Cancel leaves the buffer empty too, and the flag as it was.
+    lineBuffer.clear();
+    lineBuffer = readChosenPoints(bufferRequest(ChooserMode::Open, "buffer.open"));
+    if (!lineBuffer.empty()) {
+        lineBufferFull = true;
+        showBuffer = true;
+    }
+    redraw();
+}
+
+void VelmoraDoc::SaveBuffer() {
+    const auto paths = ui_.chooseFiles(bufferRequest(ChooserMode::SaveAs, "buffer.saveAs"));
+    if (paths.empty() || !mayOverwrite(fullPath(paths.front()))) {
+        return;
+    }
+    bool written = false;
+    {
+        const BusyScope busy(ui_);
+        written = writeLineBuffer(paths.front(), lineBuffer, outputPrecision);
+    }
+    if (!written) {
+        ui_.showMessage(std::string(cannotSaveMessage));
+    }
+    redraw();
+}
+
+void VelmoraDoc::ReverseBuffer() {
+    std::reverse(lineBuffer.begin(), lineBuffer.end());
+    redraw();
+}
+
+void VelmoraDoc::CopyToBuffer() {
+    lineBufferFull = true;
+    lineBuffer = capturedCurvePoints();
+    redraw();
+}
+
+void VelmoraDoc::PasteFromBuffer() {
+    if (!curveIsThere()) {
+        return;
+    }
+    beginPatchCommand(false);
+    ui_.showMessage(message::aptMayBeViolated);
+    const std::size_t sections = patches[static_cast<std::size_t>(capturedPatch)].size();
+    const bool fits = lineBuffer.size() == sections && capturedCurvePoints().size() == sections;
+    if (!sectionCaptured && !fits) {
+        ui_.showMessage(message::bufferDoesNotFitLine);
+        return;
+    }
+    putCurvePoints(lineBuffer);
+    UpdateAfterEdit();
+    redraw();
+}
+
+void VelmoraDoc::MatchBuffer() {
+    if (!curveIsThere()) {
+        return;
+    }
+    beginPatchCommand(false);
+    if (const auto points = matchedPoints(capturedCurvePoints(), lineBuffer)) {
+        putCurvePoints(*points);
+    } else {
+        ui_.showMessage(message::matchingImpossible);
+    }
+    redraw();
+}
+
+} // namespace velmora

@@ -1,0 +1,378 @@
+#include <algorithm>
+
+#include "VelmoraDoc.h"
+#include "messages.h"
+#include "patch_order.h"
+
+namespace velmora {
+
+// The small tools for the captured section or line.
+
+/// A section that is there, or a line of patches that can be transposed.
+bool VelmoraDoc::curveCanBeEdited() {
+    if (!curveIsThere() || sectionCaptured) {
+        return curveIsThere();
+    }
+    const std::vector<std::int32_t> chosen = chosenPatches();
+    return std::all_of(chosen.begin(), chosen.end(), [this](std::int32_t patch) {
+        return hasEqualSections(patches[static_cast<std::size_t>(patch)]);
+    });
+}
+
+/// Hands the captured section to `edit`. A line becomes a section for as long as that takes; with a zBlock that does
+/// not hold its patch, the section of the line's number is edited. `edit` keeps the number of a line's points.
+void VelmoraDoc::editCurveAsSection(const std::function<void(PointList&)>& edit) {
+    const bool line = !sectionCaptured;
+    if (line) {
+        exchangeSectionsAndLines();
+    }
+    if (PointList* section = sectionAt(capturedPatch, capturedSection)) {
+        edit(*section);
+    }
+    if (line) {
+        exchangeSectionsAndLines();
+    }
+}
+
+// ---- Move, Scaling, Flip, Rotation, Symmetric -----------------------------------------------------------------------
+
+void VelmoraDoc::transformCurve(const PointMap& map) {
+    beginPatchCommand(false);
+    bool done = true;
+    editCurveAsSection([&map, &done](PointList& section) { done = transformPoints(section, map); });
+    if (!done) {
+        ui_.showMessage(message::axisAbsent);
+    }
+    followCapturedPoint();
+    redraw();
+}
+
+void VelmoraDoc::MoveCurve() {
+    if (curveCanBeEdited() && showDialog(moveValues)) {
+        transformCurve(moveValues.map());
+    }
+}
+
+void VelmoraDoc::ScaleCurve() {
+    if (curveCanBeEdited() && showDialog(scalingValues)) {
+        transformCurve(scalingValues.map());
+    }
+}
+
+void VelmoraDoc::FlipCurve() {
+    if (curveCanBeEdited() && showDialog(flipValues)) {
+        transformCurve(flipValues.map());
+    }
+}
+
+void VelmoraDoc::RotateCurve() {
+    if (curveCanBeEdited() && showDialog(rotateValues)) {
+        RotationAxis axis = rotateValues.axis();
+        transformCurve([&axis](const zVec<double>& point) { return rotatePoint(point, axis); });
+        rotateValues.takeEnd(axis);
+    }
+}
+
+void VelmoraDoc::SymmetricSection() {
+    if (!curveCanBeEdited() || !showDialog(symmetricValues)) {
+        return;
+    }
+    beginPatchCommand(false);
+    if (sectionCaptured) {
+        ui_.showMessage(message::aptMayBeViolated);
+        PointList& section = *sectionAt(capturedPatch, capturedSection);
+        section = withMirrorImage(section, symmetricValues.chosen());
+        retitle();
+    }
+    redraw();
+}
+
+// ---- First point ----------------------------------------------------------------------------------------------------
+
+void VelmoraDoc::FirstPoint() {
+    if (!curveCanBeEdited()) {
+        return;
+    }
+    beginPatchCommand(false);
+    editCurveAsSection([this](PointList& section) { renumberSection(section); });
+    redraw();
+}
+
+void VelmoraDoc::renumberSection(PointList& section) {
+    CFirstPoint& values = firstPointValues;
+    values.pointInside = pointCaptured && capturedPoint > 0 && capturedPoint < countOf(section) - 1;
+    values.closed = isClosed(section);
+    if (!showDialog(values)) {
+        return;
+    }
+    if (pointCaptured) {
+        rememberPointAddress();
+    }
+    if (values.makeLoop && !section.empty()) {
+        section.back() = section.front();
+    }
+    if (values.kind == 1) {
+        std::reverse(section.begin(), section.end());
+    } else {
+        section = loopFrom(section, capturedPoint, values.sortKind == 1);
+    }
+    if (pointCaptured) {
+        followCapturedPoint();
+        showCapturedPoint();
+    }
+}
+
+void VelmoraDoc::showCapturedPoint() {
+    RefillPointStatus(false);
+    ShowStatus(pointContinueStatus);
+}
+
+// ---- Parts of a section ---------------------------------------------------------------------------------------------
+
+/// The side of the last run, then what the user says. None for Cancel.
+std::optional<Side> VelmoraDoc::chooseSide() {
+    beforeAfterValues.choice = partBefore ? 1 : 2;
+    if (!showDialog(beforeAfterValues)) {
+        return std::nullopt;
+    }
+    partBefore = beforeAfterValues.choice == 1;
+    partAfter = !partBefore;
+    return partBefore ? Side::Before : Side::After;
+}
+
+/// The captured section, if the captured point is a point of it; else null.
+PointList* VelmoraDoc::sectionOfCapturedPoint() {
+    const bool there = structureKind == "str" && sectionCaptured && pointCaptured &&
+                       pointAt(capturedPatch, capturedSection, capturedPoint) != nullptr;
+    return there ? sectionAt(capturedPatch, capturedSection) : nullptr;
+}
+
+void VelmoraDoc::HalveSection() {
+    if (!sectionCaptured || !curveIsThere()) {
+        return;
+    }
+    beginPatchCommand(false);
+    if (const auto removed = chooseSide()) {
+        PointList& section = *sectionAt(capturedPatch, capturedSection);
+        section = withoutHalf(section, *removed);
+        retitle();
+        redraw();
+    }
+}
+
+void VelmoraDoc::KnifePart() {
+    PointList* section = sectionOfCapturedPoint();
+    if (section == nullptr) {
+        return;
+    }
+    beginPatchCommand(false);
+    if (const auto removed = chooseSide()) {
+        // The number stays, and now means another point or none; the position stays too.
+        *section = withoutSide(*section, capturedPoint, *removed);
+        retitle();
+        showCapturedPoint();
+        redraw();
+    }
+}
+
+void VelmoraDoc::CopyPart() {
+    const PointList* section = sectionOfCapturedPoint();
+    if (section == nullptr) {
+        return;
+    }
+    if (const auto copied = chooseSide()) {
+        // Here the side is what is copied: the other one is left out.
+        const Side leftOut = *copied == Side::Before ? Side::After : Side::Before;
+        lineBuffer = withoutSide(*section, capturedPoint, leftOut);
+        lineBufferFull = true;
+        showCapturedPoint();
+        redraw();
+    }
+}
+
+void VelmoraDoc::PastePart() {
+    PointList* section = sectionOfCapturedPoint();
+    if (section == nullptr) {
+        return;
+    }
+    beginPatchCommand(false);
+    if (const auto replaced = chooseSide()) {
+        *section = withSideReplaced(*section, capturedPoint, *replaced, lineBuffer);
+        if (*replaced == Side::Before) {
+            ++capturedPoint; // by one, however long the buffer is
+        }
+        UpdateAfterEdit();
+        redraw();
+    }
+}
+
+void VelmoraDoc::ReverseSection() {
+    PointList* section = sectionOfCapturedPoint();
+    if (section == nullptr) {
+        return;
+    }
+    std::reverse(section->begin(), section->end());
+    capturedPoint = countOf(*section) - capturedPoint - 1;
+    documentModified = true;
+    UpdateAfterEdit();
+    redraw();
+}
+
+void VelmoraDoc::MergeBuffer() {
+    if (!sectionCaptured || !curveIsThere()) {
+        return;
+    }
+    beginPatchCommand(false);
+    ui_.showMessage(message::aptMayBeViolated);
+    PointList& section = *sectionAt(capturedPatch, capturedSection);
+    section.insert(section.end(), lineBuffer.begin(), lineBuffer.end());
+    retitle();
+    redraw();
+}
+
+void VelmoraDoc::Prescribe() {
+    const CPrescribe& values = prescribeValues;
+    if (!curveIsThere() || !showDialog(prescribeValues)) {
+        return;
+    }
+    PrescribedValues prescribed;
+    prescribed.x = values.useX ? std::optional(values.x) : std::nullopt;
+    prescribed.y = values.useY ? std::optional(values.y) : std::nullopt;
+    prescribed.z = values.useZ ? std::optional(values.z) : std::nullopt;
+    beginPatchCommand(false);
+    PointList points = capturedCurvePoints();
+    for (zVec<double>& point : points) {
+        prescribe(point, prescribed);
+    }
+    putCurvePoints(points);
+    retitle();
+    redraw();
+}
+
+// ---- Delete and Duplicate -------------------------------------------------------------------------------------------
+
+void VelmoraDoc::DeleteCurve() {
+    if (curveIsThere()) {
+        sectionCaptured ? removeCapturedSection() : removeCapturedLine();
+    }
+}
+
+void VelmoraDoc::removeCapturedSection() {
+    beginPatchCommand(false);
+    Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
+    if (patch.size() < 3 && fileKind == "apt") {
+        ui_.showMessage(message::twoSectionsStay);
+        ExitLineRegime();
+        return;
+    }
+    patch.erase(patch.begin() + capturedSection);
+    if (patch.empty()) {
+        const std::int32_t emptied = capturedPatch;
+        // The patch regime goes with the last patch.
+        ExitLineRegime();
+        takePatchOut(emptied);
+    } else {
+        capturedSection = std::min(capturedSection, countOf(patch) - 1);
+    }
+    UpdateAfterEdit();
+    redraw();
+}
+
+void VelmoraDoc::removeCapturedLine() {
+    beginPatchCommand(false);
+    Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
+    if (lineCount(patch) < 3) {
+        ui_.showMessage(message::twoLinesStay);
+        ExitLineRegime();
+        return;
+    }
+    for (PointList& section : patch) {
+        if (capturedLine < countOf(section)) {
+            section.erase(section.begin() + capturedLine);
+        }
+    }
+    capturedLine = std::min(capturedLine, lineCount(patch) - 1);
+    UpdateAfterEdit();
+    redraw();
+}
+
+void VelmoraDoc::DuplicateCurve() {
+    if (!curveIsThere() || !showDialog(duplicateValues)) {
+        return;
+    }
+    const auto copies = static_cast<std::size_t>(duplicateValues.duplicateCount - 1);
+    if (copies < 1) {
+        return;
+    }
+    beginPatchCommand(false);
+    Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
+    if (!sectionCaptured) {
+        for (PointList& section : patch) {
+            if (capturedLine < countOf(section)) {
+                const zVec<double> point = section[static_cast<std::size_t>(capturedLine)];
+                section.insert(section.begin() + capturedLine + 1, copies, point);
+            }
+        }
+    } else {
+        const PointList section = patch[static_cast<std::size_t>(capturedSection)];
+        patch.insert(patch.begin() + capturedSection + 1, copies, section);
+    }
+    UpdateAfterEdit();
+    redraw();
+}
+
+// ---- Weeding and Cylinder -------------------------------------------------------------------------------------------
+
+void VelmoraDoc::Weeding() {
+    const std::vector<bool> mask = chosenMask();
+    if (!curveCanBeEdited()) {
+        return;
+    }
+    beginPatchCommand(false);
+    const bool lines = !sectionCaptured;
+    if (lines) {
+        transposePatches(patches, mask);
+    }
+    for (std::size_t k = 0; k < patches.size(); ++k) {
+        if (mask[k]) {
+            weed(patches[k]);
+        }
+    }
+    if (lines) {
+        transposePatches(patches, mask);
+    }
+    if (pointCaptured) {
+        ExitPointRegime();
+    }
+    // Of two sections one is left, and that is no grid.
+    UpdateAfterEdit();
+    redraw();
+}
+
+void VelmoraDoc::Cylinder() {
+    // Leaving the regimes forgets the address of the profile.
+    const PointList profile = capturedCurvePoints();
+    if (profile.empty() || !ui_.ask(message::removeGeometry)) {
+        return;
+    }
+    keepForUndo();
+    structureKind = "str";
+    fileKind = "apt";
+    if (pointRegimeActive()) {
+        ExitPointRegime();
+    }
+    if (curveRegimeActive()) {
+        ExitLineRegime();
+    }
+    emptyBlock();
+    showBlockOnly = false;
+    capturedPatch = -1;
+    patches.assign(1, revolved(profile));
+    checkRegularity(patches);
+    titleWrong_ = false;
+    nameUntitled("apt");
+    updateBounds();
+    redraw();
+}
+
+} // namespace velmora

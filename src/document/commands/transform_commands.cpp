@@ -1,0 +1,217 @@
+#include <algorithm>
+#include <utility>
+
+#include "VelmoraDoc.h"
+#include "messages.h"
+#include "patch_order.h"
+#include "zone_nodes.h"
+
+namespace velmora {
+
+// Each command treats the zBlock or, without one, the whole model.
+
+namespace {
+
+std::int32_t turnedRound(std::int32_t index, std::int32_t count) {
+    return index >= 0 && index < count ? count - 1 - index : index;
+}
+
+} // namespace
+
+std::vector<bool> VelmoraDoc::chosenMask() const {
+    return blockCount < 1 ? std::vector<bool>(static_cast<std::size_t>(partCount()), true) : blockMask();
+}
+
+std::vector<std::int32_t> VelmoraDoc::chosenPatches() const {
+    std::vector<std::int32_t> chosen;
+    const std::int32_t candidates = blockCount < 1 ? partCount() : blockCount;
+    for (std::int32_t i = 0; i < candidates; ++i) {
+        const std::int32_t patch = blockCount < 1 ? i : blockList[static_cast<std::size_t>(i)];
+        if (patch >= 0 && patch < partCount()) {
+            chosen.push_back(patch);
+        }
+    }
+    return chosen;
+}
+
+std::vector<std::int32_t> VelmoraDoc::chosenZones() const {
+    if (blockCount < 1) {
+        return chosenPatches();
+    }
+    return zonesReached(feRegion, {blockList.data(), static_cast<std::size_t>(blockCount)});
+}
+
+/// What is known of the captured point's place follows the model.
+void VelmoraDoc::followCapturedPoint() {
+    const auto position = positionAt(capturedPatch, capturedPointSection, capturedPoint);
+    if ((pointCaptured || freePointHeld) && position) {
+        capturedPointPos = pickedPoint = *position;
+    }
+}
+
+// ---- Scaling, Move, Rotation, Flip, Symmetric -----------------------------------------------------------------------
+
+/// False when the map ended the work; what was done before stays done.
+bool VelmoraDoc::transformModel(const PointMap& map) {
+    if (structureKind == "uns") {
+        return transformZones(feRegion, chosenZones(), map);
+    }
+    const std::vector<std::int32_t> chosen = chosenPatches();
+    return std::all_of(chosen.begin(), chosen.end(), [this, &map](std::int32_t patch) {
+        return transformPatch(patches[static_cast<std::size_t>(patch)], map);
+    });
+}
+
+/// Snapshot, work, new box. The captured point goes with the model, or its capture is dropped.
+void VelmoraDoc::runTransformation(bool keepsPoint, const std::function<bool()>& work) {
+    beginPatchCommand(true);
+    const bool zones = structureKind == "uns";
+    if (zones && feRegion.blocks.empty()) {
+        return;
+    }
+    if (zones && pointCaptured && keepsPoint) {
+        undoNode = positionAt(capturedPatch, capturedPointSection, capturedPoint).value_or(undoNode);
+    }
+    if (!work()) {
+        ui_.showMessage(message::axisAbsent);
+        return;
+    }
+    if (pointCaptured) {
+        followCapturedPoint();
+        if (keepsPoint) {
+            pointUndoReady = true;
+        } else {
+            pointCaptured = false;
+            capturedPoint = -1;
+        }
+    }
+    updateBounds();
+    redraw();
+}
+
+void VelmoraDoc::ScaleModel() {
+    if (structureKind == "non" || !showDialog(scalingValues)) {
+        return;
+    }
+    runTransformation(true, [this] { return transformModel(scalingValues.map()); });
+}
+
+void VelmoraDoc::MoveModel() {
+    if (structureKind == "non" || !showDialog(moveValues)) {
+        return;
+    }
+    runTransformation(true, [this] { return transformModel(moveValues.map()); });
+}
+
+void VelmoraDoc::RotateModel() {
+    if (structureKind == "non" || !showDialog(rotateValues)) {
+        return;
+    }
+    RotationAxis axis = rotateValues.axis();
+    runTransformation(true, [this, &axis] {
+        return transformModel([&axis](const zVec<double>& point) { return rotatePoint(point, axis); });
+    });
+    rotateValues.takeEnd(axis);
+}
+
+void VelmoraDoc::FlipModel() {
+    if (structureKind == "non" || !showDialog(flipValues)) {
+        return;
+    }
+    runTransformation(false, [this] {
+        transformModel(flipValues.map());
+        if (structureKind == "str") {
+            // Points in reverse order keep a patch on its side.
+            for (const std::int32_t patch : chosenPatches()) {
+                reverseLines(patches[static_cast<std::size_t>(patch)]);
+            }
+        }
+        return true;
+    });
+}
+
+void VelmoraDoc::SymmetricModel() {
+    if (structureKind == "non" || !showDialog(symmetricValues)) {
+        return;
+    }
+    runTransformation(true, [this] {
+        if (structureKind == "uns") {
+            mirrorZones(feRegion, chosenZones(), symmetricValues.chosen());
+            return true;
+        }
+        for (const std::int32_t patch : chosenPatches()) {
+            Patch image = patches[static_cast<std::size_t>(patch)];
+            transformPatch(image, symmetricValues.map());
+            patches.push_back(std::move(image));
+        }
+        return true;
+    });
+}
+
+// ---- Sections and lines ---------------------------------------------------------------------------------------------
+
+/// Transposes the chosen patches, and the capture with them, whether or not its patch is one of them. False, and
+/// nothing is changed, when one of them is no grid.
+bool VelmoraDoc::exchangeSectionsAndLines() {
+    if (!transposePatches(patches, chosenMask())) {
+        return false;
+    }
+    exchangeCapture();
+    return true;
+}
+
+/// What is captured keeps its place when sections and lines change their parts.
+void VelmoraDoc::exchangeCapture() {
+    if (pointCaptured || freePointHeld) {
+        std::swap(capturedPoint, capturedPointSection);
+        followCapturedPoint();
+    }
+    if (sectionCaptured) {
+        sectionCaptured = false;
+        lineCaptured = true;
+        capturedLine = std::exchange(capturedSection, -1);
+    } else if (lineCaptured) {
+        lineCaptured = false;
+        sectionCaptured = true;
+        capturedSection = std::exchange(capturedLine, -1);
+    }
+}
+
+void VelmoraDoc::Convertation() {
+    if (structureKind != "str" || !exchangeSectionsAndLines()) {
+        return;
+    }
+    documentModified = true;
+    redraw();
+}
+
+void VelmoraDoc::LastFirstSwitch() {
+    if (structureKind != "str" || !showDialog(lastFirstValues)) {
+        return;
+    }
+    const bool sections = lastFirstValues.kind == 1;
+    const std::vector<bool> mask = chosenMask();
+    for (std::size_t k = 0; k < patches.size(); ++k) {
+        if (mask[k]) {
+            (sections ? reverseSections : reverseLines)(patches[k]);
+        }
+    }
+    documentModified = true;
+    if (capturedPatch >= 0 && capturedPatch < countOf(patches)) {
+        const Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
+        const std::int32_t count = sections ? countOf(patch) : lineCount(patch);
+        if (pointCaptured) {
+            std::int32_t& index = sections ? capturedPointSection : capturedPoint;
+            index = turnedRound(index, count);
+            followCapturedPoint();
+        }
+        if (sectionCaptured && sections) {
+            capturedSection = turnedRound(capturedSection, count);
+        } else if (lineCaptured && !sections) {
+            capturedLine = turnedRound(capturedLine, count);
+        }
+    }
+    redraw();
+}
+
+} // namespace velmora

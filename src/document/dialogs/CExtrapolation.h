@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+
+#include "DialogForm.h"
+
+namespace velmora {
+
+/// Beyond which border a patch grows, and by how many steps.
+struct CExtrapolation {
+    std::int32_t kind = 1; ///< 1 first section, 2 last section, 3 first line, 4 last line
+    double coefficient = 1.0;
+};
+
+/// The form over `values`, which must outlive it.
+DialogForm describe(CExtrapolation& values);
+
+} // namespace velmora

@@ -1,0 +1,423 @@
+#include <cmath>
+
+#include "zone_fixture.h"
+
+namespace velmora::test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Vec = zVec<double>;
+using Fields = std::vector<std::pair<std::string, std::string>>;
+using Numbers = std::vector<std::int32_t>;
+
+class Transformation : public ZoneTest {
+protected:
+    void run(void (VelmoraDoc::*command)(), const Fields& fields) {
+        ui.dialogs.push_back(fields);
+        (doc.*command)();
+    }
+
+    void expectSnapshotOf(const PatchList& before) {
+        EXPECT_EQ(doc.undoPatches, before);
+        EXPECT_TRUE(doc.patchUndoReady && doc.rebuildOnUndo && doc.documentModified);
+    }
+};
+
+using TransformationOfZones = Transformation;
+using Convertation = Transformation;
+using LastFirstSwitch = Transformation;
+
+constexpr void (VelmoraDoc::*const transformations[])() = {&VelmoraDoc::ScaleModel, &VelmoraDoc::MoveModel,
+                                                           &VelmoraDoc::RotateModel, &VelmoraDoc::FlipModel,
+                                                           &VelmoraDoc::SymmetricModel};
+
+} // namespace
+
+// ---- What is common -------------------------------------------------------------------------------------------------
+
+TEST_F(Transformation, CancelledChangesNothing) {
+    hold({flatPatch(2, 2)});
+    const PatchList before = doc.patches;
+    for (const auto command : transformations) {
+        (doc.*command)();
+    }
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
+    EXPECT_THAT(heard(), ElementsAre("dialog: CScaling -> cancel", "dialog: CBlockMove -> cancel",
+                                     "dialog: CBlockRotate -> cancel", "dialog: CFlipBlock -> cancel",
+                                     "dialog: CSymmetricBlock -> cancel"));
+    EXPECT_THAT(viewCalls(), IsEmpty());
+}
+
+TEST_F(Transformation, WithoutAModelAsksNothing) {
+    for (const auto command : transformations) {
+        (doc.*command)();
+    }
+    doc.Convertation();
+    doc.LastFirstSwitch();
+    EXPECT_THAT(heard(), IsEmpty());
+}
+
+TEST_F(Transformation, FitsTheViewAnewAndAgainWhenUndone) {
+    hold({flatPatch(2, 2)});
+    const PatchList before = doc.patches;
+    run(&VelmoraDoc::MoveModel, {{"deltaX", "5"}});
+    EXPECT_EQ(doc.boxMin, (Vec{5, 0, 0}));
+    EXPECT_EQ(doc.boxMax, (Vec{6, 1, 0}));
+    EXPECT_THAT(viewCalls(), ElementsAre("bounds", "redraw"));
+    expectSnapshotOf(before);
+    doc.UndoPatch();
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_EQ(doc.boxMin, (Vec{0, 0, 0}));
+    EXPECT_THAT(viewCalls(), ElementsAre("bounds"));
+    EXPECT_FALSE(doc.rebuildOnUndo);
+}
+
+TEST_F(Transformation, ThatKeepsTheNumbersMarksTheDocumentAllTheSame) {
+    hold({flatPatch(2, 2)});
+    const PatchList before = doc.patches;
+    run(&VelmoraDoc::ScaleModel, {});
+    run(&VelmoraDoc::MoveModel, {});
+    EXPECT_EQ(doc.patches, before);
+    expectSnapshotOf(before);
+}
+
+TEST_F(Transformation, TakesTheZBlocksPatchesAndKeepsTheirPlaces) {
+    hold({flatPatch(2, 2, 0), flatPatch(2, 2, 1), flatPatch(2, 2, 2)});
+    addToBlock(2);
+    addToBlock(0);
+    run(&VelmoraDoc::MoveModel, {{"deltaZ", "10"}});
+    EXPECT_EQ(doc.patches[0][0][0].z, 10);
+    EXPECT_EQ(doc.patches[1][0][0].z, 1);
+    EXPECT_EQ(doc.patches[2][0][0].z, 12);
+    EXPECT_EQ(block(), (Numbers{2, 0}));
+}
+
+TEST_F(Transformation, TakesTheCapturedPointAlongAndMakesItsUndoReady) {
+    hold({flatPatch(2, 2)});
+    capturePoint(0, 1, 1);
+    run(&VelmoraDoc::ScaleModel, {{"scale", "3"}});
+    EXPECT_EQ(doc.capturedPointPos, (Vec{3, 3, 0}));
+    EXPECT_TRUE(doc.pointCaptured);
+    EXPECT_TRUE(doc.pointUndoReady);
+    EXPECT_EQ(doc.capturedPoint, 1);
+    doc.UndoPatch();
+    EXPECT_EQ(doc.capturedPointPos, (Vec{1, 1, 0}));
+}
+
+TEST_F(Transformation, WorksOnLinesAndWithASectionCaptured) {
+    hold({patchOf({2, 3})});
+    captureSection(0, 1);
+    run(&VelmoraDoc::MoveModel, {{"deltaY", "1"}});
+    EXPECT_EQ(doc.patches[0][1][2], (Vec{2, 2, 0}));
+    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_EQ(doc.capturedSection, 1);
+}
+
+// ---- Each of them ---------------------------------------------------------------------------------------------------
+
+TEST_F(Transformation, ScalesFromTheCentre) {
+    hold({flatPatch(2, 2)});
+    run(&VelmoraDoc::ScaleModel, {{"xCenter", "1"}, {"yCenter", "0"}, {"zCenter", "2"}, {"scale", "3"}});
+    EXPECT_EQ(doc.patches[0], (Patch{{{-2, 0, -4}, {1, 0, -4}}, {{-2, 3, -4}, {1, 3, -4}}}));
+}
+
+TEST_F(Transformation, RotatesAboutTheAxis) {
+    hold({{{{0, 1, 0}, {0.5, 1, 0}}, {{0, 2, 0}, {0.5, 2, 0}}}});
+    run(&VelmoraDoc::RotateModel, {{"angle", "90"}});
+    for (std::size_t n = 0; n < 2; ++n) {
+        EXPECT_NEAR(doc.patches[0][n][0].y, 0, 2e-6);
+        EXPECT_NEAR(doc.patches[0][n][1].z, static_cast<double>(n) + 1, 1e-12);
+    }
+    EXPECT_EQ(doc.patches[0][0][0].y, std::cos(90 * 0.01745329));
+    EXPECT_THAT(heard(), ElementsAre("dialog: CBlockRotate -> ok"));
+}
+
+TEST_F(Transformation, RotationLeavesAMovedAxisPointInTheDialog) {
+    hold({flatPatch(2, 3)}); // (1, 1, 0) stands over the second point of the axis
+    run(&VelmoraDoc::RotateModel, {{"angle", "90"}});
+    EXPECT_EQ(doc.rotateValues.x2, 1.5);
+    EXPECT_EQ(doc.rotateValues.y2, 0);
+    EXPECT_EQ(fieldText(*doc.storedDialog("CBlockRotate")->find("x2")), "1.5");
+}
+
+TEST_F(Transformation, RotationWithoutAnAxisEndsAfterTheSnapshot) {
+    hold({flatPatch(2, 2)});
+    const PatchList before = doc.patches;
+    capturePoint(0, 1, 1);
+    run(&VelmoraDoc::RotateModel, {{"x2", "0"}, {"angle", "90"}});
+    EXPECT_EQ(doc.patches, before);
+    expectSnapshotOf(before);
+    EXPECT_FALSE(doc.pointUndoReady);
+    EXPECT_THAT(heard(), ElementsAre("dialog: CBlockRotate -> ok", "message: Axis is absent. Rotation is impossible"));
+    EXPECT_THAT(viewCalls(), IsEmpty());
+}
+
+TEST_F(Transformation, FlipReflectsAndReversesEachSection) {
+    hold({flatPatch(2, 3)});
+    run(&VelmoraDoc::FlipModel, {{"plane", "2"}, {"yPlane", "2"}});
+    EXPECT_EQ(doc.patches[0], (Patch{{{2, 4, 0}, {1, 4, 0}, {0, 4, 0}}, {{2, 3, 0}, {1, 3, 0}, {0, 3, 0}}}));
+}
+
+TEST_F(Transformation, FlipDropsTheCapturedPoint) {
+    hold({flatPatch(2, 3)});
+    capturePoint(0, 1, 1);
+    run(&VelmoraDoc::FlipModel, {});
+    EXPECT_FALSE(doc.pointCaptured);
+    EXPECT_EQ(doc.capturedPoint, -1);
+    EXPECT_FALSE(doc.pointUndoReady);
+}
+
+TEST_F(Transformation, FlipAndSymmetricHaveTheirOwnPlanes) {
+    hold({flatPatch(2, 2)});
+    run(&VelmoraDoc::FlipModel, {{"plane", "3"}, {"zPlane", "4"}});
+    EXPECT_EQ(doc.symmetricValues.plane, 1);
+    EXPECT_EQ(doc.symmetricValues.zPlane, 0);
+    EXPECT_EQ(doc.patches[0][0][0].z, 8);
+}
+
+TEST_F(Transformation, SymmetricAddsTheImagesAndKeepsTheZBlock) {
+    hold({flatPatch(2, 3, 0), flatPatch(2, 3, 1), flatPatch(2, 3, 2)});
+    const PatchList before = doc.patches;
+    for (const int patch : {0, 1, 2}) {
+        addToBlock(patch);
+    }
+    run(&VelmoraDoc::SymmetricModel, {{"xPlane", "-1"}});
+    ASSERT_EQ(doc.patches.size(), 6U);
+    for (std::size_t k = 0; k < 3; ++k) {
+        EXPECT_EQ(doc.patches[k], before[k]);
+        // The same order of sections and points.
+        EXPECT_EQ(doc.patches[3 + k][1][2], (Vec{-4, 1, static_cast<double>(k)}));
+        EXPECT_EQ(doc.patches[3 + k][0][0], (Vec{-2, 0, static_cast<double>(k)}));
+    }
+    EXPECT_EQ(block(), (Numbers{0, 1, 2}));
+    EXPECT_EQ(doc.boxMin.x, -4);
+    expectSnapshotOf(before);
+}
+
+TEST_F(Transformation, SymmetricWithoutAZBlockDoublesTheModel) {
+    hold({flatPatch(2, 2, 0), flatPatch(2, 2, 1)});
+    run(&VelmoraDoc::SymmetricModel, {});
+    EXPECT_EQ(doc.patches.size(), 4U);
+    EXPECT_EQ(doc.fileKind, "apt");
+}
+
+// ---- Zones ----------------------------------------------------------------------------------------------------------
+
+TEST_F(TransformationOfZones, MovesEveryNodeOfAllZones) {
+    holdZones({3, 2});
+    run(&VelmoraDoc::MoveModel, {{"deltaZ", "7"}});
+    EXPECT_EQ(node(0, 2), (Vec{2, 0, 7}));
+    EXPECT_EQ(node(1, 1), (Vec{1, 1, 7}));
+    EXPECT_THAT(viewCalls(), ElementsAre("bounds", "redraw"));
+    doc.UndoPatch();
+    EXPECT_EQ(node(1, 1), (Vec{1, 1, 0}));
+    EXPECT_THAT(viewCalls(), ElementsAre("bounds"));
+}
+
+TEST_F(TransformationOfZones, OfAZBlockNormallyTakesTheFirstZoneAlone) {
+    holdZones({3, 3, 3});
+    addToBlock(2);
+    addToBlock(0);
+    run(&VelmoraDoc::MoveModel, {{"deltaZ", "7"}});
+    EXPECT_EQ(node(2, 0).z, 7);
+    EXPECT_EQ(node(0, 0).z, 0);
+    EXPECT_EQ(node(1, 0).z, 0);
+}
+
+TEST_F(TransformationOfZones, OfALongZBlockGoesOnBehindThePositionThatTheNodesCountTo) {
+    holdZones({3, 3, 3, 3, 9, 3});
+    doc.InvertBlock();
+    run(&VelmoraDoc::ScaleModel, {{"zCenter", "1"}, {"scale", "0"}});
+    std::vector<double> heights;
+    for (std::int32_t zone = 0; zone < 6; ++zone) {
+        heights.push_back(node(zone, 1).z);
+    }
+    // Zone 0 has 3 nodes: the walk goes on at position 4.
+    EXPECT_EQ(heights, (std::vector<double>{1, 0, 0, 0, 1, 0}));
+}
+
+TEST_F(TransformationOfZones, FollowsTheCapturedNodeAndRemembersWhereItWas) {
+    holdZones({3, 3});
+    captureNode(1, 2);
+    run(&VelmoraDoc::ScaleModel, {{"scale", "2"}});
+    EXPECT_EQ(doc.undoNode, (Vec{2, 1, 0}));
+    EXPECT_EQ(doc.capturedPointPos, (Vec{4, 2, 0}));
+    EXPECT_EQ(doc.pickedPoint, (Vec{4, 2, 0}));
+    EXPECT_TRUE(doc.pointUndoReady);
+    doc.UndoPatch();
+    EXPECT_EQ(doc.capturedPointPos, (Vec{2, 1, 0}));
+}
+
+TEST_F(TransformationOfZones, FlipChangesTheCoordinateAloneAndDropsTheNode) {
+    holdZones({3});
+    captureNode(0, 2);
+    doc.undoNode = {9, 9, 9};
+    run(&VelmoraDoc::FlipModel, {{"xPlane", "1"}});
+    EXPECT_EQ(node(0, 0), (Vec{2, 0, 0}));
+    EXPECT_EQ(node(0, 2), (Vec{0, 0, 0}));
+    EXPECT_EQ(doc.undoNode, (Vec{9, 9, 9}));
+    EXPECT_EQ(doc.capturedPointPos, (Vec{0, 0, 0}));
+    EXPECT_FALSE(doc.pointCaptured || doc.pointUndoReady);
+    EXPECT_EQ(doc.capturedPoint, -1);
+}
+
+TEST_F(TransformationOfZones, SymmetricAddsAZoneForEachWithItsTitle) {
+    holdZones({3, 4});
+    run(&VelmoraDoc::SymmetricModel, {{"plane", "2"}, {"yPlane", "5"}});
+    EXPECT_EQ(nodeCounts(), (Numbers{3, 4, 3, 4}));
+    EXPECT_EQ(node(1, 3), (Vec{3, 1, 0}));
+    EXPECT_EQ(node(3, 3), (Vec{3, 9, 0}));
+    EXPECT_EQ(doc.feRegion.blocks[3]->title, "zone1_simm");
+    EXPECT_EQ(doc.feRegion.blocks[3]->connectivity, doc.feRegion.blocks[1]->connectivity);
+}
+
+TEST_F(TransformationOfZones, RotatesThemOrSaysThatThereIsNoAxis) {
+    holdZones({3});
+    run(&VelmoraDoc::RotateModel, {{"x2", "0"}, {"z2", "1"}, {"angle", "180"}});
+    EXPECT_NEAR(node(0, 2).x, -2, 1e-6);
+    EXPECT_NEAR(node(0, 2).y, 0, 1e-6);
+    heard();
+    run(&VelmoraDoc::RotateModel, {{"z2", "0"}});
+    EXPECT_THAT(heard(), ElementsAre("dialog: CBlockRotate -> ok", "message: Axis is absent. Rotation is impossible"));
+}
+
+TEST_F(TransformationOfZones, OfNoZonesEndsAfterTheSnapshot) {
+    holdZones({});
+    run(&VelmoraDoc::MoveModel, {});
+    EXPECT_TRUE(doc.patchUndoReady);
+    EXPECT_THAT(viewCalls(), IsEmpty());
+}
+
+// ---- Convertation ---------------------------------------------------------------------------------------------------
+
+TEST_F(Convertation, ExchangesSectionsAndLinesAndTheCapture) {
+    hold({flatPatch(2, 3), flatPatch(4, 5)});
+    const PatchList before = doc.patches;
+    captureSection(1, 2);
+    capturePoint(1, 2, 4);
+    doc.Convertation();
+    EXPECT_EQ(countsOf(doc.patches[0]), (Numbers{2, 2, 2}));
+    EXPECT_EQ(countsOf(doc.patches[1]), (Numbers{4, 4, 4, 4, 4}));
+    EXPECT_EQ(doc.patches[1][4][2], before[1][2][4]);
+    EXPECT_TRUE(doc.lineCaptured);
+    EXPECT_FALSE(doc.sectionCaptured);
+    EXPECT_EQ(doc.capturedLine, 2);
+    EXPECT_EQ(doc.capturedSection, -1);
+    EXPECT_EQ(doc.capturedPointSection, 4);
+    EXPECT_EQ(doc.capturedPoint, 2);
+    EXPECT_EQ(doc.capturedPointPos, before[1][2][4]);
+    EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set line", "set point"));
+    doc.Convertation();
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_EQ(doc.capturedSection, 2);
+    EXPECT_EQ(doc.capturedLine, -1);
+    EXPECT_EQ(doc.capturedPoint, 4);
+}
+
+TEST_F(Convertation, LeavesTheUndoStateAndTheBox) {
+    hold({flatPatch(2, 3)});
+    doc.boxMax = {9, 9, 9};
+    doc.Convertation();
+    EXPECT_FALSE(doc.patchUndoReady);
+    EXPECT_THAT(doc.undoPatches, IsEmpty());
+    EXPECT_EQ(doc.boxMax, (Vec{9, 9, 9}));
+    EXPECT_THAT(heard(), IsEmpty());
+    EXPECT_TRUE(doc.documentModified);
+}
+
+TEST_F(Convertation, OfAZBlockLeavesTheOthersAndStillExchangesTheCapture) {
+    hold({flatPatch(2, 3), flatPatch(4, 5)});
+    const PatchList before = doc.patches;
+    addToBlock(0);
+    captureLine(1, 3);
+    capturePoint(1, 2, 3);
+    doc.Convertation();
+    EXPECT_EQ(doc.patches[0].size(), 3U);
+    EXPECT_EQ(doc.patches[1], before[1]);
+    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_EQ(doc.capturedSection, 3);
+    EXPECT_EQ(doc.capturedPointSection, 3);
+    EXPECT_EQ(doc.capturedPoint, 2);
+    EXPECT_EQ(doc.capturedPointPos, before[1][3][2]);
+}
+
+TEST_F(Convertation, ExchangesAFreePointToo) {
+    hold({flatPatch(2, 3)});
+    capturePoint(0, 1, 2);
+    doc.pointCaptured = false;
+    doc.freePointHeld = true;
+    doc.Convertation();
+    EXPECT_EQ(doc.capturedPointSection, 2);
+    EXPECT_EQ(doc.capturedPoint, 1);
+}
+
+TEST_F(Convertation, RefusesLines) {
+    hold({patchOf({3, 2})});
+    const PatchList before = doc.patches;
+    captureSection(0, 1);
+    doc.Convertation();
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_TRUE(doc.sectionCaptured);
+}
+
+// ---- Last/First switch ----------------------------------------------------------------------------------------------
+
+TEST_F(LastFirstSwitch, TurnsRoundTheSectionsAndTheirNumbers) {
+    hold({flatPatch(4, 3)});
+    captureSection(0, 1);
+    capturePoint(0, 1, 2);
+    run(&VelmoraDoc::LastFirstSwitch, {});
+    EXPECT_EQ(doc.patches[0][0], flatPatch(4, 3)[3]);
+    EXPECT_EQ(doc.capturedSection, 2);
+    EXPECT_EQ(doc.capturedPointSection, 2);
+    EXPECT_EQ(doc.capturedPoint, 2);
+    EXPECT_EQ(doc.capturedPointPos, (Vec{2, 1, 0}));
+    EXPECT_FALSE(doc.patchUndoReady);
+    EXPECT_TRUE(doc.documentModified);
+}
+
+TEST_F(LastFirstSwitch, TurnsRoundTheLinesAndTheirNumbers) {
+    hold({flatPatch(4, 3)});
+    captureLine(0, 0);
+    capturePoint(0, 1, 0);
+    run(&VelmoraDoc::LastFirstSwitch, {{"kind", "2"}});
+    EXPECT_EQ(coordinates(doc.patches[0][1]), (std::vector<double>{2, 1, 0}));
+    EXPECT_EQ(doc.capturedLine, 2);
+    EXPECT_EQ(doc.capturedPointSection, 1);
+    EXPECT_EQ(doc.capturedPoint, 2);
+    EXPECT_EQ(doc.capturedPointPos, (Vec{0, 1, 0}));
+}
+
+TEST_F(LastFirstSwitch, OfTheOtherDirectionKeepsTheCurvesNumber) {
+    hold({flatPatch(4, 3)});
+    captureLine(0, 0);
+    run(&VelmoraDoc::LastFirstSwitch, {{"kind", "1"}});
+    EXPECT_EQ(doc.capturedLine, 0);
+    doc.lineCaptured = false;
+    captureSection(0, 1);
+    run(&VelmoraDoc::LastFirstSwitch, {{"kind", "2"}});
+    EXPECT_EQ(doc.capturedSection, 1);
+}
+
+TEST_F(LastFirstSwitch, TakesTheZBlockAlone) {
+    hold({flatPatch(2, 2), flatPatch(2, 2)});
+    const PatchList before = doc.patches;
+    addToBlock(1);
+    run(&VelmoraDoc::LastFirstSwitch, {});
+    EXPECT_EQ(doc.patches[0], before[0]);
+    EXPECT_EQ(doc.patches[1][0], before[1][1]);
+}
+
+TEST_F(LastFirstSwitch, CancelledChangesNothing) {
+    hold({flatPatch(2, 2)});
+    const PatchList before = doc.patches;
+    doc.LastFirstSwitch();
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_FALSE(doc.documentModified);
+}
+
+} // namespace velmora::test

@@ -46,7 +46,6 @@ inline std::string zeroLengthLine(std::int32_t line) {
 }
 inline constexpr const char* mergeImpossible = "APT format is violated. Merge is impossible";
 inline constexpr const char* sectionsDiffer = "Merging is imposible. Patches contain different number of sections";
-inline constexpr const char* matchingImpossible = "Matching is impossible";
 inline constexpr const char* fewSectionsToInterpolate =
     "Number of section in patch less than 3. Interpolation impossible";
 inline constexpr const char* interpolationTooFar =

@@ -514,7 +514,6 @@ private:
     bool curveCanBeEdited();
     void editCurveAsSection(const std::function<void(PointList&)>& edit);
     void transformCurve(const PointMap& map);
-    void renumberSection(PointList& section);
     PointList* sectionOfCapturedPoint();
     std::optional<Side> chooseSide();
     void showCapturedPoint();

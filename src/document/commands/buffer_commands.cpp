@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "VelmoraDoc.h"
+#include "capture_address.h"
 #include "format_outcome.h"
 #include "messages.h"
 #include "path_names.h"
@@ -133,6 +134,8 @@ void VelmoraDoc::PasteFromBuffer() {
         return;
     }
     putCurvePoints(lineBuffer);
+    keepCaptureInside(*this);
+    followCapturedPoint();
     UpdateAfterEdit();
     redraw();
 }

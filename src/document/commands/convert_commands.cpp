@@ -4,9 +4,7 @@
 namespace velmora {
 
 void VelmoraDoc::ConvertToUnstructured() {
-    SavePatchUndo();
-    patchUndoReady = true;
-    rebuildOnUndo = false;
+    beginPatchCommand(false);
     // What is captured is a part of a grid: there is none from here on.
     leaveRegimes();
     if (!patches.empty()) {

@@ -12,9 +12,7 @@ namespace velmora {
 // Commands that cut patches in two, join them, or close the gap between them.
 
 void VelmoraDoc::SplitPatch() {
-    SavePatchUndo();
-    patchUndoReady = true;
-    rebuildOnUndo = false;
+    beginPatchCommand(false);
     const auto split = [this](PatchList& list) {
         if (sectionCaptured) {
             splitAtSection(list, capturedPatch, capturedSection);
@@ -33,6 +31,7 @@ void VelmoraDoc::SplitPatch() {
         ShowStatus(patchCaptured ? continuePrompt : idlePrompt);
     }
     emptyBlock(); // the patches behind the cut have other numbers now
+    showBlockOnly = false;
     redraw();
 }
 
@@ -44,6 +43,9 @@ void VelmoraDoc::MergePatches() {
     }
     if (sectionCaptured || lineCaptured) {
         ExitLineRegime();
+    }
+    if (pointRegimeActive()) {
+        ExitPointRegime(); // its patch may be gone
     }
     emptyBlock();
     capturedPatch = -1;
@@ -67,9 +69,7 @@ bool VelmoraDoc::mergePatchesOfBlock() {
 
 /// The first zone of the zBlock takes in the others, one after the other.
 void VelmoraDoc::mergeZonesOfBlock() {
-    SavePatchUndo();
-    patchUndoReady = true;
-    rebuildOnUndo = false;
+    beginPatchCommand(false);
     for (std::int32_t i = 1; i < blockCount; ++i) {
         const std::int32_t zone = blockList[static_cast<std::size_t>(i)];
         if (zone < 0) {
@@ -95,9 +95,7 @@ bool VelmoraDoc::mergeStructured() {
         ui_.showMessage(lines ? message::sectionsDiffer : message::mergeImpossible);
         return false;
     }
-    SavePatchUndo();
-    patchUndoReady = true;
-    rebuildOnUndo = false;
+    beginPatchCommand(false);
     const auto append = lines ? appendLines : appendSections;
     append(patches, members, {mergeValues.matching, false});
     removeMerged(patches, members);
@@ -123,9 +121,7 @@ void VelmoraDoc::MatchBorderAndGrid() {
 
 /// Matches each patch of the zBlock to the one before it, until a pair does not fit.
 void VelmoraDoc::matchBlock(bool grid) {
-    SavePatchUndo();
-    patchUndoReady = true;
-    rebuildOnUndo = false;
+    beginPatchCommand(false);
     const auto exists = [this](std::int32_t k) { return k >= 0 && k < countOf(patches); };
     for (std::size_t i = 0; i + 1 < static_cast<std::size_t>(blockCount); ++i) {
         const std::int32_t a = blockList[i];

@@ -77,9 +77,7 @@ void VelmoraDoc::keepForUndo() {
         return;
     }
     undoModified_ = documentModified;
-    SavePatchUndo();
-    patchUndoReady = true;
-    rebuildOnUndo = false;
+    beginPatchCommand(false);
     undoPath_ = chosenPath;
 }
 

@@ -99,9 +99,7 @@ void VelmoraDoc::placeDraggedPoint(const zVec<double>& position) {
 
 void VelmoraDoc::prepareDragCorrection() {
     dragCorrectsLine = true;
-    SavePatchUndo();
-    patchUndoReady = true;
-    rebuildOnUndo = false;
+    beginPatchCommand(false);
     SavePointUndo();
     rememberPointAddress();
     pointUndoReady = true;

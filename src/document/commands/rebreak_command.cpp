@@ -60,9 +60,7 @@ void VelmoraDoc::Rebreak() {
     if (!showDialog(rebreakValues)) {
         return;
     }
-    SavePatchUndo();
-    patchUndoReady = true;
-    rebuildOnUndo = false;
+    beginPatchCommand(false);
     if (rebreakValues.useBlock) {
         for (std::int32_t i = 0; i < blockCount; ++i) {
             const std::int32_t k = blockList[static_cast<std::size_t>(i)];

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "VelmoraDoc.h"
+#include "capture_address.h"
 #include "messages.h"
 #include "patch_order.h"
 
@@ -89,24 +90,16 @@ void VelmoraDoc::SymmetricSection() {
 
 // ---- First point ----------------------------------------------------------------------------------------------------
 
-void VelmoraDoc::FirstPoint() {
-    if (!curveCanBeEdited()) {
-        return;
-    }
-    beginPatchCommand(false);
-    editCurveAsSection([this](PointList& section) { renumberSection(section); });
-    redraw();
-}
+namespace {
 
-void VelmoraDoc::renumberSection(PointList& section) {
-    CFirstPoint& values = firstPointValues;
-    values.pointInside = pointCaptured && capturedPoint > 0 && capturedPoint < countOf(section) - 1;
+/// Shows the dialog for the section, or the line turned to one, and renumbers it. False for Cancel.
+bool renumberSection(VelmoraDoc& document, PointList& section) {
+    CFirstPoint& values = document.firstPointValues;
+    const std::int32_t first = document.capturedPoint;
+    values.pointInside = document.pointCaptured && first > 0 && first < countOf(section) - 1;
     values.closed = isClosed(section);
-    if (!showDialog(values)) {
-        return;
-    }
-    if (pointCaptured) {
-        rememberPointAddress();
+    if (!document.showDialog(values)) {
+        return false;
     }
     if (values.makeLoop && !section.empty()) {
         section.back() = section.front();
@@ -114,12 +107,28 @@ void VelmoraDoc::renumberSection(PointList& section) {
     if (values.kind == 1) {
         std::reverse(section.begin(), section.end());
     } else {
-        section = loopFrom(section, capturedPoint, values.sortKind == 1);
+        section = loopFrom(section, first, values.sortKind == 1);
     }
-    if (pointCaptured) {
+    return true;
+}
+
+} // namespace
+
+void VelmoraDoc::FirstPoint() {
+    if (!curveCanBeEdited()) {
+        return;
+    }
+    beginPatchCommand(false);
+    bool renumbered = false;
+    editCurveAsSection([this, &renumbered](PointList& section) { renumbered = renumberSection(*this, section); });
+    if (renumbered && pointCaptured) {
+        // The number has not moved: it names another point now.
+        rememberPointAddress();
         followCapturedPoint();
-        showCapturedPoint();
+        RefillPointStatus(true);
+        ShowStatus(pointContinueStatus);
     }
+    redraw();
 }
 
 void VelmoraDoc::showCapturedPoint() {
@@ -155,6 +164,8 @@ void VelmoraDoc::HalveSection() {
     if (const auto removed = chooseSide()) {
         PointList& section = *sectionAt(capturedPatch, capturedSection);
         section = withoutHalf(section, *removed);
+        keepCaptureInside(*this);
+        followCapturedPoint();
         retitle();
         redraw();
     }
@@ -272,9 +283,13 @@ void VelmoraDoc::removeCapturedSection() {
         ExitLineRegime();
         takePatchOut(emptied);
     } else {
-        capturedSection = std::min(capturedSection, countOf(patch) - 1);
+        keepCaptureInside(*this);
+        followCapturedPoint();
     }
     UpdateAfterEdit();
+    if (structureKind == "non") {
+        showIdlePrompt();
+    }
     redraw();
 }
 
@@ -291,7 +306,8 @@ void VelmoraDoc::removeCapturedLine() {
             section.erase(section.begin() + capturedLine);
         }
     }
-    capturedLine = std::min(capturedLine, lineCount(patch) - 1);
+    keepCaptureInside(*this);
+    followCapturedPoint();
     UpdateAfterEdit();
     redraw();
 }
@@ -371,6 +387,7 @@ void VelmoraDoc::Cylinder() {
     checkRegularity(patches);
     titleWrong_ = false;
     nameUntitled("apt");
+    showIdlePrompt();
     updateBounds();
     redraw();
 }

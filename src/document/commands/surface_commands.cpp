@@ -36,12 +36,11 @@ void VelmoraDoc::turnCapturedPatch() {
 }
 
 void VelmoraDoc::CoonsRebuild() {
-    SavePatchUndo();
-    patchUndoReady = true;
-    rebuildOnUndo = false;
+    beginPatchCommand(false);
     for (const std::int32_t k : chosenInModelOrder()) {
         coonsRebuild(patches[static_cast<std::size_t>(k)]);
     }
+    followCapturedPoint();
     redraw();
 }
 
@@ -49,9 +48,7 @@ void VelmoraDoc::SmoothGeometry() {
     if (!showDialog(smoothValues)) {
         return;
     }
-    SavePatchUndo();
-    patchUndoReady = true;
-    rebuildOnUndo = false;
+    beginPatchCommand(false);
     bool spline = smoothValues.function == 1;
     for (const std::int32_t k : chosenInModelOrder()) {
         Patch& patch = patches[static_cast<std::size_t>(k)];
@@ -66,6 +63,7 @@ void VelmoraDoc::SmoothGeometry() {
         }
     }
     smoothValues.function = spline ? 1 : 2; // coincident points turn it to Linear, for the next call too
+    followCapturedPoint();
     redraw();
 }
 
@@ -76,9 +74,7 @@ void VelmoraDoc::Interpolate() {
     if (!showDialog(interpolateValues)) {
         return;
     }
-    SavePatchUndo();
-    patchUndoReady = true;
-    rebuildOnUndo = false;
+    beginPatchCommand(false);
     const bool lines = lineCaptured;
     const bool exists =
         sectionAt(capturedPatch, 0) != nullptr && (!lines || isGrid(patches[static_cast<std::size_t>(capturedPatch)]));
@@ -97,6 +93,7 @@ void VelmoraDoc::Interpolate() {
     }
     switch (outcome) {
     case Interpolation::Done:
+        followCapturedPoint();
         redraw();
         break;
     case Interpolation::TooFewSections:
@@ -114,14 +111,15 @@ void VelmoraDoc::Interpolate() {
 }
 
 void VelmoraDoc::CorrectLine() {
-    SavePatchUndo();
-    SavePointUndo();
-    patchUndoReady = pointUndoReady = true;
-    rebuildOnUndo = false;
-    rememberPointAddress();
     if (sectionAt(capturedPatch, 0) == nullptr || !isGrid(patches[static_cast<std::size_t>(capturedPatch)])) {
         return;
     }
+    beginPatchCommand(false);
+    SavePointUndo();
+    pointUndoReady = true;
+    rememberPointAddress();
+    savedSection = capturedSection;
+    savedLine = capturedLine;
     const bool sections = sectionCaptured;
     if (sections) {
         turnCapturedPatch();

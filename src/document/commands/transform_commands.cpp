@@ -81,7 +81,7 @@ void VelmoraDoc::runTransformation(bool keepsPoint, const std::function<bool()>&
         if (keepsPoint) {
             pointUndoReady = true;
         } else {
-            pointCaptured = false;
+            pointCaptured = pointPicked = false;
             capturedPoint = -1;
         }
     }

@@ -1,4 +1,5 @@
 #include "VelmoraDoc.h"
+#include "capture_address.h"
 
 namespace velmora {
 
@@ -124,10 +125,12 @@ void VelmoraDoc::UndoPatch() {
     ShowStatus(undoStatus);
     patchUndoReady = false;
     emptyBlock();
+    showBlockOnly = false; // of an empty zBlock nothing would be shown
+    keepCaptureInside(*this);
     if (pointUndoReady && structureKind == "uns") {
         pickedPoint = capturedPointPos = undoNode;
-    } else if (pointUndoReady && pointCaptured) {
-        takeCapturedPosition();
+    } else {
+        followCapturedPoint();
     }
     clearSnapshots();
     pointUndoReady = false;

@@ -1,5 +1,6 @@
-// Reading and writing of .apt files of two million points, beside the least that each can cost: the bare conversion
-// of the same numbers in memory. Put the temporary folder into memory (TMPDIR) to leave the disk out of the figures.
+// Reading and writing of .apt and .skl files of two million points, beside the least that each can cost: the bare
+// conversion of the same numbers in memory. Put the temporary folder into memory (TMPDIR) to leave the disk out of the
+// figures.
 
 #include <charconv>
 #include <cmath>
@@ -15,6 +16,7 @@
 
 #include "apt.h"
 #include "number_reader.h"
+#include "skl.h"
 
 namespace {
 
@@ -47,16 +49,18 @@ struct Fixture {
     PatchList patches = makeModel();
     std::filesystem::path folder;
     std::filesystem::path file;
+    std::filesystem::path lines; ///< the same model as an .skl file
     std::string text;
 
     Fixture() {
-        std::string name = (std::filesystem::temp_directory_path() / "apt_bench_XXXXXX").string();
+        std::string name = (std::filesystem::temp_directory_path() / "native_bench_XXXXXX").string();
         if (mkdtemp(name.data()) == nullptr) {
             std::abort();
         }
         folder = name;
         file = folder / "model.apt";
-        if (!writeApt(file, patches, digits)) {
+        lines = folder / "model.skl";
+        if (!writeApt(file, patches, digits) || !writeSkl(lines, patches, digits)) {
             std::abort();
         }
         std::ifstream stream(file, std::ios::binary);
@@ -120,7 +124,7 @@ void countLines(benchmark::State& state) {
 }
 
 // Both passes, and the model stored.
-void readWhole(benchmark::State& state) {
+void readWholeApt(benchmark::State& state) {
     const Fixture& model = fixture();
     for ([[maybe_unused]] auto step : state) {
         PatchList patches;
@@ -158,7 +162,7 @@ void bareToChars(benchmark::State& state) {
     reportRates(state);
 }
 
-void writeWhole(benchmark::State& state) {
+void writeWholeApt(benchmark::State& state) {
     const Fixture& model = fixture();
     const std::filesystem::path file = model.folder / "written.apt";
     for ([[maybe_unused]] auto step : state) {
@@ -169,11 +173,37 @@ void writeWhole(benchmark::State& state) {
     reportRates(state);
 }
 
+void readWholeSkl(benchmark::State& state) {
+    const Fixture& model = fixture();
+    for ([[maybe_unused]] auto step : state) {
+        PatchList patches;
+        const SklReadResult result = readSkl(model.lines, patches);
+        benchmark::DoNotOptimize(result.pointsRead);
+        state.PauseTiming();
+        patches.clear();
+        state.ResumeTiming();
+    }
+    reportRates(state);
+}
+
+void writeWholeSkl(benchmark::State& state) {
+    const Fixture& model = fixture();
+    const std::filesystem::path file = model.folder / "written.skl";
+    for ([[maybe_unused]] auto step : state) {
+        if (!writeSkl(file, model.patches, digits)) {
+            state.SkipWithError("the file could not be written");
+        }
+    }
+    reportRates(state);
+}
+
 BENCHMARK(bareFromChars)->Unit(benchmark::kMillisecond);
 BENCHMARK(parseNumbers)->Unit(benchmark::kMillisecond);
 BENCHMARK(countLines)->Unit(benchmark::kMillisecond);
-BENCHMARK(readWhole)->Unit(benchmark::kMillisecond);
+BENCHMARK(readWholeApt)->Unit(benchmark::kMillisecond);
 BENCHMARK(bareToChars)->Unit(benchmark::kMillisecond);
-BENCHMARK(writeWhole)->Unit(benchmark::kMillisecond);
+BENCHMARK(writeWholeApt)->Unit(benchmark::kMillisecond);
+BENCHMARK(readWholeSkl)->Unit(benchmark::kMillisecond);
+BENCHMARK(writeWholeSkl)->Unit(benchmark::kMillisecond);
 
 } // namespace

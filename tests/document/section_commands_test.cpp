@@ -682,4 +682,44 @@ TEST_F(Cylinder, TakesALineAsItsProfile) {
     EXPECT_EQ(doc.patches[0][2][5].x, 1);
 }
 
+// ---- The captured point goes with its curve -------------------------------------------------------------------------
+
+TEST_F(DeletingCurves, TheCapturedPointIsThatOfTheNextSection) {
+    hold({flatPatch(4, 3)});
+    captureSection(0, 1);
+    capturePoint(0, 1, 2);
+    doc.DeleteCurve();
+    EXPECT_EQ(doc.capturedPointPos, Vec(2, 2, 0));
+    EXPECT_EQ(doc.pickedPoint, Vec(2, 2, 0));
+}
+
+TEST_F(DeletingCurves, TheCapturedPointStaysInsideWhenTheLastLineGoes) {
+    hold({flatPatch(3, 5)});
+    captureLine(0, 4);
+    capturePoint(0, 1, 4);
+    doc.DeleteCurve();
+    EXPECT_EQ(doc.capturedLine, 3);
+    EXPECT_EQ(doc.capturedPoint, 3);
+    EXPECT_EQ(doc.capturedPointPos, Vec(3, 1, 0));
+}
+
+TEST_F(Halving, KeepsTheCapturedPointInside) {
+    hold({flatPatch(2, 6)});
+    captureSection(0, 0);
+    capturePoint(0, 0, 5);
+    run(&VelmoraDoc::HalveSection, {{"choice", "2"}});
+    EXPECT_EQ(doc.capturedPoint, 2);
+    EXPECT_EQ(doc.capturedPointPos, Vec(2, 0, 0));
+}
+
+TEST_F(FirstPoint, OfALineSavesTheAddressInTheModelAndNamesTheLine) {
+    hold({transposedLoop()});
+    captureLine(0, 1);
+    capturePoint(0, 2, 1);
+    run(&VelmoraDoc::FirstPoint, {{"sortKind", "1"}});
+    EXPECT_EQ(doc.savedPointSection, 2);
+    EXPECT_EQ(doc.savedPoint, 1);
+    EXPECT_THAT(doc.status, testing::StartsWith("Captured point: (Patch K=1, Line N=2, Point M=3)"));
+}
+
 } // namespace velmora::test

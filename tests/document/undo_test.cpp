@@ -266,12 +266,32 @@ TEST_F(UndoPatch, TakesTheUndoOfPointsWithIt) {
     EXPECT_EQ(doc.capturedPointPos, doc.patches[0][0][1]);
 }
 
-TEST_F(UndoPatch, LeavesTheCapturedPositionAloneWithoutAPointEdit) {
+TEST_F(UndoPatch, TakesTheCapturedPointToWhereItStandsInTheModelThatComesBack) {
     removeFirstPatch();
     capturePoint(0, 0, 1);
-    doc.capturedPointPos = {5, 5, 5};
+    doc.capturedPointPos = doc.pickedPoint = {5, 5, 5};
     doc.UndoPatch();
-    EXPECT_EQ(doc.capturedPointPos, zVec<double>(5, 5, 5));
+    EXPECT_EQ(doc.capturedPointPos, doc.patches[0][0][1]);
+    EXPECT_EQ(doc.pickedPoint, doc.patches[0][0][1]);
+}
+
+TEST_F(UndoPatch, KeepsWhatIsCapturedInsideASmallerModel) {
+    hold({flatPatch(2, 3)});
+    doc.SavePatchUndo();
+    doc.patchUndoReady = true;
+    doc.patches = {flatPatch(2, 3), flatPatch(9, 9)};
+    captureSection(1, 8);
+    capturePoint(1, 8, 8);
+    doc.capturedLine = 7;
+    doc.showBlockOnly = true;
+    doc.UndoPatch();
+    EXPECT_EQ(doc.capturedPatch, 0);
+    EXPECT_EQ(doc.capturedSection, 1);
+    EXPECT_EQ(doc.capturedLine, 2);
+    EXPECT_EQ(doc.capturedPointSection, 1);
+    EXPECT_EQ(doc.capturedPoint, 2);
+    EXPECT_EQ(doc.capturedPointPos, doc.patches[0][1][2]);
+    EXPECT_FALSE(doc.showBlockOnly);
 }
 
 TEST_F(UndoPatch, FitsTheViewAnewOnlyWhenTheExtentHadChanged) {

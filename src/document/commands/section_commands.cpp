@@ -287,7 +287,7 @@ void VelmoraDoc::removeCapturedSection() {
         followCapturedPoint();
     }
     UpdateAfterEdit();
-    if (structureKind == "non") {
+    if (structureKind == "non" && status != idlePrompt) {
         showIdlePrompt();
     }
     redraw();
@@ -387,7 +387,9 @@ void VelmoraDoc::Cylinder() {
     checkRegularity(patches);
     titleWrong_ = false;
     nameUntitled("apt");
-    showIdlePrompt();
+    if (status != idlePrompt) {
+        showIdlePrompt();
+    }
     updateBounds();
     redraw();
 }

@@ -61,11 +61,14 @@ void checkZones(const zRegion_fe& region, std::size_t first) {
 }
 
 void transposeArray(const zArray<double>& from, zArray<double>& to) {
+    const auto at = [&to](std::int32_t j, std::int32_t i, std::int32_t k) {
+        return static_cast<std::size_t>(std::int64_t{j} * to.si + std::int64_t{i} * to.sj + std::int64_t{k} * to.sk);
+    };
     std::size_t source = 0;
     for (std::int32_t k = 0; k < from.nk; ++k) {
         for (std::int32_t j = 0; j < from.nj; ++j) {
             for (std::int32_t i = 0; i < from.ni; ++i) {
-                to.data[static_cast<std::size_t>(j * to.si + i * to.sj + k * to.sk)] = from.data[source++];
+                to.data[at(j, i, k)] = from.data[source++];
             }
         }
     }

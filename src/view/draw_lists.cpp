@@ -388,9 +388,8 @@ Colour PatchColours::next(std::int32_t patch) {
     const bool member = inBlock_[static_cast<std::size_t>(patch)];
     if (document_.patchRemoving && patch == document_.patchToRemove) {
         last_ = removedPatch;
-    } else if (document_.patchCaptureArmed && (patch == document_.capturedPatch || member)) {
-        last_ = blockPatch;
-    } else if (document_.patchCaptured && member) {
+    } else if ((document_.patchCaptureArmed && (patch == document_.capturedPatch || member)) ||
+               (document_.patchCaptured && member)) {
         last_ = blockPatch;
     } else if (place < static_cast<std::int32_t>(patchColours.size())) {
         last_ = patchColours[static_cast<std::size_t>(place)];

@@ -79,7 +79,8 @@ void VelmoraDoc::DragPoint() {
         }
         grid.push_back(spread(across));
     }
-    dragPatches.assign(1, std::move(grid));
+    dragPatches.clear();
+    dragPatches.push_back(std::move(grid));
     rememberPointAddress();
     SavePointUndo();
     pointUndoReady = true;

@@ -4,12 +4,11 @@
 #include <cmath>
 #include <iterator>
 
+#include "match_border.h"
+
 namespace velmora {
 
 namespace {
-
-/// The mean distance up to which curves are matched, in model units.
-constexpr double largestGap = 0.1;
 
 bool isPointOf(const PointList& section, std::int32_t point) {
     return point >= 0 && point < countOf(section);
@@ -100,10 +99,10 @@ std::optional<PointList> matchedPoints(const PointList& curve, const PointList& 
     const double same = meanGap(curve, target);
     const double reversed = meanGap(curve, backwards);
     // A tie goes to the direction as it is. A distance that is not a number matches nothing.
-    if (same <= largestGap && !(reversed < same)) {
+    if (same <= borderReach && !(reversed < same)) {
         return target;
     }
-    if (reversed <= largestGap) {
+    if (reversed <= borderReach) {
         return backwards;
     }
     return std::nullopt;

@@ -64,6 +64,7 @@ void VelmoraDoc::putCurvePoints(const PointList& points) {
             }
         }
     }
+    keepCaptureInside(*this);
     followCapturedPoint();
 }
 
@@ -134,8 +135,6 @@ void VelmoraDoc::PasteFromBuffer() {
         return;
     }
     putCurvePoints(lineBuffer);
-    keepCaptureInside(*this);
-    followCapturedPoint();
     UpdateAfterEdit();
     redraw();
 }

@@ -93,10 +93,9 @@ void VelmoraDoc::RebreakPart() {
         ui_.showMessage(message::fitImpossible);
         return;
     }
-    SavePatchUndo();
+    beginPatchCommand(false);
     SavePointUndo();
-    patchUndoReady = pointUndoReady = true;
-    rebuildOnUndo = false;
+    pointUndoReady = true;
     rememberPointAddress();
     const bool lines = lineCaptured;
     if (lines) {

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "VelmoraDoc.h"
 #include "capture_address.h"
 
@@ -56,9 +58,9 @@ void VelmoraDoc::UndoPoint() {
         return;
     }
     if (zones) {
-        copyRegion(pointUndoRegion, feRegion);
+        feRegion = std::move(pointUndoRegion);
     } else {
-        patches = pointUndoPatches;
+        patches = std::move(pointUndoPatches);
     }
     capturedPatch = savedPatch;
     capturedPointSection = savedPointSection;
@@ -100,7 +102,7 @@ void VelmoraDoc::UndoPatch() {
         fieldPatches.clear();
     }
     if (!undoPatches.empty()) {
-        patches = undoPatches;
+        patches = std::move(undoPatches);
         structureKind = "str";
         if (!undoPath_.empty()) {
             adoptPath(undoPath_);
@@ -110,7 +112,7 @@ void VelmoraDoc::UndoPatch() {
         feRegion.blocks.clear();
         UpdateAfterEdit();
     } else if (!undoRegion.blocks.empty()) {
-        copyRegion(undoRegion, feRegion);
+        feRegion = std::move(undoRegion);
         patches.clear();
         structureKind = "uns";
         fileKind = "non";

@@ -22,6 +22,8 @@ public:
     virtual void forceMouseMode(MouseMode mode) = 0;
     /// Back to the idle mode: ModeNone, the arrow, a free cursor.
     virtual void resetMouseMode() = 0;
+    /// The coordinate plane that the screen shows: 1 for (y, z), 2 for (x, z), 3 for (x, y), 0 for an oblique view.
+    virtual int principalPlane() const = 0;
 };
 
 } // namespace velmora

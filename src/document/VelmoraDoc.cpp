@@ -81,6 +81,10 @@ void VelmoraDoc::resetMouseMode() {
     }
 }
 
+int VelmoraDoc::principalPlane() const {
+    return views_.empty() ? 0 : views_.front()->principalPlane();
+}
+
 void VelmoraDoc::redraw() {
     for (DocumentView* view : views_) {
         view->onRedraw();

@@ -34,6 +34,7 @@
 #include "dlgEditPoint.h"
 #include "dlgViewing.h"
 #include "input_dialogs.h"
+#include "marker_shift.h"
 #include "section_edits.h"
 #include "zRegion.h"
 
@@ -79,6 +80,7 @@ public:
     PointList sftPoints; ///< marker pairs: where each stood first, and where it stands
     PointList sftTargets;
     PointList markers;
+    MarkerShift markerShift; ///< the fits of the last "Reflection to sft", of the plane that it treated last
 
     // ---- Kinds, paths, titles -------------------------------------------------------------------------------------
 
@@ -410,6 +412,11 @@ public:
     void Convertation();
     void LastFirstSwitch();
 
+    // ---- The zBlock alone ------------------------------------------------------------------------------------------
+
+    /// Moves the zBlock from the shifted markers towards the initial ones, in the planes that the view says.
+    void ReflectToSft();
+
     // ---- View commands that the document carries out ----------------------------------------------------------------
 
     void FitToWindow();
@@ -490,6 +497,8 @@ private:
     void setMouseMode(MouseMode mode);
     void resetMouseMode();
     void showIdlePrompt();
+    /// The plane that the view shows, as it tells it; 0 without a view.
+    int principalPlane() const;
 
     /// The snapshot of a command on patches; with `changesExtent` Undo fits the view anew.
     void beginPatchCommand(bool changesExtent);

@@ -53,4 +53,13 @@ inline constexpr const char* interpolationTooFar =
 inline constexpr const char* interpolationDoubleLine = "Correct interpolation is impossible. Double line";
 inline constexpr const char* correctionHasNoAction = "Correction of line has no action";
 
+inline constexpr const char* markerCountsDiffer =
+    "Number of Initial and Shifted Markers is Different.\n\noperation canceled";
+inline constexpr const char* unknownShiftPlane = "S duba ruhnul?";
+inline constexpr const char* markersIdentical = "It Seem's that Images are Identical. Try Different ones.";
+inline constexpr const char* shiftMatrixNotPositive = "   ZMatrix AT*A is NOT positive.\n   Rank [A] < NumPar";
+inline constexpr const char* shiftEquationsNotSolved =
+    "Linear Equation Solution Failed. Try Another Parameters.\n\noperation canceled";
+inline constexpr const char* shiftOfNoKind = "Ento setka ili avoska?";
+
 } // namespace velmora::message

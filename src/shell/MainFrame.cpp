@@ -139,6 +139,9 @@ std::optional<bool> MainFrame::checkedState(std::string_view id) const {
     if (id == "block.only") {
         return document_->showBlockOnly;
     }
+    if (id == "model.reflectToSft") {
+        return true; // it carries the mark whether or not markers are there
+    }
     return std::nullopt;
 }
 

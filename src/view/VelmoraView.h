@@ -83,6 +83,7 @@ public:
     void setMouseMode(MouseMode mode) override;
     void forceMouseMode(MouseMode mode) override;
     void resetMouseMode() override;
+    int principalPlane() const override { return viewAlongX ? 1 : viewAlongY ? 2 : viewAlongZ ? 3 : 0; }
 
     // ---- Camera
     // -----------------------------------------------------------------------------------------------------------

@@ -403,9 +403,9 @@ TEST(CommandTable, LacksExactlyTheseDocumentCommands) {
         }
     }
     const char* const expected[] = {
-        "file.appendWrl",        "file.closeWrl",      "file.appendDat",     "file.closeDat",      "model.knife",
-        "model.reflectToApt",    "model.reflectToWrl", "model.reflectToDat", "model.reflectToSft", "model.intersection",
-        "model.invisibleRemove", "convert.toApt",      "convert.toSkl",      "convert.knife",
+        "file.appendWrl",     "file.closeWrl",      "file.appendDat",     "file.closeDat",      "model.knife",
+        "model.reflectToApt", "model.reflectToWrl", "model.reflectToDat", "model.intersection", "model.invisibleRemove",
+        "convert.toApt",      "convert.toSkl",      "convert.knife",
     };
     EXPECT_THAT(missing, ElementsAreArray(expected));
 }

@@ -20,12 +20,14 @@ using Lines = std::vector<std::string>;
 class RecordingView : public DocumentView {
 public:
     Lines calls;
+    int plane = 0; ///< what principalPlane answers
 
     void onRedraw() override { calls.emplace_back("redraw"); }
     void onBoundsChanged() override { calls.emplace_back("bounds"); }
     void setMouseMode(MouseMode mode) override { calls.push_back("set " + nameOf(mode)); }
     void forceMouseMode(MouseMode mode) override { calls.push_back("force " + nameOf(mode)); }
     void resetMouseMode() override { calls.emplace_back("reset"); }
+    int principalPlane() const override { return plane; }
 
 private:
     static std::string nameOf(MouseMode mode) {

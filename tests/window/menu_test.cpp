@@ -241,6 +241,7 @@ TEST(Menus, SwitchesShowTheirState) {
                 return actions.front()->isChecked();
             });
         };
+        EXPECT_TRUE(checked("model.reflectToSft"));
         EXPECT_TRUE(checked("view.surface"));
         person.choose({"View", "Surface"});
         EXPECT_FALSE(checked("view.surface"));

@@ -1,0 +1,133 @@
+#include <array>
+#include <cstddef>
+
+#include "VelmoraDoc.h"
+#include "messages.h"
+
+namespace velmora {
+
+// "Reflection to sft". The points of the zBlock are taken out into one list, moved there and put back in the same
+// order, so that patches and zones go the same way.
+
+namespace {
+
+constexpr int planeCount = 3;
+
+/// Calls the action with each point of the zBlock's patches.
+template <class Action>
+void forPatchPoints(VelmoraDoc& doc, Action action) {
+    const std::vector<bool> inBlock = doc.blockMask();
+    for (std::size_t k = 0; k < doc.patches.size(); ++k) {
+        if (inBlock[k]) {
+            for (PointList& section : doc.patches[k]) {
+                for (zVec<double>& point : section) {
+                    action(point);
+                }
+            }
+        }
+    }
+}
+
+/// Calls the action with zone, node and place of each node of the zBlock's zones; a zone without coordinates has none.
+template <class Action>
+void forZoneNodes(const VelmoraDoc& doc, Action action) {
+    const std::vector<bool> inBlock = doc.blockMask();
+    for (std::int32_t zone = 0; zone < countOf(doc.feRegion.blocks); ++zone) {
+        zVec<double> at;
+        for (std::int32_t node = 0;
+             inBlock[static_cast<std::size_t>(zone)] && doc.feRegion.getNode(zone, node, at.x, at.y, at.z) == 0;
+             ++node) {
+            action(zone, node, at);
+        }
+    }
+}
+
+PointList pointsOfBlock(VelmoraDoc& doc) {
+    PointList points;
+    if (doc.structureKind == "str") {
+        forPatchPoints(doc, [&points](const zVec<double>& point) { points.push_back(point); });
+    } else {
+        forZoneNodes(doc, [&points](std::int32_t, std::int32_t, const zVec<double>& at) { points.push_back(at); });
+    }
+    return points;
+}
+
+void putPointsOfBlock(VelmoraDoc& doc, const PointList& points) {
+    std::size_t next = 0;
+    if (doc.structureKind == "str") {
+        forPatchPoints(doc, [&](zVec<double>& point) { point = points[next++]; });
+        return;
+    }
+    forZoneNodes(doc, [&](std::int32_t zone, std::int32_t node, const zVec<double>&) {
+        const zVec<double>& p = points[next++];
+        doc.feRegion.setNode(zone, node, p.x, p.y, p.z);
+    });
+}
+
+const char* textOf(ShiftTrouble trouble) {
+    switch (trouble) {
+    case ShiftTrouble::CountsDiffer:
+        return message::markerCountsDiffer;
+    case ShiftTrouble::UnknownPlane:
+        return message::unknownShiftPlane;
+    case ShiftTrouble::MarkersIdentical:
+        return message::markersIdentical;
+    case ShiftTrouble::MatrixNotPositive:
+        return message::shiftMatrixNotPositive;
+    case ShiftTrouble::EquationsNotSolved:
+        break;
+    }
+    return message::shiftEquationsNotSolved;
+}
+
+/// Fits the maps of a plane and moves the points by them.
+void shiftInPlane(VelmoraDoc& doc, PointList& points, int plane, int firstPlane, bool secondPass) {
+    doc.markerShift.PrepareShift(plane, doc.sftPoints, doc.sftTargets,
+                                 [&doc](ShiftTrouble trouble) { doc.ui().showMessage(textOf(trouble)); });
+    // What failed was told, and what is not fitted moves nothing.
+    const BusyScope busy(doc.ui());
+    doc.markerShift.ApplyShift(points, plane, firstPlane, secondPass, doc.sftTargets);
+}
+
+/// Both coordinates of the plane that is seen, then the third one by the maps of the next plane.
+void shiftAsSeen(VelmoraDoc& doc, PointList& points, int plane) {
+    shiftInPlane(doc, points, plane, 0, false);
+    shiftInPlane(doc, points, plane % planeCount + 1, plane, true);
+}
+
+/// Each plane by itself; a coordinate becomes the mean of what the two planes that have it say.
+void shiftInAllPlanes(VelmoraDoc& doc, PointList& points) {
+    std::array<PointList, planeCount> byPlane;
+    for (int plane = 1; plane <= planeCount; ++plane) {
+        PointList& moved = byPlane[static_cast<std::size_t>(plane - 1)];
+        moved = points;
+        shiftInPlane(doc, moved, plane, 0, false);
+    }
+    const auto& [yz, xz, xy] = byPlane;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        points[i] = {(xz[i].x + xy[i].x) * 0.5, (yz[i].y + xy[i].y) * 0.5, (yz[i].z + xz[i].z) * 0.5};
+    }
+}
+
+} // namespace
+
+void VelmoraDoc::ReflectToSft() {
+    beginPatchCommand(false);
+    if (structureKind != "str" && structureKind != "uns") {
+        redraw();
+        ui_.showMessage(message::shiftOfNoKind);
+        return;
+    }
+    PointList points = pointsOfBlock(*this);
+    const int plane = principalPlane();
+    if (plane == 0) {
+        shiftInAllPlanes(*this, points);
+    } else {
+        shiftAsSeen(*this, points, plane);
+    }
+    putPointsOfBlock(*this, points);
+    followCapturedPoint();
+    redraw();
+}
+
+} // namespace velmora

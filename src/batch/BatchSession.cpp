@@ -266,7 +266,7 @@ void BatchSession::runShellCommand(const Command& command) {
     if (id == "help.about") {
         ui_.showMessage(aboutText());
     } else if (id == "help.topics") {
-        doc_.ShowStatus(plainText(command.menuText) + " is not there yet");
+        doc_.ShowStatus("The user guide is shown by the window; --help-commands lists the commands");
     }
     // The others show and hide parts of a frame: there is none here.
 }

@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "HelpDesk.h"
 #include "qt_text.h"
 
 namespace velmora {
@@ -51,6 +52,7 @@ MainFrame::MainFrame()
     setAcceptDrops(true);
     resize(startSize);
     viewWidget_->setFocus();
+    help_ = new HelpDesk(this);
     // The lock keys' indicators follow keys pressed in any window of the program.
     qApp->installEventFilter(this);
 }
@@ -149,6 +151,7 @@ void MainFrame::run(const Command& command) {
     if (!stateOf(command).on) {
         return;
     }
+    const HelpDesk::Running running(*help_, command);
     switch (command.owner) {
     case CommandOwner::Document:
         if (command.run != nullptr) {
@@ -180,6 +183,8 @@ void MainFrame::runShellCommand(const Command& command) {
         }
     } else if (id == "view.statusBar") {
         status_->setVisible(status_->isHidden());
+    } else if (id == "help.topics") {
+        help_->open();
     } else if (id == "help.about") {
         emit aboutWanted();
     } else {

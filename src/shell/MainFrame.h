@@ -11,6 +11,8 @@
 
 namespace velmora {
 
+class HelpDesk;
+
 /// The frame: menu bar, tool bars, status line, and the one document with its one view. It routes each command to
 /// its owner and keeps the commands' states up to date.
 class MainFrame : public QMainWindow {
@@ -56,6 +58,7 @@ private:
     StatusLine* status_;
     GlViewWidget* viewWidget_;
     CommandActions* actions_;
+    HelpDesk* help_;
     QList<QToolBar*> toolBars_;
     std::unique_ptr<QtUserInterface> userInterface_;
     std::unique_ptr<VelmoraDoc> document_;

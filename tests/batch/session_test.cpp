@@ -153,9 +153,12 @@ TEST_F(Session, RunsCommandsOfTheViewAndOfTheDocument) {
     EXPECT_EQ(printed("view").at("mouseMode"), 13);
 }
 
-TEST_F(Session, ACommandWithoutWorkBehindItSaysSo) {
+TEST_F(Session, HelpTopicsTellsWhereTheGuideIs) {
     must("run help.topics");
-    EXPECT_EQ(event("status").at("text"), "Help Topics is not there yet");
+    EXPECT_EQ(event("status").at("text"), "The user guide is shown by the window; --help-commands lists the commands");
+}
+
+TEST_F(Session, ACommandWithoutWorkBehindItSaysSo) {
     for (const Command& command : commandTable()) {
         const std::string id = command.id;
         if (command.owner == CommandOwner::Document && command.run == nullptr && printed("commands").at(id) == true) {

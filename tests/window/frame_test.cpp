@@ -248,15 +248,6 @@ TEST(Frame, SaveAsAddsTheSuffixOfTheChosenType) {
     });
 }
 
-TEST(Frame, SaysWhatIsNotThereYet) {
-    runProgram({}, [](WindowDriver& person) {
-        person.waitForFrame();
-        person.key("F1");
-        person.settle();
-        EXPECT_EQ(person.status(), QStringLiteral("Help Topics is not there yet"));
-    });
-}
-
 TEST(Frame, AModelThatHasNoSurfaceIsSaidSoOnceAndDrawnAsLines) {
     const TemporaryFolder folder;
     writeFileText(folder / "lines.skl", "1\n2\n3\n0 0 0\n1 0 0\n2 0 0\n2\n0 1 0\n1 1 0\n");

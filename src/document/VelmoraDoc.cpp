@@ -38,12 +38,20 @@ void VelmoraDoc::showIdlePrompt() {
 }
 
 std::vector<std::string> VelmoraDoc::dialogNames() {
-    return {"Cduplicate",   "CRebreak",       "CInputPatch",     "CInputSection",
-            "CInputLine",   "CFeatures",      "CBeforeAfter",    "dlgEditPoint",
-            "dlgViewing",   "CRegularFind",   "CScaling",        "CBlockMove",
-            "CBlockRotate", "CFlipBlock",     "CSymmetricBlock", "CLast_First_switch",
-            "CFirstPoint",  "CExtrapolation", "CPrescribe",      "CRebreakPart",
-            "CMerge",       "CSmooth",        "CInterpolate",    "CCorrectLine"};
+    return {"Cduplicate",      "CRebreak",
+            "CInputPatch",     "CInputSection",
+            "CInputLine",      "CFeatures",
+            "CBeforeAfter",    "dlgEditPoint",
+            "dlgViewing",      "CRegularFind",
+            "CScaling",        "CBlockMove",
+            "CBlockRotate",    "CFlipBlock",
+            "CSymmetricBlock", "CLast_First_switch",
+            "CFirstPoint",     "CExtrapolation",
+            "CPrescribe",      "CRebreakPart",
+            "CMerge",          "CSmooth",
+            "CInterpolate",    "CCorrectLine",
+            "CConvert_to_SKL", "CConvert_SKL_to_APT",
+            "CUKnife"};
 }
 
 std::optional<DialogForm> VelmoraDoc::storedDialog(std::string_view name) {
@@ -54,7 +62,8 @@ std::optional<DialogForm> VelmoraDoc::storedDialog(std::string_view name) {
                           describe(rotateValues),       describe(flipValues),        describe(symmetricValues),
                           describe(lastFirstValues),    describe(firstPointValues),  describe(extrapolationValues),
                           describe(prescribeValues),    describe(rebreakPartValues), describe(mergeValues),
-                          describe(smoothValues),       describe(interpolateValues), describe(correctLineValues)};
+                          describe(smoothValues),       describe(interpolateValues), describe(correctLineValues),
+                          describe(toSklValues),        describe(toAptValues),       describe(knifeValues)};
     for (DialogForm& form : forms) {
         if (form.name == name) {
             return std::move(form);

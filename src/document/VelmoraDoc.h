@@ -12,6 +12,8 @@
 #include "CBeforeAfter.h"
 #include "CBlockMove.h"
 #include "CBlockRotate.h"
+#include "CConvert_SKL_to_APT.h"
+#include "CConvert_to_SKL.h"
 #include "CCorrectLine.h"
 #include "CExtrapolation.h"
 #include "CFeatures.h"
@@ -27,6 +29,7 @@
 #include "CRegularInput.h"
 #include "CScaling.h"
 #include "CSmooth.h"
+#include "CUKnife.h"
 #include "Cduplicate.h"
 #include "DocumentView.h"
 #include "PatchList.h"
@@ -214,6 +217,9 @@ public:
     CFirstPoint firstPointValues;
     CExtrapolation extrapolationValues;
     CPrescribe prescribeValues;
+    CConvert_to_SKL toSklValues;
+    CConvert_SKL_to_APT toAptValues;
+    CUKnife knifeValues;
     CInputPatch inputPatchValues;
     CInputSection inputSectionValues;
     CInputLine inputLineValues;
@@ -362,6 +368,13 @@ public:
     // -----------------------------------------------------------------------------------------------------
 
     void ConvertToUnstructured();
+    void ConvertToSkl();
+    void ConvertToApt();
+    /// Knife of a grid: halves the sections of the zBlock, or of all patches.
+    void KnifeModel();
+    /// Knife of triangles: cuts by a plane.
+    void KnifeZones();
+    void RemoveInvisible();
 
     // ---- The line buffer, sections and lines -----------------------------------------------------------------------
 
@@ -521,6 +534,11 @@ private:
     PointList capturedCurvePoints();
     void putCurvePoints(const PointList& points);
     bool curveCanBeEdited();
+    void finishConversion(const char* structure, const char* kind, const char* extension);
+    bool knifeReachesBody();
+    zRegion_fe cutPart(Side kept);
+    bool keepPartOfZones(Side kept);
+    bool savePartOfZones(Side kept, const char* mark);
     void editCurveAsSection(const std::function<void(PointList&)>& edit);
     void transformCurve(const PointMap& map);
     PointList* sectionOfCapturedPoint();

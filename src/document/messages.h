@@ -62,4 +62,16 @@ inline constexpr const char* shiftEquationsNotSolved =
     "Linear Equation Solution Failed. Try Another Parameters.\n\noperation canceled";
 inline constexpr const char* shiftOfNoKind = "Ento setka ili avoska?";
 
+inline constexpr const char* linesLeft = "Ne vse linii obrabotany";
+/// `axis` is "X", "Y" or "Z".
+inline std::string sectionOutOfBody(const std::string& axis) {
+    return "Section " + axis + "=const is out of body";
+}
+inline std::string pointOutOfBody(const std::string& axis) {
+    return "Warning: Point " + axis + " is out of body";
+}
+inline constexpr const char* normalAbsent = "Normal of plane is absent. Cut is impossible";
+inline constexpr const char* partsAreSaved = "Parts are saved in dat format with indexes _1 and _2";
+inline constexpr const char* visiblePartNotSelected = "Procedure is impossible. Visible part is not selected.";
+
 } // namespace velmora::message

@@ -403,9 +403,8 @@ TEST(CommandTable, LacksExactlyTheseDocumentCommands) {
         }
     }
     const char* const expected[] = {
-        "file.appendWrl",     "file.closeWrl",      "file.appendDat",     "file.closeDat",      "model.knife",
-        "model.reflectToApt", "model.reflectToWrl", "model.reflectToDat", "model.intersection", "model.invisibleRemove",
-        "convert.toApt",      "convert.toSkl",      "convert.knife",
+        "file.appendWrl",     "file.closeWrl",      "file.appendDat",     "file.closeDat",
+        "model.reflectToApt", "model.reflectToWrl", "model.reflectToDat", "model.intersection",
     };
     EXPECT_THAT(missing, ElementsAreArray(expected));
 }

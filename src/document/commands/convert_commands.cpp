@@ -1,7 +1,19 @@
 #include "VelmoraDoc.h"
+#include "corner_box.h"
+#include "lines_to_grid.h"
+#include "messages.h"
+#include "slice_surface.h"
 #include "zone_conversion.h"
 
 namespace velmora {
+
+/// The model has become one of another kind: tags, title and path follow.
+void VelmoraDoc::finishConversion(const char* structure, const char* kind, const char* extension) {
+    structureKind = structure;
+    fileKind = kind;
+    titleWrong_ = false;
+    takeExtension(extension);
+}
 
 void VelmoraDoc::ConvertToUnstructured() {
     beginPatchCommand(false);
@@ -14,11 +26,78 @@ void VelmoraDoc::ConvertToUnstructured() {
         regionToSurface(zones, feRegion);
         patches.clear();
     }
-    structureKind = "uns";
-    fileKind = "non";
-    titleWrong_ = false;
-    takeExtension("dat");
+    finishConversion("uns", "non", "dat");
     ShowStatus(idlePrompt);
+    redraw();
+}
+
+namespace {
+
+SlicePlan planOf(const CConvert_to_SKL& values) {
+    SlicePlan plan;
+    plan.axis = values.planeAxis - 1;
+    plan.planes = values.number;
+    plan.manual = values.borderApproach == 2;
+    plan.lower = values.yourMin;
+    plan.upper = values.yourMax;
+    plan.border = values.border;
+    plan.precision = values.precision;
+    return plan;
+}
+
+} // namespace
+
+void VelmoraDoc::ConvertToSkl() {
+    if (structureKind != "uns") {
+        return;
+    }
+    SavePatchUndo();
+    const CornerBox box = cornerBox(feRegion);
+    toSklValues.boxMin = box.lower;
+    toSklValues.boxMax = box.upper;
+    toSklValues.precision = CConvert_to_SKL().precision;
+    if (!showDialog(toSklValues)) {
+        return;
+    }
+    patchUndoReady = true;
+    rebuildOnUndo = false;
+    // What is captured is a part of the surface: there is none from here on.
+    leaveRegimes();
+    SliceResult slices;
+    {
+        const BusyScope busy(ui_);
+        slices = sliceSurface(feRegion, planOf(toSklValues), [this](double fraction) { ui_.showProgress(fraction); });
+    }
+    for (std::int32_t line = 0; line < slices.linesLeft; ++line) {
+        ui_.showMessage(message::linesLeft);
+    }
+    patches.clear();
+    patches.push_back(std::move(slices.sections));
+    feRegion.blocks.clear();
+    finishConversion("str", "skl", "skl");
+    ShowStatus(idlePrompt);
+    emptyBlock();
+    showBlockOnly = false; // of an empty zBlock nothing would be shown
+    redraw();
+}
+
+void VelmoraDoc::ConvertToApt() {
+    if (structureKind != "str") {
+        return;
+    }
+    SavePatchUndo();
+    if (!showDialog(toAptValues)) {
+        return;
+    }
+    patchUndoReady = true;
+    rebuildOnUndo = false;
+    {
+        const BusyScope busy(ui_);
+        patches = linesToGrid(patches, toAptValues.pointCount, toAptValues.approximation == 1);
+    }
+    finishConversion("str", "apt", "apt");
+    leavePointAndCurves();
+    ShowStatus(patchCaptured ? blockStatus : patchCaptureArmed ? patchStatus : idlePrompt);
     redraw();
 }
 

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <array>
+
+#include "zRegion.h"
+#include "zVec.h"
+
+namespace velmora {
+
+/// The box of a surface as slicing and cutting know it.
+struct CornerBox {
+    zVec<double> lower{1e65, 1e65, 1e65};
+    zVec<double> upper{-1e65, -1e65, -1e65};
+};
+
+/// The box of the corners of all triangles, in order. A coordinate that raises the maximum is not compared with the
+/// minimum: so the very first value does not lower the minimum. Zones without coordinates have no corners.
+CornerBox cornerBox(const zRegion_fe& region);
+
+/// The coordinates of a zone by axis; none for a zone of fewer than three fields or without one of x, y, z.
+std::array<const double*, 3> zoneAxes(const zBlock_fe& zone);
+
+} // namespace velmora

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+
+#include "PatchList.h"
+
+namespace velmora {
+
+/// Gives every section of every patch `points` points, at equal steps along the spline through its points or along its
+/// chords, and turns the sections of a patch to run the same way. Of a section of more than three points those closer
+/// than `coincidentDistance` to the next are left out first. A section of one point becomes copies of it, one without
+/// points copies of the origin. With `points` below 2 the sections are empty.
+PatchList linesToGrid(const PatchList& lines, std::int32_t points, bool spline);
+
+/// Reverses `next` if it then lies closer to `previous`, by the sum of the squared distances point by point. A tie
+/// leaves it, as do lists of different lengths or without points.
+void alignWithPrevious(const PointList& previous, PointList& next);
+
+} // namespace velmora

@@ -1,0 +1,207 @@
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+#include "VelmoraDoc.h"
+#include "capture_address.h"
+#include "corner_box.h"
+#include "cut_zones.h"
+#include "messages.h"
+
+namespace velmora {
+
+// ---- Knife of grids -------------------------------------------------------------------------------------------------
+
+void VelmoraDoc::KnifeModel() {
+    if (structureKind != "str") {
+        return;
+    }
+    SavePatchUndo();
+    const auto removed = chooseSide();
+    if (!removed) {
+        return;
+    }
+    patchUndoReady = true;
+    rebuildOnUndo = false;
+    {
+        const BusyScope busy(ui_);
+        for (const std::int32_t patch : chosenInModelOrder()) {
+            for (PointList& section : patches[static_cast<std::size_t>(patch)]) {
+                section = withoutHalf(section, *removed);
+            }
+        }
+    }
+    keepCaptureInside(*this);
+    followCapturedPoint();
+    redraw();
+}
+
+// ---- Knife of triangles ---------------------------------------------------------------------------------------------
+
+namespace {
+
+/// A file beside `model` with its stem and a mark: "wing" and "_1" name "wing_1.dat".
+std::filesystem::path partPath(const std::filesystem::path& model, const std::string& mark) {
+    return model.parent_path() / (model.stem().string() + mark + ".dat");
+}
+
+/// The temporary file of the knife, "_0" unless there is something of that name already.
+std::filesystem::path temporaryPath(const std::filesystem::path& model) {
+    std::error_code error;
+    std::filesystem::path path = partPath(model, "_0");
+    for (int number = 1; std::filesystem::symlink_status(path, error).type() != std::filesystem::file_type::not_found;
+         ++number) {
+        path = partPath(model, "_0_" + std::to_string(number));
+    }
+    return path;
+}
+
+/// The part of a region on one side of a plane, with the coordinates alone: files of triangles are read back with no
+/// other field. A zone without coordinates has no part.
+zRegion_fe partOf(const zRegion_fe& region, const KnifePlane& plane, Side kept, const ReportProgress& progress) {
+    zRegion_fe part;
+    copyRegion(region, part);
+    splitZones(part, plane, progress);
+    keepSide(part, plane, kept);
+    for (auto& zone : part.blocks) {
+        const ZoneCoordinates at = coordinatesOf(zone->variables);
+        if (!at) {
+            zone.reset();
+            continue;
+        }
+        ZoneVariables coordinates;
+        for (const zArray<double>* const field : {at.x, at.y, at.z}) {
+            coordinates.push_back(std::make_unique<zArray<double>>(*field));
+        }
+        zone->variables = std::move(coordinates);
+    }
+    part.blocks.erase(std::remove(part.blocks.begin(), part.blocks.end(), nullptr), part.blocks.end());
+    return part;
+}
+
+KnifePlane planeOf(const CUKnife& values) {
+    KnifePlane plane;
+    plane.axis = values.planeKind - 1;
+    plane.section = values.section;
+    plane.point = {values.x, values.y, values.z};
+    plane.normal = unitVector({values.nx, values.ny, values.nz});
+    return plane;
+}
+
+void takePlane(CUKnife& values, const KnifePlane& plane) {
+    values.x = plane.point.x;
+    values.y = plane.point.y;
+    values.z = plane.point.z;
+    values.nx = plane.normal.x;
+    values.ny = plane.normal.y;
+    values.nz = plane.normal.z;
+}
+
+void takeBox(CUKnife& values, const CornerBox& box) {
+    values.xMin = box.lower.x;
+    values.xMax = box.upper.x;
+    values.yMin = box.lower.y;
+    values.yMax = box.upper.y;
+    values.zMin = box.lower.z;
+    values.zMax = box.upper.z;
+}
+
+} // namespace
+
+/// Says what is wrong with the plane; false when there is nothing to cut.
+bool VelmoraDoc::knifeReachesBody() {
+    const CUKnife& values = knifeValues;
+    const auto isOutside = [](double at, double low, double high) { return at < low || at > high; };
+    if (values.planeKind < 4) {
+        const std::string axis = values.planeKind == 1 ? "X" : values.planeKind == 2 ? "Y" : "Z";
+        if (isOutside(values.section, values.min, values.max)) {
+            ui_.showMessage(message::sectionOutOfBody(axis));
+            return false;
+        }
+        return true;
+    }
+    if (planeOf(values).normal == zVec<double>()) {
+        ui_.showMessage(message::normalAbsent);
+        return false;
+    }
+    const struct {
+        const char* axis;
+        double at;
+        double low;
+        double high;
+    } coordinates[] = {{"X", values.x, values.xMin, values.xMax},
+                       {"Y", values.y, values.yMin, values.yMax},
+                       {"Z", values.z, values.zMin, values.zMax}};
+    for (const auto& coordinate : coordinates) {
+        if (isOutside(coordinate.at, coordinate.low, coordinate.high)) {
+            ui_.showMessage(message::pointOutOfBody(coordinate.axis));
+        }
+    }
+    return true;
+}
+
+void VelmoraDoc::KnifeZones() {
+    if (structureKind != "uns") {
+        return;
+    }
+    SavePatchUndo();
+    if (lineBufferFull && lineBuffer.size() >= 3) {
+        takePlane(knifeValues, planeThrough(lineBuffer[0], lineBuffer[1], lineBuffer[2]));
+    }
+    takeBox(knifeValues, cornerBox(feRegion));
+    knifeValues.section = 0.0;
+    if (!showDialog(knifeValues) || !knifeReachesBody()) {
+        return;
+    }
+    if (knifeValues.cutKind == 3) {
+        if (savePartOfZones(Side::Before, "_1") && savePartOfZones(Side::After, "_2")) {
+            ui_.showMessage(message::partsAreSaved);
+        }
+    } else if (keepPartOfZones(knifeValues.cutKind == 1 ? Side::Before : Side::After)) {
+        patchUndoReady = true;
+        rebuildOnUndo = false;
+        followCapturedPoint();
+    }
+    redraw();
+}
+
+zRegion_fe VelmoraDoc::cutPart(Side kept) {
+    const BusyScope busy(ui_);
+    return partOf(feRegion, planeOf(knifeValues), kept, [this](double fraction) { ui_.showProgress(fraction); });
+}
+
+/// The part goes through a file, which leaves to its zones what a file of it would hold, and becomes the model once it
+/// is read back; before that nothing has changed.
+bool VelmoraDoc::keepPartOfZones(Side kept) {
+    const std::filesystem::path temporary = temporaryPath(chosenPath);
+    zRegion structured;
+    zRegion_fe part;
+    bool done = writeZones(temporary, {}, cutPart(kept));
+    if (done) {
+        done = readZones(temporary, structured, part);
+        std::error_code ignored;
+        std::filesystem::remove(temporary, ignored);
+    }
+    if (done) {
+        feRegion = std::move(part);
+    }
+    return done;
+}
+
+bool VelmoraDoc::savePartOfZones(Side kept, const char* mark) {
+    return writeZones(partPath(chosenPath, mark), {}, cutPart(kept));
+}
+
+// ---- Invisible remove -----------------------------------------------------------------------------------------------
+
+/// Nothing tells which part is visible, so there is never one to keep: the command ends with its message.
+void VelmoraDoc::RemoveInvisible() {
+    if (structureKind != "uns") {
+        return;
+    }
+    beginPatchCommand(false);
+    ui_.showMessage(message::visiblePartNotSelected);
+}
+
+} // namespace velmora

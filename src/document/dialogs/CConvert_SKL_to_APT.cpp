@@ -1,0 +1,16 @@
+#include "CConvert_SKL_to_APT.h"
+
+namespace velmora {
+
+DialogForm describe(CConvert_SKL_to_APT& values) {
+    DialogForm form;
+    form.name = "CConvert_SKL_to_APT";
+    form.title = "Convert to APT";
+    form.fields = {
+        integerField("pointCount", "Number of points in sections", values.pointCount, 2, 1000000),
+        radioField("approximation", values.approximation, {"Spline approximation", "Linear approximation"}),
+    };
+    return form;
+}
+
+} // namespace velmora

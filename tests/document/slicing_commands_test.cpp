@@ -1,0 +1,556 @@
+#include <filesystem>
+
+#include "cut_zones.h"
+#include "small_zones.h"
+#include "zone_fixture.h"
+
+namespace velmora::test {
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+using testing::StartsWith;
+
+using Point = zVec<double>;
+
+/// A box from the origin to (2, 3, 8) as the model wing.dat in the test's folder.
+class SlicingTest : public ZoneTest {
+protected:
+    SlicingTest() { holdBox(); }
+
+    void holdBox() {
+        doc.feRegion.blocks.clear();
+        doc.feRegion.blocks.push_back(triangleZone(
+            "box", {{0, 0, 0}, {2, 0, 0}, {2, 3, 0}, {0, 3, 0}, {0, 0, 8}, {2, 0, 8}, {2, 3, 8}, {0, 3, 8}},
+            {0, 2, 1, 0, 3, 2, 4, 5, 6, 4, 6, 7, 0, 1, 5, 0, 5, 4,
+             1, 2, 6, 1, 6, 5, 2, 3, 7, 2, 7, 6, 3, 0, 4, 3, 4, 7}));
+        doc.patches.clear();
+        doc.structureKind = "uns";
+        doc.fileKind = "non";
+        doc.chosenPath = folder / "Wing.stl";
+        doc.documentTitle = "wing.dat";
+        doc.documentModified = false;
+        doc.updateBounds();
+        forget();
+    }
+
+    void holdLines() {
+        hold({{{{0, 0, 0}, {1, 0, 0}, {4, 0, 0}}, {{4, 1, 0}, {0, 1, 0}}}});
+        doc.documentModified = false;
+    }
+
+    /// Sets the fields of the next dialog; then OK.
+    void answer(std::vector<std::pair<std::string, std::string>> fields) { ui.dialogs.push_back(std::move(fields)); }
+
+    std::int32_t elements() const { return doc.feRegion.blocks.at(0)->elementCount; }
+
+    /// The names of the files in the folder.
+    Lines files() const {
+        Lines names;
+        for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
+            names.push_back(entry.path().filename().string());
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    /// The box of the corners that the triangles of a file, or of the model, use.
+    std::pair<Point, Point> usedBox(const zRegion_fe& region) const {
+        Point lower(1e9, 1e9, 1e9);
+        Point upper(-1e9, -1e9, -1e9);
+        for (std::size_t k = 0; k < region.blocks.size(); ++k) {
+            const zBlock_fe& zone = *region.blocks[k];
+            for (std::int32_t i = 0; i < 4 * zone.elementCount; ++i) {
+                Point p;
+                if (region.getNode(static_cast<std::ptrdiff_t>(k), zone.connectivity[static_cast<std::size_t>(i)], p.x,
+                                   p.y, p.z) == 0) {
+                    lower = {std::min(lower.x, p.x), std::min(lower.y, p.y), std::min(lower.z, p.z)};
+                    upper = {std::max(upper.x, p.x), std::max(upper.y, p.y), std::max(upper.z, p.z)};
+                }
+            }
+        }
+        return {lower, upper};
+    }
+};
+
+using ToSkl = SlicingTest;
+using ToApt = SlicingTest;
+using GridKnife = SlicingTest;
+using ZoneKnife = SlicingTest;
+using InvisibleRemove = SlicingTest;
+using SlicingDialogs = SlicingTest;
+
+} // namespace
+
+// ---- DAT to SKL -----------------------------------------------------------------------------------------------------
+
+TEST_F(ToSkl, MakesOnePatchOfSectionLines) {
+    answer({{"planeAxis", "3"}, {"number", "5"}});
+    doc.ConvertToSkl();
+    EXPECT_THAT(heard(), ElementsAre("dialog: CConvert_to_SKL -> ok", "title: wing.skl", "status: For Help, press F1"));
+    ASSERT_THAT(doc.patches, SizeIs(1));
+    ASSERT_THAT(doc.patches[0], SizeIs(5));
+    // Border 0.08 of steps of 2.
+    EXPECT_DOUBLE_EQ(doc.patches[0][0][0].z, 0.16);
+    EXPECT_DOUBLE_EQ(doc.patches[0][1][0].z, 2);
+    EXPECT_DOUBLE_EQ(doc.patches[0][4][0].z, 7.84);
+    EXPECT_EQ(doc.structureKind, "str");
+    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_TRUE(doc.feRegion.blocks.empty());
+    EXPECT_EQ(doc.chosenPath, folder / "Wing.skl");
+    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.skl");
+    EXPECT_TRUE(doc.documentModified);
+    EXPECT_TRUE(doc.patchUndoReady);
+    EXPECT_THAT(viewCalls(), Contains("redraw"));
+    EXPECT_EQ(ui.busyDepth, 0);
+}
+
+TEST_F(ToSkl, UndoBringsTheSurfaceBack) {
+    answer({});
+    doc.ConvertToSkl();
+    doc.UndoPatch();
+    EXPECT_EQ(doc.structureKind, "uns");
+    EXPECT_EQ(elements(), 12);
+    EXPECT_EQ(doc.documentTitle, "wing.dat");
+    EXPECT_TRUE(doc.patches.empty());
+}
+
+TEST_F(ToSkl, CancelTakesTheSnapshotOnly) {
+    doc.ConvertToSkl();
+    EXPECT_THAT(heard(), ElementsAre("dialog: CConvert_to_SKL -> cancel"));
+    EXPECT_EQ(doc.structureKind, "uns");
+    EXPECT_THAT(doc.undoRegion.blocks, SizeIs(1));
+    EXPECT_FALSE(doc.patchUndoReady);
+}
+
+TEST_F(ToSkl, NoPlaneInTheBodyLeavesOneEmptyPatch) {
+    for (const char* const number : {"0", "1"}) {
+        holdBox();
+        answer({{"number", number}});
+        doc.ConvertToSkl();
+        EXPECT_THAT(doc.patches, ElementsAre(IsEmpty()));
+        EXPECT_EQ(doc.fileKind, "skl");
+        EXPECT_THAT(heard(), Not(Contains(StartsWith("message"))));
+    }
+}
+
+TEST_F(ToSkl, LeavesRegimesAndEmptiesTheZBlock) {
+    captureNode(0, 3);
+    addToBlock(0);
+    doc.patchCaptured = true;
+    doc.showBlockOnly = true;
+    answer({});
+    doc.ConvertToSkl();
+    EXPECT_FALSE(doc.pointCaptured || doc.patchCaptured || doc.showBlockOnly);
+    EXPECT_EQ(doc.blockCount, 0);
+    EXPECT_EQ(doc.status, "For Help, press F1");
+}
+
+TEST_F(ToSkl, KeepsWhatWasTypedExceptPrecisionAndExtent) {
+    answer({{"number", "7"}, {"planeAxis", "2"}, {"borderApproach", "2"}, {"yourMin", "1"}, {"precision", "0.5"}});
+    doc.ConvertToSkl();
+    holdBox();
+    ui.onDialog = [](DialogForm& form) {
+        EXPECT_EQ(fieldText(*form.find("number")), "7");
+        EXPECT_EQ(fieldText(*form.find("planeAxis")), "2");
+        EXPECT_EQ(fieldText(*form.find("borderApproach")), "2");
+        EXPECT_EQ(fieldText(*form.find("precision")), "1e-04");
+        EXPECT_EQ(fieldText(*form.find("min")), "0");
+        EXPECT_EQ(fieldText(*form.find("max")), "3");
+        EXPECT_EQ(fieldText(*form.find("border")), "0.03");
+        EXPECT_EQ(fieldText(*form.find("yourMin")), "0.03");
+        EXPECT_EQ(fieldText(*form.find("yourMax")), "2.97");
+    };
+    doc.ConvertToSkl();
+}
+
+TEST_F(SlicingDialogs, ToSklAxisGivesExtentAndApproachGivesLiveFields) {
+    ui.onDialog = [](DialogForm& form) {
+        EXPECT_TRUE(form.find("border")->on);
+        EXPECT_FALSE(form.find("yourMin")->on || form.find("yourMax")->on);
+        EXPECT_EQ(fieldText(*form.find("max")), "2");
+        EXPECT_FALSE(setField(form, "border", "7"));
+        EXPECT_FALSE(setField(form, "borderApproach", "2"));
+        EXPECT_EQ(fieldText(*form.find("border")), "7"); // the axis alone gives it anew
+        EXPECT_FALSE(form.find("border")->on);
+        EXPECT_TRUE(form.find("yourMin")->on && form.find("yourMax")->on);
+        EXPECT_FALSE(setField(form, "planeAxis", "3"));
+        EXPECT_EQ(fieldText(*form.find("max")), "8");
+        EXPECT_EQ(fieldText(*form.find("border")), "0.08");
+        EXPECT_EQ(fieldText(*form.find("yourMax")), "7.92");
+        EXPECT_TRUE(setField(form, "min", "1")); // read-only
+    };
+    doc.ConvertToSkl();
+}
+
+TEST_F(SlicingDialogs, ToSklRefusesEndsOutOfTheBodyInOrder) {
+    answer({{"borderApproach", "2"}, {"yourMin", "-0.1"}, {"yourMax", "2.1"}});
+    doc.ConvertToSkl();
+    EXPECT_THAT(heard(), Contains("refused: OK: Your min choice is out of body. Try another one."));
+    answer({{"borderApproach", "2"}, {"yourMin", "0"}, {"yourMax", "2.1"}});
+    doc.ConvertToSkl();
+    EXPECT_THAT(heard(), Contains("refused: OK: Your max choice is out of body. Try another one."));
+    answer({{"borderApproach", "2"}, {"yourMin", "0"}, {"yourMax", "2"}});
+    doc.ConvertToSkl();
+    EXPECT_EQ(doc.fileKind, "skl");
+}
+
+namespace {
+
+/// How long the cut of all triangles by the plane z = `plane` is, worked out triangle by triangle; no corner may lie in
+/// the plane.
+double cutLength(const zRegion_fe& region, double plane) {
+    double length = 0;
+    for (std::size_t k = 0; k < region.blocks.size(); ++k) {
+        const zBlock_fe& zone = *region.blocks[k];
+        for (std::int32_t element = 0; element < zone.elementCount; ++element) {
+            std::vector<Point> ends;
+            Point at[3];
+            for (int i = 0; i < 3; ++i) {
+                const std::int32_t node = zone.connectivity[static_cast<std::size_t>(4 * element + i)];
+                region.getNode(static_cast<std::ptrdiff_t>(k), node, at[i].x, at[i].y, at[i].z);
+            }
+            for (int i = 0; i < 3; ++i) {
+                const Point& p = at[i];
+                const Point& q = at[(i + 1) % 3];
+                if ((p.z < plane) != (q.z < plane)) {
+                    ends.push_back(p + (q - p) * ((plane - p.z) / (q.z - p.z)));
+                }
+            }
+            if (ends.size() == 2) {
+                length += std::hypot(ends[1].x - ends[0].x, ends[1].y - ends[0].y);
+            }
+        }
+    }
+    return length;
+}
+
+} // namespace
+
+TEST_F(ToSkl, RealBodiesAreCutAllRound) {
+    for (const char* const name : {"c172_wing.stl", "iea15_blade.stl"}) {
+        doc.onOpenDocument(std::filesystem::path(VELMORA_TEST_DATA) / name);
+        zRegion_fe body;
+        copyRegion(doc.feRegion, body);
+        answer({{"planeAxis", "3"}, {"number", "25"}, {"border", "0.05"}});
+        doc.ConvertToSkl();
+        ASSERT_THAT(doc.patches, SizeIs(1)) << name;
+        ASSERT_THAT(doc.patches[0], SizeIs(25)) << name; // one outline for each plane
+        for (const PointList& section : doc.patches[0]) {
+            double length = 0;
+            for (std::size_t i = 1; i < section.size(); ++i) {
+                EXPECT_EQ(section[i].z, section[0].z);
+                length += std::hypot(section[i].x - section[i - 1].x, section[i].y - section[i - 1].y);
+            }
+            EXPECT_NEAR(length, cutLength(body, section[0].z), 1e-9 * length) << name;
+            EXPECT_NEAR(section.front().x, section.back().x, 1e-8);
+            EXPECT_NEAR(section.front().y, section.back().y, 1e-8);
+        }
+        answer({{"pointCount", "61"}});
+        doc.ConvertToApt();
+        for (std::size_t n = 0; n + 1 < doc.patches[0].size(); ++n) {
+            double forward = 0;
+            double backward = 0;
+            for (std::size_t m = 0; m < 61; ++m) {
+                const Point along = doc.patches[0][n][m] - doc.patches[0][n + 1][m];
+                const Point against = doc.patches[0][n][m] - doc.patches[0][n + 1][60 - m];
+                forward += dot(along, along);
+                backward += dot(against, against);
+            }
+            EXPECT_LT(forward, backward) << name << ", section " << n; // neighbours run the same way round
+        }
+    }
+}
+
+// ---- SKL to APT -----------------------------------------------------------------------------------------------------
+
+TEST_F(ToApt, MakesAGridOfLines) {
+    holdLines();
+    ASSERT_EQ(doc.fileKind, "skl");
+    answer({{"pointCount", "5"}, {"approximation", "2"}});
+    doc.ConvertToApt();
+    EXPECT_THAT(heard(),
+                ElementsAre("dialog: CConvert_SKL_to_APT -> ok", "title: wing.apt", "status: For Help, press F1"));
+    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.structureKind, "str");
+    EXPECT_EQ(doc.chosenPath, folder / "wing.apt");
+    EXPECT_THAT(coordinates(doc.patches[0][0]), ElementsAre(0, 1, 2, 3, 4));
+    EXPECT_THAT(coordinates(doc.patches[0][1]), ElementsAre(0, 1, 2, 3, 4)); // turned
+    doc.UndoPatch();
+    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_THAT(countsOf(doc.patches[0]), ElementsAre(3, 2));
+}
+
+TEST_F(ToApt, CancelTakesTheSnapshotOnly) {
+    holdLines();
+    doc.ConvertToApt();
+    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_THAT(doc.undoPatches, SizeIs(1));
+    EXPECT_FALSE(doc.patchUndoReady);
+}
+
+TEST_F(ToApt, LeavesPointAndCurvesAndStaysInThePatchRegime) {
+    holdLines();
+    capturePoint(0, 0, 2);
+    captureSection(0, 0);
+    doc.patchCaptured = true;
+    doc.blockStatus = "the zBlock's text";
+    answer({});
+    doc.ConvertToApt();
+    EXPECT_FALSE(doc.pointCaptured || doc.sectionCaptured);
+    EXPECT_TRUE(doc.patchCaptured);
+    EXPECT_EQ(doc.status, "the zBlock's text");
+}
+
+// ---- Knife of grids -------------------------------------------------------------------------------------------------
+
+TEST_F(GridKnife, HalvesTheSectionsOfTheZBlock) {
+    hold({patchOf({5, 5}), patchOf({4, 4}), patchOf({1, 1})});
+    addToBlock(0);
+    answer({{"choice", "2"}});
+    doc.KnifeModel();
+    EXPECT_THAT(coordinates(doc.patches[0][1]), ElementsAre(0, 1, 2));
+    EXPECT_THAT(countsOf(doc.patches[1]), ElementsAre(4, 4));
+    EXPECT_TRUE(doc.partAfter && !doc.partBefore);
+    EXPECT_EQ(block(), std::vector<std::int32_t>{0});
+    doc.UndoPatch();
+    EXPECT_THAT(countsOf(doc.patches[0]), ElementsAre(5, 5));
+}
+
+TEST_F(GridKnife, HalvesAllPatchesWithoutAZBlock) {
+    hold({patchOf({5, 5}), patchOf({4, 4}), patchOf({1, 1})});
+    answer({{"choice", "1"}});
+    doc.KnifeModel();
+    EXPECT_THAT(coordinates(doc.patches[0][0]), ElementsAre(2, 3, 4));
+    EXPECT_THAT(coordinates(doc.patches[1][0]), ElementsAre(2, 3));
+    EXPECT_THAT(countsOf(doc.patches[2]), ElementsAre(1, 1));
+    EXPECT_TRUE(doc.partBefore && !doc.partAfter);
+    EXPECT_TRUE(doc.patchUndoReady);
+    EXPECT_FALSE(doc.rebuildOnUndo);
+}
+
+TEST_F(GridKnife, OpensOnTheSideOfTheLastRun) {
+    hold({patchOf({5, 5})});
+    ui.onDialog = [](DialogForm& form) { EXPECT_EQ(fieldText(*form.find("choice")), "2"); };
+    answer({{"choice", "1"}});
+    doc.KnifeModel();
+    ui.onDialog = [](DialogForm& form) { EXPECT_EQ(fieldText(*form.find("choice")), "1"); };
+    doc.KnifeModel();
+}
+
+TEST_F(GridKnife, CancelLeavesSideAndModel) {
+    hold({patchOf({5, 5})});
+    doc.KnifeModel();
+    EXPECT_TRUE(doc.partAfter);
+    EXPECT_FALSE(doc.patchUndoReady);
+    EXPECT_THAT(countsOf(doc.patches[0]), ElementsAre(5, 5));
+    EXPECT_THAT(doc.undoPatches, SizeIs(1));
+}
+
+TEST_F(GridKnife, CapturedPointPastTheEndBecomesTheLast) {
+    hold({patchOf({5, 5})});
+    capturePoint(0, 1, 4);
+    answer({{"choice", "2"}});
+    doc.KnifeModel();
+    EXPECT_EQ(doc.capturedPoint, 2);
+    EXPECT_EQ(doc.capturedPointPos, Point(2, 1, 0));
+}
+
+// ---- Knife of triangles ---------------------------------------------------------------------------------------------
+
+TEST_F(ZoneKnife, KeepsThePartBeforeOrAfterThePlane) {
+    answer({{"planeKind", "3"}, {"section", "5"}});
+    doc.KnifeZones();
+    EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok"));
+    EXPECT_EQ(usedBox(doc.feRegion), std::pair(Point(0, 0, 0), Point(2, 3, 5)));
+    EXPECT_TRUE(consistent(*doc.feRegion.blocks[0]));
+    EXPECT_EQ(doc.feRegion.blocks[0]->connectivitySize, 4 * elements());
+    EXPECT_EQ(doc.feRegion.blocks[0]->title, "z");
+    EXPECT_EQ(doc.chosenPath, folder / "Wing.stl");
+    EXPECT_EQ(doc.documentTitle, "wing.dat");
+    EXPECT_THAT(files(), IsEmpty());
+    holdBox();
+    answer({{"planeKind", "3"}, {"section", "5"}, {"cutKind", "2"}});
+    doc.KnifeZones();
+    EXPECT_EQ(usedBox(doc.feRegion), std::pair(Point(0, 0, 5), Point(2, 3, 8)));
+}
+
+TEST_F(ZoneKnife, UndoBringsTheWholeBack) {
+    answer({{"section", "1"}});
+    doc.KnifeZones();
+    EXPECT_TRUE(doc.patchUndoReady);
+    doc.UndoPatch();
+    EXPECT_EQ(elements(), 12);
+    EXPECT_EQ(doc.feRegion.blocks[0]->title, "box");
+}
+
+TEST_F(ZoneKnife, CancelTakesTheSnapshotOnly) {
+    doc.KnifeZones();
+    EXPECT_EQ(elements(), 12);
+    EXPECT_THAT(doc.undoRegion.blocks, SizeIs(1));
+    EXPECT_FALSE(doc.patchUndoReady);
+}
+
+TEST_F(ZoneKnife, SectionOutOfTheBodyCutsNothing) {
+    const char* const texts[] = {"message: Section X=const is out of body", "message: Section Y=const is out of body",
+                                 "message: Section Z=const is out of body"};
+    for (int kind = 1; kind <= 3; ++kind) {
+        for (const char* const section : {"-0.001", "8.001"}) {
+            answer({{"planeKind", std::to_string(kind)}, {"section", section}});
+            doc.KnifeZones();
+            EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok", texts[kind - 1]));
+            EXPECT_EQ(elements(), 12);
+            EXPECT_FALSE(doc.patchUndoReady);
+        }
+    }
+}
+
+TEST_F(ZoneKnife, SectionAtTheMinimumIsInsideAndMayLeaveNothing) {
+    answer({{"section", "0"}});
+    doc.KnifeZones();
+    EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok"));
+    ASSERT_THAT(doc.feRegion.blocks, SizeIs(1));
+    EXPECT_EQ(elements(), 0);
+    EXPECT_EQ(doc.structureKind, "uns");
+    doc.UndoPatch();
+    EXPECT_EQ(elements(), 12);
+}
+
+TEST_F(ZoneKnife, AnyPlaneWarnsOfEachCoordinateOutOfTheBodyAndCuts) {
+    answer({{"planeKind", "4"}, {"x", "-1"}, {"y", "4"}, {"z", "9"}, {"nx", "1"}, {"ny", "0"}, {"nz", "0.25"}});
+    doc.KnifeZones(); // x + z / 4 = 1.25
+    EXPECT_THAT(heard(),
+                ElementsAre("dialog: CUKnife -> ok", "message: Warning: Point X is out of body",
+                            "message: Warning: Point Y is out of body", "message: Warning: Point Z is out of body"));
+    for (std::int32_t i = 0; i < elements(); ++i) {
+        for (int corner = 0; corner < 3; ++corner) {
+            const Point p = node(0, doc.feRegion.blocks[0]->connectivity[static_cast<std::size_t>(4 * i + corner)]);
+            EXPECT_LE(p.x + p.z / 4, 1.25 + 1e-7);
+        }
+    }
+    EXPECT_GT(elements(), 0);
+}
+
+TEST_F(ZoneKnife, PlaneWithoutANormalCutsNothing) {
+    answer({{"planeKind", "4"}, {"x", "1"}, {"y", "1"}, {"z", "1"}});
+    doc.KnifeZones();
+    EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok", "message: Normal of plane is absent. Cut is impossible"));
+    EXPECT_EQ(elements(), 12);
+}
+
+TEST_F(ZoneKnife, ThreePointsOfTheBufferAreThePlane) {
+    doc.lineBuffer = {{0, 0, 3}, {3, 0, 3}, {0, 3, 3}, {7, 7, 7}};
+    doc.lineBufferFull = true;
+    ui.onDialog = [](DialogForm& form) {
+        EXPECT_EQ(fieldText(*form.find("x")), "1");
+        EXPECT_EQ(fieldText(*form.find("z")), "3");
+        EXPECT_EQ(fieldText(*form.find("nz")), "1");
+        EXPECT_EQ(fieldText(*form.find("section")), "0");
+        EXPECT_FALSE(form.find("x")->on);
+        EXPECT_FALSE(setField(form, "planeKind", "4"));
+        EXPECT_TRUE(form.find("x")->on && form.find("nz")->on);
+        EXPECT_FALSE(form.find("section")->on);
+        EXPECT_TRUE(setField(form, "xMax", "1")); // read-only
+    };
+    answer({});
+    doc.KnifeZones();
+    EXPECT_EQ(usedBox(doc.feRegion).second, Point(2, 3, 3));
+    doc.lineBufferFull = false;
+    doc.knifeValues.nz = 0.5;
+    ui.onDialog = [](DialogForm& form) { EXPECT_EQ(fieldText(*form.find("nz")), "0.5"); };
+    doc.KnifeZones();
+}
+
+TEST_F(ZoneKnife, DialogShowsTheExtentOnTheChosenAxisAndTheBox) {
+    ui.onDialog = [](DialogForm& form) {
+        EXPECT_EQ(fieldText(*form.find("max")), "2");
+        EXPECT_FALSE(setField(form, "planeKind", "3"));
+        EXPECT_EQ(fieldText(*form.find("min")), "0");
+        EXPECT_EQ(fieldText(*form.find("max")), "8");
+        EXPECT_EQ(fieldText(*form.find("yMax")), "3");
+    };
+    doc.KnifeZones();
+}
+
+TEST_F(ZoneKnife, SaveParts) {
+    answer({{"planeKind", "2"}, {"section", "1"}, {"cutKind", "3"}});
+    doc.KnifeZones();
+    EXPECT_THAT(heard(),
+                ElementsAre("dialog: CUKnife -> ok", "message: Parts are saved in dat format with indexes _1 and _2"));
+    EXPECT_EQ(elements(), 12);
+    EXPECT_EQ(doc.documentTitle, "wing.dat");
+    EXPECT_THAT(files(), ElementsAre("Wing_1.dat", "Wing_2.dat"));
+    doc.onOpenDocument(folder / "Wing_1.dat");
+    EXPECT_EQ(usedBox(doc.feRegion), std::pair(Point(0, 0, 0), Point(2, 1, 8)));
+    doc.onOpenDocument(folder / "Wing_2.dat");
+    EXPECT_EQ(usedBox(doc.feRegion), std::pair(Point(0, 1, 0), Point(2, 3, 8)));
+}
+
+TEST_F(ZoneKnife, FileOfTheTemporaryNameSurvives) {
+    writeFileText(folder / "Wing_0.dat", "mine");
+    writeFileText(folder / "Wing_0_1.dat", "mine too");
+    answer({{"section", "1"}});
+    doc.KnifeZones();
+    EXPECT_EQ(usedBox(doc.feRegion).second, Point(1, 3, 8));
+    EXPECT_THAT(files(), ElementsAre("Wing_0.dat", "Wing_0_1.dat"));
+    EXPECT_EQ(fileText(folder / "Wing_0.dat"), "mine");
+    EXPECT_EQ(fileText(folder / "Wing_0_1.dat"), "mine too");
+}
+
+TEST_F(ZoneKnife, LinkOfTheTemporaryNameIsNotWrittenThrough) {
+    std::filesystem::create_symlink(folder / "elsewhere", folder / "Wing_0.dat");
+    answer({{"section", "1"}});
+    doc.KnifeZones();
+    EXPECT_FALSE(std::filesystem::exists(folder / "elsewhere"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "Wing_0.dat"));
+}
+
+TEST_F(ZoneKnife, FailedWriteLeavesTheModel) {
+    doc.chosenPath = folder / "absent" / "wing.stl";
+    for (const char* const kind : {"1", "3"}) {
+        answer({{"section", "1"}, {"cutKind", kind}});
+        doc.KnifeZones();
+        EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok",
+                                         StartsWith("message: \n--- Error Message ---\n\nFile Error: ...")));
+        EXPECT_EQ(elements(), 12);
+        EXPECT_EQ(doc.feRegion.blocks[0]->title, "box");
+        EXPECT_FALSE(doc.patchUndoReady);
+    }
+}
+
+TEST_F(ZoneKnife, SurfaceWithoutTrianglesHasNoInside) {
+    doc.feRegion.blocks.clear();
+    answer({});
+    doc.KnifeZones();
+    EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok", "message: Section X=const is out of body"));
+}
+
+TEST_F(ZoneKnife, OtherFieldsAreLeftToNoZone) {
+    doc.feRegion.blocks[0]->addVariable("p");
+    doc.feRegion.blocks.push_back(oneTriangle(0, 1, "second"));
+    answer({{"section", "1.5"}, {"cutKind", "1"}});
+    doc.KnifeZones();
+    ASSERT_THAT(doc.feRegion.blocks, SizeIs(2));
+    EXPECT_THAT(doc.feRegion.blocks[0]->variables, SizeIs(3));
+    EXPECT_EQ(doc.feRegion.blocks[1]->title, "second");
+    EXPECT_EQ(node(1, 1), Point(1, 0, 1));
+}
+
+// ---- Invisible remove -----------------------------------------------------------------------------------------------
+
+TEST_F(InvisibleRemove, SaysThatNothingIsSelected) {
+    doc.RemoveInvisible();
+    EXPECT_THAT(heard(), ElementsAre("message: Procedure is impossible. Visible part is not selected."));
+    EXPECT_EQ(elements(), 12);
+    ASSERT_THAT(doc.undoRegion.blocks, SizeIs(1));
+    EXPECT_EQ(doc.undoRegion.blocks[0]->elementCount, 12);
+    EXPECT_TRUE(doc.documentModified);
+    doc.UndoPatch();
+    EXPECT_EQ(elements(), 12);
+}
+
+} // namespace velmora::test

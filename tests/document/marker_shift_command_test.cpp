@@ -277,6 +277,14 @@ TEST_F(MarkerShiftCommand, WithoutMarkersTakesThemForIdentical) {
     EXPECT_TRUE(doc.patchUndoReady);
 }
 
+TEST_F(MarkerShiftCommand, KeepsCoordinatesWhoseSumIsTooLarge) {
+    const PatchList far = {{{{1.5e308, -1.5e308, 0}, {1.0, 1.5e308, -0.5}}, {{0, 1, 2}, {3, 4, 1.7e308}}}};
+    hold(far);
+    addToBlock(0);
+    doc.ReflectToSft();
+    EXPECT_EQ(doc.patches, far);
+}
+
 TEST_F(MarkerShiftCommand, RefusesMarkersThatDidNotMove) {
     takeMarkers(20, onSpiral, {0, 0, 0});
     expectRefused({identical});

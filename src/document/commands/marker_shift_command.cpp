@@ -1,4 +1,5 @@
 #include <array>
+#include <cmath>
 #include <cstddef>
 
 #include "VelmoraDoc.h"
@@ -95,6 +96,12 @@ void shiftAsSeen(VelmoraDoc& doc, PointList& points, int plane) {
     shiftInPlane(doc, points, plane % planeCount + 1, plane, true);
 }
 
+/// The mean of two coordinates; where their sum leaves the range of numbers, the coordinate as it was.
+double meanOr(double was, double a, double b) {
+    const double mean = (a + b) * 0.5;
+    return std::isfinite(mean) ? mean : was;
+}
+
 /// Each plane by itself; a coordinate becomes the mean of what the two planes that have it say.
 void shiftInAllPlanes(VelmoraDoc& doc, PointList& points) {
     std::array<PointList, planeCount> byPlane;
@@ -105,7 +112,8 @@ void shiftInAllPlanes(VelmoraDoc& doc, PointList& points) {
     }
     const auto& [yz, xz, xy] = byPlane;
     for (std::size_t i = 0; i < points.size(); ++i) {
-        points[i] = {(xz[i].x + xy[i].x) * 0.5, (yz[i].y + xy[i].y) * 0.5, (yz[i].z + xz[i].z) * 0.5};
+        zVec<double>& p = points[i];
+        p = {meanOr(p.x, xz[i].x, xy[i].x), meanOr(p.y, yz[i].y, xy[i].y), meanOr(p.z, yz[i].z, xz[i].z)};
     }
 }
 

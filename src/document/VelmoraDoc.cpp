@@ -43,7 +43,8 @@ std::vector<std::string> VelmoraDoc::dialogNames() {
             "dlgViewing",   "CRegularFind",   "CScaling",        "CBlockMove",
             "CBlockRotate", "CFlipBlock",     "CSymmetricBlock", "CLast_First_switch",
             "CFirstPoint",  "CExtrapolation", "CPrescribe",      "CRebreakPart",
-            "CMerge",       "CSmooth",        "CInterpolate",    "CCorrectLine"};
+            "CMerge",       "CSmooth",        "CInterpolate",    "CCorrectLine",
+            "CIntersection"};
 }
 
 std::optional<DialogForm> VelmoraDoc::storedDialog(std::string_view name) {
@@ -54,7 +55,8 @@ std::optional<DialogForm> VelmoraDoc::storedDialog(std::string_view name) {
                           describe(rotateValues),       describe(flipValues),        describe(symmetricValues),
                           describe(lastFirstValues),    describe(firstPointValues),  describe(extrapolationValues),
                           describe(prescribeValues),    describe(rebreakPartValues), describe(mergeValues),
-                          describe(smoothValues),       describe(interpolateValues), describe(correctLineValues)};
+                          describe(smoothValues),       describe(interpolateValues), describe(correctLineValues),
+                          describe(intersectionValues)};
     for (DialogForm& form : forms) {
         if (form.name == name) {
             return std::move(form);

@@ -51,7 +51,7 @@ std::vector<std::string> VelmoraDoc::dialogNames() {
             "CMerge",          "CSmooth",
             "CInterpolate",    "CCorrectLine",
             "CConvert_to_SKL", "CConvert_SKL_to_APT",
-            "CUKnife"};
+            "CUKnife",         "CIntersection"};
 }
 
 std::optional<DialogForm> VelmoraDoc::storedDialog(std::string_view name) {
@@ -63,7 +63,8 @@ std::optional<DialogForm> VelmoraDoc::storedDialog(std::string_view name) {
                           describe(lastFirstValues),    describe(firstPointValues),  describe(extrapolationValues),
                           describe(prescribeValues),    describe(rebreakPartValues), describe(mergeValues),
                           describe(smoothValues),       describe(interpolateValues), describe(correctLineValues),
-                          describe(toSklValues),        describe(toAptValues),       describe(knifeValues)};
+                          describe(toSklValues),        describe(toAptValues),       describe(knifeValues),
+                          describe(intersectionValues)};
     for (DialogForm& form : forms) {
         if (form.name == name) {
             return std::move(form);

@@ -20,6 +20,7 @@
 #include "CFirstPoint.h"
 #include "CFlipBlock.h"
 #include "CInterpolate.h"
+#include "CIntersection.h"
 #include "CLast_First_switch.h"
 #include "CMerge.h"
 #include "CPrescribe.h"
@@ -226,6 +227,7 @@ public:
     CFeatures featuresValues;
     dlgEditPoint editPointValues;
     dlgViewing viewingValues;
+    CIntersection intersectionValues;
     CRegularFind regularFindValues;
     CRegularInput regularInput{patches};
 
@@ -262,6 +264,10 @@ public:
     void onOpenDocument(const std::filesystem::path& path);
     void openFiles();
     void appendFile();
+    void AppendWrl();
+    void CloseWrl();
+    void AppendDat();
+    void CloseDat();
     void saveModel();
     void saveModelAs();
     void AppendSft();
@@ -363,6 +369,15 @@ public:
     void SmoothGeometry();
     void Interpolate();
     void CorrectLine();
+
+    // ---- Projection and intersection of the zBlock ------------------------------------------------------------------
+
+    /// Onto the other patches; of zones onto the other zones.
+    void ReflectToApt();
+    /// Onto the reference geometry, which is used up by it.
+    void ReflectToWrl();
+    void ReflectToDat();
+    void Intersection();
 
     // ---- Conversion
     // -----------------------------------------------------------------------------------------------------
@@ -556,6 +571,11 @@ private:
     void mergeZonesOfBlock();
     void matchBlock(bool grid);
     bool correctCapturedLine();
+    std::filesystem::path chooseReference(const char* extension, const char* typeName, const char* command);
+    void reflectZonesOfBlock();
+    void finishReflection();
+    bool pierceOtherPatches();
+    void carryOutIntersection();
     /// The patches of the zBlock, or all of them when it is empty, in the order of the model.
     std::vector<std::int32_t> chosenInModelOrder() const;
     void exchangeCapture();

@@ -74,4 +74,16 @@ inline constexpr const char* normalAbsent = "Normal of plane is absent. Cut is i
 inline constexpr const char* partsAreSaved = "Parts are saved in dat format with indexes _1 and _2";
 inline constexpr const char* visiblePartNotSelected = "Procedure is impossible. Visible part is not selected.";
 
+inline constexpr const char* someLinesMiss = "Attention. Some initial vectors are not crossed with target surface";
+inline constexpr const char* intersectionImpossible =
+    "Intersection impossible. Not all lines from zBlock intersected with body";
+inline constexpr const char* intersectionDoublePoint = "Intersection is impossible. Double point.";
+/// `line` and `patch` count from 0.
+inline std::string lineNotIntersected(std::int32_t line, std::int32_t patch) {
+    return "Intersection with line " + std::to_string(line) + " from patch " + std::to_string(patch) + " is not found";
+}
+inline constexpr const char* cellNotFound = "Intersection with temporary container is not found";
+inline constexpr const char* compartmentTooSmall =
+    "The rest part of compartment is too small for rebreak. Procedure canceled";
+
 } // namespace velmora::message

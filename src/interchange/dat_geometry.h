@@ -24,6 +24,13 @@ enum class ZoneRefusal {
     CoordinatesAbsent, ///< no x, y or z: `coordinatesAbsentMessage`
 };
 
+/// What the user is told of a refusal; nothing with None.
+constexpr std::string_view messageOf(ZoneRefusal refusal) {
+    return refusal == ZoneRefusal::TooFewVariables     ? tooFewVariablesMessage
+           : refusal == ZoneRefusal::CoordinatesAbsent ? coordinatesAbsentMessage
+                                                       : std::string_view();
+}
+
 /// How much of the zones becomes patches.
 enum class ZoneDetail {
     Thinned, ///< as a model that is opened: thinned by its size, cut at the limit, missing coordinates set to 0

@@ -94,6 +94,27 @@ TEST(DialogFields, OfRebreakFirstAndLastStandInAFrame) {
     EXPECT_EQ(form.find("lastCurve")->group, "Sections (lines)");
 }
 
+TEST(DialogFields, OfIntersection) {
+    EXPECT_THAT(linesOf("CIntersection"),
+                ElementsAre("Intersection",
+                            "insideSide |  | radio | 2 | \"Before intersection\" \"After intersection\"",
+                            "insidePoints | Number of points | int | 20 | 2 to 1000000",
+                            "outsideSide |  | radio | 2 | \"Before intersection\" \"After intersection\"",
+                            "outsidePoints | Number of points | int | 20 | 2 to 1000000",
+                            "tolerance | Tolerance | real | 5e-04 | 1e-12 to 1"));
+}
+
+TEST(DialogFields, OfIntersectionStandInTwoFrames) {
+    CIntersection values;
+    const DialogForm form = describe(values);
+    EXPECT_EQ(form.find("insideSide")->group, "Patches in Block");
+    EXPECT_EQ(form.find("insidePoints")->group, "Patches in Block");
+    EXPECT_EQ(form.find("outsideSide")->group, "Patches out Block");
+    EXPECT_EQ(form.find("outsidePoints")->group, "Patches out Block");
+    EXPECT_EQ(form.find("tolerance")->group, "");
+    EXPECT_EQ(form.focus, "insidePoints");
+}
+
 TEST(DialogFields, OfInputPatch) {
     EXPECT_THAT(linesOf("CInputPatch"),
                 ElementsAre("Input patch", "number | Inputted number | int | 1 | any",

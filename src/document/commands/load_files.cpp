@@ -181,8 +181,7 @@ bool VelmoraDoc::readDatGeometry(const std::filesystem::path& path) {
 bool VelmoraDoc::takeStructuredZones(const zRegion& structured, const std::filesystem::path& path) {
     ZonePatches zones = zonesToPatches(structured, ZoneDetail::Thinned);
     if (zones.refusal != ZoneRefusal::None) {
-        ui_.showMessage(std::string(zones.refusal == ZoneRefusal::TooFewVariables ? tooFewVariablesMessage
-                                                                                  : coordinatesAbsentMessage));
+        ui_.showMessage(std::string(messageOf(zones.refusal)));
         setKinds("non", fileKind.c_str(), "non");
         // A model to which the file was to be appended is still there.
         checkRegularity(patches);

@@ -1,0 +1,81 @@
+#include "segment_tests.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "PatchList.h"
+#include "distance.h"
+
+namespace velmora {
+
+namespace {
+
+/// A point at distance e behind an end is let through while e times e is not above `nearZero`, so up to its root.
+constexpr double rootOfNearZero = 1e-4;
+/// Room for rounding where a reach is only a bound.
+constexpr double boundPart = 1.001;
+
+double largestOf(const zVec<double>& p) {
+    return std::max({std::abs(p.x), std::abs(p.y), std::abs(p.z)});
+}
+
+double length(const zVec<double>& v) {
+    return std::sqrt(dot(v, v));
+}
+
+bool betweenOnEachAxis(const zVec<double>& p, const zVec<double>& a, const zVec<double>& b) {
+    return (p.x - a.x) * (p.x - b.x) <= nearZero && (p.y - a.y) * (p.y - b.y) <= nearZero &&
+           (p.z - a.z) * (p.z - b.z) <= nearZero;
+}
+
+} // namespace
+
+bool samePoint(const zVec<double>& a, const zVec<double>& b, double tolerance) {
+    const double largest = std::max(largestOf(a), largestOf(b));
+    if (largest == 0.0) {
+        return a == b; // false for what is not a number
+    }
+    const double scale = 1.0 / largest;
+    return std::abs(a.x - b.x) * scale < tolerance && std::abs(a.y - b.y) * scale < tolerance &&
+           std::abs(a.z - b.z) * scale < tolerance;
+}
+
+double lineDistance(const zVec<double>& a, const zVec<double>& b, const zVec<double>& q) {
+    const double span = length(b - a);
+    return span < nearZero ? length(q - a) : length(cross(q - a, b - a)) / span;
+}
+
+SegmentPlace pointOnSegment(const zVec<double>& a, const zVec<double>& b, const zVec<double>& p, double tolerance) {
+    const double span = distance(a, b);
+    if (span < nearZero) {
+        return {SegmentPlace::Coincident, 0.0};
+    }
+    if (!betweenOnEachAxis(p, a, b)) {
+        return {SegmentPlace::Off, 0.0};
+    }
+    const zVec<double> unit = (b - a) * (1.0 / span);
+    const zVec<double> from = p - a;
+    const zVec<double> across = from - unit * dot(from, unit);
+    if (!(span * tolerance > length(across))) {
+        return {SegmentPlace::Off, 0.0};
+    }
+    const double way = length(from);
+    return way < nearZero ? SegmentPlace{SegmentPlace::Coincident, 0.0} : SegmentPlace{SegmentPlace::On, way / span};
+}
+
+bool liesBetween(const zVec<double>& hit, const zVec<double>& a, const zVec<double>& b) {
+    return samePoint(hit, a, samePointTolerance) || samePoint(hit, b, samePointTolerance) ||
+           betweenOnEachAxis(hit, a, b);
+}
+
+double betweenSlack(const zVec<double>& a, const zVec<double>& b) {
+    return boundPart * (rootOfNearZero + 2.0 * samePointTolerance * std::max(largestOf(a), largestOf(b)));
+}
+
+double samePointReach(const zVec<double>& p, double tolerance) {
+    return tolerance < 0.5 ? boundPart * tolerance / (1.0 - tolerance) * largestOf(p)
+                           : std::numeric_limits<double>::infinity();
+}
+
+} // namespace velmora

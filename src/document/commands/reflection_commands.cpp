@@ -1,0 +1,71 @@
+#include "VelmoraDoc.h"
+#include "messages.h"
+#include "reflection.h"
+#include "target_mesh.h"
+
+namespace velmora {
+
+// The zBlock is projected along its own normals: "Reflection" in the menus.
+
+void VelmoraDoc::finishReflection() {
+    lineBufferFull = !lineBuffer.empty();
+    followCapturedPoint();
+    redraw();
+}
+
+void VelmoraDoc::ReflectToApt() {
+    beginPatchCommand(false);
+    if (structureKind == "uns") {
+        reflectZonesOfBlock();
+        return;
+    }
+    bool missed = false;
+    {
+        const BusyScope busy(ui_);
+        lineBuffer.clear();
+        const TriangleTree target(CellMesh(patches, blockMask()).takeMesh());
+        reflectPatches(
+            patches, blockCount < 1 ? std::vector<std::int32_t>() : chosenPatches(), target, nearestCellHit, lineBuffer,
+            [&missed] { missed = true; }, [this](double f) { ui_.showProgress(f); });
+    }
+    if (missed) {
+        ui_.showMessage(message::someLinesMiss);
+    }
+    finishReflection();
+}
+
+void VelmoraDoc::reflectZonesOfBlock() {
+    {
+        const BusyScope busy(ui_);
+        reflectZones(feRegion, blockCount < 1 ? std::vector<std::int32_t>() : chosenPatches(),
+                     [this](double f) { ui_.showProgress(f); });
+    }
+    followCapturedPoint();
+    redraw();
+}
+
+void VelmoraDoc::ReflectToWrl() {
+    beginPatchCommand(false);
+    {
+        const BusyScope busy(ui_);
+        lineBuffer.clear();
+        const TriangleTree target(zoneMesh(referenceRegion, std::vector<bool>(referenceRegion.blocks.size(), false)));
+        // The message comes while the work is still going on.
+        reflectPatches(
+            patches, chosenPatches(), target, nearestElementHit, lineBuffer,
+            [this] { ui_.showMessage(message::someLinesMiss); }, [this](double f) { ui_.showProgress(f); });
+    }
+    // One projection uses the reference geometry up.
+    referenceRegion.blocks.clear();
+    secondKind = "non";
+    emptyBlock();
+    showBlockOnly = false;
+    finishReflection();
+}
+
+/// Never on: no command leaves a second grid open (see AppendDat), so there is nothing to project on.
+void VelmoraDoc::ReflectToDat() {
+    redraw();
+}
+
+} // namespace velmora

@@ -24,4 +24,8 @@ bool choosesFileToWrite(ChooserMode mode) {
     return mode == ChooserMode::SaveAs || mode == ChooserMode::New || mode == ChooserMode::Export;
 }
 
+ReportProgress progressTo(UserInterface& ui) {
+    return [&ui](double fraction) { ui.showProgress(fraction); };
+}
+
 } // namespace velmora

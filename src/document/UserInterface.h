@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "progress.h"
+
 namespace velmora {
 
 class CRegularInput;
@@ -60,7 +62,8 @@ public:
     virtual std::vector<std::filesystem::path> chooseFiles(const FileRequest& request) = 0;
     /// The wait cursor; calls nest.
     virtual void setBusy(bool busy) = 0;
-    /// How far a long piece of work is, 0 to 1; the bar goes away with the wait cursor.
+    /// How far a long piece of work is, 0 to 1. The bar comes when the wait cursor has been on for half a second, and
+    /// goes away with it.
     virtual void showProgress(double fraction) = 0;
     /// Puts a path on top of the list of recent files.
     virtual void addRecentFile(const std::filesystem::path& path) = 0;
@@ -77,5 +80,8 @@ public:
 private:
     UserInterface& ui_;
 };
+
+/// What hands the progress of a piece of work to `ui`, which must outlive it.
+ReportProgress progressTo(UserInterface& ui);
 
 } // namespace velmora

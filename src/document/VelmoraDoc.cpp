@@ -18,8 +18,11 @@ constexpr double radiusOfDiagonal = 0.525;
 } // namespace
 
 VelmoraDoc::VelmoraDoc(UserInterface& userInterface, std::filesystem::path documentsFolder)
-    : ui_(userInterface), documentsFolder_(std::move(documentsFolder)) {
+    : filesList(userInterface, documentsFolder), ui_(userInterface), documentsFolder_(std::move(documentsFolder)) {
     blockList.fill(-1);
+    for (const char* extension : {"apt", "skl", "dat", "vrml", "apm"}) {
+        filesList.names.add(extension);
+    }
 }
 
 void VelmoraDoc::detachView(DocumentView& view) {

@@ -36,6 +36,7 @@
 #include "PatchList.h"
 #include "UserInterface.h"
 #include "dlgEditPoint.h"
+#include "dlgFilesList.h"
 #include "dlgViewing.h"
 #include "input_dialogs.h"
 #include "marker_shift.h"
@@ -230,6 +231,7 @@ public:
     CIntersection intersectionValues;
     CRegularFind regularFindValues;
     CRegularInput regularInput{patches};
+    dlgFilesList filesList; ///< the project list, which no command opens
 
     /// The form over the stored values of the dialog of that class name; none for an unknown name.
     std::optional<DialogForm> storedDialog(std::string_view name);
@@ -262,6 +264,8 @@ public:
     void onNewDocument();
     /// Opens one file with no dialog and no question about the model that is there.
     void onOpenDocument(const std::filesystem::path& path);
+    /// The same for several files, as Open does it: those behind the first join it if they are of its extension.
+    void onOpenDocuments(const std::vector<std::filesystem::path>& paths);
     void openFiles();
     void appendFile();
     void AppendWrl();

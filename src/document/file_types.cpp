@@ -11,14 +11,36 @@ const std::vector<FileType>& modelFileTypes() {
     return types;
 }
 
+const std::vector<FileType>& singleFileTypes() {
+    static const std::vector<FileType> types = {
+        {"*", " All"},
+        {"wrl", "Unstructured"},
+        {"apt", "Velmora Geometry"},
+        {"dat", "TecPlot Geometry"},
+        {"skl", "Velmora Geometry"},
+        {"ext", "Velmora Geometry"},
+        {"stl", "Unstructured"},
+        {"sft", "Structured"},
+        {"apm", "Velmora Geometry"},
+        {"cbc", "Detalization "},
+        {"bc", "Detalization "},
+        {"dat", "Velmora FlowField"},
+    };
+    return types;
+}
+
 std::vector<FileType> fileTypesNamed(std::initializer_list<const char*> extensions) {
     std::vector<FileType> types;
     for (const char* extension : extensions) {
-        const auto& all = modelFileTypes();
+        const auto& all = singleFileTypes();
         types.push_back(
             *std::find_if(all.begin(), all.end(), [&](const FileType& t) { return t.extension == extension; }));
     }
     return types;
+}
+
+const FileType& flowFieldType() {
+    return singleFileTypes().back();
 }
 
 } // namespace velmora

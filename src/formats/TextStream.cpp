@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <charconv>
 #include <cstring>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -66,7 +67,27 @@ bool TextStream::refill() {
     block_[static_cast<std::size_t>(count)] = '\0';
     cursor_ = block_.get();
     end_ = cursor_ + count;
+    if (report_) {
+        reportPosition();
+    }
     return true;
+}
+
+void TextStream::reportTo(ReportProgress report, double from, double to) {
+    report_ = std::move(report);
+    reportFrom_ = from;
+    reportTo_ = to;
+    reported_ = 0;
+}
+
+// Large files give more blocks than are worth telling of.
+void TextStream::reportPosition() {
+    constexpr std::int64_t steps = 200;
+    if (size_ > 0 && blockStart_ > reported_ && (blockStart_ - reported_) * steps >= size_) {
+        reported_ = blockStart_;
+        const double part = std::min(1.0, static_cast<double>(blockStart_) / static_cast<double>(size_));
+        report_(reportFrom_ + (reportTo_ - reportFrom_) * part);
+    }
 }
 
 void TextStream::seek(std::int64_t position) {

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "progress.h"
+
 namespace velmora {
 
 /// A text file that is read as an input file stream in the C locale reads it, at the speed of std::from_chars and
@@ -36,6 +38,9 @@ public:
 
     /// The bytes of the file as it was when opened; 0 for something that is no regular file.
     std::int64_t size() const { return size_; }
+    /// Tells from now on with every block taken in how far the file has been read, as a part of `from` to `to`. What is
+    /// read again tells nothing.
+    void reportTo(ReportProgress report, double from = 0.0, double to = 1.0);
     /// Where the next byte stands, from 0; in any state.
     std::int64_t tell() const { return blockStart_ + (cursor_ - block_.get()); }
     /// Takes `eof` away and goes to a byte from 0, which may lie behind the end. A failed stream stays where it is;
@@ -81,6 +86,7 @@ private:
     int getSlowly();
     int peekSlowly();
     bool refill();
+    void reportPosition();
     bool beginToken();
     bool failToken();
     char nextOfToken();
@@ -102,6 +108,10 @@ private:
     bool eof_ = false;
     bool fail_ = false;
     std::string token_;
+    ReportProgress report_;
+    double reportFrom_ = 0.0;
+    double reportTo_ = 1.0;
+    std::int64_t reported_ = 0; ///< the position told last
 };
 
 } // namespace velmora

@@ -12,6 +12,8 @@ namespace velmora {
 namespace {
 
 constexpr std::int32_t unread = -1;
+/// Counting lines is the smaller part of the work.
+constexpr double endOfFirstPass = 0.2;
 
 struct AptHeader {
     std::int32_t sections = unread;
@@ -34,8 +36,9 @@ void noteHeaderFailure(const AptHeader& header, std::int64_t compartment, int pa
 }
 
 // The first pass. False when there is no second one.
-bool countPoints(const std::filesystem::path& path, AptReadResult& result) {
+bool countPoints(const std::filesystem::path& path, AptReadResult& result, const ReportProgress& report) {
     NumberReader reader(path);
+    reader.reportTo(report, 0.0, endOfFirstPass);
     result.opened = reader.isOpen();
     if (!result.opened) {
         result.faults.push_back({FormatFaultKind::CannotOpen, 0, 1});
@@ -60,8 +63,10 @@ bool countPoints(const std::filesystem::path& path, AptReadResult& result) {
 
 class AptSecondPass {
 public:
-    AptSecondPass(const std::filesystem::path& path, AptReadResult& result)
-        : reader_(path), result_(result), thinner_(static_cast<std::int32_t>(result.pointsInFile)) {}
+    AptSecondPass(const std::filesystem::path& path, AptReadResult& result, const ReportProgress& report)
+        : reader_(path), result_(result), thinner_(static_cast<std::int32_t>(result.pointsInFile)) {
+        reader_.reportTo(report, endOfFirstPass, 1.0);
+    }
 
     void run(PatchList& patches);
 
@@ -124,28 +129,30 @@ void writeAptPatch(NumberWriter& writer, const Patch& patch) {
     }
 }
 
-bool writeSelection(const std::filesystem::path& path, const PatchSelection& selection, int precision) {
+bool writeSelection(const std::filesystem::path& path, const PatchSelection& selection, int precision,
+                    const ReportProgress& report) {
     return std::all_of(selection.begin(), selection.end(), [](const Patch* patch) { return holdsGrid(*patch); }) &&
-           savePatches(path, selection, precision, writeAptPatch);
+           savePatches(path, selection, precision, writeAptPatch, report);
 }
 
 } // namespace
 
-AptReadResult readApt(const std::filesystem::path& path, PatchList& patches) {
+AptReadResult readApt(const std::filesystem::path& path, PatchList& patches, const ReportProgress& report) {
     AptReadResult result;
-    if (countPoints(path, result)) {
-        AptSecondPass(path, result).run(patches);
+    if (countPoints(path, result, report)) {
+        AptSecondPass(path, result, report).run(patches);
     }
     return result;
 }
 
-bool writeApt(const std::filesystem::path& path, const PatchList& patches, int precision) {
-    return writeSelection(path, selectAll(patches), precision);
+bool writeApt(const std::filesystem::path& path, const PatchList& patches, int precision,
+              const ReportProgress& report) {
+    return writeSelection(path, selectAll(patches), precision, report);
 }
 
 bool writeAptBlock(const std::filesystem::path& path, const PatchList& patches, std::span<const std::int32_t> blockList,
-                   int precision) {
-    return writeSelection(path, selectBlock(patches, blockList), precision);
+                   int precision, const ReportProgress& report) {
+    return writeSelection(path, selectBlock(patches, blockList), precision, report);
 }
 
 std::string aptMessage(const FormatFault& fault) {

@@ -8,6 +8,7 @@
 
 #include "PatchList.h"
 #include "format_outcome.h"
+#include "progress.h"
 
 namespace velmora {
 
@@ -32,17 +33,18 @@ struct AptReadResult {
 /// the patches pushed before it stay. A header that is not two integers is the regular end of the file. In the
 /// second pass a header fault is also one that, with those before it, asks for more than `keptPointLimit` sections
 /// without points. Time and memory go by what the file holds, not by what its headers say.
-AptReadResult readApt(const std::filesystem::path& path, PatchList& patches);
+AptReadResult readApt(const std::filesystem::path& path, PatchList& patches, const ReportProgress& report = {});
 
 /// Saves `patches` as an .apt file with `precision` digits behind the point. False, and an old file stands as it
 /// was, when it cannot be written, or when a section has fewer points than the first one of its patch; of a longer
 /// section the points past that number are left out.
-bool writeApt(const std::filesystem::path& path, const PatchList& patches, int precision);
+bool writeApt(const std::filesystem::path& path, const PatchList& patches, int precision,
+              const ReportProgress& report = {});
 
 /// The same for the patches whose numbers, from 0, stand in `blockList`, in its order; a number that is negative or
 /// past the end is passed over.
 bool writeAptBlock(const std::filesystem::path& path, const PatchList& patches, std::span<const std::int32_t> blockList,
-                   int precision);
+                   int precision, const ReportProgress& report = {});
 
 /// The text for the user.
 std::string aptMessage(const FormatFault& fault);

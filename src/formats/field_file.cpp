@@ -67,7 +67,10 @@ struct FieldHeader {
 
 class FieldReader {
 public:
-    FieldReader(const std::filesystem::path& path, FieldReadResult& result) : stream_(path), result_(result) {}
+    FieldReader(const std::filesystem::path& path, FieldReadResult& result, const ReportProgress& report)
+        : stream_(path), result_(result) {
+        stream_.reportTo(report);
+    }
 
     void run();
 
@@ -216,27 +219,29 @@ void writeZone(NumberWriter& writer, std::size_t k, const Patch& patch, const Pa
 
 } // namespace
 
-FieldReadResult readFieldFile(const std::filesystem::path& path) {
+FieldReadResult readFieldFile(const std::filesystem::path& path, const ReportProgress& report) {
     FieldReadResult result;
-    FieldReader(path, result).run();
+    FieldReader(path, result, report).run();
     return result;
 }
 
 bool writeFieldFile(const std::filesystem::path& path, const PatchList& patches, const PatchList& field,
-                    std::int32_t fieldCount, std::string_view titleLine, std::string_view variablesLine,
-                    int precision) {
+                    std::int32_t fieldCount, std::string_view titleLine, std::string_view variablesLine, int precision,
+                    const ReportProgress& report) {
     if (!std::all_of(patches.begin(), patches.end(), holdsGrid)) {
         return false;
     }
-    return saveText(path, precision, [&](NumberWriter& writer) {
+    const std::int32_t fields = std::clamp(fieldCount, 0, maxFieldCount);
+    const auto write = [&](NumberWriter& writer) {
         for (const std::string_view line : {titleLine, variablesLine}) {
             writer.writeText(line);
             writer.writeChar('\n');
         }
         for (std::size_t k = 0; k < patches.size(); ++k) {
-            writeZone(writer, k, patches[k], field, std::clamp(fieldCount, 0, maxFieldCount));
+            writeZone(writer, k, patches[k], field, fields);
         }
-    });
+    };
+    return saveText(path, precision, write, report, (3 + fields) * pointCountOf(selectAll(patches)));
 }
 
 std::string fieldMessage(const FormatFault& fault) {

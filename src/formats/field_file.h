@@ -8,6 +8,7 @@
 
 #include "PatchList.h"
 #include "format_outcome.h"
+#include "progress.h"
 
 namespace velmora {
 
@@ -41,7 +42,7 @@ struct FieldReadResult {
 ///
 /// More than `keptPointLimit` sections without points are a header fault. Time and memory go by what the file holds,
 /// not by what its headers say.
-FieldReadResult readFieldFile(const std::filesystem::path& path);
+FieldReadResult readFieldFile(const std::filesystem::path& path, const ReportProgress& report = {});
 
 /// Saves `patches` with the first `fieldCount` (0 to maxFieldCount; others are cut to it) values of `field` at the same
 /// place, 0 where `field` has no such place; numbers have `precision` digits behind the point. A zone with more than
@@ -49,7 +50,8 @@ FieldReadResult readFieldFile(const std::filesystem::path& path);
 /// cannot be written, or when a section has fewer points than the first one of its patch; of a longer section the
 /// points past that number are left out.
 bool writeFieldFile(const std::filesystem::path& path, const PatchList& patches, const PatchList& field,
-                    std::int32_t fieldCount, std::string_view titleLine, std::string_view variablesLine, int precision);
+                    std::int32_t fieldCount, std::string_view titleLine, std::string_view variablesLine, int precision,
+                    const ReportProgress& report = {});
 
 /// The text for the user.
 std::string fieldMessage(const FormatFault& fault);

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <utility>
 
 #include "TextStream.h"
 
@@ -20,6 +21,11 @@ public:
     /// Opens `path`, see TextStream.
     explicit NumberReader(const std::filesystem::path& path, std::size_t blockSize = defaultBlockSize)
         : stream_(path, blockSize) {}
+
+    /// Tells how far the file has been read, see TextStream.
+    void reportTo(ReportProgress report, double from = 0.0, double to = 1.0) {
+        stream_.reportTo(std::move(report), from, to);
+    }
 
     bool isOpen() const { return stream_.isOpen(); }
     bool failed() const { return stream_.fail(); }

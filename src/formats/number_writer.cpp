@@ -1,6 +1,7 @@
 #include "number_writer.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace velmora {
 
@@ -20,16 +21,37 @@ NumberWriter::NumberWriter(SafeFile& file, int precision, NumberNotation notatio
 void NumberWriter::makeRoom(std::size_t size) {
     if (static_cast<std::size_t>(end_ - cursor_) < size) {
         flush();
+        if (report_) {
+            reportWritten();
+        }
+    }
+}
+
+void NumberWriter::reportTo(ReportProgress report, std::int64_t numbers) {
+    report_ = std::move(report);
+    numbersExpected_ = numbers;
+    numbersWritten_ = numbersReported_ = 0;
+}
+
+// Large files give more blocks than are worth telling of.
+void NumberWriter::reportWritten() {
+    constexpr std::int64_t steps = 200;
+    const std::int64_t written = std::min(numbersWritten_, numbersExpected_);
+    if (written > numbersReported_ && (written - numbersReported_) * steps >= numbersExpected_) {
+        numbersReported_ = written;
+        report_(static_cast<double>(written) / static_cast<double>(numbersExpected_));
     }
 }
 
 void NumberWriter::writeDouble(double value) {
     makeRoom(numberSize);
+    ++numbersWritten_;
     cursor_ = std::to_chars(cursor_, end_, value, format_, precision_).ptr;
 }
 
 void NumberWriter::writeInt(std::int64_t value) {
     makeRoom(numberSize);
+    ++numbersWritten_;
     cursor_ = std::to_chars(cursor_, end_, value).ptr;
 }
 

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "SafeFile.h"
+#include "progress.h"
 
 namespace velmora {
 
@@ -28,6 +29,9 @@ public:
     NumberWriter(SafeFile& file, int precision, NumberNotation notation = NumberNotation::Scientific,
                  std::size_t blockSize = defaultBlockSize);
 
+    /// Tells from now on with every block handed over how many of about `numbers` numbers have been written, 0 to 1.
+    void reportTo(ReportProgress report, std::int64_t numbers);
+
     void writeDouble(double value);
     void writeInt(std::int64_t value);
     void writeChar(char value);
@@ -38,6 +42,7 @@ public:
 
 private:
     void makeRoom(std::size_t size);
+    void reportWritten();
 
     SafeFile& file_;
     int precision_;
@@ -45,6 +50,10 @@ private:
     std::unique_ptr<char[]> block_;
     char* cursor_;
     char* end_;
+    ReportProgress report_;
+    std::int64_t numbersExpected_ = 0;
+    std::int64_t numbersWritten_ = 0;
+    std::int64_t numbersReported_ = 0;
 };
 
 } // namespace velmora

@@ -37,23 +37,36 @@ PatchSelection selectBlock(const PatchList& patches, std::span<const std::int32_
     return selection;
 }
 
-bool saveText(const std::filesystem::path& path, int precision, const std::function<void(NumberWriter&)>& write) {
+std::int64_t pointCountOf(const PatchSelection& selection) {
+    std::int64_t points = 0;
+    for (const Patch* patch : selection) {
+        for (const PointList& section : *patch) {
+            points += static_cast<std::int64_t>(section.size());
+        }
+    }
+    return points;
+}
+
+bool saveText(const std::filesystem::path& path, int precision, const std::function<void(NumberWriter&)>& write,
+              const ReportProgress& report, std::int64_t numbers) {
     SafeFile file(path);
     if (!file.isOpen()) {
         return false;
     }
     NumberWriter writer(file, precision);
+    writer.reportTo(report, numbers);
     write(writer);
     return writer.flush() && file.commit();
 }
 
 bool savePatches(const std::filesystem::path& path, const PatchSelection& selection, int precision,
-                 const std::function<void(NumberWriter&, const Patch&)>& writePatch) {
-    return saveText(path, precision, [&](NumberWriter& writer) {
+                 const std::function<void(NumberWriter&, const Patch&)>& writePatch, const ReportProgress& report) {
+    const auto writeAll = [&](NumberWriter& writer) {
         for (const Patch* patch : selection) {
             writePatch(writer, *patch);
         }
-    });
+    };
+    return saveText(path, precision, writeAll, report, 3 * pointCountOf(selection));
 }
 
 } // namespace velmora

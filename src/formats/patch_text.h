@@ -8,6 +8,7 @@
 
 #include "PatchList.h"
 #include "number_writer.h"
+#include "progress.h"
 
 namespace velmora {
 
@@ -35,12 +36,17 @@ PatchSelection selectAll(const PatchList& patches);
 /// that are negative or past the end are passed over.
 PatchSelection selectBlock(const PatchList& patches, std::span<const std::int32_t> blockList);
 
+/// The points of all its patches.
+std::int64_t pointCountOf(const PatchSelection& selection);
+
 /// Saves a file that consists of what `write` writes, numbers with `precision` digits behind the point. True when all
-/// of it is in place; otherwise an old file stands as it was.
-bool saveText(const std::filesystem::path& path, int precision, const std::function<void(NumberWriter&)>& write);
+/// of it is in place; otherwise an old file stands as it was. `report` is told how much of about `numbers` numbers has
+/// been written.
+bool saveText(const std::filesystem::path& path, int precision, const std::function<void(NumberWriter&)>& write,
+              const ReportProgress& report = {}, std::int64_t numbers = 0);
 
 /// Saves a file that consists of what `writePatch` writes of each patch, see saveText.
 bool savePatches(const std::filesystem::path& path, const PatchSelection& selection, int precision,
-                 const std::function<void(NumberWriter&, const Patch&)>& writePatch);
+                 const std::function<void(NumberWriter&, const Patch&)>& writePatch, const ReportProgress& report = {});
 
 } // namespace velmora

@@ -61,9 +61,10 @@ void writeSklPatch(NumberWriter& writer, const Patch& patch) {
 
 } // namespace
 
-SklReadResult readSkl(const std::filesystem::path& path, PatchList& patches) {
+SklReadResult readSkl(const std::filesystem::path& path, PatchList& patches, const ReportProgress& report) {
     SklReadResult result;
     NumberReader reader(path);
+    reader.reportTo(report);
     result.opened = reader.isOpen();
     if (!result.opened) {
         result.faults.push_back({FormatFaultKind::CannotOpen, 0, 1});
@@ -84,13 +85,14 @@ SklReadResult readSkl(const std::filesystem::path& path, PatchList& patches) {
     return result;
 }
 
-bool writeSkl(const std::filesystem::path& path, const PatchList& patches, int precision) {
-    return savePatches(path, selectAll(patches), precision, writeSklPatch);
+bool writeSkl(const std::filesystem::path& path, const PatchList& patches, int precision,
+              const ReportProgress& report) {
+    return savePatches(path, selectAll(patches), precision, writeSklPatch, report);
 }
 
 bool writeSklBlock(const std::filesystem::path& path, const PatchList& patches, std::span<const std::int32_t> blockList,
-                   int precision) {
-    return savePatches(path, selectBlock(patches, blockList), precision, writeSklPatch);
+                   int precision, const ReportProgress& report) {
+    return savePatches(path, selectBlock(patches, blockList), precision, writeSklPatch, report);
 }
 
 std::string sklMessage(const FormatFault& fault) {

@@ -8,6 +8,7 @@
 
 #include "PatchList.h"
 #include "format_outcome.h"
+#include "progress.h"
 
 namespace velmora {
 
@@ -24,16 +25,17 @@ struct SklReadResult {
 /// points and the points. Line breaks are free. The patches are pushed behind those in `patches`; after a fault the
 /// compartment in hand is dropped and those before it stay. Where the number of sections should stand, anything else
 /// is the regular end of the file. A count below zero counts as zero. Time and memory go by what the file holds.
-SklReadResult readSkl(const std::filesystem::path& path, PatchList& patches);
+SklReadResult readSkl(const std::filesystem::path& path, PatchList& patches, const ReportProgress& report = {});
 
 /// Saves `patches` as an .skl file with `precision` digits behind the point. False, and an old file stands as it
 /// was, when it cannot be written.
-bool writeSkl(const std::filesystem::path& path, const PatchList& patches, int precision);
+bool writeSkl(const std::filesystem::path& path, const PatchList& patches, int precision,
+              const ReportProgress& report = {});
 
 /// The same for the patches whose numbers, from 0, stand in `blockList`, in its order; a number that is negative or
 /// past the end is passed over.
 bool writeSklBlock(const std::filesystem::path& path, const PatchList& patches, std::span<const std::int32_t> blockList,
-                   int precision);
+                   int precision, const ReportProgress& report = {});
 
 /// The text for the user.
 std::string sklMessage(const FormatFault& fault);

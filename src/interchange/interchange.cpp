@@ -41,13 +41,21 @@ bool guarded(const ShowMessage& showMessage, const std::function<void()>& step) 
     return false;
 }
 
-void readByType(FileType type, const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured) {
+template <class Reader>
+Reader reporting(const ReportProgress& report) {
+    Reader reader;
+    reader.report = report;
+    return reader;
+}
+
+void readByType(FileType type, const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured,
+                const ReportProgress& report) {
     if (type == FileType::Tecplot) {
-        zTecplotReader().read(path, structured, unstructured);
+        reporting<zTecplotReader>(report).read(path, structured, unstructured);
     } else if (type == FileType::Vrml) {
-        zVRMLReader().read(path, unstructured);
+        reporting<zVRMLReader>(report).read(path, unstructured);
     } else {
-        zSTLReader().read(path, unstructured);
+        reporting<zSTLReader>(report).read(path, unstructured);
     }
 }
 
@@ -97,14 +105,14 @@ void transposeZones(zRegion& region) {
 }
 
 bool readGeometry(const std::filesystem::path& path, bool transpose, zRegion& structured, zRegion_fe& unstructured,
-                  const ShowMessage& showMessage) {
+                  const ShowMessage& showMessage, const ReportProgress& report) {
     const FileType type = fileTypeOf(path);
     if (type == FileType::Other) {
         return false;
     }
     return guarded(showMessage, [&] {
         const std::size_t zonesBefore = unstructured.blocks.size();
-        readByType(type, path, structured, unstructured);
+        readByType(type, path, structured, unstructured, report);
         checkZones(unstructured, zonesBefore);
         if (transpose) {
             transposeZones(structured);
@@ -113,18 +121,18 @@ bool readGeometry(const std::filesystem::path& path, bool transpose, zRegion& st
 }
 
 bool writeGeometry(const std::filesystem::path& path, std::int32_t precision, const zRegion& structured,
-                   const zRegion_fe& unstructured, const ShowMessage& showMessage) {
+                   const zRegion_fe& unstructured, const ShowMessage& showMessage, const ReportProgress& report) {
     const FileType type = fileTypeOf(path);
     return guarded(showMessage, [&] {
         if (type == FileType::Tecplot) {
-            zTecplotReader writer;
+            auto writer = reporting<zTecplotReader>(report);
             writer.structuredTarget = &structured;
             writer.unstructuredTarget = &unstructured;
             writer.write(path, precision);
         } else if (type == FileType::Vrml) {
-            zVRMLReader().write(path, unstructured);
+            reporting<zVRMLReader>(report).write(path, unstructured);
         } else if (type == FileType::Stl) {
-            zSTLReader().write(path, unstructured);
+            reporting<zSTLReader>(report).write(path, unstructured);
         }
     });
 }

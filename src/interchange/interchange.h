@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 
+#include "progress.h"
 #include "zRegion.h"
 
 namespace velmora {
@@ -19,13 +20,13 @@ using ShowMessage = std::function<void(const std::string&)>;
 /// `showMessage` then gets the text of, or one of the standard library, whose text goes to the standard error stream.
 /// A zone that names nodes which are not there is such an error. What was read before it stays in the regions.
 bool readGeometry(const std::filesystem::path& path, bool transpose, zRegion& structured, zRegion_fe& unstructured,
-                  const ShowMessage& showMessage);
+                  const ShowMessage& showMessage, const ReportProgress& report = {});
 
 /// Writes a file by its extension: "dat" with `precision` significant digits from `structured` or, when that has no
 /// zones, from `unstructured`; "wrl" and "stl" from `unstructured` with six. Any other extension writes nothing and
 /// is true. False after an error, as above; an old file then stands as it was.
 bool writeGeometry(const std::filesystem::path& path, std::int32_t precision, const zRegion& structured,
-                   const zRegion_fe& unstructured, const ShowMessage& showMessage);
+                   const zRegion_fe& unstructured, const ShowMessage& showMessage, const ReportProgress& report = {});
 
 /// Exchanges the first two indices of every zone: the new element (j, i, k) is the old one (i, j, k).
 void transposeZones(zRegion& region);

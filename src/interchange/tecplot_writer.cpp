@@ -89,13 +89,36 @@ void writeData(NumberWriter& out, const zBlock_fe& zone) {
     }
 }
 
+std::int64_t elementNumbers(const zBlock&) {
+    return 0;
+}
+
+std::int64_t elementNumbers(const zBlock_fe& zone) {
+    return 3 * std::int64_t{zone.elementCount};
+}
+
+/// The numbers of a file of it.
 template <class Region>
-void write(const std::filesystem::path& path, const Region& region, std::int32_t precision) {
+std::int64_t numbersOf(const Region& region) {
+    std::int64_t numbers = 0;
+    for (const auto& zone : region.blocks) {
+        numbers += elementNumbers(*zone);
+        for (const auto& variable : zone->variables) {
+            numbers += static_cast<std::int64_t>(variable->data.size());
+        }
+    }
+    return numbers;
+}
+
+template <class Region>
+void write(const std::filesystem::path& path, const Region& region, std::int32_t precision,
+           const ReportProgress& report) {
     SafeFile file(path);
     if (!file.isOpen()) {
         throw FileError(tecplotUnit, __LINE__);
     }
     NumberWriter out(file, precision, NumberNotation::General);
+    out.reportTo(report, numbersOf(region));
     if (!region.blocks.empty()) {
         const ZoneVariables& named = region.blocks.front()->variables;
         writeFileHeader(out, region.title, named);
@@ -117,12 +140,14 @@ void write(const std::filesystem::path& path, const Region& region, std::int32_t
 
 } // namespace
 
-void writeTecplot(const std::filesystem::path& path, const zRegion& region, std::int32_t precision) {
-    write(path, region, precision);
+void writeTecplot(const std::filesystem::path& path, const zRegion& region, std::int32_t precision,
+                  const ReportProgress& report) {
+    write(path, region, precision, report);
 }
 
-void writeTecplot(const std::filesystem::path& path, const zRegion_fe& region, std::int32_t precision) {
-    write(path, region, precision);
+void writeTecplot(const std::filesystem::path& path, const zRegion_fe& region, std::int32_t precision,
+                  const ReportProgress& report) {
+    write(path, region, precision, report);
 }
 
 } // namespace velmora

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 
+#include "progress.h"
 #include "zRegion.h"
 
 namespace velmora {
@@ -11,7 +12,9 @@ namespace velmora {
 /// significant digits as a stream without flags writes them; triangles name their three nodes from 1. A zone whose
 /// arrays are shorter than its counts say is written as far as they go. Raises a FileError when the file cannot be
 /// opened or written; an old file then stands as it was.
-void writeTecplot(const std::filesystem::path& path, const zRegion& region, std::int32_t precision);
-void writeTecplot(const std::filesystem::path& path, const zRegion_fe& region, std::int32_t precision);
+void writeTecplot(const std::filesystem::path& path, const zRegion& region, std::int32_t precision,
+                  const ReportProgress& report = {});
+void writeTecplot(const std::filesystem::path& path, const zRegion_fe& region, std::int32_t precision,
+                  const ReportProgress& report = {});
 
 } // namespace velmora

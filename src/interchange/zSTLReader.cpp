@@ -16,6 +16,16 @@ namespace {
 
 constexpr const char* unitName = "zSTLReader";
 constexpr int significantDigits = 6;
+/// A normal and three corners.
+constexpr std::int64_t numbersOfFacet = 12;
+
+std::int64_t elementCount(const zRegion_fe& region) {
+    std::int64_t elements = 0;
+    for (const auto& zone : region.blocks) {
+        elements += zone->elementCount;
+    }
+    return elements;
+}
 
 bool readThree(TextStream& input, std::array<double, 3>& values) {
     return input.readDouble(values[0]) && input.readDouble(values[1]) && input.readDouble(values[2]) && input.good();
@@ -39,6 +49,7 @@ void zSTLReader::read(const std::filesystem::path& fileName, zRegion_fe& region)
     if (!input.isOpen()) {
         throw FileError(unitName, __LINE__);
     }
+    input.reportTo(report);
     std::string_view word;
     while (input.readWord(word)) {
         if (word == "solid") {
@@ -116,6 +127,7 @@ void zSTLReader::write(const std::filesystem::path& fileName, const zRegion_fe& 
         throw FileError(unitName, __LINE__);
     }
     NumberWriter output(file, significantDigits, NumberNotation::General);
+    output.reportTo(report, numbersOfFacet * elementCount(region));
     for (const auto& zone : region.blocks) {
         writeSolid(output, *zone);
     }

@@ -8,6 +8,7 @@
 
 #include "TextStream.h"
 #include "number_writer.h"
+#include "progress.h"
 #include "zRegion.h"
 #include "zTriangulator.h"
 
@@ -16,6 +17,9 @@ namespace velmora {
 /// Reads and writes STL files in text form. Corners are not merged: each corner of each facet is a node of its own.
 class zSTLReader {
 public:
+    /// Is told how far reading or writing is; the caller sets it.
+    ReportProgress report;
+
     /// `blockSize` is the reading block in bytes; it has no effect on what is read.
     explicit zSTLReader(std::size_t blockSize = TextStream::defaultBlockSize) : blockSize_(blockSize) {}
 

@@ -19,11 +19,12 @@ namespace {
 // One file on its way into two regions.
 class TecplotFile {
 public:
-    TecplotFile(const std::filesystem::path& path, bool coordinatesOnly)
+    TecplotFile(const std::filesystem::path& path, bool coordinatesOnly, const ReportProgress& report)
         : stream_(path), data_(stream_, header_, coordinatesOnly) {
         if (!stream_.isOpen()) {
             throw FileError(tecplotUnit, __LINE__);
         }
+        stream_.reportTo(report);
     }
 
     const std::string& title() const { return header_.title; }
@@ -68,7 +69,7 @@ private:
 
 void zTecplotReader::read(const std::filesystem::path& fileName, zRegion& structured, zRegion_fe& unstructured,
                           bool coordinatesOnly) {
-    TecplotFile file(fileName, coordinatesOnly);
+    TecplotFile file(fileName, coordinatesOnly, report);
     file.read(structured, unstructured);
     if (!structured.blocks.empty() && !unstructured.blocks.empty()) {
         regionToSurface(structured, unstructured);
@@ -84,11 +85,11 @@ void zTecplotReader::read(const std::filesystem::path& fileName, zRegion& struct
 void zTecplotReader::write(const std::filesystem::path& fileName, std::int32_t precision) const {
     static const zRegion none;
     if (structuredTarget != nullptr && !structuredTarget->blocks.empty()) {
-        writeTecplot(fileName, *structuredTarget, precision);
+        writeTecplot(fileName, *structuredTarget, precision, report);
     } else if (unstructuredTarget != nullptr && !unstructuredTarget->blocks.empty()) {
-        writeTecplot(fileName, *unstructuredTarget, precision);
+        writeTecplot(fileName, *unstructuredTarget, precision, report);
     } else {
-        writeTecplot(fileName, none, precision);
+        writeTecplot(fileName, none, precision, report);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 
+#include "progress.h"
 #include "zRegion.h"
 
 namespace velmora {
@@ -19,6 +20,9 @@ public:
     /// What `write` takes; the caller sets it. A null pointer is a region without zones.
     const zRegion* structuredTarget = nullptr;
     const zRegion_fe* unstructuredTarget = nullptr;
+
+    /// Is told how far reading or writing is; the caller sets it.
+    ReportProgress report;
 
     /// Puts the zones of a file behind those of the two regions: ordered zones of at least 2 by 2 points and, as
     /// triangles, zones of triangles and of quadrilaterals. When both regions hold zones at the end, the structured

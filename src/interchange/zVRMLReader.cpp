@@ -33,6 +33,15 @@ void writeElements(NumberWriter& output, const zBlock_fe& zone) {
     });
 }
 
+/// The numbers of a file of it: coordinates and corners.
+std::int64_t numbersOf(const zRegion_fe& region) {
+    std::int64_t numbers = 0;
+    for (const auto& zone : region.blocks) {
+        numbers += 3 * (std::int64_t{zone->nodeCount} + zone->elementCount);
+    }
+    return numbers;
+}
+
 void writeShape(NumberWriter& output, const zBlock_fe& zone) {
     const ZoneCoordinates nodes = coordinatesOf(zone.variables);
     if (!nodes || !coversNodes(*nodes.x, zone) || !coversNodes(*nodes.y, zone) || !coversNodes(*nodes.z, zone)) {
@@ -62,6 +71,7 @@ void zVRMLReader::read(const std::filesystem::path& fileName, zRegion_fe& region
     if (!input.isOpen()) {
         throw FileError(unitName, __LINE__);
     }
+    input.reportTo(report);
     VrmlParser parser(input);
     parser.readHeader();
     for (int number = 1; !input.eof(); ++number) {
@@ -100,6 +110,7 @@ void zVRMLReader::write(const std::filesystem::path& fileName, const zRegion_fe&
         throw FileError(unitName, __LINE__);
     }
     NumberWriter output(file, significantDigits, NumberNotation::General);
+    output.reportTo(report, numbersOf(region));
     output.writeText("#VRML V2.0 utf8\n"
                      "WorldInfo {\n"
                      "  info \"VRML97: The Virtual Reality Modeling Language International Standard ISO/IEC 14772\"\n"

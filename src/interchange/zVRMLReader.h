@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "TextStream.h"
+#include "progress.h"
 #include "zRegion.h"
 #include "zTriangulator.h"
 
@@ -15,6 +16,9 @@ namespace velmora {
 /// nor its transforms: it looks for that word, takes the coordinates and the faces behind it, and jumps over the rest.
 class zVRMLReader {
 public:
+    /// Is told how far reading or writing is; the caller sets it.
+    ReportProgress report;
+
     /// `blockSize` is the reading block in bytes; it has no effect on what is read.
     explicit zVRMLReader(std::size_t blockSize = TextStream::defaultBlockSize) : blockSize_(blockSize) {}
 

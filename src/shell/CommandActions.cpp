@@ -1,12 +1,12 @@
 #include "CommandActions.h"
 
-#include <QIcon>
 #include <QShortcut>
 #include <QStringList>
 #include <algorithm>
 
 #include "RecentFiles.h"
 #include "qt_text.h"
+#include "theme_icon.h"
 
 namespace velmora {
 
@@ -18,7 +18,7 @@ QString idOf(const Command& command) {
 
 /// The icon of a command, or none when it has no picture.
 QIcon iconOf(const Command& command) {
-    return QIcon(QStringLiteral(":/icons/%1.svg").arg(idOf(command)));
+    return themeIcon(QStringLiteral(":/icons/%1.svg").arg(idOf(command)));
 }
 
 /// The words of a menu with the command's key behind them.
@@ -53,6 +53,9 @@ void CommandActions::fillMenu(QMenu& menu, const std::vector<MenuEntry>& entries
         case MenuEntry::Kind::Item: {
             const Command& command = *findCommand(entry.command);
             QAction* action = makeAction(command, menuText(entry, command), menu);
+            if (!action->isCheckable()) {
+                action->setIcon(iconOf(command)); // of a switch the mark is shown in its place
+            }
             menu.addAction(action);
             entries_.push_back({action, &command});
             connect(action, &QObject::destroyed, this, [this, action] {

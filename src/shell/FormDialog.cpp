@@ -22,9 +22,33 @@ namespace {
 /// Radio groups that follow each other stand side by side, this many in a row.
 constexpr std::size_t radiosInRow = 3;
 constexpr int editWidth = 150;
+/// What a window manager needs for its buttons and for letters that are wider than ours: no title is cut.
+constexpr int roomBesideTitle = 160;
+/// Those of OK and Cancel.
+const QString keysOfButtons = QStringLiteral("OC");
 
 bool isNumber(const DialogField& field) {
     return field.kind == FieldKind::Integer || field.kind == FieldKind::Real;
+}
+
+/// A number without a label stands beside the field before it.
+bool standsBeside(const DialogField& field) {
+    return isNumber(field) && field.label.empty();
+}
+
+/// The longest run of check boxes from `first` on that have a number each beside them, with the numbers.
+template <class Fields>
+Fields takePairs(const Fields& fields, std::size_t first) {
+    Fields run;
+    for (std::size_t i = first; i + 1 < fields.size(); i += 2) {
+        if (fields[i]->kind != FieldKind::Check || !standsBeside(*fields[i + 1]) ||
+            fields[i]->group != fields[first]->group) {
+            break;
+        }
+        run.push_back(fields[i]);
+        run.push_back(fields[i + 1]);
+    }
+    return run;
 }
 
 /// The longest run of fields from `first` on that agree with it by `same`.
@@ -43,7 +67,7 @@ QString nameOf(const DialogField& field) {
 
 } // namespace
 
-FormDialog::FormDialog(DialogForm& form, QWidget* parent) : QDialog(parent), form_(form) {
+FormDialog::FormDialog(DialogForm& form, QWidget* parent) : QDialog(parent), form_(form), keys_(keysOfButtons) {
     setObjectName(qtText(form.name));
     setWindowTitle(qtText(form.title));
     auto* column = new QVBoxLayout(this);
@@ -62,6 +86,7 @@ FormDialog::FormDialog(DialogForm& form, QWidget* parent) : QDialog(parent), for
     connect(buttons, &QDialogButtonBox::rejected, this, &FormDialog::reject);
     column->addSpacing(4);
     column->addWidget(buttons);
+    column->addStrut(fontMetrics().horizontalAdvance(windowTitle()) + roomBesideTitle);
     column->setSizeConstraint(QLayout::SetFixedSize);
     showForm();
     focusOnFirst();
@@ -91,6 +116,8 @@ void FormDialog::placeFields(QVBoxLayout& column, const Fields& fields, bool ins
         } else if (fields[i]->kind == FieldKind::Radio) {
             run = takeRun(fields, i, sameSort);
             placeRadios(column, run);
+        } else if (run = takePairs(fields, i); !run.empty()) {
+            placeChecksWithNumbers(column, run);
         } else if (fields[i]->kind == FieldKind::Check) {
             run = {fields[i]};
             placeCheck(column, *fields[i]);
@@ -130,7 +157,7 @@ QGroupBox* FormDialog::makeRadios(const DialogField& field) {
     auto* inside = new QVBoxLayout(control.frame);
     for (std::size_t i = 0; i < field.choices.size(); ++i) {
         const int number = static_cast<int>(i) + 1;
-        auto* button = new QRadioButton(qtText(field.choices[i]), control.frame);
+        auto* button = new QRadioButton(keys_.mark(qtText(field.choices[i])), control.frame);
         button->setObjectName(QStringLiteral("%1.%2").arg(qtText(field.key)).arg(number));
         control.choices->addButton(button, number);
         inside->addWidget(button);
@@ -142,45 +169,78 @@ QGroupBox* FormDialog::makeRadios(const DialogField& field) {
     return control.frame;
 }
 
+QLineEdit* FormDialog::makeEdit(const DialogField& field, const QString& name) {
+    auto* edit = new QLineEdit(this);
+    edit->setObjectName(qtText(field.key));
+    edit->setAccessibleName(name);
+    edit->setReadOnly(field.readOnly);
+    edit->setFixedWidth(editWidth);
+    if (field.readOnly) {
+        // It looks like the dialog's ground: nothing can be typed here.
+        edit->setFocusPolicy(Qt::ClickFocus);
+        QPalette ground = edit->palette();
+        ground.setColor(QPalette::Base, ground.color(QPalette::Window));
+        edit->setPalette(ground);
+    }
+    connect(edit, &QLineEdit::editingFinished, this, [this, key = field.key] { takeSilently(key); });
+    return edit;
+}
+
 void FormDialog::placeNumbers(QVBoxLayout& column, const Fields& fields) {
     auto* grid = new QGridLayout;
     grid->setColumnStretch(0, 1);
+    QString name;
+    int row = -1;
+    int place = 0;
     for (const DialogField* field : fields) {
         Control control;
         control.key = field->key;
-        control.edit = new QLineEdit(this);
-        control.edit->setObjectName(qtText(field->key));
-        control.edit->setAccessibleName(nameOf(*field));
-        control.edit->setReadOnly(field->readOnly);
-        control.edit->setFixedWidth(editWidth);
-        if (field->readOnly) {
-            // It looks like the dialog's ground: nothing can be typed here.
-            control.edit->setFocusPolicy(Qt::ClickFocus);
-            QPalette ground = control.edit->palette();
-            ground.setColor(QPalette::Base, ground.color(QPalette::Window));
-            control.edit->setPalette(ground);
+        const bool beside = standsBeside(*field) && row >= 0;
+        row += beside ? 0 : 1;
+        place = beside ? place + 1 : 1;
+        name = beside ? name : nameOf(*field);
+        control.edit = makeEdit(*field, name);
+        if (!beside) {
+            const QString label = qtText(field->label);
+            control.label = new QLabel(field->readOnly ? label : keys_.mark(label), this);
+            control.label->setBuddy(control.edit);
+            grid->addWidget(control.label, row, 0);
         }
-        connect(control.edit, &QLineEdit::editingFinished, this, [this, key = field->key] { takeSilently(key); });
-        control.label = new QLabel(qtText(field->label), this);
-        control.label->setBuddy(control.edit);
-        const int row = grid->rowCount();
-        grid->addWidget(control.label, row, 0);
+        grid->addWidget(control.edit, row, place);
+        controls_.push_back(control);
+    }
+    column.addLayout(grid);
+}
+
+void FormDialog::placeChecksWithNumbers(QVBoxLayout& column, const Fields& fields) {
+    auto* grid = new QGridLayout;
+    grid->setColumnStretch(0, 1);
+    for (std::size_t i = 0; i + 1 < fields.size(); i += 2) {
+        const int row = static_cast<int>(i / 2);
+        grid->addWidget(makeCheck(*fields[i]), row, 0);
+        Control control;
+        control.key = fields[i + 1]->key;
+        control.edit = makeEdit(*fields[i + 1], nameOf(*fields[i]));
         grid->addWidget(control.edit, row, 1);
         controls_.push_back(control);
     }
     column.addLayout(grid);
 }
 
-void FormDialog::placeCheck(QVBoxLayout& column, const DialogField& field) {
+QCheckBox* FormDialog::makeCheck(const DialogField& field) {
     Control control;
     control.key = field.key;
-    control.check = new QCheckBox(qtText(field.label), this);
+    control.check = new QCheckBox(keys_.mark(qtText(field.label)), this);
     control.check->setObjectName(qtText(field.key));
     control.check->setAccessibleName(nameOf(field));
     connect(control.check, &QAbstractButton::clicked, this,
             [this, key = field.key](bool checked) { click(key, checked ? "1" : "0"); });
-    column.addWidget(control.check);
     controls_.push_back(control);
+    return control.check;
+}
+
+void FormDialog::placeCheck(QVBoxLayout& column, const DialogField& field) {
+    column.addWidget(makeCheck(field));
 }
 
 // ---- What is typed and clicked --------------------------------------------------------------------------------------
@@ -279,7 +339,9 @@ void FormDialog::showField(Control& control, const DialogField& field) {
             control.edit->setText(control.shown);
         }
         control.edit->setEnabled(field.on);
-        control.label->setEnabled(field.on);
+        if (control.label != nullptr) {
+            control.label->setEnabled(field.on);
+        }
     }
 }
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "DialogForm.h"
+#include "access_keys.h"
 
 class QAbstractButton;
 class QButtonGroup;
@@ -32,7 +33,7 @@ private:
     /// The widgets of one field; those that its kind does not have are null.
     struct Control {
         std::string key;
-        QLabel* label = nullptr;
+        QLabel* label = nullptr; ///< null for a number without one
         QLineEdit* edit = nullptr;
         QCheckBox* check = nullptr;
         QGroupBox* frame = nullptr;
@@ -46,6 +47,9 @@ private:
     void placeRadios(QVBoxLayout& column, const Fields& fields);
     void placeNumbers(QVBoxLayout& column, const Fields& fields);
     void placeCheck(QVBoxLayout& column, const DialogField& field);
+    void placeChecksWithNumbers(QVBoxLayout& column, const Fields& fields);
+    QLineEdit* makeEdit(const DialogField& field, const QString& name);
+    QCheckBox* makeCheck(const DialogField& field);
     QGroupBox* makeRadios(const DialogField& field);
 
     void click(const std::string& key, const std::string& text);
@@ -59,6 +63,7 @@ private:
     Control* control(const std::string& key);
 
     DialogForm& form_;
+    AccessKeys keys_;
     std::vector<Control> controls_;
 };
 

@@ -5,6 +5,7 @@
 #include <QDragEnterEvent>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QSettings>
 #include <QStandardPaths>
 #include <QStatusTipEvent>
 #include <QTimer>
@@ -24,11 +25,21 @@ std::filesystem::path documentsFolder() {
     return filePath(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
 }
 
-/// The one file that is dragged; empty when it is none or several.
-QString draggedFile(const QMimeData& data) {
-    const QList<QUrl> urls = data.urls();
-    return urls.size() == 1 ? urls.front().toLocalFile() : QString();
+/// The files that are dragged, in their order, each once; what is no file of this machine is left out.
+QStringList draggedFiles(const QMimeData& data) {
+    QStringList paths;
+    for (const QUrl& url : data.urls()) {
+        if (url.isLocalFile()) {
+            paths.append(url.toLocalFile());
+        }
+    }
+    paths.removeDuplicates();
+    return paths;
 }
+
+/// Where the settings keep the window.
+const QString geometryKey = QStringLiteral("Window/Geometry");
+const QString barsKey = QStringLiteral("Window/Bars");
 
 } // namespace
 
@@ -102,6 +113,29 @@ void MainFrame::connectView() {
     connect(viewWidget_, &GlViewWidget::paintEnds, this, [this] { userInterface_->holdMessages(false); });
     connect(viewWidget_, &GlViewWidget::leftReleased, this, &MainFrame::refresh);
     connect(viewWidget_, &GlViewWidget::contextMenuWanted, this, &MainFrame::showContextMenu);
+}
+
+// ---- The window itself ----------------------------------------------------------------------------------------------
+
+bool MainFrame::restoreWindow() {
+    const QSettings settings;
+    restoreState(settings.value(barsKey).toByteArray());
+    return restoreGeometry(settings.value(geometryKey).toByteArray());
+}
+
+void MainFrame::keepWindow() const {
+    QSettings settings;
+    settings.setValue(geometryKey, saveGeometry());
+    settings.setValue(barsKey, saveState());
+}
+
+void MainFrame::showAsLeft() {
+    if (restoreWindow()) {
+        show();
+    } else {
+        showMaximized();
+    }
+    reportGraphics();
 }
 
 void MainFrame::reportGraphics() {
@@ -206,8 +240,14 @@ void MainFrame::refresh() {
 }
 
 void MainFrame::openFile(const QString& path) {
+    openFiles({path});
+}
+
+void MainFrame::openFiles(const QStringList& paths) {
+    std::vector<std::filesystem::path> files;
+    std::transform(paths.cbegin(), paths.cend(), std::back_inserter(files), filePath);
     if (document_->saveModified()) {
-        document_->onOpenDocument(filePath(path));
+        document_->onOpenDocuments(files);
     }
     refresh();
 }
@@ -250,10 +290,13 @@ bool MainFrame::eventFilter(QObject* watched, QEvent* event) {
 
 void MainFrame::closeEvent(QCloseEvent* event) {
     event->setAccepted(document_->saveModified());
+    if (event->isAccepted()) {
+        keepWindow();
+    }
 }
 
 void MainFrame::dragEnterEvent(QDragEnterEvent* event) {
-    if (!draggedFile(*event->mimeData()).isEmpty()) {
+    if (!draggedFiles(*event->mimeData()).isEmpty()) {
         event->acceptProposedAction();
     }
 }
@@ -261,7 +304,7 @@ void MainFrame::dragEnterEvent(QDragEnterEvent* event) {
 void MainFrame::dropEvent(QDropEvent* event) {
     event->acceptProposedAction();
     // A question within the drop would keep the program that the file comes from waiting.
-    QTimer::singleShot(0, this, [this, path = draggedFile(*event->mimeData())] { openFile(path); });
+    QTimer::singleShot(0, this, [this, paths = draggedFiles(*event->mimeData())] { openFiles(paths); });
 }
 
 } // namespace velmora

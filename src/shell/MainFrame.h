@@ -29,8 +29,11 @@ public:
     void run(const Command& command);
     /// Opens a file in place of the model, which the user may save first.
     void openFile(const QString& path);
-    /// To be called once the frame is shown: says in the status line why the view stays empty, if it does.
-    void reportGraphics();
+    /// Opens several in place of the model: those behind the first join it if they are of its type.
+    void openFiles(const QStringList& paths);
+    /// Shows the frame with its bars as it was when it was closed last, the first time maximised. Then says in the
+    /// status line why the view stays empty, if it does.
+    void showAsLeft();
 
 signals:
     void aboutWanted();
@@ -53,6 +56,9 @@ private:
     void showContextMenu(const QPoint& position);
     bool toolBarsShown() const;
     void refresh();
+    bool restoreWindow();
+    void keepWindow() const;
+    void reportGraphics();
 
     RecentFiles* recent_;
     StatusLine* status_;

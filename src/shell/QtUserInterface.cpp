@@ -72,8 +72,7 @@ void propose(QFileDialog& dialog, const FileRequest& request) {
         dialog.setDirectory(qtPath(folder));
     }
     if (!request.proposed.empty()) {
-        const auto& name = choosesFileToWrite(request.mode) ? request.proposed.stem() : request.proposed.filename();
-        dialog.selectFile(qtPath(name));
+        dialog.selectFile(qtPath(request.proposed.stem()));
     }
 }
 
@@ -176,7 +175,8 @@ std::vector<std::filesystem::path> QtUserInterface::chooseFiles(const FileReques
     const Turn turn(*this);
     const ChooserFilters filters = chooserFilters(request);
     QString& usedLast = filterUsedLast_[request.command];
-    QFileDialog dialog(parentOfBoxes(), QString::fromLatin1(captionOf(request.mode)));
+    QWidget* const parent = parentOfBoxes();
+    QFileDialog dialog(parent, QString::fromLatin1(captionOf(request.mode)));
     dialog.setObjectName(QStringLiteral("fileChooser"));
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     setModes(dialog, request);
@@ -185,7 +185,9 @@ std::vector<std::filesystem::path> QtUserInterface::chooseFiles(const FileReques
     int chosen = firstFilter(filters, request, usedLast);
     const auto takeFilter = [&](const QString& entry) {
         chosen = filterIndex(filters, entry);
-        dialog.setDefaultSuffix(filters.extensions.value(chosen));
+        // The proposed name comes without its extension; on the entry of all types its own goes behind it.
+        const QString extension = filters.extensions.value(chosen);
+        dialog.setDefaultSuffix(extension.isEmpty() ? qtPath(request.proposed.extension()).mid(1) : extension);
     };
     QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, takeFilter);
     if (!entries.isEmpty()) {
@@ -193,7 +195,10 @@ std::vector<std::filesystem::path> QtUserInterface::chooseFiles(const FileReques
         takeFilter(entries.at(chosen));
     }
     propose(dialog, request);
-    if (dialog.exec() != QDialog::Accepted) {
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    // When the question before overwriting goes together with the chooser, some window managers give the focus to none.
+    parent->activateWindow();
+    if (!accepted) {
         return {};
     }
     usedLast = filters.texts.value(chosen);
@@ -219,6 +224,7 @@ void QtUserInterface::setBusy(bool busy) {
     busyDepth_ += busy ? 1 : -1;
     if (busy && busyDepth_ == 1) {
         QApplication::setOverrideCursor(Qt::WaitCursor);
+        busyFor_.start();
     }
     if (!busy && busyDepth_ == 0) {
         QApplication::restoreOverrideCursor();
@@ -227,7 +233,10 @@ void QtUserInterface::setBusy(bool busy) {
 }
 
 void QtUserInterface::showProgress(double fraction) {
-    status_.showProgress(fraction);
+    constexpr qint64 patience = 500; // ms
+    if (busyDepth_ > 0 && busyFor_.elapsed() > patience) {
+        status_.showProgress(fraction);
+    }
 }
 
 void QtUserInterface::addRecentFile(const std::filesystem::path& path) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QString>
 #include <QStringList>
 #include <map>
@@ -62,6 +63,7 @@ private:
     StatusLine& status_;
     RecentFiles& recent_;
     int busyDepth_ = 0;
+    QElapsedTimer busyFor_;
     bool holding_ = false;
     std::vector<std::string> held_;
     std::map<std::string, QString> filterUsedLast_; ///< text of the entry, by command

@@ -1,6 +1,7 @@
 #include "StatusLine.h"
 
 #include <QLabel>
+#include <QLayout>
 #include <QProgressBar>
 #include <algorithm>
 
@@ -22,6 +23,7 @@ StatusLine::StatusLine(QWidget* parent) : QStatusBar(parent), message_(new QLabe
     message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     addWidget(message_, 1);
     progress_ = new QProgressBar(this);
+    progress_->setObjectName(QStringLiteral("progress"));
     progress_->setRange(0, progressSteps);
     progress_->setMaximumWidth(160);
     progress_->setAccessibleName(tr("Progress"));
@@ -64,13 +66,20 @@ void StatusLine::refreshLocks() {
 }
 
 void StatusLine::showProgress(double fraction) {
-    const int step = static_cast<int>(std::clamp(fraction, 0.0, 1.0) * progressSteps);
-    if (progress_->isVisible() && progress_->value() == step) {
+    // Written so that what is no number counts as nothing done.
+    const int step = fraction > 0.0 ? static_cast<int>(std::min(fraction, 1.0) * progressSteps) : 0;
+    if (!progress_->isHidden() && progress_->value() == step) {
         return;
     }
     progress_->setValue(step);
-    progress_->show();
-    progress_->repaint();
+    if (progress_->isHidden()) {
+        progress_->show();
+        // The event loop, which would make room for the bar, is not running.
+        layout()->activate();
+        repaint();
+    } else {
+        progress_->repaint();
+    }
 }
 
 void StatusLine::hideProgress() {

@@ -21,6 +21,7 @@ public:
     void showHint(const QString& hint);
     /// Asks the window system for the lock keys.
     void refreshLocks();
+    /// Shows the bar at `fraction`, 0 to 1, at once: painted here and now, no event of the user is let in.
     void showProgress(double fraction);
     void hideProgress();
 

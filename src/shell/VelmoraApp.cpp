@@ -88,8 +88,7 @@ bool VelmoraApp::initInstance() {
             return false;
         }
     }
-    frame_->showMaximized();
-    frame_->reportGraphics();
+    frame_->showAsLeft();
     QGuiApplication::setQuitOnLastWindowClosed(true);
     return true;
 }

@@ -67,6 +67,61 @@ std::vector<std::string> linesOf(const char* name) {
 
 } // namespace
 
+/// The title of each dialog; one that is new in the document gets a row here, and a test of its fields below.
+const std::pair<const char*, const char*> titles[] = {
+    {"Cduplicate", "Duplicate"},
+    {"CRebreak", "Rebreak "},
+    {"CRebreakPart", "Rebreak Part"},
+    {"CInputPatch", "Input patch"},
+    {"CInputSection", "Input section"},
+    {"CInputLine", "Input line"},
+    {"CScaling", "Scaling"},
+    {"CBlockMove", "Move"},
+    {"CBlockRotate", "Rotation"},
+    {"CFlipBlock", "Flip"},
+    {"CSymmetricBlock", "Symmetry"},
+    {"CLast_First_switch", "Last/First switch"},
+    {"CSmooth", "Smooth"},
+    {"CFeatures", "View features"},
+    {"CMerge", "Merge"},
+    {"CFirstPoint", "First point in section"},
+    {"CExtrapolation", "Extrapolation"},
+    {"CInterpolate", "Interpolate"},
+    {"CPrescribe", "Prescribe"},
+    {"CBeforeAfter", "Before or After"},
+    {"CCorrectLine", "Line correct"},
+    {"dlgEditPoint", "Edit point"},
+    {"dlgViewing", "Viewport Options"},
+    {"CRegularFind", "Find"},
+};
+
+TEST(DialogFields, StandUnderTheTitlesThatUsersKnow) {
+    for (const auto& [name, title] : titles) {
+        EXPECT_THAT(linesOf(name), testing::Contains(std::string(title))) << name;
+    }
+}
+
+TEST(DialogFields, KeepTheirStartValuesWithinTheirRanges) {
+    RecordingUi ui;
+    VelmoraDoc doc(ui, {});
+    for (const std::string& name : VelmoraDoc::dialogNames()) {
+        auto form = doc.storedDialog(name);
+        openDialog(*form);
+        for (const DialogField& field : form->fields) {
+            const bool number = field.kind == FieldKind::Integer || field.kind == FieldKind::Real;
+            if (number && field.on && !field.readOnly) {
+                EXPECT_FALSE(setField(*form, field.key, fieldText(field)).has_value()) << name << " " << field.key;
+            }
+            EXPECT_TRUE(field.label != " " && (field.kind != FieldKind::Radio || field.choices.size() > 1)) << name;
+        }
+    }
+}
+
+TEST(DialogFields, OfInterpolateStandOverItsNotice) {
+    CInterpolate values;
+    EXPECT_THAT(describe(values).notices, ElementsAre("Coefficient is changed in range (-1; 1)"));
+}
+
 TEST(DialogFields, OfDuplicate) {
     EXPECT_THAT(linesOf("Cduplicate"),
                 ElementsAre("Duplicate", "duplicateCount | Duplication | int | 1 | 1 to 1000000"));

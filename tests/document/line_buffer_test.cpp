@@ -196,7 +196,7 @@ TEST_F(LineBuffer, GoesToAFileAndBack) {
         EXPECT_EQ(request.proposed, "Line_buf.ext");
         ASSERT_EQ(request.types.size(), 1U);
         EXPECT_EQ(request.types[0].extension, "ext");
-        EXPECT_EQ(request.types[0].typeName, "Velmora Geometry Files");
+        EXPECT_EQ(request.types[0].typeName, "Velmora Geometry");
     }
 }
 

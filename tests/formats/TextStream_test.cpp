@@ -1,5 +1,6 @@
 #include "TextStream.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
@@ -307,6 +308,44 @@ TEST_F(TextStreamTest, APipeThatNobodyWritesToIsAnEmptyFile) {
     TextStream stream(folder_ / "pipe");
     EXPECT_TRUE(stream.isOpen());
     EXPECT_EQ(stream.size(), 0);
+    EXPECT_EQ(stream.get(), -1);
+}
+
+TEST(TextStreamProgress, IsToldByBlocksNeverFallingAndNotTooOften) {
+    const test::TempFolder folder;
+    const auto path = test::writeText(folder / "a.txt", std::string(64 * 1000, 'x'));
+    TextStream stream(path, 64);
+    std::vector<double> told;
+    stream.reportTo([&told](double fraction) { told.push_back(fraction); }, 0.5, 1.0);
+    stream.skipLine();
+    EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
+    EXPECT_GE(told.size(), 150U);
+    EXPECT_LE(told.size(), 200U);
+    EXPECT_GE(told.front(), 0.5);
+    EXPECT_GT(told.back(), 0.98);
+    EXPECT_LE(told.back(), 1.0);
+}
+
+TEST(TextStreamProgress, DoesNotFallWhenSomethingIsReadAgain) {
+    const test::TempFolder folder;
+    const auto path = test::writeText(folder / "a.txt", std::string(64 * 100, 'x'));
+    TextStream stream(path, 64);
+    std::vector<double> told;
+    stream.reportTo([&told](double fraction) { told.push_back(fraction); });
+    while (stream.tell() < 64 * 50) {
+        stream.get();
+    }
+    stream.seek(0);
+    while (stream.get() >= 0) {
+    }
+    EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
+    EXPECT_LE(told.size(), 100U);
+    EXPECT_DOUBLE_EQ(told.back(), 0.99);
+}
+
+TEST(TextStreamProgress, IsNotToldOfAFileWithoutAKnownSize) {
+    TextStream stream("/dev/null", 1);
+    stream.reportTo([](double) { FAIL(); });
     EXPECT_EQ(stream.get(), -1);
 }
 

@@ -1,5 +1,6 @@
 #include "number_writer.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -172,6 +173,26 @@ TEST(NumberWriter, ATextLongerThanTheBlockIsWrittenWhole) {
         text += std::to_string(i) + ' ';
     }
     EXPECT_EQ(written(6, 1, [&text](NumberWriter& writer) { writer.writeText(text); }), text);
+}
+
+TEST(NumberWriterProgress, IsToldByBlocksUpToOneWhateverWasExpected) {
+    for (const std::int64_t expected : {2000, 500, 0}) {
+        std::vector<double> told;
+        written(16, 1024, [&](NumberWriter& writer) {
+            writer.reportTo([&told](double fraction) { told.push_back(fraction); }, expected);
+            for (int i = 0; i < 1000; ++i) {
+                writer.writeDouble(0.1);
+                writer.writeInt(7);
+            }
+        });
+        EXPECT_TRUE(std::is_sorted(told.begin(), told.end())) << expected;
+        EXPECT_EQ(told.empty(), expected == 0) << expected;
+        if (!told.empty()) {
+            EXPECT_GT(told.front(), 0.0);
+            EXPECT_GT(told.back(), 0.9);
+            EXPECT_LE(told.back(), 1.0);
+        }
+    }
 }
 
 } // namespace

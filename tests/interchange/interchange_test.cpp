@@ -1,5 +1,6 @@
 #include "interchange.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -183,6 +184,44 @@ TEST_F(Interchange, ThePrecisionCountsForTecplotOnly) {
     EXPECT_THAT(test::readText(folder_ / "out.dat"), testing::HasSubstr("\n0.33333333 0 0\n"));
     EXPECT_THAT(test::readText(folder_ / "out.wrl"), testing::HasSubstr("\n0.333333 0 0\n"));
     EXPECT_THAT(test::readText(folder_ / "out.stl"), testing::HasSubstr("vertex 0.333333 0 0\n"));
+}
+
+// ---- Progress -------------------------------------------------------------------------------------------------------
+
+TEST_F(Interchange, EveryFormatTellsItsProgressInReadingAndWriting) {
+    constexpr std::int32_t triangles = 40000;
+    auto zone = std::make_unique<zBlock_fe>(3 * triangles, 4 * triangles, triangles);
+    zone->title = "many";
+    for (const char* name : {"x", "y", "z"}) {
+        auto& values = zone->addVariable(name)->data;
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            values[i] = name[0] == 'z' ? 0.123456 : static_cast<double>(i % 3 == (name[0] == 'x' ? 1U : 2U)) + 0.123456;
+        }
+    }
+    for (std::int32_t i = 0; i < 3 * triangles; ++i) {
+        zone->connectivity[static_cast<std::size_t>(i / 3 * 4 + i % 3)] = i;
+    }
+    unstructured_.blocks.push_back(std::move(zone));
+    for (const char* name : {"a.dat", "a.stl", "a.wrl"}) {
+        std::vector<double> told;
+        const auto report = [&told](double fraction) { told.push_back(fraction); };
+        const auto expectGood = [&told, name](const char* what) {
+            EXPECT_GE(told.size(), 2U) << name << what;
+            EXPECT_TRUE(std::is_sorted(told.begin(), told.end())) << name << what;
+            EXPECT_TRUE(told.empty() || (told.front() >= 0.0 && told.back() > 0.5 && told.back() <= 1.0))
+                << name << what;
+            told.clear();
+        };
+        const auto show = [](const std::string& text) { FAIL() << text; };
+        ASSERT_TRUE(writeGeometry(folder_ / name, 8, {}, unstructured_, show, report));
+        expectGood(" written");
+        zRegion grids;
+        zRegion_fe again;
+        ASSERT_TRUE(readGeometry(folder_ / name, false, grids, again, show, report));
+        expectGood(" read");
+        ASSERT_EQ(again.blocks.size(), 1U);
+        EXPECT_EQ(again.blocks.front()->elementCount, triangles);
+    }
 }
 
 } // namespace

@@ -11,9 +11,11 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <cstdlib>
 
 #include "RecordingUi.h"
 #include "VelmoraDoc.h"
+#include "access_keys.h"
 
 namespace velmora::test {
 namespace {
@@ -55,6 +57,12 @@ Widget& part(const QDialog& dialog, const char* name) {
     return *dialog.findChild<Widget*>(QString::fromLatin1(name));
 }
 
+/// A text without its access mark.
+QString words(QString text) {
+    text.replace(QLatin1String("&&"), QLatin1String("\n")).remove(QLatin1Char('&'));
+    return text.replace(QLatin1Char('\n'), QLatin1Char('&'));
+}
+
 TEST(FormDialog, HasOkOffWhileTheFormSaysSo) {
     CFirstPoint values;
     values.pointInside = true;
@@ -82,11 +90,11 @@ TEST(FormDialog, ShowsTheTitleTheLabelsTheFramesAndTheNotices) {
     const FormDialog dialog(sample.form);
     EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Sample title"));
     EXPECT_EQ(part<QGroupBox>(dialog, "kind").title(), QStringLiteral("Kinds"));
-    EXPECT_EQ(part<QRadioButton>(dialog, "kind.2").text(), QStringLiteral("Two"));
-    EXPECT_EQ(part<QCheckBox>(dialog, "looped").text(), QStringLiteral("Make a loop"));
+    EXPECT_EQ(words(part<QRadioButton>(dialog, "kind.2").text()), QStringLiteral("Two"));
+    EXPECT_EQ(words(part<QCheckBox>(dialog, "looped").text()), QStringLiteral("Make a loop"));
     QStringList labels;
     for (const QLabel* label : dialog.findChildren<QLabel*>()) {
-        labels.append(label->text());
+        labels.append(words(label->text()));
     }
     EXPECT_EQ(labels, QStringList({"Total", "Count", "Length", "Mind the gap"}));
     const auto* frame = qobject_cast<QGroupBox*>(part<QLineEdit>(dialog, "count").parentWidget());
@@ -188,6 +196,81 @@ TEST(FormDialog, TheFirstFieldToTypeInHasTheFocusAndIsSelected) {
     const FormDialog dialog(sample.form);
     EXPECT_EQ(dialog.focusWidget(), &part<QLineEdit>(dialog, "count"));
     EXPECT_EQ(part<QLineEdit>(dialog, "count").selectedText(), QStringLiteral("3"));
+}
+
+TEST(FormDialog, ANumberWithoutALabelStandsBesideItsCheckBox) {
+    CPrescribe values;
+    DialogForm form = describe(values);
+    openDialog(form);
+    FormDialog dialog(form);
+    dialog.show();
+    QApplication::processEvents();
+    for (const auto& [box, number] : {std::pair{"useX", "x"}, {"useY", "y"}, {"useZ", "z"}}) {
+        const QRect left = part<QCheckBox>(dialog, box).geometry();
+        const QRect right = part<QLineEdit>(dialog, number).geometry();
+        EXPECT_LT(left.right(), right.left()) << number;
+        EXPECT_LE(std::abs(left.center().y() - right.center().y()), 1) << number;
+    }
+    EXPECT_EQ(part<QLineEdit>(dialog, "y").accessibleName(), QStringLiteral("Y coordinate"));
+}
+
+TEST(FormDialog, ANumberWithoutALabelStandsBesideTheNumberBeforeIt) {
+    std::int32_t count = 1;
+    double border = 0.1;
+    DialogForm form;
+    form.name = "CBeside";
+    form.fields = {integerField("count", "Number", count), realField("border", "", border)};
+    FormDialog dialog(form);
+    dialog.show();
+    QApplication::processEvents();
+    const QRect left = part<QLineEdit>(dialog, "count").geometry();
+    const QRect right = part<QLineEdit>(dialog, "border").geometry();
+    EXPECT_LT(left.right(), right.left());
+    EXPECT_EQ(left.top(), right.top());
+    EXPECT_EQ(part<QLineEdit>(dialog, "border").accessibleName(), QStringLiteral("Number"));
+}
+
+TEST(FormDialog, GivesEachAccessKeyOnce) {
+    RecordingUi ui;
+    VelmoraDoc document(ui, ".");
+    for (const std::string& name : VelmoraDoc::dialogNames()) {
+        SCOPED_TRACE(name);
+        auto form = document.storedDialog(name);
+        const FormDialog dialog(*form);
+        QString seen;
+        const auto take = [&seen](QString text) {
+            const QString key = text.remove(QLatin1String("&&")).section(QLatin1Char('&'), 1, 1).left(1).toUpper();
+            EXPECT_TRUE(key.isEmpty() || !seen.contains(key)) << text.toStdString();
+            seen += key;
+        };
+        for (const QAbstractButton* button : dialog.findChildren<QAbstractButton*>()) {
+            take(button->text());
+        }
+        for (const QLabel* label : dialog.findChildren<QLabel*>()) {
+            if (label->buddy() != nullptr) {
+                take(label->text());
+            }
+        }
+    }
+}
+
+TEST(AccessKeys, TakeTheFirstLetterOfAWordThenAnyLetter) {
+    AccessKeys keys(QStringLiteral("OC"));
+    EXPECT_EQ(keys.mark(QStringLiteral("Number of points")), QStringLiteral("&Number of points"));
+    EXPECT_EQ(keys.mark(QStringLiteral("Number of points")), QStringLiteral("Number of &points"));
+    EXPECT_EQ(keys.mark(QStringLiteral("Compression")), QStringLiteral("Co&mpression")) << "C and O are taken";
+    EXPECT_EQ(keys.mark(QStringLiteral("X 1")), QStringLiteral("&X 1"));
+    EXPECT_EQ(keys.mark(QStringLiteral("X 1")), QStringLiteral("X &1"));
+    EXPECT_EQ(keys.mark(QStringLiteral("X 1")), QStringLiteral("X 1")) << "none is left";
+}
+
+TEST(AccessKeys, LeaveAmpersandsAndTheKeyThatATextHas) {
+    AccessKeys keys{QString()};
+    EXPECT_EQ(keys.mark(QStringLiteral("Rebre&ak...")), QStringLiteral("Rebre&ak..."));
+    EXPECT_EQ(keys.mark(QStringLiteral("Angle")), QStringLiteral("A&ngle")) << "A went with the text before";
+    EXPECT_EQ(keys.mark(QStringLiteral("Compress && Fit")), QStringLiteral("&Compress && Fit"));
+    EXPECT_EQ(keys.mark(QString()), QString());
+    EXPECT_EQ(keys.mark(QStringLiteral("% - +")), QStringLiteral("% - +"));
 }
 
 TEST(FormDialog, EveryDialogOfTheDocumentHasANamedControlForEveryField) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "QtUserInterface.h"
+#include "file_types.h"
 
 namespace velmora::test {
 namespace {
@@ -55,6 +56,21 @@ TEST(Chooser, TheTypeUsedLastComesBeforeTheProposedOne) {
     EXPECT_EQ(firstFilter(chooserFilters(asked), asked, QStringLiteral("Geometry Files (*.apt)")), 1);
     EXPECT_EQ(firstFilter(chooserFilters(asked), asked, QStringLiteral("Markers Files (*.apm)")), 2)
         << "one that is not offered now does not count";
+}
+
+TEST(Chooser, ShowsTheTypesAsUsersKnowThem) {
+    FileRequest asked;
+    asked.mode = ChooserMode::SaveAs;
+    asked.types = singleFileTypes();
+    EXPECT_EQ(chooserFilters(asked).texts,
+              QStringList({" All Files (*.*)", "Unstructured Files (*.wrl)", "Velmora Geometry Files (*.apt)",
+                           "TecPlot Geometry Files (*.dat)", "Velmora Geometry Files (*.skl)",
+                           "Velmora Geometry Files (*.ext)", "Unstructured Files (*.stl)", "Structured Files (*.sft)",
+                           "Velmora Geometry Files (*.apm)", "Detalization  Files (*.cbc)",
+                           "Detalization  Files (*.bc)", "Velmora FlowField Files (*.dat)"}));
+    EXPECT_EQ(flowFieldType().typeName, "Velmora FlowField");
+    ASSERT_EQ(fileTypesNamed({"skl", "dat"}).size(), 2U);
+    EXPECT_EQ(fileTypesNamed({"skl", "dat"})[1].typeName, "TecPlot Geometry");
 }
 
 } // namespace

@@ -25,6 +25,7 @@ public:
     std::vector<FileRequest> requests;
     int busyDepth = 0;
     int busyCalls = 0;
+    std::vector<double> progress; ///< all that was told of it
     /// Called as a dialog is open, before its fields are set.
     std::function<void(DialogForm&)> onDialog;
     /// Works in the point table and answers true for OK; absent: Cancel.
@@ -89,7 +90,7 @@ public:
         busyDepth += busy ? 1 : -1;
         busyCalls += busy ? 1 : 0;
     }
-    void showProgress(double) override {}
+    void showProgress(double fraction) override { progress.push_back(fraction); }
     void addRecentFile(const std::filesystem::path& path) override { transcript.push_back("recent: " + path.string()); }
 
     /// How often a line stands in the transcript.

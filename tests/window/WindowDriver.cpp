@@ -15,6 +15,7 @@
 // Xlib defines common words as macros: nothing of Qt may follow it.
 #include <X11/XKBlib.h>
 #include <X11/Xlib.h>
+#include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
 
@@ -170,6 +171,19 @@ void WindowDriver::screenshot(const QString& name) {
         folder.mkpath(QStringLiteral("."));
         QGuiApplication::primaryScreen()->grabWindow(0).save(folder.filePath(name + QStringLiteral(".png")));
     });
+}
+
+QByteArray WindowDriver::pixelsOf(const QRect& place) {
+    XSync(display_, 0);
+    XImage* image =
+        XGetImage(display_, DefaultRootWindow(display_), place.x(), place.y(), static_cast<unsigned>(place.width()),
+                  static_cast<unsigned>(place.height()), AllPlanes, ZPixmap);
+    if (image == nullptr) {
+        throw std::runtime_error("the display shows nothing there");
+    }
+    QByteArray pixels(image->data, static_cast<qsizetype>(image->bytes_per_line) * image->height);
+    XDestroyImage(image);
+    return pixels;
 }
 
 // ---- Mouse and keys -------------------------------------------------------------------------------------------------

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QApplication>
+#include <QByteArray>
 #include <QMenu>
 #include <QPoint>
+#include <QRect>
 #include <QString>
 #include <QStringList>
 #include <atomic>
@@ -71,6 +73,8 @@ public:
     QPoint onView(PixelPoint pixel);
     /// Keeps a picture of the whole screen in the folder of the build.
     void screenshot(const QString& name);
+    /// What the screen shows at a place, asked of the display: the program need not answer.
+    QByteArray pixelsOf(const QRect& place);
 
     // ---- Mouse and keys -------------------------------------------------------------------------------------------
 

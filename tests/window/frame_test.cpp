@@ -131,7 +131,8 @@ TEST(Frame, KeepsTheRecentFilesAndTheSettingsOnly) {
             EXPECT_EQ(kept.value(QStringLiteral("Recent File List/File2")).toString(), wingPath);
             for (const QString& key : kept.allKeys()) {
                 EXPECT_TRUE(key == QStringLiteral("Settings/AppName") ||
-                            key.startsWith(QStringLiteral("Recent File List/")))
+                            key.startsWith(QStringLiteral("Recent File List/")) ||
+                            key == QStringLiteral("Window/Geometry") || key == QStringLiteral("Window/Bars"))
                     << plainBytes(key);
             }
         },
@@ -159,29 +160,62 @@ TEST(Frame, OpeningARecentFileAsksToSaveTheChangedModel) {
     EXPECT_NE(fileText(sphere.model), before);
 }
 
-TEST(Frame, AFileDroppedOnItIsOpenedAndSeveralAreNot) {
+/// Drops files on the frame; whether it takes them.
+bool drop(const QList<QUrl>& urls) {
+    QMimeData data;
+    data.setUrls(urls);
+    QDragEnterEvent enter(QPoint(400, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.ignore();
+    QApplication::sendEvent(&WindowDriver::frame(), &enter);
+    if (enter.isAccepted()) {
+        QDropEvent event(QPointF(400, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&WindowDriver::frame(), &event);
+    }
+    return enter.isAccepted();
+}
+
+bool waitForPatches(WindowDriver& person, std::size_t count) {
+    return person.waitFor([count] { return WindowDriver::frame().document().patches.size() == count; });
+}
+
+TEST(Frame, AFileDroppedOnItIsOpenedAndSeveralMakeOneModel) {
     const Desk wing;
     const Desk sphere("even_sphere.apt");
-    const QUrl wingUrl = QUrl::fromLocalFile(qtPath(wing.model));
-    const auto drop = [](const QList<QUrl>& urls) {
-        QMimeData data;
-        data.setUrls(urls);
-        QDragEnterEvent enter(QPoint(400, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        enter.ignore();
-        QApplication::sendEvent(&WindowDriver::frame(), &enter);
-        if (enter.isAccepted()) {
-            QDropEvent event(QPointF(400, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-            QApplication::sendEvent(&WindowDriver::frame(), &event);
-        }
-        return enter.isAccepted();
-    };
+    const FlatDesk flat;
+    const auto url = [](const fs::path& path) { return QUrl::fromLocalFile(qtPath(path)); };
     runProgram({sphere.model.string()}, [&](WindowDriver& person) {
         person.waitForFrame();
-        EXPECT_FALSE(person.ask([&] { return drop({wingUrl, wingUrl}); }));
-        EXPECT_TRUE(person.ask([&] { return drop({wingUrl}); }));
-        EXPECT_TRUE(person.waitFor([] { return WindowDriver::frame().document().patches.size() == 3; }));
+        const std::size_t ofSphere = person.ask([] { return WindowDriver::frame().document().patches.size(); });
+        EXPECT_FALSE(person.ask([] { return drop({QUrl(QStringLiteral("https://example.org/a.apt"))}); }));
+        EXPECT_TRUE(person.ask([&] { return drop({url(wing.model)}); }));
+        EXPECT_TRUE(waitForPatches(person, 3));
+        EXPECT_EQ(person.title(), QStringLiteral("m100_wingbody.apt[*] - Velmora"));
+        writeFileText(flat.folder / "lines.skl", "1\n2\n3\n0 0 0\n1 0 0\n2 0 0\n2\n0 1 0\n1 1 0\n");
+        // Each file once, and of the first one's type alone.
+        EXPECT_TRUE(person.ask([&] {
+            return drop({url(sphere.model), url(flat.model), url(sphere.model), url(flat.folder / "lines.skl")});
+        }));
+        EXPECT_TRUE(waitForPatches(person, ofSphere + 3));
+        EXPECT_EQ(person.title(), QStringLiteral("flat.apt[*] - Velmora")) << "as Open with several files names it";
+    });
+}
+
+TEST(Frame, FilesDroppedOnAChangedModelAskToSaveIt) {
+    const Desk wing;
+    const FlatDesk flat;
+    const std::string before = fileText(flat.model);
+    runProgram({flat.model.string()}, [&](WindowDriver& person) {
+        person.waitForFrame();
+        changeModel(person);
+        person.ask([&] { drop({QUrl::fromLocalFile(qtPath(wing.model))}); });
+        person.waitForBox(QStringLiteral("questionBox"));
+        EXPECT_EQ(person.boxText(), QStringLiteral("Save data before exit"));
+        person.key("n", "Alt_L");
+        ASSERT_TRUE(person.waitForNoBox());
+        EXPECT_TRUE(waitForPatches(person, 3));
         EXPECT_EQ(person.title(), QStringLiteral("m100_wingbody.apt[*] - Velmora"));
     });
+    EXPECT_EQ(fileText(flat.model), before);
 }
 
 QStringList offeredTypes(WindowDriver& person) {
@@ -221,7 +255,7 @@ TEST(Frame, SaveAsAddsTheSuffixOfTheChosenType) {
         person.waitForFrame();
         person.choose({"File", "Save As..."});
         person.waitForBox(QStringLiteral("fileChooser"));
-        EXPECT_EQ(offeredTypes(person).value(0), QStringLiteral("Geometry Files (*.apt)"));
+        EXPECT_EQ(offeredTypes(person).value(0), QStringLiteral("Velmora Geometry Files (*.apt)"));
         person.clickWidget(QStringLiteral("fileTypeCombo"));
         person.key("Down");
         person.key("Return");
@@ -241,7 +275,7 @@ TEST(Frame, SaveAsAddsTheSuffixOfTheChosenType) {
                 ->findChild<QComboBox*>(QStringLiteral("fileTypeCombo"))
                 ->currentText();
         }),
-                  QStringLiteral("Sections Files (*.skl)"))
+                  QStringLiteral("Velmora Geometry Files (*.skl)"))
             << "the type used last";
         person.key("Escape");
         EXPECT_TRUE(person.waitForNoBox());

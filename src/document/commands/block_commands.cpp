@@ -230,8 +230,8 @@ void VelmoraDoc::writeBlock(const std::filesystem::path& path) {
     bool written = false;
     {
         const BusyScope busy(ui_);
-        written = blockKind == "skl" ? writeSklBlock(path, patches, block, outputPrecision)
-                                     : writeAptBlock(path, patches, block, outputPrecision);
+        written = blockKind == "skl" ? writeSklBlock(path, patches, block, outputPrecision, progressTo(ui_))
+                                     : writeAptBlock(path, patches, block, outputPrecision, progressTo(ui_));
     }
     if (!written) {
         ui_.showMessage(std::string(cannotSaveMessage));

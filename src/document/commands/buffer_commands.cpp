@@ -2,6 +2,7 @@
 
 #include "VelmoraDoc.h"
 #include "capture_address.h"
+#include "file_types.h"
 #include "format_outcome.h"
 #include "messages.h"
 #include "path_names.h"
@@ -16,7 +17,7 @@ namespace {
 FileRequest bufferRequest(ChooserMode mode, const char* command) {
     FileRequest request;
     request.mode = mode;
-    request.types = {{"ext", "Velmora Geometry Files"}};
+    request.types = fileTypesNamed({"ext"});
     request.proposed = "Line_buf.ext";
     request.command = command;
     return request;

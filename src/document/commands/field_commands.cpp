@@ -1,5 +1,6 @@
 #include "VelmoraDoc.h"
 #include "field_file.h"
+#include "file_types.h"
 #include "format_outcome.h"
 #include "messages.h"
 #include "path_names.h"
@@ -50,7 +51,7 @@ void VelmoraDoc::OpenField() {
 void VelmoraDoc::SaveField() {
     FileRequest request;
     request.mode = ChooserMode::SaveAs;
-    request.types = {{"dat", "FlowField"}};
+    request.types = {flowFieldType()};
     request.proposed = chosenPath;
     request.command = "file.saveAsField";
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
@@ -72,7 +73,7 @@ void VelmoraDoc::SaveField() {
     {
         const BusyScope busy(ui_);
         written = writeFieldFile(path, patches, fieldPatches, fieldCount, fieldTitleLine, fieldVariablesLine,
-                                 outputPrecision);
+                                 outputPrecision, progressTo(ui_));
     }
     if (!written) {
         ui_.showMessage(std::string(cannotSaveMessage));

@@ -26,10 +26,11 @@ struct StructuredRead {
     std::vector<std::string> messages;
 };
 
-StructuredRead readByExtension(const std::filesystem::path& path, const std::string& extension, PatchList& patches) {
+StructuredRead readByExtension(const std::filesystem::path& path, const std::string& extension, PatchList& patches,
+                               const ReportProgress& report) {
     StructuredRead read;
     if (extension == "apt") {
-        const AptReadResult result = readApt(path, patches);
+        const AptReadResult result = readApt(path, patches, report);
         read = {result.opened,       result.firstPassEnded || result.endReached,
                 result.pointsInFile, result.pointsKept,
                 result.textBehind,   {}};
@@ -37,7 +38,7 @@ StructuredRead readByExtension(const std::filesystem::path& path, const std::str
             read.messages.push_back(aptMessage(fault));
         }
     } else {
-        const SklReadResult result = readSkl(path, patches);
+        const SklReadResult result = readSkl(path, patches, report);
         read = {result.opened, result.endReached, result.pointsRead, result.pointsRead, result.textBehind, {}};
         for (const FormatFault& fault : result.faults) {
             read.messages.push_back(sklMessage(fault));
@@ -74,7 +75,7 @@ bool VelmoraDoc::readStructured(const std::filesystem::path& path, const std::st
     StructuredRead read;
     {
         const BusyScope busy(ui_);
-        read = readByExtension(path, extension, patches);
+        read = readByExtension(path, extension, patches, progressTo(ui_));
     }
     const bool failed = !read.messages.empty();
     pointsRead_ += read.pointsInFile;
@@ -121,8 +122,9 @@ bool VelmoraDoc::readZones(const std::filesystem::path& path, zRegion& structure
     bool read = false;
     {
         const BusyScope busy(ui_);
-        read = readGeometry(path, readerOption, structured, unstructured,
-                            [&told](const std::string& text) { told.push_back(text); });
+        read = readGeometry(
+            path, readerOption, structured, unstructured, [&told](const std::string& text) { told.push_back(text); },
+            progressTo(ui_));
     }
     for (const std::string& text : told) {
         ui_.showMessage(text);
@@ -226,7 +228,7 @@ bool VelmoraDoc::readField(const std::filesystem::path& path) {
     FieldReadResult read;
     {
         const BusyScope busy(ui_);
-        read = readFieldFile(path);
+        read = readFieldFile(path, progressTo(ui_));
     }
     for (const FormatFault& fault : read.faults) {
         ui_.showMessage(fieldMessage(fault));

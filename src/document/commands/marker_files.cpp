@@ -1,4 +1,5 @@
 #include "VelmoraDoc.h"
+#include "file_types.h"
 #include "format_outcome.h"
 #include "point_files.h"
 
@@ -10,7 +11,7 @@ void VelmoraDoc::AppendSft() {
     rebuildOnUndo = false;
     FileRequest request;
     request.mode = ChooserMode::Append;
-    request.types = {{"sft", "Structured Files"}};
+    request.types = fileTypesNamed({"sft"});
     request.command = "file.appendSft";
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
     if (paths.empty()) {
@@ -41,7 +42,7 @@ void VelmoraDoc::CloseSft() {
 void VelmoraDoc::AppendCbc() {
     FileRequest request;
     request.mode = ChooserMode::Append;
-    request.types = {{"cbc", "Detalization  Files"}, {"bc", "Detalization  Files"}};
+    request.types = fileTypesNamed({"cbc", "bc"});
     request.command = "file.appendCbc";
     // Only that it was asked for counts: no file of these kinds is read, and Cancel goes on too.
     ui_.chooseFiles(request);
@@ -74,7 +75,7 @@ void VelmoraDoc::OpenApm() {
     markers.clear();
     FileRequest request;
     request.mode = ChooserMode::Open;
-    request.types = {{"apm", "Velmora Geometry Files"}};
+    request.types = fileTypesNamed({"apm"});
     request.proposed = "Markers.apm";
     request.command = "file.openApm";
     markers = readChosenPoints(request);

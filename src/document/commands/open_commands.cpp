@@ -151,15 +151,22 @@ void VelmoraDoc::loadFurtherFiles(const std::vector<std::filesystem::path>& path
 }
 
 void VelmoraDoc::onOpenDocument(const std::filesystem::path& path) {
+    onOpenDocuments({path});
+}
+
+void VelmoraDoc::onOpenDocuments(const std::vector<std::filesystem::path>& paths) {
+    if (paths.empty()) {
+        return;
+    }
     appendMode = false;
     keepForUndo();
     clearModel();
     updateBounds();
     redraw();
     pointsRead_ = pointsKept_ = 0;
-    adoptPath(path);
+    adoptPath(paths.front());
     loadFile(chosenPath, fileExtension);
-    ui_.addRecentFile(fullPath(path));
+    ui_.addRecentFile(fullPath(paths.front()));
     if (structureKind == "non") {
         patches.clear(); // compartments without a section make no model
         ui_.showMessage(message::openCancelled);
@@ -167,6 +174,7 @@ void VelmoraDoc::onOpenDocument(const std::filesystem::path& path) {
         redraw();
         return;
     }
+    loadFurtherFiles(paths);
     finishOpen();
 }
 

@@ -51,8 +51,8 @@ VelmoraDoc::SaveResult VelmoraDoc::saveCurrent() {
 
 bool VelmoraDoc::writeStructured(const std::filesystem::path& path, const std::string& kind) {
     const BusyScope busy(ui_);
-    const bool written =
-        kind == "apt" ? writeApt(path, patches, outputPrecision) : writeSkl(path, patches, outputPrecision);
+    const bool written = kind == "apt" ? writeApt(path, patches, outputPrecision, progressTo(ui_))
+                                       : writeSkl(path, patches, outputPrecision, progressTo(ui_));
     if (!written) {
         ui_.showMessage(std::string(cannotSaveMessage));
         return false;
@@ -67,8 +67,9 @@ bool VelmoraDoc::writeZones(const std::filesystem::path& path, const zRegion& st
     bool written = false;
     {
         const BusyScope busy(ui_);
-        written = writeGeometry(path, outputPrecision, structured, unstructured,
-                                [&told](const std::string& text) { told.push_back(text); });
+        written = writeGeometry(
+            path, outputPrecision, structured, unstructured, [&told](const std::string& text) { told.push_back(text); },
+            progressTo(ui_));
     }
     for (const std::string& text : told) {
         ui_.showMessage(text);

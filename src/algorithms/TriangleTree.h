@@ -29,19 +29,8 @@ struct LineHit {
     zVec<double> place;
 };
 
-/// How far IntersectLineTriangle can find a hit beside a triangle. Either it lies within `margin` of the triangle's
-/// box, or (`anywhere`) nothing is known about its place.
-struct HitReach {
-    bool anywhere = false;
-    double margin = 0.0;
-};
-
-/// The reach of the triangle with the given corners, three coordinates each.
-HitReach hitReach(const double* a, const double* b, const double* c);
-
-/// Finds the triangles that an infinite line hits, by IntersectLineTriangle itself: the tree only spares the tests that
-/// cannot succeed. The result is that of testing every triangle, but for places that are none on the target: along the
-/// plane of a triangle, rounding can make a hit of a place that lies millions of times its size away.
+/// Finds the triangles that an infinite line hits, by hitsTriangle itself: the tree only spares the tests that cannot
+/// succeed, so the result is that of testing every triangle.
 class TriangleTree {
 public:
     /// The mesh's corners must name points that exist. n log n.

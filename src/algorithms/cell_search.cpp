@@ -5,15 +5,12 @@
 #include <limits>
 
 #include "distance.h"
-#include "line_triangle.h"
 #include "segment_tests.h"
+#include "triangle_hit.h"
 
 namespace velmora {
 
 namespace {
-
-/// The margin of a proper triangle is at most this part of the extents of a box that holds it.
-constexpr double marginPart = 2e-3;
 
 using Corners = std::array<const zVec<double>*, 3>;
 
@@ -31,10 +28,9 @@ std::array<double, 3> triple(const zVec<double>& p) {
 
 std::optional<zVec<double>> hitOf(const Corners& triangle, const zVec<double>& direction, const zVec<double>& origin) {
     double place[3];
-    const int code =
-        IntersectLineTriangle(triple(*triangle[0]).data(), triple(*triangle[1]).data(), triple(*triangle[2]).data(),
-                              triple(direction).data(), triple(origin).data(), place);
-    return code != 0 ? std::optional(zVec<double>(place[0], place[1], place[2])) : std::nullopt;
+    const bool hit = hitsTriangle(triple(*triangle[0]).data(), triple(*triangle[1]).data(), triple(*triangle[2]).data(),
+                                  triple(direction).data(), triple(origin).data(), place);
+    return hit ? std::optional(zVec<double>(place[0], place[1], place[2])) : std::nullopt;
 }
 
 zVec<double> unitChord(const zVec<double>& from, const zVec<double>& to) {
@@ -77,6 +73,14 @@ void GrowingGrid::Box::take(const Box& other) {
         lower[i] = std::min(lower[i], other.lower[i]);
         upper[i] = std::max(upper[i], other.upper[i]);
     }
+}
+
+double GrowingGrid::Box::largest() const {
+    double largest = 0.0;
+    for (std::size_t i = 0; i < 3; ++i) {
+        largest = std::max({largest, std::abs(lower[i]), std::abs(upper[i])});
+    }
+    return largest;
 }
 
 bool GrowingGrid::Box::meets(const Box& other, double slack) const {
@@ -240,7 +244,7 @@ std::optional<PiercedCell> GrowingGrid::piercedInRow(std::int32_t K, std::int32_
         }
         const double extents =
             cell.upper[0] - cell.lower[0] + cell.upper[1] - cell.lower[1] + cell.upper[2] - cell.lower[2];
-        if (!anywhere && !cell.meets(segment, slack + marginPart * extents)) {
+        if (!anywhere && !cell.meets(segment, slack + hitMargin * extents)) {
             continue;
         }
         for (const Corners& triangle : triangles) {
@@ -257,7 +261,9 @@ std::optional<PiercedCell> GrowingGrid::pierced(const zVec<double>& from, const 
     Box segment;
     segment.take(from);
     segment.take(to);
-    const double slack = betweenSlack(from, to);
+    // A place as far as its rounding outside of a cell's margin is taken too.
+    const double between = betweenSlack(from, to);
+    const double slack = between + 2.0 * hitRounding * (segment.largest() + between);
     std::optional<PiercedCell> found;
     lookThrough([&](std::size_t k, std::size_t n) {
         if (n + 1 == patches_[k].size()) {
@@ -266,7 +272,7 @@ std::optional<PiercedCell> GrowingGrid::pierced(const zVec<double>& from, const 
         Box row = sections_[k][n].box;
         row.take(sections_[k][n + 1].box);
         const double extents = row.upper[0] - row.lower[0] + row.upper[1] - row.lower[1] + row.upper[2] - row.lower[2];
-        if (sections_[k][n].anywhere || row.meets(segment, slack + marginPart * extents)) {
+        if (sections_[k][n].anywhere || row.meets(segment, slack + hitMargin * extents)) {
             found = piercedInRow(static_cast<std::int32_t>(k), static_cast<std::int32_t>(n), from, to, segment, slack);
         }
         return found.has_value();

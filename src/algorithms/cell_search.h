@@ -72,6 +72,7 @@ private:
         Box();
         void take(const zVec<double>& p);
         void take(const Box& other);
+        double largest() const;
         bool meets(const Box& other, double slack) const;
     };
     /// What is known of a section, and of the row of cells behind it.

@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "corner_box.h"
+#include "segment_tests.h"
 #include "slice_points.h"
 
 namespace velmora {
@@ -15,10 +16,6 @@ namespace {
 
 double along(const zVec<double>& point, int axis) {
     return axis == 0 ? point.x : axis == 1 ? point.y : point.z;
-}
-
-SlicePoint byAxis(const zVec<double>& point) {
-    return {point.x, point.y, point.z};
 }
 
 bool between(double value, double a, double b) {
@@ -213,7 +210,7 @@ int sideOf(const KnifePlane& plane, const zVec<double>& point) {
 std::optional<zVec<double>> segmentPlane(const zVec<double>& p1, const zVec<double>& p2, const zVec<double>& point,
                                          const zVec<double>& normal) {
     constexpr double parallelTolerance = 1e-14;
-    const auto same = [](const zVec<double>& a, const zVec<double>& b) { return samePoint(byAxis(a), byAxis(b)); };
+    const auto same = [](const zVec<double>& a, const zVec<double>& b) { return samePoint(a, b, samePointTolerance); };
     if (same(p1, p2)) {
         return same(p1, point) ? std::optional(p1) : std::nullopt;
     }

@@ -32,13 +32,7 @@ bool betweenOnEachAxis(const zVec<double>& p, const zVec<double>& a, const zVec<
 } // namespace
 
 bool samePoint(const zVec<double>& a, const zVec<double>& b, double tolerance) {
-    const double largest = std::max(largestOf(a), largestOf(b));
-    if (largest == 0.0) {
-        return a == b; // false for what is not a number
-    }
-    const double scale = 1.0 / largest;
-    return std::abs(a.x - b.x) * scale < tolerance && std::abs(a.y - b.y) * scale < tolerance &&
-           std::abs(a.z - b.z) * scale < tolerance;
+    return samePoint(SlicePoint{a.x, a.y, a.z}, SlicePoint{b.x, b.y, b.z}, tolerance);
 }
 
 double lineDistance(const zVec<double>& a, const zVec<double>& b, const zVec<double>& q) {

@@ -1,11 +1,9 @@
 #pragma once
 
+#include "slice_points.h"
 #include "zVec.h"
 
 namespace velmora {
-
-/// The tolerance of `samePoint` where the user has no say.
-inline constexpr double samePointTolerance = 1e-10;
 
 /// Whether two points differ, in each coordinate, by less than `tolerance` times the largest absolute coordinate of
 /// both. The origin is the same as itself; a point with a coordinate that is not a number is the same as none.

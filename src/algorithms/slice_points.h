@@ -19,7 +19,7 @@ struct SliceSegment {
 using SliceLine = std::vector<SlicePoint>;
 
 /// The part of the larger coordinate below which two points or two planes are the same.
-inline constexpr double sameTolerance = 1e-10;
+inline constexpr double samePointTolerance = 1e-10;
 
 /// The largest absolute coordinate of a point.
 inline double largestCoordinate(const SlicePoint& p) {
@@ -33,7 +33,7 @@ inline double largestCoordinate(const SlicePoint& p) {
 /// Whether two points differ, in each coordinate, by less than `tolerance` times the largest absolute coordinate of
 /// both. Points with a coordinate that is not finite, and points other than the origin so near to it that the division
 /// overflows, are not even the same as themselves.
-inline bool samePoint(const SlicePoint& a, const SlicePoint& b, double tolerance = sameTolerance) {
+inline bool samePoint(const SlicePoint& a, const SlicePoint& b, double tolerance = samePointTolerance) {
     const double largestOfA = largestCoordinate(a);
     const double largestOfB = largestCoordinate(b);
     const double largest = largestOfA > largestOfB ? largestOfA : largestOfB;
@@ -51,7 +51,7 @@ inline bool samePlane(double a, double b) {
         return true;
     }
     const double largest = std::fabs(a) > std::fabs(b) ? std::fabs(a) : std::fabs(b);
-    return std::fabs(a - b) / largest < sameTolerance;
+    return std::fabs(a - b) / largest < samePointTolerance;
 }
 
 } // namespace velmora

@@ -250,14 +250,16 @@ MaybeFailure BatchSession::runCommand(Words words) {
 }
 
 void BatchSession::carryOut(const Command& command) {
-    if (command.owner == CommandOwner::Shell) {
-        runShellCommand(command);
-    } else if (command.owner == CommandOwner::View && view_.runViewCommand(command.id)) {
-        return;
-    } else if (command.run != nullptr) {
+    switch (command.owner) {
+    case CommandOwner::Document:
         (doc_.*command.run)();
-    } else {
-        doc_.ShowStatus(plainText(command.menuText) + " is not there yet");
+        break;
+    case CommandOwner::View:
+        view_.runViewCommand(command.id);
+        break;
+    case CommandOwner::Shell:
+        runShellCommand(command);
+        break;
     }
 }
 

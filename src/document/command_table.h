@@ -20,7 +20,7 @@ struct Command {
     const char* toolTip;     ///< second line of the status text; empty: none
     const char* accelerator; ///< "Ctrl+S"; several commands may share one, the first that is on takes it
     CommandOwner owner;
-    void (VelmoraDoc::*run)();      ///< of document commands; null while the command is not built yet
+    void (VelmoraDoc::*run)();      ///< of document commands; null for the others
     bool (*off)(const VelmoraDoc&); ///< true when the document's state turns the command off; null: always on
 };
 

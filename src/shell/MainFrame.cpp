@@ -188,16 +188,10 @@ void MainFrame::run(const Command& command) {
     const HelpDesk::Running running(*help_, command);
     switch (command.owner) {
     case CommandOwner::Document:
-        if (command.run != nullptr) {
-            (document_.get()->*command.run)();
-        } else {
-            sayNotThere(command);
-        }
+        (document_.get()->*command.run)();
         break;
     case CommandOwner::View:
-        if (!view_->runViewCommand(command.id)) {
-            sayNotThere(command);
-        }
+        view_->runViewCommand(command.id);
         break;
     case CommandOwner::Shell:
         runShellCommand(command);
@@ -221,13 +215,7 @@ void MainFrame::runShellCommand(const Command& command) {
         help_->open();
     } else if (id == "help.about") {
         emit aboutWanted();
-    } else {
-        sayNotThere(command);
     }
-}
-
-void MainFrame::sayNotThere(const Command& command) {
-    document_->ShowStatus(plainText(command.menuText) + " is not there yet");
 }
 
 bool MainFrame::toolBarsShown() const {

@@ -52,7 +52,6 @@ private:
     CommandState stateOf(const Command& command) const;
     std::optional<bool> checkedState(std::string_view id) const;
     void runShellCommand(const Command& command);
-    void sayNotThere(const Command& command);
     void showContextMenu(const QPoint& position);
     bool toolBarsShown() const;
     void refresh();

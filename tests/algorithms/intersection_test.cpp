@@ -91,12 +91,12 @@ bool sameAddress(const CellAddress& a, const reference::Found& b) {
 // ---- Points and segments --------------------------------------------------------------------------------------------
 
 TEST(SamePoint, MeasuresByTheLargestCoordinate) {
-    EXPECT_TRUE(samePoint({100, 0, 0}, {100, 0.00999, 0}, 1e-4));
-    EXPECT_FALSE(samePoint({100, 0, 0}, {100, 0.01001, 0}, 1e-4));
-    EXPECT_TRUE(samePoint({0, 0, 0}, {0, 0, 0}, 1e-10));
-    EXPECT_FALSE(samePoint({0, 0, 0}, {1e-20, 0, 0}, 0.5));
+    EXPECT_TRUE(samePoint(Vector{100, 0, 0}, Vector{100, 0.00999, 0}, 1e-4));
+    EXPECT_FALSE(samePoint(Vector{100, 0, 0}, Vector{100, 0.01001, 0}, 1e-4));
+    EXPECT_TRUE(samePoint(Vector{0, 0, 0}, Vector{0, 0, 0}, 1e-10));
+    EXPECT_FALSE(samePoint(Vector{0, 0, 0}, Vector{1e-20, 0, 0}, 0.5));
     const double none = std::nan("");
-    EXPECT_FALSE(samePoint({none, 0, 0}, {none, 0, 0}, 1));
+    EXPECT_FALSE(samePoint(Vector{none, 0, 0}, Vector{none, 0, 0}, 1));
 }
 
 TEST(LineDistance, IsThatFromTheInfiniteLine) {

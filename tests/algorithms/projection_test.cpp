@@ -11,6 +11,7 @@
 #include "small_models.h"
 #include "small_zones.h"
 #include "target_mesh.h"
+#include "triangle_hit.h"
 #include "zone_elements.h"
 
 namespace velmora::test {
@@ -77,7 +78,11 @@ std::pair<Vector, Vector> anyLine(const TriangleMesh& mesh, const Vector& centre
     const Vector b = pointOf(mesh, t, 1);
     const Vector c = pointOf(mesh, t, 2);
     const Vector axes[] = {{1, 0, 0}, {0, 1, 0}, {0, 0, -1}};
-    switch (pick(7)) {
+    switch (pick(8)) {
+    case 7: { // along the plane of an edge's axis, to within rounding or not quite
+        const Vector tilt = anyVector(std::pow(10.0, -pick(20)));
+        return {unit(axes[pick(3)] + tilt), centre + wholeVector(3) * size};
+    }
     case 0:
         return {axes[pick(3)], a}; // through a vertex, along an axis
     case 1:
@@ -225,6 +230,18 @@ TEST(TriangleTree, TestsTrianglesBeyondAnyBoundWithEveryLine) {
         const auto [direction, origin] = anyLine(mesh, {}, 3);
         ASSERT_NO_FATAL_FAILURE(expectAllHits(tree, direction, origin));
     }
+}
+
+TEST(TriangleHit, BesideTheTriangleIsOneWithinItsMargin) {
+    const double a[] = {1e3, 0, 0};
+    const double b[] = {1e3 + 1, 0, 0};
+    const double c[] = {1e3, 1, 0};
+    const double up[] = {0, 0, 1};
+    const double onEdge[] = {1e3 + 0.5, -1e-7, 7};
+    double place[3];
+    EXPECT_TRUE(hitsTriangle(a, b, c, up, onEdge, place));
+    const double outside[] = {1e3 + 0.5, -0.1, 7};
+    EXPECT_FALSE(hitsTriangle(a, b, c, up, outside, place));
 }
 
 TEST(TriangleTree, OfNoTrianglesFindsNone) {

@@ -158,16 +158,6 @@ TEST_F(Session, HelpTopicsTellsWhereTheGuideIs) {
     EXPECT_EQ(event("status").at("text"), "The user guide is shown by the window; --help-commands lists the commands");
 }
 
-TEST_F(Session, ACommandWithoutWorkBehindItSaysSo) {
-    for (const Command& command : commandTable()) {
-        const std::string id = command.id;
-        if (command.owner == CommandOwner::Document && command.run == nullptr && printed("commands").at(id) == true) {
-            must("run " + id);
-            EXPECT_EQ(event("status").at("text"), plainText(command.menuText) + " is not there yet");
-        }
-    }
-}
-
 TEST_F(Session, AboutIsAMessage) {
     must("run help.about");
     const std::string text = event("message").at("text").get<std::string>();

@@ -194,11 +194,16 @@ KnifePlane planeThrough(const zVec<double>& a, const zVec<double>& b, const zVec
 }
 
 zVec<double> unitVector(const zVec<double>& vector) {
-    const double length = std::sqrt(dot(vector, vector));
-    if (!(length > 0.0) || !std::isfinite(length)) {
+    const auto over = [](const zVec<double>& v, double by) { return zVec<double>(v.x / by, v.y / by, v.z / by); };
+    const double largest = std::max({std::abs(vector.x), std::abs(vector.y), std::abs(vector.z)});
+    if (!(largest > 0.0) || !std::isfinite(largest)) {
         return {};
     }
-    return {vector.x / length, vector.y / length, vector.z / length};
+    // Squares of very small and very large numbers are no numbers.
+    const bool squaresHold = largest > 1e-100 && largest < 1e100;
+    const zVec<double> v = squaresHold ? vector : over(vector, largest);
+    const double length = std::sqrt(dot(v, v));
+    return std::isfinite(length) ? over(v, length) : zVec<double>();
 }
 
 int sideOf(const KnifePlane& plane, const zVec<double>& point) {

@@ -303,6 +303,9 @@ public:
 
     void SavePointUndo();
     void SavePatchUndo();
+    /// For commands that take the snapshot before they ask: Undo is off until one says that it has changed the model,
+    /// as the snapshot of the command before is gone.
+    void snapshotBeforeAsking();
     void UndoPoint();
     void UndoPatch();
 

@@ -69,6 +69,17 @@ void NumberWriter::writeText(std::string_view text) {
     }
 }
 
+void NumberWriter::writeQuoted(std::string_view text) {
+    writeChar('"');
+    for (std::size_t quote = text.find('"'); quote != std::string_view::npos; quote = text.find('"')) {
+        writeText(text.substr(0, quote));
+        writeChar('\'');
+        text.remove_prefix(quote + 1);
+    }
+    writeText(text);
+    writeChar('"');
+}
+
 bool NumberWriter::flush() {
     const bool written = file_.write({block_.get(), static_cast<std::size_t>(cursor_ - block_.get())});
     cursor_ = block_.get();

@@ -36,6 +36,8 @@ public:
     void writeInt(std::int64_t value);
     void writeChar(char value);
     void writeText(std::string_view text);
+    /// The text between double quotes; a double quote in it becomes a single one, as readers end the text there.
+    void writeQuoted(std::string_view text);
 
     /// Hands the last block to the file; to be called once, when all is written. False when any write failed.
     bool flush();

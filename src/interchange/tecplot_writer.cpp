@@ -14,13 +14,12 @@ namespace velmora {
 namespace {
 
 void writeFileHeader(NumberWriter& out, const std::string& title, const ZoneVariables& variables) {
-    out.writeText("TITLE = \"");
-    out.writeText(title);
-    out.writeText("\"\nVARIABLES =");
+    out.writeText("TITLE = ");
+    out.writeQuoted(title);
+    out.writeText("\nVARIABLES =");
     for (const auto& variable : variables) {
-        out.writeText(" \"");
-        out.writeText(variable->name);
-        out.writeChar('"');
+        out.writeChar(' ');
+        out.writeQuoted(variable->name);
     }
     out.writeChar('\n');
 }
@@ -123,9 +122,9 @@ void write(const std::filesystem::path& path, const Region& region, std::int32_t
         const ZoneVariables& named = region.blocks.front()->variables;
         writeFileHeader(out, region.title, named);
         for (const auto& zone : region.blocks) {
-            out.writeText("ZONE T=\"");
-            out.writeText(zone->title);
-            out.writeText("\"\n");
+            out.writeText("ZONE T=");
+            out.writeQuoted(zone->title);
+            out.writeChar('\n');
             writeExtents(out, *zone);
             out.writeText("\nDATAPACKING=POINT\n");
             writeDataTypes(out, named.size(), precision);

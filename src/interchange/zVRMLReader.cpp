@@ -114,9 +114,9 @@ void zVRMLReader::write(const std::filesystem::path& fileName, const zRegion_fe&
     output.writeText("#VRML V2.0 utf8\n"
                      "WorldInfo {\n"
                      "  info \"VRML97: The Virtual Reality Modeling Language International Standard ISO/IEC 14772\"\n"
-                     "  title \"");
-    output.writeText(region.title);
-    output.writeText("\"\n}\n");
+                     "  title ");
+    output.writeQuoted(region.title);
+    output.writeText("\n}\n");
     for (const auto& zone : region.blocks) {
         writeShape(output, *zone);
     }

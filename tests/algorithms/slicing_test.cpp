@@ -771,6 +771,17 @@ TEST(PlaneThrough, HasTheMeanPointAndTheUnitNormal) {
     EXPECT_EQ(planeThrough({0, 0, 0}, {1, 1, 1}, {2, 2, 2}).normal, Point());
 }
 
+TEST(UnitVector, HasTheDirectionOfVeryShortAndVeryLongOnes) {
+    for (const double size : {1e-300, 1e-200, 1e-5, 1.0, 1e200, 1e300}) {
+        const Point v = unitVector({3.0 * size, 0.0, -4.0 * size});
+        EXPECT_DOUBLE_EQ(v.x, 0.6) << size;
+        EXPECT_EQ(v.y, 0.0) << size;
+        EXPECT_DOUBLE_EQ(v.z, -0.8) << size;
+    }
+    EXPECT_EQ(unitVector({}), Point());
+    EXPECT_EQ(unitVector({INFINITY, 0, 0}), Point());
+}
+
 TEST(SplitZones, TellTheirProgress) {
     std::vector<double> told;
     zRegion_fe region = box(1, 1, 1);

@@ -120,6 +120,7 @@ TEST_F(ToSkl, UndoBringsTheSurfaceBack) {
 }
 
 TEST_F(ToSkl, CancelTakesTheSnapshotOnly) {
+    doc.patchUndoReady = true; // by a command before, whose snapshot goes
     doc.ConvertToSkl();
     EXPECT_THAT(heard(), ElementsAre("dialog: CConvert_to_SKL -> cancel"));
     EXPECT_EQ(doc.structureKind, "uns");
@@ -287,6 +288,7 @@ TEST_F(ToApt, MakesAGridOfLines) {
 
 TEST_F(ToApt, CancelTakesTheSnapshotOnly) {
     holdLines();
+    doc.patchUndoReady = true; // by a command before, whose snapshot goes
     doc.ConvertToApt();
     EXPECT_EQ(doc.fileKind, "skl");
     EXPECT_THAT(doc.undoPatches, SizeIs(1));
@@ -389,6 +391,7 @@ TEST_F(ZoneKnife, UndoBringsTheWholeBack) {
 }
 
 TEST_F(ZoneKnife, CancelTakesTheSnapshotOnly) {
+    doc.patchUndoReady = true; // by a command before, whose snapshot goes
     doc.KnifeZones();
     EXPECT_EQ(elements(), 12);
     EXPECT_THAT(doc.undoRegion.blocks, SizeIs(1));

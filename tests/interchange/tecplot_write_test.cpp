@@ -75,6 +75,13 @@ TEST_F(TecplotWrite, OrderedZonesStandPointAfterPoint) {
                            "2 4 6\n");
 }
 
+TEST_F(TecplotWrite, AQuoteInANameWouldEndItAndIsWrittenAsASingleOne) {
+    structured_.title = "\"12\" pipe";
+    structured_.blocks.push_back(grid("\"", 1, 1, {{"x", {0}}, {"y", {0}}, {"z", {0}}}));
+    const std::string text = written(16);
+    EXPECT_THAT(text, testing::StartsWith("TITLE = \"'12' pipe\"\nVARIABLES = \"x\" \"y\" \"z\"\nZONE T=\"'\"\n"));
+}
+
 TEST_F(TecplotWrite, TrianglesNameThreeNodesFromOne) {
     unstructured_.title = "t";
     unstructured_.blocks.push_back(triangle("f"));

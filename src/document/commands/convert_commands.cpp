@@ -51,7 +51,7 @@ void VelmoraDoc::ConvertToSkl() {
     if (structureKind != "uns") {
         return;
     }
-    SavePatchUndo();
+    snapshotBeforeAsking();
     const CornerBox box = cornerBox(feRegion);
     toSklValues.boxMin = box.lower;
     toSklValues.boxMax = box.upper;
@@ -85,7 +85,7 @@ void VelmoraDoc::ConvertToApt() {
     if (structureKind != "str") {
         return;
     }
-    SavePatchUndo();
+    snapshotBeforeAsking();
     if (!showDialog(toAptValues)) {
         return;
     }

@@ -17,7 +17,7 @@ void VelmoraDoc::KnifeModel() {
     if (structureKind != "str") {
         return;
     }
-    SavePatchUndo();
+    snapshotBeforeAsking();
     const auto removed = chooseSide();
     if (!removed) {
         return;
@@ -145,7 +145,7 @@ void VelmoraDoc::KnifeZones() {
     if (structureKind != "uns") {
         return;
     }
-    SavePatchUndo();
+    snapshotBeforeAsking();
     if (lineBufferFull && lineBuffer.size() >= 3) {
         takePlane(knifeValues, planeThrough(lineBuffer[0], lineBuffer[1], lineBuffer[2]));
     }

@@ -27,6 +27,11 @@ void VelmoraDoc::SavePatchUndo() {
     undoPath_.clear();
 }
 
+void VelmoraDoc::snapshotBeforeAsking() {
+    SavePatchUndo();
+    patchUndoReady = false;
+}
+
 void VelmoraDoc::beginPatchCommand(bool changesExtent) {
     SavePatchUndo();
     patchUndoReady = true;

@@ -34,7 +34,8 @@ void VelmoraDoc::Intersection() {
     redraw();
 }
 
-/// Fills the three lists of the joint. False, with the reason told, when a line pierces nothing.
+/// Fills the three lists of the joint. False, with the reason told, when a line pierces nothing; also for a zBlock
+/// without lines, as then there is no joint and all other patches would be thrown away.
 bool VelmoraDoc::pierceOtherPatches() {
     PiercingPoints piercing;
     PiercingOutcome outcome;
@@ -50,7 +51,7 @@ bool VelmoraDoc::pierceOtherPatches() {
     } else if (outcome.failure == PiercingFailure::NotFound) {
         ui_.showMessage(message::lineNotIntersected(outcome.line, outcome.patch));
     }
-    return outcome.failure == PiercingFailure::None;
+    return outcome.failure == PiercingFailure::None && (blockCount < 1 || !interLine.empty());
 }
 
 /// Runs the grids along the joint, throws away what lies on the unwanted side and re-spaces the rest.

@@ -64,6 +64,10 @@ void VelmoraDoc::AppendDat() {
     if (path.empty() || !readZones(path, structured, unstructured)) {
         return;
     }
+    if (structured.blocks.empty()) {
+        ui_.showMessage(message::openCancelled);
+        return;
+    }
     const ZoneRefusal refusal = zonesToPatches(structured, ZoneDetail::Whole).refusal;
     if (refusal != ZoneRefusal::None) {
         ui_.showMessage(std::string(messageOf(refusal)));

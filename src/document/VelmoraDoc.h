@@ -578,7 +578,7 @@ private:
     void mergeZonesOfBlock();
     void matchBlock(bool grid);
     bool correctCapturedLine();
-    std::filesystem::path chooseReference(const char* extension, const char* typeName, const char* command);
+    std::filesystem::path chooseReference(const char* extension, const char* command);
     void reflectZonesOfBlock();
     void finishReflection();
     bool pierceOtherPatches();

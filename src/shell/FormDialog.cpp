@@ -67,6 +67,14 @@ QString nameOf(const DialogField& field) {
 
 } // namespace
 
+void lookReadOnly(QLineEdit& edit) {
+    edit.setReadOnly(true);
+    edit.setFocusPolicy(Qt::ClickFocus);
+    QPalette ground = edit.palette();
+    ground.setColor(QPalette::Base, ground.color(QPalette::Window));
+    edit.setPalette(ground);
+}
+
 FormDialog::FormDialog(DialogForm& form, QWidget* parent) : QDialog(parent), form_(form), keys_(keysOfButtons) {
     setObjectName(qtText(form.name));
     setWindowTitle(qtText(form.title));
@@ -173,14 +181,9 @@ QLineEdit* FormDialog::makeEdit(const DialogField& field, const QString& name) {
     auto* edit = new QLineEdit(this);
     edit->setObjectName(qtText(field.key));
     edit->setAccessibleName(name);
-    edit->setReadOnly(field.readOnly);
     edit->setFixedWidth(editWidth);
     if (field.readOnly) {
-        // It looks like the dialog's ground: nothing can be typed here.
-        edit->setFocusPolicy(Qt::ClickFocus);
-        QPalette ground = edit->palette();
-        ground.setColor(QPalette::Base, ground.color(QPalette::Window));
-        edit->setPalette(ground);
+        lookReadOnly(*edit);
     }
     connect(edit, &QLineEdit::editingFinished, this, [this, key = field.key] { takeSilently(key); });
     return edit;
@@ -250,9 +253,31 @@ FormDialog::Control* FormDialog::control(const std::string& key) {
     return found == controls_.end() ? nullptr : &*found;
 }
 
+/// An access key presses a choice for a moment before it counts; Return must not overtake it.
+void FormDialog::finishClicks() {
+    for (QAbstractButton* button : findChildren<QAbstractButton*>()) {
+        if (button->isCheckable() && button->isDown()) {
+            button->click();
+        }
+    }
+}
+
 void FormDialog::click(const std::string& key, const std::string& text) {
     setField(form_, key, text);
     showForm();
+    focusOnNumberOf(key);
+}
+
+/// A box that was ticked leaves the keyboard to the number that it turned on.
+void FormDialog::focusOnNumberOf(const std::string& key) {
+    for (std::size_t i = 0; i + 1 < form_.fields.size(); ++i) {
+        const DialogField& field = form_.fields[i];
+        const DialogField& next = form_.fields[i + 1];
+        if (field.key == key && field.kind == FieldKind::Check && fieldText(field) == "1" && standsBeside(next) &&
+            next.on) {
+            focusOn(next.key);
+        }
+    }
 }
 
 /// The user leaves a field: a good number is taken, so that what depends on it follows. A bad one stays as typed
@@ -289,6 +314,7 @@ std::optional<DialogRefusal> FormDialog::takeTyped() {
 }
 
 void FormDialog::accept() {
+    finishClicks();
     auto refusal = takeTyped();
     if (!refusal) {
         refusal = acceptDialog(form_);

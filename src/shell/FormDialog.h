@@ -16,6 +16,9 @@ class QVBoxLayout;
 
 namespace velmora {
 
+/// Makes a number look like the dialog's ground: nothing can be typed here.
+void lookReadOnly(QLineEdit& edit);
+
 /// Shows any parameter dialog. The form holds the values and the rules; this only shows them and passes on what is
 /// typed and clicked. Every control is named after the key of its field, choice n of a radio group "key.n".
 class FormDialog : public QDialog {
@@ -52,6 +55,8 @@ private:
     QCheckBox* makeCheck(const DialogField& field);
     QGroupBox* makeRadios(const DialogField& field);
 
+    void finishClicks();
+    void focusOnNumberOf(const std::string& key);
     void click(const std::string& key, const std::string& text);
     void takeSilently(const std::string& key);
     std::optional<DialogRefusal> takeTyped();

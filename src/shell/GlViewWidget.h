@@ -36,6 +36,7 @@ public:
     void finishFrame() override;
     bool swapBuffers() override { return true; } ///< the toolkit shows the frame when the paint is over
     void invertRectangle(PixelPoint from, PixelPoint to) override;
+    double pixelScale() const override { return devicePixelRatioF(); }
     void requestRepaint() override;
     void requestClose() override;
     void showCursor(MouseMode mode) override;

@@ -5,6 +5,7 @@
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextTable>
+#include <QTimer>
 
 #include "guide.h"
 
@@ -41,6 +42,14 @@ void GuideBrowser::doSetSource(const QUrl& url, QTextDocument::ResourceType type
     if (url.hasFragment()) {
         scrollToHeading(url.fragment());
     }
+    // A window that is just coming up takes its size later: the page is laid out again then, and what was painted
+    // before stands at the old places.
+    QTimer::singleShot(0, this, [this, url] {
+        if (source() == url && url.hasFragment()) {
+            scrollToHeading(url.fragment());
+        }
+        viewport()->update();
+    });
 }
 
 void GuideBrowser::resizeEvent(QResizeEvent* event) {

@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include "GuideBrowser.h"
+#include "theme_icon.h"
 
 namespace velmora {
 
@@ -66,18 +67,18 @@ HelpWindow::HelpWindow(QWidget* parent)
 }
 
 void HelpWindow::makeBar(QHBoxLayout& bar) {
-    const auto addButton = [&](const char* name, const QString& text, QStyle::StandardPixmap picture) {
+    const auto addButton = [&](const char* name, const QString& text, const QIcon& icon) {
         auto* button = new QToolButton(this);
         button->setObjectName(QLatin1String(name));
-        button->setIcon(style()->standardIcon(picture));
+        button->setIcon(icon);
         button->setToolTip(text);
         button->setAccessibleName(text);
         bar.addWidget(button);
         return button;
     };
-    auto* back = addButton("back", tr("Back"), QStyle::SP_ArrowBack);
-    auto* forward = addButton("forward", tr("Forward"), QStyle::SP_ArrowForward);
-    auto* start = addButton("start", tr("Start page"), QStyle::SP_DirHomeIcon);
+    auto* back = addButton("back", tr("Back"), style()->standardIcon(QStyle::SP_ArrowBack));
+    auto* forward = addButton("forward", tr("Forward"), style()->standardIcon(QStyle::SP_ArrowForward));
+    auto* start = addButton("start", tr("Start page"), themeIcon(QStringLiteral(":/icons/guide.start.svg")));
     back->setEnabled(false);
     forward->setEnabled(false);
     connect(back, &QToolButton::clicked, page_, &QTextBrowser::backward);

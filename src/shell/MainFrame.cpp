@@ -248,7 +248,10 @@ void MainFrame::showContextMenu(const QPoint& position) {
     QMenu menu(this);
     menu.setObjectName(qtText(entries->name));
     actions_->fillMenu(menu, entries->entries);
+    // Menus of the menu bar do both by themselves.
+    connect(&menu, &QMenu::hovered, this, [this](QAction* action) { action->showStatusText(this); });
     menu.exec(position);
+    status_->showHint(QString());
 }
 
 // ---- Events ---------------------------------------------------------------------------------------------------------
@@ -257,6 +260,10 @@ bool MainFrame::event(QEvent* event) {
     if (event->type() == QEvent::StatusTip) {
         status_->showHint(static_cast<QStatusTipEvent*>(event)->tip());
         return true;
+    }
+    // A menu that help was asked in leaves the keyboard to nobody.
+    if (event->type() == QEvent::WindowActivate && (focusWidget() == nullptr || focusWidget() == menuBar())) {
+        viewWidget_->setFocus();
     }
     return QMainWindow::event(event);
 }

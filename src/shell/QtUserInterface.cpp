@@ -1,7 +1,10 @@
 #include "QtUserInterface.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QKeyEvent>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QTimer>
@@ -12,6 +15,7 @@
 #include "RecentFiles.h"
 #include "RegularInputDialog.h"
 #include "StatusLine.h"
+#include "messages.h"
 #include "qt_text.h"
 
 namespace velmora {
@@ -148,14 +152,43 @@ void QtUserInterface::showHeldMessages() {
     }
 }
 
+namespace {
+
+/// A question that only its buttons answer where No would lose work: Escape, which also leaves the program, does not
+/// say No then.
+class QuestionBox : public QMessageBox {
+public:
+    QuestionBox(const QString& text, bool noIsSafe, QWidget* parent)
+        : QMessageBox(Question, QStringLiteral("Velmora"), text, Yes | No, parent), noIsSafe_(noIsSafe) {
+        setObjectName(QStringLiteral("questionBox"));
+        setTextFormat(Qt::PlainText);
+        setDefaultButton(Yes);
+        setEscapeButton(No);
+    }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (noIsSafe_ || !event->matches(QKeySequence::Cancel)) {
+            QMessageBox::keyPressEvent(event);
+        }
+    }
+    void closeEvent(QCloseEvent* event) override {
+        if (noIsSafe_) {
+            QMessageBox::closeEvent(event);
+        } else {
+            event->ignore();
+        }
+    }
+
+private:
+    bool noIsSafe_;
+};
+
+} // namespace
+
 bool QtUserInterface::ask(const std::string& text) {
     const Turn turn(*this);
-    QMessageBox box(QMessageBox::Question, QStringLiteral("Velmora"), qtText(text), QMessageBox::Yes | QMessageBox::No,
-                    parentOfBoxes());
-    box.setObjectName(QStringLiteral("questionBox"));
-    box.setTextFormat(Qt::PlainText);
-    box.setDefaultButton(QMessageBox::Yes);
-    box.setEscapeButton(QMessageBox::No);
+    QuestionBox box(qtText(text), text != message::saveBeforeExit, parentOfBoxes());
     return box.exec() == QMessageBox::Yes;
 }
 
@@ -169,6 +202,18 @@ bool QtUserInterface::showRegularInput(CRegularInput& table) {
     const Turn turn(*this);
     RegularInputDialog dialog(table, parentOfBoxes());
     return dialog.exec() == QDialog::Accepted;
+}
+
+/// A name with an extension that is none of those offered gets the chosen one behind it: nothing would be written
+/// otherwise. False when a file of the new name is not to be replaced.
+bool QtUserInterface::completeName(QString& file, const ChooserFilters& filters, int chosen) {
+    const QString extension = filters.extensions.value(chosen);
+    if (extension.isEmpty() || filters.extensions.contains(QFileInfo(file).suffix().toLower())) {
+        return true;
+    }
+    file += QLatin1Char('.') + extension;
+    return !QFileInfo::exists(file) ||
+           ask(plainBytes(QFileDialog::tr("%1 already exists.\nDo you want to replace it?").arg(file)));
 }
 
 std::vector<std::filesystem::path> QtUserInterface::chooseFiles(const FileRequest& request) {
@@ -204,6 +249,9 @@ std::vector<std::filesystem::path> QtUserInterface::chooseFiles(const FileReques
     usedLast = filters.texts.value(chosen);
     QStringList files = dialog.selectedFiles();
     files.removeDuplicates();
+    if (choosesFileToWrite(request.mode) && !completeName(files.front(), filters, chosen)) {
+        return {};
+    }
     std::vector<std::filesystem::path> paths;
     std::transform(files.cbegin(), files.cend(), std::back_inserter(paths), filePath);
     return paths;

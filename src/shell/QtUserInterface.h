@@ -55,6 +55,7 @@ private:
     /// The arrow in place of the wait cursor for the time that the user has the word.
     class Turn;
 
+    bool completeName(QString& file, const ChooserFilters& filters, int chosen);
     void showBox(const std::string& text);
     void showHeldMessages();
     QWidget* parentOfBoxes() const;

@@ -11,6 +11,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QTableWidget>
 #include <QVBoxLayout>
@@ -42,9 +43,22 @@ void RegularInputDialog::placeRows(QGridLayout& grid) {
     rows_->setSelectionBehavior(QAbstractItemView::SelectRows);
     rows_->setSelectionMode(QAbstractItemView::SingleSelection);
     rows_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    rows_->setMinimumSize(560, 220);
+    setColumnWidths();
     connect(rows_, &QTableWidget::currentCellChanged, this, [this](int row) { selectRow(row); });
     grid.addWidget(rows_, 0, 0, 1, 2);
+}
+
+/// Wide enough for any number: its exponent must not be cut.
+void RegularInputDialog::setColumnWidths() {
+    constexpr int margins = 24;
+    constexpr int shownRows = 7;
+    const int coordinate = fontMetrics().horizontalAdvance(QStringLiteral("+0.000000e+000")) + margins;
+    const int index = fontMetrics().horizontalAdvance(QStringLiteral("0000000")) + margins;
+    for (int column = 0; column < rows_->columnCount(); ++column) {
+        rows_->setColumnWidth(column, column < 3 ? coordinate : index);
+    }
+    rows_->setMinimumWidth(3 * (coordinate + index) + rows_->verticalScrollBar()->sizeHint().width() + margins);
+    rows_->setMinimumHeight((shownRows + 1) * rows_->verticalHeader()->defaultSectionSize());
 }
 
 void RegularInputDialog::placeNumbers(QGridLayout& grid) {
@@ -54,7 +68,9 @@ void RegularInputDialog::placeNumbers(QGridLayout& grid) {
         auto* edit = new QLineEdit(frame);
         edit->setObjectName(qtText(field.key));
         edit->setAccessibleName(qtText(field.label));
-        edit->setReadOnly(field.readOnly);
+        if (field.readOnly) {
+            lookReadOnly(*edit);
+        }
         auto* label = new QLabel(qtText(field.label), frame);
         label->setBuddy(edit);
         const int row = static_cast<int>(entries_.size());

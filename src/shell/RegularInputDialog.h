@@ -32,6 +32,7 @@ private:
         QLineEdit* edit = nullptr;
     };
 
+    void setColumnWidths();
     void placeNumbers(QGridLayout& grid);
     void placeActions(QGridLayout& grid);
     void placeRows(QGridLayout& grid);

@@ -85,6 +85,7 @@ void VelmoraView::drawWithOverlay() {
     frame.modelView = modelViewMatrix;
     frame.projection = projectionMatrix;
     frame.viewport = viewport;
+    frame.pixelScale = surface().pixelScale();
     surface().drawScene(frame);
 }
 

@@ -35,6 +35,7 @@ struct SceneFrame {
     Matrix4 modelView{};
     Matrix4 projection{};
     Viewport viewport;
+    double pixelScale = 1.0; ///< points and lines are this many times as thick
 };
 
 /// The window that a view draws on. The one in the frame draws with OpenGL; the one of scripts and tests only keeps
@@ -65,6 +66,8 @@ public:
     virtual void invertRectangle(PixelPoint from, PixelPoint to) = 0;
 
     // Window.
+    /// Pixels of the screen for one of an ordinary screen: what has its size in pixels grows by it.
+    virtual double pixelScale() const { return 1.0; }
     virtual void requestRepaint() = 0;
     virtual void requestClose() = 0;
     virtual void showCursor(MouseMode mode) = 0;

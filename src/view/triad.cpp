@@ -34,19 +34,22 @@ constexpr std::span<const Stroke> letters[3] = {letterX, letterY, letterZ};
 
 void VelmoraView::addTriad(DrawList& list) {
     const Matrix4& m = modelViewMatrix;
-    const double originY = viewport.height - originBelowTop;
-    const auto tipX = [&m](std::size_t axis) { return originX + axisLength * m[4 * axis]; };
-    const auto tipY = [&m, originY](std::size_t axis) { return originY + axisLength * m[4 * axis + 1]; };
-    if (!unprojectPoint({originX, originY, triadDepth}, m, projectionMatrix, viewport)) {
+    const auto tipX = [&m](std::size_t axis) { return axisLength * m[4 * axis]; };
+    const auto tipY = [&m](std::size_t axis) { return axisLength * m[4 * axis + 1]; };
+    // Places in pixels from the triad's origin.
+    const double scale = surface().pixelScale();
+    const auto place = [this, &m, scale](double x, double y) {
+        return unprojectPoint({scale * (originX + x), viewport.height + scale * (y - originBelowTop), triadDepth}, m,
+                              projectionMatrix, viewport);
+    };
+    if (!place(0.0, 0.0)) {
         return;
     }
-    const auto modelPoint = [this, &m](double x, double y) {
-        return unprojectPoint({x, y, triadDepth}, m, projectionMatrix, viewport).value_or(zVec<double>());
-    };
+    const auto modelPoint = [&place](double x, double y) { return place(x, y).value_or(zVec<double>()); };
     for (std::size_t axis = 0; axis < 3; ++axis) {
         const zVec<double> tip = modelPoint(tipX(axis), tipY(axis));
         list.begin(Primitive::Lines, axisColours[axis]);
-        list.vertex(modelPoint(originX, originY));
+        list.vertex(modelPoint(0.0, 0.0));
         list.vertex(tip);
         list.point(tip, 3.0F, axisColours[axis]);
     }
@@ -59,7 +62,7 @@ void VelmoraView::addTriad(DrawList& list) {
     }
     list.begin(Primitive::Triangles, {1.0F, 1.0F, 1.0F, 1.0F}).outlineFront = true;
     for (std::size_t axis = 0; axis < 3; ++axis) {
-        list.vertex(modelPoint(originX + triangleX * m[4 * axis], originY + triangleY * m[4 * axis + 1]));
+        list.vertex(modelPoint(triangleX * m[4 * axis], triangleY * m[4 * axis + 1]));
     }
 }
 

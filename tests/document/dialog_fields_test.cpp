@@ -323,13 +323,13 @@ TEST(DialogFields, OfLineCorrect) {
 TEST(DialogFields, OfConvertToSkl) {
     EXPECT_THAT(linesOf("CConvert_to_SKL"),
                 ElementsAre("Convert to SKL", "number | Number | int | 20 | 0 to 100000",
-                            "planeAxis |  | radio | 1 | \"Use x=const planes\" \"Use y=const planes\" \"Use z=const "
-                            "planes\"",
-                            "borderApproach |  | radio | 1 | \"Automatic\" \"Manual\"",
                             "border |  | real | 0.1 | 0 to 10000000", "min | Min | real | 0 | any | read-only",
                             "max | Max | real | 0 | any | read-only", "yourMin | Your Min choice | real | 0 | any",
                             "yourMax | Your Max choice | real | 0 | any",
-                            "precision | Precision | real | 1e-04 | 1e-10 to 100"));
+                            "precision | Precision | real | 1e-04 | 1e-10 to 100",
+                            "planeAxis |  | radio | 1 | \"Use x=const planes\" \"Use y=const planes\" \"Use z=const "
+                            "planes\"",
+                            "borderApproach |  | radio | 1 | \"Automatic\" \"Manual\""));
 }
 
 TEST(DialogFields, OfConvertToApt) {
@@ -344,14 +344,14 @@ TEST(DialogFields, OfUnstructuredKnife) {
         ElementsAre("Unstructured knife",
                     "planeKind |  | radio | 1 | \"Use X=const plane\" \"Use Y=const plane\" \"Use Z=const plane\" "
                     "\"Use 3D plane\"",
+                    "cutKind |  | radio | 1 | \"Before\" \"After\" \"Save parts\"",
                     "min | Min | real | 0 | any | read-only", "max | Max | real | 0 | any | read-only",
-                    "section | Max >Section >Min | real | 0 | any",
-                    "cutKind |  | radio | 1 | \"Before\" \"After\" \"Save parts\"", "x | X | real | 0 | any",
-                    "y | Y | real | 0 | any", "z | Z | real | 0 | any", "nx | Nx | real | 0 | any",
+                    "section | Max >Section >Min | real | 0 | any", "nx | Nx | real | 0 | any",
                     "ny | Ny | real | 0 | any", "nz | Nz | real | 0 | any", "xMin | Xmin | real | 0 | any | read-only",
-                    "xMax | Xmax | real | 0 | any | read-only", "yMin | Ymin | real | 0 | any | read-only",
-                    "yMax | Ymax | real | 0 | any | read-only", "zMin | Zmin | real | 0 | any | read-only",
-                    "zMax | Zmax | real | 0 | any | read-only"));
+                    "xMax | Xmax | real | 0 | any | read-only", "x | X | real | 0 | any",
+                    "yMin | Ymin | real | 0 | any | read-only", "yMax | Ymax | real | 0 | any | read-only",
+                    "y | Y | real | 0 | any", "zMin | Zmin | real | 0 | any | read-only",
+                    "zMax | Zmax | real | 0 | any | read-only", "z | Z | real | 0 | any"));
 }
 
 TEST(StoredDialogs, AreFoundByEachOfTheirNames) {

@@ -68,6 +68,23 @@ void holdLineAndFreePoint(VelmoraDoc& document) {
     document.lineCaptured = true;
 }
 
+void holdTriangles(VelmoraDoc& document) {
+    document.ConvertToUnstructured();
+}
+
+void holdLinesOfTwoLengths(VelmoraDoc& document) {
+    document.patches[0][1].pop_back();
+    document.UpdateAfterEdit();
+    document.surfaceMode = false; // lines have no surface picture, and a box says so
+}
+
+/// The lines of the patch in the zBlock run along y, through a wall at y = 0.5.
+void holdPatchThroughWall(VelmoraDoc& document) {
+    document.patches.resize(2);
+    document.patches[1] = {{{-1, 0.5, -1}, {4, 0.5, -1}}, {{-1, 0.5, 1}, {4, 0.5, 1}}};
+    holdPatch(document);
+}
+
 /// How a person opens one dialog and what it is good for. The model is that of FlatDesk.
 struct DialogRow {
     const char* name;    ///< class name
@@ -88,6 +105,7 @@ double x(const VelmoraDoc& document, std::size_t n, std::size_t m) {
 const std::vector<DialogRow>& dialogRows() {
     using Doc = const VelmoraDoc&;
     static const QStringList transform = {"Transformations"};
+    static const QStringList convert = {"Transformations", "Convert to"};
     static const std::vector<DialogRow> rows = {
         {"Cduplicate",
          "point.duplicate",
@@ -240,6 +258,14 @@ const std::vector<DialogRow>& dialogRows() {
          "0",
          "2",
          [](Doc d) { return d.viewingValues.scale == 2.0; }},
+        {"CConvert_to_SKL", "convert.toSkl", convert, holdTriangles, "", "number", "100001", "3",
+         [](Doc d) { return d.fileKind == "skl" && d.patches.size() == 1; }},
+        {"CConvert_SKL_to_APT", "convert.toApt", convert, holdLinesOfTwoLengths, "", "pointCount", "1", "6",
+         [](Doc d) { return d.fileKind == "apt" && d.patches[0][1].size() == 6; }},
+        {"CUKnife", "convert.knife", convert, holdTriangles, "", "section", "mid", "6.5",
+         [](Doc d) { return d.patchUndoReady && d.feRegion.blocks.back()->elementCount == 0; }},
+        {"CIntersection", "model.intersection", transform, holdPatchThroughWall, "", "insidePoints", "1", "5",
+         [](Doc d) { return d.patches[0].size() == 4 && d.patches[0][0].size() == 5; }},
         {"CRegularFind",
          "point.input",
          {"Edit", "Point"},

@@ -3,6 +3,7 @@
 
 #include "VelmoraDoc.h"
 #include "dat_geometry.h"
+#include "file_types.h"
 #include "messages.h"
 #include "path_names.h"
 
@@ -11,10 +12,10 @@ namespace velmora {
 // A second geometry beside the model, onto which parts of it can be projected.
 
 /// The file that the user chooses; empty for Cancel, and for a file of another type, which is told.
-std::filesystem::path VelmoraDoc::chooseReference(const char* extension, const char* typeName, const char* command) {
+std::filesystem::path VelmoraDoc::chooseReference(const char* extension, const char* command) {
     FileRequest request;
     request.mode = ChooserMode::Append;
-    request.types = {{extension, typeName}};
+    request.types = fileTypesNamed({extension});
     request.command = command;
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
     if (paths.empty()) {
@@ -29,7 +30,7 @@ std::filesystem::path VelmoraDoc::chooseReference(const char* extension, const c
 
 /// Zones of a further file come behind those that are open already. A file that cannot be read changes nothing.
 void VelmoraDoc::AppendWrl() {
-    const std::filesystem::path path = chooseReference("wrl", "Unstructured Files", "file.appendWrl");
+    const std::filesystem::path path = chooseReference("wrl", "file.appendWrl");
     zRegion structured;
     zRegion_fe incoming;
     if (path.empty() || !readZones(path, structured, incoming)) {
@@ -58,7 +59,7 @@ void VelmoraDoc::CloseWrl() {
 /// Reads a second grid and tells what is wrong with its file. No command works on a second grid, so it is not kept:
 /// `secondKind` stays as it is, and "Close dat" and "Reflection to dat" stay off.
 void VelmoraDoc::AppendDat() {
-    const std::filesystem::path path = chooseReference("dat", "TecPlot Geometry Files", "file.appendDat");
+    const std::filesystem::path path = chooseReference("dat", "file.appendDat");
     zRegion structured;
     zRegion_fe unstructured;
     if (path.empty() || !readZones(path, structured, unstructured)) {

@@ -269,6 +269,7 @@ void VelmoraDoc::RemovePatchFromBlock() {
 void VelmoraDoc::NewBlock() {
     emptyBlock();
     showBlockOnly = false;
+    redraw();
     AddPatchToBlock();
 }
 

@@ -46,14 +46,14 @@ DialogForm describe(CConvert_to_SKL& values) {
     form.title = "Convert to SKL";
     form.fields = {
         integerField("number", "Number", values.number, 0, 100000),
-        radioField("planeAxis", values.planeAxis, {"Use x=const planes", "Use y=const planes", "Use z=const planes"}),
-        radioField("borderApproach", values.borderApproach, {"Automatic", "Manual"}),
         realField("border", "", values.border, 0, 1e7),
         shownOnly(realField("min", "Min", values.min)),
         shownOnly(realField("max", "Max", values.max)),
         realField("yourMin", "Your Min choice", values.yourMin),
         realField("yourMax", "Your Max choice", values.yourMax),
         realField("precision", "Precision", values.precision, 1e-10, 100),
+        radioField("planeAxis", values.planeAxis, {"Use x=const planes", "Use y=const planes", "Use z=const planes"}),
+        radioField("borderApproach", values.borderApproach, {"Automatic", "Manual"}),
     };
     form.refresh = [&values](DialogForm& self, std::string_view key) { refresh(self, values, key); };
     form.confirm = [&values](DialogForm&) { return confirm(values); };

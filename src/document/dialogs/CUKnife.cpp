@@ -37,22 +37,22 @@ DialogForm describe(CUKnife& values) {
     form.fields = {
         radioField("planeKind", values.planeKind,
                    {"Use X=const plane", "Use Y=const plane", "Use Z=const plane", "Use 3D plane"}),
+        radioField("cutKind", values.cutKind, {"Before", "After", "Save parts"}),
         shownOnly(realField("min", "Min", values.min)),
         shownOnly(realField("max", "Max", values.max)),
         realField("section", "Max >Section >Min", values.section),
-        radioField("cutKind", values.cutKind, {"Before", "After", "Save parts"}),
-        realField("x", "X", values.x),
-        realField("y", "Y", values.y),
-        realField("z", "Z", values.z),
         realField("nx", "Nx", values.nx),
         realField("ny", "Ny", values.ny),
         realField("nz", "Nz", values.nz),
         shownOnly(realField("xMin", "Xmin", values.xMin)),
         shownOnly(realField("xMax", "Xmax", values.xMax)),
+        realField("x", "X", values.x),
         shownOnly(realField("yMin", "Ymin", values.yMin)),
         shownOnly(realField("yMax", "Ymax", values.yMax)),
+        realField("y", "Y", values.y),
         shownOnly(realField("zMin", "Zmin", values.zMin)),
         shownOnly(realField("zMax", "Zmax", values.zMax)),
+        realField("z", "Z", values.z),
     };
     form.refresh = [&values](DialogForm& self, std::string_view key) { refresh(self, values, key); };
     return form;

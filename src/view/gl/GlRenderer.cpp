@@ -97,12 +97,13 @@ void GlRenderer::draw(const SceneFrame& frame) {
 
 void GlRenderer::drawRuns(const GlBuffer& buffer, const SceneFrame& frame, bool lightsOn) {
     buffer.bind();
+    const auto scale = static_cast<float>(frame.pixelScale);
     for (const GlRun& run : buffer.runs()) {
         setEnabled(GL_LIGHTING, lightsOn && run.look.lit);
         setFaces(run.look, frame.filled);
         glDepthFunc(depthRule(run.look));
-        glPointSize(run.look.pointSize);
-        glLineWidth(run.look.lineWidth);
+        glPointSize(run.look.pointSize * scale);
+        glLineWidth(run.look.lineWidth * scale);
         glColor4fv(run.look.colour.data());
         buffer.draw(run);
     }

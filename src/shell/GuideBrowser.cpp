@@ -42,9 +42,10 @@ void GuideBrowser::doSetSource(const QUrl& url, QTextDocument::ResourceType type
     if (url.hasFragment()) {
         scrollToHeading(url.fragment());
     }
-    // A window that is just coming up takes its size later: the page is laid out again then, and what was painted
-    // before stands at the old places.
+    // A window that is just coming up takes its size later, and the layout that was begun for the other size leaves
+    // paragraphs without a height: the page is laid out from the start then.
     QTimer::singleShot(0, this, [this, url] {
+        document()->markContentsDirty(0, document()->characterCount());
         if (source() == url && url.hasFragment()) {
             scrollToHeading(url.fragment());
         }

@@ -33,6 +33,16 @@ std::optional<zVec<double>> hitOf(const Corners& triangle, const zVec<double>& d
     return hit ? std::optional(zVec<double>(place[0], place[1], place[2])) : std::nullopt;
 }
 
+CellAddress addressOf(std::size_t k, std::size_t n, std::size_t m) {
+    return {static_cast<std::int32_t>(k), static_cast<std::int32_t>(n), static_cast<std::int32_t>(m)};
+}
+
+std::optional<EdgePlace> placeOnEdge(const zVec<double>& a, const zVec<double>& b, const zVec<double>& p,
+                                     double tolerance, const CellAddress& begin) {
+    const SegmentPlace at = pointOnSegment(a, b, p, tolerance);
+    return at.kind == SegmentPlace::On ? std::optional(EdgePlace{begin, at.t}) : std::nullopt;
+}
+
 zVec<double> unitChord(const zVec<double>& from, const zVec<double>& to) {
     const double length = distance(from, to);
     const zVec<double> chord = to - from;
@@ -170,8 +180,7 @@ std::optional<CellAddress> GrowingGrid::pointAt(const zVec<double>& p, double to
             return samePoint(p, point, tolerance);
         });
         if (same != section.end()) {
-            found = CellAddress{static_cast<std::int32_t>(k), static_cast<std::int32_t>(n),
-                                static_cast<std::int32_t>(same - section.begin())};
+            found = addressOf(k, n, static_cast<std::size_t>(same - section.begin()));
         }
         return found.has_value();
     });
@@ -195,11 +204,7 @@ std::optional<EdgePlace> GrowingGrid::edgeAcross(const zVec<double>& p, double t
         const PointList& section = patches_[k][n];
         const PointList& next = patches_[k][n + 1];
         for (std::size_t m = 0; m < std::min(section.size(), next.size()) && !found; ++m) {
-            const SegmentPlace at = pointOnSegment(section[m], next[m], p, tolerance);
-            if (at.kind == SegmentPlace::On) {
-                found = EdgePlace{
-                    {static_cast<std::int32_t>(k), static_cast<std::int32_t>(n), static_cast<std::int32_t>(m)}, at.t};
-            }
+            found = placeOnEdge(section[m], next[m], p, tolerance, addressOf(k, n, m));
         }
         return found.has_value();
     });
@@ -217,11 +222,7 @@ std::optional<EdgePlace> GrowingGrid::edgeAlong(const zVec<double>& p, double to
             return false;
         }
         for (std::size_t m = 0; m + 1 < section.size() && !found; ++m) {
-            const SegmentPlace at = pointOnSegment(section[m], section[m + 1], p, tolerance);
-            if (at.kind == SegmentPlace::On) {
-                found = EdgePlace{
-                    {static_cast<std::int32_t>(k), static_cast<std::int32_t>(n), static_cast<std::int32_t>(m)}, at.t};
-            }
+            found = placeOnEdge(section[m], section[m + 1], p, tolerance, addressOf(k, n, m));
         }
         return found.has_value();
     });

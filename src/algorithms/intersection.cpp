@@ -153,6 +153,8 @@ private:
     };
 
     std::optional<Cells> findCells(const GrowingGrid& before, std::size_t i);
+    template <class Insert>
+    void forOpenCells(Insert insert);
     void noteInserted(std::int32_t K, std::int32_t N);
     std::int32_t sectionOf(std::size_t i, const CellAddress& cell, const PointList& line) const;
     void advance();
@@ -237,23 +239,28 @@ void PointPlacer::noteInserted(std::int32_t K, std::int32_t N) {
     }
 }
 
-void PointPlacer::insertSections() {
+/// Calls insert(i, cell, patch, here) for the open points whose cells are found: the cell in the patch that gives the
+/// values, and its address in the grid that grows.
+template <class Insert>
+void PointPlacer::forOpenCells(Insert insert) {
     const GrowingGrid before = grid_;
     for (const std::size_t i : open_) {
         advance();
-        const auto cells = findCells(before, i);
-        if (!cells) {
-            continue;
+        if (const auto cells = findCells(before, i)) {
+            const CellAddress cell = cells->cell;
+            insert(i, cell, (*cells->from)[static_cast<std::size_t>(cell.K)], cells->here.cell);
         }
-        const CellAddress& from = cells->cell;
-        const Patch& patch = (*cells->from)[static_cast<std::size_t>(from.K)];
-        const auto n = static_cast<std::size_t>(from.N);
-        const double t = partAcross(patch, n, static_cast<std::size_t>(from.M), piercing_.places[i]);
-        const CellAddress& here = cells->here.cell;
+    }
+}
+
+void PointPlacer::insertSections() {
+    forOpenCells([this](std::size_t i, const CellAddress& cell, const Patch& patch, const CellAddress& here) {
+        const auto n = static_cast<std::size_t>(cell.N);
+        const double t = partAcross(patch, n, static_cast<std::size_t>(cell.M), piercing_.places[i]);
         grid_.insertSection(here.K, here.N, sectionBetween(patch[n], patch[n + 1], t));
         noteInserted(here.K, here.N + 1);
         section_[i] = {here.K, here.N + 1};
-    }
+    });
 }
 
 /// The section of a cell that shall have point i on the inserted line: its own one, else the one that comes closer.
@@ -268,24 +275,15 @@ std::int32_t PointPlacer::sectionOf(std::size_t i, const CellAddress& cell, cons
 }
 
 void PointPlacer::insertLines() {
-    const GrowingGrid before = grid_;
-    for (const std::size_t i : open_) {
-        advance();
-        const auto cells = findCells(before, i);
-        if (!cells) {
-            continue;
-        }
-        const CellAddress& from = cells->cell;
-        const Patch& patch = (*cells->from)[static_cast<std::size_t>(from.K)];
-        const auto m = static_cast<std::size_t>(from.M);
-        const double t = partAlong(patch, static_cast<std::size_t>(from.N), m, piercing_.places[i]);
+    forOpenCells([this](std::size_t i, const CellAddress& cell, const Patch& patch, const CellAddress& here) {
+        const auto m = static_cast<std::size_t>(cell.M);
+        const double t = partAlong(patch, static_cast<std::size_t>(cell.N), m, piercing_.places[i]);
         const PointList line = lineBetween(patch, m, t);
-        const CellAddress& here = cells->here.cell;
         const std::int32_t section = sectionOf(i, here, line);
         grid_.insertLine(here.K, here.M, line);
         // The grid point that belongs to the piercing point takes its place exactly: the joint runs along such points.
         grid_.setPoint({here.K, section, here.M + 1}, piercing_.places[i]);
-    }
+    });
 }
 
 } // namespace

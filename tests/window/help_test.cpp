@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QAbstractTextDocumentLayout>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QTextBlock>
@@ -11,6 +12,7 @@
 #include "GuideBrowser.h"
 #include "HelpWindow.h"
 #include "WindowDriver.h"
+#include "qt_text.h"
 
 namespace velmora::test {
 namespace {
@@ -204,6 +206,28 @@ TEST(Help, F1InADialogOpensTheGuideOfItsCommandToBeUsedBesideIt) {
         person.key("Return");
         EXPECT_TRUE(person.waitForNoBox());
         EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().blockCount; }), 1);
+    });
+}
+
+TEST(Help, APageOpenedLowDownIsLaidOutWhole) {
+    const Desk desk;
+    runProgram({desk.model.string()}, [](WindowDriver& person) {
+        person.waitForFrame();
+        person.choose({"Transformations", "Smooth geometry..."});
+        person.waitForBox(QStringLiteral("CSmooth"));
+        person.key("F1");
+        ASSERT_TRUE(waitForGuide(person));
+        person.ask([] {
+            const QTextDocument& page = *part<GuideBrowser>("page")->document();
+            for (QTextBlock block = page.begin(); block.isValid(); block = block.next()) {
+                const qreal height = page.documentLayout()->blockBoundingRect(block).height();
+                EXPECT_TRUE(block.text().isEmpty() || height > 0.0) << plainBytes(block.text());
+            }
+        });
+        person.key("Escape");
+        EXPECT_TRUE(waitForNoGuide(person));
+        person.key("Escape");
+        EXPECT_TRUE(person.waitForNoBox());
     });
 }
 

@@ -258,7 +258,7 @@ void TriangleTree::walk(const Ray& ray, std::vector<LineHit>& hits) const {
                 continue;
             }
             for (std::int32_t k = 0; k < count; ++k) {
-                judge(order_[static_cast<std::size_t>(node.first[slot] + k)], ray, hits);
+                judge(order_[static_cast<std::size_t>(node.first[slot]) + static_cast<std::size_t>(k)], ray, hits);
             }
         }
     }

@@ -41,7 +41,10 @@ struct NormalEquations {
     Terms u{};
     Terms v{};
 
-    double& at(std::int32_t i, std::int32_t j) { return matrix[static_cast<std::size_t>(i * (i + 1) / 2 + j)]; }
+    double& at(std::int32_t i, std::int32_t j) {
+        const std::int32_t place = i * (i + 1) / 2 + j;
+        return matrix[static_cast<std::size_t>(place)];
+    }
 };
 
 double& entry(Terms& terms, std::int32_t i) {
@@ -272,6 +275,7 @@ ShiftBlend shiftBlend(const std::vector<PlanePoint>& markers) {
         return {};
     }
     std::vector<PlanePoint> rounded;
+    rounded.reserve(markers.size());
     for (const PlanePoint& p : markers) {
         rounded.push_back({static_cast<float>(p.a), static_cast<float>(p.b)});
     }

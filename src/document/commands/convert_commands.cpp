@@ -66,7 +66,7 @@ void VelmoraDoc::ConvertToSkl() {
     SliceResult slices;
     {
         const BusyScope busy(ui_);
-        slices = sliceSurface(feRegion, planOf(toSklValues), [this](double fraction) { ui_.showProgress(fraction); });
+        slices = sliceSurface(feRegion, planOf(toSklValues), progressTo(ui_));
     }
     for (std::int32_t line = 0; line < slices.linesLeft; ++line) {
         ui_.showMessage(message::linesLeft);

@@ -41,7 +41,7 @@ bool VelmoraDoc::pierceOtherPatches() {
     PiercingOutcome outcome;
     if (blockCount > 0) {
         const BusyScope busy(ui_);
-        outcome = findPiercingPoints(patches, chosenPatches(), piercing, [this](double f) { ui_.showProgress(f); });
+        outcome = findPiercingPoints(patches, chosenPatches(), piercing, progressTo(ui_));
     }
     interLine = std::move(piercing.places);
     beforeIntersection = std::move(piercing.before);
@@ -64,7 +64,7 @@ void VelmoraDoc::carryOutIntersection() {
     {
         const BusyScope busy(ui_);
         notFound = placePiercingPoints(patches, inside, {interLine, beforeIntersection, afterIntersection}, v.tolerance,
-                                       interPatches, [this](double f) { ui_.showProgress(f); });
+                                       interPatches, progressTo(ui_));
         for (std::size_t k = 0; k < patches.size(); ++k) {
             Patch& patch = patches[k];
             if (!inside[k]) {

@@ -168,7 +168,7 @@ void VelmoraDoc::KnifeZones() {
 
 zRegion_fe VelmoraDoc::cutPart(Side kept) {
     const BusyScope busy(ui_);
-    return partOf(feRegion, planeOf(knifeValues), kept, [this](double fraction) { ui_.showProgress(fraction); });
+    return partOf(feRegion, planeOf(knifeValues), kept, progressTo(ui_));
 }
 
 /// The part goes through a file, which leaves to its zones what a file of it would hold, and becomes the model once it

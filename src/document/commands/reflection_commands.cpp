@@ -26,7 +26,7 @@ void VelmoraDoc::ReflectToApt() {
         const TriangleTree target(CellMesh(patches, blockMask()).takeMesh());
         reflectPatches(
             patches, blockCount < 1 ? std::vector<std::int32_t>() : chosenPatches(), target, nearestCellHit, lineBuffer,
-            [&missed] { missed = true; }, [this](double f) { ui_.showProgress(f); });
+            [&missed] { missed = true; }, progressTo(ui_));
     }
     if (missed) {
         ui_.showMessage(message::someLinesMiss);
@@ -37,8 +37,7 @@ void VelmoraDoc::ReflectToApt() {
 void VelmoraDoc::reflectZonesOfBlock() {
     {
         const BusyScope busy(ui_);
-        reflectZones(feRegion, blockCount < 1 ? std::vector<std::int32_t>() : chosenPatches(),
-                     [this](double f) { ui_.showProgress(f); });
+        reflectZones(feRegion, blockCount < 1 ? std::vector<std::int32_t>() : chosenPatches(), progressTo(ui_));
     }
     followCapturedPoint();
     redraw();
@@ -53,7 +52,7 @@ void VelmoraDoc::ReflectToWrl() {
         // The message comes while the work is still going on.
         reflectPatches(
             patches, chosenPatches(), target, nearestElementHit, lineBuffer,
-            [this] { ui_.showMessage(message::someLinesMiss); }, [this](double f) { ui_.showProgress(f); });
+            [this] { ui_.showMessage(message::someLinesMiss); }, progressTo(ui_));
     }
     // One projection uses the reference geometry up.
     referenceRegion.blocks.clear();

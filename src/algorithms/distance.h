@@ -6,10 +6,14 @@
 
 namespace velmora {
 
+inline double squaredDistance(const zVec<double>& a, const zVec<double>& b) {
+    const zVec<double> d = a - b;
+    return dot(d, d);
+}
+
 /// The distance between two points.
 inline double distance(const zVec<double>& a, const zVec<double>& b) {
-    const zVec<double> d = a - b;
-    return std::sqrt(dot(d, d));
+    return std::sqrt(squaredDistance(a, b));
 }
 
 } // namespace velmora

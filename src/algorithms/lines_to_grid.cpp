@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "distance.h"
 #include "polyline.h"
 #include "rebreak_kernels.h"
 
@@ -49,11 +50,6 @@ PointList resampled(const PointList& section, std::int32_t points, bool spline) 
         result.emplace_back(out.x[i], out.y[i], out.z[i]);
     }
     return result;
-}
-
-double squaredDistance(const zVec<double>& a, const zVec<double>& b) {
-    const zVec<double> d = a - b;
-    return dot(d, d);
 }
 
 } // namespace

@@ -24,11 +24,6 @@ zVec<double> unit(const zVec<double>& v) {
     return {v.x / length, v.y / length, v.z / length};
 }
 
-double squaredDistance(const zVec<double>& a, const zVec<double>& b) {
-    const zVec<double> d = a - b;
-    return dot(d, d);
-}
-
 bool atSamePlace(const zVec<double>& a, const zVec<double>& b) {
     return std::abs(a.x - b.x) < samePlace && std::abs(a.y - b.y) < samePlace && std::abs(a.z - b.z) < samePlace;
 }

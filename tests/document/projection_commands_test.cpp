@@ -154,6 +154,15 @@ TEST_F(ReferenceFiles, AppendDatTellsWhatIsWrongWithTheFile) {
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 0"));
 }
 
+TEST_F(ReferenceFiles, AppendDatOfAFileWithoutGridsIsCanceled) {
+    hold({flatPatch(2, 2)});
+    ui.files.push_back({file("g.dat", "")});
+    doc.AppendDat();
+    EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 1", "message: Open procedure is canceled"));
+    EXPECT_EQ(doc.secondKind, "non");
+    EXPECT_EQ(doc.patches, PatchList{flatPatch(2, 2)});
+}
+
 TEST_F(ReferenceFiles, CloseDatClosesASecondGrid) {
     hold({flatPatch(2, 2)});
     doc.referencePatches = {flatPatch(2, 2)};
@@ -378,6 +387,16 @@ TEST_F(Intersection, TellsOfALineThatOnlyRepeatsAPoint) {
     EXPECT_THAT(heard(), ElementsAre("message: Intersection is impossible. Double point.",
                                      "message: Intersection impossible. Not all lines from zBlock intersected with "
                                      "body"));
+}
+
+TEST_F(Intersection, OfAZBlockWithoutLinesLeavesTheOtherPatches) {
+    const PatchList model = {flatPatch(4, 4), Patch()};
+    hold(model);
+    addToBlock(1);
+    doc.Intersection();
+    EXPECT_THAT(heard(), ElementsAre("message: Intersection impossible. Not all lines from zBlock intersected with "
+                                     "body"));
+    EXPECT_EQ(doc.patches, model);
 }
 
 TEST_F(Intersection, OfAnEmptyZBlockStillShowsTheDialog) {

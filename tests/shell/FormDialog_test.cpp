@@ -85,6 +85,28 @@ TEST(FormDialog, TakesNoClickOnACheckBoxThatIsShownOnly) {
     EXPECT_FALSE(part<QCheckBox>(dialog, "closed").isEnabled());
 }
 
+TEST(FormDialog, OkDoesNotOvertakeAChoiceThatItsAccessKeyStillPresses) {
+    Sample sample;
+    FormDialog dialog(sample.form);
+    part<QRadioButton>(dialog, "kind.2").animateClick();
+    dialog.accept();
+    EXPECT_EQ(sample.kind, 2);
+    EXPECT_EQ(dialog.result(), QDialog::Accepted);
+}
+
+TEST(FormDialog, ABoxThatWasTickedLeavesTheKeyboardToItsNumber) {
+    CPrescribe values;
+    DialogForm form = describe(values);
+    openDialog(form);
+    FormDialog dialog(form);
+    part<QCheckBox>(dialog, "useY").click();
+    ASSERT_NE(dialog.focusWidget(), nullptr);
+    EXPECT_EQ(dialog.focusWidget()->objectName(), QStringLiteral("y"));
+    part<QCheckBox>(dialog, "useZ").setFocus();
+    part<QCheckBox>(dialog, "useY").click();
+    EXPECT_EQ(dialog.focusWidget()->objectName(), QStringLiteral("useZ")) << "unticked it has no number to go to";
+}
+
 TEST(FormDialog, ShowsTheTitleTheLabelsTheFramesAndTheNotices) {
     Sample sample;
     const FormDialog dialog(sample.form);

@@ -11,7 +11,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "UserInterface.h"
+#include "RecordingUi.h"
 #include "VelmoraDoc.h"
 #include "draw_lists.h"
 #include "picking.h"
@@ -24,20 +24,6 @@ constexpr int patchCount = 1000;
 constexpr int sectionCount = 50;
 constexpr int pointCount = 40;
 constexpr std::int64_t points = std::int64_t{patchCount} * sectionCount * pointCount;
-
-/// Nobody looks and nobody answers.
-class SilentUi : public UserInterface {
-public:
-    void showMessage(const std::string&) override {}
-    bool ask(const std::string&) override { return false; }
-    void showStatus(const std::string&) override {}
-    void showTitle(const std::string&) override {}
-    bool showDialog(DialogForm&) override { return false; }
-    std::vector<std::filesystem::path> chooseFiles(const FileRequest&) override { return {}; }
-    void setBusy(bool) override {}
-    void showProgress(double) override {}
-    void addRecentFile(const std::filesystem::path&) override {}
-};
 
 PatchList makeModel() {
     PatchList patches(patchCount, Patch(sectionCount));
@@ -56,7 +42,7 @@ PatchList makeModel() {
 }
 
 struct Fixture {
-    SilentUi ui;
+    test::RecordingUi ui;
     VelmoraDoc doc{ui, "."};
 
     Fixture() {

@@ -29,7 +29,7 @@ struct RefusedFile {
 
 class RealFiles : public DocumentTest {
 protected:
-    void open(const std::string& name) { doc.onOpenDocument(std::string(VELMORA_TEST_DATA) + "/" + name); }
+    void open(const std::string& name) { doc.onOpenDocument(std::filesystem::path(VELMORA_TEST_DATA) / name); }
 
     void expectBox(const zVec<double>& lower, const zVec<double>& upper) const {
         const double tolerance = 5e-3;
@@ -48,8 +48,8 @@ TEST_F(RealFiles, OfGridsBecomePatches) {
     const std::vector<RealGrid> grids = {
         {"m100_wingbody_block.dat", {{81, 69}, {35, 82}, {34, 82}}},
         {"wing717_point.dat", {{73, 73}, {73, 9}, {73, 73}, {73, 9}, {73, 9}}},
-        {"cylindrical.dat", {{7, 5}}},
-        {"simp3dbk.dat", {{4, 3}}},
+        {"half_cylinder.dat", {{7, 4}}},
+        {"volume_block.dat", {{4, 3}}},
     };
     for (const RealGrid& grid : grids) {
         SCOPED_TRACE(grid.file);
@@ -71,10 +71,10 @@ TEST_F(RealFiles, StandWhereTheirMakersPutThem) {
     expectBox({0, -0.905914, -0.0994888}, {6, 0, 0.0994888});
     open("wing717_point.dat");
     expectBox({0.000359375, -0.295685, 0}, {9.00318, 0.314718, 14.0437});
-    open("cylindrical.dat");
-    expectBox({1, 0, 0}, {3, 0, 3});
-    open("humanoid_tri.dat");
-    expectBox({0.601, -3.96, 3.05}, {3.47, 3.95, 17.4});
+    open("half_cylinder.dat");
+    expectBox({-2, 0, 0}, {2, 2, 1.5});
+    open("coloured_ring.dat");
+    expectBox({-4, -4, -1}, {4, 4, 1});
     open("nemoh_cylinder_zone1.dat");
     expectBox({-0.35, 0, -0.63}, {0.35, 0.35, 0});
 }
@@ -87,30 +87,32 @@ TEST_F(RealFiles, OneSurfaceInTwoFormatsIsTheSame) {
 }
 
 TEST_F(RealFiles, VolumesGiveTheirFirstLayer) {
-    open("gimm_3d_24zones.dat");
+    open("split_volume.dat");
     EXPECT_EQ(doc.structureKind, "str");
-    EXPECT_EQ(doc.patches.size(), 24U);
+    ASSERT_EQ(doc.patches.size(), 24U);
+    EXPECT_EQ(countsOf(doc.patches[0]), std::vector<std::int32_t>(4, 4));
+    EXPECT_EQ(countsOf(doc.patches[23]), std::vector<std::int32_t>(5, 5));
 }
 
 TEST_F(RealFiles, OfTrianglesBecomeZones) {
     const std::vector<RealSurface> surfaces = {
-        {"humanoid_tri.dat", 1, 64, 96, nullptr},
+        {"coloured_ring.dat", 1, 64, 128, nullptr},
         {"nemoh_cylinder_zone1.dat", 1, 2016, 1008, "zone"},
         {"iea15_blade.stl", 1, 65190, 21730, "OpenSCAD_Model"},
-        {"c172_wing.stl", 1, 10830, 3610, "Visualization"},
+        {VELMORA_EXAMPLES "/c172_wing.stl", 1, 10830, 3610, "Visualization"},
         {"multibody.stl", 2, 96, 32, "bodyB"},
         {"pro2stl_cube.stl", 1, 36, 12, "PRO2STL"},
         {"half_donut.stl", 1, 858, 286, "HalfDonut.stl"},
         {"propeller_upper.stl", 1, 1563, 521, "facet"},
         {"triangle_with_two_solids.stl", 1, 3, 1, "testTriangle_1"},
         {"spider_ascii.stl", 1, 4104, 1368, "NoName_1"},
-        {"teapot.wrl", 1, 1189, 2378, "Zone_1"},
+        {"many_corners.wrl", 1, 73, 10 + 2 * 60 + 12, "Zone_1"},
         {"tank.wrl", 42, 1614, 2956, "Zone_1"},
         {"empty.stl", 0, 0, 0, nullptr},
         {"binary_unit_cube.stl", 0, 0, 0, nullptr},
         {"block.wrl", 0, 0, 0, nullptr},
-        {"pyramid_sphere.wrl", 0, 0, 0, nullptr},
-        {"bot2.wrl", 0, 0, 0, nullptr},
+        {"comma_points.wrl", 0, 0, 0, nullptr},
+        {"named_coordinates.wrl", 0, 0, 0, nullptr},
         {"vrml1_indexedfaceset.wrl", 0, 0, 0, nullptr},
     };
     for (const RealSurface& surface : surfaces) {
@@ -135,9 +137,9 @@ TEST_F(RealFiles, OfTrianglesBecomeZones) {
 
 TEST_F(RealFiles, ThatCannotBeReadSayWhyAndLeaveNothing) {
     const std::vector<RefusedFile> refused = {
-        {"f16_aero_unquoted.dat", "Parsing Error: at the header of the zone\nZone No: 1\nZone Title: zone\n"
-                                  "Keyword: VARIABLES\n\nIn file:\n'zTecplotReader'"},
-        {"cellcentered.dat", "Value Error: invalid data\nZone No: 2\nZone Title: ZONE1\nLine Shift: 10\n"},
+        {"unquoted_panels.dat", "Parsing Error: at the header of the zone\nZone No: 1\nZone Title: zone\n"
+                                "Keyword: VARIABLES\n\nIn file:\n'zTecplotReader'"},
+        {"cell_centred.dat", "Value Error: invalid data\nZone No: 2\nZone Title: PATCH\nLine Shift: 10\n"},
         {"nemoh_cylinder.dat", "at the header of the zone\nZone No: 2\nZone Title: normales\nKeyword: I\n"},
         {"wamit_cyl_pan.dat", "Irregular structure of DAT file. The number of variables < 3"},
         {"pa10_base_no_header.wrl", "Parsing Error: Is not a valid VRML file"},
@@ -155,7 +157,7 @@ TEST_F(RealFiles, ThatCannotBeReadSayWhyAndLeaveNothing) {
 }
 
 TEST_F(RealFiles, WithoutAPointForAnyoneOpenNothing) {
-    for (const char* name : {"block_fetet_3d.dat", "3dgeom.dat"}) {
+    for (const char* name : {"tetrahedra.dat", "plates_and_geometries.dat"}) {
         SCOPED_TRACE(name);
         forget();
         open(name);

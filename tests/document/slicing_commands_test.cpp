@@ -233,8 +233,8 @@ double cutLength(const zRegion_fe& region, double plane) {
 } // namespace
 
 TEST_F(ToSkl, RealBodiesAreCutAllRound) {
-    for (const char* const name : {"c172_wing.stl", "iea15_blade.stl"}) {
-        doc.onOpenDocument(std::filesystem::path(VELMORA_TEST_DATA) / name);
+    for (const char* const name : {VELMORA_EXAMPLES "/c172_wing.stl", VELMORA_TEST_DATA "/iea15_blade.stl"}) {
+        doc.onOpenDocument(name);
         zRegion_fe body;
         copyRegion(doc.feRegion, body);
         answer({{"planeAxis", "3"}, {"number", "25"}, {"border", "0.05"}});

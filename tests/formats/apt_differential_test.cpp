@@ -121,7 +121,7 @@ TEST_F(AptDifferentialTest, ALongCompartmentThinnedWhileItIsReadGivesWhatThePlai
 
 TEST_F(AptDifferentialTest, RealFilesGiveWhatThePlainReaderGives) {
     const std::filesystem::path data = VELMORA_TEST_DATA;
-    for (const char* const name : {"m100_wingbody.apt", "even_sphere.apt", "suboff_sail_cap.apt"}) {
+    for (const char* const name : {"m100_wingbody.apt", "even_sphere.apt", "dome.apt"}) {
         SCOPED_TRACE(name);
         compareFile(data / name);
         PatchList patches;

@@ -560,7 +560,7 @@ private:
     bool knifeReachesBody();
     zRegion_fe cutPart(Side kept);
     bool keepPartOfZones(Side kept);
-    bool savePartOfZones(Side kept, const char* mark);
+    void savePartsOfZones();
     void editCurveAsSection(const std::function<void(PointList&)>& edit);
     void transformCurve(const PointMap& map);
     PointList* sectionOfCapturedPoint();

@@ -26,6 +26,9 @@ bool VelmoraDoc::mayOverwrite(const std::filesystem::path& path) {
 
 VelmoraDoc::SaveResult VelmoraDoc::saveCurrent() {
     if (structureKind == "uns" && fileKind == "non") {
+        if (!mayOverwrite(chosenPath)) {
+            return SaveResult::Declined;
+        }
         if (!writeZones(chosenPath, {}, feRegion)) {
             return SaveResult::Failed;
         }
@@ -73,6 +76,9 @@ bool VelmoraDoc::writeZones(const std::filesystem::path& path, const zRegion& st
     }
     for (const std::string& text : told) {
         ui_.showMessage(text);
+    }
+    if (written) {
+        noteCompleteness(path, true);
     }
     return written;
 }

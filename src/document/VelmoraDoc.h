@@ -482,6 +482,7 @@ private:
     bool readSurface(const std::filesystem::path& path);
     bool readField(const std::filesystem::path& path);
     bool takeStructuredZones(const zRegion& structured, const std::filesystem::path& path);
+    bool readModelZones(const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured);
     void takeZones(zRegion& structured, zRegion_fe& incoming);
     bool appendUnstructuredFile(const std::filesystem::path& path, const std::string& extension);
     void titleAsZones();

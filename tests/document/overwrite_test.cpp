@@ -230,6 +230,15 @@ TEST_P(EachWriter, WritesAFileThatIsNotThereWithoutAQuestion) {
     EXPECT_EQ(doc.documentModified, !GetParam().endsModified);
 }
 
+TEST_P(EachWriter, WritesInThePlaceOfAFileThatIsGoneWithoutAQuestion) {
+    doc.onOpenDocument(file("more.apt", brokenSecondCompartment));
+    prepare(GetParam());
+    linkTarget(GetParam(), folder / "more.apt");
+    fs::remove(folder / "more.apt");
+    EXPECT_FALSE(asked(write(GetParam(), {})));
+    EXPECT_GT(fileText(folder / "more.apt").size(), 20U);
+}
+
 TEST_P(EachWriter, WritesOverAFileThatWasReadWholeWithoutAQuestion) {
     const std::string whole = aptText({flatPatch(2, 2, 9)});
     doc.onOpenDocument(file("whole.apt", whole));
@@ -509,6 +518,135 @@ TEST_F(OverwriteTest, ARefusedFieldFileIsNotAskedAbout) {
         doc.SaveField();
         EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1", "message: Wrong file Extension"));
         EXPECT_EQ(fileText(folder / "more.apt"), brokenSecondCompartment);
+    }
+}
+
+// ---- Files of which nothing came into the model ---------------------------------------------------------------------
+
+namespace {
+
+/// A file that cannot be read whole, and gives no model.
+struct Failing {
+    const char* name;
+    const char* file;
+    std::string text;
+
+    friend void PrintTo(const Failing& failing, std::ostream* out) { *out << failing.name; }
+};
+
+const Failing failingFiles[] = {
+    {.name = "Dat",
+     .file = "bad.dat",
+     .text = triangleText + std::string("ZONE N=3, E=1, F=FEPOINT, ET=TRIANGLE\n1\n")},
+    {.name = "DatWithoutCoordinates", .file = "bad.dat", .text = "ZONE I=3, J=2, K=1, F=POINT\n1 2 3\n"},
+    {.name = "Wrl",
+     .file = "bad.wrl",
+     .text = "#VRML V2.0 utf8\nShape { geometry IndexedFaceSet { coord Coordinate { point [ 0 0 5 1 0 5 0 1 5 ] } "
+             "coordIndex [ 0 1 4 -1 ] } }\n"},
+};
+
+class EachFailing : public OverwriteTest, public testing::WithParamInterface<Failing> {
+protected:
+    void SetUp() override { file(GetParam().file, GetParam().text); }
+
+    void expectQuestion() {
+        forget();
+        ui.files.push_back({folder / GetParam().file});
+        run("file.saveAs");
+        EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1", question + std::string("no")));
+        EXPECT_EQ(fileText(folder / GetParam().file), GetParam().text);
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Files, EachFailing, testing::ValuesIn(failingFiles),
+                         [](const auto& instance) { return std::string(instance.param.name); });
+
+} // namespace
+
+TEST_P(EachFailing, IsAskedAboutAfterItWasOpened) {
+    doc.onOpenDocument(folder / GetParam().file);
+    openModel(Model::Zones);
+    expectQuestion();
+}
+
+TEST_P(EachFailing, IsAskedAboutAfterItWasAppended) {
+    openModel(Model::Zones);
+    ui.files.push_back({folder / GetParam().file});
+    run("file.append");
+    if (GetParam().name != std::string("DatWithoutCoordinates")) { // its zones are taken as they are there
+        expectQuestion();
+    }
+    EXPECT_EQ(fileText(folder / GetParam().file), GetParam().text);
+}
+
+TEST_P(EachFailing, IsNotAskedAboutOnceItIsRepairedAndReadAgain) {
+    doc.onOpenDocument(folder / GetParam().file);
+    const std::string name = GetParam().file;
+    if (name == "bad.dat") {
+        file(name, triangleText);
+        doc.onOpenDocument(folder / name);
+    } else {
+        openModel(Model::Zones);
+        ui.files.push_back({folder / "good.wrl"});
+        run("file.saveAs");
+        fs::rename(folder / "good.wrl", folder / name);
+        doc.onOpenDocument(folder / name);
+    }
+    ASSERT_EQ(doc.structureKind, "uns");
+    ui.files.push_back({folder / name});
+    forget();
+    run("file.saveAs");
+    EXPECT_FALSE(asked(heard()));
+}
+
+TEST_F(OverwriteTest, ABadFileBehindAGoodOneOfAListIsNotSavedOverWithoutAYes) {
+    const std::string bad = triangleText + std::string("ZONE N=3, E=1, F=FEPOINT, ET=TRIANGLE\n1\n");
+    ui.files.push_back({file("good.dat", triangleText), file("bad.dat", bad)});
+    run("file.open");
+    EXPECT_EQ(doc.feRegion.blocks.size(), 1U);
+    forget();
+    run("file.save");
+    EXPECT_THAT(heard(), ElementsAre(question + std::string("no")));
+    EXPECT_EQ(fileText(folder / "bad.dat"), bad);
+}
+
+TEST_F(OverwriteTest, AFieldFileWithTextBehindItsEndIsAskedAbout) {
+    for (const bool behind : {false, true}) {
+        const std::string text = fieldText + std::string(behind ? "\nnotes\n" : "\n\n");
+        ui.answers = {true};
+        ui.files.push_back({file("flow.dat", text)});
+        doc.OpenField();
+        ASSERT_TRUE(doc.fieldMode);
+        forget();
+        ui.files.push_back({folder / "flow.dat"});
+        run("file.saveAsField");
+        EXPECT_EQ(asked(heard()), behind);
+        EXPECT_EQ(fileText(folder / "flow.dat") == text, behind);
+    }
+}
+
+TEST_F(OverwriteTest, AFieldFileThatFailedIsAskedAbout) {
+    const std::string text = fieldText + std::string("ZONE T=\"ZONE_1\",I=2,J=2,K=1,F= POINT\n0 0\n");
+    ui.files.push_back({file("bad.dat", text)});
+    doc.OpenField();
+    openModel(Model::Field);
+    ui.answers.clear();
+    forget();
+    ui.files.push_back({folder / "bad.dat"});
+    run("file.saveAsField");
+    EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1", question + std::string("no")));
+    EXPECT_EQ(fileText(folder / "bad.dat"), text);
+}
+
+TEST_F(OverwriteTest, AFileThatCouldNotBeOpenedIsNotAskedAboutOnceItIsThere) {
+    for (const char* name : {"absent.apt", "absent.skl"}) {
+        doc.onOpenDocument(folder / name);
+        openModel(Model::Grid);
+        writeFileText(folder / name, "of somebody else");
+        forget();
+        ui.files.push_back({folder / name});
+        run("file.saveAs");
+        EXPECT_FALSE(asked(heard()));
     }
 }
 

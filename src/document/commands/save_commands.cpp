@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <system_error>
 
 #include "VelmoraDoc.h"
 #include "apt.h"
@@ -20,6 +21,10 @@ void VelmoraDoc::saveModel() {
 }
 
 bool VelmoraDoc::mayOverwrite(const std::filesystem::path& path) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) {
+        return true;
+    }
     const auto same = [&path](const std::filesystem::path& other) { return sameFile(other, path); };
     return std::none_of(incompleteFiles_.begin(), incompleteFiles_.end(), same) || ui_.ask(message::holdsMorePoints);
 }

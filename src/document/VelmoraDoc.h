@@ -482,6 +482,7 @@ private:
     bool readSurface(const std::filesystem::path& path);
     bool readField(const std::filesystem::path& path);
     bool takeStructuredZones(const zRegion& structured, const std::filesystem::path& path);
+    bool readModelZones(const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured);
     void takeZones(zRegion& structured, zRegion_fe& incoming);
     bool appendUnstructuredFile(const std::filesystem::path& path, const std::string& extension);
     void titleAsZones();
@@ -560,7 +561,7 @@ private:
     bool knifeReachesBody();
     zRegion_fe cutPart(Side kept);
     bool keepPartOfZones(Side kept);
-    bool savePartOfZones(Side kept, const char* mark);
+    void savePartsOfZones();
     void editCurveAsSection(const std::function<void(PointList&)>& edit);
     void transformCurve(const PointMap& map);
     PointList* sectionOfCapturedPoint();

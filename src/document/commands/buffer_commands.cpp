@@ -106,7 +106,9 @@ void VelmoraDoc::SaveBuffer() {
         const BusyScope busy(ui_);
         written = writeLineBuffer(paths.front(), lineBuffer, outputPrecision);
     }
-    if (!written) {
+    if (written) {
+        noteCompleteness(fullPath(paths.front()), true);
+    } else {
         ui_.showMessage(std::string(cannotSaveMessage));
     }
     redraw();

@@ -58,14 +58,18 @@ void VelmoraDoc::SaveField() {
     if (paths.empty()) {
         return;
     }
-    documentModified = false;
     const std::filesystem::path path = fullPath(paths.front());
+    const bool writable = structureKind == "str" && fileKind == "apt" && extensionOf(path) == "dat";
+    if (writable && !mayOverwrite(path)) {
+        return;
+    }
+    documentModified = false;
     fileExtension = extensionOf(path);
     if (structureKind != "str") {
         ui_.showMessage(message::wrongFormat);
         return;
     }
-    if (fileKind != "apt" || fileExtension != "dat") {
+    if (!writable) {
         ui_.showMessage(message::wrongExtension);
         return;
     }
@@ -79,6 +83,7 @@ void VelmoraDoc::SaveField() {
         ui_.showMessage(std::string(cannotSaveMessage));
         return;
     }
+    noteCompleteness(path, true);
     adoptPath(path);
     takeExtension("dat");
 }

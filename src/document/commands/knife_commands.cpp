@@ -155,9 +155,7 @@ void VelmoraDoc::KnifeZones() {
         return;
     }
     if (knifeValues.cutKind == 3) {
-        if (savePartOfZones(Side::Before, "_1") && savePartOfZones(Side::After, "_2")) {
-            ui_.showMessage(message::partsAreSaved);
-        }
+        savePartsOfZones();
     } else if (keepPartOfZones(knifeValues.cutKind == 1 ? Side::Before : Side::After)) {
         patchUndoReady = true;
         rebuildOnUndo = false;
@@ -189,8 +187,14 @@ bool VelmoraDoc::keepPartOfZones(Side kept) {
     return done;
 }
 
-bool VelmoraDoc::savePartOfZones(Side kept, const char* mark) {
-    return writeZones(partPath(chosenPath, mark), {}, cutPart(kept));
+/// Both files are asked about before one is written.
+void VelmoraDoc::savePartsOfZones() {
+    const std::filesystem::path before = partPath(chosenPath, "_1");
+    const std::filesystem::path after = partPath(chosenPath, "_2");
+    if (mayOverwrite(before) && mayOverwrite(after) && writeZones(before, {}, cutPart(Side::Before)) &&
+        writeZones(after, {}, cutPart(Side::After))) {
+        ui_.showMessage(message::partsAreSaved);
+    }
 }
 
 // ---- Invisible remove -----------------------------------------------------------------------------------------------

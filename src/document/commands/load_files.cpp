@@ -132,6 +132,13 @@ bool VelmoraDoc::readZones(const std::filesystem::path& path, zRegion& structure
     return read;
 }
 
+/// The same for a file that gives the model zones: of one that fails on the way none is taken.
+bool VelmoraDoc::readModelZones(const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured) {
+    const bool read = readZones(path, structured, unstructured);
+    noteCompleteness(path, read);
+    return read;
+}
+
 /// The title of a model of zones is that of the file they would go to.
 void VelmoraDoc::titleAsZones() {
     titleWrong_ = false;
@@ -142,7 +149,7 @@ void VelmoraDoc::titleAsZones() {
 bool VelmoraDoc::readSurface(const std::filesystem::path& path) {
     zRegion structured;
     zRegion_fe incoming;
-    if (!readZones(path, structured, incoming)) {
+    if (!readModelZones(path, structured, incoming)) {
         return false;
     }
     takeZones(structured, incoming);
@@ -168,7 +175,7 @@ void VelmoraDoc::takeZones(zRegion& structured, zRegion_fe& incoming) {
 bool VelmoraDoc::readDatGeometry(const std::filesystem::path& path) {
     zRegion structured;
     zRegion_fe incoming;
-    if (!readZones(path, structured, incoming)) {
+    if (!readModelZones(path, structured, incoming)) {
         return false;
     }
     if (!incoming.blocks.empty()) {
@@ -184,6 +191,7 @@ bool VelmoraDoc::takeStructuredZones(const zRegion& structured, const std::files
     ZonePatches zones = zonesToPatches(structured, ZoneDetail::Thinned);
     if (zones.refusal != ZoneRefusal::None) {
         ui_.showMessage(std::string(messageOf(zones.refusal)));
+        noteCompleteness(path, false);
         setKinds("non", fileKind.c_str(), "non");
         // A model to which the file was to be appended is still there.
         checkRegularity(patches);
@@ -209,7 +217,7 @@ bool VelmoraDoc::appendUnstructuredFile(const std::filesystem::path& path, const
     }
     zRegion structured;
     zRegion_fe incoming;
-    if (!readZones(path, structured, incoming)) {
+    if (!readModelZones(path, structured, incoming)) {
         return false;
     }
     takeZones(structured, incoming);
@@ -232,6 +240,9 @@ bool VelmoraDoc::readField(const std::filesystem::path& path) {
     }
     for (const FormatFault& fault : read.faults) {
         ui_.showMessage(fieldMessage(fault));
+    }
+    if (read.opened) {
+        noteCompleteness(path, read.loaded && !read.textBehind);
     }
     fieldLoaded = read.loaded;
     if (!read.loaded) {

@@ -49,6 +49,7 @@ void VelmoraDoc::onNewDocument() {
 }
 
 void VelmoraDoc::nameUntitled(const std::string& extension) {
+    titleWrong_ = false;
     adoptPath(documentsFolder_ / ("Untitled." + extension));
     currentDirectory = directoryOf(chosenPath);
     setTitle("Untitled." + extension);

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <system_error>
 
 #include "VelmoraDoc.h"
 #include "apt.h"
@@ -20,12 +21,19 @@ void VelmoraDoc::saveModel() {
 }
 
 bool VelmoraDoc::mayOverwrite(const std::filesystem::path& path) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) {
+        return true;
+    }
     const auto same = [&path](const std::filesystem::path& other) { return sameFile(other, path); };
     return std::none_of(incompleteFiles_.begin(), incompleteFiles_.end(), same) || ui_.ask(message::holdsMorePoints);
 }
 
 VelmoraDoc::SaveResult VelmoraDoc::saveCurrent() {
     if (structureKind == "uns" && fileKind == "non") {
+        if (!mayOverwrite(chosenPath)) {
+            return SaveResult::Declined;
+        }
         if (!writeZones(chosenPath, {}, feRegion)) {
             return SaveResult::Failed;
         }
@@ -73,6 +81,9 @@ bool VelmoraDoc::writeZones(const std::filesystem::path& path, const zRegion& st
     }
     for (const std::string& text : told) {
         ui_.showMessage(text);
+    }
+    if (written) {
+        noteCompleteness(path, true);
     }
     return written;
 }

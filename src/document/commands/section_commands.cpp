@@ -385,7 +385,6 @@ void VelmoraDoc::Cylinder() {
     capturedPatch = -1;
     patches.assign(1, revolved(profile));
     checkRegularity(patches);
-    titleWrong_ = false;
     nameUntitled("apt");
     if (status != idlePrompt) {
         showIdlePrompt();

@@ -1,0 +1,768 @@
+#include <algorithm>
+#include <functional>
+
+#include "command_table.h"
+#include "document_fixture.h"
+#include "file_texts.h"
+
+namespace velmora::test {
+
+namespace {
+
+using testing::Contains;
+using testing::Not;
+using testing::StartsWith;
+namespace fs = std::filesystem;
+
+const char* const idle = "For Help, press F1";
+const char* const stlText = "solid a\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\n"
+                            "endloop\nendfacet\nendsolid a\n";
+const char* const datHead = "TITLE = \"t\"\nVARIABLES = \"x\" \"y\" \"z\"\n";
+const char* const gridZone = "ZONE T=\"g\", I=2, J=2, K=1, F=POINT\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n";
+const char* const fieldText = "TITLE = \"flow\"\nVARIABLES = \"X\", \"Y\", \"Z\", \"P\"\n"
+                              "ZONE T=\"ZONE_0\",I=2,J=2,K=1,F= POINT\n0 0 0 10\n1 0 0 11\n0 1 0 12\n1 1 0 13\n";
+
+/// What the document says of its file.
+struct Names {
+    std::string title, path, extension, structure, kind;
+};
+
+class FileEvents : public DocumentTest {
+public:
+    fs::path file(const std::string& name, const std::string& text) {
+        writeFileText(folder / name, text);
+        return folder / name;
+    }
+
+    void run(const std::string& id) {
+        ASSERT_FALSE(isCommandOff(doc, id)) << id;
+        (doc.*findCommand(id)->run)();
+    }
+
+    void runWith(const std::string& id, const std::vector<std::pair<std::string, std::string>>& fields) {
+        ui.dialogs.push_back(fields);
+        run(id);
+    }
+
+    void runFile(const std::string& id, const fs::path& path) {
+        ui.answers = {true};
+        ui.files.push_back({path});
+        run(id);
+        ui.answers.clear();
+    }
+
+    void openGrid() { runFile("file.open", file("small.apt", aptText({flatPatch(2, 2)}))); }
+
+    void type(bool lines) {
+        ui.answers = {true};
+        ui.onRegularInput = [lines](CRegularInput& table) {
+            table.regularPatches.assign(1, lines ? patchOf({1, 2}) : flatPatch(2, 2));
+            return true;
+        };
+        run("file.new");
+        ui.answers.clear();
+    }
+
+    void turnIntoCylinder() {
+        runWith("line.inputSection", {{"patch", "1"}, {"section", "2"}});
+        ui.answers = {true};
+        run("line.cylinder");
+        ui.answers.clear();
+    }
+
+    /// Gives the first section five points, by way of the buffer.
+    void lengthenASection() {
+        runFile("buffer.open", file("more.ext", "0 0 0\n1 0 0\n2 0 0\n3 0 0\n4 0 0\n"));
+        runWith("line.inputSection", {{"patch", "1"}, {"section", "1"}});
+        run("line.paste");
+        run("line.exit");
+    }
+
+    void expectNames(const Names& names) const {
+        EXPECT_EQ(doc.documentTitle, names.title);
+        EXPECT_EQ(doc.currentPath, shownFolder() + names.path);
+        EXPECT_EQ(doc.currentDirectory, shownFolder());
+        if (!names.extension.empty()) {
+            EXPECT_EQ(doc.fileExtension, names.extension);
+        }
+        EXPECT_EQ(doc.structureKind, names.structure);
+        EXPECT_EQ(doc.fileKind, names.kind);
+    }
+
+    using DocumentTest::doc;
+    using DocumentTest::folder;
+    using DocumentTest::ui;
+    using DocumentTest::view;
+};
+
+// ---- What may have gone before
+// ---------------------------------------------------------------------------------------
+
+struct Before {
+    const char* name;
+    void (*happen)(FileEvents&);
+    bool patches = true; ///< it leaves a structured model that can be edited
+};
+
+std::string longApt() {
+    std::string text = "2 100502\n";
+    for (int i = 0; i < 2 * 100502; ++i) {
+        text += "0 0 0\n";
+    }
+    return text;
+}
+
+const Before befores[] = {
+    {.name = "Nothing", .happen = [](FileEvents&) {}, .patches = false},
+    {.name = "GridReadInPart",
+     .happen = [](FileEvents& t) { t.doc.onOpenDocument(t.file("bad.apt", brokenSecondCompartment)); }},
+    {.name = "LinesReadInPart",
+     .happen = [](FileEvents& t) { t.doc.onOpenDocument(t.file("bad.skl", "2\n1\n0 0 0\n2\n0 1 0\n1 1 0\n1\n")); }},
+    {.name = "BadFileAppended",
+     .happen =
+         [](FileEvents& t) {
+             t.openGrid();
+             t.runFile("file.append", t.file("bad.apt", brokenSecondCompartment));
+         }},
+    {.name = "NothingOfABadFile",
+     .happen = [](FileEvents& t) { t.doc.onOpenDocument(t.file("bad.apt", "2 2\n0 0 0\n")); },
+     .patches = false},
+    {.name = "AFileThatIsNotThere",
+     .happen = [](FileEvents& t) { t.doc.onOpenDocument(t.folder / "absent.apt"); },
+     .patches = false},
+    {.name = "ThinnedGrid", .happen = [](FileEvents& t) { t.doc.onOpenDocument(t.file("long.apt", longApt())); }},
+    {.name = "Field",
+     .happen = [](FileEvents& t) { t.runFile("file.openField", t.file("f.dat", fieldText)); },
+     .patches = false},
+    {.name = "ClosedField",
+     .happen =
+         [](FileEvents& t) {
+             t.runFile("file.openField", t.file("f.dat", fieldText));
+             t.run("file.closeField");
+         },
+     .patches = false},
+    {.name = "BadField",
+     .happen = [](FileEvents& t) { t.runFile("file.openField", t.file("f.dat", "TITLE\nVARIABLES\n")); },
+     .patches = false},
+    {.name = "NamedGrid",
+     .happen = [](FileEvents& t) { t.doc.onOpenDocument(t.file("old.grd", "")); },
+     .patches = false},
+    {.name = "Zones",
+     .happen = [](FileEvents& t) { t.doc.onOpenDocument(t.file("body.stl", stlText)); },
+     .patches = false},
+    {.name = "Untitled", .happen = [](FileEvents& t) { t.type(true); }},
+};
+
+// ---- Commands that begin another model
+// -------------------------------------------------------------------------------
+
+struct Beginning {
+    const char* name;
+    void (*run)(FileEvents&);
+    Names names;
+    const char* afterEdit = nullptr; ///< title and file once a section has another length than the others
+    bool ofPatches = false;          ///< the command works on a structured model
+};
+
+const Beginning beginnings[] = {
+    {.name = "OpenGrid",
+     .run = [](FileEvents& t) { t.openGrid(); },
+     .names = {"small.apt", "small.apt", "apt", "str", "apt"},
+     .afterEdit = "small.skl"},
+    {.name = "OpenGridByPath",
+     .run = [](FileEvents& t) { t.doc.onOpenDocument(t.file("Small.APT", aptText({flatPatch(2, 2)}))); },
+     .names = {"small.apt", "small.apt", "apt", "str", "apt"},
+     .afterEdit = "small.skl"},
+    {.name = "OpenLines",
+     .run =
+         [](FileEvents& t) {
+             t.runFile("file.open", t.file("hull.skl", sklText({patchOf({1, 2})})));
+         },
+     .names = {"hull.skl", "hull.skl", "skl", "str", "skl"},
+     .afterEdit = "hull.skl"},
+    {.name = "OpenGridOfTecplot",
+     .run = [](FileEvents& t) { t.runFile("file.open", t.file("g.dat", datHead + std::string(gridZone))); },
+     .names = {"g.apt", "g.apt", "dat", "str", "apt"},
+     .afterEdit = "g.skl"},
+    {.name = "OpenTriangles",
+     .run = [](FileEvents& t) { t.runFile("file.open", t.file("s.stl", stlText)); },
+     .names = {"s.dat", "s.stl", "stl", "uns", "non"}},
+    {.name = "OpenField",
+     .run = [](FileEvents& t) { t.runFile("file.openField", t.file("flow.dat", fieldText)); },
+     .names = {"flow.dat", "flow.dat", "dat", "str", "apt"}},
+    {.name = "NameGrid",
+     .run = [](FileEvents& t) { t.runFile("file.open", t.file("net.grd", "")); },
+     .names = {"net.dat", "net.grd", "grd", "uns", "non"}},
+    {.name = "TypeGrid",
+     .run = [](FileEvents& t) { t.type(false); },
+     .names = {"Untitled.apt", "Untitled.apt", "apt", "str", "apt"},
+     .afterEdit = "untitled.skl"},
+    {.name = "TypeLines",
+     .run = [](FileEvents& t) { t.type(true); },
+     .names = {"Untitled.skl", "Untitled.skl", "skl", "str", "skl"},
+     .afterEdit = "untitled.skl"},
+    {.name = "Cylinder",
+     .run = [](FileEvents& t) { t.turnIntoCylinder(); },
+     .names = {"Untitled.apt", "Untitled.apt", "apt", "str", "apt"},
+     .afterEdit = "untitled.skl",
+     .ofPatches = true},
+};
+
+} // namespace
+
+TEST(FileEventPairs, EveryBeginningForgetsWhatWasThereBefore) {
+    for (const Before& before : befores) {
+        for (const Beginning& beginning : beginnings) {
+            if (beginning.ofPatches && !before.patches) {
+                continue;
+            }
+            SCOPED_TRACE(std::string(before.name) + ", " + beginning.name);
+            class Pair : public FileEvents {
+                void TestBody() override {}
+            } t;
+            before.happen(t);
+            t.ui.transcript.clear();
+            beginning.run(t);
+            const Names& names = beginning.names;
+            t.expectNames(names);
+            EXPECT_EQ(t.doc.status, idle);
+            EXPECT_THAT(t.ui.transcript, Not(Contains(StartsWith("status: Points in the file"))));
+            EXPECT_EQ(t.doc.fieldMode, beginning.name == std::string("OpenField"));
+            EXPECT_TRUE(t.doc.gridNamed || beginning.name != std::string("NameGrid"));
+            EXPECT_EQ(t.doc.patches.empty(), names.structure == "uns");
+            if (beginning.afterEdit != nullptr) {
+                t.lengthenASection();
+                t.expectNames({beginning.afterEdit, beginning.afterEdit, "", "str", "skl"});
+                t.ui.transcript.clear();
+                t.run("file.save");
+                EXPECT_THAT(t.ui.transcript, Not(Contains(StartsWith("question: "))));
+                EXPECT_THAT(t.ui.transcript, Not(Contains(StartsWith("message: "))));
+                EXPECT_EQ(t.doc.documentTitle, beginning.afterEdit);
+            }
+        }
+    }
+}
+
+// ---- Commands that go on with the model
+// ------------------------------------------------------------------------------
+
+namespace {
+
+/// What becomes of a model from a file of the stem "x", be it that its title is Wrong.
+struct Going {
+    const char* name;
+    void (*run)(FileEvents&);
+    Names names;
+    bool edited = true;       ///< a change of its kind then gives the title its extension
+    bool keepsStatus = false; ///< the counts of what was read stay in the status line
+};
+
+const Going goings[] = {
+    {.name = "Save",
+     .run =
+         [](FileEvents& t) {
+             t.ui.answers = {true};
+             t.run("file.save");
+         },
+     .names = {"x.apt", "x.apt", "apt", "str", "apt"},
+     .keepsStatus = true},
+    {.name = "SaveAsGrid",
+     .run = [](FileEvents& t) { t.runFile("file.saveAs", t.folder / "Y.apt"); },
+     .names = {"y.apt", "y.apt", "apt", "str", "apt"},
+     .keepsStatus = true},
+    {.name = "SaveAsLines",
+     .run = [](FileEvents& t) { t.runFile("file.saveAs", t.folder / "Y.skl"); },
+     .names = {"y.skl", "y.skl", "skl", "str", "apt"},
+     .keepsStatus = true},
+    {.name = "SaveAsTriangles",
+     .run = [](FileEvents& t) { t.runFile("file.saveAs", t.folder / "y.STL"); },
+     .names = {"y.stl", "y.stl", "stl", "uns", "non"},
+     .keepsStatus = true},
+    {.name = "ToTriangles",
+     .run = [](FileEvents& t) { t.run("convert.toUnstructured"); },
+     .names = {"x.dat", "x.dat", "apt", "uns", "non"}},
+    {.name = "ToLines",
+     .run =
+         [](FileEvents& t) {
+             t.run("convert.toUnstructured");
+             t.runWith("convert.toSkl", {{"number", "2"}});
+         },
+     .names = {"x.skl", "x.skl", "apt", "str", "skl"},
+     .edited = false},
+    {.name = "ToLinesAndGrid",
+     .run =
+         [](FileEvents& t) {
+             t.run("convert.toUnstructured");
+             t.runWith("convert.toSkl", {{"number", "2"}});
+             t.runWith("convert.toApt", {{"pointCount", "5"}});
+         },
+     .names = {"x.apt", "x.apt", "apt", "str", "apt"},
+     .edited = false},
+    {.name = "Append",
+     .run = [](FileEvents& t) { t.runFile("file.append", t.file("tail.apt", aptText({flatPatch(3, 2)}))); },
+     .names = {"x.apt", "x.apt", "apt", "str", "apt"}},
+    {.name = "AppendLines",
+     .run =
+         [](FileEvents& t) {
+             t.runFile("file.append", t.file("tail.skl", sklText({patchOf({1, 2})})));
+         },
+     .names = {"x.skl", "x.skl", "skl", "str", "skl"}},
+    {.name = "AppendTriangles",
+     .run =
+         [](FileEvents& t) {
+             t.runFile("file.append", t.file("tail.dat", datHead + std::string("ZONE N=3, E=1, F=FEPOINT, "
+                                                                               "ET=TRIANGLE\n0 0 0\n1 0 0\n0 1 0\n"
+                                                                               "1 2 3\n")));
+         },
+     .names = {"x.dat", "x.apt", "dat", "uns", "apt"}},
+    {.name = "AppendGridOfTecplot",
+     .run = [](FileEvents& t) { t.runFile("file.append", t.file("tail.dat", datHead + std::string(gridZone))); },
+     .names = {"x.apt", "x.apt", "dat", "str", "apt"}},
+    {.name = "NewAndUndo",
+     .run =
+         [](FileEvents& t) {
+             t.ui.answers = {true};
+             t.run("file.new");
+             t.run("patch.undo");
+         },
+     .names = {"x.apt", "x.apt", "apt", "str", "apt"}},
+    {.name = "OpenAndUndo",
+     .run =
+         [](FileEvents& t) {
+             t.runFile("file.open", t.file("other.stl", stlText));
+             t.run("patch.undo");
+         },
+     .names = {"x.apt", "x.apt", "apt", "str", "apt"}},
+    {.name = "OpenFieldAndUndo",
+     .run =
+         [](FileEvents& t) {
+             t.runFile("file.openField", t.file("other.dat", fieldText));
+             t.run("patch.undo");
+         },
+     .names = {"x.apt", "x.apt", "apt", "str", "apt"}},
+    {.name = "CylinderAndUndo",
+     .run =
+         [](FileEvents& t) {
+             t.turnIntoCylinder();
+             t.run("patch.undo");
+         },
+     .names = {"x.apt", "x.apt", "apt", "str", "apt"}},
+    {.name = "ToTrianglesAndUndo",
+     .run =
+         [](FileEvents& t) {
+             t.run("convert.toUnstructured");
+             t.run("patch.undo");
+         },
+     .names = {"x.apt", "x.apt", "apt", "str", "apt"}},
+};
+
+} // namespace
+
+TEST(FileEventPairs, EveryCommandThatGoesOnGivesTheModelItsName) {
+    const std::pair<const char*, std::string> files[] = {
+        {"whole", aptText({flatPatch(2, 2)})}, {"in part", brokenSecondCompartment}, {"thinned", longApt()}};
+    for (const auto& [kind, text] : files) {
+        for (const Going& going : goings) {
+            SCOPED_TRACE(std::string(kind) + ", " + going.name);
+            class Pair : public FileEvents {
+                void TestBody() override {}
+            } t;
+            t.doc.onOpenDocument(t.file("X.apt", text));
+            EXPECT_EQ(t.doc.documentTitle, kind == std::string("in part") ? "Wrong" : "x.apt");
+            const std::string status = t.doc.status;
+            t.ui.transcript.clear();
+            going.run(t);
+            t.ui.answers.clear();
+            t.expectNames(going.names);
+            EXPECT_EQ(t.doc.status, going.keepsStatus ? status : idle);
+            EXPECT_THAT(t.ui.transcript, Not(Contains(StartsWith("status: Points in the file"))));
+            EXPECT_FALSE(t.doc.fieldMode || t.doc.fieldLoaded || t.doc.fieldOpening);
+            EXPECT_EQ(t.doc.feRegion.blocks.empty(), going.names.structure == "str");
+            if (going.edited && going.names.structure == "str") {
+                const std::string lines = going.names.title.substr(0, 1) + ".skl";
+                t.lengthenASection();
+                t.expectNames({lines, lines, "", "str", "skl"});
+            }
+        }
+    }
+}
+
+// ---- What the file commands ask their chooser
+// ------------------------------------------------------------------------
+
+namespace {
+
+struct Asking {
+    const char* command;
+    void (*prepare)(FileEvents&);
+    ChooserMode mode;
+    bool multiple;
+    std::vector<std::string> extensions;
+    const char* proposed; ///< in the folder of the model; with a "/" as it is; empty for none
+};
+
+void openZones(FileEvents& t) {
+    t.doc.onOpenDocument(t.file("Body.stl", stlText));
+}
+void openField(FileEvents& t) {
+    t.runFile("file.openField", t.file("Flow.dat", fieldText));
+}
+void openSmall(FileEvents& t) {
+    t.openGrid();
+}
+void captureCurve(FileEvents& t) {
+    t.openGrid();
+    t.runWith("line.inputSection", {{"patch", "1"}, {"section", "1"}});
+    t.run("line.copy");
+}
+/// A grid of its own among lines.
+void selectGridOfLines(FileEvents& t) {
+    t.doc.onOpenDocument(t.file("Hull.skl", sklText({patchOf({1, 2}), flatPatch(2, 2)})));
+    t.runWith("patch.inputAndAdd", {{"number", "2"}});
+}
+void selectLines(FileEvents& t) {
+    t.doc.onOpenDocument(t.file("Hull.skl", sklText({patchOf({1, 2}), flatPatch(2, 2)})));
+    t.runWith("patch.inputAndAdd", {{"number", "1"}});
+}
+void selectZone(FileEvents& t) {
+    openZones(t);
+    t.runWith("patch.inputAndAdd", {{"number", "1"}});
+}
+void nameGrid(FileEvents& t) {
+    t.doc.onOpenDocument(t.file("net.grd", ""));
+}
+
+const Asking askings[] = {
+    {"file.open",
+     openSmall,
+     ChooserMode::Open,
+     true,
+     {"apt", "skl", "dat", "wrl", "stl", "apm", "fld", "grd"},
+     "small.apt"},
+    {"file.append", openSmall, ChooserMode::Append, false, {"apt", "skl", "dat"}, "small.apt"},
+    {"file.append", openZones, ChooserMode::Append, false, {"dat", "wrl", "stl"}, "Body.stl"},
+    {"file.saveAs", openSmall, ChooserMode::SaveAs, false, {"apt", "skl", "dat", "wrl", "stl"}, "small.apt"},
+    {"file.saveAs", openZones, ChooserMode::SaveAs, false, {"dat", "wrl", "stl"}, "Body.stl"},
+    {"file.openField", openSmall, ChooserMode::Open, true, {"dat"}, "small.apt"},
+    {"file.saveAsField", openField, ChooserMode::SaveAs, false, {"dat"}, "Flow.dat"},
+    {"file.appendWrl", openSmall, ChooserMode::Append, false, {"wrl"}, ""},
+    {"file.appendDat", openSmall, ChooserMode::Append, false, {"dat"}, ""},
+    {"file.appendSft", openSmall, ChooserMode::Append, false, {"sft"}, ""},
+    {"file.appendCbc", nameGrid, ChooserMode::Append, false, {"cbc", "bc"}, ""},
+    {"file.openApm", openSmall, ChooserMode::Open, false, {"apm"}, "Markers.apm"},
+    {"buffer.open", captureCurve, ChooserMode::Open, false, {"ext"}, "Line_buf.ext"},
+    {"buffer.saveAs", captureCurve, ChooserMode::SaveAs, false, {"ext"}, "Line_buf.ext"},
+    {"block.saveAs", selectLines, ChooserMode::SaveAs, false, {"skl"}, "Hull.skl"},
+    {"block.saveAs", selectGridOfLines, ChooserMode::SaveAs, false, {"apt"}, "Hull.apt"},
+    {"block.saveAs", selectZone, ChooserMode::SaveAs, false, {"dat", "wrl", "stl"}, "Body.stl"},
+};
+
+} // namespace
+
+TEST(FileEventPairs, EveryCommandAsksItsChooserForItsFiles) {
+    for (const Asking& asking : askings) {
+        SCOPED_TRACE(asking.command);
+        class Asked : public FileEvents {
+            void TestBody() override {}
+        } t;
+        asking.prepare(t);
+        t.ui.requests.clear();
+        t.ui.answers = {true};
+        t.run(asking.command);
+        ASSERT_EQ(t.ui.requests.size(), 1U);
+        const FileRequest& request = t.ui.requests.front();
+        EXPECT_EQ(request.mode, asking.mode);
+        EXPECT_EQ(request.multiple, asking.multiple);
+        EXPECT_EQ(request.command, asking.command);
+        std::vector<std::string> extensions;
+        for (const FileType& type : request.types) {
+            extensions.push_back(type.extension);
+        }
+        EXPECT_EQ(extensions, asking.extensions);
+        // The buffer and the markers have a name of their own, without a folder.
+        const std::string proposed = asking.proposed;
+        const bool bare = proposed.empty() || proposed.starts_with("Line_buf") || proposed.starts_with("Markers");
+        EXPECT_EQ(request.proposed, bare ? fs::path(proposed) : t.folder / proposed);
+    }
+}
+
+// ---- What they leave behind
+// ------------------------------------------------------------------------------------------
+
+namespace {
+
+using Traces = FileEvents;
+
+} // namespace
+
+TEST_F(Traces, ANewModelIsDrawnAndCountsAsChanged) {
+    openGrid();
+    doc.regularInput.typed = {1, 2, 3};
+    viewCalls();
+    ui.onRegularInput = [](CRegularInput& table) {
+        EXPECT_EQ(table.typed, zVec<double>());
+        table.regularPatches.assign(1, flatPatch(2, 3, 7));
+        return true;
+    };
+    ui.answers = {true};
+    run("file.new");
+    EXPECT_TRUE(doc.documentModified);
+    EXPECT_EQ(doc.boxMax, zVec<double>(2, 1, 7));
+    EXPECT_THAT(viewCalls(), testing::IsSupersetOf({"bounds", "redraw"}));
+    EXPECT_THAT(heard(), Contains("title: Untitled.apt"));
+}
+
+TEST_F(Traces, ANewModelThatIsCancelledLeavesNothingOfWhatWasTyped) {
+    ui.onRegularInput = [](CRegularInput& table) {
+        table.regularPatches.assign(1, flatPatch(2, 3));
+        return false;
+    };
+    run("file.new");
+    EXPECT_TRUE(doc.patches.empty());
+    EXPECT_EQ(doc.structureKind, "non");
+    EXPECT_FALSE(doc.documentModified);
+}
+
+TEST_F(Traces, AnEmptyTableIsNoModelAndNotChanged) {
+    ui.onRegularInput = [](CRegularInput&) { return true; };
+    run("file.new");
+    EXPECT_EQ(doc.structureKind, "non");
+    EXPECT_EQ(doc.documentTitle, "Untitled");
+    EXPECT_FALSE(doc.documentModified);
+}
+
+TEST_F(Traces, NewTellsThatNothingIsCapturedAnyMore) {
+    openGrid();
+    runWith("line.inputSection", {{"patch", "1"}, {"section", "1"}});
+    ASSERT_NE(doc.status, idle);
+    forget();
+    ui.answers = {true};
+    run("file.new");
+    EXPECT_EQ(doc.status, idle);
+    EXPECT_EQ(ui.count(std::string("status: ") + idle), 1U);
+    // Where nothing was captured the status line is left alone.
+    openGrid();
+    forget();
+    ui.answers = {true};
+    run("file.new");
+    EXPECT_EQ(ui.count(std::string("status: ") + idle), 0U);
+}
+
+TEST_F(Traces, OpenThatGivesNothingLeavesTheRegimesAndDraws) {
+    const std::vector<std::vector<fs::path>> choices = {{}, {folder / "absent.apt"}, {folder / "notes.txt"}};
+    for (const char* command : {"file.open", "file.openField"}) {
+        for (const auto& chosen : choices) {
+            SCOPED_TRACE(command + std::to_string(chosen.size()));
+            openGrid();
+            runWith("line.inputSection", {{"patch", "1"}, {"section", "1"}});
+            forget();
+            ui.answers = {true};
+            ui.files.push_back(chosen);
+            run(command);
+            EXPECT_FALSE(doc.sectionCaptured);
+            EXPECT_EQ(doc.capturedPatch, -1);
+            EXPECT_FALSE(doc.fieldOpening);
+            EXPECT_THAT(view.calls, Contains("redraw"));
+            EXPECT_THAT(ui.transcript, Not(Contains(StartsWith("recent: "))));
+            EXPECT_EQ(ui.count("message: Open procedure is canceled"), chosen.empty() ? 0U : 1U);
+            run("patch.undo");
+            EXPECT_EQ(doc.patches, PatchList{flatPatch(2, 2)});
+            EXPECT_EQ(doc.documentTitle, "small.apt");
+        }
+    }
+}
+
+TEST_F(Traces, OpenRecordsTheFirstFileAsItWasChosen) {
+    runFile("file.open", file("Wing.APT", aptText({flatPatch(2, 2)})));
+    EXPECT_EQ(ui.count("recent: " + (folder / "Wing.APT").string()), 1U);
+    runFile("file.openField", file("Flow.DAT", fieldText));
+    EXPECT_EQ(ui.count("recent: " + (folder / "Flow.DAT").string()), 1U);
+}
+
+TEST_F(Traces, OpeningByPathDrawsTheEmptyDocumentBeforeItReads) {
+    openGrid();
+    forget();
+    doc.onOpenDocument(folder / "absent.apt");
+    EXPECT_THAT(viewCalls(), Contains("redraw"));
+    EXPECT_EQ(doc.boxMax.x, -3.4028234663852886e38);
+    EXPECT_TRUE(doc.patchUndoReady);
+}
+
+TEST_F(Traces, AnAppendedFileThatFailsInAppendModeEndsIt) {
+    openGrid();
+    runFile("file.append", file("bad.apt", brokenSecondCompartment));
+    EXPECT_FALSE(doc.appendMode);
+    runFile("file.append", folder / "absent.stl");
+    EXPECT_FALSE(doc.appendMode);
+    doc.onOpenDocument(file("bad2.apt", brokenSecondCompartment));
+    EXPECT_EQ(doc.currentPath, shownFolder() + "bad2.apt");
+}
+
+TEST_F(Traces, AListOfThinnedFilesTellsTheCountsOfAllOnceAndTheNextFileItsOwn) {
+    const fs::path first = file("first.apt", longApt());
+    const fs::path second = file("second.apt", aptText({flatPatch(2, 2)}));
+    ui.files.push_back({first, second});
+    run("file.open");
+    EXPECT_EQ(doc.status, "Points in the file: 201008, kept: 100508");
+    runFile("file.append", second);
+    EXPECT_EQ(doc.status, idle);
+    runFile("file.append", file("bad.apt", brokenSecondCompartment));
+    EXPECT_EQ(doc.status, "Points in the file: 8, kept: 4");
+    doc.onOpenDocument(second);
+    EXPECT_EQ(doc.status, idle);
+    doc.onOpenDocument(first);
+    EXPECT_EQ(doc.status, "Points in the file: 201004, kept: 100504");
+}
+
+TEST_F(Traces, TheTitleOfZonesIsThatOfTheFirstFile) {
+    doc.onOpenDocument(file("a.dat", "TITLE = \"first\"\nVARIABLES = \"x\" \"y\" \"z\"\nZONE N=3, E=1, F=FEPOINT, "
+                                     "ET=TRIANGLE\n0 0 0\n1 0 0\n0 1 0\n1 2 3\n"));
+    EXPECT_EQ(doc.feRegion.title, "first");
+    runFile("file.append", file("b.dat", "TITLE = \"second\"\nVARIABLES = \"x\" \"y\" \"z\"\nZONE N=3, E=1, "
+                                         "F=FEPOINT, ET=TRIANGLE\n0 0 0\n1 0 0\n0 1 0\n1 2 3\n"));
+    EXPECT_EQ(doc.feRegion.title, "first");
+    runFile("file.open", folder / "b.dat");
+    EXPECT_EQ(doc.feRegion.title, "second");
+}
+
+// ---- Field files
+// -----------------------------------------------------------------------------------------------------
+
+TEST_F(Traces, OpenFieldForgetsTheFieldBeforeEvenWhenItIsCancelled) {
+    openField(*this);
+    ASSERT_EQ(doc.fieldPatches.size(), 1U);
+    ui.answers = {true};
+    run("file.openField");
+    EXPECT_TRUE(doc.fieldPatches.empty());
+    EXPECT_FALSE(doc.fieldLoaded || doc.fieldMode || doc.fieldOpening);
+    EXPECT_EQ(doc.structureKind, "non");
+}
+
+TEST_F(Traces, SaveFieldTakesTheExtensionAndCountsAsSavedEvenWhenItIsRefused) {
+    openGrid();
+    runWith("model.move", {{"deltaX", "1"}});
+    ASSERT_TRUE(doc.documentModified);
+    ui.files.push_back({folder / "out.APT"});
+    doc.SaveField();
+    EXPECT_THAT(heard(), Contains("message: Wrong file Extension"));
+    EXPECT_FALSE(doc.documentModified);
+    EXPECT_EQ(doc.fileExtension, "apt");
+    ui.files.push_back({folder / "out.TXT"});
+    doc.SaveField();
+    EXPECT_EQ(doc.fileExtension, "txt");
+    EXPECT_EQ(doc.documentTitle, "small.apt");
+}
+
+TEST_F(Traces, CloseFieldLeavesNothingCapturedSelectedOrShown) {
+    openField(*this);
+    runWith("patch.inputAndAdd", {{"number", "1"}});
+    ASSERT_NE(doc.status, idle);
+    doc.showBlockOnly = true;
+    forget();
+    run("file.closeField");
+    EXPECT_EQ(doc.status, idle);
+    EXPECT_THAT(doc.blockList, testing::Each(-1));
+    EXPECT_EQ(doc.blockCount, 0);
+    EXPECT_FALSE(doc.showBlockOnly || doc.patchCaptured || doc.patchCaptureArmed || doc.patchRemoving);
+    EXPECT_THAT(view.calls, testing::IsSupersetOf({"reset", "redraw"}));
+    EXPECT_EQ(ui.count(std::string("status: ") + idle), 1U);
+}
+
+// ---- Conversions
+// -----------------------------------------------------------------------------------------------------
+
+TEST_F(Traces, EveryConversionIsDrawnAndCanBeUndoneWithoutANewBox) {
+    openGrid();
+    runWith("model.move", {{"deltaX", "1"}}); // its Undo would fit the view
+    const struct {
+        const char* command;
+        std::vector<std::pair<std::string, std::string>> fields;
+    } steps[] = {
+        {"convert.toUnstructured", {}}, {"convert.toSkl", {{"number", "2"}}}, {"convert.toApt", {{"pointCount", "3"}}}};
+    for (const auto& step : steps) {
+        SCOPED_TRACE(step.command);
+        forget();
+        ui.dialogs.clear();
+        runWith(step.command, step.fields);
+        EXPECT_THAT(view.calls, Contains("redraw"));
+        EXPECT_TRUE(doc.patchUndoReady);
+        EXPECT_FALSE(doc.rebuildOnUndo);
+        EXPECT_EQ(doc.status, idle);
+        EXPECT_TRUE(doc.documentModified);
+    }
+}
+
+TEST_F(Traces, ConversionToLinesEmptiesTheZBlockAndThePatchesThatWereThere) {
+    openZones(*this);
+    runWith("patch.inputAndAdd", {{"number", "1"}});
+    run("block.only");
+    runWith("convert.toSkl", {{"number", "2"}});
+    EXPECT_EQ(doc.blockCount, 0);
+    EXPECT_FALSE(doc.showBlockOnly);
+    EXPECT_EQ(doc.patches.size(), 1U);
+    EXPECT_EQ(doc.partCount(), 1);
+}
+
+// Of the triangle (0, 0, 0), (1, 0, 0), (0, 1, 0) the plane x = c leaves the points (c, 0) and (c, 1 - c).
+TEST_F(Traces, ConversionToLinesTakesItsPlanesFromTheDialog) {
+    openZones(*this);
+    runWith("convert.toSkl", {{"number", "2"}, {"borderApproach", "2"}, {"yourMin", "0.25"}, {"yourMax", "0.75"}});
+    ASSERT_EQ(doc.patches.size(), 1U);
+    ASSERT_EQ(doc.patches[0].size(), 2U);
+    EXPECT_NEAR(doc.patches[0][0].front().x, 0.25, 1e-9);
+    EXPECT_NEAR(doc.patches[0][1].front().x, 0.75, 1e-9);
+    run("patch.undo");
+    runWith("convert.toSkl",
+            {{"planeAxis", "2"}, {"number", "2"}, {"borderApproach", "2"}, {"yourMin", "0.125"}, {"yourMax", "0.5"}});
+    ASSERT_EQ(doc.patches[0].size(), 2U);
+    EXPECT_NEAR(doc.patches[0][0].front().y, 0.125, 1e-9);
+    EXPECT_NEAR(doc.patches[0][1].front().y, 0.5, 1e-9);
+}
+
+// ---- Points beside the model
+// -----------------------------------------------------------------------------------------
+
+TEST_F(Traces, PointFilesAreDrawnAndLeaveTheModel) {
+    openGrid();
+    runWith("model.move", {{"deltaX", "1"}});
+    ASSERT_TRUE(doc.rebuildOnUndo);
+    const PatchList before = doc.patches;
+    const std::pair<const char*, fs::path> steps[] = {
+        {"file.appendSft", file("m.sft", "1\n2\n3\n4\n5\n6\n7\n1 2 3 4 5 6 7\n")},
+        {"file.openApm", file("m.apm", "1 2 3\n")},
+        {"file.closeSft", {}},
+        {"file.closeApm", {}}};
+    for (const auto& [command, path] : steps) {
+        SCOPED_TRACE(command);
+        forget();
+        if (path.empty()) {
+            run(command);
+        } else {
+            runFile(command, path);
+        }
+        EXPECT_THAT(view.calls, Contains("redraw"));
+        EXPECT_FALSE(doc.rebuildOnUndo); // the box is that of the model still
+        EXPECT_EQ(doc.patches, before);
+        EXPECT_EQ(doc.documentTitle, "small.apt");
+    }
+}
+
+TEST_F(Traces, MarkersGoBeforeTheChooserIsAsked) {
+    openGrid();
+    runFile("file.openApm", file("m.apm", "1 2 3\n"));
+    runFile("file.openApm", folder / "absent.apm");
+    EXPECT_THAT(heard(), Contains("message: It is impossible to open selected file"));
+    EXPECT_TRUE(doc.markers.empty());
+    EXPECT_TRUE(doc.markersOpen);
+}
+
+TEST_F(Traces, AppendCbcAsksAndIsDrawn) {
+    nameGrid(*this);
+    forget();
+    run("file.appendCbc");
+    EXPECT_THAT(heard(), testing::ElementsAre("chooser: Append -> 0"));
+    EXPECT_THAT(viewCalls(), Contains("redraw"));
+    EXPECT_TRUE(doc.cbcAppended);
+}
+
+} // namespace velmora::test

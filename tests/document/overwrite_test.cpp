@@ -1,0 +1,653 @@
+#include <algorithm>
+#include <functional>
+
+#include "command_table.h"
+#include "document_fixture.h"
+#include "file_texts.h"
+
+namespace velmora::test {
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+namespace fs = std::filesystem;
+
+const char* const question = "question: The file holds more points than were read. Overwrite it? -> ";
+const char* const cannotSave = "message: It is impossible to save current file";
+
+const char* const triangleText = "TITLE = \"t\"\nVARIABLES = \"x\" \"y\" \"z\"\n"
+                                 "ZONE T=\"s\", N=3, E=1, F=FEPOINT, ET=TRIANGLE\n0 0 0\n1 0 0\n0 1 0\n1 2 3\n";
+const char* const fieldText = "TITLE = \"flow\"\nVARIABLES = \"X\", \"Y\", \"Z\", \"P\"\n"
+                              "ZONE T=\"ZONE_0\",I=2,J=2,K=1,F= POINT\n0 0 0 10\n1 0 0 11\n0 1 0 12\n1 1 0 13\n";
+
+enum class Model { Grid, Lines, Zones, Field };
+
+/// A command that writes the model, a part of it or the buffer to `target`.
+struct Writer {
+    const char* name;
+    Model model;
+    const char* target;
+    const char* command;
+    bool chooses = true; ///< the target comes from a chooser; else the model's file names it
+    bool takesBlock = false;
+    bool takesBuffer = false;
+    bool endsModified = true; ///< once it has written, the model counts as saved
+
+    friend void PrintTo(const Writer& writer, std::ostream* out) { *out << writer.name; }
+};
+
+const Writer writers[] = {
+    {.name = "SaveGrid", .model = Model::Grid, .target = "wing.apt", .command = "file.save", .chooses = false},
+    {.name = "SaveLines", .model = Model::Lines, .target = "hull.skl", .command = "file.save", .chooses = false},
+    {.name = "SaveZones", .model = Model::Zones, .target = "body.dat", .command = "file.save", .chooses = false},
+    {.name = "ExitGrid", .model = Model::Grid, .target = "wing.apt", .command = "file.exit", .chooses = false},
+    {.name = "ExitLines", .model = Model::Lines, .target = "hull.skl", .command = "file.exit", .chooses = false},
+    {.name = "ExitZones", .model = Model::Zones, .target = "body.dat", .command = "file.exit", .chooses = false},
+    {.name = "SaveAsAptOfGrid", .model = Model::Grid, .target = "out.apt", .command = "file.saveAs"},
+    {.name = "SaveAsSklOfGrid", .model = Model::Grid, .target = "out.skl", .command = "file.saveAs"},
+    {.name = "SaveAsDatOfGrid", .model = Model::Grid, .target = "out.dat", .command = "file.saveAs"},
+    {.name = "SaveAsWrlOfGrid", .model = Model::Grid, .target = "out.wrl", .command = "file.saveAs"},
+    {.name = "SaveAsStlOfGrid", .model = Model::Grid, .target = "out.stl", .command = "file.saveAs"},
+    {.name = "SaveAsSklOfLines", .model = Model::Lines, .target = "out.skl", .command = "file.saveAs"},
+    {.name = "SaveAsDatOfZones", .model = Model::Zones, .target = "out.dat", .command = "file.saveAs"},
+    {.name = "SaveAsWrlOfZones", .model = Model::Zones, .target = "out.wrl", .command = "file.saveAs"},
+    {.name = "SaveAsStlOfZones", .model = Model::Zones, .target = "out.stl", .command = "file.saveAs"},
+    {.name = "SaveAsField", .model = Model::Field, .target = "out.dat", .command = "file.saveAsField"},
+    {.name = "BlockAptOfGrid",
+     .model = Model::Grid,
+     .target = "out.apt",
+     .command = "block.saveAs",
+     .takesBlock = true,
+     .endsModified = false},
+    {.name = "BlockSklOfLines",
+     .model = Model::Lines,
+     .target = "out.skl",
+     .command = "block.saveAs",
+     .takesBlock = true,
+     .endsModified = false},
+    {.name = "BlockDatOfZones",
+     .model = Model::Zones,
+     .target = "out.dat",
+     .command = "block.saveAs",
+     .takesBlock = true,
+     .endsModified = false},
+    {.name = "BlockWrlOfZones",
+     .model = Model::Zones,
+     .target = "out.wrl",
+     .command = "block.saveAs",
+     .takesBlock = true,
+     .endsModified = false},
+    {.name = "BlockStlOfZones",
+     .model = Model::Zones,
+     .target = "out.stl",
+     .command = "block.saveAs",
+     .takesBlock = true,
+     .endsModified = false},
+    {.name = "BufferExt",
+     .model = Model::Grid,
+     .target = "out.ext",
+     .command = "buffer.saveAs",
+     .takesBuffer = true,
+     .endsModified = false},
+    {.name = "KnifePartBefore",
+     .model = Model::Zones,
+     .target = "body_1.dat",
+     .command = "convert.knife",
+     .chooses = false,
+     .endsModified = false},
+    {.name = "KnifePartAfter",
+     .model = Model::Zones,
+     .target = "body_2.dat",
+     .command = "convert.knife",
+     .chooses = false,
+     .endsModified = false},
+};
+
+/// What of the document a declined save must leave.
+struct Traces {
+    std::string title, path, directory, extension, kinds;
+    fs::path chosen;
+    bool modified = false;
+    PatchList patches, field;
+    std::size_t zones = 0;
+    PointList buffer;
+
+    bool operator==(const Traces&) const = default;
+};
+
+class OverwriteTest : public DocumentTest {
+protected:
+    fs::path file(const std::string& name, const std::string& text) {
+        writeFileText(folder / name, text);
+        return folder / name;
+    }
+
+    void run(const std::string& id) {
+        ASSERT_FALSE(isCommandOff(doc, id)) << id;
+        (doc.*findCommand(id)->run)();
+    }
+
+    void runWith(const std::string& id, const std::vector<std::pair<std::string, std::string>>& fields) {
+        ui.dialogs.push_back(fields);
+        run(id);
+    }
+
+    Traces traces() const {
+        return {.title = doc.documentTitle,
+                .path = doc.currentPath,
+                .directory = doc.currentDirectory,
+                .extension = doc.fileExtension,
+                .kinds = doc.structureKind + doc.fileKind + doc.secondKind,
+                .chosen = doc.chosenPath,
+                .modified = doc.documentModified,
+                .patches = doc.patches,
+                .field = doc.fieldPatches,
+                .zones = doc.feRegion.blocks.size(),
+                .buffer = doc.lineBuffer};
+    }
+
+    void openModel(Model model) {
+        if (model == Model::Grid) {
+            doc.onOpenDocument(file("wing.apt", aptText({flatPatch(3, 2), flatPatch(2, 2, 4)})));
+        } else if (model == Model::Lines) {
+            doc.onOpenDocument(file("hull.skl", sklText({patchOf({1, 2})})));
+        } else if (model == Model::Zones) {
+            doc.onOpenDocument(file("body.dat", triangleText));
+        } else {
+            ui.answers = {true};
+            ui.files.push_back({file("flow.dat", fieldText)});
+            doc.OpenField();
+        }
+    }
+
+    /// The model of the writer is open and changed, its block or buffer filled.
+    void prepare(const Writer& writer) {
+        openModel(writer.model);
+        if (writer.model != Model::Field) {
+            runWith("model.move", {{"deltaX", "0.25"}});
+        } else {
+            doc.documentModified = true;
+        }
+        if (writer.takesBlock) {
+            runWith("patch.inputAndAdd", {{"number", "1"}});
+        }
+        if (writer.takesBuffer) {
+            runWith("line.inputSection", {{"patch", "1"}, {"section", "1"}});
+            run("line.copy");
+        }
+        forget();
+    }
+
+    /// Runs the writer with these answers to what it asks, and gives the questions and messages.
+    Lines write(const Writer& writer, std::deque<bool> answers) {
+        const std::string id = writer.command;
+        if (writer.chooses) {
+            ui.files.push_back({folder / writer.target});
+        }
+        ui.answers = std::move(answers);
+        if (id == "file.exit") {
+            ui.answers.push_front(true);
+            doc.saveModified();
+        } else if (id == "convert.knife") {
+            runWith(id, {{"planeKind", "1"}, {"section", "0.5"}, {"cutKind", "3"}});
+        } else {
+            run(id);
+        }
+        Lines lines = heard();
+        std::erase_if(lines, [](const std::string& line) {
+            return !line.starts_with("question: The file") && !line.starts_with("message: ");
+        });
+        return lines;
+    }
+
+    /// The target becomes a link to a file that this document has opened before, so that one kind of file serves for
+    /// all formats: what is asked goes by the file and not by its name.
+    void linkTarget(const Writer& writer, const fs::path& opened) {
+        fs::remove(folder / writer.target);
+        fs::create_symlink(opened, folder / writer.target);
+    }
+
+    static bool asked(const Lines& lines) {
+        return std::any_of(lines.begin(), lines.end(), [](const auto& line) { return line.starts_with(question); });
+    }
+};
+
+class EachWriter : public OverwriteTest, public testing::WithParamInterface<Writer> {};
+
+INSTANTIATE_TEST_SUITE_P(Writers, EachWriter, testing::ValuesIn(writers),
+                         [](const auto& instance) { return std::string(instance.param.name); });
+
+} // namespace
+
+TEST_P(EachWriter, WritesAFileThatIsNotThereWithoutAQuestion) {
+    prepare(GetParam());
+    fs::remove(folder / GetParam().target);
+    EXPECT_FALSE(asked(write(GetParam(), {})));
+    EXPECT_GT(fileText(folder / GetParam().target).size(), 20U);
+    EXPECT_EQ(doc.documentModified, !GetParam().endsModified);
+}
+
+TEST_P(EachWriter, WritesInThePlaceOfAFileThatIsGoneWithoutAQuestion) {
+    doc.onOpenDocument(file("more.apt", brokenSecondCompartment));
+    prepare(GetParam());
+    linkTarget(GetParam(), folder / "more.apt");
+    fs::remove(folder / "more.apt");
+    EXPECT_FALSE(asked(write(GetParam(), {})));
+    EXPECT_GT(fileText(folder / "more.apt").size(), 20U);
+}
+
+TEST_P(EachWriter, WritesOverAFileThatWasReadWholeWithoutAQuestion) {
+    const std::string whole = aptText({flatPatch(2, 2, 9)});
+    doc.onOpenDocument(file("whole.apt", whole));
+    prepare(GetParam());
+    linkTarget(GetParam(), folder / "whole.apt");
+    EXPECT_FALSE(asked(write(GetParam(), {})));
+    EXPECT_NE(fileText(folder / "whole.apt"), whole);
+}
+
+TEST_P(EachWriter, WritesOverAFileThatWasNeverReadWithoutAQuestion) {
+    prepare(GetParam());
+    writeFileText(folder / GetParam().target, "of somebody else");
+    EXPECT_FALSE(asked(write(GetParam(), {})));
+    EXPECT_NE(fileText(folder / GetParam().target), "of somebody else");
+}
+
+TEST_P(EachWriter, LeavesAFileOfWhichLessWasReadWhenItIsDeclined) {
+    doc.onOpenDocument(file("more.apt", brokenSecondCompartment));
+    prepare(GetParam());
+    linkTarget(GetParam(), folder / "more.apt");
+    const Traces before = traces();
+    EXPECT_THAT(write(GetParam(), {false}), ElementsAre(question + std::string("no")));
+    EXPECT_EQ(fileText(folder / "more.apt"), brokenSecondCompartment);
+    EXPECT_TRUE(fs::is_symlink(folder / GetParam().target));
+    EXPECT_TRUE(traces() == before);
+    EXPECT_FALSE(fs::exists(folder / "body_1.dat") && !fs::is_symlink(folder / "body_1.dat"));
+    EXPECT_EQ(ui.busyDepth, 0);
+}
+
+TEST_P(EachWriter, WritesOverAFileOfWhichLessWasReadAfterAYesAndAsksOnce) {
+    doc.onOpenDocument(file("more.apt", brokenSecondCompartment));
+    prepare(GetParam());
+    linkTarget(GetParam(), folder / "more.apt");
+    Lines lines = write(GetParam(), {true});
+    ASSERT_THAT(lines, Contains(question + std::string("yes")).Times(1));
+    EXPECT_THAT(lines, Not(Contains(cannotSave)));
+    EXPECT_NE(fileText(folder / "more.apt"), brokenSecondCompartment);
+    EXPECT_EQ(doc.documentModified, !GetParam().endsModified);
+    // It holds what was written from now on, whatever command writes it.
+    prepare(GetParam());
+    linkTarget(GetParam(), folder / "more.apt");
+    EXPECT_FALSE(asked(write(GetParam(), {})));
+}
+
+TEST_P(EachWriter, FailsAtAFolderWithoutAQuestion) {
+    prepare(GetParam());
+    fs::remove(folder / GetParam().target);
+    fs::create_directory(folder / GetParam().target);
+    const PatchList patches = doc.patches;
+    const Lines lines = write(GetParam(), {});
+    EXPECT_FALSE(asked(lines));
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_TRUE(lines[0] == cannotSave || lines[0].starts_with("message: \n--- Error Message ---\n\nFile Error"));
+    EXPECT_TRUE(fs::is_empty(folder / GetParam().target));
+    EXPECT_EQ(doc.patches, patches);
+    EXPECT_EQ(ui.busyDepth, 0);
+}
+
+// ---- The ways in which less is read than a file holds
+// ----------------------------------------------------------------
+
+namespace {
+
+/// `count` lines of the point (0, 0, 0).
+std::string points(int count) {
+    std::string text;
+    for (int i = 0; i < count; ++i) {
+        text += "0 0 0\n";
+    }
+    return text;
+}
+
+std::string repeated(int times, const std::string& text) {
+    std::string all;
+    for (int i = 0; i < times; ++i) {
+        all += text;
+    }
+    return all;
+}
+
+const char* const head = "TITLE = \"t\"\nVARIABLES = \"x\" \"y\" \"z\"\n";
+const char* const smallCompartment = "2 2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n";
+const char* const smallLines = "2\n1\n0 0 0\n2\n0 1 0\n1 1 0\n";
+
+// 201,004 points are one step above what is read whole: every second one of a long section stays, and the last.
+std::string longApt() {
+    return "2 100502\n" + points(2 * 100502);
+}
+std::string longDat() {
+    return head + std::string("ZONE T=\"g\", I=100502, J=2, K=1, F=POINT\n") + points(2 * 100502);
+}
+const char* const longStatus = "status: Points in the file: 201004, kept: 100504";
+
+// 571 patches of 65 by 65 are too short to be thinned: the last one is cut behind its section 58, at 2,412,020 points.
+std::string largeApt() {
+    return repeated(571, "65 65\n" + points(65 * 65));
+}
+std::string largeDat() {
+    return head + repeated(571, "ZONE T=\"g\", I=65, J=65, K=1, F=POINT\n" + points(65 * 65));
+}
+const char* const largeStatus = "status: Points in the file: 2412475, kept: 2412020";
+
+struct Incomplete {
+    const char* name;
+    const char* file;
+    std::string (*text)();
+    const char* status = nullptr; ///< what the status line tells of it
+
+    friend void PrintTo(const Incomplete& incomplete, std::ostream* out) { *out << incomplete.name; }
+};
+
+const Incomplete incompleteFiles[] = {
+    {.name = "ThinnedApt", .file = "more.apt", .text = longApt, .status = longStatus},
+    {.name = "ThinnedDat", .file = "more.dat", .text = longDat, .status = longStatus},
+    {.name = "FailedApt",
+     .file = "more.apt",
+     .text = [] { return std::string(brokenSecondCompartment); },
+     .status = "status: Points in the file: 8, kept: 4"},
+    {.name = "FailedSkl", .file = "more.skl", .text = [] { return smallLines + std::string("1\n2\n0 0 0\n1 0\n"); }},
+    {.name = "SklWithoutItsLastCount", .file = "more.skl", .text = [] { return smallLines + std::string("1\n"); }},
+    {.name = "AptWithHalfAHeaderBehind",
+     .file = "more.apt",
+     .text = [] { return smallCompartment + std::string("2\n"); }},
+    {.name = "AptWithHalfAHeaderAtItsVeryEnd",
+     .file = "more.apt",
+     .text = [] { return smallCompartment + std::string("2"); }},
+    {.name = "AptWithAWordBehind", .file = "more.apt", .text = [] { return smallCompartment + std::string("end\n"); }},
+    {.name = "SklWithAWordBehind", .file = "more.skl", .text = [] { return smallLines + std::string("end\n"); }},
+};
+
+const Incomplete cutFiles[] = {
+    {.name = "CutApt", .file = "more.apt", .text = largeApt, .status = largeStatus},
+    {.name = "CutDat", .file = "more.dat", .text = largeDat, .status = largeStatus},
+};
+
+class EachIncomplete : public OverwriteTest, public testing::WithParamInterface<Incomplete> {
+protected:
+    void SetUp() override {
+        file(GetParam().file, GetParam().text());
+        size_ = fs::file_size(folder / GetParam().file);
+    }
+
+    void expectUntouched() const { EXPECT_EQ(fs::file_size(folder / GetParam().file), size_); }
+
+    std::string asExtension() const { return fs::path(GetParam().file).extension().string().substr(1); }
+
+    Lines saveAs() {
+        ui.files.push_back({folder / GetParam().file});
+        run("file.saveAs");
+        return heard();
+    }
+
+    void expectQuestionByItsModel() {
+        doc.onOpenDocument(folder / GetParam().file);
+        if (GetParam().status != nullptr) {
+            EXPECT_THAT(heard(), Contains(GetParam().status));
+        } else {
+            EXPECT_THAT(heard(), Not(Contains(testing::StartsWith("status: Points in the file"))));
+        }
+        const Traces before = traces();
+        EXPECT_THAT(saveAs(), ElementsAre("chooser: Save As -> 1", question + std::string("no")));
+        expectUntouched();
+        EXPECT_TRUE(traces() == before);
+        if (asExtension() == doc.fileKind) {
+            run("file.save");
+            EXPECT_THAT(heard(), ElementsAre(question + std::string("no")));
+            expectUntouched();
+            runWith("patch.inputAndAdd", {{"number", "1"}});
+            forget();
+            ui.files.push_back({folder / GetParam().file});
+            run("block.saveAs");
+            EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1", question + std::string("no")));
+            expectUntouched();
+        }
+    }
+
+private:
+    std::uintmax_t size_ = 0;
+};
+
+/// The same for files that are too large to be gone through in every way.
+class EachCutFile : public EachIncomplete {};
+
+INSTANTIATE_TEST_SUITE_P(Files, EachCutFile, testing::ValuesIn(cutFiles),
+                         [](const auto& instance) { return std::string(instance.param.name); });
+
+INSTANTIATE_TEST_SUITE_P(Files, EachIncomplete, testing::ValuesIn(incompleteFiles),
+                         [](const auto& instance) { return std::string(instance.param.name); });
+
+} // namespace
+
+TEST_P(EachIncomplete, IsAskedAboutByTheModelThatCameFromIt) {
+    expectQuestionByItsModel();
+}
+
+TEST_P(EachCutFile, IsAskedAboutByTheModelThatCameFromIt) {
+    expectQuestionByItsModel();
+}
+
+TEST_P(EachIncomplete, IsAskedAboutWhenItWasAppended) {
+    openModel(Model::Grid);
+    ui.files.push_back({folder / GetParam().file});
+    run("file.append");
+    if (GetParam().status != nullptr) {
+        EXPECT_EQ("status: " + doc.status, GetParam().status);
+    }
+    forget();
+    run("file.save"); // over the file of the model, or under the name of its new kind
+    EXPECT_FALSE(asked(heard()));
+    expectUntouched();
+    EXPECT_THAT(saveAs(), ElementsAre("chooser: Save As -> 1", question + std::string("no")));
+    expectUntouched();
+}
+
+TEST_P(EachIncomplete, IsAskedAboutBehindAWholeFileOfAList) {
+    const std::string whole = "first." + asExtension();
+    openModel(asExtension() == "skl" ? Model::Lines : Model::Grid);
+    ui.files.push_back({folder / whole});
+    run("file.saveAs");
+    ui.answers = {true};
+    ui.files.push_back({folder / whole, folder / GetParam().file});
+    run("file.open");
+    forget();
+    EXPECT_THAT(saveAs(), ElementsAre("chooser: Save As -> 1", question + std::string("no")));
+    expectUntouched();
+    ui.files.push_back({folder / whole});
+    run("file.saveAs");
+    EXPECT_FALSE(asked(heard()));
+}
+
+TEST_F(OverwriteTest, ATriangulatedModelAsksBeforeItIsSavedOverTheThinnedFileItCameFrom) {
+    doc.onOpenDocument(file("more.dat", longDat()));
+    EXPECT_EQ(doc.documentTitle, "more.apt");
+    run("convert.toUnstructured");
+    EXPECT_EQ(doc.documentTitle, "more.dat");
+    forget();
+    run("file.save");
+    EXPECT_THAT(heard(), ElementsAre(question + std::string("no")));
+    EXPECT_EQ(fs::file_size(folder / "more.dat"), longDat().size());
+    ui.answers = {true};
+    run("file.save");
+    EXPECT_THAT(heard(), ElementsAre(question + std::string("yes"), "message: DAT file is written"));
+    run("file.save");
+    EXPECT_THAT(heard(), ElementsAre("message: DAT file is written"));
+}
+
+TEST_F(OverwriteTest, BothPartsOfTheKnifeAreAskedAboutBeforeOneIsWritten) {
+    doc.onOpenDocument(file("body_1.apt", brokenSecondCompartment));
+    doc.onOpenDocument(file("body_2.apt", brokenSecondCompartment));
+    openModel(Model::Zones);
+    forget();
+    for (const char* part : {"body_1", "body_2"}) {
+        fs::create_symlink(folder / (std::string(part) + ".apt"), folder / (std::string(part) + ".dat"));
+    }
+    const Writer& knife = *std::find_if(std::begin(writers), std::end(writers), [](const Writer& writer) {
+        return std::string(writer.name) == "KnifePartBefore";
+    });
+    EXPECT_THAT(write(knife, {true, false}), ElementsAre(question + std::string("yes"), question + std::string("no")));
+    EXPECT_EQ(fileText(folder / "body_1.apt"), brokenSecondCompartment);
+    EXPECT_EQ(fileText(folder / "body_2.apt"), brokenSecondCompartment);
+    EXPECT_THAT(write(knife, {true, true}),
+                ElementsAre(question + std::string("yes"), question + std::string("yes"),
+                            "message: Parts are saved in dat format with indexes _1 and _2"));
+    EXPECT_NE(fileText(folder / "body_1.apt"), brokenSecondCompartment);
+    EXPECT_NE(fileText(folder / "body_2.apt"), brokenSecondCompartment);
+}
+
+TEST_F(OverwriteTest, ARefusedFieldFileIsNotAskedAbout) {
+    doc.onOpenDocument(file("more.apt", brokenSecondCompartment));
+    openModel(Model::Lines);
+    for (const char* target : {"more.apt", "more.dat"}) {
+        if (!fs::exists(folder / target)) {
+            fs::create_symlink(folder / "more.apt", folder / target);
+        }
+        forget();
+        ui.files.push_back({folder / target});
+        doc.SaveField();
+        EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1", "message: Wrong file Extension"));
+        EXPECT_EQ(fileText(folder / "more.apt"), brokenSecondCompartment);
+    }
+}
+
+// ---- Files of which nothing came into the model ---------------------------------------------------------------------
+
+namespace {
+
+/// A file that cannot be read whole, and gives no model.
+struct Failing {
+    const char* name;
+    const char* file;
+    std::string text;
+
+    friend void PrintTo(const Failing& failing, std::ostream* out) { *out << failing.name; }
+};
+
+const Failing failingFiles[] = {
+    {.name = "Dat",
+     .file = "bad.dat",
+     .text = triangleText + std::string("ZONE N=3, E=1, F=FEPOINT, ET=TRIANGLE\n1\n")},
+    {.name = "DatWithoutCoordinates", .file = "bad.dat", .text = "ZONE I=3, J=2, K=1, F=POINT\n1 2 3\n"},
+    {.name = "Wrl",
+     .file = "bad.wrl",
+     .text = "#VRML V2.0 utf8\nShape { geometry IndexedFaceSet { coord Coordinate { point [ 0 0 5 1 0 5 0 1 5 ] } "
+             "coordIndex [ 0 1 4 -1 ] } }\n"},
+};
+
+class EachFailing : public OverwriteTest, public testing::WithParamInterface<Failing> {
+protected:
+    void SetUp() override { file(GetParam().file, GetParam().text); }
+
+    void expectQuestion() {
+        forget();
+        ui.files.push_back({folder / GetParam().file});
+        run("file.saveAs");
+        EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1", question + std::string("no")));
+        EXPECT_EQ(fileText(folder / GetParam().file), GetParam().text);
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Files, EachFailing, testing::ValuesIn(failingFiles),
+                         [](const auto& instance) { return std::string(instance.param.name); });
+
+} // namespace
+
+TEST_P(EachFailing, IsAskedAboutAfterItWasOpened) {
+    doc.onOpenDocument(folder / GetParam().file);
+    openModel(Model::Zones);
+    expectQuestion();
+}
+
+TEST_P(EachFailing, IsAskedAboutAfterItWasAppended) {
+    openModel(Model::Zones);
+    ui.files.push_back({folder / GetParam().file});
+    run("file.append");
+    if (GetParam().name != std::string("DatWithoutCoordinates")) { // its zones are taken as they are there
+        expectQuestion();
+    }
+    EXPECT_EQ(fileText(folder / GetParam().file), GetParam().text);
+}
+
+TEST_P(EachFailing, IsNotAskedAboutOnceItIsRepairedAndReadAgain) {
+    doc.onOpenDocument(folder / GetParam().file);
+    const std::string name = GetParam().file;
+    if (name == "bad.dat") {
+        file(name, triangleText);
+        doc.onOpenDocument(folder / name);
+    } else {
+        openModel(Model::Zones);
+        ui.files.push_back({folder / "good.wrl"});
+        run("file.saveAs");
+        fs::rename(folder / "good.wrl", folder / name);
+        doc.onOpenDocument(folder / name);
+    }
+    ASSERT_EQ(doc.structureKind, "uns");
+    ui.files.push_back({folder / name});
+    forget();
+    run("file.saveAs");
+    EXPECT_FALSE(asked(heard()));
+}
+
+TEST_F(OverwriteTest, ABadFileBehindAGoodOneOfAListIsNotSavedOverWithoutAYes) {
+    const std::string bad = triangleText + std::string("ZONE N=3, E=1, F=FEPOINT, ET=TRIANGLE\n1\n");
+    ui.files.push_back({file("good.dat", triangleText), file("bad.dat", bad)});
+    run("file.open");
+    EXPECT_EQ(doc.feRegion.blocks.size(), 1U);
+    forget();
+    run("file.save");
+    EXPECT_THAT(heard(), ElementsAre(question + std::string("no")));
+    EXPECT_EQ(fileText(folder / "bad.dat"), bad);
+}
+
+TEST_F(OverwriteTest, AFieldFileWithTextBehindItsEndIsAskedAbout) {
+    for (const bool behind : {false, true}) {
+        const std::string text = fieldText + std::string(behind ? "\nnotes\n" : "\n\n");
+        ui.answers = {true};
+        ui.files.push_back({file("flow.dat", text)});
+        doc.OpenField();
+        ASSERT_TRUE(doc.fieldMode);
+        forget();
+        ui.files.push_back({folder / "flow.dat"});
+        run("file.saveAsField");
+        EXPECT_EQ(asked(heard()), behind);
+        EXPECT_EQ(fileText(folder / "flow.dat") == text, behind);
+    }
+}
+
+TEST_F(OverwriteTest, AFieldFileThatFailedIsAskedAbout) {
+    const std::string text = fieldText + std::string("ZONE T=\"ZONE_1\",I=2,J=2,K=1,F= POINT\n0 0\n");
+    ui.files.push_back({file("bad.dat", text)});
+    doc.OpenField();
+    openModel(Model::Field);
+    ui.answers.clear();
+    forget();
+    ui.files.push_back({folder / "bad.dat"});
+    run("file.saveAsField");
+    EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1", question + std::string("no")));
+    EXPECT_EQ(fileText(folder / "bad.dat"), text);
+}
+
+TEST_F(OverwriteTest, AFileThatCouldNotBeOpenedIsNotAskedAboutOnceItIsThere) {
+    for (const char* name : {"absent.apt", "absent.skl"}) {
+        doc.onOpenDocument(folder / name);
+        openModel(Model::Grid);
+        writeFileText(folder / name, "of somebody else");
+        forget();
+        ui.files.push_back({folder / name});
+        run("file.saveAs");
+        EXPECT_FALSE(asked(heard()));
+    }
+}
+
+} // namespace velmora::test

@@ -21,7 +21,7 @@ void VelmoraDoc::armPointCapture() {
     }
     patchCaptureArmed = false;
     patchRemoving = false;
-    sectionCaptureArmed = false;
+    sectionCaptureArmed = lineCaptureArmed = false;
     pointStatus = dragPrompt;
     ShowStatus(pointStatus);
 }
@@ -220,7 +220,7 @@ void VelmoraDoc::dropEmptyPatchesFromBlock() {
 // ---- Patches and the zBlock -----------------------------------------------------------------------------------------
 
 void VelmoraDoc::CapturePatch() {
-    sectionCaptureArmed = pointCaptureArmed = freePointArmed = false;
+    sectionCaptureArmed = lineCaptureArmed = pointCaptureArmed = freePointArmed = false;
     if (pointCaptured || freePointHeld) {
         ExitPointRegime();
     }

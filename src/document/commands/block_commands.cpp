@@ -161,7 +161,7 @@ void VelmoraDoc::PasteBlock() {
     if (!intoNothing) {
         beginPatchCommand(false);
         leavePointAndCurves();
-        patchCaptureArmed = false;
+        patchCaptureArmed = patchRemoving = false;
         keepPatches(blockMask(), false);
     }
     emptyBlock();

@@ -16,7 +16,9 @@ void VelmoraDoc::Intersection() {
         redraw();
         return;
     }
-    if (!pierceOtherPatches()) {
+    const bool pierced = pierceOtherPatches();
+    redraw(); // the piercing points are seen, also when nothing more comes of them
+    if (!pierced) {
         ui_.showMessage(message::intersectionImpossible);
         return;
     }

@@ -21,7 +21,7 @@ void VelmoraDoc::armPointCapture() {
     }
     patchCaptureArmed = false;
     patchRemoving = false;
-    sectionCaptureArmed = false;
+    sectionCaptureArmed = lineCaptureArmed = false;
     pointStatus = dragPrompt;
     ShowStatus(pointStatus);
 }
@@ -155,7 +155,7 @@ void VelmoraDoc::holdInputCurve(bool section, std::int32_t patch, std::int32_t c
     if (lineCaptured || (!section && sectionCaptured)) {
         ExitLineRegime();
     }
-    pointCaptureArmed = freePointArmed = patchCaptureArmed = false;
+    pointCaptureArmed = freePointArmed = patchCaptureArmed = patchRemoving = false;
     sectionCaptureArmed = lineCaptureArmed = false;
     sectionCaptured = section;
     lineCaptured = !section;
@@ -220,7 +220,7 @@ void VelmoraDoc::dropEmptyPatchesFromBlock() {
 // ---- Patches and the zBlock -----------------------------------------------------------------------------------------
 
 void VelmoraDoc::CapturePatch() {
-    sectionCaptureArmed = pointCaptureArmed = freePointArmed = false;
+    sectionCaptureArmed = lineCaptureArmed = pointCaptureArmed = freePointArmed = false;
     if (pointCaptured || freePointHeld) {
         ExitPointRegime();
     }
@@ -248,7 +248,7 @@ void VelmoraDoc::AddPatchToBlock() {
 void VelmoraDoc::armPatchCapture() {
     capturedPatch = -1;
     patchCaptureArmed = true;
-    patchCaptured = false;
+    patchCaptured = patchRemoving = false;
     forceMouseMode(ModePatch);
     patchStatus = findPatchPrompt;
 }
@@ -261,6 +261,9 @@ void VelmoraDoc::RemovePatchFromBlock() {
     if (curveRegimeActive()) {
         ExitLineRegime();
     }
+    // One click does one thing: what waited for a patch to add has the zBlock captured from here on.
+    patchCaptured = patchCaptured || patchCaptureArmed;
+    patchCaptureArmed = false;
     removeStatus = findPatchPrompt;
     ShowStatus(removeStatus);
     forceMouseMode(ModePatch);
@@ -297,7 +300,7 @@ void VelmoraDoc::InputPatch() {
         ExitLineRegime();
     }
     capturedPatch = patch;
-    patchCaptureArmed = false;
+    patchCaptureArmed = patchRemoving = false;
     patchCaptured = true;
     forceMouseMode(ModePatch);
     if (joins) {

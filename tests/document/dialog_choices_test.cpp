@@ -1,0 +1,989 @@
+#include <cmath>
+#include <functional>
+#include <ostream>
+#include <set>
+
+#include "command_rig.h"
+#include "corner_box.h"
+
+namespace velmora::test {
+
+namespace {
+
+using Vector = zVec<double>;
+using Axis = double Vector::*;
+
+/// Numbers with up to four digits behind the point, as short as they are.
+std::string text(const std::vector<double>& numbers) {
+    std::ostringstream out;
+    for (const double number : numbers) {
+        const double rounded = std::round(number * 1e4) / 1e4;
+        out << (out.tellp() > 0 ? " " : "") << (rounded == 0 ? 0 : rounded);
+    }
+    return out.str();
+}
+
+/// What a test looks at in the document afterwards.
+using Look = std::function<std::string(VelmoraDoc&)>;
+
+/// One coordinate along a section.
+Look along(std::size_t patch, std::size_t section, Axis axis = &Vector::x) {
+    return [=](VelmoraDoc& doc) { return text(coordinates(doc.patches.at(patch).at(section), axis)); };
+}
+
+/// One coordinate of the first points of a patch's sections.
+Look across(std::size_t patch, Axis axis = &Vector::y) {
+    return [=](VelmoraDoc& doc) {
+        std::vector<double> values;
+        for (const PointList& points : doc.patches.at(patch)) {
+            values.push_back(points.front().*axis);
+        }
+        return text(values);
+    };
+}
+
+/// A point, all three coordinates.
+Look pointOf(std::size_t patch, std::size_t section, std::size_t point) {
+    return [=](VelmoraDoc& doc) {
+        const Vector& p = doc.patches.at(patch).at(section).at(point);
+        return text({p.x, p.y, p.z});
+    };
+}
+
+/// Per patch the numbers of points of its sections.
+std::string countsOf(const PatchList& patches) {
+    std::string counts;
+    for (const Patch& patch : patches) {
+        counts += counts.empty() ? "" : "; ";
+        const std::vector<std::int32_t> numbers = velmora::test::countsOf(patch);
+        counts += text({numbers.begin(), numbers.end()});
+    }
+    return counts;
+}
+
+std::string pointCounts(VelmoraDoc& doc) {
+    return countsOf(doc.patches);
+}
+
+std::string fieldCounts(VelmoraDoc& doc) {
+    return countsOf(doc.fieldPatches);
+}
+
+/// Where the triangles begin and end along one axis.
+Look extent(Axis axis) {
+    return [=](VelmoraDoc& doc) {
+        const CornerBox box = cornerBox(doc.feRegion);
+        return text({box.lower.*axis, box.upper.*axis});
+    };
+}
+
+/// Whether the points of a section lie on the chords of the zigzag that it was.
+Look onChords(std::size_t section) {
+    return [=](VelmoraDoc& doc) {
+        for (const Vector& p : doc.patches.at(0).at(section)) {
+            const double foot = std::fmod(p.x, 2.0);
+            if (std::abs(p.z - (foot < 1 ? foot : 2 - foot)) > 1e-9) {
+                return "off the chords";
+            }
+        }
+        return "on the chords";
+    };
+}
+
+Look flag(bool VelmoraDoc::*which) {
+    return [=](VelmoraDoc& doc) { return std::string(doc.*which ? "on" : "off"); };
+}
+
+Patch zigzag() {
+    Patch patch = flatPatch(3, 5);
+    for (PointList& points : patch) {
+        points[1].z = points[3].z = 1;
+    }
+    return patch;
+}
+
+/// Steps of 1 along x, but the last step of the section in the middle is 5.
+Patch uneven() {
+    Patch patch = flatPatch(3, 5);
+    patch[1][4].x = 8;
+    return patch;
+}
+
+/// A second plate whose first section lies on the last of `first`; its points have steps of 2.
+Patch behind() {
+    Patch patch = flatPatch(2, 5);
+    for (PointList& points : patch) {
+        for (Vector& p : points) {
+            p = {2 * p.x, p.y + 2, 0};
+        }
+    }
+    return patch;
+}
+
+Patch closedSection() {
+    return {{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {3, 0, 0}, {0, 0, 0}},
+            {{9, 1, 0}, {8, 1, 0}, {7, 1, 0}, {6, 1, 0}, {5, 1, 0}}};
+}
+
+Patch dented() {
+    Patch patch = flatPatch(4, 4);
+    patch[1][1] = {1.5, 1.2, 0.6};
+    return patch;
+}
+
+/// One choice of a dialog in a command, and what comes of it.
+struct Choice {
+    std::string dialog;
+    std::string field;
+    int value = 0;
+    std::string command;
+    PatchList model = {};
+    Steps before = {};
+    Fields first = {};  ///< of the same dialog, set before the choice
+    Fields fields = {}; ///< and after it
+    Look look;
+    std::string expected;
+    std::string when = {};
+};
+
+void PrintTo(const Choice& choice, std::ostream* out) {
+    *out << choice.dialog << '.' << choice.field << '=' << choice.value << ' ' << choice.when;
+}
+
+const Steps onPoint3 = section(1, 2) + point(1, 2, 3);
+const Fields nine = {{"newCount", "9"}};
+const Steps openField = {{.id = "file.openField", .files = {"flow.dat"}}};
+
+/// A polyline of eight steps of 1 in each section.
+const PatchList longPlate = {flatPatch(2, 9)};
+
+/// The last of the five steps up to the point at x = 4: behind it the steps are 1.
+std::string stepBeforePoint(VelmoraDoc& doc) {
+    const PointList& points = doc.patches.at(0).at(0);
+    return std::abs(points.at(5).x - points.at(4).x - 1) < 0.01 ? "runs on" : "jumps";
+}
+
+std::string partsOnDisk(VelmoraDoc& doc) {
+    const std::filesystem::path folder = doc.chosenPath.parent_path();
+    const bool both = std::filesystem::exists(folder / "wing_1.dat") && std::filesystem::exists(folder / "wing_2.dat");
+    return (both ? "both, the model is " : "none, the model is ") + extent(&Vector::x)(doc);
+}
+
+const std::vector<Choice> choices = {
+    {.dialog = "CRebreak",
+     .field = "regime",
+     .value = 1,
+     .command = "line.rebreak",
+     .model = {flatPatch(3, 5)},
+     .before = section(1, 2),
+     .fields = nine,
+     .look = pointCounts,
+     .expected = "5 9 5"},
+    {.dialog = "CRebreak",
+     .field = "regime",
+     .value = 2,
+     .command = "line.rebreak",
+     .model = {flatPatch(3, 5)},
+     .before = section(1, 2),
+     .fields = nine,
+     .look = pointCounts,
+     .expected = "9 9 9"},
+    {.dialog = "CRebreak",
+     .field = "regime",
+     .value = 2,
+     .command = "line.rebreak",
+     .model = {flatPatch(4, 5)},
+     .before = section(1, 1),
+     .fields = {{"newCount", "9"}, {"firstCurve", "3"}, {"lastCurve", "3"}},
+     .look = pointCounts,
+     .expected = "5 5 9 9",
+     .when = "from the third on"},
+    {.dialog = "CRebreak",
+     .field = "function",
+     .value = 1,
+     .command = "line.rebreak",
+     .model = {zigzag()},
+     .before = section(1, 2),
+     .fields = nine,
+     .look = onChords(1),
+     .expected = "off the chords"},
+    {.dialog = "CRebreak",
+     .field = "function",
+     .value = 2,
+     .command = "line.rebreak",
+     .model = {zigzag()},
+     .before = section(1, 2),
+     .fields = nine,
+     .look = onChords(1),
+     .expected = "on the chords"},
+    {.dialog = "CRebreak",
+     .field = "style",
+     .value = 1,
+     .command = "line.rebreak",
+     .model = {uneven()},
+     .before = section(1, 2),
+     .fields = {{"regime", "2"}, {"function", "2"}},
+     .look = along(0, 1),
+     .expected = "0 2 4 6 8"},
+    {.dialog = "CRebreak",
+     .field = "style",
+     .value = 2,
+     .command = "line.rebreak",
+     .model = {uneven()},
+     .before = section(1, 2),
+     .fields = {{"regime", "2"}, {"function", "2"}},
+     .look = along(0, 0),
+     .expected = "0 0.5 1 1.5 4"},
+    {.dialog = "CRebreak",
+     .field = "style",
+     .value = 2,
+     .command = "line.rebreak",
+     .model = {uneven()},
+     .before = section(1, 2),
+     .fields = {{"regime", "2"}, {"function", "1"}},
+     .look = along(0, 2),
+     .expected = "0 0.5 1 1.5 4",
+     .when = "by a spline"},
+    {.dialog = "CRebreak",
+     .field = "useBlock",
+     .value = 0,
+     .command = "line.rebreak",
+     .model = {flatPatch(3, 5), flatPatch(2, 7, 1), flatPatch(2, 5, 2)},
+     .before = addPatch(1) + addPatch(2) + section(1, 2),
+     .first = {{"regime", "2"}},
+     .fields = nine,
+     .look = pointCounts,
+     .expected = "9 9 9; 7 7; 5 5"},
+    {.dialog = "CRebreak",
+     .field = "useBlock",
+     .value = 1,
+     .command = "line.rebreak",
+     .model = {flatPatch(3, 5), flatPatch(2, 7, 1), flatPatch(2, 5, 2)},
+     .before = addPatch(1) + addPatch(2) + section(1, 2),
+     .first = {{"regime", "2"}},
+     .fields = nine,
+     .look = pointCounts,
+     .expected = "9 9 9; 9 9; 5 5"},
+
+    {.dialog = "CRebreakPart",
+     .field = "regime",
+     .value = 1,
+     .command = "point.rebreakPart",
+     .model = {flatPatch(3, 5)},
+     .before = onPoint3,
+     .fields = {{"newCount", "5"}},
+     .look = pointCounts,
+     .expected = "5 7 5"},
+    {.dialog = "CRebreakPart",
+     .field = "regime",
+     .value = 2,
+     .command = "point.rebreakPart",
+     .model = {flatPatch(3, 5)},
+     .before = onPoint3,
+     .fields = {{"newCount", "5"}},
+     .look = pointCounts,
+     .expected = "7 7 7"},
+    {.dialog = "CRebreakPart",
+     .field = "position",
+     .value = 1,
+     .command = "point.rebreakPart",
+     .model = {flatPatch(3, 5)},
+     .before = onPoint3,
+     .fields = {{"newCount", "5"}},
+     .look = along(0, 1),
+     .expected = "0 0.5 1 1.5 2 3 4"},
+    {.dialog = "CRebreakPart",
+     .field = "position",
+     .value = 2,
+     .command = "point.rebreakPart",
+     .model = {flatPatch(3, 5)},
+     .before = onPoint3,
+     .fields = {{"newCount", "5"}},
+     .look = along(0, 1),
+     .expected = "0 1 2 2.5 3 3.5 4"},
+    {.dialog = "CRebreakPart",
+     .field = "function",
+     .value = 1,
+     .command = "point.rebreakPart",
+     .model = {zigzag()},
+     .before = section(1, 2) + point(1, 2, 4),
+     .fields = {{"position", "1"}, {"newCount", "8"}},
+     .look = onChords(1),
+     .expected = "off the chords"},
+    {.dialog = "CRebreakPart",
+     .field = "function",
+     .value = 2,
+     .command = "point.rebreakPart",
+     .model = {zigzag()},
+     .before = section(1, 2) + point(1, 2, 4),
+     .fields = {{"position", "1"}, {"newCount", "8"}},
+     .look = onChords(1),
+     .expected = "on the chords"},
+    {.dialog = "CRebreakPart",
+     .field = "style",
+     .value = 1,
+     .command = "point.rebreakPart",
+     .model = longPlate,
+     .before = section(1, 1) + point(1, 1, 5),
+     .fields = {{"position", "1"}, {"newCount", "6"}, {"compression", "2"}},
+     .look = stepBeforePoint,
+     .expected = "jumps"},
+    {.dialog = "CRebreakPart",
+     .field = "style",
+     .value = 2,
+     .command = "point.rebreakPart",
+     .model = longPlate,
+     .before = section(1, 1) + point(1, 1, 5),
+     .fields = {{"position", "1"}, {"newCount", "6"}, {"compression", "2"}},
+     .look = stepBeforePoint,
+     .expected = "runs on"},
+
+    {.dialog = "CMerge",
+     .field = "kind",
+     .value = 1,
+     .command = "block.merge",
+     .model = {flatPatch(3, 3), flatPatch(3, 3)},
+     .before = addPatch(1) + addPatch(2),
+     .look = pointCounts,
+     .expected = "3 3 3 3 3"},
+    {.dialog = "CMerge",
+     .field = "kind",
+     .value = 2,
+     .command = "block.merge",
+     .model = {flatPatch(3, 3), flatPatch(3, 3)},
+     .before = addPatch(1) + addPatch(2),
+     .look = pointCounts,
+     .expected = "5 5 5"},
+    // It is shown and stored, and has no part in the merge.
+    {.dialog = "CMerge",
+     .field = "aptControl",
+     .value = 0,
+     .command = "block.merge",
+     .model = {flatPatch(3, 3), flatPatch(3, 3)},
+     .before = addPatch(1) + addPatch(2),
+     .look =
+         [](VelmoraDoc& doc) { return pointCounts(doc) + (doc.mergeValues.aptControl ? " ticked" : " not ticked"); },
+     .expected = "3 3 3 3 3 not ticked"},
+    {.dialog = "CMerge",
+     .field = "aptControl",
+     .value = 1,
+     .command = "block.merge",
+     .model = {flatPatch(3, 3), flatPatch(3, 3)},
+     .before = addPatch(1) + addPatch(2),
+     .look =
+         [](VelmoraDoc& doc) { return pointCounts(doc) + (doc.mergeValues.aptControl ? " ticked" : " not ticked"); },
+     .expected = "3 3 3 3 3 ticked"},
+    {.dialog = "CMerge",
+     .field = "matching",
+     .value = 0,
+     .command = "block.merge",
+     .model = {{uneven()[0], uneven()[1]}, behind()},
+     .before = addPatch(1) + addPatch(2),
+     .look = along(0, 2),
+     .expected = "0 2 4 6 8"},
+    {.dialog = "CMerge",
+     .field = "matching",
+     .value = 1,
+     .command = "block.merge",
+     .model = {{uneven()[0], uneven()[1]}, behind()},
+     .before = addPatch(1) + addPatch(2),
+     .look = along(0, 2),
+     .expected = "0 1 2 3 8"},
+    {.dialog = "CMerge",
+     .field = "showDouble",
+     .value = 0,
+     .command = "block.merge",
+     .model = {flatPatch(3, 3), flatPatch(3, 3)},
+     .before = Steps{{.id = "view.features", .fields = {{"showDoublePoints", "1"}}}} + addPatch(1) + addPatch(2),
+     .look = flag(&VelmoraDoc::showDoublePoints),
+     .expected = "off"},
+    {.dialog = "CMerge",
+     .field = "showDouble",
+     .value = 1,
+     .command = "block.merge",
+     .model = {flatPatch(3, 3), flatPatch(3, 3)},
+     .before = addPatch(1) + addPatch(2),
+     .look = flag(&VelmoraDoc::showDoublePoints),
+     .expected = "on"},
+    {.dialog = "CMerge",
+     .field = "deleteDouble",
+     .value = 0,
+     .command = "block.merge",
+     .before = openField + addPatch(1) + addPatch(2),
+     .fields = {{"kind", "2"}},
+     .look = [](VelmoraDoc& doc) { return pointCounts(doc) + " with " + fieldCounts(doc); },
+     .expected = "3 3 with 4 4"},
+    {.dialog = "CMerge",
+     .field = "deleteDouble",
+     .value = 1,
+     .command = "block.merge",
+     .before = openField + addPatch(1) + addPatch(2),
+     .fields = {{"kind", "2"}},
+     .look = [](VelmoraDoc& doc) { return pointCounts(doc) + " with " + fieldCounts(doc); },
+     .expected = "3 3 with 3 3"},
+
+    // The borders have equal steps, so each curve inside gets equal steps along its chords.
+    {.dialog = "CSmooth",
+     .field = "regime",
+     .value = 1,
+     .command = "model.smooth",
+     .model = {dented()},
+     .fields = {{"function", "2"}},
+     .look = pointOf(0, 1, 1),
+     .expected = "1.0548 1.1406 0.4219"},
+    {.dialog = "CSmooth",
+     .field = "regime",
+     .value = 2,
+     .command = "model.smooth",
+     .model = {dented()},
+     .fields = {{"function", "2"}},
+     .look = pointOf(0, 1, 1),
+     .expected = "1.4132 0.9917 0.4959"},
+    {.dialog = "CSmooth",
+     .field = "regime",
+     .value = 3,
+     .command = "model.smooth",
+     .model = {dented()},
+     .fields = {{"function", "2"}},
+     .look = pointOf(0, 1, 1),
+     .expected = "1.0476 0.992 0.3669"},
+    {.dialog = "CSmooth",
+     .field = "regime",
+     .value = 4,
+     .command = "model.smooth",
+     .model = {dented()},
+     .fields = {{"function", "2"}},
+     .look = pointOf(0, 1, 1),
+     .expected = "1.0272 0.994 0.3604"},
+    {.dialog = "CSmooth",
+     .field = "function",
+     .value = 1,
+     .command = "model.smooth",
+     .model = {{uneven()[1], zigzag()[1], uneven()[1]}},
+     .look = onChords(1),
+     .expected = "off the chords"},
+    {.dialog = "CSmooth",
+     .field = "function",
+     .value = 2,
+     .command = "model.smooth",
+     .model = {{uneven()[1], zigzag()[1], uneven()[1]}},
+     .look = onChords(1),
+     .expected = "on the chords"},
+
+    {.dialog = "CInterpolate",
+     .field = "fitToBuffer",
+     .value = 0,
+     .command = "line.interpolate",
+     .model = {flatPatch(3, 3), {{{1, 1.5, 0}, {2, 2, 2}}, {{3, 3, 3}, {4, 4, 4}}}},
+     .before = point(2, 1, 1) + Steps{{.id = "point.copy"}} + section(1, 2),
+     .fields = {{"coefficient", "0.25"}},
+     .look = along(0, 1, &Vector::y),
+     .expected = "1.25 1.25 1.25"},
+    {.dialog = "CInterpolate",
+     .field = "fitToBuffer",
+     .value = 1,
+     .command = "line.interpolate",
+     .model = {flatPatch(3, 3), {{{1, 1.5, 0}, {2, 2, 2}}, {{3, 3, 3}, {4, 4, 4}}}},
+     .before = point(2, 1, 1) + Steps{{.id = "point.copy"}} + section(1, 2),
+     .look = along(0, 1, &Vector::y),
+     .expected = "1.5 1.5 1.5"},
+
+    {.dialog = "CFirstPoint",
+     .field = "kind",
+     .value = 1,
+     .command = "line.firstPoint",
+     .model = {flatPatch(2, 5)},
+     .before = section(1, 1),
+     .look = along(0, 0),
+     .expected = "4 3 2 1 0"},
+    {.dialog = "CFirstPoint",
+     .field = "kind",
+     .value = 2,
+     .command = "line.firstPoint",
+     .model = {closedSection()},
+     .before = section(1, 1) + point(1, 1, 3),
+     .look = along(0, 0),
+     .expected = "2 3 0 1 2"},
+    {.dialog = "CFirstPoint",
+     .field = "sortKind",
+     .value = 1,
+     .command = "line.firstPoint",
+     .model = {closedSection()},
+     .before = section(1, 1) + point(1, 1, 2),
+     .look = along(0, 0),
+     .expected = "1 2 3 0 1"},
+    {.dialog = "CFirstPoint",
+     .field = "sortKind",
+     .value = 2,
+     .command = "line.firstPoint",
+     .model = {closedSection()},
+     .before = section(1, 1) + point(1, 1, 2),
+     .look = along(0, 0),
+     .expected = "1 0 3 2 1"},
+    {.dialog = "CFirstPoint",
+     .field = "makeLoop",
+     .value = 0,
+     .command = "line.firstPoint",
+     .model = {flatPatch(2, 5)},
+     .before = section(1, 1),
+     .look = along(0, 0),
+     .expected = "4 3 2 1 0"},
+    {.dialog = "CFirstPoint",
+     .field = "makeLoop",
+     .value = 1,
+     .command = "line.firstPoint",
+     .model = {flatPatch(2, 5)},
+     .before = section(1, 1),
+     .look = along(0, 0),
+     .expected = "0 3 2 1 0"},
+
+    {.dialog = "CExtrapolation",
+     .field = "kind",
+     .value = 1,
+     .command = "block.extrapolate",
+     .model = {flatPatch(3, 4)},
+     .before = addPatch(1),
+     .fields = {{"coefficient", "2"}},
+     .look = across(0),
+     .expected = "-2 0 1 2"},
+    {.dialog = "CExtrapolation",
+     .field = "kind",
+     .value = 2,
+     .command = "block.extrapolate",
+     .model = {flatPatch(3, 4)},
+     .before = addPatch(1),
+     .fields = {{"coefficient", "2"}},
+     .look = across(0),
+     .expected = "0 1 2 4"},
+    {.dialog = "CExtrapolation",
+     .field = "kind",
+     .value = 3,
+     .command = "block.extrapolate",
+     .model = {flatPatch(3, 4)},
+     .before = addPatch(1),
+     .fields = {{"coefficient", "2"}},
+     .look = along(0, 1),
+     .expected = "-2 0 1 2 3"},
+    {.dialog = "CExtrapolation",
+     .field = "kind",
+     .value = 4,
+     .command = "block.extrapolate",
+     .model = {flatPatch(3, 4)},
+     .before = addPatch(1),
+     .fields = {{"coefficient", "2"}},
+     .look = along(0, 1),
+     .expected = "0 1 2 3 5"},
+
+    {.dialog = "CPrescribe",
+     .field = "useX",
+     .value = 1,
+     .command = "line.prescribe",
+     .model = {flatPatch(2, 3)},
+     .before = section(1, 2),
+     .fields = {{"x", "7"}},
+     .look = pointOf(0, 1, 2),
+     .expected = "7 1 0"},
+    {.dialog = "CPrescribe",
+     .field = "useY",
+     .value = 1,
+     .command = "line.prescribe",
+     .model = {flatPatch(2, 3)},
+     .before = section(1, 2),
+     .fields = {{"y", "7"}},
+     .look = pointOf(0, 1, 2),
+     .expected = "2 7 0"},
+    {.dialog = "CPrescribe",
+     .field = "useZ",
+     .value = 1,
+     .command = "line.prescribe",
+     .model = {flatPatch(2, 3)},
+     .before = line(1, 2),
+     .fields = {{"z", "7"}},
+     .look = pointOf(0, 0, 1),
+     .expected = "1 0 7"},
+    {.dialog = "CPrescribe",
+     .field = "useX",
+     .value = 0,
+     .command = "line.prescribe",
+     .model = {flatPatch(2, 3)},
+     .before = section(1, 2),
+     .fields = {{"useY", "1"}, {"y", "7"}, {"useZ", "1"}, {"z", "8"}},
+     .look = pointOf(0, 1, 2),
+     .expected = "2 7 8"},
+    {.dialog = "CPrescribe",
+     .field = "useY",
+     .value = 0,
+     .command = "line.prescribe",
+     .model = {flatPatch(2, 3)},
+     .before = section(1, 2),
+     .fields = {{"useX", "1"}, {"x", "7"}, {"useZ", "1"}, {"z", "8"}},
+     .look = pointOf(0, 1, 2),
+     .expected = "7 1 8"},
+    {.dialog = "CPrescribe",
+     .field = "useZ",
+     .value = 0,
+     .command = "line.prescribe",
+     .model = {flatPatch(2, 3)},
+     .before = section(1, 2),
+     .fields = {{"useX", "1"}, {"x", "7"}, {"useY", "1"}, {"y", "8"}},
+     .look = pointOf(0, 1, 2),
+     .expected = "7 8 0"},
+
+    {.dialog = "CFlipBlock",
+     .field = "plane",
+     .value = 1,
+     .command = "line.flip",
+     .model = {flatPatch(2, 3, 3)},
+     .before = section(1, 2),
+     .fields = {{"xPlane", "10"}},
+     .look = pointOf(0, 1, 2),
+     .expected = "18 1 3"},
+    {.dialog = "CFlipBlock",
+     .field = "plane",
+     .value = 2,
+     .command = "line.flip",
+     .model = {flatPatch(2, 3, 3)},
+     .before = section(1, 2),
+     .fields = {{"yPlane", "10"}},
+     .look = pointOf(0, 1, 2),
+     .expected = "2 19 3"},
+    {.dialog = "CFlipBlock",
+     .field = "plane",
+     .value = 3,
+     .command = "model.flip",
+     .model = {flatPatch(2, 3, 3)},
+     .fields = {{"zPlane", "10"}},
+     .look = pointOf(0, 1, 0), // its points stand in reverse order
+     .expected = "2 1 17"},
+    {.dialog = "CSymmetricBlock",
+     .field = "plane",
+     .value = 1,
+     .command = "model.symmetric",
+     .model = {flatPatch(2, 3, 3)},
+     .fields = {{"xPlane", "10"}},
+     .look = pointOf(1, 1, 2),
+     .expected = "18 1 3"},
+    {.dialog = "CSymmetricBlock",
+     .field = "plane",
+     .value = 2,
+     .command = "model.symmetric",
+     .model = {flatPatch(2, 3, 3)},
+     .fields = {{"yPlane", "10"}},
+     .look = pointOf(1, 1, 2),
+     .expected = "2 19 3"},
+    {.dialog = "CSymmetricBlock",
+     .field = "plane",
+     .value = 3,
+     .command = "line.symmetric",
+     .model = {flatPatch(2, 3, 3)},
+     .before = section(1, 2),
+     .fields = {{"zPlane", "10"}},
+     .look = along(0, 1, &Vector::z),
+     .expected = "3 3 3 17 17 17"},
+
+    {.dialog = "CLast_First_switch",
+     .field = "kind",
+     .value = 1,
+     .command = "model.lastFirstSwitch",
+     .model = {flatPatch(3, 4)},
+     .look = [](VelmoraDoc& doc) { return across(0)(doc) + ", " + along(0, 0)(doc); },
+     .expected = "2 1 0, 0 1 2 3"},
+    {.dialog = "CLast_First_switch",
+     .field = "kind",
+     .value = 2,
+     .command = "model.lastFirstSwitch",
+     .model = {flatPatch(3, 4)},
+     .look = [](VelmoraDoc& doc) { return across(0)(doc) + ", " + along(0, 0)(doc); },
+     .expected = "0 1 2, 3 2 1 0"},
+
+    {.dialog = "CBeforeAfter",
+     .field = "choice",
+     .value = 1,
+     .command = "line.knife",
+     .model = {flatPatch(2, 7)},
+     .before = section(1, 1),
+     .look = along(0, 0),
+     .expected = "3 4 5 6"},
+    {.dialog = "CBeforeAfter",
+     .field = "choice",
+     .value = 2,
+     .command = "line.knife",
+     .model = {flatPatch(2, 7)},
+     .before = section(1, 1),
+     .look = along(0, 0),
+     .expected = "0 1 2 3"},
+    {.dialog = "CBeforeAfter",
+     .field = "choice",
+     .value = 1,
+     .command = "model.knife",
+     .model = {flatPatch(2, 7)},
+     .look = along(0, 1),
+     .expected = "3 4 5 6",
+     .when = "of the model"},
+    {.dialog = "CBeforeAfter",
+     .field = "choice",
+     .value = 2,
+     .command = "model.knife",
+     .model = {flatPatch(2, 7)},
+     .look = along(0, 1),
+     .expected = "0 1 2 3",
+     .when = "of the model"},
+    {.dialog = "CBeforeAfter",
+     .field = "choice",
+     .value = 1,
+     .command = "point.knifePart",
+     .model = {flatPatch(2, 7)},
+     .before = section(1, 1) + point(1, 1, 3),
+     .look = along(0, 0),
+     .expected = "2 3 4 5 6",
+     .when = "at a point"},
+    {.dialog = "CBeforeAfter",
+     .field = "choice",
+     .value = 2,
+     .command = "point.knifePart",
+     .model = {flatPatch(2, 7)},
+     .before = section(1, 1) + point(1, 1, 3),
+     .look = along(0, 0),
+     .expected = "0 1 2",
+     .when = "at a point"},
+    {.dialog = "CBeforeAfter",
+     .field = "choice",
+     .value = 1,
+     .command = "point.copyPart",
+     .model = {flatPatch(2, 7)},
+     .before = section(1, 1) + point(1, 1, 3),
+     .look = [](VelmoraDoc& doc) { return text(coordinates(doc.lineBuffer)); },
+     .expected = "0 1 2",
+     .when = "as what is copied"},
+    {.dialog = "CBeforeAfter",
+     .field = "choice",
+     .value = 2,
+     .command = "point.copyPart",
+     .model = {flatPatch(2, 7)},
+     .before = section(1, 1) + point(1, 1, 3),
+     .look = [](VelmoraDoc& doc) { return text(coordinates(doc.lineBuffer)); },
+     .expected = "2 3 4 5 6",
+     .when = "as what is copied"},
+    {.dialog = "CBeforeAfter",
+     .field = "choice",
+     .value = 1,
+     .command = "point.pastePart",
+     .model = {flatPatch(2, 4)},
+     .before = section(1, 1) + Steps{{.id = "line.copy"}} + section(1, 2) + point(1, 2, 3),
+     .look = along(0, 1),
+     .expected = "0 1 2 3 2 3",
+     .when = "as what is replaced"},
+    {.dialog = "CBeforeAfter",
+     .field = "choice",
+     .value = 2,
+     .command = "point.pastePart",
+     .model = {flatPatch(2, 4)},
+     .before = section(1, 1) + Steps{{.id = "line.copy"}} + section(1, 2) + point(1, 2, 3),
+     .look = along(0, 1),
+     .expected = "0 1 2 0 1 2 3",
+     .when = "as what is replaced"},
+
+    // A tilted plate: x from 0 to 4, y from 0 to 6, z from 0 to 8. The plane in the middle halves it.
+    {.dialog = "CConvert_to_SKL",
+     .field = "planeAxis",
+     .value = 1,
+     .command = "convert.toSkl",
+     .fields = {{"number", "3"}},
+     .look =
+         [](VelmoraDoc& doc) {
+             return text({doc.patches.at(0).at(1).front().x, doc.patches.at(0).at(1).back().x});
+         },
+     .expected = "2 2"},
+    {.dialog = "CConvert_to_SKL",
+     .field = "planeAxis",
+     .value = 2,
+     .command = "convert.toSkl",
+     .fields = {{"number", "3"}},
+     .look =
+         [](VelmoraDoc& doc) {
+             return text({doc.patches.at(0).at(1).front().y, doc.patches.at(0).at(1).back().y});
+         },
+     .expected = "3 3"},
+    {.dialog = "CConvert_to_SKL",
+     .field = "planeAxis",
+     .value = 3,
+     .command = "convert.toSkl",
+     .fields = {{"number", "3"}, {"borderApproach", "2"}, {"yourMin", "1"}, {"yourMax", "6"}},
+     .look = across(0, &Vector::z),
+     .expected = "1 3.5 6"},
+    {.dialog = "CConvert_to_SKL",
+     .field = "borderApproach",
+     .value = 1,
+     .command = "convert.toSkl",
+     .fields = {{"planeAxis", "1"}, {"number", "3"}, {"border", "0.1"}},
+     .look = across(0, &Vector::x),
+     .expected = "0.2 2 3.8"},
+    {.dialog = "CConvert_to_SKL",
+     .field = "borderApproach",
+     .value = 2,
+     .command = "convert.toSkl",
+     .fields = {{"planeAxis", "1"}, {"number", "3"}, {"yourMin", "1"}, {"yourMax", "3"}},
+     .look = across(0, &Vector::x),
+     .expected = "1 2 3"},
+
+    {.dialog = "CConvert_SKL_to_APT",
+     .field = "approximation",
+     .value = 1,
+     .command = "convert.toApt",
+     .model = {{zigzag()[0], flatPatch(1, 3)[0]}},
+     .fields = {{"pointCount", "9"}},
+     .look = onChords(0),
+     .expected = "off the chords"},
+    {.dialog = "CConvert_SKL_to_APT",
+     .field = "approximation",
+     .value = 2,
+     .command = "convert.toApt",
+     .model = {{zigzag()[0], flatPatch(1, 3)[0]}},
+     .fields = {{"pointCount", "9"}},
+     .look = onChords(0),
+     .expected = "on the chords"},
+
+    {.dialog = "CUKnife",
+     .field = "planeKind",
+     .value = 1,
+     .command = "convert.knife",
+     .fields = {{"section", "1"}},
+     .look = extent(&Vector::x),
+     .expected = "0 1"},
+    {.dialog = "CUKnife",
+     .field = "planeKind",
+     .value = 2,
+     .command = "convert.knife",
+     .fields = {{"section", "1"}},
+     .look = extent(&Vector::y),
+     .expected = "0 1"},
+    {.dialog = "CUKnife",
+     .field = "planeKind",
+     .value = 3,
+     .command = "convert.knife",
+     .fields = {{"section", "1"}},
+     .look = extent(&Vector::z),
+     .expected = "0 1"},
+    {.dialog = "CUKnife",
+     .field = "planeKind",
+     .value = 4,
+     .command = "convert.knife",
+     .fields = {{"x", "3"}, {"y", "3"}, {"z", "4"}, {"nx", "2"}, {"ny", "0"}, {"nz", "0"}},
+     .look = extent(&Vector::x),
+     .expected = "0 3"},
+    {.dialog = "CUKnife",
+     .field = "cutKind",
+     .value = 1,
+     .command = "convert.knife",
+     .fields = {{"section", "1"}},
+     .look = partsOnDisk,
+     .expected = "none, the model is 0 1"},
+    {.dialog = "CUKnife",
+     .field = "cutKind",
+     .value = 2,
+     .command = "convert.knife",
+     .fields = {{"section", "1"}},
+     .look = partsOnDisk,
+     .expected = "none, the model is 1 4"},
+    {.dialog = "CUKnife",
+     .field = "cutKind",
+     .value = 3,
+     .command = "convert.knife",
+     .fields = {{"section", "1"}},
+     .look = partsOnDisk,
+     .expected = "both, the model is 0 4"},
+};
+
+/// Told in tests of their own, with the whole grid compared: Intersection.SidesInAllCombinations.
+const std::set<std::string> toldElsewhere = {"CIntersection.insideSide=1", "CIntersection.insideSide=2",
+                                             "CIntersection.outsideSide=1", "CIntersection.outsideSide=2"};
+
+std::string keyOf(const std::string& dialog, const std::string& field, int value) {
+    return dialog + '.' + field + '=' + std::to_string(value);
+}
+
+class DialogChoice : public CommandRig, public testing::WithParamInterface<Choice> {
+protected:
+    DialogChoice() {
+        const std::string zone = "ZONE T=\"ZONE_0\",I=2,J=2,K=1,F= POINT\n0 0 0 10\n1 0 0 11\n0 1 0 12\n1 1 0 13\n";
+        writeFileText(folder / "flow.dat", "TITLE = \"flow\"\nVARIABLES = \"X\", \"Y\", \"Z\", \"P\"\n" + zone + zone);
+    }
+
+    void holdTiltedPlate() {
+        holdZones({});
+        doc.feRegion.blocks.push_back(
+            triangleZone("plate", {{0, 0, 0}, {4, 0, 0}, {4, 6, 8}, {0, 6, 8}}, {0, 1, 2, 0, 2, 3}));
+        doc.updateBounds();
+    }
+};
+
+std::string nameOf(const testing::TestParamInfo<Choice>& info) {
+    std::string name = info.param.dialog + '_' + info.param.field + '_' + std::to_string(info.param.value) +
+                       (info.param.when.empty() ? "" : "_" + info.param.when);
+    std::replace(name.begin(), name.end(), ' ', '_');
+    return name;
+}
+
+} // namespace
+
+TEST_P(DialogChoice, HasItsOutcome) {
+    const Choice& choice = GetParam();
+    if (!choice.model.empty()) {
+        hold(choice.model);
+    } else if (choice.before.empty()) {
+        holdTiltedPlate();
+    }
+    runAll(choice.before);
+    Fields fields = choice.first;
+    fields.emplace_back(choice.field, std::to_string(choice.value));
+    fields.insert(fields.end(), choice.fields.begin(), choice.fields.end());
+    forget();
+    run({.id = choice.command, .fields = fields});
+    EXPECT_THAT(heard(), testing::Not(testing::Contains(testing::StartsWith("refused:"))));
+    EXPECT_EQ(choice.look(doc), choice.expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, DialogChoice, testing::ValuesIn(choices), nameOf);
+
+class FeatureSwitch : public CommandRig {};
+
+TEST_F(FeatureSwitch, EachBoxIsItsOwnSwitch) {
+    const std::pair<const char*, bool VelmoraDoc::*> switches[] = {
+        {"showBlockOnly", &VelmoraDoc::showBlockOnly},
+        {"showFirstPoints", &VelmoraDoc::showFirstPoints},
+        {"showDoublePoints", &VelmoraDoc::showDoublePoints},
+        {"showBuffer", &VelmoraDoc::showBuffer},
+        {"showZBlockMarkers", &VelmoraDoc::showZBlockMarkers}};
+    hold({flatPatch(2, 2), flatPatch(2, 2, 1)});
+    runAll(addPatch(1));
+    for (const auto& [key, chosen] : switches) {
+        for (const bool on : {true, false}) {
+            run({.id = "view.features", .fields = {{key, on ? "1" : "0"}}});
+            for (const auto& [other, flag] : switches) {
+                EXPECT_EQ(doc.*flag, on && flag == chosen) << key << ' ' << other;
+            }
+        }
+    }
+}
+
+TEST_F(FeatureSwitch, AndEveryOtherChoiceOfADialogHasATest) {
+    std::set<std::string> told = toldElsewhere;
+    for (const Choice& choice : choices) {
+        told.insert(keyOf(choice.dialog, choice.field, choice.value));
+    }
+    for (const std::string& dialog : VelmoraDoc::dialogNames()) {
+        const auto form = doc.storedDialog(dialog);
+        ASSERT_TRUE(form.has_value());
+        for (const DialogField& field : form->fields) {
+            const bool radio = field.kind == FieldKind::Radio;
+            if (dialog == "CFeatures" || field.readOnly || (!radio && field.kind != FieldKind::Check)) {
+                continue;
+            }
+            for (int value = radio ? 1 : 0; value <= (radio ? static_cast<int>(field.choices.size()) : 1); ++value) {
+                EXPECT_EQ(told.count(keyOf(dialog, field.key, value)), 1U) << keyOf(dialog, field.key, value);
+            }
+        }
+    }
+}
+
+} // namespace velmora::test

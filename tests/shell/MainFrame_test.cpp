@@ -248,6 +248,16 @@ TEST(MainFrame, AHintStandsInPlaceOfTheMessageUntilItsEntryIsLeft) {
     EXPECT_EQ(rig.message(), QStringLiteral("news"));
 }
 
+TEST(MainFrame, AHintGoesWithItsMenuEvenWhenItsEntryWasNotLeft) {
+    FrameRig rig;
+    rig.doc().ShowStatus("prompt");
+    for (const QAction* heading : rig.frame.menuBar()->actions()) {
+        tip(rig, "Create a new model");
+        emit heading->menu()->aboutToHide();
+        EXPECT_EQ(rig.message(), QStringLiteral("prompt"));
+    }
+}
+
 TEST(MainFrame, EveryEntryOfTheMenusShowsItsCommandsStatusText) {
     const FlatDesk desk;
     FrameRig rig(desk.model);
@@ -313,21 +323,37 @@ TEST(MainFrame, AnEntryOfTheContextMenuRunsAndItsPromptIsSeen) {
 
 TEST(MainFrame, TheViewIsPaintedAnewWhenAMenuHasClosed) {
     const FlatDesk desk;
-    RegimeRig rig(desk);
+    FrameRig rig(desk.model);
     int paints = 0;
     QObject::connect(&rig.viewWidget(), &GlViewWidget::paintEnds, &rig.frame, [&paints] { ++paints; });
-    rig.person.at("Patch Context", [&](QWidget& open) { open.close(); });
-    rig.rightClick({40, 40});
-    EXPECT_TRUE(waitUntil([&] { return paints > 0; })) << "after a context menu";
-    QApplication::processEvents();
-    paints = 0;
-    QMenu& menu = *rig.frame.menuBar()->actions().front()->menu();
-    menu.popup(QPoint(10, 10));
-    QApplication::processEvents();
-    paints = 0;
-    rig.person.at("", [](QWidget& open) { open.close(); });
-    EXPECT_TRUE(waitUntil([&] { return !menu.isVisible(); }));
-    EXPECT_TRUE(waitUntil([&] { return paints > 0; })) << "after a menu of the menu bar";
+    for (const QAction* heading : rig.frame.menuBar()->actions()) {
+        QApplication::processEvents();
+        // This form of the command asks for no paint of its own.
+        rig.run(rig.view().viewAlongX ? "view.top" : "view.front");
+        paints = 0;
+        QApplication::processEvents();
+        EXPECT_EQ(paints, 0);
+        emit heading->menu()->aboutToHide();
+        QApplication::processEvents();
+        EXPECT_EQ(paints, 1) << heading->text().toStdString();
+    }
+}
+
+TEST(MainFrame, AMessageOfAPaintWaitsForItsEnd) {
+    const TemporaryFolder folder;
+    writeFileText(folder / "lines.skl", "1\n2\n3\n0 0 0\n1 0 0\n2 0 0\n2\n0 1 0\n1 1 0\n");
+    FrameRig rig;
+    int depth = 0;
+    QObject::connect(&rig.viewWidget(), &GlViewWidget::paintBegins, &rig.frame, [&depth] { ++depth; });
+    QObject::connect(&rig.viewWidget(), &GlViewWidget::paintEnds, &rig.frame, [&depth] { --depth; });
+    rig.person.at("messageBox", [&](QWidget& box) {
+        EXPECT_EQ(dynamic_cast<QMessageBox&>(box).text(), QStringLiteral("surface not allowed"));
+        EXPECT_EQ(depth, 0);
+        dynamic_cast<QDialog&>(box).accept();
+    });
+    rig.frame.openFile(qtPath(folder / "lines.skl"));
+    EXPECT_TRUE(waitUntil([&] { return rig.person.isDone(); }));
+    EXPECT_FALSE(rig.doc().surfaceMode);
 }
 
 // ---- Interrupted drags ----------------------------------------------------------------------------------------------

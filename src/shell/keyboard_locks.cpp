@@ -22,10 +22,11 @@ bool indicatorOn(Display* display, const char* name) {
 
 KeyboardLocks keyboardLocks() {
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 == nullptr) {
+    // The off-screen platform offers the interface too, without a display behind it.
+    Display* display = x11 != nullptr ? x11->display() : nullptr;
+    if (display == nullptr) {
         return {};
     }
-    Display* display = x11->display();
     return {indicatorOn(display, "Caps Lock"), indicatorOn(display, "Num Lock"), indicatorOn(display, "Scroll Lock")};
 }
 

@@ -13,6 +13,7 @@
 #include <QRadioButton>
 #include <cstdlib>
 
+#include "Person.h"
 #include "RecordingUi.h"
 #include "VelmoraDoc.h"
 #include "access_keys.h"
@@ -250,6 +251,250 @@ TEST(FormDialog, ANumberWithoutALabelStandsBesideTheNumberBeforeIt) {
     EXPECT_LT(left.right(), right.left());
     EXPECT_EQ(left.top(), right.top());
     EXPECT_EQ(part<QLineEdit>(dialog, "border").accessibleName(), QStringLiteral("Number"));
+}
+
+// ---- Refusals -------------------------------------------------------------------------------------------------------
+
+/// Opens the dialog, so that it has a focus; types and presses OK.
+struct OpenSample : Sample {
+    Person person;
+    FormDialog dialog{form};
+
+    OpenSample() {
+        dialog.show();
+        dialog.activateWindow();
+        EXPECT_TRUE(waitUntil([this] { return dialog.isActiveWindow(); }));
+        changes.clear();
+    }
+    QLineEdit& edit(const char* key) { return part<QLineEdit>(dialog, key); }
+    void type(const char* key, const char* text) { edit(key).setText(QString::fromLatin1(text)); }
+    /// As if the user went on to another field.
+    void leave(const char* key) { emit edit(key).editingFinished(); }
+};
+
+TEST(FormDialog, ANumberThatIsRefusedIsToldAndKeepsTheFocusSelected) {
+    struct Case {
+        const char* key;
+        const char* text;
+        const char* message;
+    };
+    const Case cases[] = {
+        {.key = "count", .text = "0", .message = "Please enter an integer between 1 and 10."},
+        {.key = "count", .text = "11", .message = "Please enter an integer between 1 and 10."},
+        {.key = "count", .text = "2.5", .message = "Please enter an integer between 1 and 10."},
+        {.key = "count", .text = "", .message = "Please enter an integer between 1 and 10."},
+        {.key = "length", .text = "long", .message = "Please enter a number."},
+        {.key = "length", .text = "1,5", .message = "Please enter a number."},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.key) + "=" + c.text);
+        OpenSample sample;
+        sample.edit("total").setFocus();
+        sample.type(c.key, c.text);
+        sample.person.at("messageBox", [&](QWidget& open) {
+            const auto& box = dynamic_cast<QMessageBox&>(open);
+            EXPECT_EQ(box.text(), QString::fromLatin1(c.message));
+            EXPECT_EQ(box.windowTitle(), QStringLiteral("Sample title"));
+            EXPECT_EQ(box.icon(), QMessageBox::Warning);
+            EXPECT_EQ(box.standardButtons(), QMessageBox::StandardButtons(QMessageBox::Ok));
+            EXPECT_EQ(box.parentWidget(), &sample.dialog);
+            open.close();
+        });
+        sample.dialog.accept();
+        EXPECT_TRUE(sample.dialog.isVisible());
+        EXPECT_EQ(sample.dialog.focusWidget(), &sample.edit(c.key));
+        EXPECT_EQ(sample.edit(c.key).selectedText(), QString::fromLatin1(c.text)) << "ready to be typed over";
+        EXPECT_EQ(sample.count, 3);
+        EXPECT_EQ(sample.length, 0.25);
+    }
+}
+
+TEST(FormDialog, TheBoundsThemselvesAreTaken) {
+    for (const char* text : {"1", "10"}) {
+        OpenSample sample;
+        sample.type("count", text);
+        sample.dialog.accept();
+        EXPECT_EQ(sample.dialog.result(), QDialog::Accepted);
+        EXPECT_EQ(std::to_string(sample.count), text);
+    }
+}
+
+TEST(FormDialog, TheFirstBadNumberIsToldAndThoseBeforeItAreTaken) {
+    OpenSample sample;
+    sample.type("count", "4");
+    sample.type("length", "x");
+    sample.person.atMessage(QStringLiteral("Please enter a number."));
+    sample.dialog.accept();
+    EXPECT_EQ(sample.count, 4);
+    sample.type("length", "8");
+    sample.dialog.accept();
+    EXPECT_EQ(sample.dialog.result(), QDialog::Accepted);
+    EXPECT_EQ(sample.changes, std::vector<std::string>({"count", "length"})) << "each is taken once";
+}
+
+TEST(FormDialog, ARefusalOfTheWholeNamesAFieldOfAnyKind) {
+    for (const auto& [key, focus] : {std::pair{"looped", "looped"}, {"kind", "kind.1"}, {"none", "count"}}) {
+        OpenSample sample;
+        sample.form.confirm = [key = std::string(key)](DialogForm&) { return DialogRefusal{"No", key}; };
+        sample.person.atMessage(QStringLiteral("No"));
+        sample.dialog.accept();
+        EXPECT_TRUE(sample.dialog.isVisible());
+        EXPECT_EQ(sample.dialog.focusWidget()->objectName(), QString::fromLatin1(focus));
+    }
+}
+
+// ---- Leaving a field ------------------------------------------------------------------------------------------------
+
+TEST(FormDialog, AGoodNumberCountsAsItsFieldIsLeftOnce) {
+    OpenSample sample;
+    sample.type("count", " 5 ");
+    sample.leave("count");
+    EXPECT_EQ(sample.count, 5);
+    EXPECT_EQ(sample.changes, std::vector<std::string>({"count"}));
+    sample.leave("count");
+    sample.leave("total");
+    EXPECT_EQ(sample.changes.size(), 1U) << "nothing new was typed";
+    sample.dialog.accept();
+    EXPECT_EQ(sample.changes.size(), 1U);
+}
+
+TEST(FormDialog, ABadNumberStaysAsTypedWithoutAWordUntilOk) {
+    OpenSample sample;
+    sample.type("count", "99");
+    sample.leave("count");
+    EXPECT_EQ(sample.edit("count").text(), QStringLiteral("99"));
+    EXPECT_EQ(sample.count, 3);
+    EXPECT_TRUE(sample.changes.empty());
+    sample.person.atMessage(QStringLiteral("Please enter an integer between 1 and 10."));
+    sample.dialog.accept();
+    EXPECT_TRUE(sample.dialog.isVisible());
+}
+
+// ---- What is off ----------------------------------------------------------------------------------------------------
+
+TEST(FormDialog, ALabelGoesOffWithItsField) {
+    OpenSample sample;
+    const auto label = [&](const char* key) {
+        for (QLabel* found : sample.dialog.findChildren<QLabel*>()) {
+            if (found->buddy() == &sample.edit(key)) {
+                return found;
+            }
+        }
+        return static_cast<QLabel*>(nullptr);
+    };
+    EXPECT_TRUE(label("count")->isEnabled());
+    part<QRadioButton>(sample.dialog, "kind.2").click();
+    EXPECT_FALSE(label("count")->isEnabled());
+    EXPECT_TRUE(label("length")->isEnabled());
+    part<QRadioButton>(sample.dialog, "kind.1").click();
+    EXPECT_TRUE(label("count")->isEnabled());
+}
+
+TEST(FormDialog, AGroupThatIsOffHasNoChoices) {
+    Sample sample;
+    sample.form.find("kind")->on = false;
+    sample.form.find("looped")->on = false;
+    const FormDialog dialog(sample.form);
+    for (const char* name : {"kind.1", "kind.2", "kind.3"}) {
+        EXPECT_FALSE(part<QRadioButton>(dialog, name).isEnabled()) << name;
+    }
+    EXPECT_FALSE(part<QCheckBox>(dialog, "looped").isEnabled());
+}
+
+TEST(FormDialog, WhatIsOnlyShownLooksLikeTheGroundAndHasNoAccessKey) {
+    Sample sample;
+    const FormDialog dialog(sample.form);
+    const QLineEdit& total = part<QLineEdit>(dialog, "total");
+    EXPECT_EQ(total.palette().color(QPalette::Base), total.palette().color(QPalette::Window));
+    const QLineEdit& count = part<QLineEdit>(dialog, "count");
+    EXPECT_NE(count.palette().color(QPalette::Base), count.palette().color(QPalette::Window));
+    for (const QLabel* label : dialog.findChildren<QLabel*>()) {
+        const bool marked = label->text().contains(QLatin1Char('&'));
+        EXPECT_EQ(marked, label->buddy() == &count || label->buddy() == &part<QLineEdit>(dialog, "length"))
+            << label->text().toStdString();
+    }
+}
+
+// ---- The first focus ------------------------------------------------------------------------------------------------
+
+TEST(FormDialog, TheFormSaysWhereTheFocusIsFirstUnlessThatIsOff) {
+    for (const bool on : {true, false}) {
+        Sample sample;
+        sample.form.focus = "length";
+        sample.form.find("length")->on = on;
+        const FormDialog dialog(sample.form);
+        EXPECT_EQ(dialog.focusWidget()->objectName(), on ? QStringLiteral("length") : QStringLiteral("count"));
+    }
+}
+
+TEST(FormDialog, WithoutANumberToTypeTheFirstControlHasTheFocus) {
+    std::int32_t kind = 2;
+    bool looped = false;
+    DialogForm radios;
+    radios.fields = {radioField("kind", kind, {"One", "Two"}), checkField("looped", "Loop", looped)};
+    EXPECT_EQ(FormDialog(radios).focusWidget()->objectName(), QStringLiteral("kind.2")) << "on the choice that is set";
+    DialogForm checks;
+    checks.fields = {checkField("looped", "Loop", looped)};
+    EXPECT_EQ(FormDialog(checks).focusWidget()->objectName(), QStringLiteral("looped"));
+}
+
+TEST(FormDialog, TheTabKeyGoesThroughTheFieldsInTheirOrder) {
+    OpenSample sample;
+    std::vector<std::string> order;
+    const QWidget* at = &sample.edit("count");
+    do {
+        if ((at->focusPolicy() & Qt::TabFocus) != 0 && at->isEnabled() && at->isVisible() &&
+            !at->objectName().isEmpty()) {
+            order.push_back(at->objectName().toStdString());
+        }
+        at = at->nextInFocusChain();
+    } while (at != &sample.edit("count"));
+    EXPECT_EQ(order, std::vector<std::string>({"count", "length", "looped", "kind.1", "kind.2"}));
+}
+
+// ---- Layout ---------------------------------------------------------------------------------------------------------
+
+TEST(FormDialog, RadioGroupsStandThreeInARow) {
+    std::int32_t value = 1;
+    DialogForm form;
+    for (const char* key : {"a", "b", "c", "d"}) {
+        form.fields.push_back(radioField(key, value, {"One", "Two"}));
+    }
+    FormDialog dialog(form);
+    dialog.show();
+    QApplication::processEvents();
+    const auto place = [&](const char* key) { return part<QGroupBox>(dialog, key).geometry(); };
+    EXPECT_EQ(place("a").top(), place("b").top());
+    EXPECT_EQ(place("a").top(), place("c").top());
+    EXPECT_LT(place("a").right(), place("b").left());
+    EXPECT_LT(place("b").right(), place("c").left());
+    EXPECT_GT(place("d").top(), place("a").bottom());
+}
+
+TEST(FormDialog, NumbersStandOneToARowAndTheSizeIsFixed) {
+    OpenSample sample;
+    EXPECT_GT(sample.edit("length").geometry().top(), sample.edit("count").geometry().bottom());
+    EXPECT_EQ(sample.edit("length").geometry().left(), sample.edit("count").geometry().left());
+    EXPECT_EQ(sample.dialog.minimumSize(), sample.dialog.maximumSize());
+    EXPECT_GT(sample.dialog.width(), sample.dialog.fontMetrics().horizontalAdvance(sample.dialog.windowTitle()) + 100)
+        << "no title is cut";
+}
+
+TEST(FormDialog, ACheckBoxWithoutANumberBesideItStandsAlone) {
+    bool first = false;
+    bool second = false;
+    double number = 1.0;
+    DialogForm form;
+    form.fields = {checkField("first", "First", first), checkField("second", "Second", second),
+                   realField("number", "", number)};
+    FormDialog dialog(form);
+    dialog.show();
+    QApplication::processEvents();
+    EXPECT_LT(part<QCheckBox>(dialog, "first").geometry().bottom(), part<QCheckBox>(dialog, "second").geometry().top());
+    EXPECT_LT(part<QCheckBox>(dialog, "second").geometry().right(),
+              part<QLineEdit>(dialog, "number").geometry().left());
+    part<QCheckBox>(dialog, "first").click();
+    EXPECT_NE(dialog.focusWidget()->objectName(), QStringLiteral("second"));
 }
 
 TEST(FormDialog, GivesEachAccessKeyOnce) {

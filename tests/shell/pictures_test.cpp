@@ -4,9 +4,11 @@
 #include <QFile>
 #include <QIcon>
 #include <QImage>
+#include <QPainter>
 #include <QPalette>
 #include <QPixmap>
 #include <cstdlib>
+#include <map>
 #include <set>
 #include <string>
 
@@ -113,6 +115,55 @@ TEST(Pictures, OfWhatIsOffArePaler) {
     EXPECT_NE(icon.pixmap(16, 16, QIcon::Disabled).toImage(), icon.pixmap(16, 16, QIcon::Normal).toImage());
 }
 
+TEST(Pictures, StandInTheMiddleOfAPlaceThatIsNotSquare) {
+    const QIcon icon = themeIcon(QStringLiteral(":/icons/file.save.svg"));
+    const QImage square = icon.pixmap(16, 16).toImage();
+    const QImage wide = icon.pixmap(32, 16).toImage();
+    ASSERT_EQ(wide.size(), QSize(32, 16));
+    EXPECT_EQ(wide.copy(8, 0, 16, 16), square);
+    EXPECT_EQ(contrast(wide.copy(0, 0, 8, 16), Qt::white), 0.0);
+    EXPECT_EQ(contrast(wide.copy(24, 0, 8, 16), Qt::white), 0.0);
+    const QImage high = icon.pixmap(16, 32).toImage();
+    EXPECT_EQ(high.copy(0, 8, 16, 16), square);
+}
+
+TEST(Pictures, AreNoneWhereThereIsNoRoom) {
+    const QIcon icon = themeIcon(QStringLiteral(":/icons/file.save.svg"));
+    EXPECT_TRUE(icon.pixmap(0, 16).isNull());
+}
+
+TEST(Pictures, AreDrawnWhereTheyBelong) {
+    const QIcon icon = themeIcon(QStringLiteral(":/icons/file.save.svg"));
+    QImage page(40, 40, QImage::Format_ARGB32_Premultiplied);
+    page.fill(Qt::transparent);
+    QPainter painter(&page);
+    icon.paint(&painter, 10, 20, 16, 16);
+    painter.end();
+    const QImage drawn = icon.pixmap(16, 16).toImage().convertToFormat(page.format());
+    EXPECT_EQ(page.copy(10, 20, 16, 16), drawn);
+}
+
+/// Lines are drawn between text and ground, nearer to the text; papers as the ground of fields.
+TEST(Pictures, TakeTheirColoursFromTheTheme) {
+    const auto coloursOf = [](const QColor& ground, const QColor& text) {
+        const Theme theme(ground, text);
+        const QImage picture = themeIcon(QStringLiteral(":/icons/line.copy.svg")).pixmap(64, 64).toImage();
+        std::map<QRgb, int> counts;
+        for (int y = 0; y < 64; ++y) {
+            for (int x = 0; x < 64; ++x) {
+                if (picture.pixelColor(x, y).alpha() == 255) {
+                    ++counts[picture.pixelColor(x, y).rgb()];
+                }
+            }
+        }
+        return counts;
+    };
+    // 0.68 of 200 and 0.32 of 100 is 168.
+    const auto counts = coloursOf(QColor(100, 100, 100), QColor(200, 200, 200));
+    EXPECT_GT(counts.count(qRgb(168, 168, 168)), 0U);
+    EXPECT_GT(counts.count(qRgb(100, 100, 100)), 0U);
+}
+
 TEST(Pictures, ThatAreNotThereGiveNoIcon) {
     EXPECT_TRUE(themeIcon(QStringLiteral(":/icons/no.such.svg")).isNull());
 }
@@ -135,6 +186,28 @@ TEST(Cursors, EveryModeButTheIdleOneHasOneOfItsOwn) {
                                  static_cast<std::size_t>(picture.sizeInBytes()));
         EXPECT_TRUE(seen.insert(pixels).second) << mode;
         EXPECT_TRUE(QRect(QPoint(0, 0), picture.size()).contains(cursor.hotSpot())) << mode;
+    }
+}
+
+TEST(Cursors, PointWithWhatTheirPicturePointsWith) {
+    struct Case {
+        MouseMode mode;
+        QPoint hotSpot;
+    };
+    // The tip of an arrow, the middle of the lens, the centre of all others.
+    const Case cases[] = {
+        {.mode = ModeRotate, .hotSpot = {12, 12}},      {.mode = ModeRotateX, .hotSpot = {12, 12}},
+        {.mode = ModeRotateY, .hotSpot = {12, 12}},     {.mode = ModeRotateZ, .hotSpot = {12, 12}},
+        {.mode = ModeTranslateXY, .hotSpot = {12, 12}}, {.mode = ModeTranslateZ, .hotSpot = {12, 12}},
+        {.mode = ModeShift, .hotSpot = {12, 12}},       {.mode = ModeScale, .hotSpot = {12, 12}},
+        {.mode = ModeZoomIn, .hotSpot = {10, 10}},      {.mode = ModePoint, .hotSpot = {12, 12}},
+        {.mode = ModePatch, .hotSpot = {4, 4}},         {.mode = ModeSection, .hotSpot = {4, 4}},
+        {.mode = ModeLine, .hotSpot = {4, 4}},
+    };
+    for (const Case& c : cases) {
+        const QCursor cursor = cursorOf(c.mode);
+        EXPECT_EQ(cursor.hotSpot(), c.hotSpot) << c.mode;
+        EXPECT_EQ(cursor.pixmap().size(), QSize(24, 24)) << c.mode;
     }
 }
 

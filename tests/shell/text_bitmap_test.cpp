@@ -4,6 +4,8 @@
 
 #include <QFont>
 #include <QFontMetrics>
+#include <algorithm>
+#include <utility>
 
 namespace velmora::test {
 namespace {
@@ -34,6 +36,43 @@ TEST(TextBitmap, RowsRunFromTheBottomUp) {
     }
     EXPECT_GT(lower, 0);
     EXPECT_EQ(upper, 0);
+}
+
+TEST(TextBitmap, ColumnsRunFromTheLeftAndHoldTheWholeText) {
+    const QFont font(QStringLiteral("DejaVu Sans"), 12);
+    const int blank = QFontMetrics(font).horizontalAdvance(QStringLiteral("  "));
+    const auto inked = [&font](const char* text) {
+        const TextBitmap bitmap = textBitmap(text, font);
+        int first = bitmap.width;
+        int last = -1;
+        for (int x = 0; x < bitmap.width; ++x) {
+            for (int y = 0; y < bitmap.height; ++y) {
+                if (bitAt(bitmap, x, y)) {
+                    first = std::min(first, x);
+                    last = std::max(last, x);
+                }
+            }
+        }
+        return std::pair(first, last);
+    };
+    const auto [first, last] = inked("1234567890");
+    const auto [firstBehind, lastBehind] = inked("  1234567890");
+    EXPECT_EQ(firstBehind - first, blank);
+    EXPECT_EQ(lastBehind - last, blank);
+    EXPECT_EQ(inked("1234567890  "), std::pair(first, last));
+    EXPECT_GT(last, 60) << "beyond the first bytes of a row";
+}
+
+TEST(TextBitmap, ADigitIsInkOnEmptyGround) {
+    const TextBitmap bitmap = textBitmap("8", QFont(QStringLiteral("DejaVu Sans"), 24));
+    int inked = 0;
+    for (int y = 0; y < bitmap.height; ++y) {
+        for (int x = 0; x < bitmap.width; ++x) {
+            inked += bitAt(bitmap, x, y) ? 1 : 0;
+        }
+    }
+    EXPECT_GT(inked, bitmap.width * bitmap.height / 20);
+    EXPECT_LT(inked, bitmap.width * bitmap.height / 2);
 }
 
 TEST(TextBitmap, NothingIsOneEmptyColumn) {

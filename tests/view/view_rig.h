@@ -12,6 +12,7 @@
 #include "FakeSurface.h"
 #include "RecordingUi.h"
 #include "VelmoraView.h"
+#include "pixel_of.h"
 #include "small_models.h"
 
 namespace velmora::test {
@@ -86,13 +87,7 @@ struct ViewRig {
     void useParallelProjection() { view.runViewCommand("view.orthographic"); }
 
     /// The pixel that shows a model point.
-    PixelPoint pixelOf(const zVec<double>& point) {
-        view.ApplyModelTransform(doc.modelCenter);
-        const auto window = projectPoint(point, view.modelViewMatrix, view.projectionMatrix, view.viewport);
-        EXPECT_TRUE(window.has_value());
-        const zVec<double> at = window.value_or(zVec<double>());
-        return {static_cast<int>(std::lround(at.x)), view.viewport.height - 1 - static_cast<int>(std::lround(at.y))};
-    }
+    PixelPoint pixelOf(const zVec<double>& point) { return test::pixelOf(view, doc, point); }
 
     bool pick(const zVec<double>& point) { return view.PickPoint(pixelOf(point)); }
     void press(const zVec<double>& point) { view.OnLeftButtonDown(pixelOf(point)); }

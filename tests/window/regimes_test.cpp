@@ -2,11 +2,11 @@
 
 #include <QLabel>
 #include <QToolButton>
-#include <cmath>
 
 #include "Desk.h"
 #include "WindowDriver.h"
 #include "mode_cursors.h"
+#include "pixel_of.h"
 #include "qt_text.h"
 
 namespace velmora::test {
@@ -91,11 +91,8 @@ void expectStatus(WindowDriver& person, const QString& text) {
 /// The pixel of the view that shows a model point.
 PixelPoint pixelOf(WindowDriver& person, const zVec<double>& point) {
     return person.ask([point] {
-        VelmoraView& view = WindowDriver::frame().view();
-        view.ApplyModelTransform(WindowDriver::frame().document().modelCenter);
-        const auto at = projectPoint(point, view.modelViewMatrix, view.projectionMatrix, view.viewport);
-        return PixelPoint{static_cast<int>(std::lround(at->x)),
-                          view.viewport.height - 1 - static_cast<int>(std::lround(at->y))};
+        MainFrame& frame = WindowDriver::frame();
+        return velmora::test::pixelOf(frame.view(), frame.document(), point);
     });
 }
 

@@ -1,4 +1,6 @@
-// Writes the example models into the folder given: wing.apt and body.apt. x runs aft, y up, z along the span.
+// Writes the example models into the folder given: wing.apt and body.apt. x runs aft, y up, z along the span. The step
+// to the next point cross the step to the next section points outwards everywhere: that side of a surface is drawn
+// filled.
 
 #include <cmath>
 #include <filesystem>
@@ -51,13 +53,14 @@ Point wingPoint(const Station& s, double x, double side) {
     return {s.leadingEdge + s.chord * x, s.height + s.chord * y, s.span};
 }
 
-/// Around the profile from the lower trailing edge over the nose to the upper one, denser at both ends.
+/// Around the profile from the upper trailing edge over the nose to the lower one, denser at the trailing edge and the
+/// nose.
 PointList wingSection(double fraction, int points) {
     const Station s = stationAt(fraction);
     PointList section;
     for (int m = 0; m < points; ++m) {
         const double angle = pi * (2.0 * m / (points - 1) - 1.0);
-        section.push_back(wingPoint(s, 0.5 * (1.0 - std::cos(angle)), angle < 0.0 ? -1.0 : 1.0));
+        section.push_back(wingPoint(s, 0.5 * (1.0 - std::cos(angle)), angle < 0.0 ? 1.0 : -1.0));
     }
     return section;
 }
@@ -71,14 +74,14 @@ Patch wingSurface() {
     return patch;
 }
 
-/// The rounded tip: half circles over the last profile, from its upper to its lower side.
+/// The rounded tip: half circles over the last profile, from its lower to its upper side.
 Patch wingTip() {
     const Station s = stationAt(1.0);
     Patch patch;
     const int sections = 13;
     const int points = 31;
     for (int n = 0; n < sections; ++n) {
-        const double turn = pi * n / (sections - 1);
+        const double turn = pi * (sections - 1 - n) / (sections - 1);
         PointList section;
         for (int m = 0; m < points; ++m) {
             const double x = 0.5 * (1.0 - std::cos(pi * m / (points - 1)));
@@ -92,11 +95,12 @@ Patch wingTip() {
     return patch;
 }
 
-/// A ring of an elliptical body: half width and half height at a station.
+/// A ring of an elliptical body: half width and half height at a station. It begins at the bottom and goes over -z
+/// first.
 PointList ring(double x, double axisHeight, double halfWidth, double halfHeight, int points) {
     PointList section;
     for (int m = 0; m < points; ++m) {
-        const double angle = 2.0 * pi * m / (points - 1);
+        const double angle = 2.0 * pi * (points - 1 - m) / (points - 1);
         section.push_back({x, axisHeight - halfHeight * std::cos(angle), halfWidth * std::sin(angle)});
     }
     return section;

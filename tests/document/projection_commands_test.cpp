@@ -449,7 +449,7 @@ TEST_F(Intersection, OfWingAndBodyIsCleanJoint) {
     doc.onOpenDocument(std::filesystem::path(VELMORA_EXAMPLES) / "wing.apt");
     Patch wing = doc.patches.at(0);
     for (PointList& section : wing) {
-        section.erase(section.begin(), section.begin() + 30);
+        section.resize(31);
         for (Vector& p : section) {
             p.x += 5;
         }
@@ -475,13 +475,15 @@ TEST_F(Intersection, OfWingAndBodyIsCleanJoint) {
         EXPECT_LT(distance(p, doc.beforeIntersection[i]) + distance(p, doc.afterIntersection[i]),
                   std::sqrt(dot(chord, chord)) + 1e-12);
         EXPECT_LT(doc.beforeIntersection[i].z, p.z);
-        // Both bodies begin at the joint and have the counts that were asked for; the rest is outside, or beyond.
-        EXPECT_LT(distance(body[i].front(), p), 1e-9);
+        // Both bodies begin at the joint and have the counts that were asked for; the rest is outside, or beyond. The
+        // wing's lines come from the trailing edge to the nose, the body's sections from fore to aft.
+        const PointList& across = body[30 - i];
+        EXPECT_LT(distance(across.front(), p), 1e-9);
         EXPECT_LT(distance(doc.patches[1][i].front(), p), 1e-9);
-        EXPECT_EQ(countOf(body[i]), 33);
+        EXPECT_EQ(countOf(across), 33);
         EXPECT_EQ(countOf(doc.patches[1][i]), 25);
         EXPECT_LT(distance(doc.patches[1][i].back(), wing.back()[i]), 1e-12);
-        EXPECT_NEAR(body[i].back().y, -0.95, 1e-9);
+        EXPECT_NEAR(across.back().y, -0.95, 1e-9);
     }
 }
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <filesystem>
 
 #include "draw_rig.h"
 
@@ -159,6 +160,40 @@ TEST(SurfaceList, CapturedSectionAndLineAreNotShown) {
     rig.doc.capturedPatch = rig.doc.capturedSection = rig.doc.capturedLine = 0;
     EXPECT_EQ(rig.surface().size(), 1U);
     EXPECT_THAT(pointsOnly(rig.surface()), IsEmpty());
+}
+
+/// Sum of r * n dA over the front faces of a strip of quads, r from the origin.
+double flux(const DrawList& list, const DrawBatch& strip) {
+    double sum = 0;
+    const auto side = [](const zVec<double>& a, const zVec<double>& b, const zVec<double>& c) {
+        return 0.5 * dot(a, cross(b - a, c - a));
+    };
+    for (std::size_t i = strip.firstVertex; i + 3 < strip.firstVertex + strip.vertexCount; i += 2) {
+        const zVec<double>* const v = &list.vertices[i];
+        sum += side(v[0], v[1], v[3]) + side(v[0], v[3], v[2]);
+    }
+    return sum;
+}
+
+// Through the ends of the patches, where they are open, goes less than through their sides: the wing stands on the
+// plane z = 0, its tip closes it, and the body lies along x. So the flux is positive where the front of a patch is
+// outside.
+TEST(SurfaceList, ExamplesHaveTheirFrontsOutside) {
+    for (const char* const name : {"wing.apt", "body.apt"}) {
+        DrawRig rig{PatchList{}};
+        rig.doc.onOpenDocument(std::filesystem::path(VELMORA_EXAMPLES) / name);
+        const DrawList list = buildDrawList(rig.doc, 2);
+        std::size_t batch = 0;
+        for (const Patch& patch : rig.doc.patches) {
+            double sum = 0;
+            for (std::size_t n = 0; n + 1 < patch.size(); ++n) {
+                ASSERT_EQ(list.batches.at(batch).primitive, Primitive::QuadStrip);
+                sum += flux(list, list.batches[batch++]);
+            }
+            EXPECT_GT(sum, 0.1) << name;
+        }
+        EXPECT_EQ(batch, list.batches.size());
+    }
 }
 
 TEST(SurfaceList, SectionsWithoutPointsDoNoHarm) {

@@ -894,7 +894,7 @@ const std::vector<Choice> choices = {
      .expected = "both, the model is 0 4"},
 };
 
-/// Told in tests of their own, with the whole grid compared: Intersection.SidesInAllCombinations.
+/// Told in tests of their own, with the whole grid compared: IntersectionOfOneCell.
 const std::set<std::string> toldElsewhere = {"CIntersection.insideSide=1", "CIntersection.insideSide=2",
                                              "CIntersection.outsideSide=1", "CIntersection.outsideSide=2"};
 

@@ -31,7 +31,9 @@ public:
         if (respacer_.count() > 3) {
             respacer_.dropCoincident();
         }
-        if (law_.fitToLawCurve) {
+        if (law_.fitToLawCurve && !(measured_.back() > 0)) {
+            respacer_.respace(law_.spline, law_.newCount, 1.0, law_.exactness); // no length tells no spacing
+        } else if (law_.fitToLawCurve) {
             scratchLaw_ = measured_; // the kernel changes it in place
             respacer_.respaceByLaw(law_.spline, law_.newCount, law_.exactness, scratchLaw_.data());
         } else {

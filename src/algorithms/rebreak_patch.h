@@ -17,7 +17,8 @@ struct RebreakLaw {
     std::int32_t lastPoint = 1;
     std::int32_t firstCurve = 0; ///< curves from firstCurve up to but not including lastCurve
     std::int32_t lastCurve = 0;
-    std::int32_t lawCurve = 0; ///< the captured curve of the patch as it was before
+    /// The captured curve of the patch as it was before. Its spacing is one of equal steps when it has no length.
+    std::int32_t lawCurve = 0;
 };
 
 /// Re-spaces sections of `patch`. A `firstPoint` beyond a section's end becomes its last point but one, a `lastPoint`

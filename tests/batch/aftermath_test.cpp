@@ -381,7 +381,19 @@ const std::vector<Aftermath> aftermaths = {
      .left = {{"patchCaptureArmed", true}}},
 };
 
-class AftermathTest : public SessionFixture, public testing::WithParamInterface<Aftermath> {
+/// A session whose mouse is told places of the model.
+class ClickFixture : public SessionFixture {
+protected:
+    void click(double x, double y) {
+        const Json at = printed("window " + std::to_string(x) + ' ' + std::to_string(y) + " 0");
+        const std::string pixel = ' ' + std::to_string(std::lround(at.at(0).get<double>())) + ' ' +
+                                  std::to_string(std::lround(at.at(1).get<double>()));
+        must("mouse down" + pixel);
+        must("mouse up" + pixel);
+    }
+};
+
+class AftermathTest : public ClickFixture, public testing::WithParamInterface<Aftermath> {
 protected:
     AftermathTest() {
         writeFileText(folder / "three.apt", aptText({flatPatch(4, 5), plateAt(6), plateAt(12)}));
@@ -417,14 +429,6 @@ protected:
         for (const std::string& line : script) {
             ASSERT_NO_FATAL_FAILURE(follow(line)) << line;
         }
-    }
-
-    void click(double x, double y) {
-        const Json at = printed("window " + std::to_string(x) + ' ' + std::to_string(y) + " 0");
-        const std::string pixel = ' ' + std::to_string(std::lround(at.at(0).get<double>())) + ' ' +
-                                  std::to_string(std::lround(at.at(1).get<double>()));
-        must("mouse down" + pixel);
-        must("mouse up" + pixel);
     }
 
     void reachTheEnd() {
@@ -506,5 +510,64 @@ TEST_P(AftermathTest, TheNextClickCapturesOneThing) {
 
 INSTANTIATE_TEST_SUITE_P(Of, AftermathTest, testing::ValuesIn(aftermaths),
                          [](const testing::TestParamInfo<Aftermath>& each) { return each.param.name; });
+
+/// Picks must see the model as it is now, not as it was at the pick before.
+class PickAgainTest : public ClickFixture {
+protected:
+    PickAgainTest() {
+        must("open " + file("plate.apt"));
+        must("run convert.toUnstructured");
+        must("run view.fit");
+    }
+
+    /// The zBlock after a click on a place of the model in the patch regime.
+    Json blockAfterClick(double x, double y) {
+        click(x, y);
+        return printed("state").at("blockList");
+    }
+};
+
+TEST_F(PickAgainTest, FindsAZoneWhereItHasMovedTo) {
+    must("run patch.capture");
+    EXPECT_EQ(blockAfterClick(1.4, 1.4), Json({0}));
+    must("run model.move deltaX=20");
+    must("run block.new");
+    EXPECT_EQ(blockAfterClick(1.4, 1.4), Json::array()); // nothing is there any more
+    EXPECT_EQ(kinds("message"), 0);
+    EXPECT_EQ(blockAfterClick(21.4, 1.4), Json({0}));
+}
+
+TEST_F(PickAgainTest, FindsANodeWhereItWasPut) {
+    must("run point.capture");
+    click(1, 1);
+    EXPECT_TRUE(printed("state").at("pointCaptured").get<bool>());
+    must("run point.edit x=1.5 y=1.5 z=0");
+    must("run point.next");
+    click(1, 1);
+    EXPECT_FALSE(printed("state").at("pointCaptured").get<bool>());
+    click(1.5, 1.5);
+    EXPECT_TRUE(printed("state").at("pointCaptured").get<bool>());
+    EXPECT_EQ(printed("state").at("pickedPoint"), Json({1.5, 1.5, 0.0}));
+}
+
+TEST_F(PickAgainTest, FindsAZoneWhoseNodeWasMovedAway) {
+    must("run point.capture");
+    click(4, 3);
+    must("run point.edit x=3.5 y=2.5 z=0"); // the corner is drawn in
+    must("run point.exit");
+    must("run patch.capture");
+    EXPECT_EQ(blockAfterClick(3.95, 2.95), Json::array());
+    EXPECT_EQ(blockAfterClick(3.3, 2.3), Json({0}));
+}
+
+TEST_F(PickAgainTest, FindsAPatchWhereUndoHasPutItBack) {
+    must("open " + file("plate.apt"));
+    must("run model.move deltaX=20");
+    must("run patch.capture");
+    EXPECT_EQ(blockAfterClick(21.4, 1.4), Json({0}));
+    must("run patch.undo");
+    must("run patch.addToBlock");
+    EXPECT_EQ(blockAfterClick(1.4, 1.4), Json({0}));
+}
 
 } // namespace velmora::test

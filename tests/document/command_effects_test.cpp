@@ -653,6 +653,44 @@ TEST_F(CommandRig, CommandsThatAreNeverOn) {
     }
 }
 
+TEST_F(CommandRig, ADraggedPointIsDrawnAtEachMove) {
+    holdGrid();
+    runAll(section(1, 2) + point(1, 2, 2) + Steps{{.id = "point.drag"}});
+    for (const double x : {1.25, 1.5}) {
+        forget();
+        doc.capturedPointPos = {x, 1, 0};
+        doc.placeDraggedPoint(doc.capturedPointPos);
+        EXPECT_EQ(doc.patches[0][1][1], zVec<double>(x, 1, 0));
+        EXPECT_EQ(heard(), Lines{"status: " + doc.dragStatus});
+        EXPECT_THAT(view.calls, Contains("redraw"));
+        EXPECT_EQ(watcher.drawn, Picture::ofAll(doc));
+    }
+    doc.moveRegimeAtRelease();
+    EXPECT_FALSE(doc.pointDragging);
+    EXPECT_TRUE(doc.pointUndoReady && doc.documentModified);
+    run({.id = "point.undo"});
+    EXPECT_EQ(doc.patches[0][1][1], zVec<double>(1, 1, 0));
+    EXPECT_EQ(watcher.drawn, Picture::ofAll(doc));
+}
+
+TEST_F(CommandRig, ABendIsReadyToBeTakenBackByEitherUndo) {
+    for (const bool byPoint : {true, false}) {
+        holdGrid();
+        runAll(section(1, 2) + point(1, 2, 2));
+        settle();
+        const std::string model = Picture::ofModel(doc);
+        doc.prepareDragCorrection();
+        EXPECT_TRUE(doc.dragCorrectsLine && doc.pointUndoReady && doc.patchUndoReady && doc.documentModified);
+        EXPECT_FALSE(doc.rebuildOnUndo);
+        EXPECT_THAT((std::vector{doc.savedPatch, doc.savedPointSection, doc.savedPoint}), ElementsAre(0, 1, 1));
+        doc.patches[0][1][1].z = 3; // the view bends the curve
+        run({.id = byPoint ? "point.undo" : "patch.undo"});
+        EXPECT_EQ(Picture::ofModel(doc), model);
+        EXPECT_FALSE(doc.pointUndoReady || doc.patchUndoReady);
+        doc.leaveRegimes();
+    }
+}
+
 TEST_P(CommandEffect, IsToldToTheViews) {
     const Effect& effect = GetParam();
     prepare();

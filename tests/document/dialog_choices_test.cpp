@@ -1,76 +1,19 @@
 #include <cmath>
-#include <functional>
 #include <ostream>
 #include <set>
 
 #include "command_rig.h"
 #include "corner_box.h"
+#include "looks.h"
 
 namespace velmora::test {
 
 namespace {
 
 using Vector = zVec<double>;
-using Axis = double Vector::*;
-
-/// Numbers with up to four digits behind the point, as short as they are.
-std::string text(const std::vector<double>& numbers) {
-    std::ostringstream out;
-    for (const double number : numbers) {
-        const double rounded = std::round(number * 1e4) / 1e4;
-        out << (out.tellp() > 0 ? " " : "") << (rounded == 0 ? 0 : rounded);
-    }
-    return out.str();
-}
-
-/// What a test looks at in the document afterwards.
-using Look = std::function<std::string(VelmoraDoc&)>;
-
-/// One coordinate along a section.
-Look along(std::size_t patch, std::size_t section, Axis axis = &Vector::x) {
-    return [=](VelmoraDoc& doc) { return text(coordinates(doc.patches.at(patch).at(section), axis)); };
-}
-
-/// One coordinate of the first points of a patch's sections.
-Look across(std::size_t patch, Axis axis = &Vector::y) {
-    return [=](VelmoraDoc& doc) {
-        std::vector<double> values;
-        for (const PointList& points : doc.patches.at(patch)) {
-            values.push_back(points.front().*axis);
-        }
-        return text(values);
-    };
-}
-
-/// A point, all three coordinates.
-Look pointOf(std::size_t patch, std::size_t section, std::size_t point) {
-    return [=](VelmoraDoc& doc) {
-        const Vector& p = doc.patches.at(patch).at(section).at(point);
-        return text({p.x, p.y, p.z});
-    };
-}
-
-/// Per patch the numbers of points of its sections.
-std::string countsOf(const PatchList& patches) {
-    std::string counts;
-    for (const Patch& patch : patches) {
-        counts += counts.empty() ? "" : "; ";
-        const std::vector<std::int32_t> numbers = velmora::test::countsOf(patch);
-        counts += text({numbers.begin(), numbers.end()});
-    }
-    return counts;
-}
-
-std::string pointCounts(VelmoraDoc& doc) {
-    return countsOf(doc.patches);
-}
-
-std::string fieldCounts(VelmoraDoc& doc) {
-    return countsOf(doc.fieldPatches);
-}
 
 /// Where the triangles begin and end along one axis.
-Look extent(Axis axis) {
+Look extent(Coordinate axis) {
     return [=](VelmoraDoc& doc) {
         const CornerBox box = cornerBox(doc.feRegion);
         return text({box.lower.*axis, box.upper.*axis});
@@ -894,7 +837,7 @@ const std::vector<Choice> choices = {
      .expected = "both, the model is 0 4"},
 };
 
-/// Told in tests of their own, with the whole grid compared: Intersection.SidesInAllCombinations.
+/// Told in tests of their own, with the whole grid compared: IntersectionOfOneCell.
 const std::set<std::string> toldElsewhere = {"CIntersection.insideSide=1", "CIntersection.insideSide=2",
                                              "CIntersection.outsideSide=1", "CIntersection.outsideSide=2"};
 

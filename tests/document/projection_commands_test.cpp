@@ -487,4 +487,86 @@ TEST_F(Intersection, OfWingAndBodyIsCleanJoint) {
     }
 }
 
+/// Three lines that come down through one cell of a plate, at its places of `joint`; the second one bends before it
+/// does.
+class IntersectionOfOneCell : public Intersection, public testing::WithParamInterface<std::pair<int, int>> {
+protected:
+    const PointList joint = {{1.25, 1.25, 0}, {1.75, 1.75, 0}, {1.6, 1.1, 0}};
+
+    Patch bentWall() const {
+        Patch patch;
+        for (const double z : {3, 2, 1, -1, -2}) {
+            PointList section;
+            for (const Vector& p : joint) {
+                section.push_back({p.x, p.y, z});
+            }
+            patch.push_back(section);
+        }
+        // Made longer, each of these two chords would meet the plate too, at x = 2.25 and at x = 0.25.
+        patch[0][1].x = 3.75;
+        patch[1][1].x = 3.25;
+        return patch;
+    }
+
+    /// Equal steps from one point to another.
+    static PointList steps(const Vector& from, const Vector& to) { return {from, (from + to) * 0.5, to}; }
+
+    PatchList expected(bool inBefore, bool outBefore) const {
+        Patch wallLeft;
+        for (const Vector& p : joint) {
+            wallLeft.push_back(steps({p.x, p.y, inBefore ? 3.0 : 0.0}, {p.x, p.y, inBefore ? 0.0 : -2.0}));
+        }
+        if (inBefore) {
+            // Half of the bent line's length lies on its second chord, behind the first.
+            const double first = std::sqrt(1.25);
+            const double f = ((first + 2.5) / 2 - first) / 2.5;
+            wallLeft[1] = {{3.75, 1.75, 3}, {3.25 - 1.5 * f, 1.75, 2 - 2 * f}, joint[1]};
+        }
+        Patch plateLeft;
+        for (const std::size_t i : {2, 0, 1}) {
+            const Vector end = {outBefore ? 0.0 : 4.0, joint[i].y, 0};
+            plateLeft.push_back(outBefore ? steps(end, joint[i]) : steps(joint[i], end));
+        }
+        return {wallLeft, plateLeft};
+    }
+};
+
+TEST_P(IntersectionOfOneCell, KeepsTheSidesThatAreChosen) {
+    const auto [inside, outside] = GetParam();
+    hold({bentWall(), flatPatch(4, 5)});
+    addToBlock(0);
+    intersect({{"insideSide", std::to_string(inside)},
+               {"insidePoints", "3"},
+               {"outsideSide", std::to_string(outside)},
+               {"outsidePoints", "3"}});
+    EXPECT_THAT(heard(), ElementsAre("dialog: CIntersection -> ok", "status: For Help, press F1"));
+    EXPECT_EQ(doc.interLine, joint);
+    EXPECT_EQ(doc.beforeIntersection[1], Vector(1.75, 1.75, 1));
+    EXPECT_EQ(doc.afterIntersection[1], Vector(1.75, 1.75, -1));
+    const PatchList wanted = expected(inside == 1, outside == 1);
+    ASSERT_EQ(doc.patches.size(), wanted.size());
+    for (std::size_t k = 0; k < wanted.size(); ++k) {
+        ASSERT_EQ(countsOf(doc.patches[k]), countsOf(wanted[k])) << k;
+        for (std::size_t n = 0; n < wanted[k].size(); ++n) {
+            for (std::size_t m = 0; m < wanted[k][n].size(); ++m) {
+                EXPECT_LT(distance(doc.patches[k][n][m], wanted[k][n][m]), 1e-9) << k << n << m;
+            }
+        }
+    }
+    EXPECT_EQ(doc.fileKind, "apt");
+}
+
+INSTANTIATE_TEST_SUITE_P(AllFourSides, IntersectionOfOneCell,
+                         testing::Values(std::pair(1, 1), std::pair(1, 2), std::pair(2, 1), std::pair(2, 2)));
+
+TEST_F(Intersection, ShowsItsPiercingPointsAlsoWhenItIsCancelledOrRefused) {
+    hold({wall({0.25, 1.25}, {1, -1}), flatPatch(4, 4)});
+    addToBlock(0);
+    doc.Intersection();
+    EXPECT_THAT(viewCalls(), Contains("redraw"));
+    hold({wall({0.25, 77}, {1, -1}), flatPatch(4, 4)});
+    doc.Intersection();
+    EXPECT_THAT(viewCalls(), Contains("redraw"));
+}
+
 } // namespace velmora::test

@@ -234,6 +234,37 @@ TEST_F(RebreakSection, WithFitTakesTheSpacingOfTheCapturedOne) {
     EXPECT_EQ(doc.fileKind, "apt");
 }
 
+TEST_F(RebreakSection, OfNoLengthAsTheLawGivesEqualSteps) {
+    for (const char* const function : {"1", "2"}) {
+        Patch patch = flatPatch(3, 5);
+        patch[0][1].x = 0.5;
+        patch[1].assign(5, {7, 1, 0});
+        hold({patch});
+        captureSection(0, 1);
+        rebreak({{"regime", "2"}, {"function", function}, {"style", "2"}});
+        for (std::size_t m = 0; m < 5; ++m) {
+            EXPECT_NEAR(doc.patches[0][0][m].x, static_cast<double>(m), 1e-12) << function;
+            EXPECT_EQ(doc.patches[0][0][m].y, 0) << function;
+            EXPECT_EQ(doc.patches[0][1][m], patch[1][m]) << function;
+        }
+    }
+}
+
+TEST_F(RebreakLine, OfNoLengthAsTheLawGivesEqualSteps) {
+    Patch patch = flatPatch(5, 3);
+    patch[1][0].y = 0.5;
+    for (PointList& section : patch) {
+        section[1] = {1, 7, 0};
+    }
+    hold({patch});
+    captureLine(0, 1);
+    rebreak({{"regime", "2"}, {"function", "2"}, {"style", "2"}});
+    for (std::size_t n = 0; n < 5; ++n) {
+        EXPECT_NEAR(doc.patches[0][n][0].y, static_cast<double>(n), 1e-12);
+        EXPECT_EQ(doc.patches[0][n][1], patch[n][1]);
+    }
+}
+
 TEST_F(RebreakSection, OfOtherPatchesIsNotTouched) {
     const Patch other = flatPatch(3, 3, 8.0);
     hold({other, flatPatch(3, 5), other});

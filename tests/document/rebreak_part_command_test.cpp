@@ -370,4 +370,35 @@ TEST_F(RebreakPart, LinesOfNoLengthAreNamedAndTheGridStaysWhole) {
     EXPECT_EQ(doc.fileKind, "apt");
 }
 
+TEST_F(RebreakPart, ACapturedSectionOfNoLengthAmongAllKeepsThePointsNumber) {
+    Patch patch = flatPatch(3, 6);
+    patch[1][1] = patch[1][2] = patch[1][0];
+    hold({patch});
+    captureOnSection(1, 2);
+    rebreakPart({{"regime", "2"}, {"newCount", "5"}});
+    EXPECT_THAT(heard(), testing::Contains("message: Line  2  is of zero length. APT may be violated"));
+    EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{8, 6, 8}));
+    EXPECT_EQ(doc.patches[0][1], patch[1]);
+    EXPECT_EQ(doc.capturedPoint, 2);
+}
+
+TEST_F(RebreakPart, ItsTwoMessagesComeInTheOrderOfTheSections) {
+    const std::string unfitted = "message: It is impossible to fit parts";
+    for (const std::size_t flat : {0U, 1U, 2U}) {
+        Patch patch = flatPatch(3, 9);
+        for (std::size_t m = 1; m < 5; ++m) {
+            patch[flat][m] = patch[flat][0];
+        }
+        hold({patch});
+        captureOnSection(flat == 1 ? 0 : 1, 4);
+        // Two steps over a length of 4 never end on a step of 1 with the last one the longer.
+        rebreakPart({{"regime", "2"}, {"style", "2"}, {"compression", "4"}, {"newCount", "3"}});
+        const std::string ofFlat =
+            "message: Line  " + std::to_string(flat + 1) + "  is of zero length. APT may be violated";
+        EXPECT_THAT(heard(), testing::ElementsAre("dialog: CRebreakPart -> ok", flat == 0 ? ofFlat : unfitted,
+                                                  flat == 0 ? unfitted : ofFlat, testing::StartsWith("title: ")))
+            << flat;
+    }
+}
+
 } // namespace velmora::test

@@ -94,6 +94,35 @@ TEST_F(RegularInput, CutOfTheFirstOfSeveralPointsSelectsTheNewFirst) {
     EXPECT_EQ(table.typed, (zVec<double>{2, 0, 0}));
 }
 
+TEST_F(RegularInput, CutInTheMiddleSelectsThePointBefore) {
+    for (const double x : {1.0, 2.0, 3.0, 4.0}) {
+        act(CRegularInput::InputAfter, {x, 0, 0});
+    }
+    ASSERT_TRUE(table.select(3));
+    act(CRegularInput::Cut);
+    EXPECT_EQ(list[0][0], (PointList{{1, 0, 0}, {2, 0, 0}, {4, 0, 0}}));
+    EXPECT_EQ(table.M, 2);
+    EXPECT_EQ(table.typed, (zVec<double>{2, 0, 0}));
+    EXPECT_EQ(table.buffer, (zVec<double>{3, 0, 0}));
+    ASSERT_EQ(table.rows.size(), 3U);
+    EXPECT_EQ(table.rows[2].coordinates[0], "+4.000000e+00");
+    EXPECT_EQ(table.rows[2].M, 3);
+    table.checkPaste(true);
+    act(CRegularInput::InputAfter); // and back in its place
+    EXPECT_EQ(list[0][0], (PointList{{1, 0, 0}, {2, 0, 0}, {3, 0, 0}, {4, 0, 0}}));
+    EXPECT_EQ(table.M, 3);
+}
+
+TEST_F(RegularInput, CutOfTheLastSelectsTheNewLast) {
+    act(CRegularInput::InputAfter, {1, 0, 0});
+    act(CRegularInput::InputAfter, {2, 0, 0});
+    act(CRegularInput::Cut);
+    EXPECT_EQ(list[0][0], (PointList{{1, 0, 0}}));
+    EXPECT_EQ(table.M, 1);
+    EXPECT_EQ(table.typed, (zVec<double>{1, 0, 0}));
+    EXPECT_EQ(table.buffer, (zVec<double>{2, 0, 0}));
+}
+
 TEST_F(RegularInput, CopyReadsTheRowWithItsSixDecimals) {
     act(CRegularInput::InputAfter, {1.23456789, 0, 0});
     act(CRegularInput::Copy);

@@ -468,6 +468,26 @@ TEST_F(ZoneKnife, ThreePointsOfTheBufferAreThePlane) {
     doc.KnifeZones();
 }
 
+TEST_F(ZoneKnife, ThreePointsAreEnoughForThePlaneAndTwoAreNot) {
+    const auto openBuffer = [this](const char* text) {
+        writeFileText(folder / "plane.ext", text);
+        ui.files = {{folder / "plane.ext"}};
+        doc.OpenBuffer();
+    };
+    openBuffer("0 0 3\n3 0 3\n");
+    answer({{"planeKind", "4"}});
+    forget();
+    doc.KnifeZones();
+    EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok", "message: Normal of plane is absent. Cut is impossible"));
+    EXPECT_EQ(elements(), 12);
+    openBuffer("0 0 3\n3 0 3\n0 3 3\n");
+    answer({});
+    forget();
+    doc.KnifeZones();
+    EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok"));
+    EXPECT_EQ(usedBox(doc.feRegion).second, Point(2, 3, 3));
+}
+
 TEST_F(ZoneKnife, DialogShowsTheExtentOnTheChosenAxisAndTheBox) {
     ui.onDialog = [](DialogForm& form) {
         EXPECT_EQ(fieldText(*form.find("max")), "2");

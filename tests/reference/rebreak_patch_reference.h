@@ -65,8 +65,8 @@ inline Column measuredLaw(const PointList& curve) {
 }
 
 /// The new points of a stretch of at least two. What a kernel leaves unwritten lies on the end of the stretch, and a
-/// law that is too short stays at its end.
-inline PointList rebuiltStretch(const PointList& stretch, const RebreakFields& fields, const PointList& lawCurve) {
+/// law that is too short stays at its end. A law without a length is one of equal steps.
+inline PointList rebuiltStretch(const PointList& stretch, RebreakFields fields, const PointList& lawCurve) {
     const auto count = static_cast<std::size_t>(fields.newCount);
     Points in;
     for (const zVec<double>& p : stretch) {
@@ -82,6 +82,10 @@ inline PointList rebuiltStretch(const PointList& stretch, const RebreakFields& f
     Column law = measuredLaw(lawCurve);
     while (law.size() < count) {
         law.push_back(law.empty() ? 0.0 : law.back());
+    }
+    if (fields.style == 2 && !(law.back() > 0)) {
+        fields.style = 1;
+        fields.compression = 1;
     }
     if (fields.function == 1 && fields.style == 1) {
         splineRebreak(in, out, fields.exactness, 1, fields.compression, law, true);

@@ -278,6 +278,21 @@ const Going goings[] = {
      .run = [](FileEvents& t) { t.runFile("file.saveAs", t.folder / "y.STL"); },
      .names = {"y.stl", "y.stl", "stl", "uns", "non"},
      .keepsStatus = true},
+    {.name = "SaveAsTrianglesAndUndo",
+     .run =
+         [](FileEvents& t) {
+             t.runFile("file.saveAs", t.folder / "Y.wrl");
+             t.run("patch.undo");
+         },
+     .names = {"y.apt", "y.apt", "wrl", "str", "apt"}},
+    {.name = "SaveAsGridOfTecplot",
+     .run =
+         [](FileEvents& t) {
+             t.runFile("file.saveAs", t.folder / "y.dat");
+             t.run("file.save");
+         },
+     .names = {"y.apt", "y.apt", "dat", "str", "apt"},
+     .keepsStatus = true},
     {.name = "ToTriangles",
      .run = [](FileEvents& t) { t.run("convert.toUnstructured"); },
      .names = {"x.dat", "x.dat", "apt", "uns", "non"}},
@@ -763,6 +778,107 @@ TEST_F(Traces, AppendCbcAsksAndIsDrawn) {
     EXPECT_THAT(heard(), testing::ElementsAre("chooser: Append -> 0"));
     EXPECT_THAT(viewCalls(), Contains("redraw"));
     EXPECT_TRUE(doc.cbcAppended);
+}
+
+TEST_F(Traces, AGridSavedAsTrianglesIsDrawnAndItsUndoBringsTheGridBack) {
+    openGrid();
+    const PatchList before = doc.patches;
+    forget();
+    runFile("file.saveAs", folder / "out.stl");
+    EXPECT_THAT(view.calls, testing::IsSupersetOf({"bounds", "redraw"}));
+    EXPECT_FALSE(doc.documentModified);
+    run("patch.undo");
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_TRUE(doc.documentModified);
+}
+
+TEST_F(Traces, UndoOfAnEditKeepsTheFileOfTheModelThoughAnotherWasRemovedBefore) {
+    doc.onOpenDocument(file("first.apt", aptText({flatPatch(3, 3)})));
+    doc.onOpenDocument(file("second.apt", aptText({flatPatch(2, 2)})));
+    runWith("model.move", {{"deltaX", "1"}});
+    run("patch.undo");
+    EXPECT_EQ(doc.patches, PatchList{flatPatch(2, 2)});
+    expectNames({"second.apt", "second.apt", "apt", "str", "apt"});
+}
+
+TEST_F(Traces, UndoOfANodeThatWasMovedGoesBackToItsPlace) {
+    openZones(*this);
+    doc.pointCaptured = doc.pointPicked = true;
+    doc.capturedPatch = 0;
+    doc.capturedPoint = 1;
+    doc.pickedPoint = doc.capturedPointPos = {1, 0, 0};
+    runWith("point.edit", {{"x", "5"}});
+    doc.saveModel();
+    EXPECT_FALSE(doc.documentModified);
+    doc.pointPicked = false;
+    run("point.undo");
+    EXPECT_EQ(doc.capturedPointPos, zVec<double>(1, 0, 0));
+    EXPECT_EQ(doc.pickedPoint, zVec<double>(1, 0, 0));
+    EXPECT_TRUE(doc.documentModified);
+    EXPECT_TRUE(doc.pointPicked);
+    EXPECT_FALSE(doc.pointUndoReady || doc.patchUndoReady);
+    EXPECT_TRUE(doc.pointUndoRegion.blocks.empty() && doc.undoRegion.blocks.empty());
+}
+
+TEST_F(Traces, EitherUndoEmptiesTheSnapshotsOfZonesToo) {
+    openZones(*this);
+    runWith("model.move", {{"deltaX", "1"}});
+    ASSERT_FALSE(doc.undoRegion.blocks.empty());
+    doc.SavePointUndo();
+    doc.pointUndoReady = true;
+    run("patch.undo");
+    EXPECT_TRUE(doc.undoRegion.blocks.empty());
+    EXPECT_TRUE(doc.pointUndoRegion.blocks.empty());
+    EXPECT_FALSE(doc.pointUndoReady);
+}
+
+TEST_F(Traces, ASnapshotOfOneKindEmptiesThatOfTheOther) {
+    openGrid();
+    doc.SavePatchUndo();
+    run("convert.toUnstructured");
+    doc.SavePatchUndo();
+    EXPECT_TRUE(doc.undoPatches.empty());
+    EXPECT_EQ(doc.undoRegion.blocks.size(), 1U);
+    runWith("convert.toSkl", {{"number", "2"}});
+    doc.SavePatchUndo();
+    EXPECT_EQ(doc.undoPatches.size(), 1U);
+    EXPECT_TRUE(doc.undoRegion.blocks.empty());
+}
+
+// ---- A second geometry
+// -----------------------------------------------------------------------------------------------
+
+TEST_F(Traces, ASecondGeometryTakesTheTitleOfItsFirstFileAndLeavesTheNamesOfTheModel) {
+    const auto wrl = [](const char* title) {
+        return "#VRML V2.0 utf8\nWorldInfo { title \"" + std::string(title) +
+               "\" }\nShape { geometry IndexedFaceSet { coord Coordinate { point [ 0 0 5 1 0 5 0 1 5 ] } "
+               "coordIndex [ 0 1 2 -1 ] } }\n";
+    };
+    openGrid();
+    const PatchList before = doc.patches;
+    runFile("file.appendWrl", file("a.wrl", wrl("first")));
+    runFile("file.appendWrl", file("b.wrl", wrl("second")));
+    EXPECT_EQ(doc.referenceRegion.blocks.size(), 2U);
+    EXPECT_EQ(doc.secondKind, "wrl");
+    EXPECT_EQ(doc.patches, before);
+    expectNames({"small.apt", "small.apt", "apt", "str", "apt"});
+    forget();
+    run("file.closeWrl");
+    EXPECT_THAT(view.calls, Contains("redraw"));
+    EXPECT_TRUE(doc.referenceRegion.blocks.empty());
+    EXPECT_EQ(doc.secondKind, "non");
+    runFile("file.appendWrl", file("c.wrl", wrl("third")));
+    EXPECT_EQ(doc.referenceRegion.blocks.size(), 1U);
+}
+
+TEST_F(Traces, AppendDatChecksTheVariablesOfItsGrid) {
+    openGrid();
+    runFile("file.appendDat", file("none.dat", "ZONE I=3, J=2, K=1, F=POINT\n1 2 3\n"));
+    EXPECT_THAT(heard(), Contains("message: Irregular structure of DAT file. The number of variables < 3"));
+    runFile("file.appendDat", file("good.dat", datHead + std::string(gridZone)));
+    EXPECT_THAT(heard(), Not(Contains(StartsWith("message: "))));
+    EXPECT_EQ(doc.secondKind, "non");
+    expectNames({"small.apt", "small.apt", "apt", "str", "apt"});
 }
 
 } // namespace velmora::test

@@ -222,9 +222,15 @@ TEST(MainFrame, StandsWithItsBarsAtTheTopTheLongestInARowOfItsOwn) {
 
 // ---- Status line ----------------------------------------------------------------------------------------------------
 
+TEST(MainFrame, ShowsThePromptOfTheStartFirst) {
+    const MainFrame frame;
+    EXPECT_EQ(frame.findChild<QLabel*>(QStringLiteral("message"))->text(), QStringLiteral("For Help, press F1"));
+    EXPECT_EQ(frame.windowTitle(), QStringLiteral("Velmora"));
+}
+
 TEST(MainFrame, TellsOfAMissingPictureAndOfThePromptAfterwards) {
     FrameRig rig;
-    EXPECT_EQ(rig.message(), QString::fromStdString(rig.doc().status));
+    EXPECT_EQ(rig.message(), QStringLiteral("wglCreateContext failed"));
     rig.doc().ShowStatus("Find patch and click it");
     EXPECT_EQ(rig.message(), QStringLiteral("Find patch and click it"));
 }

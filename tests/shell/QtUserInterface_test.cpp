@@ -303,6 +303,20 @@ TEST(FileChooser, SeveralFilesAreTakenOnlyWhereTheyAreAskedFor) {
     });
 }
 
+TEST(FileChooser, GivesNoFileTwiceAndKeepsTheirOrder) {
+    const TemporaryFolder folder;
+    writeFileText(folder / "a.apt", "");
+    writeFileText(folder / "b.apt", "");
+    UiRig rig;
+    FileRequest request = requestIn(folder, ChooserMode::Open);
+    request.multiple = true;
+    const auto paths = choose(rig, request, [](QFileDialog& dialog) {
+        typeName(dialog, QStringLiteral("\"b.apt\" \"a.apt\" \"b.apt\""));
+        pressOk(dialog);
+    });
+    EXPECT_THAT(paths, ::testing::ElementsAre(folder / "b.apt", folder / "a.apt"));
+}
+
 TEST(FileChooser, TheTypeUsedLastIsRememberedForItsCommandAlone) {
     const TemporaryFolder folder;
     UiRig rig;

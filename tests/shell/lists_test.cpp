@@ -22,11 +22,24 @@ namespace fs = std::filesystem;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
+/// A person before whom each box takes the focus away from the field that is typed in.
+class FocusTakingUi : public RecordingUi {
+public:
+    std::function<void()> whileBoxStands;
+
+    void showMessage(const std::string& text) override {
+        RecordingUi::showMessage(text);
+        if (whileBoxStands) {
+            whileBoxStands();
+        }
+    }
+};
+
 /// A folder with two models, a note and two folders in it; three drives, of which the last is the folder "inner".
 struct ListsRig {
     TemporaryFolder folder;
     fs::path place = fs::canonical(folder.path());
-    RecordingUi ui;
+    FocusTakingUi ui;
     Person person;
 
     ListsRig() {
@@ -159,6 +172,14 @@ TEST(FolderDialog, OkTakesWhatIsTypedAndStaysWhereItCannotGo) {
     EXPECT_EQ(rig.chooser.folder(), rig.place / "inner");
 }
 
+TEST(FolderDialog, ABoxThatTakesTheFocusHasThePathTakenOnce) {
+    FolderRig rig;
+    rig.ui.whileBoxStands = [&] { emit part<QLineEdit>(rig.dialog, "path").editingFinished(); };
+    typeAndLeave(rig.dialog, "path", "made");
+    EXPECT_EQ(rig.ui.transcript.size(), 1U);
+    EXPECT_EQ(rig.path(), (rig.place / "made").string());
+}
+
 // ---- The project list -----------------------------------------------------------------------------------------------
 
 struct FilesRig : ListsRig {
@@ -262,6 +283,15 @@ TEST(FilesListDialog, TakesFieldsAsTheyAreLeft) {
     typeAndLeave(*rig.dialog, "name", (rig.place / "project").string() + "/hull");
     EXPECT_EQ(rig.text("name"), "hull");
     EXPECT_EQ(plainBytes(part<QLabel>(*rig.dialog, "projectPath").text()), (rig.place / "project").string());
+}
+
+TEST(FilesListDialog, ABoxThatTakesTheFocusHasTheNameTakenOnce) {
+    FilesRig rig;
+    rig.ui.whileBoxStands = [&] { emit part<QLineEdit>(*rig.dialog, "name").editingFinished(); };
+    typeAndLeave(*rig.dialog, "name", "made/wing");
+    EXPECT_EQ(rig.ui.transcript.size(), 1U);
+    EXPECT_EQ(rig.text("name"), "wing");
+    EXPECT_TRUE(fs::is_directory(rig.place / "made"));
 }
 
 TEST(FilesListDialog, GoesToADriveThatIsChosen) {

@@ -9,6 +9,8 @@ static void loadPictures() {
 }
 
 int main(int argc, char** argv) {
+    // The off-screen platform would take OpenGL from a display that happens to be there.
+    qunsetenv("DISPLAY");
     // The user's own settings stay out of it.
     const QTemporaryDir settings;
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());

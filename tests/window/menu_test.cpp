@@ -299,5 +299,71 @@ TEST(Menus, ARightClickOpensTheMenuOfTheRegime) {
     });
 }
 
+// ---- What a menu leaves behind --------------------------------------------------------------------------------------
+
+bool waitForStatus(WindowDriver& person, const QString& text) {
+    person.waitFor([&] { return WindowDriver::frame().findChild<QLabel*>(QStringLiteral("message"))->text() == text; });
+    EXPECT_EQ(person.status(), text);
+    return person.status() == text;
+}
+
+/// Moves the mouse to an entry of the open menu, by its command's id.
+void pointAt(WindowDriver& person, const QString& id) {
+    person.move(person.ask([id] {
+        QMenu* menu = WindowDriver::openedMenu();
+        for (QAction* action : menu->actions()) {
+            if (action->objectName() == id) {
+                return menu->mapToGlobal(menu->actionGeometry(action).center());
+            }
+        }
+        throw std::runtime_error("no entry " + id.toStdString());
+    }));
+}
+
+TEST(Menus, TheHintOfAnEntryGoesWithTheMenu) {
+    const FlatDesk desk;
+    runProgram({desk.model.string()}, [](WindowDriver& person) {
+        person.waitForFrame();
+        person.rest = std::chrono::milliseconds(50);
+        person.choose({"Edit", "Lines", "Capture", "Section"});
+        const QString prompt = QStringLiteral("Press left button of mouse and drag it");
+        person.openMenu(QStringLiteral("File"));
+        pointAt(person, QStringLiteral("file.saveAs"));
+        waitForStatus(person, QLatin1String(findCommand("file.saveAs")->statusText));
+        person.key("Escape");
+        ASSERT_TRUE(person.waitFor([] { return WindowDriver::openedMenu() == nullptr; }));
+        person.move(person.onView({400, 300}));
+        waitForStatus(person, prompt);
+
+        person.click(person.onView({30, 30}), WindowDriver::rightButton);
+        ASSERT_TRUE(person.waitFor([] { return WindowDriver::openedMenu() != nullptr; }));
+        pointAt(person, QStringLiteral("line.exit"));
+        waitForStatus(person, QLatin1String(findCommand("line.exit")->statusText));
+        person.key("Escape");
+        ASSERT_TRUE(person.waitFor([] { return WindowDriver::openedMenu() == nullptr; }));
+        waitForStatus(person, prompt);
+    });
+}
+
+TEST(Menus, AViewChosenInAMenuIsPaintedAndTheToolBarFollowsASwitch) {
+    const FlatDesk desk;
+    runProgram({desk.model.string()}, [](WindowDriver& person) {
+        person.waitForFrame();
+        person.rest = std::chrono::milliseconds(50);
+        person.choose({"View", "Projection", "Front"});
+        EXPECT_TRUE(person.waitFor([] { return WindowDriver::frame().view().viewAlongX; }))
+            << "the command asks for no paint, the menu that closes does";
+        const auto pressed = [] {
+            const auto* bar = WindowDriver::frame().findChild<QToolBar*>(QStringLiteral("General"));
+            return bar->findChild<QToolButton*>(QStringLiteral("view.surface"))->isChecked();
+        };
+        EXPECT_TRUE(person.ask(pressed));
+        person.choose({"View", "Surface"});
+        EXPECT_TRUE(person.waitFor([&] { return !pressed(); }));
+        person.choose({"View", "Surface"});
+        EXPECT_TRUE(person.waitFor(pressed));
+    });
+}
+
 } // namespace
 } // namespace velmora::test

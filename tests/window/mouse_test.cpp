@@ -3,6 +3,7 @@
 #include <QOpenGLWidget>
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <thread>
 
 #include "Desk.h"
@@ -138,6 +139,89 @@ TEST(Mouse, ADragStaysInsideTheView) {
         person.move(outside);
         person.settle();
         EXPECT_EQ(person.ask([] { return QCursor::pos(); }), outside) << "and free again";
+    });
+}
+
+// ---- Interrupted drags ----------------------------------------------------------------------------------------------
+
+/// The frame with a model in the mode "Shift", and a person who need not wait long: each look waits for what it wants.
+void shiftAround(const std::function<void(WindowDriver&)>& drag) {
+    const FlatDesk desk;
+    runProgram({desk.model.string()}, [&](WindowDriver& person) {
+        person.waitForFrame();
+        person.rest = std::chrono::milliseconds(50);
+        person.choose({"View", "Shift"});
+        drag(person);
+    });
+}
+
+double viewCentre(WindowDriver& person) {
+    return person.ask([] { return WindowDriver::frame().view().viewCentreX; });
+}
+
+/// Expects that moves without a button move nothing, and that the next drag works.
+void expectFree(WindowDriver& person) {
+    person.move(person.onView({300, 200}));
+    ASSERT_TRUE(person.waitFor([] { return !WindowDriver::frame().view().leftButtonDown; }));
+    const double before = viewCentre(person);
+    person.move(person.onView({400, 200}));
+    ASSERT_TRUE(waitForMouseAt(person, {400, 200}));
+    EXPECT_EQ(viewCentre(person), before);
+    pressAndMove(person, {400, 200}, {420, 200});
+    EXPECT_EQ(viewCentre(person), before - 20.0);
+    releaseAtRest(person);
+}
+
+TEST(Mouse, TheRightButtonInADragOpensNoMenuAndEndsNothing) {
+    const FlatDesk desk;
+    runProgram({desk.model.string()}, [](WindowDriver& person) {
+        person.waitForFrame();
+        person.rest = std::chrono::milliseconds(50);
+        person.choose({"Edit", "Lines", "Input", "Section..."});
+        person.waitForBox(QStringLiteral("CInputSection"));
+        person.key("Return");
+        ASSERT_TRUE(person.waitForNoBox());
+        person.choose({"View", "Shift"});
+        pressAndMove(person, {300, 200}, {320, 200});
+        const double before = viewCentre(person);
+        person.press(WindowDriver::rightButton);
+        person.release(WindowDriver::rightButton);
+        person.settle();
+        EXPECT_TRUE(person.ask([] { return WindowDriver::openedMenu() == nullptr; }));
+        EXPECT_TRUE(person.ask([] { return WindowDriver::frame().view().leftButtonDown; }));
+        person.move(person.onView({340, 200}));
+        ASSERT_TRUE(waitForMouseAt(person, {340, 200}));
+        EXPECT_EQ(viewCentre(person), before - 20.0);
+        releaseAtRest(person);
+        person.click(person.onView({300, 200}), WindowDriver::rightButton);
+        EXPECT_TRUE(person.waitFor([] { return WindowDriver::openedMenu() != nullptr; }));
+    });
+}
+
+TEST(Mouse, ADialogOpenedByAKeyInADragTakesTheReleaseAndLeavesNothingHeld) {
+    shiftAround([](WindowDriver& person) {
+        pressAndMove(person, {300, 200}, {320, 200});
+        person.key("o", "Control_L");
+        person.waitForBox(QStringLiteral("questionBox"));
+        person.release();
+        person.key("n", "Alt_L");
+        ASSERT_TRUE(person.waitForNoBox());
+        expectFree(person);
+    });
+}
+
+TEST(Mouse, AWindowPutAwayInADragLeavesNothingHeld) {
+    shiftAround([](WindowDriver& person) {
+        pressAndMove(person, {300, 200}, {320, 200});
+        person.ask([] { WindowDriver::frame().showMinimized(); });
+        ASSERT_TRUE(person.waitFor([] { return WindowDriver::frame().isMinimized(); }));
+        person.release();
+        person.ask([] {
+            WindowDriver::frame().showMaximized();
+            WindowDriver::frame().activateWindow();
+        });
+        person.waitForFrame();
+        expectFree(person);
     });
 }
 

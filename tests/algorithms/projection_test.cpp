@@ -492,6 +492,38 @@ TEST(ReflectionToElements, IsThatOfTestingEveryTriangle) {
     }
 }
 
+// ---- Where the search for the nearest begins ------------------------------------------------------------------------
+
+TEST(NearestHit, OfCellsLiesNearerThanAHundredMillion) {
+    const auto chosen = [](double far, double less) {
+        return nearestCellHit({0, 0, 0}, {{0, {far, 0, 0}}, {2, {less, 0, 0}}}).x;
+    };
+    EXPECT_EQ(chosen(2e8, 99999999), 99999999);
+    EXPECT_EQ(chosen(2e8, 1e8), 2e8);
+    EXPECT_EQ(chosen(3, 2), 2);
+    EXPECT_EQ(chosen(2, 3), 2);
+}
+
+TEST(NearestHit, OfElementsLiesWithinTenThousandMillion) {
+    const auto chosen = [](double far, double less) {
+        return nearestElementHit({0, 0, 0}, {{0, {far, 0, 0}}, {1, {less, 0, 0}}}).x;
+    };
+    EXPECT_EQ(chosen(2e10, 1e10), 1e10);
+    EXPECT_EQ(chosen(2e10, 1.0001e10), 2e10);
+    EXPECT_EQ(chosen(2, 3), 2);
+    EXPECT_EQ(chosen(2, -2), -2); // of equal ones the last
+}
+
+TEST(Corners, AreNoneBelowMinusAThousandMillion) {
+    for (double Vector::*const axis : {&Vector::x, &Vector::y, &Vector::z}) {
+        Vector corner;
+        corner.*axis = -1e9;
+        EXPECT_TRUE(isCorner(corner));
+        corner.*axis = -1.000001e9;
+        EXPECT_FALSE(isCorner(corner));
+    }
+}
+
 // ---- Reflection of zones --------------------------------------------------------------------------------------------
 
 TEST(ReflectZones, MovesNodesOfTwoElementsAtLeast) {
@@ -512,6 +544,16 @@ TEST(ReflectZones, IgnoresAHitAtTheNodeItself) {
     region.blocks.push_back(zoneOf(lifted(flatPatch(3, 3), -4), "target"));
     reflectZones(region, {0}, {});
     EXPECT_EQ(nodeOf(region, 0, 4), Vector(1, 1, -4));
+}
+
+TEST(ReflectZones, TakesAHitAMillionthAwayForAnotherPlace) {
+    for (const double height : {0.99e-6, 1.01e-6}) {
+        zRegion_fe region;
+        region.blocks.push_back(zoneOf(flatPatch(3, 3), "own"));
+        region.blocks.push_back(zoneOf(lifted(flatPatch(3, 3), height), "target"));
+        reflectZones(region, {0}, {});
+        EXPECT_NEAR(nodeOf(region, 0, 4).z, height < 1e-6 ? 0 : height, 1e-12);
+    }
 }
 
 TEST(ReflectZones, KeepsTheFirstOfTwoAtTheSameDistance) {

@@ -1,4 +1,4 @@
-#include "line_hits_triangle.h"
+#include "line_triangle_strict.h"
 
 #include <gtest/gtest.h>
 

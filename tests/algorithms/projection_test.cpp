@@ -6,12 +6,12 @@
 #include <gtest/gtest.h>
 
 #include "TriangleTree.h"
+#include "line_triangle_bounded.h"
+#include "projection.h"
 #include "projection_reference.h"
-#include "reflection.h"
 #include "small_models.h"
 #include "small_zones.h"
 #include "target_mesh.h"
-#include "triangle_hit.h"
 #include "zone_elements.h"
 
 namespace velmora::test {
@@ -239,9 +239,9 @@ TEST(TriangleHit, BesideTheTriangleIsOneWithinItsMargin) {
     const double up[] = {0, 0, 1};
     const double onEdge[] = {1e3 + 0.5, -1e-7, 7};
     double place[3];
-    EXPECT_TRUE(hitsTriangle(a, b, c, up, onEdge, place));
+    EXPECT_TRUE(hitsWithinReach(a, b, c, up, onEdge, place));
     const double outside[] = {1e3 + 0.5, -0.1, 7};
-    EXPECT_FALSE(hitsTriangle(a, b, c, up, outside, place));
+    EXPECT_FALSE(hitsWithinReach(a, b, c, up, outside, place));
 }
 
 TEST(TriangleTree, OfNoTrianglesFindsNone) {

@@ -1,4 +1,4 @@
-#include "line_triangle.h"
+#include "line_triangle_loose.h"
 
 #include <cmath>
 #include <initializer_list>

@@ -1,9 +1,9 @@
-#include "triangle_hit.h"
+#include "line_triangle_bounded.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "line_triangle.h"
+#include "line_triangle_loose.h"
 #include "zVec.h"
 
 namespace velmora {
@@ -57,7 +57,7 @@ bool withinMargin(const double* a, const double* b, const double* c, double marg
 //   2e-3 of the extents' sum, which is not less than L, is margin enough. For H at a distance D > 3 L the areas are at
 //   least 0.7 D W / L, and rounding is below 256 u D^2: no hit until D comes to W / (1000 u L), at least 1e7 L. A line
 //   comes that far before it meets the plane only when it runs along it to within rounding. What rounding might let
-//   through out there, `hitsTriangle` refuses.
+//   through out there, `hitsWithinReach` refuses.
 // - Flatter triangles, and ones beyond the range where squares of areas are doubles, have no bound.
 HitReach hitReach(const double* a, const double* b, const double* c) {
     const HitReach anywhere{true, 0.0};
@@ -86,8 +86,8 @@ HitReach hitReach(const double* a, const double* b, const double* c) {
     return std::sqrt(dot(normal, normal)) < sliverHeight * longest ? anywhere : HitReach{false, hitMargin * extents};
 }
 
-bool hitsTriangle(const double* a, const double* b, const double* c, const double* direction, const double* origin,
-                  double* place) {
+bool hitsWithinReach(const double* a, const double* b, const double* c, const double* direction, const double* origin,
+                     double* place) {
     if (IntersectLineTriangle(a, b, c, direction, origin, place) == 0) {
         return false;
     }

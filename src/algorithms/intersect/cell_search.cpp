@@ -5,8 +5,8 @@
 #include <limits>
 
 #include "distance.h"
+#include "line_triangle_bounded.h"
 #include "segment_tests.h"
-#include "triangle_hit.h"
 
 namespace velmora {
 
@@ -28,8 +28,9 @@ std::array<double, 3> triple(const zVec<double>& p) {
 
 std::optional<zVec<double>> hitOf(const Corners& triangle, const zVec<double>& direction, const zVec<double>& origin) {
     double place[3];
-    const bool hit = hitsTriangle(triple(*triangle[0]).data(), triple(*triangle[1]).data(), triple(*triangle[2]).data(),
-                                  triple(direction).data(), triple(origin).data(), place);
+    const bool hit =
+        hitsWithinReach(triple(*triangle[0]).data(), triple(*triangle[1]).data(), triple(*triangle[2]).data(),
+                        triple(direction).data(), triple(origin).data(), place);
     return hit ? std::optional(zVec<double>(place[0], place[1], place[2])) : std::nullopt;
 }
 

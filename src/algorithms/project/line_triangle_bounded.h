@@ -20,7 +20,7 @@ HitReach hitReach(const double* a, const double* b, const double* c);
 /// IntersectLineTriangle (corners, direction, origin and the place of the hit: three coordinates each), with its places
 /// outside of the triangle's reach refused: where the line runs along the plane to within rounding, nothing else keeps
 /// that test from taking a place millions of times the triangle's size away.
-bool hitsTriangle(const double* a, const double* b, const double* c, const double* direction, const double* origin,
-                  double* place);
+bool hitsWithinReach(const double* a, const double* b, const double* c, const double* direction, const double* origin,
+                     double* place);
 
 } // namespace velmora

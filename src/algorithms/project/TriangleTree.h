@@ -29,8 +29,8 @@ struct LineHit {
     zVec<double> place;
 };
 
-/// Finds the triangles that an infinite line hits, by hitsTriangle itself: the tree only spares the tests that cannot
-/// succeed, so the result is that of testing every triangle.
+/// Finds the triangles that an infinite line hits, by hitsWithinReach itself: the tree only spares the tests that
+/// cannot succeed, so the result is that of testing every triangle.
 class TriangleTree {
 public:
     /// The mesh's corners must name points that exist. n log n.

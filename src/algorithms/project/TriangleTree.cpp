@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "triangle_hit.h"
+#include "line_triangle_bounded.h"
 
 namespace velmora {
 
@@ -192,8 +192,8 @@ struct TriangleTree::Ray {
 
 void TriangleTree::judge(std::int32_t triangle, const Ray& ray, std::vector<LineHit>& hits) const {
     double place[3];
-    if (hitsTriangle(mesh_.corner(triangle, 0), mesh_.corner(triangle, 1), mesh_.corner(triangle, 2),
-                     ray.direction.data(), ray.origin.data(), place)) {
+    if (hitsWithinReach(mesh_.corner(triangle, 0), mesh_.corner(triangle, 1), mesh_.corner(triangle, 2),
+                        ray.direction.data(), ray.origin.data(), place)) {
         hits.push_back({triangle, {place[0], place[1], place[2]}});
     }
 }

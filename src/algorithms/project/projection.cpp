@@ -1,4 +1,4 @@
-#include "reflection.h"
+#include "projection.h"
 
 #include <algorithm>
 #include <cmath>

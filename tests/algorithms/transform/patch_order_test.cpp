@@ -4,12 +4,13 @@
 
 #include <cmath>
 
-#include "small_models.h"
+#include "surface_samples.h"
 
 namespace velmora {
 namespace {
 
 using test::flatPatch;
+using test::rowAt;
 using Vec = zVec<double>;
 
 PointList numbered(int count) {
@@ -152,6 +153,16 @@ TEST(Revolved, OnTheAxisIsOnePointOverAndOver) {
     for (const Vec& point : body.front()) {
         EXPECT_EQ(point, (Vec{7, 0, 0}));
     }
+}
+
+TEST(PatchTurns, ExchangeAndReverse) {
+    const Patch patch = {rowAt({1, 2, 3}), rowAt({4, 5, 6})};
+    const Patch turned = transposed(patch);
+    EXPECT_EQ(turned, (Patch{rowAt({1, 4}), rowAt({2, 5}), rowAt({3, 6})}));
+    EXPECT_EQ(transposed(turned), patch);
+    Patch reversed = patch;
+    reverseLines(reversed);
+    EXPECT_EQ(reversed, (Patch{rowAt({3, 2, 1}), rowAt({6, 5, 4})}));
 }
 
 } // namespace

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "patch_curves.h"
 #include "patch_order.h"
 #include "surface_samples.h"
 
@@ -132,16 +131,6 @@ TEST(CorrectLine, WithAPointOnTheLineOrNumbersOutsideDoesNothing) {
     EXPECT_FALSE(correctLine(ragged, 0, {1, 2, 3, 3, 1}));
     Patch none;
     EXPECT_FALSE(correctLine(none, 0, {0, 1, 3, 3, 1}));
-}
-
-TEST(PatchTurns, ExchangeAndReverse) {
-    const Patch patch = {rowAt({1, 2, 3}), rowAt({4, 5, 6})};
-    const Patch turned = transposed(patch);
-    EXPECT_EQ(turned, (Patch{rowAt({1, 4}), rowAt({2, 5}), rowAt({3, 6})}));
-    EXPECT_EQ(transposed(turned), patch);
-    Patch reversed = patch;
-    reverseLines(reversed);
-    EXPECT_EQ(reversed, (Patch{rowAt({3, 2, 1}), rowAt({6, 5, 4})}));
 }
 
 } // namespace velmora::test

@@ -3,7 +3,7 @@
 #include <optional>
 #include <utility>
 
-#include "number_reader.h"
+#include "NumberReader.h"
 #include "patch_text.h"
 
 namespace velmora {

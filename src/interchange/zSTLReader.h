@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <vector>
 
+#include "NumberWriter.h"
 #include "TextStream.h"
-#include "number_writer.h"
 #include "progress.h"
 #include "zRegion.h"
 #include "zTriangulator.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "respacer.h"
+#include "Respacer.h"
 #include "section_edits.h"
 #include "segment_tests.h"
 

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <vector>
 
+#include "IntervalFinder.h"
+#include "SplineSystem.h"
 #include "curve_tolerances.h"
-#include "interval_finder.h"
-#include "spline_system.h"
 
 namespace velmora {
 

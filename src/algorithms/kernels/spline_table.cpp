@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "interval_finder.h"
-#include "spline_system.h"
+#include "IntervalFinder.h"
+#include "SplineSystem.h"
 
 namespace velmora {
 

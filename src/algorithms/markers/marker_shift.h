@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "NearestMarker.h"
 #include "PatchList.h"
-#include "nearest_marker.h"
 
 namespace velmora {
 

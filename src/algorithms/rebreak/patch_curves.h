@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "PatchList.h"
-#include "respacer.h"
+#include "Respacer.h"
 
 namespace velmora {
 

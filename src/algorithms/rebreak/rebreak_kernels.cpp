@@ -4,11 +4,11 @@
 #include <cmath>
 #include <vector>
 
+#include "IntervalFinder.h"
+#include "SplineSystem.h"
 #include "curve_tolerances.h"
-#include "interval_finder.h"
 #include "polyline.h"
 #include "spline_band.h"
-#include "spline_system.h"
 
 namespace velmora {
 

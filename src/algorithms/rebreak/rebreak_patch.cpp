@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "respacer.h"
+#include "Respacer.h"
 
 namespace velmora {
 

@@ -1,9 +1,9 @@
 #include "slice_surface.h"
 
+#include "PlaneCutter.h"
+#include "SegmentChainer.h"
 #include "corner_box.h"
 #include "line_joiner.h"
-#include "plane_cutter.h"
-#include "segment_chainer.h"
 
 namespace velmora {
 

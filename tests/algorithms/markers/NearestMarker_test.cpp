@@ -1,4 +1,4 @@
-#include "nearest_marker.h"
+#include "NearestMarker.h"
 
 #include <gtest/gtest.h>
 

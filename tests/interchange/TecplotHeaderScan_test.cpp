@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "TecplotHeaderScan.h"
 #include "TextStream.h"
-#include "tecplot_header_scan.h"
 #include "temp_folder.h"
 
 namespace velmora {

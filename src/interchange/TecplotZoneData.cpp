@@ -1,4 +1,4 @@
-#include "tecplot_zone_data.h"
+#include "TecplotZoneData.h"
 
 #include <algorithm>
 #include <limits>

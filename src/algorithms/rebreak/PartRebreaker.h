@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "PatchList.h"
-#include "respacer.h"
+#include "Respacer.h"
 
 namespace velmora {
 

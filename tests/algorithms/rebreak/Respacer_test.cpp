@@ -1,4 +1,4 @@
-#include "respacer.h"
+#include "Respacer.h"
 
 #include "surface_samples.h"
 

@@ -1,4 +1,4 @@
-#include "access_keys.h"
+#include "AccessKeys.h"
 
 namespace velmora {
 

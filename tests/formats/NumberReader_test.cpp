@@ -1,4 +1,4 @@
-#include "number_reader.h"
+#include "NumberReader.h"
 
 #include <array>
 #include <bit>

@@ -1,4 +1,4 @@
-#include "spline_system.h"
+#include "SplineSystem.h"
 
 namespace velmora {
 

@@ -1,4 +1,4 @@
-#include "rebreak_part.h"
+#include "PartRebreaker.h"
 
 #include <limits>
 

@@ -1,4 +1,4 @@
-#include "tecplot_header_parse.h"
+#include "TecplotHeaderParser.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,4 +1,4 @@
-#include "number_writer.h"
+#include "NumberWriter.h"
 
 #include <algorithm>
 #include <bit>

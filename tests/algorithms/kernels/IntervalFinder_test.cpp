@@ -1,4 +1,4 @@
-#include "interval_finder.h"
+#include "IntervalFinder.h"
 
 #include <algorithm>
 

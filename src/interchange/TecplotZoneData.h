@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "TecplotHeaderParser.h"
 #include "TextStream.h"
-#include "tecplot_header_parse.h"
 #include "zBlock.h"
 
 namespace velmora {

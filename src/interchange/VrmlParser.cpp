@@ -1,4 +1,4 @@
-#include "vrml_parser.h"
+#include "VrmlParser.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "segment_chainer.h"
+#include "SegmentChainer.h"
 
 #include <algorithm>
 #include <bit>

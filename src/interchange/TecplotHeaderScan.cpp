@@ -1,4 +1,4 @@
-#include "tecplot_header_scan.h"
+#include "TecplotHeaderScan.h"
 
 #include <locale>
 #include <sstream>

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tecplot_header_parse.h"
+#include "TecplotHeaderParser.h"
 #include "tecplot_tools.h"
 
 namespace velmora {

@@ -1,4 +1,4 @@
-#include "plane_cutter.h"
+#include "PlaneCutter.h"
 
 #include <algorithm>
 #include <cmath>

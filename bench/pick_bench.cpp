@@ -47,7 +47,7 @@ PixelLine lineNumber(int i) {
 void takeModelIn(benchmark::State& state) {
     for (auto _ : state) {
         PatchIndex index;
-        index.refresh(model());
+        index.takeIn(model());
         benchmark::DoNotOptimize(index);
     }
 }
@@ -55,16 +55,16 @@ BENCHMARK(takeModelIn)->Unit(benchmark::kMillisecond);
 
 void seeThatNothingChanged(benchmark::State& state) {
     PatchIndex index;
-    index.refresh(model());
+    index.takeIn(model());
     for (auto _ : state) {
-        index.refresh(model());
+        index.takeIn(model());
     }
 }
 BENCHMARK(seeThatNothingChanged)->Unit(benchmark::kMillisecond);
 
 void pickPatch(benchmark::State& state) {
     PatchIndex index;
-    index.refresh(model());
+    index.takeIn(model());
     int i = 0;
     for (auto _ : state) {
         benchmark::DoNotOptimize(index.pickPatch(model(), lineNumber(++i)));
@@ -74,7 +74,7 @@ BENCHMARK(pickPatch)->Unit(benchmark::kMillisecond);
 
 void pickPoint(benchmark::State& state) {
     PatchIndex index;
-    index.refresh(model());
+    index.takeIn(model());
     int i = 0;
     for (auto _ : state) {
         benchmark::DoNotOptimize(index.nearest(model(), lineNumber(++i), {}));

@@ -18,31 +18,31 @@ void addKinds(Json& state, const VelmoraDoc& doc) {
 }
 
 void addRegimes(Json& state, const VelmoraDoc& doc) {
-    state["pointCaptureArmed"] = doc.pointCaptureArmed;
-    state["pointCaptured"] = doc.pointCaptured;
-    state["freePointArmed"] = doc.freePointArmed;
-    state["freePointHeld"] = doc.freePointHeld;
-    state["patchCaptureArmed"] = doc.patchCaptureArmed;
-    state["patchCaptured"] = doc.patchCaptured;
-    state["sectionCaptureArmed"] = doc.sectionCaptureArmed;
-    state["sectionCaptured"] = doc.sectionCaptured;
-    state["lineCaptureArmed"] = doc.lineCaptureArmed;
-    state["lineCaptured"] = doc.lineCaptured;
-    state["pointDragging"] = doc.pointDragging;
-    state["patchRemoving"] = doc.patchRemoving;
+    state["pointCaptureArmed"] = doc.capture->pointCaptureArmed;
+    state["pointCaptured"] = doc.capture->pointCaptured;
+    state["freePointArmed"] = doc.capture->freePointArmed;
+    state["freePointHeld"] = doc.capture->freePointHeld;
+    state["patchCaptureArmed"] = doc.capture->patchCaptureArmed;
+    state["patchCaptured"] = doc.capture->patchCaptured;
+    state["sectionCaptureArmed"] = doc.capture->sectionCaptureArmed;
+    state["sectionCaptured"] = doc.capture->sectionCaptured;
+    state["lineCaptureArmed"] = doc.capture->lineCaptureArmed;
+    state["lineCaptured"] = doc.capture->lineCaptured;
+    state["pointDragging"] = doc.capture->pointDragging;
+    state["patchRemoving"] = doc.capture->patchRemoving;
 }
 
 void addIndices(Json& state, const VelmoraDoc& doc) {
-    state["capturedPatch"] = doc.capturedPatch;
-    state["capturedPointSection"] = doc.capturedPointSection;
-    state["capturedPoint"] = doc.capturedPoint;
-    state["capturedSection"] = doc.capturedSection;
-    state["capturedLine"] = doc.capturedLine;
-    state["savedPatch"] = doc.savedPatch;
-    state["savedPointSection"] = doc.savedPointSection;
-    state["savedPoint"] = doc.savedPoint;
-    state["savedSection"] = doc.savedSection;
-    state["savedLine"] = doc.savedLine;
+    state["capturedPatch"] = doc.capture->capturedPatch;
+    state["capturedPointSection"] = doc.capture->capturedPointSection;
+    state["capturedPoint"] = doc.capture->capturedPoint;
+    state["capturedSection"] = doc.capture->capturedSection;
+    state["capturedLine"] = doc.capture->capturedLine;
+    state["savedPatch"] = doc.capture->savedPatch;
+    state["savedPointSection"] = doc.capture->savedPointSection;
+    state["savedPoint"] = doc.capture->savedPoint;
+    state["savedSection"] = doc.capture->savedSection;
+    state["savedLine"] = doc.capture->savedLine;
     state["blockList"] = Json(std::vector<std::int32_t>(doc.blockList.begin(), doc.blockList.begin() + doc.blockCount));
     state["blockCount"] = doc.blockCount;
 }
@@ -55,8 +55,8 @@ void addUndo(Json& state, const VelmoraDoc& doc) {
     state["pointUndoReady"] = doc.pointUndoReady;
     state["patchUndoReady"] = doc.patchUndoReady;
     state["rebuildOnUndo"] = doc.rebuildOnUndo;
-    state["patchToRemove"] = doc.patchToRemove;
-    state["dragCorrectsLine"] = doc.dragCorrectsLine;
+    state["patchToRemove"] = doc.capture->patchToRemove;
+    state["dragCorrectsLine"] = doc.capture->dragCorrectsLine;
     state["undoNode"] = pointValue(doc.undoNode);
 }
 
@@ -76,15 +76,15 @@ void addSwitches(Json& state, const VelmoraDoc& doc) {
     state["fieldMode"] = doc.fieldMode;
     state["fieldOpening"] = doc.fieldOpening;
     state["surfaceMode"] = doc.surfaceMode;
-    state["pointPicked"] = doc.pointPicked;
+    state["pointPicked"] = doc.capture->pointPicked;
 }
 
 void addPlaces(Json& state, const VelmoraDoc& doc, const VelmoraView& view) {
     state["intersectionTolerance"] = numberValue(doc.intersectionTolerance);
     state["leftButtonDown"] = view.leftButtonDown;
     state["spinTimerOn"] = view.spinTimerOn;
-    state["pickedPoint"] = pointValue(doc.pickedPoint);
-    state["capturedPointPos"] = pointValue(doc.capturedPointPos);
+    state["pickedPoint"] = pointValue(doc.capture->pickedPoint);
+    state["capturedPointPos"] = pointValue(doc.capture->capturedPointPos);
     state["modelCenter"] = pointValue(doc.modelCenter);
     state["modelRadius"] = numberValue(doc.modelRadius);
     state["boxMin"] = pointValue(doc.boxMin);

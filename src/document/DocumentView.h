@@ -12,9 +12,13 @@ public:
     DocumentView& operator=(const DocumentView&) = delete;
     virtual ~DocumentView() = default;
 
-    /// The geometry or how it is shown changed: build its picture anew and repaint.
-    virtual void onRedraw() = 0;
-    /// The model's box changed: reset mouse mode, centre, projection and transform, build the picture, repaint.
+    /// The geometry may have changed, its box stays: build the picture anew and repaint.
+    virtual void onGeometryChanged() = 0;
+    /// What is shown of the same geometry, or beside it, changed: build the picture anew and repaint.
+    virtual void onPictureChanged() = 0;
+    /// What is captured changed: show it and repaint. Called at each move of the mouse.
+    virtual void onHighlightChanged() = 0;
+    /// Geometry and box changed: reset mouse mode, centre, projection and transform, build the picture, repaint.
     virtual void onBoundsChanged() = 0;
     /// Takes a mode; the mode that is on already toggles back to what the active regime needs.
     virtual void setMouseMode(MouseMode mode) = 0;

@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "path_names.h"
-#include "status_texts.h"
 
 namespace velmora {
 
@@ -35,7 +34,7 @@ void VelmoraDoc::ShowStatus(const std::string& text) {
 }
 
 void VelmoraDoc::showIdlePrompt() {
-    if (!pointRegimeActive() && !curveRegimeActive() && !patchRegimeActive()) {
+    if (!capture->pointRegimeActive() && !capture->curveRegimeActive() && !capture->patchRegimeActive()) {
         ShowStatus(idlePrompt);
     }
 }
@@ -99,31 +98,51 @@ int VelmoraDoc::principalPlane() const {
 }
 
 void VelmoraDoc::redraw() {
+    ++geometryRevision_;
     for (DocumentView* view : views_) {
-        view->onRedraw();
+        view->onGeometryChanged();
     }
+    returnToRegimeMode();
+}
+
+void VelmoraDoc::redrawPicture() {
+    for (DocumentView* view : views_) {
+        view->onPictureChanged();
+    }
+    returnToRegimeMode();
+}
+
+void VelmoraDoc::redrawHighlight() {
+    for (DocumentView* view : views_) {
+        view->onHighlightChanged();
+    }
+    returnToRegimeMode();
+}
+
+void VelmoraDoc::returnToRegimeMode() {
     // The innermost regime comes last and wins, over a running view mode too.
-    if (patchCaptured) {
+    if (capture->patchCaptured) {
         setMouseMode(ModePatch);
     }
-    if (sectionCaptured) {
+    if (capture->sectionCaptured) {
         setMouseMode(ModeSection);
     }
-    if (lineCaptured) {
+    if (capture->lineCaptured) {
         setMouseMode(ModeLine);
     }
-    if (pointCaptured) {
+    if (capture->pointCaptured) {
         setMouseMode(ModePoint);
     }
-    if (freePointHeld) {
+    if (capture->freePointHeld) {
         setMouseMode(ModePoint);
-        if (!pointCaptured) {
+        if (!capture->pointCaptured) {
             setMouseMode(ModeLine);
         }
     }
 }
 
 void VelmoraDoc::updateBounds() {
+    ++geometryRevision_;
     boxMin = {boxStart, boxStart, boxStart};
     boxMax = {-boxStart, -boxStart, -boxStart};
     if (structureKind == "non") {
@@ -241,26 +260,6 @@ zVec<double>* VelmoraDoc::pointAt(std::int32_t patch, std::int32_t section, std:
         return nullptr;
     }
     return &(*points)[static_cast<std::size_t>(point)];
-}
-
-void VelmoraDoc::RefillPointStatus(bool curveForm) {
-    pointStatus = capturedPointText(false, {capturedPatch, capturedPointSection, capturedPoint}, pickedPoint);
-    pointContinueStatus = pointStatus + pointContinueClause;
-    if (curveForm) {
-        namePointByCurve();
-    }
-}
-
-void VelmoraDoc::namePointByCurve() {
-    if (lineCaptured) {
-        pointContinueStatus =
-            capturedPointText(true, {capturedPatch, capturedPoint, capturedPointSection}, pickedPoint) +
-            pointContinueClause;
-    }
-    if (sectionCaptured) {
-        pointContinueStatus = capturedPointText(false, {capturedPatch, capturedSection, capturedPoint}, pickedPoint) +
-                              pointContinueClause;
-    }
 }
 
 } // namespace velmora

@@ -31,6 +31,7 @@
 #include "CScaling.h"
 #include "CSmooth.h"
 #include "CUKnife.h"
+#include "Capture.h"
 #include "Cduplicate.h"
 #include "DocumentView.h"
 #include "PatchList.h"
@@ -109,42 +110,13 @@ public:
     // ---- Capture and selection: numbers from 0, -1 for none
     // ----------------------------------------------------------
 
-    std::int32_t capturedPatch = -1;
-    std::int32_t capturedPointSection = -1;
-    std::int32_t capturedPoint = -1;
-    std::int32_t capturedSection = -1;
-    std::int32_t capturedLine = -1;
-    std::int32_t savedPatch = -1; ///< the same five, to go back to after Undo point
-    std::int32_t savedPointSection = -1;
-    std::int32_t savedPoint = -1;
-    std::int32_t savedSection = -1;
-    std::int32_t savedLine = -1;
-    std::int32_t patchToRemove = -1;
+    Capture capture;                                     ///< what is captured or waited for: read it by `capture->`
     std::array<std::int32_t, blockCapacity> blockList{}; ///< the zBlock, in the order of capture
     std::int32_t blockCount = 0;                         ///< valid entries of blockList
 
-    zVec<double> pickedPoint;      ///< the point found by the last pick
-    zVec<double> capturedPointPos; ///< where the captured point stands
     zVec<double> pointClipboard;
     zVec<double> undoNode;
     zVec<double> dragStart;
-
-    // ---- Regimes: armed waits for the click, captured has its target ------------------------------------------------
-
-    bool pointCaptureArmed = false;
-    bool pointCaptured = false;
-    bool freePointArmed = false;
-    bool freePointHeld = false;
-    bool patchCaptureArmed = false;
-    bool patchCaptured = false;
-    bool sectionCaptureArmed = false;
-    bool sectionCaptured = false;
-    bool lineCaptureArmed = false;
-    bool lineCaptured = false;
-    bool pointDragging = false;    ///< the captured point follows the mouse
-    bool patchRemoving = false;    ///< the next click takes a patch out of the zBlock
-    bool dragCorrectsLine = false; ///< the next drag bends the captured curve
-    bool pointPicked = false;      ///< the last pick found something: capturedPointPos is drawn
 
     // ---- Other flags
     // ---------------------------------------------------------------------------------------------------
@@ -183,22 +155,9 @@ public:
     double modelRadius = 0.0;
     double intersectionTolerance = 0.0005;
 
-    // ---- Status texts that a later command shows again --------------------------------------------------------------
+    // ---- Status line ------------------------------------------------------------------------------------------------
 
     std::string status = idlePrompt; ///< what the message pane shows
-    std::string continuePrompt;
-    std::string dragPrompt;
-    std::string pointStatus;
-    std::string pointContinueStatus;
-    std::string dragStatus;
-    std::string patchStatus;
-    std::string blockStatus;
-    std::string removeStatus;
-    std::string undoStatus;
-    std::string sectionStatus;
-    std::string sectionContinueStatus;
-    std::string lineStatus;
-    std::string lineContinueStatus;
 
     // ---- Values of the parameter dialogs: what was typed is the next default ----------------------------------------
 
@@ -252,10 +211,19 @@ public:
     template <class Values, class... Context>
     bool showDialog(Values& values, Context&&... context);
 
-    /// Hands the geometry to every view, without a new box, and puts the mouse back to the innermost regime.
+    // Each of the three tells every view and puts the mouse back to the innermost regime.
+
+    /// The geometry may have changed; its box stays.
     void redraw();
-    /// Computes the model's box, centre and radius anew and resets the views. Nothing happens with "non".
+    /// Only what is shown of the geometry, or beside it, changed.
+    void redrawPicture();
+    /// Only what is captured, or under the mouse, changed.
+    void redrawHighlight();
+    /// Computes the model's box, centre and radius anew and resets the views. They hear nothing with "non".
     void updateBounds();
+    /// Another number whenever `patches` or `feRegion` may have changed: what was worked out of them for one number
+    /// holds as long as it stays.
+    std::uint64_t geometryRevision() const { return geometryRevision_; }
 
     // ---- File commands
     // -------------------------------------------------------------------------------------------------
@@ -335,14 +303,11 @@ public:
     void ExitPatches();
     /// Leaves every active regime: point, patch, section and line.
     void leaveRegimes();
+    /// What a view found under the mouse: the one way in which a view changes what is captured.
+    void takePick(const Pick& pick) { capture.take(pick); }
     /// The regimes' moves when the left button comes up in the view.
     void moveRegimeAtRelease();
 
-    bool pointRegimeActive() const { return pointCaptureArmed || pointCaptured || freePointArmed || freePointHeld; }
-    bool curveRegimeActive() const {
-        return sectionCaptureArmed || sectionCaptured || lineCaptureArmed || lineCaptured;
-    }
-    bool patchRegimeActive() const { return patchCaptureArmed || patchCaptured; }
     bool inBlock(std::int32_t patch) const;
     /// The patches of a structured model, the zones of an unstructured one: what K counts.
     std::int32_t partCount() const;
@@ -364,6 +329,11 @@ public:
     void DragPoint();
     /// The snapshots and the address of "Drag point && correct line"; the view carries the drag out.
     void prepareDragCorrection();
+    /// Bends the captured section or line so that the captured point reaches `target` in the coordinate plane `plane`
+    /// (see DocumentView::principalPlane); 0 does nothing.
+    void bendCapturedCurve(const zVec<double>& target, int plane);
+    /// The button came up: the curve takes its last shape.
+    void endDragCorrection(int plane);
     /// Moves the captured point to `position` while it is dragged: model, status, picture.
     void placeDraggedPoint(const zVec<double>& position);
     void Rebreak();
@@ -457,6 +427,11 @@ public:
     void FitToWindow();
     void ViewFeatures();
     void ToggleBlockOnly();
+    void toggleSurface();
+    /// The surface cannot be shown: back to the wire.
+    void leaveSurface() { surfaceMode = false; }
+    /// Shows the dialog "Viewing" with these values, and keeps what was typed. False for Cancel.
+    bool askViewing(dlgViewing& values);
 
     // ---- Addresses
     // ------------------------------------------------------------------------------------------------------
@@ -468,13 +443,7 @@ public:
     /// Where the point, or with "uns" the node `point` of zone `patch`, stands; none when there is no such one.
     std::optional<zVec<double>> positionAt(std::int32_t patch, std::int32_t section, std::int32_t point) const;
 
-    /// Writes both point status texts from the captured indices and `pickedPoint`; `curveForm` gives the longer text
-    /// the wording of the section or line that is captured.
-    void RefillPointStatus(bool curveForm);
-
 private:
-    /// Gives the longer point text the wording of the curve that is captured; without one it stays.
-    void namePointByCurve();
     bool loadFile(const std::filesystem::path& path, const std::string& extension);
     bool readStructured(const std::filesystem::path& path, const std::string& extension);
     bool readZones(const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured);
@@ -509,21 +478,20 @@ private:
     void snapshot(PatchList& undoList, zRegion_fe& undoZones);
     void forgetRegimesAndAddresses();
     void clearSnapshots();
-    void takeCapturedPosition();
-    void rememberPointAddress();
+    void takeCapturedPosition(const zVec<double>& otherwise);
     bool mayBreakGrid();
     void leaveLineRegimeKeepingAddress();
     void finishPointEdit(bool curveForm);
     bool moveCapturedPoint(const zVec<double>& position);
     void finishPointRemoval();
 
-    void armPointCapture();
+    void letPointGo();
+    void letCurveGo();
+    void leavePointRegime();
     void armCurveCapture(bool section);
     void holdInputCurve(bool section, std::int32_t patch, std::int32_t curve);
     void emptyBlock();
     void armPatchCapture();
-    void takePointAtRelease(bool& armed, bool& captured);
-    void endDragAtRelease();
     void joinBlockAtRelease();
     void removeFromBlockAtRelease();
     void takeCurveAtRelease();
@@ -533,6 +501,7 @@ private:
     void setMouseMode(MouseMode mode);
     void resetMouseMode();
     void showIdlePrompt();
+    void returnToRegimeMode();
     /// The plane that the view shows, as it tells it; 0 without a view.
     int principalPlane() const;
 
@@ -594,6 +563,7 @@ private:
     UserInterface& ui_;
     std::filesystem::path documentsFolder_;
     std::vector<DocumentView*> views_;
+    std::uint64_t geometryRevision_ = 0;
     bool started_ = false;
     /// The last read failed: the title stays "Wrong" until a file command succeeds.
     bool titleWrong_ = false;

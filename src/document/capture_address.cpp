@@ -10,16 +10,17 @@ void keepCaptureInside(VelmoraDoc& document) {
     if (document.structureKind != "str" || document.patches.empty()) {
         return;
     }
-    document.capturedPatch = std::min(document.capturedPatch, countOf(document.patches) - 1);
-    if (document.capturedPatch < 0) {
+    Capture& capture = document.capture;
+    capture.renumberPatch(std::min(capture->capturedPatch, countOf(document.patches) - 1));
+    if (capture->capturedPatch < 0) {
         return;
     }
-    const Patch& patch = document.patches[static_cast<std::size_t>(document.capturedPatch)];
-    document.capturedSection = std::min(document.capturedSection, countOf(patch) - 1);
-    document.capturedLine = std::min(document.capturedLine, lineCount(patch) - 1);
-    document.capturedPointSection = std::min(document.capturedPointSection, countOf(patch) - 1);
-    if (const PointList* section = document.sectionAt(document.capturedPatch, document.capturedPointSection)) {
-        document.capturedPoint = std::min(document.capturedPoint, countOf(*section) - 1);
+    const Patch& patch = document.patches[static_cast<std::size_t>(capture->capturedPatch)];
+    capture.renumberSection(std::min(capture->capturedSection, countOf(patch) - 1));
+    capture.renumberLine(std::min(capture->capturedLine, lineCount(patch) - 1));
+    capture.renumberPoint(std::min(capture->capturedPointSection, countOf(patch) - 1), capture->capturedPoint);
+    if (const PointList* section = document.sectionAt(capture->capturedPatch, capture->capturedPointSection)) {
+        capture.renumberPoint(capture->capturedPointSection, std::min(capture->capturedPoint, countOf(*section) - 1));
     }
 }
 

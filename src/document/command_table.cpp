@@ -19,7 +19,7 @@ constexpr auto shell = CommandOwner::Shell;
 // The rules: each is true when the state turns a command off. Asked anew each time, nothing is cached.
 
 bool curveHeld(Doc d) {
-    return d.sectionCaptured || d.lineCaptured;
+    return d.capture->sectionCaptured || d.capture->lineCaptured;
 }
 bool emptyModel(Doc d) {
     return d.structureKind == "non";
@@ -51,13 +51,13 @@ bool notGridOrField(Doc d) {
 }
 
 bool noPoint(Doc d) {
-    return !d.pointCaptured;
+    return !d.capture->pointCaptured;
 }
 bool noPointOrUns(Doc d) {
-    return d.structureKind == "uns" || !d.pointCaptured;
+    return d.structureKind == "uns" || !d.capture->pointCaptured;
 }
 bool pointCountFixed(Doc d) {
-    return noPointOrUns(d) || d.lineCaptured || d.fieldMode;
+    return noPointOrUns(d) || d.capture->lineCaptured || d.fieldMode;
 }
 
 bool noBlock(Doc d) {
@@ -83,10 +83,10 @@ bool noCurveOfGridOrField(Doc d) {
     return noCurveOfGrid(d) || d.fieldMode;
 }
 bool noSectionOrField(Doc d) {
-    return notStr(d) || !d.sectionCaptured || d.fieldMode;
+    return notStr(d) || !d.capture->sectionCaptured || d.fieldMode;
 }
 bool noPointOnSection(Doc d) {
-    return notStr(d) || !d.sectionCaptured || !d.pointCaptured;
+    return notStr(d) || !d.capture->sectionCaptured || !d.capture->pointCaptured;
 }
 bool bufferEmpty(Doc d) {
     return !d.lineBufferFull;
@@ -128,7 +128,7 @@ const auto commands = std::to_array<Command>({
 
     // Patches and the zBlock
     {"patch.capture", "&Capture", "Capture patch for editing", "Capture patch", "", doc, &VelmoraDoc::CapturePatch,
-     [](Doc d) { return emptyModel(d) || d.patchCaptured; }},
+     [](Doc d) { return emptyModel(d) || d.capture->patchCaptured; }},
     {"patch.inputAndAdd", "&Input && Add to zBlock...", "Direct input of patch number", "Input patch", "", doc,
      &VelmoraDoc::InputPatch, emptyModel},
     {"patch.addToBlock", "&Add to zBlock", "Add patch to zBlock for editing", "Add to zBlock", "", doc,
@@ -165,9 +165,9 @@ const auto commands = std::to_array<Command>({
 
     // Sections and lines
     {"line.captureSection", "Capture &Section", "Capture section for editing", "Capture section", "", doc,
-     &VelmoraDoc::CaptureSection, [](Doc d) { return notStr(d) || d.sectionCaptured; }},
+     &VelmoraDoc::CaptureSection, [](Doc d) { return notStr(d) || d.capture->sectionCaptured; }},
     {"line.captureLine", "Capture &Line", "Capture line for editing", "Capture line", "", doc, &VelmoraDoc::CaptureLine,
-     [](Doc d) { return emptyModel(d) || d.lineCaptured || notGrid(d); }},
+     [](Doc d) { return emptyModel(d) || d.capture->lineCaptured || notGrid(d); }},
     {"line.inputSection", "&Section...", "Direct input of section number", "Input section", "", doc,
      &VelmoraDoc::InputSection, notStr},
     {"line.inputLine", "&Line...", "Direct input of line number", "Input line", "", doc, &VelmoraDoc::InputLine,
@@ -209,14 +209,14 @@ const auto commands = std::to_array<Command>({
     {"line.paste", "&Paste", "Copy line from buffer to captured position", "Paste from buffer", "Ctrl+V", doc,
      &VelmoraDoc::PasteFromBuffer, [](Doc d) { return noCurve(d) || bufferEmpty(d); }},
     {"line.correct", "Correct Line...", "Correct selected line to fit it to captured point and rebuild geometry", "",
-     "", doc, &VelmoraDoc::CorrectLine, [](Doc d) { return !d.freePointHeld; }},
+     "", doc, &VelmoraDoc::CorrectLine, [](Doc d) { return !d.capture->freePointHeld; }},
     {"line.cylinder", "C&ylinder", "Create cylinder using line as a generatrix", "", "", doc, &VelmoraDoc::Cylinder,
-     [](Doc d) { return !d.sectionCaptured || d.fieldMode; }},
+     [](Doc d) { return !d.capture->sectionCaptured || d.fieldMode; }},
     {"line.exit", "E&xit", "Leave the section or line regime", "", "", doc, &VelmoraDoc::ExitLines, nullptr},
 
     // The line buffer
     {"buffer.addPoint", "Add to \"line\" buffer", "Add selected point to buffer", "", "", doc, &VelmoraDoc::AddToBuffer,
-     [](Doc d) { return !d.pointPicked; }},
+     [](Doc d) { return !d.capture->pointPicked; }},
     {"buffer.clear", "Buffer clear ", "Remove all the points from buffer", "", "", doc, &VelmoraDoc::ClearBuffer,
      bufferEmpty},
     {"buffer.open", "Buffer Open...", "Read line from hard disk", "", "", doc, &VelmoraDoc::OpenBuffer, nullptr},
@@ -227,13 +227,13 @@ const auto commands = std::to_array<Command>({
     {"buffer.reverse", "First/Last in \"line\" buffer", "Change numeration of points", "", "", doc,
      &VelmoraDoc::ReverseBuffer, bufferEmpty},
     {"buffer.merge", "Buffer m&erge", "Merge buffer to section", "", "", doc, &VelmoraDoc::MergeBuffer,
-     [](Doc d) { return notStr(d) || !d.sectionCaptured || bufferEmpty(d); }},
+     [](Doc d) { return notStr(d) || !d.capture->sectionCaptured || bufferEmpty(d); }},
     {"buffer.match", "Buffer match", "Match captured section or line to buffer", "", "", doc, &VelmoraDoc::MatchBuffer,
      [](Doc d) { return bufferEmpty(d) || noCurve(d); }},
 
     // Points
     {"point.capture", "&Capture", "Capture point for editing", "Capture point", "", doc, &VelmoraDoc::CapturePoint,
-     [](Doc d) { return emptyModel(d) || d.pointCaptured; }},
+     [](Doc d) { return emptyModel(d) || d.capture->pointCaptured; }},
     {"point.next", "&Next point", "Capture the next point", "Next point", "", doc, &VelmoraDoc::CapturePoint, noPoint},
     {"point.input", "&Input...", "Direct input of point number from keyboard", "Input point", "", doc,
      &VelmoraDoc::FindPoint, noPointOrUns},
@@ -251,14 +251,15 @@ const auto commands = std::to_array<Command>({
     {"point.paste", "&Paste", "Paste point from buffer to captured position", "Paste point", "Ctrl+V", doc,
      &VelmoraDoc::PastePoint, [](Doc d) { return noPoint(d) || !d.pointClipboardFull; }},
     {"point.free", "Free point", "Capture a point anywhere on the geometry", "", "", doc,
-     &VelmoraDoc::CaptureFreePointInPointRegime, [](Doc d) { return d.capturedSection < 0 && d.capturedLine < 0; }},
+     &VelmoraDoc::CaptureFreePointInPointRegime,
+     [](Doc d) { return d.capture->capturedSection < 0 && d.capture->capturedLine < 0; }},
     {"point.free.line", "Free point", "Capture a point anywhere on the geometry", "", "", doc,
      &VelmoraDoc::CaptureFreePoint, noCurveOrField},
     {"point.undo", "&Undo", "Undo edited point", "Undo point", "Ctrl+Z", doc, &VelmoraDoc::UndoPoint,
      [](Doc d) { return !d.pointUndoReady; }},
     {"point.exit", "E&xit ", "Leave the point regime", "", "", doc, &VelmoraDoc::ExitPoint, nullptr},
     {"point.rebreakPart", "Rebreak part...", "Rebreak part of selected section before (after) current point", "", "",
-     doc, &VelmoraDoc::RebreakPart, [](Doc d) { return noPoint(d) || d.freePointHeld || noCurve(d); }},
+     doc, &VelmoraDoc::RebreakPart, [](Doc d) { return noPoint(d) || d.capture->freePointHeld || noCurve(d); }},
     {"point.knifePart", "&Knife part...", "Delete all the points with numbers before or after the current one", "", "",
      doc, &VelmoraDoc::KnifePart, noPointOnSection},
     {"point.copyPart", "Copy par&t...", "Copy part of section with numbers before or after the current one to buffer",
@@ -268,7 +269,7 @@ const auto commands = std::to_array<Command>({
     {"point.reverseSection", "First/Last in section", "Change numeration of points", "", "", doc,
      &VelmoraDoc::ReverseSection, noPointOnSection},
     {"point.dragAndCorrect", "Drag point && correct line", "Correct line by means of drag point procedure", "", "",
-     view, nullptr, [](Doc d) { return d.freePointHeld || noPoint(d) || noCurve(d); }},
+     view, nullptr, [](Doc d) { return d.capture->freePointHeld || noPoint(d) || noCurve(d); }},
 
     // Transformations
     {"model.scaling", "&Scaling...", "Scale zBlock. If no selections work with geometry", "Scaling zBlock or geometry",

@@ -351,14 +351,14 @@ const Menu& patchContextMenu() {
 }
 
 const Menu* activeContextMenu(const VelmoraDoc& document) {
-    if (document.pointCaptured || document.pointCaptureArmed) {
+    if (document.capture->pointCaptured || document.capture->pointCaptureArmed) {
         return &pointContextMenu();
     }
-    if (document.sectionCaptured || document.sectionCaptureArmed || document.lineCaptured ||
-        document.lineCaptureArmed) {
+    if (document.capture->sectionCaptured || document.capture->sectionCaptureArmed || document.capture->lineCaptured ||
+        document.capture->lineCaptureArmed) {
         return &lineContextMenu();
     }
-    if (document.patchCaptured || document.patchCaptureArmed) {
+    if (document.capture->patchCaptured || document.capture->patchCaptureArmed) {
         return &patchContextMenu();
     }
     return nullptr;

@@ -27,9 +27,42 @@ void DrawList::addVertices(const std::vector<zVec<double>>& positions) {
     batches.back().vertexCount += positions.size();
 }
 
+DrawList DrawList::flattened() const {
+    DrawList flat;
+    flat.number = number;
+    flat.batches.reserve(batches.size() + accents.size());
+    flat.vertices.reserve(vertices.size());
+    const auto copyRun = [this, &flat](DrawBatch batch) {
+        const auto firstVertex = vertices.begin() + static_cast<std::ptrdiff_t>(batch.firstVertex);
+        const auto firstNormal = normals.begin() + static_cast<std::ptrdiff_t>(batch.firstNormal);
+        const auto count = static_cast<std::ptrdiff_t>(batch.vertexCount);
+        batch.firstVertex = flat.vertices.size();
+        batch.firstNormal = flat.normals.size();
+        flat.vertices.insert(flat.vertices.end(), firstVertex, firstVertex + count);
+        if (batch.hasNormals) {
+            flat.normals.insert(flat.normals.end(), firstNormal, firstNormal + count);
+        }
+        flat.batches.push_back(batch);
+    };
+    auto accent = accents.begin();
+    for (std::size_t i = 0; i < batches.size(); ++i) {
+        DrawBatch batch = batches[i];
+        for (; accent != accents.end() && accent->batch == i; ++accent) {
+            DrawBatch points = batch;
+            points.primitive = Primitive::Points;
+            points.pointSize = accent->pointSize;
+            points.colour = batch.colour = accent->colour;
+            copyRun(points);
+        }
+        copyRun(batch);
+    }
+    return flat;
+}
+
 void DrawList::clear() {
     number = 0;
     batches.clear();
+    accents.clear();
     vertices.clear();
     normals.clear();
 }

@@ -31,10 +31,20 @@ struct DrawBatch {
     std::size_t firstNormal = 0; ///< of vertexCount normals, when hasNormals
 };
 
+/// A strip of a list that stands out: its vertices as points, then the strip itself, all in one colour.
+struct Accent {
+    std::size_t batch = 0; ///< the strip's place among the batches
+    float pointSize = 1.0F;
+    Colour colour{};
+
+    friend bool operator==(const Accent&, const Accent&) = default;
+};
+
 /// A picture as data, in drawing order. Building one needs no display.
 struct DrawList {
     int number = 0; ///< 1 to 4; 0: nothing is drawn
     std::vector<DrawBatch> batches;
+    std::vector<Accent> accents; ///< in the order of the batches that they stand for; they cost no new vertices
     std::vector<zVec<double>> vertices;
     std::vector<zVec<double>> normals;
 
@@ -48,6 +58,8 @@ struct DrawList {
     /// A point, then a larger one at the same place that shows as a frame around it.
     void framedPoint(const zVec<double>& position, float size, const Colour& colour, float frameSize,
                      const Colour& frameColour);
+    /// The same picture without accents: batches of their own stand for them.
+    DrawList flattened() const;
     /// Empties the list and keeps its memory for the next one.
     void clear();
 };

@@ -1,6 +1,7 @@
 #include "PatchIndex.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -15,6 +16,7 @@ namespace {
 using Vec = zVec<double>;
 
 constexpr std::int32_t tileSide = 8;
+constexpr std::size_t childrenOfNode = 8;
 std::size_t at(std::int32_t index) {
     return static_cast<std::size_t>(index);
 }
@@ -31,34 +33,13 @@ TriangleCorners cellCorners(const Patch& patch, std::int32_t n, std::int32_t m, 
                      : TriangleCorners{&lower[at(m)], &upper[at(m) + 1], &upper[at(m)]};
 }
 
-/// The same for the same model only.
-std::uint64_t fingerprintOf(const PatchList& list) {
-    Fingerprint print(list.size());
-    for (const Patch& patch : list) {
-        print.mix(patch.size());
-        for (const PointList& section : patch) {
-            print.mix(section.size());
-            for (const Vec& p : section) {
-                print.mix(p);
-            }
-        }
-    }
-    return print.value();
-}
-
 } // namespace
 
 // ---- Taking a model in ----------------------------------------------------------------------------------------------
 
-void PatchIndex::refresh(const PatchList& list) {
-    const std::uint64_t fingerprint = fingerprintOf(list);
-    if (filled_ && fingerprint == fingerprint_) {
-        return;
-    }
-    fingerprint_ = fingerprint;
-    filled_ = true;
+void PatchIndex::takeIn(const PatchList& list) {
     patches_.clear();
-    tiles_.clear();
+    nodes_.clear();
     odd_.clear();
     for (const Patch& patch : list) {
         addPatch(patch);
@@ -67,7 +48,7 @@ void PatchIndex::refresh(const PatchList& list) {
 
 void PatchIndex::addPatch(const Patch& patch) {
     PatchEntry entry;
-    entry.firstTile = tiles_.size();
+    const std::size_t firstTile = nodes_.size();
     std::size_t longest = 0;
     for (const PointList& section : patch) {
         longest = std::max(longest, section.size());
@@ -79,22 +60,46 @@ void PatchIndex::addPatch(const Patch& patch) {
                             std::min(n + tileSide, countOf(patch) - 1),
                             m,
                             std::min(m + tileSide, static_cast<std::int32_t>(longest) - 1),
-                            {}});
+                            {},
+                            0,
+                            0});
         }
     }
-    entry.lastTile = tiles_.size();
+    if (nodes_.size() > firstTile) {
+        addNodesAbove(firstTile);
+        entry.root = nodes_.size() - 1;
+    }
     entry.firstOdd = odd_.size();
     addOddTriangles(patch);
     entry.lastOdd = odd_.size();
-    PickExtent extent;
-    for (std::size_t i = entry.firstTile; i < entry.lastTile; ++i) {
-        extent.add(tiles_[i].box);
-    }
-    entry.box = extent.boxOfBoxes();
     patches_.push_back(entry);
 }
 
-void PatchIndex::addTile(const Patch& patch, Tile tile) {
+void PatchIndex::addNodesAbove(std::size_t first) {
+    std::size_t last = nodes_.size();
+    while (last - first > 1) {
+        for (std::size_t child = first; child < last; child += childrenOfNode) {
+            Node node = nodes_[child];
+            node.firstChild = child;
+            node.lastChild = std::min(child + childrenOfNode, last);
+            PickExtent extent;
+            for (std::size_t i = node.firstChild; i < node.lastChild; ++i) {
+                const Node& part = nodes_[i];
+                extent.add(part.box);
+                node.n0 = std::min(node.n0, part.n0);
+                node.n1 = std::max(node.n1, part.n1);
+                node.m0 = std::min(node.m0, part.m0);
+                node.m1 = std::max(node.m1, part.m1);
+            }
+            node.box = extent.boxOfBoxes();
+            nodes_.push_back(node);
+        }
+        first = last;
+        last = nodes_.size();
+    }
+}
+
+void PatchIndex::addTile(const Patch& patch, Node tile) {
     PickExtent extent;
     bool empty = true;
     for (std::int32_t n = tile.n0; n <= tile.n1; ++n) {
@@ -108,7 +113,7 @@ void PatchIndex::addTile(const Patch& patch, Tile tile) {
         return;
     }
     tile.box = extent.triangleBox();
-    tiles_.push_back(tile);
+    nodes_.push_back(tile);
 }
 
 void PatchIndex::addOddTriangles(const Patch& patch) {
@@ -127,52 +132,144 @@ void PatchIndex::addOddTriangles(const Patch& patch) {
 
 // ---- Points ---------------------------------------------------------------------------------------------------------
 
+/// Looks for the nearest point from the roots down, the nearer parts first: what lies farther away than some point that
+/// is known is left out.
+class PatchIndex::PointSearch {
+public:
+    PointSearch(const PatchIndex& index, const PatchList& list, const LineDistance& distanceTo,
+                const PickFilter& filter)
+        : index_(index), list_(list), distanceTo_(distanceTo), filter_(filter), search_(distanceTo) {}
+
+    std::optional<NearestPoint> run();
+
+private:
+    /// Some place of the model, not nearer to the line than `distance`.
+    struct Part {
+        std::size_t node = 0;
+        std::int32_t patch = 0;
+        double distance = 0.0;
+    };
+
+    bool passes(std::int32_t patch) const {
+        return (filter_.patch < 0 || patch == filter_.patch) && (filter_.patches.empty() || filter_.patches[at(patch)]);
+    }
+    bool passes(const Node& node) const {
+        return (filter_.section < 0 || (node.n0 <= filter_.section && filter_.section <= node.n1)) &&
+               (filter_.point < 0 || (node.m0 <= filter_.point && filter_.point <= node.m1));
+    }
+    Part partOf(std::size_t node, std::int32_t patch);
+    void look(const Part& part);
+    void lookAtTile(const Node& tile, std::int32_t patch);
+
+    const PatchIndex& index_;
+    const PatchList& list_;
+    const LineDistance& distanceTo_;
+    const PickFilter& filter_;
+    NearestSearch search_;
+    double bound_ = std::numeric_limits<double>::infinity(); ///< some point is as near as this
+};
+
+PatchIndex::PointSearch::Part PatchIndex::PointSearch::partOf(std::size_t node, std::int32_t patch) {
+    const PickBox& box = index_.nodes_[node].box;
+    const double distance = distanceTo_(box.centre);
+    const double reach = distance + box.radius;
+    if (filter_.section < 0 && filter_.point < 0 && reach < bound_) {
+        bound_ = reach;
+    }
+    // A box that cannot be told is looked into first: nothing leaves it out.
+    const double nearest = distance - box.radius - distanceTo_.slack(box.centre);
+    return {node, patch, std::isnan(nearest) ? -std::numeric_limits<double>::infinity() : nearest};
+}
+
+std::optional<NearestPoint> PatchIndex::PointSearch::run() {
+    std::vector<Part> roots;
+    for (std::int32_t k = 0; k < countOf(list_); ++k) {
+        const auto root = index_.patches_[at(k)].root;
+        if (root && passes(k) && passes(index_.nodes_[*root])) {
+            roots.push_back(partOf(*root, k));
+        }
+    }
+    const auto nearer = [](const Part& a, const Part& b) { return a.distance < b.distance; };
+    const auto first = std::min_element(roots.begin(), roots.end(), nearer);
+    if (first != roots.end()) {
+        std::iter_swap(roots.begin(), first);
+    }
+    for (const Part& root : roots) {
+        look(root);
+    }
+    return search_.result();
+}
+
+void PatchIndex::PointSearch::look(const Part& part) {
+    if (part.distance > bound_) {
+        return;
+    }
+    const Node& node = index_.nodes_[part.node];
+    if (node.isTile()) {
+        lookAtTile(node, part.patch);
+        return;
+    }
+    std::array<Part, childrenOfNode> parts;
+    std::size_t count = 0;
+    for (std::size_t child = node.firstChild; child < node.lastChild; ++child) {
+        if (!passes(index_.nodes_[child])) {
+            continue;
+        }
+        const Part found = partOf(child, part.patch);
+        std::size_t place = count++;
+        for (; place > 0 && found.distance < parts.at(place - 1).distance; --place) {
+            parts.at(place) = parts.at(place - 1);
+        }
+        parts.at(place) = found;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        look(parts.at(i));
+    }
+}
+
+void PatchIndex::PointSearch::lookAtTile(const Node& tile, std::int32_t patch) {
+    const std::int32_t n0 = filter_.section < 0 ? tile.n0 : filter_.section;
+    const std::int32_t n1 = filter_.section < 0 ? tile.n1 : filter_.section;
+    const std::int32_t m0 = filter_.point < 0 ? tile.m0 : filter_.point;
+    const std::int32_t m1 = filter_.point < 0 ? tile.m1 : filter_.point;
+    for (std::int32_t n = n0; n <= n1; ++n) {
+        const PointList& section = list_[at(patch)][at(n)];
+        for (std::int32_t m = m0; m <= m1 && m < countOf(section); ++m) {
+            search_.look(patch, n, m, section[at(m)]);
+        }
+    }
+    if (const auto nearest = search_.result()) {
+        bound_ = std::min(bound_, nearest->distance);
+    }
+}
+
 std::optional<NearestPoint> PatchIndex::nearest(const PatchList& list, const PixelLine& line,
                                                 const PickFilter& filter) const {
     const LineDistance distanceTo(line);
     if (!distanceTo.isLine() || patches_.size() != list.size()) {
         return nearestGridPoint(list, line, filter);
     }
-    // How near some point of the tiles must be, from the tiles' centres; then only tiles that can hold a nearer one.
-    const auto passes = [&](std::size_t k, const Tile& tile) {
-        return (filter.section < 0 || (tile.n0 <= filter.section && filter.section <= tile.n1)) &&
-               (filter.point < 0 || (tile.m0 <= filter.point && filter.point <= tile.m1)) &&
-               (filter.patch < 0 || k == at(filter.patch)) && (filter.patches.empty() || filter.patches[k]);
-    };
-    const bool whole = filter.section < 0 && filter.point < 0;
-    double bound = std::numeric_limits<double>::infinity();
-    for (std::size_t k = 0; whole && k < patches_.size(); ++k) {
-        for (std::size_t i = patches_[k].firstTile; i < patches_[k].lastTile; ++i) {
-            if (passes(k, tiles_[i])) {
-                const double reach = distanceTo(tiles_[i].box.centre) + tiles_[i].box.radius;
-                bound = reach < bound ? reach : bound;
-            }
-        }
-    }
-    NearestSearch search(distanceTo);
-    for (std::size_t k = 0; k < patches_.size(); ++k) {
-        for (std::size_t i = patches_[k].firstTile; i < patches_[k].lastTile; ++i) {
-            const Tile& tile = tiles_[i];
-            if (!passes(k, tile) ||
-                distanceTo(tile.box.centre) - tile.box.radius > bound + distanceTo.slack(tile.box.centre)) {
-                continue;
-            }
-            const std::int32_t n0 = filter.section < 0 ? tile.n0 : filter.section;
-            const std::int32_t n1 = filter.section < 0 ? tile.n1 : filter.section;
-            const std::int32_t m0 = filter.point < 0 ? tile.m0 : filter.point;
-            const std::int32_t m1 = filter.point < 0 ? tile.m1 : filter.point;
-            for (std::int32_t n = n0; n <= n1; ++n) {
-                const PointList& section = list[k][at(n)];
-                for (std::int32_t m = m0; m <= m1 && m < countOf(section); ++m) {
-                    search.look(static_cast<std::int32_t>(k), n, m, section[at(m)]);
-                }
-            }
-        }
-    }
-    return search.result();
+    return PointSearch(*this, list, distanceTo, filter).run();
 }
 
 // ---- Patches --------------------------------------------------------------------------------------------------------
+
+/// Whether `visit` says yes to some tile whose box the line may enter.
+template <class Visit>
+bool PatchIndex::anyTile(const Node& node, const Vec& origin, const Vec& direction, Visit visit) const {
+    if (node.box.missedBy(origin, direction)) {
+        return false;
+    }
+    if (node.isTile()) {
+        return visit(node);
+    }
+    for (std::size_t child = node.firstChild; child < node.lastChild; ++child) {
+        if (anyTile(nodes_[child], origin, direction, visit)) {
+            return true;
+        }
+    }
+    return false;
+}
 
 template <class Visit>
 bool PatchIndex::anyHit(const PatchList& list, std::size_t patch, const Vec& origin, const Vec& direction,
@@ -192,15 +289,8 @@ bool PatchIndex::anyHit(const PatchList& list, std::size_t patch, const Vec& ori
             return true;
         }
     }
-    if (entry.box.missedBy(origin, direction)) {
-        return false;
-    }
     const std::int32_t lines = lineCount(sections);
-    for (std::size_t i = entry.firstTile; i < entry.lastTile; ++i) {
-        const Tile& tile = tiles_[i];
-        if (tile.box.missedBy(origin, direction)) {
-            continue;
-        }
+    const auto visitTile = [&](const Node& tile) {
         for (std::int32_t n = tile.n0; n < tile.n1; ++n) {
             for (std::int32_t m = tile.m0; m < tile.m1 && m + 1 < lines; ++m) {
                 if (visitTriangle(n, m, 0) || visitTriangle(n, m, 1)) {
@@ -208,8 +298,9 @@ bool PatchIndex::anyHit(const PatchList& list, std::size_t patch, const Vec& ori
                 }
             }
         }
-    }
-    return false;
+        return false;
+    };
+    return entry.root && anyTile(nodes_[*entry.root], origin, direction, visitTile);
 }
 
 bool PatchIndex::isVisible(const PatchList& list, std::size_t patch, const Vec& hit, const Vec& direction) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "pick_boxes.h"
@@ -12,10 +13,11 @@ namespace velmora {
 /// line of sight. Every answer is the one of the plain rule, to the last bit.
 class PatchIndex {
 public:
-    /// Takes the model in, unless it is the one taken in before. Linear in the points.
-    void refresh(const PatchList& list);
+    /// Takes the model in. Linear in the points.
+    void takeIn(const PatchList& list);
 
-    /// The same as nearestGridPoint over the model of the last refresh.
+    /// The same as nearestGridPoint over the model that was taken in. What it costs grows with the patches and hardly
+    /// with the points.
     std::optional<NearestPoint> nearest(const PatchList& list, const PixelLine& line, const PickFilter& filter) const;
 
     /// The first patch in list order with a triangle hit that no other patch hides; -1 for none. Each cell of a patch
@@ -23,13 +25,18 @@ public:
     std::int32_t pickPatch(const PatchList& list, const PixelLine& line) const;
 
 private:
-    /// Points n0 to n1 of m0 to m1, both included, of one patch; neighbouring tiles share a row of points.
-    struct Tile {
+    /// A tile: points n0 to n1 of m0 to m1, both included, of one patch; neighbouring tiles share a row of points. Or
+    /// what holds the tiles, or such nodes, from firstChild up to lastChild.
+    struct Node {
         std::int32_t n0 = 0;
         std::int32_t n1 = 0;
         std::int32_t m0 = 0;
         std::int32_t m1 = 0;
         PickBox box;
+        std::size_t firstChild = 0;
+        std::size_t lastChild = 0;
+
+        bool isTile() const { return firstChild == lastChild; }
     };
     /// A triangle that may be hit outside its box, for what its corners do to the inside test: tested by every line.
     struct OddTriangle {
@@ -38,26 +45,27 @@ private:
         int half = 0;
     };
     struct PatchEntry {
-        PickBox box;
-        std::size_t firstTile = 0;
-        std::size_t lastTile = 0;
+        std::optional<std::size_t> root; ///< none for a patch without points
         std::size_t firstOdd = 0;
         std::size_t lastOdd = 0;
     };
 
     void addPatch(const Patch& patch);
-    void addTile(const Patch& patch, Tile tile);
+    void addTile(const Patch& patch, Node tile);
+    /// Nodes above those from `first` on, up to one root.
+    void addNodesAbove(std::size_t first);
     void addOddTriangles(const Patch& patch);
+    class PointSearch;
+    template <class Visit>
+    bool anyTile(const Node& node, const zVec<double>& origin, const zVec<double>& direction, Visit visit) const;
     template <class Visit>
     bool anyHit(const PatchList& list, std::size_t patch, const zVec<double>& origin, const zVec<double>& direction,
                 Visit visit) const;
     bool isVisible(const PatchList& list, std::size_t patch, const zVec<double>& hit,
                    const zVec<double>& direction) const;
 
-    std::uint64_t fingerprint_ = 0;
-    bool filled_ = false;
     std::vector<PatchEntry> patches_;
-    std::vector<Tile> tiles_;
+    std::vector<Node> nodes_;
     std::vector<OddTriangle> odd_;
 };
 

@@ -3,8 +3,6 @@
 #include <cmath>
 #include <utility>
 
-#include "draw_lists.h"
-
 namespace velmora {
 
 namespace {
@@ -67,7 +65,7 @@ bool VelmoraView::RenderScene() {
     ApplyModelTransform(doc_.modelCenter);
     if (doc_.structureKind == "str" && doc_.surfaceMode && doc_.fileKind != "apt") {
         doc_.ui().showMessage("surface not allowed");
-        doc_.surfaceMode = false;
+        doc_.leaveSurface();
     }
     bringListUpToDate();
     drawWithOverlay();
@@ -78,7 +76,7 @@ bool VelmoraView::RenderScene() {
 void VelmoraView::drawWithOverlay() {
     buildOverlay();
     SceneFrame frame;
-    frame.list = &list_;
+    frame.list = &model_.list;
     frame.listRevision = listRevision_;
     frame.filled = doc_.surfaceMode;
     frame.overlay = &overlay_;
@@ -91,8 +89,8 @@ void VelmoraView::drawWithOverlay() {
 
 void VelmoraView::buildOverlay() {
     overlay_ = {};
-    if (doc_.pointPicked) {
-        overlay_.list.framedPoint(doc_.capturedPointPos, 6.0F, {1.0F, 1.0F, 1.0F, 1.0F}, 8.0F,
+    if (doc_.capture->pointPicked) {
+        overlay_.list.framedPoint(doc_.capture->capturedPointPos, 6.0F, {1.0F, 1.0F, 1.0F, 1.0F}, 8.0F,
                                   {1.0F, 0.0F, 0.0F, 1.0F});
     }
     addTriad(overlay_.list);
@@ -118,12 +116,40 @@ void VelmoraView::addMarkerNumbers() {
 }
 
 void VelmoraView::bringListUpToDate() {
-    const int number = listNumberFor(doc_);
-    if (listDirty_ || list_.number != number) {
-        list_ = buildDrawList(doc_, number, std::move(list_));
+    const int number = listNumber();
+    const bool coloursStay = !highlightDirty_ || captureColoursOf(doc_) == modelColours_;
+    if (listDirty_ || model_.list.number != number || !coloursStay) {
+        model_ = buildModelList(doc_, number, std::move(model_));
+        modelColours_ = captureColoursOf(doc_);
         listDirty_ = false;
+        highlightDirty_ = true;
         ++listRevision_;
     }
+    if (highlightDirty_) {
+        model_.list.accents = capturedCurves(doc_, model_);
+        highlightDirty_ = flat_ = false;
+    }
+}
+
+/// The number of the list to show. Only of new geometry it is looked at whether it is a grid.
+int VelmoraView::listNumber() {
+    if (gridRevision_ != doc_.geometryRevision()) {
+        isGrid_ = regularityOf(doc_.patches) != Regularity::Irregular;
+        gridRevision_ = doc_.geometryRevision();
+    }
+    return listNumberFor(doc_, isGrid_);
+}
+
+const DrawList& VelmoraView::list() {
+    bringListUpToDate();
+    if (model_.list.accents.empty()) {
+        return model_.list;
+    }
+    if (!flat_) {
+        flatList_ = model_.list.flattened();
+        flat_ = true;
+    }
+    return flatList_;
 }
 
 void VelmoraView::OnSize(int width, int height) {
@@ -193,9 +219,13 @@ void VelmoraView::ResetModelTransform() {
 
 // ---- What the document asks -----------------------------------------------------------------------------------------
 
-void VelmoraView::onRedraw() {
-    indexDirty_ = zoneIndexDirty_ = true;
+void VelmoraView::onPictureChanged() {
     listDirty_ = true;
+    repaint();
+}
+
+void VelmoraView::onHighlightChanged() {
+    highlightDirty_ = true;
     repaint();
 }
 
@@ -204,7 +234,7 @@ void VelmoraView::onBoundsChanged() {
     ResetViewCentre();
     UpdateProjection();
     ResetModelTransform();
-    onRedraw();
+    onPictureChanged();
 }
 
 void VelmoraView::showCursor(MouseMode mode) {
@@ -223,16 +253,16 @@ void VelmoraView::setMouseMode(MouseMode mode) {
     if (mode != mouseMode) {
         mouseMode = mode;
         showCursor(mode);
-    } else if (doc_.pointCaptureArmed || doc_.pointCaptured) {
+    } else if (doc_.capture->pointCaptureArmed || doc_.capture->pointCaptured) {
         mouseMode = ModePoint;
         showCursor(ModePoint);
-    } else if (doc_.sectionCaptureArmed || doc_.sectionCaptured) {
+    } else if (doc_.capture->sectionCaptureArmed || doc_.capture->sectionCaptured) {
         mouseMode = ModeSection;
         showCursor(ModeSection);
-    } else if (doc_.lineCaptureArmed || doc_.lineCaptured) {
+    } else if (doc_.capture->lineCaptureArmed || doc_.capture->lineCaptured) {
         mouseMode = ModeLine;
         showCursor(ModeLine);
-    } else if (doc_.patchCaptureArmed || doc_.patchCaptured) {
+    } else if (doc_.capture->patchCaptureArmed || doc_.capture->patchCaptured) {
         mouseMode = ModePatch;
         showCursor(ModePatch);
     } else {
@@ -257,8 +287,13 @@ void VelmoraView::resetMouseMode() {
 // ---- Camera ---------------------------------------------------------------------------------------------------------
 
 void VelmoraView::ApplyModelTransform(const zVec<double>& centre) {
-    modelViewMatrix = translationMatrix(modelOffset + centre) * scaleMatrix(modelScale) * modelRotation *
-                      translationMatrix(centre * -1.0);
+    modelViewMatrix = modelTransform(centre);
+}
+
+/// What ApplyModelTransform would load.
+Matrix4 VelmoraView::modelTransform(const zVec<double>& centre) const {
+    return translationMatrix(modelOffset + centre) * scaleMatrix(modelScale) * modelRotation *
+           translationMatrix(centre * -1.0);
 }
 
 void VelmoraView::SetAxisView(double angle, const zVec<double>& axis) {

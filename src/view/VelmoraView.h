@@ -4,9 +4,9 @@
 
 #include "DocumentView.h"
 #include "OpenGLView.h"
-#include "PatchIndex.h"
 #include "VelmoraDoc.h"
-#include "ZoneIndex.h"
+#include "draw_lists.h"
+#include "model_picks.h"
 
 namespace velmora {
 
@@ -57,10 +57,7 @@ public:
     int rubberStartY = 0;
 
     /// The picture of the model, as of the last redraw, and what was drawn beside it in the last frame.
-    const DrawList& list() {
-        bringListUpToDate();
-        return list_;
-    }
+    const DrawList& list();
     const Overlay& overlay() const { return overlay_; }
 
     // ---- Frame loop
@@ -78,7 +75,9 @@ public:
     // ---- What the document asks
     // -----------------------------------------------------------------------------------------
 
-    void onRedraw() override;
+    void onGeometryChanged() override { onPictureChanged(); }
+    void onPictureChanged() override;
+    void onHighlightChanged() override;
     void onBoundsChanged() override;
     void setMouseMode(MouseMode mode) override;
     void forceMouseMode(MouseMode mode) override;
@@ -114,10 +113,9 @@ public:
     // ------------------------------------------------------------------------------------------------------------
 
     /// The line of sight through a pixel.
-    PixelLine PixelRay(double x, double y);
-    /// Each takes what is nearest to the ray within its limit into the document's capture fields; false if nothing is.
+    PixelLine PixelRay(double x, double y) const;
+    /// Each hands the document what is nearest to the ray; false if nothing lies within its limit.
     bool PickPoint(PixelPoint position);
-    bool PickNode(PixelPoint position);
     bool PickSection(PixelPoint position);
     bool PickLine(PixelPoint position);
     /// The number of the first patch with a visible hit under the pixel, or -1.
@@ -155,9 +153,9 @@ private:
     void showViewingDialog();
     void zoomOut();
 
-    ScreenAxes ScreenFrame();
-    zVec<double> CentreVector(PixelPoint position, const zVec<double>& normal);
-    Rotation mouseRotation(PixelPoint from, PixelPoint to);
+    ScreenAxes ScreenFrame() const;
+    zVec<double> CentreVector(PixelPoint position, const zVec<double>& normal) const;
+    Rotation mouseRotation(PixelPoint from, PixelPoint to) const;
     void dragCamera(PixelPoint position);
     void dragRegime(PixelPoint position);
     void pressRegime(PixelPoint position);
@@ -166,25 +164,26 @@ private:
     void pressPatchCapture(PixelPoint position);
     void pressPatchRemoval(PixelPoint position);
     void abandonPress();
-    const PatchIndex& index();
-    const ZoneIndex& zoneIndex();
-    void takePick(const NearestPoint& nearest);
-    void refillPickStatus();
-    PickFilter blockFilter() const;
-    double modelDiagonal() const;
-    std::optional<NearestPoint> nearestCurvePoint(PixelPoint position);
-    void showCurvePick(bool found, bool section);
+    PixelLine rayThrough(PixelPoint position) const;
+    Pick patchUnder(PixelPoint position, Pick::Target target);
+    bool take(const Pick& pick);
+    void showCurvePick(MouseMode mode, const std::string& text);
+    int listNumber();
+    Matrix4 modelTransform(const zVec<double>& centre) const;
 
     VelmoraDoc& doc_;
-    DrawList list_;
+    ModelList model_;
+    CaptureColours modelColours_; ///< as of the last build
+    DrawList flatList_;           ///< the model's list without accents, when it has some and was asked for
+    bool flat_ = false;
     bool listDirty_ = true; ///< built at the next paint: several redraws of one command cost one build
+    bool highlightDirty_ = false;
     std::uint64_t listRevision_ = 0;
     Overlay overlay_;
-    PatchIndex index_;
-    ZoneIndex zoneIndex_;
-    bool zoneIndexDirty_ = true;
-    bool indexDirty_ = true; ///< the geometry may have changed since the index was refreshed
-    bool drawing_ = false;   ///< a scene is being drawn: a further paint is refused
+    ModelIndex index_{doc_};
+    std::optional<std::uint64_t> gridRevision_; ///< of the geometry that was looked at
+    bool isGrid_ = false;                       ///< the surface can be drawn
+    bool drawing_ = false;                      ///< a scene is being drawn: a further paint is refused
     MouseMode shownCursor_ = ModeNone;
     MouseMode previousCursor_ = ModeNone;
 };

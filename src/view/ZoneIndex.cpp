@@ -27,23 +27,6 @@ std::array<Vec, 3> cornersOf(const zBlock_fe& zone, const ZoneCoordinates& at, s
     return {nodeAt(at, nodes[0]), nodeAt(at, nodes[1]), nodeAt(at, nodes[2])};
 }
 
-/// The same for the same model only.
-std::uint64_t fingerprintOf(const zRegion_fe& region) {
-    Fingerprint print(region.blocks.size());
-    for (const auto& zone : region.blocks) {
-        print.mix(zone->connectivity.size());
-        for (const std::int32_t node : zone->connectivity) {
-            print.mix(static_cast<std::uint64_t>(static_cast<std::uint32_t>(node)));
-        }
-        if (const ZoneCoordinates at = coordinatesOf(zone->variables)) {
-            for (std::int32_t node = 0; node < zone->nodeCount; ++node) {
-                print.mix(nodeAt(at, node));
-            }
-        }
-    }
-    return print.value();
-}
-
 } // namespace
 
 std::optional<NearestPoint> nearestNode(const zRegion_fe& region, const PixelLine& line, const PickFilter& filter) {
@@ -65,16 +48,7 @@ std::optional<NearestPoint> nearestNode(const zRegion_fe& region, const PixelLin
     return search.result();
 }
 
-void ZoneIndex::refresh(const zRegion_fe& region) {
-    const std::uint64_t fingerprint = fingerprintOf(region);
-    if (filled_ && fingerprint == fingerprint_ && zones_.size() == region.blocks.size()) {
-        for (std::size_t k = 0; k < zones_.size(); ++k) {
-            zones_[k].at = coordinatesOf(region.blocks[k]->variables);
-        }
-        return;
-    }
-    fingerprint_ = fingerprint;
-    filled_ = true;
+void ZoneIndex::takeIn(const zRegion_fe& region) {
     zones_.clear();
     for (const auto& zone : region.blocks) {
         zones_.push_back(entryOf(*zone));

@@ -19,10 +19,10 @@ std::optional<NearestPoint> nearestNode(const zRegion_fe& region, const PixelLin
 /// line of sight. The answer is the one of the plain rule, to the last bit.
 class ZoneIndex {
 public:
-    /// Takes the model in, unless it is the one taken in before. Linear in nodes and triangles.
-    void refresh(const zRegion_fe& region);
+    /// Takes the model in. Linear in nodes and triangles.
+    void takeIn(const zRegion_fe& region);
 
-    /// The first zone with a triangle hit that no other zone hides; -1 for none. `region` is that of the last refresh.
+    /// The first zone with a triangle hit that no other zone hides; -1 for none. `region` is the one taken in.
     std::int32_t pickZone(const zRegion_fe& region, const PixelLine& line) const;
 
 private:
@@ -45,8 +45,6 @@ private:
     bool isVisible(const zRegion_fe& region, std::size_t zone, const zVec<double>& hit,
                    const zVec<double>& direction) const;
 
-    std::uint64_t fingerprint_ = 0;
-    bool filled_ = false;
     std::vector<ZoneEntry> zones_;
 };
 

@@ -75,8 +75,7 @@ bool VelmoraView::runViewCommand(std::string_view id) {
     } else if (id == "view.zoomOut") {
         zoomOut();
     } else if (id == "view.surface") {
-        doc_.surfaceMode = !doc_.surfaceMode;
-        doc_.redraw();
+        doc_.toggleSurface();
     } else if (id == "point.dragAndCorrect") {
         doc_.prepareDragCorrection();
     } else if (id == "view.previous") {
@@ -107,9 +106,8 @@ void VelmoraView::zoomOut() {
 void VelmoraView::showViewingDialog() {
     ApplyModelTransform(doc_.modelCenter);
     const zVec<double> angles = eulerAngles(modelViewMatrix).value_or(zVec<double>());
-    dlgViewing& values = doc_.viewingValues;
-    values = {angles.x, angles.y, angles.z, modelOffset.x, modelOffset.y, modelOffset.z, 1.0 / zoomFactor};
-    if (!doc_.showDialog(values)) {
+    dlgViewing values{angles.x, angles.y, angles.z, modelOffset.x, modelOffset.y, modelOffset.z, 1.0 / zoomFactor};
+    if (!doc_.askViewing(values)) {
         return;
     }
     SetEulerView({values.angleX, values.angleY, values.angleZ});

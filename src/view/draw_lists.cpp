@@ -29,22 +29,26 @@ constexpr std::array<Colour, 5> markerColours{{{0.0F, 0.0F, 1.0F, 1.0F},
                                                {0.7F, 0.7F, 0.7F, 1.0F},
                                                {1.0F, 0.5F, 1.0F, 1.0F}}};
 
+constexpr float capturedPointSize = 6.0F;
 constexpr double doublePointTolerance = 1e-10;
 
 /// Builds the lists of one document state.
 class ListBuilder {
 public:
-    ListBuilder(const VelmoraDoc& document, DrawList memory)
-        : doc_(document), inBlock_(document.blockMask()), list_(std::move(memory)) {
+    ListBuilder(const VelmoraDoc& document, ModelList memory)
+        : doc_(document), inBlock_(document.blockMask()), curves_(std::move(memory.curves)),
+          list_(std::move(memory.list)) {
         list_.clear();
+        curves_.assign(document.patches.size(), {});
     }
 
-    DrawList wire();
-    DrawList surface();
-    DrawList zoneWire();
-    DrawList zoneSurface();
+    ModelList build(int number);
 
 private:
+    void wire();
+    void surface();
+    void zoneWire();
+    void zoneSurface();
     bool shown(std::int32_t patch) const { return !doc_.showBlockOnly || inBlock_[static_cast<std::size_t>(patch)]; }
     template <class Action>
     void forShownPatches(Action action) const;
@@ -65,6 +69,7 @@ private:
 
     const VelmoraDoc& doc_;
     std::vector<bool> inBlock_;
+    std::vector<CurveBatches> curves_;
     DrawList list_;
 };
 
@@ -143,7 +148,7 @@ void ListBuilder::blockMarkers() {
         for (std::int32_t n = 0; n < countOf(patch); ++n) {
             const PointList& section = patch[static_cast<std::size_t>(n)];
             for (std::int32_t m = 0; m < countOf(section); ++m) {
-                if (n != doc_.capturedSection && m != doc_.capturedLine) {
+                if (n != doc_.capture->capturedSection && m != doc_.capture->capturedLine) {
                     list_.vertex(section[static_cast<std::size_t>(m)]);
                 }
             }
@@ -178,18 +183,12 @@ void ListBuilder::sections() {
     PatchColours colours(doc_);
     forShownPatches([this, &colours](std::int32_t k, const Patch& patch) {
         const Colour colour = colours.next(k);
-        for (std::int32_t n = 0; n < countOf(patch); ++n) {
-            const PointList& section = patch[static_cast<std::size_t>(n)];
-            if (section.empty()) {
-                continue;
+        curves_[static_cast<std::size_t>(k)].firstSection = list_.batches.size();
+        for (const PointList& section : patch) {
+            if (!section.empty()) {
+                list_.begin(Primitive::LineStrip, colour);
+                list_.addVertices(section);
             }
-            const bool captured = (doc_.sectionCaptureArmed || doc_.sectionCaptured) && k == doc_.capturedPatch &&
-                                  n == doc_.capturedSection;
-            if (captured) {
-                pointsOf(section, 6.0F, white);
-            }
-            list_.begin(Primitive::LineStrip, captured ? white : colour);
-            list_.addVertices(section);
         }
     });
 }
@@ -198,16 +197,10 @@ void ListBuilder::lines() {
     PatchColours colours(doc_);
     forShownPatches([this, &colours](std::int32_t k, const Patch& patch) {
         const Colour colour = colours.next(k);
+        curves_[static_cast<std::size_t>(k)].firstLine = list_.batches.size();
         for (std::int32_t m = 0; m < lineCount(patch); ++m) {
-            const auto index = static_cast<std::size_t>(m);
-            const bool captured =
-                (doc_.lineCaptureArmed || doc_.lineCaptured) && k == doc_.capturedPatch && m == doc_.capturedLine;
-            if (captured) {
-                list_.begin(Primitive::Points, white).pointSize = 6.0F;
-                addLine(patch, index);
-            }
-            list_.begin(Primitive::LineStrip, captured ? white : colour);
-            addLine(patch, index);
+            list_.begin(Primitive::LineStrip, colour);
+            addLine(patch, static_cast<std::size_t>(m));
         }
     });
 }
@@ -239,8 +232,7 @@ void ListBuilder::reference() {
     }
 }
 
-DrawList ListBuilder::wire() {
-    list_.number = 1;
+void ListBuilder::wire() {
     const std::size_t strips = doc_.fileKind == "apt" ? 2 : 1;
     list_.vertices.reserve(strips * static_cast<std::size_t>(pointTotal(doc_.patches)));
     if (doc_.showFirstPoints) {
@@ -263,7 +255,6 @@ DrawList ListBuilder::wire() {
         lines();
     }
     reference();
-    return std::move(list_);
 }
 
 void ListBuilder::quadStrips() {
@@ -294,8 +285,7 @@ void ListBuilder::quadStrips() {
     });
 }
 
-DrawList ListBuilder::surface() {
-    list_.number = 2;
+void ListBuilder::surface() {
     const auto total = 2 * static_cast<std::size_t>(pointTotal(doc_.patches));
     list_.vertices.reserve(total);
     list_.normals.reserve(total);
@@ -309,7 +299,6 @@ DrawList ListBuilder::surface() {
     if (doc_.showDoublePoints) {
         doublePoints();
     }
-    return std::move(list_);
 }
 
 // ---- Zones ----------------------------------------------------------------------------------------------------------
@@ -360,19 +349,37 @@ void ListBuilder::zones(bool withNormals) {
     }
 }
 
-DrawList ListBuilder::zoneWire() {
-    list_.number = 3;
+void ListBuilder::zoneWire() {
     zones(false);
     if (doc_.showBuffer) {
         bufferPoints(false);
     }
-    return std::move(list_);
 }
 
-DrawList ListBuilder::zoneSurface() {
-    list_.number = 4;
+void ListBuilder::zoneSurface() {
     zones(true);
-    return std::move(list_);
+}
+
+ModelList ListBuilder::build(int number) {
+    list_.number = number;
+    switch (number) {
+    case 1:
+        wire();
+        break;
+    case 2:
+        surface();
+        break;
+    case 3:
+        zoneWire();
+        break;
+    case 4:
+        zoneSurface();
+        break;
+    default:
+        list_.number = 0;
+        break;
+    }
+    return {std::move(list_), std::move(curves_)};
 }
 
 } // namespace
@@ -386,10 +393,10 @@ Colour PatchColours::next(std::int32_t patch) {
     }
     const std::int32_t place = patch - base_;
     const bool member = inBlock_[static_cast<std::size_t>(patch)];
-    if (document_.patchRemoving && patch == document_.patchToRemove) {
+    if (document_.capture->patchRemoving && patch == document_.capture->patchToRemove) {
         last_ = removedPatch;
-    } else if ((document_.patchCaptureArmed && (patch == document_.capturedPatch || member)) ||
-               (document_.patchCaptured && member)) {
+    } else if ((document_.capture->patchCaptureArmed && (patch == document_.capture->capturedPatch || member)) ||
+               (document_.capture->patchCaptured && member)) {
         last_ = blockPatch;
     } else if (place < static_cast<std::int32_t>(patchColours.size())) {
         last_ = patchColours[static_cast<std::size_t>(place)];
@@ -418,6 +425,10 @@ bool coincide(const zVec<double>& a, const zVec<double>& b) {
 }
 
 int listNumberFor(const VelmoraDoc& document) {
+    return listNumberFor(document, regularityOf(document.patches) != Regularity::Irregular);
+}
+
+int listNumberFor(const VelmoraDoc& document, bool isGrid) {
     if (document.holdsNothing()) {
         return 0;
     }
@@ -428,23 +439,57 @@ int listNumberFor(const VelmoraDoc& document) {
         return 0;
     }
     // Strips and normals read neighbouring sections at the same index: only a regular grid has them.
-    const bool grid = document.fileKind == "apt" && regularityOf(document.patches) != Regularity::Irregular;
-    return document.surfaceMode && grid ? 2 : 1;
+    return document.surfaceMode && document.fileKind == "apt" && isGrid ? 2 : 1;
+}
+
+ModelList buildModelList(const VelmoraDoc& document, int number, ModelList memory) {
+    return ListBuilder(document, std::move(memory)).build(number);
+}
+
+std::vector<Accent> capturedCurves(const VelmoraDoc& document, const ModelList& model) {
+    const CaptureState& capture = *document.capture;
+    const auto k = static_cast<std::size_t>(capture.capturedPatch);
+    if (model.list.number != 1 || capture.capturedPatch < 0 || k >= model.curves.size()) {
+        return {};
+    }
+    const Patch& patch = document.patches[k];
+    const CurveBatches& curves = model.curves[k];
+    std::vector<Accent> accents;
+    const auto section = static_cast<std::size_t>(capture.capturedSection);
+    if ((capture.sectionCaptureArmed || capture.sectionCaptured) && curves.firstSection &&
+        capture.capturedSection >= 0 && section < patch.size() && !patch[section].empty()) {
+        // Sections without points have no strip.
+        const auto before = std::count_if(patch.begin(), patch.begin() + capture.capturedSection,
+                                          [](const PointList& points) { return !points.empty(); });
+        accents.push_back({*curves.firstSection + static_cast<std::size_t>(before), capturedPointSize, white});
+    }
+    if ((capture.lineCaptureArmed || capture.lineCaptured) && curves.firstLine && capture.capturedLine >= 0 &&
+        capture.capturedLine < lineCount(patch)) {
+        accents.push_back(
+            {*curves.firstLine + static_cast<std::size_t>(capture.capturedLine), capturedPointSize, white});
+    }
+    return accents;
+}
+
+CaptureColours captureColoursOf(const VelmoraDoc& document) {
+    const CaptureState& capture = *document.capture;
+    CaptureColours colours;
+    colours.removed = capture.patchRemoving ? capture.patchToRemove : -1;
+    colours.armed = capture.patchCaptureArmed;
+    colours.captured = capture.patchCaptured;
+    colours.patch = capture.patchCaptureArmed ? capture.capturedPatch : -1;
+    colours.block.assign(document.blockList.begin(), document.blockList.begin() + document.blockCount);
+    if (document.showZBlockMarkers && document.blockCount > 0) {
+        colours.section = capture.capturedSection;
+        colours.line = capture.capturedLine;
+    }
+    return colours;
 }
 
 DrawList buildDrawList(const VelmoraDoc& document, int number, DrawList memory) {
-    switch (number) {
-    case 1:
-        return ListBuilder(document, std::move(memory)).wire();
-    case 2:
-        return ListBuilder(document, std::move(memory)).surface();
-    case 3:
-        return ListBuilder(document, std::move(memory)).zoneWire();
-    case 4:
-        return ListBuilder(document, std::move(memory)).zoneSurface();
-    default:
-        return {};
-    }
+    ModelList model = buildModelList(document, number, {std::move(memory), {}});
+    model.list.accents = capturedCurves(document, model);
+    return model.list.accents.empty() ? std::move(model.list) : model.list.flattened();
 }
 
 } // namespace velmora

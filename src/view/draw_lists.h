@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "DrawList.h"
 
 namespace velmora {
@@ -9,9 +11,44 @@ class VelmoraDoc;
 /// The number of the list that fits the document's kind and surface mode: 1 wire, 2 surface of a regular grid,
 /// 3 and 4 wire and surface of zones; 0 for an empty document.
 int listNumberFor(const VelmoraDoc& document);
+/// The same with the answer given whether the sections of each patch are of one length.
+int listNumberFor(const VelmoraDoc& document, bool isGrid);
 
-/// The picture of the document as list `number` (see listNumberFor). Linear in the points shown. What stands in
+/// Where the strips of a patch stand among the batches; none when it is not shown.
+struct CurveBatches {
+    std::optional<std::size_t> firstSection;
+    std::optional<std::size_t> firstLine;
+};
+
+/// A list without the captured curve, and where to find each curve in it.
+struct ModelList {
+    DrawList list;
+    std::vector<CurveBatches> curves; ///< per patch
+};
+
+/// What the capture and the zBlock change in the batches of a ModelList. While it stays the same, so do they.
+struct CaptureColours {
+    std::int32_t removed = -1;
+    bool armed = false;
+    bool captured = false;
+    std::int32_t patch = -1;
+    std::vector<std::int32_t> block;
+    std::int32_t section = -1; ///< left out by the markers of the zBlock
+    std::int32_t line = -1;
+
+    friend bool operator==(const CaptureColours&, const CaptureColours&) = default;
+};
+CaptureColours captureColoursOf(const VelmoraDoc& document);
+
+/// The picture of the document as list `number` but for the captured curve. Linear in the points shown. What stands in
 /// `memory` is thrown away and its memory used again: fetching that anew costs more than filling it.
+ModelList buildModelList(const VelmoraDoc& document, int number, ModelList memory = {});
+
+/// The captured section and line, as far as `model`, built from the same geometry, shows them. What it costs does not
+/// grow with the model, but for the sections of the patch.
+std::vector<Accent> capturedCurves(const VelmoraDoc& document, const ModelList& model);
+
+/// The picture of the document as list `number` (see listNumberFor), the captured curve in it.
 DrawList buildDrawList(const VelmoraDoc& document, int number, DrawList memory = {});
 
 /// Colour of a patch before any highlight, by its place in a cycle of five. The base of the cycle is advanced only

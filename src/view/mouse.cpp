@@ -78,10 +78,8 @@ void VelmoraView::OnLeftButtonUp(PixelPoint position) {
     }
     if (mouseMode >= ModePoint) {
         doc_.moveRegimeAtRelease();
-        if (doc_.dragCorrectsLine) {
-            doc_.dragCorrectsLine = false;
-            CorrectLineByDrag(doc_.capturedPointPos);
-            doc_.redraw();
+        if (doc_.capture->dragCorrectsLine) {
+            doc_.endDragCorrection(principalPlane());
         }
     }
     leftButtonDown = false;
@@ -153,7 +151,7 @@ void VelmoraView::finishZoom(PixelPoint position) {
 
 // ---- Turning about the screen's axes --------------------------------------------------------------------------------
 
-VelmoraView::ScreenAxes VelmoraView::ScreenFrame() {
+VelmoraView::ScreenAxes VelmoraView::ScreenFrame() const {
     const zVec<double> a = PixelRay(viewport.x, viewport.y).nearPoint;
     const zVec<double> b = PixelRay(viewport.width, viewport.y).nearPoint;
     const zVec<double> c = PixelRay(viewport.x, viewport.height).nearPoint;
@@ -164,7 +162,7 @@ VelmoraView::ScreenAxes VelmoraView::ScreenFrame() {
     return axes;
 }
 
-zVec<double> VelmoraView::CentreVector(PixelPoint position, const zVec<double>& normal) {
+zVec<double> VelmoraView::CentreVector(PixelPoint position, const zVec<double>& normal) const {
     const PixelLine ray = PixelRay(position.x, position.y);
     const zVec<double> onPlane = doc_.modelCenter + normal * doc_.modelRadius;
     const zVec<double> along = ray.farPoint - ray.nearPoint;
@@ -172,7 +170,7 @@ zVec<double> VelmoraView::CentreVector(PixelPoint position, const zVec<double>& 
     return ray.nearPoint + along * t - doc_.modelCenter;
 }
 
-VelmoraView::Rotation VelmoraView::mouseRotation(PixelPoint from, PixelPoint to) {
+VelmoraView::Rotation VelmoraView::mouseRotation(PixelPoint from, PixelPoint to) const {
     if (!rotates(mouseMode)) {
         return {spinAngle, spinAxis};
     }

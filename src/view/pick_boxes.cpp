@@ -1,7 +1,6 @@
 #include "pick_boxes.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 
 #include "camera.h"
@@ -58,6 +57,7 @@ PickBox PickExtent::boxOfBoxes() const {
     PickBox box;
     box.centre = broken_ ? nowhere : (lower_ + upper_) * 0.5;
     box.half = (upper_ - lower_) * (0.5 + roundingMargin);
+    box.radius = lengthOf(box.half);
     return box;
 }
 
@@ -73,18 +73,6 @@ bool isOddTriangle(const TriangleCorners& t) {
     const double largest = std::max({dot(*t.a, *t.a), dot(*t.b, *t.b), dot(*t.c, *t.c)});
     // Written so that what is not a number counts as odd.
     return !(area > oddFlatness * longest) || !(longest > oddSmallness * oddSmallness * largest);
-}
-
-void Fingerprint::mix(std::uint64_t bits) {
-    hash_ = std::rotl(hash_ ^ bits, 23) * 0xff51afd7ed558ccdU;
-}
-
-void Fingerprint::mix(const Vec& p) {
-    // Three products that do not wait for each other, then one step of the chain.
-    const std::uint64_t x = std::bit_cast<std::uint64_t>(p.x) * 0x9e3779b97f4a7c15U;
-    const std::uint64_t y = std::bit_cast<std::uint64_t>(p.y) * 0xc2b2ae3d27d4eb4fU;
-    const std::uint64_t z = std::bit_cast<std::uint64_t>(p.z) * 0x165667b19e3779f9U;
-    mix(std::rotl(x, 17) ^ std::rotl(y, 37) ^ z ^ (x >> 29));
 }
 
 } // namespace velmora

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <limits>
 
 #include "zVec.h"
@@ -47,17 +46,5 @@ struct TriangleCorners {
 
 /// A triangle that may be hit outside its box, for what its corners do to the inside test: to be tested by every line.
 bool isOddTriangle(const TriangleCorners& t);
-
-/// Mixes the bits of numbers and counts, to tell whether a model is the one seen before.
-class Fingerprint {
-public:
-    explicit Fingerprint(std::uint64_t seed) : hash_(0x9e3779b97f4a7c15U + seed) {}
-    void mix(std::uint64_t bits);
-    void mix(const zVec<double>& p);
-    std::uint64_t value() const { return hash_; }
-
-private:
-    std::uint64_t hash_;
-};
 
 } // namespace velmora

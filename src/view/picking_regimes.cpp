@@ -1,93 +1,71 @@
 #include "VelmoraView.h"
 #include "messages.h"
-#include "status_texts.h"
 
 namespace velmora {
 
-namespace {
-
-// How far from the line of sight the nearest point may lie, as a fraction of the model's diagonal.
-constexpr double pointLimit = 0.01;
-constexpr double sectionLimit = 0.05;
-constexpr double lineLimit = 0.5;
-
-} // namespace
-
-PixelLine VelmoraView::PixelRay(double x, double y) {
-    ApplyModelTransform(doc_.modelCenter);
+PixelLine VelmoraView::PixelRay(double x, double y) const {
+    const Matrix4 modelView = modelTransform(doc_.modelCenter);
     const double windowY = viewport.height - y - 1;
     const auto at = [&](double depth) {
-        return unprojectPoint({x, windowY, depth}, modelViewMatrix, projectionMatrix, viewport)
-            .value_or(zVec<double>());
+        return unprojectPoint({x, windowY, depth}, modelView, projectionMatrix, viewport).value_or(zVec<double>());
     };
     return {at(0.0), at(1.0)};
-}
-
-double VelmoraView::modelDiagonal() const {
-    return lengthOf(doc_.boxMax - doc_.boxMin);
-}
-
-PickFilter VelmoraView::blockFilter() const {
-    PickFilter filter;
-    if (doc_.patchCaptured && doc_.blockCount > 0) {
-        filter.patches = doc_.blockMask();
-    }
-    return filter;
 }
 
 // ---- The left button in a regime ------------------------------------------------------------------------------------
 
 void VelmoraView::pressRegime(PixelPoint position) {
-    if (doc_.pointCaptureArmed || doc_.freePointArmed) {
+    if (doc_.capture->pointCaptureArmed || doc_.capture->freePointArmed) {
         PickPoint(position);
         repaint();
     }
-    if (doc_.pointDragging) {
+    if (doc_.capture->pointDragging) {
         PickDragPoint(position);
-        doc_.placeDraggedPoint(doc_.capturedPointPos);
+        doc_.placeDraggedPoint(doc_.capture->capturedPointPos);
     }
-    if (doc_.patchCaptureArmed) {
+    if (doc_.capture->patchCaptureArmed) {
         pressPatchCapture(position);
     }
-    if (doc_.patchRemoving) {
+    if (doc_.capture->patchRemoving) {
         pressPatchRemoval(position);
     }
-    if (doc_.sectionCaptureArmed) {
+    if (doc_.capture->sectionCaptureArmed) {
         PickSection(position);
         repaint();
     }
-    if (doc_.lineCaptureArmed) {
+    if (doc_.capture->lineCaptureArmed) {
         PickLine(position);
         repaint();
     }
-    if (doc_.dragCorrectsLine) {
+    if (doc_.capture->dragCorrectsLine) {
         PickPlanePoint(position);
         repaint();
     }
 }
 
 void VelmoraView::pressPatchCapture(PixelPoint position) {
-    doc_.capturedPatch = PickPatch(position);
-    doc_.redraw();
+    const Pick pick = patchUnder(position, Pick::Target::WholePatch);
+    doc_.takePick(pick);
+    doc_.redrawHighlight();
     repaint();
-    if (doc_.capturedPatch < 0) {
+    if (!pick.found) {
         doc_.ui().showMessage(message::patchNotSelected);
         abandonPress();
         return;
     }
-    doc_.patchStatus = capturedPatchText(doc_.capturedPatch);
-    doc_.ShowStatus(doc_.patchStatus);
+    doc_.ShowStatus(doc_.capture->patchStatus);
 }
 
 void VelmoraView::pressPatchRemoval(PixelPoint position) {
-    doc_.patchToRemove = PickPatch(position);
-    doc_.redraw();
+    const Pick pick = patchUnder(position, Pick::Target::Removal);
+    doc_.takePick(pick);
+    doc_.redrawHighlight();
     forceMouseMode(ModePatch);
-    if (doc_.patchToRemove < 0) {
+    if (!pick.found) {
         doc_.ui().showMessage(message::patchNotRemoved);
         abandonPress();
     }
-    doc_.ShowStatus(doc_.removeStatus);
+    doc_.ShowStatus(doc_.capture->removeStatus);
     repaint();
 }
 
@@ -98,160 +76,84 @@ void VelmoraView::abandonPress() {
 }
 
 void VelmoraView::dragRegime(PixelPoint position) {
-    if (doc_.pointCaptureArmed || doc_.freePointArmed) {
+    if (doc_.capture->pointCaptureArmed || doc_.capture->freePointArmed) {
         PickPoint(position);
-        doc_.ShowStatus(doc_.pointStatus);
+        doc_.ShowStatus(doc_.capture->pointStatus);
         repaint();
     }
-    if (doc_.pointDragging) {
+    if (doc_.capture->pointDragging) {
         PickDragPoint(position);
-        doc_.placeDraggedPoint(doc_.capturedPointPos);
+        doc_.placeDraggedPoint(doc_.capture->capturedPointPos);
     }
-    if (doc_.patchCaptureArmed) {
-        doc_.ShowStatus(doc_.patchStatus);
+    if (doc_.capture->patchCaptureArmed) {
+        doc_.ShowStatus(doc_.capture->patchStatus);
     }
-    if (doc_.sectionCaptureArmed) {
+    if (doc_.capture->sectionCaptureArmed) {
         PickSection(position);
     }
-    if (doc_.lineCaptureArmed) {
+    if (doc_.capture->lineCaptureArmed) {
         PickLine(position);
     }
-    if (doc_.dragCorrectsLine) {
+    if (doc_.capture->dragCorrectsLine) {
         PickPlanePoint(position);
-        doc_.ShowStatus(doc_.pointStatus);
-        CorrectLineByDrag(doc_.capturedPointPos);
+        doc_.ShowStatus(doc_.capture->pointStatus);
+        doc_.bendCapturedCurve(doc_.capture->capturedPointPos, principalPlane());
         doc_.redraw();
     }
 }
 
 // ---- Picks ----------------------------------------------------------------------------------------------------------
 
+PixelLine VelmoraView::rayThrough(PixelPoint position) const {
+    return PixelRay(position.x, position.y);
+}
+
+Pick VelmoraView::patchUnder(PixelPoint position, Pick::Target target) {
+    const BusyScope busy(doc_.ui());
+    return pickPatch(doc_, index_, rayThrough(position), target);
+}
+
 bool VelmoraView::PickPoint(PixelPoint position) {
-    doc_.pointPicked = false;
-    if (doc_.structureKind == "uns") {
-        return PickNode(position);
-    }
-    PickFilter filter = blockFilter();
-    filter.patch = doc_.capturedPatch;
-    if (!doc_.freePointArmed) {
-        filter.section = doc_.sectionCaptured ? doc_.capturedSection : -1;
-        filter.point = doc_.lineCaptured ? doc_.capturedLine : -1;
-    }
-    const auto nearest = index().nearest(doc_.patches, PixelRay(position.x, position.y), filter);
-    if (!nearest) {
-        return false;
-    }
-    doc_.capturedPointSection = nearest->section;
-    doc_.capturedPoint = nearest->point;
-    if (nearest->distance > pointLimit * modelDiagonal()) {
-        return false;
-    }
-    takePick(*nearest);
-    return true;
-}
-
-bool VelmoraView::PickNode(PixelPoint position) {
-    const PickFilter filter = doc_.freePointArmed ? PickFilter() : blockFilter();
-    const auto nearest = nearestNode(doc_.feRegion, PixelRay(position.x, position.y), filter);
-    doc_.capturedPoint = nearest ? nearest->point : -1;
-    if (!nearest || nearest->distance > pointLimit * modelDiagonal()) {
-        return false;
-    }
-    takePick(*nearest);
-    return true;
-}
-
-void VelmoraView::takePick(const NearestPoint& nearest) {
-    doc_.capturedPatch = nearest.patch;
-    doc_.pickedPoint = nearest.position;
-    refillPickStatus();
-    doc_.capturedPointPos = doc_.pickedPoint;
-    doc_.pointPicked = true;
-}
-
-const PatchIndex& VelmoraView::index() {
-    if (indexDirty_) {
-        index_.refresh(doc_.patches);
-        indexDirty_ = false;
-    }
-    return index_;
-}
-
-const ZoneIndex& VelmoraView::zoneIndex() {
-    if (zoneIndexDirty_) {
-        zoneIndex_.refresh(doc_.feRegion);
-        zoneIndexDirty_ = false;
-    }
-    return zoneIndex_;
-}
-
-void VelmoraView::refillPickStatus() {
-    const PointAddress address = doc_.lineCaptured
-                                     ? PointAddress{doc_.capturedPatch, doc_.capturedPoint, doc_.capturedPointSection}
-                                     : PointAddress{doc_.capturedPatch, doc_.capturedPointSection, doc_.capturedPoint};
-    doc_.pointStatus = capturedPointText(doc_.lineCaptured, address, doc_.pickedPoint);
-    doc_.pointContinueStatus = doc_.pointStatus + pointContinueClause;
+    return take(pickPoint(doc_, index_, rayThrough(position)));
 }
 
 std::int32_t VelmoraView::PickPatch(PixelPoint position) {
-    const BusyScope busy(doc_.ui());
-    const PixelLine ray = PixelRay(position.x, position.y);
-    return doc_.structureKind == "uns" ? zoneIndex().pickZone(doc_.feRegion, ray)
-                                       : index().pickPatch(doc_.patches, ray);
+    return patchUnder(position, Pick::Target::WholePatch).patch;
 }
 
 bool VelmoraView::PickDragPoint(PixelPoint position) {
-    const auto nearest = nearestGridPoint(doc_.dragPatches, PixelRay(position.x, position.y), {});
-    if (!nearest || nearest->distance > pointLimit * modelDiagonal()) {
-        return false;
-    }
-    doc_.pickedPoint = nearest->position;
-    doc_.dragStatus = "Drag point: X=" + fixedText(doc_.pickedPoint.x) + ", Y=" + fixedText(doc_.pickedPoint.y) +
-                      ", Z=" + fixedText(doc_.pickedPoint.z) + " ";
-    doc_.capturedPointPos = doc_.pickedPoint;
-    return true;
+    return take(pickDragPlace(doc_, rayThrough(position)));
 }
 
-std::optional<NearestPoint> VelmoraView::nearestCurvePoint(PixelPoint position) {
-    auto nearest = index().nearest(doc_.patches, PixelRay(position.x, position.y), blockFilter());
-    if (nearest) {
-        doc_.capturedPatch = nearest->patch;
-    }
-    return nearest;
+void VelmoraView::PickPlanePoint(PixelPoint position) {
+    take(pickPlanePlace(doc_, rayThrough(position), principalPlane()));
 }
 
 bool VelmoraView::PickSection(PixelPoint position) {
-    doc_.capturedSection = -1;
-    const auto nearest = nearestCurvePoint(position);
-    const bool found = nearest && nearest->distance <= sectionLimit * modelDiagonal();
-    if (found) {
-        doc_.capturedSection = nearest->section;
-        const PointList* section = doc_.sectionAt(nearest->patch, nearest->section);
-        doc_.sectionStatus = capturedSectionText(nearest->patch, nearest->section, countOf(*section));
-        doc_.sectionContinueStatus = doc_.sectionStatus + curveContinueClause;
-    }
-    showCurvePick(found, true);
+    const bool found = take(pickSection(doc_, index_, rayThrough(position)));
+    showCurvePick(ModeSection, found ? doc_.capture->sectionStatus : doc_.capture->dragPrompt);
     return found;
 }
 
 bool VelmoraView::PickLine(PixelPoint position) {
-    doc_.capturedPointSection = -1;
-    const auto nearest = nearestCurvePoint(position);
-    const bool found = nearest && nearest->distance <= lineLimit * modelDiagonal();
-    if (found) {
-        doc_.capturedLine = nearest->point;
-        const auto points = countOf(doc_.patches[static_cast<std::size_t>(nearest->patch)]);
-        doc_.lineStatus = capturedLineText(nearest->patch, nearest->point, points);
-        doc_.lineContinueStatus = doc_.lineStatus + pointContinueClause;
-    }
-    showCurvePick(found, false);
+    const bool found = take(pickLine(doc_, index_, rayThrough(position)));
+    showCurvePick(ModeLine, found ? doc_.capture->lineStatus : doc_.capture->dragPrompt);
     return found;
 }
 
-void VelmoraView::showCurvePick(bool found, bool section) {
-    doc_.redraw();
-    setMouseMode(section ? ModeSection : ModeLine);
-    doc_.ShowStatus(!found ? doc_.dragPrompt : section ? doc_.sectionStatus : doc_.lineStatus);
+bool VelmoraView::take(const Pick& pick) {
+    doc_.takePick(pick);
+    return pick.found;
+}
+
+void VelmoraView::showCurvePick(MouseMode mode, const std::string& text) {
+    doc_.redrawHighlight();
+    setMouseMode(mode);
+    doc_.ShowStatus(text);
+}
+
+void VelmoraView::CorrectLineByDrag(const zVec<double>& target) {
+    doc_.bendCapturedCurve(target, principalPlane());
 }
 
 } // namespace velmora

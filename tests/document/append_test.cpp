@@ -97,8 +97,8 @@ TEST_F(Append, RedrawsWithoutANewBoxAndLeavesTheRegime) {
     EXPECT_EQ(doc.boxMax, corner);
     EXPECT_THAT(view.calls, testing::Contains("redraw"));
     EXPECT_THAT(view.calls, testing::Not(testing::Contains("bounds")));
-    EXPECT_FALSE(doc.sectionCaptured);
-    EXPECT_EQ(doc.capturedPatch, -1);
+    EXPECT_FALSE(doc.capture->sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedPatch, -1);
 }
 
 TEST_F(Append, UndoneRestoresTheModelAndItsBox) {

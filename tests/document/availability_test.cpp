@@ -8,6 +8,7 @@
 
 #include "RecordingUi.h"
 #include "VelmoraDoc.h"
+#include "arranged_capture.h"
 #include "command_table.h"
 
 namespace velmora::test {
@@ -301,13 +302,13 @@ void apply(const State& s, VelmoraDoc& d) {
     d.blockCount = s.B;
     d.patches.resize(static_cast<std::size_t>(s.P));
     d.fieldMode = s.FM != 0;
-    d.sectionCaptured = s.SEC != 0;
-    d.lineCaptured = s.LIN != 0;
-    d.pointCaptured = s.PT != 0;
-    d.freePointHeld = s.FP != 0;
+    arranged(d).sectionCaptured = s.SEC != 0;
+    arranged(d).lineCaptured = s.LIN != 0;
+    arranged(d).pointCaptured = s.PT != 0;
+    arranged(d).freePointHeld = s.FP != 0;
     d.lineBufferFull = s.BUF != 0;
-    d.patchCaptured = s.patchCaptured != 0;
-    d.pointPicked = s.pointPicked != 0;
+    arranged(d).patchCaptured = s.patchCaptured != 0;
+    arranged(d).pointPicked = s.pointPicked != 0;
     d.pointClipboardFull = s.pointClipboard != 0;
     d.blockClipboardFull = s.blockClipboard != 0;
     d.pointUndoReady = s.pointUndo != 0;
@@ -315,8 +316,8 @@ void apply(const State& s, VelmoraDoc& d) {
     d.sftOpen = s.sftOpen != 0;
     d.markersOpen = s.markersOpen != 0;
     d.gridNamed = s.gridNamed != 0;
-    d.capturedSection = s.sectionNumber - 1;
-    d.capturedLine = s.lineNumber - 1;
+    d.capture.renumberSection(s.sectionNumber - 1);
+    d.capture.renumberLine(s.lineNumber - 1);
 }
 
 std::string describe(const State& state) {

@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "document_fixture.h"
 #include "zone_fixture.h"
 
@@ -39,9 +40,10 @@ protected:
     }
 
     void expectIdle() {
-        EXPECT_FALSE(doc.pointRegimeActive() || doc.curveRegimeActive() || doc.patchRegimeActive());
-        EXPECT_FALSE(doc.showBlockOnly || doc.patchRemoving);
-        EXPECT_EQ(doc.capturedPatch, -1);
+        EXPECT_FALSE(doc.capture->pointRegimeActive() || doc.capture->curveRegimeActive() ||
+                     doc.capture->patchRegimeActive());
+        EXPECT_FALSE(doc.showBlockOnly || doc.capture->patchRemoving);
+        EXPECT_EQ(doc.capture->capturedPatch, -1);
         EXPECT_THAT(block(), IsEmpty());
         EXPECT_THAT(doc.blockList, testing::Each(-1));
         EXPECT_EQ(doc.status, "For Help, press F1");
@@ -109,7 +111,7 @@ TEST_F(BlockInvert, BeyondTheCapacityIsRefusedAndLeavesTheSelection) {
 TEST_F(BlockExtract, KeepsTheZBlockInTheOrderOfTheModel) {
     hold(stack(5));
     select({4, 0, 2});
-    doc.patchCaptured = true;
+    doc.capture.holdBlock();
     doc.showBlockOnly = true;
     doc.rebuildOnUndo = true;
     doc.ExtractBlock();
@@ -128,7 +130,7 @@ TEST_F(BlockExtract, LeavesThePointAndTheSectionRegime) {
     capturePoint(1, 0, 0);
     doc.ExtractBlock();
     expectIdle();
-    EXPECT_EQ(doc.capturedSection, -1);
+    EXPECT_EQ(doc.capture->capturedSection, -1);
 }
 
 TEST_F(BlockExtract, FollowsTheKindOfWhatIsLeft) {
@@ -166,7 +168,7 @@ TEST_F(BlockExtract, KeepsZonesInTheOrderOfTheZBlock) {
 TEST_F(BlockDelete, RemovesExactlyItsPatchesInWhateverOrderTheyStand) {
     hold(stack(9));
     select({5, 2, 7});
-    doc.patchCaptured = true;
+    doc.capture.holdBlock();
     doc.showBlockOnly = true;
     doc.DeleteBlock();
     EXPECT_EQ(heights(doc.patches), (Heights{0, 1, 3, 4, 6, 8}));
@@ -179,19 +181,19 @@ TEST_F(BlockDelete, RemovesExactlyItsPatchesInWhateverOrderTheyStand) {
 TEST_F(BlockDelete, LeavesEveryRegime) {
     hold(stack(3));
     select({1});
-    doc.patchCaptureArmed = true;
+    arranged(doc).patchCaptureArmed = true;
     captureLine(2, 0);
     capturePoint(2, 0, 0);
     doc.DeleteBlock();
     expectIdle();
-    EXPECT_EQ(doc.capturedLine, -1);
+    EXPECT_EQ(doc.capture->capturedLine, -1);
 }
 
 TEST_F(BlockDelete, OfAllPatchesLeavesNoModelAndIsUndone) {
     hold(stack(2));
     doc.secondKind = "wrl";
     select({1, 0});
-    doc.patchCaptured = true;
+    doc.capture.holdBlock();
     doc.DeleteBlock();
     EXPECT_THAT(doc.patches, IsEmpty());
     expectNoModel();
@@ -264,8 +266,8 @@ TEST_F(BlockClipboard, PasteReplacesTheZBlockAndSelectsWhatWasPasted) {
     doc.PasteBlock();
     EXPECT_EQ(heights(doc.patches), (Heights{1, 3, 3, 1}));
     EXPECT_EQ(block(), (Numbers{2, 3}));
-    EXPECT_TRUE(doc.patchCaptured);
-    EXPECT_FALSE(doc.curveRegimeActive());
+    EXPECT_TRUE(doc.capture->patchCaptured);
+    EXPECT_FALSE(doc.capture->curveRegimeActive());
     EXPECT_EQ(heights(doc.undoPatches), (Heights{0, 1, 2, 3}));
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_THAT(viewCalls(), Contains("set patch"));
@@ -296,7 +298,7 @@ TEST_F(BlockClipboard, PasteIntoNothingMakesAStructuredModel) {
     EXPECT_EQ(doc.documentTitle, "Untitled.apt");
     EXPECT_EQ(doc.currentPath, shownFolder() + "Untitled.apt");
     EXPECT_EQ(block(), (Numbers{0, 1}));
-    EXPECT_TRUE(doc.patchCaptured);
+    EXPECT_TRUE(doc.capture->patchCaptured);
     EXPECT_FALSE(doc.patchUndoReady);
 }
 
@@ -305,7 +307,7 @@ TEST_F(BlockClipboard, PasteIntoNothingMakesAStructuredModel) {
 TEST_F(BlockSave, WritesTheZBlockInItsOrderAndLeavesTheModel) {
     hold({flatPatch(2, 2, 0), flatPatch(2, 2, 1), flatPatch(2, 2, 2)});
     select({2, 0});
-    doc.patchCaptured = true;
+    doc.capture.holdBlock();
     ui.files = {{folder / "part.apt"}};
     doc.SaveBlockAs();
     EXPECT_EQ(doc.blockKind, "apt");
@@ -322,7 +324,7 @@ TEST_F(BlockSave, WritesTheZBlockInItsOrderAndLeavesTheModel) {
     EXPECT_EQ(doc.patches.size(), 3U);
     EXPECT_EQ(doc.documentTitle, "wing.apt");
     EXPECT_EQ(doc.currentPath, shownFolder() + "wing.apt");
-    EXPECT_TRUE(doc.patchCaptured);
+    EXPECT_TRUE(doc.capture->patchCaptured);
     EXPECT_EQ(block(), (Numbers{2, 0}));
     EXPECT_FALSE(doc.documentModified);
     EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1"));
@@ -426,13 +428,13 @@ TEST_F(Extrapolation, SkipsAPatchOfOneSection) {
 TEST_F(Extrapolation, LeavesPointAndCurveButNotThePatchRegime) {
     hold(stack(2));
     select({0});
-    doc.patchCaptured = true;
+    doc.capture.holdBlock();
     captureSection(0, 0);
     capturePoint(0, 0, 0);
     ui.dialogs.push_back({});
     doc.Extrapolate();
-    EXPECT_FALSE(doc.pointRegimeActive() || doc.curveRegimeActive());
-    EXPECT_TRUE(doc.patchCaptured);
+    EXPECT_FALSE(doc.capture->pointRegimeActive() || doc.capture->curveRegimeActive());
+    EXPECT_TRUE(doc.capture->patchCaptured);
 }
 
 TEST_F(Extrapolation, WithoutAZBlockChangesNothingAndCancelledTakesNoSnapshot) {

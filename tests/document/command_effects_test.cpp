@@ -729,7 +729,7 @@ TEST_P(CommandEffect, IsToldInMarkTitleStatusAndUndo) {
     } else {
         EXPECT_EQ(doc.patchUndoReady, patchReady || isIn(effect.undo, {Undo::Patch, Undo::Both}));
         EXPECT_EQ(doc.pointUndoReady,
-                  isIn(effect.undo, {Undo::Point, Undo::Both}) || (pointReady && doc.pointRegimeActive()));
+                  isIn(effect.undo, {Undo::Point, Undo::Both}) || (pointReady && doc.capture->pointRegimeActive()));
     }
 }
 

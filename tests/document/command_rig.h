@@ -4,6 +4,7 @@
 #include <optional>
 #include <sstream>
 
+#include "arranged_capture.h"
 #include "command_table.h"
 #include "small_zones.h"
 #include "zone_fixture.h"
@@ -116,15 +117,15 @@ private:
         for (std::int32_t i = 0; i < doc.blockCount; ++i) {
             text_ << ' ' << doc.blockList[static_cast<std::size_t>(i)];
         }
-        if (doc.sectionCaptured) {
-            text_ << "\nheld section " << doc.capturedPatch << ' ' << doc.capturedSection;
+        if (doc.capture->sectionCaptured) {
+            text_ << "\nheld section " << doc.capture->capturedPatch << ' ' << doc.capture->capturedSection;
         }
-        if (doc.lineCaptured) {
-            text_ << "\nheld line " << doc.capturedPatch << ' ' << doc.capturedLine;
+        if (doc.capture->lineCaptured) {
+            text_ << "\nheld line " << doc.capture->capturedPatch << ' ' << doc.capture->capturedLine;
         }
-        if (doc.pointPicked) {
+        if (doc.capture->pointPicked) {
             text_ << "\nheld point ";
-            add(doc.capturedPointPos);
+            add(doc.capture->capturedPointPos);
         }
         text_ << "\nswitches " << doc.showBlockOnly << doc.showFirstPoints << doc.showDoublePoints << doc.showBuffer
               << doc.showZBlockMarkers;
@@ -152,7 +153,9 @@ public:
 
     std::string drawn;
 
-    void onRedraw() override { drawn = Picture::ofAll(doc_); }
+    void onGeometryChanged() override { drawn = Picture::ofAll(doc_); }
+    void onPictureChanged() override { drawn = Picture::ofAll(doc_); }
+    void onHighlightChanged() override { drawn = Picture::ofAll(doc_); }
     void onBoundsChanged() override { drawn = Picture::ofAll(doc_); }
     void setMouseMode(MouseMode) override {}
     void forceMouseMode(MouseMode) override {}
@@ -208,29 +211,28 @@ protected:
         const std::int32_t patch = place.patch - 1;
         const std::int32_t section = place.section - 1;
         const std::int32_t number = place.point - 1;
-        if (doc.pointCaptureArmed || doc.freePointArmed) {
-            doc.capturedPatch = patch;
-            doc.capturedPointSection = section;
-            doc.capturedPoint = number;
+        if (doc.capture->pointCaptureArmed || doc.capture->freePointArmed) {
+            doc.capture.renumberPatch(patch);
+            doc.capture.renumberPoint(section, number);
             const auto position = doc.positionAt(patch, section, number);
             ASSERT_TRUE(position.has_value());
-            doc.capturedPointPos = doc.pickedPoint = *position;
-            doc.pointPicked = true;
-            doc.RefillPointStatus(true);
+            doc.capture.placePoint(*position);
+            arranged(doc).pointPicked = true;
+            doc.capture.describePoint(true);
         }
-        if (doc.patchCaptureArmed) {
-            doc.capturedPatch = patch;
+        if (doc.capture->patchCaptureArmed) {
+            doc.capture.renumberPatch(patch);
         }
-        if (doc.patchRemoving) {
-            doc.patchToRemove = patch;
+        if (doc.capture->patchRemoving) {
+            arranged(doc).patchToRemove = patch;
         }
-        if (doc.sectionCaptureArmed) {
-            doc.capturedPatch = patch;
-            doc.capturedSection = section;
+        if (doc.capture->sectionCaptureArmed) {
+            doc.capture.renumberPatch(patch);
+            doc.capture.renumberSection(section);
         }
-        if (doc.lineCaptureArmed) {
-            doc.capturedPatch = patch;
-            doc.capturedLine = number;
+        if (doc.capture->lineCaptureArmed) {
+            doc.capture.renumberPatch(patch);
+            doc.capture.renumberLine(number);
         }
         doc.moveRegimeAtRelease();
     }

@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "command_table.h"
 
 #include <map>
@@ -369,15 +370,15 @@ TEST(CommandTable, RunsTheMethodOfEachCommandThatIsThere) {
 TEST(CommandTable, EndsEachRegimeByItsExit) {
     RecordingUi ui;
     VelmoraDoc doc(ui, {});
-    doc.pointCaptured = doc.sectionCaptured = doc.patchCaptured = true;
+    arranged(doc).pointCaptured = arranged(doc).sectionCaptured = arranged(doc).patchCaptured = true;
     (doc.*findCommand("point.exit")->run)();
-    EXPECT_FALSE(doc.pointRegimeActive());
-    EXPECT_TRUE(doc.sectionCaptured && doc.patchCaptured);
+    EXPECT_FALSE(doc.capture->pointRegimeActive());
+    EXPECT_TRUE(doc.capture->sectionCaptured && doc.capture->patchCaptured);
     (doc.*findCommand("line.exit")->run)();
-    EXPECT_FALSE(doc.curveRegimeActive());
-    EXPECT_TRUE(doc.patchCaptured);
+    EXPECT_FALSE(doc.capture->curveRegimeActive());
+    EXPECT_TRUE(doc.capture->patchCaptured);
     (doc.*findCommand("patch.exit")->run)();
-    EXPECT_FALSE(doc.patchRegimeActive());
+    EXPECT_FALSE(doc.capture->patchRegimeActive());
 }
 
 TEST(CommandTable, NamesTheOwnerOfEachCommand) {

@@ -52,9 +52,10 @@ protected:
             doc.fileKind == "apt" ? captureLine(part, pick(points)) : captureSection(part, section);
             break;
         case 2:
-            if (doc.pointAt(doc.capturedPatch, doc.capturedSection, 0) != nullptr && doc.sectionCaptured) {
-                const int count = countOf(*doc.sectionAt(doc.capturedPatch, doc.capturedSection));
-                capturePoint(doc.capturedPatch, doc.capturedSection, pick(count));
+            if (doc.pointAt(doc.capture->capturedPatch, doc.capture->capturedSection, 0) != nullptr &&
+                doc.capture->sectionCaptured) {
+                const int count = countOf(*doc.sectionAt(doc.capture->capturedPatch, doc.capture->capturedSection));
+                capturePoint(doc.capture->capturedPatch, doc.capture->capturedSection, pick(count));
             }
             break;
         default:
@@ -102,7 +103,7 @@ private:
         if (!doc.inBlock(part)) {
             addToBlock(part);
         }
-        doc.patchCaptured = true;
+        doc.capture.holdBlock();
     }
 
     std::mt19937 random_{7};

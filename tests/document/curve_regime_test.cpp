@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "document_fixture.h"
 
 namespace velmora::test {
@@ -41,14 +42,14 @@ using InputLine = CurveRegime;
 
 TEST_F(CaptureSection, ArmsTheSectionAndNothingElse) {
     captureSection(1, 2);
-    doc.pointCaptureArmed = doc.freePointArmed = doc.lineCaptureArmed = true;
+    arranged(doc).pointCaptureArmed = arranged(doc).freePointArmed = arranged(doc).lineCaptureArmed = true;
     doc.CaptureSection();
-    EXPECT_TRUE(doc.sectionCaptureArmed);
-    EXPECT_FALSE(doc.sectionCaptured || doc.lineCaptureArmed || doc.lineCaptured);
-    EXPECT_FALSE(doc.pointCaptureArmed || doc.freePointArmed || doc.patchCaptureArmed);
-    EXPECT_EQ(doc.capturedSection, -1);
-    EXPECT_EQ(doc.capturedPatch, -1);
-    EXPECT_EQ(doc.sectionStatus, doc.dragPrompt);
+    EXPECT_TRUE(doc.capture->sectionCaptureArmed);
+    EXPECT_FALSE(doc.capture->sectionCaptured || doc.capture->lineCaptureArmed || doc.capture->lineCaptured);
+    EXPECT_FALSE(doc.capture->pointCaptureArmed || doc.capture->freePointArmed || doc.capture->patchCaptureArmed);
+    EXPECT_EQ(doc.capture->capturedSection, -1);
+    EXPECT_EQ(doc.capture->capturedPatch, -1);
+    EXPECT_EQ(doc.capture->sectionStatus, doc.capture->dragPrompt);
     EXPECT_THAT(heard(), ElementsAre(dragStatus));
     EXPECT_THAT(viewCalls(), ElementsAre("force section"));
 }
@@ -56,65 +57,65 @@ TEST_F(CaptureSection, ArmsTheSectionAndNothingElse) {
 TEST_F(CaptureSection, LeavesTheLineFirst) {
     captureLine(0, 2);
     doc.CaptureSection();
-    EXPECT_FALSE(doc.lineCaptured);
-    EXPECT_EQ(doc.capturedLine, -1);
-    EXPECT_TRUE(doc.sectionCaptureArmed);
+    EXPECT_FALSE(doc.capture->lineCaptured);
+    EXPECT_EQ(doc.capture->capturedLine, -1);
+    EXPECT_TRUE(doc.capture->sectionCaptureArmed);
     EXPECT_THAT(viewCalls(), ElementsAre("reset", "redraw", "force section"));
 }
 
 TEST_F(CaptureSection, LeavesACapturedOrFreePointFirst) {
-    for (bool VelmoraDoc::*flag : {&VelmoraDoc::pointCaptured, &VelmoraDoc::freePointHeld}) {
-        doc.*flag = true;
+    for (bool CaptureState::*flag : {&CaptureState::pointCaptured, &CaptureState::freePointHeld}) {
+        arranged(doc).*flag = true;
         doc.pointUndoReady = true;
         doc.CaptureSection();
-        EXPECT_FALSE(doc.pointRegimeActive());
+        EXPECT_FALSE(doc.capture->pointRegimeActive());
         EXPECT_FALSE(doc.pointUndoReady);
-        EXPECT_TRUE(doc.sectionCaptureArmed);
+        EXPECT_TRUE(doc.capture->sectionCaptureArmed);
     }
 }
 
 TEST_F(CaptureSection, AsksBeforeItEndsTheAddRegimeAndNoLeavesAllAsItWas) {
-    doc.patchCaptureArmed = true;
-    doc.capturedPatch = 1;
+    arranged(doc).patchCaptureArmed = true;
+    doc.capture.renumberPatch(1);
     captureLine(1, 1);
     doc.CaptureSection();
     EXPECT_THAT(heard(), ElementsAre(std::string(leaveQuestion) + " -> no"));
-    EXPECT_TRUE(doc.patchCaptureArmed && doc.lineCaptured);
-    EXPECT_FALSE(doc.sectionCaptureArmed);
-    EXPECT_EQ(doc.capturedPatch, 1);
+    EXPECT_TRUE(doc.capture->patchCaptureArmed && doc.capture->lineCaptured);
+    EXPECT_FALSE(doc.capture->sectionCaptureArmed);
+    EXPECT_EQ(doc.capture->capturedPatch, 1);
     EXPECT_THAT(viewCalls(), IsEmpty());
 }
 
 TEST_F(CaptureSection, AnsweredWithYesEndsTheAddRegime) {
-    doc.patchCaptureArmed = true;
+    arranged(doc).patchCaptureArmed = true;
     addToBlock(1);
     ui.answers = {true};
     doc.CaptureSection();
     EXPECT_THAT(heard(), ElementsAre(std::string(leaveQuestion) + " -> yes", dragStatus));
-    EXPECT_FALSE(doc.patchCaptureArmed);
-    EXPECT_TRUE(doc.sectionCaptureArmed);
+    EXPECT_FALSE(doc.capture->patchCaptureArmed);
+    EXPECT_TRUE(doc.capture->sectionCaptureArmed);
     EXPECT_THAT(block(), ElementsAre(1));
 }
 
 TEST_F(CaptureSection, InACapturedPatchAsksNothingAndKeepsIt) {
-    doc.patchCaptured = true;
+    doc.capture.holdBlock();
     doc.CaptureSection();
     EXPECT_THAT(heard(), ElementsAre(dragStatus));
-    EXPECT_TRUE(doc.patchCaptured);
+    EXPECT_TRUE(doc.capture->patchCaptured);
 }
 
 // ---- Capture line ---------------------------------------------------------------------------------------------------
 
 TEST_F(CaptureLine, ArmsTheLineAndNothingElse) {
     captureLine(0, 2);
-    doc.pointCaptureArmed = doc.freePointArmed = doc.sectionCaptureArmed = true;
+    arranged(doc).pointCaptureArmed = arranged(doc).freePointArmed = arranged(doc).sectionCaptureArmed = true;
     doc.CaptureLine();
-    EXPECT_TRUE(doc.lineCaptureArmed);
-    EXPECT_FALSE(doc.lineCaptured || doc.sectionCaptureArmed || doc.sectionCaptured);
-    EXPECT_FALSE(doc.pointCaptureArmed || doc.freePointArmed || doc.patchCaptureArmed);
-    EXPECT_EQ(doc.capturedLine, -1);
-    EXPECT_EQ(doc.capturedPatch, -1);
-    EXPECT_EQ(doc.lineStatus, doc.dragPrompt);
+    EXPECT_TRUE(doc.capture->lineCaptureArmed);
+    EXPECT_FALSE(doc.capture->lineCaptured || doc.capture->sectionCaptureArmed || doc.capture->sectionCaptured);
+    EXPECT_FALSE(doc.capture->pointCaptureArmed || doc.capture->freePointArmed || doc.capture->patchCaptureArmed);
+    EXPECT_EQ(doc.capture->capturedLine, -1);
+    EXPECT_EQ(doc.capture->capturedPatch, -1);
+    EXPECT_EQ(doc.capture->lineStatus, doc.capture->dragPrompt);
     EXPECT_THAT(heard(), ElementsAre(dragStatus));
     EXPECT_THAT(viewCalls(), ElementsAre("force line"));
 }
@@ -122,18 +123,18 @@ TEST_F(CaptureLine, ArmsTheLineAndNothingElse) {
 TEST_F(CaptureLine, LeavesTheSectionFirst) {
     captureSection(0, 2);
     doc.CaptureLine();
-    EXPECT_FALSE(doc.sectionCaptured);
-    EXPECT_EQ(doc.capturedSection, -1);
-    EXPECT_TRUE(doc.lineCaptureArmed);
+    EXPECT_FALSE(doc.capture->sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedSection, -1);
+    EXPECT_TRUE(doc.capture->lineCaptureArmed);
     EXPECT_THAT(viewCalls(), ElementsAre("reset", "redraw", "force line"));
 }
 
 TEST_F(CaptureLine, AsksBeforeItEndsTheAddRegime) {
-    doc.patchCaptureArmed = true;
+    arranged(doc).patchCaptureArmed = true;
     doc.CaptureLine();
     EXPECT_THAT(heard(), ElementsAre(std::string(leaveQuestion) + " -> no"));
-    EXPECT_TRUE(doc.patchCaptureArmed);
-    EXPECT_FALSE(doc.lineCaptureArmed);
+    EXPECT_TRUE(doc.capture->patchCaptureArmed);
+    EXPECT_FALSE(doc.capture->lineCaptureArmed);
 }
 
 // ---- The next one ---------------------------------------------------------------------------------------------------
@@ -141,90 +142,90 @@ TEST_F(CaptureLine, AsksBeforeItEndsTheAddRegime) {
 TEST_F(NextCurve, ArmsASectionAfterASection) {
     captureSection(0, 1);
     doc.NextSectionOrLine();
-    EXPECT_TRUE(doc.sectionCaptureArmed);
-    EXPECT_FALSE(doc.sectionCaptured || doc.lineCaptureArmed);
+    EXPECT_TRUE(doc.capture->sectionCaptureArmed);
+    EXPECT_FALSE(doc.capture->sectionCaptured || doc.capture->lineCaptureArmed);
 }
 
 TEST_F(NextCurve, ArmsALineAfterALine) {
     captureLine(0, 1);
     doc.NextSectionOrLine();
-    EXPECT_TRUE(doc.lineCaptureArmed);
-    EXPECT_FALSE(doc.lineCaptured || doc.sectionCaptureArmed);
+    EXPECT_TRUE(doc.capture->lineCaptureArmed);
+    EXPECT_FALSE(doc.capture->lineCaptured || doc.capture->sectionCaptureArmed);
 }
 
 TEST_F(NextCurve, WithNeitherDoesNothing) {
-    doc.sectionCaptureArmed = true;
-    doc.capturedPatch = 1;
+    arranged(doc).sectionCaptureArmed = true;
+    doc.capture.renumberPatch(1);
     doc.NextSectionOrLine();
     EXPECT_THAT(heard(), IsEmpty());
     EXPECT_THAT(viewCalls(), IsEmpty());
-    EXPECT_EQ(doc.capturedPatch, 1);
+    EXPECT_EQ(doc.capture->capturedPatch, 1);
 }
 
 TEST_F(NextCurve, LeavesAFreePointFirst) {
     captureSection(0, 1);
-    doc.freePointHeld = true;
+    arranged(doc).freePointHeld = true;
     doc.NextSectionOrLine();
-    EXPECT_FALSE(doc.freePointHeld);
-    EXPECT_TRUE(doc.sectionCaptureArmed);
+    EXPECT_FALSE(doc.capture->freePointHeld);
+    EXPECT_TRUE(doc.capture->sectionCaptureArmed);
     EXPECT_THAT(heard(), ElementsAre("status: Press right button to continue", dragStatus));
 }
 
 // ---- Exit -----------------------------------------------------------------------------------------------------------
 
 TEST_F(ExitLines, ForgetsASectionCapturedOrArmed) {
-    for (bool VelmoraDoc::*flag : {&VelmoraDoc::sectionCaptured, &VelmoraDoc::sectionCaptureArmed}) {
+    for (bool CaptureState::*flag : {&CaptureState::sectionCaptured, &CaptureState::sectionCaptureArmed}) {
         captureSection(0, 1);
-        doc.sectionCaptured = false;
-        doc.*flag = true;
-        doc.pointPicked = true;
+        arranged(doc).sectionCaptured = false;
+        arranged(doc).*flag = true;
+        arranged(doc).pointPicked = true;
         doc.ExitLineRegime();
-        EXPECT_FALSE(doc.curveRegimeActive());
-        EXPECT_EQ(doc.capturedSection, -1);
-        EXPECT_EQ(doc.capturedPatch, -1);
-        EXPECT_FALSE(doc.pointPicked);
+        EXPECT_FALSE(doc.capture->curveRegimeActive());
+        EXPECT_EQ(doc.capture->capturedSection, -1);
+        EXPECT_EQ(doc.capture->capturedPatch, -1);
+        EXPECT_FALSE(doc.capture->pointPicked);
         EXPECT_THAT(viewCalls(), ElementsAre("reset", "redraw"));
     }
 }
 
 TEST_F(ExitLines, ForgetsALineCapturedOrArmed) {
-    for (bool VelmoraDoc::*flag : {&VelmoraDoc::lineCaptured, &VelmoraDoc::lineCaptureArmed}) {
+    for (bool CaptureState::*flag : {&CaptureState::lineCaptured, &CaptureState::lineCaptureArmed}) {
         captureLine(0, 1);
-        doc.lineCaptured = false;
-        doc.*flag = true;
+        arranged(doc).lineCaptured = false;
+        arranged(doc).*flag = true;
         doc.ExitLineRegime();
-        EXPECT_FALSE(doc.curveRegimeActive());
-        EXPECT_EQ(doc.capturedLine, -1);
-        EXPECT_EQ(doc.capturedPatch, -1);
+        EXPECT_FALSE(doc.capture->curveRegimeActive());
+        EXPECT_EQ(doc.capture->capturedLine, -1);
+        EXPECT_EQ(doc.capture->capturedPatch, -1);
         EXPECT_THAT(viewCalls(), ElementsAre("reset", "redraw"));
     }
 }
 
 TEST_F(ExitLines, LeavesTheNumberOfACurveThatWasNotInHand) {
     captureSection(0, 1);
-    doc.capturedLine = 2;
+    doc.capture.renumberLine(2);
     doc.ExitLineRegime();
-    EXPECT_EQ(doc.capturedLine, 2);
+    EXPECT_EQ(doc.capture->capturedLine, 2);
 }
 
 TEST_F(ExitLines, LeavesAPointFirst) {
     captureSection(0, 1);
     capturePoint(0, 1, 2);
     doc.ExitLineRegime();
-    EXPECT_FALSE(doc.pointRegimeActive());
-    EXPECT_FALSE(doc.sectionCaptured);
+    EXPECT_FALSE(doc.capture->pointRegimeActive());
+    EXPECT_FALSE(doc.capture->sectionCaptured);
 }
 
 TEST_F(ExitLines, InAPatchComesBackToPatchModeAndItsStatus) {
-    for (bool VelmoraDoc::*flag : {&VelmoraDoc::patchCaptured, &VelmoraDoc::patchCaptureArmed}) {
-        doc.*flag = true;
-        doc.blockStatus = "the patch ";
+    for (bool CaptureState::*flag : {&CaptureState::patchCaptured, &CaptureState::patchCaptureArmed}) {
+        arranged(doc).*flag = true;
+        arranged(doc).blockStatus = "the patch ";
         captureSection(0, 1);
         doc.ExitLineRegime();
         EXPECT_THAT(heard(), ElementsAre("status: the patch "));
         EXPECT_EQ(viewCalls().front(), "set patch");
-        EXPECT_EQ(doc.capturedPatch, -1);
-        doc.*flag = false;
+        EXPECT_EQ(doc.capture->capturedPatch, -1);
+        arranged(doc).*flag = false;
     }
 }
 
@@ -249,8 +250,8 @@ TEST_F(ExitLines, WithNoCurveInHandLeavesTheZBlockAlone) {
 TEST_F(ExitLines, ByTheMenuLeavesTheRegime) {
     captureLine(0, 1);
     doc.ExitLines();
-    EXPECT_FALSE(doc.curveRegimeActive());
-    EXPECT_EQ(doc.capturedLine, -1);
+    EXPECT_FALSE(doc.capture->curveRegimeActive());
+    EXPECT_EQ(doc.capture->capturedLine, -1);
 }
 
 // ---- Input section --------------------------------------------------------------------------------------------------
@@ -268,29 +269,29 @@ TEST_F(InputSection, CancelledChangesNothing) {
     captureLine(0, 1);
     doc.InputSection();
     EXPECT_THAT(heard(), ElementsAre("dialog: CInputSection -> cancel"));
-    EXPECT_TRUE(doc.lineCaptured);
-    EXPECT_FALSE(doc.sectionCaptured);
+    EXPECT_TRUE(doc.capture->lineCaptured);
+    EXPECT_FALSE(doc.capture->sectionCaptured);
     EXPECT_THAT(viewCalls(), IsEmpty());
 }
 
 TEST_F(InputSection, HoldsTheSection) {
-    doc.pointCaptureArmed = doc.freePointArmed = doc.patchCaptureArmed = true;
-    doc.sectionCaptureArmed = doc.lineCaptureArmed = true;
+    arranged(doc).pointCaptureArmed = arranged(doc).freePointArmed = arranged(doc).patchCaptureArmed = true;
+    arranged(doc).sectionCaptureArmed = arranged(doc).lineCaptureArmed = true;
     ui.dialogs.push_back({{"patch", "2"}, {"section", "4"}});
     doc.InputSection();
-    EXPECT_TRUE(doc.sectionCaptured);
-    EXPECT_FALSE(doc.sectionCaptureArmed || doc.lineCaptured || doc.lineCaptureArmed);
-    EXPECT_FALSE(doc.pointCaptureArmed || doc.freePointArmed || doc.patchCaptureArmed);
-    EXPECT_EQ(doc.capturedPatch, 1);
-    EXPECT_EQ(doc.capturedSection, 3);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
+    EXPECT_FALSE(doc.capture->sectionCaptureArmed || doc.capture->lineCaptured || doc.capture->lineCaptureArmed);
+    EXPECT_FALSE(doc.capture->pointCaptureArmed || doc.capture->freePointArmed || doc.capture->patchCaptureArmed);
+    EXPECT_EQ(doc.capture->capturedPatch, 1);
+    EXPECT_EQ(doc.capture->capturedSection, 3);
     const std::string text = "Captured section: Patch K=2, Section N=4, Points M=2  // Press right button to continue ";
-    EXPECT_EQ(doc.sectionContinueStatus, text);
+    EXPECT_EQ(doc.capture->sectionContinueStatus, text);
     EXPECT_THAT(heard(), ElementsAre("dialog: CInputSection -> ok", "status: " + text));
     EXPECT_THAT(viewCalls(), ElementsAre("force section", "redraw", "set section"));
 }
 
 TEST_F(InputSection, AsksNothingOfTheAddRegime) {
-    doc.patchCaptureArmed = true;
+    arranged(doc).patchCaptureArmed = true;
     ui.dialogs.push_back({});
     doc.InputSection();
     EXPECT_EQ(heard().front(), "dialog: CInputSection -> ok");
@@ -301,21 +302,21 @@ TEST_F(InputSection, LeavesPointAndLine) {
     capturePoint(0, 1, 1);
     ui.dialogs.push_back({{"patch", "1"}, {"section", "3"}});
     doc.InputSection();
-    EXPECT_FALSE(doc.pointRegimeActive());
-    EXPECT_FALSE(doc.lineCaptured);
-    EXPECT_EQ(doc.capturedLine, -1);
-    EXPECT_EQ(doc.capturedPatch, 0);
-    EXPECT_EQ(doc.capturedSection, 2);
+    EXPECT_FALSE(doc.capture->pointRegimeActive());
+    EXPECT_FALSE(doc.capture->lineCaptured);
+    EXPECT_EQ(doc.capture->capturedLine, -1);
+    EXPECT_EQ(doc.capture->capturedPatch, 0);
+    EXPECT_EQ(doc.capture->capturedSection, 2);
 }
 
 TEST_F(InputSection, OutsideTheZBlockIsRefusedByTheDialog) {
     addToBlock(1);
-    doc.patchCaptured = true;
+    doc.capture.holdBlock();
     ui.dialogs.push_back({{"patch", "1"}});
     doc.InputSection();
     EXPECT_THAT(heard(), ElementsAre("refused: OK: Number of inputted patch is out of Block",
                                      "dialog: CInputSection -> cancel"));
-    EXPECT_FALSE(doc.sectionCaptured);
+    EXPECT_FALSE(doc.capture->sectionCaptured);
 }
 
 TEST_F(InputSection, KeepsItsNumbersForTheNextTime) {
@@ -339,12 +340,12 @@ TEST_F(InputLine, OpensWithWhatIsCaptured) {
 TEST_F(InputLine, HoldsTheLine) {
     ui.dialogs.push_back({{"patch", "1"}, {"line", "4"}});
     doc.InputLine();
-    EXPECT_TRUE(doc.lineCaptured);
-    EXPECT_FALSE(doc.lineCaptureArmed || doc.sectionCaptured || doc.sectionCaptureArmed);
-    EXPECT_EQ(doc.capturedPatch, 0);
-    EXPECT_EQ(doc.capturedLine, 3);
+    EXPECT_TRUE(doc.capture->lineCaptured);
+    EXPECT_FALSE(doc.capture->lineCaptureArmed || doc.capture->sectionCaptured || doc.capture->sectionCaptureArmed);
+    EXPECT_EQ(doc.capture->capturedPatch, 0);
+    EXPECT_EQ(doc.capture->capturedLine, 3);
     const std::string text = "Captured line: Patch K=1, Line N=4  // Press right button to continue ";
-    EXPECT_EQ(doc.lineContinueStatus, text);
+    EXPECT_EQ(doc.capture->lineContinueStatus, text);
     EXPECT_THAT(heard(), ElementsAre("dialog: CInputLine -> ok", "status: " + text));
     EXPECT_THAT(viewCalls(), ElementsAre("force line", "redraw", "set line"));
 }
@@ -353,13 +354,13 @@ TEST_F(InputLine, LeavesASectionOrALine) {
     captureSection(0, 2);
     ui.dialogs.push_back({{"patch", "1"}, {"line", "4"}});
     doc.InputLine();
-    EXPECT_FALSE(doc.sectionCaptured);
-    EXPECT_EQ(doc.capturedSection, -1);
-    EXPECT_EQ(doc.capturedLine, 3);
+    EXPECT_FALSE(doc.capture->sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedSection, -1);
+    EXPECT_EQ(doc.capture->capturedLine, 3);
     viewCalls();
     ui.dialogs.push_back({{"patch", "1"}, {"line", "2"}});
     doc.InputLine();
-    EXPECT_EQ(doc.capturedLine, 1);
+    EXPECT_EQ(doc.capture->capturedLine, 1);
     EXPECT_EQ(viewCalls().front(), "reset"); // the line regime was left and entered again
 }
 

@@ -1,6 +1,7 @@
 #include <cmath>
 #include <limits>
 
+#include "arranged_capture.h"
 #include "document_fixture.h"
 
 namespace velmora::test {
@@ -21,12 +22,13 @@ TEST_F(DocumentCore, StartsEmpty) {
     EXPECT_EQ(doc.fileKind, "non");
     EXPECT_EQ(doc.secondKind, "non");
     EXPECT_EQ(doc.documentTitle, "Untitled");
-    EXPECT_EQ(doc.continuePrompt, "Press right button to continue");
-    EXPECT_EQ(doc.dragPrompt, "Press left button of mouse and drag it");
+    EXPECT_EQ(doc.capture->continuePrompt, "Press right button to continue");
+    EXPECT_EQ(doc.capture->dragPrompt, "Press left button of mouse and drag it");
     EXPECT_TRUE(doc.patches.empty());
     for (const std::int32_t number :
-         {doc.capturedPatch, doc.capturedPointSection, doc.capturedPoint, doc.capturedSection, doc.capturedLine,
-          doc.savedPatch, doc.savedPointSection, doc.savedPoint, doc.savedSection, doc.savedLine}) {
+         {doc.capture->capturedPatch, doc.capture->capturedPointSection, doc.capture->capturedPoint,
+          doc.capture->capturedSection, doc.capture->capturedLine, doc.capture->savedPatch,
+          doc.capture->savedPointSection, doc.capture->savedPoint, doc.capture->savedSection, doc.capture->savedLine}) {
         EXPECT_EQ(number, -1);
     }
     EXPECT_EQ(doc.blockCount, 0);
@@ -38,18 +40,42 @@ TEST_F(DocumentCore, StartsEmpty) {
 }
 
 TEST_F(DocumentCore, StartsWithAllFlagsClearButPartAfter) {
-    for (const bool flag : {doc.appendMode,         doc.readerOption,       doc.pointUndoReady,
-                            doc.patchUndoReady,     doc.pointCaptureArmed,  doc.pointCaptured,
-                            doc.freePointArmed,     doc.freePointHeld,      doc.pointDragging,
-                            doc.patchRemoving,      doc.rebuildOnUndo,      doc.pointPicked,
-                            doc.surfaceMode,        doc.pointClipboardFull, doc.patchCaptureArmed,
-                            doc.patchCaptured,      doc.sectionCaptured,    doc.sectionCaptureArmed,
-                            doc.lineCaptureArmed,   doc.lineCaptured,       doc.showBlockOnly,
-                            doc.showFirstPoints,    doc.showDoublePoints,   doc.showBuffer,
-                            doc.showZBlockMarkers,  doc.partBefore,         doc.lineBufferFull,
-                            doc.blockClipboardFull, doc.documentModified,   doc.sftOpen,
-                            doc.markersOpen,        doc.cbcAppended,        doc.gridNamed,
-                            doc.fieldLoaded,        doc.fieldMode,          doc.fieldOpening}) {
+    for (const bool flag : {doc.appendMode,
+                            doc.readerOption,
+                            doc.pointUndoReady,
+                            doc.patchUndoReady,
+                            doc.capture->pointCaptureArmed,
+                            doc.capture->pointCaptured,
+                            doc.capture->freePointArmed,
+                            doc.capture->freePointHeld,
+                            doc.capture->pointDragging,
+                            doc.capture->patchRemoving,
+                            doc.rebuildOnUndo,
+                            doc.capture->pointPicked,
+                            doc.surfaceMode,
+                            doc.pointClipboardFull,
+                            doc.capture->patchCaptureArmed,
+                            doc.capture->patchCaptured,
+                            doc.capture->sectionCaptured,
+                            doc.capture->sectionCaptureArmed,
+                            doc.capture->lineCaptureArmed,
+                            doc.capture->lineCaptured,
+                            doc.showBlockOnly,
+                            doc.showFirstPoints,
+                            doc.showDoublePoints,
+                            doc.showBuffer,
+                            doc.showZBlockMarkers,
+                            doc.partBefore,
+                            doc.lineBufferFull,
+                            doc.blockClipboardFull,
+                            doc.documentModified,
+                            doc.sftOpen,
+                            doc.markersOpen,
+                            doc.cbcAppended,
+                            doc.gridNamed,
+                            doc.fieldLoaded,
+                            doc.fieldMode,
+                            doc.fieldOpening}) {
         EXPECT_FALSE(flag);
     }
     EXPECT_TRUE(doc.partAfter);
@@ -193,23 +219,25 @@ TEST_F(DocumentCore, RedrawAloneTouchesNoMouseMode) {
 }
 
 TEST_F(DocumentCore, RedrawPutsTheModesBackFromTheOutermostRegimeIn) {
-    doc.patchCaptured = doc.sectionCaptured = doc.lineCaptured = doc.pointCaptured = true;
+    arranged(doc).patchCaptured = arranged(doc).sectionCaptured = arranged(doc).lineCaptured =
+        arranged(doc).pointCaptured = true;
     doc.redraw();
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set patch", "set section", "set line", "set point"));
 }
 
 TEST_F(DocumentCore, RedrawWithAFreePointEndsInLineModeUnlessAPointIsCaptured) {
-    doc.freePointHeld = true;
+    arranged(doc).freePointHeld = true;
     doc.redraw();
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set point", "set line"));
-    doc.pointCaptured = true;
+    doc.capture.keepPoint();
     doc.redraw();
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set point", "set point"));
 }
 
 TEST_F(DocumentCore, ArmedRegimesAloneDoNotMoveTheModeAtRedraw) {
-    doc.patchCaptureArmed = doc.sectionCaptureArmed = doc.lineCaptureArmed = doc.pointCaptureArmed = true;
-    doc.freePointArmed = true;
+    arranged(doc).patchCaptureArmed = arranged(doc).sectionCaptureArmed = arranged(doc).lineCaptureArmed =
+        arranged(doc).pointCaptureArmed = true;
+    arranged(doc).freePointArmed = true;
     doc.redraw();
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
 }
@@ -255,38 +283,38 @@ TEST_F(DocumentCore, InBlockLooksAtValidEntriesOnly) {
 }
 
 TEST_F(DocumentCore, RefillWritesBothPointTexts) {
-    doc.capturedPatch = 0;
-    doc.capturedPointSection = 1;
-    doc.capturedPoint = 2;
-    doc.pickedPoint = {1, 2, 3};
+    doc.capture.renumberPatch(0);
+    doc.capture.renumberPoint(1, 2);
+    arranged(doc).pickedPoint = {1, 2, 3};
     const std::string text = "Captured point: (Patch K=1, Section N=2, Point M=3) X=1.000000, Y=2.000000, Z=3.000000";
-    doc.lineCaptured = true;
-    doc.RefillPointStatus(false);
-    EXPECT_EQ(doc.pointStatus, text);
-    EXPECT_EQ(doc.pointContinueStatus, text + " // Press right button to continue ");
+    arranged(doc).lineCaptured = true;
+    doc.capture.describePoint(false);
+    EXPECT_EQ(doc.capture->pointStatus, text);
+    EXPECT_EQ(doc.capture->pointContinueStatus, text + " // Press right button to continue ");
 }
 
 TEST_F(DocumentCore, RefillOnALineExchangesLineAndPoint) {
-    doc.capturedPatch = 0;
-    doc.capturedPointSection = 1;
-    doc.capturedPoint = 2;
-    doc.lineCaptured = true;
-    doc.RefillPointStatus(true);
-    EXPECT_EQ(doc.pointStatus,
+    doc.capture.renumberPatch(0);
+    doc.capture.renumberPoint(1, 2);
+    arranged(doc).lineCaptured = true;
+    doc.capture.describePoint(true);
+    EXPECT_EQ(doc.capture->pointStatus,
               "Captured point: (Patch K=1, Section N=2, Point M=3) X=0.000000, Y=0.000000, Z=0.000000");
-    EXPECT_EQ(doc.pointContinueStatus, "Captured point: (Patch K=1, Line N=3, Point M=2) X=0.000000, Y=0.000000, "
-                                       "Z=0.000000 // Press right button to continue ");
+    EXPECT_EQ(doc.capture->pointContinueStatus,
+              "Captured point: (Patch K=1, Line N=3, Point M=2) X=0.000000, Y=0.000000, "
+              "Z=0.000000 // Press right button to continue ");
 }
 
 TEST_F(DocumentCore, RefillOnASectionNamesTheCapturedSection) {
-    doc.capturedPatch = 0;
-    doc.capturedPointSection = 1;
-    doc.capturedSection = 6;
-    doc.capturedPoint = 2;
-    doc.sectionCaptured = true;
-    doc.RefillPointStatus(true);
-    EXPECT_EQ(doc.pointContinueStatus, "Captured point: (Patch K=1, Section N=7, Point M=3) X=0.000000, Y=0.000000, "
-                                       "Z=0.000000 // Press right button to continue ");
+    doc.capture.renumberPatch(0);
+    arranged(doc).capturedPointSection = 1;
+    doc.capture.renumberSection(6);
+    arranged(doc).capturedPoint = 2;
+    arranged(doc).sectionCaptured = true;
+    doc.capture.describePoint(true);
+    EXPECT_EQ(doc.capture->pointContinueStatus,
+              "Captured point: (Patch K=1, Section N=7, Point M=3) X=0.000000, Y=0.000000, "
+              "Z=0.000000 // Press right button to continue ");
 }
 
 } // namespace velmora::test

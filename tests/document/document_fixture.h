@@ -9,6 +9,7 @@
 
 #include "RecordingUi.h"
 #include "VelmoraDoc.h"
+#include "arranged_capture.h"
 #include "path_names.h"
 #include "small_models.h"
 
@@ -22,7 +23,9 @@ public:
     Lines calls;
     int plane = 0; ///< what principalPlane answers
 
-    void onRedraw() override { calls.emplace_back("redraw"); }
+    void onGeometryChanged() override { calls.emplace_back("redraw"); }
+    void onPictureChanged() override { calls.emplace_back("redraw"); }
+    void onHighlightChanged() override { calls.emplace_back("redraw"); }
     void onBoundsChanged() override { calls.emplace_back("bounds"); }
     void setMouseMode(MouseMode mode) override { calls.push_back("set " + nameOf(mode)); }
     void forceMouseMode(MouseMode mode) override { calls.push_back("force " + nameOf(mode)); }
@@ -84,25 +87,10 @@ protected:
     std::vector<std::int32_t> block() const { return {doc.blockList.begin(), doc.blockList.begin() + doc.blockCount}; }
 
     void capturePoint(std::int32_t patch, std::int32_t section, std::int32_t point) {
-        doc.pointCaptured = true;
-        doc.pointPicked = true;
-        doc.capturedPatch = patch;
-        doc.capturedPointSection = section;
-        doc.capturedPoint = point;
-        doc.pickedPoint = doc.capturedPointPos = *doc.pointAt(patch, section, point);
+        holdPoint(doc, patch, section, point);
     }
-
-    void captureSection(std::int32_t patch, std::int32_t section) {
-        doc.sectionCaptured = true;
-        doc.capturedPatch = patch;
-        doc.capturedSection = section;
-    }
-
-    void captureLine(std::int32_t patch, std::int32_t line) {
-        doc.lineCaptured = true;
-        doc.capturedPatch = patch;
-        doc.capturedLine = line;
-    }
+    void captureSection(std::int32_t patch, std::int32_t section) { holdSection(doc, patch, section); }
+    void captureLine(std::int32_t patch, std::int32_t line) { holdLine(doc, patch, line); }
 
     /// The folder as the document's strings show it, with its closing separator.
     std::string shownFolder() const { return lowerCase(folder.path().string()) + "/"; }

@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "document_fixture.h"
 
 namespace velmora::test {
@@ -20,7 +21,7 @@ const char* const editedText =
 } // namespace
 
 TEST_F(EditPoint, ShowsThePickedPoint) {
-    doc.pickedPoint = {7, 8, 9};
+    arranged(doc).pickedPoint = {7, 8, 9};
     Lines shown;
     ui.onDialog = [&shown](DialogForm& form) {
         for (const DialogField& field : form.fields) {
@@ -36,9 +37,9 @@ TEST_F(EditPoint, MovesThePointAndAllThatStandsForIt) {
     doc.EditPoint();
     const zVec<double> moved(1.5, -2, 0.25);
     EXPECT_EQ(doc.patches[0][1][2], moved);
-    EXPECT_EQ(doc.pickedPoint, moved);
-    EXPECT_EQ(doc.capturedPointPos, moved);
-    EXPECT_EQ(doc.pointStatus, editedText);
+    EXPECT_EQ(doc.capture->pickedPoint, moved);
+    EXPECT_EQ(doc.capture->capturedPointPos, moved);
+    EXPECT_EQ(doc.capture->pointStatus, editedText);
     EXPECT_THAT(heard(), ElementsAre("dialog: dlgEditPoint -> ok",
                                      std::string("status: ") + editedText + " // Press right button to continue "));
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set point"));
@@ -61,9 +62,9 @@ TEST_F(EditPoint, TakesASnapshotAndTheAddress) {
     EXPECT_TRUE(doc.pointUndoReady);
     EXPECT_FALSE(doc.patchUndoReady);
     EXPECT_TRUE(doc.documentModified);
-    EXPECT_EQ(doc.savedPatch, 0);
-    EXPECT_EQ(doc.savedPointSection, 1);
-    EXPECT_EQ(doc.savedPoint, 2);
+    EXPECT_EQ(doc.capture->savedPatch, 0);
+    EXPECT_EQ(doc.capture->savedPointSection, 1);
+    EXPECT_EQ(doc.capture->savedPoint, 2);
 }
 
 TEST_F(EditPoint, CancelledChangesNothing) {
@@ -86,7 +87,7 @@ TEST_F(EditPoint, OnALineSpeaksOfTheLine) {
 }
 
 TEST_F(EditPoint, WithAnAddressOutsideTheModelDoesNothing) {
-    doc.capturedPoint = 99;
+    arranged(doc).capturedPoint = 99;
     const PatchList before = doc.patches;
     ui.dialogs.push_back({{"x", "5"}});
     doc.EditPoint();

@@ -574,8 +574,8 @@ TEST_F(Traces, OpenThatGivesNothingLeavesTheRegimesAndDraws) {
             ui.answers = {true};
             ui.files.push_back(chosen);
             run(command);
-            EXPECT_FALSE(doc.sectionCaptured);
-            EXPECT_EQ(doc.capturedPatch, -1);
+            EXPECT_FALSE(doc.capture->sectionCaptured);
+            EXPECT_EQ(doc.capture->capturedPatch, -1);
             EXPECT_FALSE(doc.fieldOpening);
             EXPECT_THAT(view.calls, Contains("redraw"));
             EXPECT_THAT(ui.transcript, Not(Contains(StartsWith("recent: "))));
@@ -678,7 +678,8 @@ TEST_F(Traces, CloseFieldLeavesNothingCapturedSelectedOrShown) {
     EXPECT_EQ(doc.status, idle);
     EXPECT_THAT(doc.blockList, testing::Each(-1));
     EXPECT_EQ(doc.blockCount, 0);
-    EXPECT_FALSE(doc.showBlockOnly || doc.patchCaptured || doc.patchCaptureArmed || doc.patchRemoving);
+    EXPECT_FALSE(doc.showBlockOnly || doc.capture->patchCaptured || doc.capture->patchCaptureArmed ||
+                 doc.capture->patchRemoving);
     EXPECT_THAT(view.calls, testing::IsSupersetOf({"reset", "redraw"}));
     EXPECT_EQ(ui.count(std::string("status: ") + idle), 1U);
 }

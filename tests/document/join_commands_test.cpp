@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "document_fixture.h"
 
 namespace velmora::test {
@@ -28,7 +29,7 @@ protected:
         for (const std::int32_t k : members) {
             addToBlock(k);
         }
-        doc.patchCaptured = true;
+        doc.capture.holdBlock();
         ui.dialogs.push_back(fields);
         doc.MergePatches();
     }
@@ -44,7 +45,7 @@ TEST_F(SplitPatch, AtASectionGivesTwoPatchesAndEmptiesTheZBlock) {
     hold({flatPatch(2, 2), flatPatch(7, 4), flatPatch(3, 3)});
     const PatchList before = doc.patches;
     captureSection(1, 3);
-    doc.sectionContinueStatus = "the section";
+    arranged(doc).sectionContinueStatus = "the section";
     addToBlock(2);
     doc.rebuildOnUndo = true;
     doc.SplitPatch();
@@ -58,8 +59,8 @@ TEST_F(SplitPatch, AtASectionGivesTwoPatchesAndEmptiesTheZBlock) {
     EXPECT_FALSE(doc.rebuildOnUndo);
     EXPECT_THAT(block(), IsEmpty());
     EXPECT_EQ(doc.blockList[0], -1);
-    EXPECT_EQ(doc.capturedPatch, 1);
-    EXPECT_EQ(doc.capturedSection, 3);
+    EXPECT_EQ(doc.capture->capturedPatch, 1);
+    EXPECT_EQ(doc.capture->capturedSection, 3);
     EXPECT_THAT(heard(), ElementsAre("status: the section"));
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set section"));
 }
@@ -77,9 +78,9 @@ TEST_F(SplitPatch, AtALineGivesTwoPatchesAndTheIdlePrompt) {
 TEST_F(SplitPatch, AtALineInThePatchRegimeShowsHowToGoOn) {
     hold({flatPatch(3, 6)});
     captureLine(0, 2);
-    doc.patchCaptured = true;
+    doc.capture.holdBlock();
     doc.SplitPatch();
-    EXPECT_THAT(heard(), ElementsAre("status: " + doc.continuePrompt));
+    EXPECT_THAT(heard(), ElementsAre("status: " + doc.capture->continuePrompt));
 }
 
 TEST_F(SplitPatch, AtABorderLeavesTheModelButTakesSnapshotPromptAndZBlock) {
@@ -87,7 +88,7 @@ TEST_F(SplitPatch, AtABorderLeavesTheModelButTakesSnapshotPromptAndZBlock) {
         hold({flatPatch(4, 5)});
         const PatchList before = doc.patches;
         captureSection(0, section);
-        doc.sectionContinueStatus = "the section";
+        arranged(doc).sectionContinueStatus = "the section";
         addToBlock(0);
         doc.patchUndoReady = false;
         doc.SplitPatch();
@@ -147,8 +148,8 @@ TEST_F(MergePatches, EndsTheZBlockAndItsRegime) {
     EXPECT_EQ(doc.patches.size(), 2U);
     EXPECT_THAT(block(), IsEmpty());
     EXPECT_EQ(doc.blockList[0], -1);
-    EXPECT_EQ(doc.capturedPatch, -1);
-    EXPECT_FALSE(doc.patchCaptured || doc.showBlockOnly);
+    EXPECT_EQ(doc.capture->capturedPatch, -1);
+    EXPECT_FALSE(doc.capture->patchCaptured || doc.showBlockOnly);
     EXPECT_THAT(heard(), ElementsAre("dialog: CMerge -> ok", "status: For Help, press F1"));
     EXPECT_THAT(viewCalls(), ElementsAre("reset", "redraw"));
 }
@@ -157,8 +158,8 @@ TEST_F(MergePatches, LeavesTheSectionOrLineRegime) {
     hold({flatPatch(2, 3), flatPatch(2, 3)});
     captureSection(0, 1);
     merge({}, {0, 1});
-    EXPECT_FALSE(doc.sectionCaptured);
-    EXPECT_EQ(doc.capturedSection, -1);
+    EXPECT_FALSE(doc.capture->sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedSection, -1);
 }
 
 TEST_F(MergePatches, FollowsTheOrderOfTheZBlock) {
@@ -178,7 +179,7 @@ TEST_F(MergePatches, OfDifferentPointCountsStopsBeforeAnythingChanged) {
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
     EXPECT_THAT(block(), ElementsAre(0, 1));
-    EXPECT_TRUE(doc.patchCaptured);
+    EXPECT_TRUE(doc.capture->patchCaptured);
 }
 
 TEST_F(MergePatches, ByLinesOfDifferentSectionCountsStopsBeforeAnythingChanged) {

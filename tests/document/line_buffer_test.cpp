@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "document_fixture.h"
 
 namespace velmora::test {
@@ -91,7 +92,7 @@ TEST_F(LineBuffer, PasteOnASectionSaysThatAptMayBeViolatedEvenWhenItIsNot) {
     EXPECT_EQ(doc.undoPatches, before);
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_FALSE(doc.rebuildOnUndo);
-    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
 }
 
 TEST_F(LineBuffer, PasteOfAnotherLengthOnASectionTurnsAptToSkl) {
@@ -145,9 +146,9 @@ TEST_F(LineBuffer, PasteOnALineThatNotEverySectionReachesIsRefused) {
 
 TEST_F(LineBuffer, GrowsByThePickedPointOfEachCall) {
     hold({flatPatch(3, 4)});
-    doc.pickedPoint = {1, 2, 3};
+    arranged(doc).pickedPoint = {1, 2, 3};
     doc.AddToBuffer();
-    doc.pickedPoint = {4, 5, 6};
+    arranged(doc).pickedPoint = {4, 5, 6};
     doc.AddToBuffer();
     EXPECT_EQ(doc.lineBuffer, (PointList{{1, 2, 3}, {4, 5, 6}}));
     EXPECT_TRUE(doc.lineBufferFull);
@@ -305,7 +306,7 @@ TEST_F(PartOfSection, PasteAfterDropsWhatFollowsThePoint) {
     choose("2");
     doc.PastePart();
     EXPECT_EQ(numbers(1), (std::vector<double>{0, 1, 0, 1, 2}));
-    EXPECT_EQ(doc.capturedPoint, 1);
+    EXPECT_EQ(doc.capture->capturedPoint, 1);
     EXPECT_EQ(doc.fileKind, "skl");
     EXPECT_THAT(heard(), ElementsAre("dialog: CBeforeAfter -> ok", "title: wing.skl"));
 }
@@ -317,7 +318,7 @@ TEST_F(PartOfSection, PasteBeforeRaisesTheCapturedNumberByOneHoweverLongTheBuffe
     choose("1");
     doc.PastePart();
     EXPECT_EQ(numbers(1), (std::vector<double>{0, 1, 2, 2, 3}));
-    EXPECT_EQ(doc.capturedPoint, 3);
+    EXPECT_EQ(doc.capture->capturedPoint, 3);
 }
 
 TEST_F(PartOfSection, PasteAtTheEndsKeepsTheWholeSection) {
@@ -377,9 +378,9 @@ TEST_F(PartOfSection, KnifeMeansWhatGoesAway) {
     doc.KnifePart();
     EXPECT_EQ(numbers(1), (std::vector<double>{2, 3}));
     // The number stays and may lie beyond the end; the position stays.
-    EXPECT_EQ(doc.capturedPoint, 2);
-    EXPECT_EQ(doc.capturedPointPos, (zVec<double>{2, 1, 0}));
-    EXPECT_TRUE(doc.pointCaptured);
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
+    EXPECT_EQ(doc.capture->capturedPointPos, (zVec<double>{2, 1, 0}));
+    EXPECT_TRUE(doc.capture->pointCaptured);
 }
 
 TEST_F(PartOfSection, KnifeBeforeTheFirstPointKeepsTheSection) {
@@ -452,8 +453,8 @@ TEST_F(PartOfSection, ReversedKeepsTheSamePointCapturedWithoutUndo) {
     doc.ReverseSection();
     EXPECT_EQ(numbers(1), (std::vector<double>{3, 2, 1, 0}));
     EXPECT_EQ(numbers(0), (std::vector<double>{0, 1, 2, 3}));
-    EXPECT_EQ(doc.capturedPoint, 2);
-    EXPECT_EQ(*doc.pointAt(0, 1, doc.capturedPoint), doc.capturedPointPos);
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
+    EXPECT_EQ(*doc.pointAt(0, 1, doc.capture->capturedPoint), doc.capture->capturedPointPos);
     EXPECT_FALSE(doc.patchUndoReady || doc.pointUndoReady);
     EXPECT_TRUE(doc.documentModified);
     EXPECT_THAT(heard(), IsEmpty());
@@ -467,7 +468,7 @@ TEST_F(LineBuffer, CommandsOnACurveThatIsNotThereDoNothing) {
     fill(row(3, 0));
     for (const auto& [patch, curve] : {std::pair{-1, 0}, {1, 0}, {0, -1}, {0, 3}}) {
         for (const bool section : {true, false}) {
-            doc.sectionCaptured = doc.lineCaptured = false;
+            arranged(doc).sectionCaptured = arranged(doc).lineCaptured = false;
             section ? captureSection(patch, curve) : captureLine(patch, curve);
             doc.PasteFromBuffer();
             doc.MatchBuffer();

@@ -268,8 +268,8 @@ TEST_F(MarkerShiftCommand, TakesTheCapturedPointAlong) {
     holdTwoPatches();
     capturePoint(0, 1, 2);
     doc.ReflectToSft();
-    EXPECT_EQ(doc.capturedPointPos, doc.patches[0][1][2]);
-    EXPECT_EQ(doc.pickedPoint, doc.patches[0][1][2]);
+    EXPECT_EQ(doc.capture->capturedPointPos, doc.patches[0][1][2]);
+    EXPECT_EQ(doc.capture->pickedPoint, doc.patches[0][1][2]);
 }
 
 TEST_F(MarkerShiftCommand, WithoutMarkersTakesThemForIdentical) {

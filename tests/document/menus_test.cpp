@@ -7,6 +7,7 @@
 
 #include "RecordingUi.h"
 #include "VelmoraDoc.h"
+#include "arranged_capture.h"
 #include "command_table.h"
 
 namespace velmora::test {
@@ -336,25 +337,25 @@ namespace {
 
 struct Choice {
     const char* name;
-    std::vector<bool VelmoraDoc::*> set;
+    std::vector<bool CaptureState::*> set;
     const Menu& (*menu)();
 };
 
 class ContextMenuChoice : public testing::TestWithParam<Choice> {};
 
 const Choice choices[] = {
-    {"PointCaptured", {&VelmoraDoc::pointCaptured}, pointContextMenu},
-    {"PointArmed", {&VelmoraDoc::pointCaptureArmed}, pointContextMenu},
-    {"PointOnASection", {&VelmoraDoc::pointCaptured, &VelmoraDoc::sectionCaptured}, pointContextMenu},
-    {"PointBeforePatch", {&VelmoraDoc::pointCaptureArmed, &VelmoraDoc::patchCaptured}, pointContextMenu},
-    {"SectionCaptured", {&VelmoraDoc::sectionCaptured}, lineContextMenu},
-    {"SectionArmed", {&VelmoraDoc::sectionCaptureArmed}, lineContextMenu},
-    {"LineCaptured", {&VelmoraDoc::lineCaptured}, lineContextMenu},
-    {"LineArmed", {&VelmoraDoc::lineCaptureArmed}, lineContextMenu},
-    {"SectionInPatch", {&VelmoraDoc::sectionCaptured, &VelmoraDoc::patchCaptured}, lineContextMenu},
-    {"FreePointOnALine", {&VelmoraDoc::freePointHeld, &VelmoraDoc::lineCaptured}, lineContextMenu},
-    {"PatchCaptured", {&VelmoraDoc::patchCaptured}, patchContextMenu},
-    {"PatchArmed", {&VelmoraDoc::patchCaptureArmed}, patchContextMenu},
+    {"PointCaptured", {&CaptureState::pointCaptured}, pointContextMenu},
+    {"PointArmed", {&CaptureState::pointCaptureArmed}, pointContextMenu},
+    {"PointOnASection", {&CaptureState::pointCaptured, &CaptureState::sectionCaptured}, pointContextMenu},
+    {"PointBeforePatch", {&CaptureState::pointCaptureArmed, &CaptureState::patchCaptured}, pointContextMenu},
+    {"SectionCaptured", {&CaptureState::sectionCaptured}, lineContextMenu},
+    {"SectionArmed", {&CaptureState::sectionCaptureArmed}, lineContextMenu},
+    {"LineCaptured", {&CaptureState::lineCaptured}, lineContextMenu},
+    {"LineArmed", {&CaptureState::lineCaptureArmed}, lineContextMenu},
+    {"SectionInPatch", {&CaptureState::sectionCaptured, &CaptureState::patchCaptured}, lineContextMenu},
+    {"FreePointOnALine", {&CaptureState::freePointHeld, &CaptureState::lineCaptured}, lineContextMenu},
+    {"PatchCaptured", {&CaptureState::patchCaptured}, patchContextMenu},
+    {"PatchArmed", {&CaptureState::patchCaptureArmed}, patchContextMenu},
 };
 
 } // namespace
@@ -363,8 +364,8 @@ TEST_P(ContextMenuChoice, TakesTheInnermostRegime) {
     RecordingUi ui;
     VelmoraDoc doc(ui, {});
     EXPECT_EQ(activeContextMenu(doc), nullptr);
-    for (bool VelmoraDoc::*flag : GetParam().set) {
-        doc.*flag = true;
+    for (bool CaptureState::*flag : GetParam().set) {
+        arranged(doc).*flag = true;
     }
     EXPECT_EQ(activeContextMenu(doc), &GetParam().menu());
 }
@@ -375,7 +376,7 @@ INSTANTIATE_TEST_SUITE_P(Regimes, ContextMenuChoice, testing::ValuesIn(choices),
 TEST(ContextMenus, AFreePointAloneOpensNone) {
     RecordingUi ui;
     VelmoraDoc doc(ui, {});
-    doc.freePointArmed = doc.freePointHeld = true;
+    arranged(doc).freePointArmed = arranged(doc).freePointHeld = true;
     EXPECT_EQ(activeContextMenu(doc), nullptr);
 }
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "arranged_capture.h"
 #include "document_fixture.h"
 #include "file_texts.h"
 
@@ -56,20 +57,23 @@ protected:
     }
 
     void armEverything() {
-        doc.pointCaptureArmed = doc.pointCaptured = doc.freePointArmed = doc.freePointHeld = true;
-        doc.patchCaptureArmed = doc.patchCaptured = true;
-        doc.sectionCaptureArmed = doc.sectionCaptured = true;
-        doc.capturedPatch = doc.capturedSection = doc.capturedPoint = doc.capturedPointSection = 1;
+        arranged(doc).pointCaptureArmed = arranged(doc).pointCaptured = arranged(doc).freePointArmed =
+            arranged(doc).freePointHeld = true;
+        arranged(doc).patchCaptureArmed = arranged(doc).patchCaptured = true;
+        arranged(doc).sectionCaptureArmed = arranged(doc).sectionCaptured = true;
+        arranged(doc).capturedPatch = arranged(doc).capturedSection = arranged(doc).capturedPoint =
+            arranged(doc).capturedPointSection = 1;
         addToBlock(0);
     }
 
     void expectIdle() const {
-        EXPECT_FALSE(doc.pointRegimeActive());
-        EXPECT_FALSE(doc.curveRegimeActive());
-        EXPECT_FALSE(doc.patchRegimeActive());
+        EXPECT_FALSE(doc.capture->pointRegimeActive());
+        EXPECT_FALSE(doc.capture->curveRegimeActive());
+        EXPECT_FALSE(doc.capture->patchRegimeActive());
         EXPECT_EQ(doc.blockCount, 0);
         for (const std::int32_t number :
-             {doc.capturedPatch, doc.capturedPointSection, doc.capturedPoint, doc.capturedSection, doc.capturedLine}) {
+             {doc.capture->capturedPatch, doc.capture->capturedPointSection, doc.capture->capturedPoint,
+              doc.capture->capturedSection, doc.capture->capturedLine}) {
             EXPECT_EQ(number, -1);
         }
     }
@@ -100,7 +104,7 @@ TEST_F(New, AnsweredWithNoChangesNothing) {
     EXPECT_EQ(doc.patches, before);
     expectKinds("str", "apt");
     EXPECT_EQ(doc.documentTitle, "wing.apt");
-    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
     EXPECT_FALSE(doc.patchUndoReady);
     EXPECT_FALSE(doc.documentModified);
     EXPECT_THAT(viewCalls(), IsEmpty());

@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "document_fixture.h"
 
 namespace velmora::test {
@@ -38,19 +39,19 @@ TEST_F(InputPatch, ShowsTheNumberOfPatches) {
     doc.InputPatch();
     EXPECT_EQ(maximum, "3");
     EXPECT_THAT(heard(), ElementsAre("dialog: CInputPatch -> cancel"));
-    EXPECT_FALSE(doc.patchCaptured);
+    EXPECT_FALSE(doc.capture->patchCaptured);
     EXPECT_THAT(viewCalls(), IsEmpty());
 }
 
 TEST_F(InputPatch, AddsThePatchToTheZBlock) {
-    doc.sectionCaptureArmed = doc.pointCaptureArmed = doc.patchCaptureArmed = true;
+    arranged(doc).sectionCaptureArmed = arranged(doc).pointCaptureArmed = arranged(doc).patchCaptureArmed = true;
     input("2");
-    EXPECT_TRUE(doc.patchCaptured);
-    EXPECT_FALSE(doc.patchCaptureArmed || doc.sectionCaptureArmed || doc.pointCaptureArmed);
-    EXPECT_EQ(doc.capturedPatch, 1);
+    EXPECT_TRUE(doc.capture->patchCaptured);
+    EXPECT_FALSE(doc.capture->patchCaptureArmed || doc.capture->sectionCaptureArmed || doc.capture->pointCaptureArmed);
+    EXPECT_EQ(doc.capture->capturedPatch, 1);
     EXPECT_THAT(block(), ElementsAre(1));
     const std::string text = "Captured patch: Patch K=2 // Press right button to continue ";
-    EXPECT_EQ(doc.blockStatus, text);
+    EXPECT_EQ(doc.capture->blockStatus, text);
     EXPECT_THAT(heard(), ElementsAre("dialog: CInputPatch -> ok", "status: " + text));
     EXPECT_THAT(viewCalls(), ElementsAre("force patch", "redraw", "set patch"));
 }
@@ -69,7 +70,7 @@ TEST_F(InputPatch, OfAPatchOfTheZBlockOnlyRedraws) {
     viewCalls();
     input("3");
     EXPECT_THAT(block(), ElementsAre(2, 0));
-    EXPECT_EQ(doc.capturedPatch, 2);
+    EXPECT_EQ(doc.capture->capturedPatch, 2);
     EXPECT_THAT(heard(), ElementsAre("dialog: CInputPatch -> ok"));
     EXPECT_THAT(viewCalls(), ElementsAre("force patch", "redraw", "set patch"));
 }
@@ -78,14 +79,14 @@ TEST_F(InputPatch, LeavesPointSectionAndLine) {
     captureSection(0, 1);
     capturePoint(0, 1, 1);
     input("2");
-    EXPECT_FALSE(doc.pointRegimeActive());
-    EXPECT_FALSE(doc.curveRegimeActive());
-    EXPECT_EQ(doc.capturedSection, -1);
-    EXPECT_EQ(doc.capturedPatch, 1);
+    EXPECT_FALSE(doc.capture->pointRegimeActive());
+    EXPECT_FALSE(doc.capture->curveRegimeActive());
+    EXPECT_EQ(doc.capture->capturedSection, -1);
+    EXPECT_EQ(doc.capture->capturedPatch, 1);
     captureLine(0, 1);
     input("3");
-    EXPECT_FALSE(doc.curveRegimeActive());
-    EXPECT_EQ(doc.capturedPatch, 2);
+    EXPECT_FALSE(doc.capture->curveRegimeActive());
+    EXPECT_EQ(doc.capture->capturedPatch, 2);
 }
 
 TEST_F(InputPatch, RefusesOneMoreThanTheZBlockHolds) {
@@ -98,7 +99,7 @@ TEST_F(InputPatch, RefusesOneMoreThanTheZBlockHolds) {
     EXPECT_EQ(doc.blockCount, blockCapacity);
     EXPECT_FALSE(doc.inBlock(blockCapacity));
     input("5000");
-    EXPECT_TRUE(doc.patchCaptured); // it is in already
+    EXPECT_TRUE(doc.capture->patchCaptured); // it is in already
 }
 
 TEST_F(InputPatch, OfANumberAboveTheMaximumIsCorrectedAndNotTaken) {
@@ -106,7 +107,7 @@ TEST_F(InputPatch, OfANumberAboveTheMaximumIsCorrectedAndNotTaken) {
     EXPECT_THAT(heard(),
                 ElementsAre("refused: OK: Number of inputted patch is corrected", "dialog: CInputPatch -> cancel"));
     EXPECT_EQ(doc.blockCount, 0);
-    EXPECT_FALSE(doc.patchCaptured);
+    EXPECT_FALSE(doc.capture->patchCaptured);
 }
 
 // ---- Exits ----------------------------------------------------------------------------------------------------------
@@ -114,83 +115,85 @@ TEST_F(InputPatch, OfANumberAboveTheMaximumIsCorrectedAndNotTaken) {
 TEST_F(ExitPatches, EmptiesTheZBlockAndEndsTheRegime) {
     input("2");
     input("1");
-    doc.showBlockOnly = doc.pointUndoReady = doc.pointPicked = true;
+    doc.showBlockOnly = doc.pointUndoReady = arranged(doc).pointPicked = true;
     viewCalls();
     doc.ExitPatchRegime();
-    EXPECT_FALSE(doc.patchRegimeActive());
-    EXPECT_FALSE(doc.showBlockOnly || doc.pointUndoReady || doc.pointPicked);
-    EXPECT_EQ(doc.capturedPatch, -1);
+    EXPECT_FALSE(doc.capture->patchRegimeActive());
+    EXPECT_FALSE(doc.showBlockOnly || doc.pointUndoReady || doc.capture->pointPicked);
+    EXPECT_EQ(doc.capture->capturedPatch, -1);
     expectEmptyBlock(doc);
-    EXPECT_EQ(doc.removeStatus, "Choose any item from menu to continue");
+    EXPECT_EQ(doc.capture->removeStatus, "Choose any item from menu to continue");
     EXPECT_THAT(viewCalls(), ElementsAre("reset", "redraw"));
 }
 
 TEST_F(ExitPatches, LeavesASectionOrLineFirst) {
-    doc.patchCaptured = true;
+    doc.capture.holdBlock();
     captureSection(0, 1);
     doc.ExitPatchRegime();
-    EXPECT_FALSE(doc.curveRegimeActive());
-    EXPECT_EQ(doc.capturedSection, -1);
-    doc.patchCaptured = true;
+    EXPECT_FALSE(doc.capture->curveRegimeActive());
+    EXPECT_EQ(doc.capture->capturedSection, -1);
+    doc.capture.holdBlock();
     captureLine(0, 1);
     doc.ExitPatchRegime();
-    EXPECT_FALSE(doc.curveRegimeActive());
-    EXPECT_FALSE(doc.patchRegimeActive());
+    EXPECT_FALSE(doc.capture->curveRegimeActive());
+    EXPECT_FALSE(doc.capture->patchRegimeActive());
 }
 
 TEST_F(ExitPatches, LeavesAPointOfTheirPatchesToo) {
     input("2");
     capturePoint(1, 1, 1);
     doc.ExitPatches();
-    EXPECT_FALSE(doc.pointCaptured);
-    EXPECT_FALSE(doc.pointPicked);
-    EXPECT_EQ(doc.capturedPatch, -1);
+    EXPECT_FALSE(doc.capture->pointCaptured);
+    EXPECT_FALSE(doc.capture->pointPicked);
+    EXPECT_EQ(doc.capture->capturedPatch, -1);
     EXPECT_EQ(doc.status, "For Help, press F1");
 }
 
 TEST_F(PatchRegime, AnotherCaptureEndsARemoval) {
     input("2");
     doc.RemovePatchFromBlock();
-    EXPECT_TRUE(doc.patchRemoving);
+    EXPECT_TRUE(doc.capture->patchRemoving);
     doc.CaptureSection();
-    EXPECT_FALSE(doc.patchRemoving);
+    EXPECT_FALSE(doc.capture->patchRemoving);
     doc.ExitLines();
     doc.RemovePatchFromBlock();
     doc.CapturePoint();
-    EXPECT_FALSE(doc.patchRemoving);
+    EXPECT_FALSE(doc.capture->patchRemoving);
 }
 
 TEST_F(EndBlock, ClearsTheRegimeAndTheZBlock) {
     input("2");
-    doc.removeStatus = "as it was";
-    doc.showBlockOnly = doc.patchCaptureArmed = doc.pointUndoReady = doc.pointPicked = true;
+    arranged(doc).removeStatus = "as it was";
+    doc.showBlockOnly = arranged(doc).patchCaptureArmed = doc.pointUndoReady = arranged(doc).pointPicked = true;
     viewCalls();
     doc.EndBlockRegime();
-    EXPECT_FALSE(doc.patchRegimeActive());
-    EXPECT_FALSE(doc.showBlockOnly || doc.pointUndoReady || doc.pointPicked);
+    EXPECT_FALSE(doc.capture->patchRegimeActive());
+    EXPECT_FALSE(doc.showBlockOnly || doc.pointUndoReady || doc.capture->pointPicked);
     expectEmptyBlock(doc);
-    EXPECT_EQ(doc.removeStatus, "as it was");
+    EXPECT_EQ(doc.capture->removeStatus, "as it was");
     EXPECT_THAT(viewCalls(), ElementsAre("reset", "redraw"));
 }
 
 TEST_F(EndBlock, OfAnEmptyZBlockAsksForAMenuItem) {
     doc.EndBlockRegime();
-    EXPECT_EQ(doc.removeStatus, "Choose any item from menu to continue");
+    EXPECT_EQ(doc.capture->removeStatus, "Choose any item from menu to continue");
 }
 
 TEST_F(LeaveRegimes, LeavesEveryOneAndForgetsAllAddresses) {
-    doc.patchCaptured = doc.patchCaptureArmed = true;
+    arranged(doc).patchCaptured = arranged(doc).patchCaptureArmed = true;
     addToBlock(1);
     captureSection(0, 1);
     captureLine(0, 1);
     capturePoint(0, 1, 1);
-    doc.freePointHeld = doc.freePointArmed = doc.sectionCaptureArmed = doc.lineCaptureArmed = true;
+    arranged(doc).freePointHeld = arranged(doc).freePointArmed = arranged(doc).sectionCaptureArmed =
+        arranged(doc).lineCaptureArmed = true;
     doc.leaveRegimes();
-    EXPECT_FALSE(doc.pointRegimeActive());
-    EXPECT_FALSE(doc.curveRegimeActive());
-    EXPECT_FALSE(doc.patchRegimeActive());
+    EXPECT_FALSE(doc.capture->pointRegimeActive());
+    EXPECT_FALSE(doc.capture->curveRegimeActive());
+    EXPECT_FALSE(doc.capture->patchRegimeActive());
     for (const std::int32_t number :
-         {doc.capturedPatch, doc.capturedPointSection, doc.capturedPoint, doc.capturedSection, doc.capturedLine}) {
+         {doc.capture->capturedPatch, doc.capture->capturedPointSection, doc.capture->capturedPoint,
+          doc.capture->capturedSection, doc.capture->capturedLine}) {
         EXPECT_EQ(number, -1);
     }
     expectEmptyBlock(doc);

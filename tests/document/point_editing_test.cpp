@@ -2,6 +2,7 @@
 
 #include "RecordingUi.h"
 #include "VelmoraDoc.h"
+#include "arranged_capture.h"
 #include "small_models.h"
 #include "status_texts.h"
 
@@ -28,13 +29,8 @@ struct CapturedPoint : testing::Test {
     }
 
     void capture(std::int32_t patch, std::int32_t section, std::int32_t point) {
-        doc.pointCaptured = true;
-        doc.pointPicked = true;
-        doc.capturedPatch = patch;
-        doc.capturedPointSection = section;
-        doc.capturedPoint = point;
-        doc.pickedPoint = doc.capturedPointPos = *doc.pointAt(patch, section, point);
-        doc.RefillPointStatus(true);
+        holdPoint(doc, patch, section, point);
+        doc.capture.describePoint(true);
         ui.transcript.clear();
     }
 
@@ -49,7 +45,8 @@ TEST_F(CapturedPoint, DeleteAsksAndNoChangesNothing) {
     doc.DeletePoint();
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.pointUndoReady);
-    EXPECT_THAT(ui.transcript, testing::ElementsAre(aptQuestion + " -> no", "status: " + doc.pointContinueStatus));
+    EXPECT_THAT(ui.transcript,
+                testing::ElementsAre(aptQuestion + " -> no", "status: " + doc.capture->pointContinueStatus));
 }
 
 TEST_F(CapturedPoint, DeleteTakesTheNextPointAndTurnsTheGridIntoSections) {
@@ -59,13 +56,13 @@ TEST_F(CapturedPoint, DeleteTakesTheNextPointAndTurnsTheGridIntoSections) {
     EXPECT_EQ(section(0, 1), (PointList{{0, 1, 0}, {1, 1, 0}, {3, 1, 0}}));
     EXPECT_EQ(doc.fileKind, "skl");
     EXPECT_EQ(doc.documentTitle, "flat.skl");
-    EXPECT_EQ(doc.capturedPoint, 2);
-    EXPECT_EQ(doc.capturedPointPos, (zVec<double>{3, 1, 0}));
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
+    EXPECT_EQ(doc.capture->capturedPointPos, (zVec<double>{3, 1, 0}));
     EXPECT_TRUE(doc.pointUndoReady);
-    EXPECT_EQ(doc.savedPoint, 2);
-    EXPECT_EQ(doc.savedPointSection, 1);
-    EXPECT_EQ(doc.savedPatch, 0);
-    EXPECT_TRUE(doc.pointCaptured);
+    EXPECT_EQ(doc.capture->savedPoint, 2);
+    EXPECT_EQ(doc.capture->savedPointSection, 1);
+    EXPECT_EQ(doc.capture->savedPatch, 0);
+    EXPECT_TRUE(doc.capture->pointCaptured);
     EXPECT_EQ(doc.status, "Captured point: (Patch K=1, Section N=2, Point M=3) X=3.000000, Y=1.000000, Z=0.000000 "
                           "// Press right button to continue ");
 }
@@ -77,7 +74,7 @@ TEST_F(CapturedPoint, DeleteRefusesTheEndsOfASectionAndLeavesTheRegime) {
         doc.DeletePoint();
         EXPECT_EQ(ui.count("message:  Procedure is canceled. It's impossible to delete the first (last) point "), 1U);
         EXPECT_EQ(section(0, 1).size(), 4U);
-        EXPECT_FALSE(doc.pointCaptured);
+        EXPECT_FALSE(doc.capture->pointCaptured);
     }
 }
 
@@ -99,7 +96,7 @@ TEST_F(CapturedPoint, UndoPointBringsADeletedPointBack) {
     doc.UndoPoint();
     EXPECT_EQ(doc.patches, before);
     EXPECT_EQ(doc.fileKind, "apt");
-    EXPECT_EQ(doc.capturedPoint, 2);
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
 }
 
 // ---- Duplicate ------------------------------------------------------------------------------------------------------
@@ -121,14 +118,14 @@ TEST_F(CapturedPoint, DuplicateByThreeAddsTwoCopiesInPlace) {
     EXPECT_EQ(section(0, 1), (PointList{{0, 1, 0}, {1, 1, 0}, {1, 1, 0}, {1, 1, 0}, {2, 1, 0}, {3, 1, 0}}));
     EXPECT_EQ(doc.fileKind, "skl");
     EXPECT_TRUE(doc.pointUndoReady);
-    EXPECT_EQ(doc.status, doc.pointContinueStatus);
+    EXPECT_EQ(doc.status, doc.capture->pointContinueStatus);
 }
 
 TEST_F(CapturedPoint, DuplicateCancelledShowsTheContinuePromptAgain) {
     capture(0, 1, 1);
     doc.DuplicatePoint();
     EXPECT_THAT(ui.transcript,
-                testing::ElementsAre("dialog: Cduplicate -> cancel", "status: " + doc.pointContinueStatus));
+                testing::ElementsAre("dialog: Cduplicate -> cancel", "status: " + doc.capture->pointContinueStatus));
 }
 
 // ---- Cut, Copy, Paste -----------------------------------------------------------------------------------------------
@@ -140,8 +137,8 @@ TEST_F(CapturedPoint, CutKeepsThePointAndCapturesTheNextOne) {
     EXPECT_TRUE(doc.pointClipboardFull);
     EXPECT_EQ(doc.pointClipboard, (zVec<double>{1, 1, 0}));
     EXPECT_EQ(section(0, 1), (PointList{{0, 1, 0}, {2, 1, 0}, {3, 1, 0}}));
-    EXPECT_EQ(doc.capturedPoint, 1);
-    EXPECT_EQ(doc.capturedPointPos, (zVec<double>{2, 1, 0}));
+    EXPECT_EQ(doc.capture->capturedPoint, 1);
+    EXPECT_EQ(doc.capture->capturedPointPos, (zVec<double>{2, 1, 0}));
 }
 
 TEST_F(CapturedPoint, CutOfOneOfTheLastTwoPointsMovesToTheSectionBefore) {
@@ -151,10 +148,10 @@ TEST_F(CapturedPoint, CutOfOneOfTheLastTwoPointsMovesToTheSectionBefore) {
         capture(0, 1, point);
         ui.answers = {true};
         doc.CutPoint();
-        EXPECT_EQ(doc.capturedPointSection, 0);
-        EXPECT_EQ(doc.capturedPoint, 0);
-        EXPECT_EQ(doc.capturedPointPos, (zVec<double>{0, 0, 0}));
-        EXPECT_TRUE(doc.pointCaptured);
+        EXPECT_EQ(doc.capture->capturedPointSection, 0);
+        EXPECT_EQ(doc.capture->capturedPoint, 0);
+        EXPECT_EQ(doc.capture->capturedPointPos, (zVec<double>{0, 0, 0}));
+        EXPECT_TRUE(doc.capture->pointCaptured);
     }
 }
 
@@ -164,10 +161,10 @@ TEST_F(CapturedPoint, CutOfTheLastPointOfTheFirstSectionRemovesItAndSaysThatItIs
     doc.CutPoint();
     EXPECT_EQ(section(0, 0).size(), 3U);
     EXPECT_EQ(ui.count("message:  Procedure is canceled. It's impossible to delete the last point "), 1U);
-    EXPECT_FALSE(doc.pointCaptured);
-    EXPECT_EQ(doc.capturedPoint, -1);
-    EXPECT_EQ(doc.capturedPointSection, -1);
-    EXPECT_EQ(doc.capturedPatch, -1);
+    EXPECT_FALSE(doc.capture->pointCaptured);
+    EXPECT_EQ(doc.capture->capturedPoint, -1);
+    EXPECT_EQ(doc.capture->capturedPointSection, -1);
+    EXPECT_EQ(doc.capture->capturedPatch, -1);
     EXPECT_EQ(doc.fileKind, "skl");
     // Undo point is the way back.
     EXPECT_TRUE(doc.pointUndoReady);
@@ -176,25 +173,25 @@ TEST_F(CapturedPoint, CutOfTheLastPointOfTheFirstSectionRemovesItAndSaysThatItIs
 }
 
 TEST_F(CapturedPoint, CutInTheLineRegimeLeavesTheLineAndCutsTheCapturedPoint) {
-    doc.lineCaptured = true;
-    doc.capturedLine = 1;
+    arranged(doc).lineCaptured = true;
+    doc.capture.renumberLine(1);
     capture(1, 2, 1);
     ui.answers = {true};
     doc.CutPoint();
-    EXPECT_FALSE(doc.lineCaptured);
+    EXPECT_FALSE(doc.capture->lineCaptured);
     EXPECT_EQ(section(1, 2), (PointList{{0, 2, 5}, {2, 2, 5}, {3, 2, 5}}));
-    EXPECT_TRUE(doc.pointCaptured);
-    EXPECT_EQ(doc.capturedPatch, 1);
+    EXPECT_TRUE(doc.capture->pointCaptured);
+    EXPECT_EQ(doc.capture->capturedPatch, 1);
 }
 
 TEST_F(CapturedPoint, CutInTheLineRegimeStillShowsThePoint) {
     capture(0, 1, 2);
-    doc.lineCaptured = true;
-    doc.capturedLine = 2;
+    arranged(doc).lineCaptured = true;
+    doc.capture.renumberLine(2);
     ui.answers = {true};
     doc.CutPoint();
-    EXPECT_TRUE(doc.pointCaptured);
-    EXPECT_TRUE(doc.pointPicked);
+    EXPECT_TRUE(doc.capture->pointCaptured);
+    EXPECT_TRUE(doc.capture->pointPicked);
 }
 
 TEST_F(CapturedPoint, CopyTwiceKeepsTheLastPointAndTakesNoSnapshot) {
@@ -213,16 +210,16 @@ TEST_F(CapturedPoint, PasteOverwritesWithoutAQuestion) {
     doc.PastePoint();
     EXPECT_EQ(section(0, 2)[3], (zVec<double>{1, 1, 0}));
     EXPECT_EQ(section(0, 2).size(), 4U);
-    EXPECT_EQ(doc.pickedPoint, (zVec<double>{1, 1, 0}));
+    EXPECT_EQ(doc.capture->pickedPoint, (zVec<double>{1, 1, 0}));
     EXPECT_TRUE(doc.pointUndoReady);
     EXPECT_EQ(doc.fileKind, "apt");
-    EXPECT_EQ(doc.savedPoint, 3);
+    EXPECT_EQ(doc.capture->savedPoint, 3);
     EXPECT_THAT(ui.transcript, Not(Contains(testing::StartsWith("question"))));
 }
 
 TEST_F(CapturedPoint, TheStatusOfAnEditNamesTheLineInTheLineRegime) {
-    doc.lineCaptured = true;
-    doc.capturedLine = 3;
+    arranged(doc).lineCaptured = true;
+    doc.capture.renumberLine(3);
     capture(0, 1, 3);
     ui.dialogs = {{{"x", "9"}}};
     doc.EditPoint();
@@ -234,14 +231,14 @@ TEST_F(CapturedPoint, TheStatusOfAnEditNamesTheLineInTheLineRegime) {
 
 TEST_F(CapturedPoint, FindCapturesByNumber) {
     capture(0, 1, 1);
-    doc.pointPicked = false;
+    arranged(doc).pointPicked = false;
     ui.dialogs = {{{"K", "2"}, {"N", "3"}, {"M", "4"}}};
     doc.FindPoint();
-    EXPECT_EQ(doc.capturedPatch, 1);
-    EXPECT_EQ(doc.capturedPointSection, 2);
-    EXPECT_EQ(doc.capturedPoint, 3);
-    EXPECT_EQ(doc.capturedPointPos, (zVec<double>{3, 2, 5}));
-    EXPECT_TRUE(doc.pointPicked);
+    EXPECT_EQ(doc.capture->capturedPatch, 1);
+    EXPECT_EQ(doc.capture->capturedPointSection, 2);
+    EXPECT_EQ(doc.capture->capturedPoint, 3);
+    EXPECT_EQ(doc.capture->capturedPointPos, (zVec<double>{3, 2, 5}));
+    EXPECT_TRUE(doc.capture->pointPicked);
     EXPECT_FALSE(doc.pointUndoReady);
 }
 
@@ -262,9 +259,9 @@ TEST_F(CapturedPoint, FindTakesANumberOfAnySize) {
     capture(0, 1, 2);
     ui.dialogs = {{{"K", "99999999999999999999"}, {"N", "-99999999999999999999"}, {"M", "2147483648"}}};
     doc.FindPoint();
-    EXPECT_EQ(doc.capturedPatch, 1);
-    EXPECT_EQ(doc.capturedPointSection, 0);
-    EXPECT_EQ(doc.capturedPoint, 3);
+    EXPECT_EQ(doc.capture->capturedPatch, 1);
+    EXPECT_EQ(doc.capture->capturedPointSection, 0);
+    EXPECT_EQ(doc.capture->capturedPoint, 3);
     EXPECT_THAT(ui.transcript, Contains("dialog: CRegularFind -> ok"));
 }
 
@@ -281,20 +278,20 @@ TEST_F(CapturedPoint, FindFixesWhatTheRegimeFixes) {
     };
     capture(0, 1, 1);
     EXPECT_EQ(liveFields(), "KNM");
-    doc.patchCaptured = true;
+    doc.capture.holdBlock();
     EXPECT_EQ(liveFields(), "NM");
-    doc.sectionCaptured = true;
+    arranged(doc).sectionCaptured = true;
     EXPECT_EQ(liveFields(), "M");
-    doc.sectionCaptured = doc.patchCaptured = false;
-    doc.lineCaptured = true;
+    arranged(doc).sectionCaptured = arranged(doc).patchCaptured = false;
+    arranged(doc).lineCaptured = true;
     EXPECT_EQ(liveFields(), "N");
 }
 
 TEST_F(CapturedPoint, FindCancelledLeavesAllAsItWas) {
     capture(0, 1, 1);
     doc.FindPoint();
-    EXPECT_EQ(doc.capturedPoint, 1);
-    EXPECT_EQ(doc.status, doc.pointContinueStatus);
+    EXPECT_EQ(doc.capture->capturedPoint, 1);
+    EXPECT_EQ(doc.status, doc.capture->pointContinueStatus);
 }
 
 // ---- Drag -----------------------------------------------------------------------------------------------------------
@@ -310,7 +307,7 @@ TEST_F(CapturedPoint, DragSpreadsTheNeighbourhoodOverAHundredByAHundredPoints) {
     // The chords between the neighbours: from (0, 0) to (2, 2) in a flat patch.
     EXPECT_EQ(doc.dragPatches[0].front().front(), (zVec<double>{0, 0, 0}));
     EXPECT_EQ(doc.dragPatches[0].back().back(), (zVec<double>{2, 2, 0}));
-    EXPECT_TRUE(doc.pointDragging);
+    EXPECT_TRUE(doc.capture->pointDragging);
     EXPECT_TRUE(doc.pointUndoReady);
     EXPECT_EQ(doc.status, "Press left button of mouse and drag it");
     EXPECT_EQ(doc.dragStart, (zVec<double>{1, 1, 0}));
@@ -327,10 +324,10 @@ TEST_F(CapturedPoint, DragEndsAtOnceWithOneSectionOrOnePoint) {
     doc.patches = {flatPatch(1, 4), flatPatch(3, 1)};
     capture(0, 0, 1);
     doc.DragPoint();
-    EXPECT_FALSE(doc.pointDragging);
+    EXPECT_FALSE(doc.capture->pointDragging);
     capture(1, 1, 0);
     doc.DragPoint();
-    EXPECT_FALSE(doc.pointDragging);
+    EXPECT_FALSE(doc.capture->pointDragging);
     EXPECT_FALSE(doc.pointUndoReady);
     EXPECT_TRUE(ui.transcript.empty());
 }
@@ -338,24 +335,24 @@ TEST_F(CapturedPoint, DragEndsAtOnceWithOneSectionOrOnePoint) {
 TEST_F(CapturedPoint, AnUnusedBendEndsWithItsRegime) {
     capture(0, 1, 2);
     doc.prepareDragCorrection();
-    EXPECT_TRUE(doc.dragCorrectsLine);
+    EXPECT_TRUE(doc.capture->dragCorrectsLine);
     doc.ExitPointRegime();
-    EXPECT_FALSE(doc.dragCorrectsLine);
-    doc.dragCorrectsLine = true;
+    EXPECT_FALSE(doc.capture->dragCorrectsLine);
+    arranged(doc).dragCorrectsLine = true;
     doc.leaveRegimes();
-    EXPECT_FALSE(doc.dragCorrectsLine);
+    EXPECT_FALSE(doc.capture->dragCorrectsLine);
 }
 
 TEST_F(CapturedPoint, TheReleaseEndsADrag) {
-    doc.sectionCaptured = true;
-    doc.capturedSection = 1;
+    arranged(doc).sectionCaptured = true;
+    doc.capture.renumberSection(1);
     capture(0, 1, 1);
     doc.DragPoint();
-    doc.pickedPoint = doc.capturedPointPos = {1.5, 1, 0};
-    doc.placeDraggedPoint(doc.capturedPointPos);
+    doc.capture.placePoint({1.5, 1, 0});
+    doc.placeDraggedPoint(doc.capture->capturedPointPos);
     doc.moveRegimeAtRelease();
-    EXPECT_FALSE(doc.pointDragging);
-    EXPECT_TRUE(doc.pointCaptured);
+    EXPECT_FALSE(doc.capture->pointDragging);
+    EXPECT_TRUE(doc.capture->pointCaptured);
     EXPECT_EQ(section(0, 1)[1], (zVec<double>{1.5, 1, 0}));
     EXPECT_EQ(doc.status, "Captured point: (Patch K=1, Section N=2, Point M=2) X=1.500000, Y=1.000000, Z=0.000000 "
                           "// Press right button to continue ");

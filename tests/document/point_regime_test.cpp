@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "document_fixture.h"
 
 namespace velmora::test {
@@ -23,60 +24,62 @@ using ExitPoint = PointRegime;
 // ---- Capture --------------------------------------------------------------------------------------------------------
 
 TEST_F(PointRegime, CaptureArmsThePoint) {
-    doc.pointCaptured = doc.freePointArmed = doc.freePointHeld = doc.pointPicked = true;
-    doc.patchCaptureArmed = doc.sectionCaptureArmed = true;
-    doc.capturedPoint = 3;
+    arranged(doc).pointCaptured = arranged(doc).freePointArmed = arranged(doc).freePointHeld =
+        arranged(doc).pointPicked = true;
+    arranged(doc).patchCaptureArmed = arranged(doc).sectionCaptureArmed = true;
+    arranged(doc).capturedPoint = 3;
     doc.CapturePoint();
-    EXPECT_TRUE(doc.pointCaptureArmed);
-    EXPECT_FALSE(doc.pointCaptured || doc.freePointArmed || doc.freePointHeld || doc.pointPicked);
-    EXPECT_FALSE(doc.patchCaptureArmed || doc.sectionCaptureArmed);
-    EXPECT_EQ(doc.capturedPoint, -1);
-    EXPECT_EQ(doc.pointStatus, doc.dragPrompt);
+    EXPECT_TRUE(doc.capture->pointCaptureArmed);
+    EXPECT_FALSE(doc.capture->pointCaptured || doc.capture->freePointArmed || doc.capture->freePointHeld ||
+                 doc.capture->pointPicked);
+    EXPECT_FALSE(doc.capture->patchCaptureArmed || doc.capture->sectionCaptureArmed);
+    EXPECT_EQ(doc.capture->capturedPoint, -1);
+    EXPECT_EQ(doc.capture->pointStatus, doc.capture->dragPrompt);
     EXPECT_THAT(heard(), ElementsAre(dragStatus));
     EXPECT_THAT(viewCalls(), ElementsAre("force point"));
 }
 
 TEST_F(PointRegime, CaptureWithNothingElseCapturedFreesThePatch) {
-    doc.capturedPatch = 1;
+    doc.capture.renumberPatch(1);
     doc.CapturePoint();
-    EXPECT_EQ(doc.capturedPatch, -1);
+    EXPECT_EQ(doc.capture->capturedPatch, -1);
 }
 
 TEST_F(PointRegime, CaptureOnASectionStaysInside) {
     captureSection(1, 0);
     doc.CapturePoint();
-    EXPECT_EQ(doc.capturedPatch, 1);
-    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedPatch, 1);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
 }
 
 TEST_F(PointRegime, CaptureOnALineStaysInside) {
     captureLine(1, 0);
     doc.CapturePoint();
-    EXPECT_EQ(doc.capturedPatch, 1);
-    EXPECT_TRUE(doc.lineCaptured);
+    EXPECT_EQ(doc.capture->capturedPatch, 1);
+    EXPECT_TRUE(doc.capture->lineCaptured);
 }
 
 TEST_F(PointRegime, CaptureKeepsACapturedPatch) {
-    doc.patchCaptured = true;
+    doc.capture.holdBlock();
     doc.CapturePoint();
-    EXPECT_TRUE(doc.patchCaptured);
+    EXPECT_TRUE(doc.capture->patchCaptured);
 }
 
 // ---- Free point -----------------------------------------------------------------------------------------------------
 
 TEST_F(FreePoint, FromTheLineMenuArmsItAndLeavesTheMouse) {
     captureLine(1, 0);
-    doc.pointCaptured = doc.pointPicked = doc.freePointHeld = true;
-    doc.pointCaptureArmed = true;
-    doc.patchCaptureArmed = doc.sectionCaptureArmed = true;
-    doc.capturedPoint = 2;
+    arranged(doc).pointCaptured = arranged(doc).pointPicked = arranged(doc).freePointHeld = true;
+    arranged(doc).pointCaptureArmed = true;
+    arranged(doc).patchCaptureArmed = arranged(doc).sectionCaptureArmed = true;
+    arranged(doc).capturedPoint = 2;
     doc.CaptureFreePoint();
-    EXPECT_TRUE(doc.freePointArmed);
-    EXPECT_FALSE(doc.freePointHeld);
-    EXPECT_TRUE(doc.pointCaptureArmed && doc.pointCaptured && doc.pointPicked);
-    EXPECT_FALSE(doc.patchCaptureArmed || doc.sectionCaptureArmed);
-    EXPECT_EQ(doc.capturedPoint, -1);
-    EXPECT_EQ(doc.capturedPatch, 1);
+    EXPECT_TRUE(doc.capture->freePointArmed);
+    EXPECT_FALSE(doc.capture->freePointHeld);
+    EXPECT_TRUE(doc.capture->pointCaptureArmed && doc.capture->pointCaptured && doc.capture->pointPicked);
+    EXPECT_FALSE(doc.capture->patchCaptureArmed || doc.capture->sectionCaptureArmed);
+    EXPECT_EQ(doc.capture->capturedPoint, -1);
+    EXPECT_EQ(doc.capture->capturedPatch, 1);
     EXPECT_THAT(heard(), ElementsAre(dragStatus));
     EXPECT_THAT(viewCalls(), IsEmpty());
 }
@@ -84,7 +87,7 @@ TEST_F(FreePoint, FromTheLineMenuArmsItAndLeavesTheMouse) {
 TEST_F(FreePoint, FromThePointMenuForcesPointMode) {
     captureSection(1, 0);
     doc.CaptureFreePointInPointRegime();
-    EXPECT_TRUE(doc.freePointArmed);
+    EXPECT_TRUE(doc.capture->freePointArmed);
     EXPECT_THAT(viewCalls(), ElementsAre("force point"));
     EXPECT_THAT(heard(), ElementsAre(dragStatus));
 }
@@ -93,12 +96,12 @@ TEST_F(FreePoint, FromThePointMenuForcesPointMode) {
 
 TEST_F(ExitPoint, ClearsAllThatBelongsToThePoint) {
     capturePoint(0, 1, 2);
-    doc.pointCaptureArmed = doc.freePointArmed = doc.freePointHeld = true;
-    doc.pointDragging = doc.pointUndoReady = true;
+    arranged(doc).pointCaptureArmed = arranged(doc).freePointArmed = arranged(doc).freePointHeld = true;
+    arranged(doc).pointDragging = doc.pointUndoReady = true;
     doc.ExitPointRegime();
-    EXPECT_FALSE(doc.pointRegimeActive());
-    EXPECT_FALSE(doc.pointDragging || doc.pointPicked || doc.pointUndoReady);
-    EXPECT_EQ(doc.capturedPatch, -1);
+    EXPECT_FALSE(doc.capture->pointRegimeActive());
+    EXPECT_FALSE(doc.capture->pointDragging || doc.capture->pointPicked || doc.pointUndoReady);
+    EXPECT_EQ(doc.capture->capturedPatch, -1);
 }
 
 TEST_F(ExitPoint, WithNothingBeneathResetsTheMouse) {
@@ -113,16 +116,16 @@ TEST_F(ExitPoint, OnASectionComesBackToSectionMode) {
     capturePoint(0, 1, 2);
     doc.ExitPointRegime();
     EXPECT_THAT(heard(), ElementsAre(continueStatus));
-    EXPECT_EQ(doc.capturedPatch, 0);
-    EXPECT_EQ(doc.capturedSection, 1);
-    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedPatch, 0);
+    EXPECT_EQ(doc.capture->capturedSection, 1);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
     const Lines calls = viewCalls();
     EXPECT_TRUE(calls.front().ends_with(" section"));
     EXPECT_THAT(calls, testing::Not(testing::Contains("reset")));
 }
 
 TEST_F(ExitPoint, WithASectionArmedComesBackToSectionMode) {
-    doc.sectionCaptureArmed = true;
+    arranged(doc).sectionCaptureArmed = true;
     capturePoint(0, 1, 2);
     doc.ExitPointRegime();
     EXPECT_THAT(heard(), ElementsAre(continueStatus));
@@ -130,14 +133,14 @@ TEST_F(ExitPoint, WithASectionArmedComesBackToSectionMode) {
 }
 
 TEST_F(ExitPoint, WithAPatchCapturedOrArmedComesBackToPatchMode) {
-    for (bool VelmoraDoc::*flag : {&VelmoraDoc::patchCaptured, &VelmoraDoc::patchCaptureArmed}) {
-        doc.*flag = true;
+    for (bool CaptureState::*flag : {&CaptureState::patchCaptured, &CaptureState::patchCaptureArmed}) {
+        arranged(doc).*flag = true;
         capturePoint(0, 1, 2);
         doc.ExitPointRegime();
         EXPECT_THAT(heard(), ElementsAre(continueStatus));
         EXPECT_TRUE(viewCalls().front().ends_with(" patch"));
-        EXPECT_EQ(doc.capturedPatch, -1);
-        doc.*flag = false;
+        EXPECT_EQ(doc.capture->capturedPatch, -1);
+        arranged(doc).*flag = false;
     }
 }
 
@@ -147,9 +150,9 @@ TEST_F(ExitPoint, OnALineResetsTheMouseAndKeepsTheLine) {
     doc.ExitPointRegime();
     EXPECT_EQ(viewCalls().front(), "reset");
     EXPECT_THAT(heard(), IsEmpty());
-    EXPECT_TRUE(doc.lineCaptured);
-    EXPECT_EQ(doc.capturedPatch, 0);
-    EXPECT_EQ(doc.capturedLine, 2);
+    EXPECT_TRUE(doc.capture->lineCaptured);
+    EXPECT_EQ(doc.capture->capturedPatch, 0);
+    EXPECT_EQ(doc.capture->capturedLine, 2);
 }
 
 } // namespace velmora::test

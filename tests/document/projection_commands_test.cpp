@@ -233,7 +233,7 @@ TEST_F(Reflection, ToAptTakesTheCapturedPointAlong) {
     holdPair(2);
     capturePoint(0, 1, 1);
     doc.ReflectToApt();
-    EXPECT_EQ(doc.capturedPointPos, Vector(1, 1, 2));
+    EXPECT_EQ(doc.capture->capturedPointPos, Vector(1, 1, 2));
 }
 
 // ---- Reflection to wrl ----------------------------------------------------------------------------------------------
@@ -423,10 +423,10 @@ TEST_F(Intersection, OffersTheToleranceAndKeepsTheChoices) {
 TEST_F(Intersection, LeavesTheRegimes) {
     hold({wall({0.25, 1.25}, {1, -1}), flatPatch(4, 4)});
     addToBlock(0);
-    doc.patchCaptured = true;
+    doc.capture.holdBlock();
     capturePoint(0, 0, 1);
     intersect({});
-    EXPECT_FALSE(doc.patchCaptured || doc.pointCaptured);
+    EXPECT_FALSE(doc.capture->patchCaptured || doc.capture->pointCaptured);
     EXPECT_EQ(doc.blockCount, 0);
 }
 

@@ -1,5 +1,6 @@
 #include <random>
 
+#include "arranged_capture.h"
 #include "document_fixture.h"
 #include "file_texts.h"
 #include "rebreak_patch_reference.h"
@@ -98,7 +99,7 @@ TEST_F(Rebreak, DoesNothingWithoutAStructuredModelOrACapture) {
         captureSection(patch, section);
         doc.Rebreak();
     }
-    doc.sectionCaptured = false;
+    arranged(doc).sectionCaptured = false;
     for (const auto& [patch, line] : {std::pair{-1, 0}, {1, 0}, {0, -1}}) {
         captureLine(patch, line);
         doc.Rebreak();
@@ -115,7 +116,7 @@ TEST_F(Rebreak, CancelledChangesNothing) {
     EXPECT_THAT(heard(), ElementsAre("dialog: CRebreak -> cancel"));
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
-    EXPECT_EQ(doc.capturedSection, 1);
+    EXPECT_EQ(doc.capture->capturedSection, 1);
     EXPECT_THAT(viewCalls(), IsEmpty());
 }
 
@@ -132,9 +133,9 @@ TEST_F(RebreakSection, RespacesItAndKeepsTheCapture) {
     EXPECT_THAT(coordinates(doc.patches[0][1]), Pointwise(DoubleNear(1e-9), {0.0, unit, 3 * unit, 7 * unit, 4.0}));
     EXPECT_EQ(doc.patches[0][0], before[0][0]);
     EXPECT_EQ(doc.patches[0][2], before[0][2]);
-    EXPECT_TRUE(doc.sectionCaptured);
-    EXPECT_EQ(doc.capturedPatch, 0);
-    EXPECT_EQ(doc.capturedSection, 1);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedPatch, 0);
+    EXPECT_EQ(doc.capture->capturedSection, 1);
     EXPECT_EQ(doc.undoPatches, before);
     EXPECT_TRUE(doc.patchUndoReady && doc.documentModified);
     EXPECT_FALSE(doc.rebuildOnUndo);
@@ -166,7 +167,7 @@ TEST_F(RebreakSection, UndoneRestoresKindTitleAndViewWithoutANewBox) {
     EXPECT_EQ(doc.fileKind, "apt");
     EXPECT_EQ(doc.documentTitle, "wing.apt");
     EXPECT_THAT(viewCalls(), testing::Not(testing::Contains("bounds")));
-    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
 }
 
 TEST_F(RebreakSection, OfAllSectionsKeepsTheModelApt) {
@@ -190,7 +191,7 @@ TEST_F(RebreakSection, TakesTheOneThatWasTypedAsCaptured) {
     captureSection(0, 1);
     rebreak({{"capturedNumber", "4"}, {"newCount", "6"}});
     EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{5, 5, 5, 6}));
-    EXPECT_EQ(doc.capturedSection, 3);
+    EXPECT_EQ(doc.capture->capturedSection, 3);
 }
 
 TEST_F(RebreakSection, BeyondTheLastMeansTheLastAlsoJustBeyond) {
@@ -199,7 +200,7 @@ TEST_F(RebreakSection, BeyondTheLastMeansTheLastAlsoJustBeyond) {
         captureSection(0, 1);
         rebreak({{"capturedNumber", number}, {"newCount", "6"}});
         EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{5, 5, 5, 6})) << number;
-        EXPECT_EQ(doc.capturedSection, 3) << number;
+        EXPECT_EQ(doc.capture->capturedSection, 3) << number;
     }
 }
 
@@ -209,7 +210,7 @@ TEST_F(RebreakSection, FirstCurveBeyondTheLastMeansTheLastAlsoJustBeyond) {
         captureSection(0, 1);
         rebreak({{"regime", "2"}, {"firstCurve", number}, {"newCount", "6"}});
         EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{5, 5, 5, 6})) << number;
-        EXPECT_EQ(doc.capturedSection, 1) << number;
+        EXPECT_EQ(doc.capture->capturedSection, 1) << number;
     }
 }
 
@@ -292,8 +293,8 @@ TEST_F(RebreakLine, ByItselfKeepsTheNumberOfSections) {
         EXPECT_EQ(doc.patches[0][n][0], patch[n][0]);
         EXPECT_EQ(doc.patches[0][n][2], patch[n][2]);
     }
-    EXPECT_TRUE(doc.lineCaptured);
-    EXPECT_EQ(doc.capturedLine, 1);
+    EXPECT_TRUE(doc.capture->lineCaptured);
+    EXPECT_EQ(doc.capture->capturedLine, 1);
     EXPECT_EQ(doc.fileKind, "apt");
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set line"));
 }
@@ -311,14 +312,14 @@ TEST_F(RebreakLine, TypedAsCapturedBecomesTheCapturedLine) {
     hold({flatPatch(3, 5)});
     captureLine(0, 1);
     rebreak({{"capturedNumber", "4"}});
-    EXPECT_EQ(doc.capturedLine, 3);
+    EXPECT_EQ(doc.capture->capturedLine, 3);
 }
 
 TEST_F(RebreakLine, OneTypedAsCapturedLeavesTheCapturedLine) {
     hold({flatPatch(3, 5)});
     captureLine(0, 2);
     rebreak({{"capturedNumber", "1"}});
-    EXPECT_EQ(doc.capturedLine, 2);
+    EXPECT_EQ(doc.capture->capturedLine, 2);
 }
 
 TEST_F(RebreakLine, BeyondTheLastMeansTheLast) {
@@ -326,7 +327,7 @@ TEST_F(RebreakLine, BeyondTheLastMeansTheLast) {
         hold({flatPatch(3, 5)});
         captureLine(0, 1);
         rebreak({{"capturedNumber", number}});
-        EXPECT_EQ(doc.capturedLine, 4);
+        EXPECT_EQ(doc.capture->capturedLine, 4);
     }
 }
 
@@ -334,9 +335,9 @@ TEST_F(RebreakLine, SetsTheCapturedSectionTooButNeverOutsideThePatch) {
     hold({flatPatch(3, 5)});
     captureLine(0, 1);
     rebreak({{"capturedNumber", "2"}});
-    EXPECT_EQ(doc.capturedSection, 1);
+    EXPECT_EQ(doc.capture->capturedSection, 1);
     rebreak({{"capturedNumber", "5"}});
-    EXPECT_EQ(doc.capturedSection, 2);
+    EXPECT_EQ(doc.capture->capturedSection, 2);
 }
 
 TEST_F(RebreakLine, HasItsStretchCappedAtTheNumberOfSections) {
@@ -369,7 +370,7 @@ TEST_F(RebreakBlock, TakesEachPatchOfItInItsFullLength) {
     EXPECT_EQ(doc.undoPatches, before);
     EXPECT_EQ(doc.rebreakValues.lastPoint, 9);
     EXPECT_EQ(doc.rebreakValues.lastCurve, 3);
-    EXPECT_EQ(doc.capturedSection, 1);
+    EXPECT_EQ(doc.capture->capturedSection, 1);
     EXPECT_THAT(block(), ElementsAre(3, 1));
 }
 
@@ -516,9 +517,9 @@ TEST_P(RebreakAgainstThePlainForm, GivesTheSameModel) {
         ASSERT_EQ(doc.patches, expected) << "round " << round;
         ASSERT_EQ(doc.undoPatches, before);
         if (lines) {
-            ASSERT_EQ(doc.capturedLine, curve) << "round " << round;
+            ASSERT_EQ(doc.capture->capturedLine, curve) << "round " << round;
         }
-        ASSERT_NE(doc.sectionAt(K, doc.capturedSection), nullptr) << "round " << round;
+        ASSERT_NE(doc.sectionAt(K, doc.capture->capturedSection), nullptr) << "round " << round;
     }
 }
 

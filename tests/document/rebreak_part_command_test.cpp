@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "document_fixture.h"
 
 namespace velmora::test {
@@ -181,9 +182,9 @@ TEST_F(RebreakPart, DoesNothingWithoutAStructuredModelOrACapture) {
     doc.RebreakPart();
     doc.structureKind = "str";
     for (const auto& [patch, section, point] : {std::tuple{-1, 1, 1}, {1, 1, 1}, {0, 3, 1}, {0, 1, -1}, {0, 1, 3}}) {
-        doc.capturedPatch = patch;
-        doc.capturedSection = section;
-        doc.capturedPoint = point;
+        doc.capture.renumberPatch(patch);
+        doc.capture.renumberSection(section);
+        arranged(doc).capturedPoint = point;
         doc.RebreakPart();
     }
     EXPECT_THAT(heard(), IsEmpty());
@@ -209,16 +210,16 @@ TEST_F(RebreakPart, BeforeMovesTheNumberOfThePointWithItsPlace) {
     rebreakPart({{"function", "2"}, {"newCount", "9"}});
     EXPECT_THAT(coordinates(doc.patches[0][1]),
                 Pointwise(DoubleNear(1e-12), {0.0, 0.5, 1.0, 1.5, 2.0, 2.5, 3.0, 3.5, 4.0, 5.0, 6.0, 7.0, 8.0}));
-    EXPECT_EQ(doc.capturedPoint, 8);
-    EXPECT_EQ(*doc.pointAt(0, 1, 8), doc.capturedPointPos);
+    EXPECT_EQ(doc.capture->capturedPoint, 8);
+    EXPECT_EQ(*doc.pointAt(0, 1, 8), doc.capture->capturedPointPos);
     EXPECT_EQ(doc.patches[0][0], before[0][0]);
     EXPECT_EQ(doc.undoPatches, before);
     EXPECT_EQ(doc.pointUndoPatches, before);
     EXPECT_TRUE(doc.patchUndoReady && doc.pointUndoReady);
     EXPECT_FALSE(doc.rebuildOnUndo);
-    EXPECT_EQ(doc.savedPatch, 0);
-    EXPECT_EQ(doc.savedPointSection, 1);
-    EXPECT_EQ(doc.savedPoint, 4);
+    EXPECT_EQ(doc.capture->savedPatch, 0);
+    EXPECT_EQ(doc.capture->savedPointSection, 1);
+    EXPECT_EQ(doc.capture->savedPoint, 4);
     EXPECT_EQ(doc.fileKind, "skl");
     EXPECT_EQ(doc.documentTitle, "wing.skl");
     EXPECT_THAT(heard(), ElementsAre("dialog: CRebreakPart -> ok", "title: wing.skl"));
@@ -231,7 +232,7 @@ TEST_F(RebreakPart, AfterKeepsTheNumberOfThePoint) {
     rebreakPart({{"function", "2"}, {"position", "2"}, {"newCount", "5"}});
     EXPECT_THAT(coordinates(doc.patches[0][1]),
                 Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 6.5, 7.0, 7.5, 8.0}));
-    EXPECT_EQ(doc.capturedPoint, 6);
+    EXPECT_EQ(doc.capture->capturedPoint, 6);
 }
 
 TEST_F(RebreakPart, OfAllSectionsKeepsTheModelRegular) {
@@ -250,7 +251,7 @@ TEST_F(RebreakPart, UndonePointBringsModelAndAddressBack) {
     rebreakPart({{"newCount", "9"}});
     doc.UndoPoint();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.capturedPoint, 4);
+    EXPECT_EQ(doc.capture->capturedPoint, 4);
     EXPECT_EQ(doc.documentTitle, "wing.apt");
 }
 
@@ -261,12 +262,12 @@ TEST_F(RebreakPart, OfALineRespacesItsSectionsAndKeepsTheGrid) {
     captureOnLine(1, 2);
     rebreakPart({{"function", "2"}});
     EXPECT_THAT(lineHeights(1), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 4.0}));
-    EXPECT_TRUE(doc.lineCaptured);
-    EXPECT_FALSE(doc.sectionCaptured);
-    EXPECT_EQ(doc.capturedLine, 1);
-    EXPECT_EQ(doc.capturedSection, -1);
-    EXPECT_EQ(doc.capturedPoint, 1);
-    EXPECT_EQ(doc.capturedPointSection, 2);
+    EXPECT_TRUE(doc.capture->lineCaptured);
+    EXPECT_FALSE(doc.capture->sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedLine, 1);
+    EXPECT_EQ(doc.capture->capturedSection, -1);
+    EXPECT_EQ(doc.capture->capturedPoint, 1);
+    EXPECT_EQ(doc.capture->capturedPointSection, 2);
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set line", "set point"));
 }
 
@@ -276,9 +277,9 @@ TEST_F(RebreakPart, OfAllLinesChangesTheNumberOfSectionsAndMovesThePointsOwn) {
     rebreakPart({{"regime", "2"}, {"function", "2"}, {"newCount", "5"}});
     EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>(7, 3)));
     EXPECT_THAT(lineHeights(0), Pointwise(DoubleNear(1e-12), {0.0, 0.5, 1.0, 1.5, 2.0, 3.0, 4.0}));
-    EXPECT_EQ(doc.capturedPointSection, 4);
-    EXPECT_EQ(doc.capturedPoint, 1);
-    EXPECT_EQ(doc.capturedPointPos, (zVec<double>{1, 2, 0}));
+    EXPECT_EQ(doc.capture->capturedPointSection, 4);
+    EXPECT_EQ(doc.capture->capturedPoint, 1);
+    EXPECT_EQ(doc.capture->capturedPointPos, (zVec<double>{1, 2, 0}));
     EXPECT_EQ(doc.fileKind, "apt");
 }
 
@@ -290,8 +291,8 @@ TEST_F(RebreakPart, OfALineInAPatchOutsideTheZBlockWorksOnTheSectionOfThatNumber
     rebreakPart({{"function", "2"}, {"compression", "2"}});
     EXPECT_NE(doc.patches[0][1], before[0][1]);
     EXPECT_EQ(doc.patches[0][2], before[0][2]);
-    EXPECT_EQ(doc.capturedLine, 1);
-    EXPECT_TRUE(doc.lineCaptured);
+    EXPECT_EQ(doc.capture->capturedLine, 1);
+    EXPECT_TRUE(doc.capture->lineCaptured);
 }
 
 // ---- Messages -------------------------------------------------------------------------------------------------------
@@ -336,7 +337,7 @@ TEST_F(RebreakPart, AStretchOfOnePointSaysWhichSectionAndLeavesIt) {
     EXPECT_THAT(heard(),
                 ElementsAre("dialog: CRebreakPart -> ok", "message: Line  2  is of zero length. APT may be violated"));
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.capturedPoint, 0);
+    EXPECT_EQ(doc.capture->capturedPoint, 0);
     EXPECT_TRUE(doc.patchUndoReady);
 }
 
@@ -351,7 +352,7 @@ TEST_F(RebreakPart, SectionsOfNoLengthStayAndTheFirstIsNamedOnce) {
     EXPECT_EQ(heard()[1], "message: Line  2  is of zero length. APT may be violated");
     EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{8, 6, 6, 8}));
     EXPECT_EQ(doc.fileKind, "skl");
-    EXPECT_EQ(doc.capturedPoint, 4);
+    EXPECT_EQ(doc.capture->capturedPoint, 4);
 }
 
 TEST_F(RebreakPart, LinesOfNoLengthAreNamedAndTheGridStaysWhole) {

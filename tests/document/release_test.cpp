@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "document_fixture.h"
 
 namespace velmora::test {
@@ -14,97 +15,98 @@ class Release : public DocumentTest {
 protected:
     Release() {
         hold({flatPatch(3, 4)});
-        doc.pointContinueStatus = "the point ";
-        doc.sectionContinueStatus = "the section ";
-        doc.lineContinueStatus = "the line ";
+        arranged(doc).pointContinueStatus = "the point ";
+        arranged(doc).sectionContinueStatus = "the section ";
+        arranged(doc).lineContinueStatus = "the line ";
     }
 };
 
 } // namespace
 
 TEST_F(Release, InNoRegimeDoesNothing) {
-    doc.pointPicked = true;
-    doc.capturedSection = doc.capturedLine = 1;
+    arranged(doc).pointPicked = true;
+    arranged(doc).capturedSection = arranged(doc).capturedLine = 1;
     doc.moveRegimeAtRelease();
     EXPECT_THAT(heard(), IsEmpty());
     EXPECT_THAT(viewCalls(), IsEmpty());
-    EXPECT_FALSE(doc.pointCaptured || doc.freePointHeld || doc.sectionCaptured || doc.lineCaptured);
+    EXPECT_FALSE(doc.capture->pointCaptured || doc.capture->freePointHeld || doc.capture->sectionCaptured ||
+                 doc.capture->lineCaptured);
 }
 
 TEST_F(Release, OnAPointCapturesIt) {
-    doc.pointCaptureArmed = doc.pointPicked = true;
+    arranged(doc).pointCaptureArmed = arranged(doc).pointPicked = true;
     doc.moveRegimeAtRelease();
-    EXPECT_TRUE(doc.pointCaptured);
-    EXPECT_FALSE(doc.pointCaptureArmed);
-    EXPECT_TRUE(doc.pointPicked);
+    EXPECT_TRUE(doc.capture->pointCaptured);
+    EXPECT_FALSE(doc.capture->pointCaptureArmed);
+    EXPECT_TRUE(doc.capture->pointPicked);
     EXPECT_THAT(heard(), ElementsAre("status: the point "));
 }
 
 TEST_F(Release, BesideTheGeometryKeepsThePointArmed) {
-    doc.pointCaptureArmed = true;
+    arranged(doc).pointCaptureArmed = true;
     doc.moveRegimeAtRelease();
-    EXPECT_TRUE(doc.pointCaptureArmed);
-    EXPECT_FALSE(doc.pointCaptured);
+    EXPECT_TRUE(doc.capture->pointCaptureArmed);
+    EXPECT_FALSE(doc.capture->pointCaptured);
     EXPECT_THAT(heard(), ElementsAre(dragStatus));
 }
 
 TEST_F(Release, OnAFreePointHoldsIt) {
-    doc.freePointArmed = doc.pointPicked = doc.pointCaptured = true;
+    arranged(doc).freePointArmed = arranged(doc).pointPicked = arranged(doc).pointCaptured = true;
     doc.moveRegimeAtRelease();
-    EXPECT_TRUE(doc.freePointHeld && doc.pointCaptured);
-    EXPECT_FALSE(doc.freePointArmed);
+    EXPECT_TRUE(doc.capture->freePointHeld && doc.capture->pointCaptured);
+    EXPECT_FALSE(doc.capture->freePointArmed);
     EXPECT_THAT(heard(), ElementsAre("status: the point "));
 }
 
 TEST_F(Release, BesideTheGeometryKeepsTheFreePointArmed) {
-    doc.freePointArmed = true;
+    arranged(doc).freePointArmed = true;
     doc.moveRegimeAtRelease();
-    EXPECT_TRUE(doc.freePointArmed);
-    EXPECT_FALSE(doc.freePointHeld);
+    EXPECT_TRUE(doc.capture->freePointArmed);
+    EXPECT_FALSE(doc.capture->freePointHeld);
     EXPECT_THAT(heard(), ElementsAre(dragStatus));
 }
 
 TEST_F(Release, OnASectionCapturesIt) {
-    doc.sectionCaptureArmed = true;
-    doc.capturedPatch = 0;
-    doc.capturedSection = 2;
+    arranged(doc).sectionCaptureArmed = true;
+    doc.capture.renumberPatch(0);
+    doc.capture.renumberSection(2);
     doc.moveRegimeAtRelease();
-    EXPECT_TRUE(doc.sectionCaptured);
-    EXPECT_FALSE(doc.sectionCaptureArmed);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
+    EXPECT_FALSE(doc.capture->sectionCaptureArmed);
     EXPECT_THAT(heard(), ElementsAre("status: the section "));
 }
 
 TEST_F(Release, BesideTheGeometryKeepsTheSectionArmed) {
-    doc.sectionCaptureArmed = true;
+    arranged(doc).sectionCaptureArmed = true;
     doc.moveRegimeAtRelease();
-    EXPECT_TRUE(doc.sectionCaptureArmed);
-    EXPECT_FALSE(doc.sectionCaptured);
+    EXPECT_TRUE(doc.capture->sectionCaptureArmed);
+    EXPECT_FALSE(doc.capture->sectionCaptured);
     EXPECT_THAT(heard(), ElementsAre(dragStatus));
 }
 
 TEST_F(Release, OnALineCapturesIt) {
-    doc.lineCaptureArmed = true;
-    doc.capturedPatch = 0;
-    doc.capturedLine = 2;
+    arranged(doc).lineCaptureArmed = true;
+    doc.capture.renumberPatch(0);
+    doc.capture.renumberLine(2);
     doc.moveRegimeAtRelease();
-    EXPECT_TRUE(doc.lineCaptured);
-    EXPECT_FALSE(doc.lineCaptureArmed);
+    EXPECT_TRUE(doc.capture->lineCaptured);
+    EXPECT_FALSE(doc.capture->lineCaptureArmed);
     EXPECT_THAT(heard(), ElementsAre("status: the line "));
 }
 
 TEST_F(Release, BesideTheGeometryKeepsTheLineArmed) {
-    doc.lineCaptureArmed = true;
+    arranged(doc).lineCaptureArmed = true;
     doc.moveRegimeAtRelease();
-    EXPECT_TRUE(doc.lineCaptureArmed);
-    EXPECT_FALSE(doc.lineCaptured);
+    EXPECT_TRUE(doc.capture->lineCaptureArmed);
+    EXPECT_FALSE(doc.capture->lineCaptured);
     EXPECT_THAT(heard(), ElementsAre(dragStatus));
 }
 
 TEST_F(Release, OfTheFirstPointIsFoundAtIndexZero) {
-    doc.sectionCaptureArmed = true;
-    doc.capturedSection = 0;
+    arranged(doc).sectionCaptureArmed = true;
+    doc.capture.renumberSection(0);
     doc.moveRegimeAtRelease();
-    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
 }
 
 } // namespace velmora::test

@@ -1,5 +1,6 @@
 #include <cmath>
 
+#include "arranged_capture.h"
 #include "document_fixture.h"
 
 namespace velmora::test {
@@ -72,7 +73,7 @@ TEST_F(CurveTransformation, MovesTheSectionAlone) {
     expectSnapshotOf(before);
     EXPECT_THAT(heard(), ElementsAre("dialog: CBlockMove -> ok"));
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set section"));
-    EXPECT_EQ(doc.capturedSection, 1);
+    EXPECT_EQ(doc.capture->capturedSection, 1);
     doc.UndoPatch();
     EXPECT_EQ(doc.patches, before);
     EXPECT_THAT(viewCalls(), Not(Contains("bounds")));
@@ -89,12 +90,12 @@ TEST_F(CurveTransformation, MovesALineAndKeepsItCaptured) {
         EXPECT_EQ(doc.patches[0][n][1], before[0][n][1]);
     }
     EXPECT_EQ(doc.patches[1], before[1]);
-    EXPECT_TRUE(doc.lineCaptured);
-    EXPECT_EQ(doc.capturedLine, 2);
-    EXPECT_EQ(doc.capturedSection, -1);
-    EXPECT_EQ(doc.capturedPointSection, 1);
-    EXPECT_EQ(doc.capturedPoint, 2);
-    EXPECT_EQ(doc.capturedPointPos, (Vec{2, 1, 4}));
+    EXPECT_TRUE(doc.capture->lineCaptured);
+    EXPECT_EQ(doc.capture->capturedLine, 2);
+    EXPECT_EQ(doc.capture->capturedSection, -1);
+    EXPECT_EQ(doc.capture->capturedPointSection, 1);
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
+    EXPECT_EQ(doc.capture->capturedPointPos, (Vec{2, 1, 4}));
     expectSnapshotOf(before);
 }
 
@@ -108,14 +109,14 @@ TEST_F(CurveTransformation, OfALineOutsideTheZBlockWorksOnTheSectionOfThatNumber
     EXPECT_EQ(doc.patches[0][1], before[0][1]);
     EXPECT_EQ(doc.patches[0][2], (PointList{{0, 2, 4}, {1, 2, 4}, {2, 2, 4}, {3, 2, 4}}));
     EXPECT_EQ(doc.patches[1], before[1]);
-    EXPECT_TRUE(doc.lineCaptured);
-    EXPECT_EQ(doc.capturedLine, 2);
+    EXPECT_TRUE(doc.capture->lineCaptured);
+    EXPECT_EQ(doc.capture->capturedLine, 2);
     // There is no section with the number of line 3: nothing but the snapshot.
     captureLine(0, 3);
     const PatchList after = doc.patches;
     run(&VelmoraDoc::MoveCurve, {{"deltaZ", "4"}});
     EXPECT_EQ(doc.patches, after);
-    EXPECT_TRUE(doc.lineCaptured);
+    EXPECT_TRUE(doc.capture->lineCaptured);
 }
 
 TEST_F(CurveTransformation, OfALineInTheZBlockWorksOnTheLine) {
@@ -131,7 +132,7 @@ TEST_F(CurveTransformation, ScalesASectionAndALine) {
     captureSection(0, 1);
     run(&VelmoraDoc::ScaleCurve, {{"yCenter", "2"}, {"scale", "3"}});
     EXPECT_EQ(doc.patches[0][1], (PointList{{0, -1, 0}, {3, -1, 0}}));
-    doc.sectionCaptured = false;
+    arranged(doc).sectionCaptured = false;
     captureLine(0, 0);
     run(&VelmoraDoc::ScaleCurve, {{"xCenter", "1"}, {"yCenter", "0"}, {"scale", "2"}});
     EXPECT_EQ(doc.patches[0][0][0], (Vec{-1, 0, 0}));
@@ -145,8 +146,8 @@ TEST_F(CurveTransformation, FlipReversesNothing) {
     capturePoint(0, 1, 2);
     run(&VelmoraDoc::FlipCurve, {{"xPlane", "5"}});
     EXPECT_EQ(numbers(1), (std::vector<double>{10, 9, 8}));
-    EXPECT_TRUE(doc.pointCaptured);
-    EXPECT_EQ(doc.capturedPointPos, (Vec{8, 1, 0}));
+    EXPECT_TRUE(doc.capture->pointCaptured);
+    EXPECT_EQ(doc.capture->capturedPointPos, (Vec{8, 1, 0}));
 }
 
 TEST_F(CurveTransformation, RotatesOrSaysThatThereIsNoAxis) {
@@ -171,8 +172,8 @@ TEST_F(CurveTransformation, WithoutAnAxisALineStaysCaptured) {
     captureLine(0, 1);
     run(&VelmoraDoc::RotateCurve, {{"x2", "0"}});
     EXPECT_EQ(doc.patches, before);
-    EXPECT_TRUE(doc.lineCaptured);
-    EXPECT_FALSE(doc.sectionCaptured);
+    EXPECT_TRUE(doc.capture->lineCaptured);
+    EXPECT_FALSE(doc.capture->sectionCaptured);
 }
 
 TEST_F(CurveTransformation, SharesItsDialogsWithTheModelsCommands) {
@@ -201,7 +202,7 @@ TEST_F(SectionCommand, OnACurveThatIsNotThereDoesNothing) {
     const PatchList before = doc.patches;
     for (const auto& [patch, curve] : {std::pair{-1, 0}, {1, 0}, {0, -1}, {0, 3}}) {
         for (const bool section : {true, false}) {
-            doc.sectionCaptured = doc.lineCaptured = false;
+            arranged(doc).sectionCaptured = arranged(doc).lineCaptured = false;
             section ? captureSection(patch, curve) : captureLine(patch, curve);
             for (const auto command : {&VelmoraDoc::MoveCurve, &VelmoraDoc::ScaleCurve, &VelmoraDoc::FlipCurve,
                                        &VelmoraDoc::RotateCurve, &VelmoraDoc::SymmetricSection, &VelmoraDoc::FirstPoint,
@@ -297,12 +298,12 @@ TEST_F(FirstPoint, OfALoopBeginsAtTheCapturedPointUpwards) {
     EXPECT_TRUE(doc.firstPointValues.closed && doc.firstPointValues.pointInside);
     EXPECT_EQ(numbers(1), (std::vector<double>{2, 3, 0, 1, 2}));
     expectSnapshotOf(before);
-    EXPECT_EQ(doc.savedPatch, 0);
-    EXPECT_EQ(doc.savedPointSection, 1);
-    EXPECT_EQ(doc.savedPoint, 2);
+    EXPECT_EQ(doc.capture->savedPatch, 0);
+    EXPECT_EQ(doc.capture->savedPointSection, 1);
+    EXPECT_EQ(doc.capture->savedPoint, 2);
     // The number stays and names another point.
-    EXPECT_EQ(doc.capturedPoint, 2);
-    EXPECT_EQ(doc.capturedPointPos, (Vec{0, 0, 0}));
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
+    EXPECT_EQ(doc.capture->capturedPointPos, (Vec{0, 0, 0}));
     EXPECT_THAT(heard(),
                 ElementsAre("dialog: CFirstPoint -> ok",
                             "status: Captured point: (Patch K=1, Section N=2, Point M=3) X=0.000000, Y=0.000000, "
@@ -362,11 +363,11 @@ TEST_F(FirstPoint, WorksOnALineWithThePointsNumberAlongIt) {
         line.push_back(section[1].x);
     }
     EXPECT_EQ(line, (std::vector<double>{2, 3, 0, 1, 2}));
-    EXPECT_TRUE(doc.lineCaptured);
-    EXPECT_EQ(doc.capturedLine, 1);
-    EXPECT_EQ(doc.capturedPointSection, 2);
-    EXPECT_EQ(doc.capturedPoint, 1);
-    EXPECT_EQ(doc.capturedPointPos, (Vec{0, 0, 0}));
+    EXPECT_TRUE(doc.capture->lineCaptured);
+    EXPECT_EQ(doc.capture->capturedLine, 1);
+    EXPECT_EQ(doc.capture->capturedPointSection, 2);
+    EXPECT_EQ(doc.capture->capturedPoint, 1);
+    EXPECT_EQ(doc.capture->capturedPointPos, (Vec{0, 0, 0}));
 }
 
 // ---- Knife ----------------------------------------------------------------------------------------------------------
@@ -445,11 +446,11 @@ TEST_F(DeletingCurves, WalksThroughThePatch) {
     captureSection(0, 2);
     doc.DeleteCurve();
     EXPECT_EQ(doc.patches[0][2], before[0][3]);
-    EXPECT_EQ(doc.capturedSection, 2);
+    EXPECT_EQ(doc.capture->capturedSection, 2);
     expectSnapshotOf(before);
     doc.DeleteCurve();
-    EXPECT_EQ(doc.capturedSection, 1);
-    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedSection, 1);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
     EXPECT_EQ(countsOf(doc.patches[0]), (Counts{3, 3}));
     EXPECT_THAT(heard(), IsEmpty());
 }
@@ -460,8 +461,8 @@ TEST_F(DeletingCurves, LeavesAGridTwoSections) {
     captureSection(0, 0);
     doc.DeleteCurve();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_FALSE(doc.sectionCaptured);
-    EXPECT_EQ(doc.capturedPatch, -1);
+    EXPECT_FALSE(doc.capture->sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedPatch, -1);
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_THAT(heard(), ElementsAre("message: Procedure canceled. Number of section must not be less than 2"));
 }
@@ -477,21 +478,21 @@ TEST_F(DeletingCurves, OfThePatchsLastSectionRemovesThePatchAndRenumbersTheZBloc
     EXPECT_EQ(countsOf(doc.patches[1]), (Counts{2}));
     EXPECT_EQ(block(), (Counts{2, 0, 1}));
     EXPECT_EQ(doc.blockList[3], -1);
-    EXPECT_FALSE(doc.sectionCaptured);
-    EXPECT_EQ(doc.capturedPatch, -1);
+    EXPECT_FALSE(doc.capture->sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedPatch, -1);
 }
 
 TEST_F(DeletingCurves, OfTheLastSectionOfTheLastPatchEmptiesTheDocument) {
     hold({patchOf({3})});
     const PatchList before = doc.patches;
     doc.secondKind = "wrl";
-    doc.patchCaptured = true;
+    doc.capture.holdBlock();
     addToBlock(0);
     captureSection(0, 0);
     doc.DeleteCurve();
     EXPECT_THAT(doc.patches, IsEmpty());
     EXPECT_EQ(doc.structureKind + doc.fileKind + doc.secondKind, "nonnonnon");
-    EXPECT_FALSE(doc.sectionCaptured || doc.patchCaptured);
+    EXPECT_FALSE(doc.capture->sectionCaptured || doc.capture->patchCaptured);
     EXPECT_THAT(block(), IsEmpty());
     doc.UndoPatch();
     EXPECT_EQ(doc.patches, before);
@@ -513,11 +514,11 @@ TEST_F(DeletingCurves, TakesTheLinesPointOutOfEachSection) {
     for (std::size_t n = 0; n < 3; ++n) {
         EXPECT_EQ(numbers(n), (std::vector<double>{0, 2, 3}));
     }
-    EXPECT_TRUE(doc.lineCaptured);
-    EXPECT_EQ(doc.capturedLine, 1);
-    doc.capturedLine = 2;
+    EXPECT_TRUE(doc.capture->lineCaptured);
+    EXPECT_EQ(doc.capture->capturedLine, 1);
+    doc.capture.renumberLine(2);
     doc.DeleteCurve();
-    EXPECT_EQ(doc.capturedLine, 1);
+    EXPECT_EQ(doc.capture->capturedLine, 1);
 }
 
 TEST_F(DeletingCurves, LeavesTwoLines) {
@@ -526,7 +527,7 @@ TEST_F(DeletingCurves, LeavesTwoLines) {
     captureLine(0, 1);
     doc.DeleteCurve();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_FALSE(doc.lineCaptured);
+    EXPECT_FALSE(doc.capture->lineCaptured);
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_THAT(heard(), ElementsAre("message: Procedure canceled. Number of lines must not be less than 2"));
 }
@@ -543,7 +544,7 @@ TEST_F(DuplicatingCurves, PutsCopiesOfTheSectionBehindIt) {
     EXPECT_EQ(doc.patches[0][2], before[0][1]);
     EXPECT_EQ(doc.patches[0][3], before[0][1]);
     EXPECT_EQ(doc.patches[0][4], before[0][2]);
-    EXPECT_EQ(doc.capturedSection, 1);
+    EXPECT_EQ(doc.capture->capturedSection, 1);
     expectSnapshotOf(before);
 }
 
@@ -554,7 +555,7 @@ TEST_F(DuplicatingCurves, PutsCopiesOfTheLinesPointBehindItInEachSection) {
     for (std::size_t n = 0; n < 3; ++n) {
         EXPECT_EQ(numbers(n), (std::vector<double>{0, 1, 1, 2}));
     }
-    EXPECT_EQ(doc.capturedLine, 1);
+    EXPECT_EQ(doc.capture->capturedLine, 1);
     EXPECT_EQ(doc.fileKind, "apt");
 }
 
@@ -577,7 +578,7 @@ TEST_F(Weeding, TakesEverySecondPointOfEverySection) {
     EXPECT_EQ(coordinates(doc.patches[1][2]), (std::vector<double>{0, 2, 4, 7}));
     EXPECT_EQ(doc.patches[1].size(), 3U);
     expectSnapshotOf(before);
-    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
     EXPECT_THAT(heard(), IsEmpty());
 }
 
@@ -587,8 +588,8 @@ TEST_F(Weeding, WithALineTakesEverySecondSection) {
     doc.Weeding();
     EXPECT_EQ(countsOf(doc.patches[0]), (Counts{3, 3, 3, 3}));
     EXPECT_EQ(doc.patches[0][3][0].y, 6);
-    EXPECT_TRUE(doc.lineCaptured);
-    EXPECT_EQ(doc.capturedLine, 1);
+    EXPECT_TRUE(doc.capture->lineCaptured);
+    EXPECT_EQ(doc.capture->capturedLine, 1);
 }
 
 TEST_F(Weeding, TakesTheZBlockAlone) {
@@ -605,8 +606,8 @@ TEST_F(Weeding, LeavesThePointRegime) {
     captureSection(0, 1);
     capturePoint(0, 1, 3);
     doc.Weeding();
-    EXPECT_FALSE(doc.pointRegimeActive());
-    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_FALSE(doc.capture->pointRegimeActive());
+    EXPECT_TRUE(doc.capture->sectionCaptured);
 }
 
 TEST_F(Weeding, OfTwoSectionsLeavesTheLastWhichIsNoGrid) {
@@ -638,8 +639,8 @@ TEST_F(Cylinder, ReplacesTheModelByABodyOfRevolution) {
     EXPECT_EQ(doc.documentTitle, "Untitled.apt");
     EXPECT_EQ(doc.currentPath, shownFolder() + "Untitled.apt");
     EXPECT_EQ(doc.boxMax.x, 2);
-    EXPECT_FALSE(doc.sectionCaptured);
-    EXPECT_EQ(doc.capturedPatch, -1);
+    EXPECT_FALSE(doc.capture->sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedPatch, -1);
     expectSnapshotOf(before);
     EXPECT_THAT(heard(),
                 ElementsAre("question: Current geometry will be removed. Are you sure -> yes", "title: Untitled.apt"));
@@ -656,12 +657,12 @@ TEST_F(Cylinder, AnsweredNoChangesNothingAndTakesNoSnapshot) {
     doc.Cylinder();
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
-    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
 }
 
 TEST_F(Cylinder, TakesItsProfileBeforeThePatchRegimeIsLeft) {
     hold({flatPatch(2, 2), flatPatch(2, 4, 3)});
-    doc.patchCaptured = true;
+    doc.capture.holdBlock();
     addToBlock(0);
     captureSection(1, 1);
     capturePoint(1, 1, 1);
@@ -669,8 +670,8 @@ TEST_F(Cylinder, TakesItsProfileBeforeThePatchRegimeIsLeft) {
     doc.Cylinder();
     EXPECT_EQ(doc.patches.at(0).size(), 4U);
     EXPECT_THAT(block(), IsEmpty());
-    EXPECT_EQ(doc.capturedPatch, -1);
-    EXPECT_FALSE(doc.pointRegimeActive() || doc.curveRegimeActive());
+    EXPECT_EQ(doc.capture->capturedPatch, -1);
+    EXPECT_FALSE(doc.capture->pointRegimeActive() || doc.capture->curveRegimeActive());
 }
 
 TEST_F(Cylinder, TakesALineAsItsProfile) {
@@ -689,8 +690,8 @@ TEST_F(DeletingCurves, TheCapturedPointIsThatOfTheNextSection) {
     captureSection(0, 1);
     capturePoint(0, 1, 2);
     doc.DeleteCurve();
-    EXPECT_EQ(doc.capturedPointPos, Vec(2, 2, 0));
-    EXPECT_EQ(doc.pickedPoint, Vec(2, 2, 0));
+    EXPECT_EQ(doc.capture->capturedPointPos, Vec(2, 2, 0));
+    EXPECT_EQ(doc.capture->pickedPoint, Vec(2, 2, 0));
 }
 
 TEST_F(DeletingCurves, TheCapturedPointStaysInsideWhenTheLastLineGoes) {
@@ -698,9 +699,9 @@ TEST_F(DeletingCurves, TheCapturedPointStaysInsideWhenTheLastLineGoes) {
     captureLine(0, 4);
     capturePoint(0, 1, 4);
     doc.DeleteCurve();
-    EXPECT_EQ(doc.capturedLine, 3);
-    EXPECT_EQ(doc.capturedPoint, 3);
-    EXPECT_EQ(doc.capturedPointPos, Vec(3, 1, 0));
+    EXPECT_EQ(doc.capture->capturedLine, 3);
+    EXPECT_EQ(doc.capture->capturedPoint, 3);
+    EXPECT_EQ(doc.capture->capturedPointPos, Vec(3, 1, 0));
 }
 
 TEST_F(Halving, KeepsTheCapturedPointInside) {
@@ -708,8 +709,8 @@ TEST_F(Halving, KeepsTheCapturedPointInside) {
     captureSection(0, 0);
     capturePoint(0, 0, 5);
     run(&VelmoraDoc::HalveSection, {{"choice", "2"}});
-    EXPECT_EQ(doc.capturedPoint, 2);
-    EXPECT_EQ(doc.capturedPointPos, Vec(2, 0, 0));
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
+    EXPECT_EQ(doc.capture->capturedPointPos, Vec(2, 0, 0));
 }
 
 TEST_F(FirstPoint, OfALineSavesTheAddressInTheModelAndNamesTheLine) {
@@ -717,8 +718,8 @@ TEST_F(FirstPoint, OfALineSavesTheAddressInTheModelAndNamesTheLine) {
     captureLine(0, 1);
     capturePoint(0, 2, 1);
     run(&VelmoraDoc::FirstPoint, {{"sortKind", "1"}});
-    EXPECT_EQ(doc.savedPointSection, 2);
-    EXPECT_EQ(doc.savedPoint, 1);
+    EXPECT_EQ(doc.capture->savedPointSection, 2);
+    EXPECT_EQ(doc.capture->savedPoint, 1);
     EXPECT_THAT(doc.status, testing::StartsWith("Captured point: (Patch K=1, Line N=2, Point M=3)"));
 }
 

@@ -1,5 +1,6 @@
 #include <filesystem>
 
+#include "arranged_capture.h"
 #include "cut_zones.h"
 #include "small_zones.h"
 #include "zone_fixture.h"
@@ -142,11 +143,11 @@ TEST_F(ToSkl, NoPlaneInTheBodyLeavesOneEmptyPatch) {
 TEST_F(ToSkl, LeavesRegimesAndEmptiesTheZBlock) {
     captureNode(0, 3);
     addToBlock(0);
-    doc.patchCaptured = true;
+    doc.capture.holdBlock();
     doc.showBlockOnly = true;
     answer({});
     doc.ConvertToSkl();
-    EXPECT_FALSE(doc.pointCaptured || doc.patchCaptured || doc.showBlockOnly);
+    EXPECT_FALSE(doc.capture->pointCaptured || doc.capture->patchCaptured || doc.showBlockOnly);
     EXPECT_EQ(doc.blockCount, 0);
     EXPECT_EQ(doc.status, "For Help, press F1");
 }
@@ -299,12 +300,12 @@ TEST_F(ToApt, LeavesPointAndCurvesAndStaysInThePatchRegime) {
     holdLines();
     capturePoint(0, 0, 2);
     captureSection(0, 0);
-    doc.patchCaptured = true;
-    doc.blockStatus = "the zBlock's text";
+    doc.capture.holdBlock();
+    arranged(doc).blockStatus = "the zBlock's text";
     answer({});
     doc.ConvertToApt();
-    EXPECT_FALSE(doc.pointCaptured || doc.sectionCaptured);
-    EXPECT_TRUE(doc.patchCaptured);
+    EXPECT_FALSE(doc.capture->pointCaptured || doc.capture->sectionCaptured);
+    EXPECT_TRUE(doc.capture->patchCaptured);
     EXPECT_EQ(doc.status, "the zBlock's text");
 }
 
@@ -358,8 +359,8 @@ TEST_F(GridKnife, CapturedPointPastTheEndBecomesTheLast) {
     capturePoint(0, 1, 4);
     answer({{"choice", "2"}});
     doc.KnifeModel();
-    EXPECT_EQ(doc.capturedPoint, 2);
-    EXPECT_EQ(doc.capturedPointPos, Point(2, 1, 0));
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
+    EXPECT_EQ(doc.capture->capturedPointPos, Point(2, 1, 0));
 }
 
 // ---- Knife of triangles ---------------------------------------------------------------------------------------------

@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "document_fixture.h"
 
 namespace velmora::test {
@@ -60,11 +61,10 @@ class CorrectLine : public DocumentTest {
 protected:
     /// A line, or a section, with a free point beside it.
     void holdFree(std::int32_t section, std::int32_t point) {
-        doc.freePointHeld = true;
-        doc.pointPicked = true;
-        doc.capturedPointSection = section;
-        doc.capturedPoint = point;
-        doc.pickedPoint = doc.capturedPointPos = *doc.pointAt(doc.capturedPatch, section, point);
+        arranged(doc).freePointHeld = true;
+        arranged(doc).pointPicked = true;
+        doc.capture.renumberPoint(section, point);
+        doc.capture.placePoint(*doc.pointAt(doc.capture->capturedPatch, section, point));
     }
     void correct(const Fields& fields) {
         ui.dialogs.push_back(fields);
@@ -189,7 +189,7 @@ TEST_F(Interpolate, MovesTheCapturedSection) {
     EXPECT_EQ(doc.undoPatches, before);
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_FALSE(doc.rebuildOnUndo);
-    EXPECT_EQ(doc.capturedSection, 1);
+    EXPECT_EQ(doc.capture->capturedSection, 1);
     EXPECT_THAT(heard(), ElementsAre("dialog: CInterpolate -> ok"));
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set section"));
 }
@@ -201,9 +201,9 @@ TEST_F(Interpolate, MovesTheCapturedLineAmongLines) {
     for (const PointList& section : doc.patches[0]) {
         EXPECT_THAT(coordinates(section), ElementsAre(0, 0, 2, 3));
     }
-    EXPECT_TRUE(doc.lineCaptured);
-    EXPECT_EQ(doc.capturedLine, 1);
-    EXPECT_EQ(doc.capturedSection, -1);
+    EXPECT_TRUE(doc.capture->lineCaptured);
+    EXPECT_EQ(doc.capture->capturedLine, 1);
+    EXPECT_EQ(doc.capture->capturedSection, -1);
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set line"));
 }
 
@@ -249,7 +249,7 @@ TEST_F(Interpolate, ToAPointTooFarSaysSo) {
                 ElementsAre("dialog: CInterpolate -> ok",
                             "message: Correct interpolation is impossible. Target point is too far from line"));
     EXPECT_EQ(doc.patches, PatchList{flatPatch(4, 3)});
-    EXPECT_EQ(doc.capturedLine, 1);
+    EXPECT_EQ(doc.capture->capturedLine, 1);
 }
 
 TEST_F(Interpolate, ToAPointAtADoubleLineSaysSo) {
@@ -303,17 +303,17 @@ TEST_F(CorrectLine, BendsTheLineThroughTheFreePoint) {
     correct(threeAndThree);
     const Patch& patch = doc.patches[0];
     EXPECT_THAT(coordinates({patch[0][2], patch[1][2], patch[2][2]}), Pointwise(DoubleNear(1e-12), {1.0, 2.0, 3.0}));
-    EXPECT_EQ(doc.capturedLine, 2);
-    EXPECT_EQ(doc.capturedPoint, 2);
-    EXPECT_EQ(doc.capturedPointSection, 0);
-    EXPECT_TRUE(doc.lineCaptured && doc.freePointHeld);
+    EXPECT_EQ(doc.capture->capturedLine, 2);
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
+    EXPECT_EQ(doc.capture->capturedPointSection, 0);
+    EXPECT_TRUE(doc.capture->lineCaptured && doc.capture->freePointHeld);
     EXPECT_EQ(doc.undoPatches, before);
     EXPECT_EQ(doc.pointUndoPatches, before);
     EXPECT_TRUE(doc.patchUndoReady && doc.pointUndoReady);
     EXPECT_FALSE(doc.rebuildOnUndo);
-    EXPECT_EQ(doc.savedPatch, 0);
-    EXPECT_EQ(doc.savedPointSection, 0);
-    EXPECT_EQ(doc.savedPoint, 1);
+    EXPECT_EQ(doc.capture->savedPatch, 0);
+    EXPECT_EQ(doc.capture->savedPointSection, 0);
+    EXPECT_EQ(doc.capture->savedPoint, 1);
     EXPECT_THAT(heard(), ElementsAre("dialog: CCorrectLine -> ok"));
     EXPECT_EQ(viewCalls().front(), "redraw");
 }
@@ -339,7 +339,7 @@ TEST_F(CorrectLine, WithTheFilledValuesKeepsTheNumberOfPoints) {
     holdFree(1, 5);
     correct({});
     EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>(3, 8)));
-    EXPECT_EQ(doc.capturedLine, 3);
+    EXPECT_EQ(doc.capture->capturedLine, 3);
     EXPECT_NEAR(doc.patches[0][1][3].x, 5.0, 1e-9);
     EXPECT_NEAR(doc.patches[0][0][3].x, 3.0, 1e-9);
 }
@@ -350,8 +350,8 @@ TEST_F(CorrectLine, OfFiveBeforeAndSixAfterGivesTenPoints) {
     holdFree(3, 2);
     correct({{"linesBefore", "5"}, {"linesAfter", "6"}});
     EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>(4, 10)));
-    EXPECT_EQ(doc.capturedLine, 4);
-    EXPECT_EQ(doc.capturedPoint, 4);
+    EXPECT_EQ(doc.capture->capturedLine, 4);
+    EXPECT_EQ(doc.capture->capturedPoint, 4);
 }
 
 TEST_F(CorrectLine, OfASectionWorksAcrossThePatch) {
@@ -361,20 +361,20 @@ TEST_F(CorrectLine, OfASectionWorksAcrossThePatch) {
     correct(threeAndThree);
     const PointList& section = doc.patches[0][2];
     EXPECT_THAT(coordinates(section, &zVec<double>::y), Pointwise(DoubleNear(1e-12), {1.0, 2.0, 3.0}));
-    EXPECT_TRUE(doc.sectionCaptured);
-    EXPECT_FALSE(doc.lineCaptured);
-    EXPECT_EQ(doc.capturedSection, 2);
-    EXPECT_EQ(doc.capturedPointSection, 2);
-    EXPECT_EQ(doc.capturedPoint, 0);
-    EXPECT_EQ(doc.capturedLine, -1);
-    EXPECT_NEAR(doc.capturedPointPos.y, 1.0, 1e-12);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
+    EXPECT_FALSE(doc.capture->lineCaptured);
+    EXPECT_EQ(doc.capture->capturedSection, 2);
+    EXPECT_EQ(doc.capture->capturedPointSection, 2);
+    EXPECT_EQ(doc.capture->capturedPoint, 0);
+    EXPECT_EQ(doc.capture->capturedLine, -1);
+    EXPECT_NEAR(doc.capture->capturedPointPos.y, 1.0, 1e-12);
 }
 
 TEST_F(CorrectLine, WithThePointOnItHasNoActionAndLeavesModelAndCapture) {
     for (const bool section : {false, true}) {
         hold({flatPatch(4, 5)});
-        doc.lineCaptured = doc.sectionCaptured = false;
-        doc.capturedLine = doc.capturedSection = -1;
+        arranged(doc).lineCaptured = arranged(doc).sectionCaptured = false;
+        arranged(doc).capturedLine = arranged(doc).capturedSection = -1;
         section ? captureSection(0, 2) : captureLine(0, 2);
         holdFree(2, 2);
         const PatchList before = doc.patches;
@@ -383,27 +383,27 @@ TEST_F(CorrectLine, WithThePointOnItHasNoActionAndLeavesModelAndCapture) {
         ui.dialogs.clear();
         EXPECT_EQ(doc.patches, before);
         EXPECT_TRUE(doc.patchUndoReady && doc.pointUndoReady);
-        EXPECT_EQ(section ? doc.capturedSection : doc.capturedLine, 2);
-        EXPECT_EQ(section ? doc.sectionCaptured : doc.lineCaptured, true);
-        EXPECT_EQ(section ? doc.lineCaptured : doc.sectionCaptured, false);
+        EXPECT_EQ(section ? doc.capture->capturedSection : doc.capture->capturedLine, 2);
+        EXPECT_EQ(section ? doc.capture->sectionCaptured : doc.capture->lineCaptured, true);
+        EXPECT_EQ(section ? doc.capture->lineCaptured : doc.capture->sectionCaptured, false);
     }
 }
 
 TEST_F(CorrectLine, CancelledLeavesModelAndCapture) {
     for (const bool section : {false, true}) {
         hold({flatPatch(4, 5)});
-        doc.lineCaptured = doc.sectionCaptured = false;
-        doc.capturedLine = doc.capturedSection = -1;
+        arranged(doc).lineCaptured = arranged(doc).sectionCaptured = false;
+        arranged(doc).capturedLine = arranged(doc).capturedSection = -1;
         section ? captureSection(0, 1) : captureLine(0, 1);
         holdFree(3, 2);
         const PatchList before = doc.patches;
         doc.CorrectLine();
         EXPECT_THAT(heard(), ElementsAre("dialog: CCorrectLine -> cancel"));
         EXPECT_EQ(doc.patches, before);
-        EXPECT_EQ(doc.capturedPoint, 2);
-        EXPECT_EQ(doc.capturedPointSection, 3);
-        EXPECT_EQ(section ? doc.capturedSection : doc.capturedLine, 1);
-        EXPECT_EQ(section ? doc.capturedLine : doc.capturedSection, -1);
+        EXPECT_EQ(doc.capture->capturedPoint, 2);
+        EXPECT_EQ(doc.capture->capturedPointSection, 3);
+        EXPECT_EQ(section ? doc.capture->capturedSection : doc.capture->capturedLine, 1);
+        EXPECT_EQ(section ? doc.capture->capturedLine : doc.capture->capturedSection, -1);
         EXPECT_THAT(viewCalls(), IsEmpty());
     }
 }
@@ -417,7 +417,7 @@ TEST_F(CorrectLine, InThePatchThatIsNoGridDoesNothing) {
     correct(threeAndThree);
     EXPECT_EQ(doc.patches, before);
     EXPECT_THAT(heard(), IsEmpty());
-    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
 }
 
 TEST_F(CorrectLine, UndoneBringsTheModelBack) {
@@ -428,7 +428,7 @@ TEST_F(CorrectLine, UndoneBringsTheModelBack) {
     correct(threeAndThree);
     doc.UndoPoint();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.capturedPoint, 1);
+    EXPECT_EQ(doc.capture->capturedPoint, 1);
     EXPECT_FALSE(doc.patchUndoReady || doc.pointUndoReady);
 }
 

@@ -1,5 +1,6 @@
 #include <cmath>
 
+#include "arranged_capture.h"
 #include "zone_fixture.h"
 
 namespace velmora::test {
@@ -99,12 +100,12 @@ TEST_F(Transformation, TakesTheCapturedPointAlongAndMakesItsUndoReady) {
     hold({flatPatch(2, 2)});
     capturePoint(0, 1, 1);
     run(&VelmoraDoc::ScaleModel, {{"scale", "3"}});
-    EXPECT_EQ(doc.capturedPointPos, (Vec{3, 3, 0}));
-    EXPECT_TRUE(doc.pointCaptured);
+    EXPECT_EQ(doc.capture->capturedPointPos, (Vec{3, 3, 0}));
+    EXPECT_TRUE(doc.capture->pointCaptured);
     EXPECT_TRUE(doc.pointUndoReady);
-    EXPECT_EQ(doc.capturedPoint, 1);
+    EXPECT_EQ(doc.capture->capturedPoint, 1);
     doc.UndoPatch();
-    EXPECT_EQ(doc.capturedPointPos, (Vec{1, 1, 0}));
+    EXPECT_EQ(doc.capture->capturedPointPos, (Vec{1, 1, 0}));
 }
 
 TEST_F(Transformation, WorksOnLinesAndWithASectionCaptured) {
@@ -112,8 +113,8 @@ TEST_F(Transformation, WorksOnLinesAndWithASectionCaptured) {
     captureSection(0, 1);
     run(&VelmoraDoc::MoveModel, {{"deltaY", "1"}});
     EXPECT_EQ(doc.patches[0][1][2], (Vec{2, 2, 0}));
-    EXPECT_TRUE(doc.sectionCaptured);
-    EXPECT_EQ(doc.capturedSection, 1);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedSection, 1);
 }
 
 // ---- Each of them ---------------------------------------------------------------------------------------------------
@@ -165,8 +166,8 @@ TEST_F(Transformation, FlipDropsTheCapturedPoint) {
     hold({flatPatch(2, 3)});
     capturePoint(0, 1, 1);
     run(&VelmoraDoc::FlipModel, {});
-    EXPECT_FALSE(doc.pointCaptured);
-    EXPECT_EQ(doc.capturedPoint, -1);
+    EXPECT_FALSE(doc.capture->pointCaptured);
+    EXPECT_EQ(doc.capture->capturedPoint, -1);
     EXPECT_FALSE(doc.pointUndoReady);
 }
 
@@ -244,11 +245,11 @@ TEST_F(TransformationOfZones, FollowsTheCapturedNodeAndRemembersWhereItWas) {
     captureNode(1, 2);
     run(&VelmoraDoc::ScaleModel, {{"scale", "2"}});
     EXPECT_EQ(doc.undoNode, (Vec{2, 1, 0}));
-    EXPECT_EQ(doc.capturedPointPos, (Vec{4, 2, 0}));
-    EXPECT_EQ(doc.pickedPoint, (Vec{4, 2, 0}));
+    EXPECT_EQ(doc.capture->capturedPointPos, (Vec{4, 2, 0}));
+    EXPECT_EQ(doc.capture->pickedPoint, (Vec{4, 2, 0}));
     EXPECT_TRUE(doc.pointUndoReady);
     doc.UndoPatch();
-    EXPECT_EQ(doc.capturedPointPos, (Vec{2, 1, 0}));
+    EXPECT_EQ(doc.capture->capturedPointPos, (Vec{2, 1, 0}));
 }
 
 TEST_F(TransformationOfZones, FlipChangesTheCoordinateAloneAndDropsTheNode) {
@@ -259,9 +260,9 @@ TEST_F(TransformationOfZones, FlipChangesTheCoordinateAloneAndDropsTheNode) {
     EXPECT_EQ(node(0, 0), (Vec{2, 0, 0}));
     EXPECT_EQ(node(0, 2), (Vec{0, 0, 0}));
     EXPECT_EQ(doc.undoNode, (Vec{9, 9, 9}));
-    EXPECT_EQ(doc.capturedPointPos, (Vec{0, 0, 0}));
-    EXPECT_FALSE(doc.pointCaptured || doc.pointUndoReady);
-    EXPECT_EQ(doc.capturedPoint, -1);
+    EXPECT_EQ(doc.capture->capturedPointPos, (Vec{0, 0, 0}));
+    EXPECT_FALSE(doc.capture->pointCaptured || doc.pointUndoReady);
+    EXPECT_EQ(doc.capture->capturedPoint, -1);
 }
 
 TEST_F(TransformationOfZones, SymmetricAddsAZoneForEachWithItsTitle) {
@@ -302,20 +303,20 @@ TEST_F(Convertation, ExchangesSectionsAndLinesAndTheCapture) {
     EXPECT_EQ(countsOf(doc.patches[0]), (Numbers{2, 2, 2}));
     EXPECT_EQ(countsOf(doc.patches[1]), (Numbers{4, 4, 4, 4, 4}));
     EXPECT_EQ(doc.patches[1][4][2], before[1][2][4]);
-    EXPECT_TRUE(doc.lineCaptured);
-    EXPECT_FALSE(doc.sectionCaptured);
-    EXPECT_EQ(doc.capturedLine, 2);
-    EXPECT_EQ(doc.capturedSection, -1);
-    EXPECT_EQ(doc.capturedPointSection, 4);
-    EXPECT_EQ(doc.capturedPoint, 2);
-    EXPECT_EQ(doc.capturedPointPos, before[1][2][4]);
+    EXPECT_TRUE(doc.capture->lineCaptured);
+    EXPECT_FALSE(doc.capture->sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedLine, 2);
+    EXPECT_EQ(doc.capture->capturedSection, -1);
+    EXPECT_EQ(doc.capture->capturedPointSection, 4);
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
+    EXPECT_EQ(doc.capture->capturedPointPos, before[1][2][4]);
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set line", "set point"));
     doc.Convertation();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_TRUE(doc.sectionCaptured);
-    EXPECT_EQ(doc.capturedSection, 2);
-    EXPECT_EQ(doc.capturedLine, -1);
-    EXPECT_EQ(doc.capturedPoint, 4);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedSection, 2);
+    EXPECT_EQ(doc.capture->capturedLine, -1);
+    EXPECT_EQ(doc.capture->capturedPoint, 4);
 }
 
 TEST_F(Convertation, LeavesTheUndoStateAndTheBox) {
@@ -338,21 +339,21 @@ TEST_F(Convertation, OfAZBlockLeavesTheOthersAndStillExchangesTheCapture) {
     doc.Convertation();
     EXPECT_EQ(doc.patches[0].size(), 3U);
     EXPECT_EQ(doc.patches[1], before[1]);
-    EXPECT_TRUE(doc.sectionCaptured);
-    EXPECT_EQ(doc.capturedSection, 3);
-    EXPECT_EQ(doc.capturedPointSection, 3);
-    EXPECT_EQ(doc.capturedPoint, 2);
-    EXPECT_EQ(doc.capturedPointPos, before[1][3][2]);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedSection, 3);
+    EXPECT_EQ(doc.capture->capturedPointSection, 3);
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
+    EXPECT_EQ(doc.capture->capturedPointPos, before[1][3][2]);
 }
 
 TEST_F(Convertation, ExchangesAFreePointToo) {
     hold({flatPatch(2, 3)});
     capturePoint(0, 1, 2);
-    doc.pointCaptured = false;
-    doc.freePointHeld = true;
+    arranged(doc).pointCaptured = false;
+    arranged(doc).freePointHeld = true;
     doc.Convertation();
-    EXPECT_EQ(doc.capturedPointSection, 2);
-    EXPECT_EQ(doc.capturedPoint, 1);
+    EXPECT_EQ(doc.capture->capturedPointSection, 2);
+    EXPECT_EQ(doc.capture->capturedPoint, 1);
 }
 
 TEST_F(Convertation, RefusesLines) {
@@ -361,7 +362,7 @@ TEST_F(Convertation, RefusesLines) {
     captureSection(0, 1);
     doc.Convertation();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_TRUE(doc.sectionCaptured);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
 }
 
 // ---- Last/First switch ----------------------------------------------------------------------------------------------
@@ -372,10 +373,10 @@ TEST_F(LastFirstSwitch, TurnsRoundTheSectionsAndTheirNumbers) {
     capturePoint(0, 1, 2);
     run(&VelmoraDoc::LastFirstSwitch, {});
     EXPECT_EQ(doc.patches[0][0], flatPatch(4, 3)[3]);
-    EXPECT_EQ(doc.capturedSection, 2);
-    EXPECT_EQ(doc.capturedPointSection, 2);
-    EXPECT_EQ(doc.capturedPoint, 2);
-    EXPECT_EQ(doc.capturedPointPos, (Vec{2, 1, 0}));
+    EXPECT_EQ(doc.capture->capturedSection, 2);
+    EXPECT_EQ(doc.capture->capturedPointSection, 2);
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
+    EXPECT_EQ(doc.capture->capturedPointPos, (Vec{2, 1, 0}));
     EXPECT_FALSE(doc.patchUndoReady);
     EXPECT_TRUE(doc.documentModified);
 }
@@ -386,21 +387,21 @@ TEST_F(LastFirstSwitch, TurnsRoundTheLinesAndTheirNumbers) {
     capturePoint(0, 1, 0);
     run(&VelmoraDoc::LastFirstSwitch, {{"kind", "2"}});
     EXPECT_EQ(coordinates(doc.patches[0][1]), (std::vector<double>{2, 1, 0}));
-    EXPECT_EQ(doc.capturedLine, 2);
-    EXPECT_EQ(doc.capturedPointSection, 1);
-    EXPECT_EQ(doc.capturedPoint, 2);
-    EXPECT_EQ(doc.capturedPointPos, (Vec{0, 1, 0}));
+    EXPECT_EQ(doc.capture->capturedLine, 2);
+    EXPECT_EQ(doc.capture->capturedPointSection, 1);
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
+    EXPECT_EQ(doc.capture->capturedPointPos, (Vec{0, 1, 0}));
 }
 
 TEST_F(LastFirstSwitch, OfTheOtherDirectionKeepsTheCurvesNumber) {
     hold({flatPatch(4, 3)});
     captureLine(0, 0);
     run(&VelmoraDoc::LastFirstSwitch, {{"kind", "1"}});
-    EXPECT_EQ(doc.capturedLine, 0);
-    doc.lineCaptured = false;
+    EXPECT_EQ(doc.capture->capturedLine, 0);
+    arranged(doc).lineCaptured = false;
     captureSection(0, 1);
     run(&VelmoraDoc::LastFirstSwitch, {{"kind", "2"}});
-    EXPECT_EQ(doc.capturedSection, 1);
+    EXPECT_EQ(doc.capture->capturedSection, 1);
 }
 
 TEST_F(LastFirstSwitch, TakesTheZBlockAlone) {

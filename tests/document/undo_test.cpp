@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "document_fixture.h"
 
 namespace velmora::test {
@@ -15,10 +16,10 @@ protected:
     void movePoint(double x) {
         doc.SavePointUndo();
         doc.pointUndoReady = true;
-        doc.savedPatch = doc.capturedPatch;
-        doc.savedPointSection = doc.capturedPointSection;
-        doc.savedPoint = doc.capturedPoint;
-        doc.pointAt(doc.capturedPatch, doc.capturedPointSection, doc.capturedPoint)->x = x;
+        arranged(doc).savedPatch = doc.capture->capturedPatch;
+        arranged(doc).savedPointSection = doc.capture->capturedPointSection;
+        arranged(doc).savedPoint = doc.capture->capturedPoint;
+        doc.pointAt(doc.capture->capturedPatch, doc.capture->capturedPointSection, doc.capture->capturedPoint)->x = x;
     }
 
     /// A patch edit as commands make it.
@@ -97,11 +98,11 @@ TEST_F(Snapshots, OfNoStructuredModelHoldNothing) {
 
 TEST_F(UndoPoint, WithoutASnapshotDoesNothing) {
     const PatchList before = doc.patches;
-    doc.savedPatch = 1;
+    arranged(doc).savedPatch = 1;
     doc.patchUndoReady = true;
     doc.UndoPoint();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.savedPatch, 1);
+    EXPECT_EQ(doc.capture->savedPatch, 1);
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_THAT(heard(), IsEmpty());
     EXPECT_THAT(viewCalls(), IsEmpty());
@@ -111,15 +112,15 @@ TEST_F(UndoPoint, RestoresTheModelAndThePoint) {
     const PatchList before = doc.patches;
     capturePoint(0, 1, 2);
     movePoint(77);
-    doc.pickedPoint = doc.capturedPointPos = {77, 1, 0};
+    doc.capture.placePoint({77, 1, 0});
     doc.UndoPoint();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.pickedPoint, zVec<double>(2, 1, 0));
-    EXPECT_EQ(doc.capturedPointPos, zVec<double>(2, 1, 0));
-    EXPECT_TRUE(doc.pointPicked);
+    EXPECT_EQ(doc.capture->pickedPoint, zVec<double>(2, 1, 0));
+    EXPECT_EQ(doc.capture->capturedPointPos, zVec<double>(2, 1, 0));
+    EXPECT_TRUE(doc.capture->pointPicked);
     expectNothingToUndo();
     const std::string text = "Captured point: (Patch K=1, Section N=2, Point M=3) X=2.000000, Y=1.000000, Z=0.000000";
-    EXPECT_EQ(doc.pointStatus, text);
+    EXPECT_EQ(doc.capture->pointStatus, text);
     EXPECT_THAT(heard(), ElementsAre("status: " + text + " // Press right button to continue "));
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set point"));
 }
@@ -127,14 +128,14 @@ TEST_F(UndoPoint, RestoresTheModelAndThePoint) {
 TEST_F(UndoPoint, GoesBackToTheSavedAddressAndForgetsIt) {
     capturePoint(0, 1, 2);
     movePoint(77);
-    doc.capturedPatch = 1;
-    doc.capturedPointSection = doc.capturedPoint = 0;
+    doc.capture.renumberPatch(1);
+    arranged(doc).capturedPointSection = arranged(doc).capturedPoint = 0;
     doc.UndoPoint();
-    EXPECT_EQ(doc.capturedPatch, 0);
-    EXPECT_EQ(doc.capturedPointSection, 1);
-    EXPECT_EQ(doc.capturedPoint, 2);
-    for (const std::int32_t number :
-         {doc.savedPatch, doc.savedPointSection, doc.savedPoint, doc.savedSection, doc.savedLine}) {
+    EXPECT_EQ(doc.capture->capturedPatch, 0);
+    EXPECT_EQ(doc.capture->capturedPointSection, 1);
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
+    for (const std::int32_t number : {doc.capture->savedPatch, doc.capture->savedPointSection, doc.capture->savedPoint,
+                                      doc.capture->savedSection, doc.capture->savedLine}) {
         EXPECT_EQ(number, -1);
     }
 }
@@ -142,17 +143,17 @@ TEST_F(UndoPoint, GoesBackToTheSavedAddressAndForgetsIt) {
 TEST_F(UndoPoint, TakesSavedSectionAndLineOnlyWhenTheyAreNotNegative) {
     capturePoint(0, 1, 2);
     movePoint(77);
-    doc.capturedSection = 5;
-    doc.capturedLine = 6;
+    doc.capture.renumberSection(5);
+    doc.capture.renumberLine(6);
     doc.UndoPoint();
-    EXPECT_EQ(doc.capturedSection, 5);
-    EXPECT_EQ(doc.capturedLine, 6);
+    EXPECT_EQ(doc.capture->capturedSection, 5);
+    EXPECT_EQ(doc.capture->capturedLine, 6);
     movePoint(77);
-    doc.savedSection = 0;
-    doc.savedLine = 1;
+    arranged(doc).savedSection = 0;
+    arranged(doc).savedLine = 1;
     doc.UndoPoint();
-    EXPECT_EQ(doc.capturedSection, 0);
-    EXPECT_EQ(doc.capturedLine, 1);
+    EXPECT_EQ(doc.capture->capturedSection, 0);
+    EXPECT_EQ(doc.capture->capturedLine, 1);
 }
 
 TEST_F(UndoPoint, TurnsTheKindBack) {
@@ -189,12 +190,12 @@ TEST_F(UndoPoint, TakesTheUndoOfPatchesWithIt) {
 TEST_F(UndoPoint, WithNoPointCapturedLeavesThePickWhereItWas) {
     capturePoint(0, 1, 2);
     movePoint(77);
-    doc.pointCaptured = false;
-    doc.pickedPoint = doc.capturedPointPos = {5, 5, 5};
+    arranged(doc).pointCaptured = false;
+    doc.capture.placePoint({5, 5, 5});
     doc.UndoPoint();
-    EXPECT_EQ(doc.pickedPoint, zVec<double>(5, 5, 5));
-    EXPECT_EQ(doc.capturedPointPos, zVec<double>(5, 5, 5));
-    EXPECT_TRUE(doc.pointPicked);
+    EXPECT_EQ(doc.capture->pickedPoint, zVec<double>(5, 5, 5));
+    EXPECT_EQ(doc.capture->capturedPointPos, zVec<double>(5, 5, 5));
+    EXPECT_TRUE(doc.capture->pointPicked);
 }
 
 TEST_F(UndoPoint, WithNoSavedAddressDoesNotReadOutsideTheModel) {
@@ -205,7 +206,7 @@ TEST_F(UndoPoint, WithNoSavedAddressDoesNotReadOutsideTheModel) {
     doc.patches.clear();
     doc.UndoPoint();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.capturedPatch, -1);
+    EXPECT_EQ(doc.capture->capturedPatch, -1);
 }
 
 // ---- Undo patch -----------------------------------------------------------------------------------------------------
@@ -236,24 +237,24 @@ TEST_F(UndoPatch, WithoutASnapshotKeepsTheModel) {
 
 TEST_F(UndoPatch, InThePatchRegimeAsksToContinueAndEmptiesTheZBlock) {
     removeFirstPatch();
-    doc.patchCaptured = true;
+    doc.capture.holdBlock();
     addToBlock(0);
     addToBlock(1);
     doc.UndoPatch();
-    EXPECT_EQ(doc.undoStatus, doc.continuePrompt);
+    EXPECT_EQ(doc.capture->undoStatus, doc.capture->continuePrompt);
     EXPECT_THAT(heard(), ElementsAre("status: Press right button to continue"));
     EXPECT_EQ(doc.blockCount, 0);
     EXPECT_EQ(doc.blockList[0], -1);
     EXPECT_EQ(doc.blockList[1], -1);
-    EXPECT_TRUE(doc.patchCaptured);
+    EXPECT_TRUE(doc.capture->patchCaptured);
 }
 
 TEST_F(UndoPatch, KeepsTheSectionOrLineCaptured) {
     removeFirstPatch();
     captureSection(0, 1);
     doc.UndoPatch();
-    EXPECT_TRUE(doc.sectionCaptured);
-    EXPECT_EQ(doc.capturedSection, 1);
+    EXPECT_TRUE(doc.capture->sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedSection, 1);
 }
 
 TEST_F(UndoPatch, TakesTheUndoOfPointsWithIt) {
@@ -263,16 +264,16 @@ TEST_F(UndoPatch, TakesTheUndoOfPointsWithIt) {
     doc.UndoPatch();
     expectNothingToUndo();
     EXPECT_EQ(doc.patches.size(), 2U);
-    EXPECT_EQ(doc.capturedPointPos, doc.patches[0][0][1]);
+    EXPECT_EQ(doc.capture->capturedPointPos, doc.patches[0][0][1]);
 }
 
 TEST_F(UndoPatch, TakesTheCapturedPointToWhereItStandsInTheModelThatComesBack) {
     removeFirstPatch();
     capturePoint(0, 0, 1);
-    doc.capturedPointPos = doc.pickedPoint = {5, 5, 5};
+    doc.capture.placePoint({5, 5, 5});
     doc.UndoPatch();
-    EXPECT_EQ(doc.capturedPointPos, doc.patches[0][0][1]);
-    EXPECT_EQ(doc.pickedPoint, doc.patches[0][0][1]);
+    EXPECT_EQ(doc.capture->capturedPointPos, doc.patches[0][0][1]);
+    EXPECT_EQ(doc.capture->pickedPoint, doc.patches[0][0][1]);
 }
 
 TEST_F(UndoPatch, KeepsWhatIsCapturedInsideASmallerModel) {
@@ -282,15 +283,15 @@ TEST_F(UndoPatch, KeepsWhatIsCapturedInsideASmallerModel) {
     doc.patches = {flatPatch(2, 3), flatPatch(9, 9)};
     captureSection(1, 8);
     capturePoint(1, 8, 8);
-    doc.capturedLine = 7;
+    doc.capture.renumberLine(7);
     doc.showBlockOnly = true;
     doc.UndoPatch();
-    EXPECT_EQ(doc.capturedPatch, 0);
-    EXPECT_EQ(doc.capturedSection, 1);
-    EXPECT_EQ(doc.capturedLine, 2);
-    EXPECT_EQ(doc.capturedPointSection, 1);
-    EXPECT_EQ(doc.capturedPoint, 2);
-    EXPECT_EQ(doc.capturedPointPos, doc.patches[0][1][2]);
+    EXPECT_EQ(doc.capture->capturedPatch, 0);
+    EXPECT_EQ(doc.capture->capturedSection, 1);
+    EXPECT_EQ(doc.capture->capturedLine, 2);
+    EXPECT_EQ(doc.capture->capturedPointSection, 1);
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
+    EXPECT_EQ(doc.capture->capturedPointPos, doc.patches[0][1][2]);
     EXPECT_FALSE(doc.showBlockOnly);
 }
 

@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "document_fixture.h"
 #include "file_texts.h"
 #include "small_zones.h"
@@ -347,7 +348,7 @@ TEST_F(SaveZones, GridSavedAsSurfaceBecomesOne) {
         EXPECT_EQ(doc.documentTitle, "out." + extension);
         EXPECT_THAT(zoneTitles(), ElementsAre("Patch___0"));
         EXPECT_TRUE(doc.patches.empty());
-        EXPECT_FALSE(doc.sectionCaptured);
+        EXPECT_FALSE(doc.capture->sectionCaptured);
         EXPECT_FALSE(doc.documentModified);
         EXPECT_THAT(viewCalls(), Contains("bounds"));
         VelmoraDoc other(ui, folder.path());
@@ -385,7 +386,7 @@ TEST_F(SaveZones, ConversionMakesZonesOfThePatches) {
     EXPECT_EQ(doc.documentTitle, "w.dat");
     EXPECT_EQ(doc.currentPath, shownFolder() + "w.dat");
     EXPECT_EQ(doc.status, "For Help, press F1");
-    EXPECT_FALSE(doc.sectionCaptured);
+    EXPECT_FALSE(doc.capture->sectionCaptured);
     EXPECT_TRUE(doc.patches.empty());
     doc.UndoPatch();
     expectKinds("str", "apt");
@@ -400,7 +401,7 @@ TEST_F(SaveZones, MergeJoinsTheZonesOfTheZBlockInItsOrder) {
     ui.files.push_back(
         {file("a.stl", stlText("a", 0)), file("b.stl", stlText("b", 3)), file("c.stl", stlText("c", 6))});
     doc.openFiles();
-    doc.patchCaptured = true;
+    doc.capture.holdBlock();
     addToBlock(2);
     addToBlock(0);
     addToBlock(1);
@@ -410,7 +411,7 @@ TEST_F(SaveZones, MergeJoinsTheZonesOfTheZBlockInItsOrder) {
     EXPECT_EQ(node(0, 3), (zVec<double>(0, 0, 0)));
     EXPECT_EQ(node(0, 6), (zVec<double>(3, 0, 0)));
     EXPECT_THAT(block(), IsEmpty());
-    EXPECT_FALSE(doc.patchCaptured);
+    EXPECT_FALSE(doc.capture->patchCaptured);
     doc.UndoPatch();
     EXPECT_THAT(zoneTitles(), ElementsAre("a", "b", "c"));
 }
@@ -462,26 +463,26 @@ TEST_F(UndoZones, SnapshotIsACopyOfItsOwn) {
 
 TEST_F(NodeRegime, EditMovesTheNodeAndUndoBringsItBack) {
     open("a.stl", stlText("a", 0));
-    doc.pointCaptured = doc.pointPicked = true;
-    doc.capturedPatch = 0;
-    doc.capturedPoint = 1;
-    doc.pickedPoint = doc.capturedPointPos = node(0, 1);
+    arranged(doc).pointCaptured = arranged(doc).pointPicked = true;
+    doc.capture.renumberPatch(0);
+    arranged(doc).capturedPoint = 1;
+    doc.capture.placePoint(node(0, 1));
     ui.dialogs = {{{"x", "7"}, {"y", "8"}, {"z", "9"}}};
     doc.EditPoint();
     EXPECT_EQ(node(0, 1), (zVec<double>(7, 8, 9)));
-    EXPECT_EQ(doc.capturedPointPos, (zVec<double>(7, 8, 9)));
+    EXPECT_EQ(doc.capture->capturedPointPos, (zVec<double>(7, 8, 9)));
     EXPECT_TRUE(doc.pointUndoReady);
     doc.UndoPoint();
     EXPECT_EQ(node(0, 1), (zVec<double>(1, 0, 0)));
-    EXPECT_EQ(doc.capturedPointPos, (zVec<double>(1, 0, 0)));
-    EXPECT_EQ(doc.capturedPoint, 1);
+    EXPECT_EQ(doc.capture->capturedPointPos, (zVec<double>(1, 0, 0)));
+    EXPECT_EQ(doc.capture->capturedPoint, 1);
 }
 
 TEST_F(NodeRegime, PasteMovesTheNode) {
     open("a.stl", stlText("a", 0));
-    doc.pointCaptured = true;
-    doc.capturedPatch = 0;
-    doc.capturedPoint = 2;
+    doc.capture.keepPoint();
+    doc.capture.renumberPatch(0);
+    arranged(doc).capturedPoint = 2;
     doc.pointClipboard = {4, 5, 6};
     doc.pointClipboardFull = true;
     doc.PastePoint();
@@ -491,9 +492,9 @@ TEST_F(NodeRegime, PasteMovesTheNode) {
 
 TEST_F(NodeRegime, EditWithoutANodeChangesNothing) {
     open("a.stl", stlText("a", 0));
-    doc.pointCaptured = true;
-    doc.capturedPatch = 0;
-    doc.capturedPoint = 3;
+    doc.capture.keepPoint();
+    doc.capture.renumberPatch(0);
+    arranged(doc).capturedPoint = 3;
     ui.dialogs = {{{"x", "7"}}};
     doc.EditPoint();
     EXPECT_FALSE(doc.pointUndoReady);
@@ -611,18 +612,19 @@ TEST_F(FieldFile, CloseRemovesModelValuesAndRegimes) {
     captureSection(0, 1);
     capturePoint(0, 1, 0);
     doc.pointUndoReady = doc.patchUndoReady = true;
-    doc.savedPatch = doc.patchToRemove = 0;
+    arranged(doc).savedPatch = arranged(doc).patchToRemove = 0;
     doc.CloseField();
     expectKinds("non", "non");
     EXPECT_TRUE(doc.holdsNothing());
     EXPECT_TRUE(doc.fieldPatches.empty());
     EXPECT_EQ(doc.documentTitle, "Untitled");
     for (const bool flag : {doc.fieldLoaded, doc.fieldMode, doc.fieldOpening, doc.pointUndoReady, doc.patchUndoReady,
-                            doc.pointCaptured, doc.sectionCaptured}) {
+                            doc.capture->pointCaptured, doc.capture->sectionCaptured}) {
         EXPECT_FALSE(flag);
     }
     for (const std::int32_t number :
-         {doc.capturedPatch, doc.capturedSection, doc.capturedPoint, doc.savedPatch, doc.patchToRemove}) {
+         {doc.capture->capturedPatch, doc.capture->capturedSection, doc.capture->capturedPoint, doc.capture->savedPatch,
+          doc.capture->patchToRemove}) {
         EXPECT_EQ(number, -1);
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "arranged_capture.h"
 #include "document_fixture.h"
 
 namespace velmora::test {
@@ -47,10 +48,10 @@ protected:
     }
 
     void captureNode(std::int32_t zone, std::int32_t number) {
-        doc.pointCaptured = doc.pointPicked = true;
-        doc.capturedPatch = zone;
-        doc.capturedPoint = number;
-        doc.pickedPoint = doc.capturedPointPos = node(zone, number);
+        arranged(doc).pointCaptured = arranged(doc).pointPicked = true;
+        doc.capture.renumberPatch(zone);
+        arranged(doc).capturedPoint = number;
+        doc.capture.placePoint(node(zone, number));
     }
 };
 

@@ -39,7 +39,7 @@ TEST(MainFrame, MarksTheModelAsSoonAsADragHasChangedIt) {
     FrameRig rig(desk.model);
     rig.run("point.capture");
     rig.clickOn({1, 1, 0});
-    ASSERT_TRUE(rig.doc().pointCaptured);
+    ASSERT_TRUE(rig.doc().capture->pointCaptured);
     rig.run("point.drag");
     rig.clickOn({1.5, 1.25, 0});
     EXPECT_TRUE(rig.frame.isWindowModified());
@@ -127,7 +127,7 @@ TEST(MainFrame, TheToolBarFollowsEachStepOfARegime) {
     EXPECT_THAT(wrongButtons(rig), ::testing::IsEmpty());
     EXPECT_FALSE(rig.toolButton("block.delete")->isEnabled());
     rig.clickOn(onFirst);
-    ASSERT_TRUE(rig.doc().patchCaptured);
+    ASSERT_TRUE(rig.doc().capture->patchCaptured);
     EXPECT_THAT(wrongButtons(rig), ::testing::IsEmpty()) << "a click on the view is no command";
     EXPECT_TRUE(rig.toolButton("block.delete")->isEnabled());
     rig.run("patch.exit");
@@ -140,7 +140,7 @@ TEST(MainFrame, ACommandThatIsOffDoesNotRun) {
         rig.run(id);
     }
     EXPECT_EQ(rig.view().mouseMode, ModeNone);
-    EXPECT_FALSE(rig.doc().pointCaptureArmed);
+    EXPECT_FALSE(rig.doc().capture->pointCaptureArmed);
 }
 
 TEST(MainFrame, APictureOfTheAxesTurnsTheBendOfTheLineOnAndOff) {
@@ -150,11 +150,11 @@ TEST(MainFrame, APictureOfTheAxesTurnsTheBendOfTheLineOnAndOff) {
     rig.run("line.inputSection");
     rig.run("point.capture");
     rig.clickOn({1, 1, 0});
-    ASSERT_TRUE(rig.doc().pointCaptured);
+    ASSERT_TRUE(rig.doc().capture->pointCaptured);
     rig.view().OnDraw();
     const auto bendRuns = [&rig] {
         rig.run("point.dragAndCorrect");
-        return rig.doc().dragCorrectsLine;
+        return rig.doc().capture->dragCorrectsLine;
     };
     rig.view().SetEulerView({10, 20, 20});
     rig.view().OnDraw();
@@ -281,7 +281,7 @@ struct RegimeRig : FrameRig {
     explicit RegimeRig(const FlatDesk& desk) : FrameRig(desk.model) {
         run("patch.capture");
         clickOn(onFirst);
-        EXPECT_TRUE(doc().patchCaptured);
+        EXPECT_TRUE(doc().capture->patchCaptured);
         QApplication::processEvents();
     }
 };
@@ -321,7 +321,7 @@ TEST(MainFrame, AnEntryOfTheContextMenuRunsAndItsPromptIsSeen) {
         open.close();
     });
     rig.rightClick({40, 40});
-    EXPECT_FALSE(rig.doc().patchCaptured);
+    EXPECT_FALSE(rig.doc().capture->patchCaptured);
     EXPECT_EQ(rig.message(), QString::fromStdString(rig.doc().status));
     // The menu is gone: the states of its entries are asked no more.
     rig.run("view.fit");
@@ -397,7 +397,7 @@ TEST(InterruptedDrag, AReleaseThatWasLostFreesTheCursorAndBringsTheStatesUpToDat
     const PixelPoint at = pixelOf(rig.view(), rig.doc(), onSecond);
     rig.press(at);
     rig.moveTo({at.x + 20, at.y}, Qt::NoButton);
-    EXPECT_TRUE(rig.doc().patchCaptured) << "the release moves the regime on";
+    EXPECT_TRUE(rig.doc().capture->patchCaptured) << "the release moves the regime on";
     EXPECT_THAT(wrongButtons(rig), ::testing::IsEmpty());
     const int outside = rig.viewWidget().height() + 50;
     rig.moveTo({300, outside}, Qt::NoButton);
@@ -475,9 +475,9 @@ TEST(InterruptedDrag, AClickThatMissesAllPatchesIsOverBeforeItsBoxAndTheNextIsTa
     rig.press(pixelOf(rig.view(), rig.doc(), {4, 5, 0}));
     EXPECT_FALSE(rig.view().leftButtonDown);
     rig.release({10, 10});
-    EXPECT_TRUE(rig.doc().patchCaptureArmed);
+    EXPECT_TRUE(rig.doc().capture->patchCaptureArmed);
     rig.clickOn(onSecond);
-    EXPECT_TRUE(rig.doc().patchCaptured);
+    EXPECT_TRUE(rig.doc().capture->patchCaptured);
 }
 
 TEST(InterruptedDrag, AMinimisedWindowKeepsTheFramesSize) {

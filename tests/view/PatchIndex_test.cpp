@@ -96,7 +96,7 @@ TEST(PatchIndex, PicksThePatchThatThePlainRulePicks) {
     for (int scene = 0; scene < 60; ++scene) {
         const PatchList list = randomModel(random);
         PatchIndex index;
-        index.refresh(list);
+        index.takeIn(list);
         for (int shot = 0; shot < 12; ++shot) {
             const PixelLine line = randomLine(random, list);
             const std::int32_t expected = reference::pickPatch(list, line);
@@ -112,7 +112,7 @@ TEST(PatchIndex, FindsTheNearestPointOfThePlainScan) {
     for (int scene = 0; scene < 150; ++scene) {
         const PatchList list = randomModel(random);
         PatchIndex index;
-        index.refresh(list);
+        index.takeIn(list);
         for (int shot = 0; shot < 20; ++shot) {
             const PixelLine line = randomLine(random, list);
             PickFilter filter;
@@ -140,7 +140,7 @@ TEST(PatchIndex, FindsTheNearestPointOfThePlainScan) {
 TEST(PatchIndex, ALineOfNoLengthTakesTheFirstPointAndTheFirstPatch) {
     const PatchList list = {test::flatPatch(3, 3, 1.0), test::flatPatch(3, 3, 2.0)};
     PatchIndex index;
-    index.refresh(list);
+    index.takeIn(list);
     const PixelLine line{{0.5, 0.5, 9.0}, {0.5, 0.5, 9.0}};
     const auto found = index.nearest(list, line, {});
     ASSERT_TRUE(found);
@@ -152,7 +152,7 @@ TEST(PatchIndex, ALineOfNoLengthTakesTheFirstPointAndTheFirstPatch) {
 TEST(PatchIndex, ThePatchInFrontWinsOverOneThatComesFirstInTheList) {
     const PatchList list = {test::flatPatch(3, 3, 1.0), test::flatPatch(3, 3, 2.0)};
     PatchIndex index;
-    index.refresh(list);
+    index.takeIn(list);
     const PixelLine line{{0.7, 0.4, 9.0}, {0.7, 0.4, -9.0}};
     EXPECT_EQ(index.pickPatch(list, line), 1);
 }
@@ -160,9 +160,9 @@ TEST(PatchIndex, ThePatchInFrontWinsOverOneThatComesFirstInTheList) {
 TEST(PatchIndex, SeesAPointThatMovedAfterARefresh) {
     PatchList list = {test::flatPatch(2, 2, 0.0)};
     PatchIndex index;
-    index.refresh(list);
+    index.takeIn(list);
     list[0][1][1] = {5.0, 5.0, 0.0};
-    index.refresh(list);
+    index.takeIn(list);
     const auto found = index.nearest(list, {{5.0, 5.0, 9.0}, {5.0, 5.0, -9.0}}, {});
     ASSERT_TRUE(found);
     EXPECT_EQ(found->section, 1);

@@ -49,7 +49,7 @@ TEST(ZoneIndex, PicksAsThePlainRuleInRandomScenes) {
             region.blocks.push_back(randomZone(random));
         }
         ZoneIndex index;
-        index.refresh(region);
+        index.takeIn(region);
         for (int i = 0; i < 20; ++i) {
             PixelLine line{{pick(random, -8, 8), pick(random, -8, 8), 40},
                            {pick(random, -8, 8), pick(random, -8, 8), -40}};
@@ -70,7 +70,7 @@ TEST(ZoneIndex, ZoneBehindAnotherIsNotPicked) {
     region.blocks.push_back(oneTriangle(0, 0));
     region.blocks.push_back(oneTriangle(0, 5));
     ZoneIndex index;
-    index.refresh(region);
+    index.takeIn(region);
     EXPECT_EQ(index.pickZone(region, {{0.2, 0.2, 40}, {0.2, 0.2, -40}}), 1);
     EXPECT_EQ(index.pickZone(region, {{0.2, 0.2, -40}, {0.2, 0.2, 40}}), 0);
     EXPECT_EQ(index.pickZone(region, {{3, 3, 40}, {3, 3, -40}}), -1);
@@ -80,17 +80,17 @@ TEST(ZoneIndex, SeesAMovedNodeAfterARefresh) {
     zRegion_fe region;
     region.blocks.push_back(oneTriangle(0));
     ZoneIndex index;
-    index.refresh(region);
+    index.takeIn(region);
     region.setNode(0, 1, 9, 0, 0);
     region.setNode(0, 2, 0, 9, 0);
-    index.refresh(region);
+    index.takeIn(region);
     EXPECT_EQ(index.pickZone(region, {{3, 3, 40}, {3, 3, -40}}), 0);
 }
 
 TEST(ZoneIndex, AnEmptyModelGivesNothing) {
     const zRegion_fe region;
     ZoneIndex index;
-    index.refresh(region);
+    index.takeIn(region);
     EXPECT_EQ(index.pickZone(region, {{0, 0, 1}, {0, 0, -1}}), -1);
     EXPECT_FALSE(nearestNode(region, {{0, 0, 1}, {0, 0, -1}}, {}));
 }

@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "view_rig.h"
 
 namespace velmora {
@@ -15,12 +16,12 @@ using ::testing::ElementsAre;
 struct GridRig : ViewRig {
     GridRig() {
         show({flatPatch(3, 3), flatPatch(3, 3, 5.0)});
-        doc.capturedPatch = 0;
-        doc.capturedPointSection = doc.capturedPoint = 1;
-        doc.capturedPointPos = doc.pickedPoint = {1, 1, 0};
-        doc.pointCaptured = doc.pointPicked = true;
+        doc.capture.renumberPatch(0);
+        arranged(doc).capturedPointSection = arranged(doc).capturedPoint = 1;
+        doc.capture.placePoint({1, 1, 0});
+        arranged(doc).pointCaptured = arranged(doc).pointPicked = true;
         doc.dragPatches = {{{{0.5, 0.5, 0}, {1.5, 0.5, 0}}, {{0.5, 1.5, 0}, {1.5, 1.5, 0}}}};
-        doc.pointDragging = true;
+        arranged(doc).pointDragging = true;
         view.forceMouseMode(ModePoint);
         ui.transcript.clear();
     }
@@ -30,31 +31,31 @@ struct GridRig : ViewRig {
 TEST(PickDragPoint, TakesTheNearestPointOfTheGridAndLeavesTheAddress) {
     GridRig rig;
     ASSERT_TRUE(rig.view.PickDragPoint(rig.pixelOf({1.5, 0.5, 0})));
-    EXPECT_EQ(rig.doc.pickedPoint, zVec<double>(1.5, 0.5, 0));
-    EXPECT_EQ(rig.doc.capturedPointPos, zVec<double>(1.5, 0.5, 0));
-    EXPECT_EQ(rig.doc.dragStatus, "Drag point: X=1.500000, Y=0.500000, Z=0.000000 ");
-    EXPECT_EQ(rig.doc.capturedPatch, 0);
-    EXPECT_EQ(rig.doc.capturedPointSection, 1);
-    EXPECT_EQ(rig.doc.capturedPoint, 1);
+    EXPECT_EQ(rig.doc.capture->pickedPoint, zVec<double>(1.5, 0.5, 0));
+    EXPECT_EQ(rig.doc.capture->capturedPointPos, zVec<double>(1.5, 0.5, 0));
+    EXPECT_EQ(rig.doc.capture->dragStatus, "Drag point: X=1.500000, Y=0.500000, Z=0.000000 ");
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 0);
+    EXPECT_EQ(rig.doc.capture->capturedPointSection, 1);
+    EXPECT_EQ(rig.doc.capture->capturedPoint, 1);
 }
 
 TEST(PickDragPoint, NoFilterOfTheRegimesApplies) {
     GridRig rig;
-    rig.doc.patchCaptured = rig.doc.sectionCaptured = rig.doc.lineCaptured = true;
+    arranged(rig.doc).patchCaptured = arranged(rig.doc).sectionCaptured = arranged(rig.doc).lineCaptured = true;
     rig.putIntoBlock({1});
-    rig.doc.capturedPatch = 1;
-    rig.doc.capturedSection = 0;
-    rig.doc.capturedLine = 0;
+    rig.doc.capture.renumberPatch(1);
+    rig.doc.capture.renumberSection(0);
+    rig.doc.capture.renumberLine(0);
     EXPECT_TRUE(rig.view.PickDragPoint(rig.pixelOf({1.5, 1.5, 0})));
 }
 
 TEST(PickDragPoint, FailureKeepsThePlaceAndTheText) {
     GridRig rig;
-    rig.doc.dragStatus = "as it was";
+    arranged(rig.doc).dragStatus = "as it was";
     EXPECT_FALSE(rig.view.PickDragPoint(rig.pixelOf({1.0, 0.7, 0})));
-    EXPECT_EQ(rig.doc.pickedPoint, zVec<double>(1, 1, 0));
-    EXPECT_EQ(rig.doc.capturedPointPos, zVec<double>(1, 1, 0));
-    EXPECT_EQ(rig.doc.dragStatus, "as it was");
+    EXPECT_EQ(rig.doc.capture->pickedPoint, zVec<double>(1, 1, 0));
+    EXPECT_EQ(rig.doc.capture->capturedPointPos, zVec<double>(1, 1, 0));
+    EXPECT_EQ(rig.doc.capture->dragStatus, "as it was");
 }
 
 TEST(PickDragPoint, LimitIsAHundredthOfTheDiagonal) {
@@ -91,10 +92,10 @@ TEST(PointDrag, OffTheGridThePointKeepsItsPlace) {
 
 TEST(PointDrag, ReleaseEndsItAndFurtherMovesDoNothing) {
     GridRig rig;
-    rig.doc.pointContinueStatus = "the point";
+    arranged(rig.doc).pointContinueStatus = "the point";
     rig.click({1.5, 0.5, 0});
-    EXPECT_FALSE(rig.doc.pointDragging);
-    EXPECT_TRUE(rig.doc.pointCaptured);
+    EXPECT_FALSE(rig.doc.capture->pointDragging);
+    EXPECT_TRUE(rig.doc.capture->pointCaptured);
     EXPECT_EQ(rig.ui.transcript.back(), "status: the point");
     rig.drag(rig.pixelOf({1.5, 0.5, 0}), rig.pixelOf({0.5, 1.5, 0}));
     EXPECT_EQ(rig.point(), zVec<double>(1.5, 0.5, 0));
@@ -141,13 +142,12 @@ struct PlaneRig : ViewRig {
         show({windingPatch()});
         view.runViewCommand(command);
         paint();
-        doc.capturedPatch = 0;
-        doc.capturedPointSection = 2;
-        doc.capturedPoint = 1;
-        (section ? doc.sectionCaptured : doc.lineCaptured) = true;
-        (section ? doc.capturedSection : doc.capturedLine) = section ? 2 : 1;
-        doc.pointCaptured = true;
-        doc.pickedPoint = doc.capturedPointPos = windingPatch()[2][1];
+        doc.capture.renumberPatch(0);
+        doc.capture.renumberPoint(2, 1);
+        (section ? doc.capture->sectionCaptured : doc.capture->lineCaptured) = true;
+        (section ? doc.capture->capturedSection : doc.capture->capturedLine) = section ? 2 : 1;
+        doc.capture.keepPoint();
+        doc.capture.placePoint(windingPatch()[2][1]);
         view.forceMouseMode(ModePoint);
         ui.transcript.clear();
     }
@@ -166,10 +166,10 @@ TEST(PickPlanePoint, MeetsTheCoordinatePlaneThroughThePointInThePrincipalViews) 
             rig.view.runViewCommand(projection);
             const PixelPoint pixel = rig.beside(40, -25);
             rig.view.PickPlanePoint(pixel);
-            const zVec<double>& picked = rig.doc.pickedPoint;
+            const zVec<double>& picked = rig.doc.capture->pickedPoint;
             EXPECT_EQ(picked.*view.kept, windingPatch()[2][1].*view.kept);
             EXPECT_LT(RayDistance(rig.view.PixelRay(pixel.x, pixel.y), picked), 1e-9);
-            EXPECT_EQ(rig.doc.capturedPointPos, picked);
+            EXPECT_EQ(rig.doc.capture->capturedPointPos, picked);
             EXPECT_NE(picked, windingPatch()[2][1]);
             EXPECT_EQ(rig.doc.patches[0], windingPatch()) << "only a pick";
         }
@@ -187,30 +187,31 @@ TEST(PickPlanePoint, RayAlongThePlaneGivesItsNearPoint) {
     ViewRig rig;
     rig.show({tiny});
     ASSERT_TRUE(rig.view.viewAlongZ);
-    rig.doc.capturedPatch = rig.doc.capturedPointSection = rig.doc.capturedPoint = 0;
+    arranged(rig.doc).capturedPatch = arranged(rig.doc).capturedPointSection = arranged(rig.doc).capturedPoint = 0;
     const PixelLine ray = rig.view.PixelRay(310, 290);
     ASSERT_LT(std::abs(ray.farPoint.z - ray.nearPoint.z), 1e-6);
     rig.view.PickPlanePoint({310, 290});
-    EXPECT_EQ(rig.doc.pickedPoint, ray.nearPoint);
+    EXPECT_EQ(rig.doc.capture->pickedPoint, ray.nearPoint);
 }
 
 TEST(PickPlanePoint, WithoutAPrincipalViewThePickedPointStays) {
     PlaneRig rig("view.iso");
     ASSERT_FALSE(rig.view.viewAlongX || rig.view.viewAlongY || rig.view.viewAlongZ);
-    rig.doc.pickedPoint = {7, 8, 9};
+    arranged(rig.doc).pickedPoint = {7, 8, 9};
     rig.view.PickPlanePoint(rig.beside(40, -25));
-    EXPECT_EQ(rig.doc.pickedPoint, zVec<double>(7, 8, 9));
-    EXPECT_EQ(rig.doc.pointStatus,
+    EXPECT_EQ(rig.doc.capture->pickedPoint, zVec<double>(7, 8, 9));
+    EXPECT_EQ(rig.doc.capture->pointStatus,
               "Captured point: (Patch K=1, Section N=3, Point M=2) X=7.000000, Y=8.000000, Z=9.000000");
 }
 
 TEST(PickPlanePoint, FillsBothTextsWithTheNumbersOfTheLineFirst) {
     PlaneRig rig("view.iso", false);
-    rig.doc.pickedPoint = {7, 8, 9};
+    arranged(rig.doc).pickedPoint = {7, 8, 9};
     rig.view.PickPlanePoint({300, 300});
-    EXPECT_EQ(rig.doc.pointStatus,
+    EXPECT_EQ(rig.doc.capture->pointStatus,
               "Captured point: (Patch K=1, Line N=2, Point M=3) X=7.000000, Y=8.000000, Z=9.000000");
-    EXPECT_EQ(rig.doc.pointContinueStatus, rig.doc.pointStatus + " // Press right button to continue ");
+    EXPECT_EQ(rig.doc.capture->pointContinueStatus,
+              rig.doc.capture->pointStatus + " // Press right button to continue ");
 }
 
 // ---- Bending the curve ----------------------------------------------------------------------------------------------
@@ -302,17 +303,17 @@ TEST(LineCorrection, PressPicksOnlyTheDragBendsAndTheReleaseEndsIt) {
     rig.view.runViewCommand("point.dragAndCorrect");
     rig.view.OnLeftButtonDown(rig.beside(0, 0));
     EXPECT_EQ(rig.doc.patches[0], before);
-    EXPECT_TRUE(rig.doc.dragCorrectsLine);
+    EXPECT_TRUE(rig.doc.capture->dragCorrectsLine);
     rig.view.OnMouseMove(rig.beside(40, -25));
-    const zVec<double> target = rig.doc.capturedPointPos;
+    const zVec<double> target = rig.doc.capture->capturedPointPos;
     expectPoints(rig.doc.patches[0][2], bent(before[2], 1, target - before[2][1], view));
     expectVector(rig.doc.patches[0][2][1], target, 1e-12);
-    EXPECT_THAT(rig.ui.transcript, ElementsAre("status: " + rig.doc.pointStatus));
+    EXPECT_THAT(rig.ui.transcript, ElementsAre("status: " + rig.doc.capture->pointStatus));
     // The release corrects to the same place once more: the point is there already.
     const Patch bentPatch = rig.doc.patches[0];
     const int repaints = rig.surface.repaints;
     rig.view.OnLeftButtonUp(rig.beside(40, -25));
-    EXPECT_FALSE(rig.doc.dragCorrectsLine);
+    EXPECT_FALSE(rig.doc.capture->dragCorrectsLine);
     expectPoints(rig.doc.patches[0][2], bentPatch[2]);
     EXPECT_GT(rig.surface.repaints, repaints);
     rig.drag(rig.beside(0, 0), rig.beside(90, 90));
@@ -325,7 +326,7 @@ TEST(LineCorrection, ClickWithoutADragCorrectsAtTheRelease) {
     const Patch before = windingPatch();
     rig.view.runViewCommand("point.dragAndCorrect");
     rig.clickPixel(rig.beside(30, 10));
-    const zVec<double> target = rig.doc.capturedPointPos;
+    const zVec<double> target = rig.doc.capture->capturedPointPos;
     expectPoints(rig.doc.patches[0][2], bent(before[2], 1, target - before[2][1], view));
 }
 

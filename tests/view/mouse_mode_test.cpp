@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "view_rig.h"
 
 namespace velmora {
@@ -19,7 +20,7 @@ TEST(SetMouseMode, OtherModeIsTakenWithItsCursor) {
 
 TEST(SetMouseMode, OtherModeIsTakenInsideARegimeToo) {
     ViewRig rig;
-    rig.doc.pointCaptured = true;
+    rig.doc.capture.keepPoint();
     rig.view.setMouseMode(ModeRotate);
     EXPECT_EQ(rig.view.mouseMode, ModeRotate);
 }
@@ -46,15 +47,15 @@ TEST(SetMouseMode, PreviousCursorIsTheOneBeforeTheOneShown) {
 }
 
 struct Toggle {
-    bool VelmoraDoc::*flag;
+    bool CaptureState::*flag;
     int mode;
 };
 
 const Toggle toggles[] = {
-    {&VelmoraDoc::pointCaptureArmed, ModePoint},     {&VelmoraDoc::pointCaptured, ModePoint},
-    {&VelmoraDoc::sectionCaptureArmed, ModeSection}, {&VelmoraDoc::sectionCaptured, ModeSection},
-    {&VelmoraDoc::lineCaptureArmed, ModeLine},       {&VelmoraDoc::lineCaptured, ModeLine},
-    {&VelmoraDoc::patchCaptureArmed, ModePatch},     {&VelmoraDoc::patchCaptured, ModePatch},
+    {&CaptureState::pointCaptureArmed, ModePoint},     {&CaptureState::pointCaptured, ModePoint},
+    {&CaptureState::sectionCaptureArmed, ModeSection}, {&CaptureState::sectionCaptured, ModeSection},
+    {&CaptureState::lineCaptureArmed, ModeLine},       {&CaptureState::lineCaptured, ModeLine},
+    {&CaptureState::patchCaptureArmed, ModePatch},     {&CaptureState::patchCaptured, ModePatch},
 };
 
 TEST(SetMouseMode, SameModeGoesBackToWhatTheRegimeNeeds) {
@@ -82,7 +83,7 @@ TEST(SetMouseMode, PointGoesBeforeSectionBeforeLineBeforePatch) {
 
 TEST(SetMouseMode, FreePointAloneCountsForNoRegime) {
     ViewRig rig;
-    rig.doc.freePointArmed = rig.doc.freePointHeld = true;
+    arranged(rig.doc).freePointArmed = arranged(rig.doc).freePointHeld = true;
     rig.view.setMouseMode(ModeRotate);
     rig.view.setMouseMode(ModeRotate);
     EXPECT_EQ(rig.view.mouseMode, ModeNone);
@@ -110,8 +111,8 @@ TEST(SetMouseMode, StopsASpinWhenItTogglesToo) {
 TEST(ForcedMouseMode, IsNeverTakenForAToggle) {
     for (const MouseMode mode : {ModePoint, ModePatch, ModeSection, ModeLine, ModeRotate, ModeNone}) {
         ViewRig rig;
-        rig.doc.pointCaptured = true;
-        rig.doc.sectionCaptured = true;
+        rig.doc.capture.keepPoint();
+        arranged(rig.doc).sectionCaptured = true;
         rig.view.forceMouseMode(mode);
         EXPECT_EQ(rig.view.mouseMode, mode);
         rig.view.forceMouseMode(mode);
@@ -122,7 +123,7 @@ TEST(ForcedMouseMode, IsNeverTakenForAToggle) {
 
 TEST(ResetMouseMode, FreesTheCursorAndShowsTheArrow) {
     ViewRig rig;
-    rig.doc.pointCaptured = true;
+    rig.doc.capture.keepPoint();
     rig.view.setMouseMode(ModePoint);
     rig.surface.confined = true;
     rig.view.resetMouseMode();
@@ -150,28 +151,30 @@ TEST(Redraw, LeavesAViewModeAloneOutsideARegime) {
 
 TEST(Redraw, LeavesAViewModeAloneInAnArmedRegime) {
     RedrawRig rig;
-    rig.doc.pointCaptureArmed = rig.doc.sectionCaptureArmed = rig.doc.patchCaptureArmed = true;
-    rig.doc.freePointArmed = true;
+    arranged(rig.doc).pointCaptureArmed = arranged(rig.doc).sectionCaptureArmed = arranged(rig.doc).patchCaptureArmed =
+        true;
+    arranged(rig.doc).freePointArmed = true;
     rig.doc.redraw();
     EXPECT_EQ(rig.view.mouseMode, ModeRotate);
 }
 
 TEST(Redraw, PutsTheCapturedRegimesOnInTheirOrder) {
     RedrawRig rig;
-    rig.doc.patchCaptured = rig.doc.sectionCaptured = rig.doc.lineCaptured = rig.doc.pointCaptured = true;
+    arranged(rig.doc).patchCaptured = arranged(rig.doc).sectionCaptured = arranged(rig.doc).lineCaptured =
+        arranged(rig.doc).pointCaptured = true;
     rig.doc.redraw();
     EXPECT_THAT(rig.surface.cursors, ElementsAre(ModePatch, ModeSection, ModeLine, ModePoint));
     EXPECT_EQ(rig.view.mouseMode, ModePoint);
 }
 
 TEST(Redraw, EachCapturedRegimeTakesTheMouseBack) {
-    const Toggle captured[] = {{&VelmoraDoc::patchCaptured, ModePatch},
-                               {&VelmoraDoc::sectionCaptured, ModeSection},
-                               {&VelmoraDoc::lineCaptured, ModeLine},
-                               {&VelmoraDoc::pointCaptured, ModePoint}};
+    const Toggle captured[] = {{&CaptureState::patchCaptured, ModePatch},
+                               {&CaptureState::sectionCaptured, ModeSection},
+                               {&CaptureState::lineCaptured, ModeLine},
+                               {&CaptureState::pointCaptured, ModePoint}};
     for (const Toggle& regime : captured) {
         RedrawRig rig;
-        rig.doc.*regime.flag = true;
+        arranged(rig.doc).*regime.flag = true;
         rig.doc.redraw();
         EXPECT_EQ(rig.view.mouseMode, regime.mode);
         rig.doc.redraw();
@@ -181,7 +184,7 @@ TEST(Redraw, EachCapturedRegimeTakesTheMouseBack) {
 
 TEST(Redraw, FreePointWithoutACapturedPointEndsInTheLineMode) {
     RedrawRig rig;
-    rig.doc.freePointHeld = true;
+    arranged(rig.doc).freePointHeld = true;
     rig.doc.redraw();
     EXPECT_THAT(rig.surface.cursors, ElementsAre(ModePoint, ModeLine));
     EXPECT_EQ(rig.view.mouseMode, ModeLine);
@@ -189,7 +192,7 @@ TEST(Redraw, FreePointWithoutACapturedPointEndsInTheLineMode) {
 
 TEST(Redraw, FreePointBesideACapturedPointStaysInThePointMode) {
     RedrawRig rig;
-    rig.doc.freePointHeld = rig.doc.pointCaptured = true;
+    arranged(rig.doc).freePointHeld = arranged(rig.doc).pointCaptured = true;
     rig.doc.redraw();
     EXPECT_THAT(rig.surface.cursors, ElementsAre(ModePoint, ModePoint));
     EXPECT_EQ(rig.view.mouseMode, ModePoint);

@@ -141,8 +141,8 @@ TEST(BlockMarkers, LeaveOutTheCapturedSectionAndLine) {
     DrawRig rig({flatPatch(3, 3)});
     rig.doc.showZBlockMarkers = true;
     rig.block({0});
-    rig.doc.capturedSection = 1;
-    rig.doc.capturedLine = 2;
+    rig.doc.capture.renumberSection(1);
+    rig.doc.capture.renumberLine(2);
     EXPECT_THAT(pointsOnly(rig.wire()), ElementsAre(point(3, blue, {0, 0, 0}), point(3, blue, {1, 0, 0}),
                                                     point(3, blue, {0, 2, 0}), point(3, blue, {1, 2, 0})));
 }

@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "view_rig.h"
 
 namespace velmora {
@@ -25,10 +26,10 @@ TEST(PickSection, TakesTheSectionOfTheNearestPointWithItsTexts) {
     CurveRig rig;
     rig.doc.CaptureSection();
     ASSERT_TRUE(rig.pickSection({12, 1, 0}));
-    EXPECT_EQ(rig.doc.capturedPatch, 1);
-    EXPECT_EQ(rig.doc.capturedSection, 1);
-    EXPECT_EQ(rig.doc.sectionStatus, "Captured section: Patch K=2, Section N=2, Points M=4");
-    EXPECT_EQ(rig.doc.sectionContinueStatus,
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
+    EXPECT_EQ(rig.doc.capture->capturedSection, 1);
+    EXPECT_EQ(rig.doc.capture->sectionStatus, "Captured section: Patch K=2, Section N=2, Points M=4");
+    EXPECT_EQ(rig.doc.capture->sectionContinueStatus,
               "Captured section: Patch K=2, Section N=2, Points M=4  // Press right button to continue ");
     EXPECT_EQ(rig.ui.transcript.back(), "status: Captured section: Patch K=2, Section N=2, Points M=4");
 }
@@ -38,7 +39,7 @@ TEST(PickSection, TextCountsThePointsOfThatSection) {
     rig.show({{{{0, 0, 0}, {1, 0, 0}}, {{0, 5, 0}, {1, 5, 0}, {2, 5, 0}}}});
     rig.doc.CaptureSection();
     ASSERT_TRUE(rig.view.PickSection(rig.pixelOf({1, 5, 0})));
-    EXPECT_EQ(rig.doc.sectionStatus, "Captured section: Patch K=1, Section N=2, Points M=3");
+    EXPECT_EQ(rig.doc.capture->sectionStatus, "Captured section: Patch K=1, Section N=2, Points M=3");
 }
 
 TEST(PickSection, ShowsTheSectionWhiteInTheSectionMode) {
@@ -65,8 +66,8 @@ TEST(PickSection, FailureDropsTheSectionAndLeavesTheNearestPatch) {
     rig.shrink();
     // The upper right corner of the window: the second patch is the nearer one.
     EXPECT_FALSE(rig.view.PickSection({599, 0}));
-    EXPECT_EQ(rig.doc.capturedSection, -1);
-    EXPECT_EQ(rig.doc.capturedPatch, 1);
+    EXPECT_EQ(rig.doc.capture->capturedSection, -1);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
     EXPECT_EQ(rig.ui.transcript.back(), "status: Press left button of mouse and drag it");
     EXPECT_EQ(rig.view.mouseMode, ModeSection);
 }
@@ -75,25 +76,25 @@ TEST(PickSection, LooksAtTheBlockOnlyInThePatchRegime) {
     CurveRig rig;
     rig.putIntoBlock({1});
     ASSERT_TRUE(rig.pickSection({2, 1, 0}));
-    EXPECT_EQ(rig.doc.capturedPatch, 0);
-    rig.doc.patchCaptured = true;
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 0);
+    rig.doc.capture.holdBlock();
     EXPECT_FALSE(rig.pickSection({2, 1, 0}));
-    EXPECT_EQ(rig.doc.capturedPatch, 1);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
     rig.putIntoBlock({});
     EXPECT_TRUE(rig.pickSection({2, 1, 0}));
-    EXPECT_EQ(rig.doc.capturedPatch, 0);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 0);
 }
 
 TEST(PickSection, IsNotBoundToTheCapturedPatch) {
     CurveRig rig;
-    rig.doc.capturedPatch = 0;
+    rig.doc.capture.renumberPatch(0);
     ASSERT_TRUE(rig.pickSection({12, 1, 0}));
-    EXPECT_EQ(rig.doc.capturedPatch, 1);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
 }
 
 TEST(PickSection, InThePatchRegimeEndsInTheSectionMode) {
     CurveRig rig;
-    rig.doc.patchCaptured = true;
+    rig.doc.capture.holdBlock();
     rig.putIntoBlock({1});
     rig.doc.CaptureSection();
     ASSERT_TRUE(rig.pickSection({12, 1, 0}));
@@ -105,13 +106,13 @@ TEST(PickSection, InThePatchRegimeEndsInTheSectionMode) {
 TEST(PickLine, TakesTheLineOfTheNearestPointWithItsTexts) {
     CurveRig rig;
     rig.doc.CaptureLine();
-    rig.doc.capturedPointSection = 7;
+    arranged(rig.doc).capturedPointSection = 7;
     ASSERT_TRUE(rig.pickLine({13, 1, 0}));
-    EXPECT_EQ(rig.doc.capturedPatch, 1);
-    EXPECT_EQ(rig.doc.capturedLine, 3);
-    EXPECT_EQ(rig.doc.capturedPointSection, -1);
-    EXPECT_EQ(rig.doc.lineStatus, "Captured line: Patch K=2, Line N=4, Points M=3 ");
-    EXPECT_EQ(rig.doc.lineContinueStatus,
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
+    EXPECT_EQ(rig.doc.capture->capturedLine, 3);
+    EXPECT_EQ(rig.doc.capture->capturedPointSection, -1);
+    EXPECT_EQ(rig.doc.capture->lineStatus, "Captured line: Patch K=2, Line N=4, Points M=3 ");
+    EXPECT_EQ(rig.doc.capture->lineContinueStatus,
               "Captured line: Patch K=2, Line N=4, Points M=3  // Press right button to continue ");
     EXPECT_EQ(rig.ui.transcript.back(), "status: Captured line: Patch K=2, Line N=4, Points M=3 ");
     EXPECT_EQ(rig.view.mouseMode, ModeLine);
@@ -126,7 +127,7 @@ TEST(PickLine, FarFromTheGeometryStillTakesALine) {
     EXPECT_FALSE(rig.view.PickPoint(rig.pixelOf(far)));
     EXPECT_FALSE(rig.pickSection(far));
     EXPECT_TRUE(rig.pickLine(far));
-    EXPECT_EQ(rig.doc.capturedLine, 3);
+    EXPECT_EQ(rig.doc.capture->capturedLine, 3);
 }
 
 TEST(PickLine, FailureKeepsTheLineAndLeavesTheNearestPatch) {
@@ -134,33 +135,33 @@ TEST(PickLine, FailureKeepsTheLineAndLeavesTheNearestPatch) {
     rig.doc.CaptureLine();
     ASSERT_TRUE(rig.pickLine({2, 1, 0}));
     rig.shrink();
-    rig.doc.capturedPointSection = 7;
+    arranged(rig.doc).capturedPointSection = 7;
     EXPECT_FALSE(rig.view.PickLine({599, 0}));
-    EXPECT_EQ(rig.doc.capturedLine, 2);
-    EXPECT_EQ(rig.doc.capturedPointSection, -1);
-    EXPECT_EQ(rig.doc.capturedPatch, 1);
+    EXPECT_EQ(rig.doc.capture->capturedLine, 2);
+    EXPECT_EQ(rig.doc.capture->capturedPointSection, -1);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
     EXPECT_EQ(rig.ui.transcript.back(), "status: Press left button of mouse and drag it");
     EXPECT_EQ(rig.view.mouseMode, ModeLine);
 }
 
 TEST(PickLine, LooksAtTheBlockOnlyInThePatchRegime) {
     CurveRig rig;
-    rig.doc.patchCaptured = true;
+    rig.doc.capture.holdBlock();
     rig.putIntoBlock({1});
     // One unit beside the first patch, six before the second.
     ASSERT_TRUE(rig.pickLine({4, 1, 0}));
-    EXPECT_EQ(rig.doc.capturedPatch, 1);
-    EXPECT_EQ(rig.doc.capturedLine, 0);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
+    EXPECT_EQ(rig.doc.capture->capturedLine, 0);
 }
 
 TEST(PickLine, DoesNotTouchTheCapturedSection) {
     CurveRig rig;
-    rig.doc.capturedSection = 2;
+    rig.doc.capture.renumberSection(2);
     rig.pickLine({12, 1, 0});
-    EXPECT_EQ(rig.doc.capturedSection, 2);
-    rig.doc.capturedLine = 1;
+    EXPECT_EQ(rig.doc.capture->capturedSection, 2);
+    rig.doc.capture.renumberLine(1);
     rig.pickSection({12, 1, 0});
-    EXPECT_EQ(rig.doc.capturedLine, 1);
+    EXPECT_EQ(rig.doc.capture->capturedLine, 1);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "view_rig.h"
 
 namespace velmora {
@@ -98,8 +99,8 @@ TEST(PickPatch, CellsThatAnEditMovedAreFoundAfterTheRedraw) {
 TEST(PickPatch, NeitherZBlockNorCaptureNarrowIt) {
     ViewRig rig;
     rig.show(twoPatches());
-    rig.doc.patchCaptured = rig.doc.showBlockOnly = true;
-    rig.doc.capturedPatch = 1;
+    arranged(rig.doc).patchCaptured = rig.doc.showBlockOnly = true;
+    rig.doc.capture.renumberPatch(1);
     rig.putIntoBlock({1});
     EXPECT_EQ(patchAt(rig, {1.3, 0.9, 0}), 0);
 }
@@ -130,17 +131,17 @@ TEST(PatchRegime, PressFindsThePatchAndTheReleaseTakesItIntoTheBlock) {
     PatchRig rig;
     const int repaints = rig.surface.repaints;
     rig.press(onSecond);
-    EXPECT_EQ(rig.doc.capturedPatch, 1);
-    EXPECT_TRUE(rig.doc.patchCaptureArmed);
-    EXPECT_FALSE(rig.doc.patchCaptured);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
+    EXPECT_TRUE(rig.doc.capture->patchCaptureArmed);
+    EXPECT_FALSE(rig.doc.capture->patchCaptured);
     EXPECT_THAT(rig.block(), ElementsAre());
     EXPECT_THAT(rig.ui.transcript, ElementsAre(secondPatchText));
     EXPECT_GT(rig.surface.repaints, repaints);
     // Yellow from the press on.
     EXPECT_EQ(rig.view.list().batches.at(3).colour, (Colour{1.0F, 1.0F, 0.1F, 1.0F}));
     rig.release(onSecond);
-    EXPECT_FALSE(rig.doc.patchCaptureArmed);
-    EXPECT_TRUE(rig.doc.patchCaptured);
+    EXPECT_FALSE(rig.doc.capture->patchCaptureArmed);
+    EXPECT_TRUE(rig.doc.capture->patchCaptured);
     EXPECT_THAT(rig.block(), ElementsAre(1));
     EXPECT_THAT(rig.ui.transcript, ElementsAre(secondPatchText, secondPatchText));
     EXPECT_EQ(rig.view.mouseMode, ModePatch);
@@ -151,15 +152,15 @@ TEST(PatchRegime, PressOnNothingIsToldAndAbandoned) {
     PatchRig rig;
     rig.press(nowhere);
     EXPECT_THAT(rig.ui.transcript, ElementsAre(notSelected));
-    EXPECT_EQ(rig.doc.capturedPatch, -1);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, -1);
     EXPECT_FALSE(rig.view.leftButtonDown);
     EXPECT_FALSE(rig.surface.confined);
     // Neither a move nor the release belongs to a press any more.
     rig.view.OnMouseMove(rig.pixelOf(onFirst));
     rig.release(onFirst);
     EXPECT_THAT(rig.ui.transcript, ElementsAre(notSelected));
-    EXPECT_TRUE(rig.doc.patchCaptureArmed);
-    EXPECT_FALSE(rig.doc.patchCaptured);
+    EXPECT_TRUE(rig.doc.capture->patchCaptureArmed);
+    EXPECT_FALSE(rig.doc.capture->patchCaptured);
     EXPECT_THAT(rig.block(), ElementsAre());
     rig.click(onFirst);
     EXPECT_THAT(rig.block(), ElementsAre(0));
@@ -178,7 +179,7 @@ TEST(PatchRegime, DragShowsTheTextAndKeepsThePatchOfThePress) {
     PatchRig rig;
     rig.press(onFirst);
     rig.view.OnMouseMove(rig.pixelOf(onSecond));
-    EXPECT_EQ(rig.doc.capturedPatch, 0);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 0);
     EXPECT_THAT(rig.ui.transcript, ElementsAre(firstPatchText, firstPatchText));
     rig.release(onSecond);
     EXPECT_THAT(rig.block(), ElementsAre(0));
@@ -194,23 +195,23 @@ TEST(PatchRegime, ClickOnAMemberChangesNothingInTheBlock) {
     rig.click(onSecond);
     EXPECT_THAT(rig.block(), ElementsAre(1, 0));
     EXPECT_THAT(rig.ui.transcript, ElementsAre(secondPatchText)) << "of the press; the release has nothing to add";
-    EXPECT_TRUE(rig.doc.patchCaptured);
+    EXPECT_TRUE(rig.doc.capture->patchCaptured);
 }
 
 TEST(PatchRegime, OutsideItsModeAClickPicksNothing) {
     PatchRig rig;
     rig.view.setMouseMode(ModeShift);
     rig.click(onFirst);
-    EXPECT_TRUE(rig.doc.patchCaptureArmed);
-    EXPECT_EQ(rig.doc.capturedPatch, -1);
+    EXPECT_TRUE(rig.doc.capture->patchCaptureArmed);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, -1);
 }
 
 // ---- Removing from the zBlock ---------------------------------------------------------------------------------------
 
 struct RemovalRig : PatchRig {
     explicit RemovalRig(const std::vector<std::int32_t>& members) {
-        doc.patchCaptureArmed = false;
-        doc.patchCaptured = true;
+        arranged(doc).patchCaptureArmed = false;
+        doc.capture.holdBlock();
         putIntoBlock(members);
         doc.RemovePatchFromBlock();
         ui.transcript.clear();
@@ -220,16 +221,16 @@ struct RemovalRig : PatchRig {
 TEST(PatchRemoval, PressShowsThePatchDarkAndTheReleaseTakesItOut) {
     RemovalRig rig({1, 0});
     rig.press(onSecond);
-    EXPECT_EQ(rig.doc.patchToRemove, 1);
-    EXPECT_TRUE(rig.doc.patchRemoving);
+    EXPECT_EQ(rig.doc.capture->patchToRemove, 1);
+    EXPECT_TRUE(rig.doc.capture->patchRemoving);
     EXPECT_THAT(rig.block(), ElementsAre(1, 0));
     EXPECT_THAT(rig.ui.transcript, ElementsAre(findPatch));
     EXPECT_EQ(rig.view.mouseMode, ModePatch);
     EXPECT_EQ(rig.view.list().batches.at(3).colour, (Colour{0.4F, 0.4F, 0.0F, 1.0F}));
     rig.release(onSecond);
-    EXPECT_FALSE(rig.doc.patchRemoving);
+    EXPECT_FALSE(rig.doc.capture->patchRemoving);
     EXPECT_THAT(rig.block(), ElementsAre(0));
-    EXPECT_TRUE(rig.doc.patchCaptured);
+    EXPECT_TRUE(rig.doc.capture->patchCaptured);
     EXPECT_THAT(rig.ui.transcript, ElementsAre(findPatch, goOn));
 }
 
@@ -238,18 +239,18 @@ TEST(PatchRemoval, PressOnNothingIsToldAndTheNextClickStillRemoves) {
     rig.press(nowhere);
     EXPECT_THAT(rig.ui.transcript, ElementsAre(notRemoved, findPatch));
     rig.release(nowhere);
-    EXPECT_TRUE(rig.doc.patchRemoving);
+    EXPECT_TRUE(rig.doc.capture->patchRemoving);
     EXPECT_THAT(rig.block(), ElementsAre(1, 0));
     rig.click(onFirst);
-    EXPECT_FALSE(rig.doc.patchRemoving);
+    EXPECT_FALSE(rig.doc.capture->patchRemoving);
     EXPECT_THAT(rig.block(), ElementsAre(1));
 }
 
 TEST(PatchRemoval, PatchOutsideTheBlockLeavesTheBlockAsItWas) {
     RemovalRig rig({1});
     rig.click(onFirst);
-    EXPECT_FALSE(rig.doc.patchRemoving);
-    EXPECT_TRUE(rig.doc.patchCaptured);
+    EXPECT_FALSE(rig.doc.capture->patchRemoving);
+    EXPECT_TRUE(rig.doc.capture->patchCaptured);
     EXPECT_THAT(rig.block(), ElementsAre(1));
 }
 
@@ -257,7 +258,8 @@ TEST(PatchRemoval, LastOneOutEndsTheRegime) {
     RemovalRig rig({1});
     rig.doc.showBlockOnly = true;
     rig.click(onSecond);
-    EXPECT_FALSE(rig.doc.patchRemoving || rig.doc.patchCaptured || rig.doc.patchCaptureArmed);
+    EXPECT_FALSE(rig.doc.capture->patchRemoving || rig.doc.capture->patchCaptured ||
+                 rig.doc.capture->patchCaptureArmed);
     EXPECT_THAT(rig.block(), ElementsAre());
     EXPECT_FALSE(rig.doc.showBlockOnly);
     EXPECT_EQ(rig.view.mouseMode, ModeNone);
@@ -271,14 +273,14 @@ TEST(RegimePress, GoesThroughPointSectionAndLineInThisOrder) {
     ViewRig rig;
     rig.show(twoPatches());
     rig.doc.CapturePoint();
-    rig.doc.sectionCaptureArmed = rig.doc.lineCaptureArmed = true;
+    arranged(rig.doc).sectionCaptureArmed = arranged(rig.doc).lineCaptureArmed = true;
     rig.ui.transcript.clear();
     rig.press({12, 1, 0});
     const std::string section = "status: Captured section: Patch K=2, Section N=2, Points M=4";
     const std::string line = "status: Captured line: Patch K=2, Line N=3, Points M=3 ";
     EXPECT_THAT(rig.ui.transcript, ElementsAre(section, line));
-    EXPECT_TRUE(rig.doc.pointPicked);
-    EXPECT_EQ(rig.doc.capturedPointSection, -1) << "the line pick comes behind the point pick";
+    EXPECT_TRUE(rig.doc.capture->pointPicked);
+    EXPECT_EQ(rig.doc.capture->capturedPointSection, -1) << "the line pick comes behind the point pick";
     rig.ui.transcript.clear();
     rig.view.OnMouseMove(rig.pixelOf({11, 2, 0}));
     // The pick of the line has put the mouse into the line mode; a drag serves all the same.
@@ -293,11 +295,11 @@ TEST(RegimePress, RemovalKeepsTheReleaseFromTakingASection) {
     ViewRig rig;
     rig.show(twoPatches());
     rig.doc.CaptureSection();
-    rig.doc.patchRemoving = true;
+    arranged(rig.doc).patchRemoving = true;
     rig.click({1.3, 0.9, 0});
-    EXPECT_FALSE(rig.doc.patchRemoving);
-    EXPECT_TRUE(rig.doc.sectionCaptureArmed);
-    EXPECT_FALSE(rig.doc.sectionCaptured);
+    EXPECT_FALSE(rig.doc.capture->patchRemoving);
+    EXPECT_TRUE(rig.doc.capture->sectionCaptureArmed);
+    EXPECT_FALSE(rig.doc.capture->sectionCaptured);
 }
 
 } // namespace

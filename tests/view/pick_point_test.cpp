@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "view_reference.h"
 #include "view_rig.h"
 
@@ -21,42 +22,43 @@ struct PointRig : ViewRig {
 TEST(PickPoint, WritesAddressPositionAndBothTexts) {
     PointRig rig;
     ASSERT_TRUE(rig.pick({12, 1, 0}));
-    EXPECT_EQ(rig.doc.capturedPatch, 1);
-    EXPECT_EQ(rig.doc.capturedPointSection, 1);
-    EXPECT_EQ(rig.doc.capturedPoint, 2);
-    EXPECT_EQ(rig.doc.pickedPoint, zVec<double>(12, 1, 0));
-    EXPECT_EQ(rig.doc.capturedPointPos, zVec<double>(12, 1, 0));
-    EXPECT_TRUE(rig.doc.pointPicked);
-    EXPECT_EQ(rig.doc.pointStatus,
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
+    EXPECT_EQ(rig.doc.capture->capturedPointSection, 1);
+    EXPECT_EQ(rig.doc.capture->capturedPoint, 2);
+    EXPECT_EQ(rig.doc.capture->pickedPoint, zVec<double>(12, 1, 0));
+    EXPECT_EQ(rig.doc.capture->capturedPointPos, zVec<double>(12, 1, 0));
+    EXPECT_TRUE(rig.doc.capture->pointPicked);
+    EXPECT_EQ(rig.doc.capture->pointStatus,
               "Captured point: (Patch K=2, Section N=2, Point M=3) X=12.000000, Y=1.000000, Z=0.000000");
-    EXPECT_EQ(rig.doc.pointContinueStatus, "Captured point: (Patch K=2, Section N=2, Point M=3) X=12.000000, "
-                                           "Y=1.000000, Z=0.000000 // Press right button to continue ");
+    EXPECT_EQ(rig.doc.capture->pointContinueStatus, "Captured point: (Patch K=2, Section N=2, Point M=3) X=12.000000, "
+                                                    "Y=1.000000, Z=0.000000 // Press right button to continue ");
 }
 
 TEST(PickPoint, InALineRegimeTheTextNamesTheLineBeforeThePoint) {
     PointRig rig;
-    rig.doc.lineCaptured = true;
-    rig.doc.capturedLine = 2;
+    arranged(rig.doc).lineCaptured = true;
+    rig.doc.capture.renumberLine(2);
     ASSERT_TRUE(rig.pick({12, 0, 0}));
-    EXPECT_EQ(rig.doc.pointStatus,
+    EXPECT_EQ(rig.doc.capture->pointStatus,
               "Captured point: (Patch K=2, Line N=3, Point M=1) X=12.000000, Y=0.000000, Z=0.000000");
-    EXPECT_EQ(rig.doc.pointContinueStatus, rig.doc.pointStatus + " // Press right button to continue ");
+    EXPECT_EQ(rig.doc.capture->pointContinueStatus,
+              rig.doc.capture->pointStatus + " // Press right button to continue ");
 }
 
 TEST(PickPoint, FailureKeepsThePatchAndTheIndicesOfTheNearest) {
     PointRig rig;
     ASSERT_TRUE(rig.pick({2, 1, 0}));
-    rig.doc.capturedPatch = -1;
-    const std::string text = rig.doc.pointStatus;
+    rig.doc.capture.renumberPatch(-1);
+    const std::string text = rig.doc.capture->pointStatus;
     // Beside the last corner of the second patch.
     EXPECT_FALSE(rig.pick({13.4, 2.4, 0}));
-    EXPECT_EQ(rig.doc.capturedPatch, -1);
-    EXPECT_EQ(rig.doc.capturedPointSection, 2);
-    EXPECT_EQ(rig.doc.capturedPoint, 3);
-    EXPECT_FALSE(rig.doc.pointPicked);
-    EXPECT_EQ(rig.doc.pickedPoint, zVec<double>(2, 1, 0));
-    EXPECT_EQ(rig.doc.capturedPointPos, zVec<double>(2, 1, 0));
-    EXPECT_EQ(rig.doc.pointStatus, text);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, -1);
+    EXPECT_EQ(rig.doc.capture->capturedPointSection, 2);
+    EXPECT_EQ(rig.doc.capture->capturedPoint, 3);
+    EXPECT_FALSE(rig.doc.capture->pointPicked);
+    EXPECT_EQ(rig.doc.capture->pickedPoint, zVec<double>(2, 1, 0));
+    EXPECT_EQ(rig.doc.capture->capturedPointPos, zVec<double>(2, 1, 0));
+    EXPECT_EQ(rig.doc.capture->pointStatus, text);
 }
 
 TEST(PickPoint, FindsTheSamePointsInPerspectiveAndParallelAndTurned) {
@@ -71,13 +73,13 @@ TEST(PickPoint, FindsTheSamePointsInPerspectiveAndParallelAndTurned) {
         for (std::int32_t k = 0; k < 2; ++k) {
             for (std::int32_t n = 0; n < countOf(model[static_cast<std::size_t>(k)]); ++n) {
                 for (std::int32_t m = 0; m < 4; ++m) {
-                    rig.doc.capturedPatch = -1;
+                    rig.doc.capture.renumberPatch(-1);
                     const zVec<double> point = *rig.doc.pointAt(k, n, m);
                     ASSERT_TRUE(rig.pick(point)) << k << n << m;
-                    EXPECT_EQ(rig.doc.capturedPointPos, point);
-                    EXPECT_EQ(rig.doc.capturedPatch, k);
-                    EXPECT_EQ(rig.doc.capturedPointSection, n);
-                    EXPECT_EQ(rig.doc.capturedPoint, m);
+                    EXPECT_EQ(rig.doc.capture->capturedPointPos, point);
+                    EXPECT_EQ(rig.doc.capture->capturedPatch, k);
+                    EXPECT_EQ(rig.doc.capture->capturedPointSection, n);
+                    EXPECT_EQ(rig.doc.capture->capturedPoint, m);
                 }
             }
         }
@@ -123,7 +125,7 @@ TEST(PickPoint, PassesAtExactlyAHundredthOfTheDiagonalAndFailsBeyond) {
     const Bound bound = boundFor(rig, 0.01);
     ASSERT_TRUE(bound.found);
     EXPECT_TRUE(rig.view.PickPoint(bound.pixel));
-    rig.doc.capturedPatch = -1;
+    rig.doc.capture.renumberPatch(-1);
     ASSERT_TRUE(setLimit(rig.doc, 0.01, bound.distance));
     rig.doc.boxMax.x *= 1.0 - 1e-12;
     EXPECT_FALSE(rig.view.PickPoint(bound.pixel));
@@ -164,17 +166,17 @@ TEST(PickPoint, LimitIsThatOfTheLastBox) {
 
 TEST(PickPoint, StaysInTheCapturedPatchUntilItIsReset) {
     PointRig rig;
-    rig.doc.capturedPatch = 0;
+    rig.doc.capture.renumberPatch(0);
     EXPECT_FALSE(rig.pick({12, 1, 0}));
-    EXPECT_EQ(rig.doc.capturedPatch, 0);
-    rig.doc.capturedPatch = -1;
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 0);
+    rig.doc.capture.renumberPatch(-1);
     EXPECT_TRUE(rig.pick({12, 1, 0}));
-    EXPECT_EQ(rig.doc.capturedPatch, 1);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
 }
 
 TEST(PickPoint, StaysInTheBlockInThePatchRegime) {
     PointRig rig;
-    rig.doc.patchCaptured = true;
+    rig.doc.capture.holdBlock();
     rig.putIntoBlock({1});
     EXPECT_FALSE(rig.pick({2, 1, 0}));
     EXPECT_TRUE(rig.pick({12, 1, 0}));
@@ -184,63 +186,59 @@ TEST(PickPoint, BlockIsNoLimitWhenEmptyOrOutsideThePatchRegime) {
     PointRig rig;
     rig.putIntoBlock({1});
     EXPECT_TRUE(rig.pick({2, 1, 0}));
-    rig.doc.capturedPatch = -1;
-    rig.doc.patchCaptured = true;
+    rig.doc.capture.renumberPatch(-1);
+    rig.doc.capture.holdBlock();
     rig.putIntoBlock({});
     EXPECT_TRUE(rig.pick({2, 1, 0}));
 }
 
 TEST(PickPoint, PatchOutsideTheBlockIsNotReachedEvenAsTheCapturedOne) {
     PointRig rig;
-    rig.doc.patchCaptured = true;
-    rig.doc.capturedPatch = 0;
-    rig.doc.capturedPoint = rig.doc.capturedPointSection = -1;
+    rig.doc.capture.holdBlock();
+    rig.doc.capture.renumberPatch(0);
+    arranged(rig.doc).capturedPoint = arranged(rig.doc).capturedPointSection = -1;
     rig.putIntoBlock({1});
     EXPECT_FALSE(rig.pick({2, 1, 0}));
-    EXPECT_EQ(rig.doc.capturedPointSection, -1);
-    EXPECT_EQ(rig.doc.capturedPoint, -1);
-    EXPECT_FALSE(rig.doc.pointPicked);
+    EXPECT_EQ(rig.doc.capture->capturedPointSection, -1);
+    EXPECT_EQ(rig.doc.capture->capturedPoint, -1);
+    EXPECT_FALSE(rig.doc.capture->pointPicked);
 }
 
 TEST(PickPoint, StaysInTheCapturedSection) {
     PointRig rig;
-    rig.doc.sectionCaptured = true;
-    rig.doc.capturedPatch = 0;
-    rig.doc.capturedSection = 1;
+    holdSection(rig.doc, 0, 1);
     EXPECT_FALSE(rig.pick({2, 2, 0}));
     EXPECT_TRUE(rig.pick({2, 1, 0}));
 }
 
 TEST(PickPoint, SectionIsNoLimitWhileItsRegimeIsOnlyArmed) {
     PointRig rig;
-    rig.doc.sectionCaptureArmed = true;
-    rig.doc.capturedSection = 1;
+    arranged(rig.doc).sectionCaptureArmed = true;
+    rig.doc.capture.renumberSection(1);
     EXPECT_TRUE(rig.pick({2, 2, 0}));
 }
 
 TEST(PickPoint, StaysOnTheCapturedLine) {
     PointRig rig;
-    rig.doc.lineCaptured = true;
-    rig.doc.capturedPatch = 0;
-    rig.doc.capturedLine = 3;
+    holdLine(rig.doc, 0, 3);
     EXPECT_FALSE(rig.pick({2, 1, 0}));
     EXPECT_TRUE(rig.pick({3, 1, 0}));
 }
 
 TEST(PickPoint, FreePointLeavesSectionAndLineButNotThePatch) {
     PointRig rig;
-    rig.doc.sectionCaptured = rig.doc.lineCaptured = true;
-    rig.doc.capturedPatch = 0;
-    rig.doc.capturedSection = 1;
-    rig.doc.capturedLine = 3;
-    rig.doc.freePointArmed = true;
+    arranged(rig.doc).sectionCaptured = arranged(rig.doc).lineCaptured = true;
+    rig.doc.capture.renumberPatch(0);
+    rig.doc.capture.renumberSection(1);
+    rig.doc.capture.renumberLine(3);
+    arranged(rig.doc).freePointArmed = true;
     EXPECT_TRUE(rig.pick({2, 2, 0}));
     EXPECT_FALSE(rig.pick({12, 2, 0}));
 }
 
 TEST(PickPoint, InAnEmptyModelFindsNothing) {
     ViewRig rig;
-    rig.doc.pointCaptureArmed = true;
+    arranged(rig.doc).pointCaptureArmed = true;
     EXPECT_FALSE(rig.view.PickPoint({10, 10}));
     EXPECT_FALSE(rig.view.PickSection({10, 10}));
     EXPECT_FALSE(rig.view.PickLine({10, 10}));

@@ -34,7 +34,7 @@ TEST(PointRegime, ArmsWithThePromptAndThePointMode) {
     rig.doc.CapturePoint();
     EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt));
     EXPECT_EQ(rig.view.mouseMode, ModePoint);
-    EXPECT_TRUE(rig.doc.pointCaptureArmed);
+    EXPECT_TRUE(rig.doc.capture->pointCaptureArmed);
 }
 
 TEST(PointRegime, ClickOnAPointCapturesItAtTheRelease) {
@@ -42,15 +42,15 @@ TEST(PointRegime, ClickOnAPointCapturesItAtTheRelease) {
     rig.run(&VelmoraDoc::CapturePoint);
     const int repaints = rig.surface.repaints;
     rig.press({2, 1, 0});
-    EXPECT_TRUE(rig.doc.pointCaptureArmed);
-    EXPECT_FALSE(rig.doc.pointCaptured);
-    EXPECT_TRUE(rig.doc.pointPicked);
+    EXPECT_TRUE(rig.doc.capture->pointCaptureArmed);
+    EXPECT_FALSE(rig.doc.capture->pointCaptured);
+    EXPECT_TRUE(rig.doc.capture->pointPicked);
     EXPECT_GT(rig.surface.repaints, repaints);
     EXPECT_TRUE(rig.ui.transcript.empty());
     rig.release({2, 1, 0});
-    EXPECT_FALSE(rig.doc.pointCaptureArmed);
-    EXPECT_TRUE(rig.doc.pointCaptured);
-    EXPECT_TRUE(rig.doc.pointPicked);
+    EXPECT_FALSE(rig.doc.capture->pointCaptureArmed);
+    EXPECT_TRUE(rig.doc.capture->pointCaptured);
+    EXPECT_TRUE(rig.doc.capture->pointPicked);
     EXPECT_FALSE(rig.view.leftButtonDown);
     EXPECT_THAT(rig.ui.transcript, ElementsAre(pointContinueText));
 }
@@ -59,28 +59,28 @@ TEST(PointRegime, ClickBesideTheGeometryStaysArmed) {
     RegimeRig rig;
     rig.run(&VelmoraDoc::CapturePoint);
     rig.click(nowhere);
-    EXPECT_TRUE(rig.doc.pointCaptureArmed);
-    EXPECT_FALSE(rig.doc.pointCaptured);
+    EXPECT_TRUE(rig.doc.capture->pointCaptureArmed);
+    EXPECT_FALSE(rig.doc.capture->pointCaptured);
     EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt));
     rig.click({2, 1, 0});
-    EXPECT_TRUE(rig.doc.pointCaptured);
+    EXPECT_TRUE(rig.doc.capture->pointCaptured);
 }
 
 TEST(PointRegime, DragPicksAtEveryAcceptedMoveAndShowsTheShortText) {
     RegimeRig rig;
     rig.run(&VelmoraDoc::CapturePoint);
     rig.press(nowhere);
-    EXPECT_FALSE(rig.doc.pointPicked);
+    EXPECT_FALSE(rig.doc.capture->pointPicked);
     rig.view.OnMouseMove(rig.pixelOf({2, 1, 0}));
-    EXPECT_TRUE(rig.doc.pointPicked);
+    EXPECT_TRUE(rig.doc.capture->pointPicked);
     EXPECT_THAT(rig.ui.transcript, ElementsAre(pointText));
     rig.view.OnMouseMove(rig.pixelOf({1, 2, 0}));
     EXPECT_EQ(rig.ui.transcript.back(),
               "status: Captured point: (Patch K=1, Section N=3, Point M=2) X=1.000000, Y=2.000000, Z=0.000000");
     rig.release({1, 2, 0});
-    EXPECT_TRUE(rig.doc.pointCaptured);
-    EXPECT_EQ(rig.doc.capturedPointSection, 2);
-    EXPECT_EQ(rig.doc.capturedPoint, 1);
+    EXPECT_TRUE(rig.doc.capture->pointCaptured);
+    EXPECT_EQ(rig.doc.capture->capturedPointSection, 2);
+    EXPECT_EQ(rig.doc.capture->capturedPoint, 1);
 }
 
 TEST(PointRegime, DragOffTheGeometryLosesThePick) {
@@ -88,9 +88,9 @@ TEST(PointRegime, DragOffTheGeometryLosesThePick) {
     rig.run(&VelmoraDoc::CapturePoint);
     rig.press({2, 1, 0});
     rig.view.OnMouseMove(rig.pixelOf(nowhere));
-    EXPECT_FALSE(rig.doc.pointPicked);
+    EXPECT_FALSE(rig.doc.capture->pointPicked);
     rig.release(nowhere);
-    EXPECT_TRUE(rig.doc.pointCaptureArmed);
+    EXPECT_TRUE(rig.doc.capture->pointCaptureArmed);
     EXPECT_EQ(rig.ui.transcript.back(), dragPrompt);
 }
 
@@ -100,19 +100,19 @@ TEST(PointRegime, DragDoesNotLeaveThePatchOfItsFirstPick) {
     rig.run(&VelmoraDoc::CapturePoint);
     rig.press({2, 1, 0});
     rig.view.OnMouseMove(rig.pixelOf({12, 1, 0}));
-    EXPECT_FALSE(rig.doc.pointPicked);
+    EXPECT_FALSE(rig.doc.capture->pointPicked);
     rig.release({12, 1, 0});
     rig.run(&VelmoraDoc::CapturePoint);
     rig.click({12, 1, 0});
-    EXPECT_TRUE(rig.doc.pointCaptured);
-    EXPECT_EQ(rig.doc.capturedPatch, 1);
+    EXPECT_TRUE(rig.doc.capture->pointCaptured);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
 }
 
 TEST(PointRegime, MoveWithoutAButtonPicksNothing) {
     RegimeRig rig;
     rig.run(&VelmoraDoc::CapturePoint);
     rig.view.OnMouseMove(rig.pixelOf({2, 1, 0}));
-    EXPECT_FALSE(rig.doc.pointPicked);
+    EXPECT_FALSE(rig.doc.capture->pointPicked);
     EXPECT_TRUE(rig.ui.transcript.empty());
 }
 
@@ -122,8 +122,8 @@ TEST(PointRegime, ViewModeInBetweenLeavesTheRegimeAlone) {
     rig.view.setMouseMode(ModeShift);
     rig.drag(rig.pixelOf({2, 1, 0}), {10, 10});
     rig.view.OnLeftButtonUp({10, 10});
-    EXPECT_TRUE(rig.doc.pointCaptureArmed);
-    EXPECT_FALSE(rig.doc.pointPicked);
+    EXPECT_TRUE(rig.doc.capture->pointCaptureArmed);
+    EXPECT_FALSE(rig.doc.capture->pointPicked);
     EXPECT_TRUE(rig.ui.transcript.empty());
     rig.view.setMouseMode(ModeShift);
     EXPECT_EQ(rig.view.mouseMode, ModePoint);
@@ -135,8 +135,8 @@ TEST(PointRegime, ClickAfterTheCapturePicksNothingMore) {
     rig.click({2, 1, 0});
     rig.ui.transcript.clear();
     rig.click({1, 2, 0});
-    EXPECT_EQ(rig.doc.capturedPointSection, 1);
-    EXPECT_EQ(rig.doc.capturedPoint, 2);
+    EXPECT_EQ(rig.doc.capture->capturedPointSection, 1);
+    EXPECT_EQ(rig.doc.capture->capturedPoint, 2);
     EXPECT_TRUE(rig.ui.transcript.empty());
 }
 
@@ -146,8 +146,8 @@ TEST(PointRegime, NextPointMayLieInAnyPatch) {
     rig.click({2, 1, 0});
     rig.run(&VelmoraDoc::CapturePoint);
     rig.click({13, 0, 0});
-    EXPECT_EQ(rig.doc.capturedPatch, 1);
-    EXPECT_TRUE(rig.doc.pointCaptured);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
+    EXPECT_TRUE(rig.doc.capture->pointCaptured);
 }
 
 // ---- Free points ----------------------------------------------------------------------------------------------------
@@ -157,14 +157,14 @@ TEST(FreePointRegime, ClickHoldsThePointBesideTheCapturedOne) {
     rig.run(&VelmoraDoc::CapturePoint);
     rig.click({1, 0, 0});
     rig.doc.CaptureFreePointInPointRegime();
-    EXPECT_TRUE(rig.doc.freePointArmed);
-    EXPECT_TRUE(rig.doc.pointCaptured);
+    EXPECT_TRUE(rig.doc.capture->freePointArmed);
+    EXPECT_TRUE(rig.doc.capture->pointCaptured);
     EXPECT_EQ(rig.view.mouseMode, ModePoint);
     rig.ui.transcript.clear();
     rig.click({2, 1, 0});
-    EXPECT_FALSE(rig.doc.freePointArmed);
-    EXPECT_TRUE(rig.doc.freePointHeld);
-    EXPECT_TRUE(rig.doc.pointCaptured);
+    EXPECT_FALSE(rig.doc.capture->freePointArmed);
+    EXPECT_TRUE(rig.doc.capture->freePointHeld);
+    EXPECT_TRUE(rig.doc.capture->pointCaptured);
     EXPECT_THAT(rig.ui.transcript, ElementsAre(pointContinueText));
 }
 
@@ -174,8 +174,8 @@ TEST(FreePointRegime, ClickBesideTheGeometryStaysArmed) {
     rig.click({1, 0, 0});
     rig.run(&VelmoraDoc::CaptureFreePointInPointRegime);
     rig.click(nowhere);
-    EXPECT_TRUE(rig.doc.freePointArmed);
-    EXPECT_FALSE(rig.doc.freePointHeld);
+    EXPECT_TRUE(rig.doc.capture->freePointArmed);
+    EXPECT_FALSE(rig.doc.capture->freePointHeld);
     EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt));
 }
 
@@ -186,10 +186,10 @@ TEST(FreePointRegime, MayLieOffTheCapturedSectionOfItsPatch) {
     rig.run(&VelmoraDoc::CaptureFreePoint);
     EXPECT_EQ(rig.view.mouseMode, ModeSection);
     rig.click({3, 2, 0});
-    EXPECT_TRUE(rig.doc.freePointHeld);
-    EXPECT_EQ(rig.doc.capturedPointSection, 2);
-    EXPECT_EQ(rig.doc.capturedPoint, 3);
-    EXPECT_EQ(rig.doc.capturedSection, 1);
+    EXPECT_TRUE(rig.doc.capture->freePointHeld);
+    EXPECT_EQ(rig.doc.capture->capturedPointSection, 2);
+    EXPECT_EQ(rig.doc.capture->capturedPoint, 3);
+    EXPECT_EQ(rig.doc.capture->capturedSection, 1);
 }
 
 TEST(FreePointRegime, DoesNotLeaveThePatchOfTheSection) {
@@ -198,7 +198,7 @@ TEST(FreePointRegime, DoesNotLeaveThePatchOfTheSection) {
     rig.click({2, 1, 0});
     rig.run(&VelmoraDoc::CaptureFreePoint);
     rig.click({12, 1, 0});
-    EXPECT_TRUE(rig.doc.freePointArmed);
+    EXPECT_TRUE(rig.doc.capture->freePointArmed);
 }
 
 TEST(FreePointRegime, DragShowsTheShortText) {
@@ -221,11 +221,11 @@ TEST(SectionRegime, ClickShowsTheShortTextAndTheReleaseCaptures) {
     rig.ui.transcript.clear();
     rig.press({2, 1, 0});
     EXPECT_THAT(rig.ui.transcript, ElementsAre(sectionText));
-    EXPECT_TRUE(rig.doc.sectionCaptureArmed);
+    EXPECT_TRUE(rig.doc.capture->sectionCaptureArmed);
     rig.release({2, 1, 0});
     EXPECT_THAT(rig.ui.transcript, ElementsAre(sectionText, sectionContinueText));
-    EXPECT_FALSE(rig.doc.sectionCaptureArmed);
-    EXPECT_TRUE(rig.doc.sectionCaptured);
+    EXPECT_FALSE(rig.doc.capture->sectionCaptureArmed);
+    EXPECT_TRUE(rig.doc.capture->sectionCaptured);
     EXPECT_EQ(rig.view.mouseMode, ModeSection);
 }
 
@@ -233,8 +233,8 @@ TEST(SectionRegime, ClickFarFromTheGeometryStaysArmed) {
     RegimeRig rig;
     rig.run(&VelmoraDoc::CaptureSection);
     rig.click(nowhere);
-    EXPECT_TRUE(rig.doc.sectionCaptureArmed);
-    EXPECT_FALSE(rig.doc.sectionCaptured);
+    EXPECT_TRUE(rig.doc.capture->sectionCaptureArmed);
+    EXPECT_FALSE(rig.doc.capture->sectionCaptured);
     EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt, dragPrompt));
 }
 
@@ -245,10 +245,10 @@ TEST(SectionRegime, DragPicksAtEveryAcceptedMove) {
     rig.view.OnMouseMove(rig.pixelOf({2, 1, 0}));
     EXPECT_EQ(rig.ui.transcript.back(), sectionText);
     rig.view.OnMouseMove(rig.pixelOf(nowhere));
-    EXPECT_EQ(rig.doc.capturedSection, -1);
+    EXPECT_EQ(rig.doc.capture->capturedSection, -1);
     rig.view.OnMouseMove(rig.pixelOf({2, 1, 0}));
     rig.release({2, 1, 0});
-    EXPECT_TRUE(rig.doc.sectionCaptured);
+    EXPECT_TRUE(rig.doc.capture->sectionCaptured);
 }
 
 TEST(SectionRegime, PointCaptureStaysInsideTheSection) {
@@ -256,13 +256,13 @@ TEST(SectionRegime, PointCaptureStaysInsideTheSection) {
     rig.run(&VelmoraDoc::CaptureSection);
     rig.click({2, 1, 0});
     rig.run(&VelmoraDoc::CapturePoint);
-    EXPECT_EQ(rig.doc.capturedPatch, 0);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 0);
     rig.click({2, 2, 0});
-    EXPECT_TRUE(rig.doc.pointCaptureArmed);
-    EXPECT_EQ(rig.doc.capturedPatch, 0);
+    EXPECT_TRUE(rig.doc.capture->pointCaptureArmed);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 0);
     rig.click({2, 1, 0});
-    EXPECT_TRUE(rig.doc.pointCaptured);
-    EXPECT_TRUE(rig.doc.sectionCaptured);
+    EXPECT_TRUE(rig.doc.capture->pointCaptured);
+    EXPECT_TRUE(rig.doc.capture->sectionCaptured);
     EXPECT_EQ(rig.ui.transcript.back(), pointContinueText);
 }
 
@@ -276,16 +276,16 @@ TEST(LineRegime, ClickShowsTheShortTextAndTheReleaseCaptures) {
     rig.ui.transcript.clear();
     rig.click({2, 1, 0});
     EXPECT_THAT(rig.ui.transcript, ElementsAre(lineText, lineContinueText));
-    EXPECT_FALSE(rig.doc.lineCaptureArmed);
-    EXPECT_TRUE(rig.doc.lineCaptured);
-    EXPECT_EQ(rig.doc.capturedLine, 2);
+    EXPECT_FALSE(rig.doc.capture->lineCaptureArmed);
+    EXPECT_TRUE(rig.doc.capture->lineCaptured);
+    EXPECT_EQ(rig.doc.capture->capturedLine, 2);
 }
 
 TEST(LineRegime, ClickBesideTheGeometryStillCaptures) {
     RegimeRig rig;
     rig.run(&VelmoraDoc::CaptureLine);
     rig.click(nowhere);
-    EXPECT_TRUE(rig.doc.lineCaptured);
+    EXPECT_TRUE(rig.doc.capture->lineCaptured);
 }
 
 TEST(LineRegime, ClickVeryFarAwayStaysArmed) {
@@ -294,8 +294,8 @@ TEST(LineRegime, ClickVeryFarAwayStaysArmed) {
     rig.view.zoomFactor = 5.0;
     rig.view.UpdateProjection();
     rig.clickPixel({0, 0});
-    EXPECT_TRUE(rig.doc.lineCaptureArmed);
-    EXPECT_FALSE(rig.doc.lineCaptured);
+    EXPECT_TRUE(rig.doc.capture->lineCaptureArmed);
+    EXPECT_FALSE(rig.doc.capture->lineCaptured);
     EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt, dragPrompt));
 }
 
@@ -306,12 +306,12 @@ TEST(LineRegime, DragOffTheGeometryKeepsTheLineOfThePress) {
     rig.view.zoomFactor = 5.0;
     rig.view.UpdateProjection();
     rig.press({2, 1, 0});
-    ASSERT_EQ(rig.doc.capturedLine, 2);
+    ASSERT_EQ(rig.doc.capture->capturedLine, 2);
     rig.view.OnMouseMove({0, 0});
     EXPECT_EQ(rig.ui.transcript.back(), dragPrompt);
     rig.view.OnLeftButtonUp({0, 0});
-    EXPECT_TRUE(rig.doc.lineCaptured);
-    EXPECT_EQ(rig.doc.capturedLine, 2);
+    EXPECT_TRUE(rig.doc.capture->lineCaptured);
+    EXPECT_EQ(rig.doc.capture->capturedLine, 2);
     EXPECT_EQ(rig.ui.transcript.back(), lineContinueText);
 }
 
@@ -321,9 +321,9 @@ TEST(LineRegime, PointCaptureStaysOnTheLineAndNamesIt) {
     rig.click({2, 1, 0});
     rig.run(&VelmoraDoc::CapturePoint);
     rig.click({1, 2, 0});
-    EXPECT_TRUE(rig.doc.pointCaptureArmed);
+    EXPECT_TRUE(rig.doc.capture->pointCaptureArmed);
     rig.click({2, 0, 0});
-    EXPECT_TRUE(rig.doc.pointCaptured);
+    EXPECT_TRUE(rig.doc.capture->pointCaptured);
     EXPECT_EQ(rig.ui.transcript.back(), "status: Captured point: (Patch K=1, Line N=3, Point M=1) X=2.000000, "
                                         "Y=0.000000, Z=0.000000 // Press right button to continue ");
 }
@@ -333,11 +333,11 @@ TEST(LineRegime, NextLineIsCapturedByTheNextClick) {
     rig.run(&VelmoraDoc::CaptureLine);
     rig.click({2, 1, 0});
     rig.run(&VelmoraDoc::NextSectionOrLine);
-    EXPECT_TRUE(rig.doc.lineCaptureArmed);
+    EXPECT_TRUE(rig.doc.capture->lineCaptureArmed);
     rig.click({11, 1, 0});
-    EXPECT_TRUE(rig.doc.lineCaptured);
-    EXPECT_EQ(rig.doc.capturedPatch, 1);
-    EXPECT_EQ(rig.doc.capturedLine, 1);
+    EXPECT_TRUE(rig.doc.capture->lineCaptured);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
+    EXPECT_EQ(rig.doc.capture->capturedLine, 1);
 }
 
 // ---- The mouse around a regime --------------------------------------------------------------------------------------

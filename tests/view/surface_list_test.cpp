@@ -4,6 +4,7 @@
 #include <cmath>
 #include <filesystem>
 
+#include "arranged_capture.h"
 #include "draw_rig.h"
 
 namespace velmora {
@@ -149,15 +150,15 @@ TEST(SurfaceList, SkipsAndColoursPatchesAsTheWireListDoes) {
         return quads(colour, {{{x + 1, 0, 0}, up}, {{x + 1, 1, 0}, up}, {{x, 0, 0}, up}, {{x, 1, 0}, up}});
     };
     EXPECT_THAT(rig.surface(), ElementsAre(square4(0, table[0]), square4(110, table[0]), square4(120, table[2])));
-    rig.doc.patchCaptured = true;
+    rig.doc.capture.holdBlock();
     EXPECT_THAT(rig.surface(),
                 ElementsAre(square4(0, blockYellow), square4(110, blockYellow), square4(120, blockYellow)));
 }
 
 TEST(SurfaceList, CapturedSectionAndLineAreNotShown) {
     DrawRig rig(squares(1));
-    rig.doc.sectionCaptured = rig.doc.lineCaptured = true;
-    rig.doc.capturedPatch = rig.doc.capturedSection = rig.doc.capturedLine = 0;
+    arranged(rig.doc).sectionCaptured = arranged(rig.doc).lineCaptured = true;
+    arranged(rig.doc).capturedPatch = arranged(rig.doc).capturedSection = arranged(rig.doc).capturedLine = 0;
     EXPECT_EQ(rig.surface().size(), 1U);
     EXPECT_THAT(pointsOnly(rig.surface()), IsEmpty());
 }

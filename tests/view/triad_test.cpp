@@ -1,3 +1,4 @@
+#include "arranged_capture.h"
 #include "view_rig.h"
 
 namespace velmora {
@@ -110,8 +111,8 @@ TEST(Triad, KeepsItsSizeUnderZoomAndShift) {
 TEST(Triad, StandsBehindTheCapturedPointInDrawingOrder) {
     ViewRig rig;
     rig.show(twoPatches());
-    rig.doc.pointPicked = true;
-    rig.doc.capturedPointPos = {2, 1, 0};
+    arranged(rig.doc).pointPicked = true;
+    arranged(rig.doc).capturedPointPos = {2, 1, 0};
     rig.paint();
     const DrawList& list = rig.view.overlay().list;
     ASSERT_EQ(list.batches.size(), 12U);
@@ -131,7 +132,7 @@ TEST(Triad, StandsBehindTheCapturedPointInDrawingOrder) {
 TEST(Triad, IsDrawnWithoutACapturedPointToo) {
     ViewRig rig;
     rig.show(twoPatches());
-    rig.doc.capturedPointPos = {2, 1, 0};
+    arranged(rig.doc).capturedPointPos = {2, 1, 0};
     rig.paint();
     EXPECT_EQ(rig.view.overlay().list.batches.size(), 10U);
 }

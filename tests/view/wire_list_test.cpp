@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "arranged_capture.h"
 #include "draw_rig.h"
 
 namespace velmora {
@@ -122,50 +123,50 @@ TEST(PatchColour, PlacePastTheCycleKeepsTheColourDrawnBefore) {
 
 TEST(PatchColour, CapturedPatchIsYellowWhileTheRegimeIsArmed) {
     DrawRig rig(squares(3));
-    rig.doc.patchCaptureArmed = true;
-    rig.doc.capturedPatch = 1;
+    arranged(rig.doc).patchCaptureArmed = true;
+    rig.doc.capture.renumberPatch(1);
     EXPECT_EQ(rig.wire(), coloured({{0, table[0]}, {1, blockYellow}, {2, table[2]}}));
 }
 
 TEST(PatchColour, BlockIsYellowTooWhileTheRegimeIsArmed) {
     DrawRig rig(squares(3));
-    rig.doc.patchCaptureArmed = true;
-    rig.doc.capturedPatch = 1;
+    arranged(rig.doc).patchCaptureArmed = true;
+    rig.doc.capture.renumberPatch(1);
     rig.block({2});
     EXPECT_EQ(rig.wire(), coloured({{0, table[0]}, {1, blockYellow}, {2, blockYellow}}));
 }
 
 TEST(PatchColour, OnlyTheBlockIsYellowInTheCapturedRegime) {
     DrawRig rig(squares(3));
-    rig.doc.patchCaptured = true;
-    rig.doc.capturedPatch = 1;
+    rig.doc.capture.holdBlock();
+    rig.doc.capture.renumberPatch(1);
     rig.block({2});
     EXPECT_EQ(rig.wire(), coloured({{0, table[0]}, {1, table[1]}, {2, blockYellow}}));
 }
 
 TEST(PatchColour, NothingIsYellowInTheCapturedRegimeWithoutABlock) {
     DrawRig rig(squares(2));
-    rig.doc.patchCaptured = true;
-    rig.doc.capturedPatch = 1;
+    rig.doc.capture.holdBlock();
+    rig.doc.capture.renumberPatch(1);
     EXPECT_EQ(rig.wire(), coloured({{0, table[0]}, {1, table[1]}}));
 }
 
 TEST(PatchColour, BlockIsNotYellowOutsideThePatchRegime) {
     DrawRig rig(squares(2));
-    rig.doc.capturedPatch = 0;
-    rig.doc.sectionCaptured = true;
+    rig.doc.capture.renumberPatch(0);
+    arranged(rig.doc).sectionCaptured = true;
     rig.block({1});
     EXPECT_EQ(rig.wire(), coloured({{0, table[0]}, {1, table[1]}}));
 }
 
 TEST(PatchColour, PatchToRemoveIsDarkYellowBeforeAnyOtherHighlight) {
     DrawRig rig(squares(3));
-    rig.doc.patchRemoving = true;
-    rig.doc.patchCaptured = true;
-    rig.doc.patchToRemove = 1;
+    arranged(rig.doc).patchRemoving = true;
+    rig.doc.capture.holdBlock();
+    arranged(rig.doc).patchToRemove = 1;
     rig.block({0, 1});
     EXPECT_EQ(rig.wire(), coloured({{0, blockYellow}, {1, removedYellow}, {2, table[2]}}));
-    rig.doc.patchRemoving = false;
+    arranged(rig.doc).patchRemoving = false;
     EXPECT_EQ(rig.wire(), coloured({{0, blockYellow}, {1, blockYellow}, {2, table[2]}}));
 }
 
@@ -187,11 +188,11 @@ TEST(BlockOnly, MembersOutsideTheModelAreNothing) {
 // ---- The captured section and line ----------------------------------------------------------------------------------
 
 TEST(CapturedSection, IsAWhiteStripUnderWhitePoints) {
-    for (const auto flag : {&VelmoraDoc::sectionCaptureArmed, &VelmoraDoc::sectionCaptured}) {
+    for (const auto flag : {&CaptureState::sectionCaptureArmed, &CaptureState::sectionCaptured}) {
         DrawRig rig(squares(2));
-        rig.doc.*flag = true;
-        rig.doc.capturedPatch = 1;
-        rig.doc.capturedSection = 1;
+        arranged(rig.doc).*flag = true;
+        rig.doc.capture.renumberPatch(1);
+        rig.doc.capture.renumberSection(1);
         EXPECT_EQ(rig.wire(), joined({sectionStrips(0, table[0]),
                                       {strip(table[1], {{10, 0, 0}, {11, 0, 0}}), point(6, white, {10, 1, 0}),
                                        point(6, white, {11, 1, 0}), strip(white, {{10, 1, 0}, {11, 1, 0}})},
@@ -202,27 +203,25 @@ TEST(CapturedSection, IsAWhiteStripUnderWhitePoints) {
 
 TEST(CapturedSection, KeepsThePatchColourInOtherRegimes) {
     DrawRig rig(squares(2));
-    rig.doc.capturedPatch = 1;
-    rig.doc.capturedSection = 1;
-    rig.doc.capturedLine = 0;
-    rig.doc.pointCaptured = rig.doc.pointCaptureArmed = rig.doc.patchCaptured = true;
+    rig.doc.capture.renumberPatch(1);
+    rig.doc.capture.renumberSection(1);
+    rig.doc.capture.renumberLine(0);
+    arranged(rig.doc).pointCaptured = arranged(rig.doc).pointCaptureArmed = arranged(rig.doc).patchCaptured = true;
     EXPECT_EQ(rig.wire(), coloured({{0, table[0]}, {1, table[1]}}));
 }
 
 TEST(CapturedSection, WithoutPointsIsNothing) {
     DrawRig rig({{{}, {{1, 0, 0}}}});
-    rig.doc.sectionCaptured = true;
-    rig.doc.capturedPatch = 0;
-    rig.doc.capturedSection = 0;
+    holdSection(rig.doc, 0, 0);
     EXPECT_THAT(rig.wire(), ElementsAre(strip(table[0], {{1, 0, 0}})));
 }
 
 TEST(CapturedLine, IsAWhiteStripUnderWhitePoints) {
-    for (const auto flag : {&VelmoraDoc::lineCaptureArmed, &VelmoraDoc::lineCaptured}) {
+    for (const auto flag : {&CaptureState::lineCaptureArmed, &CaptureState::lineCaptured}) {
         DrawRig rig(squares(2));
-        rig.doc.*flag = true;
-        rig.doc.capturedPatch = 0;
-        rig.doc.capturedLine = 1;
+        arranged(rig.doc).*flag = true;
+        rig.doc.capture.renumberPatch(0);
+        rig.doc.capture.renumberLine(1);
         EXPECT_EQ(rig.wire(), joined({sectionStrips(0, table[0]),
                                       sectionStrips(10, table[1]),
                                       {strip(table[0], {{0, 0, 0}, {0, 1, 0}}), point(6, white, {1, 0, 0}),
@@ -233,10 +232,10 @@ TEST(CapturedLine, IsAWhiteStripUnderWhitePoints) {
 
 TEST(CapturedLine, DoesNotWhitenTheSectionOfItsNumber) {
     DrawRig rig(squares(1));
-    rig.doc.lineCaptured = true;
-    rig.doc.capturedPatch = 0;
-    rig.doc.capturedSection = 0;
-    rig.doc.capturedLine = -1;
+    arranged(rig.doc).lineCaptured = true;
+    rig.doc.capture.renumberPatch(0);
+    rig.doc.capture.renumberSection(0);
+    rig.doc.capture.renumberLine(-1);
     EXPECT_EQ(rig.wire(), coloured({{0, table[0]}}));
 }
 

@@ -61,7 +61,7 @@ TEST(ZoneLists, SurfaceGivesEachCornerItsOwnNormal) {
 
 TEST(ZoneLists, MembersOfTheZBlockAreYellow) {
     ZoneRig rig(2);
-    rig.doc.patchCaptured = true;
+    rig.doc.capture.holdBlock();
     rig.block({1});
     const DrawList list = buildDrawList(rig.doc, 3);
     EXPECT_EQ(list.batches[0].colour, blue);

@@ -91,7 +91,7 @@ TEST(Dialogs, AWrongNumberIsRefusedAndTheFieldKeepsTheFocus) {
 
         person.key("Escape");
         ASSERT_TRUE(person.waitForNoBox());
-        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().capturedSection; }), -1);
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().capture->capturedSection; }), -1);
         EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().inputSectionValues.patch; }), 1)
             << "what was typed before Cancel is forgotten";
     });

@@ -308,7 +308,7 @@ TEST(NoGraphics, TheFrameWorksAndSaysWhatIsMissing) {
         person.waitForBox(QStringLiteral("CInputSection"));
         person.key("Return");
         ASSERT_TRUE(person.waitForNoBox());
-        EXPECT_TRUE(person.ask([] { return WindowDriver::frame().document().sectionCaptured; }));
+        EXPECT_TRUE(person.ask([] { return WindowDriver::frame().document().capture->sectionCaptured; }));
         person.choose({"File", "Exit"});
         EXPECT_TRUE(person.waitForEnd());
     });

@@ -12,6 +12,7 @@
 #include "Desk.h"
 #include "GlViewWidget.h"
 #include "RecordingUi.h"
+#include "arranged_capture.h"
 #include "small_models.h"
 #include "text_bitmap.h"
 
@@ -144,8 +145,8 @@ TEST(Pixels, ACapturedPointIsWhiteInARedFrame) {
     Studio studio;
     studio.showPatches({flatPatch(3, 3)});
     studio.view.runViewCommand("view.orthographic");
-    studio.document.capturedPointPos = {1.3, 1.2, 0.0};
-    studio.document.pointPicked = true;
+    arranged(studio.document).capturedPointPos = {1.3, 1.2, 0.0};
+    arranged(studio.document).pointPicked = true;
     const QImage picture = studio.picture();
     const QPoint centre = studio.at({1.3, 1.2, 0.0});
     // The white point of 6 pixels is drawn first; of the red one of 8 pixels behind it only the border is left.
@@ -195,10 +196,10 @@ TEST(Pixels, APointShowsOverThoseDrawnBeforeIt) {
     studio.showPatches(model);
     studio.view.runViewCommand("view.orthographic");
     studio.document.showFirstPoints = studio.document.showDoublePoints = studio.document.showZBlockMarkers = true;
-    studio.document.showBuffer = studio.document.pointClipboardFull = studio.document.pointPicked = true;
+    studio.document.showBuffer = studio.document.pointClipboardFull = arranged(studio.document).pointPicked = true;
     studio.document.blockCount = 1;
     studio.document.blockList[0] = 0;
-    studio.document.pointClipboard = studio.document.capturedPointPos = {2, 2, 0};
+    studio.document.pointClipboard = arranged(studio.document).capturedPointPos = {2, 2, 0};
     studio.document.redraw();
     const QImage picture = studio.picture();
     const QPoint twice = studio.at({1, 1, 0});
@@ -347,9 +348,7 @@ void openSphere(Studio& studio) {
 }
 
 void captureSection(Studio& studio) {
-    studio.document.capturedPatch = 0;
-    studio.document.capturedSection = 2;
-    studio.document.sectionCaptured = true;
+    holdSection(studio.document, 0, 2);
     studio.document.redraw();
 }
 
@@ -441,24 +440,22 @@ TEST(Pictures, BuffersAndClipboard) {
 
 TEST(Pictures, ACapturedPoint) {
     WaveStudio studio;
-    studio.document.capturedPointPos = studio.document.patches[1][1][4];
-    studio.document.pointPicked = true;
+    arranged(studio.document).capturedPointPos = studio.document.patches[1][1][4];
+    arranged(studio.document).pointPicked = true;
     studio.expect("captured-point");
 }
 
 TEST(Pictures, ACapturedLine) {
     WaveStudio studio;
-    studio.document.capturedPatch = 1;
-    studio.document.capturedLine = 4;
-    studio.document.lineCaptured = true;
+    holdLine(studio.document, 1, 4);
     studio.expect("captured-line");
 }
 
 TEST(Pictures, PatchesInTheZBlockAndOneToRemove) {
     WaveStudio studio;
-    studio.document.patchCaptured = studio.document.patchRemoving = true;
+    arranged(studio.document).patchCaptured = arranged(studio.document).patchRemoving = true;
     studio.block({0, 2});
-    studio.document.patchToRemove = 2;
+    arranged(studio.document).patchToRemove = 2;
     studio.expect("patches-captured");
 }
 

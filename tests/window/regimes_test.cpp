@@ -27,19 +27,19 @@ const zVec<double> beside{4, 5, 0};
 /// What the document holds, in words; the members of the zBlock count from 1.
 std::string stateOf(const VelmoraDoc& doc) {
     const std::pair<bool, const char*> flags[] = {
-        {doc.pointCaptureArmed, "point armed"},
-        {doc.pointCaptured, "point captured"},
-        {doc.freePointArmed, "free armed"},
-        {doc.freePointHeld, "free held"},
-        {doc.pointDragging, "dragging"},
-        {doc.patchCaptureArmed, "patch armed"},
-        {doc.patchCaptured, "patch captured"},
-        {doc.patchRemoving, "removing"},
-        {doc.sectionCaptureArmed, "section armed"},
-        {doc.sectionCaptured, "section captured"},
-        {doc.lineCaptureArmed, "line armed"},
-        {doc.lineCaptured, "line captured"},
-        {doc.dragCorrectsLine, "correcting"},
+        {doc.capture->pointCaptureArmed, "point armed"},
+        {doc.capture->pointCaptured, "point captured"},
+        {doc.capture->freePointArmed, "free armed"},
+        {doc.capture->freePointHeld, "free held"},
+        {doc.capture->pointDragging, "dragging"},
+        {doc.capture->patchCaptureArmed, "patch armed"},
+        {doc.capture->patchCaptured, "patch captured"},
+        {doc.capture->patchRemoving, "removing"},
+        {doc.capture->sectionCaptureArmed, "section armed"},
+        {doc.capture->sectionCaptured, "section captured"},
+        {doc.capture->lineCaptureArmed, "line armed"},
+        {doc.capture->lineCaptured, "line captured"},
+        {doc.capture->dragCorrectsLine, "correcting"},
     };
     std::string words;
     for (const auto& [set, word] : flags) {
@@ -151,7 +151,7 @@ TEST(Regimes, APointIsCapturedAndTheNextOne) {
         fromContextMenu(person, "Next point");
         expectState(person, "point armed", "point");
         expectStatus(person, prompt);
-        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().capturedPoint; }), -1);
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().capture->capturedPoint; }), -1);
 
         clickOn(person, {6, 0, 0});
         expectState(person, "point captured", "point");
@@ -160,7 +160,7 @@ TEST(Regimes, APointIsCapturedAndTheNextOne) {
 
         fromContextMenu(person, "Exit");
         expectState(person, "idle", "arrow");
-        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().capturedPatch; }), -1);
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().capture->capturedPatch; }), -1);
     });
 }
 

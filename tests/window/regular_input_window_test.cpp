@@ -6,6 +6,7 @@
 
 #include "Desk.h"
 #include "WindowDriver.h"
+#include "arranged_capture.h"
 #include "qt_text.h"
 
 namespace velmora::test {
@@ -291,18 +292,18 @@ void expectFieldsOn(WindowDriver& person, bool K, bool N, bool M) {
 }
 
 /// Sets what the regimes hold and captures point 2 of section 3 of patch 2.
-void hold(WindowDriver& person, bool VelmoraDoc::*regime) {
+void hold(WindowDriver& person, bool CaptureState::*regime) {
     person.ask([regime] {
         VelmoraDoc& doc = WindowDriver::frame().document();
-        doc.patchCaptured = doc.sectionCaptured = doc.lineCaptured = false;
+        arranged(doc).patchCaptured = arranged(doc).sectionCaptured = arranged(doc).lineCaptured = false;
         if (regime != nullptr) {
-            doc.*regime = true;
+            arranged(doc).*regime = true;
         }
-        doc.capturedPatch = 1;
-        doc.capturedPointSection = doc.capturedSection = 2;
-        doc.capturedPoint = doc.capturedLine = 1;
-        doc.pointCaptured = doc.pointPicked = true;
-        doc.pickedPoint = doc.capturedPointPos = doc.patches[1][2][1];
+        doc.capture.renumberPatch(1);
+        arranged(doc).capturedPointSection = arranged(doc).capturedSection = 2;
+        arranged(doc).capturedPoint = arranged(doc).capturedLine = 1;
+        arranged(doc).pointCaptured = arranged(doc).pointPicked = true;
+        doc.capture.placePoint(doc.patches[1][2][1]);
     });
 }
 
@@ -330,7 +331,7 @@ TEST(RegularInput, FindBringsWhatIsTypedIntoRangeAsTheFieldIsLeft) {
         ASSERT_TRUE(person.waitForNoBox()) << "a number out of range is never refused";
         EXPECT_EQ(person.status(), QStringLiteral("Captured point: (Patch K=3, Section N=1, Point M=4) X=13.000000, "
                                                   "Y=0.000000, Z=0.000000 // Press right button to continue "));
-        EXPECT_TRUE(person.ask([] { return WindowDriver::frame().document().pointCaptured; }));
+        EXPECT_TRUE(person.ask([] { return WindowDriver::frame().document().capture->pointCaptured; }));
     });
 }
 
@@ -340,13 +341,13 @@ TEST(RegularInput, FindLeavesAloneWhatTheRegimeHolds) {
         person.waitForFrame();
         person.click(person.onView({30, 30}));
         const struct {
-            bool VelmoraDoc::*regime;
+            bool CaptureState::*regime;
             bool K;
             bool N;
             bool M;
-        } regimes[] = {{&VelmoraDoc::patchCaptured, false, true, true},
-                       {&VelmoraDoc::sectionCaptured, false, false, true},
-                       {&VelmoraDoc::lineCaptured, false, true, false}};
+        } regimes[] = {{&CaptureState::patchCaptured, false, true, true},
+                       {&CaptureState::sectionCaptured, false, false, true},
+                       {&CaptureState::lineCaptured, false, true, false}};
         for (const auto& [regime, K, N, M] : regimes) {
             hold(person, regime);
             openFind(person);
@@ -355,7 +356,7 @@ TEST(RegularInput, FindLeavesAloneWhatTheRegimeHolds) {
             person.key("Escape");
             ASSERT_TRUE(person.waitForNoBox());
         }
-        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().capturedPoint; }), 1) << "Cancel";
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().capture->capturedPoint; }), 1) << "Cancel";
     });
 }
 

@@ -139,7 +139,7 @@ TEST(Road, CaptureRebreakSaveAndExitWriteWhatTheScriptWrites) {
         target = person.ask([] { return loneliestSection(WindowDriver::frame()); });
         viewport = person.ask([] { return WindowDriver::frame().view().viewport; });
         person.click(person.onView(target.pixel));
-        ASSERT_TRUE(person.waitFor([] { return WindowDriver::frame().document().sectionCaptured; }));
+        ASSERT_TRUE(person.waitFor([] { return WindowDriver::frame().document().capture->sectionCaptured; }));
         const std::size_t points = pointCounts(person, target)[static_cast<std::size_t>(target.section)];
         EXPECT_EQ(person.status(),
                   QStringLiteral("Captured section: Patch K=%1, Section N=%2, Points M=%3  // Press right button to "

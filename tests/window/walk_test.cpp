@@ -11,6 +11,7 @@
 
 #include "Desk.h"
 #include "WindowDriver.h"
+#include "arranged_capture.h"
 #include "qt_text.h"
 
 // Every menu and every parameter dialog, one after the other, as a person meets them: what is shown is kept as
@@ -28,7 +29,7 @@ void holdBlock(VelmoraDoc& document, int patches) {
         document.blockList[static_cast<std::size_t>(k)] = k;
     }
     document.blockCount = patches;
-    document.patchCaptured = true;
+    document.capture.holdBlock();
 }
 
 void holdPatch(VelmoraDoc& document) {
@@ -40,17 +41,14 @@ void holdTwoPatches(VelmoraDoc& document) {
 }
 
 void holdSection(VelmoraDoc& document) {
-    document.capturedPatch = 0;
-    document.capturedSection = 1;
-    document.sectionCaptured = true;
+    holdSection(document, 0, 1);
 }
 
 void holdPoint(VelmoraDoc& document) {
-    document.capturedPatch = 0;
-    document.capturedPointSection = 1;
-    document.capturedPoint = 1;
-    document.capturedPointPos = document.pickedPoint = *document.pointAt(0, 1, 1);
-    document.pointCaptured = document.pointPicked = true;
+    document.capture.renumberPatch(0);
+    document.capture.renumberPoint(1, 1);
+    document.capture.placePoint(*document.pointAt(0, 1, 1));
+    arranged(document).pointCaptured = arranged(document).pointPicked = true;
 }
 
 void holdPointOfSection(VelmoraDoc& document) {
@@ -61,11 +59,11 @@ void holdPointOfSection(VelmoraDoc& document) {
 /// A line, and a point off it that it shall go through.
 void holdLineAndFreePoint(VelmoraDoc& document) {
     holdPoint(document);
-    document.pointCaptured = false;
-    document.freePointHeld = true;
-    document.capturedPoint = 2;
-    document.capturedLine = 1;
-    document.lineCaptured = true;
+    arranged(document).pointCaptured = false;
+    arranged(document).freePointHeld = true;
+    arranged(document).capturedPoint = 2;
+    document.capture.renumberLine(1);
+    arranged(document).lineCaptured = true;
 }
 
 void holdTriangles(VelmoraDoc& document) {
@@ -151,7 +149,7 @@ const std::vector<DialogRow>& dialogRows() {
          "section",
          "0",
          "2",
-         [](Doc d) { return d.sectionCaptured && d.capturedSection == 1; }},
+         [](Doc d) { return d.capture->sectionCaptured && d.capture->capturedSection == 1; }},
         {"CInputLine",
          "line.inputLine",
          {"Edit", "Lines", "Input"},
@@ -160,7 +158,7 @@ const std::vector<DialogRow>& dialogRows() {
          "line",
          "1000001",
          "3",
-         [](Doc d) { return d.lineCaptured && d.capturedLine == 2; }},
+         [](Doc d) { return d.capture->lineCaptured && d.capture->capturedLine == 2; }},
         {"CScaling", "model.scaling", transform, nothing, "", "scale", "two", "2",
          [](Doc d) { return x(d, 0, 1) == 2.0; }},
         {"CBlockMove", "model.move", transform, nothing, "", "deltaX", "1,5", "1.5",
@@ -274,7 +272,7 @@ const std::vector<DialogRow>& dialogRows() {
          "M",
          "last",
          "3",
-         [](Doc d) { return d.capturedPoint == 2; }},
+         [](Doc d) { return d.capture->capturedPoint == 2; }},
     };
     return rows;
 }

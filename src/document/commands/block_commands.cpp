@@ -31,19 +31,10 @@ void VelmoraDoc::InvertBlock() {
     if (rest.empty()) {
         showBlockOnly = false;
     }
-    redraw();
+    redrawPicture();
 }
 
 // ---- Extract and Delete ---------------------------------------------------------------------------------------------
-
-void VelmoraDoc::leavePointAndCurves() {
-    if (pointRegimeActive()) {
-        ExitPointRegime();
-    }
-    if (curveRegimeActive()) {
-        ExitLineRegime();
-    }
-}
 
 /// Keeps the patches whose mark is `kept`, in the order of the model.
 void VelmoraDoc::keepPatches(const std::vector<bool>& mask, bool kept) {
@@ -60,7 +51,7 @@ void VelmoraDoc::keepPatches(const std::vector<bool>& mask, bool kept) {
 void VelmoraDoc::endEmptiedModel() {
     setKinds("non", "non", "non");
     emptyBlock();
-    capturedPatch = -1;
+    capture.forgetPatch();
     EndBlockRegime();
 }
 
@@ -70,8 +61,7 @@ void VelmoraDoc::finishBlockRemoval() {
         endEmptiedModel();
     }
     emptyBlock();
-    capturedPatch = -1;
-    patchCaptureArmed = patchCaptured = patchRemoving = false;
+    capture.dropPatches();
     showBlockOnly = false;
     ShowStatus(idlePrompt);
     resetMouseMode();
@@ -161,7 +151,6 @@ void VelmoraDoc::PasteBlock() {
     if (!intoNothing) {
         beginPatchCommand(false);
         leavePointAndCurves();
-        patchCaptureArmed = patchRemoving = false;
         keepPatches(blockMask(), false);
     }
     emptyBlock();
@@ -171,7 +160,7 @@ void VelmoraDoc::PasteBlock() {
     for (std::int32_t i = 0; i < blockCount; ++i) {
         blockList[static_cast<std::size_t>(i)] = before + i;
     }
-    patchCaptured = true;
+    capture.holdBlock();
     if (intoNothing) {
         structureKind = "str";
         checkRegularity(patches);

@@ -30,21 +30,22 @@ bool VelmoraDoc::curveIsThere() {
     if (structureKind != "str") {
         return false;
     }
-    return sectionCaptured ? sectionAt(capturedPatch, capturedSection) != nullptr
-                           : lineCaptured && pointAt(capturedPatch, 0, capturedLine) != nullptr;
+    return capture->sectionCaptured
+               ? sectionAt(capture->capturedPatch, capture->capturedSection) != nullptr
+               : capture->lineCaptured && pointAt(capture->capturedPatch, 0, capture->capturedLine) != nullptr;
 }
 
 /// The points of the captured section, or of the captured line one of each section that reaches it.
 PointList VelmoraDoc::capturedCurvePoints() {
-    if (sectionCaptured) {
-        const PointList* section = sectionAt(capturedPatch, capturedSection);
+    if (capture->sectionCaptured) {
+        const PointList* section = sectionAt(capture->capturedPatch, capture->capturedSection);
         return section != nullptr ? *section : PointList();
     }
     PointList points;
-    if (lineCaptured && capturedPatch >= 0 && capturedPatch < countOf(patches)) {
-        const std::int32_t sections = countOf(patches[static_cast<std::size_t>(capturedPatch)]);
+    if (capture->lineCaptured && capture->capturedPatch >= 0 && capture->capturedPatch < countOf(patches)) {
+        const std::int32_t sections = countOf(patches[static_cast<std::size_t>(capture->capturedPatch)]);
         for (std::int32_t n = 0; n < sections; ++n) {
-            if (const zVec<double>* point = pointAt(capturedPatch, n, capturedLine)) {
+            if (const zVec<double>* point = pointAt(capture->capturedPatch, n, capture->capturedLine)) {
                 points.push_back(*point);
             }
         }
@@ -54,12 +55,12 @@ PointList VelmoraDoc::capturedCurvePoints() {
 
 /// Gives the captured curve other points: a section takes them as they are, a line one for each of its own.
 void VelmoraDoc::putCurvePoints(const PointList& points) {
-    if (sectionCaptured) {
-        *sectionAt(capturedPatch, capturedSection) = points;
+    if (capture->sectionCaptured) {
+        *sectionAt(capture->capturedPatch, capture->capturedSection) = points;
     } else {
         auto position = points.begin();
-        for (std::int32_t n = 0; sectionAt(capturedPatch, n) != nullptr && position != points.end(); ++n) {
-            if (zVec<double>* point = pointAt(capturedPatch, n, capturedLine)) {
+        for (std::int32_t n = 0; sectionAt(capture->capturedPatch, n) != nullptr && position != points.end(); ++n) {
+            if (zVec<double>* point = pointAt(capture->capturedPatch, n, capture->capturedLine)) {
                 *point = *position;
                 ++position;
             }
@@ -70,7 +71,7 @@ void VelmoraDoc::putCurvePoints(const PointList& points) {
 }
 
 void VelmoraDoc::AddToBuffer() {
-    lineBuffer.push_back(pickedPoint);
+    lineBuffer.push_back(capture->pickedPoint);
     lineBufferFull = true;
     showBuffer = true;
     redraw();
@@ -131,9 +132,9 @@ void VelmoraDoc::PasteFromBuffer() {
     }
     beginPatchCommand(false);
     ui_.showMessage(message::aptMayBeViolated);
-    const std::size_t sections = patches[static_cast<std::size_t>(capturedPatch)].size();
+    const std::size_t sections = patches[static_cast<std::size_t>(capture->capturedPatch)].size();
     const bool fits = lineBuffer.size() == sections && capturedCurvePoints().size() == sections;
-    if (!sectionCaptured && !fits) {
+    if (!capture->sectionCaptured && !fits) {
         ui_.showMessage(message::bufferDoesNotFitLine);
         return;
     }

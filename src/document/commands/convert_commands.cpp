@@ -97,7 +97,9 @@ void VelmoraDoc::ConvertToApt() {
     }
     finishConversion("str", "apt", "apt");
     leavePointAndCurves();
-    ShowStatus(patchCaptured ? blockStatus : patchCaptureArmed ? patchStatus : idlePrompt);
+    ShowStatus(capture->patchCaptured       ? capture->blockStatus
+               : capture->patchCaptureArmed ? capture->patchStatus
+                                            : idlePrompt);
     redraw();
 }
 

@@ -102,16 +102,10 @@ void VelmoraDoc::CloseField() {
 
 /// Every flag of a regime off and every address none, without the steps of leaving each regime.
 void VelmoraDoc::forgetRegimesAndAddresses() {
-    pointCaptureArmed = pointCaptured = freePointArmed = freePointHeld = false;
-    patchCaptureArmed = patchCaptured = dragCorrectsLine = false;
-    sectionCaptureArmed = sectionCaptured = lineCaptureArmed = lineCaptured = false;
-    capturedPatch = capturedPointSection = capturedPoint = capturedSection = capturedLine = -1;
+    capture.forgetAll();
     emptyBlock();
     showBlockOnly = false;
-    savedPatch = savedPointSection = savedPoint = savedSection = savedLine = -1;
-    patchToRemove = -1;
     pointUndoReady = patchUndoReady = rebuildOnUndo = false;
-    pointDragging = patchRemoving = pointPicked = false;
 }
 
 } // namespace velmora

@@ -14,10 +14,10 @@ namespace velmora {
 void VelmoraDoc::SplitPatch() {
     beginPatchCommand(false);
     const auto split = [this](PatchList& list) {
-        if (sectionCaptured) {
-            splitAtSection(list, capturedPatch, capturedSection);
-        } else if (lineCaptured) {
-            splitAtLine(list, capturedPatch, capturedLine);
+        if (capture->sectionCaptured) {
+            splitAtSection(list, capture->capturedPatch, capture->capturedSection);
+        } else if (capture->lineCaptured) {
+            splitAtLine(list, capture->capturedPatch, capture->capturedLine);
         }
     };
     split(patches);
@@ -25,10 +25,10 @@ void VelmoraDoc::SplitPatch() {
         split(fieldPatches);
     }
     retitle();
-    if (sectionCaptured) {
-        ShowStatus(sectionContinueStatus);
+    if (capture->sectionCaptured) {
+        ShowStatus(capture->sectionContinueStatus);
     } else {
-        ShowStatus(patchCaptured ? continuePrompt : idlePrompt);
+        ShowStatus(capture->patchCaptured ? capture->continuePrompt : idlePrompt);
     }
     emptyBlock(); // the patches behind the cut have other numbers now
     showBlockOnly = false;
@@ -41,14 +41,10 @@ void VelmoraDoc::MergePatches() {
     } else if (!mergePatchesOfBlock()) {
         return;
     }
-    if (sectionCaptured || lineCaptured) {
-        ExitLineRegime();
-    }
-    if (pointRegimeActive()) {
-        ExitPointRegime(); // its patch may be gone
-    }
+    letCurveGo();
+    leavePointRegime(); // its patch may be gone
     emptyBlock();
-    capturedPatch = -1;
+    capture.forgetPatch();
     EndBlockRegime();
     showIdlePrompt();
 }

@@ -15,8 +15,6 @@ void VelmoraDoc::onNewDocument() {
         started_ = true;
         setKinds("non", "non", "non");
         setTitle("Untitled");
-        continuePrompt = "Press right button to continue";
-        dragPrompt = "Press left button of mouse and drag it";
         return;
     }
     if (!holdsNothing()) {
@@ -83,6 +81,7 @@ void VelmoraDoc::keepForUndo() {
 }
 
 void VelmoraDoc::clearModel() {
+    ++geometryRevision_;
     patches.clear();
     feRegion.blocks.clear();
     setKinds("non", "non", "non");

@@ -12,49 +12,42 @@ bool VelmoraDoc::mayBreakGrid() {
     if (fileKind != "apt" || ui_.ask(message::aptViolated)) {
         return true;
     }
-    ShowStatus(pointContinueStatus);
+    ShowStatus(capture->pointContinueStatus);
     return false;
 }
 
 /// Leaving the line would clear the address of the point that is about to be edited.
 void VelmoraDoc::leaveLineRegimeKeepingAddress() {
-    if (!lineCaptured) {
+    if (!capture->lineCaptured) {
         return;
     }
-    const std::int32_t patch = capturedPatch;
-    const std::int32_t section = capturedPointSection;
-    const std::int32_t point = capturedPoint;
-    const bool picked = pointPicked;
+    const CaptureState before = *capture;
     ExitLineRegime();
-    pointPicked = picked;
-    capturedPatch = patch;
-    capturedPointSection = section;
-    capturedPoint = point;
+    capture.returnToPoint(before);
 }
 
 void VelmoraDoc::finishPointEdit(bool curveForm) {
-    RefillPointStatus(curveForm);
-    ShowStatus(pointContinueStatus);
+    capture.describePoint(curveForm);
+    ShowStatus(capture->pointContinueStatus);
     redraw();
 }
 
 /// After a point went away the next one is captured: the one that took its number.
 void VelmoraDoc::finishPointRemoval() {
-    takeCapturedPosition();
-    pickedPoint = capturedPointPos;
+    takeCapturedPosition(capture->capturedPointPos);
     UpdateAfterEdit();
-    pointCaptureArmed = false;
-    pointCaptured = true;
+    capture.keepPoint();
     finishPointEdit(false);
 }
 
 void VelmoraDoc::DeletePoint() {
-    PointList* section = sectionAt(capturedPatch, capturedPointSection);
-    if (section == nullptr || pointAt(capturedPatch, capturedPointSection, capturedPoint) == nullptr ||
+    PointList* section = sectionAt(capture->capturedPatch, capture->capturedPointSection);
+    if (section == nullptr ||
+        pointAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint) == nullptr ||
         !mayBreakGrid()) {
         return;
     }
-    if (capturedPoint == 0 || capturedPoint == countOf(*section) - 1) {
+    if (capture->capturedPoint == 0 || capture->capturedPoint == countOf(*section) - 1) {
         ui_.showMessage(message::endPointStays);
         ExitPointRegime();
         return;
@@ -66,36 +59,37 @@ void VelmoraDoc::DeletePoint() {
     }
     SavePointUndo();
     pointUndoReady = true;
-    section->erase(section->begin() + capturedPoint);
-    rememberPointAddress();
+    section->erase(section->begin() + capture->capturedPoint);
+    capture.savePoint();
     finishPointRemoval();
 }
 
 void VelmoraDoc::DuplicatePoint() {
     if (!showDialog(duplicateValues)) {
-        ShowStatus(pointContinueStatus);
+        ShowStatus(capture->pointContinueStatus);
         return;
     }
     const std::int32_t copies = duplicateValues.duplicateCount - 1;
-    PointList* section = sectionAt(capturedPatch, capturedPointSection);
-    if (copies < 1 || pointAt(capturedPatch, capturedPointSection, capturedPoint) == nullptr || !mayBreakGrid()) {
+    PointList* section = sectionAt(capture->capturedPatch, capture->capturedPointSection);
+    if (copies < 1 ||
+        pointAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint) == nullptr ||
+        !mayBreakGrid()) {
         return;
     }
     leaveLineRegimeKeepingAddress();
     SavePointUndo();
     pointUndoReady = true;
-    rememberPointAddress();
-    const zVec<double> point = (*section)[static_cast<std::size_t>(capturedPoint)];
-    section->insert(section->begin() + capturedPoint, static_cast<std::size_t>(copies), point);
+    capture.savePoint();
+    const zVec<double> point = (*section)[static_cast<std::size_t>(capture->capturedPoint)];
+    section->insert(section->begin() + capture->capturedPoint, static_cast<std::size_t>(copies), point);
     UpdateAfterEdit();
-    pointCaptureArmed = false;
-    pointCaptured = true;
-    ShowStatus(pointContinueStatus);
+    capture.keepPoint();
+    ShowStatus(capture->pointContinueStatus);
     redraw();
 }
 
 void VelmoraDoc::EditPoint() {
-    editPointValues = {pickedPoint.x, pickedPoint.y, pickedPoint.z};
+    editPointValues = {capture->pickedPoint.x, capture->pickedPoint.y, capture->pickedPoint.z};
     if (!showDialog(editPointValues)) {
         return;
     }
@@ -106,40 +100,37 @@ void VelmoraDoc::EditPoint() {
 
 /// Puts the captured point or node to `position`, with a snapshot; false when nothing is captured.
 bool VelmoraDoc::moveCapturedPoint(const zVec<double>& position) {
-    if (!positionAt(capturedPatch, capturedPointSection, capturedPoint)) {
+    if (!positionAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint)) {
         return false;
     }
     SavePointUndo();
     pointUndoReady = true;
-    rememberPointAddress();
+    capture.savePoint();
     if (structureKind == "uns") {
-        feRegion.setNode(capturedPatch, capturedPoint, position.x, position.y, position.z);
+        feRegion.setNode(capture->capturedPatch, capture->capturedPoint, position.x, position.y, position.z);
     } else {
-        *pointAt(capturedPatch, capturedPointSection, capturedPoint) = position;
+        *pointAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint) = position;
     }
-    pickedPoint = capturedPointPos = position;
+    capture.placePoint(position);
     return true;
 }
 
 void VelmoraDoc::CutPoint() {
-    PointList* section = sectionAt(capturedPatch, capturedPointSection);
-    const zVec<double>* point = pointAt(capturedPatch, capturedPointSection, capturedPoint);
+    PointList* section = sectionAt(capture->capturedPatch, capture->capturedPointSection);
+    const zVec<double>* point = pointAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint);
     if (point == nullptr || !mayBreakGrid()) {
         return;
     }
     leaveLineRegimeKeepingAddress();
     SavePointUndo();
-    rememberPointAddress();
+    capture.savePoint();
     pointUndoReady = true;
     pointClipboard = *point;
     pointClipboardFull = true;
-    section->erase(section->begin() + capturedPoint);
-    if (capturedPoint >= countOf(*section) - 1) {
-        if (capturedPointSection == 0) {
-            capturedPoint = capturedPointSection = -1;
-            if (!patchCaptured) {
-                capturedPatch = -1;
-            }
+    section->erase(section->begin() + capture->capturedPoint);
+    if (capture->capturedPoint >= countOf(*section) - 1) {
+        if (capture->capturedPointSection == 0) {
+            capture.losePoint();
             UpdateAfterEdit();
             ui_.showMessage(message::lastPointStays);
             ExitPointRegime();
@@ -147,16 +138,15 @@ void VelmoraDoc::CutPoint() {
             pointUndoReady = true;
             return;
         }
-        capturedPoint = 0;
-        --capturedPointSection;
+        capture.renumberPoint(capture->capturedPointSection - 1, 0);
     }
     finishPointRemoval();
 }
 
 void VelmoraDoc::CopyPoint() {
-    pointClipboard = capturedPointPos;
+    pointClipboard = capture->capturedPointPos;
     pointClipboardFull = true;
-    redraw();
+    redrawPicture();
 }
 
 void VelmoraDoc::PastePoint() {
@@ -170,27 +160,21 @@ void VelmoraDoc::FindPoint() {
         return;
     }
     CRegularFind& find = regularFindValues;
-    find.K = std::max(capturedPatch + 1, 1);
-    find.N = std::max(capturedPointSection + 1, 1);
-    find.M = std::max(capturedPoint + 1, 1);
-    find.patchHeld = patchCaptured;
-    find.sectionHeld = sectionCaptured;
-    find.lineHeld = lineCaptured;
+    find.K = std::max(capture->capturedPatch + 1, 1);
+    find.N = std::max(capture->capturedPointSection + 1, 1);
+    find.M = std::max(capture->capturedPoint + 1, 1);
+    find.patchHeld = capture->patchCaptured;
+    find.sectionHeld = capture->sectionCaptured;
+    find.lineHeld = capture->lineCaptured;
     const zVec<double>* point = nullptr;
     if (showDialog(find, &patches)) {
         point = pointAt(find.K - 1, find.N - 1, find.M - 1);
     }
     if (point == nullptr) {
-        ShowStatus(pointContinueStatus);
+        ShowStatus(capture->pointContinueStatus);
         return;
     }
-    capturedPatch = find.K - 1;
-    capturedPointSection = find.N - 1;
-    capturedPoint = find.M - 1;
-    capturedPointPos = pickedPoint = *point;
-    pointCaptureArmed = false;
-    pointCaptured = true;
-    pointPicked = true;
+    capture.holdPoint(find.K - 1, find.N - 1, find.M - 1, *point);
     finishPointEdit(true);
 }
 

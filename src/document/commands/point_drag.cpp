@@ -2,8 +2,8 @@
 #include <array>
 
 #include "VelmoraDoc.h"
+#include "drag_correction.h"
 #include "rebreak_kernels.h"
-#include "status_texts.h"
 
 namespace velmora {
 
@@ -48,14 +48,14 @@ PointList spread(const PointList& points) {
 } // namespace
 
 void VelmoraDoc::DragPoint() {
-    dragStart = pickedPoint;
-    const PointList* section = sectionAt(capturedPatch, capturedPointSection);
+    dragStart = capture->pickedPoint;
+    const PointList* section = sectionAt(capture->capturedPatch, capture->capturedPointSection);
     if (section == nullptr) {
         return;
     }
-    const Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
-    const auto rows = neighbours(capturedPointSection, countOf(patch));
-    const auto columns = neighbours(capturedPoint, countOf(*section));
+    const Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
+    const auto rows = neighbours(capture->capturedPointSection, countOf(patch));
+    const auto columns = neighbours(capture->capturedPoint, countOf(*section));
     if (rows.empty() || columns.empty()) {
         return;
     }
@@ -63,7 +63,7 @@ void VelmoraDoc::DragPoint() {
     for (const std::int32_t column : columns) {
         PointList points;
         for (const std::int32_t row : rows) {
-            const zVec<double>* point = pointAt(capturedPatch, row, column);
+            const zVec<double>* point = pointAt(capture->capturedPatch, row, column);
             if (point == nullptr) {
                 return;
             }
@@ -81,29 +81,70 @@ void VelmoraDoc::DragPoint() {
     }
     dragPatches.clear();
     dragPatches.push_back(std::move(grid));
-    rememberPointAddress();
+    capture.savePoint();
     SavePointUndo();
     pointUndoReady = true;
-    pointDragging = true;
-    dragStatus = dragPrompt;
-    ShowStatus(dragStatus);
+    capture.armDrag();
+    ShowStatus(capture->dragStatus);
     redraw();
 }
 
 void VelmoraDoc::placeDraggedPoint(const zVec<double>& position) {
-    if (zVec<double>* point = pointAt(capturedPatch, capturedPointSection, capturedPoint)) {
+    if (zVec<double>* point = pointAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint)) {
         *point = position;
     }
-    ShowStatus(dragStatus);
+    ShowStatus(capture->dragStatus);
     redraw();
 }
 
 void VelmoraDoc::prepareDragCorrection() {
-    dragCorrectsLine = true;
+    capture.armCorrection();
     beginPatchCommand(false);
     SavePointUndo();
-    rememberPointAddress();
+    capture.savePoint();
     pointUndoReady = true;
+}
+
+void VelmoraDoc::bendCapturedCurve(const zVec<double>& target, int plane) {
+    const zVec<double>* captured =
+        pointAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint);
+    if (captured == nullptr || plane == 0) {
+        return;
+    }
+    const DragPlane axes = plane == 1   ? DragPlane{&zVec<double>::y, &zVec<double>::z}
+                           : plane == 2 ? DragPlane{&zVec<double>::x, &zVec<double>::z}
+                                        : DragPlane{&zVec<double>::x, &zVec<double>::y};
+    const zVec<double> delta = target - *captured;
+    if (capture->sectionCaptured) {
+        if (PointList* section = sectionAt(capture->capturedPatch, capture->capturedSection)) {
+            bendCurve(*section, capture->capturedPoint, delta, axes);
+        }
+        return;
+    }
+    if (!capture->lineCaptured) {
+        return;
+    }
+    const Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
+    PointList line;
+    for (std::int32_t n = 0; n < countOf(patch); ++n) {
+        const zVec<double>* point = pointAt(capture->capturedPatch, n, capture->capturedPoint);
+        if (point == nullptr) {
+            return;
+        }
+        line.push_back(*point);
+    }
+    bendCurve(line, capture->capturedPointSection, delta, axes);
+    for (std::int32_t n = 0; n < countOf(patch); ++n) {
+        if (zVec<double>* point = pointAt(capture->capturedPatch, n, capture->capturedLine)) {
+            *point = line[static_cast<std::size_t>(n)];
+        }
+    }
+}
+
+void VelmoraDoc::endDragCorrection(int plane) {
+    capture.releaseCorrection();
+    bendCapturedCurve(capture->capturedPointPos, plane);
+    redraw();
 }
 
 } // namespace velmora

@@ -35,25 +35,26 @@ std::pair<std::int32_t, std::int32_t> curveRange(const CRebreak& values, std::in
 } // namespace
 
 void VelmoraDoc::prepareRebreak() {
-    const Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
+    const Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
     CRebreak& values = rebreakValues;
-    values.lineMode = lineCaptured;
+    values.lineMode = capture->lineCaptured;
     values.isApt = fileKind == "apt";
     values.blockCount = blockCount;
-    values.curveCount =
-        lineCaptured ? countOf(patch) : countOf(patch[static_cast<std::size_t>(std::max(capturedSection, 0))]);
+    values.curveCount = capture->lineCaptured
+                            ? countOf(patch)
+                            : countOf(patch[static_cast<std::size_t>(std::max(capture->capturedSection, 0))]);
     values.firstPoint = 1;
     values.lastPoint = values.newCount = values.curveCount;
-    values.patchNumber = capturedPatch + 1;
-    values.capturedNumber = (lineCaptured ? capturedLine : capturedSection) + 1;
+    values.patchNumber = capture->capturedPatch + 1;
+    values.capturedNumber = (capture->lineCaptured ? capture->capturedLine : capture->capturedSection) + 1;
     values.firstCurve = 1;
-    values.lastCurve = curveCountOf(patch, lineCaptured);
+    values.lastCurve = curveCountOf(patch, capture->lineCaptured);
 }
 
 void VelmoraDoc::Rebreak() {
-    const bool lines = lineCaptured;
-    const std::int32_t curve = lines ? capturedLine : capturedSection;
-    if (structureKind != "str" || sectionAt(capturedPatch, lines ? 0 : curve) == nullptr || curve < 0) {
+    const bool lines = capture->lineCaptured;
+    const std::int32_t curve = lines ? capture->capturedLine : capture->capturedSection;
+    if (structureKind != "str" || sectionAt(capture->capturedPatch, lines ? 0 : curve) == nullptr || curve < 0) {
         return;
     }
     prepareRebreak();
@@ -72,17 +73,17 @@ void VelmoraDoc::Rebreak() {
             }
         }
     } else {
-        rebreakOnePatch(capturedPatch);
+        rebreakOnePatch(capture->capturedPatch);
     }
-    const std::int32_t sections = countOf(patches[static_cast<std::size_t>(capturedPatch)]);
-    capturedSection = std::clamp(rebreakValues.capturedNumber - 1, 0, std::max(sections - 1, 0));
+    const std::int32_t sections = countOf(patches[static_cast<std::size_t>(capture->capturedPatch)]);
+    capture.renumberSection(std::clamp(rebreakValues.capturedNumber - 1, 0, std::max(sections - 1, 0)));
     retitle();
     redraw();
 }
 
 void VelmoraDoc::rebreakOnePatch(std::int32_t patch) {
     Patch& target = patches[static_cast<std::size_t>(patch)];
-    const bool lines = lineCaptured;
+    const bool lines = capture->lineCaptured;
     const auto [first, last] = curveRange(rebreakValues, curveCountOf(target, lines));
     RebreakLaw law;
     law.spline = rebreakValues.function == 1;
@@ -94,11 +95,11 @@ void VelmoraDoc::rebreakOnePatch(std::int32_t patch) {
     law.lastPoint = rebreakValues.lastPoint;
     law.firstCurve = first;
     law.lastCurve = last;
-    law.lawCurve = lines ? capturedLine : capturedSection;
+    law.lawCurve = lines ? capture->capturedLine : capture->capturedSection;
     if (lines) {
         rebreakLines(target, law);
         if (first > 0) {
-            capturedLine = first;
+            capture.renumberLine(first);
         }
     } else {
         rebreakSections(target, law);

@@ -70,16 +70,16 @@ bool tooCloseToFit(const CRebreakPart& values) {
 
 /// False when there is no captured curve with the point on it.
 bool VelmoraDoc::prepareRebreakPart() {
-    const bool lines = lineCaptured;
-    const PointList* section = sectionAt(capturedPatch, lines ? 0 : capturedSection);
+    const bool lines = capture->lineCaptured;
+    const PointList* section = sectionAt(capture->capturedPatch, lines ? 0 : capture->capturedSection);
     if (structureKind != "str" || section == nullptr) {
         return false;
     }
-    const Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
+    const Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
     CRebreakPart& values = rebreakPartValues;
     values.lineMode = lines;
     values.isApt = fileKind == "apt";
-    values.pointNumber = (lines ? capturedPointSection : capturedPoint) + 1;
+    values.pointNumber = (lines ? capture->capturedPointSection : capture->capturedPoint) + 1;
     values.curveLength = lines ? countOf(patch) : countOf(*section);
     fillStretch(values);
     return values.pointNumber >= 1 && values.pointNumber <= values.curveLength && (!lines || isGrid(patch));
@@ -96,16 +96,16 @@ void VelmoraDoc::RebreakPart() {
     beginPatchCommand(false);
     SavePointUndo();
     pointUndoReady = true;
-    rememberPointAddress();
-    const bool lines = lineCaptured;
+    capture.savePoint();
+    const bool lines = capture->lineCaptured;
     if (lines) {
         turnCapturedPatch();
     }
-    const PartsOutcome outcome =
-        rebuildParts(patches[static_cast<std::size_t>(capturedPatch)], capturedSection, rebreakPartValues);
+    const PartsOutcome outcome = rebuildParts(patches[static_cast<std::size_t>(capture->capturedPatch)],
+                                              capture->capturedSection, rebreakPartValues);
     // Before the point the stretch may have got longer: the same place has another number.
     if (rebreakPartValues.position == 1 && outcome.capturedRebuilt) {
-        capturedPoint = rebreakPartValues.newCount - 1;
+        capture.renumberPoint(capture->capturedPointSection, rebreakPartValues.newCount - 1);
     }
     if (lines) {
         turnCapturedPatch();

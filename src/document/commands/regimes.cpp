@@ -2,44 +2,54 @@
 
 #include "VelmoraDoc.h"
 #include "messages.h"
-#include "status_texts.h"
 
 namespace velmora {
 
-namespace {
+// What the user meets when the capture changes: questions, mouse modes, status texts, pictures. What is captured, and
+// what each step changes in it, is Capture's.
 
-constexpr const char* findPatchPrompt = "Find patch and click it";
+// ---- Leaving what stands in the way ---------------------------------------------------------------------------------
 
-} // namespace
+/// Leaves the point regime when it has its point; one that still waits for the click stays.
+void VelmoraDoc::letPointGo() {
+    if (capture->pointHeld()) {
+        ExitPointRegime();
+    }
+}
+
+/// Leaves the line regime when it has its section or line.
+void VelmoraDoc::letCurveGo() {
+    if (capture->curveHeld()) {
+        ExitLineRegime();
+    }
+}
+
+/// Leaves the point regime, also one that waits for the click.
+void VelmoraDoc::leavePointRegime() {
+    if (capture->pointRegimeActive()) {
+        ExitPointRegime();
+    }
+}
+
+/// The point regime and the line regime, in this order.
+void VelmoraDoc::leavePointAndCurves() {
+    leavePointRegime();
+    if (capture->curveRegimeActive()) {
+        ExitLineRegime();
+    }
+}
 
 // ---- Points ---------------------------------------------------------------------------------------------------------
 
-void VelmoraDoc::armPointCapture() {
-    capturedPoint = -1;
-    if (capturedSection < 0 && capturedLine < 0) {
-        capturedPatch = -1;
-    }
-    patchCaptureArmed = false;
-    patchRemoving = false;
-    sectionCaptureArmed = lineCaptureArmed = false;
-    pointStatus = dragPrompt;
-    ShowStatus(pointStatus);
-}
-
 void VelmoraDoc::CapturePoint() {
-    pointCaptureArmed = true;
-    pointCaptured = false;
-    freePointArmed = false;
-    freePointHeld = false;
-    pointPicked = false;
+    capture.armPoint();
     forceMouseMode(ModePoint);
-    armPointCapture();
+    ShowStatus(capture->pointStatus);
 }
 
 void VelmoraDoc::CaptureFreePoint() {
-    freePointArmed = true;
-    freePointHeld = false;
-    armPointCapture();
+    capture.armFreePoint();
+    ShowStatus(capture->pointStatus);
 }
 
 void VelmoraDoc::CaptureFreePointInPointRegime() {
@@ -48,22 +58,16 @@ void VelmoraDoc::CaptureFreePointInPointRegime() {
 }
 
 void VelmoraDoc::ExitPointRegime() {
-    pointCaptureArmed = pointCaptured = freePointArmed = freePointHeld = false;
-    pointDragging = false;
-    dragCorrectsLine = false;
-    pointPicked = false;
+    capture.leavePoint();
     pointUndoReady = false;
-    if (sectionCaptured || sectionCaptureArmed) {
+    if (capture->sectionCaptured || capture->sectionCaptureArmed) {
         forceMouseMode(ModeSection);
-        ShowStatus(continuePrompt);
-    } else if (patchRegimeActive()) {
+        ShowStatus(capture->continuePrompt);
+    } else if (capture->patchRegimeActive()) {
         forceMouseMode(ModePatch);
-        ShowStatus(continuePrompt);
+        ShowStatus(capture->continuePrompt);
     } else {
         resetMouseMode();
-    }
-    if (capturedSection < 0 && capturedLine < 0) {
-        capturedPatch = -1;
     }
     redraw();
 }
@@ -84,30 +88,22 @@ void VelmoraDoc::CaptureLine() {
 }
 
 void VelmoraDoc::armCurveCapture(bool section) {
-    if (patchCaptureArmed && !ui_.ask(message::leaveAddRegime)) {
+    if (capture->patchCaptureArmed && !ui_.ask(message::leaveAddRegime)) {
         return;
     }
-    if (pointCaptured || freePointHeld) {
-        ExitPointRegime();
-    }
-    if (section ? lineCaptured : sectionCaptured) {
+    letPointGo();
+    if (section ? capture->lineCaptured : capture->sectionCaptured) {
         ExitLineRegime();
     }
-    (section ? capturedSection : capturedLine) = -1;
-    capturedPatch = -1;
-    pointCaptureArmed = freePointArmed = patchCaptureArmed = patchRemoving = false;
-    sectionCaptureArmed = section;
-    lineCaptureArmed = !section;
-    sectionCaptured = lineCaptured = false;
+    section ? capture.armSection() : capture.armLine();
     forceMouseMode(section ? ModeSection : ModeLine);
-    (section ? sectionStatus : lineStatus) = dragPrompt;
-    ShowStatus(dragPrompt);
+    ShowStatus(capture->dragPrompt);
 }
 
 void VelmoraDoc::NextSectionOrLine() {
-    if (sectionCaptured) {
+    if (capture->sectionCaptured) {
         CaptureSection();
-    } else if (lineCaptured) {
+    } else if (capture->lineCaptured) {
         CaptureLine();
     }
 }
@@ -124,11 +120,11 @@ InputContext VelmoraDoc::inputContext(bool lines) const {
 
 void VelmoraDoc::InputSection() {
     inputSectionValues.maximumPatches = countOf(patches);
-    if (capturedPatch >= 0) {
-        inputSectionValues.patch = capturedPatch + 1;
+    if (capture->capturedPatch >= 0) {
+        inputSectionValues.patch = capture->capturedPatch + 1;
     }
-    if (capturedSection >= 0) {
-        inputSectionValues.section = capturedSection + 1;
+    if (capture->capturedSection >= 0) {
+        inputSectionValues.section = capture->capturedSection + 1;
     }
     if (showDialog(inputSectionValues, inputContext(false))) {
         holdInputCurve(true, inputSectionValues.patch - 1, inputSectionValues.section - 1);
@@ -137,11 +133,11 @@ void VelmoraDoc::InputSection() {
 
 void VelmoraDoc::InputLine() {
     inputLineValues.maximumPatches = countOf(patches);
-    if (capturedPatch >= 0) {
-        inputLineValues.patch = capturedPatch + 1;
+    if (capture->capturedPatch >= 0) {
+        inputLineValues.patch = capture->capturedPatch + 1;
     }
-    if (capturedLine >= 0) {
-        inputLineValues.line = capturedLine + 1;
+    if (capture->capturedLine >= 0) {
+        inputLineValues.line = capture->capturedLine + 1;
     }
     if (showDialog(inputLineValues, inputContext(true))) {
         holdInputCurve(false, inputLineValues.patch - 1, inputLineValues.line - 1);
@@ -149,57 +145,36 @@ void VelmoraDoc::InputLine() {
 }
 
 void VelmoraDoc::holdInputCurve(bool section, std::int32_t patch, std::int32_t curve) {
-    if (pointCaptured || freePointHeld) {
-        ExitPointRegime();
-    }
-    if (lineCaptured || (!section && sectionCaptured)) {
+    letPointGo();
+    if (capture->lineCaptured || (!section && capture->sectionCaptured)) {
         ExitLineRegime();
     }
-    pointCaptureArmed = freePointArmed = patchCaptureArmed = patchRemoving = false;
-    sectionCaptureArmed = lineCaptureArmed = false;
-    sectionCaptured = section;
-    lineCaptured = !section;
-    capturedPatch = patch;
-    (section ? capturedSection : capturedLine) = curve;
-    forceMouseMode(section ? ModeSection : ModeLine);
-    if (curve < 0) {
-        ShowStatus(dragPrompt);
-    } else if (section) {
+    if (section) {
         const PointList* points = sectionAt(patch, curve);
-        sectionStatus = capturedSectionText(patch, curve, points != nullptr ? countOf(*points) : 0);
-        sectionContinueStatus = sectionStatus + curveContinueClause;
-        ShowStatus(sectionContinueStatus);
+        capture.holdSection(patch, curve, points != nullptr ? countOf(*points) : 0);
     } else {
-        lineContinueStatus = inputtedLineText(patch, curve);
-        ShowStatus(lineContinueStatus);
+        capture.holdLine(patch, curve);
     }
+    forceMouseMode(section ? ModeSection : ModeLine);
+    ShowStatus(curve < 0 ? capture->dragPrompt
+               : section ? capture->sectionContinueStatus
+                         : capture->lineContinueStatus);
     redraw();
 }
 
 void VelmoraDoc::ExitLineRegime() {
-    if (pointCaptured || freePointHeld) {
-        ExitPointRegime();
-    }
-    const bool wasActive = curveRegimeActive();
-    if (sectionCaptured || sectionCaptureArmed) {
-        sectionCaptured = sectionCaptureArmed = false;
-        capturedSection = -1;
-    }
-    if (lineCaptured || lineCaptureArmed) {
-        lineCaptured = lineCaptureArmed = false;
-        capturedLine = -1;
-    }
+    letPointGo();
+    const bool wasActive = capture->curveRegimeActive();
+    capture.leaveCurve();
     if (wasActive) {
         dropEmptyPatchesFromBlock();
     }
-    if (patchRegimeActive()) {
+    if (capture->patchRegimeActive()) {
         setMouseMode(ModePatch);
-        ShowStatus(blockStatus);
+        ShowStatus(capture->blockStatus);
     } else {
         resetMouseMode();
     }
-    capturedPatch = -1;
-    pointPicked = false;
     redraw();
 }
 
@@ -220,15 +195,11 @@ void VelmoraDoc::dropEmptyPatchesFromBlock() {
 // ---- Patches and the zBlock -----------------------------------------------------------------------------------------
 
 void VelmoraDoc::CapturePatch() {
-    sectionCaptureArmed = lineCaptureArmed = pointCaptureArmed = freePointArmed = false;
-    if (pointCaptured || freePointHeld) {
-        ExitPointRegime();
-    }
-    if (sectionCaptured || lineCaptured) {
-        ExitLineRegime();
-    }
+    capture.disarmForPatch();
+    letPointGo();
+    letCurveGo();
     armPatchCapture();
-    ShowStatus(patchStatus);
+    ShowStatus(capture->patchStatus);
 }
 
 void VelmoraDoc::AddPatchToBlock() {
@@ -236,43 +207,28 @@ void VelmoraDoc::AddPatchToBlock() {
         ui_.showMessage(message::blockIsFull);
         return;
     }
-    if (pointRegimeActive()) {
-        ExitPointRegime();
-    }
-    if (curveRegimeActive()) {
-        ExitLineRegime();
-    }
+    leavePointAndCurves();
     armPatchCapture();
 }
 
 void VelmoraDoc::armPatchCapture() {
-    capturedPatch = -1;
-    patchCaptureArmed = true;
-    patchCaptured = patchRemoving = false;
+    capture.armPatch();
     forceMouseMode(ModePatch);
-    patchStatus = findPatchPrompt;
 }
 
 void VelmoraDoc::RemovePatchFromBlock() {
-    patchRemoving = true;
-    if (pointRegimeActive()) {
-        ExitPointRegime();
-    }
-    if (curveRegimeActive()) {
-        ExitLineRegime();
-    }
+    capture.armRemoval();
+    leavePointAndCurves();
     // One click does one thing: what waited for a patch to add has the zBlock captured from here on.
-    patchCaptured = patchCaptured || patchCaptureArmed;
-    patchCaptureArmed = false;
-    removeStatus = findPatchPrompt;
-    ShowStatus(removeStatus);
+    capture.disarmForRemoval();
+    ShowStatus(capture->removeStatus);
     forceMouseMode(ModePatch);
 }
 
 void VelmoraDoc::NewBlock() {
     emptyBlock();
     showBlockOnly = false;
-    redraw();
+    redrawPicture();
     AddPatchToBlock();
 }
 
@@ -292,34 +248,23 @@ void VelmoraDoc::InputPatch() {
         ui_.showMessage(message::blockIsFull);
         return;
     }
-    sectionCaptureArmed = pointCaptureArmed = false;
-    if (pointCaptured || freePointHeld) {
-        ExitPointRegime();
-    }
-    if (sectionCaptured || lineCaptured) {
-        ExitLineRegime();
-    }
-    capturedPatch = patch;
-    patchCaptureArmed = patchRemoving = false;
-    patchCaptured = true;
+    capture.disarmForPatchNumber();
+    letPointGo();
+    letCurveGo();
+    capture.holdPatch(patch, joins);
     forceMouseMode(ModePatch);
     if (joins) {
         blockList[static_cast<std::size_t>(blockCount)] = patch;
         ++blockCount;
-        blockStatus = capturedPatchText(patch);
-        ShowStatus(blockStatus);
+        ShowStatus(capture->blockStatus);
     }
     redraw();
 }
 
 void VelmoraDoc::ExitPatchRegime() {
-    if (sectionCaptured || lineCaptured) {
-        ExitLineRegime();
-    }
-    if (pointRegimeActive()) {
-        ExitPointRegime(); // its point is one of a patch that is about to be let go
-    }
-    capturedPatch = -1;
+    letCurveGo();
+    leavePointRegime(); // its point is one of a patch that is about to be let go
+    capture.forgetPatch();
     showBlockOnly = false;
     emptyBlock();
     EndBlockRegime();
@@ -331,82 +276,68 @@ void VelmoraDoc::ExitPatches() {
 }
 
 void VelmoraDoc::EndBlockRegime() {
-    patchCaptureArmed = patchCaptured = false;
-    patchRemoving = false;
+    capture.leavePatch(blockCount == 0);
     pointUndoReady = false;
-    pointPicked = false;
     resetMouseMode();
-    if (blockCount == 0) {
-        removeStatus = "Choose any item from menu to continue";
-    }
     emptyBlock();
     showBlockOnly = false;
     redraw();
 }
 
 void VelmoraDoc::leaveRegimes() {
-    dragCorrectsLine = false;
-    if (pointRegimeActive()) {
-        ExitPointRegime();
-    }
-    if (patchRegimeActive()) {
+    capture.releaseCorrection();
+    leavePointRegime();
+    if (capture->patchRegimeActive()) {
         ExitPatchRegime();
     }
-    if (curveRegimeActive()) {
+    if (capture->curveRegimeActive()) {
         ExitLineRegime();
     }
-    capturedPatch = capturedPointSection = capturedPoint = capturedSection = capturedLine = -1;
+    capture.forgetNumbers();
     emptyBlock();
 }
 
 // ---- The left button comes up ---------------------------------------------------------------------------------------
 
 void VelmoraDoc::moveRegimeAtRelease() {
-    if (pointCaptureArmed) {
-        takePointAtRelease(pointCaptureArmed, pointCaptured);
+    if (capture->pointCaptureArmed) {
+        ShowStatus(capture.releasePoint() ? capture->pointContinueStatus : capture->dragPrompt);
     }
-    if (freePointArmed) {
-        takePointAtRelease(freePointArmed, freePointHeld);
+    if (capture->freePointArmed) {
+        ShowStatus(capture.releaseFreePoint() ? capture->pointContinueStatus : capture->dragPrompt);
     }
-    if (pointDragging) {
-        endDragAtRelease();
+    if (capture->pointDragging) {
+        capture.releaseDrag();
+        ShowStatus(capture->pointContinueStatus);
     }
-    if (patchCaptureArmed) {
+    if (capture->patchCaptureArmed) {
         joinBlockAtRelease();
     }
-    if (patchRemoving) {
+    if (capture->patchRemoving) {
         removeFromBlockAtRelease();
     } else {
         takeCurveAtRelease();
     }
 }
 
-void VelmoraDoc::endDragAtRelease() {
-    pointDragging = false;
-    namePointByCurve();
-    ShowStatus(pointContinueStatus);
-}
-
 void VelmoraDoc::joinBlockAtRelease() {
-    patchCaptureArmed = false;
-    patchCaptured = true;
-    if (!inBlock(capturedPatch) && capturedPatch >= 0) {
+    capture.releasePatch();
+    if (!inBlock(capture->capturedPatch) && capture->capturedPatch >= 0) {
         if (blockCount >= blockCapacity) {
             ui_.showMessage(message::blockIsFull);
         } else {
-            blockList[static_cast<std::size_t>(blockCount)] = capturedPatch;
+            blockList[static_cast<std::size_t>(blockCount)] = capture->capturedPatch;
             ++blockCount;
-            ShowStatus(patchStatus);
+            ShowStatus(capture->patchStatus);
         }
     }
-    redraw();
+    redrawHighlight();
 }
 
 void VelmoraDoc::removeFromBlockAtRelease() {
-    removeStatus = continuePrompt;
-    patchRemoving = false;
+    capture.releaseRemoval();
     const auto end = blockList.begin() + blockCount;
-    const auto found = std::find(blockList.begin(), end, patchToRemove);
+    const auto found = std::find(blockList.begin(), end, capture->patchToRemove);
     if (found != end) {
         std::move(found + 1, end, found);
         *(end - 1) = -1;
@@ -415,32 +346,16 @@ void VelmoraDoc::removeFromBlockAtRelease() {
             EndBlockRegime();
         }
     }
-    ShowStatus(removeStatus);
-    redraw();
-}
-
-void VelmoraDoc::takePointAtRelease(bool& armed, bool& captured) {
-    if (pointPicked) {
-        armed = false;
-        captured = true;
-        ShowStatus(pointContinueStatus);
-    } else {
-        ShowStatus(dragPrompt);
-    }
+    ShowStatus(capture->removeStatus);
+    redrawHighlight();
 }
 
 void VelmoraDoc::takeCurveAtRelease() {
-    if (sectionCaptureArmed) {
-        const bool found = capturedSection >= 0;
-        sectionCaptureArmed = !found;
-        sectionCaptured = found;
-        ShowStatus(found ? sectionContinueStatus : dragPrompt);
+    if (capture->sectionCaptureArmed) {
+        ShowStatus(capture.releaseSection() ? capture->sectionContinueStatus : capture->dragPrompt);
     }
-    if (lineCaptureArmed) {
-        const bool found = capturedLine >= 0;
-        lineCaptureArmed = !found;
-        lineCaptured = found;
-        ShowStatus(found ? lineContinueStatus : dragPrompt);
+    if (capture->lineCaptureArmed) {
+        ShowStatus(capture.releaseLine() ? capture->lineContinueStatus : capture->dragPrompt);
     }
 }
 

@@ -11,7 +11,7 @@ namespace velmora {
 
 /// A section that is there, or a line of patches that can be transposed.
 bool VelmoraDoc::curveCanBeEdited() {
-    if (!curveIsThere() || sectionCaptured) {
+    if (!curveIsThere() || capture->sectionCaptured) {
         return curveIsThere();
     }
     const std::vector<std::int32_t> chosen = chosenPatches();
@@ -23,11 +23,11 @@ bool VelmoraDoc::curveCanBeEdited() {
 /// Hands the captured section to `edit`. A line becomes a section for as long as that takes; with a zBlock that does
 /// not hold its patch, the section of the line's number is edited. `edit` keeps the number of a line's points.
 void VelmoraDoc::editCurveAsSection(const std::function<void(PointList&)>& edit) {
-    const bool line = !sectionCaptured;
+    const bool line = !capture->sectionCaptured;
     if (line) {
         exchangeSectionsAndLines();
     }
-    if (PointList* section = sectionAt(capturedPatch, capturedSection)) {
+    if (PointList* section = sectionAt(capture->capturedPatch, capture->capturedSection)) {
         edit(*section);
     }
     if (line) {
@@ -79,9 +79,9 @@ void VelmoraDoc::SymmetricSection() {
         return;
     }
     beginPatchCommand(false);
-    if (sectionCaptured) {
+    if (capture->sectionCaptured) {
         ui_.showMessage(message::aptMayBeViolated);
-        PointList& section = *sectionAt(capturedPatch, capturedSection);
+        PointList& section = *sectionAt(capture->capturedPatch, capture->capturedSection);
         section = withMirrorImage(section, symmetricValues.chosen());
         retitle();
     }
@@ -95,8 +95,8 @@ namespace {
 /// Shows the dialog for the section, or the line turned to one, and renumbers it. False for Cancel.
 bool renumberSection(VelmoraDoc& document, PointList& section) {
     CFirstPoint& values = document.firstPointValues;
-    const std::int32_t first = document.capturedPoint;
-    values.pointInside = document.pointCaptured && first > 0 && first < countOf(section) - 1;
+    const std::int32_t first = document.capture->capturedPoint;
+    values.pointInside = document.capture->pointCaptured && first > 0 && first < countOf(section) - 1;
     values.closed = isClosed(section);
     if (!document.showDialog(values)) {
         return false;
@@ -121,19 +121,19 @@ void VelmoraDoc::FirstPoint() {
     beginPatchCommand(false);
     bool renumbered = false;
     editCurveAsSection([this, &renumbered](PointList& section) { renumbered = renumberSection(*this, section); });
-    if (renumbered && pointCaptured) {
+    if (renumbered && capture->pointCaptured) {
         // The number has not moved: it names another point now.
-        rememberPointAddress();
+        capture.savePoint();
         followCapturedPoint();
-        RefillPointStatus(true);
-        ShowStatus(pointContinueStatus);
+        capture.describePoint(true);
+        ShowStatus(capture->pointContinueStatus);
     }
     redraw();
 }
 
 void VelmoraDoc::showCapturedPoint() {
-    RefillPointStatus(false);
-    ShowStatus(pointContinueStatus);
+    capture.describePoint(false);
+    ShowStatus(capture->pointContinueStatus);
 }
 
 // ---- Parts of a section ---------------------------------------------------------------------------------------------
@@ -151,18 +151,18 @@ std::optional<Side> VelmoraDoc::chooseSide() {
 
 /// The captured section, if the captured point is a point of it; else null.
 PointList* VelmoraDoc::sectionOfCapturedPoint() {
-    const bool there = structureKind == "str" && sectionCaptured && pointCaptured &&
-                       pointAt(capturedPatch, capturedSection, capturedPoint) != nullptr;
-    return there ? sectionAt(capturedPatch, capturedSection) : nullptr;
+    const bool there = structureKind == "str" && capture->sectionCaptured && capture->pointCaptured &&
+                       pointAt(capture->capturedPatch, capture->capturedSection, capture->capturedPoint) != nullptr;
+    return there ? sectionAt(capture->capturedPatch, capture->capturedSection) : nullptr;
 }
 
 void VelmoraDoc::HalveSection() {
-    if (!sectionCaptured || !curveIsThere()) {
+    if (!capture->sectionCaptured || !curveIsThere()) {
         return;
     }
     beginPatchCommand(false);
     if (const auto removed = chooseSide()) {
-        PointList& section = *sectionAt(capturedPatch, capturedSection);
+        PointList& section = *sectionAt(capture->capturedPatch, capture->capturedSection);
         section = withoutHalf(section, *removed);
         keepCaptureInside(*this);
         followCapturedPoint();
@@ -179,7 +179,7 @@ void VelmoraDoc::KnifePart() {
     beginPatchCommand(false);
     if (const auto removed = chooseSide()) {
         // The number stays, and now means another point or none; the position stays too.
-        *section = withoutSide(*section, capturedPoint, *removed);
+        *section = withoutSide(*section, capture->capturedPoint, *removed);
         retitle();
         showCapturedPoint();
         redraw();
@@ -194,7 +194,7 @@ void VelmoraDoc::CopyPart() {
     if (const auto copied = chooseSide()) {
         // Here the side is what is copied: the other one is left out.
         const Side leftOut = *copied == Side::Before ? Side::After : Side::Before;
-        lineBuffer = withoutSide(*section, capturedPoint, leftOut);
+        lineBuffer = withoutSide(*section, capture->capturedPoint, leftOut);
         lineBufferFull = true;
         showCapturedPoint();
         redraw();
@@ -208,9 +208,10 @@ void VelmoraDoc::PastePart() {
     }
     beginPatchCommand(false);
     if (const auto replaced = chooseSide()) {
-        *section = withSideReplaced(*section, capturedPoint, *replaced, lineBuffer);
+        *section = withSideReplaced(*section, capture->capturedPoint, *replaced, lineBuffer);
         if (*replaced == Side::Before) {
-            ++capturedPoint; // by one, however long the buffer is
+            capture.renumberPoint(capture->capturedPointSection,
+                                  capture->capturedPoint + 1); // by one, however long the buffer is
         }
         UpdateAfterEdit();
         redraw();
@@ -223,19 +224,19 @@ void VelmoraDoc::ReverseSection() {
         return;
     }
     std::reverse(section->begin(), section->end());
-    capturedPoint = countOf(*section) - capturedPoint - 1;
+    capture.renumberPoint(capture->capturedPointSection, countOf(*section) - capture->capturedPoint - 1);
     documentModified = true;
     UpdateAfterEdit();
     redraw();
 }
 
 void VelmoraDoc::MergeBuffer() {
-    if (!sectionCaptured || !curveIsThere()) {
+    if (!capture->sectionCaptured || !curveIsThere()) {
         return;
     }
     beginPatchCommand(false);
     ui_.showMessage(message::aptMayBeViolated);
-    PointList& section = *sectionAt(capturedPatch, capturedSection);
+    PointList& section = *sectionAt(capture->capturedPatch, capture->capturedSection);
     section.insert(section.end(), lineBuffer.begin(), lineBuffer.end());
     retitle();
     redraw();
@@ -264,21 +265,21 @@ void VelmoraDoc::Prescribe() {
 
 void VelmoraDoc::DeleteCurve() {
     if (curveIsThere()) {
-        sectionCaptured ? removeCapturedSection() : removeCapturedLine();
+        capture->sectionCaptured ? removeCapturedSection() : removeCapturedLine();
     }
 }
 
 void VelmoraDoc::removeCapturedSection() {
     beginPatchCommand(false);
-    Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
+    Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
     if (patch.size() < 3 && fileKind == "apt") {
         ui_.showMessage(message::twoSectionsStay);
         ExitLineRegime();
         return;
     }
-    patch.erase(patch.begin() + capturedSection);
+    patch.erase(patch.begin() + capture->capturedSection);
     if (patch.empty()) {
-        const std::int32_t emptied = capturedPatch;
+        const std::int32_t emptied = capture->capturedPatch;
         // The patch regime goes with the last patch.
         ExitLineRegime();
         takePatchOut(emptied);
@@ -295,15 +296,15 @@ void VelmoraDoc::removeCapturedSection() {
 
 void VelmoraDoc::removeCapturedLine() {
     beginPatchCommand(false);
-    Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
+    Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
     if (lineCount(patch) < 3) {
         ui_.showMessage(message::twoLinesStay);
         ExitLineRegime();
         return;
     }
     for (PointList& section : patch) {
-        if (capturedLine < countOf(section)) {
-            section.erase(section.begin() + capturedLine);
+        if (capture->capturedLine < countOf(section)) {
+            section.erase(section.begin() + capture->capturedLine);
         }
     }
     keepCaptureInside(*this);
@@ -321,17 +322,17 @@ void VelmoraDoc::DuplicateCurve() {
         return;
     }
     beginPatchCommand(false);
-    Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
-    if (!sectionCaptured) {
+    Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
+    if (!capture->sectionCaptured) {
         for (PointList& section : patch) {
-            if (capturedLine < countOf(section)) {
-                const zVec<double> point = section[static_cast<std::size_t>(capturedLine)];
-                section.insert(section.begin() + capturedLine + 1, copies, point);
+            if (capture->capturedLine < countOf(section)) {
+                const zVec<double> point = section[static_cast<std::size_t>(capture->capturedLine)];
+                section.insert(section.begin() + capture->capturedLine + 1, copies, point);
             }
         }
     } else {
-        const PointList section = patch[static_cast<std::size_t>(capturedSection)];
-        patch.insert(patch.begin() + capturedSection + 1, copies, section);
+        const PointList section = patch[static_cast<std::size_t>(capture->capturedSection)];
+        patch.insert(patch.begin() + capture->capturedSection + 1, copies, section);
     }
     UpdateAfterEdit();
     redraw();
@@ -345,7 +346,7 @@ void VelmoraDoc::Weeding() {
         return;
     }
     beginPatchCommand(false);
-    const bool lines = !sectionCaptured;
+    const bool lines = !capture->sectionCaptured;
     if (lines) {
         transposePatches(patches, mask);
     }
@@ -357,7 +358,7 @@ void VelmoraDoc::Weeding() {
     if (lines) {
         transposePatches(patches, mask);
     }
-    if (pointCaptured) {
+    if (capture->pointCaptured) {
         ExitPointRegime();
     }
     // Of two sections one is left, and that is no grid.
@@ -374,15 +375,10 @@ void VelmoraDoc::Cylinder() {
     keepForUndo();
     structureKind = "str";
     fileKind = "apt";
-    if (pointRegimeActive()) {
-        ExitPointRegime();
-    }
-    if (curveRegimeActive()) {
-        ExitLineRegime();
-    }
+    leavePointAndCurves();
     emptyBlock();
     showBlockOnly = false;
-    capturedPatch = -1;
+    capture.forgetPatch();
     patches.assign(1, revolved(profile));
     checkRegularity(patches);
     nameUntitled("apt");

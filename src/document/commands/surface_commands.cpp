@@ -26,8 +26,9 @@ std::vector<std::int32_t> VelmoraDoc::chosenInModelOrder() const {
 }
 
 void VelmoraDoc::turnCapturedPatch() {
-    if (capturedPatch >= 0 && capturedPatch < countOf(patches) && (blockCount < 1 || inBlock(capturedPatch))) {
-        Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
+    if (capture->capturedPatch >= 0 && capture->capturedPatch < countOf(patches) &&
+        (blockCount < 1 || inBlock(capture->capturedPatch))) {
+        Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
         if (isGrid(patch)) {
             patch = transposed(patch);
         }
@@ -75,19 +76,20 @@ void VelmoraDoc::Interpolate() {
         return;
     }
     beginPatchCommand(false);
-    const bool lines = lineCaptured;
-    const bool exists =
-        sectionAt(capturedPatch, 0) != nullptr && (!lines || isGrid(patches[static_cast<std::size_t>(capturedPatch)]));
+    const bool lines = capture->lineCaptured;
+    const bool exists = sectionAt(capture->capturedPatch, 0) != nullptr &&
+                        (!lines || isGrid(patches[static_cast<std::size_t>(capture->capturedPatch)]));
     if (!exists) {
         return;
     }
     if (lines) {
         turnCapturedPatch();
     }
-    Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
-    const Interpolation outcome = interpolateValues.fitToBuffer
-                                      ? interpolateToPoint(patch, capturedSection, pointClipboard)
-                                      : interpolateSection(patch, capturedSection, interpolateValues.coefficient);
+    Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
+    const Interpolation outcome =
+        interpolateValues.fitToBuffer
+            ? interpolateToPoint(patch, capture->capturedSection, pointClipboard)
+            : interpolateSection(patch, capture->capturedSection, interpolateValues.coefficient);
     if (lines) {
         turnCapturedPatch();
     }
@@ -111,16 +113,16 @@ void VelmoraDoc::Interpolate() {
 }
 
 void VelmoraDoc::CorrectLine() {
-    if (sectionAt(capturedPatch, 0) == nullptr || !isGrid(patches[static_cast<std::size_t>(capturedPatch)])) {
+    if (sectionAt(capture->capturedPatch, 0) == nullptr ||
+        !isGrid(patches[static_cast<std::size_t>(capture->capturedPatch)])) {
         return;
     }
     beginPatchCommand(false);
     SavePointUndo();
     pointUndoReady = true;
-    rememberPointAddress();
-    savedSection = capturedSection;
-    savedLine = capturedLine;
-    const bool sections = sectionCaptured;
+    capture.savePoint();
+    capture.saveCurve();
+    const bool sections = capture->sectionCaptured;
     if (sections) {
         turnCapturedPatch();
     }
@@ -135,21 +137,22 @@ void VelmoraDoc::CorrectLine() {
 
 /// Shows the dialog and bends the captured line. False leaves model and capture as they were.
 bool VelmoraDoc::correctCapturedLine() {
-    if (capturedPoint == capturedLine) {
+    if (capture->capturedPoint == capture->capturedLine) {
         ui_.showMessage(message::correctionHasNoAction);
         return false;
     }
-    Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
-    correctLineValues = {capturedLine + 1, lineCount(patch) - capturedLine, CCorrectLine().power};
+    Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
+    correctLineValues = {capture->capturedLine + 1, lineCount(patch) - capture->capturedLine, CCorrectLine().power};
     if (!showDialog(correctLineValues)) {
         return false;
     }
     const CCorrectLine& v = correctLineValues;
-    if (!correctLine(patch, capturedPointSection,
-                     {capturedPoint, capturedLine, v.linesBefore, v.linesAfter, v.power})) {
+    if (!correctLine(patch, capture->capturedPointSection,
+                     {capture->capturedPoint, capture->capturedLine, v.linesBefore, v.linesAfter, v.power})) {
         return false;
     }
-    capturedLine = capturedPoint = v.linesBefore - 1;
+    capture.renumberLine(v.linesBefore - 1);
+    capture.renumberPoint(capture->capturedPointSection, v.linesBefore - 1);
     return true;
 }
 

@@ -43,9 +43,9 @@ std::vector<std::int32_t> VelmoraDoc::chosenZones() const {
 
 /// What is known of the captured point's place follows the model.
 void VelmoraDoc::followCapturedPoint() {
-    const auto position = positionAt(capturedPatch, capturedPointSection, capturedPoint);
-    if ((pointCaptured || freePointHeld) && position) {
-        capturedPointPos = pickedPoint = *position;
+    const auto position = positionAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint);
+    if (capture->pointHeld() && position) {
+        capture.placePoint(*position);
     }
 }
 
@@ -69,20 +69,20 @@ void VelmoraDoc::runTransformation(bool keepsPoint, const std::function<bool()>&
     if (zones && feRegion.blocks.empty()) {
         return;
     }
-    if (zones && pointCaptured && keepsPoint) {
-        undoNode = positionAt(capturedPatch, capturedPointSection, capturedPoint).value_or(undoNode);
+    if (zones && capture->pointCaptured && keepsPoint) {
+        undoNode = positionAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint)
+                       .value_or(undoNode);
     }
     if (!work()) {
         ui_.showMessage(message::axisAbsent);
         return;
     }
-    if (pointCaptured) {
+    if (capture->pointCaptured) {
         followCapturedPoint();
         if (keepsPoint) {
             pointUndoReady = true;
         } else {
-            pointCaptured = pointPicked = false;
-            capturedPoint = -1;
+            capture.dropPoint();
         }
     }
     updateBounds();
@@ -162,19 +162,11 @@ bool VelmoraDoc::exchangeSectionsAndLines() {
 
 /// What is captured keeps its place when sections and lines change their parts.
 void VelmoraDoc::exchangeCapture() {
-    if (pointCaptured || freePointHeld) {
-        std::swap(capturedPoint, capturedPointSection);
+    if (capture->pointHeld()) {
+        capture.exchangePointNumbers();
         followCapturedPoint();
     }
-    if (sectionCaptured) {
-        sectionCaptured = false;
-        lineCaptured = true;
-        capturedLine = std::exchange(capturedSection, -1);
-    } else if (lineCaptured) {
-        lineCaptured = false;
-        sectionCaptured = true;
-        capturedSection = std::exchange(capturedLine, -1);
-    }
+    capture.exchangeSectionAndLine();
 }
 
 void VelmoraDoc::Convertation() {
@@ -197,18 +189,20 @@ void VelmoraDoc::LastFirstSwitch() {
         }
     }
     documentModified = true;
-    if (capturedPatch >= 0 && capturedPatch < countOf(patches)) {
-        const Patch& patch = patches[static_cast<std::size_t>(capturedPatch)];
+    if (capture->capturedPatch >= 0 && capture->capturedPatch < countOf(patches)) {
+        const Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
         const std::int32_t count = sections ? countOf(patch) : lineCount(patch);
-        if (pointCaptured) {
-            std::int32_t& index = sections ? capturedPointSection : capturedPoint;
-            index = turnedRound(index, count);
+        if (capture->pointCaptured) {
+            const std::int32_t section = capture->capturedPointSection;
+            const std::int32_t point = capture->capturedPoint;
+            capture.renumberPoint(sections ? turnedRound(section, count) : section,
+                                  sections ? point : turnedRound(point, count));
             followCapturedPoint();
         }
-        if (sectionCaptured && sections) {
-            capturedSection = turnedRound(capturedSection, count);
-        } else if (lineCaptured && !sections) {
-            capturedLine = turnedRound(capturedLine, count);
+        if (capture->sectionCaptured && sections) {
+            capture.renumberSection(turnedRound(capture->capturedSection, count));
+        } else if (capture->lineCaptured && !sections) {
+            capture.renumberLine(turnedRound(capture->capturedLine, count));
         }
     }
     redraw();

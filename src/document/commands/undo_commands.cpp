@@ -45,16 +45,10 @@ void VelmoraDoc::clearSnapshots() {
     undoRegion.blocks.clear();
 }
 
-void VelmoraDoc::takeCapturedPosition() {
-    if (const auto position = positionAt(capturedPatch, capturedPointSection, capturedPoint)) {
-        capturedPointPos = *position;
-    }
-}
-
-void VelmoraDoc::rememberPointAddress() {
-    savedPatch = capturedPatch;
-    savedPointSection = capturedPointSection;
-    savedPoint = capturedPoint;
+/// The captured point stands where the model says; at `otherwise` when its numbers name none.
+void VelmoraDoc::takeCapturedPosition(const zVec<double>& otherwise) {
+    capture.placePoint(
+        positionAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint).value_or(otherwise));
 }
 
 void VelmoraDoc::UndoPoint() {
@@ -67,32 +61,21 @@ void VelmoraDoc::UndoPoint() {
     } else {
         patches = std::move(pointUndoPatches);
     }
-    capturedPatch = savedPatch;
-    capturedPointSection = savedPointSection;
-    capturedPoint = savedPoint;
-    if (savedLine >= 0) {
-        capturedLine = savedLine;
-    }
-    if (savedSection >= 0) {
-        capturedSection = savedSection;
-    }
-    savedPatch = savedPointSection = savedPoint = savedLine = savedSection = -1;
+    capture.restorePoint();
     documentModified = true;
     if (zones) {
         // A transformation has named the node that tells where the model stood; a point edit knows its own address.
-        capturedPointPos = undoNode;
-    }
-    if (zones || pointCaptured) {
-        takeCapturedPosition();
-        pickedPoint = capturedPointPos;
+        takeCapturedPosition(undoNode);
+    } else if (capture->pointCaptured) {
+        takeCapturedPosition(capture->capturedPointPos);
     }
     UpdateAfterEdit();
-    RefillPointStatus(false);
+    capture.describePoint(false);
     pointUndoReady = false;
     patchUndoReady = false;
-    pointPicked = true;
+    capture.showPoint();
     clearSnapshots();
-    ShowStatus(pointContinueStatus);
+    ShowStatus(capture->pointContinueStatus);
     redraw();
 }
 
@@ -128,14 +111,14 @@ void VelmoraDoc::UndoPatch() {
         }
         takeExtension("dat");
     }
-    undoStatus = patchCaptured ? continuePrompt : idlePrompt;
-    ShowStatus(undoStatus);
+    capture.tellUndone(capture->patchCaptured ? capture->continuePrompt : idlePrompt);
+    ShowStatus(capture->undoStatus);
     patchUndoReady = false;
     emptyBlock();
     showBlockOnly = false; // of an empty zBlock nothing would be shown
     keepCaptureInside(*this);
     if (pointUndoReady && structureKind == "uns") {
-        pickedPoint = capturedPointPos = undoNode;
+        capture.placePoint(undoNode);
     } else {
         followCapturedPoint();
     }

@@ -20,12 +20,24 @@ void VelmoraDoc::ViewFeatures() {
     showDoublePoints = mergeValues.showDouble = featuresValues.showDoublePoints;
     showBuffer = featuresValues.showBuffer;
     showZBlockMarkers = featuresValues.showZBlockMarkers;
-    redraw();
+    redrawPicture();
 }
 
 void VelmoraDoc::ToggleBlockOnly() {
     showBlockOnly = !showBlockOnly;
-    redraw();
+    redrawPicture();
+}
+
+void VelmoraDoc::toggleSurface() {
+    surfaceMode = !surfaceMode;
+    redrawPicture();
+}
+
+bool VelmoraDoc::askViewing(dlgViewing& values) {
+    viewingValues = values;
+    const bool agreed = showDialog(viewingValues);
+    values = viewingValues;
+    return agreed;
 }
 
 } // namespace velmora

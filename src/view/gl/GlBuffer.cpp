@@ -4,6 +4,7 @@
 #include <GL/gl.h>
 #include <GL/glext.h>
 
+#include <algorithm>
 #include <array>
 
 namespace velmora {
@@ -104,6 +105,19 @@ std::vector<GlRun> joinBatches(const DrawList& list) {
     return runs;
 }
 
+std::optional<std::size_t> stripIn(const GlRun& run, std::size_t firstVertex) {
+    if (!isStrip(run.look.primitive)) {
+        return std::nullopt;
+    }
+    // Runs keep the order of the vertices.
+    const auto vertex = static_cast<int>(firstVertex);
+    const auto found = std::lower_bound(run.first.begin(), run.first.end(), vertex);
+    if (found == run.first.end() || *found != vertex) {
+        return std::nullopt;
+    }
+    return static_cast<std::size_t>(found - run.first.begin());
+}
+
 void GlBuffer::upload(const DrawList& list, bool drawnOnce) {
     const GLenum usage = drawnOnce ? GL_STREAM_DRAW : GL_STATIC_DRAW;
     runs_ = joinBatches(list);
@@ -134,15 +148,22 @@ void GlBuffer::unbind() {
     glBindBuffer(GL_ARRAY_BUFFER, 0);
 }
 
-void GlBuffer::draw(const GlRun& run) const {
+void GlBuffer::draw(const GlRun& run, std::size_t from, std::size_t to) const {
+    if (from >= to) {
+        return;
+    }
     if (run.look.hasNormals) {
         glEnableClientState(GL_NORMAL_ARRAY);
     }
-    glMultiDrawArrays(modeOf(run.look.primitive), run.first.data(), run.counts.data(),
-                      static_cast<GLsizei>(run.first.size()));
+    glMultiDrawArrays(modeOf(run.look.primitive), run.first.data() + from, run.counts.data() + from,
+                      static_cast<GLsizei>(to - from));
     if (run.look.hasNormals) {
         glDisableClientState(GL_NORMAL_ARRAY);
     }
+}
+
+void GlBuffer::draw(const DrawBatch& batch, Primitive primitive) const {
+    glDrawArrays(modeOf(primitive), static_cast<GLint>(batch.firstVertex), static_cast<GLsizei>(batch.vertexCount));
 }
 
 } // namespace velmora

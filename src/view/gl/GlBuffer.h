@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "DrawList.h"
@@ -17,6 +19,9 @@ struct GlRun {
 /// primitives whose vertices adjoin as one range. Batches without vertices are left out.
 std::vector<GlRun> joinBatches(const DrawList& list);
 
+/// Where the batch that begins at `firstVertex` stands in a run of strips; none when it is not one of it.
+std::optional<std::size_t> stripIn(const GlRun& run, std::size_t firstVertex);
+
 /// A draw list in vertex buffers of the current context. Every operation needs that context to be current.
 class GlBuffer {
 public:
@@ -33,8 +38,10 @@ public:
     /// Makes the buffers the source of the draw calls until unbind().
     void bind() const;
     static void unbind();
-    /// Draws one run with the state that is set.
-    void draw(const GlRun& run) const;
+    /// Draws the strips or ranges of a run from `from` up to `to`, with the state that is set.
+    void draw(const GlRun& run, std::size_t from, std::size_t to) const;
+    /// Draws the vertices of one batch of the list as `primitive`, without normals.
+    void draw(const DrawBatch& batch, Primitive primitive) const;
     const std::vector<GlRun>& runs() const { return runs_; }
 
 private:

@@ -60,6 +60,16 @@ void setEnabled(GLenum capability, bool on) {
     }
 }
 
+void setLook(const DrawBatch& look, const SceneFrame& frame, bool lightsOn) {
+    const auto scale = static_cast<float>(frame.pixelScale);
+    setEnabled(GL_LIGHTING, lightsOn && look.lit);
+    setFaces(look, frame.filled);
+    glDepthFunc(depthRule(look));
+    glPointSize(look.pointSize * scale);
+    glLineWidth(look.lineWidth * scale);
+    glColor4fv(look.colour.data());
+}
+
 } // namespace
 
 void GlRenderer::prepare() {
@@ -85,31 +95,50 @@ void GlRenderer::draw(const SceneFrame& frame) {
             list_.upload(*frame.list, false);
             uploadedRevision_ = frame.listRevision;
         }
-        drawRuns(list_, frame, frame.filled);
+        drawRuns(list_, *frame.list, frame, frame.filled);
     }
     glDisable(GL_COLOR_MATERIAL);
     if (frame.overlay != nullptr) {
         overlay_.upload(frame.overlay->list, true);
-        drawRuns(overlay_, frame, false);
+        drawRuns(overlay_, frame.overlay->list, frame, false);
         drawTexts(frame.overlay->texts);
     }
 }
 
-void GlRenderer::drawRuns(const GlBuffer& buffer, const SceneFrame& frame, bool lightsOn) {
+void GlRenderer::drawRuns(const GlBuffer& buffer, const DrawList& list, const SceneFrame& frame, bool lightsOn) {
     buffer.bind();
-    const auto scale = static_cast<float>(frame.pixelScale);
     for (const GlRun& run : buffer.runs()) {
-        setEnabled(GL_LIGHTING, lightsOn && run.look.lit);
-        setFaces(run.look, frame.filled);
-        glDepthFunc(depthRule(run.look));
-        glPointSize(run.look.pointSize * scale);
-        glLineWidth(run.look.lineWidth * scale);
-        glColor4fv(run.look.colour.data());
-        buffer.draw(run);
+        drawRun(buffer, run, list, frame, lightsOn);
     }
     GlBuffer::unbind();
     glDepthFunc(GL_LESS);
     glDisable(GL_LIGHTING);
+}
+
+/// A strip with an accent is drawn in its place among the others, with its points before it.
+void GlRenderer::drawRun(const GlBuffer& buffer, const GlRun& run, const DrawList& list, const SceneFrame& frame,
+                         bool lightsOn) {
+    setLook(run.look, frame, lightsOn);
+    std::size_t drawn = 0;
+    for (const Accent& accent : list.accents) {
+        const DrawBatch& strip = list.batches[accent.batch];
+        const auto place = stripIn(run, strip.firstVertex);
+        if (!place || strip.vertexCount == 0) {
+            continue;
+        }
+        buffer.draw(run, drawn, *place);
+        DrawBatch look = strip;
+        look.colour = accent.colour;
+        look.pointSize = accent.pointSize;
+        for (const Primitive primitive : {Primitive::Points, strip.primitive}) {
+            look.primitive = primitive;
+            setLook(look, frame, lightsOn);
+            buffer.draw(strip, primitive);
+        }
+        setLook(run.look, frame, lightsOn);
+        drawn = *place + 1;
+    }
+    buffer.draw(run, drawn, run.first.size());
 }
 
 void GlRenderer::drawTexts(const std::vector<DrawText>& texts) {

@@ -41,7 +41,9 @@ public:
     void release();
 
 private:
-    void drawRuns(const GlBuffer& buffer, const SceneFrame& frame, bool lightsOn);
+    void drawRuns(const GlBuffer& buffer, const DrawList& list, const SceneFrame& frame, bool lightsOn);
+    void drawRun(const GlBuffer& buffer, const GlRun& run, const DrawList& list, const SceneFrame& frame,
+                 bool lightsOn);
     void drawTexts(const std::vector<DrawText>& texts);
 
     TextRasterizer rasterizer_;

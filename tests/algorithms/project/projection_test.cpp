@@ -214,6 +214,26 @@ TEST(ProjectionToElements, IsThatOfTestingEveryTriangle) {
     }
 }
 
+TEST(NearestHit, OfCellsLiesNearerThanAHundredMillion) {
+    const auto chosen = [](double far, double less) {
+        return nearestCellHit({0, 0, 0}, {{0, {far, 0, 0}}, {2, {less, 0, 0}}}).x;
+    };
+    EXPECT_EQ(chosen(2e8, 99999999), 99999999);
+    EXPECT_EQ(chosen(2e8, 1e8), 2e8);
+    EXPECT_EQ(chosen(3, 2), 2);
+    EXPECT_EQ(chosen(2, 3), 2);
+}
+
+TEST(NearestHit, OfElementsLiesWithinTenThousandMillion) {
+    const auto chosen = [](double far, double less) {
+        return nearestElementHit({0, 0, 0}, {{0, {far, 0, 0}}, {1, {less, 0, 0}}}).x;
+    };
+    EXPECT_EQ(chosen(2e10, 1e10), 1e10);
+    EXPECT_EQ(chosen(2e10, 1.0001e10), 2e10);
+    EXPECT_EQ(chosen(2, 3), 2);
+    EXPECT_EQ(chosen(2, -2), -2); // of equal ones the last
+}
+
 TEST(ReflectZones, MovesNodesOfTwoElementsAtLeast) {
     zRegion_fe region;
     region.blocks.push_back(triangleZone("own", {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}}, {0, 1, 2, 1, 3, 2}));
@@ -232,6 +252,16 @@ TEST(ReflectZones, IgnoresAHitAtTheNodeItself) {
     region.blocks.push_back(zoneOf(lifted(flatPatch(3, 3), -4), "target"));
     reflectZones(region, {0}, {});
     EXPECT_EQ(nodeOf(region, 0, 4), Vector(1, 1, -4));
+}
+
+TEST(ReflectZones, TakesAHitAMillionthAwayForAnotherPlace) {
+    for (const double height : {0.99e-6, 1.01e-6}) {
+        zRegion_fe region;
+        region.blocks.push_back(zoneOf(flatPatch(3, 3), "own"));
+        region.blocks.push_back(zoneOf(lifted(flatPatch(3, 3), height), "target"));
+        reflectZones(region, {0}, {});
+        EXPECT_NEAR(nodeOf(region, 0, 4).z, height < 1e-6 ? 0 : height, 1e-12);
+    }
 }
 
 TEST(ReflectZones, KeepsTheFirstOfTwoAtTheSameDistance) {

@@ -41,6 +41,16 @@ TEST(ElementCorner, IsTheMarkerWhereSomethingIsOutOfRange) {
     EXPECT_EQ(getElementCorner(region, 0, 0, 0), marker);
 }
 
+TEST(Corners, AreNoneBelowMinusAThousandMillion) {
+    for (double Vector::*const axis : {&Vector::x, &Vector::y, &Vector::z}) {
+        Vector corner;
+        corner.*axis = -1e9;
+        EXPECT_TRUE(isCorner(corner));
+        corner.*axis = -1.000001e9;
+        EXPECT_FALSE(isCorner(corner));
+    }
+}
+
 TEST(ElementNormal, IsTheProductOfTheEdgesFromTheFirstCorner) {
     zRegion_fe region;
     region.blocks.push_back(triangleZone("z", {{0, 0, 0}, {2, 0, 0}, {0, 3, 0}}, {0, 1, 2}));

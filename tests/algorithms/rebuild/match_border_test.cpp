@@ -96,6 +96,12 @@ TEST(MatchBorder, FartherThanItsReachChangesNothing) {
     EXPECT_TRUE(matchBorder(a, near, false));
 }
 
+TEST(MatchBorder, FindsABorderWithinAMillion) {
+    const Patch a = flatPatch(2, 2);
+    EXPECT_EQ(chosen(a, moved(a, {0, 0, 999999})), 0);
+    EXPECT_EQ(chosen(a, moved(a, {0, 0, 1000000})), -1);
+}
+
 TEST(MatchBorder, NeverTakesBordersOfDifferentCounts) {
     const Patch a = flatPatch(3, 4);
     Patch touching = moved(flatPatch(5, 6), {3, 0, 0});

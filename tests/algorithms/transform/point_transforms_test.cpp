@@ -59,6 +59,20 @@ TEST(AxisFoot, UprightOverAnEndIsThatEndToItsWholeDistance) {
     EXPECT_EQ(distance, 5);
 }
 
+TEST(AxisFoot, UprightIsACosineBelowATenThousandth) {
+    Vec foot;
+    double distance = 0;
+    // At a height of 1 the cosine at an end is the way along the axis, to nine digits.
+    EXPECT_EQ(axisFoot({0, 0, 0}, {1, 0, 0}, {0.000099, 1, 0}, foot, distance), 2);
+    EXPECT_EQ(foot, (Vec{0, 0, 0}));
+    EXPECT_EQ(axisFoot({0, 0, 0}, {1, 0, 0}, {0.000101, 1, 0}, foot, distance), -1);
+    expectNear(foot, {0.000101, 0, 0}, 1e-12);
+    EXPECT_EQ(axisFoot({0, 0, 0}, {1, 0, 0}, {1 - 0.000099, 1, 0}, foot, distance), 2);
+    EXPECT_EQ(foot, (Vec{1, 0, 0}));
+    EXPECT_EQ(axisFoot({0, 0, 0}, {1, 0, 0}, {1 - 0.000101, 1, 0}, foot, distance), -1);
+    expectNear(foot, {1 - 0.000101, 0, 0}, 1e-12);
+}
+
 TEST(AxisFoot, BetweenTheEndsHasCodeMinusOne) {
     Vec foot;
     double distance = 0;

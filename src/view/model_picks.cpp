@@ -1,0 +1,138 @@
+#include "model_picks.h"
+
+#include <array>
+#include <cmath>
+
+#include "VelmoraDoc.h"
+#include "camera.h"
+
+namespace velmora {
+
+namespace {
+
+// How far from the line of sight the nearest point may lie, as a fraction of the model's diagonal.
+constexpr double pointLimit = 0.01;
+constexpr double sectionLimit = 0.05;
+constexpr double lineLimit = 0.5;
+
+double modelDiagonal(const VelmoraDoc& document) {
+    return lengthOf(document.boxMax - document.boxMin);
+}
+
+PickFilter blockFilter(const VelmoraDoc& document) {
+    PickFilter filter;
+    if (document.capture->patchCaptured && document.blockCount > 0) {
+        filter.patches = document.blockMask();
+    }
+    return filter;
+}
+
+Pick pickOf(const VelmoraDoc& document, Pick::Target target, const std::optional<NearestPoint>& nearest, double limit) {
+    Pick pick;
+    pick.target = target;
+    if (nearest) {
+        pick.found = nearest->distance <= limit * modelDiagonal(document);
+        pick.patch = nearest->patch;
+        pick.section = nearest->section;
+        pick.point = nearest->point;
+        pick.position = nearest->position;
+    }
+    return pick;
+}
+
+Pick pickNode(const VelmoraDoc& document, const PixelLine& ray) {
+    const PickFilter filter = document.capture->freePointArmed ? PickFilter() : blockFilter(document);
+    return pickOf(document, Pick::Target::Node, nearestNode(document.feRegion, ray, filter), pointLimit);
+}
+
+} // namespace
+
+const PatchIndex& ModelIndex::patches() {
+    if (patchRevision_ != doc_.geometryRevision()) {
+        patches_.takeIn(doc_.patches);
+        patchRevision_ = doc_.geometryRevision();
+    }
+    return patches_;
+}
+
+const ZoneIndex& ModelIndex::zones() {
+    if (zoneRevision_ != doc_.geometryRevision()) {
+        zones_.takeIn(doc_.feRegion);
+        zoneRevision_ = doc_.geometryRevision();
+    }
+    return zones_;
+}
+
+Pick pickPoint(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray) {
+    if (document.structureKind == "uns") {
+        return pickNode(document, ray);
+    }
+    const CaptureState& capture = *document.capture;
+    PickFilter filter = blockFilter(document);
+    filter.patch = capture.capturedPatch;
+    if (!capture.freePointArmed) {
+        filter.section = capture.sectionCaptured ? capture.capturedSection : -1;
+        filter.point = capture.lineCaptured ? capture.capturedLine : -1;
+    }
+    return pickOf(document, Pick::Target::Point, index.patches().nearest(document.patches, ray, filter), pointLimit);
+}
+
+Pick pickSection(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray) {
+    const auto nearest = index.patches().nearest(document.patches, ray, blockFilter(document));
+    Pick pick = pickOf(document, Pick::Target::Section, nearest, sectionLimit);
+    if (pick.found) {
+        const Patch& patch = document.patches[static_cast<std::size_t>(pick.patch)];
+        pick.points = countOf(patch[static_cast<std::size_t>(pick.section)]);
+    }
+    return pick;
+}
+
+Pick pickLine(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray) {
+    const auto nearest = index.patches().nearest(document.patches, ray, blockFilter(document));
+    Pick pick = pickOf(document, Pick::Target::Line, nearest, lineLimit);
+    if (pick.found) {
+        pick.points = countOf(document.patches[static_cast<std::size_t>(pick.patch)]);
+    }
+    return pick;
+}
+
+Pick pickPatch(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray, Pick::Target target) {
+    Pick pick;
+    pick.target = target;
+    pick.patch = document.structureKind == "uns" ? index.zones().pickZone(document.feRegion, ray)
+                                                 : index.patches().pickPatch(document.patches, ray);
+    pick.found = pick.patch >= 0;
+    return pick;
+}
+
+Pick pickDragPlace(const VelmoraDoc& document, const PixelLine& ray) {
+    return pickOf(document, Pick::Target::DragPlace, nearestGridPoint(document.dragPatches, ray, {}), pointLimit);
+}
+
+Pick pickPlanePlace(const VelmoraDoc& document, const PixelLine& ray, int plane) {
+    const CaptureState& capture = *document.capture;
+    Pick pick;
+    pick.target = Pick::Target::PlanePlace;
+    const auto point = document.positionAt(capture.capturedPatch, capture.capturedPointSection, capture.capturedPoint);
+    if (document.structureKind == "uns" || !point) {
+        return pick;
+    }
+    pick.found = true;
+    pick.position = capture.pickedPoint;
+    if (plane == 0) {
+        return pick;
+    }
+    constexpr std::array<double zVec<double>::*, 3> axes = {&zVec<double>::x, &zVec<double>::y, &zVec<double>::z};
+    const auto axis = axes.at(static_cast<std::size_t>(plane) - 1);
+    const double d = ray.farPoint.*axis - ray.nearPoint.*axis;
+    if (std::abs(d) < 1e-6) {
+        pick.position = ray.nearPoint;
+        return pick;
+    }
+    const double t = (*point.*axis - ray.nearPoint.*axis) / d;
+    pick.position = ray.nearPoint + (ray.farPoint - ray.nearPoint) * t;
+    pick.position.*axis = *point.*axis;
+    return pick;
+}
+
+} // namespace velmora

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "PatchIndex.h"
+#include "Pick.h"
+#include "ZoneIndex.h"
+
+namespace velmora {
+
+class VelmoraDoc;
+
+/// The indices over a document's model, taken in anew when it is asked for one after the geometry changed.
+class ModelIndex {
+public:
+    explicit ModelIndex(const VelmoraDoc& document) : doc_(document) {}
+
+    const PatchIndex& patches();
+    const ZoneIndex& zones();
+
+private:
+    const VelmoraDoc& doc_;
+    PatchIndex patches_;
+    ZoneIndex zones_;
+    std::optional<std::uint64_t> patchRevision_; ///< of the geometry that was taken in
+    std::optional<std::uint64_t> zoneRevision_;
+};
+
+// What each regime finds under a line of sight. They write nothing but the index.
+
+/// The nearest point or node, by the kind of the model, of what the capture lets through.
+Pick pickPoint(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray);
+/// The section of the nearest point.
+Pick pickSection(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray);
+/// The line of the nearest point.
+Pick pickLine(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray);
+/// The first patch or zone with a hit that no other hides; `target` says what it is looked for.
+Pick pickPatch(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray, Pick::Target target);
+/// The nearest point of the drag grid.
+Pick pickDragPlace(const VelmoraDoc& document, const PixelLine& ray);
+/// Where the ray meets the coordinate plane `plane` (see DocumentView::principalPlane) through the captured point; with
+/// 0 the place of the pick before.
+Pick pickPlanePlace(const VelmoraDoc& document, const PixelLine& ray, int plane);
+
+} // namespace velmora

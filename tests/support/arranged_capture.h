@@ -1,0 +1,27 @@
+#pragma once
+
+#include "VelmoraDoc.h"
+
+namespace velmora::test {
+
+// The capture as a test needs it. What a user does by a command, a test does by the command; these stand for the mouse.
+
+inline void holdPoint(VelmoraDoc& document, std::int32_t patch, std::int32_t section, std::int32_t point) {
+    document.capture.holdPoint(patch, section, point, *document.pointAt(patch, section, point));
+}
+
+inline void holdSection(VelmoraDoc& document, std::int32_t patch, std::int32_t section) {
+    const PointList* points = document.sectionAt(patch, section);
+    document.capture.holdSection(patch, section, points != nullptr ? countOf(*points) : 0);
+}
+
+inline void holdLine(VelmoraDoc& document, std::int32_t patch, std::int32_t line) {
+    document.capture.holdLine(patch, line);
+}
+
+/// The state itself, for a rule that is tested beyond what any act leads to.
+inline CaptureState& arranged(VelmoraDoc& document) {
+    return const_cast<CaptureState&>(*document.capture);
+}
+
+} // namespace velmora::test

@@ -69,7 +69,7 @@ void coonsRebuild(Patch& patch) {
             const double d = b[j] - a[j];
             const double D = 1 - e * d;
             if (D == 0) {
-                continue; // the parameter lines are parallel
+                continue; // the parameter lines are parallel: dividing would put numbers into the model that are none
             }
             const double u = (a[j] + d * s0) / D;
             const double w = (s0 + e * a[j]) / D;

@@ -88,7 +88,8 @@ void bendFromFirst(Patch& patch, const LineBend& bend) {
     SectionCutter cutter(bend.before, bend.after);
     for (std::int32_t i = 1; i < last; ++i) {
         PointList& section = patch[static_cast<std::size_t>(i)];
-        // A line of no length leaves its way to the number of the section.
+        // A line of no length has no parts, and dividing by it gives no numbers: the number of the section takes their
+        // place.
         const double part =
             along.back() > 0 ? along[static_cast<std::size_t>(i)] / along.back() : static_cast<double>(i) / last;
         cutter.run(section, cutBehind(section, bend.point, std::pow(part, bend.power) * whole));

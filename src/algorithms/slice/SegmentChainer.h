@@ -56,7 +56,8 @@ public:
     /// the first one makes a line. It runs on, from its end, over the first segment in order that does not lead back,
     /// has a length and was not walked since the line turned; it stops when its ends meet. Then the same is done from
     /// its start. No segment starts two lines. The plane is finished when the lines have as many steps as the plane has
-    /// segments, or no start is left.
+    /// segments, or no start is left. Without these rules a T-junction, a figure eight or a coordinate that is not
+    /// finite would keep the chaining going for ever.
     void chain(std::span<const SliceSegment> segments, std::vector<SliceLine>& lines);
 
 private:

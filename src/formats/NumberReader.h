@@ -22,7 +22,7 @@ public:
     explicit NumberReader(const std::filesystem::path& path, std::size_t blockSize = defaultBlockSize)
         : stream_(path, blockSize) {}
 
-    /// Tells how far the file has been read, see TextStream.
+    /// Reports the progress of reading, see TextStream.
     void reportTo(ReportProgress report, double from = 0.0, double to = 1.0) {
         stream_.reportTo(std::move(report), from, to);
     }
@@ -44,7 +44,8 @@ public:
 
     /// Takes the rest of the line with its line feed; the text without it goes to `line`. The last line need not
     /// have a line feed. Fails when nothing is left in the file, and on a line of more than `lineLimit` characters,
-    /// of which `line` then holds the first `lineLimit`.
+    /// of which `line` then holds the first `lineLimit`. No format keeps the text of a line today: this is the form
+    /// whose rule skipLine follows.
     bool readLine(std::string& line) { return stream_.getline(line, lineLimit); }
 
     /// The same without keeping the text.

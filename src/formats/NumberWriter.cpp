@@ -33,7 +33,7 @@ void NumberWriter::reportTo(ReportProgress report, std::int64_t numbers) {
     numbersWritten_ = numbersReported_ = 0;
 }
 
-// Large files give more blocks than are worth telling of.
+// A large file has more blocks than progress reports are worth.
 void NumberWriter::reportWritten() {
     constexpr std::int64_t steps = 200;
     const std::int64_t written = std::min(numbersWritten_, numbersExpected_);

@@ -29,7 +29,7 @@ public:
     NumberWriter(SafeFile& file, int precision, NumberNotation notation = NumberNotation::Scientific,
                  std::size_t blockSize = defaultBlockSize);
 
-    /// Tells from now on with every block handed over how many of about `numbers` numbers have been written, 0 to 1.
+    /// From now on reports progress with each block: the part of about `numbers` numbers that has been written, 0 to 1.
     void reportTo(ReportProgress report, std::int64_t numbers);
 
     void writeDouble(double value);

@@ -79,7 +79,7 @@ void TecplotHeaderScan::takeBlank(char c) {
     }
 }
 
-// Lists in brackets and texts in quotes go over whole, numbers and white space included; no word has been seen by them.
+// Lists in brackets and texts in quotes are copied whole, numbers and white space included; they count as no word.
 // What is not closed runs to the end of the file.
 void TecplotHeaderScan::takeUpTo(char open, char close) {
     text_ += open;

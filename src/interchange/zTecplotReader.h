@@ -21,7 +21,7 @@ public:
     const zRegion* structuredTarget = nullptr;
     const zRegion_fe* unstructuredTarget = nullptr;
 
-    /// Is told how far reading or writing is; the caller sets it.
+    /// Receives the progress of reading or writing; the caller sets it.
     ReportProgress report;
 
     /// Puts the zones of a file behind those of the two regions: ordered zones of at least 2 by 2 points and, as

@@ -4,6 +4,9 @@
 
 namespace velmora {
 
+// No command calls the first two: FitSplineInBand works on its knots alone. They stay for callers who look at the
+// spline that a fit left.
+
 /// As `SplineMoments`, but on arrays that stay where they are: writes only the n second derivatives.
 void BandMoments(std::int32_t n, const double* t, const double* y, double* momentsOut, std::int32_t capacity);
 

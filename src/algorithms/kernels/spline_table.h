@@ -4,6 +4,9 @@
 
 namespace velmora {
 
+// No command calls these two: re-spacing shares one SplineSystem among the three coordinates. They stay as the plain
+// way to a spline for other callers.
+
 /// The cubic spline through (t[i], y[i]), i from 0 to n-1.
 ///
 /// Copies t and y to `knotsOut` and `valuesOut` and leaves the second derivatives in `momentsOut`; that of the first

@@ -67,8 +67,8 @@ void addPair(NormalEquations& equations, Terms row, double u, double v) {
     }
 }
 
-/// Cholesky in place. False when a pivot is so small beside what stood there that it cannot be told from rounding, is
-/// negative or no number.
+/// Cholesky factorisation in place. False when a pivot is so small beside what stood there that it cannot be told from
+/// rounding, is negative or no number.
 bool factorise(NormalEquations& equations) {
     for (std::int32_t i = 0; i < equations.terms; ++i) {
         for (std::int32_t j = 0; j <= i; ++j) {

@@ -23,7 +23,7 @@ constexpr double singlePart = 4e-6;
 
 using Triple = std::array<double, 3>;
 
-/// The lowest bits of `value`, each followed by two zeros.
+/// The lowest bits of `value`, each followed by two zeros: one coordinate of a Morton code.
 std::uint64_t spread(std::uint64_t value) {
     value &= 0x1fffff;
     value = (value | value << 32) & 0x1f00000000ffff;
@@ -76,7 +76,7 @@ TriangleTree::Box TriangleTree::boxOf(std::int32_t triangle, double margin) cons
     return box;
 }
 
-/// Sorts the triangles by the place of their middles on a curve that fills space, and sets centre and radius.
+/// Sorts the triangles by the Morton codes of their middles, along a space-filling curve, and sets centre and radius.
 void TriangleTree::sortAlongCurve() {
     Box all = boxOf(keyed_.front().triangle, 0.0);
     for (const Keyed& entry : keyed_) {
@@ -108,7 +108,7 @@ void TriangleTree::sortAlongCurve() {
               [](const Keyed& a, const Keyed& b) { return a.key != b.key ? a.key < b.key : a.triangle < b.triangle; });
 }
 
-/// Where a stretch of the curve falls apart: at the highest bit in which its keys differ, or in the middle.
+/// Where a stretch of the curve is split: at the highest bit in which its keys differ, or in the middle.
 std::int32_t TriangleTree::splitOf(std::int32_t begin, std::int32_t end) const {
     const auto at = keyed_.begin();
     const std::uint64_t differing = (at + begin)->key ^ (at + end - 1)->key;
@@ -228,7 +228,7 @@ void TriangleTree::findHits(const zVec<double>& direction, const zVec<double>& o
     std::sort(hits.begin(), hits.end(), [](const LineHit& a, const LineHit& b) { return a.triangle < b.triangle; });
 }
 
-/// A line misses a box when the two stand apart along one of the three cross products of the line with the axes. What
+/// A line misses a box when one of the cross products of the line with the three axes separates them. What
 /// cannot be told from rounding, and what is not a number, counts as met.
 void TriangleTree::walk(const Ray& ray, std::vector<LineHit>& hits) const {
     // Four slots a node and at most 64 levels: two splits of the curve's 60 bits a level, then halves of equal keys.

@@ -10,7 +10,7 @@ namespace velmora {
 
 namespace {
 
-/// Beyond these the products inside the exact test leave the range of doubles.
+/// Beyond these the products inside IntersectLineTriangle leave the range of doubles.
 constexpr double largestSafe = 1e60;
 constexpr double smallestSafe = 1e-60;
 /// The least height of a proper triangle, as a part of its longest edge.
@@ -43,12 +43,12 @@ bool withinMargin(const double* a, const double* b, const double* c, double marg
 
 } // namespace
 
-// What the exact test accepts, with u = 2^-53, L the longest edge and W twice the area:
+// What IntersectLineTriangle accepts, with u = 2^-53, L the longest edge and W twice the area:
 //
 // - A vertex on the line, the middle of a triangle that counts as one point, an origin on an edge: places of the
 //   triangle, and the exact zeros that are asked for say that the line passes within rounding of them.
-// - A triangle of which two vertices count as one, but not all three, is treated as a segment, and its hit can stand
-//   anywhere on the line. Such triangles have no bound.
+// - A degenerate triangle, of which two vertices count as one but not all three, is treated as a segment, and its hit
+//   can stand anywhere on the line. Such triangles have no bound.
 // - A proper triangle: the hit H is accepted when the three areas about it exceed W by less than 5e-6 W. For H in the
 //   plane, with barycentric coordinates l1 + l2 + l3 = 1, the excess is 2 W times the sum of the negative ones, so that
 //   sum is below 2.5e-6 and H leaves the box by less than 2.5e-6 of its extents. Off the plane by h, with the perimeter

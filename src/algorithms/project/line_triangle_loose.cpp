@@ -63,7 +63,7 @@ int meetOriginOnEdge(const Vector& first, const Vector& second, const Vector& or
     return edgeHit;
 }
 
-/// The line against the segment from q1 to q2, in place of a triangle with two vertices in one.
+/// The line against the segment from q1 to q2, in place of a triangle that degenerates to it: two vertices coincide.
 int meetSegment(const Vector& q1, const Vector& q2, const Line& line, Vector& hit) {
     const Vector& o = line.origin;
     const Vector& along = line.direction;

@@ -29,7 +29,8 @@ bool sameNumber(double u, double v) {
     return std::abs(u - v) < std::abs((u + v) * sameCoordinate);
 }
 
-/// The origin's own place on the edge u, w: a hit, none at all, or, with no value, no word on it.
+/// An origin on the straight line of the edge u, w: a hit between its ends, none beyond them. No value where the origin
+/// is not on that line.
 std::optional<TriangleHit> originOnEdge(const Vec& u, const Vec& w, const Vec& origin) {
     if (!isZero(cross(origin - u, origin - w)) || isZero(u - w)) {
         return std::nullopt;
@@ -40,7 +41,7 @@ std::optional<TriangleHit> originOnEdge(const Vec& u, const Vec& w, const Vec& o
     return TriangleHit{};
 }
 
-/// A triangle that is the segment u, w. The hit may lie beyond its ends.
+/// A degenerate triangle, the segment u, w. The hit may lie beyond its ends.
 TriangleHit hitSegment(const Vec& u, const Vec& w, const Vec& direction, const Vec& origin) {
     const double segment = length(u - w);
     if (std::abs(dot(u - w, direction)) == segment) {

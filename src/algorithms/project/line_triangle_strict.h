@@ -4,8 +4,8 @@
 
 namespace velmora {
 
-/// Where a line meets a triangle: 0 no hit, 1 through a vertex (or along a triangle that is a point or a segment), 2 on
-/// an edge, 3 inside. `point` means nothing with code 0.
+/// Where a line meets a triangle: 0 no hit, 1 through a vertex (or along a degenerate triangle: a point or a segment),
+/// 2 on an edge, 3 inside. `point` means nothing with code 0.
 struct TriangleHit {
     int code = 0;
     zVec<double> point;

@@ -16,7 +16,7 @@ constexpr double farthestHit = 1e8;
 constexpr double farthestSquare = 1e20;
 /// A node does not move to a place closer than this in each coordinate.
 constexpr double samePlace = 1e-6;
-/// Progress is told this often.
+/// The number of progress reports.
 constexpr std::int64_t progressSteps = 100;
 
 zVec<double> unit(const zVec<double>& v) {
@@ -28,7 +28,7 @@ bool atSamePlace(const zVec<double>& a, const zVec<double>& b) {
     return std::abs(a.x - b.x) < samePlace && std::abs(a.y - b.y) < samePlace && std::abs(a.z - b.z) < samePlace;
 }
 
-/// Counts pieces of work and tells about every hundredth part of them.
+/// Counts the points done and reports progress at every hundredth part of them.
 class ProgressCounter {
 public:
     ProgressCounter(const ReportProgress& report, std::int64_t total)

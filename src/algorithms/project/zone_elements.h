@@ -14,8 +14,9 @@ inline constexpr double leastCoordinate = -1e9;
 /// Whether a corner can be used: no coordinate below `leastCoordinate`.
 bool isCorner(const zVec<double>& corner);
 
-/// Corner 0, 1 or 2 of an element, all counted from 0. Every coordinate is `absentCorner` when an index is out of
-/// range, the zone has fewer than 3 variables or lacks x, y or z, or the element names a node that is not there.
+/// For callers who have no zone in hand, which today are tests alone: corner 0, 1 or 2 of an element, all counted from
+/// 0. Every coordinate is `absentCorner` when an index is out of range, the zone has fewer than 3 variables or lacks x,
+/// y or z, or the element names a node that is not there.
 zVec<double> getElementCorner(const zRegion_fe& region, std::int32_t zone, std::int32_t element, std::int32_t corner);
 
 /// The same for the zone itself, whose coordinates the caller has looked up.

@@ -42,7 +42,7 @@ double targetStep(bool after, bool above, double near, double next) {
 
 } // namespace
 
-/// Halves the range of compressions until the step at the point is within 1% of its target. The steps are measured
+/// Finds the compression by bisection, until the step at the point is within 1% of its target. The steps are measured
 /// along the chords, also for the spline.
 double PartRebreaker::fittingCompression(double near, double next, bool& fitted) {
     double c = law_.compression;

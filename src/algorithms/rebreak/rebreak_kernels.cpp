@@ -82,7 +82,7 @@ int layProgression(const Curve& in, const Output& out, Progression step) {
                 if (i < in.n - 1) {
                     break;
                 }
-                left = 0; // rounding ate the rest: what is left of the outputs goes to the last point
+                left = 0; // rounding used up the last chord: the outputs that are left go to the last point
             }
             if (left >= step.d) {
                 left -= step.d;

@@ -54,7 +54,8 @@ void appendSections(PatchList& list, const MergeMembers& members, const MergeOpt
     LawRegridder regridder(lawOfLastCurve(base, false));
     for (const std::int32_t k : members.others) {
         Patch& added = patchOf(list, k);
-        const std::int32_t count = countOf(added); // the base may stand among the others: it must not chase its end
+        const std::int32_t count =
+            countOf(added); // the base may be one of the others: its size is taken before it grows
         for (std::int32_t s = options.keepFirst ? 0 : 1; s < count; ++s) {
             if (options.matching) {
                 regridder.regrid({added, false, s});

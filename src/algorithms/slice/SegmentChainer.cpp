@@ -111,7 +111,7 @@ PointCells::Buckets PointCells::near(const SlicePoint& point) const {
 
 SegmentChainer::SegmentChainer(int axis) : ends_(axis), dots_(axis), linePoints_(axis) {}
 
-/// Deals the segments' ends to cells, from the last to the first.
+/// Puts the segments' ends into the hash, from the last to the first; degenerate segments, dots, into one of their own.
 void SegmentChainer::arrange() {
     const std::size_t count = segments_.size();
     ends_.reset(2 * count, 2 * count);
@@ -199,7 +199,7 @@ void SegmentChainer::tryBucket(std::uint32_t bucket, const SliceLine& line, std:
     }
 }
 
-/// Over a segment without length a line goes as its first step only, and is closed by it.
+/// Over a degenerate segment a line goes as its first step only, and is closed by it.
 void SegmentChainer::tryDots(const SlicePoint& at, std::optional<Step>& best) const {
     const PointCells::Buckets near = dots_.near(at);
     for (int i = 0; i < near.count; ++i) {

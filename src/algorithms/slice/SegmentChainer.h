@@ -10,9 +10,9 @@
 
 namespace velmora {
 
-/// Finds, among points of one plane, those that `samePoint` may accept for a point: the points are dealt to cells whose
-/// width goes with the points' largest coordinate, as the tolerance does, and cells to buckets. Numbers rise within a
-/// bucket if they were put in from the last to the first.
+/// Finds, among points of one plane, those that `samePoint` may accept for a point. A spatial hash: points lie in cells
+/// whose width goes with the points' largest coordinate, as the tolerance does, and cells are hashed to buckets.
+/// Numbers rise within a bucket if they were put in from the last to the first.
 class PointCells {
 public:
     /// The buckets that hold every point that `samePoint` accepts for one point, and others.

@@ -14,7 +14,7 @@ namespace velmora {
 
 namespace {
 
-/// With fewer lines in a plane it does not pay to deal their ends to cells.
+/// With fewer lines in a plane a hash of their ends does not pay.
 constexpr std::size_t fewLines = 64;
 
 /// Which ends meet, in the order in which they are tried.

@@ -14,8 +14,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "NumberReader.h"
 #include "apt.h"
-#include "number_reader.h"
 #include "skl.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <benchmark/benchmark.h>
 
 #include "intersection.h"
-#include "reflection.h"
+#include "projection.h"
 #include "target_mesh.h"
 
 namespace velmora {

@@ -5,12 +5,12 @@
 
 #include <benchmark/benchmark.h>
 
+#include "PartRebreaker.h"
 #include "coons_rebuild.h"
 #include "correct_line.h"
 #include "match_border.h"
 #include "merge_patches.h"
 #include "patch_curves.h"
-#include "rebreak_part.h"
 #include "smooth_patch.h"
 
 namespace velmora {

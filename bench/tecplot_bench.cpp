@@ -15,8 +15,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "NumberWriter.h"
 #include "SafeFile.h"
-#include "number_writer.h"
 #include "zTecplotReader.h"
 
 namespace {

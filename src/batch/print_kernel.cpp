@@ -1,5 +1,5 @@
-#include "line_hits_triangle.h"
-#include "line_triangle.h"
+#include "line_triangle_loose.h"
+#include "line_triangle_strict.h"
 #include "print_values.h"
 
 namespace velmora {

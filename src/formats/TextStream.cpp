@@ -80,7 +80,7 @@ void TextStream::reportTo(ReportProgress report, double from, double to) {
     reported_ = 0;
 }
 
-// Large files give more blocks than are worth telling of.
+// A large file has more blocks than progress reports are worth.
 void TextStream::reportPosition() {
     constexpr std::int64_t steps = 200;
     if (size_ > 0 && blockStart_ > reported_ && (blockStart_ - reported_) * steps >= size_) {

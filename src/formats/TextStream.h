@@ -38,8 +38,8 @@ public:
 
     /// The bytes of the file as it was when opened; 0 for something that is no regular file.
     std::int64_t size() const { return size_; }
-    /// Tells from now on with every block taken in how far the file has been read, as a part of `from` to `to`. What is
-    /// read again tells nothing.
+    /// From now on reports the progress of reading with each block, scaled to `from`..`to`. What is read again reports
+    /// nothing.
     void reportTo(ReportProgress report, double from = 0.0, double to = 1.0);
     /// Where the next byte stands, from 0; in any state.
     std::int64_t tell() const { return blockStart_ + (cursor_ - block_.get()); }

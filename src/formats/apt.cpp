@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "NumberReader.h"
 #include "PatchThinner.h"
-#include "number_reader.h"
 #include "patch_text.h"
 
 namespace velmora {

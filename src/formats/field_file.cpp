@@ -6,9 +6,9 @@
 #include <optional>
 #include <utility>
 
+#include "NumberReader.h"
 #include "apt.h"
 #include "characters.h"
-#include "number_reader.h"
 #include "patch_text.h"
 #include "thinning.h"
 

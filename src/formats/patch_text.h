@@ -6,8 +6,8 @@
 #include <span>
 #include <vector>
 
+#include "NumberWriter.h"
 #include "PatchList.h"
-#include "number_writer.h"
 #include "progress.h"
 
 namespace velmora {

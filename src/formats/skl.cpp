@@ -3,7 +3,7 @@
 #include <optional>
 #include <utility>
 
-#include "number_reader.h"
+#include "NumberReader.h"
 #include "patch_text.h"
 
 namespace velmora {
@@ -95,6 +95,7 @@ bool writeSklBlock(const std::filesystem::path& path, const PatchList& patches, 
     return savePatches(path, selectBlock(patches, blockList), precision, writeSklPatch, report);
 }
 
+// "SLK" is a misprint that is wanted: notes and scripts quote these texts.
 std::string sklMessage(const FormatFault& fault) {
     return faultMessage(
         fault, "Line header of SLK file is wrong. Compartment N= ", "Body of SLK file is wrong. Compartment N= ");

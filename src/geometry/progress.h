@@ -4,8 +4,7 @@
 
 namespace velmora {
 
-/// Is told now and then how far a long piece of work is, 0 to 1, never falling. May be empty; the work goes on to its
-/// end whatever it does.
+/// Receives the progress of long work, from 0 to 1, never falling. May be empty; it cannot stop the work.
 using ReportProgress = std::function<void(double fraction)>;
 
 } // namespace velmora

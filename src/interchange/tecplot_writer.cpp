@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <string>
 
+#include "NumberWriter.h"
 #include "SafeFile.h"
-#include "number_writer.h"
 #include "tecplot_unit.h"
 #include "zExceptions.h"
 

@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <vector>
 
+#include "NumberWriter.h"
 #include "TextStream.h"
-#include "number_writer.h"
 #include "progress.h"
 #include "zRegion.h"
 #include "zTriangulator.h"
@@ -17,7 +17,7 @@ namespace velmora {
 /// Reads and writes STL files in text form. Corners are not merged: each corner of each facet is a node of its own.
 class zSTLReader {
 public:
-    /// Is told how far reading or writing is; the caller sets it.
+    /// Receives the progress of reading or writing; the caller sets it.
     ReportProgress report;
 
     /// `blockSize` is the reading block in bytes; it has no effect on what is read.
@@ -34,7 +34,7 @@ public:
     /// FileError when the file cannot be opened or written; an old file then stands as it was.
     void write(const std::filesystem::path& fileName, const zRegion_fe& region);
 
-    /// Triangles without a normal that `write` left out.
+    /// Triangles without a normal that `write` left out. No command tells of them; tests ask.
     std::int64_t skippedFacets() const { return skippedFacets_; }
 
 private:

@@ -3,12 +3,12 @@
 #include <new>
 #include <string>
 
+#include "TecplotHeaderParser.h"
+#include "TecplotHeaderScan.h"
+#include "TecplotZoneData.h"
 #include "TextStream.h"
-#include "tecplot_header_parse.h"
-#include "tecplot_header_scan.h"
 #include "tecplot_unit.h"
 #include "tecplot_writer.h"
-#include "tecplot_zone_data.h"
 #include "zExceptions.h"
 #include "zone_conversion.h"
 

@@ -11,8 +11,8 @@ namespace velmora {
 /// Reads ordered and triangle zones from a Tecplot text file, and writes them back.
 ///
 /// The grammar is small on purpose. A scanner of characters cuts the file into header texts and numbers
-/// (tecplot_header_scan.h), a layer of regular expressions finds the keywords in a header text
-/// (tecplot_header_parse.h), and the numbers of a zone are then taken straight from the file (tecplot_zone_data.h).
+/// (TecplotHeaderScan.h), a layer of regular expressions finds the keywords in a header text
+/// (TecplotHeaderParser.h), and the numbers of a zone are then taken straight from the file (TecplotZoneData.h).
 /// Every error is of the family of zExceptions.h and names "zTecplotReader" as its file; regular expressions may also
 /// throw a std::runtime_error on a header made to be hard.
 class zTecplotReader {
@@ -21,7 +21,7 @@ public:
     const zRegion* structuredTarget = nullptr;
     const zRegion_fe* unstructuredTarget = nullptr;
 
-    /// Is told how far reading or writing is; the caller sets it.
+    /// Receives the progress of reading or writing; the caller sets it.
     ReportProgress report;
 
     /// Puts the zones of a file behind those of the two regions: ordered zones of at least 2 by 2 points and, as

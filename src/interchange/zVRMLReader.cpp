@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "SafeFile.h"
+#include "VrmlParser.h"
 #include "patch_text.h"
 #include "triangle_zone.h"
-#include "vrml_parser.h"
 #include "zExceptions.h"
 
 namespace velmora {

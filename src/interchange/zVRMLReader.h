@@ -16,7 +16,7 @@ namespace velmora {
 /// nor its transforms: it looks for that word, takes the coordinates and the faces behind it, and jumps over the rest.
 class zVRMLReader {
 public:
-    /// Is told how far reading or writing is; the caller sets it.
+    /// Receives the progress of reading or writing; the caller sets it.
     ReportProgress report;
 
     /// `blockSize` is the reading block in bytes; it has no effect on what is read.

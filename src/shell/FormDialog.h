@@ -3,8 +3,8 @@
 #include <QDialog>
 #include <vector>
 
+#include "AccessKeys.h"
 #include "DialogForm.h"
-#include "access_keys.h"
 
 class QAbstractButton;
 class QButtonGroup;

@@ -84,7 +84,7 @@ void GlViewWidget::paintView() {
 
 void GlViewWidget::paintEvent(QPaintEvent*) {
     if (canvas_ == nullptr) {
-        // What a paint computes does not hang on a picture.
+        // What a paint computes does not depend on whether there is a picture.
         paintView();
         QPainter(this).fillRect(rect(), Qt::black);
     }

@@ -257,8 +257,7 @@ std::vector<std::filesystem::path> QtUserInterface::chooseFiles(const FileReques
     return paths;
 }
 
-// ---- Status, title, busy
-// ----------------------------------------------------------------------------------------------
+// ---- Status, title, busy ------------------------------------------------------------------------
 
 void QtUserInterface::showStatus(const std::string& text) {
     status_.showText(qtText(text));

@@ -52,7 +52,7 @@ public:
     void holdMessages(bool hold);
 
 private:
-    /// The arrow in place of the wait cursor for the time that the user has the word.
+    /// The arrow in place of the wait cursor while the user is asked.
     class Turn;
 
     bool completeName(QString& file, const ChooserFilters& filters, int chosen);

@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "camera.h"
-#include "line_hits_triangle.h"
+#include "line_triangle_strict.h"
 #include "pick_boxes.h"
 
 namespace velmora {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "line_hits_triangle.h"
+#include "line_triangle_strict.h"
 
 namespace velmora {
 

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "camera.h"
-#include "line_hits_triangle.h"
+#include "line_triangle_strict.h"
 
 namespace velmora {
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "PartRebreaker.h"
 #include "coons_rebuild.h"
 #include "correct_line.h"
 #include "interpolate_section.h"
@@ -11,7 +12,6 @@
 #include "patch_curves.h"
 #include "patch_order.h"
 #include "random_patches.h"
-#include "rebreak_part.h"
 #include "regrid.h"
 #include "smooth_patch.h"
 #include "split_patch.h"

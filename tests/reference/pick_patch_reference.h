@@ -1,7 +1,7 @@
 #pragma once
 
 #include "PatchList.h"
-#include "line_hits_triangle.h"
+#include "line_triangle_strict.h"
 #include "picking.h"
 
 namespace velmora::reference {

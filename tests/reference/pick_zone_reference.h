@@ -1,6 +1,6 @@
 #pragma once
 
-#include "line_hits_triangle.h"
+#include "line_triangle_strict.h"
 #include "picking.h"
 #include "zRegion.h"
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "PatchList.h"
-#include "triangle_hit.h"
+#include "line_triangle_bounded.h"
 #include "zRegion.h"
 #include "zone_elements.h"
 
@@ -28,7 +28,7 @@ inline bool hits(const Corners3& t, const Place& direction, const Place& origin,
     const double d[] = {direction.x, direction.y, direction.z};
     const double o[] = {origin.x, origin.y, origin.z};
     double h[3];
-    if (!hitsTriangle(a, b, c, d, o, h)) {
+    if (!hitsWithinReach(a, b, c, d, o, h)) {
         return false;
     }
     hit = {h[0], h[1], h[2]};

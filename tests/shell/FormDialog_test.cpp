@@ -13,10 +13,10 @@
 #include <QRadioButton>
 #include <cstdlib>
 
+#include "AccessKeys.h"
 #include "Person.h"
 #include "RecordingUi.h"
 #include "VelmoraDoc.h"
-#include "access_keys.h"
 
 namespace velmora::test {
 namespace {

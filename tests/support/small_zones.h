@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "zRegion.h"
 
 namespace velmora::test {
@@ -35,6 +37,20 @@ inline std::unique_ptr<zBlock_fe> triangleZone(const std::string& title, const s
 /// One triangle (x, 0, z), (x + 1, 0, z), (x, 1, z).
 inline std::unique_ptr<zBlock_fe> oneTriangle(double x, double z = 0.0, const std::string& title = "zone") {
     return triangleZone(title, {{x, 0, z}, {x + 1, 0, z}, {x, 1, z}}, {0, 1, 2});
+}
+
+/// A region of one such zone.
+inline zRegion_fe triangleRegion(const std::vector<zVec<double>>& nodes, const std::vector<std::int32_t>& corners) {
+    zRegion_fe region;
+    region.blocks.push_back(triangleZone("body", nodes, corners));
+    return region;
+}
+
+/// The coordinates of a node.
+inline zVec<double> nodeOf(const zRegion_fe& region, int zone, int node) {
+    zVec<double> p;
+    EXPECT_EQ(region.getNode(zone, node, p.x, p.y, p.z), 0);
+    return p;
 }
 
 } // namespace velmora::test

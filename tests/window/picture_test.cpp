@@ -108,8 +108,7 @@ void expectLineAt(const QImage& picture, QPoint at, const QColor& wanted, const 
     ADD_FAILURE() << "no " << what << " around " << at.x() << ' ' << at.y();
 }
 
-// ---- Single pixels that follow from the rules
-// -------------------------------------------------------------------------
+// ---- Single pixels that follow from the rules ---------------------------------------------------
 
 TEST(Pixels, AnEmptyDocumentIsBlack) {
     Studio studio;
@@ -308,8 +307,7 @@ TEST(Pixels, ATextIsDrawnAsItsBitmapFromItsPointOn) {
     }
 }
 
-// ---- Whole pictures
-// -----------------------------------------------------------------------------------------------------
+// ---- Whole pictures -----------------------------------------------------------------------------
 
 /// The part of the pixels that differ by more than a shade; 1 when the sizes do.
 double difference(const QImage& picture, const QImage& wanted) {

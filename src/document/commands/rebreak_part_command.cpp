@@ -1,9 +1,9 @@
 #include <algorithm>
 
+#include "PartRebreaker.h"
 #include "VelmoraDoc.h"
 #include "messages.h"
 #include "patch_curves.h"
-#include "rebreak_part.h"
 
 namespace velmora {
 

@@ -1,6 +1,6 @@
 #include "VelmoraDoc.h"
 #include "messages.h"
-#include "reflection.h"
+#include "projection.h"
 #include "target_mesh.h"
 
 namespace velmora {

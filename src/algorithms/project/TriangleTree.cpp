@@ -1,0 +1,267 @@
+#include "TriangleTree.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "line_triangle_bounded.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr std::int32_t leafSize = 4;
+constexpr std::int32_t inner = -1;
+constexpr std::int32_t none = 0;
+/// Cells per axis of the curve along which the triangles are sorted: 2 to this power.
+constexpr int curveBits = 20;
+
+/// Rounding of a place on a line, as a part of the coordinates in question.
+constexpr double roundingPart = 1e-14;
+/// The same for the single-precision numbers of the nodes.
+constexpr double singlePart = 4e-6;
+
+using Triple = std::array<double, 3>;
+
+/// The lowest bits of `value`, each followed by two zeros: one coordinate of a Morton code.
+std::uint64_t spread(std::uint64_t value) {
+    value &= 0x1fffff;
+    value = (value | value << 32) & 0x1f00000000ffff;
+    value = (value | value << 16) & 0x1f0000ff0000ff;
+    value = (value | value << 8) & 0x100f00f00f00f00f;
+    value = (value | value << 4) & 0x10c30c30c30c30c3;
+    return (value | value << 2) & 0x1249249249249249;
+}
+
+} // namespace
+
+// ---- Building -------------------------------------------------------------------------------------------------------
+
+TriangleTree::TriangleTree(TriangleMesh mesh) : mesh_(std::move(mesh)) {
+    const std::int32_t count = mesh_.triangleCount();
+    margins_.resize(static_cast<std::size_t>(count));
+    keyed_.reserve(static_cast<std::size_t>(count));
+    for (std::int32_t t = 0; t < count; ++t) {
+        const HitReach reach = hitReach(mesh_.corner(t, 0), mesh_.corner(t, 1), mesh_.corner(t, 2));
+        margins_[static_cast<std::size_t>(t)] = reach.margin;
+        if (reach.anywhere) {
+            anywhere_.push_back(t);
+        } else {
+            keyed_.push_back({0, t});
+        }
+    }
+    if (!keyed_.empty()) {
+        sortAlongCurve();
+        nodes_.reserve(keyed_.size() / 2 + 1);
+        nodes_.emplace_back();
+        build(0, 0, static_cast<std::int32_t>(keyed_.size()));
+    }
+    order_.reserve(keyed_.size());
+    for (const Keyed& entry : keyed_) {
+        order_.push_back(entry.triangle);
+    }
+    std::vector<Keyed>().swap(keyed_);
+    std::vector<double>().swap(margins_);
+}
+
+TriangleTree::Box TriangleTree::boxOf(std::int32_t triangle, double margin) const {
+    const double* const a = mesh_.corner(triangle, 0);
+    const double* const b = mesh_.corner(triangle, 1);
+    const double* const c = mesh_.corner(triangle, 2);
+    Box box;
+    for (std::size_t i = 0; i < 3; ++i) {
+        box.lower[i] = std::min({a[i], b[i], c[i]}) - margin;
+        box.upper[i] = std::max({a[i], b[i], c[i]}) + margin;
+    }
+    return box;
+}
+
+/// Sorts the triangles by the Morton codes of their middles, along a space-filling curve, and sets centre and radius.
+void TriangleTree::sortAlongCurve() {
+    Box all = boxOf(keyed_.front().triangle, 0.0);
+    for (const Keyed& entry : keyed_) {
+        const Box box = boxOf(entry.triangle, margins_[static_cast<std::size_t>(entry.triangle)]);
+        for (std::size_t i = 0; i < 3; ++i) {
+            all.lower[i] = std::min(all.lower[i], box.lower[i]);
+            all.upper[i] = std::max(all.upper[i], box.upper[i]);
+        }
+    }
+    Triple scale{};
+    double square = 0.0;
+    for (std::size_t i = 0; i < 3; ++i) {
+        const double extent = all.upper[i] - all.lower[i];
+        centre_[i] = all.lower[i] + 0.5 * extent;
+        scale[i] = extent > 0.0 ? (std::ldexp(1.0, curveBits) - 1.0) / extent : 0.0;
+        square += extent * extent;
+        magnitude_ = std::max({magnitude_, std::abs(all.lower[i]), std::abs(all.upper[i])});
+    }
+    radius_ = 0.5 * std::sqrt(square) * (1.0 + roundingPart);
+    for (Keyed& entry : keyed_) {
+        const Box box = boxOf(entry.triangle, 0.0);
+        for (std::size_t i = 0; i < 3; ++i) {
+            const double middle = 0.5 * box.lower[i] + 0.5 * box.upper[i] - all.lower[i];
+            const double cell = std::clamp(middle * scale[i], 0.0, std::ldexp(1.0, curveBits) - 1.0);
+            entry.key |= spread(static_cast<std::uint64_t>(cell)) << i;
+        }
+    }
+    std::sort(keyed_.begin(), keyed_.end(),
+              [](const Keyed& a, const Keyed& b) { return a.key != b.key ? a.key < b.key : a.triangle < b.triangle; });
+}
+
+/// Where a stretch of the curve is split: at the highest bit in which its keys differ, or in the middle.
+std::int32_t TriangleTree::splitOf(std::int32_t begin, std::int32_t end) const {
+    const auto at = keyed_.begin();
+    const std::uint64_t differing = (at + begin)->key ^ (at + end - 1)->key;
+    if (differing == 0) {
+        return begin + (end - begin) / 2;
+    }
+    std::uint64_t bit = std::uint64_t{1} << 63;
+    while ((differing & bit) == 0) {
+        bit >>= 1;
+    }
+    const auto split = std::partition_point(at + begin, at + end, [bit](const Keyed& k) { return (k.key & bit) == 0; });
+    return static_cast<std::int32_t>(split - at);
+}
+
+TriangleTree::Box TriangleTree::build(std::int32_t node, std::int32_t begin, std::int32_t end) {
+    std::array<std::int32_t, width + 1> cuts{begin, begin, begin, end, end};
+    if (end - begin > 1) {
+        cuts[2] = splitOf(begin, end);
+        cuts[1] = cuts[2] - begin > 1 ? splitOf(begin, cuts[2]) : begin;
+        cuts[3] = end - cuts[2] > 1 ? splitOf(cuts[2], end) : end;
+    }
+    constexpr double far = std::numeric_limits<double>::infinity();
+    Box all{{far, far, far}, {-far, -far, -far}};
+    for (std::size_t slot = 0; slot < width; ++slot) {
+        if (cuts[slot] == cuts[slot + 1]) {
+            continue;
+        }
+        const Box box = fillSlot(node, slot, cuts[slot], cuts[slot + 1]);
+        for (std::size_t i = 0; i < 3; ++i) {
+            all.lower[i] = std::min(all.lower[i], box.lower[i]);
+            all.upper[i] = std::max(all.upper[i], box.upper[i]);
+        }
+    }
+    return all;
+}
+
+TriangleTree::Box TriangleTree::fillSlot(std::int32_t node, std::size_t slot, std::int32_t begin, std::int32_t end) {
+    Box box;
+    std::int32_t first = begin;
+    std::int32_t count = end - begin;
+    if (count <= leafSize) {
+        for (std::int32_t k = begin; k < end; ++k) {
+            const std::int32_t t = keyed_[static_cast<std::size_t>(k)].triangle;
+            const Box one = boxOf(t, margins_[static_cast<std::size_t>(t)]);
+            for (std::size_t i = 0; i < 3; ++i) {
+                box.lower[i] = k == begin ? one.lower[i] : std::min(box.lower[i], one.lower[i]);
+                box.upper[i] = k == begin ? one.upper[i] : std::max(box.upper[i], one.upper[i]);
+            }
+        }
+    } else {
+        first = static_cast<std::int32_t>(nodes_.size());
+        count = inner;
+        nodes_.emplace_back();
+        box = build(first, begin, end);
+    }
+    Node& stored = nodes_[static_cast<std::size_t>(node)];
+    stored.first[slot] = first;
+    stored.count[slot] = count;
+    storeBox(stored, slot, box);
+    return box;
+}
+
+void TriangleTree::storeBox(Node& node, std::size_t slot, const Box& box) const {
+    for (std::size_t i = 0; i < 3; ++i) {
+        node.middle[i][slot] = static_cast<float>(0.5 * (box.lower[i] + box.upper[i]) - centre_[i]);
+        node.half[i][slot] = static_cast<float>(0.5 * (box.upper[i] - box.lower[i]));
+    }
+}
+
+// ---- Lines ----------------------------------------------------------------------------------------------------------
+
+/// A line, once as it was given and once as the nodes need it.
+struct TriangleTree::Ray {
+    Triple direction{};
+    Triple origin{};
+    std::array<float, 3> along{};
+    std::array<float, 3> extent{}; ///< absolute values of `along`
+    std::array<float, 3> from{};   ///< the point of the line that is next to the centre, about the centre
+    float slack = 0.0F;
+};
+
+void TriangleTree::judge(std::int32_t triangle, const Ray& ray, std::vector<LineHit>& hits) const {
+    double place[3];
+    if (hitsWithinReach(mesh_.corner(triangle, 0), mesh_.corner(triangle, 1), mesh_.corner(triangle, 2),
+                        ray.direction.data(), ray.origin.data(), place)) {
+        hits.push_back({triangle, {place[0], place[1], place[2]}});
+    }
+}
+
+void TriangleTree::findHits(const zVec<double>& direction, const zVec<double>& origin,
+                            std::vector<LineHit>& hits) const {
+    hits.clear();
+    if (!(std::isfinite(direction.x) && std::isfinite(direction.y) && std::isfinite(direction.z))) {
+        return;
+    }
+    Ray ray;
+    ray.direction = {direction.x, direction.y, direction.z};
+    ray.origin = {origin.x, origin.y, origin.z};
+    const zVec<double> centre(centre_[0], centre_[1], centre_[2]);
+    const zVec<double> next = origin + direction * dot(centre - origin, direction) - centre;
+    // Rounding moves places on the line by this much, on the way to the point next to the centre too.
+    const double rounding =
+        roundingPart * (std::abs(origin.x) + std::abs(origin.y) + std::abs(origin.z) + magnitude_ + radius_);
+    if (!nodes_.empty() && !(std::sqrt(dot(next, next)) > radius_ + rounding)) {
+        ray.along = {static_cast<float>(direction.x), static_cast<float>(direction.y), static_cast<float>(direction.z)};
+        ray.from = {static_cast<float>(next.x), static_cast<float>(next.y), static_cast<float>(next.z)};
+        for (std::size_t i = 0; i < 3; ++i) {
+            ray.extent[i] = std::abs(ray.along[i]);
+        }
+        ray.slack =
+            static_cast<float>(2.0 * rounding + singlePart * (radius_ + rounding)) + std::numeric_limits<float>::min();
+        walk(ray, hits);
+    }
+    for (const std::int32_t triangle : anywhere_) {
+        judge(triangle, ray, hits);
+    }
+    std::sort(hits.begin(), hits.end(), [](const LineHit& a, const LineHit& b) { return a.triangle < b.triangle; });
+}
+
+/// A line misses a box when one of the cross products of the line with the three axes separates them. What
+/// cannot be told from rounding, and what is not a number, counts as met.
+void TriangleTree::walk(const Ray& ray, std::vector<LineHit>& hits) const {
+    // Four slots a node and at most 64 levels: two splits of the curve's 60 bits a level, then halves of equal keys.
+    std::array<std::int32_t, 256> stack;
+    std::size_t depth = 0;
+    stack[depth++] = 0;
+    while (depth > 0) {
+        const Node& node = nodes_[static_cast<std::size_t>(stack[--depth])];
+        std::array<int, width> missed{};
+        for (std::size_t i = 0; i < 3; ++i) {
+            const std::size_t j = (i + 1) % 3;
+            const std::size_t k = (i + 2) % 3;
+            for (std::size_t slot = 0; slot < width; ++slot) {
+                const float apart = ray.along[j] * (node.middle[k][slot] - ray.from[k]) -
+                                    ray.along[k] * (node.middle[j][slot] - ray.from[j]);
+                const float reach = ray.extent[j] * node.half[k][slot] + ray.extent[k] * node.half[j][slot] + ray.slack;
+                missed[slot] |= std::abs(apart) > reach ? 1 : 0;
+            }
+        }
+        for (std::size_t slot = 0; slot < width; ++slot) {
+            const std::int32_t count = node.count[slot];
+            if (missed[slot] != 0 || count == none) {
+                continue;
+            }
+            if (count == inner) {
+                stack[depth++] = node.first[slot];
+                continue;
+            }
+            for (std::int32_t k = 0; k < count; ++k) {
+                judge(order_[static_cast<std::size_t>(node.first[slot]) + static_cast<std::size_t>(k)], ray, hits);
+            }
+        }
+    }
+}
+
+} // namespace velmora

@@ -1,0 +1,142 @@
+#include "rebreak_patch.h"
+
+#include <algorithm>
+
+#include "Respacer.h"
+
+namespace velmora {
+
+namespace {
+
+std::size_t sizeOf(std::int32_t count) {
+    return static_cast<std::size_t>(std::max(count, 0));
+}
+
+/// Re-spaces one stretch after the other by one law.
+class StretchRebreaker {
+public:
+    StretchRebreaker(const RebreakLaw& law, std::vector<double> measuredLaw)
+        : law_(law), measured_(std::move(measuredLaw)) {
+        // The law covers every output: past the measured curve it stays at its end.
+        const double end = measured_.empty() ? 0.0 : measured_.back();
+        measured_.resize(std::max(measured_.size(), sizeOf(law.newCount)), end);
+    }
+
+    void clear() { respacer_.clear(); }
+    void add(const zVec<double>& point) { respacer_.add(point); }
+    zVec<double> output(std::int32_t i) const { return respacer_.output(i); }
+
+    /// Fills the outputs from the points added, of which there are at least two.
+    void run() {
+        if (respacer_.count() > 3) {
+            respacer_.dropCoincident();
+        }
+        if (law_.fitToLawCurve && !(measured_.back() > 0)) {
+            respacer_.respace(law_.spline, law_.newCount, 1.0, law_.exactness); // no length tells no spacing
+        } else if (law_.fitToLawCurve) {
+            scratchLaw_ = measured_; // the kernel changes it in place
+            respacer_.respaceByLaw(law_.spline, law_.newCount, law_.exactness, scratchLaw_.data());
+        } else {
+            respacer_.respace(law_.spline, law_.newCount, law_.compression, law_.exactness);
+        }
+    }
+
+private:
+    const RebreakLaw& law_;
+    std::vector<double> measured_;
+    std::vector<double> scratchLaw_;
+    Respacer respacer_;
+};
+
+/// Cuts the range of curves to the `count` curves that there are.
+void cutCurves(RebreakLaw& law, std::int32_t count) {
+    law.firstCurve = std::max(law.firstCurve, 0);
+    law.lastCurve = std::min(law.lastCurve, count);
+    law.lawCurve = std::clamp(law.lawCurve, 0, std::max(count - 1, 0));
+}
+
+void cutStretchToSection(RebreakLaw& law, std::int32_t points) {
+    if (law.firstPoint > points) {
+        law.firstPoint = std::max(points - 1, 1);
+    }
+    law.lastPoint = std::min(law.lastPoint, points);
+}
+
+} // namespace
+
+void rebreakSections(Patch& patch, RebreakLaw& law) {
+    cutCurves(law, countOf(patch));
+    if (law.firstCurve >= law.lastCurve || law.newCount < 2) {
+        return;
+    }
+    // The law and the tail's bound are those of the captured section as it was.
+    const PointList& lawSection = patch[sizeOf(law.lawCurve)];
+    const std::size_t tailBound = lawSection.size();
+    StretchRebreaker rebreaker(law, runningLength(lawSection.size(), [&](std::size_t i) { return lawSection[i]; }));
+    PointList rebuilt;
+    for (std::int32_t n = law.firstCurve; n < law.lastCurve; ++n) {
+        PointList& section = patch[sizeOf(n)];
+        cutStretchToSection(law, countOf(section));
+        if (law.lastPoint - law.firstPoint + 1 < 2) {
+            continue;
+        }
+        const auto first = sizeOf(law.firstPoint - 1);
+        const auto behind = sizeOf(law.lastPoint);
+        rebreaker.clear();
+        std::for_each(section.begin() + law.firstPoint - 1, section.begin() + law.lastPoint,
+                      [&](const zVec<double>& p) { rebreaker.add(p); });
+        rebreaker.run();
+        const std::size_t tailEnd = std::max(std::min(tailBound, section.size()), behind);
+        rebuilt.clear();
+        rebuilt.reserve(first + sizeOf(law.newCount) + (tailEnd - behind));
+        rebuilt.insert(rebuilt.end(), section.begin(), section.begin() + law.firstPoint - 1);
+        for (std::int32_t i = 0; i < law.newCount; ++i) {
+            rebuilt.push_back(rebreaker.output(i));
+        }
+        rebuilt.insert(rebuilt.end(), section.begin() + law.lastPoint,
+                       section.begin() + static_cast<std::ptrdiff_t>(tailEnd));
+        section.swap(rebuilt);
+    }
+}
+
+void rebreakLines(Patch& patch, RebreakLaw& law) {
+    const std::int32_t sections = countOf(patch);
+    const std::int32_t lines = lineCount(patch);
+    cutCurves(law, lines);
+    law.firstPoint = std::clamp(law.firstPoint, 1, std::max(sections, 1));
+    law.lastPoint = std::min(law.lastPoint, sections);
+    if (law.firstCurve >= law.lastCurve || law.newCount < 2 || law.lastPoint - law.firstPoint + 1 < 2 ||
+        regularityOf({patch}) != Regularity::Regular) {
+        return;
+    }
+    const auto lawLine = sizeOf(law.lawCurve);
+    StretchRebreaker rebreaker(law, runningLength(patch.size(), [&](std::size_t n) { return patch[n][lawLine]; }));
+
+    const PointList blank(sizeOf(lines), patch.front().front());
+    Patch rebuilt(patch.begin(), patch.begin() + law.firstPoint - 1);
+    rebuilt.insert(rebuilt.end(), sizeOf(law.newCount), blank);
+    rebuilt.insert(rebuilt.end(), patch.begin() + law.lastPoint, patch.end());
+
+    const auto first = sizeOf(law.firstPoint - 1);
+    const auto behind = sizeOf(law.lastPoint);
+    for (std::int32_t line = 0; line < lines; ++line) {
+        const auto j = sizeOf(line);
+        if (line < law.firstCurve || line >= law.lastCurve) {
+            for (std::size_t s = first; s < std::min(behind, rebuilt.size()); ++s) {
+                rebuilt[s][j] = patch[s][j];
+            }
+            continue;
+        }
+        rebreaker.clear();
+        for (std::size_t s = first; s < behind; ++s) {
+            rebreaker.add(patch[s][j]);
+        }
+        rebreaker.run();
+        for (std::int32_t i = 0; i < law.newCount; ++i) {
+            rebuilt[first + sizeOf(i)][j] = rebreaker.output(i);
+        }
+    }
+    patch.swap(rebuilt);
+}
+
+} // namespace velmora

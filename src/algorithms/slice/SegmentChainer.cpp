@@ -1,0 +1,269 @@
+#include "SegmentChainer.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <limits>
+
+namespace velmora {
+
+namespace {
+
+/// Above the largest difference of points that are the same, in parts of their largest coordinate; a power of two.
+constexpr double reach = 1.0 / (std::uint64_t{1} << 33);
+/// Cells have this width in parts of the power of two below the largest coordinate: wide against the reach, so that a
+/// point rarely looks into more than one, and narrow against the distance of points.
+constexpr int cellBits = 26;
+/// Points whose exponent is below this one share a cell: their cells' width would not be a normal number.
+constexpr int leastExponent = 64;
+
+/// The exponent of a number as it is stored, not below `leastExponent`.
+int levelOf(double magnitude) {
+    const auto exponent = static_cast<int>((std::bit_cast<std::uint64_t>(magnitude) >> 52) & 0x7ff);
+    return exponent < leastExponent ? leastExponent : exponent;
+}
+
+/// 1 over the width of the cells of a level; 0 puts all points of the least level into one.
+double cellsPerUnit(int level) {
+    if (level == leastExponent) {
+        return 0.0;
+    }
+    return std::bit_cast<double>(static_cast<std::uint64_t>(2046 + cellBits - level) << 52);
+}
+
+std::uint64_t mixed(std::uint64_t value) {
+    value *= 0x9e3779b97f4a7c15U;
+    return value ^ (value >> 32);
+}
+
+std::uint32_t bucketOf(int level, std::int64_t u, std::int64_t v, std::size_t buckets) {
+    const std::uint64_t cell =
+        mixed(static_cast<std::uint64_t>(u) + mixed(static_cast<std::uint64_t>(v))) + static_cast<std::uint64_t>(level);
+    return static_cast<std::uint32_t>(mixed(cell) >> 20) & static_cast<std::uint32_t>(buckets - 1);
+}
+
+std::int64_t cellOf(double coordinate, double perUnit) {
+    return static_cast<std::int64_t>(std::floor(coordinate * perUnit));
+}
+
+/// A number past the largest ones becomes the largest.
+double finite(double number) {
+    constexpr double largest = std::numeric_limits<double>::max();
+    return std::clamp(number, -largest, largest);
+}
+
+/// Whether `samePoint` can accept a point at all.
+bool canBeSame(const SlicePoint& p, double magnitude) {
+    const bool allFinite = std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]);
+    return allFinite && (magnitude == 0.0 || std::isfinite(1.0 / magnitude));
+}
+
+} // namespace
+
+// ---- PointCells -----------------------------------------------------------------------------------------------------
+
+PointCells::PointCells(int axis) : u_(axis == 0 ? 1 : 0), v_(axis == 2 ? 1 : 2) {}
+
+void PointCells::reset(std::size_t points, std::size_t numbers) {
+    heads_.assign(std::bit_ceil(2 * points + 1), -1);
+    next_.resize(numbers);
+}
+
+void PointCells::put(const SlicePoint& point, std::int32_t number) {
+    const double magnitude = largestCoordinate(point);
+    if (!canBeSame(point, magnitude)) {
+        return;
+    }
+    const int level = levelOf(magnitude);
+    const double perUnit = cellsPerUnit(level);
+    std::int32_t& first =
+        heads_[bucketOf(level, cellOf(point[u_], perUnit), cellOf(point[v_], perUnit), heads_.size())];
+    if (static_cast<std::size_t>(number) >= next_.size()) {
+        next_.resize(static_cast<std::size_t>(number) + 1);
+    }
+    next_[static_cast<std::size_t>(number)] = first;
+    first = number;
+}
+
+PointCells::Buckets PointCells::near(const SlicePoint& point) const {
+    Buckets found;
+    const double magnitude = largestCoordinate(point);
+    if (!canBeSame(point, magnitude)) {
+        return found;
+    }
+    const double radius = magnitude * reach;
+    const int lowest = levelOf(magnitude - radius);
+    const int highest = levelOf(magnitude + radius);
+    for (int level = lowest; level <= highest; ++level) {
+        const double perUnit = cellsPerUnit(level);
+        const std::int64_t lastU = cellOf(finite(point[u_] + radius), perUnit);
+        const std::int64_t lastV = cellOf(finite(point[v_] + radius), perUnit);
+        for (std::int64_t u = cellOf(finite(point[u_] - radius), perUnit); u <= lastU; ++u) {
+            for (std::int64_t v = cellOf(finite(point[v_] - radius), perUnit); v <= lastV; ++v) {
+                found.bucket[found.count++] = bucketOf(level, u, v, heads_.size());
+            }
+        }
+    }
+    return found;
+}
+
+// ---- SegmentChainer -------------------------------------------------------------------------------------------------
+
+SegmentChainer::SegmentChainer(int axis) : ends_(axis), dots_(axis), linePoints_(axis) {}
+
+/// Puts the segments' ends into the hash, from the last to the first; degenerate segments, dots, into one of their own.
+void SegmentChainer::arrange() {
+    const std::size_t count = segments_.size();
+    ends_.reset(2 * count, 2 * count);
+    walked_.assign(count, 0);
+    headPass_.assign(ends_.bucketCount(), 0);
+    passHead_.resize(ends_.bucketCount());
+    pass_ = 0;
+    cursor_ = 0;
+    hasDots_ = false;
+    for (std::size_t i = count; i-- > 0;) {
+        const SliceSegment& segment = segments_[i];
+        const bool dot = samePoint(segment.first, segment.second);
+        if (dot && !hasDots_) {
+            hasDots_ = true;
+            dots_.reset(count, 2 * count);
+        }
+        PointCells& cells = dot ? dots_ : ends_;
+        cells.put(segment.second, static_cast<std::int32_t>(2 * i + 1));
+        cells.put(segment.first, static_cast<std::int32_t>(2 * i));
+    }
+}
+
+bool SegmentChainer::touchesLine(const SlicePoint& point) const {
+    const PointCells::Buckets near = linePoints_.near(point);
+    for (int i = 0; i < near.count; ++i) {
+        for (std::int32_t n = linePoints_.head(near.bucket[i]); n >= 0; n = linePoints_.next(n)) {
+            if (samePoint(point, pointsOfLines_[static_cast<std::size_t>(n)])) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+/// A segment that cannot start a line now never can, as lines are only added; so the search goes on from the last
+/// start.
+std::optional<std::size_t> SegmentChainer::nextStart() {
+    while (cursor_ < segments_.size()) {
+        const std::size_t segment = cursor_++;
+        const auto& [first, second] = segments_[segment];
+        if (!samePoint(first, second) && (pointsOfLines_.empty() || (!touchesLine(first) && !touchesLine(second)))) {
+            return segment;
+        }
+    }
+    return std::nullopt;
+}
+
+void SegmentChainer::keepPoints(const SliceLine& line) {
+    if (pointsOfLines_.empty()) {
+        linePoints_.reset(segments_.size(), segments_.size() + 1);
+    }
+    for (const SlicePoint& point : line) {
+        linePoints_.put(point, static_cast<std::int32_t>(pointsOfLines_.size()));
+        pointsOfLines_.push_back(point);
+    }
+}
+
+/// The ends of a bucket in the order of the segments, up to the first that the line can go on over.
+void SegmentChainer::tryBucket(std::uint32_t bucket, const SliceLine& line, std::optional<Step>& best) {
+    if (headPass_[bucket] != pass_) {
+        headPass_[bucket] = pass_;
+        passHead_[bucket] = ends_.head(bucket);
+    }
+    const auto wasWalked = [this](std::int32_t end) { return walked_[static_cast<std::size_t>(end / 2)] == pass_; };
+    std::int32_t& head = passHead_[bucket];
+    while (head >= 0 && wasWalked(head)) {
+        head = ends_.next(head);
+    }
+    const SlicePoint& at = line.back();
+    for (std::int32_t end = head; end >= 0; end = ends_.next(end)) {
+        const auto segment = static_cast<std::size_t>(end / 2);
+        if (best && segment >= best->segment) {
+            return;
+        }
+        const auto& [first, second] = segments_[segment];
+        const bool fromFirst = samePoint(at, first);
+        if (wasWalked(end) || (!fromFirst && !samePoint(at, second))) {
+            continue;
+        }
+        const SlicePoint& to = fromFirst ? second : first;
+        if (line.size() == 1 || !samePoint(line[line.size() - 2], to)) {
+            best = Step{segment, to};
+            return;
+        }
+    }
+}
+
+/// Over a degenerate segment a line goes as its first step only, and is closed by it.
+void SegmentChainer::tryDots(const SlicePoint& at, std::optional<Step>& best) const {
+    const PointCells::Buckets near = dots_.near(at);
+    for (int i = 0; i < near.count; ++i) {
+        for (std::int32_t end = dots_.head(near.bucket[i]); end >= 0; end = dots_.next(end)) {
+            const auto segment = static_cast<std::size_t>(end / 2);
+            if (best && segment >= best->segment) {
+                break;
+            }
+            const auto& [first, second] = segments_[segment];
+            const bool fromFirst = samePoint(at, first);
+            if (fromFirst || samePoint(at, second)) {
+                best = Step{segment, fromFirst ? second : first};
+                break;
+            }
+        }
+    }
+}
+
+std::optional<SegmentChainer::Step> SegmentChainer::nextStep(const SliceLine& line) {
+    std::optional<Step> best;
+    const SlicePoint& at = line.back();
+    const bool single = line.size() == 1;
+    if (!single && samePoint(at, line.front())) {
+        return best; // closed
+    }
+    const PointCells::Buckets near = ends_.near(at);
+    for (int i = 0; i < near.count; ++i) {
+        tryBucket(near.bucket[i], line, best);
+    }
+    if (single && hasDots_) {
+        tryDots(at, best);
+    }
+    return best;
+}
+
+void SegmentChainer::extend(SliceLine& line) {
+    ++pass_;
+    while (const auto step = nextStep(line)) {
+        walked_[step->segment] = pass_;
+        line.push_back(step->to);
+    }
+}
+
+void SegmentChainer::chain(std::span<const SliceSegment> segments, std::vector<SliceLine>& lines) {
+    if (segments.empty()) {
+        return;
+    }
+    segments_ = segments;
+    arrange();
+    pointsOfLines_.clear();
+    std::size_t steps = 0;
+    std::optional<std::size_t> start = nextStart();
+    for (start = start.value_or(0); start; start = nextStart()) {
+        SliceLine line{segments[*start].first};
+        extend(line);
+        std::reverse(line.begin(), line.end());
+        extend(line);
+        steps += line.size() - 1;
+        lines.push_back(std::move(line));
+        if (steps == segments.size()) {
+            return;
+        }
+        keepPoints(lines.back());
+    }
+}
+
+} // namespace velmora

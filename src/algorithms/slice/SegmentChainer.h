@@ -1,0 +1,91 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "slice_points.h"
+
+namespace velmora {
+
+/// Finds, among points of one plane, those that `samePoint` may accept for a point. A spatial hash: points lie in cells
+/// whose width goes with the points' largest coordinate, as the tolerance does, and cells are hashed to buckets.
+/// Numbers rise within a bucket if they were put in from the last to the first.
+class PointCells {
+public:
+    /// The buckets that hold every point that `samePoint` accepts for one point, and others.
+    struct Buckets {
+        std::uint32_t bucket[8];
+        int count = 0;
+    };
+
+    /// `axis` is the one across the plane.
+    explicit PointCells(int axis);
+
+    /// Empties the cells for about `points` points, numbered from 0 to less than `numbers`.
+    void reset(std::size_t points, std::size_t numbers);
+    /// Puts a point in front of those of its bucket. One that is never the same as any point is left out. A number
+    /// beyond those of reset makes room for itself.
+    void put(const SlicePoint& point, std::int32_t number);
+    Buckets near(const SlicePoint& point) const;
+
+    /// The first number of a bucket, and the one behind a number; -1 for none.
+    std::int32_t& head(std::uint32_t bucket) { return heads_[bucket]; }
+    std::int32_t head(std::uint32_t bucket) const { return heads_[bucket]; }
+    std::int32_t next(std::int32_t number) const { return next_[static_cast<std::size_t>(number)]; }
+    std::size_t bucketCount() const { return heads_.size(); }
+
+private:
+    std::size_t u_;
+    std::size_t v_;
+    std::vector<std::int32_t> heads_;
+    std::vector<std::int32_t> next_;
+};
+
+/// Chains the segments of one plane after the other to lines.
+class SegmentChainer {
+public:
+    /// `axis` is the one across the planes.
+    explicit SegmentChainer(int axis);
+
+    /// Appends the lines of one plane, in the order of their making.
+    ///
+    /// A line starts at the first segment of some length that touches no earlier line; of segments without length alone
+    /// the first one makes a line. It runs on, from its end, over the first segment in order that does not lead back,
+    /// has a length and was not walked since the line turned; it stops when its ends meet. Then the same is done from
+    /// its start. No segment starts two lines. The plane is finished when the lines have as many steps as the plane has
+    /// segments, or no start is left. Without these rules a T-junction, a figure eight or a coordinate that is not
+    /// finite would keep the chaining going for ever.
+    void chain(std::span<const SliceSegment> segments, std::vector<SliceLine>& lines);
+
+private:
+    struct Step {
+        std::size_t segment;
+        SlicePoint to;
+    };
+
+    void arrange();
+    std::optional<std::size_t> nextStart();
+    bool touchesLine(const SlicePoint& point) const;
+    void extend(SliceLine& line);
+    std::optional<Step> nextStep(const SliceLine& line);
+    void tryBucket(std::uint32_t bucket, const SliceLine& line, std::optional<Step>& best);
+    void tryDots(const SlicePoint& at, std::optional<Step>& best) const;
+    void keepPoints(const SliceLine& line);
+
+    std::span<const SliceSegment> segments_;
+    PointCells ends_; ///< end e of segment s has the number 2 s + e
+    PointCells dots_; ///< the same for segments without length
+    bool hasDots_ = false;
+    PointCells linePoints_;
+    std::vector<SlicePoint> pointsOfLines_;
+    std::vector<std::uint32_t> walked_;   ///< for each segment, the last pass that walked it
+    std::vector<std::uint32_t> headPass_; ///< for each bucket of ends, the pass of its entry in passHead_
+    std::vector<std::int32_t> passHead_;  ///< the first end in it of a segment that was not walked
+    std::uint32_t pass_ = 0;
+    std::size_t cursor_ = 0; ///< all segments before it can start no line any more
+};
+
+} // namespace velmora

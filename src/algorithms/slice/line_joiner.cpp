@@ -1,0 +1,335 @@
+#include "line_joiner.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <utility>
+
+namespace velmora {
+
+namespace {
+
+/// With fewer lines in a plane a hash of their ends does not pay.
+constexpr std::size_t fewLines = 64;
+
+/// Which ends meet, in the order in which they are tried.
+enum class Meeting { None, LastToFirst, LastToLast, FirstToFirst, FirstToLast };
+
+/// The line that grows. It is reversed by a flag.
+class GrowingLine {
+public:
+    explicit GrowingLine(const SliceLine& line) : points_(line.begin(), line.end()) {}
+
+    const SlicePoint& first() const { return reversed_ ? points_.back() : points_.front(); }
+    const SlicePoint& last() const { return reversed_ ? points_.front() : points_.back(); }
+
+    void take(const SliceLine& line, Meeting meeting) {
+        if (meeting == Meeting::FirstToFirst || meeting == Meeting::FirstToLast) {
+            reversed_ = !reversed_;
+        }
+        if (meeting == Meeting::LastToLast || meeting == Meeting::FirstToLast) {
+            append(line.rbegin(), line.rend());
+        } else {
+            append(line.begin(), line.end());
+        }
+    }
+
+    SliceLine points() const {
+        return reversed_ ? SliceLine(points_.rbegin(), points_.rend()) : SliceLine(points_.begin(), points_.end());
+    }
+
+private:
+    template <class Iterator>
+    void append(Iterator from, Iterator to) {
+        if (reversed_) {
+            std::for_each(from, to, [this](const SlicePoint& point) { points_.push_front(point); });
+        } else {
+            points_.insert(points_.end(), from, to);
+        }
+    }
+
+    std::deque<SlicePoint> points_;
+    bool reversed_ = false;
+};
+
+/// Lets lines grow, with one way to find the next line to take.
+class Joiner {
+public:
+    Joiner(const std::vector<SliceLine>& lines, int axis, double precision, JoinedLines& joined)
+        : lines_(lines), axis_(static_cast<std::size_t>(axis)), precision_(precision), joined_(joined),
+          used_(lines.size(), false) {}
+
+    /// The rule itself, over the lines from `from` to before `to`.
+    void joinPlainly(std::size_t from, std::size_t to);
+    /// The same for lines of one plane.
+    void joinByCells(std::size_t from, std::size_t to);
+    bool isUsed(std::size_t line) const { return used_[line]; }
+
+private:
+    /// The line to take next, or with Meeting::None the one that grows next.
+    struct Choice {
+        std::size_t line;
+        Meeting meeting;
+    };
+    class EndCells;
+
+    void start(std::size_t line);
+    void take(const Choice& choice);
+    void finish() { joined_.lines.push_back(growing_->points()); }
+    bool near(const SlicePoint& a, const SlicePoint& b) const;
+    Meeting meetingWith(const SliceLine& line) const;
+    bool inPlaneOfGrowing(std::size_t line) const {
+        return samePlane(lines_[line].front()[axis_], growing_->last()[axis_]);
+    }
+    Choice chosenPlainly(std::size_t from, std::size_t to) const;
+
+    const std::vector<SliceLine>& lines_;
+    std::size_t axis_;
+    double precision_;
+    JoinedLines& joined_;
+    std::vector<bool> used_;
+    std::optional<GrowingLine> growing_;
+};
+
+void Joiner::start(std::size_t line) {
+    growing_.emplace(lines_[line]);
+    used_[line] = true;
+}
+
+void Joiner::take(const Choice& choice) {
+    if (choice.meeting == Meeting::None) {
+        finish();
+        start(choice.line);
+    } else {
+        growing_->take(lines_[choice.line], choice.meeting);
+        used_[choice.line] = true;
+    }
+}
+
+bool Joiner::near(const SlicePoint& a, const SlicePoint& b) const {
+    const double dx = a[0] - b[0];
+    const double dy = a[1] - b[1];
+    const double dz = a[2] - b[2];
+    return dx * dx + dy * dy + dz * dz <= precision_ * precision_;
+}
+
+Meeting Joiner::meetingWith(const SliceLine& line) const {
+    if (near(growing_->last(), line.front())) {
+        return Meeting::LastToFirst;
+    }
+    if (near(growing_->last(), line.back())) {
+        return Meeting::LastToLast;
+    }
+    if (near(growing_->first(), line.front())) {
+        return Meeting::FirstToFirst;
+    }
+    return near(growing_->first(), line.back()) ? Meeting::FirstToLast : Meeting::None;
+}
+
+/// `from` must not be used.
+Joiner::Choice Joiner::chosenPlainly(std::size_t from, std::size_t to) const {
+    std::size_t line = from;
+    while (inPlaneOfGrowing(line)) {
+        if (const Meeting meeting = meetingWith(lines_[line]); meeting != Meeting::None) {
+            return {line, meeting};
+        }
+        std::size_t next = line + 1;
+        while (next < to && used_[next]) {
+            ++next;
+        }
+        std::size_t inPlane = next;
+        while (inPlane < to && (used_[inPlane] || !inPlaneOfGrowing(inPlane))) {
+            ++inPlane;
+        }
+        if (inPlane == to) {
+            break;
+        }
+        line = next;
+    }
+    return {line, Meeting::None};
+}
+
+void Joiner::joinPlainly(std::size_t from, std::size_t to) {
+    start(from);
+    for (std::size_t first = from + 1; first < to;) {
+        if (used_[first]) {
+            ++first;
+        } else {
+            take(chosenPlainly(first, to));
+        }
+    }
+    finish();
+}
+
+/// The ends of the lines of one plane, in square cells of twice the precision.
+class Joiner::EndCells {
+public:
+    EndCells(const Joiner& joiner, std::size_t from, std::size_t to)
+        : joiner_(joiner), u_(joiner.axis_ == 0 ? 1 : 0), v_(joiner.axis_ == 2 ? 1 : 2), from_(from),
+          heads_(std::bit_ceil(4 * (to - from)), -1), next_(2 * (to - from)) {
+        for (std::size_t line = to; line-- > from;) {
+            put(joiner.lines_[line].back(), 2 * (line - from) + 1);
+            put(joiner.lines_[line].front(), 2 * (line - from));
+        }
+    }
+
+    /// The first line that meets the growing one and has an end near `point`, if it comes before `best`.
+    void findNear(const SlicePoint& point, std::optional<Choice>& best) {
+        const auto [us, vs] = std::pair(cellsAround(point[u_]), cellsAround(point[v_]));
+        for (const double u : us) {
+            for (const double v : vs) {
+                lookInto(heads_[bucketOf(u, v)], best);
+            }
+        }
+    }
+
+private:
+    double cell(double coordinate) const { return std::floor(coordinate / (2.0 * joiner_.precision_)); }
+
+    /// The cells of all coordinates within the precision. Where cells are finer than numbers, those are the same.
+    std::array<double, 4> cellsAround(double coordinate) const {
+        const double margin = 1.01 * joiner_.precision_;
+        const double lowest = cell(coordinate - margin);
+        return {lowest, lowest + 1.0, cell(coordinate), cell(coordinate + margin)};
+    }
+
+    std::size_t bucketOf(double u, double v) const {
+        const auto bits = [](double number) { return std::bit_cast<std::uint64_t>(number + 0.0); };
+        constexpr std::uint64_t factor = 0x9e3779b97f4a7c15U;
+        return (((bits(u) * factor) ^ (bits(u) >> 29)) + bits(v)) * factor >> 20 & (heads_.size() - 1);
+    }
+
+    void put(const SlicePoint& point, std::size_t end) {
+        std::int64_t& head = heads_[bucketOf(cell(point[u_]), cell(point[v_]))];
+        next_[end] = head;
+        head = static_cast<std::int64_t>(end);
+    }
+
+    /// Lines rise within a bucket; those that are used at its head go for good.
+    void lookInto(std::int64_t& head, std::optional<Choice>& best) {
+        const auto lineOf = [this](std::int64_t end) { return from_ + static_cast<std::size_t>(end) / 2; };
+        while (head >= 0 && joiner_.used_[lineOf(head)]) {
+            head = next_[static_cast<std::size_t>(head)];
+        }
+        for (std::int64_t end = head; end >= 0; end = next_[static_cast<std::size_t>(end)]) {
+            const std::size_t line = lineOf(end);
+            if (best && line >= best->line) {
+                return;
+            }
+            const Meeting meeting = joiner_.used_[line] ? Meeting::None : joiner_.meetingWith(joiner_.lines_[line]);
+            if (meeting != Meeting::None) {
+                best = Choice{line, meeting};
+                return;
+            }
+        }
+    }
+
+    const Joiner& joiner_;
+    std::size_t u_;
+    std::size_t v_;
+    std::size_t from_;
+    std::vector<std::int64_t> heads_;
+    std::vector<std::int64_t> next_;
+};
+
+void Joiner::joinByCells(std::size_t from, std::size_t to) {
+    EndCells ends(*this, from, to);
+    start(from);
+    for (std::size_t last = to - 1; last > from;) {
+        if (used_[last]) {
+            --last;
+            continue;
+        }
+        std::optional<Choice> choice;
+        ends.findNear(growing_->last(), choice);
+        ends.findNear(growing_->first(), choice);
+        take(choice.value_or(Choice{last, Meeting::None}));
+    }
+    finish();
+}
+
+/// The lines of one plane, from `begin` to before `end`.
+struct PlaneRun {
+    double plane;
+    std::size_t begin;
+    std::size_t end;
+};
+
+std::vector<PlaneRun> planeRuns(const std::vector<SliceLine>& lines, std::size_t axis) {
+    std::vector<PlaneRun> runs;
+    for (std::size_t line = 0; line < lines.size(); ++line) {
+        const double plane = lines[line].front()[axis];
+        if (runs.empty() || runs.back().plane != plane) {
+            runs.push_back({plane, line, line});
+        }
+        runs.back().end = line + 1;
+    }
+    return runs;
+}
+
+/// Whether no two runs count as one plane: neighbours by coordinate then decide.
+bool apart(std::vector<PlaneRun> runs) {
+    std::sort(runs.begin(), runs.end(), [](const PlaneRun& a, const PlaneRun& b) { return a.plane < b.plane; });
+    return std::adjacent_find(runs.begin(), runs.end(), [](const PlaneRun& a, const PlaneRun& b) {
+               return samePlane(a.plane, b.plane);
+           }) == runs.end();
+}
+
+/// The cosine of the angle between two vectors.
+double cosine(const SlicePoint& a, const SlicePoint& b) {
+    const auto product = [](const SlicePoint& p, const SlicePoint& q) {
+        return p[0] * q[0] + p[1] * q[1] + p[2] * q[2];
+    };
+    return product(a, b) / (std::sqrt(product(a, a)) * std::sqrt(product(b, b)));
+}
+
+SlicePoint difference(const SlicePoint& a, const SlicePoint& b) {
+    return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
+}
+
+} // namespace
+
+JoinedLines joinLines(std::vector<SliceLine> lines, int axis, double precision) {
+    JoinedLines joined;
+    if (lines.size() < 2) {
+        joined.lines = std::move(lines);
+        return joined;
+    }
+    Joiner joiner(lines, axis, precision, joined);
+    const std::vector<PlaneRun> runs = planeRuns(lines, static_cast<std::size_t>(axis));
+    if (!apart(runs)) {
+        joiner.joinPlainly(0, lines.size());
+    } else {
+        for (const PlaneRun& run : runs) {
+            run.end - run.begin < fewLines ? joiner.joinPlainly(run.begin, run.end)
+                                           : joiner.joinByCells(run.begin, run.end);
+        }
+    }
+    for (std::size_t line = 0; line < lines.size(); ++line) {
+        joined.left += joiner.isUsed(line) ? 0 : 1;
+    }
+    return joined;
+}
+
+void orientLines(std::vector<SliceLine>& lines) {
+    for (std::size_t i = 1; i < lines.size(); ++i) {
+        const SliceLine& before = lines[i - 1];
+        SliceLine& line = lines[i];
+        if (before.size() < 2 || line.size() < 2) {
+            continue;
+        }
+        const SlicePoint direction = difference(before[1], before[0]);
+        const SlicePoint forward = difference(line[1], line[0]);
+        const SlicePoint backward = difference(line[line.size() - 2], line.back());
+        if (cosine(direction, backward) > cosine(direction, forward)) {
+            std::reverse(line.begin(), line.end());
+        }
+    }
+}
+
+} // namespace velmora

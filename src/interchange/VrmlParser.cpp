@@ -1,0 +1,243 @@
+#include "VrmlParser.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <locale>
+#include <stdexcept>
+#include <string_view>
+
+#include <boost/regex.hpp>
+
+#include "characters.h"
+#include "number_text.h"
+#include "zExceptions.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr const char* unitName = "zVRMLReader";
+constexpr std::string_view brackets = "()[]{}";
+
+// Versions 1 and 2 have the same words.
+const VrmlKeywords* keywordsOf(int version) {
+    static constexpr VrmlKeywords words{"IndexedFaceSet", "coord", "Coordinate", "point", "coordIndex"};
+    return version == 1 || version == 2 ? &words : nullptr;
+}
+
+// A text made to be hard for the expression counts as one that does not match.
+/// Cuts every run of digits to a length that is out of range all the same: the expression takes time by the square of
+/// a run's length.
+void shortenDigits(std::string& line) {
+    constexpr int longest = 20;
+    int run = 0;
+    const auto surplus = [&run](char c) {
+        run = c >= '0' && c <= '9' ? run + 1 : 0;
+        return run > longest;
+    };
+    line.erase(std::remove_if(line.begin(), line.end(), surplus), line.end());
+}
+
+bool matchHeader(const std::string& line, boost::smatch& match) {
+    boost::regex expression;
+    expression.imbue(std::locale::classic());
+    expression.assign("#VRML V([[:digit:]]+).[[:digit:]]+ .*[[:space:]]", boost::regex::extended | boost::regex::icase);
+    try {
+        return boost::regex_match(line, match, expression);
+    } catch (const std::runtime_error&) {
+        return false;
+    }
+}
+
+bool isBracket(int c) {
+    return c >= 0 && brackets.find(static_cast<char>(c)) != std::string_view::npos;
+}
+
+bool isOpeningBracket(const std::string& word) {
+    return word == "(" || word == "[" || word == "{";
+}
+
+bool isName(const std::string& word) {
+    return std::all_of(word.begin(), word.end(), [](char c) { return isLetter(c); });
+}
+
+bool isNumber(const std::string& word) {
+    try {
+        fromString<double>(word);
+        return true;
+    } catch (const ValueError&) {
+        return false;
+    }
+}
+
+char closingBracket(char opening) {
+    switch (opening) {
+    case '(':
+        return ')';
+    case '[':
+        return ']';
+    case '{':
+        return '}';
+    default:
+        throw AlgoError(unitName, __LINE__);
+    }
+}
+
+} // namespace
+
+void VrmlParser::readHeader() {
+    std::string line;
+    input_.getline(line);
+    line += '\n';
+    shortenDigits(line);
+    boost::smatch match;
+    if (!matchHeader(line, match)) {
+        throw ParseError(unitName, __LINE__, "Is not a valid VRML file");
+    }
+    keywords_ = keywordsOf(fromString<int>(match[1].str()));
+    if (keywords_ == nullptr) {
+        throw FileError(unitName, __LINE__, "Unsupported version of VRML file");
+    }
+}
+
+// A bracket is a word of its own; any other word ends before the next one.
+void VrmlParser::readWord() {
+    if (!input_.skipSpace()) {
+        throw EOFError(unitName, __LINE__);
+    }
+    word_.clear();
+    int c = input_.peek();
+    do {
+        word_ += static_cast<char>(input_.get());
+    } while (!isBracket(c) && (c = input_.peek()) >= 0 && !isSpace(c) && !isBracket(c));
+}
+
+void VrmlParser::expectWord(const char* wanted) {
+    readWord();
+    if (word_ != wanted) {
+        throw ParseError(unitName, __LINE__);
+    }
+}
+
+void VrmlParser::findNode() {
+    do {
+        if (!input_.skipTo(keywords_->faceSet[0])) {
+            throw EOFError(unitName, __LINE__);
+        }
+        readWord();
+    } while (word_ != keywords_->faceSet);
+}
+
+void VrmlParser::parseNode(VertexList& points, PolygonList& polygons) {
+    expectWord("{");
+    for (readWord(); word_ != "}"; readWord()) {
+        if (word_ == keywords_->indexField) {
+            readIndices(polygons);
+        } else if (word_ == keywords_->coordinateField) {
+            readCoordinates(points);
+        } else if (isName(word_)) {
+            skipField();
+        } else {
+            throw ParseError(unitName, __LINE__);
+        }
+    }
+}
+
+// What is no coordinate node (a reference to one by its name) is passed over.
+void VrmlParser::readCoordinates(VertexList& points) {
+    readWord();
+    if (word_ != keywords_->coordinateNode) {
+        return;
+    }
+    expectWord("{");
+    for (readWord(); word_ != "}"; readWord()) {
+        if (word_ == keywords_->pointField) {
+            readPoints(points);
+        }
+    }
+}
+
+void VrmlParser::readPoints(VertexList& points) {
+    expectWord("[");
+    double x = 0.0;
+    double y = 0.0;
+    double z = 0.0;
+    while (input_.readDouble(x) && input_.readDouble(y) && input_.readDouble(z)) {
+        points.append(x, y, z);
+    }
+    input_.clear();
+    expectWord("]");
+}
+
+// An end mark behind an end mark is taken for a corner: wanted.
+void VrmlParser::readIndices(PolygonList& polygons) {
+    expectWord("[");
+    std::int32_t index = 0;
+    while (input_.readInt(index)) {
+        if (index != -1 || polygons.isOpenEmpty()) {
+            polygons.addCorner(index);
+        } else {
+            polygons.close();
+        }
+    }
+    input_.clear();
+    expectWord("]");
+    if (!polygons.isOpenEmpty()) {
+        polygons.close();
+    }
+}
+
+void VrmlParser::skipField() {
+    readWord();
+    if (word_ == "NULL" || word_ == "TRUE" || word_ == "FALSE") {
+        return;
+    }
+    if (isOpeningBracket(word_)) {
+        skipBrackets(word_[0]);
+        return;
+    }
+    if (isNumber(word_)) {
+        return;
+    }
+    if (!isName(word_)) {
+        throw ParseError(unitName, __LINE__);
+    }
+    readWord(); // behind a node's type
+    if (!isOpeningBracket(word_)) {
+        throw ParseError(unitName, __LINE__);
+    }
+    skipBrackets(word_[0]);
+}
+
+// Called behind the opening bracket. Only brackets of its own kind count, and none within a string.
+void VrmlParser::skipBrackets(char opening) {
+    const char closing = closingBracket(opening);
+    for (std::int64_t depth = 1; depth > 0;) {
+        const int c = takeInBrackets();
+        if (c == '"') {
+            skipString();
+        } else if (c == opening) {
+            ++depth;
+        } else if (c == closing) {
+            --depth;
+        }
+    }
+}
+
+void VrmlParser::skipString() {
+    for (int c = takeInBrackets(); c != '"'; c = takeInBrackets()) {
+        if (c == '\\') {
+            takeInBrackets();
+        }
+    }
+}
+
+int VrmlParser::takeInBrackets() {
+    const int c = input_.get();
+    if (c < 0) {
+        throw IOError(unitName, __LINE__, "Unexpected EOF: find_appropriate_close_brace():");
+    }
+    return c;
+}
+
+} // namespace velmora

@@ -1,0 +1,86 @@
+#include "PlaneCutter.h"
+
+#include <limits>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "small_zones.h"
+
+namespace velmora::test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+/// What one plane cut.
+struct Cut {
+    std::size_t plane;
+    std::vector<SliceSegment> segments;
+};
+
+/// Cuts by planes across z.
+std::vector<Cut> cuts(const zRegion_fe& region, const std::vector<double>& planes) {
+    std::vector<Cut> taken;
+    PlaneCutter(region, 2, planes)
+        .cut(
+            [&taken](std::size_t plane, std::span<const SliceSegment> segments) {
+                taken.push_back({plane, {segments.begin(), segments.end()}});
+            },
+            {});
+    return taken;
+}
+
+/// Upright, the right angle at the origin, both legs of length 4.
+zRegion_fe uprightTriangle() {
+    return triangleRegion({{0, 0, 0}, {4, 0, 0}, {0, 0, 4}}, {0, 1, 2});
+}
+
+} // namespace
+
+TEST(PlaneCutter, CutsTheTwoEdgesThatAPlaneCrosses) {
+    const auto found = cuts(uprightTriangle(), {1});
+    ASSERT_THAT(found, SizeIs(1));
+    ASSERT_THAT(found[0].segments, SizeIs(1));
+    EXPECT_THAT(found[0].segments[0].first, ElementsAre(3, 0, 1));
+    EXPECT_THAT(found[0].segments[0].second, ElementsAre(0, 0, 1));
+}
+
+TEST(PlaneCutter, HandsOverPlanesByRisingCoordinateUnderTheirOwnNumbers) {
+    const auto found = cuts(uprightTriangle(), {3, std::numeric_limits<double>::quiet_NaN(), 1, 3, 9, -1});
+    std::vector<std::size_t> planes;
+    for (const Cut& cut : found) {
+        planes.push_back(cut.plane);
+    }
+    EXPECT_THAT(planes, ElementsAre(2, 0, 3));
+    EXPECT_THAT(found[1].segments[0].first, ElementsAre(1, 0, 3));
+}
+
+TEST(PlaneCutter, KeepsTheOrderOfTheTriangles) {
+    const zRegion_fe region =
+        triangleRegion({{0, 7, 0}, {4, 7, 0}, {0, 7, 4}, {0, 2, 0}, {4, 2, 0}, {0, 2, 4}}, {0, 1, 2, 3, 4, 5});
+    const auto found = cuts(region, {1, 2});
+    ASSERT_THAT(found, SizeIs(2));
+    for (const Cut& cut : found) {
+        ASSERT_THAT(cut.segments, SizeIs(2));
+        EXPECT_EQ(cut.segments[0].first[1], 7);
+        EXPECT_EQ(cut.segments[1].first[1], 2);
+    }
+}
+
+TEST(PlaneCutter, OfACornerThatOnlyTouchesLeavesThatPointTwice) {
+    const auto found = cuts(triangleRegion({{0, 0, 0}, {1, 0, 1}, {0, 1, 1}}, {0, 1, 2}), {0});
+    ASSERT_THAT(found, SizeIs(1));
+    EXPECT_THAT(found[0].segments[0].first, ElementsAre(0, 0, 0));
+    EXPECT_THAT(found[0].segments[0].second, ElementsAre(0, 0, 0));
+}
+
+TEST(PlaneCutter, CutsNothingWhereATriangleLiesInThePlaneOrThereIsNone) {
+    EXPECT_THAT(cuts(triangleRegion({{0, 0, 1}, {1, 0, 1}, {0, 1, 1}}, {0, 1, 2}), {1, 1}), IsEmpty());
+    EXPECT_THAT(cuts({}, {1, 2}), IsEmpty());
+    EXPECT_THAT(cuts(uprightTriangle(), {}), IsEmpty());
+}
+
+} // namespace velmora::test

@@ -1,0 +1,103 @@
+#include "SegmentChainer.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "curve_samples.h"
+
+namespace velmora::test {
+
+namespace {
+
+using samples::Source;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+const SlicePoint a = {0, 0, 5};
+const SlicePoint b = {1, 0, 5};
+const SlicePoint c = {1, 1, 5};
+const SlicePoint d = {0, 1, 5};
+
+/// The lines of one plane across z.
+std::vector<SliceLine> chained(const std::vector<SliceSegment>& segments) {
+    std::vector<SliceLine> lines;
+    SegmentChainer(2).chain(segments, lines);
+    return lines;
+}
+
+} // namespace
+
+TEST(SegmentChainer, ClosesARingWhicheverWayTheSegmentsRun) {
+    const auto lines = chained({{a, b}, {c, b}, {c, d}, {a, d}});
+    ASSERT_THAT(lines, SizeIs(1));
+    EXPECT_THAT(lines[0], SizeIs(5));
+    EXPECT_EQ(lines[0].front(), lines[0].back());
+    for (const SlicePoint& corner : {a, b, c, d}) {
+        EXPECT_NE(std::find(lines[0].begin(), lines[0].end(), corner), lines[0].end());
+    }
+}
+
+TEST(SegmentChainer, GoesOnFromBothEndsOfItsFirstSegment) {
+    const auto lines = chained({{b, c}, {a, b}, {c, d}});
+    ASSERT_THAT(lines, SizeIs(1));
+    EXPECT_THAT(lines[0], testing::AnyOf(ElementsAre(a, b, c, d), ElementsAre(d, c, b, a)));
+}
+
+TEST(SegmentChainer, AppendsSeparateLinesInTheOrderOfTheirFirstSegments) {
+    std::vector<SliceLine> lines = {{d, d}};
+    SegmentChainer chainer(2);
+    const std::vector<SliceSegment> segments = {{c, d}, {a, b}};
+    chainer.chain(segments, lines);
+    ASSERT_THAT(lines, SizeIs(3));
+    EXPECT_THAT(lines[0], ElementsAre(d, d));
+    EXPECT_THAT(lines[1], testing::UnorderedElementsAre(c, d));
+    EXPECT_THAT(lines[2], testing::UnorderedElementsAre(a, b));
+}
+
+TEST(SegmentChainer, OfSegmentsWithoutLengthTheFirstMakesALine) {
+    const auto lines = chained({{a, a}, {c, c}});
+    ASSERT_THAT(lines, SizeIs(1));
+    EXPECT_THAT(lines[0], ElementsAre(a, a));
+}
+
+TEST(SegmentChainer, OfNoSegmentsMakesNoLine) {
+    EXPECT_THAT(chained({}), IsEmpty());
+}
+
+TEST(PointCellsOfAPlane, HoldEveryPointThatIsTheSame) {
+    Source source(65);
+    int same = 0;
+    for (int round = 0; round < 20000; ++round) {
+        const double scales[] = {1, 1e-300, 1e300, 1e-308, 1.7e308, 1e-12};
+        const double scale = scales[source.whole(0, 5)];
+        const double plane = source.once(2) ? 0 : source.real(-1, 1) * scale;
+        const auto anyCoordinate = [&] {
+            // Often a power of two, where the cells' width changes, and often small beside the others.
+            const double number = source.once(2) ? std::ldexp(1.0, -source.whole(0, 40)) : source.real(-1, 1);
+            return scale * (source.once(2) ? -number : number);
+        };
+        const SlicePoint a = {anyCoordinate(), anyCoordinate(), plane};
+        SlicePoint b = a;
+        for (const std::size_t i : {0U, 1U}) {
+            const double shift = largestCoordinate(a) * 1e-10 * source.real(-1.1, 1.1);
+            b[i] += source.once(3) ? 0 : shift;
+        }
+        PointCells cells(2);
+        cells.reset(1000, 1);
+        cells.put(a, 0);
+        const PointCells::Buckets near = cells.near(b);
+        const bool found = std::any_of(near.bucket, near.bucket + near.count,
+                                       [&cells](std::uint32_t bucket) { return cells.head(bucket) == 0; });
+        if (samePoint(a, b)) {
+            ++same;
+            ASSERT_TRUE(found) << "round " << round;
+        }
+    }
+    EXPECT_GT(same, 5000);
+}
+
+} // namespace velmora::test

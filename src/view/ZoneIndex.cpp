@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "line_triangle_strict.h"
 
@@ -46,6 +47,34 @@ std::optional<NearestPoint> nearestNode(const zRegion_fe& region, const PixelLin
         }
     }
     return search.result();
+}
+
+void NodeIndex::takeIn(const zRegion_fe& region) {
+    complete_ = true;
+    nodes_.clear();
+    for (const auto& zone : region.blocks) {
+        PointList nodes;
+        if (const ZoneCoordinates at = coordinatesOf(zone->variables)) {
+            nodes.reserve(static_cast<std::size_t>(zone->nodeCount));
+            for (std::int32_t node = 0; node < zone->nodeCount; ++node) {
+                nodes.push_back(nodeAt(at, node));
+            }
+        } else {
+            complete_ = false;
+        }
+        nodes_.push_back({std::move(nodes)});
+    }
+    index_.takeIn(nodes_);
+}
+
+std::optional<NearestPoint> NodeIndex::nearest(const PixelLine& line, const PickFilter& filter) const {
+    PickFilter zones;
+    zones.patches = filter.patches;
+    auto nearest = complete_ ? index_.nearest(nodes_, line, zones) : std::nullopt;
+    if (nearest) {
+        nearest->section = -1;
+    }
+    return nearest;
 }
 
 void ZoneIndex::takeIn(const zRegion_fe& region) {

@@ -40,32 +40,37 @@ Pick pickOf(const VelmoraDoc& document, Pick::Target target, const std::optional
     return pick;
 }
 
-Pick pickNode(const VelmoraDoc& document, const PixelLine& ray) {
+Pick pickNode(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray) {
     const PickFilter filter = document.capture->freePointArmed ? PickFilter() : blockFilter(document);
-    return pickOf(document, Pick::Target::Node, nearestNode(document.feRegion, ray, filter), pointLimit);
+    return pickOf(document, Pick::Target::Node, index.nodes().nearest(ray, filter), pointLimit);
 }
 
 } // namespace
 
 const PatchIndex& ModelIndex::patches() {
-    if (patchRevision_ != doc_.geometryRevision()) {
-        patches_.takeIn(doc_.patches);
-        patchRevision_ = doc_.geometryRevision();
-    }
-    return patches_;
+    return upToDate(patches_, patchRevision_, doc_.patches);
 }
 
 const ZoneIndex& ModelIndex::zones() {
-    if (zoneRevision_ != doc_.geometryRevision()) {
-        zones_.takeIn(doc_.feRegion);
-        zoneRevision_ = doc_.geometryRevision();
+    return upToDate(zones_, zoneRevision_, doc_.feRegion);
+}
+
+const NodeIndex& ModelIndex::nodes() {
+    return upToDate(nodes_, nodeRevision_, doc_.feRegion);
+}
+
+template <class Index, class Model>
+const Index& ModelIndex::upToDate(Index& index, std::optional<std::uint64_t>& revision, const Model& model) {
+    if (revision != doc_.geometryRevision()) {
+        index.takeIn(model);
+        revision = doc_.geometryRevision();
     }
-    return zones_;
+    return index;
 }
 
 Pick pickPoint(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray) {
     if (document.structureKind == "uns") {
-        return pickNode(document, ray);
+        return pickNode(document, index, ray);
     }
     const CaptureState& capture = *document.capture;
     PickFilter filter = blockFilter(document);

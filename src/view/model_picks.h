@@ -18,13 +18,19 @@ public:
 
     const PatchIndex& patches();
     const ZoneIndex& zones();
+    const NodeIndex& nodes();
 
 private:
+    template <class Index, class Model>
+    const Index& upToDate(Index& index, std::optional<std::uint64_t>& revision, const Model& model);
+
     const VelmoraDoc& doc_;
     PatchIndex patches_;
     ZoneIndex zones_;
+    NodeIndex nodes_;
     std::optional<std::uint64_t> patchRevision_; ///< of the geometry that was taken in
     std::optional<std::uint64_t> zoneRevision_;
+    std::optional<std::uint64_t> nodeRevision_;
 };
 
 // What each regime finds under a line of sight. They write nothing but the index.

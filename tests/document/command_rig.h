@@ -217,7 +217,7 @@ protected:
             const auto position = doc.positionAt(patch, section, number);
             ASSERT_TRUE(position.has_value());
             doc.capture.placePoint(*position);
-            arranged(doc).pointPicked = true;
+            doc.capture.showPoint();
             doc.capture.describePoint(true);
         }
         if (doc.capture->patchCaptureArmed) {

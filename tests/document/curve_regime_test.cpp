@@ -177,7 +177,7 @@ TEST_F(ExitLines, ForgetsASectionCapturedOrArmed) {
         captureSection(0, 1);
         arranged(doc).sectionCaptured = false;
         arranged(doc).*flag = true;
-        arranged(doc).pointPicked = true;
+        doc.capture.showPoint();
         doc.ExitLineRegime();
         EXPECT_FALSE(doc.capture->curveRegimeActive());
         EXPECT_EQ(doc.capture->capturedSection, -1);

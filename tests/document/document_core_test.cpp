@@ -344,9 +344,9 @@ TEST_F(DocumentCore, RefillOnALineExchangesLineAndPoint) {
 
 TEST_F(DocumentCore, RefillOnASectionNamesTheCapturedSection) {
     doc.capture.renumberPatch(0);
-    arranged(doc).capturedPointSection = 1;
+    doc.capture.renumberPoint(1, doc.capture->capturedPoint);
     doc.capture.renumberSection(6);
-    arranged(doc).capturedPoint = 2;
+    doc.capture.renumberPoint(doc.capture->capturedPointSection, 2);
     arranged(doc).sectionCaptured = true;
     doc.capture.describePoint(true);
     EXPECT_EQ(doc.capture->pointContinueStatus,

@@ -87,7 +87,7 @@ TEST_F(EditPoint, OnALineSpeaksOfTheLine) {
 }
 
 TEST_F(EditPoint, WithAnAddressOutsideTheModelDoesNothing) {
-    arranged(doc).capturedPoint = 99;
+    doc.capture.renumberPoint(doc.capture->capturedPointSection, 99);
     const PatchList before = doc.patches;
     ui.dialogs.push_back({{"x", "5"}});
     doc.EditPoint();

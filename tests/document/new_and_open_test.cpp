@@ -61,8 +61,9 @@ protected:
             arranged(doc).freePointHeld = true;
         arranged(doc).patchCaptureArmed = arranged(doc).patchCaptured = true;
         arranged(doc).sectionCaptureArmed = arranged(doc).sectionCaptured = true;
-        arranged(doc).capturedPatch = arranged(doc).capturedSection = arranged(doc).capturedPoint =
-            arranged(doc).capturedPointSection = 1;
+        doc.capture.renumberPatch(1);
+        doc.capture.renumberSection(1);
+        doc.capture.renumberPoint(1, 1);
         addToBlock(0);
     }
 

@@ -175,8 +175,7 @@ TEST_F(CapturedPoint, CutOfTheLastPointOfTheFirstSectionRemovesItAndSaysThatItIs
 }
 
 TEST_F(CapturedPoint, CutInTheLineRegimeLeavesTheLineAndCutsTheCapturedPoint) {
-    test::arranged(doc).lineCaptured = true;
-    doc.capture.renumberLine(1);
+    test::holdLine(doc, doc.capture->capturedPatch, 1);
     capture(1, 2, 1);
     ui.answers = {true};
     doc.CutPoint();
@@ -188,8 +187,7 @@ TEST_F(CapturedPoint, CutInTheLineRegimeLeavesTheLineAndCutsTheCapturedPoint) {
 
 TEST_F(CapturedPoint, CutInTheLineRegimeStillShowsThePoint) {
     capture(0, 1, 2);
-    test::arranged(doc).lineCaptured = true;
-    doc.capture.renumberLine(2);
+    test::holdLine(doc, doc.capture->capturedPatch, 2);
     ui.answers = {true};
     doc.CutPoint();
     EXPECT_TRUE(doc.capture->pointCaptured);
@@ -220,8 +218,7 @@ TEST_F(CapturedPoint, PasteOverwritesWithoutAQuestion) {
 }
 
 TEST_F(CapturedPoint, TheStatusOfAnEditNamesTheLineInTheLineRegime) {
-    test::arranged(doc).lineCaptured = true;
-    doc.capture.renumberLine(3);
+    test::holdLine(doc, doc.capture->capturedPatch, 3);
     capture(0, 1, 3);
     ui.dialogs = {{{"x", "9"}}};
     doc.EditPoint();
@@ -346,8 +343,7 @@ TEST_F(CapturedPoint, AnUnusedBendEndsWithItsRegime) {
 }
 
 TEST_F(CapturedPoint, TheReleaseEndsADrag) {
-    test::arranged(doc).sectionCaptured = true;
-    doc.capture.renumberSection(1);
+    test::holdSection(doc, doc.capture->capturedPatch, 1);
     capture(0, 1, 1);
     doc.DragPoint();
     doc.capture.placePoint({1.5, 1, 0});

@@ -24,10 +24,10 @@ using ExitPoint = PointRegime;
 // ---- Capture --------------------------------------------------------------------------------------------------------
 
 TEST_F(PointRegime, CaptureArmsThePoint) {
-    arranged(doc).pointCaptured = arranged(doc).freePointArmed = arranged(doc).freePointHeld =
-        arranged(doc).pointPicked = true;
+    arranged(doc).pointCaptured = arranged(doc).freePointArmed = arranged(doc).freePointHeld = true;
+    doc.capture.showPoint();
     arranged(doc).patchCaptureArmed = arranged(doc).sectionCaptureArmed = true;
-    arranged(doc).capturedPoint = 3;
+    doc.capture.renumberPoint(doc.capture->capturedPointSection, 3);
     doc.CapturePoint();
     EXPECT_TRUE(doc.capture->pointCaptureArmed);
     EXPECT_FALSE(doc.capture->pointCaptured || doc.capture->freePointArmed || doc.capture->freePointHeld ||
@@ -72,7 +72,7 @@ TEST_F(FreePoint, FromTheLineMenuArmsItAndLeavesTheMouse) {
     arranged(doc).pointCaptured = arranged(doc).pointPicked = arranged(doc).freePointHeld = true;
     arranged(doc).pointCaptureArmed = true;
     arranged(doc).patchCaptureArmed = arranged(doc).sectionCaptureArmed = true;
-    arranged(doc).capturedPoint = 2;
+    doc.capture.renumberPoint(doc.capture->capturedPointSection, 2);
     doc.CaptureFreePoint();
     EXPECT_TRUE(doc.capture->freePointArmed);
     EXPECT_FALSE(doc.capture->freePointHeld);

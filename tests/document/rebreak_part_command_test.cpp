@@ -184,7 +184,7 @@ TEST_F(RebreakPart, DoesNothingWithoutAStructuredModelOrACapture) {
     for (const auto& [patch, section, point] : {std::tuple{-1, 1, 1}, {1, 1, 1}, {0, 3, 1}, {0, 1, -1}, {0, 1, 3}}) {
         doc.capture.renumberPatch(patch);
         doc.capture.renumberSection(section);
-        arranged(doc).capturedPoint = point;
+        doc.capture.renumberPoint(doc.capture->capturedPointSection, point);
         doc.RebreakPart();
     }
     EXPECT_THAT(heard(), IsEmpty());

@@ -24,7 +24,7 @@ protected:
 } // namespace
 
 TEST_F(Release, InNoRegimeDoesNothing) {
-    arranged(doc).pointPicked = true;
+    doc.capture.showPoint();
     arranged(doc).capturedSection = arranged(doc).capturedLine = 1;
     doc.moveRegimeAtRelease();
     EXPECT_THAT(heard(), IsEmpty());

@@ -62,7 +62,7 @@ protected:
     /// A line, or a section, with a free point beside it.
     void holdFree(std::int32_t section, std::int32_t point) {
         arranged(doc).freePointHeld = true;
-        arranged(doc).pointPicked = true;
+        doc.capture.showPoint();
         doc.capture.renumberPoint(section, point);
         doc.capture.placePoint(*doc.pointAt(doc.capture->capturedPatch, section, point));
     }

@@ -16,9 +16,7 @@ protected:
     void movePoint(double x) {
         doc.SavePointUndo();
         doc.pointUndoReady = true;
-        arranged(doc).savedPatch = doc.capture->capturedPatch;
-        arranged(doc).savedPointSection = doc.capture->capturedPointSection;
-        arranged(doc).savedPoint = doc.capture->capturedPoint;
+        doc.capture.savePoint();
         doc.pointAt(doc.capture->capturedPatch, doc.capture->capturedPointSection, doc.capture->capturedPoint)->x = x;
     }
 

@@ -463,9 +463,10 @@ TEST_F(UndoZones, SnapshotIsACopyOfItsOwn) {
 
 TEST_F(NodeRegime, EditMovesTheNodeAndUndoBringsItBack) {
     open("a.stl", stlText("a", 0));
-    arranged(doc).pointCaptured = arranged(doc).pointPicked = true;
+    doc.capture.keepPoint();
+    doc.capture.showPoint();
     doc.capture.renumberPatch(0);
-    arranged(doc).capturedPoint = 1;
+    doc.capture.renumberPoint(doc.capture->capturedPointSection, 1);
     doc.capture.placePoint(node(0, 1));
     ui.dialogs = {{{"x", "7"}, {"y", "8"}, {"z", "9"}}};
     doc.EditPoint();
@@ -482,7 +483,7 @@ TEST_F(NodeRegime, PasteMovesTheNode) {
     open("a.stl", stlText("a", 0));
     doc.capture.keepPoint();
     doc.capture.renumberPatch(0);
-    arranged(doc).capturedPoint = 2;
+    doc.capture.renumberPoint(doc.capture->capturedPointSection, 2);
     doc.pointClipboard = {4, 5, 6};
     doc.pointClipboardFull = true;
     doc.PastePoint();
@@ -494,7 +495,7 @@ TEST_F(NodeRegime, EditWithoutANodeChangesNothing) {
     open("a.stl", stlText("a", 0));
     doc.capture.keepPoint();
     doc.capture.renumberPatch(0);
-    arranged(doc).capturedPoint = 3;
+    doc.capture.renumberPoint(doc.capture->capturedPointSection, 3);
     ui.dialogs = {{{"x", "7"}}};
     doc.EditPoint();
     EXPECT_FALSE(doc.pointUndoReady);

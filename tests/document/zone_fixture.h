@@ -48,9 +48,10 @@ protected:
     }
 
     void captureNode(std::int32_t zone, std::int32_t number) {
-        arranged(doc).pointCaptured = arranged(doc).pointPicked = true;
+        doc.capture.keepPoint();
+        doc.capture.showPoint();
         doc.capture.renumberPatch(zone);
-        arranged(doc).capturedPoint = number;
+        doc.capture.renumberPoint(doc.capture->capturedPointSection, number);
         doc.capture.placePoint(node(zone, number));
     }
 };

@@ -65,6 +65,50 @@ TEST(ZoneIndex, PicksAsThePlainRuleInRandomScenes) {
     EXPECT_GT(hits, 100);
 }
 
+TEST(NodeIndex, FindsAsThePlainRuleInRandomScenes) {
+    Random random(11);
+    int found = 0;
+    for (int scene = 0; scene < 40; ++scene) {
+        zRegion_fe region;
+        const int zones = 1 + static_cast<int>(random() % 4);
+        for (int k = 0; k < zones; ++k) {
+            region.blocks.push_back(randomZone(random));
+        }
+        NodeIndex index;
+        index.takeIn(region);
+        for (int i = 0; i < 20; ++i) {
+            const PixelLine line{{pick(random, -8, 8), pick(random, -8, 8), 40},
+                                 {pick(random, -8, 8), pick(random, -8, 8), -40}};
+            PickFilter filter;
+            if (i % 4 == 0) {
+                filter.patches.assign(static_cast<std::size_t>(zones), false);
+                filter.patches.back() = true;
+            }
+            const auto expected = nearestNode(region, line, filter);
+            const auto nearest = index.nearest(line, filter);
+            ASSERT_EQ(nearest.has_value(), expected.has_value());
+            if (expected) {
+                ++found;
+                EXPECT_EQ(nearest->patch, expected->patch);
+                EXPECT_EQ(nearest->section, -1);
+                EXPECT_EQ(nearest->point, expected->point);
+                EXPECT_EQ(nearest->distance, expected->distance);
+            }
+        }
+    }
+    EXPECT_GT(found, 700);
+}
+
+TEST(NodeIndex, ZoneOfFewFieldsFailsTheWholePick) {
+    zRegion_fe region;
+    region.blocks.push_back(oneTriangle(0, 1));
+    region.blocks.push_back(oneTriangle(5, 2));
+    region.blocks[1]->variables.pop_back();
+    NodeIndex index;
+    index.takeIn(region);
+    EXPECT_FALSE(index.nearest({{1, 0, 40}, {1, 0, -40}}, {}));
+}
+
 TEST(ZoneIndex, ZoneBehindAnotherIsNotPicked) {
     zRegion_fe region;
     region.blocks.push_back(oneTriangle(0, 0));

@@ -19,9 +19,10 @@ struct GridRig : ViewRig {
         doc.capture.renumberPatch(0);
         test::arranged(doc).capturedPointSection = test::arranged(doc).capturedPoint = 1;
         doc.capture.placePoint({1, 1, 0});
-        test::arranged(doc).pointCaptured = test::arranged(doc).pointPicked = true;
+        doc.capture.keepPoint();
+        doc.capture.showPoint();
         doc.dragPatches = {{{{0.5, 0.5, 0}, {1.5, 0.5, 0}}, {{0.5, 1.5, 0}, {1.5, 1.5, 0}}}};
-        test::arranged(doc).pointDragging = true;
+        doc.capture.armDrag();
         view.forceMouseMode(ModePoint);
         ui.transcript.clear();
     }
@@ -186,8 +187,8 @@ TEST(PickPlanePoint, RayAlongThePlaneGivesItsNearPoint) {
     ViewRig rig;
     rig.show({tiny});
     ASSERT_TRUE(rig.view.viewAlongZ);
-    test::arranged(rig.doc).capturedPatch = test::arranged(rig.doc).capturedPointSection =
-        test::arranged(rig.doc).capturedPoint = 0;
+    rig.doc.capture.renumberPatch(0);
+    rig.doc.capture.renumberPoint(0, 0);
     const PixelLine ray = rig.view.PixelRay(310, 290);
     ASSERT_LT(std::abs(ray.farPoint.z - ray.nearPoint.z), 1e-6);
     rig.view.PickPlanePoint({310, 290});

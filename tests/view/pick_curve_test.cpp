@@ -147,7 +147,7 @@ TEST(PickSection, InThePatchRegimeEndsInTheSectionMode) {
 TEST(PickLine, TakesTheLineOfTheNearestPointWithItsTexts) {
     CurveRig rig;
     rig.doc.CaptureLine();
-    test::arranged(rig.doc).capturedPointSection = 7;
+    rig.doc.capture.renumberPoint(7, rig.doc.capture->capturedPoint);
     ASSERT_TRUE(rig.pickLine({13, 1, 0}));
     EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
     EXPECT_EQ(rig.doc.capture->capturedLine, 3);
@@ -176,7 +176,7 @@ TEST(PickLine, FailureKeepsTheLineAndLeavesTheNearestPatch) {
     rig.doc.CaptureLine();
     ASSERT_TRUE(rig.pickLine({2, 1, 0}));
     rig.shrink();
-    test::arranged(rig.doc).capturedPointSection = 7;
+    rig.doc.capture.renumberPoint(7, rig.doc.capture->capturedPoint);
     EXPECT_FALSE(rig.view.PickLine({599, 0}));
     EXPECT_EQ(rig.doc.capture->capturedLine, 2);
     EXPECT_EQ(rig.doc.capture->capturedPointSection, -1);

@@ -295,7 +295,7 @@ TEST(RegimePress, RemovalKeepsTheReleaseFromTakingASection) {
     ViewRig rig;
     rig.show(twoPatches());
     rig.doc.CaptureSection();
-    test::arranged(rig.doc).patchRemoving = true;
+    rig.doc.capture.armRemoval();
     rig.click({1.3, 0.9, 0});
     EXPECT_FALSE(rig.doc.capture->patchRemoving);
     EXPECT_TRUE(rig.doc.capture->sectionCaptureArmed);

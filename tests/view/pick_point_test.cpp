@@ -36,8 +36,7 @@ TEST(PickPoint, WritesAddressPositionAndBothTexts) {
 
 TEST(PickPoint, InALineRegimeTheTextNamesTheLineBeforeThePoint) {
     PointRig rig;
-    test::arranged(rig.doc).lineCaptured = true;
-    rig.doc.capture.renumberLine(2);
+    test::holdLine(rig.doc, rig.doc.capture->capturedPatch, 2);
     ASSERT_TRUE(rig.pick({12, 0, 0}));
     EXPECT_EQ(rig.doc.capture->pointStatus,
               "Captured point: (Patch K=2, Line N=3, Point M=1) X=12.000000, Y=0.000000, Z=0.000000");

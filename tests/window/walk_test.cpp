@@ -45,10 +45,7 @@ void holdSection(VelmoraDoc& document) {
 }
 
 void holdPoint(VelmoraDoc& document) {
-    document.capture.renumberPatch(0);
-    document.capture.renumberPoint(1, 1);
-    document.capture.placePoint(*document.pointAt(0, 1, 1));
-    arranged(document).pointCaptured = arranged(document).pointPicked = true;
+    test::holdPoint(document, 0, 1, 1);
 }
 
 void holdPointOfSection(VelmoraDoc& document) {
@@ -58,12 +55,10 @@ void holdPointOfSection(VelmoraDoc& document) {
 
 /// A line, and a point off it that it shall go through.
 void holdLineAndFreePoint(VelmoraDoc& document) {
-    holdPoint(document);
-    arranged(document).pointCaptured = false;
-    arranged(document).freePointHeld = true;
-    arranged(document).capturedPoint = 2;
-    document.capture.renumberLine(1);
-    arranged(document).lineCaptured = true;
+    test::holdLine(document, 0, 1);
+    document.CaptureFreePoint();
+    document.takePick({Pick::Target::Point, true, 0, 1, 2, 0, *document.pointAt(0, 1, 1)});
+    document.moveRegimeAtRelease();
 }
 
 void holdTriangles(VelmoraDoc& document) {

@@ -53,15 +53,6 @@ void takeModelIn(benchmark::State& state) {
 }
 BENCHMARK(takeModelIn)->Unit(benchmark::kMillisecond);
 
-void seeThatNothingChanged(benchmark::State& state) {
-    PatchIndex index;
-    index.takeIn(model());
-    for (auto _ : state) {
-        index.takeIn(model());
-    }
-}
-BENCHMARK(seeThatNothingChanged)->Unit(benchmark::kMillisecond);
-
 void pickPatch(benchmark::State& state) {
     PatchIndex index;
     index.takeIn(model());

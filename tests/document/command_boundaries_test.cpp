@@ -47,8 +47,8 @@ void PrintTo(const Boundary& boundary, std::ostream* out) {
 /// Where the capture stands, with what is in hand.
 std::string captured(VelmoraDoc& doc) {
     std::ostringstream out;
-    out << doc.capturedPatch << ' ' << doc.capturedSection << ' ' << doc.capturedLine << ' ' << doc.capturedPointSection
-        << ' ' << doc.capturedPoint;
+    out << doc.capture->capturedPatch << ' ' << doc.capture->capturedSection << ' ' << doc.capture->capturedLine << ' ' << doc.capture->capturedPointSection
+        << ' ' << doc.capture->capturedPoint;
     return out.str();
 }
 
@@ -370,7 +370,7 @@ TEST_F(FullBlock, TakesNoOtherPatchByAdd) {
     selectAllBut(1);
     run({.id = "patch.addToBlock"});
     EXPECT_THAT(heard(), ElementsAre(isFull));
-    EXPECT_FALSE(doc.patchCaptureArmed);
+    EXPECT_FALSE(doc.capture->patchCaptureArmed);
     EXPECT_THAT(viewCalls(), IsEmpty());
 }
 
@@ -385,13 +385,13 @@ TEST_F(FullBlock, TakesOneMoreBelowItsCapacity) {
 TEST_F(FullBlock, IsMetByAClickOfCapture) {
     selectAllBut(1);
     doc.CapturePatch(); // it does not look at the capacity
-    ASSERT_TRUE(doc.patchCaptureArmed);
+    ASSERT_TRUE(doc.capture->patchCaptureArmed);
     forget();
     clickOn({.patch = blockCapacity + 1});
     EXPECT_THAT(heard(), ElementsAre(isFull));
     EXPECT_EQ(doc.blockCount, blockCapacity);
     EXPECT_FALSE(doc.inBlock(blockCapacity));
-    EXPECT_TRUE(doc.patchCaptured);
+    EXPECT_TRUE(doc.capture->patchCaptured);
     EXPECT_EQ(watcher.drawn, Picture::ofAll(doc));
     // One that is in it already is no addition.
     doc.CapturePatch();
@@ -404,7 +404,7 @@ TEST_F(FullBlock, IsEmptiedByNew) {
     selectAllBut(1);
     run({.id = "block.new"});
     EXPECT_THAT(heard(), testing::Not(Contains(isFull)));
-    EXPECT_TRUE(doc.patchCaptureArmed);
+    EXPECT_TRUE(doc.capture->patchCaptureArmed);
     EXPECT_EQ(doc.blockCount, 0);
     EXPECT_EQ(doc.blockList.back(), -1);
 }
@@ -487,7 +487,7 @@ TEST_F(CommandRig, AModelWithoutZonesIsNotAskedForAPatch) {
     forget();
     run({.id = "patch.inputAndAdd", .fields = {{"number", "1"}}});
     EXPECT_THAT(heard(), IsEmpty());
-    EXPECT_FALSE(doc.patchCaptured);
+    EXPECT_FALSE(doc.capture->patchCaptured);
 }
 
 TEST_F(CommandRig, IntersectionOfTrianglesOnlyRedraws) {

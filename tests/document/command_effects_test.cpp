@@ -658,15 +658,15 @@ TEST_F(CommandRig, ADraggedPointIsDrawnAtEachMove) {
     runAll(section(1, 2) + point(1, 2, 2) + Steps{{.id = "point.drag"}});
     for (const double x : {1.25, 1.5}) {
         forget();
-        doc.capturedPointPos = {x, 1, 0};
-        doc.placeDraggedPoint(doc.capturedPointPos);
+        doc.takePick({.target = Pick::Target::DragPlace, .found = true, .position = {x, 1, 0}});
+        doc.placeDraggedPoint(doc.capture->capturedPointPos);
         EXPECT_EQ(doc.patches[0][1][1], zVec<double>(x, 1, 0));
-        EXPECT_EQ(heard(), Lines{"status: " + doc.dragStatus});
+        EXPECT_EQ(heard(), Lines{"status: " + doc.capture->dragStatus});
         EXPECT_THAT(view.calls, Contains("redraw"));
         EXPECT_EQ(watcher.drawn, Picture::ofAll(doc));
     }
     doc.moveRegimeAtRelease();
-    EXPECT_FALSE(doc.pointDragging);
+    EXPECT_FALSE(doc.capture->pointDragging);
     EXPECT_TRUE(doc.pointUndoReady && doc.documentModified);
     run({.id = "point.undo"});
     EXPECT_EQ(doc.patches[0][1][1], zVec<double>(1, 1, 0));
@@ -680,9 +680,9 @@ TEST_F(CommandRig, ABendIsReadyToBeTakenBackByEitherUndo) {
         settle();
         const std::string model = Picture::ofModel(doc);
         doc.prepareDragCorrection();
-        EXPECT_TRUE(doc.dragCorrectsLine && doc.pointUndoReady && doc.patchUndoReady && doc.documentModified);
+        EXPECT_TRUE(doc.capture->dragCorrectsLine && doc.pointUndoReady && doc.patchUndoReady && doc.documentModified);
         EXPECT_FALSE(doc.rebuildOnUndo);
-        EXPECT_THAT((std::vector{doc.savedPatch, doc.savedPointSection, doc.savedPoint}), ElementsAre(0, 1, 1));
+        EXPECT_THAT((std::vector{doc.capture->savedPatch, doc.capture->savedPointSection, doc.capture->savedPoint}), ElementsAre(0, 1, 1));
         doc.patches[0][1][1].z = 3; // the view bends the curve
         run({.id = byPoint ? "point.undo" : "patch.undo"});
         EXPECT_EQ(Picture::ofModel(doc), model);

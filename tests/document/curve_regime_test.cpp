@@ -75,9 +75,8 @@ TEST_F(CaptureSection, LeavesACapturedOrFreePointFirst) {
 }
 
 TEST_F(CaptureSection, AsksBeforeItEndsTheAddRegimeAndNoLeavesAllAsItWas) {
-    arranged(doc).patchCaptureArmed = true;
-    doc.capture.renumberPatch(1);
     captureLine(1, 1);
+    arranged(doc).patchCaptureArmed = true;
     doc.CaptureSection();
     EXPECT_THAT(heard(), ElementsAre(std::string(leaveQuestion) + " -> no"));
     EXPECT_TRUE(doc.capture->patchCaptureArmed && doc.capture->lineCaptured);
@@ -218,9 +217,9 @@ TEST_F(ExitLines, LeavesAPointFirst) {
 
 TEST_F(ExitLines, InAPatchComesBackToPatchModeAndItsStatus) {
     for (bool CaptureState::*flag : {&CaptureState::patchCaptured, &CaptureState::patchCaptureArmed}) {
+        captureSection(0, 1);
         arranged(doc).*flag = true;
         arranged(doc).blockStatus = "the patch ";
-        captureSection(0, 1);
         doc.ExitLineRegime();
         EXPECT_THAT(heard(), ElementsAre("status: the patch "));
         EXPECT_EQ(viewCalls().front(), "set patch");

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <functional>
 #include <limits>
 
 #include "arranged_capture.h"
@@ -209,6 +210,42 @@ TEST_F(DocumentCore, AnEditDoesNotMoveTheBox) {
     doc.UpdateAfterEdit();
     doc.redraw();
     EXPECT_EQ(doc.boxMin, zVec<double>());
+}
+
+// ---- What changed
+// -----------------------------------------------------------------------------------------------------
+
+TEST_F(DocumentCore, ViewsHearWhetherGeometryPictureOrHighlightChanged) {
+    hold({flatPatch(3, 4), flatPatch(3, 4, 5.0)});
+    std::uint64_t revision = doc.geometryRevision();
+    const auto heardOf = [this](const std::function<void()>& act) {
+        view.changes.clear();
+        act();
+        return view.changes;
+    };
+    EXPECT_THAT(heardOf([this] { doc.ToggleBlockOnly(); }), ElementsAre("picture"));
+    EXPECT_THAT(heardOf([this] { doc.toggleSurface(); }), ElementsAre("picture"));
+    doc.CapturePatch();
+    doc.takePick({Pick::Target::WholePatch, true, 1, -1, -1, 0, {}});
+    EXPECT_THAT(heardOf([this] { doc.moveRegimeAtRelease(); }), ElementsAre("highlight"));
+    EXPECT_EQ(doc.geometryRevision(), revision);
+
+    capturePoint(0, 1, 1);
+    EXPECT_THAT(heardOf([this] { doc.CopyPoint(); }), ElementsAre("picture"));
+    EXPECT_EQ(doc.geometryRevision(), revision);
+    EXPECT_THAT(heardOf([this] { doc.PastePoint(); }), ElementsAre("geometry"));
+    EXPECT_NE(doc.geometryRevision(), revision);
+    revision = doc.geometryRevision();
+    EXPECT_THAT(heardOf([this] { doc.updateBounds(); }), ElementsAre("bounds"));
+    EXPECT_NE(doc.geometryRevision(), revision);
+}
+
+TEST_F(DocumentCore, GeometryHasAnotherRevisionAlsoWhenNothingIsLeftOfIt) {
+    hold({flatPatch(2, 3)});
+    const std::uint64_t revision = doc.geometryRevision();
+    doc.structureKind = "non";
+    doc.updateBounds();
+    EXPECT_NE(doc.geometryRevision(), revision);
 }
 
 // ---- redraw ---------------------------------------------------------------------------------------------------------

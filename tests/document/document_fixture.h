@@ -21,18 +21,23 @@ using Lines = std::vector<std::string>;
 class RecordingView : public DocumentView {
 public:
     Lines calls;
+    Lines changes; ///< what changed, as the document told it: "geometry", "picture", "highlight" or "bounds"
     int plane = 0; ///< what principalPlane answers
 
-    void onGeometryChanged() override { calls.emplace_back("redraw"); }
-    void onPictureChanged() override { calls.emplace_back("redraw"); }
-    void onHighlightChanged() override { calls.emplace_back("redraw"); }
-    void onBoundsChanged() override { calls.emplace_back("bounds"); }
+    void onGeometryChanged() override { note("redraw", "geometry"); }
+    void onPictureChanged() override { note("redraw", "picture"); }
+    void onHighlightChanged() override { note("redraw", "highlight"); }
+    void onBoundsChanged() override { note("bounds", "bounds"); }
     void setMouseMode(MouseMode mode) override { calls.push_back("set " + nameOf(mode)); }
     void forceMouseMode(MouseMode mode) override { calls.push_back("force " + nameOf(mode)); }
     void resetMouseMode() override { calls.emplace_back("reset"); }
     int principalPlane() const override { return plane; }
 
 private:
+    void note(const char* call, const char* change) {
+        calls.emplace_back(call);
+        changes.emplace_back(change);
+    }
     static std::string nameOf(MouseMode mode) {
         switch (mode) {
         case ModePoint:

@@ -804,19 +804,18 @@ TEST_F(Traces, UndoOfAnEditKeepsTheFileOfTheModelThoughAnotherWasRemovedBefore) 
 
 TEST_F(Traces, UndoOfANodeThatWasMovedGoesBackToItsPlace) {
     openZones(*this);
-    doc.pointCaptured = doc.pointPicked = true;
-    doc.capturedPatch = 0;
-    doc.capturedPoint = 1;
-    doc.pickedPoint = doc.capturedPointPos = {1, 0, 0};
+    doc.capture.armPoint();
+    doc.takePick({.target = Pick::Target::Node, .found = true, .patch = 0, .point = 1, .position = {1, 0, 0}});
+    doc.capture.releasePoint();
     runWith("point.edit", {{"x", "5"}});
     doc.saveModel();
     EXPECT_FALSE(doc.documentModified);
-    doc.pointPicked = false;
+    arranged(doc).pointPicked = false;
     run("point.undo");
-    EXPECT_EQ(doc.capturedPointPos, zVec<double>(1, 0, 0));
-    EXPECT_EQ(doc.pickedPoint, zVec<double>(1, 0, 0));
+    EXPECT_EQ(doc.capture->capturedPointPos, zVec<double>(1, 0, 0));
+    EXPECT_EQ(doc.capture->pickedPoint, zVec<double>(1, 0, 0));
     EXPECT_TRUE(doc.documentModified);
-    EXPECT_TRUE(doc.pointPicked);
+    EXPECT_TRUE(doc.capture->pointPicked);
     EXPECT_FALSE(doc.pointUndoReady || doc.patchUndoReady);
     EXPECT_TRUE(doc.pointUndoRegion.blocks.empty() && doc.undoRegion.blocks.empty());
 }

@@ -9,7 +9,9 @@
 namespace velmora {
 namespace {
 
+using test::arranged;
 using test::flatPatch;
+using test::holdPoint;
 using testing::Contains;
 using testing::Not;
 
@@ -29,7 +31,7 @@ struct CapturedPoint : testing::Test {
     }
 
     void capture(std::int32_t patch, std::int32_t section, std::int32_t point) {
-        holdPoint(doc, patch, section, point);
+        test::holdPoint(doc, patch, section, point);
         doc.capture.describePoint(true);
         ui.transcript.clear();
     }
@@ -173,7 +175,7 @@ TEST_F(CapturedPoint, CutOfTheLastPointOfTheFirstSectionRemovesItAndSaysThatItIs
 }
 
 TEST_F(CapturedPoint, CutInTheLineRegimeLeavesTheLineAndCutsTheCapturedPoint) {
-    arranged(doc).lineCaptured = true;
+    test::arranged(doc).lineCaptured = true;
     doc.capture.renumberLine(1);
     capture(1, 2, 1);
     ui.answers = {true};
@@ -186,7 +188,7 @@ TEST_F(CapturedPoint, CutInTheLineRegimeLeavesTheLineAndCutsTheCapturedPoint) {
 
 TEST_F(CapturedPoint, CutInTheLineRegimeStillShowsThePoint) {
     capture(0, 1, 2);
-    arranged(doc).lineCaptured = true;
+    test::arranged(doc).lineCaptured = true;
     doc.capture.renumberLine(2);
     ui.answers = {true};
     doc.CutPoint();
@@ -218,7 +220,7 @@ TEST_F(CapturedPoint, PasteOverwritesWithoutAQuestion) {
 }
 
 TEST_F(CapturedPoint, TheStatusOfAnEditNamesTheLineInTheLineRegime) {
-    arranged(doc).lineCaptured = true;
+    test::arranged(doc).lineCaptured = true;
     doc.capture.renumberLine(3);
     capture(0, 1, 3);
     ui.dialogs = {{{"x", "9"}}};
@@ -231,7 +233,7 @@ TEST_F(CapturedPoint, TheStatusOfAnEditNamesTheLineInTheLineRegime) {
 
 TEST_F(CapturedPoint, FindCapturesByNumber) {
     capture(0, 1, 1);
-    arranged(doc).pointPicked = false;
+    test::arranged(doc).pointPicked = false;
     ui.dialogs = {{{"K", "2"}, {"N", "3"}, {"M", "4"}}};
     doc.FindPoint();
     EXPECT_EQ(doc.capture->capturedPatch, 1);
@@ -280,10 +282,10 @@ TEST_F(CapturedPoint, FindFixesWhatTheRegimeFixes) {
     EXPECT_EQ(liveFields(), "KNM");
     doc.capture.holdBlock();
     EXPECT_EQ(liveFields(), "NM");
-    arranged(doc).sectionCaptured = true;
+    test::arranged(doc).sectionCaptured = true;
     EXPECT_EQ(liveFields(), "M");
-    arranged(doc).sectionCaptured = arranged(doc).patchCaptured = false;
-    arranged(doc).lineCaptured = true;
+    test::arranged(doc).sectionCaptured = test::arranged(doc).patchCaptured = false;
+    test::arranged(doc).lineCaptured = true;
     EXPECT_EQ(liveFields(), "N");
 }
 
@@ -338,13 +340,13 @@ TEST_F(CapturedPoint, AnUnusedBendEndsWithItsRegime) {
     EXPECT_TRUE(doc.capture->dragCorrectsLine);
     doc.ExitPointRegime();
     EXPECT_FALSE(doc.capture->dragCorrectsLine);
-    arranged(doc).dragCorrectsLine = true;
+    test::arranged(doc).dragCorrectsLine = true;
     doc.leaveRegimes();
     EXPECT_FALSE(doc.capture->dragCorrectsLine);
 }
 
 TEST_F(CapturedPoint, TheReleaseEndsADrag) {
-    arranged(doc).sectionCaptured = true;
+    test::arranged(doc).sectionCaptured = true;
     doc.capture.renumberSection(1);
     capture(0, 1, 1);
     doc.DragPoint();

@@ -380,7 +380,7 @@ TEST_F(RebreakPart, ACapturedSectionOfNoLengthAmongAllKeepsThePointsNumber) {
     EXPECT_THAT(heard(), testing::Contains("message: Line  2  is of zero length. APT may be violated"));
     EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{8, 6, 8}));
     EXPECT_EQ(doc.patches[0][1], patch[1]);
-    EXPECT_EQ(doc.capturedPoint, 2);
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
 }
 
 TEST_F(RebreakPart, ItsTwoMessagesComeInTheOrderOfTheSections) {

@@ -29,6 +29,26 @@ TEST(JoinBatches, SinglePointsOfOneLookBecomeOneRange) {
     EXPECT_THAT(runs[0].counts, ElementsAre(3));
 }
 
+TEST(StripIn, FindsABatchInItsRunAlone) {
+    DrawList list;
+    addBatch(list, Primitive::LineStrip, red, 4);
+    addBatch(list, Primitive::LineStrip, red, 3);
+    addBatch(list, Primitive::LineStrip, green, 2);
+    const auto runs = joinBatches(list);
+    ASSERT_EQ(runs.size(), 2U);
+    EXPECT_EQ(stripIn(runs[0], 0), 0U);
+    EXPECT_EQ(stripIn(runs[0], 4), 1U);
+    EXPECT_EQ(stripIn(runs[0], 7), std::nullopt);
+    EXPECT_EQ(stripIn(runs[1], 7), 0U);
+    EXPECT_EQ(stripIn(runs[1], 4), std::nullopt);
+}
+
+TEST(StripIn, FindsNoneAmongSeparatePrimitives) {
+    DrawList list;
+    addBatch(list, Primitive::Triangles, red, 3);
+    EXPECT_EQ(stripIn(joinBatches(list).at(0), 0), std::nullopt);
+}
+
 TEST(JoinBatches, StripsOfOneLookStayApartInOneCall) {
     DrawList list;
     addBatch(list, Primitive::LineStrip, red, 4);

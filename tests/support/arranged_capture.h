@@ -20,8 +20,11 @@ inline void holdLine(VelmoraDoc& document, std::int32_t patch, std::int32_t line
 }
 
 /// The state itself, for a rule that is tested beyond what any act leads to.
+inline CaptureState& arranged(Capture& capture) {
+    return const_cast<CaptureState&>(*capture);
+}
 inline CaptureState& arranged(VelmoraDoc& document) {
-    return const_cast<CaptureState&>(*document.capture);
+    return arranged(document.capture);
 }
 
 } // namespace velmora::test

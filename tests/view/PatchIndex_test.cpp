@@ -137,6 +137,47 @@ TEST(PatchIndex, FindsTheNearestPointOfThePlainScan) {
     }
 }
 
+/// 19 by 13 tiles: three floors of nodes above them. In the flat half many points are equally near.
+Patch tallPatch(double height) {
+    Patch patch = test::flatPatch(150, 100, height);
+    for (std::size_t n = 75; n < patch.size(); ++n) {
+        for (std::size_t m = 0; m < patch[n].size(); ++m) {
+            patch[n][m].z += 3.0 * std::sin(0.1 * static_cast<double>(n * m % 61));
+        }
+    }
+    return patch;
+}
+
+TEST(PatchIndex, NearestOfALargePatchIsThePlainRulesByEveryFilter) {
+    const PatchList list = {tallPatch(0.0), test::flatPatch(1, 1, 7.0), tallPatch(20.0), {}};
+    PatchIndex index;
+    index.takeIn(list);
+    int found = 0;
+    for (int i = 0; i < 400; ++i) {
+        const double x = i * 37 % 100 + 0.5 * (i % 3);
+        const double y = i * 53 % 150 + 0.5 * (i % 2);
+        const PixelLine line{{x, y, 90.0}, {x + i % 7 - 3.0, y + i % 5 - 2.0, -90.0}};
+        PickFilter filter;
+        filter.patch = i % 4 == 1 ? 2 : -1;
+        filter.section = i % 5 == 2 ? i * 7 % 150 : -1;
+        filter.point = i % 6 == 3 ? i * 11 % 100 : -1;
+        if (i % 7 == 4) {
+            filter.patches = {true, true, false, true};
+        }
+        const auto expected = nearestGridPoint(list, line, filter);
+        const auto nearest = index.nearest(list, line, filter);
+        ASSERT_EQ(nearest.has_value(), expected.has_value()) << i;
+        if (expected) {
+            ++found;
+            EXPECT_EQ(nearest->patch, expected->patch) << i;
+            EXPECT_EQ(nearest->section, expected->section) << i;
+            EXPECT_EQ(nearest->point, expected->point) << i;
+            EXPECT_EQ(nearest->distance, expected->distance) << i;
+        }
+    }
+    EXPECT_GT(found, 300);
+}
+
 TEST(PatchIndex, ALineOfNoLengthTakesTheFirstPointAndTheFirstPatch) {
     const PatchList list = {test::flatPatch(3, 3, 1.0), test::flatPatch(3, 3, 2.0)};
     PatchIndex index;

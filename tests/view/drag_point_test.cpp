@@ -17,11 +17,11 @@ struct GridRig : ViewRig {
     GridRig() {
         show({flatPatch(3, 3), flatPatch(3, 3, 5.0)});
         doc.capture.renumberPatch(0);
-        arranged(doc).capturedPointSection = arranged(doc).capturedPoint = 1;
+        test::arranged(doc).capturedPointSection = test::arranged(doc).capturedPoint = 1;
         doc.capture.placePoint({1, 1, 0});
-        arranged(doc).pointCaptured = arranged(doc).pointPicked = true;
+        test::arranged(doc).pointCaptured = test::arranged(doc).pointPicked = true;
         doc.dragPatches = {{{{0.5, 0.5, 0}, {1.5, 0.5, 0}}, {{0.5, 1.5, 0}, {1.5, 1.5, 0}}}};
-        arranged(doc).pointDragging = true;
+        test::arranged(doc).pointDragging = true;
         view.forceMouseMode(ModePoint);
         ui.transcript.clear();
     }
@@ -41,7 +41,8 @@ TEST(PickDragPoint, TakesTheNearestPointOfTheGridAndLeavesTheAddress) {
 
 TEST(PickDragPoint, NoFilterOfTheRegimesApplies) {
     GridRig rig;
-    arranged(rig.doc).patchCaptured = arranged(rig.doc).sectionCaptured = arranged(rig.doc).lineCaptured = true;
+    test::arranged(rig.doc).patchCaptured = test::arranged(rig.doc).sectionCaptured =
+        test::arranged(rig.doc).lineCaptured = true;
     rig.putIntoBlock({1});
     rig.doc.capture.renumberPatch(1);
     rig.doc.capture.renumberSection(0);
@@ -51,7 +52,7 @@ TEST(PickDragPoint, NoFilterOfTheRegimesApplies) {
 
 TEST(PickDragPoint, FailureKeepsThePlaceAndTheText) {
     GridRig rig;
-    arranged(rig.doc).dragStatus = "as it was";
+    test::arranged(rig.doc).dragStatus = "as it was";
     EXPECT_FALSE(rig.view.PickDragPoint(rig.pixelOf({1.0, 0.7, 0})));
     EXPECT_EQ(rig.doc.capture->pickedPoint, zVec<double>(1, 1, 0));
     EXPECT_EQ(rig.doc.capture->capturedPointPos, zVec<double>(1, 1, 0));
@@ -92,7 +93,7 @@ TEST(PointDrag, OffTheGridThePointKeepsItsPlace) {
 
 TEST(PointDrag, ReleaseEndsItAndFurtherMovesDoNothing) {
     GridRig rig;
-    arranged(rig.doc).pointContinueStatus = "the point";
+    test::arranged(rig.doc).pointContinueStatus = "the point";
     rig.click({1.5, 0.5, 0});
     EXPECT_FALSE(rig.doc.capture->pointDragging);
     EXPECT_TRUE(rig.doc.capture->pointCaptured);
@@ -142,10 +143,8 @@ struct PlaneRig : ViewRig {
         show({windingPatch()});
         view.runViewCommand(command);
         paint();
-        doc.capture.renumberPatch(0);
         doc.capture.renumberPoint(2, 1);
-        (section ? doc.capture->sectionCaptured : doc.capture->lineCaptured) = true;
-        (section ? doc.capture->capturedSection : doc.capture->capturedLine) = section ? 2 : 1;
+        section ? test::holdSection(doc, 0, 2) : test::holdLine(doc, 0, 1);
         doc.capture.keepPoint();
         doc.capture.placePoint(windingPatch()[2][1]);
         view.forceMouseMode(ModePoint);
@@ -187,7 +186,8 @@ TEST(PickPlanePoint, RayAlongThePlaneGivesItsNearPoint) {
     ViewRig rig;
     rig.show({tiny});
     ASSERT_TRUE(rig.view.viewAlongZ);
-    arranged(rig.doc).capturedPatch = arranged(rig.doc).capturedPointSection = arranged(rig.doc).capturedPoint = 0;
+    test::arranged(rig.doc).capturedPatch = test::arranged(rig.doc).capturedPointSection =
+        test::arranged(rig.doc).capturedPoint = 0;
     const PixelLine ray = rig.view.PixelRay(310, 290);
     ASSERT_LT(std::abs(ray.farPoint.z - ray.nearPoint.z), 1e-6);
     rig.view.PickPlanePoint({310, 290});
@@ -197,7 +197,7 @@ TEST(PickPlanePoint, RayAlongThePlaneGivesItsNearPoint) {
 TEST(PickPlanePoint, WithoutAPrincipalViewThePickedPointStays) {
     PlaneRig rig("view.iso");
     ASSERT_FALSE(rig.view.viewAlongX || rig.view.viewAlongY || rig.view.viewAlongZ);
-    arranged(rig.doc).pickedPoint = {7, 8, 9};
+    test::arranged(rig.doc).pickedPoint = {7, 8, 9};
     rig.view.PickPlanePoint(rig.beside(40, -25));
     EXPECT_EQ(rig.doc.capture->pickedPoint, zVec<double>(7, 8, 9));
     EXPECT_EQ(rig.doc.capture->pointStatus,
@@ -206,7 +206,7 @@ TEST(PickPlanePoint, WithoutAPrincipalViewThePickedPointStays) {
 
 TEST(PickPlanePoint, FillsBothTextsWithTheNumbersOfTheLineFirst) {
     PlaneRig rig("view.iso", false);
-    arranged(rig.doc).pickedPoint = {7, 8, 9};
+    test::arranged(rig.doc).pickedPoint = {7, 8, 9};
     rig.view.PickPlanePoint({300, 300});
     EXPECT_EQ(rig.doc.capture->pointStatus,
               "Captured point: (Patch K=1, Line N=2, Point M=3) X=7.000000, Y=8.000000, Z=9.000000");

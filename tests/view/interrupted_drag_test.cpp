@@ -94,19 +94,19 @@ TEST(InterruptedDrag, AViewModeInTheMiddleOfACaptureLeavesItArmed) {
     DragRig rig;
     rig.doc.CapturePoint();
     rig.press({1, 1, 0});
-    EXPECT_TRUE(rig.doc.pointPicked);
+    EXPECT_TRUE(rig.doc.capture->pointPicked);
     rig.run("view.shift");
     const PixelPoint at = rig.view.lastMousePos;
     rig.view.OnMouseMove({at.x + 30, at.y});
     EXPECT_EQ(rig.view.viewCentreX, 270.0);
     rig.view.OnLeftButtonUp({at.x + 30, at.y});
-    EXPECT_TRUE(rig.doc.pointCaptureArmed) << "the release belongs to the view's mode";
-    EXPECT_FALSE(rig.doc.pointCaptured);
+    EXPECT_TRUE(rig.doc.capture->pointCaptureArmed) << "the release belongs to the view's mode";
+    EXPECT_FALSE(rig.doc.capture->pointCaptured);
     EXPECT_FALSE(rig.view.leftButtonDown);
     rig.run("view.shift");
     EXPECT_EQ(rig.view.mouseMode, ModePoint);
     rig.click({1, 1, 0});
-    EXPECT_TRUE(rig.doc.pointCaptured);
+    EXPECT_TRUE(rig.doc.capture->pointCaptured);
 }
 
 TEST(InterruptedDrag, ACaptureThatStartsInTheMiddleOfADragPicksFromTheNextMoveOn) {
@@ -117,10 +117,10 @@ TEST(InterruptedDrag, ACaptureThatStartsInTheMiddleOfADragPicksFromTheNextMoveOn
     rig.doc.CapturePoint();
     rig.view.OnMouseMove(rig.pixelOf({2, 1, 0}));
     EXPECT_EQ(rig.view.viewCentreX, centre);
-    EXPECT_TRUE(rig.doc.pointPicked);
+    EXPECT_TRUE(rig.doc.capture->pointPicked);
     rig.release({2, 1, 0});
-    EXPECT_TRUE(rig.doc.pointCaptured);
-    EXPECT_EQ(rig.doc.capturedPointPos, (zVec<double>{2, 1, 0}));
+    EXPECT_TRUE(rig.doc.capture->pointCaptured);
+    EXPECT_EQ(rig.doc.capture->capturedPointPos, (zVec<double>{2, 1, 0}));
 }
 
 TEST(InterruptedDrag, ANewModelInItsMiddleStandsIdleAndFree) {
@@ -154,12 +154,12 @@ TEST(InterruptedDrag, OfAPointEndsAtTheReleaseWhereverItIs) {
     rig.doc.CapturePoint();
     rig.click({1, 1, 0});
     rig.doc.DragPoint();
-    ASSERT_TRUE(rig.doc.pointDragging);
+    ASSERT_TRUE(rig.doc.capture->pointDragging);
     const zVec<double> start = rig.doc.patches[0][1][1];
     rig.press({1, 1, 0});
     rig.view.OnLeftButtonUp({0, 0});
-    EXPECT_FALSE(rig.doc.pointDragging);
-    EXPECT_TRUE(rig.doc.pointCaptured);
+    EXPECT_FALSE(rig.doc.capture->pointDragging);
+    EXPECT_TRUE(rig.doc.capture->pointCaptured);
     rig.view.OnMouseMove(rig.pixelOf({1.5, 1.5, 0}));
     const zVec<double> end = rig.doc.patches[0][1][1];
     EXPECT_LT(lengthOf(end - start), 0.05) << "it was let go where it was taken";
@@ -211,14 +211,14 @@ TEST(FullBlock, AClickOnOneMoreIsToldAndLeavesTheBlock) {
     rig.doc.CapturePatch();
     rig.ui.transcript.clear();
     rig.press({0.3, 0.6, 0});
-    EXPECT_EQ(rig.doc.capturedPatch, 0);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 0);
     EXPECT_EQ(rig.ui.count("message: It is impossible to add one more zBlock"), 0U) << "only the release would add";
     rig.release({0.3, 0.6, 0});
     EXPECT_EQ(rig.ui.count("message: It is impossible to add one more zBlock"), 1U);
     EXPECT_EQ(rig.doc.blockCount, blockCapacity);
     EXPECT_FALSE(rig.doc.inBlock(0));
-    EXPECT_TRUE(rig.doc.patchCaptured);
-    EXPECT_FALSE(rig.doc.patchCaptureArmed);
+    EXPECT_TRUE(rig.doc.capture->patchCaptured);
+    EXPECT_FALSE(rig.doc.capture->patchCaptureArmed);
     EXPECT_FALSE(rig.view.leftButtonDown);
 }
 
@@ -229,7 +229,7 @@ TEST(FullBlock, AClickOnAMemberIsNoTrouble) {
     rig.click({3.3, 0.6, 0});
     EXPECT_EQ(rig.ui.count("message: It is impossible to add one more zBlock"), 0U);
     EXPECT_EQ(rig.doc.blockCount, blockCapacity);
-    EXPECT_TRUE(rig.doc.patchCaptured);
+    EXPECT_TRUE(rig.doc.capture->patchCaptured);
 }
 
 TEST(FullBlock, AfterARemovalOneMoreIsTakenIn) {

@@ -61,7 +61,7 @@ const Toggle toggles[] = {
 TEST(SetMouseMode, SameModeGoesBackToWhatTheRegimeNeeds) {
     for (const Toggle& toggle : toggles) {
         ViewRig rig;
-        rig.doc.*toggle.flag = true;
+        test::arranged(rig.doc).*toggle.flag = true;
         rig.view.setMouseMode(ModeRotate);
         rig.view.setMouseMode(ModeRotate);
         EXPECT_EQ(rig.view.mouseMode, toggle.mode);
@@ -73,7 +73,7 @@ TEST(SetMouseMode, PointGoesBeforeSectionBeforeLineBeforePatch) {
     for (std::size_t first = 0; first < std::size(toggles); ++first) {
         ViewRig rig;
         for (std::size_t i = first; i < std::size(toggles); ++i) {
-            rig.doc.*toggles[i].flag = true;
+            test::arranged(rig.doc).*toggles[i].flag = true;
         }
         rig.view.setMouseMode(ModeShift);
         rig.view.setMouseMode(ModeShift);
@@ -83,7 +83,7 @@ TEST(SetMouseMode, PointGoesBeforeSectionBeforeLineBeforePatch) {
 
 TEST(SetMouseMode, FreePointAloneCountsForNoRegime) {
     ViewRig rig;
-    arranged(rig.doc).freePointArmed = arranged(rig.doc).freePointHeld = true;
+    test::arranged(rig.doc).freePointArmed = test::arranged(rig.doc).freePointHeld = true;
     rig.view.setMouseMode(ModeRotate);
     rig.view.setMouseMode(ModeRotate);
     EXPECT_EQ(rig.view.mouseMode, ModeNone);
@@ -112,7 +112,7 @@ TEST(ForcedMouseMode, IsNeverTakenForAToggle) {
     for (const MouseMode mode : {ModePoint, ModePatch, ModeSection, ModeLine, ModeRotate, ModeNone}) {
         ViewRig rig;
         rig.doc.capture.keepPoint();
-        arranged(rig.doc).sectionCaptured = true;
+        test::arranged(rig.doc).sectionCaptured = true;
         rig.view.forceMouseMode(mode);
         EXPECT_EQ(rig.view.mouseMode, mode);
         rig.view.forceMouseMode(mode);
@@ -151,17 +151,17 @@ TEST(Redraw, LeavesAViewModeAloneOutsideARegime) {
 
 TEST(Redraw, LeavesAViewModeAloneInAnArmedRegime) {
     RedrawRig rig;
-    arranged(rig.doc).pointCaptureArmed = arranged(rig.doc).sectionCaptureArmed = arranged(rig.doc).patchCaptureArmed =
-        true;
-    arranged(rig.doc).freePointArmed = true;
+    test::arranged(rig.doc).pointCaptureArmed = test::arranged(rig.doc).sectionCaptureArmed =
+        test::arranged(rig.doc).patchCaptureArmed = true;
+    test::arranged(rig.doc).freePointArmed = true;
     rig.doc.redraw();
     EXPECT_EQ(rig.view.mouseMode, ModeRotate);
 }
 
 TEST(Redraw, PutsTheCapturedRegimesOnInTheirOrder) {
     RedrawRig rig;
-    arranged(rig.doc).patchCaptured = arranged(rig.doc).sectionCaptured = arranged(rig.doc).lineCaptured =
-        arranged(rig.doc).pointCaptured = true;
+    test::arranged(rig.doc).patchCaptured = test::arranged(rig.doc).sectionCaptured =
+        test::arranged(rig.doc).lineCaptured = test::arranged(rig.doc).pointCaptured = true;
     rig.doc.redraw();
     EXPECT_THAT(rig.surface.cursors, ElementsAre(ModePatch, ModeSection, ModeLine, ModePoint));
     EXPECT_EQ(rig.view.mouseMode, ModePoint);
@@ -174,7 +174,7 @@ TEST(Redraw, EachCapturedRegimeTakesTheMouseBack) {
                                {&CaptureState::pointCaptured, ModePoint}};
     for (const Toggle& regime : captured) {
         RedrawRig rig;
-        arranged(rig.doc).*regime.flag = true;
+        test::arranged(rig.doc).*regime.flag = true;
         rig.doc.redraw();
         EXPECT_EQ(rig.view.mouseMode, regime.mode);
         rig.doc.redraw();
@@ -184,7 +184,7 @@ TEST(Redraw, EachCapturedRegimeTakesTheMouseBack) {
 
 TEST(Redraw, FreePointWithoutACapturedPointEndsInTheLineMode) {
     RedrawRig rig;
-    arranged(rig.doc).freePointHeld = true;
+    test::arranged(rig.doc).freePointHeld = true;
     rig.doc.redraw();
     EXPECT_THAT(rig.surface.cursors, ElementsAre(ModePoint, ModeLine));
     EXPECT_EQ(rig.view.mouseMode, ModeLine);
@@ -192,7 +192,7 @@ TEST(Redraw, FreePointWithoutACapturedPointEndsInTheLineMode) {
 
 TEST(Redraw, FreePointBesideACapturedPointStaysInThePointMode) {
     RedrawRig rig;
-    arranged(rig.doc).freePointHeld = arranged(rig.doc).pointCaptured = true;
+    test::arranged(rig.doc).freePointHeld = test::arranged(rig.doc).pointCaptured = true;
     rig.doc.redraw();
     EXPECT_THAT(rig.surface.cursors, ElementsAre(ModePoint, ModePoint));
     EXPECT_EQ(rig.view.mouseMode, ModePoint);

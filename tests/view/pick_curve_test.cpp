@@ -1,4 +1,5 @@
 #include "arranged_capture.h"
+#include "draw_rig.h"
 #include "view_rig.h"
 
 namespace velmora {
@@ -40,6 +41,46 @@ TEST(PickSection, TextCountsThePointsOfThatSection) {
     rig.doc.CaptureSection();
     ASSERT_TRUE(rig.view.PickSection(rig.pixelOf({1, 5, 0})));
     EXPECT_EQ(rig.doc.capture->sectionStatus, "Captured section: Patch K=1, Section N=2, Points M=3");
+}
+
+TEST(PickSection, MovesShowTheListOfTheirSectionWithoutBuildingTheModelAnew) {
+    CurveRig rig;
+    rig.doc.CaptureSection();
+    rig.paint();
+    const auto revision = rig.surface.lastFrame.listRevision;
+    for (const zVec<double>& place : {zVec<double>(12, 1, 0), zVec<double>(0, 0, 0), zVec<double>(11, 0, 0)}) {
+        ASSERT_TRUE(rig.pickSection(place));
+        rig.paint();
+        EXPECT_EQ(rig.surface.lastFrame.listRevision, revision);
+        EXPECT_EQ(rig.surface.lastFrame.list->accents.size(), 1U);
+        EXPECT_EQ(test::dump(rig.view.list()), test::dump(buildDrawList(rig.doc, 1)));
+    }
+}
+
+TEST(PickLine, MovesShowTheListOfTheirLineWithoutBuildingTheModelAnew) {
+    CurveRig rig;
+    rig.doc.CaptureLine();
+    rig.paint();
+    const auto revision = rig.surface.lastFrame.listRevision;
+    for (const zVec<double>& place : {zVec<double>(12, 1, 0), zVec<double>(0, 0, 0)}) {
+        ASSERT_TRUE(rig.pickLine(place));
+        rig.paint();
+        EXPECT_EQ(rig.surface.lastFrame.listRevision, revision);
+        EXPECT_EQ(rig.surface.lastFrame.list->accents.size(), 1U);
+        EXPECT_EQ(test::dump(rig.view.list()), test::dump(buildDrawList(rig.doc, 1)));
+    }
+}
+
+TEST(PickSection, MovesBuildTheMarkersOfTheZBlockAnew) {
+    CurveRig rig;
+    rig.doc.showZBlockMarkers = true;
+    rig.doc.blockList[0] = 1;
+    rig.doc.blockCount = 1;
+    rig.doc.CaptureSection();
+    for (const zVec<double>& place : {zVec<double>(12, 1, 0), zVec<double>(11, 0, 0)}) {
+        ASSERT_TRUE(rig.pickSection(place));
+        EXPECT_EQ(test::dump(rig.view.list()), test::dump(buildDrawList(rig.doc, 1)));
+    }
 }
 
 TEST(PickSection, ShowsTheSectionWhiteInTheSectionMode) {
@@ -106,7 +147,7 @@ TEST(PickSection, InThePatchRegimeEndsInTheSectionMode) {
 TEST(PickLine, TakesTheLineOfTheNearestPointWithItsTexts) {
     CurveRig rig;
     rig.doc.CaptureLine();
-    arranged(rig.doc).capturedPointSection = 7;
+    test::arranged(rig.doc).capturedPointSection = 7;
     ASSERT_TRUE(rig.pickLine({13, 1, 0}));
     EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
     EXPECT_EQ(rig.doc.capture->capturedLine, 3);
@@ -135,7 +176,7 @@ TEST(PickLine, FailureKeepsTheLineAndLeavesTheNearestPatch) {
     rig.doc.CaptureLine();
     ASSERT_TRUE(rig.pickLine({2, 1, 0}));
     rig.shrink();
-    arranged(rig.doc).capturedPointSection = 7;
+    test::arranged(rig.doc).capturedPointSection = 7;
     EXPECT_FALSE(rig.view.PickLine({599, 0}));
     EXPECT_EQ(rig.doc.capture->capturedLine, 2);
     EXPECT_EQ(rig.doc.capture->capturedPointSection, -1);

@@ -99,7 +99,7 @@ TEST(PickPatch, CellsThatAnEditMovedAreFoundAfterTheRedraw) {
 TEST(PickPatch, NeitherZBlockNorCaptureNarrowIt) {
     ViewRig rig;
     rig.show(twoPatches());
-    arranged(rig.doc).patchCaptured = rig.doc.showBlockOnly = true;
+    test::arranged(rig.doc).patchCaptured = rig.doc.showBlockOnly = true;
     rig.doc.capture.renumberPatch(1);
     rig.putIntoBlock({1});
     EXPECT_EQ(patchAt(rig, {1.3, 0.9, 0}), 0);
@@ -210,7 +210,7 @@ TEST(PatchRegime, OutsideItsModeAClickPicksNothing) {
 
 struct RemovalRig : PatchRig {
     explicit RemovalRig(const std::vector<std::int32_t>& members) {
-        arranged(doc).patchCaptureArmed = false;
+        test::arranged(doc).patchCaptureArmed = false;
         doc.capture.holdBlock();
         putIntoBlock(members);
         doc.RemovePatchFromBlock();
@@ -273,7 +273,7 @@ TEST(RegimePress, GoesThroughPointSectionAndLineInThisOrder) {
     ViewRig rig;
     rig.show(twoPatches());
     rig.doc.CapturePoint();
-    arranged(rig.doc).sectionCaptureArmed = arranged(rig.doc).lineCaptureArmed = true;
+    test::arranged(rig.doc).sectionCaptureArmed = test::arranged(rig.doc).lineCaptureArmed = true;
     rig.ui.transcript.clear();
     rig.press({12, 1, 0});
     const std::string section = "status: Captured section: Patch K=2, Section N=2, Points M=4";
@@ -295,7 +295,7 @@ TEST(RegimePress, RemovalKeepsTheReleaseFromTakingASection) {
     ViewRig rig;
     rig.show(twoPatches());
     rig.doc.CaptureSection();
-    arranged(rig.doc).patchRemoving = true;
+    test::arranged(rig.doc).patchRemoving = true;
     rig.click({1.3, 0.9, 0});
     EXPECT_FALSE(rig.doc.capture->patchRemoving);
     EXPECT_TRUE(rig.doc.capture->sectionCaptureArmed);

@@ -36,7 +36,7 @@ TEST(PickPoint, WritesAddressPositionAndBothTexts) {
 
 TEST(PickPoint, InALineRegimeTheTextNamesTheLineBeforeThePoint) {
     PointRig rig;
-    arranged(rig.doc).lineCaptured = true;
+    test::arranged(rig.doc).lineCaptured = true;
     rig.doc.capture.renumberLine(2);
     ASSERT_TRUE(rig.pick({12, 0, 0}));
     EXPECT_EQ(rig.doc.capture->pointStatus,
@@ -196,7 +196,7 @@ TEST(PickPoint, PatchOutsideTheBlockIsNotReachedEvenAsTheCapturedOne) {
     PointRig rig;
     rig.doc.capture.holdBlock();
     rig.doc.capture.renumberPatch(0);
-    arranged(rig.doc).capturedPoint = arranged(rig.doc).capturedPointSection = -1;
+    test::arranged(rig.doc).capturedPoint = test::arranged(rig.doc).capturedPointSection = -1;
     rig.putIntoBlock({1});
     EXPECT_FALSE(rig.pick({2, 1, 0}));
     EXPECT_EQ(rig.doc.capture->capturedPointSection, -1);
@@ -206,39 +206,39 @@ TEST(PickPoint, PatchOutsideTheBlockIsNotReachedEvenAsTheCapturedOne) {
 
 TEST(PickPoint, StaysInTheCapturedSection) {
     PointRig rig;
-    holdSection(rig.doc, 0, 1);
+    test::holdSection(rig.doc, 0, 1);
     EXPECT_FALSE(rig.pick({2, 2, 0}));
     EXPECT_TRUE(rig.pick({2, 1, 0}));
 }
 
 TEST(PickPoint, SectionIsNoLimitWhileItsRegimeIsOnlyArmed) {
     PointRig rig;
-    arranged(rig.doc).sectionCaptureArmed = true;
+    test::arranged(rig.doc).sectionCaptureArmed = true;
     rig.doc.capture.renumberSection(1);
     EXPECT_TRUE(rig.pick({2, 2, 0}));
 }
 
 TEST(PickPoint, StaysOnTheCapturedLine) {
     PointRig rig;
-    holdLine(rig.doc, 0, 3);
+    test::holdLine(rig.doc, 0, 3);
     EXPECT_FALSE(rig.pick({2, 1, 0}));
     EXPECT_TRUE(rig.pick({3, 1, 0}));
 }
 
 TEST(PickPoint, FreePointLeavesSectionAndLineButNotThePatch) {
     PointRig rig;
-    arranged(rig.doc).sectionCaptured = arranged(rig.doc).lineCaptured = true;
+    test::arranged(rig.doc).sectionCaptured = test::arranged(rig.doc).lineCaptured = true;
     rig.doc.capture.renumberPatch(0);
     rig.doc.capture.renumberSection(1);
     rig.doc.capture.renumberLine(3);
-    arranged(rig.doc).freePointArmed = true;
+    test::arranged(rig.doc).freePointArmed = true;
     EXPECT_TRUE(rig.pick({2, 2, 0}));
     EXPECT_FALSE(rig.pick({12, 2, 0}));
 }
 
 TEST(PickPoint, InAnEmptyModelFindsNothing) {
     ViewRig rig;
-    arranged(rig.doc).pointCaptureArmed = true;
+    test::arranged(rig.doc).pointCaptureArmed = true;
     EXPECT_FALSE(rig.view.PickPoint({10, 10}));
     EXPECT_FALSE(rig.view.PickSection({10, 10}));
     EXPECT_FALSE(rig.view.PickLine({10, 10}));

@@ -111,8 +111,8 @@ TEST(Triad, KeepsItsSizeUnderZoomAndShift) {
 TEST(Triad, StandsBehindTheCapturedPointInDrawingOrder) {
     ViewRig rig;
     rig.show(twoPatches());
-    arranged(rig.doc).pointPicked = true;
-    arranged(rig.doc).capturedPointPos = {2, 1, 0};
+    test::arranged(rig.doc).pointPicked = true;
+    test::arranged(rig.doc).capturedPointPos = {2, 1, 0};
     rig.paint();
     const DrawList& list = rig.view.overlay().list;
     ASSERT_EQ(list.batches.size(), 12U);
@@ -132,7 +132,7 @@ TEST(Triad, StandsBehindTheCapturedPointInDrawingOrder) {
 TEST(Triad, IsDrawnWithoutACapturedPointToo) {
     ViewRig rig;
     rig.show(twoPatches());
-    arranged(rig.doc).capturedPointPos = {2, 1, 0};
+    test::arranged(rig.doc).capturedPointPos = {2, 1, 0};
     rig.paint();
     EXPECT_EQ(rig.view.overlay().list.batches.size(), 10U);
 }

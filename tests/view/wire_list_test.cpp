@@ -161,12 +161,12 @@ TEST(PatchColour, BlockIsNotYellowOutsideThePatchRegime) {
 
 TEST(PatchColour, PatchToRemoveIsDarkYellowBeforeAnyOtherHighlight) {
     DrawRig rig(squares(3));
-    arranged(rig.doc).patchRemoving = true;
     rig.doc.capture.holdBlock();
-    arranged(rig.doc).patchToRemove = 1;
+    rig.doc.capture.armRemoval();
+    rig.doc.takePick({Pick::Target::Removal, true, 1, -1, -1, 0, {}});
     rig.block({0, 1});
     EXPECT_EQ(rig.wire(), coloured({{0, blockYellow}, {1, removedYellow}, {2, table[2]}}));
-    arranged(rig.doc).patchRemoving = false;
+    rig.doc.capture.releaseRemoval();
     EXPECT_EQ(rig.wire(), coloured({{0, blockYellow}, {1, blockYellow}, {2, table[2]}}));
 }
 

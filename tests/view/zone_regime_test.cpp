@@ -34,7 +34,7 @@ struct ZoneRig : ViewRig {
     void moveNode(const zVec<double>& point, const char* x) {
         doc.CapturePoint();
         click(point);
-        ASSERT_TRUE(doc.pointCaptured);
+        ASSERT_TRUE(doc.capture->pointCaptured);
         ui.dialogs.push_back({{"x", x}});
         doc.EditPoint();
     }
@@ -44,14 +44,14 @@ TEST(PickNode, TakesTheNearestNodeOfAnyZone) {
     ZoneRig rig;
     rig.doc.CapturePoint();
     EXPECT_TRUE(rig.pick({12, 0, 0}));
-    EXPECT_EQ(rig.doc.capturedPatch, 1);
-    EXPECT_EQ(rig.doc.capturedPoint, 1);
-    EXPECT_EQ(rig.doc.capturedPointPos, (zVec<double>{12, 0, 0}));
-    EXPECT_EQ(rig.doc.pickedPoint, (zVec<double>{12, 0, 0}));
-    EXPECT_TRUE(rig.doc.pointPicked);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
+    EXPECT_EQ(rig.doc.capture->capturedPoint, 1);
+    EXPECT_EQ(rig.doc.capture->capturedPointPos, (zVec<double>{12, 0, 0}));
+    EXPECT_EQ(rig.doc.capture->pickedPoint, (zVec<double>{12, 0, 0}));
+    EXPECT_TRUE(rig.doc.capture->pointPicked);
     EXPECT_TRUE(rig.pick({0, 2, 0})) << "no node binds the next click to its zone";
-    EXPECT_EQ(rig.doc.capturedPatch, 0);
-    EXPECT_EQ(rig.doc.capturedPoint, 2);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 0);
+    EXPECT_EQ(rig.doc.capture->capturedPoint, 2);
 }
 
 TEST(PickNode, BesideAllNodesKeepsTheZoneAndLosesThePick) {
@@ -59,10 +59,10 @@ TEST(PickNode, BesideAllNodesKeepsTheZoneAndLosesThePick) {
     rig.doc.CapturePoint();
     ASSERT_TRUE(rig.pick({10, 0, 0}));
     EXPECT_FALSE(rig.pick({3, 1, 0}));
-    EXPECT_FALSE(rig.doc.pointPicked);
-    EXPECT_EQ(rig.doc.capturedPatch, 1);
-    EXPECT_EQ(rig.doc.capturedPoint, 1) << "of the nearest, (2, 0, 0)";
-    EXPECT_EQ(rig.doc.capturedPointPos, (zVec<double>{10, 0, 0}));
+    EXPECT_FALSE(rig.doc.capture->pointPicked);
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
+    EXPECT_EQ(rig.doc.capture->capturedPoint, 1) << "of the nearest, (2, 0, 0)";
+    EXPECT_EQ(rig.doc.capture->capturedPointPos, (zVec<double>{10, 0, 0}));
 }
 
 TEST(PickNode, PassesWithinAHundredthOfTheDiagonal) {
@@ -84,7 +84,7 @@ TEST(PickNode, StaysInTheZonesOfTheBlockInThePatchRegime) {
     ZoneRig rig;
     rig.doc.CapturePatch();
     rig.click({10.4, 0.6, 0});
-    ASSERT_TRUE(rig.doc.patchCaptured);
+    ASSERT_TRUE(rig.doc.capture->patchCaptured);
     ASSERT_EQ(rig.doc.blockList[0], 1);
     rig.doc.CapturePoint();
     EXPECT_FALSE(rig.pick({2, 0, 0}));
@@ -100,12 +100,12 @@ TEST(NodeRegime, AClickBesideStaysArmedWithThePromptAndTheNextIsTaken) {
     rig.doc.CapturePoint();
     rig.ui.transcript.clear();
     rig.click({5, 1, 0});
-    EXPECT_TRUE(rig.doc.pointCaptureArmed);
-    EXPECT_FALSE(rig.doc.pointCaptured);
+    EXPECT_TRUE(rig.doc.capture->pointCaptureArmed);
+    EXPECT_FALSE(rig.doc.capture->pointCaptured);
     EXPECT_EQ(rig.ui.transcript.back(), "status: Press left button of mouse and drag it");
     rig.click({10, 2, 0});
-    EXPECT_TRUE(rig.doc.pointCaptured);
-    EXPECT_FALSE(rig.doc.pointCaptureArmed);
+    EXPECT_TRUE(rig.doc.capture->pointCaptured);
+    EXPECT_FALSE(rig.doc.capture->pointCaptureArmed);
 }
 
 TEST(NodeRegime, ANodeIsPickedWhereItWasMovedToAndNoMoreWhereItWas) {
@@ -115,9 +115,9 @@ TEST(NodeRegime, ANodeIsPickedWhereItWasMovedToAndNoMoreWhereItWas) {
     rig.doc.CapturePoint();
     EXPECT_FALSE(rig.pick({2, 0, 0}));
     EXPECT_TRUE(rig.pick({3.5, 0, 0}));
-    EXPECT_EQ(rig.doc.capturedPatch, 0);
-    EXPECT_EQ(rig.doc.capturedPoint, 1);
-    EXPECT_EQ(rig.doc.capturedPointPos, (zVec<double>{3.5, 0, 0}));
+    EXPECT_EQ(rig.doc.capture->capturedPatch, 0);
+    EXPECT_EQ(rig.doc.capture->capturedPoint, 1);
+    EXPECT_EQ(rig.doc.capture->capturedPointPos, (zVec<double>{3.5, 0, 0}));
 }
 
 TEST(NodeRegime, AZoneIsPickedAsItStandsAfterANodeMovedAndAfterUndo) {
@@ -141,7 +141,7 @@ TEST(ZoneRegime, AClickTakesTheZoneIntoTheBlockAndOneOnNothingIsTold) {
     rig.ui.transcript.clear();
     rig.click({5, 1, 0});
     EXPECT_EQ(rig.ui.count("message: Patch is not selected. Try again"), 1U);
-    EXPECT_TRUE(rig.doc.patchCaptureArmed);
+    EXPECT_TRUE(rig.doc.capture->patchCaptureArmed);
     EXPECT_EQ(rig.doc.blockCount, 0);
     rig.click({10.4, 0.6, 0});
     EXPECT_EQ(rig.doc.blockCount, 1);

@@ -41,7 +41,7 @@ void holdTwoPatches(VelmoraDoc& document) {
 }
 
 void holdSection(VelmoraDoc& document) {
-    holdSection(document, 0, 1);
+    test::holdSection(document, 0, 1);
 }
 
 void holdPoint(VelmoraDoc& document) {

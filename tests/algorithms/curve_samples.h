@@ -66,6 +66,13 @@ inline testing::AssertionResult sameBits(const Points& a, const Points& b) {
     return testing::AssertionSuccess();
 }
 
+inline void expectNear(const Column& actual, const Column& expected, double tolerance) {
+    ASSERT_EQ(actual.size(), expected.size());
+    for (std::size_t i = 0; i < actual.size(); ++i) {
+        EXPECT_NEAR(actual[i], expected[i], tolerance) << "entry " << i;
+    }
+}
+
 /// Random curves and parameters, from tame to nasty; the same ones in every run.
 class Source {
 public:

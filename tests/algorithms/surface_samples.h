@@ -32,6 +32,15 @@ inline PointList rowAt(const std::vector<double>& x, double y = 0.0) {
     return row;
 }
 
+/// Points 0, 1, 2 and so on of the x axis.
+inline PointList numbered(int count) {
+    PointList points;
+    for (int i = 0; i < count; ++i) {
+        points.push_back({static_cast<double>(i), 0.0, 0.0});
+    }
+    return points;
+}
+
 inline Patch moved(Patch patch, const zVec<double>& by) {
     for (PointList& section : patch) {
         for (zVec<double>& p : section) {

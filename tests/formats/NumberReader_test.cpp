@@ -17,7 +17,7 @@
 #include <sys/stat.h>
 
 #include "stream_numbers.h"
-#include "temp_folder.h"
+#include "temporary_folder.h"
 
 namespace velmora {
 namespace {
@@ -29,9 +29,11 @@ constexpr double untouchedDouble = -7777.5;
 
 class NumberReaderTest : public testing::Test {
 protected:
-    test::TempFolder folder_;
+    test::TemporaryFolder folder_;
 
-    std::filesystem::path file(std::string_view text) const { return test::writeText(folder_ / "numbers.txt", text); }
+    std::filesystem::path file(std::string_view text) const {
+        return test::writeFileText(folder_ / "numbers.txt", text);
+    }
 
     // Runs the reads named by `script` ('i' integer, 'd' double, 'l' line, 's' skipped line) over the same text with
     // the reader and with a stream, and compares every outcome.

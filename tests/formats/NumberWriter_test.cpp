@@ -14,20 +14,20 @@
 
 #include <gtest/gtest.h>
 
-#include "temp_folder.h"
+#include "temporary_folder.h"
 
 namespace velmora {
 namespace {
 
 std::string written(int precision, std::size_t blockSize, const std::function<void(NumberWriter&)>& write,
                     NumberNotation notation = NumberNotation::Scientific) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     SafeFile file(folder / "out.txt");
     NumberWriter writer(file, precision, notation, blockSize);
     write(writer);
     EXPECT_TRUE(writer.flush());
     EXPECT_TRUE(file.commit());
-    return test::readText(folder / "out.txt");
+    return test::fileText(folder / "out.txt");
 }
 
 std::string number(double value, int precision) {

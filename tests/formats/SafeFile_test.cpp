@@ -11,7 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "temp_folder.h"
+#include "temporary_folder.h"
 
 namespace velmora {
 namespace {
@@ -72,47 +72,47 @@ private:
 };
 
 TEST(SafeFile, ANewFileHasWhatWasWrittenAndTheUsualPermissions) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     const mode_t mask = ::umask(027);
     EXPECT_TRUE(save(folder / "a.apt", "text"));
     ::umask(mask);
-    EXPECT_EQ(test::readText(folder / "a.apt"), "text");
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "text");
     EXPECT_EQ(modeOf(folder / "a.apt"), 0640U);
     EXPECT_THAT(folder.names(), ElementsAre("a.apt"));
 }
 
 TEST(SafeFile, UntilCommitTheOldFileStands) {
-    const test::TempFolder folder;
-    test::writeText(folder / "a.apt", "old");
+    const test::TemporaryFolder folder;
+    test::writeFileText(folder / "a.apt", "old");
     SafeFile file(folder / "a.apt");
     EXPECT_TRUE(file.write("new text"));
-    EXPECT_EQ(test::readText(folder / "a.apt"), "old");
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "old");
     EXPECT_TRUE(file.commit());
-    EXPECT_EQ(test::readText(folder / "a.apt"), "new text");
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "new text");
 }
 
 TEST(SafeFile, WithoutCommitTheOldFileStandsAndNothingElseIsLeft) {
-    const test::TempFolder folder;
-    test::writeText(folder / "a.apt", "old");
+    const test::TemporaryFolder folder;
+    test::writeFileText(folder / "a.apt", "old");
     { SafeFile(folder / "a.apt").write("new text"); }
-    EXPECT_EQ(test::readText(folder / "a.apt"), "old");
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "old");
     EXPECT_THAT(folder.names(), ElementsAre("a.apt"));
 }
 
 TEST(SafeFile, TheOldPermissionsPassToTheNewFile) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     for (const mode_t mode : {0600U, 0604U, 0755U, 0666U}) {
-        test::writeText(folder / "a.apt", "old");
+        test::writeFileText(folder / "a.apt", "old");
         ASSERT_EQ(::chmod((folder / "a.apt").c_str(), mode), 0);
         EXPECT_TRUE(save(folder / "a.apt", "new"));
         EXPECT_EQ(modeOf(folder / "a.apt"), mode);
-        EXPECT_EQ(test::readText(folder / "a.apt"), "new");
+        EXPECT_EQ(test::fileText(folder / "a.apt"), "new");
     }
 }
 
 TEST(SafeFile, AFullDiskLeavesTheOldFile) {
-    const test::TempFolder folder;
-    test::writeText(folder / "a.apt", "old");
+    const test::TemporaryFolder folder;
+    test::writeFileText(folder / "a.apt", "old");
     bool written = true;
     bool committed = true;
     {
@@ -123,12 +123,12 @@ TEST(SafeFile, AFullDiskLeavesTheOldFile) {
     }
     EXPECT_FALSE(written);
     EXPECT_FALSE(committed);
-    EXPECT_EQ(test::readText(folder / "a.apt"), "old");
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "old");
     EXPECT_THAT(folder.names(), ElementsAre("a.apt"));
 }
 
 TEST(SafeFile, AFailedWriteCannotBeMadeGoodByAnother) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     SafeFile file(folder / "a.apt");
     {
         const FileSizeLimit limit(1000);
@@ -140,7 +140,7 @@ TEST(SafeFile, AFailedWriteCannotBeMadeGoodByAnother) {
 }
 
 TEST(SafeFile, AFullDeviceFailsAndStaysADevice) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     fs::create_symlink("/dev/full", folder / "full.apt");
     EXPECT_FALSE(save("/dev/full", "text"));
     EXPECT_FALSE(save(folder / "full.apt", "text"));
@@ -151,7 +151,7 @@ TEST(SafeFile, AFullDeviceFailsAndStaysADevice) {
 }
 
 TEST(SafeFile, AFailedRenameLeavesNothingBehind) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     SafeFile file(folder / "a.apt");
     EXPECT_TRUE(file.write("text"));
     fs::create_directory(folder / "a.apt");
@@ -161,14 +161,14 @@ TEST(SafeFile, AFailedRenameLeavesNothingBehind) {
 }
 
 TEST(SafeFile, ThroughALinkTheTargetIsReplacedAndTheLinkStays) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     fs::create_directory(folder / "real");
     fs::create_directory(folder / "links");
-    test::writeText(folder / "real/a.apt", "old");
+    test::writeFileText(folder / "real/a.apt", "old");
     fs::create_symlink("../real/a.apt", folder / "links/one.apt");
     fs::create_symlink(folder / "links/one.apt", folder / "two.apt");
     EXPECT_TRUE(save(folder / "two.apt", "new"));
-    EXPECT_EQ(test::readText(folder / "real/a.apt"), "new");
+    EXPECT_EQ(test::fileText(folder / "real/a.apt"), "new");
     EXPECT_TRUE(fs::is_symlink(folder / "two.apt"));
     EXPECT_TRUE(fs::is_symlink(folder / "links/one.apt"));
     EXPECT_FALSE(fs::is_symlink(folder / "real/a.apt"));
@@ -176,15 +176,15 @@ TEST(SafeFile, ThroughALinkTheTargetIsReplacedAndTheLinkStays) {
 }
 
 TEST(SafeFile, ALinkToNothingGetsItsTarget) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     fs::create_symlink("later.apt", folder / "link.apt");
     EXPECT_TRUE(save(folder / "link.apt", "new"));
     EXPECT_TRUE(fs::is_symlink(folder / "link.apt"));
-    EXPECT_EQ(test::readText(folder / "later.apt"), "new");
+    EXPECT_EQ(test::fileText(folder / "later.apt"), "new");
 }
 
 TEST(SafeFile, LinksInACircleAreRefused) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     fs::create_symlink("b.apt", folder / "a.apt");
     fs::create_symlink("a.apt", folder / "b.apt");
     EXPECT_FALSE(save(folder / "a.apt", "new"));
@@ -192,40 +192,40 @@ TEST(SafeFile, LinksInACircleAreRefused) {
 }
 
 TEST(SafeFile, OtherFilesOfTheFolderStayAsTheyAre) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     const std::vector<std::string> names{".velmora-.tmp", "a.apt", "a.apt.tmp", "a.apt~", "a.tmp"};
     for (const std::string& name : names) {
-        test::writeText(folder / name, "of " + name);
+        test::writeFileText(folder / name, "of " + name);
     }
     EXPECT_TRUE(save(folder / "a.apt", "new"));
     EXPECT_THAT(folder.names(), testing::ElementsAreArray(names));
-    EXPECT_EQ(test::readText(folder / "a.apt"), "new");
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "new");
     for (const std::string& name : names) {
-        EXPECT_TRUE(name == "a.apt" || test::readText(folder / name) == "of " + name) << name;
+        EXPECT_TRUE(name == "a.apt" || test::fileText(folder / name) == "of " + name) << name;
     }
 }
 
 TEST(SafeFile, TwoFilesBeingSavedToOnePlaceDoNotMeet) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     SafeFile first(folder / "a.apt");
     SafeFile second(folder / "a.apt");
     EXPECT_TRUE(first.write("first"));
     EXPECT_TRUE(second.write("second"));
     EXPECT_TRUE(second.commit());
-    EXPECT_EQ(test::readText(folder / "a.apt"), "second");
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "second");
     EXPECT_TRUE(first.commit());
-    EXPECT_EQ(test::readText(folder / "a.apt"), "first");
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "first");
 }
 
 TEST(SafeFile, TheLongestFileNameIsPossible) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     const std::string name(255, 'n');
     EXPECT_TRUE(save(folder / name, "text"));
-    EXPECT_EQ(test::readText(folder / name), "text");
+    EXPECT_EQ(test::fileText(folder / name), "text");
 }
 
 TEST(SafeFile, WhatCannotBeAFileIsRefused) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     EXPECT_FALSE(save("", "text"));
     EXPECT_FALSE(save(folder.path(), "text"));
     EXPECT_FALSE(save(folder.path() / "", "text"));
@@ -235,16 +235,16 @@ TEST(SafeFile, WhatCannotBeAFileIsRefused) {
 }
 
 TEST(SafeFile, APipeWithoutReaderIsRefused) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
     EXPECT_FALSE(save(folder / "pipe", "text"));
     EXPECT_TRUE(fs::is_fifo(folder / "pipe"));
 }
 
 TEST(SafeFile, AWriteProtectedFileStands) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     ASSERT_EQ(::chmod(folder.path().c_str(), 0777), 0);
-    test::writeText(folder / "a.apt", "old");
+    test::writeFileText(folder / "a.apt", "old");
     ASSERT_EQ(::chmod((folder / "a.apt").c_str(), 0444), 0);
     bool saved = true;
     {
@@ -252,12 +252,12 @@ TEST(SafeFile, AWriteProtectedFileStands) {
         saved = save(folder / "a.apt", "new");
     }
     EXPECT_FALSE(saved);
-    EXPECT_EQ(test::readText(folder / "a.apt"), "old");
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "old");
     EXPECT_THAT(folder.names(), ElementsAre("a.apt"));
 }
 
 TEST(SafeFile, AFolderThatMayNotBeWrittenIsRefused) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     ASSERT_EQ(::chmod(folder.path().c_str(), 0555), 0);
     bool saved = true;
     {
@@ -270,12 +270,12 @@ TEST(SafeFile, AFolderThatMayNotBeWrittenIsRefused) {
 }
 
 TEST(SafeFile, ARelativeNameIsSavedInTheCurrentFolder) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     const fs::path before = fs::current_path();
     fs::current_path(folder.path());
     EXPECT_TRUE(save("a.apt", "text"));
     fs::current_path(before);
-    EXPECT_EQ(test::readText(folder / "a.apt"), "text");
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "text");
 }
 
 } // namespace

@@ -15,7 +15,7 @@
 #include <sys/stat.h>
 
 #include "stream_numbers.h"
-#include "temp_folder.h"
+#include "temporary_folder.h"
 
 namespace velmora {
 namespace {
@@ -141,9 +141,9 @@ private:
 
 class TextStreamTest : public testing::Test {
 protected:
-    test::TempFolder folder_;
+    test::TemporaryFolder folder_;
 
-    std::filesystem::path file(std::string_view text) const { return test::writeText(folder_ / "text.txt", text); }
+    std::filesystem::path file(std::string_view text) const { return test::writeFileText(folder_ / "text.txt", text); }
 
     void compare(const std::string& text, const std::string& script, std::size_t blockSize) const {
         Twins twins(file(text), blockSize);
@@ -312,8 +312,8 @@ TEST_F(TextStreamTest, APipeThatNobodyWritesToIsAnEmptyFile) {
 }
 
 TEST(TextStreamProgress, IsToldByBlocksNeverFallingAndNotTooOften) {
-    const test::TempFolder folder;
-    const auto path = test::writeText(folder / "a.txt", std::string(64 * 1000, 'x'));
+    const test::TemporaryFolder folder;
+    const auto path = test::writeFileText(folder / "a.txt", std::string(64 * 1000, 'x'));
     TextStream stream(path, 64);
     std::vector<double> told;
     stream.reportTo([&told](double fraction) { told.push_back(fraction); }, 0.5, 1.0);
@@ -327,8 +327,8 @@ TEST(TextStreamProgress, IsToldByBlocksNeverFallingAndNotTooOften) {
 }
 
 TEST(TextStreamProgress, DoesNotFallWhenSomethingIsReadAgain) {
-    const test::TempFolder folder;
-    const auto path = test::writeText(folder / "a.txt", std::string(64 * 100, 'x'));
+    const test::TemporaryFolder folder;
+    const auto path = test::writeFileText(folder / "a.txt", std::string(64 * 100, 'x'));
     TextStream stream(path, 64);
     std::vector<double> told;
     stream.reportTo([&told](double fraction) { told.push_back(fraction); });

@@ -8,16 +8,16 @@
 #include "apt.h"
 #include "apt_reference.h"
 #include "format_test_tools.h"
-#include "temp_folder.h"
+#include "temporary_folder.h"
 
 namespace velmora {
 namespace {
 
 class AptDifferentialTest : public testing::Test {
 protected:
-    test::TempFolder folder_;
+    test::TemporaryFolder folder_;
 
-    void compare(std::string_view text) const { compareFile(test::writeText(folder_ / "a.apt", text)); }
+    void compare(std::string_view text) const { compareFile(test::writeFileText(folder_ / "a.apt", text)); }
 
     static void compareFile(const std::filesystem::path& path) {
         PatchList patches;

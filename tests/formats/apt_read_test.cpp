@@ -6,7 +6,7 @@
 
 #include "apt.h"
 #include "format_test_tools.h"
-#include "temp_folder.h"
+#include "temporary_folder.h"
 #include "thinning.h"
 
 namespace velmora {
@@ -21,7 +21,7 @@ constexpr FormatFaultKind header = FormatFaultKind::Header;
 
 class AptReaderTest : public testing::Test {
 protected:
-    test::TempFolder folder_;
+    test::TemporaryFolder folder_;
     PatchList patches_;
     AptReadResult result_;
 
@@ -29,7 +29,9 @@ protected:
         patches_.clear();
         readBehind(text);
     }
-    void readBehind(std::string_view text) { result_ = readApt(test::writeText(folder_ / "a.apt", text), patches_); }
+    void readBehind(std::string_view text) {
+        result_ = readApt(test::writeFileText(folder_ / "a.apt", text), patches_);
+    }
 
     void expectQuietEnd() const {
         EXPECT_TRUE(result_.opened);

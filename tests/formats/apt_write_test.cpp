@@ -9,7 +9,7 @@
 
 #include "apt.h"
 #include "format_test_tools.h"
-#include "temp_folder.h"
+#include "temporary_folder.h"
 
 namespace velmora {
 namespace {
@@ -20,9 +20,9 @@ const PatchList small{{{{1.0, -0.5, 0.1}, {0.0, -0.0, 1024.0}}, {{3.0, 4.0, 5.0}
                       {{{9.0, 1e300, 5e-324}}}};
 
 TEST(AptWriter, EveryByteOfTheFileIsDetermined) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     ASSERT_TRUE(writeApt(folder / "a.apt", small, 16));
-    EXPECT_EQ(test::readText(folder / "a.apt"),
+    EXPECT_EQ(test::fileText(folder / "a.apt"),
               "2 2\n"
               "1.0000000000000000e+00 -5.0000000000000000e-01 1.0000000000000001e-01\n"
               "0.0000000000000000e+00 -0.0000000000000000e+00 1.0240000000000000e+03\n"
@@ -33,55 +33,55 @@ TEST(AptWriter, EveryByteOfTheFileIsDetermined) {
 }
 
 TEST(AptWriter, ThePrecisionIsTheNumberOfDigitsBehindThePoint) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     ASSERT_TRUE(writeApt(folder / "a.apt", {{{{1.0, -2.5, 1.0 / 3.0}}}}, 3));
-    EXPECT_EQ(test::readText(folder / "a.apt"), "1 1\n1.000e+00 -2.500e+00 3.333e-01\n");
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "1 1\n1.000e+00 -2.500e+00 3.333e-01\n");
 }
 
 TEST(AptWriter, AModelWithoutPatchesIsAnEmptyFile) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     ASSERT_TRUE(writeApt(folder / "a.apt", {}, 16));
-    EXPECT_EQ(test::readText(folder / "a.apt"), "");
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "");
 }
 
 TEST(AptWriter, APatchWithoutSectionsAndSectionsWithoutPointsHaveOnlyAHeader) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     ASSERT_TRUE(writeApt(folder / "a.apt", {Patch{}, Patch(3)}, 16));
-    EXPECT_EQ(test::readText(folder / "a.apt"), "0 0\n3 0\n");
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "0 0\n3 0\n");
 }
 
 TEST(AptWriter, AShorterSectionIsRefusedBeforeTheFileIsTouched) {
-    const test::TempFolder folder;
-    test::writeText(folder / "a.apt", "old");
+    const test::TemporaryFolder folder;
+    test::writeFileText(folder / "a.apt", "old");
     PatchList patches{test::numberedPatch(3, 4)};
     patches[0][1].pop_back();
     EXPECT_FALSE(writeApt(folder / "a.apt", patches, 16));
     EXPECT_FALSE(writeApt(folder / "b.apt", patches, 16));
-    EXPECT_EQ(test::readText(folder / "a.apt"), "old");
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "old");
     EXPECT_THAT(folder.names(), ElementsAre("a.apt"));
 }
 
 TEST(AptWriter, OfALongerSectionAsManyPointsAreWrittenAsTheFirstOneHas) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     PatchList patches{test::numberedPatch(3, 2)};
     patches[0][1].emplace_back(9.0, 9.0, 9.0);
     ASSERT_TRUE(writeApt(folder / "a.apt", patches, 0));
-    EXPECT_EQ(test::readText(folder / "a.apt"), "3 2\n0e+00 0e+00 0e+00\n0e+00 1e+00 0e+00\n1e+00 0e+00 0e+00\n"
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "3 2\n0e+00 0e+00 0e+00\n0e+00 1e+00 0e+00\n1e+00 0e+00 0e+00\n"
                                                 "1e+00 1e+00 0e+00\n2e+00 0e+00 0e+00\n2e+00 1e+00 0e+00\n");
 }
 
 TEST(AptWriter, ABlockIsWrittenInTheOrderOfItsSelection) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     const PatchList patches{{{{0.0, 0.0, 0.0}}}, {{{1.0, 0.0, 0.0}}}, {{{2.0, 0.0, 0.0}}}};
     constexpr std::array<std::int32_t, 9> selection{2,       -1, 0, 3, 2, std::numeric_limits<std::int32_t>::min(),
                                                     1000000, -5, 1};
     ASSERT_TRUE(writeAptBlock(folder / "a.apt", patches, selection, 0));
-    EXPECT_EQ(test::readText(folder / "a.apt"), "1 1\n2e+00 0e+00 0e+00\n1 1\n0e+00 0e+00 0e+00\n"
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "1 1\n2e+00 0e+00 0e+00\n1 1\n0e+00 0e+00 0e+00\n"
                                                 "1 1\n2e+00 0e+00 0e+00\n1 1\n1e+00 0e+00 0e+00\n");
 }
 
 TEST(AptWriter, OnlyThePatchesOfTheBlockDecideWhetherItCanBeWritten) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     PatchList patches{test::numberedPatch(2, 2), test::numberedPatch(2, 2)};
     patches[1][1].clear();
     EXPECT_TRUE(writeAptBlock(folder / "a.apt", patches, std::array<std::int32_t, 1>{0}, 16));
@@ -90,13 +90,13 @@ TEST(AptWriter, OnlyThePatchesOfTheBlockDecideWhetherItCanBeWritten) {
 }
 
 TEST(AptWriter, AnEmptySelectionIsAnEmptyFile) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     ASSERT_TRUE(writeAptBlock(folder / "a.apt", small, {}, 16));
-    EXPECT_EQ(test::readText(folder / "a.apt"), "");
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "");
 }
 
 TEST(AptWriter, WhatCannotBeWrittenIsToldAndLeavesTheOldFile) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     EXPECT_FALSE(writeApt(folder / "missing/a.apt", small, 16));
     EXPECT_FALSE(writeApt(folder.path(), small, 16));
     EXPECT_FALSE(writeApt("/dev/full", small, 16));
@@ -124,7 +124,7 @@ TEST(AptWriter, WhatIsWrittenIsReadAgainBitForBit) {
     }
     patches.emplace_back();
     patches.emplace_back(2);
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     ASSERT_TRUE(writeApt(folder / "a.apt", patches, 16));
     PatchList again;
     const AptReadResult result = readApt(folder / "a.apt", again);
@@ -133,9 +133,9 @@ TEST(AptWriter, WhatIsWrittenIsReadAgainBitForBit) {
 }
 
 TEST(AptWriter, ANotANumberIsWrittenButEndsTheReading) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     ASSERT_TRUE(writeApt(folder / "a.apt", {{{{1.0, 2.0, std::numeric_limits<double>::quiet_NaN()}}}}, 1));
-    EXPECT_EQ(test::readText(folder / "a.apt"), "1 1\n1.0e+00 2.0e+00 nan\n");
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "1 1\n1.0e+00 2.0e+00 nan\n");
     PatchList again;
     const AptReadResult result = readApt(folder / "a.apt", again);
     EXPECT_THAT(result.faults, ElementsAre(FormatFault{FormatFaultKind::Body, 1, 2}));

@@ -11,7 +11,7 @@
 
 #include "field_reference.h"
 #include "format_test_tools.h"
-#include "temp_folder.h"
+#include "temporary_folder.h"
 #include "thinning.h"
 
 namespace velmora {
@@ -30,10 +30,10 @@ const std::string threeFields = "TITLE = \"wing\"\nVARIABLES=\"x\",\"y\",\"z\",\
 
 class FieldReaderTest : public testing::Test {
 protected:
-    test::TempFolder folder_;
+    test::TemporaryFolder folder_;
     FieldReadResult result_;
 
-    void read(std::string_view text) { result_ = readFieldFile(test::writeText(folder_ / "a.dat", text)); }
+    void read(std::string_view text) { result_ = readFieldFile(test::writeFileText(folder_ / "a.dat", text)); }
 
     void expectLoaded() const {
         EXPECT_TRUE(result_.opened);
@@ -376,11 +376,11 @@ TEST_F(FieldReaderTest, RandomFilesGiveWhatThePlainReaderGives) {
 
 class FieldWriterTest : public testing::Test {
 protected:
-    test::TempFolder folder_;
+    test::TemporaryFolder folder_;
 
     std::string written(const PatchList& patches, const PatchList& field, std::int32_t fieldCount, int precision = 1) {
         EXPECT_TRUE(writeFieldFile(folder_ / "a.dat", patches, field, fieldCount, "t", "v", precision));
-        return test::readText(folder_ / "a.dat");
+        return test::fileText(folder_ / "a.dat");
     }
 };
 
@@ -390,7 +390,7 @@ TEST_F(FieldWriterTest, EveryByteOfTheFileIsDetermined) {
     const PatchList field{{{{0.25, 9, 9}, {-2, 9, 9}, {-3, 9, 9}}, {{-4, 9, 9}, {-5, 9, 9}, {-6, 9, 9}}},
                           {{{-7, 9, 9}}}};
     ASSERT_TRUE(writeFieldFile(folder_ / "a.dat", patches, field, 1, "TITLE = \"a\"", "VARIABLES = \"x\"", 16));
-    EXPECT_EQ(test::readText(folder_ / "a.dat"),
+    EXPECT_EQ(test::fileText(folder_ / "a.dat"),
               "TITLE = \"a\"\n"
               "VARIABLES = \"x\"\n"
               "ZONE  T=\"ZONE_0\",I=3,J=2,K=1,F= POINT\n"
@@ -438,9 +438,9 @@ TEST_F(FieldWriterTest, FunctionValuesWithoutAPointAreLeftOut) {
 }
 
 TEST_F(FieldWriterTest, ASectionShorterThanTheFirstIsRefusedAndTheOldFileStays) {
-    test::writeText(folder_ / "a.dat", "old");
+    test::writeFileText(folder_ / "a.dat", "old");
     EXPECT_FALSE(writeFieldFile(folder_ / "a.dat", {{{{1, 1, 1}, {2, 2, 2}}, {{3, 3, 3}}}}, {}, 1, "t", "v", 16));
-    EXPECT_EQ(test::readText(folder_ / "a.dat"), "old");
+    EXPECT_EQ(test::fileText(folder_ / "a.dat"), "old");
     EXPECT_THAT(folder_.names(), ElementsAre("a.dat"));
 }
 

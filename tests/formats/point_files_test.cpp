@@ -11,7 +11,7 @@
 
 #include "format_test_tools.h"
 #include "stream_numbers.h"
-#include "temp_folder.h"
+#include "temporary_folder.h"
 
 namespace velmora {
 namespace {
@@ -20,10 +20,10 @@ using testing::IsEmpty;
 
 class PointFileTest : public testing::Test {
 protected:
-    test::TempFolder folder_;
+    test::TemporaryFolder folder_;
 
     PointFileResult readPoints(std::string_view text) const {
-        return readPointFile(test::writeText(folder_ / "a.ext", text));
+        return readPointFile(test::writeFileText(folder_ / "a.ext", text));
     }
     void expectPoints(std::string_view text, const PointList& expected) const {
         const PointFileResult result = readPoints(text);
@@ -101,11 +101,11 @@ TEST_F(PointFileTest, RandomFilesGiveWhatAStreamReads) {
 TEST_F(PointFileTest, EveryByteOfAWrittenLineIsDetermined) {
     const PointList line{{1.0, -0.5, 0.1}, {0.0, -0.0, 1024.0}};
     ASSERT_TRUE(writeLineBuffer(folder_ / "a.ext", line, 16));
-    EXPECT_EQ(test::readText(folder_ / "a.ext"),
+    EXPECT_EQ(test::fileText(folder_ / "a.ext"),
               "1.0000000000000000e+00 -5.0000000000000000e-01 1.0000000000000001e-01\n"
               "0.0000000000000000e+00 -0.0000000000000000e+00 1.0240000000000000e+03\n");
     ASSERT_TRUE(writeLineBuffer(folder_ / "a.ext", line, 2));
-    EXPECT_EQ(test::readText(folder_ / "a.ext"), "1.00e+00 -5.00e-01 1.00e-01\n0.00e+00 -0.00e+00 1.02e+03\n");
+    EXPECT_EQ(test::fileText(folder_ / "a.ext"), "1.00e+00 -5.00e-01 1.00e-01\n0.00e+00 -0.00e+00 1.02e+03\n");
 }
 
 TEST_F(PointFileTest, AWrittenLineIsReadAgainToTheLastBit) {
@@ -120,7 +120,7 @@ TEST_F(PointFileTest, AWrittenLineIsReadAgainToTheLastBit) {
 
 TEST_F(PointFileTest, AnEmptyLineIsAnEmptyFile) {
     ASSERT_TRUE(writeLineBuffer(folder_ / "a.ext", {}, 16));
-    EXPECT_EQ(test::readText(folder_ / "a.ext"), "");
+    EXPECT_EQ(test::fileText(folder_ / "a.ext"), "");
 }
 
 TEST_F(PointFileTest, ALineThatCannotBeWrittenIsToldAndLeavesNothing) {
@@ -135,10 +135,10 @@ const std::string sevenLines = "1 2 3 4 5 6 7\n\nany text\n4\n5\n6\n7\n";
 
 class SftTest : public testing::Test {
 protected:
-    test::TempFolder folder_;
+    test::TemporaryFolder folder_;
 
     void expectShifts(std::string_view text, const PointList& points, const PointList& targets) const {
-        const SftResult result = readSft(test::writeText(folder_ / "a.sft", text));
+        const SftResult result = readSft(test::writeFileText(folder_ / "a.sft", text));
         EXPECT_TRUE(result.opened);
         EXPECT_TRUE(test::sameModel({{result.points}}, {{points}})) << text;
         EXPECT_TRUE(test::sameModel({{result.targets}}, {{targets}})) << text;

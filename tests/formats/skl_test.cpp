@@ -12,7 +12,7 @@
 
 #include "format_test_tools.h"
 #include "skl_reference.h"
-#include "temp_folder.h"
+#include "temporary_folder.h"
 
 namespace velmora {
 namespace {
@@ -25,7 +25,7 @@ constexpr FormatFaultKind header = FormatFaultKind::Header;
 
 class SklReaderTest : public testing::Test {
 protected:
-    test::TempFolder folder_;
+    test::TemporaryFolder folder_;
     PatchList patches_;
     SklReadResult result_;
 
@@ -33,7 +33,9 @@ protected:
         patches_.clear();
         readBehind(text);
     }
-    void readBehind(std::string_view text) { result_ = readSkl(test::writeText(folder_ / "a.skl", text), patches_); }
+    void readBehind(std::string_view text) {
+        result_ = readSkl(test::writeFileText(folder_ / "a.skl", text), patches_);
+    }
 
     void expectQuietEnd() const {
         EXPECT_TRUE(result_.opened);
@@ -208,10 +210,10 @@ TEST_F(SklReaderTest, ALargeModelIsReadWhole) {
 }
 
 TEST(SklWriter, EveryByteOfTheFileIsDetermined) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     const PatchList patches{{{{1.0, -0.5, 0.1}, {0.0, -0.0, 1024.0}}, {{3.0, 4.0, 5.0}}}, {}, {{}, {{6.0, 7.0, 8.0}}}};
     ASSERT_TRUE(writeSkl(folder / "a.skl", patches, 16));
-    EXPECT_EQ(test::readText(folder / "a.skl"),
+    EXPECT_EQ(test::fileText(folder / "a.skl"),
               "2\n"
               "2\n"
               "1.0000000000000000e+00 -5.0000000000000000e-01 1.0000000000000001e-01\n"
@@ -226,13 +228,13 @@ TEST(SklWriter, EveryByteOfTheFileIsDetermined) {
 }
 
 TEST(SklWriter, AModelWithoutPatchesIsAnEmptyFile) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     ASSERT_TRUE(writeSkl(folder / "a.skl", {}, 16));
-    EXPECT_EQ(test::readText(folder / "a.skl"), "");
+    EXPECT_EQ(test::fileText(folder / "a.skl"), "");
 }
 
 TEST(SklWriter, WhatIsWrittenIsReadAgain) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     ASSERT_TRUE(writeSkl(folder / "a.skl", goodModel, 16));
     PatchList again;
     EXPECT_TRUE(readSkl(folder / "a.skl", again).endReached);
@@ -240,7 +242,7 @@ TEST(SklWriter, WhatIsWrittenIsReadAgain) {
 }
 
 TEST(SklWriter, ABlockIsWrittenInTheOrderOfItsSelection) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     constexpr std::array<std::int32_t, 6> selection{3, -1, 1, 4, -2147483647, 0};
     ASSERT_TRUE(writeSklBlock(folder / "a.skl", goodModel, selection, 16));
     PatchList again;
@@ -249,13 +251,13 @@ TEST(SklWriter, ABlockIsWrittenInTheOrderOfItsSelection) {
 }
 
 TEST(SklWriter, ThePrecisionIsTheNumberOfDigitsBehindThePoint) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     ASSERT_TRUE(writeSklBlock(folder / "a.skl", {{{{1.0, -2.5, 1.0 / 3.0}}}}, std::array<std::int32_t, 1>{0}, 3));
-    EXPECT_EQ(test::readText(folder / "a.skl"), "1\n1\n1.000e+00 -2.500e+00 3.333e-01\n");
+    EXPECT_EQ(test::fileText(folder / "a.skl"), "1\n1\n1.000e+00 -2.500e+00 3.333e-01\n");
 }
 
 TEST(SklWriter, WhatCannotBeWrittenIsToldAndLeavesTheOldFile) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     EXPECT_FALSE(writeSkl(folder / "missing/a.skl", goodModel, 16));
     EXPECT_FALSE(writeSkl(folder.path(), goodModel, 16));
     EXPECT_FALSE(writeSkl("/dev/full", goodModel, 16));

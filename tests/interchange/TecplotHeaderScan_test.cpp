@@ -6,7 +6,7 @@
 
 #include "TecplotHeaderScan.h"
 #include "TextStream.h"
-#include "temp_folder.h"
+#include "temporary_folder.h"
 
 namespace velmora {
 namespace {
@@ -18,8 +18,8 @@ struct Scanned {
 };
 
 Scanned scan(std::string_view file, std::size_t blockSize = 7) {
-    const test::TempFolder folder;
-    TextStream stream(test::writeText(folder / "a.dat", file), blockSize);
+    const test::TemporaryFolder folder;
+    TextStream stream(test::writeFileText(folder / "a.dat", file), blockSize);
     TecplotHeaderScan header(stream);
     const std::string text = header.next();
     return {text, header.zoneStart(), std::string(file.substr(static_cast<std::size_t>(stream.tell())))};
@@ -125,8 +125,8 @@ TEST(TecplotHeaderScan, AnEmptyFileHasAnEmptyHeader) {
 }
 
 std::string zoneFound(std::string_view file) {
-    const test::TempFolder folder;
-    TextStream stream(test::writeText(folder / "a.dat", file), 5);
+    const test::TemporaryFolder folder;
+    TextStream stream(test::writeFileText(folder / "a.dat", file), 5);
     skipToTecplotZone(stream);
     return stream.eof() ? "end" : std::string(file.substr(static_cast<std::size_t>(stream.tell())));
 }

@@ -26,13 +26,13 @@ const std::string triangleText = "VARIABLES = \"x\" \"y\" \"z\"\nZONE N=3 E=1 ET
 
 class Interchange : public testing::Test {
 protected:
-    test::TempFolder folder_;
+    test::TemporaryFolder folder_;
     zRegion structured_;
     zRegion_fe unstructured_;
     std::vector<std::string> shown_;
 
     bool read(const std::string& name, const std::string& text, bool transpose = false) {
-        return readOnly(test::writeText(folder_ / name, text), transpose);
+        return readOnly(test::writeFileText(folder_ / name, text), transpose);
     }
 
     bool readOnly(const std::filesystem::path& path, bool transpose = false) {
@@ -181,9 +181,9 @@ TEST_F(Interchange, ThePrecisionCountsForTecplotOnly) {
     ASSERT_TRUE(write("out.dat"));
     ASSERT_TRUE(write("out.wrl"));
     ASSERT_TRUE(write("out.stl"));
-    EXPECT_THAT(test::readText(folder_ / "out.dat"), testing::HasSubstr("\n0.33333333 0 0\n"));
-    EXPECT_THAT(test::readText(folder_ / "out.wrl"), testing::HasSubstr("\n0.333333 0 0\n"));
-    EXPECT_THAT(test::readText(folder_ / "out.stl"), testing::HasSubstr("vertex 0.333333 0 0\n"));
+    EXPECT_THAT(test::fileText(folder_ / "out.dat"), testing::HasSubstr("\n0.33333333 0 0\n"));
+    EXPECT_THAT(test::fileText(folder_ / "out.wrl"), testing::HasSubstr("\n0.333333 0 0\n"));
+    EXPECT_THAT(test::fileText(folder_ / "out.stl"), testing::HasSubstr("vertex 0.333333 0 0\n"));
 }
 
 // ---- Progress -------------------------------------------------------------------------------------------------------

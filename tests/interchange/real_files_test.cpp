@@ -123,7 +123,7 @@ TEST(RealFiles, AreReadAsByAStream) {
 
 // Triangles of two equal corners are not written.
 TEST(RealStlFiles, ComeBackWithoutTheirDegenerateTriangles) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     zRegion_fe region;
     zSTLReader().read(dataFile("spider_ascii.stl"), region);
     zSTLReader writer;
@@ -136,7 +136,7 @@ TEST(RealStlFiles, ComeBackWithoutTheirDegenerateTriangles) {
 }
 
 TEST(RealVrmlFiles, ComeBackZoneByZone) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     zRegion_fe region;
     zVRMLReader().read(dataFile("tank.wrl"), region);
     zVRMLReader().write(folder / "again.wrl", region);

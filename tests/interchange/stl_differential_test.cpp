@@ -33,10 +33,10 @@ const std::string sample = "solid first part\n"
 
 class StlDifferential : public testing::Test {
 protected:
-    test::TempFolder folder_;
+    test::TemporaryFolder folder_;
 
     void compare(const std::string& text, std::size_t blockSize) const {
-        const std::filesystem::path file = test::writeText(folder_ / "model.stl", text);
+        const std::filesystem::path file = test::writeFileText(folder_ / "model.stl", text);
         zRegion_fe region;
         const std::string error = test::readWith<zSTLReader>(file, region, blockSize);
         const reference::TriangleFile expected = reference::readStl(file.string());

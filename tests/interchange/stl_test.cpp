@@ -34,9 +34,9 @@ const std::string triangle = facet({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
 
 class Stl : public testing::Test {
 protected:
-    test::TempFolder folder_;
+    test::TemporaryFolder folder_;
 
-    std::filesystem::path file(std::string_view text) const { return test::writeText(folder_ / "in.stl", text); }
+    std::filesystem::path file(std::string_view text) const { return test::writeFileText(folder_ / "in.stl", text); }
 
     zRegion_fe read(std::string_view text) const {
         zRegion_fe region;
@@ -49,7 +49,7 @@ protected:
 
     std::string write(const zRegion_fe& region) const {
         zSTLReader().write(folder_ / "out.stl", region);
-        return test::readText(folder_ / "out.stl");
+        return test::fileText(folder_ / "out.stl");
     }
 };
 
@@ -290,7 +290,7 @@ TEST_F(Stl, ACubeComesBackAsTwelveTrianglesOf36Nodes) {
                       nodes[static_cast<std::size_t>(region.blocks[0]->connectivity[4 * element + corner])]);
         }
     }
-    EXPECT_EQ(write(again), test::readText(folder_ / "in.stl"));
+    EXPECT_EQ(write(again), test::fileText(folder_ / "in.stl"));
 }
 
 TEST_F(Stl, AFileThatCannotBeWrittenIsAFileError) {

@@ -40,9 +40,9 @@ std::vector<Plain::Zone> zonesOf(const test::TecplotOutcome& outcome) {
 
 class TecplotDifferentialTest : public testing::Test {
 protected:
-    test::TempFolder folder_;
+    test::TemporaryFolder folder_;
 
-    void compare(std::string_view text) const { compareFile(test::writeText(folder_ / "a.dat", text)); }
+    void compare(std::string_view text) const { compareFile(test::writeFileText(folder_ / "a.dat", text)); }
 
     static void compareFile(const std::filesystem::path& path) {
         Plain plain;
@@ -108,7 +108,7 @@ const std::vector<std::string> goodFiles = {
 TEST_F(TecplotDifferentialTest, GoodFilesAreRead) {
     for (const std::string& text : goodFiles) {
         Plain plain;
-        plain.read(test::writeText(folder_ / "a.dat", text));
+        plain.read(test::writeFileText(folder_ / "a.dat", text));
         EXPECT_FALSE(plain.fault) << plain.fault->text;
         EXPECT_FALSE(plain.zones.empty());
         compare(text);

@@ -31,7 +31,7 @@ Values valuesOf(const ZoneVariables& variables, const std::string& name) {
 }
 
 TEST(TecplotRead, AFileThatCannotBeOpenedRaisesAFileErrorWithoutText) {
-    const test::TempFolder folder;
+    const test::TemporaryFolder folder;
     const TecplotOutcome outcome = test::readTecplot(folder / "none.dat");
     EXPECT_EQ(errorText(outcome), "File Error: ...");
     ASSERT_TRUE(outcome.error);
@@ -254,8 +254,8 @@ TEST(TecplotRead, ZonesOfBothKindsAllBecomeTriangles) {
 }
 
 TEST(TecplotRead, ZonesAreAppendedToWhatTheRegionsHold) {
-    const test::TempFolder folder;
-    const auto path = test::writeText(folder / "a.dat", square);
+    const test::TemporaryFolder folder;
+    const auto path = test::writeFileText(folder / "a.dat", square);
     zRegion structured;
     zRegion_fe unstructured;
     zTecplotReader().read(path, structured, unstructured);
@@ -268,9 +268,9 @@ TEST(TecplotRead, ZonesAreAppendedToWhatTheRegionsHold) {
 }
 
 TEST(TecplotRead, AReaderStartsCleanWithEveryFile) {
-    const test::TempFolder folder;
-    const auto named = test::writeText(folder / "a.dat", "TITLE=\"t\" " + square);
-    const auto bare = test::writeText(folder / "b.dat", "ZONE I=2 J=2 T=\"b\"");
+    const test::TemporaryFolder folder;
+    const auto named = test::writeFileText(folder / "a.dat", "TITLE=\"t\" " + square);
+    const auto bare = test::writeFileText(folder / "b.dat", "ZONE I=2 J=2 T=\"b\"");
     zTecplotReader reader;
     zRegion first;
     zRegion second;

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "temp_folder.h"
+#include "temporary_folder.h"
 #include "zExceptions.h"
 #include "zTecplotReader.h"
 
@@ -39,8 +39,8 @@ inline TecplotOutcome readTecplot(const std::filesystem::path& path, bool coordi
 
 /// The same from a text.
 inline TecplotOutcome readTecplotText(std::string_view text, bool coordinatesOnly = true) {
-    const TempFolder folder;
-    return readTecplot(writeText(folder / "a.dat", text), coordinatesOnly);
+    const TemporaryFolder folder;
+    return readTecplot(writeFileText(folder / "a.dat", text), coordinatesOnly);
 }
 
 /// Name and message of what was raised: "Value Error: ..."; empty for nothing.

@@ -13,7 +13,7 @@ namespace velmora {
 namespace {
 
 using test::errorText;
-using test::readText;
+using test::fileText;
 using test::TecplotOutcome;
 
 std::unique_ptr<zBlock> grid(const std::string& title, std::int32_t i, std::int32_t j,
@@ -38,7 +38,7 @@ std::unique_ptr<zBlock_fe> triangle(const std::string& title) {
 
 class TecplotWrite : public testing::Test {
 protected:
-    test::TempFolder folder_;
+    test::TemporaryFolder folder_;
     std::filesystem::path path_ = folder_ / "a.dat";
     zRegion structured_;
     zRegion_fe unstructured_;
@@ -48,7 +48,7 @@ protected:
         writer.structuredTarget = &structured_;
         writer.unstructuredTarget = &unstructured_;
         writer.write(path_, precision);
-        return readText(path_);
+        return fileText(path_);
     }
 };
 
@@ -149,7 +149,7 @@ TEST_F(TecplotWrite, ArraysShorterThanTheCountsAreWrittenAsFarAsTheyGo) {
 TEST_F(TecplotWrite, WithoutZonesTheFileIsEmpty) {
     EXPECT_EQ(written(6), "");
     zTecplotReader().write(folder_ / "b.dat", 6);
-    EXPECT_EQ(readText(folder_ / "b.dat"), "");
+    EXPECT_EQ(fileText(folder_ / "b.dat"), "");
 }
 
 TEST_F(TecplotWrite, AFileThatCannotBeOpenedRaisesAFileErrorWithoutText) {

@@ -12,7 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "TextStream.h"
-#include "temp_folder.h"
+#include "temporary_folder.h"
 #include "triangulation_reference.h"
 #include "zExceptions.h"
 #include "zRegion.h"

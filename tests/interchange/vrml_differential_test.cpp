@@ -58,10 +58,10 @@ const std::string sample =
 
 class VrmlDifferential : public testing::Test {
 protected:
-    test::TempFolder folder_;
+    test::TemporaryFolder folder_;
 
     void compare(const std::string& text, std::size_t blockSize) const {
-        const std::filesystem::path file = test::writeText(folder_ / "model.wrl", text);
+        const std::filesystem::path file = test::writeFileText(folder_ / "model.wrl", text);
         const test::CapturedErrors silence;
         zRegion_fe region;
         const std::string error = test::readWith<zVRMLReader>(file, region, blockSize);

@@ -26,9 +26,9 @@ std::string node(const std::string& fields) {
 
 class Vrml : public testing::Test {
 protected:
-    test::TempFolder folder_;
+    test::TemporaryFolder folder_;
 
-    std::filesystem::path file(std::string_view text) const { return test::writeText(folder_ / "in.wrl", text); }
+    std::filesystem::path file(std::string_view text) const { return test::writeFileText(folder_ / "in.wrl", text); }
 
     // The error, or an empty text; what is written to the error stream goes to `complaints_`.
     std::string read(std::string_view text) {
@@ -310,7 +310,7 @@ const std::string squareText = "#VRML V2.0 utf8\n"
 
 TEST_F(Vrml, AZoneIsWrittenAsAShape) {
     zVRMLReader().write(folder_ / "out.wrl", squareRegion());
-    EXPECT_EQ(test::readText(folder_ / "out.wrl"), squareText);
+    EXPECT_EQ(test::fileText(folder_ / "out.wrl"), squareText);
 }
 
 TEST_F(Vrml, WhatIsWrittenReadsBack) {
@@ -320,14 +320,14 @@ TEST_F(Vrml, WhatIsWrittenReadsBack) {
     EXPECT_EQ(test::nodesOf(*region_.blocks[0])[3], (Point{0, 1, 0.333333}));
     region_.title = "my title";
     zVRMLReader().write(folder_ / "out.wrl", region_);
-    EXPECT_EQ(test::readText(folder_ / "out.wrl"), squareText);
+    EXPECT_EQ(test::fileText(folder_ / "out.wrl"), squareText);
 }
 
 TEST_F(Vrml, ZonesWithoutFieldsAreNotWritten) {
     zRegion_fe region = squareRegion();
     region.blocks[0]->variables.clear();
     zVRMLReader().write(folder_ / "out.wrl", region);
-    EXPECT_EQ(test::occurrences(test::readText(folder_ / "out.wrl"), "Shape"), 0);
+    EXPECT_EQ(test::occurrences(test::fileText(folder_ / "out.wrl"), "Shape"), 0);
 }
 
 TEST_F(Vrml, ElementsOfNodesThatAreNotThereAreLeftOut) {
@@ -335,11 +335,11 @@ TEST_F(Vrml, ElementsOfNodesThatAreNotThereAreLeftOut) {
     region.blocks[0]->connectivity[1] = 4;
     region.blocks[0]->elementCount = 9;
     zVRMLReader().write(folder_ / "out.wrl", region);
-    const std::string text = test::readText(folder_ / "out.wrl");
+    const std::string text = test::fileText(folder_ / "out.wrl");
     EXPECT_THAT(text, testing::HasSubstr("coordIndex [\n0 2 3 -1\n    ]\n"));
     region.blocks[0]->variables[2]->data.clear();
     zVRMLReader().write(folder_ / "out.wrl", region);
-    EXPECT_EQ(test::occurrences(test::readText(folder_ / "out.wrl"), "Shape"), 0);
+    EXPECT_EQ(test::occurrences(test::fileText(folder_ / "out.wrl"), "Shape"), 0);
 }
 
 TEST_F(Vrml, WritingRenamesNoZone) {

@@ -55,7 +55,7 @@ inline Place normalAt(const Patch& p, std::size_t n, std::size_t m) {
 }
 
 /// All points of regular patches of two by two points at least.
-inline PointList reflectToApt(PatchList& patches, const std::vector<std::int32_t>& block) {
+inline PointList projectToPatches(PatchList& patches, const std::vector<std::int32_t>& block) {
     PatchList work = patches;
     PointList missed;
     for (const std::int32_t number : block) {
@@ -112,7 +112,7 @@ inline std::vector<Corners3> elementsOf(const zRegion_fe& region, const std::vec
     return triangles;
 }
 
-inline PointList reflectToWrl(PatchList& patches, const std::vector<std::int32_t>& block, const zRegion_fe& region) {
+inline PointList projectToZones(PatchList& patches, const std::vector<std::int32_t>& block, const zRegion_fe& region) {
     const std::vector<Corners3> triangles = elementsOf(region, {});
     PatchList work = patches;
     PointList missed;

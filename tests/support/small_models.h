@@ -1,9 +1,7 @@
 #pragma once
 
-#include <filesystem>
-#include <string>
-
 #include "PatchList.h"
+#include "temporary_folder.h"
 
 namespace velmora::test {
 
@@ -19,25 +17,5 @@ inline Patch flatPatch(int sections, int points, double height = 0.0) {
     }
     return patch;
 }
-
-/// A folder that is empty at the start and gone at the end.
-class TemporaryFolder {
-public:
-    TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    ~TemporaryFolder();
-
-    const std::filesystem::path& path() const { return path_; }
-    std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
-
-private:
-    std::filesystem::path path_;
-};
-
-/// The whole content of a file; empty when there is none.
-std::string fileText(const std::filesystem::path& path);
-/// Writes a file of that content.
-void writeFileText(const std::filesystem::path& path, const std::string& text);
 
 } // namespace velmora::test

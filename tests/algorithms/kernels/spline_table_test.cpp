@@ -26,13 +26,6 @@ Column valuesAt(const Column& s, const Column& t, const Column& y) {
     return out;
 }
 
-void expectNear(const Column& actual, const Column& expected, double tolerance) {
-    ASSERT_EQ(actual.size(), expected.size());
-    for (std::size_t i = 0; i < actual.size(); ++i) {
-        EXPECT_NEAR(actual[i], expected[i], tolerance) << "entry " << i;
-    }
-}
-
 // Through (0,0), (1,1), (2,0): M0 = 0, M0/2 + 2 M1 + M2/2 = -6, M1 + 2 M2 = 0. So 7/4 M1 = -6.
 const Column peakT{0, 1, 2};
 const Column peakY{0, 1, 0};

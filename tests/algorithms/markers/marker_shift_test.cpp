@@ -647,8 +647,12 @@ TEST(ApplyShift, InItsSecondPassWritesTheCoordinateThatTheFirstPlaneLacks) {
         double value; ///< of the three-term fit: 3 for the plane's first, 30 for its second coordinate
     };
     const Row rows[] = {
-        {1, 2, &Vec::y, 3},  {1, 3, &Vec::z, 30}, {2, 1, &Vec::x, 3},
-        {2, 3, &Vec::z, 30}, {3, 1, &Vec::x, 3},  {3, 2, &Vec::y, 30},
+        {.plane = 1, .firstPlane = 2, .written = &Vec::y, .value = 3},
+        {.plane = 1, .firstPlane = 3, .written = &Vec::z, .value = 30},
+        {.plane = 2, .firstPlane = 1, .written = &Vec::x, .value = 3},
+        {.plane = 2, .firstPlane = 3, .written = &Vec::z, .value = 30},
+        {.plane = 3, .firstPlane = 1, .written = &Vec::x, .value = 3},
+        {.plane = 3, .firstPlane = 2, .written = &Vec::y, .value = 30},
     };
     for (const Row& row : rows) {
         PointList points{{1e6, 2e6, 3e6}};

@@ -50,15 +50,6 @@ PointList project(PatchList& patches, int* misses = nullptr) {
     return missed;
 }
 
-Patch lifted(Patch patch, double z) {
-    for (PointList& section : patch) {
-        for (Vector& p : section) {
-            p.z += z;
-        }
-    }
-    return patch;
-}
-
 } // namespace
 
 TEST(GridDirection, IsTheProductOfBothStepsOfLengthOne) {
@@ -86,21 +77,21 @@ TEST(GridDirection, IsNoneWithOneSectionOrOnePoint) {
 }
 
 TEST(Projection, MovesEachPointToTheNearestHitInFrontOrBehind) {
-    PatchList patches = {lifted(flatPatch(2, 2), 2), lifted(flatPatch(2, 2), 5), lifted(flatPatch(2, 2), -0.5)};
+    PatchList patches = {flatPatch(2, 2, 2), flatPatch(2, 2, 5), flatPatch(2, 2, -0.5)};
     EXPECT_THAT(project(patches), IsEmpty());
-    EXPECT_EQ(patches[0], lifted(flatPatch(2, 2), -0.5));
+    EXPECT_EQ(patches[0], flatPatch(2, 2, -0.5));
 }
 
 TEST(Projection, KeepsTheFirstOfTwoPatchesAtTheSameDistance) {
     for (const double first : {-1.0, 1.0}) {
-        PatchList patches = {flatPatch(2, 2), lifted(flatPatch(2, 2), first), lifted(flatPatch(2, 2), -first)};
+        PatchList patches = {flatPatch(2, 2), flatPatch(2, 2, first), flatPatch(2, 2, -first)};
         project(patches);
-        EXPECT_EQ(patches[0], lifted(flatPatch(2, 2), first));
+        EXPECT_EQ(patches[0], flatPatch(2, 2, first));
     }
 }
 
 TEST(Projection, LeavesWhatMissesWhereItIsAndListsIt) {
-    Patch target = lifted(flatPatch(2, 3), 1);
+    Patch target = flatPatch(2, 3, 1);
     PatchList patches = {flatPatch(2, 4), target};
     int misses = 0;
     const PointList missed = project(patches, &misses);
@@ -112,14 +103,14 @@ TEST(Projection, LeavesWhatMissesWhereItIsAndListsIt) {
 }
 
 TEST(Projection, TakesTheFirstHitOfAllWhenNoneIsNear) {
-    PatchList patches = {flatPatch(2, 2), lifted(flatPatch(2, 2), 3e8), lifted(flatPatch(2, 2), -2e8)};
+    PatchList patches = {flatPatch(2, 2), flatPatch(2, 2, 3e8), flatPatch(2, 2, -2e8)};
     project(patches);
     EXPECT_EQ(patches[0][0][0].z, 3e8);
 }
 
 TEST(Projection, TakesDirectionsFromThePatchAsItWas) {
     // Moved points would tilt the directions of their neighbours.
-    PatchList patches = {flatPatch(3, 3), lifted(flatPatch(3, 3), 1)};
+    PatchList patches = {flatPatch(3, 3), flatPatch(3, 3, 1)};
     patches[1][1][1].z = 2;
     project(patches);
     for (const PointList& section : patches[0]) {
@@ -131,7 +122,7 @@ TEST(Projection, TakesDirectionsFromThePatchAsItWas) {
 }
 
 TEST(Projection, SkipsPointsOfOneSectionOrOnePoint) {
-    PatchList patches = {flatPatch(1, 3), lifted(flatPatch(3, 3), 1)};
+    PatchList patches = {flatPatch(1, 3), flatPatch(3, 3, 1)};
     EXPECT_THAT(project(patches), IsEmpty());
     EXPECT_EQ(patches[0], flatPatch(1, 3));
     patches[0] = flatPatch(3, 1);
@@ -140,7 +131,7 @@ TEST(Projection, SkipsPointsOfOneSectionOrOnePoint) {
 }
 
 TEST(Projection, OfAPointWithTheSameNeighboursMisses) {
-    PatchList patches = {{{{1, 1, 0}, {1, 1, 0}}, {{1, 1, 0}, {1, 1, 0}}}, lifted(flatPatch(3, 3), 1)};
+    PatchList patches = {{{{1, 1, 0}, {1, 1, 0}}, {{1, 1, 0}, {1, 1, 0}}}, flatPatch(3, 3, 1)};
     EXPECT_EQ(project(patches).size(), 4U);
     EXPECT_EQ(patches[0][1][1], Vector(1, 1, 0));
 }
@@ -154,7 +145,7 @@ TEST(Projection, PassesOverNumbersOfNoPatch) {
 }
 
 TEST(Projection, TellsProgressThatNeverFalls) {
-    PatchList patches = {flatPatch(30, 40), lifted(flatPatch(30, 40), 1)};
+    PatchList patches = {flatPatch(30, 40), flatPatch(30, 40, 1)};
     const TriangleTree target(CellMesh(patches, {true, false}).takeMesh());
     PointList missed;
     std::vector<double> told;
@@ -180,7 +171,7 @@ TEST(Projection, IsThatOfTestingEveryTriangle) {
         const TriangleTree target(CellMesh(patches, mask).takeMesh());
         PointList missed;
         reflectPatches(patches, block, target, nearestCellHit, missed, [] {}, {});
-        ASSERT_EQ(missed, reference::reflectToApt(plain, block)) << round;
+        ASSERT_EQ(missed, reference::projectToPatches(plain, block)) << round;
         ASSERT_EQ(patches, plain) << round;
     }
 }
@@ -189,12 +180,12 @@ TEST(ProjectionToElements, KeepsTheLastOfTwoAtTheSameDistance) {
     for (const double last : {-1.0, 1.0}) {
         PatchList patches = {flatPatch(2, 2)};
         zRegion_fe region;
-        region.blocks.push_back(zoneOf(lifted(flatPatch(2, 2), -last), "first"));
-        region.blocks.push_back(zoneOf(lifted(flatPatch(2, 2), last), "last"));
+        region.blocks.push_back(zoneOf(flatPatch(2, 2, -last), "first"));
+        region.blocks.push_back(zoneOf(flatPatch(2, 2, last), "last"));
         const TriangleTree target(zoneMesh(region, {false, false}));
         PointList missed;
         reflectPatches(patches, {0}, target, nearestElementHit, missed, [] {}, {});
-        EXPECT_EQ(patches[0], lifted(flatPatch(2, 2), last));
+        EXPECT_EQ(patches[0], flatPatch(2, 2, last));
     }
 }
 
@@ -209,7 +200,7 @@ TEST(ProjectionToElements, IsThatOfTestingEveryTriangle) {
         const TriangleTree target(zoneMesh(region, {false, false}));
         PointList missed;
         reflectPatches(patches, {0, 1}, target, nearestElementHit, missed, [] {}, {});
-        ASSERT_EQ(missed, reference::reflectToWrl(plain, {0, 1}, region)) << round;
+        ASSERT_EQ(missed, reference::projectToZones(plain, {0, 1}, region)) << round;
         ASSERT_EQ(patches, plain) << round;
     }
 }
@@ -237,7 +228,7 @@ TEST(NearestHit, OfElementsLiesWithinTenThousandMillion) {
 TEST(ReflectZones, MovesNodesOfTwoElementsAtLeast) {
     zRegion_fe region;
     region.blocks.push_back(triangleZone("own", {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}}, {0, 1, 2, 1, 3, 2}));
-    region.blocks.push_back(zoneOf(lifted(flatPatch(3, 3), 2), "target"));
+    region.blocks.push_back(zoneOf(flatPatch(3, 3, 2), "target"));
     reflectZones(region, {0}, {});
     EXPECT_EQ(nodeOf(region, 0, 0), Vector(0, 0, 0));
     EXPECT_EQ(nodeOf(region, 0, 1), Vector(1, 0, 2));
@@ -248,8 +239,8 @@ TEST(ReflectZones, MovesNodesOfTwoElementsAtLeast) {
 TEST(ReflectZones, IgnoresAHitAtTheNodeItself) {
     zRegion_fe region;
     region.blocks.push_back(zoneOf(flatPatch(3, 3), "own"));
-    region.blocks.push_back(zoneOf(lifted(flatPatch(3, 3), 5e-7), "touches"));
-    region.blocks.push_back(zoneOf(lifted(flatPatch(3, 3), -4), "target"));
+    region.blocks.push_back(zoneOf(flatPatch(3, 3, 5e-7), "touches"));
+    region.blocks.push_back(zoneOf(flatPatch(3, 3, -4), "target"));
     reflectZones(region, {0}, {});
     EXPECT_EQ(nodeOf(region, 0, 4), Vector(1, 1, -4));
 }
@@ -258,7 +249,7 @@ TEST(ReflectZones, TakesAHitAMillionthAwayForAnotherPlace) {
     for (const double height : {0.99e-6, 1.01e-6}) {
         zRegion_fe region;
         region.blocks.push_back(zoneOf(flatPatch(3, 3), "own"));
-        region.blocks.push_back(zoneOf(lifted(flatPatch(3, 3), height), "target"));
+        region.blocks.push_back(zoneOf(flatPatch(3, 3, height), "target"));
         reflectZones(region, {0}, {});
         EXPECT_NEAR(nodeOf(region, 0, 4).z, height < 1e-6 ? 0 : height, 1e-12);
     }
@@ -267,8 +258,8 @@ TEST(ReflectZones, TakesAHitAMillionthAwayForAnotherPlace) {
 TEST(ReflectZones, KeepsTheFirstOfTwoAtTheSameDistance) {
     zRegion_fe region;
     region.blocks.push_back(zoneOf(flatPatch(3, 3), "own"));
-    region.blocks.push_back(zoneOf(lifted(flatPatch(3, 3), 1), "first"));
-    region.blocks.push_back(zoneOf(lifted(flatPatch(3, 3), -1), "last"));
+    region.blocks.push_back(zoneOf(flatPatch(3, 3, 1), "first"));
+    region.blocks.push_back(zoneOf(flatPatch(3, 3, -1), "last"));
     reflectZones(region, {0}, {});
     EXPECT_EQ(nodeOf(region, 0, 4), Vector(1, 1, 1));
 }
@@ -276,7 +267,7 @@ TEST(ReflectZones, KeepsTheFirstOfTwoAtTheSameDistance) {
 TEST(ReflectZones, DoesNothingWithoutOthersOrChosenOnesOrCoordinates) {
     zRegion_fe region;
     region.blocks.push_back(zoneOf(flatPatch(3, 3), "own"));
-    region.blocks.push_back(zoneOf(lifted(flatPatch(3, 3), 1), "target"));
+    region.blocks.push_back(zoneOf(flatPatch(3, 3, 1), "target"));
     reflectZones(region, {0, 1}, {});
     reflectZones(region, {}, {});
     reflectZones(region, {7, -1}, {});

@@ -38,13 +38,6 @@ Column stepsOf(const Column& x) {
     return steps;
 }
 
-void expectNear(const Column& actual, const Column& expected, double tolerance) {
-    ASSERT_EQ(actual.size(), expected.size());
-    for (std::size_t i = 0; i < actual.size(); ++i) {
-        EXPECT_NEAR(actual[i], expected[i], tolerance) << "entry " << i;
-    }
-}
-
 TEST(LinearRebreak, LaysEqualStepsAcrossTheChords) {
     const Result result = linear(onAxis({0, 1, 4}), 5, 1);
     EXPECT_EQ(result.code, 0);

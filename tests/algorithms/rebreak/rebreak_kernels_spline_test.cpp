@@ -35,13 +35,6 @@ Points uniform(const Points& in, std::int32_t m, double exactness = 0) {
     return out;
 }
 
-void expectNear(const Column& actual, const Column& expected, double tolerance) {
-    ASSERT_EQ(actual.size(), expected.size());
-    for (std::size_t i = 0; i < actual.size(); ++i) {
-        EXPECT_NEAR(actual[i], expected[i], tolerance) << "entry " << i;
-    }
-}
-
 /// A quarter turn of a helix.
 Points arc(std::int32_t n) {
     Points points;

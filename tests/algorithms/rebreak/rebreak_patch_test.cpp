@@ -8,24 +8,13 @@
 #include <gtest/gtest.h>
 
 #include "rebreak_patch_reference.h"
-#include "small_models.h"
+#include "surface_samples.h"
 
 namespace velmora::test {
 
 namespace {
 
 using reference::RebreakFields;
-using testing::DoubleNear;
-using testing::ElementsAre;
-using testing::Pointwise;
-
-std::vector<double> coordinate(const PointList& points, double zVec<double>::*axis = &zVec<double>::x) {
-    std::vector<double> values;
-    for (const zVec<double>& p : points) {
-        values.push_back(p.*axis);
-    }
-    return values;
-}
 
 /// Equal steps along the chords, the whole of every section.
 RebreakLaw linearLaw(const Patch& patch, std::int32_t newCount) {
@@ -66,8 +55,8 @@ TEST(RebreakSections, OfOneSectionGivesEqualStepsAndLeavesTheOthers) {
     law.firstCurve = 1;
     law.lastCurve = 2;
     rebreakSections(patch, law);
-    EXPECT_THAT(coordinate(patch[1]), Pointwise(DoubleNear(1e-12), {0.0, 1.5, 3.0, 4.5, 6.0, 7.5, 9.0}));
-    EXPECT_THAT(coordinate(patch[1], &zVec<double>::y), testing::Each(1.0));
+    EXPECT_THAT(along(patch[1]), Pointwise(DoubleNear(1e-12), {0.0, 1.5, 3.0, 4.5, 6.0, 7.5, 9.0}));
+    EXPECT_THAT(along(patch[1], &zVec<double>::y), testing::Each(1.0));
     for (const std::size_t n : {0U, 2U, 3U}) {
         EXPECT_EQ(patch[n], before[n]);
     }
@@ -78,7 +67,7 @@ TEST(RebreakSections, BySplineOfAStraightSectionGivesEqualSteps) {
     RebreakLaw law = linearLaw(patch, 9);
     law.spline = true;
     rebreakSections(patch, law);
-    EXPECT_THAT(coordinate(patch[0]), Pointwise(DoubleNear(1e-9), {0.0, 2.0, 4.0, 6.0, 8.0, 10.0, 12.0, 14.0, 16.0}));
+    EXPECT_THAT(along(patch[0]), Pointwise(DoubleNear(1e-9), {0.0, 2.0, 4.0, 6.0, 8.0, 10.0, 12.0, 14.0, 16.0}));
 }
 
 TEST(RebreakSections, RunsFromTheFirstOfTheRangeToItsEnd) {
@@ -98,7 +87,7 @@ TEST(RebreakSections, CompressionIsTheLastStepDividedByTheFirst) {
     RebreakLaw law = linearLaw(patch, 5);
     law.compression = 8;
     rebreakSections(patch, law);
-    const std::vector<double> x = coordinate(patch[0]);
+    const std::vector<double> x = along(patch[0]);
     ASSERT_EQ(x.size(), 5U);
     // Four steps in the ratio 1, 2, 4, 8 over a length of 8.
     const double unit = 8.0 / 15.0;
@@ -111,8 +100,7 @@ TEST(RebreakSections, KeepTheOldPointsOutsideTheStretch) {
     law.firstPoint = 3;
     law.lastPoint = 5;
     rebreakSections(patch, law);
-    EXPECT_THAT(coordinate(patch[0]),
-                Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 2.5, 3.0, 3.5, 4.0, 5.0, 6.0, 7.0, 8.0}));
+    EXPECT_THAT(along(patch[0]), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 2.5, 3.0, 3.5, 4.0, 5.0, 6.0, 7.0, 8.0}));
 }
 
 TEST(RebreakSections, FitTakesTheSpacingOfTheLawSection) {
@@ -125,7 +113,7 @@ TEST(RebreakSections, FitTakesTheSpacingOfTheLawSection) {
     law.fitToLawCurve = true;
     law.firstCurve = 1;
     rebreakSections(patch, law);
-    EXPECT_THAT(coordinate(patch[1]), Pointwise(DoubleNear(1e-12), {0.0, 2.0, 8.0, 12.0, 16.0}));
+    EXPECT_THAT(along(patch[1]), Pointwise(DoubleNear(1e-12), {0.0, 2.0, 8.0, 12.0, 16.0}));
 }
 
 TEST(RebreakSections, FitMeasuresTheLawSectionAsItWasBefore) {
@@ -136,7 +124,7 @@ TEST(RebreakSections, FitMeasuresTheLawSectionAsItWasBefore) {
     law.fitToLawCurve = true;
     rebreakSections(patch, law); // the law section itself comes first
     for (std::size_t n = 1; n < 3; ++n) {
-        EXPECT_THAT(coordinate(patch[n]), Pointwise(DoubleNear(1e-12), {0.0, 0.5, 2.0, 3.0, 4.0})) << n;
+        EXPECT_THAT(along(patch[n]), Pointwise(DoubleNear(1e-12), {0.0, 0.5, 2.0, 3.0, 4.0})) << n;
     }
 }
 
@@ -149,8 +137,8 @@ TEST(RebreakSections, AFirstPointBeyondASectionBecomesItsLastButOneForAllThatFol
     rebreakSections(patch, law);
     EXPECT_EQ(law.firstPoint, 4);
     EXPECT_EQ(law.lastPoint, 5);
-    EXPECT_THAT(coordinate(patch[0]), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 3.5, 4.0}));
-    EXPECT_THAT(coordinate(patch[1]), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 3.5, 4.0, 5.0, 6.0, 7.0, 8.0}));
+    EXPECT_THAT(along(patch[0]), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 3.5, 4.0}));
+    EXPECT_THAT(along(patch[1]), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 3.5, 4.0, 5.0, 6.0, 7.0, 8.0}));
 }
 
 TEST(RebreakSections, TheTailEndsWhereTheLawSectionEnds) {
@@ -160,7 +148,7 @@ TEST(RebreakSections, TheTailEndsWhereTheLawSectionEnds) {
     law.lastCurve = 1;
     law.lawCurve = 1; // six points long
     rebreakSections(patch, law);
-    EXPECT_THAT(coordinate(patch[0]), Pointwise(DoubleNear(1e-12), {0.0, 2.0, 3.0, 4.0, 5.0}));
+    EXPECT_THAT(along(patch[0]), Pointwise(DoubleNear(1e-12), {0.0, 2.0, 3.0, 4.0, 5.0}));
 }
 
 TEST(RebreakSections, TheTailOfAShorterSectionEndsWithIt) {
@@ -170,7 +158,7 @@ TEST(RebreakSections, TheTailOfAShorterSectionEndsWithIt) {
     law.lastCurve = 1;
     law.lawCurve = 1;
     rebreakSections(patch, law);
-    EXPECT_THAT(coordinate(patch[0]), Pointwise(DoubleNear(1e-12), {0.0, 2.0, 3.0, 4.0, 5.0}));
+    EXPECT_THAT(along(patch[0]), Pointwise(DoubleNear(1e-12), {0.0, 2.0, 3.0, 4.0, 5.0}));
 }
 
 TEST(RebreakSections, AStretchOfFewerThanTwoPointsGivesTheOldPointsBack) {
@@ -209,7 +197,7 @@ TEST(RebreakSections, CoincidentPointsCountOnceInAStretchOfMoreThanThree) {
     RebreakLaw law = linearLaw(patch, 5);
     law.spline = true;
     rebreakSections(patch, law);
-    EXPECT_THAT(coordinate(patch[0]), Pointwise(DoubleNear(1e-9), {0.0, 1.0, 2.0, 3.0, 4.0}));
+    EXPECT_THAT(along(patch[0]), Pointwise(DoubleNear(1e-9), {0.0, 1.0, 2.0, 3.0, 4.0}));
 }
 
 TEST(RebreakSections, IndicesOutsideThePatchAreCutToIt) {
@@ -220,7 +208,7 @@ TEST(RebreakSections, IndicesOutsideThePatchAreCutToIt) {
     law.lawCurve = 99;
     law.lastPoint = 99;
     rebreakSections(patch, law);
-    EXPECT_THAT(coordinate(patch[0]), Pointwise(DoubleNear(1e-12), {0.0, 2.0, 4.0}));
+    EXPECT_THAT(along(patch[0]), Pointwise(DoubleNear(1e-12), {0.0, 2.0, 4.0}));
     EXPECT_EQ(patch[1].size(), 3U);
     Patch none;
     rebreakSections(none, law);
@@ -244,9 +232,8 @@ TEST(RebreakLines, OfAllLinesChangesTheNumberOfSections) {
     rebreakLines(patch, law);
     ASSERT_EQ(patch.size(), 9U);
     for (std::size_t n = 0; n < 9; ++n) {
-        EXPECT_THAT(coordinate(patch[n]), ElementsAre(0.0, 1.0, 2.0));
-        EXPECT_THAT(coordinate(patch[n], &zVec<double>::y),
-                    testing::Each(DoubleNear(0.5 * static_cast<double>(n), 1e-12)));
+        EXPECT_THAT(along(patch[n]), ElementsAre(0.0, 1.0, 2.0));
+        EXPECT_THAT(along(patch[n], &zVec<double>::y), testing::Each(DoubleNear(0.5 * static_cast<double>(n), 1e-12)));
     }
 }
 
@@ -380,17 +367,17 @@ private:
     /// Points that mostly move on, some standing on the one before.
     PointList section(int points) {
         PointList section;
-        zVec<double> at(coordinate(), coordinate(), coordinate());
+        zVec<double> at(along(), along(), along());
         for (int m = 0; m < points; ++m) {
             if (!once(6)) {
-                at = at + zVec<double>(std::abs(coordinate()), coordinate(), coordinate());
+                at = at + zVec<double>(std::abs(along()), along(), along());
             }
             section.push_back(at);
         }
         return section;
     }
 
-    double coordinate() { return std::uniform_real_distribution<double>(-1, 1)(engine_); }
+    double along() { return std::uniform_real_distribution<double>(-1, 1)(engine_); }
 
     std::mt19937 engine_;
 };

@@ -10,25 +10,14 @@ namespace velmora {
 namespace {
 
 using test::flatPatch;
+using test::numbered;
 using test::rowAt;
 using Vec = zVec<double>;
-
-PointList numbered(int count) {
-    PointList points;
-    for (int i = 0; i < count; ++i) {
-        points.push_back({static_cast<double>(i), 0.0, 0.0});
-    }
-    return points;
-}
 
 std::vector<double> weededNumbers(int count) {
     Patch patch = {numbered(count)};
     weed(patch);
-    std::vector<double> left;
-    for (const Vec& point : patch.front()) {
-        left.push_back(point.x);
-    }
-    return left;
+    return test::along(patch.front());
 }
 
 using Numbers = std::vector<double>;

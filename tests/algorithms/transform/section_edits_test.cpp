@@ -1,39 +1,25 @@
 #include "section_edits.h"
 
-#include <gtest/gtest.h>
-
 #include <limits>
+
+#include "surface_samples.h"
 
 namespace velmora {
 namespace {
 
+using test::along;
+using test::numbered;
 using Vec = zVec<double>;
 using Numbers = std::vector<double>;
 
-PointList numbered(int count) {
-    PointList points;
-    for (int i = 0; i < count; ++i) {
-        points.push_back({static_cast<double>(i), 0.0, 0.0});
-    }
-    return points;
-}
-
-Numbers numbersOf(const PointList& points) {
-    Numbers numbers;
-    for (const Vec& point : points) {
-        numbers.push_back(point.x);
-    }
-    return numbers;
-}
-
 TEST(WithoutHalf, OfAnOddCountKeepsTheMiddleOnBothSides) {
-    EXPECT_EQ(numbersOf(withoutHalf(numbered(7), Side::After)), (Numbers{0, 1, 2, 3}));
-    EXPECT_EQ(numbersOf(withoutHalf(numbered(7), Side::Before)), (Numbers{3, 4, 5, 6}));
+    EXPECT_EQ(along(withoutHalf(numbered(7), Side::After)), (Numbers{0, 1, 2, 3}));
+    EXPECT_EQ(along(withoutHalf(numbered(7), Side::Before)), (Numbers{3, 4, 5, 6}));
 }
 
 TEST(WithoutHalf, OfAnEvenCountKeepsFourOfEight) {
-    EXPECT_EQ(numbersOf(withoutHalf(numbered(8), Side::After)), (Numbers{0, 1, 2, 3}));
-    EXPECT_EQ(numbersOf(withoutHalf(numbered(8), Side::Before)), (Numbers{4, 5, 6, 7}));
+    EXPECT_EQ(along(withoutHalf(numbered(8), Side::After)), (Numbers{0, 1, 2, 3}));
+    EXPECT_EQ(along(withoutHalf(numbered(8), Side::Before)), (Numbers{4, 5, 6, 7}));
 }
 
 TEST(WithoutHalf, OfOnePointAndOfNoneKeepsAll) {
@@ -44,18 +30,18 @@ TEST(WithoutHalf, OfOnePointAndOfNoneKeepsAll) {
 }
 
 TEST(WithoutSide, KeepsThePointItself) {
-    EXPECT_EQ(numbersOf(withoutSide(numbered(5), 1, Side::After)), (Numbers{0, 1}));
-    EXPECT_EQ(numbersOf(withoutSide(numbered(5), 1, Side::Before)), (Numbers{1, 2, 3, 4}));
+    EXPECT_EQ(along(withoutSide(numbered(5), 1, Side::After)), (Numbers{0, 1}));
+    EXPECT_EQ(along(withoutSide(numbered(5), 1, Side::Before)), (Numbers{1, 2, 3, 4}));
     EXPECT_EQ(withoutSide(numbered(5), 0, Side::Before), numbered(5));
     EXPECT_EQ(withoutSide(numbered(5), 4, Side::After), numbered(5));
 }
 
 TEST(WithSideReplaced, PutsThePartWhereTheSideWas) {
     const PointList part = {{8, 0, 0}, {9, 0, 0}};
-    EXPECT_EQ(numbersOf(withSideReplaced(numbered(4), 1, Side::After, part)), (Numbers{0, 1, 8, 9}));
-    EXPECT_EQ(numbersOf(withSideReplaced(numbered(4), 1, Side::Before, part)), (Numbers{8, 9, 1, 2, 3}));
-    EXPECT_EQ(numbersOf(withSideReplaced(numbered(4), 3, Side::After, part)), (Numbers{0, 1, 2, 3, 8, 9}));
-    EXPECT_EQ(numbersOf(withSideReplaced(numbered(4), 0, Side::Before, part)), (Numbers{8, 9, 0, 1, 2, 3}));
+    EXPECT_EQ(along(withSideReplaced(numbered(4), 1, Side::After, part)), (Numbers{0, 1, 8, 9}));
+    EXPECT_EQ(along(withSideReplaced(numbered(4), 1, Side::Before, part)), (Numbers{8, 9, 1, 2, 3}));
+    EXPECT_EQ(along(withSideReplaced(numbered(4), 3, Side::After, part)), (Numbers{0, 1, 2, 3, 8, 9}));
+    EXPECT_EQ(along(withSideReplaced(numbered(4), 0, Side::Before, part)), (Numbers{8, 9, 0, 1, 2, 3}));
 }
 
 TEST(WithSideReplaced, LeavesTheSectionWholeForAPointOutsideIt) {
@@ -79,11 +65,11 @@ TEST(IsClosed, AsksForLessThanTheCoincidenceDistanceInEachCoordinate) {
 }
 
 TEST(LoopFrom, RisesFromThePointOnAndLeavesOutPointZero) {
-    EXPECT_EQ(numbersOf(loopFrom(numbered(5), 2, true)), (Numbers{2, 3, 4, 1, 2}));
+    EXPECT_EQ(along(loopFrom(numbered(5), 2, true)), (Numbers{2, 3, 4, 1, 2}));
 }
 
 TEST(LoopFrom, FallsFromThePointOnAndLeavesOutTheLast) {
-    EXPECT_EQ(numbersOf(loopFrom(numbered(5), 2, false)), (Numbers{2, 1, 0, 3, 2}));
+    EXPECT_EQ(along(loopFrom(numbered(5), 2, false)), (Numbers{2, 1, 0, 3, 2}));
 }
 
 TEST(LoopFrom, KeepsTheCountFromEveryPoint) {

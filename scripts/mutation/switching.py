@@ -61,7 +61,7 @@ def expression_forms(mutant, text):
     """The expression that changes as a choice; then the one around it, and the next."""
     tokens = cpp.tokens_of(text)
     a, b, new = difference(mutant, tokens, [token.text for token in cpp.tokens_of(mutant.new)])
-    forms = []
+    forms = [] if new else dropped_condition(mutant, text, tokens, a, b)
     while len(forms) < 3:
         old = [token.text for token in tokens[a:b]]
         level = min(cpp.weakest(old), cpp.weakest(new))
@@ -76,6 +76,16 @@ def expression_forms(mutant, text):
         new = [t.text for t in tokens[around:a]] + new + [t.text for t in tokens[b : tokens[around].partner + 1]]
         a, b = around, tokens[around].partner + 1
     return forms
+
+
+def dropped_condition(mutant, text, tokens, a, b):
+    """Of a condition that is dropped with its "and" or "or", the condition alone: as if it held, or not."""
+    neutral = {"&&": "true", "||": "false"}
+    for word, first, last in ((a, a + 1, b), (b - 1, a, b - 1)):
+        joint = tokens[word].text if a < word + 1 <= b else ""
+        if joint in neutral and first < last and cpp.weakest(t.text for t in tokens[first:last]) > cpp.STRENGTH[joint]:
+            return [choice(mutant, text, tokens, first, last, [neutral[joint]])]
+    return []
 
 
 def choice(mutant, text, tokens, a, b, new):

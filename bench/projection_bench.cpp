@@ -38,7 +38,7 @@ void projection(benchmark::State& state) {
         PointList missed;
         state.ResumeTiming();
         const TriangleTree target(CellMesh(patches, {true, false}).takeMesh());
-        reflectPatches(patches, {0}, target, nearestCellHit, missed, [] {}, {});
+        projectPatches(patches, {0}, target, nearestCellHit, missed, [] {}, {});
         benchmark::DoNotOptimize(patches.data());
     }
     state.SetItemsProcessed(state.iterations() * 317 * 317);

@@ -7,7 +7,7 @@
 #include <string>
 #include <variant>
 
-#include "script_failure.h"
+#include "ScriptFailure.h"
 #include "script_line.h"
 
 namespace velmora {

@@ -5,11 +5,11 @@
 #include <string_view>
 #include <variant>
 
+#include "ScriptFailure.h"
 #include "VelmoraDoc.h"
 #include "VelmoraView.h"
 #include "command_table.h"
 #include "json_values.h"
-#include "script_failure.h"
 
 namespace velmora {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "script_failure.h"
+#include "ScriptFailure.h"
 
 namespace velmora {
 

@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "CRegularInput.h"
-#include "script_failure.h"
+#include "ScriptFailure.h"
 
 namespace velmora {
 

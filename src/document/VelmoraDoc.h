@@ -107,8 +107,7 @@ public:
     std::string fieldVariablesLine;
     std::int32_t fieldCount = 0;
 
-    // ---- Capture and selection: numbers from 0, -1 for none
-    // ----------------------------------------------------------
+    // ---- Capture and selection: numbers from 0, -1 for none -------------------------------------
 
     Capture capture;                                     ///< what is captured or waited for: read it by `capture->`
     std::array<std::int32_t, blockCapacity> blockList{}; ///< the zBlock, in the order of capture
@@ -118,8 +117,7 @@ public:
     zVec<double> undoNode;
     zVec<double> dragStart;
 
-    // ---- Other flags
-    // ---------------------------------------------------------------------------------------------------
+    // ---- Other flags ----------------------------------------------------------------------------
 
     bool appendMode = false;
     bool readerOption = false;
@@ -146,8 +144,7 @@ public:
     bool fieldMode = false;
     bool fieldOpening = false;
 
-    // ---- Numbers
-    // -------------------------------------------------------------------------------------------------------
+    // ---- Numbers --------------------------------------------------------------------------------
 
     zVec<double> boxMin; ///< the model's box, as of the last updateBounds
     zVec<double> boxMax;
@@ -197,8 +194,7 @@ public:
     /// The class names that storedDialog knows.
     static std::vector<std::string> dialogNames();
 
-    // ---- Views and messages
-    // ------------------------------------------------------------------------------------------
+    // ---- Views and messages ---------------------------------------------------------------------
 
     /// The view must outlive the document or be detached.
     void attachView(DocumentView& view) { views_.push_back(&view); }
@@ -225,8 +221,7 @@ public:
     /// holds as long as it stays.
     std::uint64_t geometryRevision() const { return geometryRevision_; }
 
-    // ---- File commands
-    // -------------------------------------------------------------------------------------------------
+    // ---- File commands --------------------------------------------------------------------------
 
     /// New. The first call of the process only sets the initial state.
     void onNewDocument();
@@ -256,8 +251,7 @@ public:
     /// The question before the document is closed; false when it must stay open because saving failed.
     bool saveModified();
 
-    // ---- Kind, title and path
-    // ------------------------------------------------------------------------------------------
+    // ---- Kind, title and path -------------------------------------------------------------------
 
     /// Sets structureKind and fileKind from the section counts of `list`. Without a patch they stay.
     void checkRegularity(const PatchList& list);
@@ -266,8 +260,7 @@ public:
     /// The refresh after an edit of `patches`: kind, path and title follow.
     void UpdateAfterEdit() { retitle(); }
 
-    // ---- Undo
-    // -----------------------------------------------------------------------------------------------------------
+    // ---- Undo -----------------------------------------------------------------------------------
 
     void SavePointUndo();
     void SavePatchUndo();
@@ -277,8 +270,7 @@ public:
     void UndoPoint();
     void UndoPatch();
 
-    // ---- Regimes
-    // --------------------------------------------------------------------------------------------------------
+    // ---- Regimes --------------------------------------------------------------------------------
 
     void CapturePatch();
     void AddPatchToBlock();
@@ -316,8 +308,7 @@ public:
     /// Neither patches nor zones.
     bool holdsNothing() const { return patches.empty() && feRegion.blocks.empty(); }
 
-    // ---- Editing
-    // --------------------------------------------------------------------------------------------------------
+    // ---- Editing --------------------------------------------------------------------------------
 
     void DeletePoint();
     void DuplicatePoint();
@@ -356,8 +347,7 @@ public:
     void ReflectToDat();
     void Intersection();
 
-    // ---- Conversion
-    // -----------------------------------------------------------------------------------------------------
+    // ---- Conversion -----------------------------------------------------------------------------
 
     void ConvertToUnstructured();
     void ConvertToSkl();
@@ -433,8 +423,7 @@ public:
     /// Shows the dialog "Viewing" with these values, and keeps what was typed. False for Cancel.
     bool askViewing(dlgViewing& values);
 
-    // ---- Addresses
-    // ------------------------------------------------------------------------------------------------------
+    // ---- Addresses ------------------------------------------------------------------------------
 
     /// The section that is addressed, or null when the address points outside the model.
     PointList* sectionAt(std::int32_t patch, std::int32_t section);
@@ -549,7 +538,7 @@ private:
     void matchBlock(bool grid);
     bool correctCapturedLine();
     std::filesystem::path chooseReference(const char* extension, const char* command);
-    void reflectZonesOfBlock();
+    void projectZonesOfBlock();
     void finishReflection();
     bool pierceOtherPatches();
     void carryOutIntersection();

@@ -18,8 +18,7 @@ public:
     VelmoraView(VelmoraDoc& document, ViewSurface& surface);
     ~VelmoraView() override;
 
-    // ---- State
-    // --------------------------------------------------------------------------------------------------------
+    // ---- State ----------------------------------------------------------------------------------
 
     int mouseMode = ModeNone;
     int projectionMode = 0;  ///< 0 perspective, 1 orthographic
@@ -60,8 +59,7 @@ public:
     const DrawList& list();
     const Overlay& overlay() const { return overlay_; }
 
-    // ---- Frame loop
-    // -----------------------------------------------------------------------------------------------------
+    // ---- Frame loop -----------------------------------------------------------------------------
 
     void OnDraw() override;
     void OnSize(int width, int height) override;
@@ -72,8 +70,7 @@ public:
     virtual void ResizeViewport(int width, int height);
     virtual void UpdateProjection();
 
-    // ---- What the document asks
-    // -----------------------------------------------------------------------------------------
+    // ---- What the document asks -----------------------------------------------------------------
 
     void onGeometryChanged() override { onPictureChanged(); }
     void onPictureChanged() override;
@@ -84,8 +81,7 @@ public:
     void resetMouseMode() override;
     int principalPlane() const override { return viewAlongX ? 1 : viewAlongY ? 2 : viewAlongZ ? 3 : 0; }
 
-    // ---- Camera
-    // -----------------------------------------------------------------------------------------------------------
+    // ---- Camera ---------------------------------------------------------------------------------
 
     /// Loads the model view matrix so that the model turns about `centre`.
     void ApplyModelTransform(const zVec<double>& centre);
@@ -93,24 +89,21 @@ public:
     /// Turns by z about Z, then y about Y, then x about X, in degrees.
     void SetEulerView(const zVec<double>& angles);
 
-    // ---- Commands
-    // ---------------------------------------------------------------------------------------------------------
+    // ---- Commands -------------------------------------------------------------------------------
 
     /// True when the view's or the document's state turns a view command off.
     bool isViewCommandOff(std::string_view id) const;
     /// Runs a view command; false when the view has none of that id.
     bool runViewCommand(std::string_view id);
 
-    // ---- Mouse and keys: pixels from the upper left
-    // ---------------------------------------------------------------------
+    // ---- Mouse and keys: pixels from the upper left ---------------------------------------------
 
     void OnLeftButtonDown(PixelPoint position);
     void OnMouseMove(PixelPoint position);
     void OnLeftButtonUp(PixelPoint position);
     void OnTimer();
 
-    // ---- Picking
-    // ------------------------------------------------------------------------------------------------------------
+    // ---- Picking --------------------------------------------------------------------------------
 
     /// The line of sight through a pixel.
     PixelLine PixelRay(double x, double y) const;

@@ -212,8 +212,7 @@ TEST_F(DocumentCore, AnEditDoesNotMoveTheBox) {
     EXPECT_EQ(doc.boxMin, zVec<double>());
 }
 
-// ---- What changed
-// -----------------------------------------------------------------------------------------------------
+// ---- What changed -------------------------------------------------------------------------------
 
 TEST_F(DocumentCore, ViewsHearWhetherGeometryPictureOrHighlightChanged) {
     hold({flatPatch(3, 4), flatPatch(3, 4, 5.0)});

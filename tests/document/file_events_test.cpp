@@ -95,8 +95,7 @@ public:
     using DocumentTest::view;
 };
 
-// ---- What may have gone before
-// ---------------------------------------------------------------------------------------
+// ---- What may have gone before ------------------------------------------------------------------
 
 struct Before {
     const char* name;
@@ -153,8 +152,7 @@ const Before befores[] = {
     {.name = "Untitled", .happen = [](FileEvents& t) { t.type(true); }},
 };
 
-// ---- Commands that begin another model
-// -------------------------------------------------------------------------------
+// ---- Commands that begin another model ----------------------------------------------------------
 
 struct Beginning {
     const char* name;
@@ -243,8 +241,7 @@ TEST(FileEventPairs, EveryBeginningForgetsWhatWasThereBefore) {
     }
 }
 
-// ---- Commands that go on with the model
-// ------------------------------------------------------------------------------
+// ---- Commands that go on with the model ---------------------------------------------------------
 
 namespace {
 
@@ -402,8 +399,7 @@ TEST(FileEventPairs, EveryCommandThatGoesOnGivesTheModelItsName) {
     }
 }
 
-// ---- What the file commands ask their chooser
-// ------------------------------------------------------------------------
+// ---- What the file commands ask their chooser ---------------------------------------------------
 
 namespace {
 
@@ -501,8 +497,7 @@ TEST(FileEventPairs, EveryCommandAsksItsChooserForItsFiles) {
     }
 }
 
-// ---- What they leave behind
-// ------------------------------------------------------------------------------------------
+// ---- What they leave behind ---------------------------------------------------------------------
 
 namespace {
 
@@ -640,8 +635,7 @@ TEST_F(Traces, TheTitleOfZonesIsThatOfTheFirstFile) {
     EXPECT_EQ(doc.feRegion.title, "second");
 }
 
-// ---- Field files
-// -----------------------------------------------------------------------------------------------------
+// ---- Field files --------------------------------------------------------------------------------
 
 TEST_F(Traces, OpenFieldForgetsTheFieldBeforeEvenWhenItIsCancelled) {
     openField(*this);
@@ -684,8 +678,7 @@ TEST_F(Traces, CloseFieldLeavesNothingCapturedSelectedOrShown) {
     EXPECT_EQ(ui.count(std::string("status: ") + idle), 1U);
 }
 
-// ---- Conversions
-// -----------------------------------------------------------------------------------------------------
+// ---- Conversions --------------------------------------------------------------------------------
 
 TEST_F(Traces, EveryConversionIsDrawnAndCanBeUndoneWithoutANewBox) {
     openGrid();
@@ -735,8 +728,7 @@ TEST_F(Traces, ConversionToLinesTakesItsPlanesFromTheDialog) {
     EXPECT_NEAR(doc.patches[0][1].front().y, 0.5, 1e-9);
 }
 
-// ---- Points beside the model
-// -----------------------------------------------------------------------------------------
+// ---- Points beside the model --------------------------------------------------------------------
 
 TEST_F(Traces, PointFilesAreDrawnAndLeaveTheModel) {
     openGrid();
@@ -845,8 +837,7 @@ TEST_F(Traces, ASnapshotOfOneKindEmptiesThatOfTheOther) {
     EXPECT_TRUE(doc.undoRegion.blocks.empty());
 }
 
-// ---- A second geometry
-// -----------------------------------------------------------------------------------------------
+// ---- A second geometry --------------------------------------------------------------------------
 
 TEST_F(Traces, ASecondGeometryTakesTheTitleOfItsFirstFileAndLeavesTheNamesOfTheModel) {
     const auto wrl = [](const char* title) {

@@ -297,8 +297,7 @@ TEST_P(EachWriter, FailsAtAFolderWithoutAQuestion) {
     EXPECT_EQ(ui.busyDepth, 0);
 }
 
-// ---- The ways in which less is read than a file holds
-// ----------------------------------------------------------------
+// ---- The ways in which less is read than a file holds -------------------------------------------
 
 namespace {
 

@@ -146,7 +146,7 @@ inline PointList projectToZones(PatchList& patches, const std::vector<std::int32
     return missed;
 }
 
-inline void reflectZones(zRegion_fe& region, const std::vector<std::int32_t>& block) {
+inline void projectZones(zRegion_fe& region, const std::vector<std::int32_t>& block) {
     const std::vector<Corners3> targets = elementsOf(region, block);
     for (const std::int32_t zone : block) {
         const zBlock_fe& z = *region.blocks[static_cast<std::size_t>(zone)];

@@ -117,7 +117,7 @@ std::optional<zVec<double>> gridDirection(const Patch& patch, std::int32_t N, st
     return unit(cross(*acrossSections, *alongSection));
 }
 
-void reflectPatches(PatchList& patches, const std::vector<std::int32_t>& chosen, const TriangleTree& target,
+void projectPatches(PatchList& patches, const std::vector<std::int32_t>& chosen, const TriangleTree& target,
                     const HitChoice& choice, PointList& missed, const std::function<void()>& firstMiss,
                     const ReportProgress& progress) {
     std::int64_t total = 0;
@@ -202,7 +202,7 @@ const zVec<double>* nearestOtherPlace(const zVec<double>& origin, const std::vec
     return best;
 }
 
-void reflectZone(zRegion_fe& region, std::int32_t number, const TriangleTree& target, ProgressCounter& counter) {
+void projectZone(zRegion_fe& region, std::int32_t number, const TriangleTree& target, ProgressCounter& counter) {
     const zBlock_fe& zone = *region.blocks[static_cast<std::size_t>(number)];
     const ZoneCoordinates at = coordinatesOf(zone.variables);
     if (!at) {
@@ -226,7 +226,7 @@ void reflectZone(zRegion_fe& region, std::int32_t number, const TriangleTree& ta
 
 } // namespace
 
-void reflectZones(zRegion_fe& region, const std::vector<std::int32_t>& chosen, const ReportProgress& progress) {
+void projectZones(zRegion_fe& region, const std::vector<std::int32_t>& chosen, const ReportProgress& progress) {
     std::vector<bool> mask(region.blocks.size(), false);
     std::vector<std::int32_t> zones;
     std::int64_t total = 0;
@@ -244,7 +244,7 @@ void reflectZones(zRegion_fe& region, const std::vector<std::int32_t>& chosen, c
     const TriangleTree target(zoneMesh(region, mask));
     ProgressCounter counter(progress, total);
     for (const std::int32_t zone : zones) {
-        reflectZone(region, zone, target, counter);
+        projectZone(region, zone, target, counter);
     }
 }
 

@@ -32,13 +32,13 @@ std::optional<zVec<double>> gridDirection(const Patch& patch, std::int32_t N, st
 /// target. All directions are those of the patches as they were. A point without a direction stays; one whose line
 /// meets nothing stays too and is put behind `missed`, `firstMiss` being called at the first one. Numbers of no patch
 /// are passed over. `progress` may be empty.
-void reflectPatches(PatchList& patches, const std::vector<std::int32_t>& chosen, const TriangleTree& target,
+void projectPatches(PatchList& patches, const std::vector<std::int32_t>& chosen, const TriangleTree& target,
                     const HitChoice& choice, PointList& missed, const std::function<void()>& firstMiss,
                     const ReportProgress& progress);
 
 /// Moves the nodes of the zones `chosen` to the other zones, each along the mean of the normals of its elements, to the
 /// nearest hit that is another place than its own. A node of one element alone stays, as does one whose line meets
 /// nothing. Nothing happens when all zones are chosen or none, or the first zone of the region lacks x, y or z.
-void reflectZones(zRegion_fe& region, const std::vector<std::int32_t>& chosen, const ReportProgress& progress);
+void projectZones(zRegion_fe& region, const std::vector<std::int32_t>& chosen, const ReportProgress& progress);
 
 } // namespace velmora

@@ -43,7 +43,7 @@ PointList project(PatchList& patches, int* misses = nullptr) {
     const TriangleTree target(CellMesh(patches, mask).takeMesh());
     PointList missed;
     int calls = 0;
-    reflectPatches(patches, {0}, target, nearestCellHit, missed, [&calls] { ++calls; }, {});
+    projectPatches(patches, {0}, target, nearestCellHit, missed, [&calls] { ++calls; }, {});
     if (misses != nullptr) {
         *misses = calls;
     }
@@ -140,7 +140,7 @@ TEST(Projection, PassesOverNumbersOfNoPatch) {
     PatchList patches = {flatPatch(2, 2)};
     const TriangleTree target{TriangleMesh()};
     PointList missed;
-    reflectPatches(patches, {-1, 4}, target, nearestCellHit, missed, [] {}, {});
+    projectPatches(patches, {-1, 4}, target, nearestCellHit, missed, [] {}, {});
     EXPECT_THAT(missed, IsEmpty());
 }
 
@@ -149,7 +149,7 @@ TEST(Projection, TellsProgressThatNeverFalls) {
     const TriangleTree target(CellMesh(patches, {true, false}).takeMesh());
     PointList missed;
     std::vector<double> told;
-    reflectPatches(
+    projectPatches(
         patches, {0}, target, nearestCellHit, missed, [] {}, [&told](double f) { told.push_back(f); });
     EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
     EXPECT_EQ(told.size(), 100U);
@@ -170,7 +170,7 @@ TEST(Projection, IsThatOfTestingEveryTriangle) {
         }
         const TriangleTree target(CellMesh(patches, mask).takeMesh());
         PointList missed;
-        reflectPatches(patches, block, target, nearestCellHit, missed, [] {}, {});
+        projectPatches(patches, block, target, nearestCellHit, missed, [] {}, {});
         ASSERT_EQ(missed, reference::projectToPatches(plain, block)) << round;
         ASSERT_EQ(patches, plain) << round;
     }
@@ -184,7 +184,7 @@ TEST(ProjectionToElements, KeepsTheLastOfTwoAtTheSameDistance) {
         region.blocks.push_back(zoneOf(flatPatch(2, 2, last), "last"));
         const TriangleTree target(zoneMesh(region, {false, false}));
         PointList missed;
-        reflectPatches(patches, {0}, target, nearestElementHit, missed, [] {}, {});
+        projectPatches(patches, {0}, target, nearestElementHit, missed, [] {}, {});
         EXPECT_EQ(patches[0], flatPatch(2, 2, last));
     }
 }
@@ -199,7 +199,7 @@ TEST(ProjectionToElements, IsThatOfTestingEveryTriangle) {
         PatchList plain = patches;
         const TriangleTree target(zoneMesh(region, {false, false}));
         PointList missed;
-        reflectPatches(patches, {0, 1}, target, nearestElementHit, missed, [] {}, {});
+        projectPatches(patches, {0, 1}, target, nearestElementHit, missed, [] {}, {});
         ASSERT_EQ(missed, reference::projectToZones(plain, {0, 1}, region)) << round;
         ASSERT_EQ(patches, plain) << round;
     }
@@ -225,59 +225,59 @@ TEST(NearestHit, OfElementsLiesWithinTenThousandMillion) {
     EXPECT_EQ(chosen(2, -2), -2); // of equal ones the last
 }
 
-TEST(ReflectZones, MovesNodesOfTwoElementsAtLeast) {
+TEST(ProjectZones, MovesNodesOfTwoElementsAtLeast) {
     zRegion_fe region;
     region.blocks.push_back(triangleZone("own", {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}}, {0, 1, 2, 1, 3, 2}));
     region.blocks.push_back(zoneOf(flatPatch(3, 3, 2), "target"));
-    reflectZones(region, {0}, {});
+    projectZones(region, {0}, {});
     EXPECT_EQ(nodeOf(region, 0, 0), Vector(0, 0, 0));
     EXPECT_EQ(nodeOf(region, 0, 1), Vector(1, 0, 2));
     EXPECT_EQ(nodeOf(region, 0, 2), Vector(0, 1, 2));
     EXPECT_EQ(nodeOf(region, 0, 3), Vector(1, 1, 0));
 }
 
-TEST(ReflectZones, IgnoresAHitAtTheNodeItself) {
+TEST(ProjectZones, IgnoresAHitAtTheNodeItself) {
     zRegion_fe region;
     region.blocks.push_back(zoneOf(flatPatch(3, 3), "own"));
     region.blocks.push_back(zoneOf(flatPatch(3, 3, 5e-7), "touches"));
     region.blocks.push_back(zoneOf(flatPatch(3, 3, -4), "target"));
-    reflectZones(region, {0}, {});
+    projectZones(region, {0}, {});
     EXPECT_EQ(nodeOf(region, 0, 4), Vector(1, 1, -4));
 }
 
-TEST(ReflectZones, TakesAHitAMillionthAwayForAnotherPlace) {
+TEST(ProjectZones, TakesAHitAMillionthAwayForAnotherPlace) {
     for (const double height : {0.99e-6, 1.01e-6}) {
         zRegion_fe region;
         region.blocks.push_back(zoneOf(flatPatch(3, 3), "own"));
         region.blocks.push_back(zoneOf(flatPatch(3, 3, height), "target"));
-        reflectZones(region, {0}, {});
+        projectZones(region, {0}, {});
         EXPECT_NEAR(nodeOf(region, 0, 4).z, height < 1e-6 ? 0 : height, 1e-12);
     }
 }
 
-TEST(ReflectZones, KeepsTheFirstOfTwoAtTheSameDistance) {
+TEST(ProjectZones, KeepsTheFirstOfTwoAtTheSameDistance) {
     zRegion_fe region;
     region.blocks.push_back(zoneOf(flatPatch(3, 3), "own"));
     region.blocks.push_back(zoneOf(flatPatch(3, 3, 1), "first"));
     region.blocks.push_back(zoneOf(flatPatch(3, 3, -1), "last"));
-    reflectZones(region, {0}, {});
+    projectZones(region, {0}, {});
     EXPECT_EQ(nodeOf(region, 0, 4), Vector(1, 1, 1));
 }
 
-TEST(ReflectZones, DoesNothingWithoutOthersOrChosenOnesOrCoordinates) {
+TEST(ProjectZones, DoesNothingWithoutOthersOrChosenOnesOrCoordinates) {
     zRegion_fe region;
     region.blocks.push_back(zoneOf(flatPatch(3, 3), "own"));
     region.blocks.push_back(zoneOf(flatPatch(3, 3, 1), "target"));
-    reflectZones(region, {0, 1}, {});
-    reflectZones(region, {}, {});
-    reflectZones(region, {7, -1}, {});
+    projectZones(region, {0, 1}, {});
+    projectZones(region, {}, {});
+    projectZones(region, {7, -1}, {});
     EXPECT_EQ(nodeOf(region, 0, 4), Vector(1, 1, 0));
     region.blocks[0]->variables[0]->name = "u";
-    reflectZones(region, {1}, {});
+    projectZones(region, {1}, {});
     EXPECT_EQ(nodeOf(region, 1, 4), Vector(1, 1, 1));
 }
 
-TEST(ReflectZones, IsThatOfTestingEveryTriangle) {
+TEST(ProjectZones, IsThatOfTestingEveryTriangle) {
     for (int round = 0; round < 40; ++round) {
         zRegion_fe region;
         const double shake = pick(2) == 0 ? 0.0 : 0.05;
@@ -286,8 +286,8 @@ TEST(ReflectZones, IsThatOfTestingEveryTriangle) {
         }
         zRegion_fe plain;
         copyRegion(region, plain);
-        reflectZones(region, {2, 0}, {});
-        reference::reflectZones(plain, {2, 0});
+        projectZones(region, {2, 0}, {});
+        reference::projectZones(plain, {2, 0});
         for (int zone = 0; zone < 4; ++zone) {
             for (int node = 0; node < 25; ++node) {
                 ASSERT_EQ(nodeOf(region, zone, node), nodeOf(plain, zone, node)) << round;

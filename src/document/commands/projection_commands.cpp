@@ -16,7 +16,7 @@ void VelmoraDoc::finishReflection() {
 void VelmoraDoc::ReflectToApt() {
     beginPatchCommand(false);
     if (structureKind == "uns") {
-        reflectZonesOfBlock();
+        projectZonesOfBlock();
         return;
     }
     bool missed = false;
@@ -24,7 +24,7 @@ void VelmoraDoc::ReflectToApt() {
         const BusyScope busy(ui_);
         lineBuffer.clear();
         const TriangleTree target(CellMesh(patches, blockMask()).takeMesh());
-        reflectPatches(
+        projectPatches(
             patches, blockCount < 1 ? std::vector<std::int32_t>() : chosenPatches(), target, nearestCellHit, lineBuffer,
             [&missed] { missed = true; }, progressTo(ui_));
     }
@@ -34,10 +34,10 @@ void VelmoraDoc::ReflectToApt() {
     finishReflection();
 }
 
-void VelmoraDoc::reflectZonesOfBlock() {
+void VelmoraDoc::projectZonesOfBlock() {
     {
         const BusyScope busy(ui_);
-        reflectZones(feRegion, blockCount < 1 ? std::vector<std::int32_t>() : chosenPatches(), progressTo(ui_));
+        projectZones(feRegion, blockCount < 1 ? std::vector<std::int32_t>() : chosenPatches(), progressTo(ui_));
     }
     followCapturedPoint();
     redraw();
@@ -50,7 +50,7 @@ void VelmoraDoc::ReflectToWrl() {
         lineBuffer.clear();
         const TriangleTree target(zoneMesh(referenceRegion, std::vector<bool>(referenceRegion.blocks.size(), false)));
         // The message comes while the work is still going on.
-        reflectPatches(
+        projectPatches(
             patches, chosenPatches(), target, nearestElementHit, lineBuffer,
             [this] { ui_.showMessage(message::someLinesMiss); }, progressTo(ui_));
     }

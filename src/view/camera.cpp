@@ -123,6 +123,7 @@ Matrix4 scaleMatrix(const zVec<double>& factors) {
 }
 
 Matrix4 rotationMatrix(double degrees, const zVec<double>& axis) {
+    // Whatever the axis: a drag straight towards the centre of the screen turns about none.
     if (degrees == 0.0) {
         return identityMatrix();
     }

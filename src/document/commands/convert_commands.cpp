@@ -59,6 +59,7 @@ void VelmoraDoc::ConvertToSkl() {
     if (!showDialog(toSklValues)) {
         return;
     }
+    // Only once the model is another one: a conversion that was cancelled or failed leaves nothing to undo.
     patchUndoReady = true;
     rebuildOnUndo = false;
     // What is captured is a part of the surface: there is none from here on.

@@ -157,6 +157,7 @@ void VelmoraDoc::KnifeZones() {
     if (knifeValues.cutKind == 3) {
         savePartsOfZones();
     } else if (keepPartOfZones(knifeValues.cutKind == 1 ? Side::Before : Side::After)) {
+        // Only once the model is another one: a cut that was cancelled or could not be done leaves nothing to undo.
         patchUndoReady = true;
         rebuildOnUndo = false;
         followCapturedPoint();

@@ -8,6 +8,7 @@ namespace velmora {
 // The zBlock is projected along its own normals: "Reflection" in the menus.
 
 void VelmoraDoc::finishReflection() {
+    // Full only when points missed: an empty buffer has nothing to paste.
     lineBufferFull = !lineBuffer.empty();
     followCapturedPoint();
     redraw();

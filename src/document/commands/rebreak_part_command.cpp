@@ -103,7 +103,8 @@ void VelmoraDoc::RebreakPart() {
     }
     const PartsOutcome outcome = rebuildParts(patches[static_cast<std::size_t>(capture->capturedPatch)],
                                               capture->capturedSection, rebreakPartValues);
-    // Before the point the stretch may have got longer: the same place has another number.
+    // Before the point the stretch may have got longer: the same place has another number. It stays when the point's
+    // own section could not be rebuilt.
     if (rebreakPartValues.position == 1 && outcome.capturedRebuilt) {
         capture.renumberPoint(capture->capturedPointSection, rebreakPartValues.newCount - 1);
     }

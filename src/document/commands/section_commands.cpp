@@ -225,6 +225,7 @@ void VelmoraDoc::ReverseSection() {
     }
     std::reverse(section->begin(), section->end());
     capture.renumberPoint(capture->capturedPointSection, countOf(*section) - capture->capturedPoint - 1);
+    // No snapshot: the command chosen again takes it back. It is a change all the same, asked about before leaving.
     documentModified = true;
     UpdateAfterEdit();
     redraw();

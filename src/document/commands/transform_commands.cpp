@@ -173,6 +173,7 @@ void VelmoraDoc::Convertation() {
     if (structureKind != "str" || !exchangeSectionsAndLines()) {
         return;
     }
+    // No snapshot: the command chosen again takes it back. It is a change all the same, asked about before leaving.
     documentModified = true;
     redraw();
 }
@@ -188,6 +189,7 @@ void VelmoraDoc::LastFirstSwitch() {
             (sections ? reverseSections : reverseLines)(patches[k]);
         }
     }
+    // As above: a change without a snapshot.
     documentModified = true;
     if (capture->capturedPatch >= 0 && capture->capturedPatch < countOf(patches)) {
         const Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];

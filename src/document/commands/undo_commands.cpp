@@ -62,6 +62,7 @@ void VelmoraDoc::UndoPoint() {
         patches = std::move(pointUndoPatches);
     }
     capture.restorePoint();
+    // Undo counts as a change since the last save, as what it undoes does.
     documentModified = true;
     if (zones) {
         // A transformation has named the node that tells where the model stood; a point edit knows its own address.
@@ -97,6 +98,7 @@ void VelmoraDoc::UndoPatch() {
             undoPath_.clear();
             titleWrong_ = false;
         }
+        // The document holds one model: what comes back takes the place of the other kind.
         feRegion.blocks.clear();
         UpdateAfterEdit();
     } else if (!undoRegion.blocks.empty()) {

@@ -55,7 +55,7 @@ void moves(benchmark::State& state, void (VelmoraDoc::*capture)()) {
     desk->view.OnLeftButtonDown({400, 300});
     desk->view.OnDraw();
     int i = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         ++i;
         desk->view.OnMouseMove({100 + i * 37 % 600, 200 + i * 23 % 200});
         desk->view.OnDraw();

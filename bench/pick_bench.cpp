@@ -45,7 +45,7 @@ PixelLine lineNumber(int i) {
 }
 
 void takeModelIn(benchmark::State& state) {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         PatchIndex index;
         index.takeIn(model());
         benchmark::DoNotOptimize(index);
@@ -57,7 +57,7 @@ void pickPatch(benchmark::State& state) {
     PatchIndex index;
     index.takeIn(model());
     int i = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(index.pickPatch(model(), lineNumber(++i)));
     }
 }
@@ -67,7 +67,7 @@ void pickPoint(benchmark::State& state) {
     PatchIndex index;
     index.takeIn(model());
     int i = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(index.nearest(model(), lineNumber(++i), {}));
     }
 }
@@ -75,7 +75,7 @@ BENCHMARK(pickPoint)->Unit(benchmark::kMillisecond);
 
 void pickPointByPlainScan(benchmark::State& state) {
     int i = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(nearestGridPoint(model(), lineNumber(++i), {}));
     }
 }

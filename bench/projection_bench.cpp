@@ -32,7 +32,7 @@ Patch wavedBody(int sections, int points, double radius) {
 /// Tree and projection together.
 void projection(benchmark::State& state) {
     const PatchList model = {wavedBody(317, 317, 1.3), wavedBody(501, 1001, 1.0)};
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
         PatchList patches = model;
         PointList missed;
@@ -48,7 +48,7 @@ BENCHMARK(projection)->Unit(benchmark::kMillisecond);
 void treeOfAMillionTriangles(benchmark::State& state) {
     const PatchList model = {wavedBody(501, 1001, 1.0)};
     const TriangleMesh mesh = CellMesh(model, {false}).takeMesh();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const TriangleTree tree(mesh);
         benchmark::DoNotOptimize(&tree);
     }
@@ -71,7 +71,7 @@ Patch wing() {
 
 void intersection(benchmark::State& state) {
     const PatchList model = {wing(), wavedBody(401, 501, 1.0)};
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
         PatchList patches = model;
         PiercingPoints piercing;

@@ -59,7 +59,7 @@ SlicePlan planOf(std::int32_t planes) {
 void slice(benchmark::State& state) {
     const int side = static_cast<int>(std::sqrt(static_cast<double>(state.range(0)) / 2));
     const zRegion_fe body = tube(side, side, state.range(1) == 1);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(sliceSurface(body, planOf(100)).sections.data());
     }
     state.SetItemsProcessed(state.iterations() * 2 * side * side);
@@ -77,7 +77,7 @@ void sliceCracked(benchmark::State& state) {
     const zRegion_fe body = tube(4, static_cast<int>(state.range(0)), false, 1e-6);
     SlicePlan plan = planOf(3);
     plan.precision = state.range(1) == 1 ? 1e-5 : 1e-9;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(sliceSurface(body, plan).sections.data());
     }
 }
@@ -101,7 +101,7 @@ void linesToGrid(benchmark::State& state) {
         lines.push_back(line);
     }
     const PatchList model = {lines};
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(velmora::linesToGrid(model, 50, state.range(0) == 1).data());
     }
 }

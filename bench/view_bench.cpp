@@ -68,7 +68,7 @@ Fixture& fixture() {
 void buildList(benchmark::State& state, int number, bool again) {
     const VelmoraDoc& doc = fixture().doc;
     DrawList list;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         list = again ? buildDrawList(doc, number, std::move(list)) : buildDrawList(doc, number);
         benchmark::DoNotOptimize(list.vertices.data());
     }
@@ -101,7 +101,7 @@ void wireListWithOverlays(benchmark::State& state) {
 
 void normalsOnly(benchmark::State& state) {
     const PatchList& patches = freshDocument(fixture()).patches;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         zVec<double> sum;
         for (const Patch& patch : patches) {
             for (std::size_t n = 0; n < patch.size(); ++n) {
@@ -117,7 +117,7 @@ void normalsOnly(benchmark::State& state) {
 
 void barePass(benchmark::State& state) {
     const PatchList& patches = freshDocument(fixture()).patches;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         double sum = 0.0;
         for (const Patch& patch : patches) {
             for (const PointList& section : patch) {
@@ -134,7 +134,7 @@ void barePass(benchmark::State& state) {
 void pointPick(benchmark::State& state) {
     const PatchList& patches = freshDocument(fixture()).patches;
     const PixelLine line{{500.3, 0.4, 3000.0}, {500.1, 0.2, -9000.0}};
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const auto nearest = nearestGridPoint(patches, line, {});
         benchmark::DoNotOptimize(nearest->distance);
     }
@@ -144,7 +144,7 @@ void pointPick(benchmark::State& state) {
 void bareCopy(benchmark::State& state) {
     const PatchList& patches = freshDocument(fixture()).patches;
     PatchList copy = patches;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         copy = patches;
         benchmark::DoNotOptimize(copy.data());
     }
@@ -154,7 +154,7 @@ void bareCopy(benchmark::State& state) {
 // Each call throws the snapshot before it away.
 void undoSnapshot(benchmark::State& state) {
     VelmoraDoc& doc = freshDocument(fixture());
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         doc.SavePatchUndo();
         benchmark::DoNotOptimize(doc.undoPatches.data());
     }
@@ -163,7 +163,7 @@ void undoSnapshot(benchmark::State& state) {
 
 void listNumber(benchmark::State& state) {
     VelmoraDoc& doc = freshDocument(fixture());
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(listNumberFor(doc));
     }
 }

@@ -47,8 +47,8 @@ void PrintTo(const Boundary& boundary, std::ostream* out) {
 /// Where the capture stands, with what is in hand.
 std::string captured(VelmoraDoc& doc) {
     std::ostringstream out;
-    out << doc.capture->capturedPatch << ' ' << doc.capture->capturedSection << ' ' << doc.capture->capturedLine << ' ' << doc.capture->capturedPointSection
-        << ' ' << doc.capture->capturedPoint;
+    out << doc.capture->capturedPatch << ' ' << doc.capture->capturedSection << ' ' << doc.capture->capturedLine << ' '
+        << doc.capture->capturedPointSection << ' ' << doc.capture->capturedPoint;
     return out.str();
 }
 

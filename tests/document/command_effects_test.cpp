@@ -682,7 +682,8 @@ TEST_F(CommandRig, ABendIsReadyToBeTakenBackByEitherUndo) {
         doc.prepareDragCorrection();
         EXPECT_TRUE(doc.capture->dragCorrectsLine && doc.pointUndoReady && doc.patchUndoReady && doc.documentModified);
         EXPECT_FALSE(doc.rebuildOnUndo);
-        EXPECT_THAT((std::vector{doc.capture->savedPatch, doc.capture->savedPointSection, doc.capture->savedPoint}), ElementsAre(0, 1, 1));
+        EXPECT_THAT((std::vector{doc.capture->savedPatch, doc.capture->savedPointSection, doc.capture->savedPoint}),
+                    ElementsAre(0, 1, 1));
         doc.patches[0][1][1].z = 3; // the view bends the curve
         run({.id = byPoint ? "point.undo" : "patch.undo"});
         EXPECT_EQ(Picture::ofModel(doc), model);

@@ -56,11 +56,11 @@ public:
             taken = true;
             for (const auto& [key, text] : fields) {
                 if (const auto refusal = setField(form, key, text)) {
-                    transcript.push_back("refused: " + key + "=" + text + ": " + refusal->message);
+                    noteRefusal(key + "=" + text, refusal->message);
                 }
             }
             if (const auto refusal = acceptDialog(form)) {
-                transcript.push_back("refused: OK: " + refusal->message);
+                noteRefusal("OK", refusal->message);
                 taken = false;
             }
         }
@@ -100,6 +100,11 @@ public:
             found += entry == line ? 1 : 0;
         }
         return found;
+    }
+
+private:
+    void noteRefusal(const std::string& act, const std::string& reason) {
+        transcript.push_back("refused: " + act + ": " + reason);
     }
 };
 

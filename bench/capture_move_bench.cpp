@@ -15,15 +15,15 @@ namespace {
 
 using namespace velmora;
 
-constexpr int side = 200; // of a patch, in points
+constexpr std::int64_t side = 200; // of a patch, in points
 
 /// Wavy sheets of 40,000 points each, side by side.
 PatchList sheets(std::int64_t points) {
     PatchList list;
     for (std::int64_t k = 0; k < points / (side * side); ++k) {
-        Patch patch(side);
-        for (int n = 0; n < side; ++n) {
-            for (int m = 0; m < side; ++m) {
+        Patch patch(static_cast<std::size_t>(side));
+        for (int n = 0; n < static_cast<int>(side); ++n) {
+            for (int m = 0; m < static_cast<int>(side); ++m) {
                 patch[static_cast<std::size_t>(n)].emplace_back(2.0 * static_cast<double>(k) + 0.01 * n, 0.1 * m,
                                                                 0.2 * std::sin(0.05 * n) * std::cos(0.03 * m));
             }

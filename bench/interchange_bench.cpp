@@ -35,8 +35,10 @@ zRegion_fe makeModel() {
     zArray<double>* const y = zone->addVariable("y");
     zArray<double>* const z = zone->addVariable("z");
     for (std::int32_t node = 0; node < columns * rows; ++node) {
-        const double u = 0.01 * (node % columns);
-        const double v = 0.013 * (node / columns);
+        const std::int32_t column = node % columns;
+        const std::int32_t row = node / columns;
+        const double u = 0.01 * column;
+        const double v = 0.013 * row;
         const auto index = static_cast<std::size_t>(node);
         x->data[index] = u + 0.1 * std::sin(v);
         y->data[index] = v - 3.0;

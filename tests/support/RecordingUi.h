@@ -56,11 +56,11 @@ public:
             taken = true;
             for (const auto& [key, text] : fields) {
                 if (const auto refusal = setField(form, key, text)) {
-                    noteRefusal(key + "=" + text, refusal->message);
+                    noteRefusal(key, text, refusal->message);
                 }
             }
             if (const auto refusal = acceptDialog(form)) {
-                noteRefusal("OK", refusal->message);
+                transcript.push_back("refused: OK: " + refusal->message);
                 taken = false;
             }
         }
@@ -103,8 +103,8 @@ public:
     }
 
 private:
-    void noteRefusal(const std::string& act, const std::string& reason) {
-        transcript.push_back("refused: " + act + ": " + reason);
+    void noteRefusal(const std::string& key, const std::string& text, const std::string& reason) {
+        transcript.push_back("refused: " + key + "=" + text + ": " + reason);
     }
 };
 

@@ -197,6 +197,14 @@ TEST_F(Refusals, OfThePointTableNameTheAction) {
     }
 }
 
+// The number of the point counts in the section that is asked for, not in the one that is shown.
+TEST_F(Refusals, FindTakesPatchSectionAndPointInThisOrder) {
+    must("run file.new answer=yes do=\"inputAfter 0 0 0\" do=\"inputAfter 1 0 0\" do=\"inputAfter 2 0 0\" "
+         "do=\"newLine 0 1 0\" do=\"find 1 1 3\"");
+    EXPECT_EQ(event("dialog").at("fields").at("N"), 1);
+    EXPECT_EQ(event("dialog").at("fields").at("M"), 3);
+}
+
 TEST_F(Refusals, ATableCanBeCancelledBehindItsActions) {
     must("run file.new answer=yes do=\"inputAfter 1 2 3\" cancel=dialog");
     EXPECT_EQ(event("dialog").at("result"), "cancel");

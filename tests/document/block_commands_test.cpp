@@ -247,6 +247,15 @@ TEST_F(BlockClipboard, CopyKeepsTheOrderOfTheZBlockAndOutlivesIt) {
     EXPECT_TRUE(doc.blockClipboardFull);
 }
 
+TEST_F(BlockClipboard, CopyTakesThePlaceOfTheCopyBefore) {
+    hold(stack(3));
+    select({2, 0});
+    doc.CopyBlock();
+    doc.InvertBlock(); // patch 1 alone
+    doc.CopyBlock();
+    EXPECT_EQ(heights(doc.blockClipboard), (Heights{1}));
+}
+
 TEST_F(BlockClipboard, CopyOfAnEmptyZBlockDoesNothing) {
     hold(stack(3));
     doc.blockClipboard = stack(1);
@@ -362,6 +371,15 @@ TEST_F(BlockSave, ThatFailsSaysSo) {
     ui.files = {{folder / "absent" / "part.apt"}};
     doc.SaveBlockAs();
     EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1", "message: It is impossible to save current file"));
+}
+
+TEST_F(BlockSave, WritesZonesUnderTheTitleOfTheirModel) {
+    holdZones({3, 4});
+    doc.feRegion.title = "Hull and keel";
+    select({1});
+    ui.files = {{folder / "part.dat"}};
+    doc.SaveBlockAs();
+    EXPECT_NE(fileText(folder / "part.dat").find("\"Hull and keel\""), std::string::npos);
 }
 
 TEST_F(BlockSave, WritesZonesInTheOrderOfTheZBlock) {

@@ -251,6 +251,19 @@ TEST(DialogFields, OfFirstPoint) {
     EXPECT_TRUE(form.find("closed")->readOnly && form.find("pointInside")->readOnly);
 }
 
+TEST(FirstPointDialog, SortsALoopByThePointThatIsCapturedInIt) {
+    for (const bool inside : {false, true}) {
+        for (const bool closed : {false, true}) {
+            CFirstPoint values;
+            values.pointInside = inside;
+            values.closed = closed;
+            DialogForm form = describe(values);
+            openDialog(form);
+            EXPECT_EQ(form.find("sortKind")->on, inside && closed) << inside << closed;
+        }
+    }
+}
+
 TEST(DialogFields, OfExtrapolation) {
     EXPECT_THAT(linesOf("CExtrapolation"),
                 ElementsAre("Extrapolation",

@@ -92,6 +92,15 @@ TEST_F(Sample, AFieldWithoutARangeTakesAnyFiniteNumber) {
     EXPECT_EQ(anyWhole, -2147483647 - 1);
 }
 
+TEST_F(Sample, ANumberHasOneSign) {
+    for (const char* key : {"any", "anyWhole"}) {
+        EXPECT_EQ(set(key, "+-3"), std::string("refused ") + key);
+        EXPECT_EQ(set(key, "-+3"), std::string("refused ") + key);
+    }
+    EXPECT_EQ(any, 2.5);
+    EXPECT_EQ(anyWhole, 1);
+}
+
 TEST_F(Sample, ACheckBoxTakesNothingButZeroAndOne) {
     EXPECT_EQ(set("tick", "1"), "taken");
     EXPECT_TRUE(tick);

@@ -102,6 +102,14 @@ TEST(Volumes, OfThisMachineAreFoldersFromTheRootOn) {
         std::all_of(volumes.begin(), volumes.end(), [](const fs::path& path) { return fs::is_directory(path); }));
 }
 
+// ---- Order ----------------------------------------------------------------------------------------------------------
+
+TEST(SortByName, GoesByTheLettersWhateverTheirCase) {
+    Lines names = {"b", "C", "a", "B", "A"};
+    sortByName(names);
+    EXPECT_THAT(names, ElementsAre("A", "a", "B", "b", "C"));
+}
+
 // ---- The folder chooser ---------------------------------------------------------------------------------------------
 
 TEST_F(PlacesTest, FoldersStandInBracketsByNameBehindTheOneAbove) {
@@ -234,6 +242,9 @@ TEST_F(PlacesTest, OkNeedsANameAndFiles) {
     dlgFilesList files = list();
     files.typeName("");
     EXPECT_FALSE(files.accept());
+    EXPECT_THAT(heard(), ElementsAre("message: Insert name, please"));
+    files.name.text = " \t";
+    EXPECT_FALSE(files.accept()) << "blanks are no name";
     EXPECT_THAT(heard(), ElementsAre("message: Insert name, please"));
     files.typeName("wing");
     EXPECT_FALSE(files.accept());

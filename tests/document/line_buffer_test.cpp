@@ -105,6 +105,16 @@ TEST_F(LineBuffer, PasteOfAnotherLengthOnASectionTurnsAptToSkl) {
     EXPECT_THAT(heard(), ElementsAre(aptNotice, "title: wing.skl"));
 }
 
+TEST_F(LineBuffer, PasteOfFewerPointsKeepsTheCapturedPointInsideTheSection) {
+    hold({flatPatch(3, 4)});
+    captureSection(0, 1);
+    capturePoint(0, 1, 3);
+    fill({{8, 8, 8}, {9, 9, 9}});
+    doc.PasteFromBuffer();
+    EXPECT_EQ(doc.capture->capturedPoint, 1);
+    EXPECT_EQ(doc.capture->capturedPointPos, zVec<double>(9, 9, 9));
+}
+
 TEST_F(LineBuffer, PasteOnALineReplacesItsPointInEachSection) {
     hold({flatPatch(3, 4)});
     captureLine(0, 2);

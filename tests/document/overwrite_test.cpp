@@ -637,6 +637,16 @@ TEST_F(OverwriteTest, AFieldFileThatFailedIsAskedAbout) {
     EXPECT_EQ(fileText(folder / "bad.dat"), text);
 }
 
+TEST_F(OverwriteTest, AnIncompleteFileThatIsGoneIsWrittenByItsModelWithoutAQuestion) {
+    doc.onOpenDocument(file("more.apt", brokenSecondCompartment));
+    ASSERT_FALSE(doc.patches.empty());
+    fs::remove(folder / "more.apt");
+    forget();
+    run("file.save");
+    EXPECT_FALSE(asked(heard()));
+    EXPECT_TRUE(fs::exists(folder / "more.apt"));
+}
+
 TEST_F(OverwriteTest, AFileThatCouldNotBeOpenedIsNotAskedAboutOnceItIsThere) {
     for (const char* name : {"absent.apt", "absent.skl"}) {
         doc.onOpenDocument(folder / name);

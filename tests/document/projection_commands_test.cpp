@@ -254,6 +254,14 @@ TEST_F(Reflection, ToWrlUsesTheReferenceGeometryUp) {
     EXPECT_EQ(doc.patches[0], flatPatch(3, 3));
 }
 
+TEST_F(Reflection, ToWrlShowsTheWholeModelAgain) {
+    holdPair(9);
+    appendWrl(file("square.wrl", squareWrl));
+    doc.showBlockOnly = true;
+    doc.ReflectToWrl();
+    EXPECT_FALSE(doc.showBlockOnly) << "of the zBlock, empty now, nothing would be seen";
+}
+
 TEST_F(Reflection, ToWrlUsesItUpAlsoWhenNothingWasHit) {
     hold({flatPatch(2, 2), {{{90, 0, 0}, {91, 0, 0}}, {{90, 1, 0}, {91, 1, 0}}}});
     addToBlock(1);

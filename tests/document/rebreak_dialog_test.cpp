@@ -160,6 +160,17 @@ TEST_F(RebreakDialog, TypedCountsDoNotLingerBehindFit) {
     EXPECT_EQ(values.lastPoint, 10);
 }
 
+TEST_F(RebreakDialog, OpenedWithFitTakesTheWholeCurve) {
+    values.style = 2;
+    values.newCount = 77;
+    values.firstPoint = 3;
+    values.lastPoint = 4;
+    open();
+    EXPECT_EQ(values.newCount, 10);
+    EXPECT_EQ(values.firstPoint, 1);
+    EXPECT_EQ(values.lastPoint, 10);
+}
+
 TEST_F(RebreakDialog, LeavingFitGivesTheFieldsBack) {
     open();
     set("style", "2");

@@ -144,6 +144,28 @@ TEST_F(RegularInput, PasteTurnsCutIntoInputAfterAndSwitchesTheFields) {
     EXPECT_FALSE(table.bufferOn);
 }
 
+TEST_F(RegularInput, PasteTurnsEachActionThatItSwitchesOffIntoInputAfter) {
+    for (const std::int32_t action : {CRegularInput::Cut, CRegularInput::Copy, CRegularInput::NewPatch,
+                                      CRegularInput::NewLine, CRegularInput::Find}) {
+        list.clear();
+        table.reset();
+        act(CRegularInput::InputAfter, {1, 2, 3});
+        ASSERT_TRUE(table.chooseAction(action));
+        table.checkPaste(true);
+        EXPECT_EQ(table.actionRegime, CRegularInput::InputAfter) << CRegularInput::radioText(action);
+    }
+}
+
+TEST_F(RegularInput, TheSelectedRowSelectedAgainLeavesWhatIsTyped) {
+    act(CRegularInput::InputAfter, {1, 2, 3});
+    act(CRegularInput::InputAfter, {4, 5, 6});
+    table.typed = {7, 8, 9};
+    ASSERT_TRUE(table.select(2));
+    EXPECT_EQ(table.typed, (zVec<double>{7, 8, 9}));
+    ASSERT_TRUE(table.select(1));
+    EXPECT_EQ(table.typed, (zVec<double>{1, 2, 3}));
+}
+
 TEST_F(RegularInput, WithPasteThePointComesFromTheBuffer) {
     act(CRegularInput::InputAfter, {1, 2, 3});
     act(CRegularInput::Copy);

@@ -102,6 +102,12 @@ TEST_F(Release, BesideTheGeometryKeepsTheLineArmed) {
     EXPECT_THAT(heard(), ElementsAre(dragStatus));
 }
 
+TEST_F(Release, WithoutAPatchPutsNothingIntoTheZBlock) {
+    doc.AddPatchToBlock();
+    doc.moveRegimeAtRelease();
+    EXPECT_THAT(block(), IsEmpty());
+}
+
 TEST_F(Release, OfTheFirstPointIsFoundAtIndexZero) {
     arranged(doc).sectionCaptureArmed = true;
     doc.capture.renumberSection(0);

@@ -309,6 +309,15 @@ TEST_F(ToApt, LeavesPointAndCurvesAndStaysInThePatchRegime) {
     EXPECT_EQ(doc.status, "the zBlock's text");
 }
 
+TEST_F(ToApt, WithAPatchToAddArmedShowsItsPrompt) {
+    holdLines();
+    doc.AddPatchToBlock();
+    answer({{"pointCount", "3"}});
+    doc.ConvertToApt();
+    EXPECT_TRUE(doc.capture->patchCaptureArmed);
+    EXPECT_EQ(doc.status, "Find patch and click it");
+}
+
 // ---- Knife of grids -------------------------------------------------------------------------------------------------
 
 TEST_F(GridKnife, HalvesTheSectionsOfTheZBlock) {
@@ -444,6 +453,23 @@ TEST_F(ZoneKnife, PlaneWithoutANormalCutsNothing) {
     doc.KnifeZones();
     EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok", "message: Normal of plane is absent. Cut is impossible"));
     EXPECT_EQ(elements(), 12);
+}
+
+TEST_F(ZoneKnife, OpensAtSectionZeroWhateverWasCutBefore) {
+    answer({{"section", "1"}});
+    doc.KnifeZones();
+    ui.onDialog = [](DialogForm& form) { EXPECT_EQ(fieldText(*form.find("section")), "0"); };
+    doc.KnifeZones();
+}
+
+TEST_F(ZoneKnife, UndoneKeepsTheViewAlsoBehindAMove) {
+    answer({{"deltaX", "1"}});
+    doc.MoveModel();
+    answer({{"section", "2"}});
+    doc.KnifeZones();
+    viewCalls();
+    doc.UndoPatch();
+    EXPECT_THAT(viewCalls(), Not(Contains("bounds")));
 }
 
 TEST_F(ZoneKnife, ThreePointsOfTheBufferAreThePlane) {

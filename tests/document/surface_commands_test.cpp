@@ -112,6 +112,18 @@ TEST_F(CoonsRebuild, PassesOverEntriesThatNameNoPatch) {
     EXPECT_TRUE(isFlat(doc.patches[1]));
 }
 
+TEST_F(CoonsRebuild, TakesTheCapturedPointAlong) {
+    for (const bool free : {false, true}) {
+        hold({wrinkled(5, 5)});
+        capturePoint(0, 2, 2);
+        arranged(doc).pointCaptured = !free;
+        arranged(doc).freePointHeld = free;
+        doc.CoonsRebuild(); // the middle comes down into the plane of the borders
+        EXPECT_NEAR(doc.capture->capturedPointPos.z, 0.0, 1e-12) << free;
+        EXPECT_NEAR(doc.capture->pickedPoint.z, 0.0, 1e-12) << free;
+    }
+}
+
 // ---- Smooth ---------------------------------------------------------------------------------------------------------
 
 TEST_F(Smooth, OfSectionsMovesTheirPointsAndLeavesTheBorders) {
@@ -205,6 +217,20 @@ TEST_F(Interpolate, MovesTheCapturedLineAmongLines) {
     EXPECT_EQ(doc.capture->capturedLine, 1);
     EXPECT_EQ(doc.capture->capturedSection, -1);
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set line"));
+}
+
+// Exchanging sections and lines leaves the patches outside of the zBlock as they are and exchanges the capture all the
+// same: the number of the line is that of a section then. Wanted.
+TEST_F(Interpolate, OfALineOutsideTheZBlockMovesTheSectionOfItsNumber) {
+    hold({flatPatch(4, 4), flatPatch(4, 4, 1)});
+    addToBlock(1);
+    captureLine(0, 1);
+    interpolate({{"coefficient", "0.5"}});
+    EXPECT_THAT(coordinates(doc.patches[0][1], &zVec<double>::y), Each(1.5));
+    EXPECT_THAT(coordinates(doc.patches[0][1]), ElementsAre(0, 1, 2, 3));
+    EXPECT_EQ(doc.patches[1], flatPatch(4, 4, 1));
+    EXPECT_TRUE(doc.capture->lineCaptured);
+    EXPECT_EQ(doc.capture->capturedLine, 1);
 }
 
 TEST_F(Interpolate, OfThreeLinesWorksWhereThreeSectionsAreMissing) {
@@ -430,6 +456,28 @@ TEST_F(CorrectLine, UndoneBringsTheModelBack) {
     EXPECT_EQ(doc.patches, before);
     EXPECT_EQ(doc.capture->capturedPoint, 1);
     EXPECT_FALSE(doc.patchUndoReady || doc.pointUndoReady);
+}
+
+TEST_F(CorrectLine, UndoneCapturesTheLineOrTheSectionOfBefore) {
+    for (const std::int32_t line : {3, 0}) {
+        hold({flatPatch(3, 5)});
+        captureLine(0, line);
+        holdFree(0, 1);
+        correct({{"linesBefore", "3"}, {"linesAfter", "4"}, {"power", "1"}});
+        ASSERT_EQ(doc.capture->capturedLine, 2);
+        doc.UndoPoint();
+        EXPECT_EQ(doc.capture->capturedLine, line);
+        EXPECT_EQ(doc.capture->savedLine, -1);
+        doc.ExitLines();
+    }
+    hold({flatPatch(5, 3)});
+    captureSection(0, 3);
+    holdFree(1, 0);
+    correct(threeAndThree);
+    ASSERT_EQ(doc.capture->capturedSection, 2);
+    doc.UndoPoint();
+    EXPECT_EQ(doc.capture->capturedSection, 3);
+    EXPECT_EQ(doc.capture->savedSection, -1);
 }
 
 } // namespace velmora::test

@@ -144,6 +144,16 @@ TEST_F(Transformation, RotationLeavesAMovedAxisPointInTheDialog) {
     EXPECT_EQ(fieldText(*doc.storedDialog("CBlockRotate")->find("x2")), "1.5");
 }
 
+TEST_F(Transformation, RotationLeavesEachCoordinateOfAMovedAxisPointInTheDialog) {
+    // (-1, 1, 0) stands over the second point of the axis, which goes to one and a half times its place.
+    hold({{{{-1, 1, 0}, {-2, 1, 0}}, {{-1, 1, 1}, {-2, 1, 1}}}});
+    run(&VelmoraDoc::RotateModel, {{"x2", "0"}, {"y2", "1"}, {"z2", "0"}, {"angle", "90"}});
+    EXPECT_EQ(zVec<double>(doc.rotateValues.x2, doc.rotateValues.y2, doc.rotateValues.z2), zVec<double>(0, 1.5, 0));
+    hold({{{{-1, 0, 1}, {-2, 0, 1}}, {{-1, 1, 1}, {-2, 1, 1}}}});
+    run(&VelmoraDoc::RotateModel, {{"x2", "0"}, {"y2", "0"}, {"z2", "1"}, {"angle", "90"}});
+    EXPECT_EQ(zVec<double>(doc.rotateValues.x2, doc.rotateValues.y2, doc.rotateValues.z2), zVec<double>(0, 0, 1.5));
+}
+
 TEST_F(Transformation, RotationWithoutAnAxisEndsAfterTheSnapshot) {
     hold({flatPatch(2, 2)});
     const PatchList before = doc.patches;

@@ -579,6 +579,21 @@ TEST(MainFrame, StaysWhenTheModelCannotBeSavedAndKeepsNoPlaceThen) {
     EXPECT_FALSE(rig.frame.isVisible());
 }
 
+TEST(MainFrame, OpensNoFileInPlaceOfAModelThatCannotBeSaved) {
+    const FlatDesk desk;
+    const FlatDesk other;
+    FrameRig rig(desk.model);
+    rig.person.atDialog("CBlockMove", {{"deltaX", "1"}});
+    rig.run("model.move");
+    const PatchList moved = rig.doc().patches;
+    std::filesystem::remove_all(desk.folder.path());
+    rig.person.atQuestion(QStringLiteral("Save data before exit"), true);
+    rig.person.at("messageBox", [](QWidget& box) { dynamic_cast<QDialog&>(box).accept(); });
+    rig.frame.openFile(qtPath(other.folder / "two & two.apt"));
+    EXPECT_EQ(rig.doc().patches, moved);
+    EXPECT_TRUE(rig.frame.isWindowModified());
+}
+
 TEST(MainFrame, EscapeInTheViewAsksItToClose) {
     const FlatDesk desk;
     FrameRig rig(desk.model);

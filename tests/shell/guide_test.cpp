@@ -276,6 +276,17 @@ TEST(GuideSearch, HeadingsWithTheWordsComeFirst) {
     EXPECT_EQ(extrapolate.front(), QString("Extrapolate"));
 }
 
+TEST(GuideSearch, HeadingsComeBeforeTextsThatStandOnEarlierPages) {
+    for (const char* word : {"messages", "formats", "undo", "merge", "smooth"}) {
+        const QStringList found = headingsFound(word);
+        const auto named = [word](const QString& heading) { return heading.contains(word, Qt::CaseInsensitive); };
+        const auto others = std::find_if_not(found.begin(), found.end(), named);
+        EXPECT_NE(others, found.begin()) << word;
+        EXPECT_NE(others, found.end()) << word << " is named in texts too";
+        EXPECT_TRUE(std::none_of(others, found.end(), named)) << word;
+    }
+}
+
 TEST(GuideSearch, FindsNothingForNoWordsAndForWordsThatAreNotThere) {
     EXPECT_THAT(findInGuide(""), IsEmpty());
     EXPECT_THAT(findInGuide("   "), IsEmpty());

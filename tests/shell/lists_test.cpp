@@ -121,6 +121,8 @@ TEST(FolderDialog, ADriveWhoseNameOnlyBeginsAlikeDoesNotHoldThePlace) {
     EXPECT_EQ(box.count(), 3) << "those of before are gone";
     showDrives(box, {"/", "/media/usb"}, "/media/usb");
     EXPECT_EQ(box.currentText(), QStringLiteral("/media/usb")) << "the drive itself";
+    showDrives(box, {"/media/usb", "/media", "/"}, "/media/usb/models");
+    EXPECT_EQ(box.currentText(), QStringLiteral("/media/usb")) << "the longest, wherever it stands";
 }
 
 TEST(FolderDialog, GoesIntoALineByDoubleClickAndByReturn) {
@@ -337,6 +339,14 @@ TEST(FilesListDialog, OkTakesTheListAndCancelLeavesIt) {
     doubleClick(again, "files", "b.APT");
     again.reject();
     EXPECT_EQ(rig.list.projectList.size(), 1U);
+}
+
+TEST(FilesListDialog, OkTakesADirectoryThatIsStillTypedIn) {
+    FilesRig rig;
+    doubleClick(*rig.dialog, "files", "a.apt");
+    part<QLineEdit>(*rig.dialog, "directory").setText(qtPath(rig.place / "inner"));
+    rig.dialog->accept();
+    EXPECT_EQ(rig.list.currentDirectory(), rig.place / "inner");
 }
 
 } // namespace

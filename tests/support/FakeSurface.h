@@ -19,6 +19,7 @@ public:
     bool closeRequested = false;
     bool confined = false;
     bool timerRuns = false;
+    double scale = 1.0; ///< pixels of the surface for one that the user sees
     int timerPeriod = 0;
     MouseMode cursor = ModeNone;
     SceneFrame lastFrame;
@@ -54,6 +55,7 @@ public:
     }
     void stopTimer() override { timerRuns = false; }
     std::int64_t clock() const override { return now; }
+    double pixelScale() const override { return scale; }
 
 private:
     bool note(const char* call) {

@@ -134,6 +134,17 @@ TEST(Frame, WithoutGeometryIsAClearedWindowWithoutATriad) {
     EXPECT_TRUE(rig.view.RenderScene());
 }
 
+TEST(Frame, WithoutGeometryAnyMoreLosesItsTriad) {
+    ViewRig rig;
+    rig.show(twoPatches());
+    ASSERT_FALSE(rig.view.overlay().list.batches.empty());
+    rig.ui.answers = {true};
+    rig.doc.onNewDocument();
+    ASSERT_TRUE(rig.doc.holdsNothing());
+    rig.paint();
+    EXPECT_TRUE(rig.view.overlay().list.batches.empty());
+}
+
 TEST(Frame, WithoutGeometryDoesNotSpin) {
     ViewRig rig;
     rig.view.spinActive = true;

@@ -108,6 +108,23 @@ TEST(Triad, KeepsItsSizeUnderZoomAndShift) {
     expectTriad(rig, triadOf({40, 556}, {76, 556}, {40, 592}, {40, 556}, {{60, 556}, {40, 574}, {40, 556}}));
 }
 
+TEST(Triad, IsAsLargeToTheEyeWhereAPixelIsFiner) {
+    ViewRig rig;
+    rig.surface.scale = 2.0;
+    rig.show(twoPatches());
+    rig.paint();
+    const DrawList& list = rig.view.overlay().list;
+    const SceneFrame& frame = rig.surface.lastFrame;
+    ASSERT_FALSE(list.batches.empty());
+    // The stroke of X: 40 pixels right of and 44 below the corner, 36 long, each two of the surface's.
+    const Corner ends[] = {{80, 600 - 88}, {152, 600 - 88}};
+    for (std::size_t v = 0; v < 2; ++v) {
+        const auto at = projectPoint(list.vertices[v], frame.modelView, frame.projection, frame.viewport);
+        ASSERT_TRUE(at);
+        expectVector(*at, {ends[v].x, ends[v].y, 0.01}, 1e-6);
+    }
+}
+
 TEST(Triad, StandsBehindTheCapturedPointInDrawingOrder) {
     ViewRig rig;
     rig.show(twoPatches());

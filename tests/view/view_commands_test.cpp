@@ -331,7 +331,9 @@ TEST(ViewportOptions, CancelChangesNothing) {
 TEST(SurfaceCommand, FlipsTheModeAndRebuildsTheList) {
     ViewRig rig;
     rig.show(twoPatches());
+    const int before = rig.surface.repaints;
     rig.view.runViewCommand("view.surface");
+    EXPECT_GT(rig.surface.repaints, before);
     EXPECT_TRUE(rig.doc.surfaceMode);
     EXPECT_EQ(rig.view.list().number, 2);
     rig.view.runViewCommand("view.surface");

@@ -40,6 +40,16 @@ struct ZoneRig : ViewRig {
     }
 };
 
+TEST(PickNode, FreeOneMayLieOutsideTheZBlock) {
+    for (const bool free : {false, true}) {
+        ZoneRig rig;
+        rig.putIntoBlock({0});
+        rig.doc.capture.holdBlock();
+        free ? rig.doc.capture.armFreePoint() : rig.doc.capture.armPoint();
+        EXPECT_EQ(rig.pick({10, 0, 0}), free);
+    }
+}
+
 TEST(PickNode, TakesTheNearestNodeOfAnyZone) {
     ZoneRig rig;
     rig.doc.CapturePoint();

@@ -358,6 +358,16 @@ TEST(FormDialog, AGoodNumberCountsAsItsFieldIsLeftOnce) {
     EXPECT_EQ(sample.changes.size(), 1U);
 }
 
+TEST(FormDialog, AGoodNumberIsShownInPlainFormAsItsFieldIsLeft) {
+    OpenSample sample;
+    for (const char* text : {"05", "05", "06"}) {
+        sample.type("count", text);
+        sample.leave("count");
+        EXPECT_EQ(sample.edit("count").text(), QString::number(sample.count)) << text;
+    }
+    EXPECT_EQ(sample.count, 6);
+}
+
 TEST(FormDialog, ABadNumberStaysAsTypedWithoutAWordUntilOk) {
     OpenSample sample;
     sample.type("count", "99");

@@ -80,19 +80,19 @@ TEST(PointCellsOfAPlane, HoldEveryPointThatIsTheSame) {
             const double number = source.once(2) ? std::ldexp(1.0, -source.whole(0, 40)) : source.real(-1, 1);
             return scale * (source.once(2) ? -number : number);
         };
-        const SlicePoint a = {anyCoordinate(), anyCoordinate(), plane};
-        SlicePoint b = a;
+        const SlicePoint first = {anyCoordinate(), anyCoordinate(), plane};
+        SlicePoint second = first;
         for (const std::size_t i : {0U, 1U}) {
-            const double shift = largestCoordinate(a) * 1e-10 * source.real(-1.1, 1.1);
-            b[i] += source.once(3) ? 0 : shift;
+            const double shift = largestCoordinate(first) * 1e-10 * source.real(-1.1, 1.1);
+            second[i] += source.once(3) ? 0 : shift;
         }
         PointCells cells(2);
         cells.reset(1000, 1);
-        cells.put(a, 0);
-        const PointCells::Buckets near = cells.near(b);
+        cells.put(first, 0);
+        const PointCells::Buckets near = cells.near(second);
         const bool found = std::any_of(near.bucket, near.bucket + near.count,
                                        [&cells](std::uint32_t bucket) { return cells.head(bucket) == 0; });
-        if (samePoint(a, b)) {
+        if (samePoint(first, second)) {
             ++same;
             ASSERT_TRUE(found) << "round " << round;
         }

@@ -529,12 +529,12 @@ protected:
 
 TEST_F(PickAgainTest, FindsAZoneWhereItHasMovedTo) {
     must("run patch.capture");
-    EXPECT_EQ(blockAfterClick(1.4, 1.4), Json({0}));
+    EXPECT_EQ(blockAfterClick(1.4, 1.4), Json::array({0}));
     must("run model.move deltaX=20");
     must("run block.new");
     EXPECT_EQ(blockAfterClick(1.4, 1.4), Json::array()); // nothing is there any more
     EXPECT_EQ(kinds("message"), 0);
-    EXPECT_EQ(blockAfterClick(21.4, 1.4), Json({0}));
+    EXPECT_EQ(blockAfterClick(21.4, 1.4), Json::array({0}));
 }
 
 TEST_F(PickAgainTest, FindsANodeWhereItWasPut) {
@@ -557,17 +557,17 @@ TEST_F(PickAgainTest, FindsAZoneWhoseNodeWasMovedAway) {
     must("run point.exit");
     must("run patch.capture");
     EXPECT_EQ(blockAfterClick(3.95, 2.95), Json::array());
-    EXPECT_EQ(blockAfterClick(3.3, 2.3), Json({0}));
+    EXPECT_EQ(blockAfterClick(3.3, 2.3), Json::array({0}));
 }
 
 TEST_F(PickAgainTest, FindsAPatchWhereUndoHasPutItBack) {
     must("open " + file("plate.apt"));
     must("run model.move deltaX=20");
     must("run patch.capture");
-    EXPECT_EQ(blockAfterClick(21.4, 1.4), Json({0}));
+    EXPECT_EQ(blockAfterClick(21.4, 1.4), Json::array({0}));
     must("run patch.undo");
     must("run patch.addToBlock");
-    EXPECT_EQ(blockAfterClick(1.4, 1.4), Json({0}));
+    EXPECT_EQ(blockAfterClick(1.4, 1.4), Json::array({0}));
 }
 
 } // namespace velmora::test

@@ -350,10 +350,11 @@ TEST_F(PrintState, TheRubberBandIsToldWhileItIsDrawn) {
     EXPECT_EQ(printed("view").at("rubberBandShown"), false);
     EXPECT_EQ(printed("view").at("zoomFactor"), 0.0);
     // Nothing can be seen through a window of no size: numbers that are none are words.
-    for (const Json& element : printed("view").at("projectionMatrix")) {
+    const Json view = printed("view");
+    for (const Json& element : view.at("projectionMatrix")) {
         EXPECT_TRUE(element.is_number() || element == "inf" || element == "-inf" || element == "nan");
     }
-    EXPECT_EQ(printed("view").at("projectionMatrix").at(0), "inf");
+    EXPECT_EQ(view.at("projectionMatrix").at(0), "inf");
 }
 
 TEST_F(PrintState, PointsOfTheSceneHaveTheirSizes) {

@@ -1,8 +1,7 @@
 #include <algorithm>
 #include <functional>
 
-#include "command_table.h"
-#include "document_fixture.h"
+#include "CommandTest.h"
 #include "file_texts.h"
 
 namespace velmora::test {
@@ -27,23 +26,8 @@ struct Names {
     std::string title, path, extension, structure, kind;
 };
 
-class FileEvents : public DocumentTest {
+class FileEvents : public CommandTest {
 public:
-    fs::path file(const std::string& name, const std::string& text) {
-        writeFileText(folder / name, text);
-        return folder / name;
-    }
-
-    void run(const std::string& id) {
-        ASSERT_FALSE(isCommandOff(doc, id)) << id;
-        (doc.*findCommand(id)->run)();
-    }
-
-    void runWith(const std::string& id, const std::vector<std::pair<std::string, std::string>>& fields) {
-        ui.dialogs.push_back(fields);
-        run(id);
-    }
-
     void runFile(const std::string& id, const fs::path& path) {
         ui.answers = {true};
         ui.files.push_back({path});

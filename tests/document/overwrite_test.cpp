@@ -1,8 +1,7 @@
 #include <algorithm>
 #include <functional>
 
-#include "command_table.h"
-#include "document_fixture.h"
+#include "CommandTest.h"
 #include "file_texts.h"
 
 namespace velmora::test {
@@ -118,23 +117,8 @@ struct Traces {
     bool operator==(const Traces&) const = default;
 };
 
-class OverwriteTest : public DocumentTest {
+class OverwriteTest : public CommandTest {
 protected:
-    fs::path file(const std::string& name, const std::string& text) {
-        writeFileText(folder / name, text);
-        return folder / name;
-    }
-
-    void run(const std::string& id) {
-        ASSERT_FALSE(isCommandOff(doc, id)) << id;
-        (doc.*findCommand(id)->run)();
-    }
-
-    void runWith(const std::string& id, const std::vector<std::pair<std::string, std::string>>& fields) {
-        ui.dialogs.push_back(fields);
-        run(id);
-    }
-
     Traces traces() const {
         return {.title = doc.documentTitle,
                 .path = doc.currentPath,

@@ -102,7 +102,7 @@ constexpr CaptureNumbers operator|(CaptureNumbers a, CaptureNumbers b) {
 }
 
 /// What can happen to the capture.
-enum class CaptureEvent {
+enum class CaptureEvent : std::uint16_t {
     // Commands arm a regime: its click is waited for.
     ArmPoint,
     ArmFreePoint,
@@ -149,7 +149,7 @@ enum class CaptureEvent {
 /// One row of the transitions: on `event`, with one of the flags `from` set (any state without a flag) and with what
 /// it needs, the flags `clears` go off, those of `to` on, and the numbers `forgets` become -1.
 struct CaptureMove {
-    enum Need { Nothing, PointFound, SectionFound, LineFound, NoCurveNumber, NoPatchHeld };
+    enum Need : std::uint16_t { Nothing, PointFound, SectionFound, LineFound, NoCurveNumber, NoPatchHeld };
 
     CaptureEvent event;
     CaptureFlags from;

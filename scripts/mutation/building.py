@@ -1,6 +1,7 @@
 """One build with all mutants: a copy of the repository's files, switched, and what its compiler says."""
 
 import dataclasses
+import hashlib
 import os
 import pathlib
 import re
@@ -31,6 +32,7 @@ class Build:
         self.texts = {file: (root / file).read_text() for file in {mutant.file for mutant in mutants}}
         self.switched = [Switched(mutant, switching.forms_of(mutant, self.texts[mutant.file])) for mutant in mutants]
         self.places = {}
+        self.written = {}
 
     # ---- The files
 
@@ -49,6 +51,7 @@ class Build:
 
     def write(self, file, content, mode=0o644):
         path = self.source / file
+        self.written[path] = hashlib.sha256(content).digest()
         if not path.is_file() or path.read_bytes() != content:
             path.parent.mkdir(parents=True, exist_ok=True)
             path.write_bytes(content)
@@ -144,12 +147,6 @@ class Build:
         return [switched.mutant for switched in self.switched if not switched.forms]
 
     def changed_files(self):
-        """Files of the copy that a mutant wrote over while it ran."""
-        return [
-            str(path.relative_to(self.source))
-            for path in self.source.rglob("*")
-            if path.is_file()
-            and path.name != HEADER
-            and str(path.relative_to(self.source)) not in self.texts
-            and (not (original := self.root / path.relative_to(self.source)).is_file() or original.read_bytes() != path.read_bytes())
-        ]
+        """Files of the copy that a mutant wrote over or left while it ran."""
+        paths = [path for path in self.source.rglob("*") if path.is_file()]
+        return [str(path) for path in paths if self.written.get(path) != hashlib.sha256(path.read_bytes()).digest()]

@@ -38,8 +38,8 @@ class Build:
 
     def copy(self):
         """Copies the repository's files; writes only what differs, so that little is built again."""
-        listed = subprocess.run(["git", "ls-files", "-z"], cwd=self.root, check=True, capture_output=True, text=True).stdout
-        files = [file for file in listed.split("\0") if file and (self.root / file).is_file()]
+        listed = subprocess.run(["git", "ls-files", "-z"], cwd=self.root, check=True, capture_output=True, text=True)
+        files = [file for file in listed.stdout.split("\0") if file and (self.root / file).is_file()]
         for file in files:
             if file not in self.texts:
                 self.write(file, (self.root / file).read_bytes(), (self.root / file).stat().st_mode)

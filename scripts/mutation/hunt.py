@@ -40,7 +40,7 @@ def order(programs, mutant):
 
 def hunt(programs, mutant, alone=False):
     """The program that sees the mutant first, or empty."""
-    return next((seen for program in order(programs, mutant) if (seen := testing.sees(program, mutant.number, alone))), "")
+    return next(filter(None, (testing.sees(program, mutant.number, alone) for program in order(programs, mutant))), "")
 
 
 def look_once(programs, build, mutants, kept, workers):

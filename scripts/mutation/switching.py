@@ -19,13 +19,11 @@ class Edit:
 
 def is_declaration(words):
     """Whether the words of a statement declare a name: it has to be known behind the statement too."""
-    at = 0
     if not words or not re.fullmatch(r"[A-Za-z_]\w*", words[0]) or words[0] in STATEMENT_WORDS:
         return False
-    text = re.sub(r"<[^<>;()]*>", "", " ".join(words[at:]))
-    return re.match(r"(?:\w+ (?::: )?)+(?:(?:const|[*&]|&&) )*(?:\w+|\[[^\]]*\]) (?:=|\{|\(|;|:)", text) is not None and (
-        re.match(r"(?:\w+ :: )*\w+ [=({;:]", text) is None
-    )
+    text = re.sub(r"<[^<>;()]*>", "", " ".join(words))
+    typed = re.match(r"(?:\w+ (?::: )?)+(?:(?:const|[*&]|&&) )*(?:\w+|\[[^\]]*\]) (?:=|\{|\(|;|:)", text)
+    return typed is not None and re.match(r"(?:\w+ :: )*\w+ [=({;:]", text) is None
 
 
 def statement_form(mutant, text):
@@ -137,7 +135,9 @@ def switched_text(text, edits, header):
 def clash(edits, others):
     """Whether two forms change the same text, other than alike."""
     return any(
-        edit.start < other.end and other.start < edit.end and (edit.start, edit.end, edit.text) != (other.start, other.end, other.text)
+        edit.start < other.end
+        and other.start < edit.end
+        and (edit.start, edit.end, edit.text) != (other.start, other.end, other.text)
         for edit in edits
         for other in others
     )

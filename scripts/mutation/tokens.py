@@ -16,7 +16,9 @@ PATTERN = re.compile(
 )
 OPENING = {"(": ")", "[": "]", "{": "}"}
 CLOSING = {")", "]", "}"}
-KEYWORDS = set("return case default throw else do if while for switch new delete const auto constexpr static inline co_yield".split())
+KEYWORDS = set(
+    "return case default throw else do if while for switch new delete const auto constexpr static inline".split()
+)
 
 # How strongly a token holds its sides together: what stands between two weaker ones is an expression.
 LIST, ASSIGNMENT, CHOICE, OPERAND = 1, 2, 3, 6
@@ -35,9 +37,8 @@ class Token:
 
 
 def tokens_of(text):
-    tokens = [
-        Token(match.group(), *match.span()) for match in PATTERN.finditer(text) if match.lastgroup not in ("blank", "line")
-    ]
+    found = (match for match in PATTERN.finditer(text) if match.lastgroup not in ("blank", "line"))
+    tokens = [Token(match.group(), *match.span()) for match in found]
     opened = []
     for i, token in enumerate(tokens):
         if token.text in CLOSING and opened:

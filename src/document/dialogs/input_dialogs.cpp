@@ -45,9 +45,9 @@ std::optional<DialogRefusal> confirmCurve(const CurveNumbers& numbers, const Inp
     return std::nullopt;
 }
 
-void addRules(DialogForm& form, CurveNumbers numbers, const InputContext& context) {
+void addRules(DialogForm& form, CurveNumbers numbers, InputContext context) {
     form.refresh = [numbers, context](DialogForm&, std::string_view) { takeMaximum(numbers, context); };
-    form.confirm = [numbers, context](DialogForm&) { return confirmCurve(numbers, context); };
+    form.confirm = [numbers, context = std::move(context)](DialogForm&) { return confirmCurve(numbers, context); };
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "input_dialogs.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace velmora {
 

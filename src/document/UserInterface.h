@@ -10,6 +10,8 @@ namespace velmora {
 
 class CRegularInput;
 struct DialogForm;
+struct FileRead;
+struct FileWritten;
 
 /// The captions of file choosers; Save As, New and Export choose a file to write.
 enum class ChooserMode { SaveAs, New, Open, Append, Import, Export };
@@ -67,6 +69,10 @@ public:
     virtual void showProgress(double fraction) = 0;
     /// Puts a path on top of the list of recent files.
     virtual void addRecentFile(const std::filesystem::path& path) = 0;
+    /// A file was opened and read, whole or in part. Said once for each file, before the message about it.
+    virtual void tellFileRead(const FileRead&) {}
+    /// A file was written.
+    virtual void tellFileWritten(const FileWritten&) {}
 };
 
 /// The wait cursor for the life of the object.

@@ -1,9 +1,9 @@
 #include "VelmoraDoc.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "path_names.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -155,7 +155,7 @@ void VelmoraDoc::updateBounds() {
     }
     modelCenter = (boxMin + boxMax) * 0.5;
     const zVec<double> diagonal = boxMax - boxMin;
-    modelRadius = radiusOfDiagonal * std::sqrt(dot(diagonal, diagonal));
+    modelRadius = radiusOfDiagonal * lengthOf(diagonal);
     for (DocumentView* view : views_) {
         view->onBoundsChanged();
     }

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "curve_tolerances.h"
-#include "distance.h"
+#include "vectors.h"
 
 namespace velmora {
 

@@ -1,7 +1,8 @@
 #include "VelmoraDoc.h"
 
 #include <algorithm>
-#include <cmath>
+
+#include "vectors.h"
 
 namespace velmora {
 
@@ -153,7 +154,7 @@ void VelmoraDoc::updateBounds() {
     }
     modelCenter = (boxMin + boxMax) * 0.5;
     const zVec<double> diagonal = boxMax - boxMin;
-    modelRadius = radiusOfDiagonal * std::sqrt(dot(diagonal, diagonal));
+    modelRadius = radiusOfDiagonal * lengthOf(diagonal);
     for (DocumentView* view : views_) {
         view->onBoundsChanged();
     }

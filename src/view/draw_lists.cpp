@@ -1,10 +1,11 @@
 #include "draw_lists.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "VelmoraDoc.h"
 #include "camera.h"
+#include "same_point.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -30,7 +31,6 @@ constexpr std::array<Colour, 5> markerColours{{{0.0F, 0.0F, 1.0F, 1.0F},
                                                {1.0F, 0.5F, 1.0F, 1.0F}}};
 
 constexpr float capturedPointSize = 6.0F;
-constexpr double doublePointTolerance = 1e-10;
 
 /// Builds the lists of one document state.
 class ListBuilder {
@@ -115,7 +115,7 @@ void ListBuilder::doublePoints() {
     forShownPatches([this](std::int32_t, const Patch& patch) {
         for (const PointList& section : patch) {
             for (std::size_t m = 0; m + 1 < section.size(); ++m) {
-                if (coincide(section[m], section[m + 1])) {
+                if (isDoublePoint(section[m], section[m + 1])) {
                     list_.point(section[m], 8.0F, green);
                 }
             }
@@ -128,7 +128,7 @@ void ListBuilder::doublePoints() {
         for (std::size_t n = 0; n + 1 < patch.size(); ++n) {
             const std::size_t count = std::min(patch[n].size(), patch[n + 1].size());
             for (std::size_t m = 0; m < count; ++m) {
-                if (coincide(patch[n][m], patch[n + 1][m])) {
+                if (isDoublePoint(patch[n][m], patch[n + 1][m])) {
                     list_.point(patch[n][m], 8.0F, green);
                 }
             }
@@ -412,16 +412,6 @@ zVec<double> gridNormal(const Patch& patch, std::size_t n, std::size_t m) {
     const zVec<double> first = patch[before][left] - patch[behind][right];
     const zVec<double> second = patch[behind][left] - patch[before][right];
     return unitOf(cross(first, second)) * -1.0;
-}
-
-bool coincide(const zVec<double>& a, const zVec<double>& b) {
-    const double largest =
-        std::max({std::abs(a.x), std::abs(a.y), std::abs(a.z), std::abs(b.x), std::abs(b.y), std::abs(b.z)});
-    if (largest == 0.0) {
-        return true;
-    }
-    return std::abs(a.x - b.x) / largest < doublePointTolerance &&
-           std::abs(a.y - b.y) / largest < doublePointTolerance && std::abs(a.z - b.z) / largest < doublePointTolerance;
 }
 
 int listNumberFor(const VelmoraDoc& document) {

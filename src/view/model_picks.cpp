@@ -5,6 +5,7 @@
 
 #include "VelmoraDoc.h"
 #include "camera.h"
+#include "vectors.h"
 
 namespace velmora {
 

@@ -2,8 +2,8 @@
 #include <filesystem>
 
 #include "command_table.h"
-#include "distance.h"
 #include "small_zones.h"
+#include "vectors.h"
 #include "zone_fixture.h"
 
 namespace velmora::test {

@@ -219,8 +219,8 @@ TEST_F(RebreakSection, CutsTheStretchAndLeavesItCutInTheDialog) {
     captureSection(0, 0);
     rebreak({{"firstPoint", "20"}, {"lastPoint", "30"}, {"newCount", "3"}});
     EXPECT_THAT(coordinates(doc.patches[0][0]), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 3.5, 4.0}));
-    EXPECT_EQ(doc.rebreakValues.firstPoint, 4);
-    EXPECT_EQ(doc.rebreakValues.lastPoint, 5);
+    EXPECT_EQ(doc.rebreakValues.law.firstPoint, 4);
+    EXPECT_EQ(doc.rebreakValues.law.lastPoint, 5);
 }
 
 TEST_F(RebreakSection, WithFitTakesTheSpacingOfTheCapturedOne) {
@@ -346,8 +346,8 @@ TEST_F(RebreakLine, HasItsStretchCappedAtTheNumberOfSections) {
     const PatchList before = doc.patches;
     rebreak({{"regime", "2"}, {"newCount", "9"}, {"firstPoint", "50"}, {"lastPoint", "60"}});
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.rebreakValues.firstPoint, 4);
-    EXPECT_EQ(doc.rebreakValues.lastPoint, 4);
+    EXPECT_EQ(doc.rebreakValues.law.firstPoint, 4);
+    EXPECT_EQ(doc.rebreakValues.law.lastPoint, 4);
     rebreak({{"regime", "2"}, {"newCount", "9"}, {"lastPoint", "60"}});
     EXPECT_EQ(doc.patches[0].size(), 9U);
 }
@@ -368,7 +368,7 @@ TEST_F(RebreakBlock, TakesEachPatchOfItInItsFullLength) {
     EXPECT_THAT(coordinates(doc.patches[1][2]), Pointwise(DoubleNear(1e-9), {0.0, 2.0, 4.0, 6.0, 8.0}));
     EXPECT_THAT(coordinates(doc.patches[3][3]), Pointwise(DoubleNear(1e-9), {0.0, 0.5, 1.0, 1.5, 2.0}));
     EXPECT_EQ(doc.undoPatches, before);
-    EXPECT_EQ(doc.rebreakValues.lastPoint, 9);
+    EXPECT_EQ(doc.rebreakValues.law.lastPoint, 9);
     EXPECT_EQ(doc.rebreakValues.lastCurve, 3);
     EXPECT_EQ(doc.capture->capturedSection, 1);
     EXPECT_THAT(block(), ElementsAre(3, 1));
@@ -382,7 +382,7 @@ TEST_F(RebreakBlock, InLineRegimeTakesTheNumberOfSectionsAsLength) {
     rebreak({{"regime", "2"}, {"useBlock", "1"}, {"newCount", "9"}});
     EXPECT_EQ(countsOf(doc.patches[0]), std::vector<std::int32_t>(9, 2));
     EXPECT_EQ(countsOf(doc.patches[1]), std::vector<std::int32_t>(9, 4));
-    EXPECT_EQ(doc.rebreakValues.lastPoint, 3);
+    EXPECT_EQ(doc.rebreakValues.law.lastPoint, 3);
     EXPECT_EQ(doc.rebreakValues.lastCurve, 4);
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
@@ -395,7 +395,7 @@ TEST_F(RebreakBlock, KeepsAFirstPointThatWasCutForThePatchesThatFollow) {
     rebreak({{"regime", "2"}, {"firstPoint", "6"}, {"useBlock", "1"}, {"newCount", "3"}});
     EXPECT_THAT(coordinates(doc.patches[0][0]), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 3.5, 4.0}));
     EXPECT_THAT(coordinates(doc.patches[1][0]), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 5.5, 8.0}));
-    EXPECT_EQ(doc.rebreakValues.firstPoint, 4);
+    EXPECT_EQ(doc.rebreakValues.law.firstPoint, 4);
 }
 
 TEST_F(RebreakBlock, PassesOverEntriesThatNameNoPatch) {
@@ -440,8 +440,10 @@ protected:
     /// What the dialog held as OK was pressed.
     reference::RebreakFields taken() const {
         const CRebreak& v = asAccepted_;
-        return {v.regime,      v.function,   v.style,     v.exactness,      v.newCount,
-                v.compression, v.firstPoint, v.lastPoint, v.capturedNumber, v.firstCurve};
+        return {v.regime,         v.law.linear ? 2 : 1, v.law.fitToLawCurve ? 2 : 1,
+                v.law.exactness,  v.law.newCount,       v.law.compression,
+                v.law.firstPoint, v.law.lastPoint,      v.capturedNumber,
+                v.firstCurve};
     }
 
     void runRandomly() {

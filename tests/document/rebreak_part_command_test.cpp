@@ -71,9 +71,9 @@ struct RebreakPartDialog : testing::Test {
     }
     bool on(const char* key) const { return form.find(key)->on; }
     void expectStretch(std::int32_t first, std::int32_t last, std::int32_t count) const {
-        EXPECT_EQ(values.firstPoint, first);
-        EXPECT_EQ(values.lastPoint, last);
-        EXPECT_EQ(values.newCount, count);
+        EXPECT_EQ(values.law.firstPoint, first);
+        EXPECT_EQ(values.law.lastPoint, last);
+        EXPECT_EQ(values.law.newCount, count);
     }
 
     CRebreakPart values;
@@ -102,9 +102,9 @@ TEST_F(RebreakPartDialog, ChoosingFitRefillsTheStretchAndTheCount) {
     set("style", "2");
     expectStretch(4, 10, 7);
     set("newCount", "20");
-    EXPECT_EQ(values.newCount, 20);
+    EXPECT_EQ(values.law.newCount, 20);
     set("style", "1");
-    EXPECT_EQ(values.newCount, 20);
+    EXPECT_EQ(values.law.newCount, 20);
 }
 
 TEST_F(RebreakPartDialog, NeverLetsTheStretchBeTyped) {
@@ -122,7 +122,7 @@ TEST_F(RebreakPartDialog, HasTheCountOffForASingleLine) {
     set("newCount", "9");
     set("regime", "1");
     EXPECT_FALSE(on("newCount"));
-    EXPECT_EQ(values.newCount, 4);
+    EXPECT_EQ(values.law.newCount, 4);
 }
 
 TEST_F(RebreakPartDialog, HasTheCountOnForSections) {
@@ -162,7 +162,7 @@ TEST_F(RebreakPart, OpensWithTheStretchUpToThePoint) {
 
 TEST_F(RebreakPart, OpensWithTheStretchBehindThePointWhereAfterWasChosenLast) {
     hold({flatPatch(6, 9)});
-    doc.rebreakPartValues.position = 2;
+    doc.rebreakPartValues.law.after = true;
     captureOnSection(2, 3);
     EXPECT_THAT(shown(), testing::IsSupersetOf({"position=2", "newCount=6", "firstPoint=4", "lastPoint=9"}));
 }
@@ -171,7 +171,7 @@ TEST_F(RebreakPart, InLineRegimeCountsSections) {
     hold({flatPatch(6, 9)});
     captureOnLine(7, 3);
     EXPECT_THAT(shown(), testing::IsSupersetOf({"newCount=4", "firstPoint=1", "lastPoint=4"}));
-    doc.rebreakPartValues.position = 2;
+    doc.rebreakPartValues.law.after = true;
     EXPECT_THAT(shown(), testing::IsSupersetOf({"newCount=3", "firstPoint=4", "lastPoint=6"}));
 }
 

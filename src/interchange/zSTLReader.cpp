@@ -10,6 +10,7 @@
 #include "format_outcome.h"
 #include "patch_text.h"
 #include "triangle_zone.h"
+#include "vectors.h"
 #include "zExceptions.h"
 #include "zone_files.h"
 
@@ -270,7 +271,7 @@ void zSTLReader::writeSolid(NumberWriter& output, const zBlock_fe& zone) {
 void zSTLReader::writeFacet(NumberWriter& output, const std::array<zVec<double>, 3>& corners) {
     zVec<double> normal = cross(corners[2] - corners[0], corners[1] - corners[0]);
     try {
-        normal = scale(normal, 1.0 / std::sqrt(dot(normal, normal)));
+        normal = scale(normal, 1.0 / lengthOf(normal));
     } catch (const ValueError&) {
         ++skippedFacets_;
         return;

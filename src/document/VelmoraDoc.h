@@ -245,6 +245,8 @@ public:
     enum class SaveResult { Saved, Failed, Declined };
     /// Writes the model to its file by its kind. Asks first when the file holds more than the model.
     SaveResult saveCurrent();
+    /// The file that Save would write, spelled as the user chose it; empty without a model.
+    std::filesystem::path saveTarget() const;
     /// The question before the document is closed; false when it must stay open because saving failed.
     bool saveModified();
 

@@ -19,6 +19,21 @@ inline constexpr const char* structuredContainerEmpty = "Structured container is
 inline constexpr const char* wrongFormat = "Wrong file Format";
 inline constexpr const char* wrongExtension = "Wrong file Extension";
 inline constexpr const char* holdsMorePoints = "The file holds more points than were read. Overwrite it?";
+/// `name` is the file's, without its folder.
+inline std::string holdsMore(const std::string& name) {
+    return name + " holds more than was read. Overwrite it?";
+}
+inline std::string notOpenedHere(const std::string& name) {
+    return name + " was not opened or saved here. Overwrite it?";
+}
+inline std::string changedElsewhere(const std::string& name) {
+    return name + " was changed by another program. Overwrite it?";
+}
+inline constexpr const char* nothingToSave = "There is nothing to save";
+inline std::string cannotBeSavedAs(const std::string& extension) {
+    return "This model cannot be saved as " + extension;
+}
+inline constexpr const char* holdsTrianglesNow = "The model holds triangles now. Use Save As";
 inline constexpr const char* leaveAddRegime = "Regime Add Patch to Block will be canceled. Are you sure?";
 inline constexpr const char* blockIsFull = "It is impossible to add one more zBlock";
 

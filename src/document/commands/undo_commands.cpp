@@ -48,6 +48,7 @@ void VelmoraDoc::keepForUndo() {
     undoModified = documentModified;
     beginPatchCommand(false);
     undoPath = modelFile.chosenPath;
+    modelFile.keepForUndo(modelFile);
 }
 
 void VelmoraDoc::clearSnapshots() {
@@ -106,9 +107,8 @@ void VelmoraDoc::UndoPatch() {
         patches = std::move(undoPatches);
         structureKind = StructureKind::Structured;
         if (!undoPath.empty()) {
-            modelFile.adopt(undoPath);
+            modelFile.takeBack();
             undoPath.clear();
-            modelFile.titleWrong = false;
         }
         // The document holds one model: what comes back takes the place of the other kind.
         feRegion.blocks.clear();
@@ -119,9 +119,8 @@ void VelmoraDoc::UndoPatch() {
         structureKind = StructureKind::Unstructured;
         fileKind = FileKind::None;
         if (!undoPath.empty()) {
-            modelFile.adopt(undoPath);
+            modelFile.takeBack();
             undoPath.clear();
-            modelFile.titleWrong = false;
         }
         modelFile.takeExtension("dat");
     }

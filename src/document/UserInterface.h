@@ -39,6 +39,9 @@ struct FileRequest {
     std::string command;
 };
 
+/// The answer to the question about changes that no file holds yet.
+enum class Leaving { Save, Discard, Stay };
+
 /// Whatever a person sees or answers outside the view. The window, the batch front end and the tests implement it.
 /// Every call that asks returns when the answer is there; nothing here changes the document.
 class UserInterface {
@@ -52,6 +55,8 @@ public:
     virtual void showMessage(const std::string& text) = 0;
     /// A box with Yes and No; true for Yes.
     virtual bool ask(const std::string& text) = 0;
+    /// A box with Yes and No that can also be closed without an answer: nothing is left then.
+    virtual Leaving askBeforeLeaving(const std::string& text) { return ask(text) ? Leaving::Save : Leaving::Discard; }
     /// The message pane of the status line.
     virtual void showStatus(const std::string& text) = 0;
     /// The document's title.

@@ -41,7 +41,9 @@
 #include "dlgViewing.h"
 #include "input_dialogs.h"
 #include "marker_shift.h"
+#include "rescue_format.h"
 #include "section_edits.h"
+#include "view_extent.h"
 #include "zRegion.h"
 
 namespace velmora {
@@ -230,6 +232,8 @@ public:
     /// The same for several files, as Open does it: those behind the first join it if they are of its extension.
     void onOpenDocuments(const std::vector<std::filesystem::path>& paths);
     void openFiles();
+    /// The same with the chooser opened on `folder`.
+    void openFilesIn(const std::filesystem::path& folder);
     void appendFile();
     void AppendWrl();
     void CloseWrl();
@@ -248,8 +252,18 @@ public:
     enum class SaveResult { Saved, Failed, Declined };
     /// Writes the model to its file by its kind. Asks first when the file holds more than the model.
     SaveResult saveCurrent();
-    /// The question before the document is closed; false when it must stay open because saving failed.
+    /// The question before the document is closed; false when it must stay open: the user wants to stay, or saving
+    /// failed.
     bool saveModified();
+
+    // ---- Rescue -----------------------------------------------------------------------------------------------------
+
+    /// The model is in no file as it is: a rescue copy would keep something.
+    bool worthRescuing() const { return documentModified && structureKind != "non" && !holdsNothing(); }
+    /// The bytes of a rescue copy: all that a save could write of the model.
+    std::string rescueBytes() const;
+    /// The model of a rescue copy, in place of the one that is there, as one with changes under its own name.
+    void takeRescued(RescuedModel model);
 
     // ---- Kind, title and path -------------------------------------------------------------------
 
@@ -433,6 +447,8 @@ public:
     std::optional<zVec<double>> positionAt(std::int32_t patch, std::int32_t section, std::int32_t point) const;
 
 private:
+    friend class CommandGuard;
+
     bool loadFile(const std::filesystem::path& path, const std::string& extension);
     bool readStructured(const std::filesystem::path& path, const std::string& extension);
     bool readZones(const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured);
@@ -490,6 +506,7 @@ private:
     void setMouseMode(MouseMode mode);
     void resetMouseMode();
     void showIdlePrompt();
+    void refillStatus();
     void returnToRegimeMode();
     /// The plane that the view shows, as it tells it; 0 without a view.
     int principalPlane() const;
@@ -564,6 +581,12 @@ private:
     bool undoModified_ = false;   ///< that model had changes that were not saved
     std::int64_t pointsRead_ = 0; ///< of the files of the last command, with what was kept of them
     std::int64_t pointsKept_ = 0;
+    std::filesystem::path proposedFolder_; ///< of the chooser of Open, when it was named; else empty
+    std::string extentStatus_;             ///< what was told of the size of the model; empty when it is usual
+    std::uint64_t patchSnapshotsBegun_ = 0;
+    std::uint64_t patchSnapshots_ = 0; ///< that were taken whole
+    std::uint64_t pointSnapshotsBegun_ = 0;
+    std::uint64_t pointSnapshots_ = 0;
 };
 
 template <class Values, class... Context>

@@ -78,9 +78,10 @@ inline constexpr const char* someLinesMiss = "Attention. Some initial vectors ar
 inline constexpr const char* intersectionImpossible =
     "Intersection impossible. Not all lines from zBlock intersected with body";
 inline constexpr const char* intersectionDoublePoint = "Intersection is impossible. Double point.";
-/// `line` and `patch` count from 0.
+/// `line` and `patch` count from 0, in the text from 1.
 inline std::string lineNotIntersected(std::int32_t line, std::int32_t patch) {
-    return "Intersection with line " + std::to_string(line) + " from patch " + std::to_string(patch) + " is not found";
+    return "Intersection with line " + std::to_string(std::int64_t{line} + 1) + " from patch " +
+           std::to_string(std::int64_t{patch} + 1) + " is not found";
 }
 inline constexpr const char* cellNotFound = "Intersection with temporary container is not found";
 inline constexpr const char* compartmentTooSmall =

@@ -205,8 +205,9 @@ void VelmoraView::UpdateProjection() {
         projectionMatrix = orthographicMatrix(left, right, bottom, top, nearPlane, farPlane);
         return;
     }
-    // The orthographic window, scaled from the model's default distance to the near plane.
-    const double s = nearPlane / -defaultOffset.z;
+    // The orthographic window, scaled from the model's centre in the default view, wherever that lies, to the near
+    // plane.
+    const double s = nearPlane / (eyeDistanceOfRadius * doc_.modelRadius);
     projectionMatrix = frustumMatrix(s * left, s * right, s * bottom, s * top, nearPlane, farPlane);
 }
 

@@ -63,7 +63,7 @@ void VelmoraView::OnLeftButtonUp(PixelPoint position) {
         const Rotation rotation = mouseRotation(prevMousePos, position);
         spinAngle = rotation.angle;
         spinAxis = rotation.axis;
-        if (sinceMove < throwTime && rotates(mouseMode)) {
+        if (sinceMove < throwTime && rotates(mouseMode) && !stillClick(position)) {
             spinActive = true;
             prevMousePos = position;
             surface().startTimer(spinPeriod);
@@ -90,6 +90,12 @@ void VelmoraView::OnTimer() {
     repaint();
 }
 
+/// The button came up where it went down, and nothing was dragged in between.
+bool VelmoraView::stillClick(PixelPoint position) const {
+    return prevMousePos == lastMousePos &&
+           std::abs(position.x - lastMousePos.x) + std::abs(position.y - lastMousePos.y) < moveThreshold;
+}
+
 // ---- Moving the camera ----------------------------------------------------------------------------------------------
 
 void VelmoraView::dragCamera(PixelPoint position) {
@@ -105,7 +111,9 @@ void VelmoraView::dragCamera(PixelPoint position) {
         break;
     }
     case ModeTranslateXY: {
-        const double s = modelOffset.z / defaultOffset.z * doc_.modelRadius * 1.8 * zoomFactor / viewport.height;
+        // A centre just opposite the eye's distance leaves no offset to compare with.
+        const double nearer = defaultOffset.z == 0.0 ? 1.0 : modelOffset.z / defaultOffset.z;
+        const double s = nearer * doc_.modelRadius * 1.8 * zoomFactor / viewport.height;
         modelOffset.x += s * dx;
         modelOffset.y -= s * dy;
         break;

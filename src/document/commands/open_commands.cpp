@@ -105,7 +105,7 @@ void VelmoraDoc::openFiles() {
     request.mode = ChooserMode::Open;
     request.multiple = true;
     request.types = modelFileTypes();
-    request.proposed = chosenPath;
+    request.proposed = proposedFolder_.empty() ? chosenPath : proposedFolder_;
     request.command = "file.open";
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
     if (paths.empty()) {
@@ -126,6 +126,12 @@ void VelmoraDoc::openFiles() {
     ui_.addRecentFile(fullPath(paths.front()));
     loadFurtherFiles(paths);
     finishOpen();
+}
+
+void VelmoraDoc::openFilesIn(const std::filesystem::path& folder) {
+    proposedFolder_ = folder / "";
+    openFiles();
+    proposedFolder_.clear();
 }
 
 void VelmoraDoc::loadFurtherFiles(const std::vector<std::filesystem::path>& paths) {
@@ -191,7 +197,7 @@ void VelmoraDoc::finishOpen() {
 void VelmoraDoc::tellThinning() {
     if (pointsKept_ < pointsRead_) {
         ShowStatus("Points in the file: " + std::to_string(pointsRead_) + ", kept: " + std::to_string(pointsKept_));
-    } else if (status != idlePrompt) {
+    } else if (status != idlePrompt && (extentStatus_.empty() || status != extentStatus_)) {
         ShowStatus(idlePrompt); // what was captured before is gone
     }
 }

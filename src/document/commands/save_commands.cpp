@@ -136,6 +136,7 @@ bool VelmoraDoc::writeUnderNewName(const std::string& extension) {
         titleWrong_ = false;
         takeExtension(extension);
         ui_.addRecentFile(chosenPath.parent_path());
+        ui_.addRecentFile(chosenPath);
     }
     return written;
 }
@@ -179,8 +180,12 @@ bool VelmoraDoc::writeGridAsSurface(const std::filesystem::path& path) {
 }
 
 bool VelmoraDoc::saveModified() {
-    if (structureKind == "non" || !documentModified || !ui_.ask(message::saveBeforeExit)) {
+    if (structureKind == "non" || !documentModified) {
         return true;
+    }
+    const Leaving answer = ui_.askBeforeLeaving(message::saveBeforeExit);
+    if (answer != Leaving::Save) {
+        return answer == Leaving::Discard;
     }
     // Work that could not be written is not thrown away: the document stays open, and asks again.
     documentModified = saveCurrent() != SaveResult::Saved;

@@ -14,12 +14,12 @@ using Flag = bool VelmoraDoc::*;
 
 /// What a command may switch, besides what its snapshot holds. That Undo is ready is settled apart.
 constexpr Flag keptFlags[] = {
-    &VelmoraDoc::appendMode,       &VelmoraDoc::readerOption,   &VelmoraDoc::documentModified,
-    &VelmoraDoc::surfaceMode,      &VelmoraDoc::showBlockOnly,  &VelmoraDoc::showFirstPoints,
-    &VelmoraDoc::showDoublePoints, &VelmoraDoc::showBuffer,     &VelmoraDoc::showZBlockMarkers,
-    &VelmoraDoc::partBefore,       &VelmoraDoc::partAfter,      &VelmoraDoc::gridNamed,
-    &VelmoraDoc::fieldLoaded,      &VelmoraDoc::fieldMode,      &VelmoraDoc::fieldOpening,
-    &VelmoraDoc::pointUndoReady,   &VelmoraDoc::patchUndoReady, &VelmoraDoc::rebuildOnUndo,
+    &VelmoraDoc::documentModified,  &VelmoraDoc::surfaceMode,      &VelmoraDoc::showBlockOnly,
+    &VelmoraDoc::showFirstPoints,   &VelmoraDoc::showDoublePoints, &VelmoraDoc::showBuffer,
+    &VelmoraDoc::showZBlockMarkers, &VelmoraDoc::partBefore,       &VelmoraDoc::partAfter,
+    &VelmoraDoc::gridNamed,         &VelmoraDoc::fieldLoaded,      &VelmoraDoc::fieldMode,
+    &VelmoraDoc::fieldOpening,      &VelmoraDoc::pointUndoReady,   &VelmoraDoc::patchUndoReady,
+    &VelmoraDoc::rebuildOnUndo,     &VelmoraDoc::undoModified,
 };
 
 } // namespace
@@ -28,10 +28,14 @@ CommandGuard::CommandGuard(VelmoraDoc& document)
     : doc_(document), exceptionsBefore_(std::uncaught_exceptions()),
       patchSnapshotsBegun_(document.patchSnapshotsBegun_), patchSnapshots_(document.patchSnapshots_),
       pointSnapshotsBegun_(document.pointSnapshotsBegun_),
-      pointSnapshots_(document.pointSnapshots_), kinds_{document.structureKind, document.fileKind, document.secondKind,
-                                                        document.blockKind},
-      names_{document.currentPath, document.currentDirectory, document.fileExtension, document.documentTitle,
-             document.status,      document.chosenPath,       document.undoPath_},
+      pointSnapshots_(document.pointSnapshots_), kinds_{document.structureKind, document.fileKind, document.secondKind},
+      titleWrong_(document.modelFile.titleWrong), names_{document.modelFile.currentPath,
+                                                         document.modelFile.currentDirectory,
+                                                         document.modelFile.fileExtension,
+                                                         document.modelFile.documentTitle,
+                                                         document.status,
+                                                         document.modelFile.chosenPath,
+                                                         document.undoPath},
       capture_(document.capture), empty_(document.holdsNothing()),
       block_(document.blockList.begin(), document.blockList.begin() + document.blockCount) {
     for (const Flag flag : keptFlags) {
@@ -83,17 +87,18 @@ void CommandGuard::putBackModel() noexcept {
 }
 
 void CommandGuard::putBackState() noexcept {
-    doc_.structureKind.swap(kinds_[0]);
-    doc_.fileKind.swap(kinds_[1]);
-    doc_.secondKind.swap(kinds_[2]);
-    doc_.blockKind.swap(kinds_[3]);
-    doc_.currentPath.swap(names_.currentPath);
-    doc_.currentDirectory.swap(names_.currentDirectory);
-    doc_.fileExtension.swap(names_.fileExtension);
-    doc_.documentTitle.swap(names_.documentTitle);
+    doc_.structureKind = kinds_.structure;
+    doc_.fileKind = kinds_.file;
+    doc_.secondKind = kinds_.second;
+    ModelFile& file = doc_.modelFile;
+    file.titleWrong = titleWrong_;
+    file.currentPath.swap(names_.currentPath);
+    file.currentDirectory.swap(names_.currentDirectory);
+    file.fileExtension.swap(names_.fileExtension);
+    file.documentTitle.swap(names_.documentTitle);
+    file.chosenPath.swap(names_.chosenPath);
     doc_.status.swap(names_.status);
-    doc_.chosenPath.swap(names_.chosenPath);
-    doc_.undoPath_.swap(names_.undoPath);
+    doc_.undoPath.swap(names_.undoPath);
     doc_.capture = std::move(capture_);
     doc_.blockList.fill(-1);
     std::copy(block_.begin(), block_.end(), doc_.blockList.begin());
@@ -105,7 +110,7 @@ void CommandGuard::putBackState() noexcept {
 
 void CommandGuard::tellViews() noexcept {
     try {
-        doc_.ui_.showTitle(doc_.documentTitle);
+        doc_.ui_.showTitle(doc_.modelFile.documentTitle);
         doc_.ShowStatus(std::string(doc_.status));
         doc_.redraw();
     } catch (...) {

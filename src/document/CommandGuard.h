@@ -1,12 +1,12 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "Capture.h"
+#include "kinds.h"
 
 namespace velmora {
 
@@ -24,6 +24,11 @@ public:
     ~CommandGuard();
 
 private:
+    struct Kinds {
+        StructureKind structure;
+        FileKind file;
+        SecondKind second;
+    };
     struct Names {
         std::string currentPath;
         std::string currentDirectory;
@@ -45,7 +50,8 @@ private:
     std::uint64_t patchSnapshots_;
     std::uint64_t pointSnapshotsBegun_;
     std::uint64_t pointSnapshots_;
-    std::array<std::string, 4> kinds_;
+    Kinds kinds_;
+    bool titleWrong_;
     Names names_;
     Capture capture_;
     bool empty_; ///< there was no model

@@ -39,8 +39,8 @@ struct FileRequest {
     std::string command;
 };
 
-/// The answer to the question about changes that no file holds yet.
-enum class Leaving { Save, Discard, Stay };
+/// The answer to a question that can be closed without one.
+enum class Answer { Yes, No, None };
 
 /// Whatever a person sees or answers outside the view. The window, the batch front end and the tests implement it.
 /// Every call that asks returns when the answer is there; nothing here changes the document.
@@ -55,8 +55,8 @@ public:
     virtual void showMessage(const std::string& text) = 0;
     /// A box with Yes and No; true for Yes.
     virtual bool ask(const std::string& text) = 0;
-    /// A box with Yes and No that can also be closed without an answer: nothing is left then.
-    virtual Leaving askBeforeLeaving(const std::string& text) { return ask(text) ? Leaving::Save : Leaving::Discard; }
+    /// The same box, to be closed without an answer too: where both Yes and No would go too far.
+    virtual Answer askOrNone(const std::string& text) { return ask(text) ? Answer::Yes : Answer::No; }
     /// The message pane of the status line.
     virtual void showStatus(const std::string& text) = 0;
     /// The document's title.

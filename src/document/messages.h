@@ -9,6 +9,12 @@ namespace velmora::message {
 
 inline constexpr const char* removeGeometry = "Current geometry will be removed. Are you sure";
 inline constexpr const char* saveBeforeExit = "Save data before exit";
+inline std::string bringBack(const std::string& path) {
+    return "The program ended without saving " + path + ". Bring the changes back?";
+}
+inline std::string rescueUnreadable(const std::string& path) {
+    return "A rescue copy cannot be read: " + path;
+}
 inline constexpr const char* openCancelled = "Open procedure is canceled";
 inline constexpr const char* fileTypeNotSupported = "This file's type is not supported by Sorvane";
 inline constexpr const char* listModeRefused =

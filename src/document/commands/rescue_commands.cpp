@@ -1,6 +1,8 @@
 #include <utility>
 
 #include "VelmoraDoc.h"
+#include "load_files.h"
+#include "open_commands.h"
 #include "path_names.h"
 
 namespace velmora {
@@ -10,9 +12,10 @@ namespace velmora {
 std::string VelmoraDoc::rescueBytes() const {
     static const PatchList noPatches;
     static const zRegion_fe noZones;
-    const bool grid = structureKind == "str";
-    return encodeRescue(chosenPath.string(), documentTitle, grid ? patches : noPatches, grid ? noZones : feRegion,
-                        fieldPatches, {fieldLoaded, fieldMode, fieldCount, fieldTitleLine, fieldVariablesLine});
+    const bool grid = structureKind == StructureKind::Structured;
+    return encodeRescue(modelFile.chosenPath.string(), modelFile.documentTitle, grid ? patches : noPatches,
+                        grid ? noZones : feRegion, fieldPatches,
+                        {fieldLoaded, fieldMode, fieldCount, fieldTitleLine, fieldVariablesLine});
 }
 
 void VelmoraDoc::takeRescued(RescuedModel model) {
@@ -27,17 +30,16 @@ void VelmoraDoc::takeRescued(RescuedModel model) {
     fieldTitleLine = std::move(model.field.titleLine);
     fieldVariablesLine = std::move(model.field.variablesLine);
     if (patches.empty()) {
-        setKinds("uns", "non", "non");
+        structureKind = StructureKind::Unstructured;
     } else {
         checkRegularity(patches);
     }
-    titleWrong_ = false;
-    adoptPath(model.path);
-    currentDirectory = directoryOf(chosenPath);
-    setTitle(model.title);
-    currentPath = currentDirectory + documentTitle;
-    pointsRead_ = pointsKept_ = 0;
-    finishOpen();
+    modelFile.titleWrong = false;
+    modelFile.adopt(model.path);
+    modelFile.currentDirectory = directoryOf(modelFile.chosenPath);
+    modelFile.setTitle(model.title);
+    modelFile.currentPath = modelFile.currentDirectory + modelFile.documentTitle;
+    finishOpen(*this, {});
     documentModified = true;
 }
 

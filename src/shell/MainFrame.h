@@ -7,23 +7,25 @@
 #include "GlViewWidget.h"
 #include "QtUserInterface.h"
 #include "RecentFiles.h"
+#include "Session.h"
 #include "StatusLine.h"
 
 namespace velmora {
 
 class HelpDesk;
 
-/// The frame: menu bar, tool bars, status line, and the one document with its one view. It routes each command to
-/// its owner and keeps the commands' states up to date.
-class MainFrame : public QMainWindow {
+/// The frame: menu bar, tool bars, status line, and the session with its one view. It runs commands by the session and
+/// keeps their states up to date.
+class MainFrame : public QMainWindow, private ShellCommands {
     Q_OBJECT
 
 public:
     MainFrame();
     ~MainFrame() override;
 
-    VelmoraDoc& document() { return *document_; }
-    VelmoraView& view() { return *view_; }
+    Session& session() { return *session_; }
+    VelmoraDoc& document() { return session_->document(); }
+    VelmoraView& view() { return session_->view(); }
 
     /// Runs a command of the table if it is on.
     void run(const Command& command);
@@ -51,7 +53,11 @@ private:
     void connectView();
     CommandState stateOf(const Command& command) const;
     std::optional<bool> checkedState(std::string_view id) const;
-    void runShellCommand(const Command& command);
+    void exit() override { close(); }
+    void showGuide() override;
+    void showAbout() override { emit aboutWanted(); }
+    void toggleToolBars() override;
+    void toggleStatusBar() override;
     void showContextMenu(const QPoint& position);
     bool toolBarsShown() const;
     void refresh();
@@ -66,8 +72,7 @@ private:
     HelpDesk* help_;
     QList<QToolBar*> toolBars_;
     std::unique_ptr<QtUserInterface> userInterface_;
-    std::unique_ptr<VelmoraDoc> document_;
-    std::unique_ptr<VelmoraView> view_;
+    std::unique_ptr<Session> session_;
 };
 
 } // namespace velmora

@@ -122,12 +122,12 @@ QWidget* QtUserInterface::parentOfBoxes() const {
     return modal != nullptr ? modal : &frame_;
 }
 
-void QtUserInterface::showMessage(const std::string& text) {
+void QtUserInterface::showMessage(const Message& message) {
     if (holding_) {
-        held_.push_back(text);
+        held_.push_back(message.text);
         return;
     }
-    showBox(text);
+    showBox(message.text);
 }
 
 void QtUserInterface::showBox(const std::string& text) {

@@ -37,7 +37,7 @@ public:
     QtUserInterface(QMainWindow& frame, StatusLine& status, RecentFiles& recent);
     ~QtUserInterface() override;
 
-    void showMessage(const std::string& text) override;
+    void showMessage(const Message& message) override;
     bool ask(const std::string& text) override;
     void showStatus(const std::string& text) override;
     void showTitle(const std::string& title) override;

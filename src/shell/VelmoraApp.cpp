@@ -81,9 +81,9 @@ bool VelmoraApp::initInstance() {
     QObject::connect(frame_.get(), &MainFrame::aboutWanted, frame_.get(), [this] { showAbout(); });
     // A message box that closes before the frame is shown is not the last window.
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    frame_->document().onNewDocument();
+    frame_->session().start();
     if (!paths.isEmpty()) {
-        frame_->document().onOpenDocument(filePath(paths.front()));
+        frame_->session().open({filePath(paths.front())});
         if (frame_->document().structureKind == "non") {
             return false;
         }

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <utility>
 
+#include "messages.h"
+
 namespace velmora {
 
 namespace {
@@ -64,7 +66,7 @@ bool VelmoraView::RenderScene() {
     surface().clearFrame({0.0F, 0.0F, 0.0F, 1.0F});
     ApplyModelTransform(doc_.modelCenter);
     if (doc_.structureKind == "str" && doc_.surfaceMode && doc_.fileKind != "apt") {
-        doc_.ui().showMessage("surface not allowed");
+        doc_.ui().showMessage(message::surfaceNotAllowed);
         doc_.leaveSurface();
     }
     bringListUpToDate();

@@ -223,7 +223,7 @@ void VelmoraDoc::writeBlock(const std::filesystem::path& path) {
                                      : writeAptBlock(path, patches, block, outputPrecision, progressTo(ui_));
     }
     if (!written) {
-        ui_.showMessage(std::string(cannotSaveMessage));
+        ui_.showMessage(message::cannotSave);
         return;
     }
     noteCompleteness(path, true);

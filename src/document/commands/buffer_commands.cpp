@@ -3,7 +3,6 @@
 #include "VelmoraDoc.h"
 #include "capture_address.h"
 #include "file_types.h"
-#include "format_outcome.h"
 #include "messages.h"
 #include "path_names.h"
 #include "point_files.h"
@@ -110,7 +109,7 @@ void VelmoraDoc::SaveBuffer() {
     if (written) {
         noteCompleteness(fullPath(paths.front()), true);
     } else {
-        ui_.showMessage(std::string(cannotSaveMessage));
+        ui_.showMessage(message::cannotSave);
     }
     redraw();
 }

@@ -1,7 +1,6 @@
 #include "VelmoraDoc.h"
 #include "field_file.h"
 #include "file_types.h"
-#include "format_outcome.h"
 #include "messages.h"
 #include "path_names.h"
 
@@ -80,7 +79,7 @@ void VelmoraDoc::SaveField() {
                                  outputPrecision, progressTo(ui_));
     }
     if (!written) {
-        ui_.showMessage(std::string(cannotSaveMessage));
+        ui_.showMessage(message::cannotSave);
         return;
     }
     noteCompleteness(path, true);

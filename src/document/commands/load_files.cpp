@@ -72,6 +72,7 @@ bool VelmoraDoc::loadFile(const std::filesystem::path& path, const std::string& 
 }
 
 bool VelmoraDoc::readStructured(const std::filesystem::path& path, const std::string& extension) {
+    const std::size_t patchesBefore = patches.size();
     StructuredRead read;
     {
         const BusyScope busy(ui_);
@@ -86,8 +87,10 @@ bool VelmoraDoc::readStructured(const std::filesystem::path& path, const std::st
     if (!appendMode && read.namesFile) {
         takeExtension(extension);
     }
+    // What stood in the file before its fault is in the model: the fault is a loss then.
+    const Severity severity = patches.size() > patchesBefore ? Severity::Warning : Severity::NotRead;
     for (const std::string& text : read.messages) {
-        ui_.showMessage(text);
+        ui_.showMessage({severity, text});
         if (read.opened) {
             setTitle("Wrong");
         }
@@ -127,7 +130,7 @@ bool VelmoraDoc::readZones(const std::filesystem::path& path, zRegion& structure
             progressTo(ui_));
     }
     for (const std::string& text : told) {
-        ui_.showMessage(text);
+        ui_.showMessage({Severity::NotRead, text});
     }
     return read;
 }
@@ -190,7 +193,7 @@ bool VelmoraDoc::readDatGeometry(const std::filesystem::path& path) {
 bool VelmoraDoc::takeStructuredZones(const zRegion& structured, const std::filesystem::path& path) {
     ZonePatches zones = zonesToPatches(structured, ZoneDetail::Thinned);
     if (zones.refusal != ZoneRefusal::None) {
-        ui_.showMessage(std::string(messageOf(zones.refusal)));
+        ui_.showMessage({Severity::NotRead, std::string(messageOf(zones.refusal))});
         noteCompleteness(path, false);
         setKinds("non", fileKind.c_str(), "non");
         // A model to which the file was to be appended is still there.
@@ -239,7 +242,7 @@ bool VelmoraDoc::readField(const std::filesystem::path& path) {
         read = readFieldFile(path, progressTo(ui_));
     }
     for (const FormatFault& fault : read.faults) {
-        ui_.showMessage(fieldMessage(fault));
+        ui_.showMessage({read.loaded ? Severity::Warning : Severity::NotRead, fieldMessage(fault)});
     }
     if (read.opened) {
         noteCompleteness(path, read.loaded && !read.textBehind);

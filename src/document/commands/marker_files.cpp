@@ -1,6 +1,6 @@
 #include "VelmoraDoc.h"
 #include "file_types.h"
-#include "format_outcome.h"
+#include "messages.h"
 #include "point_files.h"
 
 namespace velmora {
@@ -23,7 +23,7 @@ void VelmoraDoc::AppendSft() {
         file = readSft(paths.front());
     }
     if (!file.opened) {
-        ui_.showMessage(std::string(cannotOpenMessage));
+        ui_.showMessage(message::cannotOpen);
         return;
     }
     sftPoints = std::move(file.points);
@@ -66,7 +66,7 @@ PointList VelmoraDoc::readChosenPoints(const FileRequest& request) {
         file = readPointFile(paths.front());
     }
     if (!file.opened) {
-        ui_.showMessage(std::string(cannotOpenMessage));
+        ui_.showMessage(message::cannotOpen);
     }
     return std::move(file.points);
 }

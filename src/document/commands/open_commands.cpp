@@ -166,7 +166,6 @@ void VelmoraDoc::onOpenDocuments(const std::vector<std::filesystem::path>& paths
     pointsRead_ = pointsKept_ = 0;
     adoptPath(paths.front());
     loadFile(chosenPath, fileExtension);
-    ui_.addRecentFile(fullPath(paths.front()));
     if (structureKind == "non") {
         patches.clear(); // compartments without a section make no model
         ui_.showMessage(message::openCancelled);
@@ -174,6 +173,7 @@ void VelmoraDoc::onOpenDocuments(const std::vector<std::filesystem::path>& paths
         redraw();
         return;
     }
+    ui_.addRecentFile(fullPath(paths.front()));
     loadFurtherFiles(paths);
     finishOpen();
 }

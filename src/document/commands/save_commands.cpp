@@ -62,7 +62,7 @@ bool VelmoraDoc::writeStructured(const std::filesystem::path& path, const std::s
     const bool written = kind == "apt" ? writeApt(path, patches, outputPrecision, progressTo(ui_))
                                        : writeSkl(path, patches, outputPrecision, progressTo(ui_));
     if (!written) {
-        ui_.showMessage(std::string(cannotSaveMessage));
+        ui_.showMessage(message::cannotSave);
         return false;
     }
     noteCompleteness(path, true);
@@ -80,7 +80,7 @@ bool VelmoraDoc::writeZones(const std::filesystem::path& path, const zRegion& st
             progressTo(ui_));
     }
     for (const std::string& text : told) {
-        ui_.showMessage(text);
+        ui_.showMessage({Severity::NotWritten, text});
     }
     if (written) {
         noteCompleteness(path, true);

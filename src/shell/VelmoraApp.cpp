@@ -84,7 +84,7 @@ bool VelmoraApp::initInstance() {
     frame_->session().start();
     if (!paths.isEmpty()) {
         frame_->session().open({filePath(paths.front())});
-        if (frame_->document().structureKind == "non") {
+        if (frame_->document().structureKind == StructureKind::None) {
             return false;
         }
     }

@@ -1,7 +1,8 @@
 #include "CommandGuard.h"
 
 #include <algorithm>
-#include <exception>
+#include <new>
+#include <stdexcept>
 #include <utility>
 
 #include "VelmoraDoc.h"
@@ -23,6 +24,13 @@ constexpr Flag keptFlags[] = {
 };
 
 } // namespace
+
+std::string causeOf(const std::exception& error) {
+    if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) {
+        return "out of memory";
+    }
+    return dynamic_cast<const std::length_error*>(&error) != nullptr ? "more than fits" : error.what();
+}
 
 CommandGuard::CommandGuard(VelmoraDoc& document)
     : doc_(document), exceptionsBefore_(std::uncaught_exceptions()),
@@ -84,6 +92,11 @@ void CommandGuard::putBackModel() noexcept {
         doc_.pointUndoRegion.blocks.clear();
         doc_.pointUndoReady = false;
     }
+    // A guard around this one finds nothing left to do.
+    doc_.patchSnapshotsBegun_ = patchSnapshotsBegun_;
+    doc_.patchSnapshots_ = patchSnapshots_;
+    doc_.pointSnapshotsBegun_ = pointSnapshotsBegun_;
+    doc_.pointSnapshots_ = pointSnapshots_;
 }
 
 void CommandGuard::putBackState() noexcept {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -11,6 +12,9 @@
 namespace velmora {
 
 class VelmoraDoc;
+
+/// What an exception is to be called towards the user.
+std::string causeOf(const std::exception& error);
 
 /// Stands around a command. When an exception passes, for want of memory say, the document goes back to what it was
 /// before: the model to the snapshot that the command took, all small state to what was noted here. What to do about

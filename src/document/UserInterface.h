@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "Message.h"
 #include "progress.h"
 
 namespace velmora {
@@ -52,7 +53,7 @@ public:
     virtual ~UserInterface() = default;
 
     /// A box with OK.
-    virtual void showMessage(const std::string& text) = 0;
+    virtual void showMessage(const Message& message) = 0;
     /// A box with Yes and No; true for Yes.
     virtual bool ask(const std::string& text) = 0;
     /// The same box, to be closed without an answer too: where both Yes and No would go too far.

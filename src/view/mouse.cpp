@@ -1,6 +1,7 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "CommandGuard.h"
 #include "VelmoraView.h"
 #include "vectors.h"
 
@@ -23,6 +24,7 @@ bool rotates(int mode) {
 // ---- Button and motion ----------------------------------------------------------------------------------------------
 
 void VelmoraView::OnLeftButtonDown(PixelPoint position) {
+    const CommandGuard guard(doc_);
     leftButtonDown = true;
     lastMousePos = prevMousePos = position;
     surface().confineCursor(true);
@@ -46,6 +48,7 @@ void VelmoraView::OnMouseMove(PixelPoint position) {
         stopSpin();
         dragCamera(position);
     } else if (leftButtonDown) {
+        const CommandGuard guard(doc_);
         dragRegime(position);
     }
     lastMoveClock = surface().clock();
@@ -78,6 +81,7 @@ void VelmoraView::OnLeftButtonUp(PixelPoint position) {
         finishZoom(position);
     }
     if (mouseMode >= ModePoint) {
+        const CommandGuard guard(doc_);
         doc_.moveRegimeAtRelease();
         if (doc_.capture->dragCorrectsLine) {
             doc_.endDragCorrection(principalPlane());

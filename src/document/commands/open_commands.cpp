@@ -162,7 +162,6 @@ void VelmoraDoc::onOpenDocuments(const std::vector<std::filesystem::path>& paths
     PointTally points;
     modelFile.adopt(paths.front());
     loadFile(*this, modelFile.chosenPath, modelFile.fileExtension, {}, points);
-    ui_.addRecentFile(fullPath(paths.front()));
     if (structureKind == StructureKind::None) {
         patches.clear(); // compartments without a section make no model
         ui_.showMessage(message::openCancelled);
@@ -170,6 +169,7 @@ void VelmoraDoc::onOpenDocuments(const std::vector<std::filesystem::path>& paths
         redraw();
         return;
     }
+    ui_.addRecentFile(fullPath(paths.front()));
     loadFurtherFiles(*this, paths, points);
     finishOpen(*this, points);
 }

@@ -3,7 +3,6 @@
 #include "VelmoraDoc.h"
 #include "apt.h"
 #include "file_types.h"
-#include "format_outcome.h"
 #include "messages.h"
 #include "patch_order.h"
 #include "path_names.h"

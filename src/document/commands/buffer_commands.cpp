@@ -3,7 +3,6 @@
 #include "VelmoraDoc.h"
 #include "capture_address.h"
 #include "file_types.h"
-#include "format_outcome.h"
 #include "marker_files.h"
 #include "messages.h"
 #include "path_names.h"

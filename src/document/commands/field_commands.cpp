@@ -4,7 +4,6 @@
 #include "VelmoraDoc.h"
 #include "field_file.h"
 #include "file_types.h"
-#include "format_outcome.h"
 #include "load_files.h"
 #include "messages.h"
 #include "open_commands.h"

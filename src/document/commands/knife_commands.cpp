@@ -10,7 +10,6 @@
 #include "capture_address.h"
 #include "corner_box.h"
 #include "cut_zones.h"
-#include "format_outcome.h"
 #include "interchange.h"
 #include "messages.h"
 #include "write_files.h"
@@ -191,7 +190,7 @@ zRegion_fe VelmoraDoc::cutPart(Side kept) {
 bool VelmoraDoc::keepPartOfZones(Side kept) {
     const ScratchFolder scratch;
     if (scratch.path.empty()) {
-        ui_.showMessage(std::string(cannotSaveMessage));
+        ui_.showMessage(message::cannotSave);
         return false;
     }
     const std::filesystem::path temporary = scratch.path / "part.dat";
@@ -207,7 +206,7 @@ bool VelmoraDoc::keepPartOfZones(Side kept) {
                readGeometry(temporary, false, structured, part, tell, progressTo(ui_));
     }
     for (const std::string& text : told) {
-        ui_.showMessage(text);
+        ui_.showMessage({Severity::NotWritten, text});
     }
     if (done) {
         feRegion = std::move(part);

@@ -99,8 +99,10 @@ bool readStructured(VelmoraDoc& doc, const std::filesystem::path& path, const st
             doc.modelFile.takeExtension(extension);
         }
     }
+    // What stood in the file before its fault is in the model: the fault is a loss then.
+    const Severity severity = gaveModel ? Severity::Warning : Severity::NotRead;
     for (const std::string& text : read.messages) {
-        doc.ui().showMessage(text);
+        doc.ui().showMessage({severity, text});
         if (gaveModel) { // else what stood before keeps its title
             doc.modelFile.setTitle("Wrong");
         }
@@ -146,7 +148,7 @@ void show(UserInterface& ui, const ZonesRead& read, LoadTally& tally) {
         tell(ui, read.record, tally);
     }
     for (const std::string& text : read.messages) {
-        ui.showMessage(text);
+        ui.showMessage({Severity::NotRead, text});
     }
 }
 
@@ -288,7 +290,7 @@ bool readField(VelmoraDoc& doc, const std::filesystem::path& path, LoadMode mode
         tell(doc.ui(), read.record, tally);
     }
     for (const FormatFault& fault : read.faults) {
-        doc.ui().showMessage(fieldMessage(fault));
+        doc.ui().showMessage({read.loaded ? Severity::Warning : Severity::NotRead, fieldMessage(fault)});
     }
     doc.fieldLoaded = read.loaded;
     if (!read.loaded || regularityOf(read.patches) == Regularity::Undecided) {

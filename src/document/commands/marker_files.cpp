@@ -7,8 +7,8 @@
 
 #include "VelmoraDoc.h"
 #include "file_types.h"
-#include "format_outcome.h"
 #include "load_files.h"
+#include "messages.h"
 #include "path_names.h"
 
 namespace velmora {
@@ -20,12 +20,12 @@ namespace {
 /// The file that was read is told of, and what is wrong with it.
 void tellPoints(VelmoraDoc& doc, bool opened, bool readFailed, const FileRead& record) {
     if (!opened) {
-        doc.ui().showMessage(std::string(cannotOpenMessage));
+        doc.ui().showMessage(message::cannotOpen);
         return;
     }
     doc.ui().tellFileRead(record);
     if (readFailed) {
-        doc.ui().showMessage(std::string(readFailedMessage));
+        doc.ui().showMessage(message::readFailed);
     }
     const std::string loss = lossText(record);
     if (!loss.empty()) {

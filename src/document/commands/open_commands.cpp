@@ -161,7 +161,7 @@ void tellLoaded(VelmoraDoc& doc, const LoadTally& tally) {
     add(saveTargetText(doc));
     if (!text.empty()) {
         doc.ShowStatus(text);
-    } else if (doc.status != idlePrompt) {
+    } else if (doc.status != idlePrompt && (doc.extentStatus().empty() || doc.status != doc.extentStatus())) {
         doc.ShowStatus(idlePrompt); // what was captured before is gone
     }
 }
@@ -193,12 +193,18 @@ void VelmoraDoc::openFiles() {
     request.mode = ChooserMode::Open;
     request.multiple = true;
     request.types = modelFileTypes();
-    request.proposed = modelFile.chosenPath;
+    request.proposed = proposedFolder_.empty() ? modelFile.chosenPath : proposedFolder_;
     request.command = "file.open";
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
     if (!paths.empty()) {
         onOpenDocuments(paths);
     }
+}
+
+void VelmoraDoc::openFilesIn(const std::filesystem::path& folder) {
+    proposedFolder_ = folder / "";
+    openFiles();
+    proposedFolder_.clear();
 }
 
 void VelmoraDoc::onOpenDocument(const std::filesystem::path& path) {

@@ -162,6 +162,7 @@ void VelmoraDoc::saveModelAs() {
             becomeSurface(*this, surface);
         } else {
             ui_.addRecentFile(path.parent_path());
+            ui_.addRecentFile(path);
         }
         modelFile.titleWrong = false;
         modelFile.takeExtension(extension);
@@ -173,6 +174,10 @@ void VelmoraDoc::saveModelAs() {
 bool VelmoraDoc::saveModified() {
     if (structureKind == StructureKind::None || !documentModified || !ui_.ask(message::saveBeforeExit)) {
         return true;
+    }
+    const Answer answer = ui_.askOrNone(message::saveBeforeExit);
+    if (answer != Answer::Yes) {
+        return answer == Answer::No;
     }
     // Work that could not be written is not thrown away: the document stays open, and asks again.
     documentModified = saveCurrent() != SaveResult::Saved;

@@ -64,7 +64,7 @@ void finishWriting(VelmoraDoc& doc, const WriteOutcome& outcome) {
         noteWritten(doc, outcome);
         return;
     }
-    doc.ui().showMessage(std::string(cannotSaveMessage));
+    doc.ui().showMessage(message::cannotSave);
     if (!outcome.problem.empty()) {
         doc.ShowStatus(outcome.problem);
     }
@@ -92,7 +92,7 @@ WriteOutcome writeZones(VelmoraDoc& doc, const std::filesystem::path& path, cons
             progressTo(doc.ui()), &outcome);
     }
     for (const std::string& text : told) {
-        doc.ui().showMessage(text);
+        doc.ui().showMessage({Severity::NotWritten, text});
     }
     if (outcome) {
         noteWritten(doc, outcome);

@@ -90,10 +90,10 @@ TEST_F(LineOutcomes, AWarningIsOk) {
 }
 
 TEST_F(LineOutcomes, AFaultBehindWhatWasReadIsAWarning) {
-    test::writeFileText(folder / "half.apt", aptText({test::flatPatch(2, 2)}) + "2 2\n0 0 0\nx\n");
+    test::writeFileText(folder / "half.apt", aptText({test::flatPatch(2, 2)}) + "2 2\n0 0 0\n1 0 0\n0 1 0\n1 x 0\n");
     must("open " + file("half.apt"));
     EXPECT_EQ(severities().front(), "warning");
-    test::writeFileText(folder / "none.apt", "2 2\n0 0 0\nx\n");
+    test::writeFileText(folder / "none.apt", "2 2\n0 0 0\n1 0 0\n0 1 0\n1 x 0\n");
     must("open " + file("none.apt"));
     EXPECT_EQ(severities().front(), "error");
 }

@@ -91,6 +91,8 @@ TEST_F(SessionTest, ACommandThatIsOffDoesNothing) {
     const CommandReport report = run("model.move");
     EXPECT_THAT(person.transcript, IsEmpty());
     EXPECT_THAT(report.dialogs, IsEmpty());
+    EXPECT_TRUE(report.off);
+    EXPECT_EQ(report.outcome(), Outcome::Refused);
 }
 
 TEST_F(SessionTest, TheStatesOfDocumentAndViewTurnCommandsOff) {

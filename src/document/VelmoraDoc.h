@@ -461,6 +461,9 @@ private:
     friend class CommandGuard;
 
     void snapshot(PatchList& undoList, zRegion_fe& undoZones);
+    void exchangeWithSnapshot();
+    /// For commands that change the model without a snapshot for Undo: the guard around them needs one all the same.
+    void keepForGuard();
     void clearSnapshots();
     void takeCapturedPosition(const zVec<double>& otherwise);
     bool mayBreakGrid();
@@ -547,6 +550,8 @@ private:
     std::uint64_t patchSnapshots_ = 0; ///< that were taken whole
     std::uint64_t pointSnapshotsBegun_ = 0;
     std::uint64_t pointSnapshots_ = 0;
+    PatchList guardPatches_; ///< see keepForGuard
+    std::uint64_t guardCopies_ = 0;
 };
 
 template <class Values, class... Context>

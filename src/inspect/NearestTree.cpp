@@ -4,8 +4,8 @@
 #include <cmath>
 #include <limits>
 
-#include "distance.h"
 #include "nearest_on_triangle.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -76,8 +76,7 @@ void NearestTree::takeTriangles(const TriangleMesh& mesh) {
     for (std::int32_t t = 0; t < mesh.triangleCount(); ++t) {
         Triangle triangle;
         for (std::size_t i = 0; i < 3; ++i) {
-            const double* const p = mesh.corner(t, i);
-            triangle[i] = {p[0], p[1], p[2]};
+            triangle[i] = vectorAt(mesh.corner(t, i));
         }
         if (std::all_of(triangle.begin(), triangle.end(), isFinite)) {
             triangles_.push_back(triangle);

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "zVec.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -20,8 +20,7 @@ public:
 
     std::int32_t count() const { return static_cast<std::int32_t>(coordinates_.size() / 3); }
     zVec<double> at(std::int32_t number) const {
-        const double* const p = coordinates_.data() + 3 * static_cast<std::size_t>(number);
-        return {p[0], p[1], p[2]};
+        return vectorAt(coordinates_.data() + 3 * static_cast<std::size_t>(number));
     }
 
 private:

@@ -1,9 +1,8 @@
 #include "curve_values.h"
 
 #include <algorithm>
-#include <cmath>
 
-#include "distance.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -20,8 +19,7 @@ MaybeValue curvatureOf(const zVec<double>& before, const zVec<double>& point, co
         return std::nullopt;
     }
     // The circle's radius is the product of the triangle's sides by four times its area.
-    const zVec<double> area = cross(point - before, behind - before);
-    return 2.0 * std::sqrt(dot(area, area)) / sides;
+    return 2.0 * lengthOf(cross(point - before, behind - before)) / sides;
 }
 
 CurveValues curveValues(PointList points) {

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <numbers>
 
-#include "distance.h"
 #include "patch_curves.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -50,8 +50,7 @@ std::optional<double> angleAt(const zVec<double>& b, const zVec<double>& a, cons
     if (a == b || c == b) {
         return std::nullopt;
     }
-    const zVec<double> normal = cross(a - b, c - b);
-    return std::atan2(std::sqrt(dot(normal, normal)), dot(a - b, c - b)) * (180.0 / std::numbers::pi);
+    return std::atan2(lengthOf(cross(a - b, c - b)), dot(a - b, c - b)) * (180.0 / std::numbers::pi);
 }
 
 } // namespace

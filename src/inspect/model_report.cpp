@@ -1,11 +1,11 @@
 #include "model_report.h"
 
-#include <cmath>
 #include <limits>
 
 #include "EdgeTable.h"
 #include "cell_folds.h"
 #include "model_faces.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -30,7 +30,7 @@ ZoneReport zoneReport(const zBlock_fe& zone, std::size_t first, std::size_t end,
         const auto& corners = model.faces[face].corners;
         const zVec<double> normal =
             doubleArea(model.points.at(corners[0]), model.points.at(corners[1]), model.points.at(corners[2]));
-        report.area += 0.5 * std::sqrt(dot(normal, normal));
+        report.area += 0.5 * lengthOf(normal);
         report.degenerate += normal == zVec<double>() ? 1 : 0;
     }
     return report;

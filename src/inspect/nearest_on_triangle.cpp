@@ -1,7 +1,7 @@
 #include "nearest_on_triangle.h"
 
-#include "distance.h"
 #include "model_faces.h"
+#include "vectors.h"
 
 namespace velmora {
 

@@ -7,8 +7,8 @@
 #include <numbers>
 
 #include "curve_values.h"
-#include "distance.h"
 #include "patch_curves.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -110,8 +110,7 @@ struct AngleRatio {
 };
 
 AngleRatio angleBetween(const zVec<double>& a, const zVec<double>& b) {
-    const zVec<double> normal = cross(a, b);
-    return {dot(a, b), std::sqrt(dot(normal, normal))};
+    return {dot(a, b), lengthOf(cross(a, b))};
 }
 
 double degrees(double radians) {
@@ -155,7 +154,7 @@ private:
         }
         const zVec<double> first = doubleArea(corners[0], corners[1], corners[2]);
         const zVec<double> second = doubleArea(corners[0], corners[2], corners[3]);
-        quality.area += 0.5 * (std::sqrt(dot(first, first)) + std::sqrt(dot(second, second)));
+        quality.area += 0.5 * (lengthOf(first) + lengthOf(second));
         const zVec<double> none;
         if (first == none && second == none) {
             count(quality.collapsedCells, placeOf(cell));

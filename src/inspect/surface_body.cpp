@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "distance.h"
+#include "vectors.h"
 
 namespace velmora {
 

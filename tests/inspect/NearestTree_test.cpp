@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 
 #include "curve_samples.h"
-#include "distance.h"
 #include "nearest_on_triangle.h"
+#include "vectors.h"
 
 namespace velmora::test {
 
@@ -38,8 +38,7 @@ TriangleMesh anyMesh(Source& source, int points, int triangles, const Vector& ce
 }
 
 Vector cornerOf(const TriangleMesh& mesh, int triangle, std::size_t corner) {
-    const double* const p = mesh.corner(triangle, corner);
-    return {p[0], p[1], p[2]};
+    return vectorAt(mesh.corner(triangle, corner));
 }
 
 double distanceByScanning(const TriangleMesh& mesh, const Vector& point) {

@@ -4,7 +4,7 @@
 
 #include "compare_reference.h"
 #include "curve_samples.h"
-#include "distance.h"
+#include "vectors.h"
 
 namespace velmora::test {
 

@@ -21,11 +21,11 @@ using Key = std::tuple<double, double, double>;
 inline Key keyOf(const Place& p) {
     return {p.x, p.y, p.z}; // -0 and 0 compare as equal
 }
-inline double lengthOf(const Place& v) {
+inline double normOf(const Place& v) {
     return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
 }
 inline double areaOf(const Place& a, const Place& b, const Place& c) {
-    return 0.5 * lengthOf(cross(b - a, c - a));
+    return 0.5 * normOf(cross(b - a, c - a));
 }
 
 /// The corners of a cell or triangle, and the patch that it is of; -1 for a triangle.
@@ -120,7 +120,7 @@ inline Body bodyOf(const std::vector<Outline>& faces, const Place& centre) {
         if (passes.size() == 1) {
             const auto& [x, y, z] = ends.first;
             const auto& [u, v, w] = ends.second;
-            body.openBorder += lengthOf({u - x, v - y, w - z});
+            body.openBorder += normOf({u - x, v - y, w - z});
         }
         body.badEdges += passes.size() > 2 ? 1 : 0;
         solid = solid && passes.size() == 2;
@@ -179,10 +179,10 @@ inline void raise(std::optional<double>& largest, double value) {
 
 inline void addCurve(const PointList& curve, Quality& quality) {
     for (std::size_t i = 1; i < curve.size(); ++i) {
-        const double step = lengthOf(curve[i] - curve[i - 1]);
+        const double step = normOf(curve[i] - curve[i - 1]);
         raise(quality.largestStep, step);
         quality.smallestStep = std::min(quality.smallestStep.value_or(step), step);
-        const double before = i > 1 ? lengthOf(curve[i - 1] - curve[i - 2]) : 0;
+        const double before = i > 1 ? normOf(curve[i - 1] - curve[i - 2]) : 0;
         if (before > 0 && step > 0) {
             quality.growth = std::max({quality.growth, before / step, step / before});
         }
@@ -190,7 +190,7 @@ inline void addCurve(const PointList& curve, Quality& quality) {
 }
 
 inline double degreesBetween(const Place& a, const Place& b) {
-    const double cosine = dot(a, b) / lengthOf(a) / lengthOf(b);
+    const double cosine = dot(a, b) / normOf(a) / normOf(b);
     return std::acos(std::clamp(cosine, -1.0, 1.0)) * 180 / std::acos(-1.0);
 }
 
@@ -204,8 +204,8 @@ inline void addCell(const Outline& cell, Quality& quality) {
     const Place first = cross(c[1] - c[0], c[2] - c[0]);
     const Place second = cross(c[2] - c[0], c[3] - c[0]);
     quality.area += areaOf(c[0], c[1], c[2]) + areaOf(c[0], c[2], c[3]);
-    quality.collapsedCells += lengthOf(first) == 0 && lengthOf(second) == 0 ? 1 : 0;
-    if (lengthOf(first) > 0 && lengthOf(second) > 0) {
+    quality.collapsedCells += normOf(first) == 0 && normOf(second) == 0 ? 1 : 0;
+    if (normOf(first) > 0 && normOf(second) > 0) {
         raise(quality.warp, degreesBetween(first, second));
     }
     if (differentPoints(cell) < 3) {
@@ -216,10 +216,10 @@ inline void addCell(const Outline& cell, Quality& quality) {
     for (std::size_t i = 0; i < 4; ++i) {
         const Place ahead = c[(i + 1) % 4] - c[i];
         const Place back = c[(i + 3) % 4] - c[i];
-        if (lengthOf(ahead) > 0) {
-            longest = std::max(longest, lengthOf(ahead));
-            shortest = std::min(shortest, lengthOf(ahead));
-            if (lengthOf(back) > 0) {
+        if (normOf(ahead) > 0) {
+            longest = std::max(longest, normOf(ahead));
+            shortest = std::min(shortest, normOf(ahead));
+            if (normOf(back) > 0) {
                 raise(quality.skew, std::abs(degreesBetween(ahead, back) - 90) / 90);
             }
         }

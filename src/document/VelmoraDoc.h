@@ -322,6 +322,8 @@ public:
     /// The regimes' moves when the left button comes up in the view.
     void moveRegimeAtRelease();
 
+    /// The points of the captured section or line, else those of the line buffer.
+    PointList curveInHand();
     bool inBlock(std::int32_t patch) const;
     /// The patches of a structured model, the zones of an unstructured one: what K counts.
     std::int32_t partCount() const;

@@ -54,6 +54,10 @@ PointList VelmoraDoc::capturedCurvePoints() {
     return points;
 }
 
+PointList VelmoraDoc::curveInHand() {
+    return curveIsThere() ? capturedCurvePoints() : lineBuffer;
+}
+
 /// Gives the captured curve other points: a section takes them as they are, a line one for each of its own.
 void VelmoraDoc::putCurvePoints(const PointList& points) {
     if (capture->sectionCaptured) {

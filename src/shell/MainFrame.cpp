@@ -152,33 +152,19 @@ CommandState MainFrame::stateOf(const Command& command) const {
     CommandState state;
     state.on = !isCommandOff(*document_, command.id) &&
                !(command.owner == CommandOwner::View && view_->isViewCommandOff(command.id));
-    state.checked = checkedState(command.id);
+    state.checked = checkedStateOf(command);
     return state;
 }
 
-std::optional<bool> MainFrame::checkedState(std::string_view id) const {
+std::optional<bool> MainFrame::checkedStateOf(const Command& command) const {
+    const std::string_view id = command.id;
     if (id == "view.toolbar") {
         return toolBarsShown();
     }
     if (id == "view.statusBar") {
         return !status_->isHidden();
     }
-    if (id == "view.surface") {
-        return document_->surfaceMode;
-    }
-    if (id == "view.perspective") {
-        return view_->projectionMode == 0;
-    }
-    if (id == "view.orthographic") {
-        return view_->projectionMode == 1;
-    }
-    if (id == "block.only") {
-        return document_->showBlockOnly;
-    }
-    if (id == "model.reflectToSft") {
-        return true; // it carries the mark whether or not markers are there
-    }
-    return std::nullopt;
+    return checkedState(command, *document_, *view_);
 }
 
 void MainFrame::run(const Command& command) {

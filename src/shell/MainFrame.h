@@ -50,7 +50,7 @@ private:
     void makeToolBars();
     void connectView();
     CommandState stateOf(const Command& command) const;
-    std::optional<bool> checkedState(std::string_view id) const;
+    std::optional<bool> checkedStateOf(const Command& command) const;
     void runShellCommand(const Command& command);
     void showContextMenu(const QPoint& position);
     bool toolBarsShown() const;

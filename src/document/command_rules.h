@@ -12,16 +12,16 @@ inline bool curveHeld(Doc d) {
     return d.capture->sectionCaptured || d.capture->lineCaptured;
 }
 inline bool emptyModel(Doc d) {
-    return d.structureKind == "non";
+    return d.structureKind == StructureKind::None;
 }
 inline bool notStr(Doc d) {
-    return d.structureKind != "str";
+    return d.structureKind != StructureKind::Structured;
 }
 inline bool notUns(Doc d) {
-    return d.structureKind != "uns";
+    return d.structureKind != StructureKind::Unstructured;
 }
 inline bool notApt(Doc d) {
-    return d.fileKind != "apt";
+    return d.fileKind != FileKind::Apt;
 }
 
 inline bool nonOrField(Doc d) {
@@ -44,7 +44,7 @@ inline bool noPoint(Doc d) {
     return !d.capture->pointCaptured;
 }
 inline bool noPointOrUns(Doc d) {
-    return d.structureKind == "uns" || !d.capture->pointCaptured;
+    return d.structureKind == StructureKind::Unstructured || !d.capture->pointCaptured;
 }
 inline bool pointCountFixed(Doc d) {
     return noPointOrUns(d) || d.capture->lineCaptured || d.fieldMode;

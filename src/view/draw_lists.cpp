@@ -121,7 +121,7 @@ void ListBuilder::doublePoints() {
             }
         }
     });
-    if (doc_.fileKind != "apt") {
+    if (doc_.fileKind != FileKind::Apt) {
         return;
     }
     for (const Patch& patch : doc_.patches) {
@@ -207,7 +207,7 @@ void ListBuilder::lines() {
 
 void ListBuilder::reference() {
     for (const auto& zone : doc_.referenceRegion.blocks) {
-        if (doc_.secondKind != "wrl") {
+        if (doc_.secondKind != SecondKind::Wrl) {
             break;
         }
         if (const ZoneCoordinates at = coordinatesOf(zone->variables)) {
@@ -215,7 +215,7 @@ void ListBuilder::reference() {
             addTriangles(*zone, at, false);
         }
     }
-    if (doc_.secondKind != "dat") {
+    if (doc_.secondKind != SecondKind::Dat) {
         return;
     }
     for (const Patch& patch : doc_.referencePatches) {
@@ -233,7 +233,7 @@ void ListBuilder::reference() {
 }
 
 void ListBuilder::wire() {
-    const std::size_t strips = doc_.fileKind == "apt" ? 2 : 1;
+    const std::size_t strips = doc_.fileKind == FileKind::Apt ? 2 : 1;
     list_.vertices.reserve(strips * static_cast<std::size_t>(pointTotal(doc_.patches)));
     if (doc_.showFirstPoints) {
         firstPoints();
@@ -251,7 +251,7 @@ void ListBuilder::wire() {
         bufferLine(doc_.markers);
     }
     sections();
-    if (doc_.fileKind == "apt") {
+    if (doc_.fileKind == FileKind::Apt) {
         lines();
     }
     reference();
@@ -422,14 +422,14 @@ int listNumberFor(const VelmoraDoc& document, bool isGrid) {
     if (document.holdsNothing()) {
         return 0;
     }
-    if (document.structureKind == "uns") {
+    if (document.structureKind == StructureKind::Unstructured) {
         return document.surfaceMode ? 4 : 3;
     }
-    if (document.structureKind != "str") {
+    if (document.structureKind != StructureKind::Structured) {
         return 0;
     }
     // Strips and normals read neighbouring sections at the same index: only a regular grid has them.
-    return document.surfaceMode && document.fileKind == "apt" && isGrid ? 2 : 1;
+    return document.surfaceMode && document.fileKind == FileKind::Apt && isGrid ? 2 : 1;
 }
 
 ModelList buildModelList(const VelmoraDoc& document, int number, ModelList memory) {

@@ -110,7 +110,7 @@ TEST_F(SplitPatch, WithAFieldCutsItInTheSamePlace) {
     for (std::size_t k = 0; k < doc.patches.size(); ++k) {
         EXPECT_EQ(countsOf(doc.fieldPatches[k]), countsOf(doc.patches[k]));
     }
-    EXPECT_EQ(doc.documentTitle, "wing.dat");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.dat");
 }
 
 TEST_F(SplitPatch, WithoutAFieldLeavesTheFieldListAlone) {

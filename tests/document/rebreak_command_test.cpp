@@ -92,9 +92,9 @@ TEST_F(RebreakSection, KeepsWhatThePreparationDoesNotSet) {
 TEST_F(Rebreak, DoesNothingWithoutAStructuredModelOrACapture) {
     hold({flatPatch(3, 3)});
     captureSection(0, 1);
-    doc.structureKind = "uns";
+    doc.structureKind = StructureKind::Unstructured;
     doc.Rebreak();
-    doc.structureKind = "str";
+    doc.structureKind = StructureKind::Structured;
     for (const auto& [patch, section] : {std::pair{-1, 0}, {1, 0}, {0, -1}, {0, 3}}) {
         captureSection(patch, section);
         doc.Rebreak();
@@ -150,9 +150,9 @@ TEST_F(RebreakSection, WithAnotherCountTurnsAnAptModelIntoSklWithItsTitle) {
     EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{5, 9, 5}));
     EXPECT_THAT(coordinates(doc.patches[0][1]),
                 Pointwise(DoubleNear(1e-9), {0.0, 0.5, 1.0, 1.5, 2.0, 2.5, 3.0, 3.5, 4.0}));
-    EXPECT_EQ(doc.fileKind, "skl");
-    EXPECT_EQ(doc.documentTitle, "wing.skl");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.skl");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.skl");
     EXPECT_THAT(heard(), ElementsAre("dialog: CRebreak -> ok", "title: wing.skl"));
 }
 
@@ -164,8 +164,8 @@ TEST_F(RebreakSection, UndoneRestoresKindTitleAndViewWithoutANewBox) {
     viewCalls();
     doc.UndoPatch();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.fileKind, "apt");
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
     EXPECT_THAT(viewCalls(), testing::Not(testing::Contains("bounds")));
     EXPECT_TRUE(doc.capture->sectionCaptured);
 }
@@ -175,8 +175,8 @@ TEST_F(RebreakSection, OfAllSectionsKeepsTheModelApt) {
     captureSection(0, 1);
     rebreak({{"regime", "2"}, {"newCount", "9"}});
     EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{9, 9, 9}));
-    EXPECT_EQ(doc.fileKind, "apt");
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
 
 TEST_F(Rebreak, LastCurveFieldHasNoEffect) {
@@ -232,7 +232,7 @@ TEST_F(RebreakSection, WithFitTakesTheSpacingOfTheCapturedOne) {
     for (const std::size_t n : {0U, 2U}) {
         EXPECT_THAT(coordinates(doc.patches[0][n]), Pointwise(DoubleNear(1e-12), {0.0, 0.5, 2.0, 3.0, 4.0})) << n;
     }
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
 
 TEST_F(RebreakSection, OfNoLengthAsTheLawGivesEqualSteps) {
@@ -295,7 +295,7 @@ TEST_F(RebreakLine, ByItselfKeepsTheNumberOfSections) {
     }
     EXPECT_TRUE(doc.capture->lineCaptured);
     EXPECT_EQ(doc.capture->capturedLine, 1);
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set line"));
 }
 
@@ -305,7 +305,7 @@ TEST_F(RebreakLine, OfAllLinesChangesTheNumberOfSectionsAndStaysRegular) {
     rebreak({{"regime", "2"}, {"newCount", "9"}});
     EXPECT_EQ(countsOf(doc.patches[0]), std::vector<std::int32_t>(9, 3));
     EXPECT_THAT(coordinates(doc.patches[0][1], &zVec<double>::y), Each(DoubleNear(0.5, 1e-9)));
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
 
 TEST_F(RebreakLine, TypedAsCapturedBecomesTheCapturedLine) {
@@ -384,7 +384,7 @@ TEST_F(RebreakBlock, InLineRegimeTakesTheNumberOfSectionsAsLength) {
     EXPECT_EQ(countsOf(doc.patches[1]), std::vector<std::int32_t>(9, 4));
     EXPECT_EQ(doc.rebreakValues.law.lastPoint, 3);
     EXPECT_EQ(doc.rebreakValues.lastCurve, 4);
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
 
 TEST_F(RebreakBlock, KeepsAFirstPointThatWasCutForThePatchesThatFollow) {

@@ -37,7 +37,7 @@ TEST(FirstPoints, GoPatchByPatchAndOnlyWhereShown) {
 
 TEST(DoublePoints, NeighboursAlongASectionMarkTheFormer) {
     DrawRig rig({{{{0, 0, 0}, {0, 0, 0}, {2, 0, 0}, {2, 0, 0}, {2, 0, 0}}, {{9, 9, 9}}}});
-    ASSERT_EQ(rig.doc.fileKind, "skl");
+    ASSERT_EQ(rig.doc.fileKind, FileKind::Skl);
     rig.doc.showDoublePoints = true;
     EXPECT_THAT(pointsOnly(rig.wire()),
                 ElementsAre(point(8, green, {0, 0, 0}), point(8, green, {2, 0, 0}), point(8, green, {2, 0, 0})));
@@ -48,7 +48,7 @@ TEST(DoublePoints, NeighbouringSectionsCountInAGridOnly) {
     DrawRig rig(model);
     rig.doc.showDoublePoints = true;
     EXPECT_THAT(pointsOnly(rig.wire()), ElementsAre(point(8, green, {0, 0, 0})));
-    rig.doc.fileKind = "skl";
+    rig.doc.fileKind = FileKind::Skl;
     EXPECT_THAT(pointsOnly(rig.wire()), IsEmpty());
 }
 
@@ -134,7 +134,7 @@ TEST(Buffer, SecondPointOfAPairFramesTheFirst) {
 
 TEST(Buffer, FirstPointIsOnlyRedWithFirstPointsOn) {
     DrawRig rig(PatchList{});
-    rig.doc.structureKind = "str";
+    rig.doc.structureKind = StructureKind::Structured;
     rig.doc.showBuffer = true;
     rig.doc.showFirstPoints = true;
     rig.doc.lineBuffer = {{1, 2, 3}, {4, 5, 6}};

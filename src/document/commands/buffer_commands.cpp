@@ -4,9 +4,11 @@
 #include "capture_address.h"
 #include "file_types.h"
 #include "format_outcome.h"
+#include "marker_files.h"
 #include "messages.h"
 #include "path_names.h"
 #include "point_files.h"
+#include "write_files.h"
 
 namespace velmora {
 
@@ -27,7 +29,7 @@ FileRequest bufferRequest(ChooserMode mode, const char* command) {
 
 /// Whether what is captured as section or line stands in the model.
 bool VelmoraDoc::curveIsThere() {
-    if (structureKind != "str") {
+    if (structureKind != StructureKind::Structured) {
         return false;
     }
     return capture->sectionCaptured
@@ -89,7 +91,7 @@ void VelmoraDoc::ClearBuffer() {
 void VelmoraDoc::OpenBuffer() {
     // Cancel leaves the buffer empty too, and the flag as it was.
     lineBuffer.clear();
-    lineBuffer = readChosenPoints(bufferRequest(ChooserMode::Open, "buffer.open"));
+    lineBuffer = readChosenPoints(ui_, bufferRequest(ChooserMode::Open, "buffer.open"));
     if (!lineBuffer.empty()) {
         lineBufferFull = true;
         showBuffer = true;
@@ -99,7 +101,7 @@ void VelmoraDoc::OpenBuffer() {
 
 void VelmoraDoc::SaveBuffer() {
     const auto paths = ui_.chooseFiles(bufferRequest(ChooserMode::SaveAs, "buffer.saveAs"));
-    if (paths.empty() || !mayOverwrite(fullPath(paths.front()))) {
+    if (paths.empty() || !mayOverwrite(*this, fullPath(paths.front()))) {
         return;
     }
     bool written = false;
@@ -108,7 +110,7 @@ void VelmoraDoc::SaveBuffer() {
         written = writeLineBuffer(paths.front(), lineBuffer, outputPrecision);
     }
     if (written) {
-        noteCompleteness(fullPath(paths.front()), true);
+        modelFile.noteCompleteness(fullPath(paths.front()), true);
     } else {
         ui_.showMessage(std::string(cannotSaveMessage));
     }
@@ -139,7 +141,7 @@ void VelmoraDoc::PasteFromBuffer() {
         return;
     }
     putCurvePoints(lineBuffer);
-    UpdateAfterEdit();
+    retitle();
     redraw();
 }
 

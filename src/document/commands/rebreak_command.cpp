@@ -37,7 +37,7 @@ void VelmoraDoc::prepareRebreak() {
     const Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
     CRebreak& values = rebreakValues;
     values.lineMode = capture->lineCaptured;
-    values.isApt = fileKind == "apt";
+    values.isApt = fileKind == FileKind::Apt;
     values.blockCount = blockCount;
     values.curveCount = capture->lineCaptured
                             ? countOf(patch)
@@ -53,7 +53,8 @@ void VelmoraDoc::prepareRebreak() {
 void VelmoraDoc::Rebreak() {
     const bool lines = capture->lineCaptured;
     const std::int32_t curve = lines ? capture->capturedLine : capture->capturedSection;
-    if (structureKind != "str" || sectionAt(capture->capturedPatch, lines ? 0 : curve) == nullptr || curve < 0) {
+    if (structureKind != StructureKind::Structured || sectionAt(capture->capturedPatch, lines ? 0 : curve) == nullptr ||
+        curve < 0) {
         return;
     }
     prepareRebreak();

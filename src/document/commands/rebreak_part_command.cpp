@@ -57,13 +57,13 @@ bool tooCloseToFit(const CRebreakPart& values) {
 bool VelmoraDoc::prepareRebreakPart() {
     const bool lines = capture->lineCaptured;
     const PointList* section = sectionAt(capture->capturedPatch, lines ? 0 : capture->capturedSection);
-    if (structureKind != "str" || section == nullptr) {
+    if (structureKind != StructureKind::Structured || section == nullptr) {
         return false;
     }
     const Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
     CRebreakPart& values = rebreakPartValues;
     values.lineMode = values.law.keepGrid = lines;
-    values.isApt = fileKind == "apt";
+    values.isApt = fileKind == FileKind::Apt;
     values.pointNumber = (lines ? capture->capturedPointSection : capture->capturedPoint) + 1;
     values.curveLength = lines ? countOf(patch) : countOf(*section);
     fillStretch(values);

@@ -8,12 +8,12 @@ namespace velmora {
 void VelmoraDoc::snapshot(PatchList& undoList, zRegion_fe& undoZones) {
     documentModified = true;
     undoZones.blocks.clear();
-    if (structureKind == "str") {
+    if (structureKind == StructureKind::Structured) {
         undoList = patches; // into the memory of the snapshot before
     } else {
         undoList.clear();
     }
-    if (structureKind == "uns") {
+    if (structureKind == StructureKind::Unstructured) {
         copyRegion(feRegion, undoZones);
     }
 }
@@ -24,7 +24,7 @@ void VelmoraDoc::SavePointUndo() {
 
 void VelmoraDoc::SavePatchUndo() {
     snapshot(undoPatches, undoRegion);
-    undoPath_.clear();
+    undoPath.clear();
 }
 
 void VelmoraDoc::snapshotBeforeAsking() {
@@ -36,6 +36,18 @@ void VelmoraDoc::beginPatchCommand(bool changesExtent) {
     SavePatchUndo();
     patchUndoReady = true;
     rebuildOnUndo = changesExtent;
+}
+
+void VelmoraDoc::keepForUndo() {
+    pointUndoPatches.clear();
+    pointUndoRegion.blocks.clear();
+    pointUndoReady = false;
+    if (holdsNothing()) {
+        return;
+    }
+    undoModified = documentModified;
+    beginPatchCommand(false);
+    undoPath = modelFile.chosenPath;
 }
 
 void VelmoraDoc::clearSnapshots() {
@@ -52,7 +64,7 @@ void VelmoraDoc::takeCapturedPosition(const zVec<double>& otherwise) {
 }
 
 void VelmoraDoc::UndoPoint() {
-    const bool zones = structureKind == "uns";
+    const bool zones = structureKind == StructureKind::Unstructured;
     if (zones ? pointUndoRegion.blocks.empty() : pointUndoPatches.empty()) {
         return;
     }
@@ -70,7 +82,7 @@ void VelmoraDoc::UndoPoint() {
     } else if (capture->pointCaptured) {
         takeCapturedPosition(capture->capturedPointPos);
     }
-    UpdateAfterEdit();
+    retitle();
     capture.describePoint(false);
     pointUndoReady = false;
     patchUndoReady = false;
@@ -82,36 +94,36 @@ void VelmoraDoc::UndoPoint() {
 
 void VelmoraDoc::UndoPatch() {
     // The box of a model that was removed is gone too: the views need it anew.
-    const bool modelWasGone = structureKind == "non";
+    const bool modelWasGone = structureKind == StructureKind::None;
     // What a file holds is the model that goes; one that was removed knows whether its file still has it.
-    documentModified = undoPath_.empty() || undoModified_;
-    if (!undoPath_.empty()) {
+    documentModified = undoPath.empty() || undoModified;
+    if (!undoPath.empty()) {
         // Field values belong to the model that goes, not to the one that comes back.
         fieldLoaded = fieldMode = fieldOpening = false;
         fieldPatches.clear();
     }
     if (!undoPatches.empty()) {
         patches = std::move(undoPatches);
-        structureKind = "str";
-        if (!undoPath_.empty()) {
-            adoptPath(undoPath_);
-            undoPath_.clear();
-            titleWrong_ = false;
+        structureKind = StructureKind::Structured;
+        if (!undoPath.empty()) {
+            modelFile.adopt(undoPath);
+            undoPath.clear();
+            modelFile.titleWrong = false;
         }
         // The document holds one model: what comes back takes the place of the other kind.
         feRegion.blocks.clear();
-        UpdateAfterEdit();
+        retitle();
     } else if (!undoRegion.blocks.empty()) {
         feRegion = std::move(undoRegion);
         patches.clear();
-        structureKind = "uns";
-        fileKind = "non";
-        if (!undoPath_.empty()) {
-            adoptPath(undoPath_);
-            undoPath_.clear();
-            titleWrong_ = false;
+        structureKind = StructureKind::Unstructured;
+        fileKind = FileKind::None;
+        if (!undoPath.empty()) {
+            modelFile.adopt(undoPath);
+            undoPath.clear();
+            modelFile.titleWrong = false;
         }
-        takeExtension("dat");
+        modelFile.takeExtension("dat");
     }
     capture.tellUndone(capture->patchCaptured ? capture->continuePrompt : idlePrompt);
     ShowStatus(capture->undoStatus);
@@ -119,7 +131,7 @@ void VelmoraDoc::UndoPatch() {
     emptyBlock();
     showBlockOnly = false; // of an empty zBlock nothing would be shown
     keepCaptureInside(*this);
-    if (pointUndoReady && structureKind == "uns") {
+    if (pointUndoReady && structureKind == StructureKind::Unstructured) {
         capture.placePoint(undoNode);
     } else {
         followCapturedPoint();

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "ShellCommands.h"
 #include "VelmoraView.h"
 #include "ViewCommand.h"
 #include "document_commands.h"
-#include "shell_commands.h"
 
 namespace velmora {
 
@@ -28,16 +28,21 @@ void insertRows(Rows& all, const Rows& rows, CommandOwner owner) {
     }
 }
 
+/// The rows of a table whose entries hold more than the row.
+template <class Entries>
+Rows rowsOf(const Entries& entries) {
+    Rows rows;
+    for (const auto& entry : entries) {
+        rows.push_back(entry.row);
+    }
+    return rows;
+}
+
 Rows allCommands() {
     const auto documents = documentCommands();
-    const auto shells = shellCommands();
     Rows all(documents.begin(), documents.end());
-    insertRows(all, Rows(shells.begin(), shells.end()), CommandOwner::Shell);
-    Rows views;
-    for (const ViewCommand& command : VelmoraView::commands()) {
-        views.push_back(command.row);
-    }
-    insertRows(all, views, CommandOwner::View);
+    insertRows(all, rowsOf(shellCommands()), CommandOwner::Shell);
+    insertRows(all, rowsOf(VelmoraView::commands()), CommandOwner::View);
     return all;
 }
 
@@ -59,9 +64,15 @@ bool isCommandOff(const VelmoraDoc& document, std::string_view id) {
     return command != nullptr && command->off != nullptr && command->off(document);
 }
 
-std::optional<bool> checkedState(const Command& command, const VelmoraDoc& document, const VelmoraView& view) {
-    if (command.owner == CommandOwner::View) {
+std::optional<bool> checkedState(const Command& command, const VelmoraDoc& document, const VelmoraView& view,
+                                 const ShellCommands& shell) {
+    switch (command.owner) {
+    case CommandOwner::View:
         return view.checkedState(command.id);
+    case CommandOwner::Shell:
+        return shellCheckedState(shell, command.id);
+    case CommandOwner::Document:
+        break;
     }
     return command.checked != nullptr ? std::optional(command.checked(document)) : std::nullopt;
 }

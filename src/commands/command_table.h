@@ -10,6 +10,7 @@
 
 namespace velmora {
 
+class ShellCommands;
 class VelmoraView;
 
 /// All commands, the document's, the view's and those of the front ends, in one order.
@@ -21,8 +22,9 @@ const Command* findCommand(std::string_view id);
 /// True when a rule on the document's state turns the command off. A command without a rule is on.
 bool isCommandOff(const VelmoraDoc& document, std::string_view id);
 
-/// Of a command that switches something in the document or the view: whether that is on.
-std::optional<bool> checkedState(const Command& command, const VelmoraDoc& document, const VelmoraView& view);
+/// Of a command that switches something: whether that is on.
+std::optional<bool> checkedState(const Command& command, const VelmoraDoc& document, const VelmoraView& view,
+                                 const ShellCommands& shell);
 
 /// One entry of a menu or a tool bar.
 struct MenuEntry {

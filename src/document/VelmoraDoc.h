@@ -43,7 +43,9 @@
 #include "input_dialogs.h"
 #include "kinds.h"
 #include "marker_shift.h"
+#include "rescue_format.h"
 #include "section_edits.h"
+#include "view_extent.h"
 #include "zRegion.h"
 
 namespace velmora {
@@ -214,6 +216,8 @@ public:
     void resetMouseMode();
     /// Computes the model's box, centre and radius anew and resets the views. They hear nothing with "non".
     void updateBounds();
+    /// What updateBounds had to tell of a model of an unusual size; else empty.
+    const std::string& extentStatus() const { return extentStatus_; }
     /// Another number whenever `patches` or `feRegion` may have changed: what was worked out of them for one number
     /// holds as long as it stays.
     std::uint64_t geometryRevision() const { return geometryRevision_; }
@@ -227,6 +231,8 @@ public:
     /// The same for several files, as Open does it: those behind the first join it if they are of its extension.
     void onOpenDocuments(const std::vector<std::filesystem::path>& paths);
     void openFiles();
+    /// The same with the chooser opened on `folder`.
+    void openFilesIn(const std::filesystem::path& folder);
     void appendFile();
     void AppendWrl();
     void CloseWrl();
@@ -245,8 +251,18 @@ public:
     enum class SaveResult { Saved, Failed, Declined };
     /// Writes the model to its file by its kind. Asks first when the file holds more than the model.
     SaveResult saveCurrent();
-    /// The question before the document is closed; false when it must stay open because saving failed.
+    /// The question before the document is closed; false when it must stay open: the user wants to stay, or saving
+    /// failed.
     bool saveModified();
+
+    // ---- Rescue -----------------------------------------------------------------------------------------------------
+
+    /// The model is in no file as it is: a rescue copy would keep something.
+    bool worthRescuing() const { return documentModified && structureKind != StructureKind::None && !holdsNothing(); }
+    /// The bytes of a rescue copy: all that a save could write of the model.
+    std::string rescueBytes() const;
+    /// The model of a rescue copy, in place of the one that is there, as one with changes under its own name.
+    void takeRescued(RescuedModel model);
 
     // ---- Kind, title and path -------------------------------------------------------------------
 
@@ -440,6 +456,8 @@ public:
     std::optional<zVec<double>> positionAt(std::int32_t patch, std::int32_t section, std::int32_t point) const;
 
 private:
+    friend class CommandGuard;
+
     void snapshot(PatchList& undoList, zRegion_fe& undoZones);
     void clearSnapshots();
     void takeCapturedPosition(const zVec<double>& otherwise);
@@ -463,6 +481,7 @@ private:
     void forceMouseMode(MouseMode mode);
     void setMouseMode(MouseMode mode);
     void showIdlePrompt();
+    void refillStatus();
     void returnToRegimeMode();
     /// The plane that the view shows, as it tells it; 0 without a view.
     int principalPlane() const;
@@ -520,6 +539,12 @@ private:
     std::vector<DocumentView*> views_;
     std::uint64_t geometryRevision_ = 0;
     bool started_ = false;
+    std::filesystem::path proposedFolder_; ///< of the chooser of Open, when it was named; else empty
+    std::string extentStatus_;             ///< what was told of the size of the model; empty when it is usual
+    std::uint64_t patchSnapshotsBegun_ = 0;
+    std::uint64_t patchSnapshots_ = 0; ///< that were taken whole
+    std::uint64_t pointSnapshotsBegun_ = 0;
+    std::uint64_t pointSnapshots_ = 0;
 };
 
 template <class Values, class... Context>

@@ -3,6 +3,7 @@
 #include "VelmoraView.h"
 #include "ViewCommand.h"
 #include "command_rules.h"
+#include "messages.h"
 
 namespace velmora {
 
@@ -185,7 +186,7 @@ std::span<const ViewCommand> VelmoraView::commands() {
                  .off = [](Doc) { return true; },
                  .follows = "view.fit",
                  .places = {{View, 450}}},
-         .run = [](VelmoraView& v) { v.doc_.ui().showMessage("Not availabe"); }},
+         .run = [](VelmoraView& v) { v.doc_.ui().showMessage(message::notAvailable); }},
         {.row = {.id = "view.surface",
                  .menuText = "&Surface",
                  .statusText = "Draw picture of solid body",

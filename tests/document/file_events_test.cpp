@@ -90,7 +90,7 @@ struct Before {
 std::string longApt() {
     std::string text = "2 100502\n";
     for (int i = 0; i < 2 * 100502; ++i) {
-        text += "0 0 0\n";
+        text += i == 0 ? "4 2 1\n" : "0 0 0\n";
     }
     return text;
 }

@@ -3,7 +3,6 @@
 #include "VelmoraDoc.h"
 #include "capture_address.h"
 #include "file_types.h"
-#include "format_outcome.h"
 #include "marker_files.h"
 #include "messages.h"
 #include "path_names.h"
@@ -107,12 +106,12 @@ void VelmoraDoc::SaveBuffer() {
     bool written = false;
     {
         const BusyScope busy(ui_);
-        written = writeLineBuffer(paths.front(), lineBuffer, outputPrecision);
+        written = writeLineBuffer(paths.front(), lineBuffer, outputPrecision).written;
     }
     if (written) {
         modelFile.noteCompleteness(fullPath(paths.front()), true);
     } else {
-        ui_.showMessage(std::string(cannotSaveMessage));
+        ui_.showMessage(message::cannotSave);
     }
     redraw();
 }

@@ -4,7 +4,6 @@
 #include "VelmoraDoc.h"
 #include "field_file.h"
 #include "file_types.h"
-#include "format_outcome.h"
 #include "load_files.h"
 #include "messages.h"
 #include "open_commands.h"
@@ -93,10 +92,11 @@ void VelmoraDoc::SaveField() {
     {
         const BusyScope busy(ui_);
         written = writeFieldFile(path, patches, fieldPatches, fieldCount, fieldTitleLine, fieldVariablesLine,
-                                 outputPrecision, progressTo(ui_));
+                                 outputPrecision, progressTo(ui_))
+                      .written;
     }
     if (!written) {
-        ui_.showMessage(std::string(cannotSaveMessage));
+        ui_.showMessage(message::cannotSave);
         return;
     }
     modelFile.noteCompleteness(path, true);

@@ -19,12 +19,16 @@ void VelmoraDoc::snapshot(PatchList& undoList, zRegion_fe& undoZones) {
 }
 
 void VelmoraDoc::SavePointUndo() {
+    ++pointSnapshotsBegun_;
     snapshot(pointUndoPatches, pointUndoRegion);
+    ++pointSnapshots_;
 }
 
 void VelmoraDoc::SavePatchUndo() {
+    ++patchSnapshotsBegun_;
     snapshot(undoPatches, undoRegion);
     undoPath.clear();
+    ++patchSnapshots_;
 }
 
 void VelmoraDoc::snapshotBeforeAsking() {

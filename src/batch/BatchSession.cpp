@@ -252,7 +252,7 @@ MaybeFailure BatchSession::runCommand(Words words) {
 void BatchSession::carryOut(const Command& command) {
     switch (command.owner) {
     case CommandOwner::Document:
-        (doc_.*command.run)();
+        doc_.runCommand(command.run);
         break;
     case CommandOwner::View:
         view_.runViewCommand(command.id);

@@ -41,6 +41,7 @@
 #include "dlgViewing.h"
 #include "input_dialogs.h"
 #include "marker_shift.h"
+#include "memory_state.h"
 #include "section_edits.h"
 #include "zRegion.h"
 
@@ -52,6 +53,16 @@ inline constexpr std::int32_t blockCapacity = 5000;
 inline constexpr int outputPrecision = 16;
 /// The status line when nothing else is to be said.
 inline constexpr const char* idlePrompt = "For Help, press F1";
+
+/// The values that a field gives to the points of a model, and what its file says of them.
+struct FieldSnapshot {
+    PatchList patches;
+    std::string titleLine;
+    std::string variablesLine;
+    std::int32_t count = 0;
+    bool loaded = false;
+    bool mode = false;
+};
 
 /// The one document: it owns the model, the capture state and the values of all parameter dialogs, and every command
 /// on the geometry is a method of it. A command that cannot go on says its message and returns; it never throws.
@@ -124,8 +135,9 @@ public:
     bool documentModified = false;
     bool pointUndoReady = false;
     bool patchUndoReady = false;
-    bool rebuildOnUndo = false; ///< Undo patch must fit the view anew
-    bool surfaceMode = false;   ///< the views draw filled surfaces
+    bool pointUndoIsNewer = false; ///< of the two snapshots that of a point was taken last
+    bool rebuildOnUndo = false;    ///< Undo patch must fit the view anew
+    bool surfaceMode = false;      ///< the views draw filled surfaces
     bool pointClipboardFull = false;
     bool lineBufferFull = false;
     bool blockClipboardFull = false;
@@ -151,6 +163,9 @@ public:
     zVec<double> modelCenter;
     double modelRadius = 0.0;
     double intersectionTolerance = 0.0005;
+
+    /// Bytes of memory that are free on the machine. Commands that are given a number ask it before they make so many.
+    std::function<std::uint64_t()> freeMemory = availableMemory;
 
     // ---- Status line ------------------------------------------------------------------------------------------------
 
@@ -260,13 +275,14 @@ public:
     /// The refresh after an edit of `patches`: kind, path and title follow.
     void UpdateAfterEdit() { retitle(); }
 
+    /// Runs a command. One whose result holds a number that is not finite, or that finds no memory, is refused: the
+    /// model stays as it was, with its snapshots and all that is captured, and the user is told.
+    void runCommand(void (VelmoraDoc::*command)());
+
     // ---- Undo -----------------------------------------------------------------------------------
 
     void SavePointUndo();
     void SavePatchUndo();
-    /// For commands that take the snapshot before they ask: Undo is off until one says that it has changed the model,
-    /// as the snapshot of the command before is gone.
-    void snapshotBeforeAsking();
     void UndoPoint();
     void UndoPatch();
 
@@ -423,6 +439,10 @@ public:
     /// Shows the dialog "Viewing" with these values, and keeps what was typed. False for Cancel.
     bool askViewing(dlgViewing& values);
 
+    /// How much the model may grow: half of the free memory, as other programs want some too. `bytesEach` is what one
+    /// more of what is counted takes.
+    MemoryRoom memoryRoom(double bytesEach) const;
+
     // ---- Addresses ------------------------------------------------------------------------------
 
     /// The section that is addressed, or null when the address points outside the model.
@@ -464,7 +484,16 @@ private:
     void nameUntitled(const std::string& extension);
     std::vector<FileType> saveTypes() const;
 
-    void snapshot(PatchList& undoList, zRegion_fe& undoZones);
+    void snapshot(PatchList& undoList, zRegion_fe& undoZones, FieldSnapshot& undoField);
+    void takeField(FieldSnapshot&& field);
+    void takeRemovedName();
+    bool resultIsFinite() const;
+    void takeBack();
+    /// The field values of a patch or section, if they have its shape: one for each point. Null without.
+    Patch* fieldOfPatch(std::int32_t patch);
+    PointList* fieldOfSection(std::int32_t patch, std::int32_t section);
+    /// The values of all patches, if all have their shape. Null without.
+    PatchList* wholeField();
     void forgetRegimesAndAddresses();
     void clearSnapshots();
     void takeCapturedPosition(const zVec<double>& otherwise);
@@ -514,6 +543,7 @@ private:
     bool curveIsThere();
     PointList capturedCurvePoints();
     void putCurvePoints(const PointList& points);
+    void carryLineValues(const PointList& points);
     bool curveCanBeEdited();
     void finishConversion(const char* structure, const char* kind, const char* extension);
     bool knifeReachesBody();
@@ -536,6 +566,7 @@ private:
     bool mergePatchesOfBlock();
     void mergeZonesOfBlock();
     void matchBlock(bool grid);
+    bool askForCorrection();
     bool correctCapturedLine();
     std::filesystem::path chooseReference(const char* extension, const char* command);
     void projectZonesOfBlock();
@@ -561,6 +592,43 @@ private:
     std::vector<std::filesystem::path> incompleteFiles_;
     /// The file of the model in the patch snapshot, when that model was removed; else empty.
     std::filesystem::path undoPath_;
+    std::string undoTitle_;   ///< of that model
+    FieldSnapshot undoField_; ///< of both snapshots the field values
+    FieldSnapshot pointUndoField_;
+    /// What a command that is refused gives back, kept while it runs: what it is about to change, and the snapshots
+    /// that it replaced.
+    struct RunningCommand {
+        Capture capture;
+        std::array<std::int32_t, blockCapacity> blockList{};
+        std::int32_t blockCount = 0;
+        bool showBlockOnly = false;
+        bool modified = false;
+        bool pointUndoReady = false;
+        bool patchUndoReady = false;
+        bool pointUndoIsNewer = false;
+        bool rebuildOnUndo = false;
+        PointList lineBuffer;
+        bool lineBufferFull = false;
+        std::string structureKind;
+        std::string fileKind;
+        std::filesystem::path chosenPath;
+        std::string currentPath;
+        std::string currentDirectory;
+        std::string title;
+        std::string status;
+        zVec<double> boxMin;
+        zVec<double> boxMax;
+        bool patchTaken = false; ///< the command has taken a snapshot: what stood there before is here
+        PatchList patches;
+        zRegion_fe region;
+        FieldSnapshot field;
+        std::filesystem::path path;
+        bool pointTaken = false;
+        PatchList pointPatches;
+        zRegion_fe pointRegion;
+        FieldSnapshot pointField;
+    };
+    std::optional<RunningCommand> running_;
     bool undoModified_ = false;   ///< that model had changes that were not saved
     std::int64_t pointsRead_ = 0; ///< of the files of the last command, with what was kept of them
     std::int64_t pointsKept_ = 0;

@@ -62,6 +62,10 @@ inline constexpr const char* shiftEquationsNotSolved =
     "Linear Equation Solution Failed. Try Another Parameters.\n\noperation canceled";
 inline constexpr const char* shiftOfNoKind = "Ento setka ili avoska?";
 
+inline constexpr const char* conversionWithoutResult = "The conversion gives no result. The model stays as it is.";
+inline constexpr const char* resultNotFinite =
+    "The result would hold numbers that are too large or no numbers. The model stays as it is.";
+inline constexpr const char* notEnoughMemory = "There is not enough free memory for this model.";
 inline constexpr const char* linesLeft = "Ne vse linii obrabotany";
 /// `axis` is "X", "Y" or "Z".
 inline std::string sectionOutOfBody(const std::string& axis) {

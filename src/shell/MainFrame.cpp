@@ -12,6 +12,7 @@
 #include <algorithm>
 
 #include "HelpDesk.h"
+#include "command_keys.h"
 #include "qt_text.h"
 
 namespace velmora {
@@ -54,7 +55,8 @@ MainFrame::MainFrame()
     setStatusBar(status_);
     setCentralWidget(viewWidget_);
     actions_ = new CommandActions(
-        *recent_, [this](const Command& command) { return stateOf(command); }, this);
+        *recent_, [this](const Command& command) { return stateOf(command); },
+        [this](std::string_view key) { return commandsOfKey(*document_, key); }, this);
     makeMenus();
     makeToolBars();
     actions_->addShortcuts(*this);
@@ -188,7 +190,7 @@ void MainFrame::run(const Command& command) {
     const HelpDesk::Running running(*help_, command);
     switch (command.owner) {
     case CommandOwner::Document:
-        (document_.get()->*command.run)();
+        document_->runCommand(command.run);
         break;
     case CommandOwner::View:
         view_->runViewCommand(command.id);

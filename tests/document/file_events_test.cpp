@@ -281,7 +281,7 @@ const Going goings[] = {
      .run =
          [](FileEvents& t) {
              t.run("convert.toUnstructured");
-             t.runWith("convert.toSkl", {{"number", "2"}});
+             t.runWith("convert.toSkl", {{"number", "2"}, {"border", "0.1"}});
          },
      .names = {"x.skl", "x.skl", "apt", "str", "skl"},
      .edited = false},
@@ -289,7 +289,7 @@ const Going goings[] = {
      .run =
          [](FileEvents& t) {
              t.run("convert.toUnstructured");
-             t.runWith("convert.toSkl", {{"number", "2"}});
+             t.runWith("convert.toSkl", {{"number", "2"}, {"border", "0.1"}});
              t.runWith("convert.toApt", {{"pointCount", "5"}});
          },
      .names = {"x.apt", "x.apt", "apt", "str", "apt"},

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "VelmoraDoc.h"
 #include "field_file.h"
 #include "file_types.h"
@@ -8,6 +10,35 @@
 namespace velmora {
 
 // A model that carries field values, one to three per point: opened, saved and closed as one.
+
+namespace {
+
+bool sameShape(const Patch& a, const Patch& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const PointList& x, const PointList& y) { return x.size() == y.size(); });
+}
+
+} // namespace
+
+Patch* VelmoraDoc::fieldOfPatch(std::int32_t patch) {
+    if (!fieldLoaded || patch < 0 || patch >= countOf(patches) || patch >= countOf(fieldPatches)) {
+        return nullptr;
+    }
+    Patch& field = fieldPatches[static_cast<std::size_t>(patch)];
+    return sameShape(field, patches[static_cast<std::size_t>(patch)]) ? &field : nullptr;
+}
+
+PointList* VelmoraDoc::fieldOfSection(std::int32_t patch, std::int32_t section) {
+    Patch* const field = fieldOfPatch(patch);
+    return field != nullptr && section >= 0 && section < countOf(*field) ? &(*field)[static_cast<std::size_t>(section)]
+                                                                         : nullptr;
+}
+
+PatchList* VelmoraDoc::wholeField() {
+    const bool whole = fieldLoaded && patches.size() == fieldPatches.size() &&
+                       std::equal(patches.begin(), patches.end(), fieldPatches.begin(), sameShape);
+    return whole ? &fieldPatches : nullptr;
+}
 
 void VelmoraDoc::OpenField() {
     appendMode = false;

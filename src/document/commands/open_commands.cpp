@@ -78,6 +78,7 @@ void VelmoraDoc::keepForUndo() {
     undoModified_ = documentModified;
     beginPatchCommand(false);
     undoPath_ = chosenPath;
+    undoTitle_ = documentTitle;
 }
 
 void VelmoraDoc::clearModel() {

@@ -1,11 +1,18 @@
+#include <new>
+#include <stdexcept>
 #include <utility>
 
 #include "VelmoraDoc.h"
 #include "capture_address.h"
+#include "finite_model.h"
+#include "messages.h"
+#include "path_names.h"
 
 namespace velmora {
 
-void VelmoraDoc::snapshot(PatchList& undoList, zRegion_fe& undoZones) {
+// ---- Snapshots ------------------------------------------------------------------------------------------------------
+
+void VelmoraDoc::snapshot(PatchList& undoList, zRegion_fe& undoZones, FieldSnapshot& undoField) {
     documentModified = true;
     undoZones.blocks.clear();
     if (structureKind == "str") {
@@ -16,20 +23,33 @@ void VelmoraDoc::snapshot(PatchList& undoList, zRegion_fe& undoZones) {
     if (structureKind == "uns") {
         copyRegion(feRegion, undoZones);
     }
+    undoField = fieldLoaded
+                    ? FieldSnapshot{fieldPatches, fieldTitleLine, fieldVariablesLine, fieldCount, true, fieldMode}
+                    : FieldSnapshot();
 }
 
 void VelmoraDoc::SavePointUndo() {
-    snapshot(pointUndoPatches, pointUndoRegion);
+    if (running_ && !running_->pointTaken) {
+        running_->pointTaken = true;
+        running_->pointPatches.swap(pointUndoPatches);
+        running_->pointRegion.blocks.swap(pointUndoRegion.blocks);
+        std::swap(running_->pointField, pointUndoField_);
+    }
+    snapshot(pointUndoPatches, pointUndoRegion, pointUndoField_);
+    pointUndoIsNewer = true;
 }
 
 void VelmoraDoc::SavePatchUndo() {
-    snapshot(undoPatches, undoRegion);
+    if (running_ && !running_->patchTaken) {
+        running_->patchTaken = true;
+        running_->patches.swap(undoPatches);
+        running_->region.blocks.swap(undoRegion.blocks);
+        std::swap(running_->field, undoField_);
+        running_->path = undoPath_;
+    }
+    snapshot(undoPatches, undoRegion, undoField_);
     undoPath_.clear();
-}
-
-void VelmoraDoc::snapshotBeforeAsking() {
-    SavePatchUndo();
-    patchUndoReady = false;
+    pointUndoIsNewer = false;
 }
 
 void VelmoraDoc::beginPatchCommand(bool changesExtent) {
@@ -43,7 +63,121 @@ void VelmoraDoc::clearSnapshots() {
     undoPatches.clear();
     pointUndoRegion.blocks.clear();
     undoRegion.blocks.clear();
+    pointUndoField_ = undoField_ = FieldSnapshot();
 }
+
+void VelmoraDoc::takeField(FieldSnapshot&& field) {
+    fieldPatches = std::move(field.patches);
+    fieldTitleLine = std::move(field.titleLine);
+    fieldVariablesLine = std::move(field.variablesLine);
+    fieldCount = field.count;
+    fieldLoaded = field.loaded;
+    fieldMode = field.mode;
+}
+
+// ---- Commands that cannot be done -----------------------------------------------------------------------------------
+
+void VelmoraDoc::runCommand(void (VelmoraDoc::*command)()) {
+    running_.emplace();
+    RunningCommand& before = *running_;
+    before.capture = capture;
+    before.blockList = blockList;
+    before.blockCount = blockCount;
+    before.showBlockOnly = showBlockOnly;
+    before.modified = documentModified;
+    before.pointUndoReady = pointUndoReady;
+    before.patchUndoReady = patchUndoReady;
+    before.pointUndoIsNewer = pointUndoIsNewer;
+    before.rebuildOnUndo = rebuildOnUndo;
+    before.lineBuffer = lineBuffer;
+    before.lineBufferFull = lineBufferFull;
+    before.structureKind = structureKind;
+    before.fileKind = fileKind;
+    before.chosenPath = chosenPath;
+    before.currentPath = currentPath;
+    before.currentDirectory = currentDirectory;
+    before.title = documentTitle;
+    before.status = status;
+    before.boxMin = boxMin;
+    before.boxMax = boxMax;
+    const char* reason = nullptr;
+    try {
+        (this->*command)();
+        reason = resultIsFinite() ? nullptr : message::resultNotFinite;
+    } catch (const std::bad_alloc&) {
+        reason = message::notEnoughMemory;
+    } catch (const std::length_error&) {
+        reason = message::notEnoughMemory;
+    }
+    if (reason != nullptr) {
+        takeBack();
+        ui_.showMessage(reason);
+    }
+    running_.reset();
+}
+
+/// False when the command that runs has put a number into the model that is infinite or none.
+bool VelmoraDoc::resultIsFinite() const {
+    if ((!running_->patchTaken && !running_->pointTaken) || (isFinite(patches) && isFinite(feRegion))) {
+        return true;
+    }
+    // A model that held such a number before can be edited all the same.
+    return running_->patchTaken ? !(isFinite(undoPatches) && isFinite(undoRegion))
+                                : !(isFinite(pointUndoPatches) && isFinite(pointUndoRegion));
+}
+
+/// The model and what is known of it as they were before the command that runs, with the snapshots before it. A model
+/// that the command removed is left to Undo.
+void VelmoraDoc::takeBack() {
+    RunningCommand& before = *running_;
+    if (!before.patchTaken && !before.pointTaken) {
+        return;
+    }
+    if (before.patchTaken && !undoPath_.empty()) {
+        return;
+    }
+    patches = std::move(before.patchTaken ? undoPatches : pointUndoPatches);
+    feRegion.blocks = std::move((before.patchTaken ? undoRegion : pointUndoRegion).blocks);
+    takeField(std::move(before.patchTaken ? undoField_ : pointUndoField_));
+    if (before.patchTaken) {
+        undoPatches = std::move(before.patches);
+        undoRegion.blocks = std::move(before.region.blocks);
+        undoField_ = std::move(before.field);
+        undoPath_ = before.path;
+    }
+    if (before.pointTaken) {
+        pointUndoPatches = std::move(before.pointPatches);
+        pointUndoRegion.blocks = std::move(before.pointRegion.blocks);
+        pointUndoField_ = std::move(before.pointField);
+    }
+    capture = before.capture;
+    blockList = before.blockList;
+    blockCount = before.blockCount;
+    showBlockOnly = before.showBlockOnly;
+    documentModified = before.modified;
+    pointUndoReady = before.pointUndoReady;
+    patchUndoReady = before.patchUndoReady;
+    pointUndoIsNewer = before.pointUndoIsNewer;
+    rebuildOnUndo = before.rebuildOnUndo;
+    lineBuffer = std::move(before.lineBuffer);
+    lineBufferFull = before.lineBufferFull;
+    structureKind = before.structureKind;
+    fileKind = before.fileKind;
+    chosenPath = before.chosenPath;
+    currentPath = before.currentPath;
+    currentDirectory = before.currentDirectory;
+    setTitle(before.title);
+    if (status != before.status) {
+        ShowStatus(before.status);
+    }
+    if (boxMin == before.boxMin && boxMax == before.boxMax) {
+        redraw();
+    } else {
+        updateBounds();
+    }
+}
+
+// ---- Undo -----------------------------------------------------------------------------------------------------------
 
 /// The captured point stands where the model says; at `otherwise` when its numbers name none.
 void VelmoraDoc::takeCapturedPosition(const zVec<double>& otherwise) {
@@ -60,6 +194,7 @@ void VelmoraDoc::UndoPoint() {
         feRegion = std::move(pointUndoRegion);
     } else {
         patches = std::move(pointUndoPatches);
+        takeField(std::move(pointUndoField_));
     }
     capture.restorePoint();
     // Undo counts as a change since the last save, as what it undoes does.
@@ -80,38 +215,48 @@ void VelmoraDoc::UndoPoint() {
     redraw();
 }
 
+/// The model that comes back was removed by a command on files: it has its own file and name.
+void VelmoraDoc::takeRemovedName() {
+    adoptPath(undoPath_);
+    undoPath_.clear();
+    currentDirectory = directoryOf(chosenPath);
+    setTitle(undoTitle_);
+    titleWrong_ = false;
+    fieldOpening = false;
+}
+
 void VelmoraDoc::UndoPatch() {
-    // The box of a model that was removed is gone too: the views need it anew.
-    const bool modelWasGone = structureKind == "non";
+    // The box of a model that was removed is gone too: the views need it anew, whatever model took its place.
+    const bool wasRemoved = structureKind == "non" || !undoPath_.empty();
     // What a file holds is the model that goes; one that was removed knows whether its file still has it.
     documentModified = undoPath_.empty() || undoModified_;
-    if (!undoPath_.empty()) {
-        // Field values belong to the model that goes, not to the one that comes back.
-        fieldLoaded = fieldMode = fieldOpening = false;
-        fieldPatches.clear();
-    }
     if (!undoPatches.empty()) {
         patches = std::move(undoPatches);
+        takeField(std::move(undoField_));
         structureKind = "str";
-        if (!undoPath_.empty()) {
-            adoptPath(undoPath_);
-            undoPath_.clear();
-            titleWrong_ = false;
-        }
         // The document holds one model: what comes back takes the place of the other kind.
         feRegion.blocks.clear();
-        UpdateAfterEdit();
+        // Patches without a section decide nothing: without a kind of their own they would be saved as a file of none.
+        if (fileKind == "non") {
+            fileKind = "skl";
+        }
+        if (undoPath_.empty()) {
+            UpdateAfterEdit();
+        } else {
+            checkRegularity(patches);
+            takeRemovedName();
+        }
     } else if (!undoRegion.blocks.empty()) {
         feRegion = std::move(undoRegion);
         patches.clear();
+        takeField(FieldSnapshot());
         structureKind = "uns";
         fileKind = "non";
-        if (!undoPath_.empty()) {
-            adoptPath(undoPath_);
-            undoPath_.clear();
-            titleWrong_ = false;
+        if (undoPath_.empty()) {
+            takeExtension("dat");
+        } else {
+            takeRemovedName();
         }
-        takeExtension("dat");
     }
     capture.tellUndone(capture->patchCaptured ? capture->continuePrompt : idlePrompt);
     ShowStatus(capture->undoStatus);
@@ -126,7 +271,7 @@ void VelmoraDoc::UndoPatch() {
     }
     clearSnapshots();
     pointUndoReady = false;
-    if (rebuildOnUndo || modelWasGone) {
+    if (rebuildOnUndo || wasRemoved) {
         updateBounds();
         rebuildOnUndo = false;
     } else {

@@ -57,12 +57,10 @@ Json matrixValue(const Matrix4& matrix) {
 Json fieldsValue(const DialogForm& form) {
     Json fields = Json::object();
     for (const DialogField& field : form.fields) {
-        if (const auto* integer = std::get_if<std::int32_t*>(&field.value)) {
-            fields[field.key] = **integer;
-        } else if (const auto* real = std::get_if<double*>(&field.value)) {
-            fields[field.key] = numberValue(**real);
+        if (field.kind == FieldKind::Real) {
+            fields[field.key] = numberValue(fieldNumber(field));
         } else {
-            fields[field.key] = **std::get_if<bool*>(&field.value) ? 1 : 0;
+            fields[field.key] = static_cast<std::int64_t>(fieldNumber(field));
         }
     }
     return fields;

@@ -1,9 +1,8 @@
 #include "VelmoraDoc.h"
 
 #include <algorithm>
-#include <cmath>
 
-#include "path_names.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -16,8 +15,8 @@ constexpr double radiusOfDiagonal = 0.525;
 
 } // namespace
 
-VelmoraDoc::VelmoraDoc(UserInterface& userInterface, std::filesystem::path documentsFolder)
-    : filesList(userInterface, documentsFolder), ui_(userInterface), documentsFolder_(std::move(documentsFolder)) {
+VelmoraDoc::VelmoraDoc(UserInterface& userInterface, const std::filesystem::path& documentsFolder)
+    : modelFile(userInterface, documentsFolder), filesList(userInterface, documentsFolder), ui_(userInterface) {
     blockList.fill(-1);
     for (const char* extension : {"apt", "skl", "dat", "vrml", "apm"}) {
         filesList.names.add(extension);
@@ -145,48 +144,39 @@ void VelmoraDoc::updateBounds() {
     ++geometryRevision_;
     boxMin = {boxStart, boxStart, boxStart};
     boxMax = {-boxStart, -boxStart, -boxStart};
-    if (structureKind == "non") {
+    if (structureKind == StructureKind::None) {
         return;
     }
-    if (structureKind == "str") {
+    if (structureKind == StructureKind::Structured) {
         patchBounds(patches, boxMin, boxMax);
     } else {
         zoneBounds(feRegion, boxMin, boxMax);
     }
     modelCenter = (boxMin + boxMax) * 0.5;
     const zVec<double> diagonal = boxMax - boxMin;
-    modelRadius = radiusOfDiagonal * std::sqrt(dot(diagonal, diagonal));
+    modelRadius = radiusOfDiagonal * lengthOf(diagonal);
     for (DocumentView* view : views_) {
         view->onBoundsChanged();
     }
 }
 
-void VelmoraDoc::setKinds(const char* structure, const char* file, const char* second) {
-    structureKind = structure;
-    fileKind = file;
-    secondKind = second;
+void VelmoraDoc::forgetKinds() {
+    structureKind = StructureKind::None;
+    fileKind = FileKind::None;
+    secondKind = SecondKind::None;
 }
 
-void VelmoraDoc::setTitle(const std::string& title) {
-    if (documentTitle != title) {
-        documentTitle = title;
-        ui_.showTitle(title);
-    }
-}
-
-void VelmoraDoc::adoptPath(const std::filesystem::path& path) {
-    chosenPath = fullPath(path);
-    currentPath = lowerCase(chosenPath.string());
-    fileExtension = extensionOf(chosenPath);
-}
-
-void VelmoraDoc::takeExtension(const std::string& extension) {
-    if (extensionOf(chosenPath) != extension) {
-        chosenPath.replace_extension(extension);
-    }
-    currentDirectory = directoryOf(chosenPath);
-    setTitle(stemOf(chosenPath) + "." + extension);
-    currentPath = currentDirectory + documentTitle;
+void VelmoraDoc::clearModel() {
+    ++geometryRevision_;
+    patches.clear();
+    feRegion.blocks.clear();
+    forgetKinds();
+    fieldLoaded = false;
+    fieldMode = false;
+    fieldOpening = false;
+    fieldPatches.clear();
+    cbcAppended = false;
+    gridNamed = false;
 }
 
 void VelmoraDoc::checkRegularity(const PatchList& list) {
@@ -196,20 +186,20 @@ void VelmoraDoc::checkRegularity(const PatchList& list) {
         fieldMode = true;
     }
     if (regularity != Regularity::Undecided) {
-        structureKind = "str";
-        fileKind = regularity == Regularity::Regular ? "apt" : "skl";
+        structureKind = StructureKind::Structured;
+        fileKind = regularity == Regularity::Regular ? FileKind::Apt : FileKind::Skl;
     }
 }
 
 void VelmoraDoc::retitle() {
     checkRegularity(patches);
-    if (titleWrong_ || structureKind != "str") {
+    if (modelFile.titleWrong || structureKind != StructureKind::Structured) {
         return;
     }
-    if (fileKind == "apt") {
-        takeExtension(fieldMode ? "dat" : "apt");
-    } else if (fileKind == "skl") {
-        takeExtension("skl");
+    if (fileKind == FileKind::Apt) {
+        modelFile.takeExtension(fieldMode ? "dat" : "apt");
+    } else if (fileKind == FileKind::Skl) {
+        modelFile.takeExtension("skl");
     }
 }
 
@@ -219,7 +209,8 @@ bool VelmoraDoc::inBlock(std::int32_t patch) const {
 }
 
 std::int32_t VelmoraDoc::partCount() const {
-    return structureKind == "uns" ? static_cast<std::int32_t>(feRegion.blocks.size()) : countOf(patches);
+    return structureKind == StructureKind::Unstructured ? static_cast<std::int32_t>(feRegion.blocks.size())
+                                                        : countOf(patches);
 }
 
 std::vector<bool> VelmoraDoc::blockMask() const {
@@ -239,7 +230,7 @@ MemoryRoom VelmoraDoc::memoryRoom(double bytesEach) const {
 
 std::optional<zVec<double>> VelmoraDoc::positionAt(std::int32_t patch, std::int32_t section, std::int32_t point) const {
     zVec<double> position;
-    if (structureKind == "uns") {
+    if (structureKind == StructureKind::Unstructured) {
         const bool found = feRegion.getNode(patch, point, position.x, position.y, position.z) == 0;
         return found ? std::optional(position) : std::nullopt;
     }

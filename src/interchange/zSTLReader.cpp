@@ -1,13 +1,13 @@
 #include "zSTLReader.h"
 
 #include <algorithm>
-#include <cmath>
 #include <string_view>
 #include <utility>
 
 #include "SafeFile.h"
 #include "patch_text.h"
 #include "triangle_zone.h"
+#include "vectors.h"
 #include "zExceptions.h"
 
 namespace velmora {
@@ -154,7 +154,7 @@ void zSTLReader::writeSolid(NumberWriter& output, const zBlock_fe& zone) {
 void zSTLReader::writeFacet(NumberWriter& output, const std::array<zVec<double>, 3>& corners) {
     zVec<double> normal = cross(corners[2] - corners[0], corners[1] - corners[0]);
     try {
-        normal = scale(normal, 1.0 / std::sqrt(dot(normal, normal)));
+        normal = scale(normal, 1.0 / lengthOf(normal));
     } catch (const ValueError&) {
         ++skippedFacets_;
         return;

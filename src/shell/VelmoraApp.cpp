@@ -84,7 +84,7 @@ bool VelmoraApp::initInstance() {
     frame_->document().onNewDocument();
     if (!paths.isEmpty()) {
         frame_->document().onOpenDocument(filePath(paths.front()));
-        if (frame_->document().structureKind == "non") {
+        if (frame_->document().structureKind == StructureKind::None) {
             return false;
         }
     }

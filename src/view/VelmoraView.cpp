@@ -63,7 +63,7 @@ bool VelmoraView::RenderScene() {
     drawing_ = true;
     surface().clearFrame({0.0F, 0.0F, 0.0F, 1.0F});
     ApplyModelTransform(doc_.modelCenter);
-    if (doc_.structureKind == "str" && doc_.surfaceMode && doc_.fileKind != "apt") {
+    if (doc_.structureKind == StructureKind::Structured && doc_.surfaceMode && doc_.fileKind != FileKind::Apt) {
         doc_.ui().showMessage("surface not allowed");
         doc_.leaveSurface();
     }

@@ -7,6 +7,8 @@
 #include <numbers>
 #include <utility>
 
+#include "vectors.h"
+
 namespace velmora {
 
 namespace {
@@ -86,15 +88,6 @@ double degreesOf(double radians) {
 }
 
 } // namespace
-
-double lengthOf(const zVec<double>& v) {
-    return std::sqrt(dot(v, v));
-}
-
-zVec<double> unitOf(const zVec<double>& v) {
-    const double length = lengthOf(v);
-    return {v.x / length, v.y / length, v.z / length};
-}
 
 Matrix4 identityMatrix() {
     return {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};

@@ -70,7 +70,4 @@ private:
 /// borders. No numbers where they coincide.
 zVec<double> gridNormal(const std::vector<std::vector<zVec<double>>>& patch, std::size_t n, std::size_t m);
 
-/// Both at the origin, or each coordinate difference below 1e-10 of the largest coordinate of the two.
-bool coincide(const zVec<double>& a, const zVec<double>& b);
-
 } // namespace velmora

@@ -2,6 +2,7 @@
 #include <cstdlib>
 
 #include "VelmoraView.h"
+#include "vectors.h"
 
 namespace velmora {
 

@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "camera.h"
+#include "vectors.h"
 
 namespace velmora {
 

@@ -570,7 +570,7 @@ protected:
         ASSERT_EQ(doc.documentModified, GetParam().startsModified);
         model = Picture::ofModel(doc);
         picture = Picture::ofAll(doc);
-        title = doc.documentTitle;
+        title = doc.modelFile.documentTitle;
         undo = undoState();
         pointReady = doc.pointUndoReady;
         patchReady = doc.patchUndoReady;
@@ -592,7 +592,7 @@ protected:
     }
 
     void expectTitle(const std::string& expected) {
-        EXPECT_EQ(doc.documentTitle, expected);
+        EXPECT_EQ(doc.modelFile.documentTitle, expected);
         EXPECT_EQ(lastShown("title: "), expected == title ? lastShown("title: ") : expected);
     }
 

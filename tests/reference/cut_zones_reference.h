@@ -88,7 +88,8 @@ void splitZonesOneByOne(zRegion_fe& region, CutOf cutOf) {
             std::int32_t node[3];
             zVec<double> at[3];
             for (std::int32_t i = 0; i < 3; ++i) {
-                node[i] = region.blocks[k]->connectivity[static_cast<std::size_t>(4 * element + i)];
+                node[i] =
+                    region.blocks[k]->connectivity[4 * static_cast<std::size_t>(element) + static_cast<std::size_t>(i)];
                 region.getNode(static_cast<std::ptrdiff_t>(k), node[i], at[i].x, at[i].y, at[i].z);
             }
             const std::optional<zVec<double>> ab = cutOf(at[0], at[1]);

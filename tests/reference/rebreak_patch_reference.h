@@ -193,7 +193,8 @@ inline Patch rebreakLinesOf(const Patch& patch, RebreakFields& fields, int& capt
         const PointList law = lineOf(patch, static_cast<std::size_t>(lawLine), 1, sections);
         const PointList fresh = rebuiltStretch(stretch, fields, law);
         for (int i = 0; i < fields.newCount; ++i) {
-            rebuilt[static_cast<std::size_t>(fields.firstPoint - 1 + i)][j] = fresh[static_cast<std::size_t>(i)];
+            rebuilt[static_cast<std::size_t>(fields.firstPoint - 1) + static_cast<std::size_t>(i)][j] =
+                fresh[static_cast<std::size_t>(i)];
         }
     }
     return rebuilt;

@@ -66,7 +66,8 @@ inline Line3 cornersOf(const zRegion_fe& region) {
         for (std::int32_t element = 0; element < zone.elementCount; ++element) {
             for (std::int32_t corner = 0; corner < 3; ++corner) {
                 Point3 p;
-                const std::int32_t node = zone.connectivity[static_cast<std::size_t>(4 * element + corner)];
+                const std::int32_t node =
+                    zone.connectivity[4 * static_cast<std::size_t>(element) + static_cast<std::size_t>(corner)];
                 if (region.getNode(static_cast<std::ptrdiff_t>(k), node, p.x, p.y, p.z) == 0) {
                     corners.push_back(p);
                 }

@@ -97,12 +97,9 @@ inline double searchedCompression(const Points& stretch, const PartFields& f, do
             return c;
         }
         double t = d1;
-        if (!f.after && above) {
-            t = d2 >= d1 ? d1 + delta : d1;
-        } else if (!f.after) {
-            t = d2 >= d1 ? d1 : d1 + delta;
-        } else if (above) {
-            t = d2 >= d1 ? d1 : d1 + delta;
+        if (!f.after || above) {
+            const bool aimsLonger = !f.after && above ? d2 >= d1 : !(d2 >= d1);
+            t = aimsLonger ? d1 + delta : d1;
         }
         const double old = c;
         if (std::abs(e - t) > 0.01 * t) {

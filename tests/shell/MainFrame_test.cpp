@@ -646,7 +646,7 @@ TEST(MainFrame, TakesFilesThatAreDroppedAndOpensThemAfterTheDrop) {
     EXPECT_FALSE(takes(rig, {QUrl(QStringLiteral("https://example.org/a.apt"))}, false));
     const QUrl file = QUrl::fromLocalFile(qtPath(desk.model));
     EXPECT_TRUE(takes(rig, {QUrl(QStringLiteral("https://example.org/a.apt")), file, file}, true));
-    EXPECT_EQ(rig.doc().structureKind, "non") << "the program that the file comes from does not wait";
+    EXPECT_EQ(rig.doc().structureKind, StructureKind::None) << "the program that the file comes from does not wait";
     EXPECT_TRUE(waitUntil([&] { return rig.doc().patches.size() == 3; })) << "each file once";
 }
 

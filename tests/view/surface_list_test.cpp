@@ -199,7 +199,7 @@ TEST(SurfaceList, ExamplesHaveTheirFrontsOutside) {
 
 TEST(SurfaceList, SectionsWithoutPointsDoNoHarm) {
     DrawRig rig({{{}, {}}, square(10)});
-    ASSERT_EQ(rig.doc.fileKind, "apt");
+    ASSERT_EQ(rig.doc.fileKind, FileKind::Apt);
     rig.doc.showFirstPoints = rig.doc.showDoublePoints = true;
     EXPECT_EQ(rig.surface().back().substr(0, 5), "point");
 }

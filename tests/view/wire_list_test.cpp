@@ -29,7 +29,7 @@ TEST(WireList, SectionsOfAllPatchesComeBeforeAnyLine) {
 
 TEST(WireList, SectionLinesShowNoLines) {
     const DrawRig rig({{{{0, 0, 0}, {1, 0, 0}}, {{0, 1, 0}}}});
-    ASSERT_EQ(rig.doc.fileKind, "skl");
+    ASSERT_EQ(rig.doc.fileKind, FileKind::Skl);
     EXPECT_THAT(rig.wire(), ElementsAre(strip(table[0], {{0, 0, 0}, {1, 0, 0}}), strip(table[0], {{0, 1, 0}})));
 }
 
@@ -51,11 +51,11 @@ TEST(WireList, NumbersAreThoseOfKindAndMode) {
     EXPECT_EQ(listNumberFor(rig.doc), 1);
     rig.doc.surfaceMode = true;
     EXPECT_EQ(listNumberFor(rig.doc), 2);
-    rig.doc.fileKind = "skl";
+    rig.doc.fileKind = FileKind::Skl;
     EXPECT_EQ(listNumberFor(rig.doc), 1);
     rig.doc.surfaceMode = false;
     EXPECT_EQ(listNumberFor(rig.doc), 1);
-    rig.doc.structureKind = "non";
+    rig.doc.structureKind = StructureKind::None;
     EXPECT_EQ(listNumberFor(rig.doc), 0);
     EXPECT_EQ(buildDrawList(rig.doc, 0).batches.size(), 0U);
     EXPECT_EQ(buildDrawList(rig.doc, 1).number, 1);
@@ -245,7 +245,7 @@ TEST(SecondGeometry, StructuredOneIsRedBehindTheModel) {
     DrawRig rig(squares(1));
     rig.doc.referencePatches = {square(50), {{{0, 0, 5}, {1, 0, 5}}, {{0, 1, 5}}}};
     EXPECT_EQ(rig.wire(), coloured({{0, table[0]}}));
-    rig.doc.secondKind = "dat";
+    rig.doc.secondKind = SecondKind::Dat;
     EXPECT_EQ(rig.wire(), joined({coloured({{0, table[0]}}),
                                   sectionStrips(50, red),
                                   lineStrips(50, red),

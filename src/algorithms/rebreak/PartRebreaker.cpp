@@ -5,7 +5,7 @@
 
 #include "curve_tolerances.h"
 #include "curve_values.h"
-#include "distance.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -125,9 +125,9 @@ PartResult PartRebreaker::rebuild(PointList& section, PointList* values) {
         const double nearStep = distance(at(near), at(law_.after ? near + 1 : near - 1));
         c = fittingCompression(nearStep, distance(at(next), at(near)), result.fitted);
     }
-    respacer_.respace(law_.spline, law_.newCount, c, law_.exactness);
+    respacer_.respace(!law_.linear, law_.newCount, c, law_.exactness);
     if (values != nullptr) {
-        carryStretch(section, last, respacer_.fractions(law_.spline, law_.newCount, c), *values);
+        carryStretch(section, last, respacer_.fractions(!law_.linear, law_.newCount, c), *values);
     }
     replaceStretch(section, last);
     result.rebuilt = true;

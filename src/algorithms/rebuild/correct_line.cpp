@@ -4,9 +4,9 @@
 #include <cmath>
 
 #include "curve_values.h"
-#include "distance.h"
 #include "patch_curves.h"
 #include "patch_order.h"
+#include "vectors.h"
 
 namespace velmora {
 

@@ -4,9 +4,9 @@
 #include <cstddef>
 
 #include "curve_values.h"
-#include "distance.h"
 #include "polyline.h"
 #include "rebreak_kernels.h"
+#include "vectors.h"
 
 namespace velmora {
 

@@ -5,10 +5,12 @@
 #include "curve_values.h"
 #include "file_types.h"
 #include "format_outcome.h"
+#include "marker_files.h"
 #include "messages.h"
 #include "patch_curves.h"
 #include "path_names.h"
 #include "point_files.h"
+#include "write_files.h"
 
 namespace velmora {
 
@@ -29,7 +31,7 @@ FileRequest bufferRequest(ChooserMode mode, const char* command) {
 
 /// Whether what is captured as section or line stands in the model.
 bool VelmoraDoc::curveIsThere() {
-    if (structureKind != "str") {
+    if (structureKind != StructureKind::Structured) {
         return false;
     }
     return capture->sectionCaptured
@@ -110,7 +112,7 @@ void VelmoraDoc::ClearBuffer() {
 
 void VelmoraDoc::OpenBuffer() {
     // A chooser that is called off, and a file without points, leave the points that the user has.
-    PointList points = readChosenPoints(bufferRequest(ChooserMode::Open, "buffer.open"));
+    PointList points = readChosenPoints(ui_, bufferRequest(ChooserMode::Open, "buffer.open"));
     if (!points.empty()) {
         lineBuffer = std::move(points);
         lineBufferFull = true;
@@ -121,7 +123,7 @@ void VelmoraDoc::OpenBuffer() {
 
 void VelmoraDoc::SaveBuffer() {
     const auto paths = ui_.chooseFiles(bufferRequest(ChooserMode::SaveAs, "buffer.saveAs"));
-    if (paths.empty() || !mayOverwrite(fullPath(paths.front()))) {
+    if (paths.empty() || !mayOverwrite(*this, fullPath(paths.front()))) {
         return;
     }
     bool written = false;
@@ -130,7 +132,7 @@ void VelmoraDoc::SaveBuffer() {
         written = writeLineBuffer(paths.front(), lineBuffer, outputPrecision);
     }
     if (written) {
-        noteCompleteness(fullPath(paths.front()), true);
+        modelFile.noteCompleteness(fullPath(paths.front()), true);
     } else {
         ui_.showMessage(std::string(cannotSaveMessage));
     }
@@ -161,7 +163,7 @@ void VelmoraDoc::PasteFromBuffer() {
         return;
     }
     putCurvePoints(lineBuffer);
-    UpdateAfterEdit();
+    retitle();
     redraw();
 }
 

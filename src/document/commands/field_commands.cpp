@@ -1,11 +1,16 @@
 #include <algorithm>
+#include <filesystem>
+#include <vector>
 
 #include "VelmoraDoc.h"
 #include "field_file.h"
 #include "file_types.h"
 #include "format_outcome.h"
+#include "load_files.h"
 #include "messages.h"
+#include "open_commands.h"
 #include "path_names.h"
+#include "write_files.h"
 
 namespace velmora {
 
@@ -18,10 +23,18 @@ bool sameShape(const Patch& a, const Patch& b) {
                       [](const PointList& x, const PointList& y) { return x.size() == y.size(); });
 }
 
+/// Every flag of a regime off and every address none, without the steps of leaving each regime.
+void forgetRegimesAndAddresses(VelmoraDoc& doc) {
+    doc.capture.forgetAll();
+    doc.emptyBlock();
+    doc.showBlockOnly = false;
+    doc.pointUndoReady = doc.patchUndoReady = doc.rebuildOnUndo = false;
+}
+
 } // namespace
 
 Patch* VelmoraDoc::fieldOfPatch(std::int32_t patch) {
-    if (!fieldLoaded || patch < 0 || patch >= countOf(patches) || patch >= countOf(fieldPatches)) {
+    if (patch < 0 || patch >= countOf(patches) || patch >= countOf(fieldPatches)) {
         return nullptr;
     }
     Patch& field = fieldPatches[static_cast<std::size_t>(patch)];
@@ -35,68 +48,66 @@ PointList* VelmoraDoc::fieldOfSection(std::int32_t patch, std::int32_t section) 
 }
 
 PatchList* VelmoraDoc::wholeField() {
-    const bool whole = fieldLoaded && patches.size() == fieldPatches.size() &&
+    const bool whole = patches.size() == fieldPatches.size() &&
                        std::equal(patches.begin(), patches.end(), fieldPatches.begin(), sameShape);
     return whole ? &fieldPatches : nullptr;
 }
 
 void VelmoraDoc::OpenField() {
-    appendMode = false;
     if (!holdsNothing()) {
-        if (!removeGeometryAfterQuestion()) {
+        if (!removeGeometryAfterQuestion(*this)) {
             return;
         }
         markers.clear();
         markersOpen = false;
     }
-    fieldLoaded = fieldMode = false;
+    fieldLoaded = fieldMode = fieldOpening = false;
     fieldPatches.clear();
-    fieldOpening = true;
     FileRequest request;
     request.mode = ChooserMode::Open;
     request.multiple = true;
     request.types = {{"dat", "FlowField"}};
-    request.proposed = chosenPath;
+    request.proposed = modelFile.chosenPath;
     request.command = "file.openField";
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
     if (paths.empty()) {
-        fieldOpening = false;
         leaveRegimes();
         redraw();
         return;
     }
-    adoptPath(paths.front());
-    loadFile(chosenPath, fileExtension);
-    if (structureKind == "non") {
-        fieldOpening = false; // a .dat that is appended to what Undo brings back holds zones
+    modelFile.adopt(paths.front());
+    PointTally points;
+    loadFile(*this, modelFile.chosenPath, modelFile.fileExtension, {.field = true}, points);
+    if (structureKind == StructureKind::None) {
         ui_.showMessage(message::openCancelled);
         leaveRegimes();
         redraw();
         return;
     }
-    pointsRead_ = pointsKept_ = 0;
-    finishOpen();
-    ui_.addRecentFile(chosenPath);
+    fieldOpening = true;
+    finishOpen(*this, {}); // what is thinned of a field file is not told
+    ui_.addRecentFile(modelFile.chosenPath);
 }
 
 void VelmoraDoc::SaveField() {
     FileRequest request;
     request.mode = ChooserMode::SaveAs;
     request.types = {flowFieldType()};
-    request.proposed = chosenPath;
+    request.proposed = modelFile.chosenPath;
     request.command = "file.saveAsField";
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
     if (paths.empty()) {
         return;
     }
     const std::filesystem::path path = fullPath(paths.front());
-    const bool writable = structureKind == "str" && fileKind == "apt" && extensionOf(path) == "dat";
-    if (writable && !mayOverwrite(path)) {
+    const bool writable =
+        structureKind == StructureKind::Structured && fileKind == FileKind::Apt && extensionOf(path) == "dat";
+    if (writable && !mayOverwrite(*this, path)) {
         return;
     }
     documentModified = false;
-    fileExtension = extensionOf(path);
-    if (structureKind != "str") {
+    modelFile.fileExtension = extensionOf(path);
+    if (structureKind != StructureKind::Structured) {
         ui_.showMessage(message::wrongFormat);
         return;
     }
@@ -114,29 +125,21 @@ void VelmoraDoc::SaveField() {
         ui_.showMessage(std::string(cannotSaveMessage));
         return;
     }
-    noteCompleteness(path, true);
-    adoptPath(path);
-    takeExtension("dat");
+    modelFile.noteCompleteness(path, true);
+    modelFile.adopt(path);
+    modelFile.takeExtension("dat");
 }
 
 void VelmoraDoc::CloseField() {
     clearModel();
-    titleWrong_ = false;
-    setTitle("Untitled");
-    forgetRegimesAndAddresses();
+    modelFile.titleWrong = false;
+    modelFile.setTitle("Untitled");
+    forgetRegimesAndAddresses(*this);
     resetMouseMode();
     if (status != idlePrompt) {
         ShowStatus(idlePrompt);
     }
     redraw();
-}
-
-/// Every flag of a regime off and every address none, without the steps of leaving each regime.
-void VelmoraDoc::forgetRegimesAndAddresses() {
-    capture.forgetAll();
-    emptyBlock();
-    showBlockOnly = false;
-    pointUndoReady = patchUndoReady = rebuildOnUndo = false;
 }
 
 } // namespace velmora

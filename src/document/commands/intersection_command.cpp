@@ -11,7 +11,7 @@ namespace velmora {
 // Two bodies are cut against each other: the lines of the zBlock pierce the other patches.
 
 void VelmoraDoc::Intersection() {
-    if (structureKind != "str") {
+    if (structureKind != StructureKind::Structured) {
         redraw();
         return;
     }
@@ -40,7 +40,7 @@ void VelmoraDoc::Intersection() {
     emptyBlock();
     showBlockOnly = false;
     showIdlePrompt();
-    UpdateAfterEdit();
+    retitle();
     redraw();
 }
 

@@ -7,14 +7,16 @@
 #include "capture_address.h"
 #include "corner_box.h"
 #include "cut_zones.h"
+#include "load_files.h"
 #include "messages.h"
+#include "write_files.h"
 
 namespace velmora {
 
 // ---- Knife of grids -------------------------------------------------------------------------------------------------
 
 void VelmoraDoc::KnifeModel() {
-    if (structureKind != "str") {
+    if (structureKind != StructureKind::Structured) {
         return;
     }
     const auto removed = chooseSide();
@@ -140,7 +142,7 @@ bool VelmoraDoc::knifeReachesBody() {
 }
 
 void VelmoraDoc::KnifeZones() {
-    if (structureKind != "uns") {
+    if (structureKind != StructureKind::Unstructured) {
         return;
     }
     if (lineBufferFull && lineBuffer.size() >= 3) {
@@ -167,12 +169,12 @@ zRegion_fe VelmoraDoc::cutPart(Side kept) {
 /// The part goes through a file, which leaves to its zones what a file of it would hold, and becomes the model once it
 /// is read back; before that nothing has changed.
 bool VelmoraDoc::keepPartOfZones(Side kept) {
-    const std::filesystem::path temporary = temporaryPath(chosenPath);
+    const std::filesystem::path temporary = temporaryPath(modelFile.chosenPath);
     zRegion structured;
     zRegion_fe part;
-    bool done = writeZones(temporary, {}, cutPart(kept));
+    bool done = writeZones(*this, temporary, {}, cutPart(kept));
     if (done) {
-        done = readZones(temporary, structured, part);
+        done = readZones(ui_, temporary, structured, part);
         std::error_code ignored;
         std::filesystem::remove(temporary, ignored);
     }
@@ -186,10 +188,10 @@ bool VelmoraDoc::keepPartOfZones(Side kept) {
 
 /// Both files are asked about before one is written.
 void VelmoraDoc::savePartsOfZones() {
-    const std::filesystem::path before = partPath(chosenPath, "_1");
-    const std::filesystem::path after = partPath(chosenPath, "_2");
-    if (mayOverwrite(before) && mayOverwrite(after) && writeZones(before, {}, cutPart(Side::Before)) &&
-        writeZones(after, {}, cutPart(Side::After))) {
+    const std::filesystem::path before = partPath(modelFile.chosenPath, "_1");
+    const std::filesystem::path after = partPath(modelFile.chosenPath, "_2");
+    if (mayOverwrite(*this, before) && mayOverwrite(*this, after) &&
+        writeZones(*this, before, {}, cutPart(Side::Before)) && writeZones(*this, after, {}, cutPart(Side::After))) {
         ui_.showMessage(message::partsAreSaved);
     }
 }
@@ -198,7 +200,7 @@ void VelmoraDoc::savePartsOfZones() {
 
 /// Nothing tells which part is visible, so there is never one to keep: the command ends with its message.
 void VelmoraDoc::RemoveInvisible() {
-    if (structureKind != "uns") {
+    if (structureKind != StructureKind::Unstructured) {
         return;
     }
     beginPatchCommand(false);

@@ -1,4 +1,9 @@
+#include "load_files.h"
+
 #include <algorithm>
+#include <iterator>
+#include <utility>
+#include <vector>
 
 #include "VelmoraDoc.h"
 #include "apt.h"
@@ -12,9 +17,10 @@
 
 namespace velmora {
 
-// One file goes to the reader of its extension; what came of it sets kinds, title and path.
-
 namespace {
+
+/// Zones come with their indices as they stand in the file.
+constexpr bool noTranspose = false;
 
 /// What the two native readers have to tell, in one form.
 struct StructuredRead {
@@ -47,215 +53,214 @@ StructuredRead readByExtension(const std::filesystem::path& path, const std::str
     return read;
 }
 
-} // namespace
-
-bool VelmoraDoc::loadFile(const std::filesystem::path& path, const std::string& extension) {
-    if (extension == "apt" || extension == "skl") {
-        return readStructured(path, extension);
-    }
-    if (extension == "dat") {
-        return fieldOpening ? readField(path) : readDatGeometry(path);
-    }
-    if (extension == "wrl" || extension == "stl") {
-        return readSurface(path);
-    }
-    if (extension == "grd" && !appendMode) {
-        // Only the name matters: it lets boundary conditions be named for the grid.
-        gridPath = currentPath;
-        gridNamed = true;
-        structureKind = "uns";
-        titleAsZones();
-        return true;
-    }
-    ui_.showMessage(message::fileTypeNotSupported);
-    return false;
-}
-
-bool VelmoraDoc::readStructured(const std::filesystem::path& path, const std::string& extension) {
+bool readStructured(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension, LoadMode mode,
+                    PointTally& points) {
     StructuredRead read;
     {
-        const BusyScope busy(ui_);
-        read = readByExtension(path, extension, patches, progressTo(ui_));
+        const BusyScope busy(doc.ui());
+        read = readByExtension(path, extension, doc.patches, progressTo(doc.ui()));
     }
     const bool failed = !read.messages.empty();
-    pointsRead_ += read.pointsInFile;
-    pointsKept_ += read.pointsKept;
+    points.read += read.pointsInFile;
+    points.kept += read.pointsKept;
     if (read.opened) {
-        noteCompleteness(path, !failed && !read.textBehind && read.pointsKept >= read.pointsInFile);
+        doc.modelFile.noteCompleteness(path, !failed && !read.textBehind && read.pointsKept >= read.pointsInFile);
     }
-    if (!appendMode && read.namesFile) {
-        takeExtension(extension);
+    if (!mode.append && read.namesFile) {
+        doc.modelFile.takeExtension(extension);
     }
     for (const std::string& text : read.messages) {
-        ui_.showMessage(text);
+        doc.ui().showMessage(text);
         if (read.opened) {
-            setTitle("Wrong");
+            doc.modelFile.setTitle("Wrong");
         }
     }
     if (!read.opened) {
         return false;
     }
     if (failed) {
-        titleWrong_ = true;
-        checkRegularity(patches);
+        doc.modelFile.titleWrong = true;
+        doc.checkRegularity(doc.patches);
         return false;
     }
-    titleWrong_ = false;
-    retitle();
+    doc.modelFile.titleWrong = false;
+    doc.retitle();
     return true;
 }
 
-void VelmoraDoc::noteCompleteness(const std::filesystem::path& path, bool complete) {
-    const auto same = [&path](const std::filesystem::path& other) { return sameFile(other, path); };
-    incompleteFiles_.erase(std::remove_if(incompleteFiles_.begin(), incompleteFiles_.end(), same),
-                           incompleteFiles_.end());
-    if (!complete) {
-        incompleteFiles_.push_back(path);
-    }
-}
+} // namespace
 
 // ---- Zones ----------------------------------------------------------------------------------------------------------
 
-bool VelmoraDoc::readZones(const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured) {
+bool readZones(UserInterface& ui, const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured) {
     // What the reader has to tell is shown once the wait cursor is gone.
     std::vector<std::string> told;
     bool read = false;
     {
-        const BusyScope busy(ui_);
+        const BusyScope busy(ui);
         read = readGeometry(
-            path, readerOption, structured, unstructured, [&told](const std::string& text) { told.push_back(text); },
-            progressTo(ui_));
+            path, noTranspose, structured, unstructured, [&told](const std::string& text) { told.push_back(text); },
+            progressTo(ui));
     }
     for (const std::string& text : told) {
-        ui_.showMessage(text);
+        ui.showMessage(text);
     }
     return read;
 }
+
+namespace {
 
 /// The same for a file that gives the model zones: of one that fails on the way none is taken.
-bool VelmoraDoc::readModelZones(const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured) {
-    const bool read = readZones(path, structured, unstructured);
-    noteCompleteness(path, read);
+bool readModelZones(VelmoraDoc& doc, const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured) {
+    const bool read = readZones(doc.ui(), path, structured, unstructured);
+    doc.modelFile.noteCompleteness(path, read);
     return read;
-}
-
-/// The title of a model of zones is that of the file they would go to.
-void VelmoraDoc::titleAsZones() {
-    titleWrong_ = false;
-    currentDirectory = directoryOf(chosenPath);
-    setTitle(stemOf(chosenPath) + ".dat");
-}
-
-bool VelmoraDoc::readSurface(const std::filesystem::path& path) {
-    zRegion structured;
-    zRegion_fe incoming;
-    if (!readModelZones(path, structured, incoming)) {
-        return false;
-    }
-    takeZones(structured, incoming);
-    structureKind = "uns";
-    titleAsZones();
-    return true;
 }
 
 /// Grids among the zones, and patches that are there, become triangles behind `incoming`; all of it goes behind the
 /// zones of the model.
-void VelmoraDoc::takeZones(zRegion& structured, zRegion_fe& incoming) {
-    if (!patches.empty()) {
-        patchesToRegion(patches, structured);
-        patches.clear();
+void takeZones(VelmoraDoc& doc, zRegion& structured, zRegion_fe& incoming) {
+    if (!doc.patches.empty()) {
+        patchesToRegion(doc.patches, structured);
+        doc.patches.clear();
     }
     regionToSurface(structured, incoming);
-    if (feRegion.blocks.empty()) {
-        feRegion.title = incoming.title;
+    if (doc.feRegion.blocks.empty()) {
+        doc.feRegion.title = incoming.title;
     }
-    std::move(incoming.blocks.begin(), incoming.blocks.end(), std::back_inserter(feRegion.blocks));
+    std::move(incoming.blocks.begin(), incoming.blocks.end(), std::back_inserter(doc.feRegion.blocks));
 }
 
-bool VelmoraDoc::readDatGeometry(const std::filesystem::path& path) {
+bool readSurface(VelmoraDoc& doc, const std::filesystem::path& path) {
     zRegion structured;
     zRegion_fe incoming;
-    if (!readModelZones(path, structured, incoming)) {
+    if (!readModelZones(doc, path, structured, incoming)) {
         return false;
     }
-    if (!incoming.blocks.empty()) {
-        takeZones(structured, incoming);
-        structureKind = "uns";
-        titleAsZones();
-        return true;
-    }
-    return structured.blocks.empty() || takeStructuredZones(structured, path);
+    takeZones(doc, structured, incoming);
+    doc.structureKind = StructureKind::Unstructured;
+    doc.modelFile.titleAsZones();
+    return true;
 }
 
-bool VelmoraDoc::takeStructuredZones(const zRegion& structured, const std::filesystem::path& path) {
+bool takeStructuredZones(VelmoraDoc& doc, const zRegion& structured, const std::filesystem::path& path,
+                         PointTally& points) {
     ZonePatches zones = zonesToPatches(structured, ZoneDetail::Thinned);
     if (zones.refusal != ZoneRefusal::None) {
-        ui_.showMessage(std::string(messageOf(zones.refusal)));
-        noteCompleteness(path, false);
-        setKinds("non", fileKind.c_str(), "non");
+        doc.ui().showMessage(std::string(messageOf(zones.refusal)));
+        doc.modelFile.noteCompleteness(path, false);
+        doc.structureKind = StructureKind::None;
+        doc.secondKind = SecondKind::None;
         // A model to which the file was to be appended is still there.
-        checkRegularity(patches);
+        doc.checkRegularity(doc.patches);
         return false;
     }
     if (zones.patches.empty()) {
         return false; // grids without a point make no model
     }
-    std::move(zones.patches.begin(), zones.patches.end(), std::back_inserter(patches));
-    pointsRead_ += zones.pointsRead;
-    pointsKept_ += zones.pointsKept;
-    noteCompleteness(path, zones.pointsKept >= zones.pointsRead);
-    structureKind = "str";
-    titleWrong_ = false;
-    retitle();
+    std::move(zones.patches.begin(), zones.patches.end(), std::back_inserter(doc.patches));
+    points.read += zones.pointsRead;
+    points.kept += zones.pointsKept;
+    doc.modelFile.noteCompleteness(path, zones.pointsKept >= zones.pointsRead);
+    doc.structureKind = StructureKind::Structured;
+    doc.modelFile.titleWrong = false;
+    doc.retitle();
     return true;
 }
 
-bool VelmoraDoc::appendUnstructuredFile(const std::filesystem::path& path, const std::string& extension) {
+bool readDatGeometry(VelmoraDoc& doc, const std::filesystem::path& path, PointTally& points) {
+    zRegion structured;
+    zRegion_fe incoming;
+    if (!readModelZones(doc, path, structured, incoming)) {
+        return false;
+    }
+    if (!incoming.blocks.empty()) {
+        takeZones(doc, structured, incoming);
+        doc.structureKind = StructureKind::Unstructured;
+        doc.modelFile.titleAsZones();
+        return true;
+    }
+    return structured.blocks.empty() || takeStructuredZones(doc, structured, path, points);
+}
+
+} // namespace
+
+bool appendUnstructuredFile(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension,
+                            LoadMode mode) {
     if (extension != "dat" && extension != "wrl" && extension != "stl") {
-        ui_.showMessage(message::fileTypeNotSupported);
+        doc.ui().showMessage(message::fileTypeNotSupported);
         return false;
     }
     zRegion structured;
     zRegion_fe incoming;
-    if (!readModelZones(path, structured, incoming)) {
+    if (!readModelZones(doc, path, structured, incoming)) {
         return false;
     }
-    takeZones(structured, incoming);
-    structureKind = "uns";
-    if (appendMode) {
-        takeExtension("dat");
+    takeZones(doc, structured, incoming);
+    doc.structureKind = StructureKind::Unstructured;
+    if (mode.append) {
+        doc.modelFile.takeExtension("dat");
     } else {
-        titleAsZones();
+        doc.modelFile.titleAsZones();
     }
     return true;
 }
 
 // ---- Field files ----------------------------------------------------------------------------------------------------
 
-bool VelmoraDoc::readField(const std::filesystem::path& path) {
+namespace {
+
+bool readField(VelmoraDoc& doc, const std::filesystem::path& path) {
     FieldReadResult read;
     {
-        const BusyScope busy(ui_);
-        read = readFieldFile(path, progressTo(ui_));
+        const BusyScope busy(doc.ui());
+        read = readFieldFile(path, progressTo(doc.ui()));
     }
     for (const FormatFault& fault : read.faults) {
-        ui_.showMessage(fieldMessage(fault));
+        doc.ui().showMessage(fieldMessage(fault));
     }
     if (read.opened) {
-        noteCompleteness(path, read.loaded && !read.textBehind);
+        doc.modelFile.noteCompleteness(path, read.loaded && !read.textBehind);
     }
-    fieldLoaded = read.loaded;
+    doc.fieldLoaded = read.loaded;
     if (!read.loaded) {
         return false;
     }
-    patches = std::move(read.patches);
-    fieldPatches = std::move(read.fieldPatches);
-    fieldTitleLine = std::move(read.titleLine);
-    fieldVariablesLine = std::move(read.variablesLine);
-    fieldCount = read.fieldCount;
-    checkRegularity(patches);
-    titleAsZones();
+    doc.patches = std::move(read.patches);
+    doc.fieldPatches = std::move(read.fieldPatches);
+    doc.fieldTitleLine = std::move(read.titleLine);
+    doc.fieldVariablesLine = std::move(read.variablesLine);
+    doc.fieldCount = read.fieldCount;
+    doc.checkRegularity(doc.patches);
+    doc.modelFile.titleAsZones();
     return true;
+}
+
+} // namespace
+
+// ---- By extension -----------------------------------------------------------------------------------------------------
+
+bool loadFile(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension, LoadMode mode,
+              PointTally& points) {
+    if (extension == "apt" || extension == "skl") {
+        return readStructured(doc, path, extension, mode, points);
+    }
+    if (extension == "dat") {
+        return mode.field ? readField(doc, path) : readDatGeometry(doc, path, points);
+    }
+    if (extension == "wrl" || extension == "stl") {
+        return readSurface(doc, path);
+    }
+    if (extension == "grd" && !mode.append) {
+        // Only the name matters: it lets boundary conditions be named for the grid.
+        doc.modelFile.gridPath = doc.modelFile.currentPath;
+        doc.gridNamed = true;
+        doc.structureKind = StructureKind::Unstructured;
+        doc.modelFile.titleAsZones();
+        return true;
+    }
+    doc.ui().showMessage(message::fileTypeNotSupported);
+    return false;
 }
 
 } // namespace velmora

@@ -1,3 +1,10 @@
+#include "marker_files.h"
+
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "VelmoraDoc.h"
 #include "file_types.h"
 #include "format_outcome.h"
@@ -54,19 +61,18 @@ void VelmoraDoc::AppendCbc() {
     redraw();
 }
 
-/// The points of the file that the user chooses; none for Cancel, and for a file that cannot be opened.
-PointList VelmoraDoc::readChosenPoints(const FileRequest& request) {
-    const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
+PointList readChosenPoints(UserInterface& ui, const FileRequest& request) {
+    const std::vector<std::filesystem::path> paths = ui.chooseFiles(request);
     if (paths.empty()) {
         return {};
     }
     PointFileResult file;
     {
-        const BusyScope busy(ui_);
+        const BusyScope busy(ui);
         file = readPointFile(paths.front());
     }
     if (!file.opened) {
-        ui_.showMessage(std::string(cannotOpenMessage));
+        ui.showMessage(std::string(cannotOpenMessage));
     }
     return std::move(file.points);
 }
@@ -78,7 +84,7 @@ void VelmoraDoc::OpenApm() {
     request.types = fileTypesNamed({"apm"});
     request.proposed = "Markers.apm";
     request.command = "file.openApm";
-    markers = readChosenPoints(request);
+    markers = readChosenPoints(ui_, request);
     if (!markers.empty()) {
         markersOpen = true;
     }

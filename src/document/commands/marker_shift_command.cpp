@@ -45,7 +45,7 @@ void forZoneNodes(const VelmoraDoc& doc, Action action) {
 
 PointList pointsOfBlock(VelmoraDoc& doc) {
     PointList points;
-    if (doc.structureKind == "str") {
+    if (doc.structureKind == StructureKind::Structured) {
         forPatchPoints(doc, [&points](const zVec<double>& point) { points.push_back(point); });
     } else {
         forZoneNodes(doc, [&points](std::int32_t, std::int32_t, const zVec<double>& at) { points.push_back(at); });
@@ -55,7 +55,7 @@ PointList pointsOfBlock(VelmoraDoc& doc) {
 
 void putPointsOfBlock(VelmoraDoc& doc, const PointList& points) {
     std::size_t next = 0;
-    if (doc.structureKind == "str") {
+    if (doc.structureKind == StructureKind::Structured) {
         forPatchPoints(doc, [&](zVec<double>& point) { point = points[next++]; });
         return;
     }
@@ -121,7 +121,7 @@ void shiftInAllPlanes(VelmoraDoc& doc, PointList& points) {
 
 void VelmoraDoc::ReflectToSft() {
     beginPatchCommand(false);
-    if (structureKind != "str" && structureKind != "uns") {
+    if (structureKind != StructureKind::Structured && structureKind != StructureKind::Unstructured) {
         redraw();
         ui_.showMessage(message::shiftOfNoKind);
         return;

@@ -1,8 +1,12 @@
-#include <algorithm>
+#include "open_commands.h"
+
+#include <filesystem>
 #include <string>
+#include <vector>
 
 #include "VelmoraDoc.h"
 #include "file_types.h"
+#include "load_files.h"
 #include "messages.h"
 #include "path_names.h"
 
@@ -13,12 +17,12 @@ namespace velmora {
 void VelmoraDoc::onNewDocument() {
     if (!started_) {
         started_ = true;
-        setKinds("non", "non", "non");
-        setTitle("Untitled");
+        forgetKinds();
+        modelFile.setTitle("Untitled");
         return;
     }
     if (!holdsNothing()) {
-        if (!removeGeometryAfterQuestion()) {
+        if (!removeGeometryAfterQuestion(*this)) {
             return;
         }
         updateBounds();
@@ -33,12 +37,12 @@ void VelmoraDoc::onNewDocument() {
         patches.clear();
         return;
     }
-    titleWrong_ = false;
-    setTitle("Untitled");
+    modelFile.titleWrong = false;
+    modelFile.setTitle("Untitled");
     fieldOpening = false;
     checkRegularity(patches);
-    if (structureKind == "str") {
-        nameUntitled(fileKind);
+    if (structureKind == StructureKind::Structured) {
+        modelFile.nameUntitled(textOf(fileKind));
         // What was typed is in no file yet.
         documentModified = true;
     }
@@ -46,95 +50,29 @@ void VelmoraDoc::onNewDocument() {
     redraw();
 }
 
-void VelmoraDoc::nameUntitled(const std::string& extension) {
-    titleWrong_ = false;
-    adoptPath(documentsFolder_ / ("Untitled." + extension));
-    currentDirectory = directoryOf(chosenPath);
-    setTitle("Untitled." + extension);
-    currentPath = currentDirectory + documentTitle;
-}
-
-bool VelmoraDoc::removeGeometryAfterQuestion() {
-    if (!ui_.ask(message::removeGeometry)) {
+bool removeGeometryAfterQuestion(VelmoraDoc& doc) {
+    if (!doc.ui().ask(message::removeGeometry)) {
         return false;
     }
-    keepForUndo();
-    showBlockOnly = false;
-    clearModel();
-    titleWrong_ = false;
-    setTitle("Untitled");
+    doc.keepForUndo();
+    doc.showBlockOnly = false;
+    doc.clearModel();
+    doc.modelFile.titleWrong = false;
+    doc.modelFile.setTitle("Untitled");
     return true;
-}
-
-/// The snapshot of a model that is about to be removed, with its file: brought back under the name of another file, it
-/// would be saved over that one.
-void VelmoraDoc::keepForUndo() {
-    pointUndoPatches.clear();
-    pointUndoRegion.blocks.clear();
-    pointUndoReady = false;
-    if (holdsNothing()) {
-        return;
-    }
-    undoModified_ = documentModified;
-    beginPatchCommand(false);
-    undoPath_ = chosenPath;
-    undoTitle_ = documentTitle;
-}
-
-void VelmoraDoc::clearModel() {
-    ++geometryRevision_;
-    patches.clear();
-    feRegion.blocks.clear();
-    setKinds("non", "non", "non");
-    fieldLoaded = false;
-    fieldMode = false;
-    fieldOpening = false;
-    fieldPatches.clear();
-    cbcAppended = false;
-    gridNamed = false;
 }
 
 // ---- Open and Append ------------------------------------------------------------------------------------------------
 
-void VelmoraDoc::openFiles() {
-    appendMode = false;
-    if (!holdsNothing() && !removeGeometryAfterQuestion()) {
-        return;
-    }
-    fieldOpening = false;
-    FileRequest request;
-    request.mode = ChooserMode::Open;
-    request.multiple = true;
-    request.types = modelFileTypes();
-    request.proposed = chosenPath;
-    request.command = "file.open";
-    const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
-    if (paths.empty()) {
-        leaveRegimes();
-        redraw();
-        return;
-    }
-    pointsRead_ = pointsKept_ = 0;
-    adoptPath(paths.front());
-    loadFile(chosenPath, fileExtension);
-    if (structureKind == "non") {
-        patches.clear(); // compartments without a section make no model
-        ui_.showMessage(message::openCancelled);
-        leaveRegimes();
-        redraw();
-        return;
-    }
-    ui_.addRecentFile(fullPath(paths.front()));
-    loadFurtherFiles(paths);
-    finishOpen();
-}
+namespace {
 
-void VelmoraDoc::loadFurtherFiles(const std::vector<std::filesystem::path>& paths) {
+/// The files behind the first join it, if they are of its extension.
+void loadFurtherFiles(VelmoraDoc& doc, const std::vector<std::filesystem::path>& paths, PointTally& points) {
     if (paths.size() < 2) {
         return;
     }
-    if (fileKind == "dat") {
-        ui_.showMessage(message::listModeRefused);
+    if (doc.fileKind == FileKind::Dat) {
+        doc.ui().showMessage(message::listModeRefused);
         return;
     }
     const std::string firstExtension = extensionOf(paths.front());
@@ -142,13 +80,65 @@ void VelmoraDoc::loadFurtherFiles(const std::vector<std::filesystem::path>& path
         if (extensionOf(*path) != firstExtension) {
             continue;
         }
-        adoptPath(*path);
-        if (structureKind == "uns") {
-            appendUnstructuredFile(chosenPath, fileExtension);
+        doc.modelFile.adopt(*path);
+        if (doc.structureKind == StructureKind::Unstructured) {
+            appendUnstructuredFile(doc, doc.modelFile.chosenPath, doc.modelFile.fileExtension, {});
         } else {
-            loadFile(chosenPath, fileExtension);
+            loadFile(doc, doc.modelFile.chosenPath, doc.modelFile.fileExtension, {}, points);
         }
     }
+}
+
+void tellThinning(VelmoraDoc& doc, const PointTally& points) {
+    if (points.kept < points.read) {
+        doc.ShowStatus("Points in the file: " + std::to_string(points.read) + ", kept: " + std::to_string(points.kept));
+    } else if (doc.status != idlePrompt) {
+        doc.ShowStatus(idlePrompt); // what was captured before is gone
+    }
+}
+
+} // namespace
+
+void finishOpen(VelmoraDoc& doc, const PointTally& points) {
+    doc.documentModified = false;
+    doc.surfaceMode = true;
+    // The regimes' targets were those of the model before: leave them before anything is drawn.
+    doc.leaveRegimes();
+    doc.updateBounds();
+    doc.redraw();
+    tellThinning(doc, points);
+}
+
+void VelmoraDoc::openFiles() {
+    if (!holdsNothing() && !removeGeometryAfterQuestion(*this)) {
+        return;
+    }
+    fieldOpening = false;
+    FileRequest request;
+    request.mode = ChooserMode::Open;
+    request.multiple = true;
+    request.types = modelFileTypes();
+    request.proposed = modelFile.chosenPath;
+    request.command = "file.open";
+    const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
+    if (paths.empty()) {
+        leaveRegimes();
+        redraw();
+        return;
+    }
+    PointTally points;
+    modelFile.adopt(paths.front());
+    loadFile(*this, modelFile.chosenPath, modelFile.fileExtension, {}, points);
+    if (structureKind == StructureKind::None) {
+        patches.clear(); // compartments without a section make no model
+        ui_.showMessage(message::openCancelled);
+        leaveRegimes();
+        redraw();
+        return;
+    }
+    ui_.addRecentFile(fullPath(paths.front()));
+    loadFurtherFiles(*this, paths, points);
+    finishOpen(*this, points);
 }
 
 void VelmoraDoc::onOpenDocument(const std::filesystem::path& path) {
@@ -159,76 +149,56 @@ void VelmoraDoc::onOpenDocuments(const std::vector<std::filesystem::path>& paths
     if (paths.empty()) {
         return;
     }
-    appendMode = false;
     keepForUndo();
     clearModel();
     updateBounds();
     redraw();
-    pointsRead_ = pointsKept_ = 0;
-    adoptPath(paths.front());
-    loadFile(chosenPath, fileExtension);
+    PointTally points;
+    modelFile.adopt(paths.front());
+    loadFile(*this, modelFile.chosenPath, modelFile.fileExtension, {}, points);
     ui_.addRecentFile(fullPath(paths.front()));
-    if (structureKind == "non") {
+    if (structureKind == StructureKind::None) {
         patches.clear(); // compartments without a section make no model
         ui_.showMessage(message::openCancelled);
         leaveRegimes();
         redraw();
         return;
     }
-    loadFurtherFiles(paths);
-    finishOpen();
-}
-
-void VelmoraDoc::finishOpen() {
-    documentModified = false;
-    surfaceMode = true;
-    // The regimes' targets were those of the model before: leave them before anything is drawn.
-    leaveRegimes();
-    updateBounds();
-    redraw();
-    tellThinning();
-}
-
-void VelmoraDoc::tellThinning() {
-    if (pointsKept_ < pointsRead_) {
-        ShowStatus("Points in the file: " + std::to_string(pointsRead_) + ", kept: " + std::to_string(pointsKept_));
-    } else if (status != idlePrompt) {
-        ShowStatus(idlePrompt); // what was captured before is gone
-    }
+    loadFurtherFiles(*this, paths, points);
+    finishOpen(*this, points);
 }
 
 void VelmoraDoc::appendFile() {
-    if (structureKind == "non") {
+    if (structureKind == StructureKind::None) {
         return;
     }
-    const bool zones = structureKind == "uns";
+    const bool zones = structureKind == StructureKind::Unstructured;
     FileRequest request;
     request.mode = ChooserMode::Append;
-    request.types = zones               ? fileTypesNamed({"dat", "wrl", "stl"})
-                    : fileKind == "apt" ? fileTypesNamed({"apt", "skl", "dat"})
-                                        : fileTypesNamed({"apt", "skl"});
-    request.proposed = chosenPath;
+    request.types = zones                       ? fileTypesNamed({"dat", "wrl", "stl"})
+                    : fileKind == FileKind::Apt ? fileTypesNamed({"apt", "skl", "dat"})
+                                                : fileTypesNamed({"apt", "skl"});
+    request.proposed = modelFile.chosenPath;
     request.command = "file.append";
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
     if (paths.empty()) {
         return;
     }
-    appendMode = true;
     SavePatchUndo();
     patchUndoReady = true;
-    pointsRead_ = pointsKept_ = 0;
+    PointTally points;
     const std::filesystem::path path = fullPath(paths.front());
-    fileExtension = extensionOf(path);
+    modelFile.fileExtension = extensionOf(path);
+    const LoadMode mode = {.append = true, .field = fieldOpening};
     if (zones) {
-        appendUnstructuredFile(path, fileExtension);
+        appendUnstructuredFile(*this, path, modelFile.fileExtension, mode);
     } else {
-        loadFile(path, fileExtension);
+        loadFile(*this, path, modelFile.fileExtension, mode, points);
     }
-    appendMode = false;
     rebuildOnUndo = true;
     leaveRegimes();
     redraw();
-    tellThinning();
+    tellThinning(*this, points);
 }
 
 } // namespace velmora

@@ -15,17 +15,15 @@ namespace velmora {
 void VelmoraDoc::snapshot(PatchList& undoList, zRegion_fe& undoZones, FieldSnapshot& undoField) {
     documentModified = true;
     undoZones.blocks.clear();
-    if (structureKind == "str") {
+    if (structureKind == StructureKind::Structured) {
         undoList = patches; // into the memory of the snapshot before
     } else {
         undoList.clear();
     }
-    if (structureKind == "uns") {
+    if (structureKind == StructureKind::Unstructured) {
         copyRegion(feRegion, undoZones);
     }
-    undoField = fieldLoaded
-                    ? FieldSnapshot{fieldPatches, fieldTitleLine, fieldVariablesLine, fieldCount, true, fieldMode}
-                    : FieldSnapshot();
+    undoField = {fieldPatches, fieldTitleLine, fieldVariablesLine, fieldCount, fieldLoaded, fieldMode};
 }
 
 void VelmoraDoc::SavePointUndo() {
@@ -45,10 +43,10 @@ void VelmoraDoc::SavePatchUndo() {
         running_->patches.swap(undoPatches);
         running_->region.blocks.swap(undoRegion.blocks);
         std::swap(running_->field, undoField_);
-        running_->path = undoPath_;
+        running_->path = undoPath;
     }
     snapshot(undoPatches, undoRegion, undoField_);
-    undoPath_.clear();
+    undoPath.clear();
     pointUndoIsNewer = false;
 }
 
@@ -56,6 +54,19 @@ void VelmoraDoc::beginPatchCommand(bool changesExtent) {
     SavePatchUndo();
     patchUndoReady = true;
     rebuildOnUndo = changesExtent;
+}
+
+void VelmoraDoc::keepForUndo() {
+    pointUndoPatches.clear();
+    pointUndoRegion.blocks.clear();
+    pointUndoReady = false;
+    if (holdsNothing()) {
+        return;
+    }
+    undoModified = documentModified;
+    beginPatchCommand(false);
+    undoPath = modelFile.chosenPath;
+    undoTitle_ = modelFile.documentTitle;
 }
 
 void VelmoraDoc::clearSnapshots() {
@@ -93,10 +104,10 @@ void VelmoraDoc::runCommand(void (VelmoraDoc::*command)()) {
     before.lineBufferFull = lineBufferFull;
     before.structureKind = structureKind;
     before.fileKind = fileKind;
-    before.chosenPath = chosenPath;
-    before.currentPath = currentPath;
-    before.currentDirectory = currentDirectory;
-    before.title = documentTitle;
+    before.chosenPath = modelFile.chosenPath;
+    before.currentPath = modelFile.currentPath;
+    before.currentDirectory = modelFile.currentDirectory;
+    before.title = modelFile.documentTitle;
     before.status = status;
     before.boxMin = boxMin;
     before.boxMax = boxMax;
@@ -133,7 +144,7 @@ void VelmoraDoc::takeBack() {
     if (!before.patchTaken && !before.pointTaken) {
         return;
     }
-    if (before.patchTaken && !undoPath_.empty()) {
+    if (before.patchTaken && !undoPath.empty()) {
         return;
     }
     patches = std::move(before.patchTaken ? undoPatches : pointUndoPatches);
@@ -143,7 +154,7 @@ void VelmoraDoc::takeBack() {
         undoPatches = std::move(before.patches);
         undoRegion.blocks = std::move(before.region.blocks);
         undoField_ = std::move(before.field);
-        undoPath_ = before.path;
+        undoPath = before.path;
     }
     if (before.pointTaken) {
         pointUndoPatches = std::move(before.pointPatches);
@@ -163,10 +174,10 @@ void VelmoraDoc::takeBack() {
     lineBufferFull = before.lineBufferFull;
     structureKind = before.structureKind;
     fileKind = before.fileKind;
-    chosenPath = before.chosenPath;
-    currentPath = before.currentPath;
-    currentDirectory = before.currentDirectory;
-    setTitle(before.title);
+    modelFile.chosenPath = before.chosenPath;
+    modelFile.currentPath = before.currentPath;
+    modelFile.currentDirectory = before.currentDirectory;
+    modelFile.setTitle(before.title);
     if (status != before.status) {
         ShowStatus(before.status);
     }
@@ -186,7 +197,7 @@ void VelmoraDoc::takeCapturedPosition(const zVec<double>& otherwise) {
 }
 
 void VelmoraDoc::UndoPoint() {
-    const bool zones = structureKind == "uns";
+    const bool zones = structureKind == StructureKind::Unstructured;
     if (zones ? pointUndoRegion.blocks.empty() : pointUndoPatches.empty()) {
         return;
     }
@@ -205,7 +216,7 @@ void VelmoraDoc::UndoPoint() {
     } else if (capture->pointCaptured) {
         takeCapturedPosition(capture->capturedPointPos);
     }
-    UpdateAfterEdit();
+    retitle();
     capture.describePoint(false);
     pointUndoReady = false;
     patchUndoReady = false;
@@ -217,31 +228,31 @@ void VelmoraDoc::UndoPoint() {
 
 /// The model that comes back was removed by a command on files: it has its own file and name.
 void VelmoraDoc::takeRemovedName() {
-    adoptPath(undoPath_);
-    undoPath_.clear();
-    currentDirectory = directoryOf(chosenPath);
-    setTitle(undoTitle_);
-    titleWrong_ = false;
+    modelFile.adopt(undoPath);
+    undoPath.clear();
+    modelFile.currentDirectory = directoryOf(modelFile.chosenPath);
+    modelFile.setTitle(undoTitle_);
+    modelFile.titleWrong = false;
     fieldOpening = false;
 }
 
 void VelmoraDoc::UndoPatch() {
     // The box of a model that was removed is gone too: the views need it anew, whatever model took its place.
-    const bool wasRemoved = structureKind == "non" || !undoPath_.empty();
+    const bool wasRemoved = structureKind == StructureKind::None || !undoPath.empty();
     // What a file holds is the model that goes; one that was removed knows whether its file still has it.
-    documentModified = undoPath_.empty() || undoModified_;
+    documentModified = undoPath.empty() || undoModified;
     if (!undoPatches.empty()) {
         patches = std::move(undoPatches);
         takeField(std::move(undoField_));
-        structureKind = "str";
+        structureKind = StructureKind::Structured;
         // The document holds one model: what comes back takes the place of the other kind.
         feRegion.blocks.clear();
         // Patches without a section decide nothing: without a kind of their own they would be saved as a file of none.
-        if (fileKind == "non") {
-            fileKind = "skl";
+        if (fileKind == FileKind::None) {
+            fileKind = FileKind::Skl;
         }
-        if (undoPath_.empty()) {
-            UpdateAfterEdit();
+        if (undoPath.empty()) {
+            retitle();
         } else {
             checkRegularity(patches);
             takeRemovedName();
@@ -250,10 +261,10 @@ void VelmoraDoc::UndoPatch() {
         feRegion = std::move(undoRegion);
         patches.clear();
         takeField(FieldSnapshot());
-        structureKind = "uns";
-        fileKind = "non";
-        if (undoPath_.empty()) {
-            takeExtension("dat");
+        structureKind = StructureKind::Unstructured;
+        fileKind = FileKind::None;
+        if (undoPath.empty()) {
+            modelFile.takeExtension("dat");
         } else {
             takeRemovedName();
         }
@@ -264,7 +275,7 @@ void VelmoraDoc::UndoPatch() {
     emptyBlock();
     showBlockOnly = false; // of an empty zBlock nothing would be shown
     keepCaptureInside(*this);
-    if (pointUndoReady && structureKind == "uns") {
+    if (pointUndoReady && structureKind == StructureKind::Unstructured) {
         capture.placePoint(undoNode);
     } else {
         followCapturedPoint();

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "vectors.h"
+
 namespace velmora {
 
 namespace {
@@ -13,11 +15,8 @@ constexpr double largestBorder = 1e7;
 /// border that the field takes, the border is the largest: the dialog opens so that it can be confirmed.
 void takeExtent(CConvert_to_SKL& values) {
     constexpr double borderOfExtent = 0.01;
-    const auto along = [&values](const zVec<double>& point) {
-        return values.planeAxis == 1 ? point.x : values.planeAxis == 2 ? point.y : point.z;
-    };
-    values.min = along(values.boxMin);
-    values.max = along(values.boxMax);
+    values.min = along(values.boxMin, values.planeAxis - 1);
+    values.max = along(values.boxMax, values.planeAxis - 1);
     values.border = std::clamp((values.max - values.min) * borderOfExtent, 0.0, largestBorder);
     values.yourMin = values.min + values.border;
     values.yourMax = values.max - values.border;

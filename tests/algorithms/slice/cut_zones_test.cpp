@@ -176,7 +176,7 @@ TEST(KeepSide, KeepsTrianglesWithACornerOnThatSide) {
         const zBlock_fe& zone = *region.blocks[0];
         std::vector<std::int32_t> first;
         for (std::int32_t i = 0; i < zone.elementCount; ++i) {
-            first.push_back(zone.connectivity[static_cast<std::size_t>(4 * i + 1)]);
+            first.push_back(zone.connectivity[4 * static_cast<std::size_t>(i) + 1]);
         }
         return first;
     };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 
 #include "about.h"
 #include "parse_number.h"
@@ -187,15 +188,19 @@ MaybeFailure BatchSession::print(Words words) {
     if (words.empty()) {
         return badUsage("print");
     }
-    auto value = printedValue(words, doc_, view_);
-    if (const auto* failure = std::get_if<ScriptFailure>(&value)) {
-        return *failure;
-    }
     std::string what = words.front();
     for (const std::string& word : words.subspan(1)) {
         what += ' ' + word;
     }
-    printer_.print({{"event", "print"}, {"what", what}, {"value", std::move(*std::get_if<Json>(&value))}});
+    try {
+        auto value = printedValue(words, doc_, view_);
+        if (const auto* failure = std::get_if<ScriptFailure>(&value)) {
+            return *failure;
+        }
+        printer_.print({{"event", "print"}, {"what", what}, {"value", std::move(*std::get_if<Json>(&value))}});
+    } catch (const std::bad_alloc&) {
+        return tooLargeToPrint(what); // the line fails, and the model is still there
+    }
     return std::nullopt;
 }
 

@@ -337,7 +337,7 @@ const Menu& patchContextMenu() {
                                item("block.merge"),
                                item("block.matchBorder"),
                                item("block.matchBorderAndGrid"),
-                               item("model.reflectToApt", "Re&flection"),
+                               item("patch.reflection"),
                                item("model.intersection"),
                                item("model.invisibleRemove"),
                                convertSubmenu(),

@@ -193,6 +193,7 @@ const Rule rules[] = {
     {"block.copy", "B < 1 or not STR or FM"},
     {"block.paste", "not blockClipboardFull or not STR"},
     {"patch.undo", "not patchUndoReady"},
+    {"patch.reflection", "NON or B < 1 or FM or STR and P < 2"},
     {"block.matchBorder", "not STR or B < 2"},
     {"block.matchBorderAndGrid", "not STR or B < 2"},
     {"block.merge", "STR and not APT or B < 2"},

@@ -117,6 +117,7 @@ const char* const allIds[] = {
     "model.convertation",
     "model.lastFirstSwitch",
     "model.knife",
+    "patch.reflection",
     "model.reflectToApt",
     "model.reflectToWrl",
     "model.reflectToDat",

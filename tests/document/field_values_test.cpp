@@ -166,7 +166,7 @@ TEST_F(FieldValues, RebreakPartInterpolatesOverTheStretch) {
     holdField({flatPatch(2, 5)});
     captureSection(0, 1);
     capturePoint(0, 1, 4);
-    runWith("point.rebreakPart", {{"function", "2"}, {"newCount", "4"}, {"compression", "4"}, {"position", "1"}});
+    runWith("point.rebreakPart", {{"function", "2"}, {"newCount", "4"}, {"compression", "4"}});
     // Steps of 4/7, 8/7 and 16/7 along the section from 0 to 4.
     EXPECT_THAT(coordinates(doc.patches[0][1]), Pointwise(DoubleNear(1e-12), Numbers{0, 4.0 / 7, 12.0 / 7, 4}));
     EXPECT_THAT(valuesOf(doc.fieldPatches, 0, 1), Pointwise(DoubleNear(1e-12), Numbers{0, 40.0 / 7, 120.0 / 7, 40}));
@@ -177,7 +177,7 @@ TEST_F(FieldValues, RebreakPartLeavesTheValuesBeyondTheStretch) {
     holdField({flatPatch(2, 6)});
     captureSection(0, 1);
     capturePoint(0, 1, 2);
-    runWith("point.rebreakPart", {{"function", "2"}, {"newCount", "2"}, {"position", "1"}});
+    runWith("point.rebreakPart", {{"function", "2"}, {"newCount", "2"}});
     EXPECT_THAT(valuesOf(doc.fieldPatches, 0, 1), ElementsAre(0, 20, 30, 40, 50));
 }
 
@@ -205,15 +205,15 @@ TEST_F(FieldValues, MatchBorderAndGridMovesTheValuesWithThePoints) {
         }
     }
     Patch first = flatPatch(3, 4);
-    first[2][1].x = 0.5;
+    first[2][1].x = 0.9;
     holdField({first, second});
     addToBlock(0);
     addToBlock(1);
     run("block.matchBorderAndGrid");
-    // The other sections of the second take the border's spacing, 0, 1/6, 2/3 and 1.
+    // The other sections of the second take the border's spacing: 0, 0.3, 2/3 and 1 of the length.
     for (std::size_t n = 1; n < 3; ++n) {
-        EXPECT_THAT(coordinates(doc.patches[1][n]), Pointwise(DoubleNear(1e-9), Numbers{0, 0.5, 2, 3}));
-        EXPECT_THAT(valuesOf(doc.fieldPatches, 1, n), Pointwise(DoubleNear(1e-9), Numbers{0, 5, 20, 30}));
+        EXPECT_THAT(coordinates(doc.patches[1][n]), Pointwise(DoubleNear(1e-9), Numbers{0, 0.9, 2, 3}));
+        EXPECT_THAT(valuesOf(doc.fieldPatches, 1, n), Pointwise(DoubleNear(1e-9), Numbers{0, 9, 20, 30}));
     }
     EXPECT_THAT(valuesOf(doc.fieldPatches, 1, 0), ElementsAre(0, 10, 20, 30));
 }

@@ -90,7 +90,7 @@ struct Before {
 std::string longApt() {
     std::string text = "2 100502\n";
     for (int i = 0; i < 2 * 100502; ++i) {
-        text += "0 0 0\n";
+        text += std::to_string(i % 100502) + (i < 100502 ? " 0 0\n" : " 1 0\n");
     }
     return text;
 }

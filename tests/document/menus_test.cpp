@@ -229,7 +229,7 @@ TEST(ContextMenus, OfAPatchRunsPatchCommands) {
     EXPECT_THAT(commandsOf(patchContextMenu()),
                 ElementsAre("patch.addToBlock", "patch.removeFromBlock", "block.invert", "block.new", "patch.undo",
                             "block.delete", "block.extract", "block.saveAs", "block.copy", "block.paste", "block.merge",
-                            "block.matchBorder", "block.matchBorderAndGrid", "model.reflectToApt", "model.intersection",
+                            "block.matchBorder", "block.matchBorderAndGrid", "patch.reflection", "model.intersection",
                             "model.invisibleRemove", "convert.toUnstructured", "convert.toApt", "convert.toSkl",
                             "line.captureSection", "line.captureLine", "block.extrapolate", "patch.exit"));
 }

@@ -66,7 +66,7 @@ void VelmoraDoc::keepForUndo() {
     undoModified = documentModified;
     beginPatchCommand(false);
     undoPath = modelFile.chosenPath;
-    undoTitle_ = modelFile.documentTitle;
+    undoTitle_ = modelFile.titleWrong ? std::string() : modelFile.documentTitle;
 }
 
 void VelmoraDoc::clearSnapshots() {
@@ -230,10 +230,15 @@ void VelmoraDoc::UndoPoint() {
 void VelmoraDoc::takeRemovedName() {
     modelFile.adopt(undoPath);
     undoPath.clear();
-    modelFile.currentDirectory = directoryOf(modelFile.chosenPath);
-    modelFile.setTitle(undoTitle_);
     modelFile.titleWrong = false;
     fieldOpening = false;
+    if (undoTitle_.empty()) {
+        retitle(); // it was wrong, and is no longer: what could be read is a model like any other
+        return;
+    }
+    modelFile.currentDirectory = directoryOf(modelFile.chosenPath);
+    modelFile.setTitle(undoTitle_);
+    modelFile.currentPath = modelFile.currentDirectory + undoTitle_;
 }
 
 void VelmoraDoc::UndoPatch() {

@@ -6,9 +6,9 @@ namespace velmora {
 
 namespace {
 
-constexpr const char* knownValues =
-    "print one of: state, commands, view, scene, scene overlay, window X Y Z, dialog NAME, kernel NAME NUMBERS, or a "
-    "list of the model such as patches or lineBuffer";
+constexpr const char* knownValues = "print one of: state, commands, version, read, view, scene, scene overlay, window "
+                                    "X Y Z, dialog NAME, kernel NAME NUMBERS, or a "
+                                    "list of the model such as patches or lineBuffer";
 
 /// A value that takes no arguments.
 std::optional<Json> plainValue(const std::string& name, const VelmoraDoc& doc, VelmoraView& view) {
@@ -17,6 +17,9 @@ std::optional<Json> plainValue(const std::string& name, const VelmoraDoc& doc, V
     }
     if (name == "commands") {
         return commandsValue(doc, view);
+    }
+    if (name == "version") {
+        return versionValue();
     }
     if (name == "view") {
         return viewValue(view);

@@ -8,7 +8,6 @@
 #include "ScriptFailure.h"
 #include "VelmoraDoc.h"
 #include "VelmoraView.h"
-#include "command_table.h"
 #include "json_values.h"
 
 namespace velmora {
@@ -27,9 +26,6 @@ ScriptFailure tooLargeToPrint(const std::string& what);
 /// takes more than half of the free memory is refused.
 PrintedValue printedValue(std::span<const std::string> words, VelmoraDoc& doc, VelmoraView& view);
 
-/// True when the states of document and view leave the command on.
-bool commandIsOn(const Command& command, const VelmoraDoc& doc, const VelmoraView& view);
-
 // The families of values. Indices count from 0, with -1 for none.
 
 /// Kinds, paths, regimes, captures, flags and counts of the document.
@@ -38,6 +34,8 @@ Json stateValue(const VelmoraDoc& doc, const VelmoraView& view);
 std::optional<Json> geometryValue(std::string_view name, const VelmoraDoc& doc);
 /// Every command id with true (on) or false.
 Json commandsValue(const VelmoraDoc& doc, const VelmoraView& view);
+/// The versions of the program and of the scripts' grammar, and whether pictures can be drawn.
+Json versionValue();
 /// The stored values of a parameter dialog.
 PrintedValue dialogValue(const std::string& name, VelmoraDoc& doc);
 /// The camera, the spin and the matrices in force.

@@ -1,6 +1,7 @@
 #include "VelmoraDoc.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "vectors.h"
 
@@ -10,8 +11,17 @@ namespace {
 
 /// Where the running box of a model starts: the largest single-precision number.
 constexpr double boxStart = 3.4028234663852886e38;
-/// modelRadius as a fraction of the box diagonal.
-constexpr double radiusOfDiagonal = 0.525;
+/// Status texts of models of an unusual size.
+constexpr const char* noExtentStatus = "All points of the model lie in one place";
+constexpr const char* vastExtentStatus = "Coordinates beyond 3.4e+38 can be edited and saved, not drawn";
+
+/// A side of the box of no points at all is that of the start.
+void closeEmptySide(double& lower, double& upper) {
+    if (lower > upper) {
+        lower = boxStart;
+        upper = -boxStart;
+    }
+}
 
 } // namespace
 
@@ -35,6 +45,35 @@ void VelmoraDoc::ShowStatus(const std::string& text) {
 void VelmoraDoc::showIdlePrompt() {
     if (!capture->pointRegimeActive() && !capture->curveRegimeActive() && !capture->patchRegimeActive()) {
         ShowStatus(idlePrompt);
+    }
+}
+
+/// Texts with numbers say what the model holds now; one that is shown is shown anew.
+void VelmoraDoc::refillStatus() {
+    static constexpr std::string CaptureState::*texts[] = {
+        &CaptureState::pointStatus, &CaptureState::pointContinueStatus,   &CaptureState::sectionStatus,
+        &CaptureState::lineStatus,  &CaptureState::sectionContinueStatus, &CaptureState::lineContinueStatus,
+        &CaptureState::blockStatus,
+    };
+    const auto* shown = std::find_if(std::begin(texts), std::end(texts),
+                                     [this](auto text) { return !status.empty() && (*capture).*text == status; });
+    Capture::Numbers numbers;
+    const CaptureState& now = *capture;
+    if (const PointList* section = sectionAt(now.capturedPatch, now.capturedSection)) {
+        numbers.sectionPoints = countOf(*section);
+    }
+    if (now.lineCaptured && now.capturedPatch >= 0 && now.capturedPatch < countOf(patches) && now.capturedLine >= 0) {
+        numbers.linePoints = countOf(patches[static_cast<std::size_t>(now.capturedPatch)]);
+    }
+    if (now.pointHeld()) {
+        numbers.position = positionAt(now.capturedPatch, now.capturedPointSection, now.capturedPoint);
+    }
+    if (blockCount > 0) {
+        numbers.blockPatch = blockList[static_cast<std::size_t>(blockCount) - 1];
+    }
+    capture.refill(numbers);
+    if (shown != std::end(texts) && now.**shown != status) {
+        ShowStatus(now.**shown);
     }
 }
 
@@ -102,6 +141,7 @@ void VelmoraDoc::redraw() {
         view->onGeometryChanged();
     }
     returnToRegimeMode();
+    refillStatus();
 }
 
 void VelmoraDoc::redrawPicture() {
@@ -144,19 +184,32 @@ void VelmoraDoc::updateBounds() {
     ++geometryRevision_;
     boxMin = {boxStart, boxStart, boxStart};
     boxMax = {-boxStart, -boxStart, -boxStart};
+    extentStatus_.clear();
     if (structureKind == StructureKind::None) {
         return;
     }
+    constexpr double beyond = std::numeric_limits<double>::infinity();
+    boxMin = {beyond, beyond, beyond};
+    boxMax = {-beyond, -beyond, -beyond};
     if (structureKind == StructureKind::Structured) {
         patchBounds(patches, boxMin, boxMax);
     } else {
         zoneBounds(feRegion, boxMin, boxMax);
     }
-    modelCenter = (boxMin + boxMax) * 0.5;
-    const zVec<double> diagonal = boxMax - boxMin;
-    modelRadius = radiusOfDiagonal * lengthOf(diagonal);
+    closeEmptySide(boxMin.x, boxMax.x);
+    closeEmptySide(boxMin.y, boxMax.y);
+    closeEmptySide(boxMin.z, boxMax.z);
+    const ViewExtent extent = viewExtentOf(boxMin, boxMax);
+    modelCenter = extent.centre;
+    modelRadius = extent.radius;
     for (DocumentView* view : views_) {
         view->onBoundsChanged();
+    }
+    if (extent.kind != ExtentKind::Usual && !holdsNothing()) {
+        extentStatus_ = extent.kind == ExtentKind::None ? noExtentStatus : vastExtentStatus;
+        if (status == idlePrompt) {
+            ShowStatus(extentStatus_); // what a regime or the reading of a file has to say goes first
+        }
     }
 }
 

@@ -44,7 +44,9 @@
 #include "kinds.h"
 #include "marker_shift.h"
 #include "memory_state.h"
+#include "rescue_format.h"
 #include "section_edits.h"
+#include "view_extent.h"
 #include "zRegion.h"
 
 namespace velmora {
@@ -229,6 +231,8 @@ public:
     void resetMouseMode();
     /// Computes the model's box, centre and radius anew and resets the views. They hear nothing with "non".
     void updateBounds();
+    /// What updateBounds had to tell of a model of an unusual size; else empty.
+    const std::string& extentStatus() const { return extentStatus_; }
     /// Another number whenever `patches` or `feRegion` may have changed: what was worked out of them for one number
     /// holds as long as it stays.
     std::uint64_t geometryRevision() const { return geometryRevision_; }
@@ -242,6 +246,8 @@ public:
     /// The same for several files, as Open does it: those behind the first join it if they are of its extension.
     void onOpenDocuments(const std::vector<std::filesystem::path>& paths);
     void openFiles();
+    /// The same with the chooser opened on `folder`.
+    void openFilesIn(const std::filesystem::path& folder);
     void appendFile();
     void AppendWrl();
     void CloseWrl();
@@ -260,8 +266,18 @@ public:
     enum class SaveResult { Saved, Failed, Declined };
     /// Writes the model to its file by its kind. Asks first when the file holds more than the model.
     SaveResult saveCurrent();
-    /// The question before the document is closed; false when it must stay open because saving failed.
+    /// The question before the document is closed; false when it must stay open: the user wants to stay, or saving
+    /// failed.
     bool saveModified();
+
+    // ---- Rescue -----------------------------------------------------------------------------------------------------
+
+    /// The model is in no file as it is: a rescue copy would keep something.
+    bool worthRescuing() const { return documentModified && structureKind != StructureKind::None && !holdsNothing(); }
+    /// The bytes of a rescue copy: all that a save could write of the model.
+    std::string rescueBytes() const;
+    /// The model of a rescue copy, in place of the one that is there, as one with changes under its own name.
+    void takeRescued(RescuedModel model);
 
     // ---- Kind, title and path -------------------------------------------------------------------
 
@@ -460,11 +476,13 @@ public:
     std::optional<zVec<double>> positionAt(std::int32_t patch, std::int32_t section, std::int32_t point) const;
 
 private:
+    friend class CommandGuard;
+
     void snapshot(PatchList& undoList, zRegion_fe& undoZones, FieldSnapshot& undoField);
     void takeField(FieldSnapshot&& field);
     void takeRemovedName();
     bool resultIsFinite() const;
-    void takeBack();
+    void takeReplacedSnapshots();
     /// The field values of a patch or section, if they have its shape: one for each point. Null without.
     Patch* fieldOfPatch(std::int32_t patch);
     PointList* fieldOfSection(std::int32_t patch, std::int32_t section);
@@ -492,6 +510,7 @@ private:
     void forceMouseMode(MouseMode mode);
     void setMouseMode(MouseMode mode);
     void showIdlePrompt();
+    void refillStatus();
     void returnToRegimeMode();
     /// The plane that the view shows, as it tells it; 0 without a view.
     int principalPlane() const;
@@ -551,43 +570,32 @@ private:
     std::vector<DocumentView*> views_;
     std::uint64_t geometryRevision_ = 0;
     bool started_ = false;
+    std::filesystem::path proposedFolder_; ///< of the chooser of Open, when it was named; else empty
+    std::string extentStatus_;             ///< what was told of the size of the model; empty when it is usual
+    std::uint64_t patchSnapshotsBegun_ = 0;
+    std::uint64_t patchSnapshots_ = 0; ///< that were taken whole
+    std::uint64_t pointSnapshotsBegun_ = 0;
+    std::uint64_t pointSnapshots_ = 0;
     std::string undoTitle_;   ///< of the model of undoPath
     FieldSnapshot undoField_; ///< of both snapshots the field values
     FieldSnapshot pointUndoField_;
-    /// What a command that is refused gives back, kept while it runs: what it is about to change, and the snapshots
-    /// that it replaced.
-    struct RunningCommand {
-        Capture capture;
-        std::array<std::int32_t, blockCapacity> blockList{};
-        std::int32_t blockCount = 0;
-        bool showBlockOnly = false;
-        bool modified = false;
-        bool pointUndoReady = false;
-        bool patchUndoReady = false;
-        bool pointUndoIsNewer = false;
-        bool rebuildOnUndo = false;
-        PointList lineBuffer;
-        bool lineBufferFull = false;
-        StructureKind structureKind = StructureKind::None;
-        FileKind fileKind = FileKind::None;
-        std::filesystem::path chosenPath;
-        std::string currentPath;
-        std::string currentDirectory;
-        std::string title;
-        std::string status;
-        zVec<double> boxMin;
-        zVec<double> boxMax;
-        bool patchTaken = false; ///< the command has taken a snapshot: what stood there before is here
+    /// The snapshots that the command that runs has replaced: they come back if it is refused.
+    struct ReplacedSnapshots {
+        bool patchReady = false;
+        bool pointReady = false;
+        bool extent = false;
+        bool pointIsNewer = false;
+        std::filesystem::path path;
+        bool patchTaken = false;
         PatchList patches;
         zRegion_fe region;
         FieldSnapshot field;
-        std::filesystem::path path;
         bool pointTaken = false;
         PatchList pointPatches;
         zRegion_fe pointRegion;
         FieldSnapshot pointField;
     };
-    std::optional<RunningCommand> running_;
+    std::optional<ReplacedSnapshots> replaced_;
 };
 
 template <class Values, class... Context>

@@ -46,7 +46,7 @@ std::optional<DialogRefusal> refuseTooMany(std::initializer_list<DialogCount> co
             continue;
         }
         if (largest < counted.least) {
-            return DialogRefusal{message::notEnoughMemory, counted.key};
+            return DialogRefusal{message::notEnoughMemory.text, counted.key};
         }
         return DialogRefusal{"There is not enough free memory for so many. Please enter an integer between " +
                                  std::to_string(counted.least) + " and " +
@@ -57,7 +57,7 @@ std::optional<DialogRefusal> refuseTooMany(std::initializer_list<DialogCount> co
 }
 
 std::optional<DialogRefusal> refuseTooLarge(double bytes, double freeBytes) {
-    return bytes > freeBytes ? std::optional(DialogRefusal{message::notEnoughMemory, ""}) : std::nullopt;
+    return bytes > freeBytes ? std::optional(DialogRefusal{message::notEnoughMemory.text, ""}) : std::nullopt;
 }
 
 } // namespace velmora

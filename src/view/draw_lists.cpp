@@ -395,8 +395,8 @@ Colour PatchColours::next(std::int32_t patch) {
     const bool member = inBlock_[static_cast<std::size_t>(patch)];
     if (document_.capture->patchRemoving && patch == document_.capture->patchToRemove) {
         last_ = removedPatch;
-    } else if ((document_.capture->patchCaptureArmed && (patch == document_.capture->capturedPatch || member)) ||
-               (document_.capture->patchCaptured && member)) {
+    } else if (member || (document_.capture->patchCaptureArmed && patch == document_.capture->capturedPatch)) {
+        // Whatever regime waits: commands work on the zBlock as long as it holds something.
         last_ = blockPatch;
     } else if (place < static_cast<std::int32_t>(patchColours.size())) {
         last_ = patchColours[static_cast<std::size_t>(place)];
@@ -465,8 +465,6 @@ CaptureColours captureColoursOf(const VelmoraDoc& document) {
     const CaptureState& capture = *document.capture;
     CaptureColours colours;
     colours.removed = capture.patchRemoving ? capture.patchToRemove : -1;
-    colours.armed = capture.patchCaptureArmed;
-    colours.captured = capture.patchCaptured;
     colours.patch = capture.patchCaptureArmed ? capture.capturedPatch : -1;
     colours.block.assign(document.blockList.begin(), document.blockList.begin() + document.blockCount);
     if (document.showZBlockMarkers && document.blockCount > 0) {

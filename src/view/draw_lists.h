@@ -29,8 +29,6 @@ struct ModelList {
 /// What the capture and the zBlock change in the batches of a ModelList. While it stays the same, so do they.
 struct CaptureColours {
     std::int32_t removed = -1;
-    bool armed = false;
-    bool captured = false;
     std::int32_t patch = -1;
     std::vector<std::int32_t> block;
     std::int32_t section = -1; ///< left out by the markers of the zBlock

@@ -15,9 +15,14 @@ namespace {
 constexpr double pointLimit = 0.01;
 constexpr double sectionLimit = 0.05;
 constexpr double lineLimit = 0.5;
+/// A box so much smaller than what the view shows is a single place.
+constexpr double noDiagonal = 1e-9;
 
+/// Where the box is too small or too large for its diagonal, that of the radius which the view was given.
 double modelDiagonal(const VelmoraDoc& document) {
-    return lengthOf(document.boxMax - document.boxMin);
+    const double ofBox = lengthOf(document.boxMax - document.boxMin);
+    const double ofView = diagonalOf(document.modelRadius);
+    return std::isfinite(ofBox) && ofBox > noDiagonal * ofView ? ofBox : ofView;
 }
 
 PickFilter blockFilter(const VelmoraDoc& document) {

@@ -386,11 +386,11 @@ TEST_F(Intersection, CancelledLeavesThePatches) {
     EXPECT_EQ(ui.busyDepth, 0);
 }
 
-TEST_F(Intersection, TellsWhichLineWasNotFoundCountedFromZero) {
+TEST_F(Intersection, TellsWhichLineWasNotFoundCountedFromOne) {
     hold({flatPatch(4, 4), wall({0.25, 1.25, 77}, {1, -1})});
     addToBlock(1);
     doc.Intersection();
-    EXPECT_THAT(heard(), ElementsAre("message: Intersection with line 2 from patch 1 is not found",
+    EXPECT_THAT(heard(), ElementsAre("message: Intersection with line 3 from patch 2 is not found",
                                      "message: Intersection impossible. Not all lines from zBlock intersected with "
                                      "body"));
     EXPECT_EQ(doc.interLine.size(), 2U);

@@ -1,5 +1,4 @@
 #include <limits>
-#include <new>
 
 #include "CommandTest.h"
 #include "finite_model.h"
@@ -102,21 +101,6 @@ TEST_F(RefusedResult, ADragThatLeavesTheNumbersBendsNothing) {
     doc.prepareDragCorrection();
     doc.bendCapturedCurve({infinity, 0, 0}, 3);
     EXPECT_EQ(doc.patches, model);
-}
-
-TEST_F(RefusedResult, MemoryThatRunsOutInACommandLeavesTheModelAndIsTold) {
-    hold({flatPatch(3, 3)});
-    const PatchList model = doc.patches;
-    ui.onDialog = [this](DialogForm&) {
-        doc.SavePatchUndo();
-        doc.patches.clear();
-        throw std::bad_alloc();
-    };
-    runWith("model.move", {{"deltaX", "1"}});
-    EXPECT_THAT(heard(), Contains("message: There is not enough free memory for this model."));
-    EXPECT_EQ(doc.patches, model);
-    EXPECT_TRUE(doc.undoPatches.empty());
-    EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
 }
 
 } // namespace velmora::test

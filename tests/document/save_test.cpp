@@ -205,11 +205,14 @@ TEST_F(SaveAs, ToAptTakesTheNameAndRecordsTheDirectory) {
     openApt("wing.apt", {flatPatch(2, 2)});
     doc.documentModified = true;
     const Lines lines = saveAs("Sub/Fine.APT");
-    ASSERT_EQ(lines.size(), 3U);
+    ASSERT_EQ(lines.size(), 4U);
     EXPECT_EQ(lines[0], "chooser: Save As -> 1");
     EXPECT_EQ(lines[1], "title: fine.apt");
     ASSERT_TRUE(lines[2].starts_with("recent: "));
     EXPECT_TRUE(fs::equivalent(lines[2].substr(8), folder / "Sub")) << lines[2];
+    // The file comes last and stands on top of the list.
+    ASSERT_TRUE(lines[3].starts_with("recent: "));
+    EXPECT_TRUE(fs::equivalent(lines[3].substr(8), folder / "Sub/Fine.APT")) << lines[3];
     EXPECT_FALSE(doc.documentModified);
     EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "sub/fine.apt");
     EXPECT_EQ(doc.modelFile.currentDirectory, shownFolder() + "sub/");

@@ -211,8 +211,8 @@ TEST(WireList, OverlaysComeInTheirOrderBeforeTheStrips) {
         // markers
         point(6, red, {6, 0, 0}),
         // sections and lines
-        strip(table[0], {{9, 0, 0}, {9, 0, 0}}), strip(table[0], {{8, 1, 0}, {9, 1, 0}}),
-        strip(table[0], {{9, 0, 0}, {8, 1, 0}}), strip(table[0], {{9, 0, 0}, {9, 1, 0}})};
+        strip(blockYellow, {{9, 0, 0}, {9, 0, 0}}), strip(blockYellow, {{8, 1, 0}, {9, 1, 0}}),
+        strip(blockYellow, {{9, 0, 0}, {8, 1, 0}}), strip(blockYellow, {{9, 0, 0}, {9, 1, 0}})};
     EXPECT_THAT(rig.wire(), ElementsAreArray(expected));
 }
 

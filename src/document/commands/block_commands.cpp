@@ -3,7 +3,6 @@
 #include "VelmoraDoc.h"
 #include "apt.h"
 #include "file_types.h"
-#include "format_outcome.h"
 #include "messages.h"
 #include "patch_order.h"
 #include "path_names.h"
@@ -213,7 +212,7 @@ void writeBlock(VelmoraDoc& doc, const std::filesystem::path& path) {
                       : writeAptBlock(path, doc.patches, block, outputPrecision, progressTo(doc.ui()));
     }
     if (!written) {
-        doc.ui().showMessage(std::string(cannotSaveMessage));
+        doc.ui().showMessage(message::cannotSave);
         return;
     }
     doc.modelFile.noteCompleteness(path, true);

@@ -4,7 +4,6 @@
 #include "capture_address.h"
 #include "curve_values.h"
 #include "file_types.h"
-#include "format_outcome.h"
 #include "marker_files.h"
 #include "messages.h"
 #include "patch_curves.h"
@@ -134,7 +133,7 @@ void VelmoraDoc::SaveBuffer() {
     if (written) {
         modelFile.noteCompleteness(fullPath(paths.front()), true);
     } else {
-        ui_.showMessage(std::string(cannotSaveMessage));
+        ui_.showMessage(message::cannotSave);
     }
     redraw();
 }

@@ -5,7 +5,6 @@
 #include "VelmoraDoc.h"
 #include "field_file.h"
 #include "file_types.h"
-#include "format_outcome.h"
 #include "load_files.h"
 #include "messages.h"
 #include "open_commands.h"
@@ -122,7 +121,7 @@ void VelmoraDoc::SaveField() {
                                  outputPrecision, progressTo(ui_));
     }
     if (!written) {
-        ui_.showMessage(std::string(cannotSaveMessage));
+        ui_.showMessage(message::cannotSave);
         return;
     }
     modelFile.noteCompleteness(path, true);

@@ -55,6 +55,7 @@ StructuredRead readByExtension(const std::filesystem::path& path, const std::str
 
 bool readStructured(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension, LoadMode mode,
                     PointTally& points) {
+    const std::size_t patchesBefore = doc.patches.size();
     StructuredRead read;
     {
         const BusyScope busy(doc.ui());
@@ -69,8 +70,10 @@ bool readStructured(VelmoraDoc& doc, const std::filesystem::path& path, const st
     if (!mode.append && read.namesFile) {
         doc.modelFile.takeExtension(extension);
     }
+    // What stood in the file before its fault is in the model: the fault is a loss then.
+    const Severity severity = doc.patches.size() > patchesBefore ? Severity::Warning : Severity::NotRead;
     for (const std::string& text : read.messages) {
-        doc.ui().showMessage(text);
+        doc.ui().showMessage({severity, text});
         if (read.opened) {
             doc.modelFile.setTitle("Wrong");
         }
@@ -103,7 +106,7 @@ bool readZones(UserInterface& ui, const std::filesystem::path& path, zRegion& st
             progressTo(ui));
     }
     for (const std::string& text : told) {
-        ui.showMessage(text);
+        ui.showMessage({Severity::NotRead, text});
     }
     return read;
 }
@@ -147,7 +150,7 @@ bool takeStructuredZones(VelmoraDoc& doc, const zRegion& structured, const std::
                          PointTally& points) {
     ZonePatches zones = zonesToPatches(structured, ZoneDetail::Thinned);
     if (zones.refusal != ZoneRefusal::None) {
-        doc.ui().showMessage(std::string(messageOf(zones.refusal)));
+        doc.ui().showMessage({Severity::NotRead, std::string(messageOf(zones.refusal))});
         doc.modelFile.noteCompleteness(path, false);
         doc.structureKind = StructureKind::None;
         doc.secondKind = SecondKind::None;
@@ -217,7 +220,7 @@ bool readField(VelmoraDoc& doc, const std::filesystem::path& path) {
         read = readFieldFile(path, progressTo(doc.ui()));
     }
     for (const FormatFault& fault : read.faults) {
-        doc.ui().showMessage(fieldMessage(fault));
+        doc.ui().showMessage({read.loaded ? Severity::Warning : Severity::NotRead, fieldMessage(fault)});
     }
     if (read.opened) {
         doc.modelFile.noteCompleteness(path, read.loaded && !read.textBehind);

@@ -7,7 +7,7 @@
 
 #include "VelmoraDoc.h"
 #include "file_types.h"
-#include "format_outcome.h"
+#include "messages.h"
 #include "point_files.h"
 
 namespace velmora {
@@ -30,7 +30,7 @@ void VelmoraDoc::AppendSft() {
         file = readSft(paths.front());
     }
     if (!file.opened) {
-        ui_.showMessage(std::string(cannotOpenMessage));
+        ui_.showMessage(message::cannotOpen);
         return;
     }
     sftPoints = std::move(file.points);
@@ -72,7 +72,7 @@ PointList readChosenPoints(UserInterface& ui, const FileRequest& request) {
         file = readPointFile(paths.front());
     }
     if (!file.opened) {
-        ui.showMessage(std::string(cannotOpenMessage));
+        ui.showMessage(message::cannotOpen);
     }
     return std::move(file.points);
 }

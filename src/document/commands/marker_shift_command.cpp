@@ -65,7 +65,7 @@ void putPointsOfBlock(VelmoraDoc& doc, const PointList& points) {
     });
 }
 
-const char* textOf(ShiftTrouble trouble) {
+MessageText textOf(ShiftTrouble trouble) {
     switch (trouble) {
     case ShiftTrouble::CountsDiffer:
         return message::markerCountsDiffer;

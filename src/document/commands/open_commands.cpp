@@ -92,7 +92,7 @@ void loadFurtherFiles(VelmoraDoc& doc, const std::vector<std::filesystem::path>&
 void tellThinning(VelmoraDoc& doc, const PointTally& points) {
     if (points.kept < points.read) {
         doc.ShowStatus("Points in the file: " + std::to_string(points.read) + ", kept: " + std::to_string(points.kept));
-    } else if (doc.status != idlePrompt) {
+    } else if (doc.status != idlePrompt && (doc.extentStatus().empty() || doc.status != doc.extentStatus())) {
         doc.ShowStatus(idlePrompt); // what was captured before is gone
     }
 }
@@ -118,7 +118,7 @@ void VelmoraDoc::openFiles() {
     request.mode = ChooserMode::Open;
     request.multiple = true;
     request.types = modelFileTypes();
-    request.proposed = modelFile.chosenPath;
+    request.proposed = proposedFolder_.empty() ? modelFile.chosenPath : proposedFolder_;
     request.command = "file.open";
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
     if (paths.empty()) {
@@ -141,6 +141,12 @@ void VelmoraDoc::openFiles() {
     finishOpen(*this, points);
 }
 
+void VelmoraDoc::openFilesIn(const std::filesystem::path& folder) {
+    proposedFolder_ = folder / "";
+    openFiles();
+    proposedFolder_.clear();
+}
+
 void VelmoraDoc::onOpenDocument(const std::filesystem::path& path) {
     onOpenDocuments({path});
 }
@@ -156,7 +162,6 @@ void VelmoraDoc::onOpenDocuments(const std::vector<std::filesystem::path>& paths
     PointTally points;
     modelFile.adopt(paths.front());
     loadFile(*this, modelFile.chosenPath, modelFile.fileExtension, {}, points);
-    ui_.addRecentFile(fullPath(paths.front()));
     if (structureKind == StructureKind::None) {
         patches.clear(); // compartments without a section make no model
         ui_.showMessage(message::openCancelled);
@@ -164,6 +169,7 @@ void VelmoraDoc::onOpenDocuments(const std::vector<std::filesystem::path>& paths
         redraw();
         return;
     }
+    ui_.addRecentFile(fullPath(paths.front()));
     loadFurtherFiles(*this, paths, points);
     finishOpen(*this, points);
 }

@@ -76,7 +76,7 @@ void VelmoraDoc::AppendDat() {
     }
     const ZoneRefusal refusal = zonesToPatches(structured, ZoneDetail::Whole).refusal;
     if (refusal != ZoneRefusal::None) {
-        ui_.showMessage(std::string(messageOf(refusal)));
+        ui_.showMessage({Severity::NotRead, std::string(messageOf(refusal))});
     }
 }
 

@@ -122,6 +122,7 @@ bool writeUnderNewName(VelmoraDoc& doc, const std::string& extension) {
         doc.modelFile.titleWrong = false;
         doc.modelFile.takeExtension(extension);
         doc.ui().addRecentFile(doc.modelFile.chosenPath.parent_path());
+        doc.ui().addRecentFile(doc.modelFile.chosenPath);
     }
     return written;
 }
@@ -146,6 +147,10 @@ void VelmoraDoc::saveModelAs() {
 bool VelmoraDoc::saveModified() {
     if (structureKind == StructureKind::None || !documentModified || !ui_.ask(message::saveBeforeExit)) {
         return true;
+    }
+    const Answer answer = ui_.askOrNone(message::saveBeforeExit);
+    if (answer != Answer::Yes) {
+        return answer == Answer::No;
     }
     // Work that could not be written is not thrown away: the document stays open, and asks again.
     documentModified = saveCurrent() != SaveResult::Saved;

@@ -1,7 +1,7 @@
-#include <new>
-#include <stdexcept>
+#include <exception>
 #include <utility>
 
+#include "CommandGuard.h"
 #include "VelmoraDoc.h"
 #include "capture_address.h"
 #include "finite_model.h"
@@ -27,27 +27,30 @@ void VelmoraDoc::snapshot(PatchList& undoList, zRegion_fe& undoZones, FieldSnaps
 }
 
 void VelmoraDoc::SavePointUndo() {
-    if (running_ && !running_->pointTaken) {
-        running_->pointTaken = true;
-        running_->pointPatches.swap(pointUndoPatches);
-        running_->pointRegion.blocks.swap(pointUndoRegion.blocks);
-        std::swap(running_->pointField, pointUndoField_);
+    ++pointSnapshotsBegun_;
+    if (replaced_ && !replaced_->pointTaken) {
+        replaced_->pointTaken = true;
+        replaced_->pointPatches.swap(pointUndoPatches);
+        replaced_->pointRegion.blocks.swap(pointUndoRegion.blocks);
+        std::swap(replaced_->pointField, pointUndoField_);
     }
     snapshot(pointUndoPatches, pointUndoRegion, pointUndoField_);
     pointUndoIsNewer = true;
+    ++pointSnapshots_;
 }
 
 void VelmoraDoc::SavePatchUndo() {
-    if (running_ && !running_->patchTaken) {
-        running_->patchTaken = true;
-        running_->patches.swap(undoPatches);
-        running_->region.blocks.swap(undoRegion.blocks);
-        std::swap(running_->field, undoField_);
-        running_->path = undoPath;
+    ++patchSnapshotsBegun_;
+    if (replaced_ && !replaced_->patchTaken) {
+        replaced_->patchTaken = true;
+        replaced_->patches.swap(undoPatches);
+        replaced_->region.blocks.swap(undoRegion.blocks);
+        std::swap(replaced_->field, undoField_);
     }
     snapshot(undoPatches, undoRegion, undoField_);
     undoPath.clear();
     pointUndoIsNewer = false;
+    ++patchSnapshots_;
 }
 
 void VelmoraDoc::beginPatchCommand(bool changesExtent) {
@@ -88,104 +91,67 @@ void VelmoraDoc::takeField(FieldSnapshot&& field) {
 
 // ---- Commands that cannot be done -----------------------------------------------------------------------------------
 
+namespace {
+
+/// A command has put a number into the model that is infinite or none.
+class NotFinite : public std::exception {};
+
+} // namespace
+
 void VelmoraDoc::runCommand(void (VelmoraDoc::*command)()) {
-    running_.emplace();
-    RunningCommand& before = *running_;
-    before.capture = capture;
-    before.blockList = blockList;
-    before.blockCount = blockCount;
-    before.showBlockOnly = showBlockOnly;
-    before.modified = documentModified;
-    before.pointUndoReady = pointUndoReady;
-    before.patchUndoReady = patchUndoReady;
-    before.pointUndoIsNewer = pointUndoIsNewer;
-    before.rebuildOnUndo = rebuildOnUndo;
-    before.lineBuffer = lineBuffer;
-    before.lineBufferFull = lineBufferFull;
-    before.structureKind = structureKind;
-    before.fileKind = fileKind;
-    before.chosenPath = modelFile.chosenPath;
-    before.currentPath = modelFile.currentPath;
-    before.currentDirectory = modelFile.currentDirectory;
-    before.title = modelFile.documentTitle;
-    before.status = status;
-    before.boxMin = boxMin;
-    before.boxMax = boxMax;
-    const char* reason = nullptr;
+    replaced_.emplace();
+    replaced_->patchReady = patchUndoReady;
+    replaced_->pointReady = pointUndoReady;
+    replaced_->extent = rebuildOnUndo;
+    replaced_->pointIsNewer = pointUndoIsNewer;
+    replaced_->path = undoPath;
+    const zVec<double> lower = boxMin;
+    const zVec<double> upper = boxMax;
     try {
+        const CommandGuard guard(*this);
         (this->*command)();
-        reason = resultIsFinite() ? nullptr : message::resultNotFinite;
-    } catch (const std::bad_alloc&) {
-        reason = message::notEnoughMemory;
-    } catch (const std::length_error&) {
-        reason = message::notEnoughMemory;
+        if (!resultIsFinite()) {
+            throw NotFinite();
+        }
+    } catch (const NotFinite&) {
+        // The guard has put the model back.
+        takeReplacedSnapshots();
+        if (!(boxMin == lower && boxMax == upper)) {
+            updateBounds();
+        }
+        ui_.showMessage(message::resultNotFinite);
+    } catch (...) {
+        replaced_.reset();
+        throw;
     }
-    if (reason != nullptr) {
-        takeBack();
-        ui_.showMessage(reason);
-    }
-    running_.reset();
+    replaced_.reset();
 }
 
-/// False when the command that runs has put a number into the model that is infinite or none.
 bool VelmoraDoc::resultIsFinite() const {
-    if ((!running_->patchTaken && !running_->pointTaken) || (isFinite(patches) && isFinite(feRegion))) {
+    if ((!replaced_->patchTaken && !replaced_->pointTaken) || (isFinite(patches) && isFinite(feRegion))) {
         return true;
     }
     // A model that held such a number before can be edited all the same.
-    return running_->patchTaken ? !(isFinite(undoPatches) && isFinite(undoRegion))
-                                : !(isFinite(pointUndoPatches) && isFinite(pointUndoRegion));
+    return replaced_->patchTaken ? !(isFinite(undoPatches) && isFinite(undoRegion))
+                                 : !(isFinite(pointUndoPatches) && isFinite(pointUndoRegion));
 }
 
-/// The model and what is known of it as they were before the command that runs, with the snapshots before it. A model
-/// that the command removed is left to Undo.
-void VelmoraDoc::takeBack() {
-    RunningCommand& before = *running_;
-    if (!before.patchTaken && !before.pointTaken) {
-        return;
+void VelmoraDoc::takeReplacedSnapshots() {
+    if (replaced_->patchTaken) {
+        undoPatches = std::move(replaced_->patches);
+        undoRegion.blocks = std::move(replaced_->region.blocks);
+        undoField_ = std::move(replaced_->field);
+        undoPath = replaced_->path;
     }
-    if (before.patchTaken && !undoPath.empty()) {
-        return;
+    if (replaced_->pointTaken) {
+        pointUndoPatches = std::move(replaced_->pointPatches);
+        pointUndoRegion.blocks = std::move(replaced_->pointRegion.blocks);
+        pointUndoField_ = std::move(replaced_->pointField);
     }
-    patches = std::move(before.patchTaken ? undoPatches : pointUndoPatches);
-    feRegion.blocks = std::move((before.patchTaken ? undoRegion : pointUndoRegion).blocks);
-    takeField(std::move(before.patchTaken ? undoField_ : pointUndoField_));
-    if (before.patchTaken) {
-        undoPatches = std::move(before.patches);
-        undoRegion.blocks = std::move(before.region.blocks);
-        undoField_ = std::move(before.field);
-        undoPath = before.path;
-    }
-    if (before.pointTaken) {
-        pointUndoPatches = std::move(before.pointPatches);
-        pointUndoRegion.blocks = std::move(before.pointRegion.blocks);
-        pointUndoField_ = std::move(before.pointField);
-    }
-    capture = before.capture;
-    blockList = before.blockList;
-    blockCount = before.blockCount;
-    showBlockOnly = before.showBlockOnly;
-    documentModified = before.modified;
-    pointUndoReady = before.pointUndoReady;
-    patchUndoReady = before.patchUndoReady;
-    pointUndoIsNewer = before.pointUndoIsNewer;
-    rebuildOnUndo = before.rebuildOnUndo;
-    lineBuffer = std::move(before.lineBuffer);
-    lineBufferFull = before.lineBufferFull;
-    structureKind = before.structureKind;
-    fileKind = before.fileKind;
-    modelFile.chosenPath = before.chosenPath;
-    modelFile.currentPath = before.currentPath;
-    modelFile.currentDirectory = before.currentDirectory;
-    modelFile.setTitle(before.title);
-    if (status != before.status) {
-        ShowStatus(before.status);
-    }
-    if (boxMin == before.boxMin && boxMax == before.boxMax) {
-        redraw();
-    } else {
-        updateBounds();
-    }
+    patchUndoReady = replaced_->patchReady;
+    pointUndoReady = replaced_->pointReady;
+    rebuildOnUndo = replaced_->extent;
+    pointUndoIsNewer = replaced_->pointIsNewer;
 }
 
 // ---- Undo -----------------------------------------------------------------------------------------------------------

@@ -25,7 +25,7 @@ bool writeStructured(VelmoraDoc& doc, const std::filesystem::path& path, FileKin
     const bool written = kind == FileKind::Apt ? writeApt(path, doc.patches, outputPrecision, progressTo(doc.ui()))
                                                : writeSkl(path, doc.patches, outputPrecision, progressTo(doc.ui()));
     if (!written) {
-        doc.ui().showMessage(std::string(cannotSaveMessage));
+        doc.ui().showMessage(message::cannotSave);
         return false;
     }
     doc.modelFile.noteCompleteness(path, true);
@@ -43,7 +43,7 @@ bool writeZones(VelmoraDoc& doc, const std::filesystem::path& path, const zRegio
             progressTo(doc.ui()));
     }
     for (const std::string& text : told) {
-        doc.ui().showMessage(text);
+        doc.ui().showMessage({Severity::NotWritten, text});
     }
     if (written) {
         doc.modelFile.noteCompleteness(path, true);

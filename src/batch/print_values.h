@@ -46,6 +46,12 @@ Json sceneValue(VelmoraView& view);
 Json overlayValue(const VelmoraView& view);
 /// Where the model point of three words stands in the view: [x, y, depth], or empty when it has no image.
 PrintedValue windowValue(std::span<const std::string> words, VelmoraView& view, const VelmoraDoc& doc);
+/// Counts, sizes and the quality of the model; its places count from 1.
+Json reportValue(const VelmoraDoc& doc);
+/// How the points of the captured curve, else of the line buffer are set.
+Json curveValue(VelmoraDoc& doc);
+/// Distance, length and angle between the two or three places that the words name.
+PrintedValue measuredValue(std::span<const std::string> words, const VelmoraDoc& doc);
 /// {"code", "hit"} of the kernel and the fifteen numbers in `words`.
 PrintedValue kernelValue(std::span<const std::string> words);
 

@@ -266,6 +266,8 @@ public:
     enum class SaveResult { Saved, Failed, Declined };
     /// Writes the model to its file by its kind. Asks first when the file holds more than the model.
     SaveResult saveCurrent();
+    /// The file that Save would write, spelled as the user chose it; empty without a model.
+    std::filesystem::path saveTarget() const;
     /// The question before the document is closed; false when it must stay open: the user wants to stay, or saving
     /// failed.
     bool saveModified();
@@ -336,6 +338,8 @@ public:
     /// The regimes' moves when the left button comes up in the view.
     void moveRegimeAtRelease();
 
+    /// The points of the captured section or line, else those of the line buffer.
+    PointList curveInHand();
     bool inBlock(std::int32_t patch) const;
     /// The patches of a structured model, the zones of an unstructured one: what K counts.
     std::int32_t partCount() const;
@@ -479,8 +483,12 @@ private:
     friend class CommandGuard;
 
     void snapshot(PatchList& undoList, zRegion_fe& undoZones, FieldSnapshot& undoField);
+    void exchangeWithSnapshot();
+    /// For commands that change the model without a snapshot for Undo: the guard around them needs one all the same.
+    void keepForGuard();
+    FieldSnapshot fieldAsItIs() const;
     void takeField(FieldSnapshot&& field);
-    void takeRemovedName();
+    void exchangeField(FieldSnapshot& field);
     bool resultIsFinite() const;
     void takeReplacedSnapshots();
     /// The field values of a patch or section, if they have its shape: one for each point. Null without.
@@ -576,7 +584,9 @@ private:
     std::uint64_t patchSnapshots_ = 0; ///< that were taken whole
     std::uint64_t pointSnapshotsBegun_ = 0;
     std::uint64_t pointSnapshots_ = 0;
-    std::string undoTitle_;   ///< of the model of undoPath
+    PatchList guardPatches_; ///< see keepForGuard
+    FieldSnapshot guardField_;
+    std::uint64_t guardCopies_ = 0;
     FieldSnapshot undoField_; ///< of both snapshots the field values
     FieldSnapshot pointUndoField_;
     /// The snapshots that the command that runs has replaced: they come back if it is refused.

@@ -56,6 +56,10 @@ PointList VelmoraDoc::capturedCurvePoints() {
     return points;
 }
 
+PointList VelmoraDoc::curveInHand() {
+    return curveIsThere() ? capturedCurvePoints() : lineBuffer;
+}
+
 /// The captured line is about to get `points`: its field values go along.
 void VelmoraDoc::carryLineValues(const PointList& points) {
     Patch* const field = fieldOfPatch(capture->capturedPatch);
@@ -110,10 +114,13 @@ void VelmoraDoc::ClearBuffer() {
 }
 
 void VelmoraDoc::OpenBuffer() {
+    PointFileResult file = readChosenPoints(*this, bufferRequest(ChooserMode::Open, "buffer.open"));
+    if (file.opened) {
+        modelFile.memory.noteBufferRead(file.record);
+    }
     // A chooser that is called off, and a file without points, leave the points that the user has.
-    PointList points = readChosenPoints(ui_, bufferRequest(ChooserMode::Open, "buffer.open"));
-    if (!points.empty()) {
-        lineBuffer = std::move(points);
+    if (!file.points.empty()) {
+        lineBuffer = std::move(file.points);
         lineBufferFull = true;
         showBuffer = true;
     }
@@ -122,19 +129,19 @@ void VelmoraDoc::OpenBuffer() {
 
 void VelmoraDoc::SaveBuffer() {
     const auto paths = ui_.chooseFiles(bufferRequest(ChooserMode::SaveAs, "buffer.saveAs"));
-    if (paths.empty() || !mayOverwrite(*this, fullPath(paths.front()))) {
+    if (paths.empty()) {
         return;
     }
-    bool written = false;
+    const std::filesystem::path path = fullPath(paths.front());
+    if (!mayOverwrite(*this, path, TargetFrom::Chooser)) {
+        return;
+    }
+    WriteOutcome outcome;
     {
         const BusyScope busy(ui_);
-        written = writeLineBuffer(paths.front(), lineBuffer, outputPrecision);
+        outcome = writeLineBuffer(path, lineBuffer, outputPrecision);
     }
-    if (written) {
-        modelFile.noteCompleteness(fullPath(paths.front()), true);
-    } else {
-        ui_.showMessage(message::cannotSave);
-    }
+    finishWriting(*this, outcome);
     redraw();
 }
 

@@ -264,6 +264,7 @@ void VelmoraDoc::ReverseSection() {
     if (section == nullptr) {
         return;
     }
+    keepForGuard();
     if (PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection)) {
         std::reverse(field->begin(), field->end());
     }

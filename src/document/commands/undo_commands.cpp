@@ -23,7 +23,7 @@ void VelmoraDoc::snapshot(PatchList& undoList, zRegion_fe& undoZones, FieldSnaps
     if (structureKind == StructureKind::Unstructured) {
         copyRegion(feRegion, undoZones);
     }
-    undoField = {fieldPatches, fieldTitleLine, fieldVariablesLine, fieldCount, fieldLoaded, fieldMode};
+    undoField = fieldAsItIs();
 }
 
 void VelmoraDoc::SavePointUndo() {
@@ -69,7 +69,7 @@ void VelmoraDoc::keepForUndo() {
     undoModified = documentModified;
     beginPatchCommand(false);
     undoPath = modelFile.chosenPath;
-    undoTitle_ = modelFile.titleWrong ? std::string() : modelFile.documentTitle;
+    modelFile.keepForUndo(modelFile);
 }
 
 void VelmoraDoc::clearSnapshots() {
@@ -78,6 +78,21 @@ void VelmoraDoc::clearSnapshots() {
     pointUndoRegion.blocks.clear();
     undoRegion.blocks.clear();
     pointUndoField_ = undoField_ = FieldSnapshot();
+}
+
+FieldSnapshot VelmoraDoc::fieldAsItIs() const {
+    return {fieldPatches, fieldTitleLine, fieldVariablesLine, fieldCount, fieldLoaded, fieldMode};
+}
+
+void VelmoraDoc::exchangeField(FieldSnapshot& field) {
+    FieldSnapshot own = {std::move(fieldPatches),
+                         std::move(fieldTitleLine),
+                         std::move(fieldVariablesLine),
+                         fieldCount,
+                         fieldLoaded,
+                         fieldMode};
+    takeField(std::move(field));
+    field = std::move(own);
 }
 
 void VelmoraDoc::takeField(FieldSnapshot&& field) {
@@ -167,12 +182,12 @@ void VelmoraDoc::UndoPoint() {
     if (zones ? pointUndoRegion.blocks.empty() : pointUndoPatches.empty()) {
         return;
     }
-    if (zones) {
-        feRegion = std::move(pointUndoRegion);
-    } else {
-        patches = std::move(pointUndoPatches);
-        takeField(std::move(pointUndoField_));
-    }
+    // As in exchangeWithSnapshot.
+    patches.swap(pointUndoPatches);
+    std::swap(feRegion, pointUndoRegion);
+    exchangeField(pointUndoField_);
+    ++pointSnapshotsBegun_;
+    ++pointSnapshots_;
     capture.restorePoint();
     // Undo counts as a change since the last save, as what it undoes does.
     documentModified = true;
@@ -187,24 +202,25 @@ void VelmoraDoc::UndoPoint() {
     pointUndoReady = false;
     patchUndoReady = false;
     capture.showPoint();
-    clearSnapshots();
     ShowStatus(capture->pointContinueStatus);
     redraw();
+    clearSnapshots(); // last: until then a guard finds the model that goes there
 }
 
-/// The model that comes back was removed by a command on files: it has its own file and name.
-void VelmoraDoc::takeRemovedName() {
-    modelFile.adopt(undoPath);
-    undoPath.clear();
-    modelFile.titleWrong = false;
-    fieldOpening = false;
-    if (undoTitle_.empty()) {
-        retitle(); // it was wrong, and is no longer: what could be read is a model like any other
-        return;
-    }
-    modelFile.currentDirectory = directoryOf(modelFile.chosenPath);
-    modelFile.setTitle(undoTitle_);
-    modelFile.currentPath = modelFile.currentDirectory + undoTitle_;
+/// The model of the patch snapshot and the one that is there take each other's places: until the command is through, a
+/// guard around it finds the model in the snapshot.
+void VelmoraDoc::exchangeWithSnapshot() {
+    patches.swap(undoPatches);
+    std::swap(feRegion, undoRegion);
+    exchangeField(undoField_);
+    ++patchSnapshotsBegun_;
+    ++patchSnapshots_;
+}
+
+void VelmoraDoc::keepForGuard() {
+    guardPatches_ = patches;
+    guardField_ = fieldAsItIs();
+    ++guardCopies_;
 }
 
 void VelmoraDoc::UndoPatch() {
@@ -212,53 +228,49 @@ void VelmoraDoc::UndoPatch() {
     const bool wasRemoved = structureKind == StructureKind::None || !undoPath.empty();
     // What a file holds is the model that goes; one that was removed knows whether its file still has it.
     documentModified = undoPath.empty() || undoModified;
+    fieldOpening = fieldOpening && undoPath.empty(); // it said how the model that goes was opened
     if (!undoPatches.empty()) {
-        patches = std::move(undoPatches);
-        takeField(std::move(undoField_));
+        // The document holds one model: what comes back takes the place of the other kind too.
+        exchangeWithSnapshot();
         structureKind = StructureKind::Structured;
-        // The document holds one model: what comes back takes the place of the other kind.
-        feRegion.blocks.clear();
         // Patches without a section decide nothing: without a kind of their own they would be saved as a file of none.
         if (fileKind == FileKind::None) {
             fileKind = FileKind::Skl;
         }
-        if (undoPath.empty()) {
+        checkRegularity(patches);
+        if (undoPath.empty() || !modelFile.takeBack()) {
             retitle();
-        } else {
-            checkRegularity(patches);
-            takeRemovedName();
         }
+        undoPath.clear();
     } else if (!undoRegion.blocks.empty()) {
-        feRegion = std::move(undoRegion);
-        patches.clear();
-        takeField(FieldSnapshot());
+        exchangeWithSnapshot();
         structureKind = StructureKind::Unstructured;
         fileKind = FileKind::None;
-        if (undoPath.empty()) {
+        if (undoPath.empty() || !modelFile.takeBack()) {
             modelFile.takeExtension("dat");
-        } else {
-            takeRemovedName();
         }
+        undoPath.clear();
     }
-    capture.tellUndone(capture->patchCaptured ? capture->continuePrompt : idlePrompt);
-    ShowStatus(capture->undoStatus);
-    patchUndoReady = false;
-    emptyBlock();
-    showBlockOnly = false; // of an empty zBlock nothing would be shown
-    keepCaptureInside(*this);
-    if (pointUndoReady && structureKind == StructureKind::Unstructured) {
-        capture.placePoint(undoNode);
-    } else {
-        followCapturedPoint();
-    }
-    clearSnapshots();
-    pointUndoReady = false;
-    if (rebuildOnUndo || wasRemoved) {
-        updateBounds();
-        rebuildOnUndo = false;
-    } else {
-        redraw();
-    }
+}
+capture.tellUndone(capture->patchCaptured ? capture->continuePrompt : idlePrompt);
+ShowStatus(capture->undoStatus);
+patchUndoReady = false;
+emptyBlock();
+showBlockOnly = false; // of an empty zBlock nothing would be shown
+keepCaptureInside(*this);
+if (pointUndoReady && structureKind == StructureKind::Unstructured) {
+    capture.placePoint(undoNode);
+} else {
+    followCapturedPoint();
+}
+pointUndoReady = false;
+if (rebuildOnUndo || wasRemoved) {
+    updateBounds();
+    rebuildOnUndo = false;
+} else {
+    redraw();
+}
+clearSnapshots(); // last, as above
 }
 
 } // namespace velmora

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "curve_tolerances.h"
-#include "curve_values.h"
+#include "carried_values.h"
 #include "vectors.h"
 
 namespace velmora {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "curve_values.h"
+#include "carried_values.h"
 
 namespace velmora {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "curve_values.h"
+#include "carried_values.h"
 #include "patch_curves.h"
 #include "patch_order.h"
 #include "vectors.h"

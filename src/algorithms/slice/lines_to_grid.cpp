@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "curve_values.h"
+#include "carried_values.h"
 #include "polyline.h"
 #include "rebreak_kernels.h"
 #include "vectors.h"

@@ -2,7 +2,7 @@
 
 #include "VelmoraDoc.h"
 #include "capture_address.h"
-#include "curve_values.h"
+#include "carried_values.h"
 #include "file_types.h"
 #include "marker_files.h"
 #include "messages.h"

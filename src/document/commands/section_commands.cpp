@@ -2,7 +2,7 @@
 
 #include "VelmoraDoc.h"
 #include "capture_address.h"
-#include "curve_values.h"
+#include "carried_values.h"
 #include "messages.h"
 #include "patch_order.h"
 

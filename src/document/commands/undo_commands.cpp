@@ -251,26 +251,25 @@ void VelmoraDoc::UndoPatch() {
         }
         undoPath.clear();
     }
-}
-capture.tellUndone(capture->patchCaptured ? capture->continuePrompt : idlePrompt);
-ShowStatus(capture->undoStatus);
-patchUndoReady = false;
-emptyBlock();
-showBlockOnly = false; // of an empty zBlock nothing would be shown
-keepCaptureInside(*this);
-if (pointUndoReady && structureKind == StructureKind::Unstructured) {
-    capture.placePoint(undoNode);
-} else {
-    followCapturedPoint();
-}
-pointUndoReady = false;
-if (rebuildOnUndo || wasRemoved) {
-    updateBounds();
-    rebuildOnUndo = false;
-} else {
-    redraw();
-}
-clearSnapshots(); // last, as above
+    capture.tellUndone(capture->patchCaptured ? capture->continuePrompt : idlePrompt);
+    ShowStatus(capture->undoStatus);
+    patchUndoReady = false;
+    emptyBlock();
+    showBlockOnly = false; // of an empty zBlock nothing would be shown
+    keepCaptureInside(*this);
+    if (pointUndoReady && structureKind == StructureKind::Unstructured) {
+        capture.placePoint(undoNode);
+    } else {
+        followCapturedPoint();
+    }
+    pointUndoReady = false;
+    if (rebuildOnUndo || wasRemoved) {
+        updateBounds();
+        rebuildOnUndo = false;
+    } else {
+        redraw();
+    }
+    clearSnapshots(); // last, as above
 }
 
 } // namespace velmora

@@ -1,4 +1,4 @@
-#include "curve_values.h"
+#include "carried_values.h"
 
 #include <algorithm>
 #include <array>

@@ -14,6 +14,7 @@
 
 #include "CommandGuard.h"
 #include "HelpDesk.h"
+#include "command_keys.h"
 #include "messages.h"
 #include "qt_text.h"
 
@@ -58,7 +59,8 @@ MainFrame::MainFrame()
     setStatusBar(status_);
     setCentralWidget(viewWidget_);
     actions_ = new CommandActions(
-        *recent_, [this](const Command& command) { return stateOf(command); }, this);
+        *recent_, [this](const Command& command) { return stateOf(command); },
+        [this](std::string_view key) { return commandsOfKey(session_->document(), key); }, this);
     makeMenus();
     makeToolBars();
     actions_->addShortcuts(*this);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "carried_values.h"
 #include "polyline.h"
 #include "rebreak_kernels.h"
 #include "vectors.h"
@@ -54,26 +55,35 @@ PointList resampled(const PointList& section, std::int32_t points, bool spline) 
 
 } // namespace
 
-PatchList linesToGrid(const PatchList& lines, std::int32_t points, bool spline) {
+PatchList linesToGrid(const PatchList& lines, std::int32_t points, bool spline, PatchList* values) {
     PatchList grid;
     grid.reserve(lines.size());
-    for (const Patch& patch : lines) {
+    const std::vector<double> equalSteps = progressionFractions(points, 1.0);
+    for (std::size_t k = 0; k < lines.size(); ++k) {
+        const Patch& patch = lines[k];
         Patch& sections = grid.emplace_back();
         sections.reserve(patch.size());
         for (const PointList& section : patch) {
+            if (values != nullptr) {
+                PointList& own = (*values)[k][sections.size()];
+                own = valuesAlong(section, own, equalSteps);
+            }
             sections.push_back(resampled(section, points, spline));
         }
         for (std::size_t j = 0; j + 1 < sections.size(); ++j) {
-            alignWithPrevious(sections[j], sections[j + 1]);
+            if (alignWithPrevious(sections[j], sections[j + 1]) && values != nullptr) {
+                PointList& own = (*values)[k][j + 1];
+                std::reverse(own.begin(), own.end());
+            }
         }
     }
     return grid;
 }
 
-void alignWithPrevious(const PointList& previous, PointList& next) {
+bool alignWithPrevious(const PointList& previous, PointList& next) {
     const std::size_t count = next.size();
     if (previous.size() != count) {
-        return;
+        return false;
     }
     double forward = 0.0;
     double backward = 0.0;
@@ -81,9 +91,11 @@ void alignWithPrevious(const PointList& previous, PointList& next) {
         forward += squaredDistance(previous[i], next[i]);
         backward += squaredDistance(previous[i], next[count - 1 - i]);
     }
-    if (backward < forward) {
-        std::reverse(next.begin(), next.end());
+    if (!(backward < forward)) {
+        return false;
     }
+    std::reverse(next.begin(), next.end());
+    return true;
 }
 
 } // namespace velmora

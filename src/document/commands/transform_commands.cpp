@@ -123,6 +123,9 @@ void VelmoraDoc::FlipModel() {
         if (structureKind == StructureKind::Structured) {
             // Points in reverse order keep a patch on its side.
             for (const std::int32_t patch : chosenPatches()) {
+                if (Patch* const field = fieldOfPatch(patch)) {
+                    reverseLines(*field);
+                }
                 reverseLines(patches[static_cast<std::size_t>(patch)]);
             }
         }
@@ -191,7 +194,11 @@ void VelmoraDoc::LastFirstSwitch() {
     const std::vector<bool> mask = chosenMask();
     for (std::size_t k = 0; k < patches.size(); ++k) {
         if (mask[k]) {
-            (sections ? reverseSections : reverseLines)(patches[k]);
+            const auto reverse = sections ? reverseSections : reverseLines;
+            if (Patch* const field = fieldOfPatch(static_cast<std::int32_t>(k))) {
+                reverse(*field);
+            }
+            reverse(patches[k]);
         }
     }
     // As above: a change without a snapshot.

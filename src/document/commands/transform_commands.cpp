@@ -151,6 +151,29 @@ void VelmoraDoc::FlipModel() {
     });
 }
 
+void VelmoraDoc::TurnRound() {
+    if (structureKind == StructureKind::None) {
+        return;
+    }
+    beginPatchCommand(false);
+    for (const std::int32_t part : chosenPatches()) {
+        const auto k = static_cast<std::size_t>(part);
+        if (structureKind == StructureKind::Unstructured) {
+            turnTriangles(*feRegion.blocks[k]);
+            continue;
+        }
+        reverseLines(patches[k]);
+        if (PatchList* const field = wholeField()) {
+            reverseLines((*field)[k]);
+        }
+        if (part == capture->capturedPatch) {
+            renumberCapture(capture, patches[k], false);
+        }
+    }
+    followCapturedPoint();
+    redraw();
+}
+
 void VelmoraDoc::SymmetricModel() {
     if (structureKind == StructureKind::None || !showDialog(symmetricValues)) {
         return;

@@ -445,6 +445,7 @@ public:
     void MoveModel();
     void RotateModel();
     void FlipModel();
+    void TurnRound();
     void SymmetricModel();
     /// Exchanges sections and lines, and what is captured with them.
     void Convertation();

@@ -17,9 +17,9 @@ QString idOf(const Command& command) {
     return QString::fromLatin1(command.id);
 }
 
-/// The icon of a command, or none when it has no picture.
+/// The icon of a command, or none when it has none.
 QIcon iconOf(const Command& command) {
-    return themeIcon(QStringLiteral(":/icons/%1.svg").arg(idOf(command)));
+    return command.icon ? themeIcon(QStringLiteral(":/icons/%1.svg").arg(idOf(command))) : QIcon();
 }
 
 /// The words of a menu with the command's key behind them.

@@ -444,6 +444,9 @@ const std::vector<Effect> effects = {
      .asks = true},
     {.id = "model.rotation", .fields = {{"angle", "90"}}, .told = Told::Bounds, .undo = Undo::Patch, .asks = true},
     {.id = "model.flip", .told = Told::Bounds, .undo = Undo::Patch, .asks = true},
+    {.id = "model.turnRound", .undo = Undo::Patch},
+    {.id = "model.turnRound", .when = "of zones", .holding = Holding::Triangles, .undo = Undo::Patch},
+    {.id = "model.turnRound", .when = "with a field", .holding = Holding::Field, .undo = Undo::Patch},
     {.id = "model.symmetric", .told = Told::Bounds, .undo = Undo::Patch, .asks = true},
     {.id = "model.convertation", .modified = true},
     {.id = "model.lastFirstSwitch", .modified = true, .asks = true},
@@ -768,5 +771,58 @@ TEST_P(CommandEffect, CalledOffLeavesAllAsItWas) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, CommandEffect, testing::ValuesIn(effects), nameOf);
+
+// ---- Turn round -----------------------------------------------------------------------------------------------------
+
+TEST_F(CommandRig, TurnRoundReversesTheSectionsOfTheZBlockWithTheirFieldAndCapture) {
+    hold({flatPatch(2, 3), flatPatch(2, 3, 5)});
+    doc.fieldMode = true;
+    doc.fieldPatches = {flatPatch(2, 3, 7), flatPatch(2, 3, 8)};
+    const PatchList before = doc.patches;
+    const PatchList field = doc.fieldPatches;
+    runAll(addPatch(2) + Steps{{.id = "model.turnRound"}});
+    EXPECT_EQ(doc.patches[0], before[0]);
+    EXPECT_EQ(doc.fieldPatches[0], field[0]);
+    for (std::size_t n = 0; n < 2; ++n) {
+        for (std::size_t m = 0; m < 3; ++m) {
+            EXPECT_EQ(doc.patches[1][n][m], before[1][n][2 - m]);
+            EXPECT_EQ(doc.fieldPatches[1][n][m], field[1][n][2 - m]);
+        }
+    }
+    run({.id = "patch.undo"});
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_EQ(doc.fieldPatches, field);
+}
+
+TEST_F(CommandRig, TurnRoundKeepsWhatIsCaptured) {
+    hold({flatPatch(2, 3), flatPatch(2, 3, 5)});
+    runAll(line(2, 1) + point(2, 2, 1));
+    const zVec<double> place = doc.capture->capturedPointPos;
+    run({.id = "model.turnRound"});
+    EXPECT_EQ(doc.capture->capturedLine, 2);
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
+    EXPECT_EQ(doc.capture->capturedPointSection, 1);
+    EXPECT_EQ(doc.capture->capturedPointPos, place);
+}
+
+TEST_F(CommandRig, TurnRoundLeavesTheCaptureInAPatchThatStays) {
+    hold({flatPatch(2, 3), flatPatch(2, 3, 5)});
+    runAll(addPatch(1) + point(2, 2, 1));
+    run({.id = "model.turnRound"});
+    EXPECT_EQ(doc.capture->capturedPoint, 0);
+}
+
+TEST_F(CommandRig, TurnRoundExchangesTwoCornersOfEachTriangle) {
+    holdTriangles();
+    const std::vector<std::int32_t> before = doc.feRegion.blocks[0]->connectivity;
+    run({.id = "model.turnRound"});
+    const std::vector<std::int32_t>& after = doc.feRegion.blocks[0]->connectivity;
+    ASSERT_EQ(after.size(), before.size());
+    for (std::size_t i = 0; i + 3 < before.size(); i += 4) {
+        EXPECT_EQ(after[i], before[i]);
+        EXPECT_EQ(after[i + 1], before[i + 2]);
+        EXPECT_EQ(after[i + 2], before[i + 1]);
+    }
+}
 
 } // namespace velmora::test

@@ -118,6 +118,18 @@ TEST_F(SplitPatch, WithAFieldCutsItInTheSamePlace) {
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.dat");
 }
 
+TEST_F(SplitPatch, UndoneBringsTheFieldBackToo) {
+    hold({flatPatch(5, 4), flatPatch(2, 2)});
+    doc.fieldMode = true;
+    const PatchList field = {flatPatch(5, 4, 7), flatPatch(2, 2, 7)};
+    doc.fieldPatches = field;
+    captureSection(0, 2);
+    doc.SplitPatch();
+    doc.UndoPatch();
+    EXPECT_EQ(doc.fieldPatches, field);
+    EXPECT_TRUE(doc.fieldMode);
+}
+
 TEST_F(SplitPatch, WithoutAFieldLeavesTheFieldListAlone) {
     hold({flatPatch(5, 4)});
     doc.fieldPatches = {flatPatch(5, 4, 7)};

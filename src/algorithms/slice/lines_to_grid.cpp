@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 #include "carried_values.h"
 #include "polyline.h"
 #include "rebreak_kernels.h"
+#include "same_point.h"
 #include "vectors.h"
 
 namespace velmora {
@@ -96,6 +98,101 @@ bool alignWithPrevious(const PointList& previous, PointList& next) {
     }
     std::reverse(next.begin(), next.end());
     return true;
+}
+
+// ---- Alignment ------------------------------------------------------------------------------------------------------
+
+namespace {
+
+/// How a ring of points may be walked: from which point on, and which way.
+struct Walk {
+    std::size_t start = 0;
+    bool backward = false;
+
+    /// Where the walk through `count` points is after `step` steps.
+    std::size_t at(std::size_t step, std::size_t count) const {
+        return (backward ? start + count - step : start + step) % count;
+    }
+};
+
+/// The sum of the distances from the first `count` points of `previous` to those of the walk through `ring`.
+double sumOfDistances(const PointList& previous, const PointList& ring, std::size_t count, const Walk& walk) {
+    double sum = 0.0;
+    for (std::size_t i = 0; i < count; ++i) {
+        sum += distance(previous[i], ring[walk.at(i, count)]);
+    }
+    return sum;
+}
+
+double lengthOfRing(const PointList& ring, std::size_t count) {
+    double length = 0.0;
+    for (std::size_t i = 0; i < count; ++i) {
+        length += distance(ring[i], ring[(i + 1) % count]);
+    }
+    return length;
+}
+
+/// How many starts behind one of that sum cannot have a sum below `least`. From each to the next every point of the
+/// walk moves by one step along the ring, so that the sum changes by the ring's length at most.
+std::size_t startsWithoutHope(double sum, double least, double ringLength, std::size_t count) {
+    constexpr double rounding = 1e-9; // of a sum, with room to spare
+    const double starts = (sum - least - rounding * sum) / ringLength;
+    return starts >= 1.0 ? static_cast<std::size_t>(std::min(starts, static_cast<double>(count))) : 0;
+}
+
+Walk closestWalk(const PointList& previous, const PointList& ring, std::size_t count) {
+    const double ringLength = lengthOfRing(ring, count);
+    Walk best;
+    double least = sumOfDistances(previous, ring, count, best);
+    for (const bool backward : {false, true}) {
+        for (std::size_t start = 0; start < count;) {
+            const Walk walk{start, backward};
+            const double sum = sumOfDistances(previous, ring, count, walk);
+            if (sum < least) {
+                best = walk;
+                least = sum;
+            }
+            start += 1 + startsWithoutHope(sum, least, ringLength, count);
+        }
+    }
+    return best;
+}
+
+void alignClosed(const PointList& previous, PointList& section) {
+    const std::size_t count = section.size() - 1;
+    const Walk walk = closestWalk(previous, section, count);
+    if (walk.start == 0 && !walk.backward) {
+        return;
+    }
+    PointList walked;
+    walked.reserve(section.size());
+    for (std::size_t i = 0; i <= count; ++i) {
+        walked.push_back(section[walk.at(i, count)]);
+    }
+    section = std::move(walked);
+}
+
+void alignOpen(const PointList& previous, PointList& section) {
+    const std::size_t count = section.size();
+    const Walk turned{count - 1, true};
+    if (sumOfDistances(previous, section, count, turned) < sumOfDistances(previous, section, count, {})) {
+        std::reverse(section.begin(), section.end());
+    }
+}
+
+} // namespace
+
+void alignSections(Patch& patch) {
+    constexpr std::size_t fewestOfRing = 4;
+    for (std::size_t j = 1; j < patch.size(); ++j) {
+        const PointList& previous = patch[j - 1];
+        PointList& section = patch[j];
+        if (section.size() != previous.size() || section.size() < 2) {
+            continue;
+        }
+        const bool closed = section.size() >= fewestOfRing && samePoint(section.front(), section.back());
+        (closed ? alignClosed : alignOpen)(previous, section);
+    }
 }
 
 } // namespace velmora

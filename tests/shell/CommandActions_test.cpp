@@ -13,6 +13,7 @@
 #include "Person.h"
 #include "RecentFiles.h"
 #include "qt_text.h"
+#include "temporary_folder.h"
 
 namespace velmora::test {
 namespace {

@@ -120,6 +120,10 @@ void MainFrame::connectView() {
             QTimer::singleShot(0, this, &MainFrame::refresh); // lines have no surface, as the paint found out
         }
     });
+    connect(viewWidget_, &GlViewWidget::failed, this, [this](const QString& cause) {
+        // A box would bring the next paint, and that the next box.
+        session_->document().ShowStatus(message::commandFailed(plainBytes(cause)).text);
+    });
     connect(viewWidget_, &GlViewWidget::leftReleased, this, &MainFrame::refresh);
     connect(viewWidget_, &GlViewWidget::contextMenuWanted, this, &MainFrame::showContextMenu);
 }

@@ -698,7 +698,12 @@ public:
         }
     }
     void onPictureChanged() override {}
-    void onHighlightChanged() override {}
+    void onHighlightChanged() override {
+        if (poorHighlight) {
+            poorHighlight = false;
+            throw std::bad_alloc();
+        }
+    }
     void onBoundsChanged() override {}
     void setMouseMode(MouseMode) override {}
     void forceMouseMode(MouseMode) override {}
@@ -706,6 +711,7 @@ public:
     int principalPlane() const override { return 0; }
 
     bool poor = true;
+    bool poorHighlight = false;
 };
 
 TEST(MainFrame, ACommandThatRunsOutOfMemoryIsToldAndLeavesTheModel) {
@@ -726,6 +732,22 @@ TEST(MainFrame, ACommandThatRunsOutOfMemoryIsToldAndLeavesTheModel) {
     EXPECT_NE(rig.doc().patches, before) << "the next one works again";
     rig.doc().detachView(view);
     rig.doc().documentModified = false;
+}
+
+TEST(MainFrame, AClickThatRunsOutOfMemoryIsToldAndLeavesWhatWasCaptured) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    PoorView view;
+    rig.run("patch.capture");
+    rig.doc().attachView(view);
+    view.poor = false;
+    view.poorHighlight = true;
+    rig.clickOn(onFirst);
+    EXPECT_EQ(rig.message(), QStringLiteral("The command could not be carried out (out of memory). The model is as it "
+                                            "was before."));
+    EXPECT_EQ(rig.doc().blockCount, 0);
+    EXPECT_TRUE(rig.frame.isVisible());
+    rig.doc().detachView(view);
 }
 
 TEST(MainFrame, TheSurfaceButtonFollowsWhatAPaintFindsOut) {

@@ -70,11 +70,4 @@ bool ModelFile::takeBack() {
     return true;
 }
 
-void ModelFile::restore(const ModelFile& before) {
-    const std::string shown = documentTitle;
-    *this = before;
-    documentTitle = shown;
-    setTitle(before.documentTitle);
-}
-
 } // namespace velmora

@@ -49,8 +49,6 @@ public:
     /// The model comes back that keepForUndo() was told of, under its own name. False when its title was "Wrong": what
     /// could be read of it is a model like any other, and gets its title by its kind.
     bool takeBack();
-    /// As it was at another moment; the title is shown if it is another one.
-    void restore(const ModelFile& before);
 
 private:
     struct Kept {

@@ -68,12 +68,10 @@ bool removeGeometryAfterQuestion(VelmoraDoc& doc) {
 
 // ---- The model while a file is opened --------------------------------------------------------------------------------
 
-ModelAside::ModelAside(VelmoraDoc& doc)
-    : doc_(doc), patches_(std::move(doc.patches)), region_(std::move(doc.feRegion)), structureKind_(doc.structureKind),
-      fileKind_(doc.fileKind), secondKind_(doc.secondKind), modelFile_(doc.modelFile), fieldLoaded_(doc.fieldLoaded),
-      fieldMode_(doc.fieldMode), fieldOpening_(doc.fieldOpening), fieldPatches_(std::move(doc.fieldPatches)),
-      cbcAppended_(doc.cbcAppended), gridNamed_(doc.gridNamed) {
+ModelAside::ModelAside(VelmoraDoc& doc) : doc_(doc), modelFile_(doc.modelFile) {
+    exchange();
     doc.clearModel();
+    doc.modelFile = modelFile_;
     doc.modelFile.forget();
     doc.modelFile.titleWrong = false;
 }
@@ -85,25 +83,39 @@ ModelAside::~ModelAside() {
         return;
     }
     doc_.clearModel();
-    doc_.patches = std::move(patches_);
-    doc_.feRegion = std::move(region_);
-    doc_.structureKind = structureKind_;
-    doc_.fileKind = fileKind_;
-    doc_.secondKind = secondKind_;
-    doc_.modelFile.restore(modelFile_);
-    doc_.fieldLoaded = fieldLoaded_;
-    doc_.fieldMode = fieldMode_;
-    doc_.fieldOpening = fieldOpening_;
-    doc_.fieldPatches = std::move(fieldPatches_);
-    doc_.cbcAppended = cbcAppended_;
-    doc_.gridNamed = gridNamed_;
+    exchange();
+    if (modelFile_.documentTitle != doc_.modelFile.documentTitle) {
+        doc_.ui().showTitle(doc_.modelFile.documentTitle);
+    }
     doc_.redraw();
 }
 
+void ModelAside::exchange() {
+    std::swap(doc_.patches, patches_);
+    std::swap(doc_.feRegion, region_);
+    std::swap(doc_.structureKind, structureKind_);
+    std::swap(doc_.fileKind, fileKind_);
+    std::swap(doc_.secondKind, secondKind_);
+    std::swap(doc_.modelFile, modelFile_);
+    std::swap(doc_.fieldLoaded, fieldLoaded_);
+    std::swap(doc_.fieldMode, fieldMode_);
+    std::swap(doc_.fieldOpening, fieldOpening_);
+    std::swap(doc_.fieldPatches, fieldPatches_);
+    std::swap(doc_.fieldTitleLine, fieldTitleLine_);
+    std::swap(doc_.fieldVariablesLine, fieldVariablesLine_);
+    std::swap(doc_.fieldCount, fieldCount_);
+    std::swap(doc_.cbcAppended, cbcAppended_);
+    std::swap(doc_.gridNamed, gridNamed_);
+}
+
+// The model that goes is in its place for the moment of the snapshot.
 void ModelAside::keepForUndo() {
     kept_ = true;
     doc_.showBlockOnly = false;
-    doc_.keepForUndo(std::move(patches_), std::move(region_), modelFile_);
+    exchange();
+    doc_.keepForUndo();
+    exchange();
+    doc_.modelFile.keepForUndo(modelFile_);
 }
 
 // ---- Open and Append ------------------------------------------------------------------------------------------------

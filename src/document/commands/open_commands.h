@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <string>
+
 #include "ModelFile.h"
 #include "PatchList.h"
 #include "kinds.h"
@@ -28,20 +31,25 @@ public:
     void keepForUndo();
 
 private:
+    void exchange();
+
     VelmoraDoc& doc_;
     bool kept_ = false;
     PatchList patches_;
     zRegion_fe region_;
-    StructureKind structureKind_;
-    FileKind fileKind_;
-    SecondKind secondKind_;
+    StructureKind structureKind_ = StructureKind::None;
+    FileKind fileKind_ = FileKind::None;
+    SecondKind secondKind_ = SecondKind::None;
     ModelFile modelFile_;
-    bool fieldLoaded_;
-    bool fieldMode_;
-    bool fieldOpening_;
+    bool fieldLoaded_ = false;
+    bool fieldMode_ = false;
+    bool fieldOpening_ = false;
     PatchList fieldPatches_;
-    bool cbcAppended_;
-    bool gridNamed_;
+    std::string fieldTitleLine_;
+    std::string fieldVariablesLine_;
+    std::int32_t fieldCount_ = 0;
+    bool cbcAppended_ = false;
+    bool gridNamed_ = false;
 };
 
 /// A model was opened: nothing is captured or changed, the views fit it, and what was lost is told.

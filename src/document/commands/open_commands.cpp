@@ -70,9 +70,9 @@ bool removeGeometryAfterQuestion(VelmoraDoc& doc) {
 
 ModelAside::ModelAside(VelmoraDoc& doc)
     : doc_(doc), patches_(std::move(doc.patches)), region_(std::move(doc.feRegion)), structureKind_(doc.structureKind),
-      fileKind_(doc.fileKind), secondKind_(doc.secondKind), modelFile_(doc.modelFile), fieldLoaded_(doc.fieldLoaded),
-      fieldMode_(doc.fieldMode), fieldOpening_(doc.fieldOpening), fieldPatches_(std::move(doc.fieldPatches)),
+      fileKind_(doc.fileKind), secondKind_(doc.secondKind), modelFile_(doc.modelFile), fieldOpening_(doc.fieldOpening),
       cbcAppended_(doc.cbcAppended), gridNamed_(doc.gridNamed) {
+    doc.exchangeField(field_);
     doc.clearModel();
     doc.modelFile.forget();
     doc.modelFile.titleWrong = false;
@@ -91,10 +91,8 @@ ModelAside::~ModelAside() {
     doc_.fileKind = fileKind_;
     doc_.secondKind = secondKind_;
     doc_.modelFile.restore(modelFile_);
-    doc_.fieldLoaded = fieldLoaded_;
-    doc_.fieldMode = fieldMode_;
     doc_.fieldOpening = fieldOpening_;
-    doc_.fieldPatches = std::move(fieldPatches_);
+    doc_.takeField(std::move(field_));
     doc_.cbcAppended = cbcAppended_;
     doc_.gridNamed = gridNamed_;
     doc_.redraw();
@@ -112,6 +110,8 @@ void ModelAside::keepForUndo() {
     doc_.undoModified = doc_.documentModified;
     doc_.undoPatches = std::move(patches_);
     doc_.undoRegion = std::move(region_);
+    doc_.undoField_ = std::move(field_);
+    doc_.pointUndoIsNewer = false;
     doc_.undoPath = modelFile_.chosenPath;
     doc_.modelFile.keepForUndo(modelFile_);
     doc_.patchUndoReady = true;

@@ -2,12 +2,12 @@
 
 #include "ModelFile.h"
 #include "PatchList.h"
+#include "VelmoraDoc.h"
 #include "kinds.h"
 #include "zRegion.h"
 
 namespace velmora {
 
-class VelmoraDoc;
 struct LoadTally;
 
 // What the commands that open a model have in common.
@@ -36,10 +36,8 @@ private:
     FileKind fileKind_;
     SecondKind secondKind_;
     ModelFile modelFile_;
-    bool fieldLoaded_;
-    bool fieldMode_;
     bool fieldOpening_;
-    PatchList fieldPatches_;
+    FieldSnapshot field_;
     bool cbcAppended_;
     bool gridNamed_;
 };

@@ -20,8 +20,11 @@ const FileMemory::Entry* FileMemory::find(const std::filesystem::path& path, con
 }
 
 void FileMemory::put(Entry entry) {
+    // A file that was written is another one than before, under each of its names.
     std::erase_if(entries_, [&entry](const Entry& other) {
-        return other.path == entry.path || other.identity.isSameFile(entry.identity);
+        const std::optional<FileIdentity> there = FileIdentity::of(other.path);
+        return other.path == entry.path || other.identity.isSameFile(entry.identity) ||
+               (there && there->isSameFile(entry.identity));
     });
     entries_.push_back(std::move(entry));
 }

@@ -305,6 +305,8 @@ public:
     /// The snapshot of a model that is about to be removed, with its file: brought back under the name of another file,
     /// it would be saved over that one.
     void keepForUndo();
+    /// The same for a model that was put aside, see ModelAside.
+    void keepForUndo(PatchList&& patchesBefore, zRegion_fe&& zonesBefore, const ModelFile& fileBefore);
     void UndoPoint();
     void UndoPatch();
 

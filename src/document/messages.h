@@ -24,6 +24,9 @@ inline Message rescueUnreadable(const std::string& path) {
 inline Message commandFailed(const std::string& cause) {
     return {Severity::Refused, "The command could not be carried out (" + cause + "). The model is as it was before."};
 }
+inline Message noSuchFile(const std::string& path) {
+    return {Severity::NotRead, "There is no " + path};
+}
 inline constexpr MessageText openCancelled{Severity::NoModel, "Open procedure is canceled"};
 inline constexpr MessageText cannotOpen{Severity::NotRead, cannotOpenMessage.data()};
 inline constexpr MessageText readFailed{Severity::NotRead, readFailedMessage.data()};

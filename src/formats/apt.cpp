@@ -114,6 +114,9 @@ void AptSecondPass::noteFault(FormatFaultKind kind, const std::string& reason) {
     const bool diskFailed = reader_.stream().readFailed();
     result_.endReached = false;
     result_.faults.push_back({diskFailed ? FormatFaultKind::Unread : kind, compartment_, 2});
+    if (thinner_.cutAtLimit() && !diskFailed) {
+        return; // behind the limit the file is not read as it stands, and that is told
+    }
     result_.record.losesGeometry(diskFailed ? unreadText(reader_.stream()) : patchText(compartment_) + reason);
 }
 
@@ -136,7 +139,7 @@ void AptSecondPass::noteEnd(const AptHeader& header) {
         return;
     }
     result_.textBehind = header.sections != unread || !reader_.endedAtEndOfFile();
-    if (result_.textBehind) {
+    if (result_.textBehind && !thinner_.cutAtLimit()) {
         result_.record.losesGeometry("No header stands in " + lineText(reader_.stream()) +
                                      ": what follows there is not read");
     }

@@ -122,6 +122,10 @@ void MainFrame::connectView() {
             QTimer::singleShot(0, this, &MainFrame::refresh); // lines have no surface, as the paint found out
         }
     });
+    connect(viewWidget_, &GlViewWidget::failed, this, [this](const QString& cause) {
+        // A box would bring the next paint, and that the next box.
+        session_->document().ShowStatus(message::commandFailed(plainBytes(cause)).text);
+    });
     connect(viewWidget_, &GlViewWidget::leftReleased, this, &MainFrame::refresh);
     connect(viewWidget_, &GlViewWidget::contextMenuWanted, this, &MainFrame::showContextMenu);
 }
@@ -228,6 +232,14 @@ void MainFrame::openFile(const QString& path) {
     openFiles({path});
 }
 
+void MainFrame::exit() {
+    if (mayLeave()) {
+        leaving_ = true;
+        close();
+        leaving_ = false;
+    }
+}
+
 bool MainFrame::mayLeave() {
     // What waits for an answer goes on first: the question would be answered by the end.
     return QApplication::activeModalWidget() == nullptr && session_->leave();
@@ -240,7 +252,7 @@ void MainFrame::openFiles(const QStringList& paths) {
     const auto missing = std::find_if(files.begin(), files.end(),
                                       [&](const auto& file) { return !std::filesystem::exists(file, error); });
     if (missing != files.end()) {
-        session_->document().ShowStatus("There is no " + missing->string());
+        session_->document().ui().showMessage(message::noSuchFile(missing->string()));
     } else if (files.size() == 1 && std::filesystem::is_directory(files.front(), error)) {
         carryOut([&] { session_->perform([&] { session_->document().openFilesIn(files.front()); }); });
     } else {
@@ -293,9 +305,12 @@ bool MainFrame::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void MainFrame::closeEvent(QCloseEvent* event) {
-    event->setAccepted(mayLeave());
+    // Nothing is asked in here: to a window that is closing a second request would come through, past the question.
+    event->setAccepted(leaving_ || (!session_->document().documentModified && mayLeave()));
     if (event->isAccepted()) {
         keepWindow();
+    } else if (QApplication::activeModalWidget() == nullptr) {
+        QTimer::singleShot(0, this, &MainFrame::exit);
     }
 }
 

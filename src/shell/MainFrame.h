@@ -57,7 +57,7 @@ private:
     void makeToolBars();
     void connectView();
     CommandState stateOf(const Command& command) const;
-    void exit() override { close(); }
+    void exit() override;
     void showGuide() override;
     void showAbout() override { emit aboutWanted(); }
     void toggleToolBars() override;
@@ -77,6 +77,7 @@ private:
     CommandActions* actions_;
     HelpDesk* help_;
     QList<QToolBar*> toolBars_;
+    bool leaving_ = false;      ///< the question was answered: the window may go
     bool surfaceShown_ = false; ///< what the Surface button says
     std::unique_ptr<QtUserInterface> userInterface_;
     std::unique_ptr<Session> session_;

@@ -237,7 +237,13 @@ TEST_F(LineBuffer, OpenLeavesOutAPointThatIsNotComplete) {
     ui.files = {{folder / "cut.ext"}};
     doc.OpenBuffer();
     EXPECT_EQ(doc.lineBuffer, (PointList{{1, 2, 3}}));
-    EXPECT_THAT(heard(), ElementsAre("chooser: Open -> 1"));
+    EXPECT_THAT(heard(), ElementsAre("chooser: Open -> 1", "status: The last point in line 3 has 2 of its 3 numbers"));
+    // What was left out stands in the file alone.
+    ui.files = {{folder / "cut.ext"}};
+    doc.SaveBuffer();
+    EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1",
+                                     "question: cut.ext holds more than was read. Overwrite it? -> no"));
+    EXPECT_EQ(fileText(folder / "cut.ext"), "1 2 3\n4 5\n");
 }
 
 TEST_F(LineBuffer, OpenAndSaveSayWhatIsImpossible) {

@@ -111,7 +111,8 @@ TEST_F(ReferenceFiles, ThatCannotBeReadChangeNothing) {
     appendWrl(folder / "absent.wrl");
     EXPECT_EQ(heard().size(), 2U);
     appendWrl(file("cut.wrl", std::string(squareWrl).substr(0, 90)));
-    EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 1", "message: Open procedure is canceled"));
+    EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 1", "status: Face sets: 1, kept: 0 (the file ends within it)",
+                                     "message: Open procedure is canceled"));
     EXPECT_EQ(doc.secondKind, SecondKind::None);
     EXPECT_THAT(doc.referenceRegion.blocks, IsEmpty());
     EXPECT_FALSE(doc.patchUndoReady);
@@ -131,7 +132,7 @@ TEST_F(ReferenceFiles, CloseWrlEmptiesIt) {
 
 TEST_F(ReferenceFiles, AppendDatLeavesNoSecondGridOpen) {
     hold({flatPatch(2, 2)});
-    ui.files.push_back({file("g.dat", "VARIABLES = \"x\", \"y\", \"z\"\nZONE I=2, J=2, F=POINT\n"
+    ui.files.push_back({file("g.dat", "VARIABLES = \"x\", \"y\", \"z\"\nZONE I=2, J=2, K=1, F=POINT\n"
                                       "0 0 1\n1 0 1\n0 1 1\n1 1 1\n")});
     doc.AppendDat();
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 1"));
@@ -148,8 +149,9 @@ TEST_F(ReferenceFiles, AppendDatTellsWhatIsWrongWithTheFile) {
     ui.files.push_back({file("g.dat", "VARIABLES = \"x\", \"y\"\nZONE I=2, J=2, F=POINT\n0 0\n1 0\n0 1\n1 1\n")});
     doc.AppendDat();
     const Lines said = heard();
-    ASSERT_EQ(said.size(), 2U);
+    ASSERT_EQ(said.size(), 3U);
     EXPECT_THAT(said[1], testing::HasSubstr("missing coordinate(s):  'z'"));
+    EXPECT_EQ(said[2], "status: missing coordinate(s):  'z'");
     EXPECT_EQ(doc.structureKind, StructureKind::Structured);
     doc.AppendDat();
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 0"));

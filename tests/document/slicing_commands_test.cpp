@@ -602,17 +602,35 @@ TEST_F(ZoneKnife, LinkOfTheTemporaryNameIsNotWrittenThrough) {
     EXPECT_TRUE(std::filesystem::is_symlink(folder / "Wing_0.dat"));
 }
 
-TEST_F(ZoneKnife, FailedWriteLeavesTheModel) {
+TEST_F(ZoneKnife, FailedWriteOfThePartsLeavesTheModel) {
     doc.modelFile.chosenPath = folder / "absent" / "wing.stl";
-    for (const char* const kind : {"1", "3"}) {
-        answer({{"section", "1"}, {"cutKind", kind}});
-        doc.KnifeZones();
-        EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok",
-                                         StartsWith("message: \n--- Error Message ---\n\nFile Error: ...")));
-        EXPECT_EQ(elements(), 12);
-        EXPECT_EQ(doc.feRegion.blocks[0]->title, "box");
-        EXPECT_FALSE(doc.patchUndoReady);
-    }
+    answer({{"section", "1"}, {"cutKind", "3"}});
+    doc.KnifeZones();
+    EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok",
+                                     StartsWith("message: \n--- Error Message ---\n\nFile Error: ...")));
+    EXPECT_EQ(elements(), 12);
+    EXPECT_EQ(doc.feRegion.blocks[0]->title, "box");
+    EXPECT_FALSE(doc.patchUndoReady);
+}
+
+TEST_F(ZoneKnife, CutNeedsNothingBesideTheModel) {
+    doc.modelFile.chosenPath = folder / "absent" / "wing.stl";
+    answer({{"section", "1"}});
+    doc.KnifeZones();
+    EXPECT_EQ(usedBox(doc.feRegion).second, Point(1, 3, 8));
+    EXPECT_FALSE(std::filesystem::exists(folder / "absent"));
+}
+
+TEST_F(ZoneKnife, CutWithoutRoomForItsFileLeavesTheModel) {
+    const char* const before = std::getenv("TMPDIR");
+    const std::string old = before == nullptr ? "" : before;
+    ::setenv("TMPDIR", (folder / "absent").c_str(), 1);
+    answer({{"section", "1"}});
+    doc.KnifeZones();
+    before == nullptr ? ::unsetenv("TMPDIR") : ::setenv("TMPDIR", old.c_str(), 1);
+    EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok", "message: It is impossible to save current file"));
+    EXPECT_EQ(elements(), 12);
+    EXPECT_FALSE(doc.patchUndoReady);
 }
 
 TEST_F(ZoneKnife, SurfaceWithoutTrianglesHasNoInside) {

@@ -115,7 +115,7 @@ TEST_F(SessionTest, ACommandIsReportedWithWhatWasSaidAskedAndAnswered) {
     person.files = {{folder / "nothing.apt"}};
     const CommandReport report = run("file.open");
     ASSERT_THAT(report.questions, testing::SizeIs(1));
-    EXPECT_TRUE(report.questions[0].yes);
+    EXPECT_EQ(report.questions[0].answer, Answer::Yes);
     ASSERT_THAT(report.choosers, testing::SizeIs(1));
     EXPECT_EQ(report.choosers[0].command, "file.open");
     ASSERT_GE(report.messages.size(), 1U);

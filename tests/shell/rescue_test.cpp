@@ -216,7 +216,8 @@ TEST(RescueCopy, TellsOnceWhereNoneCanBeKept) {
         copy.look();
     }
     EXPECT_EQ(rig.message(), QStringLiteral("No rescue copy can be kept in ") + qtPath(rig.root));
-    EXPECT_FALSE(copy.writeNow() && copiesIn(rig.root).empty());
+    EXPECT_FALSE(copy.writeNow());
+    EXPECT_THAT(copiesIn(rig.root), IsEmpty());
 }
 
 TEST(RescueCopy, OfTwoMillionPointsHoldsUpTheWindowForLessThanTheEyeNotices) {

@@ -158,40 +158,46 @@ Walk closestWalk(const PointList& previous, const PointList& ring, std::size_t c
     return best;
 }
 
-void alignClosed(const PointList& previous, PointList& section) {
-    const std::size_t count = section.size() - 1;
-    const Walk walk = closestWalk(previous, section, count);
-    if (walk.start == 0 && !walk.backward) {
-        return;
+/// The walk that lies closest to the section before; one that goes straight through where nothing is to change.
+Walk walkBeside(const PointList& previous, const PointList& section, bool closed) {
+    const std::size_t count = section.size();
+    if (closed) {
+        return closestWalk(previous, section, count - 1);
     }
-    PointList walked;
-    walked.reserve(section.size());
-    for (std::size_t i = 0; i <= count; ++i) {
-        walked.push_back(section[walk.at(i, count)]);
-    }
-    section = std::move(walked);
+    const Walk turned{count - 1, true};
+    const bool less =
+        sumOfDistances(previous, section, count, turned) < sumOfDistances(previous, section, count, Walk());
+    return less ? turned : Walk();
 }
 
-void alignOpen(const PointList& previous, PointList& section) {
-    const std::size_t count = section.size();
-    const Walk turned{count - 1, true};
-    if (sumOfDistances(previous, section, count, turned) < sumOfDistances(previous, section, count, {})) {
-        std::reverse(section.begin(), section.end());
+PointList walkedThrough(const PointList& section, const Walk& walk, bool closed) {
+    const std::size_t count = closed ? section.size() - 1 : section.size();
+    PointList walked;
+    walked.reserve(section.size());
+    for (std::size_t i = 0; i < section.size(); ++i) {
+        walked.push_back(section[walk.at(i, count)]);
     }
+    return walked;
 }
 
 } // namespace
 
-void alignSections(Patch& patch) {
+void alignSections(Patch& patch, Patch* values) {
     constexpr std::size_t fewestOfRing = 4;
     for (std::size_t j = 1; j < patch.size(); ++j) {
-        const PointList& previous = patch[j - 1];
         PointList& section = patch[j];
-        if (section.size() != previous.size() || section.size() < 2) {
+        if (section.size() != patch[j - 1].size() || section.size() < 2) {
             continue;
         }
         const bool closed = section.size() >= fewestOfRing && samePoint(section.front(), section.back());
-        (closed ? alignClosed : alignOpen)(previous, section);
+        const Walk walk = walkBeside(patch[j - 1], section, closed);
+        if (walk.start == 0 && !walk.backward) {
+            continue;
+        }
+        section = walkedThrough(section, walk, closed);
+        if (values != nullptr) {
+            (*values)[j] = walkedThrough((*values)[j], walk, closed);
+        }
     }
 }
 

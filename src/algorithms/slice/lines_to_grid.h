@@ -22,7 +22,7 @@ bool alignWithPrevious(const PointList& previous, PointList& next);
 /// that makes the sum less. A tie leaves it as it is, and so does a section before of another number of points. A
 /// section of more than three points is closed when its first and last one are the same point by `samePoint`; that
 /// point counts once. Sections of n points that resemble each other take about n to the power of 1.5 distances, others
-/// n squared at worst.
-void alignSections(Patch& patch);
+/// n squared at worst. `values`, if there are any, have the shape of `patch`; they go along with the points.
+void alignSections(Patch& patch, Patch* values = nullptr);
 
 } // namespace velmora

@@ -113,6 +113,9 @@ void VelmoraDoc::ConvertToApt() {
     {
         const BusyScope busy(ui_);
         patches = linesToGrid(patches, toAptValues.pointCount, toAptValues.approximation == 1, wholeField());
+        for (std::size_t k = 0; toAptValues.align && k < patches.size(); ++k) {
+            alignSections(patches[k], wholeField() != nullptr ? &(*wholeField())[k] : nullptr);
+        }
     }
     finishConversion(StructureKind::Structured, FileKind::Apt, "apt");
     leavePointAndCurves();

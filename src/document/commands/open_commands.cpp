@@ -101,21 +101,12 @@ ModelAside::~ModelAside() {
 void ModelAside::keepForUndo() {
     kept_ = true;
     doc_.showBlockOnly = false;
-    doc_.pointUndoPatches.clear();
-    doc_.pointUndoRegion.blocks.clear();
-    doc_.pointUndoReady = false;
-    if (patches_.empty() && region_.blocks.empty()) {
-        return;
+    const bool removed = !patches_.empty() || !region_.blocks.empty();
+    doc_.keepForUndo(std::move(patches_), std::move(region_), modelFile_);
+    if (removed) {
+        doc_.undoField_ = std::move(field_);
+        doc_.pointUndoIsNewer = false;
     }
-    doc_.undoModified = doc_.documentModified;
-    doc_.undoPatches = std::move(patches_);
-    doc_.undoRegion = std::move(region_);
-    doc_.undoField_ = std::move(field_);
-    doc_.pointUndoIsNewer = false;
-    doc_.undoPath = modelFile_.chosenPath;
-    doc_.modelFile.keepForUndo(modelFile_);
-    doc_.patchUndoReady = true;
-    doc_.rebuildOnUndo = false;
 }
 
 // ---- Open and Append ------------------------------------------------------------------------------------------------
@@ -125,6 +116,11 @@ namespace {
 /// Whether a file behind the first joins it.
 bool joinsFirst(const std::filesystem::path& path, const std::vector<std::filesystem::path>& paths) {
     return extensionOf(path) == extensionOf(paths.front());
+}
+
+/// Patches or zones of the model.
+std::size_t partsOf(const VelmoraDoc& doc) {
+    return doc.patches.size() + doc.feRegion.blocks.size();
 }
 
 /// The files behind the first join it, if they are of its extension.
@@ -141,11 +137,16 @@ void loadFurtherFiles(VelmoraDoc& doc, const std::vector<std::filesystem::path>&
             tally.losses.push_back(path->filename().string() + " was not opened: it is of another type than the first");
             continue;
         }
+        const std::filesystem::path pathBefore = doc.modelFile.chosenPath;
+        const std::size_t partsBefore = partsOf(doc);
         doc.modelFile.adopt(*path);
         if (doc.structureKind == StructureKind::Unstructured) {
             appendUnstructuredFile(doc, doc.modelFile.chosenPath, doc.modelFile.fileExtension, {.joins = true}, tally);
         } else {
             loadFile(doc, doc.modelFile.chosenPath, doc.modelFile.fileExtension, {.joins = true}, tally);
+        }
+        if (partsOf(doc) == partsBefore) {
+            doc.modelFile.adopt(pathBefore); // a file that gave nothing does not give its name
         }
     }
 }
@@ -260,13 +261,13 @@ void VelmoraDoc::appendFile() {
     const std::filesystem::path path = fullPath(paths.front());
     modelFile.fileExtension = extensionOf(path);
     const LoadMode mode = {.append = true, .field = fieldOpening};
-    const std::size_t partsBefore = patches.size() + feRegion.blocks.size();
+    const std::size_t partsBefore = partsOf(*this);
     if (zones) {
         appendUnstructuredFile(*this, path, modelFile.fileExtension, mode, tally);
     } else {
         loadFile(*this, path, modelFile.fileExtension, mode, tally);
     }
-    if (patches.size() + feRegion.blocks.size() == partsBefore) {
+    if (partsOf(*this) == partsBefore) {
         documentModified = modifiedBefore; // a file that gave nothing changed nothing
     }
     rebuildOnUndo = true;

@@ -23,7 +23,7 @@ void VelmoraDoc::saveModel() {
 
 std::filesystem::path VelmoraDoc::saveTarget() const {
     std::filesystem::path target = modelFile.chosenPath;
-    if (structureKind == StructureKind::None) {
+    if (structureKind == StructureKind::None || holdsNothing()) {
         return {};
     }
     if (structureKind == StructureKind::Structured && extensionOf(target) != textOf(fileKind)) {
@@ -158,14 +158,14 @@ void VelmoraDoc::saveModelAs() {
         // The model stays a grid, whose file has another type: its title stays too.
         ui_.showMessage(message::convertedToDat);
     } else {
+        modelFile.titleWrong = false;
+        modelFile.takeExtension(extension);
         if (grid && isZoneFormat(extension)) {
             becomeSurface(*this, surface);
         } else {
             ui_.addRecentFile(path.parent_path());
             ui_.addRecentFile(path);
         }
-        modelFile.titleWrong = false;
-        modelFile.takeExtension(extension);
     }
     documentModified = false;
     tellSaved(*this, outcome);

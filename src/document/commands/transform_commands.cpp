@@ -164,8 +164,8 @@ void VelmoraDoc::TurnRound() {
             continue;
         }
         reverseLines(patches[k]);
-        if (fieldMode && k < fieldPatches.size()) {
-            reverseLines(fieldPatches[k]);
+        if (PatchList* const field = wholeField()) {
+            reverseLines((*field)[k]);
         }
         if (part == capture->capturedPatch) {
             renumberCapture(capture, patches[k], false);

@@ -72,6 +72,24 @@ void VelmoraDoc::keepForUndo() {
     modelFile.keepForUndo(modelFile);
 }
 
+void VelmoraDoc::keepForUndo(PatchList&& patchesBefore, zRegion_fe&& zonesBefore, const ModelFile& fileBefore) {
+    pointUndoPatches.clear();
+    pointUndoRegion.blocks.clear();
+    pointUndoReady = false;
+    if (patchesBefore.empty() && zonesBefore.blocks.empty()) {
+        return;
+    }
+    ++patchSnapshotsBegun_;
+    undoModified = documentModified;
+    undoPatches = std::move(patchesBefore);
+    undoRegion = std::move(zonesBefore);
+    undoPath = fileBefore.chosenPath;
+    modelFile.keepForUndo(fileBefore);
+    patchUndoReady = true;
+    rebuildOnUndo = false;
+    ++patchSnapshots_;
+}
+
 void VelmoraDoc::clearSnapshots() {
     pointUndoPatches.clear();
     undoPatches.clear();

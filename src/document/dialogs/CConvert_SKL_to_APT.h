@@ -11,6 +11,7 @@ namespace velmora {
 struct CConvert_SKL_to_APT {
     std::int32_t pointCount = 20;   ///< of every section of the grid
     std::int32_t approximation = 1; ///< 1 spline, 2 linear
+    bool align = false;             ///< each section follows the one before
 
     MemoryRoom room = {}; ///< set by the command before the dialog opens: of one point of each section
 };

@@ -165,6 +165,16 @@ TEST(AlignSections, TurnsAClosedLineThatRunsTheOtherWay) {
     EXPECT_EQ(patch[1], square(1, {0, 1, 2, 3, 0}));
 }
 
+TEST(AlignSections, TakesTheValuesOfThePointsAlong) {
+    Patch patch = {square(0, {0, 1, 2, 3, 0}), square(1, {2, 1, 0, 3, 2})};
+    Patch values = {{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {3, 0, 0}, {0, 0, 0}},
+                    {{12, 0, 0}, {11, 0, 0}, {10, 0, 0}, {13, 0, 0}, {12, 0, 0}}};
+    const PointList before = values[0];
+    alignSections(patch, &values);
+    EXPECT_EQ(values[0], before);
+    EXPECT_EQ(values[1], (PointList{{10, 0, 0}, {11, 0, 0}, {12, 0, 0}, {13, 0, 0}, {10, 0, 0}}));
+}
+
 TEST(AlignSections, TurnsAnOpenLineIfThatIsLess) {
     Patch patch = {{{0, 0, 0}, {1, 0, 0}, {5, 0, 0}}, {{5, 1, 0}, {1, 1, 0}, {0, 1, 0}}};
     alignSections(patch);

@@ -482,6 +482,7 @@ public:
 
 private:
     friend class CommandGuard;
+    friend class ModelAside;
 
     void snapshot(PatchList& undoList, zRegion_fe& undoZones, FieldSnapshot& undoField);
     void exchangeWithSnapshot();

@@ -29,9 +29,14 @@ inline std::string unsoundness(VelmoraDoc& doc) {
         }
         break;
     }
-    if (doc.structureKind == StructureKind::Structured && doc.fileKind == FileKind::Apt &&
-        regularityOf(doc.patches) == Regularity::Irregular) {
-        return "a grid with sections of different lengths";
+    if (doc.structureKind == StructureKind::Structured && doc.fileKind == FileKind::Apt) {
+        for (const Patch& patch : doc.patches) {
+            for (const PointList& section : patch) {
+                if (section.size() != patch.front().size()) {
+                    return "a grid with sections of different lengths";
+                }
+            }
+        }
     }
     if (!isFinite(doc.patches) || !isFinite(doc.feRegion)) {
         return "a number that is not finite";
@@ -60,7 +65,10 @@ inline std::string unsoundness(VelmoraDoc& doc) {
     if (held.lineCaptured && doc.pointAt(held.capturedPatch, 0, held.capturedLine) == nullptr) {
         return "a captured line that is not there";
     }
-    if (held.pointCaptured && !doc.positionAt(held.capturedPatch, held.capturedPointSection, held.capturedPoint)) {
+    // While the next point is waited for the number of the one before is none already.
+    const bool waiting = held.pointCaptureArmed || held.freePointArmed;
+    if (held.pointCaptured && !waiting &&
+        !doc.positionAt(held.capturedPatch, held.capturedPointSection, held.capturedPoint)) {
         return "a captured point that is not there";
     }
     return "";

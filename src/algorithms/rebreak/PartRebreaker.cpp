@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "curve_tolerances.h"
 #include "carried_values.h"
+#include "curve_tolerances.h"
 #include "vectors.h"
 
 namespace velmora {

@@ -5,12 +5,12 @@
 
 #include "ModelFile.h"
 #include "PatchList.h"
+#include "VelmoraDoc.h"
 #include "kinds.h"
 #include "zRegion.h"
 
 namespace velmora {
 
-class VelmoraDoc;
 struct LoadTally;
 
 // What the commands that open a model have in common.

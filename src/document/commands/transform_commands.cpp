@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "VelmoraDoc.h"
+#include "capture_address.h"
 #include "messages.h"
 #include "patch_order.h"
 #include "zone_nodes.h"
@@ -223,6 +224,10 @@ void VelmoraDoc::Convertation() {
     }
     // No snapshot: the command chosen again takes it back. It is a change all the same, asked about before leaving.
     documentModified = true;
+    // With a zBlock that does not hold its patch the capture alone has turned: its numbers may be past the patch's
+    // ends.
+    keepCaptureInside(*this);
+    followCapturedPoint();
     redraw();
 }
 

@@ -257,6 +257,11 @@ void VelmoraDoc::UndoPatch() {
     emptyBlock();
     showBlockOnly = false; // of an empty zBlock nothing would be shown
     keepCaptureInside(*this);
+    if (capture->curveHeld() && !curveIsThere()) {
+        // Of zones, and of a patch without a section, there is none to hold.
+        ExitLineRegime();
+        ShowStatus(capture->undoStatus);
+    }
     if (pointUndoReady && structureKind == StructureKind::Unstructured) {
         capture.placePoint(undoNode);
     } else {

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 
 #include "about.h"
 #include "command_help.h"
 #include "file_events.h"
 #include "parse_number.h"
-#include "print_values.h"
 
 namespace velmora {
 
@@ -57,7 +57,7 @@ std::string joined(std::span<const std::string> words) {
 
 } // namespace
 
-const std::array<BatchSession::LineKind, 9> BatchSession::lineKinds = {{
+const std::array<BatchSession::LineKind, 10> BatchSession::lineKinds = {{
     {"open", &BatchSession::openPath, "open PATH"},
     {"run", &BatchSession::runCommand, "run COMMAND [NAME=VALUE ...]"},
     {"size", &BatchSession::resize, "size WIDTH HEIGHT, in whole pixels up to 1000000"},
@@ -65,6 +65,7 @@ const std::array<BatchSession::LineKind, 9> BatchSession::lineKinds = {{
     {"key", &BatchSession::pressKey, "key escape"},
     {"wait", &BatchSession::passTime, "wait MILLISECONDS, a whole number from 0 to 3600000"},
     {"print", &BatchSession::print, "print WHAT"},
+    {"measure", &BatchSession::measure, "measure A B [C], each K/N/M, ZONE/NODE or X,Y,Z"},
     {"help", &BatchSession::help, "help COMMAND"},
     {"quit", &BatchSession::quit, "quit [answer=yes or no]"},
 }};
@@ -219,11 +220,25 @@ MaybeFailure BatchSession::print(Words words) {
         sayValue("read", std::move(events));
         return std::nullopt;
     }
-    auto value = printedValue(words, session_.document(), session_.view());
+    try {
+        return sayIfFound(joined(words), printedValue(words, session_.document(), session_.view()));
+    } catch (const std::bad_alloc&) {
+        return tooLargeToPrint(joined(words)); // the line fails, and the model is still there
+    }
+}
+
+MaybeFailure BatchSession::measure(Words words) {
+    if (words.size() != 2 && words.size() != 3) {
+        return badUsage("measure");
+    }
+    return sayIfFound("measure", measuredValue(words, session_.document()));
+}
+
+MaybeFailure BatchSession::sayIfFound(const std::string& what, PrintedValue value) {
     if (const auto* failure = std::get_if<ScriptFailure>(&value)) {
         return *failure;
     }
-    sayValue(joined(words), std::move(*std::get_if<Json>(&value)));
+    sayValue(what, std::move(*std::get_if<Json>(&value)));
     return std::nullopt;
 }
 

@@ -9,6 +9,7 @@
 #include "BatchSurface.h"
 #include "BatchUserInterface.h"
 #include "Session.h"
+#include "print_values.h"
 
 namespace velmora {
 
@@ -53,7 +54,7 @@ private:
         const char* usage;
     };
 
-    static const std::array<LineKind, 9> lineKinds;
+    static const std::array<LineKind, 10> lineKinds;
     static MaybeFailure badUsage(const char* word);
 
     MaybeFailure runWords(const ScriptLine& line);
@@ -64,6 +65,8 @@ private:
     MaybeFailure pressKey(Words words);
     MaybeFailure passTime(Words words);
     MaybeFailure print(Words words);
+    MaybeFailure measure(Words words);
+    MaybeFailure sayIfFound(const std::string& what, PrintedValue value);
     MaybeFailure help(Words words);
     MaybeFailure quit(Words words);
 

@@ -14,6 +14,10 @@ Json numberValue(double value) {
     return value;
 }
 
+Json maybeNumberValue(const std::optional<double>& value) {
+    return value ? numberValue(*value) : Json();
+}
+
 Json pointValue(const zVec<double>& point) {
     return Json::array({numberValue(point.x), numberValue(point.y), numberValue(point.z)});
 }

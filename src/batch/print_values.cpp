@@ -7,11 +7,11 @@ namespace velmora {
 namespace {
 
 constexpr const char* knownValues = "print one of: state, commands, version, read, view, scene, scene overlay, window "
-                                    "X Y Z, dialog NAME, kernel NAME NUMBERS, or a "
+                                    "X Y Z, dialog NAME, kernel NAME NUMBERS, report, curve, or a "
                                     "list of the model such as patches or lineBuffer";
 
 /// A value that takes no arguments.
-std::optional<Json> plainValue(const std::string& name, const VelmoraDoc& doc, VelmoraView& view) {
+std::optional<Json> plainValue(const std::string& name, VelmoraDoc& doc, VelmoraView& view) {
     if (name == "state") {
         return stateValue(doc, view);
     }
@@ -27,14 +27,28 @@ std::optional<Json> plainValue(const std::string& name, const VelmoraDoc& doc, V
     if (name == "scene") {
         return sceneValue(view);
     }
+    if (name == "report") {
+        return reportValue(doc);
+    }
+    if (name == "curve") {
+        return curveValue(doc);
+    }
     return geometryValue(name, doc);
 }
 
 } // namespace
 
+ScriptFailure tooLargeToPrint(const std::string& what) {
+    return {"there is not enough free memory to print " + inQuotes(what),
+            "print a part of it: print state counts what the model holds"};
+}
+
 PrintedValue printedValue(std::span<const std::string> words, VelmoraDoc& doc, VelmoraView& view) {
     const std::string& name = words.front();
     const auto arguments = words.subspan(1);
+    if (printedBytes(name, doc, view) > doc.memoryRoom(0.0).free) {
+        return tooLargeToPrint(name);
+    }
     if (name == "window") {
         return windowValue(arguments, view, doc);
     }

@@ -10,7 +10,8 @@ namespace {
 
 bool isCancelled(const CommandReport::Question& question) {
     // To leave without saving is an answer like the other: the program goes on to end.
-    return !question.yes && question.text != message::saveBeforeExit;
+    return question.answer == Answer::None ||
+           (question.answer == Answer::No && question.text != message::saveBeforeExit);
 }
 
 Outcome outcomeOf(const FileRead& read) {
@@ -67,7 +68,7 @@ bool keptNothing(const FileRead& read) {
 }
 
 Outcome CommandReport::outcome() const {
-    Outcome worst = outcomeOf(messages);
+    Outcome worst = std::max(outcomeOf(messages), off ? Outcome::Refused : Outcome::Ok);
     for (const FileRead& read : filesRead) {
         worst = std::max(worst, outcomeOf(read));
     }

@@ -31,6 +31,8 @@ CommandReport Session::run(const Command& command) {
     return perform([&] {
         if (isOn(command)) {
             carryOut(command);
+        } else {
+            recorder_.note(&CommandReport::off);
         }
     });
 }
@@ -38,7 +40,7 @@ CommandReport Session::run(const Command& command) {
 void Session::carryOut(const Command& command) {
     switch (command.owner) {
     case CommandOwner::Document:
-        (document_.*command.run)();
+        document_.runCommand(command.run);
         break;
     case CommandOwner::View:
         view_.runViewCommand(command.id);
@@ -64,7 +66,7 @@ CommandReport Session::openInstead(const std::vector<std::filesystem::path>& pat
 bool Session::leave() {
     const bool left = document_.saveModified();
     if (!left) {
-        recorder_.noteStaying();
+        recorder_.note(&CommandReport::stayed);
     }
     return left;
 }

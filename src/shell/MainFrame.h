@@ -17,7 +17,7 @@ class HelpDesk;
 
 /// The frame: menu bar, tool bars, status line, and the session with its one view. It runs commands by the session and
 /// keeps their states up to date.
-class MainFrame : public QMainWindow, private ShellCommands {
+class MainFrame : public QMainWindow, public ShellCommands {
     Q_OBJECT
 
 public:
@@ -57,14 +57,14 @@ private:
     void makeToolBars();
     void connectView();
     CommandState stateOf(const Command& command) const;
-    std::optional<bool> checkedState(std::string_view id) const;
     void exit() override;
     void showGuide() override;
     void showAbout() override { emit aboutWanted(); }
     void toggleToolBars() override;
     void toggleStatusBar() override;
+    bool toolBarsShown() const override;
+    bool statusBarShown() const override { return !status_->isHidden(); }
     void showContextMenu(const QPoint& position);
-    bool toolBarsShown() const;
     void refresh();
     bool restoreWindow();
     void keepSensibleSize();

@@ -45,6 +45,7 @@ public:
     bool showDialog(DialogForm& form) override;
     bool showRegularInput(CRegularInput& table) override;
     std::vector<std::filesystem::path> chooseFiles(const FileRequest& request) override;
+    bool chooserAsksToOverwrite() const override { return true; }
     void setBusy(bool busy) override;
     void showProgress(double fraction) override;
     void addRecentFile(const std::filesystem::path& path) override;

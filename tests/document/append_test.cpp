@@ -76,7 +76,8 @@ TEST_F(Append, KeepsStemAndDirectoryOfTheFirstFile) {
 
 TEST_F(Append, ChangesTheExtensionByTheKindAlone) {
     EXPECT_THAT(append("other/lines.skl", sklText({patchOf({2, 5})})),
-                ElementsAre("chooser: Append -> 1", "title: wing.skl"));
+                ElementsAre("chooser: Append -> 1", "title: wing.skl",
+                            "status: Save writes " + (folder / "Wing.skl").string()));
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
     EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.skl");
     EXPECT_EQ(doc.modelFile.chosenPath, folder / "Wing.skl");

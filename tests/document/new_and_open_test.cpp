@@ -206,14 +206,17 @@ TEST_F(Open, LowersTitleAndPathButKeepsTheFilesSpelling) {
 }
 
 TEST_F(Open, OfARegularSklFileTakesTheKindAndTitleApt) {
-    EXPECT_EQ(openHeard({writeSkl("hull.skl", {flatPatch(3, 4)})}).back(), "title: hull.apt");
+    EXPECT_THAT(
+        openHeard({writeSkl("hull.skl", {flatPatch(3, 4)})}),
+        ElementsAre("title: hull.skl", "title: hull.apt", "status: Save writes " + (folder / "hull.apt").string()));
     expectKinds(StructureKind::Structured, FileKind::Apt);
     EXPECT_EQ(doc.modelFile.documentTitle, "hull.apt");
 }
 
 TEST_F(Open, OfAnAptFileWithAPatchOfOneSectionTakesTheKindTitleAndPathSkl) {
-    EXPECT_THAT(openHeard({writeApt("wing.apt", {flatPatch(2, 3), flatPatch(1, 3)})}),
-                ElementsAre("title: wing.apt", "title: wing.skl"));
+    EXPECT_THAT(
+        openHeard({writeApt("wing.apt", {flatPatch(2, 3), flatPatch(1, 3)})}),
+        ElementsAre("title: wing.apt", "title: wing.skl", "status: Save writes " + (folder / "wing.skl").string()));
     expectKinds(StructureKind::Structured, FileKind::Skl);
     EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.skl");
 }
@@ -234,22 +237,19 @@ TEST_F(Open, AnsweredWithNoStopsBeforeTheChooser) {
     EXPECT_FALSE(doc.patchUndoReady);
 }
 
-TEST_F(Open, CancelledAfterYesLeavesAnEmptyDocumentThatUndoFills) {
+// The user's data win: the yes is to another model, and there is none.
+TEST_F(Open, CancelledAfterYesLeavesTheModel) {
     hold({flatPatch(2, 3)});
     armEverything();
     const PatchList before = doc.patches;
     doc.showBlockOnly = doc.rebuildOnUndo = doc.fieldOpening = true;
     ui.answers = {true};
     const Lines lines = open({});
-    EXPECT_EQ(lines[0], removalAnswered);
-    EXPECT_EQ(lines[1], "title: Untitled");
-    EXPECT_EQ(lines[2], "chooser: Open -> 0");
-    EXPECT_TRUE(doc.patches.empty());
-    expectKinds(StructureKind::None, FileKind::None);
-    EXPECT_FALSE(doc.showBlockOnly || doc.rebuildOnUndo || doc.fieldOpening);
-    EXPECT_TRUE(doc.patchUndoReady);
-    doc.UndoPatch();
+    EXPECT_THAT(lines, ElementsAre(removalAnswered, "chooser: Open -> 0"));
     EXPECT_EQ(doc.patches, before);
+    expectKinds(StructureKind::Structured, FileKind::Apt);
+    EXPECT_TRUE(doc.showBlockOnly && doc.rebuildOnUndo && doc.fieldOpening);
+    EXPECT_FALSE(doc.patchUndoReady);
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
 
@@ -259,7 +259,7 @@ TEST_F(Open, OverAModelReplacesItAndCanBeUndone) {
     const PatchList model = {flatPatch(5, 5)};
     ui.answers = {true};
     EXPECT_THAT(open({writeApt("body.apt", model)}),
-                ElementsAre(removalAnswered, "title: Untitled", "chooser: Open -> 1", "title: body.apt"));
+                ElementsAre(removalAnswered, "chooser: Open -> 1", "title: body.apt"));
     EXPECT_EQ(doc.patches, model);
     doc.UndoPatch();
     EXPECT_EQ(doc.patches, before);
@@ -273,14 +273,14 @@ TEST_F(Open, LeavesTheRegimesOfTheModelBefore) {
     expectIdle();
 }
 
-TEST_F(Open, OfAnEmptyAptFileIsCancelledUnderItsTitle) {
-    EXPECT_THAT(openHeard({write("none.apt", "")}), ElementsAre("title: none.apt", cancelled));
+TEST_F(Open, OfAnEmptyAptFileIsCancelledAndGivesNoTitle) {
+    EXPECT_THAT(openHeard({write("none.apt", "")}), ElementsAre(cancelled));
     expectKinds(StructureKind::None, FileKind::None);
-    EXPECT_EQ(doc.modelFile.documentTitle, "none.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "Untitled");
 }
 
-TEST_F(Open, OfAnEmptySklFileIsCancelledUnderItsTitle) {
-    EXPECT_THAT(openHeard({write("none.skl", "")}), ElementsAre("title: none.skl", cancelled));
+TEST_F(Open, OfAnEmptySklFileIsCancelledAndGivesNoTitle) {
+    EXPECT_THAT(openHeard({write("none.skl", "")}), ElementsAre(cancelled));
     expectKinds(StructureKind::None, FileKind::None);
 }
 
@@ -324,12 +324,14 @@ TEST_F(Open, OfAModelThatWasReadWholeTellsNoCounts) {
 
 // ---- List mode ------------------------------------------------------------------------------------------------------
 
-TEST_F(OpenList, ReadsFilesOfTheFirstOnesTypeIntoOneModelAndSkipsOthersSilently) {
+TEST_F(OpenList, ReadsFilesOfTheFirstOnesTypeIntoOneModelAndTellsOfOthers) {
     const Patch first = flatPatch(2, 2);
     const Patch second = flatPatch(3, 3, 1.0);
     EXPECT_THAT(
         openHeard({writeApt("a.apt", {first}), writeSkl("b.skl", {patchOf({4, 5})}), writeApt("c.APT", {second})}),
-        ElementsAre("title: a.apt", "title: c.apt"));
+        ElementsAre("title: a.apt", "title: c.apt",
+                    "status: b.skl was not opened: it is of another type than the first. Save writes " +
+                        (folder / "c.APT").string()));
     EXPECT_EQ(doc.patches, (PatchList{first, second}));
     expectKinds(StructureKind::Structured, FileKind::Apt);
     EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "c.apt");
@@ -361,7 +363,9 @@ TEST_F(OpenList, KeepsWhatItHasWhenALaterFileIsWrong) {
                 testing::Contains("message: Body of APT file is wrong. Compartment N= 1"));
     EXPECT_EQ(doc.patches.size(), 1U);
     expectKinds(StructureKind::Structured, FileKind::Apt);
-    EXPECT_EQ(doc.modelFile.documentTitle, "Wrong");
+    // Nothing of the second became the model, and so it does not give its name.
+    EXPECT_EQ(doc.modelFile.documentTitle, "a.apt");
+    EXPECT_EQ(doc.saveTarget(), folder / "a.apt");
 }
 
 // ---- Reads that fail ------------------------------------------------------------------------------------------------
@@ -405,7 +409,7 @@ const WrongFile wrongFiles[] = {
 
 } // namespace
 
-TEST_P(WrongFiles, GetTheirMessagesAndTheTitleWrong) {
+TEST_P(WrongFiles, GetTheirMessagesAndTheTitleWrongWhereAPartBecameTheModel) {
     Lines lines = openHeard({write(GetParam().file, GetParam().text)});
     lines.erase(std::remove_if(lines.begin(), lines.end(),
                                [](const std::string& line) { return !line.starts_with("message: "); }),
@@ -413,7 +417,7 @@ TEST_P(WrongFiles, GetTheirMessagesAndTheTitleWrong) {
     EXPECT_EQ(lines, GetParam().messages);
     EXPECT_EQ(doc.patches.size(), GetParam().patches);
     EXPECT_EQ(doc.structureKind, GetParam().patches == 0 ? StructureKind::None : StructureKind::Structured);
-    EXPECT_EQ(doc.modelFile.documentTitle, "Wrong");
+    EXPECT_EQ(doc.modelFile.documentTitle, GetParam().patches == 0 ? "Untitled" : "Wrong");
 }
 
 TEST_P(WrongFiles, AreSaidTheSameWayByPath) {
@@ -423,7 +427,7 @@ TEST_P(WrongFiles, AreSaidTheSameWayByPath) {
                                [](const std::string& line) { return !line.starts_with("message: "); }),
                 lines.end());
     EXPECT_EQ(lines, GetParam().messages);
-    EXPECT_EQ(doc.modelFile.documentTitle, "Wrong");
+    EXPECT_EQ(doc.modelFile.documentTitle, GetParam().patches == 0 ? "Untitled" : "Wrong");
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, WrongFiles, testing::ValuesIn(wrongFiles),
@@ -461,10 +465,11 @@ TEST_F(FailedRead, LosesTheTitleWrongAtTheNextOpen) {
     EXPECT_EQ(doc.modelFile.documentTitle, "b.apt");
 }
 
-TEST_F(FailedRead, ThatGaveNothingLosesTheTitleWrongAtTheNextOpen) {
+TEST_F(FailedRead, ThatGaveNothingLeavesTheTitle) {
     openHeard({write("a.apt", "2 2\n")});
-    EXPECT_EQ(doc.modelFile.documentTitle, "Wrong");
-    EXPECT_THAT(openHeard({writeApt("b.apt", {flatPatch(2, 2)})}), ElementsAre("title: b.apt"));
+    EXPECT_EQ(doc.modelFile.documentTitle, "Untitled");
+    EXPECT_EQ(doc.status, "Patch 1: its header tells of 4 lines of points, which end in line 2; and 1 more");
+    EXPECT_THAT(openHeard({writeApt("b.apt", {flatPatch(2, 2)})}), testing::Contains("title: b.apt"));
     doc.retitle();
     EXPECT_EQ(doc.modelFile.documentTitle, "b.apt");
 }
@@ -499,8 +504,9 @@ TEST_F(OpenByPath, ForgetsWhatWasLoadedBefore) {
     EXPECT_EQ(doc.modelFile.documentTitle, "body.apt");
 }
 
-TEST_F(OpenByPath, OfAFileThatGivesNoModelIsCancelledAfterTheReadersMessage) {
+TEST_F(OpenByPath, OfAFileThatGivesNoModelIsCancelledAfterTheReadersMessageAndLeavesTheModel) {
     hold({flatPatch(2, 3)});
+    const PatchList before = doc.patches;
     doc.onOpenDocument(folder / "absent.apt");
     const Lines lines = heard();
     const auto reader = std::find(lines.begin(), lines.end(), "message: It is impossible to open selected file");
@@ -508,8 +514,8 @@ TEST_F(OpenByPath, OfAFileThatGivesNoModelIsCancelledAfterTheReadersMessage) {
     ASSERT_NE(reader, lines.end());
     ASSERT_NE(command, lines.end());
     EXPECT_LT(reader, command);
-    EXPECT_TRUE(doc.patches.empty());
-    expectKinds(StructureKind::None, FileKind::None);
+    EXPECT_EQ(doc.patches, before);
+    expectKinds(StructureKind::Structured, FileKind::Apt);
 }
 
 TEST_F(OpenByPath, OfAnUnsupportedTypeIsCancelled) {
@@ -563,7 +569,7 @@ TEST_F(Open, OfAFileWithTextBehindItsEndAsksBeforeSavingOverIt) {
     ui.answers = {false};
     doc.saveModel();
     EXPECT_EQ(fileText(path), text);
-    EXPECT_EQ(ui.count("question: The file holds more points than were read. Overwrite it? -> no"), 1U);
+    EXPECT_EQ(ui.count("question: more.apt holds more than was read. Overwrite it? -> no"), 1U);
 }
 
 } // namespace velmora::test

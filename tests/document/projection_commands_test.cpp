@@ -111,7 +111,8 @@ TEST_F(ReferenceFiles, ThatCannotBeReadChangeNothing) {
     appendWrl(folder / "absent.wrl");
     EXPECT_EQ(heard().size(), 2U);
     appendWrl(file("cut.wrl", std::string(squareWrl).substr(0, 90)));
-    EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 1", "message: Open procedure is canceled"));
+    EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 1", "status: Face sets: 1, kept: 0 (the file ends within it)",
+                                     "message: Open procedure is canceled"));
     EXPECT_EQ(doc.secondKind, SecondKind::None);
     EXPECT_THAT(doc.referenceRegion.blocks, IsEmpty());
     EXPECT_FALSE(doc.patchUndoReady);
@@ -131,7 +132,7 @@ TEST_F(ReferenceFiles, CloseWrlEmptiesIt) {
 
 TEST_F(ReferenceFiles, AppendDatLeavesNoSecondGridOpen) {
     hold({flatPatch(2, 2)});
-    ui.files.push_back({file("g.dat", "VARIABLES = \"x\", \"y\", \"z\"\nZONE I=2, J=2, F=POINT\n"
+    ui.files.push_back({file("g.dat", "VARIABLES = \"x\", \"y\", \"z\"\nZONE I=2, J=2, K=1, F=POINT\n"
                                       "0 0 1\n1 0 1\n0 1 1\n1 1 1\n")});
     doc.AppendDat();
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 1"));
@@ -148,8 +149,9 @@ TEST_F(ReferenceFiles, AppendDatTellsWhatIsWrongWithTheFile) {
     ui.files.push_back({file("g.dat", "VARIABLES = \"x\", \"y\"\nZONE I=2, J=2, F=POINT\n0 0\n1 0\n0 1\n1 1\n")});
     doc.AppendDat();
     const Lines said = heard();
-    ASSERT_EQ(said.size(), 2U);
+    ASSERT_EQ(said.size(), 3U);
     EXPECT_THAT(said[1], testing::HasSubstr("missing coordinate(s):  'z'"));
+    EXPECT_EQ(said[2], "status: missing coordinate(s):  'z'");
     EXPECT_EQ(doc.structureKind, StructureKind::Structured);
     doc.AppendDat();
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 0"));
@@ -282,14 +284,23 @@ TEST_F(Reflection, ToWrlWithoutAZBlockMovesAllPatches) {
     EXPECT_EQ(doc.patches, (PatchList{flatPatch(2, 2, 2), flatPatch(2, 2, 2)}));
 }
 
-TEST_F(Reflection, ToWrlOfAModelOfZonesMovesNothing) {
-    hold({flatPatch(2, 2)});
+TEST_F(Reflection, ToWrlOfAModelOfZonesGoesOntoTheOtherZonesAndLeavesTheReference) {
+    hold({flatPatch(2, 2), flatPatch(2, 2, 3)});
     appendWrl(file("square.wrl", squareWrl));
     doc.ConvertToUnstructured();
+    ASSERT_EQ(doc.feRegion.blocks.size(), 2U);
     addToBlock(0);
     doc.ReflectToWrl();
-    EXPECT_EQ(doc.secondKind, SecondKind::None);
-    EXPECT_EQ(doc.feRegion.blocks.size(), 1U);
+    EXPECT_EQ(doc.secondKind, SecondKind::Wrl);
+    EXPECT_EQ(doc.referenceRegion.blocks.size(), 1U);
+    EXPECT_EQ(block(), std::vector<std::int32_t>{0});
+    // Two triangles make the square: the two nodes that they share move up, onto the other zone and not the reference.
+    std::vector<double> heights;
+    zVec<double> at;
+    for (int node = 0; doc.feRegion.getNode(0, node, at.x, at.y, at.z) == 0; ++node) {
+        heights.push_back(at.z);
+    }
+    EXPECT_THAT(heights, testing::UnorderedElementsAre(0, 0, 3, 3));
 }
 
 TEST_F(Reflection, ToDatMovesNothing) {
@@ -373,7 +384,7 @@ TEST_F(Intersection, CancelledLeavesThePatches) {
     EXPECT_THAT(heard(), ElementsAre("dialog: CIntersection -> cancel"));
     EXPECT_THAT(block(), ElementsAre(0));
     EXPECT_EQ(doc.interLine.size(), 2U);
-    EXPECT_TRUE(doc.patchUndoReady);
+    EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
     EXPECT_EQ(ui.busyDepth, 0);
 }
 

@@ -10,8 +10,8 @@ using testing::IsEmpty;
 namespace fs = std::filesystem;
 
 const char* const cannotSave = "message: It is impossible to save current file";
-const char* const overwriteAnswered = "question: The file holds more points than were read. Overwrite it? -> yes";
-const char* const overwriteDeclined = "question: The file holds more points than were read. Overwrite it? -> no";
+const char* const overwriteAnswered = "question: wing.apt holds more than was read. Overwrite it? -> yes";
+const char* const overwriteDeclined = "question: wing.apt holds more than was read. Overwrite it? -> no";
 const char* const exitAnswered = "question: Save data before exit -> yes";
 const char* const exitDeclined = "question: Save data before exit -> no";
 
@@ -110,14 +110,14 @@ TEST_F(Save, ClearsModified) {
     EXPECT_FALSE(doc.documentModified);
 }
 
-TEST_F(Save, ThatFailsSaysSoAndClearsModifiedAllTheSame) {
+TEST_F(Save, ThatFailsSaysSoAndLeavesTheModelChanged) {
     fs::create_directory(folder / "sub");
     openApt("sub/wing.apt", {flatPatch(2, 2)});
     removeFolder();
     doc.documentModified = true;
     doc.saveModel();
     EXPECT_THAT(heard(), ElementsAre(cannotSave));
-    EXPECT_FALSE(doc.documentModified);
+    EXPECT_TRUE(doc.documentModified);
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
     EXPECT_EQ(ui.busyDepth, 0);
 }
@@ -205,7 +205,7 @@ TEST_F(SaveAs, ToAptTakesTheNameAndRecordsTheDirectory) {
     openApt("wing.apt", {flatPatch(2, 2)});
     doc.documentModified = true;
     const Lines lines = saveAs("Sub/Fine.APT");
-    ASSERT_EQ(lines.size(), 4U);
+    ASSERT_EQ(lines.size(), 5U);
     EXPECT_EQ(lines[0], "chooser: Save As -> 1");
     EXPECT_EQ(lines[1], "title: fine.apt");
     ASSERT_TRUE(lines[2].starts_with("recent: "));
@@ -213,6 +213,7 @@ TEST_F(SaveAs, ToAptTakesTheNameAndRecordsTheDirectory) {
     // The file comes last and stands on top of the list.
     ASSERT_TRUE(lines[3].starts_with("recent: "));
     EXPECT_TRUE(fs::equivalent(lines[3].substr(8), folder / "Sub/Fine.APT")) << lines[3];
+    EXPECT_EQ(lines[4], "status: Save writes " + (folder / "Sub/Fine.APT").string());
     EXPECT_FALSE(doc.documentModified);
     EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "sub/fine.apt");
     EXPECT_EQ(doc.modelFile.currentDirectory, shownFolder() + "sub/");
@@ -239,34 +240,32 @@ TEST_F(SaveAs, OfASklModelToSklWritesIt) {
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
 }
 
-TEST_F(SaveAs, OfASklModelToAptWritesNothingButTakesTheName) {
+TEST_F(SaveAs, OfASklModelToAptIsRefusedAndLeavesTheName) {
     openSkl("hull.skl", {patchOf({2, 3})});
     doc.documentModified = true;
-    EXPECT_THAT(saveAs("Other.apt"), ElementsAre("chooser: Save As -> 1"));
+    EXPECT_THAT(saveAs("Other.apt"),
+                ElementsAre("chooser: Save As -> 1", "message: This model cannot be saved as apt"));
     EXPECT_THAT(files(), ElementsAre("hull.skl"));
-    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "other.apt");
-    EXPECT_EQ(doc.modelFile.fileExtension, "apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "hull.skl");
+    EXPECT_EQ(doc.modelFile.fileExtension, "skl");
     EXPECT_EQ(doc.modelFile.documentTitle, "hull.skl");
-    EXPECT_FALSE(doc.documentModified);
-    doc.saveModel();
-    EXPECT_THAT(files(), ElementsAre("Other.skl", "hull.skl"));
-    EXPECT_EQ(doc.modelFile.documentTitle, "other.skl");
+    EXPECT_TRUE(doc.documentModified);
 }
 
-TEST_F(SaveAs, ToAnUnknownTypeWritesNothingButTakesTheName) {
+TEST_F(SaveAs, ToAnUnknownTypeIsRefusedAndLeavesTheName) {
     openApt("wing.apt", {flatPatch(2, 2)});
-    EXPECT_THAT(saveAs("wing.txt"), ElementsAre("chooser: Save As -> 1"));
+    EXPECT_THAT(saveAs("wing.txt"), ElementsAre("chooser: Save As -> 1", "message: This model cannot be saved as txt"));
     EXPECT_THAT(files(), ElementsAre("wing.apt"));
-    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.txt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.apt");
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
 
-TEST_F(SaveAs, ThatFailsKeepsTheNewNameAndIsNotModified) {
+TEST_F(SaveAs, ThatFailsLeavesTheNameAndTheModelChanged) {
     openApt("wing.apt", {flatPatch(2, 2)});
     doc.documentModified = true;
     EXPECT_THAT(saveAs("absent/fine.apt"), ElementsAre("chooser: Save As -> 1", cannotSave));
-    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "absent/fine.apt");
-    EXPECT_FALSE(doc.documentModified);
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.apt");
+    EXPECT_TRUE(doc.documentModified);
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
     EXPECT_THAT(files(), ElementsAre("wing.apt"));
 }
@@ -360,7 +359,7 @@ TEST_F(IncompleteFile, OfSklIsAskedAboutToo) {
     openText("hull.skl", "2\n1\n0 0 0\n2\n0 0 0\n1 0 0\n2\n1\n0 0 0\n");
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
     doc.saveModel();
-    EXPECT_THAT(heard(), ElementsAre(overwriteDeclined));
+    EXPECT_THAT(heard(), ElementsAre("question: hull.skl holds more than was read. Overwrite it? -> no"));
 }
 
 TEST_F(IncompleteFile, IsAskedAboutBySaveAsOverIt) {
@@ -374,7 +373,8 @@ TEST_F(IncompleteFile, IsAskedAboutBySaveAsOverIt) {
 TEST_F(IncompleteFile, IsAskedAboutUnderTheNameOfALinkToo) {
     openText("wing.apt", brokenSecondCompartment);
     fs::create_symlink(folder / "wing.apt", folder / "link.apt");
-    EXPECT_THAT(saveAs("link.apt"), ElementsAre("chooser: Save As -> 1", overwriteDeclined));
+    EXPECT_THAT(saveAs("link.apt"), ElementsAre("chooser: Save As -> 1",
+                                                "question: link.apt holds more than was read. Overwrite it? -> no"));
     EXPECT_EQ(fileText(folder / "wing.apt"), brokenSecondCompartment);
     ui.answers = {true};
     saveAs("link.apt");
@@ -388,7 +388,7 @@ TEST_F(IncompleteFile, IsNoMatterForASaveAsElsewhere) {
     EXPECT_EQ(reread("other.apt"), doc.patches);
     forget();
     doc.saveModel();
-    EXPECT_THAT(heard(), IsEmpty());
+    EXPECT_THAT(heard(), ElementsAre("status: Save writes " + (folder / "other.apt").string()));
     EXPECT_EQ(fileText(folder / "wing.apt"), brokenSecondCompartment);
 }
 
@@ -414,9 +414,11 @@ TEST_F(IncompleteFile, IsStillAskedAboutAfterNewWasUndone) {
     EXPECT_EQ(fileText(folder / "wing.apt"), brokenSecondCompartment);
 }
 
-TEST_F(IncompleteFile, IsStillAskedAboutAfterACancelledOpenWasUndone) {
+TEST_F(IncompleteFile, IsStillAskedAboutAfterAnOpenWasUndone) {
     openText("wing.apt", brokenSecondCompartment);
     ui.answers = {true};
+    writeFileText(folder / "other.apt", aptText({flatPatch(2, 2)}));
+    ui.files.push_back({folder / "other.apt"});
     doc.openFiles();
     doc.UndoPatch();
     forget();

@@ -200,9 +200,10 @@ TEST_F(OpenZones, CompartmentsWithoutSectionsAreNoModel) {
     EXPECT_TRUE(doc.holdsNothing());
 }
 
-TEST_F(OpenZones, EmptyStlIsAnEmptyUnstructuredModel) {
+TEST_F(OpenZones, AnStlFileWithoutAFacetIsNoModel) {
     open("e.stl", "solid e\nendsolid e\n");
-    expectKinds(StructureKind::Unstructured, FileKind::None);
+    EXPECT_THAT(heard(), Contains("message: Open procedure is canceled"));
+    expectKinds(StructureKind::None, FileKind::None);
     EXPECT_TRUE(doc.feRegion.blocks.empty());
 }
 
@@ -287,14 +288,14 @@ TEST_F(SaveZones, WritesTheFileItCameFrom) {
     EXPECT_EQ(node(0, 0), (zVec<double>(7, 8, 9)));
 }
 
-TEST_F(SaveZones, OfAnotherFileKindWritesNothingAndSaysNothing) {
+TEST_F(SaveZones, OfAnotherFileKindWritesNothingAndSaysSo) {
     open("a.dat", std::string(header) + triangleZoneText);
     const std::string before = fileText(folder / "a.dat");
     doc.fileKind = FileKind::Apt;
     doc.feRegion.setNode(0, 0, 7, 8, 9);
     forget();
     doc.saveModel();
-    EXPECT_THAT(heard(), IsEmpty());
+    EXPECT_THAT(heard(), ElementsAre("message: The model holds triangles now. Use Save As"));
     EXPECT_EQ(fileText(folder / "a.dat"), before);
 }
 
@@ -327,8 +328,8 @@ TEST_F(SaveZones, GridSavedAsDatOpensAgain) {
     doc.patches = model;
     forget();
     saveAs("out.dat");
-    EXPECT_THAT(heard(),
-                ElementsAre("chooser: Save As -> 1", "message: File is converted to DAT format and is written"));
+    EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1", "message: File is converted to DAT format and is written",
+                                     "status: Save writes " + (folder / "out.apt").string()));
     EXPECT_EQ(doc.modelFile.documentTitle, "w.apt");
     expectKinds(StructureKind::Structured, FileKind::Apt);
     VelmoraDoc other(ui, folder.path());
@@ -365,12 +366,12 @@ TEST_F(SaveZones, GridThatCannotBeWrittenAsSurfaceStaysAGrid) {
     EXPECT_EQ(doc.patches.size(), 1U);
 }
 
-TEST_F(SaveZones, GridWithoutPatchesIsSaid) {
+TEST_F(SaveZones, ModelWithoutPatchesIsNothingToSave) {
     open("w.apt", aptText({flatPatch(2, 3)}));
     doc.patches.clear();
     forget();
     saveAs("out.dat");
-    EXPECT_THAT(heard(), Contains("message: Structured container is empty"));
+    EXPECT_THAT(heard(), Contains("message: There is nothing to save"));
 }
 
 // ---- Convert to zones -----------------------------------------------------------------------------------------------
@@ -543,7 +544,7 @@ TEST_F(FieldFile, DeclinedChangesNothing) {
     expectKinds(StructureKind::Structured, FileKind::Apt);
 }
 
-TEST_F(FieldFile, CancelledAfterYesLeavesAnEmptyDocumentThatUndoFills) {
+TEST_F(FieldFile, CancelledAfterYesLeavesTheModelAndItsMarkers) {
     hold({flatPatch(2, 2)});
     const PatchList before = doc.patches;
     doc.markers = {{1, 2, 3}};
@@ -551,14 +552,12 @@ TEST_F(FieldFile, CancelledAfterYesLeavesAnEmptyDocumentThatUndoFills) {
     ui.answers = {true};
     doc.OpenField();
     EXPECT_EQ(heard().front(), removalAnswered);
-    expectKinds(StructureKind::None, FileKind::None);
-    EXPECT_TRUE(doc.patches.empty());
-    EXPECT_TRUE(doc.markers.empty());
-    EXPECT_FALSE(doc.markersOpen);
-    EXPECT_EQ(doc.modelFile.documentTitle, "Untitled");
-    EXPECT_FALSE(doc.fieldOpening);
-    doc.UndoPatch();
+    expectKinds(StructureKind::Structured, FileKind::Apt);
     EXPECT_EQ(doc.patches, before);
+    EXPECT_EQ(doc.markers.size(), 1U);
+    EXPECT_TRUE(doc.markersOpen);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
+    EXPECT_FALSE(doc.fieldOpening);
 }
 
 TEST_F(FieldFile, BadLaterZoneOpensNothing) {

@@ -23,6 +23,7 @@ public:
     std::deque<std::vector<std::pair<std::string, std::string>>> dialogs;
     std::deque<std::vector<std::filesystem::path>> files;
     std::vector<FileRequest> requests;
+    bool chooserAsks = false; ///< as a window's does, about a file that is there
     int busyDepth = 0;
     int busyCalls = 0;
     std::vector<double> progress; ///< all that was told of it
@@ -85,6 +86,8 @@ public:
                              std::to_string(chosen.size()));
         return chosen;
     }
+
+    bool chooserAsksToOverwrite() const override { return chooserAsks; }
 
     void setBusy(bool busy) override {
         busyDepth += busy ? 1 : -1;

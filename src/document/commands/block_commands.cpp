@@ -38,13 +38,19 @@ void VelmoraDoc::InvertBlock() {
 
 /// Keeps the patches whose mark is `kept`, in the order of the model.
 void VelmoraDoc::keepPatches(const std::vector<bool>& mask, bool kept) {
-    PatchList rest;
-    for (std::size_t k = 0; k < patches.size(); ++k) {
-        if (mask[k] == kept) {
-            rest.push_back(std::move(patches[k]));
+    const auto keep = [&mask, kept](PatchList& list) {
+        PatchList rest;
+        for (std::size_t k = 0; k < list.size(); ++k) {
+            if (mask[k] == kept) {
+                rest.push_back(std::move(list[k]));
+            }
         }
+        list.swap(rest);
+    };
+    if (PatchList* const field = wholeField()) {
+        keep(*field);
     }
-    patches.swap(rest);
+    keep(patches);
 }
 
 /// The model lost its last part: nothing is left to select or to capture.
@@ -155,6 +161,14 @@ void VelmoraDoc::PasteBlock() {
     }
     emptyBlock();
     const std::int32_t before = countOf(patches);
+    if (PatchList* const field = wholeField()) {
+        for (const Patch& patch : blockClipboard) {
+            Patch& values = field->emplace_back(); // of points that come from elsewhere nothing is known: 0
+            for (const PointList& section : patch) {
+                values.emplace_back(section.size());
+            }
+        }
+    }
     appendPatches(blockClipboard, patches, 0, countOf(blockClipboard));
     blockCount = std::min(countOf(blockClipboard), blockCapacity);
     for (std::int32_t i = 0; i < blockCount; ++i) {
@@ -190,18 +204,14 @@ void writeBlock(VelmoraDoc& doc, const std::filesystem::path& path) {
         writeZones(doc, path, {}, scratch);
         return;
     }
-    bool written = false;
+    WriteOutcome outcome;
     {
         const BusyScope busy(doc.ui());
-        written = doc.blockKind == FileKind::Skl
+        outcome = doc.blockKind == FileKind::Skl
                       ? writeSklBlock(path, doc.patches, block, outputPrecision, progressTo(doc.ui()))
                       : writeAptBlock(path, doc.patches, block, outputPrecision, progressTo(doc.ui()));
     }
-    if (!written) {
-        doc.ui().showMessage(message::cannotSave);
-        return;
-    }
-    doc.modelFile.noteCompleteness(path, true);
+    finishWriting(doc, outcome);
 }
 
 } // namespace
@@ -229,8 +239,17 @@ void VelmoraDoc::SaveBlockAs() {
         request.types = fileTypesNamed({"dat", "wrl", "stl"});
     }
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
-    if (!paths.empty() && mayOverwrite(*this, fullPath(paths.front()))) {
-        writeBlock(*this, fullPath(paths.front()));
+    if (paths.empty()) {
+        return;
+    }
+    const std::filesystem::path path = fullPath(paths.front());
+    const std::string extension = extensionOf(path);
+    const bool offered = std::any_of(request.types.begin(), request.types.end(),
+                                     [&extension](const FileType& type) { return type.extension == extension; });
+    if (!offered) {
+        ui_.showMessage(message::cannotBeSavedAs(extension));
+    } else if (mayOverwrite(*this, path, TargetFrom::Chooser)) {
+        writeBlock(*this, path);
     }
 }
 

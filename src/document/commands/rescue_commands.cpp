@@ -21,6 +21,7 @@ std::string VelmoraDoc::rescueBytes() const {
 void VelmoraDoc::takeRescued(RescuedModel model) {
     keepForUndo();
     clearModel();
+    modelFile.forget();
     patches = std::move(model.patches);
     feRegion = std::move(model.zones);
     fieldPatches = std::move(model.fieldPatches);

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "PatchList.h"
+#include "zRegion.h"
+
+namespace velmora {
+
+/// What passes between the program and a file of others: grids or triangles, never both.
+struct ExchangeModel {
+    PatchList patches;
+    zRegion_fe region;
+    bool empty() const { return patches.empty() && region.blocks.empty(); }
+};
+
+/// What a user may ask for when a file is read.
+struct ImportOptions {
+    bool merge = false;       ///< points with three equal coordinates, to the bit, become one
+    bool volumeFaces = false; ///< volume zones give their outer faces
+    double scale = 1.0;       ///< every coordinate times this; finite, above 0
+};
+
+/// What a user may ask for when a file is written.
+struct ExportOptions {
+    int digits = 17;             ///< significant ones of numbers in text, 6 to 17
+    bool binary = true;          ///< where a format has both forms
+    bool doublePrecision = true; ///< of binary numbers, where a format has both
+    bool merge = false;          ///< as for reading, within each zone; the model is never changed
+};
+
+} // namespace velmora

@@ -1,0 +1,212 @@
+#include "obj_import.h"
+
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "TextScan.h"
+#include "mesh_builder.h"
+#include "read_record.h"
+
+namespace velmora {
+
+namespace {
+
+/// Never the number of a point.
+constexpr std::int64_t noPoint = -1;
+
+class ObjReader {
+public:
+    ObjReader(std::string_view text, FileRead& record, const ReportProgress& report)
+        : scan_(text), record_(record), report_(report) {}
+
+    FileMesh run();
+
+private:
+    void takeStatement(std::string_view keyword);
+    void takePoint();
+    void takeFace();
+    std::int64_t takeCorner();
+    bool onLine();
+    std::string restOfLine();
+    std::int32_t zone();
+    void tell();
+
+    TextScan scan_;
+    FileRead& record_;
+    const ReportProgress& report_;
+    FileMesh mesh_;
+    std::string object_;
+    std::string group_;
+    std::map<std::pair<std::string, std::string>, std::int32_t> zones_;
+    std::int32_t zone_ = -1; // none yet under these names
+    std::vector<std::int64_t> face_;
+    std::int64_t badPoints_ = 0;
+    std::int64_t curves_ = 0; // lines, points, free forms: geometry that is no polygon
+    bool colours_ = false;
+    bool materials_ = false;
+    bool textures_ = false;
+    bool otherFiles_ = false;
+};
+
+FileMesh ObjReader::run() {
+    std::size_t reported = 0;
+    while (scan_.skipSpace()) {
+        if (scan_.peek() != '#') {
+            takeStatement(scan_.takeWord());
+        }
+        while (onLine()) {
+            scan_.takeWord();
+        }
+        scan_.takeLine();
+        if (report_ && scan_.tell() - reported > (std::size_t{1} << 22)) {
+            reported = scan_.tell();
+            report_(0.2 + 0.4 * static_cast<double>(reported) / static_cast<double>(reported + scan_.rest().size()));
+        }
+    }
+    tell();
+    return std::move(mesh_);
+}
+
+void ObjReader::takeStatement(std::string_view keyword) {
+    if (keyword == "v") {
+        takePoint();
+    } else if (keyword == "f" || keyword == "fo") {
+        takeFace();
+    } else if (keyword == "o") {
+        object_ = restOfLine();
+        group_.clear();
+        zone_ = -1;
+    } else if (keyword == "g") {
+        group_ = restOfLine();
+        zone_ = -1;
+    } else if (keyword == "l" || keyword == "p" || keyword == "curv" || keyword == "curv2" || keyword == "surf") {
+        ++curves_;
+    } else if (keyword == "usemtl") {
+        materials_ = true;
+    } else if (keyword == "vt") {
+        textures_ = true;
+    } else if (keyword == "call") {
+        otherFiles_ = true;
+    }
+}
+
+// Whether something is left of the statement; a backslash at the end of a line carries it on. Comments end it.
+bool ObjReader::onLine() {
+    while (scan_.skipBlanks()) {
+        if (scan_.peek() != '\\') {
+            return scan_.peek() != '#';
+        }
+        const std::size_t here = scan_.tell();
+        scan_.advance();
+        if (scan_.skipBlanks()) {
+            scan_.seek(here);
+            return true;
+        }
+        scan_.takeLine();
+    }
+    return false;
+}
+
+std::string ObjReader::restOfLine() {
+    std::string text;
+    while (onLine()) {
+        text += text.empty() ? "" : " ";
+        text += scan_.takeWord();
+    }
+    return text;
+}
+
+// A point that cannot be read keeps its number, so that those behind it keep theirs.
+void ObjReader::takePoint() {
+    constexpr double missing = std::numeric_limits<double>::quiet_NaN();
+    std::array<double, 3> values = {missing, missing, missing};
+    int taken = 0;
+    while (taken < 3 && onLine() && scan_.takeNumber(values.at(static_cast<std::size_t>(taken)))) {
+        ++taken;
+    }
+    if (taken < 3) {
+        values = {missing, missing, missing};
+        ++badPoints_;
+    }
+    mesh_.addPoint(values[0], values[1], values[2]);
+    int more = 0;
+    double value = 0.0;
+    while (taken == 3 && onLine() && scan_.takeNumber(value)) {
+        ++more;
+    }
+    colours_ = colours_ || more >= 3;
+}
+
+void ObjReader::takeFace() {
+    face_.clear();
+    while (onLine()) {
+        face_.push_back(takeCorner());
+    }
+    mesh_.addPolygon(face_);
+    mesh_.zoneOfPolygon.push_back(zone());
+}
+
+// "7", "7/1", "7//3", "-2/..": the first number, from 1 or back from the last point so far.
+std::int64_t ObjReader::takeCorner() {
+    std::int64_t number = 0;
+    const bool taken = scan_.takeInteger(number);
+    const char behind = scan_.peek();
+    scan_.takeWord();
+    if (!taken || number == 0 || (!scan_.atEnd() && !isSpace(behind) && behind != '/')) {
+        return noPoint;
+    }
+    const std::int64_t index = number > 0 ? number - 1 : static_cast<std::int64_t>(mesh_.pointCount()) + number;
+    return index < 0 ? noPoint : index;
+}
+
+std::int32_t ObjReader::zone() {
+    if (zone_ < 0) {
+        const auto [place, isNew] =
+            zones_.try_emplace({object_, group_}, static_cast<std::int32_t>(mesh_.zones.size()));
+        if (isNew) {
+            mesh_.zones.push_back(group_.empty() ? object_ : group_);
+        }
+        zone_ = place->second;
+    }
+    return zone_;
+}
+
+void ObjReader::tell() {
+    tellMissing(record_, "Points that cannot be read", badPoints_);
+    tellMissing(record_, "Lines, points and free forms, which are no polygons", curves_);
+    if (otherFiles_) {
+        tellMissing(record_, "Another file is called, which is not read");
+    }
+    if (materials_) {
+        tellLost(record_, "Materials are not kept");
+    }
+    if (colours_) {
+        tellLost(record_, "Colours of points are not kept");
+    }
+    if (textures_) {
+        tellLost(record_, "Texture coordinates are not kept");
+    }
+}
+
+} // namespace
+
+void importObj(std::string_view text, const ImportOptions& options, ExchangeModel& model, FileRead& record,
+               const ReportProgress& report) {
+    record.format = "obj";
+    FileMesh mesh = ObjReader(text, record, report).run();
+    addCount(record.found, "zones", static_cast<std::int64_t>(mesh.zones.size()));
+    addCount(record.kept, "zones", 0);
+    if (mesh.pointCount() == 0 && mesh.polygonEnds.empty() && !trimmed(text).empty()) {
+        tellMissing(record, "No points and no faces were found");
+    }
+    const std::size_t before = model.region.blocks.size();
+    buildMesh(std::move(mesh), options, model, record, report);
+    addCount(record.kept, "zones", static_cast<std::int64_t>(model.region.blocks.size() - before));
+}
+
+} // namespace velmora

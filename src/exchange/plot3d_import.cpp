@@ -1,0 +1,483 @@
+#include "plot3d_import.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "TextScan.h"
+#include "binary_numbers.h"
+#include "grid_builder.h"
+#include "read_record.h"
+
+namespace velmora {
+
+namespace {
+
+/// More points than any file holds; sums of such counts have room.
+constexpr std::int64_t mostPoints = std::int64_t{1} << 40;
+
+using Extents = std::array<std::int64_t, 3>;
+
+/// How the numbers of a file are to be read.
+struct Layout {
+    std::vector<Extents> blocks;
+    std::size_t header = 0; ///< numbers before the coordinates
+    int dimensions = 3;
+    bool blanked = false;
+    std::int64_t points = 0;
+};
+
+/// What stands at a place of the header; anything for a place behind the end.
+using HeaderNumber = std::function<double(std::size_t)>;
+
+/// Reads the counts, which must be whole numbers from 1, of `available` numbers at most.
+std::optional<Layout> layoutOf(const HeaderNumber& number, std::size_t available, bool counted, int dimensions) {
+    const auto isCount = [](double value) {
+        return value >= 1.0 && value <= static_cast<double>(std::numeric_limits<std::int32_t>::max()) &&
+               std::floor(value) == value;
+    };
+    Layout layout;
+    layout.dimensions = dimensions;
+    layout.header = counted ? 1 : 0;
+    if (available == 0 || !isCount(number(0))) {
+        return std::nullopt;
+    }
+    const std::size_t blocks = counted ? static_cast<std::size_t>(number(0)) : 1;
+    const auto perBlock = static_cast<std::size_t>(dimensions);
+    if (blocks > available / perBlock || layout.header + blocks * perBlock > available) {
+        return std::nullopt;
+    }
+    for (std::size_t block = 0; block < blocks; ++block) {
+        Extents extents = {1, 1, 1};
+        for (std::size_t axis = 0; axis < perBlock; ++axis) {
+            const double value = number(layout.header++);
+            if (!isCount(value) ||
+                static_cast<double>(extents[0] * extents[1]) * value > static_cast<double>(mostPoints)) {
+                return std::nullopt;
+            }
+            extents.at(axis) = static_cast<std::int64_t>(value);
+        }
+        layout.blocks.push_back(extents);
+        layout.points += extents[0] * extents[1] * extents[2];
+        if (layout.points > mostPoints) {
+            return std::nullopt;
+        }
+    }
+    return layout;
+}
+
+std::int64_t pointsOf(const Extents& extents) {
+    return extents[0] * extents[1] * extents[2];
+}
+
+/// All layouts whose counts can be read, the commonest first.
+std::vector<Layout> layoutsOf(const HeaderNumber& number, std::size_t available) {
+    std::vector<Layout> layouts;
+    for (const int dimensions : {3, 2}) {
+        for (const bool counted : {true, false}) {
+            if (std::optional<Layout> layout = layoutOf(number, available, counted, dimensions)) {
+                layouts.push_back(*layout);
+                layout->blanked = true;
+                layouts.push_back(std::move(*layout));
+            }
+        }
+    }
+    return layouts;
+}
+
+/// Takes the blocks one by one, from a source that hands out so many numbers as coordinates or as blanking.
+class BlockTaker {
+public:
+    /// False when the file does not have so many any more; nothing is taken then.
+    using TakeNumbers = std::function<bool(std::size_t count, bool blanking, std::vector<double>& numbers)>;
+
+    BlockTaker(const ImportOptions& options, ExchangeModel& model, FileRead& record, const ReportProgress& report)
+        : options_(options), model_(model), record_(record), report_(report) {}
+
+    void take(const Layout& layout, const TakeNumbers& takeNumbers);
+
+private:
+    bool takeBlock(const Layout& layout, const Extents& extents, const TakeNumbers& takeNumbers);
+
+    const ImportOptions& options_;
+    ExchangeModel& model_;
+    FileRead& record_;
+    const ReportProgress& report_;
+    GridTally tally_;
+    std::vector<double> blanking_;
+    std::int64_t blankedPoints_ = 0;
+    bool otherMarks_ = false; // blanking that tells more than "blanked" or not
+};
+
+void BlockTaker::take(const Layout& layout, const TakeNumbers& takeNumbers) {
+    const auto blocks = static_cast<std::int64_t>(layout.blocks.size());
+    record_.found = record_.kept = {{"zones", 0}, {"patches", 0}, {"sections", 0}, {"points", 0}};
+    addCount(record_.found, "zones", blocks);
+    std::int64_t taken = 0;
+    bool whole = true;
+    for (const Extents& extents : layout.blocks) {
+        GridBlock block;
+        block.i = extents[0];
+        block.j = extents[1];
+        block.k = extents[2];
+        countBlock(block, record_.found);
+        whole = whole && takeBlock(layout, extents, takeNumbers);
+        taken += whole ? 1 : 0;
+        if (report_) {
+            report_(0.7 + 0.25 * static_cast<double>(taken) / static_cast<double>(blocks));
+        }
+    }
+    tellMissing(record_, "Blocks that are not there or not whole", blocks - taken);
+    tellGrids(tally_, options_, record_);
+    tellChanged(record_, "Blanked points, which stay points", blankedPoints_);
+    if (blankedPoints_ > 0 || otherMarks_) {
+        tellLost(record_, "Blanking is not kept");
+    }
+}
+
+bool BlockTaker::takeBlock(const Layout& layout, const Extents& extents, const TakeNumbers& takeNumbers) {
+    const auto points = static_cast<std::size_t>(pointsOf(extents));
+    GridBlock block;
+    block.i = extents[0];
+    block.j = extents[1];
+    block.k = extents[2];
+    if (!takeNumbers(points, false, block.x) || !takeNumbers(points, false, block.y) ||
+        (layout.dimensions == 3 && !takeNumbers(points, false, block.z))) {
+        return false;
+    }
+    block.z.resize(points); // a plane grid lies in z = 0
+    if (layout.blanked) {
+        if (!takeNumbers(points, true, blanking_)) {
+            return false;
+        }
+        blankedPoints_ += std::count(blanking_.begin(), blanking_.end(), 0.0);
+        otherMarks_ = otherMarks_ || std::any_of(blanking_.begin(), blanking_.end(),
+                                                 [](double mark) { return mark != 0.0 && mark != 1.0; });
+    }
+    PatchList patches = patchesOf(block, options_, tally_);
+    countPatches(patches, record_.kept);
+    addCount(record_.kept, "zones", patches.empty() ? 0 : 1);
+    std::move(patches.begin(), patches.end(), std::back_inserter(model_.patches));
+    return true;
+}
+
+// ---- Text -----------------------------------------------------------------------------------------------------------
+
+/// All numbers of the text up to the first thing that is none; `3*0.5` is three. Fewer than the text has where a
+/// repetition asks for more than a file of that size should.
+std::vector<double> numbersIn(std::string_view text, const ReportProgress& report, bool& cut) {
+    constexpr std::size_t reportStep = std::size_t{1} << 20;
+    const std::size_t most = 1'000'000 + 4 * text.size();
+    std::vector<double> numbers;
+    numbers.reserve(text.size() / 16);
+    TextScan scan(text);
+    double value = 0.0;
+    std::size_t nextReport = reportStep;
+    while (scan.skipSeparators()) {
+        if (!scan.takeNumber(value)) {
+            cut = true;
+            return numbers;
+        }
+        std::size_t copies = 1;
+        if (scan.peek() == '*') {
+            scan.advance();
+            const double times = value;
+            if (!(times >= 1.0 && times + static_cast<double>(numbers.size()) <= static_cast<double>(most)) ||
+                !scan.takeNumber(value)) {
+                cut = true;
+                return numbers;
+            }
+            copies = static_cast<std::size_t>(times);
+        }
+        if (copies == 1) {
+            numbers.push_back(value);
+        } else {
+            numbers.insert(numbers.end(), copies, value);
+        }
+        if (report && numbers.size() > nextReport) {
+            nextReport += reportStep;
+            report(0.2 + 0.5 * static_cast<double>(scan.tell()) / static_cast<double>(text.size()));
+        }
+    }
+    return numbers;
+}
+
+std::size_t numbersNeeded(const Layout& layout) {
+    return layout.header + static_cast<std::size_t>(layout.points) *
+                               static_cast<std::size_t>(layout.dimensions + (layout.blanked ? 1 : 0));
+}
+
+/// Whether the numbers behind the first block's coordinates are such as blanking has.
+bool marksFollow(const Layout& layout, const std::vector<double>& numbers) {
+    constexpr double mostMark = 1000.0;
+    const auto points = static_cast<std::size_t>(pointsOf(layout.blocks.front()));
+    const std::size_t begin = layout.header + points * static_cast<std::size_t>(layout.dimensions);
+    if (begin + points > numbers.size()) {
+        return false;
+    }
+    return std::all_of(numbers.begin() + static_cast<std::ptrdiff_t>(begin),
+                       numbers.begin() + static_cast<std::ptrdiff_t>(begin + points),
+                       [](double mark) { return std::floor(mark) == mark && std::abs(mark) <= mostMark; });
+}
+
+/// The layout that takes all numbers, or, of a damaged file, that of which the least is missing; null when there is
+/// none.
+const Layout* bestLayout(const std::vector<Layout>& layouts, const std::vector<double>& numbers) {
+    const Layout* best = nullptr;
+    for (const Layout& layout : layouts) {
+        const std::size_t needed = numbersNeeded(layout);
+        if (needed == numbers.size()) {
+            return &layout;
+        }
+        const bool cut = needed > numbers.size();
+        const bool possible = layout.dimensions == 3 && layout.blanked == marksFollow(layout, numbers);
+        const bool better =
+            best == nullptr || (cut && numbersNeeded(*best) < numbers.size()) || (cut && needed < numbersNeeded(*best));
+        if (possible && better) {
+            best = &layout;
+        }
+    }
+    return best;
+}
+
+bool importText(std::string_view text, BlockTaker& taker, FileRead& record, const ReportProgress& report) {
+    bool cut = false;
+    const std::vector<double> numbers = numbersIn(text, report, cut);
+    const std::vector<Layout> layouts =
+        layoutsOf([&numbers](std::size_t place) { return numbers[place]; }, numbers.size());
+    const Layout* const layout = bestLayout(layouts, numbers);
+    if (layout == nullptr) {
+        return false;
+    }
+    std::size_t at = layout->header;
+    taker.take(*layout, [&numbers, &at](std::size_t count, bool, std::vector<double>& taken) {
+        if (count > numbers.size() - at) {
+            return false;
+        }
+        const auto first = numbers.begin() + static_cast<std::ptrdiff_t>(at);
+        taken.assign(first, first + static_cast<std::ptrdiff_t>(count));
+        at += count;
+        return true;
+    });
+    if (cut) {
+        tellMissing(record, "Something that is no number ends the file early");
+    } else if (numbersNeeded(*layout) < numbers.size()) {
+        tellMissing(record, "Numbers behind the last block",
+                    static_cast<std::int64_t>(numbers.size() - numbersNeeded(*layout)));
+    }
+    return true;
+}
+
+// ---- Binary ---------------------------------------------------------------------------------------------------------
+
+/// The bytes of the records without their marks.
+struct Records {
+    std::string bytes;
+    std::size_t promised = 0;         ///< bytes by the marks, more than there are when the file is cut
+    std::vector<std::size_t> lengths; ///< of the first records
+};
+
+/// Each record of a Fortran program stands between two marks of its length. Null when the file does not begin so.
+std::optional<Records> recordsOf(std::string_view text, std::size_t markSize, bool highestFirst) {
+    constexpr std::size_t firstLengths = 4;
+    const auto mark = [&](std::size_t at) {
+        return markSize == 4 ? std::int64_t{numberAt<std::int32_t>(text.data() + at, highestFirst)}
+                             : numberAt<std::int64_t>(text.data() + at, highestFirst);
+    };
+    Records records;
+    std::size_t at = 0;
+    while (text.size() - at >= markSize) {
+        const std::int64_t signedLength = mark(at);
+        // A record of more than 2^31 bytes comes in parts; the mark of one that goes on is negative.
+        const std::uint64_t length =
+            static_cast<std::uint64_t>(signedLength < 0 && markSize == 4 ? -signedLength : signedLength);
+        const std::size_t left = text.size() - at - markSize;
+        const bool whole = length <= left && left - length >= markSize &&
+                           std::abs(mark(at + markSize + length)) == static_cast<std::int64_t>(length);
+        if (!whole && (at == 0 || length <= left || length > static_cast<std::uint64_t>(mostPoints))) {
+            break;
+        }
+        records.promised += length;
+        records.bytes.append(text.substr(at + markSize, std::min<std::uint64_t>(length, left)));
+        if (records.lengths.size() < firstLengths) {
+            records.lengths.push_back(length);
+        }
+        if (!whole) {
+            break;
+        }
+        at += 2 * markSize + length;
+    }
+    return records.lengths.empty() ? std::nullopt : std::optional(std::move(records));
+}
+
+/// A layout of bytes: how the numbers are stored too.
+struct ByteLayout {
+    Layout layout;
+    std::size_t realSize = 4;
+    bool highestFirst = false;
+};
+
+constexpr std::size_t integerSize = 4;
+
+std::size_t bytesNeeded(const ByteLayout& bytes) {
+    const auto points = static_cast<std::size_t>(bytes.layout.points);
+    return integerSize * bytes.layout.header +
+           points * static_cast<std::size_t>(bytes.layout.dimensions) * bytes.realSize +
+           (bytes.layout.blanked ? integerSize * points : 0);
+}
+
+std::vector<ByteLayout> byteLayoutsOf(std::string_view bytes, bool highestFirst) {
+    const HeaderNumber number = [bytes, highestFirst](std::size_t place) {
+        return static_cast<double>(numberAt<std::int32_t>(bytes.data() + integerSize * place, highestFirst));
+    };
+    std::vector<ByteLayout> result;
+    for (const Layout& layout : layoutsOf(number, bytes.size() / integerSize)) {
+        for (const std::size_t realSize : {std::size_t{4}, std::size_t{8}}) {
+            result.push_back({layout, realSize, highestFirst});
+        }
+    }
+    return result;
+}
+
+void takeBytes(std::string_view bytes, const ByteLayout& layout, BlockTaker& taker) {
+    std::size_t at = integerSize * layout.layout.header;
+    taker.take(layout.layout, [&](std::size_t count, bool blanking, std::vector<double>& numbers) {
+        const std::size_t size = blanking ? integerSize : layout.realSize;
+        if (count > (bytes.size() - at) / size) {
+            return false;
+        }
+        numbers.resize(count);
+        for (double& number : numbers) {
+            number = blanking ? numberAt<std::int32_t>(bytes.data() + at, layout.highestFirst)
+                              : realAt(bytes.data() + at, size, layout.highestFirst);
+            at += size;
+        }
+        return true;
+    });
+}
+
+/// Coordinates that somebody may have meant, as far as they are there: the wrong size or order gives others.
+bool plausible(std::string_view bytes, const ByteLayout& layout) {
+    constexpr std::size_t enough = 300;
+    const std::size_t begin = integerSize * layout.layout.header;
+    const std::size_t count = std::min(enough, static_cast<std::size_t>(pointsOf(layout.layout.blocks.front())));
+    if (begin + count * layout.realSize > bytes.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        const double value =
+            std::abs(realAt(bytes.data() + begin + i * layout.realSize, layout.realSize, layout.highestFirst));
+        if (value != 0.0 && !(value > 1e-20 && value < 1e20)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// The bytes of one point in the first block, by the first records; 0 when they do not tell.
+std::size_t bytesOfPoint(const ByteLayout& layout, const std::vector<std::size_t>& lengths) {
+    const auto points = static_cast<std::size_t>(pointsOf(layout.layout.blocks.front()));
+    std::size_t header = integerSize * layout.layout.header;
+    for (const std::size_t length : lengths) {
+        if (header > 0) {
+            header -= std::min(header, length);
+        } else {
+            return length % points == 0 ? length / points : 0;
+        }
+    }
+    return 0;
+}
+
+/// The layout that takes all bytes that the marks promise, or one whose first block has records of its length.
+const ByteLayout* layoutOfRecords(const std::vector<ByteLayout>& layouts, const Records& records) {
+    for (const ByteLayout& layout : layouts) {
+        if (bytesNeeded(layout) == records.promised) {
+            return &layout;
+        }
+    }
+    for (const ByteLayout& layout : layouts) {
+        const std::size_t perPoint = static_cast<std::size_t>(layout.layout.dimensions) * layout.realSize +
+                                     (layout.layout.blanked ? integerSize : 0);
+        if (bytesOfPoint(layout, records.lengths) == perPoint) {
+            return &layout;
+        }
+    }
+    return nullptr;
+}
+
+bool importRecords(std::string_view text, BlockTaker& taker, FileRead& record) {
+    for (const std::size_t markSize : {std::size_t{4}, std::size_t{8}}) {
+        for (const bool highestFirst : {false, true}) {
+            const std::optional<Records> records = recordsOf(text, markSize, highestFirst);
+            if (!records) {
+                continue;
+            }
+            const std::vector<ByteLayout> layouts = byteLayoutsOf(records->bytes, highestFirst);
+            if (const ByteLayout* const layout = layoutOfRecords(layouts, *records)) {
+                takeBytes(records->bytes, *layout, taker);
+                if (bytesNeeded(*layout) < records->promised) {
+                    tellMissing(record, "Bytes behind the last block",
+                                static_cast<std::int64_t>(records->promised - bytesNeeded(*layout)));
+                }
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+bool importRaw(std::string_view text, BlockTaker& taker, FileRead& record) {
+    std::vector<ByteLayout> layouts = byteLayoutsOf(text, false);
+    std::vector<ByteLayout> others = byteLayoutsOf(text, true);
+    std::move(others.begin(), others.end(), std::back_inserter(layouts));
+    const auto fits = [&text](const ByteLayout& layout) { return bytesNeeded(layout) == text.size(); };
+    auto found = std::find_if(layouts.begin(), layouts.end(), fits);
+    if (found == layouts.end()) {
+        found = std::find_if(layouts.begin(), layouts.end(), [&text](const ByteLayout& layout) {
+            return layout.layout.dimensions == 3 && plausible(text, layout);
+        });
+    }
+    if (found == layouts.end()) {
+        return false;
+    }
+    takeBytes(text, *found, taker);
+    if (bytesNeeded(*found) < text.size()) {
+        tellMissing(record, "Bytes behind the last block",
+                    static_cast<std::int64_t>(text.size() - bytesNeeded(*found)));
+    }
+    return true;
+}
+
+bool looksLikeText(std::string_view text) {
+    constexpr std::size_t enough = 4096;
+    const std::string_view start = text.substr(0, enough);
+    return std::all_of(start.begin(), start.end(), [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return isSpace(byte) || (byte >= ' ' && byte < 0x7F);
+    });
+}
+
+} // namespace
+
+void importPlot3d(std::string_view text, const ImportOptions& options, ExchangeModel& model, FileRead& record,
+                  const ReportProgress& report) {
+    record.format = "plot3d";
+    BlockTaker taker(options, model, record, report);
+    const bool recognised = looksLikeText(text) ? importText(text, taker, record, report)
+                                                : importRecords(text, taker, record) || importRaw(text, taker, record);
+    if (!recognised) {
+        record.found = record.kept = {{"zones", 0}, {"patches", 0}, {"sections", 0}, {"points", 0}};
+        if (!trimmed(text).empty()) {
+            tellMissing(record, "No layout of PLOT3D fits the file");
+        }
+    }
+}
+
+} // namespace velmora

@@ -1,0 +1,379 @@
+#include "stl_import.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <numeric>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "TextScan.h"
+#include "binary_numbers.h"
+#include "mesh_builder.h"
+#include "read_record.h"
+#include "triangulate_polygon.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr std::size_t headerSize = 80;
+constexpr std::size_t firstFacet = headerSize + 4;
+constexpr std::size_t facetSize = 50;
+
+/// The corners of a solid's facets, three for each.
+struct Solid {
+    std::string title;
+    std::array<std::vector<double>, 3> corners;
+};
+
+/// Makes the zones and keeps the counts that both forms share.
+class SolidTaker {
+public:
+    SolidTaker(const ImportOptions& options, ExchangeModel& model, FileRead& record)
+        : options_(options), model_(model), record_(record) {}
+
+    void take(Solid&& solid);
+    void tell();
+
+    std::int64_t foundFacets = 0;
+    std::int64_t keptFacets = 0;
+    std::int64_t foundTriangles = 0;
+    std::int64_t notFinite = 0;
+    std::int64_t damaged = 0;
+    std::int64_t split = 0;
+
+private:
+    const ImportOptions& options_;
+    ExchangeModel& model_;
+    FileRead& record_;
+    std::int64_t keptTriangles_ = 0;
+    std::int64_t solids_ = 0;
+    std::int64_t keptSolids_ = 0;
+    std::int64_t degenerate_ = 0;
+    std::int64_t merged_ = 0;
+};
+
+void SolidTaker::take(Solid&& solid) {
+    ++solids_;
+    auto& [x, y, z] = solid.corners;
+    if (x.empty()) {
+        return;
+    }
+    if (options_.scale != 1.0) {
+        for (std::vector<double>& axis : solid.corners) {
+            std::for_each(axis.begin(), axis.end(), [this](double& value) { value *= options_.scale; });
+        }
+    }
+    ++keptSolids_;
+    keptTriangles_ += static_cast<std::int64_t>(x.size() / 3);
+    for (std::size_t i = 0; i + 2 < x.size(); i += 3) {
+        degenerate_ += hasNoArea({x[i], y[i], z[i]}, {x[i + 1], y[i + 1], z[i + 1]}, {x[i + 2], y[i + 2], z[i + 2]});
+    }
+    std::vector<std::int32_t> corners(x.size());
+    if (options_.merge) {
+        EqualPoints equal = findEqualPoints(x, y, z);
+        merged_ += static_cast<std::int64_t>(x.size()) - equal.count;
+        for (std::vector<double>& axis : solid.corners) {
+            std::int32_t kept = 0;
+            for (std::size_t i = 0; i < axis.size(); ++i) {
+                if (equal.place[i] == kept) {
+                    axis[static_cast<std::size_t>(kept++)] = axis[i];
+                }
+            }
+            axis.resize(static_cast<std::size_t>(equal.count));
+        }
+        corners = std::move(equal.place);
+    } else {
+        std::iota(corners.begin(), corners.end(), 0);
+    }
+    model_.region.blocks.push_back(makeZone(solid.title, std::move(solid.corners), corners));
+}
+
+void SolidTaker::tell() {
+    record_.found = {{"facets", foundFacets}, {"solids", solids_}, {"triangles", foundTriangles}};
+    record_.kept = {{"facets", keptFacets}, {"solids", keptSolids_}, {"triangles", keptTriangles_}};
+    tellMissing(record_, "Facets that are damaged", damaged);
+    tellMissing(record_, "Facets with coordinates that are not finite", notFinite);
+    tellChanged(record_, "Facets of more than three corners, made triangles", split);
+    tellChanged(record_, "Degenerate triangles", degenerate_);
+    tellChanged(record_, "Points merged", merged_);
+    record_.lossless = record_.lossless && split == 0 && merged_ == 0;
+    tellScale(options_, record_);
+}
+
+// ---- Binary ---------------------------------------------------------------------------------------------------------
+
+std::size_t countInHeader(std::string_view text) {
+    return numberAt<std::uint32_t>(text.data() + headerSize, false);
+}
+
+/// The text of the header, as far as it is text; some write the word of the text form before the name.
+std::string titleInHeader(std::string_view text) {
+    constexpr std::string_view keyword = "solid ";
+    std::string_view header = text.substr(0, headerSize);
+    const auto stop =
+        std::find_if(header.begin(), header.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; });
+    header = trimmed(header.substr(0, static_cast<std::size_t>(stop - header.begin())));
+    return std::string(header.substr(header.starts_with(keyword) ? keyword.size() : 0));
+}
+
+/// How many facets there are, and what is to be said of the count in the header. A count that does not fit is
+/// overruled by a size of whole facets; otherwise as many are taken as both allow.
+std::size_t facetsOf(std::string_view text, SolidTaker& taker, FileRead& record) {
+    const std::size_t told = countInHeader(text);
+    const std::size_t bytes = text.size() - firstFacet;
+    const std::size_t whole = bytes / facetSize;
+    taker.foundFacets = static_cast<std::int64_t>(std::max(told, whole));
+    if (told == whole && bytes % facetSize == 0) {
+        return whole;
+    }
+    if (bytes % facetSize == 0) {
+        taker.foundFacets = static_cast<std::int64_t>(whole);
+        record.changed.push_back("Count of facets by the size: " + std::to_string(whole) + " instead of " +
+                                 std::to_string(told));
+        return whole;
+    }
+    if (told > whole) {
+        tellMissing(record, "The file ends within a facet");
+        return whole;
+    }
+    taker.foundFacets = static_cast<std::int64_t>(told);
+    tellMissing(record, "Bytes behind the last facet", static_cast<std::int64_t>(bytes - told * facetSize));
+    return told;
+}
+
+void readBinary(std::string_view text, SolidTaker& taker, FileRead& record, const ReportProgress& report) {
+    constexpr std::size_t reportStep = 1 << 17;
+    record.format = "stl-binary";
+    const std::size_t facets = facetsOf(text, taker, record);
+    taker.foundTriangles = taker.foundFacets;
+    Solid solid;
+    solid.title = titleInHeader(text);
+    auto& [x, y, z] = solid.corners;
+    x.resize(3 * facets);
+    y.resize(3 * facets);
+    z.resize(3 * facets);
+    std::size_t corner = 0;
+    bool attributes = false;
+    const char* facet = text.data() + firstFacet;
+    for (std::size_t i = 0; i < facets; ++i, facet += facetSize) {
+        std::array<float, 9> values{};
+        std::memcpy(values.data(), facet + 12, sizeof values);
+        if (!std::all_of(values.begin(), values.end(), [](float value) { return std::isfinite(value); })) {
+            ++taker.notFinite;
+            continue;
+        }
+        for (std::size_t k = 0; k < 9; k += 3, ++corner) {
+            x[corner] = static_cast<double>(values.at(k));
+            y[corner] = static_cast<double>(values.at(k + 1));
+            z[corner] = static_cast<double>(values.at(k + 2));
+        }
+        attributes = attributes || facet[48] != 0 || facet[49] != 0;
+        if (report && i % reportStep == 0) {
+            report(0.2 + 0.6 * static_cast<double>(i) / static_cast<double>(facets));
+        }
+    }
+    for (std::vector<double>* axis : {&x, &y, &z}) {
+        axis->resize(corner);
+    }
+    taker.keptFacets = static_cast<std::int64_t>(corner / 3);
+    if (attributes) {
+        tellLost(record, "The attributes of facets (colours) are not kept");
+    }
+    taker.take(std::move(solid));
+}
+
+// ---- Text -----------------------------------------------------------------------------------------------------------
+
+/// Takes keyword by keyword: what opens or closes a facet is enough to know where one ends.
+class TextReader {
+public:
+    TextReader(std::string_view text, SolidTaker& taker, FileRead& record, const ReportProgress& report)
+        : scan_(text), taker_(taker), record_(record), report_(report) {}
+
+    void run();
+
+private:
+    void takeKeyword(std::string_view word);
+    void openSolid();
+    void closeSolid();
+    void closeFacet(bool whole);
+    void takeVertex();
+    std::string_view takeName(bool ofEnd);
+
+    TextScan scan_;
+    SolidTaker& taker_;
+    FileRead& record_;
+    const ReportProgress& report_;
+    Solid solid_;
+    std::vector<zVec<double>> corners_; // of the facet at hand
+    std::vector<std::array<std::int32_t, 3>> triangles_;
+    bool inSolid_ = false;
+    bool inFacet_ = false;
+    bool finite_ = true;
+    bool readable_ = true;
+    std::int64_t foreignWords_ = 0;
+};
+
+void TextReader::run() {
+    std::size_t reported = 0;
+    record_.format = "stl-text";
+    while (scan_.skipSpace()) {
+        takeKeyword(scan_.takeWord());
+        if (report_ && scan_.tell() - reported > (std::size_t{1} << 22)) {
+            reported = scan_.tell();
+            report_(0.2 + 0.6 * static_cast<double>(reported) / static_cast<double>(reported + scan_.rest().size()));
+        }
+    }
+    const bool open = inSolid_;
+    closeFacet(false);
+    if (open) {
+        closeSolid();
+        tellMissing(record_, "The file ends before its last solid does");
+    }
+    if (foreignWords_ > 0) {
+        tellLost(record_, "Words that are not known: " + std::to_string(foreignWords_));
+    }
+}
+
+void TextReader::takeKeyword(std::string_view word) {
+    if (sameWord(word, "vertex")) {
+        takeVertex();
+    } else if (sameWord(word, "facet")) {
+        closeFacet(true);
+        inSolid_ = inFacet_ = true;
+    } else if (sameWord(word, "endfacet") || sameWord(word, "endloop")) {
+        closeFacet(true);
+    } else if (sameWord(word, "solid")) {
+        closeFacet(true);
+        openSolid();
+    } else if (sameWord(word, "endsolid")) {
+        closeFacet(true);
+        takeName(true);
+        closeSolid();
+    } else if (sameWord(word, "end")) {
+        scan_.skipSpace();
+        const std::string_view what = scan_.takeWord();
+        takeKeyword("end" + smallLetters(what)); // "end facet"; "end" alone is none
+    } else if (sameWord(word, "normal")) {
+        double ignored = 0.0;
+        for (int i = 0; i < 3 && scan_.skipBlanks(); ++i) {
+            if (!scan_.takeNumber(ignored)) {
+                scan_.takeWord(); // a normal counts for nothing, whatever it is
+            }
+        }
+    } else if (!sameWord(word, "outer") && !sameWord(word, "loop") && !sameWord(word, "outerloop")) {
+        ++foreignWords_;
+        readable_ = false;
+    }
+}
+
+// The rest of the line, or as far as the next facet or solid if that stands in it.
+std::string_view TextReader::takeName(bool ofEnd) {
+    const std::size_t start = scan_.tell();
+    const std::string_view line = scan_.takeLine();
+    const std::string small = smallLetters(line);
+    std::size_t stop = std::min(small.find("facet normal"), small.find("endsolid"));
+    if (ofEnd && stop != std::string::npos) {
+        stop = std::min(stop, small.find("solid "));
+    }
+    if (stop == std::string::npos || (stop > 0 && !isSpace(line[stop - 1]))) {
+        return trimmed(line);
+    }
+    scan_.seek(start + stop);
+    return trimmed(line.substr(0, stop));
+}
+
+void TextReader::openSolid() {
+    if (inSolid_) {
+        closeSolid();
+    }
+    inSolid_ = true;
+    solid_.title = takeName(false);
+}
+
+void TextReader::closeSolid() {
+    if (inSolid_) {
+        taker_.take(std::move(solid_));
+    }
+    solid_ = {};
+    inSolid_ = false;
+}
+
+void TextReader::takeVertex() {
+    std::array<double, 3> values{};
+    inSolid_ = inFacet_ = true;
+    for (double& value : values) {
+        if (!scan_.skipSeparators() || !scan_.takeNumber(value)) {
+            readable_ = false;
+            return;
+        }
+        finite_ = finite_ && std::isfinite(value);
+    }
+    corners_.emplace_back(values[0], values[1], values[2]);
+}
+
+// A facet that the file ends in may lack the end of its last number.
+void TextReader::closeFacet(bool whole) {
+    if (inFacet_) {
+        ++taker_.foundFacets;
+        taker_.foundTriangles += std::max<std::int64_t>(static_cast<std::int64_t>(corners_.size()) - 2, 0);
+        if (!whole || !readable_ || corners_.size() < 3) {
+            ++taker_.damaged;
+        } else if (!finite_) {
+            ++taker_.notFinite;
+        } else {
+            ++taker_.keptFacets;
+            taker_.split += corners_.size() > 3 ? 1 : 0;
+            triangles_.clear();
+            triangulatePolygon(corners_, triangles_);
+            for (const auto& triangle : triangles_) {
+                for (const std::int32_t corner : triangle) {
+                    const zVec<double>& point = corners_[static_cast<std::size_t>(corner)];
+                    solid_.corners[0].push_back(point.x);
+                    solid_.corners[1].push_back(point.y);
+                    solid_.corners[2].push_back(point.z);
+                }
+            }
+        }
+        inFacet_ = false;
+    }
+    corners_.clear();
+    finite_ = readable_ = true;
+}
+
+/// Text begins with the word "solid", and what follows is text too.
+bool looksLikeText(std::string_view text) {
+    constexpr std::size_t enough = 4096;
+    TextScan scan(text);
+    scan.skipSpace();
+    const std::string_view start = scan.rest().substr(0, enough);
+    const bool bare =
+        start.size() >= 5 && (sameWord(start.substr(0, 5), "solid") || sameWord(start.substr(0, 5), "facet"));
+    return bare && std::none_of(start.begin(), start.end(),
+                                [](char c) { return c != '\t' && static_cast<unsigned char>(c) < '\n'; });
+}
+
+} // namespace
+
+void importStl(std::string_view text, const ImportOptions& options, ExchangeModel& model, FileRead& record,
+               const ReportProgress& report) {
+    SolidTaker taker(options, model, record);
+    const bool fits = text.size() >= firstFacet && text.size() - firstFacet == facetSize * countInHeader(text);
+    if (fits || (text.size() >= firstFacet && !looksLikeText(text))) {
+        readBinary(text, taker, record, report);
+    } else if (looksLikeText(text)) {
+        TextReader(text, taker, record, report).run();
+    } else {
+        record.format = "stl-text";
+        if (!text.empty()) {
+            tellMissing(record, "This is no STL file");
+        }
+    }
+    taker.tell();
+}
+
+} // namespace velmora

@@ -1,0 +1,421 @@
+#include "tecplot_import.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "TecplotText.h"
+#include "grid_builder.h"
+#include "mesh_builder.h"
+#include "read_record.h"
+
+namespace velmora {
+
+namespace {
+
+/// Where x, y and z stand among the variables; `missing` for an axis that is not there.
+constexpr std::size_t missing = std::numeric_limits<std::size_t>::max();
+using Axes = std::array<std::size_t, 3>;
+
+/// The letter of the axis that a name means: "X", "x [m]", "X_m", "CoordinateX", "x/c"; NUL for other names.
+char axisOf(const std::string& name) {
+    std::string small = smallLetters(name);
+    if (small.starts_with("coordinate")) {
+        small.erase(0, std::string_view("coordinate").size());
+    }
+    const bool alone = small.size() == 1 || (small.size() > 1 && !isLetter(small[1]) && !isDigit(small[1]));
+    return alone && small[0] >= 'x' && small[0] <= 'z' ? small[0] : '\0';
+}
+
+/// A name that is the letter alone goes before one that only begins with it.
+Axes axesOf(const std::vector<std::string>& names) {
+    Axes axes = {missing, missing, missing};
+    for (const bool exact : {true, false}) {
+        for (std::size_t index = 0; index < names.size(); ++index) {
+            const char letter = exact && names[index].size() > 1 ? '\0' : axisOf(names[index]);
+            if (letter != '\0' && axes.at(static_cast<std::size_t>(letter - 'x')) == missing) {
+                axes.at(static_cast<std::size_t>(letter - 'x')) = index;
+            }
+        }
+    }
+    return axes;
+}
+
+bool isVolume(TecplotShape shape) {
+    return shape == TecplotShape::Tetrahedra || shape == TecplotShape::Bricks;
+}
+
+using Face = std::array<std::int64_t, 4>; // the last one -1 for a triangle
+constexpr std::int64_t noNode = -1;
+
+/// The faces of an element, each turned so that it looks outwards when the element is right-handed.
+std::vector<std::vector<std::size_t>> facesOf(TecplotShape shape) {
+    if (shape == TecplotShape::Tetrahedra) {
+        return {{0, 2, 1}, {0, 1, 3}, {1, 2, 3}, {2, 0, 3}};
+    }
+    return {{0, 3, 2, 1}, {4, 5, 6, 7}, {0, 1, 5, 4}, {1, 2, 6, 5}, {2, 3, 7, 6}, {3, 0, 4, 7}};
+}
+
+/// Without corners that repeat the one before; a side that is all one point leaves fewer than three.
+std::vector<std::int64_t> withoutRepeats(std::span<const std::int64_t> corners) {
+    std::vector<std::int64_t> result;
+    for (const std::int64_t corner : corners) {
+        if (result.empty() || result.back() != corner) {
+            result.push_back(corner);
+        }
+    }
+    while (result.size() > 1 && result.back() == result.front()) {
+        result.pop_back();
+    }
+    return result;
+}
+
+class TecplotTaker {
+public:
+    TecplotTaker(TecplotTextFile&& file, const ImportOptions& options, ExchangeModel& model, FileRead& record)
+        : file_(std::move(file)), options_(options), model_(model), record_(record) {}
+
+    void run(const ReportProgress& report);
+
+private:
+    void findAxes();
+    bool hasCoordinates(const TecplotTextZone& zone) const;
+    bool takesPart(const TecplotTextZone& zone);
+    const std::vector<double>& axis(const TecplotTextZone& zone, std::size_t number) const;
+    void chooseVariables();
+    void takeGrids();
+    PatchList patchesOfZone(const TecplotTextZone& zone, const ImportOptions& options);
+    void takeAsMesh(const ReportProgress& report);
+    void addGrid(const TecplotTextZone& zone, FileMesh& mesh);
+    void addElements(const TecplotTextZone& zone, FileMesh& mesh);
+    void addFace(std::span<const std::int64_t> corners, FileMesh& mesh) const;
+    void addOuterFaces(const TecplotTextZone& zone, std::int64_t offset, FileMesh& mesh);
+    void tell();
+
+    TecplotTextFile file_;
+    const ImportOptions& options_;
+    ExchangeModel& model_;
+    FileRead& record_;
+    Axes axes_ = {missing, missing, missing};
+    std::vector<double> zeros_; // where there is no z
+    std::vector<std::size_t> kept_;
+    GridTally grids_;
+    std::int64_t keptZones_ = 0;
+    std::int64_t noCoordinates_ = 0;
+    std::int64_t lines_ = 0;
+    std::int64_t polyhedra_ = 0;
+    std::int64_t elementsOutside_ = 0;
+    std::int64_t elementsMissing_ = 0;
+    bool titlesLost_ = false;
+    bool mesh_ = false;
+};
+
+void TecplotTaker::run(const ReportProgress& report) {
+    findAxes();
+    addCount(record_.found, "zones", static_cast<std::int64_t>(file_.zones.size()) + file_.badCounts + file_.noRoom);
+    addCount(record_.kept, "zones", 0);
+    std::erase_if(file_.zones, [this](const TecplotTextZone& zone) { return !takesPart(zone); });
+    mesh_ = std::any_of(file_.zones.begin(), file_.zones.end(),
+                        [](const TecplotTextZone& zone) { return zone.shape != TecplotShape::Ordered; });
+    chooseVariables();
+    if (mesh_) {
+        takeAsMesh(report);
+    } else {
+        takeGrids();
+    }
+    tell();
+}
+
+// Variables of other names: the first three are taken.
+void TecplotTaker::findAxes() {
+    axes_ = axesOf(file_.variables);
+    if (axes_[0] == missing || axes_[1] == missing) {
+        axes_ = {0, 1, 2};
+        if (!file_.variables.empty()) {
+            record_.changed.emplace_back("No variables X and Y: the first three are taken for coordinates");
+        }
+    } else if (axes_[2] == missing && !file_.zones.empty()) {
+        record_.changed.emplace_back("No variable Z: 0 is taken for it");
+    }
+    std::int64_t most = 0;
+    for (const TecplotTextZone& zone : file_.zones) {
+        most = std::max(most, zone.values.empty() || zone.values[0] == nullptr ? 0 : zone.nodes);
+    }
+    zeros_.assign(axes_[2] == missing ? static_cast<std::size_t>(most) : 0, 0.0);
+}
+
+bool TecplotTaker::hasCoordinates(const TecplotTextZone& zone) const {
+    return std::all_of(axes_.begin(), axes_.end(), [&](std::size_t index) {
+        return index == missing ? zone.nodes <= static_cast<std::int64_t>(zeros_.size())
+                                : index < zone.values.size() && zone.values[index] != nullptr;
+    });
+}
+
+const std::vector<double>& TecplotTaker::axis(const TecplotTextZone& zone, std::size_t number) const {
+    const std::size_t index = axes_.at(number);
+    return index == missing ? zeros_ : *zone.values[index];
+}
+
+// Counts those that give nothing by what they lack.
+bool TecplotTaker::takesPart(const TecplotTextZone& zone) {
+    if (zone.shape == TecplotShape::Polyhedra || zone.shape == TecplotShape::Lines) {
+        ++(zone.shape == TecplotShape::Lines ? lines_ : polyhedra_);
+        return false;
+    }
+    if (!hasCoordinates(zone)) {
+        ++noCoordinates_;
+        return false;
+    }
+    if (isVolume(zone.shape) && !options_.volumeFaces) {
+        ++grids_.volumes;
+        return false;
+    }
+    return true;
+}
+
+// Zones of triangles keep what all of them have; grids have no room for values.
+void TecplotTaker::chooseVariables() {
+    const bool onlyElements =
+        mesh_ && std::all_of(file_.zones.begin(), file_.zones.end(),
+                             [](const TecplotTextZone& zone) { return zone.shape != TecplotShape::Ordered; });
+    for (std::size_t index = 0; onlyElements && index < file_.variables.size(); ++index) {
+        const bool isAxis = std::find(axes_.begin(), axes_.end(), index) != axes_.end();
+        const bool everywhere =
+            std::all_of(file_.zones.begin(), file_.zones.end(), [index](const TecplotTextZone& zone) {
+                return index < zone.values.size() && zone.values[index] != nullptr &&
+                       std::all_of(zone.values[index]->begin(), zone.values[index]->end(),
+                                   [](double value) { return std::isfinite(value); });
+            });
+        if (!isAxis && everywhere) {
+            kept_.push_back(index);
+        }
+    }
+}
+
+PatchList TecplotTaker::patchesOfZone(const TecplotTextZone& zone, const ImportOptions& options) {
+    GridBlock block;
+    block.i = zone.i;
+    block.j = zone.j;
+    block.k = zone.k;
+    const auto count = static_cast<std::ptrdiff_t>(zone.nodes);
+    const auto copy = [&](std::size_t number) {
+        const std::vector<double>& values = axis(zone, number);
+        return std::vector<double>(values.begin(), values.begin() + count);
+    };
+    block.x = copy(0);
+    block.y = copy(1);
+    block.z = copy(2);
+    return patchesOf(block, options, grids_);
+}
+
+void TecplotTaker::takeGrids() {
+    for (const TecplotTextZone& zone : file_.zones) {
+        GridBlock block;
+        block.i = zone.i;
+        block.j = zone.j;
+        block.k = zone.k;
+        countBlock(block, record_.found);
+        PatchList patches = patchesOfZone(zone, options_);
+        keptZones_ += patches.empty() ? 0 : 1;
+        countPatches(patches, record_.kept);
+        titlesLost_ = titlesLost_ || (!zone.title.empty() && !patches.empty());
+        std::move(patches.begin(), patches.end(), std::back_inserter(model_.patches));
+    }
+    tellGrids(grids_, options_, record_);
+}
+
+// The whole file is one mesh, so that counts and reports are those of the file.
+void TecplotTaker::takeAsMesh(const ReportProgress& report) {
+    FileMesh mesh;
+    for (const std::size_t index : kept_) {
+        mesh.variables.push_back(file_.variables[index]);
+    }
+    mesh.values.resize(kept_.size());
+    for (TecplotTextZone& zone : file_.zones) {
+        mesh.zones.push_back(zone.title);
+        if (zone.shape == TecplotShape::Ordered) {
+            addGrid(zone, mesh);
+        } else {
+            addElements(zone, mesh);
+        }
+        mesh.zoneOfPolygon.resize(mesh.polygonEnds.size(), static_cast<std::int32_t>(mesh.zones.size() - 1));
+        zone = {};
+    }
+    const std::size_t before = model_.region.blocks.size();
+    buildMesh(std::move(mesh), options_, model_, record_, report);
+    keptZones_ = static_cast<std::int64_t>(model_.region.blocks.size() - before);
+    tellGrids(grids_, {}, record_);
+}
+
+void TecplotTaker::addGrid(const TecplotTextZone& zone, FileMesh& mesh) {
+    ImportOptions unscaled = options_;
+    unscaled.scale = 1.0; // the mesh is scaled as a whole
+    const PatchList patches = patchesOfZone(zone, unscaled);
+    bool surface = false;
+    for (const Patch& patch : patches) {
+        const std::unique_ptr<zBlock_fe> triangles = trianglesOfPatch(patch, zone.title);
+        if (triangles == nullptr) {
+            continue;
+        }
+        surface = true;
+        const auto offset = static_cast<std::int64_t>(mesh.pointCount());
+        for (std::size_t node = 0; node < static_cast<std::size_t>(triangles->nodeCount); ++node) {
+            mesh.addPoint(triangles->variables[0]->data[node], triangles->variables[1]->data[node],
+                          triangles->variables[2]->data[node]);
+        }
+        for (std::size_t entry = 0; entry < triangles->connectivity.size(); entry += 4) {
+            mesh.addPolygon({offset + triangles->connectivity[entry], offset + triangles->connectivity[entry + 1],
+                             offset + triangles->connectivity[entry + 2]});
+        }
+    }
+    if (!patches.empty() && !surface) {
+        ++lines_;
+    }
+}
+
+void TecplotTaker::addElements(const TecplotTextZone& zone, FileMesh& mesh) {
+    const auto offset = static_cast<std::int64_t>(mesh.pointCount());
+    for (std::size_t node = 0; node < static_cast<std::size_t>(zone.nodes); ++node) {
+        mesh.addPoint(axis(zone, 0)[node], axis(zone, 1)[node], axis(zone, 2)[node]);
+    }
+    for (std::size_t field = 0; field < kept_.size(); ++field) {
+        const std::vector<double>& values = *zone.values[kept_[field]];
+        mesh.values[field].insert(mesh.values[field].end(), values.begin(), values.end());
+    }
+    const std::size_t corners = nodesOfElement(zone.shape);
+    const std::size_t whole = zone.connectivity == nullptr ? 0 : zone.connectivity->size() / corners;
+    elementsMissing_ += std::max<std::int64_t>(zone.elements - static_cast<std::int64_t>(whole), 0);
+    if (isVolume(zone.shape)) {
+        addOuterFaces(zone, offset, mesh);
+        return;
+    }
+    std::vector<std::int64_t> face;
+    for (std::size_t element = 0; element < whole; ++element) {
+        face.clear();
+        for (std::size_t corner = 0; corner < corners; ++corner) {
+            const std::int64_t node = (*zone.connectivity)[element * corners + corner];
+            face.push_back(node >= 1 && node <= zone.nodes ? offset + node - 1 : noNode);
+        }
+        addFace(face, mesh);
+    }
+}
+
+// A quadrilateral with two equal corners side by side is a triangle.
+void TecplotTaker::addFace(std::span<const std::int64_t> corners, FileMesh& mesh) const {
+    const std::vector<std::int64_t> different = withoutRepeats(corners);
+    if (different.size() >= 3) {
+        mesh.addPolygon(different);
+    } else {
+        mesh.addPolygon(corners);
+    }
+}
+
+// The faces that only one element has, in the order of the elements.
+void TecplotTaker::addOuterFaces(const TecplotTextZone& zone, std::int64_t offset, FileMesh& mesh) {
+    struct Seen {
+        Face key;
+        std::size_t number;
+    };
+    const std::size_t corners = nodesOfElement(zone.shape);
+    const std::vector<std::vector<std::size_t>> sides = facesOf(zone.shape);
+    const std::vector<std::int64_t> none;
+    const std::vector<std::int64_t>& nodes = zone.connectivity == nullptr ? none : *zone.connectivity;
+    std::vector<Seen> seen;
+    std::vector<std::int64_t> face;
+    const auto faceAt = [&](std::size_t number) {
+        face.clear();
+        for (const std::size_t corner : sides[number % sides.size()]) {
+            face.push_back(nodes[number / sides.size() * corners + corner] - 1 + offset);
+        }
+        face = withoutRepeats(face);
+    };
+    for (std::size_t element = 0; element < nodes.size() / corners; ++element) {
+        const auto first = nodes.begin() + static_cast<std::ptrdiff_t>(element * corners);
+        if (std::any_of(first, first + static_cast<std::ptrdiff_t>(corners),
+                        [&zone](std::int64_t node) { return node < 1 || node > zone.nodes; })) {
+            ++elementsOutside_;
+            continue;
+        }
+        for (std::size_t side = 0; side < sides.size(); ++side) {
+            faceAt(element * sides.size() + side);
+            if (face.size() >= 3) {
+                Face key = {noNode, noNode, noNode, noNode};
+                std::copy(face.begin(), face.end(), key.begin());
+                std::sort(key.begin(), key.end());
+                seen.push_back({key, element * sides.size() + side});
+            }
+        }
+    }
+    std::sort(seen.begin(), seen.end(), [](const Seen& a, const Seen& b) { return a.key < b.key; });
+    std::vector<std::size_t> outer;
+    for (std::size_t i = 0; i < seen.size(); ++i) {
+        const bool before = i > 0 && seen[i - 1].key == seen[i].key;
+        const bool behind = i + 1 < seen.size() && seen[i + 1].key == seen[i].key;
+        if (!before && !behind) {
+            outer.push_back(seen[i].number);
+        }
+    }
+    std::sort(outer.begin(), outer.end());
+    for (const std::size_t number : outer) {
+        faceAt(number);
+        mesh.addPolygon(face);
+    }
+}
+
+void TecplotTaker::tell() {
+    addCount(record_.kept, "zones", keptZones_);
+    const auto variables = static_cast<std::int64_t>(file_.variables.size());
+    const auto coordinates =
+        static_cast<std::int64_t>(std::count_if(axes_.begin(), axes_.end(), [variables](std::size_t index) {
+            return index != missing && static_cast<std::int64_t>(index) < variables;
+        }));
+    const std::int64_t keptVariables = model_.empty() ? 0 : coordinates + static_cast<std::int64_t>(kept_.size());
+    addCount(record_.found, "variables", variables);
+    addCount(record_.kept, "variables", keptVariables);
+    tellMissing(record_, "Zones whose counts cannot be used", file_.badCounts);
+    tellMissing(record_, "Zones that share more than the file holds", file_.noRoom);
+    tellMissing(record_, "Zones without whole coordinates", noCoordinates_);
+    tellMissing(record_, "Zones of lines, which have no surface", lines_);
+    tellMissing(record_, "Zones of polygons or polyhedra", polyhedra_);
+    tellMissing(record_, "Zones whose numbers end early", file_.cutZones);
+    tellMissing(record_, "Elements that the file does not have", elementsMissing_);
+    tellMissing(record_, "Elements with nodes that are not there", elementsOutside_);
+    tellMissing(record_, "Words and numbers that belong to nothing", file_.foreign);
+    if (file_.cellValues > 0) {
+        tellLost(record_, "Variables at cell centres are skipped: " + std::to_string(file_.cellValues));
+    }
+    if (keptVariables < variables && !model_.empty()) {
+        tellLost(record_, "Variables that are not kept: " + std::to_string(variables - keptVariables));
+    }
+    if (titlesLost_) {
+        tellLost(record_, "Titles of grids are not kept");
+    }
+    if (file_.passedOver > 0) {
+        tellLost(record_, "Text and geometry records are passed over: " + std::to_string(file_.passedOver));
+    }
+}
+
+} // namespace
+
+void importTecplot(std::string_view text, const ImportOptions& options, ExchangeModel& model, FileRead& record,
+                   const ReportProgress& report) {
+    record.format = "tecplot";
+    if (text.starts_with("#!TDV")) {
+        tellMissing(record, "This is a binary Tecplot file, which is not read");
+        return;
+    }
+    TecplotTextFile file = TecplotTextReader(text, report).read();
+    const std::int64_t recognised = static_cast<std::int64_t>(file.zones.size()) + file.badCounts + file.noRoom;
+    if (recognised == 0 && !trimmed(text).empty()) {
+        tellMissing(record, "No zone was found");
+    }
+    TecplotTaker(std::move(file), options, model, record).run(report);
+}
+
+} // namespace velmora

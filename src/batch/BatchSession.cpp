@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "UserInterface.h"
+#include "VelmoraDoc.h"
 #include "about.h"
 #include "command_help.h"
 #include "file_events.h"

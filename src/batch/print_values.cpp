@@ -11,7 +11,7 @@ constexpr const char* knownValues = "print one of: state, commands, version, rea
                                     "list of the model such as patches or lineBuffer";
 
 /// A value that takes no arguments.
-std::optional<Json> plainValue(const std::string& name, VelmoraDoc& doc, VelmoraView& view) {
+std::optional<Json> plainValue(const std::string& name, DocumentState& doc, VelmoraView& view) {
     if (name == "state") {
         return stateValue(doc, view);
     }
@@ -38,7 +38,7 @@ std::optional<Json> plainValue(const std::string& name, VelmoraDoc& doc, Velmora
 
 } // namespace
 
-PrintedValue printedValue(std::span<const std::string> words, VelmoraDoc& doc, VelmoraView& view) {
+PrintedValue printedValue(std::span<const std::string> words, DocumentState& doc, VelmoraView& view) {
     const std::string& name = words.front();
     const auto arguments = words.subspan(1);
     if (name == "window") {

@@ -9,7 +9,7 @@ namespace velmora {
 
 namespace {
 
-using Doc = const VelmoraDoc&;
+using Doc = const DocumentState&;
 using Rule = bool (*)(Doc);
 
 constexpr auto doc = CommandOwner::Document;
@@ -392,7 +392,7 @@ std::string plainText(std::string_view menuText) {
     return text;
 }
 
-bool isCommandOff(const VelmoraDoc& document, std::string_view id) {
+bool isCommandOff(const DocumentState& document, std::string_view id) {
     const Command* command = findCommand(id);
     return command != nullptr && command->off != nullptr && command->off(document);
 }

@@ -8,6 +8,7 @@
 namespace velmora {
 
 class VelmoraDoc;
+struct DocumentState;
 
 /// Who carries a command out: the document, the view, or the front end (frame or batch).
 enum class CommandOwner { Document, View, Shell };
@@ -20,8 +21,8 @@ struct Command {
     const char* toolTip;     ///< second line of the status text; empty: none
     const char* accelerator; ///< "Ctrl+S"; several commands may share one, the first that is on takes it
     CommandOwner owner;
-    void (VelmoraDoc::*run)();      ///< of document commands; null for the others
-    bool (*off)(const VelmoraDoc&); ///< true when the document's state turns the command off; null: always on
+    void (VelmoraDoc::*run)();         ///< of document commands; null for the others
+    bool (*off)(const DocumentState&); ///< true when the document's state turns the command off; null: always on
 };
 
 /// All commands, in the order of the menus.
@@ -34,7 +35,7 @@ const Command* findCommand(std::string_view id);
 std::string plainText(std::string_view menuText);
 
 /// True when a rule on the document's state turns the command off. A command without a rule is on.
-bool isCommandOff(const VelmoraDoc& document, std::string_view id);
+bool isCommandOff(const DocumentState& document, std::string_view id);
 
 /// One entry of a menu or a tool bar.
 struct MenuEntry {
@@ -60,6 +61,6 @@ const Menu& pointContextMenu();
 const Menu& lineContextMenu();
 const Menu& patchContextMenu();
 /// The context menu of the regime that is active, or null when none is.
-const Menu* activeContextMenu(const VelmoraDoc& document);
+const Menu* activeContextMenu(const DocumentState& document);
 
 } // namespace velmora

@@ -1,5 +1,6 @@
-#include "VelmoraDoc.h"
 #include "command_table.h"
+
+#include "DocumentState.h"
 
 namespace velmora {
 
@@ -350,7 +351,7 @@ const Menu& patchContextMenu() {
     return menu;
 }
 
-const Menu* activeContextMenu(const VelmoraDoc& document) {
+const Menu* activeContextMenu(const DocumentState& document) {
     if (document.capture->pointCaptured || document.capture->pointCaptureArmed) {
         return &pointContextMenu();
     }

@@ -1,8 +1,11 @@
 #include <algorithm>
 #include <iterator>
 
+#include "UserInterface.h"
+#include "VelmoraDoc.h"
 #include "VelmoraView.h"
 #include "command_table.h"
+#include "dlgViewing.h"
 #include "messages.h"
 
 namespace velmora {

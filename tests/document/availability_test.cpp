@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "DocumentState.h"
 #include "RecordingUi.h"
-#include "VelmoraDoc.h"
 #include "arranged_capture.h"
 #include "command_table.h"
 
@@ -292,7 +292,7 @@ const char* const alwaysOn[] = {
     "buffer.open", "point.exit", "view.toolbar",   "view.statusBar", "view.features", "help.topics",  "help.about",
 };
 
-void apply(const State& s, VelmoraDoc& d) {
+void apply(const State& s, DocumentState& d) {
     constexpr StructureKind structures[] = {StructureKind::None, StructureKind::Structured,
                                             StructureKind::Unstructured};
     constexpr FileKind files[] = {FileKind::None, FileKind::Apt, FileKind::Skl};
@@ -403,7 +403,7 @@ std::string nameOf(const testing::TestParamInfo<Rule>& info) {
 
 TEST_P(AvailabilityRule, TurnsTheCommandOffExactlyWhenOneOfItsConditionsHolds) {
     RecordingUi ui;
-    VelmoraDoc doc(ui, {});
+    DocumentState doc(ui, {});
     ASSERT_NE(findCommand(GetParam().command), nullptr);
     const ParsedRule rule(GetParam().offWhen);
     std::mt19937 engine(7);
@@ -423,7 +423,7 @@ INSTANTIATE_TEST_SUITE_P(Rules, AvailabilityRule, testing::ValuesIn(rules), name
 
 TEST(Availability, CommandsWithoutARuleAreOnInAllStates) {
     RecordingUi ui;
-    VelmoraDoc doc(ui, {});
+    DocumentState doc(ui, {});
     std::mt19937 engine(11);
     for (int i = 0; i < 500; ++i) {
         const State state = i == 0 ? State() : randomState(engine);
@@ -449,13 +449,13 @@ TEST(Availability, EveryCommandHasARuleHereOrIsNamedAsAlwaysOn) {
 
 TEST(Availability, AnUnknownCommandIsNotOff) {
     RecordingUi ui;
-    const VelmoraDoc doc(ui, {});
+    const DocumentState doc(ui, {});
     EXPECT_FALSE(isCommandOff(doc, "no.such"));
 }
 
 TEST(Availability, OfTheDocumentForDragAndCorrectNeedsAPointOnACurveAndNoFreePoint) {
     RecordingUi ui;
-    VelmoraDoc doc(ui, {});
+    DocumentState doc(ui, {});
     State state;
     state.PT = 1;
     state.SEC = 1;
@@ -485,7 +485,7 @@ protected:
     bool on(const char* command) const { return !isCommandOff(doc, command); }
 
     RecordingUi ui;
-    VelmoraDoc doc;
+    DocumentState doc;
 };
 
 } // namespace

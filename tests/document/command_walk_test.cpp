@@ -13,7 +13,7 @@ protected:
     int pick(int count) { return std::uniform_int_distribution<int>(0, count - 1)(random_); }
 
     void holdAnything() {
-        doc.leaveRegimes();
+        leaveRegimes();
         doc.feRegion.blocks.clear();
         doc.lineBuffer = patchOf({3})[0];
         doc.lineBufferFull = true;
@@ -44,11 +44,11 @@ protected:
         const int points = section < 0 ? 0 : countOf(patch[static_cast<std::size_t>(section)]);
         switch (points == 0 ? 3 : pick(4)) {
         case 0:
-            doc.leaveRegimes();
+            leaveRegimes();
             captureSection(part, section);
             break;
         case 1:
-            doc.leaveRegimes();
+            leaveRegimes();
             doc.fileKind == FileKind::Apt ? captureLine(part, pick(points)) : captureSection(part, section);
             break;
         case 2:
@@ -80,7 +80,7 @@ protected:
             }
             setField(form, "duplicateCount", "2");
         };
-        (doc.*command.run)();
+        call(command.id);
     }
 
     void expectSoundness(int step) {

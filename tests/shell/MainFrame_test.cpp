@@ -233,7 +233,7 @@ TEST(MainFrame, ShowsThePromptOfTheStartFirst) {
 TEST(MainFrame, TellsOfAMissingPictureAndOfThePromptAfterwards) {
     FrameRig rig;
     EXPECT_EQ(rig.message(), QStringLiteral("wglCreateContext failed"));
-    rig.doc().ShowStatus("Find patch and click it");
+    rig.document().ShowStatus("Find patch and click it");
     EXPECT_EQ(rig.message(), QStringLiteral("Find patch and click it"));
 }
 
@@ -244,13 +244,13 @@ void tip(FrameRig& rig, const char* text) {
 
 TEST(MainFrame, AHintStandsInPlaceOfTheMessageUntilItsEntryIsLeft) {
     FrameRig rig;
-    rig.doc().ShowStatus("prompt");
+    rig.document().ShowStatus("prompt");
     tip(rig, "Create a new model");
     EXPECT_EQ(rig.message(), QStringLiteral("Create a new model"));
     tip(rig, "");
     EXPECT_EQ(rig.message(), QStringLiteral("prompt"));
     tip(rig, "Create a new model");
-    rig.doc().ShowStatus("news");
+    rig.document().ShowStatus("news");
     EXPECT_EQ(rig.message(), QStringLiteral("news")) << "a message comes at once";
     tip(rig, "");
     EXPECT_EQ(rig.message(), QStringLiteral("news"));
@@ -258,7 +258,7 @@ TEST(MainFrame, AHintStandsInPlaceOfTheMessageUntilItsEntryIsLeft) {
 
 TEST(MainFrame, AHintGoesWithItsMenuEvenWhenItsEntryWasNotLeft) {
     FrameRig rig;
-    rig.doc().ShowStatus("prompt");
+    rig.document().ShowStatus("prompt");
     for (const QAction* heading : rig.frame.menuBar()->actions()) {
         tip(rig, "Create a new model");
         emit heading->menu()->aboutToHide();
@@ -269,7 +269,7 @@ TEST(MainFrame, AHintGoesWithItsMenuEvenWhenItsEntryWasNotLeft) {
 TEST(MainFrame, EveryEntryOfTheMenusShowsItsCommandsStatusText) {
     const FlatDesk desk;
     FrameRig rig(desk.model);
-    rig.doc().ShowStatus("prompt");
+    rig.document().ShowStatus("prompt");
     for (const char* id : {"file.new", "model.move", "view.fit", "help.about"}) {
         rig.menuEntry(id)->showStatusText(&rig.frame);
         EXPECT_EQ(rig.message(), QLatin1String(findCommand(id)->statusText)) << id;

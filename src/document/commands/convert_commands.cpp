@@ -1,22 +1,30 @@
+#include "DialogValues.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "corner_box.h"
 #include "lines_to_grid.h"
 #include "messages.h"
+#include "regimes.h"
+#include "show_dialog.h"
 #include "slice_surface.h"
 #include "zone_conversion.h"
 
 namespace velmora {
 
+namespace {
+
 /// The model has become one of another kind: tags, title and path follow.
-void VelmoraDoc::finishConversion(StructureKind structure, FileKind kind, const char* extension) {
-    structureKind = structure;
-    fileKind = kind;
-    modelFile.titleWrong = false;
-    modelFile.takeExtension(extension);
+void finishConversion(VelmoraDoc& doc, StructureKind structure, FileKind kind, const char* extension) {
+    doc.structureKind = structure;
+    doc.fileKind = kind;
+    doc.modelFile.titleWrong = false;
+    doc.modelFile.takeExtension(extension);
 }
 
+} // namespace
+
 void VelmoraDoc::ConvertToUnstructured() {
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     // What is captured is a part of a grid: there is none from here on.
     leaveRegimes();
     if (!patches.empty()) {
@@ -26,7 +34,7 @@ void VelmoraDoc::ConvertToUnstructured() {
         regionToSurface(zones, feRegion);
         patches.clear();
     }
-    finishConversion(StructureKind::Unstructured, FileKind::None, "dat");
+    finishConversion(*this, StructureKind::Unstructured, FileKind::None, "dat");
     ShowStatus(idlePrompt);
     redraw();
 }
@@ -53,10 +61,10 @@ void VelmoraDoc::ConvertToSkl() {
     }
     snapshotBeforeAsking();
     const CornerBox box = cornerBox(feRegion);
-    toSklValues.boxMin = box.lower;
-    toSklValues.boxMax = box.upper;
-    toSklValues.precision = CConvert_to_SKL().precision;
-    if (!showDialog(toSklValues)) {
+    dialogs->toSkl.boxMin = box.lower;
+    dialogs->toSkl.boxMax = box.upper;
+    dialogs->toSkl.precision = CConvert_to_SKL().precision;
+    if (!showDialog(ui_, dialogs->toSkl)) {
         return;
     }
     // Only once the model is another one: a conversion that was cancelled or failed leaves nothing to undo.
@@ -67,7 +75,7 @@ void VelmoraDoc::ConvertToSkl() {
     SliceResult slices;
     {
         const BusyScope busy(ui_);
-        slices = sliceSurface(feRegion, planOf(toSklValues), progressTo(ui_));
+        slices = sliceSurface(feRegion, planOf(dialogs->toSkl), progressTo(ui_));
     }
     for (std::int32_t line = 0; line < slices.linesLeft; ++line) {
         ui_.showMessage(message::linesLeft);
@@ -75,7 +83,7 @@ void VelmoraDoc::ConvertToSkl() {
     patches.clear();
     patches.push_back(std::move(slices.sections));
     feRegion.blocks.clear();
-    finishConversion(StructureKind::Structured, FileKind::Skl, "skl");
+    finishConversion(*this, StructureKind::Structured, FileKind::Skl, "skl");
     ShowStatus(idlePrompt);
     emptyBlock();
     showBlockOnly = false; // of an empty zBlock nothing would be shown
@@ -87,17 +95,17 @@ void VelmoraDoc::ConvertToApt() {
         return;
     }
     snapshotBeforeAsking();
-    if (!showDialog(toAptValues)) {
+    if (!showDialog(ui_, dialogs->toApt)) {
         return;
     }
     patchUndoReady = true;
     rebuildOnUndo = false;
     {
         const BusyScope busy(ui_);
-        patches = linesToGrid(patches, toAptValues.pointCount, toAptValues.approximation == 1);
+        patches = linesToGrid(patches, dialogs->toApt.pointCount, dialogs->toApt.approximation == 1);
     }
-    finishConversion(StructureKind::Structured, FileKind::Apt, "apt");
-    leavePointAndCurves();
+    finishConversion(*this, StructureKind::Structured, FileKind::Apt, "apt");
+    leavePointAndCurves(*this);
     ShowStatus(capture->patchCaptured       ? capture->blockStatus
                : capture->patchCaptureArmed ? capture->patchStatus
                                             : idlePrompt);

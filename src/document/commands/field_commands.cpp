@@ -1,6 +1,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "field_file.h"
 #include "file_types.h"

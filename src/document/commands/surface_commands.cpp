@@ -1,81 +1,64 @@
 #include <algorithm>
 #include <utility>
 
+#include "DialogValues.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "capture_address.h"
 #include "coons_rebuild.h"
 #include "correct_line.h"
+#include "exchange.h"
 #include "interpolate_section.h"
 #include "messages.h"
 #include "patch_curves.h"
 #include "patch_order.h"
+#include "show_dialog.h"
 #include "smooth_patch.h"
 
 namespace velmora {
 
 // Commands that rebuild the inside of whole patches, or move one curve inside of a patch.
 
-std::vector<std::int32_t> VelmoraDoc::chosenInModelOrder() const {
-    const std::vector<bool> chosen = chosenMask();
-    std::vector<std::int32_t> numbers;
-    for (std::int32_t k = 0; k < countOf(patches); ++k) {
-        if (chosen[static_cast<std::size_t>(k)]) {
-            numbers.push_back(k);
-        }
-    }
-    return numbers;
-}
-
-void VelmoraDoc::turnCapturedPatch() {
-    if (capture->capturedPatch >= 0 && capture->capturedPatch < countOf(patches) &&
-        (blockCount < 1 || inBlock(capture->capturedPatch))) {
-        Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
-        if (isGrid(patch)) {
-            patch = transposed(patch);
-        }
-    }
-    exchangeCapture();
-}
-
 void VelmoraDoc::CoonsRebuild() {
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     for (const std::int32_t k : chosenInModelOrder()) {
         coonsRebuild(patches[static_cast<std::size_t>(k)]);
     }
-    followCapturedPoint();
+    followCapturedPoint(*this);
     redraw();
 }
 
 void VelmoraDoc::SmoothGeometry() {
-    if (!showDialog(smoothValues)) {
+    if (!showDialog(ui_, dialogs->smooth)) {
         return;
     }
-    beginPatchCommand(false);
-    bool spline = smoothValues.function == 1;
+    beginPatchCommand(Extent::Stays);
+    bool spline = dialogs->smooth.function == 1;
     for (const std::int32_t k : chosenInModelOrder()) {
         Patch& patch = patches[static_cast<std::size_t>(k)];
-        if (smoothValues.regime == 2 || smoothValues.regime == 4) {
+        if (dialogs->smooth.regime == 2 || dialogs->smooth.regime == 4) {
             smoothLines(patch, spline);
         }
-        if (smoothValues.regime != 2) {
+        if (dialogs->smooth.regime != 2) {
             smoothSections(patch, spline);
         }
-        if (smoothValues.regime == 3) {
+        if (dialogs->smooth.regime == 3) {
             smoothLines(patch, spline);
         }
     }
-    smoothValues.function = spline ? 1 : 2; // coincident points turn it to Linear, for the next call too
-    followCapturedPoint();
+    dialogs->smooth.function = spline ? 1 : 2; // coincident points turn it to Linear, for the next call too
+    followCapturedPoint(*this);
     redraw();
 }
 
 // ---- One curve ------------------------------------------------------------------------------------------------------
 
 void VelmoraDoc::Interpolate() {
-    interpolateValues.pointClipboardFull = pointClipboardFull;
-    if (!showDialog(interpolateValues)) {
+    dialogs->interpolate.pointClipboardFull = pointClipboardFull;
+    if (!showDialog(ui_, dialogs->interpolate)) {
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     const bool lines = capture->lineCaptured;
     const bool exists = sectionAt(capture->capturedPatch, 0) != nullptr &&
                         (!lines || isGrid(patches[static_cast<std::size_t>(capture->capturedPatch)]));
@@ -83,19 +66,19 @@ void VelmoraDoc::Interpolate() {
         return;
     }
     if (lines) {
-        turnCapturedPatch();
+        turnCapturedPatch(*this);
     }
     Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
     const Interpolation outcome =
-        interpolateValues.fitToBuffer
+        dialogs->interpolate.fitToBuffer
             ? interpolateToPoint(patch, capture->capturedSection, pointClipboard)
-            : interpolateSection(patch, capture->capturedSection, interpolateValues.coefficient);
+            : interpolateSection(patch, capture->capturedSection, dialogs->interpolate.coefficient);
     if (lines) {
-        turnCapturedPatch();
+        turnCapturedPatch(*this);
     }
     switch (outcome) {
     case Interpolation::Done:
-        followCapturedPoint();
+        followCapturedPoint(*this);
         redraw();
         break;
     case Interpolation::TooFewSections:
@@ -112,48 +95,53 @@ void VelmoraDoc::Interpolate() {
     }
 }
 
+namespace {
+
+/// Shows the dialog and bends the captured line. False leaves model and capture as they were.
+bool correctCapturedLine(VelmoraDoc& doc) {
+    if (doc.capture->capturedPoint == doc.capture->capturedLine) {
+        doc.ui().showMessage(message::correctionHasNoAction);
+        return false;
+    }
+    Patch& patch = doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)];
+    doc.dialogs->correctLine = {doc.capture->capturedLine + 1, lineCount(patch) - doc.capture->capturedLine,
+                                CCorrectLine().power};
+    if (!showDialog(doc.ui(), doc.dialogs->correctLine)) {
+        return false;
+    }
+    const CCorrectLine& v = doc.dialogs->correctLine;
+    if (!correctLine(patch, doc.capture->capturedPointSection,
+                     {doc.capture->capturedPoint, doc.capture->capturedLine, v.linesBefore, v.linesAfter, v.power})) {
+        return false;
+    }
+    doc.capture.renumberLine(v.linesBefore - 1);
+    doc.capture.renumberPoint(doc.capture->capturedPointSection, v.linesBefore - 1);
+    return true;
+}
+
+} // namespace
+
 void VelmoraDoc::CorrectLine() {
     if (sectionAt(capture->capturedPatch, 0) == nullptr ||
         !isGrid(patches[static_cast<std::size_t>(capture->capturedPatch)])) {
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     SavePointUndo();
     pointUndoReady = true;
     capture.savePoint();
     capture.saveCurve();
     const bool sections = capture->sectionCaptured;
     if (sections) {
-        turnCapturedPatch();
+        turnCapturedPatch(*this);
     }
-    const bool corrected = correctCapturedLine();
+    const bool corrected = correctCapturedLine(*this);
     if (sections) {
-        turnCapturedPatch();
+        turnCapturedPatch(*this);
     }
     if (corrected) {
         redraw();
     }
-}
-
-/// Shows the dialog and bends the captured line. False leaves model and capture as they were.
-bool VelmoraDoc::correctCapturedLine() {
-    if (capture->capturedPoint == capture->capturedLine) {
-        ui_.showMessage(message::correctionHasNoAction);
-        return false;
-    }
-    Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
-    correctLineValues = {capture->capturedLine + 1, lineCount(patch) - capture->capturedLine, CCorrectLine().power};
-    if (!showDialog(correctLineValues)) {
-        return false;
-    }
-    const CCorrectLine& v = correctLineValues;
-    if (!correctLine(patch, capture->capturedPointSection,
-                     {capture->capturedPoint, capture->capturedLine, v.linesBefore, v.linesAfter, v.power})) {
-        return false;
-    }
-    capture.renumberLine(v.linesBefore - 1);
-    capture.renumberPoint(capture->capturedPointSection, v.linesBefore - 1);
-    return true;
 }
 
 } // namespace velmora

@@ -5,30 +5,34 @@
 
 namespace velmora {
 
-void VelmoraDoc::snapshot(PatchList& undoList, zRegion_fe& undoZones) {
-    documentModified = true;
+namespace {
+
+void snapshot(VelmoraDoc& doc, PatchList& undoList, zRegion_fe& undoZones) {
+    doc.documentModified = true;
     undoZones.blocks.clear();
-    if (structureKind == StructureKind::Structured) {
-        undoList = patches; // into the memory of the snapshot before
+    if (doc.structureKind == StructureKind::Structured) {
+        undoList = doc.patches; // into the memory of the snapshot before
     } else {
         undoList.clear();
     }
-    if (structureKind == StructureKind::Unstructured) {
-        copyRegion(feRegion, undoZones);
+    if (doc.structureKind == StructureKind::Unstructured) {
+        copyRegion(doc.feRegion, undoZones);
     }
 }
 
+} // namespace
+
 void VelmoraDoc::SavePointUndo() {
-    ++pointSnapshotsBegun_;
-    snapshot(pointUndoPatches, pointUndoRegion);
-    ++pointSnapshots_;
+    ++snapshotCounts.pointBegun;
+    snapshot(*this, pointUndoPatches, pointUndoRegion);
+    ++snapshotCounts.pointTaken;
 }
 
 void VelmoraDoc::SavePatchUndo() {
-    ++patchSnapshotsBegun_;
-    snapshot(undoPatches, undoRegion);
+    ++snapshotCounts.patchBegun;
+    snapshot(*this, undoPatches, undoRegion);
     undoPath.clear();
-    ++patchSnapshots_;
+    ++snapshotCounts.patchTaken;
 }
 
 void VelmoraDoc::snapshotBeforeAsking() {
@@ -36,10 +40,10 @@ void VelmoraDoc::snapshotBeforeAsking() {
     patchUndoReady = false;
 }
 
-void VelmoraDoc::beginPatchCommand(bool changesExtent) {
+void VelmoraDoc::beginPatchCommand(Extent extent) {
     SavePatchUndo();
     patchUndoReady = true;
-    rebuildOnUndo = changesExtent;
+    rebuildOnUndo = extent == Extent::Changes;
 }
 
 void VelmoraDoc::keepForUndo() {
@@ -50,23 +54,21 @@ void VelmoraDoc::keepForUndo() {
         return;
     }
     undoModified = documentModified;
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     undoPath = modelFile.chosenPath;
     modelFile.keepForUndo(modelFile);
 }
 
-void VelmoraDoc::clearSnapshots() {
-    pointUndoPatches.clear();
-    undoPatches.clear();
-    pointUndoRegion.blocks.clear();
-    undoRegion.blocks.clear();
+namespace {
+
+void clearSnapshots(VelmoraDoc& doc) {
+    doc.pointUndoPatches.clear();
+    doc.undoPatches.clear();
+    doc.pointUndoRegion.blocks.clear();
+    doc.undoRegion.blocks.clear();
 }
 
-/// The captured point stands where the model says; at `otherwise` when its numbers name none.
-void VelmoraDoc::takeCapturedPosition(const zVec<double>& otherwise) {
-    capture.placePoint(
-        positionAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint).value_or(otherwise));
-}
+} // namespace
 
 void VelmoraDoc::UndoPoint() {
     const bool zones = structureKind == StructureKind::Unstructured;
@@ -76,16 +78,16 @@ void VelmoraDoc::UndoPoint() {
     // As in exchangeWithSnapshot.
     patches.swap(pointUndoPatches);
     std::swap(feRegion, pointUndoRegion);
-    ++pointSnapshotsBegun_;
-    ++pointSnapshots_;
+    ++snapshotCounts.pointBegun;
+    ++snapshotCounts.pointTaken;
     capture.restorePoint();
     // Undo counts as a change since the last save, as what it undoes does.
     documentModified = true;
     if (zones) {
         // A transformation has named the node that tells where the model stood; a point edit knows its own address.
-        takeCapturedPosition(undoNode);
+        takeCapturedPosition(*this, undoNode);
     } else if (capture->pointCaptured) {
-        takeCapturedPosition(capture->capturedPointPos);
+        takeCapturedPosition(*this, capture->capturedPointPos);
     }
     retitle();
     capture.describePoint(false);
@@ -94,21 +96,25 @@ void VelmoraDoc::UndoPoint() {
     capture.showPoint();
     ShowStatus(capture->pointContinueStatus);
     redraw();
-    clearSnapshots(); // last: until then a guard finds the model that goes there
+    clearSnapshots(*this); // last: until then a guard finds the model that goes there
 }
+
+namespace {
 
 /// The model of the patch snapshot and the one that is there take each other's places: until the command is through, a
 /// guard around it finds the model in the snapshot.
-void VelmoraDoc::exchangeWithSnapshot() {
-    patches.swap(undoPatches);
-    std::swap(feRegion, undoRegion);
-    ++patchSnapshotsBegun_;
-    ++patchSnapshots_;
+void exchangeWithSnapshot(VelmoraDoc& doc) {
+    doc.patches.swap(doc.undoPatches);
+    std::swap(doc.feRegion, doc.undoRegion);
+    ++doc.snapshotCounts.patchBegun;
+    ++doc.snapshotCounts.patchTaken;
 }
 
+} // namespace
+
 void VelmoraDoc::keepForGuard() {
-    guardPatches_ = patches;
-    ++guardCopies_;
+    guardPatches = patches;
+    ++snapshotCounts.guardCopies;
 }
 
 void VelmoraDoc::UndoPatch() {
@@ -123,7 +129,7 @@ void VelmoraDoc::UndoPatch() {
     }
     if (!undoPatches.empty()) {
         // The document holds one model: what comes back takes the place of the other kind too.
-        exchangeWithSnapshot();
+        exchangeWithSnapshot(*this);
         structureKind = StructureKind::Structured;
         if (!undoPath.empty()) {
             modelFile.takeBack();
@@ -131,7 +137,7 @@ void VelmoraDoc::UndoPatch() {
         }
         retitle();
     } else if (!undoRegion.blocks.empty()) {
-        exchangeWithSnapshot();
+        exchangeWithSnapshot(*this);
         structureKind = StructureKind::Unstructured;
         fileKind = FileKind::None;
         if (!undoPath.empty()) {
@@ -149,7 +155,7 @@ void VelmoraDoc::UndoPatch() {
     if (pointUndoReady && structureKind == StructureKind::Unstructured) {
         capture.placePoint(undoNode);
     } else {
-        followCapturedPoint();
+        followCapturedPoint(*this);
     }
     pointUndoReady = false;
     if (rebuildOnUndo || modelWasGone) {
@@ -158,7 +164,7 @@ void VelmoraDoc::UndoPatch() {
     } else {
         redraw();
     }
-    clearSnapshots(); // last, as above
+    clearSnapshots(*this); // last, as above
 }
 
 } // namespace velmora

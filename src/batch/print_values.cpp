@@ -1,5 +1,7 @@
 #include "print_values.h"
 
+#include "DocumentState.h"
+#include "count_limit.h"
 #include "parse_number.h"
 
 namespace velmora {
@@ -38,9 +40,17 @@ std::optional<Json> plainValue(const std::string& name, DocumentState& doc, Velm
 
 } // namespace
 
+ScriptFailure tooLargeToPrint(const std::string& what) {
+    return {"there is not enough free memory to print " + inQuotes(what),
+            "print a part of it: print state counts what the model holds"};
+}
+
 PrintedValue printedValue(std::span<const std::string> words, DocumentState& doc, VelmoraView& view) {
     const std::string& name = words.front();
     const auto arguments = words.subspan(1);
+    if (printedBytes(name, doc, view) > doc.memoryRoom(0.0).free) {
+        return tooLargeToPrint(name);
+    }
     if (name == "window") {
         return windowValue(arguments, view, doc);
     }

@@ -74,12 +74,15 @@ void CommandGuard::putBackModel() noexcept {
     const bool pointKept = doc_.snapshotCounts.pointTaken != counts_.pointTaken;
     if (doc_.snapshotCounts.guardCopies != counts_.guardCopies) {
         doc_.patches.swap(doc_.guardPatches);
+        doc_.takeField(std::move(doc_.guardField));
     } else if (patchesKept) {
         doc_.patches.swap(doc_.undoPatches);
         std::swap(doc_.feRegion, doc_.undoRegion);
+        doc_.takeField(std::move(doc_.undoField));
     } else if (pointKept) {
         doc_.patches.swap(doc_.pointUndoPatches);
         std::swap(doc_.feRegion, doc_.pointUndoRegion);
+        doc_.takeField(std::move(doc_.pointUndoField));
     } else if (empty_) {
         doc_.patches.clear();
         doc_.feRegion.blocks.clear();

@@ -1,10 +1,21 @@
 #include "DocumentState.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "DialogValues.h"
+#include "count_limit.h"
 
 namespace velmora {
+
+namespace {
+
+bool sameShape(const Patch& a, const Patch& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const PointList& x, const PointList& y) { return x.size() == y.size(); });
+}
+
+} // namespace
 
 DocumentState::DocumentState(UserInterface& ui, const std::filesystem::path& documentsFolder)
     : modelFile(ui, documentsFolder), dialogs(std::make_unique<DialogValues>(patches, ui, documentsFolder)) {
@@ -89,6 +100,54 @@ std::optional<zVec<double>> DocumentState::positionAt(std::int32_t patch, std::i
     }
     const auto* found = const_cast<DocumentState*>(this)->pointAt(patch, section, point);
     return found != nullptr ? std::optional(*found) : std::nullopt;
+}
+
+MemoryRoom DocumentState::memoryRoom(double bytesEach) const {
+    return {0.5 * static_cast<double>(freeMemory()), bytesEach};
+}
+
+Patch* DocumentState::fieldOfPatch(std::int32_t patch) {
+    if (patch < 0 || patch >= countOf(patches) || patch >= countOf(fieldPatches)) {
+        return nullptr;
+    }
+    Patch& field = fieldPatches[static_cast<std::size_t>(patch)];
+    return sameShape(field, patches[static_cast<std::size_t>(patch)]) ? &field : nullptr;
+}
+
+PointList* DocumentState::fieldOfSection(std::int32_t patch, std::int32_t section) {
+    Patch* const field = fieldOfPatch(patch);
+    return field != nullptr && section >= 0 && section < countOf(*field) ? &(*field)[static_cast<std::size_t>(section)]
+                                                                         : nullptr;
+}
+
+PatchList* DocumentState::wholeField() {
+    const bool whole = patches.size() == fieldPatches.size() &&
+                       std::equal(patches.begin(), patches.end(), fieldPatches.begin(), sameShape);
+    return whole ? &fieldPatches : nullptr;
+}
+
+FieldSnapshot DocumentState::fieldAsItIs() const {
+    return {fieldPatches, fieldTitleLine, fieldVariablesLine, fieldCount, fieldLoaded, fieldMode};
+}
+
+void DocumentState::takeField(FieldSnapshot&& field) {
+    fieldPatches = std::move(field.patches);
+    fieldTitleLine = std::move(field.titleLine);
+    fieldVariablesLine = std::move(field.variablesLine);
+    fieldCount = field.count;
+    fieldLoaded = field.loaded;
+    fieldMode = field.mode;
+}
+
+void DocumentState::exchangeField(FieldSnapshot& field) {
+    FieldSnapshot own = {std::move(fieldPatches),
+                         std::move(fieldTitleLine),
+                         std::move(fieldVariablesLine),
+                         fieldCount,
+                         fieldLoaded,
+                         fieldMode};
+    takeField(std::move(field));
+    field = std::move(own);
 }
 
 void DocumentState::checkRegularity(const PatchList& list) {

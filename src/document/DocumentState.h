@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,11 +14,13 @@
 #include "PatchList.h"
 #include "kinds.h"
 #include "marker_shift.h"
+#include "memory_state.h"
 #include "zRegion.h"
 
 namespace velmora {
 
 struct DialogValues;
+struct MemoryRoom;
 class UserInterface;
 
 /// The most patches that the zBlock selection can hold.
@@ -34,6 +37,33 @@ struct SnapshotCounts {
     std::uint64_t pointBegun = 0;
     std::uint64_t pointTaken = 0;
     std::uint64_t guardCopies = 0; ///< of patches, see VelmoraDoc::keepForGuard
+};
+
+/// The values that a field gives to the points of a model, and what its file says of them.
+struct FieldSnapshot {
+    PatchList patches;
+    std::string titleLine;
+    std::string variablesLine;
+    std::int32_t count = 0;
+    bool loaded = false;
+    bool mode = false;
+};
+
+/// The snapshots that the command that runs has replaced: they come back if it is refused.
+struct ReplacedSnapshots {
+    bool patchReady = false;
+    bool pointReady = false;
+    bool extent = false;
+    bool pointIsNewer = false;
+    std::filesystem::path path;
+    bool patchTaken = false;
+    PatchList patches;
+    zRegion_fe region;
+    FieldSnapshot field;
+    bool pointTaken = false;
+    PatchList pointPatches;
+    zRegion_fe pointRegion;
+    FieldSnapshot pointField;
 };
 
 /// All that the document holds: the model, what is captured, buffers, switches and the values of the dialogs. Views and
@@ -71,7 +101,11 @@ struct DocumentState {
     std::filesystem::path undoPath;
     bool undoModified = false; ///< that model had changes that were not saved
     SnapshotCounts snapshotCounts;
-    PatchList guardPatches;  ///< the model for CommandGuard, where a command takes no snapshot
+    PatchList guardPatches;                    ///< the model for CommandGuard, where a command takes no snapshot
+    FieldSnapshot undoField;                   ///< the field values of the snapshot for Undo patch
+    FieldSnapshot pointUndoField;              ///< of that for Undo point
+    FieldSnapshot guardField;                  ///< of that for CommandGuard
+    std::optional<ReplacedSnapshots> replaced; ///< while a command runs
     MarkerShift markerShift; ///< the fits of the last "Reflection to sft", of the plane that it treated last
 
     // ---- Kinds, paths, titles ---------------------------------------------------------------------------------------
@@ -101,8 +135,9 @@ struct DocumentState {
     bool documentModified = false;
     bool pointUndoReady = false;
     bool patchUndoReady = false;
-    bool rebuildOnUndo = false; ///< Undo patch must fit the view anew
-    bool surfaceMode = false;   ///< the views draw filled surfaces
+    bool pointUndoIsNewer = false; ///< of the two snapshots that of a point was taken last
+    bool rebuildOnUndo = false;    ///< Undo patch must fit the view anew
+    bool surfaceMode = false;      ///< the views draw filled surfaces
     bool pointClipboardFull = false;
     bool lineBufferFull = false;
     bool blockClipboardFull = false;
@@ -128,6 +163,9 @@ struct DocumentState {
     zVec<double> modelCenter;
     double modelRadius = 0.0;
     double intersectionTolerance = 0.0005;
+
+    /// Bytes of memory that are free on the machine. Commands that are given a number ask it before they make so many.
+    std::function<std::uint64_t()> freeMemory = availableMemory;
 
     // ---- Status line ------------------------------------------------------------------------------------------------
 
@@ -163,6 +201,22 @@ struct DocumentState {
     zVec<double>* pointAt(std::int32_t patch, std::int32_t section, std::int32_t point);
     /// Where the point, or with "uns" the node `point` of zone `patch`, stands; none when there is no such one.
     std::optional<zVec<double>> positionAt(std::int32_t patch, std::int32_t section, std::int32_t point) const;
+
+    /// How much the model may grow: half of the free memory, as other programs want some too. `bytesEach` is what one
+    /// more of what is counted takes.
+    MemoryRoom memoryRoom(double bytesEach) const;
+
+    // ---- Field values -----------------------------------------------------------------------------------------------
+
+    /// The field values of a patch or section, if they have its shape: one for each point. Null without.
+    Patch* fieldOfPatch(std::int32_t patch);
+    PointList* fieldOfSection(std::int32_t patch, std::int32_t section);
+    /// The values of all patches, if all have their shape. Null without.
+    PatchList* wholeField();
+    FieldSnapshot fieldAsItIs() const;
+    void takeField(FieldSnapshot&& field);
+    /// The values and those of `field` take each other's places.
+    void exchangeField(FieldSnapshot& field);
 
     // ---- Kind, title and path ---------------------------------------------------------------------------------------
 

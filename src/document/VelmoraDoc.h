@@ -101,11 +101,12 @@ public:
 
     // ---- Undo -------------------------------------------------------------------------------------------------------
 
+    /// Runs a command. One whose result holds a number that is not finite, or that finds no memory, is refused: the
+    /// model stays as it was, with its snapshots and all that is captured, and the user is told.
+    void runCommand(void (VelmoraDoc::*command)());
+
     void SavePointUndo();
     void SavePatchUndo();
-    /// For commands that take the snapshot before they ask: Undo is off until one says that it has changed the model,
-    /// as the snapshot of the command before is gone.
-    void snapshotBeforeAsking();
     /// The snapshot of a command on patches.
     void beginPatchCommand(Extent extent);
     /// The snapshot of a model that is about to be removed, with its file: brought back under the name of another file,
@@ -240,6 +241,7 @@ public:
     void MoveModel();
     void RotateModel();
     void FlipModel();
+    void TurnRound();
     void SymmetricModel();
     /// Exchanges sections and lines, and what is captured with them.
     void Convertation();

@@ -24,6 +24,9 @@ inline Message rescueUnreadable(const std::string& path) {
 inline Message commandFailed(const std::string& cause) {
     return {Severity::Refused, "The command could not be carried out (" + cause + "). The model is as it was before."};
 }
+inline Message noSuchFile(const std::string& path) {
+    return {Severity::NotRead, "There is no " + path};
+}
 inline constexpr MessageText openCancelled{Severity::NoModel, "Open procedure is canceled"};
 inline constexpr MessageText cannotOpen{Severity::NotRead, cannotOpenMessage.data()};
 inline constexpr MessageText readFailed{Severity::NotRead, readFailedMessage.data()};
@@ -107,6 +110,11 @@ inline constexpr MessageText shiftEquationsNotSolved{
     Severity::Refused, "Linear Equation Solution Failed. Try Another Parameters.\n\noperation canceled"};
 inline constexpr MessageText shiftOfNoKind{Severity::Refused, "Ento setka ili avoska?"};
 
+inline constexpr MessageText conversionWithoutResult{Severity::Refused,
+                                                     "The conversion gives no result. The model stays as it is."};
+inline constexpr MessageText resultNotFinite{
+    Severity::Refused, "The result would hold numbers that are too large or no numbers. The model stays as it is."};
+inline constexpr MessageText notEnoughMemory{Severity::Refused, "There is not enough free memory for this model."};
 inline constexpr MessageText linesLeft{Severity::Warning, "Ne vse linii obrabotany"};
 /// `axis` is "X", "Y" or "Z".
 inline Message sectionOutOfBody(const std::string& axis) {

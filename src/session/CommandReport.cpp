@@ -10,7 +10,8 @@ namespace {
 
 bool isCancelled(const CommandReport::Question& question) {
     // To leave without saving is an answer like the other: the program goes on to end.
-    return !question.yes && question.text != message::saveBeforeExit;
+    return question.answer == Answer::None ||
+           (question.answer == Answer::No && question.text != message::saveBeforeExit);
 }
 
 Outcome outcomeOf(const FileRead& read) {

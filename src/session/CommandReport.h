@@ -28,7 +28,7 @@ const char* nameOf(Outcome outcome);
 struct CommandReport {
     struct Question {
         std::string text;
-        bool yes = false;
+        Answer answer = Answer::No; ///< none: it was closed without one
     };
     struct Field {
         using Value = std::variant<std::int32_t, double, bool>;

@@ -49,14 +49,13 @@ void Recorder::showMessage(const Message& message) {
 
 bool Recorder::ask(const std::string& text) {
     const bool yes = person_.ask(text);
-    note(&CommandReport::questions, {text, yes});
+    note(&CommandReport::questions, {text, yes ? Answer::Yes : Answer::No});
     return yes;
 }
 
-/// One that stayed without an answer is noted as a no: nothing was done.
 Answer Recorder::askOrNone(const std::string& text) {
     const Answer answer = person_.askOrNone(text);
-    note(&CommandReport::questions, {text, answer == Answer::Yes});
+    note(&CommandReport::questions, {text, answer});
     return answer;
 }
 

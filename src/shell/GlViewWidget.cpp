@@ -8,7 +8,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "CommandGuard.h"
 #include "mode_cursors.h"
+#include "qt_text.h"
 
 namespace velmora {
 
@@ -27,7 +29,7 @@ GlViewWidget::GlViewWidget(QWidget* parent) : QWidget(parent) {
     timer_.setTimerType(Qt::PreciseTimer);
     connect(&timer_, &QTimer::timeout, this, [this] {
         if (view_ != nullptr) {
-            view_->OnTimer();
+            carryOut([this] { view_->OnTimer(); });
         }
     });
 }
@@ -71,6 +73,15 @@ void GlViewWidget::requestRepaint() {
     }
 }
 
+/// No exception leaves through the toolkit.
+void GlViewWidget::carryOut(const std::function<void()>& work) {
+    try {
+        work();
+    } catch (const std::exception& error) {
+        emit failed(qtText(causeOf(error)));
+    }
+}
+
 void GlViewWidget::paintView() {
     if (view_ == nullptr) {
         return;
@@ -83,7 +94,7 @@ void GlViewWidget::paintView() {
         emit paintEnds();
         painting_ = false;
     });
-    view_->OnDraw();
+    carryOut([this] { view_->OnDraw(); });
 }
 
 void GlViewWidget::paintEvent(QPaintEvent*) {
@@ -178,11 +189,11 @@ void GlViewWidget::mousePressEvent(QMouseEvent* event) {
         return;
     }
     noteTime(*event);
-    view_->OnLeftButtonDown(pixelOf(*event));
+    carryOut([&] { view_->OnLeftButtonDown(pixelOf(*event)); });
 }
 
 void GlViewWidget::releaseLeft(PixelPoint position) {
-    view_->OnLeftButtonUp(position);
+    carryOut([&] { view_->OnLeftButtonUp(position); });
     emit leftReleased();
 }
 
@@ -200,7 +211,7 @@ void GlViewWidget::mouseMoveEvent(QMouseEvent* event) {
     if (confined_) {
         pullCursorInside(*event);
     }
-    view_->OnMouseMove(pixel);
+    carryOut([&] { view_->OnMouseMove(pixel); });
 }
 
 void GlViewWidget::mouseReleaseEvent(QMouseEvent* event) {

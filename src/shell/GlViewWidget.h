@@ -2,6 +2,7 @@
 
 #include <QTimer>
 #include <QWidget>
+#include <functional>
 
 #include "GlCanvas.h"
 #include "VelmoraView.h"
@@ -50,6 +51,8 @@ signals:
     /// Around each paint: boxes that the view wants to show meanwhile have to wait.
     void paintBegins();
     void paintEnds();
+    /// An exception ended a paint or what the mouse began; `cause` is what it says of itself.
+    void failed(const QString& cause);
     /// The left button came up and the view has dealt with it.
     void leftReleased();
     /// A right click, or the menu key, at a position on the screen.
@@ -70,6 +73,7 @@ private:
     PixelPoint pixelOf(const QMouseEvent& event) const;
     void noteTime(const QMouseEvent& event);
     Viewport wholeWindow() const;
+    void carryOut(const std::function<void()>& work);
     void matchSize();
     void pullCursorInside(const QMouseEvent& event);
     void releaseLeft(PixelPoint position);

@@ -71,7 +71,7 @@ bool LeaveDesk::sessionMayEnd(bool mayAsk) {
 }
 
 void LeaveDesk::commitData(QSessionManager& manager) {
-    const bool mayAsk = !rescued() && manager.allowsErrorInteraction();
+    const bool mayAsk = !rescued() && manager.allowsInteraction();
     if (!sessionMayEnd(mayAsk)) {
         manager.cancel();
     }

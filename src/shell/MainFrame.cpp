@@ -15,6 +15,7 @@
 #include "CommandGuard.h"
 #include "HelpDesk.h"
 #include "VelmoraDoc.h"
+#include "command_keys.h"
 #include "messages.h"
 #include "qt_text.h"
 
@@ -59,7 +60,8 @@ MainFrame::MainFrame()
     setStatusBar(status_);
     setCentralWidget(viewWidget_);
     actions_ = new CommandActions(
-        *recent_, [this](const Command& command) { return stateOf(command); }, this);
+        *recent_, [this](const Command& command) { return stateOf(command); },
+        [this](std::string_view key) { return commandsOfKey(session_->document(), key); }, this);
     makeMenus();
     makeToolBars();
     actions_->addShortcuts(*this);
@@ -121,6 +123,10 @@ void MainFrame::connectView() {
             QTimer::singleShot(0, this, &MainFrame::refresh); // lines have no surface, as the paint found out
         }
     });
+    connect(viewWidget_, &GlViewWidget::failed, this, [this](const QString& cause) {
+        // A box would bring the next paint, and that the next box.
+        session_->document().ShowStatus(message::commandFailed(plainBytes(cause)).text);
+    });
     connect(viewWidget_, &GlViewWidget::leftReleased, this, &MainFrame::refresh);
     connect(viewWidget_, &GlViewWidget::contextMenuWanted, this, &MainFrame::showContextMenu);
 }
@@ -175,33 +181,8 @@ void MainFrame::reportGraphics() {
 CommandState MainFrame::stateOf(const Command& command) const {
     CommandState state;
     state.on = session_->isOn(command);
-    state.checked = checkedState(command.id);
+    state.checked = checkedState(command, session_->document(), session_->view(), *this);
     return state;
-}
-
-std::optional<bool> MainFrame::checkedState(std::string_view id) const {
-    if (id == "view.toolbar") {
-        return toolBarsShown();
-    }
-    if (id == "view.statusBar") {
-        return !status_->isHidden();
-    }
-    if (id == "view.surface") {
-        return session_->document().surfaceMode;
-    }
-    if (id == "view.perspective") {
-        return session_->view().projectionMode == 0;
-    }
-    if (id == "view.orthographic") {
-        return session_->view().projectionMode == 1;
-    }
-    if (id == "block.only") {
-        return session_->document().showBlockOnly;
-    }
-    if (id == "model.reflectToSft") {
-        return true; // it carries the mark whether or not markers are there
-    }
-    return std::nullopt;
 }
 
 void MainFrame::run(const Command& command) {
@@ -252,6 +233,14 @@ void MainFrame::openFile(const QString& path) {
     openFiles({path});
 }
 
+void MainFrame::exit() {
+    if (mayLeave()) {
+        leaving_ = true;
+        close();
+        leaving_ = false;
+    }
+}
+
 bool MainFrame::mayLeave() {
     // What waits for an answer goes on first: the question would be answered by the end.
     return QApplication::activeModalWidget() == nullptr && session_->leave();
@@ -264,7 +253,7 @@ void MainFrame::openFiles(const QStringList& paths) {
     const auto missing = std::find_if(files.begin(), files.end(),
                                       [&](const auto& file) { return !std::filesystem::exists(file, error); });
     if (missing != files.end()) {
-        session_->document().ShowStatus("There is no " + missing->string());
+        session_->document().ui().showMessage(message::noSuchFile(missing->string()));
     } else if (files.size() == 1 && std::filesystem::is_directory(files.front(), error)) {
         carryOut([&] { session_->perform([&] { session_->document().openFilesIn(files.front()); }); });
     } else {
@@ -317,9 +306,12 @@ bool MainFrame::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void MainFrame::closeEvent(QCloseEvent* event) {
-    event->setAccepted(mayLeave());
+    // Nothing is asked in here: to a window that is closing a second request would come through, past the question.
+    event->setAccepted(leaving_ || (!session_->document().documentModified && mayLeave()));
     if (event->isAccepted()) {
         keepWindow();
+    } else if (QApplication::activeModalWidget() == nullptr) {
+        QTimer::singleShot(0, this, &MainFrame::exit);
     }
 }
 

@@ -60,14 +60,14 @@ private:
     void makeToolBars();
     void connectView();
     CommandState stateOf(const Command& command) const;
-    std::optional<bool> checkedState(std::string_view id) const;
-    void exit() override { close(); }
+    void exit() override;
     void showGuide() override;
     void showAbout() override { emit aboutWanted(); }
     void toggleToolBars() override;
     void toggleStatusBar() override;
+    bool toolBarsShown() const override;
+    bool statusBarShown() const override { return !status_->isHidden(); }
     void showContextMenu(const QPoint& position);
-    bool toolBarsShown() const;
     void refresh();
     bool restoreWindow();
     void keepSensibleSize();
@@ -80,6 +80,7 @@ private:
     CommandActions* actions_;
     HelpDesk* help_;
     QList<QToolBar*> toolBars_;
+    bool leaving_ = false;      ///< the question was answered: the window may go
     bool surfaceShown_ = false; ///< what the Surface button says
     std::unique_ptr<QtUserInterface> userInterface_;
     std::unique_ptr<Session> session_;

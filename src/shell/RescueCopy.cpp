@@ -47,7 +47,7 @@ void RescueCopy::look() {
     }
     const std::uint64_t revision = doc_.geometryRevision();
     // In the middle of a command, which waits for an answer, the model is neither old nor new.
-    if (written_ == revision || QApplication::activeModalWidget() != nullptr) {
+    if (written_ == revision || failedAt_ == revision || QApplication::activeModalWidget() != nullptr) {
         return;
     }
     ++looks_;
@@ -126,7 +126,7 @@ void RescueCopy::discard() {
 }
 
 void RescueCopy::tellFailure() {
-    written_ = doc_.geometryRevision(); // tried again with the next change
+    failedAt_ = doc_.geometryRevision(); // tried again with the next change
     if (!std::exchange(failureTold_, true)) {
         doc_.ShowStatus("No rescue copy can be kept in " + root_.string());
     }

@@ -47,9 +47,10 @@ private:
     QTimer timer_;
     std::optional<RescueFolder> folder_;
     std::future<bool> writing_;
-    std::optional<std::uint64_t> written_; ///< the geometry's revision in the copy, or on its way there
-    std::optional<std::uint64_t> seen_;    ///< at the last look
-    int looks_ = 0;                        ///< since the first change that is in no copy
+    std::optional<std::uint64_t> written_;  ///< the geometry's revision in the copy, or on its way there
+    std::optional<std::uint64_t> failedAt_; ///< the revision that could not be written
+    std::optional<std::uint64_t> seen_;     ///< at the last look
+    int looks_ = 0;                         ///< since the first change that is in no copy
     bool kept_ = false;
     bool failureTold_ = false;
 };

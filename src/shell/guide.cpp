@@ -67,7 +67,7 @@ const QStringList& guidePages() {
         QStringLiteral("point.md"),    QStringLiteral("transformations.md"), QStringLiteral("convert.md"),
         QStringLiteral("view.md"),     QStringLiteral("options.md"),         QStringLiteral("help.md"),
         QStringLiteral("menus.md"),    QStringLiteral("formats.md"),         QStringLiteral("point-table.md"),
-        QStringLiteral("messages.md"),
+        QStringLiteral("messages.md"), QStringLiteral("scripts.md"),
     };
     return pages;
 }

@@ -67,6 +67,8 @@ TEST_F(LineOutcomes, AFileThatCannotBeOpenedHasFailed) {
 TEST_F(LineOutcomes, AFileThatGivesNoModelHasFailed) {
     test::writeFileText(folder / "empty.apt", "");
     EXPECT_EQ(outcomeOf("open " + file("empty.apt")), "failed");
+    EXPECT_EQ(event("read").at("complete"), true) << "of nothing nothing is missing";
+    EXPECT_EQ(event("read").at("kept").at("points"), 0);
     test::writeFileText(folder / "no.wrl", "no scene\n");
     EXPECT_EQ(outcomeOf("open " + file("no.wrl")), "failed");
 }
@@ -81,6 +83,8 @@ TEST_F(LineOutcomes, AFileThatCannotBeWrittenHasFailed) {
 TEST_F(LineOutcomes, ASaveIsToldAsInformation) {
     EXPECT_EQ(outcomeOf("run file.saveAs file=" + file("plate.dat")), "ok");
     EXPECT_THAT(severities(), ElementsAre("info"));
+    EXPECT_EQ(event("written").at("format"), "dat");
+    EXPECT_EQ(event("written").at("bytes"), std::filesystem::file_size(folder / "plate.dat"));
 }
 
 TEST_F(LineOutcomes, AWarningIsOk) {
@@ -91,10 +95,11 @@ TEST_F(LineOutcomes, AWarningIsOk) {
 
 TEST_F(LineOutcomes, AFaultBehindWhatWasReadIsAWarning) {
     test::writeFileText(folder / "half.apt", aptText({test::flatPatch(2, 2)}) + "2 2\n0 0 0\n1 0 0\n0 1 0\n1 x 0\n");
-    must("open " + file("half.apt"));
+    EXPECT_EQ(outcomeOf("open " + file("half.apt")), "partial");
     EXPECT_EQ(severities().front(), "warning");
+    EXPECT_EQ(event("read").at("complete"), false);
     test::writeFileText(folder / "none.apt", "2 2\n0 0 0\n1 0 0\n0 1 0\n1 x 0\n");
-    must("open " + file("none.apt"));
+    EXPECT_EQ(outcomeOf("open " + file("none.apt")), "failed");
     EXPECT_EQ(severities().front(), "error");
 }
 
@@ -162,7 +167,17 @@ TEST_F(LineOutcomes, VersionTellsProgramGrammarAndPictures) {
 }
 
 TEST_F(LineOutcomes, ReadIsAListOfWhatTheLastReadingLineRead) {
-    EXPECT_TRUE(printed("read").is_array());
+    const Json plate = printed("read");
+    ASSERT_EQ(plate.size(), 1U);
+    EXPECT_EQ(plate.at(0).at("path"), (folder / "plate.apt").string());
+    EXPECT_EQ(plate.at(0).at("kept").at("points"), 20);
+    must("run view.top");
+    EXPECT_EQ(printed("read"), plate) << "the last line that read files counts";
+    must("open " + file("nothing.apt"));
+    EXPECT_EQ(printed("read"), plate) << "a file that cannot be opened was not read";
+    test::writeFileText(folder / "small.apt", aptText({test::flatPatch(2, 2)}));
+    must("open " + file("small.apt"));
+    EXPECT_EQ(printed("read").at(0).at("kept").at("points"), 4);
 }
 
 } // namespace

@@ -122,9 +122,9 @@ TEST_F(BatchProcess, LinesOfTheCommandLineRunBeforeTheScript) {
     test::writeFileText(folder / "two.script", "# first\nprint window 0 0 0\nwait 0\n");
     const ProcessResult result = run({"--json", "two.script", "-c", "wait 1", "-c", "open wing.apt"});
     EXPECT_EQ(result.status, 0);
-    EXPECT_THAT(kinds(result), ElementsAre("done", "title", "recent", "done", "print", "done", "done"));
-    EXPECT_EQ(json::parse(result.lines[3]).at("line"), 2);
-    EXPECT_EQ(json::parse(result.lines[5]).at("line"), 2) << "the script counts its own lines";
+    EXPECT_THAT(kinds(result), ElementsAre("done", "read", "title", "recent", "done", "print", "done", "done"));
+    EXPECT_EQ(json::parse(result.lines[4]).at("line"), 2);
+    EXPECT_EQ(json::parse(result.lines[6]).at("line"), 2) << "the script counts its own lines";
 }
 
 TEST_F(BatchProcess, EachLineOptionTakesOneLine) {
@@ -205,6 +205,9 @@ TEST_F(BatchProcess, JsonEventsComeInOrderWithTheirMembers) {
         result.lines,
         ElementsAre(
             R"({"event":"chooser","mode":"Open","extensions":["apt","skl","dat","wrl","stl","apm","fld","grd"],"proposed":"","paths":["wing.apt"]})",
+            R"({"event":"read","path":")" + path +
+                R"(","bytes":40,"format":"apt","complete":true,"lossless":true,"found":{"patches":1,"points":6},)"
+                R"("kept":{"patches":1,"points":6},"changed":[],"reasons":[]})",
             R"({"event":"title","text":"wing.apt"})", R"({"event":"recent","path":")" + path + R"("})",
             R"({"event":"done","line":1,"outcome":"ok"})",
             R"({"event":"dialog","name":"CInputSection","title":"Input section","result":"ok","fields":{"patch":1,"maximumPatches":1,"section":2,"maximumSections":2}})",
@@ -238,6 +241,7 @@ TEST_F(BatchProcess, OutputThatCannotBeWrittenIsNoSuccess) {
 TEST_F(BatchProcess, AnswersEachLineBeforeItReadsTheNext) {
     Process process({VELMORA_BATCH, "--json", "-"}, folder.path());
     process.write("open wing.apt\n");
+    EXPECT_THAT(process.readLine().value_or(""), HasSubstr("\"read\""));
     EXPECT_EQ(process.readLine(), R"({"event":"title","text":"wing.apt"})");
     EXPECT_THAT(process.readLine().value_or(""), HasSubstr("\"recent\""));
     EXPECT_EQ(process.readLine(), R"({"event":"done","line":1,"outcome":"ok"})");
@@ -291,6 +295,14 @@ TEST_F(BatchProcess, AStrictScriptEndsWhereAFileCannotBeRead) {
     EXPECT_THAT(result.errors, HasSubstr("line 1: failed")) << "a person learns why the script ended";
 }
 
+TEST_F(BatchProcess, AStrictScriptEndsWhereAFileIsReadInPart) {
+    test::writeFileText(folder / "half.apt", "2 2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n2 2\n0 0 0\n1 0 0\n0 1 0\n1 x 0\n");
+    const ProcessResult result = run({"--json", "--strict", "-c", "open half.apt", "-c", "print state"});
+    EXPECT_EQ(result.status, 3);
+    EXPECT_THAT(result.lines.back(), HasSubstr("\"partial\""));
+    EXPECT_EQ(run({"-c", "open half.apt"}).status, 0) << "a script that is not strict goes on";
+}
+
 TEST_F(BatchProcess, AStrictScriptEndsWhereAFileCannotBeWritten) {
     EXPECT_EQ(run({"--strict", "-c", "open wing.apt", "-c", "run file.saveAs file=gone/wing.apt"}).status, 4);
 }
@@ -325,8 +337,8 @@ TEST_F(BatchProcess, AScriptThatKeepsGoingRunsTheLinesBehindAnError) {
     test::writeFileText(folder / "a.script", "bogus\nopen wing.apt\nrun line.inputSection pach=1\nprint lineBuffer\n");
     const ProcessResult result = run({"--json", "--keep-going", "a.script"});
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(kinds(result), ElementsAre("error", "title", "recent", "done", "error", "print", "done"));
-    EXPECT_EQ(json::parse(result.lines[4]).at("line"), 3);
+    EXPECT_THAT(kinds(result), ElementsAre("error", "read", "title", "recent", "done", "error", "print", "done"));
+    EXPECT_EQ(json::parse(result.lines[5]).at("line"), 3);
     EXPECT_EQ(run({"--keep-going", "-c", "open wing.apt"}).status, 0) << "when there was none";
 }
 
@@ -339,7 +351,7 @@ TEST_F(BatchProcess, QuitEndsAScriptThatKeepsGoing) {
 TEST_F(BatchProcess, ALineThatIsAnErrorLeavesTheModelAsItIs) {
     const ProcessResult result = run({"--json", "--keep-going", "-c", "open wing.apt", "-c",
                                       "run model.move deltaX=1 delta=2", "-c", "print patches"});
-    EXPECT_EQ(json::parse(result.lines[4]).at("value").at(0).at(0).at(0), json::array({0.0, 0.0, 0.0}));
+    EXPECT_EQ(json::parse(result.lines[5]).at("value").at(0).at(0).at(0), json::array({0.0, 0.0, 0.0}));
 }
 
 // ---- Paths ---------------------------------------------------------------------------------------------------------

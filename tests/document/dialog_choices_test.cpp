@@ -38,6 +38,13 @@ Look flag(bool DocumentState::*which) {
     return [=](DocumentState& doc) { return std::string(doc.*which ? "on" : "off"); };
 }
 
+/// Two square slices; the upper one has a point in the middle of each side, and begins at the opposite corner.
+Patch slices() {
+    return {
+        {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}, {0, 0, 0}},
+        {{1, 1, 1}, {0.5, 1, 1}, {0, 1, 1}, {0, 0.5, 1}, {0, 0, 1}, {0.5, 0, 1}, {1, 0, 1}, {1, 0.5, 1}, {1, 1, 1}}};
+}
+
 Patch zigzag() {
     Patch patch = flatPatch(3, 5);
     for (PointList& points : patch) {
@@ -360,7 +367,7 @@ const std::vector<Choice> choices = {
      .before = openField + addPatch(1) + addPatch(2),
      .fields = {{"kind", "2"}},
      .look = [](DocumentState& doc) { return pointCounts(doc) + " with " + fieldCounts(doc); },
-     .expected = "3 3 with 4 4"},
+     .expected = "3 3 with 3 3"},
     {.dialog = "CMerge",
      .field = "deleteDouble",
      .value = 1,
@@ -790,6 +797,23 @@ const std::vector<Choice> choices = {
      .fields = {{"pointCount", "9"}},
      .look = onChords(0),
      .expected = "on the chords"},
+
+    {.dialog = "CConvert_SKL_to_APT",
+     .field = "align",
+     .value = 0,
+     .command = "convert.toApt",
+     .model = {slices()},
+     .fields = {{"approximation", "2"}, {"pointCount", "5"}},
+     .look = pointOf(0, 1, 0),
+     .expected = "1 1 1"},
+    {.dialog = "CConvert_SKL_to_APT",
+     .field = "align",
+     .value = 1,
+     .command = "convert.toApt",
+     .model = {slices()},
+     .fields = {{"approximation", "2"}, {"pointCount", "5"}},
+     .look = pointOf(0, 1, 0),
+     .expected = "0 0 1"},
 
     {.dialog = "CUKnife",
      .field = "planeKind",

@@ -349,7 +349,8 @@ TEST(DialogFields, OfConvertToSkl) {
 TEST(DialogFields, OfConvertToApt) {
     EXPECT_THAT(linesOf("CConvert_SKL_to_APT"),
                 ElementsAre("Convert to APT", "pointCount | Number of points in sections | int | 20 | 2 to 1000000",
-                            "approximation |  | radio | 1 | \"Spline approximation\" \"Linear approximation\""));
+                            "approximation |  | radio | 1 | \"Spline approximation\" \"Linear approximation\"",
+                            "align | Align lines to their neighbours | check | 0"));
 }
 
 TEST(DialogFields, OfUnstructuredKnife) {

@@ -27,7 +27,7 @@ void StateTest::call(const std::string& id) {
     const Command* command = findCommand(id);
     ASSERT_NE(command, nullptr) << id;
     ASSERT_NE(command->run, nullptr) << id;
-    (document_.get()->*command->run)();
+    document_->runCommand(command->run);
 }
 
 void StateTest::open(const std::filesystem::path& path) {

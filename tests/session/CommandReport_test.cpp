@@ -37,7 +37,7 @@ TEST(Outcome, AChooserADialogOrAQuestionMayBeCancelled) {
     dialog.dialogs.push_back({"CRebreak", false, {}});
     EXPECT_EQ(dialog.outcome(), Outcome::Cancelled);
     CommandReport question;
-    question.questions.push_back({message::removeGeometry, false});
+    question.questions.push_back({message::removeGeometry, Answer::No});
     EXPECT_EQ(question.outcome(), Outcome::Cancelled);
 }
 
@@ -45,14 +45,17 @@ TEST(Outcome, WhatWasAnsweredYesIsOk) {
     CommandReport report;
     report.choosers.push_back({"file.open", ChooserMode::Open, {"wing.apt"}});
     report.dialogs.push_back({"CRebreak", true, {}});
-    report.questions.push_back({message::removeGeometry, true});
+    report.questions.push_back({message::removeGeometry, Answer::Yes});
     EXPECT_EQ(report.outcome(), Outcome::Ok);
 }
 
 TEST(Outcome, LeavingWithoutSavingCancelsNothing) {
     CommandReport report;
-    report.questions.push_back({message::saveBeforeExit, false});
+    report.questions.push_back({message::saveBeforeExit, Answer::No});
     EXPECT_EQ(report.outcome(), Outcome::Ok);
+    report.questions[0].answer = Answer::None;
+    report.stayed = true;
+    EXPECT_EQ(report.outcome(), Outcome::Cancelled) << "closed without an answer: the program stays";
 }
 
 TEST(Outcome, AFileThatIsReadInPartIsPartial) {
@@ -97,7 +100,7 @@ TEST(Outcome, StayingForASaveThatWasDeclinedIsCancelledForAnyOtherItFailed) {
     CommandReport report;
     report.stayed = true;
     EXPECT_EQ(report.outcome(), Outcome::Failed);
-    report.questions.push_back({message::holdsMorePoints, false});
+    report.questions.push_back({message::holdsMorePoints, Answer::No});
     EXPECT_EQ(report.outcome(), Outcome::Cancelled);
     report.messages.push_back(message::cannotSave);
     EXPECT_EQ(report.outcome(), Outcome::Failed);

@@ -42,8 +42,8 @@ TEST_F(RecorderTest, GivesThePersonsAnswersAndNotesThem) {
     EXPECT_FALSE(recorder.ask("second"));
     ASSERT_EQ(report.questions.size(), 2U);
     EXPECT_EQ(report.questions[0].text, "first");
-    EXPECT_TRUE(report.questions[0].yes);
-    EXPECT_FALSE(report.questions[1].yes);
+    EXPECT_EQ(report.questions[0].answer, Answer::Yes);
+    EXPECT_EQ(report.questions[1].answer, Answer::No);
 }
 
 TEST_F(RecorderTest, NotesTheFieldsOfADialogAsTheyCameUpAndAsTheyWereTaken) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "DocumentState.h"
 #include "FakeSurface.h"
 #include "RecordingUi.h"
 #include "arranged_capture.h"
@@ -40,7 +41,7 @@ protected:
     }
 
     CommandReport run(const char* id) { return session.run(*findCommand(id)); }
-    VelmoraDoc& doc() { return session.document(); }
+    DocumentState& doc() { return session.state(); }
 
     /// Opens the plate and moves it.
     void changePlate() {
@@ -115,7 +116,7 @@ TEST_F(SessionTest, ACommandIsReportedWithWhatWasSaidAskedAndAnswered) {
     person.files = {{folder / "nothing.apt"}};
     const CommandReport report = run("file.open");
     ASSERT_THAT(report.questions, testing::SizeIs(1));
-    EXPECT_TRUE(report.questions[0].yes);
+    EXPECT_EQ(report.questions[0].answer, Answer::Yes);
     ASSERT_THAT(report.choosers, testing::SizeIs(1));
     EXPECT_EQ(report.choosers[0].command, "file.open");
     ASSERT_GE(report.messages.size(), 1U);

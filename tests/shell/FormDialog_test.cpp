@@ -222,6 +222,26 @@ TEST(FormDialog, TheFirstFieldToTypeInHasTheFocusAndIsSelected) {
     EXPECT_EQ(part<QLineEdit>(dialog, "count").selectedText(), QStringLiteral("3"));
 }
 
+TEST(FormDialog, ShowsANumberOfSeventeenDigitsWholeFromItsSignOn) {
+    CBlockRotate values;
+    values.x1 = -2.2222222222222222e-200;
+    values.y1 = -8.8888888888888888e+200;
+    DialogForm form = describe(values);
+    openDialog(form);
+    FormDialog dialog(form);
+    dialog.show();
+    QApplication::processEvents();
+    for (const char* key : {"x1", "y1"}) {
+        const QLineEdit& edit = part<QLineEdit>(dialog, key);
+        EXPECT_GE(edit.text().size(), 22) << key;
+        EXPECT_GT(edit.width(), edit.fontMetrics().horizontalAdvance(edit.text()) + 4) << key;
+        EXPECT_EQ(edit.cursorPosition(), 0) << key;
+    }
+    EXPECT_EQ(dialog.focusWidget(), &part<QLineEdit>(dialog, "x1"));
+    EXPECT_EQ(part<QLineEdit>(dialog, "x1").selectedText(), part<QLineEdit>(dialog, "x1").text())
+        << "ready to be typed over";
+}
+
 TEST(FormDialog, ANumberWithoutALabelStandsBesideItsCheckBox) {
     CPrescribe values;
     DialogForm form = describe(values);

@@ -591,7 +591,7 @@ TEST(MainFrame, OpensNoFileInPlaceOfAModelThatCannotBeSaved) {
     std::filesystem::remove_all(desk.folder.path());
     rig.person.atQuestion(QStringLiteral("Save data before exit"), true);
     rig.person.at("messageBox", [](QWidget& box) { dynamic_cast<QDialog&>(box).accept(); });
-    rig.frame.openFile(qtPath(other.folder / "two & two.apt"));
+    rig.frame.openFile(qtPath(other.model));
     EXPECT_EQ(rig.doc().patches, moved);
     EXPECT_TRUE(rig.frame.isWindowModified());
 }
@@ -667,10 +667,10 @@ TEST(MainFrame, AFileThatIsGoneDoesNotCostTheModel) {
     const FlatDesk desk;
     FrameRig rig(desk.model);
     const PatchList before = rig.doc().patches;
+    rig.person.atMessage(QStringLiteral("There is no ") + qtPath(desk.folder / "gone.apt"));
     rig.frame.openFile(qtPath(desk.folder / "gone.apt"));
     EXPECT_EQ(rig.doc().patches, before);
     EXPECT_EQ(rig.frame.windowTitle(), QStringLiteral("flat.apt[*] - Velmora"));
-    EXPECT_EQ(rig.message(), QStringLiteral("There is no ") + qtPath(desk.folder / "gone.apt"));
 }
 
 TEST(MainFrame, AFolderOpensTheChooserThere) {
@@ -698,7 +698,12 @@ public:
         }
     }
     void onPictureChanged() override {}
-    void onHighlightChanged() override {}
+    void onHighlightChanged() override {
+        if (poorHighlight) {
+            poorHighlight = false;
+            throw std::bad_alloc();
+        }
+    }
     void onBoundsChanged() override {}
     void setMouseMode(MouseMode) override {}
     void forceMouseMode(MouseMode) override {}
@@ -706,6 +711,7 @@ public:
     int principalPlane() const override { return 0; }
 
     bool poor = true;
+    bool poorHighlight = false;
 };
 
 TEST(MainFrame, ACommandThatRunsOutOfMemoryIsToldAndLeavesTheModel) {
@@ -713,7 +719,7 @@ TEST(MainFrame, ACommandThatRunsOutOfMemoryIsToldAndLeavesTheModel) {
     FrameRig rig(desk.model);
     const PatchList before = rig.doc().patches;
     PoorView view;
-    rig.doc().attachView(view);
+    rig.document().attachView(view);
     rig.person.atDialog("CBlockMove", {{"deltaX", "1"}});
     rig.person.atMessage(QStringLiteral("The command could not be carried out (out of memory). The model is as it was "
                                         "before."));
@@ -724,8 +730,24 @@ TEST(MainFrame, ACommandThatRunsOutOfMemoryIsToldAndLeavesTheModel) {
     rig.person.atDialog("CBlockMove", {{"deltaX", "1"}});
     rig.run("model.move");
     EXPECT_NE(rig.doc().patches, before) << "the next one works again";
-    rig.doc().detachView(view);
+    rig.document().detachView(view);
     rig.doc().documentModified = false;
+}
+
+TEST(MainFrame, AClickThatRunsOutOfMemoryIsToldAndLeavesWhatWasCaptured) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    PoorView view;
+    rig.run("patch.capture");
+    rig.document().attachView(view);
+    view.poor = false;
+    view.poorHighlight = true;
+    rig.clickOn(onFirst);
+    EXPECT_EQ(rig.message(), QStringLiteral("The command could not be carried out (out of memory). The model is as it "
+                                            "was before."));
+    EXPECT_EQ(rig.doc().blockCount, 0);
+    EXPECT_TRUE(rig.frame.isVisible());
+    rig.document().detachView(view);
 }
 
 TEST(MainFrame, TheSurfaceButtonFollowsWhatAPaintFindsOut) {
@@ -735,7 +757,7 @@ TEST(MainFrame, TheSurfaceButtonFollowsWhatAPaintFindsOut) {
     rig.doc().patches[0][0].pop_back();
     rig.doc().retitle();
     rig.person.atMessage(QStringLiteral("surface not allowed"));
-    rig.doc().redraw();
+    rig.document().redraw();
     EXPECT_TRUE(waitUntil([&rig] { return !rig.toolButton("view.surface")->isChecked(); }));
     EXPECT_FALSE(rig.menuEntry("view.surface")->isChecked());
     EXPECT_TRUE(waitUntil([&rig] { return rig.person.isDone(); }));

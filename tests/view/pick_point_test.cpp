@@ -89,7 +89,7 @@ TEST(PickPoint, FindsTheSamePointsInPerspectiveAndParallelAndTurned) {
 // ---- The limit ------------------------------------------------------------------------------------------------------
 
 /// Makes `fraction` of the model's diagonal the double `limit`; false where no diagonal gives it.
-bool setLimit(VelmoraDoc& doc, double fraction, double limit) {
+bool setLimit(DocumentState& doc, double fraction, double limit) {
     double diagonal = limit / fraction;
     for (int i = 0; i < 4 && fraction * diagonal < limit; ++i) {
         diagonal = std::nextafter(diagonal, 1e300);

@@ -24,7 +24,7 @@ const zVec<double> nowhere{6.5, 5.5, 0};
 struct RegimeRig : ViewRig {
     RegimeRig() { show(twoPatches()); }
     void run(void (VelmoraDoc::*command)()) {
-        (doc.*command)();
+        (document.*command)();
         ui.transcript.clear();
     }
 };

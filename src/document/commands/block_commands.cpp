@@ -46,13 +46,19 @@ namespace {
 
 /// Keeps the patches whose mark is `kept`, in the order of the model.
 void keepPatches(VelmoraDoc& doc, const std::vector<bool>& mask, bool kept) {
-    PatchList rest;
-    for (std::size_t k = 0; k < doc.patches.size(); ++k) {
-        if (mask[k] == kept) {
-            rest.push_back(std::move(doc.patches[k]));
+    const auto keep = [&mask, kept](PatchList& list) {
+        PatchList rest;
+        for (std::size_t k = 0; k < list.size(); ++k) {
+            if (mask[k] == kept) {
+                rest.push_back(std::move(list[k]));
+            }
         }
+        list.swap(rest);
+    };
+    if (PatchList* const field = doc.wholeField()) {
+        keep(*field);
     }
-    doc.patches.swap(rest);
+    keep(doc.patches);
 }
 
 /// The model lost its last part: nothing is left to select or to capture.
@@ -164,6 +170,14 @@ void VelmoraDoc::PasteBlock() {
     }
     emptyBlock();
     const std::int32_t before = countOf(patches);
+    if (PatchList* const field = wholeField()) {
+        for (const Patch& patch : blockClipboard) {
+            Patch& values = field->emplace_back(); // of points that come from elsewhere nothing is known: 0
+            for (const PointList& section : patch) {
+                values.emplace_back(section.size());
+            }
+        }
+    }
     appendPatches(blockClipboard, patches, 0, countOf(blockClipboard));
     blockCount = std::min(countOf(blockClipboard), blockCapacity);
     for (std::int32_t i = 0; i < blockCount; ++i) {

@@ -46,14 +46,13 @@ void VelmoraDoc::ClearBuffer() {
 }
 
 void VelmoraDoc::OpenBuffer() {
-    // Cancel leaves the buffer empty too, and the flag as it was.
-    lineBuffer.clear();
     PointFileResult file = readChosenPoints(*this, bufferRequest(ChooserMode::Open, "buffer.open"));
     if (file.opened) {
         modelFile.memory.noteBufferRead(file.record);
     }
-    lineBuffer = std::move(file.points);
-    if (!lineBuffer.empty()) {
+    // A chooser that is called off, and a file without points, leave the points that the user has.
+    if (!file.points.empty()) {
+        lineBuffer = std::move(file.points);
         lineBufferFull = true;
         showBuffer = true;
     }

@@ -24,16 +24,19 @@ void finishConversion(VelmoraDoc& doc, StructureKind structure, FileKind kind, c
 } // namespace
 
 void VelmoraDoc::ConvertToUnstructured() {
+    zRegion zones;
+    zRegion_fe surface;
+    patchesToRegion(patches, zones);
+    regionToSurface(zones, surface);
+    if (surface.blocks.empty()) {
+        ui_.showMessage(message::conversionWithoutResult);
+        return;
+    }
     beginPatchCommand(Extent::Stays);
     // What is captured is a part of a grid: there is none from here on.
     leaveRegimes();
-    if (!patches.empty()) {
-        zRegion zones;
-        feRegion.blocks.clear();
-        patchesToRegion(patches, zones);
-        regionToSurface(zones, feRegion);
-        patches.clear();
-    }
+    feRegion.blocks.swap(surface.blocks);
+    patches.clear();
     finishConversion(*this, StructureKind::Unstructured, FileKind::None, "dat");
     ShowStatus(idlePrompt);
     redraw();
@@ -59,24 +62,32 @@ void VelmoraDoc::ConvertToSkl() {
     if (structureKind != StructureKind::Unstructured) {
         return;
     }
-    snapshotBeforeAsking();
     const CornerBox box = cornerBox(feRegion);
     dialogs->toSkl.boxMin = box.lower;
     dialogs->toSkl.boxMax = box.upper;
     dialogs->toSkl.precision = CConvert_to_SKL().precision;
+    dialogs->toSkl.freeBytes = memoryRoom(0.0).free;
+    dialogs->toSkl.pointsOfPlane = [this](const CConvert_to_SKL& values) {
+        const bool manual = values.borderApproach == 2;
+        return cutsOfPlane(feRegion, values.planeAxis - 1, manual ? values.yourMin : values.min,
+                           manual ? values.yourMax : values.max);
+    };
     if (!showDialog(ui_, dialogs->toSkl)) {
         return;
     }
-    // Only once the model is another one: a conversion that was cancelled or failed leaves nothing to undo.
-    patchUndoReady = true;
-    rebuildOnUndo = false;
-    // What is captured is a part of the surface: there is none from here on.
-    leaveRegimes();
     SliceResult slices;
     {
         const BusyScope busy(ui_);
         slices = sliceSurface(feRegion, planOf(dialogs->toSkl), progressTo(ui_));
     }
+    if (slices.sections.empty()) {
+        // One plane has no step and cuts nothing, as none does beside the body: the body is worth more than no line.
+        ui_.showMessage(message::conversionWithoutResult);
+        return;
+    }
+    beginPatchCommand(Extent::Stays);
+    // What is captured is a part of the surface: there is none from here on.
+    leaveRegimes();
     for (std::int32_t line = 0; line < slices.linesLeft; ++line) {
         ui_.showMessage(message::linesLeft);
     }
@@ -94,15 +105,25 @@ void VelmoraDoc::ConvertToApt() {
     if (structureKind != StructureKind::Structured) {
         return;
     }
-    snapshotBeforeAsking();
+    std::size_t sections = 0;
+    for (const Patch& patch : patches) {
+        sections += patch.size();
+    }
+    if (sections == 0) {
+        ui_.showMessage(message::conversionWithoutResult);
+        return;
+    }
+    dialogs->toApt.room = memoryRoom(static_cast<double>(sections) * bytesOfPoint);
     if (!showDialog(ui_, dialogs->toApt)) {
         return;
     }
-    patchUndoReady = true;
-    rebuildOnUndo = false;
+    beginPatchCommand(Extent::Stays);
     {
         const BusyScope busy(ui_);
-        patches = linesToGrid(patches, dialogs->toApt.pointCount, dialogs->toApt.approximation == 1);
+        patches = linesToGrid(patches, dialogs->toApt.pointCount, dialogs->toApt.approximation == 1, wholeField());
+        for (std::size_t k = 0; dialogs->toApt.align && k < patches.size(); ++k) {
+            alignSections(patches[k], wholeField() != nullptr ? &(*wholeField())[k] : nullptr);
+        }
     }
     finishConversion(*this, StructureKind::Structured, FileKind::Apt, "apt");
     leavePointAndCurves(*this);

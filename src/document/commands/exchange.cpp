@@ -33,6 +33,9 @@ void turnCapturedPatch(VelmoraDoc& doc) {
         (doc.blockCount < 1 || doc.inBlock(doc.capture->capturedPatch))) {
         Patch& patch = doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)];
         if (isGrid(patch)) {
+            if (Patch* const field = doc.fieldOfPatch(doc.capture->capturedPatch)) {
+                *field = transposed(*field);
+            }
             patch = transposed(patch);
         }
     }

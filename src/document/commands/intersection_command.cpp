@@ -78,7 +78,6 @@ void carryOutIntersection(VelmoraDoc& doc) {
 } // namespace
 
 void VelmoraDoc::Intersection() {
-    beginPatchCommand(Extent::Stays);
     if (structureKind != StructureKind::Structured) {
         redraw();
         return;
@@ -90,10 +89,19 @@ void VelmoraDoc::Intersection() {
         return;
     }
     dialogs->intersection.tolerance = intersectionTolerance;
+    double lines = 0.0;
+    double sections = 0.0;
+    const std::vector<bool> inside = blockMask();
+    for (std::size_t k = 0; k < patches.size(); ++k) {
+        (inside[k] ? lines : sections) += inside[k] ? lineCount(patches[k]) : countOf(patches[k]);
+    }
+    dialogs->intersection.inside = memoryRoom(lines * bytesOfPoint);
+    dialogs->intersection.outside = memoryRoom(sections * bytesOfPoint);
     if (!showDialog(ui_, dialogs->intersection)) {
         return;
     }
     intersectionTolerance = dialogs->intersection.tolerance;
+    beginPatchCommand(Extent::Stays);
     carryOutIntersection(*this);
     leaveRegimes();
     emptyBlock();

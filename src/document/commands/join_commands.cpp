@@ -54,14 +54,13 @@ bool mergeStructured(VelmoraDoc& doc) {
     }
     doc.beginPatchCommand(Extent::Stays);
     const auto append = lines ? appendLines : appendSections;
-    append(doc.patches, members, {doc.dialogs->merge.matching, false});
+    PatchList* const values = doc.wholeField();
+    append(doc.patches, members, {doc.dialogs->merge.matching, false}, values);
     removeMerged(doc.patches, members);
-    const bool fieldFits =
-        std::all_of(block.begin(), block.end(), [&doc](std::int32_t k) { return k < countOf(doc.fieldPatches); });
-    if (doc.fieldMode && fieldFits) {
-        // The first lines of the field's patches stay unless the user wants them deleted: wanted, also where the
-        // geometry has dropped its own.
-        append(doc.fieldPatches, members, {false, lines && !doc.dialogs->merge.deleteDouble});
+    if (values != nullptr) {
+        // The field drops what the grid drops, whatever is said of double sections: a value without its point would
+        // belong to its neighbour.
+        append(doc.fieldPatches, members, {}, nullptr);
         removeMerged(doc.fieldPatches, members);
     }
     doc.emptyBlock();
@@ -128,7 +127,7 @@ void matchBlock(VelmoraDoc& doc, bool grid) {
             continue;
         }
         if (!velmora::matchBorder(doc.patches[static_cast<std::size_t>(a)], doc.patches[static_cast<std::size_t>(b)],
-                                  grid)) {
+                                  grid, doc.fieldOfPatch(b))) {
             doc.ui().showMessage(message::matchingImpossible);
             break;
         }

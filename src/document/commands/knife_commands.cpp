@@ -26,13 +26,11 @@ void VelmoraDoc::KnifeModel() {
     if (structureKind != StructureKind::Structured) {
         return;
     }
-    snapshotBeforeAsking();
     const auto removed = chooseSide(*this);
     if (!removed) {
         return;
     }
-    patchUndoReady = true;
-    rebuildOnUndo = false;
+    beginPatchCommand(Extent::Stays);
     {
         const BusyScope busy(ui_);
         for (const std::int32_t patch : chosenInModelOrder()) {
@@ -187,6 +185,8 @@ bool keepPartOfZones(VelmoraDoc& doc, Side kept) {
         doc.ui().showMessage({Severity::NotWritten, text});
     }
     if (done) {
+        // Only now: a cut that was cancelled or could not be done leaves the snapshot of the command before.
+        doc.beginPatchCommand(Extent::Stays);
         doc.feRegion = std::move(part);
     }
     return done;
@@ -209,7 +209,6 @@ void VelmoraDoc::KnifeZones() {
     if (structureKind != StructureKind::Unstructured) {
         return;
     }
-    snapshotBeforeAsking();
     if (lineBufferFull && lineBuffer.size() >= 3) {
         takePlane(dialogs->knife, planeThrough(lineBuffer[0], lineBuffer[1], lineBuffer[2]));
     }
@@ -221,9 +220,6 @@ void VelmoraDoc::KnifeZones() {
     if (dialogs->knife.cutKind == 3) {
         savePartsOfZones(*this);
     } else if (keepPartOfZones(*this, dialogs->knife.cutKind == 1 ? Side::Before : Side::After)) {
-        // Only once the model is another one: a cut that was cancelled or could not be done leaves nothing to undo.
-        patchUndoReady = true;
-        rebuildOnUndo = false;
         followCapturedPoint(*this);
     }
     redraw();

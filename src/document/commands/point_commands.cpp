@@ -73,6 +73,7 @@ void VelmoraDoc::DeletePoint() {
 }
 
 void VelmoraDoc::DuplicatePoint() {
+    dialogs->duplicate.room = memoryRoom(bytesOfPoint);
     if (!showDialog(ui_, dialogs->duplicate)) {
         ShowStatus(capture->pointContinueStatus);
         return;

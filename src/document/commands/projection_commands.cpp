@@ -52,6 +52,12 @@ void VelmoraDoc::ReflectToApt() {
 }
 
 void VelmoraDoc::ReflectToWrl() {
+    if (structureKind == StructureKind::Unstructured) {
+        // No patch is there to be projected: the reference geometry would be used up for nothing. Zones go onto the
+        // other zones.
+        ReflectToApt();
+        return;
+    }
     beginPatchCommand(Extent::Stays);
     {
         const BusyScope busy(ui_);

@@ -49,6 +49,12 @@ void prepareRebreak(VelmoraDoc& doc) {
     values.capturedNumber = (doc.capture->lineCaptured ? doc.capture->capturedLine : doc.capture->capturedSection) + 1;
     values.firstCurve = 1;
     values.lastCurve = curveCountOf(patch, doc.capture->lineCaptured);
+    values.patchCurves = values.lastCurve;
+    values.blockCurves = 0.0;
+    for (const std::int32_t k : doc.blockCount < 1 ? std::vector<std::int32_t>() : doc.chosenPatches()) {
+        values.blockCurves += curveCountOf(doc.patches[static_cast<std::size_t>(k)], doc.capture->lineCaptured);
+    }
+    values.room = doc.memoryRoom(bytesOfPoint);
 }
 
 void rebreakOnePatch(VelmoraDoc& doc, std::int32_t patch) {

@@ -8,6 +8,7 @@
 #include "block_commands.h"
 #include "capture_address.h"
 #include "captured_curve.h"
+#include "carried_values.h"
 #include "exchange.h"
 #include "messages.h"
 #include "patch_order.h"
@@ -109,15 +110,17 @@ void VelmoraDoc::SymmetricSection() {
 
 namespace {
 
-/// Shows the dialog for the section, or the line turned to one, and renumbers it. False for Cancel.
-bool renumberSection(VelmoraDoc& document, PointList& section) {
+/// Shows the dialog for the section, or the line turned to one. False for Cancel.
+bool askForFirstPoint(VelmoraDoc& document, const PointList& section) {
     CFirstPoint& values = document.dialogs->firstPoint;
     const std::int32_t first = document.capture->capturedPoint;
     values.pointInside = document.capture->pointCaptured && first > 0 && first < countOf(section) - 1;
     values.closed = isClosed(section);
-    if (!showDialog(document.ui(), values)) {
-        return false;
-    }
+    return showDialog(document.ui(), values);
+}
+
+/// Gives the section another first point. `first` is the captured one.
+void renumberSection(PointList& section, const CFirstPoint& values, std::int32_t first) {
     if (values.makeLoop && !section.empty()) {
         section.back() = section.front();
     }
@@ -126,7 +129,6 @@ bool renumberSection(VelmoraDoc& document, PointList& section) {
     } else {
         section = loopFrom(section, first, values.sortKind == 1);
     }
-    return true;
 }
 
 } // namespace
@@ -135,11 +137,15 @@ void VelmoraDoc::FirstPoint() {
     if (!curveCanBeEdited(*this)) {
         return;
     }
+    bool confirmed = false;
+    editCurveAsSection(*this, [this, &confirmed](PointList& section) { confirmed = askForFirstPoint(*this, section); });
+    if (!confirmed) {
+        return;
+    }
     beginPatchCommand(Extent::Stays);
-    bool renumbered = false;
-    editCurveAsSection(*this,
-                       [this, &renumbered](PointList& section) { renumbered = renumberSection(*this, section); });
-    if (renumbered && capture->pointCaptured) {
+    editCurveAsSection(
+        *this, [this](PointList& section) { renumberSection(section, dialogs->firstPoint, capture->capturedPoint); });
+    if (capture->pointCaptured) {
         // The number has not moved: it names another point now.
         capture.savePoint();
         followCapturedPoint(*this);
@@ -186,8 +192,8 @@ void VelmoraDoc::HalveSection() {
     if (!capture->sectionCaptured || !curveIsThere(*this)) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
     if (const auto removed = chooseSide(*this)) {
+        beginPatchCommand(Extent::Stays);
         PointList& section = *sectionAt(capture->capturedPatch, capture->capturedSection);
         section = withoutHalf(section, *removed);
         keepCaptureInside(*this);
@@ -202,10 +208,17 @@ void VelmoraDoc::KnifePart() {
     if (section == nullptr) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
     if (const auto removed = chooseSide(*this)) {
-        // The number stays, and now means another point or none; the position stays too.
+        beginPatchCommand(Extent::Stays);
+        if (PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection)) {
+            *field = withoutSide(*field, capture->capturedPoint, *removed);
+        }
         *section = withoutSide(*section, capture->capturedPoint, *removed);
+        // The point at which was cut stays captured: of the points before it none is left to count.
+        if (*removed == Side::Before) {
+            capture.renumberPoint(capture->capturedPointSection, 0);
+        }
+        followCapturedPoint(*this);
         retitle();
         showCapturedPoint(*this);
         redraw();
@@ -227,17 +240,43 @@ void VelmoraDoc::CopyPart() {
     }
 }
 
+namespace {
+
+/// The points of the buffer take the values along that stood at the same part of the length of what they replace, up
+/// to the captured point, which keeps its own.
+void pasteValues(const PointList& section, PointList& values, std::int32_t point, Side replaced,
+                 const PointList& part) {
+    const auto at = static_cast<std::ptrdiff_t>(point);
+    const bool before = replaced == Side::Before;
+    const auto sideOf = [at, before](const PointList& list) {
+        return before ? PointList(list.begin(), list.begin() + at + 1) : PointList(list.begin() + at, list.end());
+    };
+    PointList pasted = part;
+    pasted.insert(before ? pasted.end() : pasted.begin(), section[static_cast<std::size_t>(point)]);
+    PointList carried = sideOf(values);
+    carryValues(sideOf(section), pasted, carried);
+    carried.erase(before ? carried.end() - 1 : carried.begin());
+    values = withSideReplaced(values, point, replaced, carried);
+}
+
+} // namespace
+
 void VelmoraDoc::PastePart() {
     PointList* section = sectionOfCapturedPoint(*this);
     if (section == nullptr) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
-    if (const auto replaced = chooseSide(*this)) {
-        *section = withSideReplaced(*section, capture->capturedPoint, *replaced, lineBuffer);
-        if (*replaced == Side::Before) {
+    if (const auto side = chooseSide(*this)) {
+        beginPatchCommand(Extent::Stays);
+        PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection);
+        if (field != nullptr) {
+            pasteValues(*section, *field, capture->capturedPoint, *side, lineBuffer);
+        }
+        *section = withSideReplaced(*section, capture->capturedPoint, *side, lineBuffer);
+        if (*side == Side::Before) {
+            // By one, however long the buffer is, as far as the section goes.
             capture.renumberPoint(capture->capturedPointSection,
-                                  capture->capturedPoint + 1); // by one, however long the buffer is
+                                  std::min(capture->capturedPoint + 1, countOf(*section) - 1));
         }
         retitle();
         redraw();
@@ -250,6 +289,9 @@ void VelmoraDoc::ReverseSection() {
         return;
     }
     keepForGuard();
+    if (PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection)) {
+        std::reverse(field->begin(), field->end());
+    }
     std::reverse(section->begin(), section->end());
     capture.renumberPoint(capture->capturedPointSection, countOf(*section) - capture->capturedPoint - 1);
     // No snapshot: the command chosen again takes it back. It is a change all the same, asked about before leaving.
@@ -265,6 +307,9 @@ void VelmoraDoc::MergeBuffer() {
     beginPatchCommand(Extent::Stays);
     ui_.showMessage(message::aptMayBeViolated);
     PointList& section = *sectionAt(capture->capturedPatch, capture->capturedSection);
+    if (PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection)) {
+        field->resize(section.size() + lineBuffer.size()); // of points behind the last one nothing is known: 0
+    }
     section.insert(section.end(), lineBuffer.begin(), lineBuffer.end());
     retitle();
     redraw();
@@ -346,7 +391,12 @@ void VelmoraDoc::DeleteCurve() {
 }
 
 void VelmoraDoc::DuplicateCurve() {
-    if (!curveIsThere(*this) || !showDialog(ui_, dialogs->duplicate)) {
+    if (!curveIsThere(*this)) {
+        return;
+    }
+    const double points = static_cast<double>(capturedCurvePoints(*this).size());
+    dialogs->duplicate.room = memoryRoom(bytesOfSection + points * bytesOfPoint);
+    if (!showDialog(ui_, dialogs->duplicate)) {
         return;
     }
     const auto copies = static_cast<std::size_t>(dialogs->duplicate.duplicateCount - 1);

@@ -19,7 +19,18 @@ namespace velmora {
 
 // Commands that rebuild the inside of whole patches, or move one curve inside of a patch.
 
+namespace {
+
+/// The snapshot, and what a kernel keeps of a patch as it works.
+constexpr double workingCopies = 4.0;
+
+} // namespace
+
 void VelmoraDoc::CoonsRebuild() {
+    if (workingCopies * bytesOf(patches) > memoryRoom(0.0).free) {
+        ui_.showMessage(message::notEnoughMemory);
+        return;
+    }
     beginPatchCommand(Extent::Stays);
     for (const std::int32_t k : chosenInModelOrder()) {
         coonsRebuild(patches[static_cast<std::size_t>(k)]);
@@ -55,6 +66,7 @@ void VelmoraDoc::SmoothGeometry() {
 
 void VelmoraDoc::Interpolate() {
     dialogs->interpolate.pointClipboardFull = pointClipboardFull;
+    dialogs->interpolate.room = memoryRoom(workingCopies * bytesOf(patches));
     if (!showDialog(ui_, dialogs->interpolate)) {
         return;
     }
@@ -97,21 +109,26 @@ void VelmoraDoc::Interpolate() {
 
 namespace {
 
-/// Shows the dialog and bends the captured line. False leaves model and capture as they were.
-bool correctCapturedLine(VelmoraDoc& doc) {
+/// Shows the dialog for the captured line. False for Cancel, and where there is nothing to correct.
+bool askForCorrection(VelmoraDoc& doc) {
     if (doc.capture->capturedPoint == doc.capture->capturedLine) {
         doc.ui().showMessage(message::correctionHasNoAction);
         return false;
     }
-    Patch& patch = doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)];
+    const Patch& patch = doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)];
     doc.dialogs->correctLine = {doc.capture->capturedLine + 1, lineCount(patch) - doc.capture->capturedLine,
                                 CCorrectLine().power};
-    if (!showDialog(doc.ui(), doc.dialogs->correctLine)) {
-        return false;
-    }
+    doc.dialogs->correctLine.room = doc.memoryRoom(static_cast<double>(patch.size()) * bytesOfPoint);
+    return showDialog(doc.ui(), doc.dialogs->correctLine);
+}
+
+/// Bends the captured line. False leaves model and capture as they were.
+bool correctCapturedLine(VelmoraDoc& doc) {
+    Patch& patch = doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)];
     const CCorrectLine& v = doc.dialogs->correctLine;
     if (!correctLine(patch, doc.capture->capturedPointSection,
-                     {doc.capture->capturedPoint, doc.capture->capturedLine, v.linesBefore, v.linesAfter, v.power})) {
+                     {doc.capture->capturedPoint, doc.capture->capturedLine, v.linesBefore, v.linesAfter, v.power},
+                     doc.fieldOfPatch(doc.capture->capturedPatch))) {
         return false;
     }
     doc.capture.renumberLine(v.linesBefore - 1);
@@ -126,12 +143,22 @@ void VelmoraDoc::CorrectLine() {
         !isGrid(patches[static_cast<std::size_t>(capture->capturedPatch)])) {
         return;
     }
+    const bool sections = capture->sectionCaptured;
+    if (sections) {
+        turnCapturedPatch(*this);
+    }
+    const bool confirmed = askForCorrection(*this);
+    if (sections) {
+        turnCapturedPatch(*this);
+    }
+    if (!confirmed) {
+        return;
+    }
     beginPatchCommand(Extent::Stays);
     SavePointUndo();
     pointUndoReady = true;
     capture.savePoint();
     capture.saveCurve();
-    const bool sections = capture->sectionCaptured;
     if (sections) {
         turnCapturedPatch(*this);
     }

@@ -1,13 +1,21 @@
+#include <exception>
 #include <utility>
 
+#include "CommandGuard.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "capture_address.h"
+#include "finite_model.h"
+#include "messages.h"
+#include "path_names.h"
 
 namespace velmora {
 
+// ---- Snapshots ------------------------------------------------------------------------------------------------------
+
 namespace {
 
-void snapshot(VelmoraDoc& doc, PatchList& undoList, zRegion_fe& undoZones) {
+void snapshot(VelmoraDoc& doc, PatchList& undoList, zRegion_fe& undoZones, FieldSnapshot& undoField) {
     doc.documentModified = true;
     undoZones.blocks.clear();
     if (doc.structureKind == StructureKind::Structured) {
@@ -18,26 +26,36 @@ void snapshot(VelmoraDoc& doc, PatchList& undoList, zRegion_fe& undoZones) {
     if (doc.structureKind == StructureKind::Unstructured) {
         copyRegion(doc.feRegion, undoZones);
     }
+    undoField = doc.fieldAsItIs();
 }
 
 } // namespace
 
 void VelmoraDoc::SavePointUndo() {
     ++snapshotCounts.pointBegun;
-    snapshot(*this, pointUndoPatches, pointUndoRegion);
+    if (replaced && !replaced->pointTaken) {
+        replaced->pointTaken = true;
+        replaced->pointPatches.swap(pointUndoPatches);
+        replaced->pointRegion.blocks.swap(pointUndoRegion.blocks);
+        std::swap(replaced->pointField, pointUndoField);
+    }
+    snapshot(*this, pointUndoPatches, pointUndoRegion, pointUndoField);
+    pointUndoIsNewer = true;
     ++snapshotCounts.pointTaken;
 }
 
 void VelmoraDoc::SavePatchUndo() {
     ++snapshotCounts.patchBegun;
-    snapshot(*this, undoPatches, undoRegion);
+    if (replaced && !replaced->patchTaken) {
+        replaced->patchTaken = true;
+        replaced->patches.swap(undoPatches);
+        replaced->region.blocks.swap(undoRegion.blocks);
+        std::swap(replaced->field, undoField);
+    }
+    snapshot(*this, undoPatches, undoRegion, undoField);
     undoPath.clear();
+    pointUndoIsNewer = false;
     ++snapshotCounts.patchTaken;
-}
-
-void VelmoraDoc::snapshotBeforeAsking() {
-    SavePatchUndo();
-    patchUndoReady = false;
 }
 
 void VelmoraDoc::beginPatchCommand(Extent extent) {
@@ -66,9 +84,78 @@ void clearSnapshots(VelmoraDoc& doc) {
     doc.undoPatches.clear();
     doc.pointUndoRegion.blocks.clear();
     doc.undoRegion.blocks.clear();
+    doc.pointUndoField = doc.undoField = FieldSnapshot();
 }
 
 } // namespace
+
+// ---- Commands that cannot be done -----------------------------------------------------------------------------------
+
+namespace {
+
+/// A command has put a number into the model that is infinite or none.
+class NotFinite : public std::exception {};
+
+bool resultIsFinite(const DocumentState& doc) {
+    if ((!doc.replaced->patchTaken && !doc.replaced->pointTaken) || (isFinite(doc.patches) && isFinite(doc.feRegion))) {
+        return true;
+    }
+    // A model that held such a number before can be edited all the same.
+    return doc.replaced->patchTaken ? !(isFinite(doc.undoPatches) && isFinite(doc.undoRegion))
+                                    : !(isFinite(doc.pointUndoPatches) && isFinite(doc.pointUndoRegion));
+}
+
+void takeReplacedSnapshots(DocumentState& doc) {
+    ReplacedSnapshots& replaced = *doc.replaced;
+    if (replaced.patchTaken) {
+        doc.undoPatches = std::move(replaced.patches);
+        doc.undoRegion.blocks = std::move(replaced.region.blocks);
+        doc.undoField = std::move(replaced.field);
+        doc.undoPath = replaced.path;
+    }
+    if (replaced.pointTaken) {
+        doc.pointUndoPatches = std::move(replaced.pointPatches);
+        doc.pointUndoRegion.blocks = std::move(replaced.pointRegion.blocks);
+        doc.pointUndoField = std::move(replaced.pointField);
+    }
+    doc.patchUndoReady = replaced.patchReady;
+    doc.pointUndoReady = replaced.pointReady;
+    doc.rebuildOnUndo = replaced.extent;
+    doc.pointUndoIsNewer = replaced.pointIsNewer;
+}
+
+} // namespace
+
+void VelmoraDoc::runCommand(void (VelmoraDoc::*command)()) {
+    replaced.emplace();
+    replaced->patchReady = patchUndoReady;
+    replaced->pointReady = pointUndoReady;
+    replaced->extent = rebuildOnUndo;
+    replaced->pointIsNewer = pointUndoIsNewer;
+    replaced->path = undoPath;
+    const zVec<double> lower = boxMin;
+    const zVec<double> upper = boxMax;
+    try {
+        const CommandGuard guard(*this);
+        (this->*command)();
+        if (!resultIsFinite(*this)) {
+            throw NotFinite();
+        }
+    } catch (const NotFinite&) {
+        // The guard has put the model back.
+        takeReplacedSnapshots(*this);
+        if (!(boxMin == lower && boxMax == upper)) {
+            updateBounds();
+        }
+        ui_.showMessage(message::resultNotFinite);
+    } catch (...) {
+        replaced.reset();
+        throw;
+    }
+    replaced.reset();
+}
+
+// ---- Undo -----------------------------------------------------------------------------------------------------------
 
 void VelmoraDoc::UndoPoint() {
     const bool zones = structureKind == StructureKind::Unstructured;
@@ -78,6 +165,7 @@ void VelmoraDoc::UndoPoint() {
     // As in exchangeWithSnapshot.
     patches.swap(pointUndoPatches);
     std::swap(feRegion, pointUndoRegion);
+    exchangeField(pointUndoField);
     ++snapshotCounts.pointBegun;
     ++snapshotCounts.pointTaken;
     capture.restorePoint();
@@ -106,6 +194,7 @@ namespace {
 void exchangeWithSnapshot(VelmoraDoc& doc) {
     doc.patches.swap(doc.undoPatches);
     std::swap(doc.feRegion, doc.undoRegion);
+    doc.exchangeField(doc.undoField);
     ++doc.snapshotCounts.patchBegun;
     ++doc.snapshotCounts.patchTaken;
 }
@@ -114,37 +203,37 @@ void exchangeWithSnapshot(VelmoraDoc& doc) {
 
 void VelmoraDoc::keepForGuard() {
     guardPatches = patches;
+    guardField = fieldAsItIs();
     ++snapshotCounts.guardCopies;
 }
 
 void VelmoraDoc::UndoPatch() {
-    // The box of a model that was removed is gone too: the views need it anew.
-    const bool modelWasGone = structureKind == StructureKind::None;
+    // The box of a model that was removed is gone too: the views need it anew, whatever model took its place.
+    const bool wasRemoved = structureKind == StructureKind::None || !undoPath.empty();
     // What a file holds is the model that goes; one that was removed knows whether its file still has it.
     documentModified = undoPath.empty() || undoModified;
-    if (!undoPath.empty()) {
-        // Field values belong to the model that goes, not to the one that comes back.
-        fieldLoaded = fieldMode = fieldOpening = false;
-        fieldPatches.clear();
-    }
+    fieldOpening = fieldOpening && undoPath.empty(); // it said how the model that goes was opened
     if (!undoPatches.empty()) {
         // The document holds one model: what comes back takes the place of the other kind too.
         exchangeWithSnapshot(*this);
         structureKind = StructureKind::Structured;
-        if (!undoPath.empty()) {
-            modelFile.takeBack();
-            undoPath.clear();
+        // Patches without a section decide nothing: without a kind of their own they would be saved as a file of none.
+        if (fileKind == FileKind::None) {
+            fileKind = FileKind::Skl;
         }
-        retitle();
+        checkRegularity(patches);
+        if (undoPath.empty() || !modelFile.takeBack()) {
+            retitle();
+        }
+        undoPath.clear();
     } else if (!undoRegion.blocks.empty()) {
         exchangeWithSnapshot(*this);
         structureKind = StructureKind::Unstructured;
         fileKind = FileKind::None;
-        if (!undoPath.empty()) {
-            modelFile.takeBack();
-            undoPath.clear();
+        if (undoPath.empty() || !modelFile.takeBack()) {
+            modelFile.takeExtension("dat");
         }
-        modelFile.takeExtension("dat");
+        undoPath.clear();
     }
     capture.tellUndone(capture->patchCaptured ? capture->continuePrompt : idlePrompt);
     ShowStatus(capture->undoStatus);
@@ -158,7 +247,7 @@ void VelmoraDoc::UndoPatch() {
         followCapturedPoint(*this);
     }
     pointUndoReady = false;
-    if (rebuildOnUndo || modelWasGone) {
+    if (rebuildOnUndo || wasRemoved) {
         updateBounds();
         rebuildOnUndo = false;
     } else {

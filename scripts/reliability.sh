@@ -1,0 +1,10 @@
+#!/usr/bin/env bash
+# scripts/reliability.sh [PRESET]: the long form of the tests in tests/reliability, in the build of that preset (debug,
+# with the sanitizers, unless another is given): 100 programs killed in a save, every record and 10,000 flipped bits of
+# each sample, 100,000 commands in any order. Takes hours.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+preset=${1:-debug}
+cmake --preset "$preset" -DVELMORA_BUILD_TESTS=ON >/dev/null
+cmake --build --preset "$preset" --target reliability_test
+VELMORA_RELIABILITY=long "build/$preset/bin/reliability_test" --gtest_brief=1

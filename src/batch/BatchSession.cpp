@@ -4,6 +4,8 @@
 #include <cmath>
 #include <new>
 
+#include "UserInterface.h"
+#include "VelmoraDoc.h"
 #include "about.h"
 #include "command_help.h"
 #include "file_events.h"

@@ -5,7 +5,8 @@
 #include <utility>
 
 #include "BatchUserInterface.h"
-#include "VelmoraDoc.h"
+#include "DialogValues.h"
+#include "DocumentState.h"
 
 namespace velmora {
 
@@ -97,9 +98,9 @@ Json fieldsHelp(std::string_view name) {
     std::ostringstream nowhere;
     TextEventPrinter printer(nowhere);
     BatchUserInterface nobody(printer);
-    VelmoraDoc document(nobody, {});
+    DocumentState document(nobody, {});
     Json fields = Json::array();
-    if (auto form = document.storedDialog(name)) {
+    if (auto form = document.dialogs->form(name)) {
         const Json start = fieldsValue(*form);
         openDialog(*form);
         for (const DialogField& field : form->fields) {

@@ -2,6 +2,9 @@
 #include "about.h"
 #include "print_values.h"
 
+#include "DialogValues.h"
+#include "DocumentState.h"
+
 namespace velmora {
 
 namespace {
@@ -15,7 +18,7 @@ Json versionValue() {
     return {{"program", programVersion()}, {"grammar", grammarVersion}, {"picture", false}};
 }
 
-Json commandsValue(const VelmoraDoc& doc, const VelmoraView& view) {
+Json commandsValue(const DocumentState& doc, const VelmoraView& view) {
     Json commands = Json::object();
     for (const Command& command : commandTable()) {
         commands[command.id] = isCommandOn(command, doc, view);
@@ -23,12 +26,12 @@ Json commandsValue(const VelmoraDoc& doc, const VelmoraView& view) {
     return commands;
 }
 
-PrintedValue dialogValue(const std::string& name, VelmoraDoc& doc) {
-    if (const auto form = doc.storedDialog(name)) {
+PrintedValue dialogValue(const std::string& name, DocumentState& doc) {
+    if (const auto form = doc.dialogs->form(name)) {
         return fieldsValue(*form);
     }
     std::string known;
-    for (const std::string& each : VelmoraDoc::dialogNames()) {
+    for (const std::string& each : DialogValues::names()) {
         known += ' ' + each;
     }
     return ScriptFailure{"there is no dialog " + inQuotes(name), "print one of:" + known};

@@ -1,3 +1,5 @@
+#include "DocumentState.h"
+#include "captured_curve.h"
 #include "curve_values.h"
 #include "print_values.h"
 
@@ -15,8 +17,8 @@ Json maybeNumbers(const std::vector<MaybeValue>& values) {
 
 } // namespace
 
-Json curveValue(VelmoraDoc& doc) {
-    const CurveValues values = curveValues(doc.curveInHand());
+Json curveValue(DocumentState& doc) {
+    const CurveValues values = curveValues(curveInHand(doc));
     return {{"points", pointsValue(values.points)},
             {"steps", numbersValue(values.steps)},
             {"growth", maybeNumbers(values.growth)},

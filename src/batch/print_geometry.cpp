@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "DocumentState.h"
 #include "print_values.h"
 
 namespace velmora {
@@ -9,44 +10,44 @@ namespace {
 
 struct NamedPatches {
     const char* name;
-    PatchList VelmoraDoc::*list;
+    PatchList DocumentState::*list;
 };
 
 struct NamedPoints {
     const char* name;
-    PointList VelmoraDoc::*list;
+    PointList DocumentState::*list;
 };
 
 constexpr NamedPatches patchLists[] = {
-    {"patches", &VelmoraDoc::patches},
-    {"fieldPatches", &VelmoraDoc::fieldPatches},
-    {"referencePatches", &VelmoraDoc::referencePatches},
-    {"blockClipboard", &VelmoraDoc::blockClipboard},
-    {"undoPatches", &VelmoraDoc::undoPatches},
-    {"pointUndoPatches", &VelmoraDoc::pointUndoPatches},
-    {"dragPatches", &VelmoraDoc::dragPatches},
-    {"interPatches", &VelmoraDoc::interPatches},
+    {"patches", &DocumentState::patches},
+    {"fieldPatches", &DocumentState::fieldPatches},
+    {"referencePatches", &DocumentState::referencePatches},
+    {"blockClipboard", &DocumentState::blockClipboard},
+    {"undoPatches", &DocumentState::undoPatches},
+    {"pointUndoPatches", &DocumentState::pointUndoPatches},
+    {"dragPatches", &DocumentState::dragPatches},
+    {"interPatches", &DocumentState::interPatches},
 };
 
 constexpr NamedPoints pointLists[] = {
-    {"lineBuffer", &VelmoraDoc::lineBuffer},
-    {"markers", &VelmoraDoc::markers},
-    {"sftPoints", &VelmoraDoc::sftPoints},
-    {"sftTargets", &VelmoraDoc::sftTargets},
-    {"interLine", &VelmoraDoc::interLine},
-    {"beforeIntersection", &VelmoraDoc::beforeIntersection},
-    {"afterIntersection", &VelmoraDoc::afterIntersection},
+    {"lineBuffer", &DocumentState::lineBuffer},
+    {"markers", &DocumentState::markers},
+    {"sftPoints", &DocumentState::sftPoints},
+    {"sftTargets", &DocumentState::sftTargets},
+    {"interLine", &DocumentState::interLine},
+    {"beforeIntersection", &DocumentState::beforeIntersection},
+    {"afterIntersection", &DocumentState::afterIntersection},
 };
 
 struct NamedZones {
     const char* name;
-    zRegion_fe VelmoraDoc::*region;
+    zRegion_fe DocumentState::*region;
 };
 
 constexpr NamedZones zoneLists[] = {
-    {"region", &VelmoraDoc::feRegion},
-    {"referenceRegion", &VelmoraDoc::referenceRegion},
-    {"undoRegion", &VelmoraDoc::undoRegion},
+    {"region", &DocumentState::feRegion},
+    {"referenceRegion", &DocumentState::referenceRegion},
+    {"undoRegion", &DocumentState::undoRegion},
 };
 
 Json zoneValue(const zBlock_fe& zone) {
@@ -69,10 +70,6 @@ Json zonesValue(const zRegion_fe& region) {
     return zones;
 }
 
-} // namespace
-
-namespace {
-
 double numbersOf(const zRegion_fe& region) {
     double numbers = 0.0;
     for (const auto& zone : region.blocks) {
@@ -86,7 +83,7 @@ double numbersOf(const zRegion_fe& region) {
 
 } // namespace
 
-double printedBytes(std::string_view name, const VelmoraDoc& doc, VelmoraView& view) {
+double printedBytes(std::string_view name, const DocumentState& doc, VelmoraView& view) {
     constexpr double bytesOfNumber = 150.0; // the value, its share of the lists around it, and its digits twice
     double numbers = 0.0;
     for (const NamedPatches& known : patchLists) {
@@ -104,7 +101,7 @@ double printedBytes(std::string_view name, const VelmoraDoc& doc, VelmoraView& v
     return numbers * bytesOfNumber;
 }
 
-std::optional<Json> geometryValue(std::string_view name, const VelmoraDoc& doc) {
+std::optional<Json> geometryValue(std::string_view name, const DocumentState& doc) {
     const auto named = [name](const auto& entry) { return name == entry.name; };
     if (const auto* patches = std::find_if(std::begin(patchLists), std::end(patchLists), named);
         patches != std::end(patchLists)) {

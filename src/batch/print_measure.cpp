@@ -1,5 +1,6 @@
 #include <limits>
 
+#include "DocumentState.h"
 #include "measure.h"
 #include "parse_number.h"
 #include "print_values.h"
@@ -36,7 +37,7 @@ std::optional<std::vector<std::int32_t>> numbersFromZero(const std::vector<std::
 
 using FoundPlace = std::variant<MeasuredPlace, ScriptFailure>;
 
-FoundPlace placeOf(const std::string& word, const VelmoraDoc& doc) {
+FoundPlace placeOf(const std::string& word, const DocumentState& doc) {
     if (const auto point = parseReals(partsOf(word, ','), 3)) {
         return MeasuredPlace{{(*point)[0], (*point)[1], (*point)[2]}, std::nullopt};
     }
@@ -56,7 +57,7 @@ FoundPlace placeOf(const std::string& word, const VelmoraDoc& doc) {
 
 } // namespace
 
-PrintedValue measuredValue(std::span<const std::string> words, const VelmoraDoc& doc) {
+PrintedValue measuredValue(std::span<const std::string> words, const DocumentState& doc) {
     std::vector<MeasuredPlace> places;
     for (const std::string& word : words) {
         const FoundPlace found = placeOf(word, doc);

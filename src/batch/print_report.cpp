@@ -1,3 +1,4 @@
+#include "DocumentState.h"
 #include "model_report.h"
 #include "print_values.h"
 
@@ -49,7 +50,7 @@ Json zoneReportValue(const ZoneReport& zone) {
 
 } // namespace
 
-Json reportValue(const VelmoraDoc& doc) {
+Json reportValue(const DocumentState& doc) {
     const ModelReport report = modelReport(doc.patches, doc.feRegion, doc.modelRadius);
     Json patches = Json::array();
     for (std::size_t k = 0; k < report.patches.size(); ++k) {

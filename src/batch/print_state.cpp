@@ -1,10 +1,12 @@
 #include "print_values.h"
 
+#include "DocumentState.h"
+
 namespace velmora {
 
 namespace {
 
-void addKinds(Json& state, const VelmoraDoc& doc) {
+void addKinds(Json& state, const DocumentState& doc) {
     state["structureKind"] = textOf(doc.structureKind);
     state["fileKind"] = textOf(doc.fileKind);
     state["secondKind"] = textOf(doc.secondKind);
@@ -17,7 +19,7 @@ void addKinds(Json& state, const VelmoraDoc& doc) {
     state["documentModified"] = doc.documentModified;
 }
 
-void addRegimes(Json& state, const VelmoraDoc& doc) {
+void addRegimes(Json& state, const DocumentState& doc) {
     state["pointCaptureArmed"] = doc.capture->pointCaptureArmed;
     state["pointCaptured"] = doc.capture->pointCaptured;
     state["freePointArmed"] = doc.capture->freePointArmed;
@@ -32,7 +34,7 @@ void addRegimes(Json& state, const VelmoraDoc& doc) {
     state["patchRemoving"] = doc.capture->patchRemoving;
 }
 
-void addIndices(Json& state, const VelmoraDoc& doc) {
+void addIndices(Json& state, const DocumentState& doc) {
     state["capturedPatch"] = doc.capture->capturedPatch;
     state["capturedPointSection"] = doc.capture->capturedPointSection;
     state["capturedPoint"] = doc.capture->capturedPoint;
@@ -47,7 +49,7 @@ void addIndices(Json& state, const VelmoraDoc& doc) {
     state["blockCount"] = doc.blockCount;
 }
 
-void addUndo(Json& state, const VelmoraDoc& doc) {
+void addUndo(Json& state, const DocumentState& doc) {
     state["pointClipboard"] = pointValue(doc.pointClipboard);
     state["pointClipboardFull"] = doc.pointClipboardFull;
     state["lineBufferFull"] = doc.lineBufferFull;
@@ -60,7 +62,7 @@ void addUndo(Json& state, const VelmoraDoc& doc) {
     state["undoNode"] = pointValue(doc.undoNode);
 }
 
-void addSwitches(Json& state, const VelmoraDoc& doc) {
+void addSwitches(Json& state, const DocumentState& doc) {
     state["showBlockOnly"] = doc.showBlockOnly;
     state["showFirstPoints"] = doc.showFirstPoints;
     state["showDoublePoints"] = doc.showDoublePoints;
@@ -79,7 +81,7 @@ void addSwitches(Json& state, const VelmoraDoc& doc) {
     state["pointPicked"] = doc.capture->pointPicked;
 }
 
-void addPlaces(Json& state, const VelmoraDoc& doc, const VelmoraView& view) {
+void addPlaces(Json& state, const DocumentState& doc, const VelmoraView& view) {
     state["intersectionTolerance"] = numberValue(doc.intersectionTolerance);
     state["leftButtonDown"] = view.leftButtonDown;
     state["spinTimerOn"] = view.spinTimerOn;
@@ -122,7 +124,7 @@ Json zoneSummaries(const zRegion_fe& region) {
 
 } // namespace
 
-Json stateValue(const VelmoraDoc& doc, const VelmoraView& view) {
+Json stateValue(const DocumentState& doc, const VelmoraView& view) {
     Json state = Json::object();
     addKinds(state, doc);
     addRegimes(state, doc);

@@ -1,5 +1,7 @@
 #include "print_values.h"
 
+#include "DocumentState.h"
+#include "count_limit.h"
 #include "parse_number.h"
 
 namespace velmora {
@@ -11,7 +13,7 @@ constexpr const char* knownValues = "print one of: state, commands, version, rea
                                     "list of the model such as patches or lineBuffer";
 
 /// A value that takes no arguments.
-std::optional<Json> plainValue(const std::string& name, VelmoraDoc& doc, VelmoraView& view) {
+std::optional<Json> plainValue(const std::string& name, DocumentState& doc, VelmoraView& view) {
     if (name == "state") {
         return stateValue(doc, view);
     }
@@ -43,7 +45,7 @@ ScriptFailure tooLargeToPrint(const std::string& what) {
             "print a part of it: print state counts what the model holds"};
 }
 
-PrintedValue printedValue(std::span<const std::string> words, VelmoraDoc& doc, VelmoraView& view) {
+PrintedValue printedValue(std::span<const std::string> words, DocumentState& doc, VelmoraView& view) {
     const std::string& name = words.front();
     const auto arguments = words.subspan(1);
     if (printedBytes(name, doc, view) > doc.memoryRoom(0.0).free) {

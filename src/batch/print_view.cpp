@@ -1,6 +1,7 @@
 #include <array>
 #include <charconv>
 
+#include "DocumentState.h"
 #include "print_values.h"
 
 namespace velmora {
@@ -95,7 +96,7 @@ Json overlayValue(const VelmoraView& view) {
     return Json{{"batches", batchesValue(view.overlay().list)}, {"texts", texts}};
 }
 
-PrintedValue windowValue(std::span<const std::string> words, VelmoraView& view, const VelmoraDoc& doc) {
+PrintedValue windowValue(std::span<const std::string> words, VelmoraView& view, const DocumentState& doc) {
     const auto numbers = parseReals(words, 3);
     if (!numbers) {
         return ScriptFailure{"a place in the window needs a model point", "write print window X Y Z"};

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "VelmoraDoc.h"
+#include "DocumentState.h"
 
 namespace velmora {
 
-std::vector<const Command*> commandsOfKey(const VelmoraDoc& document, std::string_view key) {
+std::vector<const Command*> commandsOfKey(const DocumentState& document, std::string_view key) {
     std::vector<const Command*> commands;
     for (const Command& command : commandTable()) {
         if (!key.empty() && key == command.accelerator) {

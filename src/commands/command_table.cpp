@@ -59,12 +59,12 @@ const Command* findCommand(std::string_view id) {
     return found == commands.end() ? nullptr : &*found;
 }
 
-bool isCommandOff(const VelmoraDoc& document, std::string_view id) {
+bool isCommandOff(const DocumentState& document, std::string_view id) {
     const Command* command = findCommand(id);
     return command != nullptr && command->off != nullptr && command->off(document);
 }
 
-std::optional<bool> checkedState(const Command& command, const VelmoraDoc& document, const VelmoraView& view,
+std::optional<bool> checkedState(const Command& command, const DocumentState& document, const VelmoraView& view,
                                  const ShellCommands& shell) {
     switch (command.owner) {
     case CommandOwner::View:

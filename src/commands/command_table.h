@@ -12,6 +12,7 @@ namespace velmora {
 
 class ShellCommands;
 class VelmoraView;
+struct DocumentState;
 
 /// All commands, the document's, the view's and those of the front ends, in one order.
 std::span<const Command> commandTable();
@@ -20,10 +21,10 @@ std::span<const Command> commandTable();
 const Command* findCommand(std::string_view id);
 
 /// True when a rule on the document's state turns the command off. A command without a rule is on.
-bool isCommandOff(const VelmoraDoc& document, std::string_view id);
+bool isCommandOff(const DocumentState& document, std::string_view id);
 
 /// Of a command that switches something: whether that is on.
-std::optional<bool> checkedState(const Command& command, const VelmoraDoc& document, const VelmoraView& view,
+std::optional<bool> checkedState(const Command& command, const DocumentState& document, const VelmoraView& view,
                                  const ShellCommands& shell);
 
 /// One entry of a menu or a tool bar.
@@ -50,6 +51,6 @@ const Menu& pointContextMenu();
 const Menu& lineContextMenu();
 const Menu& patchContextMenu();
 /// The context menu of the regime that is active, or null when none is.
-const Menu* activeContextMenu(const VelmoraDoc& document);
+const Menu* activeContextMenu(const DocumentState& document);
 
 } // namespace velmora

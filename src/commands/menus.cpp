@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "VelmoraDoc.h"
+#include "DocumentState.h"
 #include "command_table.h"
 
 namespace velmora {
@@ -113,7 +113,7 @@ const Menu& patchContextMenu() {
     return menu;
 }
 
-const Menu* activeContextMenu(const VelmoraDoc& document) {
+const Menu* activeContextMenu(const DocumentState& document) {
     if (document.capture->pointCaptured || document.capture->pointCaptureArmed) {
         return &pointContextMenu();
     }

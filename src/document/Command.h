@@ -6,6 +6,7 @@
 namespace velmora {
 
 class VelmoraDoc;
+struct DocumentState;
 
 /// Who carries a command out: the document, the view, or the front end (frame or batch).
 enum class CommandOwner { Document, View, Shell };
@@ -51,9 +52,9 @@ struct Command {
     const char* toolTip = "";     ///< of a tool button; empty: the words of the menu
     const char* accelerator = ""; ///< "Ctrl+S"; several commands may share one, the first that is on takes it
     bool icon = false;
-    void (VelmoraDoc::*run)() = nullptr;          ///< of document commands; null for the others
-    bool (*off)(const VelmoraDoc&) = nullptr;     ///< true when the document's state turns it off; null: always on
-    bool (*checked)(const VelmoraDoc&) = nullptr; ///< of a command that switches something: whether that is on
+    void (VelmoraDoc::*run)() = nullptr;             ///< of document commands; null for the others
+    bool (*off)(const DocumentState&) = nullptr;     ///< true when the document's state turns it off; null: always on
+    bool (*checked)(const DocumentState&) = nullptr; ///< of a command that switches something: whether that is on
     /// Of another owner's row: the command that it comes behind in the table of all, where that is not the row before.
     const char* follows = nullptr;
     MenuPlace places[6] = {};

@@ -5,22 +5,23 @@
 #include <stdexcept>
 #include <utility>
 
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 
 namespace velmora {
 
 namespace {
 
-using Flag = bool VelmoraDoc::*;
+using Flag = bool DocumentState::*;
 
 /// What a command may switch, besides what its snapshot holds. That Undo is ready is settled apart.
 constexpr Flag keptFlags[] = {
-    &VelmoraDoc::documentModified,  &VelmoraDoc::surfaceMode,      &VelmoraDoc::showBlockOnly,
-    &VelmoraDoc::showFirstPoints,   &VelmoraDoc::showDoublePoints, &VelmoraDoc::showBuffer,
-    &VelmoraDoc::showZBlockMarkers, &VelmoraDoc::partBefore,       &VelmoraDoc::partAfter,
-    &VelmoraDoc::gridNamed,         &VelmoraDoc::fieldLoaded,      &VelmoraDoc::fieldMode,
-    &VelmoraDoc::fieldOpening,      &VelmoraDoc::pointUndoReady,   &VelmoraDoc::patchUndoReady,
-    &VelmoraDoc::rebuildOnUndo,     &VelmoraDoc::undoModified,
+    &DocumentState::documentModified,  &DocumentState::surfaceMode,      &DocumentState::showBlockOnly,
+    &DocumentState::showFirstPoints,   &DocumentState::showDoublePoints, &DocumentState::showBuffer,
+    &DocumentState::showZBlockMarkers, &DocumentState::partBefore,       &DocumentState::partAfter,
+    &DocumentState::gridNamed,         &DocumentState::fieldLoaded,      &DocumentState::fieldMode,
+    &DocumentState::fieldOpening,      &DocumentState::pointUndoReady,   &DocumentState::patchUndoReady,
+    &DocumentState::rebuildOnUndo,     &DocumentState::undoModified,
 };
 
 } // namespace
@@ -34,9 +35,7 @@ std::string causeOf(const std::exception& error) {
 
 CommandGuard::CommandGuard(VelmoraDoc& document)
     : doc_(document), exceptionsBefore_(std::uncaught_exceptions()),
-      patchSnapshotsBegun_(document.patchSnapshotsBegun_), patchSnapshots_(document.patchSnapshots_),
-      pointSnapshotsBegun_(document.pointSnapshotsBegun_), pointSnapshots_(document.pointSnapshots_),
-      guardCopies_(document.guardCopies_), kinds_{document.structureKind, document.fileKind, document.secondKind},
+      counts_(document.snapshotCounts), kinds_{document.structureKind, document.fileKind, document.secondKind},
       titleWrong_(document.modelFile.titleWrong), names_{document.modelFile.currentPath,
                                                          document.modelFile.currentDirectory,
                                                          document.modelFile.fileExtension,
@@ -55,9 +54,9 @@ CommandGuard::~CommandGuard() {
     if (std::uncaught_exceptions() > exceptionsBefore_) {
         putBack();
     }
-    if (doc_.guardCopies_ != guardCopies_) {
-        doc_.guardCopies_ = guardCopies_;
-        PatchList().swap(doc_.guardPatches_);
+    if (doc_.snapshotCounts.guardCopies != counts_.guardCopies) {
+        doc_.snapshotCounts.guardCopies = counts_.guardCopies;
+        PatchList().swap(doc_.guardPatches);
     }
 }
 
@@ -71,19 +70,19 @@ void CommandGuard::putBack() noexcept {
 /// A command takes its snapshot before it changes anything; without one the model is as it was. A snapshot that was not
 /// taken whole is no use to Undo.
 void CommandGuard::putBackModel() noexcept {
-    const bool patchesKept = doc_.patchSnapshots_ != patchSnapshots_;
-    const bool pointKept = doc_.pointSnapshots_ != pointSnapshots_;
-    if (doc_.guardCopies_ != guardCopies_) {
-        doc_.patches.swap(doc_.guardPatches_);
-        doc_.takeField(std::move(doc_.guardField_));
+    const bool patchesKept = doc_.snapshotCounts.patchTaken != counts_.patchTaken;
+    const bool pointKept = doc_.snapshotCounts.pointTaken != counts_.pointTaken;
+    if (doc_.snapshotCounts.guardCopies != counts_.guardCopies) {
+        doc_.patches.swap(doc_.guardPatches);
+        doc_.takeField(std::move(doc_.guardField));
     } else if (patchesKept) {
         doc_.patches.swap(doc_.undoPatches);
         std::swap(doc_.feRegion, doc_.undoRegion);
-        doc_.takeField(std::move(doc_.undoField_));
+        doc_.takeField(std::move(doc_.undoField));
     } else if (pointKept) {
         doc_.patches.swap(doc_.pointUndoPatches);
         std::swap(doc_.feRegion, doc_.pointUndoRegion);
-        doc_.takeField(std::move(doc_.pointUndoField_));
+        doc_.takeField(std::move(doc_.pointUndoField));
     } else if (empty_) {
         doc_.patches.clear();
         doc_.feRegion.blocks.clear();
@@ -91,21 +90,20 @@ void CommandGuard::putBackModel() noexcept {
     if (doc_.fieldPatches.empty()) {
         doc_.fieldLoaded = doc_.fieldMode = false; // the values went with the model that was removed
     }
-    if (doc_.patchSnapshotsBegun_ != patchSnapshotsBegun_) {
+    if (doc_.snapshotCounts.patchBegun != counts_.patchBegun) {
         doc_.undoPatches.clear();
         doc_.undoRegion.blocks.clear();
         doc_.patchUndoReady = false;
     }
-    if (doc_.pointSnapshotsBegun_ != pointSnapshotsBegun_) {
+    if (doc_.snapshotCounts.pointBegun != counts_.pointBegun) {
         doc_.pointUndoPatches.clear();
         doc_.pointUndoRegion.blocks.clear();
         doc_.pointUndoReady = false;
     }
     // A guard around this one finds nothing left to do.
-    doc_.patchSnapshotsBegun_ = patchSnapshotsBegun_;
-    doc_.patchSnapshots_ = patchSnapshots_;
-    doc_.pointSnapshotsBegun_ = pointSnapshotsBegun_;
-    doc_.pointSnapshots_ = pointSnapshots_;
+    const std::uint64_t guardCopies = doc_.snapshotCounts.guardCopies;
+    doc_.snapshotCounts = counts_;
+    doc_.snapshotCounts.guardCopies = guardCopies; // the copy is dropped at the end
 }
 
 void CommandGuard::putBackState() noexcept {
@@ -132,7 +130,7 @@ void CommandGuard::putBackState() noexcept {
 
 void CommandGuard::tellViews() noexcept {
     try {
-        doc_.ui_.showTitle(doc_.modelFile.documentTitle);
+        doc_.ui().showTitle(doc_.modelFile.documentTitle);
         doc_.ShowStatus(std::string(doc_.status));
         doc_.redraw();
     } catch (...) {

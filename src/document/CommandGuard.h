@@ -6,8 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Capture.h"
-#include "kinds.h"
+#include "DocumentState.h"
 
 namespace velmora {
 
@@ -50,11 +49,7 @@ private:
 
     VelmoraDoc& doc_;
     int exceptionsBefore_;
-    std::uint64_t patchSnapshotsBegun_;
-    std::uint64_t patchSnapshots_;
-    std::uint64_t pointSnapshotsBegun_;
-    std::uint64_t pointSnapshots_;
-    std::uint64_t guardCopies_;
+    SnapshotCounts counts_;
     Kinds kinds_;
     bool titleWrong_;
     Names names_;

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <limits>
 
+#include "DocumentView.h"
+#include "UserInterface.h"
 #include "vectors.h"
+#include "view_extent.h"
 
 namespace velmora {
 
@@ -26,12 +29,7 @@ void closeEmptySide(double& lower, double& upper) {
 } // namespace
 
 VelmoraDoc::VelmoraDoc(UserInterface& userInterface, const std::filesystem::path& documentsFolder)
-    : modelFile(userInterface, documentsFolder), filesList(userInterface, documentsFolder), ui_(userInterface) {
-    blockList.fill(-1);
-    for (const char* extension : {"apt", "skl", "dat", "vrml", "apm"}) {
-        filesList.names.add(extension);
-    }
-}
+    : DocumentState(userInterface, documentsFolder), ui_(userInterface) {}
 
 void VelmoraDoc::detachView(DocumentView& view) {
     views_.erase(std::remove(views_.begin(), views_.end(), &view), views_.end());
@@ -40,12 +38,6 @@ void VelmoraDoc::detachView(DocumentView& view) {
 void VelmoraDoc::ShowStatus(const std::string& text) {
     status = text;
     ui_.showStatus(text);
-}
-
-void VelmoraDoc::showIdlePrompt() {
-    if (!capture->pointRegimeActive() && !capture->curveRegimeActive() && !capture->patchRegimeActive()) {
-        ShowStatus(idlePrompt);
-    }
 }
 
 /// Texts with numbers say what the model holds now; one that is shown is shown anew.
@@ -75,42 +67,6 @@ void VelmoraDoc::refillStatus() {
     if (shown != std::end(texts) && now.**shown != status) {
         ShowStatus(now.**shown);
     }
-}
-
-std::vector<std::string> VelmoraDoc::dialogNames() {
-    return {"Cduplicate",      "CRebreak",
-            "CInputPatch",     "CInputSection",
-            "CInputLine",      "CFeatures",
-            "CBeforeAfter",    "dlgEditPoint",
-            "dlgViewing",      "CRegularFind",
-            "CScaling",        "CBlockMove",
-            "CBlockRotate",    "CFlipBlock",
-            "CSymmetricBlock", "CLast_First_switch",
-            "CFirstPoint",     "CExtrapolation",
-            "CPrescribe",      "CRebreakPart",
-            "CMerge",          "CSmooth",
-            "CInterpolate",    "CCorrectLine",
-            "CConvert_to_SKL", "CConvert_SKL_to_APT",
-            "CUKnife",         "CIntersection"};
-}
-
-std::optional<DialogForm> VelmoraDoc::storedDialog(std::string_view name) {
-    DialogForm forms[] = {describe(duplicateValues),    describe(rebreakValues),     describe(inputPatchValues),
-                          describe(inputSectionValues), describe(inputLineValues),   describe(featuresValues),
-                          describe(beforeAfterValues),  describe(editPointValues),   describe(viewingValues),
-                          describe(regularFindValues),  describe(scalingValues),     describe(moveValues),
-                          describe(rotateValues),       describe(flipValues),        describe(symmetricValues),
-                          describe(lastFirstValues),    describe(firstPointValues),  describe(extrapolationValues),
-                          describe(prescribeValues),    describe(rebreakPartValues), describe(mergeValues),
-                          describe(smoothValues),       describe(interpolateValues), describe(correctLineValues),
-                          describe(toSklValues),        describe(toAptValues),       describe(knifeValues),
-                          describe(intersectionValues)};
-    for (DialogForm& form : forms) {
-        if (form.name == name) {
-            return std::move(form);
-        }
-    }
-    return std::nullopt;
 }
 
 void VelmoraDoc::setMouseMode(MouseMode mode) {
@@ -211,103 +167,6 @@ void VelmoraDoc::updateBounds() {
             ShowStatus(extentStatus_); // what a regime or the reading of a file has to say goes first
         }
     }
-}
-
-void VelmoraDoc::forgetKinds() {
-    structureKind = StructureKind::None;
-    fileKind = FileKind::None;
-    secondKind = SecondKind::None;
-}
-
-void VelmoraDoc::clearModel() {
-    ++geometryRevision_;
-    patches.clear();
-    feRegion.blocks.clear();
-    forgetKinds();
-    fieldLoaded = false;
-    fieldMode = false;
-    fieldOpening = false;
-    fieldPatches.clear();
-    cbcAppended = false;
-    gridNamed = false;
-}
-
-void VelmoraDoc::checkRegularity(const PatchList& list) {
-    bool sawRegular = false;
-    const Regularity regularity = regularityOf(list, &sawRegular);
-    if (sawRegular && fieldLoaded) {
-        fieldMode = true;
-    }
-    if (regularity != Regularity::Undecided) {
-        structureKind = StructureKind::Structured;
-        fileKind = regularity == Regularity::Regular ? FileKind::Apt : FileKind::Skl;
-    }
-}
-
-void VelmoraDoc::retitle() {
-    checkRegularity(patches);
-    if (modelFile.titleWrong || structureKind != StructureKind::Structured) {
-        return;
-    }
-    if (fileKind == FileKind::Apt) {
-        modelFile.takeExtension(fieldMode ? "dat" : "apt");
-    } else if (fileKind == FileKind::Skl) {
-        modelFile.takeExtension("skl");
-    }
-}
-
-bool VelmoraDoc::inBlock(std::int32_t patch) const {
-    const auto end = blockList.begin() + blockCount;
-    return std::find(blockList.begin(), end, patch) != end;
-}
-
-std::int32_t VelmoraDoc::partCount() const {
-    return structureKind == StructureKind::Unstructured ? static_cast<std::int32_t>(feRegion.blocks.size())
-                                                        : countOf(patches);
-}
-
-std::vector<bool> VelmoraDoc::blockMask() const {
-    std::vector<bool> mask(static_cast<std::size_t>(partCount()), false);
-    for (std::int32_t i = 0; i < blockCount; ++i) {
-        const std::int32_t part = blockList[static_cast<std::size_t>(i)];
-        if (part >= 0 && part < partCount()) {
-            mask[static_cast<std::size_t>(part)] = true;
-        }
-    }
-    return mask;
-}
-
-MemoryRoom VelmoraDoc::memoryRoom(double bytesEach) const {
-    return {0.5 * static_cast<double>(freeMemory()), bytesEach};
-}
-
-std::optional<zVec<double>> VelmoraDoc::positionAt(std::int32_t patch, std::int32_t section, std::int32_t point) const {
-    zVec<double> position;
-    if (structureKind == StructureKind::Unstructured) {
-        const bool found = feRegion.getNode(patch, point, position.x, position.y, position.z) == 0;
-        return found ? std::optional(position) : std::nullopt;
-    }
-    const auto* found = const_cast<VelmoraDoc*>(this)->pointAt(patch, section, point);
-    return found != nullptr ? std::optional(*found) : std::nullopt;
-}
-
-PointList* VelmoraDoc::sectionAt(std::int32_t patch, std::int32_t section) {
-    if (patch < 0 || patch >= countOf(patches)) {
-        return nullptr;
-    }
-    Patch& sections = patches[static_cast<std::size_t>(patch)];
-    if (section < 0 || section >= countOf(sections)) {
-        return nullptr;
-    }
-    return &sections[static_cast<std::size_t>(section)];
-}
-
-zVec<double>* VelmoraDoc::pointAt(std::int32_t patch, std::int32_t section, std::int32_t point) {
-    PointList* points = sectionAt(patch, section);
-    if (points == nullptr || point < 0 || point >= countOf(*points)) {
-        return nullptr;
-    }
-    return &(*points)[static_cast<std::size_t>(point)];
 }
 
 } // namespace velmora

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "VelmoraDoc.h"
+#include "DocumentState.h"
 
 namespace velmora {
 
-void keepCaptureInside(VelmoraDoc& document) {
+void keepCaptureInside(DocumentState& document) {
     if (document.structureKind != StructureKind::Structured || document.patches.empty()) {
         return;
     }
@@ -22,6 +22,21 @@ void keepCaptureInside(VelmoraDoc& document) {
     if (const PointList* section = document.sectionAt(capture->capturedPatch, capture->capturedPointSection)) {
         capture.renumberPoint(capture->capturedPointSection, std::min(capture->capturedPoint, countOf(*section) - 1));
     }
+}
+
+void followCapturedPoint(DocumentState& document) {
+    const auto position = document.positionAt(document.capture->capturedPatch, document.capture->capturedPointSection,
+                                              document.capture->capturedPoint);
+    if (document.capture->pointHeld() && position) {
+        document.capture.placePoint(*position);
+    }
+}
+
+void takeCapturedPosition(DocumentState& document, const zVec<double>& otherwise) {
+    document.capture.placePoint(document
+                                    .positionAt(document.capture->capturedPatch, document.capture->capturedPointSection,
+                                                document.capture->capturedPoint)
+                                    .value_or(otherwise));
 }
 
 } // namespace velmora

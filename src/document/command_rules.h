@@ -1,12 +1,12 @@
 #pragma once
 
-#include "VelmoraDoc.h"
+#include "DocumentState.h"
 
 // When the document's state turns a command off: the rules that several rows share. Asked anew each time, nothing is
 // cached.
 namespace velmora::rules {
 
-using Doc = const VelmoraDoc&;
+using Doc = const DocumentState&;
 
 inline bool curveHeld(Doc d) {
     return d.capture->sectionCaptured || d.capture->lineCaptured;

@@ -1,28 +1,38 @@
 #include "Session.h"
 
-#include <utility>
-
 #include "CommandGuard.h"
+#include "VelmoraDoc.h"
 
 namespace velmora {
 
 Session::Session(UserInterface& person, ViewSurface& surface, ShellCommands& shell,
-                 std::filesystem::path documentsFolder)
-    : recorder_(person), shell_(shell), document_(recorder_, std::move(documentsFolder)), view_(document_, surface) {}
+                 const std::filesystem::path& documentsFolder)
+    : recorder_(person), shell_(shell), document_(std::make_unique<VelmoraDoc>(recorder_, documentsFolder)),
+      view_(*document_, surface) {}
 
-bool isCommandOn(const Command& command, const VelmoraDoc& document, const VelmoraView& view) {
+Session::~Session() = default;
+
+DocumentState& Session::state() {
+    return *document_;
+}
+
+void Session::start() {
+    document_->onNewDocument();
+}
+
+bool isCommandOn(const Command& command, const DocumentState& document, const VelmoraView& view) {
     return command.owner == CommandOwner::View ? !view.isViewCommandOff(command.id)
                                                : !isCommandOff(document, command.id);
 }
 
 bool Session::isOn(const Command& command) const {
-    return isCommandOn(command, document_, view_);
+    return isCommandOn(command, *document_, view_);
 }
 
 CommandReport Session::perform(const std::function<void()>& work) {
     CommandReport report;
     const Recorder::Scope scope(recorder_, report);
-    const CommandGuard guard(document_);
+    const CommandGuard guard(*document_);
     work();
     return report;
 }
@@ -40,7 +50,7 @@ CommandReport Session::run(const Command& command) {
 void Session::carryOut(const Command& command) {
     switch (command.owner) {
     case CommandOwner::Document:
-        document_.runCommand(command.run);
+        document_->runCommand(command.run);
         break;
     case CommandOwner::View:
         view_.runViewCommand(command.id);
@@ -52,19 +62,19 @@ void Session::carryOut(const Command& command) {
 }
 
 CommandReport Session::open(const std::vector<std::filesystem::path>& paths) {
-    return perform([&] { document_.onOpenDocuments(paths); });
+    return perform([&] { document_->onOpenDocuments(paths); });
 }
 
 CommandReport Session::openInstead(const std::vector<std::filesystem::path>& paths) {
     return perform([&] {
         if (leave()) {
-            document_.onOpenDocuments(paths);
+            document_->onOpenDocuments(paths);
         }
     });
 }
 
 bool Session::leave() {
-    const bool left = document_.saveModified();
+    const bool left = document_->saveModified();
     if (!left) {
         recorder_.note(&CommandReport::stayed);
     }

@@ -2,16 +2,19 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "CommandReport.h"
 #include "Recorder.h"
 #include "ShellCommands.h"
-#include "VelmoraDoc.h"
 #include "VelmoraView.h"
 #include "command_table.h"
 
 namespace velmora {
+
+class VelmoraDoc;
+struct DocumentState;
 
 /// The one road into the document: a front end runs commands, opens files and leaves through it, and learns what
 /// happened. It owns the document and the view; the front end brings a person, a surface to draw on, and the commands
@@ -19,15 +22,20 @@ namespace velmora {
 class Session {
 public:
     /// All references must outlive the session. `documentsFolder` is where untitled models go.
-    Session(UserInterface& person, ViewSurface& surface, ShellCommands& shell, std::filesystem::path documentsFolder);
+    Session(UserInterface& person, ViewSurface& surface, ShellCommands& shell,
+            const std::filesystem::path& documentsFolder);
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+    ~Session();
 
-    VelmoraDoc& document() { return document_; }
-    const VelmoraDoc& document() const { return document_; }
+    VelmoraDoc& document() { return *document_; }
+    const VelmoraDoc& document() const { return *document_; }
+    DocumentState& state();
     VelmoraView& view() { return view_; }
     const VelmoraView& view() const { return view_; }
 
     /// The state in which the program begins: a new document.
-    void start() { document_.onNewDocument(); }
+    void start();
 
     /// True when the states of document and view leave the command on.
     bool isOn(const Command& command) const;
@@ -48,11 +56,11 @@ private:
 
     Recorder recorder_;
     ShellCommands& shell_;
-    VelmoraDoc document_;
+    std::unique_ptr<VelmoraDoc> document_;
     VelmoraView view_;
 };
 
 /// True when the states of document and view leave the command on.
-bool isCommandOn(const Command& command, const VelmoraDoc& document, const VelmoraView& view);
+bool isCommandOn(const Command& command, const DocumentState& document, const VelmoraView& view);
 
 } // namespace velmora

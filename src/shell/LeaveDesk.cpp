@@ -6,7 +6,9 @@
 
 #include "MainFrame.h"
 #include "RescueCopy.h"
+#include "VelmoraDoc.h"
 #include "messages.h"
+#include "rescue_format.h"
 
 namespace velmora {
 

@@ -14,6 +14,7 @@
 
 #include "CommandGuard.h"
 #include "HelpDesk.h"
+#include "VelmoraDoc.h"
 #include "command_keys.h"
 #include "messages.h"
 #include "qt_text.h"

@@ -14,6 +14,8 @@
 namespace velmora {
 
 class HelpDesk;
+class VelmoraDoc;
+struct DocumentState;
 
 /// The frame: menu bar, tool bars, status line, and the session with its one view. It runs commands by the session and
 /// keeps their states up to date.
@@ -26,6 +28,7 @@ public:
 
     Session& session() { return *session_; }
     VelmoraDoc& document() { return session_->document(); }
+    DocumentState& state() { return session_->state(); }
     VelmoraView& view() { return session_->view(); }
 
     /// Runs a command of the table if it is on.

@@ -10,6 +10,7 @@
 #include "AboutBox.h"
 #include "CommandGuard.h"
 #include "RescueFolder.h"
+#include "VelmoraDoc.h"
 #include "about.h"
 #include "messages.h"
 #include "qt_text.h"

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <utility>
 
+#include "UserInterface.h"
+#include "VelmoraDoc.h"
 #include "messages.h"
 
 namespace velmora {
@@ -35,7 +37,8 @@ private:
 
 } // namespace
 
-VelmoraView::VelmoraView(VelmoraDoc& document, ViewSurface& surface) : OpenGLView(surface), doc_(document) {
+VelmoraView::VelmoraView(VelmoraDoc& document, ViewSurface& surface)
+    : OpenGLView(surface), doc_(document), index_(document) {
     doc_.attachView(*this);
 }
 

@@ -6,12 +6,12 @@
 
 #include "DocumentView.h"
 #include "OpenGLView.h"
-#include "VelmoraDoc.h"
 #include "draw_lists.h"
 #include "model_picks.h"
 
 namespace velmora {
 
+class VelmoraDoc;
 struct ViewCommand;
 
 /// The view of the document: camera, mouse, picking, and the picture as data. It knows no toolkit and makes no
@@ -182,7 +182,7 @@ private:
     bool highlightDirty_ = false;
     std::uint64_t listRevision_ = 0;
     Overlay overlay_;
-    ModelIndex index_{doc_};
+    ModelIndex index_;
     std::optional<std::uint64_t> gridRevision_; ///< of the geometry that was looked at
     bool isGrid_ = false;                       ///< the surface can be drawn
     bool drawing_ = false;                      ///< a scene is being drawn: a further paint is refused

@@ -1,8 +1,11 @@
 #include <algorithm>
 
+#include "UserInterface.h"
+#include "VelmoraDoc.h"
 #include "VelmoraView.h"
 #include "ViewCommand.h"
 #include "command_rules.h"
+#include "dlgViewing.h"
 #include "messages.h"
 
 namespace velmora {

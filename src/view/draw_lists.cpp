@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "VelmoraDoc.h"
+#include "DocumentState.h"
 #include "camera.h"
 #include "same_point.h"
 #include "vectors.h"
@@ -35,7 +35,7 @@ constexpr float capturedPointSize = 6.0F;
 /// Builds the lists of one document state.
 class ListBuilder {
 public:
-    ListBuilder(const VelmoraDoc& document, ModelList memory)
+    ListBuilder(const DocumentState& document, ModelList memory)
         : doc_(document), inBlock_(document.blockMask()), curves_(std::move(memory.curves)),
           list_(std::move(memory.list)) {
         list_.clear();
@@ -67,7 +67,7 @@ private:
     void addLine(const Patch& patch, std::size_t index);
     void pointsOf(const PointList& points, float size, const Colour& colour);
 
-    const VelmoraDoc& doc_;
+    const DocumentState& doc_;
     std::vector<bool> inBlock_;
     std::vector<CurveBatches> curves_;
     DrawList list_;
@@ -384,7 +384,7 @@ ModelList ListBuilder::build(int number) {
 
 } // namespace
 
-PatchColours::PatchColours(const VelmoraDoc& document)
+PatchColours::PatchColours(const DocumentState& document)
     : document_(document), inBlock_(document.blockMask()), last_(patchColours[0]) {}
 
 Colour PatchColours::next(std::int32_t patch) {
@@ -414,11 +414,11 @@ zVec<double> gridNormal(const Patch& patch, std::size_t n, std::size_t m) {
     return unitOf(cross(first, second)) * -1.0;
 }
 
-int listNumberFor(const VelmoraDoc& document) {
+int listNumberFor(const DocumentState& document) {
     return listNumberFor(document, regularityOf(document.patches) != Regularity::Irregular);
 }
 
-int listNumberFor(const VelmoraDoc& document, bool isGrid) {
+int listNumberFor(const DocumentState& document, bool isGrid) {
     if (document.holdsNothing()) {
         return 0;
     }
@@ -432,11 +432,11 @@ int listNumberFor(const VelmoraDoc& document, bool isGrid) {
     return document.surfaceMode && document.fileKind == FileKind::Apt && isGrid ? 2 : 1;
 }
 
-ModelList buildModelList(const VelmoraDoc& document, int number, ModelList memory) {
+ModelList buildModelList(const DocumentState& document, int number, ModelList memory) {
     return ListBuilder(document, std::move(memory)).build(number);
 }
 
-std::vector<Accent> capturedCurves(const VelmoraDoc& document, const ModelList& model) {
+std::vector<Accent> capturedCurves(const DocumentState& document, const ModelList& model) {
     const CaptureState& capture = *document.capture;
     const auto k = static_cast<std::size_t>(capture.capturedPatch);
     if (model.list.number != 1 || capture.capturedPatch < 0 || k >= model.curves.size()) {
@@ -461,7 +461,7 @@ std::vector<Accent> capturedCurves(const VelmoraDoc& document, const ModelList& 
     return accents;
 }
 
-CaptureColours captureColoursOf(const VelmoraDoc& document) {
+CaptureColours captureColoursOf(const DocumentState& document) {
     const CaptureState& capture = *document.capture;
     CaptureColours colours;
     colours.removed = capture.patchRemoving ? capture.patchToRemove : -1;
@@ -474,7 +474,7 @@ CaptureColours captureColoursOf(const VelmoraDoc& document) {
     return colours;
 }
 
-DrawList buildDrawList(const VelmoraDoc& document, int number, DrawList memory) {
+DrawList buildDrawList(const DocumentState& document, int number, DrawList memory) {
     ModelList model = buildModelList(document, number, {std::move(memory), {}});
     model.list.accents = capturedCurves(document, model);
     return model.list.accents.empty() ? std::move(model.list) : model.list.flattened();

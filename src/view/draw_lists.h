@@ -6,13 +6,13 @@
 
 namespace velmora {
 
-class VelmoraDoc;
+struct DocumentState;
 
 /// The number of the list that fits the document's kind and surface mode: 1 wire, 2 surface of a regular grid,
 /// 3 and 4 wire and surface of zones; 0 for an empty document.
-int listNumberFor(const VelmoraDoc& document);
+int listNumberFor(const DocumentState& document);
 /// The same with the answer given whether the sections of each patch are of one length.
-int listNumberFor(const VelmoraDoc& document, bool isGrid);
+int listNumberFor(const DocumentState& document, bool isGrid);
 
 /// Where the strips of a patch stand among the batches; none when it is not shown.
 struct CurveBatches {
@@ -36,29 +36,29 @@ struct CaptureColours {
 
     friend bool operator==(const CaptureColours&, const CaptureColours&) = default;
 };
-CaptureColours captureColoursOf(const VelmoraDoc& document);
+CaptureColours captureColoursOf(const DocumentState& document);
 
 /// The picture of the document as list `number` but for the captured curve. Linear in the points shown. What stands in
 /// `memory` is thrown away and its memory used again: fetching that anew costs more than filling it.
-ModelList buildModelList(const VelmoraDoc& document, int number, ModelList memory = {});
+ModelList buildModelList(const DocumentState& document, int number, ModelList memory = {});
 
 /// The captured section and line, as far as `model`, built from the same geometry, shows them. What it costs does not
 /// grow with the model, but for the sections of the patch.
-std::vector<Accent> capturedCurves(const VelmoraDoc& document, const ModelList& model);
+std::vector<Accent> capturedCurves(const DocumentState& document, const ModelList& model);
 
 /// The picture of the document as list `number` (see listNumberFor), the captured curve in it.
-DrawList buildDrawList(const VelmoraDoc& document, int number, DrawList memory = {});
+DrawList buildDrawList(const DocumentState& document, int number, DrawList memory = {});
 
 /// Colour of a patch before any highlight, by its place in a cycle of five. The base of the cycle is advanced only
 /// by patches that are drawn, and by one cycle at a time; a place past the cycle keeps the colour drawn before.
 class PatchColours {
 public:
-    explicit PatchColours(const VelmoraDoc& document);
+    explicit PatchColours(const DocumentState& document);
     /// Colour of patch K with the highlights of the patch regime; call once per patch drawn, in rising order.
     Colour next(std::int32_t patch);
 
 private:
-    const VelmoraDoc& document_;
+    const DocumentState& document_;
     std::vector<bool> inBlock_;
     std::int32_t base_ = 0;
     Colour last_;

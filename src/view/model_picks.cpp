@@ -3,9 +3,10 @@
 #include <array>
 #include <cmath>
 
-#include "VelmoraDoc.h"
+#include "DocumentState.h"
 #include "camera.h"
 #include "vectors.h"
+#include "view_extent.h"
 
 namespace velmora {
 
@@ -19,13 +20,13 @@ constexpr double lineLimit = 0.5;
 constexpr double noDiagonal = 1e-9;
 
 /// Where the box is too small or too large for its diagonal, that of the radius which the view was given.
-double modelDiagonal(const VelmoraDoc& document) {
+double modelDiagonal(const DocumentState& document) {
     const double ofBox = lengthOf(document.boxMax - document.boxMin);
     const double ofView = diagonalOf(document.modelRadius);
     return std::isfinite(ofBox) && ofBox > noDiagonal * ofView ? ofBox : ofView;
 }
 
-PickFilter blockFilter(const VelmoraDoc& document) {
+PickFilter blockFilter(const DocumentState& document) {
     PickFilter filter;
     if (document.capture->patchCaptured && document.blockCount > 0) {
         filter.patches = document.blockMask();
@@ -33,7 +34,8 @@ PickFilter blockFilter(const VelmoraDoc& document) {
     return filter;
 }
 
-Pick pickOf(const VelmoraDoc& document, Pick::Target target, const std::optional<NearestPoint>& nearest, double limit) {
+Pick pickOf(const DocumentState& document, Pick::Target target, const std::optional<NearestPoint>& nearest,
+            double limit) {
     Pick pick;
     pick.target = target;
     if (nearest) {
@@ -46,7 +48,7 @@ Pick pickOf(const VelmoraDoc& document, Pick::Target target, const std::optional
     return pick;
 }
 
-Pick pickNode(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray) {
+Pick pickNode(const DocumentState& document, ModelIndex& index, const PixelLine& ray) {
     const PickFilter filter = document.capture->freePointArmed ? PickFilter() : blockFilter(document);
     return pickOf(document, Pick::Target::Node, index.nodes().nearest(ray, filter), pointLimit);
 }
@@ -74,7 +76,7 @@ const Index& ModelIndex::upToDate(Index& index, std::optional<std::uint64_t>& re
     return index;
 }
 
-Pick pickPoint(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray) {
+Pick pickPoint(const DocumentState& document, ModelIndex& index, const PixelLine& ray) {
     if (document.structureKind == StructureKind::Unstructured) {
         return pickNode(document, index, ray);
     }
@@ -88,7 +90,7 @@ Pick pickPoint(const VelmoraDoc& document, ModelIndex& index, const PixelLine& r
     return pickOf(document, Pick::Target::Point, index.patches().nearest(document.patches, ray, filter), pointLimit);
 }
 
-Pick pickSection(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray) {
+Pick pickSection(const DocumentState& document, ModelIndex& index, const PixelLine& ray) {
     const auto nearest = index.patches().nearest(document.patches, ray, blockFilter(document));
     Pick pick = pickOf(document, Pick::Target::Section, nearest, sectionLimit);
     if (pick.found) {
@@ -98,7 +100,7 @@ Pick pickSection(const VelmoraDoc& document, ModelIndex& index, const PixelLine&
     return pick;
 }
 
-Pick pickLine(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray) {
+Pick pickLine(const DocumentState& document, ModelIndex& index, const PixelLine& ray) {
     const auto nearest = index.patches().nearest(document.patches, ray, blockFilter(document));
     Pick pick = pickOf(document, Pick::Target::Line, nearest, lineLimit);
     if (pick.found) {
@@ -107,7 +109,7 @@ Pick pickLine(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ra
     return pick;
 }
 
-Pick pickPatch(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray, Pick::Target target) {
+Pick pickPatch(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Pick::Target target) {
     Pick pick;
     pick.target = target;
     pick.patch = document.structureKind == StructureKind::Unstructured
@@ -117,11 +119,11 @@ Pick pickPatch(const VelmoraDoc& document, ModelIndex& index, const PixelLine& r
     return pick;
 }
 
-Pick pickDragPlace(const VelmoraDoc& document, const PixelLine& ray) {
+Pick pickDragPlace(const DocumentState& document, const PixelLine& ray) {
     return pickOf(document, Pick::Target::DragPlace, nearestGridPoint(document.dragPatches, ray, {}), pointLimit);
 }
 
-Pick pickPlanePlace(const VelmoraDoc& document, const PixelLine& ray, int plane) {
+Pick pickPlanePlace(const DocumentState& document, const PixelLine& ray, int plane) {
     const CaptureState& capture = *document.capture;
     Pick pick;
     pick.target = Pick::Target::PlanePlace;

@@ -9,12 +9,12 @@
 
 namespace velmora {
 
-class VelmoraDoc;
+struct DocumentState;
 
 /// The indices over a document's model, taken in anew when it is asked for one after the geometry changed.
 class ModelIndex {
 public:
-    explicit ModelIndex(const VelmoraDoc& document) : doc_(document) {}
+    explicit ModelIndex(const DocumentState& document) : doc_(document) {}
 
     const PatchIndex& patches();
     const ZoneIndex& zones();
@@ -24,7 +24,7 @@ private:
     template <class Index, class Model>
     const Index& upToDate(Index& index, std::optional<std::uint64_t>& revision, const Model& model);
 
-    const VelmoraDoc& doc_;
+    const DocumentState& doc_;
     PatchIndex patches_;
     ZoneIndex zones_;
     NodeIndex nodes_;
@@ -36,17 +36,17 @@ private:
 // What each regime finds under a line of sight. They write nothing but the index.
 
 /// The nearest point or node, by the kind of the model, of what the capture lets through.
-Pick pickPoint(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray);
+Pick pickPoint(const DocumentState& document, ModelIndex& index, const PixelLine& ray);
 /// The section of the nearest point.
-Pick pickSection(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray);
+Pick pickSection(const DocumentState& document, ModelIndex& index, const PixelLine& ray);
 /// The line of the nearest point.
-Pick pickLine(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray);
+Pick pickLine(const DocumentState& document, ModelIndex& index, const PixelLine& ray);
 /// The first patch or zone with a hit that no other hides; `target` says what it is looked for.
-Pick pickPatch(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray, Pick::Target target);
+Pick pickPatch(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Pick::Target target);
 /// The nearest point of the drag grid.
-Pick pickDragPlace(const VelmoraDoc& document, const PixelLine& ray);
+Pick pickDragPlace(const DocumentState& document, const PixelLine& ray);
 /// Where the ray meets the coordinate plane `plane` (see DocumentView::principalPlane) through the captured point; with
 /// 0 the place of the pick before.
-Pick pickPlanePlace(const VelmoraDoc& document, const PixelLine& ray, int plane);
+Pick pickPlanePlace(const DocumentState& document, const PixelLine& ray, int plane);
 
 } // namespace velmora

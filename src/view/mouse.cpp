@@ -2,6 +2,7 @@
 #include <cstdlib>
 
 #include "CommandGuard.h"
+#include "VelmoraDoc.h"
 #include "VelmoraView.h"
 #include "vectors.h"
 

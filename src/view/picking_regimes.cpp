@@ -1,3 +1,5 @@
+#include "UserInterface.h"
+#include "VelmoraDoc.h"
 #include "VelmoraView.h"
 #include "messages.h"
 

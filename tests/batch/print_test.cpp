@@ -7,6 +7,7 @@
 #include "FakeSurface.h"
 #include "RecordingUi.h"
 #include "SessionFixture.h"
+#include "VelmoraDoc.h"
 #include "print_values.h"
 
 namespace velmora {

@@ -1,5 +1,5 @@
-#include "document_fixture.h"
 #include "file_texts.h"
+#include "state_fixture.h"
 
 namespace velmora::test {
 
@@ -9,24 +9,24 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 /// wing.apt with one patch is open.
-class Append : public DocumentTest {
+class Append : public StateTest {
 protected:
     Append() {
         std::filesystem::create_directory(folder / "other");
         writeFileText(folder / "Wing.apt", aptText({wing}));
-        doc.onOpenDocument(folder / "Wing.apt");
+        open(folder / "Wing.apt");
         forget();
     }
 
     Lines append(const std::string& name, const std::string& text) {
         writeFileText(folder / name, text);
         ui.files.push_back({folder / name});
-        doc.appendFile();
+        call("file.append");
         return heard();
     }
 
     Lines offered() {
-        doc.appendFile();
+        call("file.append");
         Lines types;
         for (const FileType& type : ui.requests.back().types) {
             types.push_back(type.extension);
@@ -49,7 +49,7 @@ TEST_F(Append, OffersTypesByTheKind) {
 }
 
 TEST_F(Append, CancelledChangesNothing) {
-    doc.appendFile();
+    call("file.append");
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 0"));
     EXPECT_EQ(doc.patches, PatchList{wing});
     EXPECT_FALSE(doc.patchUndoReady || doc.rebuildOnUndo || doc.documentModified);
@@ -105,7 +105,7 @@ TEST_F(Append, RedrawsWithoutANewBoxAndLeavesTheRegime) {
 TEST_F(Append, UndoneRestoresTheModelAndItsBox) {
     append("tail.apt", aptText({tail}));
     viewCalls();
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches, PatchList{wing});
     EXPECT_THAT(viewCalls(), testing::Contains("bounds"));
     EXPECT_EQ(doc.boxMax, zVec<double>(2, 1, 0));
@@ -121,7 +121,7 @@ TEST_F(Append, OfAnUnsupportedTypeSaysSoAndKeepsTheModel) {
 
 TEST_F(Append, OfAFileThatIsNotThereSaysSoAndKeepsTheModel) {
     ui.files.push_back({folder / "absent.apt"});
-    doc.appendFile();
+    call("file.append");
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 1", "message: It is impossible to open selected file"));
     EXPECT_EQ(doc.patches, PatchList{wing});
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
@@ -152,7 +152,7 @@ TEST_F(Append, ThatWasReadInPartTellsTheCounts) {
 TEST_F(Append, ToNothingDoesNothing) {
     doc.patches.clear();
     doc.forgetKinds();
-    doc.appendFile();
+    call("file.append");
     EXPECT_THAT(heard(), IsEmpty());
     EXPECT_TRUE(ui.requests.empty());
 }

@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "DocumentState.h"
 #include "RecordingUi.h"
-#include "VelmoraDoc.h"
 #include "arranged_capture.h"
 #include "command_table.h"
 #include "expected_commands.h"
@@ -145,7 +145,7 @@ const std::map<std::string, Condition>& conditions() {
 
 using Rule = ExpectedCommands::Rule; // conditions joined by " or ", each of which may join others by " and "
 
-void apply(const State& s, VelmoraDoc& d) {
+void apply(const State& s, DocumentState& d) {
     constexpr StructureKind structures[] = {StructureKind::None, StructureKind::Structured,
                                             StructureKind::Unstructured};
     constexpr FileKind files[] = {FileKind::None, FileKind::Apt, FileKind::Skl};
@@ -256,7 +256,7 @@ std::string nameOf(const testing::TestParamInfo<Rule>& info) {
 
 TEST_P(AvailabilityRule, TurnsTheCommandOffExactlyWhenOneOfItsConditionsHolds) {
     RecordingUi ui;
-    VelmoraDoc doc(ui, {});
+    DocumentState doc(ui, {});
     ASSERT_NE(findCommand(GetParam().command), nullptr);
     const ParsedRule rule(GetParam().offWhen);
     std::mt19937 engine(7);
@@ -276,7 +276,7 @@ INSTANTIATE_TEST_SUITE_P(Rules, AvailabilityRule, testing::ValuesIn(expectedComm
 
 TEST(Availability, CommandsWithoutARuleAreOnInAllStates) {
     RecordingUi ui;
-    VelmoraDoc doc(ui, {});
+    DocumentState doc(ui, {});
     std::mt19937 engine(11);
     const std::vector<Rule> rules = expectedCommands().rules;
     for (int i = 0; i < 500; ++i) {
@@ -291,13 +291,13 @@ TEST(Availability, CommandsWithoutARuleAreOnInAllStates) {
 
 TEST(Availability, AnUnknownCommandIsNotOff) {
     RecordingUi ui;
-    const VelmoraDoc doc(ui, {});
+    const DocumentState doc(ui, {});
     EXPECT_FALSE(isCommandOff(doc, "no.such"));
 }
 
 TEST(Availability, OfTheDocumentForDragAndCorrectNeedsAPointOnACurveAndNoFreePoint) {
     RecordingUi ui;
-    VelmoraDoc doc(ui, {});
+    DocumentState doc(ui, {});
     State state;
     state.PT = 1;
     state.SEC = 1;
@@ -327,7 +327,7 @@ protected:
     bool on(const char* command) const { return !isCommandOff(doc, command); }
 
     RecordingUi ui;
-    VelmoraDoc doc;
+    DocumentState doc;
 };
 
 } // namespace

@@ -1,5 +1,5 @@
 #include "arranged_capture.h"
-#include "document_fixture.h"
+#include "state_fixture.h"
 #include "zone_fixture.h"
 
 namespace velmora::test {
@@ -70,7 +70,7 @@ using Extrapolation = Block;
 TEST_F(BlockInvert, SelectsTheOthersInRisingOrder) {
     hold(stack(5));
     select({3, 1});
-    doc.InvertBlock();
+    call("block.invert");
     EXPECT_EQ(block(), (Numbers{0, 2, 4}));
     EXPECT_EQ(doc.blockList[3], -1);
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
@@ -80,10 +80,10 @@ TEST_F(BlockInvert, SelectsTheOthersInRisingOrder) {
 TEST_F(BlockInvert, OfNothingSelectsAllAndOfAllNothing) {
     hold(stack(3));
     doc.showBlockOnly = true;
-    doc.InvertBlock();
+    call("block.invert");
     EXPECT_EQ(block(), (Numbers{0, 1, 2}));
     EXPECT_TRUE(doc.showBlockOnly);
-    doc.InvertBlock();
+    call("block.invert");
     EXPECT_THAT(block(), IsEmpty());
     EXPECT_FALSE(doc.showBlockOnly);
 }
@@ -91,18 +91,18 @@ TEST_F(BlockInvert, OfNothingSelectsAllAndOfAllNothing) {
 TEST_F(BlockInvert, CountsZonesOfAnUnstructuredModel) {
     holdZones({3, 3, 3});
     select({1});
-    doc.InvertBlock();
+    call("block.invert");
     EXPECT_EQ(block(), (Numbers{0, 2}));
 }
 
 TEST_F(BlockInvert, BeyondTheCapacityIsRefusedAndLeavesTheSelection) {
     hold(PatchList(blockCapacity + 2, flatPatch(2, 2)));
     select({7});
-    doc.InvertBlock();
+    call("block.invert");
     EXPECT_EQ(block(), (Numbers{7}));
     EXPECT_THAT(heard(), ElementsAre("message: It is impossible to add one more zBlock"));
     select({8});
-    doc.InvertBlock();
+    call("block.invert");
     EXPECT_EQ(doc.blockCount, blockCapacity);
 }
 
@@ -114,7 +114,7 @@ TEST_F(BlockExtract, KeepsTheZBlockInTheOrderOfTheModel) {
     doc.capture.holdBlock();
     doc.showBlockOnly = true;
     doc.rebuildOnUndo = true;
-    doc.ExtractBlock();
+    call("block.extract");
     EXPECT_EQ(heights(doc.patches), (Heights{0, 2, 4}));
     expectIdle();
     EXPECT_EQ(heights(doc.undoPatches), (Heights{0, 1, 2, 3, 4}));
@@ -128,7 +128,7 @@ TEST_F(BlockExtract, LeavesThePointAndTheSectionRegime) {
     select({1});
     captureSection(1, 0);
     capturePoint(1, 0, 0);
-    doc.ExtractBlock();
+    call("block.extract");
     expectIdle();
     EXPECT_EQ(doc.capture->capturedSection, -1);
 }
@@ -137,7 +137,7 @@ TEST_F(BlockExtract, FollowsTheKindOfWhatIsLeft) {
     hold({patchOf({3, 4}), flatPatch(2, 3)});
     ASSERT_EQ(doc.fileKind, FileKind::Skl);
     select({1});
-    doc.ExtractBlock();
+    call("block.extract");
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
@@ -145,8 +145,8 @@ TEST_F(BlockExtract, FollowsTheKindOfWhatIsLeft) {
 TEST_F(BlockExtract, UndoneBringsAllBackAndAnEmptyZBlock) {
     hold(stack(3));
     select({1});
-    doc.ExtractBlock();
-    doc.UndoPatch();
+    call("block.extract");
+    call("patch.undo");
     EXPECT_EQ(heights(doc.patches), (Heights{0, 1, 2}));
     EXPECT_THAT(block(), IsEmpty());
     EXPECT_FALSE(doc.patchUndoReady);
@@ -155,11 +155,11 @@ TEST_F(BlockExtract, UndoneBringsAllBackAndAnEmptyZBlock) {
 TEST_F(BlockExtract, KeepsZonesInTheOrderOfTheZBlock) {
     holdZones({3, 4, 5, 6});
     select({3, 1});
-    doc.ExtractBlock();
+    call("block.extract");
     EXPECT_EQ(nodeCounts(), (Numbers{6, 4}));
     EXPECT_EQ(doc.structureKind, StructureKind::Unstructured);
     expectIdle();
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(nodeCounts(), (Numbers{3, 4, 5, 6}));
 }
 
@@ -170,7 +170,7 @@ TEST_F(BlockDelete, RemovesExactlyItsPatchesInWhateverOrderTheyStand) {
     select({5, 2, 7});
     doc.capture.holdBlock();
     doc.showBlockOnly = true;
-    doc.DeleteBlock();
+    call("block.delete");
     EXPECT_EQ(heights(doc.patches), (Heights{0, 1, 3, 4, 6, 8}));
     expectIdle();
     EXPECT_EQ(doc.undoPatches.size(), 9U);
@@ -184,7 +184,7 @@ TEST_F(BlockDelete, LeavesEveryRegime) {
     arranged(doc).patchCaptureArmed = true;
     captureLine(2, 0);
     capturePoint(2, 0, 0);
-    doc.DeleteBlock();
+    call("block.delete");
     expectIdle();
     EXPECT_EQ(doc.capture->capturedLine, -1);
 }
@@ -194,11 +194,11 @@ TEST_F(BlockDelete, OfAllPatchesLeavesNoModelAndIsUndone) {
     doc.secondKind = SecondKind::Wrl;
     select({1, 0});
     doc.capture.holdBlock();
-    doc.DeleteBlock();
+    call("block.delete");
     EXPECT_THAT(doc.patches, IsEmpty());
     expectNoModel();
     expectIdle();
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(heights(doc.patches), (Heights{0, 1}));
     EXPECT_EQ(doc.structureKind, StructureKind::Structured);
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
@@ -208,7 +208,7 @@ TEST_F(BlockDelete, OfAllPatchesLeavesNoModelAndIsUndone) {
 TEST_F(BlockDelete, FollowsTheKindOfWhatIsLeft) {
     hold({patchOf({3, 3}), patchOf({3, 4})});
     select({1});
-    doc.DeleteBlock();
+    call("block.delete");
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
@@ -216,18 +216,18 @@ TEST_F(BlockDelete, FollowsTheKindOfWhatIsLeft) {
 TEST_F(BlockDelete, RemovesZones) {
     holdZones({3, 4, 5});
     select({2, 0});
-    doc.DeleteBlock();
+    call("block.delete");
     EXPECT_EQ(nodeCounts(), (Numbers{4}));
     EXPECT_EQ(doc.structureKind, StructureKind::Unstructured);
     expectIdle();
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(nodeCounts(), (Numbers{3, 4, 5}));
 }
 
 TEST_F(BlockDelete, OfAllZonesLeavesNoModel) {
     holdZones({3, 4});
-    doc.InvertBlock();
-    doc.DeleteBlock();
+    call("block.invert");
+    call("block.delete");
     EXPECT_THAT(doc.feRegion.blocks, IsEmpty());
     expectNoModel();
     expectIdle();
@@ -238,11 +238,11 @@ TEST_F(BlockDelete, OfAllZonesLeavesNoModel) {
 TEST_F(BlockClipboard, CopyKeepsTheOrderOfTheZBlockAndOutlivesIt) {
     hold(stack(3));
     select({2, 0});
-    doc.CopyBlock();
+    call("block.copy");
     EXPECT_EQ(heights(doc.blockClipboard), (Heights{2, 0}));
     EXPECT_TRUE(doc.blockClipboardFull);
     EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
-    doc.ExitPatches();
+    call("patch.exit");
     EXPECT_EQ(heights(doc.blockClipboard), (Heights{2, 0}));
     EXPECT_TRUE(doc.blockClipboardFull);
 }
@@ -250,16 +250,16 @@ TEST_F(BlockClipboard, CopyKeepsTheOrderOfTheZBlockAndOutlivesIt) {
 TEST_F(BlockClipboard, CopyTakesThePlaceOfTheCopyBefore) {
     hold(stack(3));
     select({2, 0});
-    doc.CopyBlock();
-    doc.InvertBlock(); // patch 1 alone
-    doc.CopyBlock();
+    call("block.copy");
+    call("block.invert"); // patch 1 alone
+    call("block.copy");
     EXPECT_EQ(heights(doc.blockClipboard), (Heights{1}));
 }
 
 TEST_F(BlockClipboard, CopyOfAnEmptyZBlockDoesNothing) {
     hold(stack(3));
     doc.blockClipboard = stack(1);
-    doc.CopyBlock();
+    call("block.copy");
     EXPECT_EQ(doc.blockClipboard.size(), 1U);
     EXPECT_FALSE(doc.blockClipboardFull);
 }
@@ -267,12 +267,12 @@ TEST_F(BlockClipboard, CopyOfAnEmptyZBlockDoesNothing) {
 TEST_F(BlockClipboard, PasteReplacesTheZBlockAndSelectsWhatWasPasted) {
     hold(stack(4));
     select({3, 1});
-    doc.CopyBlock();
+    call("block.copy");
     doc.blockCount = 0;
     doc.blockList.fill(-1);
     select({2, 0});
     captureSection(1, 0);
-    doc.PasteBlock();
+    call("block.paste");
     EXPECT_EQ(heights(doc.patches), (Heights{1, 3, 3, 1}));
     EXPECT_EQ(block(), (Numbers{2, 3}));
     EXPECT_TRUE(doc.capture->patchCaptured);
@@ -286,7 +286,7 @@ TEST_F(BlockClipboard, PasteWithoutAZBlockAppends) {
     hold(stack(2));
     doc.blockClipboard = {flatPatch(2, 3, 7)};
     doc.blockClipboardFull = true;
-    doc.PasteBlock();
+    call("block.paste");
     EXPECT_EQ(heights(doc.patches), (Heights{0, 1, 7}));
     EXPECT_EQ(block(), (Numbers{2}));
 }
@@ -294,14 +294,14 @@ TEST_F(BlockClipboard, PasteWithoutAZBlockAppends) {
 TEST_F(BlockClipboard, PasteOfLinesIntoAGridMakesLinesOfIt) {
     hold(stack(2));
     doc.blockClipboard = {patchOf({3, 4})};
-    doc.PasteBlock();
+    call("block.paste");
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.skl");
 }
 
 TEST_F(BlockClipboard, PasteIntoNothingMakesAStructuredModel) {
     doc.blockClipboard = stack(2);
-    doc.PasteBlock();
+    call("block.paste");
     EXPECT_EQ(doc.structureKind, StructureKind::Structured);
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
     EXPECT_EQ(doc.modelFile.documentTitle, "Untitled.apt");
@@ -318,7 +318,7 @@ TEST_F(BlockSave, WritesTheZBlockInItsOrderAndLeavesTheModel) {
     select({2, 0});
     doc.capture.holdBlock();
     ui.files = {{folder / "part.apt"}};
-    doc.SaveBlockAs();
+    call("block.saveAs");
     EXPECT_EQ(doc.blockKind, FileKind::Apt);
     EXPECT_EQ(fileText(folder / "part.apt"), "2 2\n"
                                              "0.0000000000000000e+00 0.0000000000000000e+00 2.0000000000000000e+00\n"
@@ -344,12 +344,12 @@ TEST_F(BlockSave, GoesByTheRegularityOfItsPatchesAlone) {
     hold({flatPatch(2, 2), patchOf({1, 2})});
     ASSERT_EQ(doc.fileKind, FileKind::Skl);
     select({0});
-    doc.SaveBlockAs();
+    call("block.saveAs");
     EXPECT_EQ(doc.blockKind, FileKind::Apt);
     doc.blockCount = 0;
     select({1});
     ui.files = {{folder / "lines.skl"}};
-    doc.SaveBlockAs();
+    call("block.saveAs");
     EXPECT_EQ(doc.blockKind, FileKind::Skl);
     EXPECT_EQ(ui.requests.at(0).types.at(0).extension, "apt");
     EXPECT_EQ(ui.requests.at(1).types.at(0).extension, "skl");
@@ -360,7 +360,7 @@ TEST_F(BlockSave, GoesByTheRegularityOfItsPatchesAlone) {
 TEST_F(BlockSave, CancelledWritesNothing) {
     hold(stack(2));
     select({1});
-    doc.SaveBlockAs();
+    call("block.saveAs");
     EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 0"));
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
@@ -369,7 +369,7 @@ TEST_F(BlockSave, ThatFailsSaysSo) {
     hold(stack(2));
     select({1});
     ui.files = {{folder / "absent" / "part.apt"}};
-    doc.SaveBlockAs();
+    call("block.saveAs");
     EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1", "message: It is impossible to save current file"));
 }
 
@@ -378,7 +378,7 @@ TEST_F(BlockSave, WritesZonesUnderTheTitleOfTheirModel) {
     doc.feRegion.title = "Hull and keel";
     select({1});
     ui.files = {{folder / "part.dat"}};
-    doc.SaveBlockAs();
+    call("block.saveAs");
     EXPECT_NE(fileText(folder / "part.dat").find("\"Hull and keel\""), std::string::npos);
 }
 
@@ -386,7 +386,7 @@ TEST_F(BlockSave, WritesZonesInTheOrderOfTheZBlock) {
     holdZones({3, 4, 5});
     select({2, 0});
     ui.files = {{folder / "part.dat"}};
-    doc.SaveBlockAs();
+    call("block.saveAs");
     const std::string text = fileText(folder / "part.dat");
     EXPECT_LT(text.find("zone2"), text.find("zone0"));
     EXPECT_EQ(text.find("zone1"), std::string::npos);
@@ -404,7 +404,7 @@ TEST_F(Extrapolation, AddsASectionBeforeTheFirstOfEachPatchOfTheZBlock) {
     hold(stack(3));
     select({2, 0});
     ui.dialogs.push_back({{"coefficient", "0.5"}});
-    doc.Extrapolate();
+    call("block.extrapolate");
     EXPECT_EQ(countsOf(doc.patches[0]), (Numbers{3, 3, 3}));
     EXPECT_EQ(countsOf(doc.patches[1]), (Numbers{3, 3}));
     EXPECT_EQ(doc.patches[2][0], (PointList{{0, -0.5, 2}, {1, -0.5, 2}, {2, -0.5, 2}}));
@@ -422,7 +422,7 @@ TEST_F(Extrapolation, TakesTheOtherBordersByItsKind) {
         doc.blockCount = 0;
         select({0});
         ui.dialogs.push_back({{"kind", kind}, {"coefficient", "2"}});
-        doc.Extrapolate();
+        call("block.extrapolate");
         return doc.patches[0];
     };
     EXPECT_EQ(grown("2"), (Patch{{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}},
@@ -438,7 +438,7 @@ TEST_F(Extrapolation, SkipsAPatchOfOneSection) {
     hold({patchOf({3}), flatPatch(2, 3)});
     select({0, 1});
     ui.dialogs.push_back({});
-    doc.Extrapolate();
+    call("block.extrapolate");
     EXPECT_EQ(countsOf(doc.patches[0]), (Numbers{3}));
     EXPECT_EQ(countsOf(doc.patches[1]), (Numbers{3, 3, 3}));
 }
@@ -450,7 +450,7 @@ TEST_F(Extrapolation, LeavesPointAndCurveButNotThePatchRegime) {
     captureSection(0, 0);
     capturePoint(0, 0, 0);
     ui.dialogs.push_back({});
-    doc.Extrapolate();
+    call("block.extrapolate");
     EXPECT_FALSE(doc.capture->pointRegimeActive() || doc.capture->curveRegimeActive());
     EXPECT_TRUE(doc.capture->patchCaptured);
 }
@@ -458,11 +458,11 @@ TEST_F(Extrapolation, LeavesPointAndCurveButNotThePatchRegime) {
 TEST_F(Extrapolation, WithoutAZBlockChangesNothingAndCancelledTakesNoSnapshot) {
     hold(stack(2));
     const PatchList before = doc.patches;
-    doc.Extrapolate();
+    call("block.extrapolate");
     EXPECT_FALSE(doc.patchUndoReady);
     for (const char* kind : {"1", "3"}) {
         ui.dialogs.push_back({{"kind", kind}});
-        doc.Extrapolate();
+        call("block.extrapolate");
         EXPECT_EQ(doc.patches, before);
     }
 }
@@ -472,7 +472,7 @@ TEST_F(Extrapolation, OfLinesLeavesAZBlockThatIsNoGridAlone) {
     const PatchList before = doc.patches;
     select({0});
     ui.dialogs.push_back({{"kind", "4"}});
-    doc.Extrapolate();
+    call("block.extrapolate");
     EXPECT_EQ(doc.patches, before);
 }
 

@@ -45,7 +45,7 @@ void PrintTo(const Boundary& boundary, std::ostream* out) {
 }
 
 /// Where the capture stands, with what is in hand.
-std::string captured(VelmoraDoc& doc) {
+std::string captured(DocumentState& doc) {
     std::ostringstream out;
     out << doc.capture->capturedPatch << ' ' << doc.capture->capturedSection << ' ' << doc.capture->capturedLine << ' '
         << doc.capture->capturedPointSection << ' ' << doc.capture->capturedPoint;
@@ -53,11 +53,11 @@ std::string captured(VelmoraDoc& doc) {
 }
 
 Look acrossAndCapture(std::size_t patch, Coordinate axis = &zVec<double>::y) {
-    return [=](VelmoraDoc& doc) { return across(patch, axis)(doc) + ", " + captured(doc); };
+    return [=](DocumentState& doc) { return across(patch, axis)(doc) + ", " + captured(doc); };
 }
 
 Look alongAndCapture(std::size_t patch, std::size_t number) {
-    return [=](VelmoraDoc& doc) { return along(patch, number)(doc) + ", " + captured(doc); };
+    return [=](DocumentState& doc) { return along(patch, number)(doc) + ", " + captured(doc); };
 }
 
 const PatchList plate = {flatPatch(3, 4)};
@@ -178,7 +178,7 @@ const std::vector<Boundary> boundaries = {
      .model = plate,
      .before = section(1, 3),
      .command = {.id = "line.rebreak", .fields = {{"newCount", "7"}}},
-     .look = [](VelmoraDoc& doc) { return pointCounts(doc) + ", " + captured(doc); },
+     .look = [](DocumentState& doc) { return pointCounts(doc) + ", " + captured(doc); },
      .expected = "4 4 7, 0 2 -1 -1 -1"},
     {.name = "WeedingOfTwoSections",
      .model = {flatPatch(2, 4)},
@@ -228,7 +228,7 @@ const std::vector<Boundary> boundaries = {
      .before = addPatch(1) + addPatch(2),
      .command = {.id = "block.invert"},
      .look =
-         [](VelmoraDoc& doc) {
+         [](DocumentState& doc) {
              return text({1.0 * doc.blockCount, 1.0 * doc.blockList[0]});
          },
      .expected = "1 2"},
@@ -353,10 +353,10 @@ protected:
             ui.answers = {true, true};
             ui.dialogs = {{}};
             ui.files.clear();
-            (doc.*command.run)();
+            call(command.id);
             EXPECT_EQ(Picture::ofModel(doc), before) << command.id;
             EXPECT_EQ(kindsOf(doc), kinds) << command.id;
-            doc.leaveRegimes();
+            leaveRegimes();
             holdModel();
         }
     }
@@ -384,7 +384,7 @@ TEST_F(FullBlock, TakesOneMoreBelowItsCapacity) {
 
 TEST_F(FullBlock, IsMetByAClickOfCapture) {
     selectAllBut(1);
-    doc.CapturePatch(); // it does not look at the capacity
+    call("patch.capture"); // it does not look at the capacity
     ASSERT_TRUE(doc.capture->patchCaptureArmed);
     forget();
     clickOn({.patch = blockCapacity + 1});
@@ -394,7 +394,7 @@ TEST_F(FullBlock, IsMetByAClickOfCapture) {
     EXPECT_TRUE(doc.capture->patchCaptured);
     EXPECT_EQ(watcher.drawn, Picture::ofAll(doc));
     // One that is in it already is no addition.
-    doc.CapturePatch();
+    call("patch.capture");
     forget();
     clickOn({.patch = 1});
     EXPECT_THAT(heard(), IsEmpty());
@@ -493,7 +493,7 @@ TEST_F(CommandRig, AModelWithoutZonesIsNotAskedForAPatch) {
 TEST_F(CommandRig, IntersectionOfTrianglesOnlyRedraws) {
     holdTriangles();
     const std::string before = Picture::ofModel(doc);
-    doc.Intersection();
+    call("model.intersection");
     EXPECT_THAT(heard(), IsEmpty());
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
     EXPECT_EQ(Picture::ofModel(doc), before);

@@ -3,6 +3,7 @@
 #include <set>
 
 #include "command_rig.h"
+#include "document_fixture.h"
 #include "file_texts.h"
 
 namespace velmora::test {
@@ -574,7 +575,7 @@ protected:
         if (GetParam().startsModified) {
             runAll({{.id = "model.convertation"}, {.id = "model.convertation"}});
         }
-        doc.redraw();
+        redraw();
         forget();
         ASSERT_EQ(doc.documentModified, GetParam().startsModified);
         model = Picture::ofModel(doc);
@@ -651,14 +652,14 @@ TEST_F(CommandRig, ADraggedPointIsDrawnAtEachMove) {
     runAll(section(1, 2) + point(1, 2, 2) + Steps{{.id = "point.drag"}});
     for (const double x : {1.25, 1.5}) {
         forget();
-        doc.takePick({.target = Pick::Target::DragPlace, .found = true, .position = {x, 1, 0}});
-        doc.placeDraggedPoint(doc.capture->capturedPointPos);
+        document_->takePick({.target = Pick::Target::DragPlace, .found = true, .position = {x, 1, 0}});
+        document_->placeDraggedPoint(doc.capture->capturedPointPos);
         EXPECT_EQ(doc.patches[0][1][1], zVec<double>(x, 1, 0));
         EXPECT_EQ(heard(), Lines{"status: " + doc.capture->dragStatus});
         EXPECT_THAT(view.calls, Contains("redraw"));
         EXPECT_EQ(watcher.drawn, Picture::ofAll(doc));
     }
-    doc.moveRegimeAtRelease();
+    releaseButton();
     EXPECT_FALSE(doc.capture->pointDragging);
     EXPECT_TRUE(doc.pointUndoReady && doc.documentModified);
     run({.id = "point.undo"});
@@ -672,7 +673,7 @@ TEST_F(CommandRig, ABendIsReadyToBeTakenBackByEitherUndo) {
         runAll(section(1, 2) + point(1, 2, 2));
         settle();
         const std::string model = Picture::ofModel(doc);
-        doc.prepareDragCorrection();
+        document_->prepareDragCorrection();
         EXPECT_TRUE(doc.capture->dragCorrectsLine && doc.pointUndoReady && doc.patchUndoReady && doc.documentModified);
         EXPECT_FALSE(doc.rebuildOnUndo);
         EXPECT_THAT((std::vector{doc.capture->savedPatch, doc.capture->savedPointSection, doc.capture->savedPoint}),
@@ -681,7 +682,7 @@ TEST_F(CommandRig, ABendIsReadyToBeTakenBackByEitherUndo) {
         run({.id = byPoint ? "point.undo" : "patch.undo"});
         EXPECT_EQ(Picture::ofModel(doc), model);
         EXPECT_FALSE(doc.pointUndoReady || doc.patchUndoReady);
-        doc.leaveRegimes();
+        leaveRegimes();
     }
 }
 
@@ -732,7 +733,7 @@ TEST_P(CommandEffect, IsTakenBackByUndo) {
     if (isIn(effect.undo, {Undo::Patch, Undo::Both})) {
         prepare();
         work();
-        doc.UndoPatch();
+        call("patch.undo");
         EXPECT_EQ(Picture::ofModel(doc), model);
         EXPECT_EQ(watcher.drawn, Picture::ofAll(doc));
         EXPECT_FALSE(doc.patchUndoReady);
@@ -741,10 +742,10 @@ TEST_P(CommandEffect, IsTakenBackByUndo) {
         }
     }
     if (isIn(effect.undo, {Undo::Point, Undo::Both})) {
-        doc.leaveRegimes();
+        leaveRegimes();
         prepare();
         work();
-        doc.UndoPoint();
+        call("point.undo");
         EXPECT_EQ(Picture::ofModel(doc), model);
         EXPECT_EQ(watcher.drawn, Picture::ofAll(doc));
         EXPECT_FALSE(doc.pointUndoReady);

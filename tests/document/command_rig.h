@@ -53,14 +53,14 @@ inline Steps point(int patch, int section, int number) {
 class Picture {
 public:
     /// Patches and zones alone.
-    static std::string ofModel(const VelmoraDoc& doc) {
+    static std::string ofModel(const DocumentState& doc) {
         Picture picture;
         picture.add("patches", doc.patches);
         picture.add("zones", doc.feRegion);
         return picture.text_.str();
     }
 
-    static std::string ofAll(const VelmoraDoc& doc) {
+    static std::string ofAll(const DocumentState& doc) {
         Picture picture;
         picture.text_ << ofModel(doc);
         picture.addSelection(doc);
@@ -112,7 +112,7 @@ private:
             }
         }
     }
-    void addSelection(const VelmoraDoc& doc) {
+    void addSelection(const DocumentState& doc) {
         text_ << "\nzBlock";
         for (std::int32_t i = 0; i < doc.blockCount; ++i) {
             text_ << ' ' << doc.blockList[static_cast<std::size_t>(i)];
@@ -130,7 +130,7 @@ private:
         text_ << "\nswitches " << doc.showBlockOnly << doc.showFirstPoints << doc.showDoublePoints << doc.showBuffer
               << doc.showZBlockMarkers;
     }
-    void addPointsBeside(const VelmoraDoc& doc) {
+    void addPointsBeside(const DocumentState& doc) {
         if (doc.showBuffer) {
             add("buffer", doc.lineBuffer);
             add("clipboard", doc.pointClipboardFull ? PointList{doc.pointClipboard} : PointList());
@@ -149,7 +149,7 @@ private:
 /// A view that keeps the picture that it was last told to draw.
 class WatchingView : public DocumentView {
 public:
-    explicit WatchingView(const VelmoraDoc& document) : doc_(document) {}
+    explicit WatchingView(const DocumentState& document) : doc_(document) {}
 
     std::string drawn;
 
@@ -163,13 +163,13 @@ public:
     int principalPlane() const override { return 0; }
 
 private:
-    const VelmoraDoc& doc_;
+    const DocumentState& doc_;
 };
 
 /// A document that is worked by its commands alone, as a person would.
 class CommandRig : public ZoneTest {
 protected:
-    CommandRig() : watcher(doc) { doc.attachView(watcher); }
+    CommandRig() : watcher(doc) { attach(watcher); }
 
     /// Runs a command with its answers. It must be on.
     void run(const Step& step) {
@@ -183,7 +183,7 @@ protected:
                 ui.files.back().push_back(folder / name);
             }
         }
-        carryOut(step.id);
+        call(step.id);
         if (step.click) {
             clickOn(*step.click);
         }
@@ -202,7 +202,7 @@ protected:
         ui.dialogs.clear();
         ui.files.clear();
         const auto table = std::exchange(ui.onRegularInput, nullptr);
-        carryOut(id);
+        call(id);
         ui.onRegularInput = table;
     }
 
@@ -234,13 +234,13 @@ protected:
             doc.capture.renumberPatch(patch);
             doc.capture.renumberLine(number);
         }
-        doc.moveRegimeAtRelease();
+        releaseButton();
     }
 
     /// Saves the model, so that the mark of a change is gone, and forgets what was shown so far.
     void settle() {
-        doc.saveModel();
-        doc.redraw();
+        call("file.save");
+        redraw();
         forget();
     }
 
@@ -277,20 +277,12 @@ protected:
         doc.feRegion.blocks.push_back(triangleZone("above", {{-9, -9, 3}, {9, -9, 3}, {-9, 9, 3}}, {0, 1, 2}));
         doc.feRegion.blocks.push_back(triangleZone("over", {{-9, -9, 5}, {9, -9, 5}, {-9, 9, 5}}, {0, 1, 2}));
         ui.files = {{folder / "wing.dat"}};
-        doc.saveModelAs();
-        doc.updateBounds();
+        call("file.saveAs");
+        updateBounds();
         forget();
     }
 
     WatchingView watcher;
-
-private:
-    void carryOut(const std::string& id) {
-        const Command* command = findCommand(id);
-        ASSERT_NE(command, nullptr) << id;
-        ASSERT_NE(command->run, nullptr) << id;
-        doc.runCommand(command->run);
-    }
 };
 
 } // namespace velmora::test

@@ -2,6 +2,7 @@
 #include <ostream>
 #include <set>
 
+#include "DialogValues.h"
 #include "command_rig.h"
 #include "corner_box.h"
 #include "looks.h"
@@ -14,7 +15,7 @@ using Vector = zVec<double>;
 
 /// Where the triangles begin and end along one axis.
 Look extent(Coordinate axis) {
-    return [=](VelmoraDoc& doc) {
+    return [=](DocumentState& doc) {
         const CornerBox box = cornerBox(doc.feRegion);
         return text({box.lower.*axis, box.upper.*axis});
     };
@@ -22,7 +23,7 @@ Look extent(Coordinate axis) {
 
 /// Whether the points of a section lie on the chords of the zigzag that it was.
 Look onChords(std::size_t section) {
-    return [=](VelmoraDoc& doc) {
+    return [=](DocumentState& doc) {
         for (const Vector& p : doc.patches.at(0).at(section)) {
             const double foot = std::fmod(p.x, 2.0);
             if (std::abs(p.z - (foot < 1 ? foot : 2 - foot)) > 1e-9) {
@@ -33,8 +34,8 @@ Look onChords(std::size_t section) {
     };
 }
 
-Look flag(bool VelmoraDoc::*which) {
-    return [=](VelmoraDoc& doc) { return std::string(doc.*which ? "on" : "off"); };
+Look flag(bool DocumentState::*which) {
+    return [=](DocumentState& doc) { return std::string(doc.*which ? "on" : "off"); };
 }
 
 /// Two square slices; the upper one has a point in the middle of each side, and begins at the opposite corner.
@@ -108,12 +109,12 @@ const Steps openField = {{.id = "file.openField", .files = {"flow.dat"}}};
 const PatchList longPlate = {flatPatch(2, 9)};
 
 /// The last of the five steps up to the point at x = 4: behind it the steps are 1.
-std::string stepBeforePoint(VelmoraDoc& doc) {
+std::string stepBeforePoint(DocumentState& doc) {
     const PointList& points = doc.patches.at(0).at(0);
     return std::abs(points.at(5).x - points.at(4).x - 1) < 0.01 ? "runs on" : "jumps";
 }
 
-std::string partsOnDisk(VelmoraDoc& doc) {
+std::string partsOnDisk(DocumentState& doc) {
     const std::filesystem::path folder = doc.modelFile.chosenPath.parent_path();
     const bool both = std::filesystem::exists(folder / "wing_1.dat") && std::filesystem::exists(folder / "wing_2.dat");
     return (both ? "both, the model is " : "none, the model is ") + extent(&Vector::x)(doc);
@@ -312,7 +313,9 @@ const std::vector<Choice> choices = {
      .model = {flatPatch(3, 3), flatPatch(3, 3)},
      .before = addPatch(1) + addPatch(2),
      .look =
-         [](VelmoraDoc& doc) { return pointCounts(doc) + (doc.mergeValues.aptControl ? " ticked" : " not ticked"); },
+         [](DocumentState& doc) {
+             return pointCounts(doc) + (doc.dialogs->merge.aptControl ? " ticked" : " not ticked");
+         },
      .expected = "3 3 3 3 3 not ticked"},
     {.dialog = "CMerge",
      .field = "aptControl",
@@ -321,7 +324,9 @@ const std::vector<Choice> choices = {
      .model = {flatPatch(3, 3), flatPatch(3, 3)},
      .before = addPatch(1) + addPatch(2),
      .look =
-         [](VelmoraDoc& doc) { return pointCounts(doc) + (doc.mergeValues.aptControl ? " ticked" : " not ticked"); },
+         [](DocumentState& doc) {
+             return pointCounts(doc) + (doc.dialogs->merge.aptControl ? " ticked" : " not ticked");
+         },
      .expected = "3 3 3 3 3 ticked"},
     {.dialog = "CMerge",
      .field = "matching",
@@ -345,7 +350,7 @@ const std::vector<Choice> choices = {
      .command = "block.merge",
      .model = {flatPatch(3, 3), flatPatch(3, 3)},
      .before = Steps{{.id = "view.features", .fields = {{"showDoublePoints", "1"}}}} + addPatch(1) + addPatch(2),
-     .look = flag(&VelmoraDoc::showDoublePoints),
+     .look = flag(&DocumentState::showDoublePoints),
      .expected = "off"},
     {.dialog = "CMerge",
      .field = "showDouble",
@@ -353,7 +358,7 @@ const std::vector<Choice> choices = {
      .command = "block.merge",
      .model = {flatPatch(3, 3), flatPatch(3, 3)},
      .before = addPatch(1) + addPatch(2),
-     .look = flag(&VelmoraDoc::showDoublePoints),
+     .look = flag(&DocumentState::showDoublePoints),
      .expected = "on"},
     {.dialog = "CMerge",
      .field = "deleteDouble",
@@ -361,7 +366,7 @@ const std::vector<Choice> choices = {
      .command = "block.merge",
      .before = openField + addPatch(1) + addPatch(2),
      .fields = {{"kind", "2"}},
-     .look = [](VelmoraDoc& doc) { return pointCounts(doc) + " with " + fieldCounts(doc); },
+     .look = [](DocumentState& doc) { return pointCounts(doc) + " with " + fieldCounts(doc); },
      .expected = "3 3 with 3 3"},
     {.dialog = "CMerge",
      .field = "deleteDouble",
@@ -369,7 +374,7 @@ const std::vector<Choice> choices = {
      .command = "block.merge",
      .before = openField + addPatch(1) + addPatch(2),
      .fields = {{"kind", "2"}},
-     .look = [](VelmoraDoc& doc) { return pointCounts(doc) + " with " + fieldCounts(doc); },
+     .look = [](DocumentState& doc) { return pointCounts(doc) + " with " + fieldCounts(doc); },
      .expected = "3 3 with 3 3"},
 
     // The borders have equal steps, so each curve inside gets equal steps along its chords.
@@ -636,14 +641,14 @@ const std::vector<Choice> choices = {
      .value = 1,
      .command = "model.lastFirstSwitch",
      .model = {flatPatch(3, 4)},
-     .look = [](VelmoraDoc& doc) { return across(0)(doc) + ", " + along(0, 0)(doc); },
+     .look = [](DocumentState& doc) { return across(0)(doc) + ", " + along(0, 0)(doc); },
      .expected = "2 1 0, 0 1 2 3"},
     {.dialog = "CLast_First_switch",
      .field = "kind",
      .value = 2,
      .command = "model.lastFirstSwitch",
      .model = {flatPatch(3, 4)},
-     .look = [](VelmoraDoc& doc) { return across(0)(doc) + ", " + along(0, 0)(doc); },
+     .look = [](DocumentState& doc) { return across(0)(doc) + ", " + along(0, 0)(doc); },
      .expected = "0 1 2, 3 2 1 0"},
 
     {.dialog = "CBeforeAfter",
@@ -702,7 +707,7 @@ const std::vector<Choice> choices = {
      .command = "point.copyPart",
      .model = {flatPatch(2, 7)},
      .before = section(1, 1) + point(1, 1, 3),
-     .look = [](VelmoraDoc& doc) { return text(coordinates(doc.lineBuffer)); },
+     .look = [](DocumentState& doc) { return text(coordinates(doc.lineBuffer)); },
      .expected = "0 1 2",
      .when = "as what is copied"},
     {.dialog = "CBeforeAfter",
@@ -711,7 +716,7 @@ const std::vector<Choice> choices = {
      .command = "point.copyPart",
      .model = {flatPatch(2, 7)},
      .before = section(1, 1) + point(1, 1, 3),
-     .look = [](VelmoraDoc& doc) { return text(coordinates(doc.lineBuffer)); },
+     .look = [](DocumentState& doc) { return text(coordinates(doc.lineBuffer)); },
      .expected = "2 3 4 5 6",
      .when = "as what is copied"},
     {.dialog = "CBeforeAfter",
@@ -740,7 +745,7 @@ const std::vector<Choice> choices = {
      .command = "convert.toSkl",
      .fields = {{"number", "3"}},
      .look =
-         [](VelmoraDoc& doc) {
+         [](DocumentState& doc) {
              return text({doc.patches.at(0).at(1).front().x, doc.patches.at(0).at(1).back().x});
          },
      .expected = "2 2"},
@@ -750,7 +755,7 @@ const std::vector<Choice> choices = {
      .command = "convert.toSkl",
      .fields = {{"number", "3"}},
      .look =
-         [](VelmoraDoc& doc) {
+         [](DocumentState& doc) {
              return text({doc.patches.at(0).at(1).front().y, doc.patches.at(0).at(1).back().y});
          },
      .expected = "3 3"},
@@ -880,7 +885,7 @@ protected:
         holdZones({});
         doc.feRegion.blocks.push_back(
             triangleZone("plate", {{0, 0, 0}, {4, 0, 0}, {4, 6, 8}, {0, 6, 8}}, {0, 1, 2, 0, 2, 3}));
-        doc.updateBounds();
+        updateBounds();
     }
 };
 
@@ -915,12 +920,12 @@ INSTANTIATE_TEST_SUITE_P(Of, DialogChoice, testing::ValuesIn(choices), nameOf);
 class FeatureSwitch : public CommandRig {};
 
 TEST_F(FeatureSwitch, EachBoxIsItsOwnSwitch) {
-    const std::pair<const char*, bool VelmoraDoc::*> switches[] = {
-        {"showBlockOnly", &VelmoraDoc::showBlockOnly},
-        {"showFirstPoints", &VelmoraDoc::showFirstPoints},
-        {"showDoublePoints", &VelmoraDoc::showDoublePoints},
-        {"showBuffer", &VelmoraDoc::showBuffer},
-        {"showZBlockMarkers", &VelmoraDoc::showZBlockMarkers}};
+    const std::pair<const char*, bool DocumentState::*> switches[] = {
+        {"showBlockOnly", &DocumentState::showBlockOnly},
+        {"showFirstPoints", &DocumentState::showFirstPoints},
+        {"showDoublePoints", &DocumentState::showDoublePoints},
+        {"showBuffer", &DocumentState::showBuffer},
+        {"showZBlockMarkers", &DocumentState::showZBlockMarkers}};
     hold({flatPatch(2, 2), flatPatch(2, 2, 1)});
     runAll(addPatch(1));
     for (const auto& [key, chosen] : switches) {
@@ -938,8 +943,8 @@ TEST_F(FeatureSwitch, AndEveryOtherChoiceOfADialogHasATest) {
     for (const Choice& choice : choices) {
         told.insert(keyOf(choice.dialog, choice.field, choice.value));
     }
-    for (const std::string& dialog : VelmoraDoc::dialogNames()) {
-        const auto form = doc.storedDialog(dialog);
+    for (const std::string& dialog : DialogValues::names()) {
+        const auto form = doc.dialogs->form(dialog);
         ASSERT_TRUE(form.has_value());
         for (const DialogField& field : form->fields) {
             const bool radio = field.kind == FieldKind::Radio;

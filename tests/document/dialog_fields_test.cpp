@@ -5,8 +5,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "DialogValues.h"
+#include "DocumentState.h"
 #include "RecordingUi.h"
-#include "VelmoraDoc.h"
 
 namespace velmora::test {
 
@@ -53,8 +54,8 @@ std::string lineOf(const DialogField& field) {
 /// The title, then the fields of the stored dialog, which holds its start values.
 std::vector<std::string> linesOf(const char* name) {
     RecordingUi ui;
-    VelmoraDoc doc(ui, {});
-    const auto form = doc.storedDialog(name);
+    DocumentState doc(ui, {});
+    const auto form = doc.dialogs->form(name);
     if (!form) {
         return {"no dialog"};
     }
@@ -103,9 +104,9 @@ TEST(DialogFields, StandUnderTheTitlesThatUsersKnow) {
 
 TEST(DialogFields, KeepTheirStartValuesWithinTheirRanges) {
     RecordingUi ui;
-    VelmoraDoc doc(ui, {});
-    for (const std::string& name : VelmoraDoc::dialogNames()) {
-        auto form = doc.storedDialog(name);
+    DocumentState doc(ui, {});
+    for (const std::string& name : DialogValues::names()) {
+        auto form = doc.dialogs->form(name);
         openDialog(*form);
         for (const DialogField& field : form->fields) {
             const bool number = field.kind == FieldKind::Integer || field.kind == FieldKind::Real;
@@ -370,23 +371,23 @@ TEST(DialogFields, OfUnstructuredKnife) {
 
 TEST(StoredDialogs, AreFoundByEachOfTheirNames) {
     RecordingUi ui;
-    VelmoraDoc doc(ui, {});
-    for (const std::string& name : VelmoraDoc::dialogNames()) {
-        const auto form = doc.storedDialog(name);
+    DocumentState doc(ui, {});
+    for (const std::string& name : DialogValues::names()) {
+        const auto form = doc.dialogs->form(name);
         ASSERT_TRUE(form.has_value()) << name;
         EXPECT_EQ(form->name, name);
     }
-    EXPECT_FALSE(doc.storedDialog("crebreak").has_value());
-    EXPECT_FALSE(doc.storedDialog("").has_value());
+    EXPECT_FALSE(doc.dialogs->form("crebreak").has_value());
+    EXPECT_FALSE(doc.dialogs->form("").has_value());
 }
 
 TEST(StoredDialogs, ShowTheValuesThatTheDocumentHolds) {
     RecordingUi ui;
-    VelmoraDoc doc(ui, {});
-    doc.rebreakValues.law.compression = 2.5;
-    doc.inputLineValues.line = 7;
-    EXPECT_EQ(fieldText(*doc.storedDialog("CRebreak")->find("compression")), "2.5");
-    EXPECT_EQ(fieldText(*doc.storedDialog("CInputLine")->find("line")), "7");
+    DocumentState doc(ui, {});
+    doc.dialogs->rebreak.law.compression = 2.5;
+    doc.dialogs->inputLine.line = 7;
+    EXPECT_EQ(fieldText(*doc.dialogs->form("CRebreak")->find("compression")), "2.5");
+    EXPECT_EQ(fieldText(*doc.dialogs->form("CInputLine")->find("line")), "7");
 }
 
 // ---- Live fields of View features -----------------------------------------------------------------------------------

@@ -1,5 +1,5 @@
 #include "arranged_capture.h"
-#include "document_fixture.h"
+#include "state_fixture.h"
 
 namespace velmora::test {
 
@@ -7,7 +7,7 @@ namespace {
 
 using testing::ElementsAre;
 
-class EditPoint : public DocumentTest {
+class EditPoint : public StateTest {
 protected:
     EditPoint() {
         hold({flatPatch(3, 4)});
@@ -28,13 +28,13 @@ TEST_F(EditPoint, ShowsThePickedPoint) {
             shown.push_back(fieldText(field));
         }
     };
-    doc.EditPoint();
+    call("point.edit");
     EXPECT_THAT(shown, ElementsAre("7", "8", "9"));
 }
 
 TEST_F(EditPoint, MovesThePointAndAllThatStandsForIt) {
     ui.dialogs.push_back({{"x", "1.5"}, {"y", "-2"}, {"z", "0.25"}});
-    doc.EditPoint();
+    call("point.edit");
     const zVec<double> moved(1.5, -2, 0.25);
     EXPECT_EQ(doc.patches[0][1][2], moved);
     EXPECT_EQ(doc.capture->pickedPoint, moved);
@@ -49,7 +49,7 @@ TEST_F(EditPoint, ChangesNoOtherPoint) {
     PatchList expected = doc.patches;
     expected[0][1][2].x = 5;
     ui.dialogs.push_back({{"x", "5"}});
-    doc.EditPoint();
+    call("point.edit");
     EXPECT_EQ(doc.patches, expected);
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
@@ -57,7 +57,7 @@ TEST_F(EditPoint, ChangesNoOtherPoint) {
 TEST_F(EditPoint, TakesASnapshotAndTheAddress) {
     const PatchList before = doc.patches;
     ui.dialogs.push_back({{"x", "5"}});
-    doc.EditPoint();
+    call("point.edit");
     EXPECT_EQ(doc.pointUndoPatches, before);
     EXPECT_TRUE(doc.pointUndoReady);
     EXPECT_FALSE(doc.patchUndoReady);
@@ -69,7 +69,7 @@ TEST_F(EditPoint, TakesASnapshotAndTheAddress) {
 
 TEST_F(EditPoint, CancelledChangesNothing) {
     const PatchList before = doc.patches;
-    doc.EditPoint();
+    call("point.edit");
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.pointUndoReady);
     EXPECT_FALSE(doc.documentModified);
@@ -81,7 +81,7 @@ TEST_F(EditPoint, CancelledChangesNothing) {
 TEST_F(EditPoint, OnALineSpeaksOfTheLine) {
     captureLine(0, 2);
     ui.dialogs.push_back({});
-    doc.EditPoint();
+    call("point.edit");
     EXPECT_EQ(doc.status, "Captured point: (Patch K=1, Line N=3, Point M=2) X=2.000000, Y=1.000000, Z=0.000000 // "
                           "Press right button to continue ");
 }
@@ -90,7 +90,7 @@ TEST_F(EditPoint, WithAnAddressOutsideTheModelDoesNothing) {
     doc.capture.renumberPoint(doc.capture->capturedPointSection, 99);
     const PatchList before = doc.patches;
     ui.dialogs.push_back({{"x", "5"}});
-    doc.EditPoint();
+    call("point.edit");
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.pointUndoReady);
 }

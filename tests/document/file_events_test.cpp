@@ -2,6 +2,7 @@
 #include <functional>
 
 #include "CommandTest.h"
+#include "DialogValues.h"
 #include "file_texts.h"
 
 namespace velmora::test {
@@ -509,7 +510,7 @@ using Traces = FileEvents;
 
 TEST_F(Traces, ANewModelIsDrawnAndCountsAsChanged) {
     openGrid();
-    doc.regularInput.typed = {1, 2, 3};
+    doc.dialogs->regularInput.typed = {1, 2, 3};
     viewCalls();
     ui.onRegularInput = [](CRegularInput& table) {
         EXPECT_EQ(table.typed, zVec<double>());

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "DialogValues.h"
 #include "document_fixture.h"
 #include "file_types.h"
 #include "volumes.h"
@@ -64,11 +65,12 @@ TEST(Names, TakeNoneTwiceWhateverItsCase) {
 
 TEST(ProjectList, StartsUntitledWithTheExtensionsOfTheDocument) {
     RecordingUi ui;
-    const VelmoraDoc doc(ui, {});
-    EXPECT_EQ(doc.filesList.name.text, "untitled");
-    EXPECT_THAT(doc.filesList.names.list(), ElementsAre("apt", "skl", "dat", "vrml", "apm"));
-    EXPECT_THAT(doc.filesList.projectList, IsEmpty());
-    EXPECT_TRUE(fs::is_directory(doc.filesList.currentDirectory())) << "where there is no folder, that of the program";
+    const DocumentState doc(ui, {});
+    EXPECT_EQ(doc.dialogs->filesList.name.text, "untitled");
+    EXPECT_THAT(doc.dialogs->filesList.names.list(), ElementsAre("apt", "skl", "dat", "vrml", "apm"));
+    EXPECT_THAT(doc.dialogs->filesList.projectList, IsEmpty());
+    EXPECT_TRUE(fs::is_directory(doc.dialogs->filesList.currentDirectory()))
+        << "where there is no folder, that of the program";
 }
 
 // ---- Volumes --------------------------------------------------------------------------------------------------------
@@ -289,11 +291,11 @@ TEST_F(DocumentTest, ProgressOfReadingAndWritingGoesToTheUser) {
     Patch patch = flatPatch(200, 250, 0.12345678901234567);
     hold({patch});
     doc.documentModified = true;
-    doc.saveModel();
+    call("file.save");
     const std::vector<double> written = std::exchange(ui.progress, {});
     ASSERT_GE(written.size(), 2U);
     EXPECT_TRUE(std::is_sorted(written.begin(), written.end()));
-    doc.onOpenDocument(folder / "wing.apt");
+    open(folder / "wing.apt");
     ASSERT_GE(ui.progress.size(), 2U);
     EXPECT_TRUE(std::is_sorted(ui.progress.begin(), ui.progress.end()));
     for (const auto& told : {written, ui.progress}) {

@@ -1,5 +1,6 @@
+#include "DialogValues.h"
 #include "arranged_capture.h"
-#include "document_fixture.h"
+#include "state_fixture.h"
 
 namespace velmora::test {
 
@@ -22,9 +23,9 @@ Patch movedBy(Patch patch, double x, double y = 0.0) {
     return patch;
 }
 
-class SplitPatch : public DocumentTest {};
+class SplitPatch : public StateTest {};
 
-class MergePatches : public DocumentTest {
+class MergePatches : public StateTest {
 protected:
     void merge(const Fields& fields, const std::vector<std::int32_t>& members) {
         for (const std::int32_t k : members) {
@@ -32,11 +33,11 @@ protected:
         }
         doc.capture.holdBlock();
         ui.dialogs.push_back(fields);
-        doc.MergePatches();
+        call("block.merge");
     }
 };
 
-class MatchBorder : public DocumentTest {};
+class MatchBorder : public StateTest {};
 
 } // namespace
 
@@ -49,7 +50,7 @@ TEST_F(SplitPatch, AtASectionGivesTwoPatchesAndEmptiesTheZBlock) {
     arranged(doc).sectionContinueStatus = "the section";
     addToBlock(2);
     doc.rebuildOnUndo = true;
-    doc.SplitPatch();
+    call("line.splitPatch");
     ASSERT_EQ(doc.patches.size(), 4U);
     EXPECT_EQ(doc.patches[1].size(), 4U);
     EXPECT_EQ(doc.patches[2].size(), 4U);
@@ -70,7 +71,7 @@ TEST_F(SplitPatch, AtASectionGivesTwoPatchesAndEmptiesTheZBlock) {
 TEST_F(SplitPatch, AtALineGivesTwoPatchesAndTheIdlePrompt) {
     hold({flatPatch(3, 6)});
     captureLine(0, 2);
-    doc.SplitPatch();
+    call("line.splitPatch");
     ASSERT_EQ(doc.patches.size(), 2U);
     EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{3, 3, 3}));
     EXPECT_EQ(countsOf(doc.patches[1]), (std::vector<std::int32_t>{4, 4, 4}));
@@ -81,7 +82,7 @@ TEST_F(SplitPatch, AtALineInThePatchRegimeShowsHowToGoOn) {
     hold({flatPatch(3, 6)});
     captureLine(0, 2);
     doc.capture.holdBlock();
-    doc.SplitPatch();
+    call("line.splitPatch");
     EXPECT_THAT(heard(), ElementsAre("status: " + doc.capture->continuePrompt));
 }
 
@@ -93,7 +94,7 @@ TEST_F(SplitPatch, AtABorderLeavesTheModelButTakesSnapshotPromptAndZBlock) {
         arranged(doc).sectionContinueStatus = "the section";
         addToBlock(0);
         doc.patchUndoReady = false;
-        doc.SplitPatch();
+        call("line.splitPatch");
         EXPECT_EQ(doc.patches, before);
         EXPECT_EQ(doc.undoPatches, before);
         EXPECT_TRUE(doc.patchUndoReady);
@@ -110,7 +111,7 @@ TEST_F(SplitPatch, WithAFieldCutsItInTheSamePlace) {
     doc.fieldMode = true;
     doc.fieldPatches = {flatPatch(5, 4, 7), flatPatch(2, 2, 7)};
     captureSection(0, 2);
-    doc.SplitPatch();
+    call("line.splitPatch");
     ASSERT_EQ(doc.fieldPatches.size(), doc.patches.size());
     for (std::size_t k = 0; k < doc.patches.size(); ++k) {
         EXPECT_EQ(countsOf(doc.fieldPatches[k]), countsOf(doc.patches[k]));
@@ -124,8 +125,8 @@ TEST_F(SplitPatch, UndoneBringsTheFieldBackToo) {
     const PatchList field = {flatPatch(5, 4, 7), flatPatch(2, 2, 7)};
     doc.fieldPatches = field;
     captureSection(0, 2);
-    doc.SplitPatch();
-    doc.UndoPatch();
+    call("line.splitPatch");
+    call("patch.undo");
     EXPECT_EQ(doc.fieldPatches, field);
     EXPECT_TRUE(doc.fieldMode);
 }
@@ -134,7 +135,7 @@ TEST_F(SplitPatch, WithoutAFieldLeavesTheFieldListAlone) {
     hold({flatPatch(5, 4)});
     doc.fieldPatches = {flatPatch(5, 4, 7)};
     captureSection(0, 2);
-    doc.SplitPatch();
+    call("line.splitPatch");
     EXPECT_EQ(doc.fieldPatches.size(), 1U);
 }
 
@@ -231,7 +232,7 @@ TEST_F(MergePatches, SwitchesDoublePointsEvenWhenItStops) {
     EXPECT_TRUE(doc.showDoublePoints);
     doc.patches[1] = flatPatch(2, 3);
     ui.dialogs.push_back({{"showDouble", "0"}});
-    doc.MergePatches();
+    call("block.merge");
     EXPECT_FALSE(doc.showDoublePoints);
     EXPECT_EQ(doc.patches.size(), 1U);
 }
@@ -239,17 +240,17 @@ TEST_F(MergePatches, SwitchesDoublePointsEvenWhenItStops) {
 TEST_F(MergePatches, AndViewFeaturesShareTheBoxOfDoublePoints) {
     hold({flatPatch(2, 3), flatPatch(2, 3)});
     ui.dialogs.push_back({{"showDoublePoints", "1"}});
-    doc.ViewFeatures();
-    EXPECT_TRUE(doc.mergeValues.showDouble);
+    call("view.features");
+    EXPECT_TRUE(doc.dialogs->merge.showDouble);
     merge({{"showDouble", "0"}}, {0, 1});
-    EXPECT_FALSE(doc.featuresValues.showDoublePoints);
+    EXPECT_FALSE(doc.dialogs->features.showDoublePoints);
 }
 
 TEST_F(MergePatches, CancelledChangesNothing) {
     hold({flatPatch(2, 3), flatPatch(2, 3)});
     addToBlock(0);
     addToBlock(1);
-    doc.MergePatches();
+    call("block.merge");
     EXPECT_EQ(doc.patches.size(), 2U);
     EXPECT_THAT(block(), ElementsAre(0, 1));
     EXPECT_THAT(viewCalls(), IsEmpty());
@@ -312,7 +313,7 @@ TEST_F(MatchBorder, PutsTheBorderOfTheSecondOntoTheFirst) {
     addToBlock(1);
     const PatchList before = doc.patches;
     doc.rebuildOnUndo = true;
-    doc.MatchBorder();
+    call("block.matchBorder");
     EXPECT_EQ(doc.patches[0], before[0]);
     for (std::size_t n = 0; n < 3; ++n) {
         EXPECT_EQ(doc.patches[1][n][0], before[0][n][3]);
@@ -332,7 +333,7 @@ TEST_F(MatchBorder, OfThreePatchesMatchesThemInTurn) {
     for (const std::int32_t k : {2, 1, 0}) {
         addToBlock(k);
     }
-    doc.MatchBorder();
+    call("block.matchBorder");
     EXPECT_EQ(doc.patches[1][0][0].x, 1.0);
     EXPECT_EQ(doc.patches[1][0][1].x, 2.04);
     EXPECT_EQ(doc.patches[0][0][0].x, 2.04);
@@ -345,19 +346,19 @@ TEST_F(MatchBorder, TooFarStopsAndLeavesWhatWasDone) {
         addToBlock(k);
     }
     const PatchList before = doc.patches;
-    doc.MatchBorder();
+    call("block.matchBorder");
     EXPECT_THAT(heard(), ElementsAre("message: Matching is impossible"));
     EXPECT_EQ(doc.patches[1][0][0].x, 1.0);
     EXPECT_EQ(doc.patches[2], before[2]);
     EXPECT_EQ(doc.patches[3], before[3]);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches, before);
 }
 
 TEST_F(MatchBorder, OfOnePatchTakesTheSnapshotOnly) {
     hold({flatPatch(3, 2)});
     addToBlock(0);
-    doc.MatchBorder();
+    call("block.matchBorder");
     EXPECT_EQ(doc.patches, doc.undoPatches);
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_THAT(heard(), IsEmpty());
@@ -371,7 +372,7 @@ TEST_F(MatchBorder, AndGridGivesTheRestOfTheSecondTheSpacingOfTheBorder) {
     hold({a, movedBy(flatPatch(5, 3), 2.02)});
     addToBlock(0);
     addToBlock(1);
-    doc.MatchBorderAndGrid();
+    call("block.matchBorderAndGrid");
     for (const std::size_t j : {0U, 1U, 2U}) {
         EXPECT_NEAR(doc.patches[1][2][j].y, 2.2, 1e-9);
     }
@@ -382,7 +383,7 @@ TEST_F(MatchBorder, PassesOverEntriesThatNameNoPatch) {
     addToBlock(0);
     addToBlock(9);
     addToBlock(1);
-    doc.MatchBorder();
+    call("block.matchBorder");
     EXPECT_EQ(doc.patches, doc.undoPatches);
     EXPECT_THAT(heard(), IsEmpty());
 }

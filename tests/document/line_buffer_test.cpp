@@ -1,5 +1,5 @@
 #include "arranged_capture.h"
-#include "document_fixture.h"
+#include "state_fixture.h"
 
 namespace velmora::test {
 
@@ -10,7 +10,7 @@ using testing::IsEmpty;
 
 constexpr const char* aptNotice = "message: APT format may be violated";
 
-class LineBuffer : public DocumentTest {
+class LineBuffer : public StateTest {
 protected:
     void fill(PointList points) {
         doc.lineBuffer = std::move(points);
@@ -46,7 +46,7 @@ TEST_F(LineBuffer, CopyTakesTheSectionsPointsInOrderInPlaceOfWhatWasThere) {
     hold({flatPatch(3, 4)});
     fill({{9, 9, 9}});
     captureSection(0, 1);
-    doc.CopyToBuffer();
+    call("line.copy");
     EXPECT_EQ(doc.lineBuffer, doc.patches[0][1]);
     EXPECT_TRUE(doc.lineBufferFull);
     EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
@@ -57,21 +57,21 @@ TEST_F(LineBuffer, CopyTakesTheSectionsPointsInOrderInPlaceOfWhatWasThere) {
 TEST_F(LineBuffer, CopyOfALineTakesOnePointOfEachSection) {
     hold({flatPatch(3, 4)});
     captureLine(0, 2);
-    doc.CopyToBuffer();
+    call("line.copy");
     EXPECT_EQ(doc.lineBuffer, (PointList{{2, 0, 0}, {2, 1, 0}, {2, 2, 0}}));
 }
 
 TEST_F(LineBuffer, CopyOfALineReadsTheSectionsThatReachIt) {
     hold({patchOf({3, 2, 4})});
     captureLine(0, 2);
-    doc.CopyToBuffer();
+    call("line.copy");
     EXPECT_EQ(doc.lineBuffer, (PointList{{2, 0, 0}, {2, 2, 0}}));
 }
 
 TEST_F(LineBuffer, CopyWithoutACaptureEmptiesItAndCallsItFull) {
     hold({flatPatch(3, 4)});
     doc.lineBuffer = row(2, 0);
-    doc.CopyToBuffer();
+    call("line.copy");
     EXPECT_THAT(doc.lineBuffer, IsEmpty());
     EXPECT_TRUE(doc.lineBufferFull);
 }
@@ -84,7 +84,7 @@ TEST_F(LineBuffer, PasteOnASectionSaysThatAptMayBeViolatedEvenWhenItIsNot) {
     captureSection(0, 1);
     fill(row(4, 7));
     doc.rebuildOnUndo = true;
-    doc.PasteFromBuffer();
+    call("line.paste");
     EXPECT_EQ(doc.patches[0][1], row(4, 7));
     EXPECT_EQ(doc.patches[0].size(), 3U);
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
@@ -99,7 +99,7 @@ TEST_F(LineBuffer, PasteOfAnotherLengthOnASectionTurnsAptToSkl) {
     hold({flatPatch(3, 4)});
     captureSection(0, 1);
     fill(row(6, 7));
-    doc.PasteFromBuffer();
+    call("line.paste");
     EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{4, 6, 4}));
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
     EXPECT_THAT(heard(), ElementsAre(aptNotice, "title: wing.skl"));
@@ -110,7 +110,7 @@ TEST_F(LineBuffer, PasteOfFewerPointsKeepsTheCapturedPointInsideTheSection) {
     captureSection(0, 1);
     capturePoint(0, 1, 3);
     fill({{8, 8, 8}, {9, 9, 9}});
-    doc.PasteFromBuffer();
+    call("line.paste");
     EXPECT_EQ(doc.capture->capturedPoint, 1);
     EXPECT_EQ(doc.capture->capturedPointPos, zVec<double>(9, 9, 9));
 }
@@ -119,7 +119,7 @@ TEST_F(LineBuffer, PasteOnALineReplacesItsPointInEachSection) {
     hold({flatPatch(3, 4)});
     captureLine(0, 2);
     fill(row(3, 7));
-    doc.PasteFromBuffer();
+    call("line.paste");
     for (std::size_t n = 0; n < 3; ++n) {
         EXPECT_EQ(doc.patches[0][n][2], row(3, 7)[n]);
         EXPECT_EQ(doc.patches[0][n][1].x, 1);
@@ -132,7 +132,7 @@ TEST_F(LineBuffer, PasteOfAWrongLengthOnALineIsRefusedAfterTheSnapshot) {
     captureLine(0, 2);
     fill(row(4, 7));
     const PatchList before = doc.patches;
-    doc.PasteFromBuffer();
+    call("line.paste");
     EXPECT_EQ(doc.patches, before);
     EXPECT_THAT(
         heard(),
@@ -147,7 +147,7 @@ TEST_F(LineBuffer, PasteOnALineThatNotEverySectionReachesIsRefused) {
     const PatchList before = doc.patches;
     for (const int count : {2, 3}) {
         fill(row(count, 7));
-        doc.PasteFromBuffer();
+        call("line.paste");
         EXPECT_EQ(doc.patches, before);
     }
 }
@@ -157,9 +157,9 @@ TEST_F(LineBuffer, PasteOnALineThatNotEverySectionReachesIsRefused) {
 TEST_F(LineBuffer, GrowsByThePickedPointOfEachCall) {
     hold({flatPatch(3, 4)});
     arranged(doc).pickedPoint = {1, 2, 3};
-    doc.AddToBuffer();
+    call("buffer.addPoint");
     arranged(doc).pickedPoint = {4, 5, 6};
-    doc.AddToBuffer();
+    call("buffer.addPoint");
     EXPECT_EQ(doc.lineBuffer, (PointList{{1, 2, 3}, {4, 5, 6}}));
     EXPECT_TRUE(doc.lineBufferFull);
     EXPECT_TRUE(doc.showBuffer);
@@ -170,10 +170,10 @@ TEST_F(LineBuffer, GrowsByThePickedPointOfEachCall) {
 TEST_F(LineBuffer, IsClearedAfterAQuestion) {
     fill(row(3, 0));
     ui.answers = {false, true};
-    doc.ClearBuffer();
+    call("buffer.clear");
     EXPECT_EQ(doc.lineBuffer.size(), 3U);
     EXPECT_TRUE(doc.lineBufferFull);
-    doc.ClearBuffer();
+    call("buffer.clear");
     EXPECT_THAT(doc.lineBuffer, IsEmpty());
     EXPECT_FALSE(doc.lineBufferFull);
     EXPECT_THAT(heard(), ElementsAre("question: All points from buffer will be deleted. Are you sure -> no",
@@ -182,7 +182,7 @@ TEST_F(LineBuffer, IsClearedAfterAQuestion) {
 
 TEST_F(LineBuffer, IsReversed) {
     fill({{1, 0, 0}, {2, 0, 0}, {3, 0, 0}});
-    doc.ReverseBuffer();
+    call("buffer.reverse");
     EXPECT_EQ(coordinates(doc.lineBuffer), (std::vector<double>{3, 2, 1}));
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
 }
@@ -193,12 +193,12 @@ TEST_F(LineBuffer, GoesToAFileAndBack) {
     const PointList points = {{1.0 / 3.0, -2, 1e-300}, {4, 5, 6}};
     fill(points);
     ui.files = {{folder / "curve.ext"}, {folder / "curve.ext"}};
-    doc.SaveBuffer();
+    call("buffer.saveAs");
     EXPECT_EQ(fileText(folder / "curve.ext"), "3.3333333333333331e-01 -2.0000000000000000e+00 1.0000000000000000e-300\n"
                                               "4.0000000000000000e+00 5.0000000000000000e+00 6.0000000000000000e+00\n");
     doc.lineBuffer.clear();
     doc.lineBufferFull = false;
-    doc.OpenBuffer();
+    call("buffer.open");
     EXPECT_EQ(doc.lineBuffer, points);
     EXPECT_TRUE(doc.lineBufferFull);
     EXPECT_TRUE(doc.showBuffer);
@@ -216,7 +216,7 @@ TEST_F(LineBuffer, OpenCalledOffLeavesThePointsThatAreThere) {
         doc.lineBuffer = row(3, 0);
         doc.lineBufferFull = full;
         doc.showBuffer = false;
-        doc.OpenBuffer();
+        call("buffer.open");
         EXPECT_EQ(doc.lineBuffer, row(3, 0));
         EXPECT_EQ(doc.lineBufferFull, full);
         EXPECT_FALSE(doc.showBuffer);
@@ -226,7 +226,7 @@ TEST_F(LineBuffer, OpenCalledOffLeavesThePointsThatAreThere) {
 TEST_F(LineBuffer, OpenOfAFileWithoutPointsKeepsTheFlag) {
     writeFileText(folder / "half.ext", "1 2\n");
     ui.files = {{folder / "half.ext"}};
-    doc.OpenBuffer();
+    call("buffer.open");
     EXPECT_THAT(doc.lineBuffer, IsEmpty());
     EXPECT_FALSE(doc.lineBufferFull);
     EXPECT_FALSE(doc.showBuffer);
@@ -235,7 +235,7 @@ TEST_F(LineBuffer, OpenOfAFileWithoutPointsKeepsTheFlag) {
 TEST_F(LineBuffer, OpenLeavesOutAPointThatIsNotComplete) {
     writeFileText(folder / "cut.ext", "1 2 3\n4 5\n");
     ui.files = {{folder / "cut.ext"}};
-    doc.OpenBuffer();
+    call("buffer.open");
     EXPECT_EQ(doc.lineBuffer, (PointList{{1, 2, 3}}));
     EXPECT_THAT(heard(), ElementsAre("chooser: Open -> 1", "status: The last point in line 3 has 2 of its 3 numbers"));
     // What was left out stands in the file alone.
@@ -249,8 +249,8 @@ TEST_F(LineBuffer, OpenLeavesOutAPointThatIsNotComplete) {
 TEST_F(LineBuffer, OpenAndSaveSayWhatIsImpossible) {
     fill(row(1, 0));
     ui.files = {{folder / "absent" / "x.ext"}, {folder / "absent.ext"}};
-    doc.SaveBuffer();
-    doc.OpenBuffer();
+    call("buffer.saveAs");
+    call("buffer.open");
     EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1", "message: It is impossible to save current file",
                                      "chooser: Open -> 1", "message: It is impossible to open selected file"));
     EXPECT_EQ(ui.busyDepth, 0);
@@ -258,7 +258,7 @@ TEST_F(LineBuffer, OpenAndSaveSayWhatIsImpossible) {
 
 TEST_F(LineBuffer, SaveCancelledWritesNothing) {
     fill(row(1, 0));
-    doc.SaveBuffer();
+    call("buffer.saveAs");
     EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 0"));
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
@@ -270,7 +270,7 @@ TEST_F(LineBuffer, MergeAppendsItToTheSection) {
     const PatchList before = doc.patches;
     captureSection(0, 1);
     fill({{8, 8, 8}, {9, 9, 9}});
-    doc.MergeBuffer();
+    call("buffer.merge");
     EXPECT_EQ(doc.patches[0][1], (PointList{{0, 1, 0}, {1, 1, 0}, {8, 8, 8}, {9, 9, 9}}));
     EXPECT_THAT(heard(), ElementsAre(aptNotice, "title: wing.skl"));
     EXPECT_EQ(doc.undoPatches, before);
@@ -282,7 +282,7 @@ TEST_F(LineBuffer, MatchGivesTheSectionItsPointsInTheCloserDirection) {
     const PatchList before = doc.patches;
     captureSection(0, 1);
     fill({{2, 1.05, 0}, {1, 1.05, 0}, {0, 1.05, 0}});
-    doc.MatchBuffer();
+    call("buffer.match");
     EXPECT_EQ(doc.patches[0][1], (PointList{{0, 1.05, 0}, {1, 1.05, 0}, {2, 1.05, 0}}));
     EXPECT_EQ(doc.undoPatches, before);
     EXPECT_TRUE(doc.patchUndoReady);
@@ -295,7 +295,7 @@ TEST_F(LineBuffer, MatchWorksOnALine) {
     hold({flatPatch(3, 3)});
     captureLine(0, 1);
     fill({{1, 0, 0.05}, {1, 1, 0.05}, {1, 2, 0.05}});
-    doc.MatchBuffer();
+    call("buffer.match");
     EXPECT_EQ(doc.patches[0][2], (PointList{{0, 2, 0}, {1, 2, 0.05}, {2, 2, 0}}));
 }
 
@@ -306,7 +306,7 @@ TEST_F(LineBuffer, MatchIsImpossibleBeyondATenthAndWithAnotherCount) {
     for (const PointList& points : {row(2, 1), row(3, 1)}) { // the second is half a unit away in z
         doc.patchUndoReady = false;
         fill(points);
-        doc.MatchBuffer();
+        call("buffer.match");
         EXPECT_EQ(doc.patches, before);
         EXPECT_TRUE(doc.patchUndoReady);
         EXPECT_THAT(heard(), ElementsAre("message: Matching is impossible"));
@@ -320,7 +320,7 @@ TEST_F(PartOfSection, PasteAfterDropsWhatFollowsThePoint) {
     take(1, 1);
     fill(row(3, 1));
     choose("2");
-    doc.PastePart();
+    call("point.pastePart");
     EXPECT_EQ(numbers(1), (std::vector<double>{0, 1, 0, 1, 2}));
     EXPECT_EQ(doc.capture->capturedPoint, 1);
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
@@ -332,7 +332,7 @@ TEST_F(PartOfSection, PasteBeforeRaisesTheCapturedNumberByOneHoweverLongTheBuffe
     take(1, 2);
     fill(row(3, 1));
     choose("1");
-    doc.PastePart();
+    call("point.pastePart");
     EXPECT_EQ(numbers(1), (std::vector<double>{0, 1, 2, 2, 3}));
     EXPECT_EQ(doc.capture->capturedPoint, 3);
 }
@@ -342,11 +342,11 @@ TEST_F(PartOfSection, PasteAtTheEndsKeepsTheWholeSection) {
     fill({{8, 0, 0}});
     take(0, 2);
     choose("2");
-    doc.PastePart();
+    call("point.pastePart");
     EXPECT_EQ(numbers(0), (std::vector<double>{0, 1, 2, 8}));
     take(1, 0);
     choose("1");
-    doc.PastePart();
+    call("point.pastePart");
     EXPECT_EQ(numbers(1), (std::vector<double>{8, 0, 1, 2}));
 }
 
@@ -355,7 +355,7 @@ TEST_F(PartOfSection, PasteCancelledTakesNoSnapshot) {
     const PatchList before = doc.patches;
     take(1, 1);
     fill(row(3, 1));
-    doc.PastePart();
+    call("point.pastePart");
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
     EXPECT_TRUE(doc.undoPatches.empty());
@@ -367,14 +367,14 @@ TEST_F(PartOfSection, TheDialogOpensOnTheSideOfTheLastRunOfAnyCommand) {
     ui.onDialog = [&shown](DialogForm& form) { shown.push_back(fieldText(*form.find("choice"))); };
     take(1, 4);
     ui.dialogs.push_back({});
-    doc.CopyPart();
+    call("point.copyPart");
     EXPECT_TRUE(doc.partAfter && !doc.partBefore);
     choose("1");
-    doc.CopyPart();
+    call("point.copyPart");
     EXPECT_TRUE(doc.partBefore && !doc.partAfter);
     choose("2");
-    doc.KnifePart();
-    doc.PastePart(); // cancelled: the side stays
+    call("point.knifePart");
+    call("point.pastePart"); // cancelled: the side stays
     EXPECT_TRUE(doc.partAfter && !doc.partBefore);
     EXPECT_THAT(shown, ElementsAre("2", "2", "1", "2"));
 }
@@ -383,7 +383,7 @@ TEST_F(PartOfSection, KnifeMeansWhatGoesAway) {
     hold({flatPatch(3, 4)});
     take(0, 1);
     choose("2");
-    doc.KnifePart();
+    call("point.knifePart");
     EXPECT_EQ(numbers(0), (std::vector<double>{0, 1}));
     EXPECT_THAT(heard(),
                 ElementsAre("dialog: CBeforeAfter -> ok", "title: wing.skl",
@@ -391,7 +391,7 @@ TEST_F(PartOfSection, KnifeMeansWhatGoesAway) {
                             "Z=0.000000 // Press right button to continue "));
     take(1, 2);
     choose("1");
-    doc.KnifePart();
+    call("point.knifePart");
     EXPECT_EQ(numbers(1), (std::vector<double>{2, 3}));
     // The point at which was cut is the first one now.
     EXPECT_EQ(doc.capture->capturedPoint, 0);
@@ -406,7 +406,7 @@ TEST_F(PartOfSection, KnifeBeforeTheFirstPointKeepsTheSection) {
     const PatchList before = doc.patches;
     take(0, 0);
     choose("1");
-    doc.KnifePart();
+    call("point.knifePart");
     EXPECT_EQ(doc.patches, before);
 }
 
@@ -414,12 +414,12 @@ TEST_F(PartOfSection, KnifeCancelledTakesNoSnapshotAndIsUndone) {
     hold({flatPatch(3, 4)});
     const PatchList before = doc.patches;
     take(0, 1);
-    doc.KnifePart();
+    call("point.knifePart");
     EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
     EXPECT_EQ(doc.patches, before);
     choose("2");
-    doc.KnifePart();
-    doc.UndoPatch();
+    call("point.knifePart");
+    call("patch.undo");
     EXPECT_EQ(doc.patches, before);
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
@@ -430,10 +430,9 @@ TEST_F(PartOfSection, NothingReadsPastTheSectionWhenTheNumberLiesBeyondIt) {
     doc.patches[0][1].resize(1);
     const PatchList after = doc.patches;
     fill(row(2, 0));
-    for (const auto command :
-         {&VelmoraDoc::KnifePart, &VelmoraDoc::CopyPart, &VelmoraDoc::PastePart, &VelmoraDoc::ReverseSection}) {
+    for (const auto command : {"point.knifePart", "point.copyPart", "point.pastePart", "point.reverseSection"}) {
         choose("2");
-        (doc.*command)();
+        call(command);
     }
     EXPECT_EQ(doc.patches, after);
 }
@@ -443,11 +442,11 @@ TEST_F(PartOfSection, CopyMeansWhatIsCopiedAndTakesNoSnapshot) {
     const PatchList before = doc.patches;
     take(1, 1);
     choose("1");
-    doc.CopyPart();
+    call("point.copyPart");
     EXPECT_EQ(coordinates(doc.lineBuffer), (std::vector<double>{0, 1}));
     EXPECT_TRUE(doc.lineBufferFull);
     choose("2");
-    doc.CopyPart();
+    call("point.copyPart");
     EXPECT_EQ(coordinates(doc.lineBuffer), (std::vector<double>{1, 2, 3}));
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
@@ -459,14 +458,14 @@ TEST_F(PartOfSection, CopyCancelledLeavesTheBuffer) {
     hold({flatPatch(3, 4)});
     take(1, 1);
     fill(row(1, 9));
-    doc.CopyPart();
+    call("point.copyPart");
     EXPECT_EQ(doc.lineBuffer, row(1, 9));
 }
 
 TEST_F(PartOfSection, ReversedKeepsTheSamePointCapturedWithoutUndo) {
     hold({flatPatch(3, 4)});
     take(1, 1);
-    doc.ReverseSection();
+    call("point.reverseSection");
     EXPECT_EQ(numbers(1), (std::vector<double>{3, 2, 1, 0}));
     EXPECT_EQ(numbers(0), (std::vector<double>{0, 1, 2, 3}));
     EXPECT_EQ(doc.capture->capturedPoint, 2);
@@ -486,13 +485,13 @@ TEST_F(LineBuffer, CommandsOnACurveThatIsNotThereDoNothing) {
         for (const bool section : {true, false}) {
             arranged(doc).sectionCaptured = arranged(doc).lineCaptured = false;
             section ? captureSection(patch, curve) : captureLine(patch, curve);
-            doc.PasteFromBuffer();
-            doc.MatchBuffer();
-            doc.MergeBuffer();
-            doc.PastePart();
-            doc.CopyPart();
-            doc.KnifePart();
-            doc.ReverseSection();
+            call("line.paste");
+            call("buffer.match");
+            call("buffer.merge");
+            call("point.pastePart");
+            call("point.copyPart");
+            call("point.knifePart");
+            call("point.reverseSection");
         }
     }
     EXPECT_EQ(doc.patches, before);

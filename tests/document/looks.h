@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "document_fixture.h"
+#include "state_fixture.h"
 
 namespace velmora::test {
 
@@ -23,16 +23,16 @@ inline std::string text(const std::vector<double>& numbers) {
 }
 
 /// What a test looks at in the document afterwards.
-using Look = std::function<std::string(VelmoraDoc&)>;
+using Look = std::function<std::string(DocumentState&)>;
 
 /// One coordinate along a section.
 inline Look along(std::size_t patch, std::size_t section, Coordinate axis = &zVec<double>::x) {
-    return [=](VelmoraDoc& doc) { return text(coordinates(doc.patches.at(patch).at(section), axis)); };
+    return [=](DocumentState& doc) { return text(coordinates(doc.patches.at(patch).at(section), axis)); };
 }
 
 /// One coordinate of the first points of a patch's sections.
 inline Look across(std::size_t patch, Coordinate axis = &zVec<double>::y) {
-    return [=](VelmoraDoc& doc) {
+    return [=](DocumentState& doc) {
         std::vector<double> values;
         for (const PointList& points : doc.patches.at(patch)) {
             values.push_back(points.front().*axis);
@@ -43,7 +43,7 @@ inline Look across(std::size_t patch, Coordinate axis = &zVec<double>::y) {
 
 /// A point, all three coordinates.
 inline Look pointOf(std::size_t patch, std::size_t section, std::size_t point) {
-    return [=](VelmoraDoc& doc) {
+    return [=](DocumentState& doc) {
         const zVec<double>& p = doc.patches.at(patch).at(section).at(point);
         return text({p.x, p.y, p.z});
     };
@@ -60,11 +60,11 @@ inline std::string countsOf(const PatchList& patches) {
     return counts;
 }
 
-inline std::string pointCounts(VelmoraDoc& doc) {
+inline std::string pointCounts(DocumentState& doc) {
     return countsOf(doc.patches);
 }
 
-inline std::string fieldCounts(VelmoraDoc& doc) {
+inline std::string fieldCounts(DocumentState& doc) {
     return countsOf(doc.fieldPatches);
 }
 

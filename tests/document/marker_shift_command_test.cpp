@@ -78,7 +78,7 @@ protected:
         holdTwoPatches();
         const PatchList before = doc.patches;
         for (view.plane = 0; view.plane <= 3; ++view.plane) {
-            doc.ReflectToSft();
+            call("model.reflectToSft");
             EXPECT_EQ(heard(), times(view.plane == 0 ? 3 : 2, onePlane)) << view.plane;
             EXPECT_EQ(doc.patches, before) << view.plane;
         }
@@ -113,7 +113,7 @@ TEST_F(MarkerShiftCommand, AlongXMovesYAndZByTheirPlaneAndThenXByTheNext) {
     shiftBack(shearedUp);
     holdTwoPatches();
     view.plane = 1;
-    doc.ReflectToSft();
+    call("model.reflectToSft");
     expectFirstPatch([](const Vec& p) { return Vec{p.x, p.y, p.z + 4.0}; });
     EXPECT_THAT(heard(), IsEmpty()) << "how well the fit meets the pairs is not shown";
     EXPECT_NE(doc.markerShift.report, "");
@@ -123,7 +123,7 @@ TEST_F(MarkerShiftCommand, AlongYMovesXAndZByTheirPlaneAndThenYByTheNext) {
     shiftBack(shearedUp);
     holdTwoPatches();
     view.plane = 2;
-    doc.ReflectToSft();
+    call("model.reflectToSft");
     expectFirstPatch(shearedUp);
 }
 
@@ -131,14 +131,14 @@ TEST_F(MarkerShiftCommand, AlongZMovesXAndYByTheirPlaneAndThenZByTheNext) {
     shiftBack(shearedUp);
     holdTwoPatches();
     view.plane = 3;
-    doc.ReflectToSft();
+    call("model.reflectToSft");
     expectFirstPatch(shearedUp);
 }
 
 TEST_F(MarkerShiftCommand, ObliquelyTakesTheMeanOfTheTwoPlanesOfACoordinate) {
     shiftBack(shearedUp);
     holdTwoPatches();
-    doc.ReflectToSft();
+    call("model.reflectToSft");
     expectFirstPatch([](const Vec& p) { return Vec{p.x, p.y + 0.25 * p.x, p.z + 4.0}; });
 }
 
@@ -146,9 +146,9 @@ TEST_F(MarkerShiftCommand, WithoutAViewIsOblique) {
     shiftBack(shearedUp);
     holdTwoPatches();
     view.plane = 3;
-    doc.detachView(view);
-    doc.ReflectToSft();
-    doc.attachView(view);
+    detach(view);
+    call("model.reflectToSft");
+    attach(view);
     expectFirstPatch([](const Vec& p) { return Vec{p.x, p.y + 0.25 * p.x, p.z + 4.0}; });
 }
 
@@ -156,13 +156,13 @@ TEST_F(MarkerShiftCommand, ReadsInItsSecondPassWhatTheFirstHasMoved) {
     shiftBack([](const Vec& p) { return Vec{p.x, p.y + 10.0, p.z + 0.5 * p.y}; });
     holdTwoPatches();
     view.plane = 3;
-    doc.ReflectToSft();
+    call("model.reflectToSft");
     expectFirstPatch([](const Vec& p) { return Vec{p.x, p.y + 10.0, p.z + 0.5 * (p.y + 10.0)}; });
 
     holdTwoPatches();
     doc.blockCount = 1;
     view.plane = 0;
-    doc.ReflectToSft();
+    call("model.reflectToSft");
     expectFirstPatch([](const Vec& p) { return Vec{p.x, p.y + 10.0, p.z + 0.25 * p.y}; });
 }
 
@@ -170,7 +170,7 @@ TEST_F(MarkerShiftCommand, TellsOfAPlaneInWhichNothingMovedAndGoesOnWithTheOther
     shiftBack([](const Vec& p) { return Vec{p.x, p.y + 0.5 * p.x, p.z}; });
     holdTwoPatches();
     view.plane = 2;
-    doc.ReflectToSft();
+    call("model.reflectToSft");
     EXPECT_THAT(heard(), ElementsAre(identical));
     expectFirstPatch([](const Vec& p) { return Vec{p.x, p.y + 0.5 * p.x, p.z}; });
 }
@@ -184,7 +184,7 @@ TEST_F(MarkerShiftCommand, MovesFlatMarkersInTheirOwnPlane) {
     }
     holdTwoPatches();
     view.plane = 3;
-    doc.ReflectToSft();
+    call("model.reflectToSft");
     EXPECT_THAT(heard(), ElementsAre(notPositive, notSolved));
     expectFirstPatch([](const Vec& p) { return Vec{p.x + 3.0, p.y - 2.0, p.z}; });
 }
@@ -195,7 +195,7 @@ TEST_F(MarkerShiftCommand, MovesTheZoneOfTheZBlockAlone) {
     addToBlock(0);
     shiftBack(shearedUp);
     view.plane = 3;
-    doc.ReflectToSft();
+    call("model.reflectToSft");
     EXPECT_THAT(heard(), IsEmpty());
     for (const auto& [zone, nodes] : {std::pair{0, 4}, {1, 3}, {2, 5}}) {
         for (int n = 0; n < nodes; ++n) {
@@ -209,7 +209,7 @@ TEST_F(MarkerShiftCommand, MovesTheZoneOfTheZBlockAlone) {
     }
     view.plane = 0;
     holdZones({4, 3, 5});
-    doc.ReflectToSft();
+    call("model.reflectToSft");
     EXPECT_NEAR(node(0, 2).y, 0.5, 1e-9);
     EXPECT_EQ(node(1, 2), (Vec{2, 1, 0}));
     EXPECT_NEAR(node(2, 2).y, 2.5, 1e-9);
@@ -223,7 +223,7 @@ TEST_F(MarkerShiftCommand, LeavesAZoneWithoutCoordinates) {
     addToBlock(1);
     shiftBack(shearedUp);
     for (view.plane = 0; view.plane <= 3; ++view.plane) {
-        doc.ReflectToSft();
+        call("model.reflectToSft");
     }
     EXPECT_EQ(doc.feRegion.blocks[0]->variables[0]->data, before);
     EXPECT_NEAR(node(1, 0).z, 16.0, 1e-9);
@@ -237,11 +237,11 @@ TEST_F(MarkerShiftCommand, PassesOverEntriesOfNoPatchAndMovesNothingWithoutAZBlo
         addToBlock(entry);
     }
     view.plane = 3;
-    doc.ReflectToSft();
+    call("model.reflectToSft");
     expectFirstPatch(shearedUp);
     hold({raisedPatch(), flatPatch(2, 2, 50.0)});
     doc.blockCount = 0;
-    doc.ReflectToSft();
+    call("model.reflectToSft");
     EXPECT_EQ(doc.patches[0], raisedPatch());
 }
 
@@ -252,14 +252,14 @@ TEST_F(MarkerShiftCommand, TakesASnapshotAndKeepsTheView) {
     const PatchList before = doc.patches;
     const Vec corner = doc.boxMax;
     view.plane = 3;
-    doc.ReflectToSft();
+    call("model.reflectToSft");
     EXPECT_TRUE(doc.patchUndoReady && doc.documentModified);
     EXPECT_FALSE(doc.rebuildOnUndo);
     EXPECT_EQ(doc.undoPatches, before);
     EXPECT_EQ(doc.boxMax, corner);
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
     EXPECT_EQ(ui.busyDepth, 0);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches, before);
 }
 
@@ -267,7 +267,7 @@ TEST_F(MarkerShiftCommand, TakesTheCapturedPointAlong) {
     shiftBack(shearedUp);
     holdTwoPatches();
     capturePoint(0, 1, 2);
-    doc.ReflectToSft();
+    call("model.reflectToSft");
     EXPECT_EQ(doc.capture->capturedPointPos, doc.patches[0][1][2]);
     EXPECT_EQ(doc.capture->pickedPoint, doc.patches[0][1][2]);
 }
@@ -281,7 +281,7 @@ TEST_F(MarkerShiftCommand, KeepsCoordinatesWhoseSumIsTooLarge) {
     const PatchList far = {{{{1.5e308, -1.5e308, 0}, {1.0, 1.5e308, -0.5}}, {{0, 1, 2}, {3, 4, 1.7e308}}}};
     hold(far);
     addToBlock(0);
-    doc.ReflectToSft();
+    call("model.reflectToSft");
     EXPECT_EQ(doc.patches, far);
 }
 
@@ -308,7 +308,7 @@ TEST_F(MarkerShiftCommand, RefusesFewerThanTenAndMoreThanAThousandPairs) {
         takeMarkers(count, onSpiral, {1, 2, 3});
         holdTwoPatches();
         view.plane = 3;
-        doc.ReflectToSft();
+        call("model.reflectToSft");
         EXPECT_THAT(heard(), IsEmpty()) << count;
         doc.blockCount = 0;
     }
@@ -322,7 +322,7 @@ TEST_F(MarkerShiftCommand, RefusesMarkersOnALine) {
 TEST_F(MarkerShiftCommand, OfAModelThatIsNoneAsksWhatItIs) {
     shiftBack(shearedUp);
     view.plane = 3;
-    doc.ReflectToSft();
+    call("model.reflectToSft");
     EXPECT_THAT(heard(), ElementsAre("message: Ento setka ili avoska?"));
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
     EXPECT_TRUE(doc.patchUndoReady);

@@ -155,13 +155,13 @@ void expectStrong(const char* name, const Work& arrange, const Work& run) {
 const Work nothing = [](VelmoraDoc&) {};
 
 void holdFirstSection(VelmoraDoc& doc) {
-    doc.inputSectionValues.patch = 1;
-    doc.inputSectionValues.section = 2;
+    doc.dialogs->inputSection.patch = 1;
+    doc.dialogs->inputSection.section = 2;
     doc.InputSection();
 }
 
 void putIntoBlock(VelmoraDoc& doc) {
-    doc.inputPatchValues.number = 2;
+    doc.dialogs->inputPatch.number = 2;
     doc.InputPatch();
 }
 
@@ -178,12 +178,12 @@ TEST(OutOfMemory, CommandsOnTheWholeModelLeaveItAsItWas) {
 
 TEST(OutOfMemory, CommandsOnSectionsLeaveTheModelAsItWas) {
     expectStrong("Rebreak", holdFirstSection, [](VelmoraDoc& doc) {
-        doc.rebreakValues.law.newCount = 40;
+        doc.dialogs->rebreak.law.newCount = 40;
         doc.Rebreak();
     });
     expectStrong("Weeding", holdFirstSection, [](VelmoraDoc& doc) { doc.Weeding(); });
     expectStrong("Duplicate", holdFirstSection, [](VelmoraDoc& doc) {
-        doc.duplicateValues.duplicateCount = 30;
+        doc.dialogs->duplicate.duplicateCount = 30;
         doc.DuplicateCurve();
     });
     expectStrong("Delete", holdFirstSection, [](VelmoraDoc& doc) { doc.DeleteCurve(); });
@@ -212,7 +212,7 @@ TEST(OutOfMemory, AGuardWithinAGuardPutsTheModelBackOnce) {
     try {
         const CommandGuard outer(bench.doc);
         const CommandGuard inner(bench.doc);
-        bench.doc.moveValues.deltaX = 3;
+        bench.doc.dialogs->move.deltaX = 3;
         bench.doc.MoveModel();
         ASSERT_NE(bench.doc.patches, before.patches);
         throw std::bad_alloc();
@@ -226,7 +226,7 @@ TEST(OutOfMemory, WithoutAnExceptionTheGuardChangesNothing) {
     const PatchList before = bench.doc.patches;
     {
         const CommandGuard guard(bench.doc);
-        bench.doc.moveValues.deltaX = 3;
+        bench.doc.dialogs->move.deltaX = 3;
         bench.doc.MoveModel();
     }
     EXPECT_NE(bench.doc.patches, before);

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "DialogValues.h"
 #include "RecordingUi.h"
 #include "VelmoraDoc.h"
 #include "arranged_capture.h"
@@ -245,12 +246,12 @@ TEST_F(CapturedPoint, FindClampsWhatIsTypedAndNeverRefuses) {
     capture(0, 0, 0);
     ui.dialogs = {{{"K", "99"}, {"N", "-4"}, {"M", "77"}}};
     doc.FindPoint();
-    EXPECT_EQ(doc.regularFindValues.K, 2);
-    EXPECT_EQ(doc.regularFindValues.N, 1);
-    EXPECT_EQ(doc.regularFindValues.M, 4);
-    EXPECT_EQ(doc.regularFindValues.Kmax, 2);
-    EXPECT_EQ(doc.regularFindValues.Nmax, 3);
-    EXPECT_EQ(doc.regularFindValues.Mmax, 4);
+    EXPECT_EQ(doc.dialogs->regularFind.K, 2);
+    EXPECT_EQ(doc.dialogs->regularFind.N, 1);
+    EXPECT_EQ(doc.dialogs->regularFind.M, 4);
+    EXPECT_EQ(doc.dialogs->regularFind.Kmax, 2);
+    EXPECT_EQ(doc.dialogs->regularFind.Nmax, 3);
+    EXPECT_EQ(doc.dialogs->regularFind.Mmax, 4);
     EXPECT_THAT(ui.transcript, Not(Contains(testing::StartsWith("refused"))));
 }
 

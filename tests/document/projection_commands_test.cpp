@@ -1,6 +1,7 @@
 #include <cmath>
 #include <filesystem>
 
+#include "DialogValues.h"
 #include "command_table.h"
 #include "small_zones.h"
 #include "vectors.h"
@@ -23,7 +24,7 @@ const char* const squareWrl = "#VRML V2.0 utf8\nShape {\n  geometry IndexedFaceS
                               "      point [\n0 0 2\n4 0 2\n4 4 2\n0 4 2\n      ]\n    }\n"
                               "    coordIndex [ 0 1 2 -1 0 2 3 -1 ]\n  }\n}\n";
 
-class ReferenceFiles : public DocumentTest {
+class ReferenceFiles : public StateTest {
 protected:
     std::filesystem::path file(const std::string& name, const std::string& text) {
         writeFileText(folder / name, text);
@@ -31,7 +32,7 @@ protected:
     }
     void appendWrl(const std::filesystem::path& path) {
         ui.files.push_back({path});
-        doc.AppendWrl();
+        call("file.appendWrl");
     }
 };
 
@@ -46,7 +47,7 @@ protected:
 
 class ZoneReflection : public ZoneTest {};
 
-class Intersection : public DocumentTest {
+class Intersection : public StateTest {
 protected:
     /// A wall of lines that run down through the plate at y = 1.
     static Patch wall(const std::vector<double>& x, const std::vector<double>& heights, double y = 1.25) {
@@ -62,7 +63,7 @@ protected:
     }
     void intersect(const Fields& fields) {
         ui.dialogs.push_back(fields);
-        doc.Intersection();
+        call("model.intersection");
     }
 };
 
@@ -104,7 +105,7 @@ TEST_F(ReferenceFiles, AFurtherFileComesBehindTheFirst) {
 
 TEST_F(ReferenceFiles, ThatCannotBeReadChangeNothing) {
     hold({flatPatch(2, 2)});
-    doc.AppendWrl();
+    call("file.appendWrl");
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 0"));
     appendWrl(file("square.stl", squareWrl));
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 1", "message: This file's type is not supported by Sorvane"));
@@ -123,7 +124,7 @@ TEST_F(ReferenceFiles, CloseWrlEmptiesIt) {
     hold({flatPatch(2, 2)});
     appendWrl(file("square.wrl", squareWrl));
     view.calls.clear();
-    doc.CloseWrl();
+    call("file.closeWrl");
     EXPECT_EQ(doc.secondKind, SecondKind::None);
     EXPECT_THAT(doc.referenceRegion.blocks, IsEmpty());
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
@@ -134,7 +135,7 @@ TEST_F(ReferenceFiles, AppendDatLeavesNoSecondGridOpen) {
     hold({flatPatch(2, 2)});
     ui.files.push_back({file("g.dat", "VARIABLES = \"x\", \"y\", \"z\"\nZONE I=2, J=2, K=1, F=POINT\n"
                                       "0 0 1\n1 0 1\n0 1 1\n1 1 1\n")});
-    doc.AppendDat();
+    call("file.appendDat");
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 1"));
     EXPECT_EQ(doc.secondKind, SecondKind::None);
     EXPECT_THAT(doc.referencePatches, IsEmpty());
@@ -147,20 +148,20 @@ TEST_F(ReferenceFiles, AppendDatLeavesNoSecondGridOpen) {
 TEST_F(ReferenceFiles, AppendDatTellsWhatIsWrongWithTheFile) {
     hold({flatPatch(2, 2)});
     ui.files.push_back({file("g.dat", "VARIABLES = \"x\", \"y\"\nZONE I=2, J=2, F=POINT\n0 0\n1 0\n0 1\n1 1\n")});
-    doc.AppendDat();
+    call("file.appendDat");
     const Lines said = heard();
     ASSERT_EQ(said.size(), 3U);
     EXPECT_THAT(said[1], testing::HasSubstr("missing coordinate(s):  'z'"));
     EXPECT_EQ(said[2], "status: missing coordinate(s):  'z'");
     EXPECT_EQ(doc.structureKind, StructureKind::Structured);
-    doc.AppendDat();
+    call("file.appendDat");
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 0"));
 }
 
 TEST_F(ReferenceFiles, AppendDatOfAFileWithoutGridsIsCanceled) {
     hold({flatPatch(2, 2)});
     ui.files.push_back({file("g.dat", "")});
-    doc.AppendDat();
+    call("file.appendDat");
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 1", "message: Open procedure is canceled"));
     EXPECT_EQ(doc.secondKind, SecondKind::None);
     EXPECT_EQ(doc.patches, PatchList{flatPatch(2, 2)});
@@ -170,7 +171,7 @@ TEST_F(ReferenceFiles, CloseDatClosesASecondGrid) {
     hold({flatPatch(2, 2)});
     doc.referencePatches = {flatPatch(2, 2)};
     doc.secondKind = SecondKind::Dat;
-    doc.CloseDat();
+    call("file.closeDat");
     EXPECT_THAT(doc.referencePatches, IsEmpty());
     EXPECT_EQ(doc.secondKind, SecondKind::None);
 }
@@ -179,7 +180,7 @@ TEST_F(ReferenceFiles, CloseDatClosesASecondGrid) {
 
 TEST_F(Reflection, ToAptMovesTheBlockAndKeepsIt) {
     holdPair(2);
-    doc.ReflectToApt();
+    call("model.reflectToApt");
     EXPECT_EQ(doc.patches[0], flatPatch(3, 3, 2));
     EXPECT_EQ(doc.patches[1], flatPatch(3, 3, 2));
     EXPECT_THAT(block(), ElementsAre(0));
@@ -188,7 +189,7 @@ TEST_F(Reflection, ToAptMovesTheBlockAndKeepsIt) {
     EXPECT_EQ(ui.busyCalls, 1);
     EXPECT_EQ(ui.busyDepth, 0);
     EXPECT_THAT(doc.lineBuffer, IsEmpty());
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches[0], flatPatch(3, 3));
 }
 
@@ -196,7 +197,7 @@ TEST_F(Reflection, ToAptTellsOnceWhatMissed) {
     holdPair(2, 2);
     doc.lineBuffer = {{9, 9, 9}};
     doc.lineBufferFull = true;
-    doc.ReflectToApt();
+    call("model.reflectToApt");
     EXPECT_THAT(heard(), ElementsAre(someMiss));
     EXPECT_THAT(doc.lineBuffer, ElementsAre(Vector(2, 0, 0), Vector(2, 1, 0), Vector(2, 2, 0)));
     EXPECT_TRUE(doc.lineBufferFull);
@@ -208,7 +209,7 @@ TEST_F(Reflection, ToAptEmptiesTheBufferOfTheRunBefore) {
     holdPair(2);
     doc.lineBuffer = {{9, 9, 9}};
     doc.lineBufferFull = true;
-    doc.ReflectToApt();
+    call("model.reflectToApt");
     EXPECT_THAT(doc.lineBuffer, IsEmpty());
     EXPECT_FALSE(doc.lineBufferFull);
 }
@@ -216,7 +217,7 @@ TEST_F(Reflection, ToAptEmptiesTheBufferOfTheRunBefore) {
 TEST_F(Reflection, ToAptWithAllPatchesSelectedMovesNothing) {
     holdPair(2);
     addToBlock(1);
-    doc.ReflectToApt();
+    call("model.reflectToApt");
     EXPECT_THAT(heard(), ElementsAre(someMiss));
     EXPECT_EQ(doc.lineBuffer.size(), 18U);
     EXPECT_EQ(doc.patches, (PatchList{flatPatch(3, 3), flatPatch(3, 3, 2)}));
@@ -227,7 +228,7 @@ TEST_F(Reflection, ToAptOnARaggedTargetUsesTheCellsThatAreThere) {
     target[1].resize(2);
     hold({flatPatch(3, 3), target});
     addToBlock(0);
-    doc.ReflectToApt();
+    call("model.reflectToApt");
     EXPECT_EQ(doc.patches[0][0][1], Vector(1, 0, 2));
     EXPECT_EQ(doc.patches[0][0][2], Vector(2, 0, 0));
 }
@@ -235,7 +236,7 @@ TEST_F(Reflection, ToAptOnARaggedTargetUsesTheCellsThatAreThere) {
 TEST_F(Reflection, ToAptTakesTheCapturedPointAlong) {
     holdPair(2);
     capturePoint(0, 1, 1);
-    doc.ReflectToApt();
+    call("model.reflectToApt");
     EXPECT_EQ(doc.capture->capturedPointPos, Vector(1, 1, 2));
 }
 
@@ -246,14 +247,14 @@ TEST_F(Reflection, ToWrlUsesTheReferenceGeometryUp) {
     appendWrl(file("square.wrl", squareWrl));
     forget();
     EXPECT_FALSE(isCommandOff(doc, "model.reflectToWrl"));
-    doc.ReflectToWrl();
+    call("model.reflectToWrl");
     EXPECT_EQ(doc.patches[0], flatPatch(3, 3, 2));
     EXPECT_EQ(doc.secondKind, SecondKind::None);
     EXPECT_THAT(doc.referenceRegion.blocks, IsEmpty());
     EXPECT_EQ(doc.blockCount, 0);
     EXPECT_THAT(heard(), IsEmpty());
     EXPECT_TRUE(isCommandOff(doc, "model.reflectToWrl"));
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches[0], flatPatch(3, 3));
 }
 
@@ -261,7 +262,7 @@ TEST_F(Reflection, ToWrlShowsTheWholeModelAgain) {
     holdPair(9);
     appendWrl(file("square.wrl", squareWrl));
     doc.showBlockOnly = true;
-    doc.ReflectToWrl();
+    call("model.reflectToWrl");
     EXPECT_FALSE(doc.showBlockOnly) << "of the zBlock, empty now, nothing would be seen";
 }
 
@@ -270,7 +271,7 @@ TEST_F(Reflection, ToWrlUsesItUpAlsoWhenNothingWasHit) {
     addToBlock(1);
     appendWrl(file("square.wrl", squareWrl));
     forget();
-    doc.ReflectToWrl();
+    call("model.reflectToWrl");
     EXPECT_THAT(heard(), ElementsAre(someMiss));
     EXPECT_EQ(doc.lineBuffer.size(), 4U);
     EXPECT_TRUE(doc.lineBufferFull);
@@ -280,17 +281,17 @@ TEST_F(Reflection, ToWrlUsesItUpAlsoWhenNothingWasHit) {
 TEST_F(Reflection, ToWrlWithoutAZBlockMovesAllPatches) {
     hold({flatPatch(2, 2), flatPatch(2, 2, 1)});
     appendWrl(file("square.wrl", squareWrl));
-    doc.ReflectToWrl();
+    call("model.reflectToWrl");
     EXPECT_EQ(doc.patches, (PatchList{flatPatch(2, 2, 2), flatPatch(2, 2, 2)}));
 }
 
 TEST_F(Reflection, ToWrlOfAModelOfZonesGoesOntoTheOtherZonesAndLeavesTheReference) {
     hold({flatPatch(2, 2), flatPatch(2, 2, 3)});
     appendWrl(file("square.wrl", squareWrl));
-    doc.ConvertToUnstructured();
+    call("convert.toUnstructured");
     ASSERT_EQ(doc.feRegion.blocks.size(), 2U);
     addToBlock(0);
-    doc.ReflectToWrl();
+    call("model.reflectToWrl");
     EXPECT_EQ(doc.secondKind, SecondKind::Wrl);
     EXPECT_EQ(doc.referenceRegion.blocks.size(), 1U);
     EXPECT_EQ(block(), std::vector<std::int32_t>{0});
@@ -305,7 +306,7 @@ TEST_F(Reflection, ToWrlOfAModelOfZonesGoesOntoTheOtherZonesAndLeavesTheReferenc
 
 TEST_F(Reflection, ToDatMovesNothing) {
     holdPair(2);
-    doc.ReflectToDat();
+    call("model.reflectToDat");
     EXPECT_EQ(doc.patches[0], flatPatch(3, 3));
     EXPECT_FALSE(doc.documentModified);
 }
@@ -320,12 +321,12 @@ TEST_F(ZoneReflection, MovesTheNodesOfTheBlockOntoTheOtherZones) {
     doc.feRegion.blocks.push_back(triangleZone("target", {{-5, -5, 3}, {9, -5, 3}, {-5, 9, 3}}, {0, 1, 2}));
     addToBlock(0);
     doc.lineBuffer = {{9, 9, 9}};
-    doc.ReflectToApt();
+    call("model.reflectToApt");
     EXPECT_EQ(node(0, 0), Vector(0, 0, 0));
     EXPECT_EQ(node(0, 1), Vector(1, 0, 3));
     EXPECT_EQ(doc.lineBuffer.size(), 1U);
     EXPECT_THAT(heard(), IsEmpty());
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(node(0, 1), Vector(1, 0, 0));
 }
 
@@ -358,7 +359,7 @@ TEST_F(Intersection, CutsBothBodiesAlongTheJoint) {
     EXPECT_EQ(doc.blockCount, 0);
     EXPECT_EQ(doc.intersectionTolerance, 0.001);
     EXPECT_FALSE(doc.interPatches.empty());
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches[1], flatPatch(4, 4));
 }
 
@@ -379,7 +380,7 @@ TEST_F(Intersection, CancelledLeavesThePatches) {
     const PatchList model = {wall({0.25, 1.25}, {1, -1}), flatPatch(4, 4)};
     hold(model);
     addToBlock(0);
-    doc.Intersection();
+    call("model.intersection");
     EXPECT_EQ(doc.patches, model);
     EXPECT_THAT(heard(), ElementsAre("dialog: CIntersection -> cancel"));
     EXPECT_THAT(block(), ElementsAre(0));
@@ -391,7 +392,7 @@ TEST_F(Intersection, CancelledLeavesThePatches) {
 TEST_F(Intersection, TellsWhichLineWasNotFoundCountedFromOne) {
     hold({flatPatch(4, 4), wall({0.25, 1.25, 77}, {1, -1})});
     addToBlock(1);
-    doc.Intersection();
+    call("model.intersection");
     EXPECT_THAT(heard(), ElementsAre("message: Intersection with line 3 from patch 2 is not found",
                                      "message: Intersection impossible. Not all lines from zBlock intersected with "
                                      "body"));
@@ -403,7 +404,7 @@ TEST_F(Intersection, TellsWhichLineWasNotFoundCountedFromOne) {
 TEST_F(Intersection, TellsOfALineThatOnlyRepeatsAPoint) {
     hold({flatPatch(4, 4), wall({0.25}, {1, 1, 1})});
     addToBlock(1);
-    doc.Intersection();
+    call("model.intersection");
     EXPECT_THAT(heard(), ElementsAre("message: Intersection is impossible. Double point.",
                                      "message: Intersection impossible. Not all lines from zBlock intersected with "
                                      "body"));
@@ -413,7 +414,7 @@ TEST_F(Intersection, OfAZBlockWithoutLinesLeavesTheOtherPatches) {
     const PatchList model = {flatPatch(4, 4), Patch()};
     hold(model);
     addToBlock(1);
-    doc.Intersection();
+    call("model.intersection");
     EXPECT_THAT(heard(), ElementsAre("message: Intersection impossible. Not all lines from zBlock intersected with "
                                      "body"));
     EXPECT_EQ(doc.patches, model);
@@ -422,7 +423,7 @@ TEST_F(Intersection, OfAZBlockWithoutLinesLeavesTheOtherPatches) {
 TEST_F(Intersection, OfAnEmptyZBlockStillShowsTheDialog) {
     hold({flatPatch(4, 4), flatPatch(2, 2, 1)});
     doc.interLine = {{1, 1, 1}};
-    doc.Intersection();
+    call("model.intersection");
     EXPECT_THAT(heard(), ElementsAre("dialog: CIntersection -> cancel"));
     EXPECT_THAT(doc.interLine, IsEmpty());
 }
@@ -436,8 +437,8 @@ TEST_F(Intersection, OffersTheToleranceAndKeepsTheChoices) {
     intersect({{"insideSide", "1"}, {"outsideSide", "1"}, {"tolerance", "0.01"}});
     EXPECT_EQ(offered, "0.002");
     EXPECT_EQ(doc.intersectionTolerance, 0.01);
-    EXPECT_EQ(doc.intersectionValues.insideSide, 1);
-    EXPECT_EQ(doc.intersectionValues.outsideSide, 1);
+    EXPECT_EQ(doc.dialogs->intersection.insideSide, 1);
+    EXPECT_EQ(doc.dialogs->intersection.outsideSide, 1);
 }
 
 TEST_F(Intersection, LeavesTheRegimes) {
@@ -466,7 +467,7 @@ TEST_F(Intersection, OfSectionsOfDifferentLengthsGivesAModel) {
 
 TEST_F(Intersection, OfWingAndBodyIsCleanJoint) {
     // The upper half of the example's wing, moved aft, through the middle of its body.
-    doc.onOpenDocument(std::filesystem::path(VELMORA_EXAMPLES) / "wing.apt");
+    open(std::filesystem::path(VELMORA_EXAMPLES) / "wing.apt");
     Patch wing = doc.patches.at(0);
     for (PointList& section : wing) {
         section.resize(31);
@@ -474,7 +475,7 @@ TEST_F(Intersection, OfWingAndBodyIsCleanJoint) {
             p.x += 5;
         }
     }
-    doc.onOpenDocument(std::filesystem::path(VELMORA_EXAMPLES) / "body.apt");
+    open(std::filesystem::path(VELMORA_EXAMPLES) / "body.apt");
     const Patch middle = doc.patches.at(1);
     doc.patches = {middle, wing};
     addToBlock(1);
@@ -582,10 +583,10 @@ INSTANTIATE_TEST_SUITE_P(AllFourSides, IntersectionOfOneCell,
 TEST_F(Intersection, ShowsItsPiercingPointsAlsoWhenItIsCancelledOrRefused) {
     hold({wall({0.25, 1.25}, {1, -1}), flatPatch(4, 4)});
     addToBlock(0);
-    doc.Intersection();
+    call("model.intersection");
     EXPECT_THAT(viewCalls(), Contains("redraw"));
     hold({wall({0.25, 77}, {1, -1}), flatPatch(4, 4)});
-    doc.Intersection();
+    call("model.intersection");
     EXPECT_THAT(viewCalls(), Contains("redraw"));
 }
 

@@ -1,4 +1,4 @@
-#include "document_fixture.h"
+#include "state_fixture.h"
 
 namespace velmora::test {
 
@@ -27,9 +27,9 @@ struct RefusedFile {
     const char* told; ///< part of the message
 };
 
-class RealFiles : public DocumentTest {
+class RealFiles : public StateTest {
 protected:
-    void open(const std::string& name) { doc.onOpenDocument(std::filesystem::path(VELMORA_TEST_DATA) / name); }
+    void open(const std::string& name) { StateTest::open(std::filesystem::path(VELMORA_TEST_DATA) / name); }
 
     void expectBox(const zVec<double>& lower, const zVec<double>& upper) const {
         const double tolerance = 5e-3;
@@ -172,8 +172,8 @@ TEST_F(RealFiles, SurviveExportAndImport) {
     open("wing717_point.dat");
     const PatchList grid = doc.patches;
     ui.files.push_back({folder / "wing.dat"});
-    doc.saveModelAs();
-    doc.onOpenDocument(folder / "wing.dat");
+    call("file.saveAs");
+    open(folder / "wing.dat");
     ASSERT_EQ(doc.patches.size(), grid.size());
     for (std::size_t k = 0; k < grid.size(); ++k) {
         ASSERT_EQ(countsOf(doc.patches[k]), countsOf(grid[k]));
@@ -182,10 +182,10 @@ TEST_F(RealFiles, SurviveExportAndImport) {
     for (const char* extension : {"wrl", "stl"}) {
         open("wing717_point.dat");
         ui.files.push_back({folder / (std::string("wing.") + extension)});
-        doc.saveModelAs();
+        call("file.saveAs");
         const std::int32_t triangles = doc.feRegion.blocks[1]->elementCount;
         EXPECT_EQ(triangles, 2 * 72 * 8);
-        doc.onOpenDocument(folder / (std::string("wing.") + extension));
+        open(folder / (std::string("wing.") + extension));
         ASSERT_EQ(doc.feRegion.blocks.size(), 5U);
         // Triangles without an area are not written as STL.
         EXPECT_LE(doc.feRegion.blocks[1]->elementCount, triangles);

@@ -1,9 +1,10 @@
 #include <random>
 
+#include "DialogValues.h"
 #include "arranged_capture.h"
-#include "document_fixture.h"
 #include "file_texts.h"
 #include "rebreak_patch_reference.h"
+#include "state_fixture.h"
 
 namespace velmora::test {
 
@@ -16,11 +17,11 @@ using testing::IsEmpty;
 using testing::Pointwise;
 using Fields = std::vector<std::pair<std::string, std::string>>;
 
-class Rebreak : public DocumentTest {
+class Rebreak : public StateTest {
 protected:
     void rebreak(const Fields& fields) {
         ui.dialogs.push_back(fields);
-        doc.Rebreak();
+        call("line.rebreak");
     }
 
     /// What the dialog shows as it opens, "key=value"; it is then cancelled.
@@ -31,7 +32,7 @@ protected:
                 values.push_back(field.key + "=" + fieldText(field));
             }
         };
-        doc.Rebreak();
+        call("line.rebreak");
         ui.onDialog = nullptr;
         return values;
     }
@@ -52,16 +53,16 @@ TEST_F(RebreakSection, OpensWithTheNumbersOfTheSection) {
     EXPECT_THAT(shown(), ElementsAre("regime=1", "function=1", "style=1", "exactness=0", "newCount=4", "compression=1",
                                      "firstPoint=1", "lastPoint=4", "capturedNumber=3", "firstCurve=1", "lastCurve=6",
                                      "patchNumber=2", "useBlock=0"));
-    EXPECT_FALSE(doc.rebreakValues.lineMode);
-    EXPECT_TRUE(doc.rebreakValues.isApt);
-    EXPECT_EQ(doc.rebreakValues.blockCount, 1);
+    EXPECT_FALSE(doc.dialogs->rebreak.lineMode);
+    EXPECT_TRUE(doc.dialogs->rebreak.isApt);
+    EXPECT_EQ(doc.dialogs->rebreak.blockCount, 1);
 }
 
 TEST_F(RebreakSection, OpensWithTheLengthOfTheCapturedSection) {
     hold({patchOf({3, 7, 5})});
     captureSection(0, 1);
     EXPECT_THAT(shown(), testing::IsSupersetOf({"newCount=7", "lastPoint=7", "lastCurve=3"}));
-    EXPECT_FALSE(doc.rebreakValues.isApt);
+    EXPECT_FALSE(doc.dialogs->rebreak.isApt);
 }
 
 TEST_F(RebreakLine, OpensWithTheNumbersOfTheLine) {
@@ -70,7 +71,7 @@ TEST_F(RebreakLine, OpensWithTheNumbersOfTheLine) {
     EXPECT_THAT(shown(), ElementsAre("regime=1", "function=1", "style=1", "exactness=0", "newCount=6", "compression=1",
                                      "firstPoint=1", "lastPoint=6", "capturedNumber=3", "firstCurve=1", "lastCurve=4",
                                      "patchNumber=2", "useBlock=0"));
-    EXPECT_TRUE(doc.rebreakValues.lineMode);
+    EXPECT_TRUE(doc.dialogs->rebreak.lineMode);
 }
 
 TEST_F(RebreakSection, KeepsWhatThePreparationDoesNotSet) {
@@ -93,16 +94,16 @@ TEST_F(Rebreak, DoesNothingWithoutAStructuredModelOrACapture) {
     hold({flatPatch(3, 3)});
     captureSection(0, 1);
     doc.structureKind = StructureKind::Unstructured;
-    doc.Rebreak();
+    call("line.rebreak");
     doc.structureKind = StructureKind::Structured;
     for (const auto& [patch, section] : {std::pair{-1, 0}, {1, 0}, {0, -1}, {0, 3}}) {
         captureSection(patch, section);
-        doc.Rebreak();
+        call("line.rebreak");
     }
     arranged(doc).sectionCaptured = false;
     for (const auto& [patch, line] : {std::pair{-1, 0}, {1, 0}, {0, -1}}) {
         captureLine(patch, line);
-        doc.Rebreak();
+        call("line.rebreak");
     }
     EXPECT_THAT(heard(), IsEmpty());
     EXPECT_FALSE(doc.documentModified);
@@ -112,7 +113,7 @@ TEST_F(Rebreak, CancelledChangesNothing) {
     hold({flatPatch(3, 3)});
     captureSection(0, 1);
     const PatchList before = doc.patches;
-    doc.Rebreak();
+    call("line.rebreak");
     EXPECT_THAT(heard(), ElementsAre("dialog: CRebreak -> cancel"));
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
@@ -162,7 +163,7 @@ TEST_F(RebreakSection, UndoneRestoresKindTitleAndViewWithoutANewBox) {
     const PatchList before = doc.patches;
     rebreak({{"newCount", "9"}});
     viewCalls();
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches, before);
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
@@ -219,8 +220,8 @@ TEST_F(RebreakSection, CutsTheStretchAndLeavesItCutInTheDialog) {
     captureSection(0, 0);
     rebreak({{"firstPoint", "20"}, {"lastPoint", "30"}, {"newCount", "3"}});
     EXPECT_THAT(coordinates(doc.patches[0][0]), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 3.5, 4.0}));
-    EXPECT_EQ(doc.rebreakValues.law.firstPoint, 4);
-    EXPECT_EQ(doc.rebreakValues.law.lastPoint, 5);
+    EXPECT_EQ(doc.dialogs->rebreak.law.firstPoint, 4);
+    EXPECT_EQ(doc.dialogs->rebreak.law.lastPoint, 5);
 }
 
 TEST_F(RebreakSection, WithFitTakesTheSpacingOfTheCapturedOne) {
@@ -346,8 +347,8 @@ TEST_F(RebreakLine, HasItsStretchCappedAtTheNumberOfSections) {
     const PatchList before = doc.patches;
     rebreak({{"regime", "2"}, {"newCount", "9"}, {"firstPoint", "50"}, {"lastPoint", "60"}});
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.rebreakValues.law.firstPoint, 4);
-    EXPECT_EQ(doc.rebreakValues.law.lastPoint, 4);
+    EXPECT_EQ(doc.dialogs->rebreak.law.firstPoint, 4);
+    EXPECT_EQ(doc.dialogs->rebreak.law.lastPoint, 4);
     rebreak({{"regime", "2"}, {"newCount", "9"}, {"lastPoint", "60"}});
     EXPECT_EQ(doc.patches[0].size(), 9U);
 }
@@ -368,8 +369,8 @@ TEST_F(RebreakBlock, TakesEachPatchOfItInItsFullLength) {
     EXPECT_THAT(coordinates(doc.patches[1][2]), Pointwise(DoubleNear(1e-9), {0.0, 2.0, 4.0, 6.0, 8.0}));
     EXPECT_THAT(coordinates(doc.patches[3][3]), Pointwise(DoubleNear(1e-9), {0.0, 0.5, 1.0, 1.5, 2.0}));
     EXPECT_EQ(doc.undoPatches, before);
-    EXPECT_EQ(doc.rebreakValues.law.lastPoint, 9);
-    EXPECT_EQ(doc.rebreakValues.lastCurve, 3);
+    EXPECT_EQ(doc.dialogs->rebreak.law.lastPoint, 9);
+    EXPECT_EQ(doc.dialogs->rebreak.lastCurve, 3);
     EXPECT_EQ(doc.capture->capturedSection, 1);
     EXPECT_THAT(block(), ElementsAre(3, 1));
 }
@@ -382,8 +383,8 @@ TEST_F(RebreakBlock, InLineRegimeTakesTheNumberOfSectionsAsLength) {
     rebreak({{"regime", "2"}, {"useBlock", "1"}, {"newCount", "9"}});
     EXPECT_EQ(countsOf(doc.patches[0]), std::vector<std::int32_t>(9, 2));
     EXPECT_EQ(countsOf(doc.patches[1]), std::vector<std::int32_t>(9, 4));
-    EXPECT_EQ(doc.rebreakValues.law.lastPoint, 3);
-    EXPECT_EQ(doc.rebreakValues.lastCurve, 4);
+    EXPECT_EQ(doc.dialogs->rebreak.law.lastPoint, 3);
+    EXPECT_EQ(doc.dialogs->rebreak.lastCurve, 4);
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
 
@@ -395,7 +396,7 @@ TEST_F(RebreakBlock, KeepsAFirstPointThatWasCutForThePatchesThatFollow) {
     rebreak({{"regime", "2"}, {"firstPoint", "6"}, {"useBlock", "1"}, {"newCount", "3"}});
     EXPECT_THAT(coordinates(doc.patches[0][0]), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 3.5, 4.0}));
     EXPECT_THAT(coordinates(doc.patches[1][0]), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 5.5, 8.0}));
-    EXPECT_EQ(doc.rebreakValues.law.firstPoint, 4);
+    EXPECT_EQ(doc.dialogs->rebreak.law.firstPoint, 4);
 }
 
 TEST_F(RebreakBlock, PassesOverEntriesThatNameNoPatch) {
@@ -501,7 +502,7 @@ TEST_P(RebreakAgainstThePlainForm, GivesTheSameModel) {
             lines ? lineCount(before[static_cast<std::size_t>(K)]) : countOf(before[static_cast<std::size_t>(K)]);
         int curve = whole(0, curves - 1);
         lines ? captureLine(K, curve) : captureSection(K, curve);
-        doc.rebreakValues = {};
+        doc.dialogs->rebreak = {};
         runRandomly();
 
         reference::RebreakFields fields = taken();

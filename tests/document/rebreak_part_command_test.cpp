@@ -1,5 +1,6 @@
+#include "DialogValues.h"
 #include "arranged_capture.h"
-#include "document_fixture.h"
+#include "state_fixture.h"
 
 namespace velmora::test {
 
@@ -13,7 +14,7 @@ using testing::Not;
 using testing::Pointwise;
 using Fields = std::vector<std::pair<std::string, std::string>>;
 
-class RebreakPart : public DocumentTest {
+class RebreakPart : public StateTest {
 protected:
     /// A section with one of its points, as the user captures them.
     void captureOnSection(std::int32_t section, std::int32_t point) {
@@ -27,7 +28,7 @@ protected:
 
     void rebreakPart(const Fields& fields) {
         ui.dialogs.push_back(fields);
-        doc.RebreakPart();
+        call("point.rebreakPart");
     }
 
     /// What the dialog shows as it opens, "key=value"; it is then cancelled.
@@ -38,7 +39,7 @@ protected:
                 values.push_back(field.key + "=" + fieldText(field));
             }
         };
-        doc.RebreakPart();
+        call("point.rebreakPart");
         ui.onDialog = nullptr;
         return values;
     }
@@ -157,12 +158,12 @@ TEST_F(RebreakPart, OpensWithTheStretchUpToThePoint) {
     captureOnSection(2, 3);
     EXPECT_THAT(shown(), ElementsAre("regime=1", "function=1", "style=1", "position=1", "exactness=0", "newCount=4",
                                      "compression=1", "firstPoint=1", "lastPoint=4"));
-    EXPECT_FALSE(doc.rebreakPartValues.lineMode);
+    EXPECT_FALSE(doc.dialogs->rebreakPart.lineMode);
 }
 
 TEST_F(RebreakPart, OpensWithTheStretchBehindThePointWhereAfterWasChosenLast) {
     hold({flatPatch(6, 9)});
-    doc.rebreakPartValues.law.after = true;
+    doc.dialogs->rebreakPart.law.after = true;
     captureOnSection(2, 3);
     EXPECT_THAT(shown(), testing::IsSupersetOf({"position=2", "newCount=6", "firstPoint=4", "lastPoint=9"}));
 }
@@ -171,7 +172,7 @@ TEST_F(RebreakPart, InLineRegimeCountsSections) {
     hold({flatPatch(6, 9)});
     captureOnLine(7, 3);
     EXPECT_THAT(shown(), testing::IsSupersetOf({"newCount=4", "firstPoint=1", "lastPoint=4"}));
-    doc.rebreakPartValues.law.after = true;
+    doc.dialogs->rebreakPart.law.after = true;
     EXPECT_THAT(shown(), testing::IsSupersetOf({"newCount=3", "firstPoint=4", "lastPoint=6"}));
 }
 
@@ -179,13 +180,13 @@ TEST_F(RebreakPart, DoesNothingWithoutAStructuredModelOrACapture) {
     hold({flatPatch(3, 3)});
     captureOnSection(1, 1);
     doc.structureKind = StructureKind::Unstructured;
-    doc.RebreakPart();
+    call("point.rebreakPart");
     doc.structureKind = StructureKind::Structured;
     for (const auto& [patch, section, point] : {std::tuple{-1, 1, 1}, {1, 1, 1}, {0, 3, 1}, {0, 1, -1}, {0, 1, 3}}) {
         doc.capture.renumberPatch(patch);
         doc.capture.renumberSection(section);
         doc.capture.renumberPoint(doc.capture->capturedPointSection, point);
-        doc.RebreakPart();
+        call("point.rebreakPart");
     }
     EXPECT_THAT(heard(), IsEmpty());
     EXPECT_FALSE(doc.documentModified);
@@ -195,7 +196,7 @@ TEST_F(RebreakPart, CancelledChangesNothing) {
     hold({flatPatch(3, 6)});
     captureOnSection(1, 3);
     const PatchList before = doc.patches;
-    doc.RebreakPart();
+    call("point.rebreakPart");
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.patchUndoReady || doc.pointUndoReady || doc.documentModified);
 }
@@ -249,7 +250,7 @@ TEST_F(RebreakPart, UndonePointBringsModelAndAddressBack) {
     captureOnSection(1, 4);
     const PatchList before = doc.patches;
     rebreakPart({{"newCount", "9"}});
-    doc.UndoPoint();
+    call("point.undo");
     EXPECT_EQ(doc.patches, before);
     EXPECT_EQ(doc.capture->capturedPoint, 4);
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");

@@ -1,7 +1,8 @@
 #include <cmath>
 
+#include "DialogValues.h"
 #include "arranged_capture.h"
-#include "document_fixture.h"
+#include "state_fixture.h"
 
 namespace velmora::test {
 
@@ -15,11 +16,11 @@ using Vec = zVec<double>;
 using Fields = std::vector<std::pair<std::string, std::string>>;
 using Counts = std::vector<std::int32_t>;
 
-class SectionCommand : public DocumentTest {
+class SectionCommand : public StateTest {
 protected:
-    void run(void (VelmoraDoc::*command)(), const Fields& fields) {
+    void run(const char* command, const Fields& fields) {
         ui.dialogs.push_back(fields);
-        (doc.*command)();
+        call(command);
     }
 
     void expectSnapshotOf(const PatchList& before) {
@@ -66,7 +67,7 @@ TEST_F(CurveTransformation, MovesTheSectionAlone) {
     const PatchList before = doc.patches;
     captureSection(0, 1);
     doc.rebuildOnUndo = true;
-    run(&VelmoraDoc::MoveCurve, {{"deltaZ", "4"}});
+    run("line.move", {{"deltaZ", "4"}});
     EXPECT_EQ(doc.patches[0][1], (PointList{{0, 1, 4}, {1, 1, 4}, {2, 1, 4}}));
     EXPECT_EQ(doc.patches[0][0], before[0][0]);
     EXPECT_EQ(doc.patches[0][2], before[0][2]);
@@ -74,7 +75,7 @@ TEST_F(CurveTransformation, MovesTheSectionAlone) {
     EXPECT_THAT(heard(), ElementsAre("dialog: CBlockMove -> ok"));
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set section"));
     EXPECT_EQ(doc.capture->capturedSection, 1);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches, before);
     EXPECT_THAT(viewCalls(), Not(Contains("bounds")));
 }
@@ -84,7 +85,7 @@ TEST_F(CurveTransformation, MovesALineAndKeepsItCaptured) {
     const PatchList before = doc.patches;
     captureLine(0, 2);
     capturePoint(0, 1, 2);
-    run(&VelmoraDoc::MoveCurve, {{"deltaZ", "4"}});
+    run("line.move", {{"deltaZ", "4"}});
     for (std::size_t n = 0; n < 3; ++n) {
         EXPECT_EQ(doc.patches[0][n][2], (Vec{2, static_cast<double>(n), 4}));
         EXPECT_EQ(doc.patches[0][n][1], before[0][n][1]);
@@ -104,7 +105,7 @@ TEST_F(CurveTransformation, OfALineOutsideTheZBlockWorksOnTheSectionOfThatNumber
     const PatchList before = doc.patches;
     addToBlock(1);
     captureLine(0, 2);
-    run(&VelmoraDoc::MoveCurve, {{"deltaZ", "4"}});
+    run("line.move", {{"deltaZ", "4"}});
     EXPECT_EQ(doc.patches[0][0], before[0][0]);
     EXPECT_EQ(doc.patches[0][1], before[0][1]);
     EXPECT_EQ(doc.patches[0][2], (PointList{{0, 2, 4}, {1, 2, 4}, {2, 2, 4}, {3, 2, 4}}));
@@ -114,7 +115,7 @@ TEST_F(CurveTransformation, OfALineOutsideTheZBlockWorksOnTheSectionOfThatNumber
     // There is no section with the number of line 3: nothing but the snapshot.
     captureLine(0, 3);
     const PatchList after = doc.patches;
-    run(&VelmoraDoc::MoveCurve, {{"deltaZ", "4"}});
+    run("line.move", {{"deltaZ", "4"}});
     EXPECT_EQ(doc.patches, after);
     EXPECT_TRUE(doc.capture->lineCaptured);
 }
@@ -123,18 +124,18 @@ TEST_F(CurveTransformation, OfALineInTheZBlockWorksOnTheLine) {
     hold({flatPatch(3, 4), flatPatch(2, 2)});
     addToBlock(0);
     captureLine(0, 2);
-    run(&VelmoraDoc::MoveCurve, {{"deltaZ", "4"}});
+    run("line.move", {{"deltaZ", "4"}});
     EXPECT_EQ(doc.patches[0][0], (PointList{{0, 0, 0}, {1, 0, 0}, {2, 0, 4}, {3, 0, 0}}));
 }
 
 TEST_F(CurveTransformation, ScalesASectionAndALine) {
     hold({flatPatch(2, 2)});
     captureSection(0, 1);
-    run(&VelmoraDoc::ScaleCurve, {{"yCenter", "2"}, {"scale", "3"}});
+    run("line.scaling", {{"yCenter", "2"}, {"scale", "3"}});
     EXPECT_EQ(doc.patches[0][1], (PointList{{0, -1, 0}, {3, -1, 0}}));
     arranged(doc).sectionCaptured = false;
     captureLine(0, 0);
-    run(&VelmoraDoc::ScaleCurve, {{"xCenter", "1"}, {"yCenter", "0"}, {"scale", "2"}});
+    run("line.scaling", {{"xCenter", "1"}, {"yCenter", "0"}, {"scale", "2"}});
     EXPECT_EQ(doc.patches[0][0][0], (Vec{-1, 0, 0}));
     EXPECT_EQ(doc.patches[0][1][0], (Vec{-1, -2, 0}));
     EXPECT_EQ(doc.patches[0][1][1], (Vec{3, -1, 0}));
@@ -144,7 +145,7 @@ TEST_F(CurveTransformation, FlipReversesNothing) {
     hold({flatPatch(2, 3)});
     captureSection(0, 1);
     capturePoint(0, 1, 2);
-    run(&VelmoraDoc::FlipCurve, {{"xPlane", "5"}});
+    run("line.flip", {{"xPlane", "5"}});
     EXPECT_EQ(numbers(1), (std::vector<double>{10, 9, 8}));
     EXPECT_TRUE(doc.capture->pointCaptured);
     EXPECT_EQ(doc.capture->capturedPointPos, (Vec{8, 1, 0}));
@@ -153,14 +154,14 @@ TEST_F(CurveTransformation, FlipReversesNothing) {
 TEST_F(CurveTransformation, RotatesOrSaysThatThereIsNoAxis) {
     hold({flatPatch(3, 3)});
     captureSection(0, 2);
-    run(&VelmoraDoc::RotateCurve, {{"x1", "0.5"}, {"x2", "0.75"}, {"angle", "90"}});
+    run("line.rotation", {{"x1", "0.5"}, {"x2", "0.75"}, {"angle", "90"}});
     for (const Vec& point : doc.patches[0][2]) {
         EXPECT_NEAR(point.y, 0, 2e-6);
         EXPECT_NEAR(point.z, 2, 2e-6);
     }
     heard();
     const PatchList before = doc.patches;
-    run(&VelmoraDoc::RotateCurve, {{"x2", "0.5"}});
+    run("line.rotation", {{"x2", "0.5"}});
     EXPECT_EQ(doc.patches, before);
     EXPECT_THAT(heard(), ElementsAre("dialog: CBlockRotate -> ok", "message: Axis is absent. Rotation is impossible"));
     expectSnapshotOf(before);
@@ -170,7 +171,7 @@ TEST_F(CurveTransformation, WithoutAnAxisALineStaysCaptured) {
     hold({flatPatch(3, 3)});
     const PatchList before = doc.patches;
     captureLine(0, 1);
-    run(&VelmoraDoc::RotateCurve, {{"x2", "0"}});
+    run("line.rotation", {{"x2", "0"}});
     EXPECT_EQ(doc.patches, before);
     EXPECT_TRUE(doc.capture->lineCaptured);
     EXPECT_FALSE(doc.capture->sectionCaptured);
@@ -179,20 +180,19 @@ TEST_F(CurveTransformation, WithoutAnAxisALineStaysCaptured) {
 TEST_F(CurveTransformation, SharesItsDialogsWithTheModelsCommands) {
     hold({flatPatch(2, 3)});
     captureSection(0, 1);
-    run(&VelmoraDoc::RotateCurve, {{"angle", "90"}}); // (1, 1, 0) stands over the axis's second point
-    EXPECT_EQ(doc.rotateValues.x2, 1.5);
-    run(&VelmoraDoc::MoveModel, {{"deltaX", "3"}});
-    run(&VelmoraDoc::MoveCurve, {});
-    EXPECT_EQ(doc.moveValues.deltaX, 3);
+    run("line.rotation", {{"angle", "90"}}); // (1, 1, 0) stands over the axis's second point
+    EXPECT_EQ(doc.dialogs->rotate.x2, 1.5);
+    run("model.move", {{"deltaX", "3"}});
+    run("line.move", {});
+    EXPECT_EQ(doc.dialogs->move.deltaX, 3);
 }
 
 TEST_F(CurveTransformation, CancelledTakesNoSnapshot) {
     hold({flatPatch(3, 3)});
     captureSection(0, 1);
-    for (const auto command :
-         {&VelmoraDoc::MoveCurve, &VelmoraDoc::ScaleCurve, &VelmoraDoc::FlipCurve, &VelmoraDoc::RotateCurve,
-          &VelmoraDoc::SymmetricSection, &VelmoraDoc::Prescribe, &VelmoraDoc::DuplicateCurve}) {
-        (doc.*command)();
+    for (const auto command : {"line.move", "line.scaling", "line.flip", "line.rotation", "line.symmetric",
+                               "line.prescribe", "line.duplicate"}) {
+        call(command);
     }
     EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
 }
@@ -204,11 +204,10 @@ TEST_F(SectionCommand, OnACurveThatIsNotThereDoesNothing) {
         for (const bool section : {true, false}) {
             arranged(doc).sectionCaptured = arranged(doc).lineCaptured = false;
             section ? captureSection(patch, curve) : captureLine(patch, curve);
-            for (const auto command : {&VelmoraDoc::MoveCurve, &VelmoraDoc::ScaleCurve, &VelmoraDoc::FlipCurve,
-                                       &VelmoraDoc::RotateCurve, &VelmoraDoc::SymmetricSection, &VelmoraDoc::FirstPoint,
-                                       &VelmoraDoc::HalveSection, &VelmoraDoc::Prescribe, &VelmoraDoc::DeleteCurve,
-                                       &VelmoraDoc::DuplicateCurve, &VelmoraDoc::Weeding, &VelmoraDoc::Cylinder}) {
-                (doc.*command)();
+            for (const auto command :
+                 {"line.move", "line.scaling", "line.flip", "line.rotation", "line.symmetric", "line.firstPoint",
+                  "line.knife", "line.prescribe", "line.delete", "line.duplicate", "line.weeding", "line.cylinder"}) {
+                call(command);
             }
         }
     }
@@ -221,8 +220,8 @@ TEST_F(SectionCommand, OnALineOfAModelThatIsNoGridDoesNothing) {
     hold({flatPatch(3, 3), patchOf({2, 3})});
     const PatchList before = doc.patches;
     captureLine(0, 1);
-    for (const auto command : {&VelmoraDoc::MoveCurve, &VelmoraDoc::FirstPoint, &VelmoraDoc::Weeding}) {
-        (doc.*command)();
+    for (const auto command : {"line.move", "line.firstPoint", "line.weeding"}) {
+        call(command);
     }
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.patchUndoReady);
@@ -235,7 +234,7 @@ TEST_F(SectionCommand, SymmetricDoublesTheSectionAndMakesLinesOfTheGrid) {
     hold({flatPatch(3, 10)});
     const PatchList before = doc.patches;
     captureSection(0, 1);
-    run(&VelmoraDoc::SymmetricSection, {{"plane", "3"}, {"zPlane", "1"}});
+    run("line.symmetric", {{"plane", "3"}, {"zPlane", "1"}});
     ASSERT_EQ(countsOf(doc.patches[0]), (Counts{10, 20, 10}));
     EXPECT_EQ(doc.patches[0][1][9], (Vec{9, 1, 0}));
     EXPECT_EQ(doc.patches[0][1][10], (Vec{9, 1, 2}));
@@ -250,7 +249,7 @@ TEST_F(SectionCommand, SymmetricOfALineTakesTheSnapshotAlone) {
     hold({flatPatch(3, 3)});
     const PatchList before = doc.patches;
     captureLine(0, 1);
-    run(&VelmoraDoc::SymmetricSection, {});
+    run("line.symmetric", {});
     EXPECT_EQ(doc.patches, before);
     expectSnapshotOf(before);
     EXPECT_THAT(heard(), ElementsAre("dialog: CSymmetricBlock -> ok"));
@@ -271,10 +270,10 @@ TEST_F(FirstPoint, WithoutAPointOffersTheSwitchAlone) {
         EXPECT_EQ(form.find("kind")->choiceOn, (std::vector<bool>{true, false}));
         EXPECT_TRUE(form.okOn);
     };
-    run(&VelmoraDoc::FirstPoint, {});
+    run("line.firstPoint", {});
     EXPECT_THAT(live, ElementsAre("kind", "makeLoop"));
     EXPECT_EQ(numbers(1), (std::vector<double>{4, 3, 2, 1, 0}));
-    EXPECT_EQ(doc.firstPointValues.kind, 1);
+    EXPECT_EQ(doc.dialogs->firstPoint.kind, 1);
     EXPECT_THAT(heard(), ElementsAre("dialog: CFirstPoint -> ok"));
 }
 
@@ -283,9 +282,9 @@ TEST_F(FirstPoint, AtAnEndOfTheSectionIsNotInside) {
     captureSection(0, 1);
     for (const int point : {0, 4}) {
         capturePoint(0, 1, point);
-        run(&VelmoraDoc::FirstPoint, {});
-        EXPECT_FALSE(doc.firstPointValues.pointInside);
-        EXPECT_EQ(doc.firstPointValues.kind, 1);
+        run("line.firstPoint", {});
+        EXPECT_FALSE(doc.dialogs->firstPoint.pointInside);
+        EXPECT_EQ(doc.dialogs->firstPoint.kind, 1);
     }
 }
 
@@ -294,8 +293,8 @@ TEST_F(FirstPoint, OfALoopBeginsAtTheCapturedPointUpwards) {
     const PatchList before = doc.patches;
     captureSection(0, 1);
     capturePoint(0, 1, 2);
-    run(&VelmoraDoc::FirstPoint, {});
-    EXPECT_TRUE(doc.firstPointValues.closed && doc.firstPointValues.pointInside);
+    run("line.firstPoint", {});
+    EXPECT_TRUE(doc.dialogs->firstPoint.closed && doc.dialogs->firstPoint.pointInside);
     EXPECT_EQ(numbers(1), (std::vector<double>{2, 3, 0, 1, 2}));
     expectSnapshotOf(before);
     EXPECT_EQ(doc.capture->savedPatch, 0);
@@ -314,7 +313,7 @@ TEST_F(FirstPoint, OfALoopBeginsAtTheCapturedPointDownwards) {
     holdLoop();
     captureSection(0, 1);
     capturePoint(0, 1, 2);
-    run(&VelmoraDoc::FirstPoint, {{"sortKind", "2"}});
+    run("line.firstPoint", {{"sortKind", "2"}});
     EXPECT_EQ(numbers(1), (std::vector<double>{2, 1, 0, 3, 2}));
     EXPECT_EQ(doc.patches[0][1].size(), 5U);
 }
@@ -330,10 +329,10 @@ TEST_F(FirstPoint, OfAnOpenSectionNeedsMakeLoop) {
         EXPECT_FALSE(form.find("sortKind")->on);
         EXPECT_TRUE(form.find("makeLoop")->on);
     };
-    run(&VelmoraDoc::FirstPoint, {});
+    run("line.firstPoint", {});
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
-    run(&VelmoraDoc::FirstPoint, {{"makeLoop", "1"}, {"sortKind", "1"}});
+    run("line.firstPoint", {{"makeLoop", "1"}, {"sortKind", "1"}});
     // Point 4 takes the place of point 0, then 2 3 4 1 2.
     EXPECT_EQ(numbers(1), (std::vector<double>{2, 3, 0, 1, 2}));
 }
@@ -341,7 +340,7 @@ TEST_F(FirstPoint, OfAnOpenSectionNeedsMakeLoop) {
 TEST_F(FirstPoint, MakesALoopOfASectionThatIsTurnedRound) {
     hold({flatPatch(3, 5)});
     captureSection(0, 1);
-    run(&VelmoraDoc::FirstPoint, {{"makeLoop", "1"}});
+    run("line.firstPoint", {{"makeLoop", "1"}});
     EXPECT_EQ(numbers(1), (std::vector<double>{0, 3, 2, 1, 0}));
 }
 
@@ -349,7 +348,7 @@ TEST_F(FirstPoint, OfAClosedSectionHasMakeLoopOff) {
     holdLoop();
     captureSection(0, 1);
     ui.onDialog = [](DialogForm& form) { EXPECT_FALSE(form.find("makeLoop")->on); };
-    doc.FirstPoint();
+    call("line.firstPoint");
     EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
 }
 
@@ -357,7 +356,7 @@ TEST_F(FirstPoint, WorksOnALineWithThePointsNumberAlongIt) {
     hold({transposedLoop()});
     captureLine(0, 1);
     capturePoint(0, 2, 1);
-    run(&VelmoraDoc::FirstPoint, {});
+    run("line.firstPoint", {});
     std::vector<double> line;
     for (const PointList& section : doc.patches[0]) {
         line.push_back(section[1].x);
@@ -376,7 +375,7 @@ TEST_F(Halving, KeepsTheSideThatDoesNotGoAway) {
     const auto kept = [this](int count, const char* choice) {
         hold({patchOf({count, 9})});
         captureSection(0, 0);
-        run(&VelmoraDoc::HalveSection, {{"choice", choice}});
+        run("line.knife", {{"choice", choice}});
         return numbers(0);
     };
     using Points = std::vector<double>;
@@ -390,11 +389,11 @@ TEST_F(Halving, MakesLinesOfAGridAndIsUndone) {
     hold({flatPatch(3, 7)});
     const PatchList before = doc.patches;
     captureSection(0, 1);
-    run(&VelmoraDoc::HalveSection, {{"choice", "2"}});
+    run("line.knife", {{"choice", "2"}});
     EXPECT_EQ(countsOf(doc.patches[0]), (Counts{7, 4, 7}));
     EXPECT_THAT(heard(), ElementsAre("dialog: CBeforeAfter -> ok", "title: wing.skl"));
     expectSnapshotOf(before);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches, before);
 }
 
@@ -402,7 +401,7 @@ TEST_F(Halving, CancelledTakesNoSnapshot) {
     hold({flatPatch(3, 7)});
     const PatchList before = doc.patches;
     captureSection(0, 1);
-    doc.HalveSection();
+    call("line.knife");
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
 }
@@ -413,7 +412,7 @@ TEST_F(Prescribing, SetsTheTickedCoordinatesOfASection) {
     hold({flatPatch(3, 3)});
     const PatchList before = doc.patches;
     captureSection(0, 1);
-    run(&VelmoraDoc::Prescribe, {{"useY", "1"}, {"y", "7"}, {"useZ", "1"}});
+    run("line.prescribe", {{"useY", "1"}, {"y", "7"}, {"useZ", "1"}});
     EXPECT_EQ(doc.patches[0][1], (PointList{{0, 7, 0}, {1, 7, 0}, {2, 7, 0}}));
     expectSnapshotOf(before);
     EXPECT_THAT(heard(), ElementsAre("dialog: CPrescribe -> ok"));
@@ -423,7 +422,7 @@ TEST_F(Prescribing, SetsALineWhateverTheZBlockHolds) {
     hold({flatPatch(3, 3), flatPatch(2, 2)});
     addToBlock(1);
     captureLine(0, 1);
-    run(&VelmoraDoc::Prescribe, {{"useX", "1"}, {"x", "-4"}});
+    run("line.prescribe", {{"useX", "1"}, {"x", "-4"}});
     for (std::size_t n = 0; n < 3; ++n) {
         EXPECT_EQ(numbers(n), (std::vector<double>{0, -4, 2}));
     }
@@ -433,7 +432,7 @@ TEST_F(Prescribing, OfNothingTickedKeepsThePoints) {
     hold({flatPatch(3, 3)});
     const PatchList before = doc.patches;
     captureSection(0, 1);
-    run(&VelmoraDoc::Prescribe, {});
+    run("line.prescribe", {});
     EXPECT_EQ(doc.patches, before);
     EXPECT_TRUE(doc.patchUndoReady);
 }
@@ -444,11 +443,11 @@ TEST_F(DeletingCurves, WalksThroughThePatch) {
     hold({flatPatch(4, 3)});
     const PatchList before = doc.patches;
     captureSection(0, 2);
-    doc.DeleteCurve();
+    call("line.delete");
     EXPECT_EQ(doc.patches[0][2], before[0][3]);
     EXPECT_EQ(doc.capture->capturedSection, 2);
     expectSnapshotOf(before);
-    doc.DeleteCurve();
+    call("line.delete");
     EXPECT_EQ(doc.capture->capturedSection, 1);
     EXPECT_TRUE(doc.capture->sectionCaptured);
     EXPECT_EQ(countsOf(doc.patches[0]), (Counts{3, 3}));
@@ -459,7 +458,7 @@ TEST_F(DeletingCurves, LeavesAGridTwoSections) {
     hold({flatPatch(2, 3)});
     const PatchList before = doc.patches;
     captureSection(0, 0);
-    doc.DeleteCurve();
+    call("line.delete");
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.capture->sectionCaptured);
     EXPECT_EQ(doc.capture->capturedPatch, -1);
@@ -473,7 +472,7 @@ TEST_F(DeletingCurves, OfThePatchsLastSectionRemovesThePatchAndRenumbersTheZBloc
         addToBlock(patch);
     }
     captureSection(1, 0);
-    doc.DeleteCurve();
+    call("line.delete");
     ASSERT_EQ(doc.patches.size(), 3U);
     EXPECT_EQ(countsOf(doc.patches[1]), (Counts{2}));
     EXPECT_EQ(block(), (Counts{2, 0, 1}));
@@ -489,12 +488,12 @@ TEST_F(DeletingCurves, OfTheLastSectionOfTheLastPatchEmptiesTheDocument) {
     doc.capture.holdBlock();
     addToBlock(0);
     captureSection(0, 0);
-    doc.DeleteCurve();
+    call("line.delete");
     EXPECT_THAT(doc.patches, IsEmpty());
     EXPECT_EQ(kindsOf(doc), "nonnonnon");
     EXPECT_FALSE(doc.capture->sectionCaptured || doc.capture->patchCaptured);
     EXPECT_THAT(block(), IsEmpty());
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches, before);
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
 }
@@ -502,7 +501,7 @@ TEST_F(DeletingCurves, OfTheLastSectionOfTheLastPatchEmptiesTheDocument) {
 TEST_F(DeletingCurves, ThatMakesLinesEqualMakesAGridOfThem) {
     hold({patchOf({3, 3, 4})});
     captureSection(0, 2);
-    doc.DeleteCurve();
+    call("line.delete");
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
     EXPECT_THAT(heard(), ElementsAre("title: wing.apt"));
 }
@@ -510,14 +509,14 @@ TEST_F(DeletingCurves, ThatMakesLinesEqualMakesAGridOfThem) {
 TEST_F(DeletingCurves, TakesTheLinesPointOutOfEachSection) {
     hold({flatPatch(3, 4)});
     captureLine(0, 1);
-    doc.DeleteCurve();
+    call("line.delete");
     for (std::size_t n = 0; n < 3; ++n) {
         EXPECT_EQ(numbers(n), (std::vector<double>{0, 2, 3}));
     }
     EXPECT_TRUE(doc.capture->lineCaptured);
     EXPECT_EQ(doc.capture->capturedLine, 1);
     doc.capture.renumberLine(2);
-    doc.DeleteCurve();
+    call("line.delete");
     EXPECT_EQ(doc.capture->capturedLine, 1);
 }
 
@@ -525,7 +524,7 @@ TEST_F(DeletingCurves, LeavesTwoLines) {
     hold({flatPatch(3, 2)});
     const PatchList before = doc.patches;
     captureLine(0, 1);
-    doc.DeleteCurve();
+    call("line.delete");
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.capture->lineCaptured);
     EXPECT_TRUE(doc.patchUndoReady);
@@ -538,7 +537,7 @@ TEST_F(DuplicatingCurves, PutsCopiesOfTheSectionBehindIt) {
     hold({flatPatch(3, 2)});
     const PatchList before = doc.patches;
     captureSection(0, 1);
-    run(&VelmoraDoc::DuplicateCurve, {{"duplicateCount", "3"}});
+    run("line.duplicate", {{"duplicateCount", "3"}});
     ASSERT_EQ(doc.patches[0].size(), 5U);
     EXPECT_EQ(doc.patches[0][1], before[0][1]);
     EXPECT_EQ(doc.patches[0][2], before[0][1]);
@@ -551,7 +550,7 @@ TEST_F(DuplicatingCurves, PutsCopiesOfTheSectionBehindIt) {
 TEST_F(DuplicatingCurves, PutsCopiesOfTheLinesPointBehindItInEachSection) {
     hold({flatPatch(3, 3)});
     captureLine(0, 1);
-    run(&VelmoraDoc::DuplicateCurve, {{"duplicateCount", "2"}});
+    run("line.duplicate", {{"duplicateCount", "2"}});
     for (std::size_t n = 0; n < 3; ++n) {
         EXPECT_EQ(numbers(n), (std::vector<double>{0, 1, 1, 2}));
     }
@@ -562,7 +561,7 @@ TEST_F(DuplicatingCurves, PutsCopiesOfTheLinesPointBehindItInEachSection) {
 TEST_F(DuplicatingCurves, OnceDoesNothingAndTakesNoSnapshot) {
     hold({flatPatch(3, 3)});
     captureSection(0, 1);
-    run(&VelmoraDoc::DuplicateCurve, {{"duplicateCount", "1"}});
+    run("line.duplicate", {{"duplicateCount", "1"}});
     EXPECT_EQ(doc.patches[0].size(), 3U);
     EXPECT_FALSE(doc.patchUndoReady);
 }
@@ -573,7 +572,7 @@ TEST_F(Weeding, TakesEverySecondPointOfEverySection) {
     hold({flatPatch(2, 7), flatPatch(3, 8)});
     const PatchList before = doc.patches;
     captureSection(0, 1);
-    doc.Weeding();
+    call("line.weeding");
     EXPECT_EQ(numbers(0), (std::vector<double>{0, 2, 4, 6}));
     EXPECT_EQ(coordinates(doc.patches[1][2]), (std::vector<double>{0, 2, 4, 7}));
     EXPECT_EQ(doc.patches[1].size(), 3U);
@@ -585,7 +584,7 @@ TEST_F(Weeding, TakesEverySecondPointOfEverySection) {
 TEST_F(Weeding, WithALineTakesEverySecondSection) {
     hold({flatPatch(7, 3)});
     captureLine(0, 1);
-    doc.Weeding();
+    call("line.weeding");
     EXPECT_EQ(countsOf(doc.patches[0]), (Counts{3, 3, 3, 3}));
     EXPECT_EQ(doc.patches[0][3][0].y, 6);
     EXPECT_TRUE(doc.capture->lineCaptured);
@@ -596,7 +595,7 @@ TEST_F(Weeding, TakesTheZBlockAlone) {
     hold({flatPatch(2, 5), flatPatch(2, 5)});
     addToBlock(1);
     captureSection(0, 1);
-    doc.Weeding();
+    call("line.weeding");
     EXPECT_EQ(countsOf(doc.patches[0]), (Counts{5, 5}));
     EXPECT_EQ(countsOf(doc.patches[1]), (Counts{3, 3}));
 }
@@ -605,7 +604,7 @@ TEST_F(Weeding, LeavesThePointRegime) {
     hold({flatPatch(2, 5)});
     captureSection(0, 1);
     capturePoint(0, 1, 3);
-    doc.Weeding();
+    call("line.weeding");
     EXPECT_FALSE(doc.capture->pointRegimeActive());
     EXPECT_TRUE(doc.capture->sectionCaptured);
 }
@@ -613,7 +612,7 @@ TEST_F(Weeding, LeavesThePointRegime) {
 TEST_F(Weeding, OfTwoSectionsLeavesTheLastWhichIsNoGrid) {
     hold({flatPatch(2, 3)});
     captureLine(0, 1);
-    doc.Weeding();
+    call("line.weeding");
     ASSERT_EQ(doc.patches[0].size(), 1U);
     EXPECT_EQ(doc.patches[0][0][0].y, 1);
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
@@ -628,7 +627,7 @@ TEST_F(Cylinder, ReplacesTheModelByABodyOfRevolution) {
     const PatchList before = doc.patches;
     captureSection(0, 1);
     ui.answers = {true};
-    doc.Cylinder();
+    call("line.cylinder");
     ASSERT_EQ(doc.patches.size(), 1U);
     EXPECT_EQ(countsOf(doc.patches[0]), (Counts{73, 73}));
     const double start = -90 * 0.0174533;
@@ -645,7 +644,7 @@ TEST_F(Cylinder, ReplacesTheModelByABodyOfRevolution) {
     EXPECT_THAT(heard(),
                 ElementsAre("question: Current geometry will be removed. Are you sure -> yes", "title: Untitled.apt"));
     EXPECT_THAT(viewCalls(), Contains("bounds"));
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches, before);
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
@@ -654,7 +653,7 @@ TEST_F(Cylinder, AnsweredNoChangesNothingAndTakesNoSnapshot) {
     hold({flatPatch(2, 2)});
     const PatchList before = doc.patches;
     captureSection(0, 1);
-    doc.Cylinder();
+    call("line.cylinder");
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
     EXPECT_TRUE(doc.capture->sectionCaptured);
@@ -667,7 +666,7 @@ TEST_F(Cylinder, TakesItsProfileBeforeThePatchRegimeIsLeft) {
     captureSection(1, 1);
     capturePoint(1, 1, 1);
     ui.answers = {true};
-    doc.Cylinder();
+    call("line.cylinder");
     EXPECT_EQ(doc.patches.at(0).size(), 4U);
     EXPECT_THAT(block(), IsEmpty());
     EXPECT_EQ(doc.capture->capturedPatch, -1);
@@ -678,7 +677,7 @@ TEST_F(Cylinder, TakesALineAsItsProfile) {
     hold({flatPatch(3, 2)});
     captureLine(0, 1);
     ui.answers = {true};
-    doc.Cylinder();
+    call("line.cylinder");
     EXPECT_EQ(countsOf(doc.patches[0]), (Counts{73, 73, 73}));
     EXPECT_EQ(doc.patches[0][2][5].x, 1);
 }
@@ -689,7 +688,7 @@ TEST_F(DeletingCurves, TheCapturedPointIsThatOfTheNextSection) {
     hold({flatPatch(4, 3)});
     captureSection(0, 1);
     capturePoint(0, 1, 2);
-    doc.DeleteCurve();
+    call("line.delete");
     EXPECT_EQ(doc.capture->capturedPointPos, Vec(2, 2, 0));
     EXPECT_EQ(doc.capture->pickedPoint, Vec(2, 2, 0));
 }
@@ -698,7 +697,7 @@ TEST_F(DeletingCurves, TheCapturedPointStaysInsideWhenTheLastLineGoes) {
     hold({flatPatch(3, 5)});
     captureLine(0, 4);
     capturePoint(0, 1, 4);
-    doc.DeleteCurve();
+    call("line.delete");
     EXPECT_EQ(doc.capture->capturedLine, 3);
     EXPECT_EQ(doc.capture->capturedPoint, 3);
     EXPECT_EQ(doc.capture->capturedPointPos, Vec(3, 1, 0));
@@ -708,7 +707,7 @@ TEST_F(Halving, KeepsTheCapturedPointInside) {
     hold({flatPatch(2, 6)});
     captureSection(0, 0);
     capturePoint(0, 0, 5);
-    run(&VelmoraDoc::HalveSection, {{"choice", "2"}});
+    run("line.knife", {{"choice", "2"}});
     EXPECT_EQ(doc.capture->capturedPoint, 2);
     EXPECT_EQ(doc.capture->capturedPointPos, Vec(2, 0, 0));
 }
@@ -717,7 +716,7 @@ TEST_F(FirstPoint, OfALineSavesTheAddressInTheModelAndNamesTheLine) {
     hold({transposedLoop()});
     captureLine(0, 1);
     capturePoint(0, 2, 1);
-    run(&VelmoraDoc::FirstPoint, {{"sortKind", "1"}});
+    run("line.firstPoint", {{"sortKind", "1"}});
     EXPECT_EQ(doc.capture->savedPointSection, 2);
     EXPECT_EQ(doc.capture->savedPoint, 1);
     EXPECT_THAT(doc.status, testing::StartsWith("Captured point: (Patch K=1, Line N=2, Point M=3)"));

@@ -1,5 +1,6 @@
 #include <filesystem>
 
+#include "DialogValues.h"
 #include "arranged_capture.h"
 #include "cut_zones.h"
 #include "small_zones.h"
@@ -35,7 +36,7 @@ protected:
         doc.modelFile.chosenPath = folder / "Wing.stl";
         doc.modelFile.documentTitle = "wing.dat";
         doc.documentModified = false;
-        doc.updateBounds();
+        updateBounds();
         forget();
     }
 
@@ -91,7 +92,7 @@ using SlicingDialogs = SlicingTest;
 
 TEST_F(ToSkl, MakesOnePatchOfSectionLines) {
     answer({{"planeAxis", "3"}, {"number", "5"}});
-    doc.ConvertToSkl();
+    call("convert.toSkl");
     EXPECT_THAT(heard(), ElementsAre("dialog: CConvert_to_SKL -> ok", "title: wing.skl", "status: For Help, press F1"));
     ASSERT_THAT(doc.patches, SizeIs(1));
     ASSERT_THAT(doc.patches[0], SizeIs(5));
@@ -112,8 +113,8 @@ TEST_F(ToSkl, MakesOnePatchOfSectionLines) {
 
 TEST_F(ToSkl, UndoBringsTheSurfaceBack) {
     answer({});
-    doc.ConvertToSkl();
-    doc.UndoPatch();
+    call("convert.toSkl");
+    call("patch.undo");
     EXPECT_EQ(doc.structureKind, StructureKind::Unstructured);
     EXPECT_EQ(elements(), 12);
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.dat");
@@ -123,7 +124,7 @@ TEST_F(ToSkl, UndoBringsTheSurfaceBack) {
 TEST_F(ToSkl, CancelLeavesTheSnapshotOfTheCommandBefore) {
     doc.patchUndoReady = true;
     doc.undoPatches = {flatPatch(2, 2)};
-    doc.ConvertToSkl();
+    call("convert.toSkl");
     EXPECT_THAT(heard(), ElementsAre("dialog: CConvert_to_SKL -> cancel"));
     EXPECT_EQ(doc.structureKind, StructureKind::Unstructured);
     EXPECT_EQ(doc.undoPatches, PatchList{flatPatch(2, 2)});
@@ -136,7 +137,7 @@ TEST_F(ToSkl, ConversionWithoutALineIsRefusedAndTheBodyStays) {
     for (const Fields& fields : {Fields{{"number", "0"}}, Fields{{"number", "1"}},
                                  Fields{{"number", "2"}, {"border", "100"}}}) { // 200 before and behind a box of 2
         answer(fields);
-        doc.ConvertToSkl();
+        call("convert.toSkl");
         EXPECT_THAT(heard(), ElementsAre("dialog: CConvert_to_SKL -> ok",
                                          "message: The conversion gives no result. The model stays as it is."));
         EXPECT_EQ(doc.structureKind, StructureKind::Unstructured);
@@ -155,7 +156,7 @@ TEST_F(ToSkl, BodyBeyondTheRangeOfTheBorderCanBeConfirmed) {
         EXPECT_FALSE(acceptDialog(form));
     };
     answer({{"number", "3"}, {"border", "0.5"}});
-    doc.ConvertToSkl();
+    call("convert.toSkl");
     ASSERT_THAT(doc.patches, SizeIs(1));
     EXPECT_EQ(doc.patches[0].at(1).front().x, 2e9);
 }
@@ -166,7 +167,7 @@ TEST_F(ToSkl, OneTriangleOfRisingCoordinatesHasItsOwnRange) {
         EXPECT_EQ(fieldText(*form.find("min")), "1");
         EXPECT_EQ(fieldText(*form.find("max")), "3");
     };
-    doc.ConvertToSkl();
+    call("convert.toSkl");
 }
 
 TEST_F(ToSkl, LeavesRegimesAndEmptiesTheZBlock) {
@@ -175,7 +176,7 @@ TEST_F(ToSkl, LeavesRegimesAndEmptiesTheZBlock) {
     doc.capture.holdBlock();
     doc.showBlockOnly = true;
     answer({});
-    doc.ConvertToSkl();
+    call("convert.toSkl");
     EXPECT_FALSE(doc.capture->pointCaptured || doc.capture->patchCaptured || doc.showBlockOnly);
     EXPECT_EQ(doc.blockCount, 0);
     EXPECT_EQ(doc.status, "For Help, press F1");
@@ -183,7 +184,7 @@ TEST_F(ToSkl, LeavesRegimesAndEmptiesTheZBlock) {
 
 TEST_F(ToSkl, KeepsWhatWasTypedExceptPrecisionAndExtent) {
     answer({{"number", "7"}, {"planeAxis", "2"}, {"borderApproach", "2"}, {"yourMin", "1"}, {"precision", "0.5"}});
-    doc.ConvertToSkl();
+    call("convert.toSkl");
     holdBox();
     ui.onDialog = [](DialogForm& form) {
         EXPECT_EQ(fieldText(*form.find("number")), "7");
@@ -196,7 +197,7 @@ TEST_F(ToSkl, KeepsWhatWasTypedExceptPrecisionAndExtent) {
         EXPECT_EQ(fieldText(*form.find("yourMin")), "0.03");
         EXPECT_EQ(fieldText(*form.find("yourMax")), "2.97");
     };
-    doc.ConvertToSkl();
+    call("convert.toSkl");
 }
 
 TEST_F(SlicingDialogs, ToSklAxisGivesExtentAndApproachGivesLiveFields) {
@@ -215,18 +216,18 @@ TEST_F(SlicingDialogs, ToSklAxisGivesExtentAndApproachGivesLiveFields) {
         EXPECT_EQ(fieldText(*form.find("yourMax")), "7.92");
         EXPECT_TRUE(setField(form, "min", "1")); // read-only
     };
-    doc.ConvertToSkl();
+    call("convert.toSkl");
 }
 
 TEST_F(SlicingDialogs, ToSklRefusesEndsOutOfTheBodyInOrder) {
     answer({{"borderApproach", "2"}, {"yourMin", "-0.1"}, {"yourMax", "2.1"}});
-    doc.ConvertToSkl();
+    call("convert.toSkl");
     EXPECT_THAT(heard(), Contains("refused: OK: Your min choice is out of body. Try another one."));
     answer({{"borderApproach", "2"}, {"yourMin", "0"}, {"yourMax", "2.1"}});
-    doc.ConvertToSkl();
+    call("convert.toSkl");
     EXPECT_THAT(heard(), Contains("refused: OK: Your max choice is out of body. Try another one."));
     answer({{"borderApproach", "2"}, {"yourMin", "0"}, {"yourMax", "2"}});
-    doc.ConvertToSkl();
+    call("convert.toSkl");
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
 }
 
@@ -264,11 +265,11 @@ double cutLength(const zRegion_fe& region, double plane) {
 
 TEST_F(ToSkl, RealBodiesAreCutAllRound) {
     for (const char* const name : {VELMORA_EXAMPLES "/c172_wing.stl", VELMORA_TEST_DATA "/iea15_blade.stl"}) {
-        doc.onOpenDocument(name);
+        open(name);
         zRegion_fe body;
         copyRegion(doc.feRegion, body);
         answer({{"planeAxis", "3"}, {"number", "25"}, {"border", "0.05"}});
-        doc.ConvertToSkl();
+        call("convert.toSkl");
         ASSERT_THAT(doc.patches, SizeIs(1)) << name;
         ASSERT_THAT(doc.patches[0], SizeIs(25)) << name; // one outline for each plane
         for (const PointList& section : doc.patches[0]) {
@@ -282,7 +283,7 @@ TEST_F(ToSkl, RealBodiesAreCutAllRound) {
             EXPECT_NEAR(section.front().y, section.back().y, 1e-8);
         }
         answer({{"pointCount", "61"}});
-        doc.ConvertToApt();
+        call("convert.toApt");
         for (std::size_t n = 0; n + 1 < doc.patches[0].size(); ++n) {
             double forward = 0;
             double backward = 0;
@@ -303,7 +304,7 @@ TEST_F(ToApt, MakesAGridOfLines) {
     holdLines();
     ASSERT_EQ(doc.fileKind, FileKind::Skl);
     answer({{"pointCount", "5"}, {"approximation", "2"}});
-    doc.ConvertToApt();
+    call("convert.toApt");
     EXPECT_THAT(heard(),
                 ElementsAre("dialog: CConvert_SKL_to_APT -> ok", "title: wing.apt", "status: For Help, press F1"));
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
@@ -311,7 +312,7 @@ TEST_F(ToApt, MakesAGridOfLines) {
     EXPECT_EQ(doc.modelFile.chosenPath, folder / "wing.apt");
     EXPECT_THAT(coordinates(doc.patches[0][0]), ElementsAre(0, 1, 2, 3, 4));
     EXPECT_THAT(coordinates(doc.patches[0][1]), ElementsAre(0, 1, 2, 3, 4)); // turned
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
     EXPECT_THAT(countsOf(doc.patches[0]), ElementsAre(3, 2));
 }
@@ -320,7 +321,7 @@ TEST_F(ToApt, CancelLeavesTheSnapshotOfTheCommandBefore) {
     holdLines();
     doc.patchUndoReady = true;
     doc.undoPatches = {flatPatch(2, 2), flatPatch(3, 3)};
-    doc.ConvertToApt();
+    call("convert.toApt");
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
     EXPECT_THAT(doc.undoPatches, SizeIs(2));
     EXPECT_TRUE(doc.patchUndoReady);
@@ -330,7 +331,7 @@ TEST_F(ToApt, CancelLeavesTheSnapshotOfTheCommandBefore) {
 TEST_F(ToApt, WithoutASectionIsRefusedAndTheModelStays) {
     holdLines();
     doc.patches = {Patch(), Patch()};
-    doc.ConvertToApt();
+    call("convert.toApt");
     EXPECT_THAT(heard(), ElementsAre("message: The conversion gives no result. The model stays as it is."));
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
     EXPECT_FALSE(doc.documentModified);
@@ -343,7 +344,7 @@ TEST_F(ToApt, LeavesPointAndCurvesAndStaysInThePatchRegime) {
     doc.capture.holdBlock();
     arranged(doc).blockStatus = "the zBlock's text";
     answer({});
-    doc.ConvertToApt();
+    call("convert.toApt");
     EXPECT_FALSE(doc.capture->pointCaptured || doc.capture->sectionCaptured);
     EXPECT_TRUE(doc.capture->patchCaptured);
     EXPECT_EQ(doc.status, "the zBlock's text");
@@ -351,9 +352,9 @@ TEST_F(ToApt, LeavesPointAndCurvesAndStaysInThePatchRegime) {
 
 TEST_F(ToApt, WithAPatchToAddArmedShowsItsPrompt) {
     holdLines();
-    doc.AddPatchToBlock();
+    call("patch.addToBlock");
     answer({{"pointCount", "3"}});
-    doc.ConvertToApt();
+    call("convert.toApt");
     EXPECT_TRUE(doc.capture->patchCaptureArmed);
     EXPECT_EQ(doc.status, "Find patch and click it");
 }
@@ -364,19 +365,19 @@ TEST_F(GridKnife, HalvesTheSectionsOfTheZBlock) {
     hold({patchOf({5, 5}), patchOf({4, 4}), patchOf({1, 1})});
     addToBlock(0);
     answer({{"choice", "2"}});
-    doc.KnifeModel();
+    call("model.knife");
     EXPECT_THAT(coordinates(doc.patches[0][1]), ElementsAre(0, 1, 2));
     EXPECT_THAT(countsOf(doc.patches[1]), ElementsAre(4, 4));
     EXPECT_TRUE(doc.partAfter && !doc.partBefore);
     EXPECT_EQ(block(), std::vector<std::int32_t>{0});
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_THAT(countsOf(doc.patches[0]), ElementsAre(5, 5));
 }
 
 TEST_F(GridKnife, HalvesAllPatchesWithoutAZBlock) {
     hold({patchOf({5, 5}), patchOf({4, 4}), patchOf({1, 1})});
     answer({{"choice", "1"}});
-    doc.KnifeModel();
+    call("model.knife");
     EXPECT_THAT(coordinates(doc.patches[0][0]), ElementsAre(2, 3, 4));
     EXPECT_THAT(coordinates(doc.patches[1][0]), ElementsAre(2, 3));
     EXPECT_THAT(countsOf(doc.patches[2]), ElementsAre(1, 1));
@@ -389,14 +390,14 @@ TEST_F(GridKnife, OpensOnTheSideOfTheLastRun) {
     hold({patchOf({5, 5})});
     ui.onDialog = [](DialogForm& form) { EXPECT_EQ(fieldText(*form.find("choice")), "2"); };
     answer({{"choice", "1"}});
-    doc.KnifeModel();
+    call("model.knife");
     ui.onDialog = [](DialogForm& form) { EXPECT_EQ(fieldText(*form.find("choice")), "1"); };
-    doc.KnifeModel();
+    call("model.knife");
 }
 
 TEST_F(GridKnife, CancelLeavesSideAndModel) {
     hold({patchOf({5, 5})});
-    doc.KnifeModel();
+    call("model.knife");
     EXPECT_TRUE(doc.partAfter);
     EXPECT_FALSE(doc.patchUndoReady);
     EXPECT_THAT(countsOf(doc.patches[0]), ElementsAre(5, 5));
@@ -408,7 +409,7 @@ TEST_F(GridKnife, CapturedPointPastTheEndBecomesTheLast) {
     hold({patchOf({5, 5})});
     capturePoint(0, 1, 4);
     answer({{"choice", "2"}});
-    doc.KnifeModel();
+    call("model.knife");
     EXPECT_EQ(doc.capture->capturedPoint, 2);
     EXPECT_EQ(doc.capture->capturedPointPos, Point(2, 1, 0));
 }
@@ -417,7 +418,7 @@ TEST_F(GridKnife, CapturedPointPastTheEndBecomesTheLast) {
 
 TEST_F(ZoneKnife, KeepsThePartBeforeOrAfterThePlane) {
     answer({{"planeKind", "3"}, {"section", "5"}});
-    doc.KnifeZones();
+    call("convert.knife");
     EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok"));
     EXPECT_EQ(usedBox(doc.feRegion), std::pair(Point(0, 0, 0), Point(2, 3, 5)));
     EXPECT_TRUE(consistent(*doc.feRegion.blocks[0]));
@@ -428,15 +429,15 @@ TEST_F(ZoneKnife, KeepsThePartBeforeOrAfterThePlane) {
     EXPECT_THAT(files(), IsEmpty());
     holdBox();
     answer({{"planeKind", "3"}, {"section", "5"}, {"cutKind", "2"}});
-    doc.KnifeZones();
+    call("convert.knife");
     EXPECT_EQ(usedBox(doc.feRegion), std::pair(Point(0, 0, 5), Point(2, 3, 8)));
 }
 
 TEST_F(ZoneKnife, UndoBringsTheWholeBack) {
     answer({{"section", "1"}});
-    doc.KnifeZones();
+    call("convert.knife");
     EXPECT_TRUE(doc.patchUndoReady);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(elements(), 12);
     EXPECT_EQ(doc.feRegion.blocks[0]->title, "box");
 }
@@ -444,7 +445,7 @@ TEST_F(ZoneKnife, UndoBringsTheWholeBack) {
 TEST_F(ZoneKnife, CancelLeavesTheSnapshotOfTheCommandBefore) {
     doc.patchUndoReady = true;
     doc.undoPatches = {flatPatch(2, 2)};
-    doc.KnifeZones();
+    call("convert.knife");
     EXPECT_EQ(elements(), 12);
     EXPECT_EQ(doc.undoPatches, PatchList{flatPatch(2, 2)});
     EXPECT_TRUE(doc.patchUndoReady);
@@ -457,7 +458,7 @@ TEST_F(ZoneKnife, SectionOutOfTheBodyCutsNothing) {
     for (int kind = 1; kind <= 3; ++kind) {
         for (const char* const section : {"-0.001", "8.001"}) {
             answer({{"planeKind", std::to_string(kind)}, {"section", section}});
-            doc.KnifeZones();
+            call("convert.knife");
             EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok", texts[kind - 1]));
             EXPECT_EQ(elements(), 12);
             EXPECT_FALSE(doc.patchUndoReady);
@@ -467,18 +468,18 @@ TEST_F(ZoneKnife, SectionOutOfTheBodyCutsNothing) {
 
 TEST_F(ZoneKnife, SectionAtTheMinimumIsInsideAndMayLeaveNothing) {
     answer({{"section", "0"}});
-    doc.KnifeZones();
+    call("convert.knife");
     EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok"));
     ASSERT_THAT(doc.feRegion.blocks, SizeIs(1));
     EXPECT_EQ(elements(), 0);
     EXPECT_EQ(doc.structureKind, StructureKind::Unstructured);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(elements(), 12);
 }
 
 TEST_F(ZoneKnife, AnyPlaneWarnsOfEachCoordinateOutOfTheBodyAndCuts) {
     answer({{"planeKind", "4"}, {"x", "-1"}, {"y", "4"}, {"z", "9"}, {"nx", "1"}, {"ny", "0"}, {"nz", "0.25"}});
-    doc.KnifeZones(); // x + z / 4 = 1.25
+    call("convert.knife"); // x + z / 4 = 1.25
     EXPECT_THAT(heard(),
                 ElementsAre("dialog: CUKnife -> ok", "message: Warning: Point X is out of body",
                             "message: Warning: Point Y is out of body", "message: Warning: Point Z is out of body"));
@@ -493,25 +494,25 @@ TEST_F(ZoneKnife, AnyPlaneWarnsOfEachCoordinateOutOfTheBodyAndCuts) {
 
 TEST_F(ZoneKnife, PlaneWithoutANormalCutsNothing) {
     answer({{"planeKind", "4"}, {"x", "1"}, {"y", "1"}, {"z", "1"}});
-    doc.KnifeZones();
+    call("convert.knife");
     EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok", "message: Normal of plane is absent. Cut is impossible"));
     EXPECT_EQ(elements(), 12);
 }
 
 TEST_F(ZoneKnife, OpensAtSectionZeroWhateverWasCutBefore) {
     answer({{"section", "1"}});
-    doc.KnifeZones();
+    call("convert.knife");
     ui.onDialog = [](DialogForm& form) { EXPECT_EQ(fieldText(*form.find("section")), "0"); };
-    doc.KnifeZones();
+    call("convert.knife");
 }
 
 TEST_F(ZoneKnife, UndoneKeepsTheViewAlsoBehindAMove) {
     answer({{"deltaX", "1"}});
-    doc.MoveModel();
+    call("model.move");
     answer({{"section", "2"}});
-    doc.KnifeZones();
+    call("convert.knife");
     viewCalls();
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_THAT(viewCalls(), Not(Contains("bounds")));
 }
 
@@ -530,30 +531,30 @@ TEST_F(ZoneKnife, ThreePointsOfTheBufferAreThePlane) {
         EXPECT_TRUE(setField(form, "xMax", "1")); // read-only
     };
     answer({});
-    doc.KnifeZones();
+    call("convert.knife");
     EXPECT_EQ(usedBox(doc.feRegion).second, Point(2, 3, 3));
     doc.lineBufferFull = false;
-    doc.knifeValues.nz = 0.5;
+    doc.dialogs->knife.nz = 0.5;
     ui.onDialog = [](DialogForm& form) { EXPECT_EQ(fieldText(*form.find("nz")), "0.5"); };
-    doc.KnifeZones();
+    call("convert.knife");
 }
 
 TEST_F(ZoneKnife, ThreePointsAreEnoughForThePlaneAndTwoAreNot) {
     const auto openBuffer = [this](const char* text) {
         writeFileText(folder / "plane.ext", text);
         ui.files = {{folder / "plane.ext"}};
-        doc.OpenBuffer();
+        call("buffer.open");
     };
     openBuffer("0 0 3\n3 0 3\n");
     answer({{"planeKind", "4"}});
     forget();
-    doc.KnifeZones();
+    call("convert.knife");
     EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok", "message: Normal of plane is absent. Cut is impossible"));
     EXPECT_EQ(elements(), 12);
     openBuffer("0 0 3\n3 0 3\n0 3 3\n");
     answer({});
     forget();
-    doc.KnifeZones();
+    call("convert.knife");
     EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok"));
     EXPECT_EQ(usedBox(doc.feRegion).second, Point(2, 3, 3));
 }
@@ -566,20 +567,20 @@ TEST_F(ZoneKnife, DialogShowsTheExtentOnTheChosenAxisAndTheBox) {
         EXPECT_EQ(fieldText(*form.find("max")), "8");
         EXPECT_EQ(fieldText(*form.find("yMax")), "3");
     };
-    doc.KnifeZones();
+    call("convert.knife");
 }
 
 TEST_F(ZoneKnife, SaveParts) {
     answer({{"planeKind", "2"}, {"section", "1"}, {"cutKind", "3"}});
-    doc.KnifeZones();
+    call("convert.knife");
     EXPECT_THAT(heard(),
                 ElementsAre("dialog: CUKnife -> ok", "message: Parts are saved in dat format with indexes _1 and _2"));
     EXPECT_EQ(elements(), 12);
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.dat");
     EXPECT_THAT(files(), ElementsAre("Wing_1.dat", "Wing_2.dat"));
-    doc.onOpenDocument(folder / "Wing_1.dat");
+    open(folder / "Wing_1.dat");
     EXPECT_EQ(usedBox(doc.feRegion), std::pair(Point(0, 0, 0), Point(2, 1, 8)));
-    doc.onOpenDocument(folder / "Wing_2.dat");
+    open(folder / "Wing_2.dat");
     EXPECT_EQ(usedBox(doc.feRegion), std::pair(Point(0, 1, 0), Point(2, 3, 8)));
 }
 
@@ -587,7 +588,7 @@ TEST_F(ZoneKnife, FileOfTheTemporaryNameSurvives) {
     writeFileText(folder / "Wing_0.dat", "mine");
     writeFileText(folder / "Wing_0_1.dat", "mine too");
     answer({{"section", "1"}});
-    doc.KnifeZones();
+    call("convert.knife");
     EXPECT_EQ(usedBox(doc.feRegion).second, Point(1, 3, 8));
     EXPECT_THAT(files(), ElementsAre("Wing_0.dat", "Wing_0_1.dat"));
     EXPECT_EQ(fileText(folder / "Wing_0.dat"), "mine");
@@ -597,7 +598,7 @@ TEST_F(ZoneKnife, FileOfTheTemporaryNameSurvives) {
 TEST_F(ZoneKnife, LinkOfTheTemporaryNameIsNotWrittenThrough) {
     std::filesystem::create_symlink(folder / "elsewhere", folder / "Wing_0.dat");
     answer({{"section", "1"}});
-    doc.KnifeZones();
+    call("convert.knife");
     EXPECT_FALSE(std::filesystem::exists(folder / "elsewhere"));
     EXPECT_TRUE(std::filesystem::is_symlink(folder / "Wing_0.dat"));
 }
@@ -605,7 +606,7 @@ TEST_F(ZoneKnife, LinkOfTheTemporaryNameIsNotWrittenThrough) {
 TEST_F(ZoneKnife, FailedWriteOfThePartsLeavesTheModel) {
     doc.modelFile.chosenPath = folder / "absent" / "wing.stl";
     answer({{"section", "1"}, {"cutKind", "3"}});
-    doc.KnifeZones();
+    call("convert.knife");
     EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok",
                                      StartsWith("message: \n--- Error Message ---\n\nFile Error: ...")));
     EXPECT_EQ(elements(), 12);
@@ -616,7 +617,7 @@ TEST_F(ZoneKnife, FailedWriteOfThePartsLeavesTheModel) {
 TEST_F(ZoneKnife, CutNeedsNothingBesideTheModel) {
     doc.modelFile.chosenPath = folder / "absent" / "wing.stl";
     answer({{"section", "1"}});
-    doc.KnifeZones();
+    call("convert.knife");
     EXPECT_EQ(usedBox(doc.feRegion).second, Point(1, 3, 8));
     EXPECT_FALSE(std::filesystem::exists(folder / "absent"));
 }
@@ -626,7 +627,7 @@ TEST_F(ZoneKnife, CutWithoutRoomForItsFileLeavesTheModel) {
     const std::string old = before == nullptr ? "" : before;
     ::setenv("TMPDIR", (folder / "absent").c_str(), 1);
     answer({{"section", "1"}});
-    doc.KnifeZones();
+    call("convert.knife");
     before == nullptr ? ::unsetenv("TMPDIR") : ::setenv("TMPDIR", old.c_str(), 1);
     EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok", "message: It is impossible to save current file"));
     EXPECT_EQ(elements(), 12);
@@ -636,7 +637,7 @@ TEST_F(ZoneKnife, CutWithoutRoomForItsFileLeavesTheModel) {
 TEST_F(ZoneKnife, SurfaceWithoutTrianglesHasNoInside) {
     doc.feRegion.blocks.clear();
     answer({});
-    doc.KnifeZones();
+    call("convert.knife");
     EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok", "message: Section X=const is out of body"));
 }
 
@@ -644,7 +645,7 @@ TEST_F(ZoneKnife, OtherFieldsAreLeftToNoZone) {
     doc.feRegion.blocks[0]->addVariable("p");
     doc.feRegion.blocks.push_back(oneTriangle(0, 1, "second"));
     answer({{"section", "1.5"}, {"cutKind", "1"}});
-    doc.KnifeZones();
+    call("convert.knife");
     ASSERT_THAT(doc.feRegion.blocks, SizeIs(2));
     EXPECT_THAT(doc.feRegion.blocks[0]->variables, SizeIs(3));
     EXPECT_EQ(doc.feRegion.blocks[1]->title, "second");
@@ -654,13 +655,13 @@ TEST_F(ZoneKnife, OtherFieldsAreLeftToNoZone) {
 // ---- Invisible remove -----------------------------------------------------------------------------------------------
 
 TEST_F(InvisibleRemove, SaysThatNothingIsSelected) {
-    doc.RemoveInvisible();
+    call("model.invisibleRemove");
     EXPECT_THAT(heard(), ElementsAre("message: Procedure is impossible. Visible part is not selected."));
     EXPECT_EQ(elements(), 12);
     ASSERT_THAT(doc.undoRegion.blocks, SizeIs(1));
     EXPECT_EQ(doc.undoRegion.blocks[0]->elementCount, 12);
     EXPECT_TRUE(doc.documentModified);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(elements(), 12);
 }
 

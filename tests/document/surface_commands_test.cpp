@@ -1,5 +1,6 @@
+#include "DialogValues.h"
 #include "arranged_capture.h"
-#include "document_fixture.h"
+#include "state_fixture.h"
 
 namespace velmora::test {
 
@@ -34,21 +35,21 @@ bool isFlat(const Patch& patch) {
     return true;
 }
 
-class CoonsRebuild : public DocumentTest {};
+class CoonsRebuild : public StateTest {};
 
-class Smooth : public DocumentTest {
+class Smooth : public StateTest {
 protected:
     void smooth(const Fields& fields) {
         ui.dialogs.push_back(fields);
-        doc.SmoothGeometry();
+        call("model.smooth");
     }
 };
 
-class Interpolate : public DocumentTest {
+class Interpolate : public StateTest {
 protected:
     void interpolate(const Fields& fields) {
         ui.dialogs.push_back(fields);
-        doc.Interpolate();
+        call("line.interpolate");
     }
     void fitTo(const zVec<double>& target) {
         doc.pointClipboard = target;
@@ -57,7 +58,7 @@ protected:
     }
 };
 
-class CorrectLine : public DocumentTest {
+class CorrectLine : public StateTest {
 protected:
     /// A line, or a section, with a free point beside it.
     void holdFree(std::int32_t section, std::int32_t point) {
@@ -68,7 +69,7 @@ protected:
     }
     void correct(const Fields& fields) {
         ui.dialogs.push_back(fields);
-        doc.CorrectLine();
+        call("line.correct");
     }
 };
 
@@ -84,7 +85,7 @@ TEST_F(CoonsRebuild, TakesThePatchesOfTheZBlockOnly) {
     addToBlock(0);
     const PatchList before = doc.patches;
     doc.rebuildOnUndo = true;
-    doc.CoonsRebuild();
+    call("model.coonsRebuild");
     EXPECT_TRUE(isFlat(doc.patches[0]));
     EXPECT_EQ(doc.patches[1], before[1]);
     EXPECT_TRUE(isFlat(doc.patches[2]));
@@ -98,7 +99,7 @@ TEST_F(CoonsRebuild, TakesThePatchesOfTheZBlockOnly) {
 
 TEST_F(CoonsRebuild, WithoutAZBlockTakesTheWholeModel) {
     hold({wrinkled(5, 5), wrinkled(4, 6)});
-    doc.CoonsRebuild();
+    call("model.coonsRebuild");
     EXPECT_TRUE(isFlat(doc.patches[0]) && isFlat(doc.patches[1]));
 }
 
@@ -107,7 +108,7 @@ TEST_F(CoonsRebuild, PassesOverEntriesThatNameNoPatch) {
     addToBlock(-1);
     addToBlock(9);
     addToBlock(1);
-    doc.CoonsRebuild();
+    call("model.coonsRebuild");
     EXPECT_FALSE(isFlat(doc.patches[0]));
     EXPECT_TRUE(isFlat(doc.patches[1]));
 }
@@ -118,7 +119,7 @@ TEST_F(CoonsRebuild, TakesTheCapturedPointAlong) {
         capturePoint(0, 2, 2);
         arranged(doc).pointCaptured = !free;
         arranged(doc).freePointHeld = free;
-        doc.CoonsRebuild(); // the middle comes down into the plane of the borders
+        call("model.coonsRebuild"); // the middle comes down into the plane of the borders
         EXPECT_NEAR(doc.capture->capturedPointPos.z, 0.0, 1e-12) << free;
         EXPECT_NEAR(doc.capture->pickedPoint.z, 0.0, 1e-12) << free;
     }
@@ -173,7 +174,7 @@ TEST_F(Smooth, CoincidentPointsTurnItToLinearForWhatFollowsAndTheNextCall) {
     hold({curved, doubled, curved});
     smooth({});
     EXPECT_NE(doc.patches[0], doc.patches[2]); // by spline, and along the chords
-    EXPECT_EQ(doc.smoothValues.function, 2);
+    EXPECT_EQ(doc.dialogs->smooth.function, 2);
     const Patch alongChords = doc.patches[2];
     hold({curved});
     smooth({});
@@ -183,7 +184,7 @@ TEST_F(Smooth, CoincidentPointsTurnItToLinearForWhatFollowsAndTheNextCall) {
 TEST_F(Smooth, CancelledChangesNothing) {
     hold({wrinkled(5, 5)});
     const PatchList before = doc.patches;
-    doc.SmoothGeometry();
+    call("model.smooth");
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
 }
@@ -250,11 +251,11 @@ TEST_F(Interpolate, FitsToThePointInTheClipboard) {
 TEST_F(Interpolate, OffersTheFitOnlyWithAPointInTheClipboard) {
     hold({flatPatch(4, 3)});
     captureSection(0, 1);
-    doc.interpolateValues.fitToBuffer = true;
+    doc.dialogs->interpolate.fitToBuffer = true;
     doc.lineBufferFull = true; // the line buffer does not count
     interpolate({{"fitToBuffer", "1"}});
     EXPECT_EQ(heard()[0], "refused: fitToBuffer=1: The field is off.");
-    EXPECT_FALSE(doc.interpolateValues.fitToBuffer);
+    EXPECT_FALSE(doc.dialogs->interpolate.fitToBuffer);
 }
 
 TEST_F(Interpolate, WithFewerThanThreeSectionsSaysSoAfterTheSnapshot) {
@@ -299,7 +300,7 @@ TEST_F(Interpolate, OfABorderOnItsNeighbourStopsWithoutAWord) {
 TEST_F(Interpolate, CancelledChangesNothing) {
     hold({flatPatch(4, 3)});
     captureSection(0, 1);
-    doc.Interpolate();
+    call("line.interpolate");
     EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
 }
 
@@ -348,14 +349,14 @@ TEST_F(CorrectLine, FillsTheDialogFromTheLineEachTime) {
     hold({flatPatch(3, 8)});
     captureLine(0, 3);
     holdFree(0, 1);
-    doc.correctLineValues = {77, 78, 9};
+    doc.dialogs->correctLine = {77, 78, 9};
     Lines values;
     ui.onDialog = [&values](DialogForm& form) {
         for (const DialogField& field : form.fields) {
             values.push_back(field.key + "=" + fieldText(field));
         }
     };
-    doc.CorrectLine();
+    call("line.correct");
     EXPECT_THAT(values, ElementsAre("linesBefore=4", "linesAfter=5", "power=0.65"));
 }
 
@@ -423,7 +424,7 @@ TEST_F(CorrectLine, CancelledLeavesModelAndCapture) {
         section ? captureSection(0, 1) : captureLine(0, 1);
         holdFree(3, 2);
         const PatchList before = doc.patches;
-        doc.CorrectLine();
+        call("line.correct");
         EXPECT_THAT(heard(), ElementsAre("dialog: CCorrectLine -> cancel"));
         EXPECT_EQ(doc.patches, before);
         EXPECT_EQ(doc.capture->capturedPoint, 2);
@@ -452,7 +453,7 @@ TEST_F(CorrectLine, UndoneBringsTheModelBack) {
     holdFree(0, 1);
     const PatchList before = doc.patches;
     correct(threeAndThree);
-    doc.UndoPoint();
+    call("point.undo");
     EXPECT_EQ(doc.patches, before);
     EXPECT_EQ(doc.capture->capturedPoint, 1);
     EXPECT_FALSE(doc.patchUndoReady || doc.pointUndoReady);
@@ -465,17 +466,17 @@ TEST_F(CorrectLine, UndoneCapturesTheLineOrTheSectionOfBefore) {
         holdFree(0, 1);
         correct({{"linesBefore", "3"}, {"linesAfter", "4"}, {"power", "1"}});
         ASSERT_EQ(doc.capture->capturedLine, 2);
-        doc.UndoPoint();
+        call("point.undo");
         EXPECT_EQ(doc.capture->capturedLine, line);
         EXPECT_EQ(doc.capture->savedLine, -1);
-        doc.ExitLines();
+        call("line.exit");
     }
     hold({flatPatch(5, 3)});
     captureSection(0, 3);
     holdFree(1, 0);
     correct(threeAndThree);
     ASSERT_EQ(doc.capture->capturedSection, 2);
-    doc.UndoPoint();
+    call("point.undo");
     EXPECT_EQ(doc.capture->capturedSection, 3);
     EXPECT_EQ(doc.capture->savedSection, -1);
 }

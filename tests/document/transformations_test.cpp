@@ -1,5 +1,6 @@
 #include <cmath>
 
+#include "DialogValues.h"
 #include "arranged_capture.h"
 #include "zone_fixture.h"
 
@@ -15,9 +16,9 @@ using Numbers = std::vector<std::int32_t>;
 
 class Transformation : public ZoneTest {
 protected:
-    void run(void (VelmoraDoc::*command)(), const Fields& fields) {
+    void run(const char* command, const Fields& fields) {
         ui.dialogs.push_back(fields);
-        (doc.*command)();
+        call(command);
     }
 
     void expectSnapshotOf(const PatchList& before) {
@@ -30,9 +31,8 @@ using TransformationOfZones = Transformation;
 using Convertation = Transformation;
 using LastFirstSwitch = Transformation;
 
-constexpr void (VelmoraDoc::*const transformations[])() = {&VelmoraDoc::ScaleModel, &VelmoraDoc::MoveModel,
-                                                           &VelmoraDoc::RotateModel, &VelmoraDoc::FlipModel,
-                                                           &VelmoraDoc::SymmetricModel};
+constexpr const char* const transformations[] = {"model.scaling", "model.move", "model.rotation", "model.flip",
+                                                 "model.symmetric"};
 
 } // namespace
 
@@ -42,7 +42,7 @@ TEST_F(Transformation, CancelledChangesNothing) {
     hold({flatPatch(2, 2)});
     const PatchList before = doc.patches;
     for (const auto command : transformations) {
-        (doc.*command)();
+        call(command);
     }
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
@@ -54,22 +54,22 @@ TEST_F(Transformation, CancelledChangesNothing) {
 
 TEST_F(Transformation, WithoutAModelAsksNothing) {
     for (const auto command : transformations) {
-        (doc.*command)();
+        call(command);
     }
-    doc.Convertation();
-    doc.LastFirstSwitch();
+    call("model.convertation");
+    call("model.lastFirstSwitch");
     EXPECT_THAT(heard(), IsEmpty());
 }
 
 TEST_F(Transformation, FitsTheViewAnewAndAgainWhenUndone) {
     hold({flatPatch(2, 2)});
     const PatchList before = doc.patches;
-    run(&VelmoraDoc::MoveModel, {{"deltaX", "5"}});
+    run("model.move", {{"deltaX", "5"}});
     EXPECT_EQ(doc.boxMin, (Vec{5, 0, 0}));
     EXPECT_EQ(doc.boxMax, (Vec{6, 1, 0}));
     EXPECT_THAT(viewCalls(), ElementsAre("bounds", "redraw"));
     expectSnapshotOf(before);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches, before);
     EXPECT_EQ(doc.boxMin, (Vec{0, 0, 0}));
     EXPECT_THAT(viewCalls(), ElementsAre("bounds"));
@@ -79,8 +79,8 @@ TEST_F(Transformation, FitsTheViewAnewAndAgainWhenUndone) {
 TEST_F(Transformation, ThatKeepsTheNumbersMarksTheDocumentAllTheSame) {
     hold({flatPatch(2, 2)});
     const PatchList before = doc.patches;
-    run(&VelmoraDoc::ScaleModel, {});
-    run(&VelmoraDoc::MoveModel, {});
+    run("model.scaling", {});
+    run("model.move", {});
     EXPECT_EQ(doc.patches, before);
     expectSnapshotOf(before);
 }
@@ -89,7 +89,7 @@ TEST_F(Transformation, TakesTheZBlocksPatchesAndKeepsTheirPlaces) {
     hold({flatPatch(2, 2, 0), flatPatch(2, 2, 1), flatPatch(2, 2, 2)});
     addToBlock(2);
     addToBlock(0);
-    run(&VelmoraDoc::MoveModel, {{"deltaZ", "10"}});
+    run("model.move", {{"deltaZ", "10"}});
     EXPECT_EQ(doc.patches[0][0][0].z, 10);
     EXPECT_EQ(doc.patches[1][0][0].z, 1);
     EXPECT_EQ(doc.patches[2][0][0].z, 12);
@@ -99,19 +99,19 @@ TEST_F(Transformation, TakesTheZBlocksPatchesAndKeepsTheirPlaces) {
 TEST_F(Transformation, TakesTheCapturedPointAlongAndMakesItsUndoReady) {
     hold({flatPatch(2, 2)});
     capturePoint(0, 1, 1);
-    run(&VelmoraDoc::ScaleModel, {{"scale", "3"}});
+    run("model.scaling", {{"scale", "3"}});
     EXPECT_EQ(doc.capture->capturedPointPos, (Vec{3, 3, 0}));
     EXPECT_TRUE(doc.capture->pointCaptured);
     EXPECT_TRUE(doc.pointUndoReady);
     EXPECT_EQ(doc.capture->capturedPoint, 1);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.capture->capturedPointPos, (Vec{1, 1, 0}));
 }
 
 TEST_F(Transformation, WorksOnLinesAndWithASectionCaptured) {
     hold({patchOf({2, 3})});
     captureSection(0, 1);
-    run(&VelmoraDoc::MoveModel, {{"deltaY", "1"}});
+    run("model.move", {{"deltaY", "1"}});
     EXPECT_EQ(doc.patches[0][1][2], (Vec{2, 2, 0}));
     EXPECT_TRUE(doc.capture->sectionCaptured);
     EXPECT_EQ(doc.capture->capturedSection, 1);
@@ -121,13 +121,13 @@ TEST_F(Transformation, WorksOnLinesAndWithASectionCaptured) {
 
 TEST_F(Transformation, ScalesFromTheCentre) {
     hold({flatPatch(2, 2)});
-    run(&VelmoraDoc::ScaleModel, {{"xCenter", "1"}, {"yCenter", "0"}, {"zCenter", "2"}, {"scale", "3"}});
+    run("model.scaling", {{"xCenter", "1"}, {"yCenter", "0"}, {"zCenter", "2"}, {"scale", "3"}});
     EXPECT_EQ(doc.patches[0], (Patch{{{-2, 0, -4}, {1, 0, -4}}, {{-2, 3, -4}, {1, 3, -4}}}));
 }
 
 TEST_F(Transformation, RotatesAboutTheAxis) {
     hold({{{{0, 1, 0}, {0.5, 1, 0}}, {{0, 2, 0}, {0.5, 2, 0}}}});
-    run(&VelmoraDoc::RotateModel, {{"angle", "90"}});
+    run("model.rotation", {{"angle", "90"}});
     for (std::size_t n = 0; n < 2; ++n) {
         EXPECT_NEAR(doc.patches[0][n][0].y, 0, 2e-6);
         EXPECT_NEAR(doc.patches[0][n][1].z, static_cast<double>(n) + 1, 1e-12);
@@ -138,27 +138,29 @@ TEST_F(Transformation, RotatesAboutTheAxis) {
 
 TEST_F(Transformation, RotationLeavesAMovedAxisPointInTheDialog) {
     hold({flatPatch(2, 3)}); // (1, 1, 0) stands over the second point of the axis
-    run(&VelmoraDoc::RotateModel, {{"angle", "90"}});
-    EXPECT_EQ(doc.rotateValues.x2, 1.5);
-    EXPECT_EQ(doc.rotateValues.y2, 0);
-    EXPECT_EQ(fieldText(*doc.storedDialog("CBlockRotate")->find("x2")), "1.5");
+    run("model.rotation", {{"angle", "90"}});
+    EXPECT_EQ(doc.dialogs->rotate.x2, 1.5);
+    EXPECT_EQ(doc.dialogs->rotate.y2, 0);
+    EXPECT_EQ(fieldText(*doc.dialogs->form("CBlockRotate")->find("x2")), "1.5");
 }
 
 TEST_F(Transformation, RotationLeavesEachCoordinateOfAMovedAxisPointInTheDialog) {
     // (-1, 1, 0) stands over the second point of the axis, which goes to one and a half times its place.
     hold({{{{-1, 1, 0}, {-2, 1, 0}}, {{-1, 1, 1}, {-2, 1, 1}}}});
-    run(&VelmoraDoc::RotateModel, {{"x2", "0"}, {"y2", "1"}, {"z2", "0"}, {"angle", "90"}});
-    EXPECT_EQ(zVec<double>(doc.rotateValues.x2, doc.rotateValues.y2, doc.rotateValues.z2), zVec<double>(0, 1.5, 0));
+    run("model.rotation", {{"x2", "0"}, {"y2", "1"}, {"z2", "0"}, {"angle", "90"}});
+    EXPECT_EQ(zVec<double>(doc.dialogs->rotate.x2, doc.dialogs->rotate.y2, doc.dialogs->rotate.z2),
+              zVec<double>(0, 1.5, 0));
     hold({{{{-1, 0, 1}, {-2, 0, 1}}, {{-1, 1, 1}, {-2, 1, 1}}}});
-    run(&VelmoraDoc::RotateModel, {{"x2", "0"}, {"y2", "0"}, {"z2", "1"}, {"angle", "90"}});
-    EXPECT_EQ(zVec<double>(doc.rotateValues.x2, doc.rotateValues.y2, doc.rotateValues.z2), zVec<double>(0, 0, 1.5));
+    run("model.rotation", {{"x2", "0"}, {"y2", "0"}, {"z2", "1"}, {"angle", "90"}});
+    EXPECT_EQ(zVec<double>(doc.dialogs->rotate.x2, doc.dialogs->rotate.y2, doc.dialogs->rotate.z2),
+              zVec<double>(0, 0, 1.5));
 }
 
 TEST_F(Transformation, RotationWithoutAnAxisEndsAfterTheSnapshot) {
     hold({flatPatch(2, 2)});
     const PatchList before = doc.patches;
     capturePoint(0, 1, 1);
-    run(&VelmoraDoc::RotateModel, {{"x2", "0"}, {"angle", "90"}});
+    run("model.rotation", {{"x2", "0"}, {"angle", "90"}});
     EXPECT_EQ(doc.patches, before);
     expectSnapshotOf(before);
     EXPECT_FALSE(doc.pointUndoReady);
@@ -168,14 +170,14 @@ TEST_F(Transformation, RotationWithoutAnAxisEndsAfterTheSnapshot) {
 
 TEST_F(Transformation, FlipReflectsAndReversesEachSection) {
     hold({flatPatch(2, 3)});
-    run(&VelmoraDoc::FlipModel, {{"plane", "2"}, {"yPlane", "2"}});
+    run("model.flip", {{"plane", "2"}, {"yPlane", "2"}});
     EXPECT_EQ(doc.patches[0], (Patch{{{2, 4, 0}, {1, 4, 0}, {0, 4, 0}}, {{2, 3, 0}, {1, 3, 0}, {0, 3, 0}}}));
 }
 
 TEST_F(Transformation, FlipDropsTheCapturedPoint) {
     hold({flatPatch(2, 3)});
     capturePoint(0, 1, 1);
-    run(&VelmoraDoc::FlipModel, {});
+    run("model.flip", {});
     EXPECT_FALSE(doc.capture->pointCaptured);
     EXPECT_EQ(doc.capture->capturedPoint, -1);
     EXPECT_FALSE(doc.pointUndoReady);
@@ -183,9 +185,9 @@ TEST_F(Transformation, FlipDropsTheCapturedPoint) {
 
 TEST_F(Transformation, FlipAndSymmetricHaveTheirOwnPlanes) {
     hold({flatPatch(2, 2)});
-    run(&VelmoraDoc::FlipModel, {{"plane", "3"}, {"zPlane", "4"}});
-    EXPECT_EQ(doc.symmetricValues.plane, 1);
-    EXPECT_EQ(doc.symmetricValues.zPlane, 0);
+    run("model.flip", {{"plane", "3"}, {"zPlane", "4"}});
+    EXPECT_EQ(doc.dialogs->symmetric.plane, 1);
+    EXPECT_EQ(doc.dialogs->symmetric.zPlane, 0);
     EXPECT_EQ(doc.patches[0][0][0].z, 8);
 }
 
@@ -195,7 +197,7 @@ TEST_F(Transformation, SymmetricAddsTheImagesAndKeepsTheZBlock) {
     for (const int patch : {0, 1, 2}) {
         addToBlock(patch);
     }
-    run(&VelmoraDoc::SymmetricModel, {{"xPlane", "-1"}});
+    run("model.symmetric", {{"xPlane", "-1"}});
     ASSERT_EQ(doc.patches.size(), 6U);
     for (std::size_t k = 0; k < 3; ++k) {
         EXPECT_EQ(doc.patches[k], before[k]);
@@ -210,7 +212,7 @@ TEST_F(Transformation, SymmetricAddsTheImagesAndKeepsTheZBlock) {
 
 TEST_F(Transformation, SymmetricWithoutAZBlockDoublesTheModel) {
     hold({flatPatch(2, 2, 0), flatPatch(2, 2, 1)});
-    run(&VelmoraDoc::SymmetricModel, {});
+    run("model.symmetric", {});
     EXPECT_EQ(doc.patches.size(), 4U);
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
@@ -219,11 +221,11 @@ TEST_F(Transformation, SymmetricWithoutAZBlockDoublesTheModel) {
 
 TEST_F(TransformationOfZones, MovesEveryNodeOfAllZones) {
     holdZones({3, 2});
-    run(&VelmoraDoc::MoveModel, {{"deltaZ", "7"}});
+    run("model.move", {{"deltaZ", "7"}});
     EXPECT_EQ(node(0, 2), (Vec{2, 0, 7}));
     EXPECT_EQ(node(1, 1), (Vec{1, 1, 7}));
     EXPECT_THAT(viewCalls(), ElementsAre("bounds", "redraw"));
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(node(1, 1), (Vec{1, 1, 0}));
     EXPECT_THAT(viewCalls(), ElementsAre("bounds"));
 }
@@ -232,7 +234,7 @@ TEST_F(TransformationOfZones, OfAZBlockNormallyTakesTheFirstZoneAlone) {
     holdZones({3, 3, 3});
     addToBlock(2);
     addToBlock(0);
-    run(&VelmoraDoc::MoveModel, {{"deltaZ", "7"}});
+    run("model.move", {{"deltaZ", "7"}});
     EXPECT_EQ(node(2, 0).z, 7);
     EXPECT_EQ(node(0, 0).z, 0);
     EXPECT_EQ(node(1, 0).z, 0);
@@ -240,8 +242,8 @@ TEST_F(TransformationOfZones, OfAZBlockNormallyTakesTheFirstZoneAlone) {
 
 TEST_F(TransformationOfZones, OfALongZBlockGoesOnBehindThePositionThatTheNodesCountTo) {
     holdZones({3, 3, 3, 3, 9, 3});
-    doc.InvertBlock();
-    run(&VelmoraDoc::ScaleModel, {{"zCenter", "1"}, {"scale", "0"}});
+    call("block.invert");
+    run("model.scaling", {{"zCenter", "1"}, {"scale", "0"}});
     std::vector<double> heights;
     for (std::int32_t zone = 0; zone < 6; ++zone) {
         heights.push_back(node(zone, 1).z);
@@ -253,12 +255,12 @@ TEST_F(TransformationOfZones, OfALongZBlockGoesOnBehindThePositionThatTheNodesCo
 TEST_F(TransformationOfZones, FollowsTheCapturedNodeAndRemembersWhereItWas) {
     holdZones({3, 3});
     captureNode(1, 2);
-    run(&VelmoraDoc::ScaleModel, {{"scale", "2"}});
+    run("model.scaling", {{"scale", "2"}});
     EXPECT_EQ(doc.undoNode, (Vec{2, 1, 0}));
     EXPECT_EQ(doc.capture->capturedPointPos, (Vec{4, 2, 0}));
     EXPECT_EQ(doc.capture->pickedPoint, (Vec{4, 2, 0}));
     EXPECT_TRUE(doc.pointUndoReady);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.capture->capturedPointPos, (Vec{2, 1, 0}));
 }
 
@@ -266,7 +268,7 @@ TEST_F(TransformationOfZones, FlipChangesTheCoordinateAloneAndDropsTheNode) {
     holdZones({3});
     captureNode(0, 2);
     doc.undoNode = {9, 9, 9};
-    run(&VelmoraDoc::FlipModel, {{"xPlane", "1"}});
+    run("model.flip", {{"xPlane", "1"}});
     EXPECT_EQ(node(0, 0), (Vec{2, 0, 0}));
     EXPECT_EQ(node(0, 2), (Vec{0, 0, 0}));
     EXPECT_EQ(doc.undoNode, (Vec{9, 9, 9}));
@@ -277,7 +279,7 @@ TEST_F(TransformationOfZones, FlipChangesTheCoordinateAloneAndDropsTheNode) {
 
 TEST_F(TransformationOfZones, SymmetricAddsAZoneForEachWithItsTitle) {
     holdZones({3, 4});
-    run(&VelmoraDoc::SymmetricModel, {{"plane", "2"}, {"yPlane", "5"}});
+    run("model.symmetric", {{"plane", "2"}, {"yPlane", "5"}});
     EXPECT_EQ(nodeCounts(), (Numbers{3, 4, 3, 4}));
     EXPECT_EQ(node(1, 3), (Vec{3, 1, 0}));
     EXPECT_EQ(node(3, 3), (Vec{3, 9, 0}));
@@ -287,17 +289,17 @@ TEST_F(TransformationOfZones, SymmetricAddsAZoneForEachWithItsTitle) {
 
 TEST_F(TransformationOfZones, RotatesThemOrSaysThatThereIsNoAxis) {
     holdZones({3});
-    run(&VelmoraDoc::RotateModel, {{"x2", "0"}, {"z2", "1"}, {"angle", "180"}});
+    run("model.rotation", {{"x2", "0"}, {"z2", "1"}, {"angle", "180"}});
     EXPECT_NEAR(node(0, 2).x, -2, 1e-6);
     EXPECT_NEAR(node(0, 2).y, 0, 1e-6);
     heard();
-    run(&VelmoraDoc::RotateModel, {{"z2", "0"}});
+    run("model.rotation", {{"z2", "0"}});
     EXPECT_THAT(heard(), ElementsAre("dialog: CBlockRotate -> ok", "message: Axis is absent. Rotation is impossible"));
 }
 
 TEST_F(TransformationOfZones, OfNoZonesEndsAfterTheSnapshot) {
     holdZones({});
-    run(&VelmoraDoc::MoveModel, {});
+    run("model.move", {});
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_THAT(viewCalls(), IsEmpty());
 }
@@ -309,7 +311,7 @@ TEST_F(Convertation, ExchangesSectionsAndLinesAndTheCapture) {
     const PatchList before = doc.patches;
     captureSection(1, 2);
     capturePoint(1, 2, 4);
-    doc.Convertation();
+    call("model.convertation");
     EXPECT_EQ(countsOf(doc.patches[0]), (Numbers{2, 2, 2}));
     EXPECT_EQ(countsOf(doc.patches[1]), (Numbers{4, 4, 4, 4, 4}));
     EXPECT_EQ(doc.patches[1][4][2], before[1][2][4]);
@@ -321,7 +323,7 @@ TEST_F(Convertation, ExchangesSectionsAndLinesAndTheCapture) {
     EXPECT_EQ(doc.capture->capturedPoint, 2);
     EXPECT_EQ(doc.capture->capturedPointPos, before[1][2][4]);
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set line", "set point"));
-    doc.Convertation();
+    call("model.convertation");
     EXPECT_EQ(doc.patches, before);
     EXPECT_TRUE(doc.capture->sectionCaptured);
     EXPECT_EQ(doc.capture->capturedSection, 2);
@@ -332,7 +334,7 @@ TEST_F(Convertation, ExchangesSectionsAndLinesAndTheCapture) {
 TEST_F(Convertation, LeavesTheUndoStateAndTheBox) {
     hold({flatPatch(2, 3)});
     doc.boxMax = {9, 9, 9};
-    doc.Convertation();
+    call("model.convertation");
     EXPECT_FALSE(doc.patchUndoReady);
     EXPECT_THAT(doc.undoPatches, IsEmpty());
     EXPECT_EQ(doc.boxMax, (Vec{9, 9, 9}));
@@ -346,7 +348,7 @@ TEST_F(Convertation, OfAZBlockLeavesTheOthersAndStillExchangesTheCapture) {
     addToBlock(0);
     captureLine(1, 3);
     capturePoint(1, 2, 3);
-    doc.Convertation();
+    call("model.convertation");
     EXPECT_EQ(doc.patches[0].size(), 3U);
     EXPECT_EQ(doc.patches[1], before[1]);
     EXPECT_TRUE(doc.capture->sectionCaptured);
@@ -361,7 +363,7 @@ TEST_F(Convertation, ExchangesAFreePointToo) {
     capturePoint(0, 1, 2);
     arranged(doc).pointCaptured = false;
     arranged(doc).freePointHeld = true;
-    doc.Convertation();
+    call("model.convertation");
     EXPECT_EQ(doc.capture->capturedPointSection, 2);
     EXPECT_EQ(doc.capture->capturedPoint, 1);
 }
@@ -370,7 +372,7 @@ TEST_F(Convertation, RefusesLines) {
     hold({patchOf({3, 2})});
     const PatchList before = doc.patches;
     captureSection(0, 1);
-    doc.Convertation();
+    call("model.convertation");
     EXPECT_EQ(doc.patches, before);
     EXPECT_TRUE(doc.capture->sectionCaptured);
 }
@@ -381,7 +383,7 @@ TEST_F(LastFirstSwitch, TurnsRoundTheSectionsAndTheirNumbers) {
     hold({flatPatch(4, 3)});
     captureSection(0, 1);
     capturePoint(0, 1, 2);
-    run(&VelmoraDoc::LastFirstSwitch, {});
+    run("model.lastFirstSwitch", {});
     EXPECT_EQ(doc.patches[0][0], flatPatch(4, 3)[3]);
     EXPECT_EQ(doc.capture->capturedSection, 2);
     EXPECT_EQ(doc.capture->capturedPointSection, 2);
@@ -395,7 +397,7 @@ TEST_F(LastFirstSwitch, TurnsRoundTheLinesAndTheirNumbers) {
     hold({flatPatch(4, 3)});
     captureLine(0, 0);
     capturePoint(0, 1, 0);
-    run(&VelmoraDoc::LastFirstSwitch, {{"kind", "2"}});
+    run("model.lastFirstSwitch", {{"kind", "2"}});
     EXPECT_EQ(coordinates(doc.patches[0][1]), (std::vector<double>{2, 1, 0}));
     EXPECT_EQ(doc.capture->capturedLine, 2);
     EXPECT_EQ(doc.capture->capturedPointSection, 1);
@@ -406,11 +408,11 @@ TEST_F(LastFirstSwitch, TurnsRoundTheLinesAndTheirNumbers) {
 TEST_F(LastFirstSwitch, OfTheOtherDirectionKeepsTheCurvesNumber) {
     hold({flatPatch(4, 3)});
     captureLine(0, 0);
-    run(&VelmoraDoc::LastFirstSwitch, {{"kind", "1"}});
+    run("model.lastFirstSwitch", {{"kind", "1"}});
     EXPECT_EQ(doc.capture->capturedLine, 0);
     arranged(doc).lineCaptured = false;
     captureSection(0, 1);
-    run(&VelmoraDoc::LastFirstSwitch, {{"kind", "2"}});
+    run("model.lastFirstSwitch", {{"kind", "2"}});
     EXPECT_EQ(doc.capture->capturedSection, 1);
 }
 
@@ -418,7 +420,7 @@ TEST_F(LastFirstSwitch, TakesTheZBlockAlone) {
     hold({flatPatch(2, 2), flatPatch(2, 2)});
     const PatchList before = doc.patches;
     addToBlock(1);
-    run(&VelmoraDoc::LastFirstSwitch, {});
+    run("model.lastFirstSwitch", {});
     EXPECT_EQ(doc.patches[0], before[0]);
     EXPECT_EQ(doc.patches[1][0], before[1][1]);
 }
@@ -426,7 +428,7 @@ TEST_F(LastFirstSwitch, TakesTheZBlockAlone) {
 TEST_F(LastFirstSwitch, CancelledChangesNothing) {
     hold({flatPatch(2, 2)});
     const PatchList before = doc.patches;
-    doc.LastFirstSwitch();
+    call("model.lastFirstSwitch");
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.documentModified);
 }

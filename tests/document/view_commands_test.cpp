@@ -1,4 +1,6 @@
-#include "document_fixture.h"
+#include "state_fixture.h"
+
+#include "DialogValues.h"
 
 namespace velmora::test {
 
@@ -6,7 +8,7 @@ namespace {
 
 using testing::ElementsAre;
 
-class ViewCommands : public DocumentTest {
+class ViewCommands : public StateTest {
 protected:
     ViewCommands() { hold({flatPatch(2, 3), flatPatch(2, 3)}); }
 
@@ -18,7 +20,7 @@ protected:
                 text += fieldText(field);
             }
         };
-        doc.ViewFeatures();
+        call("view.features");
         ui.onDialog = nullptr;
         return text;
     }
@@ -28,16 +30,16 @@ protected:
 
 TEST_F(ViewCommands, FitToWindowTakesTheBoxAnew) {
     doc.patches[0][0][0].x = -7;
-    doc.FitToWindow();
+    call("view.fit");
     EXPECT_EQ(doc.boxMin.x, -7);
     EXPECT_THAT(viewCalls(), ElementsAre("bounds"));
 }
 
 TEST_F(ViewCommands, BlockOnlyFlipsAndRedraws) {
-    doc.ToggleBlockOnly();
+    call("block.only");
     EXPECT_TRUE(doc.showBlockOnly);
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
-    doc.ToggleBlockOnly();
+    call("block.only");
     EXPECT_FALSE(doc.showBlockOnly);
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
 }
@@ -49,7 +51,7 @@ TEST_F(ViewCommands, FeaturesGoBackToTheSwitchesOnOk) {
                           {"showDoublePoints", "1"},
                           {"showBuffer", "1"},
                           {"showZBlockMarkers", "1"}});
-    doc.ViewFeatures();
+    call("view.features");
     EXPECT_TRUE(doc.showBlockOnly && doc.showFirstPoints && doc.showDoublePoints && doc.showBuffer &&
                 doc.showZBlockMarkers);
     EXPECT_THAT(heard(), ElementsAre("dialog: CFeatures -> ok"));
@@ -59,7 +61,7 @@ TEST_F(ViewCommands, FeaturesGoBackToTheSwitchesOnOk) {
 TEST_F(ViewCommands, CancelledFeaturesChangeNoSwitch) {
     addToBlock(0);
     doc.showBlockOnly = doc.showBuffer = true;
-    doc.ViewFeatures();
+    call("view.features");
     EXPECT_TRUE(doc.showBlockOnly && doc.showBuffer);
     EXPECT_FALSE(doc.showFirstPoints || doc.showDoublePoints || doc.showZBlockMarkers);
     EXPECT_THAT(heard(), ElementsAre("dialog: CFeatures -> cancel"));
@@ -75,14 +77,14 @@ TEST_F(ViewCommands, FeaturesOpenWithTheSwitchesOfTheDocument) {
 
 TEST_F(ViewCommands, FeaturesKeepFirstAndDoublePointsAsTheyWereTyped) {
     ui.dialogs.push_back({{"showFirstPoints", "1"}, {"showDoublePoints", "1"}});
-    doc.ViewFeatures();
+    call("view.features");
     EXPECT_EQ(shown(), "01100");
 }
 
 TEST_F(ViewCommands, FeaturesWithoutAZBlockEndBlockOnlyAndMarkers) {
     doc.showBlockOnly = doc.showZBlockMarkers = true;
     ui.dialogs.push_back({{"showBlockOnly", "1"}});
-    doc.ViewFeatures();
+    call("view.features");
     EXPECT_FALSE(doc.showBlockOnly);
     EXPECT_FALSE(doc.showZBlockMarkers);
     EXPECT_EQ(ui.transcript.size(), 2U);
@@ -91,11 +93,11 @@ TEST_F(ViewCommands, FeaturesWithoutAZBlockEndBlockOnlyAndMarkers) {
 
 TEST_F(ViewCommands, FeaturesOfAnUnstructuredModelHaveNoDoublePoints) {
     doc.showDoublePoints = true;
-    doc.featuresValues.showDoublePoints = true;
+    doc.dialogs->features.showDoublePoints = true;
     doc.structureKind = StructureKind::Unstructured;
     EXPECT_EQ(shown(), "00000");
     ui.dialogs.push_back({});
-    doc.ViewFeatures();
+    call("view.features");
     EXPECT_FALSE(doc.showDoublePoints);
 }
 

@@ -1,3 +1,4 @@
+#include "DialogValues.h"
 #include "arranged_capture.h"
 #include "document_fixture.h"
 #include "file_texts.h"
@@ -507,7 +508,7 @@ TEST_F(NodeRegime, InputPatchCountsZones) {
     doc.openFiles();
     ui.dialogs = {{{"number", "2"}}};
     doc.InputPatch();
-    EXPECT_EQ(doc.inputPatchValues.maximum, 2);
+    EXPECT_EQ(doc.dialogs->inputPatch.maximum, 2);
     EXPECT_EQ(block(), (std::vector<std::int32_t>{1}));
 }
 

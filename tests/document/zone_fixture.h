@@ -1,12 +1,12 @@
 #pragma once
 
 #include "arranged_capture.h"
-#include "document_fixture.h"
+#include "state_fixture.h"
 
 namespace velmora::test {
 
 /// A document test that can hold an unstructured model too.
-class ZoneTest : public DocumentTest {
+class ZoneTest : public StateTest {
 protected:
     /// One zone for each count: zone k has the title "zonek" and its node n stands at (n, k, 0).
     void holdZones(const std::vector<int>& counts) {
@@ -29,7 +29,7 @@ protected:
         doc.structureKind = StructureKind::Unstructured;
         doc.fileKind = FileKind::None;
         doc.modelFile.chosenPath = folder / "wing.dat";
-        doc.updateBounds();
+        updateBounds();
         forget();
     }
 

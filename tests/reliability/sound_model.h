@@ -5,13 +5,13 @@
 #include <cmath>
 #include <string>
 
-#include "VelmoraDoc.h"
+#include "DocumentState.h"
 #include "finite_model.h"
 
 namespace velmora::test {
 
 /// What must hold of a document whatever happened to it; a text that says what does not, empty when all holds.
-inline std::string unsoundness(VelmoraDoc& doc) {
+inline std::string unsoundness(DocumentState& doc) {
     switch (doc.structureKind) {
     case StructureKind::None:
         if (!doc.holdsNothing()) {

@@ -2,6 +2,7 @@
 #include <random>
 #include <set>
 
+#include "VelmoraDoc.h"
 #include "command_rig.h"
 #include "command_table.h"
 #include "reliability.h"
@@ -18,7 +19,7 @@ protected:
     int pick(int count) { return std::uniform_int_distribution<int>(0, count - 1)(random_); }
 
     void holdAnything() {
-        doc.leaveRegimes();
+        leaveRegimes();
         doc.feRegion.blocks.clear();
         doc.lineBuffer = patchOf({3})[0];
         doc.lineBufferFull = true;
@@ -49,11 +50,11 @@ protected:
         const int points = section < 0 ? 0 : countOf(patch[static_cast<std::size_t>(section)]);
         switch (points == 0 ? 3 : pick(4)) {
         case 0:
-            doc.leaveRegimes();
+            leaveRegimes();
             captureSection(part, section);
             break;
         case 1:
-            doc.leaveRegimes();
+            leaveRegimes();
             doc.fileKind == FileKind::Apt ? captureLine(part, pick(points)) : captureSection(part, section);
             break;
         case 2:
@@ -89,7 +90,7 @@ protected:
         const std::string zones = Picture::ofZones(doc.feRegion);
         const bool structured = doc.structureKind == StructureKind::Structured;
         ran_ = id;
-        doc.runCommand(command.run);
+        call(id);
         const bool changed = doc.patches != patches || Picture::ofZones(doc.feRegion) != zones;
         if (!changed || keepsNoSnapshot.count(id) > 0) {
             return;
@@ -101,7 +102,7 @@ protected:
         } else {
             EXPECT_TRUE(structured ? doc.undoPatches == patches : Picture::ofZones(doc.undoRegion) == zones) << id;
             if (doc.patchUndoReady && pick(3) == 0) {
-                doc.runCommand(findCommand("patch.undo")->run);
+                call("patch.undo");
                 EXPECT_EQ(doc.patches, patches) << id;
                 EXPECT_EQ(Picture::ofZones(doc.feRegion), zones) << id;
             }
@@ -122,7 +123,7 @@ protected:
         }
         ui.files = {{path}};
         ui.answers = {true, true};
-        doc.saveModelAs();
+        call("file.saveAs");
         RecordingUi other;
         VelmoraDoc reader(other, folder.path());
         reader.onNewDocument();

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "DocumentState.h"
 #include "FakeSurface.h"
 #include "RecordingUi.h"
 #include "arranged_capture.h"
@@ -40,7 +41,7 @@ protected:
     }
 
     CommandReport run(const char* id) { return session.run(*findCommand(id)); }
-    VelmoraDoc& doc() { return session.document(); }
+    DocumentState& doc() { return session.state(); }
 
     /// Opens the plate and moves it.
     void changePlate() {

@@ -14,9 +14,10 @@
 #include <cstdlib>
 
 #include "AccessKeys.h"
+#include "DialogValues.h"
+#include "DocumentState.h"
 #include "Person.h"
 #include "RecordingUi.h"
-#include "VelmoraDoc.h"
 
 namespace velmora::test {
 namespace {
@@ -529,10 +530,10 @@ TEST(FormDialog, ACheckBoxWithoutANumberBesideItStandsAlone) {
 
 TEST(FormDialog, GivesEachAccessKeyOnce) {
     RecordingUi ui;
-    VelmoraDoc document(ui, ".");
-    for (const std::string& name : VelmoraDoc::dialogNames()) {
+    DocumentState document(ui, ".");
+    for (const std::string& name : DialogValues::names()) {
         SCOPED_TRACE(name);
-        auto form = document.storedDialog(name);
+        auto form = document.dialogs->form(name);
         const FormDialog dialog(*form);
         QString seen;
         const auto take = [&seen](QString text) {
@@ -572,10 +573,10 @@ TEST(AccessKeys, LeaveAmpersandsAndTheKeyThatATextHas) {
 
 TEST(FormDialog, EveryDialogOfTheDocumentHasANamedControlForEveryField) {
     RecordingUi ui;
-    VelmoraDoc document(ui, ".");
-    for (const std::string& name : VelmoraDoc::dialogNames()) {
+    DocumentState document(ui, ".");
+    for (const std::string& name : DialogValues::names()) {
         SCOPED_TRACE(name);
-        auto form = document.storedDialog(name);
+        auto form = document.dialogs->form(name);
         ASSERT_TRUE(form.has_value());
         openDialog(*form);
         const FormDialog dialog(*form);

@@ -8,6 +8,7 @@
 #include "FlatDesk.h"
 #include "MainFrame.h"
 #include "Person.h"
+#include "VelmoraDoc.h"
 #include "pixel_of.h"
 #include "qt_text.h"
 
@@ -24,7 +25,8 @@ struct FrameRig {
         frame.openFile(qtPath(model));
     }
 
-    VelmoraDoc& doc() { return frame.document(); }
+    DocumentState& doc() { return frame.state(); }
+    VelmoraDoc& document() { return frame.document(); }
     VelmoraView& view() { return frame.view(); }
     GlViewWidget& viewWidget() { return *frame.findChild<GlViewWidget*>(); }
     QString message() { return frame.findChild<QLabel*>(QStringLiteral("message"))->text(); }
@@ -66,7 +68,7 @@ struct FrameRig {
 private:
     void start() {
         QSettings().clear();
-        doc().onNewDocument();
+        document().onNewDocument();
         frame.showAsLeft();
         EXPECT_TRUE(waitUntil([this] { return frame.isActiveWindow(); }));
     }

@@ -10,6 +10,7 @@
 
 #include "Person.h"
 #include "RecordingUi.h"
+#include "VelmoraDoc.h"
 #include "mode_cursors.h"
 #include "small_models.h"
 

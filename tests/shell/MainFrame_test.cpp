@@ -233,7 +233,7 @@ TEST(MainFrame, ShowsThePromptOfTheStartFirst) {
 TEST(MainFrame, TellsOfAMissingPictureAndOfThePromptAfterwards) {
     FrameRig rig;
     EXPECT_EQ(rig.message(), QStringLiteral("wglCreateContext failed"));
-    rig.doc().ShowStatus("Find patch and click it");
+    rig.document().ShowStatus("Find patch and click it");
     EXPECT_EQ(rig.message(), QStringLiteral("Find patch and click it"));
 }
 
@@ -244,13 +244,13 @@ void tip(FrameRig& rig, const char* text) {
 
 TEST(MainFrame, AHintStandsInPlaceOfTheMessageUntilItsEntryIsLeft) {
     FrameRig rig;
-    rig.doc().ShowStatus("prompt");
+    rig.document().ShowStatus("prompt");
     tip(rig, "Create a new model");
     EXPECT_EQ(rig.message(), QStringLiteral("Create a new model"));
     tip(rig, "");
     EXPECT_EQ(rig.message(), QStringLiteral("prompt"));
     tip(rig, "Create a new model");
-    rig.doc().ShowStatus("news");
+    rig.document().ShowStatus("news");
     EXPECT_EQ(rig.message(), QStringLiteral("news")) << "a message comes at once";
     tip(rig, "");
     EXPECT_EQ(rig.message(), QStringLiteral("news"));
@@ -258,7 +258,7 @@ TEST(MainFrame, AHintStandsInPlaceOfTheMessageUntilItsEntryIsLeft) {
 
 TEST(MainFrame, AHintGoesWithItsMenuEvenWhenItsEntryWasNotLeft) {
     FrameRig rig;
-    rig.doc().ShowStatus("prompt");
+    rig.document().ShowStatus("prompt");
     for (const QAction* heading : rig.frame.menuBar()->actions()) {
         tip(rig, "Create a new model");
         emit heading->menu()->aboutToHide();
@@ -269,7 +269,7 @@ TEST(MainFrame, AHintGoesWithItsMenuEvenWhenItsEntryWasNotLeft) {
 TEST(MainFrame, EveryEntryOfTheMenusShowsItsCommandsStatusText) {
     const FlatDesk desk;
     FrameRig rig(desk.model);
-    rig.doc().ShowStatus("prompt");
+    rig.document().ShowStatus("prompt");
     for (const char* id : {"file.new", "model.move", "view.fit", "help.about"}) {
         rig.menuEntry(id)->showStatusText(&rig.frame);
         EXPECT_EQ(rig.message(), QLatin1String(findCommand(id)->statusText)) << id;
@@ -719,7 +719,7 @@ TEST(MainFrame, ACommandThatRunsOutOfMemoryIsToldAndLeavesTheModel) {
     FrameRig rig(desk.model);
     const PatchList before = rig.doc().patches;
     PoorView view;
-    rig.doc().attachView(view);
+    rig.document().attachView(view);
     rig.person.atDialog("CBlockMove", {{"deltaX", "1"}});
     rig.person.atMessage(QStringLiteral("The command could not be carried out (out of memory). The model is as it was "
                                         "before."));
@@ -730,7 +730,7 @@ TEST(MainFrame, ACommandThatRunsOutOfMemoryIsToldAndLeavesTheModel) {
     rig.person.atDialog("CBlockMove", {{"deltaX", "1"}});
     rig.run("model.move");
     EXPECT_NE(rig.doc().patches, before) << "the next one works again";
-    rig.doc().detachView(view);
+    rig.document().detachView(view);
     rig.doc().documentModified = false;
 }
 
@@ -739,7 +739,7 @@ TEST(MainFrame, AClickThatRunsOutOfMemoryIsToldAndLeavesWhatWasCaptured) {
     FrameRig rig(desk.model);
     PoorView view;
     rig.run("patch.capture");
-    rig.doc().attachView(view);
+    rig.document().attachView(view);
     view.poor = false;
     view.poorHighlight = true;
     rig.clickOn(onFirst);
@@ -747,7 +747,7 @@ TEST(MainFrame, AClickThatRunsOutOfMemoryIsToldAndLeavesWhatWasCaptured) {
                                             "was before."));
     EXPECT_EQ(rig.doc().blockCount, 0);
     EXPECT_TRUE(rig.frame.isVisible());
-    rig.doc().detachView(view);
+    rig.document().detachView(view);
 }
 
 TEST(MainFrame, TheSurfaceButtonFollowsWhatAPaintFindsOut) {
@@ -757,7 +757,7 @@ TEST(MainFrame, TheSurfaceButtonFollowsWhatAPaintFindsOut) {
     rig.doc().patches[0][0].pop_back();
     rig.doc().retitle();
     rig.person.atMessage(QStringLiteral("surface not allowed"));
-    rig.doc().redraw();
+    rig.document().redraw();
     EXPECT_TRUE(waitUntil([&rig] { return !rig.toolButton("view.surface")->isChecked(); }));
     EXPECT_FALSE(rig.menuEntry("view.surface")->isChecked());
     EXPECT_TRUE(waitUntil([&rig] { return rig.person.isDone(); }));

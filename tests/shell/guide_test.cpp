@@ -12,8 +12,9 @@
 #include <algorithm>
 #include <set>
 
+#include "DialogValues.h"
+#include "DocumentState.h"
 #include "RecordingUi.h"
-#include "VelmoraDoc.h"
 #include "qt_text.h"
 
 /// Failures show texts as words. In the namespace of QString, where it is looked for.
@@ -151,10 +152,10 @@ TEST(Guide, NamesEveryKey) {
 
 TEST(Guide, NamesEveryFieldAndChoiceOfEveryDialog) {
     RecordingUi ui;
-    VelmoraDoc document(ui, {});
+    DocumentState document(ui, {});
     const QString words = wordsOf();
-    for (const std::string& name : VelmoraDoc::dialogNames()) {
-        const DialogForm form = document.storedDialog(name).value();
+    for (const std::string& name : DialogValues::names()) {
+        const DialogForm form = document.dialogs->form(name).value();
         for (const DialogField& field : form.fields) {
             for (const std::string& choice : field.choices) {
                 EXPECT_TRUE(words.contains(qtText(plainText(choice)))) << name << ": " << choice;

@@ -13,6 +13,7 @@
 #include "RescueCopy.h"
 #include "RescueFolder.h"
 #include "messages.h"
+#include "rescue_format.h"
 
 namespace velmora::test {
 namespace {
@@ -148,7 +149,7 @@ struct RescueRig : FrameRig {
 
 TEST(RescueCopy, HoldsTheChangedModelAndGoesWhenItIsSaved) {
     RescueRig rig;
-    RescueCopy copy(rig.doc(), rig.root);
+    RescueCopy copy(rig.document(), rig.root);
     copy.look();
     copy.look();
     EXPECT_THAT(copiesIn(rig.root), IsEmpty()) << "nothing has changed";
@@ -165,7 +166,7 @@ TEST(RescueCopy, HoldsTheChangedModelAndGoesWhenItIsSaved) {
 
 TEST(RescueCopy, IsWrittenWithinSecondsWithoutAnybodyAsking) {
     RescueRig rig;
-    const RescueCopy copy(rig.doc(), rig.root);
+    const RescueCopy copy(rig.document(), rig.root);
     rig.move();
     QElapsedTimer waited;
     waited.start();
@@ -178,7 +179,7 @@ TEST(RescueCopy, IsWrittenWithinSecondsWithoutAnybodyAsking) {
 
 TEST(RescueCopy, WaitsForACommandThatWaitsForAnAnswer) {
     RescueRig rig;
-    RescueCopy copy(rig.doc(), rig.root);
+    RescueCopy copy(rig.document(), rig.root);
     rig.doc().documentModified = true;
     rig.person.at("CBlockMove", [&](QWidget& dialog) {
         for (int look = 0; look < 6; ++look) {
@@ -195,7 +196,7 @@ TEST(RescueCopy, GoesAtACleanEndAndStaysWhenItIsToBeKept) {
     for (const bool kept : {false, true}) {
         RescueRig rig;
         {
-            RescueCopy copy(rig.doc(), rig.root);
+            RescueCopy copy(rig.document(), rig.root);
             rig.move();
             EXPECT_TRUE(copy.writeNow());
             EXPECT_EQ(copiesIn(rig.root).size(), 1U);
@@ -210,7 +211,7 @@ TEST(RescueCopy, GoesAtACleanEndAndStaysWhenItIsToBeKept) {
 TEST(RescueCopy, TellsOnceWhereNoneCanBeKept) {
     RescueRig rig;
     writeFileText(rig.root, "a file in the way");
-    RescueCopy copy(rig.doc(), rig.root);
+    RescueCopy copy(rig.document(), rig.root);
     rig.move();
     for (int look = 0; look < 5; ++look) {
         copy.look();
@@ -232,7 +233,7 @@ TEST(RescueCopy, OfTwoMillionPointsHoldsUpTheWindowForLessThanTheEyeNotices) {
     }
     rig.doc().patches = std::move(large);
     const auto begin = std::chrono::steady_clock::now();
-    const std::string bytes = rig.doc().rescueBytes();
+    const std::string bytes = rig.document().rescueBytes();
     const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
     EXPECT_GT(bytes.size(), 48'000'000U);
     // Twenty to sixty milliseconds where the machine is free: the limit leaves room for a busy one.

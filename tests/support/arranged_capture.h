@@ -1,21 +1,21 @@
 #pragma once
 
-#include "VelmoraDoc.h"
+#include "DocumentState.h"
 
 namespace velmora::test {
 
 // The capture as a test needs it. What a user does by a command, a test does by the command; these stand for the mouse.
 
-inline void holdPoint(VelmoraDoc& document, std::int32_t patch, std::int32_t section, std::int32_t point) {
+inline void holdPoint(DocumentState& document, std::int32_t patch, std::int32_t section, std::int32_t point) {
     document.capture.holdPoint(patch, section, point, *document.pointAt(patch, section, point));
 }
 
-inline void holdSection(VelmoraDoc& document, std::int32_t patch, std::int32_t section) {
+inline void holdSection(DocumentState& document, std::int32_t patch, std::int32_t section) {
     const PointList* points = document.sectionAt(patch, section);
     document.capture.holdSection(patch, section, points != nullptr ? countOf(*points) : 0);
 }
 
-inline void holdLine(VelmoraDoc& document, std::int32_t patch, std::int32_t line) {
+inline void holdLine(DocumentState& document, std::int32_t patch, std::int32_t line) {
     document.capture.holdLine(patch, line);
 }
 
@@ -23,7 +23,7 @@ inline void holdLine(VelmoraDoc& document, std::int32_t patch, std::int32_t line
 inline CaptureState& arranged(Capture& capture) {
     return const_cast<CaptureState&>(*capture);
 }
-inline CaptureState& arranged(VelmoraDoc& document) {
+inline CaptureState& arranged(DocumentState& document) {
     return arranged(document.capture);
 }
 

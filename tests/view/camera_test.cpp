@@ -1,5 +1,7 @@
 #include "view_rig.h"
 
+#include "VelmoraDoc.h"
+
 namespace velmora {
 namespace {
 
@@ -287,7 +289,7 @@ TEST(BoundsChanged, ResetModeCentreZoomOffsetAndRotation) {
     rig.view.zoomFactor = 3.0;
     rig.view.modelOffset = {5, 5, 5};
     rig.view.modelRotation = rotationMatrix(40.0, {1, 0, 0});
-    rig.doc.updateBounds();
+    rig.updateBounds();
     EXPECT_EQ(rig.view.mouseMode, ModeNone);
     EXPECT_EQ(rig.view.viewCentreX, 300.0);
     EXPECT_EQ(rig.view.zoomFactor, 1.0);
@@ -304,7 +306,7 @@ TEST(BoundsChanged, OffsetIsThatOfTheNewBox) {
             point = point * 10.0 + zVec<double>(100, 0, 0);
         }
     }
-    rig.doc.updateBounds();
+    rig.updateBounds();
     // The box is 100 to 140, 0 to 20: centre (120, 10, 0), radius 0.525 times its diagonal.
     const double radius = 0.525 * std::sqrt(40.0 * 40.0 + 20.0 * 20.0);
     expectVector(rig.view.modelOffset, {-120, -10, -radius * eyeRadii}, 1e-9);
@@ -317,7 +319,7 @@ TEST(BoundsChanged, RebuildsTheListAndAsksForARepaint) {
     rig.paint();
     const auto revision = rig.surface.lastFrame.listRevision;
     const int repaints = rig.surface.repaints;
-    rig.doc.updateBounds();
+    rig.updateBounds();
     rig.paint();
     EXPECT_NE(rig.surface.lastFrame.listRevision, revision);
     EXPECT_GT(rig.surface.repaints, repaints);
@@ -326,7 +328,7 @@ TEST(BoundsChanged, RebuildsTheListAndAsksForARepaint) {
 TEST(BoundsChanged, NothingHappensWithoutAModel) {
     ViewRig rig;
     rig.view.zoomFactor = 3.0;
-    rig.doc.updateBounds();
+    rig.updateBounds();
     EXPECT_EQ(rig.view.zoomFactor, 3.0);
 }
 

@@ -3,8 +3,8 @@
 #include <initializer_list>
 #include <vector>
 
+#include "DocumentState.h"
 #include "RecordingUi.h"
-#include "VelmoraDoc.h"
 #include "draw_dump.h"
 #include "draw_lists.h"
 #include "small_models.h"
@@ -14,7 +14,7 @@ namespace velmora::test {
 /// A document without a view, to build lists of.
 struct DrawRig {
     RecordingUi ui;
-    VelmoraDoc doc{ui, "."};
+    DocumentState doc{ui, "."};
 
     explicit DrawRig(PatchList patches) {
         doc.patches = std::move(patches);

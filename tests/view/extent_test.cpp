@@ -1,3 +1,5 @@
+#include "VelmoraDoc.h"
+#include "vectors.h"
 #include "view_rig.h"
 
 namespace velmora {
@@ -40,7 +42,7 @@ TEST(ModelWithoutExtent, IsSeenInTheMiddleAndPicked) {
             EXPECT_GT(rig.doc.modelRadius, 0.0);
             const PixelPoint pixel = rig.pixelOf(place.point);
             EXPECT_EQ(pixel, (PixelPoint{300, 299}));
-            rig.doc.CapturePoint();
+            rig.document.CapturePoint();
             EXPECT_TRUE(rig.pick(place.point));
             EXPECT_EQ(rig.doc.capture->capturedPointPos, place.point);
             EXPECT_FALSE(rig.view.PickPoint({100, 100})) << "far from the point";
@@ -52,7 +54,7 @@ TEST(ModelWithoutExtent, IsTold) {
     ViewRig rig;
     rig.show({{{{1, 2, 3}}, {{1, 2, 3}}}});
     EXPECT_EQ(rig.doc.status, "All points of the model lie in one place");
-    rig.doc.FitToWindow();
+    rig.document.FitToWindow();
     EXPECT_EQ(rig.doc.status, "All points of the model lie in one place");
 }
 
@@ -81,7 +83,7 @@ TEST(VastModel, ProjectsAndPicksItsPoints) {
             EXPECT_LT(corner.x, 290);
             EXPECT_GT(corner.x, 0);
             EXPECT_GT(corner.y, 310);
-            rig.doc.CapturePoint();
+            rig.document.CapturePoint();
             const zVec<double> third = rig.doc.patches[0][1][3];
             EXPECT_TRUE(rig.pick(third));
             EXPECT_EQ(rig.doc.capture->capturedPointPos, third);
@@ -180,8 +182,8 @@ TEST(BlockColours, StayWhateverRegimeWaitsForItsClick) {
         ViewRig rig;
         rig.show({flatPatch(3, 5), flatPatch(2, 4)});
         rig.putIntoBlock({0});
-        rig.doc.redrawPicture();
-        (rig.doc.*arm)();
+        rig.document.redrawPicture();
+        (rig.document.*arm)();
         ASSERT_EQ(rig.doc.blockCount, 1);
         rig.paint();
         const auto member = rig.doc.blockList[0];

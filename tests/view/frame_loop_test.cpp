@@ -1,5 +1,7 @@
 #include "view_rig.h"
 
+#include "VelmoraDoc.h"
+
 namespace velmora {
 namespace {
 
@@ -139,7 +141,7 @@ TEST(Frame, WithoutGeometryAnyMoreLosesItsTriad) {
     rig.show(twoPatches());
     ASSERT_FALSE(rig.view.overlay().list.batches.empty());
     rig.ui.answers = {true};
-    rig.doc.onNewDocument();
+    rig.document.onNewDocument();
     ASSERT_TRUE(rig.doc.holdsNothing());
     rig.paint();
     EXPECT_TRUE(rig.view.overlay().list.batches.empty());
@@ -219,7 +221,7 @@ TEST(Frame, ListIsBuiltOnceForManyFrames) {
     rig.view.runViewCommand("view.iso");
     rig.paint();
     EXPECT_EQ(rig.surface.lastFrame.listRevision, revision);
-    rig.doc.redraw();
+    rig.redraw();
     rig.paint();
     EXPECT_NE(rig.surface.lastFrame.listRevision, revision);
 }

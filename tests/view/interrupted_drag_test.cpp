@@ -1,5 +1,6 @@
 #include <limits>
 
+#include "VelmoraDoc.h"
 #include "command_table.h"
 #include "vectors.h"
 #include "view_rig.h"
@@ -93,7 +94,7 @@ TEST(InterruptedDrag, AZoomThatIsLeftBeforeTheReleaseDoesNotZoom) {
 
 TEST(InterruptedDrag, AViewModeInTheMiddleOfACaptureLeavesItArmed) {
     DragRig rig;
-    rig.doc.CapturePoint();
+    rig.document.CapturePoint();
     rig.press({1, 1, 0});
     EXPECT_TRUE(rig.doc.capture->pointPicked);
     rig.run("view.shift");
@@ -115,7 +116,7 @@ TEST(InterruptedDrag, ACaptureThatStartsInTheMiddleOfADragPicksFromTheNextMoveOn
     rig.run("view.shift");
     rig.drag({100, 100}, {150, 100});
     const double centre = rig.view.viewCentreX;
-    rig.doc.CapturePoint();
+    rig.document.CapturePoint();
     rig.view.OnMouseMove(rig.pixelOf({2, 1, 0}));
     EXPECT_EQ(rig.view.viewCentreX, centre);
     EXPECT_TRUE(rig.doc.capture->pointPicked);
@@ -128,7 +129,7 @@ TEST(InterruptedDrag, ANewModelInItsMiddleStandsIdleAndFree) {
     DragRig rig;
     rig.run("view.rotate");
     rig.drag({100, 100}, {150, 100});
-    rig.doc.updateBounds();
+    rig.updateBounds();
     EXPECT_FALSE(rig.surface.confined);
     const Camera before = cameraOf(rig.view);
     rig.view.OnMouseMove({250, 100});
@@ -152,9 +153,9 @@ TEST(InterruptedDrag, ASizeChangedInItsMiddleKeepsTheDrag) {
 
 TEST(InterruptedDrag, OfAPointEndsAtTheReleaseWhereverItIs) {
     DragRig rig;
-    rig.doc.CapturePoint();
+    rig.document.CapturePoint();
     rig.click({1, 1, 0});
-    rig.doc.DragPoint();
+    rig.document.DragPoint();
     ASSERT_TRUE(rig.doc.capture->pointDragging);
     const zVec<double> start = rig.doc.patches[0][1][1];
     rig.press({1, 1, 0});
@@ -199,9 +200,9 @@ struct FullBlockRig : ViewRig {
         }
         model.resize(static_cast<std::size_t>(blockCapacity) + 1, other);
         show(model);
-        doc.CapturePatch();
+        document.CapturePatch();
         click({0.3, 0.6, 0});
-        doc.InvertBlock();
+        document.InvertBlock();
         EXPECT_EQ(doc.blockCount, blockCapacity);
         ui.transcript.clear();
     }
@@ -209,7 +210,7 @@ struct FullBlockRig : ViewRig {
 
 TEST(FullBlock, AClickOnOneMoreIsToldAndLeavesTheBlock) {
     FullBlockRig rig;
-    rig.doc.CapturePatch();
+    rig.document.CapturePatch();
     rig.ui.transcript.clear();
     rig.press({0.3, 0.6, 0});
     EXPECT_EQ(rig.doc.capture->capturedPatch, 0);
@@ -225,7 +226,7 @@ TEST(FullBlock, AClickOnOneMoreIsToldAndLeavesTheBlock) {
 
 TEST(FullBlock, AClickOnAMemberIsNoTrouble) {
     FullBlockRig rig;
-    rig.doc.CapturePatch();
+    rig.document.CapturePatch();
     rig.ui.transcript.clear();
     rig.click({3.3, 0.6, 0});
     EXPECT_EQ(rig.ui.count("message: It is impossible to add one more zBlock"), 0U);
@@ -235,11 +236,11 @@ TEST(FullBlock, AClickOnAMemberIsNoTrouble) {
 
 TEST(FullBlock, AfterARemovalOneMoreIsTakenIn) {
     FullBlockRig rig;
-    rig.doc.RemovePatchFromBlock();
+    rig.document.RemovePatchFromBlock();
     rig.click({3.3, 0.6, 0});
     EXPECT_EQ(rig.doc.blockCount, blockCapacity - 1);
     EXPECT_EQ(rig.doc.blockList[static_cast<std::size_t>(blockCapacity) - 1], -1);
-    rig.doc.CapturePatch();
+    rig.document.CapturePatch();
     rig.ui.transcript.clear();
     rig.click({0.3, 0.6, 0});
     EXPECT_EQ(rig.ui.count("message: It is impossible to add one more zBlock"), 0U);

@@ -144,7 +144,7 @@ struct RedrawRig : ViewRig {
 
 TEST(Redraw, LeavesAViewModeAloneOutsideARegime) {
     RedrawRig rig;
-    rig.doc.redraw();
+    rig.redraw();
     EXPECT_EQ(rig.view.mouseMode, ModeRotate);
     EXPECT_TRUE(rig.surface.cursors.empty());
 }
@@ -154,7 +154,7 @@ TEST(Redraw, LeavesAViewModeAloneInAnArmedRegime) {
     test::arranged(rig.doc).pointCaptureArmed = test::arranged(rig.doc).sectionCaptureArmed =
         test::arranged(rig.doc).patchCaptureArmed = true;
     test::arranged(rig.doc).freePointArmed = true;
-    rig.doc.redraw();
+    rig.redraw();
     EXPECT_EQ(rig.view.mouseMode, ModeRotate);
 }
 
@@ -162,7 +162,7 @@ TEST(Redraw, PutsTheCapturedRegimesOnInTheirOrder) {
     RedrawRig rig;
     test::arranged(rig.doc).patchCaptured = test::arranged(rig.doc).sectionCaptured =
         test::arranged(rig.doc).lineCaptured = test::arranged(rig.doc).pointCaptured = true;
-    rig.doc.redraw();
+    rig.redraw();
     EXPECT_THAT(rig.surface.cursors, ElementsAre(ModePatch, ModeSection, ModeLine, ModePoint));
     EXPECT_EQ(rig.view.mouseMode, ModePoint);
 }
@@ -175,9 +175,9 @@ TEST(Redraw, EachCapturedRegimeTakesTheMouseBack) {
     for (const Toggle& regime : captured) {
         RedrawRig rig;
         test::arranged(rig.doc).*regime.flag = true;
-        rig.doc.redraw();
+        rig.redraw();
         EXPECT_EQ(rig.view.mouseMode, regime.mode);
-        rig.doc.redraw();
+        rig.redraw();
         EXPECT_EQ(rig.view.mouseMode, regime.mode);
     }
 }
@@ -185,7 +185,7 @@ TEST(Redraw, EachCapturedRegimeTakesTheMouseBack) {
 TEST(Redraw, FreePointWithoutACapturedPointEndsInTheLineMode) {
     RedrawRig rig;
     test::arranged(rig.doc).freePointHeld = true;
-    rig.doc.redraw();
+    rig.redraw();
     EXPECT_THAT(rig.surface.cursors, ElementsAre(ModePoint, ModeLine));
     EXPECT_EQ(rig.view.mouseMode, ModeLine);
 }
@@ -193,7 +193,7 @@ TEST(Redraw, FreePointWithoutACapturedPointEndsInTheLineMode) {
 TEST(Redraw, FreePointBesideACapturedPointStaysInThePointMode) {
     RedrawRig rig;
     test::arranged(rig.doc).freePointHeld = test::arranged(rig.doc).pointCaptured = true;
-    rig.doc.redraw();
+    rig.redraw();
     EXPECT_THAT(rig.surface.cursors, ElementsAre(ModePoint, ModePoint));
     EXPECT_EQ(rig.view.mouseMode, ModePoint);
 }
@@ -201,7 +201,7 @@ TEST(Redraw, FreePointBesideACapturedPointStaysInThePointMode) {
 TEST(Redraw, AsksForARepaint) {
     RedrawRig rig;
     const int before = rig.surface.repaints;
-    rig.doc.redraw();
+    rig.redraw();
     EXPECT_EQ(rig.surface.repaints, before + 1);
 }
 

@@ -318,7 +318,7 @@ TEST(Spin, QuickClickWithoutAMoveKeepsTheModelInPlace) {
 TEST(Spin, NewModelKeepsTheTimerAndFindsTheRotationReset) {
     RotationRig rig(ModeRotate);
     throwModel(rig, 10);
-    rig.doc.updateBounds();
+    rig.updateBounds();
     EXPECT_EQ(rig.view.modelRotation, identityMatrix());
     EXPECT_EQ(rig.view.mouseMode, ModeNone);
 }

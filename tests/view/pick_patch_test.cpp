@@ -1,3 +1,4 @@
+#include "VelmoraDoc.h"
 #include "arranged_capture.h"
 #include "view_rig.h"
 
@@ -92,7 +93,7 @@ TEST(PickPatch, CellsThatAnEditMovedAreFoundAfterTheRedraw) {
     rig.show(twoPatches());
     EXPECT_EQ(patchAt(rig, {6.5, 1, 0}), -1);
     rig.doc.patches[1] = flatPatch(3, 8);
-    rig.doc.redraw();
+    rig.redraw();
     EXPECT_EQ(patchAt(rig, {6.5, 0.9, 0}), 1);
 }
 
@@ -118,7 +119,7 @@ TEST(PickPatch, ShowsTheWaitCursorWhileItLooks) {
 struct PatchRig : ViewRig {
     PatchRig() {
         show(twoPatches());
-        doc.CapturePatch();
+        document.CapturePatch();
         ui.transcript.clear();
     }
     std::vector<std::int32_t> block() const { return {doc.blockList.begin(), doc.blockList.begin() + doc.blockCount}; }
@@ -188,9 +189,9 @@ TEST(PatchRegime, DragShowsTheTextAndKeepsThePatchOfThePress) {
 TEST(PatchRegime, ClickOnAMemberChangesNothingInTheBlock) {
     PatchRig rig;
     rig.click(onSecond);
-    rig.doc.AddPatchToBlock();
+    rig.document.AddPatchToBlock();
     rig.click(onFirst);
-    rig.doc.AddPatchToBlock();
+    rig.document.AddPatchToBlock();
     rig.ui.transcript.clear();
     rig.click(onSecond);
     EXPECT_THAT(rig.block(), ElementsAre(1, 0));
@@ -213,7 +214,7 @@ struct RemovalRig : PatchRig {
         test::arranged(doc).patchCaptureArmed = false;
         doc.capture.holdBlock();
         putIntoBlock(members);
-        doc.RemovePatchFromBlock();
+        document.RemovePatchFromBlock();
         ui.transcript.clear();
     }
 };
@@ -272,7 +273,7 @@ TEST(PatchRemoval, LastOneOutEndsTheRegime) {
 TEST(RegimePress, GoesThroughPointSectionAndLineInThisOrder) {
     ViewRig rig;
     rig.show(twoPatches());
-    rig.doc.CapturePoint();
+    rig.document.CapturePoint();
     test::arranged(rig.doc).sectionCaptureArmed = test::arranged(rig.doc).lineCaptureArmed = true;
     rig.ui.transcript.clear();
     rig.press({12, 1, 0});
@@ -294,7 +295,7 @@ TEST(RegimePress, GoesThroughPointSectionAndLineInThisOrder) {
 TEST(RegimePress, RemovalKeepsTheReleaseFromTakingASection) {
     ViewRig rig;
     rig.show(twoPatches());
-    rig.doc.CaptureSection();
+    rig.document.CaptureSection();
     rig.doc.capture.armRemoval();
     rig.click({1.3, 0.9, 0});
     EXPECT_FALSE(rig.doc.capture->patchRemoving);

@@ -1,3 +1,4 @@
+#include "VelmoraDoc.h"
 #include "arranged_capture.h"
 #include "view_reference.h"
 #include "view_rig.h"
@@ -14,7 +15,7 @@ using test::ViewRig;
 struct PointRig : ViewRig {
     PointRig() {
         show(twoPatches());
-        doc.CapturePoint();
+        document.CapturePoint();
         ui.transcript.clear();
     }
 };
@@ -68,7 +69,7 @@ TEST(PickPoint, FindsTheSamePointsInPerspectiveAndParallelAndTurned) {
         rig.show(model);
         rig.view.runViewCommand(projection == 1 ? "view.orthographic" : "view.perspective");
         rig.view.SetEulerView({40, 25, -15});
-        rig.doc.CapturePoint();
+        rig.document.CapturePoint();
         for (std::int32_t k = 0; k < 2; ++k) {
             for (std::int32_t n = 0; n < countOf(model[static_cast<std::size_t>(k)]); ++n) {
                 for (std::int32_t m = 0; m < 4; ++m) {
@@ -88,7 +89,7 @@ TEST(PickPoint, FindsTheSamePointsInPerspectiveAndParallelAndTurned) {
 // ---- The limit ------------------------------------------------------------------------------------------------------
 
 /// Makes `fraction` of the model's diagonal the double `limit`; false where no diagonal gives it.
-bool setLimit(VelmoraDoc& doc, double fraction, double limit) {
+bool setLimit(DocumentState& doc, double fraction, double limit) {
     double diagonal = limit / fraction;
     for (int i = 0; i < 4 && fraction * diagonal < limit; ++i) {
         diagonal = std::nextafter(diagonal, 1e300);
@@ -133,7 +134,7 @@ TEST(PickPoint, PassesAtExactlyAHundredthOfTheDiagonalAndFailsBeyond) {
 TEST(PickSection, PassesAtExactlyATwentiethOfTheDiagonalAndFailsBeyond) {
     ViewRig rig;
     rig.show(twoPatches());
-    rig.doc.CaptureSection();
+    rig.document.CaptureSection();
     const Bound bound = boundFor(rig, 0.05);
     ASSERT_TRUE(bound.found);
     EXPECT_TRUE(rig.view.PickSection(bound.pixel));
@@ -144,7 +145,7 @@ TEST(PickSection, PassesAtExactlyATwentiethOfTheDiagonalAndFailsBeyond) {
 TEST(PickLine, PassesAtExactlyHalfTheDiagonalAndFailsBeyond) {
     ViewRig rig;
     rig.show(twoPatches());
-    rig.doc.CaptureLine();
+    rig.document.CaptureLine();
     const Bound bound = boundFor(rig, 0.5);
     ASSERT_TRUE(bound.found);
     EXPECT_TRUE(rig.view.PickLine(bound.pixel));

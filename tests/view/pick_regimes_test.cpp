@@ -1,5 +1,7 @@
 #include "view_rig.h"
 
+#include "VelmoraDoc.h"
+
 namespace velmora {
 namespace {
 
@@ -22,7 +24,7 @@ const zVec<double> nowhere{6.5, 5.5, 0};
 struct RegimeRig : ViewRig {
     RegimeRig() { show(twoPatches()); }
     void run(void (VelmoraDoc::*command)()) {
-        (doc.*command)();
+        (document.*command)();
         ui.transcript.clear();
     }
 };
@@ -31,7 +33,7 @@ struct RegimeRig : ViewRig {
 
 TEST(PointRegime, ArmsWithThePromptAndThePointMode) {
     RegimeRig rig;
-    rig.doc.CapturePoint();
+    rig.document.CapturePoint();
     EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt));
     EXPECT_EQ(rig.view.mouseMode, ModePoint);
     EXPECT_TRUE(rig.doc.capture->pointCaptureArmed);
@@ -156,7 +158,7 @@ TEST(FreePointRegime, ClickHoldsThePointBesideTheCapturedOne) {
     RegimeRig rig;
     rig.run(&VelmoraDoc::CapturePoint);
     rig.click({1, 0, 0});
-    rig.doc.CaptureFreePointInPointRegime();
+    rig.document.CaptureFreePointInPointRegime();
     EXPECT_TRUE(rig.doc.capture->freePointArmed);
     EXPECT_TRUE(rig.doc.capture->pointCaptured);
     EXPECT_EQ(rig.view.mouseMode, ModePoint);
@@ -215,7 +217,7 @@ TEST(FreePointRegime, DragShowsTheShortText) {
 
 TEST(SectionRegime, ClickShowsTheShortTextAndTheReleaseCaptures) {
     RegimeRig rig;
-    rig.doc.CaptureSection();
+    rig.document.CaptureSection();
     EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt));
     EXPECT_EQ(rig.view.mouseMode, ModeSection);
     rig.ui.transcript.clear();
@@ -270,7 +272,7 @@ TEST(SectionRegime, PointCaptureStaysInsideTheSection) {
 
 TEST(LineRegime, ClickShowsTheShortTextAndTheReleaseCaptures) {
     RegimeRig rig;
-    rig.doc.CaptureLine();
+    rig.document.CaptureLine();
     EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt));
     EXPECT_EQ(rig.view.mouseMode, ModeLine);
     rig.ui.transcript.clear();

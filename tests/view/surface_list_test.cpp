@@ -4,6 +4,7 @@
 #include <cmath>
 #include <filesystem>
 
+#include "apt.h"
 #include "arranged_capture.h"
 #include "draw_rig.h"
 
@@ -179,8 +180,9 @@ double flux(const DrawList& list, const DrawBatch& strip) {
 // outside.
 TEST(SurfaceList, ExamplesHaveTheirFrontsOutside) {
     for (const char* const name : {"wing.apt", "body.apt"}) {
-        DrawRig rig{PatchList{}};
-        rig.doc.onOpenDocument(std::filesystem::path(VELMORA_EXAMPLES) / name);
+        PatchList model;
+        ASSERT_TRUE(readApt(std::filesystem::path(VELMORA_EXAMPLES) / name, model).opened);
+        const DrawRig rig{model};
         const DrawList list = buildDrawList(rig.doc, 2);
         std::size_t batch = 0;
         for (const Patch& patch : rig.doc.patches) {

@@ -1,3 +1,4 @@
+#include "VelmoraDoc.h"
 #include "command_table.h"
 #include "view_reference.h"
 #include "view_rig.h"
@@ -204,7 +205,7 @@ TEST(FitToWindow, DoesNotKeepTheRotation) {
     rig.show(twoPatches());
     rig.view.runViewCommand("view.iso");
     rig.view.zoomFactor = 0.5;
-    rig.doc.FitToWindow();
+    rig.document.FitToWindow();
     EXPECT_EQ(rig.view.modelRotation, identityMatrix());
     EXPECT_EQ(rig.view.zoomFactor, 1.0);
     EXPECT_EQ(rig.view.modelOffset, rig.view.defaultOffset);

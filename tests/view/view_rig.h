@@ -5,12 +5,15 @@
 
 #include <cmath>
 #include <functional>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "DocumentState.h"
 #include "FakeSurface.h"
 #include "RecordingUi.h"
+#include "UserInterface.h"
 #include "VelmoraView.h"
 #include "pixel_of.h"
 #include "small_models.h"
@@ -59,29 +62,21 @@ public:
 /// A document with one view of 600 by 600 pixels, and shorthands for what a person does with it.
 struct ViewRig {
     BusyUi ui;
-    VelmoraDoc doc{ui, "."};
+    const std::unique_ptr<VelmoraDoc> owned;
+    VelmoraDoc& document; ///< for its commands
+    DocumentState& doc;
     NotedSurface surface;
-    VelmoraView view{doc, surface};
+    VelmoraView view;
 
-    ViewRig() {
-        doc.onNewDocument();
-        view.OnSize(600, 600);
-        ui.transcript.clear();
-    }
+    ViewRig();
+    ~ViewRig();
 
     /// Makes `patches` the model as opening a file would, and paints.
-    void show(const PatchList& patches) {
-        doc.patches = patches;
-        doc.checkRegularity(doc.patches);
-        doc.updateBounds();
-        paint();
-        ui.transcript.clear();
-        surface.calls.clear();
-        surface.clears.clear();
-        surface.cursors.clear();
-    }
+    void show(const PatchList& patches);
 
     void paint() { view.OnDraw(); }
+    void updateBounds();
+    void redraw();
 
     /// Parallel projection: a pixel is the same length everywhere.
     void useParallelProjection() { view.runViewCommand("view.orthographic"); }

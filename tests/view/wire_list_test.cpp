@@ -167,7 +167,7 @@ TEST(PatchColour, PatchToRemoveIsDarkYellowBeforeAnyOtherHighlight) {
     DrawRig rig(squares(3));
     rig.doc.capture.holdBlock();
     rig.doc.capture.armRemoval();
-    rig.doc.takePick({Pick::Target::Removal, true, 1, -1, -1, 0, {}});
+    rig.doc.capture.take({Pick::Target::Removal, true, 1, -1, -1, 0, {}});
     rig.block({0, 1});
     EXPECT_EQ(rig.wire(), coloured({{0, blockYellow}, {1, removedYellow}, {2, table[2]}}));
     rig.doc.capture.releaseRemoval();

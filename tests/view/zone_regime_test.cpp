@@ -1,3 +1,4 @@
+#include "VelmoraDoc.h"
 #include "picking.h"
 #include "view_rig.h"
 
@@ -17,7 +18,7 @@ struct ZoneRig : ViewRig {
     ZoneRig() {
         const TemporaryFolder folder;
         writeFileText(folder / "two.dat", "TITLE = \"two\"\nVARIABLES = \"X\", \"Y\", \"Z\"\n" + zone(0) + zone(10));
-        doc.onOpenDocument(folder / "two.dat");
+        document.onOpenDocument(folder / "two.dat");
         paint();
         ui.transcript.clear();
         EXPECT_EQ(doc.feRegion.blocks.size(), 2U);
@@ -32,11 +33,11 @@ struct ZoneRig : ViewRig {
 
     /// Captures the node at `point` and moves it along x.
     void moveNode(const zVec<double>& point, const char* x) {
-        doc.CapturePoint();
+        document.CapturePoint();
         click(point);
         ASSERT_TRUE(doc.capture->pointCaptured);
         ui.dialogs.push_back({{"x", x}});
-        doc.EditPoint();
+        document.EditPoint();
     }
 };
 
@@ -52,7 +53,7 @@ TEST(PickNode, FreeOneMayLieOutsideTheZBlock) {
 
 TEST(PickNode, TakesTheNearestNodeOfAnyZone) {
     ZoneRig rig;
-    rig.doc.CapturePoint();
+    rig.document.CapturePoint();
     EXPECT_TRUE(rig.pick({12, 0, 0}));
     EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
     EXPECT_EQ(rig.doc.capture->capturedPoint, 1);
@@ -66,7 +67,7 @@ TEST(PickNode, TakesTheNearestNodeOfAnyZone) {
 
 TEST(PickNode, BesideAllNodesKeepsTheZoneAndLosesThePick) {
     ZoneRig rig;
-    rig.doc.CapturePoint();
+    rig.document.CapturePoint();
     ASSERT_TRUE(rig.pick({10, 0, 0}));
     EXPECT_FALSE(rig.pick({3, 1, 0}));
     EXPECT_FALSE(rig.doc.capture->pointPicked);
@@ -77,7 +78,7 @@ TEST(PickNode, BesideAllNodesKeepsTheZoneAndLosesThePick) {
 
 TEST(PickNode, PassesWithinAHundredthOfTheDiagonal) {
     ZoneRig rig;
-    rig.doc.CapturePoint();
+    rig.document.CapturePoint();
     const PixelPoint corner = rig.pixelOf({2, 0, 0});
     const PixelPoint beside{corner.x + 2, corner.y + 3};
     const auto nearest = nearestNode(rig.doc.feRegion, rig.view.PixelRay(beside.x, beside.y), {});
@@ -92,22 +93,22 @@ TEST(PickNode, PassesWithinAHundredthOfTheDiagonal) {
 
 TEST(PickNode, StaysInTheZonesOfTheBlockInThePatchRegime) {
     ZoneRig rig;
-    rig.doc.CapturePatch();
+    rig.document.CapturePatch();
     rig.click({10.4, 0.6, 0});
     ASSERT_TRUE(rig.doc.capture->patchCaptured);
     ASSERT_EQ(rig.doc.blockList[0], 1);
-    rig.doc.CapturePoint();
+    rig.document.CapturePoint();
     EXPECT_FALSE(rig.pick({2, 0, 0}));
     EXPECT_TRUE(rig.pick({12, 0, 0}));
-    rig.doc.ExitPointRegime();
-    rig.doc.ExitPatchRegime();
-    rig.doc.CapturePoint();
+    rig.document.ExitPointRegime();
+    rig.document.ExitPatchRegime();
+    rig.document.CapturePoint();
     EXPECT_TRUE(rig.pick({2, 0, 0}));
 }
 
 TEST(NodeRegime, AClickBesideStaysArmedWithThePromptAndTheNextIsTaken) {
     ZoneRig rig;
-    rig.doc.CapturePoint();
+    rig.document.CapturePoint();
     rig.ui.transcript.clear();
     rig.click({5, 1, 0});
     EXPECT_TRUE(rig.doc.capture->pointCaptureArmed);
@@ -121,8 +122,8 @@ TEST(NodeRegime, AClickBesideStaysArmedWithThePromptAndTheNextIsTaken) {
 TEST(NodeRegime, ANodeIsPickedWhereItWasMovedToAndNoMoreWhereItWas) {
     ZoneRig rig;
     rig.moveNode({2, 0, 0}, "3.5");
-    rig.doc.ExitPointRegime();
-    rig.doc.CapturePoint();
+    rig.document.ExitPointRegime();
+    rig.document.CapturePoint();
     EXPECT_FALSE(rig.pick({2, 0, 0}));
     EXPECT_TRUE(rig.pick({3.5, 0, 0}));
     EXPECT_EQ(rig.doc.capture->capturedPatch, 0);
@@ -137,17 +138,17 @@ TEST(NodeRegime, AZoneIsPickedAsItStandsAfterANodeMovedAndAfterUndo) {
     EXPECT_EQ(rig.view.PickPatch(rig.pixelOf(gained)), -1);
     rig.moveNode({2, 0, 0}, "4");
     EXPECT_EQ(rig.view.PickPatch(rig.pixelOf(gained)), 0);
-    rig.doc.UndoPoint();
+    rig.document.UndoPoint();
     EXPECT_EQ(rig.view.PickPatch(rig.pixelOf(gained)), -1);
     EXPECT_EQ(rig.view.PickPatch(rig.pixelOf({0.5, 0.5, 0})), 0);
-    rig.doc.ExitPointRegime();
-    rig.doc.CapturePoint();
+    rig.document.ExitPointRegime();
+    rig.document.CapturePoint();
     EXPECT_TRUE(rig.pick({2, 0, 0}));
 }
 
 TEST(ZoneRegime, AClickTakesTheZoneIntoTheBlockAndOneOnNothingIsTold) {
     ZoneRig rig;
-    rig.doc.CapturePatch();
+    rig.document.CapturePatch();
     rig.ui.transcript.clear();
     rig.click({5, 1, 0});
     EXPECT_EQ(rig.ui.count("message: Patch is not selected. Try again"), 1U);

@@ -5,6 +5,8 @@
 #include <QSet>
 
 #include "Desk.h"
+#include "DialogValues.h"
+#include "DocumentState.h"
 #include "WindowDriver.h"
 
 namespace velmora::test {
@@ -86,13 +88,13 @@ TEST(Dialogs, AWrongNumberIsRefusedAndTheFieldKeepsTheFocus) {
         EXPECT_EQ(person.boxText(), QStringLiteral("Number of inputted patch is corrected"));
         person.key("Return");
         person.waitForBox(QStringLiteral("CInputSection"));
-        const auto patchCount = person.ask([] { return WindowDriver::frame().document().patches.size(); });
+        const auto patchCount = person.ask([] { return WindowDriver::frame().state().patches.size(); });
         EXPECT_EQ(selected(person), QStringLiteral("patch=%1").arg(patchCount));
 
         person.key("Escape");
         ASSERT_TRUE(person.waitForNoBox());
-        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().capture->capturedSection; }), -1);
-        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().inputSectionValues.patch; }), 1)
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().state().capture->capturedSection; }), -1);
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().state().dialogs->inputSection.patch; }), 1)
             << "what was typed before Cancel is forgotten";
     });
 }
@@ -104,8 +106,7 @@ TEST(Dialogs, AMaximumFollowsTheNumberAsTheFieldIsLeft) {
         person.choose({"Edit", "Lines", "Input", "Section..."});
         person.waitForBox(QStringLiteral("CInputSection"));
         const auto sectionsOf = [&person](std::size_t patch) {
-            return person.ask(
-                [patch] { return QString::number(WindowDriver::frame().document().patches[patch].size()); });
+            return person.ask([patch] { return QString::number(WindowDriver::frame().state().patches[patch].size()); });
         };
         ASSERT_NE(sectionsOf(0), sectionsOf(2)) << "the model must tell the patches apart";
         EXPECT_EQ(typed(person, QStringLiteral("maximumSections")), sectionsOf(0));
@@ -160,7 +161,7 @@ TEST(Dialogs, CancelChangesNothing) {
     runProgram({desk.model.string()}, [](WindowDriver& person) {
         person.waitForFrame();
         inputSection(person, "1", "5");
-        const PatchList before = person.ask([] { return WindowDriver::frame().document().patches; });
+        const PatchList before = person.ask([] { return WindowDriver::frame().state().patches; });
         openRebreak(person);
         person.clickWidget(QStringLiteral("regime.2"));
         person.clickWidget(QStringLiteral("function.2"));
@@ -169,11 +170,11 @@ TEST(Dialogs, CancelChangesNothing) {
         person.type("17");
         person.key("Escape");
         ASSERT_TRUE(person.waitForNoBox());
-        const CRebreak values = person.ask([] { return WindowDriver::frame().document().rebreakValues; });
+        const CRebreak values = person.ask([] { return WindowDriver::frame().state().dialogs->rebreak; });
         EXPECT_EQ(values.regime, 1);
         EXPECT_FALSE(values.law.linear);
         EXPECT_NE(values.law.newCount, 17);
-        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().patches; }), before);
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().state().patches; }), before);
         EXPECT_FALSE(person.ask([] { return WindowDriver::frame().isWindowModified(); }));
     });
 }

@@ -9,6 +9,7 @@
 #include <QUrl>
 
 #include "Desk.h"
+#include "DocumentState.h"
 #include "WindowDriver.h"
 #include "qt_text.h"
 
@@ -20,7 +21,7 @@ namespace fs = std::filesystem;
 /// Captures the point 1 of section 1 of patch 1 and moves it, so that there is something to save.
 void changeModel(WindowDriver& person) {
     person.ask([] {
-        VelmoraDoc& document = WindowDriver::frame().document();
+        DocumentState& document = WindowDriver::frame().state();
         document.patches[0][0][0].x += 1.0;
         document.documentModified = true;
     });
@@ -88,7 +89,7 @@ TEST(Frame, StaysOpenWhenTheModelCannotBeSaved) {
         person.key("Return");
         ASSERT_TRUE(person.waitForNoBox());
         EXPECT_TRUE(person.ask([] { return WindowDriver::frame().isVisible(); }));
-        EXPECT_TRUE(person.ask([] { return WindowDriver::frame().document().documentModified; }));
+        EXPECT_TRUE(person.ask([] { return WindowDriver::frame().state().documentModified; }));
     });
 }
 
@@ -122,7 +123,7 @@ TEST(Frame, KeepsTheRecentFilesAndTheSettingsOnly) {
             person.openMenu(QStringLiteral("File"));
             person.screenshot(QStringLiteral("file-menu"));
             person.clickEntry(QStringLiteral("2 ") + wingPath);
-            EXPECT_TRUE(person.waitFor([] { return WindowDriver::frame().document().patches.size() == 3; }));
+            EXPECT_TRUE(person.waitFor([] { return WindowDriver::frame().state().patches.size() == 3; }));
             EXPECT_EQ(person.title(), QStringLiteral("m100_wingbody.apt[*] - Velmora"));
             person.openMenu(QStringLiteral("File"));
             person.clickEntry(QStringLiteral("2 ") + spherePath);
@@ -179,7 +180,7 @@ bool drop(const QList<QUrl>& urls) {
 }
 
 bool waitForPatches(WindowDriver& person, std::size_t count) {
-    return person.waitFor([count] { return WindowDriver::frame().document().patches.size() == count; });
+    return person.waitFor([count] { return WindowDriver::frame().state().patches.size() == count; });
 }
 
 TEST(Frame, AFileDroppedOnItIsOpenedAndSeveralMakeOneModel) {
@@ -189,7 +190,7 @@ TEST(Frame, AFileDroppedOnItIsOpenedAndSeveralMakeOneModel) {
     const auto url = [](const fs::path& path) { return QUrl::fromLocalFile(qtPath(path)); };
     runProgram({sphere.model.string()}, [&](WindowDriver& person) {
         person.waitForFrame();
-        const std::size_t ofSphere = person.ask([] { return WindowDriver::frame().document().patches.size(); });
+        const std::size_t ofSphere = person.ask([] { return WindowDriver::frame().state().patches.size(); });
         EXPECT_FALSE(person.ask([] { return drop({QUrl(QStringLiteral("https://example.org/a.apt"))}); }));
         EXPECT_TRUE(person.ask([&] { return drop({url(wing.model)}); }));
         EXPECT_TRUE(waitForPatches(person, 3));
@@ -295,7 +296,7 @@ TEST(Frame, AModelThatHasNoSurfaceIsSaidSoOnceAndDrawnAsLines) {
         person.key("Return");
         ASSERT_TRUE(person.waitForNoBox());
         person.settle();
-        EXPECT_FALSE(person.ask([] { return WindowDriver::frame().document().surfaceMode; }));
+        EXPECT_FALSE(person.ask([] { return WindowDriver::frame().state().surfaceMode; }));
         EXPECT_EQ(person.ask([] { return WindowDriver::frame().view().list().number; }), 1);
     });
 }
@@ -311,7 +312,7 @@ TEST(NoGraphics, TheFrameWorksAndSaysWhatIsMissing) {
         person.waitForBox(QStringLiteral("CInputSection"));
         person.key("Return");
         ASSERT_TRUE(person.waitForNoBox());
-        EXPECT_TRUE(person.ask([] { return WindowDriver::frame().document().capture->sectionCaptured; }));
+        EXPECT_TRUE(person.ask([] { return WindowDriver::frame().state().capture->sectionCaptured; }));
         person.choose({"File", "Exit"});
         EXPECT_TRUE(person.waitForEnd());
     });

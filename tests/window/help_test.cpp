@@ -9,6 +9,7 @@
 #include <QWindow>
 
 #include "Desk.h"
+#include "DocumentState.h"
 #include "GuideBrowser.h"
 #include "HelpWindow.h"
 #include "WindowDriver.h"
@@ -121,7 +122,7 @@ TEST(Help, F1OpensTheGuideBesideTheFrameAndLinksLeadOnAndBack) {
         // The frame is not held up meanwhile.
         person.ask([] { shownGuide()->move(200, 320); });
         person.choose({"View", "Surface"});
-        EXPECT_FALSE(person.ask([] { return WindowDriver::frame().document().surfaceMode; }));
+        EXPECT_FALSE(person.ask([] { return WindowDriver::frame().state().surfaceMode; }));
         person.choose({"Help", "Help Topics"});
         ASSERT_TRUE(waitForGuide(person)) << "the same window comes to the front";
         person.key("Escape");
@@ -205,7 +206,7 @@ TEST(Help, F1InADialogOpensTheGuideOfItsCommandToBeUsedBesideIt) {
         person.waitForBox(QStringLiteral("CInputPatch"));
         person.key("Return");
         EXPECT_TRUE(person.waitForNoBox());
-        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().blockCount; }), 1);
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().state().blockCount; }), 1);
     });
 }
 

@@ -6,6 +6,7 @@
 #include <QToolButton>
 
 #include "Desk.h"
+#include "DocumentState.h"
 #include "WindowDriver.h"
 #include "qt_text.h"
 
@@ -54,7 +55,7 @@ std::vector<ShownEntry> shownEntries(WindowDriver& person) {
 bool isOn(const std::string& id) {
     MainFrame& frame = WindowDriver::frame();
     const Command& command = *findCommand(id);
-    return !isCommandOff(frame.document(), id) &&
+    return !isCommandOff(frame.state(), id) &&
            !(command.owner == CommandOwner::View && frame.view().isViewCommandOff(id));
 }
 
@@ -245,7 +246,7 @@ TEST(Menus, SwitchesShowTheirState) {
         EXPECT_TRUE(checked("view.surface"));
         person.choose({"View", "Surface"});
         EXPECT_FALSE(checked("view.surface"));
-        EXPECT_FALSE(person.ask([] { return WindowDriver::frame().document().surfaceMode; }));
+        EXPECT_FALSE(person.ask([] { return WindowDriver::frame().state().surfaceMode; }));
 
         EXPECT_TRUE(checked("view.perspective"));
         person.choose({"View", "Projection", "Orthographic Projection"});

@@ -9,6 +9,7 @@
 #include "Desk.h"
 #include "FakeSurface.h"
 #include "RecordingUi.h"
+#include "VelmoraDoc.h"
 #include "WindowDriver.h"
 
 namespace velmora::test {

@@ -12,6 +12,7 @@
 #include "Desk.h"
 #include "GlViewWidget.h"
 #include "RecordingUi.h"
+#include "VelmoraDoc.h"
 #include "arranged_capture.h"
 #include "small_models.h"
 #include "text_bitmap.h"

@@ -4,6 +4,7 @@
 #include <QToolButton>
 
 #include "Desk.h"
+#include "DocumentState.h"
 #include "WindowDriver.h"
 #include "mode_cursors.h"
 #include "pixel_of.h"
@@ -25,7 +26,7 @@ const zVec<double> beside{4, 5, 0};
 // ---- Looking ----------------------------------------------------------------------------------------------------
 
 /// What the document holds, in words; the members of the zBlock count from 1.
-std::string stateOf(const VelmoraDoc& doc) {
+std::string stateOf(const DocumentState& doc) {
     const std::pair<bool, const char*> flags[] = {
         {doc.capture->pointCaptureArmed, "point armed"},
         {doc.capture->pointCaptured, "point captured"},
@@ -53,7 +54,7 @@ std::string stateOf(const VelmoraDoc& doc) {
 }
 
 std::string state(WindowDriver& person) {
-    return person.ask([] { return stateOf(WindowDriver::frame().document()); });
+    return person.ask([] { return stateOf(WindowDriver::frame().state()); });
 }
 
 /// The mode whose cursor the view shows now, and no other's.
@@ -73,7 +74,7 @@ std::string cursor(WindowDriver& person) {
 }
 
 void expectState(WindowDriver& person, const std::string& words, const std::string& mode) {
-    person.waitFor([&] { return stateOf(WindowDriver::frame().document()) == words; });
+    person.waitFor([&] { return stateOf(WindowDriver::frame().state()) == words; });
     EXPECT_EQ(state(person), words);
     EXPECT_EQ(cursor(person), mode);
 }
@@ -92,7 +93,7 @@ void expectStatus(WindowDriver& person, const QString& text) {
 PixelPoint pixelOf(WindowDriver& person, const zVec<double>& point) {
     return person.ask([point] {
         MainFrame& frame = WindowDriver::frame();
-        return velmora::test::pixelOf(frame.view(), frame.document(), point);
+        return velmora::test::pixelOf(frame.view(), frame.state(), point);
     });
 }
 
@@ -151,7 +152,7 @@ TEST(Regimes, APointIsCapturedAndTheNextOne) {
         fromContextMenu(person, "Next point");
         expectState(person, "point armed", "point");
         expectStatus(person, prompt);
-        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().capture->capturedPoint; }), -1);
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().state().capture->capturedPoint; }), -1);
 
         clickOn(person, {6, 0, 0});
         expectState(person, "point captured", "point");
@@ -160,7 +161,7 @@ TEST(Regimes, APointIsCapturedAndTheNextOne) {
 
         fromContextMenu(person, "Exit");
         expectState(person, "idle", "arrow");
-        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().capture->capturedPatch; }), -1);
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().state().capture->capturedPatch; }), -1);
     });
 }
 
@@ -179,7 +180,7 @@ TEST(Regimes, APointIsDraggedUntilTheButtonComesUp) {
         const PixelPoint to = pixelOf(person, {1.5, 1.25, 0});
         person.move(person.onView(to));
         ASSERT_TRUE(person.waitFor([to] { return WindowDriver::frame().view().lastMousePos == to; }));
-        const auto point = [] { return WindowDriver::frame().document().patches[0][1][1]; };
+        const auto point = [] { return WindowDriver::frame().state().patches[0][1][1]; };
         const zVec<double> dragged = person.ask(point);
         // To the next point of the grid, whose steps are 2 / 99, from the pixel's own rounding.
         EXPECT_NEAR(dragged.x, 1.5, 0.03);
@@ -265,7 +266,7 @@ TEST(Regimes, LeavingThePatchesEmptiesTheZBlockAndShowsAllAgain) {
             }
             throw std::runtime_error("no button of Block only");
         }));
-        const auto blockOnly = [] { return WindowDriver::frame().document().showBlockOnly; };
+        const auto blockOnly = [] { return WindowDriver::frame().state().showBlockOnly; };
         EXPECT_TRUE(person.ask(blockOnly));
         EXPECT_EQ(state(person), "patch captured; block 2");
         fromContextMenu(person, "Exit");
@@ -280,7 +281,7 @@ TEST(Regimes, LeavingTheAddRegimeForACurveAsksFirst) {
         person.choose({"Edit", "Patches", "Capture"});
         clickOn(person, onFirst);
         fromContextMenu(person, "Add to zBlock");
-        const std::string before = person.ask([] { return WindowDriver::frame().document().status; });
+        const std::string before = person.ask([] { return WindowDriver::frame().state().status; });
 
         person.choose({"Edit", "Lines", "Capture", "Section"});
         expectBox(person, "questionBox", question, "Escape");

@@ -5,6 +5,7 @@
 #include <QTableWidget>
 
 #include "Desk.h"
+#include "DocumentState.h"
 #include "WindowDriver.h"
 #include "arranged_capture.h"
 #include "qt_text.h"
@@ -85,7 +86,7 @@ QString actionText(WindowDriver& person) {
 }
 
 PatchList model(WindowDriver& person) {
-    return person.ask([] { return WindowDriver::frame().document().patches; });
+    return person.ask([] { return WindowDriver::frame().state().patches; });
 }
 
 // ---- Doing ------------------------------------------------------------------------------------------------------
@@ -208,7 +209,7 @@ TEST(RegularInput, PointsAreTypedPutInReplacedCutCopiedAndPasted) {
         person.clickWidget(QStringLiteral("act"));
         ASSERT_TRUE(person.waitForNoBox());
         EXPECT_EQ(model(person), (PatchList{{{{1, 2, 3}, {0.123456789, 8, 9}, {-5, 0.005, 6}}}}));
-        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().structureKind; }), StructureKind::Structured);
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().state().structureKind; }), StructureKind::Structured);
         EXPECT_TRUE(person.ask([] { return WindowDriver::frame().isWindowModified(); }));
     });
 }
@@ -268,7 +269,7 @@ TEST(RegularInput, AWrongNumberIsRefusedAndTheFieldKeepsTheFocus) {
         person.key("Escape");
         ASSERT_TRUE(person.waitForNoBox());
         EXPECT_TRUE(model(person).empty()) << "Cancel takes nothing";
-        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().structureKind; }), StructureKind::None);
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().state().structureKind; }), StructureKind::None);
         EXPECT_FALSE(person.ask([] { return WindowDriver::frame().isWindowModified(); }));
     });
 }
@@ -294,7 +295,7 @@ void expectFieldsOn(WindowDriver& person, bool K, bool N, bool M) {
 /// Sets what the regimes hold and captures point 2 of section 3 of patch 2.
 void hold(WindowDriver& person, bool CaptureState::*regime) {
     person.ask([regime] {
-        VelmoraDoc& doc = WindowDriver::frame().document();
+        DocumentState& doc = WindowDriver::frame().state();
         arranged(doc).patchCaptured = arranged(doc).sectionCaptured = arranged(doc).lineCaptured = false;
         if (regime != nullptr) {
             arranged(doc).*regime = true;
@@ -331,7 +332,7 @@ TEST(RegularInput, FindBringsWhatIsTypedIntoRangeAsTheFieldIsLeft) {
         ASSERT_TRUE(person.waitForNoBox()) << "a number out of range is never refused";
         EXPECT_EQ(person.status(), QStringLiteral("Captured point: (Patch K=3, Section N=1, Point M=4) X=13.000000, "
                                                   "Y=0.000000, Z=0.000000 // Press right button to continue "));
-        EXPECT_TRUE(person.ask([] { return WindowDriver::frame().document().capture->pointCaptured; }));
+        EXPECT_TRUE(person.ask([] { return WindowDriver::frame().state().capture->pointCaptured; }));
     });
 }
 
@@ -356,7 +357,7 @@ TEST(RegularInput, FindLeavesAloneWhatTheRegimeHolds) {
             person.key("Escape");
             ASSERT_TRUE(person.waitForNoBox());
         }
-        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().capture->capturedPoint; }), 1) << "Cancel";
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().state().capture->capturedPoint; }), 1) << "Cancel";
     });
 }
 

@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "Desk.h"
+#include "DocumentState.h"
 #include "Process.h"
 #include "WindowDriver.h"
 #include "camera.h"
@@ -31,7 +32,7 @@ struct SeenPoint {
 /// Every third point of the model where it stands in the view.
 std::vector<SeenPoint> pointsInView(MainFrame& frame) {
     VelmoraView& view = frame.view();
-    const PatchList& patches = frame.document().patches;
+    const PatchList& patches = frame.state().patches;
     std::vector<SeenPoint> points;
     for (std::size_t k = 0; k < patches.size(); ++k) {
         for (std::size_t n = 0; n < patches[k].size(); ++n) {
@@ -100,8 +101,7 @@ void rebreakTo(WindowDriver& person, const Target& target, const std::string& co
 std::vector<std::size_t> pointCounts(WindowDriver& person, const Target& target) {
     return person.ask([target] {
         std::vector<std::size_t> counts;
-        for (const PointList& section :
-             WindowDriver::frame().document().patches[static_cast<std::size_t>(target.patch)]) {
+        for (const PointList& section : WindowDriver::frame().state().patches[static_cast<std::size_t>(target.patch)]) {
             counts.push_back(section.size());
         }
         return counts;
@@ -139,7 +139,7 @@ TEST(Road, CaptureRebreakSaveAndExitWriteWhatTheScriptWrites) {
         target = person.ask([] { return loneliestSection(WindowDriver::frame()); });
         viewport = person.ask([] { return WindowDriver::frame().view().viewport; });
         person.click(person.onView(target.pixel));
-        ASSERT_TRUE(person.waitFor([] { return WindowDriver::frame().document().capture->sectionCaptured; }));
+        ASSERT_TRUE(person.waitFor([] { return WindowDriver::frame().state().capture->sectionCaptured; }));
         const std::size_t points = pointCounts(person, target)[static_cast<std::size_t>(target.section)];
         EXPECT_EQ(person.status(),
                   QStringLiteral("Captured section: Patch K=%1, Section N=%2, Points M=%3  // Press right button to "
@@ -154,7 +154,7 @@ TEST(Road, CaptureRebreakSaveAndExitWriteWhatTheScriptWrites) {
         EXPECT_TRUE(person.ask([] { return WindowDriver::frame().isWindowModified(); }));
         EXPECT_EQ(fileText(desk.model), original) << "nothing is written before Save";
         person.key("s", "Control_L");
-        ASSERT_TRUE(person.waitFor([] { return !WindowDriver::frame().document().documentModified; }));
+        ASSERT_TRUE(person.waitFor([] { return !WindowDriver::frame().state().documentModified; }));
         saved = fileText(desk.model);
 
         rebreakTo(person, target, "31", false);
@@ -198,7 +198,7 @@ TEST(Road, WithoutAFileTheProgramStartsEmpty) {
         person.waitForFrame();
         EXPECT_EQ(person.title(), QStringLiteral("Untitled[*] - Velmora"));
         EXPECT_EQ(person.status(), QStringLiteral("For Help, press F1"));
-        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().structureKind; }), StructureKind::None);
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().state().structureKind; }), StructureKind::None);
         person.choose({"File", "Exit"});
         EXPECT_TRUE(person.waitForEnd());
     });

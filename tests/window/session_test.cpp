@@ -13,7 +13,10 @@
 #include <atomic>
 
 #include "Desk.h"
+#include "DialogValues.h"
+#include "DocumentState.h"
 #include "FilesListDialog.h"
+#include "VelmoraDoc.h"
 #include "WindowDriver.h"
 #include "qt_text.h"
 
@@ -187,7 +190,7 @@ TEST(Session, SavingOverAFileIsAskedFirst) {
     const std::string before = fileText(desk.model);
     runProgram({desk.model.string()}, [&](WindowDriver& person) {
         person.waitForFrame();
-        person.ask([] { WindowDriver::frame().document().patches[0][0][0].x = 0.5; });
+        person.ask([] { WindowDriver::frame().state().patches[0][0][0].x = 0.5; });
         const auto saveAs = [&person] {
             person.choose({"File", "Save As..."});
             waitForChooser(person);
@@ -234,7 +237,7 @@ TEST(Session, OpenProposesTheNameInItsFolderAndReturnOpensIt) {
         EXPECT_EQ(chosenType(person), QStringLiteral("Geometry Files (*.apt)")) << "that of the proposed file";
         person.key("Return");
         ASSERT_TRUE(person.waitForNoBox());
-        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().patches.size(); }), 3U);
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().state().patches.size(); }), 3U);
     });
 }
 
@@ -248,7 +251,7 @@ TEST(Session, OpenTakesSeveralFilesInListMode) {
         person.type('"' + desk.model.string() + "\" \"" + (desk.folder / "second.apt").string() + '"');
         person.key("Return");
         ASSERT_TRUE(person.waitForNoBox());
-        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().patches.size(); }), 6U);
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().state().patches.size(); }), 6U);
     });
 }
 
@@ -304,7 +307,9 @@ TEST(Session, AProjectListIsMadeInItsWindow) {
         person.ask([] {
             QMetaObject::invokeMethod(
                 &WindowDriver::frame(),
-                [] { FilesListDialog(WindowDriver::frame().document().filesList, &WindowDriver::frame()).exec(); },
+                [] {
+                    FilesListDialog(WindowDriver::frame().state().dialogs->filesList, &WindowDriver::frame()).exec();
+                },
                 Qt::QueuedConnection);
         });
         person.waitForBox(QStringLiteral("dlgFilesList"));
@@ -358,7 +363,7 @@ TEST(Session, AProjectListIsMadeInItsWindow) {
         person.key("Return");
         ASSERT_TRUE(person.waitForNoBox());
         person.ask([&] {
-            const dlgFilesList& list = WindowDriver::frame().document().filesList;
+            const dlgFilesList& list = WindowDriver::frame().state().dialogs->filesList;
             EXPECT_EQ(list.name.text, "wing");
             EXPECT_EQ(list.projectList.size(), 2U);
             EXPECT_EQ(list.projectPath, fs::canonical(desk.folder / "inner" / "made"));

@@ -10,6 +10,9 @@
 #include <set>
 
 #include "Desk.h"
+#include "DialogValues.h"
+#include "DocumentState.h"
+#include "VelmoraDoc.h"
 #include "WindowDriver.h"
 #include "arranged_capture.h"
 #include "qt_text.h"
@@ -167,7 +170,7 @@ const std::vector<DialogRow>& dialogRows() {
         {"CLast_First_switch", "model.lastFirstSwitch", transform, nothing, "", "kind", "", "Down",
          [](Doc d) { return x(d, 0, 0) == 3.0; }},
         {"CSmooth", "model.smooth", transform, nothing, "", "regime", "", "Down",
-         [](Doc d) { return d.patchUndoReady && d.smoothValues.regime == 2; }},
+         [](Doc d) { return d.patchUndoReady && d.dialogs->smooth.regime == 2; }},
         {"CFeatures",
          "view.features",
          {"Options"},
@@ -178,7 +181,7 @@ const std::vector<DialogRow>& dialogRows() {
          "space",
          [](Doc d) { return d.showFirstPoints; }},
         {"CMerge", "block.merge", transform, holdTwoPatches, "", "aptControl", "", "space",
-         [](Doc d) { return d.patches.size() == 2 && d.mergeValues.aptControl; }},
+         [](Doc d) { return d.patches.size() == 2 && d.dialogs->merge.aptControl; }},
         {"CFirstPoint",
          "line.firstPoint",
          {},
@@ -187,7 +190,7 @@ const std::vector<DialogRow>& dialogRows() {
          "makeLoop",
          "",
          "space",
-         [](Doc d) { return d.patchUndoReady && d.firstPointValues.makeLoop; }},
+         [](Doc d) { return d.patchUndoReady && d.dialogs->firstPoint.makeLoop; }},
         {"CExtrapolation",
          "block.extrapolate",
          {"Edit", "Patches"},
@@ -232,7 +235,7 @@ const std::vector<DialogRow>& dialogRows() {
          "power",
          "0",
          "1",
-         [](Doc d) { return d.correctLineValues.power == 1.0 && x(d, 1, 1) == 2.0; }},
+         [](Doc d) { return d.dialogs->correctLine.power == 1.0 && x(d, 1, 1) == 2.0; }},
         {"dlgEditPoint",
          "point.edit",
          {"Edit", "Point"},
@@ -250,7 +253,7 @@ const std::vector<DialogRow>& dialogRows() {
          "scale",
          "0",
          "2",
-         [](Doc d) { return d.viewingValues.scale == 2.0; }},
+         [](Doc d) { return d.dialogs->viewing.scale == 2.0; }},
         {"CConvert_to_SKL", "convert.toSkl", convert, holdTriangles, "", "number", "100001", "3",
          [](Doc d) { return d.fileKind == FileKind::Skl && d.patches.size() == 1; }},
         {"CConvert_SKL_to_APT", "convert.toApt", convert, holdLinesOfTwoLengths, "", "pointCount", "1", "6",
@@ -431,7 +434,7 @@ void workDialog(WindowDriver& person, const DialogRow& row) {
     }
     person.key("Return");
     closeBoxes(person);
-    EXPECT_TRUE(person.ask([&] { return row.done(WindowDriver::frame().document()); })) << "no effect";
+    EXPECT_TRUE(person.ask([&] { return row.done(WindowDriver::frame().state()); })) << "no effect";
 }
 
 // ---- The walks ------------------------------------------------------------------------------------------------------
@@ -449,7 +452,7 @@ TEST(Walk, EveryDialogIsWorkedByTheKeyboard) {
                 return;
             }
         }
-        person.ask([] { WindowDriver::frame().document().documentModified = false; });
+        person.ask([] { WindowDriver::frame().state().documentModified = false; });
     });
 }
 

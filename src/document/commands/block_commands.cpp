@@ -1,11 +1,17 @@
+#include "block_commands.h"
+
 #include <algorithm>
 
+#include "DialogValues.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "apt.h"
 #include "file_types.h"
 #include "messages.h"
 #include "patch_order.h"
 #include "path_names.h"
+#include "regimes.h"
+#include "show_dialog.h"
 #include "skl.h"
 #include "write_files.h"
 
@@ -36,8 +42,10 @@ void VelmoraDoc::InvertBlock() {
 
 // ---- Extract and Delete ---------------------------------------------------------------------------------------------
 
+namespace {
+
 /// Keeps the patches whose mark is `kept`, in the order of the model.
-void VelmoraDoc::keepPatches(const std::vector<bool>& mask, bool kept) {
+void keepPatches(VelmoraDoc& doc, const std::vector<bool>& mask, bool kept) {
     const auto keep = [&mask, kept](PatchList& list) {
         PatchList rest;
         for (std::size_t k = 0; k < list.size(); ++k) {
@@ -47,46 +55,48 @@ void VelmoraDoc::keepPatches(const std::vector<bool>& mask, bool kept) {
         }
         list.swap(rest);
     };
-    if (PatchList* const field = wholeField()) {
+    if (PatchList* const field = doc.wholeField()) {
         keep(*field);
     }
-    keep(patches);
+    keep(doc.patches);
 }
 
 /// The model lost its last part: nothing is left to select or to capture.
-void VelmoraDoc::endEmptiedModel() {
-    forgetKinds();
-    emptyBlock();
-    capture.forgetPatch();
-    EndBlockRegime();
+void endEmptiedModel(VelmoraDoc& doc) {
+    doc.forgetKinds();
+    doc.emptyBlock();
+    doc.capture.forgetPatch();
+    doc.EndBlockRegime();
 }
 
 /// Ends in the idle state, with no zBlock.
-void VelmoraDoc::finishBlockRemoval() {
-    if (partCount() == 0) {
-        endEmptiedModel();
+void finishBlockRemoval(VelmoraDoc& doc) {
+    if (doc.partCount() == 0) {
+        endEmptiedModel(doc);
     }
-    emptyBlock();
-    capture.dropPatches();
-    showBlockOnly = false;
-    ShowStatus(idlePrompt);
-    resetMouseMode();
-    if (structureKind == StructureKind::Structured) {
-        retitle();
+    doc.emptyBlock();
+    doc.capture.dropPatches();
+    doc.showBlockOnly = false;
+    doc.ShowStatus(idlePrompt);
+    doc.resetMouseMode();
+    if (doc.structureKind == StructureKind::Structured) {
+        doc.retitle();
     }
-    redraw();
+    doc.redraw();
 }
+
+} // namespace
 
 void VelmoraDoc::ExtractBlock() {
     if (structureKind == StructureKind::None) {
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     const std::vector<bool> mask = blockMask();
     const std::vector<std::int32_t> block(blockList.begin(), blockList.begin() + blockCount);
-    leavePointAndCurves();
+    leavePointAndCurves(*this);
     if (structureKind == StructureKind::Structured) {
-        keepPatches(mask, true);
+        keepPatches(*this, mask, true);
     } else {
         zRegion_fe extracted;
         for (const std::int32_t zone : block) {
@@ -94,18 +104,18 @@ void VelmoraDoc::ExtractBlock() {
         }
         feRegion.blocks.swap(extracted.blocks);
     }
-    finishBlockRemoval();
+    finishBlockRemoval(*this);
 }
 
 void VelmoraDoc::DeleteBlock() {
     if (structureKind == StructureKind::None) {
         return;
     }
-    beginPatchCommand(false);
-    leavePointAndCurves();
+    beginPatchCommand(Extent::Stays);
+    leavePointAndCurves(*this);
     const std::vector<bool> mask = blockMask();
     if (structureKind == StructureKind::Structured) {
-        keepPatches(mask, false);
+        keepPatches(*this, mask, false);
     } else {
         zRegion_fe rest;
         for (std::size_t zone = 0; zone < mask.size(); ++zone) {
@@ -115,23 +125,22 @@ void VelmoraDoc::DeleteBlock() {
         }
         feRegion.blocks.swap(rest.blocks);
     }
-    finishBlockRemoval();
+    finishBlockRemoval(*this);
 }
 
-/// Removes a patch of the model, and its number from the zBlock; the numbers above it go down.
-void VelmoraDoc::takePatchOut(std::int32_t patch) {
-    patches.erase(patches.begin() + patch);
-    const auto end = blockList.begin() + blockCount;
-    const auto kept = std::remove(blockList.begin(), end, patch);
+void takePatchOut(VelmoraDoc& doc, std::int32_t patch) {
+    doc.patches.erase(doc.patches.begin() + patch);
+    const auto end = doc.blockList.begin() + doc.blockCount;
+    const auto kept = std::remove(doc.blockList.begin(), end, patch);
     std::fill(kept, end, -1);
-    blockCount = static_cast<std::int32_t>(kept - blockList.begin());
-    for (std::int32_t& number : blockList) {
+    doc.blockCount = static_cast<std::int32_t>(kept - doc.blockList.begin());
+    for (std::int32_t& number : doc.blockList) {
         if (number > patch) {
             --number;
         }
     }
-    if (patches.empty()) {
-        endEmptiedModel();
+    if (doc.patches.empty()) {
+        endEmptiedModel(doc);
     }
 }
 
@@ -155,9 +164,9 @@ void VelmoraDoc::PasteBlock() {
     }
     const bool intoNothing = structureKind == StructureKind::None;
     if (!intoNothing) {
-        beginPatchCommand(false);
-        leavePointAndCurves();
-        keepPatches(blockMask(), false);
+        beginPatchCommand(Extent::Stays);
+        leavePointAndCurves(*this);
+        keepPatches(*this, blockMask(), false);
     }
     emptyBlock();
     const std::int32_t before = countOf(patches);
@@ -256,24 +265,24 @@ void VelmoraDoc::SaveBlockAs() {
 // ---- Extrapolate ----------------------------------------------------------------------------------------------------
 
 void VelmoraDoc::Extrapolate() {
-    if (structureKind != StructureKind::Structured || !showDialog(extrapolationValues)) {
+    if (structureKind != StructureKind::Structured || !showDialog(ui_, dialogs->extrapolation)) {
         return;
     }
-    const bool lines = extrapolationValues.kind > 2;
-    const bool beyondLast = extrapolationValues.kind % 2 == 0;
+    const bool lines = dialogs->extrapolation.kind > 2;
+    const bool beyondLast = dialogs->extrapolation.kind % 2 == 0;
     const std::vector<bool> mask = blockMask();
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     if (!lines || transposePatches(patches, mask)) {
         for (std::size_t k = 0; k < patches.size(); ++k) {
             if (mask[k]) {
-                extrapolate(patches[k], beyondLast, extrapolationValues.coefficient);
+                extrapolate(patches[k], beyondLast, dialogs->extrapolation.coefficient);
             }
         }
         if (lines) {
             transposePatches(patches, mask);
         }
     }
-    leavePointAndCurves();
+    leavePointAndCurves(*this);
     redraw();
 }
 

@@ -1,14 +1,15 @@
 #include <algorithm>
 
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "capture_address.h"
-#include "carried_values.h"
+#include "captured_curve.h"
 #include "file_types.h"
 #include "marker_files.h"
 #include "messages.h"
-#include "patch_curves.h"
 #include "path_names.h"
 #include "point_files.h"
+#include "section_edits.h"
 #include "write_files.h"
 
 namespace velmora {
@@ -27,75 +28,6 @@ FileRequest bufferRequest(ChooserMode mode, const char* command) {
 }
 
 } // namespace
-
-/// Whether what is captured as section or line stands in the model.
-bool VelmoraDoc::curveIsThere() {
-    if (structureKind != StructureKind::Structured) {
-        return false;
-    }
-    return capture->sectionCaptured
-               ? sectionAt(capture->capturedPatch, capture->capturedSection) != nullptr
-               : capture->lineCaptured && pointAt(capture->capturedPatch, 0, capture->capturedLine) != nullptr;
-}
-
-/// The points of the captured section, or of the captured line one of each section that reaches it.
-PointList VelmoraDoc::capturedCurvePoints() {
-    if (capture->sectionCaptured) {
-        const PointList* section = sectionAt(capture->capturedPatch, capture->capturedSection);
-        return section != nullptr ? *section : PointList();
-    }
-    PointList points;
-    if (capture->lineCaptured && capture->capturedPatch >= 0 && capture->capturedPatch < countOf(patches)) {
-        const std::int32_t sections = countOf(patches[static_cast<std::size_t>(capture->capturedPatch)]);
-        for (std::int32_t n = 0; n < sections; ++n) {
-            if (const zVec<double>* point = pointAt(capture->capturedPatch, n, capture->capturedLine)) {
-                points.push_back(*point);
-            }
-        }
-    }
-    return points;
-}
-
-PointList VelmoraDoc::curveInHand() {
-    return curveIsThere() ? capturedCurvePoints() : lineBuffer;
-}
-
-/// The captured line is about to get `points`: its field values go along.
-void VelmoraDoc::carryLineValues(const PointList& points) {
-    Patch* const field = fieldOfPatch(capture->capturedPatch);
-    const PointList before = capturedCurvePoints();
-    if (field == nullptr || before.size() != field->size() || points.size() != before.size()) {
-        return;
-    }
-    const PatchCurve line(*field, true, capture->capturedLine);
-    PointList values = line.points();
-    carryValues(before, points, values);
-    for (std::int32_t n = 0; n < line.count(); ++n) {
-        line[n] = values[static_cast<std::size_t>(n)];
-    }
-}
-
-/// Gives the captured curve other points: a section takes them as they are, a line one for each of its own.
-void VelmoraDoc::putCurvePoints(const PointList& points) {
-    if (capture->sectionCaptured) {
-        PointList& section = *sectionAt(capture->capturedPatch, capture->capturedSection);
-        if (PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection)) {
-            carryValues(section, points, *field);
-        }
-        section = points;
-    } else {
-        carryLineValues(points);
-        auto position = points.begin();
-        for (std::int32_t n = 0; sectionAt(capture->capturedPatch, n) != nullptr && position != points.end(); ++n) {
-            if (zVec<double>* point = pointAt(capture->capturedPatch, n, capture->capturedLine)) {
-                *point = *position;
-                ++position;
-            }
-        }
-    }
-    keepCaptureInside(*this);
-    followCapturedPoint();
-}
 
 void VelmoraDoc::AddToBuffer() {
     lineBuffer.push_back(capture->pickedPoint);
@@ -152,34 +84,34 @@ void VelmoraDoc::ReverseBuffer() {
 
 void VelmoraDoc::CopyToBuffer() {
     lineBufferFull = true;
-    lineBuffer = capturedCurvePoints();
+    lineBuffer = capturedCurvePoints(*this);
     redraw();
 }
 
 void VelmoraDoc::PasteFromBuffer() {
-    if (!curveIsThere()) {
+    if (!curveIsThere(*this)) {
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     ui_.showMessage(message::aptMayBeViolated);
     const std::size_t sections = patches[static_cast<std::size_t>(capture->capturedPatch)].size();
-    const bool fits = lineBuffer.size() == sections && capturedCurvePoints().size() == sections;
+    const bool fits = lineBuffer.size() == sections && capturedCurvePoints(*this).size() == sections;
     if (!capture->sectionCaptured && !fits) {
         ui_.showMessage(message::bufferDoesNotFitLine);
         return;
     }
-    putCurvePoints(lineBuffer);
+    putCurvePoints(*this, lineBuffer);
     retitle();
     redraw();
 }
 
 void VelmoraDoc::MatchBuffer() {
-    if (!curveIsThere()) {
+    if (!curveIsThere(*this)) {
         return;
     }
-    beginPatchCommand(false);
-    if (const auto points = matchedPoints(capturedCurvePoints(), lineBuffer)) {
-        putCurvePoints(*points);
+    beginPatchCommand(Extent::Stays);
+    if (const auto points = matchedPoints(capturedCurvePoints(*this), lineBuffer)) {
+        putCurvePoints(*this, *points);
     } else {
         ui_.showMessage(message::matchingImpossible);
     }

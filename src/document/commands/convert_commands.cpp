@@ -1,19 +1,27 @@
+#include "DialogValues.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "corner_box.h"
 #include "lines_to_grid.h"
 #include "messages.h"
+#include "regimes.h"
+#include "show_dialog.h"
 #include "slice_surface.h"
 #include "zone_conversion.h"
 
 namespace velmora {
 
+namespace {
+
 /// The model has become one of another kind: tags, title and path follow.
-void VelmoraDoc::finishConversion(StructureKind structure, FileKind kind, const char* extension) {
-    structureKind = structure;
-    fileKind = kind;
-    modelFile.titleWrong = false;
-    modelFile.takeExtension(extension);
+void finishConversion(VelmoraDoc& doc, StructureKind structure, FileKind kind, const char* extension) {
+    doc.structureKind = structure;
+    doc.fileKind = kind;
+    doc.modelFile.titleWrong = false;
+    doc.modelFile.takeExtension(extension);
 }
+
+} // namespace
 
 void VelmoraDoc::ConvertToUnstructured() {
     zRegion zones;
@@ -24,12 +32,12 @@ void VelmoraDoc::ConvertToUnstructured() {
         ui_.showMessage(message::conversionWithoutResult);
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     // What is captured is a part of a grid: there is none from here on.
     leaveRegimes();
     feRegion.blocks.swap(surface.blocks);
     patches.clear();
-    finishConversion(StructureKind::Unstructured, FileKind::None, "dat");
+    finishConversion(*this, StructureKind::Unstructured, FileKind::None, "dat");
     ShowStatus(idlePrompt);
     redraw();
 }
@@ -55,29 +63,29 @@ void VelmoraDoc::ConvertToSkl() {
         return;
     }
     const CornerBox box = cornerBox(feRegion);
-    toSklValues.boxMin = box.lower;
-    toSklValues.boxMax = box.upper;
-    toSklValues.precision = CConvert_to_SKL().precision;
-    toSklValues.freeBytes = memoryRoom(0.0).free;
-    toSklValues.pointsOfPlane = [this](const CConvert_to_SKL& values) {
+    dialogs->toSkl.boxMin = box.lower;
+    dialogs->toSkl.boxMax = box.upper;
+    dialogs->toSkl.precision = CConvert_to_SKL().precision;
+    dialogs->toSkl.freeBytes = memoryRoom(0.0).free;
+    dialogs->toSkl.pointsOfPlane = [this](const CConvert_to_SKL& values) {
         const bool manual = values.borderApproach == 2;
         return cutsOfPlane(feRegion, values.planeAxis - 1, manual ? values.yourMin : values.min,
                            manual ? values.yourMax : values.max);
     };
-    if (!showDialog(toSklValues)) {
+    if (!showDialog(ui_, dialogs->toSkl)) {
         return;
     }
     SliceResult slices;
     {
         const BusyScope busy(ui_);
-        slices = sliceSurface(feRegion, planOf(toSklValues), progressTo(ui_));
+        slices = sliceSurface(feRegion, planOf(dialogs->toSkl), progressTo(ui_));
     }
     if (slices.sections.empty()) {
         // One plane has no step and cuts nothing, as none does beside the body: the body is worth more than no line.
         ui_.showMessage(message::conversionWithoutResult);
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     // What is captured is a part of the surface: there is none from here on.
     leaveRegimes();
     for (std::int32_t line = 0; line < slices.linesLeft; ++line) {
@@ -86,7 +94,7 @@ void VelmoraDoc::ConvertToSkl() {
     patches.clear();
     patches.push_back(std::move(slices.sections));
     feRegion.blocks.clear();
-    finishConversion(StructureKind::Structured, FileKind::Skl, "skl");
+    finishConversion(*this, StructureKind::Structured, FileKind::Skl, "skl");
     ShowStatus(idlePrompt);
     emptyBlock();
     showBlockOnly = false; // of an empty zBlock nothing would be shown
@@ -105,20 +113,20 @@ void VelmoraDoc::ConvertToApt() {
         ui_.showMessage(message::conversionWithoutResult);
         return;
     }
-    toAptValues.room = memoryRoom(static_cast<double>(sections) * bytesOfPoint);
-    if (!showDialog(toAptValues)) {
+    dialogs->toApt.room = memoryRoom(static_cast<double>(sections) * bytesOfPoint);
+    if (!showDialog(ui_, dialogs->toApt)) {
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     {
         const BusyScope busy(ui_);
-        patches = linesToGrid(patches, toAptValues.pointCount, toAptValues.approximation == 1, wholeField());
-        for (std::size_t k = 0; toAptValues.align && k < patches.size(); ++k) {
+        patches = linesToGrid(patches, dialogs->toApt.pointCount, dialogs->toApt.approximation == 1, wholeField());
+        for (std::size_t k = 0; dialogs->toApt.align && k < patches.size(); ++k) {
             alignSections(patches[k], wholeField() != nullptr ? &(*wholeField())[k] : nullptr);
         }
     }
-    finishConversion(StructureKind::Structured, FileKind::Apt, "apt");
-    leavePointAndCurves();
+    finishConversion(*this, StructureKind::Structured, FileKind::Apt, "apt");
+    leavePointAndCurves(*this);
     ShowStatus(capture->patchCaptured       ? capture->blockStatus
                : capture->patchCaptureArmed ? capture->patchStatus
                                             : idlePrompt);

@@ -1,82 +1,55 @@
 #include <algorithm>
 
+#include "DialogValues.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "intersection.h"
 #include "joint_curve.h"
 #include "messages.h"
 #include "patch_order.h"
+#include "regimes.h"
+#include "show_dialog.h"
 
 namespace velmora {
 
 // Two bodies are cut against each other: the lines of the zBlock pierce the other patches.
 
-void VelmoraDoc::Intersection() {
-    if (structureKind != StructureKind::Structured) {
-        redraw();
-        return;
-    }
-    const bool pierced = pierceOtherPatches();
-    redraw(); // the piercing points are seen, also when nothing more comes of them
-    if (!pierced) {
-        ui_.showMessage(message::intersectionImpossible);
-        return;
-    }
-    intersectionValues.tolerance = intersectionTolerance;
-    double lines = 0.0;
-    double sections = 0.0;
-    const std::vector<bool> inside = blockMask();
-    for (std::size_t k = 0; k < patches.size(); ++k) {
-        (inside[k] ? lines : sections) += inside[k] ? lineCount(patches[k]) : countOf(patches[k]);
-    }
-    intersectionValues.inside = memoryRoom(lines * bytesOfPoint);
-    intersectionValues.outside = memoryRoom(sections * bytesOfPoint);
-    if (!showDialog(intersectionValues)) {
-        return;
-    }
-    intersectionTolerance = intersectionValues.tolerance;
-    beginPatchCommand(false);
-    carryOutIntersection();
-    leaveRegimes();
-    emptyBlock();
-    showBlockOnly = false;
-    showIdlePrompt();
-    retitle();
-    redraw();
-}
+namespace {
 
 /// Fills the three lists of the joint. False, with the reason told, when a line pierces nothing; also for a zBlock
 /// without lines, as then there is no joint and all other patches would be thrown away.
-bool VelmoraDoc::pierceOtherPatches() {
+bool pierceOtherPatches(VelmoraDoc& doc) {
     PiercingPoints piercing;
     PiercingOutcome outcome;
-    if (blockCount > 0) {
-        const BusyScope busy(ui_);
-        outcome = findPiercingPoints(patches, chosenPatches(), piercing, progressTo(ui_));
+    if (doc.blockCount > 0) {
+        const BusyScope busy(doc.ui());
+        outcome = findPiercingPoints(doc.patches, doc.chosenPatches(), piercing, progressTo(doc.ui()));
     }
-    interLine = std::move(piercing.places);
-    beforeIntersection = std::move(piercing.before);
-    afterIntersection = std::move(piercing.after);
+    doc.interLine = std::move(piercing.places);
+    doc.beforeIntersection = std::move(piercing.before);
+    doc.afterIntersection = std::move(piercing.after);
     if (outcome.failure == PiercingFailure::DoublePoint) {
-        ui_.showMessage(message::intersectionDoublePoint);
+        doc.ui().showMessage(message::intersectionDoublePoint);
     } else if (outcome.failure == PiercingFailure::NotFound) {
-        ui_.showMessage(message::lineNotIntersected(outcome.line, outcome.patch));
+        doc.ui().showMessage(message::lineNotIntersected(outcome.line, outcome.patch));
     }
-    return outcome.failure == PiercingFailure::None && (blockCount < 1 || !interLine.empty());
+    return outcome.failure == PiercingFailure::None && (doc.blockCount < 1 || !doc.interLine.empty());
 }
 
 /// Runs the grids along the joint, throws away what lies on the unwanted side and re-spaces the rest.
-void VelmoraDoc::carryOutIntersection() {
-    const CIntersection& v = intersectionValues;
-    const std::vector<bool> inside = blockMask();
-    const JointPoints joint(interLine);
+void carryOutIntersection(VelmoraDoc& doc) {
+    const CIntersection& v = doc.dialogs->intersection;
+    const std::vector<bool> inside = doc.blockMask();
+    const JointPoints joint(doc.interLine);
     std::int32_t notFound = 0;
     std::int32_t tooSmall = 0;
     {
-        const BusyScope busy(ui_);
-        notFound = placePiercingPoints(patches, inside, {interLine, beforeIntersection, afterIntersection}, v.tolerance,
-                                       interPatches, progressTo(ui_));
-        for (std::size_t k = 0; k < patches.size(); ++k) {
-            Patch& patch = patches[k];
+        const BusyScope busy(doc.ui());
+        notFound =
+            placePiercingPoints(doc.patches, inside, {doc.interLine, doc.beforeIntersection, doc.afterIntersection},
+                                v.tolerance, doc.interPatches, progressTo(doc.ui()));
+        for (std::size_t k = 0; k < doc.patches.size(); ++k) {
+            Patch& patch = doc.patches[k];
             if (!inside[k]) {
                 keepJointSections(patch, joint);
                 trimSections(patch, joint, v.outsideSide == 1);
@@ -95,11 +68,47 @@ void VelmoraDoc::carryOutIntersection() {
         }
     }
     for (std::int32_t i = 0; i < notFound; ++i) {
-        ui_.showMessage(message::cellNotFound);
+        doc.ui().showMessage(message::cellNotFound);
     }
     for (std::int32_t i = 0; i < tooSmall; ++i) {
-        ui_.showMessage(message::compartmentTooSmall);
+        doc.ui().showMessage(message::compartmentTooSmall);
     }
+}
+
+} // namespace
+
+void VelmoraDoc::Intersection() {
+    if (structureKind != StructureKind::Structured) {
+        redraw();
+        return;
+    }
+    const bool pierced = pierceOtherPatches(*this);
+    redraw(); // the piercing points are seen, also when nothing more comes of them
+    if (!pierced) {
+        ui_.showMessage(message::intersectionImpossible);
+        return;
+    }
+    dialogs->intersection.tolerance = intersectionTolerance;
+    double lines = 0.0;
+    double sections = 0.0;
+    const std::vector<bool> inside = blockMask();
+    for (std::size_t k = 0; k < patches.size(); ++k) {
+        (inside[k] ? lines : sections) += inside[k] ? lineCount(patches[k]) : countOf(patches[k]);
+    }
+    dialogs->intersection.inside = memoryRoom(lines * bytesOfPoint);
+    dialogs->intersection.outside = memoryRoom(sections * bytesOfPoint);
+    if (!showDialog(ui_, dialogs->intersection)) {
+        return;
+    }
+    intersectionTolerance = dialogs->intersection.tolerance;
+    beginPatchCommand(Extent::Stays);
+    carryOutIntersection(*this);
+    leaveRegimes();
+    emptyBlock();
+    showBlockOnly = false;
+    showIdlePrompt(*this);
+    retitle();
+    redraw();
 }
 
 } // namespace velmora

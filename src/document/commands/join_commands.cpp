@@ -1,10 +1,14 @@
 #include <algorithm>
 
+#include "DialogValues.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "match_border.h"
 #include "merge_patches.h"
 #include "merge_zones.h"
 #include "messages.h"
+#include "regimes.h"
+#include "show_dialog.h"
 #include "split_patch.h"
 
 namespace velmora {
@@ -12,7 +16,7 @@ namespace velmora {
 // Commands that cut patches in two, join them, or close the gap between them.
 
 void VelmoraDoc::SplitPatch() {
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     const auto split = [this](PatchList& list) {
         if (capture->sectionCaptured) {
             splitAtSection(list, capture->capturedPatch, capture->capturedSection);
@@ -35,102 +39,110 @@ void VelmoraDoc::SplitPatch() {
     redraw();
 }
 
-void VelmoraDoc::MergePatches() {
-    if (structureKind == StructureKind::Unstructured) {
-        mergeZonesOfBlock();
-    } else if (!mergePatchesOfBlock()) {
-        return;
+namespace {
+
+bool mergeStructured(VelmoraDoc& doc) {
+    const bool lines = doc.dialogs->merge.kind == 2;
+    const auto block = std::span<const std::int32_t>(doc.blockList).first(static_cast<std::size_t>(doc.blockCount));
+    const MergeMembers members = mergeMembers(doc.patches, block);
+    if (members.base < 0) {
+        return false;
     }
-    letCurveGo();
-    leavePointRegime(); // its patch may be gone
-    emptyBlock();
-    capture.forgetPatch();
-    EndBlockRegime();
-    showIdlePrompt();
+    if (!canMerge(doc.patches, members, lines)) {
+        doc.ui().showMessage(lines ? message::sectionsDiffer : message::mergeImpossible);
+        return false;
+    }
+    doc.beginPatchCommand(Extent::Stays);
+    const auto append = lines ? appendLines : appendSections;
+    PatchList* const values = doc.wholeField();
+    append(doc.patches, members, {doc.dialogs->merge.matching, false}, values);
+    removeMerged(doc.patches, members);
+    if (values != nullptr) {
+        // The field drops what the grid drops, whatever is said of double sections: a value without its point would
+        // belong to its neighbour.
+        append(doc.fieldPatches, members, {}, nullptr);
+        removeMerged(doc.fieldPatches, members);
+    }
+    doc.emptyBlock();
+    return true;
 }
 
-bool VelmoraDoc::mergePatchesOfBlock() {
-    mergeValues.isApt = fileKind == FileKind::Apt;
-    if (!showDialog(mergeValues)) {
+bool mergePatchesOfBlock(VelmoraDoc& doc) {
+    doc.dialogs->merge.isApt = doc.fileKind == FileKind::Apt;
+    if (!showDialog(doc.ui(), doc.dialogs->merge)) {
         return false;
     }
-    showDoublePoints = featuresValues.showDoublePoints = mergeValues.showDouble;
-    if (!mergeStructured()) {
-        redraw(); // the double points alone
+    doc.showDoublePoints = doc.dialogs->features.showDoublePoints = doc.dialogs->merge.showDouble;
+    if (!mergeStructured(doc)) {
+        doc.redraw(); // the double points alone
         return false;
     }
-    checkRegularity(patches);
+    doc.checkRegularity(doc.patches);
     return true;
 }
 
 /// The first zone of the zBlock takes in the others, one after the other.
-void VelmoraDoc::mergeZonesOfBlock() {
-    beginPatchCommand(false);
-    for (std::int32_t i = 1; i < blockCount; ++i) {
-        const std::int32_t zone = blockList[static_cast<std::size_t>(i)];
+void mergeZonesOfBlock(VelmoraDoc& doc) {
+    doc.beginPatchCommand(Extent::Stays);
+    for (std::int32_t i = 1; i < doc.blockCount; ++i) {
+        const std::int32_t zone = doc.blockList[static_cast<std::size_t>(i)];
         if (zone < 0) {
             continue;
         }
-        mergeZones(feRegion, blockList[0], zone);
-        for (std::int32_t j = 0; j < blockCount; ++j) {
-            std::int32_t& other = blockList[static_cast<std::size_t>(j)];
+        mergeZones(doc.feRegion, doc.blockList[0], zone);
+        for (std::int32_t j = 0; j < doc.blockCount; ++j) {
+            std::int32_t& other = doc.blockList[static_cast<std::size_t>(j)];
             other -= other > zone ? 1 : 0;
         }
-        blockList[static_cast<std::size_t>(i)] = -1;
+        doc.blockList[static_cast<std::size_t>(i)] = -1;
     }
 }
 
-bool VelmoraDoc::mergeStructured() {
-    const bool lines = mergeValues.kind == 2;
-    const auto block = std::span<const std::int32_t>(blockList).first(static_cast<std::size_t>(blockCount));
-    const MergeMembers members = mergeMembers(patches, block);
-    if (members.base < 0) {
-        return false;
+} // namespace
+
+void VelmoraDoc::MergePatches() {
+    if (structureKind == StructureKind::Unstructured) {
+        mergeZonesOfBlock(*this);
+    } else if (!mergePatchesOfBlock(*this)) {
+        return;
     }
-    if (!canMerge(patches, members, lines)) {
-        ui_.showMessage(lines ? message::sectionsDiffer : message::mergeImpossible);
-        return false;
-    }
-    beginPatchCommand(false);
-    const auto append = lines ? appendLines : appendSections;
-    PatchList* const values = wholeField();
-    append(patches, members, {mergeValues.matching, false}, values);
-    removeMerged(patches, members);
-    if (values != nullptr) {
-        // The field drops what the grid drops, whatever is said of double sections: a value without its point would
-        // belong to its neighbour.
-        append(fieldPatches, members, {}, nullptr);
-        removeMerged(fieldPatches, members);
-    }
+    letCurveGo(*this);
+    leavePointRegime(*this); // its patch may be gone
     emptyBlock();
-    return true;
+    capture.forgetPatch();
+    EndBlockRegime();
+    showIdlePrompt(*this);
 }
 
-void VelmoraDoc::MatchBorder() {
-    matchBlock(false);
-}
-
-void VelmoraDoc::MatchBorderAndGrid() {
-    matchBlock(true);
-}
+namespace {
 
 /// Matches each patch of the zBlock to the one before it, until a pair does not fit.
-void VelmoraDoc::matchBlock(bool grid) {
-    beginPatchCommand(false);
-    const auto exists = [this](std::int32_t k) { return k >= 0 && k < countOf(patches); };
-    for (std::size_t i = 0; i + 1 < static_cast<std::size_t>(blockCount); ++i) {
-        const std::int32_t a = blockList[i];
-        const std::int32_t b = blockList[i + 1];
+void matchBlock(VelmoraDoc& doc, bool grid) {
+    doc.beginPatchCommand(Extent::Stays);
+    const auto exists = [&doc](std::int32_t k) { return k >= 0 && k < countOf(doc.patches); };
+    for (std::size_t i = 0; i + 1 < static_cast<std::size_t>(doc.blockCount); ++i) {
+        const std::int32_t a = doc.blockList[i];
+        const std::int32_t b = doc.blockList[i + 1];
         if (!exists(a) || !exists(b)) {
             continue;
         }
-        if (!velmora::matchBorder(patches[static_cast<std::size_t>(a)], patches[static_cast<std::size_t>(b)], grid,
-                                  fieldOfPatch(b))) {
-            ui_.showMessage(message::matchingImpossible);
+        if (!velmora::matchBorder(doc.patches[static_cast<std::size_t>(a)], doc.patches[static_cast<std::size_t>(b)],
+                                  grid, doc.fieldOfPatch(b))) {
+            doc.ui().showMessage(message::matchingImpossible);
             break;
         }
     }
-    redraw();
+    doc.redraw();
+}
+
+} // namespace
+
+void VelmoraDoc::MatchBorder() {
+    matchBlock(*this, false);
+}
+
+void VelmoraDoc::MatchBorderAndGrid() {
+    matchBlock(*this, true);
 }
 
 } // namespace velmora

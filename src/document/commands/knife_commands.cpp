@@ -6,12 +6,16 @@
 #include <utility>
 #include <vector>
 
+#include "DialogValues.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "capture_address.h"
 #include "corner_box.h"
 #include "cut_zones.h"
 #include "interchange.h"
 #include "messages.h"
+#include "section_commands.h"
+#include "show_dialog.h"
 #include "write_files.h"
 
 namespace velmora {
@@ -22,11 +26,11 @@ void VelmoraDoc::KnifeModel() {
     if (structureKind != StructureKind::Structured) {
         return;
     }
-    const auto removed = chooseSide();
+    const auto removed = chooseSide(*this);
     if (!removed) {
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     {
         const BusyScope busy(ui_);
         for (const std::int32_t patch : chosenInModelOrder()) {
@@ -36,7 +40,7 @@ void VelmoraDoc::KnifeModel() {
         }
     }
     keepCaptureInside(*this);
-    followCapturedPoint();
+    followCapturedPoint(*this);
     redraw();
 }
 
@@ -120,22 +124,20 @@ void takeBox(CUKnife& values, const CornerBox& box) {
     values.zMax = box.upper.z;
 }
 
-} // namespace
-
 /// Says what is wrong with the plane; false when there is nothing to cut.
-bool VelmoraDoc::knifeReachesBody() {
-    const CUKnife& values = knifeValues;
+bool knifeReachesBody(VelmoraDoc& doc) {
+    const CUKnife& values = doc.dialogs->knife;
     const auto isOutside = [](double at, double low, double high) { return at < low || at > high; };
     if (values.planeKind < 4) {
         const std::string axis = values.planeKind == 1 ? "X" : values.planeKind == 2 ? "Y" : "Z";
         if (isOutside(values.section, values.min, values.max)) {
-            ui_.showMessage(message::sectionOutOfBody(axis));
+            doc.ui().showMessage(message::sectionOutOfBody(axis));
             return false;
         }
         return true;
     }
     if (planeOf(values).normal == zVec<double>()) {
-        ui_.showMessage(message::normalAbsent);
+        doc.ui().showMessage(message::normalAbsent);
         return false;
     }
     const struct {
@@ -148,76 +150,79 @@ bool VelmoraDoc::knifeReachesBody() {
                        {"Z", values.z, values.zMin, values.zMax}};
     for (const auto& coordinate : coordinates) {
         if (isOutside(coordinate.at, coordinate.low, coordinate.high)) {
-            ui_.showMessage(message::pointOutOfBody(coordinate.axis));
+            doc.ui().showMessage(message::pointOutOfBody(coordinate.axis));
         }
     }
     return true;
 }
 
-void VelmoraDoc::KnifeZones() {
-    if (structureKind != StructureKind::Unstructured) {
-        return;
-    }
-    if (lineBufferFull && lineBuffer.size() >= 3) {
-        takePlane(knifeValues, planeThrough(lineBuffer[0], lineBuffer[1], lineBuffer[2]));
-    }
-    takeBox(knifeValues, cornerBox(feRegion));
-    knifeValues.section = 0.0;
-    if (!showDialog(knifeValues) || !knifeReachesBody()) {
-        return;
-    }
-    if (knifeValues.cutKind == 3) {
-        savePartsOfZones();
-    } else if (keepPartOfZones(knifeValues.cutKind == 1 ? Side::Before : Side::After)) {
-        followCapturedPoint();
-    }
-    redraw();
-}
-
-zRegion_fe VelmoraDoc::cutPart(Side kept) {
-    const BusyScope busy(ui_);
-    return partOf(feRegion, planeOf(knifeValues), kept, progressTo(ui_));
+zRegion_fe cutPart(VelmoraDoc& doc, Side kept) {
+    const BusyScope busy(doc.ui());
+    return partOf(doc.feRegion, planeOf(doc.dialogs->knife), kept, progressTo(doc.ui()));
 }
 
 /// The part goes through a file, which leaves to its zones what a file of it would hold, and becomes the model once it
 /// is read back; before that nothing has changed.
-bool VelmoraDoc::keepPartOfZones(Side kept) {
+bool keepPartOfZones(VelmoraDoc& doc, Side kept) {
     const ScratchFolder scratch;
     if (scratch.path.empty()) {
-        ui_.showMessage(message::cannotSave);
+        doc.ui().showMessage(message::cannotSave);
         return false;
     }
     const std::filesystem::path temporary = scratch.path / "part.dat";
-    const zRegion_fe cut = cutPart(kept);
+    const zRegion_fe cut = cutPart(doc, kept);
     zRegion structured;
     zRegion_fe part;
     std::vector<std::string> told;
     const auto tell = [&told](const std::string& text) { told.push_back(text); };
     bool done = false;
     {
-        const BusyScope busy(ui_);
-        done = writeGeometry(temporary, outputPrecision, {}, cut, tell, progressTo(ui_)) &&
-               readGeometry(temporary, false, structured, part, tell, progressTo(ui_));
+        const BusyScope busy(doc.ui());
+        done = writeGeometry(temporary, outputPrecision, {}, cut, tell, progressTo(doc.ui())) &&
+               readGeometry(temporary, false, structured, part, tell, progressTo(doc.ui()));
     }
     for (const std::string& text : told) {
-        ui_.showMessage({Severity::NotWritten, text});
+        doc.ui().showMessage({Severity::NotWritten, text});
     }
     if (done) {
         // Only now: a cut that was cancelled or could not be done leaves the snapshot of the command before.
-        beginPatchCommand(false);
-        feRegion = std::move(part);
+        doc.beginPatchCommand(Extent::Stays);
+        doc.feRegion = std::move(part);
     }
     return done;
 }
 
 /// Both files are asked about before one is written.
-void VelmoraDoc::savePartsOfZones() {
-    const std::filesystem::path before = partPath(modelFile.chosenPath, "_1");
-    const std::filesystem::path after = partPath(modelFile.chosenPath, "_2");
-    if (mayOverwrite(*this, before, TargetFrom::Model) && mayOverwrite(*this, after, TargetFrom::Model) &&
-        writeZones(*this, before, {}, cutPart(Side::Before)) && writeZones(*this, after, {}, cutPart(Side::After))) {
-        ui_.showMessage(message::partsAreSaved);
+void savePartsOfZones(VelmoraDoc& doc) {
+    const std::filesystem::path before = partPath(doc.modelFile.chosenPath, "_1");
+    const std::filesystem::path after = partPath(doc.modelFile.chosenPath, "_2");
+    if (mayOverwrite(doc, before, TargetFrom::Model) && mayOverwrite(doc, after, TargetFrom::Model) &&
+        writeZones(doc, before, {}, cutPart(doc, Side::Before)) &&
+        writeZones(doc, after, {}, cutPart(doc, Side::After))) {
+        doc.ui().showMessage(message::partsAreSaved);
     }
+}
+
+} // namespace
+
+void VelmoraDoc::KnifeZones() {
+    if (structureKind != StructureKind::Unstructured) {
+        return;
+    }
+    if (lineBufferFull && lineBuffer.size() >= 3) {
+        takePlane(dialogs->knife, planeThrough(lineBuffer[0], lineBuffer[1], lineBuffer[2]));
+    }
+    takeBox(dialogs->knife, cornerBox(feRegion));
+    dialogs->knife.section = 0.0;
+    if (!showDialog(ui_, dialogs->knife) || !knifeReachesBody(*this)) {
+        return;
+    }
+    if (dialogs->knife.cutKind == 3) {
+        savePartsOfZones(*this);
+    } else if (keepPartOfZones(*this, dialogs->knife.cutKind == 1 ? Side::Before : Side::After)) {
+        followCapturedPoint(*this);
+    }
+    redraw();
 }
 
 // ---- Invisible remove -----------------------------------------------------------------------------------------------
@@ -227,7 +232,7 @@ void VelmoraDoc::RemoveInvisible() {
     if (structureKind != StructureKind::Unstructured) {
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     ui_.showMessage(message::visiblePartNotSelected);
 }
 

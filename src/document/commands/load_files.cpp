@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "apt.h"
 #include "dat_geometry.h"

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "file_types.h"
 #include "load_files.h"

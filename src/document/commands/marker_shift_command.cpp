@@ -2,7 +2,9 @@
 #include <cmath>
 #include <cstddef>
 
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "capture_address.h"
 #include "messages.h"
 
 namespace velmora {
@@ -130,7 +132,7 @@ void shiftInAllPlanes(VelmoraDoc& doc, PointList& points, Troubles& troubles) {
 } // namespace
 
 void VelmoraDoc::ReflectToSft() {
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     if (structureKind != StructureKind::Structured && structureKind != StructureKind::Unstructured) {
         redraw();
         ui_.showMessage(message::shiftOfNoKind);
@@ -147,7 +149,7 @@ void VelmoraDoc::ReflectToSft() {
     }
     tell(ui_, troubles, points != before);
     putPointsOfBlock(*this, points);
-    followCapturedPoint();
+    followCapturedPoint(*this);
     redraw();
 }
 

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "DialogValues.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "file_types.h"
 #include "load_files.h"
@@ -35,8 +37,8 @@ void VelmoraDoc::onNewDocument() {
             ShowStatus(idlePrompt); // what was captured before is gone
         }
     }
-    regularInput.reset();
-    if (!ui_.showRegularInput(regularInput)) {
+    dialogs->regularInput.reset();
+    if (!ui_.showRegularInput(dialogs->regularInput)) {
         patches.clear();
         return;
     }

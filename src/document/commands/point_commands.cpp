@@ -1,50 +1,58 @@
 #include <algorithm>
 
+#include "DialogValues.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "capture_address.h"
 #include "messages.h"
+#include "show_dialog.h"
 
 namespace velmora {
 
 // Each command works on the captured point, takes a snapshot first, and leaves the point regime ready to go on.
 
+namespace {
+
 /// Asks before a change of one section's point count; the continue prompt stands again after a No.
-bool VelmoraDoc::mayBreakGrid() {
-    if (fileKind != FileKind::Apt || ui_.ask(message::aptViolated)) {
+bool mayBreakGrid(VelmoraDoc& doc) {
+    if (doc.fileKind != FileKind::Apt || doc.ui().ask(message::aptViolated)) {
         return true;
     }
-    ShowStatus(capture->pointContinueStatus);
+    doc.ShowStatus(doc.capture->pointContinueStatus);
     return false;
 }
 
 /// Leaving the line would clear the address of the point that is about to be edited.
-void VelmoraDoc::leaveLineRegimeKeepingAddress() {
-    if (!capture->lineCaptured) {
+void leaveLineRegimeKeepingAddress(VelmoraDoc& doc) {
+    if (!doc.capture->lineCaptured) {
         return;
     }
-    const CaptureState before = *capture;
-    ExitLineRegime();
-    capture.returnToPoint(before);
+    const CaptureState before = *doc.capture;
+    doc.ExitLineRegime();
+    doc.capture.returnToPoint(before);
 }
 
-void VelmoraDoc::finishPointEdit(bool curveForm) {
-    capture.describePoint(curveForm);
-    ShowStatus(capture->pointContinueStatus);
-    redraw();
+void finishPointEdit(VelmoraDoc& doc, bool curveForm) {
+    doc.capture.describePoint(curveForm);
+    doc.ShowStatus(doc.capture->pointContinueStatus);
+    doc.redraw();
 }
 
 /// After a point went away the next one is captured: the one that took its number.
-void VelmoraDoc::finishPointRemoval() {
-    takeCapturedPosition(capture->capturedPointPos);
-    retitle();
-    capture.keepPoint();
-    finishPointEdit(false);
+void finishPointRemoval(VelmoraDoc& doc) {
+    takeCapturedPosition(doc, doc.capture->capturedPointPos);
+    doc.retitle();
+    doc.capture.keepPoint();
+    finishPointEdit(doc, false);
 }
+
+} // namespace
 
 void VelmoraDoc::DeletePoint() {
     PointList* section = sectionAt(capture->capturedPatch, capture->capturedPointSection);
     if (section == nullptr ||
         pointAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint) == nullptr ||
-        !mayBreakGrid()) {
+        !mayBreakGrid(*this)) {
         return;
     }
     if (capture->capturedPoint == 0 || capture->capturedPoint == countOf(*section) - 1) {
@@ -61,23 +69,23 @@ void VelmoraDoc::DeletePoint() {
     pointUndoReady = true;
     section->erase(section->begin() + capture->capturedPoint);
     capture.savePoint();
-    finishPointRemoval();
+    finishPointRemoval(*this);
 }
 
 void VelmoraDoc::DuplicatePoint() {
-    duplicateValues.room = memoryRoom(bytesOfPoint);
-    if (!showDialog(duplicateValues)) {
+    dialogs->duplicate.room = memoryRoom(bytesOfPoint);
+    if (!showDialog(ui_, dialogs->duplicate)) {
         ShowStatus(capture->pointContinueStatus);
         return;
     }
-    const std::int32_t copies = duplicateValues.duplicateCount - 1;
+    const std::int32_t copies = dialogs->duplicate.duplicateCount - 1;
     PointList* section = sectionAt(capture->capturedPatch, capture->capturedPointSection);
     if (copies < 1 ||
         pointAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint) == nullptr ||
-        !mayBreakGrid()) {
+        !mayBreakGrid(*this)) {
         return;
     }
-    leaveLineRegimeKeepingAddress();
+    leaveLineRegimeKeepingAddress(*this);
     SavePointUndo();
     pointUndoReady = true;
     capture.savePoint();
@@ -89,40 +97,46 @@ void VelmoraDoc::DuplicatePoint() {
     redraw();
 }
 
-void VelmoraDoc::EditPoint() {
-    editPointValues = {capture->pickedPoint.x, capture->pickedPoint.y, capture->pickedPoint.z};
-    if (!showDialog(editPointValues)) {
-        return;
-    }
-    if (moveCapturedPoint({editPointValues.x, editPointValues.y, editPointValues.z})) {
-        finishPointEdit(true);
-    }
-}
+namespace {
 
 /// Puts the captured point or node to `position`, with a snapshot; false when nothing is captured.
-bool VelmoraDoc::moveCapturedPoint(const zVec<double>& position) {
-    if (!positionAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint)) {
+bool moveCapturedPoint(VelmoraDoc& doc, const zVec<double>& position) {
+    if (!doc.positionAt(doc.capture->capturedPatch, doc.capture->capturedPointSection, doc.capture->capturedPoint)) {
         return false;
     }
-    SavePointUndo();
-    pointUndoReady = true;
-    capture.savePoint();
-    if (structureKind == StructureKind::Unstructured) {
-        feRegion.setNode(capture->capturedPatch, capture->capturedPoint, position.x, position.y, position.z);
+    doc.SavePointUndo();
+    doc.pointUndoReady = true;
+    doc.capture.savePoint();
+    if (doc.structureKind == StructureKind::Unstructured) {
+        doc.feRegion.setNode(doc.capture->capturedPatch, doc.capture->capturedPoint, position.x, position.y,
+                             position.z);
     } else {
-        *pointAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint) = position;
+        *doc.pointAt(doc.capture->capturedPatch, doc.capture->capturedPointSection, doc.capture->capturedPoint) =
+            position;
     }
-    capture.placePoint(position);
+    doc.capture.placePoint(position);
     return true;
+}
+
+} // namespace
+
+void VelmoraDoc::EditPoint() {
+    dialogs->editPoint = {capture->pickedPoint.x, capture->pickedPoint.y, capture->pickedPoint.z};
+    if (!showDialog(ui_, dialogs->editPoint)) {
+        return;
+    }
+    if (moveCapturedPoint(*this, {dialogs->editPoint.x, dialogs->editPoint.y, dialogs->editPoint.z})) {
+        finishPointEdit(*this, true);
+    }
 }
 
 void VelmoraDoc::CutPoint() {
     PointList* section = sectionAt(capture->capturedPatch, capture->capturedPointSection);
     const zVec<double>* point = pointAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint);
-    if (point == nullptr || !mayBreakGrid()) {
+    if (point == nullptr || !mayBreakGrid(*this)) {
         return;
     }
-    leaveLineRegimeKeepingAddress();
+    leaveLineRegimeKeepingAddress(*this);
     SavePointUndo();
     capture.savePoint();
     pointUndoReady = true;
@@ -141,7 +155,7 @@ void VelmoraDoc::CutPoint() {
         }
         capture.renumberPoint(capture->capturedPointSection - 1, 0);
     }
-    finishPointRemoval();
+    finishPointRemoval(*this);
 }
 
 void VelmoraDoc::CopyPoint() {
@@ -151,8 +165,8 @@ void VelmoraDoc::CopyPoint() {
 }
 
 void VelmoraDoc::PastePoint() {
-    if (moveCapturedPoint(pointClipboard)) {
-        finishPointEdit(true);
+    if (moveCapturedPoint(*this, pointClipboard)) {
+        finishPointEdit(*this, true);
     }
 }
 
@@ -160,7 +174,7 @@ void VelmoraDoc::FindPoint() {
     if (patches.empty()) {
         return;
     }
-    CRegularFind& find = regularFindValues;
+    CRegularFind& find = dialogs->regularFind;
     find.K = std::max(capture->capturedPatch + 1, 1);
     find.N = std::max(capture->capturedPointSection + 1, 1);
     find.M = std::max(capture->capturedPoint + 1, 1);
@@ -168,7 +182,7 @@ void VelmoraDoc::FindPoint() {
     find.sectionHeld = capture->sectionCaptured;
     find.lineHeld = capture->lineCaptured;
     const zVec<double>* point = nullptr;
-    if (showDialog(find, &patches)) {
+    if (showDialog(ui_, find, &patches)) {
         point = pointAt(find.K - 1, find.N - 1, find.M - 1);
     }
     if (point == nullptr) {
@@ -176,7 +190,7 @@ void VelmoraDoc::FindPoint() {
         return;
     }
     capture.holdPoint(find.K - 1, find.N - 1, find.M - 1, *point);
-    finishPointEdit(true);
+    finishPointEdit(*this, true);
 }
 
 } // namespace velmora

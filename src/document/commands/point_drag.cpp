@@ -100,7 +100,7 @@ void VelmoraDoc::placeDraggedPoint(const zVec<double>& position) {
 
 void VelmoraDoc::prepareDragCorrection() {
     capture.armCorrection();
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     SavePointUndo();
     capture.savePoint();
     pointUndoReady = true;

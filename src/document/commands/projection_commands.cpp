@@ -1,4 +1,6 @@
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "capture_address.h"
 #include "messages.h"
 #include "projection.h"
 #include "target_mesh.h"
@@ -7,17 +9,31 @@ namespace velmora {
 
 // The zBlock is projected along its own normals: "Reflection" in the menus.
 
-void VelmoraDoc::finishReflection() {
+namespace {
+
+void finishReflection(VelmoraDoc& doc) {
     // Full only when points missed: an empty buffer has nothing to paste.
-    lineBufferFull = !lineBuffer.empty();
-    followCapturedPoint();
-    redraw();
+    doc.lineBufferFull = !doc.lineBuffer.empty();
+    followCapturedPoint(doc);
+    doc.redraw();
 }
 
+void projectZonesOfBlock(VelmoraDoc& doc) {
+    {
+        const BusyScope busy(doc.ui());
+        projectZones(doc.feRegion, doc.blockCount < 1 ? std::vector<std::int32_t>() : doc.chosenPatches(),
+                     progressTo(doc.ui()));
+    }
+    followCapturedPoint(doc);
+    doc.redraw();
+}
+
+} // namespace
+
 void VelmoraDoc::ReflectToApt() {
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     if (structureKind == StructureKind::Unstructured) {
-        projectZonesOfBlock();
+        projectZonesOfBlock(*this);
         return;
     }
     bool missed = false;
@@ -32,16 +48,7 @@ void VelmoraDoc::ReflectToApt() {
     if (missed) {
         ui_.showMessage(message::someLinesMiss);
     }
-    finishReflection();
-}
-
-void VelmoraDoc::projectZonesOfBlock() {
-    {
-        const BusyScope busy(ui_);
-        projectZones(feRegion, blockCount < 1 ? std::vector<std::int32_t>() : chosenPatches(), progressTo(ui_));
-    }
-    followCapturedPoint();
-    redraw();
+    finishReflection(*this);
 }
 
 void VelmoraDoc::ReflectToWrl() {
@@ -51,7 +58,7 @@ void VelmoraDoc::ReflectToWrl() {
         ReflectToApt();
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     {
         const BusyScope busy(ui_);
         lineBuffer.clear();
@@ -66,7 +73,7 @@ void VelmoraDoc::ReflectToWrl() {
     secondKind = SecondKind::None;
     emptyBlock();
     showBlockOnly = false;
-    finishReflection();
+    finishReflection(*this);
 }
 
 /// Never on: no command leaves a second grid open (see AppendDat), so there is nothing to project on.

@@ -1,6 +1,9 @@
 #include <algorithm>
 
+#include "DialogValues.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "show_dialog.h"
 
 namespace velmora {
 
@@ -31,30 +34,46 @@ CurveRange curveRange(const CRebreak& values, std::int32_t count, std::int32_t l
     return {first, last, lawCurve};
 }
 
-} // namespace
-
-void VelmoraDoc::prepareRebreak() {
-    const Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
-    CRebreak& values = rebreakValues;
-    values.lineMode = capture->lineCaptured;
-    values.isApt = fileKind == FileKind::Apt;
-    values.blockCount = blockCount;
-    values.curveCount = capture->lineCaptured
+void prepareRebreak(VelmoraDoc& doc) {
+    const Patch& patch = doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)];
+    CRebreak& values = doc.dialogs->rebreak;
+    values.lineMode = doc.capture->lineCaptured;
+    values.isApt = doc.fileKind == FileKind::Apt;
+    values.blockCount = doc.blockCount;
+    values.curveCount = doc.capture->lineCaptured
                             ? countOf(patch)
-                            : countOf(patch[static_cast<std::size_t>(std::max(capture->capturedSection, 0))]);
+                            : countOf(patch[static_cast<std::size_t>(std::max(doc.capture->capturedSection, 0))]);
     values.law.firstPoint = 1;
     values.law.lastPoint = values.law.newCount = values.curveCount;
-    values.patchNumber = capture->capturedPatch + 1;
-    values.capturedNumber = (capture->lineCaptured ? capture->capturedLine : capture->capturedSection) + 1;
+    values.patchNumber = doc.capture->capturedPatch + 1;
+    values.capturedNumber = (doc.capture->lineCaptured ? doc.capture->capturedLine : doc.capture->capturedSection) + 1;
     values.firstCurve = 1;
-    values.lastCurve = curveCountOf(patch, capture->lineCaptured);
+    values.lastCurve = curveCountOf(patch, doc.capture->lineCaptured);
     values.patchCurves = values.lastCurve;
     values.blockCurves = 0.0;
-    for (const std::int32_t k : blockCount < 1 ? std::vector<std::int32_t>() : chosenPatches()) {
-        values.blockCurves += curveCountOf(patches[static_cast<std::size_t>(k)], capture->lineCaptured);
+    for (const std::int32_t k : doc.blockCount < 1 ? std::vector<std::int32_t>() : doc.chosenPatches()) {
+        values.blockCurves += curveCountOf(doc.patches[static_cast<std::size_t>(k)], doc.capture->lineCaptured);
     }
-    values.room = memoryRoom(bytesOfPoint);
+    values.room = doc.memoryRoom(bytesOfPoint);
 }
+
+void rebreakOnePatch(VelmoraDoc& doc, std::int32_t patch) {
+    Patch& target = doc.patches[static_cast<std::size_t>(patch)];
+    const bool lines = doc.capture->lineCaptured;
+    const CurveRange curves = curveRange(doc.dialogs->rebreak, curveCountOf(target, lines),
+                                         lines ? doc.capture->capturedLine : doc.capture->capturedSection);
+    // A stretch that was too long for a curve stays cut, for the patches that follow and in the dialog.
+    if (lines) {
+        rebreakLines(target, doc.dialogs->rebreak.law, curves);
+        if (curves.first > 0) {
+            doc.capture.renumberLine(curves.first);
+        }
+    } else {
+        rebreakSections(target, doc.dialogs->rebreak.law, curves);
+    }
+}
+
+} // namespace
 
 void VelmoraDoc::Rebreak() {
     const bool lines = capture->lineCaptured;
@@ -63,44 +82,28 @@ void VelmoraDoc::Rebreak() {
         curve < 0) {
         return;
     }
-    prepareRebreak();
-    if (!showDialog(rebreakValues)) {
+    prepareRebreak(*this);
+    if (!showDialog(ui_, dialogs->rebreak)) {
         return;
     }
-    beginPatchCommand(false);
-    if (rebreakValues.useBlock) {
+    beginPatchCommand(Extent::Stays);
+    if (dialogs->rebreak.useBlock) {
         for (std::int32_t i = 0; i < blockCount; ++i) {
             const std::int32_t k = blockList[static_cast<std::size_t>(i)];
             if (k >= 0 && k < countOf(patches)) {
                 const Patch& patch = patches[static_cast<std::size_t>(k)];
-                rebreakValues.law.lastPoint = curveLengthOf(patch, lines);
-                rebreakValues.lastCurve = curveCountOf(patch, lines);
-                rebreakOnePatch(k);
+                dialogs->rebreak.law.lastPoint = curveLengthOf(patch, lines);
+                dialogs->rebreak.lastCurve = curveCountOf(patch, lines);
+                rebreakOnePatch(*this, k);
             }
         }
     } else {
-        rebreakOnePatch(capture->capturedPatch);
+        rebreakOnePatch(*this, capture->capturedPatch);
     }
     const std::int32_t sections = countOf(patches[static_cast<std::size_t>(capture->capturedPatch)]);
-    capture.renumberSection(std::clamp(rebreakValues.capturedNumber - 1, 0, std::max(sections - 1, 0)));
+    capture.renumberSection(std::clamp(dialogs->rebreak.capturedNumber - 1, 0, std::max(sections - 1, 0)));
     retitle();
     redraw();
-}
-
-void VelmoraDoc::rebreakOnePatch(std::int32_t patch) {
-    Patch& target = patches[static_cast<std::size_t>(patch)];
-    const bool lines = capture->lineCaptured;
-    const CurveRange curves = curveRange(rebreakValues, curveCountOf(target, lines),
-                                         lines ? capture->capturedLine : capture->capturedSection);
-    // A stretch that was too long for a curve stays cut, for the patches that follow and in the dialog.
-    if (lines) {
-        rebreakLines(target, rebreakValues.law, curves);
-        if (curves.first > 0) {
-            capture.renumberLine(curves.first);
-        }
-    } else {
-        rebreakSections(target, rebreakValues.law, curves);
-    }
 }
 
 } // namespace velmora

@@ -1,8 +1,12 @@
 #include <algorithm>
 
+#include "DialogValues.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "exchange.h"
 #include "messages.h"
 #include "patch_curves.h"
+#include "show_dialog.h"
 
 namespace velmora {
 
@@ -53,53 +57,53 @@ bool tooCloseToFit(const CRebreakPart& values) {
     return values.law.fit && (values.pointNumber < 3 || values.pointNumber > values.curveLength - 3);
 }
 
-} // namespace
-
 /// False when there is no captured curve with the point on it.
-bool VelmoraDoc::prepareRebreakPart() {
-    const bool lines = capture->lineCaptured;
-    const PointList* section = sectionAt(capture->capturedPatch, lines ? 0 : capture->capturedSection);
-    if (structureKind != StructureKind::Structured || section == nullptr) {
+bool prepareRebreakPart(VelmoraDoc& doc) {
+    const bool lines = doc.capture->lineCaptured;
+    const PointList* section = doc.sectionAt(doc.capture->capturedPatch, lines ? 0 : doc.capture->capturedSection);
+    if (doc.structureKind != StructureKind::Structured || section == nullptr) {
         return false;
     }
-    const Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
-    CRebreakPart& values = rebreakPartValues;
+    const Patch& patch = doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)];
+    CRebreakPart& values = doc.dialogs->rebreakPart;
     values.lineMode = values.law.keepGrid = lines;
-    values.isApt = fileKind == FileKind::Apt;
-    values.pointNumber = (lines ? capture->capturedPointSection : capture->capturedPoint) + 1;
+    values.isApt = doc.fileKind == FileKind::Apt;
+    values.pointNumber = (lines ? doc.capture->capturedPointSection : doc.capture->capturedPoint) + 1;
     values.curveLength = lines ? countOf(patch) : countOf(*section);
     values.curveTotal = lines ? lineCount(patch) : countOf(patch);
-    values.room = memoryRoom(bytesOfPoint);
+    values.room = doc.memoryRoom(bytesOfPoint);
     fillStretch(values);
     return values.pointNumber >= 1 && values.pointNumber <= values.curveLength && (!lines || isGrid(patch));
 }
 
+} // namespace
+
 void VelmoraDoc::RebreakPart() {
-    if (!prepareRebreakPart() || !showDialog(rebreakPartValues)) {
+    if (!prepareRebreakPart(*this) || !showDialog(ui_, dialogs->rebreakPart)) {
         return;
     }
-    if (tooCloseToFit(rebreakPartValues)) {
+    if (tooCloseToFit(dialogs->rebreakPart)) {
         ui_.showMessage(message::fitImpossible);
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     SavePointUndo();
     pointUndoReady = true;
     capture.savePoint();
     const bool lines = capture->lineCaptured;
     if (lines) {
-        turnCapturedPatch();
+        turnCapturedPatch(*this);
     }
     const PartsOutcome outcome =
         rebuildParts(patches[static_cast<std::size_t>(capture->capturedPatch)], fieldOfPatch(capture->capturedPatch),
-                     capture->capturedSection, rebreakPartValues);
+                     capture->capturedSection, dialogs->rebreakPart);
     // Before the point the stretch may have got longer: the same place has another number. It stays when the point's
     // own section could not be rebuilt.
-    if (!rebreakPartValues.law.after && outcome.capturedRebuilt) {
-        capture.renumberPoint(capture->capturedPointSection, rebreakPartValues.law.newCount - 1);
+    if (!dialogs->rebreakPart.law.after && outcome.capturedRebuilt) {
+        capture.renumberPoint(capture->capturedPointSection, dialogs->rebreakPart.law.newCount - 1);
     }
     if (lines) {
-        turnCapturedPatch();
+        turnCapturedPatch(*this);
     }
     tellOutcome(ui_, outcome);
     retitle();

@@ -1,6 +1,7 @@
 #include <iterator>
 #include <utility>
 
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "dat_geometry.h"
 #include "file_types.h"
@@ -45,7 +46,7 @@ void VelmoraDoc::AppendWrl() {
         ui_.showMessage(message::openCancelled); // there is nothing to project on in it
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     if (secondKind != SecondKind::Wrl) {
         referenceRegion.blocks.clear();
         referenceRegion.title = incoming.title;

@@ -1,7 +1,12 @@
+#include "regimes.h"
+
 #include <algorithm>
 
+#include "DialogValues.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "messages.h"
+#include "show_dialog.h"
 
 namespace velmora {
 
@@ -10,32 +15,39 @@ namespace velmora {
 
 // ---- Leaving what stands in the way ---------------------------------------------------------------------------------
 
+namespace {
+
 /// Leaves the point regime when it has its point; one that still waits for the click stays.
-void VelmoraDoc::letPointGo() {
-    if (capture->pointHeld()) {
-        ExitPointRegime();
+void letPointGo(VelmoraDoc& doc) {
+    if (doc.capture->pointHeld()) {
+        doc.ExitPointRegime();
     }
 }
 
-/// Leaves the line regime when it has its section or line.
-void VelmoraDoc::letCurveGo() {
-    if (capture->curveHeld()) {
-        ExitLineRegime();
+} // namespace
+
+void letCurveGo(VelmoraDoc& doc) {
+    if (doc.capture->curveHeld()) {
+        doc.ExitLineRegime();
     }
 }
 
-/// Leaves the point regime, also one that waits for the click.
-void VelmoraDoc::leavePointRegime() {
-    if (capture->pointRegimeActive()) {
-        ExitPointRegime();
+void leavePointRegime(VelmoraDoc& doc) {
+    if (doc.capture->pointRegimeActive()) {
+        doc.ExitPointRegime();
     }
 }
 
-/// The point regime and the line regime, in this order.
-void VelmoraDoc::leavePointAndCurves() {
-    leavePointRegime();
-    if (capture->curveRegimeActive()) {
-        ExitLineRegime();
+void leavePointAndCurves(VelmoraDoc& doc) {
+    leavePointRegime(doc);
+    if (doc.capture->curveRegimeActive()) {
+        doc.ExitLineRegime();
+    }
+}
+
+void showIdlePrompt(VelmoraDoc& doc) {
+    if (!doc.capture->pointRegimeActive() && !doc.capture->curveRegimeActive() && !doc.capture->patchRegimeActive()) {
+        doc.ShowStatus(idlePrompt);
     }
 }
 
@@ -74,30 +86,34 @@ void VelmoraDoc::ExitPointRegime() {
 
 void VelmoraDoc::ExitPoint() {
     ExitPointRegime();
-    showIdlePrompt();
+    showIdlePrompt(*this);
 }
 
 // ---- Sections and lines ---------------------------------------------------------------------------------------------
 
+namespace {
+
+void armCurveCapture(VelmoraDoc& doc, bool section) {
+    if (doc.capture->patchCaptureArmed && !doc.ui().ask(message::leaveAddRegime)) {
+        return;
+    }
+    letPointGo(doc);
+    if (section ? doc.capture->lineCaptured : doc.capture->sectionCaptured) {
+        doc.ExitLineRegime();
+    }
+    section ? doc.capture.armSection() : doc.capture.armLine();
+    doc.forceMouseMode(section ? ModeSection : ModeLine);
+    doc.ShowStatus(doc.capture->dragPrompt);
+}
+
+} // namespace
+
 void VelmoraDoc::CaptureSection() {
-    armCurveCapture(true);
+    armCurveCapture(*this, true);
 }
 
 void VelmoraDoc::CaptureLine() {
-    armCurveCapture(false);
-}
-
-void VelmoraDoc::armCurveCapture(bool section) {
-    if (capture->patchCaptureArmed && !ui_.ask(message::leaveAddRegime)) {
-        return;
-    }
-    letPointGo();
-    if (section ? capture->lineCaptured : capture->sectionCaptured) {
-        ExitLineRegime();
-    }
-    section ? capture.armSection() : capture.armLine();
-    forceMouseMode(section ? ModeSection : ModeLine);
-    ShowStatus(capture->dragPrompt);
+    armCurveCapture(*this, false);
 }
 
 void VelmoraDoc::NextSectionOrLine() {
@@ -108,66 +124,83 @@ void VelmoraDoc::NextSectionOrLine() {
     }
 }
 
-InputContext VelmoraDoc::inputContext(bool lines) const {
+namespace {
+
+InputContext inputContext(const VelmoraDoc& doc, bool lines) {
     InputContext context;
-    context.curveCounts.reserve(patches.size());
-    for (const Patch& patch : patches) {
+    context.curveCounts.reserve(doc.patches.size());
+    for (const Patch& patch : doc.patches) {
         context.curveCounts.push_back(lines ? lineCount(patch) : countOf(patch));
     }
-    context.block.assign(blockList.begin(), blockList.begin() + blockCount);
+    context.block.assign(doc.blockList.begin(), doc.blockList.begin() + doc.blockCount);
     return context;
 }
 
+void holdInputCurve(VelmoraDoc& doc, bool section, std::int32_t patch, std::int32_t curve) {
+    letPointGo(doc);
+    if (doc.capture->lineCaptured || (!section && doc.capture->sectionCaptured)) {
+        doc.ExitLineRegime();
+    }
+    if (section) {
+        const PointList* points = doc.sectionAt(patch, curve);
+        doc.capture.holdSection(patch, curve, points != nullptr ? countOf(*points) : 0);
+    } else {
+        doc.capture.holdLine(patch, curve);
+    }
+    doc.forceMouseMode(section ? ModeSection : ModeLine);
+    doc.ShowStatus(curve < 0 ? doc.capture->dragPrompt
+                   : section ? doc.capture->sectionContinueStatus
+                             : doc.capture->lineContinueStatus);
+    doc.redraw();
+}
+
+} // namespace
+
 void VelmoraDoc::InputSection() {
-    inputSectionValues.maximumPatches = countOf(patches);
+    dialogs->inputSection.maximumPatches = countOf(patches);
     if (capture->capturedPatch >= 0) {
-        inputSectionValues.patch = capture->capturedPatch + 1;
+        dialogs->inputSection.patch = capture->capturedPatch + 1;
     }
     if (capture->capturedSection >= 0) {
-        inputSectionValues.section = capture->capturedSection + 1;
+        dialogs->inputSection.section = capture->capturedSection + 1;
     }
-    if (showDialog(inputSectionValues, inputContext(false))) {
-        holdInputCurve(true, inputSectionValues.patch - 1, inputSectionValues.section - 1);
+    if (showDialog(ui_, dialogs->inputSection, inputContext(*this, false))) {
+        holdInputCurve(*this, true, dialogs->inputSection.patch - 1, dialogs->inputSection.section - 1);
     }
 }
 
 void VelmoraDoc::InputLine() {
-    inputLineValues.maximumPatches = countOf(patches);
+    dialogs->inputLine.maximumPatches = countOf(patches);
     if (capture->capturedPatch >= 0) {
-        inputLineValues.patch = capture->capturedPatch + 1;
+        dialogs->inputLine.patch = capture->capturedPatch + 1;
     }
     if (capture->capturedLine >= 0) {
-        inputLineValues.line = capture->capturedLine + 1;
+        dialogs->inputLine.line = capture->capturedLine + 1;
     }
-    if (showDialog(inputLineValues, inputContext(true))) {
-        holdInputCurve(false, inputLineValues.patch - 1, inputLineValues.line - 1);
+    if (showDialog(ui_, dialogs->inputLine, inputContext(*this, true))) {
+        holdInputCurve(*this, false, dialogs->inputLine.patch - 1, dialogs->inputLine.line - 1);
     }
 }
 
-void VelmoraDoc::holdInputCurve(bool section, std::int32_t patch, std::int32_t curve) {
-    letPointGo();
-    if (capture->lineCaptured || (!section && capture->sectionCaptured)) {
-        ExitLineRegime();
-    }
-    if (section) {
-        const PointList* points = sectionAt(patch, curve);
-        capture.holdSection(patch, curve, points != nullptr ? countOf(*points) : 0);
-    } else {
-        capture.holdLine(patch, curve);
-    }
-    forceMouseMode(section ? ModeSection : ModeLine);
-    ShowStatus(curve < 0 ? capture->dragPrompt
-               : section ? capture->sectionContinueStatus
-                         : capture->lineContinueStatus);
-    redraw();
+namespace {
+
+void dropEmptyPatchesFromBlock(VelmoraDoc& doc) {
+    const auto end = doc.blockList.begin() + doc.blockCount;
+    const auto kept = std::remove_if(doc.blockList.begin(), end, [&doc](std::int32_t patch) {
+        return patch >= 0 && patch < countOf(doc.patches) && doc.patches[static_cast<std::size_t>(patch)].empty();
+    });
+    std::fill(kept, end, -1);
+    doc.blockCount = static_cast<std::int32_t>(kept - doc.blockList.begin());
 }
+
+} // namespace
 
 void VelmoraDoc::ExitLineRegime() {
-    letPointGo();
+    letPointGo(*this);
     const bool wasActive = capture->curveRegimeActive();
     capture.leaveCurve();
     if (wasActive) {
-        dropEmptyPatchesFromBlock();
+        dropEmptyPatchesFromBlock(*this);
     }
     if (capture->patchRegimeActive()) {
         setMouseMode(ModePatch);
@@ -181,25 +214,25 @@ void VelmoraDoc::ExitLineRegime() {
 
 void VelmoraDoc::ExitLines() {
     ExitLineRegime();
-    showIdlePrompt();
-}
-
-void VelmoraDoc::dropEmptyPatchesFromBlock() {
-    const auto end = blockList.begin() + blockCount;
-    const auto kept = std::remove_if(blockList.begin(), end, [this](std::int32_t patch) {
-        return patch >= 0 && patch < countOf(patches) && patches[static_cast<std::size_t>(patch)].empty();
-    });
-    std::fill(kept, end, -1);
-    blockCount = static_cast<std::int32_t>(kept - blockList.begin());
+    showIdlePrompt(*this);
 }
 
 // ---- Patches and the zBlock -----------------------------------------------------------------------------------------
 
+namespace {
+
+void armPatchCapture(VelmoraDoc& doc) {
+    doc.capture.armPatch();
+    doc.forceMouseMode(ModePatch);
+}
+
+} // namespace
+
 void VelmoraDoc::CapturePatch() {
     capture.disarmForPatch();
-    letPointGo();
-    letCurveGo();
-    armPatchCapture();
+    letPointGo(*this);
+    letCurveGo(*this);
+    armPatchCapture(*this);
     ShowStatus(capture->patchStatus);
 }
 
@@ -208,18 +241,13 @@ void VelmoraDoc::AddPatchToBlock() {
         ui_.showMessage(message::blockIsFull);
         return;
     }
-    leavePointAndCurves();
-    armPatchCapture();
-}
-
-void VelmoraDoc::armPatchCapture() {
-    capture.armPatch();
-    forceMouseMode(ModePatch);
+    leavePointAndCurves(*this);
+    armPatchCapture(*this);
 }
 
 void VelmoraDoc::RemovePatchFromBlock() {
     capture.armRemoval();
-    leavePointAndCurves();
+    leavePointAndCurves(*this);
     // One click does one thing: what waited for a patch to add has the zBlock captured from here on.
     capture.disarmForRemoval();
     ShowStatus(capture->removeStatus);
@@ -233,25 +261,20 @@ void VelmoraDoc::NewBlock() {
     AddPatchToBlock();
 }
 
-void VelmoraDoc::emptyBlock() {
-    blockList.fill(-1);
-    blockCount = 0;
-}
-
 void VelmoraDoc::InputPatch() {
-    inputPatchValues.maximum = partCount();
-    if (inputPatchValues.maximum < 1 || !showDialog(inputPatchValues)) {
+    dialogs->inputPatch.maximum = partCount();
+    if (dialogs->inputPatch.maximum < 1 || !showDialog(ui_, dialogs->inputPatch)) {
         return;
     }
-    const std::int32_t patch = inputPatchValues.number - 1;
+    const std::int32_t patch = dialogs->inputPatch.number - 1;
     const bool joins = !inBlock(patch);
     if (joins && blockCount >= blockCapacity) {
         ui_.showMessage(message::blockIsFull);
         return;
     }
     capture.disarmForPatchNumber();
-    letPointGo();
-    letCurveGo();
+    letPointGo(*this);
+    letCurveGo(*this);
     capture.holdPatch(patch, joins);
     forceMouseMode(ModePatch);
     if (joins) {
@@ -263,8 +286,8 @@ void VelmoraDoc::InputPatch() {
 }
 
 void VelmoraDoc::ExitPatchRegime() {
-    letCurveGo();
-    leavePointRegime(); // its point is one of a patch that is about to be let go
+    letCurveGo(*this);
+    leavePointRegime(*this); // its point is one of a patch that is about to be let go
     capture.forgetPatch();
     showBlockOnly = false;
     emptyBlock();
@@ -273,7 +296,7 @@ void VelmoraDoc::ExitPatchRegime() {
 
 void VelmoraDoc::ExitPatches() {
     ExitPatchRegime();
-    showIdlePrompt();
+    showIdlePrompt(*this);
 }
 
 void VelmoraDoc::EndBlockRegime() {
@@ -287,7 +310,7 @@ void VelmoraDoc::EndBlockRegime() {
 
 void VelmoraDoc::leaveRegimes() {
     capture.releaseCorrection();
-    leavePointRegime();
+    leavePointRegime(*this);
     if (capture->patchRegimeActive()) {
         ExitPatchRegime();
     }
@@ -299,6 +322,49 @@ void VelmoraDoc::leaveRegimes() {
 }
 
 // ---- The left button comes up ---------------------------------------------------------------------------------------
+
+namespace {
+
+void joinBlockAtRelease(VelmoraDoc& doc) {
+    doc.capture.releasePatch();
+    if (!doc.inBlock(doc.capture->capturedPatch) && doc.capture->capturedPatch >= 0) {
+        if (doc.blockCount >= blockCapacity) {
+            doc.ui().showMessage(message::blockIsFull);
+        } else {
+            doc.blockList[static_cast<std::size_t>(doc.blockCount)] = doc.capture->capturedPatch;
+            ++doc.blockCount;
+            doc.ShowStatus(doc.capture->patchStatus);
+        }
+    }
+    doc.redrawHighlight();
+}
+
+void removeFromBlockAtRelease(VelmoraDoc& doc) {
+    doc.capture.releaseRemoval();
+    const auto end = doc.blockList.begin() + doc.blockCount;
+    const auto found = std::find(doc.blockList.begin(), end, doc.capture->patchToRemove);
+    if (found != end) {
+        std::move(found + 1, end, found);
+        *(end - 1) = -1;
+        --doc.blockCount;
+        if (doc.blockCount == 0) {
+            doc.EndBlockRegime();
+        }
+    }
+    doc.ShowStatus(doc.capture->removeStatus);
+    doc.redrawHighlight();
+}
+
+void takeCurveAtRelease(VelmoraDoc& doc) {
+    if (doc.capture->sectionCaptureArmed) {
+        doc.ShowStatus(doc.capture.releaseSection() ? doc.capture->sectionContinueStatus : doc.capture->dragPrompt);
+    }
+    if (doc.capture->lineCaptureArmed) {
+        doc.ShowStatus(doc.capture.releaseLine() ? doc.capture->lineContinueStatus : doc.capture->dragPrompt);
+    }
+}
+
+} // namespace
 
 void VelmoraDoc::moveRegimeAtRelease() {
     if (capture->pointCaptureArmed) {
@@ -313,51 +379,12 @@ void VelmoraDoc::moveRegimeAtRelease() {
         ShowStatus(capture->pointContinueStatus);
     }
     if (capture->patchCaptureArmed) {
-        joinBlockAtRelease();
+        joinBlockAtRelease(*this);
     }
     if (capture->patchRemoving) {
-        removeFromBlockAtRelease();
+        removeFromBlockAtRelease(*this);
     } else {
-        takeCurveAtRelease();
-    }
-}
-
-void VelmoraDoc::joinBlockAtRelease() {
-    capture.releasePatch();
-    if (!inBlock(capture->capturedPatch) && capture->capturedPatch >= 0) {
-        if (blockCount >= blockCapacity) {
-            ui_.showMessage(message::blockIsFull);
-        } else {
-            blockList[static_cast<std::size_t>(blockCount)] = capture->capturedPatch;
-            ++blockCount;
-            ShowStatus(capture->patchStatus);
-        }
-    }
-    redrawHighlight();
-}
-
-void VelmoraDoc::removeFromBlockAtRelease() {
-    capture.releaseRemoval();
-    const auto end = blockList.begin() + blockCount;
-    const auto found = std::find(blockList.begin(), end, capture->patchToRemove);
-    if (found != end) {
-        std::move(found + 1, end, found);
-        *(end - 1) = -1;
-        --blockCount;
-        if (blockCount == 0) {
-            EndBlockRegime();
-        }
-    }
-    ShowStatus(capture->removeStatus);
-    redrawHighlight();
-}
-
-void VelmoraDoc::takeCurveAtRelease() {
-    if (capture->sectionCaptureArmed) {
-        ShowStatus(capture.releaseSection() ? capture->sectionContinueStatus : capture->dragPrompt);
-    }
-    if (capture->lineCaptureArmed) {
-        ShowStatus(capture.releaseLine() ? capture->lineContinueStatus : capture->dragPrompt);
+        takeCurveAtRelease(*this);
     }
 }
 

@@ -4,6 +4,7 @@
 #include "load_files.h"
 #include "open_commands.h"
 #include "path_names.h"
+#include "rescue_format.h"
 
 namespace velmora {
 

@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "file_types.h"
 #include "messages.h"

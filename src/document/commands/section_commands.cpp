@@ -1,89 +1,106 @@
+#include "section_commands.h"
+
 #include <algorithm>
 
+#include "DialogValues.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "block_commands.h"
 #include "capture_address.h"
+#include "captured_curve.h"
 #include "carried_values.h"
+#include "exchange.h"
 #include "messages.h"
 #include "patch_order.h"
+#include "regimes.h"
+#include "show_dialog.h"
 
 namespace velmora {
 
 // The small tools for the captured section or line.
 
+namespace {
+
 /// A section that is there, or a line of patches that can be transposed.
-bool VelmoraDoc::curveCanBeEdited() {
-    if (!curveIsThere() || capture->sectionCaptured) {
-        return curveIsThere();
+bool curveCanBeEdited(VelmoraDoc& doc) {
+    if (!curveIsThere(doc) || doc.capture->sectionCaptured) {
+        return curveIsThere(doc);
     }
-    const std::vector<std::int32_t> chosen = chosenPatches();
-    return std::all_of(chosen.begin(), chosen.end(), [this](std::int32_t patch) {
-        return hasEqualSections(patches[static_cast<std::size_t>(patch)]);
+    const std::vector<std::int32_t> chosen = doc.chosenPatches();
+    return std::all_of(chosen.begin(), chosen.end(), [&doc](std::int32_t patch) {
+        return hasEqualSections(doc.patches[static_cast<std::size_t>(patch)]);
     });
 }
 
 /// Hands the captured section to `edit`. A line becomes a section for as long as that takes; with a zBlock that does
 /// not hold its patch, the section of the line's number is edited. `edit` keeps the number of a line's points.
-void VelmoraDoc::editCurveAsSection(const std::function<void(PointList&)>& edit) {
-    const bool line = !capture->sectionCaptured;
+void editCurveAsSection(VelmoraDoc& doc, const std::function<void(PointList&)>& edit) {
+    const bool line = !doc.capture->sectionCaptured;
     if (line) {
-        exchangeSectionsAndLines();
+        exchangeSectionsAndLines(doc);
     }
-    if (PointList* section = sectionAt(capture->capturedPatch, capture->capturedSection)) {
+    if (PointList* section = doc.sectionAt(doc.capture->capturedPatch, doc.capture->capturedSection)) {
         edit(*section);
     }
     if (line) {
-        exchangeSectionsAndLines();
+        exchangeSectionsAndLines(doc);
     }
 }
+
+} // namespace
 
 // ---- Move, Scaling, Flip, Rotation, Symmetric -----------------------------------------------------------------------
 
-void VelmoraDoc::transformCurve(const PointMap& map) {
-    beginPatchCommand(false);
+namespace {
+
+void transformCurve(VelmoraDoc& doc, const PointMap& map) {
+    doc.beginPatchCommand(Extent::Stays);
     bool done = true;
-    editCurveAsSection([&map, &done](PointList& section) { done = transformPoints(section, map); });
+    editCurveAsSection(doc, [&map, &done](PointList& section) { done = transformPoints(section, map); });
     if (!done) {
-        ui_.showMessage(message::axisAbsent);
+        doc.ui().showMessage(message::axisAbsent);
     }
-    followCapturedPoint();
-    redraw();
+    followCapturedPoint(doc);
+    doc.redraw();
 }
 
+} // namespace
+
 void VelmoraDoc::MoveCurve() {
-    if (curveCanBeEdited() && showDialog(moveValues)) {
-        transformCurve(moveValues.map());
+    if (curveCanBeEdited(*this) && showDialog(ui_, dialogs->move)) {
+        transformCurve(*this, dialogs->move.map());
     }
 }
 
 void VelmoraDoc::ScaleCurve() {
-    if (curveCanBeEdited() && showDialog(scalingValues)) {
-        transformCurve(scalingValues.map());
+    if (curveCanBeEdited(*this) && showDialog(ui_, dialogs->scaling)) {
+        transformCurve(*this, dialogs->scaling.map());
     }
 }
 
 void VelmoraDoc::FlipCurve() {
-    if (curveCanBeEdited() && showDialog(flipValues)) {
-        transformCurve(flipValues.map());
+    if (curveCanBeEdited(*this) && showDialog(ui_, dialogs->flip)) {
+        transformCurve(*this, dialogs->flip.map());
     }
 }
 
 void VelmoraDoc::RotateCurve() {
-    if (curveCanBeEdited() && showDialog(rotateValues)) {
-        RotationAxis axis = rotateValues.axis();
-        transformCurve([&axis](const zVec<double>& point) { return rotatePoint(point, axis); });
-        rotateValues.takeEnd(axis);
+    if (curveCanBeEdited(*this) && showDialog(ui_, dialogs->rotate)) {
+        RotationAxis axis = dialogs->rotate.axis();
+        transformCurve(*this, [&axis](const zVec<double>& point) { return rotatePoint(point, axis); });
+        dialogs->rotate.takeEnd(axis);
     }
 }
 
 void VelmoraDoc::SymmetricSection() {
-    if (!curveCanBeEdited() || !showDialog(symmetricValues)) {
+    if (!curveCanBeEdited(*this) || !showDialog(ui_, dialogs->symmetric)) {
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     if (capture->sectionCaptured) {
         ui_.showMessage(message::aptMayBeViolated);
         PointList& section = *sectionAt(capture->capturedPatch, capture->capturedSection);
-        section = withMirrorImage(section, symmetricValues.chosen());
+        section = withMirrorImage(section, dialogs->symmetric.chosen());
         retitle();
     }
     redraw();
@@ -95,11 +112,11 @@ namespace {
 
 /// Shows the dialog for the section, or the line turned to one. False for Cancel.
 bool askForFirstPoint(VelmoraDoc& document, const PointList& section) {
-    CFirstPoint& values = document.firstPointValues;
+    CFirstPoint& values = document.dialogs->firstPoint;
     const std::int32_t first = document.capture->capturedPoint;
     values.pointInside = document.capture->pointCaptured && first > 0 && first < countOf(section) - 1;
     values.closed = isClosed(section);
-    return document.showDialog(values);
+    return showDialog(document.ui(), values);
 }
 
 /// Gives the section another first point. `first` is the captured one.
@@ -117,75 +134,82 @@ void renumberSection(PointList& section, const CFirstPoint& values, std::int32_t
 } // namespace
 
 void VelmoraDoc::FirstPoint() {
-    if (!curveCanBeEdited()) {
+    if (!curveCanBeEdited(*this)) {
         return;
     }
     bool confirmed = false;
-    editCurveAsSection([this, &confirmed](PointList& section) { confirmed = askForFirstPoint(*this, section); });
+    editCurveAsSection(*this, [this, &confirmed](PointList& section) { confirmed = askForFirstPoint(*this, section); });
     if (!confirmed) {
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     editCurveAsSection(
-        [this](PointList& section) { renumberSection(section, firstPointValues, capture->capturedPoint); });
+        *this, [this](PointList& section) { renumberSection(section, dialogs->firstPoint, capture->capturedPoint); });
     if (capture->pointCaptured) {
         // The number has not moved: it names another point now.
         capture.savePoint();
-        followCapturedPoint();
+        followCapturedPoint(*this);
         capture.describePoint(true);
         ShowStatus(capture->pointContinueStatus);
     }
     redraw();
 }
 
-void VelmoraDoc::showCapturedPoint() {
-    capture.describePoint(false);
-    ShowStatus(capture->pointContinueStatus);
+namespace {
+
+void showCapturedPoint(VelmoraDoc& doc) {
+    doc.capture.describePoint(false);
+    doc.ShowStatus(doc.capture->pointContinueStatus);
 }
+
+} // namespace
 
 // ---- Parts of a section ---------------------------------------------------------------------------------------------
 
-/// The side of the last run, then what the user says. None for Cancel.
-std::optional<Side> VelmoraDoc::chooseSide() {
-    beforeAfterValues.choice = partBefore ? 1 : 2;
-    if (!showDialog(beforeAfterValues)) {
+std::optional<Side> chooseSide(VelmoraDoc& doc) {
+    doc.dialogs->beforeAfter.choice = doc.partBefore ? 1 : 2;
+    if (!showDialog(doc.ui(), doc.dialogs->beforeAfter)) {
         return std::nullopt;
     }
-    partBefore = beforeAfterValues.choice == 1;
-    partAfter = !partBefore;
-    return partBefore ? Side::Before : Side::After;
+    doc.partBefore = doc.dialogs->beforeAfter.choice == 1;
+    doc.partAfter = !doc.partBefore;
+    return doc.partBefore ? Side::Before : Side::After;
 }
+
+namespace {
 
 /// The captured section, if the captured point is a point of it; else null.
-PointList* VelmoraDoc::sectionOfCapturedPoint() {
-    const bool there = structureKind == StructureKind::Structured && capture->sectionCaptured &&
-                       capture->pointCaptured &&
-                       pointAt(capture->capturedPatch, capture->capturedSection, capture->capturedPoint) != nullptr;
-    return there ? sectionAt(capture->capturedPatch, capture->capturedSection) : nullptr;
+PointList* sectionOfCapturedPoint(VelmoraDoc& doc) {
+    const bool there =
+        doc.structureKind == StructureKind::Structured && doc.capture->sectionCaptured && doc.capture->pointCaptured &&
+        doc.pointAt(doc.capture->capturedPatch, doc.capture->capturedSection, doc.capture->capturedPoint) != nullptr;
+    return there ? doc.sectionAt(doc.capture->capturedPatch, doc.capture->capturedSection) : nullptr;
 }
 
+} // namespace
+
 void VelmoraDoc::HalveSection() {
-    if (!capture->sectionCaptured || !curveIsThere()) {
+    if (!capture->sectionCaptured || !curveIsThere(*this)) {
         return;
     }
-    if (const auto removed = chooseSide()) {
-        beginPatchCommand(false);
+    if (const auto removed = chooseSide(*this)) {
+        beginPatchCommand(Extent::Stays);
         PointList& section = *sectionAt(capture->capturedPatch, capture->capturedSection);
         section = withoutHalf(section, *removed);
         keepCaptureInside(*this);
-        followCapturedPoint();
+        followCapturedPoint(*this);
         retitle();
         redraw();
     }
 }
 
 void VelmoraDoc::KnifePart() {
-    PointList* section = sectionOfCapturedPoint();
+    PointList* section = sectionOfCapturedPoint(*this);
     if (section == nullptr) {
         return;
     }
-    if (const auto removed = chooseSide()) {
-        beginPatchCommand(false);
+    if (const auto removed = chooseSide(*this)) {
+        beginPatchCommand(Extent::Stays);
         if (PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection)) {
             *field = withoutSide(*field, capture->capturedPoint, *removed);
         }
@@ -194,24 +218,24 @@ void VelmoraDoc::KnifePart() {
         if (*removed == Side::Before) {
             capture.renumberPoint(capture->capturedPointSection, 0);
         }
-        followCapturedPoint();
+        followCapturedPoint(*this);
         retitle();
-        showCapturedPoint();
+        showCapturedPoint(*this);
         redraw();
     }
 }
 
 void VelmoraDoc::CopyPart() {
-    const PointList* section = sectionOfCapturedPoint();
+    const PointList* section = sectionOfCapturedPoint(*this);
     if (section == nullptr) {
         return;
     }
-    if (const auto copied = chooseSide()) {
+    if (const auto copied = chooseSide(*this)) {
         // Here the side is what is copied: the other one is left out.
         const Side leftOut = *copied == Side::Before ? Side::After : Side::Before;
         lineBuffer = withoutSide(*section, capture->capturedPoint, leftOut);
         lineBufferFull = true;
-        showCapturedPoint();
+        showCapturedPoint(*this);
         redraw();
     }
 }
@@ -238,18 +262,18 @@ void pasteValues(const PointList& section, PointList& values, std::int32_t point
 } // namespace
 
 void VelmoraDoc::PastePart() {
-    PointList* section = sectionOfCapturedPoint();
+    PointList* section = sectionOfCapturedPoint(*this);
     if (section == nullptr) {
         return;
     }
-    if (const auto replaced = chooseSide()) {
-        beginPatchCommand(false);
+    if (const auto side = chooseSide(*this)) {
+        beginPatchCommand(Extent::Stays);
         PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection);
         if (field != nullptr) {
-            pasteValues(*section, *field, capture->capturedPoint, *replaced, lineBuffer);
+            pasteValues(*section, *field, capture->capturedPoint, *side, lineBuffer);
         }
-        *section = withSideReplaced(*section, capture->capturedPoint, *replaced, lineBuffer);
-        if (*replaced == Side::Before) {
+        *section = withSideReplaced(*section, capture->capturedPoint, *side, lineBuffer);
+        if (*side == Side::Before) {
             // By one, however long the buffer is, as far as the section goes.
             capture.renumberPoint(capture->capturedPointSection,
                                   std::min(capture->capturedPoint + 1, countOf(*section) - 1));
@@ -260,7 +284,7 @@ void VelmoraDoc::PastePart() {
 }
 
 void VelmoraDoc::ReverseSection() {
-    PointList* section = sectionOfCapturedPoint();
+    PointList* section = sectionOfCapturedPoint(*this);
     if (section == nullptr) {
         return;
     }
@@ -277,10 +301,10 @@ void VelmoraDoc::ReverseSection() {
 }
 
 void VelmoraDoc::MergeBuffer() {
-    if (!capture->sectionCaptured || !curveIsThere()) {
+    if (!capture->sectionCaptured || !curveIsThere(*this)) {
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     ui_.showMessage(message::aptMayBeViolated);
     PointList& section = *sectionAt(capture->capturedPatch, capture->capturedSection);
     if (PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection)) {
@@ -292,90 +316,94 @@ void VelmoraDoc::MergeBuffer() {
 }
 
 void VelmoraDoc::Prescribe() {
-    const CPrescribe& values = prescribeValues;
-    if (!curveIsThere() || !showDialog(prescribeValues)) {
+    const CPrescribe& values = dialogs->prescribe;
+    if (!curveIsThere(*this) || !showDialog(ui_, dialogs->prescribe)) {
         return;
     }
     PrescribedValues prescribed;
     prescribed.x = values.useX ? std::optional(values.x) : std::nullopt;
     prescribed.y = values.useY ? std::optional(values.y) : std::nullopt;
     prescribed.z = values.useZ ? std::optional(values.z) : std::nullopt;
-    beginPatchCommand(false);
-    PointList points = capturedCurvePoints();
+    beginPatchCommand(Extent::Stays);
+    PointList points = capturedCurvePoints(*this);
     for (zVec<double>& point : points) {
         prescribe(point, prescribed);
     }
-    putCurvePoints(points);
+    putCurvePoints(*this, points);
     retitle();
     redraw();
 }
 
 // ---- Delete and Duplicate -------------------------------------------------------------------------------------------
 
-void VelmoraDoc::DeleteCurve() {
-    if (curveIsThere()) {
-        capture->sectionCaptured ? removeCapturedSection() : removeCapturedLine();
-    }
-}
+namespace {
 
-void VelmoraDoc::removeCapturedSection() {
-    beginPatchCommand(false);
-    Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
-    if (patch.size() < 3 && fileKind == FileKind::Apt) {
-        ui_.showMessage(message::twoSectionsStay);
-        ExitLineRegime();
+void removeCapturedSection(VelmoraDoc& doc) {
+    doc.beginPatchCommand(Extent::Stays);
+    Patch& patch = doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)];
+    if (patch.size() < 3 && doc.fileKind == FileKind::Apt) {
+        doc.ui().showMessage(message::twoSectionsStay);
+        doc.ExitLineRegime();
         return;
     }
-    patch.erase(patch.begin() + capture->capturedSection);
+    patch.erase(patch.begin() + doc.capture->capturedSection);
     if (patch.empty()) {
-        const std::int32_t emptied = capture->capturedPatch;
+        const std::int32_t emptied = doc.capture->capturedPatch;
         // The patch regime goes with the last patch.
-        ExitLineRegime();
-        takePatchOut(emptied);
+        doc.ExitLineRegime();
+        takePatchOut(doc, emptied);
     } else {
-        keepCaptureInside(*this);
-        followCapturedPoint();
+        keepCaptureInside(doc);
+        followCapturedPoint(doc);
     }
-    retitle();
-    if (structureKind == StructureKind::None && status != idlePrompt) {
-        showIdlePrompt();
+    doc.retitle();
+    if (doc.structureKind == StructureKind::None && doc.status != idlePrompt) {
+        showIdlePrompt(doc);
     }
-    redraw();
+    doc.redraw();
 }
 
-void VelmoraDoc::removeCapturedLine() {
-    beginPatchCommand(false);
-    Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
+void removeCapturedLine(VelmoraDoc& doc) {
+    doc.beginPatchCommand(Extent::Stays);
+    Patch& patch = doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)];
     if (lineCount(patch) < 3) {
-        ui_.showMessage(message::twoLinesStay);
-        ExitLineRegime();
+        doc.ui().showMessage(message::twoLinesStay);
+        doc.ExitLineRegime();
         return;
     }
     for (PointList& section : patch) {
-        if (capture->capturedLine < countOf(section)) {
-            section.erase(section.begin() + capture->capturedLine);
+        if (doc.capture->capturedLine < countOf(section)) {
+            section.erase(section.begin() + doc.capture->capturedLine);
         }
     }
-    keepCaptureInside(*this);
-    followCapturedPoint();
-    retitle();
-    redraw();
+    keepCaptureInside(doc);
+    followCapturedPoint(doc);
+    doc.retitle();
+    doc.redraw();
+}
+
+} // namespace
+
+void VelmoraDoc::DeleteCurve() {
+    if (curveIsThere(*this)) {
+        capture->sectionCaptured ? removeCapturedSection(*this) : removeCapturedLine(*this);
+    }
 }
 
 void VelmoraDoc::DuplicateCurve() {
-    if (!curveIsThere()) {
+    if (!curveIsThere(*this)) {
         return;
     }
-    const double points = static_cast<double>(capturedCurvePoints().size());
-    duplicateValues.room = memoryRoom(bytesOfSection + points * bytesOfPoint);
-    if (!showDialog(duplicateValues)) {
+    const double points = static_cast<double>(capturedCurvePoints(*this).size());
+    dialogs->duplicate.room = memoryRoom(bytesOfSection + points * bytesOfPoint);
+    if (!showDialog(ui_, dialogs->duplicate)) {
         return;
     }
-    const auto copies = static_cast<std::size_t>(duplicateValues.duplicateCount - 1);
+    const auto copies = static_cast<std::size_t>(dialogs->duplicate.duplicateCount - 1);
     if (copies < 1) {
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
     if (!capture->sectionCaptured) {
         for (PointList& section : patch) {
@@ -396,10 +424,10 @@ void VelmoraDoc::DuplicateCurve() {
 
 void VelmoraDoc::Weeding() {
     const std::vector<bool> mask = chosenMask();
-    if (!curveCanBeEdited()) {
+    if (!curveCanBeEdited(*this)) {
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     const bool lines = !capture->sectionCaptured;
     if (lines) {
         transposePatches(patches, mask);
@@ -422,14 +450,14 @@ void VelmoraDoc::Weeding() {
 
 void VelmoraDoc::Cylinder() {
     // Leaving the regimes forgets the address of the profile.
-    const PointList profile = capturedCurvePoints();
+    const PointList profile = capturedCurvePoints(*this);
     if (profile.empty() || !ui_.ask(message::removeGeometry)) {
         return;
     }
     keepForUndo();
     structureKind = StructureKind::Structured;
     fileKind = FileKind::Apt;
-    leavePointAndCurves();
+    leavePointAndCurves(*this);
     emptyBlock();
     showBlockOnly = false;
     capture.forgetPatch();
@@ -437,7 +465,7 @@ void VelmoraDoc::Cylinder() {
     checkRegularity(patches);
     modelFile.nameUntitled("apt");
     if (status != idlePrompt) {
-        showIdlePrompt();
+        showIdlePrompt(*this);
     }
     updateBounds();
     redraw();

@@ -1,13 +1,18 @@
 #include <algorithm>
 #include <utility>
 
+#include "DialogValues.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "capture_address.h"
 #include "coons_rebuild.h"
 #include "correct_line.h"
+#include "exchange.h"
 #include "interpolate_section.h"
 #include "messages.h"
 #include "patch_curves.h"
 #include "patch_order.h"
+#include "show_dialog.h"
 #include "smooth_patch.h"
 
 namespace velmora {
@@ -21,76 +26,51 @@ constexpr double workingCopies = 4.0;
 
 } // namespace
 
-std::vector<std::int32_t> VelmoraDoc::chosenInModelOrder() const {
-    const std::vector<bool> chosen = chosenMask();
-    std::vector<std::int32_t> numbers;
-    for (std::int32_t k = 0; k < countOf(patches); ++k) {
-        if (chosen[static_cast<std::size_t>(k)]) {
-            numbers.push_back(k);
-        }
-    }
-    return numbers;
-}
-
-void VelmoraDoc::turnCapturedPatch() {
-    if (capture->capturedPatch >= 0 && capture->capturedPatch < countOf(patches) &&
-        (blockCount < 1 || inBlock(capture->capturedPatch))) {
-        Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
-        if (isGrid(patch)) {
-            if (Patch* const field = fieldOfPatch(capture->capturedPatch)) {
-                *field = transposed(*field);
-            }
-            patch = transposed(patch);
-        }
-    }
-    exchangeCapture();
-}
-
 void VelmoraDoc::CoonsRebuild() {
     if (workingCopies * bytesOf(patches) > memoryRoom(0.0).free) {
         ui_.showMessage(message::notEnoughMemory);
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     for (const std::int32_t k : chosenInModelOrder()) {
         coonsRebuild(patches[static_cast<std::size_t>(k)]);
     }
-    followCapturedPoint();
+    followCapturedPoint(*this);
     redraw();
 }
 
 void VelmoraDoc::SmoothGeometry() {
-    if (!showDialog(smoothValues)) {
+    if (!showDialog(ui_, dialogs->smooth)) {
         return;
     }
-    beginPatchCommand(false);
-    bool spline = smoothValues.function == 1;
+    beginPatchCommand(Extent::Stays);
+    bool spline = dialogs->smooth.function == 1;
     for (const std::int32_t k : chosenInModelOrder()) {
         Patch& patch = patches[static_cast<std::size_t>(k)];
-        if (smoothValues.regime == 2 || smoothValues.regime == 4) {
+        if (dialogs->smooth.regime == 2 || dialogs->smooth.regime == 4) {
             smoothLines(patch, spline);
         }
-        if (smoothValues.regime != 2) {
+        if (dialogs->smooth.regime != 2) {
             smoothSections(patch, spline);
         }
-        if (smoothValues.regime == 3) {
+        if (dialogs->smooth.regime == 3) {
             smoothLines(patch, spline);
         }
     }
-    smoothValues.function = spline ? 1 : 2; // coincident points turn it to Linear, for the next call too
-    followCapturedPoint();
+    dialogs->smooth.function = spline ? 1 : 2; // coincident points turn it to Linear, for the next call too
+    followCapturedPoint(*this);
     redraw();
 }
 
 // ---- One curve ------------------------------------------------------------------------------------------------------
 
 void VelmoraDoc::Interpolate() {
-    interpolateValues.pointClipboardFull = pointClipboardFull;
-    interpolateValues.room = memoryRoom(workingCopies * bytesOf(patches));
-    if (!showDialog(interpolateValues)) {
+    dialogs->interpolate.pointClipboardFull = pointClipboardFull;
+    dialogs->interpolate.room = memoryRoom(workingCopies * bytesOf(patches));
+    if (!showDialog(ui_, dialogs->interpolate)) {
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     const bool lines = capture->lineCaptured;
     const bool exists = sectionAt(capture->capturedPatch, 0) != nullptr &&
                         (!lines || isGrid(patches[static_cast<std::size_t>(capture->capturedPatch)]));
@@ -98,19 +78,19 @@ void VelmoraDoc::Interpolate() {
         return;
     }
     if (lines) {
-        turnCapturedPatch();
+        turnCapturedPatch(*this);
     }
     Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
     const Interpolation outcome =
-        interpolateValues.fitToBuffer
+        dialogs->interpolate.fitToBuffer
             ? interpolateToPoint(patch, capture->capturedSection, pointClipboard)
-            : interpolateSection(patch, capture->capturedSection, interpolateValues.coefficient);
+            : interpolateSection(patch, capture->capturedSection, dialogs->interpolate.coefficient);
     if (lines) {
-        turnCapturedPatch();
+        turnCapturedPatch(*this);
     }
     switch (outcome) {
     case Interpolation::Done:
-        followCapturedPoint();
+        followCapturedPoint(*this);
         redraw();
         break;
     case Interpolation::TooFewSections:
@@ -127,6 +107,37 @@ void VelmoraDoc::Interpolate() {
     }
 }
 
+namespace {
+
+/// Shows the dialog for the captured line. False for Cancel, and where there is nothing to correct.
+bool askForCorrection(VelmoraDoc& doc) {
+    if (doc.capture->capturedPoint == doc.capture->capturedLine) {
+        doc.ui().showMessage(message::correctionHasNoAction);
+        return false;
+    }
+    const Patch& patch = doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)];
+    doc.dialogs->correctLine = {doc.capture->capturedLine + 1, lineCount(patch) - doc.capture->capturedLine,
+                                CCorrectLine().power};
+    doc.dialogs->correctLine.room = doc.memoryRoom(static_cast<double>(patch.size()) * bytesOfPoint);
+    return showDialog(doc.ui(), doc.dialogs->correctLine);
+}
+
+/// Bends the captured line. False leaves model and capture as they were.
+bool correctCapturedLine(VelmoraDoc& doc) {
+    Patch& patch = doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)];
+    const CCorrectLine& v = doc.dialogs->correctLine;
+    if (!correctLine(patch, doc.capture->capturedPointSection,
+                     {doc.capture->capturedPoint, doc.capture->capturedLine, v.linesBefore, v.linesAfter, v.power},
+                     doc.fieldOfPatch(doc.capture->capturedPatch))) {
+        return false;
+    }
+    doc.capture.renumberLine(v.linesBefore - 1);
+    doc.capture.renumberPoint(doc.capture->capturedPointSection, v.linesBefore - 1);
+    return true;
+}
+
+} // namespace
+
 void VelmoraDoc::CorrectLine() {
     if (sectionAt(capture->capturedPatch, 0) == nullptr ||
         !isGrid(patches[static_cast<std::size_t>(capture->capturedPatch)])) {
@@ -134,56 +145,30 @@ void VelmoraDoc::CorrectLine() {
     }
     const bool sections = capture->sectionCaptured;
     if (sections) {
-        turnCapturedPatch();
+        turnCapturedPatch(*this);
     }
-    const bool confirmed = askForCorrection();
+    const bool confirmed = askForCorrection(*this);
     if (sections) {
-        turnCapturedPatch();
+        turnCapturedPatch(*this);
     }
     if (!confirmed) {
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     SavePointUndo();
     pointUndoReady = true;
     capture.savePoint();
     capture.saveCurve();
     if (sections) {
-        turnCapturedPatch();
+        turnCapturedPatch(*this);
     }
-    const bool corrected = correctCapturedLine();
+    const bool corrected = correctCapturedLine(*this);
     if (sections) {
-        turnCapturedPatch();
+        turnCapturedPatch(*this);
     }
     if (corrected) {
         redraw();
     }
-}
-
-/// Shows the dialog for the captured line. False for Cancel, and where there is nothing to correct.
-bool VelmoraDoc::askForCorrection() {
-    if (capture->capturedPoint == capture->capturedLine) {
-        ui_.showMessage(message::correctionHasNoAction);
-        return false;
-    }
-    const Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
-    correctLineValues = {capture->capturedLine + 1, lineCount(patch) - capture->capturedLine, CCorrectLine().power};
-    correctLineValues.room = memoryRoom(static_cast<double>(patch.size()) * bytesOfPoint);
-    return showDialog(correctLineValues);
-}
-
-/// Bends the captured line. False leaves model and capture as they were.
-bool VelmoraDoc::correctCapturedLine() {
-    Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
-    const CCorrectLine& v = correctLineValues;
-    if (!correctLine(patch, capture->capturedPointSection,
-                     {capture->capturedPoint, capture->capturedLine, v.linesBefore, v.linesAfter, v.power},
-                     fieldOfPatch(capture->capturedPatch))) {
-        return false;
-    }
-    capture.renumberLine(v.linesBefore - 1);
-    capture.renumberPoint(capture->capturedPointSection, v.linesBefore - 1);
-    return true;
 }
 
 } // namespace velmora

@@ -1,10 +1,14 @@
 #include <algorithm>
 #include <utility>
 
+#include "DialogValues.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "capture_address.h"
+#include "exchange.h"
 #include "messages.h"
 #include "patch_order.h"
+#include "show_dialog.h"
 #include "zone_nodes.h"
 
 namespace velmora {
@@ -35,110 +39,91 @@ void renumberCapture(Capture& capture, const Patch& patch, bool sections) {
     }
 }
 
+std::vector<std::int32_t> chosenZones(const VelmoraDoc& doc) {
+    if (doc.blockCount < 1) {
+        return doc.chosenPatches();
+    }
+    return zonesReached(doc.feRegion, {doc.blockList.data(), static_cast<std::size_t>(doc.blockCount)});
+}
+
 } // namespace
-
-std::vector<bool> VelmoraDoc::chosenMask() const {
-    return blockCount < 1 ? std::vector<bool>(static_cast<std::size_t>(partCount()), true) : blockMask();
-}
-
-std::vector<std::int32_t> VelmoraDoc::chosenPatches() const {
-    std::vector<std::int32_t> chosen;
-    const std::int32_t candidates = blockCount < 1 ? partCount() : blockCount;
-    for (std::int32_t i = 0; i < candidates; ++i) {
-        const std::int32_t patch = blockCount < 1 ? i : blockList[static_cast<std::size_t>(i)];
-        if (patch >= 0 && patch < partCount()) {
-            chosen.push_back(patch);
-        }
-    }
-    return chosen;
-}
-
-std::vector<std::int32_t> VelmoraDoc::chosenZones() const {
-    if (blockCount < 1) {
-        return chosenPatches();
-    }
-    return zonesReached(feRegion, {blockList.data(), static_cast<std::size_t>(blockCount)});
-}
-
-/// What is known of the captured point's place follows the model.
-void VelmoraDoc::followCapturedPoint() {
-    const auto position = positionAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint);
-    if (capture->pointHeld() && position) {
-        capture.placePoint(*position);
-    }
-}
 
 // ---- Scaling, Move, Rotation, Flip, Symmetric -----------------------------------------------------------------------
 
+namespace {
+
 /// False when the map ended the work; what was done before stays done.
-bool VelmoraDoc::transformModel(const PointMap& map) {
-    if (structureKind == StructureKind::Unstructured) {
-        return transformZones(feRegion, chosenZones(), map);
+bool transformModel(VelmoraDoc& doc, const PointMap& map) {
+    if (doc.structureKind == StructureKind::Unstructured) {
+        return transformZones(doc.feRegion, chosenZones(doc), map);
     }
-    const std::vector<std::int32_t> chosen = chosenPatches();
-    return std::all_of(chosen.begin(), chosen.end(), [this, &map](std::int32_t patch) {
-        return transformPatch(patches[static_cast<std::size_t>(patch)], map);
+    const std::vector<std::int32_t> chosen = doc.chosenPatches();
+    return std::all_of(chosen.begin(), chosen.end(), [&doc, &map](std::int32_t patch) {
+        return transformPatch(doc.patches[static_cast<std::size_t>(patch)], map);
     });
 }
 
 /// Snapshot, work, new box. The captured point goes with the model, or its capture is dropped.
-void VelmoraDoc::runTransformation(bool keepsPoint, const std::function<bool()>& work) {
-    beginPatchCommand(true);
-    const bool zones = structureKind == StructureKind::Unstructured;
-    if (zones && feRegion.blocks.empty()) {
+void runTransformation(VelmoraDoc& doc, bool keepsPoint, const std::function<bool()>& work) {
+    doc.beginPatchCommand(Extent::Changes);
+    const bool zones = doc.structureKind == StructureKind::Unstructured;
+    if (zones && doc.feRegion.blocks.empty()) {
         return;
     }
-    if (zones && capture->pointCaptured && keepsPoint) {
-        undoNode = positionAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint)
-                       .value_or(undoNode);
+    if (zones && doc.capture->pointCaptured && keepsPoint) {
+        doc.undoNode =
+            doc.positionAt(doc.capture->capturedPatch, doc.capture->capturedPointSection, doc.capture->capturedPoint)
+                .value_or(doc.undoNode);
     }
     if (!work()) {
-        ui_.showMessage(message::axisAbsent);
+        doc.ui().showMessage(message::axisAbsent);
         return;
     }
-    if (capture->pointCaptured) {
-        followCapturedPoint();
+    if (doc.capture->pointCaptured) {
+        followCapturedPoint(doc);
         if (keepsPoint) {
-            pointUndoReady = true;
+            doc.pointUndoReady = true;
         } else {
-            capture.dropPoint();
+            doc.capture.dropPoint();
         }
     }
-    updateBounds();
-    redraw();
+    doc.updateBounds();
+    doc.redraw();
 }
 
+} // namespace
+
 void VelmoraDoc::ScaleModel() {
-    if (structureKind == StructureKind::None || !showDialog(scalingValues)) {
+    if (structureKind == StructureKind::None || !showDialog(ui_, dialogs->scaling)) {
         return;
     }
-    runTransformation(true, [this] { return transformModel(scalingValues.map()); });
+    runTransformation(*this, true, [this] { return transformModel(*this, dialogs->scaling.map()); });
 }
 
 void VelmoraDoc::MoveModel() {
-    if (structureKind == StructureKind::None || !showDialog(moveValues)) {
+    if (structureKind == StructureKind::None || !showDialog(ui_, dialogs->move)) {
         return;
     }
-    runTransformation(true, [this] { return transformModel(moveValues.map()); });
+    runTransformation(*this, true, [this] { return transformModel(*this, dialogs->move.map()); });
 }
 
 void VelmoraDoc::RotateModel() {
-    if (structureKind == StructureKind::None || !showDialog(rotateValues)) {
+    if (structureKind == StructureKind::None || !showDialog(ui_, dialogs->rotate)) {
         return;
     }
-    RotationAxis axis = rotateValues.axis();
-    runTransformation(true, [this, &axis] {
-        return transformModel([&axis](const zVec<double>& point) { return rotatePoint(point, axis); });
+    RotationAxis axis = dialogs->rotate.axis();
+    runTransformation(*this, true, [this, &axis] {
+        return transformModel(*this, [&axis](const zVec<double>& point) { return rotatePoint(point, axis); });
     });
-    rotateValues.takeEnd(axis);
+    dialogs->rotate.takeEnd(axis);
 }
 
 void VelmoraDoc::FlipModel() {
-    if (structureKind == StructureKind::None || !showDialog(flipValues)) {
+    if (structureKind == StructureKind::None || !showDialog(ui_, dialogs->flip)) {
         return;
     }
-    runTransformation(false, [this] {
-        transformModel(flipValues.map());
+    runTransformation(*this, false, [this] {
+        transformModel(*this, dialogs->flip.map());
         if (structureKind == StructureKind::Structured) {
             // Points in reverse order keep a patch on its side.
             for (const std::int32_t patch : chosenPatches()) {
@@ -156,7 +141,7 @@ void VelmoraDoc::TurnRound() {
     if (structureKind == StructureKind::None) {
         return;
     }
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     for (const std::int32_t part : chosenPatches()) {
         const auto k = static_cast<std::size_t>(part);
         if (structureKind == StructureKind::Unstructured) {
@@ -171,22 +156,22 @@ void VelmoraDoc::TurnRound() {
             renumberCapture(capture, patches[k], false);
         }
     }
-    followCapturedPoint();
+    followCapturedPoint(*this);
     redraw();
 }
 
 void VelmoraDoc::SymmetricModel() {
-    if (structureKind == StructureKind::None || !showDialog(symmetricValues)) {
+    if (structureKind == StructureKind::None || !showDialog(ui_, dialogs->symmetric)) {
         return;
     }
-    runTransformation(true, [this] {
+    runTransformation(*this, true, [this] {
         if (structureKind == StructureKind::Unstructured) {
-            mirrorZones(feRegion, chosenZones(), symmetricValues.chosen());
+            mirrorZones(feRegion, chosenZones(*this), dialogs->symmetric.chosen());
             return true;
         }
         for (const std::int32_t patch : chosenPatches()) {
             Patch image = patches[static_cast<std::size_t>(patch)];
-            transformPatch(image, symmetricValues.map());
+            transformPatch(image, dialogs->symmetric.map());
             patches.push_back(std::move(image));
         }
         return true;
@@ -195,31 +180,12 @@ void VelmoraDoc::SymmetricModel() {
 
 // ---- Sections and lines ---------------------------------------------------------------------------------------------
 
-/// Transposes the chosen patches, and the capture with them, whether or not its patch is one of them. False, and
-/// nothing is changed, when one of them is no grid.
-bool VelmoraDoc::exchangeSectionsAndLines() {
-    if (!transposePatches(patches, chosenMask())) {
-        return false;
-    }
-    exchangeCapture();
-    return true;
-}
-
-/// What is captured keeps its place when sections and lines change their parts.
-void VelmoraDoc::exchangeCapture() {
-    if (capture->pointHeld()) {
-        capture.exchangePointNumbers();
-        followCapturedPoint();
-    }
-    capture.exchangeSectionAndLine();
-}
-
 void VelmoraDoc::Convertation() {
     if (structureKind != StructureKind::Structured) {
         return;
     }
     keepForGuard();
-    if (!exchangeSectionsAndLines()) {
+    if (!exchangeSectionsAndLines(*this)) {
         return;
     }
     // No snapshot: the command chosen again takes it back. It is a change all the same, asked about before leaving.
@@ -227,16 +193,16 @@ void VelmoraDoc::Convertation() {
     // With a zBlock that does not hold its patch the capture alone has turned: its numbers may be past the patch's
     // ends.
     keepCaptureInside(*this);
-    followCapturedPoint();
+    followCapturedPoint(*this);
     redraw();
 }
 
 void VelmoraDoc::LastFirstSwitch() {
-    if (structureKind != StructureKind::Structured || !showDialog(lastFirstValues)) {
+    if (structureKind != StructureKind::Structured || !showDialog(ui_, dialogs->lastFirst)) {
         return;
     }
     keepForGuard();
-    const bool sections = lastFirstValues.kind == 1;
+    const bool sections = dialogs->lastFirst.kind == 1;
     const std::vector<bool> mask = chosenMask();
     for (std::size_t k = 0; k < patches.size(); ++k) {
         if (mask[k]) {
@@ -251,7 +217,7 @@ void VelmoraDoc::LastFirstSwitch() {
     documentModified = true;
     if (capture->capturedPatch >= 0 && capture->capturedPatch < countOf(patches)) {
         renumberCapture(capture, patches[static_cast<std::size_t>(capture->capturedPatch)], sections);
-        followCapturedPoint();
+        followCapturedPoint(*this);
     }
     redraw();
 }

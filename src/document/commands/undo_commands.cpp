@@ -2,8 +2,10 @@
 #include <utility>
 
 #include "CommandGuard.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "capture_address.h"
+#include "captured_curve.h"
 #include "finite_model.h"
 #include "messages.h"
 #include "path_names.h"
@@ -12,51 +14,55 @@ namespace velmora {
 
 // ---- Snapshots ------------------------------------------------------------------------------------------------------
 
-void VelmoraDoc::snapshot(PatchList& undoList, zRegion_fe& undoZones, FieldSnapshot& undoField) {
-    documentModified = true;
+namespace {
+
+void snapshot(VelmoraDoc& doc, PatchList& undoList, zRegion_fe& undoZones, FieldSnapshot& undoField) {
+    doc.documentModified = true;
     undoZones.blocks.clear();
-    if (structureKind == StructureKind::Structured) {
-        undoList = patches; // into the memory of the snapshot before
+    if (doc.structureKind == StructureKind::Structured) {
+        undoList = doc.patches; // into the memory of the snapshot before
     } else {
         undoList.clear();
     }
-    if (structureKind == StructureKind::Unstructured) {
-        copyRegion(feRegion, undoZones);
+    if (doc.structureKind == StructureKind::Unstructured) {
+        copyRegion(doc.feRegion, undoZones);
     }
-    undoField = fieldAsItIs();
+    undoField = doc.fieldAsItIs();
 }
 
+} // namespace
+
 void VelmoraDoc::SavePointUndo() {
-    ++pointSnapshotsBegun_;
-    if (replaced_ && !replaced_->pointTaken) {
-        replaced_->pointTaken = true;
-        replaced_->pointPatches.swap(pointUndoPatches);
-        replaced_->pointRegion.blocks.swap(pointUndoRegion.blocks);
-        std::swap(replaced_->pointField, pointUndoField_);
+    ++snapshotCounts.pointBegun;
+    if (replaced && !replaced->pointTaken) {
+        replaced->pointTaken = true;
+        replaced->pointPatches.swap(pointUndoPatches);
+        replaced->pointRegion.blocks.swap(pointUndoRegion.blocks);
+        std::swap(replaced->pointField, pointUndoField);
     }
-    snapshot(pointUndoPatches, pointUndoRegion, pointUndoField_);
+    snapshot(*this, pointUndoPatches, pointUndoRegion, pointUndoField);
     pointUndoIsNewer = true;
-    ++pointSnapshots_;
+    ++snapshotCounts.pointTaken;
 }
 
 void VelmoraDoc::SavePatchUndo() {
-    ++patchSnapshotsBegun_;
-    if (replaced_ && !replaced_->patchTaken) {
-        replaced_->patchTaken = true;
-        replaced_->patches.swap(undoPatches);
-        replaced_->region.blocks.swap(undoRegion.blocks);
-        std::swap(replaced_->field, undoField_);
+    ++snapshotCounts.patchBegun;
+    if (replaced && !replaced->patchTaken) {
+        replaced->patchTaken = true;
+        replaced->patches.swap(undoPatches);
+        replaced->region.blocks.swap(undoRegion.blocks);
+        std::swap(replaced->field, undoField);
     }
-    snapshot(undoPatches, undoRegion, undoField_);
+    snapshot(*this, undoPatches, undoRegion, undoField);
     undoPath.clear();
     pointUndoIsNewer = false;
-    ++patchSnapshots_;
+    ++snapshotCounts.patchTaken;
 }
 
-void VelmoraDoc::beginPatchCommand(bool changesExtent) {
+void VelmoraDoc::beginPatchCommand(Extent extent) {
     SavePatchUndo();
     patchUndoReady = true;
-    rebuildOnUndo = changesExtent;
+    rebuildOnUndo = extent == Extent::Changes;
 }
 
 void VelmoraDoc::keepForUndo() {
@@ -67,42 +73,22 @@ void VelmoraDoc::keepForUndo() {
         return;
     }
     undoModified = documentModified;
-    beginPatchCommand(false);
+    beginPatchCommand(Extent::Stays);
     undoPath = modelFile.chosenPath;
     modelFile.keepForUndo(modelFile);
 }
 
-void VelmoraDoc::clearSnapshots() {
-    pointUndoPatches.clear();
-    undoPatches.clear();
-    pointUndoRegion.blocks.clear();
-    undoRegion.blocks.clear();
-    pointUndoField_ = undoField_ = FieldSnapshot();
+namespace {
+
+void clearSnapshots(VelmoraDoc& doc) {
+    doc.pointUndoPatches.clear();
+    doc.undoPatches.clear();
+    doc.pointUndoRegion.blocks.clear();
+    doc.undoRegion.blocks.clear();
+    doc.pointUndoField = doc.undoField = FieldSnapshot();
 }
 
-FieldSnapshot VelmoraDoc::fieldAsItIs() const {
-    return {fieldPatches, fieldTitleLine, fieldVariablesLine, fieldCount, fieldLoaded, fieldMode};
-}
-
-void VelmoraDoc::exchangeField(FieldSnapshot& field) {
-    FieldSnapshot own = {std::move(fieldPatches),
-                         std::move(fieldTitleLine),
-                         std::move(fieldVariablesLine),
-                         fieldCount,
-                         fieldLoaded,
-                         fieldMode};
-    takeField(std::move(field));
-    field = std::move(own);
-}
-
-void VelmoraDoc::takeField(FieldSnapshot&& field) {
-    fieldPatches = std::move(field.patches);
-    fieldTitleLine = std::move(field.titleLine);
-    fieldVariablesLine = std::move(field.variablesLine);
-    fieldCount = field.count;
-    fieldLoaded = field.loaded;
-    fieldMode = field.mode;
-}
+} // namespace
 
 // ---- Commands that cannot be done -----------------------------------------------------------------------------------
 
@@ -111,71 +97,66 @@ namespace {
 /// A command has put a number into the model that is infinite or none.
 class NotFinite : public std::exception {};
 
+bool resultIsFinite(const DocumentState& doc) {
+    if ((!doc.replaced->patchTaken && !doc.replaced->pointTaken) || (isFinite(doc.patches) && isFinite(doc.feRegion))) {
+        return true;
+    }
+    // A model that held such a number before can be edited all the same.
+    return doc.replaced->patchTaken ? !(isFinite(doc.undoPatches) && isFinite(doc.undoRegion))
+                                    : !(isFinite(doc.pointUndoPatches) && isFinite(doc.pointUndoRegion));
+}
+
+void takeReplacedSnapshots(DocumentState& doc) {
+    ReplacedSnapshots& replaced = *doc.replaced;
+    if (replaced.patchTaken) {
+        doc.undoPatches = std::move(replaced.patches);
+        doc.undoRegion.blocks = std::move(replaced.region.blocks);
+        doc.undoField = std::move(replaced.field);
+        doc.undoPath = replaced.path;
+    }
+    if (replaced.pointTaken) {
+        doc.pointUndoPatches = std::move(replaced.pointPatches);
+        doc.pointUndoRegion.blocks = std::move(replaced.pointRegion.blocks);
+        doc.pointUndoField = std::move(replaced.pointField);
+    }
+    doc.patchUndoReady = replaced.patchReady;
+    doc.pointUndoReady = replaced.pointReady;
+    doc.rebuildOnUndo = replaced.extent;
+    doc.pointUndoIsNewer = replaced.pointIsNewer;
+}
+
 } // namespace
 
 void VelmoraDoc::runCommand(void (VelmoraDoc::*command)()) {
-    replaced_.emplace();
-    replaced_->patchReady = patchUndoReady;
-    replaced_->pointReady = pointUndoReady;
-    replaced_->extent = rebuildOnUndo;
-    replaced_->pointIsNewer = pointUndoIsNewer;
-    replaced_->path = undoPath;
+    replaced.emplace();
+    replaced->patchReady = patchUndoReady;
+    replaced->pointReady = pointUndoReady;
+    replaced->extent = rebuildOnUndo;
+    replaced->pointIsNewer = pointUndoIsNewer;
+    replaced->path = undoPath;
     const zVec<double> lower = boxMin;
     const zVec<double> upper = boxMax;
     try {
         const CommandGuard guard(*this);
         (this->*command)();
-        if (!resultIsFinite()) {
+        if (!resultIsFinite(*this)) {
             throw NotFinite();
         }
     } catch (const NotFinite&) {
         // The guard has put the model back.
-        takeReplacedSnapshots();
+        takeReplacedSnapshots(*this);
         if (!(boxMin == lower && boxMax == upper)) {
             updateBounds();
         }
         ui_.showMessage(message::resultNotFinite);
     } catch (...) {
-        replaced_.reset();
+        replaced.reset();
         throw;
     }
-    replaced_.reset();
-}
-
-bool VelmoraDoc::resultIsFinite() const {
-    if ((!replaced_->patchTaken && !replaced_->pointTaken) || (isFinite(patches) && isFinite(feRegion))) {
-        return true;
-    }
-    // A model that held such a number before can be edited all the same.
-    return replaced_->patchTaken ? !(isFinite(undoPatches) && isFinite(undoRegion))
-                                 : !(isFinite(pointUndoPatches) && isFinite(pointUndoRegion));
-}
-
-void VelmoraDoc::takeReplacedSnapshots() {
-    if (replaced_->patchTaken) {
-        undoPatches = std::move(replaced_->patches);
-        undoRegion.blocks = std::move(replaced_->region.blocks);
-        undoField_ = std::move(replaced_->field);
-        undoPath = replaced_->path;
-    }
-    if (replaced_->pointTaken) {
-        pointUndoPatches = std::move(replaced_->pointPatches);
-        pointUndoRegion.blocks = std::move(replaced_->pointRegion.blocks);
-        pointUndoField_ = std::move(replaced_->pointField);
-    }
-    patchUndoReady = replaced_->patchReady;
-    pointUndoReady = replaced_->pointReady;
-    rebuildOnUndo = replaced_->extent;
-    pointUndoIsNewer = replaced_->pointIsNewer;
+    replaced.reset();
 }
 
 // ---- Undo -----------------------------------------------------------------------------------------------------------
-
-/// The captured point stands where the model says; at `otherwise` when its numbers name none.
-void VelmoraDoc::takeCapturedPosition(const zVec<double>& otherwise) {
-    capture.placePoint(
-        positionAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint).value_or(otherwise));
-}
 
 void VelmoraDoc::UndoPoint() {
     const bool zones = structureKind == StructureKind::Unstructured;
@@ -185,17 +166,17 @@ void VelmoraDoc::UndoPoint() {
     // As in exchangeWithSnapshot.
     patches.swap(pointUndoPatches);
     std::swap(feRegion, pointUndoRegion);
-    exchangeField(pointUndoField_);
-    ++pointSnapshotsBegun_;
-    ++pointSnapshots_;
+    exchangeField(pointUndoField);
+    ++snapshotCounts.pointBegun;
+    ++snapshotCounts.pointTaken;
     capture.restorePoint();
     // Undo counts as a change since the last save, as what it undoes does.
     documentModified = true;
     if (zones) {
         // A transformation has named the node that tells where the model stood; a point edit knows its own address.
-        takeCapturedPosition(undoNode);
+        takeCapturedPosition(*this, undoNode);
     } else if (capture->pointCaptured) {
-        takeCapturedPosition(capture->capturedPointPos);
+        takeCapturedPosition(*this, capture->capturedPointPos);
     }
     retitle();
     capture.describePoint(false);
@@ -204,23 +185,27 @@ void VelmoraDoc::UndoPoint() {
     capture.showPoint();
     ShowStatus(capture->pointContinueStatus);
     redraw();
-    clearSnapshots(); // last: until then a guard finds the model that goes there
+    clearSnapshots(*this); // last: until then a guard finds the model that goes there
 }
+
+namespace {
 
 /// The model of the patch snapshot and the one that is there take each other's places: until the command is through, a
 /// guard around it finds the model in the snapshot.
-void VelmoraDoc::exchangeWithSnapshot() {
-    patches.swap(undoPatches);
-    std::swap(feRegion, undoRegion);
-    exchangeField(undoField_);
-    ++patchSnapshotsBegun_;
-    ++patchSnapshots_;
+void exchangeWithSnapshot(VelmoraDoc& doc) {
+    doc.patches.swap(doc.undoPatches);
+    std::swap(doc.feRegion, doc.undoRegion);
+    doc.exchangeField(doc.undoField);
+    ++doc.snapshotCounts.patchBegun;
+    ++doc.snapshotCounts.patchTaken;
 }
 
+} // namespace
+
 void VelmoraDoc::keepForGuard() {
-    guardPatches_ = patches;
-    guardField_ = fieldAsItIs();
-    ++guardCopies_;
+    guardPatches = patches;
+    guardField = fieldAsItIs();
+    ++snapshotCounts.guardCopies;
 }
 
 void VelmoraDoc::UndoPatch() {
@@ -231,7 +216,7 @@ void VelmoraDoc::UndoPatch() {
     fieldOpening = fieldOpening && undoPath.empty(); // it said how the model that goes was opened
     if (!undoPatches.empty()) {
         // The document holds one model: what comes back takes the place of the other kind too.
-        exchangeWithSnapshot();
+        exchangeWithSnapshot(*this);
         structureKind = StructureKind::Structured;
         // Patches without a section decide nothing: without a kind of their own they would be saved as a file of none.
         if (fileKind == FileKind::None) {
@@ -243,7 +228,7 @@ void VelmoraDoc::UndoPatch() {
         }
         undoPath.clear();
     } else if (!undoRegion.blocks.empty()) {
-        exchangeWithSnapshot();
+        exchangeWithSnapshot(*this);
         structureKind = StructureKind::Unstructured;
         fileKind = FileKind::None;
         if (undoPath.empty() || !modelFile.takeBack()) {
@@ -257,7 +242,7 @@ void VelmoraDoc::UndoPatch() {
     emptyBlock();
     showBlockOnly = false; // of an empty zBlock nothing would be shown
     keepCaptureInside(*this);
-    if (capture->curveHeld() && !curveIsThere()) {
+    if (capture->curveHeld() && !curveIsThere(*this)) {
         // Of zones, and of a patch without a section, there is none to hold.
         ExitLineRegime();
         ShowStatus(capture->undoStatus);
@@ -265,7 +250,7 @@ void VelmoraDoc::UndoPatch() {
     if (pointUndoReady && structureKind == StructureKind::Unstructured) {
         capture.placePoint(undoNode);
     } else {
-        followCapturedPoint();
+        followCapturedPoint(*this);
     }
     pointUndoReady = false;
     if (rebuildOnUndo || wasRemoved) {
@@ -274,7 +259,7 @@ void VelmoraDoc::UndoPatch() {
     } else {
         redraw();
     }
-    clearSnapshots(); // last, as above
+    clearSnapshots(*this); // last, as above
 }
 
 } // namespace velmora

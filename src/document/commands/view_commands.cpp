@@ -1,5 +1,9 @@
 #include "VelmoraDoc.h"
 
+#include "DialogValues.h"
+#include "UserInterface.h"
+#include "show_dialog.h"
+
 namespace velmora {
 
 void VelmoraDoc::FitToWindow() {
@@ -7,19 +11,19 @@ void VelmoraDoc::FitToWindow() {
 }
 
 void VelmoraDoc::ViewFeatures() {
-    featuresValues.showBlockOnly = showBlockOnly;
-    featuresValues.showBuffer = showBuffer;
-    featuresValues.showZBlockMarkers = showZBlockMarkers;
-    featuresValues.blockEmpty = blockCount == 0;
-    featuresValues.unstructured = structureKind == StructureKind::Unstructured;
-    if (!showDialog(featuresValues)) {
+    dialogs->features.showBlockOnly = showBlockOnly;
+    dialogs->features.showBuffer = showBuffer;
+    dialogs->features.showZBlockMarkers = showZBlockMarkers;
+    dialogs->features.blockEmpty = blockCount == 0;
+    dialogs->features.unstructured = structureKind == StructureKind::Unstructured;
+    if (!showDialog(ui_, dialogs->features)) {
         return;
     }
-    showBlockOnly = featuresValues.showBlockOnly;
-    showFirstPoints = featuresValues.showFirstPoints;
-    showDoublePoints = mergeValues.showDouble = featuresValues.showDoublePoints;
-    showBuffer = featuresValues.showBuffer;
-    showZBlockMarkers = featuresValues.showZBlockMarkers;
+    showBlockOnly = dialogs->features.showBlockOnly;
+    showFirstPoints = dialogs->features.showFirstPoints;
+    showDoublePoints = dialogs->merge.showDouble = dialogs->features.showDoublePoints;
+    showBuffer = dialogs->features.showBuffer;
+    showZBlockMarkers = dialogs->features.showZBlockMarkers;
     redrawPicture();
 }
 
@@ -34,9 +38,9 @@ void VelmoraDoc::toggleSurface() {
 }
 
 bool VelmoraDoc::askViewing(dlgViewing& values) {
-    viewingValues = values;
-    const bool agreed = showDialog(viewingValues);
-    values = viewingValues;
+    dialogs->viewing = values;
+    const bool agreed = showDialog(ui_, dialogs->viewing);
+    values = dialogs->viewing;
     return agreed;
 }
 

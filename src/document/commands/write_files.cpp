@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "apt.h"
 #include "interchange.h"

@@ -1,0 +1,83 @@
+#include "captured_curve.h"
+
+#include "DocumentState.h"
+#include "capture_address.h"
+#include "carried_values.h"
+#include "patch_curves.h"
+
+namespace velmora {
+
+bool curveIsThere(DocumentState& doc) {
+    if (doc.structureKind != StructureKind::Structured) {
+        return false;
+    }
+    return doc.capture->sectionCaptured
+               ? doc.sectionAt(doc.capture->capturedPatch, doc.capture->capturedSection) != nullptr
+               : doc.capture->lineCaptured &&
+                     doc.pointAt(doc.capture->capturedPatch, 0, doc.capture->capturedLine) != nullptr;
+}
+
+PointList capturedCurvePoints(DocumentState& doc) {
+    if (doc.capture->sectionCaptured) {
+        const PointList* section = doc.sectionAt(doc.capture->capturedPatch, doc.capture->capturedSection);
+        return section != nullptr ? *section : PointList();
+    }
+    PointList points;
+    if (doc.capture->lineCaptured && doc.capture->capturedPatch >= 0 &&
+        doc.capture->capturedPatch < countOf(doc.patches)) {
+        const std::int32_t sections = countOf(doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)]);
+        for (std::int32_t n = 0; n < sections; ++n) {
+            if (const zVec<double>* point = doc.pointAt(doc.capture->capturedPatch, n, doc.capture->capturedLine)) {
+                points.push_back(*point);
+            }
+        }
+    }
+    return points;
+}
+
+PointList curveInHand(DocumentState& doc) {
+    return curveIsThere(doc) ? capturedCurvePoints(doc) : doc.lineBuffer;
+}
+
+namespace {
+
+/// The captured line is about to get `points`: its field values go along.
+void carryLineValues(DocumentState& doc, const PointList& points) {
+    Patch* const field = doc.fieldOfPatch(doc.capture->capturedPatch);
+    const PointList before = capturedCurvePoints(doc);
+    if (field == nullptr || before.size() != field->size() || points.size() != before.size()) {
+        return;
+    }
+    const PatchCurve line(*field, true, doc.capture->capturedLine);
+    PointList values = line.points();
+    carryValues(before, points, values);
+    for (std::int32_t n = 0; n < line.count(); ++n) {
+        line[n] = values[static_cast<std::size_t>(n)];
+    }
+}
+
+} // namespace
+
+void putCurvePoints(DocumentState& doc, const PointList& points) {
+    if (doc.capture->sectionCaptured) {
+        PointList& section = *doc.sectionAt(doc.capture->capturedPatch, doc.capture->capturedSection);
+        if (PointList* const field = doc.fieldOfSection(doc.capture->capturedPatch, doc.capture->capturedSection)) {
+            carryValues(section, points, *field);
+        }
+        section = points;
+    } else {
+        carryLineValues(doc, points);
+        auto position = points.begin();
+        for (std::int32_t n = 0; doc.sectionAt(doc.capture->capturedPatch, n) != nullptr && position != points.end();
+             ++n) {
+            if (zVec<double>* point = doc.pointAt(doc.capture->capturedPatch, n, doc.capture->capturedLine)) {
+                *point = *position;
+                ++position;
+            }
+        }
+    }
+    keepCaptureInside(doc);
+    followCapturedPoint(doc);
+}
+
+} // namespace velmora

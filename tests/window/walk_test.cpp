@@ -91,15 +91,15 @@ struct DialogRow {
     const char* field;   ///< the number to type, or with `wrong` empty the radio group or check box to change
     std::string wrong;   ///< what the field refuses; empty for a field that is not typed
     std::string right;   ///< what it takes, or the key that changes it
-    bool (*done)(const VelmoraDoc& document);
+    bool (*done)(const DocumentState& document);
 };
 
-double x(const VelmoraDoc& document, std::size_t n, std::size_t m) {
+double x(const DocumentState& document, std::size_t n, std::size_t m) {
     return document.patches.at(0).at(n).at(m).x;
 }
 
 const std::vector<DialogRow>& dialogRows() {
-    using Doc = const VelmoraDoc&;
+    using Doc = const DocumentState&;
     static const QStringList transform = {"Transformations"};
     static const QStringList convert = {"Transformations", "Convert to"};
     static const std::vector<DialogRow> rows = {

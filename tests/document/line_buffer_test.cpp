@@ -240,7 +240,7 @@ TEST_F(LineBuffer, OpenLeavesOutAPointThatIsNotComplete) {
     EXPECT_THAT(heard(), ElementsAre("chooser: Open -> 1", "status: The last point in line 3 has 2 of its 3 numbers"));
     // What was left out stands in the file alone.
     ui.files = {{folder / "cut.ext"}};
-    doc.SaveBuffer();
+    call("buffer.saveAs");
     EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1",
                                      "question: cut.ext holds more than was read. Overwrite it? -> no"));
     EXPECT_EQ(fileText(folder / "cut.ext"), "1 2 3\n4 5\n");

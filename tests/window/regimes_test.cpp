@@ -169,7 +169,6 @@ TEST(Regimes, APointIsDraggedUntilTheButtonComesUp) {
     work([](WindowDriver& person) {
         person.choose({"Edit", "Point", "Capture"});
         clickOn(person, {1, 1, 0});
-        const QString captured = person.status();
         fromContextMenu(person, "Drag point");
         expectState(person, "point captured, dragging", "point");
         expectStatus(person, prompt);
@@ -200,7 +199,9 @@ TEST(Regimes, APointIsDraggedUntilTheButtonComesUp) {
         person.release();
         ASSERT_TRUE(person.waitFor([] { return !WindowDriver::frame().view().leftButtonDown; }));
         expectState(person, "point captured", "point");
-        expectStatus(person, captured);
+        expectStatus(person, QString::asprintf("Captured point: (Patch K=1, Section N=2, Point M=2) X=%f, Y=%f, Z=%f "
+                                               "// Press right button to continue ",
+                                               dragged.x, dragged.y, dragged.z));
         EXPECT_EQ(person.ask(point), dragged);
         const QPoint outside = person.onView({to.x, below});
         person.move(outside);

@@ -1,6 +1,7 @@
 #include "open_commands.h"
 
 #include <algorithm>
+#include <exception>
 #include <filesystem>
 #include <string>
 #include <utility>
@@ -86,10 +87,14 @@ ModelAside::~ModelAside() {
     }
     doc_.clearModel();
     exchange();
-    if (modelFile_.documentTitle != doc_.modelFile.documentTitle) {
-        doc_.ui().showTitle(doc_.modelFile.documentTitle);
+    try {
+        if (modelFile_.documentTitle != doc_.modelFile.documentTitle) {
+            doc_.ui().showTitle(doc_.modelFile.documentTitle);
+        }
+        doc_.redraw();
+    } catch (const std::exception&) {
+        // The model is back, which is what counts here; the guard around the command shows it once more.
     }
-    doc_.redraw();
 }
 
 void ModelAside::exchange() {

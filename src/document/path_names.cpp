@@ -35,7 +35,7 @@ std::filesystem::path fullPath(const std::filesystem::path& path) {
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(path, error);
     const std::filesystem::path& full = error ? path : absolute;
-    const std::filesystem::path plain = full.lexically_normal();
+    std::filesystem::path plain = full.lexically_normal();
     const std::filesystem::path folder = std::filesystem::canonical(full.parent_path(), error);
     if (error || std::filesystem::equivalent(folder, plain.parent_path(), error)) {
         return plain;

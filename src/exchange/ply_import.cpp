@@ -303,7 +303,9 @@ bool PlyReader::takeRow(const Element& element) {
         if (used) {
             list_.clear();
         }
-        for (double entry = 0.0; entry < entries; entry += 1.0) {
+        // The data ends long before a count that no file can hold.
+        const auto count = static_cast<std::uint64_t>(std::ceil(std::min(entries, 1e18)));
+        for (std::uint64_t entry = 0; entry < count; ++entry) {
             if (!takeNumber(property.type, value)) {
                 return false;
             }

@@ -11,6 +11,12 @@ namespace velmora {
 
 namespace {
 
+/// The triangle that a negative child of a node stands for.
+std::size_t triangleOf(std::int32_t child) {
+    const std::int32_t triangle = ~child;
+    return static_cast<std::size_t>(triangle);
+}
+
 constexpr std::int32_t none = std::numeric_limits<std::int32_t>::min();
 /// Rounding of a distance, as a part of the coordinates in question.
 constexpr double roundingPart = 1e-14;
@@ -140,8 +146,7 @@ NearestTree::Box NearestTree::build(std::int32_t node, Seed* begin, Seed* end) {
             child = static_cast<std::int32_t>(nodes_.size());
             nodes_.emplace_back();
         }
-        const Box box =
-            count > 1 ? build(child, cuts[slot], cuts[slot + 1]) : boxOf(triangles_[static_cast<std::size_t>(~child)]);
+        const Box box = count > 1 ? build(child, cuts[slot], cuts[slot + 1]) : boxOf(triangles_[triangleOf(child)]);
         Node& stored = nodes_[static_cast<std::size_t>(node)];
         stored.child[slot] = child;
         storeBox(stored, slot, box);
@@ -207,7 +212,7 @@ void NearestTree::look(const Node& node, Search& search) const {
             continue;
         }
         if (child < 0) {
-            search.offer(triangles_[static_cast<std::size_t>(~child)]);
+            search.offer(triangles_[triangleOf(child)]);
             continue;
         }
         std::size_t place = search.depth++;

@@ -32,8 +32,10 @@ constexpr double keySpread = keyWeights[0] + keyWeights[1] + keyWeights[2];
 std::vector<std::int32_t> sidePoints(const ModelFaces& model, const PatchCells& patch, int side) {
     const bool section = side < 2;
     const bool last = side % 2 != 0;
+    const std::int32_t count = section ? patch.points : patch.sections;
     std::vector<std::int32_t> numbers;
-    for (std::int32_t i = 0; i < (section ? patch.points : patch.sections); ++i) {
+    numbers.reserve(static_cast<std::size_t>(count));
+    for (std::int32_t i = 0; i < count; ++i) {
         numbers.push_back(section ? model.patchPoint(patch, last ? patch.sections - 1 : 0, i)
                                   : model.patchPoint(patch, i, last ? patch.points - 1 : 0));
     }
@@ -155,6 +157,7 @@ std::vector<BorderGap> borderGaps(const ModelFaces& model, const EdgeTable& edge
                std::tie(b.gap.patch, b.gap.other, b.side, b.otherSide);
     });
     std::vector<BorderGap> gaps;
+    gaps.reserve(found.size());
     for (const FoundGap& each : found) {
         gaps.push_back(each.gap);
     }

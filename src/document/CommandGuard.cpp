@@ -35,8 +35,8 @@ std::string causeOf(const std::exception& error) {
 CommandGuard::CommandGuard(VelmoraDoc& document)
     : doc_(document), exceptionsBefore_(std::uncaught_exceptions()),
       patchSnapshotsBegun_(document.patchSnapshotsBegun_), patchSnapshots_(document.patchSnapshots_),
-      pointSnapshotsBegun_(document.pointSnapshotsBegun_),
-      pointSnapshots_(document.pointSnapshots_), kinds_{document.structureKind, document.fileKind, document.secondKind},
+      pointSnapshotsBegun_(document.pointSnapshotsBegun_), pointSnapshots_(document.pointSnapshots_),
+      guardCopies_(document.guardCopies_), kinds_{document.structureKind, document.fileKind, document.secondKind},
       titleWrong_(document.modelFile.titleWrong), names_{document.modelFile.currentPath,
                                                          document.modelFile.currentDirectory,
                                                          document.modelFile.fileExtension,
@@ -55,6 +55,10 @@ CommandGuard::~CommandGuard() {
     if (std::uncaught_exceptions() > exceptionsBefore_) {
         putBack();
     }
+    if (doc_.guardCopies_ != guardCopies_) {
+        doc_.guardCopies_ = guardCopies_;
+        PatchList().swap(doc_.guardPatches_);
+    }
 }
 
 /// Everything here moves and swaps: when memory ran out there is none to be had.
@@ -69,7 +73,9 @@ void CommandGuard::putBack() noexcept {
 void CommandGuard::putBackModel() noexcept {
     const bool patchesKept = doc_.patchSnapshots_ != patchSnapshots_;
     const bool pointKept = doc_.pointSnapshots_ != pointSnapshots_;
-    if (patchesKept) {
+    if (doc_.guardCopies_ != guardCopies_) {
+        doc_.patches.swap(doc_.guardPatches_);
+    } else if (patchesKept) {
         doc_.patches.swap(doc_.undoPatches);
         std::swap(doc_.feRegion, doc_.undoRegion);
     } else if (pointKept) {

@@ -54,6 +54,7 @@ private:
     std::uint64_t patchSnapshots_;
     std::uint64_t pointSnapshotsBegun_;
     std::uint64_t pointSnapshots_;
+    std::uint64_t guardCopies_;
     Kinds kinds_;
     bool titleWrong_;
     Names names_;

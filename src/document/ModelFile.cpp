@@ -1,6 +1,5 @@
 #include "ModelFile.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "UserInterface.h"
@@ -9,12 +8,12 @@
 namespace velmora {
 
 ModelFile::ModelFile(UserInterface& userInterface, std::filesystem::path documentsFolder)
-    : ui_(userInterface), documentsFolder_(std::move(documentsFolder)) {}
+    : ui_(&userInterface), documentsFolder_(std::move(documentsFolder)) {}
 
 void ModelFile::setTitle(const std::string& title) {
     if (documentTitle != title) {
         documentTitle = title;
-        ui_.showTitle(title);
+        ui_->showTitle(title);
     }
 }
 
@@ -47,18 +46,27 @@ void ModelFile::nameUntitled(const std::string& extension) {
     currentPath = currentDirectory + documentTitle;
 }
 
-void ModelFile::noteCompleteness(const std::filesystem::path& path, bool complete) {
-    const auto same = [&path](const std::filesystem::path& other) { return sameFile(other, path); };
-    incompleteFiles_.erase(std::remove_if(incompleteFiles_.begin(), incompleteFiles_.end(), same),
-                           incompleteFiles_.end());
-    if (!complete) {
-        incompleteFiles_.push_back(path);
-    }
+void ModelFile::forget() {
+    memory.forgetModel();
+    openedPath.clear();
 }
 
-bool ModelFile::holdsMore(const std::filesystem::path& path) const {
-    const auto same = [&path](const std::filesystem::path& other) { return sameFile(other, path); };
-    return std::any_of(incompleteFiles_.begin(), incompleteFiles_.end(), same);
+void ModelFile::keepForUndo(const ModelFile& before) {
+    kept_ = {before.chosenPath, before.openedPath, before.memory};
+}
+
+void ModelFile::takeBack() {
+    adopt(kept_.chosenPath);
+    openedPath = kept_.openedPath;
+    memory = kept_.memory;
+    titleWrong = false;
+}
+
+void ModelFile::restore(const ModelFile& before) {
+    const std::string shown = documentTitle;
+    *this = before;
+    documentTitle = shown;
+    setTitle(before.documentTitle);
 }
 
 } // namespace velmora

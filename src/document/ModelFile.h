@@ -2,14 +2,15 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
+
+#include "FileMemory.h"
 
 namespace velmora {
 
 class UserInterface;
 
-/// The file of the model: where it came from, where Save puts it, what the title says of it, and which files hold more
-/// than was read of them.
+/// The file of the model: where it came from, where Save puts it, what the title says of it, and what is known of the
+/// files that it was read from and written to.
 class ModelFile {
 public:
     /// `documentsFolder` is where untitled models go.
@@ -36,15 +37,30 @@ public:
     /// A model that is in no file yet: "Untitled" with this extension, in the folder of the documents.
     void nameUntitled(const std::string& extension);
 
-    /// A file was read or written; `complete` when it holds no more than the model took from it.
-    void noteCompleteness(const std::filesystem::path& path, bool complete);
-    /// Less was read of this file than it holds. That is kept when the model is removed, as Undo can bring it back.
-    bool holdsMore(const std::filesystem::path& path) const;
+    /// What is known of the files that the model came from and went to.
+    FileMemory memory;
+    /// The file that was opened, alone, for this model; empty for none.
+    std::filesystem::path openedPath;
+
+    /// The model goes, and with it what is known of its files.
+    void forget();
+    /// Undo can bring back the model whose file was `before`.
+    void keepForUndo(const ModelFile& before);
+    /// The model comes back that keepForUndo() was told of, under its own name.
+    void takeBack();
+    /// As it was at another moment; the title is shown if it is another one.
+    void restore(const ModelFile& before);
 
 private:
-    UserInterface& ui_;
+    struct Kept {
+        std::filesystem::path chosenPath;
+        std::filesystem::path openedPath;
+        FileMemory memory;
+    };
+
+    UserInterface* ui_;
     std::filesystem::path documentsFolder_;
-    std::vector<std::filesystem::path> incompleteFiles_;
+    Kept kept_;
 };
 
 } // namespace velmora

@@ -68,6 +68,8 @@ public:
     virtual bool showRegularInput(CRegularInput& table) = 0;
     /// The paths chosen, in the chooser's order; empty when it was cancelled.
     virtual std::vector<std::filesystem::path> chooseFiles(const FileRequest& request) = 0;
+    /// Whether a chooser of a file to write asks by itself before it gives the path of a file that is there.
+    virtual bool chooserAsksToOverwrite() const { return false; }
     /// The wait cursor; calls nest.
     virtual void setBusy(bool busy) = 0;
     /// How far a long piece of work is, 0 to 1. The bar comes when the wait cursor has been on for half a second, and

@@ -251,6 +251,8 @@ public:
     enum class SaveResult { Saved, Failed, Declined };
     /// Writes the model to its file by its kind. Asks first when the file holds more than the model.
     SaveResult saveCurrent();
+    /// The file that Save would write, spelled as the user chose it; empty without a model.
+    std::filesystem::path saveTarget() const;
     /// The question before the document is closed; false when it must stay open: the user wants to stay, or saving
     /// failed.
     bool saveModified();
@@ -461,6 +463,9 @@ private:
     friend class CommandGuard;
 
     void snapshot(PatchList& undoList, zRegion_fe& undoZones);
+    void exchangeWithSnapshot();
+    /// For commands that change the model without a snapshot for Undo: the guard around them needs one all the same.
+    void keepForGuard();
     void clearSnapshots();
     void takeCapturedPosition(const zVec<double>& otherwise);
     bool mayBreakGrid();
@@ -547,6 +552,8 @@ private:
     std::uint64_t patchSnapshots_ = 0; ///< that were taken whole
     std::uint64_t pointSnapshotsBegun_ = 0;
     std::uint64_t pointSnapshots_ = 0;
+    PatchList guardPatches_; ///< see keepForGuard
+    std::uint64_t guardCopies_ = 0;
 };
 
 template <class Values, class... Context>

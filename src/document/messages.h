@@ -26,6 +26,7 @@ inline Message commandFailed(const std::string& cause) {
 }
 inline constexpr MessageText openCancelled{Severity::NoModel, "Open procedure is canceled"};
 inline constexpr MessageText cannotOpen{Severity::NotRead, cannotOpenMessage.data()};
+inline constexpr MessageText readFailed{Severity::NotRead, readFailedMessage.data()};
 inline constexpr MessageText cannotSave{Severity::NotWritten, cannotSaveMessage.data()};
 inline constexpr MessageText fileTypeNotSupported{Severity::Refused, "This file's type is not supported by Sorvane"};
 inline constexpr MessageText listModeRefused{
@@ -36,6 +37,21 @@ inline constexpr MessageText structuredContainerEmpty{Severity::Refused, "Struct
 inline constexpr MessageText wrongFormat{Severity::Refused, "Wrong file Format"};
 inline constexpr MessageText wrongExtension{Severity::Refused, "Wrong file Extension"};
 inline constexpr const char* holdsMorePoints = "The file holds more points than were read. Overwrite it?";
+/// `name` is the file's, without its folder.
+inline std::string holdsMore(const std::string& name) {
+    return name + " holds more than was read. Overwrite it?";
+}
+inline std::string notOpenedHere(const std::string& name) {
+    return name + " was not opened or saved here. Overwrite it?";
+}
+inline std::string changedElsewhere(const std::string& name) {
+    return name + " was changed by another program. Overwrite it?";
+}
+inline constexpr MessageText nothingToSave{Severity::Refused, "There is nothing to save"};
+inline Message cannotBeSavedAs(const std::string& extension) {
+    return {Severity::Refused, "This model cannot be saved as " + extension};
+}
+inline constexpr MessageText holdsTrianglesNow{Severity::Refused, "The model holds triangles now. Use Save As"};
 inline constexpr const char* leaveAddRegime = "Regime Add Patch to Block will be canceled. Are you sure?";
 /// Lines have no surface: the model is shown as wires.
 inline constexpr MessageText surfaceNotAllowed{Severity::Warning, "surface not allowed"};

@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "FileIdentity.h"
+
 namespace velmora {
 
 /// How many of each kind: {"facets", 522}, in the order in which they are told. Every kind that a format can hold is
@@ -22,6 +24,7 @@ std::int64_t countOf(const Counts& counts, std::string_view kind);
 /// What reading one file came to: what it holds, what became of it, and why the rest did not.
 struct FileRead {
     std::filesystem::path path;
+    FileIdentity identity; ///< of the file as it was when it was opened
     std::uintmax_t bytes = 0;
     std::string format; ///< the extension in small letters; "field" for a field file
     /// All its geometry is in the model, in its place and size.

@@ -26,7 +26,7 @@ constexpr bool beginsNumber(char c) {
 
 // Opening without blocking keeps a pipe that nobody writes to from holding up the program. What is no regular file is
 // refused all the same: a device may never end.
-int openForReading(const std::filesystem::path& path, std::int64_t& size) {
+int openForReading(const std::filesystem::path& path, std::int64_t& size, FileIdentity& identity) {
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0) {
         return descriptor;
@@ -37,13 +37,14 @@ int openForReading(const std::filesystem::path& path, std::int64_t& size) {
         return -1;
     }
     size = status.st_size;
+    identity = FileIdentity::of(status);
     return descriptor;
 }
 
 } // namespace
 
 TextStream::TextStream(const std::filesystem::path& path, std::size_t blockSize)
-    : descriptor_(openForReading(path, size_)), blockSize_(std::max<std::size_t>(blockSize, 1)),
+    : descriptor_(openForReading(path, size_, identity_)), blockSize_(std::max<std::size_t>(blockSize, 1)),
       block_(std::make_unique_for_overwrite<char[]>(blockSize_ + 1)), cursor_(block_.get()), end_(block_.get()) {
     block_[0] = '\0';
     fail_ = !isOpen();

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "FileIdentity.h"
 #include "progress.h"
 
 namespace velmora {
@@ -38,6 +39,8 @@ public:
 
     /// The bytes of the file as it was when opened.
     std::int64_t size() const { return size_; }
+    /// Which file it is, and in which state it was when opened.
+    const FileIdentity& identity() const { return identity_; }
     /// Whether the system failed to read the file. The stream then ends there as at the end of the file; what the file
     /// holds is not known.
     bool readFailed() const { return readFailed_; }
@@ -109,7 +112,8 @@ private:
     void noteJoined();
     bool takeLine(std::string* line, std::size_t limit);
 
-    std::int64_t size_ = 0; // before descriptor_, as opening sets it
+    std::int64_t size_ = 0; // before descriptor_, as opening sets both
+    FileIdentity identity_;
     int descriptor_ = -1;
     std::size_t blockSize_;
     std::unique_ptr<char[]> block_; // blockSize_ bytes and a NUL behind the last one read

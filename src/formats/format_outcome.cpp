@@ -25,6 +25,7 @@ void beginRecord(FileRead& record, const std::filesystem::path& path, const Text
                  const std::vector<std::string>& kinds) {
     record = {};
     record.path = path;
+    record.identity = stream.identity();
     record.bytes = static_cast<std::uintmax_t>(stream.size());
     record.format = format;
     record.countFromZero(kinds);

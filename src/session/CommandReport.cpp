@@ -67,7 +67,7 @@ bool keptNothing(const FileRead& read) {
 }
 
 Outcome CommandReport::outcome() const {
-    Outcome worst = outcomeOf(messages);
+    Outcome worst = std::max(outcomeOf(messages), off ? Outcome::Refused : Outcome::Ok);
     for (const FileRead& read : filesRead) {
         worst = std::max(worst, outcomeOf(read));
     }

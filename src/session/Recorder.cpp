@@ -34,9 +34,9 @@ void Recorder::note(std::vector<Entry> CommandReport::*list, const Entry& entry)
     }
 }
 
-void Recorder::noteStaying() {
+void Recorder::note(bool CommandReport::*flag) {
     for (CommandReport* report : open_) {
-        report->stayed = true;
+        report->*flag = true;
     }
 }
 

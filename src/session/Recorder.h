@@ -25,8 +25,8 @@ public:
         Recorder& recorder_;
     };
 
-    /// The program stays, as its model could not be saved.
-    void noteStaying();
+    /// Sets a flag of the reports that are open.
+    void note(bool CommandReport::*flag);
 
     void showMessage(const Message& message) override;
     bool ask(const std::string& text) override;

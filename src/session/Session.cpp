@@ -31,6 +31,8 @@ CommandReport Session::run(const Command& command) {
     return perform([&] {
         if (isOn(command)) {
             carryOut(command);
+        } else {
+            recorder_.note(&CommandReport::off);
         }
     });
 }
@@ -64,7 +66,7 @@ CommandReport Session::openInstead(const std::vector<std::filesystem::path>& pat
 bool Session::leave() {
     const bool left = document_.saveModified();
     if (!left) {
-        recorder_.noteStaying();
+        recorder_.note(&CommandReport::stayed);
     }
     return left;
 }

@@ -31,7 +31,7 @@ public:
 
     /// True when the states of document and view leave the command on.
     bool isOn(const Command& command) const;
-    /// Runs the command by its owner, if it is on.
+    /// Runs the command by its owner, if it is on; else the report says so.
     CommandReport run(const Command& command);
     /// Opens files by path, with no question about the model that is there: those behind the first join it if they are
     /// of its type.

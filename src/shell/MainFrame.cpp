@@ -50,7 +50,8 @@ const QString barsKey = QStringLiteral("Window/Bars");
 MainFrame::MainFrame()
     : recent_(new RecentFiles(this)), status_(new StatusLine(this)), viewWidget_(new GlViewWidget(this)),
       userInterface_(std::make_unique<QtUserInterface>(*this, *status_, *recent_)),
-      session_(std::make_unique<Session>(*userInterface_, *viewWidget_, *this, documentsFolder())) {
+      session_(std::make_unique<Session>(*userInterface_, *viewWidget_, static_cast<ShellCommands&>(*this),
+                                         documentsFolder())) {
     setWindowIcon(QIcon(QStringLiteral(":/icons/velmora.svg")));
     setWindowTitle(QStringLiteral("Velmora"));
     setIconSize(toolIconSize);

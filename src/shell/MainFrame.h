@@ -17,7 +17,7 @@ class HelpDesk;
 
 /// The frame: menu bar, tool bars, status line, and the session with its one view. It runs commands by the session and
 /// keeps their states up to date.
-class MainFrame : public QMainWindow, private ShellCommands {
+class MainFrame : public QMainWindow, public ShellCommands {
     Q_OBJECT
 
 public:

@@ -255,6 +255,7 @@ TEST_F(Session, ExitIsTheSameAsQuit) {
 TEST_F(Session, QuitAsksAboutUnsavedData) {
     changePlate();
     EXPECT_THAT(errorOf("quit"), HasSubstr("Save data before exit"));
+    must("wait 0"); // whoever goes on behind the error has not left
     EXPECT_EQ(run("quit answer=no"), Next::Leave);
     EXPECT_EQ(event("question").at("text"), "Save data before exit");
     EXPECT_EQ(event("done").at("outcome"), "ok") << "to leave without saving is no refusal to leave";

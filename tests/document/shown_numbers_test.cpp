@@ -70,7 +70,7 @@ TEST_F(ShownNumbers, AnotherTextIsLeftAlone) {
 }
 
 TEST(MessageNumbers, OfIntersectionCountFromOne) {
-    EXPECT_EQ(message::lineNotIntersected(0, 2), "Intersection with line 1 from patch 3 is not found");
+    EXPECT_EQ(message::lineNotIntersected(0, 2).text, "Intersection with line 1 from patch 3 is not found");
 }
 
 } // namespace velmora::test

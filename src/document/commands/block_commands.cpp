@@ -190,18 +190,14 @@ void writeBlock(VelmoraDoc& doc, const std::filesystem::path& path) {
         writeZones(doc, path, {}, scratch);
         return;
     }
-    bool written = false;
+    WriteOutcome outcome;
     {
         const BusyScope busy(doc.ui());
-        written = doc.blockKind == FileKind::Skl
+        outcome = doc.blockKind == FileKind::Skl
                       ? writeSklBlock(path, doc.patches, block, outputPrecision, progressTo(doc.ui()))
                       : writeAptBlock(path, doc.patches, block, outputPrecision, progressTo(doc.ui()));
     }
-    if (!written) {
-        doc.ui().showMessage(message::cannotSave);
-        return;
-    }
-    doc.modelFile.noteCompleteness(path, true);
+    finishWriting(doc, outcome);
 }
 
 } // namespace
@@ -229,8 +225,17 @@ void VelmoraDoc::SaveBlockAs() {
         request.types = fileTypesNamed({"dat", "wrl", "stl"});
     }
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
-    if (!paths.empty() && mayOverwrite(*this, fullPath(paths.front()))) {
-        writeBlock(*this, fullPath(paths.front()));
+    if (paths.empty()) {
+        return;
+    }
+    const std::filesystem::path path = fullPath(paths.front());
+    const std::string extension = extensionOf(path);
+    const bool offered = std::any_of(request.types.begin(), request.types.end(),
+                                     [&extension](const FileType& type) { return type.extension == extension; });
+    if (!offered) {
+        ui_.showMessage(message::cannotBeSavedAs(extension));
+    } else if (mayOverwrite(*this, path, TargetFrom::Chooser)) {
+        writeBlock(*this, path);
     }
 }
 

@@ -94,7 +94,11 @@ void VelmoraDoc::ClearBuffer() {
 void VelmoraDoc::OpenBuffer() {
     // Cancel leaves the buffer empty too, and the flag as it was.
     lineBuffer.clear();
-    lineBuffer = readChosenPoints(ui_, bufferRequest(ChooserMode::Open, "buffer.open"));
+    PointFileResult file = readChosenPoints(*this, bufferRequest(ChooserMode::Open, "buffer.open"));
+    if (file.opened) {
+        modelFile.memory.noteBufferRead(file.record);
+    }
+    lineBuffer = std::move(file.points);
     if (!lineBuffer.empty()) {
         lineBufferFull = true;
         showBuffer = true;
@@ -104,19 +108,19 @@ void VelmoraDoc::OpenBuffer() {
 
 void VelmoraDoc::SaveBuffer() {
     const auto paths = ui_.chooseFiles(bufferRequest(ChooserMode::SaveAs, "buffer.saveAs"));
-    if (paths.empty() || !mayOverwrite(*this, fullPath(paths.front()))) {
+    if (paths.empty()) {
         return;
     }
-    bool written = false;
+    const std::filesystem::path path = fullPath(paths.front());
+    if (!mayOverwrite(*this, path, TargetFrom::Chooser)) {
+        return;
+    }
+    WriteOutcome outcome;
     {
         const BusyScope busy(ui_);
-        written = writeLineBuffer(paths.front(), lineBuffer, outputPrecision);
+        outcome = writeLineBuffer(path, lineBuffer, outputPrecision);
     }
-    if (written) {
-        modelFile.noteCompleteness(fullPath(paths.front()), true);
-    } else {
-        ui_.showMessage(message::cannotSave);
-    }
+    finishWriting(*this, outcome);
     redraw();
 }
 

@@ -27,15 +27,9 @@ void forgetRegimesAndAddresses(VelmoraDoc& doc) {
 } // namespace
 
 void VelmoraDoc::OpenField() {
-    if (!holdsNothing()) {
-        if (!removeGeometryAfterQuestion(*this)) {
-            return;
-        }
-        markers.clear();
-        markersOpen = false;
+    if (!holdsNothing() && !ui_.ask(message::removeGeometry)) {
+        return;
     }
-    fieldLoaded = fieldMode = fieldOpening = false;
-    fieldPatches.clear();
     FileRequest request;
     request.mode = ChooserMode::Open;
     request.multiple = true;
@@ -44,25 +38,36 @@ void VelmoraDoc::OpenField() {
     request.command = "file.openField";
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
     if (paths.empty()) {
-        leaveRegimes();
-        redraw();
         return;
     }
-    modelFile.adopt(paths.front());
-    PointTally points;
-    loadFile(*this, modelFile.chosenPath, modelFile.fileExtension, {.field = true}, points);
-    if (structureKind == StructureKind::None) {
-        ui_.showMessage(message::openCancelled);
-        leaveRegimes();
-        redraw();
+    LoadTally tally;
+    bool gaveModel = false;
+    {
+        ModelAside before(*this);
+        modelFile.adopt(paths.front());
+        loadFile(*this, modelFile.chosenPath, modelFile.fileExtension, {.field = true}, tally);
+        gaveModel = structureKind != StructureKind::None;
+        if (gaveModel) {
+            before.keepForUndo();
+        }
+    }
+    if (!gaveModel) {
+        cancelOpen(*this, tally);
         return;
     }
+    markers.clear();
+    markersOpen = false;
     fieldOpening = true;
-    finishOpen(*this, {}); // what is thinned of a field file is not told
+    tally.pointsRead = tally.pointsKept = 0; // what is thinned of a field file is not told
+    finishOpen(*this, tally);
     ui_.addRecentFile(modelFile.chosenPath);
 }
 
 void VelmoraDoc::SaveField() {
+    if (holdsNothingToSave(*this)) {
+        ui_.showMessage(message::nothingToSave);
+        return;
+    }
     FileRequest request;
     request.mode = ChooserMode::SaveAs;
     request.types = {flowFieldType()};
@@ -73,38 +78,36 @@ void VelmoraDoc::SaveField() {
         return;
     }
     const std::filesystem::path path = fullPath(paths.front());
-    const bool writable =
-        structureKind == StructureKind::Structured && fileKind == FileKind::Apt && extensionOf(path) == "dat";
-    if (writable && !mayOverwrite(*this, path)) {
-        return;
-    }
-    documentModified = false;
-    modelFile.fileExtension = extensionOf(path);
     if (structureKind != StructureKind::Structured) {
         ui_.showMessage(message::wrongFormat);
         return;
     }
-    if (!writable) {
+    if (fileKind != FileKind::Apt || extensionOf(path) != "dat") {
         ui_.showMessage(message::wrongExtension);
         return;
     }
-    bool written = false;
-    {
-        const BusyScope busy(ui_);
-        written = writeFieldFile(path, patches, fieldPatches, fieldCount, fieldTitleLine, fieldVariablesLine,
-                                 outputPrecision, progressTo(ui_));
-    }
-    if (!written) {
-        ui_.showMessage(message::cannotSave);
+    if (!mayOverwrite(*this, path, TargetFrom::Chooser)) {
         return;
     }
-    modelFile.noteCompleteness(path, true);
+    WriteOutcome outcome;
+    {
+        const BusyScope busy(ui_);
+        outcome = writeFieldFile(path, patches, fieldPatches, fieldCount, fieldTitleLine, fieldVariablesLine,
+                                 outputPrecision, progressTo(ui_));
+    }
+    finishWriting(*this, outcome);
+    if (!outcome) {
+        return;
+    }
+    documentModified = false;
     modelFile.adopt(path);
     modelFile.takeExtension("dat");
+    tellSaved(*this, outcome);
 }
 
 void VelmoraDoc::CloseField() {
     clearModel();
+    modelFile.forget();
     modelFile.titleWrong = false;
     modelFile.setTitle("Untitled");
     forgetRegimesAndAddresses(*this);

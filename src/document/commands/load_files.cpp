@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -9,6 +10,7 @@
 #include "apt.h"
 #include "dat_geometry.h"
 #include "field_file.h"
+#include "format_outcome.h"
 #include "interchange.h"
 #include "messages.h"
 #include "path_names.h"
@@ -28,7 +30,7 @@ struct StructuredRead {
     bool namesFile = false; ///< the reader came as far as the title
     std::int64_t pointsInFile = 0;
     std::int64_t pointsKept = 0;
-    bool textBehind = false; ///< the file holds more than the reader could make sense of
+    FileRead record;
     std::vector<std::string> messages;
 };
 
@@ -36,16 +38,19 @@ StructuredRead readByExtension(const std::filesystem::path& path, const std::str
                                const ReportProgress& report) {
     StructuredRead read;
     if (extension == "apt") {
-        const AptReadResult result = readApt(path, patches, report);
-        read = {result.opened,       result.firstPassEnded || result.endReached,
-                result.pointsInFile, result.pointsKept,
-                result.textBehind,   {}};
+        AptReadResult result = readApt(path, patches, report);
+        read = {result.opened,
+                result.firstPassEnded || result.endReached,
+                result.pointsInFile,
+                result.pointsKept,
+                std::move(result.record),
+                {}};
         for (const FormatFault& fault : result.faults) {
             read.messages.push_back(aptMessage(fault));
         }
     } else {
-        const SklReadResult result = readSkl(path, patches, report);
-        read = {result.opened, result.endReached, result.pointsRead, result.pointsRead, result.textBehind, {}};
+        SklReadResult result = readSkl(path, patches, report);
+        read = {result.opened, result.endReached, result.pointsRead, result.pointsRead, std::move(result.record), {}};
         for (const FormatFault& fault : result.faults) {
             read.messages.push_back(sklMessage(fault));
         }
@@ -53,40 +58,63 @@ StructuredRead readByExtension(const std::filesystem::path& path, const std::str
     return read;
 }
 
+/// The file was read: the user interface hears of it, and the tally takes what was lost.
+void tell(UserInterface& ui, const FileRead& record, LoadTally& tally) {
+    ui.tellFileRead(record);
+    if (!record.thinned || record.changed.size() > 1) { // that of thinning is told by the points
+        tally.losses.insert(tally.losses.end(), record.changed.begin(), record.changed.end());
+    }
+    tally.losses.insert(tally.losses.end(), record.reasons.begin(), record.reasons.end());
+}
+
+/// The same of a file that is in the model from here on, which remembers it.
+void remember(VelmoraDoc& doc, const FileRead& record, LoadMode mode) {
+    const bool alone = !mode.append && !mode.joins;
+    doc.modelFile.memory.noteRead(record, alone);
+    if (!mode.append) {
+        doc.modelFile.openedPath = alone ? record.path : std::filesystem::path();
+    }
+}
+
 bool readStructured(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension, LoadMode mode,
-                    PointTally& points) {
-    const std::size_t patchesBefore = doc.patches.size();
+                    LoadTally& tally) {
     StructuredRead read;
+    PatchList incoming;
     {
         const BusyScope busy(doc.ui());
-        read = readByExtension(path, extension, doc.patches, progressTo(doc.ui()));
+        read = readByExtension(path, extension, incoming, progressTo(doc.ui()));
     }
+    // Compartments without a section make no model.
+    const bool gaveModel = regularityOf(incoming) != Regularity::Undecided;
     const bool failed = !read.messages.empty();
-    points.read += read.pointsInFile;
-    points.kept += read.pointsKept;
     if (read.opened) {
-        doc.modelFile.noteCompleteness(path, !failed && !read.textBehind && read.pointsKept >= read.pointsInFile);
+        tell(doc.ui(), read.record, tally);
     }
-    if (!mode.append && read.namesFile) {
-        doc.modelFile.takeExtension(extension);
+    if (gaveModel) {
+        remember(doc, read.record, mode);
+        tally.pointsRead += read.pointsInFile;
+        tally.pointsKept += read.pointsKept;
+        std::move(incoming.begin(), incoming.end(), std::back_inserter(doc.patches));
+        if (!mode.append && read.namesFile) {
+            doc.modelFile.takeExtension(extension);
+        }
     }
     // What stood in the file before its fault is in the model: the fault is a loss then.
-    const Severity severity = doc.patches.size() > patchesBefore ? Severity::Warning : Severity::NotRead;
+    const Severity severity = gaveModel ? Severity::Warning : Severity::NotRead;
     for (const std::string& text : read.messages) {
         doc.ui().showMessage({severity, text});
-        if (read.opened) {
+        if (gaveModel) { // else what stood before keeps its title
             doc.modelFile.setTitle("Wrong");
         }
     }
-    if (!read.opened) {
+    if (!gaveModel) {
         return false;
     }
+    doc.modelFile.titleWrong = failed;
     if (failed) {
-        doc.modelFile.titleWrong = true;
         doc.checkRegularity(doc.patches);
         return false;
     }
-    doc.modelFile.titleWrong = false;
     doc.retitle();
     return true;
 }
@@ -95,30 +123,48 @@ bool readStructured(VelmoraDoc& doc, const std::filesystem::path& path, const st
 
 // ---- Zones ----------------------------------------------------------------------------------------------------------
 
-bool readZones(UserInterface& ui, const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured) {
-    // What the reader has to tell is shown once the wait cursor is gone.
-    std::vector<std::string> told;
-    bool read = false;
-    {
-        const BusyScope busy(ui);
-        read = readGeometry(
-            path, noTranspose, structured, unstructured, [&told](const std::string& text) { told.push_back(text); },
-            progressTo(ui));
+namespace {
+
+/// What the reader of zones has to tell; the messages are shown once the wait cursor is gone.
+struct ZonesRead {
+    bool whole = false;
+    FileRead record;
+    std::vector<std::string> messages;
+};
+
+ZonesRead readZonesQuietly(UserInterface& ui, const std::filesystem::path& path, zRegion& structured,
+                           zRegion_fe& unstructured) {
+    ZonesRead read;
+    const BusyScope busy(ui);
+    read.whole = readGeometry(
+        path, noTranspose, structured, unstructured,
+        [&read](const std::string& text) { read.messages.push_back(text); }, progressTo(ui), &read.record);
+    return read;
+}
+
+/// Tells of the file, unless it could not be opened, and then shows the messages.
+void show(UserInterface& ui, const ZonesRead& read, LoadTally& tally) {
+    if (!read.record.path.empty()) {
+        tell(ui, read.record, tally);
     }
-    for (const std::string& text : told) {
+    for (const std::string& text : read.messages) {
         ui.showMessage({Severity::NotRead, text});
     }
-    return read;
+}
+
+} // namespace
+
+bool readZones(VelmoraDoc& doc, const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured) {
+    LoadTally tally;
+    const ZonesRead read = readZonesQuietly(doc.ui(), path, structured, unstructured);
+    show(doc.ui(), read, tally);
+    if (!tally.losses.empty()) {
+        doc.ShowStatus(lossText(tally.losses));
+    }
+    return read.whole;
 }
 
 namespace {
-
-/// The same for a file that gives the model zones: of one that fails on the way none is taken.
-bool readModelZones(VelmoraDoc& doc, const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured) {
-    const bool read = readZones(doc.ui(), path, structured, unstructured);
-    doc.modelFile.noteCompleteness(path, read);
-    return read;
-}
 
 /// Grids among the zones, and patches that are there, become triangles behind `incoming`; all of it goes behind the
 /// zones of the model.
@@ -134,73 +180,94 @@ void takeZones(VelmoraDoc& doc, zRegion& structured, zRegion_fe& incoming) {
     std::move(incoming.blocks.begin(), incoming.blocks.end(), std::back_inserter(doc.feRegion.blocks));
 }
 
-bool readSurface(VelmoraDoc& doc, const std::filesystem::path& path) {
-    zRegion structured;
-    zRegion_fe incoming;
-    if (!readModelZones(doc, path, structured, incoming)) {
+/// Zones that were read become part of the model, which is one of triangles from here on. False when there are none: a
+/// binary STL file, say, of which the text reader takes nothing, must not leave an empty model over it.
+bool takeModelZones(VelmoraDoc& doc, ZonesRead& read, zRegion& structured, zRegion_fe& incoming, LoadMode mode) {
+    if (structured.blocks.empty() && incoming.blocks.empty()) {
         return false;
     }
+    remember(doc, read.record, mode);
     takeZones(doc, structured, incoming);
     doc.structureKind = StructureKind::Unstructured;
+    return true;
+}
+
+bool readSurface(VelmoraDoc& doc, const std::filesystem::path& path, LoadMode mode, LoadTally& tally) {
+    zRegion structured;
+    zRegion_fe incoming;
+    ZonesRead read = readZonesQuietly(doc.ui(), path, structured, incoming);
+    show(doc.ui(), read, tally);
+    if (!read.whole || !takeModelZones(doc, read, structured, incoming, mode)) {
+        return false;
+    }
     doc.modelFile.titleAsZones();
     return true;
 }
 
-bool takeStructuredZones(VelmoraDoc& doc, const zRegion& structured, const std::filesystem::path& path,
-                         PointTally& points) {
-    ZonePatches zones = zonesToPatches(structured, ZoneDetail::Thinned);
+/// What became of the zones' points goes into the record.
+void noteZones(const ZonePatches& zones, FileRead& record) {
     if (zones.refusal != ZoneRefusal::None) {
-        doc.ui().showMessage({Severity::NotRead, std::string(messageOf(zones.refusal))});
-        doc.modelFile.noteCompleteness(path, false);
-        doc.structureKind = StructureKind::None;
-        doc.secondKind = SecondKind::None;
-        // A model to which the file was to be appended is still there.
-        doc.checkRegularity(doc.patches);
-        return false;
+        record.losesGeometry(std::string(messageOf(zones.refusal)));
     }
+    countOf(record.kept, "zones") = countOf(zones.patches);
+    countOf(record.kept, "points") = zones.pointsKept;
+    noteThinning(record, zones.thinned, zones.cutAtLimit);
+    if (zones.numbersReplaced > 0) {
+        record.alters("Coordinates that stand for missing ones and were set to 0: " +
+                      std::to_string(zones.numbersReplaced));
+    }
+}
+
+bool takeStructuredZones(VelmoraDoc& doc, ZonePatches& zones, const FileRead& record, LoadMode mode, LoadTally& tally) {
     if (zones.patches.empty()) {
         return false; // grids without a point make no model
     }
+    remember(doc, record, mode);
     std::move(zones.patches.begin(), zones.patches.end(), std::back_inserter(doc.patches));
-    points.read += zones.pointsRead;
-    points.kept += zones.pointsKept;
-    doc.modelFile.noteCompleteness(path, zones.pointsKept >= zones.pointsRead);
+    tally.pointsRead += zones.pointsRead;
+    tally.pointsKept += zones.pointsKept;
     doc.structureKind = StructureKind::Structured;
     doc.modelFile.titleWrong = false;
     doc.retitle();
     return true;
 }
 
-bool readDatGeometry(VelmoraDoc& doc, const std::filesystem::path& path, PointTally& points) {
+bool readDatGeometry(VelmoraDoc& doc, const std::filesystem::path& path, LoadMode mode, LoadTally& tally) {
     zRegion structured;
     zRegion_fe incoming;
-    if (!readModelZones(doc, path, structured, incoming)) {
-        return false;
-    }
-    if (!incoming.blocks.empty()) {
-        takeZones(doc, structured, incoming);
-        doc.structureKind = StructureKind::Unstructured;
+    ZonesRead read = readZonesQuietly(doc.ui(), path, structured, incoming);
+    if (!read.whole || !incoming.blocks.empty()) {
+        show(doc.ui(), read, tally);
+        if (!read.whole || !takeModelZones(doc, read, structured, incoming, mode)) {
+            return false;
+        }
         doc.modelFile.titleAsZones();
         return true;
     }
-    return structured.blocks.empty() || takeStructuredZones(doc, structured, path, points);
+    ZonePatches zones = zonesToPatches(structured, ZoneDetail::Thinned);
+    noteZones(zones, read.record);
+    if (zones.refusal != ZoneRefusal::None) {
+        read.messages.emplace_back(messageOf(zones.refusal));
+    }
+    show(doc.ui(), read, tally);
+    return takeStructuredZones(doc, zones, read.record, mode, tally);
 }
 
 } // namespace
 
 bool appendUnstructuredFile(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension,
-                            LoadMode mode) {
+                            LoadMode mode, LoadTally& tally) {
     if (extension != "dat" && extension != "wrl" && extension != "stl") {
         doc.ui().showMessage(message::fileTypeNotSupported);
         return false;
     }
     zRegion structured;
     zRegion_fe incoming;
-    if (!readModelZones(doc, path, structured, incoming)) {
+    ZonesRead read = readZonesQuietly(doc.ui(), path, structured, incoming);
+    show(doc.ui(), read, tally);
+    if (!read.whole || !takeModelZones(doc, read, structured, incoming, mode)) {
         return false;
     }
-    takeZones(doc, structured, incoming);
-    doc.structureKind = StructureKind::Unstructured;
     if (mode.append) {
         doc.modelFile.takeExtension("dat");
     } else {
@@ -213,22 +280,23 @@ bool appendUnstructuredFile(VelmoraDoc& doc, const std::filesystem::path& path, 
 
 namespace {
 
-bool readField(VelmoraDoc& doc, const std::filesystem::path& path) {
+bool readField(VelmoraDoc& doc, const std::filesystem::path& path, LoadMode mode, LoadTally& tally) {
     FieldReadResult read;
     {
         const BusyScope busy(doc.ui());
         read = readFieldFile(path, progressTo(doc.ui()));
     }
+    if (read.opened) {
+        tell(doc.ui(), read.record, tally);
+    }
     for (const FormatFault& fault : read.faults) {
         doc.ui().showMessage({read.loaded ? Severity::Warning : Severity::NotRead, fieldMessage(fault)});
     }
-    if (read.opened) {
-        doc.modelFile.noteCompleteness(path, read.loaded && !read.textBehind);
-    }
     doc.fieldLoaded = read.loaded;
-    if (!read.loaded) {
+    if (!read.loaded || regularityOf(read.patches) == Regularity::Undecided) {
         return false;
     }
+    remember(doc, read.record, mode);
     doc.patches = std::move(read.patches);
     doc.fieldPatches = std::move(read.fieldPatches);
     doc.fieldTitleLine = std::move(read.titleLine);
@@ -244,15 +312,15 @@ bool readField(VelmoraDoc& doc, const std::filesystem::path& path) {
 // ---- By extension -----------------------------------------------------------------------------------------------------
 
 bool loadFile(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension, LoadMode mode,
-              PointTally& points) {
+              LoadTally& tally) {
     if (extension == "apt" || extension == "skl") {
-        return readStructured(doc, path, extension, mode, points);
+        return readStructured(doc, path, extension, mode, tally);
     }
     if (extension == "dat") {
-        return mode.field ? readField(doc, path) : readDatGeometry(doc, path, points);
+        return mode.field ? readField(doc, path, mode, tally) : readDatGeometry(doc, path, mode, tally);
     }
     if (extension == "wrl" || extension == "stl") {
-        return readSurface(doc, path);
+        return readSurface(doc, path, mode, tally);
     }
     if (extension == "grd" && !mode.append) {
         // Only the name matters: it lets boundary conditions be named for the grid.
@@ -264,6 +332,22 @@ bool loadFile(VelmoraDoc& doc, const std::filesystem::path& path, const std::str
     }
     doc.ui().showMessage(message::fileTypeNotSupported);
     return false;
+}
+
+// ---- What is lost -----------------------------------------------------------------------------------------------------
+
+std::string lossText(const std::vector<std::string>& losses) {
+    if (losses.empty()) {
+        return {};
+    }
+    const std::size_t more = losses.size() - 1;
+    return losses.front() + (more > 0 ? "; and " + std::to_string(more) + " more" : "");
+}
+
+std::string lossText(const FileRead& record) {
+    std::vector<std::string> losses = record.changed;
+    losses.insert(losses.end(), record.reasons.begin(), record.reasons.end());
+    return lossText(losses);
 }
 
 } // namespace velmora

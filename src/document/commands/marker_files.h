@@ -1,13 +1,14 @@
 #pragma once
 
-#include "PatchList.h"
+#include "point_files.h"
 
 namespace velmora {
 
-class UserInterface;
+class VelmoraDoc;
 struct FileRequest;
 
-/// The points of the file that the user chooses; none for Cancel, and for a file that cannot be opened.
-PointList readChosenPoints(UserInterface& ui, const FileRequest& request);
+/// The points of the file that the user chooses, and how its reading went, which is told; none for Cancel, and for a
+/// file that cannot be opened.
+PointFileResult readChosenPoints(VelmoraDoc& doc, const FileRequest& request);
 
 } // namespace velmora

@@ -38,7 +38,7 @@ void VelmoraDoc::AppendWrl() {
     const std::filesystem::path path = chooseReference(ui_, "wrl", "file.appendWrl");
     zRegion structured;
     zRegion_fe incoming;
-    if (path.empty() || !readZones(ui_, path, structured, incoming)) {
+    if (path.empty() || !readZones(*this, path, structured, incoming)) {
         return;
     }
     if (incoming.blocks.empty()) {
@@ -67,7 +67,7 @@ void VelmoraDoc::AppendDat() {
     const std::filesystem::path path = chooseReference(ui_, "dat", "file.appendDat");
     zRegion structured;
     zRegion_fe unstructured;
-    if (path.empty() || !readZones(ui_, path, structured, unstructured)) {
+    if (path.empty() || !readZones(*this, path, structured, unstructured)) {
         return;
     }
     if (structured.blocks.empty()) {

@@ -15,37 +15,50 @@ namespace velmora {
 // ---- Save -----------------------------------------------------------------------------------------------------------
 
 void VelmoraDoc::saveModel() {
-    if (saveCurrent() != SaveResult::Declined) {
+    // A save that failed, was refused or declined leaves the model as changed as it was.
+    if (saveCurrent() == SaveResult::Saved) {
         documentModified = false;
     }
 }
 
-VelmoraDoc::SaveResult VelmoraDoc::saveCurrent() {
-    if (structureKind == StructureKind::Unstructured && fileKind == FileKind::None) {
-        if (!mayOverwrite(*this, modelFile.chosenPath)) {
-            return SaveResult::Declined;
-        }
-        if (!writeZones(*this, modelFile.chosenPath, {}, feRegion)) {
-            return SaveResult::Failed;
-        }
-        ui_.showMessage(message::datWritten);
-        return SaveResult::Saved;
+std::filesystem::path VelmoraDoc::saveTarget() const {
+    std::filesystem::path target = modelFile.chosenPath;
+    if (structureKind == StructureKind::None) {
+        return {};
     }
-    if (structureKind != StructureKind::Structured) {
+    if (structureKind == StructureKind::Structured && extensionOf(target) != textOf(fileKind)) {
+        target.replace_extension(textOf(fileKind));
+    }
+    return target;
+}
+
+VelmoraDoc::SaveResult VelmoraDoc::saveCurrent() {
+    // Empty models are never written: what a file held would be gone.
+    if (structureKind == StructureKind::None || holdsNothingToSave(*this)) {
+        ui_.showMessage(message::nothingToSave);
         return SaveResult::Failed;
     }
-    const std::string extension = textOf(fileKind);
-    if (extensionOf(modelFile.chosenPath) != extension) {
-        modelFile.takeExtension(extension);
+    const bool zones = structureKind == StructureKind::Unstructured;
+    if (zones && fileKind != FileKind::None) {
+        ui_.showMessage(message::holdsTrianglesNow);
+        return SaveResult::Failed;
     }
-    if (!mayOverwrite(*this, modelFile.chosenPath)) {
+    const std::filesystem::path target = saveTarget();
+    if (!mayOverwrite(*this, target, TargetFrom::Model)) {
         return SaveResult::Declined;
     }
-    if (!writeStructured(*this, modelFile.chosenPath, fileKind)) {
+    const WriteOutcome outcome =
+        zones ? writeZones(*this, target, {}, feRegion) : writeStructured(*this, target, fileKind);
+    if (!outcome) {
         return SaveResult::Failed;
     }
-    modelFile.titleWrong = false;
-    modelFile.takeExtension(extension);
+    if (zones) {
+        ui_.showMessage(message::datWritten);
+    } else {
+        modelFile.titleWrong = false;
+        modelFile.takeExtension(textOf(fileKind));
+    }
+    tellSaved(*this, outcome);
     return SaveResult::Saved;
 }
 
@@ -63,85 +76,99 @@ std::vector<FileType> saveTypes(const VelmoraDoc& doc) {
     return fileTypesNamed({"apt", "skl", "dat", "wrl", "stl"});
 }
 
-bool writeGridAsZones(VelmoraDoc& doc, const std::filesystem::path& path) {
-    if (doc.patches.empty()) {
-        doc.ui().showMessage(message::structuredContainerEmpty);
-        return false;
+bool isZoneFormat(const std::string& extension) {
+    return extension == "wrl" || extension == "stl";
+}
+
+/// Whether the model, by its kind, can be written in the format that the extension names.
+bool canBeSavedAs(const VelmoraDoc& doc, const std::string& extension) {
+    const bool zoneFormat = extension == "dat" || isZoneFormat(extension);
+    if (doc.structureKind == StructureKind::Unstructured) {
+        return zoneFormat;
     }
-    zRegion zones;
-    patchesToZones(doc.patches, zones);
-    if (!writeZones(doc, path, zones, {})) {
-        return false;
-    }
-    doc.ui().showMessage(message::convertedToDat);
-    return true;
+    return extension == "skl" || extension == textOf(doc.fileKind) || (doc.fileKind == FileKind::Apt && zoneFormat);
 }
 
 /// The grid becomes triangles in the document too, once they are safely written; Undo brings the grid back.
-bool writeGridAsSurface(VelmoraDoc& doc, const std::filesystem::path& path) {
-    zRegion zones;
-    zRegion_fe surface;
-    patchesToRegion(doc.patches, zones);
-    regionToSurface(zones, surface);
-    if (!writeZones(doc, path, {}, surface)) {
-        return false;
-    }
+void becomeSurface(VelmoraDoc& doc, zRegion_fe& surface) {
     doc.SavePatchUndo();
     doc.patchUndoReady = true;
-    doc.documentModified = false;
     doc.leaveRegimes();
     doc.feRegion = std::move(surface);
     doc.patches.clear();
     doc.structureKind = StructureKind::Unstructured;
     doc.fileKind = FileKind::None;
-    doc.modelFile.titleWrong = false;
-    doc.modelFile.takeExtension(doc.modelFile.fileExtension);
     doc.updateBounds();
     doc.redraw();
-    return true;
 }
 
-/// Writes the model in the format that the extension names, as far as its kind allows; title, directory and recent
-/// files follow.
-bool writeUnderNewName(VelmoraDoc& doc, const std::string& extension) {
-    const bool grid = doc.structureKind == StructureKind::Structured && doc.fileKind == FileKind::Apt;
-    const bool zoneFormat = extension == "wrl" || extension == "stl";
-    if (grid && extension == "dat") {
-        return writeGridAsZones(doc, doc.modelFile.chosenPath);
+/// Writes the model, a grid also as zones or as triangles, in the format that the extension of `path` names. `surface`
+/// gets the triangles.
+WriteOutcome writeModelAs(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension,
+                          zRegion_fe& surface) {
+    if (doc.structureKind == StructureKind::Unstructured) {
+        return writeZones(doc, path, {}, doc.feRegion);
     }
-    if (grid && zoneFormat) {
-        return writeGridAsSurface(doc, doc.modelFile.chosenPath);
+    if (extension == "apt" || extension == "skl") {
+        return writeStructured(doc, path, extension == "apt" ? FileKind::Apt : FileKind::Skl);
     }
-    bool written = false;
-    if (doc.structureKind == StructureKind::Structured && (extension == "skl" || extension == textOf(doc.fileKind))) {
-        written = writeStructured(doc, doc.modelFile.chosenPath, extension == "apt" ? FileKind::Apt : FileKind::Skl);
-    } else if (doc.structureKind == StructureKind::Unstructured && (extension == "dat" || zoneFormat)) {
-        written = writeZones(doc, doc.modelFile.chosenPath, {}, doc.feRegion);
+    zRegion zones;
+    if (extension == "dat") {
+        patchesToZones(doc.patches, zones);
+        return writeZones(doc, path, zones, {});
     }
-    if (written) {
-        doc.modelFile.titleWrong = false;
-        doc.modelFile.takeExtension(extension);
-        doc.ui().addRecentFile(doc.modelFile.chosenPath.parent_path());
-        doc.ui().addRecentFile(doc.modelFile.chosenPath);
-    }
-    return written;
+    patchesToRegion(doc.patches, zones);
+    regionToSurface(zones, surface);
+    return writeZones(doc, path, {}, surface);
 }
 
 } // namespace
 
 void VelmoraDoc::saveModelAs() {
+    if (structureKind == StructureKind::None || holdsNothingToSave(*this)) {
+        ui_.showMessage(message::nothingToSave);
+        return;
+    }
     FileRequest request;
     request.mode = ChooserMode::SaveAs;
     request.types = saveTypes(*this);
     request.proposed = modelFile.chosenPath;
     request.command = "file.saveAs";
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
-    if (paths.empty() || !mayOverwrite(*this, fullPath(paths.front()))) {
+    if (paths.empty()) {
         return;
     }
-    modelFile.adopt(paths.front());
+    const std::filesystem::path path = fullPath(paths.front());
+    const std::string extension = extensionOf(path);
+    if (!canBeSavedAs(*this, extension)) {
+        ui_.showMessage(message::cannotBeSavedAs(extension));
+        return;
+    }
+    if (!mayOverwrite(*this, path, TargetFrom::Chooser)) {
+        return;
+    }
+    const bool grid = structureKind == StructureKind::Structured;
+    zRegion_fe surface;
+    const WriteOutcome outcome = writeModelAs(*this, path, extension, surface);
+    if (!outcome) {
+        return; // path and name stay, and the model is as changed as it was
+    }
+    modelFile.adopt(path);
+    if (grid && extension == "dat") {
+        // The model stays a grid, whose file has another type: its title stays too.
+        ui_.showMessage(message::convertedToDat);
+    } else {
+        if (grid && isZoneFormat(extension)) {
+            becomeSurface(*this, surface);
+        } else {
+            ui_.addRecentFile(path.parent_path());
+            ui_.addRecentFile(path);
+        }
+        modelFile.titleWrong = false;
+        modelFile.takeExtension(extension);
+    }
     documentModified = false;
-    writeUnderNewName(*this, modelFile.fileExtension);
+    tellSaved(*this, outcome);
 }
 
 bool VelmoraDoc::saveModified() {

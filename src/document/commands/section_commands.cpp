@@ -224,6 +224,7 @@ void VelmoraDoc::ReverseSection() {
     if (section == nullptr) {
         return;
     }
+    keepForGuard();
     std::reverse(section->begin(), section->end());
     capture.renumberPoint(capture->capturedPointSection, countOf(*section) - capture->capturedPoint - 1);
     // No snapshot: the command chosen again takes it back. It is a change all the same, asked about before leaving.

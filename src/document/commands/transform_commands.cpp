@@ -170,7 +170,11 @@ void VelmoraDoc::exchangeCapture() {
 }
 
 void VelmoraDoc::Convertation() {
-    if (structureKind != StructureKind::Structured || !exchangeSectionsAndLines()) {
+    if (structureKind != StructureKind::Structured) {
+        return;
+    }
+    keepForGuard();
+    if (!exchangeSectionsAndLines()) {
         return;
     }
     // No snapshot: the command chosen again takes it back. It is a change all the same, asked about before leaving.
@@ -182,6 +186,7 @@ void VelmoraDoc::LastFirstSwitch() {
     if (structureKind != StructureKind::Structured || !showDialog(lastFirstValues)) {
         return;
     }
+    keepForGuard();
     const bool sections = lastFirstValues.kind == 1;
     const std::vector<bool> mask = chosenMask();
     for (std::size_t k = 0; k < patches.size(); ++k) {

@@ -52,6 +52,7 @@ void VelmoraDoc::keepForUndo() {
     undoModified = documentModified;
     beginPatchCommand(false);
     undoPath = modelFile.chosenPath;
+    modelFile.keepForUndo(modelFile);
 }
 
 void VelmoraDoc::clearSnapshots() {
@@ -72,11 +73,11 @@ void VelmoraDoc::UndoPoint() {
     if (zones ? pointUndoRegion.blocks.empty() : pointUndoPatches.empty()) {
         return;
     }
-    if (zones) {
-        feRegion = std::move(pointUndoRegion);
-    } else {
-        patches = std::move(pointUndoPatches);
-    }
+    // As in exchangeWithSnapshot.
+    patches.swap(pointUndoPatches);
+    std::swap(feRegion, pointUndoRegion);
+    ++pointSnapshotsBegun_;
+    ++pointSnapshots_;
     capture.restorePoint();
     // Undo counts as a change since the last save, as what it undoes does.
     documentModified = true;
@@ -91,9 +92,23 @@ void VelmoraDoc::UndoPoint() {
     pointUndoReady = false;
     patchUndoReady = false;
     capture.showPoint();
-    clearSnapshots();
     ShowStatus(capture->pointContinueStatus);
     redraw();
+    clearSnapshots(); // last: until then a guard finds the model that goes there
+}
+
+/// The model of the patch snapshot and the one that is there take each other's places: until the command is through, a
+/// guard around it finds the model in the snapshot.
+void VelmoraDoc::exchangeWithSnapshot() {
+    patches.swap(undoPatches);
+    std::swap(feRegion, undoRegion);
+    ++patchSnapshotsBegun_;
+    ++patchSnapshots_;
+}
+
+void VelmoraDoc::keepForGuard() {
+    guardPatches_ = patches;
+    ++guardCopies_;
 }
 
 void VelmoraDoc::UndoPatch() {
@@ -107,25 +122,21 @@ void VelmoraDoc::UndoPatch() {
         fieldPatches.clear();
     }
     if (!undoPatches.empty()) {
-        patches = std::move(undoPatches);
+        // The document holds one model: what comes back takes the place of the other kind too.
+        exchangeWithSnapshot();
         structureKind = StructureKind::Structured;
         if (!undoPath.empty()) {
-            modelFile.adopt(undoPath);
+            modelFile.takeBack();
             undoPath.clear();
-            modelFile.titleWrong = false;
         }
-        // The document holds one model: what comes back takes the place of the other kind.
-        feRegion.blocks.clear();
         retitle();
     } else if (!undoRegion.blocks.empty()) {
-        feRegion = std::move(undoRegion);
-        patches.clear();
+        exchangeWithSnapshot();
         structureKind = StructureKind::Unstructured;
         fileKind = FileKind::None;
         if (!undoPath.empty()) {
-            modelFile.adopt(undoPath);
+            modelFile.takeBack();
             undoPath.clear();
-            modelFile.titleWrong = false;
         }
         modelFile.takeExtension("dat");
     }
@@ -140,7 +151,6 @@ void VelmoraDoc::UndoPatch() {
     } else {
         followCapturedPoint();
     }
-    clearSnapshots();
     pointUndoReady = false;
     if (rebuildOnUndo || modelWasGone) {
         updateBounds();
@@ -148,6 +158,7 @@ void VelmoraDoc::UndoPatch() {
     } else {
         redraw();
     }
+    clearSnapshots(); // last, as above
 }
 
 } // namespace velmora

@@ -12,6 +12,7 @@
 #include "CBeforeAfter.h"
 #include "CBlockMove.h"
 #include "CBlockRotate.h"
+#include "CCompare.h"
 #include "CConvert_SKL_to_APT.h"
 #include "CConvert_to_SKL.h"
 #include "CCorrectLine.h"
@@ -32,6 +33,7 @@
 #include "CSmooth.h"
 #include "CUKnife.h"
 #include "Capture.h"
+#include "Comparison.h"
 #include "Cduplicate.h"
 #include "DocumentView.h"
 #include "ModelFile.h"
@@ -160,6 +162,7 @@ public:
     CRebreakPart rebreakPartValues;
     CMerge mergeValues;
     CSmooth smoothValues;
+    CCompare compareValues;
     CInterpolate interpolateValues;
     CCorrectLine correctLineValues;
     CBeforeAfter beforeAfterValues;
@@ -362,6 +365,10 @@ public:
     void MatchBorderAndGrid();
     void CoonsRebuild();
     void SmoothGeometry();
+    /// Measures how far the points of the zBlock, else of the model, are from another surface.
+    void CompareModel();
+    /// What the last CompareModel found; null once the geometry is another one. Linear in the model's size.
+    const Comparison* comparison() const;
     void Interpolate();
     void CorrectLine();
 
@@ -505,6 +512,9 @@ private:
     void runTransformation(bool keepsPoint, const std::function<bool()>& work);
     bool exchangeSectionsAndLines();
     void followCapturedPoint();
+
+    std::optional<Comparison> comparison_;
+    std::uint64_t comparedGeometry_ = 0; ///< the print of the geometry that it was made of
 
     bool curveIsThere();
     PointList capturedCurvePoints();

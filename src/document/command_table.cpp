@@ -312,6 +312,8 @@ const auto commands = std::to_array<Command>({
      &VelmoraDoc::CoonsRebuild, notGridOrField},
     {"model.smooth", "Smoo&th geometry...", "Smooth zBlock using soft algorithm.  If no selections work with geometry",
      "Smooth geometry", "", doc, &VelmoraDoc::SmoothGeometry, notGridOrField},
+    {"model.compare", "Compare...", "Distance of zBlock from another surface. If no selections work with geometry", "",
+     "", doc, &VelmoraDoc::CompareModel, emptyModel},
     {"convert.toUnstructured", "&VRML or DAT", "Convert structured grid to unstructured one", "APT to DAT", "", doc,
      &VelmoraDoc::ConvertToUnstructured, [](Doc d) { return notStrOrField(d) || d.fileKind == FileKind::Skl; }},
     {"convert.toApt", "&APT...", "Convert lines (SKL) to structured grid (APT)", "SKL to APT", "", doc,

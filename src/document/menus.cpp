@@ -106,7 +106,9 @@ Menu transformationsMenu() {
              item("model.invisibleRemove"),
              bar(),
              item("model.coonsRebuild"),
-             item("model.smooth")}};
+             item("model.smooth"),
+             bar(),
+             item("model.compare")}};
 }
 
 Menu viewMenu() {

@@ -1,8 +1,9 @@
 #include "SharedPoints.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
+
+#include "bit_hash.h"
 
 namespace velmora {
 
@@ -11,20 +12,9 @@ namespace {
 constexpr std::int32_t empty = -1;
 constexpr std::size_t fewestSlots = 64;
 
-/// A word of which every bit depends on every bit of `value`.
-std::uint64_t mixed(std::uint64_t value) {
-    value ^= value >> 32;
-    value *= 0xd6e8feb86659fd93;
-    value ^= value >> 32;
-    value *= 0xd6e8feb86659fd93;
-    return value ^ value >> 32;
-}
-
 std::uint64_t hashOf(const zVec<double>& point) {
     // Adding 0 makes -0 to 0, and leaves all else as it is.
-    std::uint64_t hash = mixed(std::bit_cast<std::uint64_t>(point.x + 0.0));
-    hash = mixed(hash + std::bit_cast<std::uint64_t>(point.y + 0.0));
-    return mixed(hash + std::bit_cast<std::uint64_t>(point.z + 0.0));
+    return hashedWith(hashedWith(hashedWith(0, point.x + 0.0), point.y + 0.0), point.z + 0.0);
 }
 
 } // namespace

@@ -251,6 +251,7 @@ const Rule rules[] = {
     {"model.knife", "not STR or not APT or FM"},
     {"model.coonsRebuild", "not STR or not APT or FM"},
     {"model.smooth", "not STR or not APT or FM"},
+    {"model.compare", "NON"},
     {"model.invisibleRemove", "not UNS"},
     {"convert.toUnstructured", "not STR or SKL or FM"},
     {"convert.toApt", "not STR or APT"},

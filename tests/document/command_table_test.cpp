@@ -125,6 +125,7 @@ const char* const allIds[] = {
     "model.invisibleRemove",
     "model.coonsRebuild",
     "model.smooth",
+    "model.compare",
     "convert.toUnstructured",
     "convert.toApt",
     "convert.toSkl",

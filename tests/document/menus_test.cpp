@@ -140,7 +140,7 @@ TEST(Menus, TransformationsHoldsItsCommandsInOrder) {
                 testing::IsSupersetOf({"S&ymmetric...", "Convertation", "Last/First switch...", "&Knife", "M&erge...",
                                        "Reflect&ion to apt", "Reflection to wrl", "Reflection to dat",
                                        "Reflection to sft", "&VRML or DAT", "&APT...", "&SKL...", "&Intersection...",
-                                       "I&nvisible remove", "Coons Re&build", "Smoo&th geometry..."}));
+                                       "I&nvisible remove", "Coons Re&build", "Smoo&th geometry...", "Compare..."}));
 }
 
 TEST(Menus, TransformationsRunsTheCommandsOfTheModel) {
@@ -149,7 +149,8 @@ TEST(Menus, TransformationsRunsTheCommandsOfTheModel) {
                             "model.convertation", "model.lastFirstSwitch", "model.knife", "block.merge",
                             "model.reflectToApt", "model.reflectToWrl", "model.reflectToDat", "model.reflectToSft",
                             "convert.toUnstructured", "convert.toApt", "convert.toSkl", "convert.knife",
-                            "model.intersection", "model.invisibleRemove", "model.coonsRebuild", "model.smooth"));
+                            "model.intersection", "model.invisibleRemove", "model.coonsRebuild", "model.smooth",
+                            "model.compare"));
 }
 
 TEST(Menus, ViewHoldsItsCommandsInOrder) {

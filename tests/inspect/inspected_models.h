@@ -40,6 +40,11 @@ inline zRegion_fe looseTriangles(const std::vector<Vector>& nodes, const std::ve
     return triangleRegion(loose, numbers);
 }
 
+/// Triangles of the nodes (0, 0, 0), (1, 0, 0), (0, 1, 0).
+inline zRegion_fe oneTriangleRegion(const std::vector<std::int32_t>& corners) {
+    return triangleRegion({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, corners);
+}
+
 /// A patch of one cell with the corners a (section 0, point 0), b (1, 0), c (1, 1), d (0, 1).
 inline Patch oneCell(const Vector& a, const Vector& b, const Vector& c, const Vector& d) {
     return {{a, d}, {b, c}};

@@ -32,7 +32,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     fuzz::require(writeFieldFile(folder / "again.dat", result.patches, result.fieldPatches, result.fieldCount,
-                                 result.titleLine, result.variablesLine, 16));
+                                 result.titleLine, result.variablesLine, 16)
+                      .written);
     const FieldReadResult again = readFieldFile(folder / "again.dat");
     // Behind a variables line that fills its buffer the first reading ended; the text of the buffer does not.
     fuzz::require(again.loaded && again.fieldCount == result.fieldCount);

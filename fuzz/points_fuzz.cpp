@@ -11,7 +11,7 @@ namespace {
 void checkPoints(const std::filesystem::path& input, const std::filesystem::path& output) {
     const PointFileResult result = readPointFile(input);
     fuzz::require(result.opened);
-    fuzz::require(writeLineBuffer(output, result.points, 16));
+    fuzz::require(writeLineBuffer(output, result.points, 16).written);
     fuzz::require(readPointFile(output).points == result.points);
 }
 

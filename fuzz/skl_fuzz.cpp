@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const SklReadResult result = readSkl(input.path(), patches);
     fuzz::require(result.opened && result.endReached == result.faults.empty());
     fuzz::require(result.pointsRead == pointTotal(patches));
-    fuzz::require(writeSkl(folder / "again.skl", patches, 16));
+    fuzz::require(writeSkl(folder / "again.skl", patches, 16).written);
     PatchList again;
     fuzz::require(readSkl(folder / "again.skl", again).endReached);
     fuzz::require(again == patches);

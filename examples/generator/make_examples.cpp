@@ -146,7 +146,7 @@ Patch bodyTail() {
 }
 
 bool write(const std::filesystem::path& path, const PatchList& patches) {
-    const bool written = velmora::writeApt(path, patches, 16);
+    const bool written{velmora::writeApt(path, patches, 16)};
     std::cout << (written ? "wrote " : "cannot write ") << path.string() << '\n';
     return written;
 }

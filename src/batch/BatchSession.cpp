@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 
 #include "about.h"
 #include "command_help.h"
@@ -219,7 +220,11 @@ MaybeFailure BatchSession::print(Words words) {
         sayValue("read", std::move(events));
         return std::nullopt;
     }
-    return sayIfFound(joined(words), printedValue(words, session_.document(), session_.view()));
+    try {
+        return sayIfFound(joined(words), printedValue(words, session_.document(), session_.view()));
+    } catch (const std::bad_alloc&) {
+        return tooLargeToPrint(joined(words)); // the line fails, and the model is still there
+    }
 }
 
 MaybeFailure BatchSession::measure(Words words) {

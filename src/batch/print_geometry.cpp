@@ -71,6 +71,39 @@ Json zonesValue(const zRegion_fe& region) {
 
 } // namespace
 
+namespace {
+
+double numbersOf(const zRegion_fe& region) {
+    double numbers = 0.0;
+    for (const auto& zone : region.blocks) {
+        numbers += 3.0 * zone->elementCount;
+        for (const auto& variable : zone->variables) {
+            numbers += static_cast<double>(variable->data.size());
+        }
+    }
+    return numbers;
+}
+
+} // namespace
+
+double printedBytes(std::string_view name, const VelmoraDoc& doc, VelmoraView& view) {
+    constexpr double bytesOfNumber = 150.0; // the value, its share of the lists around it, and its digits twice
+    double numbers = 0.0;
+    for (const NamedPatches& known : patchLists) {
+        numbers += name == known.name ? 3.0 * static_cast<double>(pointTotal(doc.*known.list)) : 0.0;
+    }
+    for (const NamedPoints& known : pointLists) {
+        numbers += name == known.name ? 3.0 * static_cast<double>((doc.*known.list).size()) : 0.0;
+    }
+    for (const NamedZones& known : zoneLists) {
+        numbers += name == known.name ? numbersOf(doc.*known.region) : 0.0;
+    }
+    if (name == "scene") {
+        numbers += 3.0 * static_cast<double>(view.list().vertices.size() + view.list().normals.size());
+    }
+    return numbers * bytesOfNumber;
+}
+
 std::optional<Json> geometryValue(std::string_view name, const VelmoraDoc& doc) {
     const auto named = [name](const auto& entry) { return name == entry.name; };
     if (const auto* patches = std::find_if(std::begin(patchLists), std::end(patchLists), named);

@@ -41,9 +41,17 @@ std::optional<Json> plainValue(const std::string& name, VelmoraDoc& doc, Velmora
 
 } // namespace
 
+ScriptFailure tooLargeToPrint(const std::string& what) {
+    return {"there is not enough free memory to print " + inQuotes(what),
+            "print a part of it: print state counts what the model holds"};
+}
+
 PrintedValue printedValue(std::span<const std::string> words, VelmoraDoc& doc, VelmoraView& view) {
     const std::string& name = words.front();
     const auto arguments = words.subspan(1);
+    if (printedBytes(name, doc, view) > doc.memoryRoom(0.0).free) {
+        return tooLargeToPrint(name);
+    }
     if (name == "window") {
         return windowValue(arguments, view, doc);
     }

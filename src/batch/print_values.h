@@ -15,7 +15,15 @@ namespace velmora {
 /// A value, or why there is none.
 using PrintedValue = std::variant<Json, ScriptFailure>;
 
-/// What a print line shows. `words` names it: at least one word, then its arguments. Nothing changes.
+/// Bytes that a list of the model or the picture takes while it is printed, as values and as text; 0 for a value that
+/// is small whatever the model.
+double printedBytes(std::string_view name, const VelmoraDoc& doc, VelmoraView& view);
+
+/// Why a value is not printed that the memory does not hold.
+ScriptFailure tooLargeToPrint(const std::string& what);
+
+/// What a print line shows. `words` names it: at least one word, then its arguments. Nothing changes. A value that
+/// takes more than half of the free memory is refused.
 PrintedValue printedValue(std::span<const std::string> words, VelmoraDoc& doc, VelmoraView& view);
 
 // The families of values. Indices count from 0, with -1 for none.

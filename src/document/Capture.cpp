@@ -76,7 +76,7 @@ constexpr Move allMoves[] = {
     {Event::ShowPoint, NoFlags, Move::Nothing, Picked, NoFlags, NoNumbers},
     {Event::DropPoint, NoFlags, Move::Nothing, NoFlags, PointHeld | Picked, PointNumber},
     {Event::LosePoint, NoFlags, Move::Nothing, NoFlags, NoFlags, PointSectionNumber | PointNumber},
-    {Event::LosePoint, NoFlags, Move::NoPatchHeld, NoFlags, NoFlags, PatchNumber},
+    {Event::LosePoint, NoFlags, Move::NothingHeld, NoFlags, NoFlags, PatchNumber},
     {Event::DropPatches, NoFlags, Move::Nothing, NoFlags, PatchArmed | PatchHeld | Removing, PatchNumber},
     {Event::ForgetPatch, NoFlags, Move::Nothing, NoFlags, NoFlags, PatchNumber},
     {Event::ForgetNumbers, NoFlags, Move::Nothing, NoFlags, NoFlags, capturedNumbers},
@@ -145,8 +145,8 @@ bool Capture::fits(const CaptureMove& move) const {
         return from && state_.capturedLine >= 0;
     case CaptureMove::NoCurveNumber:
         return from && state_.capturedSection < 0 && state_.capturedLine < 0;
-    case CaptureMove::NoPatchHeld:
-        return from && !state_.patchCaptured;
+    case CaptureMove::NothingHeld:
+        return from && !state_.patchCaptured && !state_.curveHeld();
     }
     return false;
 }

@@ -149,7 +149,7 @@ enum class CaptureEvent : std::uint16_t {
 /// One row of the transitions: on `event`, with one of the flags `from` set (any state without a flag) and with what
 /// it needs, the flags `clears` go off, those of `to` on, and the numbers `forgets` become -1.
 struct CaptureMove {
-    enum Need : std::uint16_t { Nothing, PointFound, SectionFound, LineFound, NoCurveNumber, NoPatchHeld };
+    enum Need : std::uint16_t { Nothing, PointFound, SectionFound, LineFound, NoCurveNumber, NothingHeld };
 
     CaptureEvent event;
     CaptureFlags from;
@@ -235,7 +235,8 @@ public:
     void showPoint() { apply(CaptureEvent::ShowPoint); }
 
     void dropPoint() { apply(CaptureEvent::DropPoint); }
-    /// The point went with the last one of the first section; its patch stays while patches are captured.
+    /// The point went with the last one of the first section; its patch stays while patches or a curve of it are
+    /// captured.
     void losePoint() { apply(CaptureEvent::LosePoint); }
     /// The patch regime and its patch are gone, the zBlock with it.
     void dropPatches() { apply(CaptureEvent::DropPatches); }

@@ -75,12 +75,15 @@ void CommandGuard::putBackModel() noexcept {
     const bool pointKept = doc_.pointSnapshots_ != pointSnapshots_;
     if (doc_.guardCopies_ != guardCopies_) {
         doc_.patches.swap(doc_.guardPatches_);
+        doc_.takeField(std::move(doc_.guardField_));
     } else if (patchesKept) {
         doc_.patches.swap(doc_.undoPatches);
         std::swap(doc_.feRegion, doc_.undoRegion);
+        doc_.takeField(std::move(doc_.undoField_));
     } else if (pointKept) {
         doc_.patches.swap(doc_.pointUndoPatches);
         std::swap(doc_.feRegion, doc_.pointUndoRegion);
+        doc_.takeField(std::move(doc_.pointUndoField_));
     } else if (empty_) {
         doc_.patches.clear();
         doc_.feRegion.blocks.clear();

@@ -52,14 +52,22 @@ void ModelFile::forget() {
 }
 
 void ModelFile::keepForUndo(const ModelFile& before) {
-    kept_ = {before.chosenPath, before.openedPath, before.memory};
+    kept_ = {before.chosenPath, before.openedPath, before.memory,
+             before.titleWrong ? std::string() : before.documentTitle};
 }
 
-void ModelFile::takeBack() {
+bool ModelFile::takeBack() {
     adopt(kept_.chosenPath);
     openedPath = kept_.openedPath;
     memory = kept_.memory;
     titleWrong = false;
+    if (kept_.title.empty()) {
+        return false;
+    }
+    currentDirectory = directoryOf(chosenPath);
+    setTitle(kept_.title);
+    currentPath = currentDirectory + documentTitle;
+    return true;
 }
 
 void ModelFile::restore(const ModelFile& before) {

@@ -46,8 +46,9 @@ public:
     void forget();
     /// Undo can bring back the model whose file was `before`.
     void keepForUndo(const ModelFile& before);
-    /// The model comes back that keepForUndo() was told of, under its own name.
-    void takeBack();
+    /// The model comes back that keepForUndo() was told of, under its own name. False when its title was "Wrong": what
+    /// could be read of it is a model like any other, and gets its title by its kind.
+    bool takeBack();
     /// As it was at another moment; the title is shown if it is another one.
     void restore(const ModelFile& before);
 
@@ -56,6 +57,7 @@ private:
         std::filesystem::path chosenPath;
         std::filesystem::path openedPath;
         FileMemory memory;
+        std::string title; ///< empty when it was wrong
     };
 
     UserInterface* ui_;

@@ -278,6 +278,10 @@ std::vector<bool> VelmoraDoc::blockMask() const {
     return mask;
 }
 
+MemoryRoom VelmoraDoc::memoryRoom(double bytesEach) const {
+    return {0.5 * static_cast<double>(freeMemory()), bytesEach};
+}
+
 std::optional<zVec<double>> VelmoraDoc::positionAt(std::int32_t patch, std::int32_t section, std::int32_t point) const {
     zVec<double> position;
     if (structureKind == StructureKind::Unstructured) {

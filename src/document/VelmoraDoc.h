@@ -45,6 +45,7 @@
 #include "input_dialogs.h"
 #include "kinds.h"
 #include "marker_shift.h"
+#include "memory_state.h"
 #include "rescue_format.h"
 #include "section_edits.h"
 #include "view_extent.h"
@@ -58,6 +59,16 @@ inline constexpr std::int32_t blockCapacity = 5000;
 inline constexpr int outputPrecision = 16;
 /// The status line when nothing else is to be said.
 inline constexpr const char* idlePrompt = "For Help, press F1";
+
+/// The values that a field gives to the points of a model, and what its file says of them.
+struct FieldSnapshot {
+    PatchList patches;
+    std::string titleLine;
+    std::string variablesLine;
+    std::int32_t count = 0;
+    bool loaded = false;
+    bool mode = false;
+};
 
 /// The one document: it owns the model, the capture state and the values of all parameter dialogs, and every command
 /// on the geometry is a method of it. A command that cannot go on says its message and returns; it never throws.
@@ -124,8 +135,9 @@ public:
     bool documentModified = false;
     bool pointUndoReady = false;
     bool patchUndoReady = false;
-    bool rebuildOnUndo = false; ///< Undo patch must fit the view anew
-    bool surfaceMode = false;   ///< the views draw filled surfaces
+    bool pointUndoIsNewer = false; ///< of the two snapshots that of a point was taken last
+    bool rebuildOnUndo = false;    ///< Undo patch must fit the view anew
+    bool surfaceMode = false;      ///< the views draw filled surfaces
     bool pointClipboardFull = false;
     bool lineBufferFull = false;
     bool blockClipboardFull = false;
@@ -151,6 +163,9 @@ public:
     zVec<double> modelCenter;
     double modelRadius = 0.0;
     double intersectionTolerance = 0.0005;
+
+    /// Bytes of memory that are free on the machine. Commands that are given a number ask it before they make so many.
+    std::function<std::uint64_t()> freeMemory = availableMemory;
 
     // ---- Status line ------------------------------------------------------------------------------------------------
 
@@ -280,13 +295,14 @@ public:
     /// Removes the model with its field values. The views hear nothing.
     void clearModel();
 
+    /// Runs a command. One whose result holds a number that is not finite, or that finds no memory, is refused: the
+    /// model stays as it was, with its snapshots and all that is captured, and the user is told.
+    void runCommand(void (VelmoraDoc::*command)());
+
     // ---- Undo -----------------------------------------------------------------------------------
 
     void SavePointUndo();
     void SavePatchUndo();
-    /// For commands that take the snapshot before they ask: Undo is off until one says that it has changed the model,
-    /// as the snapshot of the command before is gone.
-    void snapshotBeforeAsking();
     /// The snapshot of a command on patches; with `changesExtent` Undo fits the view anew.
     void beginPatchCommand(bool changesExtent);
     /// The snapshot of a model that is about to be removed, with its file: brought back under the name of another file,
@@ -436,6 +452,7 @@ public:
     void MoveModel();
     void RotateModel();
     void FlipModel();
+    void TurnRound();
     void SymmetricModel();
     /// Exchanges sections and lines, and what is captured with them.
     void Convertation();
@@ -457,6 +474,10 @@ public:
     /// Shows the dialog "Viewing" with these values, and keeps what was typed. False for Cancel.
     bool askViewing(dlgViewing& values);
 
+    /// How much the model may grow: half of the free memory, as other programs want some too. `bytesEach` is what one
+    /// more of what is counted takes.
+    MemoryRoom memoryRoom(double bytesEach) const;
+
     // ---- Addresses ------------------------------------------------------------------------------
 
     /// The section that is addressed, or null when the address points outside the model.
@@ -469,10 +490,20 @@ public:
 private:
     friend class CommandGuard;
 
-    void snapshot(PatchList& undoList, zRegion_fe& undoZones);
+    void snapshot(PatchList& undoList, zRegion_fe& undoZones, FieldSnapshot& undoField);
     void exchangeWithSnapshot();
     /// For commands that change the model without a snapshot for Undo: the guard around them needs one all the same.
     void keepForGuard();
+    FieldSnapshot fieldAsItIs() const;
+    void takeField(FieldSnapshot&& field);
+    void exchangeField(FieldSnapshot& field);
+    bool resultIsFinite() const;
+    void takeReplacedSnapshots();
+    /// The field values of a patch or section, if they have its shape: one for each point. Null without.
+    Patch* fieldOfPatch(std::int32_t patch);
+    PointList* fieldOfSection(std::int32_t patch, std::int32_t section);
+    /// The values of all patches, if all have their shape. Null without.
+    PatchList* wholeField();
     void clearSnapshots();
     void takeCapturedPosition(const zVec<double>& otherwise);
     bool mayBreakGrid();
@@ -519,6 +550,7 @@ private:
     bool curveIsThere();
     PointList capturedCurvePoints();
     void putCurvePoints(const PointList& points);
+    void carryLineValues(const PointList& points);
     bool curveCanBeEdited();
     void finishConversion(StructureKind structure, FileKind kind, const char* extension);
     bool knifeReachesBody();
@@ -540,6 +572,7 @@ private:
     bool mergePatchesOfBlock();
     void mergeZonesOfBlock();
     void matchBlock(bool grid);
+    bool askForCorrection();
     bool correctCapturedLine();
     void projectZonesOfBlock();
     void finishReflection();
@@ -563,7 +596,27 @@ private:
     std::uint64_t pointSnapshotsBegun_ = 0;
     std::uint64_t pointSnapshots_ = 0;
     PatchList guardPatches_; ///< see keepForGuard
+    FieldSnapshot guardField_;
     std::uint64_t guardCopies_ = 0;
+    FieldSnapshot undoField_; ///< of both snapshots the field values
+    FieldSnapshot pointUndoField_;
+    /// The snapshots that the command that runs has replaced: they come back if it is refused.
+    struct ReplacedSnapshots {
+        bool patchReady = false;
+        bool pointReady = false;
+        bool extent = false;
+        bool pointIsNewer = false;
+        std::filesystem::path path;
+        bool patchTaken = false;
+        PatchList patches;
+        zRegion_fe region;
+        FieldSnapshot field;
+        bool pointTaken = false;
+        PatchList pointPatches;
+        zRegion_fe pointRegion;
+        FieldSnapshot pointField;
+    };
+    std::optional<ReplacedSnapshots> replaced_;
 };
 
 template <class Values, class... Context>

@@ -108,6 +108,11 @@ inline constexpr MessageText shiftEquationsNotSolved{
     Severity::Refused, "Linear Equation Solution Failed. Try Another Parameters.\n\noperation canceled"};
 inline constexpr MessageText shiftOfNoKind{Severity::Refused, "Ento setka ili avoska?"};
 
+inline constexpr MessageText conversionWithoutResult{Severity::Refused,
+                                                     "The conversion gives no result. The model stays as it is."};
+inline constexpr MessageText resultNotFinite{
+    Severity::Refused, "The result would hold numbers that are too large or no numbers. The model stays as it is."};
+inline constexpr MessageText notEnoughMemory{Severity::Refused, "There is not enough free memory for this model."};
 inline constexpr MessageText linesLeft{Severity::Warning, "Ne vse linii obrabotany"};
 /// `axis` is "X", "Y" or "Z".
 inline Message sectionOutOfBody(const std::string& axis) {

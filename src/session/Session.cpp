@@ -40,7 +40,7 @@ CommandReport Session::run(const Command& command) {
 void Session::carryOut(const Command& command) {
     switch (command.owner) {
     case CommandOwner::Document:
-        (document_.*command.run)();
+        document_.runCommand(command.run);
         break;
     case CommandOwner::View:
         view_.runViewCommand(command.id);

@@ -17,9 +17,9 @@ QString idOf(const Command& command) {
     return QString::fromLatin1(command.id);
 }
 
-/// The icon of a command, or none when it has no picture.
+/// The icon of a command, or none when it has none.
 QIcon iconOf(const Command& command) {
-    return themeIcon(QStringLiteral(":/icons/%1.svg").arg(idOf(command)));
+    return command.icon ? themeIcon(QStringLiteral(":/icons/%1.svg").arg(idOf(command))) : QIcon();
 }
 
 /// The words of a menu with the command's key behind them.
@@ -30,8 +30,8 @@ QString menuText(const MenuEntry& entry, const Command& command) {
 
 } // namespace
 
-CommandActions::CommandActions(RecentFiles& recent, StateOf stateOf, QObject* parent)
-    : QObject(parent), recent_(recent), stateOf_(std::move(stateOf)) {
+CommandActions::CommandActions(RecentFiles& recent, StateOf stateOf, CommandsOfKey commandsOfKey, QObject* parent)
+    : QObject(parent), recent_(recent), stateOf_(std::move(stateOf)), commandsOfKey_(std::move(commandsOfKey)) {
     connect(&recent_, &RecentFiles::changed, this, &CommandActions::refreshRecentFiles);
 }
 
@@ -145,12 +145,11 @@ void CommandActions::addShortcuts(QWidget& window) {
 }
 
 void CommandActions::runKey(const QString& key) {
-    const auto commands = commandTable();
-    const auto first = std::find_if(commands.begin(), commands.end(), [&](const Command& command) {
-        return key == QLatin1String(command.accelerator) && stateOf_(command).on;
-    });
+    const auto commands = commandsOfKey_(key.toStdString());
+    const auto first = std::find_if(commands.begin(), commands.end(),
+                                    [this](const Command* command) { return stateOf_(*command).on; });
     if (first != commands.end()) {
-        emit triggered(*first);
+        emit triggered(**first);
     }
 }
 

@@ -5,6 +5,7 @@
 #include <QToolBar>
 #include <functional>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include "command_table.h"
@@ -26,7 +27,10 @@ class CommandActions : public QObject {
 public:
     using StateOf = std::function<CommandState(const Command&)>;
 
-    CommandActions(RecentFiles& recent, StateOf stateOf, QObject* parent = nullptr);
+    /// The commands of a key in the order in which they are asked.
+    using CommandsOfKey = std::function<std::vector<const Command*>(std::string_view)>;
+
+    CommandActions(RecentFiles& recent, StateOf stateOf, CommandsOfKey commandsOfKey, QObject* parent = nullptr);
 
     void fillMenu(QMenu& menu, const std::vector<MenuEntry>& entries);
     void fillToolBar(QToolBar& bar, const std::vector<MenuEntry>& entries);
@@ -53,6 +57,7 @@ private:
 
     RecentFiles& recent_;
     StateOf stateOf_;
+    CommandsOfKey commandsOfKey_;
     std::vector<Entry> entries_;
     std::vector<QAction*> recentActions_;
 };

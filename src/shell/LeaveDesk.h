@@ -19,7 +19,8 @@ class LeaveDesk : public QObject {
     Q_OBJECT
 
 public:
-    /// `frame` must outlive this object. With an empty `root` no copies are kept, and those ways ask as the window does.
+    /// `frame` must outlive this object. With an empty `root` no copies are kept, and those ways ask as the window
+    /// does.
     LeaveDesk(MainFrame& frame, const std::filesystem::path& root);
     ~LeaveDesk() override;
 

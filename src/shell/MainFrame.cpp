@@ -14,6 +14,7 @@
 
 #include "CommandGuard.h"
 #include "HelpDesk.h"
+#include "command_keys.h"
 #include "messages.h"
 #include "qt_text.h"
 
@@ -58,7 +59,8 @@ MainFrame::MainFrame()
     setStatusBar(status_);
     setCentralWidget(viewWidget_);
     actions_ = new CommandActions(
-        *recent_, [this](const Command& command) { return stateOf(command); }, this);
+        *recent_, [this](const Command& command) { return stateOf(command); },
+        [this](std::string_view key) { return commandsOfKey(session_->document(), key); }, this);
     makeMenus();
     makeToolBars();
     actions_->addShortcuts(*this);
@@ -174,33 +176,8 @@ void MainFrame::reportGraphics() {
 CommandState MainFrame::stateOf(const Command& command) const {
     CommandState state;
     state.on = session_->isOn(command);
-    state.checked = checkedState(command.id);
+    state.checked = checkedState(command, session_->document(), session_->view(), *this);
     return state;
-}
-
-std::optional<bool> MainFrame::checkedState(std::string_view id) const {
-    if (id == "view.toolbar") {
-        return toolBarsShown();
-    }
-    if (id == "view.statusBar") {
-        return !status_->isHidden();
-    }
-    if (id == "view.surface") {
-        return session_->document().surfaceMode;
-    }
-    if (id == "view.perspective") {
-        return session_->view().projectionMode == 0;
-    }
-    if (id == "view.orthographic") {
-        return session_->view().projectionMode == 1;
-    }
-    if (id == "block.only") {
-        return session_->document().showBlockOnly;
-    }
-    if (id == "model.reflectToSft") {
-        return true; // it carries the mark whether or not markers are there
-    }
-    return std::nullopt;
 }
 
 void MainFrame::run(const Command& command) {

@@ -57,14 +57,14 @@ private:
     void makeToolBars();
     void connectView();
     CommandState stateOf(const Command& command) const;
-    std::optional<bool> checkedState(std::string_view id) const;
     void exit() override { close(); }
     void showGuide() override;
     void showAbout() override { emit aboutWanted(); }
     void toggleToolBars() override;
     void toggleStatusBar() override;
+    bool toolBarsShown() const override;
+    bool statusBarShown() const override { return !status_->isHidden(); }
     void showContextMenu(const QPoint& position);
-    bool toolBarsShown() const;
     void refresh();
     bool restoreWindow();
     void keepSensibleSize();

@@ -13,10 +13,10 @@ namespace velmora {
 
 class VelmoraDoc;
 
-/// Keeps a copy of a model with changes beside its file, for the case that the program ends without saving it. The model
-/// is looked at once a second: a copy is written when it came to rest, and every few seconds while it does not. The
-/// bytes are put together between two events, which takes some hundredths of a second for two million points; a thread
-/// brings them to the disk. Saved or given up, the model needs no copy, and none is kept.
+/// Keeps a copy of a model with changes beside its file, for the case that the program ends without saving it. The
+/// model is looked at once a second: a copy is written when it came to rest, and every few seconds while it does not.
+/// The bytes are put together between two events, which takes some hundredths of a second for two million points; a
+/// thread brings them to the disk. Saved or given up, the model needs no copy, and none is kept.
 class RescueCopy : public QObject {
     Q_OBJECT
 

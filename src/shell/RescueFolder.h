@@ -8,7 +8,8 @@
 
 namespace velmora {
 
-/// Where this user's rescue copies are: velmora/rescue in $XDG_STATE_HOME, else in ~/.local/state. Empty without a home.
+/// Where this user's rescue copies are: velmora/rescue in $XDG_STATE_HOME, else in ~/.local/state. Empty without a
+/// home.
 std::filesystem::path rescueRoot();
 
 /// A folder with one rescue copy. It is locked as long as the object lives: the system unlocks it when the process

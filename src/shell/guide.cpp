@@ -62,12 +62,12 @@ bool holdsAll(const QString& text, const QStringList& words) {
 const QStringList& guidePages() {
     loadGuide();
     static const QStringList pages = {
-        QStringLiteral("index.md"),   QStringLiteral("tutorial.md"),        QStringLiteral("regimes.md"),
-        QStringLiteral("file.md"),    QStringLiteral("patches.md"),         QStringLiteral("lines.md"),
-        QStringLiteral("point.md"),   QStringLiteral("transformations.md"), QStringLiteral("convert.md"),
-        QStringLiteral("view.md"),    QStringLiteral("options.md"),         QStringLiteral("help.md"),
-        QStringLiteral("menus.md"),   QStringLiteral("formats.md"),         QStringLiteral("point-table.md"),
-        QStringLiteral("numbers.md"), QStringLiteral("messages.md"),
+        QStringLiteral("index.md"),    QStringLiteral("tutorial.md"),        QStringLiteral("regimes.md"),
+        QStringLiteral("file.md"),     QStringLiteral("patches.md"),         QStringLiteral("lines.md"),
+        QStringLiteral("point.md"),    QStringLiteral("transformations.md"), QStringLiteral("convert.md"),
+        QStringLiteral("view.md"),     QStringLiteral("options.md"),         QStringLiteral("help.md"),
+        QStringLiteral("menus.md"),    QStringLiteral("formats.md"),         QStringLiteral("point-table.md"),
+        QStringLiteral("messages.md"), QStringLiteral("scripts.md"),         QStringLiteral("numbers.md"),
     };
     return pages;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+#include <span>
 #include <string_view>
 
 #include "DocumentView.h"
@@ -9,6 +11,8 @@
 #include "model_picks.h"
 
 namespace velmora {
+
+struct ViewCommand;
 
 /// The view of the document: camera, mouse, picking, and the picture as data. It knows no toolkit and makes no
 /// OpenGL call; the surface carries both out.
@@ -91,8 +95,12 @@ public:
 
     // ---- Commands -------------------------------------------------------------------------------
 
+    /// The rows of the view's own commands.
+    static std::span<const ViewCommand> commands();
     /// True when the view's or the document's state turns a view command off.
     bool isViewCommandOff(std::string_view id) const;
+    /// Of a view command that switches something: whether that is on.
+    std::optional<bool> checkedState(std::string_view id) const;
     /// Runs a view command; false when the view has none of that id.
     bool runViewCommand(std::string_view id);
 

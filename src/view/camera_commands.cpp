@@ -1,90 +1,270 @@
 #include <algorithm>
-#include <iterator>
 
 #include "VelmoraView.h"
-#include "command_table.h"
+#include "ViewCommand.h"
+#include "command_rules.h"
 #include "messages.h"
 
 namespace velmora {
 
 namespace {
 
-struct AxisViewCommand {
-    const char* id;
-    double angle;
-    zVec<double> axis;
-    bool repaints;
-};
-
-/// The tool bar's forms repaint; the menu's wait for the next repaint.
-const AxisViewCommand axisViews[] = {
-    {"view.top", 90.0, {1.0, 0.0, 0.0}, false},      {"view.bottom", -90.0, {1.0, 0.0, 0.0}, false},
-    {"view.front", 90.0, {0.0, 1.0, 0.0}, false},    {"view.back", -90.0, {0.0, 1.0, 0.0}, false},
-    {"view.left", 0.0, {0.0, 1.0, 0.0}, false},      {"view.right", 180.0, {0.0, 1.0, 0.0}, false},
-    {"view.frontView", 90.0, {0.0, 1.0, 0.0}, true}, {"view.upView", 90.0, {1.0, 0.0, 0.0}, true},
-    {"view.sideView", 0.0, {0.0, 1.0, 0.0}, true},
-};
-
-struct ModeCommand {
-    const char* id;
-    MouseMode mode;
-};
-
-constexpr ModeCommand modeCommands[] = {
-    {"view.rotate", ModeRotate},
-    {"view.rotateX", ModeRotateX},
-    {"view.rotateY", ModeRotateY},
-    {"view.rotateZ", ModeRotateZ},
-    {"view.translateXY", ModeTranslateXY},
-    {"view.translateZ", ModeTranslateZ},
-    {"view.shift", ModeShift},
-    {"view.scale", ModeScale},
-    {"view.zoomIn", ModeZoomIn},
-};
-
+const zVec<double> xAxis{1.0, 0.0, 0.0};
+const zVec<double> yAxis{0.0, 1.0, 0.0};
 const zVec<double> isoAngles{10.0, 20.0, 20.0};
+
+const ViewCommand* findViewCommand(std::string_view id) {
+    const auto commands = VelmoraView::commands();
+    const auto found =
+        std::find_if(commands.begin(), commands.end(), [id](const ViewCommand& c) { return id == c.row.id; });
+    return found == commands.end() ? nullptr : &*found;
+}
 
 } // namespace
 
+// Of the views along an axis the tool bar's forms repaint; the menu's wait for the next repaint.
+std::span<const ViewCommand> VelmoraView::commands() {
+    using namespace rules;
+    using enum MenuId;
+    static const ViewCommand all[] = {
+        {.row = {.id = "point.dragAndCorrect",
+                 .menuText = "Drag point && correct line",
+                 .statusText = "Correct line by means of drag point procedure",
+                 .off = [](Doc d) { return d.capture->freePointHeld || noPoint(d) || noCurve(d); },
+                 .follows = "point.reverseSection",
+                 .places = {{PointContext, 420}}},
+         .run = [](VelmoraView& v) { v.doc_.prepareDragCorrection(); },
+         .off = [](const VelmoraView& v) { return v.principalPlane() == 0; }},
+        {.row = {.id = "view.perspective",
+                 .menuText = "&Perspective Projection",
+                 .statusText = "Set perspective projection",
+                 .off = emptyModel,
+                 .follows = "view.statusBar",
+                 .places = {{ViewProjection, 110}}},
+         .run = [](VelmoraView& v) { v.setProjection(0); },
+         .checked = [](const VelmoraView& v) { return v.projectionMode == 0; }},
+        {.row = {.id = "view.orthographic",
+                 .menuText = "&Orthographic Projection",
+                 .statusText = "Set orthographic projection",
+                 .off = emptyModel,
+                 .places = {{ViewProjection, 120}}},
+         .run = [](VelmoraView& v) { v.setProjection(1); },
+         .checked = [](const VelmoraView& v) { return v.projectionMode == 1; }},
+        {.row = {.id = "view.top",
+                 .menuText = "&Top",
+                 .statusText = "Set top view",
+                 .off = emptyModel,
+                 .places = {{ViewProjection, 210}}},
+         .run = [](VelmoraView& v) { v.SetAxisView(90.0, xAxis); }},
+        {.row = {.id = "view.bottom",
+                 .menuText = "&Bottom",
+                 .statusText = "Set bottom view",
+                 .off = emptyModel,
+                 .places = {{ViewProjection, 220}}},
+         .run = [](VelmoraView& v) { v.SetAxisView(-90.0, xAxis); }},
+        {.row = {.id = "view.front",
+                 .menuText = "&Front",
+                 .statusText = "Set front view",
+                 .off = emptyModel,
+                 .places = {{ViewProjection, 230}}},
+         .run = [](VelmoraView& v) { v.SetAxisView(90.0, yAxis); }},
+        {.row = {.id = "view.back",
+                 .menuText = "Bac&k",
+                 .statusText = "Set back view",
+                 .off = emptyModel,
+                 .places = {{ViewProjection, 240}}},
+         .run = [](VelmoraView& v) { v.SetAxisView(-90.0, yAxis); }},
+        {.row = {.id = "view.right",
+                 .menuText = "&Right",
+                 .statusText = "Set right view",
+                 .off = emptyModel,
+                 .places = {{ViewProjection, 250}}},
+         .run = [](VelmoraView& v) { v.SetAxisView(180.0, yAxis); }},
+        {.row = {.id = "view.left",
+                 .menuText = "&Left",
+                 .statusText = "Set left view",
+                 .off = emptyModel,
+                 .places = {{ViewProjection, 260}}},
+         .run = [](VelmoraView& v) { v.SetAxisView(0.0, yAxis); }},
+        {.row = {.id = "view.iso",
+                 .menuText = "&Iso",
+                 .statusText = "Set iso view",
+                 .off = emptyModel,
+                 .places = {{ViewProjection, 270}}},
+         .run = [](VelmoraView& v) { v.SetEulerView(isoAngles); }},
+        {.row = {.id = "view.manual",
+                 .menuText = "&Manual...",
+                 .statusText = "Set manual view",
+                 .toolTip = "Manual",
+                 .icon = true,
+                 .off = emptyModel,
+                 .places = {{ViewProjection, 280}, {GeneralBar, 910}}},
+         .run = [](VelmoraView& v) { v.showViewingDialog(); }},
+        {.row = {.id = "view.rotate",
+                 .menuText = "&Rotate",
+                 .statusText = "Rotate model",
+                 .toolTip = "Rotate",
+                 .icon = true,
+                 .off = emptyModel,
+                 .places = {{View, 310}, {GeneralBar, 710}}},
+         .run = [](VelmoraView& v) { v.setMouseMode(ModeRotate); }},
+        {.row = {.id = "view.rotateX",
+                 .menuText = "Rotate about &X axis",
+                 .statusText = "Rotate model about X axis",
+                 .toolTip = "Rotate about X axis",
+                 .icon = true,
+                 .off = emptyModel,
+                 .places = {{View, 320}, {GeneralBar, 720}}},
+         .run = [](VelmoraView& v) { v.setMouseMode(ModeRotateX); }},
+        {.row = {.id = "view.rotateY",
+                 .menuText = "Rotate about &Y axis",
+                 .statusText = "Rotate model about Y axis",
+                 .toolTip = "Rotate about Y axis",
+                 .icon = true,
+                 .off = emptyModel,
+                 .places = {{View, 330}, {GeneralBar, 730}}},
+         .run = [](VelmoraView& v) { v.setMouseMode(ModeRotateY); }},
+        {.row = {.id = "view.rotateZ",
+                 .menuText = "Rotate about &Z axis",
+                 .statusText = "Rotate model about Z axis",
+                 .toolTip = "Rotate about Z axis",
+                 .icon = true,
+                 .off = emptyModel,
+                 .places = {{View, 340}, {GeneralBar, 740}}},
+         .run = [](VelmoraView& v) { v.setMouseMode(ModeRotateZ); }},
+        {.row = {.id = "view.translateXY",
+                 .menuText = "Translate in XY plan&e",
+                 .statusText = "Translate model in XY plane",
+                 .toolTip = "Translate in XY plane",
+                 .icon = true,
+                 .off = emptyModel,
+                 .places = {{View, 350}, {GeneralBar, 750}}},
+         .run = [](VelmoraView& v) { v.setMouseMode(ModeTranslateXY); }},
+        {.row = {.id = "view.translateZ",
+                 .menuText = "Translate in Z directio&n",
+                 .statusText = "Translate model in Z direction",
+                 .toolTip = "Translate in Z direction",
+                 .icon = true,
+                 .off = emptyModel,
+                 .places = {{View, 360}, {GeneralBar, 760}}},
+         .run = [](VelmoraView& v) { v.setMouseMode(ModeTranslateZ); }},
+        {.row = {.id = "view.shift",
+                 .menuText = "S&hift",
+                 .statusText = "Move model in screen plane",
+                 .toolTip = "Shift",
+                 .icon = true,
+                 .off = emptyModel,
+                 .places = {{View, 370}, {GeneralBar, 770}}},
+         .run = [](VelmoraView& v) { v.setMouseMode(ModeShift); }},
+        {.row = {.id = "view.scale",
+                 .menuText = "S&cale",
+                 .statusText = "Change the scale of model image",
+                 .toolTip = "Scale",
+                 .icon = true,
+                 .off = emptyModel,
+                 .places = {{View, 410}, {GeneralBar, 810}}},
+         .run = [](VelmoraView& v) { v.setMouseMode(ModeScale); }},
+        {.row = {.id = "view.zoomIn",
+                 .menuText = "Zoom &In",
+                 .statusText = "Magnify the selected part of body surface",
+                 .toolTip = "Zoom In",
+                 .icon = true,
+                 .off = emptyModel,
+                 .places = {{View, 420}, {GeneralBar, 820}}},
+         .run = [](VelmoraView& v) { v.setMouseMode(ModeZoomIn); }},
+        {.row = {.id = "view.zoomOut",
+                 .menuText = "Zoom &Out",
+                 .statusText = "Restore zoom",
+                 .toolTip = "Zoom out",
+                 .icon = true,
+                 .off = emptyModel,
+                 .places = {{View, 430}, {GeneralBar, 830}}},
+         .run = [](VelmoraView& v) { v.zoomOut(); }},
+        {.row = {.id = "view.previous",
+                 .menuText = "Pre&vious",
+                 .statusText = "Set previous view",
+                 .off = [](Doc) { return true; },
+                 .follows = "view.fit",
+                 .places = {{View, 450}}},
+         .run = [](VelmoraView& v) { v.doc_.ui().showMessage(message::notAvailable); }},
+        {.row = {.id = "view.surface",
+                 .menuText = "&Surface",
+                 .statusText = "Draw picture of solid body",
+                 .toolTip = "Surface",
+                 .icon = true,
+                 .off = emptyModel,
+                 .places = {{View, 510}, {GeneralBar, 850}}},
+         .run = [](VelmoraView& v) { v.doc_.toggleSurface(); },
+         .checked = [](const VelmoraView& v) { return v.doc_.surfaceMode; }},
+        {.row = {.id = "view.threeD",
+                 .menuText = "3D view",
+                 .statusText = "Set 3D view",
+                 .toolTip = "3D view",
+                 .icon = true,
+                 .off = emptyModel,
+                 .places = {{GeneralBar, 920}}},
+         .run =
+             [](VelmoraView& v) {
+                 v.SetEulerView(isoAngles);
+                 v.repaint();
+             }},
+        {.row = {.id = "view.frontView",
+                 .menuText = "Front view",
+                 .statusText = "Set front view",
+                 .toolTip = "Front view",
+                 .icon = true,
+                 .off = emptyModel,
+                 .places = {{GeneralBar, 930}}},
+         .run =
+             [](VelmoraView& v) {
+                 v.SetAxisView(90.0, yAxis);
+                 v.repaint();
+             }},
+        {.row = {.id = "view.upView",
+                 .menuText = "Up view",
+                 .statusText = "Set up view",
+                 .toolTip = "Up view",
+                 .icon = true,
+                 .off = emptyModel,
+                 .places = {{GeneralBar, 940}}},
+         .run =
+             [](VelmoraView& v) {
+                 v.SetAxisView(90.0, xAxis);
+                 v.repaint();
+             }},
+        {.row = {.id = "view.sideView",
+                 .menuText = "Side view",
+                 .statusText = "Set side view",
+                 .toolTip = "Side view",
+                 .icon = true,
+                 .off = emptyModel,
+                 .places = {{GeneralBar, 950}}},
+         .run =
+             [](VelmoraView& v) {
+                 v.SetAxisView(0.0, yAxis);
+                 v.repaint();
+             }},
+    };
+    return all;
+}
+
 bool VelmoraView::isViewCommandOff(std::string_view id) const {
-    if (id == "point.dragAndCorrect" && !viewAlongX && !viewAlongY && !viewAlongZ) {
-        return true;
-    }
-    return isCommandOff(doc_, id);
+    const ViewCommand* command = findViewCommand(id);
+    return command != nullptr && ((command->off != nullptr && command->off(*this)) ||
+                                  (command->row.off != nullptr && command->row.off(doc_)));
+}
+
+std::optional<bool> VelmoraView::checkedState(std::string_view id) const {
+    const ViewCommand* command = findViewCommand(id);
+    return command != nullptr && command->checked != nullptr ? std::optional(command->checked(*this)) : std::nullopt;
 }
 
 bool VelmoraView::runViewCommand(std::string_view id) {
-    const auto named = [id](const auto& command) { return id == command.id; };
-    if (const auto* axisView = std::find_if(std::begin(axisViews), std::end(axisViews), named);
-        axisView != std::end(axisViews)) {
-        SetAxisView(axisView->angle, axisView->axis);
-        if (axisView->repaints) {
-            repaint();
-        }
-    } else if (const auto* mode = std::find_if(std::begin(modeCommands), std::end(modeCommands), named);
-               mode != std::end(modeCommands)) {
-        setMouseMode(mode->mode);
-    } else if (id == "view.perspective" || id == "view.orthographic") {
-        setProjection(id == "view.perspective" ? 0 : 1);
-    } else if (id == "view.iso") {
-        SetEulerView(isoAngles);
-    } else if (id == "view.threeD") {
-        SetEulerView(isoAngles);
-        repaint();
-    } else if (id == "view.manual") {
-        showViewingDialog();
-    } else if (id == "view.zoomOut") {
-        zoomOut();
-    } else if (id == "view.surface") {
-        doc_.toggleSurface();
-    } else if (id == "point.dragAndCorrect") {
-        doc_.prepareDragCorrection();
-    } else if (id == "view.previous") {
-        doc_.ui().showMessage(message::notAvailable);
-    } else {
-        return false;
+    const ViewCommand* command = findViewCommand(id);
+    if (command != nullptr) {
+        command->run(*this);
     }
-    return true;
+    return command != nullptr;
 }
 
 void VelmoraView::setProjection(int mode) {

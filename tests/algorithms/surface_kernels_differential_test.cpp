@@ -106,7 +106,7 @@ TEST(SurfaceKernelsAgainstThePlainForm, MergeGivesTheSamePatch) {
         const Patch expected = lines ? reference::mergedByLines(list[1], others, options.matching, options.keepFirst)
                                      : reference::mergedBySections(list[1], others, options.matching);
         ASSERT_TRUE(canMerge(list, members, lines));
-        (lines ? appendLines : appendSections)(list, members, options);
+        (lines ? appendLines : appendSections)(list, members, options, nullptr);
         removeMerged(list, members);
         ASSERT_EQ(list.size(), 1U);
         ASSERT_TRUE(sameBits(list[0], expected)) << "round " << round;

@@ -4,7 +4,10 @@
 #include <set>
 #include <sstream>
 
+#include "FakeSurface.h"
+#include "RecordingUi.h"
 #include "SessionFixture.h"
+#include "print_values.h"
 
 namespace velmora {
 namespace {
@@ -30,6 +33,27 @@ protected:
 TEST_F(Print, EventsNameWhatWasPrinted) {
     must("print   window 1  2.5 \"3\"");
     EXPECT_EQ(event("print").at("what"), "window 1 2.5 3");
+}
+
+TEST(PrintOfALargeValue, FailsAsALineWhenTheMemoryDoesNotHoldIt) {
+    test::TemporaryFolder folder;
+    test::RecordingUi ui;
+    VelmoraDoc doc(ui, folder.path());
+    test::FakeSurface surface;
+    VelmoraView view(doc, surface);
+    doc.patches = {test::flatPatch(10, 10)};
+    const std::vector<std::string> words = {"patches"};
+    const double needed = printedBytes("patches", doc, view);
+    EXPECT_GT(needed, 300.0 * sizeof(double));
+    doc.freeMemory = [needed] { return static_cast<std::uint64_t>(2 * needed) - 2; };
+    auto printed = printedValue(words, doc, view);
+    ASSERT_TRUE(std::holds_alternative<ScriptFailure>(printed));
+    EXPECT_THAT(std::get<ScriptFailure>(printed).cause, HasSubstr("not enough free memory to print \"patches\""));
+    // What is small whatever the model is printed.
+    const std::vector<std::string> state = {"state"};
+    EXPECT_TRUE(std::holds_alternative<Json>(printedValue(state, doc, view)));
+    doc.freeMemory = [needed] { return static_cast<std::uint64_t>(2 * needed) + 2; };
+    EXPECT_TRUE(std::holds_alternative<Json>(printedValue(words, doc, view)));
 }
 
 TEST_F(Print, UnknownValuesAreErrors) {

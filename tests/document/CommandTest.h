@@ -22,7 +22,7 @@ public:
 
     void run(const std::string& id) {
         ASSERT_FALSE(isCommandOff(doc, id)) << id;
-        (doc.*findCommand(id)->run)();
+        doc.runCommand(findCommand(id)->run);
     }
 
     /// Sets `fields` in the dialog that the command shows, then OK.

@@ -137,7 +137,7 @@ leaveCurve        -         p         p:NM      P:NM      f         f:NM      F:
 leavePatch        -         p         p:KNM     P:KNM     f         f:KNM     F:KNM     Pd:KNM    PSc:KNMn  PS:KNMn
 showPoint         k         pk        pk:KNM    Pk:KNM    fk        fk:KNM    Fk:KNM    Pdk:KNM   PSck:KNMn PSk:KNMn
 dropPoint         -         p         p:KN      :KN       f         f:KN      F:KN      d:KN      Sc:KNn    S:KNn
-losePoint         -         p         pk        Pk        f         fk        Fk        Pdk       PSck:n    PSk:n
+losePoint         -         p         pk        Pk        f         fk        Fk        Pdk       PSck:Kn   PSk:Kn
 dropPatches       -         p         pk:NM     Pk:NM     f         fk:NM     Fk:NM     Pdk:NM    PSck:NMn  PSk:NMn
 forgetPatch       -         p         pk:NM     Pk:NM     f         fk:NM     Fk:NM     Pdk:NM    PSck:NMn  PSk:NMn
 forgetNumbers     -         p         pk        Pk        f         fk        Fk        Pdk       PSck      PSk
@@ -176,7 +176,7 @@ leaveCurve        a         a         A         Ar:R      -         -         - 
 leavePatch        -         :K        :K        :KR       s         s:Kn      S:Kn      l         l:Km      L:Km
 showPoint         ak        ak:K      Ak:K      Ark:KR    sk        sk:Kn     Sk:Kn     lk        lk:Km     Lk:Km
 dropPoint         a         a:K       A:K       Ar:KR     s         s:Kn      S:Kn      l         l:Km      L:Km
-losePoint         a         a         A:K       Ar:KR     s         s:n       S:n       l         l:m       L:m
+losePoint         a         a         A:K       Ar:KR     s         s:n       S:Kn      l         l:m       L:Km
 dropPatches       -         -         -         :R        s         s:n       S:n       l         l:m       L:m
 forgetPatch       a         a         A         Ar:R      s         s:n       S:n       l         l:m       L:m
 forgetNumbers     a         a         A         Ar:R      s         s         S         l         l         L

@@ -20,9 +20,8 @@ enum class Change { Nothing, Selection, Model };
 /// Who is told: the picture anew, the picture with a new box, or the mouse alone.
 enum class Told { Nobody, Mouse, Redraw, Bounds };
 enum class Undo { AsBefore, Patch, Point, Both, Used };
-/// What a command that was called off leaves. `Snapshot` was taken before it asked, to `SnapshotAndUndo` Undo can go
-/// back as well, and with `SnapshotUndoAndJoint` the piercing points stay in sight.
-enum class CalledOff { Untouched, Snapshot, SnapshotAndUndo, SnapshotUndoAndJoint };
+/// What a command that was called off leaves: all as it was, but for the piercing points, which stay in sight.
+enum class CalledOff { Untouched, JointShown };
 
 /// One command at work, and what must be seen of it afterwards.
 struct Effect {
@@ -278,11 +277,7 @@ const std::vector<Effect> effects = {
     {.id = "line.flip", .before = section(1, 2), .undo = Undo::Patch, .asks = true},
     {.id = "line.rotation", .before = section(1, 2), .fields = {{"angle", "90"}}, .undo = Undo::Patch, .asks = true},
     {.id = "line.symmetric", .before = section(1, 2), .undo = Undo::Patch, .title = "wing.skl", .asks = true},
-    {.id = "line.firstPoint",
-     .before = section(1, 2),
-     .undo = Undo::Patch,
-     .asks = true,
-     .calledOff = CalledOff::SnapshotAndUndo},
+    {.id = "line.firstPoint", .before = section(1, 2), .undo = Undo::Patch, .asks = true},
     {.id = "line.interpolate",
      .before = section(1, 4),
      .fields = {{"coefficient", "0.5"}},
@@ -318,19 +313,13 @@ const std::vector<Effect> effects = {
      .undo = Undo::Patch,
      .asks = true},
     {.id = "line.weeding", .before = section(1, 2), .undo = Undo::Patch},
-    {.id = "line.knife",
-     .before = section(1, 2),
-     .undo = Undo::Patch,
-     .title = "wing.skl",
-     .asks = true,
-     .calledOff = CalledOff::SnapshotAndUndo},
+    {.id = "line.knife", .before = section(1, 2), .undo = Undo::Patch, .title = "wing.skl", .asks = true},
     {.id = "line.copy", .before = showBuffer + section(1, 2), .change = Change::Selection},
     {.id = "line.paste", .before = section(1, 1) + copyLine + section(1, 2), .undo = Undo::Patch},
     {.id = "line.correct",
      .before = line(1, 2) + Steps{{.id = "point.free.line", .click = Place{1, 1, 4}}},
      .undo = Undo::Both,
-     .asks = true,
-     .calledOff = CalledOff::SnapshotAndUndo},
+     .asks = true},
     {.id = "line.cylinder",
      .before = section(1, 2),
      .told = Told::Bounds,
@@ -431,8 +420,7 @@ const std::vector<Effect> effects = {
      .before = section(1, 2) + point(1, 2, 4),
      .undo = Undo::Patch,
      .title = "wing.skl",
-     .asks = true,
-     .calledOff = CalledOff::SnapshotAndUndo},
+     .asks = true},
     {.id = "point.copyPart",
      .before = showBuffer + section(1, 2) + point(1, 2, 4),
      .change = Change::Selection,
@@ -441,8 +429,7 @@ const std::vector<Effect> effects = {
      .before = section(1, 2) + copyLine + point(1, 2, 4),
      .undo = Undo::Patch,
      .title = "wing.skl",
-     .asks = true,
-     .calledOff = CalledOff::SnapshotAndUndo},
+     .asks = true},
     {.id = "point.reverseSection", .before = section(1, 2) + point(1, 2, 4), .modified = true},
 
     // Transformations
@@ -457,10 +444,19 @@ const std::vector<Effect> effects = {
      .asks = true},
     {.id = "model.rotation", .fields = {{"angle", "90"}}, .told = Told::Bounds, .undo = Undo::Patch, .asks = true},
     {.id = "model.flip", .told = Told::Bounds, .undo = Undo::Patch, .asks = true},
+    {.id = "model.turnRound", .undo = Undo::Patch},
+    {.id = "model.turnRound", .when = "of zones", .holding = Holding::Triangles, .undo = Undo::Patch},
+    {.id = "model.turnRound", .when = "with a field", .holding = Holding::Field, .undo = Undo::Patch},
     {.id = "model.symmetric", .told = Told::Bounds, .undo = Undo::Patch, .asks = true},
     {.id = "model.convertation", .modified = true},
     {.id = "model.lastFirstSwitch", .modified = true, .asks = true},
-    {.id = "model.knife", .undo = Undo::Patch, .asks = true, .calledOff = CalledOff::Snapshot},
+    {.id = "model.knife", .undo = Undo::Patch, .asks = true},
+    {.id = "patch.reflection", .before = addPatch(1), .undo = Undo::Patch},
+    {.id = "patch.reflection",
+     .when = "Triangles",
+     .holding = Holding::Triangles,
+     .before = addPatch(1),
+     .undo = Undo::Patch},
     {.id = "model.reflectToApt", .before = addPatch(1), .undo = Undo::Patch},
     {.id = "model.reflectToWrl",
      .before = Steps{{.id = "file.appendWrl", .files = {"square.wrl"}}} + addPatch(1),
@@ -474,7 +470,7 @@ const std::vector<Effect> effects = {
      .undo = Undo::Patch,
      .status = idle,
      .asks = true,
-     .calledOff = CalledOff::SnapshotUndoAndJoint},
+     .calledOff = CalledOff::JointShown},
     {.id = "model.invisibleRemove",
      .holding = Holding::Triangles,
      .change = Change::Nothing,
@@ -482,27 +478,30 @@ const std::vector<Effect> effects = {
      .undo = Undo::Patch},
     {.id = "model.coonsRebuild", .undo = Undo::Patch},
     {.id = "model.smooth", .undo = Undo::Patch, .asks = true},
+    {.id = "model.compare",
+     .before = addPatch(1),
+     .fields = {{"target", "2"}},
+     .change = Change::Nothing,
+     .told = Told::Nobody,
+     .asks = true},
     {.id = "convert.toUnstructured", .undo = Undo::Patch, .title = "wing.dat", .status = idle},
     {.id = "convert.toApt",
      .holding = Holding::Lines,
      .undo = Undo::Patch,
      .title = "wing.apt",
      .status = idle,
-     .asks = true,
-     .calledOff = CalledOff::Snapshot},
+     .asks = true},
     {.id = "convert.toSkl",
      .holding = Holding::Triangles,
      .undo = Undo::Patch,
      .title = "wing.skl",
      .status = idle,
-     .asks = true,
-     .calledOff = CalledOff::Snapshot},
+     .asks = true},
     {.id = "convert.knife",
      .holding = Holding::Triangles,
      .fields = {{"section", "2"}},
      .undo = Undo::Patch,
-     .asks = true,
-     .calledOff = CalledOff::Snapshot},
+     .asks = true},
 
     // View
     {.id = "view.fit", .change = Change::Nothing, .told = Told::Bounds},
@@ -771,25 +770,65 @@ TEST_P(CommandEffect, CalledOffLeavesAllAsItWas) {
     callOff(effect.id);
     EXPECT_TRUE(hasAsked());
     EXPECT_EQ(Picture::ofModel(doc), model);
-    EXPECT_EQ(Picture::ofAll(doc) != picture, effect.calledOff == CalledOff::SnapshotUndoAndJoint);
+    EXPECT_EQ(Picture::ofAll(doc) != picture, effect.calledOff == CalledOff::JointShown);
     EXPECT_EQ(watcher.drawn, Picture::ofAll(doc));
     expectTitle(title);
-    switch (effect.calledOff) {
-    case CalledOff::Untouched:
-        EXPECT_EQ(undoState(), undo);
-        break;
-    case CalledOff::Snapshot:
-    case CalledOff::SnapshotAndUndo:
-    case CalledOff::SnapshotUndoAndJoint:
-        EXPECT_TRUE(doc.documentModified);
-        EXPECT_EQ(doc.patchUndoReady, effect.calledOff != CalledOff::Snapshot);
-        EXPECT_EQ(doc.structureKind == StructureKind::Unstructured ? Picture::ofZones(doc.undoRegion)
-                                                                   : Picture::ofPatches(doc.undoPatches),
-                  doc.structureKind == StructureKind::Unstructured ? Picture::ofZones(doc.feRegion)
-                                                                   : Picture::ofPatches(doc.patches));
-    }
+    EXPECT_EQ(undoState(), undo);
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, CommandEffect, testing::ValuesIn(effects), nameOf);
+
+// ---- Turn round -----------------------------------------------------------------------------------------------------
+
+TEST_F(CommandRig, TurnRoundReversesTheSectionsOfTheZBlockWithTheirFieldAndCapture) {
+    hold({flatPatch(2, 3), flatPatch(2, 3, 5)});
+    doc.fieldMode = true;
+    doc.fieldPatches = {flatPatch(2, 3, 7), flatPatch(2, 3, 8)};
+    const PatchList before = doc.patches;
+    const PatchList field = doc.fieldPatches;
+    runAll(addPatch(2) + Steps{{.id = "model.turnRound"}});
+    EXPECT_EQ(doc.patches[0], before[0]);
+    EXPECT_EQ(doc.fieldPatches[0], field[0]);
+    for (std::size_t n = 0; n < 2; ++n) {
+        for (std::size_t m = 0; m < 3; ++m) {
+            EXPECT_EQ(doc.patches[1][n][m], before[1][n][2 - m]);
+            EXPECT_EQ(doc.fieldPatches[1][n][m], field[1][n][2 - m]);
+        }
+    }
+    run({.id = "patch.undo"});
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_EQ(doc.fieldPatches, field);
+}
+
+TEST_F(CommandRig, TurnRoundKeepsWhatIsCaptured) {
+    hold({flatPatch(2, 3), flatPatch(2, 3, 5)});
+    runAll(line(2, 1) + point(2, 2, 1));
+    const zVec<double> place = doc.capture->capturedPointPos;
+    run({.id = "model.turnRound"});
+    EXPECT_EQ(doc.capture->capturedLine, 2);
+    EXPECT_EQ(doc.capture->capturedPoint, 2);
+    EXPECT_EQ(doc.capture->capturedPointSection, 1);
+    EXPECT_EQ(doc.capture->capturedPointPos, place);
+}
+
+TEST_F(CommandRig, TurnRoundLeavesTheCaptureInAPatchThatStays) {
+    hold({flatPatch(2, 3), flatPatch(2, 3, 5)});
+    runAll(addPatch(1) + point(2, 2, 1));
+    run({.id = "model.turnRound"});
+    EXPECT_EQ(doc.capture->capturedPoint, 0);
+}
+
+TEST_F(CommandRig, TurnRoundExchangesTwoCornersOfEachTriangle) {
+    holdTriangles();
+    const std::vector<std::int32_t> before = doc.feRegion.blocks[0]->connectivity;
+    run({.id = "model.turnRound"});
+    const std::vector<std::int32_t>& after = doc.feRegion.blocks[0]->connectivity;
+    ASSERT_EQ(after.size(), before.size());
+    for (std::size_t i = 0; i + 3 < before.size(); i += 4) {
+        EXPECT_EQ(after[i], before[i]);
+        EXPECT_EQ(after[i + 1], before[i + 2]);
+        EXPECT_EQ(after[i + 2], before[i + 1]);
+    }
+}
 
 } // namespace velmora::test

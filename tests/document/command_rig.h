@@ -289,7 +289,7 @@ private:
         const Command* command = findCommand(id);
         ASSERT_NE(command, nullptr) << id;
         ASSERT_NE(command->run, nullptr) << id;
-        (doc.*command->run)();
+        doc.runCommand(command->run);
     }
 };
 

@@ -80,7 +80,7 @@ protected:
             }
             setField(form, "duplicateCount", "2");
         };
-        (doc.*command.run)();
+        doc.runCommand(command.run);
     }
 
     void expectSoundness(int step) {

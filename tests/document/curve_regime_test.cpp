@@ -363,4 +363,18 @@ TEST_F(InputLine, LeavesASectionOrALine) {
     EXPECT_EQ(viewCalls().front(), "reset"); // the line regime was left and entered again
 }
 
+TEST(Regimes, EndEachByItsOwnExit) {
+    RecordingUi ui;
+    VelmoraDoc doc(ui, {});
+    arranged(doc).pointCaptured = arranged(doc).sectionCaptured = arranged(doc).patchCaptured = true;
+    doc.ExitPoint();
+    EXPECT_FALSE(doc.capture->pointRegimeActive());
+    EXPECT_TRUE(doc.capture->sectionCaptured && doc.capture->patchCaptured);
+    doc.ExitLines();
+    EXPECT_FALSE(doc.capture->curveRegimeActive());
+    EXPECT_TRUE(doc.capture->patchCaptured);
+    doc.ExitPatches();
+    EXPECT_FALSE(doc.capture->patchRegimeActive());
+}
+
 } // namespace velmora::test

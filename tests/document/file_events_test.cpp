@@ -90,7 +90,7 @@ struct Before {
 std::string longApt() {
     std::string text = "2 100502\n";
     for (int i = 0; i < 2 * 100502; ++i) {
-        text += i == 0 ? "4 2 1\n" : "0 0 0\n";
+        text += std::to_string(i % 100502) + (i < 100502 ? " 0 0\n" : " 1 0\n");
     }
     return text;
 }
@@ -281,7 +281,7 @@ const Going goings[] = {
      .run =
          [](FileEvents& t) {
              t.run("convert.toUnstructured");
-             t.runWith("convert.toSkl", {{"number", "2"}});
+             t.runWith("convert.toSkl", {{"number", "2"}, {"border", "0.1"}});
          },
      .names = {"x.skl", "x.skl", "apt", "str", "skl"},
      .edited = false},
@@ -289,7 +289,7 @@ const Going goings[] = {
      .run =
          [](FileEvents& t) {
              t.run("convert.toUnstructured");
-             t.runWith("convert.toSkl", {{"number", "2"}});
+             t.runWith("convert.toSkl", {{"number", "2"}, {"border", "0.1"}});
              t.runWith("convert.toApt", {{"pointCount", "5"}});
          },
      .names = {"x.apt", "x.apt", "apt", "str", "apt"},

@@ -6,6 +6,7 @@ namespace velmora::test {
 namespace {
 
 using testing::DoubleNear;
+using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pointwise;
@@ -115,6 +116,18 @@ TEST_F(SplitPatch, WithAFieldCutsItInTheSamePlace) {
         EXPECT_EQ(countsOf(doc.fieldPatches[k]), countsOf(doc.patches[k]));
     }
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.dat");
+}
+
+TEST_F(SplitPatch, UndoneBringsTheFieldBackToo) {
+    hold({flatPatch(5, 4), flatPatch(2, 2)});
+    doc.fieldMode = true;
+    const PatchList field = {flatPatch(5, 4, 7), flatPatch(2, 2, 7)};
+    doc.fieldPatches = field;
+    captureSection(0, 2);
+    doc.SplitPatch();
+    doc.UndoPatch();
+    EXPECT_EQ(doc.fieldPatches, field);
+    EXPECT_TRUE(doc.fieldMode);
 }
 
 TEST_F(SplitPatch, WithoutAFieldLeavesTheFieldListAlone) {
@@ -249,7 +262,7 @@ TEST_F(MergePatches, WithoutABasePatchChangesNothing) {
     EXPECT_FALSE(doc.patchUndoReady);
 }
 
-TEST_F(MergePatches, BySectionsMergesTheFieldInTheSameWayWithoutMatching) {
+TEST_F(MergePatches, BySectionsMatchingTakesTheFieldValuesAlong) {
     hold({flatPatch(2, 5), movedBy(flatPatch(3, 5), 0, 1)});
     doc.patches[0][1][1].x = 0.5;
     doc.fieldMode = true;
@@ -257,10 +270,13 @@ TEST_F(MergePatches, BySectionsMergesTheFieldInTheSameWayWithoutMatching) {
     merge({{"matching", "1"}}, {0, 1});
     ASSERT_EQ(doc.fieldPatches.size(), 1U);
     EXPECT_EQ(countsOf(doc.fieldPatches[0]), countsOf(doc.patches[0]));
-    EXPECT_EQ(doc.fieldPatches[0][3], flatPatch(3, 5, 8)[2]);
+    // The points of a straight section move to 0, 1/8, 4/8, 6/8 and 1 of its length, and the values with them.
+    EXPECT_THAT(coordinates(doc.fieldPatches[0][3]),
+                Pointwise(DoubleNear(1e-12), std::vector<double>{0, 0.5, 2, 3, 4}));
+    EXPECT_THAT(coordinates(doc.fieldPatches[0][3], &zVec<double>::z), Each(8));
 }
 
-TEST_F(MergePatches, ByLinesDropsTheFieldsFirstLineOnlyWhenTicked) {
+TEST_F(MergePatches, ByLinesDropsTheFieldsFirstLineAsTheGridDoes) {
     for (const bool ticked : {false, true}) {
         doc.blockCount = 0;
         doc.fieldMode = false;
@@ -269,7 +285,7 @@ TEST_F(MergePatches, ByLinesDropsTheFieldsFirstLineOnlyWhenTicked) {
         doc.fieldPatches = {flatPatch(3, 4, 7), flatPatch(3, 3, 8)};
         merge({{"kind", "2"}, {"deleteDouble", ticked ? "1" : "0"}}, {0, 1});
         EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>(3, 6)));
-        EXPECT_EQ(countsOf(doc.fieldPatches[0]), (std::vector<std::int32_t>(3, ticked ? 6 : 7)));
+        EXPECT_EQ(countsOf(doc.fieldPatches[0]), (std::vector<std::int32_t>(3, 6)));
     }
 }
 

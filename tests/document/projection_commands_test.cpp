@@ -282,14 +282,23 @@ TEST_F(Reflection, ToWrlWithoutAZBlockMovesAllPatches) {
     EXPECT_EQ(doc.patches, (PatchList{flatPatch(2, 2, 2), flatPatch(2, 2, 2)}));
 }
 
-TEST_F(Reflection, ToWrlOfAModelOfZonesMovesNothing) {
-    hold({flatPatch(2, 2)});
+TEST_F(Reflection, ToWrlOfAModelOfZonesGoesOntoTheOtherZonesAndLeavesTheReference) {
+    hold({flatPatch(2, 2), flatPatch(2, 2, 3)});
     appendWrl(file("square.wrl", squareWrl));
     doc.ConvertToUnstructured();
+    ASSERT_EQ(doc.feRegion.blocks.size(), 2U);
     addToBlock(0);
     doc.ReflectToWrl();
-    EXPECT_EQ(doc.secondKind, SecondKind::None);
-    EXPECT_EQ(doc.feRegion.blocks.size(), 1U);
+    EXPECT_EQ(doc.secondKind, SecondKind::Wrl);
+    EXPECT_EQ(doc.referenceRegion.blocks.size(), 1U);
+    EXPECT_EQ(block(), std::vector<std::int32_t>{0});
+    // Two triangles make the square: the two nodes that they share move up, onto the other zone and not the reference.
+    std::vector<double> heights;
+    zVec<double> at;
+    for (int node = 0; doc.feRegion.getNode(0, node, at.x, at.y, at.z) == 0; ++node) {
+        heights.push_back(at.z);
+    }
+    EXPECT_THAT(heights, testing::UnorderedElementsAre(0, 0, 3, 3));
 }
 
 TEST_F(Reflection, ToDatMovesNothing) {
@@ -373,7 +382,7 @@ TEST_F(Intersection, CancelledLeavesThePatches) {
     EXPECT_THAT(heard(), ElementsAre("dialog: CIntersection -> cancel"));
     EXPECT_THAT(block(), ElementsAre(0));
     EXPECT_EQ(doc.interLine.size(), 2U);
-    EXPECT_TRUE(doc.patchUndoReady);
+    EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
     EXPECT_EQ(ui.busyDepth, 0);
 }
 

@@ -332,7 +332,7 @@ TEST_F(FirstPoint, OfAnOpenSectionNeedsMakeLoop) {
     };
     run(&VelmoraDoc::FirstPoint, {});
     EXPECT_EQ(doc.patches, before);
-    EXPECT_TRUE(doc.patchUndoReady); // the snapshot was taken before
+    EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
     run(&VelmoraDoc::FirstPoint, {{"makeLoop", "1"}, {"sortKind", "1"}});
     // Point 4 takes the place of point 0, then 2 3 4 1 2.
     EXPECT_EQ(numbers(1), (std::vector<double>{2, 3, 0, 1, 2}));
@@ -350,7 +350,7 @@ TEST_F(FirstPoint, OfAClosedSectionHasMakeLoopOff) {
     captureSection(0, 1);
     ui.onDialog = [](DialogForm& form) { EXPECT_FALSE(form.find("makeLoop")->on); };
     doc.FirstPoint();
-    EXPECT_TRUE(doc.patchUndoReady);
+    EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
 }
 
 TEST_F(FirstPoint, WorksOnALineWithThePointsNumberAlongIt) {
@@ -398,13 +398,13 @@ TEST_F(Halving, MakesLinesOfAGridAndIsUndone) {
     EXPECT_EQ(doc.patches, before);
 }
 
-TEST_F(Halving, CancelledKeepsTheSnapshot) {
+TEST_F(Halving, CancelledTakesNoSnapshot) {
     hold({flatPatch(3, 7)});
     const PatchList before = doc.patches;
     captureSection(0, 1);
     doc.HalveSection();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_TRUE(doc.patchUndoReady);
+    EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
 }
 
 // ---- Prescribe ------------------------------------------------------------------------------------------------------

@@ -120,24 +120,53 @@ TEST_F(ToSkl, UndoBringsTheSurfaceBack) {
     EXPECT_TRUE(doc.patches.empty());
 }
 
-TEST_F(ToSkl, CancelTakesTheSnapshotOnly) {
-    doc.patchUndoReady = true; // by a command before, whose snapshot goes
+TEST_F(ToSkl, CancelLeavesTheSnapshotOfTheCommandBefore) {
+    doc.patchUndoReady = true;
+    doc.undoPatches = {flatPatch(2, 2)};
     doc.ConvertToSkl();
     EXPECT_THAT(heard(), ElementsAre("dialog: CConvert_to_SKL -> cancel"));
     EXPECT_EQ(doc.structureKind, StructureKind::Unstructured);
-    EXPECT_THAT(doc.undoRegion.blocks, SizeIs(1));
-    EXPECT_FALSE(doc.patchUndoReady);
+    EXPECT_EQ(doc.undoPatches, PatchList{flatPatch(2, 2)});
+    EXPECT_TRUE(doc.patchUndoReady);
+    EXPECT_FALSE(doc.documentModified);
 }
 
-TEST_F(ToSkl, NoPlaneInTheBodyLeavesOneEmptyPatch) {
-    for (const char* const number : {"0", "1"}) {
-        holdBox();
-        answer({{"number", number}});
+TEST_F(ToSkl, ConversionWithoutALineIsRefusedAndTheBodyStays) {
+    using Fields = std::vector<std::pair<std::string, std::string>>;
+    for (const Fields& fields : {Fields{{"number", "0"}}, Fields{{"number", "1"}},
+                                 Fields{{"number", "2"}, {"border", "100"}}}) { // 200 before and behind a box of 2
+        answer(fields);
         doc.ConvertToSkl();
-        EXPECT_THAT(doc.patches, ElementsAre(IsEmpty()));
-        EXPECT_EQ(doc.fileKind, FileKind::Skl);
-        EXPECT_THAT(heard(), Not(Contains(StartsWith("message"))));
+        EXPECT_THAT(heard(), ElementsAre("dialog: CConvert_to_SKL -> ok",
+                                         "message: The conversion gives no result. The model stays as it is."));
+        EXPECT_EQ(doc.structureKind, StructureKind::Unstructured);
+        EXPECT_EQ(elements(), 12);
+        EXPECT_TRUE(doc.patches.empty());
+        EXPECT_EQ(doc.modelFile.documentTitle, "wing.dat");
+        EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
     }
+}
+
+TEST_F(ToSkl, BodyBeyondTheRangeOfTheBorderCanBeConfirmed) {
+    doc.feRegion.blocks[0] = triangleZone("large", {{0, 0, 0}, {4e9, 0, 0}, {0, 4e9, 0}}, {0, 1, 2});
+    ui.onDialog = [](DialogForm& form) {
+        EXPECT_EQ(fieldText(*form.find("max")), "4e+09");
+        EXPECT_EQ(fieldText(*form.find("border")), "1e+07"); // a hundredth would be 4e7
+        EXPECT_FALSE(acceptDialog(form));
+    };
+    answer({{"number", "3"}, {"border", "0.5"}});
+    doc.ConvertToSkl();
+    ASSERT_THAT(doc.patches, SizeIs(1));
+    EXPECT_EQ(doc.patches[0].at(1).front().x, 2e9);
+}
+
+TEST_F(ToSkl, OneTriangleOfRisingCoordinatesHasItsOwnRange) {
+    doc.feRegion.blocks[0] = triangleZone("rising", {{1, 2, 3}, {2, 4, 6}, {3, 7, 9}}, {0, 1, 2});
+    ui.onDialog = [](DialogForm& form) {
+        EXPECT_EQ(fieldText(*form.find("min")), "1");
+        EXPECT_EQ(fieldText(*form.find("max")), "3");
+    };
+    doc.ConvertToSkl();
 }
 
 TEST_F(ToSkl, LeavesRegimesAndEmptiesTheZBlock) {
@@ -287,13 +316,24 @@ TEST_F(ToApt, MakesAGridOfLines) {
     EXPECT_THAT(countsOf(doc.patches[0]), ElementsAre(3, 2));
 }
 
-TEST_F(ToApt, CancelTakesTheSnapshotOnly) {
+TEST_F(ToApt, CancelLeavesTheSnapshotOfTheCommandBefore) {
     holdLines();
-    doc.patchUndoReady = true; // by a command before, whose snapshot goes
+    doc.patchUndoReady = true;
+    doc.undoPatches = {flatPatch(2, 2), flatPatch(3, 3)};
     doc.ConvertToApt();
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
-    EXPECT_THAT(doc.undoPatches, SizeIs(1));
-    EXPECT_FALSE(doc.patchUndoReady);
+    EXPECT_THAT(doc.undoPatches, SizeIs(2));
+    EXPECT_TRUE(doc.patchUndoReady);
+    EXPECT_FALSE(doc.documentModified);
+}
+
+TEST_F(ToApt, WithoutASectionIsRefusedAndTheModelStays) {
+    holdLines();
+    doc.patches = {Patch(), Patch()};
+    doc.ConvertToApt();
+    EXPECT_THAT(heard(), ElementsAre("message: The conversion gives no result. The model stays as it is."));
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
+    EXPECT_FALSE(doc.documentModified);
 }
 
 TEST_F(ToApt, LeavesPointAndCurvesAndStaysInThePatchRegime) {
@@ -360,7 +400,8 @@ TEST_F(GridKnife, CancelLeavesSideAndModel) {
     EXPECT_TRUE(doc.partAfter);
     EXPECT_FALSE(doc.patchUndoReady);
     EXPECT_THAT(countsOf(doc.patches[0]), ElementsAre(5, 5));
-    EXPECT_THAT(doc.undoPatches, SizeIs(1));
+    EXPECT_TRUE(doc.undoPatches.empty());
+    EXPECT_FALSE(doc.documentModified);
 }
 
 TEST_F(GridKnife, CapturedPointPastTheEndBecomesTheLast) {
@@ -400,12 +441,14 @@ TEST_F(ZoneKnife, UndoBringsTheWholeBack) {
     EXPECT_EQ(doc.feRegion.blocks[0]->title, "box");
 }
 
-TEST_F(ZoneKnife, CancelTakesTheSnapshotOnly) {
-    doc.patchUndoReady = true; // by a command before, whose snapshot goes
+TEST_F(ZoneKnife, CancelLeavesTheSnapshotOfTheCommandBefore) {
+    doc.patchUndoReady = true;
+    doc.undoPatches = {flatPatch(2, 2)};
     doc.KnifeZones();
     EXPECT_EQ(elements(), 12);
-    EXPECT_THAT(doc.undoRegion.blocks, SizeIs(1));
-    EXPECT_FALSE(doc.patchUndoReady);
+    EXPECT_EQ(doc.undoPatches, PatchList{flatPatch(2, 2)});
+    EXPECT_TRUE(doc.patchUndoReady);
+    EXPECT_FALSE(doc.documentModified);
 }
 
 TEST_F(ZoneKnife, SectionOutOfTheBodyCutsNothing) {

@@ -92,11 +92,8 @@ public:
         double lo = 1e65;
         double hi = -1e65;
         for (const Point3& p : corners_) {
-            if (on(p, s_.axis) > hi) {
-                hi = on(p, s_.axis);
-            } else if (on(p, s_.axis) < lo) {
-                lo = on(p, s_.axis);
-            }
+            hi = std::max(hi, on(p, s_.axis));
+            lo = std::min(lo, on(p, s_.axis));
         }
         double border = s_.border;
         if (s_.manual) {

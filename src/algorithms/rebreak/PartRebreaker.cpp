@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "curve_tolerances.h"
+#include "carried_values.h"
 #include "vectors.h"
 
 namespace velmora {
@@ -86,7 +87,18 @@ void PartRebreaker::replaceStretch(PointList& section, std::int32_t last) {
     section = rebuilt_;
 }
 
-PartResult PartRebreaker::rebuild(PointList& section) {
+void PartRebreaker::carryStretch(const PointList& section, std::int32_t last, const std::vector<double>& fractions,
+                                 PointList& values) const {
+    values.resize(section.size());
+    const auto stretchOf = [this, last](const PointList& list) {
+        return PointList(list.begin() + (law_.firstPoint - 1), list.begin() + last);
+    };
+    const PointList carried = valuesAlong(stretchOf(section), stretchOf(values), fractions);
+    values.erase(values.begin() + (law_.firstPoint - 1), values.begin() + last);
+    values.insert(values.begin() + (law_.firstPoint - 1), carried.begin(), carried.end());
+}
+
+PartResult PartRebreaker::rebuild(PointList& section, PointList* values) {
     const std::int32_t points = countOf(section);
     const std::int32_t first = law_.firstPoint;
     const std::int32_t last = std::min(law_.lastPoint, points);
@@ -114,6 +126,9 @@ PartResult PartRebreaker::rebuild(PointList& section) {
         c = fittingCompression(nearStep, distance(at(next), at(near)), result.fitted);
     }
     respacer_.respace(!law_.linear, law_.newCount, c, law_.exactness);
+    if (values != nullptr) {
+        carryStretch(section, last, respacer_.fractions(!law_.linear, law_.newCount, c), *values);
+    }
     replaceStretch(section, last);
     result.rebuilt = true;
     return result;

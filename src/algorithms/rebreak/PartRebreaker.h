@@ -33,12 +33,15 @@ class PartRebreaker {
 public:
     explicit PartRebreaker(const PartLaw& law) : law_(law) {}
 
-    /// The stretch is cut to the section's own end. A search that fails leaves the compression that it reached.
-    PartResult rebuild(PointList& section);
+    /// The stretch is cut to the section's own end. A search that fails leaves the compression that it reached. The
+    /// points of the stretch take their `values`, if there are any, along.
+    PartResult rebuild(PointList& section, PointList* values = nullptr);
 
 private:
     double fittingCompression(double near, double next, bool& fitted);
     void replaceStretch(PointList& section, std::int32_t last);
+    void carryStretch(const PointList& section, std::int32_t last, const std::vector<double>& fractions,
+                      PointList& values) const;
 
     PartLaw law_;
     Respacer respacer_;

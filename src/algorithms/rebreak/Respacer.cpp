@@ -2,10 +2,18 @@
 
 #include <algorithm>
 
+#include "carried_values.h"
 #include "polyline.h"
 #include "rebreak_kernels.h"
 
 namespace velmora {
+
+namespace {
+
+/// Fewer points, or fewer outputs, are laid along the chords.
+constexpr std::int32_t fewestForSpline = 4;
+
+} // namespace
 
 void Respacer::Coordinates::clear() {
     x.clear();
@@ -49,6 +57,23 @@ bool Respacer::hasZeroChord() const {
         }
     }
     return false;
+}
+
+std::vector<double> Respacer::fractions(bool spline, std::int32_t m, double compression) const {
+    const bool few = count() < fewestForSpline || m < fewestForSpline;
+    return progressionFractions(m, spline && few ? 1.0 : compression);
+}
+
+std::vector<double> Respacer::fractionsByLaw(bool spline, std::int32_t m, const double* law) const {
+    const bool few = count() < fewestForSpline || m < fewestForSpline;
+    if ((spline && few) || m < 3) {
+        return progressionFractions(m, 1.0);
+    }
+    std::vector<double> parts(law, law + m);
+    for (double& part : parts) {
+        part /= law[m - 1];
+    }
+    return parts;
 }
 
 void Respacer::respace(bool spline, std::int32_t m, double compression, std::int32_t exactness) {

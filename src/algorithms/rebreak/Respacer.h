@@ -41,6 +41,10 @@ public:
     /// m outputs at the positions law[0] to law[m-1] in parts of law[m-1]. The spline divides the law in place.
     void respaceByLaw(bool spline, std::int32_t m, std::int32_t exactness, double* law);
 
+    /// The parts of the length at which these outputs stand. Few points are laid at equal steps, as respace does.
+    std::vector<double> fractions(bool spline, std::int32_t m, double compression) const;
+    std::vector<double> fractionsByLaw(bool spline, std::int32_t m, const double* law) const;
+
     zVec<double> output(std::int32_t i) const { return out_.at(static_cast<std::size_t>(i)); }
 
 private:

@@ -26,6 +26,16 @@ public:
         return line_ ? (*patch_)[k][index_] : (*patch_)[index_][k];
     }
 
+    /// Its points, copied.
+    PointList points() const {
+        PointList list;
+        const std::int32_t size = count();
+        list.reserve(static_cast<std::size_t>(size));
+        for (std::int32_t i = 0; i < size; ++i) {
+            list.push_back((*this)[i]);
+        }
+        return list;
+    }
     /// Running chord length, from 0 to the curve's length.
     std::vector<double> law() const {
         return runningLength(static_cast<std::size_t>(count()),

@@ -18,7 +18,8 @@ struct LineBend {
 /// Bends a line of a grid so that it passes through point `bend.point` of section `section`; at the borders it comes
 /// back to its old place. Every section gets `before` + `after` - 1 points at equal steps on both sides of the line,
 /// whose number becomes `before` - 1. Nothing happens, and false comes back, with numbers outside the patch, on a patch
-/// of fewer than two sections or one that is no grid, and with a point on the line.
-bool correctLine(Patch& patch, std::int32_t section, const LineBend& bend);
+/// of fewer than two sections or one that is no grid, and with a point on the line. `values`, if there are any, have
+/// the shape of the patch and go along with its points.
+bool correctLine(Patch& patch, std::int32_t section, const LineBend& bend, Patch* values = nullptr);
 
 } // namespace velmora

@@ -90,7 +90,7 @@ std::optional<int> nearestBorders(const Patch& a, const Patch& b, double& gap) {
     return nearest;
 }
 
-bool matchBorder(const Patch& a, Patch& b, bool grid) {
+bool matchBorder(const Patch& a, Patch& b, bool grid, Patch* values) {
     double gap = 0;
     const std::optional<int> nearest = nearestBorders(a, b, gap);
     if (!nearest || gap > borderReach) {
@@ -101,9 +101,9 @@ bool matchBorder(const Patch& a, Patch& b, bool grid) {
     if (grid) {
         const std::int32_t j = borderIndex(b, pairing.b);
         if (pairing.b.line) {
-            regridLikeLine(b, j);
+            regridLikeLine(b, j, values);
         } else {
-            regridLikeSection(b, j);
+            regridLikeSection(b, j, values);
         }
     }
     return true;

@@ -38,8 +38,9 @@ std::optional<int> nearestBorders(const Patch& a, const Patch& b, double& gap);
 
 /// Closes the gap between the borders of two patches that lie nearest to each other: B's border takes A's points. With
 /// `grid` the rest of B then takes the border's spacing. False when the nearest borders are more than `borderReach`
-/// apart; nothing happens then. `a` and `b` may be the same patch.
-bool matchBorder(const Patch& a, Patch& b, bool grid);
+/// apart; nothing happens then. `a` and `b` may be the same patch. `values`, if there are any, have the shape of B and
+/// go along with its points.
+bool matchBorder(const Patch& a, Patch& b, bool grid, Patch* values = nullptr);
 
 /// The largest mean gap that is closed, in model units.
 inline constexpr double borderReach = 0.1;

@@ -21,6 +21,10 @@ std::vector<double> lawOfLastCurve(const Patch& base, bool line) {
     return ConstPatchCurve(base, line, curves - 1).law();
 }
 
+Patch* valuesOf(PatchList* values, std::int32_t k) {
+    return values != nullptr ? &patchOf(*values, k) : nullptr;
+}
+
 } // namespace
 
 MergeMembers mergeMembers(const PatchList& list, std::span<const std::int32_t> block) {
@@ -49,7 +53,7 @@ bool canMerge(const PatchList& list, const MergeMembers& members, bool lines) {
                        [&](std::int32_t k) { return count(k) == count(members.base); });
 }
 
-void appendSections(PatchList& list, const MergeMembers& members, const MergeOptions& options) {
+void appendSections(PatchList& list, const MergeMembers& members, const MergeOptions& options, PatchList* values) {
     Patch& base = patchOf(list, members.base);
     LawRegridder regridder(lawOfLastCurve(base, false));
     for (const std::int32_t k : members.others) {
@@ -58,14 +62,14 @@ void appendSections(PatchList& list, const MergeMembers& members, const MergeOpt
             countOf(added); // the base may be one of the others: its size is taken before it grows
         for (std::int32_t s = options.keepFirst ? 0 : 1; s < count; ++s) {
             if (options.matching) {
-                regridder.regrid({added, false, s});
+                regridCurve(regridder, added, valuesOf(values, k), false, s);
             }
             base.push_back(PointList(added[static_cast<std::size_t>(s)]));
         }
     }
 }
 
-void appendLines(PatchList& list, const MergeMembers& members, const MergeOptions& options) {
+void appendLines(PatchList& list, const MergeMembers& members, const MergeOptions& options, PatchList* values) {
     Patch& base = patchOf(list, members.base);
     LawRegridder regridder(lawOfLastCurve(base, true));
     for (const std::int32_t k : members.others) {
@@ -73,7 +77,7 @@ void appendLines(PatchList& list, const MergeMembers& members, const MergeOption
         const std::int32_t first = options.keepFirst ? 0 : 1;
         const std::int32_t lines = lineCount(added);
         for (std::int32_t j = first; options.matching && isGrid(added) && j < lines; ++j) {
-            regridder.regrid({added, true, j});
+            regridCurve(regridder, added, valuesOf(values, k), true, j);
         }
         for (std::size_t i = 0; i < std::min(base.size(), added.size()); ++i) {
             const PointList points = added[i];

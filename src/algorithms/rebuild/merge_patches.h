@@ -28,10 +28,13 @@ struct MergeOptions {
     bool keepFirst = false; ///< the first curve of an added patch is appended too
 };
 
-/// Appends the members' sections to the base patch, each patch's first one left out.
-void appendSections(PatchList& list, const MergeMembers& members, const MergeOptions& options);
+/// Appends the members' sections to the base patch, each patch's first one left out. `values`, if there are any, have
+/// the shape of the list; with matching they go along with the points of the appended curves, and stay where they are.
+void appendSections(PatchList& list, const MergeMembers& members, const MergeOptions& options,
+                    PatchList* values = nullptr);
 /// Appends the members' lines to the base patch, section by section, each patch's first one left out.
-void appendLines(PatchList& list, const MergeMembers& members, const MergeOptions& options);
+void appendLines(PatchList& list, const MergeMembers& members, const MergeOptions& options,
+                 PatchList* values = nullptr);
 
 /// Removes the patches that the base took in; the base's own number falls with them.
 void removeMerged(PatchList& list, const MergeMembers& members);

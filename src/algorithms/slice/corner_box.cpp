@@ -1,5 +1,7 @@
 #include "corner_box.h"
 
+#include <algorithm>
+
 namespace velmora {
 
 std::array<const double*, 3> zoneAxes(const zBlock_fe& zone) {
@@ -19,11 +21,8 @@ void widen(const zBlock_fe& zone, const double* values, double& lower, double& u
     for (std::int32_t element = 0; element < zone.elementCount; ++element, corners += 4) {
         for (int corner = 0; corner < 3; ++corner) {
             const double value = values[corners[corner]];
-            if (value > high) {
-                high = value;
-            } else if (value < low) {
-                low = value;
-            }
+            high = std::max(high, value);
+            low = std::min(low, value);
         }
     }
     lower = low;

@@ -13,8 +13,7 @@ struct CornerBox {
     zVec<double> upper{-1e65, -1e65, -1e65};
 };
 
-/// The box of the corners of all triangles, in order. A coordinate that raises the maximum is not compared with the
-/// minimum: so the very first value does not lower the minimum. Zones without coordinates have no corners.
+/// The box of the corners of all triangles; inside out without any. Zones without coordinates have no corners.
 CornerBox cornerBox(const zRegion_fe& region);
 
 /// The coordinates of a zone by axis; none for a zone of fewer than three fields or without one of x, y, z.

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
+#include "carried_values.h"
 #include "polyline.h"
 #include "rebreak_kernels.h"
+#include "same_point.h"
 #include "vectors.h"
 
 namespace velmora {
@@ -54,26 +57,35 @@ PointList resampled(const PointList& section, std::int32_t points, bool spline) 
 
 } // namespace
 
-PatchList linesToGrid(const PatchList& lines, std::int32_t points, bool spline) {
+PatchList linesToGrid(const PatchList& lines, std::int32_t points, bool spline, PatchList* values) {
     PatchList grid;
     grid.reserve(lines.size());
-    for (const Patch& patch : lines) {
+    const std::vector<double> equalSteps = progressionFractions(points, 1.0);
+    for (std::size_t k = 0; k < lines.size(); ++k) {
+        const Patch& patch = lines[k];
         Patch& sections = grid.emplace_back();
         sections.reserve(patch.size());
         for (const PointList& section : patch) {
+            if (values != nullptr) {
+                PointList& own = (*values)[k][sections.size()];
+                own = valuesAlong(section, own, equalSteps);
+            }
             sections.push_back(resampled(section, points, spline));
         }
         for (std::size_t j = 0; j + 1 < sections.size(); ++j) {
-            alignWithPrevious(sections[j], sections[j + 1]);
+            if (alignWithPrevious(sections[j], sections[j + 1]) && values != nullptr) {
+                PointList& own = (*values)[k][j + 1];
+                std::reverse(own.begin(), own.end());
+            }
         }
     }
     return grid;
 }
 
-void alignWithPrevious(const PointList& previous, PointList& next) {
+bool alignWithPrevious(const PointList& previous, PointList& next) {
     const std::size_t count = next.size();
     if (previous.size() != count) {
-        return;
+        return false;
     }
     double forward = 0.0;
     double backward = 0.0;
@@ -81,8 +93,105 @@ void alignWithPrevious(const PointList& previous, PointList& next) {
         forward += squaredDistance(previous[i], next[i]);
         backward += squaredDistance(previous[i], next[count - 1 - i]);
     }
-    if (backward < forward) {
-        std::reverse(next.begin(), next.end());
+    if (!(backward < forward)) {
+        return false;
+    }
+    std::reverse(next.begin(), next.end());
+    return true;
+}
+
+// ---- Alignment ------------------------------------------------------------------------------------------------------
+
+namespace {
+
+/// How a ring of points may be walked: from which point on, and which way.
+struct Walk {
+    std::size_t start = 0;
+    bool backward = false;
+
+    /// Where the walk through `count` points is after `step` steps.
+    std::size_t at(std::size_t step, std::size_t count) const {
+        return (backward ? start + count - step : start + step) % count;
+    }
+};
+
+/// The sum of the distances from the first `count` points of `previous` to those of the walk through `ring`.
+double sumOfDistances(const PointList& previous, const PointList& ring, std::size_t count, const Walk& walk) {
+    double sum = 0.0;
+    for (std::size_t i = 0; i < count; ++i) {
+        sum += distance(previous[i], ring[walk.at(i, count)]);
+    }
+    return sum;
+}
+
+double lengthOfRing(const PointList& ring, std::size_t count) {
+    double length = 0.0;
+    for (std::size_t i = 0; i < count; ++i) {
+        length += distance(ring[i], ring[(i + 1) % count]);
+    }
+    return length;
+}
+
+/// How many starts behind one of that sum cannot have a sum below `least`. From each to the next every point of the
+/// walk moves by one step along the ring, so that the sum changes by the ring's length at most.
+std::size_t startsWithoutHope(double sum, double least, double ringLength, std::size_t count) {
+    constexpr double rounding = 1e-9; // of a sum, with room to spare
+    const double starts = (sum - least - rounding * sum) / ringLength;
+    return starts >= 1.0 ? static_cast<std::size_t>(std::min(starts, static_cast<double>(count))) : 0;
+}
+
+Walk closestWalk(const PointList& previous, const PointList& ring, std::size_t count) {
+    const double ringLength = lengthOfRing(ring, count);
+    Walk best;
+    double least = sumOfDistances(previous, ring, count, best);
+    for (const bool backward : {false, true}) {
+        for (std::size_t start = 0; start < count;) {
+            const Walk walk{start, backward};
+            const double sum = sumOfDistances(previous, ring, count, walk);
+            if (sum < least) {
+                best = walk;
+                least = sum;
+            }
+            start += 1 + startsWithoutHope(sum, least, ringLength, count);
+        }
+    }
+    return best;
+}
+
+void alignClosed(const PointList& previous, PointList& section) {
+    const std::size_t count = section.size() - 1;
+    const Walk walk = closestWalk(previous, section, count);
+    if (walk.start == 0 && !walk.backward) {
+        return;
+    }
+    PointList walked;
+    walked.reserve(section.size());
+    for (std::size_t i = 0; i <= count; ++i) {
+        walked.push_back(section[walk.at(i, count)]);
+    }
+    section = std::move(walked);
+}
+
+void alignOpen(const PointList& previous, PointList& section) {
+    const std::size_t count = section.size();
+    const Walk turned{count - 1, true};
+    if (sumOfDistances(previous, section, count, turned) < sumOfDistances(previous, section, count, {})) {
+        std::reverse(section.begin(), section.end());
+    }
+}
+
+} // namespace
+
+void alignSections(Patch& patch) {
+    constexpr std::size_t fewestOfRing = 4;
+    for (std::size_t j = 1; j < patch.size(); ++j) {
+        const PointList& previous = patch[j - 1];
+        PointList& section = patch[j];
+        if (section.size() != previous.size() || section.size() < 2) {
+            continue;
+        }
+        const bool closed = section.size() >= fewestOfRing && samePoint(section.front(), section.back());
+        (closed ? alignClosed : alignOpen)(previous, section);
     }
 }
 

@@ -1,5 +1,10 @@
 #include "slice_surface.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <utility>
+
 #include "PlaneCutter.h"
 #include "SegmentChainer.h"
 #include "corner_box.h"
@@ -44,6 +49,24 @@ Patch sectionsOf(const std::vector<SliceLine>& lines) {
 }
 
 } // namespace
+
+double cutsOfPlane(const zRegion_fe& region, int axis, double lower, double upper) {
+    double cuts = 0.0;
+    for (const auto& zone : region.blocks) {
+        const double* const values = zoneAxes(*zone)[static_cast<std::size_t>(axis)];
+        for (std::int32_t element = 0; values != nullptr && element < zone->elementCount; ++element) {
+            const std::int32_t* const corners = &zone->connectivity[4 * static_cast<std::size_t>(element)];
+            const auto [low, high] = std::minmax({values[corners[0]], values[corners[1]], values[corners[2]]});
+            const double shared = std::min(high, upper) - std::max(low, lower);
+            if (shared > 0.0) {
+                cuts += shared / (upper - lower);
+            } else if (lower == upper && low <= lower && lower <= high) {
+                cuts += 1.0; // all planes stand at one place
+            }
+        }
+    }
+    return cuts;
+}
 
 SliceResult sliceSurface(const zRegion_fe& region, const SlicePlan& plan, const ReportProgress& progress) {
     const std::vector<double> planes = planeValues(region, plan);

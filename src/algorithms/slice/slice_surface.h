@@ -25,6 +25,10 @@ struct SliceResult {
     std::int32_t linesLeft = 0; ///< chained lines that came into no section
 };
 
+/// How many triangles a plane across `axis` between `lower` and `upper` cuts on the average: what the section of a
+/// plane has of points. Beside the body 0.
+double cutsOfPlane(const zRegion_fe& region, int axis, double lower, double upper);
+
 /// Cuts the triangles of all zones by planes across an axis and chains the cuts of each plane to lines. Lines of one
 /// plane whose ends are not farther apart than the precision are joined, and each section is turned to start in the
 /// direction in which the one before it starts.

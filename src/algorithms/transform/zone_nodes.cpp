@@ -108,6 +108,13 @@ bool transformZones(zRegion_fe& region, const std::vector<std::int32_t>& zones, 
     return true;
 }
 
+void turnTriangles(zBlock_fe& zone) {
+    constexpr std::size_t entriesOfTriangle = 4;
+    for (std::size_t corner = 0; corner + 2 < zone.connectivity.size(); corner += entriesOfTriangle) {
+        std::swap(zone.connectivity[corner + 1], zone.connectivity[corner + 2]);
+    }
+}
+
 void mirrorZones(zRegion_fe& region, const std::vector<std::int32_t>& zones, const CoordinatePlane& plane) {
     for (const std::int32_t zone : zones) {
         const std::int32_t clone = cloneZoneMirror(region, zone) - 1;

@@ -29,6 +29,9 @@ std::vector<std::int32_t> zonesReached(const zRegion_fe& region, std::span<const
 /// Maps the nodes of the zones, zone by zone. False when the map ended the work; what was done before stays done.
 bool transformZones(zRegion_fe& region, const std::vector<std::int32_t>& zones, const PointMap& map);
 
+/// Exchanges the second and the third corner of each triangle: the zone shows its other side.
+void turnTriangles(zBlock_fe& zone);
+
 /// Puts the mirror image of each of the zones behind the last.
 void mirrorZones(zRegion_fe& region, const std::vector<std::int32_t>& zones, const CoordinatePlane& plane);
 

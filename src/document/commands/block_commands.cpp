@@ -38,13 +38,19 @@ void VelmoraDoc::InvertBlock() {
 
 /// Keeps the patches whose mark is `kept`, in the order of the model.
 void VelmoraDoc::keepPatches(const std::vector<bool>& mask, bool kept) {
-    PatchList rest;
-    for (std::size_t k = 0; k < patches.size(); ++k) {
-        if (mask[k] == kept) {
-            rest.push_back(std::move(patches[k]));
+    const auto keep = [&mask, kept](PatchList& list) {
+        PatchList rest;
+        for (std::size_t k = 0; k < list.size(); ++k) {
+            if (mask[k] == kept) {
+                rest.push_back(std::move(list[k]));
+            }
         }
+        list.swap(rest);
+    };
+    if (PatchList* const field = wholeField()) {
+        keep(*field);
     }
-    patches.swap(rest);
+    keep(patches);
 }
 
 /// The model lost its last part: nothing is left to select or to capture.
@@ -155,6 +161,14 @@ void VelmoraDoc::PasteBlock() {
     }
     emptyBlock();
     const std::int32_t before = countOf(patches);
+    if (PatchList* const field = wholeField()) {
+        for (const Patch& patch : blockClipboard) {
+            Patch& values = field->emplace_back(); // of points that come from elsewhere nothing is known: 0
+            for (const PointList& section : patch) {
+                values.emplace_back(section.size());
+            }
+        }
+    }
     appendPatches(blockClipboard, patches, 0, countOf(blockClipboard));
     blockCount = std::min(countOf(blockClipboard), blockCapacity);
     for (std::int32_t i = 0; i < blockCount; ++i) {

@@ -2,9 +2,11 @@
 
 #include "VelmoraDoc.h"
 #include "capture_address.h"
+#include "carried_values.h"
 #include "file_types.h"
 #include "marker_files.h"
 #include "messages.h"
+#include "patch_curves.h"
 #include "path_names.h"
 #include "point_files.h"
 #include "write_files.h"
@@ -58,11 +60,31 @@ PointList VelmoraDoc::curveInHand() {
     return curveIsThere() ? capturedCurvePoints() : lineBuffer;
 }
 
+/// The captured line is about to get `points`: its field values go along.
+void VelmoraDoc::carryLineValues(const PointList& points) {
+    Patch* const field = fieldOfPatch(capture->capturedPatch);
+    const PointList before = capturedCurvePoints();
+    if (field == nullptr || before.size() != field->size() || points.size() != before.size()) {
+        return;
+    }
+    const PatchCurve line(*field, true, capture->capturedLine);
+    PointList values = line.points();
+    carryValues(before, points, values);
+    for (std::int32_t n = 0; n < line.count(); ++n) {
+        line[n] = values[static_cast<std::size_t>(n)];
+    }
+}
+
 /// Gives the captured curve other points: a section takes them as they are, a line one for each of its own.
 void VelmoraDoc::putCurvePoints(const PointList& points) {
     if (capture->sectionCaptured) {
-        *sectionAt(capture->capturedPatch, capture->capturedSection) = points;
+        PointList& section = *sectionAt(capture->capturedPatch, capture->capturedSection);
+        if (PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection)) {
+            carryValues(section, points, *field);
+        }
+        section = points;
     } else {
+        carryLineValues(points);
         auto position = points.begin();
         for (std::int32_t n = 0; sectionAt(capture->capturedPatch, n) != nullptr && position != points.end(); ++n) {
             if (zVec<double>* point = pointAt(capture->capturedPatch, n, capture->capturedLine)) {
@@ -92,14 +114,13 @@ void VelmoraDoc::ClearBuffer() {
 }
 
 void VelmoraDoc::OpenBuffer() {
-    // Cancel leaves the buffer empty too, and the flag as it was.
-    lineBuffer.clear();
     PointFileResult file = readChosenPoints(*this, bufferRequest(ChooserMode::Open, "buffer.open"));
     if (file.opened) {
         modelFile.memory.noteBufferRead(file.record);
     }
-    lineBuffer = std::move(file.points);
-    if (!lineBuffer.empty()) {
+    // A chooser that is called off, and a file without points, leave the points that the user has.
+    if (!file.points.empty()) {
+        lineBuffer = std::move(file.points);
         lineBufferFull = true;
         showBuffer = true;
     }

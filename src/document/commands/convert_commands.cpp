@@ -16,16 +16,19 @@ void VelmoraDoc::finishConversion(StructureKind structure, FileKind kind, const 
 }
 
 void VelmoraDoc::ConvertToUnstructured() {
+    zRegion zones;
+    zRegion_fe surface;
+    patchesToRegion(patches, zones);
+    regionToSurface(zones, surface);
+    if (surface.blocks.empty()) {
+        ui_.showMessage(message::conversionWithoutResult);
+        return;
+    }
     beginPatchCommand(false);
     // What is captured is a part of a grid: there is none from here on.
     leaveRegimes();
-    if (!patches.empty()) {
-        zRegion zones;
-        feRegion.blocks.clear();
-        patchesToRegion(patches, zones);
-        regionToSurface(zones, feRegion);
-        patches.clear();
-    }
+    feRegion.blocks.swap(surface.blocks);
+    patches.clear();
     finishConversion(StructureKind::Unstructured, FileKind::None, "dat");
     ShowStatus(idlePrompt);
     redraw();
@@ -51,24 +54,32 @@ void VelmoraDoc::ConvertToSkl() {
     if (structureKind != StructureKind::Unstructured) {
         return;
     }
-    snapshotBeforeAsking();
     const CornerBox box = cornerBox(feRegion);
     toSklValues.boxMin = box.lower;
     toSklValues.boxMax = box.upper;
     toSklValues.precision = CConvert_to_SKL().precision;
+    toSklValues.freeBytes = memoryRoom(0.0).free;
+    toSklValues.pointsOfPlane = [this](const CConvert_to_SKL& values) {
+        const bool manual = values.borderApproach == 2;
+        return cutsOfPlane(feRegion, values.planeAxis - 1, manual ? values.yourMin : values.min,
+                           manual ? values.yourMax : values.max);
+    };
     if (!showDialog(toSklValues)) {
         return;
     }
-    // Only once the model is another one: a conversion that was cancelled or failed leaves nothing to undo.
-    patchUndoReady = true;
-    rebuildOnUndo = false;
-    // What is captured is a part of the surface: there is none from here on.
-    leaveRegimes();
     SliceResult slices;
     {
         const BusyScope busy(ui_);
         slices = sliceSurface(feRegion, planOf(toSklValues), progressTo(ui_));
     }
+    if (slices.sections.empty()) {
+        // One plane has no step and cuts nothing, as none does beside the body: the body is worth more than no line.
+        ui_.showMessage(message::conversionWithoutResult);
+        return;
+    }
+    beginPatchCommand(false);
+    // What is captured is a part of the surface: there is none from here on.
+    leaveRegimes();
     for (std::int32_t line = 0; line < slices.linesLeft; ++line) {
         ui_.showMessage(message::linesLeft);
     }
@@ -86,15 +97,22 @@ void VelmoraDoc::ConvertToApt() {
     if (structureKind != StructureKind::Structured) {
         return;
     }
-    snapshotBeforeAsking();
+    std::size_t sections = 0;
+    for (const Patch& patch : patches) {
+        sections += patch.size();
+    }
+    if (sections == 0) {
+        ui_.showMessage(message::conversionWithoutResult);
+        return;
+    }
+    toAptValues.room = memoryRoom(static_cast<double>(sections) * bytesOfPoint);
     if (!showDialog(toAptValues)) {
         return;
     }
-    patchUndoReady = true;
-    rebuildOnUndo = false;
+    beginPatchCommand(false);
     {
         const BusyScope busy(ui_);
-        patches = linesToGrid(patches, toAptValues.pointCount, toAptValues.approximation == 1);
+        patches = linesToGrid(patches, toAptValues.pointCount, toAptValues.approximation == 1, wholeField());
     }
     finishConversion(StructureKind::Structured, FileKind::Apt, "apt");
     leavePointAndCurves();

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <vector>
 
@@ -16,6 +17,11 @@ namespace velmora {
 
 namespace {
 
+bool sameShape(const Patch& a, const Patch& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const PointList& x, const PointList& y) { return x.size() == y.size(); });
+}
+
 /// Every flag of a regime off and every address none, without the steps of leaving each regime.
 void forgetRegimesAndAddresses(VelmoraDoc& doc) {
     doc.capture.forgetAll();
@@ -25,6 +31,26 @@ void forgetRegimesAndAddresses(VelmoraDoc& doc) {
 }
 
 } // namespace
+
+Patch* VelmoraDoc::fieldOfPatch(std::int32_t patch) {
+    if (patch < 0 || patch >= countOf(patches) || patch >= countOf(fieldPatches)) {
+        return nullptr;
+    }
+    Patch& field = fieldPatches[static_cast<std::size_t>(patch)];
+    return sameShape(field, patches[static_cast<std::size_t>(patch)]) ? &field : nullptr;
+}
+
+PointList* VelmoraDoc::fieldOfSection(std::int32_t patch, std::int32_t section) {
+    Patch* const field = fieldOfPatch(patch);
+    return field != nullptr && section >= 0 && section < countOf(*field) ? &(*field)[static_cast<std::size_t>(section)]
+                                                                         : nullptr;
+}
+
+PatchList* VelmoraDoc::wholeField() {
+    const bool whole = patches.size() == fieldPatches.size() &&
+                       std::equal(patches.begin(), patches.end(), fieldPatches.begin(), sameShape);
+    return whole ? &fieldPatches : nullptr;
+}
 
 void VelmoraDoc::OpenField() {
     if (!holdsNothing() && !ui_.ask(message::removeGeometry)) {

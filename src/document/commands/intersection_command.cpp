@@ -11,7 +11,6 @@ namespace velmora {
 // Two bodies are cut against each other: the lines of the zBlock pierce the other patches.
 
 void VelmoraDoc::Intersection() {
-    beginPatchCommand(false);
     if (structureKind != StructureKind::Structured) {
         redraw();
         return;
@@ -23,10 +22,19 @@ void VelmoraDoc::Intersection() {
         return;
     }
     intersectionValues.tolerance = intersectionTolerance;
+    double lines = 0.0;
+    double sections = 0.0;
+    const std::vector<bool> inside = blockMask();
+    for (std::size_t k = 0; k < patches.size(); ++k) {
+        (inside[k] ? lines : sections) += inside[k] ? lineCount(patches[k]) : countOf(patches[k]);
+    }
+    intersectionValues.inside = memoryRoom(lines * bytesOfPoint);
+    intersectionValues.outside = memoryRoom(sections * bytesOfPoint);
     if (!showDialog(intersectionValues)) {
         return;
     }
     intersectionTolerance = intersectionValues.tolerance;
+    beginPatchCommand(false);
     carryOutIntersection();
     leaveRegimes();
     emptyBlock();

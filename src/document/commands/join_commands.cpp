@@ -93,14 +93,13 @@ bool VelmoraDoc::mergeStructured() {
     }
     beginPatchCommand(false);
     const auto append = lines ? appendLines : appendSections;
-    append(patches, members, {mergeValues.matching, false});
+    PatchList* const values = wholeField();
+    append(patches, members, {mergeValues.matching, false}, values);
     removeMerged(patches, members);
-    const bool fieldFits =
-        std::all_of(block.begin(), block.end(), [this](std::int32_t k) { return k < countOf(fieldPatches); });
-    if (fieldMode && fieldFits) {
-        // The first lines of the field's patches stay unless the user wants them deleted: wanted, also where the
-        // geometry has dropped its own.
-        append(fieldPatches, members, {false, lines && !mergeValues.deleteDouble});
+    if (values != nullptr) {
+        // The field drops what the grid drops, whatever is said of double sections: a value without its point would
+        // belong to its neighbour.
+        append(fieldPatches, members, {}, nullptr);
         removeMerged(fieldPatches, members);
     }
     emptyBlock();
@@ -125,7 +124,8 @@ void VelmoraDoc::matchBlock(bool grid) {
         if (!exists(a) || !exists(b)) {
             continue;
         }
-        if (!velmora::matchBorder(patches[static_cast<std::size_t>(a)], patches[static_cast<std::size_t>(b)], grid)) {
+        if (!velmora::matchBorder(patches[static_cast<std::size_t>(a)], patches[static_cast<std::size_t>(b)], grid,
+                                  fieldOfPatch(b))) {
             ui_.showMessage(message::matchingImpossible);
             break;
         }

@@ -22,13 +22,11 @@ void VelmoraDoc::KnifeModel() {
     if (structureKind != StructureKind::Structured) {
         return;
     }
-    snapshotBeforeAsking();
     const auto removed = chooseSide();
     if (!removed) {
         return;
     }
-    patchUndoReady = true;
-    rebuildOnUndo = false;
+    beginPatchCommand(false);
     {
         const BusyScope busy(ui_);
         for (const std::int32_t patch : chosenInModelOrder()) {
@@ -160,7 +158,6 @@ void VelmoraDoc::KnifeZones() {
     if (structureKind != StructureKind::Unstructured) {
         return;
     }
-    snapshotBeforeAsking();
     if (lineBufferFull && lineBuffer.size() >= 3) {
         takePlane(knifeValues, planeThrough(lineBuffer[0], lineBuffer[1], lineBuffer[2]));
     }
@@ -172,9 +169,6 @@ void VelmoraDoc::KnifeZones() {
     if (knifeValues.cutKind == 3) {
         savePartsOfZones();
     } else if (keepPartOfZones(knifeValues.cutKind == 1 ? Side::Before : Side::After)) {
-        // Only once the model is another one: a cut that was cancelled or could not be done leaves nothing to undo.
-        patchUndoReady = true;
-        rebuildOnUndo = false;
         followCapturedPoint();
     }
     redraw();
@@ -209,6 +203,8 @@ bool VelmoraDoc::keepPartOfZones(Side kept) {
         ui_.showMessage({Severity::NotWritten, text});
     }
     if (done) {
+        // Only now: a cut that was cancelled or could not be done leaves the snapshot of the command before.
+        beginPatchCommand(false);
         feRegion = std::move(part);
     }
     return done;

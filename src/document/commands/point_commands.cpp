@@ -65,6 +65,7 @@ void VelmoraDoc::DeletePoint() {
 }
 
 void VelmoraDoc::DuplicatePoint() {
+    duplicateValues.room = memoryRoom(bytesOfPoint);
     if (!showDialog(duplicateValues)) {
         ShowStatus(capture->pointContinueStatus);
         return;

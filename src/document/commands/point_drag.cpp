@@ -3,6 +3,7 @@
 
 #include "VelmoraDoc.h"
 #include "drag_correction.h"
+#include "finite_model.h"
 #include "rebreak_kernels.h"
 
 namespace velmora {
@@ -117,7 +118,11 @@ void VelmoraDoc::bendCapturedCurve(const zVec<double>& target, int plane) {
     const zVec<double> delta = target - *captured;
     if (capture->sectionCaptured) {
         if (PointList* section = sectionAt(capture->capturedPatch, capture->capturedSection)) {
-            bendCurve(*section, capture->capturedPoint, delta, axes);
+            PointList bent = *section;
+            bendCurve(bent, capture->capturedPoint, delta, axes);
+            if (isFinite(PatchList{{bent}})) {
+                section->swap(bent);
+            }
         }
         return;
     }
@@ -134,6 +139,9 @@ void VelmoraDoc::bendCapturedCurve(const zVec<double>& target, int plane) {
         line.push_back(*point);
     }
     bendCurve(line, capture->capturedPointSection, delta, axes);
+    if (!isFinite(PatchList{{line}})) {
+        return;
+    }
     for (std::int32_t n = 0; n < countOf(patch); ++n) {
         if (zVec<double>* point = pointAt(capture->capturedPatch, n, capture->capturedLine)) {
             *point = line[static_cast<std::size_t>(n)];

@@ -45,6 +45,12 @@ void VelmoraDoc::projectZonesOfBlock() {
 }
 
 void VelmoraDoc::ReflectToWrl() {
+    if (structureKind == StructureKind::Unstructured) {
+        // No patch is there to be projected: the reference geometry would be used up for nothing. Zones go onto the
+        // other zones.
+        ReflectToApt();
+        return;
+    }
     beginPatchCommand(false);
     {
         const BusyScope busy(ui_);

@@ -48,6 +48,12 @@ void VelmoraDoc::prepareRebreak() {
     values.capturedNumber = (capture->lineCaptured ? capture->capturedLine : capture->capturedSection) + 1;
     values.firstCurve = 1;
     values.lastCurve = curveCountOf(patch, capture->lineCaptured);
+    values.patchCurves = values.lastCurve;
+    values.blockCurves = 0.0;
+    for (const std::int32_t k : blockCount < 1 ? std::vector<std::int32_t>() : chosenPatches()) {
+        values.blockCurves += curveCountOf(patches[static_cast<std::size_t>(k)], capture->lineCaptured);
+    }
+    values.room = memoryRoom(bytesOfPoint);
 }
 
 void VelmoraDoc::Rebreak() {

@@ -15,13 +15,15 @@ struct PartsOutcome {
     bool capturedRebuilt = false;
 };
 
-PartsOutcome rebuildParts(Patch& patch, std::int32_t captured, const CRebreakPart& values) {
+/// The points take their field values, if there are any, along.
+PartsOutcome rebuildParts(Patch& patch, Patch* field, std::int32_t captured, const CRebreakPart& values) {
     PartRebreaker rebreaker(values.law);
     PartsOutcome outcome;
     const bool all = values.regime == 2;
     const std::int32_t end = all ? countOf(patch) : std::min(captured + 1, countOf(patch));
     for (std::int32_t v = all ? 0 : std::max(captured, 0); v < end; ++v) {
-        const PartResult result = rebreaker.rebuild(patch[static_cast<std::size_t>(v)]);
+        const auto section = static_cast<std::size_t>(v);
+        const PartResult result = rebreaker.rebuild(patch[section], field != nullptr ? &(*field)[section] : nullptr);
         if (!result.hasLength && outcome.zeroLength < 0) {
             outcome.zeroLength = v;
         }
@@ -66,6 +68,8 @@ bool VelmoraDoc::prepareRebreakPart() {
     values.isApt = fileKind == FileKind::Apt;
     values.pointNumber = (lines ? capture->capturedPointSection : capture->capturedPoint) + 1;
     values.curveLength = lines ? countOf(patch) : countOf(*section);
+    values.curveTotal = lines ? lineCount(patch) : countOf(patch);
+    values.room = memoryRoom(bytesOfPoint);
     fillStretch(values);
     return values.pointNumber >= 1 && values.pointNumber <= values.curveLength && (!lines || isGrid(patch));
 }
@@ -86,8 +90,9 @@ void VelmoraDoc::RebreakPart() {
     if (lines) {
         turnCapturedPatch();
     }
-    const PartsOutcome outcome = rebuildParts(patches[static_cast<std::size_t>(capture->capturedPatch)],
-                                              capture->capturedSection, rebreakPartValues);
+    const PartsOutcome outcome =
+        rebuildParts(patches[static_cast<std::size_t>(capture->capturedPatch)], fieldOfPatch(capture->capturedPatch),
+                     capture->capturedSection, rebreakPartValues);
     // Before the point the stretch may have got longer: the same place has another number. It stays when the point's
     // own section could not be rebuilt.
     if (!rebreakPartValues.law.after && outcome.capturedRebuilt) {

@@ -172,7 +172,7 @@ void VelmoraDoc::saveModelAs() {
 }
 
 bool VelmoraDoc::saveModified() {
-    if (structureKind == StructureKind::None || !documentModified || !ui_.ask(message::saveBeforeExit)) {
+    if (structureKind == StructureKind::None || !documentModified) {
         return true;
     }
     const Answer answer = ui_.askOrNone(message::saveBeforeExit);

@@ -2,6 +2,7 @@
 
 #include "VelmoraDoc.h"
 #include "capture_address.h"
+#include "carried_values.h"
 #include "messages.h"
 #include "patch_order.h"
 
@@ -92,15 +93,17 @@ void VelmoraDoc::SymmetricSection() {
 
 namespace {
 
-/// Shows the dialog for the section, or the line turned to one, and renumbers it. False for Cancel.
-bool renumberSection(VelmoraDoc& document, PointList& section) {
+/// Shows the dialog for the section, or the line turned to one. False for Cancel.
+bool askForFirstPoint(VelmoraDoc& document, const PointList& section) {
     CFirstPoint& values = document.firstPointValues;
     const std::int32_t first = document.capture->capturedPoint;
     values.pointInside = document.capture->pointCaptured && first > 0 && first < countOf(section) - 1;
     values.closed = isClosed(section);
-    if (!document.showDialog(values)) {
-        return false;
-    }
+    return document.showDialog(values);
+}
+
+/// Gives the section another first point. `first` is the captured one.
+void renumberSection(PointList& section, const CFirstPoint& values, std::int32_t first) {
     if (values.makeLoop && !section.empty()) {
         section.back() = section.front();
     }
@@ -109,7 +112,6 @@ bool renumberSection(VelmoraDoc& document, PointList& section) {
     } else {
         section = loopFrom(section, first, values.sortKind == 1);
     }
-    return true;
 }
 
 } // namespace
@@ -118,10 +120,15 @@ void VelmoraDoc::FirstPoint() {
     if (!curveCanBeEdited()) {
         return;
     }
+    bool confirmed = false;
+    editCurveAsSection([this, &confirmed](PointList& section) { confirmed = askForFirstPoint(*this, section); });
+    if (!confirmed) {
+        return;
+    }
     beginPatchCommand(false);
-    bool renumbered = false;
-    editCurveAsSection([this, &renumbered](PointList& section) { renumbered = renumberSection(*this, section); });
-    if (renumbered && capture->pointCaptured) {
+    editCurveAsSection(
+        [this](PointList& section) { renumberSection(section, firstPointValues, capture->capturedPoint); });
+    if (capture->pointCaptured) {
         // The number has not moved: it names another point now.
         capture.savePoint();
         followCapturedPoint();
@@ -161,8 +168,8 @@ void VelmoraDoc::HalveSection() {
     if (!capture->sectionCaptured || !curveIsThere()) {
         return;
     }
-    beginPatchCommand(false);
     if (const auto removed = chooseSide()) {
+        beginPatchCommand(false);
         PointList& section = *sectionAt(capture->capturedPatch, capture->capturedSection);
         section = withoutHalf(section, *removed);
         keepCaptureInside(*this);
@@ -177,10 +184,17 @@ void VelmoraDoc::KnifePart() {
     if (section == nullptr) {
         return;
     }
-    beginPatchCommand(false);
     if (const auto removed = chooseSide()) {
-        // The number stays, and now means another point or none; the position stays too.
+        beginPatchCommand(false);
+        if (PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection)) {
+            *field = withoutSide(*field, capture->capturedPoint, *removed);
+        }
         *section = withoutSide(*section, capture->capturedPoint, *removed);
+        // The point at which was cut stays captured: of the points before it none is left to count.
+        if (*removed == Side::Before) {
+            capture.renumberPoint(capture->capturedPointSection, 0);
+        }
+        followCapturedPoint();
         retitle();
         showCapturedPoint();
         redraw();
@@ -202,17 +216,43 @@ void VelmoraDoc::CopyPart() {
     }
 }
 
+namespace {
+
+/// The points of the buffer take the values along that stood at the same part of the length of what they replace, up
+/// to the captured point, which keeps its own.
+void pasteValues(const PointList& section, PointList& values, std::int32_t point, Side replaced,
+                 const PointList& part) {
+    const auto at = static_cast<std::ptrdiff_t>(point);
+    const bool before = replaced == Side::Before;
+    const auto sideOf = [at, before](const PointList& list) {
+        return before ? PointList(list.begin(), list.begin() + at + 1) : PointList(list.begin() + at, list.end());
+    };
+    PointList pasted = part;
+    pasted.insert(before ? pasted.end() : pasted.begin(), section[static_cast<std::size_t>(point)]);
+    PointList carried = sideOf(values);
+    carryValues(sideOf(section), pasted, carried);
+    carried.erase(before ? carried.end() - 1 : carried.begin());
+    values = withSideReplaced(values, point, replaced, carried);
+}
+
+} // namespace
+
 void VelmoraDoc::PastePart() {
     PointList* section = sectionOfCapturedPoint();
     if (section == nullptr) {
         return;
     }
-    beginPatchCommand(false);
     if (const auto replaced = chooseSide()) {
+        beginPatchCommand(false);
+        PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection);
+        if (field != nullptr) {
+            pasteValues(*section, *field, capture->capturedPoint, *replaced, lineBuffer);
+        }
         *section = withSideReplaced(*section, capture->capturedPoint, *replaced, lineBuffer);
         if (*replaced == Side::Before) {
+            // By one, however long the buffer is, as far as the section goes.
             capture.renumberPoint(capture->capturedPointSection,
-                                  capture->capturedPoint + 1); // by one, however long the buffer is
+                                  std::min(capture->capturedPoint + 1, countOf(*section) - 1));
         }
         retitle();
         redraw();
@@ -225,6 +265,9 @@ void VelmoraDoc::ReverseSection() {
         return;
     }
     keepForGuard();
+    if (PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection)) {
+        std::reverse(field->begin(), field->end());
+    }
     std::reverse(section->begin(), section->end());
     capture.renumberPoint(capture->capturedPointSection, countOf(*section) - capture->capturedPoint - 1);
     // No snapshot: the command chosen again takes it back. It is a change all the same, asked about before leaving.
@@ -240,6 +283,9 @@ void VelmoraDoc::MergeBuffer() {
     beginPatchCommand(false);
     ui_.showMessage(message::aptMayBeViolated);
     PointList& section = *sectionAt(capture->capturedPatch, capture->capturedSection);
+    if (PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection)) {
+        field->resize(section.size() + lineBuffer.size()); // of points behind the last one nothing is known: 0
+    }
     section.insert(section.end(), lineBuffer.begin(), lineBuffer.end());
     retitle();
     redraw();
@@ -317,7 +363,12 @@ void VelmoraDoc::removeCapturedLine() {
 }
 
 void VelmoraDoc::DuplicateCurve() {
-    if (!curveIsThere() || !showDialog(duplicateValues)) {
+    if (!curveIsThere()) {
+        return;
+    }
+    const double points = static_cast<double>(capturedCurvePoints().size());
+    duplicateValues.room = memoryRoom(bytesOfSection + points * bytesOfPoint);
+    if (!showDialog(duplicateValues)) {
         return;
     }
     const auto copies = static_cast<std::size_t>(duplicateValues.duplicateCount - 1);

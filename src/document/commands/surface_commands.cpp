@@ -14,6 +14,13 @@ namespace velmora {
 
 // Commands that rebuild the inside of whole patches, or move one curve inside of a patch.
 
+namespace {
+
+/// The snapshot, and what a kernel keeps of a patch as it works.
+constexpr double workingCopies = 4.0;
+
+} // namespace
+
 std::vector<std::int32_t> VelmoraDoc::chosenInModelOrder() const {
     const std::vector<bool> chosen = chosenMask();
     std::vector<std::int32_t> numbers;
@@ -30,6 +37,9 @@ void VelmoraDoc::turnCapturedPatch() {
         (blockCount < 1 || inBlock(capture->capturedPatch))) {
         Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
         if (isGrid(patch)) {
+            if (Patch* const field = fieldOfPatch(capture->capturedPatch)) {
+                *field = transposed(*field);
+            }
             patch = transposed(patch);
         }
     }
@@ -37,6 +47,10 @@ void VelmoraDoc::turnCapturedPatch() {
 }
 
 void VelmoraDoc::CoonsRebuild() {
+    if (workingCopies * bytesOf(patches) > memoryRoom(0.0).free) {
+        ui_.showMessage(message::notEnoughMemory);
+        return;
+    }
     beginPatchCommand(false);
     for (const std::int32_t k : chosenInModelOrder()) {
         coonsRebuild(patches[static_cast<std::size_t>(k)]);
@@ -72,6 +86,7 @@ void VelmoraDoc::SmoothGeometry() {
 
 void VelmoraDoc::Interpolate() {
     interpolateValues.pointClipboardFull = pointClipboardFull;
+    interpolateValues.room = memoryRoom(workingCopies * bytesOf(patches));
     if (!showDialog(interpolateValues)) {
         return;
     }
@@ -117,12 +132,22 @@ void VelmoraDoc::CorrectLine() {
         !isGrid(patches[static_cast<std::size_t>(capture->capturedPatch)])) {
         return;
     }
+    const bool sections = capture->sectionCaptured;
+    if (sections) {
+        turnCapturedPatch();
+    }
+    const bool confirmed = askForCorrection();
+    if (sections) {
+        turnCapturedPatch();
+    }
+    if (!confirmed) {
+        return;
+    }
     beginPatchCommand(false);
     SavePointUndo();
     pointUndoReady = true;
     capture.savePoint();
     capture.saveCurve();
-    const bool sections = capture->sectionCaptured;
     if (sections) {
         turnCapturedPatch();
     }
@@ -135,20 +160,25 @@ void VelmoraDoc::CorrectLine() {
     }
 }
 
-/// Shows the dialog and bends the captured line. False leaves model and capture as they were.
-bool VelmoraDoc::correctCapturedLine() {
+/// Shows the dialog for the captured line. False for Cancel, and where there is nothing to correct.
+bool VelmoraDoc::askForCorrection() {
     if (capture->capturedPoint == capture->capturedLine) {
         ui_.showMessage(message::correctionHasNoAction);
         return false;
     }
-    Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
+    const Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
     correctLineValues = {capture->capturedLine + 1, lineCount(patch) - capture->capturedLine, CCorrectLine().power};
-    if (!showDialog(correctLineValues)) {
-        return false;
-    }
+    correctLineValues.room = memoryRoom(static_cast<double>(patch.size()) * bytesOfPoint);
+    return showDialog(correctLineValues);
+}
+
+/// Bends the captured line. False leaves model and capture as they were.
+bool VelmoraDoc::correctCapturedLine() {
+    Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
     const CCorrectLine& v = correctLineValues;
     if (!correctLine(patch, capture->capturedPointSection,
-                     {capture->capturedPoint, capture->capturedLine, v.linesBefore, v.linesAfter, v.power})) {
+                     {capture->capturedPoint, capture->capturedLine, v.linesBefore, v.linesAfter, v.power},
+                     fieldOfPatch(capture->capturedPatch))) {
         return false;
     }
     capture.renumberLine(v.linesBefore - 1);

@@ -16,6 +16,24 @@ std::int32_t turnedRound(std::int32_t index, std::int32_t count) {
     return index >= 0 && index < count ? count - 1 - index : index;
 }
 
+/// What is captured in `patch` has another number when the order of its sections, or of their points, is turned round.
+void renumberCapture(Capture& capture, const Patch& patch, bool sections) {
+    const std::int32_t count = sections ? countOf(patch) : lineCount(patch);
+    if (capture->pointCaptured) {
+        const std::int32_t section = capture->capturedPointSection;
+        const std::int32_t point = capture->capturedPoint;
+        const bool known = section >= 0 && section < countOf(patch);
+        const std::int32_t points = known ? countOf(patch[static_cast<std::size_t>(section)]) : 0;
+        capture.renumberPoint(sections ? turnedRound(section, count) : section,
+                              sections ? point : turnedRound(point, points));
+    }
+    if (capture->sectionCaptured && sections) {
+        capture.renumberSection(turnedRound(capture->capturedSection, count));
+    } else if (capture->lineCaptured && !sections) {
+        capture.renumberLine(turnedRound(capture->capturedLine, count));
+    }
+}
+
 } // namespace
 
 std::vector<bool> VelmoraDoc::chosenMask() const {
@@ -123,11 +141,37 @@ void VelmoraDoc::FlipModel() {
         if (structureKind == StructureKind::Structured) {
             // Points in reverse order keep a patch on its side.
             for (const std::int32_t patch : chosenPatches()) {
+                if (Patch* const field = fieldOfPatch(patch)) {
+                    reverseLines(*field);
+                }
                 reverseLines(patches[static_cast<std::size_t>(patch)]);
             }
         }
         return true;
     });
+}
+
+void VelmoraDoc::TurnRound() {
+    if (structureKind == StructureKind::None) {
+        return;
+    }
+    beginPatchCommand(false);
+    for (const std::int32_t part : chosenPatches()) {
+        const auto k = static_cast<std::size_t>(part);
+        if (structureKind == StructureKind::Unstructured) {
+            turnTriangles(*feRegion.blocks[k]);
+            continue;
+        }
+        reverseLines(patches[k]);
+        if (fieldMode && k < fieldPatches.size()) {
+            reverseLines(fieldPatches[k]);
+        }
+        if (part == capture->capturedPatch) {
+            renumberCapture(capture, patches[k], false);
+        }
+    }
+    followCapturedPoint();
+    redraw();
 }
 
 void VelmoraDoc::SymmetricModel() {
@@ -191,26 +235,18 @@ void VelmoraDoc::LastFirstSwitch() {
     const std::vector<bool> mask = chosenMask();
     for (std::size_t k = 0; k < patches.size(); ++k) {
         if (mask[k]) {
-            (sections ? reverseSections : reverseLines)(patches[k]);
+            const auto reverse = sections ? reverseSections : reverseLines;
+            if (Patch* const field = fieldOfPatch(static_cast<std::int32_t>(k))) {
+                reverse(*field);
+            }
+            reverse(patches[k]);
         }
     }
     // As above: a change without a snapshot.
     documentModified = true;
     if (capture->capturedPatch >= 0 && capture->capturedPatch < countOf(patches)) {
-        const Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
-        const std::int32_t count = sections ? countOf(patch) : lineCount(patch);
-        if (capture->pointCaptured) {
-            const std::int32_t section = capture->capturedPointSection;
-            const std::int32_t point = capture->capturedPoint;
-            capture.renumberPoint(sections ? turnedRound(section, count) : section,
-                                  sections ? point : turnedRound(point, count));
-            followCapturedPoint();
-        }
-        if (capture->sectionCaptured && sections) {
-            capture.renumberSection(turnedRound(capture->capturedSection, count));
-        } else if (capture->lineCaptured && !sections) {
-            capture.renumberLine(turnedRound(capture->capturedLine, count));
-        }
+        renumberCapture(capture, patches[static_cast<std::size_t>(capture->capturedPatch)], sections);
+        followCapturedPoint();
     }
     redraw();
 }

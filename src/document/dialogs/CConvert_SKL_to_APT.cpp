@@ -10,6 +10,9 @@ DialogForm describe(CConvert_SKL_to_APT& values) {
         integerField("pointCount", "Number of points in sections", values.pointCount, 2, 1000000),
         radioField("approximation", values.approximation, {"Spline approximation", "Linear approximation"}),
     };
+    form.confirm = [&values](DialogForm&) {
+        return refuseTooMany({{"pointCount", values.pointCount, 2, values.room.bytesEach}}, values.room.free);
+    };
     return form;
 }
 

@@ -1,17 +1,23 @@
 #include "CConvert_to_SKL.h"
 
+#include <algorithm>
+
 #include "vectors.h"
 
 namespace velmora {
 
 namespace {
 
-/// The body's extent on the chosen axis, and what follows from it.
+/// The largest value of the field beside "Number".
+constexpr double largestBorder = 1e7;
+
+/// The body's extent on the chosen axis, and what follows from it. Of a body so large that a hundredth of it is no
+/// border that the field takes, the border is the largest: the dialog opens so that it can be confirmed.
 void takeExtent(CConvert_to_SKL& values) {
     constexpr double borderOfExtent = 0.01;
     values.min = along(values.boxMin, values.planeAxis - 1);
     values.max = along(values.boxMax, values.planeAxis - 1);
-    values.border = (values.max - values.min) * borderOfExtent;
+    values.border = std::clamp((values.max - values.min) * borderOfExtent, 0.0, largestBorder);
     values.yourMin = values.min + values.border;
     values.yourMax = values.max - values.border;
 }
@@ -34,7 +40,11 @@ std::optional<DialogRefusal> confirm(const CConvert_to_SKL& values) {
     if (values.yourMax > values.max) {
         return DialogRefusal{"Your max choice is out of body. Try another one.", "yourMax"};
     }
-    return std::nullopt;
+    if (!values.pointsOfPlane) {
+        return std::nullopt;
+    }
+    const double bytesOfPlane = bytesOfSection + values.pointsOfPlane(values) * bytesOfPoint;
+    return refuseTooMany({{"number", values.number, 0, bytesOfPlane}}, values.freeBytes);
 }
 
 } // namespace
@@ -45,7 +55,7 @@ DialogForm describe(CConvert_to_SKL& values) {
     form.title = "Convert to SKL";
     form.fields = {
         integerField("number", "Number", values.number, 0, 100000),
-        realField("border", "", values.border, 0, 1e7),
+        realField("border", "", values.border, 0, largestBorder),
         shownOnly(realField("min", "Min", values.min)),
         shownOnly(realField("max", "Max", values.max)),
         realField("yourMin", "Your Min choice", values.yourMin),

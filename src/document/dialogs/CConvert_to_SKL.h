@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <limits>
 
 #include "DialogForm.h"
+#include "count_limit.h"
 #include "zVec.h"
 
 namespace velmora {
@@ -22,6 +25,9 @@ struct CConvert_to_SKL {
     // Set by the command before the dialog opens.
     zVec<double> boxMin;
     zVec<double> boxMax;
+    double freeBytes = std::numeric_limits<double>::infinity(); ///< that the lines may take
+    /// How many points a plane between `yourMin` and `yourMax`, or in the body, has on the average.
+    std::function<double(const CConvert_to_SKL&)> pointsOfPlane;
 };
 
 /// The form over `values`, which must outlive it.

@@ -11,6 +11,11 @@ DialogForm describe(CCorrectLine& values) {
         integerField("linesAfter", "Number of lines after", values.linesAfter, 1, 10000000),
         realField("power", "Power ", values.power, 0.1, 10),
     };
+    form.confirm = [&values](DialogForm&) {
+        return refuseTooMany({{"linesBefore", values.linesBefore, 1, values.room.bytesEach},
+                              {"linesAfter", values.linesAfter, 1, values.room.bytesEach}},
+                             values.room.free);
+    };
     return form;
 }
 

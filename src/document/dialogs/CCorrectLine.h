@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "DialogForm.h"
+#include "count_limit.h"
 
 namespace velmora {
 
@@ -11,6 +12,8 @@ struct CCorrectLine {
     std::int32_t linesBefore = 1; ///< lines up to the corrected one, itself included
     std::int32_t linesAfter = 1;  ///< lines from the corrected one on, itself included
     double power = 0.65;          ///< how the bend fades out along the line
+
+    MemoryRoom room = {}; ///< set by the command before the dialog opens: of one line
 };
 
 /// The form over `values`, which must outlive it.

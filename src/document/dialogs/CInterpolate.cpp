@@ -24,6 +24,7 @@ DialogForm describe(CInterpolate& values) {
     };
     form.notices = {"Coefficient is changed in range (-1; 1)"};
     form.refresh = [&values](DialogForm& self, std::string_view) { refresh(self, values); };
+    form.confirm = [&values](DialogForm&) { return refuseTooLarge(values.room.bytesEach, values.room.free); };
     return form;
 }
 

@@ -25,6 +25,12 @@ DialogForm describe(CIntersection& values) {
         realField("tolerance", "Tolerance", values.tolerance, 1e-12, 1),
     };
     form.focus = "insidePoints";
+    form.confirm = [&values](DialogForm&) {
+        const auto least = static_cast<std::int32_t>(leastPoints);
+        return refuseTooMany({{"insidePoints", values.insidePoints, least, values.inside.bytesEach},
+                              {"outsidePoints", values.outsidePoints, least, values.outside.bytesEach}},
+                             values.inside.free);
+    };
     return form;
 }
 

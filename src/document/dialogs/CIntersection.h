@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "DialogForm.h"
+#include "count_limit.h"
 
 namespace velmora {
 
@@ -13,6 +14,10 @@ struct CIntersection {
     std::int32_t outsideSide = 2;
     std::int32_t outsidePoints = 20; ///< points of each section of the other patches
     double tolerance = 0.0005;       ///< set by the command before the dialog opens
+
+    // Set by the command before the dialog opens: of one point of each line inside, of each section outside.
+    MemoryRoom inside = {};
+    MemoryRoom outside = {};
 };
 
 /// The form over `values`, which must outlive it.

@@ -96,6 +96,10 @@ DialogForm describe(CRebreak& values) {
         checkField("useBlock", "Block", values.useBlock),
     };
     form.refresh = [&values](DialogForm& self, std::string_view key) { refresh(self, values, key); };
+    form.confirm = [&values](DialogForm&) {
+        const double curves = values.useBlock ? values.blockCurves : values.regime == 2 ? values.patchCurves : 1;
+        return refuseTooMany({{"newCount", values.law.newCount, 2, curves * values.room.bytesEach}}, values.room.free);
+    };
     return form;
 }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "DialogForm.h"
+#include "count_limit.h"
 #include "rebreak_patch.h"
 
 namespace velmora {
@@ -22,6 +23,9 @@ struct CRebreak {
     bool lineMode = false;       ///< the curves are lines
     bool isApt = false;          ///< the model is a regular grid
     std::int32_t curveCount = 2; ///< points of the captured curve
+    double patchCurves = 1;      ///< curves of the captured patch
+    double blockCurves = 0;      ///< curves of the patches of the zBlock
+    MemoryRoom room = {};        ///< of one point of one curve
 };
 
 /// The form over `values`, which must outlive it.

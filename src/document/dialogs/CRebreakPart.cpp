@@ -47,6 +47,10 @@ DialogForm describe(CRebreakPart& values) {
         shownOnly(integerField("lastPoint", "Last point", values.law.lastPoint, 1, largestNumber)),
     };
     form.refresh = [&values](DialogForm& self, std::string_view key) { refresh(self, values, key); };
+    form.confirm = [&values](DialogForm&) {
+        const double curves = values.regime == 2 ? values.curveTotal : 1;
+        return refuseTooMany({{"newCount", values.law.newCount, 2, curves * values.room.bytesEach}}, values.room.free);
+    };
     return form;
 }
 

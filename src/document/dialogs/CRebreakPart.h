@@ -4,6 +4,7 @@
 
 #include "DialogForm.h"
 #include "PartRebreaker.h"
+#include "count_limit.h"
 
 namespace velmora {
 
@@ -17,6 +18,8 @@ struct CRebreakPart {
     bool isApt = false;           ///< the model is a regular grid
     std::int32_t pointNumber = 1; ///< of the captured point along the curve
     std::int32_t curveLength = 1; ///< points of the captured curve
+    std::int32_t curveTotal = 1;  ///< curves of the patch
+    MemoryRoom room = {};         ///< of one point of one curve
 };
 
 /// Sets the stretch on the side of the point that is chosen, and the number of points that it has.

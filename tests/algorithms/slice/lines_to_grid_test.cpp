@@ -1,7 +1,13 @@
 #include "lines_to_grid.h"
 
+#include <algorithm>
+#include <cmath>
+#include <random>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "vectors.h"
 
 namespace velmora::test {
 
@@ -86,6 +92,130 @@ TEST(AlignWithPrevious, LeavesATieAndListsOfOtherLengths) {
     PointList opposite = {{1, 1, 0}, {0, 1, 0}};
     alignWithPrevious(previous, opposite);
     EXPECT_EQ(opposite[0], Point(0, 1, 0));
+}
+
+// ---- Alignment ------------------------------------------------------------------------------------------------------
+
+namespace {
+
+/// The corners of a unit square at that height, each by its number: 0 to 3 counter-clockwise from the origin.
+PointList square(double z, std::initializer_list<int> corners) {
+    const Point all[] = {{0, 0, z}, {1, 0, z}, {1, 1, z}, {0, 1, z}};
+    PointList points;
+    for (const int corner : corners) {
+        points.push_back(all[corner]);
+    }
+    return points;
+}
+
+double plainSum(const PointList& previous, const PointList& section) {
+    double sum = 0.0;
+    for (std::size_t i = 0; i + 1 < section.size(); ++i) {
+        sum += distance(previous[i], section[i]);
+    }
+    return sum;
+}
+
+/// Every start, both ways: the first of the least sum.
+PointList plainlyAligned(const PointList& previous, const PointList& section) {
+    PointList best = section;
+    for (const bool backward : {false, true}) {
+        PointList ring(section.begin(), section.end() - 1);
+        if (backward) {
+            std::reverse(ring.begin() + 1, ring.end()); // from the same point the other way
+        }
+        for (std::size_t start = 0; start < ring.size(); ++start) {
+            const std::size_t first = backward ? (ring.size() - start) % ring.size() : start;
+            PointList turned = ring;
+            std::rotate(turned.begin(), turned.begin() + static_cast<std::ptrdiff_t>(first), turned.end());
+            turned.push_back(turned.front());
+            if (plainSum(previous, turned) < plainSum(previous, best)) {
+                best = turned;
+            }
+        }
+    }
+    return best;
+}
+
+/// A ring of n points about the origin at that height, begun at `phase` of a turn, with some noise.
+PointList ring(std::size_t n, double z, double phase, bool backward, double noise, std::mt19937& engine) {
+    std::uniform_real_distribution<double> shake(-noise, noise);
+    PointList points;
+    for (std::size_t i = 0; i < n; ++i) {
+        const double turn = phase + static_cast<double>(i) / static_cast<double>(n) * (backward ? -1.0 : 1.0);
+        const double angle = 2.0 * std::acos(-1.0) * turn;
+        points.emplace_back(3.0 * std::cos(angle) + shake(engine), std::sin(angle) + shake(engine), z);
+    }
+    points.push_back(points.front());
+    return points;
+}
+
+} // namespace
+
+TEST(AlignSections, LetsAClosedLineBeginBesideTheOneBefore) {
+    Patch patch = {square(0, {0, 1, 2, 3, 0}), square(1, {2, 3, 0, 1, 2}), square(2, {1, 2, 3, 0, 1})};
+    alignSections(patch);
+    EXPECT_EQ(patch[1], square(1, {0, 1, 2, 3, 0}));
+    EXPECT_EQ(patch[2], square(2, {0, 1, 2, 3, 0}));
+}
+
+TEST(AlignSections, TurnsAClosedLineThatRunsTheOtherWay) {
+    Patch patch = {square(0, {0, 1, 2, 3, 0}), square(1, {2, 1, 0, 3, 2})};
+    alignSections(patch);
+    EXPECT_EQ(patch[1], square(1, {0, 1, 2, 3, 0}));
+}
+
+TEST(AlignSections, TurnsAnOpenLineIfThatIsLess) {
+    Patch patch = {{{0, 0, 0}, {1, 0, 0}, {5, 0, 0}}, {{5, 1, 0}, {1, 1, 0}, {0, 1, 0}}};
+    alignSections(patch);
+    EXPECT_EQ(patch[1], (PointList{{0, 1, 0}, {1, 1, 0}, {5, 1, 0}}));
+}
+
+TEST(AlignSections, CountsDistancesAndNotTheirSquares) {
+    // Kept, the ends are 16.3 and 0 away from those before, turned 10 and 6.7: by the squares that would be less.
+    const PointList line = {{16, 3, 0}, {5, 0, 0}, {10, 0, 0}};
+    Patch patch = {{{0, 0, 0}, {5, 0, 0}, {10, 0, 0}}, line};
+    alignSections(patch);
+    EXPECT_EQ(patch[1], line);
+    alignWithPrevious(patch[0], patch[1]);
+    EXPECT_NE(patch[1], line);
+}
+
+TEST(AlignSections, LeavesTiesAndSectionsOfOtherLengths) {
+    // Of a line whose points all coincide every start is as good; of one upright before the middle both ways are.
+    const Patch before = {
+        {{0, 0, 0}, {2, 0, 0}}, {{1, 1, 0}, {1, 1, 5}}, {{0, 9, 0}, {3, 9, 0}, {4, 9, 0}}, {}, {{1, 1, 1}}};
+    Patch patch = before;
+    alignSections(patch);
+    EXPECT_EQ(patch, before);
+    const PointList dot(5, Point(1, 1, 1));
+    Patch dots = {square(0, {0, 1, 2, 3, 0}), dot};
+    alignSections(dots);
+    EXPECT_EQ(dots[1], dot);
+}
+
+TEST(AlignSections, FindsWhatTryingEveryStartFinds) {
+    std::mt19937 engine(5);
+    std::uniform_real_distribution<double> phase(0.0, 1.0);
+    for (int round = 0; round < 400; ++round) {
+        const std::size_t n = 3 + engine() % 60;
+        const double noise = round % 3 == 0 ? 1.5 : 0.05;
+        Patch patch = {ring(n, 0, 0, false, noise, engine),
+                       ring(n, 0.1, phase(engine), engine() % 2 == 0, noise, engine)};
+        const PointList expected = plainlyAligned(patch[0], patch[1]);
+        alignSections(patch);
+        ASSERT_EQ(patch[1], expected) << "round " << round;
+    }
+}
+
+TEST(AlignSections, ManyPointsTakeNoQuadraticTime) {
+    std::mt19937 engine(6);
+    Patch patch = {ring(100000, 0, 0, false, 0, engine), ring(100000, 0.5, 0.25, true, 0, engine)};
+    alignSections(patch);
+    // A quarter of a turn on, and back the other way: it begins where the one before does.
+    EXPECT_NEAR(patch[1].front().x, 3, 1e-9);
+    EXPECT_NEAR(patch[1].front().y, 0, 1e-9);
+    EXPECT_NEAR(patch[1][25000].y, 1, 1e-9);
 }
 
 } // namespace velmora::test

@@ -147,5 +147,17 @@ TEST(MirrorZones, PutsTheImagesBehindTheLast) {
     EXPECT_EQ(nodeOf(region, 3, 1), (Vec{1, -1, 21}));
 }
 
+TEST(TurnTriangles, ExchangesTheSecondAndTheThirdCorner) {
+    zBlock_fe zone(4, 8, 2);
+    zone.connectivity = {0, 1, 2, -1, 3, 2, 1, -1};
+    turnTriangles(zone);
+    EXPECT_EQ(zone.connectivity, (std::vector<std::int32_t>{0, 2, 1, -1, 3, 1, 2, -1}));
+    turnTriangles(zone);
+    EXPECT_EQ(zone.connectivity, (std::vector<std::int32_t>{0, 1, 2, -1, 3, 2, 1, -1}));
+    zBlock_fe empty(0, 0, 0);
+    turnTriangles(empty);
+    EXPECT_TRUE(empty.connectivity.empty());
+}
+
 } // namespace
 } // namespace velmora

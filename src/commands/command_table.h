@@ -1,40 +1,30 @@
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Command.h"
+
 namespace velmora {
 
-class VelmoraDoc;
+class ShellCommands;
+class VelmoraView;
 
-/// Who carries a command out: the document, the view, or the front end (frame or batch).
-enum class CommandOwner { Document, View, Shell };
-
-/// One command, declared once. Menus, context menus, tool bars, scripts, help and tests read the same table.
-struct Command {
-    const char* id;          ///< the name in scripts: "line.rebreak"
-    const char* menuText;    ///< with "&" before the access key, "&&" for an ampersand
-    const char* statusText;  ///< what the status line says while the command is pointed at
-    const char* toolTip;     ///< second line of the status text; empty: none
-    const char* accelerator; ///< "Ctrl+S"; several commands may share one, the first that is on takes it
-    CommandOwner owner;
-    void (VelmoraDoc::*run)();      ///< of document commands; null for the others
-    bool (*off)(const VelmoraDoc&); ///< true when the document's state turns the command off; null: always on
-};
-
-/// All commands, in the order of the menus.
+/// All commands, the document's, the view's and those of the front ends, in one order.
 std::span<const Command> commandTable();
 
 /// The command of that id, or null.
 const Command* findCommand(std::string_view id);
 
-/// A menu text as plain words: without access marks, "&&" as "&", without the dots of "...".
-std::string plainText(std::string_view menuText);
-
 /// True when a rule on the document's state turns the command off. A command without a rule is on.
 bool isCommandOff(const VelmoraDoc& document, std::string_view id);
+
+/// Of a command that switches something: whether that is on.
+std::optional<bool> checkedState(const Command& command, const VelmoraDoc& document, const VelmoraView& view,
+                                 const ShellCommands& shell);
 
 /// One entry of a menu or a tool bar.
 struct MenuEntry {
@@ -45,7 +35,7 @@ struct MenuEntry {
     std::vector<MenuEntry> entries;
 };
 
-/// A menu, a context menu or a tool bar.
+/// A menu, a context menu or a tool bar: what the rows of the commands place there.
 struct Menu {
     std::string name;
     std::vector<MenuEntry> entries;

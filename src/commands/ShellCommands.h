@@ -1,6 +1,10 @@
 #pragma once
 
+#include <optional>
+#include <span>
 #include <string_view>
+
+#include "Command.h"
 
 namespace velmora {
 
@@ -19,9 +23,23 @@ public:
     virtual void showAbout() = 0;
     virtual void toggleToolBars() {}
     virtual void toggleStatusBar() {}
+    virtual bool toolBarsShown() const { return false; }
+    virtual bool statusBarShown() const { return false; }
 };
+
+/// One command of the shell: its row, and how the front end carries it out.
+struct ShellCommand {
+    Command row;
+    void (ShellCommands::*run)() = nullptr;
+    bool (ShellCommands::*checked)() const = nullptr; ///< of a command that switches something: whether that is on
+};
+
+/// The rows of the shell's commands.
+std::span<const ShellCommand> shellCommands();
 
 /// Runs the shell command of that id; false when there is none.
 bool runShellCommand(ShellCommands& shell, std::string_view id);
+/// Of a shell command that switches something: whether that is on.
+std::optional<bool> shellCheckedState(const ShellCommands& shell, std::string_view id);
 
 } // namespace velmora

@@ -1,0 +1,73 @@
+#include "ShellCommands.h"
+
+#include <algorithm>
+
+namespace velmora {
+
+namespace {
+
+using enum MenuId;
+
+const ShellCommand commands[] = {
+    {.row = {.id = "file.exit",
+             .menuText = "E&xit",
+             .statusText = "Quit the program",
+             .follows = "file.saveAs",
+             .places = {{File, 710}}},
+     .run = &ShellCommands::exit},
+    {.row = {.id = "view.toolbar",
+             .menuText = "&Toolbar",
+             .statusText = "Show or hide the tool bars",
+             .follows = "convert.knife",
+             .places = {{View, 110}}},
+     .run = &ShellCommands::toggleToolBars,
+     .checked = &ShellCommands::toolBarsShown},
+    {.row = {.id = "view.statusBar",
+             .menuText = "&Status Bar",
+             .statusText = "Show or hide the status line",
+             .places = {{View, 120}}},
+     .run = &ShellCommands::toggleStatusBar,
+     .checked = &ShellCommands::statusBarShown},
+    {.row = {.id = "help.topics",
+             .menuText = "&Help Topics",
+             .statusText = "Show the user guide",
+             .toolTip = "Help",
+             .accelerator = "F1",
+             .icon = true,
+             .follows = "view.features",
+             .places = {{Help, 110}, {GeneralBar, 1020}}},
+     .run = &ShellCommands::showGuide},
+    {.row = {.id = "help.about",
+             .menuText = "&About Velmora...",
+             .statusText = "Show the program's version and the machine's state",
+             .places = {{Help, 210}}},
+     .run = &ShellCommands::showAbout},
+};
+
+const ShellCommand* findShellCommand(std::string_view id) {
+    const auto* const found =
+        std::find_if(std::begin(commands), std::end(commands), [id](const ShellCommand& c) { return id == c.row.id; });
+    return found == std::end(commands) ? nullptr : found;
+}
+
+} // namespace
+
+std::span<const ShellCommand> shellCommands() {
+    return commands;
+}
+
+bool runShellCommand(ShellCommands& shell, std::string_view id) {
+    const ShellCommand* command = findShellCommand(id);
+    if (command != nullptr) {
+        (shell.*command->run)();
+    }
+    return command != nullptr;
+}
+
+std::optional<bool> shellCheckedState(const ShellCommands& shell, std::string_view id) {
+    const ShellCommand* command = findShellCommand(id);
+    return command != nullptr && command->checked != nullptr ? std::optional((shell.*command->checked)())
+                                                             : std::nullopt;
+}
+
+} // namespace velmora

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "PatchList.h"
+#include "zRegion.h"
+
+namespace velmora {
+
+/// Whether every number of the model is finite: neither infinite nor no number.
+bool isFinite(const PatchList& patches);
+bool isFinite(const zRegion_fe& zones);
+
+} // namespace velmora

@@ -49,6 +49,7 @@ constexpr std::pair<std::string_view, std::string_view> dialogs[] = {
     {"model.knife", "CBeforeAfter"},
     {"model.intersection", "CIntersection"},
     {"model.smooth", "CSmooth"},
+    {"model.compare", "CCompare"},
     {"convert.toApt", "CConvert_SKL_to_APT"},
     {"convert.toSkl", "CConvert_to_SKL"},
     {"convert.knife", "CUKnife"},

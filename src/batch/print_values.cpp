@@ -9,7 +9,7 @@ namespace velmora {
 namespace {
 
 constexpr const char* knownValues = "print one of: state, commands, version, read, view, scene, scene overlay, window "
-                                    "X Y Z, dialog NAME, kernel NAME NUMBERS, report, curve, or a "
+                                    "X Y Z, dialog NAME, kernel NAME NUMBERS, report, curve, comparison, or a "
                                     "list of the model such as patches or lineBuffer";
 
 /// A value that takes no arguments.
@@ -34,6 +34,9 @@ std::optional<Json> plainValue(const std::string& name, DocumentState& doc, Velm
     }
     if (name == "curve") {
         return curveValue(doc);
+    }
+    if (name == "comparison") {
+        return comparisonValue(doc);
     }
     return geometryValue(name, doc);
 }

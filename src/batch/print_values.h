@@ -51,6 +51,8 @@ PrintedValue windowValue(std::span<const std::string> words, VelmoraView& view, 
 Json reportValue(const DocumentState& doc);
 /// How the points of the captured curve, else of the line buffer are set.
 Json curveValue(DocumentState& doc);
+/// What the last Compare found; null before the first one and once the geometry is another one.
+Json comparisonValue(const DocumentState& doc);
 /// Distance, length and angle between the two or three places that the words name.
 PrintedValue measuredValue(std::span<const std::string> words, const DocumentState& doc);
 /// {"code", "hit"} of the kernel and the fifteen numbers in `words`.

@@ -47,6 +47,7 @@ constexpr auto storedDialogs = std::to_array<StoredDialog>({
     {"CConvert_SKL_to_APT", formOf<&DialogValues::toApt>},
     {"CUKnife", formOf<&DialogValues::knife>},
     {"CIntersection", formOf<&DialogValues::intersection>},
+    {"CCompare", formOf<&DialogValues::compare>},
 });
 
 } // namespace

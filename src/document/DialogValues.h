@@ -9,6 +9,7 @@
 #include "CBeforeAfter.h"
 #include "CBlockMove.h"
 #include "CBlockRotate.h"
+#include "CCompare.h"
 #include "CConvert_SKL_to_APT.h"
 #include "CConvert_to_SKL.h"
 #include "CCorrectLine.h"
@@ -69,6 +70,7 @@ struct DialogValues {
     CConvert_SKL_to_APT toApt;
     CUKnife knife;
     CIntersection intersection;
+    CCompare compare;
 
     // Two have a widget of their own and no form.
     CRegularInput regularInput;

@@ -72,6 +72,10 @@ std::vector<std::int32_t> DocumentState::chosenInModelOrder() const {
     return numbers;
 }
 
+const Comparison* DocumentState::comparison() const {
+    return foundComparison && comparedRevision == geometryRevision_ ? &*foundComparison : nullptr;
+}
+
 PointList* DocumentState::sectionAt(std::int32_t patch, std::int32_t section) {
     if (patch < 0 || patch >= countOf(patches)) {
         return nullptr;

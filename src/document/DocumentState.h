@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Capture.h"
+#include "Comparison.h"
 #include "ModelFile.h"
 #include "PatchList.h"
 #include "kinds.h"
@@ -175,11 +176,18 @@ struct DocumentState {
 
     const std::unique_ptr<DialogValues> dialogs;
 
+    // ---- Of the last Compare ----------------------------------------------------------------------------------------
+
+    std::optional<Comparison> foundComparison;
+    std::uint64_t comparedRevision = 0; ///< the geometryRevision that it was made of
+
     // ---- What follows from it ---------------------------------------------------------------------------------------
 
     /// Another number whenever `patches` or `feRegion` may have changed: what was worked out of them for one number
     /// holds as long as it stays.
     std::uint64_t geometryRevision() const { return geometryRevision_; }
+    /// What the last Compare found; null before the first one and once the geometry is another one.
+    const Comparison* comparison() const;
     /// Neither patches nor zones.
     bool holdsNothing() const { return patches.empty() && feRegion.blocks.empty(); }
     /// The patches of a structured model, the zones of an unstructured one: what K counts.

@@ -174,6 +174,8 @@ public:
     void MatchBorderAndGrid();
     void CoonsRebuild();
     void SmoothGeometry();
+    /// Measures how far the points of the zBlock, else of the model, are from another surface.
+    void CompareModel();
     void Interpolate();
     void CorrectLine();
 

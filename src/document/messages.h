@@ -55,6 +55,7 @@ inline Message cannotBeSavedAs(const std::string& extension) {
     return {Severity::Refused, "This model cannot be saved as " + extension};
 }
 inline constexpr MessageText holdsTrianglesNow{Severity::Refused, "The model holds triangles now. Use Save As"};
+inline constexpr MessageText noSurfaceToCompare{Severity::Refused, "There is no surface to compare with"};
 inline constexpr const char* leaveAddRegime = "Regime Add Patch to Block will be canceled. Are you sure?";
 /// Lines have no surface: the model is shown as wires.
 inline constexpr MessageText surfaceNotAllowed{Severity::Warning, "surface not allowed"};

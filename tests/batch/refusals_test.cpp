@@ -72,7 +72,7 @@ TEST_F(Refusals, EachNamesItsCauseAndItsRemedy) {
         {.line = "quit view.fit", .text = "\"view.fit\" gives no value; write NAME=VALUE behind the command"},
         {.line = "print dance",
          .text = "there is no value \"dance\"; print one of: state, commands, version, read, view, scene, scene "
-                 "overlay, window X Y Z, dialog NAME, kernel NAME NUMBERS, report, curve, or a list of the "
+                 "overlay, window X Y Z, dialog NAME, kernel NAME NUMBERS, report, curve, comparison, or a list of the "
                  "model such as patches or lineBuffer"},
         {.line = "print window 1 2", .text = "a place in the window needs a model point; write print window X Y Z"},
         {.line = "print kernel dance",

@@ -866,9 +866,14 @@ const std::vector<Choice> choices = {
      .expected = "both, the model is 0 4"},
 };
 
-/// Told in tests of their own, with the whole grid compared: IntersectionOfOneCell.
-const std::set<std::string> toldElsewhere = {"CIntersection.insideSide=1", "CIntersection.insideSide=2",
-                                             "CIntersection.outsideSide=1", "CIntersection.outsideSide=2"};
+/// Told in tests of their own: IntersectionOfOneCell, with the whole grid compared, and CompareCommand.
+const std::set<std::string> toldElsewhere = {"CIntersection.insideSide=1",
+                                             "CIntersection.insideSide=2",
+                                             "CIntersection.outsideSide=1",
+                                             "CIntersection.outsideSide=2",
+                                             "CCompare.target=1",
+                                             "CCompare.target=2",
+                                             "CCompare.target=3"};
 
 std::string keyOf(const std::string& dialog, const std::string& field, int value) {
     return dialog + '.' + field + '=' + std::to_string(value);

@@ -150,6 +150,12 @@ TEST(DialogFields, OfRebreakFirstAndLastStandInAFrame) {
     EXPECT_EQ(form.find("lastCurve")->group, "Sections (lines)");
 }
 
+TEST(DialogFields, OfCompare) {
+    EXPECT_THAT(
+        linesOf("CCompare"),
+        ElementsAre("Compare", "target |  | radio | 1 | \"Second geometry\" \"Patches outside of zBlock\" \"File\""));
+}
+
 TEST(DialogFields, OfIntersection) {
     EXPECT_THAT(linesOf("CIntersection"),
                 ElementsAre("Intersection",

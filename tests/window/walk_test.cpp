@@ -171,6 +171,8 @@ const std::vector<DialogRow>& dialogRows() {
          [](Doc d) { return x(d, 0, 0) == 3.0; }},
         {"CSmooth", "model.smooth", transform, nothing, "", "regime", "", "Down",
          [](Doc d) { return d.patchUndoReady && d.dialogs->smooth.regime == 2; }},
+        {"CCompare", "model.compare", transform, holdPatch, "", "target", "", "Down",
+         [](Doc d) { return d.comparison() != nullptr && d.dialogs->compare.target == 2; }},
         {"CFeatures",
          "view.features",
          {"Options"},

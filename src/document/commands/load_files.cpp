@@ -155,6 +155,25 @@ void show(UserInterface& ui, const ZonesRead& read, LoadTally& tally) {
 
 } // namespace
 
+bool readPatches(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension, PatchList& patches) {
+    StructuredRead read;
+    {
+        const BusyScope busy(doc.ui());
+        read = readByExtension(path, extension, patches, progressTo(doc.ui()));
+    }
+    LoadTally tally;
+    if (read.opened) {
+        tell(doc.ui(), read.record, tally);
+    }
+    for (const std::string& text : read.messages) {
+        doc.ui().showMessage({Severity::NotRead, text});
+    }
+    if (!tally.losses.empty()) {
+        doc.ShowStatus(lossText(tally.losses));
+    }
+    return read.messages.empty();
+}
+
 bool readZones(VelmoraDoc& doc, const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured) {
     LoadTally tally;
     const ZonesRead read = readZonesQuietly(doc.ui(), path, structured, unstructured);

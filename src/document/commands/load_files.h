@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "PatchList.h"
+
 namespace velmora {
 
 class VelmoraDoc;
@@ -40,6 +42,9 @@ bool appendUnstructuredFile(VelmoraDoc& doc, const std::filesystem::path& path, 
 /// Reads the zones of a file, tells of the file and of what is lost of it, and shows what the reader tells; the model
 /// stays as it is.
 bool readZones(VelmoraDoc& doc, const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured);
+
+/// The same for the patches of an .apt or .skl file; `patches` must be empty. False when not all of it could be read.
+bool readPatches(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension, PatchList& patches);
 
 /// What is lost of a file, for the status line: the first of it, and how much more there is; empty for nothing.
 std::string lossText(const std::vector<std::string>& losses);

@@ -282,7 +282,7 @@ void VelmoraDoc::InputPatch() {
         ++blockCount;
         ShowStatus(capture->blockStatus);
     }
-    redraw();
+    redrawPicture();
 }
 
 void VelmoraDoc::ExitPatchRegime() {

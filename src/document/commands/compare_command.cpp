@@ -1,0 +1,109 @@
+#include "compare.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <utility>
+
+#include "DialogValues.h"
+#include "VelmoraDoc.h"
+#include "dat_geometry.h"
+#include "file_types.h"
+#include "load_files.h"
+#include "messages.h"
+#include "path_names.h"
+#include "show_dialog.h"
+
+namespace velmora {
+
+// The distance of the zBlock, or of all, from another surface.
+
+namespace {
+
+constexpr std::int32_t toSecondGeometry = 1;
+constexpr std::int32_t toTheOtherPatches = 2;
+
+/// The geometry of a file of any type that has a surface. None, with a message, when it could not be read whole.
+std::optional<TriangleMesh> surfaceOfFile(VelmoraDoc& doc, const std::filesystem::path& path) {
+    const std::string extension = extensionOf(path);
+    PatchList patches;
+    zRegion structured;
+    zRegion_fe region;
+    if (extension == "apt" || extension == "skl") {
+        if (!readPatches(doc, path, extension, patches)) {
+            return std::nullopt;
+        }
+    } else if (extension == "dat" || extension == "wrl" || extension == "stl") {
+        if (!readZones(doc, path, structured, region)) {
+            return std::nullopt;
+        }
+        patches = zonesToPatches(structured, ZoneDetail::Whole).patches;
+    } else {
+        doc.ui().showMessage(message::fileTypeNotSupported);
+        return std::nullopt;
+    }
+    return surfaceTriangles(patches, region, std::vector<bool>(std::max(patches.size(), region.blocks.size())));
+}
+
+std::optional<TriangleMesh> surfaceOfChosenFile(VelmoraDoc& doc) {
+    FileRequest request;
+    request.mode = ChooserMode::Open;
+    request.types = fileTypesNamed({"apt", "skl", "dat", "wrl", "stl"});
+    request.command = "model.compare";
+    const std::vector<std::filesystem::path> paths = doc.ui().chooseFiles(request);
+    return paths.empty() ? std::nullopt : surfaceOfFile(doc, fullPath(paths.front()));
+}
+
+/// None when the user cancelled, or was told why there is none.
+std::optional<TriangleMesh> surfaceToCompareWith(VelmoraDoc& doc, std::int32_t target) {
+    if (target == toSecondGeometry) {
+        const std::size_t parts = std::max(doc.referencePatches.size(), doc.referenceRegion.blocks.size());
+        return surfaceTriangles(doc.referencePatches, doc.referenceRegion, std::vector<bool>(parts));
+    }
+    return target == toTheOtherPatches ? surfaceTriangles(doc.patches, doc.feRegion, doc.blockMask())
+                                       : surfaceOfChosenFile(doc);
+}
+
+/// Six significant digits.
+std::string shortNumber(double value) {
+    std::array<char, 32> text{};
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 6).ptr;
+    return {text.data(), end};
+}
+
+std::string comparisonText(const Comparison& comparison) {
+    std::string text = "Largest distance " + shortNumber(comparison.largest);
+    if (const auto& at = comparison.at) {
+        text += " at Patch K=" + std::to_string(at->part + 1);
+        text += at->section < 0 ? "" : ", Section N=" + std::to_string(at->section + 1);
+        text += ", Point M=" + std::to_string(at->point + 1);
+    }
+    return text + "; mean " + shortNumber(comparison.mean) + ", rms " + shortNumber(comparison.rms);
+}
+
+} // namespace
+
+void VelmoraDoc::CompareModel() {
+    if (!showDialog(ui_, dialogs->compare)) {
+        return;
+    }
+    const std::optional<TriangleMesh> mesh = surfaceToCompareWith(*this, dialogs->compare.target);
+    if (!mesh) {
+        return;
+    }
+    {
+        const BusyScope busy(ui_);
+        const NearestTree surface(*mesh);
+        if (!surface.empty()) {
+            foundComparison = structureKind == StructureKind::Unstructured
+                                  ? compareZones(feRegion, chosenMask(), surface)
+                                  : comparePatches(patches, chosenMask(), surface);
+            comparedRevision = geometryRevision();
+            ShowStatus(comparisonText(*foundComparison));
+            return;
+        }
+    }
+    ui_.showMessage(message::noSurfaceToCompare);
+}
+
+} // namespace velmora

@@ -1,0 +1,151 @@
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+#include "command_rig.h"
+
+// Compare: which points, which surface, and how long what was found holds.
+
+namespace velmora::test {
+namespace {
+
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::SizeIs;
+
+class CompareCommand : public CommandRig {
+protected:
+    /// Patches at the heights 0, 1 and 3, each of 2 by 2 points.
+    CompareCommand() { hold({flatPatch(2, 2), flatPatch(2, 2, 1), flatPatch(2, 2, 3)}); }
+
+    void compare(int target, std::vector<std::string> files = {}) {
+        forget();
+        run({.id = "model.compare", .fields = {{"target", std::to_string(target)}}, .files = std::move(files)});
+    }
+
+    std::vector<double> values() const {
+        return doc.comparison() != nullptr ? doc.comparison()->values : std::vector<double>();
+    }
+
+    const std::string plateAtTwo = "2 2\n0 0 2\n1 0 2\n0 1 2\n1 1 2\n";
+};
+
+TEST_F(CompareCommand, WithTheOtherPatches) {
+    runAll(addPatch(3) + addPatch(2));
+    compare(2);
+    // Of the zBlock in the order of the model: patch 2 is 1 away from patch 1, patch 3 is 3 away.
+    EXPECT_THAT(values(), ElementsAre(1, 1, 1, 1, 3, 3, 3, 3));
+    EXPECT_EQ(doc.comparison()->at->part, 2);
+    EXPECT_EQ(doc.status, "Largest distance 3 at Patch K=3, Section N=1, Point M=1; mean 2, rms 2.23607");
+}
+
+TEST_F(CompareCommand, WithoutAZBlockAllPointsAreCompared) {
+    doc.referenceRegion.blocks.push_back(triangleZone("far", {{0, 0, 0}, {4, 0, 0}, {0, 4, 0}}, {0, 1, 2}));
+    compare(1);
+    EXPECT_THAT(values(), ElementsAre(0, 0, 0, 0, 1, 1, 1, 1, 3, 3, 3, 3));
+}
+
+TEST_F(CompareCommand, WithTheSecondGeometry) {
+    runAll(addPatch(2));
+    doc.referenceRegion.blocks.push_back(triangleZone("far", {{0, 0, 6}, {4, 0, 6}, {0, 4, 6}}, {0, 1, 2}));
+    compare(1);
+    EXPECT_THAT(values(), ElementsAre(5, 5, 5, 5));
+    doc.referencePatches = {flatPatch(2, 2, 1.5)};
+    compare(1);
+    EXPECT_THAT(values(), ElementsAre(0.5, 0.5, 0.5, 0.5));
+}
+
+TEST_F(CompareCommand, WithAFileOfPatches) {
+    compare(3, {file("at_two.apt", plateAtTwo).string()});
+    EXPECT_THAT(values(), ElementsAre(2, 2, 2, 2, 1, 1, 1, 1, 1, 1, 1, 1));
+    EXPECT_EQ(doc.patches.size(), 3U) << "the model stays";
+    EXPECT_FALSE(doc.documentModified);
+}
+
+TEST_F(CompareCommand, WithAFileOfTriangles) {
+    const std::string facet = "facet normal 0 0 1\nouter loop\nvertex 0 0 5\nvertex 4 0 5\nvertex 0 4 5\nendloop\n"
+                              "endfacet\n";
+    compare(3, {file("at_five.stl", "solid a\n" + facet + "endsolid a\n").string()});
+    EXPECT_THAT(values(), ElementsAre(5, 5, 5, 5, 4, 4, 4, 4, 2, 2, 2, 2));
+}
+
+TEST_F(CompareCommand, WithAFileOfZonesThatAreGrids) {
+    compare(3, {file("at_two.dat", "VARIABLES = \"X\", \"Y\", \"Z\"\nZONE T=\"a\", I=2, J=2, K=1, F=POINT\n"
+                                   "0 0 2\n1 0 2\n0 1 2\n1 1 2\n")
+                    .string()});
+    EXPECT_THAT(values(), ElementsAre(2, 2, 2, 2, 1, 1, 1, 1, 1, 1, 1, 1));
+}
+
+TEST_F(CompareCommand, ATargetWithoutASurfaceIsRefused) {
+    compare(1);
+    EXPECT_THAT(heard(), Contains("message: There is no surface to compare with"));
+    EXPECT_EQ(doc.comparison(), nullptr);
+    runAll(addPatch(1) + addPatch(2) + addPatch(3));
+    compare(2);
+    EXPECT_THAT(heard(), Contains("message: There is no surface to compare with"));
+    // Sections of different lengths have no cells.
+    compare(3, {file("lines.skl", "2\n2\n0 0 0\n1 0 0\n3\n0 1 0\n1 1 0\n2 1 0\n").string()});
+    EXPECT_THAT(heard(), Contains("message: There is no surface to compare with"));
+    EXPECT_EQ(doc.comparison(), nullptr);
+}
+
+TEST_F(CompareCommand, AFileThatCannotBeReadLeavesWhatWasFound) {
+    compare(3, {file("at_two.apt", plateAtTwo).string()});
+    ASSERT_THAT(values(), SizeIs(12));
+    for (const char* const text : {"2 2\n0 0 2\n1 0 2\n0 1 two\n1 1 2\n", ""}) {
+        compare(3, {file("broken.apt", text).string()});
+        EXPECT_THAT(values(), SizeIs(12));
+    }
+    compare(3, {(folder / "not_there.apt").string()});
+    EXPECT_THAT(heard(), Contains("message: It is impossible to open selected file"));
+    compare(3, {file("points.ext", "1\n0 0 0\n").string()});
+    EXPECT_THAT(heard(), Contains("message: This file's type is not supported by Sorvane"));
+    compare(3);
+    EXPECT_THAT(values(), SizeIs(12)) << "the chooser was cancelled";
+}
+
+TEST_F(CompareCommand, CancelLeavesWhatWasFound) {
+    compare(3, {file("at_two.apt", plateAtTwo).string()});
+    ui.dialogs.clear();
+    call("model.compare");
+    EXPECT_THAT(values(), SizeIs(12));
+}
+
+TEST_F(CompareCommand, HoldsUntilTheGeometryIsAnotherOne) {
+    EXPECT_EQ(doc.comparison(), nullptr) << "before the first";
+    runAll(addPatch(2));
+    compare(2);
+    ASSERT_NE(doc.comparison(), nullptr);
+    runAll(addPatch(3));
+    EXPECT_NE(doc.comparison(), nullptr) << "another zBlock is no edit";
+    run({.id = "model.move", .fields = {{"deltaZ", "0.5"}}});
+    EXPECT_EQ(doc.comparison(), nullptr);
+    compare(2);
+    EXPECT_THAT(values(), ElementsAre(1.5, 1.5, 1.5, 1.5, 3.5, 3.5, 3.5, 3.5));
+    runAll({{.id = "patch.undo"}});
+    EXPECT_EQ(doc.comparison(), nullptr);
+}
+
+TEST_F(CompareCommand, ChangesNothingAndTakesNoUndoStep) {
+    runAll(addPatch(2));
+    run({.id = "model.move", .fields = {{"deltaZ", "0.5"}}});
+    const std::string before = Picture::ofAll(doc);
+    compare(2);
+    EXPECT_EQ(Picture::ofAll(doc), before);
+    EXPECT_TRUE(doc.patchUndoReady);
+}
+
+TEST_F(CompareCommand, ZonesByTheirNodes) {
+    holdZones({});
+    doc.feRegion.blocks.push_back(triangleZone("low", {{0, 0, 0}, {4, 0, 0}, {0, 4, 0}}, {0, 1, 2}));
+    doc.feRegion.blocks.push_back(triangleZone("high", {{0, 0, 1}, {1, 0, 2}, {0, 1, 1}}, {0, 1, 2}));
+    updateBounds();
+    runAll(addPatch(2));
+    compare(2);
+    EXPECT_THAT(values(), ElementsAre(1, 2, 1));
+    EXPECT_EQ(doc.status.substr(0, 45), "Largest distance 2 at Patch K=2, Point M=2; m");
+}
+
+} // namespace
+} // namespace velmora::test

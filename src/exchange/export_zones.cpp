@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <string>
 #include <utility>
 
@@ -102,7 +103,10 @@ double largestMove(const ExchangeModel& model, int digits, bool single) {
         return single ? static_cast<double>(static_cast<float>(value)) : asText(value, digits);
     };
     const auto take = [&](double x, double y, double z) {
-        largest = std::max(largest, std::hypot(written(x) - x, written(y) - y, written(z) - z));
+        const zVec<double> move(written(x) - x, written(y) - y, written(z) - z);
+        const bool finite = std::isfinite(move.x) && std::isfinite(move.y) && std::isfinite(move.z);
+        largest =
+            finite ? std::max(largest, std::hypot(move.x, move.y, move.z)) : std::numeric_limits<double>::infinity();
     };
     for (const Patch& patch : model.patches) {
         for (const PointList& section : patch) {

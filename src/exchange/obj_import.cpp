@@ -201,8 +201,8 @@ void importObj(std::string_view text, const ImportOptions& options, ExchangeMode
     FileMesh mesh = ObjReader(text, record, report).run();
     addCount(record.found, "zones", static_cast<std::int64_t>(mesh.zones.size()));
     addCount(record.kept, "zones", 0);
-    if (mesh.pointCount() == 0 && mesh.polygonEnds.empty() && !trimmed(text).empty()) {
-        tellMissing(record, "No points and no faces were found");
+    if (mesh.polygonEnds.empty() && !trimmed(text).empty()) {
+        tellMissing(record, "No faces were found");
     }
     const std::size_t before = model.region.blocks.size();
     buildMesh(std::move(mesh), options, model, record, report);

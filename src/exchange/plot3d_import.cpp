@@ -214,9 +214,11 @@ std::size_t numbersNeeded(const Layout& layout) {
                                static_cast<std::size_t>(layout.dimensions + (layout.blanked ? 1 : 0));
 }
 
-/// Whether the numbers behind the first block's coordinates are such as blanking has.
+/// Whether the numbers behind the first block's coordinates are such as blanking has: 0 and 1, seldom 2, and the
+/// numbers of neighbouring blocks below 0.
 bool marksFollow(const Layout& layout, const std::vector<double>& numbers) {
-    constexpr double mostMark = 1000.0;
+    constexpr double leastMark = -1000.0;
+    constexpr double mostMark = 2.0;
     const auto points = static_cast<std::size_t>(pointsOf(layout.blocks.front()));
     const std::size_t begin = layout.header + points * static_cast<std::size_t>(layout.dimensions);
     if (begin + points > numbers.size()) {
@@ -224,16 +226,17 @@ bool marksFollow(const Layout& layout, const std::vector<double>& numbers) {
     }
     return std::all_of(numbers.begin() + static_cast<std::ptrdiff_t>(begin),
                        numbers.begin() + static_cast<std::ptrdiff_t>(begin + points),
-                       [](double mark) { return std::floor(mark) == mark && std::abs(mark) <= mostMark; });
+                       [](double mark) { return std::floor(mark) == mark && mark >= leastMark && mark <= mostMark; });
 }
 
 /// The layout that takes all numbers, or, of a damaged file, that of which the least is missing; null when there is
-/// none.
+/// none. A plane grid is none where the counts of several blocks can be read: those are cut by chance at that number.
 const Layout* bestLayout(const std::vector<Layout>& layouts, const std::vector<double>& numbers) {
+    const bool severalBlocks = !layouts.empty() && layouts.front().dimensions == 3 && layouts.front().blocks.size() > 1;
     const Layout* best = nullptr;
     for (const Layout& layout : layouts) {
         const std::size_t needed = numbersNeeded(layout);
-        if (needed == numbers.size()) {
+        if (needed == numbers.size() && (layout.dimensions == 3 || !severalBlocks)) {
             return &layout;
         }
         const bool cut = needed > numbers.size();

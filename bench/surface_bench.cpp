@@ -88,7 +88,7 @@ BENCHMARK(matchPairs)->ArgName("grid")->Arg(0)->Arg(1)->Unit(benchmark::kMillise
 /// 10,000 sections of 100 points, the first 60 to 80; arguments: 1 for the spline, 1 for the search.
 void rebreakPart(benchmark::State& state) {
     PartLaw law;
-    law.spline = state.range(0) == 1;
+    law.linear = state.range(0) == 0;
     law.fit = state.range(1) == 1;
     law.newCount = 80;
     law.lastPoint = 60;

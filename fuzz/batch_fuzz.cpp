@@ -180,7 +180,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                 printer, BatchSession::Setup{std::filesystem::current_path(), {800, 600}, false});
             session->run(0, "open grid.apt");
         }
-        if (session->run(++number, line) != BatchSession::Outcome::GoOn) {
+        if (session->run(++number, line) != BatchSession::Next::GoOn) {
             session.reset();
         }
     }

@@ -4,8 +4,9 @@
 #include <cmath>
 
 #include "about.h"
+#include "command_help.h"
+#include "file_events.h"
 #include "parse_number.h"
-#include "print_values.h"
 
 namespace velmora {
 
@@ -27,23 +28,35 @@ std::optional<PixelPoint> parsePixel(const std::string& x, const std::string& y)
     return column && row ? std::optional(PixelPoint{*column, *row}) : std::nullopt;
 }
 
-Json itemsValue(const std::vector<MenuEntry>& entries, const VelmoraDoc& doc, const VelmoraView& view) {
+Json itemsValue(const std::vector<MenuEntry>& entries, const Session& session) {
     Json items = Json::array();
     for (const MenuEntry& entry : entries) {
         if (entry.kind == MenuEntry::Kind::Submenu) {
-            items.push_back({{"text", entry.text}, {"items", itemsValue(entry.entries, doc, view)}});
+            items.push_back({{"text", entry.text}, {"items", itemsValue(entry.entries, session)}});
         } else if (entry.kind == MenuEntry::Kind::Item) {
             const Command* command = findCommand(entry.command);
-            const bool on = command != nullptr && commandIsOn(*command, doc, view);
+            const bool on = command != nullptr && session.isOn(*command);
             items.push_back({{"text", entry.text}, {"command", entry.command}, {"on", on}});
         }
     }
     return items;
 }
 
+ScriptFailure unknownCommand(const std::string& id) {
+    return {"there is no command " + inQuotes(id), "velmora-batch --help-commands tells all commands"};
+}
+
+std::string joined(std::span<const std::string> words) {
+    std::string text = words.front();
+    for (const std::string& word : words.subspan(1)) {
+        text += ' ' + word;
+    }
+    return text;
+}
+
 } // namespace
 
-const std::array<BatchSession::LineKind, 8> BatchSession::lineKinds = {{
+const std::array<BatchSession::LineKind, 10> BatchSession::lineKinds = {{
     {"open", &BatchSession::openPath, "open PATH"},
     {"run", &BatchSession::runCommand, "run COMMAND [NAME=VALUE ...]"},
     {"size", &BatchSession::resize, "size WIDTH HEIGHT, in whole pixels up to 1000000"},
@@ -51,39 +64,49 @@ const std::array<BatchSession::LineKind, 8> BatchSession::lineKinds = {{
     {"key", &BatchSession::pressKey, "key escape"},
     {"wait", &BatchSession::passTime, "wait MILLISECONDS, a whole number from 0 to 3600000"},
     {"print", &BatchSession::print, "print WHAT"},
+    {"measure", &BatchSession::measure, "measure A B [C], each K/N/M, ZONE/NODE or X,Y,Z"},
+    {"help", &BatchSession::help, "help COMMAND"},
     {"quit", &BatchSession::quit, "quit [answer=yes or no]"},
 }};
 
 BatchSession::BatchSession(EventPrinter& printer, const Setup& setup)
-    : printer_(printer), ui_(printer), doc_(ui_, setup.documentsFolder), view_(doc_, surface_), echo_(setup.echo) {
-    view_.OnCreate();
-    view_.OnSize(setup.viewSize.width, setup.viewSize.height);
-    doc_.onNewDocument();
+    : printer_(printer), ui_(printer), session_(ui_, surface_, *this, setup.documentsFolder), echo_(setup.echo) {
+    session_.view().OnCreate();
+    session_.view().OnSize(setup.viewSize.width, setup.viewSize.height);
+    session_.start();
     paint();
 }
 
-BatchSession::Outcome BatchSession::run(std::int64_t number, std::string_view line) {
+BatchSession::Next BatchSession::run(std::int64_t number, std::string_view line) {
     const ScriptLine words = splitLine(line);
     if (words.words.empty() && !words.failure) {
-        return Outcome::GoOn;
+        return Next::GoOn;
     }
     if (echo_) {
         printer_.print({{"event", "echo"}, {"line", number}, {"text", std::string(line)}});
     }
-    lineNumber_ = number;
     ui_.beginLine();
-    MaybeFailure failure = runWords(words);
-    if (!failure) {
+    MaybeFailure failure;
+    report_ = session_.perform([&] {
+        failure = runWords(words);
+        if (failure) {
+            ui_.beQuiet(); // the error tells all
+        }
         paintIfAsked();
+    });
+    if (!failure) {
         failure = ui_.endLine();
+    }
+    if (!report_.filesRead.empty()) {
+        filesRead_ = report_.filesRead;
     }
     if (failure) {
         const std::string text = failure->cause + "; " + failure->remedy;
         printer_.print({{"event", "error"}, {"line", number}, {"text", text}});
-        return Outcome::Fail;
+        return Next::Fail;
     }
-    printer_.print({{"event", "done"}, {"line", number}});
-    return leaving_ ? Outcome::Leave : Outcome::GoOn;
+    printer_.print({{"event", "done"}, {"line", number}, {"outcome", nameOf(report_.outcome())}});
+    return leaving_ ? Next::Leave : Next::GoOn;
 }
 
 MaybeFailure BatchSession::badUsage(const char* word) {
@@ -115,7 +138,7 @@ MaybeFailure BatchSession::openPath(Words words) {
     if (words.size() != 1 || !isPath(words[0])) {
         return badUsage("open");
     }
-    doc_.onOpenDocument(words[0]);
+    session_.open({words[0]});
     return std::nullopt;
 }
 
@@ -128,7 +151,7 @@ MaybeFailure BatchSession::resize(Words words) {
     if (!width || !height) {
         return badUsage("size");
     }
-    view_.OnSize(*width, *height);
+    session_.view().OnSize(*width, *height);
     if (*width >= 1 && *height >= 1) {
         // A window that changed its size is painted anew.
         surface_.requestRepaint();
@@ -142,11 +165,11 @@ MaybeFailure BatchSession::moveMouse(Words words) {
         return badUsage("mouse");
     }
     if (words[0] == "down") {
-        view_.OnLeftButtonDown(*position);
+        session_.view().OnLeftButtonDown(*position);
     } else if (words[0] == "move") {
-        view_.OnMouseMove(*position);
+        session_.view().OnMouseMove(*position);
     } else if (words[0] == "up") {
-        view_.OnLeftButtonUp(*position);
+        session_.view().OnLeftButtonUp(*position);
     } else if (words[0] == "right") {
         showContextMenu();
     } else {
@@ -156,8 +179,8 @@ MaybeFailure BatchSession::moveMouse(Words words) {
 }
 
 void BatchSession::showContextMenu() {
-    if (const Menu* menu = activeContextMenu(doc_)) {
-        printer_.print({{"event", "menu"}, {"name", menu->name}, {"items", itemsValue(menu->entries, doc_, view_)}});
+    if (const Menu* menu = activeContextMenu(session_.document())) {
+        printer_.print({{"event", "menu"}, {"name", menu->name}, {"items", itemsValue(menu->entries, session_)}});
     }
 }
 
@@ -165,8 +188,11 @@ MaybeFailure BatchSession::pressKey(Words words) {
     if (words.size() != 1 || words[0] != "escape") {
         return badUsage("key");
     }
-    view_.OnKeyDown(ViewKey::Escape);
-    return surface_.takeCloseRequest() ? leave() : std::nullopt;
+    session_.view().OnKeyDown(ViewKey::Escape);
+    if (surface_.takeCloseRequest()) {
+        exit();
+    }
+    return std::nullopt;
 }
 
 MaybeFailure BatchSession::passTime(Words words) {
@@ -176,7 +202,7 @@ MaybeFailure BatchSession::passTime(Words words) {
     }
     const std::int64_t end = surface_.clock() + *duration;
     while (surface_.advanceToTick(end)) {
-        view_.OnTimer();
+        session_.view().OnTimer();
         paint();
     }
     surface_.advanceTo(end);
@@ -187,31 +213,51 @@ MaybeFailure BatchSession::print(Words words) {
     if (words.empty()) {
         return badUsage("print");
     }
-    auto value = printedValue(words, doc_, view_);
+    if (words.size() == 1 && words[0] == "read") {
+        Json events = Json::array();
+        std::transform(filesRead_.begin(), filesRead_.end(), std::back_inserter(events), readEvent);
+        sayValue("read", std::move(events));
+        return std::nullopt;
+    }
+    return sayIfFound(joined(words), printedValue(words, session_.document(), session_.view()));
+}
+
+MaybeFailure BatchSession::measure(Words words) {
+    if (words.size() != 2 && words.size() != 3) {
+        return badUsage("measure");
+    }
+    return sayIfFound("measure", measuredValue(words, session_.document()));
+}
+
+MaybeFailure BatchSession::sayIfFound(const std::string& what, PrintedValue value) {
     if (const auto* failure = std::get_if<ScriptFailure>(&value)) {
         return *failure;
     }
-    std::string what = words.front();
-    for (const std::string& word : words.subspan(1)) {
-        what += ' ' + word;
-    }
-    printer_.print({{"event", "print"}, {"what", what}, {"value", std::move(*std::get_if<Json>(&value))}});
+    sayValue(what, std::move(*std::get_if<Json>(&value)));
     return std::nullopt;
+}
+
+MaybeFailure BatchSession::help(Words words) {
+    if (words.size() != 1) {
+        return badUsage("help");
+    }
+    const Command* command = findCommand(words[0]);
+    if (command == nullptr) {
+        return unknownCommand(words[0]);
+    }
+    sayValue("help " + words[0], commandHelp(*command));
+    return std::nullopt;
+}
+
+void BatchSession::sayValue(const std::string& what, Json value) {
+    printer_.print({{"event", "print"}, {"what", what}, {"value", std::move(value)}});
 }
 
 MaybeFailure BatchSession::quit(Words words) {
     if (auto failure = beginCommand(words)) {
         return failure;
     }
-    return leave();
-}
-
-MaybeFailure BatchSession::leave() {
-    if (!doc_.saveModified() && !ui_.failure()) {
-        return ScriptFailure{"the model could not be saved, so the program stays",
-                             "make its file writable, save it elsewhere, or leave with answer=no"};
-    }
-    leaving_ = !ui_.failure();
+    exit();
     return std::nullopt;
 }
 
@@ -232,51 +278,36 @@ MaybeFailure BatchSession::runCommand(Words words) {
     }
     const Command* command = findCommand(words[0]);
     if (command == nullptr) {
-        return ScriptFailure{"there is no command " + inQuotes(words[0]),
-                             "velmora-batch --help-commands tells all commands"};
+        return unknownCommand(words[0]);
     }
-    if (!commandIsOn(*command, doc_, view_)) {
+    if (!session_.isOn(*command)) {
         return ScriptFailure{"the command " + inQuotes(command->id) + " is off",
                              "bring the model into a state in which it is on: print commands tells which are"};
     }
     if (auto failure = beginCommand(words.subspan(1))) {
         return failure;
     }
-    if (command->id == std::string_view("file.exit")) {
-        return leave();
-    }
-    carryOut(*command);
+    session_.run(*command);
     return std::nullopt;
 }
 
-void BatchSession::carryOut(const Command& command) {
-    switch (command.owner) {
-    case CommandOwner::Document:
-        (doc_.*command.run)();
-        break;
-    case CommandOwner::View:
-        view_.runViewCommand(command.id);
-        break;
-    case CommandOwner::Shell:
-        runShellCommand(command);
-        break;
-    }
+void BatchSession::exit() {
+    // Whoever did not answer the question does not leave by it.
+    leaving_ = session_.leave() && !ui_.failure();
 }
 
-void BatchSession::runShellCommand(const Command& command) {
-    const std::string_view id = command.id;
-    if (id == "help.about") {
-        ui_.showMessage(aboutText());
-    } else if (id == "help.topics") {
-        doc_.ShowStatus("The user guide is shown by the window; --help-commands lists the commands");
-    }
-    // The others show and hide parts of a frame: there is none here.
+void BatchSession::showGuide() {
+    session_.document().ShowStatus("The user guide is shown by the window; --help-commands lists the commands");
+}
+
+void BatchSession::showAbout() {
+    session_.document().ui().showMessage({Severity::Info, aboutText()});
 }
 
 // ---- Painting -------------------------------------------------------------------------------------------------------
 
 void BatchSession::paint() {
-    view_.OnDraw();
+    session_.view().OnDraw();
     surface_.clearRepaintRequest();
 }
 

@@ -8,9 +8,8 @@
 
 #include "BatchSurface.h"
 #include "BatchUserInterface.h"
-#include "VelmoraDoc.h"
-#include "VelmoraView.h"
-#include "command_table.h"
+#include "Session.h"
+#include "print_values.h"
 
 namespace velmora {
 
@@ -23,8 +22,8 @@ struct ViewSize {
 /// The largest size and distance from the view's corner that a script can name, in pixels.
 inline constexpr int largestPixel = 1'000'000;
 
-/// The program while a script runs: a document with its view, as after the start, and the lines that work on it.
-class BatchSession {
+/// The program while a script runs: a session as after the start, and the lines that work on it.
+class BatchSession : private ShellCommands {
 public:
     /// What a session needs of its surroundings.
     struct Setup {
@@ -33,17 +32,19 @@ public:
         bool echo = false; ///< say each line before it runs
     };
     /// How the script goes on behind a line.
-    enum class Outcome {
+    enum class Next {
         GoOn,
         Leave, ///< the program ends as its user wanted
-        Fail,  ///< the script ends: the line could not be carried out
+        Fail,  ///< the line could not be carried out
     };
 
     /// `printer` must outlive the session.
     BatchSession(EventPrinter& printer, const Setup& setup);
 
     /// Runs one line, paints once if that was asked for, and says what happened. `number` names the line in events.
-    Outcome run(std::int64_t number, std::string_view line);
+    Next run(std::int64_t number, std::string_view line);
+    /// What happened in the last line.
+    const CommandReport& report() const { return report_; }
 
 private:
     using Words = std::span<const std::string>;
@@ -53,7 +54,7 @@ private:
         const char* usage;
     };
 
-    static const std::array<LineKind, 8> lineKinds;
+    static const std::array<LineKind, 10> lineKinds;
     static MaybeFailure badUsage(const char* word);
 
     MaybeFailure runWords(const ScriptLine& line);
@@ -64,24 +65,28 @@ private:
     MaybeFailure pressKey(Words words);
     MaybeFailure passTime(Words words);
     MaybeFailure print(Words words);
+    MaybeFailure measure(Words words);
+    MaybeFailure sayIfFound(const std::string& what, PrintedValue value);
+    MaybeFailure help(Words words);
     MaybeFailure quit(Words words);
 
     MaybeFailure beginCommand(Words input);
-    void carryOut(const Command& command);
-    void runShellCommand(const Command& command);
+    void sayValue(const std::string& what, Json value);
     void showContextMenu();
-    MaybeFailure leave();
+    void exit() override;
+    void showGuide() override;
+    void showAbout() override;
     void paint();
     void paintIfAsked();
 
     EventPrinter& printer_;
     BatchUserInterface ui_;
     BatchSurface surface_;
-    VelmoraDoc doc_;
-    VelmoraView view_;
+    Session session_;
     bool echo_;
     bool leaving_ = false;
-    std::int64_t lineNumber_ = 0;
+    CommandReport report_;
+    std::vector<FileRead> filesRead_; ///< of the last line that read files
 };
 
 } // namespace velmora

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "file_events.h"
 #include "table_actions.h"
 
 namespace velmora {
@@ -78,8 +79,8 @@ void BatchUserInterface::fail(std::string cause, std::string remedy) {
     }
 }
 
-void BatchUserInterface::showMessage(const std::string& text) {
-    sayText("message", text);
+void BatchUserInterface::showMessage(const Message& message) {
+    say({{"event", "message"}, {"text", message.text}, {"severity", nameOf(message.severity)}});
 }
 
 void BatchUserInterface::showStatus(const std::string& text) {
@@ -92,6 +93,14 @@ void BatchUserInterface::showTitle(const std::string& title) {
 
 void BatchUserInterface::addRecentFile(const std::filesystem::path& path) {
     say({{"event", "recent"}, {"path", path.string()}});
+}
+
+void BatchUserInterface::tellFileRead(const FileRead& read) {
+    say(readEvent(read));
+}
+
+void BatchUserInterface::tellFileWritten(const FileWritten& written) {
+    say(writtenEvent(written));
 }
 
 bool BatchUserInterface::ask(const std::string& text) {
@@ -183,7 +192,7 @@ bool BatchUserInterface::showDialog(DialogForm& form) {
     }
     if (const auto refusal = acceptDialog(form)) {
         if (!refusal->message.empty()) {
-            showMessage(refusal->message);
+            showMessage({Severity::Refused, refusal->message});
         }
         fail("the dialog " + inQuotes(form.name) + " stays open after OK",
              refusal->key.empty() ? "change its fields"

@@ -16,12 +16,14 @@ public:
 
     /// A line begins, with what it gives.
     void beginLine(CommandInput input = {});
+    /// The line is at its end: nothing more is said of it.
+    void beQuiet() { talking_ = false; }
     /// What the running line failed to answer.
     const MaybeFailure& failure() const { return failure_; }
     /// The failure, or that some of what the line gave was not asked for.
     MaybeFailure endLine() const;
 
-    void showMessage(const std::string& text) override;
+    void showMessage(const Message& message) override;
     bool ask(const std::string& text) override;
     void showStatus(const std::string& text) override;
     void showTitle(const std::string& title) override;
@@ -31,6 +33,8 @@ public:
     void setBusy(bool) override {}
     void showProgress(double) override {}
     void addRecentFile(const std::filesystem::path& path) override;
+    void tellFileRead(const FileRead& read) override;
+    void tellFileWritten(const FileWritten& written) override;
 
 private:
     void say(const Json& event);

@@ -40,10 +40,31 @@ void TextEventPrinter::print(const Json& event) {
         out_ << "print " << withoutControls(textOf(event, "what")) << ": " << oneLine(event.at("value")) << '\n';
     } else if (kind == "echo") {
         out_ << textOf(event, "text") << '\n';
+    } else if (kind == "read") {
+        printLoss(event);
     } else if (kind == "error") {
         out_ << "error: line " << oneLine(event.at("line")) << ": " << withoutControls(textOf(event, "text")) << '\n';
     }
     out_ << std::flush;
+}
+
+/// What stands in the model as it stood in the file needs no word.
+void TextEventPrinter::printLoss(const Json& read) {
+    if (read.at("complete") == true && read.at("lossless") == true) {
+        return;
+    }
+    out_ << "read: " << textOf(read, "path") << ": ";
+    const char* separator = "kept ";
+    for (const auto& [kind, kept] : read.at("kept").items()) {
+        out_ << separator << kept << " of " << read.at("found").value(kind, kept) << ' ' << kind;
+        separator = ", ";
+    }
+    out_ << '\n';
+    for (const char* list : {"changed", "reasons"}) {
+        for (const Json& text : read.at(list)) {
+            out_ << "  " << text.get_ref<const std::string&>() << '\n';
+        }
+    }
 }
 
 void TextEventPrinter::printItems(const Json& items, const std::string& indent) {

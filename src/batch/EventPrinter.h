@@ -28,7 +28,8 @@ private:
     std::ostream& out_;
 };
 
-/// Text for people: what is said, asked and printed, menus and errors. Other events stay silent.
+/// Text for people: what is said, asked and printed, menus and errors, and what was lost of a file. Other events stay
+/// silent.
 class TextEventPrinter : public EventPrinter {
 public:
     /// `out` must outlive the printer.
@@ -36,6 +37,7 @@ public:
     void print(const Json& event) override;
 
 private:
+    void printLoss(const Json& read);
     void printItems(const Json& items, const std::string& indent);
 
     std::ostream& out_;

@@ -14,6 +14,10 @@ Json numberValue(double value) {
     return value;
 }
 
+Json maybeNumberValue(const std::optional<double>& value) {
+    return value ? numberValue(*value) : Json();
+}
+
 Json pointValue(const zVec<double>& point) {
     return Json::array({numberValue(point.x), numberValue(point.y), numberValue(point.z)});
 }
@@ -57,12 +61,10 @@ Json matrixValue(const Matrix4& matrix) {
 Json fieldsValue(const DialogForm& form) {
     Json fields = Json::object();
     for (const DialogField& field : form.fields) {
-        if (const auto* integer = std::get_if<std::int32_t*>(&field.value)) {
-            fields[field.key] = **integer;
-        } else if (const auto* real = std::get_if<double*>(&field.value)) {
-            fields[field.key] = numberValue(**real);
+        if (field.kind == FieldKind::Real) {
+            fields[field.key] = numberValue(fieldNumber(field));
         } else {
-            fields[field.key] = **std::get_if<bool*>(&field.value) ? 1 : 0;
+            fields[field.key] = static_cast<std::int64_t>(fieldNumber(field));
         }
     }
     return fields;

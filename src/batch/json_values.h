@@ -1,6 +1,7 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "DialogForm.h"
 #include "PatchList.h"
@@ -13,6 +14,8 @@ using Json = nlohmann::ordered_json;
 
 /// A number; one that is not finite as the string "nan", "inf" or "-inf".
 Json numberValue(double value);
+/// The same, and null for none.
+Json maybeNumberValue(const std::optional<double>& value);
 /// [x, y, z].
 Json pointValue(const zVec<double>& point);
 Json numbersValue(const std::vector<double>& numbers);

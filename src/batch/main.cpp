@@ -5,9 +5,11 @@
 #include <iomanip>
 #include <iostream>
 #include <memory>
+#include <optional>
 
 #include "BatchSession.h"
 #include "about.h"
+#include "command_help.h"
 #include "documents_folder.h"
 #include "parse_number.h"
 
@@ -15,14 +17,24 @@ namespace {
 
 using velmora::BatchSession;
 using velmora::ViewSize;
-using Outcome = BatchSession::Outcome;
+using Next = BatchSession::Next;
 
-enum ExitStatus { Success = 0, ScriptEnded = 1, BadUsage = 2 };
+enum ExitStatus {
+    Success = 0,
+    ScriptEnded = 1,
+    BadUsage = 2,
+    // Of strict scripts:
+    FileNotRead = 3,
+    FileNotWritten = 4,
+    LineRefused = 5,
+};
 
 struct Options {
     bool json = false;
     bool echo = false;
-    bool helpCommands = false;
+    bool strict = false;
+    bool keepGoing = false;
+    std::optional<std::string> helpCommands; ///< empty: of all
     std::string size = "800x600";
     std::vector<std::string> lines;
     std::string script;
@@ -50,7 +62,15 @@ void declareOptions(CLI::App& app, Options& options) {
     app.add_option("-c", options.lines, "Run a line, before SCRIPT; may be repeated")
         ->type_name("LINE")
         ->allow_extra_args(false);
-    app.add_flag("--help-commands", options.helpCommands, "Print the commands that the line \"run\" takes");
+    auto* strict = app.add_flag("--strict", options.strict,
+                                "End at the first line that did not do all that it says: status 3 when a file could "
+                                "not be read whole, 4 when one could not be written, 5 when a command was refused");
+    app.add_flag("--keep-going", options.keepGoing, "Go on behind a line that is an error; the status is 1 at the end")
+        ->excludes(strict);
+    app.add_option("--help-commands", options.helpCommands,
+                   "Print the commands that the line \"run\" takes, or the fields of one as JSON")
+        ->type_name("[COMMAND]")
+        ->expected(0, 1);
     app.add_option("SCRIPT", options.script, "The script, \"-\" for standard input; its lines count from 1")
         ->type_name("");
 }
@@ -64,33 +84,107 @@ void printCommands() {
     }
 }
 
-/// Runs one line. What no line should bring about, such as a lack of memory, ends the script like any other failure.
-Outcome runLine(BatchSession& session, velmora::EventPrinter& printer, std::int64_t number, const std::string& line) {
-    try {
-        return session.run(number, line);
-    } catch (const std::exception& error) {
-        const std::string text = std::string("the line failed: ") + error.what() + "; give it less to do";
-        printer.print({{"event", "error"}, {"line", number}, {"text", text}});
-        return Outcome::Fail;
+/// Prints all commands, or what there is to know of one.
+ExitStatus printHelp(const std::string& id) {
+    if (id.empty()) {
+        printCommands();
+        return Success;
     }
+    const velmora::Command* command = velmora::findCommand(id);
+    if (command == nullptr) {
+        std::cerr << "velmora-batch: there is no command \"" << id << "\"\n";
+        return BadUsage;
+    }
+    std::cout << velmora::commandHelp(*command) << '\n';
+    return Success;
+}
+
+/// A script on its way: runs lines until one ends it.
+class ScriptRun {
+public:
+    ScriptRun(BatchSession& session, velmora::EventPrinter& printer, const Options& options)
+        : session_(session), printer_(printer), options_(options) {}
+
+    /// Runs a line; false when it ends the script.
+    bool take(std::int64_t number, const std::string& line) {
+        const Next next = run(number, line);
+        if (next == Next::Fail) {
+            status_ = ScriptEnded;
+            return options_.keepGoing;
+        }
+        if (options_.strict) {
+            status_ = strictStatus();
+            if (status_ != Success) {
+                std::cerr << "velmora-batch: line " << number << ": " << nameOf(session_.report().outcome())
+                          << ", and the script ends by --strict\n";
+            }
+        }
+        return next == Next::GoOn && (status_ == Success || options_.keepGoing);
+    }
+    ExitStatus status() const { return status_; }
+
+private:
+    /// What no line should bring about, such as a lack of memory, is an error like any other.
+    Next run(std::int64_t number, const std::string& line) {
+        try {
+            return session_.run(number, line);
+        } catch (const std::exception& error) {
+            const std::string text = std::string("the line failed: ") + error.what() + "; give it less to do";
+            printer_.print({{"event", "error"}, {"line", number}, {"text", text}});
+            return Next::Fail;
+        }
+    }
+
+    /// The status with which the last line ends a strict script; Success when it does not.
+    ExitStatus strictStatus() const {
+        const velmora::CommandReport& report = session_.report();
+        switch (report.outcome()) {
+        case velmora::Outcome::Ok:
+        case velmora::Outcome::Cancelled:
+            return Success;
+        case velmora::Outcome::Refused:
+            return LineRefused;
+        case velmora::Outcome::Partial:
+            return FileNotRead;
+        case velmora::Outcome::Failed:
+            break;
+        }
+        return report.writeFailed() ? FileNotWritten : FileNotRead;
+    }
+
+    BatchSession& session_;
+    velmora::EventPrinter& printer_;
+    const Options& options_;
+    ExitStatus status_ = Success;
+};
+
+/// The next line of a script; a byte-order mark in front of the first is none of it.
+bool readLine(std::istream& script, std::int64_t number, std::string& line) {
+    constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
+    if (!std::getline(script, line)) {
+        return false;
+    }
+    if (number == 1 && line.starts_with(byteOrderMark)) {
+        line.erase(0, byteOrderMark.size());
+    }
+    return true;
 }
 
 /// Runs the lines in their order; the script's own lines come from `script`, if there is one.
-Outcome runLines(BatchSession& session, velmora::EventPrinter& printer, const Options& options, std::istream* script) {
-    Outcome outcome = Outcome::GoOn;
+ExitStatus runLines(BatchSession& session, velmora::EventPrinter& printer, const Options& options,
+                    std::istream* script) {
+    ScriptRun run(session, printer, options);
     std::int64_t number = 0;
-    for (const std::string& line : options.lines) {
-        outcome = runLine(session, printer, ++number, line);
-        if (outcome != Outcome::GoOn) {
-            return outcome;
-        }
+    bool goesOn = true;
+    for (auto line = options.lines.begin(); goesOn && line != options.lines.end(); ++line) {
+        goesOn = run.take(++number, *line);
     }
     number = 0;
     std::string line;
-    while (outcome == Outcome::GoOn && script != nullptr && std::getline(*script, line)) {
-        outcome = runLine(session, printer, ++number, line);
+    while (goesOn && script != nullptr && readLine(*script, ++number, line)) {
+        goesOn = run.take(number, line);
     }
-    return outcome;
+    return run.status();
 }
 
 int runScript(const Options& options, ViewSize size) {
@@ -114,8 +208,8 @@ int runScript(const Options& options, ViewSize size) {
         printer = std::make_unique<velmora::TextEventPrinter>(std::cout);
     }
     BatchSession session(*printer, {velmora::documentsFolder(velmora::processEnvironment), size, options.echo});
-    const Outcome outcome = runLines(session, *printer, options, script);
-    return outcome == Outcome::Fail || !std::cout ? ScriptEnded : Success;
+    const ExitStatus status = runLines(session, *printer, options, script);
+    return status == Success && !std::cout ? ScriptEnded : status;
 }
 
 int runProgram(int argc, char** argv) {
@@ -129,8 +223,11 @@ int runProgram(int argc, char** argv) {
     }
     options.hasScript = app.count("SCRIPT") > 0;
     if (options.helpCommands) {
-        printCommands();
-        return Success;
+        return printHelp(*options.helpCommands);
+    }
+    if (!options.hasScript && options.lines.empty()) {
+        std::cerr << app.help();
+        return BadUsage;
     }
     const auto size = parseSize(options.size);
     if (!size) {

@@ -1,15 +1,24 @@
+#include "Session.h"
+#include "about.h"
 #include "print_values.h"
 
 namespace velmora {
 
-bool commandIsOn(const Command& command, const VelmoraDoc& doc, const VelmoraView& view) {
-    return command.owner == CommandOwner::View ? !view.isViewCommandOff(command.id) : !isCommandOff(doc, command.id);
+namespace {
+
+/// Counts on with each edition of the scripts' grammar.
+constexpr int grammarVersion = 2;
+
+} // namespace
+
+Json versionValue() {
+    return {{"program", programVersion()}, {"grammar", grammarVersion}, {"picture", false}};
 }
 
 Json commandsValue(const VelmoraDoc& doc, const VelmoraView& view) {
     Json commands = Json::object();
     for (const Command& command : commandTable()) {
-        commands[command.id] = commandIsOn(command, doc, view);
+        commands[command.id] = isCommandOn(command, doc, view);
     }
     return commands;
 }

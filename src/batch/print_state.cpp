@@ -5,15 +5,15 @@ namespace velmora {
 namespace {
 
 void addKinds(Json& state, const VelmoraDoc& doc) {
-    state["structureKind"] = doc.structureKind;
-    state["fileKind"] = doc.fileKind;
-    state["secondKind"] = doc.secondKind;
-    state["blockKind"] = doc.blockKind;
-    state["documentTitle"] = doc.documentTitle;
-    state["currentPath"] = doc.currentPath;
-    state["currentDirectory"] = doc.currentDirectory;
-    state["fileExtension"] = doc.fileExtension;
-    state["gridPath"] = doc.gridPath;
+    state["structureKind"] = textOf(doc.structureKind);
+    state["fileKind"] = textOf(doc.fileKind);
+    state["secondKind"] = textOf(doc.secondKind);
+    state["blockKind"] = textOf(doc.blockKind);
+    state["documentTitle"] = doc.modelFile.documentTitle;
+    state["currentPath"] = doc.modelFile.currentPath;
+    state["currentDirectory"] = doc.modelFile.currentDirectory;
+    state["fileExtension"] = doc.modelFile.fileExtension;
+    state["gridPath"] = doc.modelFile.gridPath;
     state["documentModified"] = doc.documentModified;
 }
 

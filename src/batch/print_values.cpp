@@ -6,23 +6,32 @@ namespace velmora {
 
 namespace {
 
-constexpr const char* knownValues =
-    "print one of: state, commands, view, scene, scene overlay, window X Y Z, dialog NAME, kernel NAME NUMBERS, or a "
-    "list of the model such as patches or lineBuffer";
+constexpr const char* knownValues = "print one of: state, commands, version, read, view, scene, scene overlay, window "
+                                    "X Y Z, dialog NAME, kernel NAME NUMBERS, report, curve, or a "
+                                    "list of the model such as patches or lineBuffer";
 
 /// A value that takes no arguments.
-std::optional<Json> plainValue(const std::string& name, const VelmoraDoc& doc, VelmoraView& view) {
+std::optional<Json> plainValue(const std::string& name, VelmoraDoc& doc, VelmoraView& view) {
     if (name == "state") {
         return stateValue(doc, view);
     }
     if (name == "commands") {
         return commandsValue(doc, view);
     }
+    if (name == "version") {
+        return versionValue();
+    }
     if (name == "view") {
         return viewValue(view);
     }
     if (name == "scene") {
         return sceneValue(view);
+    }
+    if (name == "report") {
+        return reportValue(doc);
+    }
+    if (name == "curve") {
+        return curveValue(doc);
     }
     return geometryValue(name, doc);
 }

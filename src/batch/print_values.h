@@ -8,7 +8,6 @@
 #include "ScriptFailure.h"
 #include "VelmoraDoc.h"
 #include "VelmoraView.h"
-#include "command_table.h"
 #include "json_values.h"
 
 namespace velmora {
@@ -19,9 +18,6 @@ using PrintedValue = std::variant<Json, ScriptFailure>;
 /// What a print line shows. `words` names it: at least one word, then its arguments. Nothing changes.
 PrintedValue printedValue(std::span<const std::string> words, VelmoraDoc& doc, VelmoraView& view);
 
-/// True when the states of document and view leave the command on.
-bool commandIsOn(const Command& command, const VelmoraDoc& doc, const VelmoraView& view);
-
 // The families of values. Indices count from 0, with -1 for none.
 
 /// Kinds, paths, regimes, captures, flags and counts of the document.
@@ -30,6 +26,8 @@ Json stateValue(const VelmoraDoc& doc, const VelmoraView& view);
 std::optional<Json> geometryValue(std::string_view name, const VelmoraDoc& doc);
 /// Every command id with true (on) or false.
 Json commandsValue(const VelmoraDoc& doc, const VelmoraView& view);
+/// The versions of the program and of the scripts' grammar, and whether pictures can be drawn.
+Json versionValue();
 /// The stored values of a parameter dialog.
 PrintedValue dialogValue(const std::string& name, VelmoraDoc& doc);
 /// The camera, the spin and the matrices in force.
@@ -40,6 +38,12 @@ Json sceneValue(VelmoraView& view);
 Json overlayValue(const VelmoraView& view);
 /// Where the model point of three words stands in the view: [x, y, depth], or empty when it has no image.
 PrintedValue windowValue(std::span<const std::string> words, VelmoraView& view, const VelmoraDoc& doc);
+/// Counts, sizes and the quality of the model; its places count from 1.
+Json reportValue(const VelmoraDoc& doc);
+/// How the points of the captured curve, else of the line buffer are set.
+Json curveValue(VelmoraDoc& doc);
+/// Distance, length and angle between the two or three places that the words name.
+PrintedValue measuredValue(std::span<const std::string> words, const VelmoraDoc& doc);
 /// {"code", "hit"} of the kernel and the fifteen numbers in `words`.
 PrintedValue kernelValue(std::span<const std::string> words);
 

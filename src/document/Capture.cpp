@@ -11,6 +11,10 @@ namespace {
 
 constexpr const char* findPatchPrompt = "Find patch and click it";
 
+bool holds(const std::string& text, const char* words) {
+    return text.find(words) != std::string::npos;
+}
+
 using Event = CaptureEvent;
 using Move = CaptureMove;
 
@@ -423,6 +427,36 @@ void Capture::namePointByCurve() {
         state_.pointContinueStatus =
             capturedPointText(false, {s.capturedPatch, s.capturedSection, s.capturedPoint}, s.pickedPoint) +
             pointContinueClause;
+    }
+}
+
+void Capture::refill(const Numbers& numbers) {
+    CaptureState& s = state_;
+    if (s.sectionCaptured && numbers.sectionPoints) {
+        s.sectionStatus = capturedSectionText(s.capturedPatch, s.capturedSection, *numbers.sectionPoints);
+        s.sectionContinueStatus = s.sectionStatus + curveContinueClause;
+    }
+    if (s.lineCaptured && numbers.linePoints) {
+        const bool counts = holds(s.lineContinueStatus, ", Points M=");
+        s.lineStatus = capturedLineText(s.capturedPatch, s.capturedLine, *numbers.linePoints);
+        s.lineContinueStatus =
+            counts ? s.lineStatus + pointContinueClause : inputtedLineText(s.capturedPatch, s.capturedLine);
+    }
+    if (s.pointHeld() && numbers.position) {
+        for (std::string* text : {&s.pointStatus, &s.pointContinueStatus}) {
+            if (!holds(*text, "Captured point:")) {
+                continue;
+            }
+            const bool line = holds(*text, ", Line N=");
+            const bool goesOn = holds(*text, pointContinueClause);
+            const std::int32_t curve = line ? s.capturedPoint : s.capturedPointSection;
+            const std::int32_t point = line ? s.capturedPointSection : s.capturedPoint;
+            *text = capturedPointText(line, {s.capturedPatch, curve, point}, *numbers.position);
+            *text += goesOn ? pointContinueClause : "";
+        }
+    }
+    if (numbers.blockPatch) {
+        s.blockStatus = capturedPatchText(*numbers.blockPatch);
     }
 }
 

@@ -250,6 +250,16 @@ public:
     void describePoint(bool curveForm);
     /// Gives the longer text the wording of the captured curve; without one it stays.
     void namePointByCurve();
+    /// What a text with numbers is to say now: how many points the captured section or line has, where the captured
+    /// point stands, the last patch of the zBlock. What is not there leaves its text as it was.
+    struct Numbers {
+        std::optional<std::int32_t> sectionPoints;
+        std::optional<std::int32_t> linePoints;
+        std::optional<zVec<double>> position;
+        std::optional<std::int32_t> blockPatch;
+    };
+    /// Writes the numbers of the texts anew; the wording of each stays.
+    void refill(const Numbers& numbers);
     void tellUndone(const std::string& text) { state_.undoStatus = text; }
 
 private:

@@ -44,16 +44,6 @@ bool inRange(const DialogField& field, double number) {
     return (!field.minimum || number >= *field.minimum) && (!field.maximum || number <= *field.maximum);
 }
 
-double numberOf(const DialogField& field) {
-    if (const auto* integer = std::get_if<std::int32_t*>(&field.value)) {
-        return **integer;
-    }
-    if (const auto* real = std::get_if<double*>(&field.value)) {
-        return **real;
-    }
-    return **std::get_if<bool*>(&field.value) ? 1.0 : 0.0;
-}
-
 DialogRefusal refuse(const DialogField& field, std::string message) {
     return {std::move(message), field.key};
 }
@@ -96,8 +86,22 @@ std::optional<DialogRefusal> storeChoice(DialogField& field, std::string_view te
     if (!field.choiceOn[index]) {
         return refuse(field, "The choice \"" + field.choices[index] + "\" is off.");
     }
-    **std::get_if<std::int32_t*>(&field.value) = *number;
+    if (auto* const integer = std::get_if<std::int32_t*>(&field.value)) {
+        **integer = *number;
+    } else {
+        **std::get_if<bool*>(&field.value) = *number == 2;
+    }
     return std::nullopt;
+}
+
+DialogField radioOver(std::string key, decltype(DialogField::value) value, std::vector<std::string> choices) {
+    DialogField field;
+    field.key = std::move(key);
+    field.kind = FieldKind::Radio;
+    field.value = value;
+    field.choiceOn.assign(choices.size(), true);
+    field.choices = std::move(choices);
+    return field;
 }
 
 std::optional<DialogRefusal> storeCheck(DialogField& field, std::string_view text) {
@@ -162,13 +166,11 @@ DialogField checkField(std::string key, std::string label, bool& value) {
 }
 
 DialogField radioField(std::string key, std::int32_t& value, std::vector<std::string> choices) {
-    DialogField field;
-    field.key = std::move(key);
-    field.kind = FieldKind::Radio;
-    field.value = &value;
-    field.choiceOn.assign(choices.size(), true);
-    field.choices = std::move(choices);
-    return field;
+    return radioOver(std::move(key), &value, std::move(choices));
+}
+
+DialogField radioField(std::string key, bool& value, std::vector<std::string> choices) {
+    return radioOver(std::move(key), &value, std::move(choices));
 }
 
 DialogField inGroup(DialogField field, std::string group) {
@@ -223,11 +225,22 @@ std::optional<DialogRefusal> acceptDialog(DialogForm& form) {
     }
     for (const DialogField& field : form.fields) {
         const bool isNumber = field.kind == FieldKind::Integer || field.kind == FieldKind::Real;
-        if (isNumber && field.on && !field.readOnly && !inRange(field, numberOf(field))) {
+        if (isNumber && field.on && !field.readOnly && !inRange(field, fieldNumber(field))) {
             return refuse(field, rangeMessage(field));
         }
     }
     return form.confirm ? form.confirm(form) : std::nullopt;
+}
+
+double fieldNumber(const DialogField& field) {
+    if (const auto* integer = std::get_if<std::int32_t*>(&field.value)) {
+        return **integer;
+    }
+    if (const auto* real = std::get_if<double*>(&field.value)) {
+        return **real;
+    }
+    const double second = **std::get_if<bool*>(&field.value) ? 1.0 : 0.0;
+    return field.kind == FieldKind::Radio ? 1.0 + second : second;
 }
 
 std::string numberText(double value) {
@@ -238,9 +251,9 @@ std::string numberText(double value) {
 
 std::string fieldText(const DialogField& field) {
     if (field.kind == FieldKind::Real) {
-        return numberText(numberOf(field));
+        return numberText(fieldNumber(field));
     }
-    return std::to_string(static_cast<std::int64_t>(numberOf(field)));
+    return std::to_string(static_cast<std::int64_t>(fieldNumber(field)));
 }
 
 } // namespace velmora

@@ -17,7 +17,8 @@ struct DialogField {
     std::string key;   ///< the name used by scripts: the member's name
     std::string label; ///< beside the control; of a radio group, its frame's caption, which may be empty
     FieldKind kind = FieldKind::Integer;
-    /// int for Integer and Radio (a radio counts its choices from 1), double for Real, bool for Check.
+    /// int for Integer and Radio (a radio counts its choices from 1), double for Real, bool for Check, and for a Radio
+    /// of two choices, of which the second is true.
     std::variant<std::int32_t*, double*, bool*> value;
     /// The closed range that a typed number must keep; none for a field of which no range is tested.
     std::optional<double> minimum;
@@ -63,6 +64,7 @@ DialogField realField(std::string key, std::string label, double& value, std::op
                       std::optional<double> maximum = {});
 DialogField checkField(std::string key, std::string label, bool& value);
 DialogField radioField(std::string key, std::int32_t& value, std::vector<std::string> choices);
+DialogField radioField(std::string key, bool& value, std::vector<std::string> choices);
 /// The same field, inside the frame `group`.
 DialogField inGroup(DialogField field, std::string group);
 /// The same field, never editable.
@@ -82,6 +84,9 @@ std::optional<DialogRefusal> acceptDialog(DialogForm& form);
 /// A field's value as text: integers and radio choices in decimal, reals with the digits that give the same double
 /// back, check boxes as 0 or 1.
 std::string fieldText(const DialogField& field);
+
+/// A field's value as a number: of a radio group the choice, of a check box 0 or 1.
+double fieldNumber(const DialogField& field);
 
 /// A number as text with the digits that give the same double back.
 std::string numberText(double value);

@@ -2,6 +2,21 @@
 
 namespace velmora {
 
+const char* nameOf(Severity severity) {
+    switch (severity) {
+    case Severity::Info:
+        return "info";
+    case Severity::Warning:
+        return "warning";
+    case Severity::Refused:
+    case Severity::NoModel:
+    case Severity::NotRead:
+    case Severity::NotWritten:
+        break;
+    }
+    return "error";
+}
+
 const char* captionOf(ChooserMode mode) {
     switch (mode) {
     case ChooserMode::SaveAs:

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "Message.h"
 #include "progress.h"
 
 namespace velmora {
@@ -39,6 +40,9 @@ struct FileRequest {
     std::string command;
 };
 
+/// The answer to a question that can be closed without one.
+enum class Answer { Yes, No, None };
+
 /// Whatever a person sees or answers outside the view. The window, the batch front end and the tests implement it.
 /// Every call that asks returns when the answer is there; nothing here changes the document.
 class UserInterface {
@@ -49,9 +53,11 @@ public:
     virtual ~UserInterface() = default;
 
     /// A box with OK.
-    virtual void showMessage(const std::string& text) = 0;
+    virtual void showMessage(const Message& message) = 0;
     /// A box with Yes and No; true for Yes.
     virtual bool ask(const std::string& text) = 0;
+    /// The same box, to be closed without an answer too: where both Yes and No would go too far.
+    virtual Answer askOrNone(const std::string& text) { return ask(text) ? Answer::Yes : Answer::No; }
     /// The message pane of the status line.
     virtual void showStatus(const std::string& text) = 0;
     /// The document's title.
@@ -62,6 +68,8 @@ public:
     virtual bool showRegularInput(CRegularInput& table) = 0;
     /// The paths chosen, in the chooser's order; empty when it was cancelled.
     virtual std::vector<std::filesystem::path> chooseFiles(const FileRequest& request) = 0;
+    /// Whether a chooser of a file to write asks by itself before it gives the path of a file that is there.
+    virtual bool chooserAsksToOverwrite() const { return false; }
     /// The wait cursor; calls nest.
     virtual void setBusy(bool busy) = 0;
     /// How far a long piece of work is, 0 to 1. The bar comes when the wait cursor has been on for half a second, and

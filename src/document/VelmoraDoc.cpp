@@ -1,9 +1,9 @@
 #include "VelmoraDoc.h"
 
 #include <algorithm>
-#include <cmath>
+#include <limits>
 
-#include "path_names.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -11,13 +11,22 @@ namespace {
 
 /// Where the running box of a model starts: the largest single-precision number.
 constexpr double boxStart = 3.4028234663852886e38;
-/// modelRadius as a fraction of the box diagonal.
-constexpr double radiusOfDiagonal = 0.525;
+/// Status texts of models of an unusual size.
+constexpr const char* noExtentStatus = "All points of the model lie in one place";
+constexpr const char* vastExtentStatus = "Coordinates beyond 3.4e+38 can be edited and saved, not drawn";
+
+/// A side of the box of no points at all is that of the start.
+void closeEmptySide(double& lower, double& upper) {
+    if (lower > upper) {
+        lower = boxStart;
+        upper = -boxStart;
+    }
+}
 
 } // namespace
 
-VelmoraDoc::VelmoraDoc(UserInterface& userInterface, std::filesystem::path documentsFolder)
-    : filesList(userInterface, documentsFolder), ui_(userInterface), documentsFolder_(std::move(documentsFolder)) {
+VelmoraDoc::VelmoraDoc(UserInterface& userInterface, const std::filesystem::path& documentsFolder)
+    : modelFile(userInterface, documentsFolder), filesList(userInterface, documentsFolder), ui_(userInterface) {
     blockList.fill(-1);
     for (const char* extension : {"apt", "skl", "dat", "vrml", "apm"}) {
         filesList.names.add(extension);
@@ -36,6 +45,35 @@ void VelmoraDoc::ShowStatus(const std::string& text) {
 void VelmoraDoc::showIdlePrompt() {
     if (!capture->pointRegimeActive() && !capture->curveRegimeActive() && !capture->patchRegimeActive()) {
         ShowStatus(idlePrompt);
+    }
+}
+
+/// Texts with numbers say what the model holds now; one that is shown is shown anew.
+void VelmoraDoc::refillStatus() {
+    static constexpr std::string CaptureState::*texts[] = {
+        &CaptureState::pointStatus, &CaptureState::pointContinueStatus,   &CaptureState::sectionStatus,
+        &CaptureState::lineStatus,  &CaptureState::sectionContinueStatus, &CaptureState::lineContinueStatus,
+        &CaptureState::blockStatus,
+    };
+    const auto* shown = std::find_if(std::begin(texts), std::end(texts),
+                                     [this](auto text) { return !status.empty() && (*capture).*text == status; });
+    Capture::Numbers numbers;
+    const CaptureState& now = *capture;
+    if (const PointList* section = sectionAt(now.capturedPatch, now.capturedSection)) {
+        numbers.sectionPoints = countOf(*section);
+    }
+    if (now.lineCaptured && now.capturedPatch >= 0 && now.capturedPatch < countOf(patches) && now.capturedLine >= 0) {
+        numbers.linePoints = countOf(patches[static_cast<std::size_t>(now.capturedPatch)]);
+    }
+    if (now.pointHeld()) {
+        numbers.position = positionAt(now.capturedPatch, now.capturedPointSection, now.capturedPoint);
+    }
+    if (blockCount > 0) {
+        numbers.blockPatch = blockList[static_cast<std::size_t>(blockCount) - 1];
+    }
+    capture.refill(numbers);
+    if (shown != std::end(texts) && now.**shown != status) {
+        ShowStatus(now.**shown);
     }
 }
 
@@ -103,6 +141,7 @@ void VelmoraDoc::redraw() {
         view->onGeometryChanged();
     }
     returnToRegimeMode();
+    refillStatus();
 }
 
 void VelmoraDoc::redrawPicture() {
@@ -145,48 +184,52 @@ void VelmoraDoc::updateBounds() {
     ++geometryRevision_;
     boxMin = {boxStart, boxStart, boxStart};
     boxMax = {-boxStart, -boxStart, -boxStart};
-    if (structureKind == "non") {
+    extentStatus_.clear();
+    if (structureKind == StructureKind::None) {
         return;
     }
-    if (structureKind == "str") {
+    constexpr double beyond = std::numeric_limits<double>::infinity();
+    boxMin = {beyond, beyond, beyond};
+    boxMax = {-beyond, -beyond, -beyond};
+    if (structureKind == StructureKind::Structured) {
         patchBounds(patches, boxMin, boxMax);
     } else {
         zoneBounds(feRegion, boxMin, boxMax);
     }
-    modelCenter = (boxMin + boxMax) * 0.5;
-    const zVec<double> diagonal = boxMax - boxMin;
-    modelRadius = radiusOfDiagonal * std::sqrt(dot(diagonal, diagonal));
+    closeEmptySide(boxMin.x, boxMax.x);
+    closeEmptySide(boxMin.y, boxMax.y);
+    closeEmptySide(boxMin.z, boxMax.z);
+    const ViewExtent extent = viewExtentOf(boxMin, boxMax);
+    modelCenter = extent.centre;
+    modelRadius = extent.radius;
     for (DocumentView* view : views_) {
         view->onBoundsChanged();
     }
-}
-
-void VelmoraDoc::setKinds(const char* structure, const char* file, const char* second) {
-    structureKind = structure;
-    fileKind = file;
-    secondKind = second;
-}
-
-void VelmoraDoc::setTitle(const std::string& title) {
-    if (documentTitle != title) {
-        documentTitle = title;
-        ui_.showTitle(title);
+    if (extent.kind != ExtentKind::Usual && !holdsNothing()) {
+        extentStatus_ = extent.kind == ExtentKind::None ? noExtentStatus : vastExtentStatus;
+        if (status == idlePrompt) {
+            ShowStatus(extentStatus_); // what a regime or the reading of a file has to say goes first
+        }
     }
 }
 
-void VelmoraDoc::adoptPath(const std::filesystem::path& path) {
-    chosenPath = fullPath(path);
-    currentPath = lowerCase(chosenPath.string());
-    fileExtension = extensionOf(chosenPath);
+void VelmoraDoc::forgetKinds() {
+    structureKind = StructureKind::None;
+    fileKind = FileKind::None;
+    secondKind = SecondKind::None;
 }
 
-void VelmoraDoc::takeExtension(const std::string& extension) {
-    if (extensionOf(chosenPath) != extension) {
-        chosenPath.replace_extension(extension);
-    }
-    currentDirectory = directoryOf(chosenPath);
-    setTitle(stemOf(chosenPath) + "." + extension);
-    currentPath = currentDirectory + documentTitle;
+void VelmoraDoc::clearModel() {
+    ++geometryRevision_;
+    patches.clear();
+    feRegion.blocks.clear();
+    forgetKinds();
+    fieldLoaded = false;
+    fieldMode = false;
+    fieldOpening = false;
+    fieldPatches.clear();
+    cbcAppended = false;
+    gridNamed = false;
 }
 
 void VelmoraDoc::checkRegularity(const PatchList& list) {
@@ -196,20 +239,20 @@ void VelmoraDoc::checkRegularity(const PatchList& list) {
         fieldMode = true;
     }
     if (regularity != Regularity::Undecided) {
-        structureKind = "str";
-        fileKind = regularity == Regularity::Regular ? "apt" : "skl";
+        structureKind = StructureKind::Structured;
+        fileKind = regularity == Regularity::Regular ? FileKind::Apt : FileKind::Skl;
     }
 }
 
 void VelmoraDoc::retitle() {
     checkRegularity(patches);
-    if (titleWrong_ || structureKind != "str") {
+    if (modelFile.titleWrong || structureKind != StructureKind::Structured) {
         return;
     }
-    if (fileKind == "apt") {
-        takeExtension(fieldMode ? "dat" : "apt");
-    } else if (fileKind == "skl") {
-        takeExtension("skl");
+    if (fileKind == FileKind::Apt) {
+        modelFile.takeExtension(fieldMode ? "dat" : "apt");
+    } else if (fileKind == FileKind::Skl) {
+        modelFile.takeExtension("skl");
     }
 }
 
@@ -219,7 +262,8 @@ bool VelmoraDoc::inBlock(std::int32_t patch) const {
 }
 
 std::int32_t VelmoraDoc::partCount() const {
-    return structureKind == "uns" ? static_cast<std::int32_t>(feRegion.blocks.size()) : countOf(patches);
+    return structureKind == StructureKind::Unstructured ? static_cast<std::int32_t>(feRegion.blocks.size())
+                                                        : countOf(patches);
 }
 
 std::vector<bool> VelmoraDoc::blockMask() const {
@@ -235,7 +279,7 @@ std::vector<bool> VelmoraDoc::blockMask() const {
 
 std::optional<zVec<double>> VelmoraDoc::positionAt(std::int32_t patch, std::int32_t section, std::int32_t point) const {
     zVec<double> position;
-    if (structureKind == "uns") {
+    if (structureKind == StructureKind::Unstructured) {
         const bool found = feRegion.getNode(patch, point, position.x, position.y, position.z) == 0;
         return found ? std::optional(position) : std::nullopt;
     }

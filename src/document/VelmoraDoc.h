@@ -34,14 +34,18 @@
 #include "Capture.h"
 #include "Cduplicate.h"
 #include "DocumentView.h"
+#include "ModelFile.h"
 #include "PatchList.h"
 #include "UserInterface.h"
 #include "dlgEditPoint.h"
 #include "dlgFilesList.h"
 #include "dlgViewing.h"
 #include "input_dialogs.h"
+#include "kinds.h"
 #include "marker_shift.h"
+#include "rescue_format.h"
 #include "section_edits.h"
+#include "view_extent.h"
 #include "zRegion.h"
 
 namespace velmora {
@@ -59,7 +63,7 @@ inline constexpr const char* idlePrompt = "For Help, press F1";
 class VelmoraDoc {
 public:
     /// `documentsFolder` is where untitled models go.
-    VelmoraDoc(UserInterface& userInterface, std::filesystem::path documentsFolder);
+    VelmoraDoc(UserInterface& userInterface, const std::filesystem::path& documentsFolder);
     VelmoraDoc(const VelmoraDoc&) = delete;
     VelmoraDoc& operator=(const VelmoraDoc&) = delete;
     ~VelmoraDoc() = default;
@@ -86,22 +90,18 @@ public:
     PointList sftPoints; ///< marker pairs: where each stood first, and where it stands
     PointList sftTargets;
     PointList markers;
-    MarkerShift markerShift; ///< the fits of the last "Reflection to sft", of the plane that it treated last
+    /// The file of the model in the snapshot for Undo patch, when that model was removed; else empty.
+    std::filesystem::path undoPath;
+    bool undoModified = false; ///< that model had changes that were not saved
+    MarkerShift markerShift;   ///< the fits of the last "Reflection to sft", of the plane that it treated last
 
     // ---- Kinds, paths, titles -------------------------------------------------------------------------------------
 
-    std::string structureKind = "non"; ///< "non", "str", "uns"
-    std::string fileKind = "non";      ///< "non", "apt", "skl"
-    std::string secondKind = "non";    ///< "non", "wrl"
-    std::string blockKind = "non";     ///< "apt", "skl" once the zBlock was saved
-
-    std::string currentPath;      ///< directory and title, as shown: lower case
-    std::string currentDirectory; ///< with its closing separator, lower case
-    std::string fileExtension;    ///< of the file named last, lower case, without the point
-    std::string documentTitle;
-    std::string gridPath;
-    /// The file that Save writes, spelled as the user chose it.
-    std::filesystem::path chosenPath;
+    StructureKind structureKind = StructureKind::None;
+    FileKind fileKind = FileKind::None;
+    SecondKind secondKind = SecondKind::None;
+    FileKind blockKind = FileKind::None; ///< set once the zBlock was saved
+    ModelFile modelFile;                 ///< where the model came from, and where Save puts it
     /// The first two lines of the field file that was opened, written back as they were, and the values per point.
     std::string fieldTitleLine;
     std::string fieldVariablesLine;
@@ -119,8 +119,6 @@ public:
 
     // ---- Other flags ----------------------------------------------------------------------------
 
-    bool appendMode = false;
-    bool readerOption = false;
     bool documentModified = false;
     bool pointUndoReady = false;
     bool patchUndoReady = false;
@@ -142,7 +140,7 @@ public:
     bool gridNamed = false;
     bool fieldLoaded = false;
     bool fieldMode = false;
-    bool fieldOpening = false;
+    bool fieldOpening = false; ///< the model was opened as one with field values
 
     // ---- Numbers --------------------------------------------------------------------------------
 
@@ -215,8 +213,11 @@ public:
     void redrawPicture();
     /// Only what is captured, or under the mouse, changed.
     void redrawHighlight();
+    void resetMouseMode();
     /// Computes the model's box, centre and radius anew and resets the views. They hear nothing with "non".
     void updateBounds();
+    /// What updateBounds had to tell of a model of an unusual size; else empty.
+    const std::string& extentStatus() const { return extentStatus_; }
     /// Another number whenever `patches` or `feRegion` may have changed: what was worked out of them for one number
     /// holds as long as it stays.
     std::uint64_t geometryRevision() const { return geometryRevision_; }
@@ -230,6 +231,8 @@ public:
     /// The same for several files, as Open does it: those behind the first join it if they are of its extension.
     void onOpenDocuments(const std::vector<std::filesystem::path>& paths);
     void openFiles();
+    /// The same with the chooser opened on `folder`.
+    void openFilesIn(const std::filesystem::path& folder);
     void appendFile();
     void AppendWrl();
     void CloseWrl();
@@ -248,8 +251,20 @@ public:
     enum class SaveResult { Saved, Failed, Declined };
     /// Writes the model to its file by its kind. Asks first when the file holds more than the model.
     SaveResult saveCurrent();
-    /// The question before the document is closed; false when it must stay open because saving failed.
+    /// The file that Save would write, spelled as the user chose it; empty without a model.
+    std::filesystem::path saveTarget() const;
+    /// The question before the document is closed; false when it must stay open: the user wants to stay, or saving
+    /// failed.
     bool saveModified();
+
+    // ---- Rescue -----------------------------------------------------------------------------------------------------
+
+    /// The model is in no file as it is: a rescue copy would keep something.
+    bool worthRescuing() const { return documentModified && structureKind != StructureKind::None && !holdsNothing(); }
+    /// The bytes of a rescue copy: all that a save could write of the model.
+    std::string rescueBytes() const;
+    /// The model of a rescue copy, in place of the one that is there, as one with changes under its own name.
+    void takeRescued(RescuedModel model);
 
     // ---- Kind, title and path -------------------------------------------------------------------
 
@@ -257,8 +272,10 @@ public:
     void checkRegularity(const PatchList& list);
     /// checkRegularity, then title and path take the extension of the kind.
     void retitle();
-    /// The refresh after an edit of `patches`: kind, path and title follow.
-    void UpdateAfterEdit() { retitle(); }
+    /// No model, and nothing beside it.
+    void forgetKinds();
+    /// Removes the model with its field values. The views hear nothing.
+    void clearModel();
 
     // ---- Undo -----------------------------------------------------------------------------------
 
@@ -267,6 +284,11 @@ public:
     /// For commands that take the snapshot before they ask: Undo is off until one says that it has changed the model,
     /// as the snapshot of the command before is gone.
     void snapshotBeforeAsking();
+    /// The snapshot of a command on patches; with `changesExtent` Undo fits the view anew.
+    void beginPatchCommand(bool changesExtent);
+    /// The snapshot of a model that is about to be removed, with its file: brought back under the name of another file,
+    /// it would be saved over that one.
+    void keepForUndo();
     void UndoPoint();
     void UndoPatch();
 
@@ -300,11 +322,16 @@ public:
     /// The regimes' moves when the left button comes up in the view.
     void moveRegimeAtRelease();
 
+    /// The points of the captured section or line, else those of the line buffer.
+    PointList curveInHand();
     bool inBlock(std::int32_t patch) const;
     /// The patches of a structured model, the zones of an unstructured one: what K counts.
     std::int32_t partCount() const;
     /// Per part whether it stands in the zBlock.
     std::vector<bool> blockMask() const;
+    /// What a whole-model command treats: all patches, or those of the zBlock.
+    std::vector<std::int32_t> chosenPatches() const;
+    void emptyBlock();
     /// Neither patches nor zones.
     bool holdsNothing() const { return patches.empty() && feRegion.blocks.empty(); }
 
@@ -433,39 +460,12 @@ public:
     std::optional<zVec<double>> positionAt(std::int32_t patch, std::int32_t section, std::int32_t point) const;
 
 private:
-    bool loadFile(const std::filesystem::path& path, const std::string& extension);
-    bool readStructured(const std::filesystem::path& path, const std::string& extension);
-    bool readZones(const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured);
-    bool readDatGeometry(const std::filesystem::path& path);
-    bool readSurface(const std::filesystem::path& path);
-    bool readField(const std::filesystem::path& path);
-    bool takeStructuredZones(const zRegion& structured, const std::filesystem::path& path);
-    bool readModelZones(const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured);
-    void takeZones(zRegion& structured, zRegion_fe& incoming);
-    bool appendUnstructuredFile(const std::filesystem::path& path, const std::string& extension);
-    void titleAsZones();
-    bool writeZones(const std::filesystem::path& path, const zRegion& structured, const zRegion_fe& unstructured);
-    bool writeGridAsZones(const std::filesystem::path& path);
-    bool writeGridAsSurface(const std::filesystem::path& path);
-    bool writeUnderNewName(const std::string& extension);
-    bool writeStructured(const std::filesystem::path& path, const std::string& kind);
-    bool mayOverwrite(const std::filesystem::path& path);
-    void noteCompleteness(const std::filesystem::path& path, bool complete);
-    bool removeGeometryAfterQuestion();
-    void keepForUndo();
-    void clearModel();
-    void loadFurtherFiles(const std::vector<std::filesystem::path>& paths);
-    void finishOpen();
-    void tellThinning();
-    void setTitle(const std::string& title);
-    void setKinds(const char* structure, const char* file, const char* second);
-    void adoptPath(const std::filesystem::path& path);
-    void takeExtension(const std::string& extension);
-    void nameUntitled(const std::string& extension);
-    std::vector<FileType> saveTypes() const;
+    friend class CommandGuard;
 
     void snapshot(PatchList& undoList, zRegion_fe& undoZones);
-    void forgetRegimesAndAddresses();
+    void exchangeWithSnapshot();
+    /// For commands that change the model without a snapshot for Undo: the guard around them needs one all the same.
+    void keepForGuard();
     void clearSnapshots();
     void takeCapturedPosition(const zVec<double>& otherwise);
     bool mayBreakGrid();
@@ -479,7 +479,6 @@ private:
     void leavePointRegime();
     void armCurveCapture(bool section);
     void holdInputCurve(bool section, std::int32_t patch, std::int32_t curve);
-    void emptyBlock();
     void armPatchCapture();
     void joinBlockAtRelease();
     void removeFromBlockAtRelease();
@@ -488,24 +487,20 @@ private:
     InputContext inputContext(bool lines) const;
     void forceMouseMode(MouseMode mode);
     void setMouseMode(MouseMode mode);
-    void resetMouseMode();
     void showIdlePrompt();
+    void refillStatus();
     void returnToRegimeMode();
     /// The plane that the view shows, as it tells it; 0 without a view.
     int principalPlane() const;
 
-    /// The snapshot of a command on patches; with `changesExtent` Undo fits the view anew.
-    void beginPatchCommand(bool changesExtent);
     /// What a whole-model command treats: all parts, or those of the zBlock.
     std::vector<bool> chosenMask() const;
-    std::vector<std::int32_t> chosenPatches() const;
     std::vector<std::int32_t> chosenZones() const;
     void leavePointAndCurves();
     void keepPatches(const std::vector<bool>& mask, bool kept);
     void finishBlockRemoval();
     void endEmptiedModel();
     void takePatchOut(std::int32_t patch);
-    void writeBlock(const std::filesystem::path& path);
     bool transformModel(const PointMap& map);
     void runTransformation(bool keepsPoint, const std::function<bool()>& work);
     bool exchangeSectionsAndLines();
@@ -515,7 +510,7 @@ private:
     PointList capturedCurvePoints();
     void putCurvePoints(const PointList& points);
     bool curveCanBeEdited();
-    void finishConversion(const char* structure, const char* kind, const char* extension);
+    void finishConversion(StructureKind structure, FileKind kind, const char* extension);
     bool knifeReachesBody();
     zRegion_fe cutPart(Side kept);
     bool keepPartOfZones(Side kept);
@@ -527,7 +522,6 @@ private:
     void showCapturedPoint();
     void removeCapturedSection();
     void removeCapturedLine();
-    PointList readChosenPoints(const FileRequest& request);
 
     void prepareRebreak();
     void rebreakOnePatch(std::int32_t patch);
@@ -537,7 +531,6 @@ private:
     void mergeZonesOfBlock();
     void matchBlock(bool grid);
     bool correctCapturedLine();
-    std::filesystem::path chooseReference(const char* extension, const char* command);
     void projectZonesOfBlock();
     void finishReflection();
     bool pierceOtherPatches();
@@ -550,20 +543,17 @@ private:
     void turnCapturedPatch();
 
     UserInterface& ui_;
-    std::filesystem::path documentsFolder_;
     std::vector<DocumentView*> views_;
     std::uint64_t geometryRevision_ = 0;
     bool started_ = false;
-    /// The last read failed: the title stays "Wrong" until a file command succeeds.
-    bool titleWrong_ = false;
-    /// Files of which less was read than they hold: Save asks before it writes over one. They are kept when the model
-    /// is removed, as Undo can bring it back.
-    std::vector<std::filesystem::path> incompleteFiles_;
-    /// The file of the model in the patch snapshot, when that model was removed; else empty.
-    std::filesystem::path undoPath_;
-    bool undoModified_ = false;   ///< that model had changes that were not saved
-    std::int64_t pointsRead_ = 0; ///< of the files of the last command, with what was kept of them
-    std::int64_t pointsKept_ = 0;
+    std::filesystem::path proposedFolder_; ///< of the chooser of Open, when it was named; else empty
+    std::string extentStatus_;             ///< what was told of the size of the model; empty when it is usual
+    std::uint64_t patchSnapshotsBegun_ = 0;
+    std::uint64_t patchSnapshots_ = 0; ///< that were taken whole
+    std::uint64_t pointSnapshotsBegun_ = 0;
+    std::uint64_t pointSnapshots_ = 0;
+    PatchList guardPatches_; ///< see keepForGuard
+    std::uint64_t guardCopies_ = 0;
 };
 
 template <class Values, class... Context>

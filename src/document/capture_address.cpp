@@ -7,7 +7,7 @@
 namespace velmora {
 
 void keepCaptureInside(VelmoraDoc& document) {
-    if (document.structureKind != "str" || document.patches.empty()) {
+    if (document.structureKind != StructureKind::Structured || document.patches.empty()) {
         return;
     }
     Capture& capture = document.capture;

@@ -22,16 +22,16 @@ bool curveHeld(Doc d) {
     return d.capture->sectionCaptured || d.capture->lineCaptured;
 }
 bool emptyModel(Doc d) {
-    return d.structureKind == "non";
+    return d.structureKind == StructureKind::None;
 }
 bool notStr(Doc d) {
-    return d.structureKind != "str";
+    return d.structureKind != StructureKind::Structured;
 }
 bool notUns(Doc d) {
-    return d.structureKind != "uns";
+    return d.structureKind != StructureKind::Unstructured;
 }
 bool notApt(Doc d) {
-    return d.fileKind != "apt";
+    return d.fileKind != FileKind::Apt;
 }
 
 bool nonOrField(Doc d) {
@@ -54,7 +54,7 @@ bool noPoint(Doc d) {
     return !d.capture->pointCaptured;
 }
 bool noPointOrUns(Doc d) {
-    return d.structureKind == "uns" || !d.capture->pointCaptured;
+    return d.structureKind == StructureKind::Unstructured || !d.capture->pointCaptured;
 }
 bool pointCountFixed(Doc d) {
     return noPointOrUns(d) || d.capture->lineCaptured || d.fieldMode;
@@ -101,11 +101,11 @@ const auto commands = std::to_array<Command>({
     {"file.appendWrl", "Append wrl...", "Open a second, unstructured geometry beside the model", "", "", doc,
      &VelmoraDoc::AppendWrl, notStrOrField},
     {"file.closeWrl", "Close wrl", "Close the second, unstructured geometry", "", "", doc, &VelmoraDoc::CloseWrl,
-     [](Doc d) { return d.secondKind == "non"; }},
+     [](Doc d) { return d.secondKind == SecondKind::None; }},
     {"file.appendDat", "Append dat...", "Open a second, structured geometry beside the model", "", "", doc,
      &VelmoraDoc::AppendDat, notStrOrField},
     {"file.closeDat", "Close dat", "Close the second, structured geometry", "", "", doc, &VelmoraDoc::CloseDat,
-     [](Doc d) { return d.secondKind != "dat"; }},
+     [](Doc d) { return d.secondKind != SecondKind::Dat; }},
     {"file.appendSft", "Append sft...", "Read pairs of initial and shifted markers", "", "", doc,
      &VelmoraDoc::AppendSft, nonOrField},
     {"file.closeSft", "Close sft", "Close the pairs of markers", "", "", doc, &VelmoraDoc::CloseSft,
@@ -161,7 +161,8 @@ const auto commands = std::to_array<Command>({
      "Adjust border of the second patch in zBlock to the first one and rebuld the second one", "", "", doc,
      &VelmoraDoc::MatchBorderAndGrid, noPairOfPatches},
     {"block.merge", "&Merge... ", "Merge patches inside of zBlock using sections or lines", "Merge patches", "", doc,
-     &VelmoraDoc::MergePatches, [](Doc d) { return (d.structureKind == "str" && notApt(d)) || d.blockCount < 2; }},
+     &VelmoraDoc::MergePatches,
+     [](Doc d) { return (d.structureKind == StructureKind::Structured && notApt(d)) || d.blockCount < 2; }},
 
     // Sections and lines
     {"line.captureSection", "Capture &Section", "Capture section for editing", "Capture section", "", doc,
@@ -193,7 +194,8 @@ const auto commands = std::to_array<Command>({
      "Interpolate section between the closest ones and move it to prescribed position", "", "", doc,
      &VelmoraDoc::Interpolate, [](Doc d) { return noCurve(d) || notGridOrField(d); }},
     {"line.rebreak", "Rebre&ak...", "Rebreak selected section (line or zBlock) in accordance with prescribed law",
-     "Rebreak", "", doc, &VelmoraDoc::Rebreak, [](Doc d) { return noCurveOrField(d) || d.structureKind == "uns"; }},
+     "Rebreak", "", doc, &VelmoraDoc::Rebreak,
+     [](Doc d) { return noCurveOrField(d) || d.structureKind == StructureKind::Unstructured; }},
     {"line.prescribe", "Prescri&be...", "Prescribe definite value to any coordinate of all the points from line", "",
      "", doc, &VelmoraDoc::Prescribe, noCurveOfGridOrField},
     {"line.delete", "&Delete", "Delete section from patch", "Delete section (line)", "", doc, &VelmoraDoc::DeleteCurve,
@@ -294,9 +296,9 @@ const auto commands = std::to_array<Command>({
      &VelmoraDoc::ReflectToApt, [](Doc d) { return notStrOrField(d) || noBlock(d) || d.patches.size() < 2; }},
     {"model.reflectToWrl", "Reflection to wrl", "Project zBlock (yelow) to the unstructured geometry ",
      "Reflect zBlock to wrl", "", doc, &VelmoraDoc::ReflectToWrl,
-     [](Doc d) { return d.secondKind != "wrl" || noBlock(d); }},
+     [](Doc d) { return d.secondKind != SecondKind::Wrl || noBlock(d); }},
     {"model.reflectToDat", "Reflection to dat", "Project zBlock (yelow) to the second, structured geometry", "", "",
-     doc, &VelmoraDoc::ReflectToDat, [](Doc d) { return d.secondKind != "dat" || noBlock(d); }},
+     doc, &VelmoraDoc::ReflectToDat, [](Doc d) { return d.secondKind != SecondKind::Dat || noBlock(d); }},
     {"model.reflectToSft", "Reflection to sft", "Shift zBlock from the shifted to the initial markers", "", "", doc,
      &VelmoraDoc::ReflectToSft, [](Doc d) { return nonOrField(d) || noBlock(d); }},
     {"model.intersection", "&Intersection...",
@@ -311,9 +313,9 @@ const auto commands = std::to_array<Command>({
     {"model.smooth", "Smoo&th geometry...", "Smooth zBlock using soft algorithm.  If no selections work with geometry",
      "Smooth geometry", "", doc, &VelmoraDoc::SmoothGeometry, notGridOrField},
     {"convert.toUnstructured", "&VRML or DAT", "Convert structured grid to unstructured one", "APT to DAT", "", doc,
-     &VelmoraDoc::ConvertToUnstructured, [](Doc d) { return notStrOrField(d) || d.fileKind == "skl"; }},
+     &VelmoraDoc::ConvertToUnstructured, [](Doc d) { return notStrOrField(d) || d.fileKind == FileKind::Skl; }},
     {"convert.toApt", "&APT...", "Convert lines (SKL) to structured grid (APT)", "SKL to APT", "", doc,
-     &VelmoraDoc::ConvertToApt, [](Doc d) { return notStr(d) || d.fileKind == "apt"; }},
+     &VelmoraDoc::ConvertToApt, [](Doc d) { return notStr(d) || d.fileKind == FileKind::Apt; }},
     {"convert.toSkl", "&SKL...", "Convert unstructured grid to lines (SKL)", "DAT to SKL", "", doc,
      &VelmoraDoc::ConvertToSkl, notUns},
     {"convert.knife", "Knife", "Cut unstructured grid by a plane", "", "", doc, &VelmoraDoc::KnifeZones, notUns},

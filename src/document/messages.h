@@ -1,89 +1,137 @@
 #pragma once
 
-// The texts of message boxes and questions, as users know them: wording, misprints and blanks belong to them.
+// The texts of message boxes and questions, as users know them: wording, misprints and blanks belong to them. Each
+// message tells what it means for the work: who shows it need not say.
 
 #include <cstdint>
 #include <string>
+
+#include "Message.h"
+#include "format_outcome.h"
 
 namespace velmora::message {
 
 inline constexpr const char* removeGeometry = "Current geometry will be removed. Are you sure";
 inline constexpr const char* saveBeforeExit = "Save data before exit";
-inline constexpr const char* openCancelled = "Open procedure is canceled";
-inline constexpr const char* fileTypeNotSupported = "This file's type is not supported by Sorvane";
-inline constexpr const char* listModeRefused =
-    "TechPlot-Dat format is not supported in the frame of List-Mode. Use Append menu item";
-inline constexpr const char* datWritten = "DAT file is written";
-inline constexpr const char* convertedToDat = "File is converted to DAT format and is written";
-inline constexpr const char* structuredContainerEmpty = "Structured container is empty";
-inline constexpr const char* wrongFormat = "Wrong file Format";
-inline constexpr const char* wrongExtension = "Wrong file Extension";
+/// The question about a rescue copy; `path` is that of its model.
+inline std::string bringBack(const std::string& path) {
+    return "The program ended without saving " + path + ". Bring the changes back?";
+}
+inline Message rescueUnreadable(const std::string& path) {
+    return {Severity::NotRead, "A rescue copy cannot be read: " + path};
+}
+/// An exception ended a command; `cause` is what it says of itself.
+inline Message commandFailed(const std::string& cause) {
+    return {Severity::Refused, "The command could not be carried out (" + cause + "). The model is as it was before."};
+}
+inline constexpr MessageText openCancelled{Severity::NoModel, "Open procedure is canceled"};
+inline constexpr MessageText cannotOpen{Severity::NotRead, cannotOpenMessage.data()};
+inline constexpr MessageText readFailed{Severity::NotRead, readFailedMessage.data()};
+inline constexpr MessageText cannotSave{Severity::NotWritten, cannotSaveMessage.data()};
+inline constexpr MessageText fileTypeNotSupported{Severity::Refused, "This file's type is not supported by Sorvane"};
+inline constexpr MessageText listModeRefused{
+    Severity::Warning, "TechPlot-Dat format is not supported in the frame of List-Mode. Use Append menu item"};
+inline constexpr MessageText datWritten{Severity::Info, "DAT file is written"};
+inline constexpr MessageText convertedToDat{Severity::Info, "File is converted to DAT format and is written"};
+inline constexpr MessageText structuredContainerEmpty{Severity::Refused, "Structured container is empty"};
+inline constexpr MessageText wrongFormat{Severity::Refused, "Wrong file Format"};
+inline constexpr MessageText wrongExtension{Severity::Refused, "Wrong file Extension"};
 inline constexpr const char* holdsMorePoints = "The file holds more points than were read. Overwrite it?";
+/// `name` is the file's, without its folder.
+inline std::string holdsMore(const std::string& name) {
+    return name + " holds more than was read. Overwrite it?";
+}
+inline std::string notOpenedHere(const std::string& name) {
+    return name + " was not opened or saved here. Overwrite it?";
+}
+inline std::string changedElsewhere(const std::string& name) {
+    return name + " was changed by another program. Overwrite it?";
+}
+inline constexpr MessageText nothingToSave{Severity::Refused, "There is nothing to save"};
+inline Message cannotBeSavedAs(const std::string& extension) {
+    return {Severity::Refused, "This model cannot be saved as " + extension};
+}
+inline constexpr MessageText holdsTrianglesNow{Severity::Refused, "The model holds triangles now. Use Save As"};
 inline constexpr const char* leaveAddRegime = "Regime Add Patch to Block will be canceled. Are you sure?";
-inline constexpr const char* blockIsFull = "It is impossible to add one more zBlock";
+/// Lines have no surface: the model is shown as wires.
+inline constexpr MessageText surfaceNotAllowed{Severity::Warning, "surface not allowed"};
+inline constexpr MessageText notAvailable{Severity::Refused, "Not availabe"};
+inline constexpr MessageText blockIsFull{Severity::Refused, "It is impossible to add one more zBlock"};
 
 inline constexpr const char* aptViolated = "APT format will be violated. Are you sure? ";
-inline constexpr const char* endPointStays =
-    " Procedure is canceled. It's impossible to delete the first (last) point ";
-inline constexpr const char* twoPointsStay = " Procedure is canceled. Section must contain at least 2 points ";
-inline constexpr const char* lastPointStays = " Procedure is canceled. It's impossible to delete the last point ";
-inline constexpr const char* aptMayBeViolated = "APT format may be violated";
-inline constexpr const char* bufferDoesNotFitLine =
-    "Paste is impossible. Number of points is not equal to number of sections";
+inline constexpr MessageText endPointStays{Severity::Refused,
+                                           " Procedure is canceled. It's impossible to delete the first (last) point "};
+inline constexpr MessageText twoPointsStay{Severity::Refused,
+                                           " Procedure is canceled. Section must contain at least 2 points "};
+inline constexpr MessageText lastPointStays{Severity::Warning,
+                                            " Procedure is canceled. It's impossible to delete the last point "};
+inline constexpr MessageText aptMayBeViolated{Severity::Warning, "APT format may be violated"};
+inline constexpr MessageText bufferDoesNotFitLine{
+    Severity::Refused, "Paste is impossible. Number of points is not equal to number of sections"};
 inline constexpr const char* clearBuffer = "All points from buffer will be deleted. Are you sure";
-inline constexpr const char* twoSectionsStay = "Procedure canceled. Number of section must not be less than 2";
-inline constexpr const char* twoLinesStay = "Procedure canceled. Number of lines must not be less than 2";
-inline constexpr const char* matchingImpossible = "Matching is impossible";
-inline constexpr const char* axisAbsent = "Axis is absent. Rotation is impossible";
-inline constexpr const char* patchNotSelected = "Patch is not selected. Try again";
-inline constexpr const char* patchNotRemoved = "Patch is not removed from zBlock. Try again";
+inline constexpr MessageText twoSectionsStay{Severity::Refused,
+                                             "Procedure canceled. Number of section must not be less than 2"};
+inline constexpr MessageText twoLinesStay{Severity::Refused,
+                                          "Procedure canceled. Number of lines must not be less than 2"};
+inline constexpr MessageText matchingImpossible{Severity::Refused, "Matching is impossible"};
+inline constexpr MessageText axisAbsent{Severity::Refused, "Axis is absent. Rotation is impossible"};
+inline constexpr MessageText patchNotSelected{Severity::Refused, "Patch is not selected. Try again"};
+inline constexpr MessageText patchNotRemoved{Severity::Refused, "Patch is not removed from zBlock. Try again"};
 
-inline constexpr const char* fitImpossible = "Regime FIT is impossible. Point is too close to the border";
-inline constexpr const char* partsDoNotFit = "It is impossible to fit parts";
+inline constexpr MessageText fitImpossible{Severity::Refused,
+                                           "Regime FIT is impossible. Point is too close to the border"};
+inline constexpr MessageText partsDoNotFit{Severity::Warning, "It is impossible to fit parts"};
 /// `line` counts from 1.
-inline std::string zeroLengthLine(std::int32_t line) {
-    return "Line  " + std::to_string(line) + "  is of zero length. APT may be violated";
+inline Message zeroLengthLine(std::int32_t line) {
+    return {Severity::Warning, "Line  " + std::to_string(line) + "  is of zero length. APT may be violated"};
 }
-inline constexpr const char* mergeImpossible = "APT format is violated. Merge is impossible";
-inline constexpr const char* sectionsDiffer = "Merging is imposible. Patches contain different number of sections";
-inline constexpr const char* fewSectionsToInterpolate =
-    "Number of section in patch less than 3. Interpolation impossible";
-inline constexpr const char* interpolationTooFar =
-    "Correct interpolation is impossible. Target point is too far from line";
-inline constexpr const char* interpolationDoubleLine = "Correct interpolation is impossible. Double line";
-inline constexpr const char* correctionHasNoAction = "Correction of line has no action";
+inline constexpr MessageText mergeImpossible{Severity::Refused, "APT format is violated. Merge is impossible"};
+inline constexpr MessageText sectionsDiffer{Severity::Refused,
+                                            "Merging is imposible. Patches contain different number of sections"};
+inline constexpr MessageText fewSectionsToInterpolate{
+    Severity::Refused, "Number of section in patch less than 3. Interpolation impossible"};
+inline constexpr MessageText interpolationTooFar{
+    Severity::Refused, "Correct interpolation is impossible. Target point is too far from line"};
+inline constexpr MessageText interpolationDoubleLine{Severity::Refused,
+                                                     "Correct interpolation is impossible. Double line"};
+inline constexpr MessageText correctionHasNoAction{Severity::Refused, "Correction of line has no action"};
 
-inline constexpr const char* markerCountsDiffer =
-    "Number of Initial and Shifted Markers is Different.\n\noperation canceled";
-inline constexpr const char* unknownShiftPlane = "S duba ruhnul?";
-inline constexpr const char* markersIdentical = "It Seem's that Images are Identical. Try Different ones.";
-inline constexpr const char* shiftMatrixNotPositive = "   ZMatrix AT*A is NOT positive.\n   Rank [A] < NumPar";
-inline constexpr const char* shiftEquationsNotSolved =
-    "Linear Equation Solution Failed. Try Another Parameters.\n\noperation canceled";
-inline constexpr const char* shiftOfNoKind = "Ento setka ili avoska?";
+inline constexpr MessageText markerCountsDiffer{
+    Severity::Refused, "Number of Initial and Shifted Markers is Different.\n\noperation canceled"};
+inline constexpr MessageText unknownShiftPlane{Severity::Refused, "S duba ruhnul?"};
+inline constexpr MessageText markersIdentical{Severity::Refused,
+                                              "It Seem's that Images are Identical. Try Different ones."};
+inline constexpr MessageText shiftMatrixNotPositive{Severity::Refused,
+                                                    "   ZMatrix AT*A is NOT positive.\n   Rank [A] < NumPar"};
+inline constexpr MessageText shiftEquationsNotSolved{
+    Severity::Refused, "Linear Equation Solution Failed. Try Another Parameters.\n\noperation canceled"};
+inline constexpr MessageText shiftOfNoKind{Severity::Refused, "Ento setka ili avoska?"};
 
-inline constexpr const char* linesLeft = "Ne vse linii obrabotany";
+inline constexpr MessageText linesLeft{Severity::Warning, "Ne vse linii obrabotany"};
 /// `axis` is "X", "Y" or "Z".
-inline std::string sectionOutOfBody(const std::string& axis) {
-    return "Section " + axis + "=const is out of body";
+inline Message sectionOutOfBody(const std::string& axis) {
+    return {Severity::Refused, "Section " + axis + "=const is out of body"};
 }
-inline std::string pointOutOfBody(const std::string& axis) {
-    return "Warning: Point " + axis + " is out of body";
+inline Message pointOutOfBody(const std::string& axis) {
+    return {Severity::Warning, "Warning: Point " + axis + " is out of body"};
 }
-inline constexpr const char* normalAbsent = "Normal of plane is absent. Cut is impossible";
-inline constexpr const char* partsAreSaved = "Parts are saved in dat format with indexes _1 and _2";
-inline constexpr const char* visiblePartNotSelected = "Procedure is impossible. Visible part is not selected.";
+inline constexpr MessageText normalAbsent{Severity::Refused, "Normal of plane is absent. Cut is impossible"};
+inline constexpr MessageText partsAreSaved{Severity::Info, "Parts are saved in dat format with indexes _1 and _2"};
+inline constexpr MessageText visiblePartNotSelected{Severity::Refused,
+                                                    "Procedure is impossible. Visible part is not selected."};
 
-inline constexpr const char* someLinesMiss = "Attention. Some initial vectors are not crossed with target surface";
-inline constexpr const char* intersectionImpossible =
-    "Intersection impossible. Not all lines from zBlock intersected with body";
-inline constexpr const char* intersectionDoublePoint = "Intersection is impossible. Double point.";
-/// `line` and `patch` count from 0.
-inline std::string lineNotIntersected(std::int32_t line, std::int32_t patch) {
-    return "Intersection with line " + std::to_string(line) + " from patch " + std::to_string(patch) + " is not found";
+inline constexpr MessageText someLinesMiss{Severity::Warning,
+                                           "Attention. Some initial vectors are not crossed with target surface"};
+inline constexpr MessageText intersectionImpossible{
+    Severity::Refused, "Intersection impossible. Not all lines from zBlock intersected with body"};
+inline constexpr MessageText intersectionDoublePoint{Severity::Refused, "Intersection is impossible. Double point."};
+/// `line` and `patch` count from 0, in the text from 1.
+inline Message lineNotIntersected(std::int32_t line, std::int32_t patch) {
+    return {Severity::Refused, "Intersection with line " + std::to_string(std::int64_t{line} + 1) + " from patch " +
+                                   std::to_string(std::int64_t{patch} + 1) + " is not found"};
 }
-inline constexpr const char* cellNotFound = "Intersection with temporary container is not found";
-inline constexpr const char* compartmentTooSmall =
-    "The rest part of compartment is too small for rebreak. Procedure canceled";
+inline constexpr MessageText cellNotFound{Severity::Warning, "Intersection with temporary container is not found"};
+inline constexpr MessageText compartmentTooSmall{
+    Severity::Warning, "The rest part of compartment is too small for rebreak. Procedure canceled"};
 
 } // namespace velmora::message

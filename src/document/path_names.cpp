@@ -29,10 +29,18 @@ std::string directoryOf(const std::filesystem::path& path) {
     return parent.empty() ? std::string() : lowerCase((parent / "").string());
 }
 
+// Behind a linked folder ".." is the parent of where the link leads, which striking out both names would miss: another
+// file would be read and written.
 std::filesystem::path fullPath(const std::filesystem::path& path) {
     std::error_code error;
-    const std::filesystem::path full = std::filesystem::absolute(path, error);
-    return (error ? path : full).lexically_normal();
+    const std::filesystem::path absolute = std::filesystem::absolute(path, error);
+    const std::filesystem::path& full = error ? path : absolute;
+    const std::filesystem::path plain = full.lexically_normal();
+    const std::filesystem::path folder = std::filesystem::canonical(full.parent_path(), error);
+    if (error || std::filesystem::equivalent(folder, plain.parent_path(), error)) {
+        return plain;
+    }
+    return folder / full.filename();
 }
 
 bool sameFile(const std::filesystem::path& a, const std::filesystem::path& b) {

@@ -18,7 +18,8 @@ std::string stemOf(const std::filesystem::path& path);
 /// The directory of a path with its closing separator, lower case; empty for a path without a directory.
 std::string directoryOf(const std::filesystem::path& path);
 
-/// The path made full, without "." and "..", spelled as it was.
+/// The path made full, without "." and "..", spelled as it was; where a ".." leads out of a linked folder, the folders
+/// are those behind the link.
 std::filesystem::path fullPath(const std::filesystem::path& path);
 
 /// Whether both name one file: by the same text, or by links to it that exist.

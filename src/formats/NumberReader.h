@@ -55,13 +55,20 @@ public:
     bool skipLines(std::int64_t count) {
         while (count > 0 && skipLine()) {
             --count;
+            ++linesSkipped_;
         }
         return count <= 0;
     }
+    /// The lines that skipLines passed over in all.
+    std::int64_t linesSkipped() const { return linesSkipped_; }
+
+    /// What the numbers are taken from, to ask where it stands and how its reading went.
+    TextStream& stream() { return stream_; }
 
 private:
     TextStream stream_;
     bool endedAtEndOfFile_ = false;
+    std::int64_t linesSkipped_ = 0;
 };
 
 } // namespace velmora

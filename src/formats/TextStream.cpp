@@ -19,29 +19,32 @@ namespace {
 
 constexpr int endOfFile = -1;
 
-// Opening without blocking keeps a pipe that nobody writes to from holding up the program; reading then waits again.
-int openForReading(const std::filesystem::path& path, std::int64_t& size) {
+/// What behind a number can only be another one.
+constexpr bool beginsNumber(char c) {
+    return isSign(c) || c == '.';
+}
+
+// Opening without blocking keeps a pipe that nobody writes to from holding up the program. What is no regular file is
+// refused all the same: a device may never end.
+int openForReading(const std::filesystem::path& path, std::int64_t& size, FileIdentity& identity) {
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0) {
         return descriptor;
     }
     struct stat status {};
-    if (::fstat(descriptor, &status) != 0 || S_ISDIR(status.st_mode)) {
+    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
         ::close(descriptor);
         return -1;
     }
-    if (S_ISREG(status.st_mode)) {
-        size = status.st_size;
-    } else {
-        ::fcntl(descriptor, F_SETFL, ::fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
-    }
+    size = status.st_size;
+    identity = FileIdentity::of(status);
     return descriptor;
 }
 
 } // namespace
 
 TextStream::TextStream(const std::filesystem::path& path, std::size_t blockSize)
-    : descriptor_(openForReading(path, size_)), blockSize_(std::max<std::size_t>(blockSize, 1)),
+    : descriptor_(openForReading(path, size_, identity_)), blockSize_(std::max<std::size_t>(blockSize, 1)),
       block_(std::make_unique_for_overwrite<char[]>(blockSize_ + 1)), cursor_(block_.get()), end_(block_.get()) {
     block_[0] = '\0';
     fail_ = !isOpen();
@@ -54,13 +57,14 @@ TextStream::~TextStream() {
 }
 
 // Called with the block used up. At the end of the file the block stays, for what is sought back in it. A read error
-// counts as the end of the file.
+// ends the stream as the end of the file does, but is remembered: what stands behind it is not known.
 bool TextStream::refill() {
     ssize_t count = 0;
     do {
         count = ::read(descriptor_, block_.get(), blockSize_);
     } while (count < 0 && errno == EINTR);
     if (count <= 0) {
+        readFailed_ = readFailed_ || (count < 0 && isOpen());
         return false;
     }
     blockStart_ += end_ - block_.get();
@@ -105,6 +109,26 @@ void TextStream::seek(std::int64_t position) {
     } else {
         fail_ = true;
     }
+}
+
+std::int64_t TextStream::lineOf(std::int64_t position) {
+    const std::int64_t place = tell();
+    const bool atEnd = eof_;
+    const bool failed = fail_;
+    const auto report = std::exchange(report_, nullptr);
+    clear();
+    seek(0);
+    std::int64_t line = 1;
+    while (skipTo('\n') && tell() < position) {
+        get();
+        ++line;
+    }
+    clear();
+    seek(place);
+    eof_ = atEnd;
+    fail_ = failed;
+    report_ = report;
+    return line;
 }
 
 int TextStream::peekSlowly() {
@@ -257,6 +281,9 @@ bool TextStream::readDouble(double& value) {
         // At the end of the block the token may go on; at an exponent mark it does go on, wrongly.
         if (error == std::errc{} && stop != end_ && !isExponentMark(*stop) && good()) {
             cursor_ = stop;
+            if (*stop > ' ' && beginsNumber(*stop)) {
+                noteJoined();
+            }
             value = number;
             return true;
         }
@@ -269,7 +296,19 @@ bool TextStream::readDoubleSlowly(double& value) {
         return false;
     }
     collectDouble();
-    return convertDouble(token_, value) || failToken();
+    if (!convertDouble(token_, value)) {
+        return failToken();
+    }
+    if (beginsNumber(nextOfToken())) {
+        noteJoined();
+    }
+    return true;
+}
+
+void TextStream::noteJoined() {
+    if (++joinedNumbers_ == 1) {
+        firstJoinedNumber_ = tell();
+    }
 }
 
 void TextStream::takeIntoToken() {

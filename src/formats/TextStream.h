@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "FileIdentity.h"
 #include "progress.h"
 
 namespace velmora {
@@ -22,8 +23,8 @@ public:
     static constexpr std::size_t defaultBlockSize = std::size_t{1} << 20;
     static constexpr std::size_t noLimit = std::numeric_limits<std::size_t>::max();
 
-    /// Opens `path`. A folder or a file that may not be read leaves the stream closed and failed. `blockSize` is in
-    /// bytes; it has no effect on what is read.
+    /// Opens `path`. What is no regular file (a folder, a pipe, a device: they may never end) and a file that may not
+    /// be read leave the stream closed and failed. `blockSize` is in bytes; it has no effect on what is read.
     explicit TextStream(const std::filesystem::path& path, std::size_t blockSize = defaultBlockSize);
     ~TextStream();
     TextStream(const TextStream&) = delete;
@@ -36,8 +37,20 @@ public:
     /// Makes the stream good again; the position stays.
     void clear() { eof_ = fail_ = false; }
 
-    /// The bytes of the file as it was when opened; 0 for something that is no regular file.
+    /// The bytes of the file as it was when opened.
     std::int64_t size() const { return size_; }
+    /// Which file it is, and in which state it was when opened.
+    const FileIdentity& identity() const { return identity_; }
+    /// Whether the system failed to read the file. The stream then ends there as at the end of the file; what the file
+    /// holds is not known.
+    bool readFailed() const { return readFailed_; }
+    /// How many numbers ran into the next one ("1.5-104", "1.2.3"): a stream takes each for two, and all that follows
+    /// is shifted.
+    std::int64_t joinedNumbers() const { return joinedNumbers_; }
+    /// Behind which byte the first of them was cut.
+    std::int64_t firstJoinedNumber() const { return firstJoinedNumber_; }
+    /// The number of the line, from 1, in which a byte stands. Reads the file from its start; states and position stay.
+    std::int64_t lineOf(std::int64_t position);
     /// From now on reports the progress of reading with each block, scaled to `from`..`to`. What is read again reports
     /// nothing.
     void reportTo(ReportProgress report, double from = 0.0, double to = 1.0);
@@ -96,9 +109,11 @@ private:
     void takeIntoToken();
     void takeDigits();
     void collectDouble();
+    void noteJoined();
     bool takeLine(std::string* line, std::size_t limit);
 
-    std::int64_t size_ = 0; // before descriptor_, as opening sets it
+    std::int64_t size_ = 0; // before descriptor_, as opening sets both
+    FileIdentity identity_;
     int descriptor_ = -1;
     std::size_t blockSize_;
     std::unique_ptr<char[]> block_; // blockSize_ bytes and a NUL behind the last one read
@@ -107,6 +122,9 @@ private:
     std::int64_t blockStart_ = 0; // position of the block's first byte in the file
     bool eof_ = false;
     bool fail_ = false;
+    bool readFailed_ = false;
+    std::int64_t joinedNumbers_ = 0;
+    std::int64_t firstJoinedNumber_ = 0;
     std::string token_;
     ReportProgress report_;
     double reportFrom_ = 0.0;

@@ -1,6 +1,7 @@
 #include "apt.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 #include "NumberReader.h"
@@ -27,12 +28,30 @@ struct AptHeader {
     std::uint32_t product() const { return static_cast<std::uint32_t>(sections) * static_cast<std::uint32_t>(points); }
 };
 
-// A header could not be read: either the file ends here, or a number was out of range.
-void noteHeaderFailure(const AptHeader& header, std::int64_t compartment, int pass, AptReadResult& result) {
-    result.endReached = header.isEnd();
+// A header could not be read: either the file ends here, or a number was out of range, or the disk failed.
+void noteHeaderFailure(const AptHeader& header, NumberReader& reader, std::int64_t compartment, int pass,
+                       AptReadResult& result) {
+    const bool diskFailed = reader.stream().readFailed();
+    result.endReached = header.isEnd() && !diskFailed;
     if (!result.endReached) {
-        result.faults.push_back({FormatFaultKind::Header, compartment, pass});
+        result.faults.push_back({diskFailed ? FormatFaultKind::Unread : FormatFaultKind::Header, compartment, pass});
     }
+}
+
+std::string patchText(std::int64_t compartment) {
+    return "Patch " + std::to_string(compartment) + ": ";
+}
+
+// In the first pass a body is a number of lines.
+void noteShortBody(const AptHeader& header, NumberReader& reader, std::int64_t compartment, AptReadResult& result) {
+    const bool diskFailed = reader.stream().readFailed();
+    result.faults.push_back({diskFailed ? FormatFaultKind::Unread : FormatFaultKind::Body, compartment, 1});
+    const std::string place = lineText(reader.stream());
+    result.record.losesGeometry(diskFailed ? unreadText(reader.stream())
+                                           : patchText(compartment) + "its header tells of " +
+                                                 std::to_string(static_cast<std::int32_t>(header.product())) +
+                                                 " lines of points, which end in " + place);
+    result.record.losesGeometry("An .apt file that ends early is not read at all");
 }
 
 // The first pass. False when there is no second one.
@@ -44,18 +63,26 @@ bool countPoints(const std::filesystem::path& path, AptReadResult& result, const
         result.faults.push_back({FormatFaultKind::CannotOpen, 0, 1});
         return false;
     }
+    beginRecord(result.record, path, reader.stream(), "apt", {"patches", "points"});
     std::uint32_t total = 0;
     std::int64_t compartment = 1;
     AptHeader header;
     for (; header.read(reader); header = AptHeader{}, ++compartment) {
         reader.skipLine();
         total += header.product();
-        if (!reader.skipLines(static_cast<std::int32_t>(header.product()))) {
-            result.faults.push_back({FormatFaultKind::Body, compartment, 1});
+        const bool whole = reader.skipLines(static_cast<std::int32_t>(header.product()));
+        countOf(result.record.found, "patches") = compartment;
+        countOf(result.record.found, "points") = reader.linesSkipped();
+        if (!whole) {
+            noteShortBody(header, reader, compartment, result);
             return false;
         }
     }
-    noteHeaderFailure(header, compartment, 1, result);
+    noteHeaderFailure(header, reader, compartment, 1, result);
+    if (reader.stream().readFailed()) {
+        result.record.losesGeometry(unreadText(reader.stream()));
+        return false;
+    }
     result.firstPassEnded = result.endReached;
     result.pointsInFile = static_cast<std::int32_t>(total);
     return true;
@@ -72,7 +99,9 @@ public:
 
 private:
     void readPatches(PatchList& patches);
-    void noteFault(FormatFaultKind kind);
+    void noteFault(FormatFaultKind kind, const std::string& reason);
+    void noteBareHeader(const AptHeader& header);
+    void noteEnd(const AptHeader& header);
 
     NumberReader reader_;
     AptReadResult& result_;
@@ -81,9 +110,36 @@ private:
     std::int64_t compartment_ = 1;
 };
 
-void AptSecondPass::noteFault(FormatFaultKind kind) {
+void AptSecondPass::noteFault(FormatFaultKind kind, const std::string& reason) {
+    const bool diskFailed = reader_.stream().readFailed();
     result_.endReached = false;
-    result_.faults.push_back({kind, compartment_, 2});
+    result_.faults.push_back({diskFailed ? FormatFaultKind::Unread : kind, compartment_, 2});
+    result_.record.losesGeometry(diskFailed ? unreadText(reader_.stream()) : patchText(compartment_) + reason);
+}
+
+// A patch without points is written as "0 0", or with sections as "2 0". Another header without points was meant
+// otherwise; it is taken as it is.
+void AptSecondPass::noteBareHeader(const AptHeader& header) {
+    if (header.sections < 0 || header.points < 0 || (header.sections == 0 && header.points > 0)) {
+        result_.record.losesDetail(patchText(compartment_) + "the header " + std::to_string(header.sections) + ' ' +
+                                   std::to_string(header.points) + " in " + lineText(reader_.stream()) +
+                                   " gives no points");
+    }
+}
+
+void AptSecondPass::noteEnd(const AptHeader& header) {
+    if (!result_.endReached) {
+        result_.record.losesGeometry(reader_.stream().readFailed()
+                                         ? unreadText(reader_.stream())
+                                         : patchText(compartment_) + "the counts in " + lineText(reader_.stream()) +
+                                               " are out of range");
+        return;
+    }
+    result_.textBehind = header.sections != unread || !reader_.endedAtEndOfFile();
+    if (result_.textBehind) {
+        result_.record.losesGeometry("No header stands in " + lineText(reader_.stream()) +
+                                     ": what follows there is not read");
+    }
 }
 
 void AptSecondPass::run(PatchList& patches) {
@@ -94,28 +150,34 @@ void AptSecondPass::run(PatchList& patches) {
     readPatches(patches);
     result_.thinned = thinner_.thinned();
     result_.cutAtLimit = thinner_.cutAtLimit();
+    noteJoinedNumbers(result_.record, reader_.stream());
+    noteThinning(result_.record, result_.thinned, result_.cutAtLimit);
 }
 
 void AptSecondPass::readPatches(PatchList& patches) {
     AptHeader header;
     for (; header.read(reader_); header = AptHeader{}, ++compartment_) {
         if (!bareSections_.accepts(header.sections, header.points)) {
-            noteFault(FormatFaultKind::Header);
+            noteFault(FormatFaultKind::Header,
+                      "the header in " + lineText(reader_.stream()) + " asks for too many sections without points");
             return;
         }
+        noteBareHeader(header);
         Patch patch;
         thinner_.restartPhases();
         if (!thinner_.takePatch(
                 header.sections, header.points, [this](zVec<double>& point) { return readPoint(reader_, point); },
                 patch)) {
-            noteFault(FormatFaultKind::Body);
+            noteFault(FormatFaultKind::Body, "no point can be read in " + lineText(reader_.stream()));
             return;
         }
         patches.push_back(std::move(patch));
         result_.pointsKept = thinner_.kept();
+        countOf(result_.record.kept, "patches") = compartment_;
+        countOf(result_.record.kept, "points") = result_.pointsKept;
     }
-    noteHeaderFailure(header, compartment_, 2, result_);
-    result_.textBehind = header.sections != unread || !reader_.endedAtEndOfFile();
+    noteHeaderFailure(header, reader_, compartment_, 2, result_);
+    noteEnd(header);
 }
 
 void writeAptPatch(NumberWriter& writer, const Patch& patch) {
@@ -129,10 +191,24 @@ void writeAptPatch(NumberWriter& writer, const Patch& patch) {
     }
 }
 
-bool writeSelection(const std::filesystem::path& path, const PatchSelection& selection, int precision,
-                    const ReportProgress& report) {
-    return std::all_of(selection.begin(), selection.end(), [](const Patch* patch) { return holdsGrid(*patch); }) &&
-           savePatches(path, selection, precision, writeAptPatch, report);
+// What a file of grids holds of it.
+std::int64_t gridPointCountOf(const PatchSelection& selection) {
+    std::int64_t points = 0;
+    for (const Patch* patch : selection) {
+        points += std::int64_t{countOf(*patch)} * lineCount(*patch);
+    }
+    return points;
+}
+
+WriteOutcome writeSelection(const std::filesystem::path& path, const PatchList& patches,
+                            const PatchSelection& selection, int precision, const ReportProgress& report) {
+    if (!std::all_of(selection.begin(), selection.end(), [](const Patch* patch) { return holdsGrid(*patch); })) {
+        return {};
+    }
+    WriteOutcome outcome = savePatches(path, patches, selection, precision, writeAptPatch, report);
+    outcome.record.format = "apt";
+    outcome.record.counts = {{"patches", countOf(selection)}, {"points", gridPointCountOf(selection)}};
+    return outcome;
 }
 
 } // namespace
@@ -145,14 +221,14 @@ AptReadResult readApt(const std::filesystem::path& path, PatchList& patches, con
     return result;
 }
 
-bool writeApt(const std::filesystem::path& path, const PatchList& patches, int precision,
-              const ReportProgress& report) {
-    return writeSelection(path, selectAll(patches), precision, report);
+WriteOutcome writeApt(const std::filesystem::path& path, const PatchList& patches, int precision,
+                      const ReportProgress& report) {
+    return writeSelection(path, patches, selectAll(patches), precision, report);
 }
 
-bool writeAptBlock(const std::filesystem::path& path, const PatchList& patches, std::span<const std::int32_t> blockList,
-                   int precision, const ReportProgress& report) {
-    return writeSelection(path, selectBlock(patches, blockList), precision, report);
+WriteOutcome writeAptBlock(const std::filesystem::path& path, const PatchList& patches,
+                           std::span<const std::int32_t> blockList, int precision, const ReportProgress& report) {
+    return writeSelection(path, patches, selectBlock(patches, blockList), precision, report);
 }
 
 std::string aptMessage(const FormatFault& fault) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "FileRecord.h"
 #include "PatchList.h"
 #include "format_outcome.h"
 #include "progress.h"
@@ -23,6 +24,7 @@ struct AptReadResult {
     bool cutAtLimit = false;         ///< sections stayed unread because `keptPointLimit` was reached
     bool textBehind = false;         ///< the regular end came before the file's: what stands behind is unread
     std::vector<FormatFault> faults; ///< in the order in which they were met
+    FileRead record;                 ///< what the file holds and what of it was kept, as far as it was read
 };
 
 /// Reads an .apt file: compartments, each a header line with the number of sections and of points per section, and
@@ -35,16 +37,16 @@ struct AptReadResult {
 /// without points. Time and memory go by what the file holds, not by what its headers say.
 AptReadResult readApt(const std::filesystem::path& path, PatchList& patches, const ReportProgress& report = {});
 
-/// Saves `patches` as an .apt file with `precision` digits behind the point. False, and an old file stands as it
-/// was, when it cannot be written, or when a section has fewer points than the first one of its patch; of a longer
-/// section the points past that number are left out.
-bool writeApt(const std::filesystem::path& path, const PatchList& patches, int precision,
-              const ReportProgress& report = {});
+/// Saves `patches` as an .apt file with `precision` digits behind the point. Not written, and an old file stands as it
+/// was, when it cannot be, when a section has fewer points than the first one of its patch, or when a number is not
+/// finite, which readApt would refuse; of a longer section the points past the first one's number are left out.
+WriteOutcome writeApt(const std::filesystem::path& path, const PatchList& patches, int precision,
+                      const ReportProgress& report = {});
 
 /// The same for the patches whose numbers, from 0, stand in `blockList`, in its order; a number that is negative or
 /// past the end is passed over.
-bool writeAptBlock(const std::filesystem::path& path, const PatchList& patches, std::span<const std::int32_t> blockList,
-                   int precision, const ReportProgress& report = {});
+WriteOutcome writeAptBlock(const std::filesystem::path& path, const PatchList& patches,
+                           std::span<const std::int32_t> blockList, int precision, const ReportProgress& report = {});
 
 /// The text for the user.
 std::string aptMessage(const FormatFault& fault);

@@ -68,7 +68,7 @@ struct FieldHeader {
 class FieldReader {
 public:
     FieldReader(const std::filesystem::path& path, FieldReadResult& result, const ReportProgress& report)
-        : stream_(path), result_(result) {
+        : stream_(path), path_(path), result_(result) {
         stream_.reportTo(report);
     }
 
@@ -80,9 +80,11 @@ private:
     bool readPatch(const FieldHeader& header, Patch& patch, Patch& field);
     bool readSection(std::int32_t points);
     bool readValues(zVec<double>& values);
-    bool fail(FormatFaultKind kind);
+    bool fail(FormatFaultKind kind, const std::string& reason);
+    void noteEnd();
 
     TextStream stream_;
+    std::filesystem::path path_;
     FieldReadResult& result_;
     std::int64_t compartment_ = 0;
     std::string line_;
@@ -91,8 +93,11 @@ private:
     PointList fieldSection_;
 };
 
-bool FieldReader::fail(FormatFaultKind kind) {
-    result_.faults.push_back({kind, compartment_, 1});
+bool FieldReader::fail(FormatFaultKind kind, const std::string& reason) {
+    const bool diskFailed = stream_.readFailed();
+    result_.faults.push_back({diskFailed ? FormatFaultKind::Unread : kind, compartment_, 1});
+    result_.record.losesGeometry(diskFailed ? unreadText(stream_)
+                                            : "Zone " + std::to_string(compartment_) + ": " + reason);
     return false;
 }
 
@@ -101,29 +106,55 @@ void FieldReader::run() {
         return;
     }
     for (compartment_ = 1; takeBufferLine(stream_, line_); ++compartment_) {
+        countOf(result_.record.found, "zones") = compartment_;
         if (!readZone()) {
             result_.patches.clear();
             result_.fieldPatches.clear();
             return;
         }
     }
+    if (stream_.readFailed()) {
+        fail(FormatFaultKind::Unread, {});
+        result_.patches.clear();
+        result_.fieldPatches.clear();
+        return;
+    }
     result_.loaded = true;
+    noteEnd();
+}
+
+void FieldReader::noteEnd() {
+    FileRead& record = result_.record;
     stream_.clear();
     result_.textBehind = stream_.skipSpace();
+    if (result_.textBehind) {
+        record.losesGeometry("No header of a zone stands before " + lineText(stream_) +
+                             ": what follows there is not read");
+    }
+    record.kept = record.found;
+    noteJoinedNumbers(record, stream_);
 }
 
 bool FieldReader::readHead() {
     result_.opened = stream_.isOpen();
     if (!result_.opened) {
-        return fail(FormatFaultKind::CannotOpen);
+        result_.faults.push_back({FormatFaultKind::CannotOpen, compartment_, 1});
+        return false;
     }
+    beginRecord(result_.record, path_, stream_, "field", {"zones", "points", "variables"});
     takeBufferLine(stream_, result_.titleLine);
     takeBufferLine(stream_, result_.variablesLine);
     const std::optional<std::int32_t> fields = countFields(result_.variablesLine);
     if (!fields) {
-        return fail(FormatFaultKind::Variables);
+        result_.faults.push_back(
+            {stream_.readFailed() ? FormatFaultKind::Unread : FormatFaultKind::Variables, compartment_, 1});
+        if (stream_.size() > 0) {
+            result_.record.losesGeometry("Line 2 does not name three coordinates and up to three values in quotes");
+        }
+        return false;
     }
     result_.fieldCount = *fields;
+    countOf(result_.record.found, "variables") = 3 + *fields;
     return true;
 }
 
@@ -131,12 +162,14 @@ bool FieldReader::readHead() {
 bool FieldReader::readZone() {
     const FieldHeader header(line_);
     if (!header.isGood() || !bareSections_.accepts(header.sections, header.points)) {
-        return fail(FormatFaultKind::Header);
+        return fail(FormatFaultKind::Header, "no counts I= and J= that can be used stand before " + lineText(stream_));
     }
     Patch patch;
     Patch field;
-    if (!readPatch(header, patch, field)) {
-        return fail(FormatFaultKind::Body);
+    const bool whole = readPatch(header, patch, field);
+    countOf(result_.record.found, "points") += pointCountOf({&patch});
+    if (!whole) {
+        return fail(FormatFaultKind::Body, "no point can be read in " + lineText(stream_));
     }
     result_.patches.push_back(std::move(patch));
     result_.fieldPatches.push_back(std::move(field));
@@ -184,6 +217,23 @@ zVec<double> valuesAt(const PatchList& field, std::size_t k, std::size_t n, std:
     return exists ? field[k][n][m] : zVec<double>();
 }
 
+// What in the file that would be written could not be read again; empty when there is nothing.
+std::string whyNotReadable(const PatchList& patches, const PatchList& field) {
+    for (std::size_t k = 0; k < patches.size(); ++k) {
+        const std::int32_t most = std::max(countOf(patches[k]), lineCount(patches[k]));
+        if (most > maxZoneCount) {
+            return "Patch " + std::to_string(k + 1) + " has " + std::to_string(most) +
+                   " points in a direction: a header of a field file tells no more than " +
+                   std::to_string(maxZoneCount);
+        }
+    }
+    const std::string point = placeNotFinite(patches, selectAll(patches));
+    const std::string value = placeNotFinite(field, selectAll(field));
+    return !point.empty()   ? refuseNotFinite(point).problem
+           : !value.empty() ? refuseNotFinite(value + " of the field").problem
+                            : std::string();
+}
+
 void writeZoneHeader(NumberWriter& writer, std::size_t k, const Patch& patch) {
     writer.writeText("ZONE  T=\"ZONE_");
     writer.writeInt(static_cast<std::int64_t>(k));
@@ -225,13 +275,18 @@ FieldReadResult readFieldFile(const std::filesystem::path& path, const ReportPro
     return result;
 }
 
-bool writeFieldFile(const std::filesystem::path& path, const PatchList& patches, const PatchList& field,
-                    std::int32_t fieldCount, std::string_view titleLine, std::string_view variablesLine, int precision,
-                    const ReportProgress& report) {
+WriteOutcome writeFieldFile(const std::filesystem::path& path, const PatchList& patches, const PatchList& field,
+                            std::int32_t fieldCount, std::string_view titleLine, std::string_view variablesLine,
+                            int precision, const ReportProgress& report) {
     if (!std::all_of(patches.begin(), patches.end(), holdsGrid)) {
-        return false;
+        return {};
     }
     const std::int32_t fields = std::clamp(fieldCount, 0, maxFieldCount);
+    WriteOutcome outcome;
+    outcome.problem = whyNotReadable(patches, field);
+    if (!outcome.problem.empty()) {
+        return outcome;
+    }
     const auto write = [&](NumberWriter& writer) {
         for (const std::string_view line : {titleLine, variablesLine}) {
             writer.writeText(line);
@@ -241,7 +296,11 @@ bool writeFieldFile(const std::filesystem::path& path, const PatchList& patches,
             writeZone(writer, k, patches[k], field, fields);
         }
     };
-    return saveText(path, precision, write, report, (3 + fields) * pointCountOf(selectAll(patches)));
+    const std::int64_t points = pointCountOf(selectAll(patches));
+    outcome = saveText(path, precision, write, report, (3 + fields) * points);
+    outcome.record.format = "field";
+    outcome.record.counts = {{"zones", countOf(patches)}, {"points", points}, {"variables", 3 + fields}};
+    return outcome;
 }
 
 std::string fieldMessage(const FormatFault& fault) {

@@ -17,6 +17,8 @@ namespace velmora {
 
 /// The most function values of a point.
 inline constexpr std::int32_t maxFieldCount = 3;
+/// The most points in a direction that a header of a zone can tell.
+inline constexpr std::int32_t maxZoneCount = 99999;
 
 inline constexpr std::string_view wrongVariablesMessage = "Your 'dat' file contains wrong number of variables";
 
@@ -31,6 +33,7 @@ struct FieldReadResult {
     PatchList fieldPatches;          ///< of the shape of `patches`: the function values as x, y, z, the missing ones 0
     bool textBehind = false;         ///< the regular end came before the file's: what stands behind is unread
     std::vector<FormatFault> faults; ///< at most one, as the first fault ends the reading
+    FileRead record;                 ///< what the file holds and what of it was kept, as far as it was read
 };
 
 /// Reads a field file. The quotes of the variables line must be even in number and 6 to 12; they give the number of
@@ -45,13 +48,13 @@ struct FieldReadResult {
 FieldReadResult readFieldFile(const std::filesystem::path& path, const ReportProgress& report = {});
 
 /// Saves `patches` with the first `fieldCount` (0 to maxFieldCount; others are cut to it) values of `field` at the same
-/// place, 0 where `field` has no such place; numbers have `precision` digits behind the point. A zone with more than
-/// 99999 points in a direction is written and cannot be read again. False, and an old file stands as it was, when it
-/// cannot be written, or when a section has fewer points than the first one of its patch; of a longer section the
-/// points past that number are left out.
-bool writeFieldFile(const std::filesystem::path& path, const PatchList& patches, const PatchList& field,
-                    std::int32_t fieldCount, std::string_view titleLine, std::string_view variablesLine, int precision,
-                    const ReportProgress& report = {});
+/// place, 0 where `field` has no such place; numbers have `precision` digits behind the point. Not written, and an old
+/// file stands as it was, when it cannot be, when a section has fewer points than the first one of its patch, and when
+/// it could not be read again: with a number that is not finite, or more than 99999 points in a direction. Of a longer
+/// section the points past the first one's number are left out.
+WriteOutcome writeFieldFile(const std::filesystem::path& path, const PatchList& patches, const PatchList& field,
+                            std::int32_t fieldCount, std::string_view titleLine, std::string_view variablesLine,
+                            int precision, const ReportProgress& report = {});
 
 /// The text for the user.
 std::string fieldMessage(const FormatFault& fault);

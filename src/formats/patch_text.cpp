@@ -1,8 +1,17 @@
 #include "patch_text.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace velmora {
+
+namespace {
+
+bool isFinite(const zVec<double>& point) {
+    return std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
+}
+
+} // namespace
 
 void writePoint(NumberWriter& writer, const zVec<double>& point) {
     writer.writeDouble(point.x);
@@ -47,20 +56,50 @@ std::int64_t pointCountOf(const PatchSelection& selection) {
     return points;
 }
 
-bool saveText(const std::filesystem::path& path, int precision, const std::function<void(NumberWriter&)>& write,
-              const ReportProgress& report, std::int64_t numbers) {
+std::string placeNotFinite(const PatchList& patches, const PatchSelection& selection) {
+    for (const Patch* patch : selection) {
+        for (const PointList& section : *patch) {
+            const auto point = std::find_if_not(section.begin(), section.end(), isFinite);
+            if (point != section.end()) {
+                return "Patch " + std::to_string(patch - patches.data() + 1) + ", section " +
+                       std::to_string(&section - patch->data() + 1) + ", point " +
+                       std::to_string(point - section.begin() + 1);
+            }
+        }
+    }
+    return {};
+}
+
+WriteOutcome refuseNotFinite(const std::string& place) {
+    WriteOutcome outcome;
+    outcome.problem = place + ": the number is not finite, and could not be read again";
+    return outcome;
+}
+
+WriteOutcome saveText(const std::filesystem::path& path, int precision, const std::function<void(NumberWriter&)>& write,
+                      const ReportProgress& report, std::int64_t numbers) {
+    WriteOutcome outcome;
     SafeFile file(path);
     if (!file.isOpen()) {
-        return false;
+        return outcome;
     }
     NumberWriter writer(file, precision);
     writer.reportTo(report, numbers);
     write(writer);
-    return writer.flush() && file.commit();
+    outcome.written = writer.flush() && file.commit();
+    outcome.notes = file.notes();
+    outcome.record.path = path;
+    outcome.record.bytes = file.size();
+    return outcome;
 }
 
-bool savePatches(const std::filesystem::path& path, const PatchSelection& selection, int precision,
-                 const std::function<void(NumberWriter&, const Patch&)>& writePatch, const ReportProgress& report) {
+WriteOutcome savePatches(const std::filesystem::path& path, const PatchList& patches, const PatchSelection& selection,
+                         int precision, const std::function<void(NumberWriter&, const Patch&)>& writePatch,
+                         const ReportProgress& report) {
+    const std::string place = placeNotFinite(patches, selection);
+    if (!place.empty()) {
+        return refuseNotFinite(place);
+    }
     const auto writeAll = [&](NumberWriter& writer) {
         for (const Patch* patch : selection) {
             writePatch(writer, *patch);

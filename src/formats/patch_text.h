@@ -4,8 +4,10 @@
 #include <filesystem>
 #include <functional>
 #include <span>
+#include <string>
 #include <vector>
 
+#include "FileRecord.h"
 #include "NumberWriter.h"
 #include "PatchList.h"
 #include "progress.h"
@@ -39,14 +41,23 @@ PatchSelection selectBlock(const PatchList& patches, std::span<const std::int32_
 /// The points of all its patches.
 std::int64_t pointCountOf(const PatchSelection& selection);
 
-/// Saves a file that consists of what `write` writes, numbers with `precision` digits behind the point. True when all
-/// of it is in place; otherwise an old file stands as it was. `report` is told how much of about `numbers` numbers has
-/// been written.
-bool saveText(const std::filesystem::path& path, int precision, const std::function<void(NumberWriter&)>& write,
-              const ReportProgress& report = {}, std::int64_t numbers = 0);
+/// Where the first number of the selection stands that is not finite: "Patch 2, section 1, point 7"; empty when there
+/// is none. The numbers are those of the model, `patches`, counted from 1.
+std::string placeNotFinite(const PatchList& patches, const PatchSelection& selection);
 
-/// Saves a file that consists of what `writePatch` writes of each patch, see saveText.
-bool savePatches(const std::filesystem::path& path, const PatchSelection& selection, int precision,
-                 const std::function<void(NumberWriter&, const Patch&)>& writePatch, const ReportProgress& report = {});
+/// The outcome of a file that is not begun because the number at `place` is not finite.
+WriteOutcome refuseNotFinite(const std::string& place);
+
+/// Saves a file that consists of what `write` writes, numbers with `precision` digits behind the point. Written when
+/// all of it is in place; otherwise an old file stands as it was. `report` is told how much of about `numbers` numbers
+/// has been written. The record has the path and the bytes.
+WriteOutcome saveText(const std::filesystem::path& path, int precision, const std::function<void(NumberWriter&)>& write,
+                      const ReportProgress& report = {}, std::int64_t numbers = 0);
+
+/// Saves a file that consists of what `writePatch` writes of each patch of the selection, see saveText. Nothing is
+/// begun when one of their numbers is not finite.
+WriteOutcome savePatches(const std::filesystem::path& path, const PatchList& patches, const PatchSelection& selection,
+                         int precision, const std::function<void(NumberWriter&, const Patch&)>& writePatch,
+                         const ReportProgress& report = {});
 
 } // namespace velmora

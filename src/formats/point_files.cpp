@@ -1,42 +1,104 @@
 #include "point_files.h"
 
+#include <string>
+
 #include "TextStream.h"
+#include "format_outcome.h"
 #include "patch_text.h"
 
 namespace velmora {
 
-PointFileResult readPointFile(const std::filesystem::path& path) {
+namespace {
+
+/// Tells why the reading ended where it did: at the end of the file, or before it. `numbers` of those that make a
+/// record of `wanted` were taken last.
+void noteEnd(TextStream& stream, int numbers, int wanted, FileRead& record, bool& readFailed) {
+    readFailed = stream.readFailed();
+    const bool atEnd = stream.eof();
+    const std::string place = lineText(stream);
+    if (readFailed) {
+        record.losesGeometry(unreadText(stream));
+    } else if (!atEnd) {
+        record.losesGeometry("No number stands in " + place + ": what follows there is not read");
+    } else if (numbers > 0) {
+        record.losesGeometry("The last point in " + place + " has " + std::to_string(numbers) + " of its " +
+                             std::to_string(wanted) + " numbers");
+    }
+    if (numbers > 0) {
+        countOf(record.found, "points") += 1;
+    }
+    noteJoinedNumbers(record, stream);
+}
+
+} // namespace
+
+PointFileResult readPointFile(const std::filesystem::path& path, std::string_view format) {
     TextStream stream(path);
-    PointFileResult result{stream.isOpen(), {}};
-    for (zVec<double> point; readPoint(stream, point);) {
+    PointFileResult result;
+    result.opened = stream.isOpen();
+    if (!result.opened) {
+        return result;
+    }
+    beginRecord(result.record, path, stream, format, {"points"});
+    int numbers = 0;
+    const auto readNumber = [&](double& value) {
+        const bool read = stream.readDouble(value);
+        numbers += read ? 1 : 0;
+        return read;
+    };
+    for (zVec<double> point; readNumber(point.x) && readNumber(point.y) && readNumber(point.z); numbers = 0) {
         result.points.push_back(point);
     }
+    countOf(result.record.found, "points") = countOf(result.record.kept, "points") = countOf(result.points);
+    noteEnd(stream, numbers, 3, result.record, result.readFailed);
     return result;
 }
 
 SftResult readSft(const std::filesystem::path& path) {
     constexpr int headerLines = 7;
+    constexpr int numbersEach = 7;
     TextStream stream(path);
-    SftResult result{stream.isOpen(), {}, {}};
+    SftResult result;
+    result.opened = stream.isOpen();
+    if (!result.opened) {
+        return result;
+    }
+    beginRecord(result.record, path, stream, "sft", {"points"});
     for (int line = 0; line < headerLines; ++line) {
         stream.skipLine();
     }
-    zVec<double> point;
-    zVec<double> shift;
-    double unused = 0.0;
-    while (readPoint(stream, point) && readPoint(stream, shift) && stream.readDouble(unused)) {
-        result.points.push_back(point);
-        result.targets.push_back(point + shift);
+    if (stream.fail() && stream.size() > 0) {
+        result.record.losesDetail("The file ends within the seven lines of text that come before the points");
     }
+    double values[numbersEach] = {};
+    int numbers = 0;
+    while (stream.readDouble(values[numbers])) {
+        if (++numbers == numbersEach) {
+            const zVec<double> point(values[0], values[1], values[2]);
+            result.points.push_back(point);
+            result.targets.push_back(point + zVec<double>(values[3], values[4], values[5]));
+            numbers = 0;
+        }
+    }
+    countOf(result.record.found, "points") = countOf(result.record.kept, "points") = countOf(result.points);
+    noteEnd(stream, numbers, numbersEach, result.record, result.readFailed);
     return result;
 }
 
-bool writeLineBuffer(const std::filesystem::path& path, const PointList& line, int precision) {
-    return saveText(path, precision, [&line](NumberWriter& writer) {
+WriteOutcome writeLineBuffer(const std::filesystem::path& path, const PointList& line, int precision) {
+    const PatchList whole{{line}};
+    const std::string place = placeNotFinite(whole, selectAll(whole));
+    if (!place.empty()) {
+        return refuseNotFinite(place.substr(place.rfind(',') + 2));
+    }
+    WriteOutcome outcome = saveText(path, precision, [&line](NumberWriter& writer) {
         for (const zVec<double>& point : line) {
             writePoint(writer, point);
         }
     });
+    outcome.record.format = "ext";
+    outcome.record.counts = {{"points", countOf(line)}};
+    return outcome;
 }
 
 } // namespace velmora

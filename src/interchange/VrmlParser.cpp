@@ -121,16 +121,34 @@ void VrmlParser::expectWord(const char* wanted) {
 
 void VrmlParser::findNode() {
     do {
-        if (!input_.skipTo(keywords_->faceSet[0])) {
+        if (!passToFaceSet()) {
             throw EOFError(unitName, __LINE__);
         }
         readWord();
+        if (word_ != keywords_->faceSet) {
+            scene_.take(word_);
+        }
     } while (word_ != keywords_->faceSet);
 }
 
+// Goes to the next letter with which the face set's name begins, wherever it stands. What is passed over may place,
+// colour or name what comes.
+bool VrmlParser::passToFaceSet() {
+    int c = input_.peek();
+    while (c >= 0 && c != keywords_->faceSet[0]) {
+        scene_.take(static_cast<char>(c));
+        input_.get();
+        c = input_.peek();
+    }
+    return c >= 0;
+}
+
 void VrmlParser::parseNode(VertexList& points, PolygonList& polygons) {
+    metComma_ = metReference_ = false;
+    scene_.endNode();
     expectWord("{");
     for (readWord(); word_ != "}"; readWord()) {
+        scene_.takeFieldOfFaces(word_);
         if (word_ == keywords_->indexField) {
             readIndices(polygons);
         } else if (word_ == keywords_->coordinateField) {
@@ -147,6 +165,7 @@ void VrmlParser::parseNode(VertexList& points, PolygonList& polygons) {
 void VrmlParser::readCoordinates(VertexList& points) {
     readWord();
     if (word_ != keywords_->coordinateNode) {
+        metReference_ = true;
         return;
     }
     expectWord("{");
@@ -166,7 +185,12 @@ void VrmlParser::readPoints(VertexList& points) {
         points.append(x, y, z);
     }
     input_.clear();
+    noteComma();
     expectWord("]");
+}
+
+void VrmlParser::noteComma() {
+    metComma_ = metComma_ || (input_.skipSpace() && input_.peek() == ',');
 }
 
 // An end mark behind an end mark is taken for a corner: wanted.
@@ -181,6 +205,7 @@ void VrmlParser::readIndices(PolygonList& polygons) {
         }
     }
     input_.clear();
+    noteComma();
     expectWord("]");
     if (!polygons.isOpenEmpty()) {
         polygons.close();

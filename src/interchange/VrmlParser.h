@@ -3,6 +3,7 @@
 #include <string>
 
 #include "TextStream.h"
+#include "VrmlScene.h"
 #include "zTriangulator.h"
 
 namespace velmora {
@@ -33,6 +34,13 @@ public:
     /// Takes the node that begins at the position: its points and its faces go behind those in the two lists.
     void parseNode(VertexList& points, PolygonList& polygons);
 
+    /// Whether the last node's numbers are separated by commas, which none of the lists takes.
+    bool metComma() const { return metComma_; }
+    /// Whether the last node's points are a node that has a name or stands elsewhere, which is passed over.
+    bool metReference() const { return metReference_; }
+    /// What stands in the file beside the points and faces.
+    const VrmlScene& scene() const { return scene_; }
+
 private:
     void readWord();
     void expectWord(const char* wanted);
@@ -43,10 +51,15 @@ private:
     void skipBrackets(char opening);
     void skipString();
     int takeInBrackets();
+    bool passToFaceSet();
+    void noteComma();
 
     TextStream& input_;
     const VrmlKeywords* keywords_ = nullptr;
     std::string word_;
+    bool metComma_ = false;
+    bool metReference_ = false;
+    VrmlScene scene_;
 };
 
 } // namespace velmora

@@ -55,15 +55,22 @@ public:
         return true;
     }
 
+    std::int64_t replaced() const { return replaced_; }
+
 private:
-    double valueOf(const zArray<double>& array) const {
+    double valueOf(const zArray<double>& array) {
         const double value = array.data[index_];
-        return replacesMissing_ && value < missingCoordinate ? 0.0 : value;
+        if (replacesMissing_ && value < missingCoordinate) {
+            ++replaced_;
+            return 0.0;
+        }
+        return value;
     }
 
     ZoneCoordinates coordinates_;
     bool replacesMissing_;
     std::size_t index_ = 0;
+    std::int64_t replaced_ = 0;
 };
 
 PatchThinner thinnerFor(std::int64_t points, ZoneDetail detail) {
@@ -97,7 +104,9 @@ ZonePatches zonesToPatches(const zRegion& region, ZoneDetail detail) {
             continue;
         }
         Patch patch;
-        thinner.takePatch(grid.sections, grid.points, GridPoints(grid, detail), patch);
+        GridPoints points(grid, detail);
+        thinner.takePatch(grid.sections, grid.points, points, patch);
+        result.numbersReplaced += points.replaced();
         result.patches.push_back(std::move(patch));
     }
     result.pointsKept = thinner.kept();

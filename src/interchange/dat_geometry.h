@@ -44,8 +44,9 @@ struct ZonePatches {
     std::int64_t pointsRead = 0; ///< in the first layers of the zones that became patches; decides on the thinning
     std::int64_t pointsKept = 0; ///< in `patches`
     std::int32_t zonesLeftOut = 0;
-    bool thinned = false;    ///< points or sections were left out to thin the model
-    bool cutAtLimit = false; ///< sections were left out because `keptPointLimit` was reached
+    std::int64_t numbersReplaced = 0; ///< coordinates below `missingCoordinate` that became 0
+    bool thinned = false;             ///< points or sections were left out to thin the model
+    bool cutAtLimit = false;          ///< sections were left out because `keptPointLimit` was reached
 };
 
 /// Makes a patch of the first layer of each zone, in order: jmax sections of imax points from the fields x, y, z,

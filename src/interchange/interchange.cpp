@@ -3,6 +3,7 @@
 #include <exception>
 #include <iostream>
 #include <memory>
+#include <utility>
 
 #include "zExceptions.h"
 #include "zSTLReader.h"
@@ -28,17 +29,35 @@ FileType fileTypeOf(const std::filesystem::path& path) {
                                  : FileType::Other;
 }
 
-// The one place where the errors of the readers and writers end.
-bool guarded(const ShowMessage& showMessage, const std::function<void()>& step) {
+// The one place where the errors of the readers and writers end. What is shown of them is also handed to `tell`, in
+// the words of the error alone.
+bool guarded(const ShowMessage& showMessage, const std::function<void()>& step,
+             const std::function<void(const std::string&)>& tell) {
     try {
         step();
         return true;
     } catch (const GenericError& error) {
+        tell(error.text() == "..." ? error.name() : error.text());
         showMessage(error.message());
     } catch (const std::exception& error) {
+        tell(error.what());
         std::cerr << error.what() << '\n';
     }
     return false;
+}
+
+// Reads by one of the readers; what it has counted is kept whether it comes to the end or not.
+template <class Reader, class... Regions>
+void readBy(const std::filesystem::path& path, const ReportProgress& report, FileRead& record, Regions&... regions) {
+    Reader reader;
+    reader.report = report;
+    try {
+        reader.read(path, regions...);
+    } catch (...) {
+        record = std::move(reader.record);
+        throw;
+    }
+    record = std::move(reader.record);
 }
 
 template <class Reader>
@@ -49,13 +68,13 @@ Reader reporting(const ReportProgress& report) {
 }
 
 void readByType(FileType type, const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured,
-                const ReportProgress& report) {
+                const ReportProgress& report, FileRead& record) {
     if (type == FileType::Tecplot) {
-        reporting<zTecplotReader>(report).read(path, structured, unstructured);
+        readBy<zTecplotReader>(path, report, record, structured, unstructured);
     } else if (type == FileType::Vrml) {
-        reporting<zVRMLReader>(report).read(path, unstructured);
+        readBy<zVRMLReader>(path, report, record, unstructured);
     } else {
-        reporting<zSTLReader>(report).read(path, unstructured);
+        readBy<zSTLReader>(path, report, record, unstructured);
     }
 }
 
@@ -105,36 +124,56 @@ void transposeZones(zRegion& region) {
 }
 
 bool readGeometry(const std::filesystem::path& path, bool transpose, zRegion& structured, zRegion_fe& unstructured,
-                  const ShowMessage& showMessage, const ReportProgress& report) {
+                  const ShowMessage& showMessage, const ReportProgress& report, FileRead* record) {
     const FileType type = fileTypeOf(path);
     if (type == FileType::Other) {
         return false;
     }
-    return guarded(showMessage, [&] {
+    FileRead read;
+    const auto step = [&] {
         const std::size_t zonesBefore = unstructured.blocks.size();
-        readByType(type, path, structured, unstructured, report);
+        readByType(type, path, structured, unstructured, report, read);
         checkZones(unstructured, zonesBefore);
         if (transpose) {
             transposeZones(structured);
         }
-    });
+    };
+    // Of a file that fails on the way nothing is taken.
+    const auto fail = [&read](const std::string& text) {
+        read.losesGeometry(text);
+        for (auto& [kind, count] : read.kept) {
+            count = 0;
+        }
+    };
+    const bool whole = guarded(showMessage, step, fail);
+    if (record != nullptr) {
+        *record = std::move(read);
+    }
+    return whole;
 }
 
 bool writeGeometry(const std::filesystem::path& path, std::int32_t precision, const zRegion& structured,
-                   const zRegion_fe& unstructured, const ShowMessage& showMessage, const ReportProgress& report) {
+                   const zRegion_fe& unstructured, const ShowMessage& showMessage, const ReportProgress& report,
+                   WriteOutcome* outcome) {
     const FileType type = fileTypeOf(path);
-    return guarded(showMessage, [&] {
+    WriteOutcome result;
+    const auto step = [&] {
         if (type == FileType::Tecplot) {
             auto writer = reporting<zTecplotReader>(report);
             writer.structuredTarget = &structured;
             writer.unstructuredTarget = &unstructured;
-            writer.write(path, precision);
+            result = writer.write(path, precision);
         } else if (type == FileType::Vrml) {
-            reporting<zVRMLReader>(report).write(path, unstructured);
+            result = reporting<zVRMLReader>(report).write(path, unstructured);
         } else if (type == FileType::Stl) {
-            reporting<zSTLReader>(report).write(path, unstructured);
+            result = reporting<zSTLReader>(report).write(path, unstructured);
         }
-    });
+    };
+    const bool written = guarded(showMessage, step, [&result](const std::string& text) { result.problem = text; });
+    if (outcome != nullptr) {
+        *outcome = std::move(result);
+    }
+    return written;
 }
 
 } // namespace velmora

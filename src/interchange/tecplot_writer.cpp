@@ -5,9 +5,11 @@
 #include <string>
 
 #include "NumberWriter.h"
+#include "PatchList.h"
 #include "SafeFile.h"
 #include "tecplot_unit.h"
 #include "zExceptions.h"
+#include "zone_files.h"
 
 namespace velmora {
 
@@ -109,9 +111,29 @@ std::int64_t numbersOf(const Region& region) {
     return numbers;
 }
 
+std::int64_t pointsOf(const zBlock& zone) {
+    return zone.total;
+}
+
+std::int64_t pointsOf(const zBlock_fe& zone) {
+    return zone.nodeCount;
+}
+
 template <class Region>
-void write(const std::filesystem::path& path, const Region& region, std::int32_t precision,
-           const ReportProgress& report) {
+Counts countsOf(const Region& region) {
+    std::int64_t points = 0;
+    for (const auto& zone : region.blocks) {
+        points += pointsOf(*zone);
+    }
+    return {{"zones", countOf(region.blocks)},
+            {"points", points},
+            {"variables", region.blocks.empty() ? 0 : countOf(region.blocks.front()->variables)}};
+}
+
+template <class Region>
+WriteOutcome write(const std::filesystem::path& path, const Region& region, std::int32_t precision,
+                   const ReportProgress& report) {
+    requireFinite(region, tecplotUnit);
     SafeFile file(path);
     if (!file.isOpen()) {
         throw FileError(tecplotUnit, __LINE__);
@@ -135,18 +157,21 @@ void write(const std::filesystem::path& path, const Region& region, std::int32_t
     if (!file.commit()) {
         throw FileError(tecplotUnit, __LINE__);
     }
+    WriteOutcome outcome = outcomeOf(file, path, "dat");
+    outcome.record.counts = countsOf(region);
+    return outcome;
 }
 
 } // namespace
 
-void writeTecplot(const std::filesystem::path& path, const zRegion& region, std::int32_t precision,
-                  const ReportProgress& report) {
-    write(path, region, precision, report);
+WriteOutcome writeTecplot(const std::filesystem::path& path, const zRegion& region, std::int32_t precision,
+                          const ReportProgress& report) {
+    return write(path, region, precision, report);
 }
 
-void writeTecplot(const std::filesystem::path& path, const zRegion_fe& region, std::int32_t precision,
-                  const ReportProgress& report) {
-    write(path, region, precision, report);
+WriteOutcome writeTecplot(const std::filesystem::path& path, const zRegion_fe& region, std::int32_t precision,
+                          const ReportProgress& report) {
+    return write(path, region, precision, report);
 }
 
 } // namespace velmora

@@ -2,13 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 #include <string_view>
 #include <utility>
 
 #include "SafeFile.h"
+#include "format_outcome.h"
 #include "patch_text.h"
 #include "triangle_zone.h"
+#include "vectors.h"
 #include "zExceptions.h"
+#include "zone_files.h"
 
 namespace velmora {
 
@@ -37,6 +41,15 @@ bool hasCoordinates(const zBlock_fe& zone) {
                        [&zone](const auto& variable) { return coversNodes(*variable, zone); });
 }
 
+// The square of the normal's length is what the writer divides by.
+bool hasNoNormal(const std::vector<std::array<double, 3>>& corners) {
+    const auto at = [&corners](std::size_t corner) {
+        return zVec<double>(corners[corner][0], corners[corner][1], corners[corner][2]);
+    };
+    const zVec<double> normal = cross(at(2) - at(0), at(1) - at(0));
+    return !std::isfinite(1.0 / std::sqrt(dot(normal, normal)));
+}
+
 zVec<double> nodeOf(const zBlock_fe& zone, std::int32_t node) {
     const auto index = static_cast<std::size_t>(node);
     return {zone.variables[0]->data[index], zone.variables[1]->data[index], zone.variables[2]->data[index]};
@@ -49,13 +62,80 @@ void zSTLReader::read(const std::filesystem::path& fileName, zRegion_fe& region)
     if (!input.isOpen()) {
         throw FileError(unitName, __LINE__);
     }
+    beginRecord(record, fileName, input, "stl", {"facets", "solids"});
+    losses_ = {};
+    noteBinary(input);
     input.reportTo(report);
     std::string_view word;
     while (input.readWord(word)) {
         if (word == "solid") {
             readSolid(input, region);
+        } else {
+            losses_.outside += word == "facet" ? 1 : 0;
         }
     }
+    if (input.readFailed()) {
+        throw IOError(unitName, __LINE__, unreadText(input));
+    }
+    noteLosses(input);
+}
+
+// The text reader finds next to nothing in a file of bytes; that it is one must be told. Text holds no NUL.
+void zSTLReader::noteBinary(TextStream& input) {
+    constexpr std::size_t headerSize = 84;
+    constexpr std::int64_t facetSize = 50;
+    std::string head;
+    for (int c = input.get(); c >= 0 && head.size() < headerSize; c = input.get()) {
+        head += static_cast<char>(c);
+    }
+    input.clear();
+    input.seek(0);
+    losses_.binary = head.size() == headerSize && head.find('\0') != std::string::npos;
+    if (losses_.binary) {
+        countOf(record.found, "facets") = (input.size() - static_cast<std::int64_t>(headerSize)) / facetSize;
+        countOf(record.found, "solids") = 1;
+    }
+}
+
+// What was counted while the facets were read becomes words.
+void zSTLReader::noteLosses(TextStream& input) {
+    countOf(record.found, "facets") += losses_.outside;
+    const std::string facets = "Facets in the file: " + std::to_string(countOf(record.found, "facets")) +
+                               ", kept: " + std::to_string(countOf(record.kept, "facets"));
+    const auto lose = [&](std::int64_t count, const std::string& why) {
+        if (count > 0) {
+            record.losesGeometry(facets + " (" + why + ")");
+        }
+    };
+    if (losses_.binary) {
+        record.losesGeometry(facets + " (a binary STL file: Open reads text, Import reads both)");
+        return;
+    }
+    if (countOf(record.found, "solids") == 0 && record.bytes > 0) {
+        record.losesGeometry("No solid stands in the file");
+    }
+    lose(losses_.namelessSolids,
+         losses_.namelessSolids == 1
+             ? "the first facet of a solid without a name"
+             : "the first facets of " + std::to_string(losses_.namelessSolids) + " solids without a name");
+    lose(losses_.outside, std::to_string(losses_.outside) + " behind the end of a solid without a name");
+    if (losses_.damaged > 0) {
+        lose(losses_.damaged, std::to_string(losses_.damaged) + " damaged, the first at line " +
+                                  std::to_string(input.lineOf(losses_.firstDamaged)));
+    }
+    lose(losses_.narrow, std::to_string(losses_.narrow) + " of fewer than three corners");
+    if (losses_.fans > 0) {
+        record.alters("Facets of more than three corners: " + std::to_string(losses_.fans) + ", made triangles");
+    }
+    if (losses_.degenerate > 0) {
+        // They are kept; a save as STL leaves them out, as they have no normal.
+        record.alters("Degenerate triangles: " + std::to_string(losses_.degenerate));
+    }
+    if (losses_.longNames > 0) {
+        record.losesDetail("Names of solids of which only the first word is kept: " +
+                           std::to_string(losses_.longNames));
+    }
+    noteJoinedNumbers(record, input);
 }
 
 // A solid without a name takes its first "facet" for one, and that facet is lost; an end without a name takes the next
@@ -63,11 +143,18 @@ void zSTLReader::read(const std::filesystem::path& fileName, zRegion_fe& region)
 void zSTLReader::readSolid(TextStream& input, zRegion_fe& region) {
     std::string title;
     input.readWord(title);
+    countOf(record.found, "solids") += 1;
+    if (title == "facet") {
+        ++losses_.namelessSolids;
+        countOf(record.found, "facets") += 1;
+    }
     vertices_.clear();
     faces_.clear();
-    readFacets(input);
+    losses_.longNames += readFacets(input) && title != "facet" ? 1 : 0;
     std::string_view nameAtEnd;
-    input.readWord(nameAtEnd);
+    if (input.readWord(nameAtEnd) && nameAtEnd == "solid") {
+        countOf(record.found, "solids") += 1;
+    }
     if (vertices_.empty()) {
         return;
     }
@@ -76,15 +163,28 @@ void zSTLReader::readSolid(TextStream& input, zRegion_fe& region) {
         throw SystemError(unitName, __LINE__);
     }
     region.blocks.push_back(std::move(zone));
+    countOf(record.kept, "solids") += 1;
 }
 
-void zSTLReader::readFacets(TextStream& input) {
+// True when words stand between the first one behind "solid" and the first facet.
+bool zSTLReader::readFacets(TextStream& input) {
+    std::int64_t& found = countOf(record.found, "facets");
+    std::int64_t facets = 0;
+    bool wordsBefore = false;
     std::string_view word;
     while (input.readWord(word) && word != "endsolid") {
-        if (word == "facet" && !readFacet(input)) {
-            input.clear(); // a damaged facet is dropped in silence
+        if (word != "facet") {
+            wordsBefore = wordsBefore || facets == 0;
+        } else {
+            ++facets;
+            if (!readFacet(input)) {
+                losses_.firstDamaged = losses_.damaged++ == 0 ? input.tell() : losses_.firstDamaged;
+                input.clear();
+            }
         }
     }
+    found += facets;
+    return wordsBefore;
 }
 
 // False when a number is damaged or the file ends within the facet. The words between the numbers are not looked at,
@@ -107,6 +207,8 @@ bool zSTLReader::readFacet(TextStream& input) {
     }
     if (corners_.size() >= 3) {
         takeFacet();
+    } else {
+        ++losses_.narrow;
     }
     input.readWord(word);
     return true;
@@ -119,21 +221,36 @@ void zSTLReader::takeFacet() {
         vertices_.append(corner[0], corner[1], corner[2]);
     }
     triangulate(vertices_, polygon_, faces_);
+    countOf(record.kept, "facets") += 1;
+    if (corners_.size() > 3) {
+        ++losses_.fans;
+    } else if (hasNoNormal(corners_)) {
+        ++losses_.degenerate;
+    }
 }
 
-void zSTLReader::write(const std::filesystem::path& fileName, const zRegion_fe& region) {
+WriteOutcome zSTLReader::write(const std::filesystem::path& fileName, const zRegion_fe& region) {
+    requireFinite(region, unitName);
     SafeFile file(fileName);
     if (!file.isOpen()) {
         throw FileError(unitName, __LINE__);
     }
     NumberWriter output(file, significantDigits, NumberNotation::General);
     output.reportTo(report, numbersOfFacet * elementCount(region));
+    const std::int64_t skippedBefore = skippedFacets_;
     for (const auto& zone : region.blocks) {
         writeSolid(output, *zone);
     }
     if (!output.flush() || !file.commit()) {
         throw FileError(unitName, __LINE__);
     }
+    WriteOutcome outcome = outcomeOf(file, fileName, "stl");
+    const std::int64_t skipped = skippedFacets_ - skippedBefore;
+    outcome.record.counts = {{"facets", elementCount(region) - skipped}, {"solids", countOf(region.blocks)}};
+    if (skipped > 0) {
+        outcome.notes.push_back("Triangles without a normal that were left out: " + std::to_string(skipped));
+    }
+    return outcome;
 }
 
 void zSTLReader::writeSolid(NumberWriter& output, const zBlock_fe& zone) {
@@ -154,7 +271,7 @@ void zSTLReader::writeSolid(NumberWriter& output, const zBlock_fe& zone) {
 void zSTLReader::writeFacet(NumberWriter& output, const std::array<zVec<double>, 3>& corners) {
     zVec<double> normal = cross(corners[2] - corners[0], corners[1] - corners[0]);
     try {
-        normal = scale(normal, 1.0 / std::sqrt(dot(normal, normal)));
+        normal = scale(normal, 1.0 / lengthOf(normal));
     } catch (const ValueError&) {
         ++skippedFacets_;
         return;

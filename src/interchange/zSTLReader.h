@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "FileRecord.h"
 #include "NumberWriter.h"
 #include "TextStream.h"
 #include "progress.h"
@@ -19,29 +20,34 @@ class zSTLReader {
 public:
     /// Receives the progress of reading or writing; the caller sets it.
     ReportProgress report;
+    /// What `read` found in the file and what of it became zones.
+    FileRead record;
 
     /// `blockSize` is the reading block in bytes; it has no effect on what is read.
     explicit zSTLReader(std::size_t blockSize = TextStream::defaultBlockSize) : blockSize_(blockSize) {}
 
     /// Appends a zone for each solid that has facets, titled with the one word behind "solid". A facet that is damaged
     /// or has fewer than three corners is left out, one of more corners becomes a fan; stored normals are not used. A
-    /// file without solids, a binary one mostly, gives nothing. Raises FileError when the file cannot be opened, and
-    /// SystemError when a zone cannot be made.
+    /// file without solids, a binary one mostly, gives nothing. Raises FileError when the file cannot be opened,
+    /// IOError when the system cannot read it to its end, and SystemError when a zone cannot be made.
     void read(const std::filesystem::path& fileName, zRegion_fe& region);
 
     /// Writes every zone as a solid, its first three fields being the coordinates, with six significant digits.
     /// Triangles without a normal are left out, and so are elements that name nodes which are not there. Raises
-    /// FileError when the file cannot be opened or written; an old file then stands as it was.
-    void write(const std::filesystem::path& fileName, const zRegion_fe& region);
+    /// ValueError on a number that is not finite, and FileError when the file cannot be opened or written; an old file
+    /// then stands as it was.
+    WriteOutcome write(const std::filesystem::path& fileName, const zRegion_fe& region);
 
-    /// Triangles without a normal that `write` left out. No command tells of them; tests ask.
+    /// Triangles without a normal that `write` left out; its outcome tells of them too.
     std::int64_t skippedFacets() const { return skippedFacets_; }
 
 private:
     void readSolid(TextStream& input, zRegion_fe& region);
-    void readFacets(TextStream& input);
+    bool readFacets(TextStream& input);
     bool readFacet(TextStream& input);
     void takeFacet();
+    void noteBinary(TextStream& input);
+    void noteLosses(TextStream& input);
     void writeSolid(NumberWriter& output, const zBlock_fe& zone);
     void writeFacet(NumberWriter& output, const std::array<zVec<double>, 3>& corners);
 
@@ -50,6 +56,20 @@ private:
     std::vector<Triangle> faces_;                // of the solid being read
     std::vector<std::array<double, 3>> corners_; // of the facet being read
     Polygon polygon_;
+
+    // What the file read lost, and where it did first.
+    struct Losses {
+        std::int64_t namelessSolids = 0;
+        std::int64_t outside = 0; // facets behind no "solid"
+        std::int64_t damaged = 0;
+        std::int64_t firstDamaged = 0; // byte
+        std::int64_t narrow = 0;       // fewer than three corners
+        std::int64_t fans = 0;
+        std::int64_t degenerate = 0;
+        std::int64_t longNames = 0;
+        bool binary = false;
+    };
+    Losses losses_;
     std::int64_t skippedFacets_ = 0;
 };
 

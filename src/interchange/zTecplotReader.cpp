@@ -1,5 +1,7 @@
 #include "zTecplotReader.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <new>
 #include <string>
 
@@ -7,6 +9,8 @@
 #include "TecplotHeaderScan.h"
 #include "TecplotZoneData.h"
 #include "TextStream.h"
+#include "characters.h"
+#include "format_outcome.h"
 #include "tecplot_unit.h"
 #include "tecplot_writer.h"
 #include "zExceptions.h"
@@ -16,14 +20,25 @@ namespace velmora {
 
 namespace {
 
+/// What of a file is no zone of a model, or another than it was.
+struct TecplotLosses {
+    std::int64_t layered = 0;      // grids of several layers, of which the first is a surface
+    std::int64_t withoutLayer = 0; // grids without K=: no point of them is read
+    std::int64_t narrow = 0;       // grids less than 2 points wide
+    std::int64_t otherElements = 0;
+    std::int64_t quadrilaterals = 0;
+    std::int64_t titles = 0;
+};
+
 // One file on its way into two regions.
 class TecplotFile {
 public:
-    TecplotFile(const std::filesystem::path& path, bool coordinatesOnly, const ReportProgress& report)
-        : stream_(path), data_(stream_, header_, coordinatesOnly) {
+    TecplotFile(const std::filesystem::path& path, bool coordinatesOnly, const ReportProgress& report, FileRead& record)
+        : stream_(path), data_(stream_, header_, coordinatesOnly), coordinatesOnly_(coordinatesOnly), record_(record) {
         if (!stream_.isOpen()) {
             throw FileError(tecplotUnit, __LINE__);
         }
+        beginRecord(record, path, stream_, "dat", {"zones", "points", "variables"});
         stream_.reportTo(report);
     }
 
@@ -35,23 +50,111 @@ public:
                 // Counted here, between header and data: an error in the data of the first zone speaks of zone 2.
                 ++header_.zoneNumber;
                 readZone(structured, unstructured);
+                lookBehindZone();
             }
             skipToTecplotZone(stream_);
         }
+        if (stream_.readFailed()) {
+            throw IOError(tecplotUnit, __LINE__, unreadText(stream_));
+        }
+        noteLosses(!structured.blocks.empty() && !unstructured.blocks.empty());
     }
 
 private:
+    void count(const char* kind, std::int64_t found, bool kept) {
+        countOf(record_.found, kind) += found;
+        countOf(record_.kept, kind) += kept ? found : 0;
+    }
+
+    // A grid is a surface by its first layer.
+    void countGrid(bool kept) {
+        const TecplotZoneHeader& zone = header_.zone;
+        const std::int64_t layer = std::int64_t{zone.i} * zone.j;
+        const bool withoutLayer = layer > 0 && zone.k == 0;
+        losses_.withoutLayer += withoutLayer ? 1 : 0;
+        losses_.narrow += !kept && !withoutLayer ? 1 : 0;
+        losses_.layered += kept && zone.k > 1 ? 1 : 0;
+        losses_.titles += kept && zone.title != "z" && zone.title != TecplotZoneHeader().title ? 1 : 0;
+        count("zones", 1, kept && !withoutLayer);
+        countOf(record_.found, "points") += layer * std::max<std::int64_t>(zone.k, 1);
+        countOf(record_.kept, "points") += kept && !withoutLayer ? layer : 0;
+    }
+
+    void countElements(bool kept) {
+        const TecplotZoneHeader& zone = header_.zone;
+        losses_.otherElements += kept ? 0 : 1;
+        losses_.quadrilaterals += zone.type == TecplotZoneType::Quadrilaterals ? zone.elements : 0;
+        count("zones", 1, kept);
+        count("points", zone.nodes, kept);
+    }
+
+    // What stands behind the numbers that a zone's header tells of is passed over, up to the next "ZONE" in capitals.
+    void lookBehindZone() {
+        const bool more = stream_.good() && stream_.skipSpace();
+        const int c = more ? stream_.peek() : 'Z';
+        if (isDigit(c) || isSign(c) || c == '.') {
+            record_.losesGeometry("Zone " + std::to_string(countOf(record_.found, "zones")) +
+                                  ": more numbers than its header tells of, from " + lineText(stream_) + " on");
+        } else if (c == 'z') {
+            record_.losesGeometry("A zone in small letters is not read, in " + lineText(stream_));
+        } else if (c != 'Z' && c != '#') {
+            record_.losesDetail("What stands between zones is not read, in " + lineText(stream_));
+        }
+    }
+
+    void noteLosses(bool mixed) {
+        const std::string zones = "Zones: " + std::to_string(countOf(record_.found, "zones"));
+        const auto lose = [&](std::int64_t number, const std::string& why) {
+            if (number > 0) {
+                record_.losesGeometry(zones + ", " + why);
+            }
+        };
+        if (countOf(record_.found, "zones") == 0 && record_.bytes > 0) {
+            record_.losesGeometry("No zone stands in the file");
+        }
+        lose(losses_.layered, losses_.layered == countOf(record_.found, "zones")
+                                  ? "only the first layer of each is a surface"
+                                  : "only the first layer of " + std::to_string(losses_.layered) + " is a surface");
+        lose(losses_.withoutLayer, std::to_string(losses_.withoutLayer) + " without K= in their header are not read");
+        lose(losses_.narrow, std::to_string(losses_.narrow) + " less than 2 points wide are no surface");
+        lose(losses_.otherElements, std::to_string(losses_.otherElements) + " of lines or volumes are no surface");
+        noteDetails(mixed);
+        noteJoinedNumbers(record_, stream_);
+    }
+
+    void noteDetails(bool mixed) {
+        const auto variables = static_cast<std::int64_t>(header_.variables.size());
+        countOf(record_.found, "variables") = variables;
+        countOf(record_.kept, "variables") = coordinatesOnly_ ? std::min<std::int64_t>(variables, 3) : variables;
+        if (coordinatesOnly_ && variables > 3) {
+            record_.losesDetail("Variables: " + std::to_string(variables) + ", only x, y and z are kept");
+        }
+        if (losses_.titles > 0) {
+            record_.losesDetail("Titles of zones that patches do not have: " + std::to_string(losses_.titles));
+        }
+        if (losses_.quadrilaterals > 0) {
+            record_.alters("Quadrilaterals: " + std::to_string(losses_.quadrilaterals) + ", made triangles");
+        }
+        if (mixed) {
+            record_.alters("Grids beside zones of triangles are made triangles");
+        }
+    }
+
     void readZone(zRegion& structured, zRegion_fe& unstructured) {
         const TecplotZoneType type = header_.zone.type;
         try {
             if (type == TecplotZoneType::Ordered) {
-                if (auto zone = data_.readOrdered(scan_.zoneStart())) {
+                auto zone = data_.readOrdered(scan_.zoneStart());
+                countGrid(zone != nullptr);
+                if (zone != nullptr) {
                     structured.blocks.push_back(std::move(zone));
                 }
             } else if (type == TecplotZoneType::Triangles || type == TecplotZoneType::Quadrilaterals) {
                 unstructured.blocks.push_back(data_.readTriangles(scan_.zoneStart()));
+                countElements(true);
             } else {
                 data_.skip(scan_.zoneStart());
+                countElements(false);
             }
         } catch (const std::bad_alloc&) {
             throw SystemError(tecplotUnit, __LINE__);
@@ -63,13 +166,16 @@ private:
     TecplotHeaderScan scan_{stream_};
     TecplotHeaderParser parser_{header_};
     TecplotZoneData data_;
+    bool coordinatesOnly_;
+    FileRead& record_;
+    TecplotLosses losses_;
 };
 
 } // namespace
 
 void zTecplotReader::read(const std::filesystem::path& fileName, zRegion& structured, zRegion_fe& unstructured,
                           bool coordinatesOnly) {
-    TecplotFile file(fileName, coordinatesOnly, report);
+    TecplotFile file(fileName, coordinatesOnly, report, record);
     file.read(structured, unstructured);
     if (!structured.blocks.empty() && !unstructured.blocks.empty()) {
         regionToSurface(structured, unstructured);
@@ -82,15 +188,15 @@ void zTecplotReader::read(const std::filesystem::path& fileName, zRegion& struct
     }
 }
 
-void zTecplotReader::write(const std::filesystem::path& fileName, std::int32_t precision) const {
+WriteOutcome zTecplotReader::write(const std::filesystem::path& fileName, std::int32_t precision) const {
     static const zRegion none;
     if (structuredTarget != nullptr && !structuredTarget->blocks.empty()) {
-        writeTecplot(fileName, *structuredTarget, precision, report);
-    } else if (unstructuredTarget != nullptr && !unstructuredTarget->blocks.empty()) {
-        writeTecplot(fileName, *unstructuredTarget, precision, report);
-    } else {
-        writeTecplot(fileName, none, precision, report);
+        return writeTecplot(fileName, *structuredTarget, precision, report);
     }
+    if (unstructuredTarget != nullptr && !unstructuredTarget->blocks.empty()) {
+        return writeTecplot(fileName, *unstructuredTarget, precision, report);
+    }
+    return writeTecplot(fileName, none, precision, report);
 }
 
 } // namespace velmora

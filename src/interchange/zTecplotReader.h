@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 
+#include "FileRecord.h"
 #include "progress.h"
 #include "zRegion.h"
 
@@ -23,6 +24,8 @@ public:
 
     /// Receives the progress of reading or writing; the caller sets it.
     ReportProgress report;
+    /// What `read` found in the file and what of it became zones.
+    FileRead record;
 
     /// Puts the zones of a file behind those of the two regions: ordered zones of at least 2 by 2 points and, as
     /// triangles, zones of triangles and of quadrilaterals. When both regions hold zones at the end, the structured
@@ -34,9 +37,9 @@ public:
               bool coordinatesOnly = true);
 
     /// Writes the zones of `structuredTarget`, or when it has none those of `unstructuredTarget`, with `precision`
-    /// significant digits. Without any zone the file is empty. A file that cannot be opened or written raises a
-    /// FileError, and an old file then stands as it was.
-    void write(const std::filesystem::path& fileName, std::int32_t precision) const;
+    /// significant digits. Without any zone the file is empty. A number that is not finite raises a
+    /// ValueError, a file that cannot be opened or written a FileError, and an old file then stands as it was.
+    WriteOutcome write(const std::filesystem::path& fileName, std::int32_t precision) const;
 };
 
 } // namespace velmora

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "vectors.h"
 #include "zExceptions.h"
 
 namespace velmora {
@@ -17,11 +18,6 @@ using Vector = zVec<double>;
 Vector pointOf(const VertexList& vertices, std::int64_t vertex) {
     const auto index = static_cast<std::size_t>(vertex);
     return {vertices.x[index], vertices.y[index], vertices.z[index]};
-}
-
-// Not a number when one of the two has no length.
-double cosine(const Vector& a, const Vector& b) {
-    return dot(a, b) / (std::sqrt(dot(a, a)) * std::sqrt(dot(b, b)));
 }
 
 void requireVertices(const VertexList& vertices, const Polygon& polygon) {

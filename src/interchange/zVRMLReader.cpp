@@ -6,9 +6,11 @@
 
 #include "SafeFile.h"
 #include "VrmlParser.h"
+#include "format_outcome.h"
 #include "patch_text.h"
 #include "triangle_zone.h"
 #include "zExceptions.h"
+#include "zone_files.h"
 
 namespace velmora {
 
@@ -42,10 +44,11 @@ std::int64_t numbersOf(const zRegion_fe& region) {
     return numbers;
 }
 
-void writeShape(NumberWriter& output, const zBlock_fe& zone) {
+// False when the zone has no coordinates to write.
+bool writeShape(NumberWriter& output, const zBlock_fe& zone) {
     const ZoneCoordinates nodes = coordinatesOf(zone.variables);
     if (!nodes || !coversNodes(*nodes.x, zone) || !coversNodes(*nodes.y, zone) || !coversNodes(*nodes.z, zone)) {
-        return;
+        return false;
     }
     output.writeText("Shape {\n"
                      "  appearance Appearance {\n"
@@ -62,6 +65,7 @@ void writeShape(NumberWriter& output, const zBlock_fe& zone) {
     output.writeText("    ]\n"
                      "  }\n"
                      "}\n");
+    return true;
 }
 
 } // namespace
@@ -71,29 +75,82 @@ void zVRMLReader::read(const std::filesystem::path& fileName, zRegion_fe& region
     if (!input.isOpen()) {
         throw FileError(unitName, __LINE__);
     }
+    beginRecord(record, fileName, input, "wrl", {"faceSets"});
+    wideFaces_ = 0;
+    dropped_.clear();
+    firstNotUnderstood_.clear();
     input.reportTo(report);
     VrmlParser parser(input);
     parser.readHeader();
+    readNodes(parser, input, region);
+    if (input.readFailed()) {
+        throw IOError(unitName, __LINE__, unreadText(input));
+    }
+    noteLosses();
+    parser.scene().note(record);
+    noteJoinedNumbers(record, input);
+}
+
+void zVRMLReader::readNodes(VrmlParser& parser, TextStream& input, zRegion_fe& region) {
+    std::int64_t& found = countOf(record.found, "faceSets");
     for (int number = 1; !input.eof(); ++number) {
         points_.clear();
         polygons_.clear();
         triangles_.clear();
+        bool within = false;
         try {
             parser.findNode();
+            ++found;
+            within = true;
             parser.parseNode(points_, polygons_);
         } catch (const EOFError&) {
+            dropped_["the file ends within it"] += within ? 1 : 0;
             return;
         } catch (const ParseError& error) {
             std::cerr << error.message() << '\n';
+            noteParseError(parser, input);
             continue;
         }
-        takeNode(number, region);
+        takeNode(number, parser, region);
     }
 }
 
-void zVRMLReader::takeNode(int number, zRegion_fe& region) {
-    if (points_.empty() || polygons_.empty()) {
+void zVRMLReader::noteParseError(const VrmlParser& parser, TextStream& input) {
+    if (parser.metComma()) {
+        ++dropped_["commas between numbers"];
         return;
+    }
+    if (firstNotUnderstood_.empty()) {
+        firstNotUnderstood_ = "not understood, the first in " + lineText(input);
+    }
+    ++dropped_[firstNotUnderstood_];
+}
+
+void zVRMLReader::noteLosses() {
+    const std::int64_t found = countOf(record.found, "faceSets");
+    std::string reasons;
+    for (const auto& [reason, count] : dropped_) {
+        if (count > 0) {
+            reasons += (reasons.empty() ? "" : "; ") + reason + (count > 1 && count < found ? ": " : "") +
+                       (count > 1 && count < found ? std::to_string(count) : "");
+        }
+    }
+    if (!reasons.empty()) {
+        record.losesGeometry("Face sets: " + std::to_string(found) +
+                             ", kept: " + std::to_string(countOf(record.kept, "faceSets")) + " (" + reasons + ")");
+    }
+    if (wideFaces_ > 0) {
+        record.alters("Faces of more than three corners: " + std::to_string(wideFaces_) + ", made triangles");
+    }
+}
+
+void zVRMLReader::takeNode(int number, const VrmlParser& parser, zRegion_fe& region) {
+    if (points_.empty() || polygons_.empty()) {
+        ++dropped_[parser.metReference() ? "points by DEF or USE" : points_.empty() ? "no points" : "no faces"];
+        return;
+    }
+    for (std::size_t polygon = 0; polygon < polygons_.size(); ++polygon) {
+        wideFaces_ += polygons_[polygon].size() > 3 ? 1 : 0;
     }
     triangulateAll(points_, polygons_, triangles_);
     std::unique_ptr<zBlock_fe> zone =
@@ -102,9 +159,11 @@ void zVRMLReader::takeNode(int number, zRegion_fe& region) {
         throw SystemError(unitName, __LINE__);
     }
     region.blocks.push_back(std::move(zone));
+    countOf(record.kept, "faceSets") += 1;
 }
 
-void zVRMLReader::write(const std::filesystem::path& fileName, const zRegion_fe& region) const {
+WriteOutcome zVRMLReader::write(const std::filesystem::path& fileName, const zRegion_fe& region) const {
+    requireFinite(region, unitName);
     SafeFile file(fileName);
     if (!file.isOpen()) {
         throw FileError(unitName, __LINE__);
@@ -117,12 +176,16 @@ void zVRMLReader::write(const std::filesystem::path& fileName, const zRegion_fe&
                      "  title ");
     output.writeQuoted(region.title);
     output.writeText("\n}\n");
+    std::int64_t shapes = 0;
     for (const auto& zone : region.blocks) {
-        writeShape(output, *zone);
+        shapes += writeShape(output, *zone) ? 1 : 0;
     }
     if (!output.flush() || !file.commit()) {
         throw FileError(unitName, __LINE__);
     }
+    WriteOutcome outcome = outcomeOf(file, fileName, "wrl");
+    outcome.record.counts = {{"faceSets", shapes}};
+    return outcome;
 }
 
 } // namespace velmora

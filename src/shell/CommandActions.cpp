@@ -1,5 +1,6 @@
 #include "CommandActions.h"
 
+#include <QFileInfo>
 #include <QShortcut>
 #include <QStringList>
 #include <algorithm>
@@ -107,6 +108,8 @@ void CommandActions::addRecentFiles(QMenu& menu) {
         recentActions_.push_back(action);
     }
     refreshRecentFiles();
+    // Files come and go while the program runs.
+    connect(&menu, &QMenu::aboutToShow, this, &CommandActions::refreshRecentFiles);
 }
 
 void CommandActions::refreshRecentFiles() {
@@ -116,10 +119,13 @@ void CommandActions::refreshRecentFiles() {
         const bool filled = i < paths.size();
         // Without any file the first entry says what stands here.
         action->setVisible(filled || (i == 0 && paths.isEmpty()));
-        action->setEnabled(filled);
+        action->setEnabled(filled && QFileInfo::exists(paths.at(i)));
         action->setText(filled ? QStringLiteral("&%1 %2").arg(i + 1).arg(withoutAccessKeys(paths.at(i)))
                                : tr("Recent File"));
-        action->setStatusTip(filled ? tr("Open this file") : QString());
+        action->setStatusTip(!filled                          ? QString()
+                             : QFileInfo(paths.at(i)).isDir() ? tr("Open a file of this folder")
+                             : action->isEnabled()            ? tr("Open this file")
+                                                              : tr("This file is not there any more"));
     }
 }
 

@@ -67,6 +67,12 @@ QString nameOf(const DialogField& field) {
 
 } // namespace
 
+int widthOfReals(const QLineEdit& edit) {
+    const QString longest = QStringLiteral("-2.2222222222222222e-222");
+    constexpr int frame = 16;
+    return edit.fontMetrics().horizontalAdvance(longest) + frame;
+}
+
 void lookReadOnly(QLineEdit& edit) {
     edit.setReadOnly(true);
     edit.setFocusPolicy(Qt::ClickFocus);
@@ -181,7 +187,7 @@ QLineEdit* FormDialog::makeEdit(const DialogField& field, const QString& name) {
     auto* edit = new QLineEdit(this);
     edit->setObjectName(qtText(field.key));
     edit->setAccessibleName(name);
-    edit->setFixedWidth(editWidth);
+    edit->setFixedWidth(field.kind == FieldKind::Real ? widthOfReals(*edit) : editWidth);
     if (field.readOnly) {
         lookReadOnly(*edit);
     }
@@ -363,6 +369,7 @@ void FormDialog::showField(Control& control, const DialogField& field) {
         if (qtText(text) != control.shown || !field.on) {
             control.shown = qtText(text);
             control.edit->setText(control.shown);
+            control.edit->setCursorPosition(0); // the sign stays in sight
         }
         control.edit->setEnabled(field.on);
         if (control.label != nullptr) {
@@ -378,7 +385,9 @@ void FormDialog::focusOn(const std::string& key) {
     }
     if (target->edit != nullptr) {
         target->edit->setFocus();
-        target->edit->selectAll();
+        // From the end to the front: the cursor stands before the sign.
+        target->edit->setSelection(static_cast<int>(target->edit->text().size()),
+                                   -static_cast<int>(target->edit->text().size()));
     } else if (target->check != nullptr) {
         target->check->setFocus();
     } else if (QAbstractButton* button = target->choices->checkedButton()) {

@@ -16,6 +16,9 @@ class QVBoxLayout;
 
 namespace velmora {
 
+/// The width at which a number of 17 digits with sign and exponent is seen whole.
+int widthOfReals(const QLineEdit& edit);
+
 /// Makes a number look like the dialog's ground: nothing can be typed here.
 void lookReadOnly(QLineEdit& edit);
 

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScopeGuard>
 #include <algorithm>
 #include <cmath>
 
@@ -77,9 +78,12 @@ void GlViewWidget::paintView() {
     matchSize();
     painting_ = canvas_ != nullptr;
     emit paintBegins();
+    // The end is told after an exception too: boxes wait for it.
+    const auto end = qScopeGuard([this] {
+        emit paintEnds();
+        painting_ = false;
+    });
     view_->OnDraw();
-    emit paintEnds();
-    painting_ = false;
 }
 
 void GlViewWidget::paintEvent(QPaintEvent*) {

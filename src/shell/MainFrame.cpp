@@ -5,13 +5,16 @@
 #include <QDragEnterEvent>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QScreen>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QStatusTipEvent>
 #include <QTimer>
 #include <algorithm>
 
+#include "CommandGuard.h"
 #include "HelpDesk.h"
+#include "messages.h"
 #include "qt_text.h"
 
 namespace velmora {
@@ -19,6 +22,7 @@ namespace velmora {
 namespace {
 
 constexpr QSize startSize{1024, 720};
+constexpr QSize smallestSize{320, 240};
 constexpr QSize toolIconSize{16, 16};
 
 std::filesystem::path documentsFolder() {
@@ -46,8 +50,8 @@ const QString barsKey = QStringLiteral("Window/Bars");
 MainFrame::MainFrame()
     : recent_(new RecentFiles(this)), status_(new StatusLine(this)), viewWidget_(new GlViewWidget(this)),
       userInterface_(std::make_unique<QtUserInterface>(*this, *status_, *recent_)),
-      document_(std::make_unique<VelmoraDoc>(*userInterface_, documentsFolder())),
-      view_(std::make_unique<VelmoraView>(*document_, *viewWidget_)) {
+      session_(std::make_unique<Session>(*userInterface_, *viewWidget_, static_cast<ShellCommands&>(*this),
+                                         documentsFolder())) {
     setWindowIcon(QIcon(QStringLiteral(":/icons/velmora.svg")));
     setWindowTitle(QStringLiteral("Velmora"));
     setIconSize(toolIconSize);
@@ -59,7 +63,7 @@ MainFrame::MainFrame()
     makeToolBars();
     actions_->addShortcuts(*this);
     connectView();
-    status_->showText(qtText(document_->status));
+    status_->showText(qtText(session_->document().status));
     setAcceptDrops(true);
     resize(startSize);
     viewWidget_->setFocus();
@@ -74,7 +78,7 @@ MainFrame::~MainFrame() {
     for (QToolBar* bar : toolBars_) {
         bar->disconnect(this);
     }
-    view_->OnDestroy();
+    session_->view().OnDestroy();
     viewWidget_->setView(nullptr);
 }
 
@@ -108,9 +112,14 @@ void MainFrame::makeToolBars() {
 }
 
 void MainFrame::connectView() {
-    viewWidget_->setView(view_.get());
+    viewWidget_->setView(&session_->view());
     connect(viewWidget_, &GlViewWidget::paintBegins, this, [this] { userInterface_->holdMessages(true); });
-    connect(viewWidget_, &GlViewWidget::paintEnds, this, [this] { userInterface_->holdMessages(false); });
+    connect(viewWidget_, &GlViewWidget::paintEnds, this, [this] {
+        userInterface_->holdMessages(false);
+        if (session_->document().surfaceMode != surfaceShown_) {
+            QTimer::singleShot(0, this, &MainFrame::refresh); // lines have no surface, as the paint found out
+        }
+    });
     connect(viewWidget_, &GlViewWidget::leftReleased, this, &MainFrame::refresh);
     connect(viewWidget_, &GlViewWidget::contextMenuWanted, this, &MainFrame::showContextMenu);
 }
@@ -120,7 +129,21 @@ void MainFrame::connectView() {
 bool MainFrame::restoreWindow() {
     const QSettings settings;
     restoreState(settings.value(barsKey).toByteArray());
-    return restoreGeometry(settings.value(geometryKey).toByteArray());
+    const bool restored = restoreGeometry(settings.value(geometryKey).toByteArray());
+    if (restored) {
+        keepSensibleSize();
+    }
+    return restored;
+}
+
+/// A geometry of another desk, or none that a screen has, leaves next to nothing of the window.
+void MainFrame::keepSensibleSize() {
+    if (isMaximized() || isFullScreen() || (width() >= smallestSize.width() && height() >= smallestSize.height())) {
+        return;
+    }
+    const QRect room = screen()->availableGeometry();
+    resize(startSize.boundedTo(room.size()));
+    move(room.topLeft());
 }
 
 void MainFrame::keepWindow() const {
@@ -141,8 +164,8 @@ void MainFrame::showAsLeft() {
 void MainFrame::reportGraphics() {
     if (!viewWidget_->hasContext()) {
         // There is no canvas that would have told the view: let it find out.
-        view_->OnCreate();
-        document_->ShowStatus(view_->lastErrorText);
+        session_->view().OnCreate();
+        session_->document().ShowStatus(session_->view().lastErrorText);
     }
 }
 
@@ -150,8 +173,7 @@ void MainFrame::reportGraphics() {
 
 CommandState MainFrame::stateOf(const Command& command) const {
     CommandState state;
-    state.on = !isCommandOff(*document_, command.id) &&
-               !(command.owner == CommandOwner::View && view_->isViewCommandOff(command.id));
+    state.on = session_->isOn(command);
     state.checked = checkedState(command.id);
     return state;
 }
@@ -164,16 +186,16 @@ std::optional<bool> MainFrame::checkedState(std::string_view id) const {
         return !status_->isHidden();
     }
     if (id == "view.surface") {
-        return document_->surfaceMode;
+        return session_->document().surfaceMode;
     }
     if (id == "view.perspective") {
-        return view_->projectionMode == 0;
+        return session_->view().projectionMode == 0;
     }
     if (id == "view.orthographic") {
-        return view_->projectionMode == 1;
+        return session_->view().projectionMode == 1;
     }
     if (id == "block.only") {
-        return document_->showBlockOnly;
+        return session_->document().showBlockOnly;
     }
     if (id == "model.reflectToSft") {
         return true; // it carries the mark whether or not markers are there
@@ -182,40 +204,37 @@ std::optional<bool> MainFrame::checkedState(std::string_view id) const {
 }
 
 void MainFrame::run(const Command& command) {
-    if (!stateOf(command).on) {
-        return;
-    }
     const HelpDesk::Running running(*help_, command);
-    switch (command.owner) {
-    case CommandOwner::Document:
-        (document_.get()->*command.run)();
-        break;
-    case CommandOwner::View:
-        view_->runViewCommand(command.id);
-        break;
-    case CommandOwner::Shell:
-        runShellCommand(command);
-        break;
-    }
+    carryOut([&] { session_->run(command); });
     refresh();
 }
 
-void MainFrame::runShellCommand(const Command& command) {
-    const std::string_view id = command.id;
-    if (id == "file.exit") {
-        close();
-    } else if (id == "view.toolbar") {
-        const bool show = !toolBarsShown();
-        for (QToolBar* bar : toolBars_) {
-            bar->setVisible(show);
-        }
-    } else if (id == "view.statusBar") {
-        status_->setVisible(status_->isHidden());
-    } else if (id == "help.topics") {
-        help_->open();
-    } else if (id == "help.about") {
-        emit aboutWanted();
+/// What ends a piece of work by an exception is told; the document is what it was before.
+void MainFrame::carryOut(const std::function<void()>& work) {
+    std::optional<std::string> cause;
+    try {
+        work();
+    } catch (const std::exception& error) {
+        cause = causeOf(error);
     }
+    if (cause) {
+        session_->document().ui().showMessage(message::commandFailed(*cause));
+    }
+}
+
+void MainFrame::showGuide() {
+    help_->open();
+}
+
+void MainFrame::toggleToolBars() {
+    const bool show = !toolBarsShown();
+    for (QToolBar* bar : toolBars_) {
+        bar->setVisible(show);
+    }
+}
+
+void MainFrame::toggleStatusBar() {
+    status_->setVisible(status_->isHidden());
 }
 
 bool MainFrame::toolBarsShown() const {
@@ -223,25 +242,38 @@ bool MainFrame::toolBarsShown() const {
 }
 
 void MainFrame::refresh() {
+    surfaceShown_ = session_->document().surfaceMode;
     actions_->refresh();
-    setWindowModified(document_->documentModified);
+    setWindowModified(session_->document().documentModified);
 }
 
 void MainFrame::openFile(const QString& path) {
     openFiles({path});
 }
 
+bool MainFrame::mayLeave() {
+    // What waits for an answer goes on first: the question would be answered by the end.
+    return QApplication::activeModalWidget() == nullptr && session_->leave();
+}
+
 void MainFrame::openFiles(const QStringList& paths) {
     std::vector<std::filesystem::path> files;
     std::transform(paths.cbegin(), paths.cend(), std::back_inserter(files), filePath);
-    if (document_->saveModified()) {
-        document_->onOpenDocuments(files);
+    std::error_code error;
+    const auto missing = std::find_if(files.begin(), files.end(),
+                                      [&](const auto& file) { return !std::filesystem::exists(file, error); });
+    if (missing != files.end()) {
+        session_->document().ShowStatus("There is no " + missing->string());
+    } else if (files.size() == 1 && std::filesystem::is_directory(files.front(), error)) {
+        carryOut([&] { session_->perform([&] { session_->document().openFilesIn(files.front()); }); });
+    } else {
+        carryOut([&] { session_->openInstead(files); });
     }
     refresh();
 }
 
 void MainFrame::showContextMenu(const QPoint& position) {
-    const Menu* entries = activeContextMenu(*document_);
+    const Menu* entries = activeContextMenu(session_->document());
     if (entries == nullptr) {
         return;
     }
@@ -284,7 +316,7 @@ bool MainFrame::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void MainFrame::closeEvent(QCloseEvent* event) {
-    event->setAccepted(document_->saveModified());
+    event->setAccepted(mayLeave());
     if (event->isAccepted()) {
         keepWindow();
     }

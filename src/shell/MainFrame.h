@@ -1,29 +1,32 @@
 #pragma once
 
 #include <QMainWindow>
+#include <functional>
 #include <memory>
 
 #include "CommandActions.h"
 #include "GlViewWidget.h"
 #include "QtUserInterface.h"
 #include "RecentFiles.h"
+#include "Session.h"
 #include "StatusLine.h"
 
 namespace velmora {
 
 class HelpDesk;
 
-/// The frame: menu bar, tool bars, status line, and the one document with its one view. It routes each command to
-/// its owner and keeps the commands' states up to date.
-class MainFrame : public QMainWindow {
+/// The frame: menu bar, tool bars, status line, and the session with its one view. It runs commands by the session and
+/// keeps their states up to date.
+class MainFrame : public QMainWindow, public ShellCommands {
     Q_OBJECT
 
 public:
     MainFrame();
     ~MainFrame() override;
 
-    VelmoraDoc& document() { return *document_; }
-    VelmoraView& view() { return *view_; }
+    Session& session() { return *session_; }
+    VelmoraDoc& document() { return session_->document(); }
+    VelmoraView& view() { return session_->view(); }
 
     /// Runs a command of the table if it is on.
     void run(const Command& command);
@@ -31,6 +34,10 @@ public:
     void openFile(const QString& path);
     /// Opens several in place of the model: those behind the first join it if they are of its type.
     void openFiles(const QStringList& paths);
+    /// Nothing is asked, and the model is saved or given up.
+    bool mayLeave();
+    /// Keeps place, size and bars of the window for the next start.
+    void keepWindow() const;
     /// Shows the frame with its bars as it was when it was closed last, the first time maximised. Then says in the
     /// status line why the view stays empty, if it does.
     void showAsLeft();
@@ -51,12 +58,17 @@ private:
     void connectView();
     CommandState stateOf(const Command& command) const;
     std::optional<bool> checkedState(std::string_view id) const;
-    void runShellCommand(const Command& command);
+    void exit() override { close(); }
+    void showGuide() override;
+    void showAbout() override { emit aboutWanted(); }
+    void toggleToolBars() override;
+    void toggleStatusBar() override;
     void showContextMenu(const QPoint& position);
     bool toolBarsShown() const;
     void refresh();
     bool restoreWindow();
-    void keepWindow() const;
+    void keepSensibleSize();
+    void carryOut(const std::function<void()>& work);
     void reportGraphics();
 
     RecentFiles* recent_;
@@ -65,9 +77,9 @@ private:
     CommandActions* actions_;
     HelpDesk* help_;
     QList<QToolBar*> toolBars_;
+    bool surfaceShown_ = false; ///< what the Surface button says
     std::unique_ptr<QtUserInterface> userInterface_;
-    std::unique_ptr<VelmoraDoc> document_;
-    std::unique_ptr<VelmoraView> view_;
+    std::unique_ptr<Session> session_;
 };
 
 } // namespace velmora

@@ -122,12 +122,12 @@ QWidget* QtUserInterface::parentOfBoxes() const {
     return modal != nullptr ? modal : &frame_;
 }
 
-void QtUserInterface::showMessage(const std::string& text) {
+void QtUserInterface::showMessage(const Message& message) {
     if (holding_) {
-        held_.push_back(text);
+        held_.push_back(message.text);
         return;
     }
-    showBox(text);
+    showBox(message.text);
 }
 
 void QtUserInterface::showBox(const std::string& text) {
@@ -154,42 +154,52 @@ void QtUserInterface::showHeldMessages() {
 
 namespace {
 
-/// A question that only its buttons answer where No would lose work: Escape, which also leaves the program, does not
-/// say No then.
+/// A box with Yes and No. Escape and the box's own closing say No, or nothing at all where that is an answer too.
 class QuestionBox : public QMessageBox {
 public:
-    QuestionBox(const QString& text, bool noIsSafe, QWidget* parent)
-        : QMessageBox(Question, QStringLiteral("Velmora"), text, Yes | No, parent), noIsSafe_(noIsSafe) {
+    QuestionBox(const QString& text, bool mayStay, QWidget* parent)
+        : QMessageBox(Question, QStringLiteral("Velmora"), text, Yes | No, parent), mayStay_(mayStay) {
         setObjectName(QStringLiteral("questionBox"));
         setTextFormat(Qt::PlainText);
         setDefaultButton(Yes);
         setEscapeButton(No);
     }
 
+    Answer answer() {
+        exec();
+        return clickedButton() == button(Yes) ? Answer::Yes : clickedButton() == button(No) ? Answer::No : Answer::None;
+    }
+
 protected:
     void keyPressEvent(QKeyEvent* event) override {
-        if (noIsSafe_ || !event->matches(QKeySequence::Cancel)) {
+        if (mayStay_ && event->matches(QKeySequence::Cancel)) {
+            done(NoButton);
+        } else {
             QMessageBox::keyPressEvent(event);
         }
     }
     void closeEvent(QCloseEvent* event) override {
-        if (noIsSafe_) {
-            QMessageBox::closeEvent(event);
+        if (mayStay_) {
+            QDialog::closeEvent(event);
         } else {
-            event->ignore();
+            QMessageBox::closeEvent(event);
         }
     }
 
 private:
-    bool noIsSafe_;
+    bool mayStay_;
 };
 
 } // namespace
 
 bool QtUserInterface::ask(const std::string& text) {
     const Turn turn(*this);
-    QuestionBox box(qtText(text), text != message::saveBeforeExit, parentOfBoxes());
-    return box.exec() == QMessageBox::Yes;
+    return QuestionBox(qtText(text), false, parentOfBoxes()).answer() == Answer::Yes;
+}
+
+Answer QtUserInterface::askOrNone(const std::string& text) {
+    const Turn turn(*this);
+    return QuestionBox(qtText(text), true, parentOfBoxes()).answer();
 }
 
 bool QtUserInterface::showDialog(DialogForm& form) {

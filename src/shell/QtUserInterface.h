@@ -37,8 +37,9 @@ public:
     QtUserInterface(QMainWindow& frame, StatusLine& status, RecentFiles& recent);
     ~QtUserInterface() override;
 
-    void showMessage(const std::string& text) override;
+    void showMessage(const Message& message) override;
     bool ask(const std::string& text) override;
+    Answer askOrNone(const std::string& text) override;
     void showStatus(const std::string& text) override;
     void showTitle(const std::string& title) override;
     bool showDialog(DialogForm& form) override;

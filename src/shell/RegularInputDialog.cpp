@@ -68,6 +68,9 @@ void RegularInputDialog::placeNumbers(QGridLayout& grid) {
         auto* edit = new QLineEdit(frame);
         edit->setObjectName(qtText(field.key));
         edit->setAccessibleName(qtText(field.label));
+        if (field.kind == FieldKind::Real) {
+            edit->setMinimumWidth(widthOfReals(*edit));
+        }
         if (field.readOnly) {
             lookReadOnly(*edit);
         }
@@ -162,6 +165,7 @@ void RegularInputDialog::showTable() {
     for (const Entry& entry : entries_) {
         const DialogField& field = *form_.find(entry.key);
         entry.edit->setText(qtText(fieldText(field)));
+        entry.edit->setCursorPosition(0); // the sign stays in sight
         entry.edit->setEnabled(field.on);
     }
     for (std::int32_t action = 1; action <= CRegularInput::actionCount; ++action) {

@@ -8,7 +8,10 @@
 #include <cstring>
 
 #include "AboutBox.h"
+#include "CommandGuard.h"
+#include "RescueFolder.h"
 #include "about.h"
+#include "messages.h"
 #include "qt_text.h"
 
 // The pictures stand in a static library: nothing would link them in otherwise. Outside any namespace by its nature.
@@ -29,6 +32,9 @@ void describeProgram(QCommandLineParser& parser) {
     parser.setApplicationDescription(QStringLiteral("An editor of the surface geometry of bodies."));
     parser.addHelpOption();
     parser.addVersionOption();
+    parser.addOption(
+        {QStringLiteral("no-rescue"),
+         QStringLiteral("Keep no rescue copy of a model with changes, and offer none that was left behind.")});
     parser.addPositionalArgument(QStringLiteral("path"), QStringLiteral("The file to open."), QStringLiteral("[path]"));
 }
 
@@ -53,7 +59,12 @@ int& prepared(int& argc, char** argv) {
     return argc;
 }
 
-QStringList pathsOfCommandLine(const QCoreApplication& application) {
+struct CommandLine {
+    QStringList paths;
+    bool rescue = true;
+};
+
+CommandLine readCommandLine(const QCoreApplication& application) {
     QCommandLineParser parser;
     describeProgram(parser);
     parser.process(application);
@@ -61,10 +72,19 @@ QStringList pathsOfCommandLine(const QCoreApplication& application) {
         std::fputs("velmora: give one file at most\n", stderr);
         parser.showHelp(usageError);
     }
-    return parser.positionalArguments();
+    return {parser.positionalArguments(), !parser.isSet(QStringLiteral("no-rescue"))};
 }
 
 } // namespace
+
+bool Application::notify(QObject* receiver, QEvent* event) {
+    try {
+        return QApplication::notify(receiver, event);
+    } catch (const std::exception& error) {
+        emit eventFailed(qtText(causeOf(error)));
+        return true;
+    }
+}
 
 VelmoraApp::VelmoraApp(int& argc, char** argv) : application_(prepared(argc, argv), argv) {
     // The toolkit takes the user's locale; numbers are written as in the C locale everywhere.
@@ -75,16 +95,28 @@ VelmoraApp::VelmoraApp(int& argc, char** argv) : application_(prepared(argc, arg
 VelmoraApp::~VelmoraApp() = default;
 
 bool VelmoraApp::initInstance() {
-    const QStringList paths = pathsOfCommandLine(application_);
+    const CommandLine commandLine = readCommandLine(application_);
     QSettings().setValue(QStringLiteral("Settings/AppName"), QStringLiteral("Kelt"));
     frame_ = std::make_unique<MainFrame>();
     QObject::connect(frame_.get(), &MainFrame::aboutWanted, frame_.get(), [this] { showAbout(); });
     // A message box that closes before the frame is shown is not the last window.
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    frame_->document().onNewDocument();
-    if (!paths.isEmpty()) {
-        frame_->document().onOpenDocument(filePath(paths.front()));
-        if (frame_->document().structureKind == "non") {
+    QObject::connect(&application_, &Application::eventFailed, frame_.get(), [this](const QString& cause) {
+        frame_->document().ShowStatus(message::commandFailed(plainBytes(cause)).text);
+    });
+    frame_->session().start();
+    leaveDesk_ = std::make_unique<LeaveDesk>(*frame_, commandLine.rescue ? rescueRoot() : std::filesystem::path());
+    QObject::connect(leaveDesk_.get(), &LeaveDesk::left, frame_.get(), [this] {
+        left_ = true;
+        QCoreApplication::exit(0);
+    });
+    const QStringList& paths = commandLine.paths;
+    if (leaveDesk_->offerLeft()) {
+        frame_->document().ShowStatus(paths.isEmpty() ? "The changes are back"
+                                                      : "The changes are back; no file was opened");
+    } else if (!paths.isEmpty()) {
+        frame_->session().open({filePath(paths.front())});
+        if (frame_->document().structureKind == StructureKind::None) {
             return false;
         }
     }
@@ -94,7 +126,10 @@ bool VelmoraApp::initInstance() {
 }
 
 int VelmoraApp::run() {
-    return initInstance() ? QApplication::exec() : 1;
+    if (!initInstance()) {
+        return 1;
+    }
+    return left_ ? 0 : QApplication::exec();
 }
 
 void VelmoraApp::showAbout() {

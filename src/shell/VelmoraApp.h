@@ -4,9 +4,23 @@
 #include <memory>
 #include <optional>
 
+#include "LeaveDesk.h"
 #include "MainFrame.h"
 
 namespace velmora {
+
+/// Catches what passes an event: the program goes on, and a status text tells of it.
+class Application : public QApplication {
+    Q_OBJECT
+
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject* receiver, QEvent* event) override;
+
+signals:
+    void eventFailed(const QString& cause);
+};
 
 /// The process: settings, command line, the frame with its document and view, and the event loop.
 class VelmoraApp {
@@ -25,8 +39,10 @@ private:
     bool initInstance();
     void showAbout();
 
-    QApplication application_;
+    Application application_;
     std::unique_ptr<MainFrame> frame_;
+    std::unique_ptr<LeaveDesk> leaveDesk_;
+    bool left_ = false; ///< by a signal
 };
 
 } // namespace velmora

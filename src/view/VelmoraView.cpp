@@ -3,6 +3,8 @@
 #include <cmath>
 #include <utility>
 
+#include "messages.h"
+
 namespace velmora {
 
 namespace {
@@ -18,6 +20,18 @@ bool sameAngles(const zVec<double>& angles, double x, double y, double z) {
     return std::abs(angles.x - x) <= principalViewTolerance && std::abs(angles.y - y) <= principalViewTolerance &&
            std::abs(angles.z - z) <= principalViewTolerance;
 }
+
+/// A scene is being drawn, to its end or to an exception.
+class Drawing {
+public:
+    explicit Drawing(bool& flag) : flag_(flag) { flag_ = true; }
+    Drawing(const Drawing&) = delete;
+    Drawing& operator=(const Drawing&) = delete;
+    ~Drawing() { flag_ = false; }
+
+private:
+    bool& flag_;
+};
 
 } // namespace
 
@@ -60,16 +74,15 @@ bool VelmoraView::RenderScene() {
     if (drawing_) {
         return false;
     }
-    drawing_ = true;
+    const Drawing scene(drawing_);
     surface().clearFrame({0.0F, 0.0F, 0.0F, 1.0F});
     ApplyModelTransform(doc_.modelCenter);
-    if (doc_.structureKind == "str" && doc_.surfaceMode && doc_.fileKind != "apt") {
-        doc_.ui().showMessage("surface not allowed");
+    if (doc_.structureKind == StructureKind::Structured && doc_.surfaceMode && doc_.fileKind != FileKind::Apt) {
+        doc_.ui().showMessage(message::surfaceNotAllowed);
         doc_.leaveSurface();
     }
     bringListUpToDate();
     drawWithOverlay();
-    drawing_ = false;
     return true;
 }
 
@@ -205,8 +218,9 @@ void VelmoraView::UpdateProjection() {
         projectionMatrix = orthographicMatrix(left, right, bottom, top, nearPlane, farPlane);
         return;
     }
-    // The orthographic window, scaled from the model's default distance to the near plane.
-    const double s = nearPlane / -defaultOffset.z;
+    // The orthographic window, scaled from the model's centre in the default view, wherever that lies, to the near
+    // plane.
+    const double s = nearPlane / (eyeDistanceOfRadius * doc_.modelRadius);
     projectionMatrix = frustumMatrix(s * left, s * right, s * bottom, s * top, nearPlane, farPlane);
 }
 

@@ -153,6 +153,7 @@ private:
     void dragRegime(PixelPoint position);
     void pressRegime(PixelPoint position);
     void finishZoom(PixelPoint position);
+    bool stillClick(PixelPoint position) const;
 
     void pressPatchCapture(PixelPoint position);
     void pressPatchRemoval(PixelPoint position);

@@ -7,6 +7,8 @@
 #include <numbers>
 #include <utility>
 
+#include "vectors.h"
+
 namespace velmora {
 
 namespace {
@@ -87,15 +89,6 @@ double degreesOf(double radians) {
 
 } // namespace
 
-double lengthOf(const zVec<double>& v) {
-    return std::sqrt(dot(v, v));
-}
-
-zVec<double> unitOf(const zVec<double>& v) {
-    const double length = lengthOf(v);
-    return {v.x / length, v.y / length, v.z / length};
-}
-
 Matrix4 identityMatrix() {
     return {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
 }
@@ -170,6 +163,10 @@ Matrix4 orthographicMatrix(double left, double right, double bottom, double top,
 }
 
 Matrix4 frustumMatrix(double left, double right, double bottom, double top, double nearPlane, double farPlane) {
+    double depth = -2 * farPlane * nearPlane / (farPlane - nearPlane);
+    if (!std::isfinite(depth)) {
+        depth = -2 * (farPlane / (farPlane - nearPlane)) * nearPlane; // the product alone is beyond all numbers
+    }
     return {2 * nearPlane / (right - left),
             0,
             0,
@@ -184,7 +181,7 @@ Matrix4 frustumMatrix(double left, double right, double bottom, double top, doub
             -1,
             0,
             0,
-            -2 * farPlane * nearPlane / (farPlane - nearPlane),
+            depth,
             0};
 }
 
@@ -215,13 +212,47 @@ std::optional<zVec<double>> projectPoint(const zVec<double>& point, const Matrix
     return window;
 }
 
+namespace {
+
+/// Lengths outside of 1e-18 to 1e18 make products in the inverse of the matrices that no number holds.
+constexpr int largestPlainExponent = 60;
+
+/// The matrices as they would be for a model of 2^exponent its size; `projection` may change by a factor as a whole,
+/// as its results are divided by their last part.
+void scaleModel(Matrix4& modelView, Matrix4& projection, int exponent) {
+    for (std::size_t row = 0; row < 3; ++row) {
+        modelView[12 + row] = std::ldexp(modelView[12 + row], exponent);
+    }
+    double largest = 0.0;
+    for (std::size_t i = 0; i < 12; ++i) {
+        largest = std::max(largest, std::abs(projection[i]));
+    }
+    const int level = largest > 0.0 && std::isfinite(largest) ? -std::ilogb(largest) : 0;
+    for (std::size_t i = 0; i < 16; ++i) {
+        projection[i] = std::ldexp(projection[i], i < 12 ? level : level + exponent);
+    }
+}
+
+} // namespace
+
 std::optional<zVec<double>> unprojectPoint(const zVec<double>& window, const Matrix4& modelView,
                                            const Matrix4& projection, const Viewport& viewport) {
     const GLint area[4] = {viewport.x, viewport.y, viewport.width, viewport.height};
+    const double distance = std::max({std::abs(modelView[12]), std::abs(modelView[13]), std::abs(modelView[14])});
+    const int level = distance > 0.0 && std::isfinite(distance) ? std::ilogb(distance) : 0;
+    const int exponent = std::abs(level) > largestPlainExponent ? -level : 0;
+    Matrix4 scaledView = modelView;
+    Matrix4 scaledProjection = projection;
+    if (exponent != 0) {
+        scaleModel(scaledView, scaledProjection, exponent);
+    }
     zVec<double> point;
-    if (gluUnProject(window.x, window.y, window.z, modelView.data(), projection.data(), area, &point.x, &point.y,
+    if (gluUnProject(window.x, window.y, window.z, scaledView.data(), scaledProjection.data(), area, &point.x, &point.y,
                      &point.z) != GL_TRUE) {
         return std::nullopt;
+    }
+    if (exponent != 0) {
+        point = {std::ldexp(point.x, -exponent), std::ldexp(point.y, -exponent), std::ldexp(point.z, -exponent)};
     }
     return point;
 }

@@ -43,9 +43,4 @@ std::optional<zVec<double>> projectPoint(const zVec<double>& point, const Matrix
 std::optional<zVec<double>> unprojectPoint(const zVec<double>& window, const Matrix4& modelView,
                                            const Matrix4& projection, const Viewport& viewport);
 
-/// Length of a vector.
-double lengthOf(const zVec<double>& v);
-/// The vector divided by its length; no guard for length 0.
-zVec<double> unitOf(const zVec<double>& v);
-
 } // namespace velmora

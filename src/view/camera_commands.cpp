@@ -3,6 +3,7 @@
 
 #include "VelmoraView.h"
 #include "command_table.h"
+#include "messages.h"
 
 namespace velmora {
 
@@ -79,7 +80,7 @@ bool VelmoraView::runViewCommand(std::string_view id) {
     } else if (id == "point.dragAndCorrect") {
         doc_.prepareDragCorrection();
     } else if (id == "view.previous") {
-        doc_.ui().showMessage("Not availabe");
+        doc_.ui().showMessage(message::notAvailable);
     } else {
         return false;
     }

@@ -1,10 +1,11 @@
 #include "draw_lists.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "VelmoraDoc.h"
 #include "camera.h"
+#include "same_point.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -30,7 +31,6 @@ constexpr std::array<Colour, 5> markerColours{{{0.0F, 0.0F, 1.0F, 1.0F},
                                                {1.0F, 0.5F, 1.0F, 1.0F}}};
 
 constexpr float capturedPointSize = 6.0F;
-constexpr double doublePointTolerance = 1e-10;
 
 /// Builds the lists of one document state.
 class ListBuilder {
@@ -115,20 +115,20 @@ void ListBuilder::doublePoints() {
     forShownPatches([this](std::int32_t, const Patch& patch) {
         for (const PointList& section : patch) {
             for (std::size_t m = 0; m + 1 < section.size(); ++m) {
-                if (coincide(section[m], section[m + 1])) {
+                if (isDoublePoint(section[m], section[m + 1])) {
                     list_.point(section[m], 8.0F, green);
                 }
             }
         }
     });
-    if (doc_.fileKind != "apt") {
+    if (doc_.fileKind != FileKind::Apt) {
         return;
     }
     for (const Patch& patch : doc_.patches) {
         for (std::size_t n = 0; n + 1 < patch.size(); ++n) {
             const std::size_t count = std::min(patch[n].size(), patch[n + 1].size());
             for (std::size_t m = 0; m < count; ++m) {
-                if (coincide(patch[n][m], patch[n + 1][m])) {
+                if (isDoublePoint(patch[n][m], patch[n + 1][m])) {
                     list_.point(patch[n][m], 8.0F, green);
                 }
             }
@@ -207,7 +207,7 @@ void ListBuilder::lines() {
 
 void ListBuilder::reference() {
     for (const auto& zone : doc_.referenceRegion.blocks) {
-        if (doc_.secondKind != "wrl") {
+        if (doc_.secondKind != SecondKind::Wrl) {
             break;
         }
         if (const ZoneCoordinates at = coordinatesOf(zone->variables)) {
@@ -215,7 +215,7 @@ void ListBuilder::reference() {
             addTriangles(*zone, at, false);
         }
     }
-    if (doc_.secondKind != "dat") {
+    if (doc_.secondKind != SecondKind::Dat) {
         return;
     }
     for (const Patch& patch : doc_.referencePatches) {
@@ -233,7 +233,7 @@ void ListBuilder::reference() {
 }
 
 void ListBuilder::wire() {
-    const std::size_t strips = doc_.fileKind == "apt" ? 2 : 1;
+    const std::size_t strips = doc_.fileKind == FileKind::Apt ? 2 : 1;
     list_.vertices.reserve(strips * static_cast<std::size_t>(pointTotal(doc_.patches)));
     if (doc_.showFirstPoints) {
         firstPoints();
@@ -251,7 +251,7 @@ void ListBuilder::wire() {
         bufferLine(doc_.markers);
     }
     sections();
-    if (doc_.fileKind == "apt") {
+    if (doc_.fileKind == FileKind::Apt) {
         lines();
     }
     reference();
@@ -395,8 +395,8 @@ Colour PatchColours::next(std::int32_t patch) {
     const bool member = inBlock_[static_cast<std::size_t>(patch)];
     if (document_.capture->patchRemoving && patch == document_.capture->patchToRemove) {
         last_ = removedPatch;
-    } else if ((document_.capture->patchCaptureArmed && (patch == document_.capture->capturedPatch || member)) ||
-               (document_.capture->patchCaptured && member)) {
+    } else if (member || (document_.capture->patchCaptureArmed && patch == document_.capture->capturedPatch)) {
+        // Whatever regime waits: commands work on the zBlock as long as it holds something.
         last_ = blockPatch;
     } else if (place < static_cast<std::int32_t>(patchColours.size())) {
         last_ = patchColours[static_cast<std::size_t>(place)];
@@ -414,16 +414,6 @@ zVec<double> gridNormal(const Patch& patch, std::size_t n, std::size_t m) {
     return unitOf(cross(first, second)) * -1.0;
 }
 
-bool coincide(const zVec<double>& a, const zVec<double>& b) {
-    const double largest =
-        std::max({std::abs(a.x), std::abs(a.y), std::abs(a.z), std::abs(b.x), std::abs(b.y), std::abs(b.z)});
-    if (largest == 0.0) {
-        return true;
-    }
-    return std::abs(a.x - b.x) / largest < doublePointTolerance &&
-           std::abs(a.y - b.y) / largest < doublePointTolerance && std::abs(a.z - b.z) / largest < doublePointTolerance;
-}
-
 int listNumberFor(const VelmoraDoc& document) {
     return listNumberFor(document, regularityOf(document.patches) != Regularity::Irregular);
 }
@@ -432,14 +422,14 @@ int listNumberFor(const VelmoraDoc& document, bool isGrid) {
     if (document.holdsNothing()) {
         return 0;
     }
-    if (document.structureKind == "uns") {
+    if (document.structureKind == StructureKind::Unstructured) {
         return document.surfaceMode ? 4 : 3;
     }
-    if (document.structureKind != "str") {
+    if (document.structureKind != StructureKind::Structured) {
         return 0;
     }
     // Strips and normals read neighbouring sections at the same index: only a regular grid has them.
-    return document.surfaceMode && document.fileKind == "apt" && isGrid ? 2 : 1;
+    return document.surfaceMode && document.fileKind == FileKind::Apt && isGrid ? 2 : 1;
 }
 
 ModelList buildModelList(const VelmoraDoc& document, int number, ModelList memory) {
@@ -475,8 +465,6 @@ CaptureColours captureColoursOf(const VelmoraDoc& document) {
     const CaptureState& capture = *document.capture;
     CaptureColours colours;
     colours.removed = capture.patchRemoving ? capture.patchToRemove : -1;
-    colours.armed = capture.patchCaptureArmed;
-    colours.captured = capture.patchCaptured;
     colours.patch = capture.patchCaptureArmed ? capture.capturedPatch : -1;
     colours.block.assign(document.blockList.begin(), document.blockList.begin() + document.blockCount);
     if (document.showZBlockMarkers && document.blockCount > 0) {

@@ -29,8 +29,6 @@ struct ModelList {
 /// What the capture and the zBlock change in the batches of a ModelList. While it stays the same, so do they.
 struct CaptureColours {
     std::int32_t removed = -1;
-    bool armed = false;
-    bool captured = false;
     std::int32_t patch = -1;
     std::vector<std::int32_t> block;
     std::int32_t section = -1; ///< left out by the markers of the zBlock
@@ -69,8 +67,5 @@ private:
 /// The unit normal that list 2 gives grid point (n, m) of a patch: from its four diagonal neighbours, clamped at the
 /// borders. No numbers where they coincide.
 zVec<double> gridNormal(const std::vector<std::vector<zVec<double>>>& patch, std::size_t n, std::size_t m);
-
-/// Both at the origin, or each coordinate difference below 1e-10 of the largest coordinate of the two.
-bool coincide(const zVec<double>& a, const zVec<double>& b);
 
 } // namespace velmora

@@ -5,6 +5,7 @@
 
 #include "VelmoraDoc.h"
 #include "camera.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -14,9 +15,14 @@ namespace {
 constexpr double pointLimit = 0.01;
 constexpr double sectionLimit = 0.05;
 constexpr double lineLimit = 0.5;
+/// A box so much smaller than what the view shows is a single place.
+constexpr double noDiagonal = 1e-9;
 
+/// Where the box is too small or too large for its diagonal, that of the radius which the view was given.
 double modelDiagonal(const VelmoraDoc& document) {
-    return lengthOf(document.boxMax - document.boxMin);
+    const double ofBox = lengthOf(document.boxMax - document.boxMin);
+    const double ofView = diagonalOf(document.modelRadius);
+    return std::isfinite(ofBox) && ofBox > noDiagonal * ofView ? ofBox : ofView;
 }
 
 PickFilter blockFilter(const VelmoraDoc& document) {
@@ -69,7 +75,7 @@ const Index& ModelIndex::upToDate(Index& index, std::optional<std::uint64_t>& re
 }
 
 Pick pickPoint(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray) {
-    if (document.structureKind == "uns") {
+    if (document.structureKind == StructureKind::Unstructured) {
         return pickNode(document, index, ray);
     }
     const CaptureState& capture = *document.capture;
@@ -104,8 +110,9 @@ Pick pickLine(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ra
 Pick pickPatch(const VelmoraDoc& document, ModelIndex& index, const PixelLine& ray, Pick::Target target) {
     Pick pick;
     pick.target = target;
-    pick.patch = document.structureKind == "uns" ? index.zones().pickZone(document.feRegion, ray)
-                                                 : index.patches().pickPatch(document.patches, ray);
+    pick.patch = document.structureKind == StructureKind::Unstructured
+                     ? index.zones().pickZone(document.feRegion, ray)
+                     : index.patches().pickPatch(document.patches, ray);
     pick.found = pick.patch >= 0;
     return pick;
 }
@@ -119,7 +126,7 @@ Pick pickPlanePlace(const VelmoraDoc& document, const PixelLine& ray, int plane)
     Pick pick;
     pick.target = Pick::Target::PlanePlace;
     const auto point = document.positionAt(capture.capturedPatch, capture.capturedPointSection, capture.capturedPoint);
-    if (document.structureKind == "uns" || !point) {
+    if (document.structureKind == StructureKind::Unstructured || !point) {
         return pick;
     }
     pick.found = true;

@@ -1,7 +1,9 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "CommandGuard.h"
 #include "VelmoraView.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -22,6 +24,7 @@ bool rotates(int mode) {
 // ---- Button and motion ----------------------------------------------------------------------------------------------
 
 void VelmoraView::OnLeftButtonDown(PixelPoint position) {
+    const CommandGuard guard(doc_);
     leftButtonDown = true;
     lastMousePos = prevMousePos = position;
     surface().confineCursor(true);
@@ -45,6 +48,7 @@ void VelmoraView::OnMouseMove(PixelPoint position) {
         stopSpin();
         dragCamera(position);
     } else if (leftButtonDown) {
+        const CommandGuard guard(doc_);
         dragRegime(position);
     }
     lastMoveClock = surface().clock();
@@ -63,7 +67,7 @@ void VelmoraView::OnLeftButtonUp(PixelPoint position) {
         const Rotation rotation = mouseRotation(prevMousePos, position);
         spinAngle = rotation.angle;
         spinAxis = rotation.axis;
-        if (sinceMove < throwTime && rotates(mouseMode)) {
+        if (sinceMove < throwTime && rotates(mouseMode) && !stillClick(position)) {
             spinActive = true;
             prevMousePos = position;
             surface().startTimer(spinPeriod);
@@ -77,6 +81,7 @@ void VelmoraView::OnLeftButtonUp(PixelPoint position) {
         finishZoom(position);
     }
     if (mouseMode >= ModePoint) {
+        const CommandGuard guard(doc_);
         doc_.moveRegimeAtRelease();
         if (doc_.capture->dragCorrectsLine) {
             doc_.endDragCorrection(principalPlane());
@@ -88,6 +93,12 @@ void VelmoraView::OnLeftButtonUp(PixelPoint position) {
 void VelmoraView::OnTimer() {
     RenderScene();
     repaint();
+}
+
+/// The button came up where it went down, and nothing was dragged in between.
+bool VelmoraView::stillClick(PixelPoint position) const {
+    return prevMousePos == lastMousePos &&
+           std::abs(position.x - lastMousePos.x) + std::abs(position.y - lastMousePos.y) < moveThreshold;
 }
 
 // ---- Moving the camera ----------------------------------------------------------------------------------------------
@@ -105,7 +116,9 @@ void VelmoraView::dragCamera(PixelPoint position) {
         break;
     }
     case ModeTranslateXY: {
-        const double s = modelOffset.z / defaultOffset.z * doc_.modelRadius * 1.8 * zoomFactor / viewport.height;
+        // A centre just opposite the eye's distance leaves no offset to compare with.
+        const double nearer = defaultOffset.z == 0.0 ? 1.0 : modelOffset.z / defaultOffset.z;
+        const double s = nearer * doc_.modelRadius * 1.8 * zoomFactor / viewport.height;
         modelOffset.x += s * dx;
         modelOffset.y -= s * dy;
         break;

@@ -5,6 +5,7 @@
 
 #include "camera.h"
 #include "line_triangle_strict.h"
+#include "vectors.h"
 
 namespace velmora {
 

@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "camera.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -15,27 +16,35 @@ constexpr double distanceOfShortLine = -1e10;
 /// Keys farther apart than this factor cannot round to one distance.
 constexpr double keyMargin = 1.0 + 8e-15;
 constexpr double roundingOfDistance = 1e-12;
+/// The fourth power of longer lines overflows: distances from them are worked out scaled by a power of two.
+constexpr double largestPlainLine = 1e60;
 
 } // namespace
 
-LineDistance::LineDistance(const PixelLine& line)
-    : far_(line.farPoint), along_(line.nearPoint - line.farPoint), length_(lengthOf(along_)) {}
+LineDistance::LineDistance(const PixelLine& line) : far_(line.farPoint), along_(line.nearPoint - line.farPoint) {
+    const double largest = std::max({std::abs(along_.x), std::abs(along_.y), std::abs(along_.z)});
+    if (largest > largestPlainLine && std::isfinite(largest)) {
+        scale_ = std::ldexp(1.0, -std::ilogb(largest));
+        along_ = along_ * scale_;
+    }
+    length_ = lengthOf(along_);
+}
 
 bool LineDistance::isLine() const {
     return !(length_ < shortestLine);
 }
 
 double LineDistance::key(const zVec<double>& point) const {
-    const zVec<double> moment = cross(along_, far_ - point);
+    const zVec<double> moment = cross(along_, (far_ - point) * scale_);
     return dot(moment, moment);
 }
 
 double LineDistance::operator()(const zVec<double>& point) const {
-    return isLine() ? std::sqrt(key(point)) / length_ : distanceOfShortLine;
+    return isLine() ? std::sqrt(key(point)) / length_ / scale_ : distanceOfShortLine;
 }
 
 double LineDistance::slack(const zVec<double>& point) const {
-    return roundingOfDistance * lengthOf(far_ - point);
+    return roundingOfDistance * lengthOf((far_ - point) * scale_) / scale_;
 }
 
 double RayDistance(const PixelLine& line, const zVec<double>& point) {

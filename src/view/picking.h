@@ -29,7 +29,8 @@ public:
 private:
     zVec<double> far_;
     zVec<double> along_;
-    double length_;
+    double length_ = 0.0;
+    double scale_ = 1.0; ///< of `along_`, and of what is measured against it
 };
 
 /// Distance of `point` from the infinite line; -1e10, which beats any real distance, when the line's two points are

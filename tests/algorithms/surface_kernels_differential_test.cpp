@@ -45,7 +45,7 @@ TEST(SurfaceKernelsAgainstThePlainForm, RebreakPartGivesTheSameSections) {
         const Patch patch = randomPatch(source, 4, source.whole(6, 14), round % 3 == 0);
         const std::int32_t points = countOf(patch[0]);
         PartLaw law;
-        law.spline = source.once(2);
+        law.linear = !source.once(2);
         law.fit = source.once(2);
         law.after = source.once(2);
         law.exactness = source.whole(0, 10);
@@ -54,7 +54,7 @@ TEST(SurfaceKernelsAgainstThePlainForm, RebreakPartGivesTheSameSections) {
         const std::int32_t at = law.fit ? source.whole(3, points - 3) : source.whole(1, points);
         law.firstPoint = law.after ? at : 1;
         law.lastPoint = law.after ? points : at;
-        const reference::PartFields fields{law.spline,   law.fit,         law.after,      law.exactness,
+        const reference::PartFields fields{!law.linear,  law.fit,         law.after,      law.exactness,
                                            law.newCount, law.compression, law.firstPoint, law.lastPoint};
         PartRebreaker rebreaker(law);
         for (const PointList& section : patch) {

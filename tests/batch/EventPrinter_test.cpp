@@ -58,6 +58,35 @@ TEST(TextEventPrinter, RepeatsAnEchoedLineAsItStands) {
     EXPECT_EQ(asText({{"event", "echo"}, {"line", 1}, {"text", "  open  wing.apt"}}), "  open  wing.apt\n");
 }
 
+TEST(TextEventPrinter, TellsWhatWasLostOfAFile) {
+    const Json read = {{"event", "read"},
+                       {"path", "box.stl"},
+                       {"complete", false},
+                       {"lossless", false},
+                       {"found", {{"facets", 522}, {"solids", 2}}},
+                       {"kept", {{"facets", 521}, {"solids", 1}}},
+                       {"changed", {"Degenerate triangles: 3"}},
+                       {"reasons", {"Solids: 2, only the first is read"}}};
+    EXPECT_EQ(asText(read), "read: box.stl: kept 521 of 522 facets, 1 of 2 solids\n"
+                            "  Degenerate triangles: 3\n"
+                            "  Solids: 2, only the first is read\n");
+}
+
+TEST(TextEventPrinter, TellsOfAFileThatASaveWouldNotGiveBack) {
+    const Json read = {{"event", "read"},          {"path", "a"},
+                       {"complete", true},         {"lossless", false},
+                       {"found", {{"points", 4}}}, {"kept", {{"points", 4}}},
+                       {"changed", Json::array()}, {"reasons", {"Colours"}}};
+    EXPECT_EQ(asText(read), "read: a: kept 4 of 4 points\n  Colours\n");
+}
+
+TEST(TextEventPrinter, IsSilentAboutAFileThatWasReadWhole) {
+    const Json read = {{"event", "read"}, {"path", "a"}, {"complete", true}, {"lossless", true},
+                       {"found", {}},     {"kept", {}},  {"changed", {"x"}}, {"reasons", Json::array()}};
+    EXPECT_EQ(asText(read), "");
+    EXPECT_EQ(asText({{"event", "written"}, {"path", "a"}}), "");
+}
+
 TEST(TextEventPrinter, IsSilentAboutOtherEvents) {
     EXPECT_EQ(asText({{"event", "done"}, {"line", 1}}), "");
     EXPECT_EQ(asText({{"event", "recent"}, {"path", "x"}}), "");

@@ -24,7 +24,7 @@ public:
 /// is 300 / 2.625 pixels long.
 class SessionFixture : public testing::Test {
 protected:
-    using Outcome = BatchSession::Outcome;
+    using Next = BatchSession::Next;
 
     SessionFixture() { writeFileText(folder / "plate.apt", aptText({flatPatch(4, 5)})); }
 
@@ -47,19 +47,19 @@ protected:
     std::string file(const std::string& name) const { return '"' + (folder / name).string() + '"'; }
 
     /// Runs one line; its events are then in `events`.
-    Outcome run(const std::string& line) {
+    Next run(const std::string& line) {
         recorder.events.clear();
-        const Outcome outcome = session.run(++number, line);
+        const Next next = session.run(++number, line);
         events = recorder.events;
-        return outcome;
+        return next;
     }
 
     /// Runs a line that must succeed.
-    void must(const std::string& line) { ASSERT_EQ(run(line), Outcome::GoOn) << line << '\n' << Json(events).dump(2); }
+    void must(const std::string& line) { ASSERT_EQ(run(line), Next::GoOn) << line << '\n' << Json(events).dump(2); }
 
     /// Runs a line that must end the script with one error, which is its last event; gives the error's text.
     std::string errorOf(const std::string& line) {
-        EXPECT_EQ(run(line), Outcome::Fail) << line;
+        EXPECT_EQ(run(line), Next::Fail) << line;
         EXPECT_EQ(kinds("error"), 1) << line;
         if (events.empty() || events.back().at("event") != "error") {
             ADD_FAILURE() << line << ": no error at the end";
@@ -84,7 +84,7 @@ protected:
 
     /// What a print line shows.
     Json printed(const std::string& what) {
-        EXPECT_EQ(run("print " + what), Outcome::GoOn) << what;
+        EXPECT_EQ(run("print " + what), Next::GoOn) << what;
         return event("print").value("value", Json());
     }
 

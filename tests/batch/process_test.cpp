@@ -43,10 +43,14 @@ protected:
 
 // ---- Arguments -----------------------------------------------------------------------------------------------------
 
-TEST_F(BatchProcess, WithoutAScriptThereIsNothingToDo) {
-    const ProcessResult result = run({});
-    EXPECT_EQ(result.status, 0);
-    EXPECT_THAT(result.lines, IsEmpty());
+TEST_F(BatchProcess, WithoutAScriptAndALineItTellsItsUsage) {
+    for (const std::vector<std::string>& arguments :
+         std::vector<std::vector<std::string>>{{}, {"--json"}, {"--strict"}}) {
+        const ProcessResult result = run(arguments);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_THAT(result.lines, IsEmpty());
+        EXPECT_THAT(result.errors, HasSubstr("Usage: velmora-batch"));
+    }
 }
 
 TEST_F(BatchProcess, BadUsageIsStatusTwo) {
@@ -63,6 +67,8 @@ TEST_F(BatchProcess, BadUsageIsStatusTwo) {
              {"nothing.script"},
              {"."},
              {"one.script", "two.script"},
+             {"--strict", "--keep-going", "-c", "wait 0"},
+             {"--help-commands", "view.dance"},
          }) {
         const ProcessResult result = run(arguments);
         EXPECT_EQ(result.status, 2) << arguments.back();
@@ -94,6 +100,16 @@ TEST_F(BatchProcess, HelpCommandsTellsEveryCommandWithItsStatusText) {
         EXPECT_THAT(result.lines[i], StartsWith(std::string(commandTable()[i].id) + ' '));
         EXPECT_THAT(result.lines[i], HasSubstr(commandTable()[i].statusText));
     }
+}
+
+TEST_F(BatchProcess, HelpCommandsTellsTheFieldsOfOneAsJson) {
+    const ProcessResult result = run({"--help-commands", "line.duplicate"});
+    EXPECT_EQ(result.status, 0);
+    ASSERT_EQ(result.lines.size(), 1U);
+    const json value = json::parse(result.lines[0]);
+    EXPECT_EQ(value.at("command"), "line.duplicate");
+    EXPECT_EQ(value.at("dialog"), "Cduplicate");
+    EXPECT_EQ(value, json::parse(run({"--json", "-c", "help line.duplicate"}).lines.at(0)).at("value"));
 }
 
 TEST_F(BatchProcess, SizeIsTheSizeOfTheView) {
@@ -175,7 +191,7 @@ TEST_F(BatchProcess, TheEndOfTheScriptLeavesWithoutAQuestionAndWithoutSaving) {
 TEST_F(BatchProcess, QuitEndsTheProgramBehindDone) {
     const ProcessResult result = run({"--json", "-c", "quit", "-c", "bogus"});
     EXPECT_EQ(result.status, 0);
-    EXPECT_THAT(result.lines, ElementsAre(R"({"event":"done","line":1})"));
+    EXPECT_THAT(result.lines, ElementsAre(R"({"event":"done","line":1,"outcome":"ok"})"));
 }
 
 // ---- Output --------------------------------------------------------------------------------------------------------
@@ -190,12 +206,12 @@ TEST_F(BatchProcess, JsonEventsComeInOrderWithTheirMembers) {
         ElementsAre(
             R"({"event":"chooser","mode":"Open","extensions":["apt","skl","dat","wrl","stl","apm","fld","grd"],"proposed":"","paths":["wing.apt"]})",
             R"({"event":"title","text":"wing.apt"})", R"({"event":"recent","path":")" + path + R"("})",
-            R"({"event":"done","line":1})",
+            R"({"event":"done","line":1,"outcome":"ok"})",
             R"({"event":"dialog","name":"CInputSection","title":"Input section","result":"ok","fields":{"patch":1,"maximumPatches":1,"section":2,"maximumSections":2}})",
             R"({"event":"status","text":"Captured section: Patch K=1, Section N=2, Points M=3  // Press right button to continue "})",
-            R"({"event":"done","line":2})",
+            R"({"event":"done","line":2,"outcome":"ok"})",
             R"({"event":"question","text":"Current geometry will be removed. Are you sure","answer":"no"})",
-            R"({"event":"done","line":3})"));
+            R"({"event":"done","line":3,"outcome":"cancelled"})"));
 }
 
 TEST_F(BatchProcess, TextIsForPeople) {
@@ -224,12 +240,12 @@ TEST_F(BatchProcess, AnswersEachLineBeforeItReadsTheNext) {
     process.write("open wing.apt\n");
     EXPECT_EQ(process.readLine(), R"({"event":"title","text":"wing.apt"})");
     EXPECT_THAT(process.readLine().value_or(""), HasSubstr("\"recent\""));
-    EXPECT_EQ(process.readLine(), R"({"event":"done","line":1})");
+    EXPECT_EQ(process.readLine(), R"({"event":"done","line":1,"outcome":"ok"})");
     process.write("# a comment\nprint lineBuffer\n");
     EXPECT_EQ(process.readLine(), R"({"event":"print","what":"lineBuffer","value":[]})");
-    EXPECT_EQ(process.readLine(), R"({"event":"done","line":3})");
+    EXPECT_EQ(process.readLine(), R"({"event":"done","line":3,"outcome":"ok"})");
     process.write("quit\n");
-    EXPECT_EQ(process.readLine(), R"({"event":"done","line":4})");
+    EXPECT_EQ(process.readLine(), R"({"event":"done","line":4,"outcome":"ok"})");
     EXPECT_EQ(process.readLine(), std::nullopt);
     EXPECT_EQ(process.wait(), 0);
 }
@@ -253,9 +269,77 @@ TEST_F(BatchProcess, AnErrorEndsTheConversation) {
 TEST_F(BatchProcess, AnyBytesOnStandardInputGiveAnErrorAtMost) {
     EXPECT_EQ(run({"--json", "-"}, std::string("\0\0\n", 3)).status, 1);
     EXPECT_EQ(run({"--json", "-"}, "open \xff\xfe.apt\n").status, 0);
-    EXPECT_EQ(run({"-"}, "\xef\xbb\xbf# mark\n").status, 1);
     EXPECT_EQ(run({"--json", "-"}, "open " + std::string(2'000'000, 'a') + "\n").status, 0);
     EXPECT_EQ(run({"--json", "-"}, std::string(1'000'000, '\n')).status, 0);
+}
+
+TEST_F(BatchProcess, AByteOrderMarkBeforeTheFirstLineIsSkipped) {
+    const std::string mark = "\xef\xbb\xbf";
+    test::writeFileText(folder / "marked.script", mark + "print lineBuffer\n");
+    EXPECT_THAT(run({"marked.script"}).lines, ElementsAre("print lineBuffer: []"));
+    EXPECT_THAT(run({"-"}, mark + "print lineBuffer").lines, ElementsAre("print lineBuffer: []"));
+    EXPECT_EQ(run({"-"}, mark + mark + "wait 0\n").status, 1) << "one mark";
+    EXPECT_EQ(run({"-"}, "wait 0\n" + mark + "wait 0\n").status, 1) << "before the first line alone";
+}
+
+// ---- Strict scripts, and those that go on ---------------------------------------------------------------------------
+
+TEST_F(BatchProcess, AStrictScriptEndsWhereAFileCannotBeRead) {
+    const ProcessResult result = run({"--json", "--strict", "-c", "open nothing.apt", "-c", "print state"});
+    EXPECT_EQ(result.status, 3);
+    EXPECT_THAT(kinds(result), ElementsAre("message", "message", "done")) << "the line is done, and the last";
+    EXPECT_THAT(result.errors, HasSubstr("line 1: failed")) << "a person learns why the script ended";
+}
+
+TEST_F(BatchProcess, AStrictScriptEndsWhereAFileCannotBeWritten) {
+    EXPECT_EQ(run({"--strict", "-c", "open wing.apt", "-c", "run file.saveAs file=gone/wing.apt"}).status, 4);
+}
+
+TEST_F(BatchProcess, AStrictScriptEndsWhereACommandIsRefused) {
+    const ProcessResult result = run({"--json", "--strict", "-c", "open wing.apt", "-c",
+                                      "run model.rotation x1=1 y1=1 z1=1 x2=1 y2=1 z2=1", "-c", "print state"});
+    EXPECT_EQ(result.status, 5);
+    EXPECT_THAT(result.lines.back(), HasSubstr("\"refused\""));
+    EXPECT_EQ(run({"--strict", "-c", "open wing.foo"}).status, 5) << "a type that Open does not take";
+}
+
+TEST_F(BatchProcess, AStrictScriptGoesOnBehindWhatWasCancelled) {
+    const ProcessResult result = run({"--json", "--strict", "-c", "open wing.apt", "-c", "run file.new answer=no", "-c",
+                                      "run file.append cancel=file", "-c", "print lineBuffer"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.lines.back(), HasSubstr("\"line\":4"));
+}
+
+TEST_F(BatchProcess, AnErrorOfAStrictScriptIsStatusOne) {
+    EXPECT_EQ(run({"--strict", "-c", "bogus"}).status, 1);
+}
+
+TEST_F(BatchProcess, WithoutStrictTheStatusTellsErrorsAlone) {
+    EXPECT_EQ(
+        run({"-c", "open nothing.apt", "-c", "open wing.apt", "-c", "run model.rotation x1=1 y1=1 z1=1 x2=1 y2=1 z2=1"})
+            .status,
+        0);
+}
+
+TEST_F(BatchProcess, AScriptThatKeepsGoingRunsTheLinesBehindAnError) {
+    test::writeFileText(folder / "a.script", "bogus\nopen wing.apt\nrun line.inputSection pach=1\nprint lineBuffer\n");
+    const ProcessResult result = run({"--json", "--keep-going", "a.script"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(kinds(result), ElementsAre("error", "title", "recent", "done", "error", "print", "done"));
+    EXPECT_EQ(json::parse(result.lines[4]).at("line"), 3);
+    EXPECT_EQ(run({"--keep-going", "-c", "open wing.apt"}).status, 0) << "when there was none";
+}
+
+TEST_F(BatchProcess, QuitEndsAScriptThatKeepsGoing) {
+    const ProcessResult result = run({"--json", "--keep-going", "-c", "bogus", "-c", "quit", "-c", "wait 0"});
+    EXPECT_EQ(result.status, 1) << "of the error before";
+    EXPECT_THAT(kinds(result), ElementsAre("error", "done"));
+}
+
+TEST_F(BatchProcess, ALineThatIsAnErrorLeavesTheModelAsItIs) {
+    const ProcessResult result = run({"--json", "--keep-going", "-c", "open wing.apt", "-c",
+                                      "run model.move deltaX=1 delta=2", "-c", "print patches"});
+    EXPECT_EQ(json::parse(result.lines[4]).at("value").at(0).at(0).at(0), json::array({0.0, 0.0, 0.0}));
 }
 
 // ---- Paths ---------------------------------------------------------------------------------------------------------

@@ -26,7 +26,7 @@ TEST_F(Refusals, EachNamesItsCauseAndItsRemedy) {
     const Refused cases[] = {
         {.line = "dance",
          .text = "there is no line \"dance\"; begin the line with one of: open run size mouse key wait "
-                 "print quit"},
+                 "print measure help quit"},
         {.line = "open", .text = "the line \"open\" cannot be read so; write open PATH"},
         {.line = "run", .text = "the line \"run\" cannot be read so; write run COMMAND [NAME=VALUE ...]"},
         {.line = "size 5",
@@ -36,6 +36,9 @@ TEST_F(Refusals, EachNamesItsCauseAndItsRemedy) {
          .text = "the line \"mouse\" cannot be read so; write mouse down|move|up|right X Y, in "
                  "pixels from -1000000 to 1000000"},
         {.line = "key tab", .text = "the line \"key\" cannot be read so; write key escape"},
+        {.line = "help", .text = "the line \"help\" cannot be read so; write help COMMAND"},
+        {.line = "help view.dance",
+         .text = "there is no command \"view.dance\"; velmora-batch --help-commands tells all commands"},
         {.line = "print", .text = "the line \"print\" cannot be read so; write print WHAT"},
         {.line = "run view.dance",
          .text = "there is no command \"view.dance\"; velmora-batch --help-commands tells all commands"},
@@ -68,8 +71,8 @@ TEST_F(Refusals, EachNamesItsCauseAndItsRemedy) {
         {.line = "run model.move file=a.apt", .text = "nothing asked for \"file=a.apt\"; leave it out"},
         {.line = "quit view.fit", .text = "\"view.fit\" gives no value; write NAME=VALUE behind the command"},
         {.line = "print dance",
-         .text = "there is no value \"dance\"; print one of: state, commands, view, scene, scene "
-                 "overlay, window X Y Z, dialog NAME, kernel NAME NUMBERS, or a list of the "
+         .text = "there is no value \"dance\"; print one of: state, commands, version, read, view, scene, scene "
+                 "overlay, window X Y Z, dialog NAME, kernel NAME NUMBERS, report, curve, or a list of the "
                  "model such as patches or lineBuffer"},
         {.line = "print window 1 2", .text = "a place in the window needs a model point; write print window X Y Z"},
         {.line = "print kernel dance",

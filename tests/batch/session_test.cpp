@@ -42,9 +42,9 @@ TEST_F(Session, SkipsEmptyLinesAndComments) {
 }
 
 TEST_F(Session, SaysDoneWithTheNumberOfTheLine) {
-    ASSERT_EQ(session.run(17, "wait 0"), Outcome::GoOn);
+    ASSERT_EQ(session.run(17, "wait 0"), Next::GoOn);
     ASSERT_EQ(recorder.events.size(), 1U);
-    EXPECT_EQ(recorder.events[0].dump(), R"({"event":"done","line":17})");
+    EXPECT_EQ(recorder.events[0].dump(), R"({"event":"done","line":17,"outcome":"ok"})");
 }
 
 TEST_F(Session, RefusesAnUnknownLine) {
@@ -96,9 +96,9 @@ TEST_F(Session, ErrorsNameCauseAndRemedy) {
 TEST_F(Session, EchoSaysEachLineBeforeItRuns) {
     test::EventRecorder echoed;
     BatchSession echoing(echoed, {folder.path(), {800, 600}, true});
-    EXPECT_EQ(echoing.run(4, " wait  0 # now"), Outcome::GoOn);
-    EXPECT_EQ(echoing.run(5, "# nothing"), Outcome::GoOn);
-    EXPECT_EQ(echoing.run(6, "nothing"), Outcome::Fail);
+    EXPECT_EQ(echoing.run(4, " wait  0 # now"), Next::GoOn);
+    EXPECT_EQ(echoing.run(5, "# nothing"), Next::GoOn);
+    EXPECT_EQ(echoing.run(6, "nothing"), Next::Fail);
     ASSERT_EQ(echoed.events.size(), 4U);
     EXPECT_EQ(echoed.events[0].dump(), R"({"event":"echo","line":4,"text":" wait  0 # now"})");
     EXPECT_EQ(echoed.events[1].at("event"), "done");
@@ -243,26 +243,28 @@ TEST_F(Session, WordsBehindACommandGiveValues) {
 // ---- Leaving -------------------------------------------------------------------------------------------------------
 
 TEST_F(Session, QuitSaysDoneAndLeaves) {
-    EXPECT_EQ(run("quit"), Outcome::Leave);
+    EXPECT_EQ(run("quit"), Next::Leave);
     EXPECT_EQ(events.size(), 1U);
     EXPECT_EQ(event("done").at("line"), 1);
 }
 
 TEST_F(Session, ExitIsTheSameAsQuit) {
-    EXPECT_EQ(run("run file.exit"), Outcome::Leave);
+    EXPECT_EQ(run("run file.exit"), Next::Leave);
 }
 
 TEST_F(Session, QuitAsksAboutUnsavedData) {
     changePlate();
     EXPECT_THAT(errorOf("quit"), HasSubstr("Save data before exit"));
-    EXPECT_EQ(run("quit answer=no"), Outcome::Leave);
+    must("wait 0"); // whoever goes on behind the error has not left
+    EXPECT_EQ(run("quit answer=no"), Next::Leave);
     EXPECT_EQ(event("question").at("text"), "Save data before exit");
+    EXPECT_EQ(event("done").at("outcome"), "ok") << "to leave without saving is no refusal to leave";
     EXPECT_EQ(test::fileText(folder / "plate.apt"), aptText({test::flatPatch(4, 5)}));
 }
 
 TEST_F(Session, QuitAnsweredYesSaves) {
     changePlate();
-    EXPECT_EQ(run("run file.exit answer=yes"), Outcome::Leave);
+    EXPECT_EQ(run("run file.exit answer=yes"), Next::Leave);
     EXPECT_THAT(test::fileText(folder / "plate.apt"), StartsWith("4 3\n"));
 }
 
@@ -272,12 +274,14 @@ TEST_F(Session, QuitStaysWhenSavingFails) {
     must("run file.saveAs file=" + file("gone/plate.apt"));
     must("run line.rebreak regime=2 function=2 newCount=4");
     std::filesystem::remove_all(folder / "gone");
-    EXPECT_THAT(errorOf("quit answer=yes"), HasSubstr("could not be saved"));
+    must("quit answer=yes");
     EXPECT_EQ(event("message").at("text"), "It is impossible to save current file");
+    EXPECT_EQ(event("done").at("outcome"), "failed");
+    EXPECT_TRUE(printed("state").at("documentModified").get<bool>()) << "nothing is lost";
 }
 
 TEST_F(Session, EscapeLeavesLikeQuit) {
-    EXPECT_EQ(run("key escape"), Outcome::Leave);
+    EXPECT_EQ(run("key escape"), Next::Leave);
 }
 
 TEST_F(Session, EscapeWithUnsavedDataNeedsAnAnswerThatItCannotHave) {
@@ -324,7 +328,8 @@ TEST_F(Session, ThePaintOfALineBelongsToIt) {
     test::writeFileText(folder / "lines.skl", "2\n2\n0 0 0\n1 0 0\n3\n0 1 0\n1 1 0\n2 1 0\n");
     must("open " + file("lines.skl"));
     ASSERT_GE(events.size(), 2U);
-    EXPECT_EQ(events[events.size() - 2].dump(), R"({"event":"message","text":"surface not allowed"})");
+    EXPECT_EQ(events[events.size() - 2].dump(),
+              R"({"event":"message","text":"surface not allowed","severity":"warning"})");
     EXPECT_EQ(events.back().at("event"), "done");
     must("wait 0");
     EXPECT_EQ(events.size(), 1U);

@@ -42,7 +42,7 @@ protected:
 
 TEST_F(Append, OffersTypesByTheKind) {
     EXPECT_THAT(offered(), ElementsAre("apt", "skl", "dat"));
-    doc.fileKind = "skl";
+    doc.fileKind = FileKind::Skl;
     EXPECT_THAT(offered(), ElementsAre("apt", "skl"));
     EXPECT_EQ(ui.requests.back().mode, ChooserMode::Append);
     EXPECT_FALSE(ui.requests.back().multiple);
@@ -53,7 +53,7 @@ TEST_F(Append, CancelledChangesNothing) {
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 0"));
     EXPECT_EQ(doc.patches, PatchList{wing});
     EXPECT_FALSE(doc.patchUndoReady || doc.rebuildOnUndo || doc.documentModified);
-    EXPECT_EQ(doc.fileExtension, "apt");
+    EXPECT_EQ(doc.modelFile.fileExtension, "apt");
     EXPECT_THAT(viewCalls(), IsEmpty());
 }
 
@@ -68,26 +68,26 @@ TEST_F(Append, PushesTheFilesPatchesBehindThoseThatAreThere) {
 
 TEST_F(Append, KeepsStemAndDirectoryOfTheFirstFile) {
     append("other/Tail.apt", aptText({tail}));
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.apt");
-    EXPECT_EQ(doc.currentDirectory, shownFolder());
-    EXPECT_EQ(doc.chosenPath, folder / "Wing.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.apt");
+    EXPECT_EQ(doc.modelFile.currentDirectory, shownFolder());
+    EXPECT_EQ(doc.modelFile.chosenPath, folder / "Wing.apt");
 }
 
 TEST_F(Append, ChangesTheExtensionByTheKindAlone) {
     EXPECT_THAT(append("other/lines.skl", sklText({patchOf({2, 5})})),
                 ElementsAre("chooser: Append -> 1", "title: wing.skl"));
-    EXPECT_EQ(doc.fileKind, "skl");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.skl");
-    EXPECT_EQ(doc.chosenPath, folder / "Wing.skl");
-    EXPECT_EQ(doc.fileExtension, "skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.skl");
+    EXPECT_EQ(doc.modelFile.chosenPath, folder / "Wing.skl");
+    EXPECT_EQ(doc.modelFile.fileExtension, "skl");
 }
 
 TEST_F(Append, OfARegularSklFileKeepsTheKindApt) {
     append("other/lines.skl", sklText({tail}));
     EXPECT_EQ(doc.patches, (PatchList{wing, tail}));
-    EXPECT_EQ(doc.fileKind, "apt");
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
 
 TEST_F(Append, RedrawsWithoutANewBoxAndLeavesTheRegime) {
@@ -115,7 +115,7 @@ TEST_F(Append, OfAnUnsupportedTypeSaysSoAndKeepsTheModel) {
     EXPECT_THAT(append("notes.txt", ""),
                 ElementsAre("chooser: Append -> 1", "message: This file's type is not supported by Sorvane"));
     EXPECT_EQ(doc.patches, PatchList{wing});
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
 
 TEST_F(Append, OfAFileThatIsNotThereSaysSoAndKeepsTheModel) {
@@ -123,7 +123,7 @@ TEST_F(Append, OfAFileThatIsNotThereSaysSoAndKeepsTheModel) {
     doc.appendFile();
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 1", "message: It is impossible to open selected file"));
     EXPECT_EQ(doc.patches, PatchList{wing});
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
 
 TEST_F(Append, ThatFailsKeepsWhatWasReadUnderTheTitleWrong) {
@@ -131,15 +131,15 @@ TEST_F(Append, ThatFailsKeepsWhatWasReadUnderTheTitleWrong) {
     EXPECT_THAT(lines, testing::Contains("message: Body of APT file is wrong. Compartment N= 2"));
     EXPECT_THAT(lines, testing::Contains("title: Wrong"));
     EXPECT_EQ(doc.patches, (PatchList{wing, flatPatch(2, 2)}));
-    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.apt");
     EXPECT_TRUE(doc.patchUndoReady);
 }
 
 TEST_F(Append, ThatSucceedsEndsTheTitleWrong) {
     append("broken.apt", brokenSecondCompartment);
-    EXPECT_EQ(doc.documentTitle, "Wrong");
+    EXPECT_EQ(doc.modelFile.documentTitle, "Wrong");
     append("tail.apt", aptText({tail}));
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
 
 TEST_F(Append, ThatWasReadInPartTellsTheCounts) {
@@ -150,7 +150,7 @@ TEST_F(Append, ThatWasReadInPartTellsTheCounts) {
 
 TEST_F(Append, ToNothingDoesNothing) {
     doc.patches.clear();
-    doc.structureKind = doc.fileKind = "non";
+    doc.forgetKinds();
     doc.appendFile();
     EXPECT_THAT(heard(), IsEmpty());
     EXPECT_TRUE(ui.requests.empty());

@@ -293,9 +293,10 @@ const char* const alwaysOn[] = {
 };
 
 void apply(const State& s, VelmoraDoc& d) {
-    const char* const structures[] = {"non", "str", "uns"};
-    const char* const files[] = {"non", "apt", "skl"};
-    const char* const seconds[] = {"non", "wrl", "dat"};
+    constexpr StructureKind structures[] = {StructureKind::None, StructureKind::Structured,
+                                            StructureKind::Unstructured};
+    constexpr FileKind files[] = {FileKind::None, FileKind::Apt, FileKind::Skl};
+    constexpr SecondKind seconds[] = {SecondKind::None, SecondKind::Wrl, SecondKind::Dat};
     d.structureKind = structures[s.structure];
     d.fileKind = files[s.file];
     d.secondKind = seconds[s.second];
@@ -491,8 +492,8 @@ protected:
 
 TEST_F(AvailabilityCase, AnAptModelCanBeAppendedToSavedAndCaptured) {
     doc.patches.resize(1);
-    doc.structureKind = "str";
-    doc.fileKind = "apt";
+    doc.structureKind = StructureKind::Structured;
+    doc.fileKind = FileKind::Apt;
     for (const char* command : {"file.append", "file.save", "file.saveAs", "point.capture", "patch.capture"}) {
         EXPECT_TRUE(on(command)) << command;
     }
@@ -500,8 +501,8 @@ TEST_F(AvailabilityCase, AnAptModelCanBeAppendedToSavedAndCaptured) {
 }
 
 TEST_F(AvailabilityCase, AModelWithFieldDataIsSavedByTheFieldCommandOnly) {
-    doc.structureKind = "str";
-    doc.fileKind = "apt";
+    doc.structureKind = StructureKind::Structured;
+    doc.fileKind = FileKind::Apt;
     doc.fieldMode = true;
     EXPECT_FALSE(on("file.save"));
     EXPECT_FALSE(on("file.saveAs"));
@@ -509,7 +510,7 @@ TEST_F(AvailabilityCase, AModelWithFieldDataIsSavedByTheFieldCommandOnly) {
 }
 
 TEST_F(AvailabilityCase, IntersectionNeedsAPatchOutsideTheZBlock) {
-    doc.structureKind = "str";
+    doc.structureKind = StructureKind::Structured;
     doc.patches.resize(3);
     doc.blockCount = 3;
     EXPECT_FALSE(on("model.intersection"));
@@ -518,8 +519,8 @@ TEST_F(AvailabilityCase, IntersectionNeedsAPatchOutsideTheZBlock) {
 }
 
 TEST_F(AvailabilityCase, MergeOnASklModelIsOffWhateverTheZBlock) {
-    doc.structureKind = "str";
-    doc.fileKind = "skl";
+    doc.structureKind = StructureKind::Structured;
+    doc.fileKind = FileKind::Skl;
     for (const std::int32_t count : {0, 1, 2, 50, blockCapacity}) {
         doc.blockCount = count;
         EXPECT_FALSE(on("block.merge")) << count;
@@ -527,7 +528,7 @@ TEST_F(AvailabilityCase, MergeOnASklModelIsOffWhateverTheZBlock) {
 }
 
 TEST_F(AvailabilityCase, MergeOnAnUnstructuredModelNeedsTwoZones) {
-    doc.structureKind = "uns";
+    doc.structureKind = StructureKind::Unstructured;
     doc.blockCount = 1;
     EXPECT_FALSE(on("block.merge"));
     doc.blockCount = 2;

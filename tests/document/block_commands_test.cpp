@@ -50,9 +50,9 @@ protected:
     }
 
     void expectNoModel() {
-        EXPECT_EQ(doc.structureKind, "non");
-        EXPECT_EQ(doc.fileKind, "non");
-        EXPECT_EQ(doc.secondKind, "non");
+        EXPECT_EQ(doc.structureKind, StructureKind::None);
+        EXPECT_EQ(doc.fileKind, FileKind::None);
+        EXPECT_EQ(doc.secondKind, SecondKind::None);
     }
 };
 
@@ -135,11 +135,11 @@ TEST_F(BlockExtract, LeavesThePointAndTheSectionRegime) {
 
 TEST_F(BlockExtract, FollowsTheKindOfWhatIsLeft) {
     hold({patchOf({3, 4}), flatPatch(2, 3)});
-    ASSERT_EQ(doc.fileKind, "skl");
+    ASSERT_EQ(doc.fileKind, FileKind::Skl);
     select({1});
     doc.ExtractBlock();
-    EXPECT_EQ(doc.fileKind, "apt");
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
 
 TEST_F(BlockExtract, UndoneBringsAllBackAndAnEmptyZBlock) {
@@ -157,7 +157,7 @@ TEST_F(BlockExtract, KeepsZonesInTheOrderOfTheZBlock) {
     select({3, 1});
     doc.ExtractBlock();
     EXPECT_EQ(nodeCounts(), (Numbers{6, 4}));
-    EXPECT_EQ(doc.structureKind, "uns");
+    EXPECT_EQ(doc.structureKind, StructureKind::Unstructured);
     expectIdle();
     doc.UndoPatch();
     EXPECT_EQ(nodeCounts(), (Numbers{3, 4, 5, 6}));
@@ -191,7 +191,7 @@ TEST_F(BlockDelete, LeavesEveryRegime) {
 
 TEST_F(BlockDelete, OfAllPatchesLeavesNoModelAndIsUndone) {
     hold(stack(2));
-    doc.secondKind = "wrl";
+    doc.secondKind = SecondKind::Wrl;
     select({1, 0});
     doc.capture.holdBlock();
     doc.DeleteBlock();
@@ -200,8 +200,8 @@ TEST_F(BlockDelete, OfAllPatchesLeavesNoModelAndIsUndone) {
     expectIdle();
     doc.UndoPatch();
     EXPECT_EQ(heights(doc.patches), (Heights{0, 1}));
-    EXPECT_EQ(doc.structureKind, "str");
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.structureKind, StructureKind::Structured);
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
     EXPECT_THAT(block(), IsEmpty());
 }
 
@@ -209,8 +209,8 @@ TEST_F(BlockDelete, FollowsTheKindOfWhatIsLeft) {
     hold({patchOf({3, 3}), patchOf({3, 4})});
     select({1});
     doc.DeleteBlock();
-    EXPECT_EQ(doc.fileKind, "apt");
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
 
 TEST_F(BlockDelete, RemovesZones) {
@@ -218,7 +218,7 @@ TEST_F(BlockDelete, RemovesZones) {
     select({2, 0});
     doc.DeleteBlock();
     EXPECT_EQ(nodeCounts(), (Numbers{4}));
-    EXPECT_EQ(doc.structureKind, "uns");
+    EXPECT_EQ(doc.structureKind, StructureKind::Unstructured);
     expectIdle();
     doc.UndoPatch();
     EXPECT_EQ(nodeCounts(), (Numbers{3, 4, 5}));
@@ -295,17 +295,17 @@ TEST_F(BlockClipboard, PasteOfLinesIntoAGridMakesLinesOfIt) {
     hold(stack(2));
     doc.blockClipboard = {patchOf({3, 4})};
     doc.PasteBlock();
-    EXPECT_EQ(doc.fileKind, "skl");
-    EXPECT_EQ(doc.documentTitle, "wing.skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.skl");
 }
 
 TEST_F(BlockClipboard, PasteIntoNothingMakesAStructuredModel) {
     doc.blockClipboard = stack(2);
     doc.PasteBlock();
-    EXPECT_EQ(doc.structureKind, "str");
-    EXPECT_EQ(doc.fileKind, "apt");
-    EXPECT_EQ(doc.documentTitle, "Untitled.apt");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "Untitled.apt");
+    EXPECT_EQ(doc.structureKind, StructureKind::Structured);
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
+    EXPECT_EQ(doc.modelFile.documentTitle, "Untitled.apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "Untitled.apt");
     EXPECT_EQ(block(), (Numbers{0, 1}));
     EXPECT_TRUE(doc.capture->patchCaptured);
     EXPECT_FALSE(doc.patchUndoReady);
@@ -319,7 +319,7 @@ TEST_F(BlockSave, WritesTheZBlockInItsOrderAndLeavesTheModel) {
     doc.capture.holdBlock();
     ui.files = {{folder / "part.apt"}};
     doc.SaveBlockAs();
-    EXPECT_EQ(doc.blockKind, "apt");
+    EXPECT_EQ(doc.blockKind, FileKind::Apt);
     EXPECT_EQ(fileText(folder / "part.apt"), "2 2\n"
                                              "0.0000000000000000e+00 0.0000000000000000e+00 2.0000000000000000e+00\n"
                                              "1.0000000000000000e+00 0.0000000000000000e+00 2.0000000000000000e+00\n"
@@ -331,8 +331,8 @@ TEST_F(BlockSave, WritesTheZBlockInItsOrderAndLeavesTheModel) {
                                              "0.0000000000000000e+00 1.0000000000000000e+00 0.0000000000000000e+00\n"
                                              "1.0000000000000000e+00 1.0000000000000000e+00 0.0000000000000000e+00\n");
     EXPECT_EQ(doc.patches.size(), 3U);
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.apt");
     EXPECT_TRUE(doc.capture->patchCaptured);
     EXPECT_EQ(block(), (Numbers{2, 0}));
     EXPECT_FALSE(doc.documentModified);
@@ -342,19 +342,19 @@ TEST_F(BlockSave, WritesTheZBlockInItsOrderAndLeavesTheModel) {
 
 TEST_F(BlockSave, GoesByTheRegularityOfItsPatchesAlone) {
     hold({flatPatch(2, 2), patchOf({1, 2})});
-    ASSERT_EQ(doc.fileKind, "skl");
+    ASSERT_EQ(doc.fileKind, FileKind::Skl);
     select({0});
     doc.SaveBlockAs();
-    EXPECT_EQ(doc.blockKind, "apt");
+    EXPECT_EQ(doc.blockKind, FileKind::Apt);
     doc.blockCount = 0;
     select({1});
     ui.files = {{folder / "lines.skl"}};
     doc.SaveBlockAs();
-    EXPECT_EQ(doc.blockKind, "skl");
+    EXPECT_EQ(doc.blockKind, FileKind::Skl);
     EXPECT_EQ(ui.requests.at(0).types.at(0).extension, "apt");
     EXPECT_EQ(ui.requests.at(1).types.at(0).extension, "skl");
     EXPECT_TRUE(fileText(folder / "lines.skl").starts_with("2\n1\n"));
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
 }
 
 TEST_F(BlockSave, CancelledWritesNothing) {

@@ -349,13 +349,13 @@ protected:
                 continue;
             }
             const std::string before = Picture::ofModel(doc);
-            const std::string kind = doc.structureKind + doc.fileKind;
+            const std::string kinds = kindsOf(doc);
             ui.answers = {true, true};
             ui.dialogs = {{}};
             ui.files.clear();
             (doc.*command.run)();
             EXPECT_EQ(Picture::ofModel(doc), before) << command.id;
-            EXPECT_EQ(doc.structureKind + doc.fileKind, kind) << command.id;
+            EXPECT_EQ(kindsOf(doc), kinds) << command.id;
             doc.leaveRegimes();
             holdModel();
         }

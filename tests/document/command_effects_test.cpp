@@ -586,7 +586,7 @@ protected:
         ASSERT_EQ(doc.documentModified, GetParam().startsModified);
         model = Picture::ofModel(doc);
         picture = Picture::ofAll(doc);
-        title = doc.documentTitle;
+        title = doc.modelFile.documentTitle;
         undo = undoState();
         pointReady = doc.pointUndoReady;
         patchReady = doc.patchUndoReady;
@@ -608,7 +608,7 @@ protected:
     }
 
     void expectTitle(const std::string& expected) {
-        EXPECT_EQ(doc.documentTitle, expected);
+        EXPECT_EQ(doc.modelFile.documentTitle, expected);
         EXPECT_EQ(lastShown("title: "), expected == title ? lastShown("title: ") : expected);
     }
 
@@ -783,8 +783,10 @@ TEST_P(CommandEffect, CalledOffLeavesAllAsItWas) {
     case CalledOff::SnapshotUndoAndJoint:
         EXPECT_TRUE(doc.documentModified);
         EXPECT_EQ(doc.patchUndoReady, effect.calledOff != CalledOff::Snapshot);
-        EXPECT_EQ(doc.structureKind == "uns" ? Picture::ofZones(doc.undoRegion) : Picture::ofPatches(doc.undoPatches),
-                  doc.structureKind == "uns" ? Picture::ofZones(doc.feRegion) : Picture::ofPatches(doc.patches));
+        EXPECT_EQ(doc.structureKind == StructureKind::Unstructured ? Picture::ofZones(doc.undoRegion)
+                                                                   : Picture::ofPatches(doc.undoPatches),
+                  doc.structureKind == StructureKind::Unstructured ? Picture::ofZones(doc.feRegion)
+                                                                   : Picture::ofPatches(doc.patches));
     }
 }
 

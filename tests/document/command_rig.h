@@ -139,7 +139,7 @@ private:
         add("markers", doc.markersOpen ? doc.markers : PointList());
         add("initial markers", doc.sftPoints);
         add("shifted markers", doc.sftTargets);
-        text_ << "\nsecond " << doc.secondKind;
+        text_ << "\nsecond " << textOf(doc.secondKind);
         add("second zones", doc.referenceRegion);
     }
 

@@ -35,7 +35,7 @@ protected:
             return;
         }
         const std::int32_t part = pick(doc.partCount());
-        if (doc.structureKind == "uns") {
+        if (doc.structureKind == StructureKind::Unstructured) {
             addOnce(part);
             return;
         }
@@ -49,7 +49,7 @@ protected:
             break;
         case 1:
             doc.leaveRegimes();
-            doc.fileKind == "apt" ? captureLine(part, pick(points)) : captureSection(part, section);
+            doc.fileKind == FileKind::Apt ? captureLine(part, pick(points)) : captureSection(part, section);
             break;
         case 2:
             if (doc.pointAt(doc.capture->capturedPatch, doc.capture->capturedSection, 0) != nullptr &&
@@ -86,10 +86,10 @@ protected:
     void expectSoundness(int step) {
         ASSERT_GE(doc.blockCount, 0) << step;
         ASSERT_LE(doc.blockCount, blockCapacity) << step;
-        if (doc.structureKind == "non") {
+        if (doc.structureKind == StructureKind::None) {
             ASSERT_TRUE(doc.holdsNothing()) << step;
         }
-        if (doc.structureKind == "str" && doc.fileKind == "apt") {
+        if (doc.structureKind == StructureKind::Structured && doc.fileKind == FileKind::Apt) {
             for (const Patch& patch : doc.patches) {
                 for (const PointList& section : patch) {
                     ASSERT_EQ(section.size(), patch.front().size()) << step;
@@ -114,7 +114,7 @@ private:
 TEST_F(CommandWalk, NeverLeavesTheModelOrCallsAGridWhatIsNone) {
     holdAnything();
     for (int step = 0; step < 20000; ++step) {
-        if (step % 40 == 0 || doc.structureKind == "non" || pointTotal(doc.patches) > 2000) {
+        if (step % 40 == 0 || doc.structureKind == StructureKind::None || pointTotal(doc.patches) > 2000) {
             holdAnything();
         }
         captureAnything();

@@ -107,7 +107,7 @@ std::string stepBeforePoint(VelmoraDoc& doc) {
 }
 
 std::string partsOnDisk(VelmoraDoc& doc) {
-    const std::filesystem::path folder = doc.chosenPath.parent_path();
+    const std::filesystem::path folder = doc.modelFile.chosenPath.parent_path();
     const bool both = std::filesystem::exists(folder / "wing_1.dat") && std::filesystem::exists(folder / "wing_2.dat");
     return (both ? "both, the model is " : "none, the model is ") + extent(&Vector::x)(doc);
 }

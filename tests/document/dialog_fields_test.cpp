@@ -382,7 +382,7 @@ TEST(StoredDialogs, AreFoundByEachOfTheirNames) {
 TEST(StoredDialogs, ShowTheValuesThatTheDocumentHolds) {
     RecordingUi ui;
     VelmoraDoc doc(ui, {});
-    doc.rebreakValues.compression = 2.5;
+    doc.rebreakValues.law.compression = 2.5;
     doc.inputLineValues.line = 7;
     EXPECT_EQ(fieldText(*doc.storedDialog("CRebreak")->find("compression")), "2.5");
     EXPECT_EQ(fieldText(*doc.storedDialog("CInputLine")->find("line")), "7");

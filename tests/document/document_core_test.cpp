@@ -19,10 +19,10 @@ class DocumentCore : public DocumentTest {};
 // ---- The start ------------------------------------------------------------------------------------------------------
 
 TEST_F(DocumentCore, StartsEmpty) {
-    EXPECT_EQ(doc.structureKind, "non");
-    EXPECT_EQ(doc.fileKind, "non");
-    EXPECT_EQ(doc.secondKind, "non");
-    EXPECT_EQ(doc.documentTitle, "Untitled");
+    EXPECT_EQ(doc.structureKind, StructureKind::None);
+    EXPECT_EQ(doc.fileKind, FileKind::None);
+    EXPECT_EQ(doc.secondKind, SecondKind::None);
+    EXPECT_EQ(doc.modelFile.documentTitle, "Untitled");
     EXPECT_EQ(doc.capture->continuePrompt, "Press right button to continue");
     EXPECT_EQ(doc.capture->dragPrompt, "Press left button of mouse and drag it");
     EXPECT_TRUE(doc.patches.empty());
@@ -41,9 +41,7 @@ TEST_F(DocumentCore, StartsEmpty) {
 }
 
 TEST_F(DocumentCore, StartsWithAllFlagsClearButPartAfter) {
-    for (const bool flag : {doc.appendMode,
-                            doc.readerOption,
-                            doc.pointUndoReady,
+    for (const bool flag : {doc.pointUndoReady,
                             doc.patchUndoReady,
                             doc.capture->pointCaptureArmed,
                             doc.capture->pointCaptured,
@@ -96,7 +94,7 @@ TEST(DocumentStart, TwoDocumentsKnowNothingOfEachOther) {
     VelmoraDoc other(ui, {});
     one.patches = {flatPatch(2, 2)};
     one.checkRegularity(one.patches);
-    EXPECT_EQ(other.structureKind, "non");
+    EXPECT_EQ(other.structureKind, StructureKind::None);
     EXPECT_TRUE(other.patches.empty());
 }
 
@@ -104,34 +102,34 @@ TEST(DocumentStart, TwoDocumentsKnowNothingOfEachOther) {
 
 TEST_F(DocumentCore, AModelOfRegularPatchesIsApt) {
     doc.checkRegularity({flatPatch(2, 3), flatPatch(4, 2)});
-    EXPECT_EQ(doc.structureKind, "str");
-    EXPECT_EQ(doc.fileKind, "apt");
-    EXPECT_EQ(doc.secondKind, "non");
+    EXPECT_EQ(doc.structureKind, StructureKind::Structured);
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
+    EXPECT_EQ(doc.secondKind, SecondKind::None);
 }
 
 TEST_F(DocumentCore, OneIrregularPatchMakesTheModelSkl) {
     doc.checkRegularity({flatPatch(2, 3), patchOf({3, 4})});
-    EXPECT_EQ(doc.structureKind, "str");
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.structureKind, StructureKind::Structured);
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
 }
 
 TEST_F(DocumentCore, APatchOfOneSectionMakesTheModelSkl) {
     doc.checkRegularity({flatPatch(2, 3), flatPatch(1, 3), flatPatch(2, 3)});
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
 }
 
 TEST_F(DocumentCore, AnEmptyModelKeepsItsKinds) {
-    doc.structureKind = "uns";
-    doc.fileKind = "skl";
+    doc.structureKind = StructureKind::Unstructured;
+    doc.fileKind = FileKind::Skl;
     doc.checkRegularity({});
-    EXPECT_EQ(doc.structureKind, "uns");
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.structureKind, StructureKind::Unstructured);
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
 }
 
 TEST_F(DocumentCore, PatchesWithoutSectionsKeepTheKinds) {
     doc.checkRegularity({Patch(), Patch()});
-    EXPECT_EQ(doc.structureKind, "non");
-    EXPECT_EQ(doc.fileKind, "non");
+    EXPECT_EQ(doc.structureKind, StructureKind::None);
+    EXPECT_EQ(doc.fileKind, FileKind::None);
 }
 
 TEST_F(DocumentCore, FieldModeComesWithTheFirstRegularPatchOfAFieldFile) {
@@ -149,17 +147,17 @@ TEST_F(DocumentCore, FieldModeComesWithTheFirstRegularPatchOfAFieldFile) {
 TEST_F(DocumentCore, TitleAndPathFollowTheKindAfterAnEdit) {
     hold({flatPatch(2, 3)});
     doc.patches[0][0].pop_back();
-    doc.UpdateAfterEdit();
-    EXPECT_EQ(doc.fileKind, "skl");
-    EXPECT_EQ(doc.documentTitle, "wing.skl");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.skl");
-    EXPECT_EQ(doc.currentDirectory, shownFolder());
-    EXPECT_EQ(doc.chosenPath, folder / "wing.skl");
+    doc.retitle();
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.skl");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.skl");
+    EXPECT_EQ(doc.modelFile.currentDirectory, shownFolder());
+    EXPECT_EQ(doc.modelFile.chosenPath, folder / "wing.skl");
     EXPECT_THAT(heard(), ElementsAre("title: wing.skl"));
     doc.patches[0][1].pop_back();
-    doc.UpdateAfterEdit();
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.apt");
+    doc.retitle();
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.apt");
 }
 
 TEST_F(DocumentCore, ATitleThatStaysIsNotSaidAgain) {
@@ -172,15 +170,15 @@ TEST_F(DocumentCore, ARegularModelWithFieldDataIsTitledDat) {
     hold({flatPatch(2, 3)});
     doc.fieldMode = true;
     doc.retitle();
-    EXPECT_EQ(doc.documentTitle, "wing.dat");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.dat");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.dat");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.dat");
 }
 
 // ---- Box ------------------------------------------------------------------------------------------------------------
 
 TEST_F(DocumentCore, BoundsComeFromTheBoxOfAllPoints) {
     doc.patches = {{{{-1, 0, 2}, {3, 0, 2}}, {{0, 4, 2}, {0, 0, 14}}}};
-    doc.structureKind = "str";
+    doc.structureKind = StructureKind::Structured;
     doc.updateBounds();
     EXPECT_EQ(doc.boxMin, zVec<double>(-1, 0, 2));
     EXPECT_EQ(doc.boxMax, zVec<double>(3, 4, 14));
@@ -194,7 +192,7 @@ TEST_F(DocumentCore, BoundsOfNothingLeaveCentreRadiusAndViewsAlone) {
     hold({flatPatch(2, 3)});
     const double radius = doc.modelRadius;
     const zVec<double> centre = doc.modelCenter;
-    doc.structureKind = "non";
+    doc.structureKind = StructureKind::None;
     doc.updateBounds();
     EXPECT_EQ(doc.modelRadius, radius);
     EXPECT_EQ(doc.modelCenter, centre);
@@ -207,7 +205,7 @@ TEST_F(DocumentCore, BoundsOfNothingLeaveCentreRadiusAndViewsAlone) {
 TEST_F(DocumentCore, AnEditDoesNotMoveTheBox) {
     hold({flatPatch(2, 3)});
     doc.patches[0][0][0].x = -100;
-    doc.UpdateAfterEdit();
+    doc.retitle();
     doc.redraw();
     EXPECT_EQ(doc.boxMin, zVec<double>());
 }
@@ -242,7 +240,7 @@ TEST_F(DocumentCore, ViewsHearWhetherGeometryPictureOrHighlightChanged) {
 TEST_F(DocumentCore, GeometryHasAnotherRevisionAlsoWhenNothingIsLeftOfIt) {
     hold({flatPatch(2, 3)});
     const std::uint64_t revision = doc.geometryRevision();
-    doc.structureKind = "non";
+    doc.structureKind = StructureKind::None;
     doc.updateBounds();
     EXPECT_NE(doc.geometryRevision(), revision);
 }

@@ -66,7 +66,7 @@ protected:
     /// Puts a model in place as if it had been opened as wing.apt or wing.skl from the folder, without any trace.
     void hold(PatchList model) {
         doc.patches = std::move(model);
-        doc.chosenPath = folder / "wing.apt";
+        doc.modelFile.chosenPath = folder / "wing.apt";
         doc.retitle();
         doc.updateBounds();
         forget();
@@ -105,6 +105,11 @@ protected:
     RecordingView view;
     VelmoraDoc doc;
 };
+
+/// The kinds as they are printed, one behind the other.
+inline std::string kindsOf(const VelmoraDoc& doc) {
+    return std::string(textOf(doc.structureKind)) + textOf(doc.fileKind) + textOf(doc.secondKind);
+}
 
 /// A patch whose sections have the given numbers of points, point (n, m) at (m, n, 0).
 inline Patch patchOf(const std::vector<int>& pointCounts) {

@@ -51,7 +51,7 @@ TEST_F(EditPoint, ChangesNoOtherPoint) {
     ui.dialogs.push_back({{"x", "5"}});
     doc.EditPoint();
     EXPECT_EQ(doc.patches, expected);
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
 
 TEST_F(EditPoint, TakesASnapshotAndTheAddress) {

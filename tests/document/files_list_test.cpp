@@ -271,7 +271,7 @@ TEST_F(DocumentTest, SeveralFilesByPathJoinTheFirstIfTheyAreOfItsType) {
     writeFileText(folder / "c.skl", "1\n2\n0 0 0\n1 0 0\n");
     doc.onOpenDocuments({folder / "a.apt", folder / "c.skl", folder / "b.APT"});
     EXPECT_EQ(doc.patches.size(), 3U);
-    EXPECT_EQ(doc.documentTitle, "b.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "b.apt");
     EXPECT_EQ(ui.count("recent: " + (folder / "a.apt").string()), 1U);
     EXPECT_EQ(ui.count("recent: " + (folder / "b.APT").string()), 0U);
     EXPECT_FALSE(doc.documentModified);

@@ -61,7 +61,8 @@ TEST_F(SplitPatch, AtASectionGivesTwoPatchesAndEmptiesTheZBlock) {
     EXPECT_EQ(doc.blockList[0], -1);
     EXPECT_EQ(doc.capture->capturedPatch, 1);
     EXPECT_EQ(doc.capture->capturedSection, 3);
-    EXPECT_THAT(heard(), ElementsAre("status: the section"));
+    EXPECT_THAT(heard(), ElementsAre("status: the section", "status: Captured section: Patch K=2, Section N=4, Points "
+                                                            "M=4  // Press right button to continue "));
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set section"));
 }
 
@@ -96,7 +97,10 @@ TEST_F(SplitPatch, AtABorderLeavesTheModelButTakesSnapshotPromptAndZBlock) {
         EXPECT_EQ(doc.undoPatches, before);
         EXPECT_TRUE(doc.patchUndoReady);
         EXPECT_THAT(block(), IsEmpty());
-        EXPECT_THAT(heard(), ElementsAre("status: the section"));
+        EXPECT_THAT(heard(),
+                    ElementsAre("status: the section",
+                                "status: Captured section: Patch K=1, Section N=" + std::to_string(section + 1) +
+                                    ", Points M=5  // Press right button to continue "));
     }
 }
 
@@ -110,7 +114,7 @@ TEST_F(SplitPatch, WithAFieldCutsItInTheSamePlace) {
     for (std::size_t k = 0; k < doc.patches.size(); ++k) {
         EXPECT_EQ(countsOf(doc.fieldPatches[k]), countsOf(doc.patches[k]));
     }
-    EXPECT_EQ(doc.documentTitle, "wing.dat");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.dat");
 }
 
 TEST_F(SplitPatch, WithoutAFieldLeavesTheFieldListAlone) {

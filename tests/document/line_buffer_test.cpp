@@ -87,7 +87,7 @@ TEST_F(LineBuffer, PasteOnASectionSaysThatAptMayBeViolatedEvenWhenItIsNot) {
     doc.PasteFromBuffer();
     EXPECT_EQ(doc.patches[0][1], row(4, 7));
     EXPECT_EQ(doc.patches[0].size(), 3U);
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
     EXPECT_THAT(heard(), ElementsAre(aptNotice));
     EXPECT_EQ(doc.undoPatches, before);
     EXPECT_TRUE(doc.patchUndoReady);
@@ -101,7 +101,7 @@ TEST_F(LineBuffer, PasteOfAnotherLengthOnASectionTurnsAptToSkl) {
     fill(row(6, 7));
     doc.PasteFromBuffer();
     EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{4, 6, 4}));
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
     EXPECT_THAT(heard(), ElementsAre(aptNotice, "title: wing.skl"));
 }
 
@@ -317,7 +317,7 @@ TEST_F(PartOfSection, PasteAfterDropsWhatFollowsThePoint) {
     doc.PastePart();
     EXPECT_EQ(numbers(1), (std::vector<double>{0, 1, 0, 1, 2}));
     EXPECT_EQ(doc.capture->capturedPoint, 1);
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
     EXPECT_THAT(heard(), ElementsAre("dialog: CBeforeAfter -> ok", "title: wing.skl"));
 }
 
@@ -413,7 +413,7 @@ TEST_F(PartOfSection, KnifeCancelledKeepsTheSnapshotAndIsUndone) {
     doc.KnifePart();
     doc.UndoPatch();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
 
 TEST_F(PartOfSection, NothingReadsPastTheSectionOnceTheNumberLiesBeyondIt) {

@@ -50,10 +50,10 @@ protected:
         return lines;
     }
 
-    void expectKinds(const char* structure, const char* file) const {
+    void expectKinds(StructureKind structure, FileKind file) const {
         EXPECT_EQ(doc.structureKind, structure);
         EXPECT_EQ(doc.fileKind, file);
-        EXPECT_EQ(doc.secondKind, "non");
+        EXPECT_EQ(doc.secondKind, SecondKind::None);
     }
 
     void armEverything() {
@@ -103,8 +103,8 @@ TEST_F(New, AnsweredWithNoChangesNothing) {
     doc.onNewDocument();
     EXPECT_THAT(heard(), ElementsAre(removalDeclined));
     EXPECT_EQ(doc.patches, before);
-    expectKinds("str", "apt");
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
     EXPECT_TRUE(doc.capture->sectionCaptured);
     EXPECT_FALSE(doc.patchUndoReady);
     EXPECT_FALSE(doc.documentModified);
@@ -121,7 +121,7 @@ TEST_F(New, AnsweredWithYesEmptiesTheDocument) {
     doc.onNewDocument();
     EXPECT_EQ(ui.transcript.front(), removalAnswered);
     EXPECT_TRUE(doc.patches.empty());
-    expectKinds("non", "non");
+    expectKinds(StructureKind::None, FileKind::None);
     EXPECT_EQ(doc.undoPatches, before);
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_TRUE(doc.fieldPatches.empty());
@@ -147,8 +147,8 @@ TEST_F(New, CanBeUndone) {
     doc.onNewDocument();
     doc.UndoPatch();
     EXPECT_EQ(doc.patches, before);
-    expectKinds("str", "apt");
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
     EXPECT_EQ(doc.boxMax, zVec<double>(2, 1, 0));
 }
 
@@ -172,11 +172,11 @@ TEST_F(Open, ReadsAnAptFile) {
     const PatchList model = {flatPatch(2, 3), flatPatch(4, 2, 5.0)};
     EXPECT_THAT(open({writeApt("wing.apt", model)}), ElementsAre("chooser: Open -> 1", "title: wing.apt"));
     EXPECT_EQ(doc.patches, model);
-    expectKinds("str", "apt");
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.apt");
-    EXPECT_EQ(doc.currentDirectory, shownFolder());
-    EXPECT_EQ(doc.fileExtension, "apt");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.apt");
+    EXPECT_EQ(doc.modelFile.currentDirectory, shownFolder());
+    EXPECT_EQ(doc.modelFile.fileExtension, "apt");
     EXPECT_EQ(doc.boxMax, zVec<double>(2, 3, 5));
     EXPECT_TRUE(doc.surfaceMode);
     EXPECT_FALSE(doc.documentModified);
@@ -190,39 +190,39 @@ TEST_F(Open, ReadsASklFile) {
     const PatchList model = {patchOf({3, 2, 4})};
     EXPECT_THAT(openHeard({writeSkl("hull.skl", model)}), ElementsAre("title: hull.skl"));
     EXPECT_EQ(doc.patches, model);
-    expectKinds("str", "skl");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "hull.skl");
+    expectKinds(StructureKind::Structured, FileKind::Skl);
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "hull.skl");
 }
 
 TEST_F(Open, LowersTitleAndPathButKeepsTheFilesSpelling) {
     std::filesystem::create_directory(folder / "Data");
     openHeard({writeApt("Data/Wing.APT", {flatPatch(2, 3)})});
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "data/wing.apt");
-    EXPECT_EQ(doc.currentDirectory, shownFolder() + "data/");
-    EXPECT_EQ(doc.fileExtension, "apt");
-    EXPECT_EQ(doc.chosenPath, folder / "Data/Wing.APT");
-    expectKinds("str", "apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "data/wing.apt");
+    EXPECT_EQ(doc.modelFile.currentDirectory, shownFolder() + "data/");
+    EXPECT_EQ(doc.modelFile.fileExtension, "apt");
+    EXPECT_EQ(doc.modelFile.chosenPath, folder / "Data/Wing.APT");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
 }
 
 TEST_F(Open, OfARegularSklFileTakesTheKindAndTitleApt) {
     EXPECT_EQ(openHeard({writeSkl("hull.skl", {flatPatch(3, 4)})}).back(), "title: hull.apt");
-    expectKinds("str", "apt");
-    EXPECT_EQ(doc.documentTitle, "hull.apt");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
+    EXPECT_EQ(doc.modelFile.documentTitle, "hull.apt");
 }
 
 TEST_F(Open, OfAnAptFileWithAPatchOfOneSectionTakesTheKindTitleAndPathSkl) {
     EXPECT_THAT(openHeard({writeApt("wing.apt", {flatPatch(2, 3), flatPatch(1, 3)})}),
                 ElementsAre("title: wing.apt", "title: wing.skl"));
-    expectKinds("str", "skl");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.skl");
+    expectKinds(StructureKind::Structured, FileKind::Skl);
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.skl");
 }
 
 TEST_F(Open, CancelledWithoutAModelChangesNothing) {
     EXPECT_THAT(open({}), ElementsAre("chooser: Open -> 0"));
-    EXPECT_EQ(doc.documentTitle, "Untitled");
-    EXPECT_EQ(doc.currentPath, "");
-    expectKinds("non", "non");
+    EXPECT_EQ(doc.modelFile.documentTitle, "Untitled");
+    EXPECT_EQ(doc.modelFile.currentPath, "");
+    expectKinds(StructureKind::None, FileKind::None);
 }
 
 TEST_F(Open, AnsweredWithNoStopsBeforeTheChooser) {
@@ -230,7 +230,7 @@ TEST_F(Open, AnsweredWithNoStopsBeforeTheChooser) {
     const PatchList before = doc.patches;
     EXPECT_THAT(open({folder / "other.apt"}), ElementsAre(removalDeclined));
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
     EXPECT_FALSE(doc.patchUndoReady);
 }
 
@@ -245,12 +245,12 @@ TEST_F(Open, CancelledAfterYesLeavesAnEmptyDocumentThatUndoFills) {
     EXPECT_EQ(lines[1], "title: Untitled");
     EXPECT_EQ(lines[2], "chooser: Open -> 0");
     EXPECT_TRUE(doc.patches.empty());
-    expectKinds("non", "non");
+    expectKinds(StructureKind::None, FileKind::None);
     EXPECT_FALSE(doc.showBlockOnly || doc.rebuildOnUndo || doc.fieldOpening);
     EXPECT_TRUE(doc.patchUndoReady);
     doc.UndoPatch();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
 
 TEST_F(Open, OverAModelReplacesItAndCanBeUndone) {
@@ -275,13 +275,13 @@ TEST_F(Open, LeavesTheRegimesOfTheModelBefore) {
 
 TEST_F(Open, OfAnEmptyAptFileIsCancelledUnderItsTitle) {
     EXPECT_THAT(openHeard({write("none.apt", "")}), ElementsAre("title: none.apt", cancelled));
-    expectKinds("non", "non");
-    EXPECT_EQ(doc.documentTitle, "none.apt");
+    expectKinds(StructureKind::None, FileKind::None);
+    EXPECT_EQ(doc.modelFile.documentTitle, "none.apt");
 }
 
 TEST_F(Open, OfAnEmptySklFileIsCancelledUnderItsTitle) {
     EXPECT_THAT(openHeard({write("none.skl", "")}), ElementsAre("title: none.skl", cancelled));
-    expectKinds("non", "non");
+    expectKinds(StructureKind::None, FileKind::None);
 }
 
 TEST_F(Open, OfAnUnsupportedTypeSaysSoAndIsCancelled) {
@@ -289,15 +289,15 @@ TEST_F(Open, OfAnUnsupportedTypeSaysSoAndIsCancelled) {
         EXPECT_THAT(openHeard({write(name, "2 2\n")}),
                     ElementsAre("message: This file's type is not supported by Sorvane", cancelled))
             << name;
-        expectKinds("non", "non");
-        EXPECT_EQ(doc.documentTitle, "Untitled");
+        expectKinds(StructureKind::None, FileKind::None);
+        EXPECT_EQ(doc.modelFile.documentTitle, "Untitled");
     }
 }
 
 TEST_F(Open, OfAFileThatIsNotThereIsCancelled) {
     EXPECT_THAT(openHeard({folder / "absent.apt"}),
                 ElementsAre("message: It is impossible to open selected file", cancelled));
-    EXPECT_EQ(doc.documentTitle, "Untitled");
+    EXPECT_EQ(doc.modelFile.documentTitle, "Untitled");
     EXPECT_THAT(openHeard({folder / "absent.skl"}),
                 ElementsAre("message: It is impossible to open selected file", cancelled));
 }
@@ -331,23 +331,23 @@ TEST_F(OpenList, ReadsFilesOfTheFirstOnesTypeIntoOneModelAndSkipsOthersSilently)
         openHeard({writeApt("a.apt", {first}), writeSkl("b.skl", {patchOf({4, 5})}), writeApt("c.APT", {second})}),
         ElementsAre("title: a.apt", "title: c.apt"));
     EXPECT_EQ(doc.patches, (PatchList{first, second}));
-    expectKinds("str", "apt");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "c.apt");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "c.apt");
 }
 
 TEST_F(OpenList, TakesPathAndExtensionOfLoadedFilesOnly) {
     openHeard({writeApt("a.apt", {flatPatch(2, 2)}), writeSkl("b.skl", {patchOf({4, 5})})});
-    EXPECT_EQ(doc.currentPath, shownFolder() + "a.apt");
-    EXPECT_EQ(doc.fileExtension, "apt");
-    EXPECT_EQ(doc.documentTitle, "a.apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "a.apt");
+    EXPECT_EQ(doc.modelFile.fileExtension, "apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "a.apt");
 }
 
 TEST_F(OpenList, OfSklFilesReadsThemAll) {
     openHeard({writeSkl("a.skl", {patchOf({2, 3})}), writeApt("b.apt", {flatPatch(2, 2)}),
                writeSkl("c.skl", {flatPatch(2, 2)})});
     EXPECT_EQ(doc.patches.size(), 2U);
-    expectKinds("str", "skl");
-    EXPECT_EQ(doc.documentTitle, "c.skl");
+    expectKinds(StructureKind::Structured, FileKind::Skl);
+    EXPECT_EQ(doc.modelFile.documentTitle, "c.skl");
 }
 
 TEST_F(OpenList, StopsAtAFirstFileThatGivesNoModel) {
@@ -360,8 +360,8 @@ TEST_F(OpenList, KeepsWhatItHasWhenALaterFileIsWrong) {
     EXPECT_THAT(openHeard({writeApt("a.apt", {flatPatch(2, 2)}), write("b.apt", "2 2\n0 0 0\n")}),
                 testing::Contains("message: Body of APT file is wrong. Compartment N= 1"));
     EXPECT_EQ(doc.patches.size(), 1U);
-    expectKinds("str", "apt");
-    EXPECT_EQ(doc.documentTitle, "Wrong");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
+    EXPECT_EQ(doc.modelFile.documentTitle, "Wrong");
 }
 
 // ---- Reads that fail ------------------------------------------------------------------------------------------------
@@ -412,8 +412,8 @@ TEST_P(WrongFiles, GetTheirMessagesAndTheTitleWrong) {
                 lines.end());
     EXPECT_EQ(lines, GetParam().messages);
     EXPECT_EQ(doc.patches.size(), GetParam().patches);
-    EXPECT_EQ(doc.structureKind, GetParam().patches == 0 ? "non" : "str");
-    EXPECT_EQ(doc.documentTitle, "Wrong");
+    EXPECT_EQ(doc.structureKind, GetParam().patches == 0 ? StructureKind::None : StructureKind::Structured);
+    EXPECT_EQ(doc.modelFile.documentTitle, "Wrong");
 }
 
 TEST_P(WrongFiles, AreSaidTheSameWayByPath) {
@@ -423,7 +423,7 @@ TEST_P(WrongFiles, AreSaidTheSameWayByPath) {
                                [](const std::string& line) { return !line.starts_with("message: "); }),
                 lines.end());
     EXPECT_EQ(lines, GetParam().messages);
-    EXPECT_EQ(doc.documentTitle, "Wrong");
+    EXPECT_EQ(doc.modelFile.documentTitle, "Wrong");
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, WrongFiles, testing::ValuesIn(wrongFiles),
@@ -432,7 +432,7 @@ INSTANTIATE_TEST_SUITE_P(Files, WrongFiles, testing::ValuesIn(wrongFiles),
 TEST_F(FailedRead, LeavesThePatchesBeforeItWithTheirKind) {
     openHeard({write("a.apt", brokenSecondCompartment)});
     EXPECT_EQ(doc.patches, (PatchList{flatPatch(2, 2)}));
-    expectKinds("str", "apt");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
     EXPECT_TRUE(doc.surfaceMode);
 }
 
@@ -447,26 +447,26 @@ TEST_F(FailedRead, KeepsTheTitleWrongThroughEditsAndUndo) {
     doc.SavePatchUndo();
     doc.patchUndoReady = true;
     doc.patches[0][0].pop_back();
-    doc.UpdateAfterEdit();
-    EXPECT_EQ(doc.fileKind, "skl");
-    EXPECT_EQ(doc.documentTitle, "Wrong");
+    doc.retitle();
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
+    EXPECT_EQ(doc.modelFile.documentTitle, "Wrong");
     doc.UndoPatch();
-    EXPECT_EQ(doc.documentTitle, "Wrong");
+    EXPECT_EQ(doc.modelFile.documentTitle, "Wrong");
 }
 
 TEST_F(FailedRead, LosesTheTitleWrongAtTheNextOpen) {
     openHeard({write("a.apt", brokenSecondCompartment)});
     ui.answers = {true};
     EXPECT_THAT(openHeard({writeApt("b.apt", {flatPatch(2, 2)})}), testing::Contains("title: b.apt"));
-    EXPECT_EQ(doc.documentTitle, "b.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "b.apt");
 }
 
 TEST_F(FailedRead, ThatGaveNothingLosesTheTitleWrongAtTheNextOpen) {
     openHeard({write("a.apt", "2 2\n")});
-    EXPECT_EQ(doc.documentTitle, "Wrong");
+    EXPECT_EQ(doc.modelFile.documentTitle, "Wrong");
     EXPECT_THAT(openHeard({writeApt("b.apt", {flatPatch(2, 2)})}), ElementsAre("title: b.apt"));
-    doc.UpdateAfterEdit();
-    EXPECT_EQ(doc.documentTitle, "b.apt");
+    doc.retitle();
+    EXPECT_EQ(doc.modelFile.documentTitle, "b.apt");
 }
 
 // ---- Opening by path ------------------------------------------------------------------------------------------------
@@ -491,12 +491,12 @@ TEST_F(OpenByPath, AsksNothingAndRecordsThePathAsChosen) {
 
 TEST_F(OpenByPath, ForgetsWhatWasLoadedBefore) {
     hold({flatPatch(2, 3)});
-    doc.secondKind = "wrl";
+    doc.secondKind = SecondKind::Wrl;
     doc.fieldLoaded = doc.fieldMode = doc.fieldOpening = true;
     doc.onOpenDocument(writeApt("body.apt", {flatPatch(4, 4)}));
-    expectKinds("str", "apt");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
     EXPECT_FALSE(doc.fieldLoaded || doc.fieldMode || doc.fieldOpening);
-    EXPECT_EQ(doc.documentTitle, "body.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "body.apt");
 }
 
 TEST_F(OpenByPath, OfAFileThatGivesNoModelIsCancelledAfterTheReadersMessage) {
@@ -509,7 +509,7 @@ TEST_F(OpenByPath, OfAFileThatGivesNoModelIsCancelledAfterTheReadersMessage) {
     ASSERT_NE(command, lines.end());
     EXPECT_LT(reader, command);
     EXPECT_TRUE(doc.patches.empty());
-    expectKinds("non", "non");
+    expectKinds(StructureKind::None, FileKind::None);
 }
 
 TEST_F(OpenByPath, OfAnUnsupportedTypeIsCancelled) {
@@ -531,7 +531,7 @@ TEST_F(OpenByPath, UndoBringsTheModelBackUnderItsOwnFile) {
     EXPECT_TRUE(doc.pointUndoPatches.empty());
     doc.UndoPatch();
     EXPECT_EQ(doc.patches, PatchList{flatPatch(2, 3)});
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
     const std::string before = fileText(body);
     doc.saveModel();
     EXPECT_EQ(fileText(body), before);
@@ -550,7 +550,7 @@ TEST_F(Open, UndoAfterItNeverSavesOverTheFileOpenedLast) {
     ui.answers = {true};
     open({broken});
     doc.UndoPatch();
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
     doc.saveModel();
     EXPECT_EQ(fileText(broken), "2 2\n0 0 0\n");
 }
@@ -559,7 +559,7 @@ TEST_F(Open, OfAFileWithTextBehindItsEndAsksBeforeSavingOverIt) {
     const std::string text = "2 1\n0 0 0\n1 0 0\nmore\n";
     const auto path = write("more.apt", text);
     doc.onOpenDocument(path);
-    EXPECT_EQ(doc.documentTitle, "more.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "more.apt");
     ui.answers = {false};
     doc.saveModel();
     EXPECT_EQ(fileText(path), text);

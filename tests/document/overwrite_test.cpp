@@ -120,12 +120,12 @@ struct Traces {
 class OverwriteTest : public CommandTest {
 protected:
     Traces traces() const {
-        return {.title = doc.documentTitle,
-                .path = doc.currentPath,
-                .directory = doc.currentDirectory,
-                .extension = doc.fileExtension,
-                .kinds = doc.structureKind + doc.fileKind + doc.secondKind,
-                .chosen = doc.chosenPath,
+        return {.title = doc.modelFile.documentTitle,
+                .path = doc.modelFile.currentPath,
+                .directory = doc.modelFile.currentDirectory,
+                .extension = doc.modelFile.fileExtension,
+                .kinds = kindsOf(doc),
+                .chosen = doc.modelFile.chosenPath,
                 .modified = doc.documentModified,
                 .patches = doc.patches,
                 .field = doc.fieldPatches,
@@ -385,7 +385,7 @@ protected:
         EXPECT_THAT(saveAs(), ElementsAre("chooser: Save As -> 1", question + std::string("no")));
         expectUntouched();
         EXPECT_TRUE(traces() == before);
-        if (asExtension() == doc.fileKind) {
+        if (asExtension() == textOf(doc.fileKind)) {
             run("file.save");
             EXPECT_THAT(heard(), ElementsAre(question + std::string("no")));
             expectUntouched();
@@ -454,9 +454,9 @@ TEST_P(EachIncomplete, IsAskedAboutBehindAWholeFileOfAList) {
 
 TEST_F(OverwriteTest, ATriangulatedModelAsksBeforeItIsSavedOverTheThinnedFileItCameFrom) {
     doc.onOpenDocument(file("more.dat", longDat()));
-    EXPECT_EQ(doc.documentTitle, "more.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "more.apt");
     run("convert.toUnstructured");
-    EXPECT_EQ(doc.documentTitle, "more.dat");
+    EXPECT_EQ(doc.modelFile.documentTitle, "more.dat");
     forget();
     run("file.save");
     EXPECT_THAT(heard(), ElementsAre(question + std::string("no")));
@@ -575,7 +575,7 @@ TEST_P(EachFailing, IsNotAskedAboutOnceItIsRepairedAndReadAgain) {
         fs::rename(folder / "good.wrl", folder / name);
         doc.onOpenDocument(folder / name);
     }
-    ASSERT_EQ(doc.structureKind, "uns");
+    ASSERT_EQ(doc.structureKind, StructureKind::Unstructured);
     ui.files.push_back({folder / name});
     forget();
     run("file.saveAs");

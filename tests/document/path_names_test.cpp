@@ -39,6 +39,18 @@ TEST(PathNames, AFullPathKeepsItsSpelling) {
     EXPECT_EQ(fullPath("Wing.APT"), std::filesystem::current_path() / "Wing.APT");
 }
 
+TEST(PathNames, TheParentOfALinkedFolderIsThatOfWhereTheLinkLeads) {
+    const TemporaryFolder folder;
+    std::filesystem::create_directories(folder / "far/Deep");
+    std::filesystem::create_directory(folder / "near");
+    std::filesystem::create_directory_symlink(folder / "far/Deep", folder / "near/link");
+    const auto real = std::filesystem::canonical(folder.path());
+    EXPECT_EQ(fullPath(folder / "near/link/../Wing.APT"), real / "far/Wing.APT");
+    EXPECT_EQ(fullPath(folder / "near/link/Wing.APT"), folder / "near/link/Wing.APT");
+    EXPECT_EQ(fullPath(folder / "near/link/../../near/./Wing.APT"), real / "near/Wing.APT");
+    EXPECT_EQ(fullPath(folder / "far/Deep/../Wing.APT"), folder / "far/Wing.APT");
+}
+
 TEST(PathNames, OneFileHasManyNames) {
     const TemporaryFolder folder;
     writeFileText(folder / "a.apt", "");

@@ -25,8 +25,8 @@ struct CapturedPoint : testing::Test {
     CapturedPoint() {
         doc.onNewDocument();
         doc.patches = {flatPatch(3, 4), flatPatch(3, 4, 5.0)};
-        doc.chosenPath = "/models/flat.apt";
-        doc.UpdateAfterEdit();
+        doc.modelFile.chosenPath = "/models/flat.apt";
+        doc.retitle();
         doc.updateBounds();
     }
 
@@ -56,8 +56,8 @@ TEST_F(CapturedPoint, DeleteTakesTheNextPointAndTurnsTheGridIntoSections) {
     ui.answers = {true};
     doc.DeletePoint();
     EXPECT_EQ(section(0, 1), (PointList{{0, 1, 0}, {1, 1, 0}, {3, 1, 0}}));
-    EXPECT_EQ(doc.fileKind, "skl");
-    EXPECT_EQ(doc.documentTitle, "flat.skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
+    EXPECT_EQ(doc.modelFile.documentTitle, "flat.skl");
     EXPECT_EQ(doc.capture->capturedPoint, 2);
     EXPECT_EQ(doc.capture->capturedPointPos, (zVec<double>{3, 1, 0}));
     EXPECT_TRUE(doc.pointUndoReady);
@@ -82,7 +82,7 @@ TEST_F(CapturedPoint, DeleteRefusesTheEndsOfASectionAndLeavesTheRegime) {
 
 TEST_F(CapturedPoint, DeleteRefusesASectionOfTwoPoints) {
     doc.patches = {flatPatch(3, 2)};
-    doc.UpdateAfterEdit();
+    doc.retitle();
     capture(0, 1, 1);
     ui.answers = {true};
     doc.DeletePoint();
@@ -97,7 +97,7 @@ TEST_F(CapturedPoint, UndoPointBringsADeletedPointBack) {
     doc.DeletePoint();
     doc.UndoPoint();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
     EXPECT_EQ(doc.capture->capturedPoint, 2);
 }
 
@@ -118,7 +118,7 @@ TEST_F(CapturedPoint, DuplicateByThreeAddsTwoCopiesInPlace) {
     ui.answers = {true};
     doc.DuplicatePoint();
     EXPECT_EQ(section(0, 1), (PointList{{0, 1, 0}, {1, 1, 0}, {1, 1, 0}, {1, 1, 0}, {2, 1, 0}, {3, 1, 0}}));
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
     EXPECT_TRUE(doc.pointUndoReady);
     EXPECT_EQ(doc.status, doc.capture->pointContinueStatus);
 }
@@ -146,7 +146,7 @@ TEST_F(CapturedPoint, CutKeepsThePointAndCapturesTheNextOne) {
 TEST_F(CapturedPoint, CutOfOneOfTheLastTwoPointsMovesToTheSectionBefore) {
     for (const std::int32_t point : {2, 3}) {
         doc.patches = {flatPatch(3, 4)};
-        doc.UpdateAfterEdit();
+        doc.retitle();
         capture(0, 1, point);
         ui.answers = {true};
         doc.CutPoint();
@@ -167,7 +167,7 @@ TEST_F(CapturedPoint, CutOfTheLastPointOfTheFirstSectionRemovesItAndSaysThatItIs
     EXPECT_EQ(doc.capture->capturedPoint, -1);
     EXPECT_EQ(doc.capture->capturedPointSection, -1);
     EXPECT_EQ(doc.capture->capturedPatch, -1);
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
     // Undo point is the way back.
     EXPECT_TRUE(doc.pointUndoReady);
     doc.UndoPoint();
@@ -212,7 +212,7 @@ TEST_F(CapturedPoint, PasteOverwritesWithoutAQuestion) {
     EXPECT_EQ(section(0, 2).size(), 4U);
     EXPECT_EQ(doc.capture->pickedPoint, (zVec<double>{1, 1, 0}));
     EXPECT_TRUE(doc.pointUndoReady);
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
     EXPECT_EQ(doc.capture->savedPoint, 3);
     EXPECT_THAT(ui.transcript, Not(Contains(testing::StartsWith("question"))));
 }

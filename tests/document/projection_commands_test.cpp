@@ -2,8 +2,8 @@
 #include <filesystem>
 
 #include "command_table.h"
-#include "distance.h"
 #include "small_zones.h"
+#include "vectors.h"
 #include "zone_fixture.h"
 
 namespace velmora::test {
@@ -75,14 +75,15 @@ const Fields before = {{"insideSide", "1"}, {"insidePoints", "5"}, {"outsideSide
 TEST_F(ReferenceFiles, AppendWrlOpensASecondGeometryBesideTheModel) {
     hold({flatPatch(2, 2)});
     appendWrl(file("square.wrl", squareWrl));
-    EXPECT_EQ(doc.secondKind, "wrl");
+    EXPECT_EQ(doc.secondKind, SecondKind::Wrl);
     ASSERT_EQ(doc.referenceRegion.blocks.size(), 1U);
     EXPECT_EQ(doc.referenceRegion.blocks[0]->elementCount, 2);
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 1"));
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_EQ(doc.undoPatches, doc.patches);
-    EXPECT_EQ(doc.structureKind + doc.fileKind, "strapt");
+    EXPECT_EQ(doc.structureKind, StructureKind::Structured);
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
     EXPECT_EQ(ui.busyDepth, 0);
     ASSERT_EQ(ui.requests.size(), 1U);
     EXPECT_EQ(ui.requests[0].types[0].extension, "wrl");
@@ -96,7 +97,7 @@ TEST_F(ReferenceFiles, AFurtherFileComesBehindTheFirst) {
     appendWrl(path);
     EXPECT_EQ(doc.referenceRegion.blocks.size(), 2U);
     // One that is no longer open does not come back.
-    doc.secondKind = "non";
+    doc.secondKind = SecondKind::None;
     appendWrl(path);
     EXPECT_EQ(doc.referenceRegion.blocks.size(), 1U);
 }
@@ -111,7 +112,7 @@ TEST_F(ReferenceFiles, ThatCannotBeReadChangeNothing) {
     EXPECT_EQ(heard().size(), 2U);
     appendWrl(file("cut.wrl", std::string(squareWrl).substr(0, 90)));
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 1", "message: Open procedure is canceled"));
-    EXPECT_EQ(doc.secondKind, "non");
+    EXPECT_EQ(doc.secondKind, SecondKind::None);
     EXPECT_THAT(doc.referenceRegion.blocks, IsEmpty());
     EXPECT_FALSE(doc.patchUndoReady);
     EXPECT_FALSE(doc.documentModified);
@@ -122,7 +123,7 @@ TEST_F(ReferenceFiles, CloseWrlEmptiesIt) {
     appendWrl(file("square.wrl", squareWrl));
     view.calls.clear();
     doc.CloseWrl();
-    EXPECT_EQ(doc.secondKind, "non");
+    EXPECT_EQ(doc.secondKind, SecondKind::None);
     EXPECT_THAT(doc.referenceRegion.blocks, IsEmpty());
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
     EXPECT_TRUE(isCommandOff(doc, "file.closeWrl"));
@@ -134,7 +135,7 @@ TEST_F(ReferenceFiles, AppendDatLeavesNoSecondGridOpen) {
                                       "0 0 1\n1 0 1\n0 1 1\n1 1 1\n")});
     doc.AppendDat();
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 1"));
-    EXPECT_EQ(doc.secondKind, "non");
+    EXPECT_EQ(doc.secondKind, SecondKind::None);
     EXPECT_THAT(doc.referencePatches, IsEmpty());
     EXPECT_TRUE(isCommandOff(doc, "file.closeDat"));
     addToBlock(0);
@@ -149,7 +150,7 @@ TEST_F(ReferenceFiles, AppendDatTellsWhatIsWrongWithTheFile) {
     const Lines said = heard();
     ASSERT_EQ(said.size(), 2U);
     EXPECT_THAT(said[1], testing::HasSubstr("missing coordinate(s):  'z'"));
-    EXPECT_EQ(doc.structureKind, "str");
+    EXPECT_EQ(doc.structureKind, StructureKind::Structured);
     doc.AppendDat();
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 0"));
 }
@@ -159,17 +160,17 @@ TEST_F(ReferenceFiles, AppendDatOfAFileWithoutGridsIsCanceled) {
     ui.files.push_back({file("g.dat", "")});
     doc.AppendDat();
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 1", "message: Open procedure is canceled"));
-    EXPECT_EQ(doc.secondKind, "non");
+    EXPECT_EQ(doc.secondKind, SecondKind::None);
     EXPECT_EQ(doc.patches, PatchList{flatPatch(2, 2)});
 }
 
 TEST_F(ReferenceFiles, CloseDatClosesASecondGrid) {
     hold({flatPatch(2, 2)});
     doc.referencePatches = {flatPatch(2, 2)};
-    doc.secondKind = "dat";
+    doc.secondKind = SecondKind::Dat;
     doc.CloseDat();
     EXPECT_THAT(doc.referencePatches, IsEmpty());
-    EXPECT_EQ(doc.secondKind, "non");
+    EXPECT_EQ(doc.secondKind, SecondKind::None);
 }
 
 // ---- Reflection to apt ----------------------------------------------------------------------------------------------
@@ -245,7 +246,7 @@ TEST_F(Reflection, ToWrlUsesTheReferenceGeometryUp) {
     EXPECT_FALSE(isCommandOff(doc, "model.reflectToWrl"));
     doc.ReflectToWrl();
     EXPECT_EQ(doc.patches[0], flatPatch(3, 3, 2));
-    EXPECT_EQ(doc.secondKind, "non");
+    EXPECT_EQ(doc.secondKind, SecondKind::None);
     EXPECT_THAT(doc.referenceRegion.blocks, IsEmpty());
     EXPECT_EQ(doc.blockCount, 0);
     EXPECT_THAT(heard(), IsEmpty());
@@ -271,7 +272,7 @@ TEST_F(Reflection, ToWrlUsesItUpAlsoWhenNothingWasHit) {
     EXPECT_THAT(heard(), ElementsAre(someMiss));
     EXPECT_EQ(doc.lineBuffer.size(), 4U);
     EXPECT_TRUE(doc.lineBufferFull);
-    EXPECT_EQ(doc.secondKind, "non");
+    EXPECT_EQ(doc.secondKind, SecondKind::None);
 }
 
 TEST_F(Reflection, ToWrlWithoutAZBlockMovesAllPatches) {
@@ -287,7 +288,7 @@ TEST_F(Reflection, ToWrlOfAModelOfZonesMovesNothing) {
     doc.ConvertToUnstructured();
     addToBlock(0);
     doc.ReflectToWrl();
-    EXPECT_EQ(doc.secondKind, "non");
+    EXPECT_EQ(doc.secondKind, SecondKind::None);
     EXPECT_EQ(doc.feRegion.blocks.size(), 1U);
 }
 
@@ -376,11 +377,11 @@ TEST_F(Intersection, CancelledLeavesThePatches) {
     EXPECT_EQ(ui.busyDepth, 0);
 }
 
-TEST_F(Intersection, TellsWhichLineWasNotFoundCountedFromZero) {
+TEST_F(Intersection, TellsWhichLineWasNotFoundCountedFromOne) {
     hold({flatPatch(4, 4), wall({0.25, 1.25, 77}, {1, -1})});
     addToBlock(1);
     doc.Intersection();
-    EXPECT_THAT(heard(), ElementsAre("message: Intersection with line 2 from patch 1 is not found",
+    EXPECT_THAT(heard(), ElementsAre("message: Intersection with line 3 from patch 2 is not found",
                                      "message: Intersection impossible. Not all lines from zBlock intersected with "
                                      "body"));
     EXPECT_EQ(doc.interLine.size(), 2U);
@@ -444,12 +445,12 @@ TEST_F(Intersection, OfSectionsOfDifferentLengthsGivesAModel) {
     Patch plate = flatPatch(4, 4);
     plate[3].resize(2);
     hold({ragged, plate});
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
     addToBlock(0);
     intersect({});
     EXPECT_EQ(doc.interLine.size(), 2U);
     EXPECT_EQ(doc.patches[0].size(), 2U);
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
 
 TEST_F(Intersection, OfWingAndBodyIsCleanJoint) {
@@ -468,7 +469,7 @@ TEST_F(Intersection, OfWingAndBodyIsCleanJoint) {
     addToBlock(1);
     forget();
     intersect({{"insidePoints", "25"}, {"outsidePoints", "33"}});
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
     const Patch& body = doc.patches[0];
     ASSERT_EQ(body.size(), 31U);
     ASSERT_EQ(doc.patches[1].size(), 31U);
@@ -561,7 +562,7 @@ TEST_P(IntersectionOfOneCell, KeepsTheSidesThatAreChosen) {
             }
         }
     }
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
 
 INSTANTIATE_TEST_SUITE_P(AllFourSides, IntersectionOfOneCell,

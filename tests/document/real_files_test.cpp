@@ -54,8 +54,8 @@ TEST_F(RealFiles, OfGridsBecomePatches) {
     for (const RealGrid& grid : grids) {
         SCOPED_TRACE(grid.file);
         open(grid.file);
-        EXPECT_EQ(doc.structureKind, "str");
-        EXPECT_EQ(doc.fileKind, "apt");
+        EXPECT_EQ(doc.structureKind, StructureKind::Structured);
+        EXPECT_EQ(doc.fileKind, FileKind::Apt);
         ASSERT_EQ(doc.patches.size(), grid.patches.size());
         for (std::size_t k = 0; k < grid.patches.size(); ++k) {
             ASSERT_EQ(doc.patches[k].size(), grid.patches[k].first) << k;
@@ -88,7 +88,7 @@ TEST_F(RealFiles, OneSurfaceInTwoFormatsIsTheSame) {
 
 TEST_F(RealFiles, VolumesGiveTheirFirstLayer) {
     open("split_volume.dat");
-    EXPECT_EQ(doc.structureKind, "str");
+    EXPECT_EQ(doc.structureKind, StructureKind::Structured);
     ASSERT_EQ(doc.patches.size(), 24U);
     EXPECT_EQ(countsOf(doc.patches[0]), std::vector<std::int32_t>(4, 4));
     EXPECT_EQ(countsOf(doc.patches[23]), std::vector<std::int32_t>(5, 5));
@@ -118,7 +118,7 @@ TEST_F(RealFiles, OfTrianglesBecomeZones) {
     for (const RealSurface& surface : surfaces) {
         SCOPED_TRACE(surface.file);
         open(surface.file);
-        EXPECT_EQ(doc.structureKind, "uns");
+        EXPECT_EQ(doc.structureKind, StructureKind::Unstructured);
         EXPECT_EQ(doc.feRegion.blocks.size(), surface.zones);
         std::int32_t nodes = 0;
         std::int32_t triangles = 0;
@@ -151,7 +151,7 @@ TEST_F(RealFiles, ThatCannotBeReadSayWhyAndLeaveNothing) {
         const Lines told = heard();
         EXPECT_THAT(told, Contains(HasSubstr(file.told)));
         EXPECT_THAT(told, Contains("message: Open procedure is canceled"));
-        EXPECT_EQ(doc.structureKind, "non");
+        EXPECT_EQ(doc.structureKind, StructureKind::None);
         EXPECT_TRUE(doc.holdsNothing());
     }
 }

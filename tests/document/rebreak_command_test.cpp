@@ -92,9 +92,9 @@ TEST_F(RebreakSection, KeepsWhatThePreparationDoesNotSet) {
 TEST_F(Rebreak, DoesNothingWithoutAStructuredModelOrACapture) {
     hold({flatPatch(3, 3)});
     captureSection(0, 1);
-    doc.structureKind = "uns";
+    doc.structureKind = StructureKind::Unstructured;
     doc.Rebreak();
-    doc.structureKind = "str";
+    doc.structureKind = StructureKind::Structured;
     for (const auto& [patch, section] : {std::pair{-1, 0}, {1, 0}, {0, -1}, {0, 3}}) {
         captureSection(patch, section);
         doc.Rebreak();
@@ -150,9 +150,9 @@ TEST_F(RebreakSection, WithAnotherCountTurnsAnAptModelIntoSklWithItsTitle) {
     EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{5, 9, 5}));
     EXPECT_THAT(coordinates(doc.patches[0][1]),
                 Pointwise(DoubleNear(1e-9), {0.0, 0.5, 1.0, 1.5, 2.0, 2.5, 3.0, 3.5, 4.0}));
-    EXPECT_EQ(doc.fileKind, "skl");
-    EXPECT_EQ(doc.documentTitle, "wing.skl");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.skl");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.skl");
     EXPECT_THAT(heard(), ElementsAre("dialog: CRebreak -> ok", "title: wing.skl"));
 }
 
@@ -164,8 +164,8 @@ TEST_F(RebreakSection, UndoneRestoresKindTitleAndViewWithoutANewBox) {
     viewCalls();
     doc.UndoPatch();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.fileKind, "apt");
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
     EXPECT_THAT(viewCalls(), testing::Not(testing::Contains("bounds")));
     EXPECT_TRUE(doc.capture->sectionCaptured);
 }
@@ -175,8 +175,8 @@ TEST_F(RebreakSection, OfAllSectionsKeepsTheModelApt) {
     captureSection(0, 1);
     rebreak({{"regime", "2"}, {"newCount", "9"}});
     EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{9, 9, 9}));
-    EXPECT_EQ(doc.fileKind, "apt");
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
 
 TEST_F(Rebreak, LastCurveFieldHasNoEffect) {
@@ -219,8 +219,8 @@ TEST_F(RebreakSection, CutsTheStretchAndLeavesItCutInTheDialog) {
     captureSection(0, 0);
     rebreak({{"firstPoint", "20"}, {"lastPoint", "30"}, {"newCount", "3"}});
     EXPECT_THAT(coordinates(doc.patches[0][0]), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 3.5, 4.0}));
-    EXPECT_EQ(doc.rebreakValues.firstPoint, 4);
-    EXPECT_EQ(doc.rebreakValues.lastPoint, 5);
+    EXPECT_EQ(doc.rebreakValues.law.firstPoint, 4);
+    EXPECT_EQ(doc.rebreakValues.law.lastPoint, 5);
 }
 
 TEST_F(RebreakSection, WithFitTakesTheSpacingOfTheCapturedOne) {
@@ -232,7 +232,7 @@ TEST_F(RebreakSection, WithFitTakesTheSpacingOfTheCapturedOne) {
     for (const std::size_t n : {0U, 2U}) {
         EXPECT_THAT(coordinates(doc.patches[0][n]), Pointwise(DoubleNear(1e-12), {0.0, 0.5, 2.0, 3.0, 4.0})) << n;
     }
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
 
 TEST_F(RebreakSection, OfNoLengthAsTheLawGivesEqualSteps) {
@@ -295,7 +295,7 @@ TEST_F(RebreakLine, ByItselfKeepsTheNumberOfSections) {
     }
     EXPECT_TRUE(doc.capture->lineCaptured);
     EXPECT_EQ(doc.capture->capturedLine, 1);
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set line"));
 }
 
@@ -305,7 +305,7 @@ TEST_F(RebreakLine, OfAllLinesChangesTheNumberOfSectionsAndStaysRegular) {
     rebreak({{"regime", "2"}, {"newCount", "9"}});
     EXPECT_EQ(countsOf(doc.patches[0]), std::vector<std::int32_t>(9, 3));
     EXPECT_THAT(coordinates(doc.patches[0][1], &zVec<double>::y), Each(DoubleNear(0.5, 1e-9)));
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
 
 TEST_F(RebreakLine, TypedAsCapturedBecomesTheCapturedLine) {
@@ -346,8 +346,8 @@ TEST_F(RebreakLine, HasItsStretchCappedAtTheNumberOfSections) {
     const PatchList before = doc.patches;
     rebreak({{"regime", "2"}, {"newCount", "9"}, {"firstPoint", "50"}, {"lastPoint", "60"}});
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.rebreakValues.firstPoint, 4);
-    EXPECT_EQ(doc.rebreakValues.lastPoint, 4);
+    EXPECT_EQ(doc.rebreakValues.law.firstPoint, 4);
+    EXPECT_EQ(doc.rebreakValues.law.lastPoint, 4);
     rebreak({{"regime", "2"}, {"newCount", "9"}, {"lastPoint", "60"}});
     EXPECT_EQ(doc.patches[0].size(), 9U);
 }
@@ -368,7 +368,7 @@ TEST_F(RebreakBlock, TakesEachPatchOfItInItsFullLength) {
     EXPECT_THAT(coordinates(doc.patches[1][2]), Pointwise(DoubleNear(1e-9), {0.0, 2.0, 4.0, 6.0, 8.0}));
     EXPECT_THAT(coordinates(doc.patches[3][3]), Pointwise(DoubleNear(1e-9), {0.0, 0.5, 1.0, 1.5, 2.0}));
     EXPECT_EQ(doc.undoPatches, before);
-    EXPECT_EQ(doc.rebreakValues.lastPoint, 9);
+    EXPECT_EQ(doc.rebreakValues.law.lastPoint, 9);
     EXPECT_EQ(doc.rebreakValues.lastCurve, 3);
     EXPECT_EQ(doc.capture->capturedSection, 1);
     EXPECT_THAT(block(), ElementsAre(3, 1));
@@ -382,9 +382,9 @@ TEST_F(RebreakBlock, InLineRegimeTakesTheNumberOfSectionsAsLength) {
     rebreak({{"regime", "2"}, {"useBlock", "1"}, {"newCount", "9"}});
     EXPECT_EQ(countsOf(doc.patches[0]), std::vector<std::int32_t>(9, 2));
     EXPECT_EQ(countsOf(doc.patches[1]), std::vector<std::int32_t>(9, 4));
-    EXPECT_EQ(doc.rebreakValues.lastPoint, 3);
+    EXPECT_EQ(doc.rebreakValues.law.lastPoint, 3);
     EXPECT_EQ(doc.rebreakValues.lastCurve, 4);
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
 
 TEST_F(RebreakBlock, KeepsAFirstPointThatWasCutForThePatchesThatFollow) {
@@ -395,7 +395,7 @@ TEST_F(RebreakBlock, KeepsAFirstPointThatWasCutForThePatchesThatFollow) {
     rebreak({{"regime", "2"}, {"firstPoint", "6"}, {"useBlock", "1"}, {"newCount", "3"}});
     EXPECT_THAT(coordinates(doc.patches[0][0]), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 3.5, 4.0}));
     EXPECT_THAT(coordinates(doc.patches[1][0]), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 5.5, 8.0}));
-    EXPECT_EQ(doc.rebreakValues.firstPoint, 4);
+    EXPECT_EQ(doc.rebreakValues.law.firstPoint, 4);
 }
 
 TEST_F(RebreakBlock, PassesOverEntriesThatNameNoPatch) {
@@ -440,8 +440,10 @@ protected:
     /// What the dialog held as OK was pressed.
     reference::RebreakFields taken() const {
         const CRebreak& v = asAccepted_;
-        return {v.regime,      v.function,   v.style,     v.exactness,      v.newCount,
-                v.compression, v.firstPoint, v.lastPoint, v.capturedNumber, v.firstCurve};
+        return {v.regime,         v.law.linear ? 2 : 1, v.law.fitToLawCurve ? 2 : 1,
+                v.law.exactness,  v.law.newCount,       v.law.compression,
+                v.law.firstPoint, v.law.lastPoint,      v.capturedNumber,
+                v.firstCurve};
     }
 
     void runRandomly() {

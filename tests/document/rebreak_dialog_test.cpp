@@ -15,7 +15,7 @@ struct RebreakDialog : testing::Test {
         values.isApt = true;
         values.blockCount = 3;
         values.curveCount = 10;
-        values.newCount = values.lastPoint = 10;
+        values.law.newCount = values.law.lastPoint = 10;
     }
 
     void open() {
@@ -50,22 +50,22 @@ struct RebreakDialog : testing::Test {
 
 TEST_F(RebreakDialog, OfAnAptModelOpensAsItWasLeft) {
     values.regime = 2;
-    values.style = 2;
-    values.function = 2;
+    values.law.fitToLawCurve = true;
+    values.law.linear = true;
     open();
     EXPECT_EQ(values.regime, 2);
-    EXPECT_EQ(values.style, 2);
-    EXPECT_EQ(values.function, 2);
+    EXPECT_TRUE(values.law.fitToLawCurve);
+    EXPECT_TRUE(values.law.linear);
     EXPECT_TRUE(choiceOn("regime", 2));
 }
 
 TEST_F(RebreakDialog, OfASklModelOpensWithRegimeAndStyleOne) {
     values.isApt = false;
     values.regime = 2;
-    values.style = 2;
+    values.law.fitToLawCurve = true;
     open();
     EXPECT_EQ(values.regime, 1);
-    EXPECT_EQ(values.style, 1);
+    EXPECT_FALSE(values.law.fitToLawCurve);
     EXPECT_FALSE(choiceOn("regime", 2));
     EXPECT_FALSE(choiceOn("style", 2));
     expectOff({"capturedNumber", "useBlock", "firstCurve", "lastCurve"});
@@ -117,9 +117,9 @@ TEST_F(RebreakDialog, TypedCountsDoNotLingerBehindASingleLine) {
     set("firstPoint", "3");
     set("lastPoint", "7");
     set("regime", "1");
-    EXPECT_EQ(values.newCount, 10);
-    EXPECT_EQ(values.firstPoint, 1);
-    EXPECT_EQ(values.lastPoint, 10);
+    EXPECT_EQ(values.law.newCount, 10);
+    EXPECT_EQ(values.law.firstPoint, 1);
+    EXPECT_EQ(values.law.lastPoint, 10);
 }
 
 TEST_F(RebreakDialog, HasExactnessOnWithSplineOnly) {
@@ -155,20 +155,20 @@ TEST_F(RebreakDialog, TypedCountsDoNotLingerBehindFit) {
     set("newCount", "50");
     set("lastPoint", "7");
     set("style", "2");
-    EXPECT_EQ(values.newCount, 10);
-    EXPECT_EQ(values.firstPoint, 1);
-    EXPECT_EQ(values.lastPoint, 10);
+    EXPECT_EQ(values.law.newCount, 10);
+    EXPECT_EQ(values.law.firstPoint, 1);
+    EXPECT_EQ(values.law.lastPoint, 10);
 }
 
 TEST_F(RebreakDialog, OpenedWithFitTakesTheWholeCurve) {
-    values.style = 2;
-    values.newCount = 77;
-    values.firstPoint = 3;
-    values.lastPoint = 4;
+    values.law.fitToLawCurve = true;
+    values.law.newCount = 77;
+    values.law.firstPoint = 3;
+    values.law.lastPoint = 4;
     open();
-    EXPECT_EQ(values.newCount, 10);
-    EXPECT_EQ(values.firstPoint, 1);
-    EXPECT_EQ(values.lastPoint, 10);
+    EXPECT_EQ(values.law.newCount, 10);
+    EXPECT_EQ(values.law.firstPoint, 1);
+    EXPECT_EQ(values.law.lastPoint, 10);
 }
 
 TEST_F(RebreakDialog, LeavingFitGivesTheFieldsBack) {
@@ -209,7 +209,7 @@ TEST_F(RebreakDialog, TickingBlockSetsCompressAndSwitchesOffWhatFollowsEachPatch
     set("regime", "2");
     set("style", "2");
     set("useBlock", "1");
-    EXPECT_EQ(values.style, 1);
+    EXPECT_FALSE(values.law.fitToLawCurve);
     EXPECT_FALSE(choiceOn("style", 2));
     expectOff({"firstPoint", "lastPoint", "firstCurve", "lastCurve", "capturedNumber"});
     expectOn({"newCount", "compression", "exactness"});
@@ -246,12 +246,12 @@ TEST_F(RebreakDialog, RefusesWhatIsOutOfRange) {
          }) {
         EXPECT_TRUE(setField(form, key, text).has_value()) << key << "=" << text;
     }
-    EXPECT_EQ(values.newCount, 10);
-    EXPECT_EQ(values.compression, 1.0);
+    EXPECT_EQ(values.law.newCount, 10);
+    EXPECT_EQ(values.law.compression, 1.0);
 }
 
 TEST_F(RebreakDialog, OkTestsTheCountOfACurveOfOnePoint) {
-    values.newCount = values.lastPoint = values.curveCount = 1;
+    values.law.newCount = values.law.lastPoint = values.curveCount = 1;
     open();
     const auto refusal = acceptDialog(form);
     ASSERT_TRUE(refusal.has_value());

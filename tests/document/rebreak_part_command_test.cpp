@@ -71,9 +71,9 @@ struct RebreakPartDialog : testing::Test {
     }
     bool on(const char* key) const { return form.find(key)->on; }
     void expectStretch(std::int32_t first, std::int32_t last, std::int32_t count) const {
-        EXPECT_EQ(values.firstPoint, first);
-        EXPECT_EQ(values.lastPoint, last);
-        EXPECT_EQ(values.newCount, count);
+        EXPECT_EQ(values.law.firstPoint, first);
+        EXPECT_EQ(values.law.lastPoint, last);
+        EXPECT_EQ(values.law.newCount, count);
     }
 
     CRebreakPart values;
@@ -102,9 +102,9 @@ TEST_F(RebreakPartDialog, ChoosingFitRefillsTheStretchAndTheCount) {
     set("style", "2");
     expectStretch(4, 10, 7);
     set("newCount", "20");
-    EXPECT_EQ(values.newCount, 20);
+    EXPECT_EQ(values.law.newCount, 20);
     set("style", "1");
-    EXPECT_EQ(values.newCount, 20);
+    EXPECT_EQ(values.law.newCount, 20);
 }
 
 TEST_F(RebreakPartDialog, NeverLetsTheStretchBeTyped) {
@@ -122,7 +122,7 @@ TEST_F(RebreakPartDialog, HasTheCountOffForASingleLine) {
     set("newCount", "9");
     set("regime", "1");
     EXPECT_FALSE(on("newCount"));
-    EXPECT_EQ(values.newCount, 4);
+    EXPECT_EQ(values.law.newCount, 4);
 }
 
 TEST_F(RebreakPartDialog, HasTheCountOnForSections) {
@@ -162,7 +162,7 @@ TEST_F(RebreakPart, OpensWithTheStretchUpToThePoint) {
 
 TEST_F(RebreakPart, OpensWithTheStretchBehindThePointWhereAfterWasChosenLast) {
     hold({flatPatch(6, 9)});
-    doc.rebreakPartValues.position = 2;
+    doc.rebreakPartValues.law.after = true;
     captureOnSection(2, 3);
     EXPECT_THAT(shown(), testing::IsSupersetOf({"position=2", "newCount=6", "firstPoint=4", "lastPoint=9"}));
 }
@@ -171,16 +171,16 @@ TEST_F(RebreakPart, InLineRegimeCountsSections) {
     hold({flatPatch(6, 9)});
     captureOnLine(7, 3);
     EXPECT_THAT(shown(), testing::IsSupersetOf({"newCount=4", "firstPoint=1", "lastPoint=4"}));
-    doc.rebreakPartValues.position = 2;
+    doc.rebreakPartValues.law.after = true;
     EXPECT_THAT(shown(), testing::IsSupersetOf({"newCount=3", "firstPoint=4", "lastPoint=6"}));
 }
 
 TEST_F(RebreakPart, DoesNothingWithoutAStructuredModelOrACapture) {
     hold({flatPatch(3, 3)});
     captureOnSection(1, 1);
-    doc.structureKind = "uns";
+    doc.structureKind = StructureKind::Unstructured;
     doc.RebreakPart();
-    doc.structureKind = "str";
+    doc.structureKind = StructureKind::Structured;
     for (const auto& [patch, section, point] : {std::tuple{-1, 1, 1}, {1, 1, 1}, {0, 3, 1}, {0, 1, -1}, {0, 1, 3}}) {
         doc.capture.renumberPatch(patch);
         doc.capture.renumberSection(section);
@@ -220,8 +220,8 @@ TEST_F(RebreakPart, BeforeMovesTheNumberOfThePointWithItsPlace) {
     EXPECT_EQ(doc.capture->savedPatch, 0);
     EXPECT_EQ(doc.capture->savedPointSection, 1);
     EXPECT_EQ(doc.capture->savedPoint, 4);
-    EXPECT_EQ(doc.fileKind, "skl");
-    EXPECT_EQ(doc.documentTitle, "wing.skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.skl");
     EXPECT_THAT(heard(), ElementsAre("dialog: CRebreakPart -> ok", "title: wing.skl"));
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set section", "set point"));
 }
@@ -241,7 +241,7 @@ TEST_F(RebreakPart, OfAllSectionsKeepsTheModelRegular) {
     rebreakPart({{"regime", "2"}, {"newCount", "9"}});
     EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{13, 13, 13}));
     EXPECT_EQ(doc.patches[1], flatPatch(2, 2));
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
 
 TEST_F(RebreakPart, UndonePointBringsModelAndAddressBack) {
@@ -252,7 +252,7 @@ TEST_F(RebreakPart, UndonePointBringsModelAndAddressBack) {
     doc.UndoPoint();
     EXPECT_EQ(doc.patches, before);
     EXPECT_EQ(doc.capture->capturedPoint, 4);
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
 
 TEST_F(RebreakPart, OfALineRespacesItsSectionsAndKeepsTheGrid) {
@@ -280,7 +280,7 @@ TEST_F(RebreakPart, OfAllLinesChangesTheNumberOfSectionsAndMovesThePointsOwn) {
     EXPECT_EQ(doc.capture->capturedPointSection, 4);
     EXPECT_EQ(doc.capture->capturedPoint, 1);
     EXPECT_EQ(doc.capture->capturedPointPos, (zVec<double>{1, 2, 0}));
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
 
 TEST_F(RebreakPart, OfALineInAPatchOutsideTheZBlockWorksOnTheSectionOfThatNumber) {
@@ -351,7 +351,7 @@ TEST_F(RebreakPart, SectionsOfNoLengthStayAndTheFirstIsNamedOnce) {
     rebreakPart({{"regime", "2"}, {"newCount", "5"}});
     EXPECT_EQ(heard()[1], "message: Line  2  is of zero length. APT may be violated");
     EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{8, 6, 6, 8}));
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
     EXPECT_EQ(doc.capture->capturedPoint, 4);
 }
 
@@ -368,7 +368,7 @@ TEST_F(RebreakPart, LinesOfNoLengthAreNamedAndTheGridStaysWhole) {
         EXPECT_EQ(doc.patches[0][n][2], patch[0][2]);
     }
     EXPECT_EQ(doc.patches[0][5][2], patch[3][2]);
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
 
 TEST_F(RebreakPart, ACapturedSectionOfNoLengthAmongAllKeepsThePointsNumber) {

@@ -99,8 +99,8 @@ TEST_F(Save, GoesToTheFileAsItWasChosen) {
     doc.saveModel();
     EXPECT_THAT(files(), ElementsAre("Data/Wing.APT"));
     EXPECT_EQ(reread("Data/Wing.APT"), doc.patches);
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "data/wing.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "data/wing.apt");
 }
 
 TEST_F(Save, ClearsModified) {
@@ -118,7 +118,7 @@ TEST_F(Save, ThatFailsSaysSoAndClearsModifiedAllTheSame) {
     doc.saveModel();
     EXPECT_THAT(heard(), ElementsAre(cannotSave));
     EXPECT_FALSE(doc.documentModified);
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
     EXPECT_EQ(ui.busyDepth, 0);
 }
 
@@ -126,7 +126,7 @@ TEST_F(Save, NeverPutsSklTextIntoAnAptFile) {
     openApt("wing.apt", {flatPatch(2, 2)});
     const std::string before = fileText(folder / "wing.apt");
     doc.patches[0][0].push_back({9, 9, 9});
-    doc.UpdateAfterEdit();
+    doc.retitle();
     doc.saveModel();
     EXPECT_THAT(files(), ElementsAre("wing.apt", "wing.skl"));
     EXPECT_EQ(fileText(folder / "wing.apt"), before);
@@ -139,8 +139,8 @@ TEST_F(Save, OfARegularSklFileWritesAnAptFileAndLeavesTheOther) {
     doc.saveModel();
     EXPECT_THAT(files(), ElementsAre("hull.apt", "hull.skl"));
     EXPECT_EQ(fileText(folder / "hull.skl"), before);
-    EXPECT_EQ(doc.documentTitle, "hull.apt");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "hull.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "hull.apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "hull.apt");
 }
 
 TEST_F(Save, AfterAnAppendGoesToTheFirstFile) {
@@ -157,7 +157,7 @@ TEST_F(Save, AfterAnAppendGoesToTheFirstFile) {
 
 TEST_F(Save, EndsTheTitleWrong) {
     openText("wing.apt", brokenSecondCompartment);
-    EXPECT_EQ(doc.documentTitle, "Wrong");
+    EXPECT_EQ(doc.modelFile.documentTitle, "Wrong");
     ui.answers = {true};
     doc.saveModel();
     EXPECT_THAT(heard(), ElementsAre(overwriteAnswered, "title: wing.apt"));
@@ -172,8 +172,8 @@ TEST_F(Save, AfterASaveAsToSklOfAnAptModelGoesBackToApt) {
     EXPECT_THAT(files(), ElementsAre("lines.apt", "lines.skl", "wing.apt"));
     EXPECT_EQ(fileText(folder / "lines.skl"), lines);
     EXPECT_EQ(reread("lines.apt"), doc.patches);
-    EXPECT_EQ(doc.documentTitle, "lines.apt");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "lines.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "lines.apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "lines.apt");
 }
 
 // ---- Save As --------------------------------------------------------------------------------------------------------
@@ -181,10 +181,10 @@ TEST_F(Save, AfterASaveAsToSklOfAnAptModelGoesBackToApt) {
 TEST_F(SaveAs, OffersTypesByTheKind) {
     openApt("Wing.apt", {flatPatch(2, 2)});
     EXPECT_THAT(offered(), ElementsAre("apt", "skl", "dat", "wrl", "stl"));
-    doc.fileKind = "skl";
+    doc.fileKind = FileKind::Skl;
     EXPECT_THAT(offered(), ElementsAre("skl"));
-    doc.fileKind = "non";
-    doc.structureKind = "uns";
+    doc.fileKind = FileKind::None;
+    doc.structureKind = StructureKind::Unstructured;
     EXPECT_THAT(offered(), ElementsAre("dat", "wrl", "stl"));
     EXPECT_EQ(ui.requests.back().mode, ChooserMode::SaveAs);
     EXPECT_FALSE(ui.requests.back().multiple);
@@ -197,7 +197,7 @@ TEST_F(SaveAs, CancelledChangesNothing) {
     doc.saveModelAs();
     EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 0"));
     EXPECT_TRUE(doc.documentModified);
-    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.apt");
 }
 
 TEST_F(SaveAs, ToAptTakesTheNameAndRecordsTheDirectory) {
@@ -205,15 +205,18 @@ TEST_F(SaveAs, ToAptTakesTheNameAndRecordsTheDirectory) {
     openApt("wing.apt", {flatPatch(2, 2)});
     doc.documentModified = true;
     const Lines lines = saveAs("Sub/Fine.APT");
-    ASSERT_EQ(lines.size(), 3U);
+    ASSERT_EQ(lines.size(), 4U);
     EXPECT_EQ(lines[0], "chooser: Save As -> 1");
     EXPECT_EQ(lines[1], "title: fine.apt");
     ASSERT_TRUE(lines[2].starts_with("recent: "));
     EXPECT_TRUE(fs::equivalent(lines[2].substr(8), folder / "Sub")) << lines[2];
+    // The file comes last and stands on top of the list.
+    ASSERT_TRUE(lines[3].starts_with("recent: "));
+    EXPECT_TRUE(fs::equivalent(lines[3].substr(8), folder / "Sub/Fine.APT")) << lines[3];
     EXPECT_FALSE(doc.documentModified);
-    EXPECT_EQ(doc.currentPath, shownFolder() + "sub/fine.apt");
-    EXPECT_EQ(doc.currentDirectory, shownFolder() + "sub/");
-    EXPECT_EQ(doc.fileExtension, "apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "sub/fine.apt");
+    EXPECT_EQ(doc.modelFile.currentDirectory, shownFolder() + "sub/");
+    EXPECT_EQ(doc.modelFile.fileExtension, "apt");
     EXPECT_THAT(files(), ElementsAre("Sub/Fine.APT", "wing.apt"));
     EXPECT_EQ(reread("Sub/Fine.APT"), doc.patches);
 }
@@ -221,10 +224,10 @@ TEST_F(SaveAs, ToAptTakesTheNameAndRecordsTheDirectory) {
 TEST_F(SaveAs, ToSklKeepsTheKindApt) {
     openApt("wing.apt", {flatPatch(2, 2)});
     saveAs("lines.skl");
-    EXPECT_EQ(doc.fileKind, "apt");
-    EXPECT_EQ(doc.documentTitle, "lines.skl");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "lines.skl");
-    EXPECT_EQ(doc.fileExtension, "skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
+    EXPECT_EQ(doc.modelFile.documentTitle, "lines.skl");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "lines.skl");
+    EXPECT_EQ(doc.modelFile.fileExtension, "skl");
     EXPECT_TRUE(fileText(folder / "lines.skl").starts_with("2\n2\n"));
 }
 
@@ -232,8 +235,8 @@ TEST_F(SaveAs, OfASklModelToSklWritesIt) {
     openSkl("hull.skl", {patchOf({2, 3})});
     saveAs("other.skl");
     EXPECT_EQ(reread("other.skl"), doc.patches);
-    EXPECT_EQ(doc.documentTitle, "other.skl");
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.modelFile.documentTitle, "other.skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
 }
 
 TEST_F(SaveAs, OfASklModelToAptWritesNothingButTakesTheName) {
@@ -241,38 +244,38 @@ TEST_F(SaveAs, OfASklModelToAptWritesNothingButTakesTheName) {
     doc.documentModified = true;
     EXPECT_THAT(saveAs("Other.apt"), ElementsAre("chooser: Save As -> 1"));
     EXPECT_THAT(files(), ElementsAre("hull.skl"));
-    EXPECT_EQ(doc.currentPath, shownFolder() + "other.apt");
-    EXPECT_EQ(doc.fileExtension, "apt");
-    EXPECT_EQ(doc.documentTitle, "hull.skl");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "other.apt");
+    EXPECT_EQ(doc.modelFile.fileExtension, "apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "hull.skl");
     EXPECT_FALSE(doc.documentModified);
     doc.saveModel();
     EXPECT_THAT(files(), ElementsAre("Other.skl", "hull.skl"));
-    EXPECT_EQ(doc.documentTitle, "other.skl");
+    EXPECT_EQ(doc.modelFile.documentTitle, "other.skl");
 }
 
 TEST_F(SaveAs, ToAnUnknownTypeWritesNothingButTakesTheName) {
     openApt("wing.apt", {flatPatch(2, 2)});
     EXPECT_THAT(saveAs("wing.txt"), ElementsAre("chooser: Save As -> 1"));
     EXPECT_THAT(files(), ElementsAre("wing.apt"));
-    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.txt");
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.txt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
 
 TEST_F(SaveAs, ThatFailsKeepsTheNewNameAndIsNotModified) {
     openApt("wing.apt", {flatPatch(2, 2)});
     doc.documentModified = true;
     EXPECT_THAT(saveAs("absent/fine.apt"), ElementsAre("chooser: Save As -> 1", cannotSave));
-    EXPECT_EQ(doc.currentPath, shownFolder() + "absent/fine.apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "absent/fine.apt");
     EXPECT_FALSE(doc.documentModified);
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
     EXPECT_THAT(files(), ElementsAre("wing.apt"));
 }
 
 TEST_F(SaveAs, EndsTheTitleWrong) {
     openText("wing.apt", brokenSecondCompartment);
     EXPECT_THAT(saveAs("other.apt"), testing::Contains("title: other.apt"));
-    doc.UpdateAfterEdit();
-    EXPECT_EQ(doc.documentTitle, "other.apt");
+    doc.retitle();
+    EXPECT_EQ(doc.modelFile.documentTitle, "other.apt");
 }
 
 // ---- Leaving --------------------------------------------------------------------------------------------------------
@@ -339,7 +342,7 @@ TEST_F(IncompleteFile, IsNotOverwrittenWithoutAYes) {
     EXPECT_THAT(heard(), ElementsAre(overwriteDeclined));
     EXPECT_EQ(fileText(folder / "wing.apt"), brokenSecondCompartment);
     EXPECT_TRUE(doc.documentModified);
-    EXPECT_EQ(doc.documentTitle, "Wrong");
+    EXPECT_EQ(doc.modelFile.documentTitle, "Wrong");
 }
 
 TEST_F(IncompleteFile, IsAskedAboutOnce) {
@@ -355,7 +358,7 @@ TEST_F(IncompleteFile, IsAskedAboutOnce) {
 TEST_F(IncompleteFile, OfSklIsAskedAboutToo) {
     // The second section of the second compartment is missing, and the sections differ in length.
     openText("hull.skl", "2\n1\n0 0 0\n2\n0 0 0\n1 0 0\n2\n1\n0 0 0\n");
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
     doc.saveModel();
     EXPECT_THAT(heard(), ElementsAre(overwriteDeclined));
 }

@@ -240,7 +240,7 @@ TEST_F(SectionCommand, SymmetricDoublesTheSectionAndMakesLinesOfTheGrid) {
     EXPECT_EQ(doc.patches[0][1][9], (Vec{9, 1, 0}));
     EXPECT_EQ(doc.patches[0][1][10], (Vec{9, 1, 2}));
     EXPECT_EQ(doc.patches[0][1][19], (Vec{0, 1, 2}));
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
     EXPECT_THAT(heard(),
                 ElementsAre("dialog: CSymmetricBlock -> ok", "message: APT format may be violated", "title: wing.skl"));
     expectSnapshotOf(before);
@@ -485,25 +485,25 @@ TEST_F(DeletingCurves, OfThePatchsLastSectionRemovesThePatchAndRenumbersTheZBloc
 TEST_F(DeletingCurves, OfTheLastSectionOfTheLastPatchEmptiesTheDocument) {
     hold({patchOf({3})});
     const PatchList before = doc.patches;
-    doc.secondKind = "wrl";
+    doc.secondKind = SecondKind::Wrl;
     doc.capture.holdBlock();
     addToBlock(0);
     captureSection(0, 0);
     doc.DeleteCurve();
     EXPECT_THAT(doc.patches, IsEmpty());
-    EXPECT_EQ(doc.structureKind + doc.fileKind + doc.secondKind, "nonnonnon");
+    EXPECT_EQ(kindsOf(doc), "nonnonnon");
     EXPECT_FALSE(doc.capture->sectionCaptured || doc.capture->patchCaptured);
     EXPECT_THAT(block(), IsEmpty());
     doc.UndoPatch();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
 }
 
 TEST_F(DeletingCurves, ThatMakesLinesEqualMakesAGridOfThem) {
     hold({patchOf({3, 3, 4})});
     captureSection(0, 2);
     doc.DeleteCurve();
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
     EXPECT_THAT(heard(), ElementsAre("title: wing.apt"));
 }
 
@@ -556,7 +556,7 @@ TEST_F(DuplicatingCurves, PutsCopiesOfTheLinesPointBehindItInEachSection) {
         EXPECT_EQ(numbers(n), (std::vector<double>{0, 1, 1, 2}));
     }
     EXPECT_EQ(doc.capture->capturedLine, 1);
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
 
 TEST_F(DuplicatingCurves, OnceDoesNothingAndTakesNoSnapshot) {
@@ -616,7 +616,7 @@ TEST_F(Weeding, OfTwoSectionsLeavesTheLastWhichIsNoGrid) {
     doc.Weeding();
     ASSERT_EQ(doc.patches[0].size(), 1U);
     EXPECT_EQ(doc.patches[0][0][0].y, 1);
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
 }
 
 // ---- Cylinder -------------------------------------------------------------------------------------------------------
@@ -634,10 +634,10 @@ TEST_F(Cylinder, ReplacesTheModelByABodyOfRevolution) {
     const double start = -90 * 0.0174533;
     EXPECT_EQ(doc.patches[0][0][0], (Vec{1, 5 * std::sin(start), 5 * std::cos(start)}));
     EXPECT_EQ(doc.patches[0][1][18], (Vec{2, 0, 2}));
-    EXPECT_EQ(doc.structureKind, "str");
-    EXPECT_EQ(doc.fileKind, "apt");
-    EXPECT_EQ(doc.documentTitle, "Untitled.apt");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "Untitled.apt");
+    EXPECT_EQ(doc.structureKind, StructureKind::Structured);
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
+    EXPECT_EQ(doc.modelFile.documentTitle, "Untitled.apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "Untitled.apt");
     EXPECT_EQ(doc.boxMax.x, 2);
     EXPECT_FALSE(doc.capture->sectionCaptured);
     EXPECT_EQ(doc.capture->capturedPatch, -1);
@@ -647,7 +647,7 @@ TEST_F(Cylinder, ReplacesTheModelByABodyOfRevolution) {
     EXPECT_THAT(viewCalls(), Contains("bounds"));
     doc.UndoPatch();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
 
 TEST_F(Cylinder, AnsweredNoChangesNothingAndTakesNoSnapshot) {

@@ -30,10 +30,10 @@ protected:
             {0, 2, 1, 0, 3, 2, 4, 5, 6, 4, 6, 7, 0, 1, 5, 0, 5, 4,
              1, 2, 6, 1, 6, 5, 2, 3, 7, 2, 7, 6, 3, 0, 4, 3, 4, 7}));
         doc.patches.clear();
-        doc.structureKind = "uns";
-        doc.fileKind = "non";
-        doc.chosenPath = folder / "Wing.stl";
-        doc.documentTitle = "wing.dat";
+        doc.structureKind = StructureKind::Unstructured;
+        doc.fileKind = FileKind::None;
+        doc.modelFile.chosenPath = folder / "Wing.stl";
+        doc.modelFile.documentTitle = "wing.dat";
         doc.documentModified = false;
         doc.updateBounds();
         forget();
@@ -99,11 +99,11 @@ TEST_F(ToSkl, MakesOnePatchOfSectionLines) {
     EXPECT_DOUBLE_EQ(doc.patches[0][0][0].z, 0.16);
     EXPECT_DOUBLE_EQ(doc.patches[0][1][0].z, 2);
     EXPECT_DOUBLE_EQ(doc.patches[0][4][0].z, 7.84);
-    EXPECT_EQ(doc.structureKind, "str");
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.structureKind, StructureKind::Structured);
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
     EXPECT_TRUE(doc.feRegion.blocks.empty());
-    EXPECT_EQ(doc.chosenPath, folder / "Wing.skl");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.skl");
+    EXPECT_EQ(doc.modelFile.chosenPath, folder / "Wing.skl");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.skl");
     EXPECT_TRUE(doc.documentModified);
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_THAT(viewCalls(), Contains("redraw"));
@@ -114,9 +114,9 @@ TEST_F(ToSkl, UndoBringsTheSurfaceBack) {
     answer({});
     doc.ConvertToSkl();
     doc.UndoPatch();
-    EXPECT_EQ(doc.structureKind, "uns");
+    EXPECT_EQ(doc.structureKind, StructureKind::Unstructured);
     EXPECT_EQ(elements(), 12);
-    EXPECT_EQ(doc.documentTitle, "wing.dat");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.dat");
     EXPECT_TRUE(doc.patches.empty());
 }
 
@@ -124,7 +124,7 @@ TEST_F(ToSkl, CancelTakesTheSnapshotOnly) {
     doc.patchUndoReady = true; // by a command before, whose snapshot goes
     doc.ConvertToSkl();
     EXPECT_THAT(heard(), ElementsAre("dialog: CConvert_to_SKL -> cancel"));
-    EXPECT_EQ(doc.structureKind, "uns");
+    EXPECT_EQ(doc.structureKind, StructureKind::Unstructured);
     EXPECT_THAT(doc.undoRegion.blocks, SizeIs(1));
     EXPECT_FALSE(doc.patchUndoReady);
 }
@@ -135,7 +135,7 @@ TEST_F(ToSkl, NoPlaneInTheBodyLeavesOneEmptyPatch) {
         answer({{"number", number}});
         doc.ConvertToSkl();
         EXPECT_THAT(doc.patches, ElementsAre(IsEmpty()));
-        EXPECT_EQ(doc.fileKind, "skl");
+        EXPECT_EQ(doc.fileKind, FileKind::Skl);
         EXPECT_THAT(heard(), Not(Contains(StartsWith("message"))));
     }
 }
@@ -198,7 +198,7 @@ TEST_F(SlicingDialogs, ToSklRefusesEndsOutOfTheBodyInOrder) {
     EXPECT_THAT(heard(), Contains("refused: OK: Your max choice is out of body. Try another one."));
     answer({{"borderApproach", "2"}, {"yourMin", "0"}, {"yourMax", "2"}});
     doc.ConvertToSkl();
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
 }
 
 namespace {
@@ -272,18 +272,18 @@ TEST_F(ToSkl, RealBodiesAreCutAllRound) {
 
 TEST_F(ToApt, MakesAGridOfLines) {
     holdLines();
-    ASSERT_EQ(doc.fileKind, "skl");
+    ASSERT_EQ(doc.fileKind, FileKind::Skl);
     answer({{"pointCount", "5"}, {"approximation", "2"}});
     doc.ConvertToApt();
     EXPECT_THAT(heard(),
                 ElementsAre("dialog: CConvert_SKL_to_APT -> ok", "title: wing.apt", "status: For Help, press F1"));
-    EXPECT_EQ(doc.fileKind, "apt");
-    EXPECT_EQ(doc.structureKind, "str");
-    EXPECT_EQ(doc.chosenPath, folder / "wing.apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
+    EXPECT_EQ(doc.structureKind, StructureKind::Structured);
+    EXPECT_EQ(doc.modelFile.chosenPath, folder / "wing.apt");
     EXPECT_THAT(coordinates(doc.patches[0][0]), ElementsAre(0, 1, 2, 3, 4));
     EXPECT_THAT(coordinates(doc.patches[0][1]), ElementsAre(0, 1, 2, 3, 4)); // turned
     doc.UndoPatch();
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
     EXPECT_THAT(countsOf(doc.patches[0]), ElementsAre(3, 2));
 }
 
@@ -291,7 +291,7 @@ TEST_F(ToApt, CancelTakesTheSnapshotOnly) {
     holdLines();
     doc.patchUndoReady = true; // by a command before, whose snapshot goes
     doc.ConvertToApt();
-    EXPECT_EQ(doc.fileKind, "skl");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
     EXPECT_THAT(doc.undoPatches, SizeIs(1));
     EXPECT_FALSE(doc.patchUndoReady);
 }
@@ -382,8 +382,8 @@ TEST_F(ZoneKnife, KeepsThePartBeforeOrAfterThePlane) {
     EXPECT_TRUE(consistent(*doc.feRegion.blocks[0]));
     EXPECT_EQ(doc.feRegion.blocks[0]->connectivitySize, 4 * elements());
     EXPECT_EQ(doc.feRegion.blocks[0]->title, "z");
-    EXPECT_EQ(doc.chosenPath, folder / "Wing.stl");
-    EXPECT_EQ(doc.documentTitle, "wing.dat");
+    EXPECT_EQ(doc.modelFile.chosenPath, folder / "Wing.stl");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.dat");
     EXPECT_THAT(files(), IsEmpty());
     holdBox();
     answer({{"planeKind", "3"}, {"section", "5"}, {"cutKind", "2"}});
@@ -428,7 +428,7 @@ TEST_F(ZoneKnife, SectionAtTheMinimumIsInsideAndMayLeaveNothing) {
     EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok"));
     ASSERT_THAT(doc.feRegion.blocks, SizeIs(1));
     EXPECT_EQ(elements(), 0);
-    EXPECT_EQ(doc.structureKind, "uns");
+    EXPECT_EQ(doc.structureKind, StructureKind::Unstructured);
     doc.UndoPatch();
     EXPECT_EQ(elements(), 12);
 }
@@ -532,7 +532,7 @@ TEST_F(ZoneKnife, SaveParts) {
     EXPECT_THAT(heard(),
                 ElementsAre("dialog: CUKnife -> ok", "message: Parts are saved in dat format with indexes _1 and _2"));
     EXPECT_EQ(elements(), 12);
-    EXPECT_EQ(doc.documentTitle, "wing.dat");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.dat");
     EXPECT_THAT(files(), ElementsAre("Wing_1.dat", "Wing_2.dat"));
     doc.onOpenDocument(folder / "Wing_1.dat");
     EXPECT_EQ(usedBox(doc.feRegion), std::pair(Point(0, 0, 0), Point(2, 1, 8)));
@@ -560,7 +560,7 @@ TEST_F(ZoneKnife, LinkOfTheTemporaryNameIsNotWrittenThrough) {
 }
 
 TEST_F(ZoneKnife, FailedWriteLeavesTheModel) {
-    doc.chosenPath = folder / "absent" / "wing.stl";
+    doc.modelFile.chosenPath = folder / "absent" / "wing.stl";
     for (const char* const kind : {"1", "3"}) {
         answer({{"section", "1"}, {"cutKind", kind}});
         doc.KnifeZones();

@@ -212,7 +212,7 @@ TEST_F(Transformation, SymmetricWithoutAZBlockDoublesTheModel) {
     hold({flatPatch(2, 2, 0), flatPatch(2, 2, 1)});
     run(&VelmoraDoc::SymmetricModel, {});
     EXPECT_EQ(doc.patches.size(), 4U);
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
 
 // ---- Zones ----------------------------------------------------------------------------------------------------------

@@ -26,7 +26,7 @@ protected:
         doc.patchUndoReady = true;
         doc.rebuildOnUndo = false;
         doc.patches.erase(doc.patches.begin());
-        doc.UpdateAfterEdit();
+        doc.retitle();
     }
 
     void expectNothingToUndo() const {
@@ -84,7 +84,7 @@ TEST_F(Snapshots, OfAnEmptyModelHoldNothing) {
 }
 
 TEST_F(Snapshots, OfNoStructuredModelHoldNothing) {
-    doc.structureKind = "non";
+    doc.structureKind = StructureKind::None;
     doc.SavePatchUndo();
     doc.SavePointUndo();
     EXPECT_TRUE(doc.undoPatches.empty());
@@ -158,11 +158,11 @@ TEST_F(UndoPoint, TurnsTheKindBack) {
     capturePoint(0, 1, 2);
     movePoint(77);
     doc.patches[0][1].pop_back();
-    doc.UpdateAfterEdit();
-    EXPECT_EQ(doc.documentTitle, "wing.skl");
+    doc.retitle();
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.skl");
     doc.UndoPoint();
-    EXPECT_EQ(doc.fileKind, "apt");
-    EXPECT_EQ(doc.documentTitle, "wing.apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
 
 TEST_F(UndoPoint, OfTwoEditsTakesBackTheSecondAndThenNothing) {
@@ -214,12 +214,12 @@ TEST_F(UndoPatch, RestoresTheModelKindAndTitle) {
     doc.SavePatchUndo();
     doc.patchUndoReady = true;
     doc.patches[0][0].pop_back();
-    doc.UpdateAfterEdit();
+    doc.retitle();
     forget();
     doc.UndoPatch();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.structureKind, "str");
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.structureKind, StructureKind::Structured);
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
     expectNothingToUndo();
     EXPECT_THAT(heard(), ElementsAre("title: wing.apt", "status: For Help, press F1"));
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
@@ -229,7 +229,7 @@ TEST_F(UndoPatch, WithoutASnapshotKeepsTheModel) {
     const PatchList before = doc.patches;
     doc.UndoPatch();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
     expectNothingToUndo();
 }
 
@@ -309,11 +309,11 @@ TEST_F(UndoPatch, BringsBackAModelThatWasRemoved) {
     doc.SavePatchUndo();
     doc.patchUndoReady = true;
     doc.patches.clear();
-    doc.structureKind = doc.fileKind = doc.secondKind = "non";
+    doc.forgetKinds();
     doc.UndoPatch();
     EXPECT_EQ(doc.patches, before);
-    EXPECT_EQ(doc.structureKind, "str");
-    EXPECT_EQ(doc.fileKind, "apt");
+    EXPECT_EQ(doc.structureKind, StructureKind::Structured);
+    EXPECT_EQ(doc.fileKind, FileKind::Apt);
 }
 
 TEST_F(UndoPatch, OfTwoCommandsTakesBackTheSecond) {

@@ -92,7 +92,7 @@ TEST_F(ViewCommands, FeaturesWithoutAZBlockEndBlockOnlyAndMarkers) {
 TEST_F(ViewCommands, FeaturesOfAnUnstructuredModelHaveNoDoublePoints) {
     doc.showDoublePoints = true;
     doc.featuresValues.showDoublePoints = true;
-    doc.structureKind = "uns";
+    doc.structureKind = StructureKind::Unstructured;
     EXPECT_EQ(shown(), "00000");
     ui.dialogs.push_back({});
     doc.ViewFeatures();

@@ -47,7 +47,7 @@ protected:
         return titles;
     }
 
-    void expectKinds(const std::string& structure, const std::string& kind) {
+    void expectKinds(StructureKind structure, FileKind kind) {
         EXPECT_EQ(doc.structureKind, structure);
         EXPECT_EQ(doc.fileKind, kind);
     }
@@ -83,10 +83,10 @@ using PointFiles = ZoneFiles;
 
 TEST_F(OpenZones, StlBecomesTheUnstructuredModel) {
     open("Wing.STL", stlText("body", 2));
-    expectKinds("uns", "non");
+    expectKinds(StructureKind::Unstructured, FileKind::None);
     EXPECT_THAT(zoneTitles(), ElementsAre("body"));
-    EXPECT_EQ(doc.documentTitle, "wing.dat");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "wing.stl");
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.dat");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.stl");
     EXPECT_EQ(doc.modelCenter, (zVec<double>(2.5, 0.5, 0)));
     EXPECT_TRUE(doc.surfaceMode);
     EXPECT_FALSE(doc.documentModified);
@@ -95,40 +95,40 @@ TEST_F(OpenZones, StlBecomesTheUnstructuredModel) {
 
 TEST_F(OpenZones, WrlNamesZonesByNumber) {
     open("b.wrl", wrlText);
-    expectKinds("uns", "non");
+    expectKinds(StructureKind::Unstructured, FileKind::None);
     EXPECT_THAT(zoneTitles(), ElementsAre("Zone_1"));
 }
 
 TEST_F(OpenZones, DatOfGridsBecomesPatches) {
     open("g.dat", std::string(header) + gridZone);
-    expectKinds("str", "apt");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
     ASSERT_EQ(doc.patches.size(), 1U);
     EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{3, 3}));
     EXPECT_EQ(doc.patches[0][1][2], (zVec<double>(2, 1, 0)));
-    EXPECT_EQ(doc.documentTitle, "g.apt");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "g.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "g.apt");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "g.apt");
     EXPECT_TRUE(doc.feRegion.blocks.empty());
 }
 
 TEST_F(OpenZones, DatOfBothKindsEndsUnstructured) {
     open("m.dat", std::string(header) + gridZone + triangleZoneText);
-    expectKinds("uns", "non");
+    expectKinds(StructureKind::Unstructured, FileKind::None);
     EXPECT_THAT(zoneTitles(), ElementsAre("s", "Patch___0"));
     EXPECT_EQ(doc.feRegion.blocks[1]->elementCount, 4);
     EXPECT_TRUE(doc.patches.empty());
-    EXPECT_EQ(doc.documentTitle, "m.dat");
+    EXPECT_EQ(doc.modelFile.documentTitle, "m.dat");
 }
 
 TEST_F(OpenZones, DatWithoutZonesOpensNothing) {
     open("none.dat", header);
-    expectKinds("non", "non");
+    expectKinds(StructureKind::None, FileKind::None);
     EXPECT_THAT(heard(), Contains("message: Open procedure is canceled"));
 }
 
 TEST_F(OpenZones, FileWithoutVariablesIsRefused) {
     open("v.dat", "ZONE I=3, J=2, K=1, F=POINT\n1 2 3\n");
     EXPECT_THAT(heard(), Contains("message: Irregular structure of DAT file. The number of variables < 3"));
-    expectKinds("non", "non");
+    expectKinds(StructureKind::None, FileKind::None);
 }
 
 TEST_F(OpenZones, FailedReadLeavesNothingBehind) {
@@ -138,7 +138,7 @@ TEST_F(OpenZones, FailedReadLeavesNothingBehind) {
                 Contains(StartsWith("message: \n--- Error Message ---\n\nValue Error: invalid data\nZone No: 3\n")));
     EXPECT_THAT(told, Contains("message: Open procedure is canceled"));
     EXPECT_TRUE(doc.feRegion.blocks.empty());
-    expectKinds("non", "non");
+    expectKinds(StructureKind::None, FileKind::None);
     ui.files.push_back({file("a.stl", stlText("a", 0))});
     doc.openFiles();
     EXPECT_THAT(heard(), testing::Not(Contains(removalAnswered)));
@@ -165,8 +165,8 @@ TEST_F(OpenZones, ListModeGathersFilesOfOneType) {
     ui.files.push_back({file("a.stl", stlText("a", 0)), file("x.wrl", wrlText), file("b.stl", stlText("b", 3))});
     doc.openFiles();
     EXPECT_THAT(zoneTitles(), ElementsAre("a", "b"));
-    EXPECT_EQ(doc.documentTitle, "b.dat");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "b.stl");
+    EXPECT_EQ(doc.modelFile.documentTitle, "b.dat");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "b.stl");
     EXPECT_EQ(doc.boxMax, (zVec<double>(4, 1, 0)));
 }
 
@@ -179,10 +179,10 @@ TEST_F(OpenZones, BadFileOfAListAddsNoZone) {
 
 TEST_F(OpenZones, GrdOnlyNamesTheGrid) {
     open("Net.grd", "whatever");
-    expectKinds("uns", "non");
+    expectKinds(StructureKind::Unstructured, FileKind::None);
     EXPECT_TRUE(doc.gridNamed);
-    EXPECT_EQ(doc.gridPath, shownFolder() + "net.grd");
-    EXPECT_EQ(doc.documentTitle, "net.dat");
+    EXPECT_EQ(doc.modelFile.gridPath, shownFolder() + "net.grd");
+    EXPECT_EQ(doc.modelFile.documentTitle, "net.dat");
     EXPECT_TRUE(doc.feRegion.blocks.empty());
 }
 
@@ -191,7 +191,7 @@ TEST_F(OpenZones, GrdCannotBeAppended) {
     forget();
     append(file("net.grd", ""));
     EXPECT_THAT(heard(), Contains("message: This file's type is not supported by Sorvane"));
-    expectKinds("str", "apt");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
 }
 
 TEST_F(OpenZones, CompartmentsWithoutSectionsAreNoModel) {
@@ -202,7 +202,7 @@ TEST_F(OpenZones, CompartmentsWithoutSectionsAreNoModel) {
 
 TEST_F(OpenZones, EmptyStlIsAnEmptyUnstructuredModel) {
     open("e.stl", "solid e\nendsolid e\n");
-    expectKinds("uns", "non");
+    expectKinds(StructureKind::Unstructured, FileKind::None);
     EXPECT_TRUE(doc.feRegion.blocks.empty());
 }
 
@@ -223,8 +223,8 @@ TEST_F(AppendZones, PutsZonesBehindThoseOfTheModel) {
     append(file("b.wrl", wrlText));
     append(file("c.dat", std::string(header) + gridZone));
     EXPECT_THAT(zoneTitles(), ElementsAre("a", "Zone_1", "Patch___0"));
-    EXPECT_EQ(doc.documentTitle, "a.dat");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "a.dat");
+    EXPECT_EQ(doc.modelFile.documentTitle, "a.dat");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "a.dat");
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_TRUE(doc.rebuildOnUndo);
     doc.UndoPatch();
@@ -248,18 +248,18 @@ TEST_F(AppendZones, FailedReadAddsNothing) {
 TEST_F(AppendZones, GridsOfADatJoinAStructuredModel) {
     open("w.apt", aptText({flatPatch(2, 2)}));
     append(file("g.dat", std::string(header) + gridZone));
-    expectKinds("str", "apt");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
     EXPECT_EQ(doc.patches.size(), 2U);
 }
 
 TEST_F(AppendZones, TrianglesOfADatTurnAStructuredModelIntoZones) {
     open("w.apt", aptText({flatPatch(2, 2)}));
     append(file("s.dat", std::string(header) + triangleZoneText));
-    expectKinds("uns", "apt");
+    expectKinds(StructureKind::Unstructured, FileKind::Apt);
     EXPECT_THAT(zoneTitles(), ElementsAre("s", "Patch___0"));
     EXPECT_TRUE(doc.patches.empty());
     doc.UndoPatch();
-    expectKinds("str", "apt");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
     EXPECT_EQ(doc.patches.size(), 1U);
     EXPECT_TRUE(doc.feRegion.blocks.empty());
 }
@@ -269,7 +269,7 @@ TEST_F(AppendZones, RefusedDatLeavesTheStructuredModel) {
     forget();
     append(file("v.dat", "ZONE I=3, J=2, K=1, F=POINT\n1 2 3\n"));
     EXPECT_THAT(heard(), Contains("message: Irregular structure of DAT file. The number of variables < 3"));
-    expectKinds("str", "apt");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
     EXPECT_EQ(doc.patches.size(), 1U);
 }
 
@@ -290,7 +290,7 @@ TEST_F(SaveZones, WritesTheFileItCameFrom) {
 TEST_F(SaveZones, OfAnotherFileKindWritesNothingAndSaysNothing) {
     open("a.dat", std::string(header) + triangleZoneText);
     const std::string before = fileText(folder / "a.dat");
-    doc.fileKind = "apt";
+    doc.fileKind = FileKind::Apt;
     doc.feRegion.setNode(0, 0, 7, 8, 9);
     forget();
     doc.saveModel();
@@ -300,7 +300,7 @@ TEST_F(SaveZones, OfAnotherFileKindWritesNothingAndSaysNothing) {
 
 TEST_F(SaveZones, FailedWriteIsReported) {
     open("a.dat", std::string(header) + triangleZoneText);
-    doc.chosenPath = folder / "no" / "such" / "a.dat";
+    doc.modelFile.chosenPath = folder / "no" / "such" / "a.dat";
     forget();
     doc.saveModel();
     EXPECT_THAT(heard(), ElementsAre(StartsWith("message: \n--- Error Message ---\n\nFile Error: ...")));
@@ -318,7 +318,7 @@ TEST_F(SaveZones, SaveAsOffersAndTakesTheZoneFormats) {
         EXPECT_EQ(other.feRegion.blocks[0]->elementCount, 1) << name;
         EXPECT_EQ(other.modelCenter, doc.modelCenter) << name;
     }
-    EXPECT_EQ(doc.currentPath, shownFolder() + "d.stl");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "d.stl");
 }
 
 TEST_F(SaveZones, GridSavedAsDatOpensAgain) {
@@ -329,8 +329,8 @@ TEST_F(SaveZones, GridSavedAsDatOpensAgain) {
     saveAs("out.dat");
     EXPECT_THAT(heard(),
                 ElementsAre("chooser: Save As -> 1", "message: File is converted to DAT format and is written"));
-    EXPECT_EQ(doc.documentTitle, "w.apt");
-    expectKinds("str", "apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "w.apt");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
     VelmoraDoc other(ui, folder.path());
     other.onOpenDocument(folder / "out.dat");
     ASSERT_EQ(other.patches.size(), 2U);
@@ -344,8 +344,8 @@ TEST_F(SaveZones, GridSavedAsSurfaceBecomesOne) {
         captureSection(0, 1);
         forget();
         saveAs("out." + extension);
-        expectKinds("uns", "non");
-        EXPECT_EQ(doc.documentTitle, "out." + extension);
+        expectKinds(StructureKind::Unstructured, FileKind::None);
+        EXPECT_EQ(doc.modelFile.documentTitle, "out." + extension);
         EXPECT_THAT(zoneTitles(), ElementsAre("Patch___0"));
         EXPECT_TRUE(doc.patches.empty());
         EXPECT_FALSE(doc.capture->sectionCaptured);
@@ -361,7 +361,7 @@ TEST_F(SaveZones, GridSavedAsSurfaceBecomesOne) {
 TEST_F(SaveZones, GridThatCannotBeWrittenAsSurfaceStaysAGrid) {
     open("w.apt", aptText({flatPatch(2, 3)}));
     saveAs("no/such/out.stl");
-    expectKinds("str", "apt");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
     EXPECT_EQ(doc.patches.size(), 1U);
 }
 
@@ -379,19 +379,19 @@ TEST_F(SaveZones, ConversionMakesZonesOfThePatches) {
     open("w.apt", aptText({flatPatch(2, 3), flatPatch(3, 1), flatPatch(3, 3)}));
     captureSection(0, 1);
     doc.ConvertToUnstructured();
-    expectKinds("uns", "non");
+    expectKinds(StructureKind::Unstructured, FileKind::None);
     EXPECT_THAT(zoneTitles(), ElementsAre("Patch___0", "Patch___2"));
     EXPECT_EQ(doc.feRegion.blocks[0]->nodeCount, 6);
     EXPECT_EQ(doc.feRegion.blocks[0]->elementCount, 4);
-    EXPECT_EQ(doc.documentTitle, "w.dat");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "w.dat");
+    EXPECT_EQ(doc.modelFile.documentTitle, "w.dat");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "w.dat");
     EXPECT_EQ(doc.status, "For Help, press F1");
     EXPECT_FALSE(doc.capture->sectionCaptured);
     EXPECT_TRUE(doc.patches.empty());
     doc.UndoPatch();
-    expectKinds("str", "apt");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
     EXPECT_EQ(doc.patches.size(), 3U);
-    EXPECT_EQ(doc.documentTitle, "w.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "w.apt");
     EXPECT_TRUE(doc.feRegion.blocks.empty());
 }
 
@@ -422,12 +422,12 @@ TEST_F(UndoZones, BringsRemovedZonesBackUnderADatName) {
     open("a.stl", stlText("a", 0));
     ui.answers = {true};
     doc.onNewDocument();
-    expectKinds("non", "non");
+    expectKinds(StructureKind::None, FileKind::None);
     doc.UndoPatch();
-    expectKinds("uns", "non");
+    expectKinds(StructureKind::Unstructured, FileKind::None);
     EXPECT_THAT(zoneTitles(), ElementsAre("a"));
-    EXPECT_EQ(doc.documentTitle, "a.dat");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "a.dat");
+    EXPECT_EQ(doc.modelFile.documentTitle, "a.dat");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "a.dat");
 }
 
 TEST_F(UndoZones, RemovedModelKnowsWhetherItWasSaved) {
@@ -522,11 +522,11 @@ const char* const fieldText = "TITLE = \"flow\"\nVARIABLES = \"X\", \"Y\", \"Z\"
 TEST_F(FieldFile, OpensAsAGridWithValues) {
     ui.files.push_back({file("Flow.dat", fieldText)});
     doc.OpenField();
-    expectKinds("str", "apt");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
     EXPECT_TRUE(doc.fieldLoaded);
     EXPECT_TRUE(doc.fieldMode);
     EXPECT_TRUE(doc.fieldOpening);
-    EXPECT_EQ(doc.documentTitle, "flow.dat");
+    EXPECT_EQ(doc.modelFile.documentTitle, "flow.dat");
     EXPECT_EQ(doc.fieldCount, 1);
     EXPECT_EQ(doc.fieldPatches[0][1][0], (zVec<double>(12, 0, 0)));
     EXPECT_EQ(ui.requests.back().types.size(), 1U);
@@ -540,7 +540,7 @@ TEST_F(FieldFile, DeclinedChangesNothing) {
     doc.OpenField();
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.fieldOpening);
-    expectKinds("str", "apt");
+    expectKinds(StructureKind::Structured, FileKind::Apt);
 }
 
 TEST_F(FieldFile, CancelledAfterYesLeavesAnEmptyDocumentThatUndoFills) {
@@ -551,11 +551,11 @@ TEST_F(FieldFile, CancelledAfterYesLeavesAnEmptyDocumentThatUndoFills) {
     ui.answers = {true};
     doc.OpenField();
     EXPECT_EQ(heard().front(), removalAnswered);
-    expectKinds("non", "non");
+    expectKinds(StructureKind::None, FileKind::None);
     EXPECT_TRUE(doc.patches.empty());
     EXPECT_TRUE(doc.markers.empty());
     EXPECT_FALSE(doc.markersOpen);
-    EXPECT_EQ(doc.documentTitle, "Untitled");
+    EXPECT_EQ(doc.modelFile.documentTitle, "Untitled");
     EXPECT_FALSE(doc.fieldOpening);
     doc.UndoPatch();
     EXPECT_EQ(doc.patches, before);
@@ -569,7 +569,7 @@ TEST_F(FieldFile, BadLaterZoneOpensNothing) {
     EXPECT_THAT(told, Contains("message: Open procedure is canceled"));
     EXPECT_TRUE(doc.patches.empty());
     EXPECT_TRUE(doc.fieldPatches.empty());
-    expectKinds("non", "non");
+    expectKinds(StructureKind::None, FileKind::None);
 }
 
 TEST_F(FieldFile, SavedAndOpenedAgainIsTheSame) {
@@ -577,8 +577,8 @@ TEST_F(FieldFile, SavedAndOpenedAgainIsTheSame) {
     doc.OpenField();
     ui.files.push_back({folder / "g.dat"});
     doc.SaveField();
-    EXPECT_EQ(doc.documentTitle, "g.dat");
-    EXPECT_EQ(doc.currentPath, shownFolder() + "g.dat");
+    EXPECT_EQ(doc.modelFile.documentTitle, "g.dat");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "g.dat");
     VelmoraDoc other(ui, folder.path());
     ui.files.push_back({folder / "g.dat"});
     other.OpenField();
@@ -592,7 +592,7 @@ TEST_F(FieldFile, OfAModelThatIsNoGridIsRefused) {
     ui.files.push_back({folder / "g.dat"});
     doc.SaveField();
     EXPECT_THAT(heard(), Contains("message: Wrong file Extension"));
-    doc.structureKind = "uns";
+    doc.structureKind = StructureKind::Unstructured;
     ui.files.push_back({folder / "g.dat"});
     doc.SaveField();
     EXPECT_THAT(heard(), Contains("message: Wrong file Format"));
@@ -615,10 +615,10 @@ TEST_F(FieldFile, CloseRemovesModelValuesAndRegimes) {
     doc.pointUndoReady = doc.patchUndoReady = true;
     arranged(doc).savedPatch = arranged(doc).patchToRemove = 0;
     doc.CloseField();
-    expectKinds("non", "non");
+    expectKinds(StructureKind::None, FileKind::None);
     EXPECT_TRUE(doc.holdsNothing());
     EXPECT_TRUE(doc.fieldPatches.empty());
-    EXPECT_EQ(doc.documentTitle, "Untitled");
+    EXPECT_EQ(doc.modelFile.documentTitle, "Untitled");
     for (const bool flag : {doc.fieldLoaded, doc.fieldMode, doc.fieldOpening, doc.pointUndoReady, doc.patchUndoReady,
                             doc.capture->pointCaptured, doc.capture->sectionCaptured}) {
         EXPECT_FALSE(flag);
@@ -637,7 +637,7 @@ TEST_F(FieldFile, OpeningAnotherModelEmptiesTheValues) {
     EXPECT_TRUE(doc.fieldPatches.empty());
     EXPECT_FALSE(doc.fieldLoaded);
     EXPECT_FALSE(doc.fieldMode);
-    EXPECT_EQ(doc.documentTitle, "w.apt");
+    EXPECT_EQ(doc.modelFile.documentTitle, "w.apt");
 }
 
 // ---- Markers --------------------------------------------------------------------------------------------------------

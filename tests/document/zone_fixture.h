@@ -26,9 +26,9 @@ protected:
             doc.feRegion.blocks.push_back(std::move(zone));
         }
         doc.patches.clear();
-        doc.structureKind = "uns";
-        doc.fileKind = "non";
-        doc.chosenPath = folder / "wing.dat";
+        doc.structureKind = StructureKind::Unstructured;
+        doc.fileKind = FileKind::None;
+        doc.modelFile.chosenPath = folder / "wing.dat";
         doc.updateBounds();
         forget();
     }

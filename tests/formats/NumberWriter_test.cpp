@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include "FileSizeLimit.h"
 #include "temporary_folder.h"
 
 namespace velmora {
@@ -118,7 +119,9 @@ TEST(NumberWriter, APrecisionAboveTheMostIsCutToIt) {
 }
 
 TEST(NumberWriter, AFailedWriteIsToldByFlush) {
-    SafeFile file("/dev/full");
+    const test::TemporaryFolder folder;
+    const test::FileSizeLimit full(0);
+    SafeFile file(folder / "a.txt");
     NumberWriter writer(file, 16);
     writer.writeInt(1);
     EXPECT_FALSE(writer.flush());

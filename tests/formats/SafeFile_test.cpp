@@ -1,16 +1,17 @@
 #include "SafeFile.h"
 
-#include <csignal>
+#include <chrono>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
+#include "FileSizeLimit.h"
 #include "temporary_folder.h"
 
 namespace velmora {
@@ -29,26 +30,6 @@ bool save(const fs::path& path, std::string_view text) {
     SafeFile file(path);
     return file.isOpen() && file.write(text) && file.commit();
 }
-
-// Lets no file of this process grow beyond `size` bytes, which is how a disk looks that is full there.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t size) : oldHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &old_), 0);
-        const rlimit limit{size, old_.rlim_max};
-        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
-    }
-    ~FileSizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &old_);
-        std::signal(SIGXFSZ, oldHandler_);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit old_{};
-    void (*oldHandler_)(int);
-};
 
 // Gives up the rights of the superuser, if the tests have them, since they make every file writable.
 class OrdinaryUser {
@@ -116,7 +97,7 @@ TEST(SafeFile, AFullDiskLeavesTheOldFile) {
     bool written = true;
     bool committed = true;
     {
-        const FileSizeLimit limit(1000);
+        const test::FileSizeLimit limit(1000);
         SafeFile file(folder / "a.apt");
         written = file.write(std::string(5000, 'x'));
         committed = file.commit();
@@ -131,7 +112,7 @@ TEST(SafeFile, AFailedWriteCannotBeMadeGoodByAnother) {
     const test::TemporaryFolder folder;
     SafeFile file(folder / "a.apt");
     {
-        const FileSizeLimit limit(1000);
+        const test::FileSizeLimit limit(1000);
         EXPECT_FALSE(file.write(std::string(5000, 'x')));
     }
     EXPECT_FALSE(file.write("y"));
@@ -139,15 +120,72 @@ TEST(SafeFile, AFailedWriteCannotBeMadeGoodByAnother) {
     EXPECT_THAT(folder.names(), ElementsAre());
 }
 
-TEST(SafeFile, AFullDeviceFailsAndStaysADevice) {
+TEST(SafeFile, WhatIsNoRegularFileIsRefusedAndStaysWhatItIs) {
     const test::TemporaryFolder folder;
-    fs::create_symlink("/dev/full", folder / "full.apt");
-    EXPECT_FALSE(save("/dev/full", "text"));
-    EXPECT_FALSE(save(folder / "full.apt", "text"));
-    EXPECT_TRUE(fs::is_character_file("/dev/full"));
-    EXPECT_TRUE(fs::is_symlink(folder / "full.apt"));
-    EXPECT_TRUE(save("/dev/null", "text"));
+    fs::create_symlink("/dev/null", folder / "null.apt");
+    EXPECT_FALSE(save("/dev/null", "text"));
+    EXPECT_FALSE(save(folder / "null.apt", "text"));
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
+    EXPECT_TRUE(fs::is_symlink(folder / "null.apt"));
+    EXPECT_THAT(folder.names(), ElementsAre("null.apt"));
+}
+
+TEST(SafeFile, WhatIsBeingWrittenHasNoNameThatAKilledProgramCouldLeave) {
+    const test::TemporaryFolder folder;
+    SafeFile file(folder / "a.apt");
+    EXPECT_TRUE(file.write("text"));
+    EXPECT_THAT(folder.names(), ElementsAre());
+    EXPECT_TRUE(file.commit());
+    EXPECT_THAT(folder.names(), ElementsAre("a.apt"));
+}
+
+TEST(SafeFile, AnOldFileOfAKilledSaveIsRemovedByTheNextSaveAndAYoungOneStays) {
+    const test::TemporaryFolder folder;
+    const auto now = fs::file_time_type::clock::now();
+    const std::vector<std::string> names{".velmora-0123456789ab.tmp", ".velmora-0123456789zz.tmp",
+                                         ".velmora-0123456789aB.tmp", ".velmora-0123456789abc.tmp", "velmora.apt"};
+    for (const std::string& name : names) {
+        test::writeFileText(folder / name, "of a save");
+        fs::last_write_time(folder / name, now - std::chrono::minutes(61));
+    }
+    fs::last_write_time(folder / names[1], now - std::chrono::minutes(59));
+    EXPECT_TRUE(save(folder / "a.apt", "text"));
+    EXPECT_THAT(folder.names(), testing::UnorderedElementsAre("a.apt", names[1], names[2], names[3], names[4]));
+}
+
+TEST(SafeFile, ExtendedAttributesPassToTheNewFile) {
+    const test::TemporaryFolder folder;
+    test::writeFileText(folder / "a.apt", "old");
+    if (::setxattr((folder / "a.apt").c_str(), "user.origin", "wind tunnel", 11, 0) != 0) {
+        GTEST_SKIP() << "the file system of the temporary folder has no extended attributes";
+    }
+    SafeFile file(folder / "a.apt");
+    EXPECT_TRUE(file.write("new") && file.commit());
+    EXPECT_THAT(file.notes(), ElementsAre());
+    std::string value(20, '\0');
+    EXPECT_EQ(::getxattr((folder / "a.apt").c_str(), "user.origin", value.data(), value.size()), 11);
+    EXPECT_EQ(value.substr(0, 11), "wind tunnel");
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "new");
+}
+
+TEST(SafeFile, AHardLinkThatIsCutIsTold) {
+    const test::TemporaryFolder folder;
+    test::writeFileText(folder / "a.apt", "old");
+    fs::create_hard_link(folder / "a.apt", folder / "b.apt");
+    SafeFile file(folder / "a.apt");
+    EXPECT_TRUE(file.write("new") && file.commit());
+    EXPECT_THAT(file.notes(), ElementsAre("The file has 1 other name(s) by hard links: they keep what it held before"));
+    EXPECT_EQ(test::fileText(folder / "b.apt"), "old");
+    SafeFile again(folder / "a.apt");
+    EXPECT_THAT(again.notes(), ElementsAre());
+}
+
+TEST(SafeFile, TheSizeIsThatOfWhatWasWritten) {
+    const test::TemporaryFolder folder;
+    SafeFile file(folder / "a.apt");
+    EXPECT_EQ(file.size(), 0U);
+    EXPECT_TRUE(file.write("four") && file.write("five5"));
+    EXPECT_EQ(file.size(), 9U);
 }
 
 TEST(SafeFile, AFailedRenameLeavesNothingBehind) {

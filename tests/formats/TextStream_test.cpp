@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "FailingReads.h"
 #include "stream_numbers.h"
 #include "temporary_folder.h"
 
@@ -303,12 +304,10 @@ TEST_F(TextStreamTest, AClosedStreamThatIsClearedHoldsNothing) {
     EXPECT_FALSE(missing.skipTo('Z'));
 }
 
-TEST_F(TextStreamTest, APipeThatNobodyWritesToIsAnEmptyFile) {
+TEST_F(TextStreamTest, APipeAndADeviceAreRefusedAsTheyMayNeverEnd) {
     ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0600), 0);
-    TextStream stream(folder_ / "pipe");
-    EXPECT_TRUE(stream.isOpen());
-    EXPECT_EQ(stream.size(), 0);
-    EXPECT_EQ(stream.get(), -1);
+    EXPECT_FALSE(TextStream(folder_ / "pipe").isOpen());
+    EXPECT_FALSE(TextStream("/dev/zero").isOpen());
 }
 
 TEST(TextStreamProgress, IsToldByBlocksNeverFallingAndNotTooOften) {
@@ -343,10 +342,70 @@ TEST(TextStreamProgress, DoesNotFallWhenSomethingIsReadAgain) {
     EXPECT_DOUBLE_EQ(told.back(), 0.99);
 }
 
-TEST(TextStreamProgress, IsNotToldOfAFileWithoutAKnownSize) {
-    TextStream stream("/dev/null", 1);
+TEST(TextStreamProgress, IsNotToldOfAnEmptyFile) {
+    const test::TemporaryFolder folder;
+    TextStream stream(test::writeFileText(folder / "a", ""), 1);
     stream.reportTo([](double) { FAIL(); });
     EXPECT_EQ(stream.get(), -1);
+}
+
+TEST_F(TextStreamTest, AReadErrorEndsTheStreamAndIsToldFromTheEndOfTheFile) {
+    const auto path = test::writeFileText(folder_ / "a", "1 2 3 4 5 6 7 8 9\n");
+    for (const std::size_t blockSize : {std::size_t{1}, std::size_t{4}, std::size_t{1000}}) {
+        const test::FailingReads broken(6);
+        TextStream stream(path, blockSize);
+        std::int32_t value = 0;
+        for (std::int32_t expected = 1; expected <= 3; ++expected) {
+            EXPECT_TRUE(stream.readInt(value));
+            EXPECT_EQ(value, expected);
+            EXPECT_FALSE(stream.readFailed());
+        }
+        EXPECT_FALSE(stream.readInt(value));
+        EXPECT_TRUE(stream.eof());
+        EXPECT_TRUE(stream.readFailed());
+    }
+    TextStream whole(path);
+    EXPECT_TRUE(whole.skipLine());
+    EXPECT_FALSE(whole.skipLine());
+    EXPECT_FALSE(whole.readFailed());
+}
+
+TEST_F(TextStreamTest, NumbersThatRunIntoTheNextAreCounted) {
+    const auto path = test::writeFileText(folder_ / "a", "1 -2 3e5 4.5\n1.5-104 2\n1.2.3 +4+5 6- 7");
+    for (const std::size_t blockSize : {std::size_t{1}, std::size_t{1000}}) {
+        TextStream stream(path, blockSize);
+        double value = 0.0;
+        for (int number = 0; number < 4; ++number) {
+            EXPECT_TRUE(stream.readDouble(value));
+        }
+        EXPECT_EQ(stream.joinedNumbers(), 0);
+        while (stream.readDouble(value)) {
+        }
+        EXPECT_EQ(stream.joinedNumbers(), 4); // 1.5 1.2 +4 6
+        EXPECT_EQ(stream.firstJoinedNumber(), 16);
+        EXPECT_EQ(stream.lineOf(stream.firstJoinedNumber()), 2);
+    }
+}
+
+TEST_F(TextStreamTest, TheLineOfAPlaceIsAskedWithoutMoving) {
+    const auto path = test::writeFileText(folder_ / "a", "one\ntwo 5\n\nfour");
+    for (const std::size_t blockSize : {std::size_t{1}, std::size_t{3}, std::size_t{1000}}) {
+        TextStream stream(path, blockSize);
+        std::string word;
+        EXPECT_TRUE(stream.readWord(word) && stream.readWord(word));
+        EXPECT_EQ(stream.lineOf(0), 1);
+        EXPECT_EQ(stream.lineOf(3), 1);
+        EXPECT_EQ(stream.lineOf(4), 2);
+        EXPECT_EQ(stream.lineOf(14), 4);
+        EXPECT_TRUE(stream.good());
+        std::int32_t value = 0;
+        EXPECT_TRUE(stream.readInt(value));
+        EXPECT_EQ(value, 5);
+        EXPECT_FALSE(stream.readInt(value));
+        EXPECT_EQ(stream.lineOf(stream.tell()), 4);
+        EXPECT_TRUE(stream.fail());
+        EXPECT_FALSE(stream.eof());
+    }
 }
 
 } // namespace

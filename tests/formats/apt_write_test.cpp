@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "FileSizeLimit.h"
 #include "apt.h"
 #include "format_test_tools.h"
 #include "temporary_folder.h"
@@ -99,8 +100,9 @@ TEST(AptWriter, WhatCannotBeWrittenIsToldAndLeavesTheOldFile) {
     const test::TemporaryFolder folder;
     EXPECT_FALSE(writeApt(folder / "missing/a.apt", small, 16));
     EXPECT_FALSE(writeApt(folder.path(), small, 16));
-    EXPECT_FALSE(writeApt("/dev/full", small, 16));
-    EXPECT_FALSE(writeAptBlock("/dev/full", small, std::array<std::int32_t, 1>{0}, 16));
+    const test::FileSizeLimit full(0);
+    EXPECT_FALSE(writeApt(folder / "full", small, 16));
+    EXPECT_FALSE(writeAptBlock(folder / "full", small, std::array<std::int32_t, 1>{0}, 16));
     EXPECT_THAT(folder.names(), ElementsAre());
 }
 
@@ -132,14 +134,30 @@ TEST(AptWriter, WhatIsWrittenIsReadAgainBitForBit) {
     EXPECT_TRUE(test::sameModel(again, patches));
 }
 
-TEST(AptWriter, ANotANumberIsWrittenButEndsTheReading) {
+TEST(AptWriter, ANumberThatCouldNotBeReadAgainIsRefusedWithItsPlaceBeforeTheFileIsTouched) {
     const test::TemporaryFolder folder;
-    ASSERT_TRUE(writeApt(folder / "a.apt", {{{{1.0, 2.0, std::numeric_limits<double>::quiet_NaN()}}}}, 1));
-    EXPECT_EQ(test::fileText(folder / "a.apt"), "1 1\n1.0e+00 2.0e+00 nan\n");
-    PatchList again;
-    const AptReadResult result = readApt(folder / "a.apt", again);
-    EXPECT_THAT(result.faults, ElementsAre(FormatFault{FormatFaultKind::Body, 1, 2}));
-    EXPECT_TRUE(again.empty());
+    test::writeFileText(folder / "a.apt", "old");
+    PatchList patches{test::numberedPatch(2, 2), test::numberedPatch(2, 3)};
+    for (const double bad : {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()}) {
+        patches[1][1][2].y = bad;
+        const WriteOutcome outcome = writeApt(folder / "a.apt", patches, 1);
+        EXPECT_FALSE(outcome.written);
+        EXPECT_EQ(outcome.problem,
+                  "Patch 2, section 2, point 3: the number is not finite, and could not be read again");
+        EXPECT_EQ(writeAptBlock(folder / "a.apt", patches, std::array<std::int32_t, 1>{1}, 1).problem, outcome.problem);
+    }
+    EXPECT_TRUE(writeAptBlock(folder / "b.apt", patches, std::array<std::int32_t, 1>{0}, 1));
+    EXPECT_EQ(test::fileText(folder / "a.apt"), "old");
+}
+
+TEST(AptWriter, TheOutcomeTellsWhatWasWritten) {
+    const test::TemporaryFolder folder;
+    const WriteOutcome outcome = writeApt(folder / "a.apt", {test::numberedPatch(2, 3), test::numberedPatch(4, 5)}, 1);
+    EXPECT_TRUE(outcome.written);
+    EXPECT_EQ(outcome.record.path, folder / "a.apt");
+    EXPECT_EQ(outcome.record.bytes, test::fileText(folder / "a.apt").size());
+    EXPECT_EQ(outcome.record.format, "apt");
+    EXPECT_EQ(outcome.record.counts, (Counts{{"patches", 2}, {"points", 26}}));
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "FileSizeLimit.h"
 #include "field_reference.h"
 #include "format_test_tools.h"
 #include "temporary_folder.h"
@@ -483,8 +484,25 @@ TEST_F(FieldWriterTest, WhatCannotBeWrittenIsToldAndLeavesNothing) {
     const PatchList patches{{{{1, 2, 3}}}};
     EXPECT_FALSE(writeFieldFile(folder_ / "missing/a.dat", patches, {}, 0, "t", "v", 16));
     EXPECT_FALSE(writeFieldFile(folder_.path(), patches, {}, 0, "t", "v", 16));
-    EXPECT_FALSE(writeFieldFile("/dev/full", patches, {}, 0, "t", "v", 16));
+    const test::FileSizeLimit full(0);
+    EXPECT_FALSE(writeFieldFile(folder_ / "full", patches, {}, 0, "t", "v", 16));
     EXPECT_THAT(folder_.names(), IsEmpty());
+}
+
+TEST_F(FieldWriterTest, WhatCouldNotBeReadAgainIsRefusedBeforeTheFileIsTouched) {
+    test::writeFileText(folder_ / "a.dat", "old");
+    const PatchList tooLong{{PointList(100000)}};
+    const WriteOutcome refused = writeFieldFile(folder_ / "a.dat", tooLong, {}, 0, "t", "v", 16);
+    EXPECT_FALSE(refused.written);
+    EXPECT_EQ(refused.problem,
+              "Patch 1 has 100000 points in a direction: a header of a field file tells no more than 99999");
+    EXPECT_FALSE(writeFieldFile(folder_ / "a.dat", {Patch(100000, PointList(1))}, {}, 0, "t", "v", 16));
+    const PatchList field{{{{1, std::numeric_limits<double>::infinity(), 3}}}};
+    EXPECT_EQ(writeFieldFile(folder_ / "a.dat", {{{{1, 2, 3}}}}, field, 3, "t", "v", 16).problem,
+              "Patch 1, section 1, point 1 of the field: the number is not finite, and could not be read again");
+    EXPECT_EQ(test::fileText(folder_ / "a.dat"), "old");
+    EXPECT_TRUE(writeFieldFile(folder_ / "a.dat", {{PointList(99999)}}, {}, 0, "t", "\"x\" \"y\" \"z\"", 1));
+    EXPECT_EQ(countOf(readFieldFile(folder_ / "a.dat").record.kept, "points"), 99999);
 }
 
 } // namespace

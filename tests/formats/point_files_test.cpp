@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "FileSizeLimit.h"
 #include "format_test_tools.h"
 #include "stream_numbers.h"
 #include "temporary_folder.h"
@@ -127,7 +128,8 @@ TEST_F(PointFileTest, ALineThatCannotBeWrittenIsToldAndLeavesNothing) {
     const PointList line{{1, 2, 3}};
     EXPECT_FALSE(writeLineBuffer(folder_ / "missing/a.ext", line, 16));
     EXPECT_FALSE(writeLineBuffer(folder_.path(), line, 16));
-    EXPECT_FALSE(writeLineBuffer("/dev/full", line, 16));
+    const test::FileSizeLimit full(0);
+    EXPECT_FALSE(writeLineBuffer(folder_ / "full", line, 16));
     EXPECT_THAT(folder_.names(), IsEmpty());
 }
 

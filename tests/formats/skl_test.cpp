@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "FileSizeLimit.h"
 #include "format_test_tools.h"
 #include "skl_reference.h"
 #include "temporary_folder.h"
@@ -260,8 +261,9 @@ TEST(SklWriter, WhatCannotBeWrittenIsToldAndLeavesTheOldFile) {
     const test::TemporaryFolder folder;
     EXPECT_FALSE(writeSkl(folder / "missing/a.skl", goodModel, 16));
     EXPECT_FALSE(writeSkl(folder.path(), goodModel, 16));
-    EXPECT_FALSE(writeSkl("/dev/full", goodModel, 16));
-    EXPECT_FALSE(writeSklBlock("/dev/full", goodModel, std::array<std::int32_t, 1>{0}, 16));
+    const test::FileSizeLimit full(0);
+    EXPECT_FALSE(writeSkl(folder / "full", goodModel, 16));
+    EXPECT_FALSE(writeSklBlock(folder / "full", goodModel, std::array<std::int32_t, 1>{0}, 16));
     EXPECT_THAT(folder.names(), IsEmpty());
 }
 

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "FileSizeLimit.h"
 #include "triangle_tools.h"
 
 namespace velmora {
@@ -351,7 +352,8 @@ TEST_F(Vrml, WritingRenamesNoZone) {
 
 TEST_F(Vrml, AFileThatCannotBeWrittenIsAFileError) {
     EXPECT_THROW(zVRMLReader().write(folder_ / "no" / "out.wrl", squareRegion()), FileError);
-    EXPECT_THROW(zVRMLReader().write("/dev/full", squareRegion()), FileError);
+    const test::FileSizeLimit full(0);
+    EXPECT_THROW(zVRMLReader().write(folder_ / "full.wrl", squareRegion()), FileError);
 }
 
 } // namespace

@@ -230,16 +230,30 @@ TEST_F(ActionsTest, RecentFilesStandWhereTheMenuSaysAndFollowTheList) {
     };
     EXPECT_THAT(shown(), ::testing::ElementsAre("Recent File off"));
     EXPECT_EQ(menu.actions()[1]->statusTip(), QString());
-    rig.recent.add(QStringLiteral("/a.apt"));
-    EXPECT_THAT(shown(), ::testing::ElementsAre("&1 /a.apt"));
-    EXPECT_EQ(menu.actions()[1]->statusTip(), QStringLiteral("Open this file"));
-    for (const char* path : {"/b & c.apt", "/d", "/e", "/f"}) {
-        rig.recent.add(QString::fromLatin1(path));
+    const TemporaryFolder folder;
+    const std::string root = folder.path().string() + "/";
+    for (const char* name : {"a.apt", "b & c.apt", "d", "f"}) {
+        writeFileText(folder / name, "");
     }
-    EXPECT_THAT(shown(), ::testing::ElementsAre("&1 /f", "&2 /e", "&3 /d", "&4 /b && c.apt"));
+    rig.recent.add(qtText(root + "a.apt"));
+    EXPECT_THAT(shown(), ::testing::ElementsAre("&1 " + root + "a.apt"));
+    EXPECT_EQ(menu.actions()[1]->statusTip(), QStringLiteral("Open this file"));
+    for (const char* name : {"b & c.apt", "d", "e", "f"}) {
+        rig.recent.add(qtText(root + name));
+    }
+    EXPECT_THAT(shown(), ::testing::ElementsAre("&1 " + root + "f", "&2 " + root + "e off", "&3 " + root + "d",
+                                                "&4 " + root + "b && c.apt"));
+    EXPECT_EQ(menu.actions()[2]->statusTip(), QStringLiteral("This file is not there any more"));
     menu.actions()[4]->trigger();
     menu.actions()[1]->trigger();
-    EXPECT_EQ(rig.chosen, QStringList({"/b & c.apt", "/f"}));
+    EXPECT_EQ(rig.chosen, QStringList({qtText(root + "b & c.apt"), qtText(root + "f")}));
+    // The files are looked for as the menu opens.
+    std::filesystem::remove(folder / "f");
+    std::filesystem::create_directory(folder / "e");
+    emit menu.aboutToShow();
+    EXPECT_THAT(shown(), ::testing::ElementsAre("&1 " + root + "f off", "&2 " + root + "e", "&3 " + root + "d",
+                                                "&4 " + root + "b && c.apt"));
+    EXPECT_EQ(menu.actions()[2]->statusTip(), QStringLiteral("Open a file of this folder"));
     EXPECT_THAT(rig.ran, ::testing::IsEmpty());
 }
 

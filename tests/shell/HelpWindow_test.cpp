@@ -314,7 +314,7 @@ TEST(HelpDesk, InADialogItOpensThePlaceOfTheCommandThatRuns) {
         EXPECT_EQ(guideShown(), "qrc:/guide/index.md");
         dynamic_cast<QDialog&>(box).accept();
     });
-    rig.doc().ui().showMessage("text");
+    rig.doc().ui().showMessage({Severity::Info, "text"});
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QDragEnterEvent>
+#include <QFileDialog>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QProgressBar>
@@ -13,6 +14,7 @@
 #include <QUrl>
 
 #include "FrameRig.h"
+#include "messages.h"
 
 namespace velmora::test {
 namespace {
@@ -594,6 +596,43 @@ TEST(MainFrame, OpensNoFileInPlaceOfAModelThatCannotBeSaved) {
     EXPECT_TRUE(rig.frame.isWindowModified());
 }
 
+TEST(MainFrame, StaysWhenTheQuestionBeforeExitIsClosed) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    rig.person.atDialog("CBlockMove", {{"deltaX", "1"}});
+    rig.run("model.move");
+    const PatchList moved = rig.doc().patches;
+    rig.person.at("questionBox", [](QWidget& box) { box.close(); });
+    rig.run("file.exit");
+    EXPECT_TRUE(rig.frame.isVisible());
+    EXPECT_TRUE(rig.frame.isWindowModified());
+    EXPECT_EQ(rig.doc().patches, moved);
+}
+
+// The window's X, or a desktop's own way of closing, while the program waits for an answer.
+TEST(MainFrame, RefusesToCloseWhileAQuestionIsOpen) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    rig.person.atDialog("CBlockMove", {{"deltaX", "1"}});
+    rig.run("model.move");
+    rig.person.at("questionBox", [&rig](QWidget& box) {
+        EXPECT_FALSE(rig.frame.close());
+        EXPECT_FALSE(rig.frame.close());
+        EXPECT_TRUE(rig.frame.isVisible() && box.isVisible());
+        dynamic_cast<QMessageBox&>(box).button(QMessageBox::Yes)->click();
+    });
+    rig.run("file.exit");
+    EXPECT_FALSE(rig.frame.isVisible());
+    rig.frame.show();
+    rig.doc().documentModified = false;
+    rig.person.at("CBlockMove", [&rig](QWidget& dialog) {
+        EXPECT_FALSE(rig.frame.close()) << "a dialog waits too";
+        dynamic_cast<QDialog&>(dialog).reject();
+    });
+    rig.run("model.move");
+    EXPECT_TRUE(rig.frame.isVisible());
+}
+
 TEST(MainFrame, EscapeInTheViewAsksItToClose) {
     const FlatDesk desk;
     FrameRig rig(desk.model);
@@ -624,6 +663,105 @@ TEST(MainFrame, AFileThatIsOpenedGoesOnTopOfTheRecentOnes) {
     EXPECT_EQ(recent(1)->text(), QStringLiteral("&1 ") + qtPath(desk.model));
 }
 
+TEST(MainFrame, AFileThatIsGoneDoesNotCostTheModel) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    const PatchList before = rig.doc().patches;
+    rig.frame.openFile(qtPath(desk.folder / "gone.apt"));
+    EXPECT_EQ(rig.doc().patches, before);
+    EXPECT_EQ(rig.frame.windowTitle(), QStringLiteral("flat.apt[*] - Velmora"));
+    EXPECT_EQ(rig.message(), QStringLiteral("There is no ") + qtPath(desk.folder / "gone.apt"));
+}
+
+TEST(MainFrame, AFolderOpensTheChooserThere) {
+    const FlatDesk desk;
+    const FlatDesk other;
+    FrameRig rig(desk.model);
+    rig.person.atQuestion(QString::fromLatin1(message::removeGeometry), true);
+    rig.person.at("fileChooser", [&other](QWidget& open) {
+        auto& chooser = dynamic_cast<QFileDialog&>(open);
+        EXPECT_EQ(filePath(chooser.directory().path()), other.folder.path());
+        chooser.reject();
+    });
+    rig.frame.openFile(qtPath(other.folder.path()));
+}
+
+// ---- What does not go as planned ------------------------------------------------------------------------------------
+
+/// A view that has no memory when the geometry changes.
+class PoorView : public DocumentView {
+public:
+    void onGeometryChanged() override {
+        if (poor) {
+            poor = false;
+            throw std::bad_alloc();
+        }
+    }
+    void onPictureChanged() override {}
+    void onHighlightChanged() override {}
+    void onBoundsChanged() override {}
+    void setMouseMode(MouseMode) override {}
+    void forceMouseMode(MouseMode) override {}
+    void resetMouseMode() override {}
+    int principalPlane() const override { return 0; }
+
+    bool poor = true;
+};
+
+TEST(MainFrame, ACommandThatRunsOutOfMemoryIsToldAndLeavesTheModel) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    const PatchList before = rig.doc().patches;
+    PoorView view;
+    rig.doc().attachView(view);
+    rig.person.atDialog("CBlockMove", {{"deltaX", "1"}});
+    rig.person.atMessage(QStringLiteral("The command could not be carried out (out of memory). The model is as it was "
+                                        "before."));
+    rig.run("model.move");
+    EXPECT_EQ(rig.doc().patches, before);
+    EXPECT_FALSE(rig.frame.isWindowModified());
+    EXPECT_TRUE(rig.person.isDone());
+    rig.person.atDialog("CBlockMove", {{"deltaX", "1"}});
+    rig.run("model.move");
+    EXPECT_NE(rig.doc().patches, before) << "the next one works again";
+    rig.doc().detachView(view);
+    rig.doc().documentModified = false;
+}
+
+TEST(MainFrame, TheSurfaceButtonFollowsWhatAPaintFindsOut) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    ASSERT_TRUE(rig.toolButton("view.surface")->isChecked());
+    rig.doc().patches[0][0].pop_back();
+    rig.doc().retitle();
+    rig.person.atMessage(QStringLiteral("surface not allowed"));
+    rig.doc().redraw();
+    EXPECT_TRUE(waitUntil([&rig] { return !rig.toolButton("view.surface")->isChecked(); }));
+    EXPECT_FALSE(rig.menuEntry("view.surface")->isChecked());
+    EXPECT_TRUE(waitUntil([&rig] { return rig.person.isDone(); }));
+}
+
+TEST(MainFrame, AKeptSizeOfNextToNothingGivesTheUsualOne) {
+    QByteArray tiny;
+    {
+        FrameRig rig;
+        rig.frame.showNormal();
+        rig.frame.centralWidget()->setMinimumSize(1, 1);
+        for (QToolBar* bar : rig.frame.findChildren<QToolBar*>()) {
+            bar->hide();
+        }
+        rig.frame.menuBar()->hide();
+        rig.frame.resize(160, 109);
+        ASSERT_LT(rig.frame.width(), 320);
+        tiny = rig.frame.saveGeometry();
+    }
+    QSettings().setValue(QStringLiteral("Window/Geometry"), tiny);
+    MainFrame next;
+    next.showAsLeft();
+    EXPECT_GE(next.width(), 600);
+    EXPECT_GE(next.height(), 400);
+}
+
 /// Whether the frame takes what is dragged over it.
 bool takes(FrameRig& rig, const QList<QUrl>& urls, bool drop) {
     QMimeData data;
@@ -646,7 +784,7 @@ TEST(MainFrame, TakesFilesThatAreDroppedAndOpensThemAfterTheDrop) {
     EXPECT_FALSE(takes(rig, {QUrl(QStringLiteral("https://example.org/a.apt"))}, false));
     const QUrl file = QUrl::fromLocalFile(qtPath(desk.model));
     EXPECT_TRUE(takes(rig, {QUrl(QStringLiteral("https://example.org/a.apt")), file, file}, true));
-    EXPECT_EQ(rig.doc().structureKind, "non") << "the program that the file comes from does not wait";
+    EXPECT_EQ(rig.doc().structureKind, StructureKind::None) << "the program that the file comes from does not wait";
     EXPECT_TRUE(waitUntil([&] { return rig.doc().patches.size() == 3; })) << "each file once";
 }
 

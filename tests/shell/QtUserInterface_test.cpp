@@ -61,7 +61,7 @@ TEST(QtUserInterface, AMessageIsABoxWithOkAlone) {
         EXPECT_EQ(box.parentWidget(), &rig.frame);
         pressKey(box, Qt::Key_Escape);
     });
-    rig.ui.showMessage("<b>Matching</b> is impossible");
+    rig.ui.showMessage({Severity::Info, "<b>Matching</b> is impossible"});
 }
 
 TEST(QtUserInterface, AMessageOverADialogBelongsToTheDialog) {
@@ -74,7 +74,7 @@ TEST(QtUserInterface, AMessageOverADialogBelongsToTheDialog) {
             EXPECT_EQ(box.parentWidget(), &dialog);
             dynamic_cast<QDialog&>(box).accept();
         });
-        rig.ui.showMessage("one");
+        rig.ui.showMessage({Severity::Info, "one"});
         dynamic_cast<QDialog&>(dialog).reject();
     });
     EXPECT_FALSE(rig.ui.showDialog(form));
@@ -99,25 +99,23 @@ TEST(QtUserInterface, AQuestionProposesYesAndEscapeSaysNo) {
     EXPECT_FALSE(rig.ui.ask(message::removeGeometry));
 }
 
-TEST(QtUserInterface, TheQuestionBeforeExitIsAnsweredByItsButtonsAlone) {
+TEST(QtUserInterface, TheQuestionBeforeExitCanStayWithoutAnAnswer) {
     UiRig rig;
-    rig.person.at("questionBox", [](QWidget& box) {
-        pressKey(box, Qt::Key_Escape);
-        EXPECT_TRUE(box.isVisible());
-        box.close();
-        EXPECT_TRUE(box.isVisible());
-        dynamic_cast<QMessageBox&>(box).button(QMessageBox::Yes)->click();
-    });
-    EXPECT_TRUE(rig.ui.ask(message::saveBeforeExit));
+    rig.person.at("questionBox", [](QWidget& box) { pressKey(box, Qt::Key_Escape); });
+    EXPECT_EQ(rig.ui.askOrNone(message::saveBeforeExit), Answer::None);
+    rig.person.at("questionBox", [](QWidget& box) { box.close(); });
+    EXPECT_EQ(rig.ui.askOrNone(message::saveBeforeExit), Answer::None);
+    rig.person.at("questionBox", [](QWidget& box) { pressKey(box, Qt::Key_Return); });
+    EXPECT_EQ(rig.ui.askOrNone(message::saveBeforeExit), Answer::Yes);
     rig.person.atQuestion(QString::fromLatin1(message::saveBeforeExit), false);
-    EXPECT_FALSE(rig.ui.ask(message::saveBeforeExit));
+    EXPECT_EQ(rig.ui.askOrNone(message::saveBeforeExit), Answer::No);
 }
 
 TEST(QtUserInterface, HeldMessagesComeInTheirOrderOnceTheEventLoopRuns) {
     UiRig rig;
     rig.ui.holdMessages(true);
-    rig.ui.showMessage("first");
-    rig.ui.showMessage("second");
+    rig.ui.showMessage({Severity::Info, "first"});
+    rig.ui.showMessage({Severity::Info, "second"});
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
     rig.ui.holdMessages(false);
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "not within the paint";
@@ -128,7 +126,7 @@ TEST(QtUserInterface, HeldMessagesComeInTheirOrderOnceTheEventLoopRuns) {
     rig.ui.holdMessages(false);
     QApplication::processEvents();
     rig.person.atMessage(QStringLiteral("third"));
-    rig.ui.showMessage("third");
+    rig.ui.showMessage({Severity::Info, "third"});
 }
 
 // ---- The wait cursor ------------------------------------------------------------------------------------------------
@@ -149,7 +147,7 @@ TEST(QtUserInterface, TheUserHasTheArrowWhileWorkWaitsForAnAnswerAndTheWaitCurso
     for (const char* name : {"messageBox", "questionBox", "CBlockMove", "CRegularInput", "fileChooser"}) {
         rig.person.at(name, close);
     }
-    rig.ui.showMessage("text");
+    rig.ui.showMessage({Severity::Info, "text"});
     EXPECT_TRUE(waits());
     rig.ui.ask("text");
     EXPECT_TRUE(waits());
@@ -171,7 +169,7 @@ TEST(QtUserInterface, NestedWorkHasOneWaitCursorAndItsEndTakesItAway) {
     rig.ui.setBusy(false);
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
     rig.person.at("messageBox", [](QWidget& box) { dynamic_cast<QDialog&>(box).accept(); });
-    rig.ui.showMessage("text");
+    rig.ui.showMessage({Severity::Info, "text"});
     EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "none comes back that was not there";
 }
 

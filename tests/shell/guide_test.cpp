@@ -165,9 +165,9 @@ TEST(Guide, NamesEveryFieldAndChoiceOfEveryDialog) {
     }
 }
 
-/// The texts that a header declares, of the form `name = "text";`.
+/// The texts that a header declares, of the form `name = "text";` or `name{severity, "text"};`.
 QStringList declaredTexts(const QString& header) {
-    static const QRegularExpression text(QStringLiteral(R"(=\s*"((?:[^"\\]|\\.)*)\"\s*;)"));
+    static const QRegularExpression text(QStringLiteral(R"([=,]\s*"((?:[^"\\]|\\.)*)\"\s*\}?;)"));
     QStringList texts;
     auto found = text.globalMatch(fileText(QStringLiteral(VELMORA_SOURCES "/") + header));
     while (found.hasNext()) {

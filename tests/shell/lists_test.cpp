@@ -27,8 +27,8 @@ class FocusTakingUi : public RecordingUi {
 public:
     std::function<void()> whileBoxStands;
 
-    void showMessage(const std::string& text) override {
-        RecordingUi::showMessage(text);
+    void showMessage(const Message& message) override {
+        RecordingUi::showMessage(message);
         if (whileBoxStands) {
             whileBoxStands();
         }

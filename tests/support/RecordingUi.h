@@ -31,7 +31,7 @@ public:
     /// Works in the point table and answers true for OK; absent: Cancel.
     std::function<bool(CRegularInput&)> onRegularInput;
 
-    void showMessage(const std::string& text) override { transcript.push_back("message: " + text); }
+    void showMessage(const Message& message) override { transcript.push_back("message: " + message.text); }
 
     bool ask(const std::string& text) override {
         const bool answer = !answers.empty() && answers.front();

@@ -141,10 +141,5 @@ TEST(UnprojectPoint, MatrixWithoutAnInverseGivesNone) {
     EXPECT_FALSE(unprojectPoint({50, 50, 0.5}, scaleMatrix({1, 1, 0}), identityMatrix(), window));
 }
 
-TEST(VectorLength, OfThreeFourTwelveIsThirteen) {
-    EXPECT_EQ(lengthOf({3, 4, 12}), 13.0);
-    EXPECT_EQ(unitOf({3, 0, 4}), zVec<double>(0.6, 0, 0.8));
-}
-
 } // namespace
 } // namespace velmora

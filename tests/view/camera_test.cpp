@@ -117,7 +117,7 @@ TEST(UpdateProjection, PerspectiveWindowIsScaledToTheNearPlane) {
     CameraRig rig;
     rig.view.viewCentreX = 225.0;
     rig.view.UpdateProjection();
-    const double s = 0.2 / (3.0 + 2.0 * eyeRadii);
+    const double s = 0.2 / (2.0 * eyeRadii);
     // Left -1.5, right 4.5, bottom -2, top 2, each times s; near 0.2, far 500.
     const Matrix4 expected{0.4 / (6 * s),  0, 0, 0, 0, 0.4 / (4 * s), 0, 0, 0.5, 0, -500.2 / 499.8, -1.0, 0, 0,
                            -200.0 / 499.8, 0};
@@ -129,7 +129,7 @@ TEST(UpdateProjection, BothProjectionsShowTheDefaultDistanceAtTheSameSize) {
     rig.view.zoomFactor = 0.7;
     rig.view.viewCentreX = 170.0;
     rig.view.UpdateProjection();
-    const zVec<double> point{0.4, -0.3, rig.view.defaultOffset.z};
+    const zVec<double> point{0.4, -0.3, -2.0 * eyeRadii};
     const auto perspective = projectPoint(point, identityMatrix(), rig.view.projectionMatrix, rig.view.viewport);
     rig.view.projectionMode = 1;
     rig.view.UpdateProjection();
@@ -137,6 +137,29 @@ TEST(UpdateProjection, BothProjectionsShowTheDefaultDistanceAtTheSameSize) {
     ASSERT_TRUE(perspective && parallel);
     EXPECT_NEAR(perspective->x, parallel->x, 1e-9);
     EXPECT_NEAR(perspective->y, parallel->y, 1e-9);
+}
+
+// A left wing lies on the side of negative z, a distant body beyond the place of the eye of one at the origin.
+TEST(UpdateProjection, ModelIsAsLargeInBothProjectionsWhereverItsCentreLies) {
+    for (const double z : {0.0, 40.0, -40.0, -2.0 * eyeRadii, -1000.0}) {
+        SCOPED_TRACE(z);
+        CameraRig rig;
+        rig.doc.modelCenter = {1, 2, z};
+        rig.view.UpdateCameraLimits();
+        rig.view.ResetModelTransform();
+        rig.view.UpdateProjection();
+        rig.view.ApplyModelTransform(rig.doc.modelCenter);
+        const zVec<double> tip = rig.doc.modelCenter + zVec<double>(1.5, 0.5, 0);
+        const auto perspective =
+            projectPoint(tip, rig.view.modelViewMatrix, rig.view.projectionMatrix, rig.view.viewport);
+        rig.view.projectionMode = 1;
+        rig.view.UpdateProjection();
+        const auto parallel = projectPoint(tip, rig.view.modelViewMatrix, rig.view.projectionMatrix, rig.view.viewport);
+        ASSERT_TRUE(perspective && parallel);
+        // Of 3 and 2 model units to each side of the middle, 150 and 100 pixels.
+        expectVector(*parallel, {225, 125, parallel->z}, 1e-9);
+        expectVector(*perspective, {225, 125, perspective->z}, 1e-9);
+    }
 }
 
 TEST(UpdateProjection, TakesTheCameraLimitsAnew) {

@@ -227,7 +227,7 @@ TEST(Frame, ListIsBuiltOnceForManyFrames) {
 TEST(Frame, SurfaceOfSectionLinesIsRefusedOnce) {
     ViewRig rig;
     rig.show({{flatPatch(2, 3)[0], flatPatch(2, 4)[1]}});
-    ASSERT_EQ(rig.doc.fileKind, "skl");
+    ASSERT_EQ(rig.doc.fileKind, FileKind::Skl);
     rig.view.runViewCommand("view.surface");
     EXPECT_TRUE(rig.doc.surfaceMode);
     EXPECT_EQ(rig.view.list().number, 1);
@@ -256,7 +256,7 @@ TEST(Frame, SurfaceFallsBackToWireWhenTheGridIsLost) {
 TEST(Frame, PaintDuringTheBoxIsRefusedButStillTurnsTheModel) {
     ViewRig rig;
     rig.show({flatPatch(1, 3)});
-    ASSERT_EQ(rig.doc.fileKind, "skl");
+    ASSERT_EQ(rig.doc.fileKind, FileKind::Skl);
     rig.view.spinActive = true;
     rig.view.spinAngle = 40.0;
     rig.view.spinAxis = {0, 0, 1};

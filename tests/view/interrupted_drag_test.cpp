@@ -1,6 +1,7 @@
 #include <limits>
 
 #include "command_table.h"
+#include "vectors.h"
 #include "view_rig.h"
 
 // What becomes of a drag or a regime when something comes between the press and the release.

@@ -85,8 +85,8 @@ zVec<double> screenVector(const ViewRig& rig, PixelPoint pixel) {
     const double radius = rig.doc.modelRadius;
     const double across = (pixel.x / 300.0 - 1.0) * radius;
     const double upward = ((599 - pixel.y) / 300.0 - 1.0) * radius;
-    // In perspective the window is that of the distance -defaultOffset.z, and the plane is nearer.
-    const double shrink = rig.view.projectionMode == 1 ? 1.0 : (eyeRadii - 1.0) * radius / -rig.view.defaultOffset.z;
+    // In perspective the window is that of the model's centre, and the plane is nearer.
+    const double shrink = rig.view.projectionMode == 1 ? 1.0 : (eyeRadii - 1.0) / eyeRadii;
     return {across * shrink, upward * shrink, radius};
 }
 

@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <limits>
-
 #include "draw_rig.h"
 
 namespace velmora {
@@ -37,46 +35,9 @@ TEST(FirstPoints, GoPatchByPatchAndOnlyWhereShown) {
 
 // ---- Double points --------------------------------------------------------------------------------------------------
 
-TEST(Coincide, ComparesWithTheLargestCoordinateOfBoth) {
-    // 0.5 of 1e10 is 5e-11, 2 of 1e10 is 2e-10.
-    EXPECT_TRUE(coincide({1e10, 0, 0}, {1e10 + 0.5, 0, 0}));
-    EXPECT_FALSE(coincide({1e10, 0, 0}, {1e10 + 2.0, 0, 0}));
-    // Any coordinate sets the scale for all.
-    EXPECT_TRUE(coincide({0, 0.5, -1e10}, {0, 0, -1e10}));
-    EXPECT_FALSE(coincide({0, 0.5, 1e9}, {0, 0, 1e9}));
-    EXPECT_TRUE(coincide({1, 2, 3}, {1, 2, 3}));
-    EXPECT_FALSE(coincide({1, 2, 3}, {1, 2, 3.0001}));
-}
-
-TEST(Coincide, TestsEachCoordinate) {
-    EXPECT_FALSE(coincide({1, 0, 0}, {1, 0.1, 0}));
-    EXPECT_FALSE(coincide({1, 0, 0}, {1, 0, -0.1}));
-    EXPECT_FALSE(coincide({1, 0, 0}, {0.9, 0, 0}));
-}
-
-TEST(Coincide, TinyPointsAreApartByTheirOwnMeasure) {
-    EXPECT_FALSE(coincide({1e-12, 0, 0}, {2e-12, 0, 0}));
-    EXPECT_FALSE(coincide({0, 0, 0}, {1e-300, 0, 0}));
-}
-
-TEST(Coincide, TwoOriginsDoAlthoughNothingCanBeDivided) {
-    EXPECT_TRUE(coincide({0, 0, 0}, {0, 0, 0}));
-    EXPECT_TRUE(coincide({-0.0, 0, 0}, {0, 0, -0.0}));
-}
-
-TEST(Coincide, ATenBillionthItselfIsApart) {
-    // 1 of 1e10, the numbers exact.
-    EXPECT_FALSE(coincide({1e10, 0, 0}, {1e10 - 1.0, 0, 0}));
-}
-
-TEST(Coincide, NoNumberCoincidesWithNothing) {
-    const double none = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_FALSE(coincide({none, 0, 0}, {none, 0, 0}));
-}
-
 TEST(DoublePoints, NeighboursAlongASectionMarkTheFormer) {
     DrawRig rig({{{{0, 0, 0}, {0, 0, 0}, {2, 0, 0}, {2, 0, 0}, {2, 0, 0}}, {{9, 9, 9}}}});
-    ASSERT_EQ(rig.doc.fileKind, "skl");
+    ASSERT_EQ(rig.doc.fileKind, FileKind::Skl);
     rig.doc.showDoublePoints = true;
     EXPECT_THAT(pointsOnly(rig.wire()),
                 ElementsAre(point(8, green, {0, 0, 0}), point(8, green, {2, 0, 0}), point(8, green, {2, 0, 0})));
@@ -87,7 +48,7 @@ TEST(DoublePoints, NeighbouringSectionsCountInAGridOnly) {
     DrawRig rig(model);
     rig.doc.showDoublePoints = true;
     EXPECT_THAT(pointsOnly(rig.wire()), ElementsAre(point(8, green, {0, 0, 0})));
-    rig.doc.fileKind = "skl";
+    rig.doc.fileKind = FileKind::Skl;
     EXPECT_THAT(pointsOnly(rig.wire()), IsEmpty());
 }
 
@@ -173,7 +134,7 @@ TEST(Buffer, SecondPointOfAPairFramesTheFirst) {
 
 TEST(Buffer, FirstPointIsOnlyRedWithFirstPointsOn) {
     DrawRig rig(PatchList{});
-    rig.doc.structureKind = "str";
+    rig.doc.structureKind = StructureKind::Structured;
     rig.doc.showBuffer = true;
     rig.doc.showFirstPoints = true;
     rig.doc.lineBuffer = {{1, 2, 3}, {4, 5, 6}};
@@ -250,8 +211,8 @@ TEST(WireList, OverlaysComeInTheirOrderBeforeTheStrips) {
         // markers
         point(6, red, {6, 0, 0}),
         // sections and lines
-        strip(table[0], {{9, 0, 0}, {9, 0, 0}}), strip(table[0], {{8, 1, 0}, {9, 1, 0}}),
-        strip(table[0], {{9, 0, 0}, {8, 1, 0}}), strip(table[0], {{9, 0, 0}, {9, 1, 0}})};
+        strip(blockYellow, {{9, 0, 0}, {9, 0, 0}}), strip(blockYellow, {{8, 1, 0}, {9, 1, 0}}),
+        strip(blockYellow, {{9, 0, 0}, {8, 1, 0}}), strip(blockYellow, {{9, 0, 0}, {9, 1, 0}})};
     EXPECT_THAT(rig.wire(), ElementsAreArray(expected));
 }
 

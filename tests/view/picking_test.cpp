@@ -3,6 +3,7 @@
 #include <limits>
 #include <random>
 
+#include "vectors.h"
 #include "view_reference.h"
 #include "view_rig.h"
 

@@ -29,7 +29,7 @@ TEST(WireList, SectionsOfAllPatchesComeBeforeAnyLine) {
 
 TEST(WireList, SectionLinesShowNoLines) {
     const DrawRig rig({{{{0, 0, 0}, {1, 0, 0}}, {{0, 1, 0}}}});
-    ASSERT_EQ(rig.doc.fileKind, "skl");
+    ASSERT_EQ(rig.doc.fileKind, FileKind::Skl);
     EXPECT_THAT(rig.wire(), ElementsAre(strip(table[0], {{0, 0, 0}, {1, 0, 0}}), strip(table[0], {{0, 1, 0}})));
 }
 
@@ -51,11 +51,11 @@ TEST(WireList, NumbersAreThoseOfKindAndMode) {
     EXPECT_EQ(listNumberFor(rig.doc), 1);
     rig.doc.surfaceMode = true;
     EXPECT_EQ(listNumberFor(rig.doc), 2);
-    rig.doc.fileKind = "skl";
+    rig.doc.fileKind = FileKind::Skl;
     EXPECT_EQ(listNumberFor(rig.doc), 1);
     rig.doc.surfaceMode = false;
     EXPECT_EQ(listNumberFor(rig.doc), 1);
-    rig.doc.structureKind = "non";
+    rig.doc.structureKind = StructureKind::None;
     EXPECT_EQ(listNumberFor(rig.doc), 0);
     EXPECT_EQ(buildDrawList(rig.doc, 0).batches.size(), 0U);
     EXPECT_EQ(buildDrawList(rig.doc, 1).number, 1);
@@ -100,25 +100,28 @@ TEST(PatchColour, CyclesThroughFiveInAFullDrawing) {
 }
 
 TEST(PatchColour, SkippedPatchesCountInTheFirstCycle) {
-    DrawRig rig(squares(5));
-    rig.doc.showBlockOnly = true;
-    rig.block({3, 1});
-    EXPECT_EQ(rig.wire(), coloured({{1, table[1]}, {3, table[3]}}));
+    const DrawRig rig(squares(5));
+    PatchColours colours(rig.doc);
+    EXPECT_EQ(colours.next(1), table[1]);
+    EXPECT_EQ(colours.next(3), table[3]);
 }
 
 TEST(PatchColour, BaseMovesByOneCycleForADrawnPatch) {
-    DrawRig rig(squares(9));
-    rig.doc.showBlockOnly = true;
-    rig.block({0, 7, 8});
-    EXPECT_EQ(rig.wire(), coloured({{0, table[0]}, {7, table[2]}, {8, table[3]}}));
+    const DrawRig rig(squares(9));
+    PatchColours colours(rig.doc);
+    EXPECT_EQ(colours.next(0), table[0]);
+    EXPECT_EQ(colours.next(7), table[2]);
+    EXPECT_EQ(colours.next(8), table[3]);
 }
 
 // Patch 11 stands at place 6 of the cycle that begins at 5; patch 12 moves the base on to 10.
 TEST(PatchColour, PlacePastTheCycleKeepsTheColourDrawnBefore) {
-    DrawRig rig(squares(14));
-    rig.doc.showBlockOnly = true;
-    rig.block({0, 11, 12, 13});
-    EXPECT_EQ(rig.wire(), coloured({{0, table[0]}, {11, table[0]}, {12, table[2]}, {13, table[3]}}));
+    const DrawRig rig(squares(14));
+    PatchColours colours(rig.doc);
+    EXPECT_EQ(colours.next(0), table[0]);
+    EXPECT_EQ(colours.next(11), table[0]);
+    EXPECT_EQ(colours.next(12), table[2]);
+    EXPECT_EQ(colours.next(13), table[3]);
 }
 
 TEST(PatchColour, CapturedPatchIsYellowWhileTheRegimeIsArmed) {
@@ -151,12 +154,13 @@ TEST(PatchColour, NothingIsYellowInTheCapturedRegimeWithoutABlock) {
     EXPECT_EQ(rig.wire(), coloured({{0, table[0]}, {1, table[1]}}));
 }
 
-TEST(PatchColour, BlockIsNotYellowOutsideThePatchRegime) {
+// Commands work on it in every regime: it is never there without its colour.
+TEST(PatchColour, BlockIsYellowOutsideThePatchRegimeToo) {
     DrawRig rig(squares(2));
     rig.doc.capture.renumberPatch(0);
     arranged(rig.doc).sectionCaptured = true;
     rig.block({1});
-    EXPECT_EQ(rig.wire(), coloured({{0, table[0]}, {1, table[1]}}));
+    EXPECT_EQ(rig.wire(), coloured({{0, table[0]}, {1, blockYellow}}));
 }
 
 TEST(PatchColour, PatchToRemoveIsDarkYellowBeforeAnyOtherHighlight) {
@@ -245,7 +249,7 @@ TEST(SecondGeometry, StructuredOneIsRedBehindTheModel) {
     DrawRig rig(squares(1));
     rig.doc.referencePatches = {square(50), {{{0, 0, 5}, {1, 0, 5}}, {{0, 1, 5}}}};
     EXPECT_EQ(rig.wire(), coloured({{0, table[0]}}));
-    rig.doc.secondKind = "dat";
+    rig.doc.secondKind = SecondKind::Dat;
     EXPECT_EQ(rig.wire(), joined({coloured({{0, table[0]}}),
                                   sectionStrips(50, red),
                                   lineStrips(50, red),

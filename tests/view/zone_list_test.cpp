@@ -18,7 +18,7 @@ constexpr Colour yellow{1.0F, 1.0F, 0.1F, 1.0F};
 /// A document of one-triangle zones at x = 0, 10, 20 and so on.
 struct ZoneRig : DrawRig {
     explicit ZoneRig(int zones) : DrawRig({}) {
-        doc.structureKind = "uns";
+        doc.structureKind = StructureKind::Unstructured;
         for (int k = 0; k < zones; ++k) {
             doc.feRegion.blocks.push_back(oneTriangle(10.0 * k));
         }
@@ -101,7 +101,7 @@ TEST(WireList, ShowsTheReferenceSurfaceInRed) {
     DrawRig rig({square(0)});
     rig.doc.referenceRegion.blocks.push_back(oneTriangle(3));
     EXPECT_THAT(rig.wire(), testing::SizeIs(4));
-    rig.doc.secondKind = "wrl";
+    rig.doc.secondKind = SecondKind::Wrl;
     const DrawList list = buildDrawList(rig.doc, 1);
     ASSERT_EQ(list.batches.size(), 5U);
     EXPECT_EQ(list.batches.back().primitive, Primitive::Triangles);

@@ -50,7 +50,10 @@ TEST(Frame, EscapeAsksForAChangedModelAndNoLeavesTheFileAsItWas) {
         closeByEscape(person);
         person.waitForBox(QStringLiteral("questionBox"));
         person.key("Escape");
-        EXPECT_EQ(person.boxText(), QStringLiteral("Save data before exit")) << "the same key must not say No";
+        EXPECT_TRUE(person.waitFor([] { return QApplication::activeModalWidget() == nullptr; })) << "stay";
+        EXPECT_TRUE(WindowDriver::frame().isVisible());
+        closeByEscape(person);
+        person.waitForBox(QStringLiteral("questionBox"));
         person.key("n", "Alt_L");
         EXPECT_TRUE(person.waitForEnd());
     });

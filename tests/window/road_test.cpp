@@ -198,7 +198,7 @@ TEST(Road, WithoutAFileTheProgramStartsEmpty) {
         person.waitForFrame();
         EXPECT_EQ(person.title(), QStringLiteral("Untitled[*] - Velmora"));
         EXPECT_EQ(person.status(), QStringLiteral("For Help, press F1"));
-        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().structureKind; }), "non");
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().document().structureKind; }), StructureKind::None);
         person.choose({"File", "Exit"});
         EXPECT_TRUE(person.waitForEnd());
     });

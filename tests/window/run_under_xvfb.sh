@@ -29,7 +29,7 @@ read -r number <"$home/display" || { cat "$home/server.log" >&2; exit 1; }
 export DISPLAY=":$number"
 export HOME="$home"
 export XDG_CONFIG_HOME="$home/config" XDG_CACHE_HOME="$home/cache" XDG_DATA_HOME="$home/data"
-export XDG_RUNTIME_DIR="$home/run"
+export XDG_STATE_HOME="$home/state" XDG_RUNTIME_DIR="$home/run"
 mkdir -p "$home/Documents"
 mkdir -m 700 "$XDG_RUNTIME_DIR"
 unset WAYLAND_DISPLAY XDG_CURRENT_DESKTOP DBUS_SESSION_BUS_ADDRESS 2>/dev/null || true

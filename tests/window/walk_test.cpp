@@ -67,7 +67,7 @@ void holdTriangles(VelmoraDoc& document) {
 
 void holdLinesOfTwoLengths(VelmoraDoc& document) {
     document.patches[0][1].pop_back();
-    document.UpdateAfterEdit();
+    document.retitle();
     document.surfaceMode = false; // lines have no surface picture, and a box says so
 }
 
@@ -252,9 +252,9 @@ const std::vector<DialogRow>& dialogRows() {
          "2",
          [](Doc d) { return d.viewingValues.scale == 2.0; }},
         {"CConvert_to_SKL", "convert.toSkl", convert, holdTriangles, "", "number", "100001", "3",
-         [](Doc d) { return d.fileKind == "skl" && d.patches.size() == 1; }},
+         [](Doc d) { return d.fileKind == FileKind::Skl && d.patches.size() == 1; }},
         {"CConvert_SKL_to_APT", "convert.toApt", convert, holdLinesOfTwoLengths, "", "pointCount", "1", "6",
-         [](Doc d) { return d.fileKind == "apt" && d.patches[0][1].size() == 6; }},
+         [](Doc d) { return d.fileKind == FileKind::Apt && d.patches[0][1].size() == 6; }},
         {"CUKnife", "convert.knife", convert, holdTriangles, "", "section", "mid", "6.5",
          [](Doc d) { return d.patchUndoReady && d.feRegion.blocks.back()->elementCount == 0; }},
         {"CIntersection", "model.intersection", transform, holdPatchThroughWall, "", "insidePoints", "1", "5",

@@ -4,9 +4,10 @@
 #include <cmath>
 #include <limits>
 
-#include "distance.h"
 #include "line_triangle_bounded.h"
+#include "same_point.h"
 #include "segment_tests.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -44,17 +45,11 @@ std::optional<EdgePlace> placeOnEdge(const zVec<double>& a, const zVec<double>& 
     return at.kind == SegmentPlace::On ? std::optional(EdgePlace{begin, at.t}) : std::nullopt;
 }
 
-zVec<double> unitChord(const zVec<double>& from, const zVec<double>& to) {
-    const double length = distance(from, to);
-    const zVec<double> chord = to - from;
-    return {chord.x / length, chord.y / length, chord.z / length};
-}
-
 } // namespace
 
 std::optional<PiercedCell> CellTree::pierced(const zVec<double>& from, const zVec<double>& to) const {
     std::vector<LineHit> hits;
-    tree_.findHits(unitChord(from, to), from, hits);
+    tree_.findHits(unitOf(to - from), from, hits);
     for (const LineHit& hit : hits) {
         if (liesBetween(hit.place, from, to)) {
             return PiercedCell{cells_.cellOf(hit.triangle), hit.place};
@@ -236,7 +231,7 @@ std::optional<PiercedCell> GrowingGrid::piercedInRow(std::int32_t K, std::int32_
     const auto n = static_cast<std::size_t>(N);
     const Patch& patch = patches_[k];
     const bool anywhere = sections_[k][n].anywhere;
-    const zVec<double> direction = unitChord(from, to);
+    const zVec<double> direction = unitOf(to - from);
     const std::int32_t cells = cellCount(patch[n], patch[n + 1]);
     for (std::int32_t m = 0; m < cells; ++m) {
         const std::array<Corners, 2> triangles = trianglesOf(patch, N, m);

@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "cell_search.h"
-#include "distance.h"
 #include "segment_tests.h"
+#include "vectors.h"
 
 namespace velmora {
 

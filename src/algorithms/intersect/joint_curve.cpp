@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "Respacer.h"
+#include "same_point.h"
 #include "section_edits.h"
 #include "segment_tests.h"
 
@@ -13,10 +14,6 @@ namespace {
 
 /// Sections of more points lose repeated neighbours before they are re-spaced.
 constexpr std::int32_t mostPointsKeptAsTheyAre = 3;
-
-bool coincide(const zVec<double>& a, const zVec<double>& b) {
-    return std::abs(a.x - b.x) < nearZero && std::abs(a.y - b.y) < nearZero && std::abs(a.z - b.z) < nearZero;
-}
 
 /// Looks for the joint on one edge. True when the section is done; `begin` moves if the joint is inside the edge.
 bool snapEdge(zVec<double>& begin, const zVec<double>& end, const JointPoints& joint, double tolerance,
@@ -51,7 +48,7 @@ JointPoints::JointPoints(const PointList& points) : points_(points) {
 bool JointPoints::holds(const zVec<double>& p) const {
     auto at = std::lower_bound(byX_.begin(), byX_.end(), std::pair(p.x - 2.0 * nearZero, std::int32_t{0}));
     for (; at != byX_.end() && at->first <= p.x + 2.0 * nearZero; ++at) {
-        if (coincide((*this)[at->second], p)) {
+        if (withinReach((*this)[at->second], p, nearZero)) {
             return true;
         }
     }

@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "PatchList.h"
-#include "distance.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -20,10 +20,6 @@ double largestOf(const zVec<double>& p) {
     return std::max({std::abs(p.x), std::abs(p.y), std::abs(p.z)});
 }
 
-double length(const zVec<double>& v) {
-    return std::sqrt(dot(v, v));
-}
-
 bool betweenOnEachAxis(const zVec<double>& p, const zVec<double>& a, const zVec<double>& b) {
     return (p.x - a.x) * (p.x - b.x) <= nearZero && (p.y - a.y) * (p.y - b.y) <= nearZero &&
            (p.z - a.z) * (p.z - b.z) <= nearZero;
@@ -31,13 +27,9 @@ bool betweenOnEachAxis(const zVec<double>& p, const zVec<double>& a, const zVec<
 
 } // namespace
 
-bool samePoint(const zVec<double>& a, const zVec<double>& b, double tolerance) {
-    return samePoint(SlicePoint{a.x, a.y, a.z}, SlicePoint{b.x, b.y, b.z}, tolerance);
-}
-
 double lineDistance(const zVec<double>& a, const zVec<double>& b, const zVec<double>& q) {
-    const double span = length(b - a);
-    return span < nearZero ? length(q - a) : length(cross(q - a, b - a)) / span;
+    const double span = lengthOf(b - a);
+    return span < nearZero ? lengthOf(q - a) : lengthOf(cross(q - a, b - a)) / span;
 }
 
 SegmentPlace pointOnSegment(const zVec<double>& a, const zVec<double>& b, const zVec<double>& p, double tolerance) {
@@ -51,10 +43,10 @@ SegmentPlace pointOnSegment(const zVec<double>& a, const zVec<double>& b, const 
     const zVec<double> unit = (b - a) * (1.0 / span);
     const zVec<double> from = p - a;
     const zVec<double> across = from - unit * dot(from, unit);
-    if (!(span * tolerance > length(across))) {
+    if (!(span * tolerance > lengthOf(across))) {
         return {SegmentPlace::Off, 0.0};
     }
-    const double way = length(from);
+    const double way = lengthOf(from);
     return way < nearZero ? SegmentPlace{SegmentPlace::Coincident, 0.0} : SegmentPlace{SegmentPlace::On, way / span};
 }
 

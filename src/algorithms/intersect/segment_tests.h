@@ -1,13 +1,9 @@
 #pragma once
 
-#include "slice_points.h"
+#include "same_point.h"
 #include "zVec.h"
 
 namespace velmora {
-
-/// Whether two points differ, in each coordinate, by less than `tolerance` times the largest absolute coordinate of
-/// both. The origin is the same as itself; a point with a coordinate that is not a number is the same as none.
-bool samePoint(const zVec<double>& a, const zVec<double>& b, double tolerance);
 
 /// The distance of `q` from the infinite line through `a` and `b`; from `a` when the two are closer than `nearZero`.
 double lineDistance(const zVec<double>& a, const zVec<double>& b, const zVec<double>& q);

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "line_triangle_bounded.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -212,7 +213,7 @@ void TriangleTree::findHits(const zVec<double>& direction, const zVec<double>& o
     // Rounding moves places on the line by this much, on the way to the point next to the centre too.
     const double rounding =
         roundingPart * (std::abs(origin.x) + std::abs(origin.y) + std::abs(origin.z) + magnitude_ + radius_);
-    if (!nodes_.empty() && !(std::sqrt(dot(next, next)) > radius_ + rounding)) {
+    if (!nodes_.empty() && !(lengthOf(next) > radius_ + rounding)) {
         ray.along = {static_cast<float>(direction.x), static_cast<float>(direction.y), static_cast<float>(direction.z)};
         ray.from = {static_cast<float>(next.x), static_cast<float>(next.y), static_cast<float>(next.z)};
         for (std::size_t i = 0; i < 3; ++i) {

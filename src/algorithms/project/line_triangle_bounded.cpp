@@ -4,6 +4,8 @@
 #include <cmath>
 
 #include "line_triangle_loose.h"
+#include "same_point.h"
+#include "vectors.h"
 #include "zVec.h"
 
 namespace velmora {
@@ -17,16 +19,11 @@ constexpr double smallestSafe = 1e-60;
 constexpr double sliverHeight = 1e-6;
 
 bool nearEqual(const double* p, const double* q) {
-    for (int i = 0; i < 3; ++i) {
-        if (!(std::abs((p[i] + q[i]) * 2.5e-6) > std::abs(p[i] - q[i]))) {
-            return false;
-        }
-    }
-    return true;
+    return sameCoordinates(vectorAt(p), vectorAt(q), nearEqualPart);
 }
 
 zVec<double> difference(const double* p, const double* q) {
-    return {p[0] - q[0], p[1] - q[1], p[2] - q[2]};
+    return vectorAt(p) - vectorAt(q);
 }
 
 /// Whether a place on the triangle's plane is within its margin, up to the rounding of places on the line.
@@ -83,7 +80,7 @@ HitReach hitReach(const double* a, const double* b, const double* c) {
     const zVec<double> bc = difference(c, b);
     const zVec<double> normal = cross(ab, ac);
     const double longest = std::max({dot(ab, ab), dot(ac, ac), dot(bc, bc)});
-    return std::sqrt(dot(normal, normal)) < sliverHeight * longest ? anywhere : HitReach{false, hitMargin * extents};
+    return lengthOf(normal) < sliverHeight * longest ? anywhere : HitReach{false, hitMargin * extents};
 }
 
 bool hitsWithinReach(const double* a, const double* b, const double* c, const double* direction, const double* origin,

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <initializer_list>
 
+#include "same_point.h"
+#include "vectors.h"
 #include "zVec.h"
 
 namespace velmora {
@@ -18,8 +20,6 @@ constexpr int insideHit = 3;
 /// The way on to the next test.
 constexpr int undecided = -1;
 
-/// Two coordinates are near equal when their difference is below this part of their sum.
-constexpr double nearEqualPart = 2.5e-6;
 /// A hit is inside when the three areas about it exceed the triangle's by less than this part.
 constexpr double areaTolerance = 5e-6;
 
@@ -30,30 +30,13 @@ struct Line {
     bool passesThrough(const Vector& p) const { return cross(p - origin, direction) == Vector(); }
 };
 
-Vector vectorAt(const double* p) {
-    return {p[0], p[1], p[2]};
-}
-
-double length(const Vector& v) {
-    return std::sqrt(dot(v, v));
-}
-
-Vector quotient(const Vector& v, double divisor) {
-    return {v.x / divisor, v.y / divisor, v.z / divisor};
-}
-
-/// Fails for two coordinates that are both 0: their sum is no measure then.
-bool nearEqual(double p, double q) {
-    return std::abs((p + q) * nearEqualPart) > std::abs(p - q);
-}
-
 bool nearEqual(const Vector& p, const Vector& q) {
-    return nearEqual(p.x, q.x) && nearEqual(p.y, q.y) && nearEqual(p.z, q.z);
+    return sameCoordinates(p, q, nearEqualPart);
 }
 
 /// Decides for an origin on the straight line of an edge: between its ends it is the hit, outside there is none.
 int meetOriginOnEdge(const Vector& first, const Vector& second, const Vector& origin, Vector& hit) {
-    if (!(cross(origin - first, origin - second) == Vector()) || length(first - second) == 0) {
+    if (!(cross(origin - first, origin - second) == Vector()) || lengthOf(first - second) == 0) {
         return undecided;
     }
     if (dot(first - origin, second - origin) > 0) {
@@ -67,8 +50,8 @@ int meetOriginOnEdge(const Vector& first, const Vector& second, const Vector& or
 int meetSegment(const Vector& q1, const Vector& q2, const Line& line, Vector& hit) {
     const Vector& o = line.origin;
     const Vector& along = line.direction;
-    if (std::abs(dot(along, q1 - q2)) == length(q1 - q2)) {
-        if (std::abs(dot(along, o - q2)) != length(o - q2)) {
+    if (std::abs(dot(along, q1 - q2)) == lengthOf(q1 - q2)) {
+        if (std::abs(dot(along, o - q2)) != lengthOf(o - q2)) {
             return noHit;
         }
         hit = q1;
@@ -84,7 +67,7 @@ int meetSegment(const Vector& q1, const Vector& q2, const Line& line, Vector& hi
     if (a * along.x * b - c * e + c * along.y * f - g * b + g * along.z * e - a * f != 0) {
         return noHit;
     }
-    const Vector u = quotient(q2 - q1, length(q2 - q1));
+    const Vector u = unitOf(q2 - q1);
     const Vector w((1 - u.x) * along.x, (1 - u.y) * along.y, (1 - u.z) * along.z);
     const double across = dot(w, along);
     if (across == 0) {
@@ -102,9 +85,9 @@ int meetPlane(const Vector& a, const Vector& b, const Vector& c, const Line& lin
         return noHit;
     }
     hit = line.origin + line.direction * (dot(a - line.origin, normal) / across);
-    const double whole = length(cross(b - a, c - a));
+    const double whole = lengthOf(cross(b - a, c - a));
     const double parts =
-        length(cross(b - hit, c - hit)) + length(cross(a - hit, c - hit)) + length(cross(a - hit, b - hit));
+        lengthOf(cross(b - hit, c - hit)) + lengthOf(cross(a - hit, c - hit)) + lengthOf(cross(a - hit, b - hit));
     if (whole == parts) {
         return insideHit;
     }
@@ -122,7 +105,7 @@ int meetTriangle(const Vector& a, const Vector& b, const Vector& c, const Line& 
     const bool abOne = nearEqual(a, b);
     const bool acOne = nearEqual(a, c);
     if (abOne && acOne) {
-        hit = quotient(a + b + c, 3);
+        hit = (a + b + c) / 3;
         return line.passesThrough(hit) ? vertexHit : noHit;
     }
     const Vector* const edges[3][2] = {{&a, &b}, {&a, &c}, {&b, &c}};

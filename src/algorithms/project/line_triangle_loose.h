@@ -2,6 +2,9 @@
 
 namespace velmora {
 
+/// Two vertices count as one when each coordinate differs by less than this part of its sum (`sameCoordinates`).
+inline constexpr double nearEqualPart = 2.5e-6;
+
 /// Where the infinite line through `origin` along `direction` meets the triangle a, b, c. Each argument is three
 /// coordinates; `direction` is of unit length.
 ///

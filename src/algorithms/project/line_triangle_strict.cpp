@@ -3,6 +3,9 @@
 #include <cmath>
 #include <optional>
 
+#include "same_point.h"
+#include "vectors.h"
+
 namespace velmora {
 
 namespace {
@@ -14,19 +17,11 @@ constexpr double insideTolerance = 5e-12;
 constexpr double third = 0.3333333333333333;
 
 bool isZero(const Vec& v) {
-    return v.x == 0.0 && v.y == 0.0 && v.z == 0.0;
-}
-
-double length(const Vec& v) {
-    return std::sqrt(dot(v, v));
+    return v == Vec();
 }
 
 bool onLine(const Vec& point, const Vec& direction, const Vec& origin) {
     return isZero(cross(point - origin, direction));
-}
-
-bool sameNumber(double u, double v) {
-    return std::abs(u - v) < std::abs((u + v) * sameCoordinate);
 }
 
 /// An origin on the straight line of the edge u, w: a hit between its ends, none beyond them. No value where the origin
@@ -43,9 +38,9 @@ std::optional<TriangleHit> originOnEdge(const Vec& u, const Vec& w, const Vec& o
 
 /// A degenerate triangle, the segment u, w. The hit may lie beyond its ends.
 TriangleHit hitSegment(const Vec& u, const Vec& w, const Vec& direction, const Vec& origin) {
-    const double segment = length(u - w);
+    const double segment = lengthOf(u - w);
     if (std::abs(dot(u - w, direction)) == segment) {
-        const bool along = std::abs(dot(origin - w, direction)) == length(origin - w);
+        const bool along = std::abs(dot(origin - w, direction)) == lengthOf(origin - w);
         return along ? TriangleHit{1, u} : TriangleHit{};
     }
     if (dot(direction, cross(origin - u, origin - w)) != 0.0) {
@@ -68,8 +63,8 @@ TriangleHit hitInside(const Vec& a, const Vec& b, const Vec& c, const Vec& direc
     }
     const Vec hit = origin + direction * (dot(a - origin, normal) / slope);
     const double parts =
-        length(cross(b - hit, c - hit)) + length(cross(a - hit, c - hit)) + length(cross(a - hit, b - hit));
-    const double whole = length(normal);
+        lengthOf(cross(b - hit, c - hit)) + lengthOf(cross(a - hit, c - hit)) + lengthOf(cross(a - hit, b - hit));
+    const double whole = lengthOf(normal);
     const double divisor = whole == 0.0 ? parts : whole;
     const bool inside = parts == whole || std::abs(parts - whole) / divisor < insideTolerance;
     return inside ? TriangleHit{3, hit} : TriangleHit{};
@@ -78,7 +73,7 @@ TriangleHit hitInside(const Vec& a, const Vec& b, const Vec& c, const Vec& direc
 } // namespace
 
 bool sameVertex(const Vec& a, const Vec& b) {
-    return sameNumber(a.x, b.x) && sameNumber(a.y, b.y) && sameNumber(a.z, b.z);
+    return sameCoordinates(a, b, sameCoordinate);
 }
 
 TriangleHit LineHitsTriangle(const Vec& a, const Vec& b, const Vec& c, const Vec& direction, const Vec& origin) {

@@ -1,11 +1,11 @@
 #include "projection.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
-#include "distance.h"
+#include "same_point.h"
 #include "target_mesh.h"
+#include "vectors.h"
 #include "zone_elements.h"
 
 namespace velmora {
@@ -18,15 +18,6 @@ constexpr double farthestSquare = 1e20;
 constexpr double samePlace = 1e-6;
 /// The number of progress reports.
 constexpr std::int64_t progressSteps = 100;
-
-zVec<double> unit(const zVec<double>& v) {
-    const double length = std::sqrt(dot(v, v));
-    return {v.x / length, v.y / length, v.z / length};
-}
-
-bool atSamePlace(const zVec<double>& a, const zVec<double>& b) {
-    return std::abs(a.x - b.x) < samePlace && std::abs(a.y - b.y) < samePlace && std::abs(a.z - b.z) < samePlace;
-}
 
 /// Counts the points done and reports progress at every hundredth part of them.
 class ProgressCounter {
@@ -114,7 +105,7 @@ std::optional<zVec<double>> gridDirection(const Patch& patch, std::int32_t N, st
     if (!alongSection || !acrossSections) {
         return std::nullopt;
     }
-    return unit(cross(*acrossSections, *alongSection));
+    return unitOf(cross(*acrossSections, *alongSection));
 }
 
 void projectPatches(PatchList& patches, const std::vector<std::int32_t>& chosen, const TriangleTree& target,
@@ -194,7 +185,7 @@ const zVec<double>* nearestOtherPlace(const zVec<double>& origin, const std::vec
     double least = farthestSquare;
     for (const LineHit& hit : hits) {
         const double square = squaredDistance(hit.place, origin);
-        if (!atSamePlace(hit.place, origin) && square < least) {
+        if (!withinReach(hit.place, origin, samePlace) && square < least) {
             best = &hit.place;
             least = square;
         }
@@ -217,7 +208,7 @@ void projectZone(zRegion_fe& region, std::int32_t number, const TriangleTree& ta
         if (found.count < 2 || region.getNode(number, node, origin.x, origin.y, origin.z) != 0) {
             continue;
         }
-        target.findHits(unit(found.sum * (1.0 / found.count)), origin, hits);
+        target.findHits(unitOf(found.sum * (1.0 / found.count)), origin, hits);
         if (const zVec<double>* const place = nearestOtherPlace(origin, hits)) {
             region.setNode(number, node, place->x, place->y, place->z);
         }

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "curve_tolerances.h"
-#include "distance.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -113,7 +113,7 @@ PartResult PartRebreaker::rebuild(PointList& section) {
         const double nearStep = distance(at(near), at(law_.after ? near + 1 : near - 1));
         c = fittingCompression(nearStep, distance(at(next), at(near)), result.fitted);
     }
-    respacer_.respace(law_.spline, law_.newCount, c, law_.exactness);
+    respacer_.respace(!law_.linear, law_.newCount, c, law_.exactness);
     replaceStretch(section, last);
     result.rebuilt = true;
     return result;

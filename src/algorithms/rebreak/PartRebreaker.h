@@ -9,7 +9,7 @@ namespace velmora {
 
 /// How the stretch of a section on one side of a point is re-spaced. Points count from 1.
 struct PartLaw {
-    bool spline = true;         ///< along the spline; else along the chords
+    bool linear = false;        ///< along the chords; else along the spline
     bool fit = false;           ///< search for the compression that runs on into the points that stay
     bool after = false;         ///< the stretch begins at the point and ends the section; else it ends at the point
     std::int32_t exactness = 0; ///< percent of the stretch's length, spline only

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "PatchList.h"
-#include "distance.h"
+#include "vectors.h"
 
 namespace velmora {
 

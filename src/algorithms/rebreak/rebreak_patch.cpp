@@ -32,12 +32,12 @@ public:
             respacer_.dropCoincident();
         }
         if (law_.fitToLawCurve && !(measured_.back() > 0)) {
-            respacer_.respace(law_.spline, law_.newCount, 1.0, law_.exactness); // no length tells no spacing
+            respacer_.respace(!law_.linear, law_.newCount, 1.0, law_.exactness); // no length tells no spacing
         } else if (law_.fitToLawCurve) {
             scratchLaw_ = measured_; // the kernel changes it in place
-            respacer_.respaceByLaw(law_.spline, law_.newCount, law_.exactness, scratchLaw_.data());
+            respacer_.respaceByLaw(!law_.linear, law_.newCount, law_.exactness, scratchLaw_.data());
         } else {
-            respacer_.respace(law_.spline, law_.newCount, law_.compression, law_.exactness);
+            respacer_.respace(!law_.linear, law_.newCount, law_.compression, law_.exactness);
         }
     }
 
@@ -49,10 +49,10 @@ private:
 };
 
 /// Cuts the range of curves to the `count` curves that there are.
-void cutCurves(RebreakLaw& law, std::int32_t count) {
-    law.firstCurve = std::max(law.firstCurve, 0);
-    law.lastCurve = std::min(law.lastCurve, count);
-    law.lawCurve = std::clamp(law.lawCurve, 0, std::max(count - 1, 0));
+void cutCurves(CurveRange& curves, std::int32_t count) {
+    curves.first = std::max(curves.first, 0);
+    curves.last = std::min(curves.last, count);
+    curves.lawCurve = std::clamp(curves.lawCurve, 0, std::max(count - 1, 0));
 }
 
 void cutStretchToSection(RebreakLaw& law, std::int32_t points) {
@@ -64,17 +64,17 @@ void cutStretchToSection(RebreakLaw& law, std::int32_t points) {
 
 } // namespace
 
-void rebreakSections(Patch& patch, RebreakLaw& law) {
-    cutCurves(law, countOf(patch));
-    if (law.firstCurve >= law.lastCurve || law.newCount < 2) {
+void rebreakSections(Patch& patch, RebreakLaw& law, CurveRange curves) {
+    cutCurves(curves, countOf(patch));
+    if (curves.first >= curves.last || law.newCount < 2) {
         return;
     }
     // The law and the tail's bound are those of the captured section as it was.
-    const PointList& lawSection = patch[sizeOf(law.lawCurve)];
+    const PointList& lawSection = patch[sizeOf(curves.lawCurve)];
     const std::size_t tailBound = lawSection.size();
     StretchRebreaker rebreaker(law, runningLength(lawSection.size(), [&](std::size_t i) { return lawSection[i]; }));
     PointList rebuilt;
-    for (std::int32_t n = law.firstCurve; n < law.lastCurve; ++n) {
+    for (std::int32_t n = curves.first; n < curves.last; ++n) {
         PointList& section = patch[sizeOf(n)];
         cutStretchToSection(law, countOf(section));
         if (law.lastPoint - law.firstPoint + 1 < 2) {
@@ -99,17 +99,17 @@ void rebreakSections(Patch& patch, RebreakLaw& law) {
     }
 }
 
-void rebreakLines(Patch& patch, RebreakLaw& law) {
+void rebreakLines(Patch& patch, RebreakLaw& law, CurveRange curves) {
     const std::int32_t sections = countOf(patch);
     const std::int32_t lines = lineCount(patch);
-    cutCurves(law, lines);
+    cutCurves(curves, lines);
     law.firstPoint = std::clamp(law.firstPoint, 1, std::max(sections, 1));
     law.lastPoint = std::min(law.lastPoint, sections);
-    if (law.firstCurve >= law.lastCurve || law.newCount < 2 || law.lastPoint - law.firstPoint + 1 < 2 ||
+    if (curves.first >= curves.last || law.newCount < 2 || law.lastPoint - law.firstPoint + 1 < 2 ||
         regularityOf({patch}) != Regularity::Regular) {
         return;
     }
-    const auto lawLine = sizeOf(law.lawCurve);
+    const auto lawLine = sizeOf(curves.lawCurve);
     StretchRebreaker rebreaker(law, runningLength(patch.size(), [&](std::size_t n) { return patch[n][lawLine]; }));
 
     const PointList blank(sizeOf(lines), patch.front().front());
@@ -121,7 +121,7 @@ void rebreakLines(Patch& patch, RebreakLaw& law) {
     const auto behind = sizeOf(law.lastPoint);
     for (std::int32_t line = 0; line < lines; ++line) {
         const auto j = sizeOf(line);
-        if (line < law.firstCurve || line >= law.lastCurve) {
+        if (line < curves.first || line >= curves.last) {
             for (std::size_t s = first; s < std::min(behind, rebuilt.size()); ++s) {
                 rebuilt[s][j] = patch[s][j];
             }

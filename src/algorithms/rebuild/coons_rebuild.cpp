@@ -1,8 +1,8 @@
 #include "coons_rebuild.h"
 
 #include "curve_tolerances.h"
-#include "distance.h"
 #include "patch_curves.h"
+#include "vectors.h"
 
 namespace velmora {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "distance.h"
 #include "patch_curves.h"
 #include "patch_order.h"
+#include "vectors.h"
 
 namespace velmora {
 

@@ -1,7 +1,7 @@
 #include "interpolate_section.h"
 
-#include "distance.h"
 #include "patch_curves.h"
+#include "vectors.h"
 
 namespace velmora {
 

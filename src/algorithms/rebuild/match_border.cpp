@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "distance.h"
 #include "patch_curves.h"
 #include "regrid.h"
+#include "vectors.h"
 
 namespace velmora {
 

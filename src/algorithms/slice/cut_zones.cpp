@@ -7,16 +7,14 @@
 #include <limits>
 
 #include "corner_box.h"
+#include "same_point.h"
 #include "segment_tests.h"
 #include "slice_points.h"
+#include "vectors.h"
 
 namespace velmora {
 
 namespace {
-
-double along(const zVec<double>& point, int axis) {
-    return axis == 0 ? point.x : axis == 1 ? point.y : point.z;
-}
 
 bool between(double value, double a, double b) {
     return (a <= value && value <= b) || (b <= value && value <= a);
@@ -33,7 +31,7 @@ std::optional<zVec<double>> edgeCut(const KnifePlane& plane, const zVec<double>&
     const double start = along(from, plane.axis);
     const double t = (plane.section - start) / (along(to, plane.axis) - start);
     zVec<double> cut = from + (to - from) * t;
-    (plane.axis == 0 ? cut.x : plane.axis == 1 ? cut.y : cut.z) = plane.section;
+    along(cut, plane.axis) = plane.section;
     return cut;
 }
 
@@ -194,16 +192,15 @@ KnifePlane planeThrough(const zVec<double>& a, const zVec<double>& b, const zVec
 }
 
 zVec<double> unitVector(const zVec<double>& vector) {
-    const auto over = [](const zVec<double>& v, double by) { return zVec<double>(v.x / by, v.y / by, v.z / by); };
     const double largest = std::max({std::abs(vector.x), std::abs(vector.y), std::abs(vector.z)});
     if (!(largest > 0.0) || !std::isfinite(largest)) {
         return {};
     }
     // Squares of very small and very large numbers are no numbers.
     const bool squaresHold = largest > 1e-100 && largest < 1e100;
-    const zVec<double> v = squaresHold ? vector : over(vector, largest);
-    const double length = std::sqrt(dot(v, v));
-    return std::isfinite(length) ? over(v, length) : zVec<double>();
+    const zVec<double> v = squaresHold ? vector : vector / largest;
+    const double length = lengthOf(v);
+    return std::isfinite(length) ? v / length : zVec<double>();
 }
 
 int sideOf(const KnifePlane& plane, const zVec<double>& point) {
@@ -215,23 +212,22 @@ int sideOf(const KnifePlane& plane, const zVec<double>& point) {
 std::optional<zVec<double>> segmentPlane(const zVec<double>& p1, const zVec<double>& p2, const zVec<double>& point,
                                          const zVec<double>& normal) {
     constexpr double parallelTolerance = 1e-14;
-    const auto same = [](const zVec<double>& a, const zVec<double>& b) { return samePoint(a, b, samePointTolerance); };
-    if (same(p1, p2)) {
-        return same(p1, point) ? std::optional(p1) : std::nullopt;
+    if (samePoint(p1, p2)) {
+        return samePoint(p1, point) ? std::optional(p1) : std::nullopt;
     }
-    if (same(point, p1)) {
+    if (samePoint(point, p1)) {
         return p1;
     }
-    if (same(point, p2)) {
+    if (samePoint(point, p2)) {
         return p2;
     }
     const zVec<double> d = p2 - p1;
     const double s = dot(d, normal);
     if (s == 0.0) {
         const zVec<double> across = cross(d, p1 - point);
-        const double length = std::sqrt(dot(across, across));
-        return std::fabs(std::fabs(dot(normal, across)) - length) < parallelTolerance ? std::optional((p1 + p2) * 0.5)
-                                                                                      : std::nullopt;
+        return std::fabs(std::fabs(dot(normal, across)) - lengthOf(across)) < parallelTolerance
+                   ? std::optional((p1 + p2) * 0.5)
+                   : std::nullopt;
     }
     const zVec<double> cut = p1 + d * (dot(point - p1, normal) / s);
     const bool inside = between(cut.x, p1.x, p2.x) && between(cut.y, p1.y, p2.y) && between(cut.z, p1.z, p2.z);

@@ -10,6 +10,8 @@
 #include <optional>
 #include <utility>
 
+#include "vectors.h"
+
 namespace velmora {
 
 namespace {
@@ -280,16 +282,8 @@ bool apart(std::vector<PlaneRun> runs) {
            }) == runs.end();
 }
 
-/// The cosine of the angle between two vectors.
-double cosine(const SlicePoint& a, const SlicePoint& b) {
-    const auto product = [](const SlicePoint& p, const SlicePoint& q) {
-        return p[0] * q[0] + p[1] * q[1] + p[2] * q[2];
-    };
-    return product(a, b) / (std::sqrt(product(a, a)) * std::sqrt(product(b, b)));
-}
-
-SlicePoint difference(const SlicePoint& a, const SlicePoint& b) {
-    return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
+zVec<double> difference(const SlicePoint& a, const SlicePoint& b) {
+    return vectorAt(a.data()) - vectorAt(b.data());
 }
 
 } // namespace
@@ -323,9 +317,9 @@ void orientLines(std::vector<SliceLine>& lines) {
         if (before.size() < 2 || line.size() < 2) {
             continue;
         }
-        const SlicePoint direction = difference(before[1], before[0]);
-        const SlicePoint forward = difference(line[1], line[0]);
-        const SlicePoint backward = difference(line[line.size() - 2], line.back());
+        const zVec<double> direction = difference(before[1], before[0]);
+        const zVec<double> forward = difference(line[1], line[0]);
+        const zVec<double> backward = difference(line[line.size() - 2], line.back());
         if (cosine(direction, backward) > cosine(direction, forward)) {
             std::reverse(line.begin(), line.end());
         }

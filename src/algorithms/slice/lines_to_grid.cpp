@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "distance.h"
 #include "polyline.h"
 #include "rebreak_kernels.h"
+#include "vectors.h"
 
 namespace velmora {
 

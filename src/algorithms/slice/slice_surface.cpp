@@ -4,14 +4,11 @@
 #include "SegmentChainer.h"
 #include "corner_box.h"
 #include "line_joiner.h"
+#include "vectors.h"
 
 namespace velmora {
 
 namespace {
-
-double along(const zVec<double>& point, int axis) {
-    return axis == 0 ? point.x : axis == 1 ? point.y : point.z;
-}
 
 /// Where the planes stand. One plane makes the step a division by zero: it stands nowhere.
 std::vector<double> planeValues(const zRegion_fe& region, const SlicePlan& plan) {

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "vectors.h"
+
 namespace velmora {
 
 namespace {
@@ -14,14 +16,6 @@ constexpr double shortestAxis = 1e-6;
 constexpr double onAxis = 9.999999747378752e-05;
 /// The cosine below which a point stands upright over an end of the axis.
 constexpr double uprightCosine = 0.0001;
-
-double length(const zVec<double>& v) {
-    return std::sqrt(dot(v, v));
-}
-
-zVec<double> divided(const zVec<double>& v, double divisor) {
-    return {v.x / divisor, v.y / divisor, v.z / divisor};
-}
 
 float single(double value) {
     return static_cast<float>(value);
@@ -41,9 +35,9 @@ zVec<double> reflectedPoint(const zVec<double>& point, const CoordinatePlane& pl
 
 int axisFoot(const zVec<double>& a, const zVec<double>& b, const zVec<double>& point, zVec<double>& foot,
              double& distance) {
-    const double toA = length(point - a);
-    const double toB = length(point - b);
-    const double axis = length(a - b);
+    const double toA = lengthOf(point - a);
+    const double toB = lengthOf(point - b);
+    const double axis = lengthOf(a - b);
     if (axis < shortestAxis) {
         return 0;
     }
@@ -62,7 +56,7 @@ int axisFoot(const zVec<double>& a, const zVec<double>& b, const zVec<double>& p
     if (cosineA > 0.0 && cosineB > 0.0) {
         const double t = (toA * toA - toB * toB + axis * axis) * 0.5 / axis / axis;
         foot = a + (b - a) * t;
-        distance = length(point - foot);
+        distance = lengthOf(point - foot);
         return -1;
     }
     // Single precision is wanted beyond the ends: saved models have been turned so.
@@ -70,14 +64,14 @@ int axisFoot(const zVec<double>& a, const zVec<double>& b, const zVec<double>& p
         const float beyond = single((toA * toA - toB * toB - axis * axis) * 0.5 / axis);
         const float t = (beyond + single(axis)) / single(axis);
         foot = a + (b - a) * static_cast<double>(t);
-        distance = single(length(point - foot));
+        distance = single(lengthOf(point - foot));
         return 1;
     }
     if (cosineA < 0.0 && cosineB > 0.0) {
         const float before = single((toB * toB - axis * axis - toA * toA) * 0.5 / axis);
         const float t = before / single(axis);
         foot = a + (a - b) * static_cast<double>(t);
-        distance = single(length(point - foot));
+        distance = single(lengthOf(point - foot));
     }
     return -1;
 }
@@ -93,21 +87,20 @@ std::optional<zVec<double>> rotatePoint(const zVec<double>& point, RotationAxis&
             return std::nullopt;
         }
         zVec<double> along = axis.to - foot;
-        const double alongLength = length(along);
+        const double alongLength = lengthOf(along);
         if (alongLength < shortestAxis) {
             // No direction can be taken from here: the end of the axis moves away, for all points that follow.
             axis.to = axis.from + (axis.to - axis.from) * 1.5;
             continue;
         }
         const zVec<double> arm = point - foot;
-        const double radius = length(arm);
+        const double radius = lengthOf(arm);
         if (!(radius >= onAxis)) {
             return point;
         }
-        along = divided(code == 1 ? along * -1.0 : along, alongLength);
-        const zVec<double> out = divided(arm, radius);
-        zVec<double> across = cross(along, out);
-        across = divided(across, length(across));
+        along = (code == 1 ? along * -1.0 : along) / alongLength;
+        const zVec<double> out = arm / radius;
+        const zVec<double> across = unitOf(cross(along, out));
         return foot + out * (distance * std::cos(angle)) + across * (distance * std::sin(angle));
     }
 }

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "match_border.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -17,8 +18,7 @@ bool isPointOf(const PointList& section, std::int32_t point) {
 double meanGap(const PointList& a, const PointList& b) {
     double sum = 0.0;
     for (std::size_t i = 0; i < a.size(); ++i) {
-        const zVec<double> gap = a[i] - b[i];
-        sum += std::sqrt(dot(gap, gap));
+        sum += distance(a[i], b[i]);
     }
     return sum / static_cast<double>(a.size());
 }

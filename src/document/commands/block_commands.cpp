@@ -3,11 +3,11 @@
 #include "VelmoraDoc.h"
 #include "apt.h"
 #include "file_types.h"
-#include "format_outcome.h"
 #include "messages.h"
 #include "patch_order.h"
 #include "path_names.h"
 #include "skl.h"
+#include "write_files.h"
 
 namespace velmora {
 
@@ -49,7 +49,7 @@ void VelmoraDoc::keepPatches(const std::vector<bool>& mask, bool kept) {
 
 /// The model lost its last part: nothing is left to select or to capture.
 void VelmoraDoc::endEmptiedModel() {
-    setKinds("non", "non", "non");
+    forgetKinds();
     emptyBlock();
     capture.forgetPatch();
     EndBlockRegime();
@@ -65,21 +65,21 @@ void VelmoraDoc::finishBlockRemoval() {
     showBlockOnly = false;
     ShowStatus(idlePrompt);
     resetMouseMode();
-    if (structureKind == "str") {
-        UpdateAfterEdit();
+    if (structureKind == StructureKind::Structured) {
+        retitle();
     }
     redraw();
 }
 
 void VelmoraDoc::ExtractBlock() {
-    if (structureKind == "non") {
+    if (structureKind == StructureKind::None) {
         return;
     }
     beginPatchCommand(false);
     const std::vector<bool> mask = blockMask();
     const std::vector<std::int32_t> block(blockList.begin(), blockList.begin() + blockCount);
     leavePointAndCurves();
-    if (structureKind == "str") {
+    if (structureKind == StructureKind::Structured) {
         keepPatches(mask, true);
     } else {
         zRegion_fe extracted;
@@ -92,13 +92,13 @@ void VelmoraDoc::ExtractBlock() {
 }
 
 void VelmoraDoc::DeleteBlock() {
-    if (structureKind == "non") {
+    if (structureKind == StructureKind::None) {
         return;
     }
     beginPatchCommand(false);
     leavePointAndCurves();
     const std::vector<bool> mask = blockMask();
-    if (structureKind == "str") {
+    if (structureKind == StructureKind::Structured) {
         keepPatches(mask, false);
     } else {
         zRegion_fe rest;
@@ -132,7 +132,7 @@ void VelmoraDoc::takePatchOut(std::int32_t patch) {
 // ---- The paste buffer -----------------------------------------------------------------------------------------------
 
 void VelmoraDoc::CopyBlock() {
-    if (structureKind != "str" || blockCount < 1) {
+    if (structureKind != StructureKind::Structured || blockCount < 1) {
         return;
     }
     blockClipboard.clear();
@@ -144,10 +144,10 @@ void VelmoraDoc::CopyBlock() {
 }
 
 void VelmoraDoc::PasteBlock() {
-    if (structureKind == "uns") {
+    if (structureKind == StructureKind::Unstructured) {
         return;
     }
-    const bool intoNothing = structureKind == "non";
+    const bool intoNothing = structureKind == StructureKind::None;
     if (!intoNothing) {
         beginPatchCommand(false);
         leavePointAndCurves();
@@ -162,77 +162,87 @@ void VelmoraDoc::PasteBlock() {
     }
     capture.holdBlock();
     if (intoNothing) {
-        structureKind = "str";
+        structureKind = StructureKind::Structured;
         checkRegularity(patches);
-        nameUntitled(fileKind == "apt" ? "apt" : "skl");
+        modelFile.nameUntitled(fileKind == FileKind::Apt ? "apt" : "skl");
         updateBounds();
     } else {
         // Lines may have come into a grid.
-        UpdateAfterEdit();
+        retitle();
     }
     redraw();
 }
 
 // ---- Save As --------------------------------------------------------------------------------------------------------
 
+namespace {
+
+/// Writes the zBlock alone; the model keeps its own file.
+void writeBlock(VelmoraDoc& doc, const std::filesystem::path& path) {
+    const std::span<const std::int32_t> block(doc.blockList.data(), static_cast<std::size_t>(doc.blockCount));
+    if (doc.structureKind == StructureKind::Unstructured) {
+        zRegion_fe scratch;
+        scratch.title = doc.feRegion.title;
+        scratch.words = doc.feRegion.words;
+        for (const std::int32_t zone : block) {
+            copyBlock(doc.feRegion, scratch, zone);
+        }
+        writeZones(doc, path, {}, scratch);
+        return;
+    }
+    WriteOutcome outcome;
+    {
+        const BusyScope busy(doc.ui());
+        outcome = doc.blockKind == FileKind::Skl
+                      ? writeSklBlock(path, doc.patches, block, outputPrecision, progressTo(doc.ui()))
+                      : writeAptBlock(path, doc.patches, block, outputPrecision, progressTo(doc.ui()));
+    }
+    finishWriting(doc, outcome);
+}
+
+} // namespace
+
 void VelmoraDoc::SaveBlockAs() {
-    if (structureKind == "non" || blockCount < 1) {
+    if (structureKind == StructureKind::None || blockCount < 1) {
         return;
     }
     FileRequest request;
     request.mode = ChooserMode::SaveAs;
-    request.proposed = chosenPath;
+    request.proposed = modelFile.chosenPath;
     request.command = "block.saveAs";
-    if (structureKind == "str") {
+    if (structureKind == StructureKind::Structured) {
         PatchList block;
         for (const std::int32_t patch : chosenPatches()) {
             appendPatches(patches, block, patch, patch + 1);
         }
         const Regularity regularity = regularityOf(block);
         if (regularity != Regularity::Undecided) {
-            blockKind = regularity == Regularity::Regular ? "apt" : "skl";
+            blockKind = regularity == Regularity::Regular ? FileKind::Apt : FileKind::Skl;
         }
-        request.types = fileTypesNamed({blockKind == "skl" ? "skl" : "apt"});
+        request.types = fileTypesNamed({blockKind == FileKind::Skl ? "skl" : "apt"});
         request.proposed.replace_extension(request.types.front().extension);
     } else {
         request.types = fileTypesNamed({"dat", "wrl", "stl"});
     }
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
-    if (!paths.empty() && mayOverwrite(fullPath(paths.front()))) {
-        writeBlock(fullPath(paths.front()));
-    }
-}
-
-/// Writes the zBlock alone; the model keeps its own file.
-void VelmoraDoc::writeBlock(const std::filesystem::path& path) {
-    const std::span<const std::int32_t> block(blockList.data(), static_cast<std::size_t>(blockCount));
-    if (structureKind == "uns") {
-        zRegion_fe scratch;
-        scratch.title = feRegion.title;
-        scratch.words = feRegion.words;
-        for (const std::int32_t zone : block) {
-            copyBlock(feRegion, scratch, zone);
-        }
-        writeZones(path, {}, scratch);
+    if (paths.empty()) {
         return;
     }
-    bool written = false;
-    {
-        const BusyScope busy(ui_);
-        written = blockKind == "skl" ? writeSklBlock(path, patches, block, outputPrecision, progressTo(ui_))
-                                     : writeAptBlock(path, patches, block, outputPrecision, progressTo(ui_));
+    const std::filesystem::path path = fullPath(paths.front());
+    const std::string extension = extensionOf(path);
+    const bool offered = std::any_of(request.types.begin(), request.types.end(),
+                                     [&extension](const FileType& type) { return type.extension == extension; });
+    if (!offered) {
+        ui_.showMessage(message::cannotBeSavedAs(extension));
+    } else if (mayOverwrite(*this, path, TargetFrom::Chooser)) {
+        writeBlock(*this, path);
     }
-    if (!written) {
-        ui_.showMessage(std::string(cannotSaveMessage));
-        return;
-    }
-    noteCompleteness(path, true);
 }
 
 // ---- Extrapolate ----------------------------------------------------------------------------------------------------
 
 void VelmoraDoc::Extrapolate() {
-    if (structureKind != "str" || !showDialog(extrapolationValues)) {
+    if (structureKind != StructureKind::Structured || !showDialog(extrapolationValues)) {
         return;
     }
     const bool lines = extrapolationValues.kind > 2;

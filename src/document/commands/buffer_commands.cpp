@@ -3,10 +3,11 @@
 #include "VelmoraDoc.h"
 #include "capture_address.h"
 #include "file_types.h"
-#include "format_outcome.h"
+#include "marker_files.h"
 #include "messages.h"
 #include "path_names.h"
 #include "point_files.h"
+#include "write_files.h"
 
 namespace velmora {
 
@@ -27,7 +28,7 @@ FileRequest bufferRequest(ChooserMode mode, const char* command) {
 
 /// Whether what is captured as section or line stands in the model.
 bool VelmoraDoc::curveIsThere() {
-    if (structureKind != "str") {
+    if (structureKind != StructureKind::Structured) {
         return false;
     }
     return capture->sectionCaptured
@@ -51,6 +52,10 @@ PointList VelmoraDoc::capturedCurvePoints() {
         }
     }
     return points;
+}
+
+PointList VelmoraDoc::curveInHand() {
+    return curveIsThere() ? capturedCurvePoints() : lineBuffer;
 }
 
 /// Gives the captured curve other points: a section takes them as they are, a line one for each of its own.
@@ -89,7 +94,11 @@ void VelmoraDoc::ClearBuffer() {
 void VelmoraDoc::OpenBuffer() {
     // Cancel leaves the buffer empty too, and the flag as it was.
     lineBuffer.clear();
-    lineBuffer = readChosenPoints(bufferRequest(ChooserMode::Open, "buffer.open"));
+    PointFileResult file = readChosenPoints(*this, bufferRequest(ChooserMode::Open, "buffer.open"));
+    if (file.opened) {
+        modelFile.memory.noteBufferRead(file.record);
+    }
+    lineBuffer = std::move(file.points);
     if (!lineBuffer.empty()) {
         lineBufferFull = true;
         showBuffer = true;
@@ -99,19 +108,19 @@ void VelmoraDoc::OpenBuffer() {
 
 void VelmoraDoc::SaveBuffer() {
     const auto paths = ui_.chooseFiles(bufferRequest(ChooserMode::SaveAs, "buffer.saveAs"));
-    if (paths.empty() || !mayOverwrite(fullPath(paths.front()))) {
+    if (paths.empty()) {
         return;
     }
-    bool written = false;
+    const std::filesystem::path path = fullPath(paths.front());
+    if (!mayOverwrite(*this, path, TargetFrom::Chooser)) {
+        return;
+    }
+    WriteOutcome outcome;
     {
         const BusyScope busy(ui_);
-        written = writeLineBuffer(paths.front(), lineBuffer, outputPrecision);
+        outcome = writeLineBuffer(path, lineBuffer, outputPrecision);
     }
-    if (written) {
-        noteCompleteness(fullPath(paths.front()), true);
-    } else {
-        ui_.showMessage(std::string(cannotSaveMessage));
-    }
+    finishWriting(*this, outcome);
     redraw();
 }
 
@@ -139,7 +148,7 @@ void VelmoraDoc::PasteFromBuffer() {
         return;
     }
     putCurvePoints(lineBuffer);
-    UpdateAfterEdit();
+    retitle();
     redraw();
 }
 

@@ -8,11 +8,11 @@
 namespace velmora {
 
 /// The model has become one of another kind: tags, title and path follow.
-void VelmoraDoc::finishConversion(const char* structure, const char* kind, const char* extension) {
+void VelmoraDoc::finishConversion(StructureKind structure, FileKind kind, const char* extension) {
     structureKind = structure;
     fileKind = kind;
-    titleWrong_ = false;
-    takeExtension(extension);
+    modelFile.titleWrong = false;
+    modelFile.takeExtension(extension);
 }
 
 void VelmoraDoc::ConvertToUnstructured() {
@@ -26,7 +26,7 @@ void VelmoraDoc::ConvertToUnstructured() {
         regionToSurface(zones, feRegion);
         patches.clear();
     }
-    finishConversion("uns", "non", "dat");
+    finishConversion(StructureKind::Unstructured, FileKind::None, "dat");
     ShowStatus(idlePrompt);
     redraw();
 }
@@ -48,7 +48,7 @@ SlicePlan planOf(const CConvert_to_SKL& values) {
 } // namespace
 
 void VelmoraDoc::ConvertToSkl() {
-    if (structureKind != "uns") {
+    if (structureKind != StructureKind::Unstructured) {
         return;
     }
     snapshotBeforeAsking();
@@ -75,7 +75,7 @@ void VelmoraDoc::ConvertToSkl() {
     patches.clear();
     patches.push_back(std::move(slices.sections));
     feRegion.blocks.clear();
-    finishConversion("str", "skl", "skl");
+    finishConversion(StructureKind::Structured, FileKind::Skl, "skl");
     ShowStatus(idlePrompt);
     emptyBlock();
     showBlockOnly = false; // of an empty zBlock nothing would be shown
@@ -83,7 +83,7 @@ void VelmoraDoc::ConvertToSkl() {
 }
 
 void VelmoraDoc::ConvertToApt() {
-    if (structureKind != "str") {
+    if (structureKind != StructureKind::Structured) {
         return;
     }
     snapshotBeforeAsking();
@@ -96,7 +96,7 @@ void VelmoraDoc::ConvertToApt() {
         const BusyScope busy(ui_);
         patches = linesToGrid(patches, toAptValues.pointCount, toAptValues.approximation == 1);
     }
-    finishConversion("str", "apt", "apt");
+    finishConversion(StructureKind::Structured, FileKind::Apt, "apt");
     leavePointAndCurves();
     ShowStatus(capture->patchCaptured       ? capture->blockStatus
                : capture->patchCaptureArmed ? capture->patchStatus

@@ -1,111 +1,121 @@
+#include <filesystem>
+#include <vector>
+
 #include "VelmoraDoc.h"
 #include "field_file.h"
 #include "file_types.h"
-#include "format_outcome.h"
+#include "load_files.h"
 #include "messages.h"
+#include "open_commands.h"
 #include "path_names.h"
+#include "write_files.h"
 
 namespace velmora {
 
 // A model that carries field values, one to three per point: opened, saved and closed as one.
 
+namespace {
+
+/// Every flag of a regime off and every address none, without the steps of leaving each regime.
+void forgetRegimesAndAddresses(VelmoraDoc& doc) {
+    doc.capture.forgetAll();
+    doc.emptyBlock();
+    doc.showBlockOnly = false;
+    doc.pointUndoReady = doc.patchUndoReady = doc.rebuildOnUndo = false;
+}
+
+} // namespace
+
 void VelmoraDoc::OpenField() {
-    appendMode = false;
-    if (!holdsNothing()) {
-        if (!removeGeometryAfterQuestion()) {
-            return;
-        }
-        markers.clear();
-        markersOpen = false;
+    if (!holdsNothing() && !ui_.ask(message::removeGeometry)) {
+        return;
     }
-    fieldLoaded = fieldMode = false;
-    fieldPatches.clear();
-    fieldOpening = true;
     FileRequest request;
     request.mode = ChooserMode::Open;
     request.multiple = true;
     request.types = {{"dat", "FlowField"}};
-    request.proposed = chosenPath;
+    request.proposed = modelFile.chosenPath;
     request.command = "file.openField";
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
     if (paths.empty()) {
-        fieldOpening = false;
-        leaveRegimes();
-        redraw();
         return;
     }
-    adoptPath(paths.front());
-    loadFile(chosenPath, fileExtension);
-    if (structureKind == "non") {
-        fieldOpening = false; // a .dat that is appended to what Undo brings back holds zones
-        ui_.showMessage(message::openCancelled);
-        leaveRegimes();
-        redraw();
+    LoadTally tally;
+    bool gaveModel = false;
+    {
+        ModelAside before(*this);
+        modelFile.adopt(paths.front());
+        loadFile(*this, modelFile.chosenPath, modelFile.fileExtension, {.field = true}, tally);
+        gaveModel = structureKind != StructureKind::None;
+        if (gaveModel) {
+            before.keepForUndo();
+        }
+    }
+    if (!gaveModel) {
+        cancelOpen(*this, tally);
         return;
     }
-    pointsRead_ = pointsKept_ = 0;
-    finishOpen();
-    ui_.addRecentFile(chosenPath);
+    markers.clear();
+    markersOpen = false;
+    fieldOpening = true;
+    tally.pointsRead = tally.pointsKept = 0; // what is thinned of a field file is not told
+    finishOpen(*this, tally);
+    ui_.addRecentFile(modelFile.chosenPath);
 }
 
 void VelmoraDoc::SaveField() {
+    if (holdsNothingToSave(*this)) {
+        ui_.showMessage(message::nothingToSave);
+        return;
+    }
     FileRequest request;
     request.mode = ChooserMode::SaveAs;
     request.types = {flowFieldType()};
-    request.proposed = chosenPath;
+    request.proposed = modelFile.chosenPath;
     request.command = "file.saveAsField";
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
     if (paths.empty()) {
         return;
     }
     const std::filesystem::path path = fullPath(paths.front());
-    const bool writable = structureKind == "str" && fileKind == "apt" && extensionOf(path) == "dat";
-    if (writable && !mayOverwrite(path)) {
-        return;
-    }
-    documentModified = false;
-    fileExtension = extensionOf(path);
-    if (structureKind != "str") {
+    if (structureKind != StructureKind::Structured) {
         ui_.showMessage(message::wrongFormat);
         return;
     }
-    if (!writable) {
+    if (fileKind != FileKind::Apt || extensionOf(path) != "dat") {
         ui_.showMessage(message::wrongExtension);
         return;
     }
-    bool written = false;
-    {
-        const BusyScope busy(ui_);
-        written = writeFieldFile(path, patches, fieldPatches, fieldCount, fieldTitleLine, fieldVariablesLine,
-                                 outputPrecision, progressTo(ui_));
-    }
-    if (!written) {
-        ui_.showMessage(std::string(cannotSaveMessage));
+    if (!mayOverwrite(*this, path, TargetFrom::Chooser)) {
         return;
     }
-    noteCompleteness(path, true);
-    adoptPath(path);
-    takeExtension("dat");
+    WriteOutcome outcome;
+    {
+        const BusyScope busy(ui_);
+        outcome = writeFieldFile(path, patches, fieldPatches, fieldCount, fieldTitleLine, fieldVariablesLine,
+                                 outputPrecision, progressTo(ui_));
+    }
+    finishWriting(*this, outcome);
+    if (!outcome) {
+        return;
+    }
+    documentModified = false;
+    modelFile.adopt(path);
+    modelFile.takeExtension("dat");
+    tellSaved(*this, outcome);
 }
 
 void VelmoraDoc::CloseField() {
     clearModel();
-    titleWrong_ = false;
-    setTitle("Untitled");
-    forgetRegimesAndAddresses();
+    modelFile.forget();
+    modelFile.titleWrong = false;
+    modelFile.setTitle("Untitled");
+    forgetRegimesAndAddresses(*this);
     resetMouseMode();
     if (status != idlePrompt) {
         ShowStatus(idlePrompt);
     }
     redraw();
-}
-
-/// Every flag of a regime off and every address none, without the steps of leaving each regime.
-void VelmoraDoc::forgetRegimesAndAddresses() {
-    capture.forgetAll();
-    emptyBlock();
-    showBlockOnly = false;
-    pointUndoReady = patchUndoReady = rebuildOnUndo = false;
 }
 
 } // namespace velmora

@@ -12,7 +12,7 @@ namespace velmora {
 
 void VelmoraDoc::Intersection() {
     beginPatchCommand(false);
-    if (structureKind != "str") {
+    if (structureKind != StructureKind::Structured) {
         redraw();
         return;
     }
@@ -32,7 +32,7 @@ void VelmoraDoc::Intersection() {
     emptyBlock();
     showBlockOnly = false;
     showIdlePrompt();
-    UpdateAfterEdit();
+    retitle();
     redraw();
 }
 

@@ -36,7 +36,7 @@ void VelmoraDoc::SplitPatch() {
 }
 
 void VelmoraDoc::MergePatches() {
-    if (structureKind == "uns") {
+    if (structureKind == StructureKind::Unstructured) {
         mergeZonesOfBlock();
     } else if (!mergePatchesOfBlock()) {
         return;
@@ -50,7 +50,7 @@ void VelmoraDoc::MergePatches() {
 }
 
 bool VelmoraDoc::mergePatchesOfBlock() {
-    mergeValues.isApt = fileKind == "apt";
+    mergeValues.isApt = fileKind == FileKind::Apt;
     if (!showDialog(mergeValues)) {
         return false;
     }

@@ -1,20 +1,25 @@
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include "VelmoraDoc.h"
 #include "capture_address.h"
 #include "corner_box.h"
 #include "cut_zones.h"
+#include "interchange.h"
 #include "messages.h"
+#include "write_files.h"
 
 namespace velmora {
 
 // ---- Knife of grids -------------------------------------------------------------------------------------------------
 
 void VelmoraDoc::KnifeModel() {
-    if (structureKind != "str") {
+    if (structureKind != StructureKind::Structured) {
         return;
     }
     snapshotBeforeAsking();
@@ -46,16 +51,26 @@ std::filesystem::path partPath(const std::filesystem::path& model, const std::st
     return model.parent_path() / (model.stem().string() + mark + ".dat");
 }
 
-/// The temporary file of the knife, "_0" unless there is something of that name already.
-std::filesystem::path temporaryPath(const std::filesystem::path& model) {
-    std::error_code error;
-    std::filesystem::path path = partPath(model, "_0");
-    for (int number = 1; std::filesystem::symlink_status(path, error).type() != std::filesystem::file_type::not_found;
-         ++number) {
-        path = partPath(model, "_0_" + std::to_string(number));
+/// A folder of this command alone, with all that is put into it gone at the end; without a path when there is no room
+/// for one. It does not stand beside the model, whose folder may be one that nobody can write to.
+class ScratchFolder {
+public:
+    ScratchFolder() {
+        std::error_code error;
+        std::string name = (std::filesystem::temp_directory_path(error) / "velmora-XXXXXX").string();
+        path = !error && ::mkdtemp(name.data()) != nullptr ? std::filesystem::path(name) : std::filesystem::path();
     }
-    return path;
-}
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+    ~ScratchFolder() {
+        std::error_code ignored;
+        if (!path.empty()) {
+            std::filesystem::remove_all(path, ignored);
+        }
+    }
+
+    std::filesystem::path path;
+};
 
 /// The part of a region on one side of a plane, with the coordinates alone: files of triangles are read back with no
 /// other field. A zone without coordinates has no part.
@@ -142,7 +157,7 @@ bool VelmoraDoc::knifeReachesBody() {
 }
 
 void VelmoraDoc::KnifeZones() {
-    if (structureKind != "uns") {
+    if (structureKind != StructureKind::Unstructured) {
         return;
     }
     snapshotBeforeAsking();
@@ -173,14 +188,25 @@ zRegion_fe VelmoraDoc::cutPart(Side kept) {
 /// The part goes through a file, which leaves to its zones what a file of it would hold, and becomes the model once it
 /// is read back; before that nothing has changed.
 bool VelmoraDoc::keepPartOfZones(Side kept) {
-    const std::filesystem::path temporary = temporaryPath(chosenPath);
+    const ScratchFolder scratch;
+    if (scratch.path.empty()) {
+        ui_.showMessage(message::cannotSave);
+        return false;
+    }
+    const std::filesystem::path temporary = scratch.path / "part.dat";
+    const zRegion_fe cut = cutPart(kept);
     zRegion structured;
     zRegion_fe part;
-    bool done = writeZones(temporary, {}, cutPart(kept));
-    if (done) {
-        done = readZones(temporary, structured, part);
-        std::error_code ignored;
-        std::filesystem::remove(temporary, ignored);
+    std::vector<std::string> told;
+    const auto tell = [&told](const std::string& text) { told.push_back(text); };
+    bool done = false;
+    {
+        const BusyScope busy(ui_);
+        done = writeGeometry(temporary, outputPrecision, {}, cut, tell, progressTo(ui_)) &&
+               readGeometry(temporary, false, structured, part, tell, progressTo(ui_));
+    }
+    for (const std::string& text : told) {
+        ui_.showMessage({Severity::NotWritten, text});
     }
     if (done) {
         feRegion = std::move(part);
@@ -190,10 +216,10 @@ bool VelmoraDoc::keepPartOfZones(Side kept) {
 
 /// Both files are asked about before one is written.
 void VelmoraDoc::savePartsOfZones() {
-    const std::filesystem::path before = partPath(chosenPath, "_1");
-    const std::filesystem::path after = partPath(chosenPath, "_2");
-    if (mayOverwrite(before) && mayOverwrite(after) && writeZones(before, {}, cutPart(Side::Before)) &&
-        writeZones(after, {}, cutPart(Side::After))) {
+    const std::filesystem::path before = partPath(modelFile.chosenPath, "_1");
+    const std::filesystem::path after = partPath(modelFile.chosenPath, "_2");
+    if (mayOverwrite(*this, before, TargetFrom::Model) && mayOverwrite(*this, after, TargetFrom::Model) &&
+        writeZones(*this, before, {}, cutPart(Side::Before)) && writeZones(*this, after, {}, cutPart(Side::After))) {
         ui_.showMessage(message::partsAreSaved);
     }
 }
@@ -202,7 +228,7 @@ void VelmoraDoc::savePartsOfZones() {
 
 /// Nothing tells which part is visible, so there is never one to keep: the command ends with its message.
 void VelmoraDoc::RemoveInvisible() {
-    if (structureKind != "uns") {
+    if (structureKind != StructureKind::Unstructured) {
         return;
     }
     beginPatchCommand(false);

@@ -1,9 +1,16 @@
+#include "load_files.h"
+
 #include <algorithm>
+#include <iterator>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "VelmoraDoc.h"
 #include "apt.h"
 #include "dat_geometry.h"
 #include "field_file.h"
+#include "format_outcome.h"
 #include "interchange.h"
 #include "messages.h"
 #include "path_names.h"
@@ -12,9 +19,10 @@
 
 namespace velmora {
 
-// One file goes to the reader of its extension; what came of it sets kinds, title and path.
-
 namespace {
+
+/// Zones come with their indices as they stand in the file.
+constexpr bool noTranspose = false;
 
 /// What the two native readers have to tell, in one form.
 struct StructuredRead {
@@ -22,7 +30,7 @@ struct StructuredRead {
     bool namesFile = false; ///< the reader came as far as the title
     std::int64_t pointsInFile = 0;
     std::int64_t pointsKept = 0;
-    bool textBehind = false; ///< the file holds more than the reader could make sense of
+    FileRead record;
     std::vector<std::string> messages;
 };
 
@@ -30,16 +38,19 @@ StructuredRead readByExtension(const std::filesystem::path& path, const std::str
                                const ReportProgress& report) {
     StructuredRead read;
     if (extension == "apt") {
-        const AptReadResult result = readApt(path, patches, report);
-        read = {result.opened,       result.firstPassEnded || result.endReached,
-                result.pointsInFile, result.pointsKept,
-                result.textBehind,   {}};
+        AptReadResult result = readApt(path, patches, report);
+        read = {result.opened,
+                result.firstPassEnded || result.endReached,
+                result.pointsInFile,
+                result.pointsKept,
+                std::move(result.record),
+                {}};
         for (const FormatFault& fault : result.faults) {
             read.messages.push_back(aptMessage(fault));
         }
     } else {
-        const SklReadResult result = readSkl(path, patches, report);
-        read = {result.opened, result.endReached, result.pointsRead, result.pointsRead, result.textBehind, {}};
+        SklReadResult result = readSkl(path, patches, report);
+        read = {result.opened, result.endReached, result.pointsRead, result.pointsRead, std::move(result.record), {}};
         for (const FormatFault& fault : result.faults) {
             read.messages.push_back(sklMessage(fault));
         }
@@ -47,215 +58,296 @@ StructuredRead readByExtension(const std::filesystem::path& path, const std::str
     return read;
 }
 
-} // namespace
-
-bool VelmoraDoc::loadFile(const std::filesystem::path& path, const std::string& extension) {
-    if (extension == "apt" || extension == "skl") {
-        return readStructured(path, extension);
+/// The file was read: the user interface hears of it, and the tally takes what was lost.
+void tell(UserInterface& ui, const FileRead& record, LoadTally& tally) {
+    ui.tellFileRead(record);
+    if (!record.thinned || record.changed.size() > 1) { // that of thinning is told by the points
+        tally.losses.insert(tally.losses.end(), record.changed.begin(), record.changed.end());
     }
-    if (extension == "dat") {
-        return fieldOpening ? readField(path) : readDatGeometry(path);
-    }
-    if (extension == "wrl" || extension == "stl") {
-        return readSurface(path);
-    }
-    if (extension == "grd" && !appendMode) {
-        // Only the name matters: it lets boundary conditions be named for the grid.
-        gridPath = currentPath;
-        gridNamed = true;
-        structureKind = "uns";
-        titleAsZones();
-        return true;
-    }
-    ui_.showMessage(message::fileTypeNotSupported);
-    return false;
+    tally.losses.insert(tally.losses.end(), record.reasons.begin(), record.reasons.end());
 }
 
-bool VelmoraDoc::readStructured(const std::filesystem::path& path, const std::string& extension) {
+/// The same of a file that is in the model from here on, which remembers it.
+void remember(VelmoraDoc& doc, const FileRead& record, LoadMode mode) {
+    const bool alone = !mode.append && !mode.joins;
+    doc.modelFile.memory.noteRead(record, alone);
+    if (!mode.append) {
+        doc.modelFile.openedPath = alone ? record.path : std::filesystem::path();
+    }
+}
+
+bool readStructured(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension, LoadMode mode,
+                    LoadTally& tally) {
     StructuredRead read;
+    PatchList incoming;
     {
-        const BusyScope busy(ui_);
-        read = readByExtension(path, extension, patches, progressTo(ui_));
+        const BusyScope busy(doc.ui());
+        read = readByExtension(path, extension, incoming, progressTo(doc.ui()));
     }
+    // Compartments without a section make no model.
+    const bool gaveModel = regularityOf(incoming) != Regularity::Undecided;
     const bool failed = !read.messages.empty();
-    pointsRead_ += read.pointsInFile;
-    pointsKept_ += read.pointsKept;
     if (read.opened) {
-        noteCompleteness(path, !failed && !read.textBehind && read.pointsKept >= read.pointsInFile);
+        tell(doc.ui(), read.record, tally);
     }
-    if (!appendMode && read.namesFile) {
-        takeExtension(extension);
-    }
-    for (const std::string& text : read.messages) {
-        ui_.showMessage(text);
-        if (read.opened) {
-            setTitle("Wrong");
+    if (gaveModel) {
+        remember(doc, read.record, mode);
+        tally.pointsRead += read.pointsInFile;
+        tally.pointsKept += read.pointsKept;
+        std::move(incoming.begin(), incoming.end(), std::back_inserter(doc.patches));
+        if (!mode.append && read.namesFile) {
+            doc.modelFile.takeExtension(extension);
         }
     }
-    if (!read.opened) {
+    // What stood in the file before its fault is in the model: the fault is a loss then.
+    const Severity severity = gaveModel ? Severity::Warning : Severity::NotRead;
+    for (const std::string& text : read.messages) {
+        doc.ui().showMessage({severity, text});
+        if (gaveModel) { // else what stood before keeps its title
+            doc.modelFile.setTitle("Wrong");
+        }
+    }
+    if (!gaveModel) {
         return false;
     }
+    doc.modelFile.titleWrong = failed;
     if (failed) {
-        titleWrong_ = true;
-        checkRegularity(patches);
+        doc.checkRegularity(doc.patches);
         return false;
     }
-    titleWrong_ = false;
-    retitle();
+    doc.retitle();
     return true;
 }
 
-void VelmoraDoc::noteCompleteness(const std::filesystem::path& path, bool complete) {
-    const auto same = [&path](const std::filesystem::path& other) { return sameFile(other, path); };
-    incompleteFiles_.erase(std::remove_if(incompleteFiles_.begin(), incompleteFiles_.end(), same),
-                           incompleteFiles_.end());
-    if (!complete) {
-        incompleteFiles_.push_back(path);
-    }
-}
+} // namespace
 
 // ---- Zones ----------------------------------------------------------------------------------------------------------
 
-bool VelmoraDoc::readZones(const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured) {
-    // What the reader has to tell is shown once the wait cursor is gone.
-    std::vector<std::string> told;
-    bool read = false;
-    {
-        const BusyScope busy(ui_);
-        read = readGeometry(
-            path, readerOption, structured, unstructured, [&told](const std::string& text) { told.push_back(text); },
-            progressTo(ui_));
-    }
-    for (const std::string& text : told) {
-        ui_.showMessage(text);
-    }
+namespace {
+
+/// What the reader of zones has to tell; the messages are shown once the wait cursor is gone.
+struct ZonesRead {
+    bool whole = false;
+    FileRead record;
+    std::vector<std::string> messages;
+};
+
+ZonesRead readZonesQuietly(UserInterface& ui, const std::filesystem::path& path, zRegion& structured,
+                           zRegion_fe& unstructured) {
+    ZonesRead read;
+    const BusyScope busy(ui);
+    read.whole = readGeometry(
+        path, noTranspose, structured, unstructured,
+        [&read](const std::string& text) { read.messages.push_back(text); }, progressTo(ui), &read.record);
     return read;
 }
 
-/// The same for a file that gives the model zones: of one that fails on the way none is taken.
-bool VelmoraDoc::readModelZones(const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured) {
-    const bool read = readZones(path, structured, unstructured);
-    noteCompleteness(path, read);
-    return read;
-}
-
-/// The title of a model of zones is that of the file they would go to.
-void VelmoraDoc::titleAsZones() {
-    titleWrong_ = false;
-    currentDirectory = directoryOf(chosenPath);
-    setTitle(stemOf(chosenPath) + ".dat");
-}
-
-bool VelmoraDoc::readSurface(const std::filesystem::path& path) {
-    zRegion structured;
-    zRegion_fe incoming;
-    if (!readModelZones(path, structured, incoming)) {
-        return false;
+/// Tells of the file, unless it could not be opened, and then shows the messages.
+void show(UserInterface& ui, const ZonesRead& read, LoadTally& tally) {
+    if (!read.record.path.empty()) {
+        tell(ui, read.record, tally);
     }
-    takeZones(structured, incoming);
-    structureKind = "uns";
-    titleAsZones();
-    return true;
+    for (const std::string& text : read.messages) {
+        ui.showMessage({Severity::NotRead, text});
+    }
 }
+
+} // namespace
+
+bool readZones(VelmoraDoc& doc, const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured) {
+    LoadTally tally;
+    const ZonesRead read = readZonesQuietly(doc.ui(), path, structured, unstructured);
+    show(doc.ui(), read, tally);
+    if (!tally.losses.empty()) {
+        doc.ShowStatus(lossText(tally.losses));
+    }
+    return read.whole;
+}
+
+namespace {
 
 /// Grids among the zones, and patches that are there, become triangles behind `incoming`; all of it goes behind the
 /// zones of the model.
-void VelmoraDoc::takeZones(zRegion& structured, zRegion_fe& incoming) {
-    if (!patches.empty()) {
-        patchesToRegion(patches, structured);
-        patches.clear();
+void takeZones(VelmoraDoc& doc, zRegion& structured, zRegion_fe& incoming) {
+    if (!doc.patches.empty()) {
+        patchesToRegion(doc.patches, structured);
+        doc.patches.clear();
     }
     regionToSurface(structured, incoming);
-    if (feRegion.blocks.empty()) {
-        feRegion.title = incoming.title;
+    if (doc.feRegion.blocks.empty()) {
+        doc.feRegion.title = incoming.title;
     }
-    std::move(incoming.blocks.begin(), incoming.blocks.end(), std::back_inserter(feRegion.blocks));
+    std::move(incoming.blocks.begin(), incoming.blocks.end(), std::back_inserter(doc.feRegion.blocks));
 }
 
-bool VelmoraDoc::readDatGeometry(const std::filesystem::path& path) {
-    zRegion structured;
-    zRegion_fe incoming;
-    if (!readModelZones(path, structured, incoming)) {
+/// Zones that were read become part of the model, which is one of triangles from here on. False when there are none: a
+/// binary STL file, say, of which the text reader takes nothing, must not leave an empty model over it.
+bool takeModelZones(VelmoraDoc& doc, ZonesRead& read, zRegion& structured, zRegion_fe& incoming, LoadMode mode) {
+    if (structured.blocks.empty() && incoming.blocks.empty()) {
         return false;
     }
-    if (!incoming.blocks.empty()) {
-        takeZones(structured, incoming);
-        structureKind = "uns";
-        titleAsZones();
-        return true;
-    }
-    return structured.blocks.empty() || takeStructuredZones(structured, path);
-}
-
-bool VelmoraDoc::takeStructuredZones(const zRegion& structured, const std::filesystem::path& path) {
-    ZonePatches zones = zonesToPatches(structured, ZoneDetail::Thinned);
-    if (zones.refusal != ZoneRefusal::None) {
-        ui_.showMessage(std::string(messageOf(zones.refusal)));
-        noteCompleteness(path, false);
-        setKinds("non", fileKind.c_str(), "non");
-        // A model to which the file was to be appended is still there.
-        checkRegularity(patches);
-        return false;
-    }
-    if (zones.patches.empty()) {
-        return false; // grids without a point make no model
-    }
-    std::move(zones.patches.begin(), zones.patches.end(), std::back_inserter(patches));
-    pointsRead_ += zones.pointsRead;
-    pointsKept_ += zones.pointsKept;
-    noteCompleteness(path, zones.pointsKept >= zones.pointsRead);
-    structureKind = "str";
-    titleWrong_ = false;
-    retitle();
+    remember(doc, read.record, mode);
+    takeZones(doc, structured, incoming);
+    doc.structureKind = StructureKind::Unstructured;
     return true;
 }
 
-bool VelmoraDoc::appendUnstructuredFile(const std::filesystem::path& path, const std::string& extension) {
+bool readSurface(VelmoraDoc& doc, const std::filesystem::path& path, LoadMode mode, LoadTally& tally) {
+    zRegion structured;
+    zRegion_fe incoming;
+    ZonesRead read = readZonesQuietly(doc.ui(), path, structured, incoming);
+    show(doc.ui(), read, tally);
+    if (!read.whole || !takeModelZones(doc, read, structured, incoming, mode)) {
+        return false;
+    }
+    doc.modelFile.titleAsZones();
+    return true;
+}
+
+/// What became of the zones' points goes into the record.
+void noteZones(const ZonePatches& zones, FileRead& record) {
+    if (zones.refusal != ZoneRefusal::None) {
+        record.losesGeometry(std::string(messageOf(zones.refusal)));
+    }
+    countOf(record.kept, "zones") = countOf(zones.patches);
+    countOf(record.kept, "points") = zones.pointsKept;
+    noteThinning(record, zones.thinned, zones.cutAtLimit);
+    if (zones.numbersReplaced > 0) {
+        record.alters("Coordinates that stand for missing ones and were set to 0: " +
+                      std::to_string(zones.numbersReplaced));
+    }
+}
+
+bool takeStructuredZones(VelmoraDoc& doc, ZonePatches& zones, const FileRead& record, LoadMode mode, LoadTally& tally) {
+    if (zones.patches.empty()) {
+        return false; // grids without a point make no model
+    }
+    remember(doc, record, mode);
+    std::move(zones.patches.begin(), zones.patches.end(), std::back_inserter(doc.patches));
+    tally.pointsRead += zones.pointsRead;
+    tally.pointsKept += zones.pointsKept;
+    doc.structureKind = StructureKind::Structured;
+    doc.modelFile.titleWrong = false;
+    doc.retitle();
+    return true;
+}
+
+bool readDatGeometry(VelmoraDoc& doc, const std::filesystem::path& path, LoadMode mode, LoadTally& tally) {
+    zRegion structured;
+    zRegion_fe incoming;
+    ZonesRead read = readZonesQuietly(doc.ui(), path, structured, incoming);
+    if (!read.whole || !incoming.blocks.empty()) {
+        show(doc.ui(), read, tally);
+        if (!read.whole || !takeModelZones(doc, read, structured, incoming, mode)) {
+            return false;
+        }
+        doc.modelFile.titleAsZones();
+        return true;
+    }
+    ZonePatches zones = zonesToPatches(structured, ZoneDetail::Thinned);
+    noteZones(zones, read.record);
+    if (zones.refusal != ZoneRefusal::None) {
+        read.messages.emplace_back(messageOf(zones.refusal));
+    }
+    show(doc.ui(), read, tally);
+    return takeStructuredZones(doc, zones, read.record, mode, tally);
+}
+
+} // namespace
+
+bool appendUnstructuredFile(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension,
+                            LoadMode mode, LoadTally& tally) {
     if (extension != "dat" && extension != "wrl" && extension != "stl") {
-        ui_.showMessage(message::fileTypeNotSupported);
+        doc.ui().showMessage(message::fileTypeNotSupported);
         return false;
     }
     zRegion structured;
     zRegion_fe incoming;
-    if (!readModelZones(path, structured, incoming)) {
+    ZonesRead read = readZonesQuietly(doc.ui(), path, structured, incoming);
+    show(doc.ui(), read, tally);
+    if (!read.whole || !takeModelZones(doc, read, structured, incoming, mode)) {
         return false;
     }
-    takeZones(structured, incoming);
-    structureKind = "uns";
-    if (appendMode) {
-        takeExtension("dat");
+    if (mode.append) {
+        doc.modelFile.takeExtension("dat");
     } else {
-        titleAsZones();
+        doc.modelFile.titleAsZones();
     }
     return true;
 }
 
 // ---- Field files ----------------------------------------------------------------------------------------------------
 
-bool VelmoraDoc::readField(const std::filesystem::path& path) {
+namespace {
+
+bool readField(VelmoraDoc& doc, const std::filesystem::path& path, LoadMode mode, LoadTally& tally) {
     FieldReadResult read;
     {
-        const BusyScope busy(ui_);
-        read = readFieldFile(path, progressTo(ui_));
-    }
-    for (const FormatFault& fault : read.faults) {
-        ui_.showMessage(fieldMessage(fault));
+        const BusyScope busy(doc.ui());
+        read = readFieldFile(path, progressTo(doc.ui()));
     }
     if (read.opened) {
-        noteCompleteness(path, read.loaded && !read.textBehind);
+        tell(doc.ui(), read.record, tally);
     }
-    fieldLoaded = read.loaded;
-    if (!read.loaded) {
+    for (const FormatFault& fault : read.faults) {
+        doc.ui().showMessage({read.loaded ? Severity::Warning : Severity::NotRead, fieldMessage(fault)});
+    }
+    doc.fieldLoaded = read.loaded;
+    if (!read.loaded || regularityOf(read.patches) == Regularity::Undecided) {
         return false;
     }
-    patches = std::move(read.patches);
-    fieldPatches = std::move(read.fieldPatches);
-    fieldTitleLine = std::move(read.titleLine);
-    fieldVariablesLine = std::move(read.variablesLine);
-    fieldCount = read.fieldCount;
-    checkRegularity(patches);
-    titleAsZones();
+    remember(doc, read.record, mode);
+    doc.patches = std::move(read.patches);
+    doc.fieldPatches = std::move(read.fieldPatches);
+    doc.fieldTitleLine = std::move(read.titleLine);
+    doc.fieldVariablesLine = std::move(read.variablesLine);
+    doc.fieldCount = read.fieldCount;
+    doc.checkRegularity(doc.patches);
+    doc.modelFile.titleAsZones();
     return true;
+}
+
+} // namespace
+
+// ---- By extension -----------------------------------------------------------------------------------------------------
+
+bool loadFile(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension, LoadMode mode,
+              LoadTally& tally) {
+    if (extension == "apt" || extension == "skl") {
+        return readStructured(doc, path, extension, mode, tally);
+    }
+    if (extension == "dat") {
+        return mode.field ? readField(doc, path, mode, tally) : readDatGeometry(doc, path, mode, tally);
+    }
+    if (extension == "wrl" || extension == "stl") {
+        return readSurface(doc, path, mode, tally);
+    }
+    if (extension == "grd" && !mode.append) {
+        // Only the name matters: it lets boundary conditions be named for the grid.
+        doc.modelFile.gridPath = doc.modelFile.currentPath;
+        doc.gridNamed = true;
+        doc.structureKind = StructureKind::Unstructured;
+        doc.modelFile.titleAsZones();
+        return true;
+    }
+    doc.ui().showMessage(message::fileTypeNotSupported);
+    return false;
+}
+
+// ---- What is lost -----------------------------------------------------------------------------------------------------
+
+std::string lossText(const std::vector<std::string>& losses) {
+    if (losses.empty()) {
+        return {};
+    }
+    const std::size_t more = losses.size() - 1;
+    return losses.front() + (more > 0 ? "; and " + std::to_string(more) + " more" : "");
+}
+
+std::string lossText(const FileRead& record) {
+    std::vector<std::string> losses = record.changed;
+    losses.insert(losses.end(), record.reasons.begin(), record.reasons.end());
+    return lossText(losses);
 }
 
 } // namespace velmora

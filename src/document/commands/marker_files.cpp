@@ -1,11 +1,39 @@
+#include "marker_files.h"
+
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "VelmoraDoc.h"
 #include "file_types.h"
-#include "format_outcome.h"
-#include "point_files.h"
+#include "load_files.h"
+#include "messages.h"
+#include "path_names.h"
 
 namespace velmora {
 
 // Lists of points that stand beside the model: pairs of markers, markers, and names of boundary conditions.
+
+namespace {
+
+/// The file that was read is told of, and what is wrong with it.
+void tellPoints(VelmoraDoc& doc, bool opened, bool readFailed, const FileRead& record) {
+    if (!opened) {
+        doc.ui().showMessage(message::cannotOpen);
+        return;
+    }
+    doc.ui().tellFileRead(record);
+    if (readFailed) {
+        doc.ui().showMessage(message::readFailed);
+    }
+    const std::string loss = lossText(record);
+    if (!loss.empty()) {
+        doc.ShowStatus(loss);
+    }
+}
+
+} // namespace
 
 void VelmoraDoc::AppendSft() {
     rebuildOnUndo = false;
@@ -20,10 +48,10 @@ void VelmoraDoc::AppendSft() {
     SftResult file;
     {
         const BusyScope busy(ui_);
-        file = readSft(paths.front());
+        file = readSft(fullPath(paths.front()));
     }
+    tellPoints(*this, file.opened, file.readFailed, file.record);
     if (!file.opened) {
-        ui_.showMessage(std::string(cannotOpenMessage));
         return;
     }
     sftPoints = std::move(file.points);
@@ -54,21 +82,18 @@ void VelmoraDoc::AppendCbc() {
     redraw();
 }
 
-/// The points of the file that the user chooses; none for Cancel, and for a file that cannot be opened.
-PointList VelmoraDoc::readChosenPoints(const FileRequest& request) {
-    const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
+PointFileResult readChosenPoints(VelmoraDoc& doc, const FileRequest& request) {
+    const std::vector<std::filesystem::path> paths = doc.ui().chooseFiles(request);
     if (paths.empty()) {
         return {};
     }
     PointFileResult file;
     {
-        const BusyScope busy(ui_);
-        file = readPointFile(paths.front());
+        const BusyScope busy(doc.ui());
+        file = readPointFile(fullPath(paths.front()), request.types.front().extension);
     }
-    if (!file.opened) {
-        ui_.showMessage(std::string(cannotOpenMessage));
-    }
-    return std::move(file.points);
+    tellPoints(doc, file.opened, file.readFailed, file.record);
+    return file;
 }
 
 void VelmoraDoc::OpenApm() {
@@ -78,7 +103,7 @@ void VelmoraDoc::OpenApm() {
     request.types = fileTypesNamed({"apm"});
     request.proposed = "Markers.apm";
     request.command = "file.openApm";
-    markers = readChosenPoints(request);
+    markers = readChosenPoints(*this, request).points;
     if (!markers.empty()) {
         markersOpen = true;
     }

@@ -45,7 +45,7 @@ void forZoneNodes(const VelmoraDoc& doc, Action action) {
 
 PointList pointsOfBlock(VelmoraDoc& doc) {
     PointList points;
-    if (doc.structureKind == "str") {
+    if (doc.structureKind == StructureKind::Structured) {
         forPatchPoints(doc, [&points](const zVec<double>& point) { points.push_back(point); });
     } else {
         forZoneNodes(doc, [&points](std::int32_t, std::int32_t, const zVec<double>& at) { points.push_back(at); });
@@ -55,7 +55,7 @@ PointList pointsOfBlock(VelmoraDoc& doc) {
 
 void putPointsOfBlock(VelmoraDoc& doc, const PointList& points) {
     std::size_t next = 0;
-    if (doc.structureKind == "str") {
+    if (doc.structureKind == StructureKind::Structured) {
         forPatchPoints(doc, [&](zVec<double>& point) { point = points[next++]; });
         return;
     }
@@ -65,7 +65,7 @@ void putPointsOfBlock(VelmoraDoc& doc, const PointList& points) {
     });
 }
 
-const char* textOf(ShiftTrouble trouble) {
+MessageText textOf(ShiftTrouble trouble) {
     switch (trouble) {
     case ShiftTrouble::CountsDiffer:
         return message::markerCountsDiffer;
@@ -81,19 +81,29 @@ const char* textOf(ShiftTrouble trouble) {
     return message::shiftEquationsNotSolved;
 }
 
+using Troubles = std::vector<ShiftTrouble>;
+
+/// Where another plane moved the points all the same, the shift is done with a loss.
+void tell(UserInterface& ui, const Troubles& troubles, bool moved) {
+    for (const ShiftTrouble trouble : troubles) {
+        const MessageText known = textOf(trouble);
+        ui.showMessage({moved ? Severity::Warning : known.severity, known.text});
+    }
+}
+
 /// Fits the maps of a plane and moves the points by them.
-void shiftInPlane(VelmoraDoc& doc, PointList& points, int plane, int firstPlane, bool secondPass) {
+void shiftInPlane(VelmoraDoc& doc, PointList& points, int plane, int firstPlane, bool secondPass, Troubles& troubles) {
     doc.markerShift.PrepareShift(plane, doc.sftPoints, doc.sftTargets,
-                                 [&doc](ShiftTrouble trouble) { doc.ui().showMessage(textOf(trouble)); });
-    // What failed was told, and what is not fitted moves nothing.
+                                 [&troubles](ShiftTrouble trouble) { troubles.push_back(trouble); });
+    // What is not fitted moves nothing.
     const BusyScope busy(doc.ui());
     doc.markerShift.ApplyShift(points, plane, firstPlane, secondPass, doc.sftTargets);
 }
 
 /// Both coordinates of the plane that is seen, then the third one by the maps of the next plane.
-void shiftAsSeen(VelmoraDoc& doc, PointList& points, int plane) {
-    shiftInPlane(doc, points, plane, 0, false);
-    shiftInPlane(doc, points, plane % planeCount + 1, plane, true);
+void shiftAsSeen(VelmoraDoc& doc, PointList& points, int plane, Troubles& troubles) {
+    shiftInPlane(doc, points, plane, 0, false, troubles);
+    shiftInPlane(doc, points, plane % planeCount + 1, plane, true, troubles);
 }
 
 /// The mean of two coordinates; where their sum leaves the range of numbers, the coordinate as it was.
@@ -103,12 +113,12 @@ double meanOr(double was, double a, double b) {
 }
 
 /// Each plane by itself; a coordinate becomes the mean of what the two planes that have it say.
-void shiftInAllPlanes(VelmoraDoc& doc, PointList& points) {
+void shiftInAllPlanes(VelmoraDoc& doc, PointList& points, Troubles& troubles) {
     std::array<PointList, planeCount> byPlane;
     for (int plane = 1; plane <= planeCount; ++plane) {
         PointList& moved = byPlane[static_cast<std::size_t>(plane - 1)];
         moved = points;
-        shiftInPlane(doc, moved, plane, 0, false);
+        shiftInPlane(doc, moved, plane, 0, false, troubles);
     }
     const auto& [yz, xz, xy] = byPlane;
     for (std::size_t i = 0; i < points.size(); ++i) {
@@ -121,18 +131,21 @@ void shiftInAllPlanes(VelmoraDoc& doc, PointList& points) {
 
 void VelmoraDoc::ReflectToSft() {
     beginPatchCommand(false);
-    if (structureKind != "str" && structureKind != "uns") {
+    if (structureKind != StructureKind::Structured && structureKind != StructureKind::Unstructured) {
         redraw();
         ui_.showMessage(message::shiftOfNoKind);
         return;
     }
-    PointList points = pointsOfBlock(*this);
+    const PointList before = pointsOfBlock(*this);
+    PointList points = before;
+    Troubles troubles;
     const int plane = principalPlane();
     if (plane == 0) {
-        shiftInAllPlanes(*this, points);
+        shiftInAllPlanes(*this, points, troubles);
     } else {
-        shiftAsSeen(*this, points, plane);
+        shiftAsSeen(*this, points, plane, troubles);
     }
+    tell(ui_, troubles, points != before);
     putPointsOfBlock(*this, points);
     followCapturedPoint();
     redraw();

@@ -9,7 +9,7 @@ namespace velmora {
 
 /// Asks before a change of one section's point count; the continue prompt stands again after a No.
 bool VelmoraDoc::mayBreakGrid() {
-    if (fileKind != "apt" || ui_.ask(message::aptViolated)) {
+    if (fileKind != FileKind::Apt || ui_.ask(message::aptViolated)) {
         return true;
     }
     ShowStatus(capture->pointContinueStatus);
@@ -35,7 +35,7 @@ void VelmoraDoc::finishPointEdit(bool curveForm) {
 /// After a point went away the next one is captured: the one that took its number.
 void VelmoraDoc::finishPointRemoval() {
     takeCapturedPosition(capture->capturedPointPos);
-    UpdateAfterEdit();
+    retitle();
     capture.keepPoint();
     finishPointEdit(false);
 }
@@ -82,7 +82,7 @@ void VelmoraDoc::DuplicatePoint() {
     capture.savePoint();
     const zVec<double> point = (*section)[static_cast<std::size_t>(capture->capturedPoint)];
     section->insert(section->begin() + capture->capturedPoint, static_cast<std::size_t>(copies), point);
-    UpdateAfterEdit();
+    retitle();
     capture.keepPoint();
     ShowStatus(capture->pointContinueStatus);
     redraw();
@@ -106,7 +106,7 @@ bool VelmoraDoc::moveCapturedPoint(const zVec<double>& position) {
     SavePointUndo();
     pointUndoReady = true;
     capture.savePoint();
-    if (structureKind == "uns") {
+    if (structureKind == StructureKind::Unstructured) {
         feRegion.setNode(capture->capturedPatch, capture->capturedPoint, position.x, position.y, position.z);
     } else {
         *pointAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint) = position;
@@ -131,7 +131,7 @@ void VelmoraDoc::CutPoint() {
     if (capture->capturedPoint >= countOf(*section) - 1) {
         if (capture->capturedPointSection == 0) {
             capture.losePoint();
-            UpdateAfterEdit();
+            retitle();
             ui_.showMessage(message::lastPointStays);
             ExitPointRegime();
             // The point is gone: Undo point is the way back.

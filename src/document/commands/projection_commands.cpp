@@ -16,7 +16,7 @@ void VelmoraDoc::finishReflection() {
 
 void VelmoraDoc::ReflectToApt() {
     beginPatchCommand(false);
-    if (structureKind == "uns") {
+    if (structureKind == StructureKind::Unstructured) {
         projectZonesOfBlock();
         return;
     }
@@ -57,7 +57,7 @@ void VelmoraDoc::ReflectToWrl() {
     }
     // One projection uses the reference geometry up.
     referenceRegion.blocks.clear();
-    secondKind = "non";
+    secondKind = SecondKind::None;
     emptyBlock();
     showBlockOnly = false;
     finishReflection();

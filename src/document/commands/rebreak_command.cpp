@@ -1,7 +1,6 @@
 #include <algorithm>
 
 #include "VelmoraDoc.h"
-#include "rebreak_patch.h"
 
 namespace velmora {
 
@@ -15,8 +14,8 @@ std::int32_t curveLengthOf(const Patch& patch, bool lines) {
     return lines ? countOf(patch) : lineCount(patch);
 }
 
-/// The curves that the dialog's numbers mean in a patch of `count` curves, from 0, the end not included.
-std::pair<std::int32_t, std::int32_t> curveRange(const CRebreak& values, std::int32_t count) {
+/// The curves that the dialog's numbers mean in a patch of `count` curves.
+CurveRange curveRange(const CRebreak& values, std::int32_t count, std::int32_t lawCurve) {
     std::int32_t first = values.regime == 1 ? values.capturedNumber - 1 : values.firstCurve - 1;
     std::int32_t last = values.regime == 1 ? std::min(values.capturedNumber, count) : count;
     if (first >= count) {
@@ -29,7 +28,7 @@ std::pair<std::int32_t, std::int32_t> curveRange(const CRebreak& values, std::in
         first = 0;
         last = std::min(count, 1);
     }
-    return {first, last};
+    return {first, last, lawCurve};
 }
 
 } // namespace
@@ -38,13 +37,13 @@ void VelmoraDoc::prepareRebreak() {
     const Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
     CRebreak& values = rebreakValues;
     values.lineMode = capture->lineCaptured;
-    values.isApt = fileKind == "apt";
+    values.isApt = fileKind == FileKind::Apt;
     values.blockCount = blockCount;
     values.curveCount = capture->lineCaptured
                             ? countOf(patch)
                             : countOf(patch[static_cast<std::size_t>(std::max(capture->capturedSection, 0))]);
-    values.firstPoint = 1;
-    values.lastPoint = values.newCount = values.curveCount;
+    values.law.firstPoint = 1;
+    values.law.lastPoint = values.law.newCount = values.curveCount;
     values.patchNumber = capture->capturedPatch + 1;
     values.capturedNumber = (capture->lineCaptured ? capture->capturedLine : capture->capturedSection) + 1;
     values.firstCurve = 1;
@@ -54,7 +53,8 @@ void VelmoraDoc::prepareRebreak() {
 void VelmoraDoc::Rebreak() {
     const bool lines = capture->lineCaptured;
     const std::int32_t curve = lines ? capture->capturedLine : capture->capturedSection;
-    if (structureKind != "str" || sectionAt(capture->capturedPatch, lines ? 0 : curve) == nullptr || curve < 0) {
+    if (structureKind != StructureKind::Structured || sectionAt(capture->capturedPatch, lines ? 0 : curve) == nullptr ||
+        curve < 0) {
         return;
     }
     prepareRebreak();
@@ -67,7 +67,7 @@ void VelmoraDoc::Rebreak() {
             const std::int32_t k = blockList[static_cast<std::size_t>(i)];
             if (k >= 0 && k < countOf(patches)) {
                 const Patch& patch = patches[static_cast<std::size_t>(k)];
-                rebreakValues.lastPoint = curveLengthOf(patch, lines);
+                rebreakValues.law.lastPoint = curveLengthOf(patch, lines);
                 rebreakValues.lastCurve = curveCountOf(patch, lines);
                 rebreakOnePatch(k);
             }
@@ -84,29 +84,17 @@ void VelmoraDoc::Rebreak() {
 void VelmoraDoc::rebreakOnePatch(std::int32_t patch) {
     Patch& target = patches[static_cast<std::size_t>(patch)];
     const bool lines = capture->lineCaptured;
-    const auto [first, last] = curveRange(rebreakValues, curveCountOf(target, lines));
-    RebreakLaw law;
-    law.spline = rebreakValues.function == 1;
-    law.fitToLawCurve = rebreakValues.style == 2;
-    law.exactness = rebreakValues.exactness;
-    law.newCount = rebreakValues.newCount;
-    law.compression = rebreakValues.compression;
-    law.firstPoint = rebreakValues.firstPoint;
-    law.lastPoint = rebreakValues.lastPoint;
-    law.firstCurve = first;
-    law.lastCurve = last;
-    law.lawCurve = lines ? capture->capturedLine : capture->capturedSection;
+    const CurveRange curves = curveRange(rebreakValues, curveCountOf(target, lines),
+                                         lines ? capture->capturedLine : capture->capturedSection);
+    // A stretch that was too long for a curve stays cut, for the patches that follow and in the dialog.
     if (lines) {
-        rebreakLines(target, law);
-        if (first > 0) {
-            capture.renumberLine(first);
+        rebreakLines(target, rebreakValues.law, curves);
+        if (curves.first > 0) {
+            capture.renumberLine(curves.first);
         }
     } else {
-        rebreakSections(target, law);
+        rebreakSections(target, rebreakValues.law, curves);
     }
-    // A stretch that was too long for a curve stays cut, for the patches that follow and in the dialog.
-    rebreakValues.firstPoint = law.firstPoint;
-    rebreakValues.lastPoint = law.lastPoint;
 }
 
 } // namespace velmora

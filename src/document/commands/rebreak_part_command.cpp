@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include "PartRebreaker.h"
 #include "VelmoraDoc.h"
 #include "messages.h"
 #include "patch_curves.h"
@@ -16,22 +15,8 @@ struct PartsOutcome {
     bool capturedRebuilt = false;
 };
 
-PartLaw lawOf(const CRebreakPart& values) {
-    PartLaw law;
-    law.spline = values.function == 1;
-    law.fit = values.style == 2;
-    law.after = values.position == 2;
-    law.exactness = values.exactness;
-    law.newCount = values.newCount;
-    law.compression = values.compression;
-    law.firstPoint = values.firstPoint;
-    law.lastPoint = values.lastPoint;
-    law.keepGrid = values.lineMode;
-    return law;
-}
-
 PartsOutcome rebuildParts(Patch& patch, std::int32_t captured, const CRebreakPart& values) {
-    PartRebreaker rebreaker(lawOf(values));
+    PartRebreaker rebreaker(values.law);
     PartsOutcome outcome;
     const bool all = values.regime == 2;
     const std::int32_t end = all ? countOf(patch) : std::min(captured + 1, countOf(patch));
@@ -63,7 +48,7 @@ void tellOutcome(UserInterface& ui, const PartsOutcome& outcome) {
 
 /// The fit needs two steps that stay beyond the stretch.
 bool tooCloseToFit(const CRebreakPart& values) {
-    return values.style == 2 && (values.pointNumber < 3 || values.pointNumber > values.curveLength - 3);
+    return values.law.fit && (values.pointNumber < 3 || values.pointNumber > values.curveLength - 3);
 }
 
 } // namespace
@@ -72,13 +57,13 @@ bool tooCloseToFit(const CRebreakPart& values) {
 bool VelmoraDoc::prepareRebreakPart() {
     const bool lines = capture->lineCaptured;
     const PointList* section = sectionAt(capture->capturedPatch, lines ? 0 : capture->capturedSection);
-    if (structureKind != "str" || section == nullptr) {
+    if (structureKind != StructureKind::Structured || section == nullptr) {
         return false;
     }
     const Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
     CRebreakPart& values = rebreakPartValues;
-    values.lineMode = lines;
-    values.isApt = fileKind == "apt";
+    values.lineMode = values.law.keepGrid = lines;
+    values.isApt = fileKind == FileKind::Apt;
     values.pointNumber = (lines ? capture->capturedPointSection : capture->capturedPoint) + 1;
     values.curveLength = lines ? countOf(patch) : countOf(*section);
     fillStretch(values);
@@ -105,8 +90,8 @@ void VelmoraDoc::RebreakPart() {
                                               capture->capturedSection, rebreakPartValues);
     // Before the point the stretch may have got longer: the same place has another number. It stays when the point's
     // own section could not be rebuilt.
-    if (rebreakPartValues.position == 1 && outcome.capturedRebuilt) {
-        capture.renumberPoint(capture->capturedPointSection, rebreakPartValues.newCount - 1);
+    if (!rebreakPartValues.law.after && outcome.capturedRebuilt) {
+        capture.renumberPoint(capture->capturedPointSection, rebreakPartValues.law.newCount - 1);
     }
     if (lines) {
         turnCapturedPatch();

@@ -171,6 +171,7 @@ void VelmoraDoc::ExitLineRegime() {
     }
     if (capture->patchRegimeActive()) {
         setMouseMode(ModePatch);
+        refillStatus();
         ShowStatus(capture->blockStatus);
     } else {
         resetMouseMode();
@@ -308,6 +309,7 @@ void VelmoraDoc::moveRegimeAtRelease() {
     }
     if (capture->pointDragging) {
         capture.releaseDrag();
+        refillStatus();
         ShowStatus(capture->pointContinueStatus);
     }
     if (capture->patchCaptureArmed) {

@@ -1,13 +1,13 @@
-#include <algorithm>
-#include <system_error>
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "VelmoraDoc.h"
-#include "apt.h"
 #include "file_types.h"
-#include "interchange.h"
 #include "messages.h"
 #include "path_names.h"
-#include "skl.h"
+#include "write_files.h"
 #include "zone_conversion.h"
 
 namespace velmora {
@@ -15,172 +15,169 @@ namespace velmora {
 // ---- Save -----------------------------------------------------------------------------------------------------------
 
 void VelmoraDoc::saveModel() {
-    if (saveCurrent() != SaveResult::Declined) {
+    // A save that failed, was refused or declined leaves the model as changed as it was.
+    if (saveCurrent() == SaveResult::Saved) {
         documentModified = false;
     }
 }
 
-bool VelmoraDoc::mayOverwrite(const std::filesystem::path& path) {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) {
-        return true;
+std::filesystem::path VelmoraDoc::saveTarget() const {
+    std::filesystem::path target = modelFile.chosenPath;
+    if (structureKind == StructureKind::None) {
+        return {};
     }
-    const auto same = [&path](const std::filesystem::path& other) { return sameFile(other, path); };
-    return std::none_of(incompleteFiles_.begin(), incompleteFiles_.end(), same) || ui_.ask(message::holdsMorePoints);
+    if (structureKind == StructureKind::Structured && extensionOf(target) != textOf(fileKind)) {
+        target.replace_extension(textOf(fileKind));
+    }
+    return target;
 }
 
 VelmoraDoc::SaveResult VelmoraDoc::saveCurrent() {
-    if (structureKind == "uns" && fileKind == "non") {
-        if (!mayOverwrite(chosenPath)) {
-            return SaveResult::Declined;
-        }
-        if (!writeZones(chosenPath, {}, feRegion)) {
-            return SaveResult::Failed;
-        }
-        ui_.showMessage(message::datWritten);
-        return SaveResult::Saved;
-    }
-    if (structureKind != "str") {
+    // Empty models are never written: what a file held would be gone.
+    if (structureKind == StructureKind::None || holdsNothingToSave(*this)) {
+        ui_.showMessage(message::nothingToSave);
         return SaveResult::Failed;
     }
-    if (extensionOf(chosenPath) != fileKind) {
-        takeExtension(fileKind);
+    const bool zones = structureKind == StructureKind::Unstructured;
+    if (zones && fileKind != FileKind::None) {
+        ui_.showMessage(message::holdsTrianglesNow);
+        return SaveResult::Failed;
     }
-    if (!mayOverwrite(chosenPath)) {
+    const std::filesystem::path target = saveTarget();
+    if (!mayOverwrite(*this, target, TargetFrom::Model)) {
         return SaveResult::Declined;
     }
-    if (!writeStructured(chosenPath, fileKind)) {
+    const WriteOutcome outcome =
+        zones ? writeZones(*this, target, {}, feRegion) : writeStructured(*this, target, fileKind);
+    if (!outcome) {
         return SaveResult::Failed;
     }
-    titleWrong_ = false;
-    takeExtension(fileKind);
+    if (zones) {
+        ui_.showMessage(message::datWritten);
+    } else {
+        modelFile.titleWrong = false;
+        modelFile.takeExtension(textOf(fileKind));
+    }
+    tellSaved(*this, outcome);
     return SaveResult::Saved;
-}
-
-bool VelmoraDoc::writeStructured(const std::filesystem::path& path, const std::string& kind) {
-    const BusyScope busy(ui_);
-    const bool written = kind == "apt" ? writeApt(path, patches, outputPrecision, progressTo(ui_))
-                                       : writeSkl(path, patches, outputPrecision, progressTo(ui_));
-    if (!written) {
-        ui_.showMessage(std::string(cannotSaveMessage));
-        return false;
-    }
-    noteCompleteness(path, true);
-    return true;
-}
-
-bool VelmoraDoc::writeZones(const std::filesystem::path& path, const zRegion& structured,
-                            const zRegion_fe& unstructured) {
-    std::vector<std::string> told;
-    bool written = false;
-    {
-        const BusyScope busy(ui_);
-        written = writeGeometry(
-            path, outputPrecision, structured, unstructured, [&told](const std::string& text) { told.push_back(text); },
-            progressTo(ui_));
-    }
-    for (const std::string& text : told) {
-        ui_.showMessage(text);
-    }
-    if (written) {
-        noteCompleteness(path, true);
-    }
-    return written;
 }
 
 // ---- Save As --------------------------------------------------------------------------------------------------------
 
-std::vector<FileType> VelmoraDoc::saveTypes() const {
-    if (structureKind == "uns") {
+namespace {
+
+std::vector<FileType> saveTypes(const VelmoraDoc& doc) {
+    if (doc.structureKind == StructureKind::Unstructured) {
         return fileTypesNamed({"dat", "wrl", "stl"});
     }
-    if (fileKind == "skl") {
+    if (doc.fileKind == FileKind::Skl) {
         return fileTypesNamed({"skl"});
     }
     return fileTypesNamed({"apt", "skl", "dat", "wrl", "stl"});
 }
 
-void VelmoraDoc::saveModelAs() {
-    FileRequest request;
-    request.mode = ChooserMode::SaveAs;
-    request.types = saveTypes();
-    request.proposed = chosenPath;
-    request.command = "file.saveAs";
-    const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
-    if (paths.empty() || !mayOverwrite(fullPath(paths.front()))) {
-        return;
-    }
-    adoptPath(paths.front());
-    documentModified = false;
-    writeUnderNewName(fileExtension);
+bool isZoneFormat(const std::string& extension) {
+    return extension == "wrl" || extension == "stl";
 }
 
-/// Writes the model in the format that the extension names, as far as its kind allows; title, directory and recent
-/// files follow.
-bool VelmoraDoc::writeUnderNewName(const std::string& extension) {
-    const bool grid = structureKind == "str" && fileKind == "apt";
-    const bool zoneFormat = extension == "wrl" || extension == "stl";
-    if (grid && extension == "dat") {
-        return writeGridAsZones(chosenPath);
+/// Whether the model, by its kind, can be written in the format that the extension names.
+bool canBeSavedAs(const VelmoraDoc& doc, const std::string& extension) {
+    const bool zoneFormat = extension == "dat" || isZoneFormat(extension);
+    if (doc.structureKind == StructureKind::Unstructured) {
+        return zoneFormat;
     }
-    if (grid && zoneFormat) {
-        return writeGridAsSurface(chosenPath);
-    }
-    bool written = false;
-    if (structureKind == "str" && (extension == "skl" || extension == fileKind)) {
-        written = writeStructured(chosenPath, extension);
-    } else if (structureKind == "uns" && (extension == "dat" || zoneFormat)) {
-        written = writeZones(chosenPath, {}, feRegion);
-    }
-    if (written) {
-        titleWrong_ = false;
-        takeExtension(extension);
-        ui_.addRecentFile(chosenPath.parent_path());
-    }
-    return written;
-}
-
-bool VelmoraDoc::writeGridAsZones(const std::filesystem::path& path) {
-    if (patches.empty()) {
-        ui_.showMessage(message::structuredContainerEmpty);
-        return false;
-    }
-    zRegion zones;
-    patchesToZones(patches, zones);
-    if (!writeZones(path, zones, {})) {
-        return false;
-    }
-    ui_.showMessage(message::convertedToDat);
-    return true;
+    return extension == "skl" || extension == textOf(doc.fileKind) || (doc.fileKind == FileKind::Apt && zoneFormat);
 }
 
 /// The grid becomes triangles in the document too, once they are safely written; Undo brings the grid back.
-bool VelmoraDoc::writeGridAsSurface(const std::filesystem::path& path) {
-    zRegion zones;
-    zRegion_fe surface;
-    patchesToRegion(patches, zones);
-    regionToSurface(zones, surface);
-    if (!writeZones(path, {}, surface)) {
-        return false;
+void becomeSurface(VelmoraDoc& doc, zRegion_fe& surface) {
+    doc.SavePatchUndo();
+    doc.patchUndoReady = true;
+    doc.leaveRegimes();
+    doc.feRegion = std::move(surface);
+    doc.patches.clear();
+    doc.structureKind = StructureKind::Unstructured;
+    doc.fileKind = FileKind::None;
+    doc.updateBounds();
+    doc.redraw();
+}
+
+/// Writes the model, a grid also as zones or as triangles, in the format that the extension of `path` names. `surface`
+/// gets the triangles.
+WriteOutcome writeModelAs(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension,
+                          zRegion_fe& surface) {
+    if (doc.structureKind == StructureKind::Unstructured) {
+        return writeZones(doc, path, {}, doc.feRegion);
     }
-    SavePatchUndo();
-    patchUndoReady = true;
+    if (extension == "apt" || extension == "skl") {
+        return writeStructured(doc, path, extension == "apt" ? FileKind::Apt : FileKind::Skl);
+    }
+    zRegion zones;
+    if (extension == "dat") {
+        patchesToZones(doc.patches, zones);
+        return writeZones(doc, path, zones, {});
+    }
+    patchesToRegion(doc.patches, zones);
+    regionToSurface(zones, surface);
+    return writeZones(doc, path, {}, surface);
+}
+
+} // namespace
+
+void VelmoraDoc::saveModelAs() {
+    if (structureKind == StructureKind::None || holdsNothingToSave(*this)) {
+        ui_.showMessage(message::nothingToSave);
+        return;
+    }
+    FileRequest request;
+    request.mode = ChooserMode::SaveAs;
+    request.types = saveTypes(*this);
+    request.proposed = modelFile.chosenPath;
+    request.command = "file.saveAs";
+    const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
+    if (paths.empty()) {
+        return;
+    }
+    const std::filesystem::path path = fullPath(paths.front());
+    const std::string extension = extensionOf(path);
+    if (!canBeSavedAs(*this, extension)) {
+        ui_.showMessage(message::cannotBeSavedAs(extension));
+        return;
+    }
+    if (!mayOverwrite(*this, path, TargetFrom::Chooser)) {
+        return;
+    }
+    const bool grid = structureKind == StructureKind::Structured;
+    zRegion_fe surface;
+    const WriteOutcome outcome = writeModelAs(*this, path, extension, surface);
+    if (!outcome) {
+        return; // path and name stay, and the model is as changed as it was
+    }
+    modelFile.adopt(path);
+    if (grid && extension == "dat") {
+        // The model stays a grid, whose file has another type: its title stays too.
+        ui_.showMessage(message::convertedToDat);
+    } else {
+        if (grid && isZoneFormat(extension)) {
+            becomeSurface(*this, surface);
+        } else {
+            ui_.addRecentFile(path.parent_path());
+            ui_.addRecentFile(path);
+        }
+        modelFile.titleWrong = false;
+        modelFile.takeExtension(extension);
+    }
     documentModified = false;
-    leaveRegimes();
-    feRegion = std::move(surface);
-    patches.clear();
-    structureKind = "uns";
-    fileKind = "non";
-    titleWrong_ = false;
-    takeExtension(fileExtension);
-    updateBounds();
-    redraw();
-    return true;
+    tellSaved(*this, outcome);
 }
 
 bool VelmoraDoc::saveModified() {
-    if (structureKind == "non" || !documentModified || !ui_.ask(message::saveBeforeExit)) {
+    if (structureKind == StructureKind::None || !documentModified || !ui_.ask(message::saveBeforeExit)) {
         return true;
+    }
+    const Answer answer = ui_.askOrNone(message::saveBeforeExit);
+    if (answer != Answer::Yes) {
+        return answer == Answer::No;
     }
     // Work that could not be written is not thrown away: the document stays open, and asks again.
     documentModified = saveCurrent() != SaveResult::Saved;

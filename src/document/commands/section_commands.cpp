@@ -151,7 +151,8 @@ std::optional<Side> VelmoraDoc::chooseSide() {
 
 /// The captured section, if the captured point is a point of it; else null.
 PointList* VelmoraDoc::sectionOfCapturedPoint() {
-    const bool there = structureKind == "str" && capture->sectionCaptured && capture->pointCaptured &&
+    const bool there = structureKind == StructureKind::Structured && capture->sectionCaptured &&
+                       capture->pointCaptured &&
                        pointAt(capture->capturedPatch, capture->capturedSection, capture->capturedPoint) != nullptr;
     return there ? sectionAt(capture->capturedPatch, capture->capturedSection) : nullptr;
 }
@@ -213,7 +214,7 @@ void VelmoraDoc::PastePart() {
             capture.renumberPoint(capture->capturedPointSection,
                                   capture->capturedPoint + 1); // by one, however long the buffer is
         }
-        UpdateAfterEdit();
+        retitle();
         redraw();
     }
 }
@@ -223,11 +224,12 @@ void VelmoraDoc::ReverseSection() {
     if (section == nullptr) {
         return;
     }
+    keepForGuard();
     std::reverse(section->begin(), section->end());
     capture.renumberPoint(capture->capturedPointSection, countOf(*section) - capture->capturedPoint - 1);
     // No snapshot: the command chosen again takes it back. It is a change all the same, asked about before leaving.
     documentModified = true;
-    UpdateAfterEdit();
+    retitle();
     redraw();
 }
 
@@ -273,7 +275,7 @@ void VelmoraDoc::DeleteCurve() {
 void VelmoraDoc::removeCapturedSection() {
     beginPatchCommand(false);
     Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
-    if (patch.size() < 3 && fileKind == "apt") {
+    if (patch.size() < 3 && fileKind == FileKind::Apt) {
         ui_.showMessage(message::twoSectionsStay);
         ExitLineRegime();
         return;
@@ -288,8 +290,8 @@ void VelmoraDoc::removeCapturedSection() {
         keepCaptureInside(*this);
         followCapturedPoint();
     }
-    UpdateAfterEdit();
-    if (structureKind == "non" && status != idlePrompt) {
+    retitle();
+    if (structureKind == StructureKind::None && status != idlePrompt) {
         showIdlePrompt();
     }
     redraw();
@@ -310,7 +312,7 @@ void VelmoraDoc::removeCapturedLine() {
     }
     keepCaptureInside(*this);
     followCapturedPoint();
-    UpdateAfterEdit();
+    retitle();
     redraw();
 }
 
@@ -335,7 +337,7 @@ void VelmoraDoc::DuplicateCurve() {
         const PointList section = patch[static_cast<std::size_t>(capture->capturedSection)];
         patch.insert(patch.begin() + capture->capturedSection + 1, copies, section);
     }
-    UpdateAfterEdit();
+    retitle();
     redraw();
 }
 
@@ -363,7 +365,7 @@ void VelmoraDoc::Weeding() {
         ExitPointRegime();
     }
     // Of two sections one is left, and that is no grid.
-    UpdateAfterEdit();
+    retitle();
     redraw();
 }
 
@@ -374,15 +376,15 @@ void VelmoraDoc::Cylinder() {
         return;
     }
     keepForUndo();
-    structureKind = "str";
-    fileKind = "apt";
+    structureKind = StructureKind::Structured;
+    fileKind = FileKind::Apt;
     leavePointAndCurves();
     emptyBlock();
     showBlockOnly = false;
     capture.forgetPatch();
     patches.assign(1, revolved(profile));
     checkRegularity(patches);
-    nameUntitled("apt");
+    modelFile.nameUntitled("apt");
     if (status != idlePrompt) {
         showIdlePrompt();
     }

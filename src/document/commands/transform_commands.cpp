@@ -53,7 +53,7 @@ void VelmoraDoc::followCapturedPoint() {
 
 /// False when the map ended the work; what was done before stays done.
 bool VelmoraDoc::transformModel(const PointMap& map) {
-    if (structureKind == "uns") {
+    if (structureKind == StructureKind::Unstructured) {
         return transformZones(feRegion, chosenZones(), map);
     }
     const std::vector<std::int32_t> chosen = chosenPatches();
@@ -65,7 +65,7 @@ bool VelmoraDoc::transformModel(const PointMap& map) {
 /// Snapshot, work, new box. The captured point goes with the model, or its capture is dropped.
 void VelmoraDoc::runTransformation(bool keepsPoint, const std::function<bool()>& work) {
     beginPatchCommand(true);
-    const bool zones = structureKind == "uns";
+    const bool zones = structureKind == StructureKind::Unstructured;
     if (zones && feRegion.blocks.empty()) {
         return;
     }
@@ -90,21 +90,21 @@ void VelmoraDoc::runTransformation(bool keepsPoint, const std::function<bool()>&
 }
 
 void VelmoraDoc::ScaleModel() {
-    if (structureKind == "non" || !showDialog(scalingValues)) {
+    if (structureKind == StructureKind::None || !showDialog(scalingValues)) {
         return;
     }
     runTransformation(true, [this] { return transformModel(scalingValues.map()); });
 }
 
 void VelmoraDoc::MoveModel() {
-    if (structureKind == "non" || !showDialog(moveValues)) {
+    if (structureKind == StructureKind::None || !showDialog(moveValues)) {
         return;
     }
     runTransformation(true, [this] { return transformModel(moveValues.map()); });
 }
 
 void VelmoraDoc::RotateModel() {
-    if (structureKind == "non" || !showDialog(rotateValues)) {
+    if (structureKind == StructureKind::None || !showDialog(rotateValues)) {
         return;
     }
     RotationAxis axis = rotateValues.axis();
@@ -115,12 +115,12 @@ void VelmoraDoc::RotateModel() {
 }
 
 void VelmoraDoc::FlipModel() {
-    if (structureKind == "non" || !showDialog(flipValues)) {
+    if (structureKind == StructureKind::None || !showDialog(flipValues)) {
         return;
     }
     runTransformation(false, [this] {
         transformModel(flipValues.map());
-        if (structureKind == "str") {
+        if (structureKind == StructureKind::Structured) {
             // Points in reverse order keep a patch on its side.
             for (const std::int32_t patch : chosenPatches()) {
                 reverseLines(patches[static_cast<std::size_t>(patch)]);
@@ -131,11 +131,11 @@ void VelmoraDoc::FlipModel() {
 }
 
 void VelmoraDoc::SymmetricModel() {
-    if (structureKind == "non" || !showDialog(symmetricValues)) {
+    if (structureKind == StructureKind::None || !showDialog(symmetricValues)) {
         return;
     }
     runTransformation(true, [this] {
-        if (structureKind == "uns") {
+        if (structureKind == StructureKind::Unstructured) {
             mirrorZones(feRegion, chosenZones(), symmetricValues.chosen());
             return true;
         }
@@ -170,7 +170,11 @@ void VelmoraDoc::exchangeCapture() {
 }
 
 void VelmoraDoc::Convertation() {
-    if (structureKind != "str" || !exchangeSectionsAndLines()) {
+    if (structureKind != StructureKind::Structured) {
+        return;
+    }
+    keepForGuard();
+    if (!exchangeSectionsAndLines()) {
         return;
     }
     // No snapshot: the command chosen again takes it back. It is a change all the same, asked about before leaving.
@@ -179,9 +183,10 @@ void VelmoraDoc::Convertation() {
 }
 
 void VelmoraDoc::LastFirstSwitch() {
-    if (structureKind != "str" || !showDialog(lastFirstValues)) {
+    if (structureKind != StructureKind::Structured || !showDialog(lastFirstValues)) {
         return;
     }
+    keepForGuard();
     const bool sections = lastFirstValues.kind == 1;
     const std::vector<bool> mask = chosenMask();
     for (std::size_t k = 0; k < patches.size(); ++k) {

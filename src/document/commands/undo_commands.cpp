@@ -8,23 +8,27 @@ namespace velmora {
 void VelmoraDoc::snapshot(PatchList& undoList, zRegion_fe& undoZones) {
     documentModified = true;
     undoZones.blocks.clear();
-    if (structureKind == "str") {
+    if (structureKind == StructureKind::Structured) {
         undoList = patches; // into the memory of the snapshot before
     } else {
         undoList.clear();
     }
-    if (structureKind == "uns") {
+    if (structureKind == StructureKind::Unstructured) {
         copyRegion(feRegion, undoZones);
     }
 }
 
 void VelmoraDoc::SavePointUndo() {
+    ++pointSnapshotsBegun_;
     snapshot(pointUndoPatches, pointUndoRegion);
+    ++pointSnapshots_;
 }
 
 void VelmoraDoc::SavePatchUndo() {
+    ++patchSnapshotsBegun_;
     snapshot(undoPatches, undoRegion);
-    undoPath_.clear();
+    undoPath.clear();
+    ++patchSnapshots_;
 }
 
 void VelmoraDoc::snapshotBeforeAsking() {
@@ -36,6 +40,19 @@ void VelmoraDoc::beginPatchCommand(bool changesExtent) {
     SavePatchUndo();
     patchUndoReady = true;
     rebuildOnUndo = changesExtent;
+}
+
+void VelmoraDoc::keepForUndo() {
+    pointUndoPatches.clear();
+    pointUndoRegion.blocks.clear();
+    pointUndoReady = false;
+    if (holdsNothing()) {
+        return;
+    }
+    undoModified = documentModified;
+    beginPatchCommand(false);
+    undoPath = modelFile.chosenPath;
+    modelFile.keepForUndo(modelFile);
 }
 
 void VelmoraDoc::clearSnapshots() {
@@ -52,15 +69,15 @@ void VelmoraDoc::takeCapturedPosition(const zVec<double>& otherwise) {
 }
 
 void VelmoraDoc::UndoPoint() {
-    const bool zones = structureKind == "uns";
+    const bool zones = structureKind == StructureKind::Unstructured;
     if (zones ? pointUndoRegion.blocks.empty() : pointUndoPatches.empty()) {
         return;
     }
-    if (zones) {
-        feRegion = std::move(pointUndoRegion);
-    } else {
-        patches = std::move(pointUndoPatches);
-    }
+    // As in exchangeWithSnapshot.
+    patches.swap(pointUndoPatches);
+    std::swap(feRegion, pointUndoRegion);
+    ++pointSnapshotsBegun_;
+    ++pointSnapshots_;
     capture.restorePoint();
     // Undo counts as a change since the last save, as what it undoes does.
     documentModified = true;
@@ -70,48 +87,58 @@ void VelmoraDoc::UndoPoint() {
     } else if (capture->pointCaptured) {
         takeCapturedPosition(capture->capturedPointPos);
     }
-    UpdateAfterEdit();
+    retitle();
     capture.describePoint(false);
     pointUndoReady = false;
     patchUndoReady = false;
     capture.showPoint();
-    clearSnapshots();
     ShowStatus(capture->pointContinueStatus);
     redraw();
+    clearSnapshots(); // last: until then a guard finds the model that goes there
+}
+
+/// The model of the patch snapshot and the one that is there take each other's places: until the command is through, a
+/// guard around it finds the model in the snapshot.
+void VelmoraDoc::exchangeWithSnapshot() {
+    patches.swap(undoPatches);
+    std::swap(feRegion, undoRegion);
+    ++patchSnapshotsBegun_;
+    ++patchSnapshots_;
+}
+
+void VelmoraDoc::keepForGuard() {
+    guardPatches_ = patches;
+    ++guardCopies_;
 }
 
 void VelmoraDoc::UndoPatch() {
     // The box of a model that was removed is gone too: the views need it anew.
-    const bool modelWasGone = structureKind == "non";
+    const bool modelWasGone = structureKind == StructureKind::None;
     // What a file holds is the model that goes; one that was removed knows whether its file still has it.
-    documentModified = undoPath_.empty() || undoModified_;
-    if (!undoPath_.empty()) {
+    documentModified = undoPath.empty() || undoModified;
+    if (!undoPath.empty()) {
         // Field values belong to the model that goes, not to the one that comes back.
         fieldLoaded = fieldMode = fieldOpening = false;
         fieldPatches.clear();
     }
     if (!undoPatches.empty()) {
-        patches = std::move(undoPatches);
-        structureKind = "str";
-        if (!undoPath_.empty()) {
-            adoptPath(undoPath_);
-            undoPath_.clear();
-            titleWrong_ = false;
+        // The document holds one model: what comes back takes the place of the other kind too.
+        exchangeWithSnapshot();
+        structureKind = StructureKind::Structured;
+        if (!undoPath.empty()) {
+            modelFile.takeBack();
+            undoPath.clear();
         }
-        // The document holds one model: what comes back takes the place of the other kind.
-        feRegion.blocks.clear();
-        UpdateAfterEdit();
+        retitle();
     } else if (!undoRegion.blocks.empty()) {
-        feRegion = std::move(undoRegion);
-        patches.clear();
-        structureKind = "uns";
-        fileKind = "non";
-        if (!undoPath_.empty()) {
-            adoptPath(undoPath_);
-            undoPath_.clear();
-            titleWrong_ = false;
+        exchangeWithSnapshot();
+        structureKind = StructureKind::Unstructured;
+        fileKind = FileKind::None;
+        if (!undoPath.empty()) {
+            modelFile.takeBack();
+            undoPath.clear();
         }
-        takeExtension("dat");
+        modelFile.takeExtension("dat");
     }
     capture.tellUndone(capture->patchCaptured ? capture->continuePrompt : idlePrompt);
     ShowStatus(capture->undoStatus);
@@ -119,12 +146,11 @@ void VelmoraDoc::UndoPatch() {
     emptyBlock();
     showBlockOnly = false; // of an empty zBlock nothing would be shown
     keepCaptureInside(*this);
-    if (pointUndoReady && structureKind == "uns") {
+    if (pointUndoReady && structureKind == StructureKind::Unstructured) {
         capture.placePoint(undoNode);
     } else {
         followCapturedPoint();
     }
-    clearSnapshots();
     pointUndoReady = false;
     if (rebuildOnUndo || modelWasGone) {
         updateBounds();
@@ -132,6 +158,7 @@ void VelmoraDoc::UndoPatch() {
     } else {
         redraw();
     }
+    clearSnapshots(); // last, as above
 }
 
 } // namespace velmora

@@ -11,7 +11,7 @@ void VelmoraDoc::ViewFeatures() {
     featuresValues.showBuffer = showBuffer;
     featuresValues.showZBlockMarkers = showZBlockMarkers;
     featuresValues.blockEmpty = blockCount == 0;
-    featuresValues.unstructured = structureKind == "uns";
+    featuresValues.unstructured = structureKind == StructureKind::Unstructured;
     if (!showDialog(featuresValues)) {
         return;
     }

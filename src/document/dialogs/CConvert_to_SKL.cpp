@@ -1,5 +1,7 @@
 #include "CConvert_to_SKL.h"
 
+#include "vectors.h"
+
 namespace velmora {
 
 namespace {
@@ -7,11 +9,8 @@ namespace {
 /// The body's extent on the chosen axis, and what follows from it.
 void takeExtent(CConvert_to_SKL& values) {
     constexpr double borderOfExtent = 0.01;
-    const auto along = [&values](const zVec<double>& point) {
-        return values.planeAxis == 1 ? point.x : values.planeAxis == 2 ? point.y : point.z;
-    };
-    values.min = along(values.boxMin);
-    values.max = along(values.boxMax);
+    values.min = along(values.boxMin, values.planeAxis - 1);
+    values.max = along(values.boxMax, values.planeAxis - 1);
     values.border = (values.max - values.min) * borderOfExtent;
     values.yourMin = values.min + values.border;
     values.yourMax = values.max - values.border;

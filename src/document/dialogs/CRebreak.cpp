@@ -21,9 +21,9 @@ void setChoiceLive(DialogForm& form, const char* key, std::size_t choice, bool o
 /// The stretch and the count follow the whole captured curve: nothing typed earlier may linger behind fields that
 /// are off.
 void takeWholeCurve(CRebreak& values) {
-    values.firstPoint = 1;
-    values.lastPoint = values.curveCount;
-    values.newCount = values.curveCount;
+    values.law.firstPoint = 1;
+    values.law.lastPoint = values.curveCount;
+    values.law.newCount = values.curveCount;
 }
 
 void applyBlockRules(DialogForm& form, CRebreak& values) {
@@ -32,7 +32,7 @@ void applyBlockRules(DialogForm& form, CRebreak& values) {
         values.useBlock = false;
     }
     if (values.useBlock) {
-        values.style = 1;
+        values.law.fitToLawCurve = false;
     }
     form.find("useBlock")->on = blockAllowed;
 }
@@ -41,12 +41,12 @@ void applyLiveFields(DialogForm& form, const CRebreak& values) {
     const bool one = values.regime == 1;
     setChoiceLive(form, "regime", 2, values.isApt);
     setChoiceLive(form, "style", 2, !values.useBlock);
-    form.find("exactness")->on = values.function == 1;
-    form.find("compression")->on = values.style == 1;
+    form.find("exactness")->on = !values.law.linear;
+    form.find("compression")->on = !values.law.fitToLawCurve;
     form.find("capturedNumber")->on = one && values.isApt;
     setLive(form, {"newCount", "firstPoint", "lastPoint"}, !one || !values.lineMode);
     setLive(form, {"firstCurve", "lastCurve"}, !one && !values.lineMode);
-    if (values.style == 2) {
+    if (values.law.fitToLawCurve) {
         setLive(form, {"newCount", "firstPoint", "lastPoint", "capturedNumber", "firstCurve", "lastCurve"}, false);
     }
     if (values.useBlock) {
@@ -58,11 +58,11 @@ void refresh(DialogForm& form, CRebreak& values, std::string_view key) {
     const bool opening = key.empty();
     if (opening && !values.isApt) {
         values.regime = 1;
-        values.style = 1;
+        values.law.fitToLawCurve = false;
     }
     applyBlockRules(form, values);
     const bool fixedByRegime = key == "regime" && values.regime == 1 && values.lineMode;
-    const bool fixedByStyle = (key == "style" || opening) && values.style == 2;
+    const bool fixedByStyle = (key == "style" || opening) && values.law.fitToLawCurve;
     if (fixedByRegime || fixedByStyle) {
         takeWholeCurve(values);
     }
@@ -81,13 +81,13 @@ DialogForm describe(CRebreak& values) {
     form.title = "Rebreak ";
     form.fields = {
         radioField("regime", values.regime, {"Captured section (line)", "All sections (lines)"}),
-        radioField("function", values.function, {"Spline", "Linear"}),
-        radioField("style", values.style, {"Compress points", "Fit to captured section"}),
-        integerField("exactness", "Exactness %", values.exactness, 0, 100),
-        integerField("newCount", "Number of points", values.newCount, 2, largestNumber),
-        realField("compression", "Compression", values.compression, 0.0001, 10000),
-        integerField("firstPoint", "First point", values.firstPoint, 1, largestNumber),
-        integerField("lastPoint", "Last point", values.lastPoint, 1, largestNumber),
+        radioField("function", values.law.linear, {"Spline", "Linear"}),
+        radioField("style", values.law.fitToLawCurve, {"Compress points", "Fit to captured section"}),
+        integerField("exactness", "Exactness %", values.law.exactness, 0, 100),
+        integerField("newCount", "Number of points", values.law.newCount, 2, largestNumber),
+        realField("compression", "Compression", values.law.compression, 0.0001, 10000),
+        integerField("firstPoint", "First point", values.law.firstPoint, 1, largestNumber),
+        integerField("lastPoint", "Last point", values.law.lastPoint, 1, largestNumber),
         inGroup(integerField("capturedNumber", "Captured", values.capturedNumber, 1, largestNumber),
                 "Sections (lines)"),
         inGroup(integerField("firstCurve", "First", values.firstCurve, 1, largestNumber), "Sections (lines)"),

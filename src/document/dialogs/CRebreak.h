@@ -3,19 +3,14 @@
 #include <cstdint>
 
 #include "DialogForm.h"
+#include "rebreak_patch.h"
 
 namespace velmora {
 
 /// Parameters of Rebreak: how the points along sections or lines are spaced anew. Numbers count from 1.
 struct CRebreak {
-    std::int32_t regime = 1;   ///< 1 the captured curve, 2 all curves from firstCurve on
-    std::int32_t function = 1; ///< 1 spline, 2 linear
-    std::int32_t style = 1;    ///< 1 geometric spacing, 2 the spacing of the captured curve
-    std::int32_t exactness = 0;
-    std::int32_t newCount = 2;
-    double compression = 1.0; ///< last step divided by first step
-    std::int32_t firstPoint = 1;
-    std::int32_t lastPoint = 1;
+    std::int32_t regime = 1; ///< 1 the captured curve, 2 all curves from firstCurve on
+    RebreakLaw law;
     std::int32_t capturedNumber = 1;
     std::int32_t firstCurve = 1;
     std::int32_t lastCurve = 1; ///< shown and typed, read by nothing: the range always runs to the last curve

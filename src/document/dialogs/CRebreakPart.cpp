@@ -12,39 +12,39 @@ void refresh(DialogForm& form, CRebreakPart& values, std::string_view key) {
     }
     const bool fixedCount = values.lineMode && values.regime == 1;
     // What was typed must not linger behind a field that is off: a single line keeps its number of sections.
-    if (key == "position" || (key == "style" && values.style == 2) || (key == "regime" && fixedCount)) {
+    if (key == "position" || (key == "style" && values.law.fit) || (key == "regime" && fixedCount)) {
         fillStretch(values);
     }
     form.find("regime")->choiceOn[1] = values.isApt;
-    form.find("exactness")->on = values.function == 1;
+    form.find("exactness")->on = !values.law.linear;
     form.find("newCount")->on = !fixedCount;
 }
 
 } // namespace
 
 void fillStretch(CRebreakPart& values) {
-    const bool after = values.position == 2;
-    values.firstPoint = after ? values.pointNumber : 1;
-    values.lastPoint = after ? values.curveLength : values.pointNumber;
-    values.newCount = values.lastPoint - values.firstPoint + 1;
+    PartLaw& law = values.law;
+    law.firstPoint = law.after ? values.pointNumber : 1;
+    law.lastPoint = law.after ? values.curveLength : values.pointNumber;
+    law.newCount = law.lastPoint - law.firstPoint + 1;
 }
 
 DialogForm describe(CRebreakPart& values) {
     DialogForm form;
     form.name = "CRebreakPart";
     form.title = "Rebreak Part";
-    DialogField position = radioField("position", values.position, {"Before", "After"});
+    DialogField position = radioField("position", values.law.after, {"Before", "After"});
     position.label = "Position";
     form.fields = {
         radioField("regime", values.regime, {"Captured section (line)", "All sections (lines)"}),
-        radioField("function", values.function, {"Spline", "Linear"}),
-        radioField("style", values.style, {"Compress points", "Compress && Fit"}),
+        radioField("function", values.law.linear, {"Spline", "Linear"}),
+        radioField("style", values.law.fit, {"Compress points", "Compress && Fit"}),
         position,
-        integerField("exactness", "Exactness %", values.exactness, 0, 100),
-        integerField("newCount", "Number of points", values.newCount, 2, largestNumber),
-        realField("compression", "Compression", values.compression, 0.0001, 10000),
-        shownOnly(integerField("firstPoint", "First point", values.firstPoint, 1, largestNumber)),
-        shownOnly(integerField("lastPoint", "Last point", values.lastPoint, 1, largestNumber)),
+        integerField("exactness", "Exactness %", values.law.exactness, 0, 100),
+        integerField("newCount", "Number of points", values.law.newCount, 2, largestNumber),
+        realField("compression", "Compression", values.law.compression, 0.0001, 10000),
+        shownOnly(integerField("firstPoint", "First point", values.law.firstPoint, 1, largestNumber)),
+        shownOnly(integerField("lastPoint", "Last point", values.law.lastPoint, 1, largestNumber)),
     };
     form.refresh = [&values](DialogForm& self, std::string_view key) { refresh(self, values, key); };
     return form;

@@ -3,20 +3,14 @@
 #include <cstdint>
 
 #include "DialogForm.h"
+#include "PartRebreaker.h"
 
 namespace velmora {
 
 /// Parameters of Rebreak part: how the points on one side of the captured point are spaced anew. Numbers count from 1.
 struct CRebreakPart {
-    std::int32_t regime = 1;   ///< 1 the captured curve, 2 all curves of the patch
-    std::int32_t function = 1; ///< 1 spline, 2 linear
-    std::int32_t style = 1;    ///< 1 geometric spacing, 2 the same, running on into the points that stay
-    std::int32_t position = 1; ///< 1 the stretch before the point, 2 after it
-    std::int32_t exactness = 0;
-    std::int32_t newCount = 2;
-    double compression = 1.0; ///< last step divided by first step
-    std::int32_t firstPoint = 1;
-    std::int32_t lastPoint = 1;
+    std::int32_t regime = 1; ///< 1 the captured curve, 2 all curves of the patch
+    PartLaw law;
 
     // Set by the command before the dialog opens.
     bool lineMode = false;        ///< the curves are lines

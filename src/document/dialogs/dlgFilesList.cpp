@@ -11,9 +11,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* noSelection = "Text is not selected";
-constexpr const char* emptyList = "List is empty";
-constexpr const char* noName = "Insert name, please";
+constexpr MessageText noSelection{Severity::Refused, "Text is not selected"};
+constexpr MessageText emptyList{Severity::Refused, "List is empty"};
+constexpr MessageText noName{Severity::Refused, "Insert name, please"};
 
 } // namespace
 

@@ -111,7 +111,7 @@ bool dlgFolder::changeDrive(const std::string& drive) {
     if (enter(drive)) {
         return true;
     }
-    ui_->showMessage("Drive  '" + drive + "'  not available");
+    ui_->showMessage({Severity::Refused, "Drive  '" + drive + "'  not available"});
     listDrives();
     return false;
 }
@@ -125,7 +125,7 @@ bool dlgFolder::typePath(const std::string& text) {
         return true;
     }
     // The box asks and has OK alone: it tells that the folder will be made.
-    ui_->showMessage("Directory  '" + typed + "'  not found\nWould you like to create it?");
+    ui_->showMessage({Severity::Info, "Directory  '" + typed + "'  not found\nWould you like to create it?"});
     std::error_code error;
     fs::create_directories((folder_ / typed).lexically_normal(), error);
     return enter(typed);

@@ -13,15 +13,6 @@ using Vector = zVec<double>;
 
 } // namespace
 
-TEST(SamePoint, MeasuresByTheLargestCoordinate) {
-    EXPECT_TRUE(samePoint(Vector{100, 0, 0}, Vector{100, 0.00999, 0}, 1e-4));
-    EXPECT_FALSE(samePoint(Vector{100, 0, 0}, Vector{100, 0.01001, 0}, 1e-4));
-    EXPECT_TRUE(samePoint(Vector{0, 0, 0}, Vector{0, 0, 0}, 1e-10));
-    EXPECT_FALSE(samePoint(Vector{0, 0, 0}, Vector{1e-20, 0, 0}, 0.5));
-    const double none = std::nan("");
-    EXPECT_FALSE(samePoint(Vector{none, 0, 0}, Vector{none, 0, 0}, 1));
-}
-
 TEST(LineDistance, IsThatFromTheInfiniteLine) {
     EXPECT_DOUBLE_EQ(lineDistance({0, 0, 0}, {2, 0, 0}, {17, 3, 4}), 5);
     EXPECT_DOUBLE_EQ(lineDistance({1, 1, 1}, {1, 1, 1 + 1e-9}, {1, 4, 5}), 5);

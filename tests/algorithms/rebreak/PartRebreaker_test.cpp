@@ -15,7 +15,7 @@ PointList ruler() {
 
 PartLaw linearBefore(std::int32_t point, std::int32_t newCount) {
     PartLaw law;
-    law.spline = false;
+    law.linear = true;
     law.lastPoint = point;
     law.newCount = newCount;
     return law;
@@ -218,7 +218,7 @@ TEST(RebreakPartFit, MeasuresTheSearchAlongTheChordsForTheSplineToo) {
     law.fit = true;
     law.compression = 0.5;
     rebuild(chords, law);
-    law.spline = true;
+    law.linear = false;
     EXPECT_TRUE(rebuild(spline, law).fitted);
     EXPECT_THAT(along(spline), Pointwise(DoubleNear(1e-9), along(chords)));
 }

@@ -16,20 +16,25 @@ namespace {
 
 using reference::RebreakFields;
 
+/// A law with the curves that it is for.
+struct WholeLaw : RebreakLaw {
+    CurveRange curves;
+};
+
 /// Equal steps along the chords, the whole of every section.
-RebreakLaw linearLaw(const Patch& patch, std::int32_t newCount) {
-    RebreakLaw law;
-    law.spline = false;
+WholeLaw linearLaw(const Patch& patch, std::int32_t newCount) {
+    WholeLaw law;
+    law.linear = true;
     law.newCount = newCount;
     law.lastPoint = lineCount(patch);
-    law.lastCurve = countOf(patch);
+    law.curves.last = countOf(patch);
     return law;
 }
 
-RebreakLaw linearLineLaw(const Patch& patch, std::int32_t newCount) {
-    RebreakLaw law = linearLaw(patch, newCount);
+WholeLaw linearLineLaw(const Patch& patch, std::int32_t newCount) {
+    WholeLaw law = linearLaw(patch, newCount);
     law.lastPoint = countOf(patch);
-    law.lastCurve = lineCount(patch);
+    law.curves.last = lineCount(patch);
     return law;
 }
 
@@ -51,10 +56,10 @@ Patch gradedPatch(int sections, int points) {
 TEST(RebreakSections, OfOneSectionGivesEqualStepsAndLeavesTheOthers) {
     const Patch before = gradedPatch(4, 4);
     Patch patch = before;
-    RebreakLaw law = linearLaw(patch, 7);
-    law.firstCurve = 1;
-    law.lastCurve = 2;
-    rebreakSections(patch, law);
+    WholeLaw law = linearLaw(patch, 7);
+    law.curves.first = 1;
+    law.curves.last = 2;
+    rebreakSections(patch, law, law.curves);
     EXPECT_THAT(along(patch[1]), Pointwise(DoubleNear(1e-12), {0.0, 1.5, 3.0, 4.5, 6.0, 7.5, 9.0}));
     EXPECT_THAT(along(patch[1], &zVec<double>::y), testing::Each(1.0));
     for (const std::size_t n : {0U, 2U, 3U}) {
@@ -64,18 +69,18 @@ TEST(RebreakSections, OfOneSectionGivesEqualStepsAndLeavesTheOthers) {
 
 TEST(RebreakSections, BySplineOfAStraightSectionGivesEqualSteps) {
     Patch patch = gradedPatch(2, 5);
-    RebreakLaw law = linearLaw(patch, 9);
-    law.spline = true;
-    rebreakSections(patch, law);
+    WholeLaw law = linearLaw(patch, 9);
+    law.linear = false;
+    rebreakSections(patch, law, law.curves);
     EXPECT_THAT(along(patch[0]), Pointwise(DoubleNear(1e-9), {0.0, 2.0, 4.0, 6.0, 8.0, 10.0, 12.0, 14.0, 16.0}));
 }
 
 TEST(RebreakSections, RunsFromTheFirstOfTheRangeToItsEnd) {
     const Patch before = gradedPatch(10, 4);
     Patch patch = before;
-    RebreakLaw law = linearLaw(patch, 6);
-    law.firstCurve = 2;
-    rebreakSections(patch, law);
+    WholeLaw law = linearLaw(patch, 6);
+    law.curves.first = 2;
+    rebreakSections(patch, law, law.curves);
     for (std::size_t n = 0; n < 10; ++n) {
         EXPECT_EQ(patch[n].size(), n < 2 ? 4U : 6U) << n;
     }
@@ -84,9 +89,9 @@ TEST(RebreakSections, RunsFromTheFirstOfTheRangeToItsEnd) {
 
 TEST(RebreakSections, CompressionIsTheLastStepDividedByTheFirst) {
     Patch patch = flatPatch(1, 9);
-    RebreakLaw law = linearLaw(patch, 5);
+    WholeLaw law = linearLaw(patch, 5);
     law.compression = 8;
-    rebreakSections(patch, law);
+    rebreakSections(patch, law, law.curves);
     const std::vector<double> x = along(patch[0]);
     ASSERT_EQ(x.size(), 5U);
     // Four steps in the ratio 1, 2, 4, 8 over a length of 8.
@@ -96,10 +101,10 @@ TEST(RebreakSections, CompressionIsTheLastStepDividedByTheFirst) {
 
 TEST(RebreakSections, KeepTheOldPointsOutsideTheStretch) {
     Patch patch = flatPatch(1, 9);
-    RebreakLaw law = linearLaw(patch, 5);
+    WholeLaw law = linearLaw(patch, 5);
     law.firstPoint = 3;
     law.lastPoint = 5;
-    rebreakSections(patch, law);
+    rebreakSections(patch, law, law.curves);
     EXPECT_THAT(along(patch[0]), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 2.5, 3.0, 3.5, 4.0, 5.0, 6.0, 7.0, 8.0}));
 }
 
@@ -109,10 +114,10 @@ TEST(RebreakSections, FitTakesTheSpacingOfTheLawSection) {
     for (zVec<double>& p : patch[1]) {
         p.x *= 4; // 0, 4, ... 16: twice the length
     }
-    RebreakLaw law = linearLaw(patch, 5);
+    WholeLaw law = linearLaw(patch, 5);
     law.fitToLawCurve = true;
-    law.firstCurve = 1;
-    rebreakSections(patch, law);
+    law.curves.first = 1;
+    rebreakSections(patch, law, law.curves);
     EXPECT_THAT(along(patch[1]), Pointwise(DoubleNear(1e-12), {0.0, 2.0, 8.0, 12.0, 16.0}));
 }
 
@@ -120,9 +125,9 @@ TEST(RebreakSections, FitMeasuresTheLawSectionAsItWasBefore) {
     const PointList graded = {{0, 0, 0}, {1, 0, 0}, {4, 0, 0}, {6, 0, 0}, {8, 0, 0}};
     Patch patch = flatPatch(3, 5);
     patch[0] = graded;
-    RebreakLaw law = linearLaw(patch, 5);
+    WholeLaw law = linearLaw(patch, 5);
     law.fitToLawCurve = true;
-    rebreakSections(patch, law); // the law section itself comes first
+    rebreakSections(patch, law, law.curves); // the law section itself comes first
     for (std::size_t n = 1; n < 3; ++n) {
         EXPECT_THAT(along(patch[n]), Pointwise(DoubleNear(1e-12), {0.0, 0.5, 2.0, 3.0, 4.0})) << n;
     }
@@ -130,11 +135,11 @@ TEST(RebreakSections, FitMeasuresTheLawSectionAsItWasBefore) {
 
 TEST(RebreakSections, AFirstPointBeyondASectionBecomesItsLastButOneForAllThatFollow) {
     Patch patch = {flatPatch(1, 5)[0], flatPatch(1, 9)[0]};
-    RebreakLaw law = linearLaw(patch, 3);
+    WholeLaw law = linearLaw(patch, 3);
     law.firstPoint = 6;
     law.lastPoint = 9;
-    law.lawCurve = 1;
-    rebreakSections(patch, law);
+    law.curves.lawCurve = 1;
+    rebreakSections(patch, law, law.curves);
     EXPECT_EQ(law.firstPoint, 4);
     EXPECT_EQ(law.lastPoint, 5);
     EXPECT_THAT(along(patch[0]), Pointwise(DoubleNear(1e-12), {0.0, 1.0, 2.0, 3.0, 3.5, 4.0}));
@@ -143,21 +148,21 @@ TEST(RebreakSections, AFirstPointBeyondASectionBecomesItsLastButOneForAllThatFol
 
 TEST(RebreakSections, TheTailEndsWhereTheLawSectionEnds) {
     Patch patch = {flatPatch(1, 9)[0], flatPatch(1, 6)[0]};
-    RebreakLaw law = linearLaw(patch, 2);
+    WholeLaw law = linearLaw(patch, 2);
     law.lastPoint = 3;
-    law.lastCurve = 1;
-    law.lawCurve = 1; // six points long
-    rebreakSections(patch, law);
+    law.curves.last = 1;
+    law.curves.lawCurve = 1; // six points long
+    rebreakSections(patch, law, law.curves);
     EXPECT_THAT(along(patch[0]), Pointwise(DoubleNear(1e-12), {0.0, 2.0, 3.0, 4.0, 5.0}));
 }
 
 TEST(RebreakSections, TheTailOfAShorterSectionEndsWithIt) {
     Patch patch = {flatPatch(1, 6)[0], flatPatch(1, 9)[0]};
-    RebreakLaw law = linearLaw(patch, 2);
+    WholeLaw law = linearLaw(patch, 2);
     law.lastPoint = 3;
-    law.lastCurve = 1;
-    law.lawCurve = 1;
-    rebreakSections(patch, law);
+    law.curves.last = 1;
+    law.curves.lawCurve = 1;
+    rebreakSections(patch, law, law.curves);
     EXPECT_THAT(along(patch[0]), Pointwise(DoubleNear(1e-12), {0.0, 2.0, 3.0, 4.0, 5.0}));
 }
 
@@ -167,15 +172,15 @@ TEST(RebreakSections, AStretchOfFewerThanTwoPointsGivesTheOldPointsBack) {
             for (const auto& [first, last] : {std::pair{3, 3}, {4, 2}, {9, 9}}) {
                 const Patch before = flatPatch(2, 5);
                 Patch patch = before;
-                RebreakLaw law = linearLaw(patch, 7);
-                law.spline = spline;
+                WholeLaw law = linearLaw(patch, 7);
+                law.linear = !spline;
                 law.fitToLawCurve = fit;
                 law.firstPoint = first;
                 law.lastPoint = last == 9 ? 4 : last;
                 if (last == 9) {
                     law.lastPoint = 1; // firstPoint becomes 4, behind it
                 }
-                rebreakSections(patch, law);
+                rebreakSections(patch, law, law.curves);
                 EXPECT_EQ(patch, before);
             }
         }
@@ -185,42 +190,42 @@ TEST(RebreakSections, AStretchOfFewerThanTwoPointsGivesTheOldPointsBack) {
 TEST(RebreakSections, OfSectionsOfOnePointOrNoneGivesTheOldPointsBack) {
     const Patch before = {{{1, 2, 3}}, {}, flatPatch(1, 3)[0]};
     Patch patch = before;
-    RebreakLaw law = linearLaw(patch, 4);
+    WholeLaw law = linearLaw(patch, 4);
     law.lastPoint = 3;
-    rebreakSections(patch, law);
+    rebreakSections(patch, law, law.curves);
     EXPECT_EQ(patch[0], before[0]);
     EXPECT_EQ(patch[1], before[1]);
 }
 
 TEST(RebreakSections, CoincidentPointsCountOnceInAStretchOfMoreThanThree) {
     Patch patch = {{{0, 0, 0}, {0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {3, 0, 0}, {3, 0, 0}, {4, 0, 0}}};
-    RebreakLaw law = linearLaw(patch, 5);
-    law.spline = true;
-    rebreakSections(patch, law);
+    WholeLaw law = linearLaw(patch, 5);
+    law.linear = false;
+    rebreakSections(patch, law, law.curves);
     EXPECT_THAT(along(patch[0]), Pointwise(DoubleNear(1e-9), {0.0, 1.0, 2.0, 3.0, 4.0}));
 }
 
 TEST(RebreakSections, IndicesOutsideThePatchAreCutToIt) {
     Patch patch = flatPatch(2, 5);
-    RebreakLaw law = linearLaw(patch, 3);
-    law.firstCurve = -4;
-    law.lastCurve = 99;
-    law.lawCurve = 99;
+    WholeLaw law = linearLaw(patch, 3);
+    law.curves.first = -4;
+    law.curves.last = 99;
+    law.curves.lawCurve = 99;
     law.lastPoint = 99;
-    rebreakSections(patch, law);
+    rebreakSections(patch, law, law.curves);
     EXPECT_THAT(along(patch[0]), Pointwise(DoubleNear(1e-12), {0.0, 2.0, 4.0}));
     EXPECT_EQ(patch[1].size(), 3U);
     Patch none;
-    rebreakSections(none, law);
+    rebreakSections(none, law, law.curves);
     EXPECT_TRUE(none.empty());
 }
 
 TEST(RebreakSections, AnEmptyRangeChangesNothing) {
     const Patch before = flatPatch(3, 5);
     Patch patch = before;
-    RebreakLaw law = linearLaw(patch, 3);
-    law.firstCurve = law.lastCurve = 1;
-    rebreakSections(patch, law);
+    WholeLaw law = linearLaw(patch, 3);
+    law.curves.first = law.curves.last = 1;
+    rebreakSections(patch, law, law.curves);
     EXPECT_EQ(patch, before);
 }
 
@@ -228,8 +233,8 @@ TEST(RebreakSections, AnEmptyRangeChangesNothing) {
 
 TEST(RebreakLines, OfAllLinesChangesTheNumberOfSections) {
     Patch patch = flatPatch(5, 3);
-    RebreakLaw law = linearLineLaw(patch, 9);
-    rebreakLines(patch, law);
+    WholeLaw law = linearLineLaw(patch, 9);
+    rebreakLines(patch, law, law.curves);
     ASSERT_EQ(patch.size(), 9U);
     for (std::size_t n = 0; n < 9; ++n) {
         EXPECT_THAT(along(patch[n]), ElementsAre(0.0, 1.0, 2.0));
@@ -246,10 +251,10 @@ TEST(RebreakLines, OfOneLineLeavesTheOthers) {
     for (std::size_t n = 0; n < 4; ++n) {
         expected[n][1].y = 3.0 * static_cast<double>(n);
     }
-    RebreakLaw law = linearLineLaw(patch, 4);
-    law.firstCurve = 1;
-    law.lastCurve = 2;
-    rebreakLines(patch, law);
+    WholeLaw law = linearLineLaw(patch, 4);
+    law.curves.first = 1;
+    law.curves.last = 2;
+    rebreakLines(patch, law, law.curves);
     for (std::size_t n = 0; n < 4; ++n) {
         EXPECT_EQ(patch[n][0], expected[n][0]);
         EXPECT_EQ(patch[n][2], expected[n][2]);
@@ -259,10 +264,10 @@ TEST(RebreakLines, OfOneLineLeavesTheOthers) {
 
 TEST(RebreakLines, KeepTheSectionsOutsideTheStretch) {
     Patch patch = flatPatch(6, 2);
-    RebreakLaw law = linearLineLaw(patch, 5);
+    WholeLaw law = linearLineLaw(patch, 5);
     law.firstPoint = 2;
     law.lastPoint = 4;
-    rebreakLines(patch, law);
+    rebreakLines(patch, law, law.curves);
     ASSERT_EQ(patch.size(), 8U);
     std::vector<double> y;
     for (const PointList& section : patch) {
@@ -277,10 +282,10 @@ TEST(RebreakLines, FitTakesTheSpacingOfTheLawLine) {
     for (std::size_t n = 0; n < 4; ++n) {
         patch[n][0].y = spacing[n];
     }
-    RebreakLaw law = linearLineLaw(patch, 4);
+    WholeLaw law = linearLineLaw(patch, 4);
     law.fitToLawCurve = true;
-    law.firstCurve = 1;
-    rebreakLines(patch, law);
+    law.curves.first = 1;
+    rebreakLines(patch, law, law.curves);
     std::vector<double> y;
     for (const PointList& section : patch) {
         y.push_back(section[1].y);
@@ -291,16 +296,16 @@ TEST(RebreakLines, FitTakesTheSpacingOfTheLawLine) {
 TEST(RebreakLines, BothEndsAreCappedAtTheNumberOfSections) {
     const Patch before = flatPatch(4, 3);
     Patch patch = before;
-    RebreakLaw law = linearLineLaw(patch, 5);
+    WholeLaw law = linearLineLaw(patch, 5);
     law.firstPoint = 50;
     law.lastPoint = 60;
-    rebreakLines(patch, law);
+    rebreakLines(patch, law, law.curves);
     EXPECT_EQ(law.firstPoint, 4);
     EXPECT_EQ(law.lastPoint, 4);
     EXPECT_EQ(patch, before); // a stretch of one section
     law = linearLineLaw(patch, 5);
     law.lastPoint = 60;
-    rebreakLines(patch, law);
+    rebreakLines(patch, law, law.curves);
     EXPECT_EQ(law.lastPoint, 4);
     EXPECT_EQ(patch.size(), 5U);
 }
@@ -310,20 +315,20 @@ TEST(RebreakLines, OfAnIrregularPatchOrOneWithoutLinesChangesNothing) {
     irregular[1].pop_back();
     for (const Patch& before : {irregular, flatPatch(3, 0), Patch(), flatPatch(1, 4)}) {
         Patch patch = before;
-        RebreakLaw law = linearLineLaw(patch, 5);
-        rebreakLines(patch, law);
+        WholeLaw law = linearLineLaw(patch, 5);
+        rebreakLines(patch, law, law.curves);
         EXPECT_EQ(patch, before);
     }
 }
 
 TEST(RebreakLines, IndicesOutsideThePatchAreCutToIt) {
     Patch patch = flatPatch(3, 2);
-    RebreakLaw law = linearLineLaw(patch, 5);
-    law.firstCurve = -1;
-    law.lastCurve = 77;
-    law.lawCurve = -3;
+    WholeLaw law = linearLineLaw(patch, 5);
+    law.curves.first = -1;
+    law.curves.last = 77;
+    law.curves.lawCurve = -3;
     law.firstPoint = -2;
-    rebreakLines(patch, law);
+    rebreakLines(patch, law, law.curves);
     EXPECT_EQ(patch.size(), 5U);
 }
 
@@ -394,19 +399,19 @@ bool samePatch(const Patch& a, const Patch& b) {
     });
 }
 
-RebreakLaw lawOf(const RebreakFields& f, int curves, int lawCurve) {
+WholeLaw lawOf(const RebreakFields& f, int curves, int lawCurve) {
     const auto [first, last] = reference::rebreakRange(f, curves);
-    RebreakLaw law;
-    law.spline = f.function == 1;
+    WholeLaw law;
+    law.linear = f.function == 2;
     law.fitToLawCurve = f.style == 2;
     law.exactness = f.exactness;
     law.newCount = f.newCount;
     law.compression = f.compression;
     law.firstPoint = f.firstPoint;
     law.lastPoint = f.lastPoint;
-    law.firstCurve = first;
-    law.lastCurve = last;
-    law.lawCurve = lawCurve;
+    law.curves.first = first;
+    law.curves.last = last;
+    law.curves.lawCurve = lawCurve;
     return law;
 }
 
@@ -418,9 +423,9 @@ TEST(RebreakSections, GiveTheSameBitsAsThePlainForm) {
         Patch patch = random.patch(!random.once(3));
         RebreakFields fields = random.fields(lineCount(patch));
         const int lawCurve = random.whole(0, countOf(patch) - 1);
-        RebreakLaw law = lawOf(fields, countOf(patch), lawCurve);
+        WholeLaw law = lawOf(fields, countOf(patch), lawCurve);
         const Patch expected = reference::rebreakSectionsOf(patch, fields, lawCurve);
-        rebreakSections(patch, law);
+        rebreakSections(patch, law, law.curves);
         ASSERT_TRUE(samePatch(patch, expected)) << "round " << round;
         ASSERT_EQ(law.firstPoint, fields.firstPoint) << "round " << round;
         ASSERT_EQ(law.lastPoint, fields.lastPoint) << "round " << round;
@@ -433,9 +438,9 @@ TEST(RebreakLines, GiveTheSameBitsAsThePlainForm) {
         Patch patch = random.patch(true);
         RebreakFields fields = random.fields(countOf(patch));
         int lawCurve = random.whole(0, lineCount(patch) - 1);
-        RebreakLaw law = lawOf(fields, lineCount(patch), lawCurve);
+        WholeLaw law = lawOf(fields, lineCount(patch), lawCurve);
         const Patch expected = reference::rebreakLinesOf(patch, fields, lawCurve);
-        rebreakLines(patch, law);
+        rebreakLines(patch, law, law.curves);
         ASSERT_TRUE(samePatch(patch, expected)) << "round " << round;
         ASSERT_EQ(law.firstPoint, fields.firstPoint) << "round " << round;
         ASSERT_EQ(law.lastPoint, fields.lastPoint) << "round " << round;

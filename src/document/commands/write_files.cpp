@@ -1,0 +1,120 @@
+#include "write_files.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "VelmoraDoc.h"
+#include "apt.h"
+#include "interchange.h"
+#include "messages.h"
+#include "path_names.h"
+#include "skl.h"
+
+namespace velmora {
+
+namespace {
+
+/// What is asked about a file; empty when there is nothing to ask.
+std::string questionAbout(const std::filesystem::path& path, OverwriteDoubt doubt) {
+    const std::string name = path.filename().string();
+    switch (doubt) {
+    case OverwriteDoubt::None:
+        return {};
+    case OverwriteDoubt::HoldsMorePoints:
+        return message::holdsMorePoints;
+    case OverwriteDoubt::HoldsMore:
+        return message::holdsMore(name);
+    case OverwriteDoubt::Foreign:
+        return message::notOpenedHere(name);
+    case OverwriteDoubt::Changed:
+        return message::changedElsewhere(name);
+    }
+    return {};
+}
+
+} // namespace
+
+// The user's data win: whatever is not known to be in the model, or to have come from here, is lost only after a yes.
+bool mayOverwrite(VelmoraDoc& doc, const std::filesystem::path& path, TargetFrom from) {
+    const OverwriteDoubt doubt = doc.modelFile.memory.doubtAbout(path);
+    if (doubt == OverwriteDoubt::Foreign && from == TargetFrom::Chooser && doc.ui().chooserAsksToOverwrite()) {
+        return true;
+    }
+    const std::string question = questionAbout(path, doubt);
+    return question.empty() || doc.ui().ask(question);
+}
+
+bool holdsNothingToSave(const VelmoraDoc& doc) {
+    return pointTotal(doc.patches) == 0 && std::all_of(doc.feRegion.blocks.begin(), doc.feRegion.blocks.end(),
+                                                       [](const auto& zone) { return zone->nodeCount <= 0; });
+}
+
+namespace {
+
+void noteWritten(VelmoraDoc& doc, const WriteOutcome& outcome) {
+    doc.modelFile.memory.noteWritten(outcome.record.path);
+    doc.ui().tellFileWritten(outcome.record);
+}
+
+} // namespace
+
+void finishWriting(VelmoraDoc& doc, const WriteOutcome& outcome) {
+    if (outcome) {
+        noteWritten(doc, outcome);
+        return;
+    }
+    doc.ui().showMessage(message::cannotSave);
+    if (!outcome.problem.empty()) {
+        doc.ShowStatus(outcome.problem);
+    }
+}
+
+WriteOutcome writeStructured(VelmoraDoc& doc, const std::filesystem::path& path, FileKind kind) {
+    WriteOutcome outcome;
+    {
+        const BusyScope busy(doc.ui());
+        outcome = kind == FileKind::Apt ? writeApt(path, doc.patches, outputPrecision, progressTo(doc.ui()))
+                                        : writeSkl(path, doc.patches, outputPrecision, progressTo(doc.ui()));
+    }
+    finishWriting(doc, outcome);
+    return outcome;
+}
+
+WriteOutcome writeZones(VelmoraDoc& doc, const std::filesystem::path& path, const zRegion& structured,
+                        const zRegion_fe& unstructured) {
+    std::vector<std::string> told;
+    WriteOutcome outcome;
+    {
+        const BusyScope busy(doc.ui());
+        writeGeometry(
+            path, outputPrecision, structured, unstructured, [&told](const std::string& text) { told.push_back(text); },
+            progressTo(doc.ui()), &outcome);
+    }
+    for (const std::string& text : told) {
+        doc.ui().showMessage({Severity::NotWritten, text});
+    }
+    if (outcome) {
+        noteWritten(doc, outcome);
+    }
+    return outcome;
+}
+
+std::string saveTargetText(const VelmoraDoc& doc) {
+    const std::filesystem::path target = doc.saveTarget();
+    const bool plain = target.empty() || target == doc.modelFile.openedPath;
+    return plain ? std::string() : "Save writes " + target.string();
+}
+
+void tellSaved(VelmoraDoc& doc, const WriteOutcome& outcome) {
+    std::string text;
+    for (const std::string& note : outcome.notes) {
+        text += note + ". ";
+    }
+    text += saveTargetText(doc);
+    if (!text.empty()) {
+        doc.ShowStatus(text);
+    }
+}
+
+} // namespace velmora

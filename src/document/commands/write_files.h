@@ -1,0 +1,45 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "FileRecord.h"
+#include "kinds.h"
+
+namespace velmora {
+
+class VelmoraDoc;
+class zRegion;
+class zRegion_fe;
+
+// Whatever a command writes goes to the writer of its kind, and what the file then holds is known.
+
+/// Where the name of the file to write comes from: a chooser of the window has asked already about one that is there.
+enum class TargetFrom { Model, Chooser };
+
+/// False when there is a doubt about the regular file at `path` (see OverwriteDoubt) and the user wants to keep it.
+bool mayOverwrite(VelmoraDoc& doc, const std::filesystem::path& path, TargetFrom from);
+
+/// No part of the model has a point: a file of it would be empty.
+bool holdsNothingToSave(const VelmoraDoc& doc);
+
+// Each of the three remembers the file and tells of it; of one that could not be written it says so.
+
+/// The patches of the model: a grid as one, else its lines.
+WriteOutcome writeStructured(VelmoraDoc& doc, const std::filesystem::path& path, FileKind kind);
+
+/// Zones in the format that the extension of `path` names.
+WriteOutcome writeZones(VelmoraDoc& doc, const std::filesystem::path& path, const zRegion& structured,
+                        const zRegion_fe& unstructured);
+
+/// What another writer made.
+void finishWriting(VelmoraDoc& doc, const WriteOutcome& outcome);
+
+/// The status line after a save: what the old file had and the new one has not, and where Save goes from now on, if
+/// that is not the file that was opened.
+void tellSaved(VelmoraDoc& doc, const WriteOutcome& outcome);
+
+/// "Save writes /models/wing.apt": where Save goes, if that is not the file that was opened; else empty.
+std::string saveTargetText(const VelmoraDoc& doc);
+
+} // namespace velmora

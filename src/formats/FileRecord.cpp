@@ -1,0 +1,61 @@
+#include "FileRecord.h"
+
+#include <algorithm>
+
+namespace velmora {
+
+namespace {
+
+/// So many texts of a kind are of use to a reader; a damaged file could give millions.
+constexpr std::size_t mostTexts = 20;
+
+void add(std::vector<std::string>& texts, std::string text) {
+    if (texts.size() < mostTexts) {
+        texts.push_back(std::move(text));
+    } else if (texts.size() == mostTexts) {
+        texts.emplace_back("and more of the kind");
+    }
+}
+
+} // namespace
+
+std::int64_t& countOf(Counts& counts, std::string_view kind) {
+    const auto found =
+        std::find_if(counts.begin(), counts.end(), [kind](const auto& count) { return count.first == kind; });
+    return found != counts.end() ? found->second : counts.emplace_back(kind, 0).second;
+}
+
+std::int64_t countOf(const Counts& counts, std::string_view kind) {
+    const auto found =
+        std::find_if(counts.begin(), counts.end(), [kind](const auto& count) { return count.first == kind; });
+    return found != counts.end() ? found->second : 0;
+}
+
+void FileRead::countFromZero(const std::vector<std::string>& kinds) {
+    found.clear();
+    for (const std::string& kind : kinds) {
+        found.emplace_back(kind, 0);
+    }
+    kept = found;
+}
+
+void FileRead::losesGeometry(std::string reason) {
+    complete = lossless = false;
+    add(reasons, std::move(reason));
+}
+
+void FileRead::losesDetail(std::string reason) {
+    lossless = false;
+    add(reasons, std::move(reason));
+}
+
+void FileRead::alters(std::string change) {
+    lossless = false;
+    add(changed, std::move(change));
+}
+
+bool FileRead::keptAnything() const {
+    return std::any_of(kept.begin(), kept.end(), [](const auto& count) { return count.second > 0; });
+}
+
+} // namespace velmora

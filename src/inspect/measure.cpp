@@ -1,0 +1,87 @@
+#include "measure.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "patch_curves.h"
+#include "vectors.h"
+
+namespace velmora {
+
+namespace {
+
+template <class Sequence>
+bool hasElement(const Sequence& sequence, std::int32_t number) {
+    return number >= 0 && number < countOf(sequence);
+}
+
+/// Whether a line runs from one section to the other: each between them has its point.
+bool lineRuns(const Patch& patch, std::int32_t line, std::int32_t first, std::int32_t last) {
+    return std::all_of(patch.begin() + first, patch.begin() + last + 1,
+                       [line](const PointList& section) { return line < countOf(section); });
+}
+
+double lengthBetween(const ConstPatchCurve& curve, std::int32_t first, std::int32_t last) {
+    double length = 0.0;
+    for (std::int32_t i = first; i < last; ++i) {
+        length += distance(curve[i], curve[i + 1]);
+    }
+    return length;
+}
+
+std::optional<double> lengthAlong(const PatchList& patches, const MeasuredPlace& a, const MeasuredPlace& b) {
+    if (!a.address || !b.address || (*a.address)[0] != (*b.address)[0]) {
+        return std::nullopt;
+    }
+    const Patch& patch = patches[static_cast<std::size_t>((*a.address)[0])];
+    const auto [firstN, lastN] = std::minmax((*a.address)[1], (*b.address)[1]);
+    const auto [firstM, lastM] = std::minmax((*a.address)[2], (*b.address)[2]);
+    if (firstN == lastN) {
+        return lengthBetween(ConstPatchCurve(patch, false, firstN), firstM, lastM);
+    }
+    if (firstM == lastM && lineRuns(patch, firstM, firstN, lastN)) {
+        return lengthBetween(ConstPatchCurve(patch, true, firstM), firstN, lastN);
+    }
+    return std::nullopt;
+}
+
+std::optional<double> angleAt(const zVec<double>& b, const zVec<double>& a, const zVec<double>& c) {
+    if (a == b || c == b) {
+        return std::nullopt;
+    }
+    return std::atan2(lengthOf(cross(a - b, c - b)), dot(a - b, c - b)) * (180.0 / std::numbers::pi);
+}
+
+} // namespace
+
+std::optional<MeasuredPlace> gridPlace(const PatchList& patches, std::int32_t K, std::int32_t N, std::int32_t M) {
+    if (!hasElement(patches, K) || !hasElement(patches[static_cast<std::size_t>(K)], N)) {
+        return std::nullopt;
+    }
+    const PointList& section = patches[static_cast<std::size_t>(K)][static_cast<std::size_t>(N)];
+    if (!hasElement(section, M)) {
+        return std::nullopt;
+    }
+    return MeasuredPlace{section[static_cast<std::size_t>(M)], std::array{K, N, M}};
+}
+
+std::optional<MeasuredPlace> nodePlace(const zRegion_fe& region, std::int32_t zone, std::int32_t node) {
+    MeasuredPlace place;
+    if (region.getNode(zone, node, place.point.x, place.point.y, place.point.z) != 0) {
+        return std::nullopt;
+    }
+    return place;
+}
+
+Measurement measure(const PatchList& patches, const MeasuredPlace& a, const MeasuredPlace& b,
+                    const std::optional<MeasuredPlace>& c) {
+    Measurement result;
+    result.distance = distance(a.point, b.point);
+    result.delta = b.point - a.point;
+    result.along = lengthAlong(patches, a, b);
+    result.angle = c ? angleAt(b.point, a.point, c->point) : std::nullopt;
+    return result;
+}
+
+} // namespace velmora

@@ -1,0 +1,186 @@
+#include "VrmlScene.h"
+
+#include <algorithm>
+#include <array>
+
+#include "characters.h"
+#include "number_text.h"
+#include "zExceptions.h"
+
+namespace velmora {
+
+namespace {
+
+template <std::size_t count>
+bool isOneOf(std::string_view word, const std::array<std::string_view, count>& words) {
+    return std::find(words.begin(), words.end(), word) != words.end();
+}
+
+/// Fields whose numbers move, turn or scale what stands below them.
+constexpr std::array<std::string_view, 5> placingFields{"translation", "rotation", "scale", "scaleFactor", "matrix"};
+constexpr std::array<std::string_view, 9> shapes{"Box",       "Cone",          "Cylinder",       "Sphere",  "Cube",
+                                                 "Extrusion", "ElevationGrid", "IndexedLineSet", "PointSet"};
+constexpr std::array<std::string_view, 5> colourFields{"diffuseColor", "ambientColor", "emissiveColor", "specularColor",
+                                                       "transparency"};
+constexpr std::array<std::string_view, 7> textureNodes{"ImageTexture",     "PixelTexture",     "MovieTexture",
+                                                       "Texture2",         "TextureTransform", "Texture2Transform",
+                                                       "TextureCoordinate"};
+/// Fields of which what is used again is no shape.
+constexpr std::array<std::string_view, 6> looksFields{"appearance",       "material",  "texture",
+                                                      "textureTransform", "fontStyle", "viewpoint"};
+constexpr std::array<std::string_view, 3> fileNodes{"Inline", "WWWInline", "EXTERNPROTO"};
+
+// Whether numbers of a field leave everything where it is.
+bool placesNothing(std::string_view field, const std::vector<double>& values) {
+    const auto all = [&values](double wanted) {
+        return std::all_of(values.begin(), values.end(), [wanted](double value) { return value == wanted; });
+    };
+    if (field == "translation") {
+        return all(0.0);
+    }
+    if (field == "rotation") {
+        return values.size() < 4 || values[3] == 0.0;
+    }
+    if (field == "matrix") {
+        constexpr std::size_t side = 4;
+        for (std::size_t index = 0; index < values.size(); ++index) {
+            if (values[index] != (index % (side + 1) == 0 ? 1.0 : 0.0)) {
+                return false;
+            }
+        }
+        return true;
+    }
+    return all(1.0);
+}
+
+} // namespace
+
+void VrmlScene::take(std::string_view text) {
+    for (const char c : text) {
+        take(c);
+    }
+}
+
+void VrmlScene::take(char c) {
+    if (inComment_) {
+        inComment_ = c != '\n';
+    } else if (inString_) {
+        inString_ = c != '"' || last_ == '\\';
+    } else if (c == '#' || c == '"') {
+        endToken();
+        inComment_ = c == '#';
+        inString_ = c == '"';
+    } else if (isSpace(c) || c == ',' || c == '[' || c == ']') {
+        endToken();
+    } else if (c == '{' || c == '}') {
+        if (c == '{' && !token_.empty()) {
+            node_ = token_;
+        }
+        endToken();
+        if (c == '}') {
+            endNode();
+        }
+    } else if (!token_.empty() || isLetter(c) || !field_.empty()) {
+        token_ += c; // numbers that belong to no field of interest are not kept
+    }
+    last_ = c;
+}
+
+void VrmlScene::endToken() {
+    if (token_.empty()) {
+        return;
+    }
+    if (isLetter(token_.front())) {
+        takeWord();
+    } else {
+        takeNumber(token_);
+    }
+    token_.clear();
+}
+
+void VrmlScene::takeWord() {
+    judgeValues();
+    const std::string& word = token_;
+    if (isOneOf(word, placingFields)) {
+        field_ = word;
+    } else if (isOneOf(word, shapes)) {
+        otherShapes_.insert(word);
+    } else if (isOneOf(word, colourFields)) {
+        ++colours_;
+    } else if (isOneOf(word, textureNodes)) {
+        ++textures_;
+    } else if (isOneOf(word, fileNodes)) {
+        ++files_;
+    } else if (word == "DEF") {
+        ++names_;
+    } else if (word == "USE" && !isOneOf(previous_, looksFields)) {
+        ++uses_;
+    }
+    previous_ = word;
+    if (word.front() >= 'A' && word.front() <= 'Z') {
+        node_ = word;
+    }
+}
+
+void VrmlScene::takeNumber(std::string_view text) {
+    try {
+        values_.push_back(fromString<double>(std::string(text)));
+    } catch (const ValueError&) {
+        return;
+    }
+}
+
+// A transform of a texture moves no point.
+void VrmlScene::judgeValues() {
+    const bool ofTexture = node_.find("Texture") != std::string::npos;
+    if (!field_.empty() && !ofTexture && !values_.empty() && !placesNothing(field_, values_)) {
+        ++placings_;
+    }
+    field_.clear();
+    values_.clear();
+}
+
+void VrmlScene::endNode() {
+    endToken();
+    judgeValues();
+}
+
+void VrmlScene::takeFieldOfFaces(std::string_view name) {
+    colours_ += name == "color" || name == "colorIndex" ? 1 : 0;
+    textures_ += name == "texCoord" || name == "texCoordIndex" ? 1 : 0;
+    turned_ += name == "ccw" ? 1 : 0;
+}
+
+void VrmlScene::note(FileRead& record) const {
+    const auto told = [](const char* what, std::int64_t count) { return what + std::to_string(count); };
+    if (placings_ > 0) {
+        record.losesGeometry(told("Records that move, turn or scale face sets and are not followed: ", placings_));
+    }
+    if (uses_ > 0) {
+        record.losesGeometry(told("Shapes that stand again by USE and are not read: ", uses_));
+    }
+    if (files_ > 0) {
+        record.losesGeometry(told("Parts of the scene in other files, which are not read: ", files_));
+    }
+    if (!otherShapes_.empty()) {
+        std::string names;
+        for (const std::string& name : otherShapes_) {
+            names += (names.empty() ? "" : ", ") + name;
+        }
+        record.losesGeometry("Shapes other than face sets are not read: " + names);
+    }
+    if (colours_ > 0) {
+        record.losesDetail(told("Records of colours that are not kept: ", colours_));
+    }
+    if (textures_ > 0) {
+        record.losesDetail(told("Records of textures that are not kept: ", textures_));
+    }
+    if (names_ > 0) {
+        record.losesDetail(told("Names of nodes that are not kept: ", names_));
+    }
+    if (turned_ > 0) {
+        record.losesDetail(told("Face sets that tell which side is the front, which is not followed: ", turned_));
+    }
+}
+
+} // namespace velmora

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "FileRecord.h"
+#include "Message.h"
+#include "UserInterface.h"
+
+namespace velmora {
+
+/// What a piece of work came to, from the best to the worst.
+enum class Outcome {
+    Ok,
+    Cancelled, ///< a chooser, a dialog or a question was answered so
+    Partial,   ///< done, but a file holds geometry that is not in the model
+    Refused,   ///< it cannot be done; the model is as before
+    Failed,    ///< a file could not be opened, read or written, or gave no model
+};
+
+/// "ok", "cancelled", "partial", "refused", "failed".
+const char* nameOf(Outcome outcome);
+
+/// What happened while a command ran, or any other piece of work: all that was said, asked and answered, and the files
+/// that were read and written, each kind in its order.
+struct CommandReport {
+    struct Question {
+        std::string text;
+        bool yes = false;
+    };
+    struct Field {
+        using Value = std::variant<std::int32_t, double, bool>;
+        std::string key;
+        Value shown; ///< as the dialog came up
+        Value taken; ///< as it closed
+    };
+    struct Dialog {
+        std::string name; ///< class name of its values: "CRebreak"
+        bool ok = false;
+        std::vector<Field> fields; ///< none of the point table, which is no form
+    };
+    struct Chooser {
+        std::string command; ///< the id of the command that asked
+        ChooserMode mode = ChooserMode::Open;
+        std::vector<std::filesystem::path> paths; ///< none: cancelled
+    };
+
+    std::vector<Message> messages;
+    std::vector<Question> questions;
+    std::vector<Dialog> dialogs;
+    std::vector<Chooser> choosers;
+    std::vector<std::string> statuses;
+    std::vector<std::string> titles;
+    std::vector<FileRead> filesRead;
+    std::vector<FileWritten> filesWritten;
+    bool off = false;    ///< the command is off in this state: nothing was done
+    bool stayed = false; ///< the program was to end, and stays because its model could not be saved
+
+    /// The worst that is in the report.
+    Outcome outcome() const;
+    /// True when what failed was to write a file.
+    bool writeFailed() const;
+};
+
+/// True when nothing of a file came into the program, as of an empty one.
+bool keptNothing(const FileRead& read);
+
+} // namespace velmora

@@ -1,0 +1,102 @@
+#include "Recorder.h"
+
+#include "CRegularInput.h"
+#include "DialogForm.h"
+
+namespace velmora {
+
+namespace {
+
+std::vector<CommandReport::Field::Value> valuesOf(const DialogForm& form) {
+    std::vector<CommandReport::Field::Value> values;
+    for (const DialogField& field : form.fields) {
+        values.push_back(
+            std::visit([](const auto* value) { return CommandReport::Field::Value(*value); }, field.value));
+    }
+    return values;
+}
+
+CommandReport::Dialog dialogOf(const DialogForm& form, const std::vector<CommandReport::Field::Value>& shown, bool ok) {
+    CommandReport::Dialog dialog{form.name, ok, {}};
+    const auto taken = valuesOf(form);
+    for (std::size_t i = 0; i < form.fields.size(); ++i) {
+        dialog.fields.push_back({form.fields[i].key, shown[i], taken[i]});
+    }
+    return dialog;
+}
+
+} // namespace
+
+template <class Entry>
+void Recorder::note(std::vector<Entry> CommandReport::*list, const Entry& entry) {
+    for (CommandReport* report : open_) {
+        (report->*list).push_back(entry);
+    }
+}
+
+void Recorder::note(bool CommandReport::*flag) {
+    for (CommandReport* report : open_) {
+        report->*flag = true;
+    }
+}
+
+// What only tells is noted first, what asks once the answer is there: the window may do other work meanwhile.
+
+void Recorder::showMessage(const Message& message) {
+    note(&CommandReport::messages, message);
+    person_.showMessage(message);
+}
+
+bool Recorder::ask(const std::string& text) {
+    const bool yes = person_.ask(text);
+    note(&CommandReport::questions, {text, yes});
+    return yes;
+}
+
+/// One that stayed without an answer is noted as a no: nothing was done.
+Answer Recorder::askOrNone(const std::string& text) {
+    const Answer answer = person_.askOrNone(text);
+    note(&CommandReport::questions, {text, answer == Answer::Yes});
+    return answer;
+}
+
+void Recorder::showStatus(const std::string& text) {
+    note(&CommandReport::statuses, text);
+    person_.showStatus(text);
+}
+
+void Recorder::showTitle(const std::string& title) {
+    note(&CommandReport::titles, title);
+    person_.showTitle(title);
+}
+
+bool Recorder::showDialog(DialogForm& form) {
+    const auto shown = valuesOf(form);
+    const bool ok = person_.showDialog(form);
+    note(&CommandReport::dialogs, dialogOf(form, shown, ok));
+    return ok;
+}
+
+bool Recorder::showRegularInput(CRegularInput& table) {
+    const bool ok = person_.showRegularInput(table);
+    note(&CommandReport::dialogs, {"CRegularInput", ok, {}});
+    return ok;
+}
+
+std::vector<std::filesystem::path> Recorder::chooseFiles(const FileRequest& request) {
+    auto paths = person_.chooseFiles(request);
+    note(&CommandReport::choosers, {request.command, request.mode, paths});
+    return paths;
+}
+
+void Recorder::tellFileRead(const FileRead& read) {
+    note(&CommandReport::filesRead, read);
+    person_.tellFileRead(read);
+}
+
+void Recorder::tellFileWritten(const FileWritten& written) {
+    note(&CommandReport::filesWritten, written);
+    person_.tellFileWritten(written);
+}
+
+} // namespace velmora

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <vector>
+
+#include "CommandReport.h"
+#include "UserInterface.h"
+
+namespace velmora {
+
+/// Stands between the document and the person: hands everything on, and notes it in the reports that are open.
+class Recorder : public UserInterface {
+public:
+    /// `person` must outlive the object.
+    explicit Recorder(UserInterface& person) : person_(person) {}
+
+    /// Notes all that happens in its life in `report`; of what runs within other work both reports are told.
+    class Scope {
+    public:
+        Scope(Recorder& recorder, CommandReport& report) : recorder_(recorder) { recorder_.open_.push_back(&report); }
+        Scope(const Scope&) = delete;
+        Scope& operator=(const Scope&) = delete;
+        ~Scope() { recorder_.open_.pop_back(); }
+
+    private:
+        Recorder& recorder_;
+    };
+
+    /// Sets a flag of the reports that are open.
+    void note(bool CommandReport::*flag);
+
+    void showMessage(const Message& message) override;
+    bool ask(const std::string& text) override;
+    Answer askOrNone(const std::string& text) override;
+    void showStatus(const std::string& text) override;
+    void showTitle(const std::string& title) override;
+    bool showDialog(DialogForm& form) override;
+    bool showRegularInput(CRegularInput& table) override;
+    std::vector<std::filesystem::path> chooseFiles(const FileRequest& request) override;
+    void setBusy(bool busy) override { person_.setBusy(busy); }
+    void showProgress(double fraction) override { person_.showProgress(fraction); }
+    void addRecentFile(const std::filesystem::path& path) override { person_.addRecentFile(path); }
+    void tellFileRead(const FileRead& read) override;
+    void tellFileWritten(const FileWritten& written) override;
+
+private:
+    template <class Entry>
+    void note(std::vector<Entry> CommandReport::*list, const Entry& entry);
+
+    UserInterface& person_;
+    std::vector<CommandReport*> open_; ///< the innermost is the last
+};
+
+} // namespace velmora

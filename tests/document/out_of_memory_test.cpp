@@ -1,0 +1,245 @@
+// Every allocation of a command fails in turn: the document is as it was before the command then.
+
+#include <atomic>
+#include <cstdlib>
+#include <functional>
+#include <new>
+#include <string>
+
+#include "CommandGuard.h"
+#include "document_fixture.h"
+
+namespace {
+
+/// How many allocations still succeed; below 0 all of them do.
+std::atomic<long> allocationsLeft{-1};
+
+void* allocate(std::size_t size) {
+    const long left = allocationsLeft.load();
+    if (left == 0) {
+        throw std::bad_alloc();
+    }
+    if (left > 0) {
+        allocationsLeft = left - 1;
+    }
+    void* memory = std::malloc(size == 0 ? 1 : size);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    return allocate(size);
+}
+void* operator new[](std::size_t size) {
+    return allocate(size);
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace velmora::test {
+namespace {
+
+using Work = std::function<void(VelmoraDoc&)>;
+
+/// Answers everything with yes or OK, and keeps nothing.
+class SilentUi : public UserInterface {
+public:
+    std::filesystem::path file;
+
+    void showMessage(const Message&) override {}
+    bool ask(const std::string&) override { return true; }
+    void showStatus(const std::string&) override {}
+    void showTitle(const std::string&) override {}
+    bool showDialog(DialogForm&) override { return true; }
+    bool showRegularInput(CRegularInput&) override { return false; }
+    std::vector<std::filesystem::path> chooseFiles(const FileRequest&) override { return {file}; }
+    void setBusy(bool) override {}
+    void showProgress(double) override {}
+    void addRecentFile(const std::filesystem::path&) override {}
+};
+
+struct Bench {
+    TemporaryFolder folder;
+    SilentUi ui;
+    RecordingView view;
+    VelmoraDoc doc{ui, folder.path()};
+
+    explicit Bench(const Work& arrange) {
+        ui.file = folder / "other.apt";
+        writeFileText(ui.file, "2 2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n");
+        doc.onNewDocument();
+        doc.attachView(view);
+        doc.patches = {flatPatch(4, 5), flatPatch(3, 6), flatPatch(3, 6)};
+        for (PointList& section : doc.patches[2]) {
+            for (zVec<double>& point : section) {
+                point = point + zVec<double>(0.3, 0.2, 1.5);
+            }
+        }
+        doc.modelFile.adopt(folder / "A model with a long name.apt");
+        doc.retitle();
+        doc.updateBounds();
+        doc.documentModified = false;
+        arrange(doc);
+    }
+};
+
+/// All that a user can tell a document by.
+struct Look {
+    std::string model;
+    PatchList patches;
+    StructureKind structure;
+    FileKind file;
+    std::string title;
+    std::filesystem::path path;
+    std::string status;
+    std::vector<std::int32_t> numbers;
+    std::vector<bool> flags;
+    std::vector<std::int32_t> block;
+
+    explicit Look(const VelmoraDoc& doc)
+        : model(doc.rescueBytes()), patches(doc.patches), structure(doc.structureKind), file(doc.fileKind),
+          title(doc.modelFile.documentTitle), path(doc.modelFile.chosenPath),
+          status(doc.status), numbers{doc.capture->capturedPatch, doc.capture->capturedPointSection,
+                                      doc.capture->capturedPoint, doc.capture->capturedSection,
+                                      doc.capture->capturedLine},
+          flags{doc.documentModified,         doc.surfaceMode,           doc.capture->pointCaptured,
+                doc.capture->sectionCaptured, doc.capture->lineCaptured, doc.capture->patchCaptured},
+          block(doc.blockList.begin(), doc.blockList.begin() + doc.blockCount) {}
+
+    friend bool operator==(const Look&, const Look&) = default;
+};
+
+void expectStrong(const char* name, const Work& arrange, const Work& run) {
+    SCOPED_TRACE(name);
+    int failures = 0;
+    for (long count = 0; count < 100000; count += count < 150 ? 1 : 1 + count / 20) {
+        Bench bench(arrange);
+        const Look before(bench.doc);
+        bool failed = false;
+        try {
+            const CommandGuard guard(bench.doc);
+            allocationsLeft = count;
+            run(bench.doc);
+            allocationsLeft = -1;
+        } catch (const std::bad_alloc&) {
+            allocationsLeft = -1;
+            failed = true;
+        }
+        if (!failed) {
+            EXPECT_GT(failures, 3) << "too few allocations to tell anything";
+            return;
+        }
+        ++failures;
+        const Look after(bench.doc);
+        ASSERT_TRUE(after == before) << "allocation " << count;
+        EXPECT_TRUE(!bench.doc.patchUndoReady || !bench.doc.undoPatches.empty() || !bench.doc.undoRegion.blocks.empty())
+            << count;
+    }
+    FAIL() << "the command never came to its end";
+}
+
+const Work nothing = [](VelmoraDoc&) {};
+
+void holdFirstSection(VelmoraDoc& doc) {
+    doc.inputSectionValues.patch = 1;
+    doc.inputSectionValues.section = 2;
+    doc.InputSection();
+}
+
+void putIntoBlock(VelmoraDoc& doc) {
+    doc.inputPatchValues.number = 2;
+    doc.InputPatch();
+}
+
+TEST(OutOfMemory, CommandsOnTheWholeModelLeaveItAsItWas) {
+    expectStrong("Move", nothing, [](VelmoraDoc& doc) { doc.MoveModel(); });
+    expectStrong("Symmetric", nothing, [](VelmoraDoc& doc) { doc.SymmetricModel(); });
+    expectStrong("Flip", holdFirstSection, [](VelmoraDoc& doc) { doc.FlipModel(); });
+    expectStrong("Convertation", holdFirstSection, [](VelmoraDoc& doc) { doc.Convertation(); });
+    expectStrong("Last/First", holdFirstSection, [](VelmoraDoc& doc) { doc.LastFirstSwitch(); });
+    expectStrong("Smooth", nothing, [](VelmoraDoc& doc) { doc.SmoothGeometry(); });
+    expectStrong("Coons", nothing, [](VelmoraDoc& doc) { doc.CoonsRebuild(); });
+    expectStrong("To triangles", holdFirstSection, [](VelmoraDoc& doc) { doc.ConvertToUnstructured(); });
+}
+
+TEST(OutOfMemory, CommandsOnSectionsLeaveTheModelAsItWas) {
+    expectStrong("Rebreak", holdFirstSection, [](VelmoraDoc& doc) {
+        doc.rebreakValues.law.newCount = 40;
+        doc.Rebreak();
+    });
+    expectStrong("Weeding", holdFirstSection, [](VelmoraDoc& doc) { doc.Weeding(); });
+    expectStrong("Duplicate", holdFirstSection, [](VelmoraDoc& doc) {
+        doc.duplicateValues.duplicateCount = 30;
+        doc.DuplicateCurve();
+    });
+    expectStrong("Delete", holdFirstSection, [](VelmoraDoc& doc) { doc.DeleteCurve(); });
+    expectStrong("Split", holdFirstSection, [](VelmoraDoc& doc) { doc.SplitPatch(); });
+    expectStrong("Interpolate", holdFirstSection, [](VelmoraDoc& doc) { doc.Interpolate(); });
+}
+
+TEST(OutOfMemory, CommandsOnTheBlockLeaveTheModelAsItWas) {
+    expectStrong("Delete", putIntoBlock, [](VelmoraDoc& doc) { doc.DeleteBlock(); });
+    expectStrong("Extract", putIntoBlock, [](VelmoraDoc& doc) { doc.ExtractBlock(); });
+    expectStrong("Reflection", putIntoBlock, [](VelmoraDoc& doc) { doc.ReflectToApt(); });
+}
+
+TEST(OutOfMemory, OpenAndUndoLeaveTheModelAsItWas) {
+    expectStrong("Open", holdFirstSection, [](VelmoraDoc& doc) { doc.openFiles(); });
+    expectStrong(
+        "Undo", [](VelmoraDoc& doc) { doc.MoveModel(); }, [](VelmoraDoc& doc) { doc.UndoPatch(); });
+    expectStrong(
+        "Undo of a conversion", [](VelmoraDoc& doc) { doc.ConvertToUnstructured(); },
+        [](VelmoraDoc& doc) { doc.UndoPatch(); });
+}
+
+TEST(OutOfMemory, AGuardWithinAGuardPutsTheModelBackOnce) {
+    Bench bench(nothing);
+    const Look before(bench.doc);
+    try {
+        const CommandGuard outer(bench.doc);
+        const CommandGuard inner(bench.doc);
+        bench.doc.moveValues.deltaX = 3;
+        bench.doc.MoveModel();
+        ASSERT_NE(bench.doc.patches, before.patches);
+        throw std::bad_alloc();
+    } catch (const std::bad_alloc&) {
+        EXPECT_TRUE(Look(bench.doc) == before);
+    }
+}
+
+TEST(OutOfMemory, WithoutAnExceptionTheGuardChangesNothing) {
+    Bench bench(nothing);
+    const PatchList before = bench.doc.patches;
+    {
+        const CommandGuard guard(bench.doc);
+        bench.doc.moveValues.deltaX = 3;
+        bench.doc.MoveModel();
+    }
+    EXPECT_NE(bench.doc.patches, before);
+    EXPECT_TRUE(bench.doc.patchUndoReady);
+    bench.doc.UndoPatch();
+    EXPECT_EQ(bench.doc.patches, before);
+}
+
+TEST(CauseOf, NamesWhatAUserCanMakeSenseOf) {
+    EXPECT_EQ(causeOf(std::bad_alloc()), "out of memory");
+    EXPECT_EQ(causeOf(std::length_error("vector")), "more than fits");
+    EXPECT_EQ(causeOf(std::runtime_error("the pen is dry")), "the pen is dry");
+}
+
+} // namespace
+} // namespace velmora::test

@@ -1,0 +1,320 @@
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "FailingReads.h"
+#include "interchange.h"
+#include "temporary_folder.h"
+
+namespace velmora {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+const std::string vertices = "outer loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\nendloop\n";
+const std::string facet = "facet normal 0 0 1\n" + vertices + "endfacet\n";
+const std::string vrmlHead = "#VRML V2.0 utf8\n";
+const std::string faces = "geometry IndexedFaceSet {\n coord Coordinate { point [ 0 0 0 1 0 0 0 1 0 ] }\n"
+                          " coordIndex [ 0 1 2 -1 ]\n}\n";
+const std::string datHead = "TITLE = \"t\"\nVARIABLES = \"x\" \"y\" \"z\"\n";
+const std::string gridZone = "ZONE I=2, J=2, K=1, F=POINT\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n";
+const std::string triangleZone = "ZONE N=3, E=1, F=FEPOINT, ET=TRIANGLE\n0 0 0\n1 0 0\n0 1 0\n1 2 3\n";
+
+/// What the facade tells of a file of that text.
+class ZoneRecord : public testing::Test {
+protected:
+    FileRead read(const std::string& name, const std::string& text) {
+        test::writeFileText(folder_ / name, text);
+        return read(name);
+    }
+    FileRead read(const std::string& name) {
+        zRegion structured;
+        zRegion_fe unstructured;
+        FileRead record;
+        told_.clear();
+        read_ = readGeometry(
+            folder_ / name, false, structured, unstructured, [this](const std::string& told) { told_ += told; }, {},
+            &record);
+        return record;
+    }
+
+    test::TemporaryFolder folder_;
+    bool read_ = false;
+    std::string told_;
+};
+
+testing::AssertionResult nothingLost(const FileRead& record) {
+    if (record.complete && record.lossless && record.reasons.empty() && record.changed.empty() &&
+        record.found == record.kept) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << testing::PrintToString(record.reasons)
+                                       << testing::PrintToString(record.changed);
+}
+
+TEST_F(ZoneRecord, AWholeFileOfEachKindLosesNothing) {
+    const FileRead stl = read("a.stl", "solid a\n" + facet + facet + "endsolid a\nsolid b\n" + facet + "endsolid b\n");
+    EXPECT_TRUE(nothingLost(stl));
+    EXPECT_EQ(stl.kept, (Counts{{"facets", 3}, {"solids", 2}}));
+    EXPECT_EQ(stl.format, "stl");
+    const FileRead wrl = read("a.wrl", vrmlHead + "Shape {\n" + faces + "}\nShape {\n" + faces + "}\n");
+    EXPECT_TRUE(nothingLost(wrl));
+    EXPECT_EQ(wrl.kept, (Counts{{"faceSets", 2}}));
+    const FileRead grid = read("a.dat", datHead + gridZone);
+    EXPECT_TRUE(nothingLost(grid));
+    EXPECT_EQ(grid.kept, (Counts{{"zones", 1}, {"points", 4}, {"variables", 3}}));
+    const FileRead triangles = read("a.dat", datHead + triangleZone + triangleZone);
+    EXPECT_TRUE(nothingLost(triangles));
+    EXPECT_EQ(triangles.kept, (Counts{{"zones", 2}, {"points", 6}, {"variables", 3}}));
+    EXPECT_EQ(triangles.bytes, test::fileText(folder_ / "a.dat").size());
+}
+
+TEST_F(ZoneRecord, AnEmptyStlOrDatHoldsNothingAndLosesNothing) {
+    EXPECT_TRUE(nothingLost(read("a.stl", "")));
+    EXPECT_TRUE(nothingLost(read("a.dat", "")));
+}
+
+TEST_F(ZoneRecord, WhatTheWritersMakeLosesNothing) {
+    zRegion structured;
+    zRegion_fe region;
+    ASSERT_TRUE(readGeometry(test::writeFileText(folder_ / "a.dat", datHead + triangleZone), false, structured, region,
+                             [](const std::string&) {}));
+    for (const char* name : {"b.stl", "b.wrl", "b.dat"}) {
+        WriteOutcome outcome;
+        ASSERT_TRUE(writeGeometry(
+            folder_ / name, 16, {}, region, [](const std::string&) {}, {}, &outcome));
+        EXPECT_TRUE(outcome.written);
+        EXPECT_EQ(outcome.record.bytes, test::fileText(folder_ / name).size());
+        const FileRead again = read(name);
+        EXPECT_TRUE(nothingLost(again)) << name;
+        EXPECT_EQ(again.kept, outcome.record.counts) << name;
+        EXPECT_EQ(again.format, outcome.record.format);
+    }
+}
+
+// ---- STL ------------------------------------------------------------------------------------------------------------
+
+TEST_F(ZoneRecord, TheFirstFacetOfASolidWithoutANameIsToldAsLost) {
+    const FileRead record = read("a.stl", "solid\n" + facet + facet + "endsolid\n");
+    EXPECT_EQ(record.found, (Counts{{"facets", 2}, {"solids", 1}}));
+    EXPECT_EQ(record.kept, (Counts{{"facets", 1}, {"solids", 1}}));
+    EXPECT_FALSE(record.complete);
+    EXPECT_THAT(record.reasons,
+                ElementsAre("Facets in the file: 2, kept: 1 (the first facet of a solid without a name)"));
+}
+
+TEST_F(ZoneRecord, ASolidBehindAnEndWithoutANameIsToldAsLost) {
+    const FileRead record = read("a.stl", "solid a\n" + facet + "endsolid\nsolid b\n" + facet + facet + "endsolid b\n");
+    EXPECT_EQ(record.found, (Counts{{"facets", 3}, {"solids", 2}}));
+    EXPECT_EQ(record.kept, (Counts{{"facets", 1}, {"solids", 1}}));
+    EXPECT_THAT(record.reasons,
+                ElementsAre("Facets in the file: 3, kept: 1 (2 behind the end of a solid without a name)"));
+}
+
+TEST_F(ZoneRecord, DamagedAndNarrowFacetsAreTold) {
+    const FileRead record = read(
+        "a.stl", "solid a\n" + facet + "facet normal nan nan nan\n" + vertices + "endfacet\n" +
+                     "facet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nendloop\nendfacet\nendsolid a\n");
+    EXPECT_EQ(record.found, (Counts{{"facets", 3}, {"solids", 1}}));
+    EXPECT_EQ(record.kept, (Counts{{"facets", 1}, {"solids", 1}}));
+    EXPECT_THAT(record.reasons, ElementsAre("Facets in the file: 3, kept: 1 (1 damaged, the first at line 9)",
+                                            "Facets in the file: 3, kept: 1 (1 of fewer than three corners)"));
+}
+
+TEST_F(ZoneRecord, DegenerateAndWideFacetsAreKeptAndTold) {
+    const FileRead record =
+        read("a.stl", "solid a\nfacet normal 0 0 0\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 2 0 0\nendloop\n"
+                      "endfacet\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 1 1 0\n"
+                      "vertex 0 1 0\nendloop\nendfacet\nendsolid a\n");
+    EXPECT_EQ(record.found, record.kept);
+    EXPECT_TRUE(record.complete);
+    EXPECT_FALSE(record.lossless);
+    EXPECT_THAT(record.changed,
+                ElementsAre("Facets of more than three corners: 1, made triangles", "Degenerate triangles: 1"));
+}
+
+TEST_F(ZoneRecord, ABinaryStlIsToldAsOne) {
+    std::string text(84 + 2 * 50, '\0');
+    text.replace(0, 12, "solid binary");
+    text[80] = 2;
+    const FileRead record = read("a.stl", text);
+    EXPECT_FALSE(record.complete);
+    EXPECT_FALSE(record.keptAnything());
+    EXPECT_EQ(countOf(record.found, "facets"), 2);
+    EXPECT_THAT(record.reasons,
+                ElementsAre(HasSubstr("Facets in the file: 2, kept: 0 (a binary STL file: Open reads text")));
+}
+
+TEST_F(ZoneRecord, ANameOfSeveralWordsIsToldAsCut) {
+    const FileRead record = read("a.stl", "solid left wing\n" + facet + "endsolid left wing\n");
+    EXPECT_TRUE(record.complete);
+    EXPECT_FALSE(record.lossless);
+    EXPECT_THAT(record.reasons, ElementsAre("Names of solids of which only the first word is kept: 1"));
+}
+
+TEST_F(ZoneRecord, AFileWithoutASolidIsTold) {
+    EXPECT_THAT(read("a.stl", "nothing\n").reasons, ElementsAre("No solid stands in the file"));
+}
+
+// ---- VRML -----------------------------------------------------------------------------------------------------------
+
+TEST_F(ZoneRecord, FaceSetsWithCommasBetweenTheirNumbersAreToldAsLost) {
+    const std::string commas = "geometry IndexedFaceSet { coord Coordinate { point [ 0 0 0, 1 0 0, 0 1 0 ] }\n"
+                               " coordIndex [ 0, 1, 2, -1 ] }\n";
+    const FileRead all = read("a.wrl", vrmlHead + commas + commas);
+    EXPECT_EQ(all.found, (Counts{{"faceSets", 2}}));
+    EXPECT_EQ(all.kept, (Counts{{"faceSets", 0}}));
+    EXPECT_THAT(all.reasons, ElementsAre("Face sets: 2, kept: 0 (commas between numbers)"));
+    EXPECT_FALSE(read("a.wrl", vrmlHead + faces + commas).complete);
+}
+
+TEST_F(ZoneRecord, FaceSetsThatGiveNoZoneAreToldByTheirReasons) {
+    const FileRead record =
+        read("a.wrl", vrmlHead + faces + "geometry IndexedFaceSet { coord DEF P Coordinate { point [ 0 0 0 ] } }\n" +
+                          "geometry IndexedFaceSet { coord Coordinate { point [ 0 0 0 ] } coordIndex [ ] }\n" +
+                          "geometry IndexedFaceSet { coordIndex [ 0 1 2 -1 ] }\ngeometry IndexedFaceSet { coord");
+    EXPECT_EQ(record.found, (Counts{{"faceSets", 5}}));
+    EXPECT_EQ(record.kept, (Counts{{"faceSets", 1}}));
+    EXPECT_THAT(record.reasons, ElementsAre("Face sets: 5, kept: 1 (no faces; no points; points by DEF or USE; "
+                                            "the file ends within it)"));
+}
+
+TEST_F(ZoneRecord, ATransformThatMovesSomethingIsToldAndOneThatDoesNotIsNot) {
+    EXPECT_TRUE(nothingLost(read("a.wrl", vrmlHead + "Transform { translation 0 0 0 scale 1 1 1 rotation 0 0 1 0\n" +
+                                              "children [ Shape {" + faces + "} ] }\n")));
+    for (const char* field : {"translation 0 0 5", "scale 1 1 2", "rotation 0 0 1 1.5", "translation 1,0,0"}) {
+        const FileRead record =
+            read("a.wrl", vrmlHead + "Transform { " + field + " children [ Shape {" + faces + "} ] }\n");
+        EXPECT_FALSE(record.complete) << field;
+        EXPECT_THAT(record.reasons, ElementsAre("Records that move, turn or scale face sets and are not followed: 1"));
+    }
+    EXPECT_TRUE(
+        nothingLost(read("a.wrl", vrmlHead + "# translation 0 0 5\nWorldInfo { info \"scale 2 2 2\" }\n" + faces)));
+}
+
+TEST_F(ZoneRecord, ColoursNamesAndOtherShapesAreTold) {
+    const FileRead coloured =
+        read("a.wrl", vrmlHead + "Shape { appearance Appearance { material DEF M Material { diffuseColor 1 0 0 } }\n" +
+                          faces + "}\nShape { appearance Appearance { material USE M }\n" + faces + "}\n");
+    EXPECT_TRUE(coloured.complete);
+    EXPECT_FALSE(coloured.lossless);
+    EXPECT_THAT(coloured.reasons,
+                ElementsAre("Records of colours that are not kept: 1", "Names of nodes that are not kept: 1"));
+    const FileRead shapes =
+        read("a.wrl", vrmlHead + "Shape { geometry Box { size 1 1 1 } }\n" + faces +
+                          "Shape { geometry IndexedLineSet { } }\nUSE B\nInline { url \"b.wrl\" }\n");
+    EXPECT_FALSE(shapes.complete);
+    EXPECT_THAT(shapes.reasons, ElementsAre("Shapes that stand again by USE and are not read: 1",
+                                            "Parts of the scene in other files, which are not read: 1",
+                                            "Shapes other than face sets are not read: Box, IndexedLineSet"));
+}
+
+TEST_F(ZoneRecord, QuadrilateralsThatBecomeTrianglesAreTold) {
+    const FileRead record =
+        read("a.wrl", vrmlHead + "geometry IndexedFaceSet { coord Coordinate { point [ 0 0 0 1 0 0 1 1 0 0 1 0 ] }\n"
+                                 " coordIndex [ 0 1 2 3 -1 0 1 2 -1 ] }\n");
+    EXPECT_TRUE(record.complete);
+    EXPECT_FALSE(record.lossless);
+    EXPECT_THAT(record.changed, ElementsAre("Faces of more than three corners: 1, made triangles"));
+}
+
+TEST_F(ZoneRecord, AnErrorThatEndsTheReadingIsTheReasonAndKeepsNothing) {
+    const FileRead record = read("a.wrl", vrmlHead + faces +
+                                              "geometry IndexedFaceSet { coord Coordinate { point [ 0 0 0 ] }\n"
+                                              " coordIndex [ 0 1 -1 ] }\n");
+    EXPECT_FALSE(read_);
+    EXPECT_FALSE(record.complete);
+    EXPECT_FALSE(record.keptAnything());
+    EXPECT_EQ(countOf(record.found, "faceSets"), 2);
+    EXPECT_THAT(record.reasons, ElementsAre("Value Error"));
+    EXPECT_EQ(record.path, folder_ / "a.wrl");
+}
+
+// ---- Tecplot --------------------------------------------------------------------------------------------------------
+
+TEST_F(ZoneRecord, OnlyTheFirstLayerOfAVolumeIsASurface) {
+    const std::string volume = "ZONE I=2, J=2, K=2, F=POINT\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n0 0 1\n1 0 1\n0 1 1\n1 1 1\n";
+    const FileRead record = read("a.dat", datHead + volume + volume);
+    EXPECT_FALSE(record.complete);
+    EXPECT_EQ(record.found, (Counts{{"zones", 2}, {"points", 16}, {"variables", 3}}));
+    EXPECT_EQ(record.kept, (Counts{{"zones", 2}, {"points", 8}, {"variables", 3}}));
+    EXPECT_THAT(record.reasons, ElementsAre("Zones: 2, only the first layer of each is a surface"));
+    EXPECT_THAT(read("a.dat", datHead + volume + gridZone).reasons,
+                ElementsAre("Zones: 2, only the first layer of 1 is a surface"));
+}
+
+TEST_F(ZoneRecord, AZoneWithoutKIsToldAndItsNumbersWithTheirLine) {
+    const FileRead record =
+        read("a.dat", datHead + gridZone + "ZONE I=2, J=2, F=POINT\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n" + gridZone);
+    EXPECT_EQ(record.found, (Counts{{"zones", 3}, {"points", 12}, {"variables", 3}}));
+    EXPECT_EQ(record.kept, (Counts{{"zones", 2}, {"points", 8}, {"variables", 3}}));
+    EXPECT_THAT(record.reasons, ElementsAre("Zone 2: more numbers than its header tells of, from line 9 on",
+                                            "Zones: 3, 1 without K= in their header are not read"));
+}
+
+TEST_F(ZoneRecord, NarrowZonesVolumesAndSmallLettersAreTold) {
+    EXPECT_THAT(read("a.dat", datHead + gridZone + "ZONE I=3, J=1, K=1, F=POINT\n0 0 0\n1 0 0\n2 0 0\n").reasons,
+                ElementsAre("Zones: 2, 1 less than 2 points wide are no surface"));
+    EXPECT_THAT(read("a.dat", datHead + triangleZone +
+                                  "ZONE N=4, E=1, F=FEPOINT, ET=TETRAHEDRON\n0 0 0\n1 0 0\n0 1 0\n0 0 1\n1 2 3 4\n")
+                    .reasons,
+                ElementsAre("Zones: 2, 1 of lines or volumes are no surface"));
+    const FileRead small =
+        read("a.dat", datHead + gridZone + "zone I=2, J=2, K=1, F=POINT\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n");
+    EXPECT_FALSE(small.complete);
+    EXPECT_THAT(small.reasons, ElementsAre("A zone in small letters is not read, in line 8"));
+    EXPECT_THAT(read("a.dat", "only text\n").reasons, ElementsAre("No zone stands in the file"));
+}
+
+TEST_F(ZoneRecord, VariablesTitlesAndQuadrilateralsAreDetails) {
+    const FileRead record =
+        read("a.dat", "VARIABLES = \"x\" \"y\" \"z\" \"p\" \"q\"\nZONE T=\"wing\" I=2, J=2, K=1, F=POINT\n"
+                      "0 0 0 1 1\n1 0 0 1 1\n0 1 0 1 1\n1 1 0 1 1\n");
+    EXPECT_TRUE(record.complete);
+    EXPECT_FALSE(record.lossless);
+    EXPECT_THAT(record.reasons,
+                ElementsAre("Variables: 5, only x, y and z are kept", "Titles of zones that patches do not have: 1"));
+    const FileRead quads =
+        read("a.dat", datHead + "ZONE N=4, E=1, F=FEPOINT, ET=QUADRILATERAL\n0 0 0\n1 0 0\n1 1 0\n0 1 0\n1 2 3 4\n");
+    EXPECT_TRUE(quads.complete);
+    EXPECT_THAT(quads.changed, ElementsAre("Quadrilaterals: 1, made triangles"));
+    const FileRead mixed = read("a.dat", datHead + gridZone + triangleZone);
+    EXPECT_TRUE(mixed.complete);
+    EXPECT_THAT(mixed.changed, ElementsAre("Grids beside zones of triangles are made triangles"));
+}
+
+TEST_F(ZoneRecord, ANumberOfADamagedZoneIsTheReason) {
+    const FileRead record = read("a.dat", datHead + "ZONE I=2, J=2, K=1, F=POINT\n0 0 0\n1 0 x\n0 1 0\n1 1 0\n");
+    EXPECT_FALSE(read_);
+    EXPECT_THAT(record.reasons, ElementsAre(HasSubstr("invalid data")));
+    EXPECT_FALSE(record.keptAnything());
+}
+
+// ---- The disk -------------------------------------------------------------------------------------------------------
+
+TEST_F(ZoneRecord, AReadErrorIsAnErrorInEveryFormatAndNotTheEndOfTheFile) {
+    const std::string solid = "solid a\n" + facet + "endsolid a\n";
+    const std::string scene = vrmlHead + faces;
+    const std::string zone = datHead + gridZone;
+    for (const auto& [name, text] : {std::pair("a.stl", solid), std::pair("a.wrl", scene), std::pair("a.dat", zone)}) {
+        test::writeFileText(folder_ / name, text + text);
+        const test::FailingReads broken(static_cast<std::int64_t>(text.size()));
+        const FileRead record = read(name);
+        EXPECT_FALSE(read_) << name;
+        EXPECT_THAT(told_, HasSubstr("The system could not read the file behind line")) << name;
+        EXPECT_FALSE(record.complete) << name;
+        EXPECT_FALSE(record.keptAnything()) << name;
+    }
+}
+
+TEST_F(ZoneRecord, AFileThatCannotBeOpenedHasNoRecord) {
+    EXPECT_TRUE(read("none.stl").path.empty());
+    EXPECT_FALSE(read_);
+}
+
+} // namespace
+} // namespace velmora

@@ -1,0 +1,207 @@
+#include "Session.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "FakeSurface.h"
+#include "RecordingUi.h"
+#include "arranged_capture.h"
+#include "small_models.h"
+
+namespace velmora::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+/// A front end without a window, which keeps what was asked of it.
+class NotedShell : public ShellCommands {
+public:
+    std::vector<std::string> calls;
+
+    void exit() override { calls.emplace_back("exit"); }
+    void showGuide() override { calls.emplace_back("guide"); }
+    void showAbout() override { calls.emplace_back("about"); }
+    void toggleToolBars() override { calls.emplace_back("tool bars"); }
+    void toggleStatusBar() override { calls.emplace_back("status bar"); }
+};
+
+/// A session as after the start, and a folder with plate.apt in it.
+class SessionTest : public testing::Test {
+protected:
+    SessionTest() {
+        writeFileText(folder / "plate.apt", "2 3\n0 0 0\n1 0 0\n2 0 0\n0 1 0\n1 1 0\n2 1 0\n");
+        session.view().OnCreate();
+        session.view().OnSize(600, 600);
+        session.start();
+        person.transcript.clear();
+    }
+
+    CommandReport run(const char* id) { return session.run(*findCommand(id)); }
+    VelmoraDoc& doc() { return session.document(); }
+
+    /// Opens the plate and moves it.
+    void changePlate() {
+        session.open({folder / "plate.apt"});
+        person.dialogs = {{{"deltaX", "1"}}};
+        run("model.move");
+        ASSERT_TRUE(doc().documentModified);
+        person.transcript.clear();
+    }
+
+    TemporaryFolder folder;
+    RecordingUi person;
+    FakeSurface surface;
+    NotedShell shell;
+    Session session{person, surface, shell, folder.path()};
+};
+
+// ---- Commands -------------------------------------------------------------------------------------------------------
+
+TEST_F(SessionTest, TheDocumentTheViewAndTheShellRunTheirCommands) {
+    session.open({folder / "plate.apt"});
+    const CommandReport input = run("line.inputSection");
+    EXPECT_THAT(input.dialogs, testing::SizeIs(1)) << "the document's";
+    run("view.perspective");
+    EXPECT_EQ(session.view().projectionMode, 0) << "the view's";
+    run("help.topics");
+    EXPECT_THAT(shell.calls, ElementsAre("guide")) << "the shell's";
+}
+
+TEST_F(SessionTest, EveryShellCommandOfTheTableIsCarriedOut) {
+    for (const Command& command : commandTable()) {
+        shell.calls.clear();
+        EXPECT_EQ(runShellCommand(shell, command.id), command.owner == CommandOwner::Shell) << command.id;
+        EXPECT_EQ(shell.calls.size(), command.owner == CommandOwner::Shell ? 1U : 0U) << command.id;
+    }
+}
+
+TEST_F(SessionTest, EachShellCommandDoesItsOwn) {
+    for (const char* id : {"file.exit", "view.toolbar", "view.statusBar", "help.topics", "help.about"}) {
+        run(id);
+    }
+    EXPECT_THAT(shell.calls, ElementsAre("exit", "tool bars", "status bar", "guide", "about"));
+}
+
+TEST_F(SessionTest, ACommandThatIsOffDoesNothing) {
+    ASSERT_FALSE(session.isOn(*findCommand("model.move")));
+    person.dialogs = {{}};
+    const CommandReport report = run("model.move");
+    EXPECT_THAT(person.transcript, IsEmpty());
+    EXPECT_THAT(report.dialogs, IsEmpty());
+    EXPECT_TRUE(report.off);
+    EXPECT_EQ(report.outcome(), Outcome::Refused);
+}
+
+TEST_F(SessionTest, TheStatesOfDocumentAndViewTurnCommandsOff) {
+    const Command& drag = *findCommand("point.dragAndCorrect");
+    session.open({folder / "plate.apt"});
+    run("view.top");
+    session.view().OnDraw();
+    EXPECT_FALSE(session.isOn(drag)) << "nothing is captured";
+    holdSection(doc(), 0, 0);
+    holdPoint(doc(), 0, 0, 1);
+    EXPECT_TRUE(session.isOn(drag));
+    run("view.iso");
+    session.view().OnDraw();
+    EXPECT_FALSE(session.isOn(drag)) << "the view is oblique";
+}
+
+TEST_F(SessionTest, ACommandIsReportedWithWhatWasSaidAskedAndAnswered) {
+    session.open({folder / "plate.apt"});
+    person.answers = {true};
+    person.files = {{folder / "nothing.apt"}};
+    const CommandReport report = run("file.open");
+    ASSERT_THAT(report.questions, testing::SizeIs(1));
+    EXPECT_TRUE(report.questions[0].yes);
+    ASSERT_THAT(report.choosers, testing::SizeIs(1));
+    EXPECT_EQ(report.choosers[0].command, "file.open");
+    ASSERT_GE(report.messages.size(), 1U);
+    EXPECT_EQ(report.messages[0].text, "It is impossible to open selected file");
+    EXPECT_EQ(report.outcome(), Outcome::Failed);
+    EXPECT_FALSE(report.writeFailed());
+}
+
+TEST_F(SessionTest, WorkOfManyStepsHasOneReport) {
+    CommandReport moved;
+    const CommandReport report = session.perform([&] {
+        session.open({folder / "plate.apt"});
+        moved = run("model.move");
+    });
+    EXPECT_THAT(moved.titles, IsEmpty());
+    EXPECT_EQ(moved.outcome(), Outcome::Cancelled) << "nobody answered its dialog";
+    EXPECT_THAT(report.titles, ElementsAre("plate.apt"));
+    EXPECT_EQ(report.outcome(), Outcome::Cancelled);
+}
+
+// ---- Files ----------------------------------------------------------------------------------------------------------
+
+TEST_F(SessionTest, OpensByPathWithoutAQuestion) {
+    changePlate();
+    EXPECT_EQ(session.open({folder / "plate.apt"}).outcome(), Outcome::Ok);
+    EXPECT_FALSE(doc().documentModified);
+    EXPECT_THAT(person.transcript, Not(Contains(testing::StartsWith("question"))));
+}
+
+TEST_F(SessionTest, OpensInsteadOfAModelThatMayBeSavedFirst) {
+    changePlate();
+    writeFileText(folder / "other.apt", "2 2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n");
+    person.answers = {true};
+    const CommandReport report = session.openInstead({folder / "other.apt"});
+    EXPECT_EQ(report.outcome(), Outcome::Ok);
+    EXPECT_THAT(report.titles, Contains("other.apt"));
+    EXPECT_THAT(fileText(folder / "plate.apt"), testing::StartsWith("2 3\n1"));
+}
+
+TEST_F(SessionTest, AModelThatCannotBeSavedIsNotReplaced) {
+    changePlate();
+    doc().modelFile.chosenPath = folder / "gone" / "plate.apt";
+    person.answers = {true};
+    const CommandReport report = session.openInstead({folder / "plate.apt"});
+    EXPECT_EQ(report.outcome(), Outcome::Failed);
+    EXPECT_TRUE(report.writeFailed());
+    EXPECT_TRUE(doc().documentModified);
+    EXPECT_EQ(doc().patches[0][0][0].x, 1.0) << "the model that was moved";
+}
+
+TEST_F(SessionTest, OnlyFilesThatWereOpenedAreRecent) {
+    session.open({folder / "nothing.apt"});
+    session.open({folder / "wing.foo"});
+    EXPECT_THAT(person.transcript, Not(Contains(testing::StartsWith("recent"))));
+    session.open({folder / "plate.apt"});
+    EXPECT_THAT(person.transcript, Contains("recent: " + (folder / "plate.apt").string()));
+}
+
+// ---- Leaving --------------------------------------------------------------------------------------------------------
+
+TEST_F(SessionTest, LeavesWithoutAQuestionWhenNothingChanged) {
+    EXPECT_TRUE(session.leave());
+    EXPECT_THAT(person.transcript, IsEmpty());
+}
+
+TEST_F(SessionTest, LeavesWithTheModelSavedOrNot) {
+    changePlate();
+    person.answers = {false};
+    EXPECT_TRUE(session.leave());
+    EXPECT_THAT(fileText(folder / "plate.apt"), testing::StartsWith("2 3\n0"));
+    person.answers = {true};
+    EXPECT_TRUE(session.leave());
+    EXPECT_THAT(fileText(folder / "plate.apt"), testing::StartsWith("2 3\n1"));
+}
+
+TEST_F(SessionTest, StaysWhenTheModelCannotBeSaved) {
+    changePlate();
+    doc().modelFile.chosenPath = folder / "gone" / "plate.apt";
+    person.answers = {true};
+    bool left = true;
+    const CommandReport report = session.perform([&] { left = session.leave(); });
+    EXPECT_FALSE(left);
+    EXPECT_TRUE(report.stayed);
+    EXPECT_EQ(report.outcome(), Outcome::Failed);
+    EXPECT_TRUE(doc().documentModified);
+}
+
+} // namespace
+} // namespace velmora::test

@@ -54,7 +54,7 @@ struct Fixture {
         const ExchangeModel model = makeModel();
         ExportOptions text;
         text.binary = false;
-        FileWritten written;
+        WriteOutcome written;
         const bool made = exportFile(folder / "model.stl", model, {}, written) == ExportOutcome::Done &&
                           exportFile(folder / "model.p3d", model, {}, written) == ExportOutcome::Done &&
                           exportFile(folder / "model.xyz", model, text, written) == ExportOutcome::Done &&

@@ -57,7 +57,7 @@ inline void checkExport(const ExchangeModel& model) {
     static const OutputFolder folder;
     const bool grids = !model.patches.empty();
     const std::filesystem::path path = folder / (grids ? "again.p3d" : "again.ply");
-    FileWritten written;
+    WriteOutcome written;
     require(exportFile(path, model, {}, written) == ExportOutcome::Done);
     ExchangeModel again;
     FileRead record;

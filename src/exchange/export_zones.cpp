@@ -25,7 +25,7 @@ double asText(double value, int digits) {
 
 } // namespace
 
-ExportZones::ExportZones(const ExchangeModel& model, bool merge) {
+ExportZones::ExportZones(const ExchangeView& model, bool merge) {
     int number = 0;
     for (const Patch& patch : model.patches) {
         std::unique_ptr<zBlock_fe> zone = trianglesOfPatch(patch, "Patch " + std::to_string(++number));
@@ -93,7 +93,7 @@ void forTriangles(const zBlock_fe& zone, const std::function<void(const std::int
     }
 }
 
-double largestMove(const ExchangeModel& model, int digits, bool single) {
+double largestMove(const ExchangeView& model, int digits, bool single) {
     constexpr int digitsOfDouble = 17;
     double largest = 0.0;
     if (!single && digits >= digitsOfDouble) {

@@ -119,7 +119,7 @@ private:
 void BlockTaker::take(const Layout& layout, const TakeNumbers& takeNumbers) {
     const auto blocks = static_cast<std::int64_t>(layout.blocks.size());
     record_.found = record_.kept = {{"zones", 0}, {"patches", 0}, {"sections", 0}, {"points", 0}};
-    addCount(record_.found, "zones", blocks);
+    countOf(record_.found, "zones") += blocks;
     std::int64_t taken = 0;
     bool whole = true;
     for (const Extents& extents : layout.blocks) {
@@ -138,7 +138,7 @@ void BlockTaker::take(const Layout& layout, const TakeNumbers& takeNumbers) {
     tellGrids(tally_, options_, record_);
     tellChanged(record_, "Blanked points, which stay points", blankedPoints_);
     if (blankedPoints_ > 0 || otherMarks_) {
-        tellLost(record_, "Blanking is not kept");
+        record_.losesDetail("Blanking is not kept");
     }
 }
 
@@ -163,7 +163,7 @@ bool BlockTaker::takeBlock(const Layout& layout, const Extents& extents, const T
     }
     PatchList patches = patchesOf(block, options_, tally_);
     countPatches(patches, record_.kept);
-    addCount(record_.kept, "zones", patches.empty() ? 0 : 1);
+    countOf(record_.kept, "zones") += patches.empty() ? 0 : 1;
     std::move(patches.begin(), patches.end(), std::back_inserter(model_.patches));
     return true;
 }
@@ -270,7 +270,7 @@ bool importText(std::string_view text, BlockTaker& taker, FileRead& record, cons
         return true;
     });
     if (cut) {
-        tellMissing(record, "Something that is no number ends the file early");
+        record.losesGeometry("Something that is no number ends the file early");
     } else if (numbersNeeded(*layout) < numbers.size()) {
         tellMissing(record, "Numbers behind the last block",
                     static_cast<std::int64_t>(numbers.size() - numbersNeeded(*layout)));
@@ -478,7 +478,7 @@ void importPlot3d(std::string_view text, const ImportOptions& options, ExchangeM
     if (!recognised) {
         record.found = record.kept = {{"zones", 0}, {"patches", 0}, {"sections", 0}, {"points", 0}};
         if (!trimmed(text).empty()) {
-            tellMissing(record, "No layout of PLOT3D fits the file");
+            record.losesGeometry("No layout of PLOT3D fits the file");
         }
     }
 }

@@ -137,7 +137,7 @@ private:
 
 FileMesh PlyReader::run() {
     if (!readHeader()) {
-        tellMissing(record_, "The header is not that of a PLY file");
+        record_.losesGeometry("The header is not that of a PLY file");
         return {};
     }
     bool whole = true;
@@ -260,7 +260,7 @@ bool PlyReader::readElement(const Element& element) {
     const std::int64_t missing = element.count - row;
     if (missing > 0) {
         if (element.name == "vertex" || element.name == "face") {
-            addCount(record_.found, element.name == "vertex" ? "points" : "faces", missing);
+            countOf(record_.found, element.name == "vertex" ? "points" : "faces") += missing;
         }
         tellMissing(record_, "Rows of \"" + element.name + "\" that the file does not have", missing);
     }
@@ -342,7 +342,7 @@ void PlyReader::addStrip() {
 
 void PlyReader::tellOthers() {
     if (!others_.empty()) {
-        tellLost(record_, "Values that are not kept: " + others_);
+        record_.losesDetail("Values that are not kept: " + others_);
     }
 }
 

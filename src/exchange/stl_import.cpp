@@ -137,7 +137,7 @@ std::size_t facetsOf(std::string_view text, SolidTaker& taker, FileRead& record)
         return whole;
     }
     if (told > whole) {
-        tellMissing(record, "The file ends within a facet");
+        record.losesGeometry("The file ends within a facet");
         return whole;
     }
     taker.foundFacets = static_cast<std::int64_t>(told);
@@ -181,7 +181,7 @@ void readBinary(std::string_view text, SolidTaker& taker, FileRead& record, cons
     }
     taker.keptFacets = static_cast<std::int64_t>(corner / 3);
     if (attributes) {
-        tellLost(record, "The attributes of facets (colours) are not kept");
+        record.losesDetail("The attributes of facets (colours) are not kept");
     }
     taker.take(std::move(solid));
 }
@@ -232,10 +232,10 @@ void TextReader::run() {
     closeFacet(false);
     if (open) {
         closeSolid();
-        tellMissing(record_, "The file ends before its last solid does");
+        record_.losesGeometry("The file ends before its last solid does");
     }
     if (foreignWords_ > 0) {
-        tellLost(record_, "Words that are not known: " + std::to_string(foreignWords_));
+        record_.losesDetail("Words that are not known: " + std::to_string(foreignWords_));
     }
 }
 
@@ -380,7 +380,7 @@ void importStl(std::string_view text, const ImportOptions& options, ExchangeMode
     } else {
         record.format = "stl-text";
         if (!text.empty()) {
-            tellMissing(record, "This is no STL file");
+            record.losesGeometry("This is no STL file");
         }
     }
     taker.tell();

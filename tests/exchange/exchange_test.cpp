@@ -21,7 +21,7 @@ protected:
     test::TemporaryFolder folder_;
     ExchangeModel model_;
     FileRead record_;
-    FileWritten written_;
+    WriteOutcome written_;
 
     ImportOutcome import(const std::filesystem::path& path, const ImportOptions& options = {}) {
         model_ = {};
@@ -261,16 +261,16 @@ TEST_F(Exchange, RealTecplotGridsHaveThePointsOfAnotherReader) {
 // Nodes and elements by meshio 5.3.4, which reads zones of elements alone.
 TEST_F(Exchange, RealTecplotElementsAreThoseOfAnotherReader) {
     ASSERT_EQ(importData("nemoh_cylinder_zone1.dat"), ImportOutcome::Done);
-    EXPECT_EQ(countOfKind(record_.kept, "points"), 2016);
-    EXPECT_EQ(countOfKind(record_.kept, "faces"), 504);
+    EXPECT_EQ(countOf(record_.kept, "points"), 2016);
+    EXPECT_EQ(countOf(record_.kept, "faces"), 504);
     expectBox(model_, {-0.35, 0.35, 0, 0.35, -0.63, 0}, 1e-12);
     ASSERT_EQ(importData("coloured_ring.dat"), ImportOutcome::Done);
-    EXPECT_EQ(countOfKind(record_.kept, "points"), 64);
-    EXPECT_EQ(countOfKind(record_.kept, "triangles"), 128);
+    EXPECT_EQ(countOf(record_.kept, "points"), 64);
+    EXPECT_EQ(countOf(record_.kept, "triangles"), 128);
     expectBox(model_, {-4, 4, -4, 4, -1, 1}, 1e-12);
     // A cube of edge 10 of six tetrahedra: two triangles a side.
     ASSERT_EQ(importData("tetrahedra.dat", true), ImportOutcome::Done);
-    EXPECT_EQ(countOfKind(record_.kept, "triangles"), 12);
+    EXPECT_EQ(countOf(record_.kept, "triangles"), 12);
     EXPECT_NEAR(areaOf(model_), 600.0, 1e-10);
     expectBox(model_, {0, 10, 0, 10, 0, 10}, 1e-12);
 }
@@ -279,8 +279,8 @@ TEST_F(Exchange, RealTecplotElementsAreThoseOfAnotherReader) {
 // header.
 TEST_F(Exchange, RealFilesWithoutNamesAndTypesAreRead) {
     ASSERT_EQ(importData("wamit_cyl_pan.dat"), ImportOutcome::Done);
-    EXPECT_EQ(countOfKind(record_.kept, "points"), 5376);
-    EXPECT_EQ(countOfKind(record_.kept, "faces"), 1344);
+    EXPECT_EQ(countOf(record_.kept, "points"), 5376);
+    EXPECT_EQ(countOf(record_.kept, "faces"), 1344);
     EXPECT_TRUE(record_.complete);
     ASSERT_EQ(importData("unquoted_panels.dat"), ImportOutcome::Done);
     EXPECT_TRUE(record_.complete);
@@ -308,7 +308,8 @@ TEST_F(Exchange, AModelThatAFormatCannotTakeIsRefusedAndNoFileIsMade) {
     for (const std::string_view extension : exportExtensions()) {
         EXPECT_EQ(exportFile(folder_ / ("a." + std::string(extension)), lines, {}, written_), ExportOutcome::CannotTake)
             << extension;
-        EXPECT_EQ(exportFile(folder_ / ("a." + std::string(extension)), {}, {}, written_), ExportOutcome::Empty)
+        EXPECT_EQ(exportFile(folder_ / ("a." + std::string(extension)), ExchangeModel(), {}, written_),
+                  ExportOutcome::Empty)
             << extension;
     }
     EXPECT_TRUE(folder_.names().empty());

@@ -13,7 +13,6 @@
 
 #include "FileRecord.h"
 #include "exchange.h"
-#include "read_record.h"
 #include "temporary_folder.h"
 
 namespace velmora::test {
@@ -96,10 +95,10 @@ inline std::vector<std::vector<Point>> sectionsOf(const Patch& patch) {
 }
 
 inline std::int64_t found(const Imported& imported, const char* kind) {
-    return countOfKind(imported.record.found, kind);
+    return countOf(imported.record.found, kind);
 }
 inline std::int64_t kept(const Imported& imported, const char* kind) {
-    return countOfKind(imported.record.kept, kind);
+    return countOf(imported.record.kept, kind);
 }
 
 /// Numbers as they stand in a binary file.

@@ -13,7 +13,8 @@ using test::Bytes;
 class Exporters : public testing::Test {
 protected:
     test::TemporaryFolder folder_;
-    FileWritten record_;
+    WriteOutcome outcome_;
+    FileWritten& record_ = outcome_.record;
 
     std::string written(ExportOutcome outcome, const std::string& name) const {
         EXPECT_EQ(outcome, ExportOutcome::Done);
@@ -23,7 +24,7 @@ protected:
         return text;
     }
     std::string write(const ExchangeModel& model, const std::string& name, const ExportOptions& options = {}) {
-        return written(exportFile(folder_ / name, model, options, record_), name);
+        return written(exportFile(folder_ / name, model, options, outcome_), name);
     }
 };
 
@@ -126,7 +127,7 @@ TEST_F(Exporters, VrmlHasANamedShapeForEachZone) {
                   "DEF _7__up__down Shape" +
                   shape + "0 0 1\n1 0 1\n2 0 1\n      ]\n    }\n    coordIndex [\n0 1 2 -1\n    ]\n  }\n}\n");
     EXPECT_EQ(record_.format, "vrml2");
-    EXPECT_EQ(countOfKind(record_.counts, "faceSets"), 2);
+    EXPECT_EQ(countOf(record_.counts, "faceSets"), 2);
 }
 
 TEST_F(Exporters, Plot3dTextHasEachCoordinateForItself) {
@@ -178,7 +179,7 @@ TEST_F(Exporters, EveryFormatGivesItsTrianglesBack) {
             EXPECT_EQ(test::cornersOf(again), test::cornersOf(model)) << name;
             EXPECT_TRUE(record.complete) << name;
             EXPECT_EQ(record.format, record_.format);
-            EXPECT_EQ(countOfKind(record.kept, "triangles"), 2);
+            EXPECT_EQ(countOf(record.kept, "triangles"), 2);
             if (name != "a.ply") {
                 EXPECT_EQ(test::titlesOf(again), test::titlesOf(model)) << name;
             }
@@ -225,16 +226,16 @@ TEST_F(Exporters, EqualPointsMergeWhenAsked) {
     merge.merge = true;
     EXPECT_EQ(write(model, "a.obj", merge), "o body\nv 0 0 0\nv 1 0 0\nv 0 1 0\nv 1 1 0\nf 1 2 3\nf 2 4 3\n");
     write(model, "a.dat", merge);
-    EXPECT_EQ(countOfKind(record_.counts, "points"), 4);
+    EXPECT_EQ(countOf(record_.counts, "points"), 4);
     EXPECT_NE(test::fileText(folder_ / "a.dat").find("NODES=4, ELEMENTS=2"), std::string::npos);
     EXPECT_EQ(model.region.blocks[0]->nodeCount, 6);
 }
 
 TEST_F(Exporters, AFileThatCannotBeWrittenLeavesNothing) {
     for (const std::string& name : std::vector<std::string>{"a.stl", "a.obj", "a.ply", "a.wrl", "a.dat"}) {
-        EXPECT_EQ(exportFile(folder_ / "none" / name, twoZones(), {}, record_), ExportOutcome::CannotWrite) << name;
+        EXPECT_EQ(exportFile(folder_ / "none" / name, twoZones(), {}, outcome_), ExportOutcome::CannotWrite) << name;
     }
-    EXPECT_EQ(exportFile(folder_ / "none" / "a.p3d", twoGrids(), {}, record_), ExportOutcome::CannotWrite);
+    EXPECT_EQ(exportFile(folder_ / "none" / "a.p3d", twoGrids(), {}, outcome_), ExportOutcome::CannotWrite);
     EXPECT_TRUE(folder_.names().empty());
 }
 

@@ -72,7 +72,7 @@ TEST(MeshBuilder, APolygonThatCrossesItselfIsTold) {
     ExchangeModel model;
     FileRead record;
     buildMesh(std::move(mesh), {}, model, record);
-    EXPECT_EQ(countOfKind(record.kept, "triangles"), 2);
+    EXPECT_EQ(countOf(record.kept, "triangles"), 2);
     EXPECT_THAT(record.changed, testing::Contains("Polygons whose border crosses itself: 1"));
 }
 

@@ -91,7 +91,8 @@ std::vector<std::string> VelmoraDoc::dialogNames() {
             "CMerge",          "CSmooth",
             "CInterpolate",    "CCorrectLine",
             "CConvert_to_SKL", "CConvert_SKL_to_APT",
-            "CUKnife",         "CIntersection"};
+            "CUKnife",         "CIntersection",
+            "CImport",         "CExport"};
 }
 
 std::optional<DialogForm> VelmoraDoc::storedDialog(std::string_view name) {
@@ -104,7 +105,7 @@ std::optional<DialogForm> VelmoraDoc::storedDialog(std::string_view name) {
                           describe(prescribeValues),    describe(rebreakPartValues), describe(mergeValues),
                           describe(smoothValues),       describe(interpolateValues), describe(correctLineValues),
                           describe(toSklValues),        describe(toAptValues),       describe(knifeValues),
-                          describe(intersectionValues)};
+                          describe(intersectionValues), describe(importValues),      describe(exportValues)};
     for (DialogForm& form : forms) {
         if (form.name == name) {
             return std::move(form);

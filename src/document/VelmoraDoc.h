@@ -15,10 +15,12 @@
 #include "CConvert_SKL_to_APT.h"
 #include "CConvert_to_SKL.h"
 #include "CCorrectLine.h"
+#include "CExport.h"
 #include "CExtrapolation.h"
 #include "CFeatures.h"
 #include "CFirstPoint.h"
 #include "CFlipBlock.h"
+#include "CImport.h"
 #include "CInterpolate.h"
 #include "CIntersection.h"
 #include "CLast_First_switch.h"
@@ -185,6 +187,8 @@ public:
     CIntersection intersectionValues;
     CRegularFind regularFindValues;
     CRegularInput regularInput{patches};
+    CImport importValues;
+    CExport exportValues;
     dlgFilesList filesList; ///< the project list, which no command opens
 
     /// The form over the stored values of the dialog of that class name; none for an unknown name.
@@ -234,6 +238,10 @@ public:
     /// The same with the chooser opened on `folder`.
     void openFilesIn(const std::filesystem::path& folder);
     void appendFile();
+    /// A file of others in place of the model, which is untitled then.
+    void importFiles();
+    /// The model as a file of others; its own file stays what it is.
+    void exportModel();
     void AppendWrl();
     void CloseWrl();
     void AppendDat();

@@ -288,8 +288,9 @@ const Rule rules[] = {
 };
 
 const char* const alwaysOn[] = {
-    "file.new",    "file.open",  "file.openField", "file.exit",      "patch.exit",    "block.invert", "line.exit",
-    "buffer.open", "point.exit", "view.toolbar",   "view.statusBar", "view.features", "help.topics",  "help.about",
+    "file.new",       "file.open",     "file.import", "file.export", "file.openField", "file.exit",
+    "patch.exit",     "block.invert",  "line.exit",   "buffer.open", "point.exit",     "view.toolbar",
+    "view.statusBar", "view.features", "help.topics", "help.about",
 };
 
 void apply(const State& s, VelmoraDoc& d) {

@@ -23,6 +23,8 @@ const char* const allIds[] = {
     "file.new",
     "file.open",
     "file.append",
+    "file.import",
+    "file.export",
     "file.save",
     "file.saveAs",
     "file.exit",

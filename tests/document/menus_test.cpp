@@ -98,9 +98,10 @@ TEST(Menus, HaveTheSixHeadings) {
 
 TEST(Menus, FileHoldsItsCommandsInOrder) {
     EXPECT_THAT(plainTexts(mainMenu(0).entries),
-                ElementsAre("New", "Open", "Append", "Append wrl", "Close wrl", "Append dat", "Close dat", "Append sft",
-                            "Close sft", "Append CBC", "Open apm", "Close apm", "Open dat (field)",
-                            "Save As dat (field)", "Close dat (field)", "Save", "Save As", "recent files", "Exit"));
+                ElementsAre("New", "Open", "Append", "Import", "Export", "Append wrl", "Close wrl", "Append dat",
+                            "Close dat", "Append sft", "Close sft", "Append CBC", "Open apm", "Close apm",
+                            "Open dat (field)", "Save As dat (field)", "Close dat (field)", "Save", "Save As",
+                            "recent files", "Exit"));
 }
 
 TEST(Menus, EditHoldsPatchesLinesAndPoint) {

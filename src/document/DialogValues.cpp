@@ -47,6 +47,8 @@ constexpr auto storedDialogs = std::to_array<StoredDialog>({
     {"CConvert_SKL_to_APT", formOf<&DialogValues::toApt>},
     {"CUKnife", formOf<&DialogValues::knife>},
     {"CIntersection", formOf<&DialogValues::intersection>},
+    {"CImport", formOf<&DialogValues::importing>},
+    {"CExport", formOf<&DialogValues::exporting>},
 });
 
 } // namespace

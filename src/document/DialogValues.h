@@ -12,10 +12,12 @@
 #include "CConvert_SKL_to_APT.h"
 #include "CConvert_to_SKL.h"
 #include "CCorrectLine.h"
+#include "CExport.h"
 #include "CExtrapolation.h"
 #include "CFeatures.h"
 #include "CFirstPoint.h"
 #include "CFlipBlock.h"
+#include "CImport.h"
 #include "CInterpolate.h"
 #include "CIntersection.h"
 #include "CLast_First_switch.h"
@@ -69,6 +71,8 @@ struct DialogValues {
     CConvert_SKL_to_APT toApt;
     CUKnife knife;
     CIntersection intersection;
+    CImport importing;
+    CExport exporting;
 
     // Two have a widget of their own and no form.
     CRegularInput regularInput;

@@ -222,7 +222,7 @@ TEST(DialogFields, OfImport) {
 }
 
 TEST(DialogFields, OfExport) {
-    EXPECT_THAT(linesOf("CExport"), ElementsAre("Export", "digits | Digits in text | int | 17 | 6..17",
+    EXPECT_THAT(linesOf("CExport"), ElementsAre("Export", "digits | Digits in text | int | 17 | 6 to 17",
                                                 "binary | Binary, where the format can be | check | 1",
                                                 "precision |  | radio | 2 | \"Single precision\" \"Double precision\"",
                                                 "merge | Merge equal points | check | 0"));

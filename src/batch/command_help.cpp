@@ -16,6 +16,8 @@ constexpr std::string_view pointTable = "CRegularInput";
 
 constexpr std::pair<std::string_view, std::string_view> dialogs[] = {
     {"file.new", pointTable},
+    {"file.import", "CImport"},
+    {"file.export", "CExport"},
     {"patch.inputAndAdd", "CInputPatch"},
     {"block.extrapolate", "CExtrapolation"},
     {"block.merge", "CMerge"},

@@ -13,7 +13,7 @@ const ShellCommand commands[] = {
              .menuText = "E&xit",
              .statusText = "Quit the program",
              .follows = "file.saveAs",
-             .places = {{File, 710}}},
+             .places = {{File, 810}}},
      .run = &ShellCommands::exit},
     {.row = {.id = "view.toolbar",
              .menuText = "&Toolbar",

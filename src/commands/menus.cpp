@@ -25,7 +25,7 @@ constexpr Submenu submenus[] = {
     {MenuId::PatchConvertTo, "&Convert to", {MenuId::PatchContext, 370}},
 };
 
-constexpr MenuPlace recentFiles = {MenuId::File, 610};
+constexpr MenuPlace recentFiles = {MenuId::File, 710};
 
 struct PlacedEntry {
     int position;

@@ -48,6 +48,8 @@ constexpr auto storedDialogs = std::to_array<StoredDialog>({
     {"CUKnife", formOf<&DialogValues::knife>},
     {"CIntersection", formOf<&DialogValues::intersection>},
     {"CCompare", formOf<&DialogValues::compare>},
+    {"CImport", formOf<&DialogValues::importing>},
+    {"CExport", formOf<&DialogValues::exporting>},
 });
 
 } // namespace

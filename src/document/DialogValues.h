@@ -13,10 +13,12 @@
 #include "CConvert_SKL_to_APT.h"
 #include "CConvert_to_SKL.h"
 #include "CCorrectLine.h"
+#include "CExport.h"
 #include "CExtrapolation.h"
 #include "CFeatures.h"
 #include "CFirstPoint.h"
 #include "CFlipBlock.h"
+#include "CImport.h"
 #include "CInterpolate.h"
 #include "CIntersection.h"
 #include "CLast_First_switch.h"
@@ -71,6 +73,8 @@ struct DialogValues {
     CUKnife knife;
     CIntersection intersection;
     CCompare compare;
+    CImport importing;
+    CExport exporting;
 
     // Two have a widget of their own and no form.
     CRegularInput regularInput;

@@ -18,6 +18,7 @@ void ModelFile::setTitle(const std::string& title) {
 }
 
 void ModelFile::adopt(const std::filesystem::path& path) {
+    imported = false;
     chosenPath = fullPath(path);
     currentPath = lowerCase(chosenPath.string());
     fileExtension = extensionOf(chosenPath);
@@ -46,18 +47,25 @@ void ModelFile::nameUntitled(const std::string& extension) {
     currentPath = currentDirectory + documentTitle;
 }
 
+void ModelFile::nameImported(const std::string& extension) {
+    nameUntitled(extension);
+    imported = true;
+}
+
 void ModelFile::forget() {
+    imported = false;
     memory.forgetModel();
     openedPath.clear();
 }
 
 void ModelFile::keepForUndo(const ModelFile& before) {
     kept_ = {before.chosenPath, before.openedPath, before.memory,
-             before.titleWrong ? std::string() : before.documentTitle};
+             before.titleWrong ? std::string() : before.documentTitle, before.imported};
 }
 
 bool ModelFile::takeBack() {
     adopt(kept_.chosenPath);
+    imported = kept_.imported;
     openedPath = kept_.openedPath;
     memory = kept_.memory;
     titleWrong = false;

@@ -36,6 +36,9 @@ public:
     void titleAsZones();
     /// A model that is in no file yet: "Untitled" with this extension, in the folder of the documents.
     void nameUntitled(const std::string& extension);
+    /// The same for a model that came from a file of others: Save asks first where it goes.
+    void nameImported(const std::string& extension);
+    bool imported = false;
 
     /// What is known of the files that the model came from and went to.
     FileMemory memory;
@@ -56,6 +59,7 @@ private:
         std::filesystem::path openedPath;
         FileMemory memory;
         std::string title; ///< empty when it was wrong
+        bool imported = false;
     };
 
     UserInterface* ui_;

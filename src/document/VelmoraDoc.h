@@ -67,6 +67,10 @@ public:
     /// The same with the chooser opened on `folder`.
     void openFilesIn(const std::filesystem::path& folder);
     void appendFile();
+    /// A file of others in place of the model, which is untitled then.
+    void importFiles();
+    /// The model as a file of others; its own file stays what it is.
+    void exportModel();
     void AppendWrl();
     void CloseWrl();
     void AppendDat();

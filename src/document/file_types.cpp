@@ -39,6 +39,27 @@ std::vector<FileType> fileTypesNamed(std::initializer_list<const char*> extensio
     return types;
 }
 
+const std::vector<FileType>& importFileTypes() {
+    static const std::vector<FileType> types = {{"stl", "Triangles"}, {"obj", "Triangles"}, {"ply", "Triangles"},
+                                                {"off", "Triangles"}, {"dat", "Tecplot"},   {"plt", "Tecplot"},
+                                                {"tec", "Tecplot"},   {"x", "PLOT3D"},      {"xyz", "PLOT3D"},
+                                                {"p3d", "PLOT3D"},    {"fmt", "PLOT3D"}};
+    return types;
+}
+
+const std::vector<FileType>& exportFileTypes() {
+    static const std::vector<FileType> types = {{"p3d", "PLOT3D"},    {"xyz", "PLOT3D"},    {"dat", "Tecplot"},
+                                                {"stl", "Triangles"}, {"obj", "Triangles"}, {"ply", "Triangles"},
+                                                {"wrl", "VRML"}};
+    return types;
+}
+
+const std::vector<FileType>& exportTriangleFileTypes() {
+    static const std::vector<FileType> types = {
+        {"stl", "Triangles"}, {"obj", "Triangles"}, {"ply", "Triangles"}, {"wrl", "VRML"}, {"dat", "Tecplot"}};
+    return types;
+}
+
 const FileType& flowFieldType() {
     return singleFileTypes().back();
 }

@@ -17,6 +17,11 @@ const std::vector<FileType>& singleFileTypes();
 /// Those of them with the given extensions, in the order of the arguments; each must be among them.
 std::vector<FileType> fileTypesNamed(std::initializer_list<const char*> extensions);
 
+/// The types that Import offers, and those of Export: for a grid, and for anything else.
+const std::vector<FileType>& importFileTypes();
+const std::vector<FileType>& exportFileTypes();
+const std::vector<FileType>& exportTriangleFileTypes();
+
 /// The ".dat" of a model with field values.
 const FileType& flowFieldType();
 

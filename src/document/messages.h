@@ -54,6 +54,16 @@ inline constexpr MessageText nothingToSave{Severity::Refused, "There is nothing 
 inline Message cannotBeSavedAs(const std::string& extension) {
     return {Severity::Refused, "This model cannot be saved as " + extension};
 }
+/// `extension` without its point; empty for a file without one.
+inline Message cannotBeImported(const std::string& extension) {
+    return {Severity::Refused, "Files of this type cannot be imported: " + extension};
+}
+inline constexpr MessageText noRoomInSinglePrecision{Severity::Refused,
+                                                     "A coordinate is too large for single precision"};
+/// `move` is the largest distance between a point and the point as written.
+inline Message digitsMovePoints(int digits, const std::string& move) {
+    return {Severity::Warning, "With " + std::to_string(digits) + " digits points move by up to " + move};
+}
 inline constexpr MessageText holdsTrianglesNow{Severity::Refused, "The model holds triangles now. Use Save As"};
 inline constexpr MessageText noSurfaceToCompare{Severity::Refused, "There is no surface to compare with"};
 inline constexpr const char* leaveAddRegime = "Regime Add Patch to Block will be canceled. Are you sure?";

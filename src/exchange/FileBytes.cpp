@@ -31,6 +31,7 @@ FileBytes::FileBytes(const std::filesystem::path& path, const ReportProgress& re
     struct stat status {};
     if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
         open_ = true;
+        identity_ = FileIdentity::of(status);
         load(descriptor, static_cast<std::size_t>(status.st_size), report);
     }
     ::close(descriptor);

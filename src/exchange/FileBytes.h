@@ -5,6 +5,7 @@
 #include <memory>
 #include <string_view>
 
+#include "FileIdentity.h"
 #include "progress.h"
 
 namespace velmora {
@@ -21,6 +22,8 @@ public:
     bool isOpen() const { return open_; }
     /// Larger than can be held; there is no text then.
     bool tooLarge() const { return tooLarge_; }
+    /// The file as it was when it was opened.
+    const FileIdentity& identity() const { return identity_; }
     /// The bytes; a NUL stands behind the last one.
     std::string_view text() const { return {bytes_.get(), size_}; }
 
@@ -28,6 +31,7 @@ private:
     void load(int descriptor, std::size_t size, const ReportProgress& report);
 
     std::unique_ptr<char[]> bytes_;
+    FileIdentity identity_;
     std::size_t size_ = 0;
     bool open_ = false;
     bool tooLarge_ = false;

@@ -68,11 +68,13 @@ bool TextScan::takeNumberSlowly(double& value) {
         return at - start;
     };
     if (isLetter(*at)) {
-        const auto [stop, error] = std::from_chars(at, end_, value);
+        double number = 0.0; // "nan" or "inf"
+        const auto [stop, error] = std::from_chars(at, end_, number);
         if (error != std::errc{} || isLetter(*stop) || isDigit(*stop)) {
             return false;
         }
         at_ = stop;
+        value = negative ? -number : number;
         return true;
     }
     auto digits = takeDigits();

@@ -12,6 +12,17 @@ struct ExchangeModel {
     bool empty() const { return patches.empty() && region.blocks.empty(); }
 };
 
+/// A model that is only looked at, wherever it lives; it must outlive the view.
+struct ExchangeView {
+    const PatchList& patches;
+    const zRegion_fe& region;
+
+    ExchangeView(const PatchList& grids, const zRegion_fe& triangles) : patches(grids), region(triangles) {}
+    ExchangeView(const ExchangeModel& model)
+        : patches(model.patches), region(model.region) {} // each model can be viewed
+    bool empty() const { return patches.empty() && region.blocks.empty(); }
+};
+
 /// What a user may ask for when a file is read.
 struct ImportOptions {
     bool merge = false;       ///< points with three equal coordinates, to the bit, become one

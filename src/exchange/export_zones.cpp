@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <string>
 #include <utility>
 
@@ -24,7 +25,7 @@ double asText(double value, int digits) {
 
 } // namespace
 
-ExportZones::ExportZones(const ExchangeModel& model, bool merge) {
+ExportZones::ExportZones(const ExchangeView& model, bool merge) {
     int number = 0;
     for (const Patch& patch : model.patches) {
         std::unique_ptr<zBlock_fe> zone = trianglesOfPatch(patch, "Patch " + std::to_string(++number));
@@ -92,7 +93,7 @@ void forTriangles(const zBlock_fe& zone, const std::function<void(const std::int
     }
 }
 
-double largestMove(const ExchangeModel& model, int digits, bool single) {
+double largestMove(const ExchangeView& model, int digits, bool single) {
     constexpr int digitsOfDouble = 17;
     double largest = 0.0;
     if (!single && digits >= digitsOfDouble) {
@@ -102,7 +103,10 @@ double largestMove(const ExchangeModel& model, int digits, bool single) {
         return single ? static_cast<double>(static_cast<float>(value)) : asText(value, digits);
     };
     const auto take = [&](double x, double y, double z) {
-        largest = std::max(largest, std::hypot(written(x) - x, written(y) - y, written(z) - z));
+        const zVec<double> move(written(x) - x, written(y) - y, written(z) - z);
+        const bool finite = std::isfinite(move.x) && std::isfinite(move.y) && std::isfinite(move.z);
+        largest =
+            finite ? std::max(largest, std::hypot(move.x, move.y, move.z)) : std::numeric_limits<double>::infinity();
     };
     for (const Patch& patch : model.patches) {
         for (const PointList& section : patch) {

@@ -14,7 +14,7 @@ namespace velmora {
 /// "Patch 1" and so on. With `merge` equal points of a zone are one. What need not be made anew is the model's own.
 class ExportZones {
 public:
-    ExportZones(const ExchangeModel& model, bool merge);
+    ExportZones(const ExchangeView& model, bool merge);
 
     const std::vector<const zBlock_fe*>& zones() const { return zones_; }
     std::int64_t points() const;
@@ -37,6 +37,6 @@ void forTriangles(const zBlock_fe& zone, const std::function<void(const std::int
 /// The largest distance between a point of the model and the point as written with so many significant digits, or, as
 /// 7 digits of a binary number, in single precision. 0 for 17 digits, which give every double back; infinite when a
 /// coordinate has no room in single precision.
-double largestMove(const ExchangeModel& model, int digits, bool single);
+double largestMove(const ExchangeView& model, int digits, bool single);
 
 } // namespace velmora

@@ -36,8 +36,12 @@ std::string onOneLine(std::string_view title) {
     return text;
 }
 
-bool finish(NumberWriter& out, SafeFile& file) {
-    return out.flush() && file.commit();
+/// Whether the file is in its place; what the old one had and the new one has not is told with it.
+template <class Writer>
+bool finish(Writer& out, SafeFile& file, WriteOutcome& outcome) {
+    outcome.written = out.flush() && file.commit();
+    outcome.notes = file.notes();
+    return outcome.written;
 }
 
 void writeVector(NumberWriter& out, std::string_view keyword, const zVec<double>& v) {
@@ -49,10 +53,17 @@ void writeVector(NumberWriter& out, std::string_view keyword, const zVec<double>
     out.writeChar('\n');
 }
 
-void countTriangles(const ExportZones& zones, FileWritten& record) {
-    addCount(record.counts, "points", zones.points());
-    addCount(record.counts, "faces", zones.triangles());
-    addCount(record.counts, "triangles", zones.triangles());
+void countTriangles(const ExportZones& zones, WriteOutcome& outcome) {
+    countOf(outcome.record.counts, "points") += zones.points();
+    countOf(outcome.record.counts, "faces") += zones.triangles();
+    countOf(outcome.record.counts, "triangles") += zones.triangles();
+}
+
+/// What another writer made, but for the names that it has for it.
+void take(const WriteOutcome& made, WriteOutcome& outcome) {
+    outcome.written = made.written;
+    outcome.problem = made.problem;
+    outcome.notes = made.notes;
 }
 
 // ---- STL ------------------------------------------------------------------------------------------------------------
@@ -69,7 +80,8 @@ void forFacets(const zBlock_fe& zone, Take take) {
     }
 }
 
-bool exportTextStl(SafeFile& file, const ExportZones& zones, int digits, const ReportProgress& report) {
+bool exportTextStl(SafeFile& file, WriteOutcome& outcome, const ExportZones& zones, int digits,
+                   const ReportProgress& report) {
     NumberWriter out(file, digits, NumberNotation::General);
     out.reportTo(report, 12 * zones.triangles());
     for (const zBlock_fe* const zone : zones.zones()) {
@@ -85,7 +97,7 @@ bool exportTextStl(SafeFile& file, const ExportZones& zones, int digits, const R
         });
         out.writeText("endsolid " + title + '\n');
     }
-    return finish(out, file);
+    return finish(out, file, outcome);
 }
 
 /// Never begins with "solid": that is how text is told from binary.
@@ -99,7 +111,7 @@ std::string headerOf(const ExportZones& zones) {
     return header;
 }
 
-bool exportBinaryStl(SafeFile& file, const ExportZones& zones, const ReportProgress& report) {
+bool exportBinaryStl(SafeFile& file, WriteOutcome& outcome, const ExportZones& zones, const ReportProgress& report) {
     constexpr std::int64_t reportStep = 1 << 17;
     BinaryWriter out(file);
     out.writeText(headerOf(zones));
@@ -118,7 +130,7 @@ bool exportBinaryStl(SafeFile& file, const ExportZones& zones, const ReportProgr
             }
         });
     }
-    return out.flush() && file.commit();
+    return finish(out, file, outcome);
 }
 
 // ---- VRML -----------------------------------------------------------------------------------------------------------
@@ -171,7 +183,8 @@ void writeShape(NumberWriter& out, const zBlock_fe& zone) {
 
 constexpr std::array<double zVec<double>::*, 3> coordinateAxes = {&zVec<double>::x, &zVec<double>::y, &zVec<double>::z};
 
-bool exportPlot3dText(SafeFile& file, const PatchList& patches, int digits, const ReportProgress& report) {
+bool exportPlot3dText(SafeFile& file, WriteOutcome& outcome, const PatchList& patches, int digits,
+                      const ReportProgress& report) {
     constexpr int numbersOnLine = 4;
     NumberWriter out(file, digits, NumberNotation::General);
     out.reportTo(report, 3 * pointTotal(patches));
@@ -196,10 +209,11 @@ bool exportPlot3dText(SafeFile& file, const PatchList& patches, int digits, cons
             out.writeChar('\n');
         }
     }
-    return finish(out, file);
+    return finish(out, file, outcome);
 }
 
-bool exportPlot3dBinary(SafeFile& file, const PatchList& patches, bool doublePrecision, const ReportProgress& report) {
+bool exportPlot3dBinary(SafeFile& file, WriteOutcome& outcome, const PatchList& patches, bool doublePrecision,
+                        const ReportProgress& report) {
     const auto mark = [](std::int64_t bytes) { return static_cast<std::int32_t>(bytes); };
     BinaryWriter out(file);
     for (const std::int32_t value : {4, countOf(patches), 4, mark(12 * std::int64_t{countOf(patches)})}) {
@@ -228,29 +242,30 @@ bool exportPlot3dBinary(SafeFile& file, const PatchList& patches, bool doublePre
             report(++done / static_cast<double>(patches.size()));
         }
     }
-    return out.flush() && file.commit();
+    return finish(out, file, outcome);
 }
 
 } // namespace
 
 bool exportStl(const std::filesystem::path& path, const ExportZones& zones, const ExportOptions& options,
-               FileWritten& record, const ReportProgress& report) {
+               WriteOutcome& outcome, const ReportProgress& report) {
     SafeFile file(path);
-    record.format = options.binary ? "stl-binary" : "stl-text";
-    addCount(record.counts, "facets", zones.triangles());
-    addCount(record.counts, "solids", options.binary ? 1 : static_cast<std::int64_t>(zones.zones().size()));
-    addCount(record.counts, "triangles", zones.triangles());
-    return options.binary ? exportBinaryStl(file, zones, report) : exportTextStl(file, zones, options.digits, report);
+    outcome.record.format = options.binary ? "stl-binary" : "stl-text";
+    countOf(outcome.record.counts, "facets") += zones.triangles();
+    countOf(outcome.record.counts, "solids") += options.binary ? 1 : static_cast<std::int64_t>(zones.zones().size());
+    countOf(outcome.record.counts, "triangles") += zones.triangles();
+    return options.binary ? exportBinaryStl(file, outcome, zones, report)
+                          : exportTextStl(file, outcome, zones, options.digits, report);
 }
 
 bool exportObj(const std::filesystem::path& path, const ExportZones& zones, const ExportOptions& options,
-               FileWritten& record, const ReportProgress& report) {
+               WriteOutcome& outcome, const ReportProgress& report) {
     SafeFile file(path);
     NumberWriter out(file, options.digits, NumberNotation::General);
     out.reportTo(report, 3 * (zones.points() + zones.triangles()));
-    record.format = "obj";
-    addCount(record.counts, "zones", static_cast<std::int64_t>(zones.zones().size()));
-    countTriangles(zones, record);
+    outcome.record.format = "obj";
+    countOf(outcome.record.counts, "zones") += static_cast<std::int64_t>(zones.zones().size());
+    countTriangles(zones, outcome);
     std::int64_t before = 1; // points count from 1 through the whole file
     for (const zBlock_fe* const zone : zones.zones()) {
         const ZoneCoordinates nodes = coordinatesOf(zone->variables);
@@ -268,14 +283,14 @@ bool exportObj(const std::filesystem::path& path, const ExportZones& zones, cons
         });
         before += zone->nodeCount;
     }
-    return finish(out, file);
+    return finish(out, file, outcome);
 }
 
 bool exportPly(const std::filesystem::path& path, const ExportZones& zones, const ExportOptions& options,
-               FileWritten& record, const ReportProgress& report) {
+               WriteOutcome& outcome, const ReportProgress& report) {
     SafeFile file(path);
-    record.format = "ply";
-    countTriangles(zones, record);
+    outcome.record.format = "ply";
+    countTriangles(zones, outcome);
     const bool single = options.binary && !options.doublePrecision;
     std::string header = "ply\nformat ";
     header += options.binary ? "binary_little_endian" : "ascii";
@@ -320,43 +335,43 @@ bool exportPly(const std::filesystem::path& path, const ExportZones& zones, cons
         });
         before += zone->nodeCount;
     }
-    return (options.binary ? binary.flush() : text.flush()) && file.commit();
+    return options.binary ? finish(binary, file, outcome) : finish(text, file, outcome);
 }
 
 bool exportVrml(const std::filesystem::path& path, const ExportZones& zones, const ExportOptions& options,
-                FileWritten& record, const ReportProgress& report) {
+                WriteOutcome& outcome, const ReportProgress& report) {
     SafeFile file(path);
     NumberWriter out(file, options.digits, NumberNotation::General);
     out.reportTo(report, 3 * (zones.points() + zones.triangles()));
-    record.format = "vrml2";
-    addCount(record.counts, "faceSets", static_cast<std::int64_t>(zones.zones().size()));
-    countTriangles(zones, record);
+    outcome.record.format = "vrml2";
+    countOf(outcome.record.counts, "faceSets") += static_cast<std::int64_t>(zones.zones().size());
+    countTriangles(zones, outcome);
     out.writeText("#VRML V2.0 utf8\n");
     for (const zBlock_fe* const zone : zones.zones()) {
         writeShape(out, *zone);
     }
-    return finish(out, file);
+    return finish(out, file, outcome);
 }
 
 bool exportPlot3d(const std::filesystem::path& path, const PatchList& patches, const ExportOptions& options,
-                  FileWritten& record, const ReportProgress& report) {
+                  WriteOutcome& outcome, const ReportProgress& report) {
     SafeFile file(path);
-    record.format = "plot3d";
-    addCount(record.counts, "zones", countOf(patches));
-    addCount(record.counts, "patches", countOf(patches));
+    outcome.record.format = "plot3d";
+    countOf(outcome.record.counts, "zones") += countOf(patches);
+    countOf(outcome.record.counts, "patches") += countOf(patches);
     std::int64_t sections = 0;
     for (const Patch& patch : patches) {
         sections += countOf(patch);
     }
-    addCount(record.counts, "sections", sections);
-    addCount(record.counts, "points", pointTotal(patches));
-    return options.binary ? exportPlot3dBinary(file, patches, options.doublePrecision, report)
-                          : exportPlot3dText(file, patches, options.digits, report);
+    countOf(outcome.record.counts, "sections") += sections;
+    countOf(outcome.record.counts, "points") += pointTotal(patches);
+    return options.binary ? exportPlot3dBinary(file, outcome, patches, options.doublePrecision, report)
+                          : exportPlot3dText(file, outcome, patches, options.digits, report);
 }
 
-bool exportTecplot(const std::filesystem::path& path, const ExchangeModel& model, const ExportZones& zones,
-                   const ExportOptions& options, FileWritten& record, const ReportProgress& report) {
-    record.format = "tecplot";
+bool exportTecplot(const std::filesystem::path& path, const ExchangeView& model, const ExportZones& zones,
+                   const ExportOptions& options, WriteOutcome& outcome, const ReportProgress& report) {
+    outcome.record.format = "tecplot";
     try {
         if (!model.patches.empty()) {
             zRegion region;
@@ -364,29 +379,30 @@ bool exportTecplot(const std::filesystem::path& path, const ExchangeModel& model
             for (std::size_t k = 0; k < region.blocks.size(); ++k) {
                 region.blocks[k]->title = "Patch " + std::to_string(k + 1);
             }
-            addCount(record.counts, "zones", countOf(model.patches));
-            addCount(record.counts, "points", pointTotal(model.patches));
-            addCount(record.counts, "variables", 3);
-            writeTecplot(path, region, options.digits, report);
-            return true;
+            countOf(outcome.record.counts, "zones") += countOf(model.patches);
+            countOf(outcome.record.counts, "points") += pointTotal(model.patches);
+            countOf(outcome.record.counts, "variables") += 3;
+            take(writeTecplot(path, region, options.digits, report), outcome);
+            return outcome.written;
         }
-        addCount(record.counts, "zones", static_cast<std::int64_t>(zones.zones().size()));
-        countTriangles(zones, record);
-        addCount(record.counts, "variables", static_cast<std::int64_t>(zones.zones().front()->variables.size()));
+        countOf(outcome.record.counts, "zones") += static_cast<std::int64_t>(zones.zones().size());
+        countTriangles(zones, outcome);
+        countOf(outcome.record.counts, "variables") +=
+            static_cast<std::int64_t>(zones.zones().front()->variables.size());
         if (!options.merge) {
-            writeTecplot(path, model.region, options.digits, report);
-            return true;
+            take(writeTecplot(path, model.region, options.digits, report), outcome);
+            return outcome.written;
         }
         zRegion_fe merged;
         merged.title = model.region.title;
         for (const zBlock_fe* const zone : zones.zones()) {
             merged.blocks.push_back(cloneZone(*zone));
         }
-        writeTecplot(path, merged, options.digits, report);
-        return true;
-    } catch (const GenericError&) {
-        return false;
+        take(writeTecplot(path, merged, options.digits, report), outcome);
+    } catch (const GenericError& error) {
+        outcome.problem = error.text();
     }
+    return outcome.written;
 }
 
 } // namespace velmora

@@ -96,9 +96,9 @@ void countPatches(const PatchList& patches, Counts& counts) {
     for (const Patch& patch : patches) {
         sections += countOf(patch);
     }
-    addCount(counts, "patches", countOf(patches));
-    addCount(counts, "sections", sections);
-    addCount(counts, "points", pointTotal(patches));
+    countOf(counts, "patches") += countOf(patches);
+    countOf(counts, "sections") += sections;
+    countOf(counts, "points") += pointTotal(patches);
 }
 
 void countBlock(const GridBlock& block, Counts& counts) {
@@ -110,9 +110,9 @@ void countBlock(const GridBlock& block, Counts& counts) {
         sections += face.sections;
         points += face.sections * face.points;
     }
-    addCount(counts, "patches", patches);
-    addCount(counts, "sections", sections);
-    addCount(counts, "points", points);
+    countOf(counts, "patches") += patches;
+    countOf(counts, "sections") += sections;
+    countOf(counts, "points") += points;
 }
 
 void tellGrids(const GridTally& tally, const ImportOptions& options, FileRead& record) {

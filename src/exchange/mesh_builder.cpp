@@ -235,12 +235,12 @@ void MeshBuilder::tell() {
     const auto points = static_cast<std::int64_t>(mesh_.pointCount());
     const auto kept = static_cast<std::int64_t>(std::count(used_.begin(), used_.end(), true));
     const std::int64_t lostFaces = static_cast<std::int64_t>(mesh_.polygonEnds.size()) - tally_.keptFaces;
-    addCount(record_.found, "points", points);
-    addCount(record_.kept, "points", kept);
-    addCount(record_.found, "faces", static_cast<std::int64_t>(mesh_.polygonEnds.size()));
-    addCount(record_.kept, "faces", tally_.keptFaces);
-    addCount(record_.found, "triangles", tally_.foundTriangles);
-    addCount(record_.kept, "triangles", tally_.keptTriangles);
+    countOf(record_.found, "points") += points;
+    countOf(record_.kept, "points") += kept;
+    countOf(record_.found, "faces") += static_cast<std::int64_t>(mesh_.polygonEnds.size());
+    countOf(record_.kept, "faces") += tally_.keptFaces;
+    countOf(record_.found, "triangles") += tally_.foundTriangles;
+    countOf(record_.kept, "triangles") += tally_.keptTriangles;
     tellMissing(record_, "Faces of fewer than three corners", tally_.fewCorners);
     tellMissing(record_, "Faces with points that are not there", tally_.outside);
     tellMissing(record_, "Faces with coordinates that are not finite", tally_.notFinite);
@@ -268,8 +268,7 @@ void buildMesh(FileMesh&& mesh, const ImportOptions& options, ExchangeModel& mod
 
 void tellScale(const ImportOptions& options, FileRead& record) {
     if (options.scale != 1.0) {
-        record.changed.emplace_back("Coordinates scaled");
-        record.lossless = false;
+        record.alters("Coordinates scaled");
     }
 }
 

@@ -180,16 +180,16 @@ void ObjReader::tell() {
     tellMissing(record_, "Points that cannot be read", badPoints_);
     tellMissing(record_, "Lines, points and free forms, which are no polygons", curves_);
     if (otherFiles_) {
-        tellMissing(record_, "Another file is called, which is not read");
+        record_.losesGeometry("Another file is called, which is not read");
     }
     if (materials_) {
-        tellLost(record_, "Materials are not kept");
+        record_.losesDetail("Materials are not kept");
     }
     if (colours_) {
-        tellLost(record_, "Colours of points are not kept");
+        record_.losesDetail("Colours of points are not kept");
     }
     if (textures_) {
-        tellLost(record_, "Texture coordinates are not kept");
+        record_.losesDetail("Texture coordinates are not kept");
     }
 }
 
@@ -199,14 +199,14 @@ void importObj(std::string_view text, const ImportOptions& options, ExchangeMode
                const ReportProgress& report) {
     record.format = "obj";
     FileMesh mesh = ObjReader(text, record, report).run();
-    addCount(record.found, "zones", static_cast<std::int64_t>(mesh.zones.size()));
-    addCount(record.kept, "zones", 0);
-    if (mesh.pointCount() == 0 && mesh.polygonEnds.empty() && !trimmed(text).empty()) {
-        tellMissing(record, "No points and no faces were found");
+    countOf(record.found, "zones") += static_cast<std::int64_t>(mesh.zones.size());
+    countOf(record.kept, "zones") += 0;
+    if (mesh.polygonEnds.empty() && !trimmed(text).empty()) {
+        record.losesGeometry("No faces were found");
     }
     const std::size_t before = model.region.blocks.size();
     buildMesh(std::move(mesh), options, model, record, report);
-    addCount(record.kept, "zones", static_cast<std::int64_t>(model.region.blocks.size() - before));
+    countOf(record.kept, "zones") += static_cast<std::int64_t>(model.region.blocks.size() - before);
 }
 
 } // namespace velmora

@@ -62,7 +62,7 @@ FileMesh OffReader::run() {
         return {}; // nothing at all
     }
     if (!readHeader()) {
-        tellMissing(record_, "The header is not that of an OFF file");
+        record_.losesGeometry("The header is not that of an OFF file");
         return {};
     }
     if (header_.binary) {
@@ -251,18 +251,18 @@ void OffReader::readBinary() {
 
 // What the header promised counts as found.
 void OffReader::tellCounts(std::int64_t points, std::int64_t faces) {
-    addCount(record_.found, "points", header_.points - points);
-    addCount(record_.found, "faces", header_.faces - faces);
+    countOf(record_.found, "points") += header_.points - points;
+    countOf(record_.found, "faces") += header_.faces - faces;
     tellMissing(record_, "Points that the file does not have", header_.points - points);
     tellMissing(record_, "Faces that the file does not have", header_.faces - faces);
 }
 
 void OffReader::tell() {
     if (header_.colours || faceColours_) {
-        tellLost(record_, "Colours are not kept");
+        record_.losesDetail("Colours are not kept");
     }
     if (header_.textures) {
-        tellLost(record_, "Texture coordinates are not kept");
+        record_.losesDetail("Texture coordinates are not kept");
     }
 }
 

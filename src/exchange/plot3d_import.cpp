@@ -119,7 +119,7 @@ private:
 void BlockTaker::take(const Layout& layout, const TakeNumbers& takeNumbers) {
     const auto blocks = static_cast<std::int64_t>(layout.blocks.size());
     record_.found = record_.kept = {{"zones", 0}, {"patches", 0}, {"sections", 0}, {"points", 0}};
-    addCount(record_.found, "zones", blocks);
+    countOf(record_.found, "zones") += blocks;
     std::int64_t taken = 0;
     bool whole = true;
     for (const Extents& extents : layout.blocks) {
@@ -138,7 +138,7 @@ void BlockTaker::take(const Layout& layout, const TakeNumbers& takeNumbers) {
     tellGrids(tally_, options_, record_);
     tellChanged(record_, "Blanked points, which stay points", blankedPoints_);
     if (blankedPoints_ > 0 || otherMarks_) {
-        tellLost(record_, "Blanking is not kept");
+        record_.losesDetail("Blanking is not kept");
     }
 }
 
@@ -163,7 +163,7 @@ bool BlockTaker::takeBlock(const Layout& layout, const Extents& extents, const T
     }
     PatchList patches = patchesOf(block, options_, tally_);
     countPatches(patches, record_.kept);
-    addCount(record_.kept, "zones", patches.empty() ? 0 : 1);
+    countOf(record_.kept, "zones") += patches.empty() ? 0 : 1;
     std::move(patches.begin(), patches.end(), std::back_inserter(model_.patches));
     return true;
 }
@@ -214,9 +214,11 @@ std::size_t numbersNeeded(const Layout& layout) {
                                static_cast<std::size_t>(layout.dimensions + (layout.blanked ? 1 : 0));
 }
 
-/// Whether the numbers behind the first block's coordinates are such as blanking has.
+/// Whether the numbers behind the first block's coordinates are such as blanking has: 0 and 1, seldom 2, and the
+/// numbers of neighbouring blocks below 0.
 bool marksFollow(const Layout& layout, const std::vector<double>& numbers) {
-    constexpr double mostMark = 1000.0;
+    constexpr double leastMark = -1000.0;
+    constexpr double mostMark = 2.0;
     const auto points = static_cast<std::size_t>(pointsOf(layout.blocks.front()));
     const std::size_t begin = layout.header + points * static_cast<std::size_t>(layout.dimensions);
     if (begin + points > numbers.size()) {
@@ -224,16 +226,17 @@ bool marksFollow(const Layout& layout, const std::vector<double>& numbers) {
     }
     return std::all_of(numbers.begin() + static_cast<std::ptrdiff_t>(begin),
                        numbers.begin() + static_cast<std::ptrdiff_t>(begin + points),
-                       [](double mark) { return std::floor(mark) == mark && std::abs(mark) <= mostMark; });
+                       [](double mark) { return std::floor(mark) == mark && mark >= leastMark && mark <= mostMark; });
 }
 
 /// The layout that takes all numbers, or, of a damaged file, that of which the least is missing; null when there is
-/// none.
+/// none. A plane grid is none where the counts of several blocks can be read: those are cut by chance at that number.
 const Layout* bestLayout(const std::vector<Layout>& layouts, const std::vector<double>& numbers) {
+    const bool severalBlocks = !layouts.empty() && layouts.front().dimensions == 3 && layouts.front().blocks.size() > 1;
     const Layout* best = nullptr;
     for (const Layout& layout : layouts) {
         const std::size_t needed = numbersNeeded(layout);
-        if (needed == numbers.size()) {
+        if (needed == numbers.size() && (layout.dimensions == 3 || !severalBlocks)) {
             return &layout;
         }
         const bool cut = needed > numbers.size();
@@ -267,7 +270,7 @@ bool importText(std::string_view text, BlockTaker& taker, FileRead& record, cons
         return true;
     });
     if (cut) {
-        tellMissing(record, "Something that is no number ends the file early");
+        record.losesGeometry("Something that is no number ends the file early");
     } else if (numbersNeeded(*layout) < numbers.size()) {
         tellMissing(record, "Numbers behind the last block",
                     static_cast<std::int64_t>(numbers.size() - numbersNeeded(*layout)));
@@ -475,7 +478,7 @@ void importPlot3d(std::string_view text, const ImportOptions& options, ExchangeM
     if (!recognised) {
         record.found = record.kept = {{"zones", 0}, {"patches", 0}, {"sections", 0}, {"points", 0}};
         if (!trimmed(text).empty()) {
-            tellMissing(record, "No layout of PLOT3D fits the file");
+            record.losesGeometry("No layout of PLOT3D fits the file");
         }
     }
 }

@@ -137,7 +137,7 @@ private:
 
 FileMesh PlyReader::run() {
     if (!readHeader()) {
-        tellMissing(record_, "The header is not that of a PLY file");
+        record_.losesGeometry("The header is not that of a PLY file");
         return {};
     }
     bool whole = true;
@@ -259,7 +259,9 @@ bool PlyReader::readElement(const Element& element) {
     }
     const std::int64_t missing = element.count - row;
     if (missing > 0) {
-        addCount(record_.found, element.name == "vertex" ? "points" : "faces", missing);
+        if (element.name == "vertex" || element.name == "face") {
+            countOf(record_.found, element.name == "vertex" ? "points" : "faces") += missing;
+        }
         tellMissing(record_, "Rows of \"" + element.name + "\" that the file does not have", missing);
     }
     return missing == 0;
@@ -342,7 +344,7 @@ void PlyReader::addStrip() {
 
 void PlyReader::tellOthers() {
     if (!others_.empty()) {
-        tellLost(record_, "Values that are not kept: " + others_);
+        record_.losesDetail("Values that are not kept: " + others_);
     }
 }
 
@@ -351,6 +353,7 @@ void PlyReader::tellOthers() {
 void importPly(std::string_view text, const ImportOptions& options, ExchangeModel& model, FileRead& record,
                const ReportProgress& report) {
     record.format = "ply";
+    record.found = record.kept = {{"points", 0}, {"faces", 0}, {"triangles", 0}};
     if (!text.empty()) {
         buildMesh(PlyReader(text, record, report).run(), options, model, record, report);
     }

@@ -137,7 +137,7 @@ std::size_t facetsOf(std::string_view text, SolidTaker& taker, FileRead& record)
         return whole;
     }
     if (told > whole) {
-        tellMissing(record, "The file ends within a facet");
+        record.losesGeometry("The file ends within a facet");
         return whole;
     }
     taker.foundFacets = static_cast<std::int64_t>(told);
@@ -181,7 +181,7 @@ void readBinary(std::string_view text, SolidTaker& taker, FileRead& record, cons
     }
     taker.keptFacets = static_cast<std::int64_t>(corner / 3);
     if (attributes) {
-        tellLost(record, "The attributes of facets (colours) are not kept");
+        record.losesDetail("The attributes of facets (colours) are not kept");
     }
     taker.take(std::move(solid));
 }
@@ -232,10 +232,10 @@ void TextReader::run() {
     closeFacet(false);
     if (open) {
         closeSolid();
-        tellMissing(record_, "The file ends before its last solid does");
+        record_.losesGeometry("The file ends before its last solid does");
     }
     if (foreignWords_ > 0) {
-        tellLost(record_, "Words that are not known: " + std::to_string(foreignWords_));
+        record_.losesDetail("Words that are not known: " + std::to_string(foreignWords_));
     }
 }
 
@@ -255,9 +255,16 @@ void TextReader::takeKeyword(std::string_view word) {
         takeName(true);
         closeSolid();
     } else if (sameWord(word, "end")) {
+        const std::size_t here = scan_.tell();
         scan_.skipSpace();
-        const std::string_view what = scan_.takeWord();
-        takeKeyword("end" + smallLetters(what)); // "end facet"; "end" alone is none
+        const std::string whole = "end" + smallLetters(scan_.takeWord()); // "end facet"
+        if (whole == "endfacet" || whole == "endloop" || whole == "endsolid") {
+            takeKeyword(whole);
+        } else {
+            scan_.seek(here);
+            ++foreignWords_;
+            readable_ = false;
+        }
     } else if (sameWord(word, "normal")) {
         double ignored = 0.0;
         for (int i = 0; i < 3 && scan_.skipBlanks(); ++i) {
@@ -345,16 +352,19 @@ void TextReader::closeFacet(bool whole) {
     finite_ = readable_ = true;
 }
 
-/// Text begins with the word "solid", and what follows is text too.
-bool looksLikeText(std::string_view text) {
+bool isText(std::string_view text) {
     constexpr std::size_t enough = 4096;
+    text = text.substr(0, enough);
+    return std::none_of(text.begin(), text.end(),
+                        [](char c) { return c != '\t' && static_cast<unsigned char>(c) < '\n'; });
+}
+
+/// Text begins with the word "solid", and what follows is text too.
+bool looksLikeSolid(std::string_view text) {
     TextScan scan(text);
     scan.skipSpace();
-    const std::string_view start = scan.rest().substr(0, enough);
-    const bool bare =
-        start.size() >= 5 && (sameWord(start.substr(0, 5), "solid") || sameWord(start.substr(0, 5), "facet"));
-    return bare && std::none_of(start.begin(), start.end(),
-                                [](char c) { return c != '\t' && static_cast<unsigned char>(c) < '\n'; });
+    const std::string_view word = scan.rest().substr(0, 5);
+    return isText(text) && (sameWord(word, "solid") || sameWord(word, "facet"));
 }
 
 } // namespace
@@ -363,14 +373,14 @@ void importStl(std::string_view text, const ImportOptions& options, ExchangeMode
                const ReportProgress& report) {
     SolidTaker taker(options, model, record);
     const bool fits = text.size() >= firstFacet && text.size() - firstFacet == facetSize * countInHeader(text);
-    if (fits || (text.size() >= firstFacet && !looksLikeText(text))) {
+    if (fits || (text.size() >= firstFacet && !isText(text))) {
         readBinary(text, taker, record, report);
-    } else if (looksLikeText(text)) {
+    } else if (looksLikeSolid(text)) {
         TextReader(text, taker, record, report).run();
     } else {
         record.format = "stl-text";
         if (!text.empty()) {
-            tellMissing(record, "This is no STL file");
+            record.losesGeometry("This is no STL file");
         }
     }
     taker.tell();

@@ -118,8 +118,8 @@ private:
 
 void TecplotTaker::run(const ReportProgress& report) {
     findAxes();
-    addCount(record_.found, "zones", static_cast<std::int64_t>(file_.zones.size()) + file_.badCounts + file_.noRoom);
-    addCount(record_.kept, "zones", 0);
+    countOf(record_.found, "zones") += static_cast<std::int64_t>(file_.zones.size()) + file_.badCounts + file_.noRoom;
+    countOf(record_.kept, "zones") += 0;
     std::erase_if(file_.zones, [this](const TecplotTextZone& zone) { return !takesPart(zone); });
     mesh_ = std::any_of(file_.zones.begin(), file_.zones.end(),
                         [](const TecplotTextZone& zone) { return zone.shape != TecplotShape::Ordered; });
@@ -369,15 +369,15 @@ void TecplotTaker::addOuterFaces(const TecplotTextZone& zone, std::int64_t offse
 }
 
 void TecplotTaker::tell() {
-    addCount(record_.kept, "zones", keptZones_);
+    countOf(record_.kept, "zones") += keptZones_;
     const auto variables = static_cast<std::int64_t>(file_.variables.size());
     const auto coordinates =
         static_cast<std::int64_t>(std::count_if(axes_.begin(), axes_.end(), [variables](std::size_t index) {
             return index != missing && static_cast<std::int64_t>(index) < variables;
         }));
     const std::int64_t keptVariables = model_.empty() ? 0 : coordinates + static_cast<std::int64_t>(kept_.size());
-    addCount(record_.found, "variables", variables);
-    addCount(record_.kept, "variables", keptVariables);
+    countOf(record_.found, "variables") += variables;
+    countOf(record_.kept, "variables") += keptVariables;
     tellMissing(record_, "Zones whose counts cannot be used", file_.badCounts);
     tellMissing(record_, "Zones that share more than the file holds", file_.noRoom);
     tellMissing(record_, "Zones without whole coordinates", noCoordinates_);
@@ -388,16 +388,16 @@ void TecplotTaker::tell() {
     tellMissing(record_, "Elements with nodes that are not there", elementsOutside_);
     tellMissing(record_, "Words and numbers that belong to nothing", file_.foreign);
     if (file_.cellValues > 0) {
-        tellLost(record_, "Variables at cell centres are skipped: " + std::to_string(file_.cellValues));
+        record_.losesDetail("Variables at cell centres are skipped: " + std::to_string(file_.cellValues));
     }
     if (keptVariables < variables && !model_.empty()) {
-        tellLost(record_, "Variables that are not kept: " + std::to_string(variables - keptVariables));
+        record_.losesDetail("Variables that are not kept: " + std::to_string(variables - keptVariables));
     }
     if (titlesLost_) {
-        tellLost(record_, "Titles of grids are not kept");
+        record_.losesDetail("Titles of grids are not kept");
     }
     if (file_.passedOver > 0) {
-        tellLost(record_, "Text and geometry records are passed over: " + std::to_string(file_.passedOver));
+        record_.losesDetail("Text and geometry records are passed over: " + std::to_string(file_.passedOver));
     }
 }
 
@@ -407,13 +407,13 @@ void importTecplot(std::string_view text, const ImportOptions& options, Exchange
                    const ReportProgress& report) {
     record.format = "tecplot";
     if (text.starts_with("#!TDV")) {
-        tellMissing(record, "This is a binary Tecplot file, which is not read");
+        record.losesGeometry("This is a binary Tecplot file, which is not read");
         return;
     }
     TecplotTextFile file = TecplotTextReader(text, report).read();
     const std::int64_t recognised = static_cast<std::int64_t>(file.zones.size()) + file.badCounts + file.noRoom;
     if (recognised == 0 && !trimmed(text).empty()) {
-        tellMissing(record, "No zone was found");
+        record.losesGeometry("No zone was found");
     }
     TecplotTaker(std::move(file), options, model, record).run(report);
 }

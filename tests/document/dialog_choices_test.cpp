@@ -1,6 +1,7 @@
 #include <cmath>
 #include <ostream>
 #include <set>
+#include <sstream>
 
 #include "DialogValues.h"
 #include "command_rig.h"
@@ -92,6 +93,7 @@ struct Choice {
     Steps before = {};
     Fields first = {};  ///< of the same dialog, set before the choice
     Fields fields = {}; ///< and after it
+    std::vector<std::string> files = {};
     Look look;
     std::string expected;
     std::string when = {};
@@ -119,6 +121,37 @@ std::string partsOnDisk(DocumentState& doc) {
     const bool both = std::filesystem::exists(folder / "wing_1.dat") && std::filesystem::exists(folder / "wing_2.dat");
     return (both ? "both, the model is " : "none, the model is ") + extent(&Vector::x)(doc);
 }
+
+std::string nodeTotal(DocumentState& doc) {
+    std::int64_t nodes = 0;
+    for (const auto& zone : doc.feRegion.blocks) {
+        nodes += zone->nodeCount;
+    }
+    return std::to_string(nodes);
+}
+
+std::string triangleTotal(DocumentState& doc) {
+    std::int64_t triangles = 0;
+    for (const auto& zone : doc.feRegion.blocks) {
+        triangles += zone->elementCount;
+    }
+    return std::to_string(triangles);
+}
+
+/// A line, from 1, of the file "out.ply" beside the model.
+Look lineOfPly(int number) {
+    return [=](DocumentState& doc) {
+        std::istringstream file(fileText(doc.modelFile.chosenPath.parent_path() / "out.ply"));
+        std::string line;
+        for (int i = 0; i < number; ++i) {
+            std::getline(file, line);
+        }
+        return line;
+    };
+}
+
+/// Three sides of a prism: each section ends where it begins.
+const Patch prism = {{{0, 0, 0}, {1, 0, 0}, {0.5, 1, 0}, {0, 0, 0}}, {{0, 0, 1}, {1, 0, 1}, {0.5, 1, 1}, {0, 0, 1}}};
 
 const std::vector<Choice> choices = {
     {.dialog = "CRebreak",
@@ -864,6 +897,79 @@ const std::vector<Choice> choices = {
      .fields = {{"section", "1"}},
      .look = partsOnDisk,
      .expected = "both, the model is 0 4"},
+
+    {.dialog = "CImport",
+     .field = "merge",
+     .value = 0,
+     .command = "file.import",
+     .files = {"soup.obj"},
+     .look = nodeTotal,
+     .expected = "6"},
+    {.dialog = "CImport",
+     .field = "merge",
+     .value = 1,
+     .command = "file.import",
+     .files = {"soup.obj"},
+     .look = nodeTotal,
+     .expected = "4"},
+    {.dialog = "CImport",
+     .field = "volumes",
+     .value = 1,
+     .command = "file.import",
+     .files = {"brick.dat"},
+     .look = triangleTotal,
+     .expected = "1"},
+    {.dialog = "CImport",
+     .field = "volumes",
+     .value = 2,
+     .command = "file.import",
+     .files = {"brick.dat"},
+     .look = triangleTotal,
+     .expected = "13"},
+    {.dialog = "CExport",
+     .field = "binary",
+     .value = 0,
+     .command = "file.export",
+     .files = {"out.ply"},
+     .look = lineOfPly(2),
+     .expected = "format ascii 1.0"},
+    {.dialog = "CExport",
+     .field = "binary",
+     .value = 1,
+     .command = "file.export",
+     .files = {"out.ply"},
+     .look = lineOfPly(2),
+     .expected = "format binary_little_endian 1.0"},
+    {.dialog = "CExport",
+     .field = "precision",
+     .value = 1,
+     .command = "file.export",
+     .files = {"out.ply"},
+     .look = lineOfPly(4),
+     .expected = "property float x"},
+    {.dialog = "CExport",
+     .field = "precision",
+     .value = 2,
+     .command = "file.export",
+     .files = {"out.ply"},
+     .look = lineOfPly(4),
+     .expected = "property double x"},
+    {.dialog = "CExport",
+     .field = "merge",
+     .value = 0,
+     .command = "file.export",
+     .model = {prism},
+     .files = {"out.ply"},
+     .look = lineOfPly(3),
+     .expected = "element vertex 8"},
+    {.dialog = "CExport",
+     .field = "merge",
+     .value = 1,
+     .command = "file.export",
+     .model = {prism},
+     .files = {"out.ply"},
+     .look = lineOfPly(3),
+     .expected = "element vertex 6"},
 };
 
 /// Told in tests of their own: IntersectionOfOneCell, with the whole grid compared, and CompareCommand.
@@ -884,6 +990,13 @@ protected:
     DialogChoice() {
         const std::string zone = "ZONE T=\"ZONE_0\",I=2,J=2,K=1,F= POINT\n0 0 0 10\n1 0 0 11\n0 1 0 12\n1 1 0 13\n";
         writeFileText(folder / "flow.dat", "TITLE = \"flow\"\nVARIABLES = \"X\", \"Y\", \"Z\", \"P\"\n" + zone + zone);
+        // Two triangles of three points each, two of which they have in common.
+        writeFileText(folder / "soup.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nf 1 2 3\nf 4 5 6\n");
+        // One triangle, and one cell whose six faces are two triangles each.
+        writeFileText(folder / "brick.dat",
+                      "VARIABLES = X, Y, Z\nZONE N=3, E=1, F=FEPOINT, ET=TRIANGLE\n0 0 0\n1 0 0\n0 1 0\n1 2 3\n"
+                      "ZONE N=8, E=1, F=FEPOINT, ET=BRICK\n0 0 0\n1 0 0\n1 1 0\n0 1 0\n0 0 1\n1 0 1\n1 1 1\n"
+                      "0 1 1\n1 2 3 4 5 6 7 8\n");
     }
 
     void holdTiltedPlate() {
@@ -915,7 +1028,7 @@ TEST_P(DialogChoice, HasItsOutcome) {
     fields.emplace_back(choice.field, std::to_string(choice.value));
     fields.insert(fields.end(), choice.fields.begin(), choice.fields.end());
     forget();
-    run({.id = choice.command, .fields = fields});
+    run({.id = choice.command, .fields = fields, .files = choice.files});
     EXPECT_THAT(heard(), testing::Not(testing::Contains(testing::StartsWith("refused:"))));
     EXPECT_EQ(choice.look(doc), choice.expected);
 }

@@ -94,6 +94,8 @@ const std::pair<const char*, const char*> titles[] = {
     {"dlgEditPoint", "Edit point"},
     {"dlgViewing", "Viewport Options"},
     {"CRegularFind", "Find"},
+    {"CImport", "Import"},
+    {"CExport", "Export"},
 };
 
 TEST(DialogFields, StandUnderTheTitlesThatUsersKnow) {
@@ -216,6 +218,20 @@ TEST(DialogFields, OfScaling) {
     EXPECT_THAT(linesOf("CScaling"),
                 ElementsAre("Scaling", "xCenter | X center | real | 0 | any", "yCenter | Y center | real | 0 | any",
                             "zCenter | Z center | real | 0 | any", "scale | Scale | real | 1 | any"));
+}
+
+TEST(DialogFields, OfImport) {
+    EXPECT_THAT(linesOf("CImport"),
+                ElementsAre("Import", "merge | Merge equal points | check | 0",
+                            "volumes |  | radio | 1 | \"Surface zones only\" \"Outer faces of volume zones too\"",
+                            "scale | Scale | real | 1 | any"));
+}
+
+TEST(DialogFields, OfExport) {
+    EXPECT_THAT(linesOf("CExport"), ElementsAre("Export", "digits | Digits in text | int | 17 | 6 to 17",
+                                                "binary | Binary, where the format can be | check | 1",
+                                                "precision |  | radio | 2 | \"Single precision\" \"Double precision\"",
+                                                "merge | Merge equal points | check | 0"));
 }
 
 TEST(DialogFields, OfMove) {

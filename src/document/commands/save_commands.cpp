@@ -16,6 +16,10 @@ namespace velmora {
 // ---- Save -----------------------------------------------------------------------------------------------------------
 
 void VelmoraDoc::saveModel() {
+    if (modelFile.imported) {
+        saveModelAs(); // it has no file yet, and the one that it came from is not ours to write
+        return;
+    }
     // A save that failed, was refused or declined leaves the model as changed as it was.
     if (saveCurrent() == SaveResult::Saved) {
         documentModified = false;
@@ -181,7 +185,7 @@ bool VelmoraDoc::saveModified() {
         return answer == Answer::No;
     }
     // Work that could not be written is not thrown away: the document stays open, and asks again.
-    documentModified = saveCurrent() != SaveResult::Saved;
+    saveModel();
     return !documentModified;
 }
 

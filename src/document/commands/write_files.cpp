@@ -1,12 +1,15 @@
 #include "write_files.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <string>
 #include <vector>
 
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "apt.h"
+#include "export_zones.h"
 #include "interchange.h"
 #include "messages.h"
 #include "path_names.h"
@@ -84,6 +87,12 @@ WriteOutcome writeStructured(VelmoraDoc& doc, const std::filesystem::path& path,
 
 WriteOutcome writeZones(VelmoraDoc& doc, const std::filesystem::path& path, const zRegion& structured,
                         const zRegion_fe& unstructured) {
+    constexpr int digitsOfZones = 6; // of VRML and STL
+    static const PatchList noPatches;
+    const std::string extension = extensionOf(path);
+    if (extension == "wrl" || extension == "stl") {
+        tellMove(doc, digitsOfZones, largestMove(ExchangeView(noPatches, unstructured), digitsOfZones, false));
+    }
     std::vector<std::string> told;
     WriteOutcome outcome;
     {
@@ -101,9 +110,20 @@ WriteOutcome writeZones(VelmoraDoc& doc, const std::filesystem::path& path, cons
     return outcome;
 }
 
+void tellMove(VelmoraDoc& doc, int digits, double move) {
+    constexpr double tolerance = 1e-5; // of the radius
+    if (!(move > tolerance * doc.modelRadius)) {
+        return;
+    }
+    constexpr int shortForm = 6; // significant digits
+    std::array<char, 32> text{};
+    const auto end = std::to_chars(text.begin(), text.end(), move, std::chars_format::general, shortForm).ptr;
+    doc.ui().showMessage(message::digitsMovePoints(digits, std::string(text.begin(), end)));
+}
+
 std::string saveTargetText(const VelmoraDoc& doc) {
     const std::filesystem::path target = doc.saveTarget();
-    const bool plain = target.empty() || target == doc.modelFile.openedPath;
+    const bool plain = target.empty() || doc.modelFile.imported || target == doc.modelFile.openedPath;
     return plain ? std::string() : "Save writes " + target.string();
 }
 

@@ -35,6 +35,9 @@ WriteOutcome writeZones(VelmoraDoc& doc, const std::filesystem::path& path, cons
 /// What another writer made.
 void finishWriting(VelmoraDoc& doc, const WriteOutcome& outcome);
 
+/// Warns before a file is written when its digits move a point by more than 1e-5 of the model's radius.
+void tellMove(VelmoraDoc& doc, int digits, double move);
+
 /// The status line after a save: what the old file had and the new one has not, and where Save goes from now on, if
 /// that is not the file that was opened.
 void tellSaved(VelmoraDoc& doc, const WriteOutcome& outcome);

@@ -38,15 +38,19 @@ enum class ExportOutcome {
     CannotWrite, ///< the file could not be written; an old one stands as it was
 };
 
+/// Whether a file of this extension can take the model: `Done`, or why not.
+ExportOutcome exportPossible(const std::filesystem::path& path, const ExchangeView& model);
+
 /// How many digits of a coordinate a file of this extension will have: those asked for, 7 for single precision, 17 for
 /// double.
 int digitsWritten(const std::filesystem::path& path, const ExportOptions& options);
 
 /// How far a point moves at most by those digits: what a user is told before the file is written.
-double moveByDigits(const std::filesystem::path& path, const ExchangeModel& model, const ExportOptions& options);
+double moveByDigits(const std::filesystem::path& path, const ExchangeView& model, const ExportOptions& options);
 
-/// Writes a model by the extension. The model is never changed. The record is good when the outcome is `Done`.
-ExportOutcome exportFile(const std::filesystem::path& path, const ExchangeModel& model, const ExportOptions& options,
-                         FileWritten& record, const ReportProgress& report = {});
+/// Writes a model by the extension. The model is never changed. `outcome` tells of the file, and what went wrong with
+/// it.
+ExportOutcome exportFile(const std::filesystem::path& path, const ExchangeView& model, const ExportOptions& options,
+                         WriteOutcome& outcome, const ReportProgress& report = {});
 
 } // namespace velmora

@@ -1,4 +1,4 @@
-#include "exchange.h"
+#include "exchange_files.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,7 +13,6 @@
 #include "off_import.h"
 #include "plot3d_import.h"
 #include "ply_import.h"
-#include "read_record.h"
 #include "stl_import.h"
 #include "tecplot_import.h"
 
@@ -24,7 +23,7 @@ namespace {
 using Importer = void (*)(std::string_view text, const ImportOptions& options, ExchangeModel& model, FileRead& record,
                           const ReportProgress& report);
 using TriangleExporter = bool (*)(const std::filesystem::path& path, const ExportZones& zones,
-                                  const ExportOptions& options, FileWritten& record, const ReportProgress& report);
+                                  const ExportOptions& options, WriteOutcome& outcome, const ReportProgress& report);
 
 /// What kind of file an exporter makes.
 enum class Writes { Nothing, Triangles, Grids, Either };
@@ -86,6 +85,24 @@ bool isGrid(const Patch& patch) {
                        [&patch](const PointList& section) { return section.size() == patch.front().size(); });
 }
 
+bool isFinite(const ExchangeView& model) {
+    const auto finite = [](double value) { return std::isfinite(value); };
+    const auto finitePoint = [](const zVec<double>& p) {
+        return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+    };
+    return std::all_of(model.patches.begin(), model.patches.end(),
+                       [&finitePoint](const Patch& patch) {
+                           return std::all_of(patch.begin(), patch.end(), [&finitePoint](const PointList& section) {
+                               return std::all_of(section.begin(), section.end(), finitePoint);
+                           });
+                       }) &&
+           std::all_of(model.region.blocks.begin(), model.region.blocks.end(), [&finite](const auto& zone) {
+               return std::all_of(zone->variables.begin(), zone->variables.end(), [&finite](const auto& variable) {
+                   return std::all_of(variable->data.begin(), variable->data.end(), finite);
+               });
+           });
+}
+
 /// A record of a block has room for this many bytes.
 bool fitsRecords(const PatchList& patches) {
     constexpr std::int64_t mostBytes = 2'147'483'647;
@@ -94,12 +111,18 @@ bool fitsRecords(const PatchList& patches) {
     });
 }
 
-bool canTake(const ExchangeFormat& format, const ExchangeModel& model, const ExportZones& zones) {
-    if (model.patches.empty()) {
-        return format.writes != Writes::Grids && zones.triangles() > 0;
-    }
-    if (format.writes == Writes::Triangles) {
-        return zones.triangles() > 0;
+/// A zone or a patch from which triangles come.
+bool hasTriangles(const ExchangeView& model) {
+    return std::any_of(
+               model.patches.begin(), model.patches.end(),
+               [](const Patch& patch) { return isGrid(patch) && patch.size() > 1 && patch.front().size() > 1; }) ||
+           std::any_of(model.region.blocks.begin(), model.region.blocks.end(),
+                       [](const auto& zone) { return zone->elementCount > 0; });
+}
+
+bool canTake(const ExchangeFormat& format, const ExchangeView& model) {
+    if (model.patches.empty() || format.writes == Writes::Triangles) {
+        return format.writes != Writes::Grids && hasTriangles(model);
     }
     return std::all_of(model.patches.begin(), model.patches.end(), isGrid) &&
            (format.writes != Writes::Grids || fitsRecords(model.patches));
@@ -141,13 +164,14 @@ ImportOutcome importFile(const std::filesystem::path& path, const ImportOptions&
             return ImportOutcome::CannotOpen;
         }
         record.bytes = file.text().size();
+        record.identity = file.identity();
         if (file.tooLarge()) {
-            tellMissing(record, "The file is too large for the memory");
+            record.losesGeometry("The file is too large for the memory");
             return ImportOutcome::Failed;
         }
         format->importer(withoutMark(file.text()), options, model, record, report);
     } catch (const std::bad_alloc&) {
-        tellMissing(record, "The memory does not suffice");
+        record.losesGeometry("The memory does not suffice");
         model = {};
     }
     if (model.empty()) {
@@ -164,41 +188,50 @@ int digitsWritten(const std::filesystem::path& path, const ExportOptions& option
     return format == nullptr ? options.digits : digitsOf(*format, options);
 }
 
-double moveByDigits(const std::filesystem::path& path, const ExchangeModel& model, const ExportOptions& options) {
+double moveByDigits(const std::filesystem::path& path, const ExchangeView& model, const ExportOptions& options) {
     const ExchangeFormat* const format = formatOf(path, &ExchangeFormat::written);
     return format == nullptr ? 0.0 : largestMove(model, digitsOf(*format, options), isSingle(*format, options));
 }
 
-ExportOutcome exportFile(const std::filesystem::path& path, const ExchangeModel& model, const ExportOptions& options,
-                         FileWritten& record, const ReportProgress& report) {
+ExportOutcome exportPossible(const std::filesystem::path& path, const ExchangeView& model) {
     const ExchangeFormat* const format = formatOf(path, &ExchangeFormat::written);
-    if (format == nullptr) {
-        return ExportOutcome::UnknownType;
+    return format == nullptr         ? ExportOutcome::UnknownType
+           : model.empty()           ? ExportOutcome::Empty
+           : canTake(*format, model) ? ExportOutcome::Done
+                                     : ExportOutcome::CannotTake;
+}
+
+ExportOutcome exportFile(const std::filesystem::path& path, const ExchangeView& model, const ExportOptions& options,
+                         WriteOutcome& outcome, const ReportProgress& report) {
+    const ExportOutcome possible = exportPossible(path, model);
+    if (possible != ExportOutcome::Done) {
+        return possible;
     }
-    if (model.empty()) {
-        return ExportOutcome::Empty;
-    }
+    const ExchangeFormat* const format = formatOf(path, &ExchangeFormat::written);
     const bool keepsGrids = format->writes != Writes::Triangles && !model.patches.empty();
     const ExchangeModel nothing;
-    const ExportZones zones(keepsGrids ? nothing : model, options.merge);
-    if (!canTake(*format, model, zones)) {
-        return ExportOutcome::CannotTake;
+    const ExportZones zones(keepsGrids ? ExchangeView(nothing) : model, options.merge);
+    if (!isFinite(model)) {
+        outcome = {};
+        outcome.problem = "A coordinate of the model is not finite";
+        return ExportOutcome::CannotWrite;
     }
     if (isSingle(*format, options) && !std::isfinite(largestMove(model, digitsOf(*format, options), true))) {
         return ExportOutcome::TooLarge;
     }
-    record = {};
-    record.path = path;
-    const bool written = format->exporter != nullptr       ? format->exporter(path, zones, options, record, report)
-                         : format->writes == Writes::Grids ? exportPlot3d(path, model.patches, options, record, report)
-                                                           : exportTecplot(path, model, zones, options, record, report);
+    outcome = {};
+    outcome.record.path = path;
+    const bool written = format->exporter != nullptr ? format->exporter(path, zones, options, outcome, report)
+                         : format->writes == Writes::Grids
+                             ? exportPlot3d(path, model.patches, options, outcome, report)
+                             : exportTecplot(path, model, zones, options, outcome, report);
     if (!written) {
         return ExportOutcome::CannotWrite;
     }
     std::error_code error;
-    record.bytes = std::filesystem::file_size(path, error);
+    outcome.record.bytes = std::filesystem::file_size(path, error);
     if (error) {
-        record.bytes = 0;
+        outcome.record.bytes = 0;
     }
     return ExportOutcome::Done;
 }

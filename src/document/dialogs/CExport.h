@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+
+#include "DialogForm.h"
+#include "exchange_model.h"
+
+namespace velmora {
+
+/// How a model becomes a file of others.
+struct CExport {
+    std::int32_t digits = 17;   ///< significant ones of numbers in text, 6 to 17
+    bool binary = true;         ///< where the format has both forms
+    std::int32_t precision = 2; ///< of binary numbers: 1 single, 2 double
+    bool merge = false;         ///< points with equal coordinates become one in the file
+
+    /// What the writers are to do.
+    ExportOptions options() const;
+};
+
+/// The form over `values`, which must outlive it.
+DialogForm describe(CExport& values);
+
+} // namespace velmora

@@ -15,7 +15,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "exchange.h"
+#include "exchange_files.h"
 
 namespace {
 

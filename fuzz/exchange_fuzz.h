@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "FileRecord.h"
-#include "exchange.h"
+#include "exchange_files.h"
 #include "fuzz_files.h"
 
 namespace velmora::fuzz {

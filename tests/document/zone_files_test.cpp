@@ -380,7 +380,7 @@ TEST_F(SaveZones, ModelWithoutPatchesIsNothingToSave) {
 TEST_F(SaveZones, ConversionMakesZonesOfThePatches) {
     open("w.apt", aptText({flatPatch(2, 3), flatPatch(3, 1), flatPatch(3, 3)}));
     captureSection(0, 1);
-    doc.ConvertToUnstructured();
+    call("convert.toUnstructured");
     expectKinds(StructureKind::Unstructured, FileKind::None);
     EXPECT_THAT(zoneTitles(), ElementsAre("Patch___0", "Patch___2"));
     EXPECT_EQ(doc.feRegion.blocks[0]->nodeCount, 6);

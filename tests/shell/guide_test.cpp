@@ -61,7 +61,7 @@ struct Target {
 /// What the text of a page leads to: its links, or its pictures.
 std::vector<Target> targetsOf(const QString& page, bool pictures) {
     QTextDocument document;
-    document.setMarkdown(fileText(QStringLiteral(":/guide/") + page));
+    document.setMarkdown(guideText(page));
     std::vector<Target> targets;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         for (auto part = block.begin(); part != block.end(); ++part) {
@@ -141,6 +141,34 @@ TEST(Guide, CallsEveryMenuEntryByTheWordsOfItsMenu) {
     for (const Menu* menu : {&pointContextMenu(), &lineContextMenu(), &patchContextMenu()}) {
         expectWording(menu->entries);
     }
+}
+
+/// The links of the items of a menu, its submenus' too, in order.
+void addPlaces(const std::vector<MenuEntry>& entries, QStringList& places) {
+    for (const MenuEntry& entry : entries) {
+        addPlaces(entry.entries, places);
+        if (entry.kind == MenuEntry::Kind::Item) {
+            const GuidePlace place = placeOf(*findCommand(entry.command));
+            places.append(place.page + QLatin1Char('#') + place.anchor);
+        }
+    }
+}
+
+TEST(Guide, ThePageOfMenusListsEachEntryOfTheContextMenusAndToolBarsInOrder) {
+    QStringList expected;
+    for (const Menu* menu : {&pointContextMenu(), &lineContextMenu(), &patchContextMenu()}) {
+        addPlaces(menu->entries, expected);
+    }
+    for (const Menu& bar : toolBars()) {
+        addPlaces(bar.entries, expected);
+    }
+    QStringList listed;
+    for (const Target& link : targetsOf(QStringLiteral("menus.md"), false)) {
+        if (link.name.contains(QLatin1Char('#')) && !link.name.startsWith(QLatin1String("regimes.md"))) {
+            listed.append(link.name);
+        }
+    }
+    EXPECT_EQ(listed, expected);
 }
 
 TEST(Guide, NamesEveryKey) {

@@ -1,6 +1,7 @@
 #include "regimes.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "DialogValues.h"
 #include "UserInterface.h"
@@ -291,6 +292,31 @@ void VelmoraDoc::InputPatch() {
     redrawPicture();
 }
 
+namespace {
+
+/// Every part joins the zBlock, and the last one is held as a typed one is.
+void SelectAll(VelmoraDoc& doc) {
+    const std::int32_t parts = doc.partCount();
+    if (parts < 1) {
+        return;
+    }
+    if (parts > countOf(doc.blockList)) {
+        doc.ui().showMessage(message::blockIsFull);
+        return;
+    }
+    doc.capture.disarmForPatchNumber();
+    letPointGo(doc);
+    letCurveGo(doc);
+    doc.capture.holdPatch(parts - 1, true);
+    doc.forceMouseMode(ModePatch);
+    std::iota(doc.blockList.begin(), doc.blockList.begin() + parts, 0);
+    doc.blockCount = parts;
+    doc.ShowStatus(doc.capture->blockStatus);
+    doc.redrawPicture();
+}
+
+} // namespace
+
 void VelmoraDoc::ExitPatchRegime() {
     letCurveGo(*this);
     leavePointRegime(*this); // its point is one of a patch that is about to be let go
@@ -414,6 +440,13 @@ std::span<const Command> regimeCommands() {
          .run = &VelmoraDoc::InputPatch,
          .off = emptyModel,
          .places = {{EditPatches, 120}, {GeneralBar, 220}}},
+        {.id = "block.all",
+         .menuText = "Select &all",
+         .statusText = "Add every patch to zBlock",
+         .icon = true,
+         .run = &SelectAll,
+         .off = emptyModel,
+         .places = {{EditPatches, 125}}},
         {.id = "patch.addToBlock",
          .menuText = "&Add to zBlock",
          .statusText = "Add patch to zBlock for editing",

@@ -76,6 +76,7 @@ private:
     void showContextMenu();
     void exit() override;
     void showGuide() override;
+    void showKeys() override;
     void showAbout() override;
     void paint();
     void paintIfAsked();

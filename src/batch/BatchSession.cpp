@@ -316,6 +316,10 @@ void BatchSession::showGuide() {
     session_.document().ShowStatus("The user guide is shown by the window; --help-commands lists the commands");
 }
 
+void BatchSession::showKeys() {
+    session_.document().ShowStatus("Keys and mouse are the window's; the user guide lists them");
+}
+
 void BatchSession::showAbout() {
     session_.document().ui().showMessage({Severity::Info, aboutText()});
 }

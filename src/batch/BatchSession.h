@@ -85,6 +85,7 @@ private:
     void showContextMenu();
     void exit() override;
     void showGuide() override;
+    void showKeys() override;
     void showAbout() override;
     void paint();
     void paintIfAsked();

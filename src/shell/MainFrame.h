@@ -14,6 +14,7 @@
 namespace velmora {
 
 class HelpDesk;
+class StartPanel;
 class VelmoraDoc;
 struct DocumentState;
 
@@ -62,6 +63,7 @@ private:
     CommandState stateOf(const Command& command) const;
     void exit() override;
     void showGuide() override;
+    void showKeys() override;
     void showAbout() override { emit aboutWanted(); }
     void toggleToolBars() override;
     void toggleStatusBar() override;
@@ -69,6 +71,8 @@ private:
     bool statusBarShown() const override { return !status_->isHidden(); }
     void showContextMenu(const QPoint& position);
     void refresh();
+    QString modeText() const;
+    void noteKey(const Command& command);
     bool restoreWindow();
     void keepSensibleSize();
     void carryOut(const std::function<void()>& work);
@@ -79,6 +83,7 @@ private:
     GlViewWidget* viewWidget_;
     CommandActions* actions_;
     HelpDesk* help_;
+    StartPanel* startPanel_;
     QList<QToolBar*> toolBars_;
     bool leaving_ = false;      ///< the question was answered: the window may go
     bool surfaceShown_ = false; ///< what the Surface button says

@@ -24,6 +24,7 @@ public:
 
     void exit() override { calls.emplace_back("exit"); }
     void showGuide() override { calls.emplace_back("guide"); }
+    void showKeys() override { calls.emplace_back("keys"); }
     void showAbout() override { calls.emplace_back("about"); }
     void toggleToolBars() override { calls.emplace_back("tool bars"); }
     void toggleStatusBar() override { calls.emplace_back("status bar"); }
@@ -80,10 +81,10 @@ TEST_F(SessionTest, EveryShellCommandOfTheTableIsCarriedOut) {
 }
 
 TEST_F(SessionTest, EachShellCommandDoesItsOwn) {
-    for (const char* id : {"file.exit", "view.toolbar", "view.statusBar", "help.topics", "help.about"}) {
+    for (const char* id : {"file.exit", "view.toolbar", "view.statusBar", "help.topics", "help.keys", "help.about"}) {
         run(id);
     }
-    EXPECT_THAT(shell.calls, ElementsAre("exit", "tool bars", "status bar", "guide", "about"));
+    EXPECT_THAT(shell.calls, ElementsAre("exit", "tool bars", "status bar", "guide", "keys", "about"));
 }
 
 TEST_F(SessionTest, ACommandThatIsOffDoesNothing) {

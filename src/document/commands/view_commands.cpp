@@ -67,6 +67,7 @@ std::span<const Command> viewCommands() {
          .menuText = "&Fit to Window",
          .statusText = "Fit image to the window of pane",
          .toolTip = "Fit image",
+         .accelerator = "Home",
          .icon = true,
          .run = &VelmoraDoc::FitToWindow,
          .off = emptyModel,

@@ -29,6 +29,14 @@ bool canImport(const std::string& extension) {
     return std::find(known.begin(), known.end(), extension) != known.end();
 }
 
+std::vector<FileType> typesToImport() {
+    std::vector<FileType> types = importFileTypes();
+    types.erase(
+        std::remove_if(types.begin(), types.end(), [](const FileType& type) { return !canImport(type.extension); }),
+        types.end());
+    return types;
+}
+
 /// Reads the file, tells of it and shows what is wrong with it.
 ImportOutcome readForeign(VelmoraDoc& doc, const std::filesystem::path& path, ExchangeModel& model, LoadTally& tally) {
     FileRead record;
@@ -68,7 +76,7 @@ void VelmoraDoc::importFiles() {
     }
     FileRequest request;
     request.mode = ChooserMode::Import;
-    request.types = importFileTypes();
+    request.types = typesToImport();
     request.proposed = proposedFolder_.empty() ? modelFile.chosenPath : proposedFolder_;
     request.command = "file.import";
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);

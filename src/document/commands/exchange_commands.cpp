@@ -31,6 +31,14 @@ bool canImport(const std::string& extension) {
     return std::find(known.begin(), known.end(), extension) != known.end();
 }
 
+std::vector<FileType> typesToImport() {
+    std::vector<FileType> types = importFileTypes();
+    types.erase(
+        std::remove_if(types.begin(), types.end(), [](const FileType& type) { return !canImport(type.extension); }),
+        types.end());
+    return types;
+}
+
 /// Reads the file, tells of it and shows what is wrong with it.
 ImportOutcome readForeign(VelmoraDoc& doc, const std::filesystem::path& path, ExchangeModel& model, LoadTally& tally) {
     FileRead record;
@@ -69,7 +77,7 @@ void importFiles(VelmoraDoc& doc) {
     }
     FileRequest request;
     request.mode = ChooserMode::Import;
-    request.types = importFileTypes();
+    request.types = typesToImport();
     request.proposed = doc.openPlace();
     request.command = "file.import";
     const std::vector<std::filesystem::path> paths = doc.ui().chooseFiles(request);

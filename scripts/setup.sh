@@ -21,6 +21,9 @@ picture_packages=(xvfb xauth openbox imagemagick)
 test_packages=(git clang libclang-rt-14-dev clang-format libgtest-dev libgmock-dev libbenchmark-dev libxtst-dev xvfb openbox
   python3 python3-numpy python3-pytest python3-jsonschema python3-meshio python3-vtk9 assimp-utils mypy)
 
+# Making Debian packages of it and looking at them.
+package_packages=(dpkg-dev file librsvg2-bin lintian desktop-file-utils appstream man-db)
+
 # missing_packages PACKAGE...: prints those that are not installed.
 missing_packages() {
   local package

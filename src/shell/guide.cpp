@@ -103,6 +103,8 @@ const QStringList& guidePages() {
         QStringLiteral("view.md"),     QStringLiteral("options.md"),         QStringLiteral("help.md"),
         QStringLiteral("menus.md"),    QStringLiteral("formats.md"),         QStringLiteral("point-table.md"),
         QStringLiteral("messages.md"), QStringLiteral("scripts.md"),         QStringLiteral("numbers.md"),
+        QStringLiteral("howto.md"),    QStringLiteral("python.md"),          QStringLiteral("batch.md"),
+        QStringLiteral("commands.md"), QStringLiteral("fields.md"),
     };
     return pages;
 }

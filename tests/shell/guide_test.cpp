@@ -35,11 +35,16 @@ QString fileText(const QString& path) {
     return QString::fromUtf8(file.readAll());
 }
 
-/// What pages say, headings and all, in one line; of all pages when none is named.
+/// The pages that are made of the program's tables: they name everything and explain nothing.
+bool isTable(const QString& page) {
+    return page == QLatin1String("commands.md") || page == QLatin1String("fields.md");
+}
+
+/// What pages say, headings and all, in one line; of all pages that explain when none is named.
 QString wordsOf(const QString& page = QString()) {
     QString words;
     for (const GuideSection& section : guideSections()) {
-        if (page.isEmpty() || section.page == page) {
+        if (page.isEmpty() ? !isTable(section.page) : section.page == page) {
             words += section.heading + QLatin1Char(' ') + section.text + QLatin1Char(' ');
         }
     }

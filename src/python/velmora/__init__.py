@@ -23,13 +23,16 @@ from __future__ import annotations
 
 import os
 from dataclasses import dataclass, field
-from typing import Any, Callable, Dict, Iterable, List, Mapping, NamedTuple, Optional, Sequence, Tuple, Union
+from typing import TYPE_CHECKING, Any, Callable, Dict, Iterable, List, Mapping, NamedTuple, Optional, Sequence, Tuple, Union
 
 import numpy as np
-import numpy.typing as npt
 
 from . import _core, kernels
-from ._types import Event, FieldValue, Floats, Indices
+
+if TYPE_CHECKING:
+    import numpy.typing as npt
+
+    from ._types import Event, FieldValue, Floats, Indices
 
 __all__ = [
     "Error",

@@ -7,12 +7,14 @@ that are not finite and triangles that name vertices that do not exist raise ``V
 
 from __future__ import annotations
 
-from typing import List, NamedTuple
-
-import numpy.typing as npt
+from typing import TYPE_CHECKING, List, NamedTuple
 
 from . import _core
-from ._types import Floats
+
+if TYPE_CHECKING:
+    import numpy.typing as npt
+
+    from ._types import Floats
 
 __all__ = ["BORDER_REACH", "Projected", "match", "project", "rebreak", "rebreak_by_law", "slice_surface"]
 

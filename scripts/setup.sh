@@ -18,8 +18,8 @@ window_packages=(qt6-qpa-plugins qt6-wayland libqt6svg6 libgl1 libglx-mesa0 libe
   fonts-dejavu-core)
 # A picture of the window where there is no display.
 picture_packages=(xvfb xauth openbox imagemagick)
-test_packages=(git clang libclang-rt-14-dev clang-format libgtest-dev libgmock-dev libbenchmark-dev libxtst-dev xvfb openbox
-  python3 python3-numpy python3-pytest python3-jsonschema python3-meshio python3-vtk9 assimp-utils mypy)
+test_packages=(git clang libclang-rt-14-dev clang-format libgtest-dev libgmock-dev libbenchmark-dev libegl-dev libxtst-dev
+  xvfb openbox python3 python3-numpy python3-pytest python3-jsonschema python3-meshio python3-vtk9 assimp-utils mypy)
 
 # Making Debian packages of it and looking at them.
 package_packages=(dpkg-dev file librsvg2-bin lintian desktop-file-utils appstream man-db)

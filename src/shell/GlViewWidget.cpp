@@ -18,6 +18,8 @@ namespace {
 
 /// What the toolkit counts for one notch of a wheel.
 constexpr double unitsOfNotch = 120.0;
+/// A camera that has not moved for so many milliseconds rests.
+constexpr int restAfter = 150;
 
 /// What a drag with the middle button does; the keys held as it begins decide.
 MouseMode navigationOf(Qt::KeyboardModifiers keys) {
@@ -45,6 +47,13 @@ GlViewWidget::GlViewWidget(QWidget* parent) : QWidget(parent) {
     connect(&timer_, &QTimer::timeout, this, [this] {
         if (view_ != nullptr) {
             carryOut([this] { view_->OnTimer(); });
+        }
+    });
+    restTimer_.setSingleShot(true);
+    restTimer_.setInterval(restAfter);
+    connect(&restTimer_, &QTimer::timeout, this, [this] {
+        if (view_ != nullptr) {
+            carryOut([this] { view_->OnRest(); });
         }
     });
 }
@@ -261,6 +270,17 @@ void GlViewWidget::wheelEvent(QWheelEvent* event) {
     noteTime(*event);
     carryOut([&] { view_->OnWheel(pixelAt(event->position()), event->angleDelta().y() / unitsOfNotch); });
     event->accept();
+}
+
+void GlViewWidget::leaveEvent(QEvent* event) {
+    QWidget::leaveEvent(event);
+    if (view_ != nullptr) {
+        carryOut([this] { view_->OnMouseLeave(); });
+    }
+}
+
+void GlViewWidget::showHint(const std::string& text) {
+    emit hinted(qtText(text));
 }
 
 void GlViewWidget::contextMenuEvent(QContextMenuEvent* event) {

@@ -62,7 +62,13 @@ void StatusLine::showHint(const QString& hint) {
 }
 
 void StatusLine::showMode(const QString& mode) {
-    mode_->setText(mode);
+    modeText_ = mode;
+    mode_->setText(pointed_.isEmpty() ? modeText_ : pointed_);
+}
+
+void StatusLine::showPointed(const QString& text) {
+    pointed_ = text;
+    showMode(modeText_);
 }
 
 void StatusLine::refreshLocks() {

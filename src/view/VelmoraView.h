@@ -67,6 +67,10 @@ public:
     /// The picture of the model, as of the last redraw, and what was drawn beside it in the last frame.
     const DrawList& list();
     const Overlay& overlay() const { return overlay_; }
+    /// What is drawn over a surface of what is held; empty over wires, which show it themselves.
+    const DrawList& held() const { return held_; }
+    /// What a click would take, where that is known before the click.
+    const std::optional<Pick>& candidate() const { return candidate_; }
 
     // ---- Frame loop -----------------------------------------------------------------------------
 
@@ -128,6 +132,10 @@ public:
     void Navigate(PixelPoint position);
     void EndNavigation();
     bool isNavigating() const { return navigation_.has_value(); }
+    /// The camera has not moved for a while: the whole picture is wanted.
+    void OnRest();
+    /// The mouse left the view: it points at nothing.
+    void OnMouseLeave();
 
     // ---- Picking --------------------------------------------------------------------------------
 
@@ -185,6 +193,10 @@ private:
     void bringListUpToDate();
     void drawWithOverlay();
     void buildOverlay();
+    void buildPointed();
+    void bringCoarseListUpToDate();
+    bool isTooSlow() const;
+    bool showsSurface() const { return model_.list.number == 2 || model_.list.number == 4; }
     void addTriad(DrawList& list);
     void addMarkerNumbers();
     void refreshAngles();
@@ -223,6 +235,11 @@ private:
     PixelLine rayThrough(PixelPoint position) const;
     Pick patchUnder(PixelPoint position, Pick::Target target);
     bool take(const Pick& pick);
+    Sight sight() const;
+    void pointAt(PixelPoint position);
+    void showCandidate(const std::optional<Pick>& candidate);
+    zVec<double> middleOfView();
+    void noteMotion();
     void showCurvePick(MouseMode mode, const std::string& text);
     int listNumber();
     Matrix4 modelTransform(const zVec<double>& centre) const;
@@ -236,6 +253,15 @@ private:
     bool listDirty_ = true; ///< built at the next paint: several redraws of one command cost one build
     bool highlightDirty_ = false;
     std::uint64_t listRevision_ = 0;
+    DrawList coarse_; ///< of the list of coarseOf_
+    std::uint64_t coarseRevision_ = 0;
+    std::uint64_t coarseOf_ = 0;
+    bool moving_ = false; ///< the camera, until it rests
+    DrawList held_;
+    std::uint64_t heldRevision_ = 0;
+    DrawList pointed_;
+    std::optional<Pick> candidate_;
+    std::uint64_t candidateRevision_ = 0; ///< of the geometry that it was found in
     Overlay overlay_;
     ModelIndex index_;
     std::optional<std::uint64_t> gridRevision_; ///< of the geometry that was looked at

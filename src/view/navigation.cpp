@@ -108,7 +108,21 @@ void VelmoraView::OnWheel(PixelPoint position, double notches) {
     viewCentreX += (position.x - viewport.width * 0.5) * (before - zoomFactor);
     viewCentreY += (viewport.height - position.y - 1 - viewport.height * 0.5) * (before - zoomFactor);
     UpdateProjection();
+    noteMotion();
     repaint();
+}
+
+/// From here on the picture may be a coarse one, until the camera rests.
+void VelmoraView::noteMotion() {
+    moving_ = true;
+    surface().awaitRest();
+}
+
+void VelmoraView::OnRest() {
+    if (moving_) {
+        moving_ = false;
+        repaint();
+    }
 }
 
 void VelmoraView::zoomTo(double factor) {
@@ -120,17 +134,24 @@ void VelmoraView::BeginNavigation(MouseMode act, PixelPoint position) {
         return;
     }
     stopSpin();
+    showCandidate(std::nullopt);
     notePose();
     navigation_ = Navigation{act, position, doc_.modelCenter};
     if (act == ModeRotate && zoomFactor < closeUp) {
-        // What the middle of the view shows at the depth of the model's middle.
-        const PixelLine ray = PixelRay(viewport.width * 0.5, viewport.height * 0.5);
-        const zVec<double> normal = ScreenFrame().normal;
-        const zVec<double> along = ray.farPoint - ray.nearPoint;
-        const double t = dot(normal, doc_.modelCenter - ray.nearPoint) / dot(normal, along);
-        navigation_->pivot = ray.nearPoint + along * t;
+        navigation_->pivot = middleOfView();
     }
     surface().showCursor(act);
+}
+
+/// What the middle of the view shows of the model; where that is nothing, at the depth of the model's middle.
+zVec<double> VelmoraView::middleOfView() {
+    const PixelLine ray = PixelRay(viewport.width * 0.5, viewport.height * 0.5);
+    if (const auto place = firstPlace(doc_, index_, ray)) {
+        return *place;
+    }
+    const zVec<double> normal = ScreenFrame().normal;
+    const zVec<double> along = ray.farPoint - ray.nearPoint;
+    return ray.nearPoint + along * (dot(normal, doc_.modelCenter - ray.nearPoint) / dot(normal, along));
 }
 
 void VelmoraView::Navigate(PixelPoint position) {
@@ -156,6 +177,7 @@ void VelmoraView::Navigate(PixelPoint position) {
         break;
     }
     navigation_->last = position;
+    noteMotion();
     repaint();
 }
 
@@ -163,7 +185,7 @@ void VelmoraView::EndNavigation() {
     if (navigation_) {
         navigation_.reset();
         surface().showCursor(shownCursor_);
-        repaint();
+        OnRest();
     }
 }
 

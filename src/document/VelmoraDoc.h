@@ -90,6 +90,8 @@ public:
     SaveResult saveCurrent();
     /// The file that Save would write, spelled as the user chose it; empty without a model.
     std::filesystem::path saveTarget() const;
+    /// "Save writes /models/wing.apt": where Save goes, if that is not the file that was opened; else empty.
+    std::string saveTargetText() const;
     /// The question before the document is closed; false when it must stay open: the user wants to stay, or saving
     /// failed.
     bool saveModified();
@@ -270,13 +272,19 @@ public:
     bool askViewing(dlgViewing& values);
 
 private:
+    using CaptureText = std::string CaptureState::*;
+
+    CaptureText shownCaptureText() const;
     void refillStatus();
+    void tellSaveTarget(const std::filesystem::path& before, const std::string& textBefore);
     void returnToRegimeMode();
 
     UserInterface& ui_;
     std::vector<DocumentView*> views_;
     bool started_ = false;
     std::filesystem::path proposedFolder_; ///< of the chooser of Open, when it was named; else empty
+    std::string coveredStatus_;            ///< what "Save writes" took the place of; empty for nothing
+    CaptureText coveredText_ = nullptr;    ///< where that stands, when it is a text of what is captured
     std::string extentStatus_;             ///< what was told of the size of the model; empty when it is usual
 };
 

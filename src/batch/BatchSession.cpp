@@ -9,6 +9,7 @@
 #include "about.h"
 #include "command_help.h"
 #include "file_events.h"
+#include "messages.h"
 #include "parse_number.h"
 
 namespace velmora {
@@ -99,9 +100,6 @@ BatchSession::Next BatchSession::run(std::int64_t number, std::string_view line)
     });
     if (!failure) {
         failure = ui_.endLine();
-    }
-    if (!report_.filesRead.empty()) {
-        filesRead_ = report_.filesRead;
     }
     if (failure) {
         const std::string text = failure->cause + "; " + failure->remedy;
@@ -218,7 +216,8 @@ MaybeFailure BatchSession::print(Words words) {
     }
     if (words.size() == 1 && words[0] == "read") {
         Json events = Json::array();
-        std::transform(filesRead_.begin(), filesRead_.end(), std::back_inserter(events), readEvent);
+        const std::vector<FileRead>& reads = session_.filesRead();
+        std::transform(reads.begin(), reads.end(), std::back_inserter(events), readEvent);
         sayValue("read", std::move(events));
         return std::nullopt;
     }
@@ -309,6 +308,10 @@ void BatchSession::showGuide() {
 
 void BatchSession::showAbout() {
     session_.document().ui().showMessage({Severity::Info, aboutText()});
+}
+
+void BatchSession::toggleFileReport() {
+    session_.document().ui().showMessage(message::panelOfTheWindow("print read"));
 }
 
 // ---- Painting -------------------------------------------------------------------------------------------------------

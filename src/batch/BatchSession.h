@@ -77,6 +77,7 @@ private:
     void exit() override;
     void showGuide() override;
     void showAbout() override;
+    void toggleFileReport() override;
     void paint();
     void paintIfAsked();
 
@@ -87,7 +88,6 @@ private:
     bool echo_;
     bool leaving_ = false;
     CommandReport report_;
-    std::vector<FileRead> filesRead_; ///< of the last line that read files
 };
 
 } // namespace velmora

@@ -37,10 +37,16 @@ const ShellCommand commands[] = {
              .follows = "view.features",
              .places = {{Help, 110}, {GeneralBar, 1020}}},
      .run = &ShellCommands::showGuide},
+    {.row = {.id = "help.fileReport",
+             .menuText = "File &report",
+             .statusText = "Show what was kept, changed and lost of the files read last",
+             .places = {{Help, 210}}},
+     .run = &ShellCommands::toggleFileReport,
+     .checked = &ShellCommands::fileReportShown},
     {.row = {.id = "help.about",
              .menuText = "&About Velmora...",
              .statusText = "Show the program's version and the machine's state",
-             .places = {{Help, 210}}},
+             .places = {{Help, 310}}},
      .run = &ShellCommands::showAbout},
 };
 

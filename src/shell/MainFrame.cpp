@@ -13,6 +13,7 @@
 #include <algorithm>
 
 #include "CommandGuard.h"
+#include "FileReportPanel.h"
 #include "HelpDesk.h"
 #include "VelmoraDoc.h"
 #include "command_keys.h"
@@ -51,6 +52,7 @@ const QString barsKey = QStringLiteral("Window/Bars");
 
 MainFrame::MainFrame()
     : recent_(new RecentFiles(this)), status_(new StatusLine(this)), viewWidget_(new GlViewWidget(this)),
+      fileReport_(new FileReportPanel(this)),
       userInterface_(std::make_unique<QtUserInterface>(*this, *status_, *recent_)),
       session_(std::make_unique<Session>(*userInterface_, *viewWidget_, static_cast<ShellCommands&>(*this),
                                          documentsFolder())) {
@@ -59,6 +61,8 @@ MainFrame::MainFrame()
     setIconSize(toolIconSize);
     setStatusBar(status_);
     setCentralWidget(viewWidget_);
+    addDockWidget(Qt::BottomDockWidgetArea, fileReport_);
+    fileReport_->hide();
     actions_ = new CommandActions(
         *recent_, [this](const Command& command) { return stateOf(command); },
         [this](std::string_view key) { return commandsOfKey(session_->document(), key); }, this);
@@ -71,6 +75,7 @@ MainFrame::MainFrame()
     resize(startSize);
     viewWidget_->setFocus();
     help_ = new HelpDesk(this);
+    connect(fileReport_, &QDockWidget::visibilityChanged, this, &MainFrame::refresh);
     // The lock keys' indicators follow keys pressed in any window of the program.
     qApp->installEventFilter(this);
 }
@@ -81,6 +86,7 @@ MainFrame::~MainFrame() {
     for (QToolBar* bar : toolBars_) {
         bar->disconnect(this);
     }
+    fileReport_->disconnect(this);
     session_->view().OnDestroy();
     viewWidget_->setView(nullptr);
 }
@@ -208,6 +214,14 @@ void MainFrame::showGuide() {
     help_->open();
 }
 
+void MainFrame::toggleFileReport() {
+    fileReport_->setVisible(fileReport_->isHidden());
+}
+
+bool MainFrame::fileReportShown() const {
+    return !fileReport_->isHidden();
+}
+
 void MainFrame::toggleToolBars() {
     const bool show = !toolBarsShown();
     for (QToolBar* bar : toolBars_) {
@@ -226,6 +240,8 @@ bool MainFrame::toolBarsShown() const {
 void MainFrame::refresh() {
     surfaceShown_ = session_->document().surfaceMode;
     actions_->refresh();
+    actions_->tell("file.save", qtText(session_->document().saveTargetText()));
+    fileReport_->tell(session_->filesRead());
     setWindowModified(session_->document().documentModified);
 }
 

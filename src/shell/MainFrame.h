@@ -13,6 +13,7 @@
 
 namespace velmora {
 
+class FileReportPanel;
 class HelpDesk;
 class VelmoraDoc;
 struct DocumentState;
@@ -63,6 +64,8 @@ private:
     void exit() override;
     void showGuide() override;
     void showAbout() override { emit aboutWanted(); }
+    void toggleFileReport() override;
+    bool fileReportShown() const override;
     void toggleToolBars() override;
     void toggleStatusBar() override;
     bool toolBarsShown() const override;
@@ -79,6 +82,7 @@ private:
     GlViewWidget* viewWidget_;
     CommandActions* actions_;
     HelpDesk* help_;
+    FileReportPanel* fileReport_;
     QList<QToolBar*> toolBars_;
     bool leaving_ = false;      ///< the question was answered: the window may go
     bool surfaceShown_ = false; ///< what the Surface button says

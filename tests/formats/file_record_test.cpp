@@ -161,6 +161,17 @@ TEST_F(RecordTest, AnIncompleteLastPointIsTold) {
                 ElementsAre("The file ends within the seven lines of text that come before the points"));
 }
 
+TEST_F(RecordTest, AWordAtTheEndThatIsNoNumberIsToldThoughNothingStandsBehindIt) {
+    for (const char* const word : {"1e999", "x", "nan", "-"}) {
+        const FileRead record = points(std::string("1 2 3\n") + word);
+        EXPECT_FALSE(record.complete) << word;
+        EXPECT_THAT(record.reasons, ElementsAre("No number stands in line 2: what follows there is not read")) << word;
+        EXPECT_EQ(countOf(record.kept, "points"), 1) << word;
+        EXPECT_FALSE(sft(std::string("1\n2\n3\n4\n5\n6\n7\n1 2 3 4 5 6 0\n") + word).complete) << word;
+    }
+    EXPECT_TRUE(points("1 2 3\n \n\t").complete) << "blanks are none";
+}
+
 TEST_F(RecordTest, AThinnedModelIsCompleteAndNotLossless) {
     const FileRead record = apt(test::numberedApt(449, 449));
     EXPECT_EQ(countOf(record.found, "points"), 201601);

@@ -20,8 +20,8 @@ struct dlgViewing;
 enum class Extent { Stays, Changes };
 
 /// The one document. Its commands are functions over it in the files of `commands`, each beside its row; a method is a
-/// command that others than its row call too, or what several of them need. A command that cannot go on says its message
-/// and returns; it never throws.
+/// command that others than its row call too, or what several of them need. A command that cannot go on says its
+/// message and returns; it never throws.
 class VelmoraDoc : public DocumentState {
 public:
     /// `documentsFolder` is where untitled models go.
@@ -68,9 +68,7 @@ public:
     /// The same with the chooser opened on `folder`.
     void openFilesIn(const std::filesystem::path& folder);
     /// Where a chooser of files to read begins: the folder that was named, else beside the model.
-    std::filesystem::path openPlace() const {
-        return proposedFolder_.empty() ? modelFile.chosenPath : proposedFolder_;
-    }
+    std::filesystem::path openPlace() const { return proposedFolder_.empty() ? modelFile.chosenPath : proposedFolder_; }
     void appendFile();
     void saveModel();
     void saveModelAs();
@@ -87,6 +85,8 @@ public:
     SaveResult saveCurrent();
     /// The file that Save would write, spelled as the user chose it; empty without a model.
     std::filesystem::path saveTarget() const;
+    /// "Save writes /models/wing.apt": where Save goes, if that is not the file that was opened; else empty.
+    std::string saveTargetText() const;
     /// The question before the document is closed; false when it must stay open: the user wants to stay, or saving
     /// failed.
     bool saveModified();
@@ -182,13 +182,19 @@ public:
     bool askViewing(dlgViewing& values);
 
 private:
+    using CaptureText = std::string CaptureState::*;
+
+    CaptureText shownCaptureText() const;
     void refillStatus();
+    void tellSaveTarget(const std::filesystem::path& before, const std::string& textBefore);
     void returnToRegimeMode();
 
     UserInterface& ui_;
     std::vector<DocumentView*> views_;
     bool started_ = false;
     std::filesystem::path proposedFolder_; ///< of the chooser of Open, when it was named; else empty
+    std::string coveredStatus_;            ///< what "Save writes" took the place of; empty for nothing
+    CaptureText coveredText_ = nullptr;    ///< where that stands, when it is a text of what is captured
     std::string extentStatus_;             ///< what was told of the size of the model; empty when it is usual
 };
 

@@ -6,7 +6,6 @@
 #include <limits>
 
 #include "camera.h"
-#include "line_triangle_strict.h"
 #include "pick_boxes.h"
 #include "vectors.h"
 
@@ -282,7 +281,7 @@ bool PatchIndex::anyHit(const PatchList& list, std::size_t patch, const Vec& ori
         if (t.a == nullptr) {
             return false;
         }
-        const TriangleHit hit = LineHitsTriangle(*t.a, *t.b, *t.c, direction, origin);
+        const TriangleHit hit = sightHitsTriangle(t, direction, origin);
         return hit.code != 0 && visit(hit.point, n, m);
     };
     for (std::size_t i = entry.firstOdd; i < entry.lastOdd; ++i) {
@@ -316,7 +315,7 @@ bool PatchIndex::isVisible(const PatchList& list, std::size_t patch, const Vec& 
 }
 
 std::int32_t PatchIndex::pickPatch(const PatchList& list, const PixelLine& line) const {
-    const Vec direction = line.farPoint - line.nearPoint;
+    const Vec direction = sightDirection(line.nearPoint, line.farPoint);
     for (std::size_t k = 0; k < list.size() && k < patches_.size(); ++k) {
         if (anyHit(list, k, line.nearPoint, direction,
                    [&](const Vec& hit, std::int32_t, std::int32_t) { return isVisible(list, k, hit, direction); })) {

@@ -33,6 +33,8 @@ void tellPoints(VelmoraDoc& doc, bool opened, bool readFailed, const FileRead& r
     const std::string loss = lossText(record);
     if (!loss.empty()) {
         doc.ShowStatus(loss);
+    } else if (!record.keptAnything()) {
+        doc.ShowStatus("No point stands in " + record.path.filename().string());
     }
 }
 

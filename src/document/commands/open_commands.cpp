@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "DialogValues.h"
+#include "FileRecord.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "command_rows.h"
@@ -174,10 +175,10 @@ void tellLoaded(VelmoraDoc& doc, const LoadTally& tally) {
     std::string text;
     const auto add = [&text](const std::string& part) { text += (text.empty() || part.empty() ? "" : ". ") + part; };
     if (tally.pointsKept < tally.pointsRead) {
-        add("Points in the file: " + std::to_string(tally.pointsRead) + ", kept: " + std::to_string(tally.pointsKept));
+        add(keptText("points", tally.pointsRead, tally.pointsKept));
     }
     add(lossText(tally.losses));
-    add(saveTargetText(doc));
+    add(doc.saveTargetText());
     if (!text.empty()) {
         doc.ShowStatus(text);
     } else if (doc.status != idlePrompt && (doc.extentStatus().empty() || doc.status != doc.extentStatus())) {

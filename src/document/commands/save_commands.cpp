@@ -39,6 +39,12 @@ std::filesystem::path VelmoraDoc::saveTarget() const {
     return target;
 }
 
+std::string VelmoraDoc::saveTargetText() const {
+    const std::filesystem::path target = saveTarget();
+    const bool plain = target.empty() || modelFile.imported || target == modelFile.openedPath;
+    return plain ? std::string() : "Save writes " + target.string();
+}
+
 VelmoraDoc::SaveResult VelmoraDoc::saveCurrent() {
     // Empty models are never written: what a file held would be gone.
     if (structureKind == StructureKind::None || holdsNothingToSave(*this)) {
@@ -109,23 +115,30 @@ void becomeSurface(VelmoraDoc& doc, zRegion_fe& surface) {
     doc.redraw();
 }
 
-/// Writes the model, a grid also as zones or as triangles, in the format that the extension of `path` names. `surface`
-/// gets the triangles.
+/// The triangles of the grids; none of a grid of single sections or points.
+zRegion_fe surfaceOf(const PatchList& patches) {
+    zRegion zones;
+    zRegion_fe surface;
+    patchesToRegion(patches, zones);
+    regionToSurface(zones, surface);
+    return surface;
+}
+
+/// Writes the model, a grid also as zones or as its triangles `surface`, in the format that the extension of `path`
+/// names.
 WriteOutcome writeModelAs(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension,
-                          zRegion_fe& surface) {
+                          const zRegion_fe& surface) {
     if (doc.structureKind == StructureKind::Unstructured) {
         return writeZones(doc, path, {}, doc.feRegion);
     }
     if (extension == "apt" || extension == "skl") {
         return writeStructured(doc, path, extension == "apt" ? FileKind::Apt : FileKind::Skl);
     }
-    zRegion zones;
     if (extension == "dat") {
+        zRegion zones;
         patchesToZones(doc.patches, zones);
         return writeZones(doc, path, zones, {});
     }
-    patchesToRegion(doc.patches, zones);
-    regionToSurface(zones, surface);
     return writeZones(doc, path, {}, surface);
 }
 
@@ -151,11 +164,17 @@ void VelmoraDoc::saveModelAs() {
         ui_.showMessage(message::cannotBeSavedAs(extension));
         return;
     }
+    const bool grid = structureKind == StructureKind::Structured;
+    const bool asTriangles = grid && isZoneFormat(extension);
+    zRegion_fe surface = asTriangles ? surfaceOf(patches) : zRegion_fe();
+    if (asTriangles && surface.blocks.empty()) {
+        // There is no triangle to write: the file, and the model that becomes what was written, would be empty.
+        ui_.showMessage(message::cannotBeSavedAs(extension));
+        return;
+    }
     if (!mayOverwrite(*this, path, TargetFrom::Chooser)) {
         return;
     }
-    const bool grid = structureKind == StructureKind::Structured;
-    zRegion_fe surface;
     const WriteOutcome outcome = writeModelAs(*this, path, extension, surface);
     if (!outcome) {
         return; // path and name stay, and the model is as changed as it was
@@ -167,7 +186,7 @@ void VelmoraDoc::saveModelAs() {
     } else {
         modelFile.titleWrong = false;
         modelFile.takeExtension(extension);
-        if (grid && isZoneFormat(extension)) {
+        if (asTriangles) {
             becomeSurface(*this, surface);
         } else {
             ui_.addRecentFile(path.parent_path());

@@ -19,28 +19,6 @@ namespace velmora {
 
 namespace {
 
-std::int32_t turnedRound(std::int32_t index, std::int32_t count) {
-    return index >= 0 && index < count ? count - 1 - index : index;
-}
-
-/// What is captured in `patch` has another number when the order of its sections, or of their points, is turned round.
-void renumberCapture(Capture& capture, const Patch& patch, bool sections) {
-    const std::int32_t count = sections ? countOf(patch) : lineCount(patch);
-    if (capture->pointCaptured) {
-        const std::int32_t section = capture->capturedPointSection;
-        const std::int32_t point = capture->capturedPoint;
-        const bool known = section >= 0 && section < countOf(patch);
-        const std::int32_t points = known ? countOf(patch[static_cast<std::size_t>(section)]) : 0;
-        capture.renumberPoint(sections ? turnedRound(section, count) : section,
-                              sections ? point : turnedRound(point, points));
-    }
-    if (capture->sectionCaptured && sections) {
-        capture.renumberSection(turnedRound(capture->capturedSection, count));
-    } else if (capture->lineCaptured && !sections) {
-        capture.renumberLine(turnedRound(capture->capturedLine, count));
-    }
-}
-
 std::vector<std::int32_t> chosenZones(const VelmoraDoc& doc) {
     if (doc.blockCount < 1) {
         return doc.chosenPatches();

@@ -125,7 +125,29 @@ void takeReplacedSnapshots(DocumentState& doc) {
 
 } // namespace
 
+/// A command that changes the kind of the model changes the file that Save writes: that is told at once, unless
+/// the command told it itself, and until the next command. Before this one Save went to `before`, of which `textBefore`
+/// was told.
+void VelmoraDoc::tellSaveTarget(const std::filesystem::path& before, const std::string& textBefore) {
+    const std::filesystem::path target = saveTarget();
+    const std::string text = saveTargetText();
+    const bool sameModel = !before.empty() && (undoPath.empty() || undoPath == replaced->path);
+    if (sameModel && target != before && !text.empty() && status.find(text) == std::string::npos) {
+        const CaptureText captured = shownCaptureText();
+        std::string covered = status == idlePrompt ? std::string() : status;
+        ShowStatus(text);
+        coveredText_ = captured;
+        coveredStatus_ = std::move(covered);
+    } else if (!coveredStatus_.empty()) { // the command said nothing
+        ShowStatus(coveredText_ != nullptr ? std::string((*capture).*coveredText_) : std::string(coveredStatus_));
+    } else if (target != before && !textBefore.empty() && status == textBefore) {
+        ShowStatus(idlePrompt); // Save goes where it went at first
+    }
+}
+
 void VelmoraDoc::runCommand(CommandRun command) {
+    const std::filesystem::path target = saveTarget();
+    const std::string targetText = saveTargetText();
     replaced.emplace();
     replaced->patchReady = patchUndoReady;
     replaced->pointReady = pointUndoReady;
@@ -140,6 +162,7 @@ void VelmoraDoc::runCommand(CommandRun command) {
         if (!resultIsFinite(*this)) {
             throw NotFinite();
         }
+        tellSaveTarget(target, targetText);
     } catch (const NotFinite&) {
         // The guard has put the model back.
         takeReplacedSnapshots(*this);
@@ -239,6 +262,10 @@ void VelmoraDoc::UndoPatch() {
     patchUndoReady = false;
     emptyBlock();
     showBlockOnly = false; // of an empty zBlock nothing would be shown
+    const auto held = static_cast<std::size_t>(capture->capturedPatch);
+    if (capture->capturedPatch >= 0 && held < patches.size() && held < undoPatches.size()) {
+        turnCaptureBack(*this, undoPatches[held]);
+    }
     keepCaptureInside(*this);
     if (capture->curveHeld() && !curveIsThere(*this)) {
         // Of zones, and of a patch without a section, there is none to hold.

@@ -89,10 +89,22 @@ BatchSession::Next BatchSession::run(std::int64_t number, std::string_view line)
     if (echo_) {
         printer_.print({{"event", "echo"}, {"line", number}, {"text", std::string(line)}});
     }
+    return carryOut(number, [&] { return words.failure ? words.failure : runWords(words.words); });
+}
+
+BatchSession::Next BatchSession::run(std::int64_t number, std::span<const std::string> words) {
+    return carryOut(number, [&] { return runWords(words); });
+}
+
+BatchSession::Next BatchSession::run(std::int64_t number, const std::function<MaybeFailure(Session&)>& work) {
+    return carryOut(number, [&] { return work(session_); });
+}
+
+BatchSession::Next BatchSession::carryOut(std::int64_t number, const std::function<MaybeFailure()>& work) {
     ui_.beginLine();
     MaybeFailure failure;
     report_ = session_.perform([&] {
-        failure = runWords(words);
+        failure = work();
         if (failure) {
             ui_.beQuiet(); // the error tells all
         }
@@ -116,11 +128,8 @@ MaybeFailure BatchSession::badUsage(const char* word) {
     return ScriptFailure{"the line " + inQuotes(word) + " cannot be read so", std::string("write ") + kind->usage};
 }
 
-MaybeFailure BatchSession::runWords(const ScriptLine& line) {
-    if (line.failure) {
-        return line.failure;
-    }
-    const std::string& word = line.words.front();
+MaybeFailure BatchSession::runWords(Words words) {
+    const std::string& word = words.front();
     const auto* kind =
         std::find_if(lineKinds.begin(), lineKinds.end(), [&word](const LineKind& k) { return word == k.word; });
     if (kind == lineKinds.end()) {
@@ -130,7 +139,7 @@ MaybeFailure BatchSession::runWords(const ScriptLine& line) {
         }
         return ScriptFailure{"there is no line " + inQuotes(word), "begin the line with one of:" + known};
     }
-    return (this->*kind->run)(Words(line.words).subspan(1));
+    return (this->*kind->run)(words.subspan(1));
 }
 
 // ---- Lines ----------------------------------------------------------------------------------------------------------
@@ -304,6 +313,10 @@ void BatchSession::exit() {
 
 void BatchSession::showGuide() {
     session_.document().ShowStatus("The user guide is shown by the window; --help-commands lists the commands");
+}
+
+void BatchSession::showKeys() {
+    session_.document().ShowStatus("Keys and mouse are the window's; the user guide lists them");
 }
 
 void BatchSession::showAbout() {

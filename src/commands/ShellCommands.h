@@ -20,6 +20,7 @@ public:
     /// Ends the program by Session::leave.
     virtual void exit() = 0;
     virtual void showGuide() = 0;
+    virtual void showKeys() = 0;
     virtual void showAbout() = 0;
     virtual void toggleFileReport() = 0;
     virtual void toggleToolBars() {}

@@ -32,6 +32,7 @@ struct FileRead {
     FileIdentity identity; ///< of the file as it was when it was opened
     std::uintmax_t bytes = 0;
     std::string format; ///< the extension in small letters; "field" for a field file
+    std::string unit;   ///< of its lengths, where a file has one
     /// All its geometry is in the model, in its place and size.
     bool complete = true;
     /// A save of the model over the file would lose nothing: geometry, values, colours, places and names. Comments,

@@ -156,6 +156,7 @@ void CommandActions::runKey(const QString& key) {
                                     [this](const Command* command) { return stateOf_(*command).on; });
     if (first != commands.end()) {
         emit triggered(**first);
+        emit keyUsed(**first);
     }
 }
 

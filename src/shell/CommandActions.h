@@ -44,6 +44,8 @@ public:
 
 signals:
     void triggered(const Command& command);
+    /// A key ran the command.
+    void keyUsed(const Command& command);
     void recentFileChosen(const QString& path);
     void menuClosed();
 

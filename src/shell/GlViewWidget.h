@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QInputEvent>
 #include <QTimer>
 #include <QWidget>
 #include <functional>
@@ -65,13 +66,15 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
     /// The position of an event in pixels of the device; inside the view while the cursor is confined.
     PixelPoint pixelOf(const QMouseEvent& event) const;
-    void noteTime(const QMouseEvent& event);
+    PixelPoint pixelAt(QPointF position) const;
+    void noteTime(const QInputEvent& event);
     Viewport wholeWindow() const;
     void carryOut(const std::function<void()>& work);
     void matchSize();

@@ -15,6 +15,8 @@
 #include "CommandGuard.h"
 #include "FileReportPanel.h"
 #include "HelpDesk.h"
+#include "KeyListBox.h"
+#include "StartPanel.h"
 #include "VelmoraDoc.h"
 #include "command_keys.h"
 #include "messages.h"
@@ -47,6 +49,8 @@ QStringList draggedFiles(const QMimeData& data) {
 /// Where the settings keep the window.
 const QString geometryKey = QStringLiteral("Window/Geometry");
 const QString barsKey = QStringLiteral("Window/Bars");
+/// Whether the user ever pressed a key of the view.
+const QString keyUsedKey = QStringLiteral("Window/ViewKeyUsed");
 
 } // namespace
 
@@ -76,6 +80,14 @@ MainFrame::MainFrame()
     viewWidget_->setFocus();
     help_ = new HelpDesk(this);
     connect(fileReport_, &QDockWidget::visibilityChanged, this, &MainFrame::refresh);
+    startPanel_ = new StartPanel(*recent_, viewWidget_);
+    connect(startPanel_, &StartPanel::commandChosen, this, [this](const QString& id) {
+        if (const Command* command = findCommand(plainBytes(id))) {
+            run(*command);
+        }
+    });
+    connect(startPanel_, &StartPanel::fileChosen, this, &MainFrame::openFile);
+    refresh();
     // The lock keys' indicators follow keys pressed in any window of the program.
     qApp->installEventFilter(this);
 }
@@ -96,6 +108,7 @@ void MainFrame::makeMenus() {
         actions_->fillMenu(*menuBar()->addMenu(qtText(menu.name)), menu.entries);
     }
     connect(actions_, &CommandActions::triggered, this, &MainFrame::run);
+    connect(actions_, &CommandActions::keyUsed, this, &MainFrame::noteKey);
     connect(actions_, &CommandActions::recentFileChosen, this, &MainFrame::openFile);
     connect(actions_, &CommandActions::menuClosed, this, [this] {
         status_->showHint({});
@@ -214,6 +227,10 @@ void MainFrame::showGuide() {
     help_->open();
 }
 
+void MainFrame::showKeys() {
+    KeyListBox(this).exec();
+}
+
 void MainFrame::toggleFileReport() {
     fileReport_->setVisible(fileReport_->isHidden());
 }
@@ -243,6 +260,45 @@ void MainFrame::refresh() {
     actions_->tell("file.save", qtText(session_->document().saveTargetText()));
     fileReport_->tell(session_->filesRead());
     setWindowModified(session_->document().documentModified);
+    status_->showMode(modeText());
+    startPanel_->setVisible(session_->document().holdsNothing());
+}
+
+/// What the left button does where that is out of the ordinary; a key that is worth knowing to whoever knows none.
+QString MainFrame::modeText() const {
+    const int mode = session_->view().mouseMode;
+    for (const Command& command : commandTable()) {
+        if (command.owner == CommandOwner::View && mode < ModeNone && VelmoraView::mouseModeOf(command.id) == mode) {
+            return qtText(plainText(command.menuText));
+        }
+    }
+    const CaptureState& capture = *session_->document().capture;
+    switch (mode) {
+    case ModePoint:
+        return capture.pointDragging ? tr("Drag") : tr("Point");
+    case ModePatch:
+        return tr("Patch");
+    case ModeSection:
+        return tr("Section");
+    case ModeLine:
+        return tr("Line");
+    default:
+        break;
+    }
+    const Command* oblique = findCommand("view.oblique");
+    return session_->document().holdsNothing() || QSettings().value(keyUsedKey, false).toBool()
+               ? QString()
+               : tr("Key %1: %2 view")
+                     .arg(QString::fromLatin1(oblique->accelerator), qtText(plainText(oblique->menuText)));
+}
+
+void MainFrame::noteKey(const Command& command) {
+    // The menu's forms of the views leave the repaint to the menu that closes; here none does.
+    viewWidget_->requestRepaint();
+    if (command.owner == CommandOwner::View) {
+        QSettings().setValue(keyUsedKey, true);
+        refresh();
+    }
 }
 
 void MainFrame::openFile(const QString& path) {

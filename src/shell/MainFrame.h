@@ -15,6 +15,7 @@ namespace velmora {
 
 class FileReportPanel;
 class HelpDesk;
+class StartPanel;
 class VelmoraDoc;
 struct DocumentState;
 
@@ -63,6 +64,7 @@ private:
     CommandState stateOf(const Command& command) const;
     void exit() override;
     void showGuide() override;
+    void showKeys() override;
     void showAbout() override { emit aboutWanted(); }
     void toggleFileReport() override;
     bool fileReportShown() const override;
@@ -72,6 +74,8 @@ private:
     bool statusBarShown() const override { return !status_->isHidden(); }
     void showContextMenu(const QPoint& position);
     void refresh();
+    QString modeText() const;
+    void noteKey(const Command& command);
     bool restoreWindow();
     void keepSensibleSize();
     void carryOut(const std::function<void()>& work);
@@ -83,6 +87,7 @@ private:
     CommandActions* actions_;
     HelpDesk* help_;
     FileReportPanel* fileReport_;
+    StartPanel* startPanel_;
     QList<QToolBar*> toolBars_;
     bool leaving_ = false;      ///< the question was answered: the window may go
     bool surfaceShown_ = false; ///< what the Surface button says

@@ -19,6 +19,8 @@ public:
     QString text() const { return text_; }
     /// Shows a hint in place of the message until an empty hint or the next message comes.
     void showHint(const QString& hint);
+    /// What the mouse is for now, at the right; empty: nothing out of the ordinary.
+    void showMode(const QString& mode);
     /// Asks the window system for the lock keys.
     void refreshLocks();
     /// Shows the bar at `fraction`, 0 to 1, at once: painted here and now, no event of the user is let in.
@@ -30,6 +32,7 @@ private:
 
     QString text_;
     QLabel* message_;
+    QLabel* mode_;
     QLabel* caps_;
     QLabel* num_;
     QLabel* scroll_;

@@ -201,7 +201,12 @@ void VelmoraView::UpdateCameraLimits() {
     fieldOfView = 30.0;
     nearPlane = nearPlaneOfRadius * radius;
     farPlane = farPlaneOfRadius * radius;
-    defaultOffset = {-centre.x, -centre.y, -centre.z - eyeDistanceOfRadius * radius};
+    defaultOffset = {-centre.x, -centre.y, -centre.z - eyeDistance()};
+}
+
+/// From the eye to the model's middle in the default view.
+double VelmoraView::eyeDistance() const {
+    return eyeDistanceOfRadius * doc_.modelRadius;
 }
 
 void VelmoraView::UpdateProjection() {
@@ -223,7 +228,7 @@ void VelmoraView::UpdateProjection() {
     }
     // The orthographic window, scaled from the model's centre in the default view, wherever that lies, to the near
     // plane.
-    const double s = nearPlane / (eyeDistanceOfRadius * doc_.modelRadius);
+    const double s = nearPlane / eyeDistance();
     projectionMatrix = frustumMatrix(s * left, s * right, s * bottom, s * top, nearPlane, farPlane);
 }
 
@@ -247,6 +252,14 @@ void VelmoraView::onHighlightChanged() {
 }
 
 void VelmoraView::onBoundsChanged() {
+    if (posesCentre_ == doc_.modelCenter && posesRadius_ == doc_.modelRadius) {
+        notePose();
+    } else {
+        // Of another model, or another size of it: no pose before fits.
+        poses_.clear();
+        posesCentre_ = doc_.modelCenter;
+        posesRadius_ = doc_.modelRadius;
+    }
     resetMouseMode();
     ResetViewCentre();
     UpdateProjection();

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <limits>
 #include <optional>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "DocumentView.h"
 #include "OpenGLView.h"
@@ -59,6 +61,9 @@ public:
     int rubberStartX = 0; ///< the start once more, with y counted from the bottom
     int rubberStartY = 0;
 
+    bool edgesShown = false;      ///< over a surface the edges of its cells
+    bool backFacesFilled = false; ///< of a surface the back faces are filled too, darker
+
     /// The picture of the model, as of the last redraw, and what was drawn beside it in the last frame.
     const DrawList& list();
     const Overlay& overlay() const { return overlay_; }
@@ -101,6 +106,8 @@ public:
     bool isViewCommandOff(std::string_view id) const;
     /// Of a view command that switches something: whether that is on.
     std::optional<bool> checkedState(std::string_view id) const;
+    /// The mode that a command of the view sets; ModeNone for all others.
+    static MouseMode mouseModeOf(std::string_view id);
     /// Runs a view command; false when the view has none of that id.
     bool runViewCommand(std::string_view id);
 
@@ -110,6 +117,17 @@ public:
     void OnMouseMove(PixelPoint position);
     void OnLeftButtonUp(PixelPoint position);
     void OnTimer();
+
+    // ---- Navigation without a mode: whatever the left button does -------------------------------
+
+    /// Zooms by `notches` of the wheel, in when they are positive; what lies under the pixel stays there.
+    void OnWheel(PixelPoint position, double notches);
+    /// The middle button went down: up to EndNavigation each move turns (ModeRotate), shifts (ModeShift) or zooms
+    /// (ModeScale). Ignored while the left button is down.
+    void BeginNavigation(MouseMode act, PixelPoint position);
+    void Navigate(PixelPoint position);
+    void EndNavigation();
+    bool isNavigating() const { return navigation_.has_value(); }
 
     // ---- Picking --------------------------------------------------------------------------------
 
@@ -130,6 +148,30 @@ public:
     void CorrectLineByDrag(const zVec<double>& target);
 
 private:
+    /// Where the camera stands, whatever the size of the window.
+    struct CameraPose {
+        Matrix4 rotation{};
+        zVec<double> offset;
+        double zoom = 1.0;
+        double centreX = 0.5; ///< of the projection window, as a fraction of the viewport
+        double centreY = 0.5;
+        int projection = 0;
+
+        friend bool operator==(const CameraPose&, const CameraPose&) = default;
+    };
+    /// A drag with the middle button.
+    struct Navigation {
+        MouseMode act = ModeRotate;
+        PixelPoint last;
+        zVec<double> pivot; ///< turns about it
+    };
+    /// What part of the plane of the window, in model units from its middle, something covers.
+    struct WindowRange {
+        double left = std::numeric_limits<double>::infinity();
+        double right = -std::numeric_limits<double>::infinity();
+        double bottom = std::numeric_limits<double>::infinity();
+        double top = -std::numeric_limits<double>::infinity();
+    };
     struct ScreenAxes {
         zVec<double> right;
         zVec<double> down;
@@ -153,10 +195,22 @@ private:
     void setProjection(int mode);
     void showViewingDialog();
     void zoomOut();
+    void fitKeepingRotation();
+    void fitCaptured();
+    void fitModel();
+    template <class Visit>
+    void fitPoints(Visit visit);
+    void fitTo(const WindowRange& range);
+    void zoomTo(double factor);
+
+    CameraPose pose() const;
+    void notePose();
+    void goBack();
 
     ScreenAxes ScreenFrame() const;
     zVec<double> CentreVector(PixelPoint position, const zVec<double>& normal) const;
     Rotation mouseRotation(PixelPoint from, PixelPoint to) const;
+    void turnBy(int dx, int dy);
     void dragCamera(PixelPoint position);
     void dragRegime(PixelPoint position);
     void pressRegime(PixelPoint position);
@@ -172,6 +226,7 @@ private:
     void showCurvePick(MouseMode mode, const std::string& text);
     int listNumber();
     Matrix4 modelTransform(const zVec<double>& centre) const;
+    double eyeDistance() const;
 
     VelmoraDoc& doc_;
     ModelList model_;
@@ -188,6 +243,11 @@ private:
     bool drawing_ = false;                      ///< a scene is being drawn: a further paint is refused
     MouseMode shownCursor_ = ModeNone;
     MouseMode previousCursor_ = ModeNone;
+    std::optional<Navigation> navigation_;
+    std::int64_t lastWheelClock_ = 0;
+    std::vector<CameraPose> poses_; ///< where the camera stood before, the newest last
+    zVec<double> posesCentre_;      ///< the model's centre and radius that they belong to
+    double posesRadius_ = 0.0;
 };
 
 } // namespace velmora

@@ -26,6 +26,9 @@ bool rotates(int mode) {
 
 void VelmoraView::OnLeftButtonDown(PixelPoint position) {
     const CommandGuard guard(doc_);
+    if (mouseMode < ModeNone) {
+        notePose();
+    }
     leftButtonDown = true;
     lastMousePos = prevMousePos = position;
     surface().confineCursor(true);

@@ -158,6 +158,11 @@ TEST_F(Session, HelpTopicsTellsWhereTheGuideIs) {
     EXPECT_EQ(event("status").at("text"), "The user guide is shown by the window; --help-commands lists the commands");
 }
 
+TEST_F(Session, KeysAreToldByTheGuide) {
+    must("run help.keys");
+    EXPECT_EQ(event("status").at("text"), "Keys and mouse are the window's; the user guide lists them");
+}
+
 TEST_F(Session, AboutIsAMessage) {
     must("run help.about");
     const std::string text = event("message").at("text").get<std::string>();

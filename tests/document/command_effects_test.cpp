@@ -184,6 +184,11 @@ const std::vector<Effect> effects = {
      .status = idle},
     {.id = "patch.exit", .before = addPatch(1), .change = Change::Selection, .mouse = "reset", .status = idle},
     {.id = "block.new", .before = addPatch(1), .change = Change::Selection, .mouse = "force patch"},
+    {.id = "block.all",
+     .before = section(1, 2),
+     .change = Change::Selection,
+     .mouse = "force patch",
+     .status = "Captured patch: Patch K=4 // Press right button to continue "},
     {.id = "block.invert", .before = addPatch(1), .change = Change::Selection},
     {.id = "block.only", .before = addPatch(1), .change = Change::Selection},
     {.id = "block.extract", .before = addPatch(1), .mouse = "reset", .undo = Undo::Patch, .status = idle},
@@ -790,6 +795,32 @@ TEST_P(CommandEffect, CalledOffLeavesAllAsItWas) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, CommandEffect, testing::ValuesIn(effects), nameOf);
+
+// ---- Select all -----------------------------------------------------------------------------------------------------
+
+TEST_F(CommandRig, SelectAllPutsEveryPatchIntoTheZBlockWhateverItHeld) {
+    hold({flatPatch(2, 3), flatPatch(2, 3, 5), flatPatch(2, 3, 9)});
+    runAll(addPatch(3) + addPatch(1) + Steps{{.id = "block.all"}});
+    EXPECT_EQ(doc.blockCount, 3);
+    EXPECT_EQ(std::vector<std::int32_t>(doc.blockList.begin(), doc.blockList.begin() + 4),
+              (std::vector<std::int32_t>{0, 1, 2, -1}));
+    EXPECT_EQ(doc.capture->capturedPatch, 2);
+    run({.id = "block.delete"});
+    EXPECT_EQ(doc.structureKind, StructureKind::None);
+}
+
+TEST_F(CommandRig, SelectAllTakesTheZonesOfTriangles) {
+    holdTriangles();
+    run({.id = "block.all"});
+    EXPECT_EQ(doc.blockCount, countOf(doc.feRegion.blocks));
+}
+
+TEST_F(CommandRig, SelectAllOfMorePatchesThanAZBlockHoldsIsRefused) {
+    hold(PatchList(blockCapacity + 1, flatPatch(2, 2)));
+    run({.id = "block.all"});
+    EXPECT_EQ(doc.blockCount, 0);
+    EXPECT_THAT(heard(), testing::ElementsAre("message: It is impossible to add one more zBlock"));
+}
 
 // ---- Turn round -----------------------------------------------------------------------------------------------------
 

@@ -244,7 +244,8 @@ double cutLength(const zRegion_fe& region, double plane) {
             std::vector<Point> ends;
             Point at[3];
             for (int i = 0; i < 3; ++i) {
-                const std::int32_t node = zone.connectivity[static_cast<std::size_t>(4 * element + i)];
+                const std::int32_t node =
+                    zone.connectivity[4 * static_cast<std::size_t>(element) + static_cast<std::size_t>(i)];
                 region.getNode(static_cast<std::ptrdiff_t>(k), node, at[i].x, at[i].y, at[i].z);
             }
             for (int i = 0; i < 3; ++i) {
@@ -489,7 +490,9 @@ TEST_F(ZoneKnife, AnyPlaneWarnsOfEachCoordinateOutOfTheBodyAndCuts) {
                             "message: Warning: Point Y is out of body", "message: Warning: Point Z is out of body"));
     for (std::int32_t i = 0; i < elements(); ++i) {
         for (int corner = 0; corner < 3; ++corner) {
-            const Point p = node(0, doc.feRegion.blocks[0]->connectivity[static_cast<std::size_t>(4 * i + corner)]);
+            const Point p =
+                node(0, doc.feRegion.blocks[0]
+                            ->connectivity[4 * static_cast<std::size_t>(i) + static_cast<std::size_t>(corner)]);
             EXPECT_LE(p.x + p.z / 4, 1.25 + 1e-7);
         }
     }

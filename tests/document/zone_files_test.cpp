@@ -445,14 +445,14 @@ TEST_F(SaveZones, ModelWithoutPatchesIsNothingToSave) {
 TEST_F(SaveZones, ConversionMakesZonesOfThePatches) {
     open("w.apt", aptText({flatPatch(2, 3), flatPatch(3, 1), flatPatch(3, 3)}));
     captureSection(0, 1);
-    doc.ConvertToUnstructured();
+    call("convert.toUnstructured");
     expectKinds(StructureKind::Unstructured, FileKind::None);
     EXPECT_THAT(zoneTitles(), ElementsAre("Patch___0", "Patch___2"));
     EXPECT_EQ(doc.feRegion.blocks[0]->nodeCount, 6);
     EXPECT_EQ(doc.feRegion.blocks[0]->elementCount, 4);
     EXPECT_EQ(doc.modelFile.documentTitle, "w.dat");
     EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "w.dat");
-    EXPECT_EQ(doc.status, "For Help, press F1");
+    EXPECT_EQ(doc.status, "Save writes " + (folder / "w.dat").string());
     EXPECT_FALSE(doc.capture->sectionCaptured);
     EXPECT_TRUE(doc.patches.empty());
     doc.UndoPatch();

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <bit>
 #include <cmath>
-#include <cstring>
+#include <cstdint>
 #include <limits>
 
 #include "small_models.h"
@@ -36,9 +38,11 @@ bool sameBits(const PatchList& a, const PatchList& b) {
                 return false;
             }
             for (std::size_t m = 0; m < a[k][n].size(); ++m) {
-                const double left[] = {a[k][n][m].x, a[k][n][m].y, a[k][n][m].z};
-                const double right[] = {b[k][n][m].x, b[k][n][m].y, b[k][n][m].z};
-                if (std::memcmp(left, right, sizeof left) != 0) {
+                const auto bits = [](const zVec<double>& p) {
+                    return std::array{std::bit_cast<std::uint64_t>(p.x), std::bit_cast<std::uint64_t>(p.y),
+                                      std::bit_cast<std::uint64_t>(p.z)};
+                };
+                if (bits(a[k][n][m]) != bits(b[k][n][m])) {
                     return false;
                 }
             }

@@ -24,6 +24,7 @@ public:
 
     void exit() override { calls.emplace_back("exit"); }
     void showGuide() override { calls.emplace_back("guide"); }
+    void showKeys() override { calls.emplace_back("keys"); }
     void showAbout() override { calls.emplace_back("about"); }
     void toggleFileReport() override { calls.emplace_back("file report"); }
     void toggleToolBars() override { calls.emplace_back("tool bars"); }
@@ -82,10 +83,10 @@ TEST_F(SessionTest, EveryShellCommandOfTheTableIsCarriedOut) {
 
 TEST_F(SessionTest, EachShellCommandDoesItsOwn) {
     for (const char* id :
-         {"file.exit", "view.toolbar", "view.statusBar", "help.topics", "help.fileReport", "help.about"}) {
+         {"file.exit", "view.toolbar", "view.statusBar", "help.topics", "help.keys", "help.fileReport", "help.about"}) {
         run(id);
     }
-    EXPECT_THAT(shell.calls, ElementsAre("exit", "tool bars", "status bar", "guide", "file report", "about"));
+    EXPECT_THAT(shell.calls, ElementsAre("exit", "tool bars", "status bar", "guide", "keys", "file report", "about"));
 }
 
 TEST_F(SessionTest, WhatCameOfTheFilesStaysKnownUntilTheNextFile) {

@@ -13,8 +13,11 @@
 #include <QProgressBar>
 #include <QShortcut>
 #include <QStatusTipEvent>
+#include <QTableWidget>
+#include <QTimer>
 #include <QToolBar>
 #include <QUrl>
+#include <set>
 
 #include "FrameRig.h"
 #include "messages.h"
@@ -99,11 +102,104 @@ TEST(MainFrame, PutsAMarkBackThatAClickTookAwayForNothing) {
     EXPECT_FALSE(rig.menuEntry("view.orthographic")->isChecked());
 }
 
+/// What the shortcut of that key does.
+void press(FrameRig& rig, const char* key) {
+    for (QShortcut* shortcut : rig.frame.findChildren<QShortcut*>()) {
+        if (shortcut->key() == QKeySequence(QString::fromLatin1(key))) {
+            emit shortcut->activated();
+            return;
+        }
+    }
+    ADD_FAILURE() << "nobody listens to " << key;
+}
+
+TEST(MainFrame, ShowsTheModeOfTheMouseInMenuButtonAndStatusLine) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    const auto mode = [&rig] { return rig.frame.findChild<QLabel*>(QStringLiteral("mode"))->text(); };
+    rig.run("view.rotate");
+    EXPECT_EQ(mode(), QStringLiteral("Rotate"));
+    EXPECT_TRUE(rig.menuEntry("view.rotate")->isChecked());
+    EXPECT_TRUE(rig.toolButton("view.rotate")->isChecked());
+    rig.run("view.zoomIn");
+    EXPECT_EQ(mode(), QStringLiteral("Zoom In"));
+    EXPECT_FALSE(rig.toolButton("view.rotate")->isChecked());
+    rig.run("line.captureSection");
+    EXPECT_EQ(mode(), QStringLiteral("Section"));
+    EXPECT_TRUE(rig.toolButton("line.captureSection")->isChecked());
+    rig.run("line.exit");
+    EXPECT_FALSE(rig.toolButton("line.captureSection")->isChecked());
+}
+
+TEST(MainFrame, TellsOfAKeyOfTheViewUntilOneWasPressed) {
+    const FlatDesk desk;
+    FrameRig rig;
+    const auto mode = [&rig] { return rig.frame.findChild<QLabel*>(QStringLiteral("mode"))->text(); };
+    EXPECT_EQ(mode(), QString()) << "there is nothing to see yet";
+    rig.frame.openFile(qtPath(desk.model));
+    EXPECT_EQ(mode(), QStringLiteral("Key 8: Oblique view"));
+    press(rig, "7");
+    EXPECT_NE(rig.view().modelRotation, identityMatrix()) << "that of Iso";
+    EXPECT_EQ(mode(), QString());
+}
+
+TEST(MainFrame, TheKeysOfTheViewWorkInARegimeToo) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    rig.run("line.captureSection");
+    press(rig, "8");
+    EXPECT_NE(rig.view().zoomFactor, 1.0);
+    press(rig, "Shift+F");
+    press(rig, "F");
+    EXPECT_EQ(rig.view().zoomFactor, 1.0);
+    press(rig, "S");
+    EXPECT_FALSE(rig.doc().surfaceMode);
+    press(rig, "P");
+    EXPECT_EQ(rig.view().projectionMode, 1);
+    press(rig, "Backspace");
+    EXPECT_EQ(rig.view().projectionMode, 0);
+    EXPECT_TRUE(rig.doc().capture->sectionCaptureArmed);
+    EXPECT_EQ(rig.view().mouseMode, ModeSection);
+    press(rig, "Home");
+    EXPECT_EQ(rig.view().modelRotation, identityMatrix());
+}
+
+TEST(MainFrame, AnEmptyViewTellsHowToBegin) {
+    const FlatDesk desk;
+    FrameRig rig;
+    auto* panel = rig.frame.findChild<QWidget*>(QStringLiteral("startPanel"));
+    ASSERT_NE(panel, nullptr);
+    EXPECT_TRUE(panel->isVisible());
+    auto* text = panel->findChild<QLabel*>(QStringLiteral("startText"));
+    for (const char* word : {"Open", "Ctrl+O", "wing.apt", "Wheel", "Shift+F1"}) {
+        EXPECT_TRUE(text->text().contains(QString::fromLatin1(word))) << word;
+    }
+    // Its links open files.
+    emit text->linkActivated(QUrl::fromLocalFile(qtPath(desk.model)).toString(QUrl::FullyEncoded));
+    EXPECT_FALSE(rig.doc().holdsNothing());
+    EXPECT_FALSE(panel->isVisible());
+}
+
+TEST(MainFrame, ListsItsKeys) {
+    FrameRig rig;
+    int rows = 0;
+    QTimer::singleShot(0, &rig.frame, [&rows] {
+        auto* box = QApplication::activeModalWidget();
+        ASSERT_NE(box, nullptr);
+        rows = box->findChild<QTableWidget*>(QStringLiteral("keyList"))->rowCount();
+        box->close();
+    });
+    rig.run("help.keys");
+    EXPECT_GT(rows, 20);
+}
+
 TEST(MainFrame, OnlyTheSwitchesCarryMarks) {
     FrameRig rig;
+    std::set<std::string> switches(std::begin(marked), std::end(marked));
+    switches.insert({"view.edges", "view.fillBackFaces", "patch.capture", "line.captureSection", "line.captureLine",
+                     "point.capture"});
     for (const Command& command : commandTable()) {
-        const bool wanted =
-            std::find(std::begin(marked), std::end(marked), std::string_view(command.id)) != std::end(marked);
+        const bool wanted = switches.count(command.id) == 1 || VelmoraView::mouseModeOf(command.id) != ModeNone;
         for (const QAction* action : {rig.menuEntry(command.id), rig.toolButton(command.id)}) {
             EXPECT_TRUE(action == nullptr || action->isCheckable() == wanted) << command.id;
         }

@@ -11,6 +11,8 @@
 #include "FileRecord.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "file_types.h"
 #include "load_files.h"
 #include "messages.h"
@@ -211,7 +213,7 @@ void VelmoraDoc::openFiles() {
     request.mode = ChooserMode::Open;
     request.multiple = true;
     request.types = modelFileTypes();
-    request.proposed = proposedFolder_.empty() ? modelFile.chosenPath : proposedFolder_;
+    request.proposed = openPlace();
     request.command = "file.open";
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
     if (!paths.empty()) {
@@ -291,6 +293,39 @@ void VelmoraDoc::appendFile() {
     leaveRegimes();
     redraw();
     tellLoaded(*this, tally);
+}
+
+std::span<const Command> openCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "file.new",
+         .menuText = "&New",
+         .statusText = "Create a new model",
+         .toolTip = "New",
+         .accelerator = "Ctrl+N",
+         .icon = true,
+         .run = &VelmoraDoc::onNewDocument,
+         .places = {{File, 110}, {GeneralBar, 110}}},
+        {.id = "file.open",
+         .menuText = "&Open...",
+         .statusText = "Open an existing model",
+         .toolTip = "Open",
+         .accelerator = "Ctrl+O",
+         .icon = true,
+         .run = &VelmoraDoc::openFiles,
+         .places = {{File, 120}, {GeneralBar, 120}}},
+        {.id = "file.append",
+         .menuText = "&Append...",
+         .statusText = "Append a file to the model",
+         .toolTip = "Append",
+         .accelerator = "Ctrl+A",
+         .icon = true,
+         .run = &VelmoraDoc::appendFile,
+         .off = nonOrField,
+         .places = {{File, 130}, {GeneralBar, 140}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

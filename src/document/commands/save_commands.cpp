@@ -5,6 +5,8 @@
 
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "file_types.h"
 #include "messages.h"
 #include "path_names.h"
@@ -206,6 +208,29 @@ bool VelmoraDoc::saveModified() {
     // Work that could not be written is not thrown away: the document stays open, and asks again.
     saveModel();
     return !documentModified;
+}
+
+std::span<const Command> saveCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "file.save",
+         .menuText = "&Save",
+         .statusText = "Save the model",
+         .toolTip = "Save",
+         .accelerator = "Ctrl+S",
+         .icon = true,
+         .run = &VelmoraDoc::saveModel,
+         .off = nonOrField,
+         .places = {{File, 610}, {GeneralBar, 130}}},
+        {.id = "file.saveAs",
+         .menuText = "Save &As...",
+         .statusText = "Save the model under a new name",
+         .run = &VelmoraDoc::saveModelAs,
+         .off = nonOrField,
+         .places = {{File, 620}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

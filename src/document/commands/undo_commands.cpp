@@ -6,6 +6,8 @@
 #include "VelmoraDoc.h"
 #include "capture_address.h"
 #include "captured_curve.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "finite_model.h"
 #include "messages.h"
 #include "path_names.h"
@@ -88,11 +90,7 @@ void clearSnapshots(VelmoraDoc& doc) {
     doc.pointUndoField = doc.undoField = FieldSnapshot();
 }
 
-} // namespace
-
 // ---- Commands that cannot be done -----------------------------------------------------------------------------------
-
-namespace {
 
 /// A command has put a number into the model that is infinite or none.
 class NotFinite : public std::exception {};
@@ -147,7 +145,7 @@ void VelmoraDoc::tellSaveTarget(const std::filesystem::path& before, const std::
     }
 }
 
-void VelmoraDoc::runCommand(void (VelmoraDoc::*command)()) {
+void VelmoraDoc::runCommand(CommandRun command) {
     const std::filesystem::path target = saveTarget();
     const std::string targetText = saveTargetText();
     replaced.emplace();
@@ -160,7 +158,7 @@ void VelmoraDoc::runCommand(void (VelmoraDoc::*command)()) {
     const zVec<double> upper = boxMax;
     try {
         const CommandGuard guard(*this);
-        (this->*command)();
+        command(*this);
         if (!resultIsFinite(*this)) {
             throw NotFinite();
         }
@@ -287,6 +285,32 @@ void VelmoraDoc::UndoPatch() {
         redraw();
     }
     clearSnapshots(*this); // last, as above
+}
+
+std::span<const Command> undoCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "patch.undo",
+         .menuText = "&Undo",
+         .statusText = "Undo edited patches",
+         .toolTip = "Undo patch",
+         .accelerator = "Ctrl+Z",
+         .icon = true,
+         .run = &VelmoraDoc::UndoPatch,
+         .off = [](Doc d) { return !d.patchUndoReady; },
+         .places = {{EditPatches, 130}, {EditLines, 130}, {LineContext, 140}, {PatchContext, 150}, {GeneralBar, 610}}},
+        {.id = "point.undo",
+         .menuText = "&Undo",
+         .statusText = "Undo edited point",
+         .toolTip = "Undo point",
+         .accelerator = "Ctrl+Z",
+         .icon = true,
+         .run = &VelmoraDoc::UndoPoint,
+         .off = [](Doc d) { return !d.pointUndoReady; },
+         .places = {{EditPoint, 310}, {PointContext, 510}, {GeneralBar, 620}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

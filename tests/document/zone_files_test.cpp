@@ -452,7 +452,7 @@ TEST_F(SaveZones, ConversionMakesZonesOfThePatches) {
     EXPECT_EQ(doc.feRegion.blocks[0]->elementCount, 4);
     EXPECT_EQ(doc.modelFile.documentTitle, "w.dat");
     EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "w.dat");
-    EXPECT_EQ(doc.status, "For Help, press F1");
+    EXPECT_EQ(doc.status, "Save writes " + (folder / "w.dat").string());
     EXPECT_FALSE(doc.capture->sectionCaptured);
     EXPECT_TRUE(doc.patches.empty());
     doc.UndoPatch();

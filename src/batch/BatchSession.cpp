@@ -9,6 +9,7 @@
 #include "about.h"
 #include "command_help.h"
 #include "file_events.h"
+#include "messages.h"
 #include "parse_number.h"
 
 namespace velmora {
@@ -111,9 +112,6 @@ BatchSession::Next BatchSession::carryOut(std::int64_t number, const std::functi
     });
     if (!failure) {
         failure = ui_.endLine();
-    }
-    if (!report_.filesRead.empty()) {
-        filesRead_ = report_.filesRead;
     }
     if (failure) {
         const std::string text = failure->cause + "; " + failure->remedy;
@@ -227,7 +225,8 @@ MaybeFailure BatchSession::print(Words words) {
     }
     if (words.size() == 1 && words[0] == "read") {
         Json events = Json::array();
-        std::transform(filesRead_.begin(), filesRead_.end(), std::back_inserter(events), readEvent);
+        const std::vector<FileRead>& reads = session_.filesRead();
+        std::transform(reads.begin(), reads.end(), std::back_inserter(events), readEvent);
         sayValue("read", std::move(events));
         return std::nullopt;
     }
@@ -316,8 +315,16 @@ void BatchSession::showGuide() {
     session_.document().ShowStatus("The user guide is shown by the window; --help-commands lists the commands");
 }
 
+void BatchSession::showKeys() {
+    session_.document().ShowStatus("Keys and mouse are the window's; the user guide lists them");
+}
+
 void BatchSession::showAbout() {
     session_.document().ui().showMessage({Severity::Info, aboutText()});
+}
+
+void BatchSession::toggleFileReport() {
+    session_.document().ui().showMessage(message::panelOfTheWindow("print read"));
 }
 
 // ---- Painting -------------------------------------------------------------------------------------------------------

@@ -85,7 +85,9 @@ private:
     void showContextMenu();
     void exit() override;
     void showGuide() override;
+    void showKeys() override;
     void showAbout() override;
+    void toggleFileReport() override;
     void paint();
     void paintIfAsked();
 
@@ -96,7 +98,6 @@ private:
     bool echo_;
     bool leaving_ = false;
     CommandReport report_;
-    std::vector<FileRead> filesRead_; ///< of the last line that read files
 };
 
 } // namespace velmora

@@ -13,7 +13,9 @@
 
 namespace velmora {
 
+class FileReportPanel;
 class HelpDesk;
+class StartPanel;
 class VelmoraDoc;
 struct DocumentState;
 
@@ -62,13 +64,18 @@ private:
     CommandState stateOf(const Command& command) const;
     void exit() override;
     void showGuide() override;
+    void showKeys() override;
     void showAbout() override { emit aboutWanted(); }
+    void toggleFileReport() override;
+    bool fileReportShown() const override;
     void toggleToolBars() override;
     void toggleStatusBar() override;
     bool toolBarsShown() const override;
     bool statusBarShown() const override { return !status_->isHidden(); }
     void showContextMenu(const QPoint& position);
     void refresh();
+    QString modeText() const;
+    void noteKey(const Command& command);
     bool restoreWindow();
     void keepSensibleSize();
     void carryOut(const std::function<void()>& work);
@@ -79,6 +86,8 @@ private:
     GlViewWidget* viewWidget_;
     CommandActions* actions_;
     HelpDesk* help_;
+    StartPanel* startPanel_;
+    FileReportPanel* fileReport_;
     QList<QToolBar*> toolBars_;
     bool leaving_ = false;      ///< the question was answered: the window may go
     bool surfaceShown_ = false; ///< what the Surface button says

@@ -22,7 +22,7 @@ traces() {
 
 apt-get update -qq
 step "The headless package alone: no desktop, no OpenGL"
-apt-get install -y -qq --no-install-recommends "$folder"/velmora-cli_*.deb >/dev/null
+apt-get install -y -qq --no-install-recommends -o Dpkg::Use-Pty=0 "$folder"/velmora-cli_*.deb >/dev/null
 [ "$(velmora-batch --version)" = "velmora-batch $(dpkg-query -W -f '${Version}' velmora-cli)" ]
 if dpkg-query -W -f '${Package}\n' | grep -E '^(libqt[56]|libgl1|libglu1|libopengl0|libx11)'; then
   fail "the headless package brings libraries of the desktop"
@@ -33,10 +33,10 @@ fi
 
 step "All of them"
 # What looks at the result comes too: man, the desktop's tools, a display to open a window on.
-apt-get install -y -qq --no-install-recommends man-db xdg-utils xvfb xauth openbox xdotool >/dev/null
+apt-get install -y -qq --no-install-recommends -o Dpkg::Use-Pty=0 man-db xdg-utils libfile-mimeinfo-perl xvfb xauth openbox xdotool >/dev/null
 # Minimal systems leave out the manual and the documents of packages.
 rm -f /etc/dpkg/dpkg.cfg.d/docker /etc/dpkg/dpkg.cfg.d/excludes
-apt-get install -y -qq --no-install-recommends "$folder"/*.deb >/dev/null
+apt-get install -y -qq --no-install-recommends -o Dpkg::Use-Pty=0 "$folder"/*.deb >/dev/null
 
 step "Scripts"
 work=$(mktemp -d)

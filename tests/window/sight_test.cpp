@@ -70,17 +70,24 @@ TEST(Sight, ASectionIsCapturedOnTheSurfaceWithoutAModeOfTheView) {
         const Matrix4 before = rotationOf(person);
         dragMiddle(person, {500, 300}, {560, 340});
         EXPECT_NE(rotationOf(person), before);
-        turnTheWheel(person, {500, 300}, 3);
-        EXPECT_EQ(modePane(person), QStringLiteral("Section"));
+        // Where a point of the body shows now: the middle of its first patch.
+        const auto place = [] {
+            MainFrame& frame = WindowDriver::frame();
+            const Patch& patch = frame.state().patches.front();
+            return pixelOf(frame.view(), frame.state(), patch[patch.size() / 3][patch.front().size() / 2]);
+        };
+        turnTheWheel(person, person.ask(place), 5);
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().view().mouseMode; }), static_cast<int>(ModeSection));
         EXPECT_TRUE(person.ask([] { return WindowDriver::frame().state().capture->sectionCaptureArmed; }));
-        // A point that is seen: the one that the line through the middle of the view meets.
-        person.move(person.onView({520, 310}));
+        const PixelPoint target = person.ask(place);
+        person.move(person.onView({target.x + 3, target.y}));
+        person.move(person.onView(target));
         person.settle();
         EXPECT_TRUE(person.waitFor([] { return WindowDriver::frame().view().candidate().has_value(); }));
         EXPECT_TRUE(modePane(person).startsWith(QStringLiteral("Patch K="))) << modePane(person).toStdString();
         const auto pointed = person.ask([] { return *WindowDriver::frame().view().candidate(); });
         person.screenshot(QStringLiteral("sight-hover"));
-        person.click(person.onView({520, 310}));
+        person.click(person.onView(target));
         EXPECT_TRUE(person.waitFor([] { return WindowDriver::frame().state().capture->sectionCaptured; }));
         EXPECT_EQ(person.ask([] { return WindowDriver::frame().state().capture->capturedSection; }), pointed.section);
         person.screenshot(QStringLiteral("sight-captured"));

@@ -69,6 +69,17 @@ std::vector<Triple> positionsOf(const DrawList& list) {
     return positions;
 }
 
+std::vector<Triple> seenPositionsOf(const DrawList& list, const Matrix4& m) {
+    std::vector<Triple> positions;
+    positions.reserve(list.vertices.size());
+    for (const zVec<double>& p : list.vertices) {
+        positions.push_back(
+            singlePrecision({m[0] * p.x + m[4] * p.y + m[8] * p.z + m[12], m[1] * p.x + m[5] * p.y + m[9] * p.z + m[13],
+                             m[2] * p.x + m[6] * p.y + m[10] * p.z + m[14]}));
+    }
+    return positions;
+}
+
 /// The normals beside their vertices; vertices without one get zeros that nothing reads. Empty when none has one.
 std::vector<Triple> normalsBesideVertices(const DrawList& list) {
     if (list.normals.empty()) {
@@ -165,16 +176,21 @@ std::optional<std::size_t> stripIn(const GlRun& run, std::size_t firstVertex) {
     return static_cast<std::size_t>(found - run.first.begin());
 }
 
-void GlBuffer::upload(const DrawList& list, bool drawnOnce) {
-    const GLenum usage = drawnOnce ? GL_STREAM_DRAW : GL_STATIC_DRAW;
+void GlBuffer::upload(const DrawList& list) {
     runs_ = joinBatches(list);
     for (GlRun& run : runs_) {
         if (run.look.lit) {
             run.pieces = piecesOf(run, list);
         }
     }
-    fillBuffer(positions_, positionsOf(list), usage);
-    fillBuffer(normals_, normalsBesideVertices(list), usage);
+    fillBuffer(positions_, positionsOf(list), GL_STATIC_DRAW);
+    fillBuffer(normals_, normalsBesideVertices(list), GL_STATIC_DRAW);
+}
+
+void GlBuffer::uploadSeen(const DrawList& list, const Matrix4& modelView) {
+    runs_ = joinBatches(list);
+    fillBuffer(positions_, seenPositionsOf(list, modelView), GL_STREAM_DRAW);
+    fillBuffer(normals_, {}, GL_STREAM_DRAW);
 }
 
 void GlBuffer::release() {

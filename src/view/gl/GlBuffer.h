@@ -54,7 +54,11 @@ public:
     ~GlBuffer() = default;
 
     /// Copies the list's positions and normals, in single precision, to the context's memory.
-    void upload(const DrawList& list, bool drawnOnce);
+    void upload(const DrawList& list);
+    /// The same for one frame and without normals, the positions as the eye sees them: seen from very near what is
+    /// drawn beside the model would lose its shape in single precision. To be drawn with the identity as model view
+    /// matrix.
+    void uploadSeen(const DrawList& list, const Matrix4& modelView);
     void release();
 
     /// Makes the buffers the source of the draw calls until unbind().

@@ -37,8 +37,11 @@ constexpr float backShade = 0.5F;
 constexpr float edgeShade = 0.3F;
 /// What is hidden of a mark is dimmed by this.
 constexpr float hiddenShade = 0.4F;
-/// Marks stand in front of the surface that they lie on by so much of the whole depth.
-constexpr double markNearer = 2e-6;
+/// Marks stand in front of the surface that they lie on by so much of the whole depth, a few of its steps: more would
+/// show what lies on the other side of a thin wing.
+constexpr double markNearer = 4e-7;
+/// Surfaces stand behind their edges by so many of these steps.
+constexpr float stepsBehindEdges = 4.0F;
 
 Colour shaded(const Colour& colour, float factor) {
     return {colour[0] * factor, colour[1] * factor, colour[2] * factor, colour[3]};
@@ -143,18 +146,21 @@ void GlRenderer::draw(const SceneFrame& frame) {
     clearIfWanted();
     if (frame.held != nullptr) {
         if (uploadedHeld_ != frame.heldRevision) {
-            held_.upload(*frame.held, false);
+            held_.upload(*frame.held);
             uploadedHeld_ = frame.heldRevision;
         }
         drawMarks(held_, frame);
     }
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
     if (frame.pointed != nullptr && !frame.pointed->batches.empty()) {
-        overlay_.upload(*frame.pointed, true);
+        overlay_.uploadSeen(*frame.pointed, frame.modelView);
         drawMarks(overlay_, frame);
     }
     if (frame.overlay != nullptr) {
-        overlay_.upload(frame.overlay->list, true);
+        overlay_.uploadSeen(frame.overlay->list, frame.modelView);
         drawRuns(overlay_, frame.overlay->list, frame, false);
+        glLoadMatrixd(frame.modelView.data());
         drawTexts(frame.overlay->texts);
     }
 }
@@ -209,13 +215,13 @@ void GlRenderer::drawModel(const SceneFrame& frame) {
     glEnable(GL_COLOR_MATERIAL);
     if (frame.coarse != nullptr) {
         if (uploadedCoarse_ != frame.coarseRevision) {
-            coarse_.upload(*frame.coarse, false);
+            coarse_.upload(*frame.coarse);
             uploadedCoarse_ = frame.coarseRevision;
         }
         drawRuns(coarse_, *frame.coarse, frame, frame.filled);
     } else {
         if (uploadedRevision_ != frame.listRevision) {
-            list_.upload(*frame.list, false);
+            list_.upload(*frame.list);
             uploadedRevision_ = frame.listRevision;
         }
         drawRuns(list_, *frame.list, frame, frame.filled);
@@ -270,7 +276,7 @@ void GlRenderer::drawSurfaces(const GlBuffer& buffer, const SceneFrame& frame) {
     glEnable(GL_CULL_FACE);
     if (frame.edges) {
         glEnable(GL_POLYGON_OFFSET_FILL);
-        glPolygonOffset(1.0F, 1.0F);
+        glPolygonOffset(1.0F, stepsBehindEdges);
     }
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 0);
     forLitRuns([&](const GlRun& run) { drawSide(run, Facing::Front, GL_FILL); });

@@ -15,16 +15,20 @@ Json countsValue(const Counts& counts) {
 } // namespace
 
 Json readEvent(const FileRead& read) {
-    return {{"event", "read"},
-            {"path", read.path.string()},
-            {"bytes", read.bytes},
-            {"format", read.format},
-            {"complete", read.complete},
-            {"lossless", read.lossless},
-            {"found", countsValue(read.found)},
-            {"kept", countsValue(read.kept)},
-            {"changed", read.changed},
-            {"reasons", read.reasons}};
+    Json event = {{"event", "read"},
+                  {"path", read.path.string()},
+                  {"bytes", read.bytes},
+                  {"format", read.format},
+                  {"complete", read.complete},
+                  {"lossless", read.lossless},
+                  {"found", countsValue(read.found)},
+                  {"kept", countsValue(read.kept)},
+                  {"changed", read.changed},
+                  {"reasons", read.reasons}};
+    if (!read.unit.empty()) {
+        event["unit"] = read.unit;
+    }
+    return event;
 }
 
 Json writtenEvent(const FileWritten& written) {

@@ -43,10 +43,16 @@ const ShellCommand commands[] = {
              .accelerator = "Shift+F1",
              .places = {{Help, 120}}},
      .run = &ShellCommands::showKeys},
+    {.row = {.id = "help.fileReport",
+             .menuText = "File &report",
+             .statusText = "Show what was kept, changed and lost of the files read last",
+             .places = {{Help, 210}}},
+     .run = &ShellCommands::toggleFileReport,
+     .checked = &ShellCommands::fileReportShown},
     {.row = {.id = "help.about",
              .menuText = "&About Velmora...",
              .statusText = "Show the program's version and the machine's state",
-             .places = {{Help, 210}}},
+             .places = {{Help, 310}}},
      .run = &ShellCommands::showAbout},
 };
 

@@ -22,8 +22,10 @@ public:
     virtual void showGuide() = 0;
     virtual void showKeys() = 0;
     virtual void showAbout() = 0;
+    virtual void toggleFileReport() = 0;
     virtual void toggleToolBars() {}
     virtual void toggleStatusBar() {}
+    virtual bool fileReportShown() const { return false; }
     virtual bool toolBarsShown() const { return false; }
     virtual bool statusBarShown() const { return false; }
 };

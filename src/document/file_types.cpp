@@ -40,10 +40,12 @@ std::vector<FileType> fileTypesNamed(std::initializer_list<const char*> extensio
 }
 
 const std::vector<FileType>& importFileTypes() {
-    static const std::vector<FileType> types = {{"stl", "Triangles"}, {"obj", "Triangles"}, {"ply", "Triangles"},
-                                                {"off", "Triangles"}, {"dat", "Tecplot"},   {"plt", "Tecplot"},
-                                                {"tec", "Tecplot"},   {"x", "PLOT3D"},      {"xyz", "PLOT3D"},
-                                                {"p3d", "PLOT3D"},    {"fmt", "PLOT3D"}};
+    static const std::vector<FileType> types = {
+        {"stl", "Triangles"}, {"obj", "Triangles"}, {"ply", "Triangles"}, {"off", "Triangles"}, {"gltf", "glTF"},
+        {"glb", "glTF"},      {"3mf", "3MF"},       {"wrl", "VRML"},      {"iv", "Inventor"},   {"dat", "Tecplot"},
+        {"plt", "Tecplot"},   {"tec", "Tecplot"},   {"x", "PLOT3D"},      {"xyz", "PLOT3D"},    {"p3d", "PLOT3D"},
+        {"fmt", "PLOT3D"},    {"cgns", "CGNS"},     {"stp", "CAD"},       {"step", "CAD"},      {"igs", "CAD"},
+        {"iges", "CAD"}};
     return types;
 }
 

@@ -17,7 +17,8 @@ const std::vector<FileType>& singleFileTypes();
 /// Those of them with the given extensions, in the order of the arguments; each must be among them.
 std::vector<FileType> fileTypesNamed(std::initializer_list<const char*> extensions);
 
-/// The types that Import offers, and those of Export: for a grid, and for anything else.
+/// The types that Import offers as far as the program is built with their readers, and those of Export: for a grid, and
+/// for anything else.
 const std::vector<FileType>& importFileTypes();
 const std::vector<FileType>& exportFileTypes();
 const std::vector<FileType>& exportTriangleFileTypes();

@@ -153,4 +153,9 @@ inline constexpr MessageText cellNotFound{Severity::Warning, "Intersection with 
 inline constexpr MessageText compartmentTooSmall{
     Severity::Warning, "The rest part of compartment is too small for rebreak. Procedure canceled"};
 
+/// `line` is what a script has in place of a panel.
+inline Message panelOfTheWindow(const std::string& line) {
+    return {Severity::Refused, "This is a panel of the window. A script has: " + line};
+}
+
 } // namespace velmora::message

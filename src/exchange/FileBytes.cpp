@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdint>
 #include <new>
 
 #include <fcntl.h>
@@ -16,12 +15,12 @@ namespace {
 /// The part of the progress that reading the bytes takes.
 constexpr double endOfLoading = 0.2;
 
-std::uint64_t halfOfMemory() {
+} // namespace
+
+std::uint64_t memoryForImport() {
     return static_cast<std::uint64_t>(::sysconf(_SC_PHYS_PAGES)) / 2 *
            static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
 }
-
-} // namespace
 
 FileBytes::FileBytes(const std::filesystem::path& path, const ReportProgress& report) {
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
@@ -39,7 +38,7 @@ FileBytes::FileBytes(const std::filesystem::path& path, const ReportProgress& re
 
 void FileBytes::load(int descriptor, std::size_t size, const ReportProgress& report) {
     constexpr std::size_t blockSize = std::size_t{1} << 24;
-    tooLarge_ = size > halfOfMemory();
+    tooLarge_ = size > memoryForImport();
     bytes_.reset(new (std::nothrow) char[tooLarge_ ? 1 : size + 1]);
     tooLarge_ = tooLarge_ || bytes_ == nullptr;
     while (!tooLarge_ && size_ < size) {

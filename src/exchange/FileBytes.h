@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string_view>
@@ -9,6 +10,9 @@
 #include "progress.h"
 
 namespace velmora {
+
+/// How many bytes an import may take: half of the machine's memory.
+std::uint64_t memoryForImport();
 
 /// A file that is held whole in memory while it is read: layouts that only the size or the last number tell need it.
 ///

@@ -9,12 +9,16 @@
 #include "TextScan.h"
 #include "export_zones.h"
 #include "exporters.h"
+#include "gltf_import.h"
 #include "obj_import.h"
 #include "off_import.h"
 #include "plot3d_import.h"
 #include "ply_import.h"
 #include "stl_import.h"
 #include "tecplot_import.h"
+#ifdef VELMORA_READS_3MF
+#include "threemf_import.h"
+#endif
 
 namespace velmora {
 
@@ -22,6 +26,10 @@ namespace {
 
 using Importer = void (*)(std::string_view text, const ImportOptions& options, ExchangeModel& model, FileRead& record,
                           const ReportProgress& report);
+/// Of formats that name other files, which may stand in this folder.
+using FolderImporter = void (*)(std::string_view text, const std::filesystem::path& folder,
+                                const ImportOptions& options, ExchangeModel& model, FileRead& record,
+                                const ReportProgress& report);
 using TriangleExporter = bool (*)(const std::filesystem::path& path, const ExportZones& zones,
                                   const ExportOptions& options, WriteOutcome& outcome, const ReportProgress& report);
 
@@ -30,13 +38,14 @@ enum class Writes { Nothing, Triangles, Grids, Either };
 
 /// A format: its extensions, what reads it and, where there is one, what writes it.
 struct ExchangeFormat {
-    std::vector<std::string_view> read;
+    std::vector<std::string_view> read{};
     Importer importer = nullptr;
-    std::vector<std::string_view> written;
+    std::vector<std::string_view> written{};
     Writes writes = Writes::Nothing;
     TriangleExporter exporter = nullptr; ///< of formats that hold triangles alone
     bool hasBinary = false;
-    bool singleBinary = false; ///< binary numbers are of single precision, whatever is asked for
+    bool singleBinary = false;               ///< binary numbers are of single precision, whatever is asked for
+    FolderImporter folderImporter = nullptr; ///< in place of the importer
 };
 
 const std::vector<ExchangeFormat>& formats() {
@@ -45,6 +54,10 @@ const std::vector<ExchangeFormat>& formats() {
         {{"obj"}, importObj, {"obj"}, Writes::Triangles, exportObj},
         {{"ply"}, importPly, {"ply"}, Writes::Triangles, exportPly, true},
         {{"off"}, importOff, {}},
+        {.read = {"gltf", "glb"}, .folderImporter = importGltf},
+#ifdef VELMORA_READS_3MF
+        {{"3mf"}, importThreemf, {}},
+#endif
         {{}, nullptr, {"wrl"}, Writes::Triangles, exportVrml},
         {{"dat", "plt", "tec"}, importTecplot, {"dat"}, Writes::Either},
         {{"x", "xyz", "p3d", "fmt"}, importPlot3d, {"p3d", "xyz"}, Writes::Grids, nullptr, true},
@@ -169,7 +182,12 @@ ImportOutcome importFile(const std::filesystem::path& path, const ImportOptions&
             record.losesGeometry("The file is too large for the memory");
             return ImportOutcome::Failed;
         }
-        format->importer(withoutMark(file.text()), options, model, record, report);
+        const std::string_view text = withoutMark(file.text());
+        if (format->folderImporter != nullptr) {
+            format->folderImporter(text, path.parent_path(), options, model, record, report);
+        } else {
+            format->importer(text, options, model, record, report);
+        }
     } catch (const std::bad_alloc&) {
         record.losesGeometry("The memory does not suffice");
         model = {};

@@ -21,12 +21,18 @@ std::int64_t& countOf(Counts& counts, std::string_view kind);
 /// The count of that kind, 0 when it is not there.
 std::int64_t countOf(const Counts& counts, std::string_view kind);
 
+/// A kind in words: "faceSets" is "Face sets".
+std::string kindInWords(std::string_view kind);
+/// "Facets in the file: 522, kept: 521".
+std::string keptText(std::string_view kind, std::int64_t found, std::int64_t kept);
+
 /// What reading one file came to: what it holds, what became of it, and why the rest did not.
 struct FileRead {
     std::filesystem::path path;
     FileIdentity identity; ///< of the file as it was when it was opened
     std::uintmax_t bytes = 0;
     std::string format; ///< the extension in small letters; "field" for a field file
+    std::string unit;   ///< of its lengths, where a file has one
     /// All its geometry is in the model, in its place and size.
     bool complete = true;
     /// A save of the model over the file would lose nothing: geometry, values, colours, places and names. Comments,

@@ -13,6 +13,7 @@
 #include <algorithm>
 
 #include "CommandGuard.h"
+#include "FileReportPanel.h"
 #include "HelpDesk.h"
 #include "KeyListBox.h"
 #include "StartPanel.h"
@@ -55,6 +56,7 @@ const QString keyUsedKey = QStringLiteral("Window/ViewKeyUsed");
 
 MainFrame::MainFrame()
     : recent_(new RecentFiles(this)), status_(new StatusLine(this)), viewWidget_(new GlViewWidget(this)),
+      fileReport_(new FileReportPanel(this)),
       userInterface_(std::make_unique<QtUserInterface>(*this, *status_, *recent_)),
       session_(std::make_unique<Session>(*userInterface_, *viewWidget_, static_cast<ShellCommands&>(*this),
                                          documentsFolder())) {
@@ -63,6 +65,8 @@ MainFrame::MainFrame()
     setIconSize(toolIconSize);
     setStatusBar(status_);
     setCentralWidget(viewWidget_);
+    addDockWidget(Qt::BottomDockWidgetArea, fileReport_);
+    fileReport_->hide();
     actions_ = new CommandActions(
         *recent_, [this](const Command& command) { return stateOf(command); },
         [this](std::string_view key) { return commandsOfKey(session_->document(), key); }, this);
@@ -82,6 +86,7 @@ MainFrame::MainFrame()
         }
     });
     connect(startPanel_, &StartPanel::fileChosen, this, &MainFrame::openFile);
+    connect(fileReport_, &QDockWidget::visibilityChanged, this, &MainFrame::refresh);
     refresh();
     // The lock keys' indicators follow keys pressed in any window of the program.
     qApp->installEventFilter(this);
@@ -93,6 +98,7 @@ MainFrame::~MainFrame() {
     for (QToolBar* bar : toolBars_) {
         bar->disconnect(this);
     }
+    fileReport_->disconnect(this);
     session_->view().OnDestroy();
     viewWidget_->setView(nullptr);
 }
@@ -226,6 +232,14 @@ void MainFrame::showKeys() {
     KeyListBox(this).exec();
 }
 
+void MainFrame::toggleFileReport() {
+    fileReport_->setVisible(fileReport_->isHidden());
+}
+
+bool MainFrame::fileReportShown() const {
+    return !fileReport_->isHidden();
+}
+
 void MainFrame::toggleToolBars() {
     const bool show = !toolBarsShown();
     for (QToolBar* bar : toolBars_) {
@@ -244,6 +258,8 @@ bool MainFrame::toolBarsShown() const {
 void MainFrame::refresh() {
     surfaceShown_ = session_->document().surfaceMode;
     actions_->refresh();
+    actions_->tell("file.save", qtText(session_->document().saveTargetText()));
+    fileReport_->tell(session_->filesRead());
     setWindowModified(session_->document().documentModified);
     status_->showMode(modeText());
     startPanel_->setVisible(session_->document().holdsNothing());

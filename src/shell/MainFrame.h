@@ -13,6 +13,7 @@
 
 namespace velmora {
 
+class FileReportPanel;
 class HelpDesk;
 class StartPanel;
 class VelmoraDoc;
@@ -65,6 +66,8 @@ private:
     void showGuide() override;
     void showKeys() override;
     void showAbout() override { emit aboutWanted(); }
+    void toggleFileReport() override;
+    bool fileReportShown() const override;
     void toggleToolBars() override;
     void toggleStatusBar() override;
     bool toolBarsShown() const override;
@@ -84,6 +87,7 @@ private:
     CommandActions* actions_;
     HelpDesk* help_;
     StartPanel* startPanel_;
+    FileReportPanel* fileReport_;
     QList<QToolBar*> toolBars_;
     bool leaving_ = false;      ///< the question was answered: the window may go
     bool surfaceShown_ = false; ///< what the Surface button says

@@ -180,7 +180,8 @@ protected:
     }
     void closeEvent(QCloseEvent* event) override {
         if (mayStay_) {
-            QDialog::closeEvent(event);
+            // The box itself would take it for its escape button.
+            QDialog::closeEvent(event); // NOLINT(bugprone-parent-virtual-call)
         } else {
             QMessageBox::closeEvent(event);
         }

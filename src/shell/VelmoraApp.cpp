@@ -32,6 +32,7 @@ void describeProgram(QCommandLineParser& parser) {
     QCoreApplication::setOrganizationName(QStringLiteral("Dovra"));
     QCoreApplication::setApplicationName(QStringLiteral("Velmora"));
     QCoreApplication::setApplicationVersion(QString::fromLatin1(programVersion()));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.velmora.Velmora"));
     parser.setApplicationDescription(QStringLiteral("An editor of the surface geometry of bodies."));
     parser.addHelpOption();
     parser.addVersionOption();

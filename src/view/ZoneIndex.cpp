@@ -4,7 +4,6 @@
 #include <array>
 #include <utility>
 
-#include "line_triangle_strict.h"
 #include "vectors.h"
 
 namespace velmora {
@@ -117,7 +116,7 @@ bool ZoneIndex::anyHit(const zRegion_fe& region, std::size_t zone, const Vec& or
     const ZoneEntry& entry = zones_[zone];
     const auto visitElement = [&](std::size_t element) {
         const auto v = cornersOf(block, entry.at, element);
-        const TriangleHit hit = LineHitsTriangle(v[0], v[1], v[2], direction, origin);
+        const TriangleHit hit = sightHitsTriangle({&v[0], &v[1], &v[2]}, direction, origin);
         return hit.code != 0 && visit(hit.point, element);
     };
     if (std::any_of(entry.oddElements.begin(), entry.oddElements.end(), visitElement)) {
@@ -150,7 +149,7 @@ bool ZoneIndex::isVisible(const zRegion_fe& region, std::size_t zone, const Vec&
 }
 
 std::int32_t ZoneIndex::pickZone(const zRegion_fe& region, const PixelLine& line) const {
-    const Vec direction = line.farPoint - line.nearPoint;
+    const Vec direction = sightDirection(line.nearPoint, line.farPoint);
     for (std::size_t k = 0; k < zones_.size(); ++k) {
         if (anyHit(region, k, line.nearPoint, direction,
                    [&](const Vec& hit, std::size_t) { return isVisible(region, k, hit, direction); })) {
@@ -161,7 +160,7 @@ std::int32_t ZoneIndex::pickZone(const zRegion_fe& region, const PixelLine& line
 }
 
 std::optional<FirstTriangle> ZoneIndex::firstTriangle(const zRegion_fe& region, const PixelLine& line) const {
-    const Vec direction = line.farPoint - line.nearPoint;
+    const Vec direction = sightDirection(line.nearPoint, line.farPoint);
     std::optional<FirstTriangle> first;
     double depth = std::numeric_limits<double>::infinity();
     for (std::size_t k = 0; k < zones_.size(); ++k) {
@@ -178,7 +177,7 @@ std::optional<FirstTriangle> ZoneIndex::firstTriangle(const zRegion_fe& region, 
 }
 
 bool ZoneIndex::hides(const zRegion_fe& region, const PixelLine& line, const Vec& point, double margin) const {
-    const Vec direction = line.farPoint - line.nearPoint;
+    const Vec direction = sightDirection(line.nearPoint, line.farPoint);
     const double least = margin * lengthOf(direction);
     for (std::size_t k = 0; k < zones_.size(); ++k) {
         if (anyHit(region, k, point, direction,

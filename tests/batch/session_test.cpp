@@ -170,6 +170,13 @@ TEST_F(Session, AboutIsAMessage) {
     EXPECT_THAT(text, HasSubstr("Physical memory:"));
 }
 
+TEST_F(Session, TheFileReportIsAPanelOfTheWindowAndPointsToPrintRead) {
+    must("run help.fileReport");
+    EXPECT_EQ(event("message").at("text"), "This is a panel of the window. A script has: print read");
+    EXPECT_EQ(event("message").at("severity"), "error");
+    EXPECT_EQ(event("done").at("outcome"), "refused");
+}
+
 TEST_F(Session, TogglesOfTheFrameDoNothing) {
     must("run view.toolbar");
     EXPECT_EQ(events.size(), 1U);

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include "exchange_tools.h"
+#include "small_zip.h"
 #include "small_zones.h"
 
 namespace velmora {
@@ -42,8 +43,12 @@ const std::string plyTriangle =
     "element face 1\nproperty list uchar int vertex_indices\nend_header\n0 0 0\n1 0 0\n0 1 0\n3 0 1 2\n";
 
 TEST_F(Exchange, ExtensionsAreThoseOfTheFormats) {
-    EXPECT_THAT(importExtensions(),
-                ElementsAre("stl", "obj", "ply", "off", "dat", "plt", "tec", "x", "xyz", "p3d", "fmt"));
+    std::vector<std::string_view> wanted = {"stl", "obj", "ply", "off", "gltf", "glb", "dat",
+                                            "plt", "tec", "x",   "xyz", "p3d",  "fmt"};
+#ifdef VELMORA_READS_3MF
+    wanted.insert(wanted.begin() + 6, "3mf");
+#endif
+    EXPECT_EQ(importExtensions(), wanted);
     EXPECT_THAT(exportExtensions(), ElementsAre("stl", "obj", "ply", "wrl", "dat", "p3d", "xyz"));
 }
 
@@ -61,7 +66,7 @@ TEST_F(Exchange, AByteOrderMarkIsPassedOver) {
 }
 
 TEST_F(Exchange, UnknownTypesAreNotOpened) {
-    for (const char* const name : {"a.cgns", "a.step", "a.glb", "a", "a.", ".stl"}) {
+    for (const char* const name : {"a.grd", "a.step.txt", "a.gl", "a", "a.", ".stl"}) {
         EXPECT_EQ(import(folder_ / name), ImportOutcome::UnknownType) << name;
         EXPECT_EQ(exportFile(folder_ / name, model_, {}, written_), ExportOutcome::UnknownType) << name;
     }
@@ -116,15 +121,28 @@ std::vector<Sample> samples() {
     grid.addAll<std::int32_t>({4, 1, 4, 12, 2, 2, 1, 12, 48})
         .addAll<float>({0, 1, 0, 1, 0, 0, 1, 1, 0, 0, 0, 0})
         .add(std::int32_t{48});
-    return {{"a.stl", "solid a\n" + facet + facet + "endsolid a\n"},
-            {"b.stl", stl.text},
-            {"a.obj", "o a\nv 0 0 0\nv 1 0 0\nv 0 1 0\nv 1 1 0\nf 1 2 3\nf 2/1 4/2 3/3\n"},
-            {"a.ply", plyTriangle},
-            {"a.off", "OFF\n4 2 0\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n3 0 1 2\n3 1 3 2\n"},
-            {"a.xyz", "2\n3 2 1\n2 1 2\n0 1 2 0 1 2\n0 0 0 1 1 1\n0 0 0 0 0 0\n0 1 0 1\n0 0 1 1\n0 0 0 0\n"},
-            {"a.p3d", grid.text},
-            {"a.dat", "TITLE=\"a\"\nVARIABLES=\"X\",\"Y\",\"Z\"\nZONE T=\"a\", I=2, J=2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n"
-                      "ZONE N=3, E=1, F=FEPOINT, ET=TRIANGLE\n0 0 0\n1 0 0\n0 1 0\n1 2 3\n"}};
+    return {
+        {"a.stl", "solid a\n" + facet + facet + "endsolid a\n"},
+        {"b.stl", stl.text},
+        {"a.obj", "o a\nv 0 0 0\nv 1 0 0\nv 0 1 0\nv 1 1 0\nf 1 2 3\nf 2/1 4/2 3/3\n"},
+        {"a.ply", plyTriangle},
+        {"a.off", "OFF\n4 2 0\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n3 0 1 2\n3 1 3 2\n"},
+        {"a.gltf",
+         R"({"asset":{"version":"2.0"},"buffers":[{"byteLength":36,"uri":"data:a/b;base64,AAAAAAAAAAAAAAAAAACAPwAA)"
+         R"(AAAAAAAAAAAAAAAAgD8AAAAA"}],"bufferViews":[{"buffer":0,"byteLength":36}],"accessors":[{"bufferView":0,)"
+         R"("componentType":5126,"count":3,"type":"VEC3"}],"meshes":[{"primitives":[{"attributes":{"POSITION":0}}]}],)"
+         R"("nodes":[{"mesh":0,"scale":[2,2,2]}]})"},
+#ifdef VELMORA_READS_3MF
+        {"a.3mf", test::zipOf({{"3D/3dmodel.model",
+                                "<model><resources><object id='1'><mesh><vertices><vertex x='0' y='0' z='0'/>"
+                                "<vertex x='1' y='0' z='0'/><vertex x='0' y='1' z='0'/></vertices><triangles>"
+                                "<triangle v1='0' v2='1' v3='2'/></triangles></mesh></object></resources>"
+                                "<build><item objectid='1'/></build></model>"}})},
+#endif
+        {"a.xyz", "2\n3 2 1\n2 1 2\n0 1 2 0 1 2\n0 0 0 1 1 1\n0 0 0 0 0 0\n0 1 0 1\n0 0 1 1\n0 0 0 0\n"},
+        {"a.p3d", grid.text},
+        {"a.dat", "TITLE=\"a\"\nVARIABLES=\"X\",\"Y\",\"Z\"\nZONE T=\"a\", I=2, J=2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n"
+                  "ZONE N=3, E=1, F=FEPOINT, ET=TRIANGLE\n0 0 0\n1 0 0\n0 1 0\n1 2 3\n"}};
 }
 
 std::int64_t trianglesIn(const ExchangeModel& model) {

@@ -3,10 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QDockWidget>
 #include <QDragEnterEvent>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QShortcut>
 #include <QStatusTipEvent>
@@ -53,8 +56,8 @@ TEST(MainFrame, MarksTheModelAsSoonAsADragHasChangedIt) {
 // ---- States of commands ---------------------------------------------------------------------------------------------
 
 /// The commands that carry a mark.
-const char* const marked[] = {"view.toolbar",      "view.statusBar", "view.surface",      "view.perspective",
-                              "view.orthographic", "block.only",     "model.reflectToSft"};
+const char* const marked[] = {"view.toolbar",      "view.statusBar", "view.surface",       "view.perspective",
+                              "view.orthographic", "block.only",     "model.reflectToSft", "help.fileReport"};
 
 std::string marks(FrameRig& rig, bool onToolBar) {
     std::string words;
@@ -72,13 +75,13 @@ TEST(MainFrame, ShowsWhatIsSwitchedOnAfterEachCommand) {
     const FlatDesk desk;
     FrameRig rig(desk.model);
     EXPECT_EQ(marks(rig, false), "+view.toolbar +view.statusBar +view.surface +view.perspective -view.orthographic "
-                                 "+model.reflectToSft");
+                                 "+model.reflectToSft -help.fileReport");
     EXPECT_EQ(marks(rig, true), "+view.surface -block.only");
     rig.run("view.surface");
     rig.run("view.orthographic");
     rig.run("view.statusBar");
     EXPECT_EQ(marks(rig, false), "+view.toolbar -view.statusBar -view.surface -view.perspective +view.orthographic "
-                                 "+model.reflectToSft");
+                                 "+model.reflectToSft -help.fileReport");
     EXPECT_EQ(marks(rig, true), "-view.surface -block.only") << "the tool bar follows a command of a menu";
     rig.person.atDialog("CInputPatch", {});
     rig.run("patch.inputAndAdd");
@@ -86,7 +89,7 @@ TEST(MainFrame, ShowsWhatIsSwitchedOnAfterEachCommand) {
     rig.run("view.toolbar");
     rig.run("view.perspective");
     EXPECT_EQ(marks(rig, false), "-view.toolbar -view.statusBar -view.surface +view.perspective -view.orthographic "
-                                 "+model.reflectToSft");
+                                 "+model.reflectToSft -help.fileReport");
     EXPECT_EQ(marks(rig, true), "-view.surface +block.only");
 }
 
@@ -942,6 +945,51 @@ TEST(MainFrame, AKeyRunsTheFirstOfItsCommandsThatIsOn) {
     press("Ctrl+C");
     EXPECT_TRUE(rig.doc().lineBufferFull);
     EXPECT_FALSE(rig.doc().pointClipboardFull) << "one command at a time";
+}
+
+TEST(MainFrame, TheToolTipOfSaveNamesTheFileWhereItIsNotTheOneThatWasOpened) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    QAction* const button = rig.toolButton("file.save");
+    EXPECT_EQ(button->toolTip(), QStringLiteral("Save"));
+    EXPECT_EQ(button->statusTip(), QStringLiteral("Save the model"));
+    rig.run("convert.toUnstructured");
+    const QString target = QStringLiteral("Save writes ") + qtPath(desk.folder / "flat.dat");
+    EXPECT_EQ(button->toolTip(), Qt::convertFromPlainText(target));
+    EXPECT_EQ(button->statusTip(), target);
+    EXPECT_EQ(rig.menuEntry("file.save")->statusTip(), target);
+    rig.run("patch.undo");
+    EXPECT_EQ(button->toolTip(), QStringLiteral("Save"));
+    EXPECT_EQ(rig.menuEntry("file.save")->statusTip(), QStringLiteral("Save the model"));
+}
+
+TEST(MainFrame, ShowsTheFileReportUntilTheNextFile) {
+    const FlatDesk desk;
+    FrameRig rig;
+    auto* const panel = rig.frame.findChild<QDockWidget*>(QStringLiteral("fileReport"));
+    auto* const lines = panel->findChild<QPlainTextEdit*>();
+    EXPECT_TRUE(panel->isHidden());
+    rig.run("help.fileReport");
+    EXPECT_FALSE(panel->isHidden());
+    EXPECT_TRUE(rig.menuEntry("help.fileReport")->isChecked());
+    EXPECT_EQ(lines->toPlainText(), QStringLiteral("No file has been read yet."));
+    rig.frame.openFile(qtPath(desk.model));
+    const QString report =
+        qtPath(desk.model) + QStringLiteral("\nFormat: apt, bytes: %1\nPatches in the file: 3, all kept\n"
+                                            "Points in the file: 36, all kept\n"
+                                            "All of its geometry was kept as it is.")
+                                 .arg(QFileInfo(qtPath(desk.model)).size());
+    EXPECT_EQ(lines->toPlainText(), report);
+    lines->selectAll();
+    rig.run("convert.toUnstructured");
+    EXPECT_EQ(lines->toPlainText(), report) << "no file was read";
+    EXPECT_TRUE(lines->textCursor().hasSelection()) << "what is marked stays";
+    auto* const escape = panel->findChild<QShortcut*>();
+    EXPECT_EQ(escape->key(), QKeySequence(Qt::Key_Escape));
+    emit escape->activated();
+    EXPECT_TRUE(panel->isHidden());
+    EXPECT_TRUE(rig.frame.isVisible());
+    EXPECT_FALSE(rig.menuEntry("help.fileReport")->isChecked()) << "the mark follows a panel that was closed";
 }
 
 TEST(MainFrame, AsksForTheAboutBox) {

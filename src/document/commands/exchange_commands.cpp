@@ -9,6 +9,8 @@
 #include "DialogValues.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "exchange_files.h"
 #include "file_types.h"
 #include "load_files.h"
@@ -27,6 +29,14 @@ namespace {
 bool canImport(const std::string& extension) {
     const std::vector<std::string_view> known = importExtensions();
     return std::find(known.begin(), known.end(), extension) != known.end();
+}
+
+std::vector<FileType> typesToImport() {
+    std::vector<FileType> types = importFileTypes();
+    types.erase(
+        std::remove_if(types.begin(), types.end(), [](const FileType& type) { return !canImport(type.extension); }),
+        types.end());
+    return types;
 }
 
 /// Reads the file, tells of it and shows what is wrong with it.
@@ -60,51 +70,48 @@ void takeImported(VelmoraDoc& doc, ExchangeModel&& model) {
     doc.modelFile.nameImported(doc.patches.empty() ? "dat" : textOf(doc.fileKind));
 }
 
-} // namespace
-
-void VelmoraDoc::importFiles() {
-    if (!holdsNothing() && !ui_.ask(message::removeGeometry)) {
+/// A file of others in place of the model, which is untitled then.
+void importFiles(VelmoraDoc& doc) {
+    if (!doc.holdsNothing() && !doc.ui().ask(message::removeGeometry)) {
         return;
     }
     FileRequest request;
     request.mode = ChooserMode::Import;
-    request.types = importFileTypes();
-    request.proposed = proposedFolder_.empty() ? modelFile.chosenPath : proposedFolder_;
+    request.types = typesToImport();
+    request.proposed = doc.openPlace();
     request.command = "file.import";
-    const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
+    const std::vector<std::filesystem::path> paths = doc.ui().chooseFiles(request);
     if (paths.empty()) {
         return;
     }
     const std::filesystem::path path = fullPath(paths.front());
     if (!canImport(extensionOf(path))) {
-        ui_.showMessage(message::cannotBeImported(extensionOf(path)));
+        doc.ui().showMessage(message::cannotBeImported(extensionOf(path)));
         return;
     }
-    if (!showDialog(ui_, dialogs->importing)) {
+    if (!showDialog(doc.ui(), doc.dialogs->importing)) {
         return;
     }
     LoadTally tally;
     bool gaveModel = false;
     {
-        ModelAside before(*this);
+        ModelAside before(doc);
         ExchangeModel model;
-        gaveModel = readForeign(*this, path, model, tally) == ImportOutcome::Done;
+        gaveModel = readForeign(doc, path, model, tally) == ImportOutcome::Done;
         if (gaveModel) {
-            takeImported(*this, std::move(model));
+            takeImported(doc, std::move(model));
             before.keepForUndo();
         }
     }
     if (!gaveModel) {
-        cancelOpen(*this, tally);
+        cancelOpen(doc, tally);
         return;
     }
-    finishOpen(*this, tally);
-    documentModified = true;
+    finishOpen(doc, tally);
+    doc.documentModified = true;
 }
 
 // ---- Export ---------------------------------------------------------------------------------------------------------
-
-namespace {
 
 /// What of the model goes out: patches or zones, whichever it is.
 ExchangeView viewOf(const VelmoraDoc& doc) {
@@ -138,42 +145,61 @@ void finishExport(VelmoraDoc& doc, const std::string& extension, ExportOutcome o
     }
 }
 
-} // namespace
-
-void VelmoraDoc::exportModel() {
-    if (structureKind == StructureKind::None || holdsNothingToSave(*this)) {
-        ui_.showMessage(message::nothingToSave);
+/// The model as a file of others; its own file stays what it is.
+void exportModel(VelmoraDoc& doc) {
+    if (doc.structureKind == StructureKind::None || holdsNothingToSave(doc)) {
+        doc.ui().showMessage(message::nothingToSave);
         return;
     }
     FileRequest request;
     request.mode = ChooserMode::Export;
-    request.types = exportTypes(*this);
-    request.proposed = modelFile.chosenPath;
+    request.types = exportTypes(doc);
+    request.proposed = doc.modelFile.chosenPath;
     request.command = "file.export";
-    const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
+    const std::vector<std::filesystem::path> paths = doc.ui().chooseFiles(request);
     if (paths.empty()) {
         return;
     }
     const std::filesystem::path path = fullPath(paths.front());
     const std::string extension = extensionOf(path);
-    const ExchangeView model = viewOf(*this);
+    const ExchangeView model = viewOf(doc);
     const ExportOutcome possible = exportPossible(path, model);
     if (possible != ExportOutcome::Done) {
-        finishExport(*this, extension, possible, {});
+        finishExport(doc, extension, possible, {});
         return;
     }
-    if (!showDialog(ui_, dialogs->exporting) || !mayOverwrite(*this, path, TargetFrom::Chooser)) {
+    if (!showDialog(doc.ui(), doc.dialogs->exporting) || !mayOverwrite(doc, path, TargetFrom::Chooser)) {
         return;
     }
-    const ExportOptions options = dialogs->exporting.options();
-    tellMove(*this, digitsWritten(path, options), moveByDigits(path, model, options));
+    const ExportOptions options = doc.dialogs->exporting.options();
+    tellMove(doc, digitsWritten(path, options), moveByDigits(path, model, options));
     WriteOutcome written;
     ExportOutcome outcome = ExportOutcome::CannotWrite;
     {
-        const BusyScope busy(ui_);
-        outcome = exportFile(path, model, options, written, progressTo(ui_));
+        const BusyScope busy(doc.ui());
+        outcome = exportFile(path, model, options, written, progressTo(doc.ui()));
     }
-    finishExport(*this, extension, outcome, written);
+    finishExport(doc, extension, outcome, written);
+}
+
+} // namespace
+
+std::span<const Command> exchangeCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "file.import",
+         .menuText = "Import...",
+         .statusText = "Read a file of another program in place of the model",
+         .run = &importFiles,
+         .places = {{File, 210}}},
+        {.id = "file.export",
+         .menuText = "Export...",
+         .statusText = "Write the model as a file for other programs",
+         .run = &exportModel,
+         .places = {{File, 220}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

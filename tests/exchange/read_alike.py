@@ -1,0 +1,214 @@
+"""Files of other programs, read by the program and by others: the triangles must be the same.
+
+The samples are written here. What Import makes of them goes out as an OBJ file with all digits and is compared with
+what VTK's readers and the command `assimp` (by its own way to OBJ) give, corner by corner, within the digits of single
+precision, which both use. Usage: read_alike.py VELMORA_BATCH. Ends with 77, which CTest shows as skipped, where one of
+them is not installed.
+"""
+
+import base64
+import json
+import math
+import shutil
+import struct
+import subprocess
+import sys
+import tempfile
+import zipfile
+from pathlib import Path
+
+import read_back
+from read_back import SKIPPED, Failure, corners_of_poly_data, leaves_of, numpy, run, turned, vtk
+
+SINGLE = 3e-6  # of the largest coordinate
+
+
+# ---- Samples --------------------------------------------------------------------------------------------------------
+
+CORNERS = [(0, 0, 0), (1, 0, 0), (1, 1, 0), (0, 1, 0.5), (0.25, 0.5, 2)]
+TRIANGLES = [(0, 1, 2), (0, 2, 3), (0, 4, 1), (1, 4, 2)]
+
+
+def write_gltf(path, nodes):
+    binary = b"".join(struct.pack("<3f", *point) for point in CORNERS)
+    start = len(binary)
+    binary += b"".join(struct.pack("<3H", *triangle) for triangle in TRIANGLES)
+    tree = {
+        "asset": {"version": "2.0"},
+        "buffers": [{"byteLength": len(binary)}],
+        "bufferViews": [
+            {"buffer": 0, "byteLength": start},
+            {"buffer": 0, "byteOffset": start, "byteLength": len(binary) - start},
+        ],
+        "accessors": [
+            {"bufferView": 0, "componentType": 5126, "count": len(CORNERS), "type": "VEC3",
+             "min": [0, 0, 0], "max": [1, 1, 2]},
+            {"bufferView": 1, "componentType": 5123, "count": 3 * len(TRIANGLES), "type": "SCALAR"},
+        ],
+        "meshes": [{"name": "plate", "primitives": [{"attributes": {"POSITION": 0}, "indices": 1}]}],
+        "nodes": nodes,
+        "scenes": [{"nodes": [0]}],
+        "scene": 0,
+    }  # fmt: skip
+    if path.suffix == ".gltf":
+        tree["buffers"][0]["uri"] = "data:application/octet-stream;base64," + base64.b64encode(binary).decode()
+        path.write_text(json.dumps(tree), encoding="utf-8")
+        return
+    text = json.dumps(tree).encode()
+    text += b" " * (-len(text) % 4)
+    binary += b"\0" * (-len(binary) % 4)
+    chunks = struct.pack("<I4s", len(text), b"JSON") + text + struct.pack("<I4s", len(binary), b"BIN\0") + binary
+    path.write_bytes(struct.pack("<4sII", b"glTF", 2, 12 + len(chunks)) + chunks)
+
+
+def write_3mf(path, resources, items):
+    kinds = "http://schemas.openxmlformats.org/package/2006/content-types"
+    relations = "http://schemas.openxmlformats.org/package/2006/relationships"
+    core = "http://schemas.microsoft.com/3dmanufacturing"
+    with zipfile.ZipFile(path, "w", zipfile.ZIP_DEFLATED) as archive:
+        archive.writestr(
+            "[Content_Types].xml",
+            f"<Types xmlns='{kinds}'><Default Extension='rels' "
+            "ContentType='application/vnd.openxmlformats-package.relationships+xml'/><Default Extension='model' "
+            "ContentType='application/vnd.ms-package.3dmanufacturing-3dmodel+xml'/></Types>",
+        )
+        archive.writestr(
+            "_rels/.rels",
+            f"<Relationships xmlns='{relations}'><Relationship Id='a' Target='/3D/3dmodel.model' "
+            f"Type='{core}/2013/01/3dmodel'/></Relationships>",
+        )
+        archive.writestr(
+            "3D/3dmodel.model",
+            f"<?xml version='1.0'?><model unit='inch' xmlns='{core}/core/2015/02'><resources>{resources}</resources>"
+            f"<build>{items}</build></model>",
+        )
+
+
+def mesh_3mf():
+    vertices = "".join(f"<vertex x='{x}' y='{y}' z='{z}'/>" for x, y, z in CORNERS)
+    triangles = "".join(f"<triangle v1='{a}' v2='{b}' v3='{c}'/>" for a, b, c in TRIANGLES)
+    return f"<mesh><vertices>{vertices}</vertices><triangles>{triangles}</triangles></mesh>"
+
+
+def write_samples(folder):
+    half = math.sqrt(0.5)
+    tree = [
+        {"name": "aircraft", "rotation": [0, 0, half, half], "scale": [2, 1, 3], "children": [1, 2]},
+        {"name": "wing", "translation": [1, 2, 3], "mesh": 0},
+        {"children": [3]},
+        {"matrix": [1, 0, 0, 0, 2, 1, 0, 0, 0, 0.5, 1, 0, 10, 20, 30, 1], "mesh": 0},
+    ]
+    write_gltf(folder / "tree.gltf", tree)
+    write_gltf(folder / "tree.glb", tree)
+    part = "<component objectid='1' transform='{}'/>"
+    write_3mf(
+        folder / "parts.3mf",
+        f"<object id='1' type='model' name='wing'>{mesh_3mf()}</object><object id='2' type='model'><components>"
+        + part.format("2 1 0 0 3 0 0 0 1 10 20 30")
+        + part.format("0 1 0 0 0 1 1 0 0 -4 0.5 0.25")
+        + "</components></object>",
+        "<item objectid='2' transform='0 0 1 1 0 0 0 1 0 0 0 7'/><item objectid='1'/>",
+    )
+
+
+# ---- Readers: each gives triangles x corners x coordinates ----------------------------------------------------------
+
+
+def triangles_of_obj(path):
+    points, triangles = [], []
+    for line in path.read_text(encoding="utf-8").splitlines():
+        words = line.split()
+        if words[:1] == ["v"]:
+            points.append([float(word) for word in words[1:4]])
+        elif words[:1] == ["f"]:
+            triangles.append([points[int(word.split("/")[0]) - 1] for word in words[1:]])
+    return numpy.array(triangles)
+
+
+def by_assimp(path):
+    out = path.with_suffix(".assimp.obj")
+    subprocess.run(["assimp", "export", path, out], capture_output=True, timeout=120, check=True)
+    return triangles_of_obj(out)
+
+
+def by_vtk_gltf(path):
+    reader = vtk.vtkGLTFReader()
+    reader.SetFileName(str(path))
+    reader.ApplyDeformationsToGeometryOn()
+    reader.Update()
+    surface = vtk.vtkDataSetSurfaceFilter()
+    parts = []
+    for leaf in leaves_of(reader.GetOutput()):
+        surface.SetInputData(leaf)
+        surface.Update()
+        parts.append(corners_of_poly_data(surface.GetOutput()))
+    return numpy.concatenate(parts)
+
+
+def by_velmora(batch, path):
+    out = path.with_suffix(".velmora.obj")
+    out.unlink(missing_ok=True)
+    run(batch, path.parent, [f"run file.import file={path.name}", f"run file.export file={out.name}"])
+    return triangles_of_obj(out)
+
+
+# ---- Comparing ------------------------------------------------------------------------------------------------------
+
+
+def sorted_triangles(triangles, digits):
+    """Each from its least corner on, its sense kept, in one order for both readers."""
+    rounded = numpy.round(triangles, digits) + 0.0
+    return sorted(turned([tuple(corner) for corner in triangle]) for triangle in rounded.tolist())
+
+
+def compare(what, ours, theirs):
+    size = numpy.abs(ours).max()
+    digits = 3 - int(math.floor(math.log10(size)))
+    if ours.shape != theirs.shape:
+        raise Failure(f"{what}: {ours.shape} and {theirs.shape}")
+    # Rounding only brings both into one order; the numbers are compared whole.
+    order = [numpy.array(sorted_triangles(triangles, digits)) for triangles in (ours, theirs)]
+    if not numpy.allclose(order[0], order[1], rtol=0, atol=max(SINGLE * size, 1.5 * 10.0**-digits)):
+        raise Failure(f"{what}:\n ours   {order[0].tolist()}\n theirs {order[1].tolist()}")
+
+
+CASES = [
+    ("tree.gltf", by_assimp, "assimp"),
+    ("tree.gltf", by_vtk_gltf, "VTK"),
+    ("tree.glb", by_assimp, "assimp"),
+    ("tree.glb", by_vtk_gltf, "VTK"),
+    ("parts.3mf", by_assimp, "assimp"),
+]
+
+
+def main():
+    if shutil.which("assimp") is None:
+        print("SKIPPED: imported files were not read by any other program: there is no assimp (assimp-utils)")
+        return SKIPPED
+    batch = Path(sys.argv[1]).resolve()
+    failed = 0
+    with tempfile.TemporaryDirectory() as name:
+        folder = Path(name)
+        write_samples(folder)
+        for file, read, reader in CASES:
+            what = f"{file} read by {reader}"
+            try:
+                compare(what, by_velmora(batch, folder / file), read(folder / file))
+                print("the same:", what)
+            except Exception as error:  # pylint: disable=broad-except
+                failed += 1
+                print(f"FAILED: {what}\n{type(error).__name__}: {error}")
+        ours = by_velmora(batch, folder / "tree.gltf")
+        try:
+            compare("turned round", ours, ours[:, ::-1])
+            failed += 1
+            print("FAILED: triangles that are turned round passed")
+        except Failure:
+            pass
+    print(f"{failed} of the files failed" if failed else "All files were read alike")
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    read_back.vtk.vtkObject.GlobalWarningDisplayOff()
+    sys.exit(main())

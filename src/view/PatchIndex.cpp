@@ -326,7 +326,7 @@ std::int32_t PatchIndex::pickPatch(const PatchList& list, const PixelLine& line)
 }
 
 std::optional<FirstCell> PatchIndex::firstCell(const PatchList& list, const PixelLine& line) const {
-    const Vec direction = line.farPoint - line.nearPoint;
+    const Vec direction = sightDirection(line.nearPoint, line.farPoint);
     std::optional<FirstCell> first;
     double depth = std::numeric_limits<double>::infinity();
     for (std::size_t k = 0; k < list.size() && k < patches_.size(); ++k) {
@@ -343,7 +343,7 @@ std::optional<FirstCell> PatchIndex::firstCell(const PatchList& list, const Pixe
 }
 
 bool PatchIndex::hides(const PatchList& list, const PixelLine& line, const Vec& point, double margin) const {
-    const Vec direction = line.farPoint - line.nearPoint;
+    const Vec direction = sightDirection(line.nearPoint, line.farPoint);
     const double least = margin * lengthOf(direction);
     for (std::size_t k = 0; k < list.size() && k < patches_.size(); ++k) {
         if (anyHit(list, k, point, direction,

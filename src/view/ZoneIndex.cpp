@@ -160,7 +160,7 @@ std::int32_t ZoneIndex::pickZone(const zRegion_fe& region, const PixelLine& line
 }
 
 std::optional<FirstTriangle> ZoneIndex::firstTriangle(const zRegion_fe& region, const PixelLine& line) const {
-    const Vec direction = line.farPoint - line.nearPoint;
+    const Vec direction = sightDirection(line.nearPoint, line.farPoint);
     std::optional<FirstTriangle> first;
     double depth = std::numeric_limits<double>::infinity();
     for (std::size_t k = 0; k < zones_.size(); ++k) {
@@ -177,7 +177,7 @@ std::optional<FirstTriangle> ZoneIndex::firstTriangle(const zRegion_fe& region, 
 }
 
 bool ZoneIndex::hides(const zRegion_fe& region, const PixelLine& line, const Vec& point, double margin) const {
-    const Vec direction = line.farPoint - line.nearPoint;
+    const Vec direction = sightDirection(line.nearPoint, line.farPoint);
     const double least = margin * lengthOf(direction);
     for (std::size_t k = 0; k < zones_.size(); ++k) {
         if (anyHit(region, k, point, direction,

@@ -97,5 +97,66 @@ TEST(JoinBatches, BatchesWithoutVerticesAreLeftOut) {
     EXPECT_TRUE(joinBatches(DrawList{}).empty());
 }
 
+// ---- Pieces ---------------------------------------------------------------------------------------------------------
+
+/// A lit strip of quads along X of which the first `front` look up and the others down.
+GlRun bentStrip(DrawList& list, int quads, int front) {
+    list.begin(Primitive::QuadStrip, red).lit = true;
+    double x = 0.0;
+    for (int i = 0; i <= quads; ++i) {
+        list.vertex({x, 1.0, 0.0});
+        list.vertex({x, 0.0, 0.0});
+        x += i < front ? 1.0 : -1.0;
+    }
+    GlRun run = joinBatches(list).at(0);
+    run.pieces = piecesOf(run, list);
+    return run;
+}
+
+const Eye above{.parallel = true, .place = {0.0, 0.0, 1.0}};
+
+TEST(Pieces, OfAStripShareTheTwoVerticesBetweenThem) {
+    DrawList list;
+    const GlRun run = bentStrip(list, 99, 99);
+    std::vector<int> first;
+    std::vector<int> counts;
+    for (const GlPiece& piece : run.pieces) {
+        first.push_back(piece.first);
+        counts.push_back(piece.count);
+    }
+    EXPECT_THAT(first, ElementsAre(0, 64, 128, 192));
+    EXPECT_THAT(counts, ElementsAre(66, 66, 66, 8));
+}
+
+TEST(Pieces, ThatShowTheOtherSideAloneAreLeftOut) {
+    DrawList list;
+    const GlRun run = bentStrip(list, 99, 99);
+    const GlRanges fronts = facingRanges(run, above, Facing::Front);
+    EXPECT_THAT(fronts.first, ElementsAre(0)) << "neighbours are one range";
+    EXPECT_THAT(fronts.counts, ElementsAre(200));
+    EXPECT_THAT(facingRanges(run, above, Facing::Back).first, testing::IsEmpty());
+}
+
+TEST(Pieces, InDoubtAreDrawnForBothSides) {
+    DrawList list;
+    // The bend stands in the second piece, quads 32 to 63.
+    const GlRun run = bentStrip(list, 128, 40);
+    const GlRanges fronts = facingRanges(run, above, Facing::Front);
+    EXPECT_THAT(fronts.first, ElementsAre(0));
+    EXPECT_THAT(fronts.counts, ElementsAre(130));
+    const GlRanges backs = facingRanges(run, above, Facing::Back);
+    EXPECT_THAT(backs.first, ElementsAre(64));
+    EXPECT_THAT(backs.counts, ElementsAre(258 - 64));
+}
+
+TEST(Pieces, OfTwoStripsStayApart) {
+    DrawList list;
+    bentStrip(list, 10, 10);
+    const GlRun run = bentStrip(list, 10, 10);
+    const GlRanges fronts = facingRanges(run, above, Facing::Front);
+    EXPECT_THAT(fronts.first, ElementsAre(0, 22));
+    EXPECT_THAT(fronts.counts, ElementsAre(22, 22));
+}
+
 } // namespace
 } // namespace velmora::test

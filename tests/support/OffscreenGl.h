@@ -80,6 +80,7 @@ public:
         renderer.draw(frame);
     }
     void finishFrame() override { renderer.finish(); }
+    double modelTime() const override { return renderer.modelTime(); }
     void invertRectangle(PixelPoint from, PixelPoint to) override {
         renderer.invertRectangle(from, to, {0, 0, width_, height_});
     }

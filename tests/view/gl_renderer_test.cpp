@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "OffscreenGl.h"
 #include "RecordingUi.h"
 #include "VelmoraDoc.h"
@@ -152,6 +154,29 @@ TEST(GlRenderer, SmoothsBordersWhereItHasTheSamples) {
     EXPECT_GT(shades(), rough) << "between the plate and the ground";
     rig.surface.renderer.useSamples(0);
     EXPECT_EQ(shades(), rough);
+}
+
+TEST(GlRenderer, TheAxesKeepTheirShapeSeenFromVeryNear) {
+    DrawnRig rig({flatPatch(5, 5)});
+    rig.view.runViewCommand("view.perspective");
+    const auto axes = [&rig] {
+        rig.view.OnDraw();
+        std::set<std::pair<int, int>> places;
+        for (int y = 0; y < 80; ++y) {
+            for (int x = 0; x < 80; ++x) {
+                const Rgb colour = rig.surface.pixel({x, y});
+                if (colour == Rgb{255, 0, 0} || colour == Rgb{0, 255, 0}) {
+                    places.emplace(x, y);
+                }
+            }
+        }
+        return places;
+    };
+    const auto before = axes();
+    EXPECT_GT(before.size(), 60U) << "two arms of 36 pixels";
+    rig.view.zoomFactor = 1e-3;
+    rig.view.UpdateProjection();
+    EXPECT_EQ(axes(), before);
 }
 
 // ---- Surfaces -------------------------------------------------------------------------------------------------------

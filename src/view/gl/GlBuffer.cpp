@@ -13,6 +13,12 @@ namespace {
 
 using Triple = std::array<float, 3>;
 
+/// Sizes of the pieces that are left out as a whole when an eye sees nothing of them.
+constexpr int quadsOfPiece = 32;
+constexpr int trianglesOfPiece = 256;
+/// Ranges of pieces grow no longer than this, in vertices: of a longer one some face would always be seen.
+constexpr int longestRange = 8192;
+
 Triple singlePrecision(const zVec<double>& v) {
     return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
 }
@@ -63,6 +69,17 @@ std::vector<Triple> positionsOf(const DrawList& list) {
     return positions;
 }
 
+std::vector<Triple> seenPositionsOf(const DrawList& list, const Matrix4& m) {
+    std::vector<Triple> positions;
+    positions.reserve(list.vertices.size());
+    for (const zVec<double>& p : list.vertices) {
+        positions.push_back(
+            singlePrecision({m[0] * p.x + m[4] * p.y + m[8] * p.z + m[12], m[1] * p.x + m[5] * p.y + m[9] * p.z + m[13],
+                             m[2] * p.x + m[6] * p.y + m[10] * p.z + m[14]}));
+    }
+    return positions;
+}
+
 /// The normals beside their vertices; vertices without one get zeros that nothing reads. Empty when none has one.
 std::vector<Triple> normalsBesideVertices(const DrawList& list) {
     if (list.normals.empty()) {
@@ -91,6 +108,47 @@ void fillBuffer(unsigned& buffer, const std::vector<Triple>& values, GLenum usag
 
 } // namespace
 
+std::vector<GlPiece> piecesOf(const GlRun& run, const DrawList& list) {
+    std::vector<GlPiece> pieces;
+    const bool strips = isStrip(run.look.primitive);
+    // A strip goes on with the two vertices that the piece before ended with.
+    const int step = strips ? 2 * quadsOfPiece : 3 * trianglesOfPiece;
+    const int shared = strips ? 2 : 0;
+    for (std::size_t i = 0; i < run.first.size(); ++i) {
+        const int last = run.first[i] + run.counts[i];
+        for (int first = run.first[i]; first + shared < last || first == run.first[i]; first += step) {
+            const int count = std::min(step + shared, last - first);
+            pieces.push_back(
+                {first, count,
+                 faceCone(list, run.look.primitive, static_cast<std::size_t>(first), static_cast<std::size_t>(count))});
+        }
+    }
+    return pieces;
+}
+
+GlRanges facingRanges(const GlRun& run, const Eye& eye, Facing side) {
+    GlRanges ranges;
+    const int shared = isStrip(run.look.primitive) ? 2 : 0;
+    int end = -1;
+    bool strip = false; // the piece before was taken and its strip may go on
+    for (const GlPiece& piece : run.pieces) {
+        const Facing facing = facingOf(piece.cone, eye);
+        if (facing != side && facing != Facing::Mixed) {
+            strip = false;
+            continue;
+        }
+        if (strip && piece.first + shared == end && ranges.counts.back() < longestRange) {
+            ranges.counts.back() += piece.count - shared;
+        } else {
+            ranges.first.push_back(piece.first);
+            ranges.counts.push_back(piece.count);
+        }
+        strip = true;
+        end = piece.first + piece.count;
+    }
+    return ranges;
+}
+
 std::vector<GlRun> joinBatches(const DrawList& list) {
     std::vector<GlRun> runs;
     for (const DrawBatch& batch : list.batches) {
@@ -98,7 +156,7 @@ std::vector<GlRun> joinBatches(const DrawList& list) {
             continue;
         }
         if (runs.empty() || !sameLook(runs.back().look, batch)) {
-            runs.push_back({batch, {}, {}});
+            runs.push_back({batch, {}, {}, {}});
         }
         appendRange(runs.back(), static_cast<int>(batch.firstVertex), static_cast<int>(batch.vertexCount));
     }
@@ -118,11 +176,21 @@ std::optional<std::size_t> stripIn(const GlRun& run, std::size_t firstVertex) {
     return static_cast<std::size_t>(found - run.first.begin());
 }
 
-void GlBuffer::upload(const DrawList& list, bool drawnOnce) {
-    const GLenum usage = drawnOnce ? GL_STREAM_DRAW : GL_STATIC_DRAW;
+void GlBuffer::upload(const DrawList& list) {
     runs_ = joinBatches(list);
-    fillBuffer(positions_, positionsOf(list), usage);
-    fillBuffer(normals_, normalsBesideVertices(list), usage);
+    for (GlRun& run : runs_) {
+        if (run.look.lit) {
+            run.pieces = piecesOf(run, list);
+        }
+    }
+    fillBuffer(positions_, positionsOf(list), GL_STATIC_DRAW);
+    fillBuffer(normals_, normalsBesideVertices(list), GL_STATIC_DRAW);
+}
+
+void GlBuffer::uploadSeen(const DrawList& list, const Matrix4& modelView) {
+    runs_ = joinBatches(list);
+    fillBuffer(positions_, seenPositionsOf(list, modelView), GL_STREAM_DRAW);
+    fillBuffer(normals_, {}, GL_STREAM_DRAW);
 }
 
 void GlBuffer::release() {
@@ -157,6 +225,17 @@ void GlBuffer::draw(const GlRun& run, std::size_t from, std::size_t to) const {
     }
     glMultiDrawArrays(modeOf(run.look.primitive), run.first.data() + from, run.counts.data() + from,
                       static_cast<GLsizei>(to - from));
+    if (run.look.hasNormals) {
+        glDisableClientState(GL_NORMAL_ARRAY);
+    }
+}
+
+void GlBuffer::draw(const GlRun& run, const GlRanges& ranges) const {
+    if (run.look.hasNormals) {
+        glEnableClientState(GL_NORMAL_ARRAY);
+    }
+    glMultiDrawArrays(modeOf(run.look.primitive), ranges.first.data(), ranges.counts.data(),
+                      static_cast<GLsizei>(ranges.first.size()));
     if (run.look.hasNormals) {
         glDisableClientState(GL_NORMAL_ARRAY);
     }

@@ -5,15 +5,37 @@
 #include <vector>
 
 #include "DrawList.h"
+#include "facing.h"
 
 namespace velmora {
 
-/// Neighbouring batches of one look, drawn by one call.
-struct GlRun {
-    DrawBatch look;          ///< the batch that opened the run; its vertex range is not used
+/// Vertices of a run that are drawn by one call, or are left out of it.
+struct GlRanges {
     std::vector<int> first;  ///< first vertex of each strip or range
     std::vector<int> counts; ///< vertices of each
 };
+
+/// Part of a lit run, so small that an eye sees one side of all its faces mostly.
+struct GlPiece {
+    int first = 0;
+    int count = 0;
+    FaceCone cone;
+};
+
+/// Neighbouring batches of one look, drawn by one call.
+struct GlRun {
+    DrawBatch look;              ///< the batch that opened the run; its vertex range is not used
+    std::vector<int> first;      ///< first vertex of each strip or range
+    std::vector<int> counts;     ///< vertices of each
+    std::vector<GlPiece> pieces; ///< of a lit run: all of it, in order
+};
+
+/// The pieces of a lit run of `list`.
+std::vector<GlPiece> piecesOf(const GlRun& run, const DrawList& list);
+
+/// What of the pieces may show that side to the eye, neighbours as one range: what is certain to show the other alone
+/// is left out.
+GlRanges facingRanges(const GlRun& run, const Eye& eye, Facing side);
 
 /// The batches of `list` in their order, neighbours of one look joined: strips side by side in one call, separate
 /// primitives whose vertices adjoin as one range. Batches without vertices are left out.
@@ -32,7 +54,11 @@ public:
     ~GlBuffer() = default;
 
     /// Copies the list's positions and normals, in single precision, to the context's memory.
-    void upload(const DrawList& list, bool drawnOnce);
+    void upload(const DrawList& list);
+    /// The same for one frame and without normals, the positions as the eye sees them: seen from very near what is
+    /// drawn beside the model would lose its shape in single precision. To be drawn with the identity as model view
+    /// matrix.
+    void uploadSeen(const DrawList& list, const Matrix4& modelView);
     void release();
 
     /// Makes the buffers the source of the draw calls until unbind().
@@ -40,6 +66,7 @@ public:
     static void unbind();
     /// Draws the strips or ranges of a run from `from` up to `to`, with the state that is set.
     void draw(const GlRun& run, std::size_t from, std::size_t to) const;
+    void draw(const GlRun& run, const GlRanges& ranges) const;
     /// Draws the vertices of one batch of the list as `primitive`, without normals.
     void draw(const DrawBatch& batch, Primitive primitive) const;
     const std::vector<GlRun>& runs() const { return runs_; }

@@ -8,6 +8,7 @@
 #include <array>
 #include <chrono>
 #include <iterator>
+#include <numeric>
 
 namespace velmora {
 
@@ -15,6 +16,8 @@ namespace {
 
 constexpr const char* softwareRenderers[] = {"llvmpipe", "softpipe", "swrast", "Software"};
 constexpr int fineSamples = 4;
+/// Fewer than these are drawn sooner than it is asked whether they are seen.
+constexpr std::int64_t fewVertices = 50'000;
 
 void setFaces(GLenum front, GLenum back) {
     glPolygonMode(GL_FRONT, front);
@@ -34,8 +37,11 @@ constexpr float backShade = 0.5F;
 constexpr float edgeShade = 0.3F;
 /// What is hidden of a mark is dimmed by this.
 constexpr float hiddenShade = 0.4F;
-/// Marks stand in front of the surface that they lie on by so much of the whole depth.
-constexpr double markNearer = 2e-6;
+/// Marks stand in front of the surface that they lie on by so much of the whole depth, a few of its steps: more would
+/// show what lies on the other side of a thin wing.
+constexpr double markNearer = 4e-7;
+/// Surfaces stand behind their edges by so many of these steps.
+constexpr float stepsBehindEdges = 4.0F;
 
 Colour shaded(const Colour& colour, float factor) {
     return {colour[0] * factor, colour[1] * factor, colour[2] * factor, colour[3]};
@@ -105,8 +111,19 @@ void GlRenderer::prepare() {
 
 void GlRenderer::clear(const Colour& colour) {
     ground_ = colour;
-    glClearColor(colour[0], colour[1], colour[2], colour[3]);
+    clearWanted_ = true;
+}
+
+void GlRenderer::clearNow() {
+    glClearColor(ground_[0], ground_[1], ground_[2], ground_[3]);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    clearWanted_ = false;
+}
+
+void GlRenderer::clearIfWanted() {
+    if (clearWanted_) {
+        clearNow();
+    }
 }
 
 int GlRenderer::samples() {
@@ -126,20 +143,24 @@ void GlRenderer::draw(const SceneFrame& frame) {
     if (frame.list != nullptr) {
         drawKeptModel(frame);
     }
+    clearIfWanted();
     if (frame.held != nullptr) {
         if (uploadedHeld_ != frame.heldRevision) {
-            held_.upload(*frame.held, false);
+            held_.upload(*frame.held);
             uploadedHeld_ = frame.heldRevision;
         }
         drawMarks(held_, frame);
     }
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
     if (frame.pointed != nullptr && !frame.pointed->batches.empty()) {
-        overlay_.upload(*frame.pointed, true);
+        overlay_.uploadSeen(*frame.pointed, frame.modelView);
         drawMarks(overlay_, frame);
     }
     if (frame.overlay != nullptr) {
-        overlay_.upload(frame.overlay->list, true);
+        overlay_.uploadSeen(frame.overlay->list, frame.modelView);
         drawRuns(overlay_, frame.overlay->list, frame, false);
+        glLoadMatrixd(frame.modelView.data());
         drawTexts(frame.overlay->texts);
     }
 }
@@ -166,6 +187,7 @@ void GlRenderer::drawKeptModel(const SceneFrame& frame) {
     const bool same = kept_ == look;
     if (!picture_.prepare(frame.viewport.width, frame.viewport.height, samples())) {
         kept_.reset();
+        clearIfWanted();
         drawModel(frame);
         return;
     }
@@ -173,12 +195,15 @@ void GlRenderer::drawKeptModel(const SceneFrame& frame) {
     glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &target);
     if (!same) {
         picture_.begin();
-        clear(ground_);
+        clearNow();
         drawModel(frame);
         kept_ = std::move(look);
     }
-    if (!picture_.showOn(static_cast<unsigned>(target))) {
+    // The picture covers all of the frame: a clear before it would be for nothing.
+    clearWanted_ = !picture_.showOn(static_cast<unsigned>(target));
+    if (clearWanted_) {
         kept_.reset();
+        clearNow();
         drawModel(frame);
     }
 }
@@ -190,13 +215,13 @@ void GlRenderer::drawModel(const SceneFrame& frame) {
     glEnable(GL_COLOR_MATERIAL);
     if (frame.coarse != nullptr) {
         if (uploadedCoarse_ != frame.coarseRevision) {
-            coarse_.upload(*frame.coarse, false);
+            coarse_.upload(*frame.coarse);
             uploadedCoarse_ = frame.coarseRevision;
         }
         drawRuns(coarse_, *frame.coarse, frame, frame.filled);
     } else {
         if (uploadedRevision_ != frame.listRevision) {
-            list_.upload(*frame.list, false);
+            list_.upload(*frame.list);
             uploadedRevision_ = frame.listRevision;
         }
         drawRuns(list_, *frame.list, frame, frame.filled);
@@ -230,42 +255,105 @@ void GlRenderer::drawMarks(const GlBuffer& buffer, const SceneFrame& frame) {
     GlBuffer::unbind();
 }
 
-/// The faces of a lit surface: its front filled, then its back. Each side by itself goes the shorter way through the
-/// context than both at once.
-void GlRenderer::drawSurfaceRun(const GlBuffer& buffer, const GlRun& run, const SceneFrame& frame) {
-    const auto drawSide = [&](GLenum culled, GLenum faces) {
-        glCullFace(culled);
+/// The faces of all lit surfaces: their fronts filled, then their backs. Each side by itself goes a shorter way through
+/// the context than both at once, and what shows the other side alone is left out of it. Of a closed body no back is
+/// seen: its lines, which cost most, are not drawn.
+void GlRenderer::drawSurfaces(const GlBuffer& buffer, const SceneFrame& frame) {
+    const Eye eye = eyeOf(frame.modelView, frame.projection);
+    const auto forLitRuns = [&](const auto& draw) {
+        for (const GlRun& run : buffer.runs()) {
+            if (run.look.lit) {
+                setLook(run.look, frame, true);
+                draw(run);
+            }
+        }
+    };
+    const auto drawSide = [&](const GlRun& run, Facing side, GLenum faces) {
+        glCullFace(side == Facing::Front ? GL_BACK : GL_FRONT);
         setFaces(faces, faces);
-        buffer.draw(run, 0, run.first.size());
+        buffer.draw(run, facingRanges(run, eye, side));
     };
     glEnable(GL_CULL_FACE);
     if (frame.edges) {
         glEnable(GL_POLYGON_OFFSET_FILL);
-        glPolygonOffset(1.0F, 1.0F);
+        glPolygonOffset(1.0F, stepsBehindEdges);
     }
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 0);
-    drawSide(GL_BACK, GL_FILL);
+    forLitRuns([&](const GlRun& run) { drawSide(run, Facing::Front, GL_FILL); });
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
-    if (frame.backFilled) {
-        glColor4fv(shaded(run.look.colour, backShade).data());
-    }
-    drawSide(GL_FRONT, frame.backFilled ? GL_FILL : GL_LINE);
+    forLitRuns([&](const GlRun& run) {
+        if (frame.backFilled) {
+            glColor4fv(shaded(run.look.colour, backShade).data());
+            drawSide(run, Facing::Back, GL_FILL);
+        } else {
+            drawBackLines(buffer, run, facingRanges(run, eye, Facing::Back));
+        }
+    });
     glDisable(GL_POLYGON_OFFSET_FILL);
     if (frame.edges) {
-        glDisable(GL_LIGHTING);
-        glColor4fv(shaded(run.look.colour, edgeShade).data());
-        drawSide(GL_BACK, GL_LINE);
-        if (frame.backFilled) {
-            drawSide(GL_FRONT, GL_LINE);
-        }
+        forLitRuns([&](const GlRun& run) {
+            glDisable(GL_LIGHTING);
+            glColor4fv(shaded(run.look.colour, edgeShade).data());
+            drawSide(run, Facing::Front, GL_LINE);
+            if (frame.backFilled) {
+                drawSide(run, Facing::Back, GL_LINE);
+            }
+        });
     }
     glDisable(GL_CULL_FACE);
 }
 
+/// Whether something of a range is seen is asked with its faces filled and nothing written, a little nearer than they
+/// are: lines stand out at the rim.
+void GlRenderer::drawBackLines(const GlBuffer& buffer, const GlRun& run, const GlRanges& ranges) {
+    glCullFace(GL_FRONT);
+    const std::size_t count = ranges.first.size();
+    std::vector<bool> seen(count, true);
+    const auto vertices = std::accumulate(ranges.counts.begin(), ranges.counts.end(), std::int64_t{0});
+    if (vertices > fewVertices) {
+        while (queries_.size() < count) {
+            glGenQueries(1, &queries_.emplace_back());
+        }
+        setFaces(GL_FILL, GL_FILL);
+        glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
+        glDepthMask(GL_FALSE);
+        glEnable(GL_POLYGON_OFFSET_FILL);
+        glPolygonOffset(-1.0F, -1.0F);
+        for (std::size_t i = 0; i < count; ++i) {
+            glBeginQuery(GL_SAMPLES_PASSED, queries_[i]);
+            buffer.draw(run, GlRanges{{ranges.first[i]}, {ranges.counts[i]}});
+            glEndQuery(GL_SAMPLES_PASSED);
+        }
+        glPolygonOffset(1.0F, 1.0F);
+        glDisable(GL_POLYGON_OFFSET_FILL);
+        glDepthMask(GL_TRUE);
+        glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+        for (std::size_t i = 0; i < count; ++i) {
+            GLuint samples = 0;
+            glGetQueryObjectuiv(queries_[i], GL_QUERY_RESULT, &samples);
+            seen[i] = samples > 0;
+        }
+    }
+    GlRanges drawn;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (seen[i]) {
+            drawn.first.push_back(ranges.first[i]);
+            drawn.counts.push_back(ranges.counts[i]);
+        }
+    }
+    setFaces(GL_LINE, GL_LINE);
+    buffer.draw(run, drawn);
+}
+
 void GlRenderer::drawRuns(const GlBuffer& buffer, const DrawList& list, const SceneFrame& frame, bool lightsOn) {
     buffer.bind();
+    if (lightsOn) {
+        drawSurfaces(buffer, frame);
+    }
     for (const GlRun& run : buffer.runs()) {
-        drawRun(buffer, run, list, frame, lightsOn);
+        if (!lightsOn || !run.look.lit) {
+            drawRun(buffer, run, list, frame, lightsOn);
+        }
     }
     GlBuffer::unbind();
     glDepthFunc(GL_LESS);
@@ -276,10 +364,6 @@ void GlRenderer::drawRuns(const GlBuffer& buffer, const DrawList& list, const Sc
 void GlRenderer::drawRun(const GlBuffer& buffer, const GlRun& run, const DrawList& list, const SceneFrame& frame,
                          bool lightsOn) {
     setLook(run.look, frame, lightsOn);
-    if (lightsOn && run.look.lit) {
-        drawSurfaceRun(buffer, run, frame);
-        return;
-    }
     std::size_t drawn = 0;
     for (const Accent& accent : list.accents) {
         const DrawBatch& strip = list.batches[accent.batch];
@@ -315,6 +399,7 @@ void GlRenderer::drawTexts(const std::vector<DrawText>& texts) {
 }
 
 void GlRenderer::finish() {
+    clearIfWanted();
     glFinish();
 }
 
@@ -354,6 +439,8 @@ void GlRenderer::release() {
         buffer->release();
     }
     picture_.release();
+    glDeleteQueries(static_cast<GLsizei>(queries_.size()), queries_.data());
+    queries_.clear();
     for (auto* revision : {&uploadedRevision_, &uploadedCoarse_, &uploadedHeld_}) {
         revision->reset();
     }

@@ -31,6 +31,7 @@ public:
 
     /// Clear colour and depth, depth test.
     void prepare();
+    /// Of colour and depth, before the next that is drawn.
     void clear(const Colour& colour);
     /// The list of `frame` is copied to the context whenever its revision is a new one. The model's picture is kept: it
     /// is drawn anew only when what it shows, or the camera, is another.
@@ -72,9 +73,12 @@ private:
 
     void drawModel(const SceneFrame& frame);
     void drawKeptModel(const SceneFrame& frame);
-    void drawSurfaceRun(const GlBuffer& buffer, const GlRun& run, const SceneFrame& frame);
+    void drawSurfaces(const GlBuffer& buffer, const SceneFrame& frame);
+    void drawBackLines(const GlBuffer& buffer, const GlRun& run, const GlRanges& ranges);
     void drawMarks(const GlBuffer& buffer, const SceneFrame& frame);
     int samples();
+    void clearNow();
+    void clearIfWanted();
     void drawRuns(const GlBuffer& buffer, const DrawList& list, const SceneFrame& frame, bool lightsOn);
     void drawRun(const GlBuffer& buffer, const GlRun& run, const DrawList& list, const SceneFrame& frame,
                  bool lightsOn);
@@ -89,9 +93,11 @@ private:
     std::optional<std::uint64_t> uploadedCoarse_;
     std::optional<std::uint64_t> uploadedHeld_;
     GlPicture picture_;
+    std::vector<unsigned> queries_; ///< names in the context
     std::optional<ModelLook> kept_; ///< of the picture
     std::optional<int> samples_;
     Colour ground_{};
+    bool clearWanted_ = false;
     double modelTime_ = 0.0;
     int modelDraws_ = 0;
 };

@@ -12,7 +12,8 @@ source_is_silent=75
 # Compiler, build tools and libraries of the two programs.
 build_packages=(g++ libstdc++-12-dev cmake ninja-build mold libboost-dev libboost-regex-dev libcli11-dev
   nlohmann-json3-dev libgl-dev libopengl-dev libglx-dev libglu1-mesa-dev libx11-dev qt6-base-dev qt6-base-dev-tools
-  libqt6opengl6-dev qt6-svg-dev libzip-dev libexpat1-dev)
+  libqt6opengl6-dev qt6-svg-dev libzip-dev libexpat1-dev libcoin-dev libcgns-dev libocct-data-exchange-dev
+  libocct-modeling-algorithms-dev libocct-modeling-data-dev libocct-foundation-dev)
 # What the window loads as it runs: platforms, drawing, icons, letters.
 window_packages=(qt6-qpa-plugins qt6-wayland libqt6svg6 libgl1 libglx-mesa0 libegl1 libgl1-mesa-dri fontconfig
   fonts-dejavu-core)

@@ -54,6 +54,10 @@ inline constexpr MessageText nothingToSave{Severity::Refused, "There is nothing 
 inline Message cannotBeSavedAs(const std::string& extension) {
     return {Severity::Refused, "This model cannot be saved as " + extension};
 }
+/// A library gives numbers in single precision where their file may have more; `move` is how far that may be.
+inline Message libraryMovesPoints(const std::string& move) {
+    return {Severity::Warning, "This file was read in single precision: points move by up to " + move};
+}
 /// `extension` without its point; empty for a file without one.
 inline Message cannotBeImported(const std::string& extension) {
     return {Severity::Refused, "Files of this type cannot be imported: " + extension};

@@ -29,11 +29,11 @@ bool canImport(const std::string& extension) {
     return std::find(known.begin(), known.end(), extension) != known.end();
 }
 
-std::vector<FileType> typesToImport() {
-    std::vector<FileType> types = importFileTypes();
-    types.erase(
-        std::remove_if(types.begin(), types.end(), [](const FileType& type) { return !canImport(type.extension); }),
-        types.end());
+/// Those of the types that are among the extensions: a program may be built without some libraries.
+std::vector<FileType> typesAmong(std::vector<FileType> types, const std::vector<std::string_view>& extensions) {
+    std::erase_if(types, [&extensions](const FileType& type) {
+        return std::find(extensions.begin(), extensions.end(), type.extension) == extensions.end();
+    });
     return types;
 }
 
@@ -52,6 +52,9 @@ ImportOutcome readForeign(VelmoraDoc& doc, const std::filesystem::path& path, Ex
     doc.ui().tellFileRead(record);
     tally.losses = record.changed;
     tally.losses.insert(tally.losses.end(), record.reasons.begin(), record.reasons.end());
+    if (model.libraryMoves > 0.0) {
+        doc.ui().showMessage(message::libraryMovesPoints(shortLength(model.libraryMoves)));
+    }
     return outcome;
 }
 
@@ -76,7 +79,7 @@ void VelmoraDoc::importFiles() {
     }
     FileRequest request;
     request.mode = ChooserMode::Import;
-    request.types = typesToImport();
+    request.types = typesAmong(importFileTypes(), importExtensions());
     request.proposed = proposedFolder_.empty() ? modelFile.chosenPath : proposedFolder_;
     request.command = "file.import";
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
@@ -123,8 +126,8 @@ ExchangeView viewOf(const VelmoraDoc& doc) {
 }
 
 std::vector<FileType> exportTypes(const VelmoraDoc& doc) {
-    return doc.structureKind == StructureKind::Structured && doc.fileKind == FileKind::Apt ? exportFileTypes()
-                                                                                           : exportTriangleFileTypes();
+    const bool isGrid = doc.structureKind == StructureKind::Structured && doc.fileKind == FileKind::Apt;
+    return typesAmong(isGrid ? exportFileTypes() : exportTriangleFileTypes(), exportExtensions());
 }
 
 void finishExport(VelmoraDoc& doc, const std::string& extension, ExportOutcome outcome, const WriteOutcome& written) {

@@ -110,15 +110,18 @@ WriteOutcome writeZones(VelmoraDoc& doc, const std::filesystem::path& path, cons
     return outcome;
 }
 
+std::string shortLength(double length) {
+    constexpr int shortForm = 6; // significant digits
+    std::array<char, 32> text{};
+    return {text.begin(), std::to_chars(text.begin(), text.end(), length, std::chars_format::general, shortForm).ptr};
+}
+
 void tellMove(VelmoraDoc& doc, int digits, double move) {
     constexpr double tolerance = 1e-5; // of the radius
     if (!(move > tolerance * doc.modelRadius)) {
         return;
     }
-    constexpr int shortForm = 6; // significant digits
-    std::array<char, 32> text{};
-    const auto end = std::to_chars(text.begin(), text.end(), move, std::chars_format::general, shortForm).ptr;
-    doc.ui().showMessage(message::digitsMovePoints(digits, std::string(text.begin(), end)));
+    doc.ui().showMessage(message::digitsMovePoints(digits, shortLength(move)));
 }
 
 std::string saveTargetText(const VelmoraDoc& doc) {

@@ -1,13 +1,18 @@
 #!/usr/bin/env bash
-# scripts/bare_machine.sh COMMAND...: runs each COMMAND (./run, ./test) on a bare Debian 12 that is made anew: git and
-# bash, and a clone of the last commit; nothing that somebody once installed by hand. So a package that setup.sh does
-# not name is seen here first. Needs root, since the system is a folder that commands run in by chroot; the folder (some
+# scripts/bare_machine.sh [--packages] COMMAND...: runs each COMMAND (./run, ./test) on a bare Debian 12 that is made anew:
+# git and bash, and a clone of the last commit; nothing that somebody once installed by hand. So a package that setup.sh
+# does not name is seen here first. With --packages those of build/packages (scripts/packages.sh) are tried there first. Needs root, since the system is a folder that commands run in by chroot; the folder (some
 # gigabytes under $TMPDIR) is removed at the end. A package source that does not answer proves nothing about the
 # project: what needs it is skipped, loudly.
 source "$(dirname "$0")/setup.sh"
 
-if [ "$(id -u)" -ne 0 ] || [ $# -eq 0 ]; then
-  echo "Usage, as root: scripts/bare_machine.sh COMMAND..." >&2
+packages=
+if [ "${1:-}" = --packages ]; then
+  packages=build/packages
+  shift
+fi
+if [ "$(id -u)" -ne 0 ] || { [ $# -eq 0 ] && [ -z "$packages" ]; }; then
+  echo "Usage, as root: scripts/bare_machine.sh [--packages] COMMAND..." >&2
   exit 2
 fi
 
@@ -46,6 +51,11 @@ mount -t proc proc "$root/proc"
 mkdir -p "$root/dev/shm"
 mount -t tmpfs -o size=1g tmpfs "$root/dev/shm"
 git clone --quiet --no-local . "$root/velmora"
+if [ -n "$packages" ]; then
+  mkdir -p "$root/tmp/packages"
+  cp "$packages"/*.deb "$root/tmp/packages/"
+  set -- "scripts/try_packages.sh /tmp/packages" "$@"
+fi
 
 failed=0
 for command in "$@"; do

@@ -9,6 +9,7 @@
 #include "about.h"
 #include "command_help.h"
 #include "file_events.h"
+#include "messages.h"
 #include "parse_number.h"
 
 namespace velmora {
@@ -88,10 +89,22 @@ BatchSession::Next BatchSession::run(std::int64_t number, std::string_view line)
     if (echo_) {
         printer_.print({{"event", "echo"}, {"line", number}, {"text", std::string(line)}});
     }
+    return carryOut(number, [&] { return words.failure ? words.failure : runWords(words.words); });
+}
+
+BatchSession::Next BatchSession::run(std::int64_t number, std::span<const std::string> words) {
+    return carryOut(number, [&] { return runWords(words); });
+}
+
+BatchSession::Next BatchSession::run(std::int64_t number, const std::function<MaybeFailure(Session&)>& work) {
+    return carryOut(number, [&] { return work(session_); });
+}
+
+BatchSession::Next BatchSession::carryOut(std::int64_t number, const std::function<MaybeFailure()>& work) {
     ui_.beginLine();
     MaybeFailure failure;
     report_ = session_.perform([&] {
-        failure = runWords(words);
+        failure = work();
         if (failure) {
             ui_.beQuiet(); // the error tells all
         }
@@ -99,9 +112,6 @@ BatchSession::Next BatchSession::run(std::int64_t number, std::string_view line)
     });
     if (!failure) {
         failure = ui_.endLine();
-    }
-    if (!report_.filesRead.empty()) {
-        filesRead_ = report_.filesRead;
     }
     if (failure) {
         const std::string text = failure->cause + "; " + failure->remedy;
@@ -118,11 +128,8 @@ MaybeFailure BatchSession::badUsage(const char* word) {
     return ScriptFailure{"the line " + inQuotes(word) + " cannot be read so", std::string("write ") + kind->usage};
 }
 
-MaybeFailure BatchSession::runWords(const ScriptLine& line) {
-    if (line.failure) {
-        return line.failure;
-    }
-    const std::string& word = line.words.front();
+MaybeFailure BatchSession::runWords(Words words) {
+    const std::string& word = words.front();
     const auto* kind =
         std::find_if(lineKinds.begin(), lineKinds.end(), [&word](const LineKind& k) { return word == k.word; });
     if (kind == lineKinds.end()) {
@@ -132,7 +139,7 @@ MaybeFailure BatchSession::runWords(const ScriptLine& line) {
         }
         return ScriptFailure{"there is no line " + inQuotes(word), "begin the line with one of:" + known};
     }
-    return (this->*kind->run)(Words(line.words).subspan(1));
+    return (this->*kind->run)(words.subspan(1));
 }
 
 // ---- Lines ----------------------------------------------------------------------------------------------------------
@@ -218,7 +225,8 @@ MaybeFailure BatchSession::print(Words words) {
     }
     if (words.size() == 1 && words[0] == "read") {
         Json events = Json::array();
-        std::transform(filesRead_.begin(), filesRead_.end(), std::back_inserter(events), readEvent);
+        const std::vector<FileRead>& reads = session_.filesRead();
+        std::transform(reads.begin(), reads.end(), std::back_inserter(events), readEvent);
         sayValue("read", std::move(events));
         return std::nullopt;
     }
@@ -307,8 +315,16 @@ void BatchSession::showGuide() {
     session_.document().ShowStatus("The user guide is shown by the window; --help-commands lists the commands");
 }
 
+void BatchSession::showKeys() {
+    session_.document().ShowStatus("Keys and mouse are the window's; the user guide lists them");
+}
+
 void BatchSession::showAbout() {
     session_.document().ui().showMessage({Severity::Info, aboutText()});
+}
+
+void BatchSession::toggleFileReport() {
+    session_.document().ui().showMessage(message::panelOfTheWindow("print read"));
 }
 
 // ---- Painting -------------------------------------------------------------------------------------------------------

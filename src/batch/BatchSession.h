@@ -2,6 +2,7 @@
 
 #include <array>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -44,6 +45,13 @@ public:
 
     /// Runs one line, paints once if that was asked for, and says what happened. `number` names the line in events.
     Next run(std::int64_t number, std::string_view line);
+    /// The same of the words of a line, for a program that calls and writes none.
+    Next run(std::int64_t number, std::span<const std::string> words);
+    /// The same of any work on the session, which may end in a failure.
+    Next run(std::int64_t number, const std::function<MaybeFailure(Session&)>& work);
+    /// Who answers the questions that a line does not, and hears of progress.
+    void listenTo(Listener listener) { ui_.listenTo(std::move(listener)); }
+    const Session& session() const { return session_; }
     /// What happened in the last line.
     const CommandReport& report() const { return report_; }
 
@@ -58,7 +66,8 @@ private:
     static const std::array<LineKind, 10> lineKinds;
     static MaybeFailure badUsage(const char* word);
 
-    MaybeFailure runWords(const ScriptLine& line);
+    Next carryOut(std::int64_t number, const std::function<MaybeFailure()>& work);
+    MaybeFailure runWords(Words words);
     MaybeFailure openPath(Words words);
     MaybeFailure runCommand(Words words);
     MaybeFailure resize(Words words);
@@ -76,7 +85,9 @@ private:
     void showContextMenu();
     void exit() override;
     void showGuide() override;
+    void showKeys() override;
     void showAbout() override;
+    void toggleFileReport() override;
     void paint();
     void paintIfAsked();
 
@@ -87,7 +98,6 @@ private:
     bool echo_;
     bool leaving_ = false;
     CommandReport report_;
-    std::vector<FileRead> filesRead_; ///< of the last line that read files
 };
 
 } // namespace velmora

@@ -103,15 +103,29 @@ void BatchUserInterface::tellFileWritten(const FileWritten& written) {
     say(writtenEvent(written));
 }
 
+void BatchUserInterface::showProgress(double fraction) {
+    if (listener_.progress) {
+        listener_.progress(fraction);
+    }
+}
+
+std::optional<bool> BatchUserInterface::takeAnswer(const std::string& question) {
+    if (!input_.answers.empty()) {
+        const bool yes = input_.answers.front();
+        input_.answers.pop_front();
+        return yes;
+    }
+    return listener_.answer ? std::optional(listener_.answer(question)) : std::nullopt;
+}
+
 bool BatchUserInterface::ask(const std::string& text) {
-    if (failure_ || input_.answers.empty()) {
+    const std::optional<bool> yes = failure_ ? std::nullopt : takeAnswer(text);
+    if (!yes) {
         fail("the question " + inQuotes(text) + " has no answer", "give answer=yes or answer=no");
         return false;
     }
-    const bool yes = input_.answers.front();
-    input_.answers.pop_front();
-    say({{"event", "question"}, {"text", text}, {"answer", yes ? "yes" : "no"}});
-    return yes;
+    say({{"event", "question"}, {"text", text}, {"answer", *yes ? "yes" : "no"}});
+    return *yes;
 }
 
 std::vector<std::filesystem::path> BatchUserInterface::takeFiles(bool multiple) {

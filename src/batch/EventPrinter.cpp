@@ -2,12 +2,14 @@
 
 #include <algorithm>
 
+#include "visible_text.h"
+
 namespace velmora {
 
 namespace {
 
 std::string oneLine(const Json& value) {
-    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+    return visibleJson(value.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 const std::string& textOf(const Json& event, const char* member) {
@@ -15,10 +17,10 @@ const std::string& textOf(const Json& event, const char* member) {
 }
 
 /// An error takes one line, whatever bytes of the script it repeats.
-std::string withoutControls(std::string text) {
+std::string onOneLine(std::string text) {
     std::replace_if(
         text.begin(), text.end(), [](char c) { return c >= 0 && c < ' '; }, ' ');
-    return text;
+    return visibleText(text);
 }
 
 } // namespace
@@ -29,21 +31,23 @@ void JsonEventPrinter::print(const Json& event) {
 
 void TextEventPrinter::print(const Json& event) {
     const std::string& kind = textOf(event, "event");
-    if (kind == "message" || kind == "status" || kind == "title") {
-        out_ << kind << ": " << textOf(event, "text") << '\n';
+    if (kind == "message") {
+        out_ << "message: " << visibleText(textOf(event, "text"), true) << '\n';
+    } else if (kind == "status" || kind == "title") {
+        out_ << kind << ": " << visibleText(textOf(event, "text")) << '\n';
     } else if (kind == "question") {
-        out_ << "question: " << textOf(event, "text") << " -> " << textOf(event, "answer") << '\n';
+        out_ << "question: " << visibleText(textOf(event, "text")) << " -> " << textOf(event, "answer") << '\n';
     } else if (kind == "menu") {
         out_ << "menu: " << textOf(event, "name") << '\n';
         printItems(event.at("items"), "  ");
     } else if (kind == "print") {
-        out_ << "print " << withoutControls(textOf(event, "what")) << ": " << oneLine(event.at("value")) << '\n';
+        out_ << "print " << onOneLine(textOf(event, "what")) << ": " << oneLine(event.at("value")) << '\n';
     } else if (kind == "echo") {
-        out_ << textOf(event, "text") << '\n';
+        out_ << visibleText(textOf(event, "text")) << '\n';
     } else if (kind == "read") {
         printLoss(event);
     } else if (kind == "error") {
-        out_ << "error: line " << oneLine(event.at("line")) << ": " << withoutControls(textOf(event, "text")) << '\n';
+        out_ << "error: line " << oneLine(event.at("line")) << ": " << onOneLine(textOf(event, "text")) << '\n';
     }
     out_ << std::flush;
 }
@@ -53,7 +57,7 @@ void TextEventPrinter::printLoss(const Json& read) {
     if (read.at("complete") == true && read.at("lossless") == true) {
         return;
     }
-    out_ << "read: " << textOf(read, "path") << ": ";
+    out_ << "read: " << visibleText(textOf(read, "path")) << ": ";
     const char* separator = "kept ";
     for (const auto& [kind, kept] : read.at("kept").items()) {
         out_ << separator << kept << " of " << read.at("found").value(kind, kept) << ' ' << kind;
@@ -62,7 +66,7 @@ void TextEventPrinter::printLoss(const Json& read) {
     out_ << '\n';
     for (const char* list : {"changed", "reasons"}) {
         for (const Json& text : read.at(list)) {
-            out_ << "  " << text.get_ref<const std::string&>() << '\n';
+            out_ << "  " << visibleText(text.get_ref<const std::string&>()) << '\n';
         }
     }
 }

@@ -12,6 +12,7 @@
 #include "command_help.h"
 #include "documents_folder.h"
 #include "parse_number.h"
+#include "visible_text.h"
 
 namespace {
 
@@ -92,7 +93,7 @@ ExitStatus printHelp(const std::string& id) {
     }
     const velmora::Command* command = velmora::findCommand(id);
     if (command == nullptr) {
-        std::cerr << "velmora-batch: there is no command \"" << id << "\"\n";
+        std::cerr << "velmora-batch: there is no command \"" << velmora::visibleText(id) << "\"\n";
         return BadUsage;
     }
     std::cout << velmora::commandHelp(*command) << '\n';
@@ -196,7 +197,8 @@ int runScript(const Options& options, ViewSize size) {
         std::error_code error;
         file.open(options.script);
         if (!file || std::filesystem::is_directory(options.script, error)) {
-            std::cerr << "velmora-batch: the script \"" << options.script << "\" cannot be read\n";
+            std::cerr << "velmora-batch: the script \"" << velmora::visibleText(options.script)
+                      << "\" cannot be read\n";
             return BadUsage;
         }
         script = &file;

@@ -20,9 +20,12 @@ public:
     /// Ends the program by Session::leave.
     virtual void exit() = 0;
     virtual void showGuide() = 0;
+    virtual void showKeys() = 0;
     virtual void showAbout() = 0;
+    virtual void toggleFileReport() = 0;
     virtual void toggleToolBars() {}
     virtual void toggleStatusBar() {}
+    virtual bool fileReportShown() const { return false; }
     virtual bool toolBarsShown() const { return false; }
     virtual bool statusBarShown() const { return false; }
 };

@@ -1,6 +1,16 @@
 #include "Command.h"
 
+#include "VelmoraDoc.h"
+
 namespace velmora {
+
+void CommandRun::operator()(VelmoraDoc& document) const {
+    if (function_ != nullptr) {
+        function_(document);
+    } else {
+        (document.*method_)();
+    }
+}
 
 std::string plainText(std::string_view menuText) {
     std::string text;

@@ -43,6 +43,23 @@ struct MenuPlace {
     const char* text = nullptr; ///< the wording in this menu where it is not the command's own
 };
 
+/// What a row runs: a function over the document in the file of the row, or a method of the document when others call
+/// it too.
+class CommandRun {
+public:
+    constexpr CommandRun() = default;
+    constexpr CommandRun(void (*function)(VelmoraDoc&)) : function_(function) {}
+    constexpr CommandRun(void (VelmoraDoc::*method)()) : method_(method) {}
+
+    explicit constexpr operator bool() const { return function_ != nullptr || method_ != nullptr; }
+    /// Runs it; there must be something to run.
+    void operator()(VelmoraDoc& document) const;
+
+private:
+    void (*function_)(VelmoraDoc&) = nullptr;
+    void (VelmoraDoc::*method_)() = nullptr;
+};
+
 /// One command, declared once, all that is known of it: menus, context menus, tool bars, keys, scripts, help and tests
 /// read it.
 struct Command {
@@ -52,7 +69,7 @@ struct Command {
     const char* toolTip = "";     ///< of a tool button; empty: the words of the menu
     const char* accelerator = ""; ///< "Ctrl+S"; several commands may share one, the first that is on takes it
     bool icon = false;
-    void (VelmoraDoc::*run)() = nullptr;             ///< of document commands; null for the others
+    CommandRun run = {};                             ///< of document commands; empty for the others
     bool (*off)(const DocumentState&) = nullptr;     ///< true when the document's state turns it off; null: always on
     bool (*checked)(const DocumentState&) = nullptr; ///< of a command that switches something: whether that is on
     /// Of another owner's row: the command that it comes behind in the table of all, where that is not the row before.

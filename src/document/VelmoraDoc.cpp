@@ -37,18 +37,25 @@ void VelmoraDoc::detachView(DocumentView& view) {
 
 void VelmoraDoc::ShowStatus(const std::string& text) {
     status = text;
+    coveredStatus_.clear();
     ui_.showStatus(text);
 }
 
-/// Texts with numbers say what the model holds now; one that is shown is shown anew.
-void VelmoraDoc::refillStatus() {
-    static constexpr std::string CaptureState::*texts[] = {
+/// The text of what is captured that stands in the status line; null when something else does.
+VelmoraDoc::CaptureText VelmoraDoc::shownCaptureText() const {
+    static constexpr CaptureText texts[] = {
         &CaptureState::pointStatus, &CaptureState::pointContinueStatus,   &CaptureState::sectionStatus,
         &CaptureState::lineStatus,  &CaptureState::sectionContinueStatus, &CaptureState::lineContinueStatus,
         &CaptureState::blockStatus,
     };
     const auto* shown = std::find_if(std::begin(texts), std::end(texts),
                                      [this](auto text) { return !status.empty() && (*capture).*text == status; });
+    return shown == std::end(texts) ? nullptr : *shown;
+}
+
+/// Texts with numbers say what the model holds now; one that is shown is shown anew.
+void VelmoraDoc::refillStatus() {
+    const CaptureText shown = shownCaptureText();
     Capture::Numbers numbers;
     const CaptureState& now = *capture;
     if (const PointList* section = sectionAt(now.capturedPatch, now.capturedSection)) {
@@ -64,8 +71,8 @@ void VelmoraDoc::refillStatus() {
         numbers.blockPatch = blockList[static_cast<std::size_t>(blockCount) - 1];
     }
     capture.refill(numbers);
-    if (shown != std::end(texts) && now.**shown != status) {
-        ShowStatus(now.**shown);
+    if (shown != nullptr && now.*shown != status) {
+        ShowStatus(now.*shown);
     }
 }
 

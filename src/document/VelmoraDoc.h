@@ -10,6 +10,7 @@
 
 namespace velmora {
 
+class CommandRun;
 class DocumentView;
 struct Pick;
 struct RescuedModel;
@@ -18,9 +19,9 @@ struct dlgViewing;
 /// What a snapshot for Undo patch goes with: whether Undo must fit the view anew.
 enum class Extent { Stays, Changes };
 
-/// The one document: every command on its state is a method of it. A command that cannot go on says its message and
-/// returns; it never throws. What a command needs beside that is a function over the document in the command's file,
-/// or in a header in `commands` when several files need it.
+/// The one document. Its commands are functions over it in the files of `commands`, each beside its row; a method is a
+/// command that others than its row call too, or what several of them need. A command that cannot go on says its
+/// message and returns; it never throws.
 class VelmoraDoc : public DocumentState {
 public:
     /// `documentsFolder` is where untitled models go.
@@ -66,15 +67,9 @@ public:
     void openFiles();
     /// The same with the chooser opened on `folder`.
     void openFilesIn(const std::filesystem::path& folder);
+    /// Where a chooser of files to read begins: the folder that was named, else beside the model.
+    std::filesystem::path openPlace() const { return proposedFolder_.empty() ? modelFile.chosenPath : proposedFolder_; }
     void appendFile();
-    /// A file of others in place of the model, which is untitled then.
-    void importFiles();
-    /// The model as a file of others; its own file stays what it is.
-    void exportModel();
-    void AppendWrl();
-    void CloseWrl();
-    void AppendDat();
-    void CloseDat();
     void saveModel();
     void saveModelAs();
     void AppendSft();
@@ -90,6 +85,8 @@ public:
     SaveResult saveCurrent();
     /// The file that Save would write, spelled as the user chose it; empty without a model.
     std::filesystem::path saveTarget() const;
+    /// "Save writes /models/wing.apt": where Save goes, if that is not the file that was opened; else empty.
+    std::string saveTargetText() const;
     /// The question before the document is closed; false when it must stay open: the user wants to stay, or saving
     /// failed.
     bool saveModified();
@@ -107,7 +104,7 @@ public:
 
     /// Runs a command. One whose result holds a number that is not finite, or that finds no memory, is refused: the
     /// model stays as it was, with its snapshots and all that is captured, and the user is told.
-    void runCommand(void (VelmoraDoc::*command)());
+    void runCommand(CommandRun command);
 
     void SavePointUndo();
     void SavePatchUndo();
@@ -126,7 +123,6 @@ public:
     void CapturePatch();
     void AddPatchToBlock();
     void RemovePatchFromBlock();
-    void NewBlock();
     void CapturePoint();
     void CaptureFreePoint();
     void CaptureFreePointInPointRegime();
@@ -170,98 +166,14 @@ public:
     void endDragCorrection(int plane);
     /// Moves the captured point to `position` while it is dragged: model, status, picture.
     void placeDraggedPoint(const zVec<double>& position);
-    void Rebreak();
-    void RebreakPart();
-    void SplitPatch();
     void MergePatches();
-    void MatchBorder();
-    void MatchBorderAndGrid();
-    void CoonsRebuild();
-    void SmoothGeometry();
-    /// Measures how far the points of the zBlock, else of the model, are from another surface.
-    void CompareModel();
-    void Interpolate();
-    void CorrectLine();
-
-    // ---- Projection and intersection of the zBlock ------------------------------------------------------------------
-
-    /// Onto the other patches; of zones onto the other zones.
+    /// Projects the zBlock onto the other patches; of zones onto the other zones.
     void ReflectToApt();
-    /// Onto the reference geometry, which is used up by it.
-    void ReflectToWrl();
-    void ReflectToDat();
-    void Intersection();
-
-    // ---- Conversion -------------------------------------------------------------------------------------------------
-
-    void ConvertToUnstructured();
-    void ConvertToSkl();
-    void ConvertToApt();
-    /// Knife of a grid: halves the sections of the zBlock, or of all patches.
-    void KnifeModel();
-    /// Knife of triangles: cuts by a plane.
-    void KnifeZones();
-    void RemoveInvisible();
-
-    // ---- The line buffer, sections and lines ------------------------------------------------------------------------
-
-    void AddToBuffer();
-    void ClearBuffer();
-    void OpenBuffer();
-    void SaveBuffer();
-    void ReverseBuffer();
-    void CopyToBuffer();
-    void PasteFromBuffer();
-    void MergeBuffer();
-    void MatchBuffer();
-    void PastePart();
-    void CopyPart();
-    void KnifePart();
-    void ReverseSection();
-    void DeleteCurve();
-    void DuplicateCurve();
-    void MoveCurve();
-    void ScaleCurve();
-    void FlipCurve();
-    void RotateCurve();
-    void SymmetricSection();
-    void FirstPoint();
-    void HalveSection();
-    void Prescribe();
-    void Weeding();
-    void Cylinder();
-
-    // ---- The zBlock as a whole --------------------------------------------------------------------------------------
-
     void InvertBlock();
-    void ExtractBlock();
-    void DeleteBlock();
-    void CopyBlock();
-    void PasteBlock();
-    void SaveBlockAs();
-    void Extrapolate();
-
-    // ---- The zBlock, or without one the whole model -----------------------------------------------------------------
-
-    void ScaleModel();
-    void MoveModel();
-    void RotateModel();
-    void FlipModel();
-    void TurnRound();
-    void SymmetricModel();
-    /// Exchanges sections and lines, and what is captured with them.
-    void Convertation();
-    void LastFirstSwitch();
-
-    // ---- The zBlock alone -------------------------------------------------------------------------------------------
-
-    /// Moves the zBlock from the shifted markers towards the initial ones, in the planes that the view says.
-    void ReflectToSft();
 
     // ---- View commands that the document carries out ----------------------------------------------------------------
 
     void FitToWindow();
-    void ViewFeatures();
     void ToggleBlockOnly();
     void toggleSurface();
     /// The surface cannot be shown: back to the wire.
@@ -270,13 +182,19 @@ public:
     bool askViewing(dlgViewing& values);
 
 private:
+    using CaptureText = std::string CaptureState::*;
+
+    CaptureText shownCaptureText() const;
     void refillStatus();
+    void tellSaveTarget(const std::filesystem::path& before, const std::string& textBefore);
     void returnToRegimeMode();
 
     UserInterface& ui_;
     std::vector<DocumentView*> views_;
     bool started_ = false;
     std::filesystem::path proposedFolder_; ///< of the chooser of Open, when it was named; else empty
+    std::string coveredStatus_;            ///< what "Save writes" took the place of; empty for nothing
+    CaptureText coveredText_ = nullptr;    ///< where that stands, when it is a text of what is captured
     std::string extentStatus_;             ///< what was told of the size of the model; empty when it is usual
 };
 

@@ -6,6 +6,57 @@
 
 namespace velmora {
 
+namespace {
+
+std::int32_t turnedRound(std::int32_t index, std::int32_t count) {
+    return index >= 0 && index < count ? count - 1 - index : index;
+}
+
+} // namespace
+
+void renumberCapture(Capture& capture, const Patch& patch, bool sections) {
+    const std::int32_t count = sections ? countOf(patch) : lineCount(patch);
+    if (capture->pointCaptured) {
+        const std::int32_t section = capture->capturedPointSection;
+        const std::int32_t point = capture->capturedPoint;
+        const bool known = section >= 0 && section < countOf(patch);
+        const std::int32_t points = known ? countOf(patch[static_cast<std::size_t>(section)]) : 0;
+        capture.renumberPoint(sections ? turnedRound(section, count) : section,
+                              sections ? point : turnedRound(point, points));
+    }
+    if (capture->sectionCaptured && sections) {
+        capture.renumberSection(turnedRound(capture->capturedSection, count));
+    } else if (capture->lineCaptured && !sections) {
+        capture.renumberLine(turnedRound(capture->capturedLine, count));
+    }
+}
+
+namespace {
+
+/// Whether the sections of `a`, or the points of each, are those of `b` in the opposite order.
+bool isTurnedRound(const Patch& a, const Patch& b, bool sections) {
+    return sections
+               ? std::equal(a.begin(), a.end(), b.rbegin(), b.rend())
+               : std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const PointList& one, const PointList& other) {
+                     return std::equal(one.begin(), one.end(), other.rbegin(), other.rend());
+                 });
+}
+
+} // namespace
+
+void turnCaptureBack(DocumentState& document, const Patch& gone) {
+    const Patch& patch = document.patches[static_cast<std::size_t>(document.capture->capturedPatch)];
+    if (gone == patch) {
+        return;
+    }
+    for (const bool sections : {false, true}) {
+        if (isTurnedRound(gone, patch, sections)) {
+            renumberCapture(document.capture, patch, sections);
+            return;
+        }
+    }
+}
+
 void keepCaptureInside(DocumentState& document) {
     if (document.structureKind != StructureKind::Structured || document.patches.empty()) {
         return;

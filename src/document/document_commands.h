@@ -6,7 +6,8 @@
 
 namespace velmora {
 
-/// The rows of the document's own commands.
+/// The rows of the document's own commands, which stand in the files of `commands` beside what they run: by the first
+/// word of the id, then by file.
 std::span<const Command> documentCommands();
 
 } // namespace velmora

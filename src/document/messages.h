@@ -62,6 +62,11 @@ inline Message libraryMovesPoints(const std::string& move) {
 inline Message cannotBeImported(const std::string& extension) {
     return {Severity::Refused, "Files of this type cannot be imported: " + extension};
 }
+/// The question about a file that Open does not take, by its name.
+inline std::string offerImport(const std::string& name) {
+    return name + " is a file of another program. Import it?";
+}
+inline constexpr const char* importStopped = "The import was stopped";
 inline constexpr MessageText noRoomInSinglePrecision{Severity::Refused,
                                                      "A coordinate is too large for single precision"};
 /// `move` is the largest distance between a point and the point as written.
@@ -156,5 +161,10 @@ inline Message lineNotIntersected(std::int32_t line, std::int32_t patch) {
 inline constexpr MessageText cellNotFound{Severity::Warning, "Intersection with temporary container is not found"};
 inline constexpr MessageText compartmentTooSmall{
     Severity::Warning, "The rest part of compartment is too small for rebreak. Procedure canceled"};
+
+/// `line` is what a script has in place of a panel.
+inline Message panelOfTheWindow(const std::string& line) {
+    return {Severity::Refused, "This is a panel of the window. A script has: " + line};
+}
 
 } // namespace velmora::message

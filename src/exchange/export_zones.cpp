@@ -93,33 +93,77 @@ void forTriangles(const zBlock_fe& zone, const std::function<void(const std::int
     }
 }
 
-double largestMove(const ExchangeView& model, int digits, bool single) {
-    constexpr int digitsOfDouble = 17;
-    double largest = 0.0;
-    if (!single && digits >= digitsOfDouble) {
-        return largest;
-    }
-    const auto written = [digits, single](double value) {
-        return single ? static_cast<double>(static_cast<float>(value)) : asText(value, digits);
-    };
-    const auto take = [&](double x, double y, double z) {
+namespace {
+
+/// Takes points and keeps how far writing moves them.
+class MoveOfPoints {
+public:
+    MoveOfPoints(int digits, bool single) : digits_(digits), single_(single) {}
+
+    void take(double x, double y, double z) {
         const zVec<double> move(written(x) - x, written(y) - y, written(z) - z);
         const bool finite = std::isfinite(move.x) && std::isfinite(move.y) && std::isfinite(move.z);
-        largest =
-            finite ? std::max(largest, std::hypot(move.x, move.y, move.z)) : std::numeric_limits<double>::infinity();
-    };
-    for (const Patch& patch : model.patches) {
-        for (const PointList& section : patch) {
-            std::for_each(section.begin(), section.end(), [&take](const zVec<double>& p) { take(p.x, p.y, p.z); });
-        }
+        largest_ =
+            finite ? std::max(largest_, std::hypot(move.x, move.y, move.z)) : std::numeric_limits<double>::infinity();
     }
-    for (const auto& zone : model.region.blocks) {
+    double largest() const { return largest_; }
+
+private:
+    double written(double value) const {
+        return single_ ? static_cast<double>(static_cast<float>(value)) : asText(value, digits_);
+    }
+
+    int digits_;
+    bool single_;
+    double largest_ = 0.0;
+};
+
+/// Calls `take` with the coordinates of each point of the zones.
+template <class Zones, class Take>
+void forPoints(const Zones& zones, const Take& take) {
+    for (const auto& zone : zones) {
         const ZoneCoordinates nodes = coordinatesOf(zone->variables);
-        for (std::size_t node = 0; nodes && node < static_cast<std::size_t>(zone->nodeCount); ++node) {
+        const std::size_t count =
+            nodes ? std::min({nodes.x->data.size(), nodes.y->data.size(), nodes.z->data.size()}) : 0;
+        for (std::size_t node = 0; node < count; ++node) {
             take(nodes.x->data[node], nodes.y->data[node], nodes.z->data[node]);
         }
     }
-    return largest;
+}
+
+} // namespace
+
+double largestMove(const ExchangeView& model, int digits, bool single) {
+    constexpr int digitsOfDouble = 17;
+    MoveOfPoints move(digits, single);
+    if (!single && digits >= digitsOfDouble) {
+        return move.largest();
+    }
+    for (const Patch& patch : model.patches) {
+        for (const PointList& section : patch) {
+            std::for_each(section.begin(), section.end(), [&move](const zVec<double>& p) { move.take(p.x, p.y, p.z); });
+        }
+    }
+    forPoints(model.region.blocks, [&move](double x, double y, double z) { move.take(x, y, z); });
+    return move.largest();
+}
+
+double largestMove(const zRegion& grids, const zRegion_fe& triangles, int digits, double tolerance) {
+    // A coordinate moves by half a unit of its last digit at most, a point by the root of three times that.
+    double largest = 0.0;
+    const auto look = [&largest](double x, double y, double z) {
+        largest = std::max({largest, std::abs(x), std::abs(y), std::abs(z)});
+    };
+    forPoints(grids.blocks, look);
+    forPoints(triangles.blocks, look);
+    if (largest * std::pow(10.0, 1 - digits) < tolerance) {
+        return 0.0;
+    }
+    MoveOfPoints move(digits, false);
+    const auto take = [&move](double x, double y, double z) { move.take(x, y, z); };
+    forPoints(grids.blocks, take);
+    forPoints(triangles.blocks, take);
+    return move.largest();
 }
 
 } // namespace velmora

@@ -38,5 +38,8 @@ void forTriangles(const zBlock_fe& zone, const std::function<void(const std::int
 /// 7 digits of a binary number, in single precision. 0 for 17 digits, which give every double back; infinite when a
 /// coordinate has no room in single precision.
 double largestMove(const ExchangeView& model, int digits, bool single);
+/// The same of the zones of a file in text, where it is above `tolerance`; else perhaps less: coordinates that are too
+/// small to move so far are not looked at one by one.
+double largestMove(const zRegion& grids, const zRegion_fe& triangles, int digits, double tolerance);
 
 } // namespace velmora

@@ -148,8 +148,10 @@ std::filesystem::path readerProgram() {
     const char* const name = "velmora-reader";
     std::error_code error;
     const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
-    for (const std::filesystem::path& place : {folder / name, folder.parent_path() / "libexec/velmora" / name}) {
-        if (!error && ::access(place.c_str(), X_OK) == 0) {
+    // The last one is for programs of others that have this one's library loaded.
+    for (const std::filesystem::path& place : {folder / name, folder.parent_path() / "libexec/velmora" / name,
+                                               std::filesystem::path(VELMORA_LIBEXEC) / name}) {
+        if (::access(place.c_str(), X_OK) == 0) {
             return place;
         }
     }

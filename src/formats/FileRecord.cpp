@@ -1,6 +1,7 @@
 #include "FileRecord.h"
 
 #include <algorithm>
+#include <cctype>
 
 namespace velmora {
 
@@ -29,6 +30,26 @@ std::int64_t countOf(const Counts& counts, std::string_view kind) {
     const auto found =
         std::find_if(counts.begin(), counts.end(), [kind](const auto& count) { return count.first == kind; });
     return found != counts.end() ? found->second : 0;
+}
+
+std::string kindInWords(std::string_view kind) {
+    std::string words;
+    for (const char letter : kind) {
+        const auto code = static_cast<unsigned char>(letter);
+        if (words.empty()) {
+            words += static_cast<char>(std::toupper(code));
+        } else if (std::isupper(code) != 0) {
+            words += ' ';
+            words += static_cast<char>(std::tolower(code));
+        } else {
+            words += letter;
+        }
+    }
+    return words;
+}
+
+std::string keptText(std::string_view kind, std::int64_t found, std::int64_t kept) {
+    return kindInWords(kind) + " in the file: " + std::to_string(found) + ", kept: " + std::to_string(kept);
 }
 
 void FileRead::countFromZero(const std::vector<std::string>& kinds) {

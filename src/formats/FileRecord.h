@@ -21,6 +21,11 @@ std::int64_t& countOf(Counts& counts, std::string_view kind);
 /// The count of that kind, 0 when it is not there.
 std::int64_t countOf(const Counts& counts, std::string_view kind);
 
+/// A kind in words: "faceSets" is "Face sets".
+std::string kindInWords(std::string_view kind);
+/// "Facets in the file: 522, kept: 521".
+std::string keptText(std::string_view kind, std::int64_t found, std::int64_t kept);
+
 /// What reading one file came to: what it holds, what became of it, and why the rest did not.
 struct FileRead {
     std::filesystem::path path;

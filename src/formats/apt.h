@@ -33,7 +33,7 @@ struct AptReadResult {
 /// A first pass counts lines; a body fault in it leaves `patches` alone, a header fault is noted and the second pass
 /// made all the same. The second pass thins the model by its size (see thinning.h) and stops at the first fault;
 /// the patches pushed before it stay. A header that is not two integers is the regular end of the file. In the
-/// second pass a header fault is also one that, with those before it, asks for more than `keptPointLimit` sections
+/// second pass a header fault is also one that, with those before it, asks for more than `bareSectionLimit` sections
 /// without points. Time and memory go by what the file holds, not by what its headers say.
 AptReadResult readApt(const std::filesystem::path& path, PatchList& patches, const ReportProgress& report = {});
 

@@ -43,7 +43,7 @@ struct FieldReadResult {
 /// behind its last number in that line is left out. An empty line where a header should stand is the regular end of
 /// the file, and so is, as a stream has it, all that comes behind a line of more than 254 characters.
 ///
-/// More than `keptPointLimit` sections without points are a header fault. Time and memory go by what the file holds,
+/// More than `bareSectionLimit` sections without points are a header fault. Time and memory go by what the file holds,
 /// not by what its headers say.
 FieldReadResult readFieldFile(const std::filesystem::path& path, const ReportProgress& report = {});
 

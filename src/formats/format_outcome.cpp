@@ -41,8 +41,7 @@ void noteJoinedNumbers(FileRead& record, TextStream& stream) {
 
 void noteThinning(FileRead& record, bool thinned, bool cutAtLimit) {
     record.thinned = thinned || cutAtLimit;
-    const std::string counts = "Points in the file: " + std::to_string(countOf(record.found, "points")) +
-                               ", kept: " + std::to_string(countOf(record.kept, "points"));
+    const std::string counts = keptText("points", countOf(record.found, "points"), countOf(record.kept, "points"));
     if (thinned) {
         record.alters(counts + " (the model is thinned)");
     }

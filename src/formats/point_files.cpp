@@ -10,11 +10,34 @@ namespace velmora {
 
 namespace {
 
-/// Tells why the reading ended where it did: at the end of the file, or before it. `numbers` of those that make a
-/// record of `wanted` were taken last.
-void noteEnd(TextStream& stream, int numbers, int wanted, FileRead& record, bool& readFailed) {
+/// Reads numbers one by one and counts those of the record in hand.
+class NumberCount {
+public:
+    explicit NumberCount(TextStream& stream) : stream_(stream) {}
+
+    bool read(double& value) {
+        // A word that is no number, or one beyond all numbers, is passed over: at the end of the file nothing else
+        // tells that it was there.
+        word_ = stream_.skipSpace();
+        const bool number = stream_.readDouble(value);
+        count_ += number ? 1 : 0;
+        return number;
+    }
+    void beginRecord() { count_ = 0; }
+    int count() const { return count_; }
+    bool metWord() const { return word_; } ///< something stood where the last number was looked for
+
+private:
+    TextStream& stream_;
+    int count_ = 0;
+    bool word_ = false;
+};
+
+/// Tells why the reading ended where it did: at the end of the file, or before it. `wanted` numbers make a record.
+void noteEnd(TextStream& stream, const NumberCount& count, int wanted, FileRead& record, bool& readFailed) {
     readFailed = stream.readFailed();
-    const bool atEnd = stream.eof();
+    const bool atEnd = stream.eof() && !count.metWord();
+    const int numbers = count.count();
     const std::string place = lineText(stream);
     if (readFailed) {
         record.losesGeometry(unreadText(stream));
@@ -40,13 +63,9 @@ PointFileResult readPointFile(const std::filesystem::path& path, std::string_vie
         return result;
     }
     beginRecord(result.record, path, stream, format, {"points"});
-    int numbers = 0;
-    const auto readNumber = [&](double& value) {
-        const bool read = stream.readDouble(value);
-        numbers += read ? 1 : 0;
-        return read;
-    };
-    for (zVec<double> point; readNumber(point.x) && readNumber(point.y) && readNumber(point.z); numbers = 0) {
+    NumberCount numbers(stream);
+    for (zVec<double> point; numbers.read(point.x) && numbers.read(point.y) && numbers.read(point.z);
+         numbers.beginRecord()) {
         result.points.push_back(point);
     }
     countOf(result.record.found, "points") = countOf(result.record.kept, "points") = countOf(result.points);
@@ -71,13 +90,13 @@ SftResult readSft(const std::filesystem::path& path) {
         result.record.losesDetail("The file ends within the seven lines of text that come before the points");
     }
     double values[numbersEach] = {};
-    int numbers = 0;
-    while (stream.readDouble(values[numbers])) {
-        if (++numbers == numbersEach) {
+    NumberCount numbers(stream);
+    while (numbers.read(values[numbers.count()])) {
+        if (numbers.count() == numbersEach) {
             const zVec<double> point(values[0], values[1], values[2]);
             result.points.push_back(point);
             result.targets.push_back(point + zVec<double>(values[3], values[4], values[5]));
-            numbers = 0;
+            numbers.beginRecord();
         }
     }
     countOf(result.record.found, "points") = countOf(result.record.kept, "points") = countOf(result.points);

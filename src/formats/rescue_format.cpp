@@ -7,7 +7,9 @@ namespace velmora {
 
 namespace {
 
-constexpr std::string_view opening = "Velmora rescue 1\n";
+constexpr std::string_view opening = "Velmora rescue 2\n";
+constexpr std::string_view firstOpening = "Velmora rescue 1\n"; ///< of copies that do not know of imported models
+static_assert(opening.size() == firstOpening.size());
 constexpr std::string_view ending = "\nwhole";
 constexpr std::size_t coordinates = 3;
 
@@ -185,7 +187,7 @@ std::unique_ptr<zBlock_fe> unpackZone(Unpacker& in) {
 
 } // namespace
 
-std::string encodeRescue(std::string_view path, std::string_view title, const PatchList& patches,
+std::string encodeRescue(std::string_view path, std::string_view title, bool imported, const PatchList& patches,
                          const zRegion_fe& zones, const PatchList& fieldPatches, const RescuedField& field) {
     constexpr std::size_t smallParts = 1024;
     Packer out(smallParts + path.size() + title.size() + field.titleLine.size() + field.variablesLine.size() +
@@ -193,6 +195,7 @@ std::string encodeRescue(std::string_view path, std::string_view title, const Pa
     out.raw(opening.data(), opening.size());
     out.text(path);
     out.text(title);
+    out.number(static_cast<std::uint8_t>(imported));
     out.patches(patches);
     packZones(out, zones);
     out.patches(fieldPatches);
@@ -206,7 +209,8 @@ std::string encodeRescue(std::string_view path, std::string_view title, const Pa
 }
 
 std::optional<RescuedModel> decodeRescue(std::string_view bytes) {
-    if (bytes.size() < opening.size() + ending.size() || bytes.substr(0, opening.size()) != opening ||
+    const bool hasImported = bytes.starts_with(opening);
+    if (bytes.size() < opening.size() + ending.size() || (!hasImported && !bytes.starts_with(firstOpening)) ||
         bytes.substr(bytes.size() - ending.size()) != ending) {
         return std::nullopt;
     }
@@ -214,6 +218,7 @@ std::optional<RescuedModel> decodeRescue(std::string_view bytes) {
     RescuedModel model;
     model.path = in.text();
     model.title = in.text();
+    model.imported = hasImported && in.number<std::uint8_t>() != 0;
     model.patches = in.patches();
     model.zones.title = in.text();
     for (double& word : model.zones.words) {

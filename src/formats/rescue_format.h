@@ -23,14 +23,15 @@ struct RescuedField {
 struct RescuedModel {
     std::string path; ///< of the file that Save would write; bytes of the file system
     std::string title;
-    PatchList patches; ///< either these or the zones
+    bool imported = false; ///< it is in no file of its own: Save asks where it goes
+    PatchList patches;     ///< either these or the zones
     zRegion_fe zones;
     PatchList fieldPatches;
     RescuedField field;
 };
 
 /// The bytes of a rescue copy: the doubles as they stand in memory, for this machine alone.
-std::string encodeRescue(std::string_view path, std::string_view title, const PatchList& patches,
+std::string encodeRescue(std::string_view path, std::string_view title, bool imported, const PatchList& patches,
                          const zRegion_fe& zones, const PatchList& fieldPatches, const RescuedField& field);
 
 /// The model of such bytes; none when they are not whole, or not of this program.

@@ -27,8 +27,8 @@ struct SklReadResult {
 /// points and the points. Line breaks are free. The patches are pushed behind those in `patches`; after a fault the
 /// compartment in hand is dropped and those before it stay. Where the number of sections should stand, anything else
 /// is the regular end of the file. A count below zero counts as zero. A header fault is also one with which the file
-/// has more than `keptPointLimit` sections without points and patches without sections: no data pays for their memory,
-/// which is many times that of their text. Time and memory go by what the file holds.
+/// has more than `bareSectionLimit` sections without points and patches without sections: no data pays for their
+/// memory, which is many times that of their text. Time and memory go by what the file holds.
 SklReadResult readSkl(const std::filesystem::path& path, PatchList& patches, const ReportProgress& report = {});
 
 /// Saves `patches` as an .skl file with `precision` digits behind the point. Not written, and an old file stands as it

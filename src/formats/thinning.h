@@ -7,6 +7,9 @@ namespace velmora {
 
 /// Kept points at which a reader stops taking more from the compartment or zone in hand.
 inline constexpr std::int64_t keptPointLimit = 2'412'000;
+/// Sections without points, and patches without sections, that a file may have. A header of a few bytes asks for them,
+/// and with all that follows it each takes a hundred bytes of memory and more.
+inline constexpr std::int64_t bareSectionLimit = 100'000;
 /// A direction of at most this many sections, or points per section, is never thinned.
 inline constexpr std::int32_t unthinnedCount = 65;
 
@@ -38,10 +41,10 @@ private:
 /// Counts the sections without points that the headers of a file ask for: no data pays for their memory.
 class BareSections {
 public:
-    /// False when the header of a patch brings them above `keptPointLimit`.
+    /// False when the header of a patch brings them above `bareSectionLimit`.
     bool accepts(std::int32_t sections, std::int32_t pointsPerSection) {
         count_ += pointsPerSection > 0 ? 0 : std::max(sections, 0);
-        return count_ <= keptPointLimit;
+        return count_ <= bareSectionLimit;
     }
 
 private:

@@ -100,8 +100,7 @@ void zSTLReader::noteBinary(TextStream& input) {
 // What was counted while the facets were read becomes words.
 void zSTLReader::noteLosses(TextStream& input) {
     countOf(record.found, "facets") += losses_.outside;
-    const std::string facets = "Facets in the file: " + std::to_string(countOf(record.found, "facets")) +
-                               ", kept: " + std::to_string(countOf(record.kept, "facets"));
+    const std::string facets = keptText("facets", countOf(record.found, "facets"), countOf(record.kept, "facets"));
     const auto lose = [&](std::int64_t count, const std::string& why) {
         if (count > 0) {
             record.losesGeometry(facets + " (" + why + ")");

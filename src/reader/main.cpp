@@ -18,6 +18,7 @@
 #include <unistd.h>
 
 #include "FileBytes.h"
+#include "folder_limit.h"
 #include "reader_work.h"
 #include "reading_child.h"
 
@@ -149,6 +150,7 @@ int main(int argc, char** argv) {
     }
     const bool reads = arguments[1] == "read";
     limitMyself(reads, numberOf<std::uint64_t>(arguments[4], 0), numberOf<std::uint64_t>(arguments[5], 0));
+    keepToFolderOf(arguments[3], !reads);
     try {
         if (!reads) {
             write(workOf(arguments));

@@ -34,6 +34,9 @@ CommandReport Session::perform(const std::function<void()>& work) {
     const Recorder::Scope scope(recorder_, report);
     const CommandGuard guard(*document_);
     work();
+    if (!report.filesRead.empty()) {
+        filesRead_ = report.filesRead;
+    }
     return report;
 }
 

@@ -48,6 +48,8 @@ public:
     CommandReport openInstead(const std::vector<std::filesystem::path>& paths);
     /// The question before the program ends; false when it stays, as the model could not be saved.
     bool leave();
+    /// What came of the files that were read by the last piece of work that read any.
+    const std::vector<FileRead>& filesRead() const { return filesRead_; }
     /// Any other work: what happens in it, commands and questions of this session among it, comes into the report.
     CommandReport perform(const std::function<void()>& work);
 
@@ -58,6 +60,7 @@ private:
     ShellCommands& shell_;
     std::unique_ptr<VelmoraDoc> document_;
     VelmoraView view_;
+    std::vector<FileRead> filesRead_;
 };
 
 /// True when the states of document and view leave the command on.

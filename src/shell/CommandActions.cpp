@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <QShortcut>
 #include <QStringList>
+#include <QTextDocument>
 #include <algorithm>
 
 #include "RecentFiles.h"
@@ -20,6 +21,11 @@ QString idOf(const Command& command) {
 /// The icon of a command, or none when it has none.
 QIcon iconOf(const Command& command) {
     return command.icon ? themeIcon(QStringLiteral(":/icons/%1.svg").arg(idOf(command))) : QIcon();
+}
+
+/// What is said of a tool button while it is pointed at.
+QString toolTipOf(const Command& command) {
+    return *command.toolTip == '\0' ? qtText(plainText(command.menuText)) : qtText(command.toolTip);
 }
 
 /// The words of a menu with the command's key behind them.
@@ -150,6 +156,17 @@ void CommandActions::runKey(const QString& key) {
                                     [this](const Command* command) { return stateOf_(*command).on; });
     if (first != commands.end()) {
         emit triggered(**first);
+        emit keyUsed(**first);
+    }
+}
+
+void CommandActions::tell(std::string_view id, const QString& text) {
+    for (const Entry& entry : entries_) {
+        if (id == entry.command->id) {
+            // A path may hold what looks like markup.
+            entry.action->setToolTip(text.isEmpty() ? toolTipOf(*entry.command) : Qt::convertFromPlainText(text));
+            entry.action->setStatusTip(text.isEmpty() ? qtText(entry.command->statusText) : text);
+        }
     }
 }
 

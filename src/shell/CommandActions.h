@@ -36,11 +36,16 @@ public:
     void fillToolBar(QToolBar& bar, const std::vector<MenuEntry>& entries);
     /// One shortcut for each key of the table; a key that several commands share runs the first that is on.
     void addShortcuts(QWidget& window);
+    /// What a command would do now, in its tool tip and in the status line while it is pointed at; empty: what it
+    /// always does.
+    void tell(std::string_view id, const QString& text);
     /// Asks the state of every command anew and shows it.
     void refresh();
 
 signals:
     void triggered(const Command& command);
+    /// A key ran the command.
+    void keyUsed(const Command& command);
     void recentFileChosen(const QString& path);
     void menuClosed();
 

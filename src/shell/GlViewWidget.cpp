@@ -14,6 +14,23 @@
 
 namespace velmora {
 
+namespace {
+
+/// What the toolkit counts for one notch of a wheel.
+constexpr double unitsOfNotch = 120.0;
+/// A camera that has not moved for so many milliseconds rests.
+constexpr int restAfter = 150;
+
+/// What a drag with the middle button does; the keys held as it begins decide.
+MouseMode navigationOf(Qt::KeyboardModifiers keys) {
+    if (keys.testFlag(Qt::ShiftModifier)) {
+        return ModeShift;
+    }
+    return keys.testFlag(Qt::ControlModifier) ? ModeScale : ModeRotate;
+}
+
+} // namespace
+
 GlViewWidget::GlViewWidget(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("view"));
     setAccessibleName(tr("Model"));
@@ -30,6 +47,13 @@ GlViewWidget::GlViewWidget(QWidget* parent) : QWidget(parent) {
     connect(&timer_, &QTimer::timeout, this, [this] {
         if (view_ != nullptr) {
             carryOut([this] { view_->OnTimer(); });
+        }
+    });
+    restTimer_.setSingleShot(true);
+    restTimer_.setInterval(restAfter);
+    connect(&restTimer_, &QTimer::timeout, this, [this] {
+        if (view_ != nullptr) {
+            carryOut([this] { view_->OnRest(); });
         }
     });
 }
@@ -161,9 +185,13 @@ void GlViewWidget::showCursor(MouseMode mode) {
 
 // ---- Mouse and keys -------------------------------------------------------------------------------------------------
 
+PixelPoint GlViewWidget::pixelAt(QPointF position) const {
+    const QPointF ofDevice = position * devicePixelRatioF();
+    return {static_cast<int>(std::floor(ofDevice.x())), static_cast<int>(std::floor(ofDevice.y()))};
+}
+
 PixelPoint GlViewWidget::pixelOf(const QMouseEvent& event) const {
-    const QPointF position = event.position() * devicePixelRatioF();
-    PixelPoint pixel{static_cast<int>(std::floor(position.x())), static_cast<int>(std::floor(position.y()))};
+    PixelPoint pixel = pixelAt(event.position());
     if (confined_) {
         const Viewport window = wholeWindow();
         pixel.x = std::clamp(pixel.x, 0, std::max(0, window.width - 1));
@@ -172,7 +200,7 @@ PixelPoint GlViewWidget::pixelOf(const QMouseEvent& event) const {
     return pixel;
 }
 
-void GlViewWidget::noteTime(const QMouseEvent& event) {
+void GlViewWidget::noteTime(const QInputEvent& event) {
     eventTime_ = std::max(eventTime_, static_cast<std::int64_t>(event.timestamp()));
 }
 
@@ -185,11 +213,15 @@ void GlViewWidget::pullCursorInside(const QMouseEvent& event) {
 }
 
 void GlViewWidget::mousePressEvent(QMouseEvent* event) {
-    if (view_ == nullptr || event->button() != Qt::LeftButton) {
+    if (view_ == nullptr || view_->isNavigating()) {
         return;
     }
     noteTime(*event);
-    carryOut([&] { view_->OnLeftButtonDown(pixelOf(*event)); });
+    if (event->button() == Qt::LeftButton) {
+        carryOut([&] { view_->OnLeftButtonDown(pixelOf(*event)); });
+    } else if (event->button() == Qt::MiddleButton) {
+        carryOut([&] { view_->BeginNavigation(navigationOf(event->modifiers()), pixelOf(*event)); });
+    }
 }
 
 void GlViewWidget::releaseLeft(PixelPoint position) {
@@ -203,6 +235,14 @@ void GlViewWidget::mouseMoveEvent(QMouseEvent* event) {
     }
     noteTime(*event);
     const PixelPoint pixel = pixelOf(*event);
+    if (view_->isNavigating()) {
+        // A box or a menu may have taken the release.
+        if (event->buttons().testFlag(Qt::MiddleButton)) {
+            carryOut([&] { view_->Navigate(pixel); });
+            return;
+        }
+        carryOut([&] { view_->EndNavigation(); });
+    }
     if (view_->leftButtonDown && !event->buttons().testFlag(Qt::LeftButton)) {
         // A box or a menu took the release.
         releaseLeft(pixel);
@@ -218,12 +258,34 @@ void GlViewWidget::mouseReleaseEvent(QMouseEvent* event) {
     if (view_ != nullptr && event->button() == Qt::LeftButton) {
         noteTime(*event);
         releaseLeft(pixelOf(*event));
+    } else if (view_ != nullptr && event->button() == Qt::MiddleButton) {
+        carryOut([&] { view_->EndNavigation(); });
     }
+}
+
+void GlViewWidget::wheelEvent(QWheelEvent* event) {
+    if (view_ == nullptr) {
+        return;
+    }
+    noteTime(*event);
+    carryOut([&] { view_->OnWheel(pixelAt(event->position()), event->angleDelta().y() / unitsOfNotch); });
+    event->accept();
+}
+
+void GlViewWidget::leaveEvent(QEvent* event) {
+    QWidget::leaveEvent(event);
+    if (view_ != nullptr) {
+        carryOut([this] { view_->OnMouseLeave(); });
+    }
+}
+
+void GlViewWidget::showHint(const std::string& text) {
+    emit hinted(qtText(text));
 }
 
 void GlViewWidget::contextMenuEvent(QContextMenuEvent* event) {
     // In the middle of a drag the menu would take the release of the left button.
-    if (view_ != nullptr && !view_->leftButtonDown) {
+    if (view_ != nullptr && !view_->leftButtonDown && !view_->isNavigating()) {
         emit contextMenuWanted(event->globalPos());
     }
 }

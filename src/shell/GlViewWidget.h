@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QInputEvent>
 #include <QTimer>
 #include <QWidget>
 #include <functional>
@@ -37,6 +38,10 @@ public:
     void finishFrame() override;
     bool swapBuffers() override { return true; } ///< the toolkit shows the frame when the paint is over
     void invertRectangle(PixelPoint from, PixelPoint to) override;
+    double modelTime() const override { return canvas_ != nullptr ? canvas_->renderer().modelTime() : 0.0; }
+    bool isWatched() const override { return true; }
+    void showHint(const std::string& text) override;
+    void awaitRest() override { restTimer_.start(); }
     double pixelScale() const override { return devicePixelRatioF(); }
     void requestRepaint() override;
     void requestClose() override;
@@ -57,6 +62,8 @@ signals:
     void leftReleased();
     /// A right click, or the menu key, at a position on the screen.
     void contextMenuWanted(const QPoint& position);
+    /// What the mouse points at; empty: nothing.
+    void hinted(const QString& text);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -65,13 +72,16 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void leaveEvent(QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
     /// The position of an event in pixels of the device; inside the view while the cursor is confined.
     PixelPoint pixelOf(const QMouseEvent& event) const;
-    void noteTime(const QMouseEvent& event);
+    PixelPoint pixelAt(QPointF position) const;
+    void noteTime(const QInputEvent& event);
     Viewport wholeWindow() const;
     void carryOut(const std::function<void()>& work);
     void matchSize();
@@ -83,6 +93,7 @@ private:
     VelmoraView* view_ = nullptr;
     GlCanvas* canvas_ = nullptr; ///< null: no OpenGL here
     QTimer timer_;
+    QTimer restTimer_;
     std::int64_t eventTime_ = 0;
     bool painting_ = false; ///< a frame of the canvas is being painted
     bool confined_ = false;

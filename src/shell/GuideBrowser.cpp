@@ -36,6 +36,12 @@ GuideBrowser::GuideBrowser(QWidget* parent) : QTextBrowser(parent) {
     connect(this, &QTextBrowser::sourceChanged, this, &GuideBrowser::dressPage);
 }
 
+/// Pages come with the lists filled in that they ask for.
+QVariant GuideBrowser::loadResource(int type, const QUrl& name) {
+    const QString page = name.fileName();
+    return guidePages().contains(page) ? QVariant(guideText(page)) : QTextBrowser::loadResource(type, name);
+}
+
 void GuideBrowser::doSetSource(const QUrl& url, QTextDocument::ResourceType type) {
     setExtraSelections({});
     QTextBrowser::doSetSource(url, type);

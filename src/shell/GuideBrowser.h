@@ -15,6 +15,7 @@ public:
     void markWords(const QStringList& words);
 
 protected:
+    QVariant loadResource(int type, const QUrl& name) override;
     void doSetSource(const QUrl& url, QTextDocument::ResourceType type) override;
     void resizeEvent(QResizeEvent* event) override;
 

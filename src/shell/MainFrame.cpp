@@ -13,9 +13,13 @@
 #include <algorithm>
 
 #include "CommandGuard.h"
+#include "FileReportPanel.h"
 #include "HelpDesk.h"
+#include "KeyListBox.h"
+#include "StartPanel.h"
 #include "VelmoraDoc.h"
 #include "command_keys.h"
+#include "foreign_files.h"
 #include "messages.h"
 #include "qt_text.h"
 
@@ -46,11 +50,14 @@ QStringList draggedFiles(const QMimeData& data) {
 /// Where the settings keep the window.
 const QString geometryKey = QStringLiteral("Window/Geometry");
 const QString barsKey = QStringLiteral("Window/Bars");
+/// Whether the user ever pressed a key of the view.
+const QString keyUsedKey = QStringLiteral("Window/ViewKeyUsed");
 
 } // namespace
 
 MainFrame::MainFrame()
     : recent_(new RecentFiles(this)), status_(new StatusLine(this)), viewWidget_(new GlViewWidget(this)),
+      fileReport_(new FileReportPanel(this)),
       userInterface_(std::make_unique<QtUserInterface>(*this, *status_, *recent_)),
       session_(std::make_unique<Session>(*userInterface_, *viewWidget_, static_cast<ShellCommands&>(*this),
                                          documentsFolder())) {
@@ -59,6 +66,8 @@ MainFrame::MainFrame()
     setIconSize(toolIconSize);
     setStatusBar(status_);
     setCentralWidget(viewWidget_);
+    addDockWidget(Qt::BottomDockWidgetArea, fileReport_);
+    fileReport_->hide();
     actions_ = new CommandActions(
         *recent_, [this](const Command& command) { return stateOf(command); },
         [this](std::string_view key) { return commandsOfKey(session_->document(), key); }, this);
@@ -71,6 +80,15 @@ MainFrame::MainFrame()
     resize(startSize);
     viewWidget_->setFocus();
     help_ = new HelpDesk(this);
+    startPanel_ = new StartPanel(*recent_, viewWidget_);
+    connect(startPanel_, &StartPanel::commandChosen, this, [this](const QString& id) {
+        if (const Command* command = findCommand(plainBytes(id))) {
+            run(*command);
+        }
+    });
+    connect(startPanel_, &StartPanel::fileChosen, this, &MainFrame::openFile);
+    connect(fileReport_, &QDockWidget::visibilityChanged, this, &MainFrame::refresh);
+    refresh();
     // The lock keys' indicators follow keys pressed in any window of the program.
     qApp->installEventFilter(this);
 }
@@ -81,6 +99,7 @@ MainFrame::~MainFrame() {
     for (QToolBar* bar : toolBars_) {
         bar->disconnect(this);
     }
+    fileReport_->disconnect(this);
     session_->view().OnDestroy();
     viewWidget_->setView(nullptr);
 }
@@ -90,6 +109,7 @@ void MainFrame::makeMenus() {
         actions_->fillMenu(*menuBar()->addMenu(qtText(menu.name)), menu.entries);
     }
     connect(actions_, &CommandActions::triggered, this, &MainFrame::run);
+    connect(actions_, &CommandActions::keyUsed, this, &MainFrame::noteKey);
     connect(actions_, &CommandActions::recentFileChosen, this, &MainFrame::openFile);
     connect(actions_, &CommandActions::menuClosed, this, [this] {
         status_->showHint({});
@@ -127,6 +147,7 @@ void MainFrame::connectView() {
         // A box would bring the next paint, and that the next box.
         session_->document().ShowStatus(message::commandFailed(plainBytes(cause)).text);
     });
+    connect(viewWidget_, &GlViewWidget::hinted, status_, &StatusLine::showPointed);
     connect(viewWidget_, &GlViewWidget::leftReleased, this, &MainFrame::refresh);
     connect(viewWidget_, &GlViewWidget::contextMenuWanted, this, &MainFrame::showContextMenu);
 }
@@ -208,6 +229,18 @@ void MainFrame::showGuide() {
     help_->open();
 }
 
+void MainFrame::showKeys() {
+    KeyListBox(this).exec();
+}
+
+void MainFrame::toggleFileReport() {
+    fileReport_->setVisible(fileReport_->isHidden());
+}
+
+bool MainFrame::fileReportShown() const {
+    return !fileReport_->isHidden();
+}
+
 void MainFrame::toggleToolBars() {
     const bool show = !toolBarsShown();
     for (QToolBar* bar : toolBars_) {
@@ -226,7 +259,48 @@ bool MainFrame::toolBarsShown() const {
 void MainFrame::refresh() {
     surfaceShown_ = session_->document().surfaceMode;
     actions_->refresh();
+    actions_->tell("file.save", qtText(session_->document().saveTargetText()));
+    fileReport_->tell(session_->filesRead());
     setWindowModified(session_->document().documentModified);
+    status_->showMode(modeText());
+    startPanel_->setVisible(session_->document().holdsNothing());
+}
+
+/// What the left button does where that is out of the ordinary; a key that is worth knowing to whoever knows none.
+QString MainFrame::modeText() const {
+    const int mode = session_->view().mouseMode;
+    for (const Command& command : commandTable()) {
+        if (command.owner == CommandOwner::View && mode < ModeNone && VelmoraView::mouseModeOf(command.id) == mode) {
+            return qtText(plainText(command.menuText));
+        }
+    }
+    const CaptureState& capture = *session_->document().capture;
+    switch (mode) {
+    case ModePoint:
+        return capture.pointDragging ? tr("Drag") : tr("Point");
+    case ModePatch:
+        return tr("Patch");
+    case ModeSection:
+        return tr("Section");
+    case ModeLine:
+        return tr("Line");
+    default:
+        break;
+    }
+    const Command* oblique = findCommand("view.oblique");
+    return session_->document().holdsNothing() || QSettings().value(keyUsedKey, false).toBool()
+               ? QString()
+               : tr("Key %1: %2 view")
+                     .arg(QString::fromLatin1(oblique->accelerator), qtText(plainText(oblique->menuText)));
+}
+
+void MainFrame::noteKey(const Command& command) {
+    // The menu's forms of the views leave the repaint to the menu that closes; here none does.
+    viewWidget_->requestRepaint();
+    if (command.owner == CommandOwner::View) {
+        QSettings().setValue(keyUsedKey, true);
+        refresh();
+    }
 }
 
 void MainFrame::openFile(const QString& path) {
@@ -256,10 +330,20 @@ void MainFrame::openFiles(const QStringList& paths) {
         session_->document().ui().showMessage(message::noSuchFile(missing->string()));
     } else if (files.size() == 1 && std::filesystem::is_directory(files.front(), error)) {
         carryOut([&] { session_->perform([&] { session_->document().openFilesIn(files.front()); }); });
+    } else if (files.size() == 1 && isForeignFile(files.front())) {
+        carryOut([&] { session_->perform([&] { offerImport(files.front()); }); });
     } else {
         carryOut([&] { session_->openInstead(files); });
     }
     refresh();
+}
+
+/// A file that Open does not take.
+void MainFrame::offerImport(const std::filesystem::path& path) {
+    VelmoraDoc& document = session_->document();
+    if (document.ui().ask(message::offerImport(path.filename().string())) && session_->leave()) {
+        importForeignFile(document, path);
+    }
 }
 
 void MainFrame::showContextMenu(const QPoint& position) {

@@ -13,7 +13,9 @@
 
 namespace velmora {
 
+class FileReportPanel;
 class HelpDesk;
+class StartPanel;
 class VelmoraDoc;
 struct DocumentState;
 
@@ -37,6 +39,7 @@ public:
     void openFile(const QString& path);
     /// Opens several in place of the model: those behind the first join it if they are of its type.
     void openFiles(const QStringList& paths);
+    void offerImport(const std::filesystem::path& path);
     /// Nothing is asked, and the model is saved or given up.
     bool mayLeave();
     /// Keeps place, size and bars of the window for the next start.
@@ -62,13 +65,18 @@ private:
     CommandState stateOf(const Command& command) const;
     void exit() override;
     void showGuide() override;
+    void showKeys() override;
     void showAbout() override { emit aboutWanted(); }
+    void toggleFileReport() override;
+    bool fileReportShown() const override;
     void toggleToolBars() override;
     void toggleStatusBar() override;
     bool toolBarsShown() const override;
     bool statusBarShown() const override { return !status_->isHidden(); }
     void showContextMenu(const QPoint& position);
     void refresh();
+    QString modeText() const;
+    void noteKey(const Command& command);
     bool restoreWindow();
     void keepSensibleSize();
     void carryOut(const std::function<void()>& work);
@@ -79,6 +87,8 @@ private:
     GlViewWidget* viewWidget_;
     CommandActions* actions_;
     HelpDesk* help_;
+    StartPanel* startPanel_;
+    FileReportPanel* fileReport_;
     QList<QToolBar*> toolBars_;
     bool leaving_ = false;      ///< the question was answered: the window may go
     bool surfaceShown_ = false; ///< what the Surface button says

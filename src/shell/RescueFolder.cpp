@@ -120,6 +120,7 @@ std::vector<RescueFolder> RescueFolder::left(const fs::path& root) {
     }
     std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.first > b.first; });
     std::vector<RescueFolder> folders;
+    folders.reserve(found.size());
     for (auto& [written, folder] : found) {
         folders.push_back(std::move(folder));
     }

@@ -15,7 +15,7 @@ constexpr int progressSteps = 100;
 
 } // namespace
 
-StatusLine::StatusLine(QWidget* parent) : QStatusBar(parent), message_(new QLabel(this)) {
+StatusLine::StatusLine(QWidget* parent) : QStatusBar(parent), message_(new QLabel(this)), mode_(new QLabel(this)) {
     setObjectName(QStringLiteral("statusLine"));
     message_->setObjectName(QStringLiteral("message"));
     message_->setTextFormat(Qt::PlainText);
@@ -29,6 +29,10 @@ StatusLine::StatusLine(QWidget* parent) : QStatusBar(parent), message_(new QLabe
     progress_->setAccessibleName(tr("Progress"));
     progress_->hide();
     addPermanentWidget(progress_);
+    mode_->setObjectName(QStringLiteral("mode"));
+    mode_->setAccessibleName(tr("Mouse mode"));
+    mode_->setTextFormat(Qt::PlainText);
+    addPermanentWidget(mode_);
     caps_ = addIndicator(QStringLiteral("CAPS"), tr("Caps Lock"));
     num_ = addIndicator(QStringLiteral("NUM"), tr("Num Lock"));
     scroll_ = addIndicator(QStringLiteral("SCRL"), tr("Scroll Lock"));
@@ -55,6 +59,16 @@ void StatusLine::showText(const QString& text) {
 
 void StatusLine::showHint(const QString& hint) {
     message_->setText(hint.isEmpty() ? text_ : hint);
+}
+
+void StatusLine::showMode(const QString& mode) {
+    modeText_ = mode;
+    mode_->setText(pointed_.isEmpty() ? modeText_ : pointed_);
+}
+
+void StatusLine::showPointed(const QString& text) {
+    pointed_ = text;
+    showMode(modeText_);
 }
 
 void StatusLine::refreshLocks() {

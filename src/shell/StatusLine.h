@@ -19,6 +19,10 @@ public:
     QString text() const { return text_; }
     /// Shows a hint in place of the message until an empty hint or the next message comes.
     void showHint(const QString& hint);
+    /// What the mouse is for now, at the right; empty: nothing out of the ordinary.
+    void showMode(const QString& mode);
+    /// What the mouse points at, in the place of the mode until an empty text comes: the message stays in sight.
+    void showPointed(const QString& text);
     /// Asks the window system for the lock keys.
     void refreshLocks();
     /// Shows the bar at `fraction`, 0 to 1, at once: painted here and now, no event of the user is let in.
@@ -29,7 +33,10 @@ private:
     QLabel* addIndicator(const QString& name, const QString& accessibleName);
 
     QString text_;
+    QString modeText_;
+    QString pointed_;
     QLabel* message_;
+    QLabel* mode_;
     QLabel* caps_;
     QLabel* num_;
     QLabel* scroll_;

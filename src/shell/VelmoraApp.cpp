@@ -2,6 +2,7 @@
 
 #include <QCommandLineParser>
 #include <QSettings>
+#include <QTimer>
 #include <QtGlobal>
 #include <clocale>
 #include <cstdio>
@@ -25,17 +26,20 @@ namespace velmora {
 namespace {
 
 constexpr int usageError = 2;
+const QString obliqueOption = QStringLiteral("oblique");
 
 void describeProgram(QCommandLineParser& parser) {
     QCoreApplication::setOrganizationName(QStringLiteral("Dovra"));
     QCoreApplication::setApplicationName(QStringLiteral("Velmora"));
     QCoreApplication::setApplicationVersion(QString::fromLatin1(programVersion()));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.velmora.Velmora"));
     parser.setApplicationDescription(QStringLiteral("An editor of the surface geometry of bodies."));
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addOption(
         {QStringLiteral("no-rescue"),
          QStringLiteral("Keep no rescue copy of a model with changes, and offer none that was left behind.")});
+    parser.addOption({obliqueOption, QStringLiteral("Show the file from an oblique side, fitted to the window.")});
     parser.addPositionalArgument(QStringLiteral("path"), QStringLiteral("The file to open."), QStringLiteral("[path]"));
 }
 
@@ -63,6 +67,7 @@ int& prepared(int& argc, char** argv) {
 struct CommandLine {
     QStringList paths;
     bool rescue = true;
+    bool oblique = false;
 };
 
 CommandLine readCommandLine(const QCoreApplication& application) {
@@ -73,7 +78,7 @@ CommandLine readCommandLine(const QCoreApplication& application) {
         std::fputs("velmora: give one file at most\n", stderr);
         parser.showHelp(usageError);
     }
-    return {parser.positionalArguments(), !parser.isSet(QStringLiteral("no-rescue"))};
+    return {parser.positionalArguments(), !parser.isSet(QStringLiteral("no-rescue")), parser.isSet(obliqueOption)};
 }
 
 } // namespace
@@ -122,6 +127,10 @@ bool VelmoraApp::initInstance() {
         }
     }
     frame_->showAsLeft();
+    if (commandLine.oblique) {
+        // The window has its size only once it is laid out.
+        QTimer::singleShot(0, frame_.get(), [this] { frame_->run(*findCommand("view.oblique")); });
+    }
     QGuiApplication::setQuitOnLastWindowClosed(true);
     return true;
 }

@@ -1,6 +1,7 @@
 #include "guide.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <algorithm>
@@ -31,14 +32,48 @@ constexpr PageOfKind pagesOfKinds[] = {
     {"view.", "view.md"},
 };
 
-QString textOf(const QString& page) {
-    QFile file(QStringLiteral(":/guide/") + page);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+/// The entries of a menu, its submenus' too: a list with an item for each group between two bars.
+QString listOf(const std::vector<MenuEntry>& entries, bool toolTips) {
+    QString list = QStringLiteral("- ");
+    bool first = true;
+    for (const MenuEntry& entry : entries) {
+        if (entry.kind == MenuEntry::Kind::Separator) {
+            list += QStringLiteral("\n- ");
+            first = true;
+            continue;
+        }
+        list += first ? QString() : QStringLiteral(", ");
+        first = false;
+        if (entry.kind == MenuEntry::Kind::Submenu) {
+            list += listOf(entry.entries, toolTips).mid(2);
+        } else if (const Command* command = findCommand(entry.command)) {
+            const GuidePlace place = placeOf(*command);
+            const std::string text = toolTips && *command->toolTip != '\0' ? command->toolTip : entry.text;
+            list += QStringLiteral("[%1](%2#%3)").arg(qtText(plainText(text)), place.page, place.anchor);
+        }
+    }
+    return list;
+}
+
+/// The lists that a page may ask for, by the name that follows "menu" or "bar".
+QString namedList(const QString& kind, const QString& name) {
+    if (kind == QLatin1String("bar")) {
+        const auto& bars = toolBars();
+        const auto bar =
+            std::find_if(bars.begin(), bars.end(), [&name](const Menu& m) { return qtText(m.name) == name; });
+        return bar == bars.end() ? QString() : listOf(bar->entries, true);
+    }
+    for (const Menu* menu : {&pointContextMenu(), &lineContextMenu(), &patchContextMenu()}) {
+        if (qtText(menu->name) == name) {
+            return listOf(menu->entries, false);
+        }
+    }
+    return {};
 }
 
 void addSections(const QString& page, std::vector<GuideSection>& sections) {
     QTextDocument document;
-    document.setMarkdown(textOf(page));
+    document.setMarkdown(guideText(page));
     QString pageTitle;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         const QString text = block.text().simplified();
@@ -68,8 +103,24 @@ const QStringList& guidePages() {
         QStringLiteral("view.md"),     QStringLiteral("options.md"),         QStringLiteral("help.md"),
         QStringLiteral("menus.md"),    QStringLiteral("formats.md"),         QStringLiteral("point-table.md"),
         QStringLiteral("messages.md"), QStringLiteral("scripts.md"),         QStringLiteral("numbers.md"),
+        QStringLiteral("howto.md"),    QStringLiteral("python.md"),          QStringLiteral("batch.md"),
+        QStringLiteral("commands.md"), QStringLiteral("fields.md"),
     };
     return pages;
+}
+
+QString guideText(const QString& page) {
+    loadGuide();
+    QFile file(QStringLiteral(":/guide/") + page);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    QString text = QString::fromUtf8(file.readAll());
+    static const QRegularExpression asked(QStringLiteral("<!-- (menu|bar) (.+?) -->"));
+    for (QRegularExpressionMatch found = asked.match(text); found.hasMatch(); found = asked.match(text)) {
+        text.replace(found.capturedStart(), found.capturedLength(), namedList(found.captured(1), found.captured(2)));
+    }
+    return text;
 }
 
 QUrl guideUrl(const GuidePlace& place) {

@@ -28,6 +28,9 @@ struct GuideSection {
 
 /// The pages in the order of the contents, as file names.
 const QStringList& guidePages();
+/// The Markdown of a page. Where it says `<!-- menu NAME -->` or `<!-- bar NAME -->`, the entries of that context menu
+/// or tool bar stand, each a link to where it is told.
+QString guideText(const QString& page);
 /// The address of a place for a text browser.
 QUrl guideUrl(const GuidePlace& place);
 /// The name by which links mean a heading: lower case, blanks as "-", of the other marks only "-" and "_".

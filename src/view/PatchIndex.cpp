@@ -6,8 +6,8 @@
 #include <limits>
 
 #include "camera.h"
-#include "line_triangle_strict.h"
 #include "pick_boxes.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -281,8 +281,8 @@ bool PatchIndex::anyHit(const PatchList& list, std::size_t patch, const Vec& ori
         if (t.a == nullptr) {
             return false;
         }
-        const TriangleHit hit = LineHitsTriangle(*t.a, *t.b, *t.c, direction, origin);
-        return hit.code != 0 && visit(hit.point);
+        const TriangleHit hit = sightHitsTriangle(t, direction, origin);
+        return hit.code != 0 && visit(hit.point, n, m);
     };
     for (std::size_t i = entry.firstOdd; i < entry.lastOdd; ++i) {
         if (visitTriangle(odd_[i].n, odd_[i].m, odd_[i].half)) {
@@ -305,8 +305,9 @@ bool PatchIndex::anyHit(const PatchList& list, std::size_t patch, const Vec& ori
 
 bool PatchIndex::isVisible(const PatchList& list, std::size_t patch, const Vec& hit, const Vec& direction) const {
     for (std::size_t k = 0; k < list.size(); ++k) {
-        if (k != patch &&
-            anyHit(list, k, hit, direction, [&](const Vec& other) { return dot(other - hit, direction) < 0.0; })) {
+        if (k != patch && anyHit(list, k, hit, direction, [&](const Vec& other, std::int32_t, std::int32_t) {
+                return dot(other - hit, direction) < 0.0;
+            })) {
             return false;
         }
     }
@@ -314,14 +315,43 @@ bool PatchIndex::isVisible(const PatchList& list, std::size_t patch, const Vec& 
 }
 
 std::int32_t PatchIndex::pickPatch(const PatchList& list, const PixelLine& line) const {
-    const Vec direction = line.farPoint - line.nearPoint;
+    const Vec direction = sightDirection(line.nearPoint, line.farPoint);
     for (std::size_t k = 0; k < list.size() && k < patches_.size(); ++k) {
         if (anyHit(list, k, line.nearPoint, direction,
-                   [&](const Vec& hit) { return isVisible(list, k, hit, direction); })) {
+                   [&](const Vec& hit, std::int32_t, std::int32_t) { return isVisible(list, k, hit, direction); })) {
             return static_cast<std::int32_t>(k);
         }
     }
     return -1;
+}
+
+std::optional<FirstCell> PatchIndex::firstCell(const PatchList& list, const PixelLine& line) const {
+    const Vec direction = line.farPoint - line.nearPoint;
+    std::optional<FirstCell> first;
+    double depth = std::numeric_limits<double>::infinity();
+    for (std::size_t k = 0; k < list.size() && k < patches_.size(); ++k) {
+        anyHit(list, k, line.nearPoint, direction, [&](const Vec& hit, std::int32_t n, std::int32_t m) {
+            const double behind = dot(hit - line.nearPoint, direction);
+            if (behind >= 0.0 && behind < depth) {
+                depth = behind;
+                first = FirstCell{static_cast<std::int32_t>(k), n, m, hit};
+            }
+            return false; // all are looked at
+        });
+    }
+    return first;
+}
+
+bool PatchIndex::hides(const PatchList& list, const PixelLine& line, const Vec& point, double margin) const {
+    const Vec direction = line.farPoint - line.nearPoint;
+    const double least = margin * lengthOf(direction);
+    for (std::size_t k = 0; k < list.size() && k < patches_.size(); ++k) {
+        if (anyHit(list, k, point, direction,
+                   [&](const Vec& hit, std::int32_t, std::int32_t) { return dot(point - hit, direction) > least; })) {
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace velmora

@@ -9,6 +9,14 @@
 
 namespace velmora {
 
+/// The cell of a patch that a line meets first: its corner with the lowest numbers, and where the line meets it.
+struct FirstCell {
+    std::int32_t patch = -1;
+    std::int32_t section = -1;
+    std::int32_t point = -1;
+    zVec<double> place;
+};
+
 /// Boxes over the patches of a model and over tiles of their points, so that a pick looks only at what lies near the
 /// line of sight. Every answer is the one of the plain rule, to the last bit.
 class PatchIndex {
@@ -23,6 +31,11 @@ public:
     /// The first patch in list order with a triangle hit that no other patch hides; -1 for none. Each cell of a patch
     /// is two triangles; a hit is hidden by a hit of another patch that lies nearer to the line's near point.
     std::int32_t pickPatch(const PatchList& list, const PixelLine& line) const;
+
+    /// What the line meets first beyond its near point; none when it meets nothing.
+    std::optional<FirstCell> firstCell(const PatchList& list, const PixelLine& line) const;
+    /// Whether a cell lies before `point`, seen along the line, by more than `margin`.
+    bool hides(const PatchList& list, const PixelLine& line, const zVec<double>& point, double margin) const;
 
 private:
     /// A tile: points n0 to n1 of m0 to m1, both included, of one patch; neighbouring tiles share a row of points. Or

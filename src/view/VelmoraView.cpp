@@ -1,10 +1,13 @@
 #include "VelmoraView.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "coarse_list.h"
+#include "held_marks.h"
 #include "messages.h"
 
 namespace velmora {
@@ -17,6 +20,11 @@ constexpr double farPlaneOfRadius = 250.0;
 constexpr double eyeDistanceOfRadius = 27.99038155676617;
 /// Angles this close to a principal view, in degrees, are that view.
 constexpr double principalViewTolerance = 1e-6;
+/// A model that takes longer than this to draw, in milliseconds, is drawn coarsely while the camera moves: in so many.
+constexpr double slowFrame = 60.0;
+constexpr double movingFrame = 30.0;
+/// However slow the drawing is, a model keeps its shape.
+constexpr std::size_t fewestVertices = 20'000;
 
 bool sameAngles(const zVec<double>& angles, double x, double y, double z) {
     return std::abs(angles.x - x) <= principalViewTolerance && std::abs(angles.y - y) <= principalViewTolerance &&
@@ -91,10 +99,21 @@ bool VelmoraView::RenderScene() {
 
 void VelmoraView::drawWithOverlay() {
     buildOverlay();
+    buildPointed();
     SceneFrame frame;
     frame.list = &model_.list;
     frame.listRevision = listRevision_;
+    if (moving_ && isTooSlow()) {
+        bringCoarseListUpToDate();
+        frame.coarse = &coarse_;
+        frame.coarseRevision = coarseRevision_;
+    }
     frame.filled = doc_.surfaceMode;
+    frame.edges = edgesShown;
+    frame.backFilled = backFacesFilled;
+    frame.held = &held_;
+    frame.heldRevision = heldRevision_;
+    frame.pointed = &pointed_;
     frame.overlay = &overlay_;
     frame.modelView = modelViewMatrix;
     frame.projection = projectionMatrix;
@@ -113,6 +132,33 @@ void VelmoraView::buildOverlay() {
     if (doc_.markersOpen) {
         addMarkerNumbers();
     }
+}
+
+/// Over a surface the captured point shows through, too; over wires it is never hidden.
+void VelmoraView::buildPointed() {
+    pointed_.clear();
+    if (showsSurface()) {
+        addCapturedPoint(pointed_, doc_);
+    }
+    if (candidate_ && candidateRevision_ == doc_.geometryRevision()) {
+        addCandidate(pointed_, doc_, *candidate_);
+    }
+}
+
+bool VelmoraView::isTooSlow() const {
+    return surface().modelTime() > slowFrame;
+}
+
+/// So much of the model as can be drawn in time, by what the whole of it took.
+void VelmoraView::bringCoarseListUpToDate() {
+    if (coarseOf_ == listRevision_) {
+        return;
+    }
+    const double share = movingFrame / surface().modelTime();
+    const auto vertices = static_cast<std::size_t>(share * static_cast<double>(model_.list.vertices.size()));
+    coarse_ = buildCoarseList(doc_, model_.list.number, std::max(vertices, fewestVertices));
+    coarseOf_ = listRevision_;
+    ++coarseRevision_;
 }
 
 void VelmoraView::addMarkerNumbers() {
@@ -143,6 +189,8 @@ void VelmoraView::bringListUpToDate() {
     }
     if (highlightDirty_) {
         model_.list.accents = capturedCurves(doc_, model_);
+        held_ = showsSurface() ? heldMarks(doc_) : DrawList();
+        ++heldRevision_;
         highlightDirty_ = flat_ = false;
     }
 }
@@ -201,7 +249,12 @@ void VelmoraView::UpdateCameraLimits() {
     fieldOfView = 30.0;
     nearPlane = nearPlaneOfRadius * radius;
     farPlane = farPlaneOfRadius * radius;
-    defaultOffset = {-centre.x, -centre.y, -centre.z - eyeDistanceOfRadius * radius};
+    defaultOffset = {-centre.x, -centre.y, -centre.z - eyeDistance()};
+}
+
+/// From the eye to the model's middle in the default view.
+double VelmoraView::eyeDistance() const {
+    return eyeDistanceOfRadius * doc_.modelRadius;
 }
 
 void VelmoraView::UpdateProjection() {
@@ -223,7 +276,7 @@ void VelmoraView::UpdateProjection() {
     }
     // The orthographic window, scaled from the model's centre in the default view, wherever that lies, to the near
     // plane.
-    const double s = nearPlane / (eyeDistanceOfRadius * doc_.modelRadius);
+    const double s = nearPlane / eyeDistance();
     projectionMatrix = frustumMatrix(s * left, s * right, s * bottom, s * top, nearPlane, farPlane);
 }
 
@@ -247,6 +300,14 @@ void VelmoraView::onHighlightChanged() {
 }
 
 void VelmoraView::onBoundsChanged() {
+    if (posesCentre_ == doc_.modelCenter && posesRadius_ == doc_.modelRadius) {
+        notePose();
+    } else {
+        // Of another model, or another size of it: no pose before fits.
+        poses_.clear();
+        posesCentre_ = doc_.modelCenter;
+        posesRadius_ = doc_.modelRadius;
+    }
     resetMouseMode();
     ResetViewCentre();
     UpdateProjection();

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <limits>
 #include <optional>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "DocumentView.h"
 #include "OpenGLView.h"
@@ -59,9 +61,16 @@ public:
     int rubberStartX = 0; ///< the start once more, with y counted from the bottom
     int rubberStartY = 0;
 
+    bool edgesShown = false;      ///< over a surface the edges of its cells
+    bool backFacesFilled = false; ///< of a surface the back faces are filled too, darker
+
     /// The picture of the model, as of the last redraw, and what was drawn beside it in the last frame.
     const DrawList& list();
     const Overlay& overlay() const { return overlay_; }
+    /// What is drawn over a surface of what is held; empty over wires, which show it themselves.
+    const DrawList& held() const { return held_; }
+    /// What a click would take, where that is known before the click.
+    const std::optional<Pick>& candidate() const { return candidate_; }
 
     // ---- Frame loop -----------------------------------------------------------------------------
 
@@ -101,6 +110,8 @@ public:
     bool isViewCommandOff(std::string_view id) const;
     /// Of a view command that switches something: whether that is on.
     std::optional<bool> checkedState(std::string_view id) const;
+    /// The mode that a command of the view sets; ModeNone for all others.
+    static MouseMode mouseModeOf(std::string_view id);
     /// Runs a view command; false when the view has none of that id.
     bool runViewCommand(std::string_view id);
 
@@ -110,6 +121,21 @@ public:
     void OnMouseMove(PixelPoint position);
     void OnLeftButtonUp(PixelPoint position);
     void OnTimer();
+
+    // ---- Navigation without a mode: whatever the left button does -------------------------------
+
+    /// Zooms by `notches` of the wheel, in when they are positive; what lies under the pixel stays there.
+    void OnWheel(PixelPoint position, double notches);
+    /// The middle button went down: up to EndNavigation each move turns (ModeRotate), shifts (ModeShift) or zooms
+    /// (ModeScale). Ignored while the left button is down.
+    void BeginNavigation(MouseMode act, PixelPoint position);
+    void Navigate(PixelPoint position);
+    void EndNavigation();
+    bool isNavigating() const { return navigation_.has_value(); }
+    /// The camera has not moved for a while: the whole picture is wanted.
+    void OnRest();
+    /// The mouse left the view: it points at nothing.
+    void OnMouseLeave();
 
     // ---- Picking --------------------------------------------------------------------------------
 
@@ -130,6 +156,30 @@ public:
     void CorrectLineByDrag(const zVec<double>& target);
 
 private:
+    /// Where the camera stands, whatever the size of the window.
+    struct CameraPose {
+        Matrix4 rotation{};
+        zVec<double> offset;
+        double zoom = 1.0;
+        double centreX = 0.5; ///< of the projection window, as a fraction of the viewport
+        double centreY = 0.5;
+        int projection = 0;
+
+        friend bool operator==(const CameraPose&, const CameraPose&) = default;
+    };
+    /// A drag with the middle button.
+    struct Navigation {
+        MouseMode act = ModeRotate;
+        PixelPoint last;
+        zVec<double> pivot; ///< turns about it
+    };
+    /// What part of the plane of the window, in model units from its middle, something covers.
+    struct WindowRange {
+        double left = std::numeric_limits<double>::infinity();
+        double right = -std::numeric_limits<double>::infinity();
+        double bottom = std::numeric_limits<double>::infinity();
+        double top = -std::numeric_limits<double>::infinity();
+    };
     struct ScreenAxes {
         zVec<double> right;
         zVec<double> down;
@@ -143,6 +193,10 @@ private:
     void bringListUpToDate();
     void drawWithOverlay();
     void buildOverlay();
+    void buildPointed();
+    void bringCoarseListUpToDate();
+    bool isTooSlow() const;
+    bool showsSurface() const { return model_.list.number == 2 || model_.list.number == 4; }
     void addTriad(DrawList& list);
     void addMarkerNumbers();
     void refreshAngles();
@@ -153,10 +207,22 @@ private:
     void setProjection(int mode);
     void showViewingDialog();
     void zoomOut();
+    void fitKeepingRotation();
+    void fitCaptured();
+    void fitModel();
+    template <class Visit>
+    void fitPoints(Visit visit);
+    void fitTo(const WindowRange& range);
+    void zoomTo(double factor);
+
+    CameraPose pose() const;
+    void notePose();
+    void goBack();
 
     ScreenAxes ScreenFrame() const;
     zVec<double> CentreVector(PixelPoint position, const zVec<double>& normal) const;
     Rotation mouseRotation(PixelPoint from, PixelPoint to) const;
+    void turnBy(int dx, int dy);
     void dragCamera(PixelPoint position);
     void dragRegime(PixelPoint position);
     void pressRegime(PixelPoint position);
@@ -169,9 +235,15 @@ private:
     PixelLine rayThrough(PixelPoint position) const;
     Pick patchUnder(PixelPoint position, Pick::Target target);
     bool take(const Pick& pick);
+    Sight sight() const;
+    void pointAt(PixelPoint position);
+    void showCandidate(const std::optional<Pick>& candidate);
+    zVec<double> middleOfView();
+    void noteMotion();
     void showCurvePick(MouseMode mode, const std::string& text);
     int listNumber();
     Matrix4 modelTransform(const zVec<double>& centre) const;
+    double eyeDistance() const;
 
     VelmoraDoc& doc_;
     ModelList model_;
@@ -181,6 +253,15 @@ private:
     bool listDirty_ = true; ///< built at the next paint: several redraws of one command cost one build
     bool highlightDirty_ = false;
     std::uint64_t listRevision_ = 0;
+    DrawList coarse_; ///< of the list of coarseOf_
+    std::uint64_t coarseRevision_ = 0;
+    std::uint64_t coarseOf_ = 0;
+    bool moving_ = false; ///< the camera, until it rests
+    DrawList held_;
+    std::uint64_t heldRevision_ = 0;
+    DrawList pointed_;
+    std::optional<Pick> candidate_;
+    std::uint64_t candidateRevision_ = 0; ///< of the geometry that it was found in
     Overlay overlay_;
     ModelIndex index_;
     std::optional<std::uint64_t> gridRevision_; ///< of the geometry that was looked at
@@ -188,6 +269,11 @@ private:
     bool drawing_ = false;                      ///< a scene is being drawn: a further paint is refused
     MouseMode shownCursor_ = ModeNone;
     MouseMode previousCursor_ = ModeNone;
+    std::optional<Navigation> navigation_;
+    std::int64_t lastWheelClock_ = 0;
+    std::vector<CameraPose> poses_; ///< where the camera stood before, the newest last
+    zVec<double> posesCentre_;      ///< the model's centre and radius that they belong to
+    double posesRadius_ = 0.0;
 };
 
 } // namespace velmora

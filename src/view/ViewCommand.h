@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Command.h"
+#include "MouseMode.h"
 
 namespace velmora {
 
@@ -10,6 +11,7 @@ class VelmoraView;
 struct ViewCommand {
     Command row;
     void (*run)(VelmoraView&) = nullptr;
+    MouseMode mode = ModeNone;                     ///< of a command that gives the left button a mode: which one
     bool (*off)(const VelmoraView&) = nullptr;     ///< true when the view's state turns it off, beside the row's rule
     bool (*checked)(const VelmoraView&) = nullptr; ///< of a command that switches something: whether that is on
 };

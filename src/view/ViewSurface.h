@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "DrawList.h"
 #include "MouseMode.h"
@@ -30,7 +31,17 @@ struct PixelFormat {
 struct SceneFrame {
     const DrawList* list = nullptr; ///< the model, and a number that changes whenever the list was built anew
     std::uint64_t listRevision = 0;
-    bool filled = false; ///< front faces filled, back faces as lines, lit; else both as lines, unlit
+    /// What is drawn in place of the list while the camera moves and the list takes too long; null: the list itself.
+    const DrawList* coarse = nullptr;
+    std::uint64_t coarseRevision = 0;
+    bool filled = false;     ///< front faces filled, back faces as lines, lit; else both as lines, unlit
+    bool edges = false;      ///< filled faces with their edges, darker
+    bool backFilled = false; ///< back faces filled too, darker
+    /// Drawn over the model without changing its depth, what of them is hidden by it dimmed: what is held, with a
+    /// number that changes whenever it was built anew, and what the mouse points at.
+    const DrawList* held = nullptr;
+    std::uint64_t heldRevision = 0;
+    const DrawList* pointed = nullptr;
     const Overlay* overlay = nullptr;
     Matrix4 modelView{};
     Matrix4 projection{};
@@ -65,7 +76,16 @@ public:
     /// Inverts the outline of a rectangle on the finished frame.
     virtual void invertRectangle(PixelPoint from, PixelPoint to) = 0;
 
+    /// Milliseconds that the last drawing of a whole model took; 0 where nothing is drawn.
+    virtual double modelTime() const { return 0.0; }
+
     // Window.
+    /// True when a person looks at it, who means what is in sight: scripts name what they mean.
+    virtual bool isWatched() const { return false; }
+    /// A word on what the mouse points at, until an empty one comes.
+    virtual void showHint(const std::string&) {}
+    /// The camera moves: OnRest is to come when it has not moved for a while.
+    virtual void awaitRest() {}
     /// Pixels of the screen for one of an ordinary screen: what has its size in pixels grows by it.
     virtual double pixelScale() const { return 1.0; }
     virtual void requestRepaint() = 0;

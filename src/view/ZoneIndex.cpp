@@ -4,7 +4,7 @@
 #include <array>
 #include <utility>
 
-#include "line_triangle_strict.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -116,8 +116,8 @@ bool ZoneIndex::anyHit(const zRegion_fe& region, std::size_t zone, const Vec& or
     const ZoneEntry& entry = zones_[zone];
     const auto visitElement = [&](std::size_t element) {
         const auto v = cornersOf(block, entry.at, element);
-        const TriangleHit hit = LineHitsTriangle(v[0], v[1], v[2], direction, origin);
-        return hit.code != 0 && visit(hit.point);
+        const TriangleHit hit = sightHitsTriangle({&v[0], &v[1], &v[2]}, direction, origin);
+        return hit.code != 0 && visit(hit.point, element);
     };
     if (std::any_of(entry.oddElements.begin(), entry.oddElements.end(), visitElement)) {
         return true;
@@ -140,8 +140,8 @@ bool ZoneIndex::anyHit(const zRegion_fe& region, std::size_t zone, const Vec& or
 
 bool ZoneIndex::isVisible(const zRegion_fe& region, std::size_t zone, const Vec& hit, const Vec& direction) const {
     for (std::size_t k = 0; k < zones_.size(); ++k) {
-        if (k != zone &&
-            anyHit(region, k, hit, direction, [&](const Vec& other) { return dot(other - hit, direction) < 0.0; })) {
+        if (k != zone && anyHit(region, k, hit, direction,
+                                [&](const Vec& other, std::size_t) { return dot(other - hit, direction) < 0.0; })) {
             return false;
         }
     }
@@ -149,14 +149,43 @@ bool ZoneIndex::isVisible(const zRegion_fe& region, std::size_t zone, const Vec&
 }
 
 std::int32_t ZoneIndex::pickZone(const zRegion_fe& region, const PixelLine& line) const {
-    const Vec direction = line.farPoint - line.nearPoint;
+    const Vec direction = sightDirection(line.nearPoint, line.farPoint);
     for (std::size_t k = 0; k < zones_.size(); ++k) {
         if (anyHit(region, k, line.nearPoint, direction,
-                   [&](const Vec& hit) { return isVisible(region, k, hit, direction); })) {
+                   [&](const Vec& hit, std::size_t) { return isVisible(region, k, hit, direction); })) {
             return static_cast<std::int32_t>(k);
         }
     }
     return -1;
+}
+
+std::optional<FirstTriangle> ZoneIndex::firstTriangle(const zRegion_fe& region, const PixelLine& line) const {
+    const Vec direction = line.farPoint - line.nearPoint;
+    std::optional<FirstTriangle> first;
+    double depth = std::numeric_limits<double>::infinity();
+    for (std::size_t k = 0; k < zones_.size(); ++k) {
+        anyHit(region, k, line.nearPoint, direction, [&](const Vec& hit, std::size_t element) {
+            const double behind = dot(hit - line.nearPoint, direction);
+            if (behind >= 0.0 && behind < depth) {
+                depth = behind;
+                first = FirstTriangle{static_cast<std::int32_t>(k), element, hit};
+            }
+            return false; // all are looked at
+        });
+    }
+    return first;
+}
+
+bool ZoneIndex::hides(const zRegion_fe& region, const PixelLine& line, const Vec& point, double margin) const {
+    const Vec direction = line.farPoint - line.nearPoint;
+    const double least = margin * lengthOf(direction);
+    for (std::size_t k = 0; k < zones_.size(); ++k) {
+        if (anyHit(region, k, point, direction,
+                   [&](const Vec& hit, std::size_t) { return dot(point - hit, direction) > least; })) {
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace velmora

@@ -30,6 +30,13 @@ private:
     PatchIndex index_;
 };
 
+/// The triangle of a zone that a line meets first, and where.
+struct FirstTriangle {
+    std::int32_t zone = -1;
+    std::size_t element = 0;
+    zVec<double> place;
+};
+
 /// Boxes over the zones of a model and over runs of their triangles, so that a pick looks only at what lies near the
 /// line of sight. The answer is the one of the plain rule, to the last bit.
 class ZoneIndex {
@@ -39,6 +46,11 @@ public:
 
     /// The first zone with a triangle hit that no other zone hides; -1 for none. `region` is the one taken in.
     std::int32_t pickZone(const zRegion_fe& region, const PixelLine& line) const;
+
+    /// What the line meets first beyond its near point; none when it meets nothing.
+    std::optional<FirstTriangle> firstTriangle(const zRegion_fe& region, const PixelLine& line) const;
+    /// Whether a triangle lies before `point`, seen along the line, by more than `margin`.
+    bool hides(const zRegion_fe& region, const PixelLine& line, const zVec<double>& point, double margin) const;
 
 private:
     struct Run {

@@ -1,7 +1,5 @@
 #include "camera.h"
 
-#include <GL/glu.h>
-
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -201,15 +199,69 @@ std::optional<zVec<double>> eulerAngles(const Matrix4& m) {
     return std::nullopt;
 }
 
-std::optional<zVec<double>> projectPoint(const zVec<double>& point, const Matrix4& modelView, const Matrix4& projection,
-                                         const Viewport& viewport) {
-    const GLint area[4] = {viewport.x, viewport.y, viewport.width, viewport.height};
-    zVec<double> window;
-    if (gluProject(point.x, point.y, point.z, modelView.data(), projection.data(), area, &window.x, &window.y,
-                   &window.z) != GL_TRUE) {
+namespace {
+
+using Vector4 = std::array<double, 4>;
+
+Vector4 operator*(const Matrix4& m, const Vector4& v) {
+    Vector4 product{};
+    for (std::size_t row = 0; row < 4; ++row) {
+        product[row] = m[row] * v[0] + m[4 + row] * v[1] + m[8 + row] * v[2] + m[12 + row] * v[3];
+    }
+    return product;
+}
+
+/// The point that four coordinates stand for; none at infinity.
+std::optional<zVec<double>> pointOf(const Vector4& v) {
+    if (v[3] == 0.0) {
         return std::nullopt;
     }
-    return window;
+    return zVec<double>(v[0] / v[3], v[1] / v[3], v[2] / v[3]);
+}
+
+/// The solution of m x = v by elimination with the largest pivots; none for a matrix without an inverse.
+std::optional<Vector4> solved(Matrix4 m, Vector4 v) {
+    for (std::size_t column = 0; column < 4; ++column) {
+        std::size_t pivot = column;
+        for (std::size_t row = column + 1; row < 4; ++row) {
+            if (std::abs(m[4 * column + row]) > std::abs(m[4 * column + pivot])) {
+                pivot = row;
+            }
+        }
+        if (m[4 * column + pivot] == 0.0) {
+            return std::nullopt;
+        }
+        for (std::size_t k = column; k < 4; ++k) {
+            std::swap(m[4 * k + column], m[4 * k + pivot]);
+        }
+        std::swap(v[column], v[pivot]);
+        for (std::size_t row = column + 1; row < 4; ++row) {
+            const double factor = m[4 * column + row] / m[4 * column + column];
+            for (std::size_t k = column + 1; k < 4; ++k) {
+                m[4 * k + row] -= factor * m[4 * k + column];
+            }
+            v[row] -= factor * v[column];
+        }
+    }
+    for (std::size_t row = 4; row-- > 0;) {
+        for (std::size_t k = row + 1; k < 4; ++k) {
+            v[row] -= m[4 * k + row] * v[k];
+        }
+        v[row] /= m[4 * row + row];
+    }
+    return v;
+}
+
+} // namespace
+
+std::optional<zVec<double>> projectPoint(const zVec<double>& point, const Matrix4& modelView, const Matrix4& projection,
+                                         const Viewport& viewport) {
+    const auto seen = pointOf(projection * (modelView * Vector4{point.x, point.y, point.z, 1.0}));
+    if (!seen) {
+        return std::nullopt;
+    }
+    return zVec<double>((seen->x * 0.5 + 0.5) * viewport.width + viewport.x,
+                        (seen->y * 0.5 + 0.5) * viewport.height + viewport.y, seen->z * 0.5 + 0.5);
 }
 
 namespace {
@@ -237,7 +289,6 @@ void scaleModel(Matrix4& modelView, Matrix4& projection, int exponent) {
 
 std::optional<zVec<double>> unprojectPoint(const zVec<double>& window, const Matrix4& modelView,
                                            const Matrix4& projection, const Viewport& viewport) {
-    const GLint area[4] = {viewport.x, viewport.y, viewport.width, viewport.height};
     const double distance = std::max({std::abs(modelView[12]), std::abs(modelView[13]), std::abs(modelView[14])});
     const int level = distance > 0.0 && std::isfinite(distance) ? std::ilogb(distance) : 0;
     const int exponent = std::abs(level) > largestPlainExponent ? -level : 0;
@@ -246,13 +297,12 @@ std::optional<zVec<double>> unprojectPoint(const zVec<double>& window, const Mat
     if (exponent != 0) {
         scaleModel(scaledView, scaledProjection, exponent);
     }
-    zVec<double> point;
-    if (gluUnProject(window.x, window.y, window.z, scaledView.data(), scaledProjection.data(), area, &point.x, &point.y,
-                     &point.z) != GL_TRUE) {
-        return std::nullopt;
-    }
-    if (exponent != 0) {
-        point = {std::ldexp(point.x, -exponent), std::ldexp(point.y, -exponent), std::ldexp(point.z, -exponent)};
+    const Vector4 seen = {(window.x - viewport.x) / viewport.width * 2.0 - 1.0,
+                          (window.y - viewport.y) / viewport.height * 2.0 - 1.0, window.z * 2.0 - 1.0, 1.0};
+    const auto found = solved(scaledProjection * scaledView, seen);
+    auto point = found ? pointOf(*found) : std::nullopt;
+    if (point && exponent != 0) {
+        point = {std::ldexp(point->x, -exponent), std::ldexp(point->y, -exponent), std::ldexp(point->z, -exponent)};
     }
     return point;
 }

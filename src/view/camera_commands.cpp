@@ -53,48 +53,73 @@ std::span<const ViewCommand> VelmoraView::commands() {
                  .places = {{ViewProjection, 120}}},
          .run = [](VelmoraView& v) { v.setProjection(1); },
          .checked = [](const VelmoraView& v) { return v.projectionMode == 1; }},
+        {.row = {.id = "view.otherProjection",
+                 .menuText = "Oth&er Projection",
+                 .statusText = "Set orthographic projection in place of perspective, or perspective again",
+                 .accelerator = "P",
+                 .off = emptyModel,
+                 .places = {{ViewProjection, 130}}},
+         .run = [](VelmoraView& v) { v.setProjection(1 - v.projectionMode); }},
         {.row = {.id = "view.top",
                  .menuText = "&Top",
                  .statusText = "Set top view",
+                 .accelerator = "1",
                  .off = emptyModel,
                  .places = {{ViewProjection, 210}}},
          .run = [](VelmoraView& v) { v.SetAxisView(90.0, xAxis); }},
         {.row = {.id = "view.bottom",
                  .menuText = "&Bottom",
                  .statusText = "Set bottom view",
+                 .accelerator = "2",
                  .off = emptyModel,
                  .places = {{ViewProjection, 220}}},
          .run = [](VelmoraView& v) { v.SetAxisView(-90.0, xAxis); }},
         {.row = {.id = "view.front",
                  .menuText = "&Front",
                  .statusText = "Set front view",
+                 .accelerator = "3",
                  .off = emptyModel,
                  .places = {{ViewProjection, 230}}},
          .run = [](VelmoraView& v) { v.SetAxisView(90.0, yAxis); }},
         {.row = {.id = "view.back",
                  .menuText = "Bac&k",
                  .statusText = "Set back view",
+                 .accelerator = "4",
                  .off = emptyModel,
                  .places = {{ViewProjection, 240}}},
          .run = [](VelmoraView& v) { v.SetAxisView(-90.0, yAxis); }},
         {.row = {.id = "view.right",
                  .menuText = "&Right",
                  .statusText = "Set right view",
+                 .accelerator = "5",
                  .off = emptyModel,
                  .places = {{ViewProjection, 250}}},
          .run = [](VelmoraView& v) { v.SetAxisView(180.0, yAxis); }},
         {.row = {.id = "view.left",
                  .menuText = "&Left",
                  .statusText = "Set left view",
+                 .accelerator = "6",
                  .off = emptyModel,
                  .places = {{ViewProjection, 260}}},
          .run = [](VelmoraView& v) { v.SetAxisView(0.0, yAxis); }},
         {.row = {.id = "view.iso",
                  .menuText = "&Iso",
                  .statusText = "Set iso view",
+                 .accelerator = "7",
                  .off = emptyModel,
                  .places = {{ViewProjection, 270}}},
          .run = [](VelmoraView& v) { v.SetEulerView(isoAngles); }},
+        {.row = {.id = "view.oblique",
+                 .menuText = "Obli&que",
+                 .statusText = "Set iso view and fit the model to both sides of the window",
+                 .accelerator = "8",
+                 .off = emptyModel,
+                 .places = {{ViewProjection, 275}}},
+         .run =
+             [](VelmoraView& v) {
+                 v.SetEulerView(isoAngles);
+                 v.fitModel();
+             }},
         {.row = {.id = "view.manual",
                  .menuText = "&Manual...",
                  .statusText = "Set manual view",
@@ -110,7 +135,7 @@ std::span<const ViewCommand> VelmoraView::commands() {
                  .icon = true,
                  .off = emptyModel,
                  .places = {{View, 310}, {GeneralBar, 710}}},
-         .run = [](VelmoraView& v) { v.setMouseMode(ModeRotate); }},
+         .mode = ModeRotate},
         {.row = {.id = "view.rotateX",
                  .menuText = "Rotate about &X axis",
                  .statusText = "Rotate model about X axis",
@@ -118,7 +143,7 @@ std::span<const ViewCommand> VelmoraView::commands() {
                  .icon = true,
                  .off = emptyModel,
                  .places = {{View, 320}, {GeneralBar, 720}}},
-         .run = [](VelmoraView& v) { v.setMouseMode(ModeRotateX); }},
+         .mode = ModeRotateX},
         {.row = {.id = "view.rotateY",
                  .menuText = "Rotate about &Y axis",
                  .statusText = "Rotate model about Y axis",
@@ -126,7 +151,7 @@ std::span<const ViewCommand> VelmoraView::commands() {
                  .icon = true,
                  .off = emptyModel,
                  .places = {{View, 330}, {GeneralBar, 730}}},
-         .run = [](VelmoraView& v) { v.setMouseMode(ModeRotateY); }},
+         .mode = ModeRotateY},
         {.row = {.id = "view.rotateZ",
                  .menuText = "Rotate about &Z axis",
                  .statusText = "Rotate model about Z axis",
@@ -134,7 +159,7 @@ std::span<const ViewCommand> VelmoraView::commands() {
                  .icon = true,
                  .off = emptyModel,
                  .places = {{View, 340}, {GeneralBar, 740}}},
-         .run = [](VelmoraView& v) { v.setMouseMode(ModeRotateZ); }},
+         .mode = ModeRotateZ},
         {.row = {.id = "view.translateXY",
                  .menuText = "Translate in XY plan&e",
                  .statusText = "Translate model in XY plane",
@@ -142,7 +167,7 @@ std::span<const ViewCommand> VelmoraView::commands() {
                  .icon = true,
                  .off = emptyModel,
                  .places = {{View, 350}, {GeneralBar, 750}}},
-         .run = [](VelmoraView& v) { v.setMouseMode(ModeTranslateXY); }},
+         .mode = ModeTranslateXY},
         {.row = {.id = "view.translateZ",
                  .menuText = "Translate in Z directio&n",
                  .statusText = "Translate model in Z direction",
@@ -150,7 +175,7 @@ std::span<const ViewCommand> VelmoraView::commands() {
                  .icon = true,
                  .off = emptyModel,
                  .places = {{View, 360}, {GeneralBar, 760}}},
-         .run = [](VelmoraView& v) { v.setMouseMode(ModeTranslateZ); }},
+         .mode = ModeTranslateZ},
         {.row = {.id = "view.shift",
                  .menuText = "S&hift",
                  .statusText = "Move model in screen plane",
@@ -158,7 +183,7 @@ std::span<const ViewCommand> VelmoraView::commands() {
                  .icon = true,
                  .off = emptyModel,
                  .places = {{View, 370}, {GeneralBar, 770}}},
-         .run = [](VelmoraView& v) { v.setMouseMode(ModeShift); }},
+         .mode = ModeShift},
         {.row = {.id = "view.scale",
                  .menuText = "S&cale",
                  .statusText = "Change the scale of model image",
@@ -166,7 +191,7 @@ std::span<const ViewCommand> VelmoraView::commands() {
                  .icon = true,
                  .off = emptyModel,
                  .places = {{View, 410}, {GeneralBar, 810}}},
-         .run = [](VelmoraView& v) { v.setMouseMode(ModeScale); }},
+         .mode = ModeScale},
         {.row = {.id = "view.zoomIn",
                  .menuText = "Zoom &In",
                  .statusText = "Magnify the selected part of body surface",
@@ -174,7 +199,7 @@ std::span<const ViewCommand> VelmoraView::commands() {
                  .icon = true,
                  .off = emptyModel,
                  .places = {{View, 420}, {GeneralBar, 820}}},
-         .run = [](VelmoraView& v) { v.setMouseMode(ModeZoomIn); }},
+         .mode = ModeZoomIn},
         {.row = {.id = "view.zoomOut",
                  .menuText = "Zoom &Out",
                  .statusText = "Restore zoom",
@@ -183,22 +208,68 @@ std::span<const ViewCommand> VelmoraView::commands() {
                  .off = emptyModel,
                  .places = {{View, 430}, {GeneralBar, 830}}},
          .run = [](VelmoraView& v) { v.zoomOut(); }},
+        {.row = {.id = "view.fitKeepRotation",
+                 .menuText = "Fit and &Keep Rotation",
+                 .statusText = "Fit image to the window and leave the model turned as it is",
+                 .accelerator = "F",
+                 .off = emptyModel,
+                 .follows = "view.fit",
+                 .places = {{View, 442}}},
+         .run = [](VelmoraView& v) { v.fitKeepingRotation(); }},
+        {.row = {.id = "view.fitCaptured",
+                 .menuText = "Fit C&aptured",
+                 .statusText = "Fit what is captured, else zBlock, else the model to the window",
+                 .accelerator = "Shift+F",
+                 .off = emptyModel,
+                 .places = {{View, 444}}},
+         .run = [](VelmoraView& v) { v.fitCaptured(); }},
         {.row = {.id = "view.previous",
                  .menuText = "Pre&vious",
                  .statusText = "Set previous view",
                  .off = [](Doc) { return true; },
-                 .follows = "view.fit",
                  .places = {{View, 450}}},
          .run = [](VelmoraView& v) { v.doc_.ui().showMessage(message::notAvailable); }},
+        {.row = {.id = "view.before",
+                 .menuText = "Vie&w Before",
+                 .statusText = "Go back to where the view stood before it was moved",
+                 .accelerator = "Backspace",
+                 .off = emptyModel,
+                 .places = {{View, 460}}},
+         .run = [](VelmoraView& v) { v.goBack(); }},
         {.row = {.id = "view.surface",
                  .menuText = "&Surface",
                  .statusText = "Draw picture of solid body",
                  .toolTip = "Surface",
+                 .accelerator = "S",
                  .icon = true,
                  .off = emptyModel,
                  .places = {{View, 510}, {GeneralBar, 850}}},
          .run = [](VelmoraView& v) { v.doc_.toggleSurface(); },
          .checked = [](const VelmoraView& v) { return v.doc_.surfaceMode; }},
+        {.row = {.id = "view.edges",
+                 .menuText = "Surface Ed&ges",
+                 .statusText = "Draw the edges of cells and triangles over the surface",
+                 .accelerator = "E",
+                 .off = emptyModel,
+                 .places = {{View, 520}}},
+         .run =
+             [](VelmoraView& v) {
+                 v.edgesShown = !v.edgesShown;
+                 v.repaint();
+             },
+         .checked = [](const VelmoraView& v) { return v.edgesShown; }},
+        {.row = {.id = "view.fillBackFaces",
+                 .menuText = "Fill &Back Faces",
+                 .statusText = "Fill the back of the surface too, in a darker shade",
+                 .accelerator = "B",
+                 .off = emptyModel,
+                 .places = {{View, 530}}},
+         .run =
+             [](VelmoraView& v) {
+                 v.backFacesFilled = !v.backFacesFilled;
+                 v.repaint();
+             },
+         .checked = [](const VelmoraView& v) { return v.backFacesFilled; }},
         {.row = {.id = "view.threeD",
                  .menuText = "3D view",
                  .statusText = "Set 3D view",
@@ -259,13 +330,28 @@ bool VelmoraView::isViewCommandOff(std::string_view id) const {
 
 std::optional<bool> VelmoraView::checkedState(std::string_view id) const {
     const ViewCommand* command = findViewCommand(id);
+    if (command != nullptr && command->mode != ModeNone) {
+        return mouseMode == command->mode;
+    }
     return command != nullptr && command->checked != nullptr ? std::optional(command->checked(*this)) : std::nullopt;
+}
+
+MouseMode VelmoraView::mouseModeOf(std::string_view id) {
+    const ViewCommand* command = findViewCommand(id);
+    return command != nullptr ? command->mode : ModeNone;
 }
 
 bool VelmoraView::runViewCommand(std::string_view id) {
     const ViewCommand* command = findViewCommand(id);
     if (command != nullptr) {
-        command->run(*this);
+        if (!doc_.holdsNothing()) {
+            notePose();
+        }
+        if (command->mode != ModeNone) {
+            setMouseMode(command->mode);
+        } else {
+            command->run(*this);
+        }
     }
     return command != nullptr;
 }

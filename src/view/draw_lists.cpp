@@ -35,14 +35,15 @@ constexpr float capturedPointSize = 6.0F;
 /// Builds the lists of one document state.
 class ListBuilder {
 public:
-    ListBuilder(const DocumentState& document, ModelList memory)
-        : doc_(document), inBlock_(document.blockMask()), curves_(std::move(memory.curves)),
+    ListBuilder(const DocumentState& document, const PatchList& patches, ModelList memory)
+        : doc_(document), patches_(patches), inBlock_(document.blockMask()), curves_(std::move(memory.curves)),
           list_(std::move(memory.list)) {
         list_.clear();
-        curves_.assign(document.patches.size(), {});
+        curves_.assign(patches.size(), {});
     }
 
     ModelList build(int number);
+    DrawList buildPatchesAlone(int number);
 
 private:
     void wire();
@@ -68,6 +69,7 @@ private:
     void pointsOf(const PointList& points, float size, const Colour& colour);
 
     const DocumentState& doc_;
+    const PatchList& patches_; ///< what is drawn as the document's patches
     std::vector<bool> inBlock_;
     std::vector<CurveBatches> curves_;
     DrawList list_;
@@ -75,9 +77,9 @@ private:
 
 template <class Action>
 void ListBuilder::forShownPatches(Action action) const {
-    for (std::int32_t k = 0; k < countOf(doc_.patches); ++k) {
+    for (std::int32_t k = 0; k < countOf(patches_); ++k) {
         if (shown(k)) {
-            action(k, doc_.patches[static_cast<std::size_t>(k)]);
+            action(k, patches_[static_cast<std::size_t>(k)]);
         }
     }
 }
@@ -382,6 +384,19 @@ ModelList ListBuilder::build(int number) {
     return {std::move(list_), std::move(curves_)};
 }
 
+DrawList ListBuilder::buildPatchesAlone(int number) {
+    list_.number = number;
+    if (number == 2) {
+        quadStrips();
+    } else {
+        sections();
+        if (doc_.fileKind == FileKind::Apt) {
+            lines();
+        }
+    }
+    return std::move(list_);
+}
+
 } // namespace
 
 PatchColours::PatchColours(const DocumentState& document)
@@ -433,7 +448,11 @@ int listNumberFor(const DocumentState& document, bool isGrid) {
 }
 
 ModelList buildModelList(const DocumentState& document, int number, ModelList memory) {
-    return ListBuilder(document, std::move(memory)).build(number);
+    return ListBuilder(document, document.patches, std::move(memory)).build(number);
+}
+
+DrawList buildPatchPicture(const DocumentState& document, const PatchList& patches, int number) {
+    return ListBuilder(document, patches, {}).buildPatchesAlone(number);
 }
 
 std::vector<Accent> capturedCurves(const DocumentState& document, const ModelList& model) {

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "DrawList.h"
+#include "PatchList.h"
 
 namespace velmora {
 
@@ -41,6 +42,9 @@ CaptureColours captureColoursOf(const DocumentState& document);
 /// The picture of the document as list `number` but for the captured curve. Linear in the points shown. What stands in
 /// `memory` is thrown away and its memory used again: fetching that anew costs more than filling it.
 ModelList buildModelList(const DocumentState& document, int number, ModelList memory = {});
+
+/// The strips of list 1 or 2 for `patches`, which stand for those of the document in their order: no overlays.
+DrawList buildPatchPicture(const DocumentState& document, const PatchList& patches, int number);
 
 /// The captured section and line, as far as `model`, built from the same geometry, shows them. What it costs does not
 /// grow with the model, but for the sections of the patch.

@@ -48,9 +48,77 @@ Pick pickOf(const DocumentState& document, Pick::Target target, const std::optio
     return pick;
 }
 
-Pick pickNode(const DocumentState& document, ModelIndex& index, const PixelLine& ray) {
+/// Nearer than this to each other, as a fraction of the model's diagonal, surfaces do not hide each other's points.
+constexpr double hidingMargin = 1e-6;
+
+/// Whether surfaces are drawn that hide what lies behind them.
+bool showsSurface(const DocumentState& document) {
+    return document.surfaceMode &&
+           (document.structureKind == StructureKind::Unstructured || document.fileKind == FileKind::Apt);
+}
+
+bool passes(const PickFilter& filter, std::int32_t patch, std::int32_t section, std::int32_t point) {
+    return (filter.patch < 0 || filter.patch == patch) && (filter.section < 0 || filter.section == section) &&
+           (filter.point < 0 || filter.point == point) &&
+           (filter.patches.empty() || filter.patches[static_cast<std::size_t>(patch)]);
+}
+
+/// The point that is meant; see Sight.
+std::optional<NearestPoint> meantPoint(const DocumentState& document, ModelIndex& index, const PixelLine& ray,
+                                       const PickFilter& filter, double limit, Sight sight) {
+    const PatchList& patches = document.patches;
+    const auto nearest = index.patches().nearest(patches, ray, filter);
+    if (sight == Sight::Through || !nearest || !showsSurface(document) ||
+        !index.patches().hides(patches, ray, nearest->position, hidingMargin * modelDiagonal(document))) {
+        return nearest;
+    }
+    const auto cell = index.patches().firstCell(patches, ray);
+    if (!cell) {
+        return nearest;
+    }
+    const LineDistance distanceTo(ray);
+    NearestSearch corners(distanceTo);
+    const Patch& patch = patches[static_cast<std::size_t>(cell->patch)];
+    for (std::int32_t n = cell->section; n <= cell->section + 1; ++n) {
+        for (std::int32_t m = cell->point; m <= cell->point + 1; ++m) {
+            if (passes(filter, cell->patch, n, m)) {
+                corners.look(cell->patch, n, m, patch[static_cast<std::size_t>(n)][static_cast<std::size_t>(m)]);
+            }
+        }
+    }
+    const auto corner = corners.result();
+    return corner && corner->distance <= limit * modelDiagonal(document) ? corner : nearest;
+}
+
+/// The same for the nodes of zones.
+std::optional<NearestPoint> meantNode(const DocumentState& document, ModelIndex& index, const PixelLine& ray,
+                                      const PickFilter& filter, Sight sight) {
+    const zRegion_fe& region = document.feRegion;
+    const auto nearest = index.nodes().nearest(ray, filter);
+    if (sight == Sight::Through || !nearest || !showsSurface(document) ||
+        !index.zones().hides(region, ray, nearest->position, hidingMargin * modelDiagonal(document))) {
+        return nearest;
+    }
+    const auto triangle = index.zones().firstTriangle(region, ray);
+    if (!triangle || !passes(filter, triangle->zone, -1, -1)) {
+        return nearest;
+    }
+    const zBlock_fe& zone = *region.blocks[static_cast<std::size_t>(triangle->zone)];
+    const ZoneCoordinates at = coordinatesOf(zone.variables);
+    const LineDistance distanceTo(ray);
+    NearestSearch corners(distanceTo);
+    for (std::size_t i = 0; i < 3; ++i) {
+        const std::int32_t node = zone.connectivity[4 * triangle->element + i];
+        const auto place = static_cast<std::size_t>(node);
+        corners.look(triangle->zone, -1, node, {at.x->data[place], at.y->data[place], at.z->data[place]});
+    }
+    const auto corner = corners.result();
+    return corner && corner->distance <= pointLimit * modelDiagonal(document) ? corner : nearest;
+}
+
+Pick pickNode(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight) {
     const PickFilter filter = document.capture->freePointArmed ? PickFilter() : blockFilter(document);
-    return pickOf(document, Pick::Target::Node, index.nodes().nearest(ray, filter), pointLimit);
+    return pickOf(document, Pick::Target::Node, meantNode(document, index, ray, filter, sight), pointLimit);
 }
 
 } // namespace
@@ -76,9 +144,9 @@ const Index& ModelIndex::upToDate(Index& index, std::optional<std::uint64_t>& re
     return index;
 }
 
-Pick pickPoint(const DocumentState& document, ModelIndex& index, const PixelLine& ray) {
+Pick pickPoint(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight) {
     if (document.structureKind == StructureKind::Unstructured) {
-        return pickNode(document, index, ray);
+        return pickNode(document, index, ray, sight);
     }
     const CaptureState& capture = *document.capture;
     PickFilter filter = blockFilter(document);
@@ -87,11 +155,12 @@ Pick pickPoint(const DocumentState& document, ModelIndex& index, const PixelLine
         filter.section = capture.sectionCaptured ? capture.capturedSection : -1;
         filter.point = capture.lineCaptured ? capture.capturedLine : -1;
     }
-    return pickOf(document, Pick::Target::Point, index.patches().nearest(document.patches, ray, filter), pointLimit);
+    const auto nearest = meantPoint(document, index, ray, filter, pointLimit, sight);
+    return pickOf(document, Pick::Target::Point, nearest, pointLimit);
 }
 
-Pick pickSection(const DocumentState& document, ModelIndex& index, const PixelLine& ray) {
-    const auto nearest = index.patches().nearest(document.patches, ray, blockFilter(document));
+Pick pickSection(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight) {
+    const auto nearest = meantPoint(document, index, ray, blockFilter(document), sectionLimit, sight);
     Pick pick = pickOf(document, Pick::Target::Section, nearest, sectionLimit);
     if (pick.found) {
         const Patch& patch = document.patches[static_cast<std::size_t>(pick.patch)];
@@ -100,8 +169,8 @@ Pick pickSection(const DocumentState& document, ModelIndex& index, const PixelLi
     return pick;
 }
 
-Pick pickLine(const DocumentState& document, ModelIndex& index, const PixelLine& ray) {
-    const auto nearest = index.patches().nearest(document.patches, ray, blockFilter(document));
+Pick pickLine(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight) {
+    const auto nearest = meantPoint(document, index, ray, blockFilter(document), lineLimit, sight);
     Pick pick = pickOf(document, Pick::Target::Line, nearest, lineLimit);
     if (pick.found) {
         pick.points = countOf(document.patches[static_cast<std::size_t>(pick.patch)]);
@@ -147,6 +216,32 @@ Pick pickPlanePlace(const DocumentState& document, const PixelLine& ray, int pla
     pick.position = ray.nearPoint + (ray.farPoint - ray.nearPoint) * t;
     pick.position.*axis = *point.*axis;
     return pick;
+}
+
+std::optional<Pick> pickCandidate(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight) {
+    const CaptureState& capture = *document.capture;
+    Pick pick;
+    if (capture.pointCaptureArmed || capture.freePointArmed) {
+        pick = pickPoint(document, index, ray, sight);
+    } else if (capture.sectionCaptureArmed) {
+        pick = pickSection(document, index, ray, sight);
+    } else if (capture.lineCaptureArmed) {
+        pick = pickLine(document, index, ray, sight);
+    } else if (capture.patchRemoving) {
+        pick = pickPatch(document, index, ray, Pick::Target::Removal);
+    } else if (capture.patchCaptureArmed) {
+        pick = pickPatch(document, index, ray, Pick::Target::WholePatch);
+    }
+    return pick.found ? std::optional(pick) : std::nullopt;
+}
+
+std::optional<zVec<double>> firstPlace(const DocumentState& document, ModelIndex& index, const PixelLine& ray) {
+    if (document.structureKind == StructureKind::Unstructured) {
+        const auto triangle = index.zones().firstTriangle(document.feRegion, ray);
+        return triangle ? std::optional(triangle->place) : std::nullopt;
+    }
+    const auto cell = index.patches().firstCell(document.patches, ray);
+    return cell ? std::optional(cell->place) : std::nullopt;
 }
 
 } // namespace velmora

@@ -33,14 +33,20 @@ private:
     std::optional<std::uint64_t> nodeRevision_;
 };
 
+/// Whom a pick is for. By number and in scripts the nearest point counts, wherever it lies. A person who looks at a
+/// surface means what is in sight: where the nearest point is hidden by it, the nearest corner of the cell under the
+/// mouse is taken in its place. Only where none of these lies within the pick's limit, or none is let through, the
+/// hidden one is taken after all. Distances, limits and the order among equals are the same for both.
+enum class Sight { Through, SurfaceFirst };
+
 // What each regime finds under a line of sight. They write nothing but the index.
 
 /// The nearest point or node, by the kind of the model, of what the capture lets through.
-Pick pickPoint(const DocumentState& document, ModelIndex& index, const PixelLine& ray);
+Pick pickPoint(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight = Sight::Through);
 /// The section of the nearest point.
-Pick pickSection(const DocumentState& document, ModelIndex& index, const PixelLine& ray);
+Pick pickSection(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight = Sight::Through);
 /// The line of the nearest point.
-Pick pickLine(const DocumentState& document, ModelIndex& index, const PixelLine& ray);
+Pick pickLine(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight = Sight::Through);
 /// The first patch or zone with a hit that no other hides; `target` says what it is looked for.
 Pick pickPatch(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Pick::Target target);
 /// The nearest point of the drag grid.
@@ -48,5 +54,9 @@ Pick pickDragPlace(const DocumentState& document, const PixelLine& ray);
 /// Where the ray meets the coordinate plane `plane` (see DocumentView::principalPlane) through the captured point; with
 /// 0 the place of the pick before.
 Pick pickPlanePlace(const DocumentState& document, const PixelLine& ray, int plane);
+/// What a click would take in the regime that waits for one: none when no regime does, or nothing lies near enough.
+std::optional<Pick> pickCandidate(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight);
+/// Where the line meets the model first; none where it meets nothing.
+std::optional<zVec<double>> firstPlace(const DocumentState& document, ModelIndex& index, const PixelLine& ray);
 
 } // namespace velmora

@@ -26,6 +26,10 @@ bool rotates(int mode) {
 
 void VelmoraView::OnLeftButtonDown(PixelPoint position) {
     const CommandGuard guard(doc_);
+    showCandidate(std::nullopt);
+    if (mouseMode < ModeNone) {
+        notePose();
+    }
     leftButtonDown = true;
     lastMousePos = prevMousePos = position;
     surface().confineCursor(true);
@@ -42,12 +46,14 @@ void VelmoraView::OnLeftButtonDown(PixelPoint position) {
 }
 
 void VelmoraView::OnMouseMove(PixelPoint position) {
+    pointAt(position);
     if (std::abs(position.x - lastMousePos.x) + std::abs(position.y - lastMousePos.y) < moveThreshold) {
         return;
     }
     if (leftButtonDown && mouseMode < ModePoint) {
         stopSpin();
         dragCamera(position);
+        noteMotion();
     } else if (leftButtonDown) {
         const CommandGuard guard(doc_);
         dragRegime(position);
@@ -92,6 +98,7 @@ void VelmoraView::OnLeftButtonUp(PixelPoint position) {
 }
 
 void VelmoraView::OnTimer() {
+    noteMotion();
     RenderScene();
     repaint();
 }

@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "camera.h"
-#include "line_triangle_strict.h"
 #include "vectors.h"
 
 namespace velmora {
@@ -60,6 +59,37 @@ PickBox PickExtent::boxOfBoxes() const {
     box.half = (upper_ - lower_) * (0.5 + roundingMargin);
     box.radius = lengthOf(box.half);
     return box;
+}
+
+namespace {
+
+/// The fourth powers of larger numbers overflow.
+constexpr double largestPlain = 1e60;
+
+double largestOf(const Vec& v) {
+    return std::max({std::abs(v.x), std::abs(v.y), std::abs(v.z)});
+}
+
+/// What brings a vast number near to 1, exactly; 1 for others.
+double scaleFor(double largest) {
+    return largest > largestPlain && std::isfinite(largest) ? std::ldexp(1.0, -std::ilogb(largest)) : 1.0;
+}
+
+} // namespace
+
+Vec sightDirection(const Vec& nearPoint, const Vec& farPoint) {
+    const Vec direction = farPoint - nearPoint;
+    return direction * scaleFor(largestOf(direction));
+}
+
+TriangleHit sightHitsTriangle(const TriangleCorners& t, const Vec& direction, const Vec& origin) {
+    const double scale = scaleFor(std::max({largestOf(*t.a), largestOf(*t.b), largestOf(*t.c)}));
+    if (scale == 1.0) {
+        return LineHitsTriangle(*t.a, *t.b, *t.c, direction, origin);
+    }
+    TriangleHit hit = LineHitsTriangle(*t.a * scale, *t.b * scale, *t.c * scale, direction, origin * scale);
+    hit.point = hit.point * (1.0 / scale);
+    return hit;
 }
 
 bool isOddTriangle(const TriangleCorners& t) {

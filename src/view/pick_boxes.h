@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "line_triangle_strict.h"
 #include "zVec.h"
 
 namespace velmora {
@@ -43,6 +44,12 @@ struct TriangleCorners {
     const zVec<double>* b = nullptr;
     const zVec<double>* c = nullptr;
 };
+
+/// The direction of a line of sight, of any length: a vast one is scaled, so that products of it do not overflow.
+zVec<double> sightDirection(const zVec<double>& nearPoint, const zVec<double>& farPoint);
+
+/// LineHitsTriangle; of a vast triangle, whose areas overflow, it is that of the same one scaled by a power of two.
+TriangleHit sightHitsTriangle(const TriangleCorners& t, const zVec<double>& direction, const zVec<double>& origin);
 
 /// A triangle that may be hit outside its box, for what its corners do to the inside test: to be tested by every line.
 bool isOddTriangle(const TriangleCorners& t);

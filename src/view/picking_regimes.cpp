@@ -1,6 +1,7 @@
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "VelmoraView.h"
+#include "held_marks.h"
 #include "messages.h"
 
 namespace velmora {
@@ -104,6 +105,38 @@ void VelmoraView::dragRegime(PixelPoint position) {
     }
 }
 
+// ---- What the mouse points at ---------------------------------------------------------------------------------------
+
+Sight VelmoraView::sight() const {
+    return surface().isWatched() ? Sight::SurfaceFirst : Sight::Through;
+}
+
+/// Marks what a click would take, before the button goes down. It is no capture: neither the document nor its status
+/// text hears of it.
+void VelmoraView::pointAt(PixelPoint position) {
+    if (!surface().isWatched()) {
+        return;
+    }
+    std::optional<Pick> candidate;
+    if (mouseMode >= ModePoint && !leftButtonDown && !doc_.holdsNothing()) {
+        candidate = pickCandidate(doc_, index_, rayThrough(position), sight());
+    }
+    showCandidate(candidate);
+}
+
+void VelmoraView::showCandidate(const std::optional<Pick>& candidate) {
+    if (candidate || candidate_) {
+        surface().showHint(candidate ? candidateText(doc_, *candidate) : std::string());
+        candidate_ = candidate;
+        candidateRevision_ = doc_.geometryRevision();
+        repaint();
+    }
+}
+
+void VelmoraView::OnMouseLeave() {
+    showCandidate(std::nullopt);
+}
+
 // ---- Picks ----------------------------------------------------------------------------------------------------------
 
 PixelLine VelmoraView::rayThrough(PixelPoint position) const {
@@ -116,7 +149,7 @@ Pick VelmoraView::patchUnder(PixelPoint position, Pick::Target target) {
 }
 
 bool VelmoraView::PickPoint(PixelPoint position) {
-    return take(pickPoint(doc_, index_, rayThrough(position)));
+    return take(pickPoint(doc_, index_, rayThrough(position), sight()));
 }
 
 std::int32_t VelmoraView::PickPatch(PixelPoint position) {
@@ -132,13 +165,13 @@ void VelmoraView::PickPlanePoint(PixelPoint position) {
 }
 
 bool VelmoraView::PickSection(PixelPoint position) {
-    const bool found = take(pickSection(doc_, index_, rayThrough(position)));
+    const bool found = take(pickSection(doc_, index_, rayThrough(position), sight()));
     showCurvePick(ModeSection, found ? doc_.capture->sectionStatus : doc_.capture->dragPrompt);
     return found;
 }
 
 bool VelmoraView::PickLine(PixelPoint position) {
-    const bool found = take(pickLine(doc_, index_, rayThrough(position)));
+    const bool found = take(pickLine(doc_, index_, rayThrough(position), sight()));
     showCurvePick(ModeLine, found ? doc_.capture->lineStatus : doc_.capture->dragPrompt);
     return found;
 }

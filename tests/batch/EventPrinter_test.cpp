@@ -87,6 +87,23 @@ TEST(TextEventPrinter, IsSilentAboutAFileThatWasReadWhole) {
     EXPECT_EQ(asText({{"event", "written"}, {"path", "a"}}), "");
 }
 
+TEST(TextEventPrinter, LetsNoNameOfAFileSpeakToTheTerminal) {
+    const std::string name = "\x1b]0;x\x07\nerror: line 1: all lost";
+    const std::string shown = "\\x1b]0;x\\x07\\x0aerror: line 1: all lost";
+    EXPECT_EQ(asText({{"event", "status"}, {"text", name}}), "status: " + shown + '\n');
+    EXPECT_EQ(asText({{"event", "title"}, {"text", name}}), "title: " + shown + '\n');
+    EXPECT_EQ(asText({{"event", "echo"}, {"line", 1}, {"text", name}}), shown + '\n');
+    EXPECT_EQ(asText({{"event", "question"}, {"text", name}, {"answer", "no"}}), "question: " + shown + " -> no\n");
+    const Json read = {{"event", "read"}, {"path", name}, {"complete", false},        {"lossless", false},
+                       {"found", {}},     {"kept", {}},   {"changed", Json::array()}, {"reasons", {name}}};
+    EXPECT_EQ(asText(read), "read: " + shown + ": \n  " + shown + '\n');
+    EXPECT_EQ(asText({{"event", "error"}, {"line", 1}, {"text", "\x1b\x9b"}}), "error: line 1:  \\x9b\n");
+    // Boxes have several lines, as ever.
+    EXPECT_EQ(asText({{"event", "message"}, {"text", "a\n\x1b"}}), "message: a\n\\x1b\n");
+    EXPECT_EQ(asText({{"event", "print"}, {"what", "state"}, {"value", {{"t", "\x1b\x7f"}}}}),
+              "print state: {\"t\":\"\\u001b\\u007f\"}\n");
+}
+
 TEST(TextEventPrinter, IsSilentAboutOtherEvents) {
     EXPECT_EQ(asText({{"event", "done"}, {"line", 1}}), "");
     EXPECT_EQ(asText({{"event", "recent"}, {"path", "x"}}), "");
@@ -97,6 +114,11 @@ TEST(TextEventPrinter, IsSilentAboutOtherEvents) {
 TEST(JsonEventPrinter, WritesOneObjectALineWithMembersInOrder) {
     EXPECT_EQ(asJson({{"event", "question"}, {"text", "a\nb"}, {"answer", "no"}}),
               "{\"event\":\"question\",\"text\":\"a\\nb\",\"answer\":\"no\"}\n");
+}
+
+TEST(JsonEventPrinter, EscapesWhatATerminalWouldObey) {
+    EXPECT_EQ(asJson({{"event", "title"}, {"text", "\x1b\x7f\xc2\x9b"}}),
+              "{\"event\":\"title\",\"text\":\"\\u001b\\u007f\\u009b\"}\n");
 }
 
 TEST(JsonEventPrinter, ReplacesBytesThatAreNoUtf8) {

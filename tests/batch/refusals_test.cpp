@@ -220,7 +220,7 @@ TEST(EventTexts, EscapesOfJsonKeepEveryByte) {
     std::ostringstream out;
     JsonEventPrinter printer(out);
     printer.print({{"event", "status"}, {"text", "a\"b\\c\td\ne\x01\x7f\u00e9/"}});
-    EXPECT_EQ(out.str(), "{\"event\":\"status\",\"text\":\"a\\\"b\\\\c\\td\\ne\\u0001\x7f\u00e9/\"}\n");
+    EXPECT_EQ(out.str(), "{\"event\":\"status\",\"text\":\"a\\\"b\\\\c\\td\\ne\\u0001\\u007f\u00e9/\"}\n");
     EXPECT_EQ(Json::parse(out.str()).at("text"), "a\"b\\c\td\ne\x01\x7f\u00e9/");
 }
 

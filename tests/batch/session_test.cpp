@@ -158,11 +158,23 @@ TEST_F(Session, HelpTopicsTellsWhereTheGuideIs) {
     EXPECT_EQ(event("status").at("text"), "The user guide is shown by the window; --help-commands lists the commands");
 }
 
+TEST_F(Session, KeysAreToldByTheGuide) {
+    must("run help.keys");
+    EXPECT_EQ(event("status").at("text"), "Keys and mouse are the window's; the user guide lists them");
+}
+
 TEST_F(Session, AboutIsAMessage) {
     must("run help.about");
     const std::string text = event("message").at("text").get<std::string>();
     EXPECT_THAT(text, HasSubstr(programVersion()));
     EXPECT_THAT(text, HasSubstr("Physical memory:"));
+}
+
+TEST_F(Session, TheFileReportIsAPanelOfTheWindowAndPointsToPrintRead) {
+    must("run help.fileReport");
+    EXPECT_EQ(event("message").at("text"), "This is a panel of the window. A script has: print read");
+    EXPECT_EQ(event("message").at("severity"), "error");
+    EXPECT_EQ(event("done").at("outcome"), "refused");
 }
 
 TEST_F(Session, TogglesOfTheFrameDoNothing) {

@@ -64,7 +64,7 @@ TEST(CommandTable, GivesEveryCommandATextAndAStatusText) {
 
 TEST(CommandTable, HasAMethodOfTheDocumentForItsCommandsAlone) {
     for (const Command& command : commandTable()) {
-        EXPECT_EQ(command.run != nullptr, command.owner == CommandOwner::Document) << command.id;
+        EXPECT_EQ(static_cast<bool>(command.run), command.owner == CommandOwner::Document) << command.id;
     }
 }
 

@@ -345,7 +345,7 @@ protected:
     void callAllThatAreOff(const std::function<void()>& holdModel) {
         holdModel();
         for (const Command& command : commandTable()) {
-            if (command.run == nullptr || !isCommandOff(doc, command.id) || worksAlways.count(command.id) == 1) {
+            if (!command.run || !isCommandOff(doc, command.id) || worksAlways.count(command.id) == 1) {
                 continue;
             }
             const std::string before = Picture::ofModel(doc);

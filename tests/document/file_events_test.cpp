@@ -717,6 +717,7 @@ TEST_F(Traces, EveryConversionIsDrawnAndCanBeUndoneWithoutANewBox) {
         std::vector<std::pair<std::string, std::string>> fields;
     } steps[] = {
         {"convert.toUnstructured", {}}, {"convert.toSkl", {{"number", "2"}}}, {"convert.toApt", {{"pointCount", "3"}}}};
+    const std::string targets[] = {"dat", "skl", ""}; // back in the file that was opened
     for (const auto& step : steps) {
         SCOPED_TRACE(step.command);
         forget();
@@ -725,7 +726,9 @@ TEST_F(Traces, EveryConversionIsDrawnAndCanBeUndoneWithoutANewBox) {
         EXPECT_THAT(view.calls, Contains("redraw"));
         EXPECT_TRUE(doc.patchUndoReady);
         EXPECT_FALSE(doc.rebuildOnUndo);
-        EXPECT_EQ(doc.status, idle);
+        const std::string& target = targets[&step - steps];
+        EXPECT_EQ(doc.status, target.empty() ? idle : "Save writes " + (folder / ("small." + target)).string());
+        EXPECT_THAT(heard(), Contains(std::string("status: ") + idle)) << "what was captured is gone";
         EXPECT_TRUE(doc.documentModified);
     }
 }

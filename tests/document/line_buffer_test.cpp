@@ -102,7 +102,8 @@ TEST_F(LineBuffer, PasteOfAnotherLengthOnASectionTurnsAptToSkl) {
     call("line.paste");
     EXPECT_EQ(countsOf(doc.patches[0]), (std::vector<std::int32_t>{4, 6, 4}));
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
-    EXPECT_THAT(heard(), ElementsAre(aptNotice, "title: wing.skl"));
+    EXPECT_THAT(heard(),
+                ElementsAre(aptNotice, "title: wing.skl", "status: Save writes " + (folder / "wing.skl").string()));
 }
 
 TEST_F(LineBuffer, PasteOfFewerPointsKeepsTheCapturedPointInsideTheSection) {
@@ -272,7 +273,8 @@ TEST_F(LineBuffer, MergeAppendsItToTheSection) {
     fill({{8, 8, 8}, {9, 9, 9}});
     call("buffer.merge");
     EXPECT_EQ(doc.patches[0][1], (PointList{{0, 1, 0}, {1, 1, 0}, {8, 8, 8}, {9, 9, 9}}));
-    EXPECT_THAT(heard(), ElementsAre(aptNotice, "title: wing.skl"));
+    EXPECT_THAT(heard(),
+                ElementsAre(aptNotice, "title: wing.skl", "status: Save writes " + (folder / "wing.skl").string()));
     EXPECT_EQ(doc.undoPatches, before);
     EXPECT_TRUE(doc.patchUndoReady);
 }
@@ -324,7 +326,8 @@ TEST_F(PartOfSection, PasteAfterDropsWhatFollowsThePoint) {
     EXPECT_EQ(numbers(1), (std::vector<double>{0, 1, 0, 1, 2}));
     EXPECT_EQ(doc.capture->capturedPoint, 1);
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
-    EXPECT_THAT(heard(), ElementsAre("dialog: CBeforeAfter -> ok", "title: wing.skl"));
+    EXPECT_THAT(heard(), ElementsAre("dialog: CBeforeAfter -> ok", "title: wing.skl",
+                                     "status: Save writes " + (folder / "wing.skl").string()));
 }
 
 TEST_F(PartOfSection, PasteBeforeRaisesTheCapturedNumberByOneHoweverLongTheBuffer) {
@@ -388,7 +391,8 @@ TEST_F(PartOfSection, KnifeMeansWhatGoesAway) {
     EXPECT_THAT(heard(),
                 ElementsAre("dialog: CBeforeAfter -> ok", "title: wing.skl",
                             "status: Captured point: (Patch K=1, Section N=1, Point M=2) X=1.000000, Y=0.000000, "
-                            "Z=0.000000 // Press right button to continue "));
+                            "Z=0.000000 // Press right button to continue ",
+                            "status: Save writes " + (folder / "wing.skl").string()));
     take(1, 2);
     choose("1");
     call("point.knifePart");

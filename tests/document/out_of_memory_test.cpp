@@ -5,8 +5,10 @@
 #include <functional>
 #include <new>
 #include <string>
+#include <string_view>
 
 #include "CommandGuard.h"
+#include "command_table.h"
 #include "document_fixture.h"
 
 namespace {
@@ -71,6 +73,11 @@ public:
     void showProgress(double) override {}
     void addRecentFile(const std::filesystem::path&) override {}
 };
+
+/// Runs a command by its row, without a guard of its own.
+void run(VelmoraDoc& doc, std::string_view id) {
+    findCommand(id)->run(doc);
+}
 
 struct Bench {
     TemporaryFolder folder;
@@ -157,52 +164,52 @@ const Work nothing = [](VelmoraDoc&) {};
 void holdFirstSection(VelmoraDoc& doc) {
     doc.dialogs->inputSection.patch = 1;
     doc.dialogs->inputSection.section = 2;
-    doc.InputSection();
+    run(doc, "line.inputSection");
 }
 
 void putIntoBlock(VelmoraDoc& doc) {
     doc.dialogs->inputPatch.number = 2;
-    doc.InputPatch();
+    run(doc, "patch.inputAndAdd");
 }
 
 TEST(OutOfMemory, CommandsOnTheWholeModelLeaveItAsItWas) {
-    expectStrong("Move", nothing, [](VelmoraDoc& doc) { doc.MoveModel(); });
-    expectStrong("Symmetric", nothing, [](VelmoraDoc& doc) { doc.SymmetricModel(); });
-    expectStrong("Flip", holdFirstSection, [](VelmoraDoc& doc) { doc.FlipModel(); });
-    expectStrong("Convertation", holdFirstSection, [](VelmoraDoc& doc) { doc.Convertation(); });
-    expectStrong("Last/First", holdFirstSection, [](VelmoraDoc& doc) { doc.LastFirstSwitch(); });
-    expectStrong("Smooth", nothing, [](VelmoraDoc& doc) { doc.SmoothGeometry(); });
-    expectStrong("Coons", nothing, [](VelmoraDoc& doc) { doc.CoonsRebuild(); });
-    expectStrong("To triangles", holdFirstSection, [](VelmoraDoc& doc) { doc.ConvertToUnstructured(); });
+    expectStrong("Move", nothing, [](VelmoraDoc& doc) { run(doc, "model.move"); });
+    expectStrong("Symmetric", nothing, [](VelmoraDoc& doc) { run(doc, "model.symmetric"); });
+    expectStrong("Flip", holdFirstSection, [](VelmoraDoc& doc) { run(doc, "model.flip"); });
+    expectStrong("Convertation", holdFirstSection, [](VelmoraDoc& doc) { run(doc, "model.convertation"); });
+    expectStrong("Last/First", holdFirstSection, [](VelmoraDoc& doc) { run(doc, "model.lastFirstSwitch"); });
+    expectStrong("Smooth", nothing, [](VelmoraDoc& doc) { run(doc, "model.smooth"); });
+    expectStrong("Coons", nothing, [](VelmoraDoc& doc) { run(doc, "model.coonsRebuild"); });
+    expectStrong("To triangles", holdFirstSection, [](VelmoraDoc& doc) { run(doc, "convert.toUnstructured"); });
 }
 
 TEST(OutOfMemory, CommandsOnSectionsLeaveTheModelAsItWas) {
     expectStrong("Rebreak", holdFirstSection, [](VelmoraDoc& doc) {
         doc.dialogs->rebreak.law.newCount = 40;
-        doc.Rebreak();
+        run(doc, "line.rebreak");
     });
-    expectStrong("Weeding", holdFirstSection, [](VelmoraDoc& doc) { doc.Weeding(); });
+    expectStrong("Weeding", holdFirstSection, [](VelmoraDoc& doc) { run(doc, "line.weeding"); });
     expectStrong("Duplicate", holdFirstSection, [](VelmoraDoc& doc) {
         doc.dialogs->duplicate.duplicateCount = 30;
-        doc.DuplicateCurve();
+        run(doc, "line.duplicate");
     });
-    expectStrong("Delete", holdFirstSection, [](VelmoraDoc& doc) { doc.DeleteCurve(); });
-    expectStrong("Split", holdFirstSection, [](VelmoraDoc& doc) { doc.SplitPatch(); });
-    expectStrong("Interpolate", holdFirstSection, [](VelmoraDoc& doc) { doc.Interpolate(); });
+    expectStrong("Delete", holdFirstSection, [](VelmoraDoc& doc) { run(doc, "line.delete"); });
+    expectStrong("Split", holdFirstSection, [](VelmoraDoc& doc) { run(doc, "line.splitPatch"); });
+    expectStrong("Interpolate", holdFirstSection, [](VelmoraDoc& doc) { run(doc, "line.interpolate"); });
 }
 
 TEST(OutOfMemory, CommandsOnTheBlockLeaveTheModelAsItWas) {
-    expectStrong("Delete", putIntoBlock, [](VelmoraDoc& doc) { doc.DeleteBlock(); });
-    expectStrong("Extract", putIntoBlock, [](VelmoraDoc& doc) { doc.ExtractBlock(); });
-    expectStrong("Reflection", putIntoBlock, [](VelmoraDoc& doc) { doc.ReflectToApt(); });
+    expectStrong("Delete", putIntoBlock, [](VelmoraDoc& doc) { run(doc, "block.delete"); });
+    expectStrong("Extract", putIntoBlock, [](VelmoraDoc& doc) { run(doc, "block.extract"); });
+    expectStrong("Reflection", putIntoBlock, [](VelmoraDoc& doc) { run(doc, "patch.reflection"); });
 }
 
 TEST(OutOfMemory, OpenAndUndoLeaveTheModelAsItWas) {
     expectStrong("Open", holdFirstSection, [](VelmoraDoc& doc) { doc.openFiles(); });
     expectStrong(
-        "Undo", [](VelmoraDoc& doc) { doc.MoveModel(); }, [](VelmoraDoc& doc) { doc.UndoPatch(); });
+        "Undo", [](VelmoraDoc& doc) { run(doc, "model.move"); }, [](VelmoraDoc& doc) { doc.UndoPatch(); });
     expectStrong(
-        "Undo of a conversion", [](VelmoraDoc& doc) { doc.ConvertToUnstructured(); },
+        "Undo of a conversion", [](VelmoraDoc& doc) { run(doc, "convert.toUnstructured"); },
         [](VelmoraDoc& doc) { doc.UndoPatch(); });
 }
 
@@ -213,7 +220,7 @@ TEST(OutOfMemory, AGuardWithinAGuardPutsTheModelBackOnce) {
         const CommandGuard outer(bench.doc);
         const CommandGuard inner(bench.doc);
         bench.doc.dialogs->move.deltaX = 3;
-        bench.doc.MoveModel();
+        run(bench.doc, "model.move");
         ASSERT_NE(bench.doc.patches, before.patches);
         throw std::bad_alloc();
     } catch (const std::bad_alloc&) {
@@ -227,7 +234,7 @@ TEST(OutOfMemory, WithoutAnExceptionTheGuardChangesNothing) {
     {
         const CommandGuard guard(bench.doc);
         bench.doc.dialogs->move.deltaX = 3;
-        bench.doc.MoveModel();
+        run(bench.doc, "model.move");
     }
     EXPECT_NE(bench.doc.patches, before);
     EXPECT_TRUE(bench.doc.patchUndoReady);

@@ -154,7 +154,8 @@ TEST_F(RebreakSection, WithAnotherCountTurnsAnAptModelIntoSklWithItsTitle) {
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.skl");
     EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.skl");
-    EXPECT_THAT(heard(), ElementsAre("dialog: CRebreak -> ok", "title: wing.skl"));
+    EXPECT_THAT(heard(), ElementsAre("dialog: CRebreak -> ok", "title: wing.skl",
+                                     "status: Save writes " + (folder / "wing.skl").string()));
 }
 
 TEST_F(RebreakSection, UndoneRestoresKindTitleAndViewWithoutANewBox) {

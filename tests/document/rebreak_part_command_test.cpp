@@ -223,7 +223,8 @@ TEST_F(RebreakPart, BeforeMovesTheNumberOfThePointWithItsPlace) {
     EXPECT_EQ(doc.capture->savedPoint, 4);
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.skl");
-    EXPECT_THAT(heard(), ElementsAre("dialog: CRebreakPart -> ok", "title: wing.skl"));
+    EXPECT_THAT(heard(), ElementsAre("dialog: CRebreakPart -> ok", "title: wing.skl",
+                                     "status: Save writes " + (folder / "wing.skl").string()));
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set section", "set point"));
 }
 
@@ -392,13 +393,15 @@ TEST_F(RebreakPart, ItsTwoMessagesComeInTheOrderOfTheSections) {
             patch[flat][m] = patch[flat][0];
         }
         hold({patch});
+        doc.status = idlePrompt;
         captureOnSection(flat == 1 ? 0 : 1, 4);
         // Two steps over a length of 4 never end on a step of 1 with the last one the longer.
         rebreakPart({{"regime", "2"}, {"style", "2"}, {"compression", "4"}, {"newCount", "3"}});
         const std::string ofFlat =
             "message: Line  " + std::to_string(flat + 1) + "  is of zero length. APT may be violated";
         EXPECT_THAT(heard(), testing::ElementsAre("dialog: CRebreakPart -> ok", flat == 0 ? ofFlat : unfitted,
-                                                  flat == 0 ? unfitted : ofFlat, testing::StartsWith("title: ")))
+                                                  flat == 0 ? unfitted : ofFlat, testing::StartsWith("title: "),
+                                                  testing::StartsWith("status: Save writes ")))
             << flat;
     }
 }

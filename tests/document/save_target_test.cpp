@@ -6,6 +6,7 @@
 
 #include "CommandTest.h"
 #include "file_texts.h"
+#include "rescue_format.h"
 
 namespace velmora::test {
 
@@ -210,6 +211,37 @@ TEST_P(SaveTarget, IsNamedInTheStatusLineWhereItIsNotTheFileThatWasOpened) {
     EXPECT_EQ(doc.status, opened ? "before" : "Save writes " + target().string());
 }
 
+TEST_F(CommandTest, WhereSaveWritesIsToldRightAfterEachChangeOfKind) {
+    doc.onOpenDocument(file("wing.apt", aptText({flatPatch(3, 3)})));
+    forget();
+    run("convert.toUnstructured");
+    EXPECT_EQ(doc.status, "Save writes " + (folder / "wing.dat").string());
+    runWith("convert.toSkl", {{"number", "4"}});
+    EXPECT_EQ(doc.status, "Save writes " + (folder / "wing.skl").string());
+    forget();
+    run("view.fit");
+    EXPECT_THAT(heard(), IsEmpty()) << "what did not change is not told again";
+    runWith("convert.toApt", {});
+    EXPECT_EQ(doc.status, "For Help, press F1") << "it is the file that was opened again";
+}
+
+TEST_F(CommandTest, AnEditThatMakesLinesOfAGridTellsWhereTheyGo) {
+    doc.onOpenDocument(file("wing.apt", aptText({flatPatch(3, 4)})));
+    runWith("line.inputSection", {{"patch", "1"}, {"section", "2"}});
+    forget();
+    runWith("line.rebreak", {{"newCount", "7"}});
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
+    EXPECT_EQ(ui.count("status: Save writes " + (folder / "wing.skl").string()), 1U);
+    EXPECT_EQ(doc.status, "Save writes " + (folder / "wing.skl").string());
+    run("view.fit");
+    EXPECT_THAT(doc.status, testing::HasSubstr("Section N=2, Points M=7")) << "until the next command";
+    runWith("line.rebreak", {{"newCount", "9"}});
+    EXPECT_THAT(doc.status, testing::HasSubstr("Section N=2, Points M=9"));
+    run("patch.undo");
+    EXPECT_EQ(doc.fileKind, FileKind::Skl);
+    EXPECT_THAT(doc.status, testing::Not(testing::HasSubstr("Save writes")));
+}
+
 TEST_F(CommandTest, AnEmptyModelIsNeverWritten) {
     doc.onOpenDocument(file("wing.apt", aptText({flatPatch(2, 2)})));
     const std::string before = fileText(folder / "wing.apt");
@@ -269,6 +301,26 @@ TEST_F(CommandTest, AChooserThatAsksByItselfIsNotAskedAgainForTheSameReason) {
     forget();
     doc.saveModel();
     EXPECT_THAT(heard(), ElementsAre("question: hull.apt was not opened or saved here. Overwrite it? -> no"));
+}
+
+TEST_F(CommandTest, ARescuedImportedModelIsStillInNoFileAndSaveHitsNone) {
+    const fs::path foreign = file("Untitled.dat", "somebody's");
+    ui.files.push_back({file("box.off", "OFF\n3 1 0\n0 0 0\n1 0 0\n0 1 0\n3 0 1 2\n")});
+    runWith("file.import", {});
+    ASSERT_TRUE(doc.modelFile.imported);
+    auto copy = decodeRescue(doc.rescueBytes());
+    ASSERT_TRUE(copy);
+    RecordingUi person;
+    VelmoraDoc other(person, folder.path());
+    other.onNewDocument();
+    other.takeRescued(std::move(*copy));
+    EXPECT_TRUE(other.documentModified);
+    EXPECT_TRUE(other.modelFile.imported);
+    person.transcript.clear();
+    other.saveModel();
+    EXPECT_EQ(person.transcript, Lines{"chooser: Save As -> 0"});
+    EXPECT_EQ(fileText(foreign), "somebody's");
+    EXPECT_TRUE(other.documentModified);
 }
 
 } // namespace velmora::test

@@ -240,8 +240,8 @@ TEST_F(SectionCommand, SymmetricDoublesTheSectionAndMakesLinesOfTheGrid) {
     EXPECT_EQ(doc.patches[0][1][10], (Vec{9, 1, 2}));
     EXPECT_EQ(doc.patches[0][1][19], (Vec{0, 1, 2}));
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
-    EXPECT_THAT(heard(),
-                ElementsAre("dialog: CSymmetricBlock -> ok", "message: APT format may be violated", "title: wing.skl"));
+    EXPECT_THAT(heard(), ElementsAre("dialog: CSymmetricBlock -> ok", "message: APT format may be violated",
+                                     "title: wing.skl", "status: Save writes " + (folder / "wing.skl").string()));
     expectSnapshotOf(before);
 }
 
@@ -391,7 +391,8 @@ TEST_F(Halving, MakesLinesOfAGridAndIsUndone) {
     captureSection(0, 1);
     run("line.knife", {{"choice", "2"}});
     EXPECT_EQ(countsOf(doc.patches[0]), (Counts{7, 4, 7}));
-    EXPECT_THAT(heard(), ElementsAre("dialog: CBeforeAfter -> ok", "title: wing.skl"));
+    EXPECT_THAT(heard(), ElementsAre("dialog: CBeforeAfter -> ok", "title: wing.skl",
+                                     "status: Save writes " + (folder / "wing.skl").string()));
     expectSnapshotOf(before);
     call("patch.undo");
     EXPECT_EQ(doc.patches, before);
@@ -503,7 +504,7 @@ TEST_F(DeletingCurves, ThatMakesLinesEqualMakesAGridOfThem) {
     captureSection(0, 2);
     call("line.delete");
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
-    EXPECT_THAT(heard(), ElementsAre("title: wing.apt"));
+    EXPECT_THAT(heard(), ElementsAre("title: wing.apt", "status: Save writes " + (folder / "wing.apt").string()));
 }
 
 TEST_F(DeletingCurves, TakesTheLinesPointOutOfEachSection) {

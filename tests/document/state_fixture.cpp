@@ -26,7 +26,7 @@ void StateTest::runWith(const std::string& id, const std::vector<std::pair<std::
 void StateTest::call(const std::string& id) {
     const Command* command = findCommand(id);
     ASSERT_NE(command, nullptr) << id;
-    ASSERT_NE(command->run, nullptr) << id;
+    ASSERT_TRUE(command->run) << id;
     document_->runCommand(command->run);
 }
 

@@ -367,6 +367,71 @@ TEST_F(SaveZones, GridThatCannotBeWrittenAsSurfaceStaysAGrid) {
     EXPECT_EQ(doc.patches.size(), 1U);
 }
 
+TEST_F(SaveZones, AGridWithoutAnySurfaceIsNotSavedAsTrianglesAndTheFileStays) {
+    for (const PatchList& model : {PatchList{flatPatch(3, 1)}, PatchList{flatPatch(2, 1), flatPatch(4, 1)}}) {
+        open("w.apt", aptText(model));
+        doc.documentModified = true;
+        for (const std::string extension : {"stl", "wrl"}) {
+            const std::string before = fileText(file("out." + extension, "what was there"));
+            forget();
+            saveAs("out." + extension);
+            EXPECT_THAT(heard(),
+                        ElementsAre("chooser: Save As -> 1", "message: This model cannot be saved as " + extension))
+                << "nothing is asked before";
+            EXPECT_EQ(fileText(folder / ("out." + extension)), before);
+            expectKinds(StructureKind::Structured, FileKind::Apt);
+            EXPECT_EQ(doc.patches, model);
+            EXPECT_TRUE(doc.documentModified);
+            EXPECT_EQ(doc.saveTarget(), folder / "w.apt");
+        }
+    }
+}
+
+TEST_F(SaveZones, WarnsBeforeItWritesWhenTheDigitsOfTheFileMovePoints) {
+    // The radius is near 1: six digits of 1000.0004 are 1000, four ten-thousandths away.
+    open("w.apt", "2 2\n1000.0004 0 0\n1001 0 0\n1000 1 0\n1001 1 0\n");
+    for (const char* name : {"a.stl", "b.wrl"}) {
+        forget();
+        saveAs(name);
+        const Lines lines = heard();
+        ASSERT_GE(lines.size(), 2U);
+        EXPECT_THAT(lines[1], StartsWith("message: With 6 digits points move by up to 0.0004")) << name;
+        doc.UndoPatch();
+    }
+}
+
+TEST_F(SaveZones, WarnsOfTheDigitsAtEachSaveOfTriangles) {
+    open("a.dat", std::string(header) + triangleZoneText);
+    doc.feRegion.blocks[0]->variables[0]->data[0] = 0.123456789;
+    saveAs("a.stl");
+    forget();
+    doc.saveModel();
+    EXPECT_THAT(heard(), testing::Not(Contains(StartsWith("message: With")))) << "2e-7 is less than 1e-5 of the radius";
+    doc.feRegion.blocks[0]->variables[0]->data[0] = 100.00049;
+    forget();
+    doc.saveModel();
+    EXPECT_THAT(heard(), Contains(StartsWith("message: With 6 digits points move by up to 0.00049")));
+}
+
+TEST_F(SaveZones, WarnsOfTheSixteenDigitsOfDatWhereTheyDoNotSuffice) {
+    // Neighbouring doubles near 9e15 are 1 apart, and sixteen digits tell each of them.
+    open("w.apt", "2 2\n9000000000000001 0 0\n9000000000000002 0 0\n9000000000000001 1 0\n9000000000000002 1 0\n");
+    forget();
+    saveAs("a.dat");
+    EXPECT_THAT(heard(), testing::Not(Contains(StartsWith("message: With"))));
+    // Above 1e16 the seventeenth digit is needed: 10000000000100004 is written as 1.00000000001e+16.
+    const std::string x[] = {"10000000000000002", "10000000000100004"};
+    open("v.apt", "2 2\n" + x[0] + " 0 0\n" + x[1] + " 0 0\n" + x[0] + " 100000 0\n" + x[1] + " 100000 0\n");
+    forget();
+    saveAs("b.dat");
+    EXPECT_THAT(heard(), Contains("message: With 16 digits points move by up to 4"));
+    EXPECT_TRUE(std::filesystem::exists(folder / "b.dat"));
+    forget();
+    saveAs("b.apt");
+    EXPECT_THAT(heard(), testing::Not(Contains(StartsWith("message: With"))))
+        << "seventeen digits give each double back";
+}
+
 TEST_F(SaveZones, ModelWithoutPatchesIsNothingToSave) {
     open("w.apt", aptText({flatPatch(2, 3)}));
     doc.patches.clear();
@@ -380,7 +445,7 @@ TEST_F(SaveZones, ModelWithoutPatchesIsNothingToSave) {
 TEST_F(SaveZones, ConversionMakesZonesOfThePatches) {
     open("w.apt", aptText({flatPatch(2, 3), flatPatch(3, 1), flatPatch(3, 3)}));
     captureSection(0, 1);
-    doc.ConvertToUnstructured();
+    call("convert.toUnstructured");
     expectKinds(StructureKind::Unstructured, FileKind::None);
     EXPECT_THAT(zoneTitles(), ElementsAre("Patch___0", "Patch___2"));
     EXPECT_EQ(doc.feRegion.blocks[0]->nodeCount, 6);

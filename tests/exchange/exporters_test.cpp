@@ -112,7 +112,7 @@ TEST_F(Exporters, PlyIsOneMesh) {
     single.doublePrecision = false;
     const std::string bytes = write(twoZones(), "a.ply", single);
     EXPECT_NE(bytes.find("property float x\n"), std::string::npos);
-    EXPECT_EQ(bytes.size(), wanted.text.size() - 3 * 1 - 18 * 4); // "float" is a letter shorter than "double"
+    EXPECT_EQ(bytes.size(), wanted.text.size() - 3 - std::size_t{18} * 4); // "float" is a letter shorter than "double"
 }
 
 TEST_F(Exporters, VrmlHasANamedShapeForEachZone) {
@@ -147,7 +147,7 @@ TEST_F(Exporters, BinaryPlot3dIsInRecords) {
     EXPECT_EQ(write(twoGrids(), "a.p3d"), wanted.text);
     ExportOptions single;
     single.doublePrecision = false;
-    EXPECT_EQ(write(twoGrids(), "a.p3d", single).size(), wanted.text.size() - 30 * 4);
+    EXPECT_EQ(write(twoGrids(), "a.p3d", single).size(), wanted.text.size() - std::size_t{30} * 4);
 }
 
 TEST_F(Exporters, TecplotKeepsGridsAsGrids) {

@@ -244,7 +244,7 @@ def compare_grids(what, wanted, found, single):
             raise Failure(f"{what}:\n wanted {flat.tolist()}\n found  {points.tolist()}")
 
 
-# Name of the file, options of Export, the other reader, its name, and whether the numbers come back in single precision.
+# Name of the file, options of Export, the other reader, its name, whether the numbers come back in single precision.
 TRIANGLE_FILES = [
     ("binary.stl", "", by_meshio, "meshio", True),
     ("binary.stl", "", by_vtk(stl_reader), "VTK", True),

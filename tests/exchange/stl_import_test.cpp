@@ -77,9 +77,8 @@ TEST(StlImport, EverySpellingOfTheKeywordsIsTaken) {
              "solid a\nfacet normal 0 0 1 outerloop " + body + "end loop end facet end solid a\n",
              "solid a\nfacet " + body + "endfacet\nendsolid\n",
              "solid a\nfacet normal nan nan nan outer loop " + body + "endloop endfacet endsolid a\n",
-             "solid a\nfacet normal 1.#QNAN 0 x outer loop vertex 0.0,0D0,0e0 vertex +1. 0 0 vertex 0 1.0E+00 0 "
-             "endloop "
-             "endfacet\nendsolid"}) {
+             "solid a\nfacet normal 1.#QNAN 0 x outer loop vertex 0.0,0D0,0e0 vertex +1. 0 0 " +
+                 std::string("vertex 0 1.0E+00 0 endloop endfacet\nendsolid")}) {
         const Imported file = read(text);
         EXPECT_THAT(test::cornersOf(file.model), ElementsAre(first)) << text;
         EXPECT_TRUE(file.record.complete) << text;

@@ -312,7 +312,7 @@ TEST_F(TextStreamTest, APipeAndADeviceAreRefusedAsTheyMayNeverEnd) {
 
 TEST(TextStreamProgress, IsToldByBlocksNeverFallingAndNotTooOften) {
     const test::TemporaryFolder folder;
-    const auto path = test::writeFileText(folder / "a.txt", std::string(64 * 1000, 'x'));
+    const auto path = test::writeFileText(folder / "a.txt", std::string(std::size_t{64} * 1000, 'x'));
     TextStream stream(path, 64);
     std::vector<double> told;
     stream.reportTo([&told](double fraction) { told.push_back(fraction); }, 0.5, 1.0);
@@ -327,11 +327,11 @@ TEST(TextStreamProgress, IsToldByBlocksNeverFallingAndNotTooOften) {
 
 TEST(TextStreamProgress, DoesNotFallWhenSomethingIsReadAgain) {
     const test::TemporaryFolder folder;
-    const auto path = test::writeFileText(folder / "a.txt", std::string(64 * 100, 'x'));
+    const auto path = test::writeFileText(folder / "a.txt", std::string(std::size_t{64} * 100, 'x'));
     TextStream stream(path, 64);
     std::vector<double> told;
     stream.reportTo([&told](double fraction) { told.push_back(fraction); });
-    while (stream.tell() < 64 * 50) {
+    while (stream.tell() < std::int64_t{64} * 50) {
         stream.get();
     }
     stream.seek(0);

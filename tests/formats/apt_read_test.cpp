@@ -276,19 +276,19 @@ TEST_F(AptReaderTest, HugeHeadersWithoutThePointsTakeNoMemory) {
 }
 
 TEST_F(AptReaderTest, MoreBareSectionsThanTheLimitAreAHeaderFaultOfTheSecondPass) {
-    for (const char* const bad : {"2000000000 0", "2412001 -3", "2147483647 -2147483648"}) {
+    for (const char* const bad : {"2000000000 0", "100001 -3", "2147483647 -2147483648"}) {
         read("1 1\n1 2 3\n" + std::string(bad) + "\n");
         expectFaults({{header, 2, 2}});
         EXPECT_TRUE(result_.firstPassEnded);
         EXPECT_EQ(patches_.size(), 1U);
     }
-    read("2412000 0\n");
+    read("100000 0\n");
     expectQuietEnd();
-    EXPECT_THAT(test::shapeOf(patches_), ElementsAre(Pair(2412000, 0)));
+    EXPECT_THAT(test::shapeOf(patches_), ElementsAre(Pair(100000, 0)));
 }
 
 TEST_F(AptReaderTest, BareSectionsOfAllHeadersCountTogether) {
-    read("2000000 0\n400000 0\n12000 0\n1 0\n");
+    read("80000 0\n15000 0\n5000 0\n1 0\n");
     expectFaults({{header, 4, 2}});
     EXPECT_EQ(patches_.size(), 3U);
 }

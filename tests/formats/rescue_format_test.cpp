@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <bit>
 #include <cmath>
-#include <cstring>
+#include <cstdint>
 #include <limits>
 
 #include "small_models.h"
@@ -19,7 +21,7 @@ PatchList oddPatches() {
 }
 
 std::string encoded(const PatchList& patches, const zRegion_fe& zones = {}) {
-    return encodeRescue("/a/My Wing.apt", "my wing.apt", patches, zones, {}, {});
+    return encodeRescue("/a/My Wing.apt", "my wing.apt", false, patches, zones, {}, {});
 }
 
 /// Equal to the last bit, numbers that are none among them.
@@ -36,9 +38,11 @@ bool sameBits(const PatchList& a, const PatchList& b) {
                 return false;
             }
             for (std::size_t m = 0; m < a[k][n].size(); ++m) {
-                const double left[] = {a[k][n][m].x, a[k][n][m].y, a[k][n][m].z};
-                const double right[] = {b[k][n][m].x, b[k][n][m].y, b[k][n][m].z};
-                if (std::memcmp(left, right, sizeof left) != 0) {
+                const auto bits = [](const zVec<double>& p) {
+                    return std::array{std::bit_cast<std::uint64_t>(p.x), std::bit_cast<std::uint64_t>(p.y),
+                                      std::bit_cast<std::uint64_t>(p.z)};
+                };
+                if (bits(a[k][n][m]) != bits(b[k][n][m])) {
                     return false;
                 }
             }
@@ -99,7 +103,7 @@ TEST(RescueFormat, BringsZonesBack) {
 TEST(RescueFormat, BringsFieldValuesBack) {
     const PatchList grid = {test::flatPatch(2, 3)};
     const RescuedField field{true, true, 2, "TITLE = \"a\"", "VARIABLES = x y z p q"};
-    const auto model = decodeRescue(encodeRescue("/f.dat", "f.dat", grid, {}, oddPatches(), field));
+    const auto model = decodeRescue(encodeRescue("/f.dat", "f.dat", false, grid, {}, oddPatches(), field));
     ASSERT_TRUE(model);
     EXPECT_TRUE(sameBits(model->fieldPatches, oddPatches()));
     EXPECT_TRUE(model->field.loaded && model->field.mode);
@@ -129,6 +133,28 @@ TEST(RescueFormat, DamagedBytesEndInAModelOrNone) {
             }
         }
     }
+}
+
+TEST(RescueFormat, KnowsAModelThatIsInNoFileOfItsOwn) {
+    const auto imported = decodeRescue(encodeRescue("/d/Untitled.apt", "Untitled.apt", true, oddPatches(), {}, {}, {}));
+    ASSERT_TRUE(imported);
+    EXPECT_TRUE(imported->imported);
+    EXPECT_FALSE(decodeRescue(encoded(oddPatches()))->imported);
+}
+
+TEST(RescueFormat, ReadsCopiesOfTheProgramBefore) {
+    std::string bytes = encoded(oddPatches());
+    // Title, path and the first line stand in front of the byte that is new.
+    const std::size_t flag =
+        std::strlen("Velmora rescue 2\n") + 8 + std::strlen("/a/My Wing.apt") + 8 + std::strlen("my wing.apt");
+    bytes.erase(flag, 1);
+    EXPECT_FALSE(decodeRescue(bytes));
+    bytes[std::strlen("Velmora rescue ")] = '1';
+    const auto model = decodeRescue(bytes);
+    ASSERT_TRUE(model);
+    EXPECT_FALSE(model->imported);
+    EXPECT_EQ(model->path, "/a/My Wing.apt");
+    EXPECT_TRUE(sameBits(model->patches, oddPatches()));
 }
 
 } // namespace

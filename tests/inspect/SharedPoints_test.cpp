@@ -6,6 +6,18 @@
 
 namespace velmora::test {
 
+namespace {
+
+/// Of ten by ten by ten points, along x first.
+zVec<double> pointOfLattice(int i) {
+    const int column = i % 10;
+    const int row = i / 10 % 10;
+    const int layer = i / 100;
+    return {1.0 * column, 1.0 * row, 0.1 * layer};
+}
+
+} // namespace
+
 TEST(SharedPoints, EqualCoordinatesHaveOneNumber) {
     SharedPoints points;
     EXPECT_EQ(points.numberOf({1, 2, 3}), 0);
@@ -40,12 +52,10 @@ TEST(SharedPoints, GrowsBeyondWhatWasExpected) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     points.numberOf({nan, 0, 0});
     for (int i = 0; i < 1000; ++i) {
-        ASSERT_EQ(points.numberOf({static_cast<double>(i % 10), static_cast<double>(i / 10 % 10), 0.1 * (i / 100)}),
-                  i + 1);
+        ASSERT_EQ(points.numberOf(pointOfLattice(i)), i + 1);
     }
     for (int i = 0; i < 1000; ++i) {
-        ASSERT_EQ(points.numberOf({static_cast<double>(i % 10), static_cast<double>(i / 10 % 10), 0.1 * (i / 100)}),
-                  i + 1);
+        ASSERT_EQ(points.numberOf(pointOfLattice(i)), i + 1);
     }
     EXPECT_EQ(points.count(), 1001);
 }

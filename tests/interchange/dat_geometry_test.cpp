@@ -34,7 +34,8 @@ std::unique_ptr<zBlock> numberedZone(std::int32_t imax, std::int32_t jmax, doubl
         const char key = name.size() == 1 ? static_cast<char>(name[0] | 0x20) : ' ';
         for (std::size_t n = 0; n < field.data.size(); ++n) {
             const auto index = static_cast<std::int32_t>(n);
-            field.data[n] = key == 'x' ? index / imax : key == 'y' ? index % imax : key == 'z' ? number : 99.0;
+            const std::int32_t row = index / imax;
+            field.data[n] = key == 'x' ? row : key == 'y' ? index % imax : key == 'z' ? number : 99.0;
         }
     }
     return zone;
@@ -295,7 +296,7 @@ TEST_F(DatLimitTest, TheRowThatReachesTheLimitIsTheLastOfItsZoneAndOfLaterZonesT
     // 12 zones have 780 rows; 63 more are within the limit and the 64th reaches it.
     EXPECT_THAT(test::shapeOf({result.patches.begin() + 611, result.patches.end()}),
                 ElementsAre(Pair(65, 60), Pair(64, 60), Pair(1, 60), Pair(1, 60)));
-    EXPECT_EQ(result.pointsKept, before + 780 * 60 + 64 * 60 + 2 * 60);
+    EXPECT_EQ(result.pointsKept, before + std::int64_t{780 + 64 + 2} * 60);
     EXPECT_TRUE(result.cutAtLimit);
     EXPECT_TRUE(test::sameModel(result.patches, reference::thinnedZones(region_)));
 }

@@ -199,7 +199,7 @@ TEST_F(Interchange, EveryFormatTellsItsProgressInReadingAndWriting) {
         }
     }
     for (std::int32_t i = 0; i < 3 * triangles; ++i) {
-        zone->connectivity[static_cast<std::size_t>(i / 3 * 4 + i % 3)] = i;
+        zone->connectivity[static_cast<std::size_t>(i / 3) * 4 + static_cast<std::size_t>(i % 3)] = i;
     }
     unstructured_.blocks.push_back(std::move(zone));
     for (const char* name : {"a.dat", "a.stl", "a.wrl"}) {

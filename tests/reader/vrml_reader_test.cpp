@@ -119,6 +119,14 @@ TEST_F(VrmlReader, OtherFilesAreReadInTheFolderAlone) {
     EXPECT_EQ(withFile("../secret.wrl"), ImportOutcome::Failed);
 }
 
+TEST_F(VrmlReader, AFileMayBeALinkToElsewhere) {
+    std::filesystem::create_directories(folder_ / "far");
+    test::writeFileText(folder_ / "far/a.wrl", "#VRML V2.0 utf8\nShape { geometry " + triangle + " }");
+    std::filesystem::create_directories(folder_ / "own");
+    std::filesystem::create_symlink(folder_ / "far/a.wrl", folder_ / "own/link.wrl");
+    EXPECT_EQ(read(folder_ / "own/link.wrl"), ImportOutcome::Done);
+}
+
 // ---- Bad files ------------------------------------------------------------------------------------------------------
 
 TEST_F(VrmlReader, AFileThatMakesTheLibraryFailIsTold) {

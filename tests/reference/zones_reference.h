@@ -12,7 +12,7 @@ namespace velmora::reference {
 inline PatchList thinnedZones(const zRegion& region) {
     std::int64_t total = 0;
     for (const auto& zone : region.blocks) {
-        total += zone->imax * zone->jmax;
+        total += std::int64_t{zone->imax} * zone->jmax;
     }
     std::int64_t factor = total / 2010000;
     factor += total - factor * 2010000 > 201000 ? 1 : 0;

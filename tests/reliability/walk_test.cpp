@@ -73,7 +73,7 @@ protected:
         const auto commands = commandTable();
         const Command& command = commands[static_cast<std::size_t>(pick(static_cast<int>(commands.size())))];
         const std::string id = command.id;
-        if (command.run == nullptr || isCommandOff(doc, id) || id.starts_with("file.")) {
+        if (!command.run || isCommandOff(doc, id) || id.starts_with("file.")) {
             return;
         }
         ui.answers = {true, true};

@@ -24,7 +24,9 @@ public:
 
     void exit() override { calls.emplace_back("exit"); }
     void showGuide() override { calls.emplace_back("guide"); }
+    void showKeys() override { calls.emplace_back("keys"); }
     void showAbout() override { calls.emplace_back("about"); }
+    void toggleFileReport() override { calls.emplace_back("file report"); }
     void toggleToolBars() override { calls.emplace_back("tool bars"); }
     void toggleStatusBar() override { calls.emplace_back("status bar"); }
 };
@@ -80,10 +82,29 @@ TEST_F(SessionTest, EveryShellCommandOfTheTableIsCarriedOut) {
 }
 
 TEST_F(SessionTest, EachShellCommandDoesItsOwn) {
-    for (const char* id : {"file.exit", "view.toolbar", "view.statusBar", "help.topics", "help.about"}) {
+    for (const char* id :
+         {"file.exit", "view.toolbar", "view.statusBar", "help.topics", "help.keys", "help.fileReport", "help.about"}) {
         run(id);
     }
-    EXPECT_THAT(shell.calls, ElementsAre("exit", "tool bars", "status bar", "guide", "about"));
+    EXPECT_THAT(shell.calls, ElementsAre("exit", "tool bars", "status bar", "guide", "keys", "file report", "about"));
+}
+
+TEST_F(SessionTest, WhatCameOfTheFilesStaysKnownUntilTheNextFile) {
+    EXPECT_THAT(session.filesRead(), IsEmpty());
+    session.open({folder / "plate.apt"});
+    ASSERT_THAT(session.filesRead(), testing::SizeIs(1));
+    EXPECT_EQ(session.filesRead()[0].path, folder / "plate.apt");
+    run("view.top");
+    person.files = {{folder / "no.apt"}};
+    run("file.append"); // not there: nothing was read
+    EXPECT_THAT(session.filesRead(), testing::SizeIs(1));
+    writeFileText(folder / "point.apt", "1 1\n0 0 0\n");
+    person.files = {{folder / "point.apt"}};
+    run("file.append");
+    ASSERT_THAT(session.filesRead(), testing::SizeIs(1));
+    EXPECT_EQ(session.filesRead()[0].path, folder / "point.apt");
+    session.open({folder / "plate.apt", folder / "point.apt"});
+    EXPECT_THAT(session.filesRead(), testing::SizeIs(2)) << "all that one command read";
 }
 
 TEST_F(SessionTest, ACommandThatIsOffDoesNothing) {

@@ -6,6 +6,7 @@
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QWheelEvent>
 #include <cmath>
 
 #include "Person.h"
@@ -225,6 +226,71 @@ TEST(GlViewWidget, ContextMenusAreAskedForAtTheirPlaceOnTheScreen) {
     QContextMenuEvent event(QContextMenuEvent::Mouse, {5, 6}, {105, 206});
     QApplication::sendEvent(&rig.widget, &event);
     EXPECT_EQ(asked, QPoint(105, 206));
+}
+
+// ---- Wheel and middle button ----------------------------------------------------------------------------------------
+
+void wheel(WidgetRig& rig, QPointF at, int units) {
+    QWheelEvent event(at, rig.widget.mapToGlobal(at), {}, {0, units}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                      false);
+    QApplication::sendEvent(&rig.widget, &event);
+}
+
+void middle(WidgetRig& rig, QEvent::Type type, QPointF at, Qt::KeyboardModifiers keys = Qt::NoModifier,
+            Qt::MouseButtons held = Qt::MiddleButton) {
+    const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::MiddleButton;
+    QMouseEvent event(type, at, rig.widget.mapToGlobal(at), button, held, keys);
+    QApplication::sendEvent(&rig.widget, &event);
+}
+
+TEST(GlViewWidget, TheWheelZoomsByNotchesOf120) {
+    WidgetRig rig;
+    rig.showModel();
+    wheel(rig, {100, 100}, 120);
+    EXPECT_DOUBLE_EQ(rig.view.zoomFactor, 1.0 / 1.2);
+    wheel(rig, {100, 100}, -60);
+    EXPECT_DOUBLE_EQ(rig.view.zoomFactor, 1.0 / std::sqrt(1.2));
+}
+
+TEST(GlViewWidget, TheKeysHeldAsTheMiddleButtonGoesDownSayWhatItDoes) {
+    struct Case {
+        Qt::KeyboardModifiers keys;
+        MouseMode act;
+    };
+    for (const Case& c :
+         {Case{Qt::NoModifier, ModeRotate}, Case{Qt::ShiftModifier, ModeShift}, Case{Qt::ControlModifier, ModeScale}}) {
+        WidgetRig rig;
+        rig.showModel();
+        const double centre = rig.view.viewCentreX;
+        middle(rig, QEvent::MouseButtonPress, {100, 100}, c.keys);
+        EXPECT_EQ(rig.widget.cursor().pixmap().toImage(), cursorOf(c.act).pixmap().toImage());
+        middle(rig, QEvent::MouseMove, {130, 140});
+        EXPECT_EQ(rig.view.modelRotation != identityMatrix(), c.act == ModeRotate);
+        EXPECT_EQ(rig.view.viewCentreX != centre, c.act == ModeShift);
+        EXPECT_EQ(rig.view.zoomFactor != 1.0, c.act == ModeScale);
+        middle(rig, QEvent::MouseButtonRelease, {130, 140}, Qt::NoModifier, Qt::NoButton);
+        EXPECT_FALSE(rig.view.isNavigating());
+    }
+}
+
+TEST(GlViewWidget, NeitherMenuNorLeftButtonComeBetween) {
+    WidgetRig rig;
+    rig.showModel();
+    middle(rig, QEvent::MouseButtonPress, {100, 100});
+    QContextMenuEvent menu(QContextMenuEvent::Mouse, {5, 6}, {105, 206});
+    QApplication::sendEvent(&rig.widget, &menu);
+    rig.press({100, 100});
+    EXPECT_FALSE(rig.view.leftButtonDown);
+    EXPECT_THAT(rig.events, ::testing::Not(::testing::Contains("menu")));
+}
+
+TEST(GlViewWidget, AReleaseThatSomebodyElseTookEndsTheTurn) {
+    WidgetRig rig;
+    rig.showModel();
+    middle(rig, QEvent::MouseButtonPress, {100, 100});
+    middle(rig, QEvent::MouseMove, {150, 100}, Qt::NoModifier, Qt::NoButton);
+    EXPECT_FALSE(rig.view.isNavigating());
+    EXPECT_EQ(rig.view.modelRotation, identityMatrix());
 }
 
 TEST(GlViewWidget, EachModeHasItsCursor) {

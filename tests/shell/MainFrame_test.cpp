@@ -3,15 +3,21 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QDockWidget>
 #include <QDragEnterEvent>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QShortcut>
 #include <QStatusTipEvent>
+#include <QTableWidget>
+#include <QTimer>
 #include <QToolBar>
 #include <QUrl>
+#include <set>
 
 #include "FrameRig.h"
 #include "messages.h"
@@ -50,8 +56,8 @@ TEST(MainFrame, MarksTheModelAsSoonAsADragHasChangedIt) {
 // ---- States of commands ---------------------------------------------------------------------------------------------
 
 /// The commands that carry a mark.
-const char* const marked[] = {"view.toolbar",      "view.statusBar", "view.surface",      "view.perspective",
-                              "view.orthographic", "block.only",     "model.reflectToSft"};
+const char* const marked[] = {"view.toolbar",      "view.statusBar", "view.surface",       "view.perspective",
+                              "view.orthographic", "block.only",     "model.reflectToSft", "help.fileReport"};
 
 std::string marks(FrameRig& rig, bool onToolBar) {
     std::string words;
@@ -69,13 +75,13 @@ TEST(MainFrame, ShowsWhatIsSwitchedOnAfterEachCommand) {
     const FlatDesk desk;
     FrameRig rig(desk.model);
     EXPECT_EQ(marks(rig, false), "+view.toolbar +view.statusBar +view.surface +view.perspective -view.orthographic "
-                                 "+model.reflectToSft");
+                                 "+model.reflectToSft -help.fileReport");
     EXPECT_EQ(marks(rig, true), "+view.surface -block.only");
     rig.run("view.surface");
     rig.run("view.orthographic");
     rig.run("view.statusBar");
     EXPECT_EQ(marks(rig, false), "+view.toolbar -view.statusBar -view.surface -view.perspective +view.orthographic "
-                                 "+model.reflectToSft");
+                                 "+model.reflectToSft -help.fileReport");
     EXPECT_EQ(marks(rig, true), "-view.surface -block.only") << "the tool bar follows a command of a menu";
     rig.person.atDialog("CInputPatch", {});
     rig.run("patch.inputAndAdd");
@@ -83,7 +89,7 @@ TEST(MainFrame, ShowsWhatIsSwitchedOnAfterEachCommand) {
     rig.run("view.toolbar");
     rig.run("view.perspective");
     EXPECT_EQ(marks(rig, false), "-view.toolbar -view.statusBar -view.surface +view.perspective -view.orthographic "
-                                 "+model.reflectToSft");
+                                 "+model.reflectToSft -help.fileReport");
     EXPECT_EQ(marks(rig, true), "-view.surface +block.only");
 }
 
@@ -96,11 +102,104 @@ TEST(MainFrame, PutsAMarkBackThatAClickTookAwayForNothing) {
     EXPECT_FALSE(rig.menuEntry("view.orthographic")->isChecked());
 }
 
+/// What the shortcut of that key does.
+void press(FrameRig& rig, const char* key) {
+    for (QShortcut* shortcut : rig.frame.findChildren<QShortcut*>()) {
+        if (shortcut->key() == QKeySequence(QString::fromLatin1(key))) {
+            emit shortcut->activated();
+            return;
+        }
+    }
+    ADD_FAILURE() << "nobody listens to " << key;
+}
+
+TEST(MainFrame, ShowsTheModeOfTheMouseInMenuButtonAndStatusLine) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    const auto mode = [&rig] { return rig.frame.findChild<QLabel*>(QStringLiteral("mode"))->text(); };
+    rig.run("view.rotate");
+    EXPECT_EQ(mode(), QStringLiteral("Rotate"));
+    EXPECT_TRUE(rig.menuEntry("view.rotate")->isChecked());
+    EXPECT_TRUE(rig.toolButton("view.rotate")->isChecked());
+    rig.run("view.zoomIn");
+    EXPECT_EQ(mode(), QStringLiteral("Zoom In"));
+    EXPECT_FALSE(rig.toolButton("view.rotate")->isChecked());
+    rig.run("line.captureSection");
+    EXPECT_EQ(mode(), QStringLiteral("Section"));
+    EXPECT_TRUE(rig.toolButton("line.captureSection")->isChecked());
+    rig.run("line.exit");
+    EXPECT_FALSE(rig.toolButton("line.captureSection")->isChecked());
+}
+
+TEST(MainFrame, TellsOfAKeyOfTheViewUntilOneWasPressed) {
+    const FlatDesk desk;
+    FrameRig rig;
+    const auto mode = [&rig] { return rig.frame.findChild<QLabel*>(QStringLiteral("mode"))->text(); };
+    EXPECT_EQ(mode(), QString()) << "there is nothing to see yet";
+    rig.frame.openFile(qtPath(desk.model));
+    EXPECT_EQ(mode(), QStringLiteral("Key 8: Oblique view"));
+    press(rig, "7");
+    EXPECT_NE(rig.view().modelRotation, identityMatrix()) << "that of Iso";
+    EXPECT_EQ(mode(), QString());
+}
+
+TEST(MainFrame, TheKeysOfTheViewWorkInARegimeToo) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    rig.run("line.captureSection");
+    press(rig, "8");
+    EXPECT_NE(rig.view().zoomFactor, 1.0);
+    press(rig, "Shift+F");
+    press(rig, "F");
+    EXPECT_EQ(rig.view().zoomFactor, 1.0);
+    press(rig, "S");
+    EXPECT_FALSE(rig.doc().surfaceMode);
+    press(rig, "P");
+    EXPECT_EQ(rig.view().projectionMode, 1);
+    press(rig, "Backspace");
+    EXPECT_EQ(rig.view().projectionMode, 0);
+    EXPECT_TRUE(rig.doc().capture->sectionCaptureArmed);
+    EXPECT_EQ(rig.view().mouseMode, ModeSection);
+    press(rig, "Home");
+    EXPECT_EQ(rig.view().modelRotation, identityMatrix());
+}
+
+TEST(MainFrame, AnEmptyViewTellsHowToBegin) {
+    const FlatDesk desk;
+    FrameRig rig;
+    auto* panel = rig.frame.findChild<QWidget*>(QStringLiteral("startPanel"));
+    ASSERT_NE(panel, nullptr);
+    EXPECT_TRUE(panel->isVisible());
+    auto* text = panel->findChild<QLabel*>(QStringLiteral("startText"));
+    for (const char* word : {"Open", "Ctrl+O", "wing.apt", "Wheel", "Shift+F1"}) {
+        EXPECT_TRUE(text->text().contains(QString::fromLatin1(word))) << word;
+    }
+    // Its links open files.
+    emit text->linkActivated(QUrl::fromLocalFile(qtPath(desk.model)).toString(QUrl::FullyEncoded));
+    EXPECT_FALSE(rig.doc().holdsNothing());
+    EXPECT_FALSE(panel->isVisible());
+}
+
+TEST(MainFrame, ListsItsKeys) {
+    FrameRig rig;
+    int rows = 0;
+    QTimer::singleShot(0, &rig.frame, [&rows] {
+        auto* box = QApplication::activeModalWidget();
+        ASSERT_NE(box, nullptr);
+        rows = box->findChild<QTableWidget*>(QStringLiteral("keyList"))->rowCount();
+        box->close();
+    });
+    rig.run("help.keys");
+    EXPECT_GT(rows, 20);
+}
+
 TEST(MainFrame, OnlyTheSwitchesCarryMarks) {
     FrameRig rig;
+    std::set<std::string> switches(std::begin(marked), std::end(marked));
+    switches.insert({"view.edges", "view.fillBackFaces", "patch.capture", "line.captureSection", "line.captureLine",
+                     "point.capture"});
     for (const Command& command : commandTable()) {
-        const bool wanted =
-            std::find(std::begin(marked), std::end(marked), std::string_view(command.id)) != std::end(marked);
+        const bool wanted = switches.count(command.id) == 1 || VelmoraView::mouseModeOf(command.id) != ModeNone;
         for (const QAction* action : {rig.menuEntry(command.id), rig.toolButton(command.id)}) {
             EXPECT_TRUE(action == nullptr || action->isCheckable() == wanted) << command.id;
         }
@@ -846,6 +945,51 @@ TEST(MainFrame, AKeyRunsTheFirstOfItsCommandsThatIsOn) {
     press("Ctrl+C");
     EXPECT_TRUE(rig.doc().lineBufferFull);
     EXPECT_FALSE(rig.doc().pointClipboardFull) << "one command at a time";
+}
+
+TEST(MainFrame, TheToolTipOfSaveNamesTheFileWhereItIsNotTheOneThatWasOpened) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    QAction* const button = rig.toolButton("file.save");
+    EXPECT_EQ(button->toolTip(), QStringLiteral("Save"));
+    EXPECT_EQ(button->statusTip(), QStringLiteral("Save the model"));
+    rig.run("convert.toUnstructured");
+    const QString target = QStringLiteral("Save writes ") + qtPath(desk.folder / "flat.dat");
+    EXPECT_EQ(button->toolTip(), Qt::convertFromPlainText(target));
+    EXPECT_EQ(button->statusTip(), target);
+    EXPECT_EQ(rig.menuEntry("file.save")->statusTip(), target);
+    rig.run("patch.undo");
+    EXPECT_EQ(button->toolTip(), QStringLiteral("Save"));
+    EXPECT_EQ(rig.menuEntry("file.save")->statusTip(), QStringLiteral("Save the model"));
+}
+
+TEST(MainFrame, ShowsTheFileReportUntilTheNextFile) {
+    const FlatDesk desk;
+    FrameRig rig;
+    auto* const panel = rig.frame.findChild<QDockWidget*>(QStringLiteral("fileReport"));
+    auto* const lines = panel->findChild<QPlainTextEdit*>();
+    EXPECT_TRUE(panel->isHidden());
+    rig.run("help.fileReport");
+    EXPECT_FALSE(panel->isHidden());
+    EXPECT_TRUE(rig.menuEntry("help.fileReport")->isChecked());
+    EXPECT_EQ(lines->toPlainText(), QStringLiteral("No file has been read yet."));
+    rig.frame.openFile(qtPath(desk.model));
+    const QString report =
+        qtPath(desk.model) + QStringLiteral("\nFormat: apt, bytes: %1\nPatches in the file: 3, all kept\n"
+                                            "Points in the file: 36, all kept\n"
+                                            "All of its geometry was kept as it is.")
+                                 .arg(QFileInfo(qtPath(desk.model)).size());
+    EXPECT_EQ(lines->toPlainText(), report);
+    lines->selectAll();
+    rig.run("convert.toUnstructured");
+    EXPECT_EQ(lines->toPlainText(), report) << "no file was read";
+    EXPECT_TRUE(lines->textCursor().hasSelection()) << "what is marked stays";
+    auto* const escape = panel->findChild<QShortcut*>();
+    EXPECT_EQ(escape->key(), QKeySequence(Qt::Key_Escape));
+    emit escape->activated();
+    EXPECT_TRUE(panel->isHidden());
+    EXPECT_TRUE(rig.frame.isVisible());
+    EXPECT_FALSE(rig.menuEntry("help.fileReport")->isChecked()) << "the mark follows a panel that was closed";
 }
 
 TEST(MainFrame, AsksForTheAboutBox) {

@@ -9,6 +9,7 @@
 #include <QRegularExpression>
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QTextList>
 #include <algorithm>
 #include <set>
 
@@ -34,11 +35,16 @@ QString fileText(const QString& path) {
     return QString::fromUtf8(file.readAll());
 }
 
-/// What pages say, headings and all, in one line; of all pages when none is named.
+/// The pages that are made of the program's tables: they name everything and explain nothing.
+bool isTable(const QString& page) {
+    return page == QLatin1String("commands.md") || page == QLatin1String("fields.md");
+}
+
+/// What pages say, headings and all, in one line; of all pages that explain when none is named.
 QString wordsOf(const QString& page = QString()) {
     QString words;
     for (const GuideSection& section : guideSections()) {
-        if (page.isEmpty() || section.page == page) {
+        if (page.isEmpty() ? !isTable(section.page) : section.page == page) {
             words += section.heading + QLatin1Char(' ') + section.text + QLatin1Char(' ');
         }
     }
@@ -61,7 +67,7 @@ struct Target {
 /// What the text of a page leads to: its links, or its pictures.
 std::vector<Target> targetsOf(const QString& page, bool pictures) {
     QTextDocument document;
-    document.setMarkdown(fileText(QStringLiteral(":/guide/") + page));
+    document.setMarkdown(guideText(page));
     std::vector<Target> targets;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         for (auto part = block.begin(); part != block.end(); ++part) {
@@ -73,6 +79,22 @@ std::vector<Target> targetsOf(const QString& page, bool pictures) {
         }
     }
     return targets;
+}
+
+/// The addresses of the links that stand in lists.
+QStringList linksOfLists(const QString& page) {
+    QTextDocument document;
+    document.setMarkdown(guideText(page));
+    QStringList links;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        for (auto part = block.begin(); part != block.end() && block.textList() != nullptr; ++part) {
+            const QString address = part.fragment().charFormat().anchorHref();
+            if (!address.isEmpty()) {
+                links.append(address);
+            }
+        }
+    }
+    return links;
 }
 
 std::vector<Target> allTargets(bool pictures) {
@@ -141,6 +163,28 @@ TEST(Guide, CallsEveryMenuEntryByTheWordsOfItsMenu) {
     for (const Menu* menu : {&pointContextMenu(), &lineContextMenu(), &patchContextMenu()}) {
         expectWording(menu->entries);
     }
+}
+
+/// The links of the items of a menu, its submenus' too, in order.
+void addPlaces(const std::vector<MenuEntry>& entries, QStringList& places) {
+    for (const MenuEntry& entry : entries) {
+        addPlaces(entry.entries, places);
+        if (entry.kind == MenuEntry::Kind::Item) {
+            const GuidePlace place = placeOf(*findCommand(entry.command));
+            places.append(place.page + QLatin1Char('#') + place.anchor);
+        }
+    }
+}
+
+TEST(Guide, ThePageOfMenusListsEachEntryOfTheContextMenusAndToolBarsInOrder) {
+    QStringList expected;
+    for (const Menu* menu : {&pointContextMenu(), &lineContextMenu(), &patchContextMenu()}) {
+        addPlaces(menu->entries, expected);
+    }
+    for (const Menu& bar : toolBars()) {
+        addPlaces(bar.entries, expected);
+    }
+    EXPECT_EQ(linksOfLists(QStringLiteral("menus.md")), expected);
 }
 
 TEST(Guide, NamesEveryKey) {

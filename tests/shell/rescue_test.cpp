@@ -249,7 +249,7 @@ PatchList leaveCopy(const fs::path& root, const fs::path& model) {
     PatchList moved = {flatPatch(3, 4), flatPatch(2, 2)};
     moved[0][0][0] = {9, 9, 1.0 / 3.0};
     const auto folder = RescueFolder::make(root);
-    EXPECT_TRUE(folder && folder->write(encodeRescue(model.string(), "flat.apt", moved, {}, {}, {})));
+    EXPECT_TRUE(folder && folder->write(encodeRescue(model.string(), "flat.apt", false, moved, {}, {}, {})));
     return moved;
 }
 

@@ -11,8 +11,9 @@ namespace velmora::test {
 namespace {
 
 bool bitAt(const TextBitmap& bitmap, int x, int yFromBottom) {
-    const int rowBytes = (bitmap.width + 7) / 8;
-    return (bitmap.rows[static_cast<std::size_t>(yFromBottom * rowBytes + x / 8)] & (0x80 >> (x % 8))) != 0;
+    const auto rowBytes = static_cast<std::size_t>((bitmap.width + 7) / 8);
+    return (bitmap.rows[static_cast<std::size_t>(yFromBottom) * rowBytes + static_cast<std::size_t>(x / 8)] &
+            (0x80 >> (x % 8))) != 0;
 }
 
 TEST(TextBitmap, HasTheSizeOfTheTextInItsFont) {

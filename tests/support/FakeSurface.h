@@ -19,6 +19,10 @@ public:
     bool closeRequested = false;
     bool confined = false;
     bool timerRuns = false;
+    bool watched = false;   ///< by a person
+    double modelTook = 0.0; ///< milliseconds of the last drawing of the model
+    int restsAwaited = 0;
+    std::string hint;
     double scale = 1.0; ///< pixels of the surface for one that the user sees
     int timerPeriod = 0;
     MouseMode cursor = ModeNone;
@@ -56,6 +60,10 @@ public:
     void stopTimer() override { timerRuns = false; }
     std::int64_t clock() const override { return now; }
     double pixelScale() const override { return scale; }
+    bool isWatched() const override { return watched; }
+    double modelTime() const override { return modelTook; }
+    void awaitRest() override { ++restsAwaited; }
+    void showHint(const std::string& text) override { hint = text; }
 
 private:
     bool note(const char* call) {

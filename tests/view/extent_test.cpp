@@ -92,6 +92,27 @@ TEST(VastModel, ProjectsAndPicksItsPoints) {
     }
 }
 
+TEST(VastModel, GivesItsPatchesAndZonesToAClick) {
+    for (const int projection : {0, 1}) {
+        for (const double size : {1e20, 1e76, 1e100, 1e160, 1e290}) {
+            SCOPED_TRACE(size);
+            ViewRig rig;
+            PatchList patches = grownFlatPatch(size);
+            patches.push_back(patches[0]);
+            for (PointList& section : patches[1]) {
+                for (zVec<double>& point : section) {
+                    point.z = -size; // behind the first
+                }
+            }
+            rig.show(patches);
+            rig.view.runViewCommand(projection == 0 ? "view.perspective" : "view.orthographic");
+            const zVec<double> inside = zVec<double>(1.3, 0.6, 0) * size;
+            EXPECT_EQ(rig.view.PickPatch(rig.pixelOf(inside)), 0);
+            EXPECT_EQ(rig.view.PickPatch({5, 5}), -1);
+        }
+    }
+}
+
 TEST(VastModel, HasABoxOfItsOwnNumbers) {
     ViewRig rig;
     PatchList patches = grownFlatPatch(1e200);

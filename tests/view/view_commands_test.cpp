@@ -373,8 +373,9 @@ TEST(ViewCommands, AreOffWithoutAModelAndOnWithOne) {
             ids.emplace_back(command.id);
         }
     }
-    // 6 standard views, iso, 4 views of the tool bar, 9 modes, 2 projections, Manual, Zoom Out, Surface.
-    EXPECT_EQ(ids.size(), 25U);
+    // 6 standard views, iso, oblique, 4 views of the tool bar, 9 modes, 2 projections and the other one, Manual,
+    // Zoom Out, 2 fits, the view before, Surface, its edges and back faces.
+    EXPECT_EQ(ids.size(), 32U);
     for (const std::string& id : ids) {
         EXPECT_TRUE(rig.view.isViewCommandOff(id)) << id;
     }

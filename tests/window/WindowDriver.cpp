@@ -239,7 +239,7 @@ void WindowDriver::key(const char* name, const char* modifier) {
 void WindowDriver::type(const std::string& text) {
     for (const char letter : text) {
         // The Latin-1 symbols of X have the codes of their letters.
-        const auto symbol = static_cast<unsigned long>(letter);
+        const auto symbol = static_cast<unsigned long>(static_cast<unsigned char>(letter));
         const unsigned code = XKeysymToKeycode(display_, symbol);
         const bool shifted = XkbKeycodeToKeysym(display_, static_cast<KeyCode>(code), 0, 0) != symbol;
         if (shifted) {

@@ -300,7 +300,9 @@ TEST(Pixels, ATextIsDrawnAsItsBitmapFromItsPointOn) {
     EXPECT_EQ(asked, "12");
     for (int y = 0; y < bitmap.height; ++y) {
         for (int x = 0; x < bitmap.width; ++x) {
-            const auto byte = bitmap.rows[static_cast<std::size_t>(y * ((bitmap.width + 7) / 8) + x / 8)];
+            const auto byte =
+                bitmap.rows[static_cast<std::size_t>(y) * static_cast<std::size_t>((bitmap.width + 7) / 8) +
+                            static_cast<std::size_t>(x / 8)];
             const bool set = (byte & (0x80 >> (x % 8))) != 0;
             EXPECT_EQ(picture.pixelColor(10 + x, 63 - 20 - y), set ? QColor(Qt::red) : QColor(Qt::black))
                 << x << ' ' << y;

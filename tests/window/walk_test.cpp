@@ -65,7 +65,7 @@ void holdLineAndFreePoint(VelmoraDoc& document) {
 }
 
 void holdTriangles(VelmoraDoc& document) {
-    document.ConvertToUnstructured();
+    findCommand("convert.toUnstructured")->run(document);
 }
 
 void holdLinesOfTwoLengths(VelmoraDoc& document) {

@@ -6,6 +6,8 @@
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "apt.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "file_types.h"
 #include "messages.h"
 #include "patch_order.h"
@@ -85,48 +87,48 @@ void finishBlockRemoval(VelmoraDoc& doc) {
     doc.redraw();
 }
 
-} // namespace
-
-void VelmoraDoc::ExtractBlock() {
-    if (structureKind == StructureKind::None) {
+void ExtractBlock(VelmoraDoc& doc) {
+    if (doc.structureKind == StructureKind::None) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
-    const std::vector<bool> mask = blockMask();
-    const std::vector<std::int32_t> block(blockList.begin(), blockList.begin() + blockCount);
-    leavePointAndCurves(*this);
-    if (structureKind == StructureKind::Structured) {
-        keepPatches(*this, mask, true);
+    doc.beginPatchCommand(Extent::Stays);
+    const std::vector<bool> mask = doc.blockMask();
+    const std::vector<std::int32_t> block(doc.blockList.begin(), doc.blockList.begin() + doc.blockCount);
+    leavePointAndCurves(doc);
+    if (doc.structureKind == StructureKind::Structured) {
+        keepPatches(doc, mask, true);
     } else {
         zRegion_fe extracted;
         for (const std::int32_t zone : block) {
-            copyBlock(feRegion, extracted, zone);
+            copyBlock(doc.feRegion, extracted, zone);
         }
-        feRegion.blocks.swap(extracted.blocks);
+        doc.feRegion.blocks.swap(extracted.blocks);
     }
-    finishBlockRemoval(*this);
+    finishBlockRemoval(doc);
 }
 
-void VelmoraDoc::DeleteBlock() {
-    if (structureKind == StructureKind::None) {
+void DeleteBlock(VelmoraDoc& doc) {
+    if (doc.structureKind == StructureKind::None) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
-    leavePointAndCurves(*this);
-    const std::vector<bool> mask = blockMask();
-    if (structureKind == StructureKind::Structured) {
-        keepPatches(*this, mask, false);
+    doc.beginPatchCommand(Extent::Stays);
+    leavePointAndCurves(doc);
+    const std::vector<bool> mask = doc.blockMask();
+    if (doc.structureKind == StructureKind::Structured) {
+        keepPatches(doc, mask, false);
     } else {
         zRegion_fe rest;
         for (std::size_t zone = 0; zone < mask.size(); ++zone) {
             if (!mask[zone]) {
-                rest.blocks.push_back(std::move(feRegion.blocks[zone]));
+                rest.blocks.push_back(std::move(doc.feRegion.blocks[zone]));
             }
         }
-        feRegion.blocks.swap(rest.blocks);
+        doc.feRegion.blocks.swap(rest.blocks);
     }
-    finishBlockRemoval(*this);
+    finishBlockRemoval(doc);
 }
+
+} // namespace
 
 void takePatchOut(VelmoraDoc& doc, std::int32_t patch) {
     doc.patches.erase(doc.patches.begin() + patch);
@@ -146,59 +148,59 @@ void takePatchOut(VelmoraDoc& doc, std::int32_t patch) {
 
 // ---- The paste buffer -----------------------------------------------------------------------------------------------
 
-void VelmoraDoc::CopyBlock() {
-    if (structureKind != StructureKind::Structured || blockCount < 1) {
+namespace {
+
+void CopyBlock(VelmoraDoc& doc) {
+    if (doc.structureKind != StructureKind::Structured || doc.blockCount < 1) {
         return;
     }
-    blockClipboard.clear();
-    for (std::int32_t i = 0; i < blockCount; ++i) {
-        const std::int32_t patch = blockList[static_cast<std::size_t>(i)];
-        appendPatches(patches, blockClipboard, patch, patch + 1);
+    doc.blockClipboard.clear();
+    for (std::int32_t i = 0; i < doc.blockCount; ++i) {
+        const std::int32_t patch = doc.blockList[static_cast<std::size_t>(i)];
+        appendPatches(doc.patches, doc.blockClipboard, patch, patch + 1);
     }
-    blockClipboardFull = true;
+    doc.blockClipboardFull = true;
 }
 
-void VelmoraDoc::PasteBlock() {
-    if (structureKind == StructureKind::Unstructured) {
+void PasteBlock(VelmoraDoc& doc) {
+    if (doc.structureKind == StructureKind::Unstructured) {
         return;
     }
-    const bool intoNothing = structureKind == StructureKind::None;
+    const bool intoNothing = doc.structureKind == StructureKind::None;
     if (!intoNothing) {
-        beginPatchCommand(Extent::Stays);
-        leavePointAndCurves(*this);
-        keepPatches(*this, blockMask(), false);
+        doc.beginPatchCommand(Extent::Stays);
+        leavePointAndCurves(doc);
+        keepPatches(doc, doc.blockMask(), false);
     }
-    emptyBlock();
-    const std::int32_t before = countOf(patches);
-    if (PatchList* const field = wholeField()) {
-        for (const Patch& patch : blockClipboard) {
+    doc.emptyBlock();
+    const std::int32_t before = countOf(doc.patches);
+    if (PatchList* const field = doc.wholeField()) {
+        for (const Patch& patch : doc.blockClipboard) {
             Patch& values = field->emplace_back(); // of points that come from elsewhere nothing is known: 0
             for (const PointList& section : patch) {
                 values.emplace_back(section.size());
             }
         }
     }
-    appendPatches(blockClipboard, patches, 0, countOf(blockClipboard));
-    blockCount = std::min(countOf(blockClipboard), blockCapacity);
-    for (std::int32_t i = 0; i < blockCount; ++i) {
-        blockList[static_cast<std::size_t>(i)] = before + i;
+    appendPatches(doc.blockClipboard, doc.patches, 0, countOf(doc.blockClipboard));
+    doc.blockCount = std::min(countOf(doc.blockClipboard), blockCapacity);
+    for (std::int32_t i = 0; i < doc.blockCount; ++i) {
+        doc.blockList[static_cast<std::size_t>(i)] = before + i;
     }
-    capture.holdBlock();
+    doc.capture.holdBlock();
     if (intoNothing) {
-        structureKind = StructureKind::Structured;
-        checkRegularity(patches);
-        modelFile.nameUntitled(fileKind == FileKind::Apt ? "apt" : "skl");
-        updateBounds();
+        doc.structureKind = StructureKind::Structured;
+        doc.checkRegularity(doc.patches);
+        doc.modelFile.nameUntitled(doc.fileKind == FileKind::Apt ? "apt" : "skl");
+        doc.updateBounds();
     } else {
         // Lines may have come into a grid.
-        retitle();
+        doc.retitle();
     }
-    redraw();
+    doc.redraw();
 }
 
 // ---- Save As --------------------------------------------------------------------------------------------------------
-
-namespace {
 
 /// Writes the zBlock alone; the model keeps its own file.
 void writeBlock(VelmoraDoc& doc, const std::filesystem::path& path) {
@@ -223,31 +225,29 @@ void writeBlock(VelmoraDoc& doc, const std::filesystem::path& path) {
     finishWriting(doc, outcome);
 }
 
-} // namespace
-
-void VelmoraDoc::SaveBlockAs() {
-    if (structureKind == StructureKind::None || blockCount < 1) {
+void SaveBlockAs(VelmoraDoc& doc) {
+    if (doc.structureKind == StructureKind::None || doc.blockCount < 1) {
         return;
     }
     FileRequest request;
     request.mode = ChooserMode::SaveAs;
-    request.proposed = modelFile.chosenPath;
+    request.proposed = doc.modelFile.chosenPath;
     request.command = "block.saveAs";
-    if (structureKind == StructureKind::Structured) {
+    if (doc.structureKind == StructureKind::Structured) {
         PatchList block;
-        for (const std::int32_t patch : chosenPatches()) {
-            appendPatches(patches, block, patch, patch + 1);
+        for (const std::int32_t patch : doc.chosenPatches()) {
+            appendPatches(doc.patches, block, patch, patch + 1);
         }
         const Regularity regularity = regularityOf(block);
         if (regularity != Regularity::Undecided) {
-            blockKind = regularity == Regularity::Regular ? FileKind::Apt : FileKind::Skl;
+            doc.blockKind = regularity == Regularity::Regular ? FileKind::Apt : FileKind::Skl;
         }
-        request.types = fileTypesNamed({blockKind == FileKind::Skl ? "skl" : "apt"});
+        request.types = fileTypesNamed({doc.blockKind == FileKind::Skl ? "skl" : "apt"});
         request.proposed.replace_extension(request.types.front().extension);
     } else {
         request.types = fileTypesNamed({"dat", "wrl", "stl"});
     }
-    const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
+    const std::vector<std::filesystem::path> paths = doc.ui().chooseFiles(request);
     if (paths.empty()) {
         return;
     }
@@ -256,34 +256,89 @@ void VelmoraDoc::SaveBlockAs() {
     const bool offered = std::any_of(request.types.begin(), request.types.end(),
                                      [&extension](const FileType& type) { return type.extension == extension; });
     if (!offered) {
-        ui_.showMessage(message::cannotBeSavedAs(extension));
-    } else if (mayOverwrite(*this, path, TargetFrom::Chooser)) {
-        writeBlock(*this, path);
+        doc.ui().showMessage(message::cannotBeSavedAs(extension));
+    } else if (mayOverwrite(doc, path, TargetFrom::Chooser)) {
+        writeBlock(doc, path);
     }
 }
 
 // ---- Extrapolate ----------------------------------------------------------------------------------------------------
 
-void VelmoraDoc::Extrapolate() {
-    if (structureKind != StructureKind::Structured || !showDialog(ui_, dialogs->extrapolation)) {
+void Extrapolate(VelmoraDoc& doc) {
+    if (doc.structureKind != StructureKind::Structured || !showDialog(doc.ui(), doc.dialogs->extrapolation)) {
         return;
     }
-    const bool lines = dialogs->extrapolation.kind > 2;
-    const bool beyondLast = dialogs->extrapolation.kind % 2 == 0;
-    const std::vector<bool> mask = blockMask();
-    beginPatchCommand(Extent::Stays);
-    if (!lines || transposePatches(patches, mask)) {
-        for (std::size_t k = 0; k < patches.size(); ++k) {
+    const bool lines = doc.dialogs->extrapolation.kind > 2;
+    const bool beyondLast = doc.dialogs->extrapolation.kind % 2 == 0;
+    const std::vector<bool> mask = doc.blockMask();
+    doc.beginPatchCommand(Extent::Stays);
+    if (!lines || transposePatches(doc.patches, mask)) {
+        for (std::size_t k = 0; k < doc.patches.size(); ++k) {
             if (mask[k]) {
-                extrapolate(patches[k], beyondLast, dialogs->extrapolation.coefficient);
+                extrapolate(doc.patches[k], beyondLast, doc.dialogs->extrapolation.coefficient);
             }
         }
         if (lines) {
-            transposePatches(patches, mask);
+            transposePatches(doc.patches, mask);
         }
     }
-    leavePointAndCurves(*this);
-    redraw();
+    leavePointAndCurves(doc);
+    doc.redraw();
+}
+
+} // namespace
+
+std::span<const Command> blockCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "block.invert",
+         .menuText = "Invert Selection",
+         .statusText = "Select unselected blocks and deselect selected",
+         .run = &VelmoraDoc::InvertBlock,
+         .places = {{PatchContext, 130}}},
+        {.id = "block.extract",
+         .menuText = "&Block extract ",
+         .statusText = "Extract patches included in zBlock",
+         .toolTip = "Extract zBlock",
+         .icon = true,
+         .run = &ExtractBlock,
+         .off = noBlockOrField,
+         .places = {{EditPatches, 220}, {PatchContext, 220}, {EditingBar, 150}}},
+        {.id = "block.delete",
+         .menuText = "Block &delete ",
+         .statusText = "Delete selected zBlock from container",
+         .toolTip = "Delete zBlock",
+         .icon = true,
+         .run = &DeleteBlock,
+         .off = noBlockOrField,
+         .places = {{EditPatches, 210}, {PatchContext, 210}, {EditingBar, 120}}},
+        {.id = "block.saveAs",
+         .menuText = "Block Sa&ve As ...",
+         .statusText = "Save As selected zBlock",
+         .run = &SaveBlockAs,
+         .off = noBlock,
+         .places = {{EditPatches, 230}, {PatchContext, 230}}},
+        {.id = "block.copy",
+         .menuText = "Block copy ",
+         .statusText = "Copy selected zBlock to paste buffer",
+         .run = &CopyBlock,
+         .off = [](Doc d) { return noBlock(d) || notStrOrField(d); },
+         .places = {{EditPatches, 240}, {PatchContext, 240}}},
+        {.id = "block.paste",
+         .menuText = "Block paste ",
+         .statusText = "Replace selected zBlock with zBlock from Paste buffer",
+         .run = &PasteBlock,
+         .off = [](Doc d) { return !d.blockClipboardFull || notStr(d); },
+         .places = {{EditPatches, 250}, {PatchContext, 250}}},
+        {.id = "block.extrapolate",
+         .menuText = "&Extrapolate...",
+         .statusText = "Extrapolate first (last) line to increase limits of patch",
+         .run = &Extrapolate,
+         .off = [](Doc d) { return notGridOrField(d) || noBlock(d); },
+         .places = {{EditPatches, 310}, {PatchContext, 430}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

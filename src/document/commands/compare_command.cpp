@@ -7,6 +7,8 @@
 
 #include "DialogValues.h"
 #include "VelmoraDoc.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "dat_geometry.h"
 #include "file_types.h"
 #include "load_files.h"
@@ -81,29 +83,44 @@ std::string comparisonText(const Comparison& comparison) {
     return text + "; mean " + shortNumber(comparison.mean) + ", rms " + shortNumber(comparison.rms);
 }
 
-} // namespace
-
-void VelmoraDoc::CompareModel() {
-    if (!showDialog(ui_, dialogs->compare)) {
+/// Measures how far the points of the zBlock, else of the model, are from another surface.
+void CompareModel(VelmoraDoc& doc) {
+    if (!showDialog(doc.ui(), doc.dialogs->compare)) {
         return;
     }
-    const std::optional<TriangleMesh> mesh = surfaceToCompareWith(*this, dialogs->compare.target);
+    const std::optional<TriangleMesh> mesh = surfaceToCompareWith(doc, doc.dialogs->compare.target);
     if (!mesh) {
         return;
     }
     {
-        const BusyScope busy(ui_);
+        const BusyScope busy(doc.ui());
         const NearestTree surface(*mesh);
         if (!surface.empty()) {
-            foundComparison = structureKind == StructureKind::Unstructured
-                                  ? compareZones(feRegion, chosenMask(), surface)
-                                  : comparePatches(patches, chosenMask(), surface);
-            comparedRevision = geometryRevision();
-            ShowStatus(comparisonText(*foundComparison));
+            doc.foundComparison = doc.structureKind == StructureKind::Unstructured
+                                      ? compareZones(doc.feRegion, doc.chosenMask(), surface)
+                                      : comparePatches(doc.patches, doc.chosenMask(), surface);
+            doc.comparedRevision = doc.geometryRevision();
+            doc.ShowStatus(comparisonText(*doc.foundComparison));
             return;
         }
     }
-    ui_.showMessage(message::noSurfaceToCompare);
+    doc.ui().showMessage(message::noSurfaceToCompare);
+}
+
+} // namespace
+
+std::span<const Command> compareCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "model.compare",
+         .menuText = "Compare...",
+         .statusText = "Distance of zBlock from another surface. If no selections work with geometry",
+         .run = &CompareModel,
+         .off = emptyModel,
+         .places = {{Transformations, 510}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

@@ -1,6 +1,8 @@
 #include "DialogValues.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "corner_box.h"
 #include "lines_to_grid.h"
 #include "messages.h"
@@ -21,28 +23,24 @@ void finishConversion(VelmoraDoc& doc, StructureKind structure, FileKind kind, c
     doc.modelFile.takeExtension(extension);
 }
 
-} // namespace
-
-void VelmoraDoc::ConvertToUnstructured() {
+void ConvertToUnstructured(VelmoraDoc& doc) {
     zRegion zones;
     zRegion_fe surface;
-    patchesToRegion(patches, zones);
+    patchesToRegion(doc.patches, zones);
     regionToSurface(zones, surface);
     if (surface.blocks.empty()) {
-        ui_.showMessage(message::conversionWithoutResult);
+        doc.ui().showMessage(message::conversionWithoutResult);
         return;
     }
-    beginPatchCommand(Extent::Stays);
+    doc.beginPatchCommand(Extent::Stays);
     // What is captured is a part of a grid: there is none from here on.
-    leaveRegimes();
-    feRegion.blocks.swap(surface.blocks);
-    patches.clear();
-    finishConversion(*this, StructureKind::Unstructured, FileKind::None, "dat");
-    ShowStatus(idlePrompt);
-    redraw();
+    doc.leaveRegimes();
+    doc.feRegion.blocks.swap(surface.blocks);
+    doc.patches.clear();
+    finishConversion(doc, StructureKind::Unstructured, FileKind::None, "dat");
+    doc.ShowStatus(idlePrompt);
+    doc.redraw();
 }
-
-namespace {
 
 SlicePlan planOf(const CConvert_to_SKL& values) {
     SlicePlan plan;
@@ -56,81 +54,114 @@ SlicePlan planOf(const CConvert_to_SKL& values) {
     return plan;
 }
 
-} // namespace
-
-void VelmoraDoc::ConvertToSkl() {
-    if (structureKind != StructureKind::Unstructured) {
+void ConvertToSkl(VelmoraDoc& doc) {
+    if (doc.structureKind != StructureKind::Unstructured) {
         return;
     }
-    const CornerBox box = cornerBox(feRegion);
-    dialogs->toSkl.boxMin = box.lower;
-    dialogs->toSkl.boxMax = box.upper;
-    dialogs->toSkl.precision = CConvert_to_SKL().precision;
-    dialogs->toSkl.freeBytes = memoryRoom(0.0).free;
-    dialogs->toSkl.pointsOfPlane = [this](const CConvert_to_SKL& values) {
+    const CornerBox box = cornerBox(doc.feRegion);
+    doc.dialogs->toSkl.boxMin = box.lower;
+    doc.dialogs->toSkl.boxMax = box.upper;
+    doc.dialogs->toSkl.precision = CConvert_to_SKL().precision;
+    doc.dialogs->toSkl.freeBytes = doc.memoryRoom(0.0).free;
+    doc.dialogs->toSkl.pointsOfPlane = [&doc](const CConvert_to_SKL& values) {
         const bool manual = values.borderApproach == 2;
-        return cutsOfPlane(feRegion, values.planeAxis - 1, manual ? values.yourMin : values.min,
+        return cutsOfPlane(doc.feRegion, values.planeAxis - 1, manual ? values.yourMin : values.min,
                            manual ? values.yourMax : values.max);
     };
-    if (!showDialog(ui_, dialogs->toSkl)) {
+    if (!showDialog(doc.ui(), doc.dialogs->toSkl)) {
         return;
     }
     SliceResult slices;
     {
-        const BusyScope busy(ui_);
-        slices = sliceSurface(feRegion, planOf(dialogs->toSkl), progressTo(ui_));
+        const BusyScope busy(doc.ui());
+        slices = sliceSurface(doc.feRegion, planOf(doc.dialogs->toSkl), progressTo(doc.ui()));
     }
     if (slices.sections.empty()) {
         // One plane has no step and cuts nothing, as none does beside the body: the body is worth more than no line.
-        ui_.showMessage(message::conversionWithoutResult);
+        doc.ui().showMessage(message::conversionWithoutResult);
         return;
     }
-    beginPatchCommand(Extent::Stays);
+    doc.beginPatchCommand(Extent::Stays);
     // What is captured is a part of the surface: there is none from here on.
-    leaveRegimes();
+    doc.leaveRegimes();
     for (std::int32_t line = 0; line < slices.linesLeft; ++line) {
-        ui_.showMessage(message::linesLeft);
+        doc.ui().showMessage(message::linesLeft);
     }
-    patches.clear();
-    patches.push_back(std::move(slices.sections));
-    feRegion.blocks.clear();
-    finishConversion(*this, StructureKind::Structured, FileKind::Skl, "skl");
-    ShowStatus(idlePrompt);
-    emptyBlock();
-    showBlockOnly = false; // of an empty zBlock nothing would be shown
-    redraw();
+    doc.patches.clear();
+    doc.patches.push_back(std::move(slices.sections));
+    doc.feRegion.blocks.clear();
+    finishConversion(doc, StructureKind::Structured, FileKind::Skl, "skl");
+    doc.ShowStatus(idlePrompt);
+    doc.emptyBlock();
+    doc.showBlockOnly = false; // of an empty zBlock nothing would be shown
+    doc.redraw();
 }
 
-void VelmoraDoc::ConvertToApt() {
-    if (structureKind != StructureKind::Structured) {
+void ConvertToApt(VelmoraDoc& doc) {
+    if (doc.structureKind != StructureKind::Structured) {
         return;
     }
     std::size_t sections = 0;
-    for (const Patch& patch : patches) {
+    for (const Patch& patch : doc.patches) {
         sections += patch.size();
     }
     if (sections == 0) {
-        ui_.showMessage(message::conversionWithoutResult);
+        doc.ui().showMessage(message::conversionWithoutResult);
         return;
     }
-    dialogs->toApt.room = memoryRoom(static_cast<double>(sections) * bytesOfPoint);
-    if (!showDialog(ui_, dialogs->toApt)) {
+    doc.dialogs->toApt.room = doc.memoryRoom(static_cast<double>(sections) * bytesOfPoint);
+    if (!showDialog(doc.ui(), doc.dialogs->toApt)) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
+    doc.beginPatchCommand(Extent::Stays);
     {
-        const BusyScope busy(ui_);
-        patches = linesToGrid(patches, dialogs->toApt.pointCount, dialogs->toApt.approximation == 1, wholeField());
-        for (std::size_t k = 0; dialogs->toApt.align && k < patches.size(); ++k) {
-            alignSections(patches[k], wholeField() != nullptr ? &(*wholeField())[k] : nullptr);
+        const BusyScope busy(doc.ui());
+        doc.patches = linesToGrid(doc.patches, doc.dialogs->toApt.pointCount, doc.dialogs->toApt.approximation == 1,
+                                  doc.wholeField());
+        for (std::size_t k = 0; doc.dialogs->toApt.align && k < doc.patches.size(); ++k) {
+            alignSections(doc.patches[k], doc.wholeField() != nullptr ? &(*doc.wholeField())[k] : nullptr);
         }
     }
-    finishConversion(*this, StructureKind::Structured, FileKind::Apt, "apt");
-    leavePointAndCurves(*this);
-    ShowStatus(capture->patchCaptured       ? capture->blockStatus
-               : capture->patchCaptureArmed ? capture->patchStatus
-                                            : idlePrompt);
-    redraw();
+    finishConversion(doc, StructureKind::Structured, FileKind::Apt, "apt");
+    leavePointAndCurves(doc);
+    doc.ShowStatus(doc.capture->patchCaptured       ? doc.capture->blockStatus
+                   : doc.capture->patchCaptureArmed ? doc.capture->patchStatus
+                                                    : idlePrompt);
+    doc.redraw();
+}
+
+} // namespace
+
+std::span<const Command> convertCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "convert.toUnstructured",
+         .menuText = "&VRML or DAT",
+         .statusText = "Convert structured grid to unstructured one",
+         .toolTip = "APT to DAT",
+         .icon = true,
+         .run = &ConvertToUnstructured,
+         .off = [](Doc d) { return notStrOrField(d) || d.fileKind == FileKind::Skl; },
+         .places = {{ConvertTo, 110}, {PatchConvertTo, 110}, {TransformationsBar, 110}}},
+        {.id = "convert.toApt",
+         .menuText = "&APT...",
+         .statusText = "Convert lines (SKL) to structured grid (APT)",
+         .toolTip = "SKL to APT",
+         .icon = true,
+         .run = &ConvertToApt,
+         .off = [](Doc d) { return notStr(d) || d.fileKind == FileKind::Apt; },
+         .places = {{ConvertTo, 120}, {PatchConvertTo, 120}, {TransformationsBar, 120}}},
+        {.id = "convert.toSkl",
+         .menuText = "&SKL...",
+         .statusText = "Convert unstructured grid to lines (SKL)",
+         .toolTip = "DAT to SKL",
+         .icon = true,
+         .run = &ConvertToSkl,
+         .off = notUns,
+         .places = {{ConvertTo, 130}, {PatchConvertTo, 130}, {TransformationsBar, 130}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -9,8 +10,11 @@
 #include "DialogValues.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "exchange_files.h"
 #include "file_types.h"
+#include "foreign_files.h"
 #include "load_files.h"
 #include "messages.h"
 #include "open_commands.h"
@@ -37,13 +41,24 @@ std::vector<FileType> typesAmong(std::vector<FileType> types, const std::vector<
     return types;
 }
 
-/// Reads the file, tells of it and shows what is wrong with it.
-ImportOutcome readForeign(VelmoraDoc& doc, const std::filesystem::path& path, ExchangeModel& model, LoadTally& tally) {
+/// The user stopped an import.
+struct ImportStopped {};
+
+/// Reads the file, tells of it and shows what is wrong with it. None when it was stopped.
+std::optional<ImportOutcome> readForeign(VelmoraDoc& doc, const std::filesystem::path& path, ExchangeModel& model,
+                                         LoadTally& tally) {
     FileRead record;
     ImportOutcome outcome = ImportOutcome::Failed;
-    {
+    try {
         const BusyScope busy(doc.ui());
-        outcome = importFile(path, doc.dialogs->importing.options(), model, record, progressTo(doc.ui()));
+        outcome = importFile(path, doc.dialogs->importing.options(), model, record, [&doc](double fraction) {
+            doc.ui().showProgress(fraction);
+            if (doc.ui().wantsToStop()) {
+                throw ImportStopped();
+            }
+        });
+    } catch (const ImportStopped&) {
+        return std::nullopt;
     }
     if (outcome == ImportOutcome::CannotOpen) {
         doc.ui().showMessage(message::cannotOpen);
@@ -73,49 +88,62 @@ void takeImported(VelmoraDoc& doc, ExchangeModel&& model) {
 
 } // namespace
 
-void VelmoraDoc::importFiles() {
-    if (!holdsNothing() && !ui_.ask(message::removeGeometry)) {
+bool isForeignFile(const std::filesystem::path& path) {
+    constexpr std::array<std::string_view, 3> opened = {"dat", "wrl", "stl"};
+    const std::string extension = extensionOf(path);
+    return canImport(extension) && std::find(opened.begin(), opened.end(), extension) == opened.end();
+}
+
+void importForeignFile(VelmoraDoc& doc, const std::filesystem::path& path) {
+    if (!showDialog(doc.ui(), doc.dialogs->importing)) {
+        return;
+    }
+    LoadTally tally;
+    std::optional<ImportOutcome> outcome;
+    {
+        ModelAside before(doc);
+        ExchangeModel model;
+        outcome = readForeign(doc, path, model, tally);
+        if (outcome == ImportOutcome::Done) {
+            takeImported(doc, std::move(model));
+            before.keepForUndo();
+        }
+    }
+    if (!outcome) {
+        doc.ShowStatus(message::importStopped);
+    } else if (*outcome == ImportOutcome::Done) {
+        finishOpen(doc, tally);
+        doc.documentModified = true;
+    } else {
+        cancelOpen(doc, tally);
+    }
+}
+
+namespace {
+
+/// A file of others in place of the model, which is untitled then.
+void importFiles(VelmoraDoc& doc) {
+    if (!doc.holdsNothing() && !doc.ui().ask(message::removeGeometry)) {
         return;
     }
     FileRequest request;
     request.mode = ChooserMode::Import;
     request.types = typesAmong(importFileTypes(), importExtensions());
-    request.proposed = proposedFolder_.empty() ? modelFile.chosenPath : proposedFolder_;
+    request.proposed = doc.openPlace();
     request.command = "file.import";
-    const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
+    const std::vector<std::filesystem::path> paths = doc.ui().chooseFiles(request);
     if (paths.empty()) {
         return;
     }
     const std::filesystem::path path = fullPath(paths.front());
     if (!canImport(extensionOf(path))) {
-        ui_.showMessage(message::cannotBeImported(extensionOf(path)));
+        doc.ui().showMessage(message::cannotBeImported(extensionOf(path)));
         return;
     }
-    if (!showDialog(ui_, dialogs->importing)) {
-        return;
-    }
-    LoadTally tally;
-    bool gaveModel = false;
-    {
-        ModelAside before(*this);
-        ExchangeModel model;
-        gaveModel = readForeign(*this, path, model, tally) == ImportOutcome::Done;
-        if (gaveModel) {
-            takeImported(*this, std::move(model));
-            before.keepForUndo();
-        }
-    }
-    if (!gaveModel) {
-        cancelOpen(*this, tally);
-        return;
-    }
-    finishOpen(*this, tally);
-    documentModified = true;
+    importForeignFile(doc, path);
 }
 
 // ---- Export ---------------------------------------------------------------------------------------------------------
-
-namespace {
 
 /// What of the model goes out: patches or zones, whichever it is.
 ExchangeView viewOf(const VelmoraDoc& doc) {
@@ -149,42 +177,61 @@ void finishExport(VelmoraDoc& doc, const std::string& extension, ExportOutcome o
     }
 }
 
-} // namespace
-
-void VelmoraDoc::exportModel() {
-    if (structureKind == StructureKind::None || holdsNothingToSave(*this)) {
-        ui_.showMessage(message::nothingToSave);
+/// The model as a file of others; its own file stays what it is.
+void exportModel(VelmoraDoc& doc) {
+    if (doc.structureKind == StructureKind::None || holdsNothingToSave(doc)) {
+        doc.ui().showMessage(message::nothingToSave);
         return;
     }
     FileRequest request;
     request.mode = ChooserMode::Export;
-    request.types = exportTypes(*this);
-    request.proposed = modelFile.chosenPath;
+    request.types = exportTypes(doc);
+    request.proposed = doc.modelFile.chosenPath;
     request.command = "file.export";
-    const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
+    const std::vector<std::filesystem::path> paths = doc.ui().chooseFiles(request);
     if (paths.empty()) {
         return;
     }
     const std::filesystem::path path = fullPath(paths.front());
     const std::string extension = extensionOf(path);
-    const ExchangeView model = viewOf(*this);
+    const ExchangeView model = viewOf(doc);
     const ExportOutcome possible = exportPossible(path, model);
     if (possible != ExportOutcome::Done) {
-        finishExport(*this, extension, possible, {});
+        finishExport(doc, extension, possible, {});
         return;
     }
-    if (!showDialog(ui_, dialogs->exporting) || !mayOverwrite(*this, path, TargetFrom::Chooser)) {
+    if (!showDialog(doc.ui(), doc.dialogs->exporting) || !mayOverwrite(doc, path, TargetFrom::Chooser)) {
         return;
     }
-    const ExportOptions options = dialogs->exporting.options();
-    tellMove(*this, digitsWritten(path, options), moveByDigits(path, model, options));
+    const ExportOptions options = doc.dialogs->exporting.options();
+    tellMove(doc, digitsWritten(path, options), moveByDigits(path, model, options));
     WriteOutcome written;
     ExportOutcome outcome = ExportOutcome::CannotWrite;
     {
-        const BusyScope busy(ui_);
-        outcome = exportFile(path, model, options, written, progressTo(ui_));
+        const BusyScope busy(doc.ui());
+        outcome = exportFile(path, model, options, written, progressTo(doc.ui()));
     }
-    finishExport(*this, extension, outcome, written);
+    finishExport(doc, extension, outcome, written);
+}
+
+} // namespace
+
+std::span<const Command> exchangeCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "file.import",
+         .menuText = "Import...",
+         .statusText = "Read a file of another program in place of the model",
+         .run = &importFiles,
+         .places = {{File, 210}}},
+        {.id = "file.export",
+         .menuText = "Export...",
+         .statusText = "Write the model as a file for other programs",
+         .run = &exportModel,
+         .places = {{File, 220}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

@@ -3,6 +3,8 @@
 
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "field_file.h"
 #include "file_types.h"
 #include "load_files.h"
@@ -117,6 +119,31 @@ void VelmoraDoc::CloseField() {
         ShowStatus(idlePrompt);
     }
     redraw();
+}
+
+std::span<const Command> fieldCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "file.openField",
+         .menuText = "Open dat (field)...",
+         .statusText = "Open a model with field values",
+         .run = &VelmoraDoc::OpenField,
+         .places = {{File, 510}}},
+        {.id = "file.saveAsField",
+         .menuText = "Save As dat (field)",
+         .statusText = "Save the model with its field values",
+         .run = &VelmoraDoc::SaveField,
+         .off = nonOrNoField,
+         .places = {{File, 520}}},
+        {.id = "file.closeField",
+         .menuText = "Close dat (field)",
+         .statusText = "Close the model and its field values",
+         .run = &VelmoraDoc::CloseField,
+         .off = nonOrNoField,
+         .places = {{File, 530}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

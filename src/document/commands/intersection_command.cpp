@@ -3,6 +3,8 @@
 #include "DialogValues.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "intersection.h"
 #include "joint_curve.h"
 #include "messages.h"
@@ -75,40 +77,59 @@ void carryOutIntersection(VelmoraDoc& doc) {
     }
 }
 
-} // namespace
-
-void VelmoraDoc::Intersection() {
-    if (structureKind != StructureKind::Structured) {
-        redraw();
+void Intersection(VelmoraDoc& doc) {
+    if (doc.structureKind != StructureKind::Structured) {
+        doc.redraw();
         return;
     }
-    const bool pierced = pierceOtherPatches(*this);
-    redraw(); // the piercing points are seen, also when nothing more comes of them
+    const bool pierced = pierceOtherPatches(doc);
+    doc.redraw(); // the piercing points are seen, also when nothing more comes of them
     if (!pierced) {
-        ui_.showMessage(message::intersectionImpossible);
+        doc.ui().showMessage(message::intersectionImpossible);
         return;
     }
-    dialogs->intersection.tolerance = intersectionTolerance;
+    doc.dialogs->intersection.tolerance = doc.intersectionTolerance;
     double lines = 0.0;
     double sections = 0.0;
-    const std::vector<bool> inside = blockMask();
-    for (std::size_t k = 0; k < patches.size(); ++k) {
-        (inside[k] ? lines : sections) += inside[k] ? lineCount(patches[k]) : countOf(patches[k]);
+    const std::vector<bool> inside = doc.blockMask();
+    for (std::size_t k = 0; k < doc.patches.size(); ++k) {
+        (inside[k] ? lines : sections) += inside[k] ? lineCount(doc.patches[k]) : countOf(doc.patches[k]);
     }
-    dialogs->intersection.inside = memoryRoom(lines * bytesOfPoint);
-    dialogs->intersection.outside = memoryRoom(sections * bytesOfPoint);
-    if (!showDialog(ui_, dialogs->intersection)) {
+    doc.dialogs->intersection.inside = doc.memoryRoom(lines * bytesOfPoint);
+    doc.dialogs->intersection.outside = doc.memoryRoom(sections * bytesOfPoint);
+    if (!showDialog(doc.ui(), doc.dialogs->intersection)) {
         return;
     }
-    intersectionTolerance = dialogs->intersection.tolerance;
-    beginPatchCommand(Extent::Stays);
-    carryOutIntersection(*this);
-    leaveRegimes();
-    emptyBlock();
-    showBlockOnly = false;
-    showIdlePrompt(*this);
-    retitle();
-    redraw();
+    doc.intersectionTolerance = doc.dialogs->intersection.tolerance;
+    doc.beginPatchCommand(Extent::Stays);
+    carryOutIntersection(doc);
+    doc.leaveRegimes();
+    doc.emptyBlock();
+    doc.showBlockOnly = false;
+    showIdlePrompt(doc);
+    doc.retitle();
+    doc.redraw();
+}
+
+} // namespace
+
+std::span<const Command> intersectionCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "model.intersection",
+         .menuText = "&Intersection...",
+         .statusText = "Intersect zBlock (yelow) with the rest part  of geometry (out zBlock patches)",
+         .toolTip = "Intersect zBlock",
+         .icon = true,
+         .run = &Intersection,
+         .off =
+             [](Doc d) {
+                 return notStrOrField(d) || noBlock(d) || d.patches.size() < 2 || d.blockCount >= countOf(d.patches);
+             },
+         .places = {{Transformations, 320}, {PatchContext, 350}, {TransformationsBar, 330}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

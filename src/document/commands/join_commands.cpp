@@ -3,6 +3,8 @@
 #include "DialogValues.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "match_border.h"
 #include "merge_patches.h"
 #include "merge_zones.h"
@@ -15,31 +17,31 @@ namespace velmora {
 
 // Commands that cut patches in two, join them, or close the gap between them.
 
-void VelmoraDoc::SplitPatch() {
-    beginPatchCommand(Extent::Stays);
-    const auto split = [this](PatchList& list) {
-        if (capture->sectionCaptured) {
-            splitAtSection(list, capture->capturedPatch, capture->capturedSection);
-        } else if (capture->lineCaptured) {
-            splitAtLine(list, capture->capturedPatch, capture->capturedLine);
+namespace {
+
+void SplitPatch(VelmoraDoc& doc) {
+    doc.beginPatchCommand(Extent::Stays);
+    const auto split = [&doc](PatchList& list) {
+        if (doc.capture->sectionCaptured) {
+            splitAtSection(list, doc.capture->capturedPatch, doc.capture->capturedSection);
+        } else if (doc.capture->lineCaptured) {
+            splitAtLine(list, doc.capture->capturedPatch, doc.capture->capturedLine);
         }
     };
-    split(patches);
-    if (fieldMode) {
-        split(fieldPatches);
+    split(doc.patches);
+    if (doc.fieldMode) {
+        split(doc.fieldPatches);
     }
-    retitle();
-    if (capture->sectionCaptured) {
-        ShowStatus(capture->sectionContinueStatus);
+    doc.retitle();
+    if (doc.capture->sectionCaptured) {
+        doc.ShowStatus(doc.capture->sectionContinueStatus);
     } else {
-        ShowStatus(capture->patchCaptured ? capture->continuePrompt : idlePrompt);
+        doc.ShowStatus(doc.capture->patchCaptured ? doc.capture->continuePrompt : idlePrompt);
     }
-    emptyBlock(); // the patches behind the cut have other numbers now
-    showBlockOnly = false;
-    redraw();
+    doc.emptyBlock(); // the patches behind the cut have other numbers now
+    doc.showBlockOnly = false;
+    doc.redraw();
 }
-
-namespace {
 
 bool mergeStructured(VelmoraDoc& doc) {
     const bool lines = doc.dialogs->merge.kind == 2;
@@ -135,14 +137,50 @@ void matchBlock(VelmoraDoc& doc, bool grid) {
     doc.redraw();
 }
 
-} // namespace
-
-void VelmoraDoc::MatchBorder() {
-    matchBlock(*this, false);
+void MatchBorder(VelmoraDoc& doc) {
+    matchBlock(doc, false);
 }
 
-void VelmoraDoc::MatchBorderAndGrid() {
-    matchBlock(*this, true);
+void MatchBorderAndGrid(VelmoraDoc& doc) {
+    matchBlock(doc, true);
+}
+
+} // namespace
+
+std::span<const Command> joinCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "block.matchBorder",
+         .menuText = "Match border",
+         .statusText = "Adjust border of the second patch in zBlock to the first one",
+         .run = &MatchBorder,
+         .off = noPairOfPatches,
+         .places = {{PatchContext, 320}}},
+        {.id = "block.matchBorderAndGrid",
+         .menuText = "Match border && grid",
+         .statusText = "Adjust border of the second patch in zBlock to the first one and rebuld the second one",
+         .run = &MatchBorderAndGrid,
+         .off = noPairOfPatches,
+         .places = {{PatchContext, 330}}},
+        {.id = "block.merge",
+         .menuText = "&Merge... ",
+         .statusText = "Merge patches inside of zBlock using sections or lines",
+         .toolTip = "Merge patches",
+         .icon = true,
+         .run = &VelmoraDoc::MergePatches,
+         .off = [](Doc d) { return (d.structureKind == StructureKind::Structured && notApt(d)) || d.blockCount < 2; },
+         .places = {{Transformations, 190, "M&erge..."}, {PatchContext, 310}, {TransformationsBar, 290}}},
+        {.id = "line.splitPatch",
+         .menuText = "S&plit patch in zBlock",
+         .statusText = "Split patch using selected line",
+         .toolTip = "Split patch",
+         .icon = true,
+         .run = &SplitPatch,
+         .off = noCurveOfGrid,
+         .places = {{LineContext, 120}, {EditingBar, 130}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

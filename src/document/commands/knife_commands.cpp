@@ -10,6 +10,8 @@
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "capture_address.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "corner_box.h"
 #include "cut_zones.h"
 #include "interchange.h"
@@ -22,31 +24,32 @@ namespace velmora {
 
 // ---- Knife of grids -------------------------------------------------------------------------------------------------
 
-void VelmoraDoc::KnifeModel() {
-    if (structureKind != StructureKind::Structured) {
+namespace {
+
+/// Knife of a grid: halves the sections of the zBlock, or of all patches.
+void KnifeModel(VelmoraDoc& doc) {
+    if (doc.structureKind != StructureKind::Structured) {
         return;
     }
-    const auto removed = chooseSide(*this);
+    const auto removed = chooseSide(doc);
     if (!removed) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
+    doc.beginPatchCommand(Extent::Stays);
     {
-        const BusyScope busy(ui_);
-        for (const std::int32_t patch : chosenInModelOrder()) {
-            for (PointList& section : patches[static_cast<std::size_t>(patch)]) {
+        const BusyScope busy(doc.ui());
+        for (const std::int32_t patch : doc.chosenInModelOrder()) {
+            for (PointList& section : doc.patches[static_cast<std::size_t>(patch)]) {
                 section = withoutHalf(section, *removed);
             }
         }
     }
-    keepCaptureInside(*this);
-    followCapturedPoint(*this);
-    redraw();
+    keepCaptureInside(doc);
+    followCapturedPoint(doc);
+    doc.redraw();
 }
 
 // ---- Knife of triangles ---------------------------------------------------------------------------------------------
-
-namespace {
 
 /// A file beside `model` with its stem and a mark: "wing" and "_1" name "wing_1.dat".
 std::filesystem::path partPath(const std::filesystem::path& model, const std::string& mark) {
@@ -203,37 +206,67 @@ void savePartsOfZones(VelmoraDoc& doc) {
     }
 }
 
-} // namespace
-
-void VelmoraDoc::KnifeZones() {
-    if (structureKind != StructureKind::Unstructured) {
+/// Knife of triangles: cuts by a plane.
+void KnifeZones(VelmoraDoc& doc) {
+    if (doc.structureKind != StructureKind::Unstructured) {
         return;
     }
-    if (lineBufferFull && lineBuffer.size() >= 3) {
-        takePlane(dialogs->knife, planeThrough(lineBuffer[0], lineBuffer[1], lineBuffer[2]));
+    if (doc.lineBufferFull && doc.lineBuffer.size() >= 3) {
+        takePlane(doc.dialogs->knife, planeThrough(doc.lineBuffer[0], doc.lineBuffer[1], doc.lineBuffer[2]));
     }
-    takeBox(dialogs->knife, cornerBox(feRegion));
-    dialogs->knife.section = 0.0;
-    if (!showDialog(ui_, dialogs->knife) || !knifeReachesBody(*this)) {
+    takeBox(doc.dialogs->knife, cornerBox(doc.feRegion));
+    doc.dialogs->knife.section = 0.0;
+    if (!showDialog(doc.ui(), doc.dialogs->knife) || !knifeReachesBody(doc)) {
         return;
     }
-    if (dialogs->knife.cutKind == 3) {
-        savePartsOfZones(*this);
-    } else if (keepPartOfZones(*this, dialogs->knife.cutKind == 1 ? Side::Before : Side::After)) {
-        followCapturedPoint(*this);
+    if (doc.dialogs->knife.cutKind == 3) {
+        savePartsOfZones(doc);
+    } else if (keepPartOfZones(doc, doc.dialogs->knife.cutKind == 1 ? Side::Before : Side::After)) {
+        followCapturedPoint(doc);
     }
-    redraw();
+    doc.redraw();
 }
 
 // ---- Invisible remove -----------------------------------------------------------------------------------------------
 
 /// Nothing tells which part is visible, so there is never one to keep: the command ends with its message.
-void VelmoraDoc::RemoveInvisible() {
-    if (structureKind != StructureKind::Unstructured) {
+void RemoveInvisible(VelmoraDoc& doc) {
+    if (doc.structureKind != StructureKind::Unstructured) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
-    ui_.showMessage(message::visiblePartNotSelected);
+    doc.beginPatchCommand(Extent::Stays);
+    doc.ui().showMessage(message::visiblePartNotSelected);
+}
+
+} // namespace
+
+std::span<const Command> knifeCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "model.knife",
+         .menuText = "&Knife",
+         .statusText = "Cut geometry in accordance with drawn line",
+         .toolTip = "Knife",
+         .icon = true,
+         .run = &KnifeModel,
+         .off = notGridOrField,
+         .places = {{Transformations, 180}, {TransformationsBar, 280}}},
+        {.id = "model.invisibleRemove",
+         .menuText = "I&nvisible remove",
+         .statusText = "Remove invisible part of unstructed grid",
+         .toolTip = "Invisible remove",
+         .run = &RemoveInvisible,
+         .off = notUns,
+         .places = {{Transformations, 330}, {PatchContext, 360}}},
+        {.id = "convert.knife",
+         .menuText = "Knife",
+         .statusText = "Cut unstructured grid by a plane",
+         .run = &KnifeZones,
+         .off = notUns,
+         .places = {{ConvertTo, 140}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

@@ -120,11 +120,7 @@ bool readStructured(VelmoraDoc& doc, const std::filesystem::path& path, const st
     return true;
 }
 
-} // namespace
-
 // ---- Zones ----------------------------------------------------------------------------------------------------------
-
-namespace {
 
 /// What the reader of zones has to tell; the messages are shown once the wait cursor is gone.
 struct ZonesRead {

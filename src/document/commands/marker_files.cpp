@@ -7,6 +7,8 @@
 
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "file_types.h"
 #include "load_files.h"
 #include "messages.h"
@@ -31,6 +33,8 @@ void tellPoints(VelmoraDoc& doc, bool opened, bool readFailed, const FileRead& r
     const std::string loss = lossText(record);
     if (!loss.empty()) {
         doc.ShowStatus(loss);
+    } else if (!record.keptAnything()) {
+        doc.ShowStatus("No point stands in " + record.path.filename().string());
     }
 }
 
@@ -115,6 +119,44 @@ void VelmoraDoc::CloseApm() {
     markers.clear();
     markersOpen = false;
     redraw();
+}
+
+std::span<const Command> markerCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "file.appendSft",
+         .menuText = "Append sft...",
+         .statusText = "Read pairs of initial and shifted markers",
+         .run = &VelmoraDoc::AppendSft,
+         .off = nonOrField,
+         .places = {{File, 410}}},
+        {.id = "file.closeSft",
+         .menuText = "Close sft",
+         .statusText = "Close the pairs of markers",
+         .run = &VelmoraDoc::CloseSft,
+         .off = [](Doc d) { return !d.sftOpen; },
+         .places = {{File, 420}}},
+        {.id = "file.appendCbc",
+         .menuText = "Append CBC...",
+         .statusText = "Name the boundary conditions of the grid",
+         .run = &VelmoraDoc::AppendCbc,
+         .off = [](Doc d) { return !d.gridNamed; },
+         .places = {{File, 430}}},
+        {.id = "file.openApm",
+         .menuText = "Open apm",
+         .statusText = "Read marker points",
+         .run = &VelmoraDoc::OpenApm,
+         .off = notGridOrField,
+         .places = {{File, 440}}},
+        {.id = "file.closeApm",
+         .menuText = "Close apm",
+         .statusText = "Close the marker points",
+         .run = &VelmoraDoc::CloseApm,
+         .off = [](Doc d) { return !d.markersOpen; },
+         .places = {{File, 450}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

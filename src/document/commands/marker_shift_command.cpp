@@ -5,6 +5,8 @@
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "capture_address.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "messages.h"
 
 namespace velmora {
@@ -129,28 +131,44 @@ void shiftInAllPlanes(VelmoraDoc& doc, PointList& points, Troubles& troubles) {
     }
 }
 
-} // namespace
-
-void VelmoraDoc::ReflectToSft() {
-    beginPatchCommand(Extent::Stays);
-    if (structureKind != StructureKind::Structured && structureKind != StructureKind::Unstructured) {
-        redraw();
-        ui_.showMessage(message::shiftOfNoKind);
+/// Moves the zBlock from the shifted markers towards the initial ones, in the planes that the view says.
+void ReflectToSft(VelmoraDoc& doc) {
+    doc.beginPatchCommand(Extent::Stays);
+    if (doc.structureKind != StructureKind::Structured && doc.structureKind != StructureKind::Unstructured) {
+        doc.redraw();
+        doc.ui().showMessage(message::shiftOfNoKind);
         return;
     }
-    const PointList before = pointsOfBlock(*this);
+    const PointList before = pointsOfBlock(doc);
     PointList points = before;
     Troubles troubles;
-    const int plane = principalPlane();
+    const int plane = doc.principalPlane();
     if (plane == 0) {
-        shiftInAllPlanes(*this, points, troubles);
+        shiftInAllPlanes(doc, points, troubles);
     } else {
-        shiftAsSeen(*this, points, plane, troubles);
+        shiftAsSeen(doc, points, plane, troubles);
     }
-    tell(ui_, troubles, points != before);
-    putPointsOfBlock(*this, points);
-    followCapturedPoint(*this);
-    redraw();
+    tell(doc.ui(), troubles, points != before);
+    putPointsOfBlock(doc, points);
+    followCapturedPoint(doc);
+    doc.redraw();
+}
+
+} // namespace
+
+std::span<const Command> markerShiftCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "model.reflectToSft",
+         .menuText = "Reflection to sft",
+         .statusText = "Shift zBlock from the shifted to the initial markers",
+         .run = &ReflectToSft,
+         .off = [](Doc d) { return nonOrField(d) || noBlock(d); },
+         .checked = [](Doc) { return true; },
+         .places = {{Transformations, 240}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

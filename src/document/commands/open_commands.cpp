@@ -8,8 +8,11 @@
 #include <vector>
 
 #include "DialogValues.h"
+#include "FileRecord.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "file_types.h"
 #include "load_files.h"
 #include "messages.h"
@@ -172,10 +175,10 @@ void tellLoaded(VelmoraDoc& doc, const LoadTally& tally) {
     std::string text;
     const auto add = [&text](const std::string& part) { text += (text.empty() || part.empty() ? "" : ". ") + part; };
     if (tally.pointsKept < tally.pointsRead) {
-        add("Points in the file: " + std::to_string(tally.pointsRead) + ", kept: " + std::to_string(tally.pointsKept));
+        add(keptText("points", tally.pointsRead, tally.pointsKept));
     }
     add(lossText(tally.losses));
-    add(saveTargetText(doc));
+    add(doc.saveTargetText());
     if (!text.empty()) {
         doc.ShowStatus(text);
     } else if (doc.status != idlePrompt && (doc.extentStatus().empty() || doc.status != doc.extentStatus())) {
@@ -210,7 +213,7 @@ void VelmoraDoc::openFiles() {
     request.mode = ChooserMode::Open;
     request.multiple = true;
     request.types = modelFileTypes();
-    request.proposed = proposedFolder_.empty() ? modelFile.chosenPath : proposedFolder_;
+    request.proposed = openPlace();
     request.command = "file.open";
     const std::vector<std::filesystem::path> paths = ui_.chooseFiles(request);
     if (!paths.empty()) {
@@ -290,6 +293,39 @@ void VelmoraDoc::appendFile() {
     leaveRegimes();
     redraw();
     tellLoaded(*this, tally);
+}
+
+std::span<const Command> openCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "file.new",
+         .menuText = "&New",
+         .statusText = "Create a new model",
+         .toolTip = "New",
+         .accelerator = "Ctrl+N",
+         .icon = true,
+         .run = &VelmoraDoc::onNewDocument,
+         .places = {{File, 110}, {GeneralBar, 110}}},
+        {.id = "file.open",
+         .menuText = "&Open...",
+         .statusText = "Open an existing model",
+         .toolTip = "Open",
+         .accelerator = "Ctrl+O",
+         .icon = true,
+         .run = &VelmoraDoc::openFiles,
+         .places = {{File, 120}, {GeneralBar, 120}}},
+        {.id = "file.append",
+         .menuText = "&Append...",
+         .statusText = "Append a file to the model",
+         .toolTip = "Append",
+         .accelerator = "Ctrl+A",
+         .icon = true,
+         .run = &VelmoraDoc::appendFile,
+         .off = nonOrField,
+         .places = {{File, 130}, {GeneralBar, 140}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

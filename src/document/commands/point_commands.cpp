@@ -4,6 +4,8 @@
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "capture_address.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "messages.h"
 #include "show_dialog.h"
 
@@ -191,6 +193,73 @@ void VelmoraDoc::FindPoint() {
     }
     capture.holdPoint(find.K - 1, find.N - 1, find.M - 1, *point);
     finishPointEdit(*this, true);
+}
+
+std::span<const Command> pointCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "point.input",
+         .menuText = "&Input...",
+         .statusText = "Direct input of point number from keyboard",
+         .toolTip = "Input point",
+         .icon = true,
+         .run = &VelmoraDoc::FindPoint,
+         .off = noPointOrUns,
+         .places = {{EditPoint, 120}, {PointContext, 120, "&Find..."}, {EditingBar, 320}}},
+        {.id = "point.edit",
+         .menuText = "&Edit...",
+         .statusText = "Edit coordinates of captured point",
+         .toolTip = "Edit point",
+         .icon = true,
+         .run = &VelmoraDoc::EditPoint,
+         .off = noPoint,
+         .places = {{EditPoint, 150}, {PointContext, 130}, {EditingBar, 430}}},
+        {.id = "point.delete",
+         .menuText = "&Delete",
+         .statusText = "Delete captured point",
+         .toolTip = "Delete point",
+         .icon = true,
+         .run = &VelmoraDoc::DeletePoint,
+         .off = pointCountFixed,
+         .places = {{EditPoint, 130}, {PointContext, 150}, {EditingBar, 410}}},
+        {.id = "point.duplicate",
+         .menuText = "Dup&licate...",
+         .statusText = "Duplicate captured point",
+         .toolTip = "Duplicate point",
+         .icon = true,
+         .run = &VelmoraDoc::DuplicatePoint,
+         .off = pointCountFixed,
+         .places = {{EditPoint, 140}, {PointContext, 160}, {EditingBar, 420}}},
+        {.id = "point.cut",
+         .menuText = "C&ut",
+         .statusText = "Cut captured point",
+         .toolTip = "Cut point",
+         .accelerator = "Ctrl+X",
+         .icon = true,
+         .run = &VelmoraDoc::CutPoint,
+         .off = [](Doc d) { return noPointOrUns(d) || d.fieldMode; },
+         .places = {{EditPoint, 210}, {PointContext, 210, "&Cut"}, {EditingBar, 510}}},
+        {.id = "point.copy",
+         .menuText = "C&opy",
+         .statusText = "Copy captured point",
+         .toolTip = "Copy point",
+         .accelerator = "Ctrl+C",
+         .icon = true,
+         .run = &VelmoraDoc::CopyPoint,
+         .off = noPoint,
+         .places = {{EditPoint, 220}, {PointContext, 220}, {EditingBar, 520}}},
+        {.id = "point.paste",
+         .menuText = "&Paste",
+         .statusText = "Paste point from buffer to captured position",
+         .toolTip = "Paste point",
+         .accelerator = "Ctrl+V",
+         .icon = true,
+         .run = &VelmoraDoc::PastePoint,
+         .off = [](Doc d) { return noPoint(d) || !d.pointClipboardFull; },
+         .places = {{EditPoint, 230}, {PointContext, 230}, {EditingBar, 530}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

@@ -2,6 +2,8 @@
 #include <array>
 
 #include "VelmoraDoc.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "drag_correction.h"
 #include "finite_model.h"
 #include "rebreak_kernels.h"
@@ -153,6 +155,22 @@ void VelmoraDoc::endDragCorrection(int plane) {
     capture.releaseCorrection();
     bendCapturedCurve(capture->capturedPointPos, plane);
     redraw();
+}
+
+std::span<const Command> pointDragCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "point.drag",
+         .menuText = "D&rag",
+         .statusText = "Drag captured point",
+         .toolTip = "Drag point",
+         .icon = true,
+         .run = &VelmoraDoc::DragPoint,
+         .off = [](Doc d) { return noPointOrUns(d) || notApt(d); },
+         .places = {{EditPoint, 160}, {PointContext, 140, "D&rag point"}, {EditingBar, 440}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

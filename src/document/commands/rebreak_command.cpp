@@ -3,6 +3,8 @@
 #include "DialogValues.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "show_dialog.h"
 
 namespace velmora {
@@ -73,37 +75,53 @@ void rebreakOnePatch(VelmoraDoc& doc, std::int32_t patch) {
     }
 }
 
-} // namespace
-
-void VelmoraDoc::Rebreak() {
-    const bool lines = capture->lineCaptured;
-    const std::int32_t curve = lines ? capture->capturedLine : capture->capturedSection;
-    if (structureKind != StructureKind::Structured || sectionAt(capture->capturedPatch, lines ? 0 : curve) == nullptr ||
-        curve < 0) {
+void Rebreak(VelmoraDoc& doc) {
+    const bool lines = doc.capture->lineCaptured;
+    const std::int32_t curve = lines ? doc.capture->capturedLine : doc.capture->capturedSection;
+    if (doc.structureKind != StructureKind::Structured ||
+        doc.sectionAt(doc.capture->capturedPatch, lines ? 0 : curve) == nullptr || curve < 0) {
         return;
     }
-    prepareRebreak(*this);
-    if (!showDialog(ui_, dialogs->rebreak)) {
+    prepareRebreak(doc);
+    if (!showDialog(doc.ui(), doc.dialogs->rebreak)) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
-    if (dialogs->rebreak.useBlock) {
-        for (std::int32_t i = 0; i < blockCount; ++i) {
-            const std::int32_t k = blockList[static_cast<std::size_t>(i)];
-            if (k >= 0 && k < countOf(patches)) {
-                const Patch& patch = patches[static_cast<std::size_t>(k)];
-                dialogs->rebreak.law.lastPoint = curveLengthOf(patch, lines);
-                dialogs->rebreak.lastCurve = curveCountOf(patch, lines);
-                rebreakOnePatch(*this, k);
+    doc.beginPatchCommand(Extent::Stays);
+    if (doc.dialogs->rebreak.useBlock) {
+        for (std::int32_t i = 0; i < doc.blockCount; ++i) {
+            const std::int32_t k = doc.blockList[static_cast<std::size_t>(i)];
+            if (k >= 0 && k < countOf(doc.patches)) {
+                const Patch& patch = doc.patches[static_cast<std::size_t>(k)];
+                doc.dialogs->rebreak.law.lastPoint = curveLengthOf(patch, lines);
+                doc.dialogs->rebreak.lastCurve = curveCountOf(patch, lines);
+                rebreakOnePatch(doc, k);
             }
         }
     } else {
-        rebreakOnePatch(*this, capture->capturedPatch);
+        rebreakOnePatch(doc, doc.capture->capturedPatch);
     }
-    const std::int32_t sections = countOf(patches[static_cast<std::size_t>(capture->capturedPatch)]);
-    capture.renumberSection(std::clamp(dialogs->rebreak.capturedNumber - 1, 0, std::max(sections - 1, 0)));
-    retitle();
-    redraw();
+    const std::int32_t sections = countOf(doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)]);
+    doc.capture.renumberSection(std::clamp(doc.dialogs->rebreak.capturedNumber - 1, 0, std::max(sections - 1, 0)));
+    doc.retitle();
+    doc.redraw();
+}
+
+} // namespace
+
+std::span<const Command> rebreakCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "line.rebreak",
+         .menuText = "Rebre&ak...",
+         .statusText = "Rebreak selected section (line or zBlock) in accordance with prescribed law",
+         .toolTip = "Rebreak",
+         .icon = true,
+         .run = &Rebreak,
+         .off = [](Doc d) { return noCurveOrField(d) || d.structureKind == StructureKind::Unstructured; },
+         .places = {{LineContext, 330}, {EditingBar, 210}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

@@ -3,6 +3,8 @@
 #include "DialogValues.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "exchange.h"
 #include "messages.h"
 #include "patch_curves.h"
@@ -76,38 +78,52 @@ bool prepareRebreakPart(VelmoraDoc& doc) {
     return values.pointNumber >= 1 && values.pointNumber <= values.curveLength && (!lines || isGrid(patch));
 }
 
-} // namespace
-
-void VelmoraDoc::RebreakPart() {
-    if (!prepareRebreakPart(*this) || !showDialog(ui_, dialogs->rebreakPart)) {
+void RebreakPart(VelmoraDoc& doc) {
+    if (!prepareRebreakPart(doc) || !showDialog(doc.ui(), doc.dialogs->rebreakPart)) {
         return;
     }
-    if (tooCloseToFit(dialogs->rebreakPart)) {
-        ui_.showMessage(message::fitImpossible);
+    if (tooCloseToFit(doc.dialogs->rebreakPart)) {
+        doc.ui().showMessage(message::fitImpossible);
         return;
     }
-    beginPatchCommand(Extent::Stays);
-    SavePointUndo();
-    pointUndoReady = true;
-    capture.savePoint();
-    const bool lines = capture->lineCaptured;
+    doc.beginPatchCommand(Extent::Stays);
+    doc.SavePointUndo();
+    doc.pointUndoReady = true;
+    doc.capture.savePoint();
+    const bool lines = doc.capture->lineCaptured;
     if (lines) {
-        turnCapturedPatch(*this);
+        turnCapturedPatch(doc);
     }
-    const PartsOutcome outcome =
-        rebuildParts(patches[static_cast<std::size_t>(capture->capturedPatch)], fieldOfPatch(capture->capturedPatch),
-                     capture->capturedSection, dialogs->rebreakPart);
+    const PartsOutcome outcome = rebuildParts(doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)],
+                                              doc.fieldOfPatch(doc.capture->capturedPatch),
+                                              doc.capture->capturedSection, doc.dialogs->rebreakPart);
     // Before the point the stretch may have got longer: the same place has another number. It stays when the point's
     // own section could not be rebuilt.
-    if (!dialogs->rebreakPart.law.after && outcome.capturedRebuilt) {
-        capture.renumberPoint(capture->capturedPointSection, dialogs->rebreakPart.law.newCount - 1);
+    if (!doc.dialogs->rebreakPart.law.after && outcome.capturedRebuilt) {
+        doc.capture.renumberPoint(doc.capture->capturedPointSection, doc.dialogs->rebreakPart.law.newCount - 1);
     }
     if (lines) {
-        turnCapturedPatch(*this);
+        turnCapturedPatch(doc);
     }
-    tellOutcome(ui_, outcome);
-    retitle();
-    redraw();
+    tellOutcome(doc.ui(), outcome);
+    doc.retitle();
+    doc.redraw();
+}
+
+} // namespace
+
+std::span<const Command> rebreakPartCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "point.rebreakPart",
+         .menuText = "Rebreak part...",
+         .statusText = "Rebreak part of selected section before (after) current point",
+         .run = &RebreakPart,
+         .off = [](Doc d) { return noPoint(d) || d.capture->freePointHeld || noCurve(d); },
+         .places = {{PointContext, 430}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

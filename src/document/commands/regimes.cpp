@@ -1,10 +1,13 @@
 #include "regimes.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "DialogValues.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "messages.h"
 #include "show_dialog.h"
 
@@ -254,12 +257,16 @@ void VelmoraDoc::RemovePatchFromBlock() {
     forceMouseMode(ModePatch);
 }
 
-void VelmoraDoc::NewBlock() {
-    emptyBlock();
-    showBlockOnly = false;
-    redrawPicture();
-    AddPatchToBlock();
+namespace {
+
+void NewBlock(VelmoraDoc& doc) {
+    doc.emptyBlock();
+    doc.showBlockOnly = false;
+    doc.redrawPicture();
+    doc.AddPatchToBlock();
 }
+
+} // namespace
 
 void VelmoraDoc::InputPatch() {
     dialogs->inputPatch.maximum = partCount();
@@ -284,6 +291,31 @@ void VelmoraDoc::InputPatch() {
     }
     redrawPicture();
 }
+
+namespace {
+
+/// Every part joins the zBlock, and the last one is held as a typed one is.
+void SelectAll(VelmoraDoc& doc) {
+    const std::int32_t parts = doc.partCount();
+    if (parts < 1) {
+        return;
+    }
+    if (parts > countOf(doc.blockList)) {
+        doc.ui().showMessage(message::blockIsFull);
+        return;
+    }
+    doc.capture.disarmForPatchNumber();
+    letPointGo(doc);
+    letCurveGo(doc);
+    doc.capture.holdPatch(parts - 1, true);
+    doc.forceMouseMode(ModePatch);
+    std::iota(doc.blockList.begin(), doc.blockList.begin() + parts, 0);
+    doc.blockCount = parts;
+    doc.ShowStatus(doc.capture->blockStatus);
+    doc.redrawPicture();
+}
+
+} // namespace
 
 void VelmoraDoc::ExitPatchRegime() {
     letCurveGo(*this);
@@ -386,6 +418,150 @@ void VelmoraDoc::moveRegimeAtRelease() {
     } else {
         takeCurveAtRelease(*this);
     }
+}
+
+std::span<const Command> regimeCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "patch.capture",
+         .menuText = "&Capture",
+         .statusText = "Capture patch for editing",
+         .toolTip = "Capture patch",
+         .icon = true,
+         .run = &VelmoraDoc::CapturePatch,
+         .off = [](Doc d) { return emptyModel(d) || d.capture->patchCaptured; },
+         .checked = [](Doc d) { return d.capture->patchCaptureArmed || d.capture->patchCaptured; },
+         .places = {{EditPatches, 110}, {GeneralBar, 210}}},
+        {.id = "patch.inputAndAdd",
+         .menuText = "&Input && Add to zBlock...",
+         .statusText = "Direct input of patch number",
+         .toolTip = "Input patch",
+         .icon = true,
+         .run = &VelmoraDoc::InputPatch,
+         .off = emptyModel,
+         .places = {{EditPatches, 120}, {GeneralBar, 220}}},
+        {.id = "block.all",
+         .menuText = "Select &all",
+         .statusText = "Add every patch to zBlock",
+         .icon = true,
+         .run = &SelectAll,
+         .off = emptyModel,
+         .places = {{EditPatches, 125}}},
+        {.id = "patch.addToBlock",
+         .menuText = "&Add to zBlock",
+         .statusText = "Add patch to zBlock for editing",
+         .toolTip = "Add to zBlock",
+         .icon = true,
+         .run = &VelmoraDoc::AddPatchToBlock,
+         .off = emptyModel,
+         .places = {{PatchContext, 110}, {EditingBar, 110}}},
+        {.id = "patch.removeFromBlock",
+         .menuText = "&Remove from zBlock",
+         .statusText = "Remove patch from zBlock",
+         .toolTip = "Remove from zBlock",
+         .icon = true,
+         .run = &VelmoraDoc::RemovePatchFromBlock,
+         .off = noBlock,
+         .places = {{PatchContext, 120}, {EditingBar, 140}}},
+        {.id = "patch.exit",
+         .menuText = "E&xit",
+         .statusText = "Leave the patch regime",
+         .run = &VelmoraDoc::ExitPatches,
+         .places = {{EditPatches, 410}, {PatchContext, 510}}},
+        {.id = "block.new",
+         .menuText = "New zBlock",
+         .statusText = "Create new zBlock. If zBlock exist, it is removed",
+         .run = &NewBlock,
+         .off = [](Doc d) { return d.blockCount == 0; },
+         .places = {{PatchContext, 140}}},
+        {.id = "line.captureSection",
+         .menuText = "Capture &Section",
+         .statusText = "Capture section for editing",
+         .toolTip = "Capture section",
+         .icon = true,
+         .run = &VelmoraDoc::CaptureSection,
+         .off = [](Doc d) { return notStr(d) || d.capture->sectionCaptured; },
+         .checked = [](Doc d) { return d.capture->sectionCaptureArmed || d.capture->sectionCaptured; },
+         .places = {{EditLinesCapture, 110, "&Section"}, {PatchContext, 410}, {GeneralBar, 310}}},
+        {.id = "line.captureLine",
+         .menuText = "Capture &Line",
+         .statusText = "Capture line for editing",
+         .toolTip = "Capture line",
+         .icon = true,
+         .run = &VelmoraDoc::CaptureLine,
+         .off = [](Doc d) { return emptyModel(d) || d.capture->lineCaptured || notGrid(d); },
+         .checked = [](Doc d) { return d.capture->lineCaptureArmed || d.capture->lineCaptured; },
+         .places = {{EditLinesCapture, 120, "&Line"}, {PatchContext, 420}, {GeneralBar, 410}}},
+        {.id = "line.inputSection",
+         .menuText = "&Section...",
+         .statusText = "Direct input of section number",
+         .toolTip = "Input section",
+         .icon = true,
+         .run = &VelmoraDoc::InputSection,
+         .off = notStr,
+         .places = {{EditLinesInput, 110}, {GeneralBar, 320}}},
+        {.id = "line.inputLine",
+         .menuText = "&Line...",
+         .statusText = "Direct input of line number",
+         .toolTip = "Input line",
+         .icon = true,
+         .run = &VelmoraDoc::InputLine,
+         .off = notGrid,
+         .places = {{EditLinesInput, 120}, {GeneralBar, 420}}},
+        {.id = "line.next",
+         .menuText = "&Next Section (Line)",
+         .statusText = "Capture the next section or line",
+         .run = &VelmoraDoc::NextSectionOrLine,
+         .off = noCurve,
+         .places = {{LineContext, 110}}},
+        {.id = "line.gateToPatchMode",
+         .menuText = "Gate to patch mode",
+         .statusText = "Add patch to zBlock for editing",
+         .run = &VelmoraDoc::AddPatchToBlock,
+         .off = emptyModel,
+         .places = {{LineContext, 130}}},
+        {.id = "line.exit",
+         .menuText = "E&xit",
+         .statusText = "Leave the section or line regime",
+         .run = &VelmoraDoc::ExitLines,
+         .places = {{EditLines, 210}, {LineContext, 610}}},
+        {.id = "point.capture",
+         .menuText = "&Capture",
+         .statusText = "Capture point for editing",
+         .toolTip = "Capture point",
+         .icon = true,
+         .run = &VelmoraDoc::CapturePoint,
+         .off = [](Doc d) { return emptyModel(d) || d.capture->pointCaptured; },
+         .checked = [](Doc d) { return d.capture->pointCaptureArmed || d.capture->pointCaptured; },
+         .places = {{EditPoint, 110}, {GeneralBar, 510}}},
+        {.id = "point.next",
+         .menuText = "&Next point",
+         .statusText = "Capture the next point",
+         .toolTip = "Next point",
+         .icon = true,
+         .run = &VelmoraDoc::CapturePoint,
+         .off = noPoint,
+         .places = {{PointContext, 110}, {EditingBar, 310}}},
+        {.id = "point.free",
+         .menuText = "Free point",
+         .statusText = "Capture a point anywhere on the geometry",
+         .run = &VelmoraDoc::CaptureFreePointInPointRegime,
+         .off = [](Doc d) { return d.capture->capturedSection < 0 && d.capture->capturedLine < 0; },
+         .places = {{PointContext, 170}}},
+        {.id = "point.free.line",
+         .menuText = "Free point",
+         .statusText = "Capture a point anywhere on the geometry",
+         .run = &VelmoraDoc::CaptureFreePoint,
+         .off = noCurveOrField,
+         .places = {{LineContext, 510}}},
+        {.id = "point.exit",
+         .menuText = "E&xit ",
+         .statusText = "Leave the point regime",
+         .run = &VelmoraDoc::ExitPoint,
+         .places = {{PointContext, 520}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

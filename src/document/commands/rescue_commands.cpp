@@ -14,8 +14,8 @@ std::string VelmoraDoc::rescueBytes() const {
     static const PatchList noPatches;
     static const zRegion_fe noZones;
     const bool grid = structureKind == StructureKind::Structured;
-    return encodeRescue(modelFile.chosenPath.string(), modelFile.documentTitle, grid ? patches : noPatches,
-                        grid ? noZones : feRegion, fieldPatches,
+    return encodeRescue(modelFile.chosenPath.string(), modelFile.documentTitle, modelFile.imported,
+                        grid ? patches : noPatches, grid ? noZones : feRegion, fieldPatches,
                         {fieldLoaded, fieldMode, fieldCount, fieldTitleLine, fieldVariablesLine});
 }
 
@@ -41,6 +41,7 @@ void VelmoraDoc::takeRescued(RescuedModel model) {
     modelFile.currentDirectory = directoryOf(modelFile.chosenPath);
     modelFile.setTitle(model.title);
     modelFile.currentPath = modelFile.currentDirectory + modelFile.documentTitle;
+    modelFile.imported = model.imported; // no file is its own: Save must not hit one that happens to have its name
     finishOpen(*this, {});
     documentModified = true;
 }

@@ -5,6 +5,8 @@
 
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "file_types.h"
 #include "messages.h"
 #include "path_names.h"
@@ -35,6 +37,12 @@ std::filesystem::path VelmoraDoc::saveTarget() const {
         target.replace_extension(textOf(fileKind));
     }
     return target;
+}
+
+std::string VelmoraDoc::saveTargetText() const {
+    const std::filesystem::path target = saveTarget();
+    const bool plain = target.empty() || modelFile.imported || target == modelFile.openedPath;
+    return plain ? std::string() : "Save writes " + target.string();
 }
 
 VelmoraDoc::SaveResult VelmoraDoc::saveCurrent() {
@@ -107,23 +115,30 @@ void becomeSurface(VelmoraDoc& doc, zRegion_fe& surface) {
     doc.redraw();
 }
 
-/// Writes the model, a grid also as zones or as triangles, in the format that the extension of `path` names. `surface`
-/// gets the triangles.
+/// The triangles of the grids; none of a grid of single sections or points.
+zRegion_fe surfaceOf(const PatchList& patches) {
+    zRegion zones;
+    zRegion_fe surface;
+    patchesToRegion(patches, zones);
+    regionToSurface(zones, surface);
+    return surface;
+}
+
+/// Writes the model, a grid also as zones or as its triangles `surface`, in the format that the extension of `path`
+/// names.
 WriteOutcome writeModelAs(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension,
-                          zRegion_fe& surface) {
+                          const zRegion_fe& surface) {
     if (doc.structureKind == StructureKind::Unstructured) {
         return writeZones(doc, path, {}, doc.feRegion);
     }
     if (extension == "apt" || extension == "skl") {
         return writeStructured(doc, path, extension == "apt" ? FileKind::Apt : FileKind::Skl);
     }
-    zRegion zones;
     if (extension == "dat") {
+        zRegion zones;
         patchesToZones(doc.patches, zones);
         return writeZones(doc, path, zones, {});
     }
-    patchesToRegion(doc.patches, zones);
-    regionToSurface(zones, surface);
     return writeZones(doc, path, {}, surface);
 }
 
@@ -149,11 +164,17 @@ void VelmoraDoc::saveModelAs() {
         ui_.showMessage(message::cannotBeSavedAs(extension));
         return;
     }
+    const bool grid = structureKind == StructureKind::Structured;
+    const bool asTriangles = grid && isZoneFormat(extension);
+    zRegion_fe surface = asTriangles ? surfaceOf(patches) : zRegion_fe();
+    if (asTriangles && surface.blocks.empty()) {
+        // There is no triangle to write: the file, and the model that becomes what was written, would be empty.
+        ui_.showMessage(message::cannotBeSavedAs(extension));
+        return;
+    }
     if (!mayOverwrite(*this, path, TargetFrom::Chooser)) {
         return;
     }
-    const bool grid = structureKind == StructureKind::Structured;
-    zRegion_fe surface;
     const WriteOutcome outcome = writeModelAs(*this, path, extension, surface);
     if (!outcome) {
         return; // path and name stay, and the model is as changed as it was
@@ -165,7 +186,7 @@ void VelmoraDoc::saveModelAs() {
     } else {
         modelFile.titleWrong = false;
         modelFile.takeExtension(extension);
-        if (grid && isZoneFormat(extension)) {
+        if (asTriangles) {
             becomeSurface(*this, surface);
         } else {
             ui_.addRecentFile(path.parent_path());
@@ -187,6 +208,29 @@ bool VelmoraDoc::saveModified() {
     // Work that could not be written is not thrown away: the document stays open, and asks again.
     saveModel();
     return !documentModified;
+}
+
+std::span<const Command> saveCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "file.save",
+         .menuText = "&Save",
+         .statusText = "Save the model",
+         .toolTip = "Save",
+         .accelerator = "Ctrl+S",
+         .icon = true,
+         .run = &VelmoraDoc::saveModel,
+         .off = nonOrField,
+         .places = {{File, 610}, {GeneralBar, 130}}},
+        {.id = "file.saveAs",
+         .menuText = "Save &As...",
+         .statusText = "Save the model under a new name",
+         .run = &VelmoraDoc::saveModelAs,
+         .off = nonOrField,
+         .places = {{File, 620}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

@@ -9,6 +9,8 @@
 #include "capture_address.h"
 #include "captured_curve.h"
 #include "carried_values.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "exchange.h"
 #include "messages.h"
 #include "patch_order.h"
@@ -47,11 +49,7 @@ void editCurveAsSection(VelmoraDoc& doc, const std::function<void(PointList&)>& 
     }
 }
 
-} // namespace
-
 // ---- Move, Scaling, Flip, Rotation, Symmetric -----------------------------------------------------------------------
-
-namespace {
 
 void transformCurve(VelmoraDoc& doc, const PointMap& map) {
     doc.beginPatchCommand(Extent::Stays);
@@ -64,51 +62,47 @@ void transformCurve(VelmoraDoc& doc, const PointMap& map) {
     doc.redraw();
 }
 
-} // namespace
-
-void VelmoraDoc::MoveCurve() {
-    if (curveCanBeEdited(*this) && showDialog(ui_, dialogs->move)) {
-        transformCurve(*this, dialogs->move.map());
+void MoveCurve(VelmoraDoc& doc) {
+    if (curveCanBeEdited(doc) && showDialog(doc.ui(), doc.dialogs->move)) {
+        transformCurve(doc, doc.dialogs->move.map());
     }
 }
 
-void VelmoraDoc::ScaleCurve() {
-    if (curveCanBeEdited(*this) && showDialog(ui_, dialogs->scaling)) {
-        transformCurve(*this, dialogs->scaling.map());
+void ScaleCurve(VelmoraDoc& doc) {
+    if (curveCanBeEdited(doc) && showDialog(doc.ui(), doc.dialogs->scaling)) {
+        transformCurve(doc, doc.dialogs->scaling.map());
     }
 }
 
-void VelmoraDoc::FlipCurve() {
-    if (curveCanBeEdited(*this) && showDialog(ui_, dialogs->flip)) {
-        transformCurve(*this, dialogs->flip.map());
+void FlipCurve(VelmoraDoc& doc) {
+    if (curveCanBeEdited(doc) && showDialog(doc.ui(), doc.dialogs->flip)) {
+        transformCurve(doc, doc.dialogs->flip.map());
     }
 }
 
-void VelmoraDoc::RotateCurve() {
-    if (curveCanBeEdited(*this) && showDialog(ui_, dialogs->rotate)) {
-        RotationAxis axis = dialogs->rotate.axis();
-        transformCurve(*this, [&axis](const zVec<double>& point) { return rotatePoint(point, axis); });
-        dialogs->rotate.takeEnd(axis);
+void RotateCurve(VelmoraDoc& doc) {
+    if (curveCanBeEdited(doc) && showDialog(doc.ui(), doc.dialogs->rotate)) {
+        RotationAxis axis = doc.dialogs->rotate.axis();
+        transformCurve(doc, [&axis](const zVec<double>& point) { return rotatePoint(point, axis); });
+        doc.dialogs->rotate.takeEnd(axis);
     }
 }
 
-void VelmoraDoc::SymmetricSection() {
-    if (!curveCanBeEdited(*this) || !showDialog(ui_, dialogs->symmetric)) {
+void SymmetricSection(VelmoraDoc& doc) {
+    if (!curveCanBeEdited(doc) || !showDialog(doc.ui(), doc.dialogs->symmetric)) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
-    if (capture->sectionCaptured) {
-        ui_.showMessage(message::aptMayBeViolated);
-        PointList& section = *sectionAt(capture->capturedPatch, capture->capturedSection);
-        section = withMirrorImage(section, dialogs->symmetric.chosen());
-        retitle();
+    doc.beginPatchCommand(Extent::Stays);
+    if (doc.capture->sectionCaptured) {
+        doc.ui().showMessage(message::aptMayBeViolated);
+        PointList& section = *doc.sectionAt(doc.capture->capturedPatch, doc.capture->capturedSection);
+        section = withMirrorImage(section, doc.dialogs->symmetric.chosen());
+        doc.retitle();
     }
-    redraw();
+    doc.redraw();
 }
 
 // ---- First point ----------------------------------------------------------------------------------------------------
-
-namespace {
 
 /// Shows the dialog for the section, or the line turned to one. False for Cancel.
 bool askForFirstPoint(VelmoraDoc& document, const PointList& section) {
@@ -131,31 +125,28 @@ void renumberSection(PointList& section, const CFirstPoint& values, std::int32_t
     }
 }
 
-} // namespace
-
-void VelmoraDoc::FirstPoint() {
-    if (!curveCanBeEdited(*this)) {
+void FirstPoint(VelmoraDoc& doc) {
+    if (!curveCanBeEdited(doc)) {
         return;
     }
     bool confirmed = false;
-    editCurveAsSection(*this, [this, &confirmed](PointList& section) { confirmed = askForFirstPoint(*this, section); });
+    editCurveAsSection(doc, [&doc, &confirmed](PointList& section) { confirmed = askForFirstPoint(doc, section); });
     if (!confirmed) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
-    editCurveAsSection(
-        *this, [this](PointList& section) { renumberSection(section, dialogs->firstPoint, capture->capturedPoint); });
-    if (capture->pointCaptured) {
+    doc.beginPatchCommand(Extent::Stays);
+    editCurveAsSection(doc, [&doc](PointList& section) {
+        renumberSection(section, doc.dialogs->firstPoint, doc.capture->capturedPoint);
+    });
+    if (doc.capture->pointCaptured) {
         // The number has not moved: it names another point now.
-        capture.savePoint();
-        followCapturedPoint(*this);
-        capture.describePoint(true);
-        ShowStatus(capture->pointContinueStatus);
+        doc.capture.savePoint();
+        followCapturedPoint(doc);
+        doc.capture.describePoint(true);
+        doc.ShowStatus(doc.capture->pointContinueStatus);
     }
-    redraw();
+    doc.redraw();
 }
-
-namespace {
 
 void showCapturedPoint(VelmoraDoc& doc) {
     doc.capture.describePoint(false);
@@ -186,61 +177,57 @@ PointList* sectionOfCapturedPoint(VelmoraDoc& doc) {
     return there ? doc.sectionAt(doc.capture->capturedPatch, doc.capture->capturedSection) : nullptr;
 }
 
-} // namespace
-
-void VelmoraDoc::HalveSection() {
-    if (!capture->sectionCaptured || !curveIsThere(*this)) {
+void HalveSection(VelmoraDoc& doc) {
+    if (!doc.capture->sectionCaptured || !curveIsThere(doc)) {
         return;
     }
-    if (const auto removed = chooseSide(*this)) {
-        beginPatchCommand(Extent::Stays);
-        PointList& section = *sectionAt(capture->capturedPatch, capture->capturedSection);
+    if (const auto removed = chooseSide(doc)) {
+        doc.beginPatchCommand(Extent::Stays);
+        PointList& section = *doc.sectionAt(doc.capture->capturedPatch, doc.capture->capturedSection);
         section = withoutHalf(section, *removed);
-        keepCaptureInside(*this);
-        followCapturedPoint(*this);
-        retitle();
-        redraw();
+        keepCaptureInside(doc);
+        followCapturedPoint(doc);
+        doc.retitle();
+        doc.redraw();
     }
 }
 
-void VelmoraDoc::KnifePart() {
-    PointList* section = sectionOfCapturedPoint(*this);
+void KnifePart(VelmoraDoc& doc) {
+    PointList* section = sectionOfCapturedPoint(doc);
     if (section == nullptr) {
         return;
     }
-    if (const auto removed = chooseSide(*this)) {
-        beginPatchCommand(Extent::Stays);
-        if (PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection)) {
-            *field = withoutSide(*field, capture->capturedPoint, *removed);
+    if (const auto removed = chooseSide(doc)) {
+        doc.beginPatchCommand(Extent::Stays);
+        if (PointList* const field = doc.fieldOfSection(doc.capture->capturedPatch, doc.capture->capturedSection)) {
+            *field = withoutSide(*field, doc.capture->capturedPoint, *removed);
         }
-        *section = withoutSide(*section, capture->capturedPoint, *removed);
+        *section = withoutSide(*section, doc.capture->capturedPoint, *removed);
         // The point at which was cut stays captured: of the points before it none is left to count.
         if (*removed == Side::Before) {
-            capture.renumberPoint(capture->capturedPointSection, 0);
+            doc.capture.renumberPoint(doc.capture->capturedPointSection, 0);
         }
-        followCapturedPoint(*this);
-        retitle();
-        showCapturedPoint(*this);
-        redraw();
+        followCapturedPoint(doc);
+        doc.retitle();
+        showCapturedPoint(doc);
+        doc.redraw();
     }
 }
 
-void VelmoraDoc::CopyPart() {
-    const PointList* section = sectionOfCapturedPoint(*this);
+void CopyPart(VelmoraDoc& doc) {
+    const PointList* section = sectionOfCapturedPoint(doc);
     if (section == nullptr) {
         return;
     }
-    if (const auto copied = chooseSide(*this)) {
+    if (const auto copied = chooseSide(doc)) {
         // Here the side is what is copied: the other one is left out.
         const Side leftOut = *copied == Side::Before ? Side::After : Side::Before;
-        lineBuffer = withoutSide(*section, capture->capturedPoint, leftOut);
-        lineBufferFull = true;
-        showCapturedPoint(*this);
-        redraw();
+        doc.lineBuffer = withoutSide(*section, doc.capture->capturedPoint, leftOut);
+        doc.lineBufferFull = true;
+        showCapturedPoint(doc);
+        doc.redraw();
     }
 }
-
-namespace {
 
 /// The points of the buffer take the values along that stood at the same part of the length of what they replace, up
 /// to the captured point, which keeps its own.
@@ -259,84 +246,80 @@ void pasteValues(const PointList& section, PointList& values, std::int32_t point
     values = withSideReplaced(values, point, replaced, carried);
 }
 
-} // namespace
-
-void VelmoraDoc::PastePart() {
-    PointList* section = sectionOfCapturedPoint(*this);
+void PastePart(VelmoraDoc& doc) {
+    PointList* section = sectionOfCapturedPoint(doc);
     if (section == nullptr) {
         return;
     }
-    if (const auto side = chooseSide(*this)) {
-        beginPatchCommand(Extent::Stays);
-        PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection);
+    if (const auto side = chooseSide(doc)) {
+        doc.beginPatchCommand(Extent::Stays);
+        PointList* const field = doc.fieldOfSection(doc.capture->capturedPatch, doc.capture->capturedSection);
         if (field != nullptr) {
-            pasteValues(*section, *field, capture->capturedPoint, *side, lineBuffer);
+            pasteValues(*section, *field, doc.capture->capturedPoint, *side, doc.lineBuffer);
         }
-        *section = withSideReplaced(*section, capture->capturedPoint, *side, lineBuffer);
+        *section = withSideReplaced(*section, doc.capture->capturedPoint, *side, doc.lineBuffer);
         if (*side == Side::Before) {
             // By one, however long the buffer is, as far as the section goes.
-            capture.renumberPoint(capture->capturedPointSection,
-                                  std::min(capture->capturedPoint + 1, countOf(*section) - 1));
+            doc.capture.renumberPoint(doc.capture->capturedPointSection,
+                                      std::min(doc.capture->capturedPoint + 1, countOf(*section) - 1));
         }
-        retitle();
-        redraw();
+        doc.retitle();
+        doc.redraw();
     }
 }
 
-void VelmoraDoc::ReverseSection() {
-    PointList* section = sectionOfCapturedPoint(*this);
+void ReverseSection(VelmoraDoc& doc) {
+    PointList* section = sectionOfCapturedPoint(doc);
     if (section == nullptr) {
         return;
     }
-    keepForGuard();
-    if (PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection)) {
+    doc.keepForGuard();
+    if (PointList* const field = doc.fieldOfSection(doc.capture->capturedPatch, doc.capture->capturedSection)) {
         std::reverse(field->begin(), field->end());
     }
     std::reverse(section->begin(), section->end());
-    capture.renumberPoint(capture->capturedPointSection, countOf(*section) - capture->capturedPoint - 1);
+    doc.capture.renumberPoint(doc.capture->capturedPointSection, countOf(*section) - doc.capture->capturedPoint - 1);
     // No snapshot: the command chosen again takes it back. It is a change all the same, asked about before leaving.
-    documentModified = true;
-    retitle();
-    redraw();
+    doc.documentModified = true;
+    doc.retitle();
+    doc.redraw();
 }
 
-void VelmoraDoc::MergeBuffer() {
-    if (!capture->sectionCaptured || !curveIsThere(*this)) {
+void MergeBuffer(VelmoraDoc& doc) {
+    if (!doc.capture->sectionCaptured || !curveIsThere(doc)) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
-    ui_.showMessage(message::aptMayBeViolated);
-    PointList& section = *sectionAt(capture->capturedPatch, capture->capturedSection);
-    if (PointList* const field = fieldOfSection(capture->capturedPatch, capture->capturedSection)) {
-        field->resize(section.size() + lineBuffer.size()); // of points behind the last one nothing is known: 0
+    doc.beginPatchCommand(Extent::Stays);
+    doc.ui().showMessage(message::aptMayBeViolated);
+    PointList& section = *doc.sectionAt(doc.capture->capturedPatch, doc.capture->capturedSection);
+    if (PointList* const field = doc.fieldOfSection(doc.capture->capturedPatch, doc.capture->capturedSection)) {
+        field->resize(section.size() + doc.lineBuffer.size()); // of points behind the last one nothing is known: 0
     }
-    section.insert(section.end(), lineBuffer.begin(), lineBuffer.end());
-    retitle();
-    redraw();
+    section.insert(section.end(), doc.lineBuffer.begin(), doc.lineBuffer.end());
+    doc.retitle();
+    doc.redraw();
 }
 
-void VelmoraDoc::Prescribe() {
-    const CPrescribe& values = dialogs->prescribe;
-    if (!curveIsThere(*this) || !showDialog(ui_, dialogs->prescribe)) {
+void Prescribe(VelmoraDoc& doc) {
+    const CPrescribe& values = doc.dialogs->prescribe;
+    if (!curveIsThere(doc) || !showDialog(doc.ui(), doc.dialogs->prescribe)) {
         return;
     }
     PrescribedValues prescribed;
     prescribed.x = values.useX ? std::optional(values.x) : std::nullopt;
     prescribed.y = values.useY ? std::optional(values.y) : std::nullopt;
     prescribed.z = values.useZ ? std::optional(values.z) : std::nullopt;
-    beginPatchCommand(Extent::Stays);
-    PointList points = capturedCurvePoints(*this);
+    doc.beginPatchCommand(Extent::Stays);
+    PointList points = capturedCurvePoints(doc);
     for (zVec<double>& point : points) {
         prescribe(point, prescribed);
     }
-    putCurvePoints(*this, points);
-    retitle();
-    redraw();
+    putCurvePoints(doc, points);
+    doc.retitle();
+    doc.redraw();
 }
 
 // ---- Delete and Duplicate -------------------------------------------------------------------------------------------
-
-namespace {
 
 void removeCapturedSection(VelmoraDoc& doc) {
     doc.beginPatchCommand(Extent::Stays);
@@ -382,93 +365,207 @@ void removeCapturedLine(VelmoraDoc& doc) {
     doc.redraw();
 }
 
-} // namespace
-
-void VelmoraDoc::DeleteCurve() {
-    if (curveIsThere(*this)) {
-        capture->sectionCaptured ? removeCapturedSection(*this) : removeCapturedLine(*this);
+void DeleteCurve(VelmoraDoc& doc) {
+    if (curveIsThere(doc)) {
+        doc.capture->sectionCaptured ? removeCapturedSection(doc) : removeCapturedLine(doc);
     }
 }
 
-void VelmoraDoc::DuplicateCurve() {
-    if (!curveIsThere(*this)) {
+void DuplicateCurve(VelmoraDoc& doc) {
+    if (!curveIsThere(doc)) {
         return;
     }
-    const double points = static_cast<double>(capturedCurvePoints(*this).size());
-    dialogs->duplicate.room = memoryRoom(bytesOfSection + points * bytesOfPoint);
-    if (!showDialog(ui_, dialogs->duplicate)) {
+    const double points = static_cast<double>(capturedCurvePoints(doc).size());
+    doc.dialogs->duplicate.room = doc.memoryRoom(bytesOfSection + points * bytesOfPoint);
+    if (!showDialog(doc.ui(), doc.dialogs->duplicate)) {
         return;
     }
-    const auto copies = static_cast<std::size_t>(dialogs->duplicate.duplicateCount - 1);
+    const auto copies = static_cast<std::size_t>(doc.dialogs->duplicate.duplicateCount - 1);
     if (copies < 1) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
-    Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
-    if (!capture->sectionCaptured) {
+    doc.beginPatchCommand(Extent::Stays);
+    Patch& patch = doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)];
+    if (!doc.capture->sectionCaptured) {
         for (PointList& section : patch) {
-            if (capture->capturedLine < countOf(section)) {
-                const zVec<double> point = section[static_cast<std::size_t>(capture->capturedLine)];
-                section.insert(section.begin() + capture->capturedLine + 1, copies, point);
+            if (doc.capture->capturedLine < countOf(section)) {
+                const zVec<double> point = section[static_cast<std::size_t>(doc.capture->capturedLine)];
+                section.insert(section.begin() + doc.capture->capturedLine + 1, copies, point);
             }
         }
     } else {
-        const PointList section = patch[static_cast<std::size_t>(capture->capturedSection)];
-        patch.insert(patch.begin() + capture->capturedSection + 1, copies, section);
+        const PointList section = patch[static_cast<std::size_t>(doc.capture->capturedSection)];
+        patch.insert(patch.begin() + doc.capture->capturedSection + 1, copies, section);
     }
-    retitle();
-    redraw();
+    doc.retitle();
+    doc.redraw();
 }
 
 // ---- Weeding and Cylinder -------------------------------------------------------------------------------------------
 
-void VelmoraDoc::Weeding() {
-    const std::vector<bool> mask = chosenMask();
-    if (!curveCanBeEdited(*this)) {
+void Weeding(VelmoraDoc& doc) {
+    const std::vector<bool> mask = doc.chosenMask();
+    if (!curveCanBeEdited(doc)) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
-    const bool lines = !capture->sectionCaptured;
+    doc.beginPatchCommand(Extent::Stays);
+    const bool lines = !doc.capture->sectionCaptured;
     if (lines) {
-        transposePatches(patches, mask);
+        transposePatches(doc.patches, mask);
     }
-    for (std::size_t k = 0; k < patches.size(); ++k) {
+    for (std::size_t k = 0; k < doc.patches.size(); ++k) {
         if (mask[k]) {
-            weed(patches[k]);
+            weed(doc.patches[k]);
         }
     }
     if (lines) {
-        transposePatches(patches, mask);
+        transposePatches(doc.patches, mask);
     }
-    if (capture->pointCaptured) {
-        ExitPointRegime();
+    if (doc.capture->pointCaptured) {
+        doc.ExitPointRegime();
     }
     // Of two sections one is left, and that is no grid.
-    retitle();
-    redraw();
+    doc.retitle();
+    doc.redraw();
 }
 
-void VelmoraDoc::Cylinder() {
+void Cylinder(VelmoraDoc& doc) {
     // Leaving the regimes forgets the address of the profile.
-    const PointList profile = capturedCurvePoints(*this);
-    if (profile.empty() || !ui_.ask(message::removeGeometry)) {
+    const PointList profile = capturedCurvePoints(doc);
+    if (profile.empty() || !doc.ui().ask(message::removeGeometry)) {
         return;
     }
-    keepForUndo();
-    structureKind = StructureKind::Structured;
-    fileKind = FileKind::Apt;
-    leavePointAndCurves(*this);
-    emptyBlock();
-    showBlockOnly = false;
-    capture.forgetPatch();
-    patches.assign(1, revolved(profile));
-    checkRegularity(patches);
-    modelFile.nameUntitled("apt");
-    if (status != idlePrompt) {
-        showIdlePrompt(*this);
+    doc.keepForUndo();
+    doc.structureKind = StructureKind::Structured;
+    doc.fileKind = FileKind::Apt;
+    leavePointAndCurves(doc);
+    doc.emptyBlock();
+    doc.showBlockOnly = false;
+    doc.capture.forgetPatch();
+    doc.patches.assign(1, revolved(profile));
+    doc.checkRegularity(doc.patches);
+    doc.modelFile.nameUntitled("apt");
+    if (doc.status != idlePrompt) {
+        showIdlePrompt(doc);
     }
-    updateBounds();
-    redraw();
+    doc.updateBounds();
+    doc.redraw();
+}
+
+} // namespace
+
+std::span<const Command> sectionCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "line.scaling",
+         .menuText = "&Scaling...",
+         .statusText = "Scale the captured section or line",
+         .run = &ScaleCurve,
+         .off = noCurveOfGrid,
+         .places = {{LineContext, 210}}},
+        {.id = "line.move",
+         .menuText = "&Move...",
+         .statusText = "Move the captured section or line",
+         .run = &MoveCurve,
+         .off = noCurveOfGrid,
+         .places = {{LineContext, 220}}},
+        {.id = "line.flip",
+         .menuText = "&Flip...",
+         .statusText = "Reflect the captured section or line in a plane",
+         .run = &FlipCurve,
+         .off = noCurveOfGrid,
+         .places = {{LineContext, 230}}},
+        {.id = "line.symmetric",
+         .menuText = "S&ymmetric...",
+         .statusText = "Add the reflection in a plane to the captured section",
+         .run = &SymmetricSection,
+         .off = noSectionOrField,
+         .places = {{LineContext, 240}}},
+        {.id = "line.rotation",
+         .menuText = "&Rotation...",
+         .statusText = "Rotate the captured section or line about an axis",
+         .run = &RotateCurve,
+         .off = noCurveOfGrid,
+         .places = {{LineContext, 250}}},
+        {.id = "line.firstPoint",
+         .menuText = "Firs&t point...",
+         .statusText = "Renumber section and make current point the first",
+         .run = &FirstPoint,
+         .off = noCurveOfGridOrField,
+         .places = {{LineContext, 310}}},
+        {.id = "line.prescribe",
+         .menuText = "Prescri&be...",
+         .statusText = "Prescribe definite value to any coordinate of all the points from line",
+         .run = &Prescribe,
+         .off = noCurveOfGridOrField,
+         .places = {{LineContext, 340}}},
+        {.id = "line.delete",
+         .menuText = "&Delete",
+         .statusText = "Delete section from patch",
+         .toolTip = "Delete section (line)",
+         .icon = true,
+         .run = &DeleteCurve,
+         .off = noCurveOrField,
+         .places = {{LineContext, 350}, {EditingBar, 220}}},
+        {.id = "line.duplicate",
+         .menuText = "Dup&licate...",
+         .statusText = "Duplicate section for editing",
+         .toolTip = "Duplicate section (line)",
+         .icon = true,
+         .run = &DuplicateCurve,
+         .off = noCurveOrField,
+         .places = {{LineContext, 360}, {EditingBar, 230}}},
+        {.id = "line.weeding",
+         .menuText = "&Weeding",
+         .statusText = "Delete one-half ines (sections) from geometry",
+         .run = &Weeding,
+         .off = noCurveOrField,
+         .places = {{LineContext, 370}}},
+        {.id = "line.knife",
+         .menuText = "&Knife",
+         .statusText = "Halve the number of points in section",
+         .run = &HalveSection,
+         .off = noSectionOrField,
+         .places = {{LineContext, 380}}},
+        {.id = "line.cylinder",
+         .menuText = "C&ylinder",
+         .statusText = "Create cylinder using line as a generatrix",
+         .run = &Cylinder,
+         .off = [](Doc d) { return !d.capture->sectionCaptured || d.fieldMode; },
+         .places = {{LineContext, 530}}},
+        {.id = "buffer.merge",
+         .menuText = "Buffer m&erge",
+         .statusText = "Merge buffer to section",
+         .run = &MergeBuffer,
+         .off = [](Doc d) { return notStr(d) || !d.capture->sectionCaptured || bufferEmpty(d); },
+         .places = {{LineContext, 450}}},
+        {.id = "point.knifePart",
+         .menuText = "&Knife part...",
+         .statusText = "Delete all the points with numbers before or after the current one",
+         .run = &KnifePart,
+         .off = noPointOnSection,
+         .places = {{PointContext, 440}}},
+        {.id = "point.copyPart",
+         .menuText = "Copy par&t...",
+         .statusText = "Copy part of section with numbers before or after the current one to buffer",
+         .run = &CopyPart,
+         .off = noPointOnSection,
+         .places = {{PointContext, 450}}},
+        {.id = "point.pastePart",
+         .menuText = "Paste part...",
+         .statusText = "Add buffer to selected position",
+         .run = &PastePart,
+         .off = [](Doc d) { return noPointOnSection(d) || bufferEmpty(d); },
+         .places = {{PointContext, 460}}},
+        {.id = "point.reverseSection",
+         .menuText = "First/Last in section",
+         .statusText = "Change numeration of points",
+         .run = &ReverseSection,
+         .off = noPointOnSection,
+         .places = {{PointContext, 470}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

@@ -5,6 +5,8 @@
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "capture_address.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "coons_rebuild.h"
 #include "correct_line.h"
 #include "exchange.h"
@@ -24,90 +26,86 @@ namespace {
 /// The snapshot, and what a kernel keeps of a patch as it works.
 constexpr double workingCopies = 4.0;
 
-} // namespace
-
-void VelmoraDoc::CoonsRebuild() {
-    if (workingCopies * bytesOf(patches) > memoryRoom(0.0).free) {
-        ui_.showMessage(message::notEnoughMemory);
+void CoonsRebuild(VelmoraDoc& doc) {
+    if (workingCopies * bytesOf(doc.patches) > doc.memoryRoom(0.0).free) {
+        doc.ui().showMessage(message::notEnoughMemory);
         return;
     }
-    beginPatchCommand(Extent::Stays);
-    for (const std::int32_t k : chosenInModelOrder()) {
-        coonsRebuild(patches[static_cast<std::size_t>(k)]);
+    doc.beginPatchCommand(Extent::Stays);
+    for (const std::int32_t k : doc.chosenInModelOrder()) {
+        coonsRebuild(doc.patches[static_cast<std::size_t>(k)]);
     }
-    followCapturedPoint(*this);
-    redraw();
+    followCapturedPoint(doc);
+    doc.redraw();
 }
 
-void VelmoraDoc::SmoothGeometry() {
-    if (!showDialog(ui_, dialogs->smooth)) {
+void SmoothGeometry(VelmoraDoc& doc) {
+    if (!showDialog(doc.ui(), doc.dialogs->smooth)) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
-    bool spline = dialogs->smooth.function == 1;
-    for (const std::int32_t k : chosenInModelOrder()) {
-        Patch& patch = patches[static_cast<std::size_t>(k)];
-        if (dialogs->smooth.regime == 2 || dialogs->smooth.regime == 4) {
+    doc.beginPatchCommand(Extent::Stays);
+    bool spline = doc.dialogs->smooth.function == 1;
+    for (const std::int32_t k : doc.chosenInModelOrder()) {
+        Patch& patch = doc.patches[static_cast<std::size_t>(k)];
+        if (doc.dialogs->smooth.regime == 2 || doc.dialogs->smooth.regime == 4) {
             smoothLines(patch, spline);
         }
-        if (dialogs->smooth.regime != 2) {
+        if (doc.dialogs->smooth.regime != 2) {
             smoothSections(patch, spline);
         }
-        if (dialogs->smooth.regime == 3) {
+        if (doc.dialogs->smooth.regime == 3) {
             smoothLines(patch, spline);
         }
     }
-    dialogs->smooth.function = spline ? 1 : 2; // coincident points turn it to Linear, for the next call too
-    followCapturedPoint(*this);
-    redraw();
+    doc.dialogs->smooth.function = spline ? 1 : 2; // coincident points turn it to Linear, for the next call too
+    followCapturedPoint(doc);
+    doc.redraw();
 }
 
 // ---- One curve ------------------------------------------------------------------------------------------------------
 
-void VelmoraDoc::Interpolate() {
-    dialogs->interpolate.pointClipboardFull = pointClipboardFull;
-    dialogs->interpolate.room = memoryRoom(workingCopies * bytesOf(patches));
-    if (!showDialog(ui_, dialogs->interpolate)) {
+void Interpolate(VelmoraDoc& doc) {
+    doc.dialogs->interpolate.pointClipboardFull = doc.pointClipboardFull;
+    doc.dialogs->interpolate.room = doc.memoryRoom(workingCopies * bytesOf(doc.patches));
+    if (!showDialog(doc.ui(), doc.dialogs->interpolate)) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
-    const bool lines = capture->lineCaptured;
-    const bool exists = sectionAt(capture->capturedPatch, 0) != nullptr &&
-                        (!lines || isGrid(patches[static_cast<std::size_t>(capture->capturedPatch)]));
+    doc.beginPatchCommand(Extent::Stays);
+    const bool lines = doc.capture->lineCaptured;
+    const bool exists = doc.sectionAt(doc.capture->capturedPatch, 0) != nullptr &&
+                        (!lines || isGrid(doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)]));
     if (!exists) {
         return;
     }
     if (lines) {
-        turnCapturedPatch(*this);
+        turnCapturedPatch(doc);
     }
-    Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
+    Patch& patch = doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)];
     const Interpolation outcome =
-        dialogs->interpolate.fitToBuffer
-            ? interpolateToPoint(patch, capture->capturedSection, pointClipboard)
-            : interpolateSection(patch, capture->capturedSection, dialogs->interpolate.coefficient);
+        doc.dialogs->interpolate.fitToBuffer
+            ? interpolateToPoint(patch, doc.capture->capturedSection, doc.pointClipboard)
+            : interpolateSection(patch, doc.capture->capturedSection, doc.dialogs->interpolate.coefficient);
     if (lines) {
-        turnCapturedPatch(*this);
+        turnCapturedPatch(doc);
     }
     switch (outcome) {
     case Interpolation::Done:
-        followCapturedPoint(*this);
-        redraw();
+        followCapturedPoint(doc);
+        doc.redraw();
         break;
     case Interpolation::TooFewSections:
-        ui_.showMessage(message::fewSectionsToInterpolate);
+        doc.ui().showMessage(message::fewSectionsToInterpolate);
         break;
     case Interpolation::TooFar:
-        ui_.showMessage(message::interpolationTooFar);
+        doc.ui().showMessage(message::interpolationTooFar);
         break;
     case Interpolation::DoubleLine:
-        ui_.showMessage(message::interpolationDoubleLine);
+        doc.ui().showMessage(message::interpolationDoubleLine);
         break;
     case Interpolation::NotMoved:
         break;
     }
 }
-
-namespace {
 
 /// Shows the dialog for the captured line. False for Cancel, and where there is nothing to correct.
 bool askForCorrection(VelmoraDoc& doc) {
@@ -136,39 +134,75 @@ bool correctCapturedLine(VelmoraDoc& doc) {
     return true;
 }
 
-} // namespace
-
-void VelmoraDoc::CorrectLine() {
-    if (sectionAt(capture->capturedPatch, 0) == nullptr ||
-        !isGrid(patches[static_cast<std::size_t>(capture->capturedPatch)])) {
+void CorrectLine(VelmoraDoc& doc) {
+    if (doc.sectionAt(doc.capture->capturedPatch, 0) == nullptr ||
+        !isGrid(doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)])) {
         return;
     }
-    const bool sections = capture->sectionCaptured;
+    const bool sections = doc.capture->sectionCaptured;
     if (sections) {
-        turnCapturedPatch(*this);
+        turnCapturedPatch(doc);
     }
-    const bool confirmed = askForCorrection(*this);
+    const bool confirmed = askForCorrection(doc);
     if (sections) {
-        turnCapturedPatch(*this);
+        turnCapturedPatch(doc);
     }
     if (!confirmed) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
-    SavePointUndo();
-    pointUndoReady = true;
-    capture.savePoint();
-    capture.saveCurve();
+    doc.beginPatchCommand(Extent::Stays);
+    doc.SavePointUndo();
+    doc.pointUndoReady = true;
+    doc.capture.savePoint();
+    doc.capture.saveCurve();
     if (sections) {
-        turnCapturedPatch(*this);
+        turnCapturedPatch(doc);
     }
-    const bool corrected = correctCapturedLine(*this);
+    const bool corrected = correctCapturedLine(doc);
     if (sections) {
-        turnCapturedPatch(*this);
+        turnCapturedPatch(doc);
     }
     if (corrected) {
-        redraw();
+        doc.redraw();
     }
+}
+
+} // namespace
+
+std::span<const Command> surfaceCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "line.interpolate",
+         .menuText = "&Interpolate...",
+         .statusText = "Interpolate section between the closest ones and move it to prescribed position",
+         .run = &Interpolate,
+         .off = [](Doc d) { return noCurve(d) || notGridOrField(d); },
+         .places = {{LineContext, 320}}},
+        {.id = "line.correct",
+         .menuText = "Correct Line...",
+         .statusText = "Correct selected line to fit it to captured point and rebuild geometry",
+         .run = &CorrectLine,
+         .off = [](Doc d) { return !d.capture->freePointHeld; },
+         .places = {{PointContext, 410, "Correct line"}, {LineContext, 520}}},
+        {.id = "model.coonsRebuild",
+         .menuText = "Coons Re&build",
+         .statusText = "Rebuild blocks using Coons patches algorithm.  If no selections work with geometry",
+         .toolTip = "Coons rebuild",
+         .icon = true,
+         .run = &CoonsRebuild,
+         .off = notGridOrField,
+         .places = {{Transformations, 410}, {TransformationsBar, 410}}},
+        {.id = "model.smooth",
+         .menuText = "Smoo&th geometry...",
+         .statusText = "Smooth zBlock using soft algorithm.  If no selections work with geometry",
+         .toolTip = "Smooth geometry",
+         .icon = true,
+         .run = &SmoothGeometry,
+         .off = notGridOrField,
+         .places = {{Transformations, 420}, {TransformationsBar, 420}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

@@ -5,6 +5,8 @@
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "capture_address.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "exchange.h"
 #include "messages.h"
 #include "patch_order.h"
@@ -17,28 +19,6 @@ namespace velmora {
 
 namespace {
 
-std::int32_t turnedRound(std::int32_t index, std::int32_t count) {
-    return index >= 0 && index < count ? count - 1 - index : index;
-}
-
-/// What is captured in `patch` has another number when the order of its sections, or of their points, is turned round.
-void renumberCapture(Capture& capture, const Patch& patch, bool sections) {
-    const std::int32_t count = sections ? countOf(patch) : lineCount(patch);
-    if (capture->pointCaptured) {
-        const std::int32_t section = capture->capturedPointSection;
-        const std::int32_t point = capture->capturedPoint;
-        const bool known = section >= 0 && section < countOf(patch);
-        const std::int32_t points = known ? countOf(patch[static_cast<std::size_t>(section)]) : 0;
-        capture.renumberPoint(sections ? turnedRound(section, count) : section,
-                              sections ? point : turnedRound(point, points));
-    }
-    if (capture->sectionCaptured && sections) {
-        capture.renumberSection(turnedRound(capture->capturedSection, count));
-    } else if (capture->lineCaptured && !sections) {
-        capture.renumberLine(turnedRound(capture->capturedLine, count));
-    }
-}
-
 std::vector<std::int32_t> chosenZones(const VelmoraDoc& doc) {
     if (doc.blockCount < 1) {
         return doc.chosenPatches();
@@ -46,11 +26,7 @@ std::vector<std::int32_t> chosenZones(const VelmoraDoc& doc) {
     return zonesReached(doc.feRegion, {doc.blockList.data(), static_cast<std::size_t>(doc.blockCount)});
 }
 
-} // namespace
-
 // ---- Scaling, Move, Rotation, Flip, Symmetric -----------------------------------------------------------------------
-
-namespace {
 
 /// False when the map ended the work; what was done before stays done.
 bool transformModel(VelmoraDoc& doc, const PointMap& map) {
@@ -91,88 +67,86 @@ void runTransformation(VelmoraDoc& doc, bool keepsPoint, const std::function<boo
     doc.redraw();
 }
 
-} // namespace
-
-void VelmoraDoc::ScaleModel() {
-    if (structureKind == StructureKind::None || !showDialog(ui_, dialogs->scaling)) {
+void ScaleModel(VelmoraDoc& doc) {
+    if (doc.structureKind == StructureKind::None || !showDialog(doc.ui(), doc.dialogs->scaling)) {
         return;
     }
-    runTransformation(*this, true, [this] { return transformModel(*this, dialogs->scaling.map()); });
+    runTransformation(doc, true, [&doc] { return transformModel(doc, doc.dialogs->scaling.map()); });
 }
 
-void VelmoraDoc::MoveModel() {
-    if (structureKind == StructureKind::None || !showDialog(ui_, dialogs->move)) {
+void MoveModel(VelmoraDoc& doc) {
+    if (doc.structureKind == StructureKind::None || !showDialog(doc.ui(), doc.dialogs->move)) {
         return;
     }
-    runTransformation(*this, true, [this] { return transformModel(*this, dialogs->move.map()); });
+    runTransformation(doc, true, [&doc] { return transformModel(doc, doc.dialogs->move.map()); });
 }
 
-void VelmoraDoc::RotateModel() {
-    if (structureKind == StructureKind::None || !showDialog(ui_, dialogs->rotate)) {
+void RotateModel(VelmoraDoc& doc) {
+    if (doc.structureKind == StructureKind::None || !showDialog(doc.ui(), doc.dialogs->rotate)) {
         return;
     }
-    RotationAxis axis = dialogs->rotate.axis();
-    runTransformation(*this, true, [this, &axis] {
-        return transformModel(*this, [&axis](const zVec<double>& point) { return rotatePoint(point, axis); });
+    RotationAxis axis = doc.dialogs->rotate.axis();
+    runTransformation(doc, true, [&doc, &axis] {
+        return transformModel(doc, [&axis](const zVec<double>& point) { return rotatePoint(point, axis); });
     });
-    dialogs->rotate.takeEnd(axis);
+    doc.dialogs->rotate.takeEnd(axis);
 }
 
-void VelmoraDoc::FlipModel() {
-    if (structureKind == StructureKind::None || !showDialog(ui_, dialogs->flip)) {
+void FlipModel(VelmoraDoc& doc) {
+    if (doc.structureKind == StructureKind::None || !showDialog(doc.ui(), doc.dialogs->flip)) {
         return;
     }
-    runTransformation(*this, false, [this] {
-        transformModel(*this, dialogs->flip.map());
-        if (structureKind == StructureKind::Structured) {
+    runTransformation(doc, false, [&doc] {
+        transformModel(doc, doc.dialogs->flip.map());
+        if (doc.structureKind == StructureKind::Structured) {
             // Points in reverse order keep a patch on its side.
-            for (const std::int32_t patch : chosenPatches()) {
-                if (Patch* const field = fieldOfPatch(patch)) {
+            for (const std::int32_t patch : doc.chosenPatches()) {
+                if (Patch* const field = doc.fieldOfPatch(patch)) {
                     reverseLines(*field);
                 }
-                reverseLines(patches[static_cast<std::size_t>(patch)]);
+                reverseLines(doc.patches[static_cast<std::size_t>(patch)]);
             }
         }
         return true;
     });
 }
 
-void VelmoraDoc::TurnRound() {
-    if (structureKind == StructureKind::None) {
+void TurnRound(VelmoraDoc& doc) {
+    if (doc.structureKind == StructureKind::None) {
         return;
     }
-    beginPatchCommand(Extent::Stays);
-    for (const std::int32_t part : chosenPatches()) {
+    doc.beginPatchCommand(Extent::Stays);
+    for (const std::int32_t part : doc.chosenPatches()) {
         const auto k = static_cast<std::size_t>(part);
-        if (structureKind == StructureKind::Unstructured) {
-            turnTriangles(*feRegion.blocks[k]);
+        if (doc.structureKind == StructureKind::Unstructured) {
+            turnTriangles(*doc.feRegion.blocks[k]);
             continue;
         }
-        reverseLines(patches[k]);
-        if (PatchList* const field = wholeField()) {
+        reverseLines(doc.patches[k]);
+        if (PatchList* const field = doc.wholeField()) {
             reverseLines((*field)[k]);
         }
-        if (part == capture->capturedPatch) {
-            renumberCapture(capture, patches[k], false);
+        if (part == doc.capture->capturedPatch) {
+            renumberCapture(doc.capture, doc.patches[k], false);
         }
     }
-    followCapturedPoint(*this);
-    redraw();
+    followCapturedPoint(doc);
+    doc.redraw();
 }
 
-void VelmoraDoc::SymmetricModel() {
-    if (structureKind == StructureKind::None || !showDialog(ui_, dialogs->symmetric)) {
+void SymmetricModel(VelmoraDoc& doc) {
+    if (doc.structureKind == StructureKind::None || !showDialog(doc.ui(), doc.dialogs->symmetric)) {
         return;
     }
-    runTransformation(*this, true, [this] {
-        if (structureKind == StructureKind::Unstructured) {
-            mirrorZones(feRegion, chosenZones(*this), dialogs->symmetric.chosen());
+    runTransformation(doc, true, [&doc] {
+        if (doc.structureKind == StructureKind::Unstructured) {
+            mirrorZones(doc.feRegion, chosenZones(doc), doc.dialogs->symmetric.chosen());
             return true;
         }
-        for (const std::int32_t patch : chosenPatches()) {
-            Patch image = patches[static_cast<std::size_t>(patch)];
-            transformPatch(image, dialogs->symmetric.map());
-            patches.push_back(std::move(image));
+        for (const std::int32_t patch : doc.chosenPatches()) {
+            Patch image = doc.patches[static_cast<std::size_t>(patch)];
+            transformPatch(image, doc.dialogs->symmetric.map());
+            doc.patches.push_back(std::move(image));
         }
         return true;
     });
@@ -180,46 +154,121 @@ void VelmoraDoc::SymmetricModel() {
 
 // ---- Sections and lines ---------------------------------------------------------------------------------------------
 
-void VelmoraDoc::Convertation() {
-    if (structureKind != StructureKind::Structured) {
+/// Exchanges sections and lines, and what is captured with them.
+void Convertation(VelmoraDoc& doc) {
+    if (doc.structureKind != StructureKind::Structured) {
         return;
     }
-    keepForGuard();
-    if (!exchangeSectionsAndLines(*this)) {
+    doc.keepForGuard();
+    if (!exchangeSectionsAndLines(doc)) {
         return;
     }
     // No snapshot: the command chosen again takes it back. It is a change all the same, asked about before leaving.
-    documentModified = true;
+    doc.documentModified = true;
     // With a zBlock that does not hold its patch the capture alone has turned: its numbers may be past the patch's
     // ends.
-    keepCaptureInside(*this);
-    followCapturedPoint(*this);
-    redraw();
+    keepCaptureInside(doc);
+    followCapturedPoint(doc);
+    doc.redraw();
 }
 
-void VelmoraDoc::LastFirstSwitch() {
-    if (structureKind != StructureKind::Structured || !showDialog(ui_, dialogs->lastFirst)) {
+void LastFirstSwitch(VelmoraDoc& doc) {
+    if (doc.structureKind != StructureKind::Structured || !showDialog(doc.ui(), doc.dialogs->lastFirst)) {
         return;
     }
-    keepForGuard();
-    const bool sections = dialogs->lastFirst.kind == 1;
-    const std::vector<bool> mask = chosenMask();
-    for (std::size_t k = 0; k < patches.size(); ++k) {
+    doc.keepForGuard();
+    const bool sections = doc.dialogs->lastFirst.kind == 1;
+    const std::vector<bool> mask = doc.chosenMask();
+    for (std::size_t k = 0; k < doc.patches.size(); ++k) {
         if (mask[k]) {
             const auto reverse = sections ? reverseSections : reverseLines;
-            if (Patch* const field = fieldOfPatch(static_cast<std::int32_t>(k))) {
+            if (Patch* const field = doc.fieldOfPatch(static_cast<std::int32_t>(k))) {
                 reverse(*field);
             }
-            reverse(patches[k]);
+            reverse(doc.patches[k]);
         }
     }
     // As above: a change without a snapshot.
-    documentModified = true;
-    if (capture->capturedPatch >= 0 && capture->capturedPatch < countOf(patches)) {
-        renumberCapture(capture, patches[static_cast<std::size_t>(capture->capturedPatch)], sections);
-        followCapturedPoint(*this);
+    doc.documentModified = true;
+    if (doc.capture->capturedPatch >= 0 && doc.capture->capturedPatch < countOf(doc.patches)) {
+        renumberCapture(doc.capture, doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)], sections);
+        followCapturedPoint(doc);
     }
-    redraw();
+    doc.redraw();
+}
+
+} // namespace
+
+std::span<const Command> transformCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "model.scaling",
+         .menuText = "&Scaling...",
+         .statusText = "Scale zBlock. If no selections work with geometry",
+         .toolTip = "Scaling zBlock or geometry",
+         .icon = true,
+         .run = &ScaleModel,
+         .off = emptyModel,
+         .places = {{Transformations, 110}, {TransformationsBar, 210}}},
+        {.id = "model.move",
+         .menuText = "&Move...",
+         .statusText = "Move zBlock. If no selections work with geometry",
+         .toolTip = "Move zBlock or geometry",
+         .icon = true,
+         .run = &MoveModel,
+         .off = emptyModel,
+         .places = {{Transformations, 120}, {TransformationsBar, 220}}},
+        {.id = "model.rotation",
+         .menuText = "&Rotation...",
+         .statusText = "Rotate zBlock about an axis. If no selections work with geometry",
+         .toolTip = "Rotate zBlock or geometry",
+         .icon = true,
+         .run = &RotateModel,
+         .off = emptyModel,
+         .places = {{Transformations, 130}, {TransformationsBar, 230}}},
+        {.id = "model.flip",
+         .menuText = "&Flip...",
+         .statusText = "Reflect zBlock in a plane. If no selections work with geometry",
+         .toolTip = "Flip zBlock or geometry",
+         .icon = true,
+         .run = &FlipModel,
+         .off = emptyModel,
+         .places = {{Transformations, 140}, {TransformationsBar, 240}}},
+        {.id = "model.turnRound",
+         .menuText = "Turn r&ound",
+         .statusText = "Make the other side of zBlock the front. If no selections work with geometry",
+         .toolTip = "Turn zBlock or geometry round",
+         .icon = true,
+         .run = &TurnRound,
+         .off = emptyModel,
+         .places = {{Transformations, 145}, {TransformationsBar, 245}}},
+        {.id = "model.symmetric",
+         .menuText = "S&ymmetric...",
+         .statusText = "Add the reflection of zBlock in a plane. If no selections work with geometry",
+         .toolTip = "Create symmetric geometry",
+         .icon = true,
+         .run = &SymmetricModel,
+         .off = nonOrField,
+         .places = {{Transformations, 150}, {TransformationsBar, 250}}},
+        {.id = "model.convertation",
+         .menuText = "Convertation",
+         .statusText = "Exchange sections and lines of zBlock. If no selections work with geometry",
+         .toolTip = "Convert sections to lines",
+         .icon = true,
+         .run = &Convertation,
+         .off = notGridOrField,
+         .places = {{Transformations, 160}, {TransformationsBar, 260}}},
+        {.id = "model.lastFirstSwitch",
+         .menuText = "Last/First switch...",
+         .statusText = "Reverse the order of sections or lines of zBlock. If no selections work with geometry",
+         .toolTip = "Last_First switch",
+         .icon = true,
+         .run = &LastFirstSwitch,
+         .off = notGridOrField,
+         .places = {{Transformations, 170}, {TransformationsBar, 270}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

@@ -6,6 +6,8 @@
 #include "VelmoraDoc.h"
 #include "capture_address.h"
 #include "captured_curve.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "finite_model.h"
 #include "messages.h"
 #include "path_names.h"
@@ -88,11 +90,7 @@ void clearSnapshots(VelmoraDoc& doc) {
     doc.pointUndoField = doc.undoField = FieldSnapshot();
 }
 
-} // namespace
-
 // ---- Commands that cannot be done -----------------------------------------------------------------------------------
-
-namespace {
 
 /// A command has put a number into the model that is infinite or none.
 class NotFinite : public std::exception {};
@@ -127,7 +125,29 @@ void takeReplacedSnapshots(DocumentState& doc) {
 
 } // namespace
 
-void VelmoraDoc::runCommand(void (VelmoraDoc::*command)()) {
+/// A command that changes the kind of the model changes the file that Save writes: that is told at once, unless
+/// the command told it itself, and until the next command. Before this one Save went to `before`, of which `textBefore`
+/// was told.
+void VelmoraDoc::tellSaveTarget(const std::filesystem::path& before, const std::string& textBefore) {
+    const std::filesystem::path target = saveTarget();
+    const std::string text = saveTargetText();
+    const bool sameModel = !before.empty() && (undoPath.empty() || undoPath == replaced->path);
+    if (sameModel && target != before && !text.empty() && status.find(text) == std::string::npos) {
+        const CaptureText captured = shownCaptureText();
+        std::string covered = status == idlePrompt ? std::string() : status;
+        ShowStatus(text);
+        coveredText_ = captured;
+        coveredStatus_ = std::move(covered);
+    } else if (!coveredStatus_.empty()) { // the command said nothing
+        ShowStatus(coveredText_ != nullptr ? std::string((*capture).*coveredText_) : std::string(coveredStatus_));
+    } else if (target != before && !textBefore.empty() && status == textBefore) {
+        ShowStatus(idlePrompt); // Save goes where it went at first
+    }
+}
+
+void VelmoraDoc::runCommand(CommandRun command) {
+    const std::filesystem::path target = saveTarget();
+    const std::string targetText = saveTargetText();
     replaced.emplace();
     replaced->patchReady = patchUndoReady;
     replaced->pointReady = pointUndoReady;
@@ -138,10 +158,11 @@ void VelmoraDoc::runCommand(void (VelmoraDoc::*command)()) {
     const zVec<double> upper = boxMax;
     try {
         const CommandGuard guard(*this);
-        (this->*command)();
+        command(*this);
         if (!resultIsFinite(*this)) {
             throw NotFinite();
         }
+        tellSaveTarget(target, targetText);
     } catch (const NotFinite&) {
         // The guard has put the model back.
         takeReplacedSnapshots(*this);
@@ -241,6 +262,10 @@ void VelmoraDoc::UndoPatch() {
     patchUndoReady = false;
     emptyBlock();
     showBlockOnly = false; // of an empty zBlock nothing would be shown
+    const auto held = static_cast<std::size_t>(capture->capturedPatch);
+    if (capture->capturedPatch >= 0 && held < patches.size() && held < undoPatches.size()) {
+        turnCaptureBack(*this, undoPatches[held]);
+    }
     keepCaptureInside(*this);
     if (capture->curveHeld() && !curveIsThere(*this)) {
         // Of zones, and of a patch without a section, there is none to hold.
@@ -260,6 +285,32 @@ void VelmoraDoc::UndoPatch() {
         redraw();
     }
     clearSnapshots(*this); // last, as above
+}
+
+std::span<const Command> undoCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "patch.undo",
+         .menuText = "&Undo",
+         .statusText = "Undo edited patches",
+         .toolTip = "Undo patch",
+         .accelerator = "Ctrl+Z",
+         .icon = true,
+         .run = &VelmoraDoc::UndoPatch,
+         .off = [](Doc d) { return !d.patchUndoReady; },
+         .places = {{EditPatches, 130}, {EditLines, 130}, {LineContext, 140}, {PatchContext, 150}, {GeneralBar, 610}}},
+        {.id = "point.undo",
+         .menuText = "&Undo",
+         .statusText = "Undo edited point",
+         .toolTip = "Undo point",
+         .accelerator = "Ctrl+Z",
+         .icon = true,
+         .run = &VelmoraDoc::UndoPoint,
+         .off = [](Doc d) { return !d.pointUndoReady; },
+         .places = {{EditPoint, 310}, {PointContext, 510}, {GeneralBar, 620}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

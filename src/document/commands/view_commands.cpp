@@ -2,6 +2,8 @@
 
 #include "DialogValues.h"
 #include "UserInterface.h"
+#include "command_rows.h"
+#include "command_rules.h"
 #include "show_dialog.h"
 
 namespace velmora {
@@ -10,22 +12,26 @@ void VelmoraDoc::FitToWindow() {
     updateBounds();
 }
 
-void VelmoraDoc::ViewFeatures() {
-    dialogs->features.showBlockOnly = showBlockOnly;
-    dialogs->features.showBuffer = showBuffer;
-    dialogs->features.showZBlockMarkers = showZBlockMarkers;
-    dialogs->features.blockEmpty = blockCount == 0;
-    dialogs->features.unstructured = structureKind == StructureKind::Unstructured;
-    if (!showDialog(ui_, dialogs->features)) {
+namespace {
+
+void ViewFeatures(VelmoraDoc& doc) {
+    doc.dialogs->features.showBlockOnly = doc.showBlockOnly;
+    doc.dialogs->features.showBuffer = doc.showBuffer;
+    doc.dialogs->features.showZBlockMarkers = doc.showZBlockMarkers;
+    doc.dialogs->features.blockEmpty = doc.blockCount == 0;
+    doc.dialogs->features.unstructured = doc.structureKind == StructureKind::Unstructured;
+    if (!showDialog(doc.ui(), doc.dialogs->features)) {
         return;
     }
-    showBlockOnly = dialogs->features.showBlockOnly;
-    showFirstPoints = dialogs->features.showFirstPoints;
-    showDoublePoints = dialogs->merge.showDouble = dialogs->features.showDoublePoints;
-    showBuffer = dialogs->features.showBuffer;
-    showZBlockMarkers = dialogs->features.showZBlockMarkers;
-    redrawPicture();
+    doc.showBlockOnly = doc.dialogs->features.showBlockOnly;
+    doc.showFirstPoints = doc.dialogs->features.showFirstPoints;
+    doc.showDoublePoints = doc.dialogs->merge.showDouble = doc.dialogs->features.showDoublePoints;
+    doc.showBuffer = doc.dialogs->features.showBuffer;
+    doc.showZBlockMarkers = doc.dialogs->features.showZBlockMarkers;
+    doc.redrawPicture();
 }
+
+} // namespace
 
 void VelmoraDoc::ToggleBlockOnly() {
     showBlockOnly = !showBlockOnly;
@@ -42,6 +48,37 @@ bool VelmoraDoc::askViewing(dlgViewing& values) {
     const bool agreed = showDialog(ui_, dialogs->viewing);
     values = dialogs->viewing;
     return agreed;
+}
+
+std::span<const Command> viewCommands() {
+    using namespace rules;
+    using enum MenuId;
+    static const Command rows[] = {
+        {.id = "block.only",
+         .menuText = "Block only",
+         .statusText = "Show only patches included into zBlock",
+         .toolTip = "Block only",
+         .icon = true,
+         .run = &VelmoraDoc::ToggleBlockOnly,
+         .off = noBlock,
+         .checked = [](Doc d) { return d.showBlockOnly; },
+         .places = {{GeneralBar, 1010}}},
+        {.id = "view.fit",
+         .menuText = "&Fit to Window",
+         .statusText = "Fit image to the window of pane",
+         .toolTip = "Fit image",
+         .accelerator = "Home",
+         .icon = true,
+         .run = &VelmoraDoc::FitToWindow,
+         .off = emptyModel,
+         .places = {{View, 440}, {GeneralBar, 840}}},
+        {.id = "view.features",
+         .menuText = "&View features...",
+         .statusText = "Choose what is shown beside the model",
+         .run = &ViewFeatures,
+         .places = {{Options, 110}}},
+    };
+    return rows;
 }
 
 } // namespace velmora

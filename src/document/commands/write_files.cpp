@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -85,14 +86,22 @@ WriteOutcome writeStructured(VelmoraDoc& doc, const std::filesystem::path& path,
     return outcome;
 }
 
+namespace {
+
+/// How far the digits of a file may move a point without a word.
+double worthTelling(const VelmoraDoc& doc) {
+    constexpr double partOfRadius = 1e-5;
+    return partOfRadius * doc.modelRadius;
+}
+
+} // namespace
+
 WriteOutcome writeZones(VelmoraDoc& doc, const std::filesystem::path& path, const zRegion& structured,
                         const zRegion_fe& unstructured) {
-    constexpr int digitsOfZones = 6; // of VRML and STL
-    static const PatchList noPatches;
+    constexpr int shortDigits = 6; // of VRML and STL
     const std::string extension = extensionOf(path);
-    if (extension == "wrl" || extension == "stl") {
-        tellMove(doc, digitsOfZones, largestMove(ExchangeView(noPatches, unstructured), digitsOfZones, false));
-    }
+    const int digits = extension == "wrl" || extension == "stl" ? shortDigits : outputPrecision;
+    tellMove(doc, digits, largestMove(structured, unstructured, digits, worthTelling(doc)));
     std::vector<std::string> told;
     WriteOutcome outcome;
     {
@@ -117,17 +126,10 @@ std::string shortLength(double length) {
 }
 
 void tellMove(VelmoraDoc& doc, int digits, double move) {
-    constexpr double tolerance = 1e-5; // of the radius
-    if (!(move > tolerance * doc.modelRadius)) {
-        return;
+    if (!(move > worthTelling(doc)) || !std::isfinite(move)) {
+        return; // what is not finite is not written, which is told in its own words
     }
     doc.ui().showMessage(message::digitsMovePoints(digits, shortLength(move)));
-}
-
-std::string saveTargetText(const VelmoraDoc& doc) {
-    const std::filesystem::path target = doc.saveTarget();
-    const bool plain = target.empty() || doc.modelFile.imported || target == doc.modelFile.openedPath;
-    return plain ? std::string() : "Save writes " + target.string();
 }
 
 void tellSaved(VelmoraDoc& doc, const WriteOutcome& outcome) {
@@ -135,7 +137,7 @@ void tellSaved(VelmoraDoc& doc, const WriteOutcome& outcome) {
     for (const std::string& note : outcome.notes) {
         text += note + ". ";
     }
-    text += saveTargetText(doc);
+    text += doc.saveTargetText();
     if (!text.empty()) {
         doc.ShowStatus(text);
     }

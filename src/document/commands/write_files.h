@@ -45,7 +45,4 @@ void tellMove(VelmoraDoc& doc, int digits, double move);
 /// that is not the file that was opened.
 void tellSaved(VelmoraDoc& doc, const WriteOutcome& outcome);
 
-/// "Save writes /models/wing.apt": where Save goes, if that is not the file that was opened; else empty.
-std::string saveTargetText(const VelmoraDoc& doc);
-
 } // namespace velmora

@@ -6,10 +6,15 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <iterator>
 
 namespace velmora {
 
 namespace {
+
+constexpr const char* softwareRenderers[] = {"llvmpipe", "softpipe", "swrast", "Software"};
+constexpr int fineSamples = 4;
 
 void setFaces(GLenum front, GLenum back) {
     glPolygonMode(GL_FRONT, front);
@@ -22,6 +27,26 @@ void setFaces(const DrawBatch& look, bool filled) {
     } else {
         setFaces(filled ? GL_FILL : GL_LINE, GL_LINE);
     }
+}
+
+/// The back of a surface, and its edges, have the colour of the front times this.
+constexpr float backShade = 0.5F;
+constexpr float edgeShade = 0.3F;
+/// What is hidden of a mark is dimmed by this.
+constexpr float hiddenShade = 0.4F;
+/// Marks stand in front of the surface that they lie on by so much of the whole depth.
+constexpr double markNearer = 2e-6;
+
+Colour shaded(const Colour& colour, float factor) {
+    return {colour[0] * factor, colour[1] * factor, colour[2] * factor, colour[3]};
+}
+
+/// Whether the processor draws: more samples would cost it as much again each.
+bool drawsInSoftware() {
+    const GLubyte* words = glGetString(GL_RENDERER);
+    const std::string name = words == nullptr ? "" : reinterpret_cast<const char*>(words);
+    return std::any_of(std::begin(softwareRenderers), std::end(softwareRenderers),
+                       [&name](const char* known) { return name.find(known) != std::string::npos; });
 }
 
 /// A point shows over the points drawn before it at the same place, and over the surface it lies on. A strip leaves
@@ -79,18 +104,97 @@ void GlRenderer::prepare() {
 }
 
 void GlRenderer::clear(const Colour& colour) {
+    ground_ = colour;
     glClearColor(colour[0], colour[1], colour[2], colour[3]);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+}
+
+int GlRenderer::samples() {
+    if (!samples_) {
+        GLint most = 0;
+        glGetIntegerv(GL_MAX_SAMPLES, &most);
+        samples_ = drawsInSoftware() || most < fineSamples ? 0 : fineSamples;
+    }
+    return *samples_;
 }
 
 void GlRenderer::draw(const SceneFrame& frame) {
     glEnable(GL_DEPTH_TEST);
     glShadeModel(GL_SMOOTH);
     setLight();
-    glColorMaterial(GL_FRONT_AND_BACK, GL_DIFFUSE);
-    glEnable(GL_COLOR_MATERIAL);
     setMatrices(frame);
     if (frame.list != nullptr) {
+        drawKeptModel(frame);
+    }
+    if (frame.held != nullptr) {
+        if (uploadedHeld_ != frame.heldRevision) {
+            held_.upload(*frame.held, false);
+            uploadedHeld_ = frame.heldRevision;
+        }
+        drawMarks(held_, frame);
+    }
+    if (frame.pointed != nullptr && !frame.pointed->batches.empty()) {
+        overlay_.upload(*frame.pointed, true);
+        drawMarks(overlay_, frame);
+    }
+    if (frame.overlay != nullptr) {
+        overlay_.upload(frame.overlay->list, true);
+        drawRuns(overlay_, frame.overlay->list, frame, false);
+        drawTexts(frame.overlay->texts);
+    }
+}
+
+GlRenderer::ModelLook GlRenderer::lookOf(const SceneFrame& frame) {
+    const bool coarse = frame.coarse != nullptr;
+    return {coarse ? frame.coarseRevision : frame.listRevision,
+            coarse,
+            frame.list->accents,
+            frame.filled,
+            frame.edges,
+            frame.backFilled,
+            frame.modelView,
+            frame.projection,
+            frame.viewport.width,
+            frame.viewport.height,
+            frame.pixelScale};
+}
+
+/// Draws the model where it stands in a picture of its own, and shows that; where the context has no such pictures,
+/// straight into the frame.
+void GlRenderer::drawKeptModel(const SceneFrame& frame) {
+    ModelLook look = lookOf(frame);
+    const bool same = kept_ == look;
+    if (!picture_.prepare(frame.viewport.width, frame.viewport.height, samples())) {
+        kept_.reset();
+        drawModel(frame);
+        return;
+    }
+    GLint target = 0;
+    glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &target);
+    if (!same) {
+        picture_.begin();
+        clear(ground_);
+        drawModel(frame);
+        kept_ = std::move(look);
+    }
+    if (!picture_.showOn(static_cast<unsigned>(target))) {
+        kept_.reset();
+        drawModel(frame);
+    }
+}
+
+void GlRenderer::drawModel(const SceneFrame& frame) {
+    glFinish(); // what came before is not this drawing's
+    const auto begin = std::chrono::steady_clock::now();
+    glColorMaterial(GL_FRONT_AND_BACK, GL_DIFFUSE);
+    glEnable(GL_COLOR_MATERIAL);
+    if (frame.coarse != nullptr) {
+        if (uploadedCoarse_ != frame.coarseRevision) {
+            coarse_.upload(*frame.coarse, false);
+            uploadedCoarse_ = frame.coarseRevision;
+        }
+        drawRuns(coarse_, *frame.coarse, frame, frame.filled);
+    } else {
         if (uploadedRevision_ != frame.listRevision) {
             list_.upload(*frame.list, false);
             uploadedRevision_ = frame.listRevision;
@@ -98,11 +202,64 @@ void GlRenderer::draw(const SceneFrame& frame) {
         drawRuns(list_, *frame.list, frame, frame.filled);
     }
     glDisable(GL_COLOR_MATERIAL);
-    if (frame.overlay != nullptr) {
-        overlay_.upload(frame.overlay->list, true);
-        drawRuns(overlay_, frame.overlay->list, frame, false);
-        drawTexts(frame.overlay->texts);
+    glFinish();
+    ++modelDraws_;
+    if (frame.coarse == nullptr) {
+        const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - begin;
+        modelTime_ = taken.count();
     }
+}
+
+/// Over the model: what of a mark lies behind it is dimmed. The model's depth stays as it is.
+void GlRenderer::drawMarks(const GlBuffer& buffer, const SceneFrame& frame) {
+    buffer.bind();
+    glDepthMask(GL_FALSE);
+    glDepthRange(0.0, 1.0 - markNearer);
+    for (const bool hidden : {true, false}) {
+        for (const GlRun& run : buffer.runs()) {
+            setLook(run.look, frame, false);
+            const Colour colour = hidden ? shaded(run.look.colour, hiddenShade) : run.look.colour;
+            glColor4fv(colour.data());
+            glDepthFunc(hidden ? GL_GREATER : GL_LEQUAL);
+            buffer.draw(run, 0, run.first.size());
+        }
+    }
+    glDepthRange(0.0, 1.0);
+    glDepthMask(GL_TRUE);
+    glDepthFunc(GL_LESS);
+    GlBuffer::unbind();
+}
+
+/// The faces of a lit surface: its front filled, then its back. Each side by itself goes the shorter way through the
+/// context than both at once.
+void GlRenderer::drawSurfaceRun(const GlBuffer& buffer, const GlRun& run, const SceneFrame& frame) {
+    const auto drawSide = [&](GLenum culled, GLenum faces) {
+        glCullFace(culled);
+        setFaces(faces, faces);
+        buffer.draw(run, 0, run.first.size());
+    };
+    glEnable(GL_CULL_FACE);
+    if (frame.edges) {
+        glEnable(GL_POLYGON_OFFSET_FILL);
+        glPolygonOffset(1.0F, 1.0F);
+    }
+    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 0);
+    drawSide(GL_BACK, GL_FILL);
+    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
+    if (frame.backFilled) {
+        glColor4fv(shaded(run.look.colour, backShade).data());
+    }
+    drawSide(GL_FRONT, frame.backFilled ? GL_FILL : GL_LINE);
+    glDisable(GL_POLYGON_OFFSET_FILL);
+    if (frame.edges) {
+        glDisable(GL_LIGHTING);
+        glColor4fv(shaded(run.look.colour, edgeShade).data());
+        drawSide(GL_BACK, GL_LINE);
+        if (frame.backFilled) {
+            drawSide(GL_FRONT, GL_LINE);
+        }
+    }
+    glDisable(GL_CULL_FACE);
 }
 
 void GlRenderer::drawRuns(const GlBuffer& buffer, const DrawList& list, const SceneFrame& frame, bool lightsOn) {
@@ -119,6 +276,10 @@ void GlRenderer::drawRuns(const GlBuffer& buffer, const DrawList& list, const Sc
 void GlRenderer::drawRun(const GlBuffer& buffer, const GlRun& run, const DrawList& list, const SceneFrame& frame,
                          bool lightsOn) {
     setLook(run.look, frame, lightsOn);
+    if (lightsOn && run.look.lit) {
+        drawSurfaceRun(buffer, run, frame);
+        return;
+    }
     std::size_t drawn = 0;
     for (const Accent& accent : list.accents) {
         const DrawBatch& strip = list.batches[accent.batch];
@@ -189,9 +350,14 @@ void GlRenderer::invertRectangle(PixelPoint from, PixelPoint to, const Viewport&
 }
 
 void GlRenderer::release() {
-    list_.release();
-    overlay_.release();
-    uploadedRevision_.reset();
+    for (GlBuffer* buffer : {&list_, &coarse_, &held_, &overlay_}) {
+        buffer->release();
+    }
+    picture_.release();
+    for (auto* revision : {&uploadedRevision_, &uploadedCoarse_, &uploadedHeld_}) {
+        revision->reset();
+    }
+    kept_.reset();
 }
 
 } // namespace velmora

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "GlBuffer.h"
+#include "GlPicture.h"
 #include "ViewSurface.h"
 
 namespace velmora {
@@ -31,8 +32,18 @@ public:
     /// Clear colour and depth, depth test.
     void prepare();
     void clear(const Colour& colour);
-    /// The list of `frame` is copied to the context whenever its revision is a new one.
+    /// The list of `frame` is copied to the context whenever its revision is a new one. The model's picture is kept: it
+    /// is drawn anew only when what it shows, or the camera, is another.
     void draw(const SceneFrame& frame);
+    /// Milliseconds that the model took when it was drawn last, not the coarse form of it; 0: never yet.
+    double modelTime() const { return modelTime_; }
+    /// How many times the model was drawn.
+    int modelDraws() const { return modelDraws_; }
+    /// Samples a pixel in place of what suits the context: four, and none where the processor draws.
+    void useSamples(int samples) {
+        samples_ = samples;
+        kept_.reset();
+    }
     void finish();
     /// Inverts the outline, one pixel wide, of the rectangle between two corners on the frame drawn last.
     /// Twice the same rectangle changes nothing. `viewport` is the whole window.
@@ -41,6 +52,29 @@ public:
     void release();
 
 private:
+    /// All that the picture of the model depends on.
+    struct ModelLook {
+        std::uint64_t revision = 0;
+        bool coarse = false;
+        std::vector<Accent> accents;
+        bool filled = false;
+        bool edges = false;
+        bool backFilled = false;
+        Matrix4 modelView{};
+        Matrix4 projection{};
+        int width = 0;
+        int height = 0;
+        double pixelScale = 1.0;
+
+        friend bool operator==(const ModelLook&, const ModelLook&) = default;
+    };
+    static ModelLook lookOf(const SceneFrame& frame);
+
+    void drawModel(const SceneFrame& frame);
+    void drawKeptModel(const SceneFrame& frame);
+    void drawSurfaceRun(const GlBuffer& buffer, const GlRun& run, const SceneFrame& frame);
+    void drawMarks(const GlBuffer& buffer, const SceneFrame& frame);
+    int samples();
     void drawRuns(const GlBuffer& buffer, const DrawList& list, const SceneFrame& frame, bool lightsOn);
     void drawRun(const GlBuffer& buffer, const GlRun& run, const DrawList& list, const SceneFrame& frame,
                  bool lightsOn);
@@ -48,8 +82,18 @@ private:
 
     TextRasterizer rasterizer_;
     GlBuffer list_;
+    GlBuffer coarse_;
+    GlBuffer held_;
     GlBuffer overlay_;
     std::optional<std::uint64_t> uploadedRevision_;
+    std::optional<std::uint64_t> uploadedCoarse_;
+    std::optional<std::uint64_t> uploadedHeld_;
+    GlPicture picture_;
+    std::optional<ModelLook> kept_; ///< of the picture
+    std::optional<int> samples_;
+    Colour ground_{};
+    double modelTime_ = 0.0;
+    int modelDraws_ = 0;
 };
 
 } // namespace velmora

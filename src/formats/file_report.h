@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "FileRecord.h"
+
+namespace velmora {
+
+/// What reading a file came to, line by line, in words for the user: the file, how much it holds of each kind and how
+/// much of that was kept, what was changed, what was lost, and what a save over it would do.
+std::vector<std::string> reportLines(const FileRead& read);
+
+/// The same of several files, with an empty line between two.
+std::vector<std::string> reportLines(const std::vector<FileRead>& reads);
+
+} // namespace velmora

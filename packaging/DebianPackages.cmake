@@ -16,7 +16,7 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 string(REGEX REPLACE "^https?://" "" mail_host "${VELMORA_HOMEPAGE}")
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "The Velmora developers <velmora@${mail_host}>")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_COMPONENTS_ALL cli doc)
+set(CPACK_COMPONENTS_ALL cli readers doc)
 
 set(CPACK_DEBIAN_CLI_PACKAGE_NAME velmora-cli)
 set(CPACK_DEBIAN_CLI_PACKAGE_SECTION science)
@@ -25,7 +25,14 @@ velmora-batch opens surface geometry, grids of patches as well as triangles,
 runs every command of the editor Velmora on it from scripts or for other
 programs, tells what came of each, and saves the result. It needs neither a
 display nor the libraries of a desktop.")
-set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "velmora-doc, python3-velmora")
+set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "velmora-readers, velmora-doc, python3-velmora")
+
+set(CPACK_DEBIAN_READERS_PACKAGE_NAME velmora-readers)
+set(CPACK_DEBIAN_READERS_PACKAGE_SECTION science)
+set(CPACK_COMPONENT_READERS_DESCRIPTION "import of VRML, CGNS, STEP and IGES for the editor Velmora
+A program that the surface geometry editor Velmora and its scripts start to
+read files by the libraries of others: VRML and Inventor, CGNS, which it also
+writes, and the CAD formats STEP and IGES.")
 
 set(CPACK_DEBIAN_DOC_PACKAGE_NAME velmora-doc)
 set(CPACK_DEBIAN_DOC_PACKAGE_SECTION doc)
@@ -41,7 +48,7 @@ if(TARGET velmora)
   set(CPACK_DEBIAN_GUI_PACKAGE_NAME velmora)
   set(CPACK_DEBIAN_GUI_PACKAGE_SECTION science)
   set(CPACK_DEBIAN_GUI_PACKAGE_DEPENDS "qt6-qpa-plugins, libqt6svg6, libgl1-mesa-dri")
-  set(CPACK_DEBIAN_GUI_PACKAGE_RECOMMENDS "qt6-wayland, fonts-dejavu-core")
+  set(CPACK_DEBIAN_GUI_PACKAGE_RECOMMENDS "velmora-readers, qt6-wayland, fonts-dejavu-core")
   set(CPACK_DEBIAN_GUI_PACKAGE_SUGGESTS "velmora-cli, velmora-doc, python3-velmora")
   set(CPACK_COMPONENT_GUI_DESCRIPTION "editor of the surface geometry of bodies
 Velmora edits the surface geometry of aircraft, ships and any other body:

@@ -75,6 +75,8 @@ public:
     /// How far a long piece of work is, 0 to 1. The bar comes when the wait cursor has been on for half a second, and
     /// goes away with it.
     virtual void showProgress(double fraction) = 0;
+    /// Whether the user wants the work at hand to stop. Asked between its parts where it can be given up.
+    virtual bool wantsToStop() { return false; }
     /// Puts a path on top of the list of recent files.
     virtual void addRecentFile(const std::filesystem::path& path) = 0;
     /// A file was opened and read, whole or in part. Said once for each file, before the message about it.

@@ -51,14 +51,14 @@ const std::vector<FileType>& importFileTypes() {
 
 const std::vector<FileType>& exportFileTypes() {
     static const std::vector<FileType> types = {{"p3d", "PLOT3D"},    {"xyz", "PLOT3D"},    {"dat", "Tecplot"},
-                                                {"stl", "Triangles"}, {"obj", "Triangles"}, {"ply", "Triangles"},
-                                                {"wrl", "VRML"}};
+                                                {"cgns", "CGNS"},     {"stl", "Triangles"}, {"obj", "Triangles"},
+                                                {"ply", "Triangles"}, {"wrl", "VRML"}};
     return types;
 }
 
 const std::vector<FileType>& exportTriangleFileTypes() {
-    static const std::vector<FileType> types = {
-        {"stl", "Triangles"}, {"obj", "Triangles"}, {"ply", "Triangles"}, {"wrl", "VRML"}, {"dat", "Tecplot"}};
+    static const std::vector<FileType> types = {{"stl", "Triangles"}, {"obj", "Triangles"}, {"ply", "Triangles"},
+                                                {"wrl", "VRML"},      {"dat", "Tecplot"},   {"cgns", "CGNS"}};
     return types;
 }
 

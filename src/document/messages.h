@@ -54,10 +54,19 @@ inline constexpr MessageText nothingToSave{Severity::Refused, "There is nothing 
 inline Message cannotBeSavedAs(const std::string& extension) {
     return {Severity::Refused, "This model cannot be saved as " + extension};
 }
+/// A library gives numbers in single precision where their file may have more; `move` is how far that may be.
+inline Message libraryMovesPoints(const std::string& move) {
+    return {Severity::Warning, "This file was read in single precision: points move by up to " + move};
+}
 /// `extension` without its point; empty for a file without one.
 inline Message cannotBeImported(const std::string& extension) {
     return {Severity::Refused, "Files of this type cannot be imported: " + extension};
 }
+/// The question about a file that Open does not take, by its name.
+inline std::string offerImport(const std::string& name) {
+    return name + " is a file of another program. Import it?";
+}
+inline constexpr const char* importStopped = "The import was stopped";
 inline constexpr MessageText noRoomInSinglePrecision{Severity::Refused,
                                                      "A coordinate is too large for single precision"};
 /// `move` is the largest distance between a point and the point as written.

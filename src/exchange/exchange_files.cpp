@@ -3,12 +3,18 @@
 #include <algorithm>
 #include <cmath>
 #include <new>
+#include <optional>
 #include <system_error>
 
+#include <unistd.h>
+
 #include "FileBytes.h"
+#include "FileIdentity.h"
 #include "TextScan.h"
+#include "cgns_export.h"
 #include "export_zones.h"
 #include "exporters.h"
+#include "foreign_import.h"
 #include "gltf_import.h"
 #include "obj_import.h"
 #include "off_import.h"
@@ -30,6 +36,8 @@ using Importer = void (*)(std::string_view text, const ImportOptions& options, E
 using FolderImporter = void (*)(std::string_view text, const std::filesystem::path& folder,
                                 const ImportOptions& options, ExchangeModel& model, FileRead& record,
                                 const ReportProgress& report);
+using GridExporter = bool (*)(const std::filesystem::path& path, const ExchangeView& model, const ExportZones& zones,
+                              const ExportOptions& options, WriteOutcome& outcome, const ReportProgress& report);
 using TriangleExporter = bool (*)(const std::filesystem::path& path, const ExportZones& zones,
                                   const ExportOptions& options, WriteOutcome& outcome, const ReportProgress& report);
 
@@ -46,6 +54,9 @@ struct ExchangeFormat {
     bool hasBinary = false;
     bool singleBinary = false;               ///< binary numbers are of single precision, whatever is asked for
     FolderImporter folderImporter = nullptr; ///< in place of the importer
+    const char* foreign = nullptr;           ///< in place of both, its name for a library of others
+    GridExporter gridExporter = nullptr;     ///< of formats in which grids stay grids
+    bool alwaysBinary = false;
 };
 
 const std::vector<ExchangeFormat>& formats() {
@@ -58,9 +69,37 @@ const std::vector<ExchangeFormat>& formats() {
 #ifdef VELMORA_READS_3MF
         {{"3mf"}, importThreemf, {}},
 #endif
-        {{}, nullptr, {"wrl"}, Writes::Triangles, exportVrml},
-        {{"dat", "plt", "tec"}, importTecplot, {"dat"}, Writes::Either},
-        {{"x", "xyz", "p3d", "fmt"}, importPlot3d, {"p3d", "xyz"}, Writes::Grids, nullptr, true},
+        {.written = {"wrl"}, .writes = Writes::Triangles, .exporter = exportVrml},
+#ifdef VELMORA_READS_VRML
+        {.read = {"wrl"}, .foreign = "vrml2"},
+        {.read = {"iv"}, .foreign = "inventor"},
+#endif
+        {.read = {"dat", "plt", "tec"},
+         .importer = importTecplot,
+         .written = {"dat"},
+         .writes = Writes::Either,
+         .gridExporter = exportTecplot},
+        {.read = {"x", "xyz", "p3d", "fmt"},
+         .importer = importPlot3d,
+         .written = {"p3d", "xyz"},
+         .writes = Writes::Grids,
+         .hasBinary = true,
+         .gridExporter =
+             [](const std::filesystem::path& path, const ExchangeView& model, const ExportZones&,
+                const ExportOptions& options, WriteOutcome& outcome,
+                const ReportProgress& report) { return exportPlot3d(path, model.patches, options, outcome, report); }},
+#ifdef VELMORA_READS_CGNS
+        {.read = {"cgns"},
+         .written = {"cgns"},
+         .writes = Writes::Either,
+         .foreign = "cgns",
+         .gridExporter = exportCgns,
+         .alwaysBinary = true},
+#endif
+#ifdef VELMORA_READS_CAD
+        {.read = {"stp", "step"}, .foreign = "step"},
+        {.read = {"igs", "iges"}, .foreign = "iges"},
+#endif
     };
     return all;
 }
@@ -141,16 +180,47 @@ bool canTake(const ExchangeFormat& format, const ExchangeView& model) {
            (format.writes != Writes::Grids || fitsRecords(model.patches));
 }
 
+bool isBinary(const ExchangeFormat& format, const ExportOptions& options) {
+    return format.alwaysBinary || (format.hasBinary && options.binary);
+}
+
 bool isSingle(const ExchangeFormat& format, const ExportOptions& options) {
-    return format.hasBinary && options.binary && (format.singleBinary || !options.doublePrecision);
+    return isBinary(format, options) && (format.singleBinary || !options.doublePrecision);
 }
 
 int digitsOf(const ExchangeFormat& format, const ExportOptions& options) {
     constexpr int digitsOfDouble = 17;
     constexpr int digitsOfSingle = 7;
-    return isSingle(format, options)            ? digitsOfSingle
-           : format.hasBinary && options.binary ? digitsOfDouble
-                                                : options.digits;
+    return isSingle(format, options) ? digitsOfSingle : isBinary(format, options) ? digitsOfDouble : options.digits;
+}
+
+ImportOutcome outcomeOf(const ExchangeModel& model, const ReportProgress& report) {
+    if (model.empty()) {
+        return ImportOutcome::Failed;
+    }
+    if (report) {
+        report(1.0);
+    }
+    return ImportOutcome::Done;
+}
+
+ImportOutcome importByLibrary(const ExchangeFormat& format, const std::filesystem::path& path,
+                              const ImportOptions& options, ExchangeModel& model, FileRead& record,
+                              const ReportProgress& report) {
+    const std::optional<FileIdentity> identity = FileIdentity::of(path);
+    if (!identity || ::access(path.c_str(), R_OK) != 0) {
+        return ImportOutcome::CannotOpen;
+    }
+    record.bytes = identity->bytes;
+    record.identity = *identity;
+    record.format = format.foreign;
+    if (identity->bytes == 0) {
+        countOf(record.found, "zones") += 0;
+        countOf(record.kept, "zones") += 0;
+        return ImportOutcome::Failed;
+    }
+    importForeign(format.foreign, path, options, model, record, report);
+    return outcomeOf(model, report);
 }
 
 } // namespace
@@ -172,6 +242,9 @@ ImportOutcome importFile(const std::filesystem::path& path, const ImportOptions&
     record = {};
     record.path = path;
     try {
+        if (format->foreign != nullptr) {
+            return importByLibrary(*format, path, options, model, record, report);
+        }
         const FileBytes file(path, report);
         if (!file.isOpen()) {
             return ImportOutcome::CannotOpen;
@@ -192,13 +265,7 @@ ImportOutcome importFile(const std::filesystem::path& path, const ImportOptions&
         record.losesGeometry("The memory does not suffice");
         model = {};
     }
-    if (model.empty()) {
-        return ImportOutcome::Failed;
-    }
-    if (report) {
-        report(1.0);
-    }
-    return ImportOutcome::Done;
+    return outcomeOf(model, report);
 }
 
 int digitsWritten(const std::filesystem::path& path, const ExportOptions& options) {
@@ -239,10 +306,9 @@ ExportOutcome exportFile(const std::filesystem::path& path, const ExchangeView& 
     }
     outcome = {};
     outcome.record.path = path;
-    const bool written = format->exporter != nullptr ? format->exporter(path, zones, options, outcome, report)
-                         : format->writes == Writes::Grids
-                             ? exportPlot3d(path, model.patches, options, outcome, report)
-                             : exportTecplot(path, model, zones, options, outcome, report);
+    const bool written = format->exporter != nullptr
+                             ? format->exporter(path, zones, options, outcome, report)
+                             : format->gridExporter(path, model, zones, options, outcome, report);
     if (!written) {
         return ExportOutcome::CannotWrite;
     }

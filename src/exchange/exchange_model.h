@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "PatchList.h"
 #include "zRegion.h"
 
@@ -9,6 +11,7 @@ namespace velmora {
 struct ExchangeModel {
     PatchList patches;
     zRegion_fe region;
+    double libraryMoves = 0.0; ///< how far points may stand from where their file has them, if that is worth telling
     bool empty() const { return patches.empty() && region.blocks.empty(); }
 };
 
@@ -25,9 +28,15 @@ struct ExchangeView {
 
 /// What a user may ask for when a file is read.
 struct ImportOptions {
-    bool merge = false;       ///< points with three equal coordinates, to the bit, become one
-    bool volumeFaces = false; ///< volume zones give their outer faces
-    double scale = 1.0;       ///< every coordinate times this; finite, above 0
+    bool merge = false;            ///< points with three equal coordinates, to the bit, become one
+    bool volumeFaces = false;      ///< volume zones give their outer faces
+    double scale = 1.0;            ///< every coordinate times this; finite, above 0
+    bool cadPatches = false;       ///< faces of CAD give patches, else triangles
+    double chord = 0.1;            ///< how far triangles of CAD may stand from the surface; above 0
+    std::int32_t sections = 33;    ///< of each patch of CAD, 2 to 10000
+    std::int32_t points = 33;      ///< of each of these sections, the same
+    int childSeconds = 600;        ///< how long the library of others may be at work
+    std::uint64_t childMemory = 0; ///< how many bytes it may have; 0 as many as an import may take
 };
 
 /// What a user may ask for when a file is written.

@@ -8,7 +8,6 @@
 #include <memory>
 #include <utility>
 
-#include "mesh_builder.h"
 #include "read_record.h"
 
 namespace velmora {
@@ -151,6 +150,27 @@ std::unique_ptr<zBlock_fe> trianglesOfPatch(const Patch& patch, const std::strin
         }
     }
     return makeZone(title, std::move(at), corners);
+}
+
+bool addTriangles(const PatchList& patches, FileMesh& mesh) {
+    bool any = false;
+    for (const Patch& patch : patches) {
+        const std::unique_ptr<zBlock_fe> triangles = trianglesOfPatch(patch, {});
+        if (triangles == nullptr) {
+            continue;
+        }
+        any = true;
+        const auto offset = static_cast<std::int64_t>(mesh.pointCount());
+        for (std::size_t node = 0; node < static_cast<std::size_t>(triangles->nodeCount); ++node) {
+            mesh.addPoint(triangles->variables[0]->data[node], triangles->variables[1]->data[node],
+                          triangles->variables[2]->data[node]);
+        }
+        for (std::size_t entry = 0; entry < triangles->connectivity.size(); entry += 4) {
+            mesh.addPolygon({offset + triangles->connectivity[entry], offset + triangles->connectivity[entry + 1],
+                             offset + triangles->connectivity[entry + 2]});
+        }
+    }
+    return any;
 }
 
 } // namespace velmora

@@ -6,6 +6,7 @@
 
 #include "FileRecord.h"
 #include "exchange_model.h"
+#include "mesh_builder.h"
 
 namespace velmora {
 
@@ -45,5 +46,8 @@ void tellGrids(const GridTally& tally, const ImportOptions& options, FileRead& r
 /// give (a, c, b) and (a, d, c), i counting sections and j points: so the side that the window shows as the front is
 /// outside. A patch that is not regular, or has no cell, gives none.
 std::unique_ptr<zBlock_fe> trianglesOfPatch(const Patch& patch, const std::string& title);
+
+/// Puts the triangles of patches behind those of a mesh, whose zones are the caller's. False when there are none.
+bool addTriangles(const PatchList& patches, FileMesh& mesh);
 
 } // namespace velmora

@@ -13,6 +13,7 @@
 #include "TecplotText.h"
 #include "grid_builder.h"
 #include "mesh_builder.h"
+#include "outer_faces.h"
 #include "read_record.h"
 
 namespace velmora {
@@ -51,30 +52,7 @@ bool isVolume(TecplotShape shape) {
     return shape == TecplotShape::Tetrahedra || shape == TecplotShape::Bricks;
 }
 
-using Face = std::array<std::int64_t, 4>; // the last one -1 for a triangle
 constexpr std::int64_t noNode = -1;
-
-/// The faces of an element, each turned so that it looks outwards when the element is right-handed.
-std::vector<std::vector<std::size_t>> facesOf(TecplotShape shape) {
-    if (shape == TecplotShape::Tetrahedra) {
-        return {{0, 2, 1}, {0, 1, 3}, {1, 2, 3}, {2, 0, 3}};
-    }
-    return {{0, 3, 2, 1}, {4, 5, 6, 7}, {0, 1, 5, 4}, {1, 2, 6, 5}, {2, 3, 7, 6}, {3, 0, 4, 7}};
-}
-
-/// Without corners that repeat the one before; a side that is all one point leaves fewer than three.
-std::vector<std::int64_t> withoutRepeats(std::span<const std::int64_t> corners) {
-    std::vector<std::int64_t> result;
-    for (const std::int64_t corner : corners) {
-        if (result.empty() || result.back() != corner) {
-            result.push_back(corner);
-        }
-    }
-    while (result.size() > 1 && result.back() == result.front()) {
-        result.pop_back();
-    }
-    return result;
-}
 
 class TecplotTaker {
 public:
@@ -257,23 +235,7 @@ void TecplotTaker::addGrid(const TecplotTextZone& zone, FileMesh& mesh) {
     ImportOptions unscaled = options_;
     unscaled.scale = 1.0; // the mesh is scaled as a whole
     const PatchList patches = patchesOfZone(zone, unscaled);
-    bool surface = false;
-    for (const Patch& patch : patches) {
-        const std::unique_ptr<zBlock_fe> triangles = trianglesOfPatch(patch, zone.title);
-        if (triangles == nullptr) {
-            continue;
-        }
-        surface = true;
-        const auto offset = static_cast<std::int64_t>(mesh.pointCount());
-        for (std::size_t node = 0; node < static_cast<std::size_t>(triangles->nodeCount); ++node) {
-            mesh.addPoint(triangles->variables[0]->data[node], triangles->variables[1]->data[node],
-                          triangles->variables[2]->data[node]);
-        }
-        for (std::size_t entry = 0; entry < triangles->connectivity.size(); entry += 4) {
-            mesh.addPolygon({offset + triangles->connectivity[entry], offset + triangles->connectivity[entry + 1],
-                             offset + triangles->connectivity[entry + 2]});
-        }
-    }
+    const bool surface = addTriangles(patches, mesh);
     if (!patches.empty() && !surface) {
         ++lines_;
     }
@@ -316,56 +278,24 @@ void TecplotTaker::addFace(std::span<const std::int64_t> corners, FileMesh& mesh
     }
 }
 
-// The faces that only one element has, in the order of the elements.
 void TecplotTaker::addOuterFaces(const TecplotTextZone& zone, std::int64_t offset, FileMesh& mesh) {
-    struct Seen {
-        Face key;
-        std::size_t number;
-    };
+    const VolumeShape shape = zone.shape == TecplotShape::Tetrahedra ? VolumeShape::Tetrahedron : VolumeShape::Brick;
     const std::size_t corners = nodesOfElement(zone.shape);
-    const std::vector<std::vector<std::size_t>> sides = facesOf(zone.shape);
     const std::vector<std::int64_t> none;
     const std::vector<std::int64_t>& nodes = zone.connectivity == nullptr ? none : *zone.connectivity;
-    std::vector<Seen> seen;
-    std::vector<std::int64_t> face;
-    const auto faceAt = [&](std::size_t number) {
-        face.clear();
-        for (const std::size_t corner : sides[number % sides.size()]) {
-            face.push_back(nodes[number / sides.size() * corners + corner] - 1 + offset);
-        }
-        face = withoutRepeats(face);
-    };
-    for (std::size_t element = 0; element < nodes.size() / corners; ++element) {
-        const auto first = nodes.begin() + static_cast<std::ptrdiff_t>(element * corners);
-        if (std::any_of(first, first + static_cast<std::ptrdiff_t>(corners),
-                        [&zone](std::int64_t node) { return node < 1 || node > zone.nodes; })) {
+    OuterFaces outer;
+    std::vector<std::int64_t> element(corners);
+    for (std::size_t first = 0; first + corners <= nodes.size(); first += corners) {
+        std::transform(nodes.begin() + static_cast<std::ptrdiff_t>(first),
+                       nodes.begin() + static_cast<std::ptrdiff_t>(first + corners), element.begin(),
+                       [&](std::int64_t node) { return node < 1 || node > zone.nodes ? noNode : node - 1 + offset; });
+        if (std::find(element.begin(), element.end(), noNode) == element.end()) {
+            outer.add(shape, element);
+        } else {
             ++elementsOutside_;
-            continue;
-        }
-        for (std::size_t side = 0; side < sides.size(); ++side) {
-            faceAt(element * sides.size() + side);
-            if (face.size() >= 3) {
-                Face key = {noNode, noNode, noNode, noNode};
-                std::copy(face.begin(), face.end(), key.begin());
-                std::sort(key.begin(), key.end());
-                seen.push_back({key, element * sides.size() + side});
-            }
         }
     }
-    std::sort(seen.begin(), seen.end(), [](const Seen& a, const Seen& b) { return a.key < b.key; });
-    std::vector<std::size_t> outer;
-    for (std::size_t i = 0; i < seen.size(); ++i) {
-        const bool before = i > 0 && seen[i - 1].key == seen[i].key;
-        const bool behind = i + 1 < seen.size() && seen[i + 1].key == seen[i].key;
-        if (!before && !behind) {
-            outer.push_back(seen[i].number);
-        }
-    }
-    std::sort(outer.begin(), outer.end());
-    for (const std::size_t number : outer) {
-        faceAt(number);
-        mesh.addPolygon(face);
-    }
+    outer.forEach([&mesh](std::span<const std::int64_t> face) { mesh.addPolygon(face); });
 }
 
 void TecplotTaker::tell() {

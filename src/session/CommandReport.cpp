@@ -73,7 +73,7 @@ Outcome CommandReport::outcome() const {
         worst = std::max(worst, outcomeOf(read));
     }
     const bool cancelled =
-        std::any_of(questions.begin(), questions.end(), isCancelled) ||
+        stopped || std::any_of(questions.begin(), questions.end(), isCancelled) ||
         std::any_of(dialogs.begin(), dialogs.end(), [](const Dialog& d) { return !d.ok; }) ||
         std::any_of(choosers.begin(), choosers.end(), [](const Chooser& c) { return c.paths.empty(); });
     if (cancelled) {

@@ -55,8 +55,9 @@ struct CommandReport {
     std::vector<std::string> titles;
     std::vector<FileRead> filesRead;
     std::vector<FileWritten> filesWritten;
-    bool off = false;    ///< the command is off in this state: nothing was done
-    bool stayed = false; ///< the program was to end, and stays because its model could not be saved
+    bool off = false;     ///< the command is off in this state: nothing was done
+    bool stopped = false; ///< the user ended the work before its end
+    bool stayed = false;  ///< the program was to end, and stays because its model could not be saved
 
     /// The worst that is in the report.
     Outcome outcome() const;

@@ -88,6 +88,14 @@ std::vector<std::filesystem::path> Recorder::chooseFiles(const FileRequest& requ
     return paths;
 }
 
+bool Recorder::wantsToStop() {
+    const bool stop = person_.wantsToStop();
+    if (stop) {
+        note(&CommandReport::stopped);
+    }
+    return stop;
+}
+
 void Recorder::tellFileRead(const FileRead& read) {
     note(&CommandReport::filesRead, read);
     person_.tellFileRead(read);

@@ -38,6 +38,7 @@ public:
     std::vector<std::filesystem::path> chooseFiles(const FileRequest& request) override;
     void setBusy(bool busy) override { person_.setBusy(busy); }
     void showProgress(double fraction) override { person_.showProgress(fraction); }
+    bool wantsToStop() override;
     void addRecentFile(const std::filesystem::path& path) override { person_.addRecentFile(path); }
     void tellFileRead(const FileRead& read) override;
     void tellFileWritten(const FileWritten& written) override;

@@ -19,6 +19,7 @@
 #include "StartPanel.h"
 #include "VelmoraDoc.h"
 #include "command_keys.h"
+#include "foreign_files.h"
 #include "messages.h"
 #include "qt_text.h"
 
@@ -329,10 +330,20 @@ void MainFrame::openFiles(const QStringList& paths) {
         session_->document().ui().showMessage(message::noSuchFile(missing->string()));
     } else if (files.size() == 1 && std::filesystem::is_directory(files.front(), error)) {
         carryOut([&] { session_->perform([&] { session_->document().openFilesIn(files.front()); }); });
+    } else if (files.size() == 1 && isForeignFile(files.front())) {
+        carryOut([&] { session_->perform([&] { offerImport(files.front()); }); });
     } else {
         carryOut([&] { session_->openInstead(files); });
     }
     refresh();
+}
+
+/// A file that Open does not take.
+void MainFrame::offerImport(const std::filesystem::path& path) {
+    VelmoraDoc& document = session_->document();
+    if (document.ui().ask(message::offerImport(path.filename().string())) && session_->leave()) {
+        importForeignFile(document, path);
+    }
 }
 
 void MainFrame::showContextMenu(const QPoint& position) {

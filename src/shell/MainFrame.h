@@ -39,6 +39,7 @@ public:
     void openFile(const QString& path);
     /// Opens several in place of the model: those behind the first join it if they are of its type.
     void openFiles(const QStringList& paths);
+    void offerImport(const std::filesystem::path& path);
     /// Nothing is asked, and the model is saved or given up.
     bool mayLeave();
     /// Keeps place, size and bars of the window for the next start.

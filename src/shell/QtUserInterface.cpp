@@ -290,11 +290,20 @@ void QtUserInterface::setBusy(bool busy) {
     }
 }
 
-void QtUserInterface::showProgress(double fraction) {
+// Work that ends soon is left alone.
+bool QtUserInterface::isLongAtWork() const {
     constexpr qint64 patience = 500; // ms
-    if (busyDepth_ > 0 && busyFor_.elapsed() > patience) {
+    return busyDepth_ > 0 && busyFor_.elapsed() > patience;
+}
+
+void QtUserInterface::showProgress(double fraction) {
+    if (isLongAtWork()) {
         status_.showProgress(fraction);
     }
+}
+
+bool QtUserInterface::wantsToStop() {
+    return isLongAtWork() && stopKey_.wasPressed();
 }
 
 void QtUserInterface::addRecentFile(const std::filesystem::path& path) {

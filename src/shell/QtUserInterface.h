@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "StopKey.h"
 #include "UserInterface.h"
 
 class QMainWindow;
@@ -48,6 +49,7 @@ public:
     bool chooserAsksToOverwrite() const override { return true; }
     void setBusy(bool busy) override;
     void showProgress(double fraction) override;
+    bool wantsToStop() override;
     void addRecentFile(const std::filesystem::path& path) override;
 
     /// While messages are held, boxes wait; they come up in their order once the hold ends and the event loop runs.
@@ -61,12 +63,14 @@ private:
     void showBox(const std::string& text);
     void showHeldMessages();
     QWidget* parentOfBoxes() const;
+    bool isLongAtWork() const;
 
     QMainWindow& frame_;
     StatusLine& status_;
     RecentFiles& recent_;
     int busyDepth_ = 0;
     QElapsedTimer busyFor_;
+    StopKey stopKey_;
     bool holding_ = false;
     std::vector<std::string> held_;
     std::map<std::string, QString> filterUsedLast_; ///< text of the entry, by command

@@ -224,7 +224,10 @@ TEST(DialogFields, OfImport) {
     EXPECT_THAT(linesOf("CImport"),
                 ElementsAre("Import", "merge | Merge equal points | check | 0",
                             "volumes |  | radio | 1 | \"Surface zones only\" \"Outer faces of volume zones too\"",
-                            "scale | Scale | real | 1 | any"));
+                            "cad |  | radio | 1 | \"CAD as triangles\" \"CAD as structured patches\"",
+                            "chord | Error of triangles | real | 0.1 | any",
+                            "sections | Sections of a patch | int | 33 | 2 to 10000",
+                            "points | Points of a section | int | 33 | 2 to 10000", "scale | Scale | real | 1 | any"));
 }
 
 TEST(DialogFields, OfExport) {

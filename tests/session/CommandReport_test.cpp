@@ -39,6 +39,9 @@ TEST(Outcome, AChooserADialogOrAQuestionMayBeCancelled) {
     CommandReport question;
     question.questions.push_back({message::removeGeometry, Answer::No});
     EXPECT_EQ(question.outcome(), Outcome::Cancelled);
+    CommandReport stopped;
+    stopped.stopped = true;
+    EXPECT_EQ(stopped.outcome(), Outcome::Cancelled);
 }
 
 TEST(Outcome, WhatWasAnsweredYesIsOk) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QAction>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QFileDialog>
@@ -11,6 +12,7 @@
 #include <QMainWindow>
 #include <QProgressBar>
 #include <QSettings>
+#include <QThread>
 
 #include "CBlockMove.h"
 #include "CRegularInput.h"
@@ -45,6 +47,35 @@ bool waits() {
 void pressKey(QWidget& widget, Qt::Key key) {
     QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
     QApplication::sendEvent(&widget, &event);
+}
+
+// ---- Long work ------------------------------------------------------------------------------------------------------
+
+TEST(QtUserInterface, EscStopsLongWorkAndNothingElseBeginsMeanwhile) {
+    UiRig rig;
+    QAction action(&rig.frame);
+    action.setShortcut(QKeySequence(Qt::Key_F5));
+    rig.frame.addAction(&action);
+    int begun = 0;
+    QObject::connect(&action, &QAction::triggered, [&begun] { ++begun; });
+    const auto type = [&rig](Qt::Key key) {
+        QCoreApplication::postEvent(&rig.frame, new QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier));
+    };
+    EXPECT_FALSE(rig.ui.wantsToStop()); // there is no work
+    rig.ui.setBusy(true);
+    type(Qt::Key_Escape);
+    EXPECT_FALSE(rig.ui.wantsToStop()); // it has just begun
+    QCoreApplication::removePostedEvents(&rig.frame);
+    QThread::msleep(600);
+    EXPECT_FALSE(rig.ui.wantsToStop());
+    type(Qt::Key_F5);
+    EXPECT_FALSE(rig.ui.wantsToStop());
+    type(Qt::Key_Escape);
+    EXPECT_TRUE(rig.ui.wantsToStop());
+    EXPECT_FALSE(rig.ui.wantsToStop()); // it was asked once
+    rig.ui.setBusy(false);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(begun, 0);
 }
 
 // ---- Messages and questions -----------------------------------------------------------------------------------------

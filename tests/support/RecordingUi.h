@@ -19,6 +19,7 @@ class RecordingUi : public UserInterface {
 public:
     std::vector<std::string> transcript;
     std::deque<bool> answers;
+    bool stops = false; ///< wants work to stop wherever it is asked
     /// Fields to set in the next dialogs, in order; then OK is pressed. An absent entry cancels.
     std::deque<std::vector<std::pair<std::string, std::string>>> dialogs;
     std::deque<std::vector<std::filesystem::path>> files;
@@ -94,6 +95,7 @@ public:
         busyCalls += busy ? 1 : 0;
     }
     void showProgress(double fraction) override { progress.push_back(fraction); }
+    bool wantsToStop() override { return stops; }
     void addRecentFile(const std::filesystem::path& path) override { transcript.push_back("recent: " + path.string()); }
 
     /// How often a line stands in the transcript.

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -13,6 +14,7 @@
 #include "command_rules.h"
 #include "exchange_files.h"
 #include "file_types.h"
+#include "foreign_files.h"
 #include "load_files.h"
 #include "messages.h"
 #include "open_commands.h"
@@ -31,21 +33,32 @@ bool canImport(const std::string& extension) {
     return std::find(known.begin(), known.end(), extension) != known.end();
 }
 
-std::vector<FileType> typesToImport() {
-    std::vector<FileType> types = importFileTypes();
-    types.erase(
-        std::remove_if(types.begin(), types.end(), [](const FileType& type) { return !canImport(type.extension); }),
-        types.end());
+/// Those of the types that are among the extensions: a program may be built without some libraries.
+std::vector<FileType> typesAmong(std::vector<FileType> types, const std::vector<std::string_view>& extensions) {
+    std::erase_if(types, [&extensions](const FileType& type) {
+        return std::find(extensions.begin(), extensions.end(), type.extension) == extensions.end();
+    });
     return types;
 }
 
-/// Reads the file, tells of it and shows what is wrong with it.
-ImportOutcome readForeign(VelmoraDoc& doc, const std::filesystem::path& path, ExchangeModel& model, LoadTally& tally) {
+/// The user stopped an import.
+struct ImportStopped {};
+
+/// Reads the file, tells of it and shows what is wrong with it. None when it was stopped.
+std::optional<ImportOutcome> readForeign(VelmoraDoc& doc, const std::filesystem::path& path, ExchangeModel& model,
+                                         LoadTally& tally) {
     FileRead record;
     ImportOutcome outcome = ImportOutcome::Failed;
-    {
+    try {
         const BusyScope busy(doc.ui());
-        outcome = importFile(path, doc.dialogs->importing.options(), model, record, progressTo(doc.ui()));
+        outcome = importFile(path, doc.dialogs->importing.options(), model, record, [&doc](double fraction) {
+            doc.ui().showProgress(fraction);
+            if (doc.ui().wantsToStop()) {
+                throw ImportStopped();
+            }
+        });
+    } catch (const ImportStopped&) {
+        return std::nullopt;
     }
     if (outcome == ImportOutcome::CannotOpen) {
         doc.ui().showMessage(message::cannotOpen);
@@ -54,6 +67,9 @@ ImportOutcome readForeign(VelmoraDoc& doc, const std::filesystem::path& path, Ex
     doc.ui().tellFileRead(record);
     tally.losses = record.changed;
     tally.losses.insert(tally.losses.end(), record.reasons.begin(), record.reasons.end());
+    if (model.libraryMoves > 0.0) {
+        doc.ui().showMessage(message::libraryMovesPoints(shortLength(model.libraryMoves)));
+    }
     return outcome;
 }
 
@@ -70,6 +86,41 @@ void takeImported(VelmoraDoc& doc, ExchangeModel&& model) {
     doc.modelFile.nameImported(doc.patches.empty() ? "dat" : textOf(doc.fileKind));
 }
 
+} // namespace
+
+bool isForeignFile(const std::filesystem::path& path) {
+    constexpr std::array<std::string_view, 3> opened = {"dat", "wrl", "stl"};
+    const std::string extension = extensionOf(path);
+    return canImport(extension) && std::find(opened.begin(), opened.end(), extension) == opened.end();
+}
+
+void importForeignFile(VelmoraDoc& doc, const std::filesystem::path& path) {
+    if (!showDialog(doc.ui(), doc.dialogs->importing)) {
+        return;
+    }
+    LoadTally tally;
+    std::optional<ImportOutcome> outcome;
+    {
+        ModelAside before(doc);
+        ExchangeModel model;
+        outcome = readForeign(doc, path, model, tally);
+        if (outcome == ImportOutcome::Done) {
+            takeImported(doc, std::move(model));
+            before.keepForUndo();
+        }
+    }
+    if (!outcome) {
+        doc.ShowStatus(message::importStopped);
+    } else if (*outcome == ImportOutcome::Done) {
+        finishOpen(doc, tally);
+        doc.documentModified = true;
+    } else {
+        cancelOpen(doc, tally);
+    }
+}
+
+namespace {
+
 /// A file of others in place of the model, which is untitled then.
 void importFiles(VelmoraDoc& doc) {
     if (!doc.holdsNothing() && !doc.ui().ask(message::removeGeometry)) {
@@ -77,7 +128,7 @@ void importFiles(VelmoraDoc& doc) {
     }
     FileRequest request;
     request.mode = ChooserMode::Import;
-    request.types = typesToImport();
+    request.types = typesAmong(importFileTypes(), importExtensions());
     request.proposed = doc.openPlace();
     request.command = "file.import";
     const std::vector<std::filesystem::path> paths = doc.ui().chooseFiles(request);
@@ -89,26 +140,7 @@ void importFiles(VelmoraDoc& doc) {
         doc.ui().showMessage(message::cannotBeImported(extensionOf(path)));
         return;
     }
-    if (!showDialog(doc.ui(), doc.dialogs->importing)) {
-        return;
-    }
-    LoadTally tally;
-    bool gaveModel = false;
-    {
-        ModelAside before(doc);
-        ExchangeModel model;
-        gaveModel = readForeign(doc, path, model, tally) == ImportOutcome::Done;
-        if (gaveModel) {
-            takeImported(doc, std::move(model));
-            before.keepForUndo();
-        }
-    }
-    if (!gaveModel) {
-        cancelOpen(doc, tally);
-        return;
-    }
-    finishOpen(doc, tally);
-    doc.documentModified = true;
+    importForeignFile(doc, path);
 }
 
 // ---- Export ---------------------------------------------------------------------------------------------------------
@@ -122,8 +154,8 @@ ExchangeView viewOf(const VelmoraDoc& doc) {
 }
 
 std::vector<FileType> exportTypes(const VelmoraDoc& doc) {
-    return doc.structureKind == StructureKind::Structured && doc.fileKind == FileKind::Apt ? exportFileTypes()
-                                                                                           : exportTriangleFileTypes();
+    const bool isGrid = doc.structureKind == StructureKind::Structured && doc.fileKind == FileKind::Apt;
+    return typesAmong(isGrid ? exportFileTypes() : exportTriangleFileTypes(), exportExtensions());
 }
 
 void finishExport(VelmoraDoc& doc, const std::string& extension, ExportOutcome outcome, const WriteOutcome& written) {

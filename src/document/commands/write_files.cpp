@@ -119,14 +119,17 @@ WriteOutcome writeZones(VelmoraDoc& doc, const std::filesystem::path& path, cons
     return outcome;
 }
 
+std::string shortLength(double length) {
+    constexpr int shortForm = 6; // significant digits
+    std::array<char, 32> text{};
+    return {text.begin(), std::to_chars(text.begin(), text.end(), length, std::chars_format::general, shortForm).ptr};
+}
+
 void tellMove(VelmoraDoc& doc, int digits, double move) {
     if (!(move > worthTelling(doc)) || !std::isfinite(move)) {
         return; // what is not finite is not written, which is told in its own words
     }
-    constexpr int shortForm = 6; // significant digits
-    std::array<char, 32> text{};
-    const auto end = std::to_chars(text.begin(), text.end(), move, std::chars_format::general, shortForm).ptr;
-    doc.ui().showMessage(message::digitsMovePoints(digits, std::string(text.begin(), end)));
+    doc.ui().showMessage(message::digitsMovePoints(digits, shortLength(move)));
 }
 
 void tellSaved(VelmoraDoc& doc, const WriteOutcome& outcome) {

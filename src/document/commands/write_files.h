@@ -35,6 +35,9 @@ WriteOutcome writeZones(VelmoraDoc& doc, const std::filesystem::path& path, cons
 /// What another writer made.
 void finishWriting(VelmoraDoc& doc, const WriteOutcome& outcome);
 
+/// A length as messages have it, of six significant digits.
+std::string shortLength(double length);
+
 /// Warns before a file is written when its digits move a point by more than 1e-5 of the model's radius.
 void tellMove(VelmoraDoc& doc, int digits, double move);
 

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "exchange_model.h"
+#include "foreign_stream.h"
+#include "progress.h"
+
+namespace velmora {
+
+/// The program that holds the libraries of others: beside this program, or where it is when both are installed; empty
+/// when it is nowhere.
+std::filesystem::path readerProgram();
+
+/// How the work in a process of its own ended.
+enum class ChildEnd {
+    Whole,
+    NoProgram,
+    Refused,     ///< it said that it cannot do it
+    OutOfMemory, ///< it asked for more than it may have
+    TooLong,     ///< it was at work for longer than it may be
+    Died,        ///< it crashed, or what it gave is no answer
+};
+
+/// The exit statuses by which the program tells how it went; 0 is well.
+constexpr int childRefused = 2;
+constexpr int childOutOfMemory = 3;
+
+/// Starts `program`, which reads `path` as `format` does by name, and collects what it finds. Whatever becomes of the
+/// process, this one goes on; it ends with the call, also when `report` throws.
+ChildEnd readInChild(const std::filesystem::path& program, const std::string& format, const std::filesystem::path& path,
+                     const ImportOptions& options, ForeignFile& file, const ReportProgress& report);
+
+/// Starts `program` to write `path` as `format`; `write` gives it what shall be in there.
+ChildEnd writeInChild(const std::filesystem::path& program, const std::string& format,
+                      const std::filesystem::path& path, const std::function<void(ForeignWriter& writer)>& write);
+
+} // namespace velmora

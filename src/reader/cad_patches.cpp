@@ -1,0 +1,140 @@
+#include "cad_patches.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+#include <BRepAdaptor_Surface.hxx>
+#include <BRepTools.hxx>
+#include <BRepTools_WireExplorer.hxx>
+#include <BRep_Tool.hxx>
+#include <Geom2d_Curve.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopoDS.hxx>
+#include <TopoDS_Edge.hxx>
+#include <TopoDS_Wire.hxx>
+#include <gp_Pnt.hxx>
+#include <gp_Pnt2d.hxx>
+
+namespace velmora {
+
+namespace {
+
+/// A side of a border in the parameters of the surface, run through in the sense of the border.
+struct Side {
+    Handle(Geom2d_Curve) curve;
+    double first = 0.0;
+    double last = 0.0;
+
+    /// `t` from 0 to 1.
+    gp_Pnt2d at(double t) const { return curve->Value(first + t * (last - first)); }
+};
+
+std::vector<Side> sidesOf(const TopoDS_Wire& wire, const TopoDS_Face& face) {
+    std::vector<Side> sides;
+    for (BRepTools_WireExplorer edges(wire, face); edges.More(); edges.Next()) {
+        Side side;
+        side.curve = BRep_Tool::CurveOnSurface(edges.Current(), face, side.first, side.last);
+        if (side.curve.IsNull()) {
+            return {};
+        }
+        if (edges.Current().Orientation() == TopAbs_REVERSED) {
+            std::swap(side.first, side.last);
+        }
+        sides.push_back(side);
+    }
+    return sides;
+}
+
+/// The rectangle of parameters that a face takes up.
+struct Rectangle {
+    double u0 = 0.0;
+    double u1 = 0.0;
+    double v0 = 0.0;
+    double v1 = 0.0;
+
+    gp_Pnt2d at(double u, double v) const { return {u0 + u * (u1 - u0), v0 + v * (v1 - v0)}; }
+
+    bool hasOnBorder(const gp_Pnt2d& p) const {
+        constexpr double small = 1e-6;
+        const auto near = [](double a, double b, double length) { return std::abs(a - b) <= small * length; };
+        return near(p.X(), u0, u1 - u0) || near(p.X(), u1, u1 - u0) || near(p.Y(), v0, v1 - v0) ||
+               near(p.Y(), v1, v1 - v0);
+    }
+};
+
+bool runsAlong(const std::vector<Side>& sides, const Rectangle& rectangle) {
+    constexpr int samples = 16;
+    return std::all_of(sides.begin(), sides.end(), [&rectangle](const Side& side) {
+        for (int i = 0; i <= samples; ++i) {
+            if (!rectangle.hasOnBorder(side.at(static_cast<double>(i) / samples))) {
+                return false;
+            }
+        }
+        return true;
+    });
+}
+
+/// Between four sides in turn: `s` runs along the first and against the third, `t` along the second and against the
+/// fourth.
+gp_Pnt2d between(const std::array<Side, 4>& sides, double s, double t) {
+    const gp_Pnt2d low = sides[0].at(s);
+    const gp_Pnt2d right = sides[1].at(t);
+    const gp_Pnt2d high = sides[2].at(1.0 - s);
+    const gp_Pnt2d left = sides[3].at(1.0 - t);
+    const gp_Pnt2d a = sides[0].at(0.0);
+    const gp_Pnt2d b = sides[1].at(0.0);
+    const gp_Pnt2d c = sides[2].at(0.0);
+    const gp_Pnt2d d = sides[3].at(0.0);
+    const auto blend = [s, t](double l, double r, double h, double f, double pa, double pb, double pc, double pd) {
+        return (1 - t) * l + t * h + (1 - s) * f + s * r -
+               ((1 - s) * (1 - t) * pa + s * (1 - t) * pb + s * t * pc + (1 - s) * t * pd);
+    };
+    return {blend(low.X(), right.X(), high.X(), left.X(), a.X(), b.X(), c.X(), d.X()),
+            blend(low.Y(), right.Y(), high.Y(), left.Y(), a.Y(), b.Y(), c.Y(), d.Y())};
+}
+
+} // namespace
+
+// A border runs with the inside at its left as seen from the surface's own outside, so that both kinds of parameters
+// have the sense of the surface; a face that is turned round looks the other way.
+std::optional<GridBlock> patchOfFace(const TopoDS_Face& given, std::int32_t sections, std::int32_t points) {
+    const TopoDS_Face face = TopoDS::Face(given.Oriented(TopAbs_FORWARD));
+    const TopoDS_Wire wire = BRepTools::OuterWire(face);
+    int wires = 0;
+    for (TopExp_Explorer explorer(face, TopAbs_WIRE); explorer.More(); explorer.Next()) {
+        ++wires;
+    }
+    if (wire.IsNull() || wires != 1) {
+        return std::nullopt;
+    }
+    const std::vector<Side> sides = sidesOf(wire, face);
+    Rectangle rectangle;
+    BRepTools::UVBounds(face, rectangle.u0, rectangle.u1, rectangle.v0, rectangle.v1);
+    const bool alongLines = !sides.empty() && runsAlong(sides, rectangle);
+    if (!alongLines && sides.size() != 4) {
+        return std::nullopt;
+    }
+    std::array<Side, 4> four;
+    std::copy_n(sides.begin(), alongLines ? 0 : 4, four.begin());
+    const BRepAdaptor_Surface surface(face, Standard_False);
+    GridBlock block;
+    block.i = points;
+    block.j = sections;
+    const bool turned = given.Orientation() == TopAbs_REVERSED;
+    for (std::int32_t j = 0; j < sections; ++j) {
+        for (std::int32_t i = 0; i < points; ++i) {
+            const double s = static_cast<double>(turned ? points - 1 - i : i) / (points - 1);
+            const double t = static_cast<double>(j) / (sections - 1);
+            const gp_Pnt2d place = alongLines ? rectangle.at(s, t) : between(four, s, t);
+            const gp_Pnt point = surface.Value(place.X(), place.Y());
+            block.x.push_back(point.X());
+            block.y.push_back(point.Y());
+            block.z.push_back(point.Z());
+        }
+    }
+    return block;
+}
+
+} // namespace velmora

@@ -1,0 +1,222 @@
+#include <algorithm>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <BRepMesh_IncrementalMesh.hxx>
+#include <BRep_Tool.hxx>
+#include <IGESControl_Reader.hxx>
+#include <IGESData_GlobalSection.hxx>
+#include <IGESData_IGESModel.hxx>
+#include <Interface_Static.hxx>
+#include <Message.hxx>
+#include <Message_Messenger.hxx>
+#include <Poly_Triangulation.hxx>
+#include <STEPControl_Reader.hxx>
+#include <Standard_Failure.hxx>
+#include <Standard_OutOfMemory.hxx>
+#include <StepRepr_RepresentationItem.hxx>
+#include <TColStd_SequenceOfAsciiString.hxx>
+#include <TCollection_HAsciiString.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopLoc_Location.hxx>
+#include <TopoDS.hxx>
+#include <TopoDS_Face.hxx>
+#include <TopoDS_Shape.hxx>
+#include <TransferBRep.hxx>
+#include <Transfer_TransientProcess.hxx>
+#include <XSControl_TransferReader.hxx>
+#include <XSControl_WorkSession.hxx>
+
+#include "TextScan.h"
+#include "cad_patches.h"
+#include "reader_work.h"
+
+namespace velmora {
+
+namespace {
+
+/// The library's word for a unit of length, so that it leaves coordinates as they stand in the file.
+std::string libraryUnit(const std::string& unit) {
+    static const std::map<std::string, std::string> words = {
+        {"millimetre", "MM"}, {"millimeter", "MM"}, {"mm", "MM"},         {"metre", "M"},       {"meter", "M"},
+        {"m", "M"},           {"centimetre", "CM"}, {"centimeter", "CM"}, {"cm", "CM"},         {"inch", "INCH"},
+        {"in", "INCH"},       {"foot", "FT"},       {"ft", "FT"},         {"mile", "MI"},       {"mi", "MI"},
+        {"kilometre", "KM"},  {"kilometer", "KM"},  {"km", "KM"},         {"micrometre", "UM"}, {"micrometer", "UM"},
+        {"um", "UM"},         {"mil", "MIL"},       {"microinch", "UIN"}, {"uin", "UIN"}};
+    const auto found = words.find(smallLetters(unit));
+    return found == words.end() ? std::string() : found->second;
+}
+
+class CadReader {
+public:
+    CadReader(const ReaderWork& work, ForeignWriter& out) : work_(work), out_(out) {}
+
+    void run() {
+        const TopoDS_Shape shape = work_.format == "step" ? readStep() : readIges();
+        if (shape.IsNull()) {
+            throw Refusal("nothing that can be transferred");
+        }
+        out_.progress(0.5);
+        if (work_.options.cadPatches) {
+            takePatches(shape);
+        } else {
+            takeTriangles(shape);
+        }
+        out_.lost("Faces without a border of four sides, or with holes", trimmed_);
+        out_.lost("Faces of which no triangles can be made", noTriangles_);
+        if (work_.options.cadPatches) {
+            out_.changed("Faces that became patches", patches_);
+        }
+    }
+
+private:
+    void setUnit(const std::string& unit) {
+        static const std::map<std::string, std::string> names = {
+            {"MM", "millimetre"}, {"M", "metre"},      {"CM", "centimetre"}, {"INCH", "inch"}, {"FT", "foot"},
+            {"MI", "mile"},       {"KM", "kilometre"}, {"UM", "micrometre"}, {"MIL", "mil"},   {"UIN", "microinch"}};
+        const std::string word = libraryUnit(unit);
+        out_.unit(word.empty() ? "millimetre" : names.at(word));
+        Interface_Static::SetCVal("xstep.cascade.unit", word.empty() ? "MM" : word.c_str());
+    }
+
+    TopoDS_Shape readStep() {
+        STEPControl_Reader reader;
+        if (reader.ReadFile(work_.path.c_str()) != IFSelect_RetDone) {
+            throw Refusal("no STEP file");
+        }
+        TColStd_SequenceOfAsciiString lengths;
+        TColStd_SequenceOfAsciiString angles;
+        TColStd_SequenceOfAsciiString solidAngles;
+        reader.FileUnits(lengths, angles, solidAngles);
+        setUnit(lengths.IsEmpty() ? "" : lengths.First().ToCString());
+        out_.progress(0.2);
+        reader.TransferRoots();
+        session_ = reader.WS();
+        tellRoots(reader.NbRootsForTransfer(), reader.NbShapes());
+        return reader.OneShape();
+    }
+
+    TopoDS_Shape readIges() {
+        IGESControl_Reader reader;
+        if (reader.ReadFile(work_.path.c_str()) != IFSelect_RetDone) {
+            throw Refusal("no IGES file");
+        }
+        const Handle(IGESData_IGESModel) model = reader.IGESModel();
+        IGESData_GlobalSection section = model->GlobalSection();
+        const Handle(TCollection_HAsciiString) name = section.UnitName();
+        setUnit(name.IsNull() ? "" : name->ToCString());
+        section.SetCascadeUnit(section.UnitValue()); // taken when the file was read, before its unit was known
+        model->SetGlobalSection(section);
+        out_.progress(0.2);
+        reader.TransferRoots();
+        tellRoots(reader.NbRootsForTransfer(), reader.NbShapes());
+        return reader.OneShape();
+    }
+
+    void tellRoots(int roots, int shapes) {
+        if (shapes < roots) {
+            out_.lost("Parts that the reader of the format does not understand", roots - shapes);
+        }
+    }
+
+    /// The name that the file has for a shape.
+    std::string nameOf(const TopoDS_Shape& shape) const {
+        if (session_.IsNull()) {
+            return {};
+        }
+        const Handle(Standard_Transient) entity = session_->TransferReader()->EntityFromShapeResult(shape, 1);
+        const Handle(StepRepr_RepresentationItem) item = Handle(StepRepr_RepresentationItem)::DownCast(entity);
+        return item.IsNull() || item->Name().IsNull() ? std::string() : std::string(item->Name()->ToCString());
+    }
+
+    /// Solids, and what belongs to none of them: shells, then faces alone.
+    static std::vector<TopoDS_Shape> bodiesOf(const TopoDS_Shape& shape) {
+        std::vector<TopoDS_Shape> bodies;
+        for (TopExp_Explorer solid(shape, TopAbs_SOLID); solid.More(); solid.Next()) {
+            bodies.push_back(solid.Current());
+        }
+        for (TopExp_Explorer shell(shape, TopAbs_SHELL, TopAbs_SOLID); shell.More(); shell.Next()) {
+            bodies.push_back(shell.Current());
+        }
+        for (TopExp_Explorer face(shape, TopAbs_FACE, TopAbs_SHELL); face.More(); face.Next()) {
+            bodies.push_back(face.Current());
+        }
+        return bodies;
+    }
+
+    void takePatches(const TopoDS_Shape& shape) {
+        for (TopExp_Explorer face(shape, TopAbs_FACE); face.More(); face.Next()) {
+            std::optional<GridBlock> block =
+                patchOfFace(TopoDS::Face(face.Current()), work_.options.sections, work_.options.points);
+            if (!block) {
+                ++trimmed_;
+                continue;
+            }
+            ++patches_;
+            out_.add(ForeignGrid{nameOf(face.Current()), std::move(*block)});
+        }
+    }
+
+    void takeTriangles(const TopoDS_Shape& shape) {
+        constexpr double angle = 0.5; // radians; what is asked for is the distance
+        const BRepMesh_IncrementalMesh mesher(shape, work_.options.chord, Standard_False, angle, Standard_False);
+        out_.progress(0.9);
+        const std::vector<TopoDS_Shape> bodies = bodiesOf(shape);
+        for (const TopoDS_Shape& body : bodies) {
+            FileMesh mesh;
+            mesh.zones = {nameOf(body)};
+            for (TopExp_Explorer face(body, TopAbs_FACE); face.More(); face.Next()) {
+                addTriangles(TopoDS::Face(face.Current()), mesh);
+            }
+            out_.add(mesh);
+        }
+    }
+
+    void addTriangles(const TopoDS_Face& face, FileMesh& mesh) {
+        TopLoc_Location location;
+        const Handle(Poly_Triangulation) triangles = BRep_Tool::Triangulation(face, location);
+        if (triangles.IsNull()) {
+            ++noTriangles_;
+            return;
+        }
+        const auto first = static_cast<std::int64_t>(mesh.pointCount()) - 1; // they count from 1
+        for (int i = 1; i <= triangles->NbNodes(); ++i) {
+            const gp_Pnt point = triangles->Node(i).Transformed(location);
+            mesh.addPoint(point.X(), point.Y(), point.Z());
+        }
+        const bool turned = face.Orientation() == TopAbs_REVERSED;
+        for (int i = 1; i <= triangles->NbTriangles(); ++i) {
+            int a = 0;
+            int b = 0;
+            int c = 0;
+            triangles->Triangle(i).Get(a, b, c);
+            mesh.addPolygon({first + a, first + (turned ? c : b), first + (turned ? b : c)});
+        }
+    }
+
+    const ReaderWork& work_;
+    ForeignWriter& out_;
+    Handle(XSControl_WorkSession) session_;
+    std::int64_t trimmed_ = 0;
+    std::int64_t noTriangles_ = 0;
+    std::int64_t patches_ = 0;
+};
+
+} // namespace
+
+void readCad(const ReaderWork& work, ForeignWriter& out) {
+    out.format(work.format);
+    Message::DefaultMessenger()->ChangePrinters().Clear();
+    try {
+        CadReader(work, out).run();
+    } catch (const Standard_OutOfMemory&) {
+        throw std::bad_alloc();
+    } catch (const Standard_Failure& failure) {
+        throw Refusal(failure.GetMessageString());
+    }
+}
+
+} // namespace velmora

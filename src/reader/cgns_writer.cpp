@@ -1,0 +1,115 @@
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <set>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include <cgnslib.h>
+
+#include "TextScan.h"
+#include "reader_work.h"
+
+namespace velmora {
+
+namespace {
+
+void demand(int outcome) {
+    if (outcome != CG_OK) {
+        throw Refusal(cg_get_error());
+    }
+}
+
+/// Names of zones, which may have 32 letters and no slash and must differ.
+class ZoneNames {
+public:
+    std::string nameFor(const std::string& title) {
+        constexpr std::size_t longest = 32;
+        ++number_;
+        std::string name(trimmed(title));
+        std::replace_if(
+            name.begin(), name.end(), [](char c) { return c == '/' || static_cast<unsigned char>(c) < ' '; }, '_');
+        name = name.empty() || name == "." || name == ".." ? "Zone " + std::to_string(number_)
+                                                           : std::string(trimmed(name.substr(0, longest)));
+        std::string different = name;
+        for (int i = 2; !used_.insert(different).second; ++i) {
+            const std::string end = " " + std::to_string(i);
+            different = name.substr(0, longest - end.size()) + end;
+        }
+        return different;
+    }
+
+private:
+    std::set<std::string> used_;
+    int number_ = 0;
+};
+
+class CgnsWriter {
+public:
+    CgnsWriter(int file, int base, bool single) : file_(file), base_(base), single_(single) {}
+
+    void write(const ForeignGrid& grid) {
+        const GridBlock& block = grid.block;
+        const auto i = static_cast<cgsize_t>(block.i);
+        const auto j = static_cast<cgsize_t>(block.j);
+        const std::array<cgsize_t, 6> sizes = {i, j, i - 1, j - 1, 0, 0};
+        begin(grid.title, sizes.data(), CGNS_ENUMV(Structured), block.x, block.y, block.z);
+    }
+
+    void write(const FileMesh& mesh) {
+        const auto triangles = static_cast<cgsize_t>(mesh.polygonEnds.size());
+        const std::array<cgsize_t, 3> sizes = {static_cast<cgsize_t>(mesh.pointCount()), triangles, 0};
+        begin(mesh.zones.empty() ? "" : mesh.zones.front(), sizes.data(), CGNS_ENUMV(Unstructured), mesh.x, mesh.y,
+              mesh.z);
+        std::vector<cgsize_t> corners(mesh.corners.size());
+        std::transform(mesh.corners.begin(), mesh.corners.end(), corners.begin(),
+                       [](std::int64_t corner) { return static_cast<cgsize_t>(corner + 1); });
+        int section = 0;
+        demand(cg_section_write(file_, base_, zone_, "Triangles", CGNS_ENUMV(TRI_3), 1, triangles, 0, corners.data(),
+                                &section));
+    }
+
+private:
+    void begin(const std::string& title, const cgsize_t* sizes, CGNS_ENUMT(ZoneType_t) type,
+               const std::vector<double>& x, const std::vector<double>& y, const std::vector<double>& z) {
+        demand(cg_zone_write(file_, base_, names_.nameFor(title).c_str(), sizes, type, &zone_));
+        axis("CoordinateX", x);
+        axis("CoordinateY", y);
+        axis("CoordinateZ", z);
+    }
+
+    void axis(const char* name, const std::vector<double>& values) {
+        int coordinate = 0;
+        if (single_) {
+            const std::vector<float> narrow(values.begin(), values.end());
+            demand(cg_coord_write(file_, base_, zone_, CGNS_ENUMV(RealSingle), name, narrow.data(), &coordinate));
+        } else {
+            demand(cg_coord_write(file_, base_, zone_, CGNS_ENUMV(RealDouble), name, values.data(), &coordinate));
+        }
+    }
+
+    int file_;
+    int base_;
+    bool single_;
+    int zone_ = 0;
+    ZoneNames names_;
+};
+
+} // namespace
+
+void writeCgns(const ReaderWork& work, const ForeignFile& file) {
+    constexpr int cellDimension = 2;
+    constexpr int space = 3;
+    int number = 0;
+    int base = 0;
+    demand(cg_open(work.path.c_str(), CG_MODE_WRITE, &number));
+    demand(cg_base_write(number, "Base", cellDimension, space, &base));
+    CgnsWriter writer(number, base, file.singlePrecision);
+    for (const auto& part : file.parts) {
+        std::visit([&writer](const auto& zone) { writer.write(zone); }, part);
+    }
+    demand(cg_close(number));
+}
+
+} // namespace velmora

@@ -1,0 +1,200 @@
+#include <BRepAlgoAPI_Cut.hxx>
+#include <BRepPrimAPI_MakeBox.hxx>
+#include <BRepPrimAPI_MakeCylinder.hxx>
+#include <BRepPrimAPI_MakeSphere.hxx>
+#include <BRepPrimAPI_MakeWedge.hxx>
+#include <IGESControl_Writer.hxx>
+#include <Interface_Static.hxx>
+#include <Message.hxx>
+#include <Message_Messenger.hxx>
+#include <STEPControl_Controller.hxx>
+#include <STEPControl_Writer.hxx>
+#include <gp_Ax2.hxx>
+
+#include "reader_fixture.h"
+
+namespace velmora {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::SizeIs;
+
+constexpr double pi = 3.14159265358979323846;
+
+/// Files that the library itself wrote of shapes whose size is known.
+class CadReader : public test::ReaderTest {
+protected:
+    CadReader() { Message::DefaultMessenger()->ChangePrinters().Clear(); }
+
+    std::filesystem::path step(const TopoDS_Shape& shape, const char* unit = "MM") const {
+        const std::filesystem::path path = folder_ / "a.step";
+        STEPControl_Controller::Init();
+        Interface_Static::SetCVal("write.step.unit", unit);
+        STEPControl_Writer writer;
+        EXPECT_EQ(writer.Transfer(shape, STEPControl_AsIs), IFSelect_RetDone);
+        EXPECT_EQ(writer.Write(path.c_str()), IFSelect_RetDone);
+        return path;
+    }
+    std::filesystem::path iges(const TopoDS_Shape& shape, const char* unit = "MM") const {
+        const std::filesystem::path path = folder_ / "a.igs";
+        IGESControl_Writer writer(unit, 1);
+        EXPECT_TRUE(writer.AddShape(shape));
+        writer.ComputeModel();
+        EXPECT_TRUE(writer.Write(path.c_str()));
+        return path;
+    }
+    /// The sum of what the patches enclose, above 0 when their front is outside.
+    double volumeOfPatches() const {
+        double sum = 0.0;
+        for (const Patch& patch : model_.patches) {
+            for (std::size_t i = 0; i + 1 < patch.size(); ++i) {
+                for (std::size_t j = 0; j + 1 < patch[i].size(); ++j) {
+                    const zVec<double>& a = patch[i][j];
+                    const zVec<double>& b = patch[i + 1][j];
+                    const zVec<double>& c = patch[i + 1][j + 1];
+                    const zVec<double>& d = patch[i][j + 1];
+                    sum += (dot(a, cross(c, b)) + dot(a, cross(d, c))) / 6.0; // the side that the window shows in front
+                }
+            }
+        }
+        return sum;
+    }
+};
+
+TEST_F(CadReader, ABoxIsTwelveTriangles) {
+    for (const std::filesystem::path& path :
+         {step(BRepPrimAPI_MakeBox(1.0, 2.0, 3.0).Shape()), iges(BRepPrimAPI_MakeBox(1.0, 2.0, 3.0).Shape())}) {
+        ASSERT_EQ(read(path), ImportOutcome::Done) << path;
+        EXPECT_EQ(countOf(record_.kept, "triangles"), 12);
+        EXPECT_NEAR(area(), 22.0, 1e-9);
+        expectBox({0, 1, 0, 2, 0, 3}, 1e-9);
+        EXPECT_TRUE(record_.complete);
+    }
+    EXPECT_EQ(record_.format, "iges");
+    read(step(BRepPrimAPI_MakeBox(1.0, 2.0, 3.0).Shape()));
+    EXPECT_EQ(record_.format, "step");
+    EXPECT_THAT(model_.region.blocks, SizeIs(1));
+    EXPECT_NEAR(volume(), 6.0, 1e-9);
+}
+
+TEST_F(CadReader, CoordinatesStayInTheUnitOfTheFile) {
+    const TopoDS_Shape box = BRepPrimAPI_MakeBox(25.4, 50.8, 1000.0).Shape(); // of the library's millimetres
+    read(step(box, "INCH"));
+    EXPECT_EQ(record_.unit, "inch");
+    expectBox({0, 1, 0, 2, 0, 1000.0 / 25.4}, 1e-9);
+    read(step(box, "M"));
+    EXPECT_EQ(record_.unit, "metre");
+    expectBox({0, 0.0254, 0, 0.0508, 0, 1}, 1e-9);
+    read(step(box, "MM"));
+    EXPECT_EQ(record_.unit, "millimetre");
+    expectBox({0, 25.4, 0, 50.8, 0, 1000}, 1e-9);
+    read(iges(box, "INCH"));
+    EXPECT_EQ(record_.unit, "inch");
+    expectBox({0, 1, 0, 2, 0, 1000.0 / 25.4}, 1e-6);
+}
+
+// A sphere of radius 10: no point of a triangle is further inside than was asked for.
+TEST_F(CadReader, TrianglesStandWithinTheChordThatWasAskedFor) {
+    const std::filesystem::path path = step(BRepPrimAPI_MakeSphere(10.0).Shape());
+    std::size_t before = 0;
+    for (const double chord : {1.0, 0.05}) {
+        options_.chord = chord;
+        ASSERT_EQ(read(path), ImportOutcome::Done);
+        const std::vector<test::Corners> triangles = test::cornersOf(model_);
+        EXPECT_GT(triangles.size(), before);
+        before = triangles.size();
+        for (const test::Corners& c : triangles) {
+            const auto radius = [](double x, double y, double z) { return std::sqrt(x * x + y * y + z * z); };
+            EXPECT_NEAR(radius(c[0][0], c[0][1], c[0][2]), 10.0, 1e-9);
+            for (std::size_t side = 0; side < 3; ++side) {
+                const test::Point& a = c.at(side);
+                const test::Point& b = c.at((side + 1) % 3);
+                EXPECT_GT(radius(0.5 * (a[0] + b[0]), 0.5 * (a[1] + b[1]), 0.5 * (a[2] + b[2])), 10.0 - 1.5 * chord);
+            }
+        }
+    }
+    EXPECT_GT(volume(), 0.0);
+}
+
+// Six faces, each with its border on its parameter lines, in full.
+TEST_F(CadReader, FacesBecomePatchesThatLookOutwards) {
+    options_.cadPatches = true;
+    options_.sections = 4;
+    options_.points = 5;
+    ASSERT_EQ(read(step(BRepPrimAPI_MakeBox(1.0, 2.0, 3.0).Shape())), ImportOutcome::Done);
+    ASSERT_THAT(model_.patches, SizeIs(6));
+    for (const Patch& patch : model_.patches) {
+        EXPECT_THAT(patch, SizeIs(4));
+        EXPECT_THAT(patch, testing::Each(SizeIs(5)));
+    }
+    EXPECT_NEAR(volumeOfPatches(), 6.0, 1e-9);
+    EXPECT_TRUE(record_.complete);
+    EXPECT_THAT(record_.changed, Contains("Faces that became patches: 6"));
+}
+
+// The side of a cylinder runs along its parameters; its two ends have one round edge each.
+TEST_F(CadReader, FacesWithoutFourSidesAreLeftOutAndTold) {
+    options_.cadPatches = true;
+    options_.sections = 3;
+    options_.points = 73;
+    ASSERT_EQ(read(step(BRepPrimAPI_MakeCylinder(2.0, 5.0).Shape())), ImportOutcome::Done);
+    ASSERT_THAT(model_.patches, SizeIs(1));
+    EXPECT_FALSE(record_.complete);
+    EXPECT_THAT(record_.reasons, Contains("Faces without a border of four sides, or with holes: 2"));
+    for (const PointList& section : model_.patches[0]) {
+        for (const zVec<double>& p : section) {
+            EXPECT_NEAR(std::hypot(p.x, p.y), 2.0, 1e-9);
+        }
+    }
+    expectBox({-2, 2, -2, 2, 0, 5}, 1e-2);
+    // A prism of 72 sides, without its ends: two thirds of what it encloses are seen from the origin.
+    EXPECT_NEAR(volumeOfPatches(), 2.0 / 3.0 * 5.0 * 0.5 * 72 * 4.0 * std::sin(2 * pi / 72), 1e-6);
+}
+
+// A wedge's sides are trapezia, whose borders do not all run along parameters.
+TEST_F(CadReader, AFaceOfFourSidesIsFilledBetweenThem) {
+    options_.cadPatches = true;
+    options_.sections = 3;
+    options_.points = 4;
+    ASSERT_EQ(read(step(BRepPrimAPI_MakeWedge(4.0, 2.0, 4.0, 1.0, 1.0, 3.0, 3.0).Shape())), ImportOutcome::Done);
+    EXPECT_THAT(model_.patches, SizeIs(6));
+    EXPECT_TRUE(record_.complete);
+    // A frustum with squares of 16 and 4: 2 / 3 (16 + 4 + sqrt(64)).
+    EXPECT_NEAR(volumeOfPatches(), 2.0 / 3.0 * 28.0, 1e-9);
+}
+
+TEST_F(CadReader, AFaceWithAHoleIsLeftOut) {
+    const TopoDS_Shape hole = BRepPrimAPI_MakeCylinder(gp_Ax2(gp_Pnt(2, 2, -1), gp_Dir(0, 0, 1)), 0.5, 6.0).Shape();
+    options_.cadPatches = true;
+    ASSERT_EQ(read(step(BRepAlgoAPI_Cut(BRepPrimAPI_MakeBox(4.0, 4.0, 4.0).Shape(), hole).Shape())),
+              ImportOutcome::Done);
+    EXPECT_THAT(model_.patches, SizeIs(5)); // four sides and the inside of the hole
+    EXPECT_THAT(record_.reasons, Contains("Faces without a border of four sides, or with holes: 2"));
+}
+
+TEST_F(CadReader, WhatIsNoCadIsTold) {
+    const std::string good = test::fileText(step(BRepPrimAPI_MakeBox(1.0, 2.0, 3.0).Shape()));
+    for (const char* const name : {"b.step", "b.stp", "b.igs", "b.iges"}) {
+        for (const std::string& text : {std::string("hello"), std::string(100'000, '('), std::string("ISO-10303-21;\n"),
+                                        good.substr(0, good.size() / 3)}) {
+            EXPECT_EQ(readText(name, text), ImportOutcome::Failed) << name << ' ' << text.substr(0, 20);
+            EXPECT_FALSE(record_.complete);
+        }
+        EXPECT_EQ(readText(name, ""), ImportOutcome::Failed);
+        EXPECT_TRUE(record_.complete);
+    }
+}
+
+TEST_F(CadReader, AFileDamagedAnywhereIsSurvived) {
+    const std::string good = test::fileText(step(BRepPrimAPI_MakeCylinder(2.0, 5.0).Shape()));
+    for (std::size_t place = 400; place < good.size(); place += 701) {
+        std::string bad = good;
+        bad.replace(place, 12, "#7,#7(#7);#9");
+        const ImportOutcome outcome = readText("bad.step", bad);
+        EXPECT_TRUE(outcome == ImportOutcome::Done || !record_.complete) << place;
+    }
+}
+
+} // namespace
+} // namespace velmora

@@ -1,17 +1,17 @@
 #include "compare.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <utility>
 
 #include "DialogValues.h"
+#include "Digest.h"
 #include "VelmoraDoc.h"
 #include "dat_geometry.h"
 #include "file_types.h"
 #include "load_files.h"
 #include "messages.h"
 #include "path_names.h"
+#include "report_lines.h"
 #include "show_dialog.h"
 
 namespace velmora {
@@ -64,13 +64,6 @@ std::optional<TriangleMesh> surfaceToCompareWith(VelmoraDoc& doc, std::int32_t t
                                        : surfaceOfChosenFile(doc);
 }
 
-/// Six significant digits.
-std::string shortNumber(double value) {
-    std::array<char, 32> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 6).ptr;
-    return {text.data(), end};
-}
-
 std::string comparisonText(const Comparison& comparison) {
     std::string text = "Largest distance " + shortNumber(comparison.largest);
     if (const auto& at = comparison.at) {
@@ -98,7 +91,7 @@ void VelmoraDoc::CompareModel() {
             foundComparison = structureKind == StructureKind::Unstructured
                                   ? compareZones(feRegion, chosenMask(), surface)
                                   : comparePatches(patches, chosenMask(), surface);
-            comparedRevision = geometryRevision();
+            comparedDigest = geometryDigest(patches, feRegion);
             ShowStatus(comparisonText(*foundComparison));
             return;
         }

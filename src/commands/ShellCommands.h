@@ -8,6 +8,9 @@
 
 namespace velmora {
 
+/// The panels of a window beside the view.
+enum class Panel { Report, CurvePlot, Journal };
+
 /// The commands that neither the document nor the view carries out: each front end does them in its way. What shows
 /// and hides parts of a window does nothing where there is none.
 class ShellCommands {
@@ -21,10 +24,20 @@ public:
     virtual void exit() = 0;
     virtual void showGuide() = 0;
     virtual void showAbout() = 0;
+    /// Shows the panel, or hides it when it is shown.
+    virtual void showPanel(Panel panel) = 0;
+    virtual bool panelShown(Panel) const { return false; }
     virtual void toggleToolBars() {}
     virtual void toggleStatusBar() {}
     virtual bool toolBarsShown() const { return false; }
     virtual bool statusBarShown() const { return false; }
+
+    void showReport() { showPanel(Panel::Report); }
+    void showCurvePlot() { showPanel(Panel::CurvePlot); }
+    void showJournal() { showPanel(Panel::Journal); }
+    bool reportShown() const { return panelShown(Panel::Report); }
+    bool curvePlotShown() const { return panelShown(Panel::CurvePlot); }
+    bool journalShown() const { return panelShown(Panel::Journal); }
 };
 
 /// One command of the shell: its row, and how the front end carries it out.

@@ -14,6 +14,7 @@
 
 #include "CommandGuard.h"
 #include "HelpDesk.h"
+#include "Panels.h"
 #include "VelmoraDoc.h"
 #include "command_keys.h"
 #include "messages.h"
@@ -66,6 +67,7 @@ MainFrame::MainFrame()
     makeToolBars();
     actions_->addShortcuts(*this);
     connectView();
+    makePanels();
     status_->showText(qtText(session_->document().status));
     setAcceptDrops(true);
     resize(startSize);
@@ -77,7 +79,8 @@ MainFrame::MainFrame()
 
 MainFrame::~MainFrame() {
     qApp->removeEventFilter(this);
-    // The bars are hidden with the window, when there is no document left to ask.
+    // Bars and panels are hidden with the window, when there is no document left to ask.
+    panels_->disconnect(this);
     for (QToolBar* bar : toolBars_) {
         bar->disconnect(this);
     }
@@ -112,6 +115,12 @@ void MainFrame::makeToolBars() {
         connect(toolBar, &QToolBar::visibilityChanged, this, &MainFrame::refresh);
         toolBars_.append(toolBar);
     }
+}
+
+void MainFrame::makePanels() {
+    panels_ = new Panels(*this, *session_, *userInterface_);
+    connect(panels_, &Panels::workWanted, this, &MainFrame::carryOut);
+    connect(panels_, &Panels::changed, this, &MainFrame::refresh);
 }
 
 void MainFrame::connectView() {
@@ -208,6 +217,18 @@ void MainFrame::showGuide() {
     help_->open();
 }
 
+void MainFrame::showPanel(Panel panel) {
+    panels_->toggle(panel);
+}
+
+bool MainFrame::panelShown(Panel panel) const {
+    return panels_ != nullptr && panels_->shown(panel);
+}
+
+void MainFrame::runScript(const std::filesystem::path& script) {
+    panels_->runScript(script);
+}
+
 void MainFrame::toggleToolBars() {
     const bool show = !toolBarsShown();
     for (QToolBar* bar : toolBars_) {
@@ -227,6 +248,9 @@ void MainFrame::refresh() {
     surfaceShown_ = session_->document().surfaceMode;
     actions_->refresh();
     setWindowModified(session_->document().documentModified);
+    if (panels_ != nullptr) {
+        panels_->refresh();
+    }
 }
 
 void MainFrame::openFile(const QString& path) {
@@ -255,7 +279,7 @@ void MainFrame::openFiles(const QStringList& paths) {
     if (missing != files.end()) {
         session_->document().ui().showMessage(message::noSuchFile(missing->string()));
     } else if (files.size() == 1 && std::filesystem::is_directory(files.front(), error)) {
-        carryOut([&] { session_->perform([&] { session_->document().openFilesIn(files.front()); }); });
+        carryOut([&] { session_->openIn(files.front()); });
     } else {
         carryOut([&] { session_->openInstead(files); });
     }

@@ -14,6 +14,7 @@
 namespace velmora {
 
 class HelpDesk;
+class Panels;
 class VelmoraDoc;
 struct DocumentState;
 
@@ -37,6 +38,8 @@ public:
     void openFile(const QString& path);
     /// Opens several in place of the model: those behind the first join it if they are of its type.
     void openFiles(const QStringList& paths);
+    /// Runs a script, and tells where it ended if it could not go on.
+    void runScript(const std::filesystem::path& script);
     /// Nothing is asked, and the model is saved or given up.
     bool mayLeave();
     /// Keeps place, size and bars of the window for the next start.
@@ -58,11 +61,14 @@ protected:
 private:
     void makeMenus();
     void makeToolBars();
+    void makePanels();
     void connectView();
     CommandState stateOf(const Command& command) const;
     void exit() override;
     void showGuide() override;
     void showAbout() override { emit aboutWanted(); }
+    void showPanel(Panel panel) override;
+    bool panelShown(Panel panel) const override;
     void toggleToolBars() override;
     void toggleStatusBar() override;
     bool toolBarsShown() const override;
@@ -84,6 +90,7 @@ private:
     bool surfaceShown_ = false; ///< what the Surface button says
     std::unique_ptr<QtUserInterface> userInterface_;
     std::unique_ptr<Session> session_;
+    Panels* panels_ = nullptr;
 };
 
 } // namespace velmora

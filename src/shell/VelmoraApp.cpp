@@ -36,6 +36,8 @@ void describeProgram(QCommandLineParser& parser) {
     parser.addOption(
         {QStringLiteral("no-rescue"),
          QStringLiteral("Keep no rescue copy of a model with changes, and offer none that was left behind.")});
+    parser.addOption(
+        {QStringLiteral("run"), QStringLiteral("Run a script once the window is shown."), QStringLiteral("script")});
     parser.addPositionalArgument(QStringLiteral("path"), QStringLiteral("The file to open."), QStringLiteral("[path]"));
 }
 
@@ -63,6 +65,7 @@ int& prepared(int& argc, char** argv) {
 struct CommandLine {
     QStringList paths;
     bool rescue = true;
+    QString script; ///< empty: none
 };
 
 CommandLine readCommandLine(const QCoreApplication& application) {
@@ -73,7 +76,8 @@ CommandLine readCommandLine(const QCoreApplication& application) {
         std::fputs("velmora: give one file at most\n", stderr);
         parser.showHelp(usageError);
     }
-    return {parser.positionalArguments(), !parser.isSet(QStringLiteral("no-rescue"))};
+    return {parser.positionalArguments(), !parser.isSet(QStringLiteral("no-rescue")),
+            parser.value(QStringLiteral("run"))};
 }
 
 } // namespace
@@ -122,6 +126,9 @@ bool VelmoraApp::initInstance() {
         }
     }
     frame_->showAsLeft();
+    if (!commandLine.script.isEmpty()) {
+        frame_->runScript(filePath(commandLine.script));
+    }
     QGuiApplication::setQuitOnLastWindowClosed(true);
     return true;
 }

@@ -28,7 +28,7 @@ constexpr PageOfKind pagesOfKinds[] = {
     {"buffer.", "lines.md"},    {"point.", "point.md"},
     {"convert.", "convert.md"}, {"model.", "transformations.md"},
     {"help.", "help.md"},       {"view.features", "options.md"},
-    {"view.", "view.md"},
+    {"view.", "view.md"},       {"options.", "options.md"},
 };
 
 QString textOf(const QString& page) {

@@ -49,8 +49,7 @@ Pick pickOf(const DocumentState& document, Pick::Target target, const std::optio
 }
 
 Pick pickNode(const DocumentState& document, ModelIndex& index, const PixelLine& ray) {
-    const PickFilter filter = document.capture->freePointArmed ? PickFilter() : blockFilter(document);
-    return pickOf(document, Pick::Target::Node, index.nodes().nearest(ray, filter), pointLimit);
+    return pickOf(document, Pick::Target::Node, index.nodes().nearest(ray, captureFilter(document, false)), pointLimit);
 }
 
 } // namespace
@@ -76,22 +75,33 @@ const Index& ModelIndex::upToDate(Index& index, std::optional<std::uint64_t>& re
     return index;
 }
 
-Pick pickPoint(const DocumentState& document, ModelIndex& index, const PixelLine& ray) {
-    if (document.structureKind == StructureKind::Unstructured) {
-        return pickNode(document, index, ray);
-    }
+PickFilter captureFilter(const DocumentState& document, bool curve) {
     const CaptureState& capture = *document.capture;
+    if (document.structureKind == StructureKind::Unstructured) {
+        return capture.freePointArmed ? PickFilter() : blockFilter(document);
+    }
     PickFilter filter = blockFilter(document);
+    if (curve) {
+        return filter;
+    }
     filter.patch = capture.capturedPatch;
     if (!capture.freePointArmed) {
         filter.section = capture.sectionCaptured ? capture.capturedSection : -1;
         filter.point = capture.lineCaptured ? capture.capturedLine : -1;
     }
+    return filter;
+}
+
+Pick pickPoint(const DocumentState& document, ModelIndex& index, const PixelLine& ray) {
+    if (document.structureKind == StructureKind::Unstructured) {
+        return pickNode(document, index, ray);
+    }
+    const PickFilter filter = captureFilter(document, false);
     return pickOf(document, Pick::Target::Point, index.patches().nearest(document.patches, ray, filter), pointLimit);
 }
 
 Pick pickSection(const DocumentState& document, ModelIndex& index, const PixelLine& ray) {
-    const auto nearest = index.patches().nearest(document.patches, ray, blockFilter(document));
+    const auto nearest = index.patches().nearest(document.patches, ray, captureFilter(document, true));
     Pick pick = pickOf(document, Pick::Target::Section, nearest, sectionLimit);
     if (pick.found) {
         const Patch& patch = document.patches[static_cast<std::size_t>(pick.patch)];
@@ -101,7 +111,7 @@ Pick pickSection(const DocumentState& document, ModelIndex& index, const PixelLi
 }
 
 Pick pickLine(const DocumentState& document, ModelIndex& index, const PixelLine& ray) {
-    const auto nearest = index.patches().nearest(document.patches, ray, blockFilter(document));
+    const auto nearest = index.patches().nearest(document.patches, ray, captureFilter(document, true));
     Pick pick = pickOf(document, Pick::Target::Line, nearest, lineLimit);
     if (pick.found) {
         pick.points = countOf(document.patches[static_cast<std::size_t>(pick.patch)]);

@@ -33,6 +33,9 @@ private:
     std::optional<std::uint64_t> nodeRevision_;
 };
 
+/// What the click of a point regime, or with `curve` that of a section or a line, is let through to.
+PickFilter captureFilter(const DocumentState& document, bool curve);
+
 // What each regime finds under a line of sight. They write nothing but the index.
 
 /// The nearest point or node, by the kind of the model, of what the capture lets through.

@@ -21,15 +21,15 @@ void VelmoraView::pressRegime(PixelPoint position) {
         PickPoint(position);
         repaint();
     }
-    if (doc_.capture->pointDragging) {
+    if (doc_.capture->pointDragging && !doc_.capture->pointCaptureArmed) {
         PickDragPoint(position);
         doc_.placeDraggedPoint(doc_.capture->capturedPointPos);
     }
     if (doc_.capture->patchCaptureArmed) {
-        pressPatchCapture(position);
+        pressPatchCapture(patchUnder(position, Pick::Target::WholePatch));
     }
     if (doc_.capture->patchRemoving) {
-        pressPatchRemoval(position);
+        pressPatchRemoval(patchUnder(position, Pick::Target::Removal));
     }
     if (doc_.capture->sectionCaptureArmed) {
         PickSection(position);
@@ -45,8 +45,7 @@ void VelmoraView::pressRegime(PixelPoint position) {
     }
 }
 
-void VelmoraView::pressPatchCapture(PixelPoint position) {
-    const Pick pick = patchUnder(position, Pick::Target::WholePatch);
+void VelmoraView::pressPatchCapture(const Pick& pick) {
     doc_.takePick(pick);
     doc_.redrawHighlight();
     repaint();
@@ -58,8 +57,7 @@ void VelmoraView::pressPatchCapture(PixelPoint position) {
     doc_.ShowStatus(doc_.capture->patchStatus);
 }
 
-void VelmoraView::pressPatchRemoval(PixelPoint position) {
-    const Pick pick = patchUnder(position, Pick::Target::Removal);
+void VelmoraView::pressPatchRemoval(const Pick& pick) {
     doc_.takePick(pick);
     doc_.redrawHighlight();
     forceMouseMode(ModePatch);
@@ -83,7 +81,7 @@ void VelmoraView::dragRegime(PixelPoint position) {
         doc_.ShowStatus(doc_.capture->pointStatus);
         repaint();
     }
-    if (doc_.capture->pointDragging) {
+    if (doc_.capture->pointDragging && !doc_.capture->pointCaptureArmed) {
         PickDragPoint(position);
         doc_.placeDraggedPoint(doc_.capture->capturedPointPos);
     }
@@ -98,10 +96,14 @@ void VelmoraView::dragRegime(PixelPoint position) {
     }
     if (doc_.capture->dragCorrectsLine) {
         PickPlanePoint(position);
-        doc_.ShowStatus(doc_.capture->pointStatus);
-        doc_.bendCapturedCurve(doc_.capture->capturedPointPos, principalPlane());
-        doc_.redraw();
+        bendToPick();
     }
+}
+
+void VelmoraView::bendToPick() {
+    doc_.ShowStatus(doc_.capture->pointStatus);
+    doc_.bendCapturedCurve(doc_.capture->capturedPointPos, principalPlane());
+    doc_.redraw();
 }
 
 // ---- Picks ----------------------------------------------------------------------------------------------------------
@@ -132,20 +134,25 @@ void VelmoraView::PickPlanePoint(PixelPoint position) {
 }
 
 bool VelmoraView::PickSection(PixelPoint position) {
-    const bool found = take(pickSection(doc_, index_, rayThrough(position)));
-    showCurvePick(ModeSection, found ? doc_.capture->sectionStatus : doc_.capture->dragPrompt);
-    return found;
+    return takeCurve(pickSection(doc_, index_, rayThrough(position)));
 }
 
 bool VelmoraView::PickLine(PixelPoint position) {
-    const bool found = take(pickLine(doc_, index_, rayThrough(position)));
-    showCurvePick(ModeLine, found ? doc_.capture->lineStatus : doc_.capture->dragPrompt);
-    return found;
+    return takeCurve(pickLine(doc_, index_, rayThrough(position)));
 }
 
 bool VelmoraView::take(const Pick& pick) {
     doc_.takePick(pick);
     return pick.found;
+}
+
+bool VelmoraView::takeCurve(const Pick& pick) {
+    const bool found = take(pick);
+    const bool section = pick.target == Pick::Target::Section;
+    showCurvePick(section ? ModeSection : ModeLine, !found    ? doc_.capture->dragPrompt
+                                                    : section ? doc_.capture->sectionStatus
+                                                              : doc_.capture->lineStatus);
+    return found;
 }
 
 void VelmoraView::showCurvePick(MouseMode mode, const std::string& text) {

@@ -50,8 +50,9 @@ TEST(MainFrame, MarksTheModelAsSoonAsADragHasChangedIt) {
 // ---- States of commands ---------------------------------------------------------------------------------------------
 
 /// The commands that carry a mark.
-const char* const marked[] = {"view.toolbar",      "view.statusBar", "view.surface",      "view.perspective",
-                              "view.orthographic", "block.only",     "model.reflectToSft"};
+const char* const marked[] = {"view.toolbar",      "view.statusBar", "view.surface",       "view.perspective",
+                              "view.orthographic", "block.only",     "model.reflectToSft", "options.report",
+                              "options.curvePlot", "options.journal"};
 
 std::string marks(FrameRig& rig, bool onToolBar) {
     std::string words;
@@ -69,13 +70,13 @@ TEST(MainFrame, ShowsWhatIsSwitchedOnAfterEachCommand) {
     const FlatDesk desk;
     FrameRig rig(desk.model);
     EXPECT_EQ(marks(rig, false), "+view.toolbar +view.statusBar +view.surface +view.perspective -view.orthographic "
-                                 "+model.reflectToSft");
+                                 "+model.reflectToSft -options.report -options.curvePlot -options.journal");
     EXPECT_EQ(marks(rig, true), "+view.surface -block.only");
     rig.run("view.surface");
     rig.run("view.orthographic");
     rig.run("view.statusBar");
     EXPECT_EQ(marks(rig, false), "+view.toolbar -view.statusBar -view.surface -view.perspective +view.orthographic "
-                                 "+model.reflectToSft");
+                                 "+model.reflectToSft -options.report -options.curvePlot -options.journal");
     EXPECT_EQ(marks(rig, true), "-view.surface -block.only") << "the tool bar follows a command of a menu";
     rig.person.atDialog("CInputPatch", {});
     rig.run("patch.inputAndAdd");
@@ -83,7 +84,7 @@ TEST(MainFrame, ShowsWhatIsSwitchedOnAfterEachCommand) {
     rig.run("view.toolbar");
     rig.run("view.perspective");
     EXPECT_EQ(marks(rig, false), "-view.toolbar -view.statusBar -view.surface +view.perspective -view.orthographic "
-                                 "+model.reflectToSft");
+                                 "+model.reflectToSft -options.report -options.curvePlot -options.journal");
     EXPECT_EQ(marks(rig, true), "-view.surface +block.only");
 }
 

@@ -12,6 +12,7 @@
 #include "command_help.h"
 #include "documents_folder.h"
 #include "parse_number.h"
+#include "script_file.h"
 #include "visible_text.h"
 
 namespace {
@@ -159,18 +160,6 @@ private:
     ExitStatus status_ = Success;
 };
 
-/// The next line of a script; a byte-order mark in front of the first is none of it.
-bool readLine(std::istream& script, std::int64_t number, std::string& line) {
-    constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
-    if (!std::getline(script, line)) {
-        return false;
-    }
-    if (number == 1 && line.starts_with(byteOrderMark)) {
-        line.erase(0, byteOrderMark.size());
-    }
-    return true;
-}
-
 /// Runs the lines in their order; the script's own lines come from `script`, if there is one.
 ExitStatus runLines(BatchSession& session, velmora::EventPrinter& printer, const Options& options,
                     std::istream* script) {
@@ -182,7 +171,7 @@ ExitStatus runLines(BatchSession& session, velmora::EventPrinter& printer, const
     }
     number = 0;
     std::string line;
-    while (goesOn && script != nullptr && readLine(*script, ++number, line)) {
+    while (goesOn && script != nullptr && velmora::readScriptLine(*script, ++number, line)) {
         goesOn = run.take(number, line);
     }
     return run.status();

@@ -9,7 +9,8 @@ namespace velmora {
 namespace {
 
 constexpr const char* knownValues = "print one of: state, commands, version, read, view, scene, scene overlay, window "
-                                    "X Y Z, dialog NAME, kernel NAME NUMBERS, report, curve, comparison, or a "
+                                    "X Y Z, dialog NAME, kernel NAME NUMBERS, report, curve, comparison, "
+                                    "journal, or a "
                                     "list of the model such as patches or lineBuffer";
 
 /// A value that takes no arguments.

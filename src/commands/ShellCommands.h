@@ -8,6 +8,9 @@
 
 namespace velmora {
 
+/// The panels of a window beside the view.
+enum class Panel { Report, CurvePlot, Journal, FileReport };
+
 /// The commands that neither the document nor the view carries out: each front end does them in its way. What shows
 /// and hides parts of a window does nothing where there is none.
 class ShellCommands {
@@ -22,12 +25,22 @@ public:
     virtual void showGuide() = 0;
     virtual void showKeys() = 0;
     virtual void showAbout() = 0;
-    virtual void toggleFileReport() = 0;
+    /// Shows the panel, or hides it when it is shown.
+    virtual void showPanel(Panel panel) = 0;
+    virtual bool panelShown(Panel) const { return false; }
     virtual void toggleToolBars() {}
     virtual void toggleStatusBar() {}
-    virtual bool fileReportShown() const { return false; }
     virtual bool toolBarsShown() const { return false; }
     virtual bool statusBarShown() const { return false; }
+
+    void showReport() { showPanel(Panel::Report); }
+    void showCurvePlot() { showPanel(Panel::CurvePlot); }
+    void showJournal() { showPanel(Panel::Journal); }
+    void showFileReport() { showPanel(Panel::FileReport); }
+    bool reportShown() const { return panelShown(Panel::Report); }
+    bool curvePlotShown() const { return panelShown(Panel::CurvePlot); }
+    bool journalShown() const { return panelShown(Panel::Journal); }
+    bool fileReportShown() const { return panelShown(Panel::FileReport); }
 };
 
 /// One command of the shell: its row, and how the front end carries it out.

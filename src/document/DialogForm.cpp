@@ -1,8 +1,10 @@
 #include "DialogForm.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <limits>
 
 namespace velmora {
@@ -104,6 +106,45 @@ DialogField radioOver(std::string key, decltype(DialogField::value) value, std::
     return field;
 }
 
+/// All that a change of a field can bring about, field by field.
+std::vector<std::string> looksOf(const DialogForm& form) {
+    std::vector<std::string> looks;
+    for (const DialogField& field : form.fields) {
+        std::string look = fieldText(field) + (field.on ? " on" : " off");
+        for (const bool on : field.choiceOn) {
+            look += on ? '1' : '0';
+        }
+        looks.push_back(std::move(look));
+    }
+    return looks;
+}
+
+/// Takes a change into the list. One that comes again before any that went further replaces the one before.
+void addChange(DialogForm& form, FieldChange change) {
+    auto before = form.changes.end();
+    while (change.alone && before != form.changes.begin() && std::prev(before)->alone) {
+        --before;
+        if (before->key == change.key) {
+            change.before = before->before;
+            form.changes.erase(before);
+            break;
+        }
+    }
+    if (!change.alone || change.text != change.before) {
+        form.changes.push_back(std::move(change));
+    }
+}
+
+void noteChange(DialogForm& form, const DialogField& field, std::string before,
+                const std::vector<std::string>& looksBefore) {
+    const std::vector<std::string> looks = looksOf(form);
+    FieldChange change{field.key, fieldText(field), std::move(before)};
+    for (std::size_t i = 0; i < looks.size() && i < looksBefore.size(); ++i) {
+        change.alone = change.alone && (looks[i] == looksBefore[i] || &form.fields[i] == &field);
+    }
+    addChange(form, std::move(change));
+}
+
 std::optional<DialogRefusal> storeCheck(DialogField& field, std::string_view text) {
     if (text != "0" && text != "1") {
         return refuse(field, "Please enter 0 or 1.");
@@ -201,6 +242,8 @@ std::optional<DialogRefusal> setField(DialogForm& form, std::string_view key, st
         return refuse(*field, "The field is off.");
     }
     std::optional<DialogRefusal> refusal;
+    const std::string before = fieldText(*field);
+    const std::vector<std::string> looksBefore = looksOf(form);
     switch (field->kind) {
     case FieldKind::Check:
         refusal = storeCheck(*field, text);
@@ -213,11 +256,33 @@ std::optional<DialogRefusal> setField(DialogForm& form, std::string_view key, st
         refusal = storeNumber(*field, text);
         break;
     }
-    if (!refusal && form.refresh) {
+    if (refusal) {
+        return refusal;
+    }
+    if (form.refresh) {
         form.refresh(form, key);
+    }
+    noteChange(form, *field, before, looksBefore);
+    return std::nullopt;
+}
+
+namespace {
+
+/// The dialog's own tests. What they put right counts as set.
+std::optional<DialogRefusal> confirmed(DialogForm& form) {
+    std::vector<std::string> texts;
+    std::transform(form.fields.begin(), form.fields.end(), std::back_inserter(texts), fieldText);
+    const auto refusal = form.confirm(form);
+    for (std::size_t i = 0; refusal && i < form.fields.size() && i < texts.size(); ++i) {
+        const DialogField& field = form.fields[i];
+        if (fieldText(field) != texts[i] && field.on && !field.readOnly) {
+            addChange(form, {field.key, fieldText(field), texts[i]});
+        }
     }
     return refusal;
 }
+
+} // namespace
 
 std::optional<DialogRefusal> acceptDialog(DialogForm& form) {
     if (!form.okOn) {
@@ -229,7 +294,7 @@ std::optional<DialogRefusal> acceptDialog(DialogForm& form) {
             return refuse(field, rangeMessage(field));
         }
     }
-    return form.confirm ? form.confirm(form) : std::nullopt;
+    return form.confirm ? confirmed(form) : std::nullopt;
 }
 
 double fieldNumber(const DialogField& field) {

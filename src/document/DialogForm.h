@@ -36,6 +36,14 @@ struct DialogRefusal {
     std::string key;
 };
 
+/// One field as a person set it.
+struct FieldChange {
+    std::string key;
+    std::string text;
+    std::string before; ///< what the field held
+    bool alone = true;  ///< no other value, and nothing that is live, went with it
+};
+
 /// The description of one parameter dialog over a working copy of its values: any front end can show it, set its
 /// fields and press OK, and all get the same rules.
 struct DialogForm {
@@ -45,6 +53,8 @@ struct DialogForm {
     std::vector<std::string> notices; ///< fixed lines of text under the fields
     bool okOn = true;                 ///< OK can be pressed
     std::string focus;                ///< the field that has the focus on opening; empty: the first that is live
+    /// What brings the form from what it showed to what it holds, in this order: what was set to and fro is left out.
+    std::vector<FieldChange> changes;
 
     /// Brings live states and dependent values up to date. Called with an empty key as the dialog opens and with the
     /// field's key after each change of a radio group or check box and after a number was taken.

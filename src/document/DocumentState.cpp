@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "DialogValues.h"
+#include "Digest.h"
 #include "count_limit.h"
 
 namespace velmora {
@@ -73,7 +74,13 @@ std::vector<std::int32_t> DocumentState::chosenInModelOrder() const {
 }
 
 const Comparison* DocumentState::comparison() const {
-    return foundComparison && comparedRevision == geometryRevision_ ? &*foundComparison : nullptr;
+    if (!foundComparison) {
+        return nullptr;
+    }
+    if (comparedLook_.revision != geometryRevision_ || comparedLook_.digest != comparedDigest) {
+        comparedLook_ = {geometryRevision_, comparedDigest, geometryDigest(patches, feRegion) == comparedDigest};
+    }
+    return comparedLook_.same ? &*foundComparison : nullptr;
 }
 
 PointList* DocumentState::sectionAt(std::int32_t patch, std::int32_t section) {

@@ -179,14 +179,15 @@ struct DocumentState {
     // ---- Of the last Compare ----------------------------------------------------------------------------------------
 
     std::optional<Comparison> foundComparison;
-    std::uint64_t comparedRevision = 0; ///< the geometryRevision that it was made of
+    std::uint64_t comparedDigest = 0; ///< of the geometry that it was made of, see Digest.h
 
     // ---- What follows from it ---------------------------------------------------------------------------------------
 
     /// Another number whenever `patches` or `feRegion` may have changed: what was worked out of them for one number
     /// holds as long as it stays.
     std::uint64_t geometryRevision() const { return geometryRevision_; }
-    /// What the last Compare found; null before the first one and once the geometry is another one.
+    /// What the last Compare found; null before the first one and once the geometry is another one. Drawing it anew
+    /// does not make it one.
     const Comparison* comparison() const;
     /// Neither patches nor zones.
     bool holdsNothing() const { return patches.empty() && feRegion.blocks.empty(); }
@@ -240,6 +241,15 @@ struct DocumentState {
 
 protected:
     std::uint64_t geometryRevision_ = 0;
+
+private:
+    /// Whether the geometry of a revision is the one that was compared: looked at once for each.
+    struct ComparedLook {
+        std::uint64_t revision = 0;
+        std::uint64_t digest = 0;
+        bool same = false;
+    };
+    mutable ComparedLook comparedLook_;
 };
 
 } // namespace velmora

@@ -10,6 +10,7 @@
 namespace velmora {
 
 class CRegularInput;
+struct Act;
 struct DialogForm;
 struct FileRead;
 struct FileWritten;
@@ -70,6 +71,8 @@ public:
     virtual std::vector<std::filesystem::path> chooseFiles(const FileRequest& request) = 0;
     /// Whether a chooser of a file to write asks by itself before it gives the path of a file that is there.
     virtual bool chooserAsksToOverwrite() const { return false; }
+    /// A question of the document was not asked, as the chooser had the answer yes to it already.
+    virtual void tellAgreed(const std::string&) {}
     /// The wait cursor; calls nest.
     virtual void setBusy(bool busy) = 0;
     /// How far a long piece of work is, 0 to 1. The bar comes when the wait cursor has been on for half a second, and
@@ -83,6 +86,8 @@ public:
     virtual void tellFileRead(const FileRead&) {}
     /// A file was written.
     virtual void tellFileWritten(const FileWritten&) {}
+    /// The mouse took something in a regime, or moved it.
+    virtual void tellAct(const Act&) {}
 };
 
 /// The wait cursor for the life of the object.

@@ -146,6 +146,10 @@ public:
     void takePick(const Pick& pick) { capture.take(pick); }
     /// The regimes' moves when the left button comes up in the view.
     void moveRegimeAtRelease();
+    /// Those of them that capture: a drag goes on.
+    void takeAtRelease();
+    /// The captured point is dragged no more.
+    void endDrag();
 
     // ---- Editing ----------------------------------------------------------------------------------------------------
 
@@ -162,7 +166,7 @@ public:
     /// Bends the captured section or line so that the captured point reaches `target` in the coordinate plane `plane`
     /// (see DocumentView::principalPlane); 0 does nothing.
     void bendCapturedCurve(const zVec<double>& target, int plane);
-    /// The button came up: the curve takes its last shape.
+    /// The button came up: the curve takes its last shape, if it does not have it.
     void endDragCorrection(int plane);
     /// Moves the captured point to `position` while it is dragged: model, status, picture.
     void placeDraggedPoint(const zVec<double>& position);
@@ -196,6 +200,11 @@ private:
     std::string coveredStatus_;            ///< what "Save writes" took the place of; empty for nothing
     CaptureText coveredText_ = nullptr;    ///< where that stands, when it is a text of what is captured
     std::string extentStatus_;             ///< what was told of the size of the model; empty when it is usual
+    struct Bend {
+        zVec<double> target;
+        zVec<double> point; ///< where the captured point came to stand
+    };
+    std::optional<Bend> lastBend_; ///< of the drag that bends a curve
 };
 
 } // namespace velmora

@@ -1,5 +1,8 @@
 #include "captured_curve.h"
 
+#include <utility>
+#include <vector>
+
 #include "DocumentState.h"
 #include "capture_address.h"
 #include "carried_values.h"
@@ -17,22 +20,46 @@ bool curveIsThere(DocumentState& doc) {
                      doc.pointAt(doc.capture->capturedPatch, 0, doc.capture->capturedLine) != nullptr;
 }
 
-PointList capturedCurvePoints(DocumentState& doc) {
-    if (doc.capture->sectionCaptured) {
-        const PointList* section = doc.sectionAt(doc.capture->capturedPatch, doc.capture->capturedSection);
-        return section != nullptr ? *section : PointList();
+namespace {
+
+/// The points of a section, or of a line one of each section that reaches it.
+PointList pointsOfCurve(DocumentState& doc, bool section, std::int32_t number) {
+    const std::int32_t k = doc.capture->capturedPatch;
+    if (section) {
+        const PointList* points = doc.sectionAt(k, number);
+        return points != nullptr ? *points : PointList();
     }
     PointList points;
-    if (doc.capture->lineCaptured && doc.capture->capturedPatch >= 0 &&
-        doc.capture->capturedPatch < countOf(doc.patches)) {
-        const std::int32_t sections = countOf(doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)]);
-        for (std::int32_t n = 0; n < sections; ++n) {
-            if (const zVec<double>* point = doc.pointAt(doc.capture->capturedPatch, n, doc.capture->capturedLine)) {
-                points.push_back(*point);
-            }
+    for (std::int32_t n = 0; doc.sectionAt(k, n) != nullptr; ++n) {
+        if (const zVec<double>* point = doc.pointAt(k, n, number)) {
+            points.push_back(*point);
         }
     }
     return points;
+}
+
+} // namespace
+
+PointList capturedCurvePoints(DocumentState& doc) {
+    const bool section = doc.capture->sectionCaptured;
+    return section || doc.capture->lineCaptured
+               ? pointsOfCurve(doc, section, section ? doc.capture->capturedSection : doc.capture->capturedLine)
+               : PointList();
+}
+
+std::vector<PointList> neighbourCurves(DocumentState& doc) {
+    std::vector<PointList> curves;
+    if (curveIsThere(doc)) {
+        const bool section = doc.capture->sectionCaptured;
+        const std::int32_t number = section ? doc.capture->capturedSection : doc.capture->capturedLine;
+        for (const std::int32_t beside : {number - 1, number + 1}) {
+            PointList points = pointsOfCurve(doc, section, beside);
+            if (!points.empty()) {
+                curves.push_back(std::move(points));
+            }
+        }
+    }
+    return curves;
 }
 
 PointList curveInHand(DocumentState& doc) {

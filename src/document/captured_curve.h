@@ -17,6 +17,9 @@ PointList capturedCurvePoints(DocumentState& doc);
 /// The points of the captured section or line, else those of the line buffer.
 PointList curveInHand(DocumentState& doc);
 
+/// The section or line before the captured one and the one behind it, of its patch, as far as there are any.
+std::vector<PointList> neighbourCurves(DocumentState& doc);
+
 /// Gives the captured curve other points: a section takes them as they are, a line one for each of its own.
 void putCurvePoints(DocumentState& doc, const PointList& points);
 

@@ -50,6 +50,15 @@ inline std::string notOpenedHere(const std::string& name) {
 inline std::string changedElsewhere(const std::string& name) {
     return name + " was changed by another program. Overwrite it?";
 }
+/// `line` stands in the script under `number`; `cause` says why it was not carried out.
+inline Message scriptStopped(std::int64_t number, const std::string& line, const std::string& cause) {
+    return {Severity::Refused, "The script ended at line " + std::to_string(number) + ": " + line + "\n\n" + cause};
+}
+inline Message scriptNotRead(const std::string& path) {
+    return {Severity::NotRead, "The script cannot be read: " + path};
+}
+inline constexpr MessageText pointNotCaptured{Severity::Refused, "This point cannot be captured now"};
+// Where there is no window, its panels are told by lines of the script.
 inline constexpr MessageText nothingToSave{Severity::Refused, "There is nothing to save"};
 inline Message cannotBeSavedAs(const std::string& extension) {
     return {Severity::Refused, "This model cannot be saved as " + extension};

@@ -36,10 +36,16 @@ struct CommandReport {
         Value shown; ///< as the dialog came up
         Value taken; ///< as it closed
     };
+    struct Setting {
+        std::string name;
+        std::string value;
+    };
     struct Dialog {
         std::string name; ///< class name of its values: "CRebreak"
         bool ok = false;
         std::vector<Field> fields; ///< none of the point table, which is no form
+        /// What was set, in order, as a script gives it; of the point table its actions, each as "do".
+        std::vector<Setting> settings{};
     };
     struct Chooser {
         std::string command; ///< the id of the command that asked

@@ -17,10 +17,13 @@ std::vector<CommandReport::Field::Value> valuesOf(const DialogForm& form) {
 }
 
 CommandReport::Dialog dialogOf(const DialogForm& form, const std::vector<CommandReport::Field::Value>& shown, bool ok) {
-    CommandReport::Dialog dialog{form.name, ok, {}};
+    CommandReport::Dialog dialog{form.name, ok, {}, {}};
     const auto taken = valuesOf(form);
     for (std::size_t i = 0; i < form.fields.size(); ++i) {
         dialog.fields.push_back({form.fields[i].key, shown[i], taken[i]});
+    }
+    for (const FieldChange& change : form.changes) {
+        dialog.settings.push_back({change.key, change.text});
     }
     return dialog;
 }
@@ -44,46 +47,50 @@ void Recorder::note(bool CommandReport::*flag) {
 
 void Recorder::showMessage(const Message& message) {
     note(&CommandReport::messages, message);
-    person_.showMessage(message);
+    person_->showMessage(message);
 }
 
 bool Recorder::ask(const std::string& text) {
-    const bool yes = person_.ask(text);
+    const bool yes = person_->ask(text);
     note(&CommandReport::questions, {text, yes ? Answer::Yes : Answer::No});
     return yes;
 }
 
 Answer Recorder::askOrNone(const std::string& text) {
-    const Answer answer = person_.askOrNone(text);
+    const Answer answer = person_->askOrNone(text);
     note(&CommandReport::questions, {text, answer});
     return answer;
 }
 
 void Recorder::showStatus(const std::string& text) {
     note(&CommandReport::statuses, text);
-    person_.showStatus(text);
+    person_->showStatus(text);
 }
 
 void Recorder::showTitle(const std::string& title) {
     note(&CommandReport::titles, title);
-    person_.showTitle(title);
+    person_->showTitle(title);
 }
 
 bool Recorder::showDialog(DialogForm& form) {
     const auto shown = valuesOf(form);
-    const bool ok = person_.showDialog(form);
+    const bool ok = person_->showDialog(form);
     note(&CommandReport::dialogs, dialogOf(form, shown, ok));
     return ok;
 }
 
 bool Recorder::showRegularInput(CRegularInput& table) {
-    const bool ok = person_.showRegularInput(table);
-    note(&CommandReport::dialogs, {"CRegularInput", ok, {}});
+    const bool ok = person_->showRegularInput(table);
+    CommandReport::Dialog dialog{"CRegularInput", ok, {}, {}};
+    for (const std::string& action : table.actions) {
+        dialog.settings.push_back({"do", action});
+    }
+    note(&CommandReport::dialogs, dialog);
     return ok;
 }
 
 std::vector<std::filesystem::path> Recorder::chooseFiles(const FileRequest& request) {
-    auto paths = person_.chooseFiles(request);
+    auto paths = person_->chooseFiles(request);
     note(&CommandReport::choosers, {request.command, request.mode, paths});
     return paths;
 }
@@ -98,12 +105,24 @@ bool Recorder::wantsToStop() {
 
 void Recorder::tellFileRead(const FileRead& read) {
     note(&CommandReport::filesRead, read);
-    person_.tellFileRead(read);
+    person_->tellFileRead(read);
+}
+
+void Recorder::tellAgreed(const std::string& text) {
+    note(&CommandReport::questions, {text, Answer::Yes});
+    person_->tellAgreed(text);
+}
+
+void Recorder::tellAct(const Act& act) {
+    if (onAct_) {
+        onAct_(act);
+    }
+    person_->tellAct(act);
 }
 
 void Recorder::tellFileWritten(const FileWritten& written) {
     note(&CommandReport::filesWritten, written);
-    person_.tellFileWritten(written);
+    person_->tellFileWritten(written);
 }
 
 } // namespace velmora

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <functional>
+#include <utility>
 #include <vector>
 
+#include "Act.h"
 #include "CommandReport.h"
 #include "UserInterface.h"
 
@@ -11,7 +14,7 @@ namespace velmora {
 class Recorder : public UserInterface {
 public:
     /// `person` must outlive the object.
-    explicit Recorder(UserInterface& person) : person_(person) {}
+    explicit Recorder(UserInterface& person) : person_(&person) {}
 
     /// Notes all that happens in its life in `report`; of what runs within other work both reports are told.
     class Scope {
@@ -25,6 +28,23 @@ public:
         Recorder& recorder_;
     };
 
+    /// Another person in the place of the one who was there, for the life of the object.
+    class Substitute {
+    public:
+        Substitute(Recorder& recorder, UserInterface& person)
+            : recorder_(recorder), before_(std::exchange(recorder.person_, &person)) {}
+        Substitute(const Substitute&) = delete;
+        Substitute& operator=(const Substitute&) = delete;
+        ~Substitute() { recorder_.person_ = before_; }
+
+    private:
+        Recorder& recorder_;
+        UserInterface* before_;
+    };
+
+    /// `onAct` hears of each act of the mouse, in a report or not.
+    void hearActs(std::function<void(const Act&)> onAct) { onAct_ = std::move(onAct); }
+
     /// Sets a flag of the reports that are open.
     void note(bool CommandReport::*flag);
 
@@ -36,19 +56,23 @@ public:
     bool showDialog(DialogForm& form) override;
     bool showRegularInput(CRegularInput& table) override;
     std::vector<std::filesystem::path> chooseFiles(const FileRequest& request) override;
-    void setBusy(bool busy) override { person_.setBusy(busy); }
-    void showProgress(double fraction) override { person_.showProgress(fraction); }
+    bool chooserAsksToOverwrite() const override { return person_->chooserAsksToOverwrite(); }
+    void tellAgreed(const std::string& text) override;
+    void setBusy(bool busy) override { person_->setBusy(busy); }
+    void showProgress(double fraction) override { person_->showProgress(fraction); }
     bool wantsToStop() override;
-    void addRecentFile(const std::filesystem::path& path) override { person_.addRecentFile(path); }
+    void addRecentFile(const std::filesystem::path& path) override { person_->addRecentFile(path); }
     void tellFileRead(const FileRead& read) override;
     void tellFileWritten(const FileWritten& written) override;
+    void tellAct(const Act& act) override;
 
 private:
     template <class Entry>
     void note(std::vector<Entry> CommandReport::*list, const Entry& entry);
 
-    UserInterface& person_;
+    UserInterface* person_;
     std::vector<CommandReport*> open_; ///< the innermost is the last
+    std::function<void(const Act&)> onAct_;
 };
 
 } // namespace velmora

@@ -6,8 +6,10 @@
 #include <vector>
 
 #include "CommandReport.h"
+#include "Journal.h"
 #include "Recorder.h"
 #include "ShellCommands.h"
+#include "StateMark.h"
 #include "VelmoraView.h"
 #include "command_table.h"
 
@@ -46,20 +48,35 @@ public:
     CommandReport open(const std::vector<std::filesystem::path>& paths);
     /// The same once the model that is there was saved, or was not to be.
     CommandReport openInstead(const std::vector<std::filesystem::path>& paths);
+    /// The chooser of Open, opened on `folder`.
+    CommandReport openIn(const std::filesystem::path& folder);
+    /// What a click or a drag does, by number.
+    VelmoraView::ActResult act(const Act& act);
     /// The question before the program ends; false when it stays, as the model could not be saved.
     bool leave();
     /// What came of the files that were read by the last piece of work that read any.
     const std::vector<FileRead>& filesRead() const { return filesRead_; }
+    /// What was done since the start, as a script.
+    Journal& journal() { return journal_; }
+    const Journal& journal() const { return journal_; }
+    /// Notes in the journal what no line of a script can do.
+    void remark(const std::string& text) { journal_.addRemark(text); }
+    /// The same work with another person before the program, who answers for it.
+    CommandReport performAs(UserInterface& person, const std::function<void()>& work);
     /// Any other work: what happens in it, commands and questions of this session among it, comes into the report.
     CommandReport perform(const std::function<void()>& work);
 
 private:
     void carryOut(const Command& command);
+    Journal::Effect effectSince(const StateMark& before, const CommandReport& report);
+    CommandReport openAndNote(const std::vector<std::filesystem::path>& paths);
 
     Recorder recorder_;
     ShellCommands& shell_;
     std::unique_ptr<VelmoraDoc> document_;
     VelmoraView view_;
+    StateMarker marker_;
+    Journal journal_;
     std::vector<FileRead> filesRead_;
 };
 

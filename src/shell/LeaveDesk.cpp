@@ -38,6 +38,7 @@ bool LeaveDesk::offerLeft() {
         switch (ui.askOrNone(message::bringBack(model->path))) {
         case Answer::Yes:
             frame_.document().takeRescued(std::move(*model));
+            frame_.session().remark("The changes of a rescue copy came back");
             rescue_->adopt(std::move(folder));
             return true;
         case Answer::No:

@@ -13,9 +13,9 @@
 #include <algorithm>
 
 #include "CommandGuard.h"
-#include "FileReportPanel.h"
 #include "HelpDesk.h"
 #include "KeyListBox.h"
+#include "Panels.h"
 #include "StartPanel.h"
 #include "VelmoraDoc.h"
 #include "command_keys.h"
@@ -57,7 +57,6 @@ const QString keyUsedKey = QStringLiteral("Window/ViewKeyUsed");
 
 MainFrame::MainFrame()
     : recent_(new RecentFiles(this)), status_(new StatusLine(this)), viewWidget_(new GlViewWidget(this)),
-      fileReport_(new FileReportPanel(this)),
       userInterface_(std::make_unique<QtUserInterface>(*this, *status_, *recent_)),
       session_(std::make_unique<Session>(*userInterface_, *viewWidget_, static_cast<ShellCommands&>(*this),
                                          documentsFolder())) {
@@ -66,8 +65,6 @@ MainFrame::MainFrame()
     setIconSize(toolIconSize);
     setStatusBar(status_);
     setCentralWidget(viewWidget_);
-    addDockWidget(Qt::BottomDockWidgetArea, fileReport_);
-    fileReport_->hide();
     actions_ = new CommandActions(
         *recent_, [this](const Command& command) { return stateOf(command); },
         [this](std::string_view key) { return commandsOfKey(session_->document(), key); }, this);
@@ -75,6 +72,7 @@ MainFrame::MainFrame()
     makeToolBars();
     actions_->addShortcuts(*this);
     connectView();
+    makePanels();
     status_->showText(qtText(session_->document().status));
     setAcceptDrops(true);
     resize(startSize);
@@ -87,7 +85,6 @@ MainFrame::MainFrame()
         }
     });
     connect(startPanel_, &StartPanel::fileChosen, this, &MainFrame::openFile);
-    connect(fileReport_, &QDockWidget::visibilityChanged, this, &MainFrame::refresh);
     refresh();
     // The lock keys' indicators follow keys pressed in any window of the program.
     qApp->installEventFilter(this);
@@ -95,11 +92,11 @@ MainFrame::MainFrame()
 
 MainFrame::~MainFrame() {
     qApp->removeEventFilter(this);
-    // The bars are hidden with the window, when there is no document left to ask.
+    // Bars and panels are hidden with the window, when there is no document left to ask.
+    panels_->disconnect(this);
     for (QToolBar* bar : toolBars_) {
         bar->disconnect(this);
     }
-    fileReport_->disconnect(this);
     session_->view().OnDestroy();
     viewWidget_->setView(nullptr);
 }
@@ -132,6 +129,12 @@ void MainFrame::makeToolBars() {
         connect(toolBar, &QToolBar::visibilityChanged, this, &MainFrame::refresh);
         toolBars_.append(toolBar);
     }
+}
+
+void MainFrame::makePanels() {
+    panels_ = new Panels(*this, *session_, *userInterface_);
+    connect(panels_, &Panels::workWanted, this, &MainFrame::carryOut);
+    connect(panels_, &Panels::changed, this, &MainFrame::refresh);
 }
 
 void MainFrame::connectView() {
@@ -233,12 +236,16 @@ void MainFrame::showKeys() {
     KeyListBox(this).exec();
 }
 
-void MainFrame::toggleFileReport() {
-    fileReport_->setVisible(fileReport_->isHidden());
+void MainFrame::showPanel(Panel panel) {
+    panels_->toggle(panel);
 }
 
-bool MainFrame::fileReportShown() const {
-    return !fileReport_->isHidden();
+bool MainFrame::panelShown(Panel panel) const {
+    return panels_ != nullptr && panels_->shown(panel);
+}
+
+void MainFrame::runScript(const std::filesystem::path& script) {
+    panels_->runScript(script);
 }
 
 void MainFrame::toggleToolBars() {
@@ -260,10 +267,12 @@ void MainFrame::refresh() {
     surfaceShown_ = session_->document().surfaceMode;
     actions_->refresh();
     actions_->tell("file.save", qtText(session_->document().saveTargetText()));
-    fileReport_->tell(session_->filesRead());
     setWindowModified(session_->document().documentModified);
     status_->showMode(modeText());
     startPanel_->setVisible(session_->document().holdsNothing());
+    if (panels_ != nullptr) {
+        panels_->refresh();
+    }
 }
 
 /// What the left button does where that is out of the ordinary; a key that is worth knowing to whoever knows none.
@@ -329,7 +338,7 @@ void MainFrame::openFiles(const QStringList& paths) {
     if (missing != files.end()) {
         session_->document().ui().showMessage(message::noSuchFile(missing->string()));
     } else if (files.size() == 1 && std::filesystem::is_directory(files.front(), error)) {
-        carryOut([&] { session_->perform([&] { session_->document().openFilesIn(files.front()); }); });
+        carryOut([&] { session_->openIn(files.front()); });
     } else if (files.size() == 1 && isForeignFile(files.front())) {
         carryOut([&] { session_->perform([&] { offerImport(files.front()); }); });
     } else {

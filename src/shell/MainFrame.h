@@ -13,8 +13,8 @@
 
 namespace velmora {
 
-class FileReportPanel;
 class HelpDesk;
+class Panels;
 class StartPanel;
 class VelmoraDoc;
 struct DocumentState;
@@ -40,6 +40,8 @@ public:
     /// Opens several in place of the model: those behind the first join it if they are of its type.
     void openFiles(const QStringList& paths);
     void offerImport(const std::filesystem::path& path);
+    /// Runs a script, and tells where it ended if it could not go on.
+    void runScript(const std::filesystem::path& script);
     /// Nothing is asked, and the model is saved or given up.
     bool mayLeave();
     /// Keeps place, size and bars of the window for the next start.
@@ -61,14 +63,15 @@ protected:
 private:
     void makeMenus();
     void makeToolBars();
+    void makePanels();
     void connectView();
     CommandState stateOf(const Command& command) const;
     void exit() override;
     void showGuide() override;
     void showKeys() override;
     void showAbout() override { emit aboutWanted(); }
-    void toggleFileReport() override;
-    bool fileReportShown() const override;
+    void showPanel(Panel panel) override;
+    bool panelShown(Panel panel) const override;
     void toggleToolBars() override;
     void toggleStatusBar() override;
     bool toolBarsShown() const override;
@@ -88,12 +91,12 @@ private:
     CommandActions* actions_;
     HelpDesk* help_;
     StartPanel* startPanel_;
-    FileReportPanel* fileReport_;
     QList<QToolBar*> toolBars_;
     bool leaving_ = false;      ///< the question was answered: the window may go
     bool surfaceShown_ = false; ///< what the Surface button says
     std::unique_ptr<QtUserInterface> userInterface_;
     std::unique_ptr<Session> session_;
+    Panels* panels_ = nullptr;
 };
 
 } // namespace velmora

@@ -40,6 +40,8 @@ void describeProgram(QCommandLineParser& parser) {
         {QStringLiteral("no-rescue"),
          QStringLiteral("Keep no rescue copy of a model with changes, and offer none that was left behind.")});
     parser.addOption({obliqueOption, QStringLiteral("Show the file from an oblique side, fitted to the window.")});
+    parser.addOption(
+        {QStringLiteral("run"), QStringLiteral("Run a script once the window is shown."), QStringLiteral("script")});
     parser.addPositionalArgument(QStringLiteral("path"), QStringLiteral("The file to open."), QStringLiteral("[path]"));
 }
 
@@ -68,6 +70,7 @@ struct CommandLine {
     QStringList paths;
     bool rescue = true;
     bool oblique = false;
+    QString script; ///< empty: none
 };
 
 CommandLine readCommandLine(const QCoreApplication& application) {
@@ -78,7 +81,8 @@ CommandLine readCommandLine(const QCoreApplication& application) {
         std::fputs("velmora: give one file at most\n", stderr);
         parser.showHelp(usageError);
     }
-    return {parser.positionalArguments(), !parser.isSet(QStringLiteral("no-rescue")), parser.isSet(obliqueOption)};
+    return {parser.positionalArguments(), !parser.isSet(QStringLiteral("no-rescue")), parser.isSet(obliqueOption),
+            parser.value(QStringLiteral("run"))};
 }
 
 } // namespace
@@ -130,6 +134,9 @@ bool VelmoraApp::initInstance() {
     if (commandLine.oblique) {
         // The window has its size only once it is laid out.
         QTimer::singleShot(0, frame_.get(), [this] { frame_->run(*findCommand("view.oblique")); });
+    }
+    if (!commandLine.script.isEmpty()) {
+        frame_->runScript(filePath(commandLine.script));
     }
     QGuiApplication::setQuitOnLastWindowClosed(true);
     return true;

@@ -29,7 +29,7 @@ constexpr PageOfKind pagesOfKinds[] = {
     {"buffer.", "lines.md"},    {"point.", "point.md"},
     {"convert.", "convert.md"}, {"model.", "transformations.md"},
     {"help.", "help.md"},       {"view.features", "options.md"},
-    {"view.", "view.md"},
+    {"view.", "view.md"},       {"options.", "options.md"},
 };
 
 /// The entries of a menu, its submenus' too: a list with an item for each group between two bars.

@@ -128,6 +128,9 @@ void VelmoraView::buildOverlay() {
         overlay_.list.framedPoint(doc_.capture->capturedPointPos, 6.0F, {1.0F, 1.0F, 1.0F, 1.0F}, 8.0F,
                                   {1.0F, 0.0F, 0.0F, 1.0F});
     }
+    if (pointedAt_) {
+        overlay_.list.framedPoint(*pointedAt_, 6.0F, {1.0F, 1.0F, 0.0F, 1.0F}, 8.0F, {0.0F, 0.0F, 0.0F, 1.0F});
+    }
     addTriad(overlay_.list);
     if (doc_.markersOpen) {
         addMarkerNumbers();
@@ -360,6 +363,13 @@ void VelmoraView::resetMouseMode() {
     surface().confineCursor(false);
     mouseMode = ModeNone;
     showCursor(ModeNone);
+}
+
+void VelmoraView::pointAt(const std::optional<zVec<double>>& place) {
+    if (pointedAt_ != place) {
+        pointedAt_ = place;
+        repaint();
+    }
 }
 
 // ---- Camera ---------------------------------------------------------------------------------------------------------

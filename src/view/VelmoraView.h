@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Act.h"
 #include "DocumentView.h"
 #include "OpenGLView.h"
 #include "draw_lists.h"
@@ -94,6 +95,9 @@ public:
     void resetMouseMode() override;
     int principalPlane() const override { return viewAlongX ? 1 : viewAlongY ? 2 : viewAlongZ ? 3 : 0; }
 
+    /// Marks a place that is pointed at elsewhere, in a plot say; none takes the mark away.
+    void pointAt(const std::optional<zVec<double>>& place);
+
     // ---- Camera ---------------------------------------------------------------------------------
 
     /// Loads the model view matrix so that the model turns about `centre`.
@@ -121,6 +125,20 @@ public:
     void OnMouseMove(PixelPoint position);
     void OnLeftButtonUp(PixelPoint position);
     void OnTimer();
+
+    // ---- The same by number ---------------------------------------------------------------------
+
+    /// What became of an act that was asked for by number.
+    enum class ActResult {
+        Done,
+        NotArmed,      ///< no regime waits for it
+        NotThere,      ///< the model has no such part
+        NotLetThrough, ///< the regime takes clicks inside what is captured alone
+        NoPlane,       ///< a curve is bent in a principal view alone
+    };
+    /// Does what a click on the part does, or one move of a drag, or its end. Where the mouse is does not matter, nor
+    /// what it does in the view.
+    ActResult perform(const Act& act);
 
     // ---- Navigation without a mode: whatever the left button does -------------------------------
 
@@ -229,17 +247,24 @@ private:
     void finishZoom(PixelPoint position);
     bool stillClick(PixelPoint position) const;
 
-    void pressPatchCapture(PixelPoint position);
-    void pressPatchRemoval(PixelPoint position);
+    void pressPatchCapture(const Pick& pick);
+    void pressPatchRemoval(const Pick& pick);
+    void bendToPick();
+    ActResult capturePoint(const Act& act);
+    ActResult captureCurve(const Act& act);
+    ActResult capturePatch(const Act& act);
+    ActResult dragTo(const zVec<double>& place);
+    ActResult endDrag();
     void abandonPress();
     PixelLine rayThrough(PixelPoint position) const;
     Pick patchUnder(PixelPoint position, Pick::Target target);
     bool take(const Pick& pick);
     Sight sight() const;
-    void pointAt(PixelPoint position);
+    void pointUnder(PixelPoint position);
     void showCandidate(const std::optional<Pick>& candidate);
     zVec<double> middleOfView();
     void noteMotion();
+    bool takeCurve(const Pick& pick);
     void showCurvePick(MouseMode mode, const std::string& text);
     int listNumber();
     Matrix4 modelTransform(const zVec<double>& centre) const;
@@ -263,6 +288,7 @@ private:
     std::optional<Pick> candidate_;
     std::uint64_t candidateRevision_ = 0; ///< of the geometry that it was found in
     Overlay overlay_;
+    std::optional<zVec<double>> pointedAt_;
     ModelIndex index_;
     std::optional<std::uint64_t> gridRevision_; ///< of the geometry that was looked at
     bool isGrid_ = false;                       ///< the surface can be drawn

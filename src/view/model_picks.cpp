@@ -117,7 +117,7 @@ std::optional<NearestPoint> meantNode(const DocumentState& document, ModelIndex&
 }
 
 Pick pickNode(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight) {
-    const PickFilter filter = document.capture->freePointArmed ? PickFilter() : blockFilter(document);
+    const PickFilter filter = captureFilter(document, false);
     return pickOf(document, Pick::Target::Node, meantNode(document, index, ray, filter, sight), pointLimit);
 }
 
@@ -144,23 +144,34 @@ const Index& ModelIndex::upToDate(Index& index, std::optional<std::uint64_t>& re
     return index;
 }
 
-Pick pickPoint(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight) {
-    if (document.structureKind == StructureKind::Unstructured) {
-        return pickNode(document, index, ray, sight);
-    }
+PickFilter captureFilter(const DocumentState& document, bool curve) {
     const CaptureState& capture = *document.capture;
+    if (document.structureKind == StructureKind::Unstructured) {
+        return capture.freePointArmed ? PickFilter() : blockFilter(document);
+    }
     PickFilter filter = blockFilter(document);
+    if (curve) {
+        return filter;
+    }
     filter.patch = capture.capturedPatch;
     if (!capture.freePointArmed) {
         filter.section = capture.sectionCaptured ? capture.capturedSection : -1;
         filter.point = capture.lineCaptured ? capture.capturedLine : -1;
     }
+    return filter;
+}
+
+Pick pickPoint(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight) {
+    if (document.structureKind == StructureKind::Unstructured) {
+        return pickNode(document, index, ray, sight);
+    }
+    const PickFilter filter = captureFilter(document, false);
     const auto nearest = meantPoint(document, index, ray, filter, pointLimit, sight);
     return pickOf(document, Pick::Target::Point, nearest, pointLimit);
 }
 
 Pick pickSection(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight) {
-    const auto nearest = meantPoint(document, index, ray, blockFilter(document), sectionLimit, sight);
+    const auto nearest = meantPoint(document, index, ray, captureFilter(document, true), sectionLimit, sight);
     Pick pick = pickOf(document, Pick::Target::Section, nearest, sectionLimit);
     if (pick.found) {
         const Patch& patch = document.patches[static_cast<std::size_t>(pick.patch)];
@@ -170,7 +181,7 @@ Pick pickSection(const DocumentState& document, ModelIndex& index, const PixelLi
 }
 
 Pick pickLine(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight) {
-    const auto nearest = meantPoint(document, index, ray, blockFilter(document), lineLimit, sight);
+    const auto nearest = meantPoint(document, index, ray, captureFilter(document, true), lineLimit, sight);
     Pick pick = pickOf(document, Pick::Target::Line, nearest, lineLimit);
     if (pick.found) {
         pick.points = countOf(document.patches[static_cast<std::size_t>(pick.patch)]);

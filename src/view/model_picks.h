@@ -38,6 +38,8 @@ private:
 /// mouse is taken in its place. Only where none of these lies within the pick's limit, or none is let through, the
 /// hidden one is taken after all. Distances, limits and the order among equals are the same for both.
 enum class Sight { Through, SurfaceFirst };
+/// What the click of a point regime, or with `curve` that of a section or a line, is let through to.
+PickFilter captureFilter(const DocumentState& document, bool curve);
 
 // What each regime finds under a line of sight. They write nothing but the index.
 

@@ -46,7 +46,7 @@ void VelmoraView::OnLeftButtonDown(PixelPoint position) {
 }
 
 void VelmoraView::OnMouseMove(PixelPoint position) {
-    pointAt(position);
+    pointUnder(position);
     if (std::abs(position.x - lastMousePos.x) + std::abs(position.y - lastMousePos.y) < moveThreshold) {
         return;
     }

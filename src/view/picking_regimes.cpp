@@ -22,15 +22,15 @@ void VelmoraView::pressRegime(PixelPoint position) {
         PickPoint(position);
         repaint();
     }
-    if (doc_.capture->pointDragging) {
+    if (doc_.capture->pointDragging && !doc_.capture->pointCaptureArmed) {
         PickDragPoint(position);
         doc_.placeDraggedPoint(doc_.capture->capturedPointPos);
     }
     if (doc_.capture->patchCaptureArmed) {
-        pressPatchCapture(position);
+        pressPatchCapture(patchUnder(position, Pick::Target::WholePatch));
     }
     if (doc_.capture->patchRemoving) {
-        pressPatchRemoval(position);
+        pressPatchRemoval(patchUnder(position, Pick::Target::Removal));
     }
     if (doc_.capture->sectionCaptureArmed) {
         PickSection(position);
@@ -46,8 +46,7 @@ void VelmoraView::pressRegime(PixelPoint position) {
     }
 }
 
-void VelmoraView::pressPatchCapture(PixelPoint position) {
-    const Pick pick = patchUnder(position, Pick::Target::WholePatch);
+void VelmoraView::pressPatchCapture(const Pick& pick) {
     doc_.takePick(pick);
     doc_.redrawHighlight();
     repaint();
@@ -59,8 +58,7 @@ void VelmoraView::pressPatchCapture(PixelPoint position) {
     doc_.ShowStatus(doc_.capture->patchStatus);
 }
 
-void VelmoraView::pressPatchRemoval(PixelPoint position) {
-    const Pick pick = patchUnder(position, Pick::Target::Removal);
+void VelmoraView::pressPatchRemoval(const Pick& pick) {
     doc_.takePick(pick);
     doc_.redrawHighlight();
     forceMouseMode(ModePatch);
@@ -84,7 +82,7 @@ void VelmoraView::dragRegime(PixelPoint position) {
         doc_.ShowStatus(doc_.capture->pointStatus);
         repaint();
     }
-    if (doc_.capture->pointDragging) {
+    if (doc_.capture->pointDragging && !doc_.capture->pointCaptureArmed) {
         PickDragPoint(position);
         doc_.placeDraggedPoint(doc_.capture->capturedPointPos);
     }
@@ -99,10 +97,14 @@ void VelmoraView::dragRegime(PixelPoint position) {
     }
     if (doc_.capture->dragCorrectsLine) {
         PickPlanePoint(position);
-        doc_.ShowStatus(doc_.capture->pointStatus);
-        doc_.bendCapturedCurve(doc_.capture->capturedPointPos, principalPlane());
-        doc_.redraw();
+        bendToPick();
     }
+}
+
+void VelmoraView::bendToPick() {
+    doc_.ShowStatus(doc_.capture->pointStatus);
+    doc_.bendCapturedCurve(doc_.capture->capturedPointPos, principalPlane());
+    doc_.redraw();
 }
 
 // ---- What the mouse points at ---------------------------------------------------------------------------------------
@@ -113,7 +115,7 @@ Sight VelmoraView::sight() const {
 
 /// Marks what a click would take, before the button goes down. It is no capture: neither the document nor its status
 /// text hears of it.
-void VelmoraView::pointAt(PixelPoint position) {
+void VelmoraView::pointUnder(PixelPoint position) {
     if (!surface().isWatched()) {
         return;
     }
@@ -165,20 +167,25 @@ void VelmoraView::PickPlanePoint(PixelPoint position) {
 }
 
 bool VelmoraView::PickSection(PixelPoint position) {
-    const bool found = take(pickSection(doc_, index_, rayThrough(position), sight()));
-    showCurvePick(ModeSection, found ? doc_.capture->sectionStatus : doc_.capture->dragPrompt);
-    return found;
+    return takeCurve(pickSection(doc_, index_, rayThrough(position), sight()));
 }
 
 bool VelmoraView::PickLine(PixelPoint position) {
-    const bool found = take(pickLine(doc_, index_, rayThrough(position), sight()));
-    showCurvePick(ModeLine, found ? doc_.capture->lineStatus : doc_.capture->dragPrompt);
-    return found;
+    return takeCurve(pickLine(doc_, index_, rayThrough(position), sight()));
 }
 
 bool VelmoraView::take(const Pick& pick) {
     doc_.takePick(pick);
     return pick.found;
+}
+
+bool VelmoraView::takeCurve(const Pick& pick) {
+    const bool found = take(pick);
+    const bool section = pick.target == Pick::Target::Section;
+    showCurvePick(section ? ModeSection : ModeLine, !found    ? doc_.capture->dragPrompt
+                                                    : section ? doc_.capture->sectionStatus
+                                                              : doc_.capture->lineStatus);
+    return found;
 }
 
 void VelmoraView::showCurvePick(MouseMode mode, const std::string& text) {

@@ -25,8 +25,9 @@ struct Refused {
 TEST_F(Refusals, EachNamesItsCauseAndItsRemedy) {
     const Refused cases[] = {
         {.line = "dance",
-         .text = "there is no line \"dance\"; begin the line with one of: open run size mouse key wait "
-                 "print measure help quit"},
+         .text = "there is no line \"dance\"; begin the line with one of: open run size mouse key capture drag release "
+                 "wait "
+                 "print measure journal help quit"},
         {.line = "open", .text = "the line \"open\" cannot be read so; write open PATH"},
         {.line = "run", .text = "the line \"run\" cannot be read so; write run COMMAND [NAME=VALUE ...]"},
         {.line = "size 5",
@@ -36,6 +37,21 @@ TEST_F(Refusals, EachNamesItsCauseAndItsRemedy) {
          .text = "the line \"mouse\" cannot be read so; write mouse down|move|up|right X Y, in "
                  "pixels from -1000000 to 1000000"},
         {.line = "key tab", .text = "the line \"key\" cannot be read so; write key escape"},
+        {.line = "capture point 1 2",
+         .text = "the line \"capture\" cannot be read so; write capture point K N M, capture node ZONE NODE, capture "
+                 "section K N, capture line K M or capture patch K, from 1"},
+        {.line = "capture node 1 0",
+         .text = "the line \"capture\" cannot be read so; write capture point K N M, capture node ZONE NODE, capture "
+                 "section K N, capture line K M or capture patch K, from 1"},
+        {.line = "drag 1 2", .text = "the line \"drag\" cannot be read so; write drag X Y Z"},
+        {.line = "release now", .text = "the line \"release\" cannot be read so; write release"},
+        {.line = "journal", .text = "the line \"journal\" cannot be read so; write journal FILE"},
+        {.line = "capture point 1 2 3",
+         .text = "nothing waits for \"capture point 1 2 3\"; run point.capture or point.free before it; points are of "
+                 "patches, nodes of zones"},
+        {.line = "drag 1 2 3",
+         .text = "nothing waits for \"drag 1 2 3\"; run point.drag or point.dragAndCorrect before it"},
+        {.line = "release", .text = "nothing waits for \"release\"; run point.drag or point.dragAndCorrect before it"},
         {.line = "help", .text = "the line \"help\" cannot be read so; write help COMMAND"},
         {.line = "help view.dance",
          .text = "there is no command \"view.dance\"; velmora-batch --help-commands tells all commands"},
@@ -71,9 +87,10 @@ TEST_F(Refusals, EachNamesItsCauseAndItsRemedy) {
         {.line = "run model.move file=a.apt", .text = "nothing asked for \"file=a.apt\"; leave it out"},
         {.line = "quit view.fit", .text = "\"view.fit\" gives no value; write NAME=VALUE behind the command"},
         {.line = "print dance",
-         .text = "there is no value \"dance\"; print one of: state, commands, version, read, view, scene, scene "
-                 "overlay, window X Y Z, dialog NAME, kernel NAME NUMBERS, report, curve, comparison, or a list of the "
-                 "model such as patches or lineBuffer"},
+         .text =
+             "there is no value \"dance\"; print one of: state, commands, version, read, view, scene, scene "
+             "overlay, window X Y Z, dialog NAME, kernel NAME NUMBERS, report, curve, comparison, journal, or a list "
+             "of the model such as patches or lineBuffer"},
         {.line = "print window 1 2", .text = "a place in the window needs a model point; write print window X Y Z"},
         {.line = "print kernel dance",
          .text = "there is no such kernel; print kernel intersectLineTriangle or "

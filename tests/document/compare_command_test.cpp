@@ -119,6 +119,9 @@ TEST_F(CompareCommand, HoldsUntilTheGeometryIsAnotherOne) {
     ASSERT_NE(doc.comparison(), nullptr);
     runAll(addPatch(3));
     EXPECT_NE(doc.comparison(), nullptr) << "another zBlock is no edit";
+    runAll({{.id = "patch.exit"}});
+    EXPECT_NE(doc.comparison(), nullptr) << "to leave it is none";
+    runAll(addPatch(2) + addPatch(3));
     run({.id = "model.move", .fields = {{"deltaZ", "0.5"}}});
     EXPECT_EQ(doc.comparison(), nullptr);
     compare(2);

@@ -215,6 +215,66 @@ TEST_F(Sample, FieldTextGivesTheSameNumberBack) {
     EXPECT_EQ(any, 1.0 / 3.0);
 }
 
+// ---- What was set ---------------------------------------------------------------------------------------------------
+
+namespace {
+
+std::string changesOf(const DialogForm& form) {
+    std::string text;
+    for (const FieldChange& change : form.changes) {
+        text += change.key + '=' + change.text + ' ';
+    }
+    return text;
+}
+
+} // namespace
+
+TEST_F(Sample, WhatWasSetStandsInTheListAsTheFieldHoldsIt) {
+    set("size", "+2.50");
+    set("tick", "1");
+    set("count", "5x");
+    EXPECT_EQ(changesOf(form), "size=2.5 tick=1 ") << "what was refused is not there";
+}
+
+TEST_F(Sample, WhatWasSetToAndFroIsLeftOut) {
+    set("count", "30");
+    set("way", "2");
+    set("count", "40");
+    EXPECT_EQ(changesOf(form), "way=2 count=40 ");
+    set("way", "1");
+    set("count", "20");
+    set("size", "1.5");
+    EXPECT_EQ(changesOf(form), "");
+}
+
+TEST_F(Sample, WhatBroughtOtherChangesKeepsItsPlace) {
+    form.refresh = [this](DialogForm&, std::string_view key) {
+        if (key == "way") {
+            size = 1.0;
+        }
+    };
+    set("size", "3");
+    set("way", "2");
+    set("size", "4");
+    set("way", "1");
+    EXPECT_EQ(changesOf(form), "size=3 way=2 size=4 way=1 ") << "each step may decide what the next one does";
+    EXPECT_EQ(size, 1.0);
+}
+
+TEST_F(Sample, WhatOkPutRightCountsAsSet) {
+    form.confirm = [this](DialogForm&) -> std::optional<DialogRefusal> {
+        if (count <= 100) {
+            return std::nullopt;
+        }
+        count = 100;
+        return DialogRefusal{"Too many", "count"};
+    };
+    set("count", "500");
+    ASSERT_TRUE(acceptDialog(form));
+    EXPECT_EQ(changesOf(form), "count=100 ");
+    EXPECT_FALSE(acceptDialog(form));
+}
+
 TEST_F(Sample, FindGivesNullForAnUnknownField) {
     EXPECT_EQ(form.find("none"), nullptr);
     const DialogForm& constant = form;

@@ -9,8 +9,6 @@
 // that is complete, a "written". The last line, {"exit": STATUS}, is the exit status. Files in NAME.files must have
 // been written, byte for byte.
 
-#include <stdlib.h>
-
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
@@ -20,36 +18,16 @@
 #include <sstream>
 
 #include "Process.h"
+#include "ScriptFolder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using nlohmann::json;
-
-std::string textOf(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-/// Copies the files of a folder that the script names.
-void copyNamedFiles(const fs::path& from, const std::string& script, const fs::path& to) {
-    if (!fs::is_directory(from)) {
-        return;
-    }
-    for (const fs::directory_entry& entry : fs::directory_iterator(from)) {
-        const std::string name = entry.path().filename().string();
-        if (entry.is_regular_file() && script.find(name) != std::string::npos) {
-            fs::copy_file(entry.path(), to / name, fs::copy_options::overwrite_existing);
-        }
-    }
-}
-
-std::string replaced(std::string text, const std::string& what, const std::string& by) {
-    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size())) {
-        text.replace(at, what.size(), by);
-    }
-    return text;
-}
+using velmora::test::copyNamedFiles;
+using velmora::test::replaced;
+using velmora::test::ScriptFolder;
+using velmora::test::textOf;
 
 std::vector<json> expectedEvents(const fs::path& path, const fs::path& folder) {
     std::string lower = folder.string();
@@ -190,22 +168,16 @@ int main(int argc, char** argv) {
         std::cerr << "scenario_runner PROGRAM NAME.script MODELS...\n";
         return 2;
     }
-    std::string pattern = (fs::temp_directory_path() / "velmora-scenario-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) {
-        std::cerr << "no temporary folder\n";
-        return 2;
-    }
-    const fs::path folder = fs::canonical(pattern);
+    const ScriptFolder folder;
     const fs::path script = arguments[2];
-    fs::copy_file(script, folder / script.filename());
+    fs::copy_file(script, folder.path() / script.filename());
     std::for_each(arguments.begin() + 3, arguments.end(),
-                  [&](const std::string& models) { copyNamedFiles(models, textOf(script), folder); });
+                  [&](const std::string& models) { copyNamedFiles(models, textOf(script), folder.path()); });
     bool holds = false;
     try {
-        holds = scenarioHolds(arguments[1], script, folder);
+        holds = scenarioHolds(arguments[1], script, folder.path());
     } catch (const std::exception& error) {
         std::cerr << error.what() << '\n';
     }
-    fs::remove_all(folder);
     return holds ? 0 : 1;
 }

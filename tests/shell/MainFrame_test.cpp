@@ -56,8 +56,9 @@ TEST(MainFrame, MarksTheModelAsSoonAsADragHasChangedIt) {
 // ---- States of commands ---------------------------------------------------------------------------------------------
 
 /// The commands that carry a mark.
-const char* const marked[] = {"view.toolbar",      "view.statusBar", "view.surface",       "view.perspective",
-                              "view.orthographic", "block.only",     "model.reflectToSft", "help.fileReport"};
+const char* const marked[] = {"view.toolbar",      "view.statusBar",  "view.surface",       "view.perspective",
+                              "view.orthographic", "block.only",      "model.reflectToSft", "options.report",
+                              "options.curvePlot", "options.journal", "help.fileReport"};
 
 std::string marks(FrameRig& rig, bool onToolBar) {
     std::string words;
@@ -74,22 +75,25 @@ std::string marks(FrameRig& rig, bool onToolBar) {
 TEST(MainFrame, ShowsWhatIsSwitchedOnAfterEachCommand) {
     const FlatDesk desk;
     FrameRig rig(desk.model);
-    EXPECT_EQ(marks(rig, false), "+view.toolbar +view.statusBar +view.surface +view.perspective -view.orthographic "
-                                 "+model.reflectToSft -help.fileReport");
+    EXPECT_EQ(marks(rig, false),
+              "+view.toolbar +view.statusBar +view.surface +view.perspective -view.orthographic "
+              "+model.reflectToSft -options.report -options.curvePlot -options.journal -help.fileReport");
     EXPECT_EQ(marks(rig, true), "+view.surface -block.only");
     rig.run("view.surface");
     rig.run("view.orthographic");
     rig.run("view.statusBar");
-    EXPECT_EQ(marks(rig, false), "+view.toolbar -view.statusBar -view.surface -view.perspective +view.orthographic "
-                                 "+model.reflectToSft -help.fileReport");
+    EXPECT_EQ(marks(rig, false),
+              "+view.toolbar -view.statusBar -view.surface -view.perspective +view.orthographic "
+              "+model.reflectToSft -options.report -options.curvePlot -options.journal -help.fileReport");
     EXPECT_EQ(marks(rig, true), "-view.surface -block.only") << "the tool bar follows a command of a menu";
     rig.person.atDialog("CInputPatch", {});
     rig.run("patch.inputAndAdd");
     rig.run("block.only");
     rig.run("view.toolbar");
     rig.run("view.perspective");
-    EXPECT_EQ(marks(rig, false), "-view.toolbar -view.statusBar -view.surface +view.perspective -view.orthographic "
-                                 "+model.reflectToSft -help.fileReport");
+    EXPECT_EQ(marks(rig, false),
+              "-view.toolbar -view.statusBar -view.surface +view.perspective -view.orthographic "
+              "+model.reflectToSft -options.report -options.curvePlot -options.journal -help.fileReport");
     EXPECT_EQ(marks(rig, true), "-view.surface +block.only");
 }
 

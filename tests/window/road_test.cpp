@@ -122,12 +122,28 @@ std::string bytesOfScript(const Target& target, const Viewport& viewport, const 
     return fileText(desk.model);
 }
 
+/// What the script front end makes of the window's journal with a copy of the file at `original`.
+std::string bytesOfJournal(const std::vector<std::string>& lines, const std::filesystem::path& original) {
+    const Desk desk;
+    std::string script;
+    for (std::string line : lines) {
+        if (const auto at = line.find(original.string()); at != std::string::npos) {
+            line.replace(at, original.string().size(), desk.model.string());
+        }
+        script += line + '\n';
+    }
+    const ProcessResult result = runProcess({VELMORA_BATCH, "-"}, desk.model.parent_path(), script);
+    EXPECT_EQ(result.status, 0) << script << result.errors << (result.lines.empty() ? "" : result.lines.back());
+    return fileText(desk.model);
+}
+
 TEST(Road, CaptureRebreakSaveAndExitWriteWhatTheScriptWrites) {
     const Desk desk;
     const std::string original = fileText(desk.model);
     Target target;
     Viewport viewport;
     std::string saved;
+    std::vector<std::string> journal;
     const int status = runProgram({desk.model.string()}, [&](WindowDriver& person) {
         person.waitForFrame();
         EXPECT_EQ(person.title(), QStringLiteral("m100_wingbody.apt[*] - Velmora"));
@@ -156,6 +172,7 @@ TEST(Road, CaptureRebreakSaveAndExitWriteWhatTheScriptWrites) {
         person.key("s", "Control_L");
         ASSERT_TRUE(person.waitFor([] { return !WindowDriver::frame().state().documentModified; }));
         saved = fileText(desk.model);
+        journal = person.ask([] { return WindowDriver::frame().session().journal().lines(); });
 
         rebreakTo(person, target, "31", false);
         EXPECT_THAT(pointCounts(person, target), ::testing::Each(31U));
@@ -171,6 +188,11 @@ TEST(Road, CaptureRebreakSaveAndExitWriteWhatTheScriptWrites) {
     ASSERT_FALSE(saved.empty());
     EXPECT_NE(saved, original);
 
+    EXPECT_EQ(journal, (std::vector<std::string>{"open " + desk.model.string(), "run line.captureSection",
+                                                 "capture section " + std::to_string(target.patch + 1) + ' ' +
+                                                     std::to_string(target.section + 1),
+                                                 "run line.rebreak regime=2 newCount=41", "run file.save"}));
+    EXPECT_EQ(saved, bytesOfJournal(journal, desk.model)) << "the mouse by number";
     const std::string toFirstSave = "run line.rebreak regime=2 newCount=41\nrun file.save\n";
     EXPECT_EQ(saved, bytesOfScript(target, viewport, toFirstSave));
     EXPECT_EQ(fileText(desk.model),

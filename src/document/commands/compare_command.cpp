@@ -1,11 +1,10 @@
 #include "compare.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <utility>
 
 #include "DialogValues.h"
+#include "Digest.h"
 #include "VelmoraDoc.h"
 #include "command_rows.h"
 #include "command_rules.h"
@@ -14,6 +13,7 @@
 #include "load_files.h"
 #include "messages.h"
 #include "path_names.h"
+#include "report_lines.h"
 #include "show_dialog.h"
 
 namespace velmora {
@@ -66,13 +66,6 @@ std::optional<TriangleMesh> surfaceToCompareWith(VelmoraDoc& doc, std::int32_t t
                                        : surfaceOfChosenFile(doc);
 }
 
-/// Six significant digits.
-std::string shortNumber(double value) {
-    std::array<char, 32> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 6).ptr;
-    return {text.data(), end};
-}
-
 std::string comparisonText(const Comparison& comparison) {
     std::string text = "Largest distance " + shortNumber(comparison.largest);
     if (const auto& at = comparison.at) {
@@ -99,7 +92,7 @@ void CompareModel(VelmoraDoc& doc) {
             doc.foundComparison = doc.structureKind == StructureKind::Unstructured
                                       ? compareZones(doc.feRegion, doc.chosenMask(), surface)
                                       : comparePatches(doc.patches, doc.chosenMask(), surface);
-            doc.comparedRevision = doc.geometryRevision();
+            doc.comparedDigest = geometryDigest(doc.patches, doc.feRegion);
             doc.ShowStatus(comparisonText(*doc.foundComparison));
             return;
         }

@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <array>
 
+#include "Act.h"
+#include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "command_rows.h"
 #include "command_rules.h"
@@ -93,20 +95,74 @@ void VelmoraDoc::DragPoint() {
 }
 
 void VelmoraDoc::placeDraggedPoint(const zVec<double>& position) {
+    bool moved = false;
     if (zVec<double>* point = pointAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint)) {
+        moved = !(*point == position);
         *point = position;
     }
     ShowStatus(capture->dragStatus);
     redraw();
+    if (moved) {
+        ui_.tellAct({.kind = Act::Kind::Drag, .place = position});
+    }
 }
 
 void VelmoraDoc::prepareDragCorrection() {
     capture.armCorrection();
+    lastBend_.reset();
     beginPatchCommand(Extent::Stays);
     SavePointUndo();
     capture.savePoint();
     pointUndoReady = true;
 }
+
+namespace {
+
+DragPlane planeOf(int number) {
+    return number == 1   ? DragPlane{&zVec<double>::y, &zVec<double>::z}
+           : number == 2 ? DragPlane{&zVec<double>::x, &zVec<double>::z}
+                         : DragPlane{&zVec<double>::x, &zVec<double>::y};
+}
+
+/// False when the section is not there, or its shape would not be finite.
+bool bendSection(VelmoraDoc& doc, const zVec<double>& delta, const DragPlane& plane) {
+    PointList* section = doc.sectionAt(doc.capture->capturedPatch, doc.capture->capturedSection);
+    if (section == nullptr) {
+        return false;
+    }
+    PointList bent = *section;
+    bendCurve(bent, doc.capture->capturedPoint, delta, plane);
+    if (!isFinite(PatchList{{bent}}) || bent == *section) {
+        return false;
+    }
+    section->swap(bent);
+    return true;
+}
+
+bool bendLine(VelmoraDoc& doc, const zVec<double>& delta, const DragPlane& plane) {
+    const std::int32_t sections = countOf(doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)]);
+    PointList line;
+    for (std::int32_t n = 0; n < sections; ++n) {
+        const zVec<double>* point = doc.pointAt(doc.capture->capturedPatch, n, doc.capture->capturedPoint);
+        if (point == nullptr) {
+            return false;
+        }
+        line.push_back(*point);
+    }
+    const PointList before = line;
+    bendCurve(line, doc.capture->capturedPointSection, delta, plane);
+    if (!isFinite(PatchList{{line}}) || line == before) {
+        return false;
+    }
+    for (std::int32_t n = 0; n < sections; ++n) {
+        if (zVec<double>* point = doc.pointAt(doc.capture->capturedPatch, n, doc.capture->capturedLine)) {
+            *point = line[static_cast<std::size_t>(n)];
+        }
+    }
+    return true;
+}
+
+} // namespace
 
 void VelmoraDoc::bendCapturedCurve(const zVec<double>& target, int plane) {
     const zVec<double>* captured =
@@ -114,47 +170,27 @@ void VelmoraDoc::bendCapturedCurve(const zVec<double>& target, int plane) {
     if (captured == nullptr || plane == 0) {
         return;
     }
-    const DragPlane axes = plane == 1   ? DragPlane{&zVec<double>::y, &zVec<double>::z}
-                           : plane == 2 ? DragPlane{&zVec<double>::x, &zVec<double>::z}
-                                        : DragPlane{&zVec<double>::x, &zVec<double>::y};
     const zVec<double> delta = target - *captured;
-    if (capture->sectionCaptured) {
-        if (PointList* section = sectionAt(capture->capturedPatch, capture->capturedSection)) {
-            PointList bent = *section;
-            bendCurve(bent, capture->capturedPoint, delta, axes);
-            if (isFinite(PatchList{{bent}})) {
-                section->swap(bent);
-            }
-        }
-        return;
-    }
-    if (!capture->lineCaptured) {
-        return;
-    }
-    const Patch& patch = patches[static_cast<std::size_t>(capture->capturedPatch)];
-    PointList line;
-    for (std::int32_t n = 0; n < countOf(patch); ++n) {
-        const zVec<double>* point = pointAt(capture->capturedPatch, n, capture->capturedPoint);
-        if (point == nullptr) {
-            return;
-        }
-        line.push_back(*point);
-    }
-    bendCurve(line, capture->capturedPointSection, delta, axes);
-    if (!isFinite(PatchList{{line}})) {
-        return;
-    }
-    for (std::int32_t n = 0; n < countOf(patch); ++n) {
-        if (zVec<double>* point = pointAt(capture->capturedPatch, n, capture->capturedLine)) {
-            *point = line[static_cast<std::size_t>(n)];
-        }
+    const bool bent = capture->sectionCaptured ? bendSection(*this, delta, planeOf(plane))
+                                               : capture->lineCaptured && bendLine(*this, delta, planeOf(plane));
+    if (bent) {
+        captured = pointAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint);
+        lastBend_ = Bend{target, *captured};
+        ui_.tellAct({.kind = Act::Kind::Drag, .place = target, .plane = plane});
     }
 }
 
 void VelmoraDoc::endDragCorrection(int plane) {
     capture.releaseCorrection();
-    bendCapturedCurve(capture->capturedPointPos, plane);
+    const zVec<double>* captured =
+        pointAt(capture->capturedPatch, capture->capturedPointSection, capture->capturedPoint);
+    const bool isThere = captured != nullptr && lastBend_ && lastBend_->target == capture->capturedPointPos &&
+                         lastBend_->point == *captured;
+    if (!isThere) {
+        bendCapturedCurve(capture->capturedPointPos, plane);
+    }
     redraw();
+    ui_.tellAct({.kind = Act::Kind::Release, .plane = plane});
 }
 
 std::span<const Command> pointDragCommands() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "Act.h"
 #include "DialogValues.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
@@ -357,8 +358,36 @@ void VelmoraDoc::leaveRegimes() {
 
 namespace {
 
+void tellPoint(VelmoraDoc& doc) {
+    const CaptureState& now = *doc.capture;
+    doc.ui().tellAct(doc.structureKind == StructureKind::Unstructured
+                         ? Act{.kind = Act::Kind::Node, .patch = now.capturedPatch, .point = now.capturedPoint}
+                         : Act{.kind = Act::Kind::Point,
+                               .patch = now.capturedPatch,
+                               .section = now.capturedPointSection,
+                               .point = now.capturedPoint});
+}
+
+void takePointAtRelease(VelmoraDoc& doc) {
+    if (doc.capture->pointCaptureArmed) {
+        const bool taken = doc.capture.releasePoint();
+        doc.ShowStatus(taken ? doc.capture->pointContinueStatus : doc.capture->dragPrompt);
+        if (taken) {
+            tellPoint(doc);
+        }
+    }
+    if (doc.capture->freePointArmed) {
+        const bool taken = doc.capture.releaseFreePoint();
+        doc.ShowStatus(taken ? doc.capture->pointContinueStatus : doc.capture->dragPrompt);
+        if (taken) {
+            tellPoint(doc);
+        }
+    }
+}
+
 void joinBlockAtRelease(VelmoraDoc& doc) {
     doc.capture.releasePatch();
+    doc.ui().tellAct({.kind = Act::Kind::WholePatch, .patch = doc.capture->capturedPatch});
     if (!doc.inBlock(doc.capture->capturedPatch) && doc.capture->capturedPatch >= 0) {
         if (doc.blockCount >= blockCapacity) {
             doc.ui().showMessage(message::blockIsFull);
@@ -373,6 +402,7 @@ void joinBlockAtRelease(VelmoraDoc& doc) {
 
 void removeFromBlockAtRelease(VelmoraDoc& doc) {
     doc.capture.releaseRemoval();
+    doc.ui().tellAct({.kind = Act::Kind::WholePatch, .patch = doc.capture->patchToRemove});
     const auto end = doc.blockList.begin() + doc.blockCount;
     const auto found = std::find(doc.blockList.begin(), end, doc.capture->patchToRemove);
     if (found != end) {
@@ -389,35 +419,55 @@ void removeFromBlockAtRelease(VelmoraDoc& doc) {
 
 void takeCurveAtRelease(VelmoraDoc& doc) {
     if (doc.capture->sectionCaptureArmed) {
-        doc.ShowStatus(doc.capture.releaseSection() ? doc.capture->sectionContinueStatus : doc.capture->dragPrompt);
+        const bool taken = doc.capture.releaseSection();
+        doc.ShowStatus(taken ? doc.capture->sectionContinueStatus : doc.capture->dragPrompt);
+        if (taken) {
+            doc.ui().tellAct({.kind = Act::Kind::Section,
+                              .patch = doc.capture->capturedPatch,
+                              .section = doc.capture->capturedSection});
+        }
     }
     if (doc.capture->lineCaptureArmed) {
-        doc.ShowStatus(doc.capture.releaseLine() ? doc.capture->lineContinueStatus : doc.capture->dragPrompt);
+        const bool taken = doc.capture.releaseLine();
+        doc.ShowStatus(taken ? doc.capture->lineContinueStatus : doc.capture->dragPrompt);
+        if (taken) {
+            doc.ui().tellAct(
+                {.kind = Act::Kind::Line, .patch = doc.capture->capturedPatch, .point = doc.capture->capturedLine});
+        }
+    }
+}
+
+void takePartAtRelease(VelmoraDoc& doc) {
+    if (doc.capture->patchCaptureArmed) {
+        joinBlockAtRelease(doc);
+    }
+    if (doc.capture->patchRemoving) {
+        removeFromBlockAtRelease(doc);
+    } else {
+        takeCurveAtRelease(doc);
     }
 }
 
 } // namespace
 
-void VelmoraDoc::moveRegimeAtRelease() {
-    if (capture->pointCaptureArmed) {
-        ShowStatus(capture.releasePoint() ? capture->pointContinueStatus : capture->dragPrompt);
-    }
-    if (capture->freePointArmed) {
-        ShowStatus(capture.releaseFreePoint() ? capture->pointContinueStatus : capture->dragPrompt);
-    }
+void VelmoraDoc::endDrag() {
     if (capture->pointDragging) {
         capture.releaseDrag();
         refillStatus();
         ShowStatus(capture->pointContinueStatus);
+        ui_.tellAct({.kind = Act::Kind::Release});
     }
-    if (capture->patchCaptureArmed) {
-        joinBlockAtRelease(*this);
-    }
-    if (capture->patchRemoving) {
-        removeFromBlockAtRelease(*this);
-    } else {
-        takeCurveAtRelease(*this);
-    }
+}
+
+void VelmoraDoc::moveRegimeAtRelease() {
+    takePointAtRelease(*this);
+    endDrag();
+    takePartAtRelease(*this);
+}
+
+void VelmoraDoc::takeAtRelease() {
+    takePointAtRelease(*this);
+    takePartAtRelease(*this);
 }
 
 std::span<const Command> regimeCommands() {

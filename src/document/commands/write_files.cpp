@@ -43,10 +43,11 @@ std::string questionAbout(const std::filesystem::path& path, OverwriteDoubt doub
 // The user's data win: whatever is not known to be in the model, or to have come from here, is lost only after a yes.
 bool mayOverwrite(VelmoraDoc& doc, const std::filesystem::path& path, TargetFrom from) {
     const OverwriteDoubt doubt = doc.modelFile.memory.doubtAbout(path);
+    const std::string question = questionAbout(path, doubt);
     if (doubt == OverwriteDoubt::Foreign && from == TargetFrom::Chooser && doc.ui().chooserAsksToOverwrite()) {
+        doc.ui().tellAgreed(question);
         return true;
     }
-    const std::string question = questionAbout(path, doubt);
     return question.empty() || doc.ui().ask(question);
 }
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include "DialogForm.h"
+
 namespace velmora {
 
 namespace {
@@ -27,6 +29,10 @@ double rowNumber(const std::string& text) {
     return value;
 }
 
+std::string numbered(const char* action, const zVec<double>& point) {
+    return std::string(action) + ' ' + numberText(point.x) + ' ' + numberText(point.y) + ' ' + numberText(point.z);
+}
+
 } // namespace
 
 const char* CRegularInput::radioText(std::int32_t action) {
@@ -46,6 +52,7 @@ void CRegularInput::reset() {
     pasteChecked = false;
     actionRegime = InputAfter;
     rows.clear();
+    actions.clear();
     reevaluate();
 }
 
@@ -117,6 +124,7 @@ bool CRegularInput::select(std::int32_t row) {
         return false;
     }
     if (row != M) {
+        actions.push_back("select " + std::to_string(row));
         typed = readRow(row);
         M = row;
     }
@@ -136,14 +144,17 @@ void CRegularInput::act(const std::function<bool(CRegularFind&)>& openFind) {
         cut();
         break;
     case Copy:
+        actions.emplace_back("copy");
         buffer = readRow(M);
         break;
     case NewPatch:
+        actions.push_back(numbered("newPatch", typed));
         regularPatches.emplace_back();
         K = countOf(regularPatches);
         startLine();
         break;
     case NewLine:
+        actions.push_back(numbered("newLine", typed));
         startLine();
         break;
     case Find: {
@@ -152,6 +163,8 @@ void CRegularInput::act(const std::function<bool(CRegularFind&)>& openFind) {
         find.N = N;
         find.M = M;
         if (openFind(find)) {
+            actions.push_back("find " + std::to_string(find.K) + ' ' + std::to_string(find.N) + ' ' +
+                              std::to_string(find.M));
             fillRows(find.K, find.N, find.M);
         }
         break;
@@ -164,6 +177,7 @@ void CRegularInput::act(const std::function<bool(CRegularFind&)>& openFind) {
 
 void CRegularInput::inputAfter() {
     const zVec<double> point = newPoint();
+    actions.push_back(numbered("inputAfter", point));
     if (M != countOf(rows)) {
         PointList* line = lineInHand();
         line->insert(line->begin() + M, point);
@@ -184,11 +198,13 @@ void CRegularInput::inputAfter() {
 }
 
 void CRegularInput::replace() {
+    actions.push_back(numbered("replace", newPoint()));
     (*lineInHand())[at(M)] = newPoint();
     fillRows(K, N, M);
 }
 
 void CRegularInput::cut() {
+    actions.emplace_back("cut");
     buffer = readRow(M);
     PointList* line = lineInHand();
     line->erase(line->begin() + (M - 1));

@@ -46,6 +46,9 @@ public:
     std::int32_t actionRegime = InputAfter;
     std::vector<Row> rows; ///< of line N of patch K; row M - 1 is selected
     PatchList& regularPatches;
+    /// What changed the list since the start state, as the actions of a script: points with their numbers, wherever
+    /// they came from.
+    std::vector<std::string> actions;
 
     // Which controls are live, as of the last reevaluate().
     std::array<bool, actionCount> actionOn{};

@@ -1,0 +1,190 @@
+#include "Panels.h"
+
+#include <QMainWindow>
+#include <QPixmap>
+#include <utility>
+
+#include "CurvePlotPanel.h"
+#include "FileReportPanel.h"
+#include "JournalPanel.h"
+#include "QtUserInterface.h"
+#include "ReportPanel.h"
+#include "Session.h"
+#include "VelmoraDoc.h"
+#include "WindowScript.h"
+#include "capture_by_number.h"
+#include "captured_curve.h"
+#include "messages.h"
+#include "qt_text.h"
+#include "script_words.h"
+
+namespace velmora {
+
+Panels::Panels(QMainWindow& frame, Session& session, QtUserInterface& person)
+    : QObject(&frame), session_(session), person_(person), report_(new ReportPanel(&frame)),
+      plot_(new CurvePlotPanel(&frame)), journal_(new JournalPanel(&frame)), fileReport_(new FileReportPanel(&frame)) {
+    for (QDockWidget* dock : {static_cast<QDockWidget*>(report_), static_cast<QDockWidget*>(journal_)}) {
+        frame.addDockWidget(Qt::RightDockWidgetArea, dock);
+        dock->hide();
+    }
+    for (QDockWidget* dock : {static_cast<QDockWidget*>(plot_), static_cast<QDockWidget*>(fileReport_)}) {
+        frame.addDockWidget(Qt::BottomDockWidgetArea, dock);
+        dock->hide();
+    }
+    connectPanels();
+}
+
+void Panels::connectPanels() {
+    for (const Panel panel : {Panel::Report, Panel::CurvePlot, Panel::Journal, Panel::FileReport}) {
+        connect(&dockOf(panel), &QDockWidget::visibilityChanged, this, &Panels::changed);
+    }
+    connect(report_, &ReportPanel::placeChosen, this, &Panels::capture);
+    connect(plot_, &CurvePlotPanel::pointChosen, this, &Panels::captureOfCurve);
+    connect(plot_, &CurvePlotPanel::tableWanted, this, &Panels::saveTable);
+    connect(plot_, &CurvePlotPanel::pictureWanted, this, &Panels::savePicture);
+    connect(&plot_->plot(), &PlotWidget::pointedAt, this, &Panels::pointAt);
+    connect(journal_, &JournalPanel::saveWanted, this, &Panels::saveJournal);
+    connect(journal_, &JournalPanel::runWanted, this, &Panels::chooseScript);
+}
+
+// ---- Showing --------------------------------------------------------------------------------------------------------
+
+QDockWidget& Panels::dockOf(Panel panel) const {
+    switch (panel) {
+    case Panel::Report:
+        return *report_;
+    case Panel::CurvePlot:
+        return *plot_;
+    case Panel::Journal:
+        return *journal_;
+    case Panel::FileReport:
+        break;
+    }
+    return *fileReport_;
+}
+
+void Panels::toggle(Panel panel) {
+    QDockWidget& dock = dockOf(panel);
+    dock.setVisible(dock.isHidden());
+    refresh();
+}
+
+bool Panels::shown(Panel panel) const {
+    return !dockOf(panel).isHidden();
+}
+
+void Panels::refresh() {
+    if (shown(Panel::Report)) {
+        refreshReport();
+    }
+    if (shown(Panel::CurvePlot)) {
+        refreshPlot();
+    }
+    if (shown(Panel::FileReport)) {
+        fileReport_->tell(session_.filesRead());
+    }
+    if (shown(Panel::Journal)) {
+        journal_->showLines(session_.journal().lines());
+    }
+}
+
+void Panels::refreshReport() {
+    const DocumentState& doc = session_.state();
+    if (reported_ != doc.geometryRevision()) {
+        const BusyScope busy(person_);
+        report_->showLines(reportLines(modelReport(doc.patches, doc.feRegion, doc.modelRadius)));
+        reported_ = doc.geometryRevision();
+    }
+}
+
+void Panels::refreshPlot() {
+    DocumentState& doc = session_.state();
+    plot_->showCurve(curveInHand(doc), neighbourCurves(doc));
+}
+
+// ---- Capturing ------------------------------------------------------------------------------------------------------
+
+void Panels::capture(std::int32_t patch, std::int32_t section, std::int32_t point) {
+    emit workWanted([=, this] {
+        session_.perform([&] {
+            if (!capturePointByNumber(session_, patch, section, point)) {
+                session_.document().ui().showMessage(message::pointNotCaptured);
+            }
+        });
+    });
+    emit changed();
+}
+
+/// Of the line buffer nothing is captured: its points are none of the model.
+void Panels::captureOfCurve(std::int32_t point) {
+    DocumentState& doc = session_.state();
+    if (!curveIsThere(doc)) {
+        return;
+    }
+    const CaptureState& held = *doc.capture;
+    if (held.sectionCaptured) {
+        capture(held.capturedPatch, held.capturedSection, point);
+    } else {
+        capture(held.capturedPatch, point, held.capturedLine);
+    }
+}
+
+void Panels::pointAt(std::int32_t point) {
+    const auto& points = plot_->curve();
+    const auto i = static_cast<std::size_t>(point);
+    session_.view().pointAt(point >= 0 && i < points.size() ? std::optional(points[i]) : std::nullopt);
+}
+
+// ---- Files ----------------------------------------------------------------------------------------------------------
+
+/// Empty when the chooser was cancelled.
+std::filesystem::path Panels::chooseFile(bool toWrite, const char* extension, const char* typeName, const char* name) {
+    FileRequest request;
+    request.mode = toWrite ? ChooserMode::SaveAs : ChooserMode::Open;
+    request.types = {{extension, typeName}};
+    request.proposed = session_.state().modelFile.chosenPath.parent_path() / name;
+    request.command = std::string("options.") + extension;
+    const auto paths = person_.chooseFiles(request);
+    return paths.empty() ? std::filesystem::path() : paths.front();
+}
+
+void Panels::saveJournal() {
+    const auto path = chooseFile(true, "script", "Script", "journal.script");
+    if (!path.empty() && !writeScript(path, session_.journal().lines())) {
+        person_.showMessage(message::cannotSave);
+    }
+}
+
+void Panels::chooseScript() {
+    const auto path = chooseFile(false, "script", "Script", "");
+    if (!path.empty()) {
+        runScript(path);
+    }
+}
+
+void Panels::runScript(const std::filesystem::path& script) {
+    std::optional<ScriptStop> stop;
+    emit workWanted([&] { stop = runWindowScript(session_, person_, script); });
+    emit changed();
+    if (stop && stop->number == 0) {
+        person_.showMessage(message::scriptNotRead(script.string()));
+    } else if (stop) {
+        person_.showMessage(message::scriptStopped(stop->number, stop->line, stop->cause));
+    }
+}
+
+void Panels::saveTable() {
+    const auto path = chooseFile(true, "csv", "Table", "curve.csv");
+    if (!path.empty() && !writeText(path, curveTable(curveValues(plot_->curve())))) {
+        person_.showMessage(message::cannotSave);
+    }
+}
+
+void Panels::savePicture() {
+    const auto path = chooseFile(true, "png", "Picture", "curve.png");
+    if (!path.empty() && !plot_->plot().grab().save(qtPath(path))) {
+        person_.showMessage(message::cannotSave);
+    }
+}
+
+} // namespace velmora

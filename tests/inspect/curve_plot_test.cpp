@@ -1,0 +1,133 @@
+#include "curve_plot.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace velmora {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// Along x, with steps of 1, 2 and 4.
+PointList growing() {
+    return {{0, 0, 0}, {1, 0, 0}, {3, 0, 0}, {7, 0, 0}};
+}
+
+std::vector<double> valuesOf(const PlotCurve& curve) {
+    std::vector<double> values;
+    for (const auto& piece : curve.pieces) {
+        for (const PlotPoint& point : piece) {
+            values.push_back(point.value);
+        }
+    }
+    return values;
+}
+
+std::vector<double> placesOf(const PlotCurve& curve) {
+    std::vector<double> places;
+    for (const auto& piece : curve.pieces) {
+        for (const PlotPoint& point : piece) {
+            places.push_back(point.along);
+        }
+    }
+    return places;
+}
+
+TEST(CurvePlot, AStepStandsInItsMiddleAndNamesItsFirstPoint) {
+    const CurvePlot plot = curvePlot(PlotQuantity::Step, growing(), {});
+    EXPECT_THAT(valuesOf(plot.curve), ElementsAre(1, 2, 4));
+    EXPECT_THAT(placesOf(plot.curve), ElementsAre(0.5, 2, 5));
+    EXPECT_EQ(plot.curve.pieces.at(0).at(2).point, 2);
+    EXPECT_EQ(plot.alongEnd, 5);
+    EXPECT_EQ(plot.lowest, 1);
+    EXPECT_EQ(plot.highest, 4);
+}
+
+TEST(CurvePlot, GrowthHasNoValueAtTheEnds) {
+    const CurvePlot plot = curvePlot(PlotQuantity::Growth, growing(), {});
+    EXPECT_THAT(valuesOf(plot.curve), ElementsAre(2, 2));
+    EXPECT_THAT(placesOf(plot.curve), ElementsAre(1, 3));
+}
+
+TEST(CurvePlot, CurvatureOfARightAngleIsOneByItsCircle) {
+    // The circle through the corners of a right angle has the far side, 5, as its diameter.
+    const CurvePlot plot = curvePlot(PlotQuantity::Curvature, {{3, 0, 0}, {0, 0, 0}, {0, 4, 0}}, {});
+    EXPECT_THAT(valuesOf(plot.curve), ElementsAre(testing::DoubleEq(0.4)));
+}
+
+TEST(CurvePlot, CoordinatesStandOverTheLength) {
+    const CurvePlot plot = curvePlot(PlotQuantity::Y, {{0, 5, 0}, {0, 2, 0}, {4, 2, 0}}, {});
+    EXPECT_THAT(valuesOf(plot.curve), ElementsAre(5, 2, 2));
+    EXPECT_THAT(placesOf(plot.curve), ElementsAre(0, 3, 7));
+    EXPECT_THAT(valuesOf(curvePlot(PlotQuantity::X, growing(), {}).curve), ElementsAre(0, 1, 3, 7));
+    EXPECT_THAT(valuesOf(curvePlot(PlotQuantity::Z, {{0, 0, 9}}, {}).curve), ElementsAre(9));
+}
+
+TEST(CurvePlot, APieceEndsWhereThereIsNoValue) {
+    // Two points in one place: no growth beside the step of 0.
+    const CurvePlot plot =
+        curvePlot(PlotQuantity::Growth, {{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {2, 0, 0}, {3, 0, 0}, {4, 0, 0}}, {});
+    ASSERT_EQ(plot.curve.pieces.size(), 2U);
+    EXPECT_EQ(plot.curve.pieces[0][0].point, 1);
+    EXPECT_EQ(plot.curve.pieces[1][0].point, 4);
+}
+
+TEST(CurvePlot, NeighboursWidenTheRanges) {
+    const CurvePlot plot = curvePlot(PlotQuantity::X, growing(), {{{-2, 0, 0}, {8, 0, 0}}, {}});
+    ASSERT_EQ(plot.neighbours.size(), 2U);
+    EXPECT_THAT(valuesOf(plot.neighbours[0]), ElementsAre(-2, 8));
+    EXPECT_THAT(plot.neighbours[1].pieces, IsEmpty());
+    EXPECT_EQ(plot.alongEnd, 10);
+    EXPECT_EQ(plot.lowest, -2);
+    EXPECT_EQ(plot.highest, 8);
+}
+
+TEST(CurvePlot, WhatIsTheSameEverywhereStandsInTheMiddle) {
+    const CurvePlot plot = curvePlot(PlotQuantity::Z, growing(), {});
+    EXPECT_LT(plot.lowest, 0.0);
+    EXPECT_EQ(placeIn({0, 0, 100, 50}, plot, 0.0, 0.0).y, 25.0);
+    EXPECT_THAT(curvePlot(PlotQuantity::Step, {}, {}).curve.pieces, IsEmpty());
+}
+
+TEST(CurvePlot, WhatIsNotFiniteHasNoPlace) {
+    const double far = 1e200; // its square is beyond all numbers
+    const CurvePlot plot = curvePlot(PlotQuantity::X, {{0, 0, 0}, {1, 0, 0}, {far, 0, 0}}, {});
+    EXPECT_THAT(valuesOf(plot.curve), ElementsAre(0, 1));
+}
+
+TEST(AxisMarks, AreRoundNumbersInsideOfTheRange) {
+    EXPECT_THAT(axisMarks(0, 10, 6), ElementsAre(0, 2, 4, 6, 8, 10));
+    EXPECT_THAT(axisMarks(-1, 1, 5), ElementsAre(-1, -0.5, 0, 0.5, 1));
+    EXPECT_THAT(axisMarks(12, 57, 5), ElementsAre(20, 30, 40, 50));
+    EXPECT_THAT(axisMarks(3, 3, 5), IsEmpty());
+    EXPECT_THAT(axisMarks(0, 10, 0), IsEmpty());
+}
+
+TEST(PlotFrame, HasItsLowestValueBelowAndTheStartAtTheLeft) {
+    const CurvePlot plot = curvePlot(PlotQuantity::X, growing(), {});
+    const PlotFrame frame{10, 20, 70, 140};
+    EXPECT_EQ(placeIn(frame, plot, 0, 0).x, 10);
+    EXPECT_EQ(placeIn(frame, plot, 0, 0).y, 160);
+    EXPECT_EQ(placeIn(frame, plot, 7, 7).x, 80);
+    EXPECT_EQ(placeIn(frame, plot, 7, 7).y, 20);
+}
+
+TEST(PlotFrame, FindsThePointWhoseMarkIsNearest) {
+    const CurvePlot plot = curvePlot(PlotQuantity::X, growing(), {});
+    const PlotFrame frame{0, 0, 70, 70};
+    const auto found = nearestIn(frame, plot, {33, 38}, 10);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->point, 2) << "at 30, 40";
+    EXPECT_FALSE(nearestIn(frame, plot, {50, 50}, 10));
+}
+
+TEST(CurveTable, HasALineForEachPointAndNothingWhereThereIsNoValue) {
+    EXPECT_EQ(curveTable(curveValues({{0, 0, 0}, {2, 0, 0}, {2, 1.5, 0}})), "point,x,y,z,length,step,growth,curvature\n"
+                                                                            "1,0,0,0,0,3,,\n"
+                                                                            "2,3,0,0,3,1.5,2,0.5962847939999439\n"
+                                                                            "3,3,1.5,0,4.5,,,\n");
+}
+
+} // namespace
+} // namespace velmora

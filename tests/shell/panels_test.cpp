@@ -1,0 +1,213 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QClipboard>
+#include <QComboBox>
+#include <QDockWidget>
+#include <QListWidget>
+#include <QMouseEvent>
+
+#include "CurvePlotPanel.h"
+#include "FrameRig.h"
+#include "messages.h"
+#include "temporary_folder.h"
+
+// The panels beside the view: report, plot and journal.
+
+namespace velmora::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+QDockWidget& dock(FrameRig& rig, const char* id) {
+    return *rig.frame.findChild<QDockWidget*>(QString::fromLatin1(id) + QStringLiteral(".panel"));
+}
+
+std::vector<std::string> linesOf(FrameRig& rig, const char* id) {
+    std::vector<std::string> lines;
+    const auto* list = dock(rig, id).findChild<QListWidget*>(QStringLiteral("lines"));
+    for (int row = 0; row < list->count(); ++row) {
+        lines.push_back(plainBytes(list->item(row)->text()));
+    }
+    return lines;
+}
+
+void click(FrameRig& rig, const char* id, const char* button) {
+    dock(rig, id).findChild<QPushButton*>(QString::fromLatin1(button))->click();
+}
+
+TEST(Panels, AreShownAndHiddenByTheirCommands) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    for (const char* id : {"options.report", "options.curvePlot", "options.journal"}) {
+        EXPECT_TRUE(dock(rig, id).isHidden()) << id;
+        rig.run(id);
+        EXPECT_FALSE(dock(rig, id).isHidden()) << id;
+        EXPECT_TRUE(rig.menuEntry(id)->isChecked()) << id;
+        rig.run(id);
+        EXPECT_TRUE(dock(rig, id).isHidden()) << id;
+    }
+}
+
+TEST(Panels, TheMarkInTheMenuFollowsAPanelThatWasClosed) {
+    FrameRig rig;
+    rig.run("options.journal");
+    dock(rig, "options.journal").close();
+    EXPECT_FALSE(rig.menuEntry("options.journal")->isChecked());
+}
+
+// ---- Journal --------------------------------------------------------------------------------------------------------
+
+TEST(JournalPanel, GrowsWithWhatIsDone) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    rig.run("options.journal");
+    const std::string opened = "open " + desk.model.string();
+    EXPECT_THAT(linesOf(rig, "options.journal"), ElementsAre(opened));
+    rig.person.atDialog("CBlockMove", {{"deltaX", "1"}});
+    rig.run("model.move");
+    rig.run("point.capture");
+    rig.clickOn({1 + 1, 1, 0});
+    EXPECT_THAT(linesOf(rig, "options.journal"), ElementsAre(opened, "run model.move deltaX=1", "run point.capture",
+                                                             testing::StartsWith("capture point 1 ")));
+}
+
+TEST(JournalPanel, CopiesAllOrWhatIsSelected) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    rig.run("options.journal");
+    rig.run("line.captureSection");
+    click(rig, "options.journal", "copy");
+    EXPECT_EQ(QGuiApplication::clipboard()->text(),
+              qtText("open " + desk.model.string() + "\nrun line.captureSection\n"));
+    dock(rig, "options.journal").findChild<QListWidget*>(QStringLiteral("lines"))->item(1)->setSelected(true);
+    click(rig, "options.journal", "copy");
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("run line.captureSection\n"));
+}
+
+TEST(JournalPanel, RunsAScriptAndStopsAtItsFirstError) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    const TemporaryFolder folder;
+    writeFileText(folder / "a.script",
+                  "\xef\xbb\xbfrun model.move deltaX=2\nrun point.capture\ncapture point 1 1 1\ncapture point 1 1 2\n"
+                  "run model.move deltaX=5\n");
+    rig.person.at("messageBox", [](QWidget& box) {
+        const std::string text = plainBytes(dynamic_cast<QMessageBox&>(box).text());
+        EXPECT_THAT(text, HasSubstr("The script ended at line 4: capture point 1 1 2\n\nnothing waits for"));
+        dynamic_cast<QDialog&>(box).accept();
+    });
+    const double before = rig.doc().patches[0][0][0].x;
+    rig.frame.runScript(folder / "a.script");
+    EXPECT_EQ(rig.doc().patches[0][0][0].x, before + 2.0) << "what stands behind the error was not done";
+    EXPECT_TRUE(rig.doc().capture->pointCaptured);
+    EXPECT_TRUE(rig.frame.isWindowModified());
+    EXPECT_EQ(rig.frame.session().journal().lines().back(), "capture point 1 1 1");
+}
+
+TEST(JournalPanel, AScriptAnswersInThePlaceOfThePerson) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    const TemporaryFolder folder;
+    writeFileText(folder / "a.script", "run file.open answer=yes file=" + desk.model.string() +
+                                           "\nrun line.inputSection section=2\nquit answer=no\n");
+    rig.person.at("messageBox", [](QWidget& box) {
+        EXPECT_THAT(plainBytes(dynamic_cast<QMessageBox&>(box).text()), HasSubstr("does not leave the program"));
+        dynamic_cast<QDialog&>(box).accept();
+    });
+    rig.frame.runScript(folder / "a.script");
+    EXPECT_EQ(rig.doc().capture->capturedSection, 1);
+    rig.person.atDialog("CBlockMove", {{"deltaX", "1"}});
+    rig.run("model.move"); // the person is asked again
+    EXPECT_TRUE(rig.person.isDone());
+}
+
+TEST(JournalPanel, AScriptThatIsNotThereIsTold) {
+    FrameRig rig;
+    rig.person.atMessage(QStringLiteral("The script cannot be read: /nowhere/a.script"));
+    rig.frame.runScript("/nowhere/a.script");
+    EXPECT_TRUE(rig.person.isDone());
+}
+
+// ---- Report ---------------------------------------------------------------------------------------------------------
+
+TEST(ReportPanel, FollowsTheModelAndLeadsToAPlace) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    rig.run("options.report");
+    const auto before = linesOf(rig, "options.report");
+    ASSERT_FALSE(before.empty());
+    rig.person.atDialog("CBlockMove", {{"deltaX", "100"}});
+    rig.run("model.move");
+    EXPECT_NE(linesOf(rig, "options.report")[0], before[0]) << "the box";
+    auto* list = dock(rig, "options.report").findChild<QListWidget*>(QStringLiteral("lines"));
+    const auto found = list->findItems(QStringLiteral("    largest step"), Qt::MatchStartsWith);
+    ASSERT_FALSE(found.isEmpty());
+    emit list->itemClicked(found.first());
+    EXPECT_TRUE(rig.doc().capture->pointCaptured);
+    EXPECT_THAT(rig.frame.session().journal().lines().back(), testing::StartsWith("capture point 1 "));
+}
+
+// ---- Plot -----------------------------------------------------------------------------------------------------------
+
+class PlotPanel : public testing::Test {
+protected:
+    PlotPanel() {
+        rig.person.atDialog("CInputSection", {});
+        rig.run("line.inputSection");
+        rig.run("options.curvePlot");
+        panel = dynamic_cast<CurvePlotPanel*>(&dock(rig, "options.curvePlot"));
+        panel->plot().resize(400, 300);
+    }
+
+    /// Where the plot shows point `i` of the curve.
+    QPointF placeOf(std::size_t i) const {
+        const PlotWidget& plot = panel->plot();
+        const PlotPoint& point = plot.plot().curve.pieces.at(0).at(i);
+        const FramePlace at = placeIn(plot.frame(), plot.plot(), point.along, point.value);
+        return {at.x, at.y};
+    }
+    void mouse(QEvent::Type type, const QPointF& at, Qt::MouseButton button) {
+        QMouseEvent event(type, at, panel->plot().mapToGlobal(at), button, button, Qt::NoModifier);
+        QApplication::sendEvent(&panel->plot(), &event);
+    }
+
+    FlatDesk desk;
+    FrameRig rig{desk.model};
+    CurvePlotPanel* panel = nullptr;
+};
+
+TEST_F(PlotPanel, ShowsTheCapturedSectionWithItsNeighbour) {
+    EXPECT_EQ(panel->curve(), rig.doc().patches[0][0]);
+    EXPECT_EQ(panel->plot().plot().quantity, PlotQuantity::Step);
+    EXPECT_EQ(panel->plot().plot().neighbours.size(), 1U) << "the first section has one behind it alone";
+    panel->findChild<QComboBox*>(QStringLiteral("quantity"))->setCurrentIndex(3);
+    EXPECT_EQ(panel->plot().plot().quantity, PlotQuantity::X);
+    rig.person.atDialog("CBlockMove", {{"deltaX", "100"}});
+    rig.run("line.move");
+    EXPECT_EQ(panel->plot().plot().curve.pieces.at(0).at(0).value, rig.doc().patches[0][0][0].x);
+}
+
+TEST_F(PlotPanel, APointUnderTheCursorIsMarkedInThePicture) {
+    panel->findChild<QComboBox*>(QStringLiteral("quantity"))->setCurrentIndex(3);
+    rig.view().OnDraw();
+    const std::size_t batches = rig.view().overlay().list.batches.size();
+    mouse(QEvent::MouseMove, placeOf(1), Qt::NoButton);
+    rig.view().OnDraw();
+    EXPECT_GT(rig.view().overlay().list.batches.size(), batches);
+    mouse(QEvent::MouseMove, {1, 1}, Qt::NoButton);
+    rig.view().OnDraw();
+    EXPECT_EQ(rig.view().overlay().list.batches.size(), batches);
+}
+
+TEST_F(PlotPanel, AClickCapturesThePoint) {
+    panel->findChild<QComboBox*>(QStringLiteral("quantity"))->setCurrentIndex(3);
+    mouse(QEvent::MouseButtonPress, placeOf(1), Qt::LeftButton);
+    EXPECT_TRUE(rig.doc().capture->pointCaptured);
+    EXPECT_TRUE(rig.doc().capture->sectionCaptured) << "the point lies on it";
+    EXPECT_EQ(rig.doc().capture->capturedPoint, 1);
+}
+
+} // namespace
+} // namespace velmora::test

@@ -171,7 +171,8 @@ std::unique_ptr<zBlock_fe> zoneOf(const NumberArray& vertices, const IndexArray&
     }
     auto zone = std::make_unique<zBlock_fe>(nodes, cornersStored * elements, elements);
     for (std::int32_t i = 0; i < elements; ++i) {
-        std::copy_n(corners + coordinates * i, coordinates, zone->connectivity.begin() + cornersStored * i);
+        const std::ptrdiff_t at{i};
+        std::copy_n(corners + at * coordinates, coordinates, zone->connectivity.begin() + at * cornersStored);
     }
     py::ssize_t column = 0;
     for (const char* axis : {"x", "y", "z"}) {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,19 +30,27 @@ inline std::string zipOf(const std::vector<std::pair<std::string, std::string>>&
         }
         return text;
     };
+    const auto joined = [](std::initializer_list<std::string_view> texts) {
+        std::string text;
+        for (const std::string_view part : texts) {
+            text += part;
+        }
+        return text;
+    };
     std::string archive;
     std::string directory;
     for (const auto& [name, content] : parts) {
         // Version, flags, method, time, date, checksum, sizes packed and not, lengths of the name and of nothing more.
-        const std::string common = number(20, 2) + number(0, 6) + number(0x21, 2) + number(zipChecksum(content), 4) +
-                                   number(content.size(), 4) + number(content.size(), 4) + number(name.size(), 2) +
-                                   number(0, 2);
-        directory += "PK\x01\x02" + number(20, 2) + common + number(0, 10) + number(archive.size(), 4) + name;
-        archive += "PK\x03\x04" + common + name + content;
+        const std::string size = number(content.size(), 4);
+        const std::string common =
+            joined({number(20, 2), number(0, 6), number(0x21, 2), number(zipChecksum(content), 4), size, size,
+                    number(name.size(), 2), number(0, 2)});
+        directory += joined({"PK\x01\x02", number(20, 2), common, number(0, 10), number(archive.size(), 4), name});
+        archive += joined({"PK\x03\x04", common, name, content});
     }
-    const std::string end = "PK\x05\x06" + number(0, 4) + number(parts.size(), 2) + number(parts.size(), 2) +
-                            number(directory.size(), 4) + number(archive.size(), 4) + number(0, 2);
-    return archive + directory + end;
+    const std::string count = number(parts.size(), 2);
+    return joined({archive, directory, "PK\x05\x06", number(0, 4), count, count, number(directory.size(), 4),
+                   number(archive.size(), 4), number(0, 2)});
 }
 
 } // namespace velmora::test

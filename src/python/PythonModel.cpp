@@ -58,9 +58,9 @@ auto PythonModel::stopping(Call call) {
     }
 }
 
-PythonModel::PythonModel(const std::filesystem::path& folder, ViewSize size, py::object onEvent, py::object onQuestion,
-                         py::object onProgress)
-    : onEvent_(std::move(onEvent)), onQuestion_(std::move(onQuestion)), onProgress_(std::move(onProgress)),
+PythonModel::PythonModel(const std::filesystem::path& folder, ViewSize size, py::object onMessage,
+                         py::object onQuestion, py::object onProgress)
+    : onMessage_(std::move(onMessage)), onQuestion_(std::move(onQuestion)), onProgress_(std::move(onProgress)),
       session_(*this, {folder, size, false}) {
     Listener listener;
     if (!onQuestion_.is_none()) {
@@ -87,13 +87,12 @@ void PythonModel::print(const Json& event) {
     if (stop_) {
         return; // what is said on the way back is no news
     }
-    stopping([&] {
-        const py::object value = pythonValue(event);
-        events_.append(value);
-        if (!onEvent_.is_none()) {
-            onEvent_(value);
-        }
-    });
+    const py::object value = pythonValue(event);
+    events_.append(value);
+    // Titles and the like are also told while an object ends, where no exception may pass: Python is not called then.
+    if (event.at("event") == "message" && !onMessage_.is_none()) {
+        stopping([&] { onMessage_(value); });
+    }
 }
 
 py::list PythonModel::perform(const Work& work) {

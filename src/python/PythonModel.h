@@ -20,9 +20,10 @@ namespace velmora {
 /// the model is what it was before, and the exception goes on to the caller.
 class PythonModel : private EventPrinter {
 public:
-    /// Untitled models go to `folder`. The functions may be None: `onEvent(dict)` hears each event, `onQuestion(text)`
-    /// answers what a line does not, true for Yes, `onProgress(fraction)` hears of long work.
-    PythonModel(const std::filesystem::path& folder, ViewSize size, pybind11::object onEvent,
+    /// Untitled models go to `folder`. The functions may be None: `onMessage(dict)` hears each message as the event
+    /// that it is, `onQuestion(text)` answers what a line does not, true for Yes, `onProgress(fraction)` hears of long
+    /// work.
+    PythonModel(const std::filesystem::path& folder, ViewSize size, pybind11::object onMessage,
                 pybind11::object onQuestion, pybind11::object onProgress);
 
     /// Carries out the words of one line; its events.
@@ -58,7 +59,7 @@ private:
     template <class Call>
     auto stopping(Call call);
 
-    pybind11::object onEvent_;
+    pybind11::object onMessage_;
     pybind11::object onQuestion_;
     pybind11::object onProgress_;
     pybind11::list events_;

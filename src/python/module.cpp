@@ -23,12 +23,12 @@ py::object helpOf(const std::string& id) {
 void declareModel(py::module_& module) {
     using py::arg;
     py::class_<PythonModel>(module, "Model")
-        .def(py::init([](const std::filesystem::path& folder, int width, int height, py::object onEvent,
+        .def(py::init([](const std::filesystem::path& folder, int width, int height, py::object onMessage,
                          py::object onQuestion, py::object onProgress) {
-                 return std::make_unique<PythonModel>(folder, velmora::ViewSize{width, height}, std::move(onEvent),
+                 return std::make_unique<PythonModel>(folder, velmora::ViewSize{width, height}, std::move(onMessage),
                                                       std::move(onQuestion), std::move(onProgress));
              }),
-             arg("folder"), arg("width"), arg("height"), arg("on_event"), arg("on_question"), arg("on_progress"))
+             arg("folder"), arg("width"), arg("height"), arg("on_message"), arg("on_question"), arg("on_progress"))
         .def("run", &PythonModel::run, arg("words"))
         .def("take_patches", &PythonModel::takePatches, arg("patches"))
         .def("take_zones", &PythonModel::takeZones, arg("zones"))

@@ -1,5 +1,7 @@
 """Commands, answers, reports and refusals."""
 
+import signal
+
 import pytest
 
 import velmora
@@ -154,6 +156,14 @@ def test_progress_is_told_rising_and_false_stops_the_work_with_the_model_as_befo
     assert (model.zones[0].triangles == before.triangles).all()
     model.on_progress = None
     assert model.run("convert.toSkl", **fields).outcome == "ok"
+
+
+def test_ctrl_c_stops_long_work_with_the_model_as_before(examples):
+    model = velmora.open(examples / "c172_wing.stl")
+    model.on_progress = lambda fraction: signal.raise_signal(signal.SIGINT)
+    with pytest.raises(KeyboardInterrupt):
+        model.run("convert.toSkl", number=25, planeAxis=3, borderApproach=2, yourMin=0.01, yourMax=5.2)
+    assert model.state["structureKind"] == "uns" and len(model.zones[0].triangles) == 3610
 
 
 def test_reading_a_file_can_be_stopped_too(examples, tmp_path):

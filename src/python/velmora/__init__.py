@@ -236,7 +236,7 @@ class Model:
     # ---- What the session calls
 
     def _hear(self, event: Event) -> None:
-        if self.on_message is not None and event["event"] == "message":
+        if self.on_message is not None:
             self.on_message(Message(event["text"], event["severity"]))
 
     def _answer(self, text: str) -> bool:

@@ -19,7 +19,7 @@ class Model:
         folder: Union[str, PathLike[str]],
         width: int,
         height: int,
-        on_event: Optional[Callable[[Event], object]],
+        on_message: Optional[Callable[[Event], object]],
         on_question: Optional[Callable[[str], bool]],
         on_progress: Optional[Callable[[float], object]],
     ) -> None: ...

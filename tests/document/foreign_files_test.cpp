@@ -21,6 +21,7 @@ TEST_F(CommandTest, AnImportThatIsStoppedLeavesTheModelAsItWas) {
     ui.stops = true;
     ui.answers = {true};
     ui.files.push_back({folder / "a.obj"});
+    ui.dialogs.push_back({});
     run("file.import");
     EXPECT_TRUE(doc.patches == before);
     EXPECT_TRUE(doc.feRegion.blocks.empty());
@@ -41,6 +42,7 @@ TEST_F(CommandTest, AFileThatOpenTakesIsNotForeign) {
 
 TEST_F(CommandTest, AForeignFileComesByItsPath) {
     writeFileText(folder / "a.obj", triangle);
+    ui.dialogs.push_back({});
     importForeignFile(doc, folder / "a.obj");
     EXPECT_EQ(doc.feRegion.blocks.size(), 1U);
     EXPECT_TRUE(doc.documentModified);

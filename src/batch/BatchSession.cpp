@@ -45,6 +45,10 @@ void BatchSession::showAbout() {
     session_.document().ui().showMessage({Severity::Info, aboutText()});
 }
 
+void BatchSession::savePicture() {
+    velmora::savePicture(session_, {});
+}
+
 void BatchSession::showPanel(Panel panel) {
     const MessageText& text = panel == Panel::Report      ? message::reportIsPrinted
                               : panel == Panel::CurvePlot ? message::curveIsPrinted

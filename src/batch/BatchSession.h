@@ -36,6 +36,7 @@ private:
     void exit() override;
     void showGuide() override;
     void showAbout() override;
+    void savePicture() override;
     void showPanel(Panel panel) override;
 
     void paintIfAsked() override;

@@ -15,6 +15,7 @@
 #include "CommandGuard.h"
 #include "HelpDesk.h"
 #include "Panels.h"
+#include "PixelPicture.h"
 #include "VelmoraDoc.h"
 #include "command_keys.h"
 #include "messages.h"
@@ -215,6 +216,10 @@ void MainFrame::carryOut(const std::function<void()>& work) {
 
 void MainFrame::showGuide() {
     help_->open();
+}
+
+void MainFrame::savePicture() {
+    velmora::savePicture(*session_, pixelDrawer());
 }
 
 void MainFrame::showPanel(Panel panel) {

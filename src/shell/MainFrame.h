@@ -67,6 +67,7 @@ private:
     void exit() override;
     void showGuide() override;
     void showAbout() override { emit aboutWanted(); }
+    void savePicture() override;
     void showPanel(Panel panel) override;
     bool panelShown(Panel panel) const override;
     void toggleToolBars() override;

@@ -25,6 +25,7 @@ public:
     void exit() override { calls.emplace_back("exit"); }
     void showGuide() override { calls.emplace_back("guide"); }
     void showAbout() override { calls.emplace_back("about"); }
+    void savePicture() override { calls.emplace_back("picture"); }
     void showPanel(Panel panel) override { calls.push_back("panel " + std::to_string(static_cast<int>(panel))); }
     void toggleToolBars() override { calls.emplace_back("tool bars"); }
     void toggleStatusBar() override { calls.emplace_back("status bar"); }
@@ -81,12 +82,12 @@ TEST_F(SessionTest, EveryShellCommandOfTheTableIsCarriedOut) {
 }
 
 TEST_F(SessionTest, EachShellCommandDoesItsOwn) {
-    for (const char* id : {"file.exit", "view.toolbar", "view.statusBar", "options.report", "options.curvePlot",
-                           "options.journal", "help.topics", "help.about"}) {
+    for (const char* id : {"file.exit", "file.picture", "view.toolbar", "view.statusBar", "options.report",
+                           "options.curvePlot", "options.journal", "help.topics", "help.about"}) {
         run(id);
     }
-    EXPECT_THAT(shell.calls,
-                ElementsAre("exit", "tool bars", "status bar", "panel 0", "panel 1", "panel 2", "guide", "about"));
+    EXPECT_THAT(shell.calls, ElementsAre("exit", "picture", "tool bars", "status bar", "panel 0", "panel 1", "panel 2",
+                                         "guide", "about"));
 }
 
 TEST_F(SessionTest, ACommandThatIsOffDoesNothing) {

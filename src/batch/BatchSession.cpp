@@ -57,6 +57,10 @@ void BatchSession::showAbout() {
     session_.document().ui().showMessage({Severity::Info, aboutText()});
 }
 
+void BatchSession::savePicture() {
+    velmora::savePicture(session_, {});
+}
+
 void BatchSession::showPanel(Panel panel) {
     const char* line = panel == Panel::Report      ? "print report"
                        : panel == Panel::CurvePlot ? "print curve"

@@ -48,6 +48,7 @@ private:
     void showGuide() override;
     void showKeys() override;
     void showAbout() override;
+    void savePicture() override;
     void showPanel(Panel panel) override;
 
     void paintIfAsked() override;

@@ -61,7 +61,7 @@ std::string joined(std::span<const std::string> words) {
 
 } // namespace
 
-const std::array<ScriptLines::LineKind, 14> ScriptLines::lineKinds = {{
+const std::array<ScriptLines::LineKind, 15> ScriptLines::lineKinds = {{
     {"open", &ScriptLines::openPath, "open PATH"},
     {"run", &ScriptLines::runCommand, "run COMMAND [NAME=VALUE ...]"},
     {"size", &ScriptLines::resize, "size WIDTH HEIGHT, in whole pixels up to 1000000"},
@@ -75,6 +75,8 @@ const std::array<ScriptLines::LineKind, 14> ScriptLines::lineKinds = {{
     {"print", &ScriptLines::print, "print WHAT"},
     {"measure", &ScriptLines::measure, "measure A B [C], each K/N/M, ZONE/NODE or X,Y,Z"},
     {"journal", &ScriptLines::writeJournal, "journal FILE"},
+    {"picture", &ScriptLines::drawPicture,
+     "picture FILE [width=W height=H ground=black|white|clear triad=0|1], sides from 1 to 16384"},
     {"help", &ScriptLines::help, "help COMMAND"},
     {"quit", &ScriptLines::quit, "quit [answer=yes or no]"},
 }};
@@ -215,6 +217,62 @@ MaybeFailure ScriptLines::writeJournal(Words words) {
     }
     if (!writeScript(words[0], session_.journal().lines())) {
         session_.document().ui().showMessage(message::cannotSave);
+    }
+    return std::nullopt;
+}
+
+namespace {
+
+constexpr std::pair<const char*, PictureGround> grounds[] = {
+    {"black", PictureGround::Black}, {"white", PictureGround::White}, {"clear", PictureGround::Clear}};
+
+/// Takes NAME=VALUE; false when there is no such one.
+bool takeSetting(const Assignment& setting, PictureSettings& settings) {
+    if (setting.name == "width" || setting.name == "height") {
+        const auto side = parseInteger(setting.value, 1, largestPictureSide);
+        (setting.name == "width" ? settings.width : settings.height) = side.value_or(0);
+        return side.has_value();
+    }
+    if (setting.name == "triad") {
+        settings.triad = setting.value == "1";
+        return setting.value == "0" || setting.value == "1";
+    }
+    const auto* const ground = std::find_if(std::begin(grounds), std::end(grounds),
+                                            [&](const auto& each) { return setting.value == each.first; });
+    if (setting.name != "ground" || ground == std::end(grounds)) {
+        return false;
+    }
+    settings.ground = ground->second;
+    return true;
+}
+
+} // namespace
+
+MaybeFailure ScriptLines::drawPicture(Words words) {
+    if (words.empty() || !isPath(words[0])) {
+        return badUsage("picture");
+    }
+    PictureSettings settings;
+    settings.width = session_.view().viewport.width;
+    settings.height = session_.view().viewport.height;
+    for (const std::string& word : words.subspan(1)) {
+        const auto setting = asAssignment(word);
+        if (!setting || !takeSetting(*setting, settings)) {
+            return badUsage("picture");
+        }
+    }
+    if (std::max(settings.width, settings.height) > largestPictureSide) {
+        return badUsage("picture");
+    }
+    switch (writePicture(session_, words[0], settings, stage_.pixelDrawer())) {
+    case PictureResult::Written:
+        break;
+    case PictureResult::UnknownType:
+        return ScriptFailure{"no picture of the type of " + inQuotes(words[0]) + " can be drawn here",
+                             "give a file of type .svg, or a .png in the window"};
+    case PictureResult::Failed:
+        session_.document().ui().showMessage(message::cannotSave);
+        break;
     }
     return std::nullopt;
 }

@@ -10,6 +10,7 @@
 
 #include "BatchUserInterface.h"
 #include "Session.h"
+#include "picture_file.h"
 #include "print_values.h"
 
 namespace velmora {
@@ -32,6 +33,8 @@ public:
     virtual void passTime(std::int64_t duration) = 0;
     /// True when the view asked to be closed since it was asked last.
     virtual bool takeCloseRequest() = 0;
+    /// Draws a frame into a file of pixels, where there is something to draw with; see DrawPixels.
+    virtual DrawPixels pixelDrawer() { return {}; }
     /// The script leaves the program; a failure where it cannot.
     virtual MaybeFailure leaveProgram() = 0;
 };
@@ -69,7 +72,7 @@ private:
         const char* usage;
     };
 
-    static const std::array<LineKind, 14> lineKinds;
+    static const std::array<LineKind, 15> lineKinds;
     static MaybeFailure badUsage(const char* word);
 
     MaybeFailure runWords(Words words);
@@ -84,6 +87,7 @@ private:
     MaybeFailure release(Words words);
     MaybeFailure act(const Act& act, const std::string& line);
     MaybeFailure writeJournal(Words words);
+    MaybeFailure drawPicture(Words words);
     MaybeFailure print(Words words);
     MaybeFailure measure(Words words);
     MaybeFailure sayIfFound(const std::string& what, PrintedValue value);

@@ -9,11 +9,13 @@ namespace {
 using enum MenuId;
 
 const ShellCommand commands[] = {
-    {.row = {.id = "file.exit",
-             .menuText = "E&xit",
-             .statusText = "Quit the program",
+    {.row = {.id = "file.picture",
+             .menuText = "Save p&icture...",
+             .statusText = "Save what the view shows as a picture",
              .follows = "file.saveAs",
-             .places = {{File, 810}}},
+             .places = {{File, 630}}},
+     .run = &ShellCommands::savePicture},
+    {.row = {.id = "file.exit", .menuText = "E&xit", .statusText = "Quit the program", .places = {{File, 810}}},
      .run = &ShellCommands::exit},
     {.row = {.id = "view.toolbar",
              .menuText = "&Toolbar",

@@ -16,6 +16,7 @@
 #include "HelpDesk.h"
 #include "KeyListBox.h"
 #include "Panels.h"
+#include "PixelPicture.h"
 #include "StartPanel.h"
 #include "VelmoraDoc.h"
 #include "command_keys.h"
@@ -234,6 +235,10 @@ void MainFrame::showGuide() {
 
 void MainFrame::showKeys() {
     KeyListBox(this).exec();
+}
+
+void MainFrame::savePicture() {
+    velmora::savePicture(*session_, pixelDrawer());
 }
 
 void MainFrame::showPanel(Panel panel) {

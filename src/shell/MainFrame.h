@@ -70,6 +70,7 @@ private:
     void showGuide() override;
     void showKeys() override;
     void showAbout() override { emit aboutWanted(); }
+    void savePicture() override;
     void showPanel(Panel panel) override;
     bool panelShown(Panel panel) const override;
     void toggleToolBars() override;

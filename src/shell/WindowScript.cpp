@@ -3,6 +3,7 @@
 #include <fstream>
 
 #include "CommandGuard.h"
+#include "PixelPicture.h"
 #include "ScriptLines.h"
 #include "script_file.h"
 
@@ -46,6 +47,7 @@ public:
     void resizeView(int, int) override {}
     void passTime(std::int64_t) override {}
     bool takeCloseRequest() override { return false; }
+    DrawPixels pixelDrawer() override { return velmora::pixelDrawer(); }
     MaybeFailure leaveProgram() override {
         return ScriptFailure{"a script in the window does not leave the program", "leave the line out"};
     }

@@ -27,7 +27,7 @@ TEST_F(Refusals, EachNamesItsCauseAndItsRemedy) {
         {.line = "dance",
          .text = "there is no line \"dance\"; begin the line with one of: open run size mouse key capture drag release "
                  "wait "
-                 "print measure journal help quit"},
+                 "print measure journal picture help quit"},
         {.line = "open", .text = "the line \"open\" cannot be read so; write open PATH"},
         {.line = "run", .text = "the line \"run\" cannot be read so; write run COMMAND [NAME=VALUE ...]"},
         {.line = "size 5",

@@ -20,6 +20,7 @@ public:
     void exit() override {}
     void showGuide() override {}
     void showAbout() override {}
+    void savePicture() override {}
     void showPanel(Panel) override {}
 };
 

@@ -1,0 +1,55 @@
+#include "picture_file.h"
+
+#include "Session.h"
+#include "VelmoraDoc.h"
+#include "messages.h"
+#include "path_names.h"
+#include "script_words.h"
+
+namespace velmora {
+
+PictureResult writePicture(Session& session, const std::filesystem::path& file, const PictureSettings& settings,
+                           const DrawPixels& drawPixels) {
+    const std::string extension = extensionOf(file);
+    const bool lines = extension == "svg";
+    if (!lines && (extension != "png" || !drawPixels)) {
+        return PictureResult::UnknownType;
+    }
+    bool written = false;
+    withPicture(session.view(), session.state(), settings, [&](const SceneFrame& frame) {
+        written = lines ? writeText(file, svgOf(frame, settings)) : drawPixels(frame, settings, file);
+    });
+    return written ? PictureResult::Written : PictureResult::Failed;
+}
+
+void savePicture(Session& session, const DrawPixels& drawPixels) {
+    VelmoraDoc& document = session.document();
+    FileRequest request;
+    request.mode = ChooserMode::SaveAs;
+    request.types = {{"svg", "Lines"}};
+    if (drawPixels) {
+        request.types.insert(request.types.begin(), {"png", "Picture"});
+    }
+    request.proposed = document.modelFile.chosenPath;
+    request.proposed.replace_extension(request.types.front().extension);
+    request.command = "file.picture";
+    const auto paths = document.ui().chooseFiles(request);
+    if (paths.empty()) {
+        return;
+    }
+    PictureSettings settings;
+    settings.width = session.view().viewport.width;
+    settings.height = session.view().viewport.height;
+    switch (writePicture(session, paths.front(), settings, drawPixels)) {
+    case PictureResult::Written:
+        break;
+    case PictureResult::UnknownType:
+        document.ui().showMessage(message::fileTypeNotSupported);
+        break;
+    case PictureResult::Failed:
+        document.ui().showMessage(message::cannotSave);
+        break;
+    }
+}
+
+} // namespace velmora

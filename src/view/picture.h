@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "ViewSurface.h"
+
+namespace velmora {
+
+class VelmoraView;
+struct DocumentState;
+
+/// What stands behind the model in a picture.
+enum class PictureGround { Black, White, Clear };
+
+/// The largest side of a picture, in pixels.
+inline constexpr int largestPictureSide = 16384;
+
+/// How a picture is made of what a view shows.
+struct PictureSettings {
+    int width = 800;
+    int height = 600;
+    PictureGround ground = PictureGround::Black;
+    bool triad = true;
+};
+
+/// Hands `draw` what the view would show in a window of that size; afterwards the view is as it was. Nothing to draw of
+/// an empty model: the lists are empty then.
+void withPicture(VelmoraView& view, const DocumentState& document, const PictureSettings& settings,
+                 const std::function<void(const SceneFrame&)>& draw);
+
+/// A colour as it shows on the ground: on a white one what would be white is black.
+Colour onGround(const Colour& colour, PictureGround ground);
+
+/// The lines, outlines of faces and points of a frame as a drawing, SVG 1.1. What stands behind the eye or outside of
+/// the picture is cut off; nothing is hidden by what is in front of it.
+std::string svgOf(const SceneFrame& frame, const PictureSettings& settings);
+
+} // namespace velmora

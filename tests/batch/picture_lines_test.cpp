@@ -1,0 +1,81 @@
+#include <gmock/gmock.h>
+
+#include "SessionFixture.h"
+
+// Pictures as lines of a script.
+
+namespace velmora {
+namespace {
+
+using test::fileText;
+using test::SessionFixture;
+using testing::HasSubstr;
+
+class PictureLines : public SessionFixture {
+protected:
+    std::string drawn() const { return fileText(folder / "a.svg"); }
+};
+
+TEST_F(PictureLines, OfAnEmptyDocumentAreTheGround) {
+    must("picture " + file("a.svg") + " width=30 height=20 ground=white");
+    EXPECT_EQ(drawn(), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                       "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"30\" height=\"20\">\n"
+                       "<rect width=\"30\" height=\"20\" fill=\"#ffffff\"/>\n</svg>\n");
+}
+
+TEST_F(PictureLines, HaveTheSizeOfTheViewAndLeaveItAsItIs) {
+    must("open " + file("plate.apt"));
+    must("run view.zoomOut");
+    const Json before = printed("view");
+    const Json scene = printed("scene overlay");
+    must("picture " + file("a.svg"));
+    EXPECT_THAT(drawn(), HasSubstr("width=\"800\" height=\"600\""));
+    must("picture " + file("a.svg") + " width=333 height=77 triad=0");
+    EXPECT_THAT(drawn(), HasSubstr("width=\"333\" height=\"77\""));
+    EXPECT_EQ(printed("view"), before);
+    EXPECT_EQ(printed("scene overlay"), scene);
+}
+
+TEST_F(PictureLines, ShowTheWiresAndWithoutATriadNothingElse) {
+    must("open " + file("plate.apt"));
+    must("run view.surface");
+    must("picture " + file("a.svg") + " triad=0");
+    // Point (2, 2, 0) stands in the middle, 0.5 above it: 300 / 2.625 pixels are one unit.
+    EXPECT_THAT(drawn(), HasSubstr("400 242.86"));
+    EXPECT_THAT(drawn(), testing::Not(HasSubstr("<text")));
+    const std::size_t without = drawn().size();
+    must("picture " + file("a.svg"));
+    EXPECT_GT(drawn().size(), without);
+}
+
+TEST_F(PictureLines, AreNoneOfTheJournal) {
+    must("picture " + file("a.svg"));
+    EXPECT_EQ(printed("journal"), Json::array());
+}
+
+TEST_F(PictureLines, WhatCannotBeDrawnIsAnError) {
+    const std::string usage = "the line \"picture\" cannot be read so; write picture FILE [width=W height=H "
+                              "ground=black|white|clear triad=0|1], sides from 1 to 16384";
+    for (const char* words : {"", " a.svg width=0", " a.svg height=16385", " a.svg ground=grey", " a.svg triad=2",
+                              " a.svg depth=3", " a.svg 3"}) {
+        EXPECT_EQ(errorOf(std::string("picture") + words), usage) << words;
+    }
+    EXPECT_EQ(errorOf("picture a.jpg"), "no picture of the type of \"a.jpg\" can be drawn here; give a file of type "
+                                        ".svg, or a .png in the window");
+    must("picture " + file("gone/a.svg"));
+    EXPECT_EQ(event("done").value("outcome", ""), "failed");
+}
+
+TEST_F(PictureLines, TheCommandAsksForAFile) {
+    must("open " + file("plate.apt"));
+    must("run file.picture file=" + file("a.svg"));
+    EXPECT_THAT(drawn(), HasSubstr("<path"));
+    EXPECT_EQ(event("chooser").at("extensions"), Json::array({"svg"}));
+    EXPECT_EQ(event("chooser").at("proposed"), (folder / "plate.svg").string());
+    must("run file.picture file=" + file("a.jpg"));
+    EXPECT_EQ(event("message").at("text"), "This file's type is not supported by Sorvane");
+    EXPECT_EQ(event("done").value("outcome", ""), "refused");
+}
+
+} // namespace
+} // namespace velmora

@@ -1,0 +1,97 @@
+#include "picture.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace velmora {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr Colour white{1.0F, 1.0F, 1.0F, 1.0F};
+constexpr Colour red{1.0F, 0.0F, 0.0F, 1.0F};
+
+/// A picture of 200 by 100 pixels in which x and y from -1 to 1 are seen.
+class SvgPicture : public testing::Test {
+protected:
+    std::string svg() {
+        SceneFrame frame;
+        frame.list = &list;
+        frame.overlay = &overlay;
+        frame.modelView = identityMatrix();
+        frame.projection = identityMatrix();
+        return svgOf(frame, settings);
+    }
+    void addLine(const zVec<double>& from, const zVec<double>& to, const Colour& colour) {
+        list.begin(Primitive::Lines, colour);
+        list.addVertices({from, to});
+    }
+
+    DrawList list;
+    Overlay overlay;
+    PictureSettings settings{200, 100, PictureGround::Black, true};
+};
+
+TEST_F(SvgPicture, OfNothingIsItsGround) {
+    EXPECT_EQ(svg(), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                     "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"200\" height=\"100\">\n"
+                     "<rect width=\"200\" height=\"100\" fill=\"#000000\"/>\n</svg>\n");
+    settings.ground = PictureGround::White;
+    EXPECT_THAT(svg(), HasSubstr("fill=\"#ffffff\""));
+    settings.ground = PictureGround::Clear;
+    EXPECT_THAT(svg(), Not(HasSubstr("rect")));
+}
+
+TEST_F(SvgPicture, HasItsUpperLeftAtMinusOneAndOne) {
+    addLine({-1, 1, 0}, {0.5, -0.25, 0}, red);
+    EXPECT_THAT(svg(), HasSubstr("<path d=\"M0 0L150 62.5\" fill=\"none\" stroke=\"#ff0000\" stroke-width=\"1\"/>"));
+}
+
+TEST_F(SvgPicture, OnAWhiteGroundWhiteLinesAreBlack) {
+    settings.ground = PictureGround::White;
+    addLine({-1, 0, 0}, {1, 0, 0}, white);
+    addLine({-1, 0, 0}, {1, 0, 0}, red);
+    EXPECT_THAT(svg(), HasSubstr("stroke=\"#000000\""));
+    EXPECT_THAT(svg(), HasSubstr("stroke=\"#ff0000\""));
+    settings.ground = PictureGround::Clear;
+    EXPECT_THAT(svg(), HasSubstr("stroke=\"#ffffff\""));
+}
+
+TEST_F(SvgPicture, LinesAreCutAtItsSides) {
+    addLine({-3, 0, 0}, {1, 0, 0}, red);
+    EXPECT_THAT(svg(), HasSubstr("d=\"M0 50L200 50\""));
+    list.clear();
+    addLine({-3, 0, 0}, {-2, 0.5, 0}, red);
+    addLine({0, 0, -5}, {0, 1, -4}, red); // in front of what is seen
+    EXPECT_THAT(svg(), Not(HasSubstr("path")));
+}
+
+TEST_F(SvgPicture, AStripIsALineFromPointToPointAndAFaceItsOutline) {
+    list.begin(Primitive::LineStrip, red);
+    list.addVertices({{-1, 0, 0}, {0, 0, 0}, {0, 1, 0}});
+    EXPECT_THAT(svg(), HasSubstr("d=\"M0 50L100 50M100 50L100 0\""));
+    list.clear();
+    list.begin(Primitive::Triangles, red);
+    list.addVertices({{-1, 0, 0}, {0, 0, 0}, {0, 1, 0}});
+    EXPECT_THAT(svg(), HasSubstr("d=\"M0 50L100 50M100 50L100 0M100 0L0 50\""));
+    list.clear();
+    list.begin(Primitive::QuadStrip, red);
+    list.addVertices({{-1, 1, 0}, {-1, 0, 0}, {0, 1, 0}, {0, 0, 0}});
+    EXPECT_THAT(svg(), HasSubstr("d=\"M0 0L0 50M0 0L100 0M0 50L100 50M100 0L100 50\""));
+}
+
+TEST_F(SvgPicture, APointIsASquareOfItsSize) {
+    overlay.list.point({0, 0, 0}, 6.0F, red);
+    EXPECT_THAT(svg(), HasSubstr("<path d=\"M97 47h6v6h-6z\" fill=\"#ff0000\"/>"));
+}
+
+TEST_F(SvgPicture, TextsStandAtTheirPlaces) {
+    overlay.texts.push_back({"<7&", {0, 0, 0}, red});
+    overlay.texts.push_back({"out", {2, 0, 0}, red});
+    EXPECT_THAT(svg(), HasSubstr("<text x=\"100\" y=\"50\" fill=\"#ff0000\" font-size=\"12\">&lt;7&amp;</text>"));
+    EXPECT_THAT(svg(), Not(HasSubstr("out")));
+}
+
+} // namespace
+} // namespace velmora

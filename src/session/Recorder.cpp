@@ -96,7 +96,7 @@ std::vector<std::filesystem::path> Recorder::chooseFiles(const FileRequest& requ
 }
 
 bool Recorder::wantsToStop() {
-    const bool stop = person_.wantsToStop();
+    const bool stop = person_->wantsToStop();
     if (stop) {
         note(&CommandReport::stopped);
     }

@@ -37,6 +37,25 @@ PatchList sheets(int points) {
     return list;
 }
 
+/// A ball of patches of 40,000 points each, from pole to pole; its front is outside, or inside.
+PatchList patchedBall(int points, bool insideOut) {
+    const int count = points / (side * side);
+    PatchList list;
+    for (int k = 0; k < count; ++k) {
+        Patch patch(static_cast<std::size_t>(side));
+        for (int n = 0; n < side; ++n) {
+            for (int m = 0; m < side; ++m) {
+                const double u = 3.14159265358979 * (k + n / (side - 1.0)) / count;
+                const double v = (insideOut ? 2 : -2) * 3.14159265358979 * m / (side - 1.0);
+                patch[static_cast<std::size_t>(n)].emplace_back(std::sin(u) * std::cos(v), std::sin(u) * std::sin(v),
+                                                                std::cos(u));
+            }
+        }
+        list.push_back(std::move(patch));
+    }
+    return list;
+}
+
 /// A ball of about that many triangles.
 std::unique_ptr<zBlock_fe> ball(int triangles) {
     const int rows = static_cast<int>(std::sqrt(triangles / 4.0));
@@ -60,6 +79,8 @@ std::unique_ptr<zBlock_fe> ball(int triangles) {
     return test::triangleZone("ball", nodes, corners);
 }
 
+enum class Model { Triangles, Ball, InsideOut, Sheets };
+
 struct Desk {
     test::OffscreenGl gl;
     test::RecordingUi ui;
@@ -67,13 +88,13 @@ struct Desk {
     test::OffscreenSurface surface{width, height};
     VelmoraView view{document, surface};
 
-    explicit Desk(int points, bool triangles) {
+    Desk(int points, Model model) {
         document.onNewDocument();
-        if (triangles) {
+        if (model == Model::Triangles) {
             document.feRegion.blocks.push_back(ball(points));
             document.structureKind = StructureKind::Unstructured;
         } else {
-            document.patches = sheets(points);
+            document.patches = model == Model::Sheets ? sheets(points) : patchedBall(points, model == Model::InsideOut);
             document.checkRegularity(document.patches);
         }
         view.OnSize(width, height);
@@ -87,8 +108,8 @@ struct Desk {
 
 enum class Act { Mouse, DrawAnew, Turn };
 
-void frames(benchmark::State& state, bool triangles, bool surface, Act act) {
-    Desk desk(static_cast<int>(state.range(0)), triangles);
+void frames(benchmark::State& state, Model model, bool surface, Act act) {
+    Desk desk(static_cast<int>(state.range(0)), model);
     desk.document.surfaceMode = surface;
     desk.document.redraw();
     desk.view.OnDraw();
@@ -112,28 +133,34 @@ void frames(benchmark::State& state, bool triangles, bool surface, Act act) {
 }
 
 void triangleFrame(benchmark::State& state) {
-    frames(state, true, true, Act::DrawAnew);
+    frames(state, Model::Triangles, true, Act::DrawAnew);
 }
 void triangleMouse(benchmark::State& state) {
-    frames(state, true, true, Act::Mouse);
+    frames(state, Model::Triangles, true, Act::Mouse);
 }
 void triangleTurn(benchmark::State& state) {
-    frames(state, true, true, Act::Turn);
+    frames(state, Model::Triangles, true, Act::Turn);
 }
 void gridFrame(benchmark::State& state) {
-    frames(state, false, true, Act::DrawAnew);
+    frames(state, Model::Ball, true, Act::DrawAnew);
 }
 void gridMouse(benchmark::State& state) {
-    frames(state, false, true, Act::Mouse);
+    frames(state, Model::Ball, true, Act::Mouse);
 }
 void gridTurn(benchmark::State& state) {
-    frames(state, false, true, Act::Turn);
+    frames(state, Model::Ball, true, Act::Turn);
+}
+void insideOutFrame(benchmark::State& state) {
+    frames(state, Model::InsideOut, true, Act::DrawAnew);
+}
+void sheetsFrame(benchmark::State& state) {
+    frames(state, Model::Sheets, true, Act::DrawAnew);
 }
 void wireFrame(benchmark::State& state) {
-    frames(state, false, false, Act::DrawAnew);
+    frames(state, Model::Ball, false, Act::DrawAnew);
 }
 void wireTurn(benchmark::State& state) {
-    frames(state, false, false, Act::Turn);
+    frames(state, Model::Ball, false, Act::Turn);
 }
 
 BENCHMARK(triangleFrame)->Arg(1000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
@@ -142,6 +169,8 @@ BENCHMARK(triangleTurn)->Arg(1000000)->Unit(benchmark::kMillisecond)->MeasurePro
 BENCHMARK(gridFrame)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 BENCHMARK(gridMouse)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 BENCHMARK(gridTurn)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(insideOutFrame)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(sheetsFrame)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 BENCHMARK(wireFrame)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 BENCHMARK(wireTurn)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 

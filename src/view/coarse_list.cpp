@@ -150,7 +150,7 @@ DrawList coarseZones(const DocumentState& document, int number, std::size_t vert
             continue;
         }
         const Colour colour = colours.next(k);
-        if (const ZoneCoordinates at = coordinatesOf(zone.variables); at && side > 0.0) {
+        if (const ZoneCoordinates at = coordinatesOf(zone.variables); at && side > 0.0 && std::isfinite(side)) {
             list.begin(Primitive::Triangles, colour).lit = withNormals;
             addCoarseZone(list, zone, NodeCubes(at, document.boxMin, side), withNormals);
         }

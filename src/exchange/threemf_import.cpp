@@ -216,12 +216,13 @@ Use ThreemfReader::useOf(const XmlAttributes& attributes) const {
 // without number.
 void ThreemfReader::place() {
     constexpr std::size_t deepest = 64;
-    constexpr std::int64_t mostSteps = std::int64_t{1} << 20;
+    constexpr std::int64_t mostSteps = std::int64_t{1} << 17;
     struct Step {
         Use use;
         std::size_t depth = 0;
     };
     std::vector<Step> waiting;
+    std::vector<const Object*> path; // to the object at hand
     for (auto item = items_.rbegin(); item != items_.rend(); ++item) {
         waiting.push_back({*item, 0});
     }
@@ -238,6 +239,12 @@ void ThreemfReader::place() {
             continue;
         }
         Object& object = found->second;
+        path.resize(step.depth);
+        if (std::find(path.begin(), path.end(), &object) != path.end()) {
+            ++circles_;
+            continue;
+        }
+        path.push_back(&object);
         const std::string& name = object.name.empty() ? step.use.name : object.name;
         object.isUsed = true;
         if (!object.corners.empty()) {

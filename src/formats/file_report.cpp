@@ -37,10 +37,10 @@ void addCounts(const FileRead& read, std::vector<std::string>& lines) {
     for (const auto& [kind, count] : read.found) {
         add(kind);
     }
-    for (const auto& [kind, count] : read.kept) {
+    for (const auto& kept : read.kept) {
         if (std::none_of(read.found.begin(), read.found.end(),
-                         [&](const auto& other) { return other.first == kind; })) {
-            add(kind);
+                         [&kept](const auto& other) { return other.first == kept.first; })) {
+            add(kept.first);
         }
     }
 }

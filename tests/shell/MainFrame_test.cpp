@@ -612,8 +612,8 @@ TEST(MainFrame, IsAtRestAfterAFileThatCannotBeRead) {
     const FlatDesk desk;
     writeFileText(desk.folder / "torn.apt", "3 4\n1 2");
     writeFileText(desk.folder / "torn.dat", "VARIABLES = X Y Z\nZONE I=2 J=2 F=POINT\n1 2");
-    writeFileText(desk.folder / "what.xyz", "1 2 3");
-    for (const char* name : {"absent.apt", "torn.apt", "torn.dat", "what.xyz"}) {
+    writeFileText(desk.folder / "what.grid", "1 2 3");
+    for (const char* name : {"absent.apt", "torn.apt", "torn.dat", "what.grid"}) {
         SCOPED_TRACE(name);
         FrameRig rig(desk.model);
         int boxes = 0;
@@ -629,6 +629,25 @@ TEST(MainFrame, IsAtRestAfterAFileThatCannotBeRead) {
         EXPECT_GE(boxes, 1);
         expectAtRest(rig);
     }
+}
+
+TEST(MainFrame, AFileThatOnlyImportTakesIsOfferedToIt) {
+    const FlatDesk desk;
+    writeFileText(desk.folder / "tent.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");
+    const QString offer = QStringLiteral("tent.obj is a file of another program. Import it?");
+    FrameRig rig(desk.model);
+    const std::size_t patches = rig.doc().patches.size();
+    rig.person.atQuestion(offer, false);
+    rig.frame.openFile(qtPath(desk.folder / "tent.obj"));
+    EXPECT_EQ(rig.doc().patches.size(), patches);
+    rig.person.atQuestion(offer, true);
+    rig.person.atDialog("CImport", {});
+    rig.frame.openFile(qtPath(desk.folder / "tent.obj"));
+    EXPECT_TRUE(rig.person.isDone());
+    EXPECT_TRUE(rig.doc().patches.empty());
+    EXPECT_EQ(rig.doc().feRegion.blocks.size(), 1U);
+    EXPECT_TRUE(rig.doc().documentModified);
+    expectAtRest(rig);
 }
 
 TEST(MainFrame, IsAtRestAfterASaveThatFailed) {

@@ -19,6 +19,7 @@ class QuietShell : public ShellCommands {
 public:
     void exit() override {}
     void showGuide() override {}
+    void showKeys() override {}
     void showAbout() override {}
     void savePicture() override {}
     void showPanel(Panel) override {}

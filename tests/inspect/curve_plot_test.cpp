@@ -123,10 +123,11 @@ TEST(PlotFrame, FindsThePointWhoseMarkIsNearest) {
 }
 
 TEST(CurveTable, HasALineForEachPointAndNothingWhereThereIsNoValue) {
+    // Legs of 2 and 1.5: the circle through the corner has the diameter 2.5.
     EXPECT_EQ(curveTable(curveValues({{0, 0, 0}, {2, 0, 0}, {2, 1.5, 0}})), "point,x,y,z,length,step,growth,curvature\n"
-                                                                            "1,0,0,0,0,3,,\n"
-                                                                            "2,3,0,0,3,1.5,2,0.5962847939999439\n"
-                                                                            "3,3,1.5,0,4.5,,,\n");
+                                                                            "1,0,0,0,0,2,,\n"
+                                                                            "2,2,0,0,2,1.5,1.3333333333333333,0.8\n"
+                                                                            "3,2,1.5,0,3.5,,,\n");
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <csignal>
 #include <fstream>
 #include <iomanip>
 #include <iostream>
@@ -231,6 +232,8 @@ int runProgram(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    // A file that may not grow on is a write that fails, and no end of the program.
+    std::signal(SIGXFSZ, SIG_IGN);
     try {
         return runProgram(argc, argv);
     } catch (const std::exception& error) {

@@ -141,7 +141,12 @@ std::size_t facetsOf(std::string_view text, SolidTaker& taker, FileRead& record)
         return whole;
     }
     taker.foundFacets = static_cast<std::int64_t>(told);
-    tellMissing(record, "Bytes behind the last facet", static_cast<std::int64_t>(bytes - told * facetSize));
+    const std::size_t behind = bytes - told * facetSize;
+    if (told == whole) {
+        record.losesDetail("Bytes behind the last facet: " + std::to_string(behind)); // less than a facet
+    } else {
+        tellMissing(record, "Bytes behind the last facet", static_cast<std::int64_t>(behind));
+    }
     return told;
 }
 

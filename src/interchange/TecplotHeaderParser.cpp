@@ -104,7 +104,7 @@ bool TecplotHeaderParser::parse(const std::string& text) {
             header_.fileHeaderRead = true;
             parseFileHeader();
         } else {
-            place_ = wordEnd_;
+            passOver(keyword);
         }
     }
     return false;
@@ -230,8 +230,17 @@ void TecplotHeaderParser::takeZoneValue(std::string_view keyword) {
     } else if (keyword == "PASSIVEVARLIST") {
         takePassiveVariables();
     } else {
-        place_ = wordEnd_;
+        passOver(keyword);
     }
+}
+
+void TecplotHeaderParser::passOver(std::string_view keyword) {
+    static constexpr std::array<std::string_view, 6> values = {"STRANDID", "SOLUTIONTIME",   "PARENTZONE",
+                                                               "AUXDATA",  "DATASETAUXDATA", "VARAUXDATA"};
+    if (std::find(values.begin(), values.end(), keyword) != values.end()) {
+        header_.passedOver.emplace(keyword);
+    }
+    place_ = wordEnd_;
 }
 
 void TecplotHeaderParser::takeZoneType() {

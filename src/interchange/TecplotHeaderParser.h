@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -49,6 +50,7 @@ struct TecplotHeader {
     std::array<std::size_t, 3> coordinates{}; ///< indices of x, y, z; of no meaning without variables
     std::int32_t zoneNumber = 1;
     TecplotZoneHeader zone;
+    std::set<std::string> passedOver; ///< keywords that say something which no model keeps
 };
 
 /// The message of the error for a file in which not all of x, y, z were found.
@@ -81,6 +83,7 @@ private:
     void findCoordinates();
     void parseZoneHeader();
     void takeZoneValue(std::string_view keyword);
+    void passOver(std::string_view keyword);
     void takeZoneType();
     void takePacking();
     void takePassiveVariables();

@@ -18,8 +18,9 @@ bool isOneOf(std::string_view word, const std::array<std::string_view, count>& w
 
 /// Fields whose numbers move, turn or scale what stands below them.
 constexpr std::array<std::string_view, 5> placingFields{"translation", "rotation", "scale", "scaleFactor", "matrix"};
-constexpr std::array<std::string_view, 9> shapes{"Box",       "Cone",          "Cylinder",       "Sphere",  "Cube",
-                                                 "Extrusion", "ElevationGrid", "IndexedLineSet", "PointSet"};
+constexpr std::array<std::string_view, 11> shapes{"Box",           "Cone",           "Cylinder",  "Sphere",
+                                                  "Cube",          "Text",           "AsciiText", "Extrusion",
+                                                  "ElevationGrid", "IndexedLineSet", "PointSet"};
 constexpr std::array<std::string_view, 5> colourFields{"diffuseColor", "ambientColor", "emissiveColor", "specularColor",
                                                        "transparency"};
 constexpr std::array<std::string_view, 7> textureNodes{"ImageTexture",     "PixelTexture",     "MovieTexture",

@@ -123,6 +123,7 @@ void zSTLReader::noteLosses(TextStream& input) {
                                   std::to_string(input.lineOf(losses_.firstDamaged)));
     }
     lose(losses_.narrow, std::to_string(losses_.narrow) + " of fewer than three corners");
+    lose(losses_.swallowed, std::to_string(losses_.swallowed) + " behind a facet without its end");
     if (losses_.fans > 0) {
         record.alters("Facets of more than three corners: " + std::to_string(losses_.fans) + ", made triangles");
     }
@@ -209,7 +210,11 @@ bool zSTLReader::readFacet(TextStream& input) {
     } else {
         ++losses_.narrow;
     }
-    input.readWord(word);
+    // Where "endfacet" is missing, the facet behind loses its first word, and so all of it.
+    if (input.readWord(word) && word == "facet") {
+        ++losses_.swallowed;
+        countOf(record.found, "facets") += 1;
+    }
     return true;
 }
 

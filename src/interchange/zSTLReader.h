@@ -64,6 +64,7 @@ private:
         std::int64_t damaged = 0;
         std::int64_t firstDamaged = 0; // byte
         std::int64_t narrow = 0;       // fewer than three corners
+        std::int64_t swallowed = 0;    // taken for the end of the facet before
         std::int64_t fans = 0;
         std::int64_t degenerate = 0;
         std::int64_t longNames = 0;

@@ -51,6 +51,8 @@ public:
                 ++header_.zoneNumber;
                 readZone(structured, unstructured);
                 lookBehindZone();
+            } else if (stream_.good()) {
+                record_.losesGeometry("Numbers that belong to no zone are not read, from " + lineText(stream_) + " on");
             }
             skipToTecplotZone(stream_);
         }
@@ -131,6 +133,13 @@ private:
         }
         if (losses_.titles > 0) {
             record_.losesDetail("Titles of zones that patches do not have: " + std::to_string(losses_.titles));
+        }
+        if (!header_.passedOver.empty()) {
+            std::string names;
+            for (const std::string& name : header_.passedOver) {
+                names += (names.empty() ? "" : ", ") + name;
+            }
+            record_.losesDetail("Values of headers that are not kept: " + names);
         }
         if (losses_.quadrilaterals > 0) {
             record_.alters("Quadrilaterals: " + std::to_string(losses_.quadrilaterals) + ", made triangles");

@@ -359,8 +359,12 @@ void onError(const SoError* error, void* /*data*/) {
 }
 
 void SceneReader::run() {
-    const std::string content = contentOf(work_.path).substr(0, 64);
-    out_.format(formatOf(content, work_.format));
+    const std::string content = contentOf(work_.path);
+    out_.format(formatOf(content.substr(0, 64), work_.format));
+    const auto speaksOf = [&content](const char* word) { return content.find(word) != std::string::npos; };
+    if (speaksOf("Material") || speaksOf("Color ") || speaksOf("Texture")) {
+        out_.detail("Colours, materials and textures are not kept");
+    }
     out_.singlePrecision();
     SoDB::init();
     SoError::setHandlerCallback(onError, nullptr);

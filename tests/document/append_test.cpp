@@ -57,6 +57,13 @@ TEST_F(Append, CancelledChangesNothing) {
     EXPECT_THAT(viewCalls(), IsEmpty());
 }
 
+TEST_F(Append, OfAFileThatGivesNothingLeavesTheTypeOfTheModel) {
+    append("absent.skl", "");
+    EXPECT_EQ(doc.modelFile.fileExtension, "apt");
+    EXPECT_EQ(doc.patches, PatchList{wing});
+    EXPECT_FALSE(doc.documentModified);
+}
+
 TEST_F(Append, PushesTheFilesPatchesBehindThoseThatAreThere) {
     EXPECT_THAT(append("other/Tail.apt", aptText({tail})), ElementsAre("chooser: Append -> 1"));
     EXPECT_EQ(doc.patches, (PatchList{wing, tail}));

@@ -518,6 +518,16 @@ TEST_F(OpenByPath, OfAFileThatGivesNoModelIsCancelledAfterTheReadersMessageAndLe
     expectKinds(StructureKind::Structured, FileKind::Apt);
 }
 
+TEST_F(OpenByPath, OfAFileWithoutAPointLeavesTheModel) {
+    hold({flatPatch(2, 3)});
+    doc.documentModified = true;
+    writeFileText(folder / "empty.skl", "1\n-2\n");
+    doc.onOpenDocument(folder / "empty.skl");
+    EXPECT_EQ(heard().back(), cancelled);
+    EXPECT_EQ(doc.patches, PatchList{flatPatch(2, 3)});
+    EXPECT_TRUE(doc.documentModified);
+}
+
 TEST_F(OpenByPath, OfAnUnsupportedTypeIsCancelled) {
     doc.onOpenDocument(folder / "notes.txt");
     const Lines lines = heard();

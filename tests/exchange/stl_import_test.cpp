@@ -224,10 +224,11 @@ TEST(StlImport, ABinaryFileCutInAFacetKeepsTheWholeOnes) {
     }
 }
 
-TEST(StlImport, BytesBehindTheLastFacetAreTold) {
+TEST(StlImport, BytesBehindTheLastFacetAreToldAndNoGeometry) {
     const Imported file = read(binary(1, {first}) + "abc");
     EXPECT_THAT(test::cornersOf(file.model), ElementsAre(first));
-    EXPECT_FALSE(file.record.complete);
+    EXPECT_TRUE(file.record.complete);
+    EXPECT_FALSE(file.record.lossless);
     EXPECT_THAT(file.record.reasons, ElementsAre("Bytes behind the last facet: 3"));
 }
 

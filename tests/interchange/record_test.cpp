@@ -125,6 +125,32 @@ TEST_F(ZoneRecord, DamagedAndNarrowFacetsAreTold) {
                                             "Facets in the file: 3, kept: 1 (1 of fewer than three corners)"));
 }
 
+TEST_F(ZoneRecord, AFacetBehindOneWithoutItsEndIsToldAsLost) {
+    const std::string endless = facet.substr(0, facet.rfind("endfacet"));
+    const FileRead record = read("a.stl", "solid a\n" + endless + facet + facet + "endsolid a\n");
+    EXPECT_EQ(record.found, (Counts{{"facets", 3}, {"solids", 1}}));
+    EXPECT_EQ(record.kept, (Counts{{"facets", 2}, {"solids", 1}}));
+    EXPECT_FALSE(record.complete);
+    EXPECT_THAT(record.reasons, ElementsAre("Facets in the file: 3, kept: 2 (1 behind a facet without its end)"));
+}
+
+TEST_F(ZoneRecord, NumbersThatBelongToNoZoneAreToldAsLost) {
+    const FileRead record = read("a.dat", datHead + "0 0 0\n1 0 0\n0 5 0\n" + gridZone);
+    EXPECT_FALSE(record.complete);
+    EXPECT_THAT(record.reasons, ElementsAre("Numbers that belong to no zone are not read, from line 3 on"));
+    EXPECT_EQ(countOf(record.kept, "zones"), 1);
+}
+
+TEST_F(ZoneRecord, HeaderValuesThatNoModelKeepsAreTold) {
+    const FileRead record =
+        read("a.dat", "TITLE = \"t\"\nVARIABLES = \"x\" \"y\" \"z\"\nDATASETAUXDATA foo = \"bar\"\n"
+                      "ZONE STRANDID=1, SOLUTIONTIME=2.5, I=2, J=2, K=1, F=POINT\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n");
+    EXPECT_TRUE(record.complete);
+    EXPECT_FALSE(record.lossless);
+    EXPECT_THAT(record.reasons,
+                ElementsAre("Values of headers that are not kept: DATASETAUXDATA, SOLUTIONTIME, STRANDID"));
+}
+
 TEST_F(ZoneRecord, DegenerateAndWideFacetsAreKeptAndTold) {
     const FileRead record =
         read("a.stl", "solid a\nfacet normal 0 0 0\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 2 0 0\nendloop\n"
@@ -204,13 +230,13 @@ TEST_F(ZoneRecord, ColoursNamesAndOtherShapesAreTold) {
     EXPECT_FALSE(coloured.lossless);
     EXPECT_THAT(coloured.reasons,
                 ElementsAre("Records of colours that are not kept: 1", "Names of nodes that are not kept: 1"));
-    const FileRead shapes =
-        read("a.wrl", vrmlHead + "Shape { geometry Box { size 1 1 1 } }\n" + faces +
-                          "Shape { geometry IndexedLineSet { } }\nUSE B\nInline { url \"b.wrl\" }\n");
+    const FileRead shapes = read("a.wrl", vrmlHead + "Shape { geometry Box { size 1 1 1 } }\n" + faces +
+                                              "Shape { geometry Text { string \"abc\" } }\nShape { geometry "
+                                              "IndexedLineSet { } }\nUSE B\nInline { url \"b.wrl\" }\n");
     EXPECT_FALSE(shapes.complete);
     EXPECT_THAT(shapes.reasons, ElementsAre("Shapes that stand again by USE and are not read: 1",
                                             "Parts of the scene in other files, which are not read: 1",
-                                            "Shapes other than face sets are not read: Box, IndexedLineSet"));
+                                            "Shapes other than face sets are not read: Box, IndexedLineSet, Text"));
 }
 
 TEST_F(ZoneRecord, QuadrilateralsThatBecomeTrianglesAreTold) {

@@ -243,7 +243,8 @@ void VelmoraDoc::onOpenDocuments(const std::vector<std::filesystem::path>& paths
             std::any_of(paths.begin() + 1, paths.end(), [&paths](const auto& path) { return joinsFirst(path, paths); });
         modelFile.adopt(paths.front());
         loadFile(*this, modelFile.chosenPath, modelFile.fileExtension, {.joins = several}, tally);
-        gaveModel = structureKind != StructureKind::None;
+        // A grid may have a name alone; any other file without a point gives nothing.
+        gaveModel = structureKind != StructureKind::None && (gridNamed || !holdsNothingToSave(*this));
         if (gaveModel) {
             before.keepForUndo();
         }
@@ -274,6 +275,7 @@ void VelmoraDoc::appendFile() {
         return;
     }
     const bool modifiedBefore = documentModified;
+    const std::string extensionBefore = modelFile.fileExtension;
     SavePatchUndo();
     patchUndoReady = true;
     LoadTally tally;
@@ -287,7 +289,9 @@ void VelmoraDoc::appendFile() {
         loadFile(*this, path, modelFile.fileExtension, mode, tally);
     }
     if (partsOf(*this) == partsBefore) {
-        documentModified = modifiedBefore; // a file that gave nothing changed nothing
+        // A file that gave nothing changed nothing.
+        documentModified = modifiedBefore;
+        modelFile.fileExtension = extensionBefore;
     }
     rebuildOnUndo = true;
     leaveRegimes();

@@ -1,0 +1,50 @@
+#include "field_words.h"
+
+#include "qt_text.h"
+
+namespace velmora {
+
+namespace {
+
+/// The decimal point is told apart from the comma, which many keyboards offer in its place.
+const QString decimalPoint = QStringLiteral("decimals stand behind a point, as in 0.5");
+
+bool isReal(const DialogField& field) {
+    return field.kind == FieldKind::Real;
+}
+
+/// A limit as it would be typed.
+QString limitText(const DialogField& field, double limit) {
+    return isReal(field) ? qtText(numberText(limit)) : QString::number(static_cast<qint64>(limit));
+}
+
+QString rangeOf(const DialogField& field) {
+    if (field.minimum && field.maximum) {
+        return QStringLiteral(" between %1 and %2")
+            .arg(limitText(field, *field.minimum), limitText(field, *field.maximum));
+    }
+    if (field.minimum) {
+        return QStringLiteral(" from %1 on").arg(limitText(field, *field.minimum));
+    }
+    return field.maximum ? QStringLiteral(" up to %1").arg(limitText(field, *field.maximum)) : QString();
+}
+
+} // namespace
+
+QString valuesOf(const DialogField& field) {
+    if (field.readOnly) {
+        return QStringLiteral("Shown only");
+    }
+    return (isReal(field) ? QStringLiteral("A number") : QStringLiteral("An integer")) + rangeOf(field);
+}
+
+void nameField(QMessageBox& box, const DialogField& field) {
+    QString text = qtText(field.label.empty() ? field.key : field.label);
+    if (field.kind == FieldKind::Integer || isReal(field)) {
+        text += QStringLiteral(": ") + valuesOf(field).toLower();
+        text += isReal(field) ? QStringLiteral("; ") + decimalPoint : QString();
+    }
+    box.setInformativeText(text + QLatin1Char('.'));
+}
+
+} // namespace velmora

@@ -6,9 +6,11 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QListView>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QScreen>
+#include <QStyle>
 #include <QTimer>
 #include <QTreeView>
 #include <algorithm>
@@ -108,6 +110,11 @@ void giveColumnsRoom(QFileDialog& dialog) {
     header.setStretchLastSection(false);
     header.setSectionResizeMode(QHeaderView::ResizeToContents);
     header.setSectionResizeMode(0, QHeaderView::Stretch);
+    if (auto* places = dialog.findChild<QListView*>(QStringLiteral("sidebar"))) {
+        constexpr int widestPlaces = 240;
+        const int frame = 2 * places->frameWidth() + places->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+        places->setMinimumWidth(std::min(places->sizeHintForColumn(0) + frame, widestPlaces));
+    }
     dialog.resize(dialog.size().expandedTo(roomySize).boundedTo(dialog.screen()->availableSize()));
 }
 

@@ -39,12 +39,15 @@ QString valuesOf(const DialogField& field) {
 }
 
 void nameField(QMessageBox& box, const DialogField& field) {
-    QString text = qtText(field.label.empty() ? field.key : field.label);
-    if (field.kind == FieldKind::Integer || isReal(field)) {
-        text += QStringLiteral(": ") + valuesOf(field).toLower();
-        text += isReal(field) ? QStringLiteral("; ") + decimalPoint : QString();
+    QString text = QStringLiteral("The field is \"%1\".").arg(qtText(field.label.empty() ? field.key : field.label));
+    const bool isWhole = field.kind == FieldKind::Integer;
+    const bool isTold = field.minimum && field.maximum; // both ends stand in the text of the box
+    if (isWhole && !isTold) {
+        text += QStringLiteral(" It takes %1.").arg(valuesOf(field).toLower());
+    } else if (isReal(field)) {
+        text += QStringLiteral(" It takes %1; %2.").arg(valuesOf(field).toLower(), decimalPoint);
     }
-    box.setInformativeText(text + QLatin1Char('.'));
+    box.setInformativeText(text);
 }
 
 } // namespace velmora

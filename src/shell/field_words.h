@@ -10,7 +10,8 @@ namespace velmora {
 /// typed.
 QString valuesOf(const DialogField& field);
 
-/// Adds to the box of a refusal which field it means, and of a number what that takes and how decimals are written.
+/// Adds to the box of a refusal which field it means, what that takes where the text does not tell it already, and how
+/// decimals are written.
 void nameField(QMessageBox& box, const DialogField& field);
 
 } // namespace velmora

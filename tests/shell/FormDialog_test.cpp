@@ -18,6 +18,8 @@
 #include "DocumentState.h"
 #include "Person.h"
 #include "RecordingUi.h"
+#include "field_words.h"
+#include "qt_text.h"
 
 namespace velmora::test {
 namespace {
@@ -300,8 +302,8 @@ TEST(FormDialog, ANumberThatIsRefusedIsToldAndKeepsTheFocusSelected) {
         const char* message;
         const char* field;
     };
-    const char* const count = "Count: an integer between 1 and 10.";
-    const char* const length = "Length: a number; decimals stand behind a point, as in 0.5.";
+    const char* const count = "The field is \"Count\".";
+    const char* const length = "The field is \"Length\". It takes a number; decimals stand behind a point, as in 0.5.";
     const Case cases[] = {
         {.key = "count", .text = "0", .message = "Please enter an integer between 1 and 10.", .field = count},
         {.key = "count", .text = "11", .message = "Please enter an integer between 1 and 10.", .field = count},
@@ -365,6 +367,23 @@ TEST(FormDialog, EachNumberTellsWhatItTakesWhileItIsPointedAt) {
     dialog.findChild<QLineEdit*>("part")->setText(QStringLiteral("0.25"));
     emit dialog.findChild<QLineEdit*>("part")->editingFinished();
     EXPECT_EQ(tip("count"), QStringLiteral("An integer between 2 and 9")) << "the range followed another field";
+}
+
+TEST(FieldWords, NameTheFieldAndWhatTheBoxDoesNotTell) {
+    std::int32_t whole = 3;
+    double real = 0.5;
+    bool second = false;
+    const auto wordsFor = [](const DialogField& field) {
+        QMessageBox box;
+        nameField(box, field);
+        return plainBytes(box.informativeText());
+    };
+    EXPECT_EQ(wordsFor(integerField("m", "Points", whole, 2)),
+              "The field is \"Points\". It takes an integer from 2 on.");
+    EXPECT_EQ(wordsFor(integerField("m", "Points", whole, 2, 9)), "The field is \"Points\".");
+    EXPECT_EQ(wordsFor(realField("part", "", real, 0.0, 1.0)),
+              "The field is \"part\". It takes a number between 0 and 1; decimals stand behind a point, as in 0.5.");
+    EXPECT_EQ(wordsFor(checkField("second", "Second end", second)), "The field is \"Second end\".");
 }
 
 /// Whatever font a desktop has.

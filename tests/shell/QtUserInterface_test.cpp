@@ -10,6 +10,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QListView>
 #include <QMainWindow>
 #include <QProgressBar>
 #include <QSettings>
@@ -369,6 +370,9 @@ TEST(FileChooser, ShowsItsColumnsWhole) {
                 << column << ": " << list->columnWidth(column) << " for " << wanted;
         }
         EXPECT_LE(list->header()->length(), list->viewport()->width());
+        const auto* places = dialog.findChild<QListView*>(QStringLiteral("sidebar"));
+        EXPECT_GT(places->model()->rowCount(), 0);
+        EXPECT_GE(places->viewport()->width(), std::min(places->sizeHintForColumn(0), 200)) << "the places beside it";
         dialog.reject();
     });
 }

@@ -19,7 +19,7 @@
 #include "RecordingUi.h"
 #include "RegularInputDialog.h"
 
-// What a screen reader says of the widgets that can be worked.
+// What a screen reader and tool tips say of the widgets that can be worked.
 
 namespace velmora::test {
 namespace {
@@ -52,6 +52,18 @@ int expectNames(QWidget& window) {
     return count;
 }
 
+/// The number of edits; each must tell what it takes while it is pointed at.
+int expectTips(const QWidget& window) {
+    int count = 0;
+    for (const QLineEdit* edit : window.findChildren<QLineEdit*>()) {
+        if (!isPartOfAnother(*edit)) {
+            ++count;
+            EXPECT_FALSE(edit->toolTip().isEmpty()) << edit->objectName().toStdString();
+        }
+    }
+    return count;
+}
+
 TEST(ScreenReader, HasANameForEveryWidgetOfTheFrame) {
     FrameRig rig;
     EXPECT_GT(expectNames(rig.frame), 50) << "the buttons of three bars";
@@ -70,6 +82,7 @@ TEST(ScreenReader, HasANameForEveryFieldOfTheDialogs) {
     CRegularInput table(list);
     RegularInputDialog points(table);
     EXPECT_GT(expectNames(points), 6);
+    EXPECT_GE(expectTips(points), 3) << "X, Y, Z";
 }
 
 TEST(ScreenReader, HasANameForEveryWidgetOfTheOtherWindows) {
@@ -79,11 +92,14 @@ TEST(ScreenReader, HasANameForEveryWidgetOfTheOtherWindows) {
     dlgFolder chooser(ui, folder.path(), volumes);
     FolderDialog choosesFolder(chooser);
     EXPECT_GT(expectNames(choosesFolder), 3);
+    EXPECT_EQ(expectTips(choosesFolder), 1);
     dlgFilesList files(ui, folder.path(), volumes);
     FilesListDialog listsFiles(files);
     EXPECT_GT(expectNames(listsFiles), 8);
+    EXPECT_EQ(expectTips(listsFiles), 2);
     HelpWindow help;
     EXPECT_GT(expectNames(help), 3);
+    EXPECT_EQ(expectTips(help), 1);
     KeyListBox keys{nullptr};
     EXPECT_GT(expectNames(keys), 1);
     AboutBox about{QString()};

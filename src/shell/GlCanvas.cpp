@@ -58,7 +58,7 @@ QString GlCanvas::version() {
         return {};
     }
     const GLubyte* words = context()->functions()->glGetString(GL_VERSION);
-    const QString version = words == nullptr ? QString() : QString::fromLatin1(reinterpret_cast<const char*>(words));
+    QString version = words == nullptr ? QString() : QString::fromLatin1(reinterpret_cast<const char*>(words));
     doneCurrent();
     return version;
 }

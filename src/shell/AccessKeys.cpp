@@ -8,16 +8,16 @@ bool isAmpersandPair(const QString& text, qsizetype i) {
     return text.at(i) == QLatin1Char('&') && i + 1 < text.size() && text.at(i + 1) == QLatin1Char('&');
 }
 
-/// The key that the text brings along; null when it has none.
-QChar ownKey(const QString& text) {
+/// Where the mark of the key stands that the text brings along; -1 when it has none.
+qsizetype ownMark(const QString& text) {
     for (qsizetype i = 0; i + 1 < text.size(); ++i) {
         if (isAmpersandPair(text, i)) {
             ++i;
         } else if (text.at(i) == QLatin1Char('&')) {
-            return text.at(i + 1).toUpper();
+            return i;
         }
     }
-    return {};
+    return -1;
 }
 
 } // namespace
@@ -31,8 +31,8 @@ bool AccessKeys::take(QChar key) {
 }
 
 QString AccessKeys::mark(QString text) {
-    if (const QChar key = ownKey(text); !key.isNull()) {
-        take(key);
+    if (ownMark(text) >= 0) {
+        takeOwn(text);
         return text;
     }
     for (const bool wordsOnly : {true, false}) {
@@ -44,6 +44,33 @@ QString AccessKeys::mark(QString text) {
         }
     }
     return text;
+}
+
+bool AccessKeys::takeOwn(const QString& text) {
+    const qsizetype mark = ownMark(text);
+    return mark < 0 || take(text.at(mark + 1).toUpper());
+}
+
+QString AccessKeys::markAnew(QString text) {
+    if (const qsizetype own = ownMark(text); own >= 0) {
+        text.remove(own, 1);
+    }
+    return mark(text);
+}
+
+QStringList withKeysOnce(QStringList texts) {
+    AccessKeys keys{QString()};
+    QList<QString*> second;
+    for (QString& text : texts) {
+        if (!keys.takeOwn(text)) {
+            second.append(&text);
+        }
+    }
+    // Only now is it known which keys are left.
+    for (QString* text : second) {
+        *text = keys.markAnew(*text);
+    }
+    return texts;
 }
 
 } // namespace velmora

@@ -6,6 +6,7 @@
 #include <QTextDocument>
 #include <algorithm>
 
+#include "AccessKeys.h"
 #include "RecentFiles.h"
 #include "qt_text.h"
 #include "theme_icon.h"
@@ -29,9 +30,17 @@ QString toolTipOf(const Command& command) {
 }
 
 /// The words of a menu with the command's key behind them.
-QString menuText(const MenuEntry& entry, const Command& command) {
-    const QString text = qtText(entry.text);
+QString menuText(const QString& text, const Command& command) {
     return *command.accelerator == '\0' ? text : text + QLatin1Char('\t') + QString::fromLatin1(command.accelerator);
+}
+
+/// The words of the entries, each access key once.
+QStringList wordsOf(const std::vector<MenuEntry>& entries) {
+    QStringList words;
+    for (const MenuEntry& entry : entries) {
+        words.append(qtText(entry.text));
+    }
+    return withKeysOnce(words);
 }
 
 } // namespace
@@ -55,11 +64,13 @@ QAction* CommandActions::makeAction(const Command& command, const QString& text,
 }
 
 void CommandActions::fillMenu(QMenu& menu, const std::vector<MenuEntry>& entries) {
+    QStringList words = wordsOf(entries);
     for (const MenuEntry& entry : entries) {
+        const QString text = words.takeFirst();
         switch (entry.kind) {
         case MenuEntry::Kind::Item: {
             const Command& command = *findCommand(entry.command);
-            QAction* action = makeAction(command, menuText(entry, command), menu);
+            QAction* action = makeAction(command, menuText(text, command), menu);
             if (!action->isCheckable()) {
                 action->setIcon(iconOf(command)); // of a switch the mark is shown in its place
             }
@@ -74,7 +85,7 @@ void CommandActions::fillMenu(QMenu& menu, const std::vector<MenuEntry>& entries
             menu.addSeparator();
             break;
         case MenuEntry::Kind::Submenu:
-            fillMenu(*menu.addMenu(qtText(entry.text)), entry.entries);
+            fillMenu(*menu.addMenu(text), entry.entries);
             break;
         case MenuEntry::Kind::RecentFiles:
             addRecentFiles(menu);

@@ -61,6 +61,8 @@ void FilesListDialog::makeControls() {
     };
     name(*name_, "name", tr("Project name"));
     name(*directory_, "directory", tr("Current directory"));
+    name_->setToolTip(tr("The name; a folder before it becomes that of the project"));
+    directory_->setToolTip(tr("The folder whose files are listed"));
     name(*projectPath_, "projectPath", tr("Folder of the project"));
     name(*files_, "files", tr("Files and folders"));
     name(*project_, "project", tr("Files of the project"));

@@ -54,6 +54,7 @@ FolderDialog::FolderDialog(dlgFolder& chooser, QWidget* parent)
     setWindowTitle(QString::fromLatin1(dlgFolder::title));
     path_->setObjectName(QStringLiteral("path"));
     path_->setAccessibleName(tr("Current path"));
+    path_->setToolTip(tr("The folder; one that is not there is made"));
     folders_->setObjectName(QStringLiteral("folders"));
     folders_->setAccessibleName(tr("Folders"));
     folders_->setMinimumSize(listSize);

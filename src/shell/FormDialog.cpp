@@ -13,6 +13,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "field_words.h"
 #include "qt_text.h"
 
 namespace velmora {
@@ -67,10 +68,21 @@ QString nameOf(const DialogField& field) {
 
 } // namespace
 
-int widthOfReals(const QLineEdit& edit) {
-    const QString longest = QStringLiteral("-2.2222222222222222e-222");
+namespace {
+
+int widthFor(const QLineEdit& edit, const QString& longest) {
     constexpr int frame = 16;
     return edit.fontMetrics().horizontalAdvance(longest) + frame;
+}
+
+int widthOfIntegers(const QLineEdit& edit) {
+    return widthFor(edit, QStringLiteral("-2222222222"));
+}
+
+} // namespace
+
+int widthOfReals(const QLineEdit& edit) {
+    return widthFor(edit, QStringLiteral("-2.2222222222222222e-222"));
 }
 
 void lookReadOnly(QLineEdit& edit) {
@@ -187,7 +199,8 @@ QLineEdit* FormDialog::makeEdit(const DialogField& field, const QString& name) {
     auto* edit = new QLineEdit(this);
     edit->setObjectName(qtText(field.key));
     edit->setAccessibleName(name);
-    edit->setFixedWidth(field.kind == FieldKind::Real ? widthOfReals(*edit) : editWidth);
+    edit->setFixedWidth(field.kind == FieldKind::Real ? widthOfReals(*edit)
+                                                      : std::max(editWidth, widthOfIntegers(*edit)));
     if (field.readOnly) {
         lookReadOnly(*edit);
     }
@@ -339,6 +352,9 @@ void FormDialog::tell(const DialogRefusal& refusal) {
         QMessageBox box(QMessageBox::Warning, windowTitle(), qtText(refusal.message), QMessageBox::Ok, this);
         box.setObjectName(QStringLiteral("messageBox"));
         box.setTextFormat(Qt::PlainText);
+        if (const DialogField* field = form_.find(refusal.key)) {
+            nameField(box, *field);
+        }
         box.exec();
     }
     focusOn(refusal.key);
@@ -372,6 +388,7 @@ void FormDialog::showField(Control& control, const DialogField& field) {
             control.edit->setCursorPosition(0); // the sign stays in sight
         }
         control.edit->setEnabled(field.on);
+        control.edit->setToolTip(valuesOf(field)); // the range may follow the model or another field
         if (control.label != nullptr) {
             control.label->setEnabled(field.on);
         }

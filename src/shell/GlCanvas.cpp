@@ -1,6 +1,7 @@
 #include "GlCanvas.h"
 
 #include <QOpenGLContext>
+#include <QOpenGLFunctions>
 
 #include "text_bitmap.h"
 
@@ -50,6 +51,16 @@ void GlCanvas::initializeGL() {
 bool GlCanvas::takeContext() {
     makeCurrent();
     return context() != nullptr && QOpenGLContext::currentContext() == context();
+}
+
+QString GlCanvas::version() {
+    if (!takeContext()) {
+        return {};
+    }
+    const GLubyte* words = context()->functions()->glGetString(GL_VERSION);
+    QString version = words == nullptr ? QString() : QString::fromLatin1(reinterpret_cast<const char*>(words));
+    doneCurrent();
+    return version;
 }
 
 void GlCanvas::releaseGraphics() {

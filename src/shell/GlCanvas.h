@@ -22,6 +22,8 @@ public:
     GlRenderer& renderer() { return renderer_; }
     /// False when there is no context.
     bool takeContext();
+    /// What OpenGL says of its version; empty without a context.
+    QString version();
     /// Frees what the context holds for the renderer.
     void releaseGraphics();
 

@@ -22,6 +22,8 @@ public:
     /// The view must outlive the widget or be taken away by a null.
     void setView(VelmoraView* view);
     bool hasContext() const { return canvas_ != nullptr && canvas_->isValid(); }
+    /// Empty without a context.
+    QString openGlVersion() { return hasContext() ? canvas_->version() : QString(); }
 
     // ---- What the view asks -----------------------------------------------------------------------------------------
 

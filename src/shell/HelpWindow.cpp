@@ -90,6 +90,7 @@ void HelpWindow::makeBar(QHBoxLayout& bar) {
     search_->setObjectName(QStringLiteral("search"));
     search_->setAccessibleName(tr("Search"));
     search_->setPlaceholderText(tr("Search the guide"));
+    search_->setToolTip(tr("Words that a section has all of; Escape goes back to the contents"));
     search_->setClearButtonEnabled(true);
     search_->setMaximumWidth(360);
     bar.addStretch(1);

@@ -12,6 +12,7 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "AccessKeys.h"
 #include "CommandGuard.h"
 #include "HelpDesk.h"
 #include "KeyListBox.h"
@@ -103,8 +104,13 @@ MainFrame::~MainFrame() {
 }
 
 void MainFrame::makeMenus() {
+    QStringList names;
     for (const Menu& menu : mainMenus()) {
-        actions_->fillMenu(*menuBar()->addMenu(qtText(menu.name)), menu.entries);
+        names.append(qtText(menu.name));
+    }
+    names = withKeysOnce(names);
+    for (const Menu& menu : mainMenus()) {
+        actions_->fillMenu(*menuBar()->addMenu(names.takeFirst()), menu.entries);
     }
     connect(actions_, &CommandActions::triggered, this, &MainFrame::run);
     connect(actions_, &CommandActions::keyUsed, this, &MainFrame::noteKey);

@@ -49,6 +49,8 @@ public:
     /// Shows the frame with its bars as it was when it was closed last, the first time maximised. Then says in the
     /// status line why the view stays empty, if it does.
     void showAsLeft();
+    /// The version of the view's OpenGL; empty: there is none.
+    QString openGlVersion() { return viewWidget_->openGlVersion(); }
 
 signals:
     void aboutWanted();

@@ -4,10 +4,15 @@
 #include <QCloseEvent>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QKeyEvent>
+#include <QListView>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QScreen>
+#include <QStyle>
 #include <QTimer>
+#include <QTreeView>
 #include <algorithm>
 #include <utility>
 
@@ -70,14 +75,47 @@ int filterIndex(const ChooserFilters& filters, const QString& entry) {
     return 0;
 }
 
+/// A name to write is the user's to change; one to read is of use only when there is such a file, of a type that is
+/// asked for. A name without a folder means the one that the chooser stands in.
+bool fits(const FileRequest& request, const std::filesystem::path& folder) {
+    if (choosesFileToWrite(request.mode)) {
+        return true;
+    }
+    std::error_code error;
+    const std::string extension = plainBytes(qtPath(request.proposed.extension()).mid(1).toLower());
+    return std::any_of(request.types.begin(), request.types.end(),
+                       [&](const FileType& type) { return type.extension == extension; }) &&
+           std::filesystem::is_regular_file(folder / request.proposed, error);
+}
+
 void propose(QFileDialog& dialog, const FileRequest& request) {
     const std::filesystem::path folder = request.proposed.parent_path();
     if (!folder.empty()) {
         dialog.setDirectory(qtPath(folder));
     }
-    if (!request.proposed.empty()) {
+    if (!request.proposed.empty() && fits(request, filePath(dialog.directory().absolutePath()))) {
         dialog.selectFile(qtPath(request.proposed.stem()));
     }
+}
+
+/// Room for each column of the toolkit's list; the names take what is left, and are never cut short by the others. A
+/// chooser of the desktop has columns of its own.
+void giveColumnsRoom(QFileDialog& dialog) {
+    constexpr QSize roomySize{860, 520};
+    auto* list = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+    if (list == nullptr) {
+        return;
+    }
+    QHeaderView& header = *list->header();
+    header.setStretchLastSection(false);
+    header.setSectionResizeMode(QHeaderView::ResizeToContents);
+    header.setSectionResizeMode(0, QHeaderView::Stretch);
+    if (auto* places = dialog.findChild<QListView*>(QStringLiteral("sidebar"))) {
+        constexpr int widestPlaces = 240;
+        const int frame = 2 * places->frameWidth() + places->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+        places->setMinimumWidth(std::min(places->sizeHintForColumn(0) + frame, widestPlaces));
+    }
+    dialog.resize(dialog.size().expandedTo(roomySize).boundedTo(dialog.screen()->availableSize()));
 }
 
 void setModes(QFileDialog& dialog, const FileRequest& request) {
@@ -251,6 +289,7 @@ std::vector<std::filesystem::path> QtUserInterface::chooseFiles(const FileReques
         takeFilter(entries.at(chosen));
     }
     propose(dialog, request);
+    giveColumnsRoom(dialog);
     const bool accepted = dialog.exec() == QDialog::Accepted;
     // When the question before overwriting goes together with the chooser, some window managers give the focus to none.
     parent->activateWindow();

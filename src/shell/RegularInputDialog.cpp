@@ -18,6 +18,7 @@
 
 #include "CRegularInput.h"
 #include "FormDialog.h"
+#include "field_words.h"
 #include "qt_text.h"
 
 namespace velmora {
@@ -129,6 +130,7 @@ bool RegularInputDialog::takeTyped() {
         if (const auto refusal = setField(form_, entry.key, plainBytes(text))) {
             QMessageBox box(QMessageBox::Warning, windowTitle(), qtText(refusal->message), QMessageBox::Ok, this);
             box.setObjectName(QStringLiteral("messageBox"));
+            nameField(box, field);
             box.exec();
             focusOn(entry.key);
             return false;
@@ -167,6 +169,7 @@ void RegularInputDialog::showTable() {
         entry.edit->setText(qtText(fieldText(field)));
         entry.edit->setCursorPosition(0); // the sign stays in sight
         entry.edit->setEnabled(field.on);
+        entry.edit->setToolTip(valuesOf(field));
     }
     for (std::int32_t action = 1; action <= CRegularInput::actionCount; ++action) {
         QAbstractButton* radio = actions_->button(action);

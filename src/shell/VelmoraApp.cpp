@@ -6,6 +6,7 @@
 #include <QtGlobal>
 #include <clocale>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "AboutBox.h"
@@ -25,6 +26,7 @@ namespace velmora {
 
 namespace {
 
+constexpr int startFailed = 1;
 constexpr int usageError = 2;
 const QString obliqueOption = QStringLiteral("oblique");
 
@@ -59,9 +61,34 @@ void answerWithoutDisplay(int& argc, char** argv) {
     }
 }
 
+/// What the toolkit said while it looked for a display.
+QStringList& heldWords() {
+    static QStringList words;
+    return words;
+}
+
+/// Where it finds none it would talk at length and abort: one line says it, and the process ends as one that failed.
+void holdWords(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    if (type == QtFatalMsg) {
+        std::fputs("velmora: no display was found to open a window on; velmora-batch needs none\n", stderr);
+        std::fflush(stderr);
+        std::_Exit(startFailed);
+    }
+    heldWords().append(qFormatLogMessage(type, context, text));
+}
+
+void releaseWords() {
+    qInstallMessageHandler(nullptr);
+    for (const QString& words : heldWords()) {
+        std::fprintf(stderr, "%s\n", qPrintable(words));
+    }
+    heldWords().clear();
+}
+
 /// The arguments, once the surfaces of all windows are set to what the view needs.
 int& prepared(int& argc, char** argv) {
     answerWithoutDisplay(argc, argv);
+    qInstallMessageHandler(holdWords);
     QSurfaceFormat::setDefaultFormat(GlCanvas::surfaceFormat(PixelFormat{}));
     return argc;
 }
@@ -97,6 +124,7 @@ bool Application::notify(QObject* receiver, QEvent* event) {
 }
 
 VelmoraApp::VelmoraApp(int& argc, char** argv) : application_(prepared(argc, argv), argv) {
+    releaseWords();
     // The toolkit takes the user's locale; numbers are written as in the C locale everywhere.
     std::setlocale(LC_NUMERIC, "C");
     loadPictures();
@@ -144,13 +172,13 @@ bool VelmoraApp::initInstance() {
 
 int VelmoraApp::run() {
     if (!initInstance()) {
-        return 1;
+        return startFailed;
     }
     return left_ ? 0 : QApplication::exec();
 }
 
 void VelmoraApp::showAbout() {
-    AboutBox(frame_.get()).exec();
+    AboutBox(frame_->openGlVersion(), frame_.get()).exec();
 }
 
 } // namespace velmora

@@ -91,7 +91,7 @@ TEST_F(ActionsTest, AnEntryHasItsWordsItsKeyItsHelpAndItsState) {
     EXPECT_FALSE(first.icon().isNull());
     EXPECT_TRUE(menu.actions()[1]->isSeparator());
     EXPECT_FALSE(menu.actions()[2]->isEnabled());
-    EXPECT_EQ(menu.actions()[3]->text(), QStringLiteral("Save &As...")) << "a command without a key";
+    EXPECT_EQ(menu.actions()[3]->text(), QStringLiteral("&Save As...")) << "a command without a key; A is taken";
 }
 
 TEST_F(ActionsTest, ASwitchShowsItsMarkInPlaceOfAPicture) {

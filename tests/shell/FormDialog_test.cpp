@@ -18,6 +18,8 @@
 #include "DocumentState.h"
 #include "Person.h"
 #include "RecordingUi.h"
+#include "field_words.h"
+#include "qt_text.h"
 
 namespace velmora::test {
 namespace {
@@ -298,14 +300,17 @@ TEST(FormDialog, ANumberThatIsRefusedIsToldAndKeepsTheFocusSelected) {
         const char* key;
         const char* text;
         const char* message;
+        const char* field;
     };
+    const char* const count = "The field is \"Count\".";
+    const char* const length = "The field is \"Length\". It takes a number; decimals stand behind a point, as in 0.5.";
     const Case cases[] = {
-        {.key = "count", .text = "0", .message = "Please enter an integer between 1 and 10."},
-        {.key = "count", .text = "11", .message = "Please enter an integer between 1 and 10."},
-        {.key = "count", .text = "2.5", .message = "Please enter an integer between 1 and 10."},
-        {.key = "count", .text = "", .message = "Please enter an integer between 1 and 10."},
-        {.key = "length", .text = "long", .message = "Please enter a number."},
-        {.key = "length", .text = "1,5", .message = "Please enter a number."},
+        {.key = "count", .text = "0", .message = "Please enter an integer between 1 and 10.", .field = count},
+        {.key = "count", .text = "11", .message = "Please enter an integer between 1 and 10.", .field = count},
+        {.key = "count", .text = "2.5", .message = "Please enter an integer between 1 and 10.", .field = count},
+        {.key = "count", .text = "", .message = "Please enter an integer between 1 and 10.", .field = count},
+        {.key = "length", .text = "long", .message = "Please enter a number.", .field = length},
+        {.key = "length", .text = "1,5", .message = "Please enter a number.", .field = length},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(std::string(c.key) + "=" + c.text);
@@ -315,6 +320,7 @@ TEST(FormDialog, ANumberThatIsRefusedIsToldAndKeepsTheFocusSelected) {
         sample.person.at("messageBox", [&](QWidget& open) {
             const auto& box = dynamic_cast<QMessageBox&>(open);
             EXPECT_EQ(box.text(), QString::fromLatin1(c.message));
+            EXPECT_EQ(box.informativeText(), QString::fromLatin1(c.field));
             EXPECT_EQ(box.windowTitle(), QStringLiteral("Sample title"));
             EXPECT_EQ(box.icon(), QMessageBox::Warning);
             EXPECT_EQ(box.standardButtons(), QMessageBox::StandardButtons(QMessageBox::Ok));
@@ -328,6 +334,73 @@ TEST(FormDialog, ANumberThatIsRefusedIsToldAndKeepsTheFocusSelected) {
         EXPECT_EQ(sample.count, 3);
         EXPECT_EQ(sample.length, 0.25);
     }
+}
+
+TEST(FormDialog, EachNumberTellsWhatItTakesWhileItIsPointedAt) {
+    double any = 0.0;
+    double part = 0.5;
+    double positive = 1.0;
+    std::int32_t low = 0;
+    std::int32_t count = 5;
+    DialogForm form;
+    form.name = "CRanges";
+    form.fields = {realField("any", "Any", any),
+                   realField("part", "Part", part, 0.001, 0.999),
+                   realField("positive", "Positive", positive, 1e-7),
+                   integerField("low", "Low", low, {}, 7),
+                   integerField("count", "Count", count, 2, 2000000),
+                   shownOnly(integerField("total", "Total", count))};
+    form.refresh = [](DialogForm& self, std::string_view key) {
+        if (key == "part") {
+            self.find("count")->maximum = 9;
+        }
+    };
+    openDialog(form);
+    FormDialog dialog(form);
+    const auto tip = [&dialog](const char* key) { return dialog.findChild<QLineEdit*>(key)->toolTip(); };
+    EXPECT_EQ(tip("any"), QStringLiteral("A number"));
+    EXPECT_EQ(tip("part"), QStringLiteral("A number between 0.001 and 0.999"));
+    EXPECT_EQ(tip("positive"), QStringLiteral("A number from 1e-07 on"));
+    EXPECT_EQ(tip("low"), QStringLiteral("An integer up to 7"));
+    EXPECT_EQ(tip("count"), QStringLiteral("An integer between 2 and 2000000"));
+    EXPECT_EQ(tip("total"), QStringLiteral("Shown only"));
+    dialog.findChild<QLineEdit*>("part")->setText(QStringLiteral("0.25"));
+    emit dialog.findChild<QLineEdit*>("part")->editingFinished();
+    EXPECT_EQ(tip("count"), QStringLiteral("An integer between 2 and 9")) << "the range followed another field";
+}
+
+TEST(FieldWords, NameTheFieldAndWhatTheBoxDoesNotTell) {
+    std::int32_t whole = 3;
+    double real = 0.5;
+    bool second = false;
+    const auto wordsFor = [](const DialogField& field) {
+        QMessageBox box;
+        nameField(box, field);
+        return plainBytes(box.informativeText());
+    };
+    EXPECT_EQ(wordsFor(integerField("m", "Points", whole, 2)),
+              "The field is \"Points\". It takes an integer from 2 on.");
+    EXPECT_EQ(wordsFor(integerField("m", "Points", whole, 2, 9)), "The field is \"Points\".");
+    EXPECT_EQ(wordsFor(realField("part", "", real, 0.0, 1.0)),
+              "The field is \"part\". It takes a number between 0 and 1; decimals stand behind a point, as in 0.5.");
+    EXPECT_EQ(wordsFor(checkField("second", "Second end", second)), "The field is \"Second end\".");
+}
+
+/// Whatever font a desktop has.
+TEST(FormDialog, AnIntegerIsSeenWholeInALargeFontToo) {
+    std::int32_t number = -2147483647;
+    DialogForm form;
+    form.name = "CLarge";
+    form.fields = {integerField("number", "Number", number)};
+    openDialog(form);
+    const QFont before = QApplication::font();
+    QFont large = before;
+    large.setPointSize(30);
+    QApplication::setFont(large);
+    FormDialog dialog(form);
+    const auto& edit = part<QLineEdit>(dialog, "number");
+    EXPECT_GT(edit.width(), edit.fontMetrics().horizontalAdvance(QStringLiteral("-2147483647")) + 4);
+    QApplication::setFont(before);
 }
 
 TEST(FormDialog, TheBoundsThemselvesAreTaken) {
@@ -562,6 +635,13 @@ TEST(AccessKeys, TakeTheFirstLetterOfAWordThenAnyLetter) {
     EXPECT_EQ(keys.mark(QStringLiteral("X 1")), QStringLiteral("X 1")) << "none is left";
 }
 
+TEST(AccessKeys, OfAMenuAreGivenOnceTheFirstKeepsItsOwn) {
+    EXPECT_EQ(withKeysOnce({"&Knife", "Copy", "&Keep", "&Extend", "&Key && lock"}),
+              QStringList({"&Knife", "Copy", "Kee&p", "&Extend", "Key && &lock"}))
+        << "E goes to the one that brings it along, wherever it stands";
+    EXPECT_EQ(withKeysOnce({"&A", "&A"}), QStringList({"&A", "A"})) << "none is left";
+}
+
 TEST(AccessKeys, LeaveAmpersandsAndTheKeyThatATextHas) {
     AccessKeys keys{QString()};
     EXPECT_EQ(keys.mark(QStringLiteral("Rebre&ak...")), QStringLiteral("Rebre&ak..."));
@@ -584,6 +664,9 @@ TEST(FormDialog, EveryDialogOfTheDocumentHasANamedControlForEveryField) {
             const auto* control = dialog.findChild<QWidget*>(QString::fromStdString(field.key));
             ASSERT_NE(control, nullptr) << field.key;
             EXPECT_FALSE(control->accessibleName().isEmpty()) << field.key;
+            if (const auto* edit = qobject_cast<const QLineEdit*>(control)) {
+                EXPECT_FALSE(edit->toolTip().isEmpty()) << field.key;
+            }
         }
         EXPECT_LE(dialog.sizeHint().height(), 700) << "higher than a small screen";
     }

@@ -395,6 +395,43 @@ QAction* entryOf(QWidget& menu, const char* id) {
     return menu.findChild<QAction*>(QString::fromLatin1(id));
 }
 
+/// The access key of a text, or none; "&&" is an ampersand.
+QString accessKeyOf(QString text) {
+    text.remove(QStringLiteral("&&"));
+    const qsizetype mark = text.indexOf(QLatin1Char('&'));
+    return mark < 0 ? QString() : text.mid(mark + 1, 1).toUpper();
+}
+
+/// Counts the keys that were looked at, so that a walk that sees none is noticed.
+int expectKeysOnce(const QList<QAction*>& actions, const std::string& place) {
+    QStringList seen;
+    int keys = 0;
+    for (const QAction* action : actions) {
+        const QString key = accessKeyOf(action->text());
+        EXPECT_TRUE(key.isEmpty() || !seen.contains(key)) << place << ": " << action->text().toStdString();
+        seen.append(key);
+        keys += key.isEmpty() ? 0 : 1;
+        if (action->menu() != nullptr) {
+            keys += expectKeysOnce(action->menu()->actions(), place + " > " + action->text().toStdString());
+        }
+    }
+    return keys;
+}
+
+TEST(MainFrame, NoAccessKeyStandsTwiceInAMenu) {
+    FrameRig rig;
+    EXPECT_GT(expectKeysOnce(rig.frame.menuBar()->actions(), "menu bar"), 80);
+    RecentFiles recent;
+    CommandActions actions(
+        recent, [](const Command&) { return CommandState(); },
+        [](std::string_view) { return std::vector<const Command*>(); });
+    for (const Menu* menu : {&pointContextMenu(), &lineContextMenu(), &patchContextMenu()}) {
+        QMenu made;
+        actions.fillMenu(made, menu->entries);
+        EXPECT_GT(expectKeysOnce(made.actions(), menu->name), 5);
+    }
+}
+
 TEST(MainFrame, ARightClickWithoutARegimeOpensNothing) {
     const FlatDesk desk;
     FrameRig rig(desk.model);
@@ -930,6 +967,18 @@ TEST(MainFrame, TakesFilesThatAreDroppedAndOpensThemAfterTheDrop) {
     EXPECT_TRUE(takes(rig, {QUrl(QStringLiteral("https://example.org/a.apt")), file, file}, true));
     EXPECT_EQ(rig.doc().structureKind, StructureKind::None) << "the program that the file comes from does not wait";
     EXPECT_TRUE(waitUntil([&] { return rig.doc().patches.size() == 3; })) << "each file once";
+}
+
+TEST(MainFrame, AFolderThatIsDroppedOpensTheChooserThere) {
+    const FlatDesk desk;
+    FrameRig rig;
+    rig.person.at("fileChooser", [&desk](QWidget& open) {
+        auto& chooser = dynamic_cast<QFileDialog&>(open);
+        EXPECT_EQ(filePath(chooser.directory().path()), desk.folder.path());
+        chooser.reject();
+    });
+    EXPECT_TRUE(takes(rig, {QUrl::fromLocalFile(qtPath(desk.folder.path()))}, true));
+    EXPECT_TRUE(waitUntil([&] { return rig.person.isDone(); }));
 }
 
 // ---- Keys and focus -------------------------------------------------------------------------------------------------

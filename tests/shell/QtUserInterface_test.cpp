@@ -7,12 +7,15 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QListView>
 #include <QMainWindow>
 #include <QProgressBar>
 #include <QSettings>
 #include <QThread>
+#include <QTreeView>
 
 #include "CBlockMove.h"
 #include "CRegularInput.h"
@@ -277,6 +280,10 @@ void typeName(QFileDialog& dialog, const QString& name) {
     dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(name);
 }
 
+QString proposedName(const QFileDialog& dialog) {
+    return dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text();
+}
+
 /// As its button does.
 void pressOk(QDialog& dialog) {
     dialog.accept();
@@ -314,11 +321,85 @@ TEST(FileChooser, StandsInItsFolderWithTheProposedNameAndItsCaption) {
             EXPECT_EQ(dialog.acceptMode(), c.writes ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
             EXPECT_EQ(dialog.fileMode(), c.writes ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
             EXPECT_EQ(dialog.directory().absolutePath(), qtPath(folder.path()));
-            EXPECT_EQ(dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text(), QStringLiteral("wing"));
+            EXPECT_EQ(proposedName(dialog), c.writes ? QStringLiteral("wing") : QString());
             dialog.reject();
         });
         EXPECT_TRUE(paths.empty());
     }
+}
+
+TEST(FileChooser, ANameToReadIsProposedWhereThereIsSuchAFileOfATypeThatIsAskedFor) {
+    const TemporaryFolder folder;
+    writeFileText(folder / "wing.apt", "");
+    writeFileText(folder / "wing.stl", "");
+    struct Case {
+        const char* proposed;
+        const char* name;
+    };
+    const Case cases[] = {{.proposed = "wing.apt", .name = "wing"},
+                          {.proposed = "wing.skl", .name = ""},
+                          {.proposed = "wing.stl", .name = ""},
+                          {.proposed = "gone.apt", .name = ""}};
+    for (const Case& c : cases) {
+        UiRig rig;
+        choose(rig, requestIn(folder, ChooserMode::Open, c.proposed), [&c](QFileDialog& dialog) {
+            EXPECT_EQ(proposedName(dialog), QLatin1String(c.name)) << c.proposed;
+            dialog.reject();
+        });
+    }
+    UiRig rig;
+    const auto paths = choose(rig, requestIn(folder, ChooserMode::Open), [](QFileDialog& dialog) { pressOk(dialog); });
+    EXPECT_THAT(paths, ::testing::ElementsAre(folder / "wing.apt")) << "the proposed one as it stands";
+}
+
+TEST(FileChooser, ShowsItsColumnsWhole) {
+    const TemporaryFolder folder;
+    const char* const name = "a_wing_with_a_long_name_of_forty_letters.apt";
+    writeFileText(folder / name, std::string(12345678, ' '));
+    UiRig rig;
+    choose(rig, requestIn(folder, ChooserMode::Open), [name](QFileDialog& dialog) {
+        const auto* list = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+        EXPECT_TRUE(waitUntil([list] { return list->model()->rowCount(list->rootIndex()) == 1; }));
+        const QModelIndex file = list->model()->index(0, 0, list->rootIndex());
+        EXPECT_EQ(file.data().toString(), QLatin1String(name));
+        for (int column = 0; column < 4; ++column) {
+            const QString text = file.siblingAtColumn(column).data().toString();
+            EXPECT_FALSE(text.isEmpty()) << column;
+            const int wanted = list->fontMetrics().horizontalAdvance(text);
+            EXPECT_TRUE(waitUntil([&] { return list->columnWidth(column) > wanted; }))
+                << column << ": " << list->columnWidth(column) << " for " << wanted;
+        }
+        EXPECT_LE(list->header()->length(), list->viewport()->width());
+        const auto* places = dialog.findChild<QListView*>(QStringLiteral("sidebar"));
+        EXPECT_GT(places->model()->rowCount(), 0);
+        EXPECT_GE(places->viewport()->width(), std::min(places->sizeHintForColumn(0), 200)) << "the places beside it";
+        dialog.reject();
+    });
+}
+
+TEST(FileChooser, ProposesANameWithoutAFolderWhereItStands) {
+    const TemporaryFolder folder;
+    writeFileText(folder / "Markers.apm", "");
+    UiRig rig;
+    FileRequest request;
+    request.types = {{"apm", "Markers"}};
+    request.proposed = folder / "";
+    const auto nameOf = [&rig](const FileRequest& asked) {
+        QString name;
+        choose(rig, asked, [&name](QFileDialog& dialog) {
+            name = proposedName(dialog);
+            dialog.reject();
+        });
+        return name;
+    };
+    EXPECT_EQ(nameOf(request), QString());
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    request.proposed = "Markers.apm";
+    EXPECT_EQ(nameOf(request), QStringLiteral("Markers"));
+    request.proposed = "Others.apm";
+    EXPECT_EQ(nameOf(request), QString());
+    std::filesystem::current_path(before);
 }
 
 TEST(FileChooser, SeveralFilesAreTakenOnlyWhereTheyAreAskedFor) {

@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPalette>
 #include <QPixmap>
+#include <algorithm>
 #include <cstdlib>
 #include <map>
 #include <set>
@@ -38,6 +39,37 @@ TEST(Pictures, EveryToolButtonHasOneOfItsOwn) {
             EXPECT_TRUE(seen.insert(pixels).second) << entry.command << " looks like another";
         }
     }
+}
+
+/// Where two pictures differ as the eye sees it, in pixels of a tool button.
+int differingPixels(const std::string& one, const std::string& other) {
+    constexpr int visible = 48;
+    const auto drawn = [](const std::string& id) {
+        QImage page(16, 16, QImage::Format_RGB32);
+        page.fill(Qt::white);
+        QPainter(&page).drawImage(0, 0, pictureOf(id));
+        return page;
+    };
+    const QImage first = drawn(one);
+    const QImage second = drawn(other);
+    int count = 0;
+    for (int y = 0; y < 16; ++y) {
+        for (int x = 0; x < 16; ++x) {
+            const QColor a = first.pixelColor(x, y);
+            const QColor b = second.pixelColor(x, y);
+            const int distance =
+                std::max({std::abs(a.red() - b.red()), std::abs(a.green() - b.green()), std::abs(a.blue() - b.blue())});
+            count += distance > visible ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+TEST(Pictures, OfCommandsThatStandSideBySideAreToldApart) {
+    EXPECT_EQ(differingPixels("model.flip", "model.flip"), 0);
+    // A quarter of what a button has.
+    EXPECT_GT(differingPixels("model.reflectToApt", "model.reflectToWrl"), 64);
+    EXPECT_GT(differingPixels("model.flip", "model.symmetric"), 64);
 }
 
 /// The theme of the program for the life of the object.

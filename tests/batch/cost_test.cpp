@@ -14,6 +14,7 @@
 #include <sys/types.h>
 #include <unistd.h>
 
+#include "NumberWriter.h"
 #include "SessionFixture.h"
 #include "TextStream.h"
 #include "apt.h"
@@ -90,9 +91,9 @@ Cost costOf(Work work) {
 
 constexpr std::int64_t bytesOfPoint = sizeof(zVec<double>);
 /// Three corners of its own, coordinate by coordinate, and a row of four node numbers.
-constexpr std::int64_t bytesOfTriangle = 3 * 3 * sizeof(double) + 4 * sizeof(std::int32_t);
+constexpr std::int64_t bytesOfTriangle = 9 * sizeof(double) + 4 * sizeof(std::int32_t);
 
-class CostOfOpening : public SessionFixture {
+class CostTest : public SessionFixture {
 protected:
     static constexpr std::int64_t triangles = 30'000;
     static constexpr int patches = 10;
@@ -101,7 +102,7 @@ protected:
     static constexpr std::int64_t bytesOfFacets = triangles * bytesOfTriangle;
     static constexpr std::int64_t bytesOfGrid = std::int64_t{patches} * sections * points * bytesOfPoint;
 
-    CostOfOpening() {
+    CostTest() {
         std::string text = "solid strip\n";
         for (std::int64_t i = 0; i < triangles; ++i) {
             const std::string x = std::to_string(i);
@@ -122,11 +123,17 @@ protected:
         });
     }
 
+    /// A click beside the model, which takes nothing and leaves the regime as it is.
+    void clickBeside() {
+        must("mouse down 400 20");
+        must("mouse up 400 20");
+    }
+
     std::filesystem::path facets = folder / "facets.stl";
     std::filesystem::path grid = folder / "grid.apt";
 };
 
-TEST_F(CostOfOpening, FacetsTakeHardlyMoreMemoryThanTheReaderAsksFor) {
+TEST_F(CostTest, FacetsTakeHardlyMoreMemoryThanTheReaderAsksFor) {
     const Cost reading = costOf([&] {
         zRegion_fe region;
         zSTLReader().read(facets, region);
@@ -136,7 +143,7 @@ TEST_F(CostOfOpening, FacetsTakeHardlyMoreMemoryThanTheReaderAsksFor) {
     EXPECT_LE(opening.asked, reading.asked + bytesOfFacets / 10);
 }
 
-TEST_F(CostOfOpening, GridTakesHardlyMoreMemoryThanTheReaderAsksFor) {
+TEST_F(CostTest, GridTakesHardlyMoreMemoryThanTheReaderAsksFor) {
     const Cost reading = costOf([&] {
         PatchList model;
         readApt(grid, model);
@@ -146,13 +153,13 @@ TEST_F(CostOfOpening, GridTakesHardlyMoreMemoryThanTheReaderAsksFor) {
     EXPECT_LE(opening.asked, reading.asked + bytesOfGrid / 10);
 }
 
-TEST_F(CostOfOpening, GridNeverTakesMuchMoreThanTheModelAndABlockOfTheFile) {
+TEST_F(CostTest, GridNeverTakesMuchMoreThanTheModelAndABlockOfTheFile) {
     const Cost opening = costOf([&] { open(grid); });
     EXPECT_GE(opening.held, bytesOfGrid);
     EXPECT_LE(opening.most, bytesOfGrid * 11 / 10 + static_cast<std::int64_t>(TextStream::defaultBlockSize));
 }
 
-TEST_F(CostOfOpening, PictureIsMadeWhenItIsAskedForAndOnce) {
+TEST_F(CostTest, PictureIsMadeWhenItIsAskedForAndOnce) {
     open(facets);
     const Cost first = costOf([&] { makePicture(); });
     const Cost second = costOf([&] { makePicture(); });
@@ -160,13 +167,29 @@ TEST_F(CostOfOpening, PictureIsMadeWhenItIsAskedForAndOnce) {
     EXPECT_LE(second.asked, bytesOfFacets / 100);
 }
 
-TEST_F(CostOfOpening, FacetsAreReadInOnePass) {
+TEST_F(CostTest, IndexOfThePicksIsMadeByTheFirstClickAndOnce) {
+    open(facets);
+    must("run point.capture");
+    const Cost first = costOf([&] { clickBeside(); });
+    const Cost second = costOf([&] { clickBeside(); });
+    EXPECT_GE(first.held, bytesOfFacets / 10);
+    EXPECT_LE(second.asked, bytesOfFacets / 50);
+}
+
+TEST_F(CostTest, SavingHoldsABlockOfTheFileAndNoMoreOfTheModel) {
+    open(grid);
+    const Cost saving = costOf([&] { must("run file.saveAs file=" + file("copy.apt")); });
+    EXPECT_GT(std::filesystem::file_size(folder / "copy.apt"), 0U);
+    EXPECT_LE(saving.most, bytesOfGrid / 10 + static_cast<std::int64_t>(NumberWriter::defaultBlockSize));
+}
+
+TEST_F(CostTest, FacetsAreReadInOnePass) {
     const auto size = static_cast<std::int64_t>(std::filesystem::file_size(facets));
     const Cost opening = costOf([&] { open(facets); });
     EXPECT_EQ(opening.read, size);
 }
 
-TEST_F(CostOfOpening, GridIsReadInTwoPassesOfWhichTheFirstCountsItsLines) {
+TEST_F(CostTest, GridIsReadInTwoPassesOfWhichTheFirstCountsItsLines) {
     const auto size = static_cast<std::int64_t>(std::filesystem::file_size(grid));
     const Cost opening = costOf([&] { open(grid); });
     EXPECT_EQ(opening.read, 2 * size);

@@ -1,5 +1,7 @@
 // From triangles to lines to a grid, and the knife: a million triangles, 100 planes, 20,000 lines.
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <memory>
@@ -10,6 +12,7 @@
 #include "line_joiner.h"
 #include "lines_to_grid.h"
 #include "slice_surface.h"
+#include "vectors.h"
 
 namespace velmora {
 namespace {
@@ -70,7 +73,41 @@ BENCHMARK(slice)
     ->Args({100000, 1})
     ->Args({1000000, 1})
     ->Args({1000000, 0})
+    ->MeasureProcessCPUTime()
     ->Unit(benchmark::kMillisecond);
+
+/// The least that 100 planes can cost: each triangle's range of planes, and where these meet two of its edges. Nothing
+/// is chained or kept.
+void bareSlice(benchmark::State& state) {
+    const int side = static_cast<int>(std::sqrt(static_cast<double>(state.range(0)) / 2));
+    const zRegion_fe body = tube(side, side, true);
+    const zBlock_fe& zone = *body.blocks[0];
+    constexpr int planes = 100;
+    constexpr double step = 10.0 / (planes - 1);
+    for ([[maybe_unused]] auto _ : state) {
+        zVec<double> sum;
+        for (std::size_t i = 0; i < zone.connectivity.size(); i += 4) {
+            std::array<zVec<double>, 3> corners;
+            for (std::size_t k = 0; k < 3; ++k) {
+                const auto node = static_cast<std::size_t>(zone.connectivity[i + k]);
+                corners[k] = {zone.variables[0]->data[node], zone.variables[1]->data[node],
+                              zone.variables[2]->data[node]};
+            }
+            std::sort(corners.begin(), corners.end(), [](const auto& a, const auto& b) { return a.x < b.x; });
+            const auto end = static_cast<int>(std::ceil(corners[2].x / step));
+            for (int plane = static_cast<int>(std::ceil(corners[0].x / step)); plane < end; ++plane) {
+                const double x = plane * step;
+                const auto meet = [x](const zVec<double>& a, const zVec<double>& b) {
+                    return a + (b - a) * ((x - a.x) / (b.x - a.x));
+                };
+                sum = sum + meet(corners[0], corners[2]);
+                sum = sum + (x < corners[1].x ? meet(corners[0], corners[1]) : meet(corners[1], corners[2]));
+            }
+        }
+        benchmark::DoNotOptimize(sum);
+    }
+}
+BENCHMARK(bareSlice)->ArgName("triangles")->Arg(1000000)->MeasureProcessCPUTime()->Unit(benchmark::kMillisecond);
 
 /// Arguments: pieces in a plane; 1 to join them all, else none.
 void sliceCracked(benchmark::State& state) {

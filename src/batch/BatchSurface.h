@@ -21,6 +21,7 @@ public:
     void prepareContext() override {}
     void clearFrame(const Colour&) override {}
     void drawScene(const SceneFrame&) override {}
+    bool showsScenes() const override { return false; }
     void finishFrame() override {}
     bool swapBuffers() override { return true; }
     void invertRectangle(PixelPoint, PixelPoint) override {}

@@ -92,13 +92,15 @@ bool VelmoraView::RenderScene() {
         doc_.ui().showMessage(message::surfaceNotAllowed);
         doc_.leaveSurface();
     }
-    bringListUpToDate();
-    drawWithOverlay();
+    buildOverlay();
+    if (surface().showsScenes()) {
+        bringListUpToDate();
+        drawWithOverlay();
+    }
     return true;
 }
 
 void VelmoraView::drawWithOverlay() {
-    buildOverlay();
     buildPointed();
     SceneFrame frame;
     frame.list = &model_.list;

@@ -275,7 +275,7 @@ private:
     CaptureColours modelColours_; ///< as of the last build
     DrawList flatList_;           ///< the model's list without accents, when it has some and was asked for
     bool flat_ = false;
-    bool listDirty_ = true; ///< built at the next paint: several redraws of one command cost one build
+    bool listDirty_ = true; ///< built when a paint shows it or someone asks: several changes cost one build
     bool highlightDirty_ = false;
     std::uint64_t listRevision_ = 0;
     DrawList coarse_; ///< of the list of coarseOf_

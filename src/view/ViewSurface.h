@@ -71,6 +71,8 @@ public:
     virtual void prepareContext() = 0; ///< clear colour and depth, depth test
     virtual void clearFrame(const Colour& colour) = 0;
     virtual void drawScene(const SceneFrame& frame) = 0;
+    /// False where no scene is ever shown: then none is made to be drawn, but for whoever asks the view for its list.
+    virtual bool showsScenes() const { return true; }
     virtual void finishFrame() = 0;
     virtual bool swapBuffers() = 0;
     /// Inverts the outline of a rectangle on the finished frame.

@@ -1,0 +1,199 @@
+// What it costs to open a model that nobody looks at, in counts that are the same on every machine: bytes of memory
+// asked for, the most that was held at once, and bytes read from files.
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <new>
+#include <optional>
+#include <string>
+
+#include <malloc.h>
+#include <sys/syscall.h>
+#include <sys/types.h>
+#include <unistd.h>
+
+#include "NumberWriter.h"
+#include "SessionFixture.h"
+#include "TextStream.h"
+#include "apt.h"
+#include "zSTLReader.h"
+
+namespace {
+
+struct Cost {
+    std::int64_t asked = 0; ///< bytes of memory in all
+    std::int64_t held = 0;  ///< of them still held
+    std::int64_t most = 0;  ///< the most that was held at once
+    std::int64_t read = 0;  ///< bytes from files
+};
+Cost counts;
+
+void* allocate(std::size_t size) {
+    void* const memory = std::malloc(std::max<std::size_t>(size, 1));
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    counts.asked += static_cast<std::int64_t>(size);
+    counts.held += static_cast<std::int64_t>(malloc_usable_size(memory));
+    counts.most = std::max(counts.most, counts.held);
+    return memory;
+}
+
+void release(void* memory) {
+    if (memory != nullptr) {
+        counts.held -= static_cast<std::int64_t>(malloc_usable_size(memory));
+        std::free(memory);
+    }
+}
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    return allocate(size);
+}
+void* operator new[](std::size_t size) {
+    return allocate(size);
+}
+void operator delete(void* memory) noexcept {
+    release(memory);
+}
+void operator delete[](void* memory) noexcept {
+    release(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    release(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+    release(memory);
+}
+
+// Takes the place of the system's function.
+extern "C" ssize_t read(int descriptor, void* buffer, size_t count) {
+    const ssize_t taken = ::syscall(SYS_read, descriptor, buffer, count);
+    counts.read += std::max<ssize_t>(taken, 0);
+    return taken;
+}
+
+namespace velmora::test {
+namespace {
+
+/// What the work adds to the counts; `most` is what it held at once beyond what was held before.
+template <class Work>
+Cost costOf(Work work) {
+    const Cost before = counts;
+    counts.most = counts.held;
+    work();
+    return {counts.asked - before.asked, counts.held - before.held, counts.most - before.held,
+            counts.read - before.read};
+}
+
+constexpr std::int64_t bytesOfPoint = sizeof(zVec<double>);
+/// Three corners of its own, coordinate by coordinate, and a row of four node numbers.
+constexpr std::int64_t bytesOfTriangle = 9 * sizeof(double) + 4 * sizeof(std::int32_t);
+
+class CostTest : public SessionFixture {
+protected:
+    static constexpr std::int64_t triangles = 30'000;
+    static constexpr int patches = 10;
+    static constexpr int sections = 60;
+    static constexpr int points = 100;
+    static constexpr std::int64_t bytesOfFacets = triangles * bytesOfTriangle;
+    static constexpr std::int64_t bytesOfGrid = std::int64_t{patches} * sections * points * bytesOfPoint;
+
+    CostTest() {
+        std::string text = "solid strip\n";
+        for (std::int64_t i = 0; i < triangles; ++i) {
+            const std::string x = std::to_string(i);
+            text += "facet normal 0 0 1\nouter loop\nvertex " + x + " 0 0\nvertex " + x + ".5 0 0\nvertex " + x +
+                    " 1 0\nendloop\nendfacet\n";
+        }
+        writeFileText(facets, text + "endsolid strip\n");
+        writeFileText(grid, aptText(PatchList(patches, flatPatch(sections, points))));
+    }
+
+    void open(const std::filesystem::path& path) { must("open " + file(path.filename().string())); }
+
+    /// The picture of the model, as a paint that is seen makes it.
+    void makePicture() {
+        session.run(++number, [](Session& all) -> MaybeFailure {
+            all.view().list();
+            return std::nullopt;
+        });
+    }
+
+    /// A click beside the model, which takes nothing and leaves the regime as it is.
+    void clickBeside() {
+        must("mouse down 400 20");
+        must("mouse up 400 20");
+    }
+
+    std::filesystem::path facets = folder / "facets.stl";
+    std::filesystem::path grid = folder / "grid.apt";
+};
+
+TEST_F(CostTest, FacetsTakeHardlyMoreMemoryThanTheReaderAsksFor) {
+    const Cost reading = costOf([&] {
+        zRegion_fe region;
+        zSTLReader().read(facets, region);
+    });
+    const Cost opening = costOf([&] { open(facets); });
+    EXPECT_GE(reading.asked, bytesOfFacets);
+    EXPECT_LE(opening.asked, reading.asked + bytesOfFacets / 10);
+}
+
+TEST_F(CostTest, GridTakesHardlyMoreMemoryThanTheReaderAsksFor) {
+    const Cost reading = costOf([&] {
+        PatchList model;
+        readApt(grid, model);
+    });
+    const Cost opening = costOf([&] { open(grid); });
+    EXPECT_GE(reading.asked, bytesOfGrid);
+    EXPECT_LE(opening.asked, reading.asked + bytesOfGrid / 10);
+}
+
+TEST_F(CostTest, GridNeverTakesMuchMoreThanTheModelAndABlockOfTheFile) {
+    const Cost opening = costOf([&] { open(grid); });
+    EXPECT_GE(opening.held, bytesOfGrid);
+    EXPECT_LE(opening.most, bytesOfGrid * 11 / 10 + static_cast<std::int64_t>(TextStream::defaultBlockSize));
+}
+
+TEST_F(CostTest, PictureIsMadeWhenItIsAskedForAndOnce) {
+    open(facets);
+    const Cost first = costOf([&] { makePicture(); });
+    const Cost second = costOf([&] { makePicture(); });
+    EXPECT_GE(first.held, triangles * 3 * bytesOfPoint);
+    EXPECT_LE(second.asked, bytesOfFacets / 100);
+}
+
+TEST_F(CostTest, IndexOfThePicksIsMadeByTheFirstClickAndOnce) {
+    open(facets);
+    must("run point.capture");
+    const Cost first = costOf([&] { clickBeside(); });
+    const Cost second = costOf([&] { clickBeside(); });
+    EXPECT_GE(first.held, bytesOfFacets / 10);
+    EXPECT_LE(second.asked, bytesOfFacets / 50);
+}
+
+TEST_F(CostTest, SavingHoldsABlockOfTheFileAndNoMoreOfTheModel) {
+    open(grid);
+    const Cost saving = costOf([&] { must("run file.saveAs file=" + file("copy.apt")); });
+    EXPECT_GT(std::filesystem::file_size(folder / "copy.apt"), 0U);
+    EXPECT_LE(saving.most, bytesOfGrid / 10 + static_cast<std::int64_t>(NumberWriter::defaultBlockSize));
+}
+
+TEST_F(CostTest, FacetsAreReadInOnePass) {
+    const auto size = static_cast<std::int64_t>(std::filesystem::file_size(facets));
+    const Cost opening = costOf([&] { open(facets); });
+    EXPECT_EQ(opening.read, size);
+}
+
+TEST_F(CostTest, GridIsReadInTwoPassesOfWhichTheFirstCountsItsLines) {
+    const auto size = static_cast<std::int64_t>(std::filesystem::file_size(grid));
+    const Cost opening = costOf([&] { open(grid); });
+    EXPECT_EQ(opening.read, 2 * size);
+}
+
+} // namespace
+} // namespace velmora::test

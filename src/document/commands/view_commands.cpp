@@ -102,7 +102,6 @@ std::span<const Command> viewCommands() {
          .statusText = "Show the distances of Compare or a field value as colours on the surface",
          .run = &ColourByValue,
          .off = emptyModel,
-         .checked = [](Doc d) { return d.dialogs->colours.isOn(); },
          .places = {{View, 540}}},
         {.id = "view.features",
          .menuText = "&View features...",

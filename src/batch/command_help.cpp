@@ -56,6 +56,7 @@ constexpr std::pair<std::string_view, std::string_view> dialogs[] = {
     {"convert.toSkl", "CConvert_to_SKL"},
     {"convert.knife", "CUKnife"},
     {"view.manual", "dlgViewing"},
+    {"view.colourByValue", "CColours"},
     {"view.features", "CFeatures"},
 };
 

@@ -48,6 +48,7 @@ constexpr auto storedDialogs = std::to_array<StoredDialog>({
     {"CUKnife", formOf<&DialogValues::knife>},
     {"CIntersection", formOf<&DialogValues::intersection>},
     {"CCompare", formOf<&DialogValues::compare>},
+    {"CColours", formOf<&DialogValues::colours>},
     {"CImport", formOf<&DialogValues::importing>},
     {"CExport", formOf<&DialogValues::exporting>},
 });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,6 +10,7 @@
 #include "CBeforeAfter.h"
 #include "CBlockMove.h"
 #include "CBlockRotate.h"
+#include "CColours.h"
 #include "CCompare.h"
 #include "CConvert_SKL_to_APT.h"
 #include "CConvert_to_SKL.h"
@@ -73,12 +75,16 @@ struct DialogValues {
     CUKnife knife;
     CIntersection intersection;
     CCompare compare;
+    CColours colours;
     CImport importing;
     CExport exporting;
 
     // Two have a widget of their own and no form.
     CRegularInput regularInput;
     dlgFilesList filesList; ///< the project list, which no command opens
+
+    /// Who plots curves is told here what the values of an open dialog would make of the captured one.
+    std::function<void(const PointList& curve)> onCurveTried;
 
     /// The form over the values of the dialog of that class name; none for an unknown name.
     std::optional<DialogForm> form(std::string_view name);

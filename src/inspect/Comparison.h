@@ -15,7 +15,8 @@ struct ComparedPlace {
 
 /// The points of a model against a surface.
 struct Comparison {
-    std::vector<double> values; ///< of each point: its distance from the nearest place of the surface
+    std::vector<bool> chosen;   ///< per part of the model whether its points were compared
+    std::vector<double> values; ///< of each of those points: its distance from the nearest place of the surface
     double largest = 0.0;       ///< these three only with a point
     double mean = 0.0;
     double rms = 0.0;

@@ -8,7 +8,9 @@ namespace {
 
 class Comparer {
 public:
-    explicit Comparer(const NearestTree& surface) : surface_(surface) {}
+    Comparer(const NearestTree& surface, const std::vector<bool>& chosen) : surface_(surface) {
+        result_.chosen = chosen;
+    }
 
     void add(const zVec<double>& point, const ComparedPlace& at) {
         const double value = surface_.distanceFrom(point);
@@ -39,7 +41,7 @@ private:
 } // namespace
 
 Comparison comparePatches(const PatchList& patches, const std::vector<bool>& chosen, const NearestTree& surface) {
-    Comparer comparer(surface);
+    Comparer comparer(surface, chosen);
     for (std::int32_t k = 0; k < countOf(patches); ++k) {
         const Patch& patch = patches[static_cast<std::size_t>(k)];
         for (std::int32_t n = 0; chosen[static_cast<std::size_t>(k)] && n < countOf(patch); ++n) {
@@ -53,7 +55,7 @@ Comparison comparePatches(const PatchList& patches, const std::vector<bool>& cho
 }
 
 Comparison compareZones(const zRegion_fe& region, const std::vector<bool>& chosen, const NearestTree& surface) {
-    Comparer comparer(surface);
+    Comparer comparer(surface, chosen);
     for (std::int32_t k = 0; k < countOf(region.blocks); ++k) {
         const zBlock_fe& zone = *region.blocks[static_cast<std::size_t>(k)];
         const ZoneCoordinates at = coordinatesOf(zone.variables);

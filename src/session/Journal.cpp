@@ -26,7 +26,7 @@ bool isOfTheView(const Command& command) {
     if (command.owner == CommandOwner::Shell) {
         return true;
     }
-    return id.starts_with("view.") && id != "view.surface" && id != "view.features";
+    return id.starts_with("view.") && id != "view.surface" && id != "view.colourByValue" && id != "view.features";
 }
 
 /// Numbers as a script has them: from 1.

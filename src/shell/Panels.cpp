@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "CurvePlotPanel.h"
+#include "DialogValues.h"
 #include "FileReportPanel.h"
 #include "JournalPanel.h"
 #include "QtUserInterface.h"
@@ -32,6 +33,7 @@ Panels::Panels(QMainWindow& frame, Session& session, QtUserInterface& person)
         dock->hide();
     }
     connectPanels();
+    session_.state().dialogs->onCurveTried = [this](const PointList& curve) { showTried(curve); };
 }
 
 void Panels::connectPanels() {
@@ -100,6 +102,16 @@ void Panels::refreshReport() {
 void Panels::refreshPlot() {
     DocumentState& doc = session_.state();
     plot_->showCurve(curveInHand(doc), neighbourCurves(doc));
+}
+
+/// The curve as it stands goes behind, before its neighbours, until the dialog is closed.
+void Panels::showTried(const PointList& curve) {
+    if (shown(Panel::CurvePlot)) {
+        DocumentState& doc = session_.state();
+        std::vector<PointList> behind = neighbourCurves(doc);
+        behind.insert(behind.begin(), curveInHand(doc));
+        plot_->showCurve(curve, std::move(behind));
+    }
 }
 
 // ---- Capturing ------------------------------------------------------------------------------------------------------

@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 
+#include "PatchList.h"
 #include "ShellCommands.h"
 
 class QDockWidget;
@@ -49,6 +50,7 @@ private:
     void connectPanels();
     void refreshReport();
     void refreshPlot();
+    void showTried(const PointList& curve);
     void capture(std::int32_t patch, std::int32_t section, std::int32_t point);
     void captureOfCurve(std::int32_t point);
     void pointAt(std::int32_t point);

@@ -41,6 +41,9 @@ QImage imageOf(const SceneFrame& frame, const PictureSettings& settings) {
     Overlay overlay = *frame.overlay;
     putOnGround(list, settings.ground);
     putOnGround(overlay.list, settings.ground);
+    for (DrawText& text : overlay.texts) {
+        text.colour = onGround(text.colour, settings.ground);
+    }
     SceneFrame shown = frame;
     shown.list = &list;
     shown.listRevision = 1;

@@ -126,6 +126,9 @@ void VelmoraView::drawWithOverlay() {
 
 void VelmoraView::buildOverlay() {
     overlay_ = {};
+    if (coloured_) {
+        addLegend();
+    }
     if (doc_.capture->pointPicked) {
         overlay_.list.framedPoint(doc_.capture->capturedPointPos, 6.0F, {1.0F, 1.0F, 1.0F, 1.0F}, 8.0F,
                                   {1.0F, 0.0F, 0.0F, 1.0F});
@@ -133,6 +136,7 @@ void VelmoraView::buildOverlay() {
     if (pointedAt_) {
         overlay_.list.framedPoint(*pointedAt_, 6.0F, {1.0F, 1.0F, 0.0F, 1.0F}, 8.0F, {0.0F, 0.0F, 0.0F, 1.0F});
     }
+    batchesBeforeTriad_ = overlay_.list.batches.size();
     addTriad(overlay_.list);
     if (doc_.markersOpen) {
         addMarkerNumbers();
@@ -187,6 +191,10 @@ void VelmoraView::bringListUpToDate() {
     const bool coloursStay = !highlightDirty_ || captureColoursOf(doc_) == modelColours_;
     if (listDirty_ || model_.list.number != number || !coloursStay) {
         model_ = buildModelList(doc_, number, std::move(model_));
+        coloured_ = showsSurface() ? colouredValues(doc_) : std::nullopt;
+        if (coloured_) {
+            colourByValue(model_.list, doc_, *coloured_);
+        }
         modelColours_ = captureColoursOf(doc_);
         listDirty_ = false;
         highlightDirty_ = true;

@@ -11,6 +11,7 @@
 #include "OpenGLView.h"
 #include "draw_lists.h"
 #include "model_picks.h"
+#include "value_colours.h"
 
 namespace velmora {
 
@@ -68,6 +69,8 @@ public:
     /// The picture of the model, as of the last redraw, and what was drawn beside it in the last frame.
     const DrawList& list();
     const Overlay& overlay() const { return overlay_; }
+    /// The batches of the overlay that stand before the triad: legend and marks.
+    std::size_t batchesBeforeTriad() const { return batchesBeforeTriad_; }
     /// What is drawn over a surface of what is held; empty over wires, which show it themselves.
     const DrawList& held() const { return held_; }
     /// What a click would take, where that is known before the click.
@@ -215,6 +218,7 @@ private:
     void bringCoarseListUpToDate();
     bool isTooSlow() const;
     bool showsSurface() const { return model_.list.number == 2 || model_.list.number == 4; }
+    void addLegend();
     void addTriad(DrawList& list);
     void addMarkerNumbers();
     void refreshAngles();
@@ -288,6 +292,8 @@ private:
     std::optional<Pick> candidate_;
     std::uint64_t candidateRevision_ = 0; ///< of the geometry that it was found in
     Overlay overlay_;
+    std::size_t batchesBeforeTriad_ = 0;
+    std::optional<ColouredValues> coloured_; ///< the values that the model's list shows as colours
     std::optional<zVec<double>> pointedAt_;
     ModelIndex index_;
     std::optional<std::uint64_t> gridRevision_; ///< of the geometry that was looked at

@@ -226,11 +226,10 @@ private:
     std::string path_;
 };
 
-/// The overlay without the triad: what marks points comes before it.
-Overlay withoutTriad(const Overlay& overlay, bool pointMarked) {
-    constexpr std::size_t batchesOfMark = 2; // the point and its frame
+/// The overlay with those of its batches alone that stand before the triad.
+Overlay withoutTriad(const Overlay& overlay, std::size_t batchesBefore) {
     Overlay kept = overlay;
-    kept.list.batches.resize(std::min(kept.list.batches.size(), pointMarked ? batchesOfMark : 0));
+    kept.list.batches.resize(std::min(kept.list.batches.size(), batchesBefore));
     return kept;
 }
 
@@ -244,7 +243,7 @@ void withPicture(VelmoraView& view, const DocumentState& document, const Picture
         view.OnSize(settings.width, settings.height);
         view.RenderScene();
         const Overlay overlay =
-            settings.triad ? view.overlay() : withoutTriad(view.overlay(), document.capture->pointPicked);
+            settings.triad ? view.overlay() : withoutTriad(view.overlay(), view.batchesBeforeTriad());
         const DrawList nothing;
         SceneFrame frame;
         frame.list = document.holdsNothing() ? &nothing : &view.list();

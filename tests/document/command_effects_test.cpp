@@ -518,6 +518,11 @@ const std::vector<Effect> effects = {
 
     // View
     {.id = "view.fit", .change = Change::Nothing, .told = Told::Bounds},
+    {.id = "view.colourByValue",
+     .fields = {{"quantity", "3"}},
+     .change = Change::Nothing,
+     .status = "The model has no such field value",
+     .asks = true},
     {.id = "view.features",
      .fields = {{"showFirstPoints", "1"}, {"showDoublePoints", "1"}},
      .change = Change::Selection,

@@ -158,6 +158,16 @@ TEST(DialogFields, OfCompare) {
         ElementsAre("Compare", "target |  | radio | 1 | \"Second geometry\" \"Patches outside of zBlock\" \"File\""));
 }
 
+TEST(DialogFields, OfColourByValue) {
+    EXPECT_THAT(
+        linesOf("CColours"),
+        ElementsAre("Colour by value",
+                    "quantity |  | radio | 1 | \"None\" \"Distance of Compare\" \"Field value 1\" \"Field value "
+                    "2\" \"Field value 3\"",
+                    "bands | Bands | int | 10 | 2 to 20", "automatic | Range of the values | check | 1",
+                    "least | From | real | 0", "most | To | real | 1"));
+}
+
 TEST(DialogFields, OfIntersection) {
     EXPECT_THAT(linesOf("CIntersection"),
                 ElementsAre("Intersection",

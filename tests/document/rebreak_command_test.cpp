@@ -38,11 +38,83 @@ protected:
     }
 };
 
+/// What is told of the captured curve while the dialog is open; the last of it is what OK gives.
+class RebreakTried : public Rebreak {
+protected:
+    RebreakTried() {
+        doc.dialogs->onCurveTried = [this](const PointList& curve) { told.push_back(curve); };
+    }
+
+    std::vector<PointList> told;
+};
+
 using RebreakSection = Rebreak;
 using RebreakLine = Rebreak;
 using RebreakBlock = Rebreak;
 
 } // namespace
+
+// ---- While the dialog is open ---------------------------------------------------------------------------------------
+
+TEST_F(RebreakTried, EachChangeTellsWhatItMakesOfTheSection) {
+    hold({{{{0, 0, 0}, {1, 0, 0}, {4, 0, 0}}, {{0, 1, 0}, {1, 1, 0}, {4, 1, 0}}}});
+    const PatchList before = doc.patches;
+    captureSection(0, 0);
+    ui.onDialog = [this, &before](DialogForm& form) {
+        // As it opens: three points in two equal steps.
+        ASSERT_EQ(told.size(), 1U);
+        EXPECT_EQ(told.back(), (PointList{{0, 0, 0}, {2, 0, 0}, {4, 0, 0}}));
+        EXPECT_FALSE(setField(form, "function", "2"));
+        EXPECT_FALSE(setField(form, "newCount", "5"));
+        EXPECT_EQ(told.back(), (PointList{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {3, 0, 0}, {4, 0, 0}}));
+        EXPECT_EQ(doc.patches, before);
+    };
+    call("line.rebreak");
+    EXPECT_EQ(doc.patches, before);
+    EXPECT_FALSE(doc.dialogs->rebreak.tried);
+}
+
+TEST_F(RebreakTried, IsWhatOkGivesOfASectionAndOfALine) {
+    const PatchList model = {{{{0, 0, 0}, {1, 0, 2}, {4, 1, 1}, {5, 1, 0}},
+                              {{0, 2, 0}, {1, 2, 1}, {4, 3, 1}, {5, 3, 0}},
+                              {{0, 7, 1}, {1, 6, 1}, {4, 8, 0}, {5, 9, 0}}}};
+    hold(model);
+    captureSection(0, 1);
+    rebreak({{"newCount", "7"}, {"compression", "3"}, {"firstPoint", "2"}});
+    EXPECT_EQ(told.back(), doc.patches[0][1]);
+    EXPECT_EQ(doc.patches[0][0], model[0][0]);
+
+    hold(model);
+    captureLine(0, 2);
+    rebreak({{"regime", "2"}, {"newCount", "5"}, {"compression", "0.5"}});
+    PointList line;
+    for (const PointList& section : doc.patches[0]) {
+        line.push_back(section[2]);
+    }
+    ASSERT_EQ(line.size(), 5U);
+    EXPECT_EQ(told.back(), line);
+}
+
+TEST_F(RebreakTried, ACurveThatTheValuesDoNotMeanStaysAsItIs) {
+    hold({{{{0, 0, 0}, {1, 0, 0}, {4, 0, 0}}, {{0, 1, 0}, {1, 1, 0}, {4, 1, 0}}}});
+    captureSection(0, 0);
+    rebreak({{"regime", "2"}, {"firstCurve", "2"}});
+    EXPECT_EQ(told.back(), (PointList{{0, 0, 0}, {1, 0, 0}, {4, 0, 0}}));
+    EXPECT_EQ(told.back(), doc.patches[0][0]);
+}
+
+TEST_F(RebreakTried, CountsThatNobodyPlotsAreNotTried) {
+    hold({{{{0, 0, 0}, {1, 0, 0}, {4, 0, 0}}, {{0, 1, 0}, {1, 1, 0}, {4, 1, 0}}}});
+    captureSection(0, 0);
+    ui.onDialog = [this](DialogForm& form) {
+        const std::size_t before = told.size();
+        EXPECT_FALSE(setField(form, "newCount", "100001"));
+        EXPECT_EQ(told.size(), before);
+        EXPECT_FALSE(setField(form, "newCount", "100000"));
+        EXPECT_EQ(told.back().size(), 100000U);
+    };
+    call("line.rebreak");
+}
 
 // ---- Preparing ------------------------------------------------------------------------------------------------------
 

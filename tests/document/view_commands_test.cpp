@@ -101,4 +101,52 @@ TEST_F(ViewCommands, FeaturesOfAnUnstructuredModelHaveNoDoublePoints) {
     EXPECT_FALSE(doc.showDoublePoints);
 }
 
+// ---- Colour by value ------------------------------------------------------------------------------------------------
+
+TEST_F(ViewCommands, ColourByValueTellsWhyNothingIsSeenOfIt) {
+    doc.surfaceMode = true;
+    ui.dialogs = {{{"quantity", "2"}}, {{"quantity", "4"}}, {{"quantity", "3"}}, {}, {{"quantity", "1"}}};
+    call("view.colourByValue");
+    EXPECT_EQ(doc.status, "No distances to show: Compare was not run on this geometry");
+    EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
+    doc.fieldLoaded = true;
+    doc.fieldCount = 1;
+    call("view.colourByValue");
+    EXPECT_EQ(doc.status, "The model has no such field value");
+    doc.status = "before";
+    call("view.colourByValue");
+    EXPECT_EQ(doc.status, "before");
+    doc.surfaceMode = false;
+    call("view.colourByValue");
+    EXPECT_EQ(doc.status, "Colours show with Surface on");
+    doc.status = "before";
+    call("view.colourByValue");
+    EXPECT_EQ(doc.status, "before");
+    EXPECT_FALSE(doc.dialogs->colours.isOn());
+}
+
+TEST_F(ViewCommands, ColourByValueAsksForBandsAndRangeWhereTheyCount) {
+    DialogForm form = describe(doc.dialogs->colours);
+    openDialog(form);
+    const auto live = [&form] {
+        std::string keys;
+        for (const DialogField& field : form.fields) {
+            keys += field.on ? field.key + ' ' : "";
+        }
+        return keys;
+    };
+    EXPECT_EQ(live(), "quantity ");
+    EXPECT_FALSE(setField(form, "quantity", "2"));
+    EXPECT_EQ(live(), "quantity bands automatic ");
+    EXPECT_FALSE(setField(form, "automatic", "0"));
+    EXPECT_EQ(live(), "quantity bands automatic least most ");
+    EXPECT_FALSE(setField(form, "least", "1"));
+    const auto refusal = acceptDialog(form);
+    ASSERT_TRUE(refusal.has_value());
+    EXPECT_EQ(refusal->message, "The range must end above its start");
+    EXPECT_EQ(refusal->key, "most");
+    EXPECT_FALSE(setField(form, "most", "1.5"));
+    EXPECT_FALSE(acceptDialog(form).has_value());
+}
+
 } // namespace velmora::test

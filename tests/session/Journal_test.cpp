@@ -99,7 +99,10 @@ TEST_F(JournalTest, WhatIsShownOfTheModelStandsInIt) {
     person.dialogs = {{{"showFirstPoints", "1"}}};
     run("view.surface");
     run("view.features");
-    EXPECT_THAT(lines(), ElementsAre("run view.surface", "run view.features showFirstPoints=1"));
+    person.dialogs = {{{"quantity", "2"}, {"bands", "5"}}};
+    run("view.colourByValue");
+    EXPECT_THAT(lines(), ElementsAre("run view.surface", "run view.features showFirstPoints=1",
+                                     "run view.colourByValue quantity=2 bands=5"));
 }
 
 TEST_F(JournalTest, AnswersAndFilesFollowTheFields) {

@@ -189,6 +189,22 @@ TEST_F(PlotPanel, ShowsTheCapturedSectionWithItsNeighbour) {
     EXPECT_EQ(panel->plot().plot().curve.pieces.at(0).at(0).value, rig.doc().patches[0][0][0].x);
 }
 
+TEST_F(PlotPanel, ShowsWhatTheOpenDialogOfRebreakWouldGive) {
+    const PointList before = rig.doc().patches[0][0];
+    rig.person.at("CRebreak", [this, &before](QWidget& dialog) {
+        auto* const count = dialog.findChild<QLineEdit*>(QStringLiteral("newCount"));
+        count->setText(QStringLiteral("7"));
+        emit count->editingFinished();
+        EXPECT_EQ(panel->curve().size(), 7U);
+        EXPECT_EQ(panel->plot().plot().neighbours.size(), 2U) << "the curve as it stands, and the one behind it";
+        EXPECT_EQ(rig.doc().patches[0][0], before);
+        dynamic_cast<QDialog&>(dialog).reject();
+    });
+    rig.run("line.rebreak");
+    EXPECT_EQ(panel->curve(), before);
+    EXPECT_EQ(panel->plot().plot().neighbours.size(), 1U);
+}
+
 TEST_F(PlotPanel, APointUnderTheCursorIsMarkedInThePicture) {
     panel->findChild<QComboBox*>(QStringLiteral("quantity"))->setCurrentIndex(3);
     rig.view().OnDraw();

@@ -93,6 +93,9 @@ void CompareModel(VelmoraDoc& doc) {
                                       ? compareZones(doc.feRegion, doc.chosenMask(), surface)
                                       : comparePatches(doc.patches, doc.chosenMask(), surface);
             doc.comparedDigest = geometryDigest(doc.patches, doc.feRegion);
+            if (doc.dialogs->colours.ofCompare()) {
+                doc.redrawPicture();
+            }
             doc.ShowStatus(comparisonText(*doc.foundComparison));
             return;
         }

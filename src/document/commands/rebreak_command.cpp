@@ -3,6 +3,7 @@
 #include "DialogValues.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "captured_curve.h"
 #include "command_rows.h"
 #include "command_rules.h"
 #include "show_dialog.h"
@@ -75,6 +76,55 @@ void rebreakOnePatch(VelmoraDoc& doc, std::int32_t patch) {
     }
 }
 
+/// What the values make of the captured curve, which stays. Empty for the curves of the zBlock and for counts too large
+/// to be plotted: those are not tried.
+PointList triedCurve(VelmoraDoc& doc, const CRebreak& values) {
+    constexpr std::int32_t mostTried = 100'000;
+    if (values.useBlock || values.law.newCount > mostTried) {
+        return {};
+    }
+    const bool lines = doc.capture->lineCaptured;
+    const std::int32_t captured = lines ? doc.capture->capturedLine : doc.capture->capturedSection;
+    PointList points = capturedCurvePoints(doc);
+    const std::int32_t count = curveCountOf(doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)], lines);
+    const CurveRange curves = curveRange(values, count, captured);
+    if (captured < curves.first || captured >= curves.last) {
+        return points;
+    }
+    // The curve as a patch of its own.
+    RebreakLaw law = values.law;
+    if (!lines) {
+        Patch alone = {std::move(points)};
+        rebreakSections(alone, law, {0, 1, 0});
+        return std::move(alone.front());
+    }
+    Patch alone;
+    for (const zVec<double>& point : points) {
+        alone.push_back({point});
+    }
+    rebreakLines(alone, law, {0, 1, 0});
+    points.clear();
+    for (const PointList& section : alone) {
+        points.push_back(section.front());
+    }
+    return points;
+}
+
+/// Asks for the values; a plot shows meanwhile what they come to.
+bool askRebreak(VelmoraDoc& doc) {
+    CRebreak& values = doc.dialogs->rebreak;
+    values.tried = [&doc](const CRebreak& tried) {
+        if (doc.dialogs->onCurveTried) {
+            if (const PointList curve = triedCurve(doc, tried); !curve.empty()) {
+                doc.dialogs->onCurveTried(curve);
+            }
+        }
+    };
+    const bool agreed = showDialog(doc.ui(), values);
+    values.tried = nullptr;
+    return agreed;
+}
+
 void Rebreak(VelmoraDoc& doc) {
     const bool lines = doc.capture->lineCaptured;
     const std::int32_t curve = lines ? doc.capture->capturedLine : doc.capture->capturedSection;
@@ -83,7 +133,7 @@ void Rebreak(VelmoraDoc& doc) {
         return;
     }
     prepareRebreak(doc);
-    if (!showDialog(doc.ui(), doc.dialogs->rebreak)) {
+    if (!askRebreak(doc)) {
         return;
     }
     doc.beginPatchCommand(Extent::Stays);

@@ -31,6 +31,31 @@ void ViewFeatures(VelmoraDoc& doc) {
     doc.redrawPicture();
 }
 
+/// Why the surface does not show the value that was chosen; empty when it does.
+std::string whyWithoutColours(const VelmoraDoc& doc) {
+    const CColours& chosen = doc.dialogs->colours;
+    if (!chosen.isOn()) {
+        return "";
+    }
+    if (chosen.ofCompare() && doc.comparison() == nullptr) {
+        return "No distances to show: Compare was not run on this geometry";
+    }
+    if (!chosen.ofCompare() && (!doc.fieldLoaded || chosen.fieldIndex() >= doc.fieldCount)) {
+        return "The model has no such field value";
+    }
+    return doc.surfaceMode ? "" : "Colours show with Surface on";
+}
+
+/// Colours the surface by the distances of the last Compare or by a field value.
+void ColourByValue(VelmoraDoc& doc) {
+    if (showDialog(doc.ui(), doc.dialogs->colours)) {
+        doc.redrawPicture();
+        if (const std::string text = whyWithoutColours(doc); !text.empty()) {
+            doc.ShowStatus(text);
+        }
+    }
+}
+
 } // namespace
 
 void VelmoraDoc::ToggleBlockOnly() {
@@ -72,6 +97,12 @@ std::span<const Command> viewCommands() {
          .run = &VelmoraDoc::FitToWindow,
          .off = emptyModel,
          .places = {{View, 440}, {GeneralBar, 840}}},
+        {.id = "view.colourByValue",
+         .menuText = "Co&lour by Value...",
+         .statusText = "Show the distances of Compare or a field value as colours on the surface",
+         .run = &ColourByValue,
+         .off = emptyModel,
+         .places = {{View, 540}}},
         {.id = "view.features",
          .menuText = "&View features...",
          .statusText = "Choose what is shown beside the model",

@@ -95,7 +95,12 @@ DialogForm describe(CRebreak& values) {
         shownOnly(integerField("patchNumber", "Patch", values.patchNumber, 1, largestNumber)),
         checkField("useBlock", "Block", values.useBlock),
     };
-    form.refresh = [&values](DialogForm& self, std::string_view key) { refresh(self, values, key); };
+    form.refresh = [&values](DialogForm& self, std::string_view key) {
+        refresh(self, values, key);
+        if (values.tried) {
+            values.tried(values);
+        }
+    };
     form.confirm = [&values](DialogForm&) {
         const double curves = values.useBlock ? values.blockCurves : values.regime == 2 ? values.patchCurves : 1;
         return refuseTooMany({{"newCount", values.law.newCount, 2, curves * values.room.bytesEach}}, values.room.free);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include "DialogForm.h"
 #include "count_limit.h"
@@ -20,12 +21,13 @@ struct CRebreak {
 
     // Set by the command before the dialog opens.
     std::int32_t blockCount = 0;
-    bool lineMode = false;       ///< the curves are lines
-    bool isApt = false;          ///< the model is a regular grid
-    std::int32_t curveCount = 2; ///< points of the captured curve
-    double patchCurves = 1;      ///< curves of the captured patch
-    double blockCurves = 0;      ///< curves of the patches of the zBlock
-    MemoryRoom room = {};        ///< of one point of one curve
+    bool lineMode = false;                           ///< the curves are lines
+    bool isApt = false;                              ///< the model is a regular grid
+    std::int32_t curveCount = 2;                     ///< points of the captured curve
+    double patchCurves = 1;                          ///< curves of the captured patch
+    double blockCurves = 0;                          ///< curves of the patches of the zBlock
+    MemoryRoom room = {};                            ///< of one point of one curve
+    std::function<void(const CRebreak&)> tried = {}; ///< called with the values as they change
 };
 
 /// The form over `values`, which must outlive it.

@@ -1,0 +1,306 @@
+#include "value_colours.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <limits>
+#include <map>
+
+#include "DialogValues.h"
+#include "Digest.h"
+#include "draw_rig.h"
+#include "small_zones.h"
+#include "vectors.h"
+#include "view_rig.h"
+
+namespace velmora {
+namespace {
+
+using namespace test;
+using ::testing::DoubleNear;
+using ::testing::ElementsAre;
+using ::testing::Pair;
+using ::testing::SizeIs;
+
+/// As the eye weighs the parts of a colour.
+double lightness(const Colour& colour) {
+    return 0.2126 * static_cast<double>(colour[0]) + 0.7152 * static_cast<double>(colour[1]) +
+           0.0722 * static_cast<double>(colour[2]);
+}
+
+/// The area that the triangles of each colour cover.
+std::map<Colour, double> areas(const DrawList& list) {
+    std::map<Colour, double> sums;
+    for (const DrawBatch& batch : list.batches) {
+        for (std::size_t i = 0; i + 2 < batch.vertexCount && batch.primitive == Primitive::Triangles; i += 3) {
+            const zVec<double>* const p = &list.vertices[batch.firstVertex + i];
+            sums[batch.colour] += lengthOf(cross(p[1] - p[0], p[2] - p[0])) / 2.0;
+        }
+    }
+    return sums;
+}
+
+ColouredValues shown(std::vector<std::vector<double>> parts, const ValueScale& scale) {
+    return {{"value", std::move(parts)}, scale};
+}
+
+DrawList colouredSurface(const DocumentState& doc, int number, const ColouredValues& values) {
+    DrawList list = buildModelList(doc, number).list;
+    colourByValue(list, doc, values);
+    return list;
+}
+
+} // namespace
+
+TEST(ValueScale, PartsItsRangeEvenly) {
+    const ValueScale scale(-2.0, 2.0, 4);
+    EXPECT_EQ(scale.bandCount(), 4);
+    EXPECT_EQ(scale.edge(0), -2.0);
+    EXPECT_EQ(scale.edge(1), -1.0);
+    EXPECT_EQ(scale.edge(4), 2.0);
+}
+
+TEST(ValueScale, AnEdgeBelongsToTheBandAboveAndWhatIsOutsideToTheOuterOnes) {
+    const ValueScale scale(0.0, 4.0, 4);
+    EXPECT_EQ(scale.bandOf(0.99), 0);
+    EXPECT_EQ(scale.bandOf(1.0), 1);
+    EXPECT_EQ(scale.bandOf(3.0), 3);
+    EXPECT_EQ(scale.bandOf(4.0), 3);
+    EXPECT_EQ(scale.bandOf(-100.0), 0);
+    EXPECT_EQ(scale.bandOf(100.0), 3);
+}
+
+TEST(ValueScale, TheWidestRangeHasBandsToo) {
+    const double most = std::numeric_limits<double>::max();
+    const ValueScale scale(-most, most, 4);
+    EXPECT_EQ(scale.edge(2), 0.0);
+    EXPECT_EQ(scale.bandOf(-1.0), 1);
+    EXPECT_EQ(scale.bandOf(most), 3);
+}
+
+TEST(ValueScale, EachBandIsLighterThanTheOneBelow) {
+    for (const std::int32_t bands : {2, 3, 10, 20}) {
+        const ValueScale scale(0.0, 1.0, bands);
+        for (std::int32_t band = 1; band < bands; ++band) {
+            EXPECT_GT(lightness(scale.colourOf(band)), lightness(scale.colourOf(band - 1)) + 0.01) << band;
+        }
+    }
+}
+
+TEST(ValueScale, OfValuesIsTheirRange) {
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    const ValueScale scale = scaleOf({"", {{3.0, none}, {}, {-1.0, 7.0}}}, 2);
+    EXPECT_EQ(scale.edge(0), -1.0);
+    EXPECT_EQ(scale.edge(1), 3.0);
+    EXPECT_EQ(scale.edge(2), 7.0);
+}
+
+TEST(ValueScale, OfOneValueHasARangeAllTheSame) {
+    const ValueScale scale = scaleOf({"", {{5.0, 5.0}}}, 2);
+    EXPECT_EQ(scale.edge(0), 5.0);
+    EXPECT_GT(scale.edge(2), 5.0);
+    EXPECT_EQ(scale.bandOf(5.0), 0);
+}
+
+TEST(Legend, HasTheHighestBandFirst) {
+    const ValueScale scale(0.0, 1.0, 2);
+    const std::vector<LegendRow> rows = legendOf(scale);
+    ASSERT_THAT(rows, SizeIs(2));
+    EXPECT_EQ(rows[0].text, "0.5 to 1");
+    EXPECT_EQ(rows[0].colour, scale.colourOf(1));
+    EXPECT_EQ(rows[1].text, "0 to 0.5");
+    EXPECT_EQ(rows[1].colour, scale.colourOf(0));
+}
+
+// The value of the unit square is x: the bands 0 to 1/4 and so on are strips of a quarter each.
+TEST(ColourByValue, BandsEndWhereTheValueDoesAndNotAtTheGrid) {
+    const DrawRig rig({square(0)});
+    const ValueScale scale(0.0, 1.0, 4);
+    const DrawList list = colouredSurface(rig.doc, 2, shown({{0, 1, 0, 1}}, scale));
+    EXPECT_EQ(list.number, 2);
+    const auto found = areas(list);
+    ASSERT_THAT(found, SizeIs(4));
+    for (std::int32_t band = 0; band < 4; ++band) {
+        EXPECT_NEAR(found.at(scale.colourOf(band)), 0.25, 1e-15) << band;
+    }
+    for (const DrawBatch& batch : list.batches) {
+        EXPECT_TRUE(batch.lit);
+        const std::int32_t band =
+            scale.bandOf(list.vertices[batch.firstVertex].x * 0.5 + list.vertices[batch.firstVertex + 1].x * 0.25 +
+                         list.vertices[batch.firstVertex + 2].x * 0.25);
+        EXPECT_EQ(batch.colour, scale.colourOf(band));
+    }
+}
+
+TEST(ColourByValue, FacesKeepTheirSideAndNormals) {
+    const DrawRig rig({square(0)});
+    const DrawList list = colouredSurface(rig.doc, 2, shown({{0, 1, 0, 1}}, {0.0, 1.0, 3}));
+    ASSERT_THAT(list.normals, SizeIs(list.vertices.size()));
+    for (const zVec<double>& normal : list.normals) {
+        expectVector(normal, {0, 0, 1}, 1e-15);
+    }
+    for (std::size_t i = 0; i + 2 < list.vertices.size(); i += 3) {
+        const zVec<double>* const p = &list.vertices[i];
+        EXPECT_GT(cross(p[1] - p[0], p[2] - p[0]).z, 0.0);
+    }
+}
+
+// A section and a point count have their places: 3 points at (0, 0), (1, 0), (2, 0), then those at y = 1, with x + 10
+// y.
+TEST(ColourByValue, EachPointHasItsOwnValue) {
+    const DrawRig rig({flatPatch(2, 3)});
+    const ValueScale scale(0.0, 12.0, 12);
+    const DrawList list = colouredSurface(rig.doc, 2, shown({{0, 1, 2, 10, 11, 12}}, scale));
+    for (const DrawBatch& batch : list.batches) {
+        for (std::size_t i = 0; i < batch.vertexCount; i += 3) {
+            const zVec<double>* const p = &list.vertices[batch.firstVertex + i];
+            const zVec<double> middle = (p[0] + p[1] + p[2]) / 3.0;
+            EXPECT_EQ(batch.colour, scale.colourOf(scale.bandOf(middle.x + 10.0 * middle.y)));
+        }
+    }
+}
+
+TEST(ColourByValue, OneValueEverywhereLeavesTheTrianglesWhole) {
+    const DrawRig rig({square(0)});
+    const ValueScale scale(0.0, 1.0, 2);
+    const DrawList list = colouredSurface(rig.doc, 2, shown({{0.5, 0.5, 0.5, 0.5}}, scale));
+    EXPECT_THAT(list.vertices, SizeIs(6));
+    EXPECT_THAT(areas(list), ElementsAre(Pair(scale.colourOf(1), DoubleNear(1.0, 1e-15))));
+}
+
+TEST(ColourByValue, APartWithoutValuesStaysAsItIs) {
+    const DrawRig rig(squares(3));
+    const DrawList plain = buildModelList(rig.doc, 2).list;
+    const ValueScale scale(0.0, 1.0, 2);
+    const DrawList list = colouredSurface(rig.doc, 2, shown({{}, {0, 0, 0, 0}, {}}, scale));
+    ASSERT_THAT(list.batches, SizeIs(3));
+    EXPECT_EQ(list.batches[0].primitive, Primitive::QuadStrip);
+    EXPECT_EQ(list.batches[0].colour, plain.batches[0].colour);
+    EXPECT_EQ(list.batches[1].colour, scale.colourOf(0));
+    EXPECT_EQ(list.batches[2].colour, plain.batches[2].colour);
+    EXPECT_EQ(list.vertices[list.batches[1].firstVertex].x, 11.0);
+    EXPECT_EQ(list.vertices[list.batches[2].firstVertex].x, 21.0);
+    EXPECT_EQ(list.batches[2].firstNormal, list.batches[2].firstVertex);
+}
+
+TEST(ColourByValue, AValueThatIsNoNumberLeavesThePartsColour) {
+    const DrawRig rig({square(0)});
+    const DrawList plain = buildModelList(rig.doc, 2).list;
+    const ValueScale scale(0.0, 1.0, 2);
+    // Of the two triangles one alone has the corner at (1, 0).
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    const auto found = areas(colouredSurface(rig.doc, 2, shown({{0, none, 0, 0}}, scale)));
+    EXPECT_NEAR(found.at(plain.batches[0].colour), 0.5, 1e-15);
+    EXPECT_NEAR(found.at(scale.colourOf(0)), 0.5, 1e-15);
+}
+
+TEST(ColourByValue, MarksBesideTheSurfaceStayBehindIt) {
+    DrawRig rig({square(0)});
+    rig.doc.showFirstPoints = true;
+    const DrawList plain = buildModelList(rig.doc, 2).list;
+    const DrawList list = colouredSurface(rig.doc, 2, shown({{0, 0, 0, 0}}, {0.0, 1.0, 2}));
+    EXPECT_EQ(list.batches.size(), plain.batches.size());
+    EXPECT_EQ(list.batches.back().primitive, Primitive::Points);
+    EXPECT_EQ(list.batches.back().pointSize, plain.batches.back().pointSize);
+    EXPECT_EQ(list.vertices.back(), plain.vertices.back());
+}
+
+TEST(ColourByValue, OfBlockOnlyWhatIsShown) {
+    DrawRig rig(squares(2));
+    rig.block({1});
+    rig.doc.showBlockOnly = true;
+    const ValueScale scale(0.0, 1.0, 2);
+    const auto found = areas(colouredSurface(rig.doc, 2, shown({{0, 0, 0, 0}, {1, 1, 1, 1}}, scale)));
+    EXPECT_THAT(found, ElementsAre(Pair(scale.colourOf(1), DoubleNear(1.0, 1e-15))));
+}
+
+// The node at (4, 0) has the value 4: below 2 lie 6 of the 8 of the area, as the cut makes a triangle of half the size.
+TEST(ColourByValue, ZonesHaveTheirNodesValues) {
+    DrawRig rig({});
+    rig.doc.structureKind = StructureKind::Unstructured;
+    rig.doc.feRegion.blocks.push_back(triangleZone("a", {{0, 0, 0}, {4, 0, 0}, {0, 4, 0}}, {0, 1, 2}));
+    const ValueScale scale(0.0, 4.0, 2);
+    const auto found = areas(colouredSurface(rig.doc, 4, shown({{0, 4, 0}}, scale)));
+    EXPECT_NEAR(found.at(scale.colourOf(0)), 6.0, 1e-14);
+    EXPECT_NEAR(found.at(scale.colourOf(1)), 2.0, 1e-14);
+}
+
+// ---- Of a document --------------------------------------------------------------------------------------------------
+
+TEST(ValuesToShow, OfACompareStandWithThePartsThatWereCompared) {
+    DrawRig rig(squares(3));
+    rig.doc.dialogs->colours.quantity = 2;
+    EXPECT_FALSE(valuesToShow(rig.doc).has_value());
+    rig.doc.foundComparison = Comparison{{true, false, true}, {1, 2, 3, 4, 5, 6, 7, 8}, 8.0, 4.5, 0.0, {}};
+    rig.doc.comparedDigest = geometryDigest(rig.doc.patches, rig.doc.feRegion);
+    const auto values = valuesToShow(rig.doc);
+    ASSERT_TRUE(values.has_value());
+    EXPECT_EQ(values->name, "Distance");
+    EXPECT_THAT(values->parts, ElementsAre(ElementsAre(1, 2, 3, 4), ElementsAre(), ElementsAre(5, 6, 7, 8)));
+    rig.doc.dialogs->colours.quantity = 1;
+    EXPECT_FALSE(valuesToShow(rig.doc).has_value());
+}
+
+TEST(ValuesToShow, OfAFieldHaveTheNameOfItsVariable) {
+    DrawRig rig(squares(1));
+    rig.doc.fieldLoaded = true;
+    rig.doc.fieldCount = 2;
+    rig.doc.fieldVariablesLine = "VARIABLES = \"X\", \"Y\", \"Z\", \"p\", \"Mach number\"";
+    rig.doc.fieldPatches = {{{{1, 5, 0}, {2, 6, 0}}, {{3, 7, 0}, {4, 8, 0}}}};
+    rig.doc.dialogs->colours.quantity = 4;
+    const auto values = valuesToShow(rig.doc);
+    ASSERT_TRUE(values.has_value());
+    EXPECT_EQ(values->name, "Mach number");
+    EXPECT_THAT(values->parts, ElementsAre(ElementsAre(5, 6, 7, 8)));
+    rig.doc.dialogs->colours.quantity = 5;
+    EXPECT_FALSE(valuesToShow(rig.doc).has_value()) << "the file has two";
+    rig.doc.dialogs->colours.quantity = 3;
+    rig.doc.fieldPatches[0].pop_back();
+    EXPECT_FALSE(valuesToShow(rig.doc).has_value()) << "not of the model's shape";
+}
+
+TEST(ColouredView, ShowsALegendWithTheSurface) {
+    ViewRig rig;
+    rig.show({square(0)});
+    rig.paint();
+    const std::size_t batches = rig.view.overlay().list.batches.size();
+    rig.doc.fieldLoaded = true;
+    rig.doc.fieldCount = 1;
+    rig.doc.fieldVariablesLine = "VARIABLES = \"X\" \"Y\" \"Z\" \"p\"";
+    rig.doc.fieldPatches = {{{{0, 0, 0}, {1, 0, 0}}, {{0, 0, 0}, {1, 0, 0}}}};
+    rig.doc.surfaceMode = true;
+    CColours& chosen = rig.doc.dialogs->colours;
+    chosen.quantity = 3;
+    chosen.bands = 2;
+    rig.view.onPictureChanged();
+    rig.paint();
+    std::vector<std::string> texts;
+    for (const DrawText& text : rig.view.overlay().texts) {
+        texts.push_back(text.text);
+    }
+    EXPECT_THAT(texts, ElementsAre("p", "0.5 to 1", "0 to 0.5"));
+    EXPECT_THAT(rig.view.overlay().list.batches, SizeIs(batches + 2));
+    EXPECT_EQ(rig.view.batchesBeforeTriad(), 2U);
+    const ValueScale scale(0.0, 1.0, 2);
+    // As the light shows it: brighter by 0.24, which is what ambient light adds to each part.
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_NEAR(rig.view.overlay().list.batches[0].colour.at(i), scale.colourOf(1).at(i) + 0.24F, 1e-6F);
+    }
+    EXPECT_THAT(areas(rig.view.list()), ElementsAre(Pair(scale.colourOf(0), DoubleNear(0.5, 1e-15)),
+                                                    Pair(scale.colourOf(1), DoubleNear(0.5, 1e-15))));
+
+    chosen.automatic = false;
+    chosen.least = -1.0;
+    chosen.most = 3.0;
+    rig.view.onPictureChanged();
+    rig.paint();
+    EXPECT_EQ(rig.view.overlay().texts.at(1).text, "1 to 3");
+
+    rig.doc.surfaceMode = false;
+    rig.view.onPictureChanged();
+    rig.paint();
+    EXPECT_THAT(rig.view.overlay().texts, SizeIs(0)) << "wires have no colours";
+    EXPECT_THAT(rig.view.overlay().list.batches, SizeIs(batches));
+}
+
+} // namespace velmora

@@ -165,7 +165,7 @@ TEST(DialogFields, OfColourByValue) {
                     "quantity |  | radio | 1 | \"None\" \"Distance of Compare\" \"Field value 1\" \"Field value "
                     "2\" \"Field value 3\"",
                     "bands | Bands | int | 10 | 2 to 20", "automatic | Range of the values | check | 1",
-                    "least | From | real | 0", "most | To | real | 1"));
+                    "least | From | real | 0 | any", "most | To | real | 1 | any"));
 }
 
 TEST(DialogFields, OfIntersection) {

@@ -92,9 +92,12 @@ bool VelmoraView::RenderScene() {
         doc_.ui().showMessage(message::surfaceNotAllowed);
         doc_.leaveSurface();
     }
+    const bool drawn = surface().showsScenes();
+    if (drawn) {
+        bringListUpToDate(); // the legend of the overlay tells of the list
+    }
     buildOverlay();
-    if (surface().showsScenes()) {
-        bringListUpToDate();
+    if (drawn) {
         drawWithOverlay();
     }
     return true;

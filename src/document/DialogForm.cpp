@@ -272,7 +272,7 @@ namespace {
 std::optional<DialogRefusal> confirmed(DialogForm& form) {
     std::vector<std::string> texts;
     std::transform(form.fields.begin(), form.fields.end(), std::back_inserter(texts), fieldText);
-    const auto refusal = form.confirm(form);
+    auto refusal = form.confirm(form);
     for (std::size_t i = 0; refusal && i < form.fields.size() && i < texts.size(); ++i) {
         const DialogField& field = form.fields[i];
         if (fieldText(field) != texts[i] && field.on && !field.readOnly) {

@@ -50,6 +50,7 @@ public:
     /// `input` and `output` become its standard streams; its errors go nowhere.
     Child(const std::vector<std::string>& arguments, int input, int output) {
         std::vector<char*> list;
+        list.reserve(arguments.size() + 1);
         for (const std::string& argument : arguments) {
             list.push_back(const_cast<char*>(argument.c_str())); // taken so, never changed
         }

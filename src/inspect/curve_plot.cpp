@@ -140,8 +140,10 @@ std::vector<double> axisMarks(double lowest, double highest, std::int32_t most) 
         }
     }
     std::vector<double> marks;
-    for (double mark = std::ceil(lowest / apart); mark <= std::floor(highest / apart); mark += 1.0) {
-        marks.push_back(mark * apart + 0.0); // no -0
+    const double first = std::ceil(lowest / apart);
+    const auto count = static_cast<int>(std::clamp(std::floor(highest / apart) - first + 1.0, 0.0, 1.0 * most));
+    for (int i = 0; i < count; ++i) {
+        marks.push_back((first + i) * apart + 0.0); // no -0
     }
     return marks;
 }

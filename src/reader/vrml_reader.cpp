@@ -280,6 +280,7 @@ bool SceneReader::takeFaces(SoCallbackAction& action, const SoNode& node) {
         const auto& faces = static_cast<const SoIndexedFaceSet&>(node);
         const SoCoordinateElement* const coordinates = SoCoordinateElement::getInstance(action.getState());
         std::vector<SbVec3f> points;
+        points.reserve(static_cast<std::size_t>(std::max(coordinates->getNum(), 0)));
         for (int i = 0; i < coordinates->getNum(); ++i) {
             points.push_back(coordinates->get3(i));
         }

@@ -67,7 +67,7 @@ bool passes(const PickFilter& filter, std::int32_t patch, std::int32_t section, 
 std::optional<NearestPoint> meantPoint(const DocumentState& document, ModelIndex& index, const PixelLine& ray,
                                        const PickFilter& filter, double limit, Sight sight) {
     const PatchList& patches = document.patches;
-    const auto nearest = index.patches().nearest(patches, ray, filter);
+    auto nearest = index.patches().nearest(patches, ray, filter);
     if (sight == Sight::Through || !nearest || !showsSurface(document) ||
         !index.patches().hides(patches, ray, nearest->position, hidingMargin * modelDiagonal(document))) {
         return nearest;
@@ -94,7 +94,7 @@ std::optional<NearestPoint> meantPoint(const DocumentState& document, ModelIndex
 std::optional<NearestPoint> meantNode(const DocumentState& document, ModelIndex& index, const PixelLine& ray,
                                       const PickFilter& filter, Sight sight) {
     const zRegion_fe& region = document.feRegion;
-    const auto nearest = index.nodes().nearest(ray, filter);
+    auto nearest = index.nodes().nearest(ray, filter);
     if (sight == Sight::Through || !nearest || !showsSurface(document) ||
         !index.zones().hides(region, ray, nearest->position, hidingMargin * modelDiagonal(document))) {
         return nearest;

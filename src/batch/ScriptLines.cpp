@@ -4,8 +4,8 @@
 #include <cmath>
 #include <new>
 
+#include "DocumentState.h"
 #include "UserInterface.h"
-#include "VelmoraDoc.h"
 #include "act_lines.h"
 #include "command_help.h"
 #include "file_events.h"
@@ -178,7 +178,7 @@ MaybeFailure ScriptLines::moveMouse(Words words) {
 }
 
 void ScriptLines::showContextMenu() {
-    if (const Menu* menu = activeContextMenu(session_.document())) {
+    if (const Menu* menu = activeContextMenu(session_.state())) {
         printer_.print({{"event", "menu"}, {"name", menu->name}, {"items", itemsValue(menu->entries, session_)}});
     }
 }
@@ -216,7 +216,7 @@ MaybeFailure ScriptLines::writeJournal(Words words) {
         return badUsage("journal");
     }
     if (!writeScript(words[0], session_.journal().lines())) {
-        session_.document().ui().showMessage(message::cannotSave);
+        session_.ui().showMessage(message::cannotSave);
     }
     return std::nullopt;
 }
@@ -271,7 +271,7 @@ MaybeFailure ScriptLines::drawPicture(Words words) {
         return ScriptFailure{"no picture of the type of " + inQuotes(words[0]) + " can be drawn here",
                              "give a file of type .svg, or a .png in the window"};
     case PictureResult::Failed:
-        session_.document().ui().showMessage(message::cannotSave);
+        session_.ui().showMessage(message::cannotSave);
         break;
     }
     return std::nullopt;
@@ -302,7 +302,7 @@ MaybeFailure ScriptLines::print(Words words) {
         return std::nullopt;
     }
     try {
-        return sayIfFound(joined(words), printedValue(words, session_.document(), session_.view()));
+        return sayIfFound(joined(words), printedValue(words, session_.state(), session_.view()));
     } catch (const std::bad_alloc&) {
         return tooLargeToPrint(joined(words)); // the line fails, and the model is still there
     }
@@ -312,7 +312,7 @@ MaybeFailure ScriptLines::measure(Words words) {
     if (words.size() != 2 && words.size() != 3) {
         return badUsage("measure");
     }
-    return sayIfFound("measure", measuredValue(words, session_.document()));
+    return sayIfFound("measure", measuredValue(words, session_.state()));
 }
 
 MaybeFailure ScriptLines::sayIfFound(const std::string& what, PrintedValue value) {

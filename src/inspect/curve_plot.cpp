@@ -142,6 +142,7 @@ std::vector<double> axisMarks(double lowest, double highest, std::int32_t most) 
     std::vector<double> marks;
     const double first = std::ceil(lowest / apart);
     const auto count = static_cast<int>(std::clamp(std::floor(highest / apart) - first + 1.0, 0.0, 1.0 * most));
+    marks.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         marks.push_back((first + i) * apart + 0.0); // no -0
     }

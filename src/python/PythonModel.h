@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "BatchSession.h"
-#include "VelmoraDoc.h"
+#include "DocumentState.h"
 
 namespace velmora {
 
@@ -54,7 +54,7 @@ private:
     void print(const Json& event) override;
     pybind11::list perform(const Work& work);
     pybind11::list takeModel(PatchList&& patches, zRegion_fe&& region);
-    const DocumentState& document() const { return session_.session().document(); }
+    const DocumentState& document() const { return session_.session().state(); }
     pybind11::list keep(Kept& kept, const std::function<pybind11::list()>& make) const;
     template <class Call>
     auto stopping(Call call);

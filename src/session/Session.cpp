@@ -18,6 +18,14 @@ DocumentState& Session::state() {
     return *document_;
 }
 
+const DocumentState& Session::state() const {
+    return *document_;
+}
+
+UserInterface& Session::ui() {
+    return document_->ui();
+}
+
 void Session::start() {
     document_->onNewDocument();
 }

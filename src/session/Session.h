@@ -15,6 +15,7 @@
 
 namespace velmora {
 
+class UserInterface;
 class VelmoraDoc;
 struct DocumentState;
 
@@ -33,6 +34,8 @@ public:
     VelmoraDoc& document() { return *document_; }
     const VelmoraDoc& document() const { return *document_; }
     DocumentState& state();
+    const DocumentState& state() const;
+    UserInterface& ui();
     VelmoraView& view() { return view_; }
     const VelmoraView& view() const { return view_; }
 

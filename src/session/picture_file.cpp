@@ -1,7 +1,8 @@
 #include "picture_file.h"
 
+#include "DocumentState.h"
 #include "Session.h"
-#include "VelmoraDoc.h"
+#include "UserInterface.h"
 #include "messages.h"
 #include "path_names.h"
 #include "script_words.h"
@@ -23,7 +24,7 @@ PictureResult writePicture(Session& session, const std::filesystem::path& file, 
 }
 
 void savePicture(Session& session, const DrawPixels& drawPixels) {
-    VelmoraDoc& document = session.document();
+    const DocumentState& document = session.state();
     FileRequest request;
     request.mode = ChooserMode::SaveAs;
     request.types = {{"svg", "Lines"}};
@@ -33,7 +34,7 @@ void savePicture(Session& session, const DrawPixels& drawPixels) {
     request.proposed = document.modelFile.chosenPath;
     request.proposed.replace_extension(request.types.front().extension);
     request.command = "file.picture";
-    const auto paths = document.ui().chooseFiles(request);
+    const auto paths = session.ui().chooseFiles(request);
     if (paths.empty()) {
         return;
     }
@@ -44,10 +45,10 @@ void savePicture(Session& session, const DrawPixels& drawPixels) {
     case PictureResult::Written:
         break;
     case PictureResult::UnknownType:
-        document.ui().showMessage(message::fileTypeNotSupported);
+        session.ui().showMessage(message::fileTypeNotSupported);
         break;
     case PictureResult::Failed:
-        document.ui().showMessage(message::cannotSave);
+        session.ui().showMessage(message::cannotSave);
         break;
     }
 }

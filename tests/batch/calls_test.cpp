@@ -1,7 +1,7 @@
 #include <stdexcept>
 
+#include "DocumentState.h"
 #include "SessionFixture.h"
-#include "VelmoraDoc.h"
 #include "given_model.h"
 
 namespace velmora::test {
@@ -43,7 +43,7 @@ protected:
         return region;
     }
 
-    const VelmoraDoc& document() const { return session.session().document(); }
+    const DocumentState& document() const { return session.session().state(); }
 };
 
 TEST_F(Calls, WordsNeedNoQuotes) {

@@ -6,8 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "DocumentState.h"
 #include "RecordingUi.h"
-#include "VelmoraDoc.h"
 #include "arranged_capture.h"
 #include "command_table.h"
 #include "expected_commands.h"
@@ -127,7 +127,7 @@ const Choice choices[] = {
 
 TEST_P(ContextMenuChoice, TakesTheInnermostRegime) {
     RecordingUi ui;
-    VelmoraDoc doc(ui, {});
+    DocumentState doc(ui, {});
     EXPECT_EQ(activeContextMenu(doc), nullptr);
     for (bool CaptureState::*flag : GetParam().set) {
         arranged(doc).*flag = true;
@@ -140,7 +140,7 @@ INSTANTIATE_TEST_SUITE_P(Regimes, ContextMenuChoice, testing::ValuesIn(choices),
 
 TEST(ContextMenus, AFreePointAloneOpensNone) {
     RecordingUi ui;
-    VelmoraDoc doc(ui, {});
+    DocumentState doc(ui, {});
     arranged(doc).freePointArmed = arranged(doc).freePointHeld = true;
     EXPECT_EQ(activeContextMenu(doc), nullptr);
 }

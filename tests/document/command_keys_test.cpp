@@ -57,7 +57,7 @@ TEST_F(CommandKeys, WithAPointCapturedCopyAndPasteAreThePointsAndLeaveTheSection
     capturePoint(0, 1, 3);
     press("Ctrl+V");
     EXPECT_EQ(doc.patches[0][1], (PointList{{0, 1, 0}, {1, 1, 0}, {2, 1, 0}, {2, 1, 0}}));
-    doc.ExitPointRegime();
+    call("point.exit");
     press("Ctrl+V");
     EXPECT_EQ(doc.patches[0][1], doc.lineBuffer);
 }

@@ -1,5 +1,5 @@
 #include "arranged_capture.h"
-#include "document_fixture.h"
+#include "state_fixture.h"
 
 namespace velmora::test {
 
@@ -11,19 +11,19 @@ using testing::IsEmpty;
 const char* const dragStatus = "status: Press left button of mouse and drag it";
 const char* const leaveQuestion = "question: Regime Add Patch to Block will be canceled. Are you sure?";
 
-class CurveRegime : public DocumentTest {
+class CurveRegime : public StateTest {
 protected:
     CurveRegime() { hold({flatPatch(3, 4), flatPatch(5, 2)}); }
 
     /// What the input dialog shows as it opens; it is then cancelled.
-    Lines shown(void (VelmoraDoc::*command)()) {
+    Lines shown(const char* id) {
         Lines values;
         ui.onDialog = [&values](DialogForm& form) {
             for (const DialogField& field : form.fields) {
                 values.push_back(fieldText(field));
             }
         };
-        (doc.*command)();
+        call(id);
         ui.onDialog = nullptr;
         return values;
     }
@@ -35,6 +35,7 @@ using NextCurve = CurveRegime;
 using ExitLines = CurveRegime;
 using InputSection = CurveRegime;
 using InputLine = CurveRegime;
+using Regimes = CurveRegime;
 
 } // namespace
 
@@ -43,7 +44,7 @@ using InputLine = CurveRegime;
 TEST_F(CaptureSection, ArmsTheSectionAndNothingElse) {
     captureSection(1, 2);
     arranged(doc).pointCaptureArmed = arranged(doc).freePointArmed = arranged(doc).lineCaptureArmed = true;
-    doc.CaptureSection();
+    call("line.captureSection");
     EXPECT_TRUE(doc.capture->sectionCaptureArmed);
     EXPECT_FALSE(doc.capture->sectionCaptured || doc.capture->lineCaptureArmed || doc.capture->lineCaptured);
     EXPECT_FALSE(doc.capture->pointCaptureArmed || doc.capture->freePointArmed || doc.capture->patchCaptureArmed);
@@ -56,7 +57,7 @@ TEST_F(CaptureSection, ArmsTheSectionAndNothingElse) {
 
 TEST_F(CaptureSection, LeavesTheLineFirst) {
     captureLine(0, 2);
-    doc.CaptureSection();
+    call("line.captureSection");
     EXPECT_FALSE(doc.capture->lineCaptured);
     EXPECT_EQ(doc.capture->capturedLine, -1);
     EXPECT_TRUE(doc.capture->sectionCaptureArmed);
@@ -67,7 +68,7 @@ TEST_F(CaptureSection, LeavesACapturedOrFreePointFirst) {
     for (bool CaptureState::*flag : {&CaptureState::pointCaptured, &CaptureState::freePointHeld}) {
         arranged(doc).*flag = true;
         doc.pointUndoReady = true;
-        doc.CaptureSection();
+        call("line.captureSection");
         EXPECT_FALSE(doc.capture->pointRegimeActive());
         EXPECT_FALSE(doc.pointUndoReady);
         EXPECT_TRUE(doc.capture->sectionCaptureArmed);
@@ -77,7 +78,7 @@ TEST_F(CaptureSection, LeavesACapturedOrFreePointFirst) {
 TEST_F(CaptureSection, AsksBeforeItEndsTheAddRegimeAndNoLeavesAllAsItWas) {
     captureLine(1, 1);
     arranged(doc).patchCaptureArmed = true;
-    doc.CaptureSection();
+    call("line.captureSection");
     EXPECT_THAT(heard(), ElementsAre(std::string(leaveQuestion) + " -> no"));
     EXPECT_TRUE(doc.capture->patchCaptureArmed && doc.capture->lineCaptured);
     EXPECT_FALSE(doc.capture->sectionCaptureArmed);
@@ -89,7 +90,7 @@ TEST_F(CaptureSection, AnsweredWithYesEndsTheAddRegime) {
     arranged(doc).patchCaptureArmed = true;
     addToBlock(1);
     ui.answers = {true};
-    doc.CaptureSection();
+    call("line.captureSection");
     EXPECT_THAT(heard(), ElementsAre(std::string(leaveQuestion) + " -> yes", dragStatus));
     EXPECT_FALSE(doc.capture->patchCaptureArmed);
     EXPECT_TRUE(doc.capture->sectionCaptureArmed);
@@ -98,7 +99,7 @@ TEST_F(CaptureSection, AnsweredWithYesEndsTheAddRegime) {
 
 TEST_F(CaptureSection, InACapturedPatchAsksNothingAndKeepsIt) {
     doc.capture.holdBlock();
-    doc.CaptureSection();
+    call("line.captureSection");
     EXPECT_THAT(heard(), ElementsAre(dragStatus));
     EXPECT_TRUE(doc.capture->patchCaptured);
 }
@@ -108,7 +109,7 @@ TEST_F(CaptureSection, InACapturedPatchAsksNothingAndKeepsIt) {
 TEST_F(CaptureLine, ArmsTheLineAndNothingElse) {
     captureLine(0, 2);
     arranged(doc).pointCaptureArmed = arranged(doc).freePointArmed = arranged(doc).sectionCaptureArmed = true;
-    doc.CaptureLine();
+    call("line.captureLine");
     EXPECT_TRUE(doc.capture->lineCaptureArmed);
     EXPECT_FALSE(doc.capture->lineCaptured || doc.capture->sectionCaptureArmed || doc.capture->sectionCaptured);
     EXPECT_FALSE(doc.capture->pointCaptureArmed || doc.capture->freePointArmed || doc.capture->patchCaptureArmed);
@@ -121,7 +122,7 @@ TEST_F(CaptureLine, ArmsTheLineAndNothingElse) {
 
 TEST_F(CaptureLine, LeavesTheSectionFirst) {
     captureSection(0, 2);
-    doc.CaptureLine();
+    call("line.captureLine");
     EXPECT_FALSE(doc.capture->sectionCaptured);
     EXPECT_EQ(doc.capture->capturedSection, -1);
     EXPECT_TRUE(doc.capture->lineCaptureArmed);
@@ -130,7 +131,7 @@ TEST_F(CaptureLine, LeavesTheSectionFirst) {
 
 TEST_F(CaptureLine, AsksBeforeItEndsTheAddRegime) {
     arranged(doc).patchCaptureArmed = true;
-    doc.CaptureLine();
+    call("line.captureLine");
     EXPECT_THAT(heard(), ElementsAre(std::string(leaveQuestion) + " -> no"));
     EXPECT_TRUE(doc.capture->patchCaptureArmed);
     EXPECT_FALSE(doc.capture->lineCaptureArmed);
@@ -140,14 +141,14 @@ TEST_F(CaptureLine, AsksBeforeItEndsTheAddRegime) {
 
 TEST_F(NextCurve, ArmsASectionAfterASection) {
     captureSection(0, 1);
-    doc.NextSectionOrLine();
+    call("line.next");
     EXPECT_TRUE(doc.capture->sectionCaptureArmed);
     EXPECT_FALSE(doc.capture->sectionCaptured || doc.capture->lineCaptureArmed);
 }
 
 TEST_F(NextCurve, ArmsALineAfterALine) {
     captureLine(0, 1);
-    doc.NextSectionOrLine();
+    call("line.next");
     EXPECT_TRUE(doc.capture->lineCaptureArmed);
     EXPECT_FALSE(doc.capture->lineCaptured || doc.capture->sectionCaptureArmed);
 }
@@ -155,7 +156,7 @@ TEST_F(NextCurve, ArmsALineAfterALine) {
 TEST_F(NextCurve, WithNeitherDoesNothing) {
     arranged(doc).sectionCaptureArmed = true;
     doc.capture.renumberPatch(1);
-    doc.NextSectionOrLine();
+    call("line.next");
     EXPECT_THAT(heard(), IsEmpty());
     EXPECT_THAT(viewCalls(), IsEmpty());
     EXPECT_EQ(doc.capture->capturedPatch, 1);
@@ -164,7 +165,7 @@ TEST_F(NextCurve, WithNeitherDoesNothing) {
 TEST_F(NextCurve, LeavesAFreePointFirst) {
     captureSection(0, 1);
     arranged(doc).freePointHeld = true;
-    doc.NextSectionOrLine();
+    call("line.next");
     EXPECT_FALSE(doc.capture->freePointHeld);
     EXPECT_TRUE(doc.capture->sectionCaptureArmed);
     EXPECT_THAT(heard(), ElementsAre("status: Press right button to continue", dragStatus));
@@ -178,7 +179,7 @@ TEST_F(ExitLines, ForgetsASectionCapturedOrArmed) {
         arranged(doc).sectionCaptured = false;
         arranged(doc).*flag = true;
         doc.capture.showPoint();
-        doc.ExitLineRegime();
+        call("line.exit");
         EXPECT_FALSE(doc.capture->curveRegimeActive());
         EXPECT_EQ(doc.capture->capturedSection, -1);
         EXPECT_EQ(doc.capture->capturedPatch, -1);
@@ -192,7 +193,7 @@ TEST_F(ExitLines, ForgetsALineCapturedOrArmed) {
         captureLine(0, 1);
         arranged(doc).lineCaptured = false;
         arranged(doc).*flag = true;
-        doc.ExitLineRegime();
+        call("line.exit");
         EXPECT_FALSE(doc.capture->curveRegimeActive());
         EXPECT_EQ(doc.capture->capturedLine, -1);
         EXPECT_EQ(doc.capture->capturedPatch, -1);
@@ -203,14 +204,14 @@ TEST_F(ExitLines, ForgetsALineCapturedOrArmed) {
 TEST_F(ExitLines, LeavesTheNumberOfACurveThatWasNotInHand) {
     captureSection(0, 1);
     doc.capture.renumberLine(2);
-    doc.ExitLineRegime();
+    call("line.exit");
     EXPECT_EQ(doc.capture->capturedLine, 2);
 }
 
 TEST_F(ExitLines, LeavesAPointFirst) {
     captureSection(0, 1);
     capturePoint(0, 1, 2);
-    doc.ExitLineRegime();
+    call("line.exit");
     EXPECT_FALSE(doc.capture->pointRegimeActive());
     EXPECT_FALSE(doc.capture->sectionCaptured);
 }
@@ -220,7 +221,7 @@ TEST_F(ExitLines, InAPatchComesBackToPatchModeAndItsStatus) {
         captureSection(0, 1);
         arranged(doc).*flag = true;
         arranged(doc).blockStatus = "the patch ";
-        doc.ExitLineRegime();
+        call("line.exit");
         EXPECT_THAT(heard(), ElementsAre("status: the patch "));
         EXPECT_EQ(viewCalls().front(), "set patch");
         EXPECT_EQ(doc.capture->capturedPatch, -1);
@@ -234,7 +235,7 @@ TEST_F(ExitLines, TakesPatchesThatLostAllSectionsOutOfTheZBlock) {
         addToBlock(patch);
     }
     captureSection(2, 1);
-    doc.ExitLineRegime();
+    call("line.exit");
     EXPECT_THAT(block(), ElementsAre(2, 0));
     EXPECT_EQ(doc.blockList[2], -1);
 }
@@ -242,13 +243,13 @@ TEST_F(ExitLines, TakesPatchesThatLostAllSectionsOutOfTheZBlock) {
 TEST_F(ExitLines, WithNoCurveInHandLeavesTheZBlockAlone) {
     doc.patches = {Patch()};
     addToBlock(0);
-    doc.ExitLineRegime();
+    call("line.exit");
     EXPECT_THAT(block(), ElementsAre(0));
 }
 
 TEST_F(ExitLines, ByTheMenuLeavesTheRegime) {
     captureLine(0, 1);
-    doc.ExitLines();
+    call("line.exit");
     EXPECT_FALSE(doc.capture->curveRegimeActive());
     EXPECT_EQ(doc.capture->capturedLine, -1);
 }
@@ -256,17 +257,17 @@ TEST_F(ExitLines, ByTheMenuLeavesTheRegime) {
 // ---- Input section --------------------------------------------------------------------------------------------------
 
 TEST_F(InputSection, OpensWithTheCountsOfTheModel) {
-    EXPECT_THAT(shown(&VelmoraDoc::InputSection), ElementsAre("1", "2", "1", "3"));
+    EXPECT_THAT(shown("line.inputSection"), ElementsAre("1", "2", "1", "3"));
 }
 
 TEST_F(InputSection, OpensWithWhatIsCaptured) {
     captureSection(1, 3);
-    EXPECT_THAT(shown(&VelmoraDoc::InputSection), ElementsAre("2", "2", "4", "5"));
+    EXPECT_THAT(shown("line.inputSection"), ElementsAre("2", "2", "4", "5"));
 }
 
 TEST_F(InputSection, CancelledChangesNothing) {
     captureLine(0, 1);
-    doc.InputSection();
+    call("line.inputSection");
     EXPECT_THAT(heard(), ElementsAre("dialog: CInputSection -> cancel"));
     EXPECT_TRUE(doc.capture->lineCaptured);
     EXPECT_FALSE(doc.capture->sectionCaptured);
@@ -277,7 +278,7 @@ TEST_F(InputSection, HoldsTheSection) {
     arranged(doc).pointCaptureArmed = arranged(doc).freePointArmed = arranged(doc).patchCaptureArmed = true;
     arranged(doc).sectionCaptureArmed = arranged(doc).lineCaptureArmed = true;
     ui.dialogs.push_back({{"patch", "2"}, {"section", "4"}});
-    doc.InputSection();
+    call("line.inputSection");
     EXPECT_TRUE(doc.capture->sectionCaptured);
     EXPECT_FALSE(doc.capture->sectionCaptureArmed || doc.capture->lineCaptured || doc.capture->lineCaptureArmed);
     EXPECT_FALSE(doc.capture->pointCaptureArmed || doc.capture->freePointArmed || doc.capture->patchCaptureArmed);
@@ -292,7 +293,7 @@ TEST_F(InputSection, HoldsTheSection) {
 TEST_F(InputSection, AsksNothingOfTheAddRegime) {
     arranged(doc).patchCaptureArmed = true;
     ui.dialogs.push_back({});
-    doc.InputSection();
+    call("line.inputSection");
     EXPECT_EQ(heard().front(), "dialog: CInputSection -> ok");
 }
 
@@ -300,7 +301,7 @@ TEST_F(InputSection, LeavesPointAndLine) {
     captureLine(0, 1);
     capturePoint(0, 1, 1);
     ui.dialogs.push_back({{"patch", "1"}, {"section", "3"}});
-    doc.InputSection();
+    call("line.inputSection");
     EXPECT_FALSE(doc.capture->pointRegimeActive());
     EXPECT_FALSE(doc.capture->lineCaptured);
     EXPECT_EQ(doc.capture->capturedLine, -1);
@@ -312,7 +313,7 @@ TEST_F(InputSection, OutsideTheZBlockIsRefusedByTheDialog) {
     addToBlock(1);
     doc.capture.holdBlock();
     ui.dialogs.push_back({{"patch", "1"}});
-    doc.InputSection();
+    call("line.inputSection");
     EXPECT_THAT(heard(), ElementsAre("refused: OK: Number of inputted patch is out of Block",
                                      "dialog: CInputSection -> cancel"));
     EXPECT_FALSE(doc.capture->sectionCaptured);
@@ -320,25 +321,25 @@ TEST_F(InputSection, OutsideTheZBlockIsRefusedByTheDialog) {
 
 TEST_F(InputSection, KeepsItsNumbersForTheNextTime) {
     ui.dialogs.push_back({{"patch", "2"}, {"section", "4"}});
-    doc.InputSection();
-    doc.ExitLineRegime();
-    EXPECT_THAT(shown(&VelmoraDoc::InputSection), ElementsAre("2", "2", "4", "5"));
+    call("line.inputSection");
+    call("line.exit");
+    EXPECT_THAT(shown("line.inputSection"), ElementsAre("2", "2", "4", "5"));
 }
 
 // ---- Input line -----------------------------------------------------------------------------------------------------
 
 TEST_F(InputLine, OpensWithTheCountsOfTheModel) {
-    EXPECT_THAT(shown(&VelmoraDoc::InputLine), ElementsAre("1", "2", "1", "4"));
+    EXPECT_THAT(shown("line.inputLine"), ElementsAre("1", "2", "1", "4"));
 }
 
 TEST_F(InputLine, OpensWithWhatIsCaptured) {
     captureLine(1, 1);
-    EXPECT_THAT(shown(&VelmoraDoc::InputLine), ElementsAre("2", "2", "2", "2"));
+    EXPECT_THAT(shown("line.inputLine"), ElementsAre("2", "2", "2", "2"));
 }
 
 TEST_F(InputLine, HoldsTheLine) {
     ui.dialogs.push_back({{"patch", "1"}, {"line", "4"}});
-    doc.InputLine();
+    call("line.inputLine");
     EXPECT_TRUE(doc.capture->lineCaptured);
     EXPECT_FALSE(doc.capture->lineCaptureArmed || doc.capture->sectionCaptured || doc.capture->sectionCaptureArmed);
     EXPECT_EQ(doc.capture->capturedPatch, 0);
@@ -352,28 +353,26 @@ TEST_F(InputLine, HoldsTheLine) {
 TEST_F(InputLine, LeavesASectionOrALine) {
     captureSection(0, 2);
     ui.dialogs.push_back({{"patch", "1"}, {"line", "4"}});
-    doc.InputLine();
+    call("line.inputLine");
     EXPECT_FALSE(doc.capture->sectionCaptured);
     EXPECT_EQ(doc.capture->capturedSection, -1);
     EXPECT_EQ(doc.capture->capturedLine, 3);
     viewCalls();
     ui.dialogs.push_back({{"patch", "1"}, {"line", "2"}});
-    doc.InputLine();
+    call("line.inputLine");
     EXPECT_EQ(doc.capture->capturedLine, 1);
     EXPECT_EQ(viewCalls().front(), "reset"); // the line regime was left and entered again
 }
 
-TEST(Regimes, EndEachByItsOwnExit) {
-    RecordingUi ui;
-    VelmoraDoc doc(ui, {});
+TEST_F(Regimes, EndEachByItsOwnExit) {
     arranged(doc).pointCaptured = arranged(doc).sectionCaptured = arranged(doc).patchCaptured = true;
-    doc.ExitPoint();
+    call("point.exit");
     EXPECT_FALSE(doc.capture->pointRegimeActive());
     EXPECT_TRUE(doc.capture->sectionCaptured && doc.capture->patchCaptured);
-    doc.ExitLines();
+    call("line.exit");
     EXPECT_FALSE(doc.capture->curveRegimeActive());
     EXPECT_TRUE(doc.capture->patchCaptured);
-    doc.ExitPatches();
+    call("patch.exit");
     EXPECT_FALSE(doc.capture->patchRegimeActive());
 }
 

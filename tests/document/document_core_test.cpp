@@ -179,7 +179,7 @@ TEST_F(DocumentCore, ARegularModelWithFieldDataIsTitledDat) {
 TEST_F(DocumentCore, BoundsComeFromTheBoxOfAllPoints) {
     doc.patches = {{{{-1, 0, 2}, {3, 0, 2}}, {{0, 4, 2}, {0, 0, 14}}}};
     doc.structureKind = StructureKind::Structured;
-    doc.updateBounds();
+    updateBounds();
     EXPECT_EQ(doc.boxMin, zVec<double>(-1, 0, 2));
     EXPECT_EQ(doc.boxMax, zVec<double>(3, 4, 14));
     EXPECT_EQ(doc.modelCenter, zVec<double>(1, 2, 8));
@@ -193,7 +193,7 @@ TEST_F(DocumentCore, BoundsOfNothingLeaveCentreRadiusAndViewsAlone) {
     const double radius = doc.modelRadius;
     const zVec<double> centre = doc.modelCenter;
     doc.structureKind = StructureKind::None;
-    doc.updateBounds();
+    updateBounds();
     EXPECT_EQ(doc.modelRadius, radius);
     EXPECT_EQ(doc.modelCenter, centre);
     EXPECT_THAT(viewCalls(), IsEmpty());
@@ -206,7 +206,7 @@ TEST_F(DocumentCore, AnEditDoesNotMoveTheBox) {
     hold({flatPatch(2, 3)});
     doc.patches[0][0][0].x = -100;
     doc.retitle();
-    doc.redraw();
+    redraw();
     EXPECT_EQ(doc.boxMin, zVec<double>());
 }
 
@@ -220,20 +220,20 @@ TEST_F(DocumentCore, ViewsHearWhetherGeometryPictureOrHighlightChanged) {
         act();
         return view.changes;
     };
-    EXPECT_THAT(heardOf([this] { doc.ToggleBlockOnly(); }), ElementsAre("picture"));
+    EXPECT_THAT(heardOf([this] { call("block.only"); }), ElementsAre("picture"));
     EXPECT_THAT(heardOf([this] { doc.toggleSurface(); }), ElementsAre("picture"));
-    doc.CapturePatch();
+    call("patch.capture");
     doc.takePick({Pick::Target::WholePatch, true, 1, -1, -1, 0, {}});
-    EXPECT_THAT(heardOf([this] { doc.moveRegimeAtRelease(); }), ElementsAre("highlight"));
+    EXPECT_THAT(heardOf([this] { releaseButton(); }), ElementsAre("highlight"));
     EXPECT_EQ(doc.geometryRevision(), revision);
 
     capturePoint(0, 1, 1);
-    EXPECT_THAT(heardOf([this] { doc.CopyPoint(); }), ElementsAre("picture"));
+    EXPECT_THAT(heardOf([this] { call("point.copy"); }), ElementsAre("picture"));
     EXPECT_EQ(doc.geometryRevision(), revision);
-    EXPECT_THAT(heardOf([this] { doc.PastePoint(); }), ElementsAre("geometry"));
+    EXPECT_THAT(heardOf([this] { call("point.paste"); }), ElementsAre("geometry"));
     EXPECT_NE(doc.geometryRevision(), revision);
     revision = doc.geometryRevision();
-    EXPECT_THAT(heardOf([this] { doc.updateBounds(); }), ElementsAre("bounds"));
+    EXPECT_THAT(heardOf([this] { updateBounds(); }), ElementsAre("bounds"));
     EXPECT_NE(doc.geometryRevision(), revision);
 }
 
@@ -241,30 +241,30 @@ TEST_F(DocumentCore, GeometryHasAnotherRevisionAlsoWhenNothingIsLeftOfIt) {
     hold({flatPatch(2, 3)});
     const std::uint64_t revision = doc.geometryRevision();
     doc.structureKind = StructureKind::None;
-    doc.updateBounds();
+    updateBounds();
     EXPECT_NE(doc.geometryRevision(), revision);
 }
 
 // ---- redraw ---------------------------------------------------------------------------------------------------------
 
 TEST_F(DocumentCore, RedrawAloneTouchesNoMouseMode) {
-    doc.redraw();
+    redraw();
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
 }
 
 TEST_F(DocumentCore, RedrawPutsTheModesBackFromTheOutermostRegimeIn) {
     arranged(doc).patchCaptured = arranged(doc).sectionCaptured = arranged(doc).lineCaptured =
         arranged(doc).pointCaptured = true;
-    doc.redraw();
+    redraw();
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set patch", "set section", "set line", "set point"));
 }
 
 TEST_F(DocumentCore, RedrawWithAFreePointEndsInLineModeUnlessAPointIsCaptured) {
     arranged(doc).freePointHeld = true;
-    doc.redraw();
+    redraw();
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set point", "set line"));
     doc.capture.keepPoint();
-    doc.redraw();
+    redraw();
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "set point", "set point"));
 }
 
@@ -272,17 +272,17 @@ TEST_F(DocumentCore, ArmedRegimesAloneDoNotMoveTheModeAtRedraw) {
     arranged(doc).patchCaptureArmed = arranged(doc).sectionCaptureArmed = arranged(doc).lineCaptureArmed =
         arranged(doc).pointCaptureArmed = true;
     arranged(doc).freePointArmed = true;
-    doc.redraw();
+    redraw();
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
 }
 
 TEST_F(DocumentCore, EveryViewIsToldAndADetachedOneIsNot) {
     RecordingView second;
-    doc.attachView(second);
-    doc.redraw();
+    attach(second);
+    redraw();
     EXPECT_THAT(second.calls, ElementsAre("redraw"));
-    doc.detachView(second);
-    doc.redraw();
+    detach(second);
+    redraw();
     EXPECT_THAT(second.calls, ElementsAre("redraw"));
     EXPECT_THAT(viewCalls(), ElementsAre("redraw", "redraw"));
 }

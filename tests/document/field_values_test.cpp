@@ -206,7 +206,7 @@ TEST_F(FieldValues, ConvertToGridInterpolatesAndTurnsThemWithTheirSections) {
     capturePoint(0, 1, 2);
     run("point.reverseSection");
     runWith("point.knifePart", {{"choice", "2"}}); // lines now: points 4, 3 and 2 are left
-    doc.ExitLines();
+    call("line.exit");
     runWith("convert.toApt", {{"pointCount", "3"}, {"approximation", "2"}});
     EXPECT_THAT(coordinates(doc.patches[0][1]), ElementsAre(2, 3, 4)); // turned as the section before runs
     EXPECT_THAT(valuesOf(doc.fieldPatches, 0, 0), ElementsAre(0, 20, 40));

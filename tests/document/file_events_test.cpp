@@ -75,10 +75,11 @@ public:
         EXPECT_EQ(textOf(doc.fileKind), names.kind);
     }
 
-    using DocumentTest::doc;
-    using DocumentTest::folder;
-    using DocumentTest::ui;
-    using DocumentTest::view;
+    using CommandTest::doc;
+    using CommandTest::extentStatus;
+    using CommandTest::folder;
+    using CommandTest::ui;
+    using CommandTest::view;
 };
 
 // ---- What may have gone before ------------------------------------------------------------------
@@ -90,8 +91,8 @@ struct Before {
 };
 
 /// The idle prompt, or in its place what there is to say of a model that is a single place.
-void expectIdle(const VelmoraDoc& doc) {
-    EXPECT_TRUE(doc.status == idle || doc.status == doc.extentStatus()) << doc.status;
+void expectIdle(const FileEvents& t) {
+    EXPECT_TRUE(t.doc.status == idle || t.doc.status == t.extentStatus()) << t.doc.status;
 }
 
 /// What is said of the file that was read, and of the one that Save will write.
@@ -110,10 +111,9 @@ std::string longApt() {
 
 const Before befores[] = {
     {.name = "Nothing", .happen = [](FileEvents&) {}, .patches = false},
-    {.name = "GridReadInPart",
-     .happen = [](FileEvents& t) { t.doc.onOpenDocument(t.file("bad.apt", brokenSecondCompartment)); }},
+    {.name = "GridReadInPart", .happen = [](FileEvents& t) { t.open(t.file("bad.apt", brokenSecondCompartment)); }},
     {.name = "LinesReadInPart",
-     .happen = [](FileEvents& t) { t.doc.onOpenDocument(t.file("bad.skl", "2\n1\n0 0 0\n2\n0 1 0\n1 1 0\n1\n")); }},
+     .happen = [](FileEvents& t) { t.open(t.file("bad.skl", "2\n1\n0 0 0\n2\n0 1 0\n1 1 0\n1\n")); }},
     {.name = "BadFileAppended",
      .happen =
          [](FileEvents& t) {
@@ -121,12 +121,10 @@ const Before befores[] = {
              t.runFile("file.append", t.file("bad.apt", brokenSecondCompartment));
          }},
     {.name = "NothingOfABadFile",
-     .happen = [](FileEvents& t) { t.doc.onOpenDocument(t.file("bad.apt", "2 2\n0 0 0\n")); },
+     .happen = [](FileEvents& t) { t.open(t.file("bad.apt", "2 2\n0 0 0\n")); },
      .patches = false},
-    {.name = "AFileThatIsNotThere",
-     .happen = [](FileEvents& t) { t.doc.onOpenDocument(t.folder / "absent.apt"); },
-     .patches = false},
-    {.name = "ThinnedGrid", .happen = [](FileEvents& t) { t.doc.onOpenDocument(t.file("long.apt", longApt())); }},
+    {.name = "AFileThatIsNotThere", .happen = [](FileEvents& t) { t.open(t.folder / "absent.apt"); }, .patches = false},
+    {.name = "ThinnedGrid", .happen = [](FileEvents& t) { t.open(t.file("long.apt", longApt())); }},
     {.name = "Field",
      .happen = [](FileEvents& t) { t.runFile("file.openField", t.file("f.dat", fieldText)); },
      .patches = false},
@@ -140,12 +138,8 @@ const Before befores[] = {
     {.name = "BadField",
      .happen = [](FileEvents& t) { t.runFile("file.openField", t.file("f.dat", "TITLE\nVARIABLES\n")); },
      .patches = false},
-    {.name = "NamedGrid",
-     .happen = [](FileEvents& t) { t.doc.onOpenDocument(t.file("old.grd", "")); },
-     .patches = false},
-    {.name = "Zones",
-     .happen = [](FileEvents& t) { t.doc.onOpenDocument(t.file("body.stl", stlText)); },
-     .patches = false},
+    {.name = "NamedGrid", .happen = [](FileEvents& t) { t.open(t.file("old.grd", "")); }, .patches = false},
+    {.name = "Zones", .happen = [](FileEvents& t) { t.open(t.file("body.stl", stlText)); }, .patches = false},
     {.name = "Untitled", .happen = [](FileEvents& t) { t.type(true); }},
 };
 
@@ -165,7 +159,7 @@ const Beginning beginnings[] = {
      .names = {"small.apt", "small.apt", "apt", "str", "apt"},
      .afterEdit = "small.skl"},
     {.name = "OpenGridByPath",
-     .run = [](FileEvents& t) { t.doc.onOpenDocument(t.file("Small.APT", aptText({flatPatch(2, 2)}))); },
+     .run = [](FileEvents& t) { t.open(t.file("Small.APT", aptText({flatPatch(2, 2)}))); },
      .names = {"small.apt", "small.apt", "apt", "str", "apt"},
      .afterEdit = "small.skl"},
     {.name = "OpenLines",
@@ -222,7 +216,7 @@ TEST(FileEventPairs, EveryBeginningForgetsWhatWasThereBefore) {
             t.expectNames(names);
             // Where Save goes, and what a file lost, is told; of what was captured before nothing is left.
             if (!tellsOfFile(t.doc.status)) {
-                expectIdle(t.doc);
+                expectIdle(t);
             }
             EXPECT_THAT(t.ui.transcript, Not(Contains(StartsWith("status: Points in the file"))));
             EXPECT_EQ(t.doc.fieldMode, beginning.name == std::string("OpenField"));
@@ -379,7 +373,7 @@ TEST(FileEventPairs, EveryCommandThatGoesOnGivesTheModelItsName) {
             class Pair : public FileEvents {
                 void TestBody() override {}
             } t;
-            t.doc.onOpenDocument(t.file("X.apt", text));
+            t.open(t.file("X.apt", text));
             EXPECT_EQ(t.doc.modelFile.documentTitle, kind == std::string("in part") ? "Wrong" : "x.apt");
             const std::string status = t.doc.status;
             t.ui.transcript.clear();
@@ -389,7 +383,7 @@ TEST(FileEventPairs, EveryCommandThatGoesOnGivesTheModelItsName) {
             if (going.keepsStatus && !tellsOfFile(t.doc.status)) {
                 EXPECT_EQ(t.doc.status, status);
             } else if (!tellsOfFile(t.doc.status)) {
-                expectIdle(t.doc);
+                expectIdle(t);
             }
             EXPECT_THAT(t.ui.transcript, Not(Contains(StartsWith("status: Points in the file"))));
             EXPECT_FALSE(t.doc.fieldMode || t.doc.fieldLoaded || t.doc.fieldOpening);
@@ -417,7 +411,7 @@ struct Asking {
 };
 
 void openZones(FileEvents& t) {
-    t.doc.onOpenDocument(t.file("Body.stl", stlText));
+    t.open(t.file("Body.stl", stlText));
 }
 void openField(FileEvents& t) {
     t.runFile("file.openField", t.file("Flow.dat", fieldText));
@@ -432,11 +426,11 @@ void captureCurve(FileEvents& t) {
 }
 /// A grid of its own among lines.
 void selectGridOfLines(FileEvents& t) {
-    t.doc.onOpenDocument(t.file("Hull.skl", sklText({patchOf({1, 2}), flatPatch(2, 2)})));
+    t.open(t.file("Hull.skl", sklText({patchOf({1, 2}), flatPatch(2, 2)})));
     t.runWith("patch.inputAndAdd", {{"number", "2"}});
 }
 void selectLines(FileEvents& t) {
-    t.doc.onOpenDocument(t.file("Hull.skl", sklText({patchOf({1, 2}), flatPatch(2, 2)})));
+    t.open(t.file("Hull.skl", sklText({patchOf({1, 2}), flatPatch(2, 2)})));
     t.runWith("patch.inputAndAdd", {{"number", "1"}});
 }
 void selectZone(FileEvents& t) {
@@ -444,7 +438,7 @@ void selectZone(FileEvents& t) {
     t.runWith("patch.inputAndAdd", {{"number", "1"}});
 }
 void nameGrid(FileEvents& t) {
-    t.doc.onOpenDocument(t.file("net.grd", ""));
+    t.open(t.file("net.grd", ""));
 }
 
 /// Those for which the program is built with a reader or a writer.
@@ -620,19 +614,19 @@ TEST_F(Traces, OpeningByPathOfAFileThatIsNotThereLeavesTheModelAsItWas) {
     const PatchList before = doc.patches;
     const zVec<double> box = doc.boxMax;
     forget();
-    doc.onOpenDocument(folder / "absent.apt");
+    open(folder / "absent.apt");
     EXPECT_EQ(doc.patches, before);
     EXPECT_EQ(doc.boxMax, box);
     EXPECT_FALSE(doc.patchUndoReady);
     EXPECT_EQ(doc.modelFile.documentTitle, "small.apt");
-    EXPECT_EQ(doc.saveTarget(), folder / "small.apt");
+    EXPECT_EQ(saveTarget(), folder / "small.apt");
 }
 
 TEST_F(Traces, AnAppendedFileThatFailsInAppendModeEndsIt) {
     openGrid();
     runFile("file.append", file("bad.apt", brokenSecondCompartment));
     runFile("file.append", folder / "absent.stl");
-    doc.onOpenDocument(file("bad2.apt", brokenSecondCompartment));
+    open(file("bad2.apt", brokenSecondCompartment));
     EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "bad2.apt");
 }
 
@@ -647,15 +641,15 @@ TEST_F(Traces, AListOfThinnedFilesTellsTheCountsOfAllOnceAndTheNextFileItsOwn) {
     EXPECT_EQ(doc.status, target);
     runFile("file.append", file("bad.apt", brokenSecondCompartment));
     EXPECT_EQ(doc.status, "Points in the file: 8, kept: 4. Patch 2: no point can be read in line 10. " + target);
-    doc.onOpenDocument(second);
+    open(second);
     EXPECT_EQ(doc.status, idle);
-    doc.onOpenDocument(first);
+    open(first);
     EXPECT_EQ(doc.status, "Points in the file: 201004, kept: 100504");
 }
 
 TEST_F(Traces, TheTitleOfZonesIsThatOfTheFirstFile) {
-    doc.onOpenDocument(file("a.dat", "TITLE = \"first\"\nVARIABLES = \"x\" \"y\" \"z\"\nZONE N=3, E=1, F=FEPOINT, "
-                                     "ET=TRIANGLE\n0 0 0\n1 0 0\n0 1 0\n1 2 3\n"));
+    open(file("a.dat", "TITLE = \"first\"\nVARIABLES = \"x\" \"y\" \"z\"\nZONE N=3, E=1, F=FEPOINT, "
+                       "ET=TRIANGLE\n0 0 0\n1 0 0\n0 1 0\n1 2 3\n"));
     EXPECT_EQ(doc.feRegion.title, "first");
     runFile("file.append", file("b.dat", "TITLE = \"second\"\nVARIABLES = \"x\" \"y\" \"z\"\nZONE N=3, E=1, "
                                          "F=FEPOINT, ET=TRIANGLE\n0 0 0\n1 0 0\n0 1 0\n1 2 3\n"));
@@ -681,12 +675,12 @@ TEST_F(Traces, SaveFieldThatIsRefusedLeavesTheModelChangedAndItsNames) {
     runWith("model.move", {{"deltaX", "1"}});
     ASSERT_TRUE(doc.documentModified);
     ui.files.push_back({folder / "out.APT"});
-    doc.SaveField();
+    call("file.saveAsField");
     EXPECT_THAT(heard(), Contains("message: Wrong file Extension"));
     EXPECT_TRUE(doc.documentModified);
     EXPECT_EQ(doc.modelFile.fileExtension, "apt");
     ui.files.push_back({folder / "out.TXT"});
-    doc.SaveField();
+    call("file.saveAsField");
     EXPECT_EQ(doc.modelFile.fileExtension, "apt");
     EXPECT_EQ(doc.modelFile.documentTitle, "small.apt");
 }
@@ -818,8 +812,8 @@ TEST_F(Traces, AGridSavedAsTrianglesIsDrawnAndItsUndoBringsTheGridBack) {
 }
 
 TEST_F(Traces, UndoOfAnEditKeepsTheFileOfTheModelThoughAnotherWasRemovedBefore) {
-    doc.onOpenDocument(file("first.apt", aptText({flatPatch(3, 3)})));
-    doc.onOpenDocument(file("second.apt", aptText({flatPatch(2, 2)})));
+    open(file("first.apt", aptText({flatPatch(3, 3)})));
+    open(file("second.apt", aptText({flatPatch(2, 2)})));
     runWith("model.move", {{"deltaX", "1"}});
     run("patch.undo");
     EXPECT_EQ(doc.patches, PatchList{flatPatch(2, 2)});
@@ -829,10 +823,10 @@ TEST_F(Traces, UndoOfAnEditKeepsTheFileOfTheModelThoughAnotherWasRemovedBefore) 
 TEST_F(Traces, UndoOfANodeThatWasMovedGoesBackToItsPlace) {
     openZones(*this);
     doc.capture.armPoint();
-    doc.takePick({.target = Pick::Target::Node, .found = true, .patch = 0, .point = 1, .position = {1, 0, 0}});
+    take({.target = Pick::Target::Node, .found = true, .patch = 0, .point = 1, .position = {1, 0, 0}});
     doc.capture.releasePoint();
     runWith("point.edit", {{"x", "5"}});
-    doc.saveModel();
+    call("file.save");
     EXPECT_FALSE(doc.documentModified);
     arranged(doc).pointPicked = false;
     run("point.undo");
@@ -848,7 +842,7 @@ TEST_F(Traces, EitherUndoEmptiesTheSnapshotsOfZonesToo) {
     openZones(*this);
     runWith("model.move", {{"deltaX", "1"}});
     ASSERT_FALSE(doc.undoRegion.blocks.empty());
-    doc.SavePointUndo();
+    savePointUndo();
     doc.pointUndoReady = true;
     run("patch.undo");
     EXPECT_TRUE(doc.undoRegion.blocks.empty());
@@ -858,13 +852,13 @@ TEST_F(Traces, EitherUndoEmptiesTheSnapshotsOfZonesToo) {
 
 TEST_F(Traces, ASnapshotOfOneKindEmptiesThatOfTheOther) {
     openGrid();
-    doc.SavePatchUndo();
+    savePatchUndo();
     run("convert.toUnstructured");
-    doc.SavePatchUndo();
+    savePatchUndo();
     EXPECT_TRUE(doc.undoPatches.empty());
     EXPECT_EQ(doc.undoRegion.blocks.size(), 1U);
     runWith("convert.toSkl", {{"number", "2"}});
-    doc.SavePatchUndo();
+    savePatchUndo();
     EXPECT_EQ(doc.undoPatches.size(), 1U);
     EXPECT_TRUE(doc.undoRegion.blocks.empty());
 }

@@ -3,8 +3,8 @@
 #include <sstream>
 
 #include "DialogValues.h"
-#include "document_fixture.h"
 #include "file_types.h"
+#include "state_fixture.h"
 #include "volumes.h"
 
 namespace velmora::test {
@@ -266,12 +266,12 @@ TEST_F(PlacesTest, BrowsingStartsInTheCurrentDirectoryAndMovesNothingElse) {
 
 // ---- Several files by path ------------------------------------------------------------------------------------------
 
-TEST_F(DocumentTest, SeveralFilesByPathJoinTheFirstIfTheyAreOfItsType) {
+TEST_F(StateTest, SeveralFilesByPathJoinTheFirstIfTheyAreOfItsType) {
     const std::string grid = "2 2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n";
     writeFileText(folder / "a.apt", grid);
     writeFileText(folder / "b.APT", grid + grid);
     writeFileText(folder / "c.skl", "1\n2\n0 0 0\n1 0 0\n");
-    doc.onOpenDocuments({folder / "a.apt", folder / "c.skl", folder / "b.APT"});
+    openAll({folder / "a.apt", folder / "c.skl", folder / "b.APT"});
     EXPECT_EQ(doc.patches.size(), 3U);
     EXPECT_EQ(doc.modelFile.documentTitle, "b.apt");
     EXPECT_EQ(ui.count("recent: " + (folder / "a.apt").string()), 1U);
@@ -279,14 +279,14 @@ TEST_F(DocumentTest, SeveralFilesByPathJoinTheFirstIfTheyAreOfItsType) {
     EXPECT_FALSE(doc.documentModified);
 }
 
-TEST_F(DocumentTest, NoFileByPathChangesNothing) {
+TEST_F(StateTest, NoFileByPathChangesNothing) {
     hold({flatPatch(2, 2)});
-    doc.onOpenDocuments({});
+    openAll({});
     EXPECT_EQ(doc.patches.size(), 1U);
     EXPECT_THAT(heard(), IsEmpty());
 }
 
-TEST_F(DocumentTest, ProgressOfReadingAndWritingGoesToTheUser) {
+TEST_F(StateTest, ProgressOfReadingAndWritingGoesToTheUser) {
     // More than two blocks of the reader, less than the limit of points.
     Patch patch = flatPatch(200, 250, 0.12345678901234567);
     hold({patch});

@@ -1,6 +1,6 @@
 #include "foreign_files.h"
 
-#include "CommandTest.h"
+#include "document_fixture.h"
 #include "exchange_files.h"
 #include "file_texts.h"
 #include "messages.h"
@@ -14,7 +14,7 @@ using testing::Not;
 
 const char* const triangle = "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n";
 
-TEST_F(CommandTest, AnImportThatIsStoppedLeavesTheModelAsItWas) {
+TEST_F(DocumentTest, AnImportThatIsStoppedLeavesTheModelAsItWas) {
     hold({flatPatch(2, 3)});
     const PatchList before = doc.patches;
     writeFileText(folder / "a.obj", triangle);
@@ -31,7 +31,7 @@ TEST_F(CommandTest, AnImportThatIsStoppedLeavesTheModelAsItWas) {
     EXPECT_EQ(ui.busyDepth, 0);
 }
 
-TEST_F(CommandTest, AFileThatOpenTakesIsNotForeign) {
+TEST_F(DocumentTest, AFileThatOpenTakesIsNotForeign) {
     for (const char* const name : {"a.obj", "a.PLY", "a.glb", "a.p3d"}) {
         EXPECT_TRUE(isForeignFile(name)) << name;
     }
@@ -40,7 +40,7 @@ TEST_F(CommandTest, AFileThatOpenTakesIsNotForeign) {
     }
 }
 
-TEST_F(CommandTest, AForeignFileComesByItsPath) {
+TEST_F(DocumentTest, AForeignFileComesByItsPath) {
     writeFileText(folder / "a.obj", triangle);
     ui.dialogs.push_back({});
     importForeignFile(doc, folder / "a.obj");

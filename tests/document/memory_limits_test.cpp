@@ -178,7 +178,7 @@ TEST_F(MemoryLimits, PlanesOfTheSlicerCountTheirSections) {
     doc.feRegion = triangleRegion({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {0, 1, 2});
     doc.structureKind = StructureKind::Unstructured;
     doc.modelFile.chosenPath = folder / "wing.dat";
-    doc.updateBounds();
+    updateBounds();
     // Each plane between the ends cuts the one triangle.
     giveRoom(50 * (bytesOfSection + bytesOfPoint));
     expectLargest("convert.toSkl", "number", 0, 50);

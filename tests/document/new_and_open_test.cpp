@@ -1,8 +1,8 @@
 #include <algorithm>
 
 #include "arranged_capture.h"
-#include "document_fixture.h"
 #include "file_texts.h"
+#include "state_fixture.h"
 
 namespace velmora::test {
 
@@ -15,7 +15,7 @@ const char* const removalAnswered = "question: Current geometry will be removed.
 const char* const removalDeclined = "question: Current geometry will be removed. Are you sure -> no";
 const char* const cancelled = "message: Open procedure is canceled";
 
-class FileCommands : public DocumentTest {
+class FileCommands : public StateTest {
 protected:
     std::filesystem::path write(const std::string& name, const std::string& text) {
         writeFileText(folder / name, text);
@@ -33,7 +33,7 @@ protected:
     /// Runs Open on these files and gives what was heard, the recent files left out.
     Lines open(const std::vector<std::filesystem::path>& paths) {
         ui.files.push_back(paths);
-        doc.openFiles();
+        call("file.open");
         Lines lines = heard();
         lines.erase(std::remove_if(lines.begin(), lines.end(),
                                    [](const std::string& line) { return line.starts_with("recent: "); }),
@@ -91,7 +91,7 @@ using OpenByPath = FileCommands;
 // ---- New ------------------------------------------------------------------------------------------------------------
 
 TEST_F(New, OfAnEmptyDocumentShowsThePointTableWithoutAQuestion) {
-    doc.onNewDocument();
+    call("file.new");
     EXPECT_THAT(heard(), ElementsAre("dialog: CRegularInput -> cancel"));
     EXPECT_FALSE(doc.patchUndoReady);
 }
@@ -100,7 +100,7 @@ TEST_F(New, AnsweredWithNoChangesNothing) {
     hold({flatPatch(2, 3)});
     captureSection(0, 1);
     const PatchList before = doc.patches;
-    doc.onNewDocument();
+    call("file.new");
     EXPECT_THAT(heard(), ElementsAre(removalDeclined));
     EXPECT_EQ(doc.patches, before);
     expectKinds(StructureKind::Structured, FileKind::Apt);
@@ -118,7 +118,7 @@ TEST_F(New, AnsweredWithYesEmptiesTheDocument) {
     doc.fieldLoaded = doc.fieldMode = doc.cbcAppended = doc.gridNamed = true;
     doc.fieldPatches = {flatPatch(2, 2)};
     ui.answers = {true};
-    doc.onNewDocument();
+    call("file.new");
     EXPECT_EQ(ui.transcript.front(), removalAnswered);
     EXPECT_TRUE(doc.patches.empty());
     expectKinds(StructureKind::None, FileKind::None);
@@ -136,7 +136,7 @@ TEST_F(New, LeavesTheRegimes) {
     hold({flatPatch(2, 3)});
     armEverything();
     ui.answers = {true};
-    doc.onNewDocument();
+    call("file.new");
     expectIdle();
 }
 
@@ -144,8 +144,8 @@ TEST_F(New, CanBeUndone) {
     hold({flatPatch(2, 3)});
     const PatchList before = doc.patches;
     ui.answers = {true};
-    doc.onNewDocument();
-    doc.UndoPatch();
+    call("file.new");
+    call("patch.undo");
     EXPECT_EQ(doc.patches, before);
     expectKinds(StructureKind::Structured, FileKind::Apt);
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
@@ -155,7 +155,7 @@ TEST_F(New, CanBeUndone) {
 // ---- Open -----------------------------------------------------------------------------------------------------------
 
 TEST_F(Open, OffersEightTypesInOrder) {
-    doc.openFiles();
+    call("file.open");
     ASSERT_EQ(ui.requests.size(), 1U);
     const FileRequest& request = ui.requests.front();
     EXPECT_EQ(request.mode, ChooserMode::Open);
@@ -261,7 +261,7 @@ TEST_F(Open, OverAModelReplacesItAndCanBeUndone) {
     EXPECT_THAT(open({writeApt("body.apt", model)}),
                 ElementsAre(removalAnswered, "chooser: Open -> 1", "title: body.apt"));
     EXPECT_EQ(doc.patches, model);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches, before);
 }
 
@@ -309,7 +309,7 @@ TEST_F(Open, TellsTheCountsOfAModelThatWasThinned) {
     for (int i = 0; i < 2 * points; ++i) {
         text += "0 0 0\n";
     }
-    doc.ShowStatus("before");
+    showStatus("before");
     open({write("large.apt", text)});
     EXPECT_THAT(countsOf(doc.patches.at(0)), ElementsAre(50252, 50252));
     EXPECT_NE(doc.status.find("201004"), std::string::npos) << doc.status;
@@ -317,7 +317,7 @@ TEST_F(Open, TellsTheCountsOfAModelThatWasThinned) {
 }
 
 TEST_F(Open, OfAModelThatWasReadWholeTellsNoCounts) {
-    doc.ShowStatus("before");
+    showStatus("before");
     open({writeApt("wing.apt", {flatPatch(70, 70)})});
     EXPECT_EQ(doc.status, "For Help, press F1");
 }
@@ -365,7 +365,7 @@ TEST_F(OpenList, KeepsWhatItHasWhenALaterFileIsWrong) {
     expectKinds(StructureKind::Structured, FileKind::Apt);
     // Nothing of the second became the model, and so it does not give its name.
     EXPECT_EQ(doc.modelFile.documentTitle, "a.apt");
-    EXPECT_EQ(doc.saveTarget(), folder / "a.apt");
+    EXPECT_EQ(saveTarget(), folder / "a.apt");
 }
 
 // ---- Reads that fail ------------------------------------------------------------------------------------------------
@@ -421,7 +421,7 @@ TEST_P(WrongFiles, GetTheirMessagesAndTheTitleWrongWhereAPartBecameTheModel) {
 }
 
 TEST_P(WrongFiles, AreSaidTheSameWayByPath) {
-    doc.onOpenDocument(write(GetParam().file, GetParam().text));
+    StateTest::open(write(GetParam().file, GetParam().text));
     Lines lines = heard();
     lines.erase(std::remove_if(lines.begin(), lines.end(),
                                [](const std::string& line) { return !line.starts_with("message: "); }),
@@ -448,13 +448,13 @@ TEST_F(FailedRead, TellsTheCountsOfWhatWasReadInPart) {
 
 TEST_F(FailedRead, KeepsTheTitleWrongThroughEditsAndUndo) {
     openHeard({write("a.apt", brokenSecondCompartment)});
-    doc.SavePatchUndo();
+    savePatchUndo();
     doc.patchUndoReady = true;
     doc.patches[0][0].pop_back();
     doc.retitle();
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
     EXPECT_EQ(doc.modelFile.documentTitle, "Wrong");
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.modelFile.documentTitle, "Wrong");
 }
 
@@ -481,7 +481,7 @@ TEST_F(OpenByPath, AsksNothingAndRecordsThePathAsChosen) {
     armEverything();
     const PatchList model = {flatPatch(4, 4)};
     const auto path = writeApt("Body.APT", model);
-    doc.onOpenDocument(path);
+    StateTest::open(path);
     Lines lines = heard();
     lines.erase(std::remove_if(lines.begin(), lines.end(),
                                [](const std::string& line) { return line.starts_with("status: "); }),
@@ -498,7 +498,7 @@ TEST_F(OpenByPath, ForgetsWhatWasLoadedBefore) {
     hold({flatPatch(2, 3)});
     doc.secondKind = SecondKind::Wrl;
     doc.fieldLoaded = doc.fieldMode = doc.fieldOpening = true;
-    doc.onOpenDocument(writeApt("body.apt", {flatPatch(4, 4)}));
+    StateTest::open(writeApt("body.apt", {flatPatch(4, 4)}));
     expectKinds(StructureKind::Structured, FileKind::Apt);
     EXPECT_FALSE(doc.fieldLoaded || doc.fieldMode || doc.fieldOpening);
     EXPECT_EQ(doc.modelFile.documentTitle, "body.apt");
@@ -507,7 +507,7 @@ TEST_F(OpenByPath, ForgetsWhatWasLoadedBefore) {
 TEST_F(OpenByPath, OfAFileThatGivesNoModelIsCancelledAfterTheReadersMessageAndLeavesTheModel) {
     hold({flatPatch(2, 3)});
     const PatchList before = doc.patches;
-    doc.onOpenDocument(folder / "absent.apt");
+    StateTest::open(folder / "absent.apt");
     const Lines lines = heard();
     const auto reader = std::find(lines.begin(), lines.end(), "message: It is impossible to open selected file");
     const auto command = std::find(lines.begin(), lines.end(), cancelled);
@@ -522,14 +522,14 @@ TEST_F(OpenByPath, OfAFileWithoutAPointLeavesTheModel) {
     hold({flatPatch(2, 3)});
     doc.documentModified = true;
     writeFileText(folder / "empty.skl", "1\n-2\n");
-    doc.onOpenDocument(folder / "empty.skl");
+    StateTest::open(folder / "empty.skl");
     EXPECT_THAT(heard(), testing::Contains(cancelled));
     EXPECT_EQ(doc.patches, PatchList{flatPatch(2, 3)});
     EXPECT_TRUE(doc.documentModified);
 }
 
 TEST_F(OpenByPath, OfAnUnsupportedTypeIsCancelled) {
-    doc.onOpenDocument(folder / "notes.txt");
+    StateTest::open(folder / "notes.txt");
     const Lines lines = heard();
     EXPECT_EQ(lines.front(), "message: This file's type is not supported by Sorvane");
     EXPECT_EQ(lines.back(), cancelled);
@@ -538,23 +538,23 @@ TEST_F(OpenByPath, OfAnUnsupportedTypeIsCancelled) {
 TEST_F(OpenByPath, UndoBringsTheModelBackUnderItsOwnFile) {
     const auto wing = writeApt("wing.apt", {flatPatch(2, 3)});
     const auto body = writeApt("body.apt", {flatPatch(4, 4)});
-    doc.onOpenDocument(wing);
-    doc.SavePointUndo();
+    StateTest::open(wing);
+    savePointUndo();
     doc.pointUndoReady = true;
-    doc.onOpenDocument(body);
+    StateTest::open(body);
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_FALSE(doc.pointUndoReady);
     EXPECT_TRUE(doc.pointUndoPatches.empty());
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches, PatchList{flatPatch(2, 3)});
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
     const std::string before = fileText(body);
-    doc.saveModel();
+    call("file.save");
     EXPECT_EQ(fileText(body), before);
 }
 
 TEST_F(OpenByPath, IntoAnEmptyDocumentLeavesNothingToUndo) {
-    doc.onOpenDocument(writeApt("body.apt", {flatPatch(4, 4)}));
+    StateTest::open(writeApt("body.apt", {flatPatch(4, 4)}));
     EXPECT_FALSE(doc.patchUndoReady);
     EXPECT_TRUE(doc.undoPatches.empty());
 }
@@ -562,22 +562,22 @@ TEST_F(OpenByPath, IntoAnEmptyDocumentLeavesNothingToUndo) {
 TEST_F(Open, UndoAfterItNeverSavesOverTheFileOpenedLast) {
     const auto wing = writeApt("wing.apt", {flatPatch(2, 3)});
     const auto broken = write("broken.apt", "2 2\n0 0 0\n");
-    doc.onOpenDocument(wing);
+    StateTest::open(wing);
     ui.answers = {true};
     open({broken});
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
-    doc.saveModel();
+    call("file.save");
     EXPECT_EQ(fileText(broken), "2 2\n0 0 0\n");
 }
 
 TEST_F(Open, OfAFileWithTextBehindItsEndAsksBeforeSavingOverIt) {
     const std::string text = "2 1\n0 0 0\n1 0 0\nmore\n";
     const auto path = write("more.apt", text);
-    doc.onOpenDocument(path);
+    StateTest::open(path);
     EXPECT_EQ(doc.modelFile.documentTitle, "more.apt");
     ui.answers = {false};
-    doc.saveModel();
+    call("file.save");
     EXPECT_EQ(fileText(path), text);
     EXPECT_EQ(ui.count("question: more.apt holds more than was read. Overwrite it? -> no"), 1U);
 }

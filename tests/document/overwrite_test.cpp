@@ -149,15 +149,15 @@ protected:
 
     void openModel(Model model) {
         if (model == Model::Grid) {
-            doc.onOpenDocument(file("wing.apt", aptText({flatPatch(3, 2), flatPatch(2, 2, 4)})));
+            open(file("wing.apt", aptText({flatPatch(3, 2), flatPatch(2, 2, 4)})));
         } else if (model == Model::Lines) {
-            doc.onOpenDocument(file("hull.skl", sklText({patchOf({1, 2})})));
+            open(file("hull.skl", sklText({patchOf({1, 2})})));
         } else if (model == Model::Zones) {
-            doc.onOpenDocument(file("body.dat", triangleText));
+            open(file("body.dat", triangleText));
         } else {
             ui.answers = {true};
             ui.files.push_back({file("flow.dat", fieldText)});
-            doc.OpenField();
+            call("file.openField");
         }
     }
 
@@ -188,7 +188,7 @@ protected:
         ui.answers = std::move(answers);
         if (id == "file.exit") {
             ui.answers.push_front(true);
-            doc.saveModified();
+            saveModified();
         } else if (id == "convert.knife") {
             runWith(id, {{"planeKind", "1"}, {"section", "0.5"}, {"cutKind", "3"}});
         } else {
@@ -230,7 +230,7 @@ TEST_P(EachWriter, WritesAFileThatIsNotThereWithoutAQuestion) {
 }
 
 TEST_P(EachWriter, WritesInThePlaceOfAFileThatIsGoneWithoutAQuestion) {
-    doc.onOpenDocument(file("more.apt", brokenSecondCompartment));
+    open(file("more.apt", brokenSecondCompartment));
     prepare(GetParam());
     linkTarget(GetParam(), folder / "more.apt");
     fs::remove(folder / "more.apt");
@@ -392,7 +392,7 @@ protected:
     }
 
     void expectQuestionByItsModel() {
-        doc.onOpenDocument(folder / GetParam().file);
+        open(folder / GetParam().file);
         if (GetParam().status != nullptr) {
             EXPECT_THAT(heard(), Contains(testing::StartsWith(GetParam().status)));
         } else {
@@ -470,7 +470,7 @@ TEST_P(EachIncomplete, IsAskedAboutBehindAWholeFileOfAList) {
 }
 
 TEST_F(OverwriteTest, ATriangulatedModelAsksBeforeItIsSavedOverTheThinnedFileItCameFrom) {
-    doc.onOpenDocument(file("more.dat", longDat()));
+    open(file("more.dat", longDat()));
     EXPECT_EQ(doc.modelFile.documentTitle, "more.apt");
     run("convert.toUnstructured");
     EXPECT_EQ(doc.modelFile.documentTitle, "more.dat");
@@ -505,7 +505,7 @@ TEST_F(OverwriteTest, BothPartsOfTheKnifeAreAskedAboutBeforeOneIsWritten) {
 }
 
 TEST_F(OverwriteTest, ARefusedFieldFileIsNotAskedAbout) {
-    doc.onOpenDocument(file("more.apt", brokenSecondCompartment));
+    open(file("more.apt", brokenSecondCompartment));
     openModel(Model::Lines);
     for (const char* target : {"more.apt", "more.dat"}) {
         if (!fs::exists(folder / target)) {
@@ -513,7 +513,7 @@ TEST_F(OverwriteTest, ARefusedFieldFileIsNotAskedAbout) {
         }
         forget();
         ui.files.push_back({folder / target});
-        doc.SaveField();
+        call("file.saveAsField");
         EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1", "message: Wrong file Extension"));
         EXPECT_EQ(fileText(folder / "more.apt"), brokenSecondCompartment);
     }
@@ -562,7 +562,7 @@ INSTANTIATE_TEST_SUITE_P(Files, EachFailing, testing::ValuesIn(failingFiles),
 } // namespace
 
 TEST_P(EachFailing, IsAskedAboutAfterItWasOpened) {
-    doc.onOpenDocument(folder / GetParam().file);
+    open(folder / GetParam().file);
     openModel(Model::Zones);
     expectQuestion();
 }
@@ -578,17 +578,17 @@ TEST_P(EachFailing, IsAskedAboutAfterItWasAppended) {
 }
 
 TEST_P(EachFailing, IsNotAskedAboutOnceItIsRepairedAndReadAgain) {
-    doc.onOpenDocument(folder / GetParam().file);
+    open(folder / GetParam().file);
     const std::string name = GetParam().file;
     if (name == "bad.dat") {
         file(name, triangleText);
-        doc.onOpenDocument(folder / name);
+        open(folder / name);
     } else {
         openModel(Model::Zones);
         ui.files.push_back({folder / "good.wrl"});
         run("file.saveAs");
         fs::rename(folder / "good.wrl", folder / name);
-        doc.onOpenDocument(folder / name);
+        open(folder / name);
     }
     ASSERT_EQ(doc.structureKind, StructureKind::Unstructured);
     ui.files.push_back({folder / name});
@@ -614,7 +614,7 @@ TEST_F(OverwriteTest, AFieldFileWithTextBehindItsEndIsAskedAbout) {
         const std::string text = fieldText + std::string(behind ? "\nnotes\n" : "\n\n");
         ui.answers = {true};
         ui.files.push_back({file("flow.dat", text)});
-        doc.OpenField();
+        call("file.openField");
         ASSERT_TRUE(doc.fieldMode);
         forget();
         ui.files.push_back({folder / "flow.dat"});
@@ -627,7 +627,7 @@ TEST_F(OverwriteTest, AFieldFileWithTextBehindItsEndIsAskedAbout) {
 TEST_F(OverwriteTest, AFieldFileThatFailedIsAskedAbout) {
     const std::string text = fieldText + std::string("ZONE T=\"ZONE_1\",I=2,J=2,K=1,F= POINT\n0 0\n");
     ui.files.push_back({file("bad.dat", text)});
-    doc.OpenField();
+    call("file.openField");
     openModel(Model::Field);
     ui.answers.clear();
     forget();
@@ -638,7 +638,7 @@ TEST_F(OverwriteTest, AFieldFileThatFailedIsAskedAbout) {
 }
 
 TEST_F(OverwriteTest, AnIncompleteFileThatIsGoneIsWrittenByItsModelWithoutAQuestion) {
-    doc.onOpenDocument(file("more.apt", brokenSecondCompartment));
+    open(file("more.apt", brokenSecondCompartment));
     ASSERT_FALSE(doc.patches.empty());
     fs::remove(folder / "more.apt");
     forget();
@@ -649,7 +649,7 @@ TEST_F(OverwriteTest, AnIncompleteFileThatIsGoneIsWrittenByItsModelWithoutAQuest
 
 TEST_F(OverwriteTest, AFileThatCouldNotBeOpenedIsThatOfAStrangerOnceItIsThere) {
     for (const char* name : {"absent.apt", "absent.skl"}) {
-        doc.onOpenDocument(folder / name);
+        open(folder / name);
         openModel(Model::Grid);
         writeFileText(folder / name, "of somebody else");
         forget();

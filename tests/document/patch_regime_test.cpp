@@ -14,7 +14,7 @@ protected:
 
     void input(const char* number) {
         ui.dialogs.push_back({{"number", number}});
-        doc.InputPatch();
+        call("patch.inputAndAdd");
     }
 };
 
@@ -23,7 +23,7 @@ using ExitPatches = PatchRegime;
 using EndBlock = PatchRegime;
 using LeaveRegimes = PatchRegime;
 
-void expectEmptyBlock(const VelmoraDoc& doc) {
+void expectEmptyBlock(const DocumentState& doc) {
     EXPECT_EQ(doc.blockCount, 0);
     EXPECT_EQ(doc.blockList[0], -1);
     EXPECT_EQ(doc.blockList[1], -1);
@@ -36,7 +36,7 @@ void expectEmptyBlock(const VelmoraDoc& doc) {
 TEST_F(InputPatch, ShowsTheNumberOfPatches) {
     std::string maximum;
     ui.onDialog = [&maximum](DialogForm& form) { maximum = fieldText(*form.find("maximum")); };
-    doc.InputPatch();
+    call("patch.inputAndAdd");
     EXPECT_EQ(maximum, "3");
     EXPECT_THAT(heard(), ElementsAre("dialog: CInputPatch -> cancel"));
     EXPECT_FALSE(doc.capture->patchCaptured);
@@ -117,7 +117,7 @@ TEST_F(ExitPatches, EmptiesTheZBlockAndEndsTheRegime) {
     input("1");
     doc.showBlockOnly = doc.pointUndoReady = arranged(doc).pointPicked = true;
     viewCalls();
-    doc.ExitPatchRegime();
+    call("patch.exit");
     EXPECT_FALSE(doc.capture->patchRegimeActive());
     EXPECT_FALSE(doc.showBlockOnly || doc.pointUndoReady || doc.capture->pointPicked);
     EXPECT_EQ(doc.capture->capturedPatch, -1);
@@ -129,12 +129,12 @@ TEST_F(ExitPatches, EmptiesTheZBlockAndEndsTheRegime) {
 TEST_F(ExitPatches, LeavesASectionOrLineFirst) {
     doc.capture.holdBlock();
     captureSection(0, 1);
-    doc.ExitPatchRegime();
+    call("patch.exit");
     EXPECT_FALSE(doc.capture->curveRegimeActive());
     EXPECT_EQ(doc.capture->capturedSection, -1);
     doc.capture.holdBlock();
     captureLine(0, 1);
-    doc.ExitPatchRegime();
+    call("patch.exit");
     EXPECT_FALSE(doc.capture->curveRegimeActive());
     EXPECT_FALSE(doc.capture->patchRegimeActive());
 }
@@ -142,7 +142,7 @@ TEST_F(ExitPatches, LeavesASectionOrLineFirst) {
 TEST_F(ExitPatches, LeavesAPointOfTheirPatchesToo) {
     input("2");
     capturePoint(1, 1, 1);
-    doc.ExitPatches();
+    call("patch.exit");
     EXPECT_FALSE(doc.capture->pointCaptured);
     EXPECT_FALSE(doc.capture->pointPicked);
     EXPECT_EQ(doc.capture->capturedPatch, -1);
@@ -151,13 +151,13 @@ TEST_F(ExitPatches, LeavesAPointOfTheirPatchesToo) {
 
 TEST_F(PatchRegime, AnotherCaptureEndsARemoval) {
     input("2");
-    doc.RemovePatchFromBlock();
+    call("patch.removeFromBlock");
     EXPECT_TRUE(doc.capture->patchRemoving);
-    doc.CaptureSection();
+    call("line.captureSection");
     EXPECT_FALSE(doc.capture->patchRemoving);
-    doc.ExitLines();
-    doc.RemovePatchFromBlock();
-    doc.CapturePoint();
+    call("line.exit");
+    call("patch.removeFromBlock");
+    call("point.capture");
     EXPECT_FALSE(doc.capture->patchRemoving);
 }
 
@@ -187,7 +187,7 @@ TEST_F(LeaveRegimes, LeavesEveryOneAndForgetsAllAddresses) {
     capturePoint(0, 1, 1);
     arranged(doc).freePointHeld = arranged(doc).freePointArmed = arranged(doc).sectionCaptureArmed =
         arranged(doc).lineCaptureArmed = true;
-    doc.leaveRegimes();
+    leaveRegimes();
     EXPECT_FALSE(doc.capture->pointRegimeActive());
     EXPECT_FALSE(doc.capture->curveRegimeActive());
     EXPECT_FALSE(doc.capture->patchRegimeActive());
@@ -200,7 +200,7 @@ TEST_F(LeaveRegimes, LeavesEveryOneAndForgetsAllAddresses) {
 }
 
 TEST_F(LeaveRegimes, WithNoneActiveSaysNothing) {
-    doc.leaveRegimes();
+    leaveRegimes();
     EXPECT_THAT(heard(), IsEmpty());
     EXPECT_THAT(viewCalls(), IsEmpty());
 }

@@ -1,5 +1,5 @@
 #include "arranged_capture.h"
-#include "document_fixture.h"
+#include "state_fixture.h"
 
 namespace velmora::test {
 
@@ -11,7 +11,7 @@ using testing::IsEmpty;
 const char* const dragStatus = "status: Press left button of mouse and drag it";
 const char* const continueStatus = "status: Press right button to continue";
 
-class PointRegime : public DocumentTest {
+class PointRegime : public StateTest {
 protected:
     PointRegime() { hold({flatPatch(3, 4), flatPatch(2, 2)}); }
 };
@@ -28,7 +28,7 @@ TEST_F(PointRegime, CaptureArmsThePoint) {
     doc.capture.showPoint();
     arranged(doc).patchCaptureArmed = arranged(doc).sectionCaptureArmed = true;
     doc.capture.renumberPoint(doc.capture->capturedPointSection, 3);
-    doc.CapturePoint();
+    call("point.capture");
     EXPECT_TRUE(doc.capture->pointCaptureArmed);
     EXPECT_FALSE(doc.capture->pointCaptured || doc.capture->freePointArmed || doc.capture->freePointHeld ||
                  doc.capture->pointPicked);
@@ -41,27 +41,27 @@ TEST_F(PointRegime, CaptureArmsThePoint) {
 
 TEST_F(PointRegime, CaptureWithNothingElseCapturedFreesThePatch) {
     doc.capture.renumberPatch(1);
-    doc.CapturePoint();
+    call("point.capture");
     EXPECT_EQ(doc.capture->capturedPatch, -1);
 }
 
 TEST_F(PointRegime, CaptureOnASectionStaysInside) {
     captureSection(1, 0);
-    doc.CapturePoint();
+    call("point.capture");
     EXPECT_EQ(doc.capture->capturedPatch, 1);
     EXPECT_TRUE(doc.capture->sectionCaptured);
 }
 
 TEST_F(PointRegime, CaptureOnALineStaysInside) {
     captureLine(1, 0);
-    doc.CapturePoint();
+    call("point.capture");
     EXPECT_EQ(doc.capture->capturedPatch, 1);
     EXPECT_TRUE(doc.capture->lineCaptured);
 }
 
 TEST_F(PointRegime, CaptureKeepsACapturedPatch) {
     doc.capture.holdBlock();
-    doc.CapturePoint();
+    call("point.capture");
     EXPECT_TRUE(doc.capture->patchCaptured);
 }
 
@@ -73,7 +73,7 @@ TEST_F(FreePoint, FromTheLineMenuArmsItAndLeavesTheMouse) {
     arranged(doc).pointCaptureArmed = true;
     arranged(doc).patchCaptureArmed = arranged(doc).sectionCaptureArmed = true;
     doc.capture.renumberPoint(doc.capture->capturedPointSection, 2);
-    doc.CaptureFreePoint();
+    call("point.free.line");
     EXPECT_TRUE(doc.capture->freePointArmed);
     EXPECT_FALSE(doc.capture->freePointHeld);
     EXPECT_TRUE(doc.capture->pointCaptureArmed && doc.capture->pointCaptured && doc.capture->pointPicked);
@@ -86,7 +86,7 @@ TEST_F(FreePoint, FromTheLineMenuArmsItAndLeavesTheMouse) {
 
 TEST_F(FreePoint, FromThePointMenuForcesPointMode) {
     captureSection(1, 0);
-    doc.CaptureFreePointInPointRegime();
+    call("point.free");
     EXPECT_TRUE(doc.capture->freePointArmed);
     EXPECT_THAT(viewCalls(), ElementsAre("force point"));
     EXPECT_THAT(heard(), ElementsAre(dragStatus));
@@ -98,7 +98,7 @@ TEST_F(ExitPoint, ClearsAllThatBelongsToThePoint) {
     capturePoint(0, 1, 2);
     arranged(doc).pointCaptureArmed = arranged(doc).freePointArmed = arranged(doc).freePointHeld = true;
     arranged(doc).pointDragging = doc.pointUndoReady = true;
-    doc.ExitPointRegime();
+    call("point.exit");
     EXPECT_FALSE(doc.capture->pointRegimeActive());
     EXPECT_FALSE(doc.capture->pointDragging || doc.capture->pointPicked || doc.pointUndoReady);
     EXPECT_EQ(doc.capture->capturedPatch, -1);
@@ -106,15 +106,15 @@ TEST_F(ExitPoint, ClearsAllThatBelongsToThePoint) {
 
 TEST_F(ExitPoint, WithNothingBeneathResetsTheMouse) {
     capturePoint(0, 1, 2);
-    doc.ExitPointRegime();
+    call("point.exit");
     EXPECT_THAT(viewCalls(), ElementsAre("reset", "redraw"));
-    EXPECT_THAT(heard(), IsEmpty());
+    EXPECT_THAT(heard(), ElementsAre("status: For Help, press F1"));
 }
 
 TEST_F(ExitPoint, OnASectionComesBackToSectionMode) {
     captureSection(0, 1);
     capturePoint(0, 1, 2);
-    doc.ExitPointRegime();
+    call("point.exit");
     EXPECT_THAT(heard(), ElementsAre(continueStatus));
     EXPECT_EQ(doc.capture->capturedPatch, 0);
     EXPECT_EQ(doc.capture->capturedSection, 1);
@@ -127,7 +127,7 @@ TEST_F(ExitPoint, OnASectionComesBackToSectionMode) {
 TEST_F(ExitPoint, WithASectionArmedComesBackToSectionMode) {
     arranged(doc).sectionCaptureArmed = true;
     capturePoint(0, 1, 2);
-    doc.ExitPointRegime();
+    call("point.exit");
     EXPECT_THAT(heard(), ElementsAre(continueStatus));
     EXPECT_TRUE(viewCalls().front().ends_with(" section"));
 }
@@ -136,7 +136,7 @@ TEST_F(ExitPoint, WithAPatchCapturedOrArmedComesBackToPatchMode) {
     for (bool CaptureState::*flag : {&CaptureState::patchCaptured, &CaptureState::patchCaptureArmed}) {
         arranged(doc).*flag = true;
         capturePoint(0, 1, 2);
-        doc.ExitPointRegime();
+        call("point.exit");
         EXPECT_THAT(heard(), ElementsAre(continueStatus));
         EXPECT_TRUE(viewCalls().front().ends_with(" patch"));
         EXPECT_EQ(doc.capture->capturedPatch, -1);
@@ -147,7 +147,7 @@ TEST_F(ExitPoint, WithAPatchCapturedOrArmedComesBackToPatchMode) {
 TEST_F(ExitPoint, OnALineResetsTheMouseAndKeepsTheLine) {
     captureLine(0, 2);
     capturePoint(0, 1, 2);
-    doc.ExitPointRegime();
+    call("point.exit");
     EXPECT_EQ(viewCalls().front(), "reset");
     EXPECT_THAT(heard(), IsEmpty());
     EXPECT_TRUE(doc.capture->lineCaptured);

@@ -69,7 +69,7 @@ TEST_F(RefusedResult, LeavesModelSnapshotMarkCaptureAndBox) {
 TEST_F(RefusedResult, OfZonesLeavesThem) {
     doc.feRegion = triangleRegion({{0, 0, 1e200}, {1, 0, 0}, {0, 1, 0}}, {0, 1, 2});
     doc.structureKind = StructureKind::Unstructured;
-    doc.updateBounds();
+    updateBounds();
     runWith("model.scaling", {{"scale", "1e150"}});
     EXPECT_THAT(heard(), Contains(notFinite));
     EXPECT_EQ(nodeOf(doc.feRegion, 0, 0), (zVec<double>{0, 0, 1e200}));
@@ -98,8 +98,8 @@ TEST_F(RefusedResult, ADragThatLeavesTheNumbersBendsNothing) {
     captureSection(0, 1);
     capturePoint(0, 1, 1);
     const PatchList model = doc.patches;
-    doc.prepareDragCorrection();
-    doc.bendCapturedCurve({infinity, 0, 0}, 3);
+    prepareDragCorrection();
+    bendCapturedCurve({infinity, 0, 0}, 3);
     EXPECT_EQ(doc.patches, model);
 }
 

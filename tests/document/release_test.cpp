@@ -1,5 +1,5 @@
 #include "arranged_capture.h"
-#include "document_fixture.h"
+#include "state_fixture.h"
 
 namespace velmora::test {
 
@@ -11,7 +11,7 @@ using testing::IsEmpty;
 const char* const dragStatus = "status: Press left button of mouse and drag it";
 
 /// The left button comes up after a pick that found something, or nothing.
-class Release : public DocumentTest {
+class Release : public StateTest {
 protected:
     Release() {
         hold({flatPatch(3, 4)});
@@ -26,7 +26,7 @@ protected:
 TEST_F(Release, InNoRegimeDoesNothing) {
     doc.capture.showPoint();
     arranged(doc).capturedSection = arranged(doc).capturedLine = 1;
-    doc.moveRegimeAtRelease();
+    releaseButton();
     EXPECT_THAT(heard(), IsEmpty());
     EXPECT_THAT(viewCalls(), IsEmpty());
     EXPECT_FALSE(doc.capture->pointCaptured || doc.capture->freePointHeld || doc.capture->sectionCaptured ||
@@ -35,7 +35,7 @@ TEST_F(Release, InNoRegimeDoesNothing) {
 
 TEST_F(Release, OnAPointCapturesIt) {
     arranged(doc).pointCaptureArmed = arranged(doc).pointPicked = true;
-    doc.moveRegimeAtRelease();
+    releaseButton();
     EXPECT_TRUE(doc.capture->pointCaptured);
     EXPECT_FALSE(doc.capture->pointCaptureArmed);
     EXPECT_TRUE(doc.capture->pointPicked);
@@ -44,7 +44,7 @@ TEST_F(Release, OnAPointCapturesIt) {
 
 TEST_F(Release, BesideTheGeometryKeepsThePointArmed) {
     arranged(doc).pointCaptureArmed = true;
-    doc.moveRegimeAtRelease();
+    releaseButton();
     EXPECT_TRUE(doc.capture->pointCaptureArmed);
     EXPECT_FALSE(doc.capture->pointCaptured);
     EXPECT_THAT(heard(), ElementsAre(dragStatus));
@@ -52,7 +52,7 @@ TEST_F(Release, BesideTheGeometryKeepsThePointArmed) {
 
 TEST_F(Release, OnAFreePointHoldsIt) {
     arranged(doc).freePointArmed = arranged(doc).pointPicked = arranged(doc).pointCaptured = true;
-    doc.moveRegimeAtRelease();
+    releaseButton();
     EXPECT_TRUE(doc.capture->freePointHeld && doc.capture->pointCaptured);
     EXPECT_FALSE(doc.capture->freePointArmed);
     EXPECT_THAT(heard(), ElementsAre("status: the point "));
@@ -60,7 +60,7 @@ TEST_F(Release, OnAFreePointHoldsIt) {
 
 TEST_F(Release, BesideTheGeometryKeepsTheFreePointArmed) {
     arranged(doc).freePointArmed = true;
-    doc.moveRegimeAtRelease();
+    releaseButton();
     EXPECT_TRUE(doc.capture->freePointArmed);
     EXPECT_FALSE(doc.capture->freePointHeld);
     EXPECT_THAT(heard(), ElementsAre(dragStatus));
@@ -70,7 +70,7 @@ TEST_F(Release, OnASectionCapturesIt) {
     arranged(doc).sectionCaptureArmed = true;
     doc.capture.renumberPatch(0);
     doc.capture.renumberSection(2);
-    doc.moveRegimeAtRelease();
+    releaseButton();
     EXPECT_TRUE(doc.capture->sectionCaptured);
     EXPECT_FALSE(doc.capture->sectionCaptureArmed);
     EXPECT_THAT(heard(), ElementsAre("status: the section "));
@@ -78,7 +78,7 @@ TEST_F(Release, OnASectionCapturesIt) {
 
 TEST_F(Release, BesideTheGeometryKeepsTheSectionArmed) {
     arranged(doc).sectionCaptureArmed = true;
-    doc.moveRegimeAtRelease();
+    releaseButton();
     EXPECT_TRUE(doc.capture->sectionCaptureArmed);
     EXPECT_FALSE(doc.capture->sectionCaptured);
     EXPECT_THAT(heard(), ElementsAre(dragStatus));
@@ -88,7 +88,7 @@ TEST_F(Release, OnALineCapturesIt) {
     arranged(doc).lineCaptureArmed = true;
     doc.capture.renumberPatch(0);
     doc.capture.renumberLine(2);
-    doc.moveRegimeAtRelease();
+    releaseButton();
     EXPECT_TRUE(doc.capture->lineCaptured);
     EXPECT_FALSE(doc.capture->lineCaptureArmed);
     EXPECT_THAT(heard(), ElementsAre("status: the line "));
@@ -96,22 +96,22 @@ TEST_F(Release, OnALineCapturesIt) {
 
 TEST_F(Release, BesideTheGeometryKeepsTheLineArmed) {
     arranged(doc).lineCaptureArmed = true;
-    doc.moveRegimeAtRelease();
+    releaseButton();
     EXPECT_TRUE(doc.capture->lineCaptureArmed);
     EXPECT_FALSE(doc.capture->lineCaptured);
     EXPECT_THAT(heard(), ElementsAre(dragStatus));
 }
 
 TEST_F(Release, WithoutAPatchPutsNothingIntoTheZBlock) {
-    doc.AddPatchToBlock();
-    doc.moveRegimeAtRelease();
+    call("patch.addToBlock");
+    releaseButton();
     EXPECT_THAT(block(), IsEmpty());
 }
 
 TEST_F(Release, OfTheFirstPointIsFoundAtIndexZero) {
     arranged(doc).sectionCaptureArmed = true;
     doc.capture.renumberSection(0);
-    doc.moveRegimeAtRelease();
+    releaseButton();
     EXPECT_TRUE(doc.capture->sectionCaptured);
 }
 

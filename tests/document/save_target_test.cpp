@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "CommandTest.h"
+#include "document_fixture.h"
 #include "file_texts.h"
 #include "rescue_format.h"
 
@@ -74,11 +75,11 @@ protected:
             file("wing.apt", name == "OpenedInPart" ? brokenSecondCompartment : aptText({flatPatch(3, 3)}));
         const fs::path tail = file("tail.apt", aptText({flatPatch(2, 2, 5)}));
         if (name == "OpenedAsAnotherKind") {
-            doc.onOpenDocument(file("hull.skl", sklText({flatPatch(2, 2)})));
+            open(file("hull.skl", sklText({flatPatch(2, 2)})));
         } else if (name == "OpenedWithAnother") {
-            doc.onOpenDocuments({wing, tail});
+            openAll({wing, tail});
         } else {
-            doc.onOpenDocument(wing);
+            open(wing);
         }
         if (name == "Appended") {
             ui.files.push_back({tail});
@@ -92,10 +93,10 @@ protected:
             ui.files.push_back({folder / "other.apt"});
             run("file.saveAs");
         } else if (name == "Undone") {
-            doc.onOpenDocument(tail);
+            open(tail);
             run("patch.undo");
         }
-        EXPECT_EQ(doc.saveTarget(), target());
+        EXPECT_EQ(saveTarget(), target());
         EXPECT_EQ(fs::exists(target()), GetParam().leavesTarget);
         doc.documentModified = true;
         forget();
@@ -105,7 +106,7 @@ protected:
 
     void expectAsked(Doubt doubt, bool answer) {
         ui.answers = {answer};
-        doc.saveModel();
+        call("file.save");
         const std::string name = GetParam().target;
         const std::string end = std::string(" Overwrite it? -> ") + (answer ? "yes" : "no");
         const Lines lines = heard();
@@ -205,14 +206,14 @@ TEST_P(SaveTarget, ThatMayNotBeWrittenStaysAndTheModelIsChanged) {
 
 TEST_P(SaveTarget, IsNamedInTheStatusLineWhereItIsNotTheFileThatWasOpened) {
     fs::remove(target());
-    doc.ShowStatus("before");
-    doc.saveModel();
+    showStatus("before");
+    call("file.save");
     const bool opened = std::string(GetParam().target) == "wing.apt";
     EXPECT_EQ(doc.status, opened ? "before" : "Save writes " + target().string());
 }
 
 TEST_F(CommandTest, WhereSaveWritesIsToldRightAfterEachChangeOfKind) {
-    doc.onOpenDocument(file("wing.apt", aptText({flatPatch(3, 3)})));
+    open(file("wing.apt", aptText({flatPatch(3, 3)})));
     forget();
     run("convert.toUnstructured");
     EXPECT_EQ(doc.status, "Save writes " + (folder / "wing.dat").string());
@@ -226,7 +227,7 @@ TEST_F(CommandTest, WhereSaveWritesIsToldRightAfterEachChangeOfKind) {
 }
 
 TEST_F(CommandTest, AnEditThatMakesLinesOfAGridTellsWhereTheyGo) {
-    doc.onOpenDocument(file("wing.apt", aptText({flatPatch(3, 4)})));
+    open(file("wing.apt", aptText({flatPatch(3, 4)})));
     runWith("line.inputSection", {{"patch", "1"}, {"section", "2"}});
     forget();
     runWith("line.rebreak", {{"newCount", "7"}});
@@ -243,38 +244,38 @@ TEST_F(CommandTest, AnEditThatMakesLinesOfAGridTellsWhereTheyGo) {
 }
 
 TEST_F(CommandTest, AnEmptyModelIsNeverWritten) {
-    doc.onOpenDocument(file("wing.apt", aptText({flatPatch(2, 2)})));
+    open(file("wing.apt", aptText({flatPatch(2, 2)})));
     const std::string before = fileText(folder / "wing.apt");
     doc.patches.clear();
     doc.documentModified = true;
     forget();
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), ElementsAre("message: There is nothing to save"));
-    doc.saveModelAs();
+    call("file.saveAs");
     EXPECT_THAT(heard(), ElementsAre("message: There is nothing to save"));
     EXPECT_EQ(fileText(folder / "wing.apt"), before);
     EXPECT_TRUE(doc.documentModified);
 }
 
 TEST_F(CommandTest, ABinaryStlFileLeavesNoEmptyModelThatCouldBeSavedOverIt) {
-    doc.onOpenDocument(file("wing.apt", aptText({flatPatch(2, 2)})));
+    open(file("wing.apt", aptText({flatPatch(2, 2)})));
     std::string binary(84 + 50, '\0');
     binary[80] = 1;
     forget();
-    doc.onOpenDocument(file("body.stl", binary));
+    open(file("body.stl", binary));
     EXPECT_THAT(heard(), Contains("message: Open procedure is canceled"));
     EXPECT_EQ(doc.patches.size(), 1U);
-    EXPECT_EQ(doc.saveTarget(), folder / "wing.apt");
-    doc.saveModel();
+    EXPECT_EQ(saveTarget(), folder / "wing.apt");
+    call("file.save");
     EXPECT_EQ(fileText(folder / "body.stl"), binary);
 }
 
 TEST_F(CommandTest, ANumberThatIsNotFiniteIsRefusedWithItsPlaceAndTheFileStays) {
-    doc.onOpenDocument(file("wing.apt", aptText({flatPatch(2, 2)})));
+    open(file("wing.apt", aptText({flatPatch(2, 2)})));
     const std::string before = fileText(folder / "wing.apt");
     doc.patches[0][1][0].z = 1.0 / 0.0;
     forget();
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), ElementsAre("message: It is impossible to save current file",
                                      "status: Patch 1, section 2, point 1: the number is not finite, and could not be "
                                      "read again"));
@@ -283,27 +284,27 @@ TEST_F(CommandTest, ANumberThatIsNotFiniteIsRefusedWithItsPlaceAndTheFileStays) 
 
 TEST_F(CommandTest, AChooserThatAsksByItselfIsNotAskedAgainForTheSameReason) {
     ui.chooserAsks = true;
-    doc.onOpenDocument(file("wing.apt", aptText({flatPatch(2, 2)})));
+    open(file("wing.apt", aptText({flatPatch(2, 2)})));
     writeFileText(folder / "other.apt", theirs);
     forget();
     ui.files.push_back({folder / "other.apt"});
-    doc.saveModelAs();
+    call("file.saveAs");
     EXPECT_NE(fileText(folder / "other.apt"), theirs);
     // A change by another program is another reason.
     std::ofstream(folder / "other.apt", std::ios::app) << theirs;
     forget();
     ui.files.push_back({folder / "other.apt"});
-    doc.saveModelAs();
+    call("file.saveAs");
     EXPECT_THAT(heard(), Contains("question: other.apt was changed by another program. Overwrite it? -> no"));
     // And Save has no chooser.
-    doc.onOpenDocument(file("hull.skl", sklText({flatPatch(2, 2)})));
+    open(file("hull.skl", sklText({flatPatch(2, 2)})));
     writeFileText(folder / "hull.apt", theirs);
     forget();
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), ElementsAre("question: hull.apt was not opened or saved here. Overwrite it? -> no"));
 }
 
-TEST_F(CommandTest, ARescuedImportedModelIsStillInNoFileAndSaveHitsNone) {
+TEST_F(DocumentTest, ARescuedImportedModelIsStillInNoFileAndSaveHitsNone) {
     const fs::path foreign = file("Untitled.dat", "somebody's");
     ui.files.push_back({file("box.off", "OFF\n3 1 0\n0 0 0\n1 0 0\n0 1 0\n3 0 1 2\n")});
     runWith("file.import", {});

@@ -19,7 +19,7 @@ class SaveTest : public DocumentTest {
 protected:
     void openText(const std::string& name, const std::string& text) {
         writeFileText(folder / name, text);
-        doc.onOpenDocument(folder / name);
+        open(folder / name);
         forget();
     }
     void openApt(const std::string& name, const PatchList& list) { openText(name, aptText(list)); }
@@ -27,7 +27,7 @@ protected:
 
     Lines saveAs(const std::string& name) {
         ui.files.push_back({folder / name});
-        doc.saveModelAs();
+        call("file.saveAs");
         return heard();
     }
 
@@ -52,7 +52,7 @@ protected:
     }
 
     Lines offered() {
-        doc.saveModelAs();
+        call("file.saveAs");
         Lines types;
         for (const FileType& type : ui.requests.back().types) {
             types.push_back(type.extension);
@@ -74,7 +74,7 @@ using IncompleteFile = SaveTest;
 
 TEST_F(Save, WritesTheFormatOfTheKindWithSixteenDigits) {
     openApt("wing.apt", {flatPatch(2, 1, 0.5)});
-    doc.saveModel();
+    call("file.save");
     EXPECT_EQ(fileText(folder / "wing.apt"), "2 1\n"
                                              "0.0000000000000000e+00 0.0000000000000000e+00 5.0000000000000000e-01\n"
                                              "0.0000000000000000e+00 1.0000000000000000e+00 5.0000000000000000e-01\n");
@@ -84,7 +84,7 @@ TEST_F(Save, WritesTheFormatOfTheKindWithSixteenDigits) {
 
 TEST_F(Save, WritesSklForASklModel) {
     openSkl("hull.skl", {patchOf({1, 2})});
-    doc.saveModel();
+    call("file.save");
     EXPECT_EQ(fileText(folder / "hull.skl"), "2\n1\n"
                                              "0.0000000000000000e+00 0.0000000000000000e+00 0.0000000000000000e+00\n"
                                              "2\n"
@@ -96,7 +96,7 @@ TEST_F(Save, GoesToTheFileAsItWasChosen) {
     fs::create_directory(folder / "Data");
     openApt("Data/Wing.APT", {flatPatch(2, 2)});
     doc.patches[0][0][0].x = 42;
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(files(), ElementsAre("Data/Wing.APT"));
     EXPECT_EQ(reread("Data/Wing.APT"), doc.patches);
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
@@ -106,7 +106,7 @@ TEST_F(Save, GoesToTheFileAsItWasChosen) {
 TEST_F(Save, ClearsModified) {
     openApt("wing.apt", {flatPatch(2, 2)});
     doc.documentModified = true;
-    doc.saveModel();
+    call("file.save");
     EXPECT_FALSE(doc.documentModified);
 }
 
@@ -115,7 +115,7 @@ TEST_F(Save, ThatFailsSaysSoAndLeavesTheModelChanged) {
     openApt("sub/wing.apt", {flatPatch(2, 2)});
     removeFolder();
     doc.documentModified = true;
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), ElementsAre(cannotSave));
     EXPECT_TRUE(doc.documentModified);
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
@@ -127,7 +127,7 @@ TEST_F(Save, NeverPutsSklTextIntoAnAptFile) {
     const std::string before = fileText(folder / "wing.apt");
     doc.patches[0][0].push_back({9, 9, 9});
     doc.retitle();
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(files(), ElementsAre("wing.apt", "wing.skl"));
     EXPECT_EQ(fileText(folder / "wing.apt"), before);
     EXPECT_EQ(reread("wing.skl"), doc.patches);
@@ -136,7 +136,7 @@ TEST_F(Save, NeverPutsSklTextIntoAnAptFile) {
 TEST_F(Save, OfARegularSklFileWritesAnAptFileAndLeavesTheOther) {
     openSkl("hull.skl", {flatPatch(3, 2)});
     const std::string before = fileText(folder / "hull.skl");
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(files(), ElementsAre("hull.apt", "hull.skl"));
     EXPECT_EQ(fileText(folder / "hull.skl"), before);
     EXPECT_EQ(doc.modelFile.documentTitle, "hull.apt");
@@ -149,8 +149,8 @@ TEST_F(Save, AfterAnAppendGoesToTheFirstFile) {
     const std::string tail = aptText({flatPatch(3, 3)});
     writeFileText(folder / "sub/tail.apt", tail);
     ui.files.push_back({folder / "sub/tail.apt"});
-    doc.appendFile();
-    doc.saveModel();
+    call("file.append");
+    call("file.save");
     EXPECT_EQ(reread("wing.apt"), doc.patches);
     EXPECT_EQ(fileText(folder / "sub/tail.apt"), tail);
 }
@@ -159,7 +159,7 @@ TEST_F(Save, EndsTheTitleWrong) {
     openText("wing.apt", brokenSecondCompartment);
     EXPECT_EQ(doc.modelFile.documentTitle, "Wrong");
     ui.answers = {true};
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), ElementsAre(overwriteAnswered, "title: wing.apt"));
 }
 
@@ -168,7 +168,7 @@ TEST_F(Save, AfterASaveAsToSklOfAnAptModelGoesBackToApt) {
     saveAs("lines.skl");
     const std::string lines = fileText(folder / "lines.skl");
     doc.patches[0][0][0].x = 7;
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(files(), ElementsAre("lines.apt", "lines.skl", "wing.apt"));
     EXPECT_EQ(fileText(folder / "lines.skl"), lines);
     EXPECT_EQ(reread("lines.apt"), doc.patches);
@@ -194,7 +194,7 @@ TEST_F(SaveAs, OffersTypesByTheKind) {
 TEST_F(SaveAs, CancelledChangesNothing) {
     openApt("wing.apt", {flatPatch(2, 2)});
     doc.documentModified = true;
-    doc.saveModelAs();
+    call("file.saveAs");
     EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 0"));
     EXPECT_TRUE(doc.documentModified);
     EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "wing.apt");
@@ -337,7 +337,7 @@ TEST_F(Leaving, StaysOpenWhenOverwritingIsDeclined) {
 TEST_F(IncompleteFile, IsNotOverwrittenWithoutAYes) {
     openText("wing.apt", brokenSecondCompartment);
     doc.documentModified = true;
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), ElementsAre(overwriteDeclined));
     EXPECT_EQ(fileText(folder / "wing.apt"), brokenSecondCompartment);
     EXPECT_TRUE(doc.documentModified);
@@ -347,10 +347,10 @@ TEST_F(IncompleteFile, IsNotOverwrittenWithoutAYes) {
 TEST_F(IncompleteFile, IsAskedAboutOnce) {
     openText("wing.apt", brokenSecondCompartment);
     ui.answers = {true};
-    doc.saveModel();
+    call("file.save");
     EXPECT_EQ(reread("wing.apt"), doc.patches);
     forget();
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), IsEmpty());
 }
 
@@ -358,7 +358,7 @@ TEST_F(IncompleteFile, OfSklIsAskedAboutToo) {
     // The second section of the second compartment is missing, and the sections differ in length.
     openText("hull.skl", "2\n1\n0 0 0\n2\n0 0 0\n1 0 0\n2\n1\n0 0 0\n");
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), ElementsAre("question: hull.skl holds more than was read. Overwrite it? -> no"));
 }
 
@@ -387,7 +387,7 @@ TEST_F(IncompleteFile, IsNoMatterForASaveAsElsewhere) {
     EXPECT_EQ(saveAs("other.apt")[1], "title: other.apt");
     EXPECT_EQ(reread("other.apt"), doc.patches);
     forget();
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), ElementsAre("status: Save writes " + (folder / "other.apt").string()));
     EXPECT_EQ(fileText(folder / "wing.apt"), brokenSecondCompartment);
 }
@@ -396,9 +396,9 @@ TEST_F(IncompleteFile, ThatWasAppendedIsNoMatterForTheFirstFile) {
     openApt("wing.apt", {flatPatch(2, 2)});
     writeFileText(folder / "tail.apt", brokenSecondCompartment);
     ui.files.push_back({folder / "tail.apt"});
-    doc.appendFile();
+    call("file.append");
     forget();
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), ElementsAre("title: wing.apt"));
     EXPECT_EQ(reread("wing.apt"), doc.patches);
 }
@@ -406,10 +406,10 @@ TEST_F(IncompleteFile, ThatWasAppendedIsNoMatterForTheFirstFile) {
 TEST_F(IncompleteFile, IsStillAskedAboutAfterNewWasUndone) {
     openText("wing.apt", brokenSecondCompartment);
     ui.answers = {true};
-    doc.onNewDocument();
-    doc.UndoPatch();
+    call("file.new");
+    call("patch.undo");
     forget();
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), ElementsAre(overwriteDeclined));
     EXPECT_EQ(fileText(folder / "wing.apt"), brokenSecondCompartment);
 }
@@ -419,10 +419,10 @@ TEST_F(IncompleteFile, IsStillAskedAboutAfterAnOpenWasUndone) {
     ui.answers = {true};
     writeFileText(folder / "other.apt", aptText({flatPatch(2, 2)}));
     ui.files.push_back({folder / "other.apt"});
-    doc.openFiles();
-    doc.UndoPatch();
+    call("file.open");
+    call("patch.undo");
     forget();
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), ElementsAre(overwriteDeclined));
 }
 
@@ -431,9 +431,9 @@ TEST_F(IncompleteFile, ThatWasRepairedAndOpenedAgainIsSavedWithoutAQuestion) {
     writeFileText(folder / "wing.apt", aptText({flatPatch(2, 2)}));
     ui.answers = {true};
     ui.files.push_back({folder / "wing.apt"});
-    doc.openFiles();
+    call("file.open");
     forget();
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), IsEmpty());
 }
 

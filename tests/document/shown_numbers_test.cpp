@@ -32,7 +32,7 @@ TEST_F(ShownNumbers, PointsOfTheCapturedSectionFollowWeeding) {
 TEST_F(ShownNumbers, CoordinatesOfTheCapturedPointFollowAMove) {
     doc.capture.holdPoint(0, 1, 2, doc.patches[0][1][2]);
     doc.capture.describePoint(false);
-    doc.ShowStatus(doc.capture->pointContinueStatus);
+    showStatus(doc.capture->pointContinueStatus);
     runWith("model.move", {{"deltaX", "10"}, {"deltaY", "0"}, {"deltaZ", "0"}});
     const zVec<double> now = doc.patches[0][1][2];
     EXPECT_EQ(doc.status, "Captured point: (Patch K=1, Section N=2, Point M=3) X=" + fixedText(now.x) +
@@ -43,8 +43,8 @@ TEST_F(ShownNumbers, CoordinatesFollowADrag) {
     doc.capture.holdPoint(0, 1, 2, doc.patches[0][1][2]);
     doc.capture.describePoint(false);
     doc.capture.armDrag();
-    doc.placeDraggedPoint({7.5, -2, 1});
-    doc.moveRegimeAtRelease();
+    placeDraggedPoint({7.5, -2, 1});
+    releaseButton();
     EXPECT_EQ(doc.status, "Captured point: (Patch K=1, Section N=2, Point M=3) X=7.500000, Y=-2.000000, Z=1.000000"
                           " // Press right button to continue ");
 }
@@ -64,7 +64,7 @@ TEST_F(ShownNumbers, LeavingALineShowsTheLastPatchOfTheBlock) {
 
 TEST_F(ShownNumbers, AnotherTextIsLeftAlone) {
     runWith("line.inputSection", {{"patch", "1"}, {"section", "2"}});
-    doc.ShowStatus("Something else");
+    showStatus("Something else");
     runWith("line.rebreak", {{"regime", "2"}, {"newCount", "9"}});
     EXPECT_EQ(doc.status, "Something else");
 }

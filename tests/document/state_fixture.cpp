@@ -34,6 +34,50 @@ void StateTest::open(const std::filesystem::path& path) {
     document_->onOpenDocument(path);
 }
 
+void StateTest::openAll(const std::vector<std::filesystem::path>& paths) {
+    document_->onOpenDocuments(paths);
+}
+
+std::filesystem::path StateTest::saveTarget() {
+    return document_->saveTarget();
+}
+
+void StateTest::showStatus(const std::string& text) {
+    document_->ShowStatus(text);
+}
+
+void StateTest::savePointUndo() {
+    document_->SavePointUndo();
+}
+
+void StateTest::savePatchUndo() {
+    document_->SavePatchUndo();
+}
+
+void StateTest::prepareDragCorrection() {
+    document_->prepareDragCorrection();
+}
+
+void StateTest::placeDraggedPoint(const zVec<double>& position) {
+    document_->placeDraggedPoint(position);
+}
+
+void StateTest::take(const Pick& pick) {
+    document_->takePick(pick);
+}
+
+const std::string& StateTest::extentStatus() const {
+    return document_->extentStatus();
+}
+
+bool StateTest::saveModified() {
+    return document_->saveModified();
+}
+
+void StateTest::bendCapturedCurve(const zVec<double>& target, int plane) {
+    document_->bendCapturedCurve(target, plane);
+}
+
 void StateTest::updateBounds() {
     document_->updateBounds();
 }

@@ -19,7 +19,8 @@
 
 namespace velmora {
 class VelmoraDoc;
-}
+struct Pick;
+} // namespace velmora
 
 namespace velmora::test {
 
@@ -73,6 +74,8 @@ public:
     /// Runs a command whether it is on or not.
     void call(const std::string& id);
 
+    void open(const std::filesystem::path& path);
+
     /// A file of the folder.
     std::filesystem::path file(const std::string& name, const std::string& text) {
         writeFileText(folder / name, text);
@@ -85,7 +88,17 @@ protected:
 
     // What is no command.
 
-    void open(const std::filesystem::path& path);
+    void openAll(const std::vector<std::filesystem::path>& paths);
+    std::filesystem::path saveTarget();
+    void showStatus(const std::string& text);
+    void savePointUndo();
+    void savePatchUndo();
+    void prepareDragCorrection();
+    void placeDraggedPoint(const zVec<double>& position);
+    void take(const Pick& pick);
+    const std::string& extentStatus() const;
+    bool saveModified();
+    void bendCapturedCurve(const zVec<double>& target, int plane);
     void updateBounds();
     void redraw();
     void leaveRegimes();

@@ -1,5 +1,5 @@
 #include "arranged_capture.h"
-#include "document_fixture.h"
+#include "state_fixture.h"
 
 namespace velmora::test {
 
@@ -8,13 +8,13 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class Undo : public DocumentTest {
+class Undo : public StateTest {
 protected:
     Undo() { hold({flatPatch(3, 4), flatPatch(2, 2)}); }
 
     /// A point edit as commands make it: snapshot, flag, address, change.
     void movePoint(double x) {
-        doc.SavePointUndo();
+        savePointUndo();
         doc.pointUndoReady = true;
         doc.capture.savePoint();
         doc.pointAt(doc.capture->capturedPatch, doc.capture->capturedPointSection, doc.capture->capturedPoint)->x = x;
@@ -22,7 +22,7 @@ protected:
 
     /// A patch edit as commands make it.
     void removeFirstPatch() {
-        doc.SavePatchUndo();
+        savePatchUndo();
         doc.patchUndoReady = true;
         doc.rebuildOnUndo = false;
         doc.patches.erase(doc.patches.begin());
@@ -46,12 +46,12 @@ using UndoPatch = Undo;
 
 TEST_F(Snapshots, CopyTheModelAndMarkItModified) {
     const PatchList before = doc.patches;
-    doc.SavePointUndo();
+    savePointUndo();
     EXPECT_EQ(doc.pointUndoPatches, before);
     EXPECT_TRUE(doc.undoPatches.empty());
     EXPECT_TRUE(doc.documentModified);
     doc.documentModified = false;
-    doc.SavePatchUndo();
+    savePatchUndo();
     EXPECT_EQ(doc.undoPatches, before);
     EXPECT_TRUE(doc.documentModified);
     doc.patches[0][0][0].x = 99;
@@ -60,33 +60,33 @@ TEST_F(Snapshots, CopyTheModelAndMarkItModified) {
 }
 
 TEST_F(Snapshots, SetNoUndoFlag) {
-    doc.SavePointUndo();
-    doc.SavePatchUndo();
+    savePointUndo();
+    savePatchUndo();
     EXPECT_FALSE(doc.pointUndoReady || doc.patchUndoReady);
 }
 
 TEST_F(Snapshots, ReplaceTheOnesBefore) {
-    doc.SavePatchUndo();
-    doc.SavePointUndo();
+    savePatchUndo();
+    savePointUndo();
     doc.patches = {flatPatch(2, 2)};
-    doc.SavePatchUndo();
-    doc.SavePointUndo();
+    savePatchUndo();
+    savePointUndo();
     EXPECT_EQ(doc.undoPatches, doc.patches);
     EXPECT_EQ(doc.pointUndoPatches, doc.patches);
 }
 
 TEST_F(Snapshots, OfAnEmptyModelHoldNothing) {
-    doc.SavePatchUndo();
+    savePatchUndo();
     doc.patches.clear();
-    doc.SavePatchUndo();
+    savePatchUndo();
     EXPECT_TRUE(doc.undoPatches.empty());
     EXPECT_TRUE(doc.documentModified);
 }
 
 TEST_F(Snapshots, OfNoStructuredModelHoldNothing) {
     doc.structureKind = StructureKind::None;
-    doc.SavePatchUndo();
-    doc.SavePointUndo();
+    savePatchUndo();
+    savePointUndo();
     EXPECT_TRUE(doc.undoPatches.empty());
     EXPECT_TRUE(doc.pointUndoPatches.empty());
     EXPECT_TRUE(doc.documentModified);
@@ -98,7 +98,7 @@ TEST_F(UndoPoint, WithoutASnapshotDoesNothing) {
     const PatchList before = doc.patches;
     arranged(doc).savedPatch = 1;
     doc.patchUndoReady = true;
-    doc.UndoPoint();
+    call("point.undo");
     EXPECT_EQ(doc.patches, before);
     EXPECT_EQ(doc.capture->savedPatch, 1);
     EXPECT_TRUE(doc.patchUndoReady);
@@ -111,7 +111,7 @@ TEST_F(UndoPoint, RestoresTheModelAndThePoint) {
     capturePoint(0, 1, 2);
     movePoint(77);
     doc.capture.placePoint({77, 1, 0});
-    doc.UndoPoint();
+    call("point.undo");
     EXPECT_EQ(doc.patches, before);
     EXPECT_EQ(doc.capture->pickedPoint, zVec<double>(2, 1, 0));
     EXPECT_EQ(doc.capture->capturedPointPos, zVec<double>(2, 1, 0));
@@ -128,7 +128,7 @@ TEST_F(UndoPoint, GoesBackToTheSavedAddressAndForgetsIt) {
     movePoint(77);
     doc.capture.renumberPatch(1);
     arranged(doc).capturedPointSection = arranged(doc).capturedPoint = 0;
-    doc.UndoPoint();
+    call("point.undo");
     EXPECT_EQ(doc.capture->capturedPatch, 0);
     EXPECT_EQ(doc.capture->capturedPointSection, 1);
     EXPECT_EQ(doc.capture->capturedPoint, 2);
@@ -143,13 +143,13 @@ TEST_F(UndoPoint, TakesSavedSectionAndLineOnlyWhenTheyAreNotNegative) {
     movePoint(77);
     doc.capture.renumberSection(5);
     doc.capture.renumberLine(6);
-    doc.UndoPoint();
+    call("point.undo");
     EXPECT_EQ(doc.capture->capturedSection, 5);
     EXPECT_EQ(doc.capture->capturedLine, 6);
     movePoint(77);
     arranged(doc).savedSection = 0;
     arranged(doc).savedLine = 1;
-    doc.UndoPoint();
+    call("point.undo");
     EXPECT_EQ(doc.capture->capturedSection, 0);
     EXPECT_EQ(doc.capture->capturedLine, 1);
 }
@@ -160,7 +160,7 @@ TEST_F(UndoPoint, TurnsTheKindBack) {
     doc.patches[0][1].pop_back();
     doc.retitle();
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.skl");
-    doc.UndoPoint();
+    call("point.undo");
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
@@ -170,9 +170,9 @@ TEST_F(UndoPoint, OfTwoEditsTakesBackTheSecondAndThenNothing) {
     movePoint(70);
     const PatchList afterFirst = doc.patches;
     movePoint(80);
-    doc.UndoPoint();
+    call("point.undo");
     EXPECT_EQ(doc.patches, afterFirst);
-    doc.UndoPoint();
+    call("point.undo");
     EXPECT_EQ(doc.patches, afterFirst);
 }
 
@@ -180,7 +180,7 @@ TEST_F(UndoPoint, TakesTheUndoOfPatchesWithIt) {
     removeFirstPatch();
     capturePoint(0, 0, 0);
     movePoint(70);
-    doc.UndoPoint();
+    call("point.undo");
     expectNothingToUndo();
     EXPECT_EQ(doc.patches.size(), 1U);
 }
@@ -190,7 +190,7 @@ TEST_F(UndoPoint, WithNoPointCapturedLeavesThePickWhereItWas) {
     movePoint(77);
     arranged(doc).pointCaptured = false;
     doc.capture.placePoint({5, 5, 5});
-    doc.UndoPoint();
+    call("point.undo");
     EXPECT_EQ(doc.capture->pickedPoint, zVec<double>(5, 5, 5));
     EXPECT_EQ(doc.capture->capturedPointPos, zVec<double>(5, 5, 5));
     EXPECT_TRUE(doc.capture->pointPicked);
@@ -199,10 +199,10 @@ TEST_F(UndoPoint, WithNoPointCapturedLeavesThePickWhereItWas) {
 TEST_F(UndoPoint, WithNoSavedAddressDoesNotReadOutsideTheModel) {
     const PatchList before = doc.patches;
     capturePoint(0, 1, 2);
-    doc.SavePointUndo();
+    savePointUndo();
     doc.pointUndoReady = true;
     doc.patches.clear();
-    doc.UndoPoint();
+    call("point.undo");
     EXPECT_EQ(doc.patches, before);
     EXPECT_EQ(doc.capture->capturedPatch, -1);
 }
@@ -211,23 +211,25 @@ TEST_F(UndoPoint, WithNoSavedAddressDoesNotReadOutsideTheModel) {
 
 TEST_F(UndoPatch, RestoresTheModelKindAndTitle) {
     const PatchList before = doc.patches;
-    doc.SavePatchUndo();
+    savePatchUndo();
     doc.patchUndoReady = true;
     doc.patches[0][0].pop_back();
     doc.retitle();
     forget();
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches, before);
     EXPECT_EQ(doc.structureKind, StructureKind::Structured);
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
     expectNothingToUndo();
-    EXPECT_THAT(heard(), ElementsAre("title: wing.apt", "status: For Help, press F1"));
+    // Nothing was read or written here: where Save goes is told.
+    EXPECT_THAT(heard(), ElementsAre("title: wing.apt", "status: For Help, press F1",
+                                     "status: Save writes " + (folder / "wing.apt").string()));
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
 }
 
 TEST_F(UndoPatch, WithoutASnapshotKeepsTheModel) {
     const PatchList before = doc.patches;
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches, before);
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
     expectNothingToUndo();
@@ -238,7 +240,7 @@ TEST_F(UndoPatch, InThePatchRegimeAsksToContinueAndEmptiesTheZBlock) {
     doc.capture.holdBlock();
     addToBlock(0);
     addToBlock(1);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.capture->undoStatus, doc.capture->continuePrompt);
     EXPECT_THAT(heard(), ElementsAre("status: Press right button to continue"));
     EXPECT_EQ(doc.blockCount, 0);
@@ -250,7 +252,7 @@ TEST_F(UndoPatch, InThePatchRegimeAsksToContinueAndEmptiesTheZBlock) {
 TEST_F(UndoPatch, KeepsTheSectionOrLineCaptured) {
     removeFirstPatch();
     captureSection(0, 1);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_TRUE(doc.capture->sectionCaptured);
     EXPECT_EQ(doc.capture->capturedSection, 1);
 }
@@ -259,7 +261,7 @@ TEST_F(UndoPatch, TakesTheUndoOfPointsWithIt) {
     removeFirstPatch();
     capturePoint(0, 0, 1);
     movePoint(70);
-    doc.UndoPatch();
+    call("patch.undo");
     expectNothingToUndo();
     EXPECT_EQ(doc.patches.size(), 2U);
     EXPECT_EQ(doc.capture->capturedPointPos, doc.patches[0][0][1]);
@@ -269,21 +271,21 @@ TEST_F(UndoPatch, TakesTheCapturedPointToWhereItStandsInTheModelThatComesBack) {
     removeFirstPatch();
     capturePoint(0, 0, 1);
     doc.capture.placePoint({5, 5, 5});
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.capture->capturedPointPos, doc.patches[0][0][1]);
     EXPECT_EQ(doc.capture->pickedPoint, doc.patches[0][0][1]);
 }
 
 TEST_F(UndoPatch, KeepsWhatIsCapturedInsideASmallerModel) {
     hold({flatPatch(2, 3)});
-    doc.SavePatchUndo();
+    savePatchUndo();
     doc.patchUndoReady = true;
     doc.patches = {flatPatch(2, 3), flatPatch(9, 9)};
     captureSection(1, 8);
     capturePoint(1, 8, 8);
     doc.capture.renumberLine(7);
     doc.showBlockOnly = true;
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.capture->capturedPatch, 0);
     EXPECT_EQ(doc.capture->capturedSection, 1);
     EXPECT_EQ(doc.capture->capturedLine, 2);
@@ -296,21 +298,21 @@ TEST_F(UndoPatch, KeepsWhatIsCapturedInsideASmallerModel) {
 TEST_F(UndoPatch, FitsTheViewAnewOnlyWhenTheExtentHadChanged) {
     removeFirstPatch();
     doc.rebuildOnUndo = true;
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_THAT(viewCalls(), ElementsAre("bounds"));
     EXPECT_FALSE(doc.rebuildOnUndo);
     removeFirstPatch();
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
 }
 
 TEST_F(UndoPatch, BringsBackAModelThatWasRemoved) {
     const PatchList before = doc.patches;
-    doc.SavePatchUndo();
+    savePatchUndo();
     doc.patchUndoReady = true;
     doc.patches.clear();
     doc.forgetKinds();
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches, before);
     EXPECT_EQ(doc.structureKind, StructureKind::Structured);
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
@@ -320,9 +322,9 @@ TEST_F(UndoPatch, OfTwoCommandsTakesBackTheSecond) {
     removeFirstPatch();
     const PatchList afterFirst = doc.patches;
     removeFirstPatch();
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches, afterFirst);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(doc.patches, afterFirst);
 }
 

@@ -38,7 +38,7 @@ protected:
         return folder / name;
     }
 
-    void open(const std::string& name, const std::string& text) { doc.onOpenDocument(file(name, text)); }
+    void open(const std::string& name, const std::string& text) { StateTest::open(file(name, text)); }
 
     Lines zoneTitles() const {
         Lines titles;
@@ -61,12 +61,12 @@ protected:
 
     void append(const std::filesystem::path& path) {
         ui.files.push_back({path});
-        doc.appendFile();
+        call("file.append");
     }
 
     void saveAs(const std::string& name) {
         ui.files.push_back({folder / name});
-        doc.saveModelAs();
+        call("file.saveAs");
     }
 };
 
@@ -141,13 +141,13 @@ TEST_F(OpenZones, FailedReadLeavesNothingBehind) {
     EXPECT_TRUE(doc.feRegion.blocks.empty());
     expectKinds(StructureKind::None, FileKind::None);
     ui.files.push_back({file("a.stl", stlText("a", 0))});
-    doc.openFiles();
+    call("file.open");
     EXPECT_THAT(heard(), testing::Not(Contains(removalAnswered)));
     EXPECT_THAT(zoneTitles(), ElementsAre("a"));
 }
 
 TEST_F(OpenZones, MissingFileGivesTheReadersReport) {
-    doc.onOpenDocument(folder / "absent.stl");
+    StateTest::open(folder / "absent.stl");
     EXPECT_THAT(heard(),
                 Contains(StartsWith("message: \n--- Error Message ---\n\nFile Error: ...\n\nIn file:\n'zSTLReader'")));
 }
@@ -157,14 +157,14 @@ TEST_F(OpenZones, OverAnUnstructuredModelAsks) {
     forget();
     ui.answers = {true};
     ui.files.push_back({file("b.stl", stlText("b", 0))});
-    doc.openFiles();
+    call("file.open");
     EXPECT_EQ(heard().front(), removalAnswered);
     EXPECT_THAT(zoneTitles(), ElementsAre("b"));
 }
 
 TEST_F(OpenZones, ListModeGathersFilesOfOneType) {
     ui.files.push_back({file("a.stl", stlText("a", 0)), file("x.wrl", wrlText), file("b.stl", stlText("b", 3))});
-    doc.openFiles();
+    call("file.open");
     EXPECT_THAT(zoneTitles(), ElementsAre("a", "b"));
     EXPECT_EQ(doc.modelFile.documentTitle, "b.dat");
     EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "b.stl");
@@ -174,7 +174,7 @@ TEST_F(OpenZones, ListModeGathersFilesOfOneType) {
 TEST_F(OpenZones, BadFileOfAListAddsNoZone) {
     const std::string twoZones = std::string(header) + triangleZoneText + "ZONE N=3, E=1, F=FEPOINT, ET=TRIANGLE\n1\n";
     ui.files.push_back({file("a.dat", std::string(header) + triangleZoneText), file("b.dat", twoZones)});
-    doc.openFiles();
+    call("file.open");
     EXPECT_THAT(zoneTitles(), ElementsAre("s"));
 }
 
@@ -229,7 +229,7 @@ TEST_F(AppendZones, PutsZonesBehindThoseOfTheModel) {
     EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "a.dat");
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_TRUE(doc.rebuildOnUndo);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_THAT(zoneTitles(), ElementsAre("a", "Zone_1"));
 }
 
@@ -260,7 +260,7 @@ TEST_F(AppendZones, TrianglesOfADatTurnAStructuredModelIntoZones) {
     expectKinds(StructureKind::Unstructured, FileKind::Apt);
     EXPECT_THAT(zoneTitles(), ElementsAre("s", "Patch___0"));
     EXPECT_TRUE(doc.patches.empty());
-    doc.UndoPatch();
+    call("patch.undo");
     expectKinds(StructureKind::Structured, FileKind::Apt);
     EXPECT_EQ(doc.patches.size(), 1U);
     EXPECT_TRUE(doc.feRegion.blocks.empty());
@@ -282,10 +282,10 @@ TEST_F(SaveZones, WritesTheFileItCameFrom) {
     doc.feRegion.setNode(0, 0, 7, 8, 9);
     doc.documentModified = true;
     forget();
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), ElementsAre("message: DAT file is written"));
     EXPECT_FALSE(doc.documentModified);
-    doc.onOpenDocument(folder / "a.dat");
+    StateTest::open(folder / "a.dat");
     EXPECT_EQ(node(0, 0), (zVec<double>(7, 8, 9)));
 }
 
@@ -295,7 +295,7 @@ TEST_F(SaveZones, OfAnotherFileKindWritesNothingAndSaysSo) {
     doc.fileKind = FileKind::Apt;
     doc.feRegion.setNode(0, 0, 7, 8, 9);
     forget();
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), ElementsAre("message: The model holds triangles now. Use Save As"));
     EXPECT_EQ(fileText(folder / "a.dat"), before);
 }
@@ -304,7 +304,7 @@ TEST_F(SaveZones, FailedWriteIsReported) {
     open("a.dat", std::string(header) + triangleZoneText);
     doc.modelFile.chosenPath = folder / "no" / "such" / "a.dat";
     forget();
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), ElementsAre(StartsWith("message: \n--- Error Message ---\n\nFile Error: ...")));
 }
 
@@ -396,7 +396,7 @@ TEST_F(SaveZones, WarnsBeforeItWritesWhenTheDigitsOfTheFileMovePoints) {
         const Lines lines = heard();
         ASSERT_GE(lines.size(), 2U);
         EXPECT_THAT(lines[1], StartsWith("message: With 6 digits points move by up to 0.0004")) << name;
-        doc.UndoPatch();
+        call("patch.undo");
     }
 }
 
@@ -405,11 +405,11 @@ TEST_F(SaveZones, WarnsOfTheDigitsAtEachSaveOfTriangles) {
     doc.feRegion.blocks[0]->variables[0]->data[0] = 0.123456789;
     saveAs("a.stl");
     forget();
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), testing::Not(Contains(StartsWith("message: With")))) << "2e-7 is less than 1e-5 of the radius";
     doc.feRegion.blocks[0]->variables[0]->data[0] = 100.00049;
     forget();
-    doc.saveModel();
+    call("file.save");
     EXPECT_THAT(heard(), Contains(StartsWith("message: With 6 digits points move by up to 0.00049")));
 }
 
@@ -455,7 +455,7 @@ TEST_F(SaveZones, ConversionMakesZonesOfThePatches) {
     EXPECT_EQ(doc.status, "Save writes " + (folder / "w.dat").string());
     EXPECT_FALSE(doc.capture->sectionCaptured);
     EXPECT_TRUE(doc.patches.empty());
-    doc.UndoPatch();
+    call("patch.undo");
     expectKinds(StructureKind::Structured, FileKind::Apt);
     EXPECT_EQ(doc.patches.size(), 3U);
     EXPECT_EQ(doc.modelFile.documentTitle, "w.apt");
@@ -467,19 +467,19 @@ TEST_F(SaveZones, ConversionMakesZonesOfThePatches) {
 TEST_F(SaveZones, MergeJoinsTheZonesOfTheZBlockInItsOrder) {
     ui.files.push_back(
         {file("a.stl", stlText("a", 0)), file("b.stl", stlText("b", 3)), file("c.stl", stlText("c", 6))});
-    doc.openFiles();
+    call("file.open");
     doc.capture.holdBlock();
     addToBlock(2);
     addToBlock(0);
     addToBlock(1);
-    doc.MergePatches();
+    call("block.merge");
     EXPECT_THAT(zoneTitles(), ElementsAre("c"));
     EXPECT_EQ(doc.feRegion.blocks[0]->elementCount, 3);
     EXPECT_EQ(node(0, 3), (zVec<double>(0, 0, 0)));
     EXPECT_EQ(node(0, 6), (zVec<double>(3, 0, 0)));
     EXPECT_THAT(block(), IsEmpty());
     EXPECT_FALSE(doc.capture->patchCaptured);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_THAT(zoneTitles(), ElementsAre("a", "b", "c"));
 }
 
@@ -488,9 +488,9 @@ TEST_F(SaveZones, MergeJoinsTheZonesOfTheZBlockInItsOrder) {
 TEST_F(UndoZones, BringsRemovedZonesBackUnderADatName) {
     open("a.stl", stlText("a", 0));
     ui.answers = {true};
-    doc.onNewDocument();
+    call("file.new");
     expectKinds(StructureKind::None, FileKind::None);
-    doc.UndoPatch();
+    call("patch.undo");
     expectKinds(StructureKind::Unstructured, FileKind::None);
     EXPECT_THAT(zoneTitles(), ElementsAre("a"));
     EXPECT_EQ(doc.modelFile.documentTitle, "a.dat");
@@ -503,27 +503,27 @@ TEST_F(UndoZones, RemovedModelKnowsWhetherItWasSaved) {
         doc.documentModified = modified;
         open("b.stl", stlText("b", 0));
         EXPECT_FALSE(doc.documentModified);
-        doc.UndoPatch();
+        call("patch.undo");
         EXPECT_EQ(doc.documentModified, modified);
     }
 }
 
 TEST_F(UndoZones, UndoAfterASaveIsAChange) {
     open("a.dat", std::string(header) + triangleZoneText);
-    doc.SavePatchUndo();
+    savePatchUndo();
     doc.patchUndoReady = true;
-    doc.saveModel();
+    call("file.save");
     EXPECT_FALSE(doc.documentModified);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_TRUE(doc.documentModified);
 }
 
 TEST_F(UndoZones, SnapshotIsACopyOfItsOwn) {
     open("a.stl", stlText("a", 0));
-    doc.SavePatchUndo();
+    savePatchUndo();
     doc.patchUndoReady = true;
     doc.feRegion.setNode(0, 0, 7, 8, 9);
-    doc.UndoPatch();
+    call("patch.undo");
     EXPECT_EQ(node(0, 0), (zVec<double>(0, 0, 0)));
     EXPECT_TRUE(doc.undoRegion.blocks.empty());
 }
@@ -536,11 +536,11 @@ TEST_F(NodeRegime, EditMovesTheNodeAndUndoBringsItBack) {
     doc.capture.renumberPoint(doc.capture->capturedPointSection, 1);
     doc.capture.placePoint(node(0, 1));
     ui.dialogs = {{{"x", "7"}, {"y", "8"}, {"z", "9"}}};
-    doc.EditPoint();
+    call("point.edit");
     EXPECT_EQ(node(0, 1), (zVec<double>(7, 8, 9)));
     EXPECT_EQ(doc.capture->capturedPointPos, (zVec<double>(7, 8, 9)));
     EXPECT_TRUE(doc.pointUndoReady);
-    doc.UndoPoint();
+    call("point.undo");
     EXPECT_EQ(node(0, 1), (zVec<double>(1, 0, 0)));
     EXPECT_EQ(doc.capture->capturedPointPos, (zVec<double>(1, 0, 0)));
     EXPECT_EQ(doc.capture->capturedPoint, 1);
@@ -553,7 +553,7 @@ TEST_F(NodeRegime, PasteMovesTheNode) {
     doc.capture.renumberPoint(doc.capture->capturedPointSection, 2);
     doc.pointClipboard = {4, 5, 6};
     doc.pointClipboardFull = true;
-    doc.PastePoint();
+    call("point.paste");
     EXPECT_EQ(node(0, 2), (zVec<double>(4, 5, 6)));
     EXPECT_TRUE(doc.pointUndoReady);
 }
@@ -564,15 +564,15 @@ TEST_F(NodeRegime, EditWithoutANodeChangesNothing) {
     doc.capture.renumberPatch(0);
     doc.capture.renumberPoint(doc.capture->capturedPointSection, 3);
     ui.dialogs = {{{"x", "7"}}};
-    doc.EditPoint();
+    call("point.edit");
     EXPECT_FALSE(doc.pointUndoReady);
 }
 
 TEST_F(NodeRegime, InputPatchCountsZones) {
     ui.files.push_back({file("a.stl", stlText("a", 0)), file("b.stl", stlText("b", 3))});
-    doc.openFiles();
+    call("file.open");
     ui.dialogs = {{{"number", "2"}}};
-    doc.InputPatch();
+    call("patch.inputAndAdd");
     EXPECT_EQ(doc.dialogs->inputPatch.maximum, 2);
     EXPECT_EQ(block(), (std::vector<std::int32_t>{1}));
 }
@@ -588,7 +588,7 @@ const char* const fieldText = "TITLE = \"flow\"\nVARIABLES = \"X\", \"Y\", \"Z\"
 
 TEST_F(FieldFile, OpensAsAGridWithValues) {
     ui.files.push_back({file("Flow.dat", fieldText)});
-    doc.OpenField();
+    call("file.openField");
     expectKinds(StructureKind::Structured, FileKind::Apt);
     EXPECT_TRUE(doc.fieldLoaded);
     EXPECT_TRUE(doc.fieldMode);
@@ -604,7 +604,7 @@ TEST_F(FieldFile, OpensAsAGridWithValues) {
 TEST_F(FieldFile, DeclinedChangesNothing) {
     hold({flatPatch(2, 2)});
     const PatchList before = doc.patches;
-    doc.OpenField();
+    call("file.openField");
     EXPECT_EQ(doc.patches, before);
     EXPECT_FALSE(doc.fieldOpening);
     expectKinds(StructureKind::Structured, FileKind::Apt);
@@ -616,7 +616,7 @@ TEST_F(FieldFile, CancelledAfterYesLeavesTheModelAndItsMarkers) {
     doc.markers = {{1, 2, 3}};
     doc.markersOpen = true;
     ui.answers = {true};
-    doc.OpenField();
+    call("file.openField");
     EXPECT_EQ(heard().front(), removalAnswered);
     expectKinds(StructureKind::Structured, FileKind::Apt);
     EXPECT_EQ(doc.patches, before);
@@ -628,7 +628,7 @@ TEST_F(FieldFile, CancelledAfterYesLeavesTheModelAndItsMarkers) {
 
 TEST_F(FieldFile, BadLaterZoneOpensNothing) {
     ui.files.push_back({file("f.dat", std::string(fieldText) + "ZONE T=\"ZONE_1\",I=2,J=2,K=1,F= POINT\n0 0\n")});
-    doc.OpenField();
+    call("file.openField");
     const Lines told = heard();
     EXPECT_THAT(told, Contains("message: Body of APT file is wrong. Compartment N= 2"));
     EXPECT_THAT(told, Contains("message: Open procedure is canceled"));
@@ -639,9 +639,9 @@ TEST_F(FieldFile, BadLaterZoneOpensNothing) {
 
 TEST_F(FieldFile, SavedAndOpenedAgainIsTheSame) {
     ui.files.push_back({file("f.dat", fieldText)});
-    doc.OpenField();
+    call("file.openField");
     ui.files.push_back({folder / "g.dat"});
-    doc.SaveField();
+    call("file.saveAsField");
     EXPECT_EQ(doc.modelFile.documentTitle, "g.dat");
     EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "g.dat");
     VelmoraDoc other(ui, folder.path());
@@ -655,11 +655,11 @@ TEST_F(FieldFile, SavedAndOpenedAgainIsTheSame) {
 TEST_F(FieldFile, OfAModelThatIsNoGridIsRefused) {
     hold({patchOf({2, 3})});
     ui.files.push_back({folder / "g.dat"});
-    doc.SaveField();
+    call("file.saveAsField");
     EXPECT_THAT(heard(), Contains("message: Wrong file Extension"));
     doc.structureKind = StructureKind::Unstructured;
     ui.files.push_back({folder / "g.dat"});
-    doc.SaveField();
+    call("file.saveAsField");
     EXPECT_THAT(heard(), Contains("message: Wrong file Format"));
     EXPECT_FALSE(std::filesystem::exists(folder / "g.dat"));
 }
@@ -667,19 +667,19 @@ TEST_F(FieldFile, OfAModelThatIsNoGridIsRefused) {
 TEST_F(FieldFile, UnderAnotherExtensionIsRefused) {
     hold({flatPatch(2, 2)});
     ui.files.push_back({folder / "g.apt"});
-    doc.SaveField();
+    call("file.saveAsField");
     EXPECT_THAT(heard(), Contains("message: Wrong file Extension"));
     EXPECT_FALSE(std::filesystem::exists(folder / "g.apt"));
 }
 
 TEST_F(FieldFile, CloseRemovesModelValuesAndRegimes) {
     ui.files.push_back({file("f.dat", fieldText)});
-    doc.OpenField();
+    call("file.openField");
     captureSection(0, 1);
     capturePoint(0, 1, 0);
     doc.pointUndoReady = doc.patchUndoReady = true;
     arranged(doc).savedPatch = arranged(doc).patchToRemove = 0;
-    doc.CloseField();
+    call("file.closeField");
     expectKinds(StructureKind::None, FileKind::None);
     EXPECT_TRUE(doc.holdsNothing());
     EXPECT_TRUE(doc.fieldPatches.empty());
@@ -697,7 +697,7 @@ TEST_F(FieldFile, CloseRemovesModelValuesAndRegimes) {
 
 TEST_F(FieldFile, OpeningAnotherModelEmptiesTheValues) {
     ui.files.push_back({file("f.dat", fieldText)});
-    doc.OpenField();
+    call("file.openField");
     open("w.apt", aptText({flatPatch(2, 2)}));
     EXPECT_TRUE(doc.fieldPatches.empty());
     EXPECT_FALSE(doc.fieldLoaded);
@@ -709,12 +709,12 @@ TEST_F(FieldFile, OpeningAnotherModelEmptiesTheValues) {
 
 TEST_F(PointFiles, SftGivesPairs) {
     ui.files.push_back({file("m.sft", "1\n2\n3\n4\n5\n6\n7\n1 2 3 0.5 0.25 0 9")});
-    doc.AppendSft();
+    call("file.appendSft");
     EXPECT_EQ(doc.sftPoints, (PointList{{1, 2, 3}}));
     EXPECT_EQ(doc.sftTargets, (PointList{{1.5, 2.25, 3}}));
     EXPECT_TRUE(doc.sftOpen);
     EXPECT_THAT(viewCalls(), Contains("redraw"));
-    doc.CloseSft();
+    call("file.closeSft");
     EXPECT_TRUE(doc.sftPoints.empty());
     EXPECT_TRUE(doc.sftTargets.empty());
     EXPECT_FALSE(doc.sftOpen);
@@ -722,7 +722,7 @@ TEST_F(PointFiles, SftGivesPairs) {
 
 TEST_F(PointFiles, SftOfFewLinesIsOpenAndEmpty) {
     ui.files.push_back({file("m.sft", "1\n2\n")});
-    doc.AppendSft();
+    call("file.appendSft");
     EXPECT_TRUE(doc.sftPoints.empty());
     EXPECT_TRUE(doc.sftOpen);
 }
@@ -730,7 +730,7 @@ TEST_F(PointFiles, SftOfFewLinesIsOpenAndEmpty) {
 TEST_F(PointFiles, SftThatIsNotThereChangesNothing) {
     doc.sftPoints = doc.sftTargets = {{1, 2, 3}};
     ui.files.push_back({folder / "no.sft"});
-    doc.AppendSft();
+    call("file.appendSft");
     EXPECT_THAT(heard(), Contains("message: It is impossible to open selected file"));
     EXPECT_EQ(doc.sftPoints.size(), 1U);
     EXPECT_FALSE(doc.sftOpen);
@@ -738,11 +738,11 @@ TEST_F(PointFiles, SftThatIsNotThereChangesNothing) {
 
 TEST_F(PointFiles, ApmGivesMarkers) {
     ui.files.push_back({file("m.apm", "1 2 3\n4 5 6\n7 8")});
-    doc.OpenApm();
+    call("file.openApm");
     EXPECT_EQ(ui.requests.back().proposed, "Markers.apm");
     EXPECT_EQ(doc.markers, (PointList{{1, 2, 3}, {4, 5, 6}}));
     EXPECT_TRUE(doc.markersOpen);
-    doc.CloseApm();
+    call("file.closeApm");
     EXPECT_TRUE(doc.markers.empty());
     EXPECT_FALSE(doc.markersOpen);
 }
@@ -751,7 +751,7 @@ TEST_F(PointFiles, CancelledApmLeavesNoMarkersAndTheFlag) {
     for (const bool open : {false, true}) {
         doc.markers = {{1, 2, 3}};
         doc.markersOpen = open;
-        doc.OpenApm();
+        call("file.openApm");
         EXPECT_TRUE(doc.markers.empty());
         EXPECT_EQ(doc.markersOpen, open);
     }
@@ -759,7 +759,7 @@ TEST_F(PointFiles, CancelledApmLeavesNoMarkersAndTheFlag) {
 
 TEST_F(PointFiles, CbcEmptiesTheZonesEvenWhenCancelled) {
     open("a.stl", stlText("a", 0));
-    doc.AppendCbc();
+    call("file.appendCbc");
     EXPECT_TRUE(doc.feRegion.blocks.empty());
     EXPECT_TRUE(doc.cbcAppended);
 }

@@ -17,12 +17,13 @@
 #include <unistd.h>
 
 #include "Process.h"
-#include "document_fixture.h"
+#include "VelmoraDoc.h"
 #include "file_texts.h"
 #include "reliability.h"
 #include "rescue_format.h"
 #include "small_zones.h"
 #include "sound_model.h"
+#include "state_fixture.h"
 
 namespace velmora::test {
 
@@ -60,10 +61,10 @@ void forEachDamage(const std::string& whole, int flips,
 }
 
 /// Damaged files that do not give the model, and what is no file of this kind at all.
-class OtherFiles : public DocumentTest {
+class OtherFiles : public StateTest {
 protected:
     OtherFiles() {
-        doc.onOpenDocument(file("grid.apt", aptText({flatPatch(3, 4)})));
+        open(file("grid.apt", aptText({flatPatch(3, 4)})));
         forget();
     }
 
@@ -374,7 +375,7 @@ TEST_F(OtherFiles, DamagedSettingsDoNotKeepTheWindowFromComingUp) {
     const std::string whole = fileText(home / "config/Dovra/Velmora.conf");
     ASSERT_NE(whole.find("Geometry"), std::string::npos) << whole;
     const std::vector<std::pair<std::string, std::string>> settings = {
-        {"bytes of no meaning", std::string("\0\xff\x1b[x]\n=\n[\n]==", 15)},
+        {"bytes of no meaning", std::string("\0\xff\x1b[x]\n=\n[\n]==", 14)},
         {"a geometry of another kind", "[Window]\nGeometry=7\nBars=@Size(-1 -1)\n"},
         {"a geometry that ends early",
          "[Window]\nGeometry=@ByteArray(\\x1\\xd9\\xd0\\xcb)\nBars=@ByteArray(\\0\\0\\0\\xff)\n"},

@@ -8,7 +8,6 @@
 #include "FlatDesk.h"
 #include "MainFrame.h"
 #include "Person.h"
-#include "VelmoraDoc.h"
 #include "pixel_of.h"
 #include "qt_text.h"
 
@@ -66,12 +65,7 @@ struct FrameRig {
     }
 
 private:
-    void start() {
-        QSettings().clear();
-        document().onNewDocument();
-        frame.showAsLeft();
-        EXPECT_TRUE(waitUntil([this] { return frame.isActiveWindow(); }));
-    }
+    void start();
 
     QAction* actionOf(const char* id, bool onToolBar) {
         for (QAction* action : frame.findChildren<QAction*>(QString::fromLatin1(id))) {

@@ -14,6 +14,7 @@
 
 #include "FrameRig.h"
 #include "GuideBrowser.h"
+#include "VelmoraDoc.h"
 #include "guide.h"
 
 namespace velmora::test {

@@ -20,6 +20,7 @@
 #include <set>
 
 #include "FrameRig.h"
+#include "VelmoraDoc.h"
 #include "messages.h"
 
 namespace velmora::test {

@@ -12,6 +12,7 @@
 #include "LeaveDesk.h"
 #include "RescueCopy.h"
 #include "RescueFolder.h"
+#include "VelmoraDoc.h"
 #include "messages.h"
 #include "rescue_format.h"
 

@@ -1,6 +1,5 @@
-#include "view_rig.h"
-
 #include "VelmoraDoc.h"
+#include "view_rig.h"
 
 namespace velmora {
 namespace {

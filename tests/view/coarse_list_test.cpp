@@ -7,7 +7,6 @@
 
 #include <algorithm>
 
-#include "VelmoraDoc.h"
 #include "draw_rig.h"
 #include "small_zones.h"
 
@@ -35,14 +34,11 @@ zRegion_fe plate(int side) {
     return triangleRegion(nodes, corners);
 }
 
-struct PlateRig {
-    RecordingUi ui;
-    VelmoraDoc doc{ui, "."};
-
+struct PlateRig : ViewRig {
     explicit PlateRig(int side) {
         doc.structureKind = StructureKind::Unstructured;
         doc.feRegion = plate(side);
-        doc.updateBounds();
+        updateBounds();
     }
 };
 
@@ -171,7 +167,7 @@ TEST(CoarseFrame, IsMadeAnewOfANewPicture) {
     rig.turn();
     rig.paint();
     const auto revision = rig.surface.lastFrame.coarseRevision;
-    rig.document.toggleSurface();
+    rig.toggleSurface();
     ASSERT_NE(rig.drawn(), nullptr);
     EXPECT_NE(rig.surface.lastFrame.coarseRevision, revision);
     EXPECT_EQ(rig.drawn()->number, 2);

@@ -1,4 +1,3 @@
-#include "VelmoraDoc.h"
 #include "arranged_capture.h"
 #include "view_rig.h"
 
@@ -107,7 +106,7 @@ TEST(PointDrag, ReleaseEndsItAndFurtherMovesDoNothing) {
 // The command's own grid: two chords on each side of the point, each direction cut by a hundred points.
 TEST(PointDrag, CommandsGridIsAHundredPointsAcrossTheNeighbours) {
     GridRig rig;
-    rig.document.DragPoint();
+    rig.call("point.drag");
     const double step = 2.0 / 99.0;
     const zVec<double> node{63 * step, 20 * step, 0};
     rig.press(node);

@@ -1,4 +1,3 @@
-#include "VelmoraDoc.h"
 #include "vectors.h"
 #include "view_rig.h"
 
@@ -42,7 +41,7 @@ TEST(ModelWithoutExtent, IsSeenInTheMiddleAndPicked) {
             EXPECT_GT(rig.doc.modelRadius, 0.0);
             const PixelPoint pixel = rig.pixelOf(place.point);
             EXPECT_EQ(pixel, (PixelPoint{300, 299}));
-            rig.document.CapturePoint();
+            rig.call("point.capture");
             EXPECT_TRUE(rig.pick(place.point));
             EXPECT_EQ(rig.doc.capture->capturedPointPos, place.point);
             EXPECT_FALSE(rig.view.PickPoint({100, 100})) << "far from the point";
@@ -54,7 +53,7 @@ TEST(ModelWithoutExtent, IsTold) {
     ViewRig rig;
     rig.show({{{{1, 2, 3}}, {{1, 2, 3}}}});
     EXPECT_EQ(rig.doc.status, "All points of the model lie in one place");
-    rig.document.FitToWindow();
+    rig.call("view.fit");
     EXPECT_EQ(rig.doc.status, "All points of the model lie in one place");
 }
 
@@ -83,7 +82,7 @@ TEST(VastModel, ProjectsAndPicksItsPoints) {
             EXPECT_LT(corner.x, 290);
             EXPECT_GT(corner.x, 0);
             EXPECT_GT(corner.y, 310);
-            rig.document.CapturePoint();
+            rig.call("point.capture");
             const zVec<double> third = rig.doc.patches[0][1][3];
             EXPECT_TRUE(rig.pick(third));
             EXPECT_EQ(rig.doc.capture->capturedPointPos, third);
@@ -198,13 +197,12 @@ TEST(StillClick, ADragThatComesToRestStillSpins) {
 
 TEST(BlockColours, StayWhateverRegimeWaitsForItsClick) {
     const Colour blockColour{1.0F, 1.0F, 0.1F, 1.0F};
-    using Arm = void (VelmoraDoc::*)();
-    for (const Arm arm : {&VelmoraDoc::CapturePoint, &VelmoraDoc::CaptureFreePoint, &VelmoraDoc::InvertBlock}) {
+    for (const char* arm : {"point.capture", "point.free.line", "block.invert"}) {
         ViewRig rig;
         rig.show({flatPatch(3, 5), flatPatch(2, 4)});
         rig.putIntoBlock({0});
-        rig.document.redrawPicture();
-        (rig.document.*arm)();
+        rig.redrawPicture();
+        rig.call(arm);
         ASSERT_EQ(rig.doc.blockCount, 1);
         rig.paint();
         const auto member = rig.doc.blockList[0];

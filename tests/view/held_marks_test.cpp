@@ -7,7 +7,6 @@
 
 #include <set>
 
-#include "VelmoraDoc.h"
 #include "draw_rig.h"
 #include "small_zones.h"
 
@@ -27,7 +26,7 @@ std::string mark(const Colour& colour, const std::vector<zVec<double>>& points) 
 struct HeldRig : ViewRig {
     HeldRig() {
         show(squares(3));
-        document.toggleSurface();
+        toggleSurface();
         paint();
     }
     std::vector<std::string> held() {
@@ -43,11 +42,11 @@ TEST(HeldMarks, AreEmptyWhileNothingIsHeld) {
 
 TEST(HeldMarks, ShowTheCapturedSectionOrLineWithItsPoints) {
     HeldRig rig;
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     rig.click({10, 1, 0});
     EXPECT_THAT(rig.held(), ElementsAre(mark(white, {{10, 1, 0}, {11, 1, 0}}), point(5, white, {10, 1, 0}),
                                         point(5, white, {11, 1, 0})));
-    rig.document.CaptureLine();
+    rig.call("line.captureLine");
     rig.click({21, 0, 0});
     EXPECT_THAT(rig.held(), ElementsAre(mark(white, {{21, 0, 0}, {21, 1, 0}}), point(5, white, {21, 0, 0}),
                                         point(5, white, {21, 1, 0})));
@@ -56,7 +55,7 @@ TEST(HeldMarks, ShowTheCapturedSectionOrLineWithItsPoints) {
 TEST(HeldMarks, OutlineThePatchesOfTheZBlock) {
     HeldRig rig;
     rig.putIntoBlock({1});
-    rig.document.redrawPicture();
+    rig.redrawPicture();
     EXPECT_THAT(rig.held(),
                 ElementsAre(mark(blockYellow, {{10, 0, 0}, {11, 0, 0}}), mark(blockYellow, {{10, 1, 0}, {11, 1, 0}}),
                             mark(blockYellow, {{10, 0, 0}, {10, 1, 0}}), mark(blockYellow, {{11, 0, 0}, {11, 1, 0}})));
@@ -69,22 +68,22 @@ TEST(HeldMarks, ShowBufferMarkersAndPairsWithTheFrameFirst) {
     rig.doc.sftPoints = {{4, 0, 0}};
     rig.doc.sftTargets = {{5, 0, 0}};
     rig.doc.markers = {{6, 0, 0}};
-    rig.document.redrawPicture();
+    rig.redrawPicture();
     EXPECT_THAT(rig.held(),
                 ElementsAre(point(8, bufferBlue, {1, 2, 3}), point(5, white, {1, 2, 3}), point(6, red, {4, 0, 0}),
                             point(6, yellow, {5, 0, 0}), point(8, bufferBlue, {6, 0, 0}), point(5, white, {6, 0, 0})));
     rig.doc.showBuffer = rig.doc.markersOpen = false;
-    rig.document.redrawPicture();
+    rig.redrawPicture();
     EXPECT_THAT(rig.held(), IsEmpty());
 }
 
 TEST(HeldMarks, HideWhatStandsOutsideOfTheZBlockWithIt) {
     HeldRig rig;
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     rig.click({10, 1, 0});
     rig.putIntoBlock({0});
     rig.doc.showBlockOnly = true;
-    rig.document.redrawPicture();
+    rig.redrawPicture();
     for (const std::string& line : rig.held()) {
         EXPECT_EQ(line.find("strip 1,1,1,1"), std::string::npos) << line;
     }
@@ -92,9 +91,9 @@ TEST(HeldMarks, HideWhatStandsOutsideOfTheZBlockWithIt) {
 
 TEST(HeldMarks, AreNotDrawnOverWiresWhichShowThemThemselves) {
     HeldRig rig;
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     rig.click({10, 1, 0});
-    rig.document.toggleSurface();
+    rig.toggleSurface();
     EXPECT_THAT(rig.held(), IsEmpty());
     EXPECT_EQ(rig.surface.lastFrame.held->batches.size(), 0U);
 }
@@ -127,12 +126,12 @@ TEST(HeldMarks, AZoneOfTheZBlockGetsItsBox) {
 
 TEST(HeldMarks, TheCapturedPointShowsThroughASurface) {
     HeldRig rig;
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     rig.click({11, 1, 0});
     rig.paint();
     EXPECT_THAT(dump(*rig.surface.lastFrame.pointed),
                 ElementsAre(point(8, red, {11, 1, 0}), point(6, white, {11, 1, 0})));
-    rig.document.toggleSurface();
+    rig.toggleSurface();
     rig.paint();
     EXPECT_THAT(dump(*rig.surface.lastFrame.pointed), IsEmpty());
 }

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "VelmoraDoc.h"
 #include "draw_dump.h"
 #include "small_zones.h"
 
@@ -31,7 +30,7 @@ struct HoverRig : ViewRig {
 
 TEST(Hover, MarksTheSectionThatAClickWouldTakeAndTellsItsNumbers) {
     HoverRig rig;
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     rig.ui.transcript.clear();
     rig.moveTo({11, 2, 0});
     ASSERT_TRUE(rig.view.candidate().has_value());
@@ -49,7 +48,7 @@ TEST(Hover, MarksTheSectionThatAClickWouldTakeAndTellsItsNumbers) {
 
 TEST(Hover, FollowsEachPixelAndNotOnlyStepsOfSix) {
     HoverRig rig;
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     const PixelPoint at = rig.pixelOf({11, 1, 0});
     rig.view.OnMouseMove(at);
     const int repaints = rig.surface.repaints;
@@ -59,14 +58,14 @@ TEST(Hover, FollowsEachPixelAndNotOnlyStepsOfSix) {
 
 TEST(Hover, TellsOfPointsLinesPatchesAndNodes) {
     HoverRig rig;
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     rig.moveTo({2, 1, 0});
     EXPECT_EQ(rig.surface.hint, "Patch K=1, Section N=2, Point M=3  X=2.000000, Y=1.000000, Z=0.000000");
     EXPECT_THAT(rig.pointed(), ElementsAre(point(8, orange, {2, 1, 0}), point(4, white, {2, 1, 0})));
-    rig.document.CaptureLine();
+    rig.call("line.captureLine");
     rig.moveTo({12, 1, 0});
     EXPECT_EQ(rig.surface.hint, "Patch K=2, Line N=3, Points M=3");
-    rig.document.CapturePatch();
+    rig.call("patch.capture");
     rig.moveTo({10.5, 0.5, 0});
     EXPECT_EQ(rig.surface.hint, "Patch K=2");
     EXPECT_EQ(rig.pointed().size(), 4U) << "its sides";
@@ -74,7 +73,7 @@ TEST(Hover, TellsOfPointsLinesPatchesAndNodes) {
 
 TEST(Hover, EndsWhereNothingIsNearAtTheClickAndWhenTheMouseLeaves) {
     HoverRig rig;
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     rig.moveTo({2, 1, 0});
     ASSERT_FALSE(rig.surface.hint.empty());
     rig.moveTo({6.5, 1, 0});
@@ -85,7 +84,7 @@ TEST(Hover, EndsWhereNothingIsNearAtTheClickAndWhenTheMouseLeaves) {
     EXPECT_FALSE(rig.view.candidate().has_value());
     EXPECT_EQ(rig.surface.hint, "");
     rig.release({6.5, 1, 0});
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     rig.moveTo({1, 1, 0});
     ASSERT_FALSE(rig.surface.hint.empty());
     rig.view.OnMouseLeave();
@@ -96,7 +95,7 @@ TEST(Hover, IsNotThereOutsideARegimeInAViewModeAndWhereNobodyLooks) {
     HoverRig rig;
     rig.moveTo({2, 1, 0});
     EXPECT_FALSE(rig.view.candidate().has_value());
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     rig.view.setMouseMode(ModeRotate);
     rig.moveTo({1, 1, 0});
     EXPECT_FALSE(rig.view.candidate().has_value());
@@ -108,9 +107,9 @@ TEST(Hover, IsNotThereOutsideARegimeInAViewModeAndWhereNobodyLooks) {
 
 TEST(Hover, AnEditTakesTheMarkAway) {
     HoverRig rig;
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     rig.moveTo({2, 1, 0});
-    rig.document.updateBounds();
+    rig.updateBounds();
     EXPECT_THAT(rig.pointed(), IsEmpty());
 }
 
@@ -136,9 +135,9 @@ struct SightRig : ViewRig {
     SightRig() {
         show(plates());
         useParallelProjection();
-        document.toggleSurface();
+        toggleSurface();
         surface.watched = true;
-        document.CaptureSection();
+        call("line.captureSection");
     }
     std::int32_t patchAt(const zVec<double>& point) {
         view.OnMouseMove(pixelOf(point));
@@ -158,7 +157,7 @@ TEST(Sight, APointBehindTheSurfaceGivesWayToTheCornerOfTheCellUnderTheMouse) {
 TEST(Sight, AHiddenPointThatIsNearerThanTheCornerIsNotMeant) {
     SightRig rig;
     // The limit of a line is half of the diagonal: a corner is near enough everywhere.
-    rig.document.CaptureLine();
+    rig.call("line.captureLine");
     EXPECT_EQ(rig.patchAt({1.5, 1.5, 0}), 1);
     rig.click({1.5, 1.5, 0});
     EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
@@ -166,10 +165,10 @@ TEST(Sight, AHiddenPointThatIsNearerThanTheCornerIsNotMeant) {
 
 TEST(Sight, OfWiresAndInScriptsTheNearestPointCountsWhereverItLies) {
     SightRig rig;
-    rig.document.CaptureLine();
-    rig.document.toggleSurface();
+    rig.call("line.captureLine");
+    rig.toggleSurface();
     EXPECT_EQ(rig.patchAt({1.5, 1.5, 0}), 0);
-    rig.document.toggleSurface();
+    rig.toggleSurface();
     rig.surface.watched = false;
     rig.click({1.5, 1.5, 0});
     EXPECT_EQ(rig.doc.capture->capturedPatch, 0);
@@ -177,7 +176,7 @@ TEST(Sight, OfWiresAndInScriptsTheNearestPointCountsWhereverItLies) {
 
 TEST(Sight, FromTheOtherSideTheOtherPlateIsMeant) {
     SightRig rig;
-    rig.document.CaptureLine();
+    rig.call("line.captureLine");
     rig.view.runViewCommand("view.right");
     // Seen from behind the corner (2, 2) of the near plate is hidden by the far one's cells.
     EXPECT_EQ(rig.patchAt({2, 2, 1}), 0);
@@ -191,9 +190,9 @@ TEST(Sight, OfZonesTheNodeOfTheFrontTriangleIsMeant) {
     rig.doc.structureKind = StructureKind::Unstructured;
     rig.updateBounds();
     rig.useParallelProjection();
-    rig.document.toggleSurface();
+    rig.toggleSurface();
     rig.surface.watched = true;
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     rig.view.zoomFactor = 0.1;
     rig.view.viewCentreX = 100.0;
     rig.view.viewCentreY = 100.0;

@@ -1,6 +1,5 @@
 #include <limits>
 
-#include "VelmoraDoc.h"
 #include "command_table.h"
 #include "vectors.h"
 #include "view_rig.h"
@@ -94,7 +93,7 @@ TEST(InterruptedDrag, AZoomThatIsLeftBeforeTheReleaseDoesNotZoom) {
 
 TEST(InterruptedDrag, AViewModeInTheMiddleOfACaptureLeavesItArmed) {
     DragRig rig;
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     rig.press({1, 1, 0});
     EXPECT_TRUE(rig.doc.capture->pointPicked);
     rig.run("view.shift");
@@ -116,7 +115,7 @@ TEST(InterruptedDrag, ACaptureThatStartsInTheMiddleOfADragPicksFromTheNextMoveOn
     rig.run("view.shift");
     rig.drag({100, 100}, {150, 100});
     const double centre = rig.view.viewCentreX;
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     rig.view.OnMouseMove(rig.pixelOf({2, 1, 0}));
     EXPECT_EQ(rig.view.viewCentreX, centre);
     EXPECT_TRUE(rig.doc.capture->pointPicked);
@@ -153,9 +152,9 @@ TEST(InterruptedDrag, ASizeChangedInItsMiddleKeepsTheDrag) {
 
 TEST(InterruptedDrag, OfAPointEndsAtTheReleaseWhereverItIs) {
     DragRig rig;
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     rig.click({1, 1, 0});
-    rig.document.DragPoint();
+    rig.call("point.drag");
     ASSERT_TRUE(rig.doc.capture->pointDragging);
     const zVec<double> start = rig.doc.patches[0][1][1];
     rig.press({1, 1, 0});
@@ -200,9 +199,9 @@ struct FullBlockRig : ViewRig {
         }
         model.resize(static_cast<std::size_t>(blockCapacity) + 1, other);
         show(model);
-        document.CapturePatch();
+        call("patch.capture");
         click({0.3, 0.6, 0});
-        document.InvertBlock();
+        call("block.invert");
         EXPECT_EQ(doc.blockCount, blockCapacity);
         ui.transcript.clear();
     }
@@ -210,7 +209,7 @@ struct FullBlockRig : ViewRig {
 
 TEST(FullBlock, AClickOnOneMoreIsToldAndLeavesTheBlock) {
     FullBlockRig rig;
-    rig.document.CapturePatch();
+    rig.call("patch.capture");
     rig.ui.transcript.clear();
     rig.press({0.3, 0.6, 0});
     EXPECT_EQ(rig.doc.capture->capturedPatch, 0);
@@ -226,7 +225,7 @@ TEST(FullBlock, AClickOnOneMoreIsToldAndLeavesTheBlock) {
 
 TEST(FullBlock, AClickOnAMemberIsNoTrouble) {
     FullBlockRig rig;
-    rig.document.CapturePatch();
+    rig.call("patch.capture");
     rig.ui.transcript.clear();
     rig.click({3.3, 0.6, 0});
     EXPECT_EQ(rig.ui.count("message: It is impossible to add one more zBlock"), 0U);
@@ -236,11 +235,11 @@ TEST(FullBlock, AClickOnAMemberIsNoTrouble) {
 
 TEST(FullBlock, AfterARemovalOneMoreIsTakenIn) {
     FullBlockRig rig;
-    rig.document.RemovePatchFromBlock();
+    rig.call("patch.removeFromBlock");
     rig.click({3.3, 0.6, 0});
     EXPECT_EQ(rig.doc.blockCount, blockCapacity - 1);
     EXPECT_EQ(rig.doc.blockList[static_cast<std::size_t>(blockCapacity) - 1], -1);
-    rig.document.CapturePatch();
+    rig.call("patch.capture");
     rig.ui.transcript.clear();
     rig.click({0.3, 0.6, 0});
     EXPECT_EQ(rig.ui.count("message: It is impossible to add one more zBlock"), 0U);

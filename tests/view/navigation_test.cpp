@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include "VelmoraDoc.h"
 #include "vectors.h"
 #include "view_rig.h"
 
@@ -187,7 +186,7 @@ TEST(MiddleButton, ZoomsDownToEnlargeAndUpToShrink) {
 
 TEST(MiddleButton, LeavesARegimeThatWaitsForItsClickAsItIs) {
     NavigationRig rig;
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     for (const MouseMode act : {ModeRotate, ModeShift, ModeScale}) {
         rig.dragMiddle(act, {200, 200}, {230, 210});
         rig.view.OnWheel({200, 200}, 1.0);
@@ -203,7 +202,7 @@ TEST(MiddleButton, LeavesARegimeThatWaitsForItsClickAsItIs) {
 
 TEST(MiddleButton, ShowsTheCursorOfWhatItDoesForAsLongAsItDoesIt) {
     NavigationRig rig;
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     rig.view.BeginNavigation(ModeShift, {200, 200});
     EXPECT_TRUE(rig.view.isNavigating());
     EXPECT_EQ(rig.surface.cursor, ModeShift);
@@ -253,7 +252,7 @@ TEST(FitKeepingRotation, IsFitToWindowButForTheRotation) {
 
 TEST(FitKeepingRotation, LeavesTheMouseToARegime) {
     NavigationRig rig;
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     rig.view.runViewCommand("view.fitKeepRotation");
     EXPECT_EQ(rig.view.mouseMode, ModeSection);
     EXPECT_EQ(rig.surface.cursor, ModeSection);
@@ -272,12 +271,12 @@ TEST(FitCaptured, ShowsTheSectionTheLineOrTheZBlock) {
     rig.putIntoBlock({1});
     rig.view.runViewCommand("view.fitCaptured");
     expectFitted(rig, {{10, 0, 0}, {13, 2, 0}});
-    rig.document.CaptureLine();
+    rig.call("line.captureLine");
     rig.click({11, 1, 0});
     ASSERT_TRUE(rig.doc.capture->lineCaptured);
     rig.view.runViewCommand("view.fitCaptured");
     expectFitted(rig, {{11, 0, 0}, {11, 2, 0}});
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     rig.click({11, 1, 0});
     ASSERT_TRUE(rig.doc.capture->sectionCaptured);
     rig.view.runViewCommand("view.fitCaptured");
@@ -287,7 +286,7 @@ TEST(FitCaptured, ShowsTheSectionTheLineOrTheZBlock) {
 TEST(FitCaptured, ShowsAPointWithATwentiethOfTheRadiusAround) {
     NavigationRig rig;
     rig.useParallelProjection();
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     rig.click({2, 1, 0});
     ASSERT_TRUE(rig.doc.capture->pointCaptured);
     rig.view.runViewCommand("view.fitCaptured");
@@ -352,7 +351,7 @@ TEST(ViewBefore, BringsTheProjectionAndWhatAFitResetBack) {
     rig.useParallelProjection();
     rig.view.runViewCommand("view.iso");
     const Matrix4 iso = rig.view.modelRotation;
-    rig.document.FitToWindow();
+    rig.call("view.fit");
     ASSERT_EQ(rig.view.modelRotation, identityMatrix());
     rig.view.runViewCommand("view.before");
     EXPECT_EQ(rig.view.modelRotation, iso);

@@ -1,4 +1,3 @@
-#include "VelmoraDoc.h"
 #include "arranged_capture.h"
 #include "draw_rig.h"
 #include "view_rig.h"
@@ -26,7 +25,7 @@ struct CurveRig : ViewRig {
 
 TEST(PickSection, TakesTheSectionOfTheNearestPointWithItsTexts) {
     CurveRig rig;
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     ASSERT_TRUE(rig.pickSection({12, 1, 0}));
     EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
     EXPECT_EQ(rig.doc.capture->capturedSection, 1);
@@ -39,14 +38,14 @@ TEST(PickSection, TakesTheSectionOfTheNearestPointWithItsTexts) {
 TEST(PickSection, TextCountsThePointsOfThatSection) {
     ViewRig rig;
     rig.show({{{{0, 0, 0}, {1, 0, 0}}, {{0, 5, 0}, {1, 5, 0}, {2, 5, 0}}}});
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     ASSERT_TRUE(rig.view.PickSection(rig.pixelOf({1, 5, 0})));
     EXPECT_EQ(rig.doc.capture->sectionStatus, "Captured section: Patch K=1, Section N=2, Points M=3");
 }
 
 TEST(PickSection, MovesShowTheListOfTheirSectionWithoutBuildingTheModelAnew) {
     CurveRig rig;
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     rig.paint();
     const auto revision = rig.surface.lastFrame.listRevision;
     for (const zVec<double>& place : {zVec<double>(12, 1, 0), zVec<double>(0, 0, 0), zVec<double>(11, 0, 0)}) {
@@ -60,7 +59,7 @@ TEST(PickSection, MovesShowTheListOfTheirSectionWithoutBuildingTheModelAnew) {
 
 TEST(PickLine, MovesShowTheListOfTheirLineWithoutBuildingTheModelAnew) {
     CurveRig rig;
-    rig.document.CaptureLine();
+    rig.call("line.captureLine");
     rig.paint();
     const auto revision = rig.surface.lastFrame.listRevision;
     for (const zVec<double>& place : {zVec<double>(12, 1, 0), zVec<double>(0, 0, 0)}) {
@@ -77,7 +76,7 @@ TEST(PickSection, MovesBuildTheMarkersOfTheZBlockAnew) {
     rig.doc.showZBlockMarkers = true;
     rig.doc.blockList[0] = 1;
     rig.doc.blockCount = 1;
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     for (const zVec<double>& place : {zVec<double>(12, 1, 0), zVec<double>(11, 0, 0)}) {
         ASSERT_TRUE(rig.pickSection(place));
         EXPECT_EQ(test::dump(rig.view.list()), test::dump(buildDrawList(rig.doc, 1)));
@@ -86,7 +85,7 @@ TEST(PickSection, MovesBuildTheMarkersOfTheZBlockAnew) {
 
 TEST(PickSection, ShowsTheSectionWhiteInTheSectionMode) {
     CurveRig rig;
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     const int repaints = rig.surface.repaints;
     ASSERT_TRUE(rig.pickSection({12, 1, 0}));
     EXPECT_EQ(rig.view.mouseMode, ModeSection);
@@ -103,7 +102,7 @@ TEST(PickSection, ShowsTheSectionWhiteInTheSectionMode) {
 
 TEST(PickSection, FailureDropsTheSectionAndLeavesTheNearestPatch) {
     CurveRig rig;
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     ASSERT_TRUE(rig.pickSection({2, 1, 0}));
     rig.shrink();
     // The upper right corner of the window: the second patch is the nearer one.
@@ -138,7 +137,7 @@ TEST(PickSection, InThePatchRegimeEndsInTheSectionMode) {
     CurveRig rig;
     rig.doc.capture.holdBlock();
     rig.putIntoBlock({1});
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     ASSERT_TRUE(rig.pickSection({12, 1, 0}));
     EXPECT_EQ(rig.view.mouseMode, ModeSection);
 }
@@ -147,7 +146,7 @@ TEST(PickSection, InThePatchRegimeEndsInTheSectionMode) {
 
 TEST(PickLine, TakesTheLineOfTheNearestPointWithItsTexts) {
     CurveRig rig;
-    rig.document.CaptureLine();
+    rig.call("line.captureLine");
     rig.doc.capture.renumberPoint(7, rig.doc.capture->capturedPoint);
     ASSERT_TRUE(rig.pickLine({13, 1, 0}));
     EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
@@ -162,7 +161,7 @@ TEST(PickLine, TakesTheLineOfTheNearestPointWithItsTexts) {
 
 TEST(PickLine, FarFromTheGeometryStillTakesALine) {
     CurveRig rig;
-    rig.document.CaptureLine();
+    rig.call("line.captureLine");
     // A quarter of the diagonal above the model: far too much for a point or a section.
     const double diagonal = std::sqrt(13.0 * 13.0 + 2.0 * 2.0);
     const zVec<double> far{13, 2 + diagonal / 4, 0};
@@ -174,7 +173,7 @@ TEST(PickLine, FarFromTheGeometryStillTakesALine) {
 
 TEST(PickLine, FailureKeepsTheLineAndLeavesTheNearestPatch) {
     CurveRig rig;
-    rig.document.CaptureLine();
+    rig.call("line.captureLine");
     ASSERT_TRUE(rig.pickLine({2, 1, 0}));
     rig.shrink();
     rig.doc.capture.renumberPoint(7, rig.doc.capture->capturedPoint);

@@ -1,4 +1,3 @@
-#include "VelmoraDoc.h"
 #include "arranged_capture.h"
 #include "view_rig.h"
 
@@ -119,7 +118,7 @@ TEST(PickPatch, ShowsTheWaitCursorWhileItLooks) {
 struct PatchRig : ViewRig {
     PatchRig() {
         show(twoPatches());
-        document.CapturePatch();
+        call("patch.capture");
         ui.transcript.clear();
     }
     std::vector<std::int32_t> block() const { return {doc.blockList.begin(), doc.blockList.begin() + doc.blockCount}; }
@@ -189,9 +188,9 @@ TEST(PatchRegime, DragShowsTheTextAndKeepsThePatchOfThePress) {
 TEST(PatchRegime, ClickOnAMemberChangesNothingInTheBlock) {
     PatchRig rig;
     rig.click(onSecond);
-    rig.document.AddPatchToBlock();
+    rig.call("patch.addToBlock");
     rig.click(onFirst);
-    rig.document.AddPatchToBlock();
+    rig.call("patch.addToBlock");
     rig.ui.transcript.clear();
     rig.click(onSecond);
     EXPECT_THAT(rig.block(), ElementsAre(1, 0));
@@ -214,7 +213,7 @@ struct RemovalRig : PatchRig {
         test::arranged(doc).patchCaptureArmed = false;
         doc.capture.holdBlock();
         putIntoBlock(members);
-        document.RemovePatchFromBlock();
+        call("patch.removeFromBlock");
         ui.transcript.clear();
     }
 };
@@ -273,7 +272,7 @@ TEST(PatchRemoval, LastOneOutEndsTheRegime) {
 TEST(RegimePress, GoesThroughPointSectionAndLineInThisOrder) {
     ViewRig rig;
     rig.show(twoPatches());
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     test::arranged(rig.doc).sectionCaptureArmed = test::arranged(rig.doc).lineCaptureArmed = true;
     rig.ui.transcript.clear();
     rig.press({12, 1, 0});
@@ -295,7 +294,7 @@ TEST(RegimePress, GoesThroughPointSectionAndLineInThisOrder) {
 TEST(RegimePress, RemovalKeepsTheReleaseFromTakingASection) {
     ViewRig rig;
     rig.show(twoPatches());
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     rig.doc.capture.armRemoval();
     rig.click({1.3, 0.9, 0});
     EXPECT_FALSE(rig.doc.capture->patchRemoving);

@@ -1,4 +1,3 @@
-#include "VelmoraDoc.h"
 #include "arranged_capture.h"
 #include "view_reference.h"
 #include "view_rig.h"
@@ -15,7 +14,7 @@ using test::ViewRig;
 struct PointRig : ViewRig {
     PointRig() {
         show(twoPatches());
-        document.CapturePoint();
+        call("point.capture");
         ui.transcript.clear();
     }
 };
@@ -69,7 +68,7 @@ TEST(PickPoint, FindsTheSamePointsInPerspectiveAndParallelAndTurned) {
         rig.show(model);
         rig.view.runViewCommand(projection == 1 ? "view.orthographic" : "view.perspective");
         rig.view.SetEulerView({40, 25, -15});
-        rig.document.CapturePoint();
+        rig.call("point.capture");
         for (std::int32_t k = 0; k < 2; ++k) {
             for (std::int32_t n = 0; n < countOf(model[static_cast<std::size_t>(k)]); ++n) {
                 for (std::int32_t m = 0; m < 4; ++m) {
@@ -134,7 +133,7 @@ TEST(PickPoint, PassesAtExactlyAHundredthOfTheDiagonalAndFailsBeyond) {
 TEST(PickSection, PassesAtExactlyATwentiethOfTheDiagonalAndFailsBeyond) {
     ViewRig rig;
     rig.show(twoPatches());
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     const Bound bound = boundFor(rig, 0.05);
     ASSERT_TRUE(bound.found);
     EXPECT_TRUE(rig.view.PickSection(bound.pixel));
@@ -145,7 +144,7 @@ TEST(PickSection, PassesAtExactlyATwentiethOfTheDiagonalAndFailsBeyond) {
 TEST(PickLine, PassesAtExactlyHalfTheDiagonalAndFailsBeyond) {
     ViewRig rig;
     rig.show(twoPatches());
-    rig.document.CaptureLine();
+    rig.call("line.captureLine");
     const Bound bound = boundFor(rig, 0.5);
     ASSERT_TRUE(bound.found);
     EXPECT_TRUE(rig.view.PickLine(bound.pixel));

@@ -1,7 +1,5 @@
 #include "view_rig.h"
 
-#include "VelmoraDoc.h"
-
 namespace velmora {
 namespace {
 
@@ -23,8 +21,8 @@ const zVec<double> nowhere{6.5, 5.5, 0};
 
 struct RegimeRig : ViewRig {
     RegimeRig() { show(twoPatches()); }
-    void run(void (VelmoraDoc::*command)()) {
-        (document.*command)();
+    void run(const char* id) {
+        call(id);
         ui.transcript.clear();
     }
 };
@@ -33,7 +31,7 @@ struct RegimeRig : ViewRig {
 
 TEST(PointRegime, ArmsWithThePromptAndThePointMode) {
     RegimeRig rig;
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt));
     EXPECT_EQ(rig.view.mouseMode, ModePoint);
     EXPECT_TRUE(rig.doc.capture->pointCaptureArmed);
@@ -41,7 +39,7 @@ TEST(PointRegime, ArmsWithThePromptAndThePointMode) {
 
 TEST(PointRegime, ClickOnAPointCapturesItAtTheRelease) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     const int repaints = rig.surface.repaints;
     rig.press({2, 1, 0});
     EXPECT_TRUE(rig.doc.capture->pointCaptureArmed);
@@ -59,7 +57,7 @@ TEST(PointRegime, ClickOnAPointCapturesItAtTheRelease) {
 
 TEST(PointRegime, ClickBesideTheGeometryStaysArmed) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     rig.click(nowhere);
     EXPECT_TRUE(rig.doc.capture->pointCaptureArmed);
     EXPECT_FALSE(rig.doc.capture->pointCaptured);
@@ -70,7 +68,7 @@ TEST(PointRegime, ClickBesideTheGeometryStaysArmed) {
 
 TEST(PointRegime, DragPicksAtEveryAcceptedMoveAndShowsTheShortText) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     rig.press(nowhere);
     EXPECT_FALSE(rig.doc.capture->pointPicked);
     rig.view.OnMouseMove(rig.pixelOf({2, 1, 0}));
@@ -87,7 +85,7 @@ TEST(PointRegime, DragPicksAtEveryAcceptedMoveAndShowsTheShortText) {
 
 TEST(PointRegime, DragOffTheGeometryLosesThePick) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     rig.press({2, 1, 0});
     rig.view.OnMouseMove(rig.pixelOf(nowhere));
     EXPECT_FALSE(rig.doc.capture->pointPicked);
@@ -99,12 +97,12 @@ TEST(PointRegime, DragOffTheGeometryLosesThePick) {
 // The first pick binds the capture to its patch until the next one is begun.
 TEST(PointRegime, DragDoesNotLeaveThePatchOfItsFirstPick) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     rig.press({2, 1, 0});
     rig.view.OnMouseMove(rig.pixelOf({12, 1, 0}));
     EXPECT_FALSE(rig.doc.capture->pointPicked);
     rig.release({12, 1, 0});
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     rig.click({12, 1, 0});
     EXPECT_TRUE(rig.doc.capture->pointCaptured);
     EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
@@ -112,7 +110,7 @@ TEST(PointRegime, DragDoesNotLeaveThePatchOfItsFirstPick) {
 
 TEST(PointRegime, MoveWithoutAButtonPicksNothing) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     rig.view.OnMouseMove(rig.pixelOf({2, 1, 0}));
     EXPECT_FALSE(rig.doc.capture->pointPicked);
     EXPECT_TRUE(rig.ui.transcript.empty());
@@ -120,7 +118,7 @@ TEST(PointRegime, MoveWithoutAButtonPicksNothing) {
 
 TEST(PointRegime, ViewModeInBetweenLeavesTheRegimeAlone) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     rig.view.setMouseMode(ModeShift);
     rig.drag(rig.pixelOf({2, 1, 0}), {10, 10});
     rig.view.OnLeftButtonUp({10, 10});
@@ -133,7 +131,7 @@ TEST(PointRegime, ViewModeInBetweenLeavesTheRegimeAlone) {
 
 TEST(PointRegime, ClickAfterTheCapturePicksNothingMore) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     rig.click({2, 1, 0});
     rig.ui.transcript.clear();
     rig.click({1, 2, 0});
@@ -144,9 +142,9 @@ TEST(PointRegime, ClickAfterTheCapturePicksNothingMore) {
 
 TEST(PointRegime, NextPointMayLieInAnyPatch) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     rig.click({2, 1, 0});
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     rig.click({13, 0, 0});
     EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
     EXPECT_TRUE(rig.doc.capture->pointCaptured);
@@ -156,9 +154,9 @@ TEST(PointRegime, NextPointMayLieInAnyPatch) {
 
 TEST(FreePointRegime, ClickHoldsThePointBesideTheCapturedOne) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     rig.click({1, 0, 0});
-    rig.document.CaptureFreePointInPointRegime();
+    rig.call("point.free");
     EXPECT_TRUE(rig.doc.capture->freePointArmed);
     EXPECT_TRUE(rig.doc.capture->pointCaptured);
     EXPECT_EQ(rig.view.mouseMode, ModePoint);
@@ -172,9 +170,9 @@ TEST(FreePointRegime, ClickHoldsThePointBesideTheCapturedOne) {
 
 TEST(FreePointRegime, ClickBesideTheGeometryStaysArmed) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     rig.click({1, 0, 0});
-    rig.run(&VelmoraDoc::CaptureFreePointInPointRegime);
+    rig.run("point.free");
     rig.click(nowhere);
     EXPECT_TRUE(rig.doc.capture->freePointArmed);
     EXPECT_FALSE(rig.doc.capture->freePointHeld);
@@ -183,9 +181,9 @@ TEST(FreePointRegime, ClickBesideTheGeometryStaysArmed) {
 
 TEST(FreePointRegime, MayLieOffTheCapturedSectionOfItsPatch) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CaptureSection);
+    rig.run("line.captureSection");
     rig.click({2, 1, 0});
-    rig.run(&VelmoraDoc::CaptureFreePoint);
+    rig.run("point.free.line");
     EXPECT_EQ(rig.view.mouseMode, ModeSection);
     rig.click({3, 2, 0});
     EXPECT_TRUE(rig.doc.capture->freePointHeld);
@@ -196,18 +194,18 @@ TEST(FreePointRegime, MayLieOffTheCapturedSectionOfItsPatch) {
 
 TEST(FreePointRegime, DoesNotLeaveThePatchOfTheSection) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CaptureSection);
+    rig.run("line.captureSection");
     rig.click({2, 1, 0});
-    rig.run(&VelmoraDoc::CaptureFreePoint);
+    rig.run("point.free.line");
     rig.click({12, 1, 0});
     EXPECT_TRUE(rig.doc.capture->freePointArmed);
 }
 
 TEST(FreePointRegime, DragShowsTheShortText) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CaptureSection);
+    rig.run("line.captureSection");
     rig.click({2, 1, 0});
-    rig.run(&VelmoraDoc::CaptureFreePoint);
+    rig.run("point.free.line");
     rig.press(nowhere);
     rig.view.OnMouseMove(rig.pixelOf({2, 1, 0}));
     EXPECT_EQ(rig.ui.transcript.back(), pointText);
@@ -217,7 +215,7 @@ TEST(FreePointRegime, DragShowsTheShortText) {
 
 TEST(SectionRegime, ClickShowsTheShortTextAndTheReleaseCaptures) {
     RegimeRig rig;
-    rig.document.CaptureSection();
+    rig.call("line.captureSection");
     EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt));
     EXPECT_EQ(rig.view.mouseMode, ModeSection);
     rig.ui.transcript.clear();
@@ -233,7 +231,7 @@ TEST(SectionRegime, ClickShowsTheShortTextAndTheReleaseCaptures) {
 
 TEST(SectionRegime, ClickFarFromTheGeometryStaysArmed) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CaptureSection);
+    rig.run("line.captureSection");
     rig.click(nowhere);
     EXPECT_TRUE(rig.doc.capture->sectionCaptureArmed);
     EXPECT_FALSE(rig.doc.capture->sectionCaptured);
@@ -242,7 +240,7 @@ TEST(SectionRegime, ClickFarFromTheGeometryStaysArmed) {
 
 TEST(SectionRegime, DragPicksAtEveryAcceptedMove) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CaptureSection);
+    rig.run("line.captureSection");
     rig.press(nowhere);
     rig.view.OnMouseMove(rig.pixelOf({2, 1, 0}));
     EXPECT_EQ(rig.ui.transcript.back(), sectionText);
@@ -255,9 +253,9 @@ TEST(SectionRegime, DragPicksAtEveryAcceptedMove) {
 
 TEST(SectionRegime, PointCaptureStaysInsideTheSection) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CaptureSection);
+    rig.run("line.captureSection");
     rig.click({2, 1, 0});
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     EXPECT_EQ(rig.doc.capture->capturedPatch, 0);
     rig.click({2, 2, 0});
     EXPECT_TRUE(rig.doc.capture->pointCaptureArmed);
@@ -272,7 +270,7 @@ TEST(SectionRegime, PointCaptureStaysInsideTheSection) {
 
 TEST(LineRegime, ClickShowsTheShortTextAndTheReleaseCaptures) {
     RegimeRig rig;
-    rig.document.CaptureLine();
+    rig.call("line.captureLine");
     EXPECT_THAT(rig.ui.transcript, ElementsAre(dragPrompt));
     EXPECT_EQ(rig.view.mouseMode, ModeLine);
     rig.ui.transcript.clear();
@@ -285,14 +283,14 @@ TEST(LineRegime, ClickShowsTheShortTextAndTheReleaseCaptures) {
 
 TEST(LineRegime, ClickBesideTheGeometryStillCaptures) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CaptureLine);
+    rig.run("line.captureLine");
     rig.click(nowhere);
     EXPECT_TRUE(rig.doc.capture->lineCaptured);
 }
 
 TEST(LineRegime, ClickVeryFarAwayStaysArmed) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CaptureLine);
+    rig.run("line.captureLine");
     rig.view.zoomFactor = 5.0;
     rig.view.UpdateProjection();
     rig.clickPixel({0, 0});
@@ -304,7 +302,7 @@ TEST(LineRegime, ClickVeryFarAwayStaysArmed) {
 // A failed pick leaves the line of the pick before it, and the release takes that one.
 TEST(LineRegime, DragOffTheGeometryKeepsTheLineOfThePress) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CaptureLine);
+    rig.run("line.captureLine");
     rig.view.zoomFactor = 5.0;
     rig.view.UpdateProjection();
     rig.press({2, 1, 0});
@@ -319,9 +317,9 @@ TEST(LineRegime, DragOffTheGeometryKeepsTheLineOfThePress) {
 
 TEST(LineRegime, PointCaptureStaysOnTheLineAndNamesIt) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CaptureLine);
+    rig.run("line.captureLine");
     rig.click({2, 1, 0});
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     rig.click({1, 2, 0});
     EXPECT_TRUE(rig.doc.capture->pointCaptureArmed);
     rig.click({2, 0, 0});
@@ -332,9 +330,9 @@ TEST(LineRegime, PointCaptureStaysOnTheLineAndNamesIt) {
 
 TEST(LineRegime, NextLineIsCapturedByTheNextClick) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CaptureLine);
+    rig.run("line.captureLine");
     rig.click({2, 1, 0});
-    rig.run(&VelmoraDoc::NextSectionOrLine);
+    rig.run("line.next");
     EXPECT_TRUE(rig.doc.capture->lineCaptureArmed);
     rig.click({11, 1, 0});
     EXPECT_TRUE(rig.doc.capture->lineCaptured);
@@ -346,7 +344,7 @@ TEST(LineRegime, NextLineIsCapturedByTheNextClick) {
 
 TEST(RegimeClick, ConfinesTheCursorUntilTheRelease) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     rig.press({2, 1, 0});
     EXPECT_TRUE(rig.surface.confined);
     rig.release({2, 1, 0});
@@ -355,7 +353,7 @@ TEST(RegimeClick, ConfinesTheCursorUntilTheRelease) {
 
 TEST(RegimeClick, StopsASpin) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     rig.view.spinActive = rig.view.spinTimerOn = true;
     rig.surface.timerRuns = true;
     rig.click({2, 1, 0});
@@ -366,7 +364,7 @@ TEST(RegimeClick, StopsASpin) {
 
 TEST(RegimeClick, DragTurnsNothing) {
     RegimeRig rig;
-    rig.run(&VelmoraDoc::CapturePoint);
+    rig.run("point.capture");
     rig.drag({100, 100}, {200, 200});
     EXPECT_EQ(rig.view.modelRotation, identityMatrix());
     EXPECT_EQ(rig.view.modelOffset, rig.view.defaultOffset);

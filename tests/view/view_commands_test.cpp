@@ -1,4 +1,3 @@
-#include "VelmoraDoc.h"
 #include "command_table.h"
 #include "view_reference.h"
 #include "view_rig.h"
@@ -205,7 +204,7 @@ TEST(FitToWindow, DoesNotKeepTheRotation) {
     rig.show(twoPatches());
     rig.view.runViewCommand("view.iso");
     rig.view.zoomFactor = 0.5;
-    rig.document.FitToWindow();
+    rig.call("view.fit");
     EXPECT_EQ(rig.view.modelRotation, identityMatrix());
     EXPECT_EQ(rig.view.zoomFactor, 1.0);
     EXPECT_EQ(rig.view.modelOffset, rig.view.defaultOffset);

@@ -1,6 +1,7 @@
 #include "view_rig.h"
 
 #include "VelmoraDoc.h"
+#include "command_table.h"
 
 namespace velmora::test {
 
@@ -24,12 +25,31 @@ void ViewRig::show(const PatchList& patches) {
     surface.cursors.clear();
 }
 
+void ViewRig::open(const std::filesystem::path& path) {
+    document.onOpenDocument(path);
+}
+
 void ViewRig::updateBounds() {
     document.updateBounds();
 }
 
 void ViewRig::redraw() {
     document.redraw();
+}
+
+void ViewRig::redrawPicture() {
+    document.redrawPicture();
+}
+
+void ViewRig::toggleSurface() {
+    document.toggleSurface();
+}
+
+void ViewRig::call(const std::string& id) {
+    const Command* command = findCommand(id);
+    ASSERT_NE(command, nullptr) << id;
+    ASSERT_TRUE(command->run) << id;
+    document.runCommand(command->run);
 }
 
 } // namespace velmora::test

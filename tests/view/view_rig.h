@@ -63,7 +63,7 @@ public:
 struct ViewRig {
     BusyUi ui;
     const std::unique_ptr<VelmoraDoc> owned;
-    VelmoraDoc& document; ///< for its commands
+    VelmoraDoc& document;
     DocumentState& doc;
     NotedSurface surface;
     VelmoraView view;
@@ -75,8 +75,13 @@ struct ViewRig {
     void show(const PatchList& patches);
 
     void paint() { view.OnDraw(); }
+    void open(const std::filesystem::path& path);
     void updateBounds();
     void redraw();
+    void redrawPicture();
+    void toggleSurface();
+    /// Runs a command of the document, whether it is on or not.
+    void call(const std::string& id);
 
     /// Parallel projection: a pixel is the same length everywhere.
     void useParallelProjection() { view.runViewCommand("view.orthographic"); }

@@ -1,4 +1,3 @@
-#include "VelmoraDoc.h"
 #include "picking.h"
 #include "view_rig.h"
 
@@ -18,7 +17,7 @@ struct ZoneRig : ViewRig {
     ZoneRig() {
         const TemporaryFolder folder;
         writeFileText(folder / "two.dat", "TITLE = \"two\"\nVARIABLES = \"X\", \"Y\", \"Z\"\n" + zone(0) + zone(10));
-        document.onOpenDocument(folder / "two.dat");
+        open(folder / "two.dat");
         paint();
         ui.transcript.clear();
         EXPECT_EQ(doc.feRegion.blocks.size(), 2U);
@@ -33,11 +32,11 @@ struct ZoneRig : ViewRig {
 
     /// Captures the node at `point` and moves it along x.
     void moveNode(const zVec<double>& point, const char* x) {
-        document.CapturePoint();
+        call("point.capture");
         click(point);
         ASSERT_TRUE(doc.capture->pointCaptured);
         ui.dialogs.push_back({{"x", x}});
-        document.EditPoint();
+        call("point.edit");
     }
 };
 
@@ -53,7 +52,7 @@ TEST(PickNode, FreeOneMayLieOutsideTheZBlock) {
 
 TEST(PickNode, TakesTheNearestNodeOfAnyZone) {
     ZoneRig rig;
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     EXPECT_TRUE(rig.pick({12, 0, 0}));
     EXPECT_EQ(rig.doc.capture->capturedPatch, 1);
     EXPECT_EQ(rig.doc.capture->capturedPoint, 1);
@@ -67,7 +66,7 @@ TEST(PickNode, TakesTheNearestNodeOfAnyZone) {
 
 TEST(PickNode, BesideAllNodesKeepsTheZoneAndLosesThePick) {
     ZoneRig rig;
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     ASSERT_TRUE(rig.pick({10, 0, 0}));
     EXPECT_FALSE(rig.pick({3, 1, 0}));
     EXPECT_FALSE(rig.doc.capture->pointPicked);
@@ -78,7 +77,7 @@ TEST(PickNode, BesideAllNodesKeepsTheZoneAndLosesThePick) {
 
 TEST(PickNode, PassesWithinAHundredthOfTheDiagonal) {
     ZoneRig rig;
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     const PixelPoint corner = rig.pixelOf({2, 0, 0});
     const PixelPoint beside{corner.x + 2, corner.y + 3};
     const auto nearest = nearestNode(rig.doc.feRegion, rig.view.PixelRay(beside.x, beside.y), {});
@@ -93,22 +92,22 @@ TEST(PickNode, PassesWithinAHundredthOfTheDiagonal) {
 
 TEST(PickNode, StaysInTheZonesOfTheBlockInThePatchRegime) {
     ZoneRig rig;
-    rig.document.CapturePatch();
+    rig.call("patch.capture");
     rig.click({10.4, 0.6, 0});
     ASSERT_TRUE(rig.doc.capture->patchCaptured);
     ASSERT_EQ(rig.doc.blockList[0], 1);
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     EXPECT_FALSE(rig.pick({2, 0, 0}));
     EXPECT_TRUE(rig.pick({12, 0, 0}));
-    rig.document.ExitPointRegime();
-    rig.document.ExitPatchRegime();
-    rig.document.CapturePoint();
+    rig.call("point.exit");
+    rig.call("patch.exit");
+    rig.call("point.capture");
     EXPECT_TRUE(rig.pick({2, 0, 0}));
 }
 
 TEST(NodeRegime, AClickBesideStaysArmedWithThePromptAndTheNextIsTaken) {
     ZoneRig rig;
-    rig.document.CapturePoint();
+    rig.call("point.capture");
     rig.ui.transcript.clear();
     rig.click({5, 1, 0});
     EXPECT_TRUE(rig.doc.capture->pointCaptureArmed);
@@ -122,8 +121,8 @@ TEST(NodeRegime, AClickBesideStaysArmedWithThePromptAndTheNextIsTaken) {
 TEST(NodeRegime, ANodeIsPickedWhereItWasMovedToAndNoMoreWhereItWas) {
     ZoneRig rig;
     rig.moveNode({2, 0, 0}, "3.5");
-    rig.document.ExitPointRegime();
-    rig.document.CapturePoint();
+    rig.call("point.exit");
+    rig.call("point.capture");
     EXPECT_FALSE(rig.pick({2, 0, 0}));
     EXPECT_TRUE(rig.pick({3.5, 0, 0}));
     EXPECT_EQ(rig.doc.capture->capturedPatch, 0);
@@ -138,17 +137,17 @@ TEST(NodeRegime, AZoneIsPickedAsItStandsAfterANodeMovedAndAfterUndo) {
     EXPECT_EQ(rig.view.PickPatch(rig.pixelOf(gained)), -1);
     rig.moveNode({2, 0, 0}, "4");
     EXPECT_EQ(rig.view.PickPatch(rig.pixelOf(gained)), 0);
-    rig.document.UndoPoint();
+    rig.call("point.undo");
     EXPECT_EQ(rig.view.PickPatch(rig.pixelOf(gained)), -1);
     EXPECT_EQ(rig.view.PickPatch(rig.pixelOf({0.5, 0.5, 0})), 0);
-    rig.document.ExitPointRegime();
-    rig.document.CapturePoint();
+    rig.call("point.exit");
+    rig.call("point.capture");
     EXPECT_TRUE(rig.pick({2, 0, 0}));
 }
 
 TEST(ZoneRegime, AClickTakesTheZoneIntoTheBlockAndOneOnNothingIsTold) {
     ZoneRig rig;
-    rig.document.CapturePatch();
+    rig.call("patch.capture");
     rig.ui.transcript.clear();
     rig.click({5, 1, 0});
     EXPECT_EQ(rig.ui.count("message: Patch is not selected. Try again"), 1U);

@@ -5,7 +5,6 @@
 #include <cmath>
 
 #include "Desk.h"
-#include "VelmoraDoc.h"
 #include "WindowDriver.h"
 #include "pixel_of.h"
 

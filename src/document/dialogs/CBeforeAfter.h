@@ -12,6 +12,12 @@ struct CBeforeAfter {
 };
 
 /// The form over `values`, which must outlive it.
-DialogForm describe(CBeforeAfter& values);
+inline DialogForm describe(CBeforeAfter& values) {
+    DialogForm form;
+    form.name = "CBeforeAfter";
+    form.title = "Before or After";
+    form.fields = {radioField("choice", values.choice, {"Before", "After"})};
+    return form;
+}
 
 } // namespace velmora

@@ -12,6 +12,12 @@ struct CCompare {
 };
 
 /// The form over `values`, which must outlive it.
-DialogForm describe(CCompare& values);
+inline DialogForm describe(CCompare& values) {
+    DialogForm form;
+    form.name = "CCompare";
+    form.title = "Compare";
+    form.fields = {radioField("target", values.target, {"Second geometry", "Patches outside of zBlock", "File"})};
+    return form;
+}
 
 } // namespace velmora

@@ -17,6 +17,19 @@ struct CConvert_SKL_to_APT {
 };
 
 /// The form over `values`, which must outlive it.
-DialogForm describe(CConvert_SKL_to_APT& values);
+inline DialogForm describe(CConvert_SKL_to_APT& values) {
+    DialogForm form;
+    form.name = "CConvert_SKL_to_APT";
+    form.title = "Convert to APT";
+    form.fields = {
+        integerField("pointCount", "Number of points in sections", values.pointCount, 2, 1000000),
+        radioField("approximation", values.approximation, {"Spline approximation", "Linear approximation"}),
+        checkField("align", "Align lines to their neighbours", values.align),
+    };
+    form.confirm = [&values](DialogForm&) {
+        return refuseTooMany({{"pointCount", values.pointCount, 2, values.room.bytesEach}}, values.room.free);
+    };
+    return form;
+}
 
 } // namespace velmora

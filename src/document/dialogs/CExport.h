@@ -18,7 +18,27 @@ struct CExport {
     ExportOptions options() const;
 };
 
+inline ExportOptions CExport::options() const {
+    ExportOptions options;
+    options.digits = digits;
+    options.binary = binary;
+    options.doublePrecision = precision == 2;
+    options.merge = merge;
+    return options;
+}
+
 /// The form over `values`, which must outlive it.
-DialogForm describe(CExport& values);
+inline DialogForm describe(CExport& values) {
+    DialogForm form;
+    form.name = "CExport";
+    form.title = "Export";
+    form.fields = {
+        integerField("digits", "Digits in text", values.digits, 6, 17),
+        checkField("binary", "Binary, where the format can be", values.binary),
+        radioField("precision", values.precision, {"Single precision", "Double precision"}),
+        checkField("merge", "Merge equal points", values.merge),
+    };
+    return form;
+}
 
 } // namespace velmora

@@ -13,6 +13,15 @@ struct CExtrapolation {
 };
 
 /// The form over `values`, which must outlive it.
-DialogForm describe(CExtrapolation& values);
+inline DialogForm describe(CExtrapolation& values) {
+    DialogForm form;
+    form.name = "CExtrapolation";
+    form.title = "Extrapolation";
+    form.fields = {
+        radioField("kind", values.kind, {"First section", "Last section", "First line", "Last line"}),
+        realField("coefficient", "Coefficient", values.coefficient, 0, 1e6),
+    };
+    return form;
+}
 
 } // namespace velmora

@@ -12,6 +12,13 @@ struct CLast_First_switch {
 };
 
 /// The form over `values`, which must outlive it.
-DialogForm describe(CLast_First_switch& values);
+inline DialogForm describe(CLast_First_switch& values) {
+    DialogForm form;
+    form.name = "CLast_First_switch";
+    form.title = "Last/First switch";
+    form.fields = {radioField("kind", values.kind, {"Make last section the first", "Make last line the first"})};
+    form.notices = {"This option changes normal ", "of the surfaces"};
+    return form;
+}
 
 } // namespace velmora

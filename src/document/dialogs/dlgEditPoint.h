@@ -12,6 +12,12 @@ struct dlgEditPoint {
 };
 
 /// The form over `values`, which must outlive it.
-DialogForm describe(dlgEditPoint& values);
+inline DialogForm describe(dlgEditPoint& values) {
+    DialogForm form;
+    form.name = "dlgEditPoint";
+    form.title = "Edit point";
+    form.fields = {realField("x", "X", values.x), realField("y", "Y", values.y), realField("z", "Z", values.z)};
+    return form;
+}
 
 } // namespace velmora

@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # scripts/bare_machine.sh [--packages] COMMAND...: runs each COMMAND (./run, ./test) on a bare Debian 12 that is made anew:
 # git and bash, and a clone of the last commit; nothing that somebody once installed by hand. So a package that setup.sh
-# does not name is seen here first. With --packages those of build/packages (scripts/packages.sh) are tried there first. Needs root, since the system is a folder that commands run in by chroot; the folder (some
-# gigabytes under $TMPDIR) is removed at the end. A package source that does not answer proves nothing about the
-# project: what needs it is skipped, loudly.
+# does not name is seen here first. With --packages those of build/packages (scripts/packages.sh) are tried there first.
+# Needs root, since the system is a folder that commands run in by chroot; the folder (some gigabytes under $TMPDIR) is
+# removed at the end. A package source that does not answer proves nothing about the project: what needs it is skipped,
+# loudly.
 source "$(dirname "$0")/setup.sh"
 
 packages=

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds the Debian packages into build/packages and looks at them: velmora (the window), velmora-cli (scripts, without Qt
-# and OpenGL), python3-velmora, velmora-doc. scripts/bare_machine.sh with --packages tries them on a bare system.
+# and OpenGL), velmora-readers and velmora-cad (import by libraries of others), python3-velmora, velmora-doc.
+# scripts/bare_machine.sh with --packages tries them on a bare system.
 source "$(dirname "$0")/setup.sh"
 
 install_missing "${build_packages[@]}" "${package_packages[@]}" python3

@@ -143,10 +143,26 @@ std::vector<std::string> argumentsFor(const std::filesystem::path& program, cons
             std::to_string(options.points)};
 }
 
+struct ReaderName {
+    const char* program;
+    const char* package;
+};
+
+ReaderName readerNameOf(const std::string& format) {
+    return format == "step" || format == "iges" ? ReaderName{"velmora-cad-reader", "velmora-cad"}
+                                                : ReaderName{"velmora-reader", "velmora-readers"};
+}
+
 } // namespace
 
-std::filesystem::path readerProgram() {
-    const char* const name = "velmora-reader";
+std::string missingReader(const std::string& format) {
+    const ReaderName name = readerNameOf(format);
+    return std::string("The program ") + name.program + " of the package " + name.package +
+           ", which works on such files, is missing";
+}
+
+std::filesystem::path readerProgram(const std::string& format) {
+    const char* const name = readerNameOf(format).program;
     std::error_code error;
     const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
     // The last one is for programs of others that have this one's library loaded.

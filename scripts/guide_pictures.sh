@@ -26,7 +26,8 @@ if [ "${1-}" = --inside ]; then
     echo "$picture: the script did not come to its end" >&2
     exit 1
   fi
-  convert "$folder/screen.png" ${part:+-crop "$part" +repage} -strip "$picture"
+  # A palette keeps the guide small, which the program carries along.
+  convert "$folder/screen.png" ${part:+-crop "$part" +repage} -strip +dither -colors 240 "png8:$picture"
   exit
 fi
 

@@ -106,7 +106,19 @@ done
 exit 1
 LOOK
 xvfb-run -a bash "$work/look.sh"
-bash -c '. /usr/share/bash-completion/completions/velmora-batch; complete -p velmora-batch' >/dev/null
+
+step "Completion in bash, fish and zsh"
+install fish zsh
+completed=$(bash -c '. /usr/share/bash-completion/completions/velmora-batch
+  COMP_WORDS=(velmora-batch --help-commands line.reb) COMP_CWORD=2
+  _velmora_batch
+  echo "${COMPREPLY[*]}"')
+[ "$completed" = line.rebreak ] || fail "bash completes to: $completed"
+fish -c 'complete -C "velmora-batch --help-commands line.reb"' | says '^line.rebreak'
+fish -c 'complete -C "velmora --obl"' | says '^--oblique'
+for program in velmora velmora-batch; do
+  zsh -n "/usr/share/zsh/vendor-completions/_$program"
+done
 
 step "Removed"
 apt-get purge -y -qq 'velmora*' 'python3-velmora' >/dev/null

@@ -2,8 +2,7 @@
 # scripts/guide_pictures.sh [NAME...]: makes pictures of README and guide anew, all or those named. The first line of
 # scripts/pictures/NAME.script says where the picture goes, how large the screen is, and, if not all of it is kept, which part.
 # The script is run in the window of build/release, and what the screen shows when it has ended is the picture.
-set -euo pipefail
-cd "$(dirname "${BASH_SOURCE[0]}")/.."
+source "$(dirname "$0")/setup.sh"
 
 if [ "${1-}" = --inside ]; then
   folder=$2 picture=$3 part=$4
@@ -31,6 +30,7 @@ if [ "${1-}" = --inside ]; then
   exit
 fi
 
+install_missing "${picture_packages[@]}"
 names=("$@")
 if [ $# -eq 0 ]; then
   mapfile -t names < <(cd scripts/pictures && ls -- *.script | sed 's/\.script$//')
@@ -43,7 +43,7 @@ for name in "${names[@]}"; do
   echo "picture $folder/end.svg" >>"$folder/run.script"
   # A home of its own: nobody's settings, and nobody's are changed.
   HOME=$folder XDG_CONFIG_HOME=$folder XDG_DATA_HOME=$folder XDG_RUNTIME_DIR=$folder \
-    xvfb-run -a -s "-screen 0 ${size}x24" "${BASH_SOURCE[0]}" --inside "$folder" "$picture" "$part" >"$folder/log" 2>&1 ||
+    xvfb-run -a -s "-screen 0 ${size}x24" scripts/guide_pictures.sh --inside "$folder" "$picture" "$part" >"$folder/log" 2>&1 ||
     { cat "$folder/log" >&2; exit 1; }
   rm -rf "$folder"
   echo "$picture"

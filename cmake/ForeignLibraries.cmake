@@ -1,4 +1,4 @@
-# The libraries of others by which velmora-reader reads files. Each kind of file is read where its option is on and its
+# The libraries of others by which the programs of src/reader read files. Each kind of file is read where its option is on and its
 # library is found: VELMORA_READS_... tells.
 
 if(VELMORA_READ_VRML)

@@ -7,6 +7,7 @@ set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
 set(CPACK_PACKAGE_HOMEPAGE_URL "${VELMORA_HOMEPAGE}")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
+set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_CURRENT_LIST_DIR}/strip_comments.cmake")
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ
                                                 WORLD_EXECUTE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -25,14 +26,26 @@ velmora-batch opens surface geometry, grids of patches as well as triangles,
 runs every command of the editor Velmora on it from scripts or for other
 programs, tells what came of each, and saves the result. It needs neither a
 display nor the libraries of a desktop.")
-set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "velmora-readers, velmora-doc, python3-velmora")
+set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "velmora-readers, velmora-cad, velmora-doc, python3-velmora")
 
 set(CPACK_DEBIAN_READERS_PACKAGE_NAME velmora-readers)
 set(CPACK_DEBIAN_READERS_PACKAGE_SECTION science)
-set(CPACK_COMPONENT_READERS_DESCRIPTION "import of VRML, CGNS, STEP and IGES for the editor Velmora
-A program that the surface geometry editor Velmora and its scripts start to
-read files by the libraries of others: VRML and Inventor, CGNS, which it also
-writes, and the CAD formats STEP and IGES.")
+set(CPACK_DEBIAN_READERS_PACKAGE_ENHANCES "velmora, velmora-cli, python3-velmora")
+set(CPACK_COMPONENT_READERS_DESCRIPTION "import of VRML, Inventor and CGNS for the editor Velmora
+A program that the surface geometry editor Velmora, its scripts and its
+Python package start to read files by the libraries of others: VRML and
+Inventor, and CGNS, which it also writes.")
+
+if(TARGET velmora-cad-reader)
+  list(APPEND CPACK_COMPONENTS_ALL cad)
+  set(CPACK_DEBIAN_CAD_PACKAGE_NAME velmora-cad)
+  set(CPACK_DEBIAN_CAD_PACKAGE_SECTION science)
+  set(CPACK_DEBIAN_CAD_PACKAGE_ENHANCES "velmora, velmora-cli, python3-velmora")
+  set(CPACK_COMPONENT_CAD_DESCRIPTION "import of STEP and IGES for the editor Velmora
+A program that the surface geometry editor Velmora, its scripts and its
+Python package start to read files of CAD, STEP and IGES, as triangles or as
+structured patches. The library for that is large, so it is a package apart.")
+endif()
 
 set(CPACK_DEBIAN_DOC_PACKAGE_NAME velmora-doc)
 set(CPACK_DEBIAN_DOC_PACKAGE_SECTION doc)
@@ -49,7 +62,7 @@ if(TARGET velmora)
   set(CPACK_DEBIAN_GUI_PACKAGE_SECTION science)
   set(CPACK_DEBIAN_GUI_PACKAGE_DEPENDS "qt6-qpa-plugins, libqt6svg6, libgl1-mesa-dri")
   set(CPACK_DEBIAN_GUI_PACKAGE_RECOMMENDS "velmora-readers, qt6-wayland, fonts-dejavu-core")
-  set(CPACK_DEBIAN_GUI_PACKAGE_SUGGESTS "velmora-cli, velmora-doc, python3-velmora")
+  set(CPACK_DEBIAN_GUI_PACKAGE_SUGGESTS "velmora-cad, velmora-cli, velmora-doc, python3-velmora")
   set(CPACK_COMPONENT_GUI_DESCRIPTION "editor of the surface geometry of bodies
 Velmora edits the surface geometry of aircraft, ships and any other body:
 structured grids of patches, section by section and point by point, and
@@ -65,7 +78,7 @@ if(TARGET velmora_python)
   set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
   set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
       "python3 (>= 3.${Python3_VERSION_MINOR}), python3 (<< 3.${next_python}), python3-numpy")
-  set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS "velmora-doc, python3-meshio")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS "velmora-readers, velmora-cad, velmora-doc, python3-meshio")
   set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_LIST_DIR}/python/postinst"
                                                 "${CMAKE_CURRENT_LIST_DIR}/python/prerm")
   set(CPACK_COMPONENT_PYTHON_DESCRIPTION "surface geometry in Python: commands, and arrays of numpy

@@ -1,24 +1,29 @@
 #!/usr/bin/env bash
-# scripts/bare_machine.sh [--packages] COMMAND...: runs each COMMAND (./run, ./test) on a bare Debian 12 that is made anew:
+# scripts/bare_machine.sh [--must] [--packages] COMMAND...: runs each COMMAND (./run, ./test) on a bare Debian 12 that is made anew:
 # git and bash, and a clone of the last commit; nothing that somebody once installed by hand. So a package that setup.sh
-# does not name is seen here first. With --packages those of build/packages (scripts/packages.sh) are tried there first. Needs root, since the system is a folder that commands run in by chroot; the folder (some
-# gigabytes under $TMPDIR) is removed at the end. A package source that does not answer proves nothing about the
-# project: what needs it is skipped, loudly.
+# does not name is seen here first. With --packages those of build/packages (scripts/packages.sh) are tried there first.
+# Needs root, since the system is a folder that commands run in by chroot; the folder (some gigabytes under $TMPDIR) is
+# removed at the end. A package source that does not answer proves nothing about the project: what needs it is skipped,
+# loudly; with --must that is a failure, as nothing was proved.
 source "$(dirname "$0")/setup.sh"
 
-packages=
-if [ "${1:-}" = --packages ]; then
-  packages=build/packages
+packages='' status_of_skip=0
+while :; do
+  case ${1:-} in
+    --packages) packages=build/packages ;;
+    --must) status_of_skip=1 ;;
+    *) break ;;
+  esac
   shift
-fi
+done
 if [ "$(id -u)" -ne 0 ] || { [ $# -eq 0 ] && [ -z "$packages" ]; }; then
-  echo "Usage, as root: scripts/bare_machine.sh [--packages] COMMAND..." >&2
+  echo "Usage, as root: scripts/bare_machine.sh [--must] [--packages] COMMAND..." >&2
   exit 2
 fi
 
 skip() {
   echo "!! SKIPPED, nothing was proved: $1" >&2
-  exit 0
+  exit "$status_of_skip"
 }
 
 clean_up() {

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds the Debian packages into build/packages and looks at them: velmora (the window), velmora-cli (scripts, without Qt
-# and OpenGL), python3-velmora, velmora-doc. scripts/bare_machine.sh with --packages tries them on a bare system.
+# and OpenGL), velmora-readers and velmora-cad (import by libraries of others), python3-velmora, velmora-doc.
+# scripts/bare_machine.sh with --packages tries them on a bare system.
 source "$(dirname "$0")/setup.sh"
 
 install_missing "${build_packages[@]}" "${package_packages[@]}" python3
@@ -18,5 +19,5 @@ for page in "$made"/*.1.gz; do
   warnings=$(LC_ALL=C.UTF-8 MANWIDTH=80 man --warnings -l "$page" 2>&1 >/dev/null)
   [ -z "$warnings" ] || { echo "$page: $warnings" >&2; exit 1; }
 done
-lintian --fail-on error,warning --allow-root build/packages/*.deb
+lintian --display-info --fail-on error,warning,info --allow-root build/packages/*.deb
 ls -l build/packages

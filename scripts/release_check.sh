@@ -25,5 +25,5 @@ for package in build/packages/*.deb; do
   [ "$(dpkg-deb -f "$package" Version)" = "$version" ] || { echo "$package has another version" >&2; exit 1; }
 done
 say "a bare system"
-scripts/bare_machine.sh --packages ./run
+scripts/bare_machine.sh --must --packages ./run
 say "ready: git tag v$version"

@@ -5,6 +5,8 @@ set -euo pipefail
 folder=$(realpath "${1:?the folder of the packages}")
 export DEBIAN_FRONTEND=noninteractive
 examples=/usr/share/doc/velmora-doc/examples
+tests=$(realpath "$(dirname "$0")/../tests")
+work=$(mktemp -d)
 
 step() { echo "== $*"; }
 fail() {
@@ -14,6 +16,11 @@ fail() {
 # says WHAT: the input has a line with it. All of it is read, so that the writer ends well.
 says() { grep -- "$1" >/dev/null; }
 
+# install FILE...: by apt, without what is only recommended, so that each package proves that it names all it needs.
+install() { apt-get install -y -qq --no-install-recommends -o Dpkg::Use-Pty=0 "$@" >/dev/null; }
+# imports FILE: a box of twelve triangles and a script's way to see how many came.
+imports() { velmora-batch -c "run file.import file=$1" -c 'print report' 2>&1; }
+
 # What stands outside of what changes by itself, with a line for each file.
 traces() {
   find / -xdev \( -path /proc -o -path /sys -o -path /tmp -o -path /velmora -o -path "$folder" -o -path /var/cache -o \
@@ -22,7 +29,7 @@ traces() {
 
 apt-get update -qq
 step "The headless package alone: no desktop, no OpenGL"
-apt-get install -y -qq --no-install-recommends -o Dpkg::Use-Pty=0 "$folder"/velmora-cli_*.deb >/dev/null
+install "$folder"/velmora-cli_*.deb
 [ "$(velmora-batch --version)" = "velmora-batch $(dpkg-query -W -f '${Version}' velmora-cli)" ]
 if dpkg-query -W -f '${Package}\n' | grep -E '^(libqt[56]|libgl1|libglu1|libopengl0|libx11)'; then
   fail "the headless package brings libraries of the desktop"
@@ -31,15 +38,37 @@ if ldd /usr/bin/velmora-batch | says 'not found'; then
   fail "velmora-batch lacks a library"
 fi
 
+step "Files of others: each package of readers brings its own kind, and without it the reason names it"
+foreign=$work/foreign
+mkdir "$foreign"
+cp "$tests/data/box.step" "$foreign"
+cat >"$foreign/triangle.wrl" <<'VRML'
+#VRML V1.0 ascii
+Separator {
+  Coordinate3 { point [ 0 0 0, 1 0 0, 0 1 0 ] }
+  IndexedFaceSet { coordIndex [ 0, 1, 2, -1 ] }
+}
+VRML
+imports "$foreign/box.step" | says 'of the package velmora-cad,'
+install "$folder"/velmora-readers_*.deb
+imports "$foreign/box.step" | says 'of the package velmora-cad,'
+imports "$foreign/triangle.wrl" | says '"triangles":1,'
+velmora-batch --strict -c "run file.import file=$foreign/triangle.wrl" -c "run file.export file=$foreign/triangle.cgns" >/dev/null
+imports "$foreign/triangle.cgns" | says '"triangles":1,'
+if dpkg-query -W -f '${Package}\n' | grep '^libocct'; then
+  fail "the readers bring the library for CAD"
+fi
+install "$folder"/velmora-cad_*.deb
+imports "$foreign/box.step" | says '"triangles":12,'
+
 step "All of them"
 # What looks at the result comes too: man, the desktop's tools, a display to open a window on.
-apt-get install -y -qq --no-install-recommends -o Dpkg::Use-Pty=0 man-db xdg-utils libfile-mimeinfo-perl xvfb xauth openbox xdotool >/dev/null
+install man-db xdg-utils libfile-mimeinfo-perl xvfb xauth openbox xdotool
 # Minimal systems leave out the manual and the documents of packages.
 rm -f /etc/dpkg/dpkg.cfg.d/docker /etc/dpkg/dpkg.cfg.d/excludes
-apt-get install -y -qq --no-install-recommends -o Dpkg::Use-Pty=0 "$folder"/*.deb >/dev/null
+install "$folder"/*.deb
 
 step "Scripts"
-work=$(mktemp -d)
 cp -r "$examples" "$work"
 cd "$work/examples"
 velmora-batch --strict -c 'open wing.apt' -c 'run line.inputSection patch=1 section=1' \
@@ -56,6 +85,12 @@ man velmora-batch | says 'line.rebreak'
 step "Python"
 python3 -c 'import velmora; m = velmora.open("wing.apt"); assert m.patches[0].shape == (25, 61, 3); print(velmora.__version__)'
 python3 python/finer_wing.py wing.apt finer.apt
+python3 - "$foreign/box.step" <<'PYTHON'
+import sys, velmora
+m = velmora.Model()
+m.run("file.import", file=sys.argv[1])
+assert m.report()["triangles"] == 12
+PYTHON
 
 step "The desktop"
 [ "$(velmora --version)" = "Velmora $(dpkg-query -W -f '${Version}' velmora)" ]
@@ -71,7 +106,19 @@ done
 exit 1
 LOOK
 xvfb-run -a bash "$work/look.sh"
-bash -c '. /usr/share/bash-completion/completions/velmora-batch; complete -p velmora-batch' >/dev/null
+
+step "Completion in bash, fish and zsh"
+install fish zsh
+completed=$(bash -c '. /usr/share/bash-completion/completions/velmora-batch
+  COMP_WORDS=(velmora-batch --help-commands line.reb) COMP_CWORD=2
+  _velmora_batch
+  echo "${COMPREPLY[*]}"')
+[ "$completed" = line.rebreak ] || fail "bash completes to: $completed"
+fish -c 'complete -C "velmora-batch --help-commands line.reb"' | says '^line.rebreak'
+fish -c 'complete -C "velmora --obl"' | says '^--oblique'
+for program in velmora velmora-batch; do
+  zsh -n "/usr/share/zsh/vendor-completions/_$program"
+done
 
 step "Removed"
 apt-get purge -y -qq 'velmora*' 'python3-velmora' >/dev/null

@@ -95,8 +95,10 @@ bool exportCgns(const std::filesystem::path& path, const ExchangeView& model, co
     count(model, zones, outcome.record.counts);
     const PrivateFolder folder;
     const std::filesystem::path made = folder.path() / "model.cgns";
+    const std::string format = "cgns";
+    const std::filesystem::path program = readerProgram(format);
     const ChildEnd end =
-        folder.path().empty() ? ChildEnd::Died : writeInChild(readerProgram(), "cgns", made, [&](ForeignWriter& out) {
+        folder.path().empty() ? ChildEnd::Died : writeInChild(program, format, made, [&](ForeignWriter& out) {
             if (!options.doublePrecision) {
                 out.singlePrecision();
             }
@@ -104,8 +106,8 @@ bool exportCgns(const std::filesystem::path& path, const ExchangeView& model, co
             writeZones(zones, out);
         });
     if (end != ChildEnd::Whole) {
-        outcome.problem = end == ChildEnd::NoProgram ? "The program velmora-reader, which writes such files, is missing"
-                                                     : "The writer of such files failed at this model";
+        outcome.problem =
+            end == ChildEnd::NoProgram ? missingReader(format) : "The writer of such files failed at this model";
         return false;
     }
     const FileBytes bytes(made, report);

@@ -19,10 +19,10 @@ bool isGrid(const std::variant<ForeignGrid, FileMesh>& part) {
     return std::holds_alternative<ForeignGrid>(part);
 }
 
-const char* reasonOf(ChildEnd end) {
+std::string reasonOf(ChildEnd end, const std::string& format) {
     switch (end) {
     case ChildEnd::NoProgram:
-        return "The program velmora-reader, which reads such files, is missing";
+        return missingReader(format);
     case ChildEnd::Refused:
         return "The file is damaged, or of another kind than its name says";
     case ChildEnd::OutOfMemory:
@@ -156,12 +156,12 @@ void importForeign(const std::string& format, const std::filesystem::path& path,
                    ExchangeModel& model, FileRead& record, const ReportProgress& report) {
     record.format = format;
     ForeignFile file;
-    const ChildEnd end = readInChild(readerProgram(), format, path, options, file, report);
+    const ChildEnd end = readInChild(readerProgram(format), format, path, options, file, report);
     if (end == ChildEnd::Whole) {
         takeForeign(std::move(file), options, model, record, report);
         return;
     }
-    record.losesGeometry(reasonOf(end));
+    record.losesGeometry(reasonOf(end, format));
     takeForeign({}, options, model, record);
 }
 

@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
@@ -143,16 +144,44 @@ std::vector<std::string> argumentsFor(const std::filesystem::path& program, cons
             std::to_string(options.points)};
 }
 
+struct ReaderName {
+    const char* program;
+    const char* package;
+};
+
+ReaderName readerNameOf(const std::string& format) {
+    return format == "step" || format == "iges" ? ReaderName{"velmora-cad-reader", "velmora-cad"}
+                                                : ReaderName{"velmora-reader", "velmora-readers"};
+}
+
+/// The folder of the library that holds this code: of the Python module, say, which another program has loaded. Empty
+/// for a program that was started by a name alone, which says nothing of a folder.
+std::filesystem::path folderOfThisCode() {
+    static const char inHere = 0;
+    Dl_info info{};
+    if (::dladdr(&inHere, &info) == 0 || info.dli_fname == nullptr || info.dli_fname[0] != '/') {
+        return {};
+    }
+    return std::filesystem::path(info.dli_fname).parent_path();
+}
+
 } // namespace
 
-std::filesystem::path readerProgram() {
-    const char* const name = "velmora-reader";
+std::string missingReader(const std::string& format) {
+    const ReaderName name = readerNameOf(format);
+    return std::string("The program ") + name.program + " of the package " + name.package +
+           ", which works on such files, is missing";
+}
+
+std::filesystem::path readerProgram(const std::string& format) {
+    const char* const name = readerNameOf(format).program;
     std::error_code error;
     const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
-    // The last one is for programs of others that have this one's library loaded.
-    for (const std::filesystem::path& place : {folder / name, folder.parent_path() / "libexec/velmora" / name,
-                                               std::filesystem::path(VELMORA_LIBEXEC) / name}) {
-        if (::access(place.c_str(), X_OK) == 0) {
+    const std::filesystem::path own = folderOfThisCode();
+    for (const std::filesystem::path& place :
+         {own.empty() ? own : own / name, folder / name, folder.parent_path() / "libexec/velmora" / name,
+          std::filesystem::path(VELMORA_LIBEXEC) / name}) {
+        if (!place.empty() && ::access(place.c_str(), X_OK) == 0) {
             return place;
         }
     }

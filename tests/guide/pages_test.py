@@ -1,5 +1,5 @@
 """pages_test.py PROGRAM ROOT: the reference page names each kind of line, printed value, event and exit status that there is,
-and CHANGELOG.md begins with the version that the program has."""
+CHANGELOG.md begins with the version that the program has, and the scripts of pictures run and make pictures that are shown."""
 
 import json
 import re
@@ -11,6 +11,21 @@ from pathlib import Path
 def error_of(program, line):
     done = subprocess.run([program, "--json", "-c", line], capture_output=True, text=True, check=False)
     return json.loads(done.stdout.splitlines()[-1])["text"]
+
+
+def picture_faults(program, root):
+    pages = [page.read_text() for page in (root / "docs/guide").glob("*.md")] + [(root / "README.md").read_text()]
+    scripts = sorted((root / "scripts/pictures").glob("*.script"))
+    assert scripts
+    for script in scripts:
+        picture = root / script.read_text().split(maxsplit=2)[1]
+        if not picture.is_file():
+            yield f"{script.name} names {picture}, which is not there"
+        if not any(f"/{picture.name})" in page for page in pages):
+            yield f"no page shows {picture.name}"
+        done = subprocess.run([program, script], cwd=root, capture_output=True, text=True, check=False)
+        if done.returncode != 0:
+            yield f"{script.name}: {done.stdout.splitlines()[-1:]}"
 
 
 def main(program, root):
@@ -43,6 +58,7 @@ def main(program, root):
     newest = re.search(r"^## (\S+)", (Path(root) / "CHANGELOG.md").read_text(), re.M)[1]
     if newest != version:
         faults.append(f"CHANGELOG.md begins with {newest}, and the program is {version}")
+    faults += picture_faults(program, Path(root))
     print("\n".join(faults) or "the page tells of all")
     return 1 if faults else 0
 

@@ -124,8 +124,13 @@ class Checks:
         nose, middle = self.patches("closed.apt")[:2]
         assert (middle[0] == nose[-1]).all() and (nose == self.body[0]).all()
 
-    def join_a_wing_to_a_body(self, events):
+    def join_a_wing_to_a_body_and_cut_away_what_lies_inside(self, events):
         body, wing = self.patches("joint.apt")
+        # The middle of the body is an ellipse of 48 chords, which lie inside of it by a 230th at most.
+        (upper,) = self.patches("upper.apt")
+        sides = self.body[1].max(axis=(0, 1))[1:]
+        inside, left = (((patch[..., 1:] / sides) ** 2).sum(axis=-1).min() for patch in (upper, wing))
+        assert inside < 0.5 and left > 1 - 1 / 230
         ends = body.reshape(-1, 3)
         for section in wing:
             assert min(np.linalg.norm(ends - end, axis=1).min() for end in (section[0], section[-1])) < 1e-9

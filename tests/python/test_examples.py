@@ -1,5 +1,6 @@
 """The example scripts do what the scripts of the same names do."""
 
+import os
 import subprocess
 import sys
 
@@ -36,3 +37,13 @@ def test_the_wing_begins_where_the_body_ends(examples):
     for section in wing:
         nearest = min(np.linalg.norm(ends - end, axis=1).min() for end in (section[0], section[-1]))
         assert nearest < 1e-9
+
+
+def test_the_program_is_driven_until_the_steps_are_short_enough(examples):
+    said = run(examples, "drive_batch.py", os.environ["VELMORA_BATCH"], examples / "wing.apt", "0.03", "even.apt")
+    counts = [int(line.split()[0]) for line in said.splitlines()]
+    assert counts[0] == 121 and all(after == 2 * before - 1 for before, after in zip(counts, counts[1:]))
+    grid = velmora.open("even.apt").patches[0]
+    assert grid.shape == (25, counts[-1], 3)
+    steps = np.linalg.norm(np.diff(grid[0], axis=0), axis=1)
+    assert 0.03 / 2 < steps.max() <= 0.03 and np.allclose(steps, steps[0], rtol=0.02)

@@ -1,6 +1,5 @@
 """Geometry out of a model and into it."""
 
-import statistics
 import time
 
 import numpy as np
@@ -133,22 +132,22 @@ def test_triangles_of_patches_are_those_of_the_report(plate_model):
     assert zone.triangles[0].tolist() == [0, 5, 6] and zone.triangles[1].tolist() == [0, 6, 1]
 
 
-def test_other_libraries_take_the_arrays_in_one_line(plate_model):
-    meshio = pytest.importorskip("meshio")
-    vertices, triangles, *_ = plate_model.triangles()
-    meshio.Mesh(vertices, [("triangle", triangles)]).write("plate.vtk")
-    back = meshio.read("plate.vtk")
-    assert (back.points == vertices).all() and (back.cells_dict["triangle"] == triangles).all()
+def seconds_of_a_look(model):
+    """The work of this thread alone: others that are busy too do not count."""
+    begin = time.thread_time()
+    (patch,) = model.patches
+    seconds = time.thread_time() - begin
+    assert patch.size == 600_000
+    return seconds
 
 
-def test_two_hundred_thousand_points_are_read_in_a_millisecond_at_the_second_look():
+def test_two_hundred_thousand_points_are_read_in_a_millisecond_and_again_in_much_less():
     model = velmora.Model()
-    model.set_patches([plate(400, 500)])
-    model.patches
-    times = []
-    for _ in range(20):
-        begin = time.perf_counter()
-        patches = model.patches
-        times.append(time.perf_counter() - begin)
-    assert patches[0].size == 600_000
-    assert statistics.median(times) < 1e-3
+    points = plate(400, 500)
+    first, second = [], []
+    for _ in range(12):
+        model.set_patches([points])
+        first.append(seconds_of_a_look(model))
+        second.append(seconds_of_a_look(model))
+    assert min(first) < 1e-3
+    assert min(second) < 1e-4

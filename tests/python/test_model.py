@@ -223,3 +223,14 @@ def test_two_models_know_nothing_of_each_other(examples, plate_model):
 def test_a_view_without_a_size_is_refused():
     with pytest.raises(ValueError):
         velmora.Model(size=(0, 600))
+
+
+def test_a_file_is_read_by_a_library_of_others(own_folder):
+    model = velmora.Model()
+    model.set_patches([plate(3, 4)])
+    report = model.run("file.export", file="plate.cgns")
+    if report.messages and "cannot be saved" in report.messages[0].text:
+        pytest.skip("built without the library for CGNS")
+    other = velmora.Model()
+    other.run("file.import", file="plate.cgns")
+    assert (other.patches[0] == plate(3, 4)).all()

@@ -185,8 +185,27 @@ TEST_F(ReadingChild, NoMoreIsTakenThanTheMemoryIsFor) {
 }
 
 TEST_F(ReadingChild, TheRealOneStandsBesideThisProgram) {
-    EXPECT_FALSE(readerProgram().empty());
-    EXPECT_EQ(readInChild(readerProgram(), "no such format", folder_ / "a", options_, file_, {}), ChildEnd::Refused);
+    EXPECT_FALSE(readerProgram("cgns").empty());
+    EXPECT_EQ(readInChild(readerProgram("cgns"), "no such format", folder_ / "a", options_, file_, {}),
+              ChildEnd::Refused);
+}
+
+#ifdef VELMORA_READS_CAD
+TEST_F(ReadingChild, CadHasAProgramOfItsOwnAndNeitherTakesTheOthersFiles) {
+    EXPECT_EQ(readerProgram("step").filename(), "velmora-cad-reader");
+    EXPECT_EQ(readerProgram("iges"), readerProgram("step"));
+    EXPECT_EQ(readerProgram("vrml2").filename(), "velmora-reader");
+    const std::filesystem::path file = test::writeFileText(folder_ / "a", "");
+    EXPECT_EQ(readInChild(readerProgram("cgns"), "step", file, options_, file_, {}), ChildEnd::Refused);
+    EXPECT_EQ(readInChild(readerProgram("step"), "cgns", file, options_, file_, {}), ChildEnd::Refused);
+}
+#endif
+
+TEST_F(ReadingChild, WhatIsToldWhenItIsMissingNamesTheProgramAndItsPackage) {
+    EXPECT_EQ(missingReader("iges"),
+              "The program velmora-cad-reader of the package velmora-cad, which works on such files, is missing");
+    EXPECT_EQ(missingReader("cgns"),
+              "The program velmora-reader of the package velmora-readers, which works on such files, is missing");
 }
 
 } // namespace

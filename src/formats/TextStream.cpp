@@ -10,8 +10,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "NumbersAhead.h"
 #include "characters.h"
 #include "number_token.h"
+#include "parallel.h"
 
 namespace velmora {
 
@@ -41,13 +43,24 @@ int openForReading(const std::filesystem::path& path, std::int64_t& size, FileId
     return descriptor;
 }
 
+/// Whether the numbers of a file of that size are converted ahead.
+bool isReadAhead(std::int64_t size) {
+    return size >= aheadSizes().leastFile && threadCount() > 1;
+}
+
 } // namespace
 
 TextStream::TextStream(const std::filesystem::path& path, std::size_t blockSize)
-    : descriptor_(openForReading(path, size_, identity_)), blockSize_(std::max<std::size_t>(blockSize, 1)),
+    : descriptor_(openForReading(path, size_, identity_)),
+      blockSize_(isReadAhead(size_) ? aheadSizes().block : std::max<std::size_t>(blockSize, 1)),
       block_(std::make_unique_for_overwrite<char[]>(blockSize_ + 1)), cursor_(block_.get()), end_(block_.get()) {
     block_[0] = '\0';
     fail_ = !isOpen();
+    if (isOpen() && isReadAhead(size_)) {
+        ahead_ = std::make_unique<NumbersAhead>();
+        pieceAhead_ = aheadSizes().piece;
+        numbersBefore_ = aheadSizes().numbersBefore;
+    }
 }
 
 TextStream::~TextStream() {
@@ -67,6 +80,7 @@ bool TextStream::refill() {
         readFailed_ = readFailed_ || (count < 0 && isOpen());
         return false;
     }
+    forgetNumbers();
     blockStart_ += end_ - block_.get();
     block_[static_cast<std::size_t>(count)] = '\0';
     cursor_ = block_.get();
@@ -75,6 +89,25 @@ bool TextStream::refill() {
         reportPosition();
     }
     return true;
+}
+
+void TextStream::forgetNumbers() {
+    numbersTaken_ = 0;
+    if (ahead_ != nullptr) {
+        ahead_->clear();
+    }
+}
+
+/// Whether the block's numbers are converted. They are once so many were taken one by one that more must follow: who
+/// counts lines takes few.
+bool TextStream::hasNumbersAhead() {
+    if (ahead_ == nullptr) {
+        return false;
+    }
+    if (!ahead_->isReady() && ++numbersTaken_ > numbersBefore_) {
+        ahead_->convert(block_.get(), static_cast<std::size_t>(end_ - block_.get()), pieceAhead_);
+    }
+    return ahead_->isReady();
 }
 
 void TextStream::reportTo(ReportProgress report, double from, double to) {
@@ -103,6 +136,7 @@ void TextStream::seek(std::int64_t position) {
     if (inBlock >= 0 && inBlock <= end_ - block_.get()) {
         cursor_ = block_.get() + inBlock;
     } else if (position >= 0 && ::lseek(descriptor_, position, SEEK_SET) == position) {
+        forgetNumbers();
         blockStart_ = position;
         cursor_ = end_ = block_.get();
         block_[0] = '\0';
@@ -236,6 +270,14 @@ bool TextStream::readInt(std::int32_t& value) {
     while (isSpace(*start)) { // the NUL behind the block stops it
         ++start;
     }
+    if (hasNumbersAhead()) {
+        const NumbersAhead::Number* const found = ahead_->at(static_cast<std::size_t>(start - block_.get()));
+        if (found != nullptr && found->whole && good()) {
+            cursor_ = start + found->length;
+            value = static_cast<std::int32_t>(found->value);
+            return true;
+        }
+    }
     start += *start == '+' && isDigit(start[1]) ? 1 : 0;
     std::int32_t number = 0;
     const auto [stop, error] = std::from_chars(start, end_, number);
@@ -273,6 +315,17 @@ bool TextStream::readDouble(double& value) {
     const char* start = cursor_;
     while (isSpace(*start)) { // the NUL behind the block stops it
         ++start;
+    }
+    if (hasNumbersAhead()) {
+        const NumbersAhead::Number* const found = ahead_->at(static_cast<std::size_t>(start - block_.get()));
+        if (found != nullptr && good()) {
+            cursor_ = start + found->length;
+            if (*cursor_ > ' ' && beginsNumber(*cursor_)) {
+                noteJoined();
+            }
+            value = found->value;
+            return true;
+        }
     }
     const char* const firstDigit = start + (isSign(*start) ? 1 : 0);
     if (isDigit(*firstDigit) || *firstDigit == '.') {

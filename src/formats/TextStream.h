@@ -13,8 +13,11 @@
 
 namespace velmora {
 
+class NumbersAhead;
+
 /// A text file that is read as an input file stream in the C locale reads it, at the speed of std::from_chars and
-/// memchr. The file passes through one block; it is never held whole.
+/// memchr. The file passes through one block; it is never held whole. The numbers of a block of a large file are
+/// converted by all threads, which changes nothing but the time.
 ///
 /// The states are a stream's: `eof` once a read has run into the end of the file, also a successful one that ended
 /// there; `fail` once a read did not get what it wanted. A read on a stream that is not good takes nothing and fails.
@@ -99,6 +102,8 @@ private:
     int getSlowly();
     int peekSlowly();
     bool refill();
+    void forgetNumbers();
+    bool hasNumbersAhead();
     void reportPosition();
     bool beginToken();
     bool failToken();
@@ -126,6 +131,10 @@ private:
     std::int64_t joinedNumbers_ = 0;
     std::int64_t firstJoinedNumber_ = 0;
     std::string token_;
+    std::unique_ptr<NumbersAhead> ahead_;
+    std::size_t pieceAhead_ = 0;
+    std::int32_t numbersBefore_ = 0;
+    std::int32_t numbersTaken_ = 0; ///< of the block, one by one
     ReportProgress report_;
     double reportFrom_ = 0.0;
     double reportTo_ = 1.0;

@@ -3,16 +3,15 @@
 #include <cstddef>
 #include <cstdlib>
 
-#include "NumbersAhead.h"
+#include "BlocksAhead.h"
 
 namespace velmora::test {
 
-/// While it lives, the numbers of every file are converted ahead by so many threads, in blocks of `block` bytes and
-/// pieces of `piece`, from the first number of a block on.
+/// While it lives, every file is read ahead by so many threads, in blocks of `block` bytes, from its first number on.
 class ReadAheadScope {
 public:
-    ReadAheadScope(const char* threads, std::size_t block, std::size_t piece) : before_(aheadSizes()) {
-        aheadSizes() = {0, block, piece, 0};
+    ReadAheadScope(const char* threads, std::size_t block) : before_(aheadSizes()) {
+        aheadSizes() = {0, block, 0};
         ::setenv("VELMORA_THREADS", threads, 1);
     }
     ~ReadAheadScope() {

@@ -60,14 +60,16 @@ endfunction()
 #
 # Makes velmora_<name> with its own folder as the only include root it adds, so that a file can include
 # only what stands in its own folder or in the folders that it declares as dependencies. FOLDERS names subfolders that
-# are include roots too: an include names the file alone, wherever it stands. PRECOMPILE names headers that are
+# are include roots too: an include names the file alone, wherever it stands. USES names dependencies of the sources
+# alone, whose headers those that depend on the library do not see. PRECOMPILE names headers that are
 # precompiled for it instead of the common ones.
 function(velmora_add_library name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;DEPENDS;FOLDERS;PRECOMPILE")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;DEPENDS;USES;FOLDERS;PRECOMPILE")
   add_library(velmora_${name} STATIC ${arg_SOURCES})
   list(TRANSFORM arg_FOLDERS PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
   target_include_directories(velmora_${name} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}" ${arg_FOLDERS})
   velmora_link(velmora_${name} PUBLIC ${arg_DEPENDS})
+  velmora_link(velmora_${name} PRIVATE ${arg_USES})
   target_link_libraries(velmora_${name} PUBLIC velmora_options)
   if(arg_PRECOMPILE)
     target_precompile_headers(velmora_${name} PRIVATE ${VELMORA_COMMON_HEADERS} ${arg_PRECOMPILE})

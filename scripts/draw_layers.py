@@ -32,9 +32,9 @@ def library_of(lists, text):
     words = re.sub(r"#.*", "", declared[2]).split()
     used, keyword = [], ""
     for word in words:
-        if word in ("SOURCES", "DEPENDS", "FOLDERS", "PRECOMPILE"):
+        if word in ("SOURCES", "DEPENDS", "USES", "FOLDERS", "PRECOMPILE"):
             keyword = word
-        elif keyword == "DEPENDS":
+        elif keyword in ("DEPENDS", "USES"):
             used.append(word)
     foreign = sorted({word.split("::")[0] for word in used if "::" in word})
     programs = re.findall(r"add_executable\((\S+)", text)

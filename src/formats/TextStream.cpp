@@ -10,8 +10,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "BlocksAhead.h"
 #include "characters.h"
 #include "number_token.h"
+#include "parallel.h"
 
 namespace velmora {
 
@@ -41,40 +43,82 @@ int openForReading(const std::filesystem::path& path, std::int64_t& size, FileId
     return descriptor;
 }
 
+/// Whether a file of that size is read ahead.
+bool isReadAhead(std::int64_t size) {
+    return size >= aheadSizes().leastFile && threadCount() > 1;
+}
+
 } // namespace
 
 TextStream::TextStream(const std::filesystem::path& path, std::size_t blockSize)
-    : descriptor_(openForReading(path, size_, identity_)), blockSize_(std::max<std::size_t>(blockSize, 1)),
+    : descriptor_(openForReading(path, size_, identity_)),
+      blockSize_(isReadAhead(size_) ? aheadSizes().block : std::max<std::size_t>(blockSize, 1)),
       block_(std::make_unique_for_overwrite<char[]>(blockSize_ + 1)), cursor_(block_.get()), end_(block_.get()) {
     block_[0] = '\0';
     fail_ = !isOpen();
+    mayReadAhead_ = isOpen() && isReadAhead(size_);
 }
 
 TextStream::~TextStream() {
+    ahead_.reset(); // it reads
     if (isOpen()) {
         ::close(descriptor_);
     }
 }
 
-// Called with the block used up. At the end of the file the block stays, for what is sought back in it. A read error
-// ends the stream as the end of the file does, but is remembered: what stands behind it is not known.
-bool TextStream::refill() {
+// The next bytes of the file into the block; 0 at its end, where the block stays. A read error ends the stream as the
+// end of the file does, but is remembered: what stands behind it is not known.
+std::size_t TextStream::readBlock() {
+    if (ahead_ != nullptr) {
+        const std::size_t size = ahead_->next(block_);
+        readFailed_ = readFailed_ || ahead_->readFailed();
+        return size;
+    }
     ssize_t count = 0;
     do {
         count = ::read(descriptor_, block_.get(), blockSize_);
     } while (count < 0 && errno == EINTR);
-    if (count <= 0) {
-        readFailed_ = readFailed_ || (count < 0 && isOpen());
+    readFailed_ = readFailed_ || (count < 0 && isOpen());
+    return count > 0 ? static_cast<std::size_t>(count) : 0;
+}
+
+// Called with the block used up. At the end of the file the block stays, for what is sought back in it.
+bool TextStream::refill() {
+    const std::ptrdiff_t before = end_ - block_.get();
+    const std::size_t count = readBlock();
+    if (count == 0) {
         return false;
     }
-    blockStart_ += end_ - block_.get();
-    block_[static_cast<std::size_t>(count)] = '\0';
+    blockStart_ += before;
+    block_[count] = '\0';
     cursor_ = block_.get();
     end_ = cursor_ + count;
+    numbersTaken_ = 0;
     if (report_) {
         reportPosition();
     }
     return true;
+}
+
+/// The number that begins at `start`, if it was converted ahead. Reading ahead begins once so many numbers of a block
+/// were taken one by one that more must follow: who counts lines takes few.
+const NumberAhead* TextStream::numberAhead(const char* start) {
+    if (ahead_ != nullptr) {
+        return ahead_->at(static_cast<std::size_t>(start - block_.get()));
+    }
+    if (mayReadAhead_ && ++numbersTaken_ > aheadSizes().numbersBefore) {
+        beginAhead();
+    }
+    return nullptr;
+}
+
+void TextStream::beginAhead() {
+    constexpr std::size_t mostHelpers = 7; // more than one reader can follow
+    mayReadAhead_ = false;
+    ahead_ = std::make_unique<BlocksAhead>(descriptor_, blockSize_, std::min(threadCount() - 1, mostHelpers));
+    if (!ahead_->hasHelpers()) {
+        ahead_.reset();
+    }
 }
 
 void TextStream::reportTo(ReportProgress report, double from, double to) {
@@ -94,6 +138,13 @@ void TextStream::reportPosition() {
     }
 }
 
+/// The file goes elsewhere; what was read ahead is of no use there, and nothing is read ahead from then on.
+bool TextStream::seekFile(std::int64_t position) {
+    ahead_.reset();
+    mayReadAhead_ = false;
+    return ::lseek(descriptor_, position, SEEK_SET) == position;
+}
+
 void TextStream::seek(std::int64_t position) {
     eof_ = false;
     if (fail_) {
@@ -102,7 +153,7 @@ void TextStream::seek(std::int64_t position) {
     const std::int64_t inBlock = position - blockStart_;
     if (inBlock >= 0 && inBlock <= end_ - block_.get()) {
         cursor_ = block_.get() + inBlock;
-    } else if (position >= 0 && ::lseek(descriptor_, position, SEEK_SET) == position) {
+    } else if (position >= 0 && seekFile(position)) {
         blockStart_ = position;
         cursor_ = end_ = block_.get();
         block_[0] = '\0';
@@ -236,6 +287,11 @@ bool TextStream::readInt(std::int32_t& value) {
     while (isSpace(*start)) { // the NUL behind the block stops it
         ++start;
     }
+    if (const NumberAhead* const found = numberAhead(start); found != nullptr && found->whole && good()) {
+        cursor_ = start + found->length;
+        value = static_cast<std::int32_t>(found->value);
+        return true;
+    }
     start += *start == '+' && isDigit(start[1]) ? 1 : 0;
     std::int32_t number = 0;
     const auto [stop, error] = std::from_chars(start, end_, number);
@@ -273,6 +329,14 @@ bool TextStream::readDouble(double& value) {
     const char* start = cursor_;
     while (isSpace(*start)) { // the NUL behind the block stops it
         ++start;
+    }
+    if (const NumberAhead* const found = numberAhead(start); found != nullptr && good()) {
+        cursor_ = start + found->length;
+        if (*cursor_ > ' ' && beginsNumber(*cursor_)) {
+            noteJoined();
+        }
+        value = found->value;
+        return true;
     }
     const char* const firstDigit = start + (isSign(*start) ? 1 : 0);
     if (isDigit(*firstDigit) || *firstDigit == '.') {

@@ -2,19 +2,27 @@
 
 #include <cmath>
 
+#include "parallel.h"
+
 namespace velmora {
 
 namespace {
 
+constexpr std::size_t sectionsOfChunk = 8;
+constexpr std::size_t nodesOfChunk = 512;
+
+/// Takes one distance after the other.
 class Comparer {
 public:
-    Comparer(const NearestTree& surface, const std::vector<bool>& chosen) : surface_(surface) {
-        result_.chosen = chosen;
+    explicit Comparer(const std::vector<bool>& chosen) { result_.chosen = chosen; }
+
+    /// Room for the distances of more points, which the caller fills in before they are added.
+    double* room(std::size_t points) {
+        result_.values.resize(result_.values.size() + points);
+        return result_.values.data() + result_.values.size() - points;
     }
 
-    void add(const zVec<double>& point, const ComparedPlace& at) {
-        const double value = surface_.distanceFrom(point);
-        result_.values.push_back(value);
+    void add(double value, const ComparedPlace& at) {
         result_.mean += value;
         squares_ += value * value;
         if (!result_.at || value > result_.largest) {
@@ -33,21 +41,53 @@ public:
     }
 
 private:
-    const NearestTree& surface_;
     Comparison result_;
     double squares_ = 0.0;
 };
 
+void fillDistances(const Patch& patch, const NearestTree& surface, double* values) {
+    std::vector<std::size_t> begins;
+    std::size_t points = 0;
+    for (const PointList& section : patch) {
+        begins.push_back(points);
+        points += section.size();
+    }
+    forEachChunk(patch.size(), sectionsOfChunk, [&](std::size_t first, std::size_t last, std::size_t) {
+        for (std::size_t n = first; n < last; ++n) {
+            double* value = values + begins[n];
+            for (const zVec<double>& point : patch[n]) {
+                *value++ = surface.distanceFrom(point);
+            }
+        }
+    });
+}
+
+void fillDistances(const ZoneCoordinates& at, std::size_t nodes, const NearestTree& surface, double* values) {
+    forEachChunk(nodes, nodesOfChunk, [&](std::size_t first, std::size_t last, std::size_t) {
+        for (std::size_t node = first; node < last; ++node) {
+            values[node] = surface.distanceFrom({at.x->data[node], at.y->data[node], at.z->data[node]});
+        }
+    });
+}
+
 } // namespace
 
 Comparison comparePatches(const PatchList& patches, const std::vector<bool>& chosen, const NearestTree& surface) {
-    Comparer comparer(surface, chosen);
+    Comparer comparer(chosen);
     for (std::int32_t k = 0; k < countOf(patches); ++k) {
+        if (!chosen[static_cast<std::size_t>(k)]) {
+            continue;
+        }
         const Patch& patch = patches[static_cast<std::size_t>(k)];
-        for (std::int32_t n = 0; chosen[static_cast<std::size_t>(k)] && n < countOf(patch); ++n) {
-            const PointList& section = patch[static_cast<std::size_t>(n)];
-            for (std::int32_t m = 0; m < countOf(section); ++m) {
-                comparer.add(section[static_cast<std::size_t>(m)], {k, n, m});
+        std::size_t points = 0;
+        for (const PointList& section : patch) {
+            points += section.size();
+        }
+        double* value = comparer.room(points);
+        fillDistances(patch, surface, value);
+        for (std::int32_t n = 0; n < countOf(patch); ++n) {
+            for (std::int32_t m = 0; m < countOf(patch[static_cast<std::size_t>(n)]); ++m) {
+                comparer.add(*value++, {k, n, m});
             }
         }
     }
@@ -55,14 +95,15 @@ Comparison comparePatches(const PatchList& patches, const std::vector<bool>& cho
 }
 
 Comparison compareZones(const zRegion_fe& region, const std::vector<bool>& chosen, const NearestTree& surface) {
-    Comparer comparer(surface, chosen);
+    Comparer comparer(chosen);
     for (std::int32_t k = 0; k < countOf(region.blocks); ++k) {
         const zBlock_fe& zone = *region.blocks[static_cast<std::size_t>(k)];
         const ZoneCoordinates at = coordinatesOf(zone.variables);
         const std::int32_t nodes = chosen[static_cast<std::size_t>(k)] && at ? zone.nodeCount : 0;
+        double* const values = comparer.room(static_cast<std::size_t>(nodes));
+        fillDistances(at, static_cast<std::size_t>(nodes), surface, values);
         for (std::int32_t node = 0; node < nodes; ++node) {
-            const auto index = static_cast<std::size_t>(node);
-            comparer.add({at.x->data[index], at.y->data[index], at.z->data[index]}, {k, -1, node});
+            comparer.add(values[node], {k, -1, node});
         }
     }
     return comparer.finish();

@@ -9,8 +9,10 @@ namespace velmora::test {
 
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 
 class DocumentCore : public DocumentTest {};
 
@@ -234,6 +236,36 @@ TEST_F(DocumentCore, ViewsHearWhetherGeometryPictureOrHighlightChanged) {
     EXPECT_NE(doc.geometryRevision(), revision);
     revision = doc.geometryRevision();
     EXPECT_THAT(heardOf([this] { updateBounds(); }), ElementsAre("bounds"));
+    EXPECT_NE(doc.geometryRevision(), revision);
+}
+
+TEST_F(DocumentCore, LeavingARegimeIsNoChangeOfTheGeometry) {
+    hold({flatPatch(3, 4), flatPatch(3, 4, 5.0)});
+    const std::uint64_t revision = doc.geometryRevision();
+    view.changes.clear();
+    capturePoint(0, 1, 1);
+    doc.ExitPoint();
+    captureSection(1, 2);
+    doc.ExitLines();
+    captureLine(0, 1);
+    doc.ExitLines();
+    doc.CapturePatch();
+    doc.takePick({Pick::Target::WholePatch, true, 1, -1, -1, 0, {}});
+    doc.moveRegimeAtRelease();
+    doc.ExitPatches();
+    EXPECT_EQ(doc.geometryRevision(), revision);
+    EXPECT_THAT(view.changes, Not(Contains("geometry")));
+    EXPECT_GE(std::count(view.changes.begin(), view.changes.end(), "picture"), 4);
+}
+
+TEST_F(DocumentCore, ThePointThatEndsItsRegimeByItsRemovalIsAChange) {
+    doc.fileKind = FileKind::Skl;
+    hold({{{{0, 0, 0}, {1, 0, 0}}}});
+    capturePoint(0, 0, 1);
+    const std::uint64_t revision = doc.geometryRevision();
+    doc.CutPoint();
+    EXPECT_EQ(doc.patches[0][0].size(), 1U);
+    EXPECT_FALSE(doc.capture->pointRegimeActive());
     EXPECT_NE(doc.geometryRevision(), revision);
 }
 

@@ -162,14 +162,16 @@ TEST_F(MergePatches, BySectionsOfFiveAndFiveGivesNineWhateverIsTicked) {
 TEST_F(MergePatches, EndsTheZBlockAndItsRegime) {
     hold({flatPatch(2, 3), flatPatch(2, 3), flatPatch(4, 4)});
     doc.showBlockOnly = true;
+    const std::uint64_t revision = doc.geometryRevision();
     merge({}, {1, 0});
+    EXPECT_NE(doc.geometryRevision(), revision);
     EXPECT_EQ(doc.patches.size(), 2U);
     EXPECT_THAT(block(), IsEmpty());
     EXPECT_EQ(doc.blockList[0], -1);
     EXPECT_EQ(doc.capture->capturedPatch, -1);
     EXPECT_FALSE(doc.capture->patchCaptured || doc.showBlockOnly);
     EXPECT_THAT(heard(), ElementsAre("dialog: CMerge -> ok", "status: For Help, press F1"));
-    EXPECT_THAT(viewCalls(), ElementsAre("reset", "redraw"));
+    EXPECT_THAT(viewCalls(), ElementsAre("reset", "redraw", "redraw"));
 }
 
 TEST_F(MergePatches, LeavesTheSectionOrLineRegime) {

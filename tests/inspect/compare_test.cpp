@@ -1,7 +1,9 @@
 #include "compare.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <limits>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -86,6 +88,39 @@ TEST(SurfaceTriangles, PatchesWithCellsAndZonesThatAreNotLeft) {
     const TriangleMesh rest = surfaceTriangles(patches, {}, {true, false, false});
     ASSERT_EQ(rest.triangleCount(), 4);
     EXPECT_EQ(rest.corner(0, 0)[2], 1.0);
+}
+
+TEST(Compare, IsTheSameWhateverTheNumberOfThreads) {
+    Patch wavy = flatPatch(70, 60);
+    for (std::size_t n = 0; n < wavy.size(); ++n) {
+        for (std::size_t m = 0; m < wavy[n].size(); ++m) {
+            wavy[n][m].z = std::sin(0.7 * static_cast<double>(n)) + std::cos(1.3 * static_cast<double>(m));
+        }
+    }
+    zRegion_fe region;
+    for (int i = 0; i < 3; ++i) {
+        region.blocks.push_back(oneTriangle(i, 0.3 * i));
+    }
+    const NearestTree surface = treeOf({flatPatch(5, 5)});
+    const auto compared = [&](const char* threads) {
+        ::setenv("VELMORA_THREADS", threads, 1);
+        const Comparison patches = comparePatches({wavy, flatPatch(2, 2, 9), wavy}, {true, false, true}, surface);
+        const Comparison zones = compareZones(region, {true, true, true}, surface);
+        ::unsetenv("VELMORA_THREADS");
+        std::vector<double> all = patches.values;
+        all.insert(all.end(), {patches.mean, patches.rms, patches.largest, zones.mean, zones.rms, zones.largest});
+        for (const Comparison* const comparison : {&patches, &zones}) {
+            for (const int number : at(*comparison)) {
+                all.push_back(number);
+            }
+        }
+        return all;
+    };
+    const std::vector<double> alone = compared("1");
+    EXPECT_EQ(alone.size(), 2U * 70 * 60 + 6 + 6);
+    for (const char* const threads : {"2", "7", "64"}) {
+        EXPECT_EQ(compared(threads), alone) << threads << " threads";
+    }
 }
 
 } // namespace velmora::test

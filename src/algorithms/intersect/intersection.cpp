@@ -5,12 +5,15 @@
 #include <optional>
 
 #include "cell_search.h"
+#include "parallel.h"
 #include "segment_tests.h"
 #include "vectors.h"
 
 namespace velmora {
 
 namespace {
+
+constexpr std::size_t linesOfChunk = 16;
 
 std::int32_t completeLines(const Patch& patch) {
     std::int32_t lines = patch.empty() ? 0 : lineCount(patch);
@@ -20,8 +23,16 @@ std::int32_t completeLines(const Patch& patch) {
     return lines;
 }
 
-/// Follows line M. Appends its piercing point and gives None, or what went wrong.
-PiercingFailure pierceLine(const Patch& patch, std::size_t M, const CellTree& others, PiercingPoints& piercing) {
+/// What came of one line.
+struct PiercedLine {
+    PiercingFailure failure = PiercingFailure::None;
+    zVec<double> place;
+    zVec<double> before;
+    zVec<double> after;
+};
+
+/// Follows line M.
+PiercedLine pierceLine(const Patch& patch, std::size_t M, const CellTree& others) {
     std::size_t from = 0;
     while (true) {
         const zVec<double>& a = patch[from][M];
@@ -30,17 +41,14 @@ PiercingFailure pierceLine(const Patch& patch, std::size_t M, const CellTree& ot
             ++to;
         }
         if (to == patch.size()) {
-            return PiercingFailure::DoublePoint;
+            return {PiercingFailure::DoublePoint, {}, {}, {}};
         }
         const zVec<double>& b = patch[to][M];
         if (const auto found = others.pierced(a, b)) {
-            piercing.places.push_back(found->place);
-            piercing.before.push_back(a);
-            piercing.after.push_back(b);
-            return PiercingFailure::None;
+            return {PiercingFailure::None, found->place, a, b};
         }
         if (to + 1 == patch.size()) {
-            return PiercingFailure::NotFound;
+            return {PiercingFailure::NotFound, {}, {}, {}};
         }
         from = to;
     }
@@ -57,20 +65,33 @@ PiercingOutcome findPiercingPoints(const PatchList& patches, const std::vector<s
         total += completeLines(patches[static_cast<std::size_t>(k)]);
     }
     const CellTree others(patches, left);
-    const std::int64_t step = std::max<std::int64_t>(total / 100, 1);
     std::int64_t done = 0;
     for (const std::int32_t k : chosen) {
         const Patch& patch = patches[static_cast<std::size_t>(k)];
         const std::int32_t lines = completeLines(patch);
+        std::vector<PiercedLine> pierced(static_cast<std::size_t>(std::max(lines, 0)));
+        forEachChunk(
+            pierced.size(), linesOfChunk,
+            [&](std::size_t first, std::size_t last, std::size_t) {
+                for (std::size_t m = first; m < last; ++m) {
+                    pierced[m] = pierceLine(patch, m, others);
+                }
+            },
+            [&](double fraction) {
+                if (progress) {
+                    progress((static_cast<double>(done) + fraction * lines) / static_cast<double>(total));
+                }
+            });
         for (std::int32_t m = 0; m < lines; ++m) {
-            const PiercingFailure failure = pierceLine(patch, static_cast<std::size_t>(m), others, piercing);
-            if (failure != PiercingFailure::None) {
-                return {failure, m, k};
+            const PiercedLine& line = pierced[static_cast<std::size_t>(m)];
+            if (line.failure != PiercingFailure::None) {
+                return {line.failure, m, k};
             }
-            if (++done % step == 0 && progress) {
-                progress(static_cast<double>(done) / static_cast<double>(total));
-            }
+            piercing.places.push_back(line.place);
+            piercing.before.push_back(line.before);
+            piercing.after.push_back(line.after);
         }
+        done += lines;
     }
     return {};
 }

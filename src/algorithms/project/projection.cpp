@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "parallel.h"
 #include "same_point.h"
 #include "target_mesh.h"
 #include "vectors.h"
@@ -16,39 +17,12 @@ constexpr double farthestHit = 1e8;
 constexpr double farthestSquare = 1e20;
 /// A node does not move to a place closer than this in each coordinate.
 constexpr double samePlace = 1e-6;
-/// The number of progress reports.
-constexpr std::int64_t progressSteps = 100;
-
-/// Counts the points done and reports progress at every hundredth part of them.
-class ProgressCounter {
-public:
-    ProgressCounter(const ReportProgress& report, std::int64_t total)
-        : report_(report), total_(std::max<std::int64_t>(total, 1)),
-          step_(std::max(total / progressSteps, std::int64_t{1})) {}
-
-    void advance() {
-        if (++done_ % step_ == 0 && report_) {
-            report_(static_cast<double>(done_) / static_cast<double>(total_));
-        }
-    }
-
-private:
-    const ReportProgress& report_;
-    std::int64_t total_;
-    std::int64_t step_;
-    std::int64_t done_ = 0;
-};
+/// So many points or nodes are one chunk of the work.
+constexpr std::size_t pointsOfChunk = 64;
+constexpr std::size_t nodesOfChunk = 256;
 
 bool hasPatch(const PatchList& patches, std::int32_t k) {
     return k >= 0 && k < countOf(patches);
-}
-
-std::int64_t pointsOf(const Patch& patch) {
-    std::int64_t points = 0;
-    for (const PointList& section : patch) {
-        points += countOf(section);
-    }
-    return points;
 }
 
 } // namespace
@@ -108,44 +82,77 @@ std::optional<zVec<double>> gridDirection(const Patch& patch, std::int32_t N, st
     return unitOf(cross(*acrossSections, *alongSection));
 }
 
+namespace {
+
+/// A section that is moved, and how many points the sections before it have.
+struct MovedSection {
+    const Patch& patch; ///< as it was
+    std::int32_t number;
+    PointList& work;
+    std::size_t begin;
+};
+
+/// Moves some points of a section; those whose lines meet nothing are put behind `missed`.
+void projectPoints(const MovedSection& section, std::size_t from, std::size_t to, const TriangleTree& target,
+                   const HitChoice& choice, std::vector<LineHit>& hits, PointList& missed) {
+    for (std::size_t m = from; m < to; ++m) {
+        const auto direction = gridDirection(section.patch, section.number, static_cast<std::int32_t>(m));
+        if (!direction) {
+            continue;
+        }
+        zVec<double>& point = section.work[m];
+        target.findHits(*direction, point, hits);
+        if (hits.empty()) {
+            missed.push_back(point);
+        } else {
+            point = choice(point, hits);
+        }
+    }
+}
+
+} // namespace
+
 void projectPatches(PatchList& patches, const std::vector<std::int32_t>& chosen, const TriangleTree& target,
                     const HitChoice& choice, PointList& missed, const std::function<void()>& firstMiss,
                     const ReportProgress& progress) {
-    std::int64_t total = 0;
-    for (const std::int32_t k : chosen) {
-        total += hasPatch(patches, k) ? pointsOf(patches[static_cast<std::size_t>(k)]) : 0;
-    }
-    ProgressCounter counter(progress, total);
-    bool sawMiss = false;
-    std::vector<LineHit> hits;
     std::vector<std::pair<std::size_t, Patch>> moved;
     for (const std::int32_t k : chosen) {
-        if (!hasPatch(patches, k)) {
-            continue;
+        if (hasPatch(patches, k)) {
+            moved.emplace_back(static_cast<std::size_t>(k), patches[static_cast<std::size_t>(k)]);
         }
-        const Patch& patch = patches[static_cast<std::size_t>(k)];
-        Patch work = patch;
-        for (std::int32_t n = 0; n < countOf(patch); ++n) {
+    }
+    std::vector<MovedSection> sections;
+    std::size_t points = 0;
+    for (auto& [k, work] : moved) {
+        for (std::int32_t n = 0; n < countOf(work); ++n) {
             PointList& section = work[static_cast<std::size_t>(n)];
-            for (std::int32_t m = 0; m < countOf(section); ++m) {
-                counter.advance();
-                const auto direction = gridDirection(patch, n, m);
-                if (!direction) {
-                    continue;
-                }
-                zVec<double>& point = section[static_cast<std::size_t>(m)];
-                target.findHits(*direction, point, hits);
-                if (!hits.empty()) {
-                    point = choice(point, hits);
-                    continue;
-                }
-                missed.push_back(point);
-                if (!std::exchange(sawMiss, true)) {
-                    firstMiss();
-                }
+            if (!section.empty()) {
+                sections.push_back({patches[k], n, section, points});
+                points += section.size();
             }
         }
-        moved.emplace_back(static_cast<std::size_t>(k), std::move(work));
+    }
+    std::vector<std::vector<LineHit>> hits(workersFor(points, pointsOfChunk));
+    std::vector<PointList> missedOfChunks((points + pointsOfChunk - 1) / pointsOfChunk);
+    forEachChunk(
+        points, pointsOfChunk,
+        [&](std::size_t first, std::size_t last, std::size_t worker) {
+            auto section = std::upper_bound(sections.begin(), sections.end(), first,
+                                            [](std::size_t point, const MovedSection& s) { return point < s.begin; }) -
+                           1;
+            for (; section != sections.end() && section->begin < last; ++section) {
+                const std::size_t from = std::max(first, section->begin) - section->begin;
+                const std::size_t to = std::min(last - section->begin, section->work.size());
+                projectPoints(*section, from, to, target, choice, hits[worker], missedOfChunks[first / pointsOfChunk]);
+            }
+        },
+        progress);
+    const std::size_t before = missed.size();
+    for (const PointList& ofChunk : missedOfChunks) {
+        missed.insert(missed.end(), ofChunk.begin(), ofChunk.end());
+    }
+    if (missed.size() > before) {
+        firstMiss();
     }
     for (auto& [k, work] : moved) {
         patches[k] = std::move(work);
@@ -193,26 +200,33 @@ const zVec<double>* nearestOtherPlace(const zVec<double>& origin, const std::vec
     return best;
 }
 
-void projectZone(zRegion_fe& region, std::int32_t number, const TriangleTree& target, ProgressCounter& counter) {
+void projectZone(zRegion_fe& region, std::int32_t number, const TriangleTree& target, const ReportProgress& progress) {
     const zBlock_fe& zone = *region.blocks[static_cast<std::size_t>(number)];
     const ZoneCoordinates at = coordinatesOf(zone.variables);
-    if (!at) {
+    if (!at || zone.nodeCount <= 0) {
         return;
     }
     const std::vector<NodeNormals> normals = normalsOf(zone, at);
-    std::vector<LineHit> hits;
-    for (std::int32_t node = 0; node < zone.nodeCount; ++node) {
-        counter.advance();
-        const NodeNormals& found = normals[static_cast<std::size_t>(node)];
-        zVec<double> origin;
-        if (found.count < 2 || region.getNode(number, node, origin.x, origin.y, origin.z) != 0) {
-            continue;
-        }
-        target.findHits(unitOf(found.sum * (1.0 / found.count)), origin, hits);
-        if (const zVec<double>* const place = nearestOtherPlace(origin, hits)) {
-            region.setNode(number, node, place->x, place->y, place->z);
-        }
-    }
+    const auto nodes = static_cast<std::size_t>(zone.nodeCount);
+    std::vector<std::vector<LineHit>> hitsOfWorkers(workersFor(nodes, nodesOfChunk));
+    forEachChunk(
+        nodes, nodesOfChunk,
+        [&](std::size_t first, std::size_t last, std::size_t worker) {
+            std::vector<LineHit>& hits = hitsOfWorkers[worker];
+            for (std::size_t node = first; node < last; ++node) {
+                const NodeNormals& found = normals[node];
+                const auto place = static_cast<std::ptrdiff_t>(node);
+                zVec<double> origin;
+                if (found.count < 2 || region.getNode(number, place, origin.x, origin.y, origin.z) != 0) {
+                    continue;
+                }
+                target.findHits(unitOf(found.sum * (1.0 / found.count)), origin, hits);
+                if (const zVec<double>* const hit = nearestOtherPlace(origin, hits)) {
+                    region.setNode(number, place, hit->x, hit->y, hit->z);
+                }
+            }
+        },
+        progress);
 }
 
 } // namespace
@@ -233,9 +247,16 @@ void projectZones(zRegion_fe& region, const std::vector<std::int32_t>& chosen, c
         return;
     }
     const TriangleTree target(zoneMesh(region, mask));
-    ProgressCounter counter(progress, total);
+    std::int64_t done = 0;
     for (const std::int32_t zone : zones) {
-        projectZone(region, zone, target, counter);
+        const std::int64_t nodes = region.blocks[static_cast<std::size_t>(zone)]->nodeCount;
+        projectZone(region, zone, target, [&](double fraction) {
+            if (progress) {
+                progress((static_cast<double>(done) + fraction * static_cast<double>(nodes)) /
+                         static_cast<double>(std::max<std::int64_t>(total, 1)));
+            }
+        });
+        done += nodes;
     }
 }
 

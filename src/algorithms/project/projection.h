@@ -30,8 +30,8 @@ std::optional<zVec<double>> gridDirection(const Patch& patch, std::int32_t N, st
 
 /// Moves every point of the patches `chosen`, each along the line through it across its patch, to a hit with the
 /// target. All directions are those of the patches as they were. A point without a direction stays; one whose line
-/// meets nothing stays too and is put behind `missed`, `firstMiss` being called at the first one. Numbers of no patch
-/// are passed over. `progress` may be empty.
+/// meets nothing stays too and is put behind `missed`; with such points `firstMiss` is called once, at the end. Numbers
+/// of no patch are passed over. `choice` is called by several threads at a time. `progress` may be empty.
 void projectPatches(PatchList& patches, const std::vector<std::int32_t>& chosen, const TriangleTree& target,
                     const HitChoice& choice, PointList& missed, const std::function<void()>& firstMiss,
                     const ReportProgress& progress);

@@ -1,8 +1,11 @@
 #include "rebreak_patch.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <vector>
 
 #include "Respacer.h"
+#include "parallel.h"
 
 namespace velmora {
 
@@ -62,6 +65,34 @@ void cutStretchToSection(RebreakLaw& law, std::int32_t points) {
     law.lastPoint = std::min(law.lastPoint, points);
 }
 
+constexpr std::size_t curvesOfChunk = 4;
+
+/// The points of a section that are re-spaced, from 1.
+struct Stretch {
+    std::int32_t first;
+    std::int32_t last;
+};
+
+void rebreakSection(PointList& section, const Stretch& stretch, std::int32_t newCount, std::size_t tailBound,
+                    StretchRebreaker& rebreaker) {
+    const auto first = sizeOf(stretch.first - 1);
+    const auto behind = sizeOf(stretch.last);
+    rebreaker.clear();
+    std::for_each(section.begin() + stretch.first - 1, section.begin() + stretch.last,
+                  [&](const zVec<double>& p) { rebreaker.add(p); });
+    rebreaker.run();
+    const std::size_t tailEnd = std::max(std::min(tailBound, section.size()), behind);
+    PointList rebuilt;
+    rebuilt.reserve(first + sizeOf(newCount) + (tailEnd - behind));
+    rebuilt.insert(rebuilt.end(), section.begin(), section.begin() + stretch.first - 1);
+    for (std::int32_t i = 0; i < newCount; ++i) {
+        rebuilt.push_back(rebreaker.output(i));
+    }
+    rebuilt.insert(rebuilt.end(), section.begin() + stretch.last,
+                   section.begin() + static_cast<std::ptrdiff_t>(tailEnd));
+    section.swap(rebuilt);
+}
+
 } // namespace
 
 void rebreakSections(Patch& patch, RebreakLaw& law, CurveRange curves) {
@@ -72,31 +103,22 @@ void rebreakSections(Patch& patch, RebreakLaw& law, CurveRange curves) {
     // The law and the tail's bound are those of the captured section as it was.
     const PointList& lawSection = patch[sizeOf(curves.lawCurve)];
     const std::size_t tailBound = lawSection.size();
-    StretchRebreaker rebreaker(law, runningLength(lawSection.size(), [&](std::size_t i) { return lawSection[i]; }));
-    PointList rebuilt;
+    const StretchRebreaker pattern(law, runningLength(lawSection.size(), [&](std::size_t i) { return lawSection[i]; }));
+    // A section that is shorter than the stretch cuts it for those behind it too.
+    std::vector<Stretch> stretches;
     for (std::int32_t n = curves.first; n < curves.last; ++n) {
-        PointList& section = patch[sizeOf(n)];
-        cutStretchToSection(law, countOf(section));
-        if (law.lastPoint - law.firstPoint + 1 < 2) {
-            continue;
-        }
-        const auto first = sizeOf(law.firstPoint - 1);
-        const auto behind = sizeOf(law.lastPoint);
-        rebreaker.clear();
-        std::for_each(section.begin() + law.firstPoint - 1, section.begin() + law.lastPoint,
-                      [&](const zVec<double>& p) { rebreaker.add(p); });
-        rebreaker.run();
-        const std::size_t tailEnd = std::max(std::min(tailBound, section.size()), behind);
-        rebuilt.clear();
-        rebuilt.reserve(first + sizeOf(law.newCount) + (tailEnd - behind));
-        rebuilt.insert(rebuilt.end(), section.begin(), section.begin() + law.firstPoint - 1);
-        for (std::int32_t i = 0; i < law.newCount; ++i) {
-            rebuilt.push_back(rebreaker.output(i));
-        }
-        rebuilt.insert(rebuilt.end(), section.begin() + law.lastPoint,
-                       section.begin() + static_cast<std::ptrdiff_t>(tailEnd));
-        section.swap(rebuilt);
+        cutStretchToSection(law, countOf(patch[sizeOf(n)]));
+        stretches.push_back({law.firstPoint, law.lastPoint});
     }
+    std::vector<StretchRebreaker> rebreakers(workersFor(stretches.size(), curvesOfChunk), pattern);
+    forEachChunk(stretches.size(), curvesOfChunk, [&](std::size_t begin, std::size_t end, std::size_t worker) {
+        for (std::size_t i = begin; i < end; ++i) {
+            if (stretches[i].last - stretches[i].first + 1 >= 2) {
+                rebreakSection(patch[sizeOf(curves.first) + i], stretches[i], law.newCount, tailBound,
+                               rebreakers[worker]);
+            }
+        }
+    });
 }
 
 void rebreakLines(Patch& patch, RebreakLaw& law, CurveRange curves) {
@@ -110,7 +132,7 @@ void rebreakLines(Patch& patch, RebreakLaw& law, CurveRange curves) {
         return;
     }
     const auto lawLine = sizeOf(curves.lawCurve);
-    StretchRebreaker rebreaker(law, runningLength(patch.size(), [&](std::size_t n) { return patch[n][lawLine]; }));
+    const StretchRebreaker pattern(law, runningLength(patch.size(), [&](std::size_t n) { return patch[n][lawLine]; }));
 
     const PointList blank(sizeOf(lines), patch.front().front());
     Patch rebuilt(patch.begin(), patch.begin() + law.firstPoint - 1);
@@ -119,14 +141,8 @@ void rebreakLines(Patch& patch, RebreakLaw& law, CurveRange curves) {
 
     const auto first = sizeOf(law.firstPoint - 1);
     const auto behind = sizeOf(law.lastPoint);
-    for (std::int32_t line = 0; line < lines; ++line) {
-        const auto j = sizeOf(line);
-        if (line < curves.first || line >= curves.last) {
-            for (std::size_t s = first; s < std::min(behind, rebuilt.size()); ++s) {
-                rebuilt[s][j] = patch[s][j];
-            }
-            continue;
-        }
+    std::vector<StretchRebreaker> rebreakers(workersFor(sizeOf(lines), curvesOfChunk), pattern);
+    const auto rebreakLine = [&](std::size_t j, StretchRebreaker& rebreaker) {
         rebreaker.clear();
         for (std::size_t s = first; s < behind; ++s) {
             rebreaker.add(patch[s][j]);
@@ -135,7 +151,18 @@ void rebreakLines(Patch& patch, RebreakLaw& law, CurveRange curves) {
         for (std::int32_t i = 0; i < law.newCount; ++i) {
             rebuilt[first + sizeOf(i)][j] = rebreaker.output(i);
         }
-    }
+    };
+    forEachChunk(sizeOf(lines), curvesOfChunk, [&](std::size_t begin, std::size_t end, std::size_t worker) {
+        for (std::size_t j = begin; j < end; ++j) {
+            if (j >= sizeOf(curves.first) && j < sizeOf(curves.last)) {
+                rebreakLine(j, rebreakers[worker]);
+                continue;
+            }
+            for (std::size_t s = first; s < std::min(behind, rebuilt.size()); ++s) {
+                rebuilt[s][j] = patch[s][j];
+            }
+        }
+    });
     patch.swap(rebuilt);
 }
 

@@ -1,8 +1,12 @@
 #include "smooth_patch.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
 
 #include "curve_tolerances.h"
+#include "parallel.h"
 #include "patch_curves.h"
 
 namespace velmora {
@@ -20,6 +24,14 @@ std::vector<double> borderLaw(const Patch& patch, bool lines, std::int32_t curve
     return law;
 }
 
+constexpr std::size_t curvesOfChunk = 4;
+
+/// What a thread needs to smooth one curve after the other.
+struct Smoother {
+    Respacer respacer;
+    std::vector<double> law;
+};
+
 void smoothCurves(Patch& patch, bool lines, bool& spline) {
     if (!isGrid(patch)) {
         return;
@@ -32,22 +44,38 @@ void smoothCurves(Patch& patch, bool lines, bool& spline) {
     }
     const std::vector<double> first = borderLaw(patch, lines, 0);
     const std::vector<double> last = borderLaw(patch, lines, curves - 1);
-    std::vector<double> law(first.size());
-    Respacer respacer;
-    for (std::int32_t i = 1; i < curves - 1; ++i) {
-        for (std::size_t j = 0; j < law.size(); ++j) {
-            law[j] = first[j] + (last[j] - first[j]) * i / (curves - 1);
-        }
-        const PatchCurve curve(patch, lines, i);
-        curve.give(respacer);
-        // The number of sections rules how many points are looked at, for sections too: wanted.
-        if (sections > 3 && respacer.hasCoincident(sections)) {
-            spline = false;
-        }
-        // A repeated point that was not looked at has no spline through it: this curve alone goes along the chords.
-        respacer.respaceByLaw(spline && !respacer.hasZeroChord(), points, 0, law.data());
-        curve.take(respacer);
+    const auto inner = static_cast<std::size_t>(curves - 2);
+    std::vector<Smoother> smoothers(workersFor(inner, curvesOfChunk));
+    // From the first curve with repeated points on, this one included, all go along the chords. The number of sections
+    // rules how many points are looked at, for sections too: wanted.
+    std::vector<std::uint8_t> coincident(inner, 0);
+    if (spline && sections > 3) {
+        forEachChunk(inner, curvesOfChunk, [&](std::size_t begin, std::size_t end, std::size_t worker) {
+            Respacer& respacer = smoothers[worker].respacer;
+            for (std::size_t i = begin; i < end; ++i) {
+                PatchCurve(patch, lines, static_cast<std::int32_t>(i) + 1).give(respacer);
+                coincident[i] = respacer.hasCoincident(sections) ? 1 : 0;
+            }
+        });
     }
+    const auto firstCoincident = std::find(coincident.begin(), coincident.end(), 1);
+    const auto splines = spline ? static_cast<std::size_t>(firstCoincident - coincident.begin()) : 0;
+    forEachChunk(inner, curvesOfChunk, [&](std::size_t begin, std::size_t end, std::size_t worker) {
+        auto& [respacer, law] = smoothers[worker];
+        law.resize(first.size());
+        for (std::size_t i = begin; i < end; ++i) {
+            const auto number = static_cast<std::int32_t>(i) + 1;
+            for (std::size_t j = 0; j < law.size(); ++j) {
+                law[j] = first[j] + (last[j] - first[j]) * number / (curves - 1);
+            }
+            const PatchCurve curve(patch, lines, number);
+            curve.give(respacer);
+            // A repeated point that was not looked at has no spline through it: this curve alone goes along the chords.
+            respacer.respaceByLaw(i < splines && !respacer.hasZeroChord(), points, 0, law.data());
+            curve.take(respacer);
+        }
+    });
+    spline = spline && splines == inner;
 }
 
 } // namespace

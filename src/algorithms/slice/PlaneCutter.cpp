@@ -1,17 +1,18 @@
 #include "PlaneCutter.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 #include "corner_box.h"
+#include "parallel.h"
 
 namespace velmora {
 
 namespace {
 
-/// So many segments are held at a time, if the planes are not fuller than that.
-constexpr std::size_t segmentsAtOnce = std::size_t{1} << 20;
+/// So many segments a group of planes has at most, if one plane alone has not more: they stay near the processor.
+constexpr std::size_t segmentsOfGroup = std::size_t{1} << 14;
+constexpr std::size_t trianglesOfChunk = std::size_t{1} << 16;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
 /// Cuts one triangle after the other by one plane.
@@ -62,93 +63,172 @@ private:
 
 } // namespace
 
-PlaneCutter::PlaneCutter(const zRegion_fe& region, int axis, const std::vector<double>& planes)
+PlaneCutter::PlaneCutter(const zRegion_fe& region, int axis, const std::vector<double>& planes,
+                         const ReportProgress& progress)
     : region_(region), axis_(axis) {
     for (const auto& zone : region.blocks) {
         axes_.push_back(zoneAxes(*zone));
     }
+    arrangePlanes(planes);
+    findHits(progress);
+    countCandidates();
+    makeGroups();
+    takeHitsIntoGroups();
+}
+
+/// Sorts the planes, and parts what they span into cells, most of which have no plane or one.
+void PlaneCutter::arrangePlanes(const std::vector<double>& planes) {
     for (std::size_t number = 0; number < planes.size(); ++number) {
         if (planes[number] == planes[number]) {
             planes_.push_back({planes[number], number});
         }
     }
     std::stable_sort(planes_.begin(), planes_.end(), [](const Plane& a, const Plane& b) { return a.value < b.value; });
-    if (planes_.size() > 1) {
-        // The planes stand at equal steps, but for those at the ends.
-        const std::size_t middle = (planes_.size() - 1) / 2;
-        const double scale = 1.0 / (planes_[middle + 1].value - planes_[middle].value);
-        guessScale_ = scale < infinity ? scale : 0.0;
-        guessFrom_ = planes_[middle].value - static_cast<double>(middle) / scale;
+    constexpr std::size_t cellsOfPlane = 4;
+    cells_.assign(cellsOfPlane * planes_.size() + 2, 0);
+    if (!planes_.empty()) {
+        cellsFrom_ = planes_.front().value;
+        const double perUnit = static_cast<double>(cells_.size() - 2) / (planes_.back().value - cellsFrom_);
+        cellsPerUnit_ = perUnit < infinity ? perUnit : 0.0; // 0: all of them in the first cell
+    }
+    for (const Plane& plane : planes_) {
+        ++cells_[static_cast<std::size_t>(cellOf(plane.value)) + 1];
+    }
+    for (std::size_t i = 1; i < cells_.size(); ++i) {
+        cells_[i] += cells_[i - 1];
     }
 }
 
-/// The first plane that is not below a coordinate.
-std::int32_t PlaneCutter::firstPlaneFrom(double value) const {
-    const double guess = std::ceil((value - guessFrom_) * guessScale_);
-    const auto count = static_cast<std::int32_t>(planes_.size());
-    if (guess >= 0.0 && guess <= count) {
-        const auto at = static_cast<std::int32_t>(guess);
-        const bool noneMissed = at == 0 || planes_[static_cast<std::size_t>(at) - 1].value < value;
-        if (noneMissed && (at == count || planes_[static_cast<std::size_t>(at)].value >= value)) {
-            return at;
+/// Never falls with a rising value: what lies in a lower cell is less. A product that is not a number is in cell 0.
+std::int32_t PlaneCutter::cellOf(double value) const {
+    const double cell = (value - cellsFrom_) * cellsPerUnit_;
+    const auto last = static_cast<std::int32_t>(cells_.size()) - 2;
+    return !(cell > 0.0) ? 0 : cell < last ? static_cast<std::int32_t>(cell) : last;
+}
+
+bool PlaneCutter::planesApart() const {
+    return std::adjacent_find(planes_.begin(), planes_.end(), [](const Plane& a, const Plane& b) {
+               return a.value == b.value || samePlane(a.value, b.value);
+           }) == planes_.end();
+}
+
+void PlaneCutter::findHitsOf(std::uint32_t zone, std::size_t first, std::size_t last, std::vector<Hit>& hits) const {
+    const double* const values = axes_[zone][static_cast<std::size_t>(axis_)];
+    const std::int32_t* corners = region_.blocks[zone]->connectivity.data() + 4 * first;
+    for (std::size_t element = first; element < last; ++element, corners += 4) {
+        double low = infinity;
+        double high = -infinity;
+        for (int corner = 0; corner < 3; ++corner) {
+            const double value = values[corners[corner]];
+            low = value < low ? value : low;
+            high = value > high ? value : high;
+        }
+        const std::int32_t* const lowest = &cells_[static_cast<std::size_t>(cellOf(low))];
+        const std::int32_t* const highest = &cells_[static_cast<std::size_t>(cellOf(high))];
+        if (lowest[0] >= highest[1]) {
+            continue; // no plane in their cells, nor between
+        }
+        const auto firstPlane = std::lower_bound(planes_.begin() + lowest[0], planes_.begin() + lowest[1], low,
+                                                 [](const Plane& plane, double value) { return plane.value < value; });
+        const auto endPlane = std::upper_bound(planes_.begin() + highest[0], planes_.begin() + highest[1], high,
+                                               [](double value, const Plane& plane) { return value < plane.value; });
+        if (firstPlane < endPlane) {
+            hits.push_back({zone, static_cast<std::int32_t>(element),
+                            static_cast<std::int32_t>(firstPlane - planes_.begin()),
+                            static_cast<std::int32_t>(endPlane - planes_.begin())});
         }
     }
-    const auto found = std::lower_bound(planes_.begin(), planes_.end(), value,
-                                        [](const Plane& plane, double least) { return plane.value < least; });
-    return static_cast<std::int32_t>(found - planes_.begin());
 }
 
 void PlaneCutter::findHits(const ReportProgress& progress) {
-    // Differences first: up where a triangle's planes begin, down behind them.
-    candidates_.assign(planes_.size() + 1, 0);
-    for (std::uint32_t k = 0; k < region_.blocks.size(); ++k) {
-        const zBlock_fe& zone = *region_.blocks[k];
-        const double* const values = axes_[k][static_cast<std::size_t>(axis_)];
-        const std::int32_t* corners = zone.connectivity.data();
-        for (std::int32_t element = 0; values != nullptr && element < zone.elementCount; ++element, corners += 4) {
-            double low = infinity;
-            double high = -infinity;
-            for (int corner = 0; corner < 3; ++corner) {
-                const double value = values[corners[corner]];
-                low = value < low ? value : low;
-                high = value > high ? value : high;
-            }
-            const std::int32_t first = firstPlaneFrom(low);
-            std::int32_t end = first;
-            while (end < static_cast<std::int32_t>(planes_.size()) &&
-                   planes_[static_cast<std::size_t>(end)].value <= high) {
-                ++end;
-            }
-            if (end > first) {
-                hits_.push_back({k, element, first, end});
-                ++candidates_[static_cast<std::size_t>(first)];
-                --candidates_[static_cast<std::size_t>(end)];
+    const auto zones = static_cast<std::uint32_t>(region_.blocks.size());
+    for (std::uint32_t zone = 0; zone < zones; ++zone) {
+        if (axes_[zone][0] != nullptr && region_.blocks[zone]->elementCount > 0) {
+            const auto triangles = static_cast<std::size_t>(region_.blocks[zone]->elementCount);
+            std::vector<std::vector<Hit>> found((triangles + trianglesOfChunk - 1) / trianglesOfChunk);
+            forEachChunk(triangles, trianglesOfChunk, [&](std::size_t first, std::size_t last, std::size_t) {
+                findHitsOf(zone, first, last, found[first / trianglesOfChunk]);
+            });
+            for (std::vector<Hit>& hits : found) {
+                hits_.insert(hits_.end(), hits.begin(), hits.end());
+                hits = {};
             }
         }
         if (progress) {
-            progress(0.3 * (k + 1) / static_cast<double>(region_.blocks.size()));
+            progress(0.3 * (zone + 1) / static_cast<double>(zones));
         }
+    }
+}
+
+void PlaneCutter::countCandidates() {
+    // Differences first: up where a triangle's planes begin, down behind them.
+    candidates_.assign(planes_.size() + 1, 0);
+    for (const Hit& hit : hits_) {
+        ++candidates_[static_cast<std::size_t>(hit.firstPlane)];
+        --candidates_[static_cast<std::size_t>(hit.endPlane)];
     }
     for (std::size_t i = 1; i < candidates_.size(); ++i) {
         candidates_[i] += candidates_[i - 1]; // a difference below 0 wraps round and back
     }
 }
 
-void PlaneCutter::cutPlanes(std::size_t from, std::size_t to, const TakePlane& take) {
-    std::vector<std::size_t> ends(to - from);
+void PlaneCutter::makeGroups() {
+    std::size_t segments = segmentsOfGroup + 1; // the first plane opens a group
+    for (std::size_t plane = 0; plane < planes_.size(); ++plane) {
+        if (segments + candidates_[plane] > segmentsOfGroup) {
+            groups_.push_back({plane, plane, 0, 0});
+            segments = 0;
+        }
+        segments += candidates_[plane];
+        groups_.back().endPlane = plane + 1;
+    }
+}
+
+void PlaneCutter::takeHitsIntoGroups() {
+    std::vector<std::uint32_t> groupOfPlane(planes_.size());
+    for (std::size_t group = 0; group < groups_.size(); ++group) {
+        for (std::size_t plane = groups_[group].firstPlane; plane < groups_[group].endPlane; ++plane) {
+            groupOfPlane[plane] = static_cast<std::uint32_t>(group);
+        }
+    }
+    const auto forEachGroupOf = [&](const Hit& hit, const auto& visit) {
+        const std::uint32_t last = groupOfPlane[static_cast<std::size_t>(hit.endPlane) - 1];
+        for (std::uint32_t group = groupOfPlane[static_cast<std::size_t>(hit.firstPlane)]; group <= last; ++group) {
+            visit(groups_[group]);
+        }
+    };
+    for (const Hit& hit : hits_) {
+        forEachGroupOf(hit, [](Group& group) { ++group.endHit; });
+    }
     std::size_t total = 0;
-    for (std::size_t plane = from; plane < to; ++plane) {
-        ends[plane - from] = total;
+    for (Group& group : groups_) {
+        group.firstHit = total;
+        total += group.endHit;
+        group.endHit = group.firstHit;
+    }
+    hitsOfGroups_.resize(total);
+    for (std::size_t i = 0; i < hits_.size(); ++i) {
+        forEachGroupOf(hits_[i], [&](Group& group) { hitsOfGroups_[group.endHit++] = static_cast<std::uint32_t>(i); });
+    }
+}
+
+void PlaneCutter::cutGroup(std::size_t number, Workplace& workplace, const TakePlane& take) const {
+    const Group& group = groups_[number];
+    std::vector<std::size_t>& ends = workplace.ends;
+    ends.resize(group.endPlane - group.firstPlane);
+    std::size_t total = 0;
+    for (std::size_t plane = group.firstPlane; plane < group.endPlane; ++plane) {
+        ends[plane - group.firstPlane] = total;
         total += candidates_[plane];
     }
-    segments_.resize(total);
+    if (workplace.segments.size() < total) {
+        workplace.segments.resize(total);
+    }
     const TriangleCut cutTriangle(axis_);
-    for (const Hit& hit : hits_) {
-        const auto first = std::max(from, static_cast<std::size_t>(hit.firstPlane));
-        const auto end = std::min(to, static_cast<std::size_t>(hit.endPlane));
-        if (first >= end) {
-            continue;
-        }
+    for (std::size_t i = group.firstHit; i < group.endHit; ++i) {
+        const Hit& hit = hits_[hitsOfGroups_[i]];
+        const auto first = std::max(group.firstPlane, static_cast<std::size_t>(hit.firstPlane));
+        const auto end = std::min(group.endPlane, static_cast<std::size_t>(hit.endPlane));
         const auto& axes = axes_[hit.zone];
         const std::int32_t* const nodes =
             &region_.blocks[hit.zone]->connectivity[std::size_t{4} * static_cast<std::size_t>(hit.element)];
@@ -157,32 +237,17 @@ void PlaneCutter::cutPlanes(std::size_t from, std::size_t to, const TakePlane& t
             corners[corner] = {axes[0][nodes[corner]], axes[1][nodes[corner]], axes[2][nodes[corner]]};
         }
         for (std::size_t plane = first; plane < end; ++plane) {
-            std::size_t& place = ends[plane - from];
-            place += cutTriangle(corners, planes_[plane].value, segments_[place]) ? 1 : 0;
+            std::size_t& place = ends[plane - group.firstPlane];
+            place += cutTriangle(corners, planes_[plane].value, workplace.segments[place]) ? 1 : 0;
         }
     }
     std::size_t begin = 0;
-    for (std::size_t plane = from; plane < to; ++plane) {
-        if (ends[plane - from] > begin) {
-            take(planes_[plane].number, {segments_.data() + begin, ends[plane - from] - begin});
+    for (std::size_t plane = group.firstPlane; plane < group.endPlane; ++plane) {
+        const std::size_t end = ends[plane - group.firstPlane];
+        if (end > begin) {
+            take(planes_[plane].number, {workplace.segments.data() + begin, end - begin});
         }
         begin += candidates_[plane];
-    }
-}
-
-void PlaneCutter::cut(const TakePlane& take, const ReportProgress& progress) {
-    findHits(progress);
-    for (std::size_t from = 0; from < planes_.size();) {
-        std::size_t to = from;
-        std::size_t total = 0;
-        do {
-            total += candidates_[to++];
-        } while (to < planes_.size() && total + candidates_[to] <= segmentsAtOnce);
-        cutPlanes(from, to, take);
-        from = to;
-        if (progress) {
-            progress(0.3 + 0.6 * static_cast<double>(from) / static_cast<double>(planes_.size()));
-        }
     }
 }
 

@@ -13,18 +13,30 @@
 
 namespace velmora {
 
-/// Cuts the triangles of a region by planes across one axis. Each triangle is visited once, with the planes that it
-/// spans; the segments of a plane stand in the order of the triangles.
+/// Cuts the triangles of a region by planes across one axis. It looks once at each triangle for the planes that it
+/// spans. The planes are cut in groups of neighbours, so that the segments of a few planes alone are there at a time;
+/// the segments of a plane stand in the order of the triangles.
 class PlaneCutter {
 public:
     /// What one plane cut; `plane` counts from 0 in the order given.
     using TakePlane = std::function<void(std::size_t plane, std::span<const SliceSegment> segments)>;
+    /// What the cutting of one group needs, and the next one can use again.
+    struct Workplace {
+        std::vector<SliceSegment> segments;
+        std::vector<std::size_t> ends;
+    };
 
-    /// `region` must outlive the cutter. Planes whose coordinate is not a number cut nothing.
-    PlaneCutter(const zRegion_fe& region, int axis, const std::vector<double>& planes);
+    /// Looks at the triangles. `region` must outlive the cutter. Planes whose coordinate is not a number cut nothing.
+    PlaneCutter(const zRegion_fe& region, int axis, const std::vector<double>& planes,
+                const ReportProgress& progress = {});
 
-    /// Hands over every plane that cuts a triangle, rising by coordinate, planes of one coordinate in the order given.
-    void cut(const TakePlane& take, const ReportProgress& progress);
+    /// Whether no two planes count as one by `samePlane`.
+    bool planesApart() const;
+
+    std::size_t groups() const { return groups_.size(); }
+    /// Hands over the planes of a group that cut a triangle, rising by coordinate, planes of one coordinate in the
+    /// order given; the groups rise too. Several threads may cut at a time, each at a workplace of its own.
+    void cutGroup(std::size_t group, Workplace& workplace, const TakePlane& take) const;
 
 private:
     struct Plane {
@@ -38,20 +50,33 @@ private:
         std::int32_t firstPlane;
         std::int32_t endPlane;
     };
+    /// Planes that are cut together, and the triangles that span any of them, as places in `hitsOfGroups_`.
+    struct Group {
+        std::size_t firstPlane;
+        std::size_t endPlane;
+        std::size_t firstHit;
+        std::size_t endHit;
+    };
 
+    void arrangePlanes(const std::vector<double>& planes);
+    std::int32_t cellOf(double value) const;
     void findHits(const ReportProgress& progress);
-    std::int32_t firstPlaneFrom(double value) const;
-    void cutPlanes(std::size_t from, std::size_t to, const TakePlane& take);
+    void findHitsOf(std::uint32_t zone, std::size_t first, std::size_t last, std::vector<Hit>& hits) const;
+    void countCandidates();
+    void makeGroups();
+    void takeHitsIntoGroups();
 
     const zRegion_fe& region_;
     int axis_;
     std::vector<std::array<const double*, 3>> axes_; ///< the coordinates of each zone
     std::vector<Plane> planes_;                      ///< rising
-    std::vector<Hit> hits_;                          ///< in the order of the triangles
-    std::vector<std::size_t> candidates_;            ///< for each plane, how many triangles span it
-    std::vector<SliceSegment> segments_;
-    double guessFrom_ = 0.0; ///< where the guess for a coordinate's plane starts, and planes per unit
-    double guessScale_ = 0.0;
+    std::vector<std::int32_t> cells_;                ///< the first plane of each cell of `cellOf`, and the end
+    double cellsFrom_ = 0.0;
+    double cellsPerUnit_ = 0.0;
+    std::vector<Hit> hits_;               ///< in the order of the triangles
+    std::vector<std::size_t> candidates_; ///< for each plane, how many triangles span it
+    std::vector<Group> groups_;
+    std::vector<std::uint32_t> hitsOfGroups_; ///< places in `hits_`, rising within a group
 };
 
 } // namespace velmora

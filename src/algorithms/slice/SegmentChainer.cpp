@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 
 namespace velmora {
@@ -65,7 +66,7 @@ bool canBeSame(const SlicePoint& p, double magnitude) {
 PointCells::PointCells(int axis) : u_(axis == 0 ? 1 : 0), v_(axis == 2 ? 1 : 2) {}
 
 void PointCells::reset(std::size_t points, std::size_t numbers) {
-    heads_.assign(std::bit_ceil(2 * points + 1), -1);
+    buckets_.assign(std::bit_ceil(2 * points + 1), Bucket());
     next_.resize(numbers);
 }
 
@@ -76,13 +77,9 @@ void PointCells::put(const SlicePoint& point, std::int32_t number) {
     }
     const int level = levelOf(magnitude);
     const double perUnit = cellsPerUnit(level);
-    std::int32_t& first =
-        heads_[bucketOf(level, cellOf(point[u_], perUnit), cellOf(point[v_], perUnit), heads_.size())];
-    if (static_cast<std::size_t>(number) >= next_.size()) {
-        next_.resize(static_cast<std::size_t>(number) + 1);
-    }
-    next_[static_cast<std::size_t>(number)] = first;
-    first = number;
+    Bucket& bucket = buckets_[bucketOf(level, cellOf(point[u_], perUnit), cellOf(point[v_], perUnit), buckets_.size())];
+    next_[static_cast<std::size_t>(number)] = bucket.head;
+    bucket.head = number;
 }
 
 PointCells::Buckets PointCells::near(const SlicePoint& point) const {
@@ -100,7 +97,7 @@ PointCells::Buckets PointCells::near(const SlicePoint& point) const {
         const std::int64_t lastV = cellOf(finite(point[v_] + radius), perUnit);
         for (std::int64_t u = cellOf(finite(point[u_] - radius), perUnit); u <= lastU; ++u) {
             for (std::int64_t v = cellOf(finite(point[v_] - radius), perUnit); v <= lastV; ++v) {
-                found.bucket[found.count++] = bucketOf(level, u, v, heads_.size());
+                found.bucket[found.count++] = bucketOf(level, u, v, buckets_.size());
             }
         }
     }
@@ -109,15 +106,14 @@ PointCells::Buckets PointCells::near(const SlicePoint& point) const {
 
 // ---- SegmentChainer -------------------------------------------------------------------------------------------------
 
-SegmentChainer::SegmentChainer(int axis) : ends_(axis), dots_(axis), linePoints_(axis) {}
+SegmentChainer::SegmentChainer(int axis) : ends_(axis), dots_(axis) {}
 
 /// Puts the segments' ends into the hash, from the last to the first; degenerate segments, dots, into one of their own.
 void SegmentChainer::arrange() {
     const std::size_t count = segments_.size();
-    ends_.reset(2 * count, 2 * count);
+    ends_.reset(count, 2 * count);
     walked_.assign(count, 0);
-    headPass_.assign(ends_.bucketCount(), 0);
-    passHead_.resize(ends_.bucketCount());
+    onLine_.assign(2 * count, false);
     pass_ = 0;
     cursor_ = 0;
     hasDots_ = false;
@@ -134,11 +130,11 @@ void SegmentChainer::arrange() {
     }
 }
 
-bool SegmentChainer::touchesLine(const SlicePoint& point) const {
-    const PointCells::Buckets near = linePoints_.near(point);
+bool SegmentChainer::touchesLine(const PointCells& cells, const SlicePoint& point) const {
+    const PointCells::Buckets near = cells.near(point);
     for (int i = 0; i < near.count; ++i) {
-        for (std::int32_t n = linePoints_.head(near.bucket[i]); n >= 0; n = linePoints_.next(n)) {
-            if (samePoint(point, pointsOfLines_[static_cast<std::size_t>(n)])) {
+        for (std::int32_t end = cells[near.bucket[i]].head; end >= 0; end = cells.next(end)) {
+            if (onLine_[static_cast<std::size_t>(end)] && samePoint(point, pointOfEnd(end))) {
                 return true;
             }
         }
@@ -146,54 +142,59 @@ bool SegmentChainer::touchesLine(const SlicePoint& point) const {
     return false;
 }
 
+/// Every point of a line is the end of a segment.
+bool SegmentChainer::touchesLine(const SlicePoint& point) const {
+    return touchesLine(ends_, point) || (hasDots_ && touchesLine(dots_, point));
+}
+
 /// A segment that cannot start a line now never can, as lines are only added; so the search goes on from the last
-/// start.
+/// start. One that was walked touches the line that walked it.
 std::optional<std::size_t> SegmentChainer::nextStart() {
     while (cursor_ < segments_.size()) {
         const std::size_t segment = cursor_++;
         const auto& [first, second] = segments_[segment];
-        if (!samePoint(first, second) && (pointsOfLines_.empty() || (!touchesLine(first) && !touchesLine(second)))) {
+        if (walked_[segment] == 0 && !samePoint(first, second) && !touchesLine(first) && !touchesLine(second)) {
             return segment;
         }
     }
     return std::nullopt;
 }
 
-void SegmentChainer::keepPoints(const SliceLine& line) {
-    if (pointsOfLines_.empty()) {
-        linePoints_.reset(segments_.size(), segments_.size() + 1);
-    }
-    for (const SlicePoint& point : line) {
-        linePoints_.put(point, static_cast<std::int32_t>(pointsOfLines_.size()));
-        pointsOfLines_.push_back(point);
-    }
-}
-
-/// The ends of a bucket in the order of the segments, up to the first that the line can go on over.
-void SegmentChainer::tryBucket(std::uint32_t bucket, const SliceLine& line, std::optional<Step>& best) {
-    if (headPass_[bucket] != pass_) {
-        headPass_[bucket] = pass_;
-        passHead_[bucket] = ends_.head(bucket);
+/// The ends of a bucket in the order of the segments, up to the first that the line can go on over. `reachOfLast` is
+/// above the largest difference, along any axis, between the line's last point and one that is the same.
+void SegmentChainer::tryBucket(std::uint32_t number, const Growing& line, double reachOfLast,
+                               std::optional<Step>& best) {
+    PointCells::Bucket& bucket = ends_[number];
+    if (bucket.search != pass_) {
+        bucket.search = pass_;
+        bucket.searchHead = bucket.head;
     }
     const auto wasWalked = [this](std::int32_t end) { return walked_[static_cast<std::size_t>(end / 2)] == pass_; };
-    std::int32_t& head = passHead_[bucket];
+    std::int32_t& head = bucket.searchHead;
     while (head >= 0 && wasWalked(head)) {
         head = ends_.next(head);
     }
-    const SlicePoint& at = line.back();
+    const SlicePoint& at = line.points.back();
+    const auto isLast = [&](const SlicePoint& point) {
+        const bool farOff = std::fabs(at[0] - point[0]) > reachOfLast || std::fabs(at[1] - point[1]) > reachOfLast ||
+                            std::fabs(at[2] - point[2]) > reachOfLast;
+        return !farOff && samePoint(at, point);
+    };
     for (std::int32_t end = head; end >= 0; end = ends_.next(end)) {
         const auto segment = static_cast<std::size_t>(end / 2);
         if (best && segment >= best->segment) {
             return;
         }
         const auto& [first, second] = segments_[segment];
-        const bool fromFirst = samePoint(at, first);
-        if (wasWalked(end) || (!fromFirst && !samePoint(at, second))) {
+        if (wasWalked(end)) {
             continue;
         }
-        const SlicePoint& to = fromFirst ? second : first;
-        if (line.size() == 1 || !samePoint(line[line.size() - 2], to)) {
-            best = Step{segment, to};
+        const bool fromFirst = isLast(first);
+        if (!fromFirst && !isLast(second)) {
+            continue;
+        }
+        if (line.size() == 1 || !samePoint(line.points[line.points.size() - 2], fromFirst ? second : first)) {
+            best = Step{segment, fromFirst};
             return;
         }
     }
@@ -203,7 +204,7 @@ void SegmentChainer::tryBucket(std::uint32_t bucket, const SliceLine& line, std:
 void SegmentChainer::tryDots(const SlicePoint& at, std::optional<Step>& best) const {
     const PointCells::Buckets near = dots_.near(at);
     for (int i = 0; i < near.count; ++i) {
-        for (std::int32_t end = dots_.head(near.bucket[i]); end >= 0; end = dots_.next(end)) {
+        for (std::int32_t end = dots_[near.bucket[i]].head; end >= 0; end = dots_.next(end)) {
             const auto segment = static_cast<std::size_t>(end / 2);
             if (best && segment >= best->segment) {
                 break;
@@ -211,23 +212,24 @@ void SegmentChainer::tryDots(const SlicePoint& at, std::optional<Step>& best) co
             const auto& [first, second] = segments_[segment];
             const bool fromFirst = samePoint(at, first);
             if (fromFirst || samePoint(at, second)) {
-                best = Step{segment, fromFirst ? second : first};
+                best = Step{segment, fromFirst};
                 break;
             }
         }
     }
 }
 
-std::optional<SegmentChainer::Step> SegmentChainer::nextStep(const SliceLine& line) {
+std::optional<SegmentChainer::Step> SegmentChainer::nextStep(const Growing& line) {
     std::optional<Step> best;
-    const SlicePoint& at = line.back();
+    const SlicePoint& at = line.points.back();
     const bool single = line.size() == 1;
-    if (!single && samePoint(at, line.front())) {
+    if (!single && samePoint(at, line.points[line.begin])) {
         return best; // closed
     }
+    const double reachOfLast = reach * largestCoordinate(at);
     const PointCells::Buckets near = ends_.near(at);
     for (int i = 0; i < near.count; ++i) {
-        tryBucket(near.bucket[i], line, best);
+        tryBucket(near.bucket[i], line, reachOfLast, best);
     }
     if (single && hasDots_) {
         tryDots(at, best);
@@ -235,34 +237,36 @@ std::optional<SegmentChainer::Step> SegmentChainer::nextStep(const SliceLine& li
     return best;
 }
 
-void SegmentChainer::extend(SliceLine& line) {
+void SegmentChainer::extend(const Growing& line) {
     ++pass_;
     while (const auto step = nextStep(line)) {
         walked_[step->segment] = pass_;
-        line.push_back(step->to);
+        onLine_[2 * step->segment + (step->toSecond ? 1 : 0)] = true;
+        const SliceSegment& segment = segments_[step->segment];
+        line.points.push_back(step->toSecond ? segment.second : segment.first);
     }
 }
 
-void SegmentChainer::chain(std::span<const SliceSegment> segments, std::vector<SliceLine>& lines) {
+void SegmentChainer::chain(std::span<const SliceSegment> segments, SliceLines& lines) {
     if (segments.empty()) {
         return;
     }
     segments_ = segments;
     arrange();
-    pointsOfLines_.clear();
     std::size_t steps = 0;
     std::optional<std::size_t> start = nextStart();
     for (start = start.value_or(0); start; start = nextStart()) {
-        SliceLine line{segments[*start].first};
+        const Growing line{lines.points, lines.points.size()};
+        lines.points.push_back(segments[*start].first);
+        onLine_[2 * *start] = true;
         extend(line);
-        std::reverse(line.begin(), line.end());
+        std::reverse(lines.points.begin() + static_cast<std::ptrdiff_t>(line.begin), lines.points.end());
         extend(line);
         steps += line.size() - 1;
-        lines.push_back(std::move(line));
+        lines.ends.push_back(lines.points.size());
         if (steps == segments.size()) {
             return;
         }
-        keepPoints(lines.back());
     }
 }
 

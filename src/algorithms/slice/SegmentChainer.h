@@ -15,6 +15,12 @@ namespace velmora {
 /// Numbers rise within a bucket if they were put in from the last to the first.
 class PointCells {
 public:
+    /// Where the numbers of a bucket begin, and where a search that passes over some for good goes on; -1 for none.
+    struct Bucket {
+        std::int32_t head = -1;
+        std::int32_t searchHead = -1;
+        std::uint32_t search = 0; ///< the search that `searchHead` belongs to
+    };
     /// The buckets that hold every point that `samePoint` accepts for one point, and others.
     struct Buckets {
         std::uint32_t bucket[8];
@@ -24,23 +30,21 @@ public:
     /// `axis` is the one across the plane.
     explicit PointCells(int axis);
 
-    /// Empties the cells for about `points` points, numbered from 0 to less than `numbers`.
+    /// Empties the cells for about `points` different points, numbered from 0 to less than `numbers`.
     void reset(std::size_t points, std::size_t numbers);
-    /// Puts a point in front of those of its bucket. One that is never the same as any point is left out. A number
-    /// beyond those of reset makes room for itself.
+    /// Puts a point in front of those of its bucket. One that is never the same as any point is left out.
     void put(const SlicePoint& point, std::int32_t number);
     Buckets near(const SlicePoint& point) const;
 
-    /// The first number of a bucket, and the one behind a number; -1 for none.
-    std::int32_t& head(std::uint32_t bucket) { return heads_[bucket]; }
-    std::int32_t head(std::uint32_t bucket) const { return heads_[bucket]; }
+    Bucket& operator[](std::uint32_t bucket) { return buckets_[bucket]; }
+    const Bucket& operator[](std::uint32_t bucket) const { return buckets_[bucket]; }
+    /// The number behind another one in its bucket; -1 for none.
     std::int32_t next(std::int32_t number) const { return next_[static_cast<std::size_t>(number)]; }
-    std::size_t bucketCount() const { return heads_.size(); }
 
 private:
     std::size_t u_;
     std::size_t v_;
-    std::vector<std::int32_t> heads_;
+    std::vector<Bucket> buckets_;
     std::vector<std::int32_t> next_;
 };
 
@@ -58,32 +62,40 @@ public:
     /// its start. No segment starts two lines. The plane is finished when the lines have as many steps as the plane has
     /// segments, or no start is left. Without these rules a T-junction, a figure eight or a coordinate that is not
     /// finite would keep the chaining going for ever.
-    void chain(std::span<const SliceSegment> segments, std::vector<SliceLine>& lines);
+    void chain(std::span<const SliceSegment> segments, SliceLines& lines);
 
 private:
     struct Step {
         std::size_t segment;
-        SlicePoint to;
+        bool toSecond;
+    };
+    /// The line that grows: the points of `points` from `begin` on.
+    struct Growing {
+        std::vector<SlicePoint>& points;
+        std::size_t begin;
+
+        std::size_t size() const { return points.size() - begin; }
     };
 
     void arrange();
     std::optional<std::size_t> nextStart();
     bool touchesLine(const SlicePoint& point) const;
-    void extend(SliceLine& line);
-    std::optional<Step> nextStep(const SliceLine& line);
-    void tryBucket(std::uint32_t bucket, const SliceLine& line, std::optional<Step>& best);
+    bool touchesLine(const PointCells& cells, const SlicePoint& point) const;
+    void extend(const Growing& line);
+    std::optional<Step> nextStep(const Growing& line);
+    void tryBucket(std::uint32_t bucket, const Growing& line, double reachOfLast, std::optional<Step>& best);
     void tryDots(const SlicePoint& at, std::optional<Step>& best) const;
-    void keepPoints(const SliceLine& line);
+    const SlicePoint& pointOfEnd(std::int32_t end) const {
+        const SliceSegment& segment = segments_[static_cast<std::size_t>(end / 2)];
+        return end % 2 == 0 ? segment.first : segment.second;
+    }
 
     std::span<const SliceSegment> segments_;
     PointCells ends_; ///< end e of segment s has the number 2 s + e
     PointCells dots_; ///< the same for segments without length
     bool hasDots_ = false;
-    PointCells linePoints_;
-    std::vector<SlicePoint> pointsOfLines_;
-    std::vector<std::uint32_t> walked_;   ///< for each segment, the last pass that walked it
-    std::vector<std::uint32_t> headPass_; ///< for each bucket of ends, the pass of its entry in passHead_
-    std::vector<std::int32_t> passHead_;  ///< the first end in it of a segment that was not walked
+    std::vector<std::uint32_t> walked_; ///< for each segment, the last pass that walked it
+    std::vector<bool> onLine_;          ///< for each end, whether a line has a point there
     std::uint32_t pass_ = 0;
     std::size_t cursor_ = 0; ///< all segments before it can start no line any more
 };

@@ -1,6 +1,12 @@
 #include "corner_box.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "parallel.h"
+#include "vectors.h"
 
 namespace velmora {
 
@@ -14,32 +20,52 @@ std::array<const double*, 3> zoneAxes(const zBlock_fe& zone) {
 
 namespace {
 
-void widen(const zBlock_fe& zone, const double* values, double& lower, double& upper) {
-    double low = lower;
-    double high = upper;
-    const std::int32_t* corners = zone.connectivity.data();
-    for (std::int32_t element = 0; element < zone.elementCount; ++element, corners += 4) {
+constexpr std::size_t trianglesOfChunk = std::size_t{1} << 16;
+
+/// Of equal numbers, as of zeros of either sign, the first one stays.
+void widen(CornerRange& range, double lower, double upper) {
+    range.upper = std::max(range.upper, upper);
+    range.lower = std::min(range.lower, lower);
+}
+
+CornerRange rangeOf(const std::int32_t* corners, std::size_t triangles, const double* values) {
+    CornerRange range;
+    for (std::size_t i = 0; i < triangles; ++i, corners += 4) {
         for (int corner = 0; corner < 3; ++corner) {
             const double value = values[corners[corner]];
-            high = std::max(high, value);
-            low = std::min(low, value);
+            widen(range, value, value);
         }
     }
-    lower = low;
-    upper = high;
+    return range;
 }
 
 } // namespace
 
+CornerRange cornerRange(const zRegion_fe& region, int axis) {
+    CornerRange range;
+    for (const auto& zone : region.blocks) {
+        const double* const values = zoneAxes(*zone)[static_cast<std::size_t>(axis)];
+        if (values == nullptr || zone->elementCount <= 0) {
+            continue;
+        }
+        const auto triangles = static_cast<std::size_t>(zone->elementCount);
+        std::vector<CornerRange> ranges((triangles + trianglesOfChunk - 1) / trianglesOfChunk);
+        forEachChunk(triangles, trianglesOfChunk, [&](std::size_t first, std::size_t last, std::size_t) {
+            ranges[first / trianglesOfChunk] = rangeOf(zone->connectivity.data() + 4 * first, last - first, values);
+        });
+        for (const CornerRange& part : ranges) {
+            widen(range, part.lower, part.upper);
+        }
+    }
+    return range;
+}
+
 CornerBox cornerBox(const zRegion_fe& region) {
     CornerBox box;
-    for (const auto& zone : region.blocks) {
-        const auto axes = zoneAxes(*zone);
-        if (axes[0] != nullptr) {
-            widen(*zone, axes[0], box.lower.x, box.upper.x);
-            widen(*zone, axes[1], box.lower.y, box.upper.y);
-            widen(*zone, axes[2], box.lower.z, box.upper.z);
-        }
+    for (int axis = 0; axis < 3; ++axis) {
+        const CornerRange range = cornerRange(region, axis);
+        along(box.lower, axis) = range.lower;
+        along(box.upper, axis) = range.upper;
     }
     return box;
 }

@@ -8,8 +8,10 @@
 #include <cstdint>
 #include <deque>
 #include <optional>
+#include <span>
 #include <utility>
 
+#include "parallel.h"
 #include "vectors.h"
 
 namespace velmora {
@@ -22,49 +24,81 @@ constexpr std::size_t fewLines = 64;
 /// Which ends meet, in the order in which they are tried.
 enum class Meeting { None, LastToFirst, LastToLast, FirstToFirst, FirstToLast };
 
-/// The line that grows. It is reversed by a flag.
+/// The line that grows: lines that were taken, forward or backward. It is reversed by a flag.
 class GrowingLine {
 public:
-    explicit GrowingLine(const SliceLine& line) : points_(line.begin(), line.end()) {}
+    explicit GrowingLine(const SliceLines& lines) : lines_(lines) {}
 
-    const SlicePoint& first() const { return reversed_ ? points_.back() : points_.front(); }
-    const SlicePoint& last() const { return reversed_ ? points_.front() : points_.back(); }
+    const SlicePoint& first() const { return reversed_ ? back_ : front_; }
+    const SlicePoint& last() const { return reversed_ ? front_ : back_; }
 
-    void take(const SliceLine& line, Meeting meeting) {
+    void startWith(std::size_t line) {
+        pieces_.assign(1, {line, false});
+        reversed_ = false;
+        front_ = lines_[line].front();
+        back_ = lines_[line].back();
+        points_ = lines_[line].size();
+    }
+
+    void take(std::size_t line, Meeting meeting) {
         if (meeting == Meeting::FirstToFirst || meeting == Meeting::FirstToLast) {
             reversed_ = !reversed_;
         }
-        if (meeting == Meeting::LastToLast || meeting == Meeting::FirstToLast) {
-            append(line.rbegin(), line.rend());
+        const bool backward = meeting == Meeting::LastToLast || meeting == Meeting::FirstToLast;
+        const SlicePoint& outer = backward ? lines_[line].front() : lines_[line].back();
+        if (reversed_) {
+            pieces_.push_front({line, !backward});
+            front_ = outer;
         } else {
-            append(line.begin(), line.end());
+            pieces_.push_back({line, backward});
+            back_ = outer;
         }
+        points_ += lines_[line].size();
     }
 
-    SliceLine points() const {
-        return reversed_ ? SliceLine(points_.rbegin(), points_.rend()) : SliceLine(points_.begin(), points_.end());
+    PointList points() const {
+        PointList points;
+        points.reserve(points_);
+        if (reversed_) {
+            std::for_each(pieces_.rbegin(), pieces_.rend(), [&](const Piece& piece) {
+                append({piece.line, !piece.backward}, points);
+            });
+        } else {
+            std::for_each(pieces_.begin(), pieces_.end(), [&](const Piece& piece) { append(piece, points); });
+        }
+        return points;
     }
 
 private:
-    template <class Iterator>
-    void append(Iterator from, Iterator to) {
-        if (reversed_) {
-            std::for_each(from, to, [this](const SlicePoint& point) { points_.push_front(point); });
+    struct Piece {
+        std::size_t line;
+        bool backward;
+    };
+
+    void append(const Piece& piece, PointList& points) const {
+        const std::span<const SlicePoint> line = lines_[piece.line];
+        const auto put = [&points](const SlicePoint& point) { points.push_back(vectorAt(point.data())); };
+        if (piece.backward) {
+            std::for_each(line.rbegin(), line.rend(), put);
         } else {
-            points_.insert(points_.end(), from, to);
+            std::for_each(line.begin(), line.end(), put);
         }
     }
 
-    std::deque<SlicePoint> points_;
+    const SliceLines& lines_;
+    std::deque<Piece> pieces_;
+    SlicePoint front_{};
+    SlicePoint back_{};
+    std::size_t points_ = 0;
     bool reversed_ = false;
 };
 
 /// Lets lines grow, with one way to find the next line to take.
 class Joiner {
 public:
-    Joiner(const std::vector<SliceLine>& lines, int axis, double precision, JoinedLines& joined)
+    Joiner(const SliceLines& lines, int axis, double precision, JoinedLines& joined)
         : lines_(lines), axis_(static_cast<std::size_t>(axis)), precision_(precision), joined_(joined),
-          used_(lines.size(), false) {}
+          used_(lines.size(), false), growing_(lines) {}
 
     /// The rule itself, over the lines from `from` to before `to`.
     void joinPlainly(std::size_t from, std::size_t to);
@@ -82,24 +116,24 @@ private:
 
     void start(std::size_t line);
     void take(const Choice& choice);
-    void finish() { joined_.lines.push_back(growing_->points()); }
+    void finish() { joined_.sections.push_back(growing_.points()); }
     bool near(const SlicePoint& a, const SlicePoint& b) const;
-    Meeting meetingWith(const SliceLine& line) const;
+    Meeting meetingWith(std::span<const SlicePoint> line) const;
     bool inPlaneOfGrowing(std::size_t line) const {
-        return samePlane(lines_[line].front()[axis_], growing_->last()[axis_]);
+        return samePlane(lines_[line].front()[axis_], growing_.last()[axis_]);
     }
     Choice chosenPlainly(std::size_t from, std::size_t to) const;
 
-    const std::vector<SliceLine>& lines_;
+    const SliceLines& lines_;
     std::size_t axis_;
     double precision_;
     JoinedLines& joined_;
     std::vector<bool> used_;
-    std::optional<GrowingLine> growing_;
+    GrowingLine growing_;
 };
 
 void Joiner::start(std::size_t line) {
-    growing_.emplace(lines_[line]);
+    growing_.startWith(line);
     used_[line] = true;
 }
 
@@ -108,7 +142,7 @@ void Joiner::take(const Choice& choice) {
         finish();
         start(choice.line);
     } else {
-        growing_->take(lines_[choice.line], choice.meeting);
+        growing_.take(choice.line, choice.meeting);
         used_[choice.line] = true;
     }
 }
@@ -120,17 +154,17 @@ bool Joiner::near(const SlicePoint& a, const SlicePoint& b) const {
     return dx * dx + dy * dy + dz * dz <= precision_ * precision_;
 }
 
-Meeting Joiner::meetingWith(const SliceLine& line) const {
-    if (near(growing_->last(), line.front())) {
+Meeting Joiner::meetingWith(std::span<const SlicePoint> line) const {
+    if (near(growing_.last(), line.front())) {
         return Meeting::LastToFirst;
     }
-    if (near(growing_->last(), line.back())) {
+    if (near(growing_.last(), line.back())) {
         return Meeting::LastToLast;
     }
-    if (near(growing_->first(), line.front())) {
+    if (near(growing_.first(), line.front())) {
         return Meeting::FirstToFirst;
     }
-    return near(growing_->first(), line.back()) ? Meeting::FirstToLast : Meeting::None;
+    return near(growing_.first(), line.back()) ? Meeting::FirstToLast : Meeting::None;
 }
 
 /// `from` must not be used.
@@ -248,8 +282,8 @@ void Joiner::joinByCells(std::size_t from, std::size_t to) {
             continue;
         }
         std::optional<Choice> choice;
-        ends.findNear(growing_->last(), choice);
-        ends.findNear(growing_->first(), choice);
+        ends.findNear(growing_.last(), choice);
+        ends.findNear(growing_.first(), choice);
         take(choice.value_or(Choice{last, Meeting::None}));
     }
     finish();
@@ -262,7 +296,7 @@ struct PlaneRun {
     std::size_t end;
 };
 
-std::vector<PlaneRun> planeRuns(const std::vector<SliceLine>& lines, std::size_t axis) {
+std::vector<PlaneRun> planeRuns(const SliceLines& lines, std::size_t axis) {
     std::vector<PlaneRun> runs;
     for (std::size_t line = 0; line < lines.size(); ++line) {
         const double plane = lines[line].front()[axis];
@@ -282,19 +316,17 @@ bool apart(std::vector<PlaneRun> runs) {
            }) == runs.end();
 }
 
-zVec<double> difference(const SlicePoint& a, const SlicePoint& b) {
-    return vectorAt(a.data()) - vectorAt(b.data());
-}
-
 } // namespace
 
-JoinedLines joinLines(std::vector<SliceLine> lines, int axis, double precision) {
+JoinedLines joinLines(const SliceLines& lines, int axis, double precision) {
     JoinedLines joined;
+    Joiner joiner(lines, axis, precision, joined);
     if (lines.size() < 2) {
-        joined.lines = std::move(lines);
+        if (lines.size() == 1) {
+            joiner.joinPlainly(0, 1);
+        }
         return joined;
     }
-    Joiner joiner(lines, axis, precision, joined);
     const std::vector<PlaneRun> runs = planeRuns(lines, static_cast<std::size_t>(axis));
     if (!apart(runs)) {
         joiner.joinPlainly(0, lines.size());
@@ -310,20 +342,28 @@ JoinedLines joinLines(std::vector<SliceLine> lines, int axis, double precision) 
     return joined;
 }
 
-void orientLines(std::vector<SliceLine>& lines) {
-    for (std::size_t i = 1; i < lines.size(); ++i) {
-        const SliceLine& before = lines[i - 1];
-        SliceLine& line = lines[i];
-        if (before.size() < 2 || line.size() < 2) {
+void orientLines(Patch& sections) {
+    constexpr std::size_t sectionsOfChunk = 16;
+    std::vector<std::uint8_t> turned(sections.size(), 0);
+    for (std::size_t i = 1; i < sections.size(); ++i) {
+        const PointList& before = sections[i - 1];
+        const PointList& section = sections[i];
+        if (before.size() < 2 || section.size() < 2) {
             continue;
         }
-        const zVec<double> direction = difference(before[1], before[0]);
-        const zVec<double> forward = difference(line[1], line[0]);
-        const zVec<double> backward = difference(line[line.size() - 2], line.back());
-        if (cosine(direction, backward) > cosine(direction, forward)) {
-            std::reverse(line.begin(), line.end());
-        }
+        const bool wasTurned = turned[i - 1] != 0;
+        const zVec<double> forward = section[1] - section[0];
+        const zVec<double> backward = section[section.size() - 2] - section.back();
+        const zVec<double> direction = wasTurned ? before[before.size() - 2] - before.back() : before[1] - before[0];
+        turned[i] = cosine(direction, backward) > cosine(direction, forward) ? 1 : 0;
     }
+    forEachChunk(sections.size(), sectionsOfChunk, [&](std::size_t first, std::size_t last, std::size_t) {
+        for (std::size_t i = first; i < last; ++i) {
+            if (turned[i] != 0) {
+                std::reverse(sections[i].begin(), sections[i].end());
+            }
+        }
+    });
 }
 
 } // namespace velmora

@@ -1,14 +1,13 @@
 #pragma once
 
-#include <vector>
-
+#include "PatchList.h"
 #include "slice_points.h"
 
 namespace velmora {
 
 /// What came of the lines of all planes.
 struct JoinedLines {
-    std::vector<SliceLine> lines;
+    Patch sections;
     int left = 0; ///< lines that came into none
 };
 
@@ -21,10 +20,10 @@ struct JoinedLines {
 /// the last of the lines left in the plane grows next. Fewer than two lines stay as they are. No line may be empty.
 ///
 /// Close to linear, unless lines of different planes count as one plane, or come in turns: quadratic then.
-JoinedLines joinLines(std::vector<SliceLine> lines, int axis, double precision);
+JoinedLines joinLines(const SliceLines& lines, int axis, double precision);
 
-/// Reverses each line from the second on that starts in the direction in which the line before it starts less than the
-/// way back from its last point does. Lines of one point turn nothing.
-void orientLines(std::vector<SliceLine>& lines);
+/// Reverses each section from the second on that starts in the direction in which the one before it starts less than
+/// the way back from its last point does. Sections of one point turn nothing.
+void orientLines(Patch& sections);
 
 } // namespace velmora

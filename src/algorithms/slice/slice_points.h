@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cmath>
+#include <cstddef>
+#include <span>
 #include <vector>
 
 #include "same_point.h"
@@ -17,8 +19,21 @@ struct SliceSegment {
     SlicePoint second{};
 };
 
-/// A chain of cut points.
-using SliceLine = std::vector<SlicePoint>;
+/// Chains of cut points, one behind the other.
+struct SliceLines {
+    std::vector<SlicePoint> points;
+    std::vector<std::size_t> ends; ///< of each line, behind its last point
+
+    std::size_t size() const { return ends.size(); }
+    std::span<const SlicePoint> operator[](std::size_t line) const {
+        const std::size_t begin = line == 0 ? 0 : ends[line - 1];
+        return {points.data() + begin, ends[line] - begin};
+    }
+    void clear() {
+        points.clear();
+        ends.clear();
+    }
+};
 
 /// `samePoint` for the coordinate of two planes.
 inline bool samePlane(double a, double b) {

@@ -3,13 +3,15 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <span>
 #include <utility>
+#include <vector>
 
 #include "PlaneCutter.h"
 #include "SegmentChainer.h"
 #include "corner_box.h"
 #include "line_joiner.h"
-#include "vectors.h"
+#include "parallel.h"
 
 namespace velmora {
 
@@ -17,9 +19,8 @@ namespace {
 
 /// Where the planes stand. One plane makes the step a division by zero: it stands nowhere.
 std::vector<double> planeValues(const zRegion_fe& region, const SlicePlan& plan) {
-    const CornerBox box = plan.manual ? CornerBox{} : cornerBox(region);
-    const double low = plan.manual ? plan.lower : along(box.lower, plan.axis);
-    const double high = plan.manual ? plan.upper : along(box.upper, plan.axis);
+    const CornerRange range = plan.manual ? CornerRange{plan.lower, plan.upper} : cornerRange(region, plan.axis);
+    const auto [low, high] = range;
     const double border = plan.manual ? 0.0 : plan.border;
     const double step = (high - low) / static_cast<double>(plan.planes - 1);
     std::vector<double> values;
@@ -35,17 +36,74 @@ std::vector<double> planeValues(const zRegion_fe& region, const SlicePlan& plan)
     return values;
 }
 
-Patch sectionsOf(const std::vector<SliceLine>& lines) {
-    Patch sections;
-    sections.reserve(lines.size());
-    for (const SliceLine& line : lines) {
-        PointList& section = sections.emplace_back();
-        section.reserve(line.size());
-        for (const SlicePoint& point : line) {
-            section.emplace_back(point[0], point[1], point[2]);
-        }
+/// What a thread needs to cut and chain one group of planes after the other.
+struct Slicer {
+    explicit Slicer(int axis) : chainer(axis) {}
+
+    PlaneCutter::Workplace workplace;
+    SegmentChainer chainer;
+    SliceLines lines;
+};
+
+/// Gives the lines of each plane to `take(plane, lines)`; several threads at a time, each other planes.
+template <class Take>
+void chainPlanes(const PlaneCutter& cutter, int axis, const Take& take, const ReportProgress& progress) {
+    std::vector<Slicer> slicers(workersFor(cutter.groups(), 1), Slicer(axis));
+    forEachChunk(
+        cutter.groups(), 1,
+        [&](std::size_t group, std::size_t, std::size_t worker) {
+            Slicer& slicer = slicers[worker];
+            cutter.cutGroup(group, slicer.workplace, [&](std::size_t plane, std::span<const SliceSegment> segments) {
+                slicer.lines.clear();
+                slicer.chainer.chain(segments, slicer.lines);
+                take(plane, slicer.lines);
+            });
+        },
+        [&progress](double fraction) {
+            if (progress) {
+                progress(0.3 + 0.6 * fraction);
+            }
+        });
+}
+
+/// The lines of each plane are joined as soon as they are there.
+SliceResult joinedPlaneByPlane(const PlaneCutter& cutter, const SlicePlan& plan, const ReportProgress& progress) {
+    std::vector<JoinedLines> ofPlanes(static_cast<std::size_t>(std::max(plan.planes, 0)));
+    chainPlanes(
+        cutter, plan.axis,
+        [&](std::size_t plane, const SliceLines& lines) {
+            ofPlanes[plane] = joinLines(lines, plan.axis, plan.precision);
+        },
+        progress);
+    SliceResult result;
+    std::size_t sections = 0;
+    for (const JoinedLines& ofPlane : ofPlanes) {
+        sections += ofPlane.sections.size();
     }
-    return sections;
+    result.sections.reserve(sections);
+    for (JoinedLines& ofPlane : ofPlanes) {
+        std::move(ofPlane.sections.begin(), ofPlane.sections.end(), std::back_inserter(result.sections));
+        result.linesLeft += ofPlane.left;
+    }
+    return result;
+}
+
+/// For planes of which some count as one: lines of several of them may join.
+SliceResult joinedOverPlanes(const PlaneCutter& cutter, const SlicePlan& plan, const ReportProgress& progress) {
+    std::vector<SliceLines> ofPlanes(static_cast<std::size_t>(std::max(plan.planes, 0)));
+    chainPlanes(
+        cutter, plan.axis, [&](std::size_t plane, const SliceLines& lines) { ofPlanes[plane] = lines; }, progress);
+    SliceLines all;
+    for (SliceLines& lines : ofPlanes) {
+        const std::size_t before = all.points.size();
+        all.points.insert(all.points.end(), lines.points.begin(), lines.points.end());
+        for (const std::size_t end : lines.ends) {
+            all.ends.push_back(before + end);
+        }
+        lines = {};
+    }
+    JoinedLines joined = joinLines(all, plan.axis, plan.precision);
+    return {std::move(joined.sections), joined.left};
 }
 
 } // namespace
@@ -69,23 +127,14 @@ double cutsOfPlane(const zRegion_fe& region, int axis, double lower, double uppe
 }
 
 SliceResult sliceSurface(const zRegion_fe& region, const SlicePlan& plan, const ReportProgress& progress) {
-    const std::vector<double> planes = planeValues(region, plan);
-    std::vector<std::vector<SliceLine>> linesOfPlanes(planes.size());
-    SegmentChainer chainer(plan.axis);
-    PlaneCutter(region, plan.axis, planes)
-        .cut([&](std::size_t plane,
-                 std::span<const SliceSegment> segments) { chainer.chain(segments, linesOfPlanes[plane]); },
-             progress);
-    std::vector<SliceLine> lines;
-    for (std::vector<SliceLine>& ofPlane : linesOfPlanes) {
-        std::move(ofPlane.begin(), ofPlane.end(), std::back_inserter(lines));
-    }
-    JoinedLines joined = joinLines(std::move(lines), plan.axis, plan.precision);
-    orientLines(joined.lines);
+    const PlaneCutter cutter(region, plan.axis, planeValues(region, plan), progress);
+    SliceResult result =
+        cutter.planesApart() ? joinedPlaneByPlane(cutter, plan, progress) : joinedOverPlanes(cutter, plan, progress);
+    orientLines(result.sections);
     if (progress) {
         progress(1.0);
     }
-    return {sectionsOf(joined.lines), joined.left};
+    return result;
 }
 
 } // namespace velmora

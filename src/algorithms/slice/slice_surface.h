@@ -37,8 +37,8 @@ double cutsOfPlane(const zRegion_fe& region, int axis, double lower, double uppe
 /// corner leaves a line of that point twice.
 ///
 /// Takes the time of one look at each triangle and a constant one for each cut (planes times cut triangles in all), if
-/// the cuts' ends are spread over the plane; memory for about a million cuts beside the result. Lines of different
-/// planes that count as one plane (closer than 1e-10 of their coordinate) are joined in quadratic time.
+/// the cuts' ends are spread over the plane; memory, beside the result, for a few planes' cuts on each thread. Lines of
+/// different planes that count as one plane (closer than 1e-10 of their coordinate) are joined in quadratic time.
 SliceResult sliceSurface(const zRegion_fe& region, const SlicePlan& plan, const ReportProgress& progress = {});
 
 } // namespace velmora

@@ -113,6 +113,7 @@ void VelmoraDoc::MergePatches() {
     emptyBlock();
     capture.forgetPatch();
     EndBlockRegime();
+    redraw();
     showIdlePrompt(*this);
 }
 

@@ -151,6 +151,7 @@ void VelmoraDoc::CutPoint() {
             retitle();
             ui_.showMessage(message::lastPointStays);
             ExitPointRegime();
+            redraw();
             // The point is gone: Undo point is the way back.
             pointUndoReady = true;
             return;

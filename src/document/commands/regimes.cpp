@@ -85,7 +85,8 @@ void VelmoraDoc::ExitPointRegime() {
     } else {
         resetMouseMode();
     }
-    redraw();
+    redrawPicture(); // the geometry is the same: a command that changed it tells so by itself
+    refillStatus();
 }
 
 void VelmoraDoc::ExitPoint() {
@@ -213,7 +214,8 @@ void VelmoraDoc::ExitLineRegime() {
     } else {
         resetMouseMode();
     }
-    redraw();
+    redrawPicture();
+    refillStatus();
 }
 
 void VelmoraDoc::ExitLines() {
@@ -338,7 +340,8 @@ void VelmoraDoc::EndBlockRegime() {
     resetMouseMode();
     emptyBlock();
     showBlockOnly = false;
-    redraw();
+    redrawPicture();
+    refillStatus();
 }
 
 void VelmoraDoc::leaveRegimes() {

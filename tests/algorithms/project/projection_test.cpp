@@ -152,7 +152,8 @@ TEST(Projection, TellsProgressThatNeverFalls) {
     projectPatches(
         patches, {0}, target, nearestCellHit, missed, [] {}, [&told](double f) { told.push_back(f); });
     EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
-    EXPECT_EQ(told.size(), 100U);
+    EXPECT_GE(told.size(), 1U); // the thread that asks tells of what is done when it looks
+    EXPECT_LE(told.size(), 200U);
     EXPECT_EQ(told.back(), 1.0);
 }
 

@@ -24,12 +24,13 @@ struct Cut {
 /// Cuts by planes across z.
 std::vector<Cut> cuts(const zRegion_fe& region, const std::vector<double>& planes) {
     std::vector<Cut> taken;
-    PlaneCutter(region, 2, planes)
-        .cut(
-            [&taken](std::size_t plane, std::span<const SliceSegment> segments) {
-                taken.push_back({plane, {segments.begin(), segments.end()}});
-            },
-            {});
+    const PlaneCutter cutter(region, 2, planes);
+    PlaneCutter::Workplace workplace;
+    for (std::size_t group = 0; group < cutter.groups(); ++group) {
+        cutter.cutGroup(group, workplace, [&taken](std::size_t plane, std::span<const SliceSegment> segments) {
+            taken.push_back({plane, {segments.begin(), segments.end()}});
+        });
+    }
     return taken;
 }
 
@@ -68,6 +69,48 @@ TEST(PlaneCutter, KeepsTheOrderOfTheTriangles) {
         EXPECT_EQ(cut.segments[0].first[1], 7);
         EXPECT_EQ(cut.segments[1].first[1], 2);
     }
+}
+
+TEST(PlaneCutter, ManyPlanesAreCutInGroupsThatRise) {
+    // A fan of 100 triangles around an upright edge, each spanned by all of 1000 planes.
+    std::vector<zVec<double>> nodes = {{0, 0, 0}, {0, 0, 4}};
+    std::vector<std::int32_t> corners;
+    for (std::int32_t i = 0; i < 100; ++i) {
+        nodes.emplace_back(1, i, 0);
+        corners.insert(corners.end(), {0, 1, i + 2});
+    }
+    std::vector<double> planes;
+    for (int i = 0; i < 1000; ++i) {
+        planes.push_back(0.004 * i);
+    }
+    const zRegion_fe fan = triangleRegion(nodes, corners);
+    EXPECT_GT(PlaneCutter(fan, 2, planes).groups(), 1U);
+    const auto found = cuts(fan, planes);
+    ASSERT_THAT(found, SizeIs(1000));
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        EXPECT_EQ(found[i].plane, i);
+        ASSERT_THAT(found[i].segments, SizeIs(100));
+        EXPECT_EQ(found[i].segments[99].first[2], planes[i]);
+    }
+}
+
+TEST(PlaneCutter, PlanesAtUnequalStepsAreAllFound) {
+    const std::vector<double> planes = {-1e300, 1e-300, 1, 1.0000000001, 2, 3.5, 3.5, 1e300};
+    const auto found = cuts(uprightTriangle(), planes);
+    std::vector<std::size_t> numbers;
+    for (const Cut& cut : found) {
+        numbers.push_back(cut.plane);
+    }
+    EXPECT_THAT(numbers, ElementsAre(1, 2, 3, 4, 5, 6));
+}
+
+TEST(PlaneCutter, TellsWhetherPlanesCountAsOne) {
+    const auto apart = [](const std::vector<double>& planes) { return PlaneCutter({}, 2, planes).planesApart(); };
+    EXPECT_TRUE(apart({}));
+    EXPECT_TRUE(apart({1}));
+    EXPECT_TRUE(apart({3, 1, 2, 1.000000001}));
+    EXPECT_FALSE(apart({3, 1, 2, 1.00000000001}));
+    EXPECT_FALSE(apart({0, 1, 0}));
 }
 
 TEST(PlaneCutter, OfACornerThatOnlyTouchesLeavesThatPointTwice) {

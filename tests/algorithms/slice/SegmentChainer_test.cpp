@@ -22,11 +22,21 @@ const SlicePoint b = {1, 0, 5};
 const SlicePoint c = {1, 1, 5};
 const SlicePoint d = {0, 1, 5};
 
+using SliceLine = std::vector<SlicePoint>;
+
+std::vector<SliceLine> oneByOne(const SliceLines& lines) {
+    std::vector<SliceLine> found;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        found.emplace_back(lines[i].begin(), lines[i].end());
+    }
+    return found;
+}
+
 /// The lines of one plane across z.
 std::vector<SliceLine> chained(const std::vector<SliceSegment>& segments) {
-    std::vector<SliceLine> lines;
+    SliceLines lines;
     SegmentChainer(2).chain(segments, lines);
-    return lines;
+    return oneByOne(lines);
 }
 
 } // namespace
@@ -48,10 +58,11 @@ TEST(SegmentChainer, GoesOnFromBothEndsOfItsFirstSegment) {
 }
 
 TEST(SegmentChainer, AppendsSeparateLinesInTheOrderOfTheirFirstSegments) {
-    std::vector<SliceLine> lines = {{d, d}};
+    SliceLines given{{d, d}, {2}};
     SegmentChainer chainer(2);
     const std::vector<SliceSegment> segments = {{c, d}, {a, b}};
-    chainer.chain(segments, lines);
+    chainer.chain(segments, given);
+    const auto lines = oneByOne(given);
     ASSERT_THAT(lines, SizeIs(3));
     EXPECT_THAT(lines[0], ElementsAre(d, d));
     EXPECT_THAT(lines[1], testing::UnorderedElementsAre(c, d));
@@ -91,7 +102,7 @@ TEST(PointCellsOfAPlane, HoldEveryPointThatIsTheSame) {
         cells.put(first, 0);
         const PointCells::Buckets near = cells.near(second);
         const bool found = std::any_of(near.bucket, near.bucket + near.count,
-                                       [&cells](std::uint32_t bucket) { return cells.head(bucket) == 0; });
+                                       [&cells](std::uint32_t bucket) { return cells[bucket].head == 0; });
         if (samePoint(first, second)) {
             ++same;
             ASSERT_TRUE(found) << "round " << round;

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "parallel.h"
 #include "random_patches.h"
 #include "slice_bodies.h"
 #include "slice_reference.h"
@@ -280,6 +281,42 @@ TEST(SliceSurfaceAgainstThePlainRule, SeveralZones) {
         region.blocks.push_back(std::move(more.blocks[0]));
         region.blocks.push_back(std::make_unique<zBlock_fe>(3, 4, 0));
         ASSERT_TRUE(slicesAsThePlainRule(region, anyPlan(source, 0, 1))) << "round " << round;
+    }
+}
+
+TEST(SliceSurface, IsTheSameWhateverTheNumberOfThreads) {
+    // Some hundred planes through a body of 20,000 triangles, and through pieces: several groups of planes, several
+    // parts of the triangles.
+    Source source(66);
+    std::vector<Point> nodes;
+    std::vector<std::int32_t> corners;
+    constexpr std::int32_t side = 100;
+    for (std::int32_t row = 0; row <= side; ++row) {
+        for (std::int32_t column = 0; column <= side; ++column) {
+            nodes.emplace_back(row, column, source.real(0, 3));
+            if (row < side && column < side) {
+                const std::int32_t n = row * (side + 1) + column;
+                corners.insert(corners.end(), {n, n + 1, n + side + 1, n + side + 1, n + 1, n + side + 2});
+            }
+        }
+    }
+    const zRegion_fe bodies[] = {triangleRegion(nodes, corners), manyPieces(source, 70'000, 0.01)};
+    for (const zRegion_fe& body : bodies) {
+        for (const int axis : {0, 2}) {
+            SlicePlan plan = planAlong(axis, 150);
+            plan.precision = 0.005;
+            const auto sliced = [&](std::size_t threads) {
+                const ThreadCountScope scope(threads);
+                return sliceSurface(body, plan);
+            };
+            const SliceResult alone = sliced(1);
+            EXPECT_GT(alone.sections.size(), 100U);
+            for (const std::size_t threads : {2, 7, 64}) {
+                const SliceResult shared = sliced(threads);
+                EXPECT_EQ(shared.linesLeft, alone.linesLeft);
+                EXPECT_TRUE(sameBits(shared.sections, alone.sections)) << threads << " threads, axis " << axis;
+            }
+        }
     }
 }
 

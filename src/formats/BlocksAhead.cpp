@@ -1,0 +1,181 @@
+#include "BlocksAhead.h"
+
+#include <cerrno>
+#include <charconv>
+#include <exception>
+#include <limits>
+#include <new>
+#include <system_error>
+
+#include <sys/types.h>
+#include <unistd.h>
+
+#include "characters.h"
+
+namespace velmora {
+
+namespace {
+
+/// Most whole numbers have few digits, and white space behind them.
+bool convertFewDigits(const char* begin, const char* text, std::vector<NumberAhead>& numbers) {
+    constexpr int mostDigits = 9;
+    const bool negative = *begin == '-';
+    const char* const firstDigit = begin + (isSign(*begin) ? 1 : 0);
+    const char* p = firstDigit;
+    std::int32_t magnitude = 0;
+    for (; isDigit(*p) && p - firstDigit < mostDigits; ++p) {
+        magnitude = 10 * magnitude + (*p - '0');
+    }
+    if (p == firstDigit || !isSpace(*p)) {
+        return false;
+    }
+    const double value = negative ? -static_cast<double>(magnitude) : magnitude;
+    numbers.push_back({value, static_cast<std::uint32_t>(begin - text), static_cast<std::uint16_t>(p - begin), true});
+    return true;
+}
+
+/// A word that begins like a number.
+void convertNumber(const char* begin, const char* text, const char* end, std::vector<NumberAhead>& numbers) {
+    if (convertFewDigits(begin, text, numbers)) {
+        return;
+    }
+    double value = 0.0;
+    const auto [stop, error] = std::from_chars(begin + (*begin == '+' ? 1 : 0), end, value);
+    // At the end of the block the token may go on; at an exponent mark it does go on, wrongly.
+    if (error == std::errc{} && stop != end && !isExponentMark(*stop) &&
+        stop - begin <= std::numeric_limits<std::uint16_t>::max()) {
+        numbers.push_back(
+            {value, static_cast<std::uint32_t>(begin - text), static_cast<std::uint16_t>(stop - begin), false});
+    }
+}
+
+constexpr std::uint32_t behindAll = std::numeric_limits<std::uint32_t>::max();
+constexpr NumberAhead noNumber = {0.0, behindAll, 0, false};
+
+} // namespace
+
+AheadSizes& aheadSizes() {
+    static AheadSizes sizes;
+    return sizes;
+}
+
+void convertNumbers(const char* text, std::size_t size, std::vector<NumberAhead>& numbers) {
+    numbers.clear();
+    const char* const end = text + size;
+    const char* p = text;
+    while (p != end) {
+        if (isSpace(*p)) {
+            ++p;
+            continue;
+        }
+        const char* const firstDigit = p + (isSign(*p) ? 1 : 0);
+        const std::size_t before = numbers.size();
+        if (isDigit(*firstDigit) || *firstDigit == '.') {
+            convertNumber(p, text, end, numbers);
+        }
+        p += numbers.size() > before ? numbers.back().length : 0;
+        while (p != end && !isSpace(*p)) {
+            ++p;
+        }
+    }
+    numbers.push_back(noNumber);
+}
+
+// ---- BlocksAhead ----------------------------------------------------------------------------------------------------
+
+BlocksAhead::BlocksAhead(int descriptor, std::size_t blockSize, std::size_t helpers)
+    : descriptor_(descriptor), blockSize_(blockSize), slots_(helpers + 1), numbers_(1, noNumber),
+      number_(numbers_.data()) {
+    for (Slot& slot : slots_) {
+        slot.text = std::make_unique_for_overwrite<char[]>(blockSize + 1);
+    }
+    helpers_.reserve(helpers);
+    try {
+        while (helpers_.size() < helpers) {
+            helpers_.emplace_back([this] { readBlocks(); });
+        }
+    } catch (const std::exception&) {
+        // No room for one more: those that are there do the work.
+    }
+}
+
+BlocksAhead::~BlocksAhead() {
+    {
+        const std::lock_guard lock(mutex_);
+        stopped_ = true;
+    }
+    changed_.notify_all();
+    for (std::thread& helper : helpers_) {
+        helper.join();
+    }
+}
+
+/// The next block of the file in its slot, once that is free; null when the end was read, or nobody wants more.
+BlocksAhead::Slot* BlocksAhead::readNext() {
+    const std::lock_guard reading(reading_);
+    if (endRead_) {
+        return nullptr;
+    }
+    {
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [this] { return stopped_ || blocksRead_ < blocksGiven_ + slots_.size(); });
+        if (stopped_) {
+            return nullptr;
+        }
+    }
+    Slot& slot = slots_[blocksRead_++ % slots_.size()];
+    ssize_t count = 0;
+    do {
+        count = ::read(descriptor_, slot.text.get(), blockSize_);
+    } while (count < 0 && errno == EINTR);
+    slot.failed = count < 0;
+    slot.size = count > 0 ? static_cast<std::size_t>(count) : 0;
+    slot.text[slot.size] = '\0';
+    endRead_ = count <= 0;
+    return &slot;
+}
+
+void BlocksAhead::readBlocks() {
+    while (Slot* const slot = readNext()) {
+        try {
+            convertNumbers(slot->text.get(), slot->size, slot->numbers);
+        } catch (const std::bad_alloc&) {
+            slot->numbers.clear(); // who asks converts them
+        }
+        {
+            const std::lock_guard lock(mutex_);
+            slot->ready = true;
+        }
+        changed_.notify_all();
+    }
+}
+
+std::size_t BlocksAhead::next(std::unique_ptr<char[]>& text) {
+    if (ended_) {
+        return 0;
+    }
+    std::size_t size = 0;
+    {
+        std::unique_lock lock(mutex_);
+        Slot& slot = slots_[blocksGiven_ % slots_.size()];
+        changed_.wait(lock, [&slot] { return slot.ready; });
+        size = slot.size;
+        ended_ = size == 0;
+        readFailed_ = slot.failed;
+        if (ended_) {
+            return 0;
+        }
+        text.swap(slot.text);
+        numbers_.swap(slot.numbers);
+        slot.ready = false;
+        ++blocksGiven_;
+    }
+    changed_.notify_all();
+    if (numbers_.empty()) {
+        numbers_.push_back(noNumber);
+    }
+    number_ = numbers_.data();
+    return size;
+}
+
+} // namespace velmora

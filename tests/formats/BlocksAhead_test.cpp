@@ -1,0 +1,193 @@
+#include "BlocksAhead.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <memory>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "FailingReads.h"
+#include "ReadAheadScope.h"
+#include "TextStream.h"
+#include "format_test_tools.h"
+#include "temporary_folder.h"
+
+namespace velmora {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// The bytes at which numbers were converted.
+std::vector<std::size_t> places(const std::string& text) {
+    std::vector<NumberAhead> numbers;
+    convertNumbers(text.c_str(), text.size(), numbers);
+    EXPECT_GT(numbers.back().begin, text.size());
+    numbers.pop_back();
+    std::vector<std::size_t> found;
+    for (const NumberAhead& number : numbers) {
+        found.push_back(number.begin);
+    }
+    return found;
+}
+
+TEST(ConvertNumbers, TakesThoseBehindWhiteSpace) {
+    EXPECT_THAT(places("1 -2.5\n+7\tx3 .5  12.0.5 vertex -.25e1 8\n"), ElementsAre(0, 2, 7, 13, 17, 31, 38));
+}
+
+TEST(ConvertNumbers, LeavesOutWhatAStreamWouldNotTakeAsItStands) {
+    EXPECT_THAT(places("1e 2e+ - + . 1e999 inf nan e5 0x "), ElementsAre(30)); // of "0x" a stream takes the 0
+    EXPECT_THAT(places("1 23"), ElementsAre(0));                               // the last one may go on
+    EXPECT_THAT(places(""), IsEmpty());
+    EXPECT_THAT(places(" \n "), IsEmpty());
+}
+
+TEST(ConvertNumbers, KnowsTheirValueTheirLengthAndWhetherTheyAreWhole) {
+    const std::string text = "12 -0 -3.5e2 +2147483647 -999999999 5.\n";
+    std::vector<NumberAhead> numbers;
+    convertNumbers(text.c_str(), text.size(), numbers);
+    ASSERT_EQ(numbers.size(), 7U);
+    const auto expect = [&numbers](std::size_t i, double value, int length, bool whole) {
+        EXPECT_EQ(numbers[i].value, value);
+        EXPECT_EQ(std::signbit(numbers[i].value), std::signbit(value));
+        EXPECT_EQ(numbers[i].length, length);
+        EXPECT_EQ(numbers[i].whole, whole);
+    };
+    expect(0, 12, 2, true);
+    expect(1, -0.0, 2, true);
+    expect(2, -350, 6, false);
+    expect(3, 2147483647, 11, false); // more digits than are taken for whole without a look
+    expect(4, -999999999, 10, true);
+    expect(5, 5, 2, false);
+}
+
+TEST(BlocksAhead, ComeInTheOrderOfTheFileAndEndWithIt) {
+    const test::TemporaryFolder folder;
+    std::string text;
+    for (int i = 0; i < 3000; ++i) {
+        text += std::to_string(i) + ' ';
+    }
+    const auto file = test::writeFileText(folder / "numbers.txt", text);
+    for (const std::size_t helpers : {1, 2, 6, 40}) {
+        const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+        ASSERT_GE(descriptor, 0);
+        {
+            BlocksAhead blocks(descriptor, 100, helpers);
+            EXPECT_TRUE(blocks.hasHelpers());
+            auto block = std::make_unique<char[]>(101);
+            EXPECT_EQ(blocks.at(0), nullptr); // nothing was given yet
+            std::string all;
+            while (const std::size_t size = blocks.next(block)) {
+                EXPECT_EQ(block[size], '\0');
+                const std::size_t second = std::string_view(block.get(), size).find(' ') + 1;
+                const NumberAhead* const number = blocks.at(second);
+                if (second + 5 < size) {
+                    ASSERT_NE(number, nullptr);
+                    EXPECT_EQ(number->value, std::stod(block.get() + second));
+                }
+                all.append(block.get(), size);
+            }
+            EXPECT_EQ(all, text);
+            EXPECT_EQ(blocks.next(block), 0U); // and again
+            EXPECT_FALSE(blocks.readFailed());
+        }
+        ::close(descriptor);
+    }
+}
+
+TEST(BlocksAhead, MayBeLeftAtAnyTime) {
+    const test::TemporaryFolder folder;
+    const auto file = test::writeFileText(folder / "numbers.txt", std::string(10'000, '1'));
+    const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    for (int given = 0; given < 30; ++given) {
+        BlocksAhead blocks(descriptor, 64, 3);
+        auto block = std::make_unique<char[]>(65);
+        for (int i = 0; i < given; ++i) {
+            blocks.next(block);
+        }
+    }
+    ::close(descriptor);
+}
+
+TEST(BlocksAhead, TellOfAFileThatCannotBeReadOn) {
+    const test::TemporaryFolder folder;
+    const auto file = test::writeFileText(folder / "numbers.txt", std::string(1000, ' '));
+    const test::FailingReads failing(300);
+    const test::ReadAheadScope ahead("3", 100);
+    TextStream stream(file);
+    double value = 0;
+    EXPECT_FALSE(stream.readDouble(value)); // the first that is asked for begins the reading ahead
+    EXPECT_TRUE(stream.readFailed());
+    EXPECT_EQ(stream.tell(), 300);
+}
+
+/// What a script of reads takes from a file, as text.
+std::string taken(const std::filesystem::path& file, const std::string& script) {
+    TextStream stream(file, 64);
+    std::string all;
+    std::string word;
+    for (const char kind : script) {
+        double real = -1;
+        std::int32_t whole = -1;
+        switch (kind) {
+        case 'd':
+            stream.readDouble(real);
+            break;
+        case 'i':
+            stream.readInt(whole);
+            break;
+        case 'w':
+            stream.readWord(word);
+            break;
+        case 'l':
+            stream.getline(word);
+            break;
+        case 'b':
+            stream.clear();
+            stream.seek(stream.tell() / 2);
+            break;
+        default:
+            stream.clear();
+        }
+        all += std::to_string(test::bitsOf(real)) + ' ' + std::to_string(whole) + ' ' + word + ' ' +
+               std::to_string(stream.tell()) + (stream.eof() ? "e" : "") + (stream.fail() ? "f" : "") + '\n';
+    }
+    return all + std::to_string(stream.joinedNumbers()) + ' ' + std::to_string(stream.firstJoinedNumber());
+}
+
+TEST(BlocksAhead, AStreamGivesTheSameWithThem) {
+    const test::TemporaryFolder folder;
+    std::mt19937 random(81);
+    const std::string letters = "0123456789012345678901234567890123456789+-..eE x           \n\n\t";
+    for (int round = 0; round < 600 && !testing::Test::HasFailure(); ++round) {
+        std::string text;
+        for (std::size_t left = random() % 400; left > 0; --left) {
+            text += letters[random() % letters.size()];
+        }
+        std::string script;
+        for (int step = 0; step < 60; ++step) {
+            script += "ddddddiiiiwlcccb"[random() % 16];
+        }
+        const auto file = test::writeFileText(folder / "numbers.txt", text);
+        const std::string alone = taken(file, script);
+        const char* const threads[] = {"2", "7", "64"};
+        const test::ReadAheadScope ahead(threads[round % 3], 1 + random() % 200);
+        EXPECT_EQ(taken(file, script), alone) << "text [" << text << "] script " << script;
+    }
+}
+
+TEST(BlocksAhead, SmallFilesDoWithout) {
+    EXPECT_GE(aheadSizes().leastFile, std::int64_t{1} << 20);
+    EXPECT_GT(aheadSizes().numbersBefore, 0);
+}
+
+} // namespace
+} // namespace velmora

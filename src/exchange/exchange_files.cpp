@@ -233,6 +233,23 @@ std::vector<std::string_view> exportExtensions() {
     return allOf(&ExchangeFormat::written);
 }
 
+std::vector<std::string_view> absentExtensions() {
+    return {
+#ifndef VELMORA_READS_3MF
+        "3mf",
+#endif
+#ifndef VELMORA_READS_VRML
+        "wrl",  "iv",
+#endif
+#ifndef VELMORA_READS_CGNS
+        "cgns",
+#endif
+#ifndef VELMORA_READS_CAD
+        "stp",  "step", "igs", "iges",
+#endif
+    };
+}
+
 ImportOutcome importFile(const std::filesystem::path& path, const ImportOptions& options, ExchangeModel& model,
                          FileRead& record, const ReportProgress& report) {
     const ExchangeFormat* const format = formatOf(path, &ExchangeFormat::read);

@@ -262,11 +262,59 @@ TEST_F(GltfImport, NodesOutOfTheSceneAreTold) {
     EXPECT_FALSE(file.record.complete);
 }
 
+/// The square with another point in place of its third one: (5, 6, 7).
+std::string sparseScene(const std::string& points, int index = 2) {
+    Bytes bytes;
+    bytes.addText(squareBytes()).addAll<float>({5, 6, 7}).add(static_cast<std::uint16_t>(index));
+    return inQuotes("{'asset':{'version':'2.0'}," + bufferOf(bytes.text) +
+                    "'bufferViews':[{'buffer':0,'byteLength':48},{'buffer':0,'byteOffset':48,'byteLength':12},"
+                    "{'buffer':0,'byteOffset':60,'byteLength':12},{'buffer':0,'byteOffset':72,'byteLength':2}],"
+                    "'accessors':[{" +
+                    points +
+                    "'componentType':5126,'type':'VEC3','sparse':{'count':1,"
+                    "'indices':{'bufferView':3,'componentType':5123},'values':{'bufferView':2}}},"
+                    "{'bufferView':1,'componentType':5123,'count':6,'type':'SCALAR'}]," +
+                    squareMesh + "'nodes':[{'mesh':0}]}");
+}
+
+TEST_F(GltfImport, SparseNumbersStandInPlaceOfOthers) {
+    const Imported file = read(sparseScene("'bufferView':0,'count':4,"));
+    EXPECT_THAT(test::nodesOf(*file.model.region.blocks[0]),
+                ElementsAre(Point{0, 0, 0}, Point{1, 0, 0}, Point{5, 6, 7}, Point{0, 1, 0}));
+    EXPECT_TRUE(file.record.complete);
+    const Imported alone = read(sparseScene("'count':4,")); // all others are 0
+    EXPECT_THAT(test::nodesOf(*alone.model.region.blocks[0]),
+                ElementsAre(Point{0, 0, 0}, Point{0, 0, 0}, Point{5, 6, 7}, Point{0, 0, 0}));
+    const Imported outside = read(sparseScene("'bufferView':0,'count':4,", 4));
+    EXPECT_THAT(test::cornersOf(outside.model), ElementsAre(firstHalf, secondHalf));
+    EXPECT_THAT(outside.record.reasons, ElementsAre("Numbers in place of others that are not there: 1"));
+    const Imported huge = read(sparseScene("'count':400000000000,"));
+    EXPECT_EQ(kept(huge, "triangles"), 2);
+    EXPECT_THAT(huge.record.reasons, ElementsAre("Meshes for which the memory does not suffice: 1"));
+}
+
+// A compressed mesh, or view, may have the same beside it as it is.
 TEST_F(GltfImport, CompressedMeshesAreTold) {
-    const Imported file = read(scene("{'mesh':0}", "'meshes':[{'primitives':[{'attributes':{'POSITION':0},'indices':1,"
-                                                   "'extensions':{'KHR_draco_mesh_compression':{}}}]}],"));
-    EXPECT_TRUE(file.model.empty());
-    EXPECT_THAT(file.record.reasons, ElementsAre("Meshes that are compressed: 1"));
+    const std::string mesh = "'meshes':[{'primitives':[{'attributes':{'POSITION':0},'indices':1,"
+                             "'extensions':{'KHR_draco_mesh_compression':{}}}]}],";
+    std::string text = scene("{'mesh':0}", mesh);
+    EXPECT_THAT(test::cornersOf(read(text).model), ElementsAre(firstHalf, secondHalf));
+    text.replace(text.find("{\"bufferView\":0,"), 16, "{");
+    const Imported draco = read(text);
+    EXPECT_TRUE(draco.model.empty());
+    EXPECT_THAT(draco.record.reasons, ElementsAre("Meshes that are compressed: 1"));
+    for (const char* const extension : {"EXT_meshopt_compression", "KHR_meshopt_compression"}) {
+        const std::string compressed =
+            inQuotes(std::string("'byteLength':48,'extensions':{'") + extension + "':{'buffer':0}}");
+        text = scene("{'mesh':0}");
+        text.replace(text.find("\"byteLength\":48"), 15, compressed);
+        EXPECT_THAT(test::cornersOf(read(text).model), ElementsAre(firstHalf, secondHalf)) << extension;
+        const std::size_t address = text.find(",\"uri\":");
+        text.erase(address, text.find('}', address) - address);
+        const Imported file = read(text);
+        EXPECT_TRUE(file.model.empty()) << extension;
+        EXPECT_THAT(file.record.reasons, ElementsAre("Meshes that are compressed: 1")) << extension;
+    }
 }
 
 TEST_F(GltfImport, MaterialsAndSkinsAreToldAsLost) {
@@ -274,7 +322,7 @@ TEST_F(GltfImport, MaterialsAndSkinsAreToldAsLost) {
     EXPECT_TRUE(file.record.complete);
     EXPECT_FALSE(file.record.lossless);
     EXPECT_THAT(file.record.reasons,
-                ElementsAre("Materials are not kept", "Skins, weights and animations are not applied"));
+                ElementsAre("Colours and materials are not kept", "Skins, weights and animations are not applied"));
 }
 
 TEST_F(GltfImport, CountsThatNoBytesStandBehindTakeNoMemory) {

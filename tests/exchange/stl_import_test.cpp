@@ -149,6 +149,21 @@ TEST(StlImport, CoordinatesThatAreNotFiniteStayOut) {
     }
 }
 
+TEST(StlImport, CoordinatesThatTheScaleMakesInfiniteStayOut) {
+    ImportOptions options;
+    options.scale = 1e308;
+    const Corners small = {{{0, 0, 0}, {1e308, 0, 0}, {0, 1e308, 0}}};
+    const std::string large =
+        "facet normal 0 0 1 outer loop vertex 0 0 0 vertex 10 0 0 vertex 0 1 0 endloop endfacet\n";
+    for (const std::string& text :
+         {"solid a\n" + large + firstFacet + "endsolid\n", binary(2, {{{{0, 0, 0}, {10, 0, 0}, {0, 1, 0}}}, first})}) {
+        const Imported file = read(text, options);
+        EXPECT_THAT(test::cornersOf(file.model), ElementsAre(small));
+        EXPECT_EQ(kept(file, "facets"), 1);
+        EXPECT_EQ(file.record.reasons, std::vector<std::string>{"Facets with coordinates that are not finite: 1"});
+    }
+}
+
 TEST(StlImport, DegenerateFacetsAreKeptAndTold) {
     const Imported file = read("solid a\nfacet normal 0 0 0 outer loop vertex 0 0 0 vertex 1 1 1 vertex 2 2 2 endloop "
                                "endfacet\nendsolid\n");

@@ -322,17 +322,19 @@ TEST(TecplotImport, SharingHasALimit) {
 }
 
 TEST(TecplotImport, ABinaryFileIsToldAsOne) {
-    const Imported file = read(std::string("#!TDV112\1") + std::string(3, '\0'));
-    EXPECT_TRUE(file.model.empty());
-    EXPECT_FALSE(file.record.complete);
-    EXPECT_THAT(file.record.reasons, ElementsAre("This is a binary Tecplot file, which is not read"));
+    for (const char* const head : {"#!TDV112\1", "#!SZPLT"}) {
+        const Imported file = read(std::string(head) + std::string(3, '\0'));
+        EXPECT_TRUE(file.model.empty());
+        EXPECT_FALSE(file.record.complete);
+        EXPECT_THAT(file.record.reasons, ElementsAre("This is a binary Tecplot file, which is not read"));
+    }
 }
 
 TEST(TecplotImport, WhatIsNoTecplotFileGivesNothing) {
     for (const char* const text :
-         {"x", "hello world", "TITLE = \"only a title\"\n", "VARIABLES = X Y Z\n", "ZONE", "VARIABLES =\nZONE\n",
-          "VARIABLES = \"X", "ZONE T=\"", "ZONE DT=(", "ZONE VARLOCATION=([,]=[-]\n1 2 3",
-          "ZONE VARSHARELIST=([0],[3-1],[1-99999999999]=1) I=2\n"}) {
+         {"x", "hello world", "2 2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n", "TITLE = \"only a title\"\n", "VARIABLES = X Y Z\n",
+          "ZONE", "VARIABLES =\nZONE\n", "VARIABLES = \"X", "ZONE T=\"", "ZONE DT=(",
+          "ZONE VARLOCATION=([,]=[-]\n1 2 3", "ZONE VARSHARELIST=([0],[3-1],[1-99999999999]=1) I=2\n"}) {
         const Imported file = read(text);
         EXPECT_FALSE(file.record.complete && !file.model.empty() && file.record.lossless &&
                      file.record.changed.empty() && found(file, "zones") == 0)

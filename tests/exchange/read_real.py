@@ -43,6 +43,7 @@ OTHERS = {
     # Files that are no part of the project: they are walked where their folder is named.
     ("f16_aero_unquoted.dat", "VTK of Tecplot"): (NOTHING, "of names without quotes"),
     ("pyramid_sphere.wrl", "VTK of VRML"): (OTHER, "a ball of more triangles"),
+    ("bot2.wrl", "VTK of VRML"): (OTHER, "without the scales of its nested nodes"),
 }
 
 
@@ -185,7 +186,7 @@ def compare_triangles(ours, theirs):
     try:
         read_alike.compare("triangles", ours, theirs)
     except Failure as failure:
-        split = alike_as_sets(ours, theirs) and math.isclose(area_of(ours), area_of(theirs), rel_tol=1e-5)
+        split = alike_as_sets(ours, theirs) and math.isclose(area_of(ours), area_of(theirs), rel_tol=1e-4)
         size = numpy.ptp(ours.reshape(-1, 3), axis=0).max()
         apex = ours.reshape(-1, 3).min(axis=0) - size
         sense = abs(volume_of(ours, apex) - volume_of(theirs, apex)) <= 1e-4 * size**3

@@ -169,6 +169,11 @@ std::vector<FileType> exportTypes(const VelmoraDoc& doc) {
 void finishExport(VelmoraDoc& doc, const std::string& extension, ExportOutcome outcome, const WriteOutcome& written) {
     switch (outcome) {
     case ExportOutcome::Done:
+        finishWriting(doc, written);
+        if (!written.notes.empty()) {
+            doc.ShowStatus(lossText(written.notes));
+        }
+        break;
     case ExportOutcome::CannotWrite:
         finishWriting(doc, written);
         break;

@@ -3,10 +3,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <new>
 #include <set>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -88,8 +86,15 @@ private:
 };
 
 std::string contentOf(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::string content;
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    if (file && file.tellg() > 0) {
+        content.resize(static_cast<std::size_t>(file.tellg()));
+        file.seekg(0);
+        file.read(content.data(), static_cast<std::streamsize>(content.size()));
+        content.resize(static_cast<std::size_t>(file.gcount()));
+    }
+    return content;
 }
 
 /// What a text begins with that lacks the line by which such files are known; none where it has one.
@@ -181,9 +186,9 @@ private:
 // The whole text in memory; only a packed file is left to the library. Of a damaged file, of which the library gives
 // nothing at all, the nodes before the fault are read in a second try.
 SoSeparator* SceneReader::load(const std::filesystem::path& path) {
-    const std::string content = contentOf(path);
-    const std::string head = missingHead(content, work_.format);
-    const std::string text = head + content;
+    std::string text = contentOf(path);
+    const std::string head = missingHead(text, work_.format);
+    text.insert(0, head);
     if (!head.empty()) {
         out_.changed("The first line, which tells the kind of the file, is missing");
     }
@@ -379,7 +384,7 @@ bool SceneReader::takeFaces(SoCallbackAction& action, const SoNode& node) {
 
 SoCallbackAction::Response SceneReader::onShape(void* self, SoCallbackAction* action, const SoNode* node) {
     auto& reader = *static_cast<SceneReader*>(self);
-    constexpr std::int64_t mostZones = std::int64_t{1} << 20; // few bytes can name one shape any number of times
+    constexpr std::int64_t mostZones = std::int64_t{1} << 18; // few bytes can name one shape any number of times
     if (reader.zones_ >= mostZones) {
         reader.tooMany_ = true;
         return SoCallbackAction::ABORT;
@@ -437,7 +442,7 @@ SoCallbackAction::Response SceneReader::onShapeEnd(void* self, SoCallbackAction*
 }
 
 void SceneReader::run() {
-    const std::string content = contentOf(work_.path);
+    std::string content = contentOf(work_.path);
     out_.format(formatOf(content.substr(0, 64), work_.format));
     const auto speaksOf = [&content](const char* word) { return content.find(word) != std::string::npos; };
     if (speaksOf("Material") || speaksOf("Color ") || speaksOf("Texture")) {
@@ -446,6 +451,7 @@ void SceneReader::run() {
     if (hasForeignNames(content)) {
         out_.detail("Names with letters outside of ASCII are not kept as they are");
     }
+    content = std::string(); // it is large, and read again with what the library needs
     out_.singlePrecision();
     SoDB::init();
     SoError::setHandlerCallback(onError, nullptr);

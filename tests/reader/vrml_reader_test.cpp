@@ -170,7 +170,7 @@ TEST_F(VrmlReader, AFileThatMakesTheLibraryFailIsTold) {
 
 TEST_F(VrmlReader, AShapeThatMultipliesItselfComesToAnEnd) {
     std::string text = "#VRML V2.0 utf8\nTransform { children [ DEF n0 Shape { geometry " + triangle + " }";
-    for (int level = 1; level < 8; ++level) {
+    for (int level = 1; level < 7; ++level) {
         text += "\nDEF n" + std::to_string(level) + " Group { children [";
         for (int i = 0; i < 10; ++i) {
             text += " USE n" + std::to_string(level - 1);

@@ -3,7 +3,6 @@
 // the disk out of the figures.
 
 #include <charconv>
-#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -16,42 +15,18 @@
 #include <unistd.h>
 
 #include "exchange_files.h"
+#include "wavy_sheet.h"
 
 namespace {
 
 using namespace velmora;
 
-constexpr int columns = 1001;
-constexpr int rows = 501;
-
-// A wavy sheet: a million triangles.
-ExchangeModel makeModel() {
-    ExchangeModel model;
-    Patch patch;
-    for (int row = 0; row < rows; ++row) {
-        PointList section;
-        for (int column = 0; column < columns; ++column) {
-            const double u = 0.01 * column;
-            const double v = 0.013 * row;
-            section.emplace_back(u + 0.1 * std::sin(v), v - 3.0, std::sin(3.0 * u) * std::cos(v));
-        }
-        patch.push_back(std::move(section));
-    }
-    model.patches.push_back(std::move(patch));
-    return model;
-}
-
 // The files, made once and removed at the end.
 struct Fixture {
-    std::filesystem::path folder;
+    bench::FolderOfFiles folder;
 
     Fixture() {
-        std::string name = (std::filesystem::temp_directory_path() / "exchange_bench_XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr) {
-            std::abort();
-        }
-        folder = name;
-        const ExchangeModel model = makeModel();
+        const ExchangeModel model = bench::wavySheet(1001, 501); // a million triangles
         ExportOptions text;
         text.binary = false;
         WriteOutcome written;
@@ -65,9 +40,6 @@ struct Fixture {
             std::abort();
         }
     }
-    ~Fixture() { std::filesystem::remove_all(folder); }
-    Fixture(const Fixture&) = delete;
-    Fixture& operator=(const Fixture&) = delete;
 };
 
 const Fixture& fixture() {

@@ -71,7 +71,7 @@ inline void checkImport(const std::uint8_t* data, std::size_t size, ImportFuncti
     ImportOptions options;
     options.merge = size % 2 == 0;
     options.volumeFaces = size % 3 != 0;
-    options.scale = size % 5 == 0 ? 1e10 : 1.0;
+    options.scale = size % 5 == 0 ? 1e300 : 1.0;
     ExchangeModel model;
     FileRead record;
     import(text, options, model, record, {});

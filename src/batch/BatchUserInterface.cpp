@@ -40,12 +40,16 @@ std::string remedyFor(const DialogForm& form, const std::string& name) {
 void BatchUserInterface::beginLine(CommandInput input) {
     input_ = std::move(input);
     failure_.reset();
+    refused_ = false;
     talking_ = true;
 }
 
 MaybeFailure BatchUserInterface::endLine() const {
     if (failure_) {
         return failure_;
+    }
+    if (refused_ && input_.answers.empty() && input_.cancelledDialogs == 0) {
+        return std::nullopt; // a command that refuses asks for no more: what it was given beyond does not matter
     }
     std::string what;
     if (!input_.answers.empty()) {
@@ -80,6 +84,7 @@ void BatchUserInterface::fail(std::string cause, std::string remedy) {
 }
 
 void BatchUserInterface::showMessage(const Message& message) {
+    refused_ = refused_ || message.severity == Severity::Refused;
     say({{"event", "message"}, {"text", message.text}, {"severity", nameOf(message.severity)}});
 }
 

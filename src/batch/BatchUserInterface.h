@@ -61,6 +61,7 @@ private:
     EventPrinter& printer_;
     Listener listener_;
     bool talking_ = false;
+    bool refused_ = false; ///< the line's command said that it cannot do it
     CommandInput input_;
     MaybeFailure failure_;
 };

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "FileBytes.h"
+#include "read_record.h"
 
 namespace velmora {
 
@@ -31,6 +32,23 @@ void PlacedMesh::addPoint(const zVec<double>& point) {
 void PlacedMesh::addTriangle(std::int64_t a, std::int64_t b, std::int64_t c) {
     mesh_.addPolygon({a, mirrored_ ? c : b, mirrored_ ? b : c});
     mesh_.zoneOfPolygon.push_back(static_cast<std::int32_t>(mesh_.zones.size()) - 1);
+}
+
+void PlacedMesh::tell(FileRead& record, const char* placed, bool materials) const {
+    if (moved_ > 0) {
+        record.alters(std::string(placed) + " whose place became part of their points: " + std::to_string(moved_));
+    }
+    if (materials) {
+        record.losesDetail(materialsNotKept);
+    }
+}
+
+void buildScene(FileMesh&& mesh, bool isEmpty, const ImportOptions& options, ExchangeModel& model, FileRead& record,
+                const ReportProgress& report) {
+    if (!isEmpty && record.complete && mesh.polygonEnds.empty()) {
+        record.losesGeometry(noFacesFound);
+    }
+    buildZones(std::move(mesh), options, model, record, report);
 }
 
 } // namespace velmora

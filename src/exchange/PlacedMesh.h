@@ -25,15 +25,21 @@ public:
     void addTriangle(std::int64_t a, std::int64_t b, std::int64_t c);
 
     std::size_t zoneCount() const { return mesh_.zones.size(); }
-    /// Zones that are not where their file has their points.
-    std::int64_t movedZones() const { return moved_; }
+    /// Tells of places that became part of points, by the format's word for what had them, and of materials where the
+    /// scene has some.
+    void tell(FileRead& record, const char* placed, bool materials) const;
     FileMesh& mesh() { return mesh_; }
 
 private:
     FileMesh mesh_;
     Placement placement_;
     bool mirrored_ = false;
-    std::int64_t moved_ = 0;
+    std::int64_t moved_ = 0; // zones that are not where their file has their points
 };
+
+/// Makes the model of a scene's meshes, and counts its zones beside what `buildMesh` counts. A file that is not empty
+/// and has no faces is told, unless the record tells more.
+void buildScene(FileMesh&& mesh, bool isEmpty, const ImportOptions& options, ExchangeModel& model, FileRead& record,
+                const ReportProgress& report);
 
 } // namespace velmora

@@ -128,8 +128,8 @@ TecplotTextReader::TecplotTextReader(std::string_view text, const ReportProgress
 TecplotTextFile TecplotTextReader::read() {
     while (skipToContent()) {
         if (beginsNumber(scan_.peek())) {
-            if (file_.zones.empty() && file_.badCounts == 0) {
-                takeZone(); // numbers without a zone record are a line of points
+            if (file_.named && file_.zones.empty() && file_.badCounts == 0) {
+                takeZone(); // numbers behind variables, without a zone record, are a line of points
             } else {
                 double ignored = 0.0;
                 if (!scan_.takeNumber(ignored)) {

@@ -41,11 +41,17 @@ private:
     std::filesystem::path path_;
 };
 
+/// Numbers of one width, as many readers have zones by the order of their names.
+std::string titleOf(std::int64_t number, std::size_t count) {
+    const std::string digits = std::to_string(number);
+    return "Patch " + std::string(std::to_string(count).size() - digits.size(), '0') + digits;
+}
+
 void writeGrids(const PatchList& patches, ForeignWriter& out) {
     std::int64_t number = 0;
     for (const Patch& patch : patches) {
         ForeignGrid grid;
-        grid.title = "Patch " + std::to_string(++number);
+        grid.title = titleOf(++number, patches.size());
         grid.block.i = countOf(patch.front());
         grid.block.j = countOf(patch);
         for (const PointList& section : patch) {

@@ -131,6 +131,10 @@ std::string_view withoutMark(std::string_view text) {
     return text.substr(text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
 }
 
+bool extensionIn(const ExchangeFormat& format, std::string_view extension) {
+    return std::find(format.written.begin(), format.written.end(), extension) != format.written.end();
+}
+
 bool isGrid(const Patch& patch) {
     return !patch.empty() && !patch.front().empty() &&
            std::all_of(patch.begin(), patch.end(),
@@ -194,6 +198,24 @@ int digitsOf(const ExchangeFormat& format, const ExportOptions& options) {
     return isSingle(format, options) ? digitsOfSingle : isBinary(format, options) ? digitsOfDouble : options.digits;
 }
 
+/// What of the model the format has no room for.
+void noteLosses(const ExchangeFormat& format, const ExchangeView& model, const ExportZones& zones,
+                const ExportOptions& options, std::vector<std::string>& notes) {
+    constexpr std::size_t coordinates = 3;
+    const auto hasValues = [](const zBlock_fe* zone) { return zone->variables.size() > coordinates; };
+    if (!extensionIn(format, "dat") && std::any_of(zones.zones().begin(), zones.zones().end(), hasValues)) {
+        notes.emplace_back("Values at points are not written");
+    }
+    const bool joins = extensionIn(format, "ply") || (extensionIn(format, "stl") && isBinary(format, options));
+    if (joins && zones.zones().size() > 1) {
+        notes.push_back("Zones that are one in the file: " + std::to_string(zones.zones().size()));
+    }
+    if (format.writes == Writes::Triangles && !model.patches.empty() && zones.zones().size() < model.patches.size()) {
+        notes.push_back("Patches without a surface, left out: " +
+                        std::to_string(model.patches.size() - zones.zones().size()));
+    }
+}
+
 ImportOutcome outcomeOf(const ExchangeModel& model, const ReportProgress& report) {
     if (model.empty()) {
         return ImportOutcome::Failed;
@@ -231,6 +253,23 @@ std::vector<std::string_view> importExtensions() {
 
 std::vector<std::string_view> exportExtensions() {
     return allOf(&ExchangeFormat::written);
+}
+
+std::vector<std::string_view> absentExtensions() {
+    return {
+#ifndef VELMORA_READS_3MF
+        "3mf",
+#endif
+#ifndef VELMORA_READS_VRML
+        "wrl",  "iv",
+#endif
+#ifndef VELMORA_READS_CGNS
+        "cgns",
+#endif
+#ifndef VELMORA_READS_CAD
+        "stp",  "step", "igs", "iges",
+#endif
+    };
 }
 
 ImportOutcome importFile(const std::filesystem::path& path, const ImportOptions& options, ExchangeModel& model,
@@ -312,6 +351,7 @@ ExportOutcome exportFile(const std::filesystem::path& path, const ExchangeView& 
     if (!written) {
         return ExportOutcome::CannotWrite;
     }
+    noteLosses(*format, model, zones, options, outcome.notes);
     std::error_code error;
     outcome.record.bytes = std::filesystem::file_size(path, error);
     if (error) {

@@ -15,6 +15,9 @@ namespace velmora {
 std::vector<std::string_view> importExtensions();
 std::vector<std::string_view> exportExtensions();
 
+/// The extensions of formats whose libraries this build of the program lacks.
+std::vector<std::string_view> absentExtensions();
+
 /// How an import went. Whatever is not `Done` gives no model.
 enum class ImportOutcome {
     Done,

@@ -96,11 +96,7 @@ void takeMesh(ForeignFile& file, const ImportOptions& options, ExchangeModel& mo
         }
         part = ForeignGrid();
     }
-    countOf(record.found, "zones") += countOf(mesh.zones);
-    countOf(record.kept, "zones") += 0;
-    const std::size_t before = model.region.blocks.size();
-    buildMesh(std::move(mesh), options, model, record, report);
-    countOf(record.kept, "zones") += static_cast<std::int64_t>(model.region.blocks.size() - before);
+    buildZones(std::move(mesh), options, model, record, report);
     tellGrids(tally, {}, record);
     if (lines > 0) {
         record.losesGeometry("Grids of one section, which have no surface: " + std::to_string(lines));
@@ -149,6 +145,7 @@ void takeForeign(ForeignFile&& file, const ImportOptions& options, ExchangeModel
     }
     if (file.singlePrecision && !model.region.blocks.empty()) {
         model.libraryMoves = moveOf(model);
+        record.lossless = record.lossless && model.libraryMoves == 0.0;
     }
 }
 

@@ -134,10 +134,15 @@ struct Buffer {
 /// Numbers of a buffer, whole as far as its bytes go.
 struct Accessor {
     std::string_view bytes;
+    std::string own; ///< in place of these, where some of them stand elsewhere
     std::uint64_t count = 0;
     std::uint64_t stride = 0;
     int type = 0; ///< the number that the format has for its kind of numbers
     bool normalized = false;
+
+    const char* at(std::uint64_t entry) const {
+        return (own.empty() ? bytes : std::string_view(own)).data() + entry * stride;
+    }
 };
 
 constexpr int signedByte = 5120;
@@ -203,8 +208,11 @@ private:
     void takeNode(const Json& node, const Placement& placement, const std::string& name);
     void takePrimitive(const Json& primitive);
     bool isCompressed(const Json& primitive) const;
+    bool isCompressedView(const Json* accessor) const;
     std::optional<Points> takePoints(const Json* index);
     std::optional<Accessor> accessorAt(const Json* index, std::string_view kind, std::uint64_t numbers);
+    std::string_view bytesOf(const Json& description, const Json* view);
+    bool replaceSparse(const Json& sparse, std::uint64_t count, std::uint64_t size, Accessor& accessor);
     std::string_view bufferAt(const Json* index);
     void load(Buffer& buffer, const Json& description, bool isFirst);
     void tell();
@@ -226,11 +234,12 @@ private:
     std::int64_t noSurface_ = 0;     // lines and points
     std::int64_t cutPoints_ = 0;     // beyond the end of their buffer
     std::int64_t cutCorners_ = 0;    // the same
+    std::int64_t cutReplaced_ = 0;   // numbers in place of others that have no place, or are not there
     std::int64_t looseCorners_ = 0;  // behind the last whole triangle
     std::int64_t repeatedNodes_ = 0; // that stand twice in the tree
     std::int64_t repeats_ = 0;       // of a mesh by an extension
     std::int64_t outOfScene_ = 0;    // nodes with a mesh
-    std::int64_t noRoom_ = 0;        // nodes
+    std::int64_t noRoom_ = 0;        // nodes, meshes
     std::int64_t changing_ = 0;      // meshes that skins or weights change
 };
 
@@ -378,8 +387,27 @@ void GltfReader::takeNode(const Json& node, const Placement& placement, const st
     }
 }
 
+// Beside compressed data the same may stand as it is: for such a mesh its accessors have views, for such a view its
+// buffer has bytes.
 bool GltfReader::isCompressed(const Json& primitive) const {
-    return member(member(&primitive, "extensions"), "KHR_draco_mesh_compression") != nullptr;
+    const Json* const accessors = member(&root_, "accessors");
+    const Json* const points = entryOf(accessors, member(member(&primitive, "attributes"), "POSITION"));
+    const Json* const corners = entryOf(accessors, member(&primitive, "indices"));
+    const bool isDraco = member(member(&primitive, "extensions"), "KHR_draco_mesh_compression") != nullptr;
+    return (isDraco && member(points, "bufferView") == nullptr) || isCompressedView(points) ||
+           isCompressedView(corners);
+}
+
+bool GltfReader::isCompressedView(const Json* accessor) const {
+    const Json* const view = entryOf(member(&root_, "bufferViews"), member(accessor, "bufferView"));
+    const Json* const extensions = member(view, "extensions");
+    if (member(extensions, "EXT_meshopt_compression") == nullptr &&
+        member(extensions, "KHR_meshopt_compression") == nullptr) {
+        return false;
+    }
+    const Json* const index = member(view, "buffer");
+    const bool isChunk = wholeNumber(index) == 0 && !binary_.empty();
+    return !isChunk && member(entryOf(member(&root_, "buffers"), index), "uri") == nullptr;
 }
 
 void GltfReader::takePrimitive(const Json& primitive) {
@@ -416,8 +444,8 @@ void GltfReader::takePrimitive(const Json& primitive) {
     const auto corner = [&](std::int64_t i) {
         std::int64_t number = i;
         if (corners) {
-            const char* const at = corners->bytes.data() + static_cast<std::uint64_t>(i) * corners->stride;
-            number = static_cast<std::int64_t>(numberOf(at, corners->type, false));
+            number =
+                static_cast<std::int64_t>(numberOf(corners->at(static_cast<std::uint64_t>(i)), corners->type, false));
         }
         return number >= 0 && number < points->count ? points->first + number : -1;
     };
@@ -450,7 +478,7 @@ std::optional<GltfReader::Points> GltfReader::takePoints(const Json* index) {
     place->second = {placed_.nextPoint(), static_cast<std::int64_t>(accessor->count)};
     const std::uint64_t size = sizeOfType(accessor->type);
     for (std::uint64_t i = 0; i < accessor->count; ++i) {
-        const char* const at = accessor->bytes.data() + i * accessor->stride;
+        const char* const at = accessor->at(i);
         placed_.addPoint({numberOf(at, accessor->type, accessor->normalized),
                           numberOf(at + size, accessor->type, accessor->normalized),
                           numberOf(at + 2 * size, accessor->type, accessor->normalized)});
@@ -458,33 +486,82 @@ std::optional<GltfReader::Points> GltfReader::takePoints(const Json* index) {
     return place->second;
 }
 
-// Of numbers that go beyond the end of their buffer those that are there. Without a view all would be 0, and entries
-// of their own in place of some are not known to this reader.
+// Of numbers that go beyond the end of their buffer those that are there.
 std::optional<Accessor> GltfReader::accessorAt(const Json* index, std::string_view kind, std::uint64_t numbers) {
     const Json* const description = entryOf(member(&root_, "accessors"), index);
     const Json* const view = entryOf(member(&root_, "bufferViews"), member(description, "bufferView"));
+    const Json* const sparse = member(description, "sparse");
     const std::optional<std::uint64_t> count = wholeNumber(member(description, "count"));
     Accessor accessor;
     accessor.type = static_cast<int>(wholeNumberOr(member(description, "componentType"), 0));
     accessor.normalized = isTrue(member(description, "normalized"));
     const std::uint64_t size = numbers * sizeOfType(accessor.type);
-    if (view == nullptr || !count || size == 0 || textOf(member(description, "type")) != kind ||
-        member(description, "sparse") != nullptr ||
-        member(member(view, "extensions"), "EXT_meshopt_compression") != nullptr) {
+    if (!count || size == 0 || textOf(member(description, "type")) != kind || (view == nullptr && sparse == nullptr)) {
         return std::nullopt;
     }
-    const std::string_view buffer = bufferAt(member(view, "buffer"));
-    const std::uint64_t start = wholeNumberOr(member(view, "byteOffset"), 0);
-    std::string_view bytes = buffer.substr(std::min<std::size_t>(start, buffer.size()));
-    bytes = bytes.substr(0, wholeNumberOr(member(view, "byteLength"), 0));
-    accessor.bytes =
-        bytes.substr(std::min<std::size_t>(wholeNumberOr(member(description, "byteOffset"), 0), bytes.size()));
-    accessor.stride = wholeNumberOr(member(view, "byteStride"), 0);
-    accessor.stride = accessor.stride == 0 ? size : accessor.stride;
-    const std::uint64_t there = accessor.bytes.size() < size ? 0 : (accessor.bytes.size() - size) / accessor.stride + 1;
-    accessor.count = std::min(*count, there);
-    (numbers == 1 ? cutCorners_ : cutPoints_) += static_cast<std::int64_t>(*count - accessor.count);
+    if (view == nullptr) {                                          // all are 0 but for those that stand elsewhere
+        constexpr std::uint64_t mostZeros = std::uint64_t{1} << 20; // no bytes stand behind them
+        accessor.stride = size;
+        accessor.count = std::min(*count, mostZeros);
+        noRoom_ += *count > mostZeros ? 1 : 0;
+    } else {
+        accessor.bytes = bytesOf(*description, view);
+        const std::uint64_t stride = wholeNumberOr(member(view, "byteStride"), 0);
+        accessor.stride = stride == 0 ? size : stride;
+        const std::uint64_t there =
+            accessor.bytes.size() < size ? 0 : (accessor.bytes.size() - size) / accessor.stride + 1;
+        accessor.count = std::min(*count, there);
+        (numbers == 1 ? cutCorners_ : cutPoints_) += static_cast<std::int64_t>(*count - accessor.count);
+    }
+    if (sparse != nullptr && !replaceSparse(*sparse, accessor.count, size, accessor)) {
+        return std::nullopt;
+    }
     return accessor;
+}
+
+/// From where the numbers of an accessor, or of a part of it, begin to the end of their view.
+std::string_view GltfReader::bytesOf(const Json& description, const Json* view) {
+    const auto behind = [](std::string_view bytes, const Json* offset) {
+        return bytes.substr(std::min<std::size_t>(wholeNumberOr(offset, 0), bytes.size()));
+    };
+    const std::string_view bytes = behind(bufferAt(member(view, "buffer")), member(view, "byteOffset"));
+    return behind(bytes.substr(0, wholeNumberOr(member(view, "byteLength"), 0)), member(&description, "byteOffset"));
+}
+
+// A list of entries and of what they are instead: all of them are copied, and these replaced. False where there is
+// nothing to be read of the list, or no memory for the copy.
+bool GltfReader::replaceSparse(const Json& sparse, std::uint64_t count, std::uint64_t size, Accessor& accessor) {
+    const Json* const views = member(&root_, "bufferViews");
+    const Json* const indices = member(&sparse, "indices");
+    const Json* const values = member(&sparse, "values");
+    const Json* const indexView = entryOf(views, member(indices, "bufferView"));
+    const Json* const valueView = entryOf(views, member(values, "bufferView"));
+    const std::uint64_t number = wholeNumberOr(member(&sparse, "count"), 0);
+    const auto indexType = static_cast<int>(wholeNumberOr(member(indices, "componentType"), 0));
+    const std::uint64_t indexSize = sizeOfType(indexType);
+    if (indexView == nullptr || valueView == nullptr || indexSize == 0 || !placed_.hasRoom(count, 0)) {
+        return false;
+    }
+    std::string whole(count * size, '\0');
+    for (std::uint64_t i = 0; !accessor.bytes.empty() && i < count; ++i) {
+        std::copy_n(accessor.at(i), size, whole.begin() + static_cast<std::ptrdiff_t>(i * size));
+    }
+    accessor.own = std::move(whole);
+    accessor.stride = size;
+    const std::string_view places = bytesOf(*indices, indexView);
+    const std::string_view numbers = bytesOf(*values, valueView);
+    const std::uint64_t there = std::min(places.size() / indexSize, numbers.size() / size);
+    for (std::uint64_t i = 0; i < std::min(number, there); ++i) {
+        const double place = numberOf(places.data() + i * indexSize, indexType, false);
+        if (place >= 0.0 && place < static_cast<double>(count)) {
+            std::copy_n(numbers.data() + i * size, size,
+                        accessor.own.begin() + static_cast<std::ptrdiff_t>(static_cast<std::uint64_t>(place) * size));
+        } else {
+            ++cutReplaced_;
+        }
+    }
+    cutReplaced_ += static_cast<std::int64_t>(number - std::min(number, there));
+    return true;
 }
 
 std::string_view GltfReader::bufferAt(const Json* index) {
@@ -534,17 +611,13 @@ void GltfReader::tell() {
     tellMissing(record_, "Meshes of lines or points, which are no polygons", noSurface_);
     tellMissing(record_, "Points beyond the end of their data", cutPoints_);
     tellMissing(record_, "Corners beyond the end of their data", cutCorners_);
+    tellMissing(record_, "Numbers in place of others that are not there", cutReplaced_);
     tellMissing(record_, "Corners that make no whole triangle", looseCorners_);
     tellMissing(record_, "Nodes that are not there or stand in the tree twice", repeatedNodes_);
     tellMissing(record_, "Nodes whose mesh an extension repeats, read once", repeats_);
     tellMissing(record_, "Nodes with a mesh that are not in the scene", outOfScene_);
     tellMissing(record_, "Meshes for which the memory does not suffice", noRoom_);
-    if (placed_.movedZones() > 0) {
-        record_.alters("Nodes whose place became part of their points: " + std::to_string(placed_.movedZones()));
-    }
-    if (sizeOf(member(&root_, "materials")) > 0) {
-        record_.losesDetail("Materials are not kept");
-    }
+    placed_.tell(record_, "Nodes", sizeOf(member(&root_, "materials")) > 0);
     if (changing_ > 0 || sizeOf(member(&root_, "animations")) > 0) {
         record_.losesDetail("Skins, weights and animations are not applied");
     }
@@ -557,14 +630,7 @@ void importGltf(std::string_view text, const std::filesystem::path& folder, cons
     record.format = "gltf";
     const bool isEmpty = trimmed(text).empty();
     FileMesh mesh = isEmpty ? FileMesh() : GltfReader(text, folder, record, report).run();
-    countOf(record.found, "zones") += static_cast<std::int64_t>(mesh.zones.size());
-    countOf(record.kept, "zones") += 0;
-    if (!isEmpty && record.complete && mesh.polygonEnds.empty()) {
-        record.losesGeometry("No faces were found");
-    }
-    const std::size_t before = model.region.blocks.size();
-    buildMesh(std::move(mesh), options, model, record, report);
-    countOf(record.kept, "zones") += static_cast<std::int64_t>(model.region.blocks.size() - before);
+    buildScene(std::move(mesh), isEmpty, options, model, record, report);
 }
 
 } // namespace velmora

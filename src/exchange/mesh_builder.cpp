@@ -266,6 +266,15 @@ void buildMesh(FileMesh&& mesh, const ImportOptions& options, ExchangeModel& mod
     MeshBuilder(std::move(mesh), options, model, record, report).run();
 }
 
+void buildZones(FileMesh&& mesh, const ImportOptions& options, ExchangeModel& model, FileRead& record,
+                const ReportProgress& report) {
+    const std::size_t before = model.region.blocks.size();
+    countOf(record.found, "zones") += countOf(mesh.zones);
+    countOf(record.kept, "zones") += 0;
+    buildMesh(std::move(mesh), options, model, record, report);
+    countOf(record.kept, "zones") += static_cast<std::int64_t>(model.region.blocks.size() - before);
+}
+
 void tellScale(const ImportOptions& options, FileRead& record) {
     if (options.scale != 1.0) {
         record.alters("Coordinates scaled");

@@ -49,6 +49,10 @@ struct FileMesh {
 void buildMesh(FileMesh&& mesh, const ImportOptions& options, ExchangeModel& model, FileRead& record,
                const ReportProgress& report = {});
 
+/// The same of a format that has zones of its own: `zones` are counted too.
+void buildZones(FileMesh&& mesh, const ImportOptions& options, ExchangeModel& model, FileRead& record,
+                const ReportProgress& report = {});
+
 /// Tells of a scale that is not 1.
 void tellScale(const ImportOptions& options, FileRead& record);
 

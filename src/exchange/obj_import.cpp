@@ -199,14 +199,10 @@ void importObj(std::string_view text, const ImportOptions& options, ExchangeMode
                const ReportProgress& report) {
     record.format = "obj";
     FileMesh mesh = ObjReader(text, record, report).run();
-    countOf(record.found, "zones") += static_cast<std::int64_t>(mesh.zones.size());
-    countOf(record.kept, "zones") += 0;
     if (mesh.polygonEnds.empty() && !trimmed(text).empty()) {
-        record.losesGeometry("No faces were found");
+        record.losesGeometry(noFacesFound);
     }
-    const std::size_t before = model.region.blocks.size();
-    buildMesh(std::move(mesh), options, model, record, report);
-    countOf(record.kept, "zones") += static_cast<std::int64_t>(model.region.blocks.size() - before);
+    buildZones(std::move(mesh), options, model, record, report);
 }
 
 } // namespace velmora

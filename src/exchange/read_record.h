@@ -8,6 +8,10 @@
 
 namespace velmora {
 
+/// What several formats have to tell in the same words.
+inline constexpr const char* materialsNotKept = "Colours and materials are not kept";
+inline constexpr const char* noFacesFound = "No faces were found";
+
 /// Geometry that did not come into the model, told with its number; nothing with 0.
 inline void tellMissing(FileRead& record, std::string_view what, std::int64_t number) {
     if (number != 0) {

@@ -37,6 +37,8 @@ public:
 
     void take(Solid&& solid);
     void tell();
+    /// A coordinate of the file as the model has it.
+    double scaled(double value) const { return value * options_.scale; }
 
     std::int64_t foundFacets = 0;
     std::int64_t keptFacets = 0;
@@ -61,11 +63,6 @@ void SolidTaker::take(Solid&& solid) {
     auto& [x, y, z] = solid.corners;
     if (x.empty()) {
         return;
-    }
-    if (options_.scale != 1.0) {
-        for (std::vector<double>& axis : solid.corners) {
-            std::for_each(axis.begin(), axis.end(), [this](double& value) { value *= options_.scale; });
-        }
     }
     ++keptSolids_;
     keptTriangles_ += static_cast<std::int64_t>(x.size() / 3);
@@ -167,15 +164,19 @@ void readBinary(std::string_view text, SolidTaker& taker, FileRead& record, cons
     for (std::size_t i = 0; i < facets; ++i, facet += facetSize) {
         std::array<float, 9> values{};
         std::memcpy(values.data(), facet + 12, sizeof values);
-        if (!std::all_of(values.begin(), values.end(), [](float value) { return std::isfinite(value); })) {
+        bool finite = true;
+        for (std::size_t k = 0; k < 3; ++k) {
+            x[corner + k] = taker.scaled(static_cast<double>(values.at(3 * k)));
+            y[corner + k] = taker.scaled(static_cast<double>(values.at(3 * k + 1)));
+            z[corner + k] = taker.scaled(static_cast<double>(values.at(3 * k + 2)));
+            finite =
+                finite && std::isfinite(x[corner + k]) && std::isfinite(y[corner + k]) && std::isfinite(z[corner + k]);
+        }
+        if (!finite) {
             ++taker.notFinite;
             continue;
         }
-        for (std::size_t k = 0; k < 9; k += 3, ++corner) {
-            x[corner] = static_cast<double>(values.at(k));
-            y[corner] = static_cast<double>(values.at(k + 1));
-            z[corner] = static_cast<double>(values.at(k + 2));
-        }
+        corner += 3;
         attributes = attributes || facet[48] != 0 || facet[49] != 0;
         if (report && i % reportStep == 0) {
             report(0.2 + 0.6 * static_cast<double>(i) / static_cast<double>(facets));
@@ -323,6 +324,7 @@ void TextReader::takeVertex() {
             readable_ = false;
             return;
         }
+        value = taker_.scaled(value);
         finite_ = finite_ && std::isfinite(value);
     }
     corners_.emplace_back(values[0], values[1], values[2]);

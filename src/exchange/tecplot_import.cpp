@@ -336,7 +336,7 @@ void TecplotTaker::tell() {
 void importTecplot(std::string_view text, const ImportOptions& options, ExchangeModel& model, FileRead& record,
                    const ReportProgress& report) {
     record.format = "tecplot";
-    if (text.starts_with("#!TDV")) {
+    if (text.starts_with("#!TDV") || text.starts_with("#!SZPLT")) {
         record.losesGeometry("This is a binary Tecplot file, which is not read");
         return;
     }

@@ -293,12 +293,7 @@ void ThreemfReader::tell() {
     if (tooLarge_) {
         record_.losesGeometry("The file is too large for the memory");
     }
-    if (placed_.movedZones() > 0) {
-        record_.alters("Objects whose place became part of their points: " + std::to_string(placed_.movedZones()));
-    }
-    if (colours_) {
-        record_.losesDetail("Colours and materials are not kept");
-    }
+    placed_.tell(record_, "Objects", colours_);
 }
 
 } // namespace
@@ -308,14 +303,7 @@ void importThreemf(std::string_view text, const ImportOptions& options, Exchange
     record.format = "3mf";
     const bool isEmpty = trimmed(text).empty();
     FileMesh mesh = isEmpty ? FileMesh() : ThreemfReader(text, record, report).run();
-    countOf(record.found, "zones") += static_cast<std::int64_t>(mesh.zones.size());
-    countOf(record.kept, "zones") += 0;
-    if (!isEmpty && record.complete && mesh.polygonEnds.empty()) {
-        record.losesGeometry("No faces were found");
-    }
-    const std::size_t before = model.region.blocks.size();
-    buildMesh(std::move(mesh), options, model, record, report);
-    countOf(record.kept, "zones") += static_cast<std::int64_t>(model.region.blocks.size() - before);
+    buildScene(std::move(mesh), isEmpty, options, model, record, report);
 }
 
 } // namespace velmora

@@ -64,9 +64,16 @@ const char* verdictOf(const FileRead& read) {
 
 } // namespace
 
+std::string unitText(const FileRead& read) {
+    return read.unit.empty() ? std::string() : "Unit of length: " + read.unit;
+}
+
 std::vector<std::string> reportLines(const FileRead& read) {
     std::vector<std::string> lines = {read.path.string(),
                                       "Format: " + read.format + ", bytes: " + std::to_string(read.bytes)};
+    if (!read.unit.empty()) {
+        lines.push_back(unitText(read));
+    }
     addCounts(read, lines);
     for (const std::string& change : read.changed) {
         lines.push_back("Changed: " + change);

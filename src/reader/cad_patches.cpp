@@ -95,33 +95,38 @@ gp_Pnt2d between(const std::array<Side, 4>& sides, double s, double t) {
             blend(low.Y(), right.Y(), high.Y(), left.Y(), a.Y(), b.Y(), c.Y(), d.Y())};
 }
 
-} // namespace
-
-// A border runs with the inside at its left as seen from the surface's own outside, so that both kinds of parameters
-// have the sense of the surface; a face that is turned round looks the other way.
-std::optional<GridBlock> patchOfFace(const TopoDS_Face& given, std::int32_t sections, std::int32_t points) {
-    const TopoDS_Face face = TopoDS::Face(given.Oriented(TopAbs_FORWARD));
-    const TopoDS_Wire wire = BRepTools::OuterWire(face);
+bool hasHoles(const TopoDS_Face& face) {
     int wires = 0;
     for (TopExp_Explorer explorer(face, TopAbs_WIRE); explorer.More(); explorer.Next()) {
         ++wires;
     }
-    if (wire.IsNull() || wires != 1) {
-        return std::nullopt;
+    return wires > 1;
+}
+
+} // namespace
+
+// A border runs with the inside at its left as seen from the surface's own outside, so that both kinds of parameters
+// have the sense of the surface; a face that is turned round looks the other way.
+FacePatch patchOfFace(const TopoDS_Face& given, std::int32_t sections, std::int32_t points) {
+    const TopoDS_Face face = TopoDS::Face(given.Oriented(TopAbs_FORWARD));
+    const TopoDS_Wire wire = BRepTools::OuterWire(face);
+    if (wire.IsNull() || hasHoles(face)) {
+        return {wire.IsNull() ? FaceBorder::OtherSides : FaceBorder::WithHoles, {}};
     }
     const std::vector<Side> sides = sidesOf(wire, face);
     Rectangle rectangle;
     BRepTools::UVBounds(face, rectangle.u0, rectangle.u1, rectangle.v0, rectangle.v1);
     const bool alongLines = !sides.empty() && runsAlong(sides, rectangle);
     if (!alongLines && sides.size() != 4) {
-        return std::nullopt;
+        return {};
     }
     std::array<Side, 4> four;
     std::copy_n(sides.begin(), alongLines ? 0 : 4, four.begin());
     const BRepAdaptor_Surface surface(face, Standard_False);
-    GridBlock block;
-    block.i = points;
-    block.j = sections;
+    FacePatch patch;
+    patch.border = alongLines ? FaceBorder::OnParameters : FaceBorder::FourSides;
+    patch.block.i = points;
+    patch.block.j = sections;
     const bool turned = given.Orientation() == TopAbs_REVERSED;
     for (std::int32_t j = 0; j < sections; ++j) {
         for (std::int32_t i = 0; i < points; ++i) {
@@ -129,12 +134,12 @@ std::optional<GridBlock> patchOfFace(const TopoDS_Face& given, std::int32_t sect
             const double t = static_cast<double>(j) / (sections - 1);
             const gp_Pnt2d place = alongLines ? rectangle.at(s, t) : between(four, s, t);
             const gp_Pnt point = surface.Value(place.X(), place.Y());
-            block.x.push_back(point.X());
-            block.y.push_back(point.Y());
-            block.z.push_back(point.Z());
+            patch.block.x.push_back(point.X());
+            patch.block.y.push_back(point.Y());
+            patch.block.z.push_back(point.Z());
         }
     }
-    return block;
+    return patch;
 }
 
 } // namespace velmora

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 
 #include <TopoDS_Face.hxx>
 
@@ -9,8 +8,20 @@
 
 namespace velmora {
 
-/// The points of a face as a grid that looks where the face looks: of one whose border lies on its parameter lines on
-/// these, of another one whose border has four sides and no hole between them. None for any other face.
-std::optional<GridBlock> patchOfFace(const TopoDS_Face& face, std::int32_t sections, std::int32_t points);
+/// What the border of a face allows to make of it.
+enum class FaceBorder {
+    OnParameters, ///< it runs along the parameter lines: a patch on these
+    FourSides,    ///< it is trimmed to four sides, of which one may be a point: a patch between them
+    WithHoles,    ///< no patch
+    OtherSides,   ///< no patch
+};
+
+struct FacePatch {
+    FaceBorder border = FaceBorder::OtherSides;
+    GridBlock block; ///< looks where the face looks; without a point for no patch
+};
+
+/// The points of a face as a grid.
+FacePatch patchOfFace(const TopoDS_Face& face, std::int32_t sections, std::int32_t points);
 
 } // namespace velmora

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,10 +13,10 @@
 #include <Message.hxx>
 #include <Message_Messenger.hxx>
 #include <Poly_Triangulation.hxx>
+#include <Precision.hxx>
 #include <STEPControl_Reader.hxx>
 #include <Standard_Failure.hxx>
 #include <Standard_OutOfMemory.hxx>
-#include <StepRepr_RepresentationItem.hxx>
 #include <TColStd_SequenceOfAsciiString.hxx>
 #include <TCollection_HAsciiString.hxx>
 #include <TopExp_Explorer.hxx>
@@ -25,12 +24,9 @@
 #include <TopoDS.hxx>
 #include <TopoDS_Face.hxx>
 #include <TopoDS_Shape.hxx>
-#include <TransferBRep.hxx>
-#include <Transfer_TransientProcess.hxx>
-#include <XSControl_TransferReader.hxx>
-#include <XSControl_WorkSession.hxx>
 
 #include "TextScan.h"
+#include "cad_names.h"
 #include "cad_patches.h"
 #include "reader_work.h"
 
@@ -65,11 +61,8 @@ public:
         } else {
             takeTriangles(shape);
         }
-        out_.lost("Faces without a border of four sides, or with holes", trimmed_);
         out_.lost("Faces of which no triangles can be made", noTriangles_);
-        if (work_.options.cadPatches) {
-            out_.changed("Faces that became patches", patches_);
-        }
+        tellFaces();
     }
 
 private:
@@ -94,7 +87,7 @@ private:
         setUnit(lengths.IsEmpty() ? "" : lengths.First().ToCString());
         out_.progress(0.2);
         reader.TransferRoots();
-        session_ = reader.WS();
+        names_ = CadNames(reader.WS());
         tellRoots(reader.NbRootsForTransfer(), reader.NbShapes());
         return reader.OneShape();
     }
@@ -112,6 +105,7 @@ private:
         model->SetGlobalSection(section);
         out_.progress(0.2);
         reader.TransferRoots();
+        names_ = CadNames(reader.WS());
         tellRoots(reader.NbRootsForTransfer(), reader.NbShapes());
         return reader.OneShape();
     }
@@ -120,16 +114,6 @@ private:
         if (shapes < roots) {
             out_.lost("Parts that the reader of the format does not understand", roots - shapes);
         }
-    }
-
-    /// The name that the file has for a shape.
-    std::string nameOf(const TopoDS_Shape& shape) const {
-        if (session_.IsNull()) {
-            return {};
-        }
-        const Handle(Standard_Transient) entity = session_->TransferReader()->EntityFromShapeResult(shape, 1);
-        const Handle(StepRepr_RepresentationItem) item = Handle(StepRepr_RepresentationItem)::DownCast(entity);
-        return item.IsNull() || item->Name().IsNull() ? std::string() : std::string(item->Name()->ToCString());
     }
 
     /// Solids, and what belongs to none of them: shells, then faces alone.
@@ -148,31 +132,64 @@ private:
     }
 
     void takePatches(const TopoDS_Shape& shape) {
+        std::int64_t number = 0;
         for (TopExp_Explorer face(shape, TopAbs_FACE); face.More(); face.Next()) {
-            std::optional<GridBlock> block =
-                patchOfFace(TopoDS::Face(face.Current()), work_.options.sections, work_.options.points);
-            if (!block) {
-                ++trimmed_;
-                continue;
+            FacePatch patch = patchOfFace(TopoDS::Face(face.Current()), work_.options.sections, work_.options.points);
+            faces_[patch.border].push_back(++number);
+            if (!patch.block.x.empty()) {
+                out_.add(ForeignGrid{names_.ofShape(face.Current()), std::move(patch.block)});
             }
-            ++patches_;
-            out_.add(ForeignGrid{nameOf(face.Current()), std::move(*block)});
+        }
+    }
+
+    /// "faces 2, 5"; of very many the first ones.
+    static std::string listOf(const std::vector<std::int64_t>& faces) {
+        constexpr std::size_t most = 20;
+        std::string text = faces.size() == 1 ? "face " : "faces ";
+        for (std::size_t i = 0; i < std::min(faces.size(), most); ++i) {
+            text += (i > 0 ? ", " : "") + std::to_string(faces[i]);
+        }
+        return text + (faces.size() > most ? " and others" : "");
+    }
+
+    /// What became of each face as a patch, by its number in the file.
+    void tellFaces() {
+        const std::vector<std::int64_t>& trimmed = faces_[FaceBorder::FourSides];
+        const std::vector<std::int64_t>& holes = faces_[FaceBorder::WithHoles];
+        const std::vector<std::int64_t>& others = faces_[FaceBorder::OtherSides];
+        const std::size_t patches = faces_[FaceBorder::OnParameters].size() + trimmed.size();
+        if (patches > 0) {
+            out_.changed(
+                "Faces that became patches: " + std::to_string(patches) +
+                (trimmed.empty() ? "" : " (between the four sides of a trimmed one: " + listOf(trimmed) + ')'));
+        }
+        if (!holes.empty() || !others.empty()) {
+            out_.lost("Faces that became no patch: " + std::to_string(holes.size() + others.size()) + " (" +
+                      (holes.empty() ? "" : "with holes: " + listOf(holes)) +
+                      (holes.empty() || others.empty() ? "" : "; ") +
+                      (others.empty() ? "" : "without a border of four sides: " + listOf(others)) + ')');
         }
     }
 
     void takeTriangles(const TopoDS_Shape& shape) {
-        constexpr double angle = 0.5; // radians; what is asked for is the distance
-        const BRepMesh_IncrementalMesh mesher(shape, work_.options.chord, Standard_False, angle, Standard_False);
+        constexpr double angle = 0.5;                        // radians; what is asked for is the distance
+        const double least = 1.001 * Precision::Confusion(); // below it the library makes no triangles
+        const double chord = std::max(work_.options.chord, least);
+        if (chord > work_.options.chord) {
+            out_.changed("The error of triangles is the least that is possible, 1e-07");
+        }
+        const BRepMesh_IncrementalMesh mesher(shape, chord, Standard_False, angle, Standard_False);
         out_.progress(0.9);
         const std::vector<TopoDS_Shape> bodies = bodiesOf(shape);
         for (const TopoDS_Shape& body : bodies) {
             FileMesh mesh;
-            mesh.zones = {nameOf(body)};
+            mesh.zones = {names_.ofBody(body)};
             for (TopExp_Explorer face(body, TopAbs_FACE); face.More(); face.Next()) {
                 addTriangles(TopoDS::Face(face.Current()), mesh);
             }
             out_.add(mesh);
         }
+        out_.changed("Faces that became triangles", meshed_);
     }
 
     void addTriangles(const TopoDS_Face& face, FileMesh& mesh) {
@@ -182,6 +199,7 @@ private:
             ++noTriangles_;
             return;
         }
+        ++meshed_;
         const auto first = static_cast<std::int64_t>(mesh.pointCount()) - 1; // they count from 1
         for (int i = 1; i <= triangles->NbNodes(); ++i) {
             const gp_Pnt point = triangles->Node(i).Transformed(location);
@@ -199,10 +217,10 @@ private:
 
     const ReaderWork& work_;
     ForeignWriter& out_;
-    Handle(XSControl_WorkSession) session_;
-    std::int64_t trimmed_ = 0;
+    CadNames names_;
+    std::map<FaceBorder, std::vector<std::int64_t>> faces_; // numbers of those that were to become patches
+    std::int64_t meshed_ = 0;
     std::int64_t noTriangles_ = 0;
-    std::int64_t patches_ = 0;
 };
 
 } // namespace

@@ -2,6 +2,8 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <iterator>
+#include <limits>
 #include <map>
 #include <string>
 #include <string_view>
@@ -140,6 +142,7 @@ public:
 
 private:
     void readBase();
+    std::vector<int> orderOf(int zones) const;
     void readZone();
     void readGrid(const std::string& name, const std::vector<cgsize_t>& sizes);
     void readElements(const std::string& name, const std::vector<cgsize_t>& sizes);
@@ -191,10 +194,27 @@ void CgnsReader::readBase() {
         cg_nzones(file_, base_, &zones) != CG_OK) {
         return;
     }
-    for (zone_ = 1; zone_ <= zones; ++zone_) {
+    double done = 0.0;
+    for (const int zone : orderOf(zones)) {
+        zone_ = zone;
         readZone();
-        out_.progress(static_cast<double>(zone_) / zones);
+        out_.progress(++done / zones);
     }
+}
+
+// The library has zones by the order of their names, "Part 10" before "Part 2"; their own numbers go before that.
+std::vector<int> CgnsReader::orderOf(int zones) const {
+    std::vector<std::pair<int, int>> numbered;
+    for (int zone = 1; zone <= zones; ++zone) {
+        int number = 0;
+        const bool has = cg_goto(file_, base_, "Zone_t", zone, "end") == CG_OK && cg_ordinal_read(&number) == CG_OK;
+        numbered.emplace_back(has ? number : std::numeric_limits<int>::max(), zone);
+    }
+    std::sort(numbered.begin(), numbered.end());
+    std::vector<int> order;
+    std::transform(numbered.begin(), numbered.end(), std::back_inserter(order),
+                   [](const auto& zone) { return zone.second; });
+    return order;
 }
 
 void CgnsReader::readZone() {

@@ -21,17 +21,23 @@ void demand(int outcome) {
     }
 }
 
-/// Names of zones, which may have 32 letters and no slash and must differ.
+constexpr std::size_t longest = 32; // letters of a name
+
+/// A title as a name, which has no slash; empty where nothing is left of it.
+std::string nameOf(const std::string& title) {
+    std::string name(trimmed(title));
+    std::replace_if(
+        name.begin(), name.end(), [](char c) { return c == '/' || static_cast<unsigned char>(c) < ' '; }, '_');
+    return name == "." || name == ".." ? std::string() : std::string(trimmed(name.substr(0, longest)));
+}
+
+/// Names of zones, which must differ.
 class ZoneNames {
 public:
     std::string nameFor(const std::string& title) {
-        constexpr std::size_t longest = 32;
         ++number_;
-        std::string name(trimmed(title));
-        std::replace_if(
-            name.begin(), name.end(), [](char c) { return c == '/' || static_cast<unsigned char>(c) < ' '; }, '_');
-        name = name.empty() || name == "." || name == ".." ? "Zone " + std::to_string(number_)
-                                                           : std::string(trimmed(name.substr(0, longest)));
+        std::string name = nameOf(title);
+        name = name.empty() ? "Zone " + std::to_string(number_) : name;
         std::string different = name;
         for (int i = 2; !used_.insert(different).second; ++i) {
             const std::string end = " " + std::to_string(i);
@@ -60,23 +66,29 @@ public:
     void write(const FileMesh& mesh) {
         const auto triangles = static_cast<cgsize_t>(mesh.polygonEnds.size());
         const std::array<cgsize_t, 3> sizes = {static_cast<cgsize_t>(mesh.pointCount()), triangles, 0};
-        begin(mesh.zones.empty() ? "" : mesh.zones.front(), sizes.data(), CGNS_ENUMV(Unstructured), mesh.x, mesh.y,
-              mesh.z);
+        const std::string title = mesh.zones.empty() ? std::string() : mesh.zones.front();
+        const std::string zone = begin(title, sizes.data(), CGNS_ENUMV(Unstructured), mesh.x, mesh.y, mesh.z);
         std::vector<cgsize_t> corners(mesh.corners.size());
         std::transform(mesh.corners.begin(), mesh.corners.end(), corners.begin(),
                        [](std::int64_t corner) { return static_cast<cgsize_t>(corner + 1); });
         int section = 0;
-        demand(cg_section_write(file_, base_, zone_, "Triangles", CGNS_ENUMV(TRI_3), 1, triangles, 0, corners.data(),
-                                &section));
+        const std::string name = nameOf(title); // readers that name parts by their sections find the title there
+        demand(cg_section_write(file_, base_, zone_, name.empty() ? zone.c_str() : name.c_str(), CGNS_ENUMV(TRI_3), 1,
+                                triangles, 0, corners.data(), &section));
     }
 
 private:
-    void begin(const std::string& title, const cgsize_t* sizes, CGNS_ENUMT(ZoneType_t) type,
-               const std::vector<double>& x, const std::vector<double>& y, const std::vector<double>& z) {
-        demand(cg_zone_write(file_, base_, names_.nameFor(title).c_str(), sizes, type, &zone_));
+    /// The name that the zone got.
+    std::string begin(const std::string& title, const cgsize_t* sizes, CGNS_ENUMT(ZoneType_t) type,
+                      const std::vector<double>& x, const std::vector<double>& y, const std::vector<double>& z) {
+        const std::string name = names_.nameFor(title);
+        demand(cg_zone_write(file_, base_, name.c_str(), sizes, type, &zone_));
+        demand(cg_goto(file_, base_, "Zone_t", zone_, "end"));
+        demand(cg_ordinal_write(++written_)); // readers may find zones by the order of their names
         axis("CoordinateX", x);
         axis("CoordinateY", y);
         axis("CoordinateZ", z);
+        return name;
     }
 
     void axis(const char* name, const std::vector<double>& values) {
@@ -93,6 +105,7 @@ private:
     int base_;
     bool single_;
     int zone_ = 0;
+    int written_ = 0;
     ZoneNames names_;
 };
 

@@ -3,9 +3,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <new>
 #include <set>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -27,6 +26,7 @@
 #include <Inventor/elements/SoShapeHintsElement.h>
 #include <Inventor/errors/SoError.h>
 #include <Inventor/errors/SoReadError.h>
+#include <Inventor/misc/SoProtoInstance.h>
 #include <Inventor/nodes/SoFaceSet.h>
 #include <Inventor/nodes/SoIndexedFaceSet.h>
 #include <Inventor/nodes/SoMaterial.h>
@@ -35,6 +35,7 @@
 #include <Inventor/nodes/SoVertexShape.h>
 
 #include "nearby_file.h"
+#include "read_record.h"
 #include "reader_work.h"
 
 namespace velmora {
@@ -85,8 +86,15 @@ private:
 };
 
 std::string contentOf(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::string content;
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    if (file && file.tellg() > 0) {
+        content.resize(static_cast<std::size_t>(file.tellg()));
+        file.seekg(0);
+        file.read(content.data(), static_cast<std::streamsize>(content.size()));
+        content.resize(static_cast<std::size_t>(file.gcount()));
+    }
+    return content;
 }
 
 /// What a text begins with that lacks the line by which such files are known; none where it has one.
@@ -98,11 +106,35 @@ std::string missingHead(std::string_view text, const std::string& format) {
     return format == "inventor" ? "#Inventor V2.1 ascii\n" : "#VRML V2.0 utf8\n";
 }
 
+/// A word follows "DEF" that has letters outside of ASCII: the library writes other ones in their place.
+bool hasForeignNames(std::string_view text) {
+    constexpr std::string_view spaces = " \t\r\n";
+    constexpr std::string_view keyword = "DEF";
+    for (std::size_t at = text.find(keyword); at != std::string_view::npos; at = text.find(keyword, at + 1)) {
+        std::string_view name = text.substr(at + keyword.size());
+        const std::size_t blanks = std::min(name.find_first_not_of(spaces), name.size());
+        name.remove_prefix(blanks);
+        name = name.substr(0, name.find_first_of(spaces));
+        if (blanks > 0 && std::any_of(name.begin(), name.end(), [](char c) { return (c & 0x80) != 0; })) {
+            return true;
+        }
+    }
+    return false;
+}
+
 std::string formatOf(std::string_view text, const std::string& fallback) {
     return text.starts_with("#VRML V1")    ? "vrml1"
            : text.starts_with("#VRML")     ? "vrml2"
            : text.starts_with("#Inventor") ? "inventor"
                                            : fallback;
+}
+
+// What the library says of a file that it cannot read is that the scene is not whole; pictures are no part of it.
+std::int64_t complaints = 0;
+
+void onError(const SoError* error, void* /*data*/) {
+    const bool isPicture = error->getDebugString().find("texture file") >= 0;
+    complaints += error->isOfType(SoReadError::getClassTypeId()) && !isPicture ? 1 : 0;
 }
 
 class SceneReader {
@@ -114,6 +146,8 @@ public:
 
 private:
     SoSeparator* load(const std::filesystem::path& path);
+    bool open(GuardedInput& input, const std::string& text, const std::filesystem::path& path) const;
+    static SoSeparator* readUntilFault(SoInput& input);
     static void onInline(const SbString& url, void* self, SoVRMLInline* node);
     static SoCallbackAction::Response onShape(void* self, SoCallbackAction* action, const SoNode* node);
     static SoCallbackAction::Response onShapeEnd(void* self, SoCallbackAction* action, const SoNode* node);
@@ -139,25 +173,67 @@ private:
     std::vector<std::int64_t> face_;
     std::int64_t made_ = 0; // shapes that the library made triangles of
     std::int64_t lines_ = 0;
+    std::int64_t zones_ = 0;
+    bool tooMany_ = false;
+    std::int64_t placed_ = 0;  // shapes that do not stand where their points are
+    std::int64_t again_ = 0;   // places of shapes that stood at another one before
+    std::int64_t inlined_ = 0; // other files
+    std::set<const SoNode*> shapes_;
 };
 
 // ---- Files ----------------------------------------------------------------------------------------------------------
 
-// The whole text in memory; only a packed file is left to the library.
+// The whole text in memory; only a packed file is left to the library. Of a damaged file, of which the library gives
+// nothing at all, the nodes before the fault are read in a second try.
 SoSeparator* SceneReader::load(const std::filesystem::path& path) {
-    const std::string content = contentOf(path);
-    const std::string head = missingHead(content, work_.format);
-    const std::string text = head + content;
-    GuardedInput input(neighbours_);
-    if (text.starts_with('#')) {
-        input.setBuffer(text.data(), text.size());
-    } else if (input.openFile(path.c_str()) == FALSE) {
-        return nullptr;
-    }
+    std::string text = contentOf(path);
+    const std::string head = missingHead(text, work_.format);
+    text.insert(0, head);
     if (!head.empty()) {
         out_.changed("The first line, which tells the kind of the file, is missing");
     }
-    return SoDB::readAll(&input);
+    GuardedInput input(neighbours_);
+    if (!open(input, text, path)) {
+        return nullptr;
+    }
+    SoSeparator* const scene = SoDB::readAll(&input);
+    if (scene != nullptr) {
+        return scene;
+    }
+    const std::int64_t told = complaints;
+    GuardedInput again(neighbours_);
+    SoSeparator* const part = open(again, text, path) ? readUntilFault(again) : nullptr;
+    complaints = told;
+    return part;
+}
+
+bool SceneReader::open(GuardedInput& input, const std::string& text, const std::filesystem::path& path) const {
+    if (text.starts_with('#')) {
+        input.setBuffer(text.data(), text.size());
+        return true;
+    }
+    return input.openFile(path.c_str()) == TRUE;
+}
+
+SoSeparator* SceneReader::readUntilFault(SoInput& input) {
+    auto* const scene = new SoSeparator;
+    scene->ref();
+    for (std::size_t before = 0;; before = input.getNumBytesRead()) {
+        SoNode* node = nullptr;
+        if (SoDB::read(&input, node) == FALSE || (node == nullptr && input.getNumBytesRead() == before)) {
+            break;
+        }
+        if (node != nullptr) {
+            scene->addChild(node);
+        }
+    }
+    scene->unrefNoDelete();
+    if (scene->getNumChildren() > 0) {
+        return scene;
+    }
+    scene->ref();
+    scene->unref();
+    return nullptr;
 }
 
 void SceneReader::onInline(const SbString& url, void* self, SoVRMLInline* node) {
@@ -172,6 +248,7 @@ void SceneReader::onInline(const SbString& url, void* self, SoVRMLInline* node) 
         ++reader.neighbours_.unread;
     } else {
         node->setChildData(scene);
+        ++reader.inlined_;
     }
 }
 
@@ -181,9 +258,13 @@ void SceneReader::onInline(const SbString& url, void* self, SoVRMLInline* node) 
 std::string SceneReader::titleOf(SoCallbackAction& action) const {
     const auto* const path = static_cast<const SoFullPath*>(action.getCurPath());
     for (int i = path->getLength(); i > 0; --i) {
-        const SbName name = path->getNode(i - 1)->getName();
-        if (name.getLength() > 0) {
-            return name.getString();
+        const SoNode* const node = path->getNode(i - 1);
+        if (node->getName().getLength() > 0) {
+            return node->getName().getString();
+        }
+        const SoProtoInstance* const instance = SoProtoInstance::findProtoInstance(node);
+        if (instance != nullptr && instance->getName().getLength() > 0) {
+            return instance->getName().getString();
         }
     }
     return {};
@@ -194,11 +275,13 @@ void SceneReader::begin(SoCallbackAction& action, bool reversed) {
     mesh_.zones = {titleOf(action)};
     matrix_ = action.getModelMatrix();
     reversed_ = reversed != (matrix_.det3() < 0.0F);
+    placed_ += matrix_ == SbMatrix::identity() ? 0 : 1;
 }
 
 void SceneReader::finish() {
     if (!mesh_.polygonEnds.empty()) {
         out_.add(mesh_);
+        ++zones_;
     }
     mesh_ = {};
 }
@@ -301,7 +384,13 @@ bool SceneReader::takeFaces(SoCallbackAction& action, const SoNode& node) {
 
 SoCallbackAction::Response SceneReader::onShape(void* self, SoCallbackAction* action, const SoNode* node) {
     auto& reader = *static_cast<SceneReader*>(self);
+    constexpr std::int64_t mostZones = std::int64_t{1} << 18; // few bytes can name one shape any number of times
+    if (reader.zones_ >= mostZones) {
+        reader.tooMany_ = true;
+        return SoCallbackAction::ABORT;
+    }
     reader.shapeOpen_ = false;
+    reader.again_ += reader.shapes_.insert(node).second ? 0 : 1;
     if (reader.takeFaces(*action, *node)) {
         return SoCallbackAction::PRUNE;
     }
@@ -352,20 +441,17 @@ SoCallbackAction::Response SceneReader::onShapeEnd(void* self, SoCallbackAction*
     return SoCallbackAction::CONTINUE;
 }
 
-// What the library says of a file that it cannot read is that the scene is not whole.
-std::int64_t complaints = 0;
-
-void onError(const SoError* error, void* /*data*/) {
-    complaints += error->isOfType(SoReadError::getClassTypeId()) ? 1 : 0;
-}
-
 void SceneReader::run() {
-    const std::string content = contentOf(work_.path);
+    std::string content = contentOf(work_.path);
     out_.format(formatOf(content.substr(0, 64), work_.format));
     const auto speaksOf = [&content](const char* word) { return content.find(word) != std::string::npos; };
     if (speaksOf("Material") || speaksOf("Color ") || speaksOf("Texture")) {
-        out_.detail("Colours, materials and textures are not kept");
+        out_.detail(materialsNotKept);
     }
+    if (hasForeignNames(content)) {
+        out_.detail("Names with letters outside of ASCII are not kept as they are");
+    }
+    content = std::string(); // it is large, and read again with what the library needs
     out_.singlePrecision();
     SoDB::init();
     SoError::setHandlerCallback(onError, nullptr);
@@ -383,12 +469,18 @@ void SceneReader::run() {
     action.addPostCallback(SoShape::getClassTypeId(), onShapeEnd, this);
     action.addTriangleCallback(SoShape::getClassTypeId(), onTriangle, this);
     action.apply(scene);
+    if (tooMany_) {
+        throw std::bad_alloc();
+    }
     out_.lost("Places that the reader of the format does not understand", complaints);
     out_.lost("Files outside of the folder of this one, which are not read", neighbours_.outside);
     out_.lost("Files that name themselves, read once", neighbours_.repeated);
     out_.lost("Other files that cannot be read", neighbours_.unread);
     out_.lost("Shapes without a surface", lines_);
     out_.changed("Shapes of which triangles were made", made_);
+    out_.changed("Shapes whose place became part of their points", placed_);
+    out_.changed("Shapes that stand at several places, each a zone", again_);
+    out_.changed("Other files that became part of the model", inlined_);
 }
 
 } // namespace

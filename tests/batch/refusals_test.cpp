@@ -148,6 +148,16 @@ TEST_F(Refusals, TheFirstThingLeftOverIsNamed) {
     }
 }
 
+// What a line gives for a dialog that does not come any more does not turn the refusal into an error.
+TEST_F(Refusals, ACommandThatRefusesAsksForNoMore) {
+    must("run file.import answer=yes file=a.apt volumes=2");
+    EXPECT_EQ(events.back().at("outcome"), "refused");
+    EXPECT_EQ(errorOf("run file.import answer=yes file=a.apt answer=no"),
+              "nothing asked for \"answer=no\"; leave it out");
+    must("run view.fit");
+    EXPECT_EQ(errorOf("run view.fit file=a.apt"), "nothing asked for \"file=a.apt\"; leave it out");
+}
+
 TEST_F(Refusals, OnlyTheAnswersThatWereAskedForAreTaken) {
     EXPECT_EQ(errorOf("run file.open answer=no answer=yes"), "nothing asked for \"answer=yes\"; leave it out");
     EXPECT_EQ(errorOf("run file.append cancel=file cancel=file"), "nothing asked for \"cancel=file\"; leave it out");

@@ -191,6 +191,43 @@ def comma_points():
             "            3, 0, 4, -1, # west", "            3, 2, 1, 0, -1, # ground", "        ]", "    }", "}"]
 
 
+def iges_surface(points):
+    """The parameters of a surface between four corners: a spline of degree 1 both ways, with knots, weights, points."""
+    knots = [0, 0, 1, 1]
+    numbers = [1, 1, 1, 1, 0, 0, 1, 0, 0, *knots, *knots, 1, 1, 1, 1, *(c for point in points for c in point), 0, 1, 0, 1]
+    words = [f"{value}" if index < 9 else f"{value:.3f}" for index, value in enumerate(numbers)]
+    return ",".join(["128", *words]) + ";"
+
+
+def pieces(text, size):
+    """The text broken behind commas to pieces of that size at most."""
+    lines = [""]
+    for word in text.replace(";", ";,").rstrip(",").split(","):
+        word += "" if word.endswith(";") else ","
+        if len(lines[-1]) + len(word) > size:
+            lines.append("")
+        lines[-1] += word
+    return lines
+
+
+def two_surfaces():
+    """IGES by hand, in inches: a twisted deck and a flat side, each under its label."""
+    surfaces = {"deck": [(0, 0, 0), (2, 0, 0), (0, 1, 0), (2, 1, 0.5)], "side": [(0, 0, 0), (0, 0, -1), (2, 0, 0), (2, 0, -1)]}
+    head = ("1H,,1H;,4Hdeck,8Hdeck.igs,6Hhands.,1H1,32,38,6,308,15,4Hdeck,1.,1,2HIN,1,0.01,15H20260101.120000,1E-06,10.,"
+            "4Hnone,4Hnone,11,0,15H20260101.120000;")
+    sections = {"S": ["Two surfaces"], "G": pieces(head, 72), "D": [], "P": []}
+    for label, points in surfaces.items():
+        entry = len(sections["D"]) + 1
+        data = pieces(iges_surface(points), 64)
+        first = [128, len(sections["P"]) + 1, 0, 0, 0, 0, 0, 0]
+        second = [128, 0, 0, len(data), 0, "", "", label, 0]
+        sections["D"].append("".join(f"{field:>8}" for field in first) + "00000000")
+        sections["D"].append("".join(f"{field:>8}" for field in second))
+        sections["P"] += [f"{line:<64}{entry:>8}" for line in data]
+    lines = [f"{line:<72}{letter}{i + 1:>7}" for letter, part in sections.items() for i, line in enumerate(part)]
+    return lines + [f"{''.join(f'{k}{len(v):>7}' for k, v in sections.items()):<72}T{1:>7}"]
+
+
 def write(path, lines, end="\n"):
     path.write_bytes((end.join(lines) + end).encode("ascii"))
 
@@ -209,6 +246,7 @@ def main():
     write(folder / "many_corners.wrl", many_corners())
     write(folder / "named_coordinates.wrl", named_coordinates())
     write(folder / "comma_points.wrl", comma_points())
+    write(folder / "two_surfaces.igs", two_surfaces())
 
 
 main()

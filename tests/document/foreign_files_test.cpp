@@ -12,6 +12,11 @@ namespace {
 using testing::Contains;
 using testing::Not;
 
+bool reads(std::string_view extension) {
+    const std::vector<std::string_view> known = importExtensions();
+    return std::find(known.begin(), known.end(), extension) != known.end();
+}
+
 const char* const triangle = "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n";
 
 TEST_F(DocumentTest, AnImportThatIsStoppedLeavesTheModelAsItWas) {
@@ -47,6 +52,26 @@ TEST_F(DocumentTest, AForeignFileComesByItsPath) {
     EXPECT_EQ(doc.feRegion.blocks.size(), 1U);
     EXPECT_TRUE(doc.documentModified);
     EXPECT_EQ(doc.modelFile.documentTitle, "Untitled.dat");
+}
+
+TEST_F(CommandTest, TheUnitOfAFileStandsInTheStatusLine) {
+    if (!reads("step")) {
+        GTEST_SKIP() << "built without the library for STEP";
+    }
+    ui.dialogs.push_back({});
+    importForeignFile(doc, std::filesystem::path(VELMORA_TEST_DATA) / "box.step");
+    EXPECT_THAT(heard(), Contains(testing::StartsWith("status: Unit of length: millimetre. ")));
+}
+
+TEST_F(CommandTest, ATypeOfALibraryThatIsNotThereIsRefusedAsSuch) {
+    for (const std::string_view extension : absentExtensions()) {
+        EXPECT_FALSE(reads(extension) && extension != "wrl");
+        const std::string name = "a." + std::string(extension);
+        ui.files.push_back({folder / name});
+        run("file.import");
+        EXPECT_THAT(heard(), Contains("message: Files of this type cannot be imported: " + std::string(extension) +
+                                      " (this build has no library for it)"));
+    }
 }
 
 } // namespace

@@ -49,6 +49,27 @@ ExchangeModel twoGrids() {
     return model;
 }
 
+TEST_F(Exporters, WhatAFormatHasNoRoomForIsNoted) {
+    using testing::ElementsAre;
+    using testing::IsEmpty;
+    ExchangeModel zones = twoZones();
+    write(zones, "a.stl");
+    EXPECT_THAT(outcome_.notes, ElementsAre("Zones that are one in the file: 2"));
+    write(zones, "a.ply");
+    EXPECT_THAT(outcome_.notes, ElementsAre("Zones that are one in the file: 2"));
+    write(zones, "a.stl", text());
+    EXPECT_THAT(outcome_.notes, IsEmpty());
+    zones.region.blocks[0]->variables.push_back(std::make_unique<zArray<double>>(3, 1, 1, "p"));
+    write(zones, "a.obj");
+    EXPECT_THAT(outcome_.notes, ElementsAre("Values at points are not written"));
+    ExchangeModel grids = twoGrids();
+    grids.patches.push_back({{{0, 0, 0}, {1, 0, 0}}});
+    write(grids, "a.obj");
+    EXPECT_THAT(outcome_.notes, ElementsAre("Patches without a surface, left out: 1"));
+    write(grids, "a.p3d");
+    EXPECT_THAT(outcome_.notes, IsEmpty());
+}
+
 TEST_F(Exporters, TextStlHasASolidForEachZoneAndItsNormals) {
     EXPECT_EQ(
         write(twoZones(), "a.stl", text(6)),

@@ -6,15 +6,9 @@
 
 #include "exchange_tools.h"
 
-namespace velmora {
+namespace velmora::test {
 namespace {
 
-using test::Bytes;
-using test::Corners;
-using test::found;
-using test::Imported;
-using test::kept;
-using test::Point;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -80,7 +74,7 @@ std::string binaryFile(const std::string& json, const std::string& bytes) {
 
 class GltfImport : public testing::Test {
 protected:
-    test::TemporaryFolder folder_;
+    TemporaryFolder folder_;
 
     Imported read(const std::string& text, const ImportOptions& options = {}) {
         Imported result;
@@ -97,8 +91,8 @@ const Corners secondHalf = {{{0, 0, 0}, {1, 1, 0}, {0, 1, 0}}};
 
 TEST_F(GltfImport, AMeshOfANodeIsAZoneUnderTheNodesName) {
     const Imported file = read(scene("{'name':'left wing','mesh':0}"));
-    EXPECT_THAT(test::titlesOf(file.model), ElementsAre("left wing"));
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(firstHalf, secondHalf));
+    EXPECT_THAT(titlesOf(file.model), ElementsAre("left wing"));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(firstHalf, secondHalf));
     EXPECT_EQ(file.model.region.blocks[0]->nodeCount, 4);
     EXPECT_EQ(file.record.format, "gltf");
     EXPECT_TRUE(file.record.complete);
@@ -108,11 +102,11 @@ TEST_F(GltfImport, AMeshOfANodeIsAZoneUnderTheNodesName) {
 }
 
 TEST_F(GltfImport, TheNearestNameAboveTheMeshIsTheTitle) {
-    EXPECT_THAT(test::titlesOf(read(scene("{'name':'aircraft','children':[1]},{'children':[2]},{'mesh':0}")).model),
+    EXPECT_THAT(titlesOf(read(scene("{'name':'aircraft','children':[1]},{'children':[2]},{'mesh':0}")).model),
                 ElementsAre("aircraft"));
-    EXPECT_THAT(test::titlesOf(read(scene("{'name':'aircraft','children':[1]},{'name':'tail','mesh':0}")).model),
+    EXPECT_THAT(titlesOf(read(scene("{'name':'aircraft','children':[1]},{'name':'tail','mesh':0}")).model),
                 ElementsAre("tail"));
-    EXPECT_THAT(test::titlesOf(read(scene("{'mesh':0}")).model), ElementsAre("plate"));
+    EXPECT_THAT(titlesOf(read(scene("{'mesh':0}")).model), ElementsAre("plate"));
 }
 
 // A child at (0,0,1), scaled by 2, under a parent turned a quarter round z: (x,y,z) goes to (-2y, 2x, 2z + 1).
@@ -121,7 +115,7 @@ TEST_F(GltfImport, PlacesOfNodesAreApplied) {
     const Imported file = read(scene("{'rotation':[0,0," + std::to_string(half) + "," + std::to_string(half) +
                                      "],'children':[1]},{'translation':[0,0,1],'scale':[2,2,2],'mesh':0}"));
     const std::vector<Point> wanted = {{0, 0, 1}, {0, 2, 1}, {-2, 2, 1}, {-2, 0, 1}};
-    const std::vector<Point> nodes = test::nodesOf(*file.model.region.blocks[0]);
+    const std::vector<Point> nodes = nodesOf(*file.model.region.blocks[0]);
     ASSERT_EQ(nodes.size(), wanted.size());
     for (std::size_t i = 0; i < wanted.size(); ++i) {
         for (std::size_t axis = 0; axis < 3; ++axis) {
@@ -136,21 +130,21 @@ TEST_F(GltfImport, PlacesOfNodesAreApplied) {
 // The matrix stands column by column: (x,y,z) goes to (x + 2y + 10, y + 20, z + 30).
 TEST_F(GltfImport, AMatrixIsAPlaceToo) {
     const Imported file = read(scene("{'matrix':[1,0,0,0, 2,1,0,0, 0,0,1,0, 10,20,30,1],'mesh':0}"));
-    EXPECT_THAT(test::nodesOf(*file.model.region.blocks[0]),
+    EXPECT_THAT(nodesOf(*file.model.region.blocks[0]),
                 ElementsAre(Point{10, 20, 30}, Point{11, 20, 30}, Point{13, 21, 30}, Point{12, 21, 30}));
 }
 
 TEST_F(GltfImport, AMirroredNodeKeepsItsOutside) {
     const Imported file = read(scene("{'scale':[-1,1,1],'mesh':0}"));
-    EXPECT_THAT(test::cornersOf(file.model),
+    EXPECT_THAT(cornersOf(file.model),
                 ElementsAre(Corners{{{0, 0, 0}, {-1, 1, 0}, {-1, 0, 0}}}, Corners{{{0, 0, 0}, {0, 1, 0}, {-1, 1, 0}}}));
 }
 
 TEST_F(GltfImport, AMeshThatStandsAtTwoNodesIsTwoZones) {
     const Imported file =
         read(scene("{'name':'a','mesh':0,'children':[1]},{'name':'b','translation':[5,0,0],'mesh':0}"));
-    EXPECT_THAT(test::titlesOf(file.model), ElementsAre("a", "b"));
-    EXPECT_EQ(test::nodeAt(*file.model.region.blocks[1], 1), (Point{6, 0, 0}));
+    EXPECT_THAT(titlesOf(file.model), ElementsAre("a", "b"));
+    EXPECT_EQ(nodeAt(*file.model.region.blocks[1], 1), (Point{6, 0, 0}));
     EXPECT_EQ(kept(file, "triangles"), 4);
 }
 
@@ -161,7 +155,7 @@ TEST_F(GltfImport, PrimitivesOfANodeShareTheirZoneAndTheirPoints) {
     ASSERT_THAT(file.model.region.blocks, SizeIs(1));
     EXPECT_EQ(file.model.region.blocks[0]->nodeCount, 4);
     using Triangle = std::array<std::int32_t, 3>;
-    EXPECT_THAT(test::trianglesOf(*file.model.region.blocks[0]),
+    EXPECT_THAT(trianglesOf(*file.model.region.blocks[0]),
                 ElementsAre(Triangle{0, 1, 2}, Triangle{0, 2, 3}, Triangle{0, 1, 2}, Triangle{1, 3, 2},
                             Triangle{1, 2, 0}, Triangle{2, 3, 0}));
 }
@@ -177,7 +171,7 @@ TEST_F(GltfImport, LinesAndPointsAreTold) {
 TEST_F(GltfImport, TheBinaryFormHasItsBufferBehindTheTree) {
     const std::string json = inQuotes("{'asset':{'version':'2.0'},'buffers':[{'byteLength':60}]," + squareViews +
                                       squareMesh + "'nodes':[{'mesh':0}]}");
-    EXPECT_THAT(test::cornersOf(read(binaryFile(json, squareBytes())).model), ElementsAre(firstHalf, secondHalf));
+    EXPECT_THAT(cornersOf(read(binaryFile(json, squareBytes())).model), ElementsAre(firstHalf, secondHalf));
 }
 
 // Six bytes less: the last triangle's corners are gone, its points are not.
@@ -187,7 +181,7 @@ TEST_F(GltfImport, OfABinaryFileThatIsCutTheWholePartsAreKept) {
     std::string bytes = binaryFile(json, squareBytes());
     bytes.resize(bytes.size() - 6);
     const Imported file = read(bytes);
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(firstHalf));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(firstHalf));
     EXPECT_THAT(file.record.reasons, ElementsAre("The file ends too early", "Corners beyond the end of their data: 3"));
     EXPECT_FALSE(file.record.complete);
 }
@@ -198,8 +192,8 @@ TEST_F(GltfImport, ABufferInTheFolderIsReadAndOneOutsideIsNot) {
                         squareMesh + "'nodes':[{'mesh':0}]}");
     };
     std::filesystem::create_directories(folder_ / "own/parts");
-    test::writeFileText(folder_ / "secret.bin", squareBytes());
-    test::writeFileText(folder_ / "own/parts/a b.bin", squareBytes());
+    writeFileText(folder_ / "secret.bin", squareBytes());
+    writeFileText(folder_ / "own/parts/a b.bin", squareBytes());
     std::filesystem::create_symlink(folder_ / "secret.bin", folder_ / "own/link.bin");
     const std::filesystem::path own = folder_ / "own";
     const auto readIn = [&own](const std::string& text) {
@@ -207,7 +201,7 @@ TEST_F(GltfImport, ABufferInTheFolderIsReadAndOneOutsideIsNot) {
         importGltf(text, own, {}, result.model, result.record);
         return result;
     };
-    EXPECT_THAT(test::cornersOf(readIn(with("parts/a%20b.bin")).model), SizeIs(2));
+    EXPECT_THAT(cornersOf(readIn(with("parts/a%20b.bin")).model), SizeIs(2));
     for (const std::string& uri :
          {std::string("../secret.bin"), std::string("parts/../../secret.bin"), (folder_ / "secret.bin").string(),
           std::string("file:secret.bin"), std::string("http://example.org/secret.bin"), std::string("link.bin"),
@@ -244,9 +238,8 @@ TEST_F(GltfImport, PointsMayBeWholeNumbersWithOrWithoutAScale) {
                              normalized +
                              "}],'meshes':[{'primitives':[{'attributes':{'POSITION':0}}]}],'nodes':[{'mesh':0}]}"));
     };
-    EXPECT_THAT(test::cornersOf(with("").model), ElementsAre(Corners{{{0, 0, 0}, {255, 0, 0}, {0, 51, 0}}}));
-    EXPECT_THAT(test::cornersOf(with(",'normalized':true").model),
-                ElementsAre(Corners{{{0, 0, 0}, {1, 0, 0}, {0, 0.2, 0}}}));
+    EXPECT_THAT(cornersOf(with("").model), ElementsAre(Corners{{{0, 0, 0}, {255, 0, 0}, {0, 51, 0}}}));
+    EXPECT_THAT(cornersOf(with(",'normalized':true").model), ElementsAre(Corners{{{0, 0, 0}, {1, 0, 0}, {0, 0.2, 0}}}));
 }
 
 TEST_F(GltfImport, NodesInARingAreTakenOnce) {
@@ -262,11 +255,59 @@ TEST_F(GltfImport, NodesOutOfTheSceneAreTold) {
     EXPECT_FALSE(file.record.complete);
 }
 
+/// The square with another point in place of its third one: (5, 6, 7).
+std::string sparseScene(const std::string& points, int index = 2) {
+    Bytes bytes;
+    bytes.addText(squareBytes()).addAll<float>({5, 6, 7}).add(static_cast<std::uint16_t>(index));
+    return inQuotes("{'asset':{'version':'2.0'}," + bufferOf(bytes.text) +
+                    "'bufferViews':[{'buffer':0,'byteLength':48},{'buffer':0,'byteOffset':48,'byteLength':12},"
+                    "{'buffer':0,'byteOffset':60,'byteLength':12},{'buffer':0,'byteOffset':72,'byteLength':2}],"
+                    "'accessors':[{" +
+                    points +
+                    "'componentType':5126,'type':'VEC3','sparse':{'count':1,"
+                    "'indices':{'bufferView':3,'componentType':5123},'values':{'bufferView':2}}},"
+                    "{'bufferView':1,'componentType':5123,'count':6,'type':'SCALAR'}]," +
+                    squareMesh + "'nodes':[{'mesh':0}]}");
+}
+
+TEST_F(GltfImport, SparseNumbersStandInPlaceOfOthers) {
+    const Imported file = read(sparseScene("'bufferView':0,'count':4,"));
+    EXPECT_THAT(nodesOf(*file.model.region.blocks[0]),
+                ElementsAre(Point{0, 0, 0}, Point{1, 0, 0}, Point{5, 6, 7}, Point{0, 1, 0}));
+    EXPECT_TRUE(file.record.complete);
+    const Imported alone = read(sparseScene("'count':4,")); // all others are 0
+    EXPECT_THAT(nodesOf(*alone.model.region.blocks[0]),
+                ElementsAre(Point{0, 0, 0}, Point{0, 0, 0}, Point{5, 6, 7}, Point{0, 0, 0}));
+    const Imported outside = read(sparseScene("'bufferView':0,'count':4,", 4));
+    EXPECT_THAT(cornersOf(outside.model), ElementsAre(firstHalf, secondHalf));
+    EXPECT_THAT(outside.record.reasons, ElementsAre("Numbers in place of others that are not there: 1"));
+    const Imported huge = read(sparseScene("'count':400000000000,"));
+    EXPECT_EQ(kept(huge, "triangles"), 2);
+    EXPECT_THAT(huge.record.reasons, ElementsAre("Meshes for which the memory does not suffice: 1"));
+}
+
+// A compressed mesh, or view, may have the same beside it as it is.
 TEST_F(GltfImport, CompressedMeshesAreTold) {
-    const Imported file = read(scene("{'mesh':0}", "'meshes':[{'primitives':[{'attributes':{'POSITION':0},'indices':1,"
-                                                   "'extensions':{'KHR_draco_mesh_compression':{}}}]}],"));
-    EXPECT_TRUE(file.model.empty());
-    EXPECT_THAT(file.record.reasons, ElementsAre("Meshes that are compressed: 1"));
+    const std::string mesh = "'meshes':[{'primitives':[{'attributes':{'POSITION':0},'indices':1,"
+                             "'extensions':{'KHR_draco_mesh_compression':{}}}]}],";
+    std::string text = scene("{'mesh':0}", mesh);
+    EXPECT_THAT(cornersOf(read(text).model), ElementsAre(firstHalf, secondHalf));
+    text.replace(text.find("{\"bufferView\":0,"), 16, "{");
+    const Imported draco = read(text);
+    EXPECT_TRUE(draco.model.empty());
+    EXPECT_THAT(draco.record.reasons, ElementsAre("Meshes that are compressed: 1"));
+    for (const char* const extension : {"EXT_meshopt_compression", "KHR_meshopt_compression"}) {
+        const std::string compressed =
+            inQuotes(std::string("'byteLength':48,'extensions':{'") + extension + "':{'buffer':0}}");
+        text = scene("{'mesh':0}");
+        text.replace(text.find("\"byteLength\":48"), 15, compressed);
+        EXPECT_THAT(cornersOf(read(text).model), ElementsAre(firstHalf, secondHalf)) << extension;
+        const std::size_t address = text.find(",\"uri\":");
+        text.erase(address, text.find('}', address) - address);
+        const Imported file = read(text);
+        EXPECT_TRUE(file.model.empty()) << extension;
+        EXPECT_THAT(file.record.reasons, ElementsAre("Meshes that are compressed: 1")) << extension;
+    }
 }
 
 TEST_F(GltfImport, MaterialsAndSkinsAreToldAsLost) {
@@ -274,7 +315,7 @@ TEST_F(GltfImport, MaterialsAndSkinsAreToldAsLost) {
     EXPECT_TRUE(file.record.complete);
     EXPECT_FALSE(file.record.lossless);
     EXPECT_THAT(file.record.reasons,
-                ElementsAre("Materials are not kept", "Skins, weights and animations are not applied"));
+                ElementsAre("Colours and materials are not kept", "Skins, weights and animations are not applied"));
 }
 
 TEST_F(GltfImport, CountsThatNoBytesStandBehindTakeNoMemory) {
@@ -312,4 +353,4 @@ TEST_F(GltfImport, WhatIsNoGltfIsTold) {
 }
 
 } // namespace
-} // namespace velmora
+} // namespace velmora::test

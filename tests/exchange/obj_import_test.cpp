@@ -4,20 +4,15 @@
 
 #include "exchange_tools.h"
 
-namespace velmora {
+namespace velmora::test {
 namespace {
 
-using test::Corners;
-using test::found;
-using test::Imported;
-using test::kept;
-using test::Point;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Triangle = std::array<std::int32_t, 3>;
 
 Imported read(const std::string& text, const ImportOptions& options = {}) {
-    return test::importText(importObj, text, options);
+    return importText(importObj, text, options);
 }
 
 const std::string square = "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\n";
@@ -25,9 +20,9 @@ const std::string square = "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\n";
 TEST(ObjImport, TheFilesPointsAreKept) {
     const Imported file = read(square + "f 1 2 3\nf 1 3 4\n");
     ASSERT_EQ(file.model.region.blocks.size(), 1U);
-    EXPECT_THAT(test::nodesOf(*file.model.region.blocks[0]),
+    EXPECT_THAT(nodesOf(*file.model.region.blocks[0]),
                 ElementsAre(Point{0, 0, 0}, Point{1, 0, 0}, Point{1, 1, 0}, Point{0, 1, 0}));
-    EXPECT_THAT(test::trianglesOf(*file.model.region.blocks[0]), ElementsAre(Triangle{0, 1, 2}, Triangle{0, 2, 3}));
+    EXPECT_THAT(trianglesOf(*file.model.region.blocks[0]), ElementsAre(Triangle{0, 1, 2}, Triangle{0, 2, 3}));
     EXPECT_EQ(file.record.format, "obj");
     EXPECT_TRUE(file.record.complete);
     EXPECT_TRUE(file.record.lossless);
@@ -38,27 +33,27 @@ TEST(ObjImport, TheFilesPointsAreKept) {
 TEST(ObjImport, CornersMayHaveTexturesAndNormals) {
     for (const char* const face :
          {"f 1/1 2/2 3/3", "f 1//7 2//7 3//7", "f 1/1/1 2/2/2 3/3/3", "f 1/ 2/ 3/", "fo 1 2 3"}) {
-        EXPECT_THAT(test::cornersOf(read(square + face).model), ElementsAre(Corners{{{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}}))
+        EXPECT_THAT(cornersOf(read(square + face).model), ElementsAre(Corners{{{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}}))
             << face;
     }
 }
 
 TEST(ObjImport, NegativeNumbersCountBackFromTheLastPointSoFar) {
     const Imported file = read("v 0 0 0\nv 1 0 0\nv 0 1 0\nf -3 -2 -1\nv 5 0 0\nf -4 -3 -1\n");
-    EXPECT_THAT(test::cornersOf(file.model),
+    EXPECT_THAT(cornersOf(file.model),
                 ElementsAre(Corners{{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}}, Corners{{{0, 0, 0}, {1, 0, 0}, {5, 0, 0}}}));
     EXPECT_TRUE(file.record.complete);
 }
 
 TEST(ObjImport, AFaceMayComeBeforeItsPoints) {
-    EXPECT_EQ(test::cornersOf(read("f 1 2 3\n" + square).model).size(), 1U);
+    EXPECT_EQ(cornersOf(read("f 1 2 3\n" + square).model).size(), 1U);
 }
 
 TEST(ObjImport, PolygonsBecomeTrianglesInsideTheirBorder) {
     // A dart whose corner 3 is reflex: from corner 1 only corner 3 is seen.
     const Imported file = read("v 0 0 0\nv 4 2 0\nv 1 2 0\nv 0 4 0\nf 2 3 4 1\n");
     double area = 0.0;
-    for (const Corners& c : test::cornersOf(file.model)) {
+    for (const Corners& c : cornersOf(file.model)) {
         const double part =
             0.5 * ((c[1][0] - c[0][0]) * (c[2][1] - c[0][1]) - (c[1][1] - c[0][1]) * (c[2][0] - c[0][0]));
         EXPECT_GT(part, 0.0);
@@ -75,7 +70,7 @@ TEST(ObjImport, PolygonsBecomeTrianglesInsideTheirBorder) {
 TEST(ObjImport, GroupsAndObjectsAreZonesUnderTheirNames) {
     const Imported file = read(
         square + "o wing\nf 1 2 3\ng upper side\nf 1 2 4\ng lower\nf 2 3 4\ng upper side\nf 1 3 4\no tail\nf 1 2 3\n");
-    EXPECT_THAT(test::titlesOf(file.model), ElementsAre("wing", "upper side", "lower", "tail"));
+    EXPECT_THAT(titlesOf(file.model), ElementsAre("wing", "upper side", "lower", "tail"));
     EXPECT_EQ(file.model.region.blocks[1]->elementCount, 2);
     EXPECT_EQ(found(file, "zones"), 4);
     EXPECT_EQ(kept(file, "zones"), 4);
@@ -84,11 +79,9 @@ TEST(ObjImport, GroupsAndObjectsAreZonesUnderTheirNames) {
 
 TEST(ObjImport, AZoneHasThePointsThatItUsesInTheirOrder) {
     const Imported file = read(square + "v 9 9 9\ng a\nf 4 2 1\ng b\nf 3 4 5\n");
-    EXPECT_THAT(test::nodesOf(*file.model.region.blocks[0]),
-                ElementsAre(Point{0, 0, 0}, Point{1, 0, 0}, Point{0, 1, 0}));
-    EXPECT_THAT(test::trianglesOf(*file.model.region.blocks[0]), ElementsAre(Triangle{2, 1, 0}));
-    EXPECT_THAT(test::nodesOf(*file.model.region.blocks[1]),
-                ElementsAre(Point{1, 1, 0}, Point{0, 1, 0}, Point{9, 9, 9}));
+    EXPECT_THAT(nodesOf(*file.model.region.blocks[0]), ElementsAre(Point{0, 0, 0}, Point{1, 0, 0}, Point{0, 1, 0}));
+    EXPECT_THAT(trianglesOf(*file.model.region.blocks[0]), ElementsAre(Triangle{2, 1, 0}));
+    EXPECT_THAT(nodesOf(*file.model.region.blocks[1]), ElementsAre(Point{1, 1, 0}, Point{0, 1, 0}, Point{9, 9, 9}));
 }
 
 TEST(ObjImport, PointsThatNoFaceUsesAreLeftOutAndTold) {
@@ -103,7 +96,7 @@ TEST(ObjImport, PointsThatNoFaceUsesAreLeftOutAndTold) {
 
 TEST(ObjImport, ALineGoesOnBehindABackslashAndEndsAtAComment) {
     const Imported file = read("# made by hand\nv 0 0 \\\n 0\nv 1 0 0 # second\nv 0 1 0\nf 1 \\\r\n2 3 # 4 5\n");
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(Corners{{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}}));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(Corners{{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}}));
     EXPECT_TRUE(file.record.complete);
 }
 
@@ -126,7 +119,7 @@ TEST(ObjImport, FacesOfFewerThanThreeCornersAreTold) {
 
 TEST(ObjImport, APointThatCannotBeReadKeepsItsNumber) {
     const Imported file = read("v 0 0 0\nv 1 y 0\nv 1 1 0\nv 0 1 0\nf 1 2 3\nf 1 3 4\n");
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(Corners{{{0, 0, 0}, {1, 1, 0}, {0, 1, 0}}}));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(Corners{{{0, 0, 0}, {1, 1, 0}, {0, 1, 0}}}));
     EXPECT_THAT(file.record.reasons,
                 ElementsAre("Points that cannot be read: 1", "Faces with coordinates that are not finite: 1"));
 }
@@ -156,9 +149,9 @@ TEST(ObjImport, EqualPointsOfAZoneMerge) {
     ImportOptions merge;
     merge.merge = true;
     const Imported file = read("v 0 0 0\nv 1 0 0\nv 0 1 0\nv 1 0 0\nv 0 1 0\nv 1 1 0\nf 1 2 3\nf 4 6 5\n", merge);
-    EXPECT_THAT(test::nodesOf(*file.model.region.blocks[0]),
+    EXPECT_THAT(nodesOf(*file.model.region.blocks[0]),
                 ElementsAre(Point{0, 0, 0}, Point{1, 0, 0}, Point{0, 1, 0}, Point{1, 1, 0}));
-    EXPECT_THAT(test::trianglesOf(*file.model.region.blocks[0]), ElementsAre(Triangle{0, 1, 2}, Triangle{1, 3, 2}));
+    EXPECT_THAT(trianglesOf(*file.model.region.blocks[0]), ElementsAre(Triangle{0, 1, 2}, Triangle{1, 3, 2}));
     EXPECT_EQ(file.record.changed, std::vector<std::string>{"Points merged: 2"});
     EXPECT_EQ(kept(file, "points"), 6);
 }
@@ -180,4 +173,4 @@ TEST(ObjImport, NothingRecognisedIsNotComplete) {
 }
 
 } // namespace
-} // namespace velmora
+} // namespace velmora::test

@@ -4,19 +4,14 @@
 
 #include "exchange_tools.h"
 
-namespace velmora {
+namespace velmora::test {
 namespace {
 
-using test::Bytes;
-using test::Corners;
-using test::found;
-using test::Imported;
-using test::kept;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 Imported read(const std::string& text, const ImportOptions& options = {}) {
-    return test::importText(importOff, text, options);
+    return importText(importOff, text, options);
 }
 
 const Corners triangle = {{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}};
@@ -30,7 +25,7 @@ TEST(OffImport, EveryHeaderIsTaken) {
              std::string("nOFF\n3\n3 1 3\n") + body,
              std::string("OFF 3 1 3 0 0 0 1 0 0 0 1 0 3 0 1 2").replace(9, 1, "\n")}) {
         const Imported file = read(text);
-        EXPECT_THAT(test::cornersOf(file.model), ElementsAre(triangle)) << text;
+        EXPECT_THAT(cornersOf(file.model), ElementsAre(triangle)) << text;
         EXPECT_TRUE(file.record.complete) << text;
         EXPECT_TRUE(file.record.lossless) << text;
         EXPECT_EQ(file.record.format, "off");
@@ -43,13 +38,13 @@ TEST(OffImport, ColoursAndTexturesArePassedOverAndTold) {
     for (const char* const text : {"COFF\n3 1 3\n0 0 0 255 0 0 255\n1 0 0 0 0 0 255\n0 1 0 0 0 0 255\n3 0 1 2\n",
                                    "OFF\n3 1 3\n0 0 0\n1 0 0\n0 1 0\n3 0 1 2 255 0 0\n"}) {
         const Imported file = read(text);
-        EXPECT_THAT(test::cornersOf(file.model), ElementsAre(triangle));
+        EXPECT_THAT(cornersOf(file.model), ElementsAre(triangle));
         EXPECT_TRUE(file.record.complete);
         EXPECT_THAT(file.record.reasons, ElementsAre("Colours are not kept"));
     }
     const Imported all = read(
         "STCN4OFF\n3 1 3\n0 0 0 1 0 0 1 1 1 1 1 0 0\n2 0 0 2 0 0 1 1 1 1 1 0 0\n0 1 0 1 0 0 1 1 1 1 1 0 0\n3 0 1 2\n");
-    EXPECT_THAT(test::cornersOf(all.model), ElementsAre(triangle)); // (2, 0, 0) over 2
+    EXPECT_THAT(cornersOf(all.model), ElementsAre(triangle)); // (2, 0, 0) over 2
     EXPECT_THAT(all.record.reasons, ElementsAre("Colours are not kept", "Texture coordinates are not kept"));
 }
 
@@ -58,16 +53,16 @@ TEST(OffImport, ABinaryFileHasTheHighestByteFirst) {
     bytes.addText("OFF BINARY\n").addAll<std::int32_t>({4, 2, 0}).addAll<float>({0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1});
     bytes.addAll<std::int32_t>({3, 0, 1, 2, 0, 3, 0, 1, 3, 0});
     const Imported file = read(bytes.text);
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(triangle, Corners{{{0, 0, 0}, {1, 0, 0}, {0, 0, 1}}}));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(triangle, Corners{{{0, 0, 0}, {1, 0, 0}, {0, 0, 1}}}));
     EXPECT_TRUE(file.record.complete);
     const Imported cut = read(bytes.text.substr(0, bytes.text.size() - 5));
-    EXPECT_THAT(test::cornersOf(cut.model), ElementsAre(triangle));
+    EXPECT_THAT(cornersOf(cut.model), ElementsAre(triangle));
     EXPECT_FALSE(cut.record.complete);
 }
 
 TEST(OffImport, AFileThatIsCutKeepsItsWholeFaces) {
     const Imported file = read("OFF\n3 2 0\n" + body + "3 0 1");
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(triangle));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(triangle));
     EXPECT_EQ(found(file, "faces"), 2);
     EXPECT_EQ(kept(file, "faces"), 1);
     EXPECT_THAT(file.record.reasons, ElementsAre("Faces that the file does not have: 1"));
@@ -106,4 +101,4 @@ TEST(OffImport, WhatIsNoOffFileGivesNothing) {
 }
 
 } // namespace
-} // namespace velmora
+} // namespace velmora::test

@@ -4,20 +4,15 @@
 
 #include "exchange_tools.h"
 
-namespace velmora {
+namespace velmora::test {
 namespace {
 
-using test::Bytes;
-using test::found;
-using test::Imported;
-using test::kept;
-using test::Point;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
 Imported read(const std::string& text, const ImportOptions& options = {}) {
-    return test::importText(importPlot3d, text, options);
+    return importText(importPlot3d, text, options);
 }
 
 // Two blocks, 3 by 2 and 2 by 2 points. All x of a block, then all y, then all z.
@@ -51,8 +46,8 @@ std::vector<std::vector<Point>> secondSections() {
 
 void expectBoth(const Imported& file, const std::string& what = {}) {
     ASSERT_THAT(file.model.patches, SizeIs(2)) << what;
-    EXPECT_EQ(test::sectionsOf(file.model.patches[0]), firstSections()) << what;
-    EXPECT_EQ(test::sectionsOf(file.model.patches[1]), secondSections()) << what;
+    EXPECT_EQ(sectionsOf(file.model.patches[0]), firstSections()) << what;
+    EXPECT_EQ(sectionsOf(file.model.patches[1]), secondSections()) << what;
     EXPECT_TRUE(file.record.complete) << what;
     EXPECT_EQ(file.record.found, (Counts{{"zones", 2}, {"patches", 2}, {"sections", 4}, {"points", 10}})) << what;
     EXPECT_EQ(file.record.kept, file.record.found) << what;
@@ -60,7 +55,7 @@ void expectBoth(const Imported& file, const std::string& what = {}) {
 
 void expectFirst(const Imported& file, const std::string& what = {}) {
     ASSERT_THAT(file.model.patches, SizeIs(1)) << what;
-    EXPECT_EQ(test::sectionsOf(file.model.patches[0]), firstSections()) << what;
+    EXPECT_EQ(sectionsOf(file.model.patches[0]), firstSections()) << what;
     EXPECT_TRUE(file.record.complete) << what;
 }
 
@@ -94,7 +89,7 @@ TEST(Plot3dImport, RepeatedNumbersAndCommasAreRead) {
 TEST(Plot3dImport, APlaneGridLiesAtZ0) {
     const Imported file = read("1\n2 2\n0 1 0 1.5\n0 0 1 1\n");
     ASSERT_THAT(file.model.patches, SizeIs(1));
-    EXPECT_EQ(test::sectionsOf(file.model.patches[0]),
+    EXPECT_EQ(sectionsOf(file.model.patches[0]),
               (std::vector<std::vector<Point>>{{{0, 0, 0}, {1, 0, 0}}, {{0, 1, 0}, {1.5, 1, 0}}}));
 }
 
@@ -194,7 +189,7 @@ TEST(Plot3dImport, TheScaleIsThatOfEveryCoordinate) {
     ImportOptions options;
     options.scale = 2.0;
     const Imported file = read("3 2 1\n" + numbers(firstBlock), options);
-    EXPECT_EQ(test::sectionsOf(file.model.patches.at(0))[1], (std::vector<Point>{{0, 2, 0}, {2, 2, 0}, {4, 2.5, 14}}));
+    EXPECT_EQ(sectionsOf(file.model.patches.at(0))[1], (std::vector<Point>{{0, 2, 0}, {2, 2, 0}, {4, 2.5, 14}}));
     EXPECT_EQ(file.record.changed, std::vector<std::string>{"Coordinates scaled"});
 }
 
@@ -208,7 +203,7 @@ TEST(Plot3dImport, AFileThatIsCutKeepsItsWholeBlocks) {
                                   single.substr(0, single.size() - 30), bare.substr(0, bare.size() - 1)}) {
         const Imported file = read(cut);
         ASSERT_THAT(file.model.patches, SizeIs(1));
-        EXPECT_EQ(test::sectionsOf(file.model.patches[0]), firstSections());
+        EXPECT_EQ(sectionsOf(file.model.patches[0]), firstSections());
         EXPECT_FALSE(file.record.complete);
         EXPECT_THAT(file.record.reasons, testing::Contains("Blocks that are not there or not whole: 1"));
         EXPECT_EQ(found(file, "patches"), 2);
@@ -228,7 +223,7 @@ TEST(Plot3dImport, ABlockThatIsNotFiniteStaysOut) {
     bad[4] = std::numeric_limits<double>::infinity();
     const Imported file = read("2\n3 2 1\n2 2 1\n" + numbers(bad) + numbers(secondBlock));
     ASSERT_THAT(file.model.patches, SizeIs(1));
-    EXPECT_EQ(test::sectionsOf(file.model.patches[0]), secondSections());
+    EXPECT_EQ(sectionsOf(file.model.patches[0]), secondSections());
     EXPECT_THAT(file.record.reasons, ElementsAre("Grids with coordinates that are not finite: 1"));
 }
 
@@ -261,4 +256,4 @@ TEST(Plot3dImport, WhatIsNoGridGivesNothing) {
 }
 
 } // namespace
-} // namespace velmora
+} // namespace velmora::test

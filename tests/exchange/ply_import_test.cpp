@@ -4,21 +4,15 @@
 
 #include "exchange_tools.h"
 
-namespace velmora {
+namespace velmora::test {
 namespace {
 
-using test::Bytes;
-using test::Corners;
-using test::found;
-using test::Imported;
-using test::kept;
-using test::Point;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Triangle = std::array<std::int32_t, 3>;
 
 Imported read(const std::string& text, const ImportOptions& options = {}) {
-    return test::importText(importPly, text, options);
+    return importText(importPly, text, options);
 }
 
 std::string header(const std::string& form, const std::string& number = "double", const std::string& list = "uchar int",
@@ -33,9 +27,9 @@ const std::string textBody = "0 0 0\n1 0 0\n1 1 0\n0 1 0\n3 0 1 2\n3 0 2 3\n";
 
 void expectSquare(const Imported& file) {
     ASSERT_EQ(file.model.region.blocks.size(), 1U);
-    EXPECT_THAT(test::nodesOf(*file.model.region.blocks[0]),
+    EXPECT_THAT(nodesOf(*file.model.region.blocks[0]),
                 ElementsAre(Point{0, 0, 0}, Point{1, 0, 0}, Point{1, 1, 0}, Point{0, 1, 0}));
-    EXPECT_THAT(test::trianglesOf(*file.model.region.blocks[0]), ElementsAre(Triangle{0, 1, 2}, Triangle{0, 2, 3}));
+    EXPECT_THAT(trianglesOf(*file.model.region.blocks[0]), ElementsAre(Triangle{0, 1, 2}, Triangle{0, 2, 3}));
     EXPECT_TRUE(file.record.complete);
     EXPECT_TRUE(file.record.lossless);
     EXPECT_EQ(file.record.found, (Counts{{"points", 4}, {"faces", 2}, {"triangles", 2}}));
@@ -53,7 +47,7 @@ TEST(PlyImport, TextHasEveryDigitOfADouble) {
         read("ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\nproperty float y\nproperty float z\n"
              "element face 1\nproperty list uchar int vertex_indices\nend_header\n"
              "0.1 0 0\n0.30000000000000004 0 0\n0 1e-300 0\n3 0 1 2\n");
-    EXPECT_THAT(test::nodesOf(*file.model.region.blocks[0]),
+    EXPECT_THAT(nodesOf(*file.model.region.blocks[0]),
                 ElementsAre(Point{0.1, 0, 0}, Point{0.30000000000000004, 0, 0}, Point{0, 1e-300, 0}));
 }
 
@@ -100,7 +94,7 @@ TEST(PlyImport, OtherPropertiesAndElementsArePassedOverAndTold) {
              "element face 1\nproperty uchar flags\nproperty list uchar float texcoord\n"
              "property list uchar int vertex_indices\nelement edge 1\nproperty int vertex1\n"
              "end_header\n0.5\n255 0 0 1 0\n255 0 0 1 1\n255 0 1 1 0\n7 2 0.5 0.5 3 0 1 2\n0\n");
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(Corners{{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}}));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(Corners{{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}}));
     EXPECT_TRUE(file.record.complete);
     EXPECT_FALSE(file.record.lossless);
     EXPECT_THAT(file.record.reasons, ElementsAre("Values that are not kept: view, red, flags, texcoord, vertex1"));
@@ -120,7 +114,7 @@ TEST(PlyImport, StripsBecomeTriangles) {
         read("ply\nformat ascii 1.0\nelement vertex 4\nproperty float x\nproperty float y\nproperty float z\n"
              "element tristrips 1\nproperty list int int vertex_indices\nend_header\n"
              "0 0 0\n1 0 0\n0 1 0\n1 1 0\n8 0 1 2 3 -1 3 1 0\n");
-    EXPECT_THAT(test::trianglesOf(*file.model.region.blocks[0]),
+    EXPECT_THAT(trianglesOf(*file.model.region.blocks[0]),
                 ElementsAre(Triangle{0, 1, 2}, Triangle{2, 1, 3}, Triangle{3, 1, 0}));
 }
 
@@ -179,4 +173,4 @@ TEST(PlyImport, WhatIsNoPlyFileGivesNothing) {
 }
 
 } // namespace
-} // namespace velmora
+} // namespace velmora::test

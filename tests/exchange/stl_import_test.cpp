@@ -7,19 +7,14 @@
 
 #include "exchange_tools.h"
 
-namespace velmora {
+namespace velmora::test {
 namespace {
 
-using test::Bytes;
-using test::Corners;
-using test::found;
-using test::Imported;
-using test::kept;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 Imported read(const std::string& text, const ImportOptions& options = {}) {
-    return test::importText(importStl, text, options);
+    return importText(importStl, text, options);
 }
 
 const Corners first = {{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}};
@@ -50,8 +45,8 @@ TEST(StlImport, ATextSolidIsAZoneOfThreePointsAFacet) {
     EXPECT_EQ(file.record.format, "stl-text");
     EXPECT_TRUE(file.record.complete);
     EXPECT_TRUE(file.record.lossless);
-    EXPECT_THAT(test::titlesOf(file.model), ElementsAre("two parts"));
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(first, second));
+    EXPECT_THAT(titlesOf(file.model), ElementsAre("two parts"));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(first, second));
     EXPECT_EQ(file.model.region.blocks[0]->nodeCount, 6);
     EXPECT_EQ(file.record.found, (Counts{{"facets", 2}, {"solids", 1}, {"triangles", 2}}));
     EXPECT_EQ(file.record.kept, file.record.found);
@@ -68,9 +63,9 @@ TEST(StlImport, EverySpellingOfTheKeywordsIsTaken) {
                                   "solid a\rfacet normal 0 0 1\router loop\rvertex 0 0 0\rvertex 1 0 0\rvertex 0 1 "
                                   "0\rendloop\rendfacet\rendsolid"}) {
         const Imported file = read(text);
-        EXPECT_THAT(test::cornersOf(file.model), ElementsAre(first)) << text;
+        EXPECT_THAT(cornersOf(file.model), ElementsAre(first)) << text;
         EXPECT_TRUE(file.record.complete) << text;
-        EXPECT_THAT(test::titlesOf(file.model), ElementsAre("a"));
+        EXPECT_THAT(titlesOf(file.model), ElementsAre("a"));
     }
     for (const std::string& text : std::vector<std::string>{
              "solid a facet normal 0 0 1 outer loop " + body + "endloop endfacet endsolid a",
@@ -80,35 +75,35 @@ TEST(StlImport, EverySpellingOfTheKeywordsIsTaken) {
              "solid a\nfacet normal 1.#QNAN 0 x outer loop vertex 0.0,0D0,0e0 vertex +1. 0 0 " +
                  std::string("vertex 0 1.0E+00 0 endloop endfacet\nendsolid")}) {
         const Imported file = read(text);
-        EXPECT_THAT(test::cornersOf(file.model), ElementsAre(first)) << text;
+        EXPECT_THAT(cornersOf(file.model), ElementsAre(first)) << text;
         EXPECT_TRUE(file.record.complete) << text;
-        EXPECT_THAT(test::titlesOf(file.model), ElementsAre("a"));
+        EXPECT_THAT(titlesOf(file.model), ElementsAre("a"));
     }
 }
 
 TEST(StlImport, ASolidWithoutANameLosesNoFacet) {
     const Imported file = read("solid\n" + firstFacet + "endsolid\nsolid\n" + secondFacet + "endsolid\n");
-    EXPECT_THAT(test::titlesOf(file.model), ElementsAre("", ""));
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(first, second));
+    EXPECT_THAT(titlesOf(file.model), ElementsAre("", ""));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(first, second));
     EXPECT_TRUE(file.record.complete);
 }
 
 TEST(StlImport, SolidsOnOneLineAreToldApart) {
     const std::string facet = "facet normal 0 0 1 outer loop vertex 0 0 0 vertex 1 0 0 vertex 0 1 0 endloop endfacet ";
     const Imported file = read("solid a " + facet + "endsolid a solid b " + facet + "endsolid b");
-    EXPECT_THAT(test::titlesOf(file.model), ElementsAre("a", "b"));
+    EXPECT_THAT(titlesOf(file.model), ElementsAre("a", "b"));
     EXPECT_TRUE(file.record.complete);
 }
 
 TEST(StlImport, TheNextSolidEndsOneThatWasNotClosed) {
     const Imported file = read("solid a\n" + firstFacet + "solid b\n" + secondFacet + "endsolid b\n");
-    EXPECT_THAT(test::titlesOf(file.model), ElementsAre("a", "b"));
+    EXPECT_THAT(titlesOf(file.model), ElementsAre("a", "b"));
     EXPECT_TRUE(file.record.complete);
 }
 
 TEST(StlImport, AFileThatEndsInAFacetKeepsTheWholeOnes) {
     const Imported file = read("solid a\n" + firstFacet + secondFacet.substr(0, secondFacet.size() - 20));
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(first));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(first));
     EXPECT_FALSE(file.record.complete);
     EXPECT_FALSE(file.record.lossless);
     EXPECT_EQ(found(file, "facets"), 2);
@@ -120,7 +115,7 @@ TEST(StlImport, AFileThatEndsInAFacetKeepsTheWholeOnes) {
 TEST(StlImport, AFacetOfFourCornersIsTwoTriangles) {
     const Imported file = read("solid a\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 1 1 0\n"
                                "vertex 0 1 0\nendloop\nendfacet\nendsolid a\n");
-    EXPECT_THAT(test::cornersOf(file.model),
+    EXPECT_THAT(cornersOf(file.model),
                 ElementsAre(Corners{{{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}}, Corners{{{0, 0, 0}, {1, 1, 0}, {0, 1, 0}}}));
     EXPECT_EQ(file.model.region.blocks[0]->nodeCount, 6);
     EXPECT_TRUE(file.record.complete);
@@ -133,7 +128,7 @@ TEST(StlImport, FacetsOfFewerThanThreeCornersAreDamaged) {
          {"", "vertex 0 0 0 ", "vertex 0 0 0 vertex 1 0 0 ", "vertex 0 0 0 vertex 1 0 0 vertex 0 y 0 "}) {
         const Imported file = read("solid a\nfacet normal 0 0 1 outer loop " + std::string(body) +
                                    "endloop endfacet\n" + firstFacet + "endsolid\n");
-        EXPECT_THAT(test::cornersOf(file.model), ElementsAre(first)) << body;
+        EXPECT_THAT(cornersOf(file.model), ElementsAre(first)) << body;
         EXPECT_FALSE(file.record.complete);
         EXPECT_EQ(found(file, "facets"), 2);
         EXPECT_EQ(kept(file, "facets"), 1);
@@ -144,7 +139,22 @@ TEST(StlImport, CoordinatesThatAreNotFiniteStayOut) {
     for (const char* const bad : {"nan", "inf", "1e999", "-1e999"}) {
         const Imported file = read("solid a\nfacet normal 0 0 1 outer loop vertex 0 0 " + std::string(bad) +
                                    " vertex 1 0 0 vertex 0 1 0 endloop endfacet\n" + firstFacet + "endsolid\n");
-        EXPECT_THAT(test::cornersOf(file.model), ElementsAre(first)) << bad;
+        EXPECT_THAT(cornersOf(file.model), ElementsAre(first)) << bad;
+        EXPECT_EQ(file.record.reasons, std::vector<std::string>{"Facets with coordinates that are not finite: 1"});
+    }
+}
+
+TEST(StlImport, CoordinatesThatTheScaleMakesInfiniteStayOut) {
+    ImportOptions options;
+    options.scale = 1e308;
+    const Corners small = {{{0, 0, 0}, {1e308, 0, 0}, {0, 1e308, 0}}};
+    const std::string large =
+        "facet normal 0 0 1 outer loop vertex 0 0 0 vertex 10 0 0 vertex 0 1 0 endloop endfacet\n";
+    for (const std::string& text :
+         {"solid a\n" + large + firstFacet + "endsolid\n", binary(2, {{{{0, 0, 0}, {10, 0, 0}, {0, 1, 0}}}, first})}) {
+        const Imported file = read(text, options);
+        EXPECT_THAT(cornersOf(file.model), ElementsAre(small));
+        EXPECT_EQ(kept(file, "facets"), 1);
         EXPECT_EQ(file.record.reasons, std::vector<std::string>{"Facets with coordinates that are not finite: 1"});
     }
 }
@@ -166,7 +176,7 @@ TEST(StlImport, EqualPointsMergeOnlyWhenAsked) {
     merge.merge = true;
     const Imported file = read(text, merge);
     EXPECT_EQ(file.model.region.blocks[0]->nodeCount, 4);
-    EXPECT_THAT(test::trianglesOf(*file.model.region.blocks[0]),
+    EXPECT_THAT(trianglesOf(*file.model.region.blocks[0]),
                 ElementsAre(std::array<std::int32_t, 3>{0, 1, 2}, std::array<std::int32_t, 3>{1, 3, 2}));
     EXPECT_EQ(file.record.changed, std::vector<std::string>{"Points merged: 2"});
     EXPECT_FALSE(file.record.lossless);
@@ -178,9 +188,9 @@ TEST(StlImport, TheScaleIsThatOfEveryCoordinate) {
     options.scale = 0.001;
     const Imported file =
         read("solid a\nfacet outer loop vertex 1 2 3 vertex 4 5 6 vertex 7 8 10 endloop endfacet\nendsolid\n", options);
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(Corners{{{1 * 0.001, 2 * 0.001, 3 * 0.001},
-                                                                  {4 * 0.001, 5 * 0.001, 6 * 0.001},
-                                                                  {7 * 0.001, 8 * 0.001, 10 * 0.001}}}));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(Corners{{{1 * 0.001, 2 * 0.001, 3 * 0.001},
+                                                            {4 * 0.001, 5 * 0.001, 6 * 0.001},
+                                                            {7 * 0.001, 8 * 0.001, 10 * 0.001}}}));
     EXPECT_EQ(file.record.changed, std::vector<std::string>{"Coordinates scaled"});
     EXPECT_TRUE(file.record.complete);
     EXPECT_FALSE(file.record.lossless);
@@ -189,8 +199,8 @@ TEST(StlImport, TheScaleIsThatOfEveryCoordinate) {
 TEST(StlImport, ABinaryFileIsOneZoneTitledByItsHeader) {
     const Imported file = read(binary(2, {first, second}));
     EXPECT_EQ(file.record.format, "stl-binary");
-    EXPECT_THAT(test::titlesOf(file.model), ElementsAre("part 7"));
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(first, second));
+    EXPECT_THAT(titlesOf(file.model), ElementsAre("part 7"));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(first, second));
     EXPECT_TRUE(file.record.complete);
     EXPECT_TRUE(file.record.lossless);
     EXPECT_EQ(file.record.kept, (Counts{{"facets", 2}, {"solids", 1}, {"triangles", 2}}));
@@ -199,14 +209,14 @@ TEST(StlImport, ABinaryFileIsOneZoneTitledByItsHeader) {
 TEST(StlImport, ABinaryFileMayBeginWithSolid) {
     const Imported file = read(binary(1, {first}, "solid body"));
     EXPECT_EQ(file.record.format, "stl-binary");
-    EXPECT_THAT(test::titlesOf(file.model), ElementsAre("body"));
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(first));
+    EXPECT_THAT(titlesOf(file.model), ElementsAre("body"));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(first));
 }
 
 TEST(StlImport, TheSizeDecidesWhenTheCountIsWrong) {
     for (const std::uint32_t count : {0U, 1U, 3U, 0xFFFFFFFFU}) {
         const Imported file = read(binary(count, {first, second}));
-        EXPECT_THAT(test::cornersOf(file.model), ElementsAre(first, second)) << count;
+        EXPECT_THAT(cornersOf(file.model), ElementsAre(first, second)) << count;
         EXPECT_TRUE(file.record.complete);
         EXPECT_EQ(file.record.changed,
                   std::vector<std::string>{"Count of facets by the size: 2 instead of " + std::to_string(count)});
@@ -217,7 +227,7 @@ TEST(StlImport, ABinaryFileCutInAFacetKeepsTheWholeOnes) {
     const std::string text = binary(2, {first, second});
     for (const std::size_t size : {text.size() - 1, text.size() - 49}) {
         const Imported file = read(text.substr(0, size));
-        EXPECT_THAT(test::cornersOf(file.model), ElementsAre(first));
+        EXPECT_THAT(cornersOf(file.model), ElementsAre(first));
         EXPECT_FALSE(file.record.complete);
         EXPECT_EQ(found(file, "facets"), 2);
         EXPECT_EQ(kept(file, "facets"), 1);
@@ -226,7 +236,7 @@ TEST(StlImport, ABinaryFileCutInAFacetKeepsTheWholeOnes) {
 
 TEST(StlImport, BytesBehindTheLastFacetAreToldAndNoGeometry) {
     const Imported file = read(binary(1, {first}) + "abc");
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(first));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(first));
     EXPECT_TRUE(file.record.complete);
     EXPECT_FALSE(file.record.lossless);
     EXPECT_THAT(file.record.reasons, ElementsAre("Bytes behind the last facet: 3"));
@@ -236,7 +246,7 @@ TEST(StlImport, ABinaryFacetThatIsNotFiniteStaysOut) {
     Corners bad = second;
     bad[1][2] = std::numeric_limits<double>::quiet_NaN();
     const Imported file = read(binary(2, {bad, first}));
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(first));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(first));
     EXPECT_FALSE(file.record.complete);
     EXPECT_THAT(file.record.reasons, ElementsAre("Facets with coordinates that are not finite: 1"));
 }
@@ -271,4 +281,4 @@ TEST(StlImport, AnEmptyFileAndAnEmptySolidAreWholeAndGiveNothing) {
 }
 
 } // namespace
-} // namespace velmora
+} // namespace velmora::test

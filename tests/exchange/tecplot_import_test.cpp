@@ -4,21 +4,16 @@
 
 #include "exchange_tools.h"
 
-namespace velmora {
+namespace velmora::test {
 namespace {
 
-using test::Corners;
-using test::found;
-using test::Imported;
-using test::kept;
-using test::Point;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
 Imported read(const std::string& text, const ImportOptions& options = {}) {
-    return test::importText(importTecplot, text, options);
+    return importText(importTecplot, text, options);
 }
 
 ImportOptions withVolumes() {
@@ -46,7 +41,7 @@ TEST(TecplotImport, AnOrderedZoneIsAPatchHoweverItIsWritten) {
              std::string("ZONE F=BLOCK I=2,J=2\n0 1 0 1\n0 0 1 1\n0 0 0 5\n")}) {
         const Imported file = read(text);
         ASSERT_THAT(file.model.patches, SizeIs(1)) << text;
-        EXPECT_EQ(test::sectionsOf(file.model.patches[0]), grid) << text;
+        EXPECT_EQ(sectionsOf(file.model.patches[0]), grid) << text;
         EXPECT_TRUE(file.record.complete) << text;
         EXPECT_EQ(file.record.format, "tecplot");
         EXPECT_EQ(found(file, "zones"), 1);
@@ -59,13 +54,13 @@ TEST(TecplotImport, AnOrderedZoneIsAPatchHoweverItIsWritten) {
 TEST(TecplotImport, NumbersWithoutAZoneAreALineOfPoints) {
     const Imported file = read("VARIABLES = X Y Z\n" + rows);
     ASSERT_THAT(file.model.patches, SizeIs(1));
-    EXPECT_EQ(test::sectionsOf(file.model.patches[0]),
+    EXPECT_EQ(sectionsOf(file.model.patches[0]),
               (std::vector<std::vector<Point>>{{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 5}}}));
 }
 
 TEST(TecplotImport, OtherVariablesAndTitlesOfGridsAreToldAsLost) {
     const Imported file = read("VARIABLES = P Z Y X\nZONE T=a I=2, J=2\n9 0 0 0\n9 0 0 1\n9 0 1 0\n9 5 1 1\n");
-    EXPECT_EQ(test::sectionsOf(file.model.patches.at(0)), grid);
+    EXPECT_EQ(sectionsOf(file.model.patches.at(0)), grid);
     EXPECT_TRUE(file.record.complete);
     EXPECT_FALSE(file.record.lossless);
     EXPECT_THAT(file.record.reasons, ElementsAre("Variables that are not kept: 1", "Titles of grids are not kept"));
@@ -73,13 +68,13 @@ TEST(TecplotImport, OtherVariablesAndTitlesOfGridsAreToldAsLost) {
 
 TEST(TecplotImport, WithoutNamesOfCoordinatesTheFirstThreeAreTaken) {
     const Imported file = read("VARIABLES = a b c d\nZONE I=2, J=2\n0 0 0 9\n1 0 0 9\n0 1 0 9\n1 1 5 9\n");
-    EXPECT_EQ(test::sectionsOf(file.model.patches.at(0)), grid);
+    EXPECT_EQ(sectionsOf(file.model.patches.at(0)), grid);
     EXPECT_THAT(file.record.changed, ElementsAre("No variables X and Y: the first three are taken for coordinates"));
 }
 
 TEST(TecplotImport, WithoutZTheGridIsFlat) {
     const Imported file = read("VARIABLES = X Y\nZONE I=2, J=2\n0 0 1 0 0 1 1 1\n");
-    EXPECT_EQ(test::sectionsOf(file.model.patches.at(0)),
+    EXPECT_EQ(sectionsOf(file.model.patches.at(0)),
               (std::vector<std::vector<Point>>{{{0, 0, 0}, {1, 0, 0}}, {{0, 1, 0}, {1, 1, 0}}}));
     EXPECT_THAT(file.record.changed, ElementsAre("No variable Z: 0 is taken for it"));
 }
@@ -96,8 +91,8 @@ TEST(TecplotImport, TrianglesAreReadHoweverTheyAreWritten) {
                  "VARIABLES=X,Y,Z\nZONE T=part N=4,E=1,ZONETYPE=FETRIANGLE,F=FEBLOCK\n0 1 0 1 0 0 1 1 0 0 0 5\n1 "
                  "2 4\n")}) {
         const Imported file = read(text);
-        EXPECT_THAT(test::cornersOf(file.model), ElementsAre(lower)) << text;
-        EXPECT_THAT(test::titlesOf(file.model), ElementsAre("part"));
+        EXPECT_THAT(cornersOf(file.model), ElementsAre(lower)) << text;
+        EXPECT_THAT(titlesOf(file.model), ElementsAre("part"));
         EXPECT_TRUE(file.record.complete) << text;
         EXPECT_EQ(kept(file, "triangles"), 1);
     }
@@ -106,7 +101,7 @@ TEST(TecplotImport, TrianglesAreReadHoweverTheyAreWritten) {
 TEST(TecplotImport, AQuadrilateralGivesTwoTrianglesAndOneWithARepeatedCornerOne) {
     const Imported file = read(
         "VARIABLES=X,Y,Z\nZONE N=4, E=2, F=FEPOINT, ET=QUADRILATERAL\n0 0 0\n1 0 0\n1 1 0\n0 1 0\n1 2 3 4\n1 2 3 3\n");
-    EXPECT_THAT(test::trianglesOf(*file.model.region.blocks.at(0)),
+    EXPECT_THAT(trianglesOf(*file.model.region.blocks.at(0)),
                 ElementsAre(std::array<std::int32_t, 3>{0, 1, 2}, std::array<std::int32_t, 3>{0, 2, 3},
                             std::array<std::int32_t, 3>{0, 1, 2}));
     EXPECT_THAT(file.record.changed, ElementsAre("Polygons that became triangles: 1"));
@@ -152,8 +147,7 @@ TEST(TecplotImport, ValuesAndElementsAreSharedBetweenZones) {
              "ZONE T=b, N=4, E=1, F=FEPOINT, ET=TRIANGLE, VARSHARELIST=([1-2]=1)\n9 9 9 9\n1 2 4\n",
              "ZONE T=b, N=4, E=1, F=FEPOINT, ET=TRIANGLE, D=(1,2,FECONNECT)\n9 9 9 9\n"}) {
         const Imported file = read(first + second);
-        EXPECT_THAT(test::cornersOf(file.model), ElementsAre(lower, Corners{{{0, 0, 9}, {1, 0, 9}, {1, 1, 9}}}))
-            << second;
+        EXPECT_THAT(cornersOf(file.model), ElementsAre(lower, Corners{{{0, 0, 9}, {1, 0, 9}, {1, 1, 9}}})) << second;
         EXPECT_TRUE(file.record.complete);
     }
 }
@@ -168,7 +162,7 @@ TEST(TecplotImport, SharingFromNowhereLosesTheZone) {
 
 TEST(TecplotImport, APassiveVariableHasNoNumbers) {
     const Imported file = read("VARIABLES=X,Y,Z,P\nZONE I=2, J=2, F=POINT, PASSIVEVARLIST=[4]\n" + rows);
-    EXPECT_EQ(test::sectionsOf(file.model.patches.at(0)), grid);
+    EXPECT_EQ(sectionsOf(file.model.patches.at(0)), grid);
     EXPECT_TRUE(file.record.complete);
 }
 
@@ -183,7 +177,7 @@ TEST(TecplotImport, TetrahedraGiveTheirOuterFaces) {
     EXPECT_EQ(kept(file, "triangles"), 6);
     EXPECT_TRUE(file.record.complete);
     const zVec<double> inside(0.4, 0.4, 0.4);
-    for (const Corners& c : test::cornersOf(file.model)) {
+    for (const Corners& c : cornersOf(file.model)) {
         const zVec<double> a(c[0][0], c[0][1], c[0][2]);
         const zVec<double> b(c[1][0], c[1][1], c[1][2]);
         const zVec<double> d(c[2][0], c[2][1], c[2][2]);
@@ -202,7 +196,7 @@ TEST(TecplotImport, BricksGiveTheirOuterFaces) {
     EXPECT_EQ(kept(file, "triangles"), 20);
     const zVec<double> inside(1.0, 0.5, 0.5);
     double area = 0.0;
-    for (const Corners& c : test::cornersOf(file.model)) {
+    for (const Corners& c : cornersOf(file.model)) {
         const zVec<double> a(c[0][0], c[0][1], c[0][2]);
         const zVec<double> b(c[1][0], c[1][1], c[1][2]);
         const zVec<double> d(c[2][0], c[2][1], c[2][2]);
@@ -224,10 +218,10 @@ TEST(TecplotImport, AFileOfGridsAndTrianglesBecomesTriangles) {
     const Imported file = read("VARIABLES=X,Y,Z\nZONE T=grid, I=2, J=2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\nZONE T=fe, N=3, "
                                "E=1, F=FEPOINT, ET=TRIANGLE\n"
                                "0 0 0\n1 0 0\n0 1 0\n1 2 3\nZONE T=line I=2\n0 0 0\n1 1 1\n");
-    EXPECT_THAT(test::titlesOf(file.model), ElementsAre("grid", "fe"));
+    EXPECT_THAT(titlesOf(file.model), ElementsAre("grid", "fe"));
     EXPECT_THAT(file.model.patches, IsEmpty());
     // The window's front of the grid is +z, and so is the outside of its triangles.
-    for (const Corners& c : test::cornersOf(file.model)) {
+    for (const Corners& c : cornersOf(file.model)) {
         EXPECT_GT((c[1][0] - c[0][0]) * (c[2][1] - c[0][1]) - (c[1][1] - c[0][1]) * (c[2][0] - c[0][0]), 0.0);
     }
     EXPECT_FALSE(file.record.complete);
@@ -240,10 +234,9 @@ TEST(TecplotImport, TheScaleAppliesOnceToGridsAndTriangles) {
     const Imported file = read("VARIABLES=X,Y,Z\nZONE I=2, J=2\n" + rows +
                                    "ZONE N=3, E=1, F=FEPOINT, ET=TRIANGLE\n0 0 0\n1 0 0\n0 1 0\n1 2 3\n",
                                options);
-    EXPECT_THAT(test::nodesOf(*file.model.region.blocks.at(0)),
+    EXPECT_THAT(nodesOf(*file.model.region.blocks.at(0)),
                 ElementsAre(Point{0, 0, 0}, Point{2, 0, 0}, Point{0, 2, 0}, Point{2, 2, 10}));
-    EXPECT_THAT(test::nodesOf(*file.model.region.blocks.at(1)),
-                ElementsAre(Point{0, 0, 0}, Point{2, 0, 0}, Point{0, 2, 0}));
+    EXPECT_THAT(nodesOf(*file.model.region.blocks.at(1)), ElementsAre(Point{0, 0, 0}, Point{2, 0, 0}, Point{0, 2, 0}));
     EXPECT_THAT(file.record.changed, ElementsAre("Coordinates scaled"));
 }
 
@@ -271,7 +264,7 @@ TEST(TecplotImport, AZoneThatIsCutLosesWhatIsNotWhole) {
     EXPECT_THAT(elements.record.reasons, Contains("Elements that the file does not have: 1"));
     // The coordinates of a zone by blocks are whole before its other variables are.
     const Imported blocks = read("VARIABLES=X,Y,Z,P\nZONE I=2, J=2, F=BLOCK\n0 1 0 1\n0 0 1 1\n0 0 0 5\n1 2");
-    EXPECT_EQ(test::sectionsOf(blocks.model.patches.at(0)), grid);
+    EXPECT_EQ(sectionsOf(blocks.model.patches.at(0)), grid);
     EXPECT_FALSE(blocks.record.complete);
 }
 
@@ -322,17 +315,19 @@ TEST(TecplotImport, SharingHasALimit) {
 }
 
 TEST(TecplotImport, ABinaryFileIsToldAsOne) {
-    const Imported file = read(std::string("#!TDV112\1") + std::string(3, '\0'));
-    EXPECT_TRUE(file.model.empty());
-    EXPECT_FALSE(file.record.complete);
-    EXPECT_THAT(file.record.reasons, ElementsAre("This is a binary Tecplot file, which is not read"));
+    for (const char* const head : {"#!TDV112\1", "#!SZPLT"}) {
+        const Imported file = read(std::string(head) + std::string(3, '\0'));
+        EXPECT_TRUE(file.model.empty());
+        EXPECT_FALSE(file.record.complete);
+        EXPECT_THAT(file.record.reasons, ElementsAre("This is a binary Tecplot file, which is not read"));
+    }
 }
 
 TEST(TecplotImport, WhatIsNoTecplotFileGivesNothing) {
     for (const char* const text :
-         {"x", "hello world", "TITLE = \"only a title\"\n", "VARIABLES = X Y Z\n", "ZONE", "VARIABLES =\nZONE\n",
-          "VARIABLES = \"X", "ZONE T=\"", "ZONE DT=(", "ZONE VARLOCATION=([,]=[-]\n1 2 3",
-          "ZONE VARSHARELIST=([0],[3-1],[1-99999999999]=1) I=2\n"}) {
+         {"x", "hello world", "2 2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n", "TITLE = \"only a title\"\n", "VARIABLES = X Y Z\n",
+          "ZONE", "VARIABLES =\nZONE\n", "VARIABLES = \"X", "ZONE T=\"", "ZONE DT=(",
+          "ZONE VARLOCATION=([,]=[-]\n1 2 3", "ZONE VARSHARELIST=([0],[3-1],[1-99999999999]=1) I=2\n"}) {
         const Imported file = read(text);
         EXPECT_FALSE(file.record.complete && !file.model.empty() && file.record.lossless &&
                      file.record.changed.empty() && found(file, "zones") == 0)
@@ -345,4 +340,4 @@ TEST(TecplotImport, WhatIsNoTecplotFileGivesNothing) {
 }
 
 } // namespace
-} // namespace velmora
+} // namespace velmora::test

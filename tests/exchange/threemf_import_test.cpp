@@ -5,20 +5,15 @@
 #include "exchange_tools.h"
 #include "small_zip.h"
 
-namespace velmora {
+namespace velmora::test {
 namespace {
 
-using test::Corners;
-using test::Imported;
-using test::kept;
-using test::Point;
-using test::zipOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
 Imported read(const std::string& text, const ImportOptions& options = {}) {
-    return test::importText(importThreemf, text, options);
+    return importText(importThreemf, text, options);
 }
 
 const std::string triangleMesh = "<mesh><vertices><vertex x='0' y='0' z='0.1'/><vertex x='1' y='0' z='0'/>"
@@ -48,8 +43,8 @@ std::string object(int id, const std::string& content, const std::string& name =
 TEST(ThreemfImport, AnItemIsAZoneUnderItsObjectsName) {
     const Imported file =
         read(package(modelOf(object(1, triangleMesh, "wing"), "<item objectid='1'/>", "unit='inch'")));
-    EXPECT_THAT(test::titlesOf(file.model), ElementsAre("wing"));
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(Corners{{{0, 0, 0.1}, {1, 0, 0}, {0, 1, 0}}}));
+    EXPECT_THAT(titlesOf(file.model), ElementsAre("wing"));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(Corners{{{0, 0, 0.1}, {1, 0, 0}, {0, 1, 0}}}));
     EXPECT_EQ(file.record.format, "3mf");
     EXPECT_EQ(file.record.unit, "inch");
     EXPECT_TRUE(file.record.complete);
@@ -71,7 +66,7 @@ TEST(ThreemfImport, PlacesOfItemsAndComponentsAreApplied) {
         object(1, triangleMesh) +
             object(2, "<components><component objectid='1' transform='2 1 0 0 3 0 0 0 1 10 20 30'/></components>"),
         "<item objectid='2' transform='0 0 1 1 0 0 0 1 0 0 0 0'/>")));
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(Corners{{{20, 30.1, 10}, {21, 30, 12}, {23, 30, 10}}}));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(Corners{{{20, 30.1, 10}, {21, 30, 12}, {23, 30, 10}}}));
     EXPECT_THAT(file.record.changed, ElementsAre("Objects whose place became part of their points: 1"));
     EXPECT_FALSE(file.record.lossless);
     EXPECT_TRUE(file.record.complete);
@@ -80,13 +75,13 @@ TEST(ThreemfImport, PlacesOfItemsAndComponentsAreApplied) {
 TEST(ThreemfImport, AMirroredItemKeepsItsOutside) {
     const Imported file =
         read(package(modelOf(object(1, triangleMesh), "<item objectid='1' transform='-1 0 0 0 1 0 0 0 1 0 0 0'/>")));
-    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(Corners{{{0, 0, 0.1}, {0, 1, 0}, {-1, 0, 0}}}));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(Corners{{{0, 0, 0.1}, {0, 1, 0}, {-1, 0, 0}}}));
 }
 
 TEST(ThreemfImport, TheNearestNameAboveTheMeshIsTheTitle) {
     const std::string parts = "<components><component objectid='1'/></components>";
     const auto titles = [&](const std::string& resources) {
-        return test::titlesOf(read(package(modelOf(resources, "<item objectid='2' partnumber='A-7'/>"))).model);
+        return titlesOf(read(package(modelOf(resources, "<item objectid='2' partnumber='A-7'/>"))).model);
     };
     EXPECT_THAT(titles(object(1, triangleMesh, "mesh") + object(2, parts, "whole")), ElementsAre("mesh"));
     EXPECT_THAT(titles(object(1, triangleMesh) + object(2, parts, "whole")), ElementsAre("whole"));
@@ -100,7 +95,7 @@ TEST(ThreemfImport, OtherPartsOfThePackageAreRead) {
     const Imported file = read(zipOf({{"_rels/.rels", relations},
                                       {"3D/body.model", main},
                                       {"3D/more/wing.model", modelOf(object(5, triangleMesh, "wing"), "")}}));
-    EXPECT_THAT(test::titlesOf(file.model), ElementsAre("wing", "wing"));
+    EXPECT_THAT(titlesOf(file.model), ElementsAre("wing", "wing"));
     EXPECT_TRUE(file.record.complete);
     const Imported lacking = read(package(main));
     EXPECT_THAT(lacking.record.reasons,
@@ -194,4 +189,4 @@ TEST(ThreemfImport, WhatTheProgressThrowsComesOut) {
 }
 
 } // namespace
-} // namespace velmora
+} // namespace velmora::test

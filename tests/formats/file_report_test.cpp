@@ -30,6 +30,15 @@ TEST(FileReport, OfAFileThatWasReadWholeSaysSo) {
                             "Points in the file: 12, all kept", "All of its geometry was kept as it is."));
 }
 
+TEST(FileReport, NamesTheUnitThatAFileHas) {
+    FileRead read = fileOf("step", {{"triangles", 12}}, {{"triangles", 12}});
+    read.unit = "inch";
+    EXPECT_THAT(reportLines(read),
+                ElementsAre("/models/box.stl", "Format: step, bytes: 1200", "Unit of length: inch",
+                            "Triangles in the file: 12, all kept", "All of its geometry was kept as it is."));
+    EXPECT_EQ(unitText(fileOf("stl", {}, {})), "");
+}
+
 TEST(FileReport, TellsWhatWasChangedAndWhatWasLost) {
     FileRead read = fileOf("stl", {{"facets", 9}, {"solids", 2}}, {{"facets", 8}, {"solids", 2}});
     read.alters("Degenerate triangles: 3");

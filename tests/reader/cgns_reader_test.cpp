@@ -332,6 +332,32 @@ TEST_F(CgnsReader, WhatIsWrittenComesBackToTheBit) {
     EXPECT_EQ(test::nodeAt(*model_.region.blocks[0], 1)[0], static_cast<double>(0.1F));
 }
 
+// Names sort in another order than zones were written.
+TEST_F(CgnsReader, WhatIsWrittenComesBackInItsOrderUnderItsTitles) {
+    const std::vector<std::string> titles = {"Wing", "tail left", "Body", "Wing"};
+    ExchangeModel zones;
+    for (const std::string& title : titles) {
+        zones.region.blocks.push_back(test::oneTriangle(0.0, static_cast<double>(zones.region.blocks.size()), title));
+    }
+    WriteOutcome written;
+    ASSERT_EQ(exportFile(path_, zones, {}, written), ExportOutcome::Done) << written.problem;
+    ASSERT_EQ(read(path_), ImportOutcome::Done);
+    EXPECT_EQ(test::titlesOf(model_), titles);
+    EXPECT_EQ(test::cornersOf(model_), test::cornersOf(zones));
+
+    ExchangeModel grids;
+    for (int k = 0; k < 12; ++k) {
+        const double z = k;
+        grids.patches.push_back({{{0, 0, z}, {1, 0, z}}, {{0, 1, z}, {1, 1, z}}});
+    }
+    ASSERT_EQ(exportFile(path_, grids, {}, written), ExportOutcome::Done) << written.problem;
+    ASSERT_EQ(read(path_), ImportOutcome::Done);
+    ASSERT_THAT(model_.patches, SizeIs(12));
+    for (std::size_t k = 0; k < 12; ++k) {
+        EXPECT_EQ(model_.patches[k][0][0].z, static_cast<double>(k));
+    }
+}
+
 TEST_F(CgnsReader, NamesOfZonesAreTheTitlesAsFarAsTheyMay) {
     ExchangeModel zones;
     for (const char* const title : {"wing", "wing", "a/b", "", "a title of more than thirty-two letters"}) {

@@ -41,6 +41,26 @@ TEST_F(VrmlReader, EachPlaceWhereUsePutsASetIsAZoneAtItsPlace) {
     EXPECT_THAT(test::titlesOf(model_), ElementsAre("part", "part"));
     EXPECT_THAT(test::cornersOf(model_), ElementsAre(Corners{{{10, 0, 0}, {12, 0, 0}, {10, 2, 1}}},
                                                      Corners{{{-10, 1, 0.5}, {-11, 0, 0}, {-10, 0, 0}}}));
+    EXPECT_THAT(record_.changed, ElementsAre("Shapes whose place became part of their points: 2",
+                                             "Shapes that stand at several places, each a zone: 1"));
+    EXPECT_TRUE(record_.complete);
+    EXPECT_FALSE(record_.lossless);
+}
+
+TEST_F(VrmlReader, APrototypeHasTheNameOfItsPlace) {
+    ASSERT_EQ(readText("a.wrl", "#VRML V2.0 utf8\nPROTO Part [] { Shape { geometry " + triangle +
+                                    " } }\nDEF fin Part {}\nDEF rudder Part {}"),
+              ImportOutcome::Done);
+    EXPECT_THAT(test::titlesOf(model_), ElementsAre("fin", "rudder"));
+}
+
+TEST_F(VrmlReader, NamesThatTheLibraryChangesAreTold) {
+    readText("a.wrl", "#VRML V2.0 utf8\nDEF Fl\xC3\xBCgel Shape { geometry " + triangle + " }");
+    EXPECT_THAT(record_.reasons, ElementsAre("Names with letters outside of ASCII are not kept as they are"));
+    EXPECT_FALSE(record_.lossless);
+    readText("a.wrl", "#VRML V2.0 utf8\n# Fl\xC3\xBCgel\nDEF wing Shape { geometry " + triangle + " }");
+    EXPECT_THAT(record_.reasons, ElementsAre());
+    EXPECT_TRUE(record_.lossless);
 }
 
 TEST_F(VrmlReader, ClockwiseFacesAreTurned) {
@@ -148,6 +168,28 @@ TEST_F(VrmlReader, AFileThatMakesTheLibraryFailIsTold) {
     EXPECT_FALSE(record_.complete);
 }
 
+TEST_F(VrmlReader, AShapeThatMultipliesItselfComesToAnEnd) {
+    std::string text = "#VRML V2.0 utf8\nTransform { children [ DEF n0 Shape { geometry " + triangle + " }";
+    for (int level = 1; level < 7; ++level) {
+        text += "\nDEF n" + std::to_string(level) + " Group { children [";
+        for (int i = 0; i < 10; ++i) {
+            text += " USE n" + std::to_string(level - 1);
+        }
+        text += " ] }";
+    }
+    EXPECT_EQ(readText("a.wrl", text + " ] }"), ImportOutcome::Failed);
+    EXPECT_THAT(record_.reasons, ElementsAre("The memory does not suffice"));
+}
+
+TEST_F(VrmlReader, APictureThatIsNotThereIsNoGeometry) {
+    ASSERT_EQ(readText("a.wrl", "#VRML V2.0 utf8\nShape { appearance Appearance { texture ImageTexture { url "
+                                "\"none.png\" } } geometry " +
+                                    triangle + " }"),
+              ImportOutcome::Done);
+    EXPECT_TRUE(record_.complete);
+    EXPECT_THAT(record_.reasons, ElementsAre("Colours and materials are not kept"));
+}
+
 TEST_F(VrmlReader, AFileCutAnywhereIsToldWheneverItGivesLess) {
     const std::string text =
         "#VRML V2.0 utf8\nShape { geometry " + triangle + " }\nShape { geometry " + triangle + " }\n";
@@ -156,6 +198,21 @@ TEST_F(VrmlReader, AFileCutAnywhereIsToldWheneverItGivesLess) {
         readText("a.wrl", text.substr(0, size));
         const bool isWhole = size == between || size == between + 1; // of one shape
         EXPECT_TRUE(!record_.complete || test::cornersOf(model_).size() == 2 || isWhole || size < 16) << size;
+    }
+}
+
+TEST_F(VrmlReader, OfADamagedFileTheNodesBeforeTheFaultAreKept) {
+    const std::string good = "#VRML V2.0 utf8\nDEF first Shape { geometry " + triangle + " }\n";
+    for (const std::string& bad :
+         {"Shape { geometry " + triangle.substr(0, 60),
+          std::string("Shape { geometry IndexedFaceSet { coord Coordinate { point [ nan 0 0, 1 0 0, 0 1 0 ] } "
+                      "coordIndex [ 0 1 2 ] } }")}) {
+        EXPECT_EQ(readText("a.wrl", good + bad), ImportOutcome::Done) << bad;
+        EXPECT_THAT(test::titlesOf(model_), ElementsAre("first")) << bad;
+        EXPECT_FALSE(record_.complete) << bad;
+        EXPECT_THAT(record_.reasons,
+                    Contains(testing::StartsWith("Places that the reader of the format does not understand: ")))
+            << bad;
     }
 }
 

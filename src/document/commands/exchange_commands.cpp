@@ -13,6 +13,7 @@
 #include "command_rows.h"
 #include "command_rules.h"
 #include "exchange_files.h"
+#include "file_report.h"
 #include "file_types.h"
 #include "foreign_files.h"
 #include "load_files.h"
@@ -28,16 +29,22 @@ namespace velmora {
 
 namespace {
 
+bool isAmong(const std::vector<std::string_view>& extensions, const std::string& extension) {
+    return std::find(extensions.begin(), extensions.end(), extension) != extensions.end();
+}
+
 bool canImport(const std::string& extension) {
-    const std::vector<std::string_view> known = importExtensions();
-    return std::find(known.begin(), known.end(), extension) != known.end();
+    return isAmong(importExtensions(), extension);
+}
+
+/// An extension that is refused, with the reason where it is the build of the program.
+std::string typeInWords(const std::string& extension) {
+    return extension + (isAmong(absentExtensions(), extension) ? " (this build has no library for it)" : "");
 }
 
 /// Those of the types that are among the extensions: a program may be built without some libraries.
 std::vector<FileType> typesAmong(std::vector<FileType> types, const std::vector<std::string_view>& extensions) {
-    std::erase_if(types, [&extensions](const FileType& type) {
-        return std::find(extensions.begin(), extensions.end(), type.extension) == extensions.end();
-    });
+    std::erase_if(types, [&extensions](const FileType& type) { return !isAmong(extensions, type.extension); });
     return types;
 }
 
@@ -65,6 +72,7 @@ std::optional<ImportOutcome> readForeign(VelmoraDoc& doc, const std::filesystem:
         return outcome;
     }
     doc.ui().tellFileRead(record);
+    tally.unit = unitText(record);
     tally.losses = record.changed;
     tally.losses.insert(tally.losses.end(), record.reasons.begin(), record.reasons.end());
     if (model.libraryMoves > 0.0) {
@@ -137,7 +145,7 @@ void importFiles(VelmoraDoc& doc) {
     }
     const std::filesystem::path path = fullPath(paths.front());
     if (!canImport(extensionOf(path))) {
-        doc.ui().showMessage(message::cannotBeImported(extensionOf(path)));
+        doc.ui().showMessage(message::cannotBeImported(typeInWords(extensionOf(path))));
         return;
     }
     importForeignFile(doc, path);
@@ -161,6 +169,11 @@ std::vector<FileType> exportTypes(const VelmoraDoc& doc) {
 void finishExport(VelmoraDoc& doc, const std::string& extension, ExportOutcome outcome, const WriteOutcome& written) {
     switch (outcome) {
     case ExportOutcome::Done:
+        finishWriting(doc, written);
+        if (!written.notes.empty()) {
+            doc.ShowStatus(lossText(written.notes));
+        }
+        break;
     case ExportOutcome::CannotWrite:
         finishWriting(doc, written);
         break;
@@ -169,7 +182,8 @@ void finishExport(VelmoraDoc& doc, const std::string& extension, ExportOutcome o
         break;
     case ExportOutcome::UnknownType:
     case ExportOutcome::CannotTake:
-        doc.ui().showMessage(message::cannotBeSavedAs(extension));
+        doc.ui().showMessage(
+            message::cannotBeSavedAs(outcome == ExportOutcome::UnknownType ? typeInWords(extension) : extension));
         break;
     case ExportOutcome::TooLarge:
         doc.ui().showMessage(message::noRoomInSinglePrecision);

@@ -177,6 +177,7 @@ void tellLoaded(VelmoraDoc& doc, const LoadTally& tally) {
     if (tally.pointsKept < tally.pointsRead) {
         add(keptText("points", tally.pointsRead, tally.pointsKept));
     }
+    add(tally.unit);
     add(lossText(tally.losses));
     add(doc.saveTargetText());
     if (!text.empty()) {

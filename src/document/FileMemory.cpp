@@ -4,6 +4,8 @@
 #include <optional>
 #include <utility>
 
+#include "path_names.h"
+
 namespace velmora {
 
 // The place decides before the file: after a link was led elsewhere, or a file put in the place of another, what stands
@@ -31,23 +33,30 @@ void FileMemory::put(Entry entry) {
 
 void FileMemory::noteRead(const FileRead& record, bool alone) {
     // Appending a model's own file to it takes nothing from what is known of it.
-    if (!alone && doubtAbout(record.path) == OverwriteDoubt::None && find(record.path, record.identity) != nullptr) {
+    const bool known = find(record.path, record.identity) != nullptr;
+    if (!alone && known && doubtAbout(record.path, FileContent::Model) == OverwriteDoubt::None) {
         return;
     }
     put({record.path, record.identity, true, alone, record.lossless, record.thinned});
 }
 
 void FileMemory::noteBufferRead(const FileRead& record) {
-    put({record.path, record.identity, false, true, record.lossless, record.thinned});
+    put({record.path, record.identity, false, true, record.lossless, record.thinned, FileContent::Buffer});
 }
 
-void FileMemory::noteWritten(const std::filesystem::path& path) {
+void FileMemory::noteWritten(const std::filesystem::path& path, FileContent content) {
     if (const std::optional<FileIdentity> identity = FileIdentity::of(path)) {
-        put({path, *identity});
+        put({.path = path, .identity = *identity, .content = content});
     }
 }
 
-OverwriteDoubt FileMemory::doubtAbout(const std::filesystem::path& path) const {
+// The whole model leaves out nothing, if the file keeps its form: a name that leads to a file of another type gives it
+// another one. A part, an export and the buffer are less than the model that stands in a file.
+bool FileMemory::Entry::holdsMoreThan(FileContent written, const std::filesystem::path& target) const {
+    return written == FileContent::Model ? extensionOf(path) != extensionOf(target) : written != content;
+}
+
+OverwriteDoubt FileMemory::doubtAbout(const std::filesystem::path& path, FileContent content) const {
     const std::optional<FileIdentity> identity = FileIdentity::of(path);
     if (!identity) {
         return OverwriteDoubt::None;
@@ -56,8 +65,9 @@ OverwriteDoubt FileMemory::doubtAbout(const std::filesystem::path& path) const {
     if (entry == nullptr) {
         return OverwriteDoubt::Foreign;
     }
+    const bool holdsMore = !entry->lossless || (entry->alone && entry->holdsMoreThan(content, path));
     return entry->thinned                 ? OverwriteDoubt::HoldsMorePoints
-           : !entry->lossless             ? OverwriteDoubt::HoldsMore
+           : holdsMore                    ? OverwriteDoubt::HoldsMore
            : !entry->alone                ? OverwriteDoubt::Foreign
            : entry->identity != *identity ? OverwriteDoubt::Changed
                                           : OverwriteDoubt::None;

@@ -17,6 +17,14 @@ enum class OverwriteDoubt {
     Changed,         ///< somebody else changed it since
 };
 
+/// What of the document a file holds, as its reader or its last writer left it.
+enum class FileContent {
+    Model,  ///< all of the model
+    Part,   ///< a part of it: the zBlock, one side of the knife
+    Export, ///< the model as others have it
+    Buffer, ///< the points of the line buffer
+};
+
 /// What the document knows of files on the disk: which of them it read, alone and without a loss, or wrote itself, and
 /// in which state they were then. Only such a file, unchanged, is written over without a question.
 class FileMemory {
@@ -26,10 +34,10 @@ public:
     /// A file gave the line buffer its points, which stay when the model goes.
     void noteBufferRead(const FileRead& record);
     /// The file now holds what was written.
-    void noteWritten(const std::filesystem::path& path);
+    void noteWritten(const std::filesystem::path& path, FileContent content);
 
-    /// For a regular file at `path`; there is no doubt about one that is not there.
-    OverwriteDoubt doubtAbout(const std::filesystem::path& path) const;
+    /// Before `content` is written to a regular file at `path`; there is no doubt about one that is not there.
+    OverwriteDoubt doubtAbout(const std::filesystem::path& path, FileContent content) const;
 
     /// The model goes: its files are as those of a stranger.
     void forgetModel();
@@ -42,6 +50,10 @@ private:
         bool alone = true;
         bool lossless = true;
         bool thinned = false;
+        FileContent content = FileContent::Model;
+
+        /// Whether what takes its place at `target` may leave out something that it holds.
+        bool holdsMoreThan(FileContent written, const std::filesystem::path& target) const;
     };
 
     const Entry* find(const std::filesystem::path& path, const FileIdentity& identity) const;

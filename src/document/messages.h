@@ -60,8 +60,14 @@ inline Message scriptNotRead(const std::string& path) {
 inline constexpr MessageText pointNotCaptured{Severity::Refused, "This point cannot be captured now"};
 // Where there is no window, its panels are told by lines of the script.
 inline constexpr MessageText nothingToSave{Severity::Refused, "There is nothing to save"};
+/// `extension` without its point; empty for a file without one.
 inline Message cannotBeSavedAs(const std::string& extension) {
-    return {Severity::Refused, "This model cannot be saved as " + extension};
+    return {Severity::Refused,
+            "This model cannot be saved as " + (extension.empty() ? "a file without an extension" : extension)};
+}
+/// What is no model was to take the place of the file of one; `name` is the file's, without its folder.
+inline Message holdsModel(const std::string& name) {
+    return {Severity::NotWritten, name + " holds a model of this session and is not written over"};
 }
 /// A library gives numbers in single precision where their file may have more; `move` is how far that may be.
 inline Message libraryMovesPoints(const std::string& move) {
@@ -69,7 +75,8 @@ inline Message libraryMovesPoints(const std::string& move) {
 }
 /// `extension` without its point; empty for a file without one.
 inline Message cannotBeImported(const std::string& extension) {
-    return {Severity::Refused, "Files of this type cannot be imported: " + extension};
+    return {Severity::Refused, extension.empty() ? "Files without an extension cannot be imported"
+                                                 : "Files of this type cannot be imported: " + extension};
 }
 /// The question about a file that Open does not take, by its name.
 inline std::string offerImport(const std::string& name) {

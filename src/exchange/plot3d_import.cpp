@@ -214,29 +214,40 @@ std::size_t numbersNeeded(const Layout& layout) {
                                static_cast<std::size_t>(layout.dimensions + (layout.blanked ? 1 : 0));
 }
 
-/// Whether the numbers behind the first block's coordinates are such as blanking has: 0 and 1, seldom 2, and the
-/// numbers of neighbouring blocks below 0.
-bool marksFollow(const Layout& layout, const std::vector<double>& numbers) {
+/// Numbers such as blanking has: 0 and 1, seldom 2, and the numbers of neighbouring blocks below 0.
+bool isMark(double number) {
     constexpr double leastMark = -1000.0;
     constexpr double mostMark = 2.0;
+    return std::floor(number) == number && number >= leastMark && number <= mostMark;
+}
+
+/// Whether marks stand behind the first block's coordinates, as far as the file goes.
+bool marksFollow(const Layout& layout, const std::vector<double>& numbers) {
     const auto points = static_cast<std::size_t>(pointsOf(layout.blocks.front()));
     const std::size_t begin = layout.header + points * static_cast<std::size_t>(layout.dimensions);
-    if (begin + points > numbers.size()) {
-        return false;
-    }
-    return std::all_of(numbers.begin() + static_cast<std::ptrdiff_t>(begin),
-                       numbers.begin() + static_cast<std::ptrdiff_t>(begin + points),
-                       [](double mark) { return std::floor(mark) == mark && mark >= leastMark && mark <= mostMark; });
+    const std::size_t end = std::min(begin + points, numbers.size());
+    return begin < end && std::all_of(numbers.begin() + static_cast<std::ptrdiff_t>(begin),
+                                      numbers.begin() + static_cast<std::ptrdiff_t>(end), isMark);
+}
+
+/// The layouts that may be meant by these numbers, the commonest first. A plane grid is none where the counts of
+/// several blocks can be read: its counts are there by chance then.
+std::vector<Layout> possibleLayouts(const std::vector<double>& numbers) {
+    std::vector<Layout> layouts = layoutsOf([&numbers](std::size_t place) { return numbers[place]; }, numbers.size());
+    const bool severalBlocks = !layouts.empty() && layouts.front().dimensions == 3 && layouts.front().blocks.size() > 1;
+    std::erase_if(layouts, [&](const Layout& layout) {
+        return (layout.dimensions == 2 && severalBlocks) || (layout.blanked && !marksFollow(layout, numbers));
+    });
+    return layouts;
 }
 
 /// The layout that takes all numbers, or, of a damaged file, that of which the least is missing; null when there is
-/// none. A plane grid is none where the counts of several blocks can be read: those are cut by chance at that number.
+/// none. What looks like marks behind the coordinates of a damaged file is taken for them.
 const Layout* bestLayout(const std::vector<Layout>& layouts, const std::vector<double>& numbers) {
-    const bool severalBlocks = !layouts.empty() && layouts.front().dimensions == 3 && layouts.front().blocks.size() > 1;
     const Layout* best = nullptr;
     for (const Layout& layout : layouts) {
         const std::size_t needed = numbersNeeded(layout);
-        if (needed == numbers.size() && (layout.dimensions == 3 || !severalBlocks)) {
+        if (needed == numbers.size()) {
             return &layout;
         }
         const bool cut = needed > numbers.size();
@@ -250,11 +261,53 @@ const Layout* bestLayout(const std::vector<Layout>& layouts, const std::vector<d
     return best;
 }
 
+/// So little may be missing that a file is taken for a whole one of another layout: the end of the last point, or of
+/// the last lines.
+bool isCloseCall(std::size_t missing, std::size_t needed) {
+    constexpr std::size_t lastNumbers = 3;
+    constexpr std::size_t partOfFile = 20;
+    return missing > 0 && (missing <= lastNumbers || missing <= needed / partOfFile);
+}
+
+bool sameCounts(const Layout& a, const Layout& b) {
+    return a.header == b.header && a.dimensions == b.dimensions && a.blocks == b.blocks;
+}
+
+/// What speaks against the layout that takes all of a file: the count of points alone never tells which is meant.
+class LayoutDoubt {
+public:
+    explicit LayoutDoubt(const Layout& taken) : taken_(taken) {}
+
+    /// Weighs another layout, in the order of their commonness; the file has `there` numbers or bytes of `needed`.
+    void weigh(const Layout& other, std::size_t needed, std::size_t there) {
+        if (&other == &taken_) {
+            commoner_ = false;
+        } else if (!sameCounts(other, taken_)) {
+            severalFit_ = severalFit_ || needed == there;
+            cutFits_ = cutFits_ || (commoner_ && needed > there && isCloseCall(needed - there, needed));
+        }
+    }
+    void tell(FileRead& record) const {
+        if (severalFit_) {
+            record.losesGeometry("More than one layout takes the whole file: the grid may be another one");
+        }
+        if (cutFits_) {
+            record.losesGeometry("The counts are also those of a larger file whose end is missing: the grid may be "
+                                 "another one");
+        }
+    }
+
+private:
+    const Layout& taken_;
+    bool commoner_ = true;
+    bool severalFit_ = false;
+    bool cutFits_ = false;
+};
+
 bool importText(std::string_view text, BlockTaker& taker, FileRead& record, const ReportProgress& report) {
     bool cut = false;
     const std::vector<double> numbers = numbersIn(text, report, cut);
-    const std::vector<Layout> layouts =
-        layoutsOf([&numbers](std::size_t place) { return numbers[place]; }, numbers.size());
+    const std::vector<Layout> layouts = possibleLayouts(numbers);
     const Layout* const layout = bestLayout(layouts, numbers);
     if (layout == nullptr) {
         return false;
@@ -274,6 +327,12 @@ bool importText(std::string_view text, BlockTaker& taker, FileRead& record, cons
     } else if (numbersNeeded(*layout) < numbers.size()) {
         tellMissing(record, "Numbers behind the last block",
                     static_cast<std::int64_t>(numbers.size() - numbersNeeded(*layout)));
+    } else if (numbersNeeded(*layout) == numbers.size()) {
+        LayoutDoubt doubt(*layout);
+        for (const Layout& other : layouts) {
+            doubt.weigh(other, numbersNeeded(other), numbers.size());
+        }
+        doubt.tell(record);
     }
     return true;
 }
@@ -366,18 +425,39 @@ void takeBytes(std::string_view bytes, const ByteLayout& layout, BlockTaker& tak
     });
 }
 
-/// Coordinates that somebody may have meant, as far as they are there: the wrong size or order gives others.
-bool plausible(std::string_view bytes, const ByteLayout& layout) {
-    constexpr std::size_t enough = 300;
+/// Coordinates that somebody may have meant: the wrong size or order gives some beyond all measure, and counts that are
+/// taken for coordinates some next to nothing. Rounding leaves small ones too, but never so small, and never most of
+/// them.
+bool plausibleCoordinates(std::string_view bytes, const ByteLayout& layout, std::size_t count) {
     const std::size_t begin = integerSize * layout.layout.header;
-    const std::size_t count = std::min(enough, static_cast<std::size_t>(pointsOf(layout.layout.blocks.front())));
-    if (begin + count * layout.realSize > bytes.size()) {
-        return false;
-    }
+    const double least =
+        layout.realSize == sizeof(float) ? std::numeric_limits<float>::min() : std::numeric_limits<double>::min();
+    std::size_t small = 0;
     for (std::size_t i = 0; i < count; ++i) {
         const double value =
             std::abs(realAt(bytes.data() + begin + i * layout.realSize, layout.realSize, layout.highestFirst));
-        if (value != 0.0 && !(value > 1e-20 && value < 1e20)) {
+        if (value != 0.0 && !(value >= least && value < 1e20)) {
+            return false;
+        }
+        small += value != 0.0 && value < 1e-20 ? 1 : 0;
+    }
+    return 2 * small <= count;
+}
+
+/// The same of the coordinates and marks of the first block, as far as they are there.
+bool plausible(std::string_view bytes, const ByteLayout& layout) {
+    constexpr std::size_t enough = 300;
+    const std::size_t begin = integerSize * layout.layout.header;
+    const auto points = static_cast<std::size_t>(pointsOf(layout.layout.blocks.front()));
+    const std::size_t count = std::min(enough, points);
+    if (begin + count * layout.realSize > bytes.size() || !plausibleCoordinates(bytes, layout, count)) {
+        return false;
+    }
+    const std::size_t marks = begin + points * static_cast<std::size_t>(layout.layout.dimensions) * layout.realSize;
+    for (std::size_t i = 0; layout.layout.blanked && i < count; ++i) {
+        const std::size_t at = marks + i * integerSize;
+        if (at + integerSize <= bytes.size() &&
+            !isMark(numberAt<std::int32_t>(bytes.data() + at, layout.highestFirst))) {
             return false;
         }
     }
@@ -398,21 +478,37 @@ std::size_t bytesOfPoint(const ByteLayout& layout, const std::vector<std::size_t
     return 0;
 }
 
+/// Whether the numbers of the header end where a record does, as every writer has it.
+bool headerEndsRecord(const ByteLayout& layout, const Records& records) {
+    const std::size_t header = integerSize * layout.layout.header;
+    std::size_t end = 0;
+    return std::any_of(records.lengths.begin(), records.lengths.end(), [&](std::size_t length) {
+        end += length;
+        return end == header;
+    });
+}
+
 /// The layout that takes all bytes that the marks promise, or one whose first block has records of its length.
 const ByteLayout* layoutOfRecords(const std::vector<ByteLayout>& layouts, const Records& records) {
-    for (const ByteLayout& layout : layouts) {
-        if (bytesNeeded(layout) == records.promised) {
-            return &layout;
-        }
-    }
-    for (const ByteLayout& layout : layouts) {
+    const auto takesAll = [&records](const ByteLayout& layout) {
+        return bytesNeeded(layout) == records.promised && headerEndsRecord(layout, records);
+    };
+    const auto fitsFirstBlock = [&records](const ByteLayout& layout) {
         const std::size_t perPoint = static_cast<std::size_t>(layout.layout.dimensions) * layout.realSize +
                                      (layout.layout.blanked ? integerSize : 0);
-        if (bytesOfPoint(layout, records.lengths) == perPoint) {
-            return &layout;
-        }
+        return bytesOfPoint(layout, records.lengths) == perPoint;
+    };
+    auto found = std::find_if(layouts.begin(), layouts.end(), takesAll);
+    if (found == layouts.end()) {
+        found = std::find_if(layouts.begin(), layouts.end(), fitsFirstBlock);
     }
-    return nullptr;
+    return found != layouts.end() ? &*found : nullptr;
+}
+
+/// Bytes that the layout asks for and the file does not have, or has beside.
+void tellBytesLeft(const ByteLayout& layout, std::size_t there, FileRead& record) {
+    const std::size_t needed = bytesNeeded(layout);
+    tellMissing(record, "Bytes behind the last block", there > needed ? static_cast<std::int64_t>(there - needed) : 0);
 }
 
 bool importRecords(std::string_view text, BlockTaker& taker, FileRead& record) {
@@ -425,10 +521,7 @@ bool importRecords(std::string_view text, BlockTaker& taker, FileRead& record) {
             const std::vector<ByteLayout> layouts = byteLayoutsOf(records->bytes, highestFirst);
             if (const ByteLayout* const layout = layoutOfRecords(layouts, *records)) {
                 takeBytes(records->bytes, *layout, taker);
-                if (bytesNeeded(*layout) < records->promised) {
-                    tellMissing(record, "Bytes behind the last block",
-                                static_cast<std::int64_t>(records->promised - bytesNeeded(*layout)));
-                }
+                tellBytesLeft(*layout, records->promised, record);
                 return true;
             }
         }
@@ -436,24 +529,53 @@ bool importRecords(std::string_view text, BlockTaker& taker, FileRead& record) {
     return false;
 }
 
+/// The layout of bytes without marks of records: one that takes all of them, if its numbers are such as somebody may
+/// have meant. Before one with others stands a layout of which hardly anything is missing.
+const ByteLayout* layoutOfBytes(const std::vector<ByteLayout>& layouts, std::string_view text) {
+    const auto takesAll = [text](const ByteLayout& layout) { return bytesNeeded(layout) == text.size(); };
+    const auto isMeant = [text](const ByteLayout& layout) { return plausible(text, layout); };
+    const auto lacksLittle = [text](const ByteLayout& layout) {
+        const std::size_t needed = bytesNeeded(layout);
+        const std::size_t missing = needed - std::min(needed, text.size());
+        return isCloseCall((missing + layout.realSize - 1) / layout.realSize, needed / layout.realSize);
+    };
+    using Test = std::function<bool(const ByteLayout&)>;
+    const std::array<Test, 4> tests = {
+        Test([&](const ByteLayout& layout) { return takesAll(layout) && isMeant(layout); }),
+        Test([&](const ByteLayout& layout) { return lacksLittle(layout) && isMeant(layout); }),
+        Test(takesAll),
+        Test([&](const ByteLayout& layout) { return layout.layout.dimensions == 3 && isMeant(layout); }),
+    };
+    for (const Test& test : tests) {
+        const auto found = std::find_if(layouts.begin(), layouts.end(), test);
+        if (found != layouts.end()) {
+            return &*found;
+        }
+    }
+    return nullptr;
+}
+
 bool importRaw(std::string_view text, BlockTaker& taker, FileRead& record) {
     std::vector<ByteLayout> layouts = byteLayoutsOf(text, false);
     std::vector<ByteLayout> others = byteLayoutsOf(text, true);
     std::move(others.begin(), others.end(), std::back_inserter(layouts));
-    const auto fits = [&text](const ByteLayout& layout) { return bytesNeeded(layout) == text.size(); };
-    auto found = std::find_if(layouts.begin(), layouts.end(), fits);
-    if (found == layouts.end()) {
-        found = std::find_if(layouts.begin(), layouts.end(), [&text](const ByteLayout& layout) {
-            return layout.layout.dimensions == 3 && plausible(text, layout);
-        });
-    }
-    if (found == layouts.end()) {
+    const ByteLayout* const layout = layoutOfBytes(layouts, text);
+    if (layout == nullptr) {
         return false;
     }
-    takeBytes(text, *found, taker);
-    if (bytesNeeded(*found) < text.size()) {
-        tellMissing(record, "Bytes behind the last block",
-                    static_cast<std::int64_t>(text.size() - bytesNeeded(*found)));
+    takeBytes(text, *layout, taker);
+    tellBytesLeft(*layout, text.size(), record);
+    if (bytesNeeded(*layout) == text.size()) {
+        if (!plausible(text, *layout)) {
+            record.losesGeometry("The only layout that takes the whole file gives numbers that are hardly coordinates");
+        }
+        LayoutDoubt doubt(layout->layout);
+        for (const ByteLayout& other : layouts) {
+            if (&other == layout || plausible(text, other)) {
+                doubt.weigh(other.layout, bytesNeeded(other) / integerSize, text.size() / integerSize);
+            }
+        }
+        doubt.tell(record);
     }
     return true;
 }

@@ -117,27 +117,44 @@ std::string titleInHeader(std::string_view text) {
     return std::string(header.substr(header.starts_with(keyword) ? keyword.size() : 0));
 }
 
+/// The solids of a file: some programs write them one behind the other, each with a header and a count of its own. Only
+/// where the counts lead to the very end there are several.
+std::vector<std::string_view> binarySolids(std::string_view text) {
+    std::vector<std::string_view> solids;
+    std::string_view rest = text;
+    while (rest.size() >= firstFacet) {
+        const std::size_t count = countInHeader(rest);
+        if (count == 0 || count > (rest.size() - firstFacet) / facetSize) {
+            break;
+        }
+        const std::size_t length = firstFacet + count * facetSize;
+        solids.push_back(rest.substr(0, length));
+        rest.remove_prefix(length);
+    }
+    return rest.empty() && solids.size() > 1 ? solids : std::vector<std::string_view>{text};
+}
+
 /// How many facets there are, and what is to be said of the count in the header. A count that does not fit is
 /// overruled by a size of whole facets; otherwise as many are taken as both allow.
-std::size_t facetsOf(std::string_view text, SolidTaker& taker, FileRead& record) {
-    const std::size_t told = countInHeader(text);
-    const std::size_t bytes = text.size() - firstFacet;
+std::size_t facetsOf(std::string_view solid, SolidTaker& taker, FileRead& record) {
+    const std::size_t told = countInHeader(solid);
+    const std::size_t bytes = solid.size() - firstFacet;
     const std::size_t whole = bytes / facetSize;
-    taker.foundFacets = static_cast<std::int64_t>(std::max(told, whole));
-    if (told == whole && bytes % facetSize == 0) {
-        return whole;
-    }
+    const auto found = [&taker](std::size_t facets) { taker.foundFacets += static_cast<std::int64_t>(facets); };
     if (bytes % facetSize == 0) {
-        taker.foundFacets = static_cast<std::int64_t>(whole);
-        record.changed.push_back("Count of facets by the size: " + std::to_string(whole) + " instead of " +
-                                 std::to_string(told));
+        found(whole);
+        if (told != whole) {
+            record.changed.push_back("Count of facets by the size: " + std::to_string(whole) + " instead of " +
+                                     std::to_string(told));
+        }
         return whole;
     }
     if (told > whole) {
+        found(told);
         record.losesGeometry("The file ends within a facet");
         return whole;
     }
-    taker.foundFacets = static_cast<std::int64_t>(told);
+    found(told);
     const std::size_t behind = bytes - told * facetSize;
     if (told == whole) {
         record.losesDetail("Bytes behind the last facet: " + std::to_string(behind)); // less than a facet
@@ -147,11 +164,11 @@ std::size_t facetsOf(std::string_view text, SolidTaker& taker, FileRead& record)
     return told;
 }
 
-void readBinary(std::string_view text, SolidTaker& taker, FileRead& record, const ReportProgress& report) {
+/// True when some of the facets have an attribute.
+bool readBinarySolid(std::string_view text, std::string_view whole, SolidTaker& taker, FileRead& record,
+                     const ReportProgress& report) {
     constexpr std::size_t reportStep = 1 << 17;
-    record.format = "stl-binary";
     const std::size_t facets = facetsOf(text, taker, record);
-    taker.foundTriangles = taker.foundFacets;
     Solid solid;
     solid.title = titleInHeader(text);
     auto& [x, y, z] = solid.corners;
@@ -179,17 +196,27 @@ void readBinary(std::string_view text, SolidTaker& taker, FileRead& record, cons
         corner += 3;
         attributes = attributes || facet[48] != 0 || facet[49] != 0;
         if (report && i % reportStep == 0) {
-            report(0.2 + 0.6 * static_cast<double>(i) / static_cast<double>(facets));
+            report(0.2 + 0.6 * static_cast<double>(facet - whole.data()) / static_cast<double>(whole.size()));
         }
     }
     for (std::vector<double>* axis : {&x, &y, &z}) {
         axis->resize(corner);
     }
-    taker.keptFacets = static_cast<std::int64_t>(corner / 3);
+    taker.keptFacets += static_cast<std::int64_t>(corner / 3);
+    taker.take(std::move(solid));
+    return attributes;
+}
+
+void readBinary(std::string_view text, SolidTaker& taker, FileRead& record, const ReportProgress& report) {
+    record.format = "stl-binary";
+    bool attributes = false;
+    for (const std::string_view solid : binarySolids(text)) {
+        attributes = readBinarySolid(solid, text, taker, record, report) || attributes;
+    }
+    taker.foundTriangles = taker.foundFacets;
     if (attributes) {
         record.losesDetail("The attributes of facets (colours) are not kept");
     }
-    taker.take(std::move(solid));
 }
 
 // ---- Text -----------------------------------------------------------------------------------------------------------

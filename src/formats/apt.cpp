@@ -24,7 +24,9 @@ struct AptHeader {
     bool read(NumberReader& reader) { return reader.readInt(sections) && reader.readInt(points); }
     bool isEnd() const { return sections == unread || points == unread; }
 
-    // The number of points, wrapping around as 32-bit integers do.
+    // The number of points that it tells of.
+    std::int64_t pointsTold() const { return std::int64_t{sections} * points; }
+    // The same, wrapping around as 32-bit integers do.
     std::uint32_t product() const { return static_cast<std::uint32_t>(sections) * static_cast<std::uint32_t>(points); }
 };
 
@@ -49,7 +51,7 @@ void noteShortBody(const AptHeader& header, NumberReader& reader, std::int64_t c
     const std::string place = lineText(reader.stream());
     result.record.losesGeometry(diskFailed ? unreadText(reader.stream())
                                            : patchText(compartment) + "its header tells of " +
-                                                 std::to_string(static_cast<std::int32_t>(header.product())) +
+                                                 std::to_string(header.pointsTold()) +
                                                  " lines of points, which end in " + place);
     result.record.losesGeometry("An .apt file that ends early is not read at all");
 }

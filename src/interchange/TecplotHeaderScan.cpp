@@ -5,6 +5,8 @@
 
 #include "characters.h"
 #include "letter_case.h"
+#include "tecplot_unit.h"
+#include "zExceptions.h"
 
 namespace velmora {
 
@@ -25,6 +27,14 @@ bool convertsToNumber(const std::string& token) {
     stream.imbue(std::locale::classic());
     double value = 0.0;
     return !(stream >> value).fail();
+}
+
+// A file of one endless line must not fill the memory; no header comes near this.
+void keepWithinHeader(const std::string& text) {
+    constexpr std::size_t longest = std::size_t{1} << 26;
+    if (text.size() > longest) {
+        throw ParseError(tecplotUnit, __LINE__, "a header of more than 64 million characters");
+    }
 }
 
 // Takes a word; true when it is "ZONE" in letters of either case. However long, it is not kept.
@@ -89,11 +99,13 @@ void TecplotHeaderScan::takeUpTo(char open, char close) {
         if (c == close) {
             return;
         }
+        keepWithinHeader(text_);
     }
 }
 
 void TecplotHeaderScan::takeOther(char c) {
     text_ += c;
+    keepWithinHeader(text_);
     lastWasBlank_ = false;
     if (!seenWord_) {
         seenWord_ = true;
@@ -115,6 +127,7 @@ bool TecplotHeaderScan::dataBegins() {
         }
         if (!convertsToNumber(token_)) {
             text_ += taken;
+            keepWithinHeader(text_);
             lastWasBlank_ = true;
             return false;
         }
@@ -150,6 +163,7 @@ int TecplotHeaderScan::takeToken() {
         }
         if (!isSpace(c)) {
             token_ += static_cast<char>(c);
+            keepWithinHeader(token_);
         }
     }
     return endOfFile;

@@ -16,7 +16,8 @@ public:
     explicit TecplotHeaderScan(TextStream& stream) : stream_(stream) {}
 
     /// Takes the next header text and leaves the stream at the first of the three numbers or, when there are none, at
-    /// the end of the file. Numbers before the first word are passed over. Linear in what is taken.
+    /// the end of the file. Numbers before the first word are passed over. Linear in what is taken. Raises ParseError
+    /// when it is longer than any header.
     const std::string& next();
 
     /// Where the first word of the last header stands in the file: the first line of its line count. Numbers that were

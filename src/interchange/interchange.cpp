@@ -29,6 +29,21 @@ FileType fileTypeOf(const std::filesystem::path& path) {
                                  : FileType::Other;
 }
 
+// The words of an error on one line; an error that has none is told by its kind.
+std::string causeOf(const GenericError& error) {
+    if (error.text() == "...") {
+        return error.name() + ": what stands there cannot be read";
+    }
+    std::string cause;
+    for (const char letter : error.text()) {
+        cause += letter == '\n' ? "; " : std::string(1, letter);
+    }
+    while (cause.ends_with("; ")) {
+        cause.resize(cause.size() - 2);
+    }
+    return cause;
+}
+
 // The one place where the errors of the readers and writers end. What is shown of them is also handed to `tell`, in
 // the words of the error alone.
 bool guarded(const ShowMessage& showMessage, const std::function<void()>& step,
@@ -37,7 +52,7 @@ bool guarded(const ShowMessage& showMessage, const std::function<void()>& step,
         step();
         return true;
     } catch (const GenericError& error) {
-        tell(error.text() == "..." ? error.name() : error.text());
+        tell(causeOf(error));
         showMessage(error.message());
     } catch (const std::exception& error) {
         tell(error.what());

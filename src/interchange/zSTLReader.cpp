@@ -22,6 +22,9 @@ constexpr const char* unitName = "zSTLReader";
 constexpr int significantDigits = 6;
 /// A normal and three corners.
 constexpr std::int64_t numbersOfFacet = 12;
+/// Bytes of the binary form: what stands before the facets of a solid, and one of them.
+constexpr std::size_t binaryHeader = 84;
+constexpr std::int64_t binaryFacet = 50;
 
 std::int64_t elementCount(const zRegion_fe& region) {
     std::int64_t elements = 0;
@@ -70,7 +73,7 @@ void zSTLReader::read(const std::filesystem::path& fileName, zRegion_fe& region)
     while (input.readWord(word)) {
         if (word == "solid") {
             readSolid(input, region);
-        } else {
+        } else if (!countCapitals(word)) {
             losses_.outside += word == "facet" ? 1 : 0;
         }
     }
@@ -80,21 +83,53 @@ void zSTLReader::read(const std::filesystem::path& fileName, zRegion_fe& region)
     noteLosses(input);
 }
 
+// Words in capital letters are none to this reader; what they stand for is in the file all the same.
+bool zSTLReader::countCapitals(std::string_view word) {
+    if (word == "SOLID") {
+        countOf(record.found, "solids") += 1;
+    } else if (word == "FACET") {
+        countOf(record.found, "facets") += 1;
+        ++losses_.capitals;
+    } else {
+        return false;
+    }
+    return true;
+}
+
 // The text reader finds next to nothing in a file of bytes; that it is one must be told. Text holds no NUL.
 void zSTLReader::noteBinary(TextStream& input) {
-    constexpr std::size_t headerSize = 84;
-    constexpr std::int64_t facetSize = 50;
     std::string head;
-    for (int c = input.get(); c >= 0 && head.size() < headerSize; c = input.get()) {
+    for (int c = input.get(); c >= 0 && head.size() < binaryHeader; c = input.get()) {
         head += static_cast<char>(c);
+    }
+    losses_.binary = head.size() == binaryHeader && head.find('\0') != std::string::npos;
+    if (losses_.binary) {
+        countBinary(input);
     }
     input.clear();
     input.seek(0);
-    losses_.binary = head.size() == headerSize && head.find('\0') != std::string::npos;
-    if (losses_.binary) {
-        countOf(record.found, "facets") = (input.size() - static_cast<std::int64_t>(headerSize)) / facetSize;
-        countOf(record.found, "solids") = 1;
+}
+
+// Several solids may stand one behind the other, each with its count; counts that do not lead to the end of the file
+// are wrong, and its size tells.
+void zSTLReader::countBinary(TextStream& input) {
+    const auto header = static_cast<std::int64_t>(binaryHeader);
+    std::int64_t facets = 0;
+    std::int64_t solids = 0;
+    std::int64_t at = 0;
+    for (std::int64_t count = 1; count > 0 && input.size() - at >= header; ++solids) {
+        input.clear();
+        input.seek(at + header - 4);
+        count = 0;
+        for (int byte = 0; byte < 4; ++byte) {
+            count |= static_cast<std::int64_t>(std::max(input.get(), 0)) << (8 * byte);
+        }
+        at += header + count * binaryFacet;
+        facets += count;
     }
+    const bool fits = at == input.size() && facets > 0;
+    countOf(record.found, "facets") = fits ? facets : (input.size() - header) / binaryFacet;
+    countOf(record.found, "solids") = fits ? solids : 1;
 }
 
 // What was counted while the facets were read becomes words.
@@ -117,6 +152,8 @@ void zSTLReader::noteLosses(TextStream& input) {
          losses_.namelessSolids == 1
              ? "the first facet of a solid without a name"
              : "the first facets of " + std::to_string(losses_.namelessSolids) + " solids without a name");
+    lose(losses_.capitals,
+         std::to_string(losses_.capitals) + " in capital letters: Open reads small ones, Import reads both");
     lose(losses_.outside, std::to_string(losses_.outside) + " behind the end of a solid without a name");
     if (losses_.damaged > 0) {
         lose(losses_.damaged, std::to_string(losses_.damaged) + " damaged, the first at line " +
@@ -174,7 +211,8 @@ bool zSTLReader::readFacets(TextStream& input) {
     std::string_view word;
     while (input.readWord(word) && word != "endsolid") {
         if (word != "facet") {
-            wordsBefore = wordsBefore || facets == 0;
+            const bool capitals = countCapitals(word);
+            wordsBefore = wordsBefore || (facets == 0 && !capitals && losses_.capitals == 0);
         } else {
             ++facets;
             if (!readFacet(input)) {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <string_view>
 #include <vector>
 
 #include "FileRecord.h"
@@ -46,7 +47,9 @@ private:
     bool readFacets(TextStream& input);
     bool readFacet(TextStream& input);
     void takeFacet();
+    bool countCapitals(std::string_view word);
     void noteBinary(TextStream& input);
+    void countBinary(TextStream& input);
     void noteLosses(TextStream& input);
     void writeSolid(NumberWriter& output, const zBlock_fe& zone);
     void writeFacet(NumberWriter& output, const std::array<zVec<double>, 3>& corners);
@@ -60,7 +63,8 @@ private:
     // What the file read lost, and where it did first.
     struct Losses {
         std::int64_t namelessSolids = 0;
-        std::int64_t outside = 0; // facets behind no "solid"
+        std::int64_t outside = 0;  // facets behind no "solid"
+        std::int64_t capitals = 0; // facets by words in capital letters
         std::int64_t damaged = 0;
         std::int64_t firstDamaged = 0; // byte
         std::int64_t narrow = 0;       // fewer than three corners

@@ -45,16 +45,13 @@ public:
     const std::string& title() const { return header_.title; }
 
     void read(zRegion& structured, zRegion_fe& unstructured) {
-        while (stream_.good()) {
-            if (parser_.parse(scan_.next())) {
-                // Counted here, between header and data: an error in the data of the first zone speaks of zone 2.
-                ++header_.zoneNumber;
-                readZone(structured, unstructured);
-                lookBehindZone();
-            } else if (stream_.good()) {
-                record_.losesGeometry("Numbers that belong to no zone are not read, from " + lineText(stream_) + " on");
-            }
-            skipToTecplotZone(stream_);
+        try {
+            readZones(structured, unstructured);
+        } catch (...) {
+            // The zone at hand is in the file; of its points its header alone tells, which may be wrong.
+            countOf(record_.found, "zones") += zoneBegun_ ? 1 : 0;
+            countOf(record_.found, "variables") = static_cast<std::int64_t>(header_.variables.size());
+            throw;
         }
         if (stream_.readFailed()) {
             throw IOError(tecplotUnit, __LINE__, unreadText(stream_));
@@ -63,6 +60,23 @@ public:
     }
 
 private:
+    void readZones(zRegion& structured, zRegion_fe& unstructured) {
+        while (stream_.good()) {
+            const std::string& header = scan_.next();
+            zoneBegun_ = header.find("ZONE") != std::string::npos;
+            if (parser_.parse(header)) {
+                // Counted here, between header and data: an error in the data of the first zone speaks of zone 2.
+                ++header_.zoneNumber;
+                readZone(structured, unstructured);
+                zoneBegun_ = false;
+                lookBehindZone();
+            } else if (stream_.good()) {
+                record_.losesGeometry("Numbers that belong to no zone are not read, from " + lineText(stream_) + " on");
+            }
+            skipToTecplotZone(stream_);
+        }
+    }
+
     void count(const char* kind, std::int64_t found, bool kept) {
         countOf(record_.found, kind) += found;
         countOf(record_.kept, kind) += kept ? found : 0;
@@ -176,6 +190,7 @@ private:
     TecplotHeaderParser parser_{header_};
     TecplotZoneData data_;
     bool coordinatesOnly_;
+    bool zoneBegun_ = false; // its header was seen, and it is not counted yet
     FileRead& record_;
     TecplotLosses losses_;
 };

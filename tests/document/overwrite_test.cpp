@@ -469,6 +469,136 @@ TEST_P(EachIncomplete, IsAskedAboutBehindAWholeFileOfAList) {
     EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1", foreign(whole))); // it is one of several
 }
 
+// ---- A part of the model, an export and the buffer are less than the model --------------------------------------------
+
+TEST_F(OverwriteTest, TheBlockIsAskedAboutOverTheFileOfTheWholeModel) {
+    openModel(Model::Grid);
+    runWith("patch.inputAndAdd", {{"number", "1"}});
+    const std::string whole = fileText(folder / "wing.apt");
+    const auto saveBlock = [&](bool answer) {
+        forget();
+        ui.answers = {answer};
+        ui.files.push_back({folder / "wing.apt"});
+        run("block.saveAs");
+        return heard();
+    };
+    EXPECT_THAT(saveBlock(false), ElementsAre("chooser: Save As -> 1", holdsMore("wing.apt")));
+    EXPECT_EQ(fileText(folder / "wing.apt"), whole);
+    EXPECT_THAT(saveBlock(true), ElementsAre("chooser: Save As -> 1", holdsMore("wing.apt", "yes")));
+    const auto lines = [&] {
+        const std::string text = fileText(folder / "wing.apt");
+        return std::count(text.begin(), text.end(), '\n');
+    };
+    EXPECT_EQ(lines(), 7) << "the first patch alone";
+    EXPECT_FALSE(asked(saveBlock(false))) << "it holds a block of this document now";
+    run("file.save");
+    EXPECT_FALSE(asked(heard())) << "all of the model leaves nothing out";
+    EXPECT_EQ(lines(), 12);
+    EXPECT_THAT(saveBlock(false), ElementsAre("chooser: Save As -> 1", holdsMore("wing.apt")));
+}
+
+TEST_F(OverwriteTest, AChooserThatAsksDoesNotKnowThatAPartIsLessThanTheModel) {
+    ui.chooserAsks = true;
+    openModel(Model::Grid);
+    runWith("patch.inputAndAdd", {{"number", "1"}});
+    forget();
+    ui.files.push_back({folder / "wing.apt"});
+    run("block.saveAs");
+    EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1", holdsMore("wing.apt")));
+}
+
+TEST_F(OverwriteTest, AnExportIsAskedAboutOverAnyFileButOneOfItsOwn) {
+    openModel(Model::Zones);
+    const auto exportTo = [&](const char* name) {
+        forget();
+        ui.files.push_back({folder / name});
+        runWith("file.export", {});
+        Lines lines = heard();
+        std::erase_if(lines, [](const std::string& line) { return !line.starts_with("question: "); });
+        return lines;
+    };
+    EXPECT_THAT(exportTo("body.dat"), ElementsAre(holdsMore("body.dat")));
+    EXPECT_EQ(fileText(folder / "body.dat"), triangleText);
+    EXPECT_THAT(exportTo("out.stl"), IsEmpty());
+    EXPECT_THAT(exportTo("out.stl"), IsEmpty()) << "it holds an export of this document";
+    file("theirs.stl", "of somebody else");
+    EXPECT_THAT(exportTo("theirs.stl"), ElementsAre(foreign("theirs.stl")));
+    ui.files.push_back({folder / "saved.stl"});
+    run("file.saveAs");
+    EXPECT_THAT(exportTo("saved.stl"), ElementsAre(holdsMore("saved.stl")));
+}
+
+TEST_F(OverwriteTest, TheBufferIsAskedAboutOverTheFileOfAModel) {
+    openModel(Model::Lines);
+    runWith("line.inputSection", {{"patch", "1"}, {"section", "1"}});
+    run("line.copy");
+    const std::string whole = fileText(folder / "hull.skl");
+    forget();
+    ui.files.push_back({folder / "hull.skl"});
+    run("buffer.saveAs");
+    EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1", holdsMore("hull.skl")));
+    EXPECT_EQ(fileText(folder / "hull.skl"), whole);
+}
+
+TEST_F(OverwriteTest, APartOfTheKnifeIsAskedAboutOverAFileOfTheWholeModel) {
+    openModel(Model::Zones);
+    for (const char* name : {"body_1.dat", "body.dat"}) {
+        ui.answers = {true};
+        ui.files.push_back({folder / name});
+        run("file.saveAs");
+    }
+    const std::string whole = fileText(folder / "body_1.dat");
+    forget();
+    ui.answers = {false};
+    runWith("convert.knife", {{"planeKind", "1"}, {"section", "0.5"}, {"cutKind", "3"}});
+    EXPECT_THAT(heard(), Contains(holdsMore("body_1.dat")));
+    EXPECT_EQ(fileText(folder / "body_1.dat"), whole);
+}
+
+TEST_F(OverwriteTest, ALinkThatGivesTheModelsFileAnotherTypeIsAskedAbout) {
+    openModel(Model::Zones);
+    fs::create_symlink(folder / "body.dat", folder / "body.stl");
+    forget();
+    ui.files.push_back({folder / "body.stl"});
+    run("file.saveAs");
+    EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1", holdsMore("body.stl")));
+    EXPECT_EQ(fileText(folder / "body.dat"), triangleText);
+}
+
+// What was lost on the way in comes before the stranger's file, as with Open.
+TEST_F(OverwriteTest, AnImportedFileIsAskedAboutByWhatWasLostOfIt) {
+    const std::string square = "OFF\n4 1 0\n0 0 0\n1 0 0\n1 1 0\n0 1 0\n4 0 1 2 3\n";
+    file("square.off", square);
+    fs::create_symlink(folder / "square.off", folder / "square.stl");
+    file("three.off", "OFF\n3 1 0\n0 0 0\n1 0 0\n1 1 0\n3 0 1 2\n");
+    fs::create_symlink(folder / "three.off", folder / "three.stl");
+    for (const bool lossy : {true, false}) {
+        const std::string name = lossy ? "square" : "three";
+        ui.answers = {true};
+        ui.files.push_back({folder / (name + ".off")});
+        runWith("file.import", {});
+        ui.answers.clear();
+        forget();
+        ui.files.push_back({folder / (name + ".stl")});
+        runWith("file.export", {});
+        EXPECT_THAT(heard(), Contains(lossy ? holdsMore(name + ".stl") : foreign(name + ".stl")));
+    }
+    EXPECT_EQ(fileText(folder / "square.off"), square);
+}
+
+TEST_F(OverwriteTest, ATypeWithoutANameIsRefusedInAWholeSentence) {
+    openModel(Model::Zones);
+    forget();
+    ui.files.push_back({folder / "out"});
+    run("file.saveAs");
+    EXPECT_THAT(heard(), ElementsAre("chooser: Save As -> 1",
+                                     "message: This model cannot be saved as a file without an extension"));
+    ui.answers = {true};
+    ui.files.push_back({folder / "out"});
+    run("file.import");
+    EXPECT_THAT(heard(), Contains("message: Files without an extension cannot be imported"));
+}
+
 TEST_F(OverwriteTest, ATriangulatedModelAsksBeforeItIsSavedOverTheThinnedFileItCameFrom) {
     open(file("more.dat", longDat()));
     EXPECT_EQ(doc.modelFile.documentTitle, "more.apt");

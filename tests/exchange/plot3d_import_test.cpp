@@ -211,6 +211,84 @@ TEST(Plot3dImport, AFileThatIsCutKeepsItsWholeBlocks) {
     }
 }
 
+// A file that lacks its last number fits another layout to the byte: one block of i by j points under its count is then
+// a grid of 1 by i by j points without one, with every coordinate in the place of the one before it.
+TEST(Plot3dImport, AFileWithoutItsLastNumberIsNotTakenForAWholeOneOfAnotherKind) {
+    std::vector<double> cut = firstBlock;
+    cut.pop_back();
+    const Imported text = read("1\n3 2 1\n" + numbers(cut));
+    EXPECT_FALSE(text.record.complete);
+    EXPECT_FALSE(text.record.lossless);
+    EXPECT_THAT(text.record.reasons, ElementsAre(testing::HasSubstr("a larger file whose end is missing")));
+    for (const bool highestFirst : {false, true}) {
+        for (const bool blanked : {false, true}) {
+            for (const bool isDouble : {false, true}) {
+                const std::string bytes =
+                    isDouble ? raw<double>(highestFirst, true, blanked, 1) : raw<float>(highestFirst, true, blanked, 1);
+                const std::size_t last = blanked || !isDouble ? 4 : 8;
+                const Imported binary = read(bytes.substr(0, bytes.size() - last));
+                EXPECT_FALSE(binary.record.complete) << highestFirst << blanked << isDouble;
+                EXPECT_FALSE(binary.record.lossless) << highestFirst << blanked << isDouble;
+                EXPECT_FALSE(binary.record.reasons.empty()) << highestFirst << blanked << isDouble;
+                EXPECT_TRUE(binary.model.empty()) << "no block is whole";
+            }
+        }
+    }
+}
+
+TEST(Plot3dImport, AFileWithoutItsLastMarkIsNotTakenForAWholeOneOfAnotherKind) {
+    const Imported file = read("1\n3 2 1\n" + numbers(firstBlock) + marks({1, 1, 1, 0, 1}));
+    EXPECT_FALSE(file.record.complete);
+    EXPECT_FALSE(file.record.lossless);
+    EXPECT_FALSE(file.record.reasons.empty());
+}
+
+// Cut behind any number: it is told, but where the marks begin, as a file without marks is a whole one.
+TEST(Plot3dImport, NoFileThatIsCutIsTakenForAWholeOne) {
+    const std::string head = "2\n3 2 1\n2 2 1\n";
+    std::vector<double> all = firstBlock;
+    all.insert(all.end(), secondBlock.begin(), secondBlock.end());
+    for (std::size_t count = 0; count < all.size(); ++count) {
+        const Imported file = read(head + numbers({all.begin(), all.begin() + static_cast<std::ptrdiff_t>(count)}));
+        EXPECT_FALSE(file.record.complete) << count;
+        EXPECT_FALSE(file.record.reasons.empty()) << count;
+    }
+    for (const bool isDouble : {false, true}) {
+        const std::string bytes = isDouble ? raw<double>(false, true, false, 2) : raw<float>(false, true, false, 2);
+        // As long as all of it in single precision: there the numbers alone could tell.
+        const std::size_t half = raw<float>(false, true, false, 2).size();
+        for (std::size_t size = 16; size < bytes.size(); ++size) {
+            if (size != half) {
+                EXPECT_FALSE(read(bytes.substr(0, size)).record.complete) << isDouble << ' ' << size;
+            }
+        }
+    }
+    for (const bool counted : {false, true}) {
+        const std::string bytes = records<double>(true, counted, false, 1);
+        for (std::size_t size = 30; size < bytes.size(); ++size) {
+            EXPECT_FALSE(read(bytes.substr(0, size)).record.complete) << counted << ' ' << size;
+        }
+    }
+}
+
+// A plane grid under its count, with marks, has as many numbers as a grid of 1 by i by j points without either.
+TEST(Plot3dImport, AFileThatTwoLayoutsTakeIsOfNeitherForSure) {
+    const Imported file = read("1 2 2\n0 1 0 1\n0 0 1 1\n1 1 1 1\n");
+    EXPECT_FALSE(file.record.complete);
+    EXPECT_THAT(file.record.reasons, ElementsAre(testing::HasSubstr("More than one layout takes the whole file")));
+    // Coordinates that are no marks leave one of them.
+    const Imported sure = read("1 2 2\n0 1 0 1\n0 0 1 1\n1 1 1 1.5\n");
+    EXPECT_TRUE(sure.record.complete);
+    EXPECT_TRUE(sure.record.lossless);
+}
+
+TEST(Plot3dImport, CountsThatOnlyALargerFileCouldHaveRaiseNoDoubt) {
+    // The first coordinate would do as a third count; nearly all of such a file would be missing.
+    const Imported plane = read("1\n2 2\n5 6 5 6.5\n0 0 1 1\n");
+    EXPECT_TRUE(plane.record.complete);
+    EXPECT_EQ(kept(plane, "points"), 4);
+}
+
 TEST(Plot3dImport, TextBehindTheNumbersEndsThem) {
     const Imported file = read("2\n3 2 1\n2 2 1\n" + numbers(firstBlock) + "5 6 x");
     EXPECT_THAT(file.model.patches, SizeIs(1));

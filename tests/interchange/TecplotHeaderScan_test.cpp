@@ -7,6 +7,7 @@
 #include "TecplotHeaderScan.h"
 #include "TextStream.h"
 #include "temporary_folder.h"
+#include "zExceptions.h"
 
 namespace velmora {
 namespace {
@@ -41,6 +42,14 @@ TEST(TecplotHeaderScan, WhatIsNotClosedRunsToTheEndOfTheFile) {
     EXPECT_EQ(scan("A [1 2 3").text, "A [1 2 3");
     EXPECT_EQ(scan("A \"1 2 3").text, "A \"1 2 3");
     EXPECT_EQ(scan("A [").text, "A [");
+}
+
+TEST(TecplotHeaderScan, AHeaderWithoutAnEndIsRefusedBeforeItFillsTheMemory) {
+    constexpr std::size_t tooMuch = (std::size_t{1} << 26) + 1;
+    constexpr std::size_t block = 1 << 20;
+    EXPECT_THROW(scan(std::string(tooMuch, 'a'), block), ParseError);
+    EXPECT_THROW(scan("T \"" + std::string(tooMuch, ' '), block), ParseError);
+    EXPECT_THROW(scan("T " + std::string(tooMuch, '7'), block), ParseError);
 }
 
 TEST(TecplotHeaderScan, AHeaderEndsInFrontOfThreeNumbers) {

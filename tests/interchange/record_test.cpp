@@ -14,6 +14,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 const std::string vertices = "outer loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\nendloop\n";
 const std::string facet = "facet normal 0 0 1\n" + vertices + "endfacet\n";
@@ -248,6 +249,42 @@ TEST_F(ZoneRecord, QuadrilateralsThatBecomeTrianglesAreTold) {
     EXPECT_THAT(record.changed, ElementsAre("Faces of more than three corners: 1, made triangles"));
 }
 
+TEST_F(ZoneRecord, FacetsInCapitalLettersAreFoundAndNotKept) {
+    const std::string capitals = "FACET NORMAL 0 0 1\nOUTER LOOP\nVERTEX 0 0 0\nVERTEX 1 0 0\nVERTEX 0 1 0\n"
+                                 "ENDLOOP\nENDFACET\n";
+    for (const char* solid : {"solid a\n", "SOLID a\n"}) {
+        const FileRead record = read("a.stl", solid + capitals + capitals + "ENDSOLID a\n");
+        EXPECT_EQ(record.found, (Counts{{"facets", 2}, {"solids", 1}})) << solid;
+        EXPECT_EQ(record.kept, (Counts{{"facets", 0}, {"solids", 0}})) << solid;
+        EXPECT_FALSE(record.complete) << solid;
+        EXPECT_THAT(record.reasons,
+                    ElementsAre("Facets in the file: 2, kept: 0 (2 in capital letters: Open reads small ones, Import "
+                                "reads both)"))
+            << solid;
+    }
+    const FileRead mixed = read("a.stl", "solid a\n" + facet + capitals + "endsolid a\n");
+    EXPECT_EQ(mixed.found, (Counts{{"facets", 2}, {"solids", 1}}));
+    EXPECT_EQ(mixed.kept, (Counts{{"facets", 1}, {"solids", 1}}));
+    EXPECT_FALSE(mixed.complete);
+}
+
+/// A solid of the binary form whose facets are all 0.
+std::string binarySolid(int facets, int told) {
+    std::string text(84 + 50 * static_cast<std::size_t>(facets), '\0');
+    text[80] = static_cast<char>(told);
+    return text;
+}
+
+TEST_F(ZoneRecord, AllSolidsOfABinaryFileAreFound) {
+    const FileRead two = read("a.stl", binarySolid(2, 2) + binarySolid(3, 3));
+    EXPECT_EQ(two.found, (Counts{{"facets", 5}, {"solids", 2}}));
+    EXPECT_EQ(read("a.stl", binarySolid(7, 7)).found, (Counts{{"facets", 7}, {"solids", 1}}));
+    // A wrong count: the size tells.
+    EXPECT_EQ(read("a.stl", binarySolid(7, 9)).found, (Counts{{"facets", 7}, {"solids", 1}}));
+    EXPECT_EQ(read("a.stl", binarySolid(7, 3)).found, (Counts{{"facets", 7}, {"solids", 1}}));
+    EXPECT_EQ(read("a.stl", binarySolid(0, 0)).found, (Counts{{"facets", 0}, {"solids", 1}}));
+}
+
 TEST_F(ZoneRecord, AnErrorThatEndsTheReadingIsTheReasonAndKeepsNothing) {
     const FileRead record = read("a.wrl", vrmlHead + faces +
                                               "geometry IndexedFaceSet { coord Coordinate { point [ 0 0 0 ] }\n"
@@ -256,7 +293,7 @@ TEST_F(ZoneRecord, AnErrorThatEndsTheReadingIsTheReasonAndKeepsNothing) {
     EXPECT_FALSE(record.complete);
     EXPECT_FALSE(record.keptAnything());
     EXPECT_EQ(countOf(record.found, "faceSets"), 2);
-    EXPECT_THAT(record.reasons, ElementsAre("Value Error"));
+    EXPECT_THAT(record.reasons, ElementsAre("Value Error: what stands there cannot be read"));
     EXPECT_EQ(record.path, folder_ / "a.wrl");
 }
 
@@ -317,7 +354,22 @@ TEST_F(ZoneRecord, ANumberOfADamagedZoneIsTheReason) {
     const FileRead record = read("a.dat", datHead + "ZONE I=2, J=2, K=1, F=POINT\n0 0 0\n1 0 x\n0 1 0\n1 1 0\n");
     EXPECT_FALSE(read_);
     EXPECT_THAT(record.reasons, ElementsAre(HasSubstr("invalid data")));
+    EXPECT_THAT(record.reasons, Not(testing::Contains(HasSubstr("\n"))));
+    EXPECT_EQ(record.found, (Counts{{"zones", 1}, {"points", 0}, {"variables", 3}}));
     EXPECT_FALSE(record.keptAnything());
+}
+
+// Of the points of a zone that cannot be read its header alone tells, and it may tell anything.
+TEST_F(ZoneRecord, AHeaderBeyondAllBoundsCountsItsZoneAndNoPoints) {
+    for (const char* counts : {"I=100000, J=100000, K=1", "I=99999999999, J=2, K=1", "I=-2, J=2, K=1"}) {
+        const FileRead record =
+            read("a.dat", datHead + gridZone + "ZONE " + counts + ", F=POINT\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n");
+        EXPECT_EQ(countOf(record.found, "zones"), 2) << counts;
+        EXPECT_EQ(countOf(record.found, "variables"), 3) << counts;
+        EXPECT_EQ(countOf(record.found, "points"), 4) << counts;
+        EXPECT_FALSE(record.complete) << counts;
+        EXPECT_FALSE(record.reasons.empty()) << counts;
+    }
 }
 
 // ---- The disk -------------------------------------------------------------------------------------------------------

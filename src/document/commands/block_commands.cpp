@@ -212,7 +212,7 @@ void writeBlock(VelmoraDoc& doc, const std::filesystem::path& path) {
         for (const std::int32_t zone : block) {
             copyBlock(doc.feRegion, scratch, zone);
         }
-        writeZones(doc, path, {}, scratch);
+        writeZones(doc, path, {}, scratch, FileContent::Part);
         return;
     }
     WriteOutcome outcome;
@@ -222,7 +222,7 @@ void writeBlock(VelmoraDoc& doc, const std::filesystem::path& path) {
                       ? writeSklBlock(path, doc.patches, block, outputPrecision, progressTo(doc.ui()))
                       : writeAptBlock(path, doc.patches, block, outputPrecision, progressTo(doc.ui()));
     }
-    finishWriting(doc, outcome);
+    finishWriting(doc, outcome, FileContent::Part);
 }
 
 void SaveBlockAs(VelmoraDoc& doc) {
@@ -257,7 +257,7 @@ void SaveBlockAs(VelmoraDoc& doc) {
                                      [&extension](const FileType& type) { return type.extension == extension; });
     if (!offered) {
         doc.ui().showMessage(message::cannotBeSavedAs(extension));
-    } else if (mayOverwrite(doc, path, TargetFrom::Chooser)) {
+    } else if (mayOverwrite(doc, path, TargetFrom::Chooser, FileContent::Part)) {
         writeBlock(doc, path);
     }
 }

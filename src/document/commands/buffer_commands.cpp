@@ -65,7 +65,7 @@ void SaveBuffer(VelmoraDoc& doc) {
         return;
     }
     const std::filesystem::path path = fullPath(paths.front());
-    if (!mayOverwrite(doc, path, TargetFrom::Chooser)) {
+    if (!mayOverwrite(doc, path, TargetFrom::Chooser, FileContent::Buffer)) {
         return;
     }
     WriteOutcome outcome;
@@ -73,7 +73,7 @@ void SaveBuffer(VelmoraDoc& doc) {
         const BusyScope busy(doc.ui());
         outcome = writeLineBuffer(path, doc.lineBuffer, outputPrecision);
     }
-    finishWriting(doc, outcome);
+    finishWriting(doc, outcome, FileContent::Buffer);
     doc.redraw();
 }
 

@@ -53,8 +53,7 @@ struct ImportStopped {};
 
 /// Reads the file, tells of it and shows what is wrong with it. None when it was stopped.
 std::optional<ImportOutcome> readForeign(VelmoraDoc& doc, const std::filesystem::path& path, ExchangeModel& model,
-                                         LoadTally& tally) {
-    FileRead record;
+                                         FileRead& record, LoadTally& tally) {
     ImportOutcome outcome = ImportOutcome::Failed;
     try {
         const BusyScope busy(doc.ui());
@@ -106,14 +105,17 @@ void importForeignFile(VelmoraDoc& doc, const std::filesystem::path& path) {
     if (!showDialog(doc.ui(), doc.dialogs->importing)) {
         return;
     }
+    constexpr bool ownFile = false; // it is not the model's: whatever is written over it is asked about
     LoadTally tally;
     std::optional<ImportOutcome> outcome;
     {
         ModelAside before(doc);
         ExchangeModel model;
-        outcome = readForeign(doc, path, model, tally);
+        FileRead record;
+        outcome = readForeign(doc, path, model, record, tally);
         if (outcome == ImportOutcome::Done) {
             takeImported(doc, std::move(model));
+            doc.modelFile.memory.noteRead(record, ownFile);
             before.keepForUndo();
         }
     }
@@ -175,7 +177,7 @@ void finishExport(VelmoraDoc& doc, const std::string& extension, ExportOutcome o
         }
         break;
     case ExportOutcome::CannotWrite:
-        finishWriting(doc, written);
+        finishWriting(doc, written, FileContent::Export);
         break;
     case ExportOutcome::Empty:
         doc.ui().showMessage(message::nothingToSave);
@@ -214,7 +216,8 @@ void exportModel(VelmoraDoc& doc) {
         finishExport(doc, extension, possible, {});
         return;
     }
-    if (!showDialog(doc.ui(), doc.dialogs->exporting) || !mayOverwrite(doc, path, TargetFrom::Chooser)) {
+    if (!showDialog(doc.ui(), doc.dialogs->exporting) ||
+        !mayOverwrite(doc, path, TargetFrom::Chooser, FileContent::Export)) {
         return;
     }
     const ExportOptions options = doc.dialogs->exporting.options();

@@ -199,9 +199,10 @@ bool keepPartOfZones(VelmoraDoc& doc, Side kept) {
 void savePartsOfZones(VelmoraDoc& doc) {
     const std::filesystem::path before = partPath(doc.modelFile.chosenPath, "_1");
     const std::filesystem::path after = partPath(doc.modelFile.chosenPath, "_2");
-    if (mayOverwrite(doc, before, TargetFrom::Model) && mayOverwrite(doc, after, TargetFrom::Model) &&
-        writeZones(doc, before, {}, cutPart(doc, Side::Before)) &&
-        writeZones(doc, after, {}, cutPart(doc, Side::After))) {
+    if (mayOverwrite(doc, before, TargetFrom::Model, FileContent::Part) &&
+        mayOverwrite(doc, after, TargetFrom::Model, FileContent::Part) &&
+        writeZones(doc, before, {}, cutPart(doc, Side::Before), FileContent::Part) &&
+        writeZones(doc, after, {}, cutPart(doc, Side::After), FileContent::Part)) {
         doc.ui().showMessage(message::partsAreSaved);
     }
 }

@@ -77,6 +77,13 @@ void remember(VelmoraDoc& doc, const FileRead& record, LoadMode mode) {
     }
 }
 
+/// Of a file that gave no model nothing was kept, whatever its headers tell of.
+void keepNothing(FileRead& record) {
+    for (auto& [kind, count] : record.kept) {
+        count = 0;
+    }
+}
+
 bool readStructured(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension, LoadMode mode,
                     LoadTally& tally) {
     StructuredRead read;
@@ -88,6 +95,9 @@ bool readStructured(VelmoraDoc& doc, const std::filesystem::path& path, const st
     // Compartments without a section make no model.
     const bool gaveModel = regularityOf(incoming) != Regularity::Undecided;
     const bool failed = !read.messages.empty();
+    if (!gaveModel) {
+        keepNothing(read.record);
+    }
     if (read.opened) {
         tell(doc.ui(), read.record, tally);
     }

@@ -41,8 +41,8 @@ std::string questionAbout(const std::filesystem::path& path, OverwriteDoubt doub
 } // namespace
 
 // The user's data win: whatever is not known to be in the model, or to have come from here, is lost only after a yes.
-bool mayOverwrite(VelmoraDoc& doc, const std::filesystem::path& path, TargetFrom from) {
-    const OverwriteDoubt doubt = doc.modelFile.memory.doubtAbout(path);
+bool mayOverwrite(VelmoraDoc& doc, const std::filesystem::path& path, TargetFrom from, FileContent content) {
+    const OverwriteDoubt doubt = doc.modelFile.memory.doubtAbout(path, content);
     const std::string question = questionAbout(path, doubt);
     if (doubt == OverwriteDoubt::Foreign && from == TargetFrom::Chooser && doc.ui().chooserAsksToOverwrite()) {
         doc.ui().tellAgreed(question);
@@ -58,16 +58,16 @@ bool holdsNothingToSave(const VelmoraDoc& doc) {
 
 namespace {
 
-void noteWritten(VelmoraDoc& doc, const WriteOutcome& outcome) {
-    doc.modelFile.memory.noteWritten(outcome.record.path);
+void noteWritten(VelmoraDoc& doc, const WriteOutcome& outcome, FileContent content) {
+    doc.modelFile.memory.noteWritten(outcome.record.path, content);
     doc.ui().tellFileWritten(outcome.record);
 }
 
 } // namespace
 
-void finishWriting(VelmoraDoc& doc, const WriteOutcome& outcome) {
+void finishWriting(VelmoraDoc& doc, const WriteOutcome& outcome, FileContent content) {
     if (outcome) {
-        noteWritten(doc, outcome);
+        noteWritten(doc, outcome, content);
         return;
     }
     doc.ui().showMessage(message::cannotSave);
@@ -98,7 +98,7 @@ double worthTelling(const VelmoraDoc& doc) {
 } // namespace
 
 WriteOutcome writeZones(VelmoraDoc& doc, const std::filesystem::path& path, const zRegion& structured,
-                        const zRegion_fe& unstructured) {
+                        const zRegion_fe& unstructured, FileContent content) {
     constexpr int shortDigits = 6; // of VRML and STL
     const std::string extension = extensionOf(path);
     const int digits = extension == "wrl" || extension == "stl" ? shortDigits : outputPrecision;
@@ -115,7 +115,7 @@ WriteOutcome writeZones(VelmoraDoc& doc, const std::filesystem::path& path, cons
         doc.ui().showMessage({Severity::NotWritten, text});
     }
     if (outcome) {
-        noteWritten(doc, outcome);
+        noteWritten(doc, outcome, content);
     }
     return outcome;
 }

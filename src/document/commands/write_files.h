@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 
+#include "FileMemory.h"
 #include "FileRecord.h"
 #include "kinds.h"
 
@@ -17,8 +18,10 @@ class zRegion_fe;
 /// Where the name of the file to write comes from: a chooser of the window has asked already about one that is there.
 enum class TargetFrom { Model, Chooser };
 
-/// False when there is a doubt about the regular file at `path` (see OverwriteDoubt) and the user wants to keep it.
-bool mayOverwrite(VelmoraDoc& doc, const std::filesystem::path& path, TargetFrom from);
+/// False when there is a doubt about the regular file at `path` (see OverwriteDoubt), which is to hold `content`, and
+/// the user wants to keep it.
+bool mayOverwrite(VelmoraDoc& doc, const std::filesystem::path& path, TargetFrom from,
+                  FileContent content = FileContent::Model);
 
 /// No part of the model has a point: a file of it would be empty.
 bool holdsNothingToSave(const VelmoraDoc& doc);
@@ -30,10 +33,10 @@ WriteOutcome writeStructured(VelmoraDoc& doc, const std::filesystem::path& path,
 
 /// Zones in the format that the extension of `path` names.
 WriteOutcome writeZones(VelmoraDoc& doc, const std::filesystem::path& path, const zRegion& structured,
-                        const zRegion_fe& unstructured);
+                        const zRegion_fe& unstructured, FileContent content = FileContent::Model);
 
 /// What another writer made.
-void finishWriting(VelmoraDoc& doc, const WriteOutcome& outcome);
+void finishWriting(VelmoraDoc& doc, const WriteOutcome& outcome, FileContent content = FileContent::Model);
 
 /// A length as messages have it, of six significant digits.
 std::string shortLength(double length);

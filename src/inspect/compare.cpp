@@ -2,17 +2,22 @@
 
 #include <cmath>
 
+#include "ProgressCounter.h"
+
 namespace velmora {
 
 namespace {
 
 class Comparer {
 public:
-    Comparer(const NearestTree& surface, const std::vector<bool>& chosen) : surface_(surface) {
+    Comparer(const NearestTree& surface, const std::vector<bool>& chosen, const ReportProgress& report,
+             std::int64_t total)
+        : surface_(surface), progress_(report, total) {
         result_.chosen = chosen;
     }
 
     void add(const zVec<double>& point, const ComparedPlace& at) {
+        progress_.advance();
         const double value = surface_.distanceFrom(point);
         result_.values.push_back(value);
         result_.mean += value;
@@ -34,14 +39,22 @@ public:
 
 private:
     const NearestTree& surface_;
+    ProgressCounter progress_;
     Comparison result_;
     double squares_ = 0.0;
 };
 
 } // namespace
 
-Comparison comparePatches(const PatchList& patches, const std::vector<bool>& chosen, const NearestTree& surface) {
-    Comparer comparer(surface, chosen);
+Comparison comparePatches(const PatchList& patches, const std::vector<bool>& chosen, const NearestTree& surface,
+                          const ReportProgress& report) {
+    std::int64_t total = 0;
+    for (std::size_t k = 0; k < patches.size(); ++k) {
+        for (const PointList& section : patches[k]) {
+            total += chosen[k] ? countOf(section) : 0;
+        }
+    }
+    Comparer comparer(surface, chosen, report, total);
     for (std::int32_t k = 0; k < countOf(patches); ++k) {
         const Patch& patch = patches[static_cast<std::size_t>(k)];
         for (std::int32_t n = 0; chosen[static_cast<std::size_t>(k)] && n < countOf(patch); ++n) {
@@ -54,8 +67,13 @@ Comparison comparePatches(const PatchList& patches, const std::vector<bool>& cho
     return comparer.finish();
 }
 
-Comparison compareZones(const zRegion_fe& region, const std::vector<bool>& chosen, const NearestTree& surface) {
-    Comparer comparer(surface, chosen);
+Comparison compareZones(const zRegion_fe& region, const std::vector<bool>& chosen, const NearestTree& surface,
+                        const ReportProgress& report) {
+    std::int64_t total = 0;
+    for (std::size_t k = 0; k < region.blocks.size(); ++k) {
+        total += chosen[k] ? region.blocks[k]->nodeCount : 0;
+    }
+    Comparer comparer(surface, chosen, report, total);
     for (std::int32_t k = 0; k < countOf(region.blocks); ++k) {
         const zBlock_fe& zone = *region.blocks[static_cast<std::size_t>(k)];
         const ZoneCoordinates at = coordinatesOf(zone.variables);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "ProgressCounter.h"
 #include "same_point.h"
 #include "target_mesh.h"
 #include "vectors.h"
@@ -16,28 +17,6 @@ constexpr double farthestHit = 1e8;
 constexpr double farthestSquare = 1e20;
 /// A node does not move to a place closer than this in each coordinate.
 constexpr double samePlace = 1e-6;
-/// The number of progress reports.
-constexpr std::int64_t progressSteps = 100;
-
-/// Counts the points done and reports progress at every hundredth part of them.
-class ProgressCounter {
-public:
-    ProgressCounter(const ReportProgress& report, std::int64_t total)
-        : report_(report), total_(std::max<std::int64_t>(total, 1)),
-          step_(std::max(total / progressSteps, std::int64_t{1})) {}
-
-    void advance() {
-        if (++done_ % step_ == 0 && report_) {
-            report_(static_cast<double>(done_) / static_cast<double>(total_));
-        }
-    }
-
-private:
-    const ReportProgress& report_;
-    std::int64_t total_;
-    std::int64_t step_;
-    std::int64_t done_ = 0;
-};
 
 bool hasPatch(const PatchList& patches, std::int32_t k) {
     return k >= 0 && k < countOf(patches);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "ProgressCounter.h"
 #include "curve_tolerances.h"
 #include "patch_curves.h"
 
@@ -20,7 +21,7 @@ std::vector<double> borderLaw(const Patch& patch, bool lines, std::int32_t curve
     return law;
 }
 
-void smoothCurves(Patch& patch, bool lines, bool& spline) {
+void smoothCurves(Patch& patch, bool lines, bool& spline, const ReportProgress& report) {
     if (!isGrid(patch)) {
         return;
     }
@@ -34,6 +35,7 @@ void smoothCurves(Patch& patch, bool lines, bool& spline) {
     const std::vector<double> last = borderLaw(patch, lines, curves - 1);
     std::vector<double> law(first.size());
     Respacer respacer;
+    ProgressCounter progress(report, curves - 2);
     for (std::int32_t i = 1; i < curves - 1; ++i) {
         for (std::size_t j = 0; j < law.size(); ++j) {
             law[j] = first[j] + (last[j] - first[j]) * i / (curves - 1);
@@ -47,17 +49,18 @@ void smoothCurves(Patch& patch, bool lines, bool& spline) {
         // A repeated point that was not looked at has no spline through it: this curve alone goes along the chords.
         respacer.respaceByLaw(spline && !respacer.hasZeroChord(), points, 0, law.data());
         curve.take(respacer);
+        progress.advance();
     }
 }
 
 } // namespace
 
-void smoothSections(Patch& patch, bool& spline) {
-    smoothCurves(patch, false, spline);
+void smoothSections(Patch& patch, bool& spline, const ReportProgress& report) {
+    smoothCurves(patch, false, spline, report);
 }
 
-void smoothLines(Patch& patch, bool& spline) {
-    smoothCurves(patch, true, spline);
+void smoothLines(Patch& patch, bool& spline, const ReportProgress& report) {
+    smoothCurves(patch, true, spline, report);
 }
 
 } // namespace velmora

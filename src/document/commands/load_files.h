@@ -27,6 +27,7 @@ struct LoadMode {
 struct LoadTally {
     std::int64_t pointsRead = 0; ///< that the files hold, where a model is thinned
     std::int64_t pointsKept = 0;
+    std::string unit;                ///< of the lengths, where a file names one
     std::vector<std::string> losses; ///< what was altered or lost otherwise, in words for the user
 };
 

@@ -21,7 +21,7 @@ constexpr Flag keptFlags[] = {
     &DocumentState::showZBlockMarkers, &DocumentState::partBefore,       &DocumentState::partAfter,
     &DocumentState::gridNamed,         &DocumentState::fieldLoaded,      &DocumentState::fieldMode,
     &DocumentState::fieldOpening,      &DocumentState::pointUndoReady,   &DocumentState::patchUndoReady,
-    &DocumentState::rebuildOnUndo,     &DocumentState::undoModified,
+    &DocumentState::rebuildOnUndo,     &DocumentState::undoModified,     &DocumentState::lineBufferFull,
 };
 
 } // namespace
@@ -43,6 +43,7 @@ CommandGuard::CommandGuard(VelmoraDoc& document)
                                                          document.status,
                                                          document.modelFile.chosenPath,
                                                          document.undoPath},
+      lists_{document.lineBuffer, document.interLine, document.beforeIntersection, document.afterIntersection},
       capture_(document.capture), empty_(document.holdsNothing()),
       block_(document.blockList.begin(), document.blockList.begin() + document.blockCount) {
     for (const Flag flag : keptFlags) {
@@ -119,6 +120,10 @@ void CommandGuard::putBackState() noexcept {
     file.chosenPath.swap(names_.chosenPath);
     doc_.status.swap(names_.status);
     doc_.undoPath.swap(names_.undoPath);
+    doc_.lineBuffer.swap(lists_.lineBuffer);
+    doc_.interLine.swap(lists_.joint);
+    doc_.beforeIntersection.swap(lists_.before);
+    doc_.afterIntersection.swap(lists_.after);
     doc_.capture = std::move(capture_);
     doc_.blockList.fill(-1);
     std::copy(block_.begin(), block_.end(), doc_.blockList.begin());

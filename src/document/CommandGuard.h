@@ -42,6 +42,14 @@ private:
         std::filesystem::path undoPath;
     };
 
+    /// Points beside the model.
+    struct Lists {
+        PointList lineBuffer;
+        PointList joint;
+        PointList before;
+        PointList after;
+    };
+
     void putBack() noexcept;
     void putBackModel() noexcept;
     void putBackState() noexcept;
@@ -53,6 +61,7 @@ private:
     Kinds kinds_;
     bool titleWrong_;
     Names names_;
+    Lists lists_;
     Capture capture_;
     bool empty_; ///< there was no model
     std::vector<std::int32_t> block_;

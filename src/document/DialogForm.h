@@ -61,6 +61,9 @@ struct DialogForm {
     std::function<void(DialogForm&, std::string_view key)> refresh;
     /// The dialog's own tests behind OK, after the ranges; a refusal keeps the dialog open.
     std::function<std::optional<DialogRefusal>(DialogForm&)> confirm;
+    /// Who shows the form to a person says by it that a field was set; `good` is false while one of them shows what
+    /// cannot be taken. Scripts say nothing.
+    std::function<void(bool good)> tried;
 
     /// The field of that name, or null.
     DialogField* find(std::string_view key);

@@ -1,5 +1,7 @@
 #include "UserInterface.h"
 
+#include "WorkCancelled.h"
+
 namespace velmora {
 
 const char* nameOf(Severity severity) {
@@ -40,7 +42,12 @@ bool choosesFileToWrite(ChooserMode mode) {
 }
 
 ReportProgress progressTo(UserInterface& ui) {
-    return [&ui](double fraction) { ui.showProgress(fraction); };
+    return [&ui](double fraction) {
+        ui.showProgress(fraction);
+        if (ui.wantsToStop()) {
+            throw WorkCancelled();
+        }
+    };
 }
 
 } // namespace velmora

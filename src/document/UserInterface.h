@@ -78,7 +78,7 @@ public:
     /// How far a long piece of work is, 0 to 1. The bar comes when the wait cursor has been on for half a second, and
     /// goes away with it.
     virtual void showProgress(double fraction) = 0;
-    /// Whether the user wants the work at hand to stop. Asked between its parts where it can be given up.
+    /// Whether the user wants the work at hand to stop. Asked with each word of progress, see progressTo.
     virtual bool wantsToStop() { return false; }
     /// Puts a path on top of the list of recent files.
     virtual void addRecentFile(const std::filesystem::path& path) = 0;
@@ -102,7 +102,8 @@ private:
     UserInterface& ui_;
 };
 
-/// What hands the progress of a piece of work to `ui`, which must outlive it.
+/// What hands the progress of a piece of work to `ui`, which must outlive it, and throws WorkCancelled when the user
+/// wants it to stop: the guard around the command puts the document back.
 ReportProgress progressTo(UserInterface& ui);
 
 } // namespace velmora

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "DocumentView.h"
+#include "ModelTrial.h"
 #include "UserInterface.h"
 #include "vectors.h"
 #include "view_extent.h"
@@ -105,6 +106,40 @@ void VelmoraDoc::redraw() {
     }
     returnToRegimeMode();
     refillStatus();
+}
+
+void VelmoraDoc::redrawTrial() {
+    ++geometryRevision_;
+    for (DocumentView* view : views_) {
+        view->onGeometryChanged();
+    }
+}
+
+namespace {
+
+/// The model and what is tried in its place stand where they do not belong for the life of the object.
+class Aside {
+public:
+    explicit Aside(ModelTrial* trial) : trial_(trial) { exchange(); }
+    Aside(const Aside&) = delete;
+    Aside& operator=(const Aside&) = delete;
+    ~Aside() { exchange(); }
+
+private:
+    void exchange() {
+        if (trial_ != nullptr) {
+            trial_->exchange();
+        }
+    }
+
+    ModelTrial* trial_;
+};
+
+} // namespace
+
+void VelmoraDoc::withoutTrial(const std::function<void()>& work) {
+    const Aside aside(trial_);
+    work();
 }
 
 void VelmoraDoc::redrawPicture() {

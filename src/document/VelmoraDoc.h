@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@ namespace velmora {
 
 class CommandRun;
 class DocumentView;
+class ModelTrial;
 struct Pick;
 struct RescuedModel;
 struct dlgViewing;
@@ -51,6 +53,8 @@ public:
     void redrawPicture();
     /// Only what is captured, or under the mouse, changed.
     void redrawHighlight();
+    /// Another model stands in the place of this one while a dialog is open: only the views hear of it.
+    void redrawTrial();
     /// Computes the model's box, centre and radius anew and resets the views. They hear nothing with "non".
     void updateBounds();
     /// What updateBounds had to tell of a model of an unusual size; else empty.
@@ -99,6 +103,13 @@ public:
     std::string rescueBytes() const;
     /// The model of a rescue copy, in place of the one that is there, as one with changes under its own name.
     void takeRescued(RescuedModel model);
+
+    // ---- What is tried while a dialog is open -----------------------------------------------------------------------
+
+    /// `trial` may show another model in the place of this one from now on; null: it ends.
+    void setTrial(ModelTrial* trial) { trial_ = trial; }
+    /// Runs `work` on the model itself, whatever is shown.
+    void withoutTrial(const std::function<void()>& work);
 
     // ---- Undo -------------------------------------------------------------------------------------------------------
 
@@ -194,6 +205,7 @@ private:
     void returnToRegimeMode();
 
     UserInterface& ui_;
+    ModelTrial* trial_ = nullptr;
     std::vector<DocumentView*> views_;
     bool started_ = false;
     std::filesystem::path proposedFolder_; ///< of the chooser of Open, when it was named; else empty

@@ -82,7 +82,7 @@ inline Message cannotBeImported(const std::string& extension) {
 inline std::string offerImport(const std::string& name) {
     return name + " is a file of another program. Import it?";
 }
-inline constexpr const char* importStopped = "The import was stopped";
+inline constexpr const char* workCancelled = "Cancelled: the model is as it was";
 inline constexpr MessageText noRoomInSinglePrecision{Severity::Refused,
                                                      "A coordinate is too large for single precision"};
 /// `move` is the largest distance between a point and the point as written.

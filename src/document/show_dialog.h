@@ -20,4 +20,18 @@ bool showDialog(UserInterface& ui, Values& values, Context&&... context) {
     return true;
 }
 
+/// The same; `prepare` gets the form with its working values before it is opened.
+template <class Values, class Prepare>
+bool showPrepared(UserInterface& ui, Values& values, const Prepare& prepare) {
+    Values working = values;
+    DialogForm form = describe(working);
+    prepare(form, working);
+    openDialog(form);
+    if (!ui.showDialog(form)) {
+        return false;
+    }
+    values = working;
+    return true;
+}
+
 } // namespace velmora

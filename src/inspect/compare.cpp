@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "ProgressCounter.h"
 #include "parallel.h"
 
 namespace velmora {
@@ -45,34 +46,49 @@ private:
     double squares_ = 0.0;
 };
 
-void fillDistances(const Patch& patch, const NearestTree& surface, double* values) {
+void fillDistances(const Patch& patch, const NearestTree& surface, double* values, const ReportProgress& report) {
     std::vector<std::size_t> begins;
     std::size_t points = 0;
     for (const PointList& section : patch) {
         begins.push_back(points);
         points += section.size();
     }
-    forEachChunk(patch.size(), sectionsOfChunk, [&](std::size_t first, std::size_t last, std::size_t) {
-        for (std::size_t n = first; n < last; ++n) {
-            double* value = values + begins[n];
-            for (const zVec<double>& point : patch[n]) {
-                *value++ = surface.distanceFrom(point);
+    forEachChunk(
+        patch.size(), sectionsOfChunk,
+        [&](std::size_t first, std::size_t last, std::size_t) {
+            for (std::size_t n = first; n < last; ++n) {
+                double* value = values + begins[n];
+                for (const zVec<double>& point : patch[n]) {
+                    *value++ = surface.distanceFrom(point);
+                }
             }
-        }
-    });
+        },
+        report);
 }
 
-void fillDistances(const ZoneCoordinates& at, std::size_t nodes, const NearestTree& surface, double* values) {
-    forEachChunk(nodes, nodesOfChunk, [&](std::size_t first, std::size_t last, std::size_t) {
-        for (std::size_t node = first; node < last; ++node) {
-            values[node] = surface.distanceFrom({at.x->data[node], at.y->data[node], at.z->data[node]});
-        }
-    });
+void fillDistances(const ZoneCoordinates& at, std::size_t nodes, const NearestTree& surface, double* values,
+                   const ReportProgress& report) {
+    forEachChunk(
+        nodes, nodesOfChunk,
+        [&](std::size_t first, std::size_t last, std::size_t) {
+            for (std::size_t node = first; node < last; ++node) {
+                values[node] = surface.distanceFrom({at.x->data[node], at.y->data[node], at.z->data[node]});
+            }
+        },
+        report);
 }
 
 } // namespace
 
-Comparison comparePatches(const PatchList& patches, const std::vector<bool>& chosen, const NearestTree& surface) {
+Comparison comparePatches(const PatchList& patches, const std::vector<bool>& chosen, const NearestTree& surface,
+                          const ReportProgress& report) {
+    std::int64_t total = 0;
+    for (std::size_t k = 0; k < patches.size(); ++k) {
+        for (const PointList& section : patches[k]) {
+            total += chosen[k] ? countOf(section) : 0;
+        }
+    }
+    ProgressOfParts progress(report, total);
     Comparer comparer(chosen);
     for (std::int32_t k = 0; k < countOf(patches); ++k) {
         if (!chosen[static_cast<std::size_t>(k)]) {
@@ -84,7 +100,7 @@ Comparison comparePatches(const PatchList& patches, const std::vector<bool>& cho
             points += section.size();
         }
         double* value = comparer.room(points);
-        fillDistances(patch, surface, value);
+        fillDistances(patch, surface, value, progress.next(static_cast<std::int64_t>(points)));
         for (std::int32_t n = 0; n < countOf(patch); ++n) {
             for (std::int32_t m = 0; m < countOf(patch[static_cast<std::size_t>(n)]); ++m) {
                 comparer.add(*value++, {k, n, m});
@@ -94,14 +110,20 @@ Comparison comparePatches(const PatchList& patches, const std::vector<bool>& cho
     return comparer.finish();
 }
 
-Comparison compareZones(const zRegion_fe& region, const std::vector<bool>& chosen, const NearestTree& surface) {
+Comparison compareZones(const zRegion_fe& region, const std::vector<bool>& chosen, const NearestTree& surface,
+                        const ReportProgress& report) {
+    std::int64_t total = 0;
+    for (std::size_t k = 0; k < region.blocks.size(); ++k) {
+        total += chosen[k] ? region.blocks[k]->nodeCount : 0;
+    }
+    ProgressOfParts progress(report, total);
     Comparer comparer(chosen);
     for (std::int32_t k = 0; k < countOf(region.blocks); ++k) {
         const zBlock_fe& zone = *region.blocks[static_cast<std::size_t>(k)];
         const ZoneCoordinates at = coordinatesOf(zone.variables);
         const std::int32_t nodes = chosen[static_cast<std::size_t>(k)] && at ? zone.nodeCount : 0;
         double* const values = comparer.room(static_cast<std::size_t>(nodes));
-        fillDistances(at, static_cast<std::size_t>(nodes), surface, values);
+        fillDistances(at, static_cast<std::size_t>(nodes), surface, values, progress.next(nodes));
         for (std::int32_t node = 0; node < nodes; ++node) {
             comparer.add(values[node], {k, -1, node});
         }

@@ -2,6 +2,8 @@
 
 #include "CommandGuard.h"
 #include "VelmoraDoc.h"
+#include "WorkCancelled.h"
+#include "messages.h"
 
 namespace velmora {
 
@@ -42,8 +44,12 @@ bool Session::isOn(const Command& command) const {
 CommandReport Session::perform(const std::function<void()>& work) {
     CommandReport report;
     const Recorder::Scope scope(recorder_, report);
-    const CommandGuard guard(*document_);
-    work();
+    try {
+        const CommandGuard guard(*document_);
+        work();
+    } catch (const WorkCancelled&) {
+        document_->ShowStatus(message::workCancelled);
+    }
     if (!report.filesRead.empty()) {
         filesRead_ = report.filesRead;
     }
@@ -131,7 +137,12 @@ VelmoraView::ActResult Session::act(const Act& act) {
 }
 
 bool Session::leave() {
-    const bool left = document_->saveModified();
+    bool left = false;
+    try {
+        left = document_->saveModified();
+    } catch (const WorkCancelled&) {
+        document_->ShowStatus(message::workCancelled); // the program stays: nothing is saved yet
+    }
     if (!left) {
         recorder_.note(&CommandReport::stayed);
     }

@@ -285,6 +285,7 @@ void FormDialog::click(const std::string& key, const std::string& text) {
     setField(form_, key, text);
     showForm();
     focusOnNumberOf(key);
+    tellTried();
 }
 
 /// A box that was ticked leaves the keyboard to the number that it turned on.
@@ -310,6 +311,16 @@ void FormDialog::takeSilently(const std::string& key) {
     if (!setField(form_, key, plainBytes(text))) {
         control(key)->shown = text;
         showForm();
+    }
+    tellTried();
+}
+
+/// While a field shows what cannot be taken the rest is not tried either.
+void FormDialog::tellTried() {
+    if (form_.tried) {
+        form_.tried(std::all_of(controls_.begin(), controls_.end(), [](const Control& each) {
+            return each.edit == nullptr || each.edit->text().trimmed() == each.shown;
+        }));
     }
 }
 

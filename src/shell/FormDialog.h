@@ -62,6 +62,7 @@ private:
     void focusOnNumberOf(const std::string& key);
     void click(const std::string& key, const std::string& text);
     void takeSilently(const std::string& key);
+    void tellTried();
     std::optional<DialogRefusal> takeTyped();
     void showForm();
     void showField(Control& control, const DialogField& field);

@@ -218,7 +218,9 @@ CommandState MainFrame::stateOf(const Command& command) const {
 
 void MainFrame::run(const Command& command) {
     const HelpDesk::Running running(*help_, command);
+    userInterface_->nameWork(qtText(*command.statusText == '\0' ? plainText(command.menuText) : command.statusText));
     carryOut([&] { session_->run(command); });
+    userInterface_->nameWork({});
     refresh();
 }
 
@@ -343,6 +345,7 @@ bool MainFrame::mayLeave() {
 void MainFrame::openFiles(const QStringList& paths) {
     std::vector<std::filesystem::path> files;
     std::transform(paths.cbegin(), paths.cend(), std::back_inserter(files), filePath);
+    userInterface_->nameWork(tr("Open a model"));
     std::error_code error;
     const auto missing = std::find_if(files.begin(), files.end(),
                                       [&](const auto& file) { return !std::filesystem::exists(file, error); });
@@ -355,6 +358,7 @@ void MainFrame::openFiles(const QStringList& paths) {
     } else {
         carryOut([&] { session_->openInstead(files); });
     }
+    userInterface_->nameWork({});
     refresh();
 }
 

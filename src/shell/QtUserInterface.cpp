@@ -9,6 +9,7 @@
 #include <QListView>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QScreen>
 #include <QStyle>
 #include <QTimer>
@@ -325,8 +326,24 @@ void QtUserInterface::setBusy(bool busy) {
     }
     if (!busy && busyDepth_ == 0) {
         QApplication::restoreOverrideCursor();
+        if (status_.showsProgress()) {
+            // What was typed and clicked behind the last look would act on what the work left.
+            lookForStop();
+            if (QWidget* const picture = frame_.centralWidget()) {
+                picture->update(); // a paint of it may have been dropped
+            }
+        }
         status_.hideProgress();
     }
+}
+
+bool QtUserInterface::lookForStop() {
+    lookedAt_.start();
+    return stopKey_.wasPressed(&status_.cancelButton(), frame_.centralWidget());
+}
+
+void QtUserInterface::nameWork(const QString& work) {
+    status_.nameWork(work);
 }
 
 // Work that ends soon is left alone.
@@ -342,7 +359,9 @@ void QtUserInterface::showProgress(double fraction) {
 }
 
 bool QtUserInterface::wantsToStop() {
-    return isLongAtWork() && stopKey_.wasPressed();
+    // Often enough for the hand, and seldom enough to cost nothing.
+    constexpr qint64 interval = 30; // ms
+    return isLongAtWork() && (!lookedAt_.isValid() || lookedAt_.elapsed() >= interval) && lookForStop();
 }
 
 void QtUserInterface::addRecentFile(const std::filesystem::path& path) {

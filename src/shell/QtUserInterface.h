@@ -52,6 +52,8 @@ public:
     bool wantsToStop() override;
     void addRecentFile(const std::filesystem::path& path) override;
 
+    /// What the status line says of long work; empty: nothing.
+    void nameWork(const QString& work);
     /// While messages are held, boxes wait; they come up in their order once the hold ends and the event loop runs.
     void holdMessages(bool hold);
 
@@ -64,12 +66,14 @@ private:
     void showHeldMessages();
     QWidget* parentOfBoxes() const;
     bool isLongAtWork() const;
+    bool lookForStop();
 
     QMainWindow& frame_;
     StatusLine& status_;
     RecentFiles& recent_;
     int busyDepth_ = 0;
     QElapsedTimer busyFor_;
+    QElapsedTimer lookedAt_;
     StopKey stopKey_;
     bool holding_ = false;
     std::vector<std::string> held_;

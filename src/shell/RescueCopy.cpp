@@ -77,7 +77,9 @@ bool RescueCopy::writeNow() {
         return true;
     }
     try {
-        if (madeFolder() && folder_->write(doc_.rescueBytes())) {
+        std::string bytes;
+        doc_.withoutTrial([&] { bytes = doc_.rescueBytes(); });
+        if (madeFolder() && folder_->write(bytes)) {
             written_ = doc_.geometryRevision();
             return true;
         }

@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QLayout>
 #include <QProgressBar>
+#include <QPushButton>
 #include <algorithm>
 
 #include "keyboard_locks.h"
@@ -29,6 +30,14 @@ StatusLine::StatusLine(QWidget* parent) : QStatusBar(parent), message_(new QLabe
     progress_->setAccessibleName(tr("Progress"));
     progress_->hide();
     addPermanentWidget(progress_);
+    cancel_ = new QPushButton(tr("Cancel"), this);
+    cancel_->setObjectName(QStringLiteral("cancelWork"));
+    cancel_->setToolTip(tr("Gives the work up (Esc): the model stays as it was"));
+    cancel_->setFocusPolicy(Qt::NoFocus);
+    // The line is as high as without it.
+    cancel_->setMaximumHeight(message_->sizeHint().height() + 4);
+    cancel_->hide();
+    addPermanentWidget(cancel_);
     mode_->setObjectName(QStringLiteral("mode"));
     mode_->setAccessibleName(tr("Mouse mode"));
     mode_->setTextFormat(Qt::PlainText);
@@ -88,6 +97,8 @@ void StatusLine::showProgress(double fraction) {
     progress_->setValue(step);
     if (progress_->isHidden()) {
         progress_->show();
+        cancel_->show();
+        showHint(work_);
         // The event loop, which would make room for the bar, is not running.
         layout()->activate();
         repaint();
@@ -96,8 +107,16 @@ void StatusLine::showProgress(double fraction) {
     }
 }
 
+bool StatusLine::showsProgress() const {
+    return !progress_->isHidden();
+}
+
 void StatusLine::hideProgress() {
-    progress_->hide();
+    if (showsProgress()) {
+        progress_->hide();
+        cancel_->hide();
+        showHint({});
+    }
 }
 
 } // namespace velmora

@@ -4,6 +4,7 @@
 
 class QLabel;
 class QProgressBar;
+class QPushButton;
 
 namespace velmora {
 
@@ -28,6 +29,11 @@ public:
     /// Shows the bar at `fraction`, 0 to 1, at once: painted here and now, no event of the user is let in.
     void showProgress(double fraction);
     void hideProgress();
+    bool showsProgress() const;
+    /// What the message pane says of the work while the bar is shown; empty: nothing.
+    void nameWork(const QString& work) { work_ = work; }
+    /// The button beside the bar by which the work is given up.
+    QPushButton& cancelButton() { return *cancel_; }
 
 private:
     QLabel* addIndicator(const QString& name, const QString& accessibleName);
@@ -35,12 +41,14 @@ private:
     QString text_;
     QString modeText_;
     QString pointed_;
+    QString work_;
     QLabel* message_;
     QLabel* mode_;
     QLabel* caps_;
     QLabel* num_;
     QLabel* scroll_;
     QProgressBar* progress_;
+    QPushButton* cancel_;
 };
 
 } // namespace velmora

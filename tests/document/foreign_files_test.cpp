@@ -31,7 +31,7 @@ TEST_F(DocumentTest, AnImportThatIsStoppedLeavesTheModelAsItWas) {
     EXPECT_TRUE(doc.patches == before);
     EXPECT_TRUE(doc.feRegion.blocks.empty());
     EXPECT_EQ(doc.structureKind, StructureKind::Structured);
-    EXPECT_THAT(heard(), Contains(std::string("status: ") + message::importStopped));
+    EXPECT_THAT(heard(), Contains(std::string("status: ") + message::workCancelled));
     EXPECT_THAT(heard(), Not(Contains("message: Open procedure is canceled")));
     EXPECT_EQ(ui.busyDepth, 0);
 }

@@ -18,7 +18,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// Save walks the table "What Save may touch" of docs/save.md: every way in which a model gets the path of its
+// Save walks the table "What Save may touch" of docs/architecture.md: every way in which a model gets the path of its
 // file against every state of what stands there.
 
 /// What is asked about a file that stands at the path.

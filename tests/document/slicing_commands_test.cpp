@@ -302,6 +302,24 @@ TEST_F(ToSkl, RealBodiesAreCutAllRound) {
 
 // ---- SKL to APT -----------------------------------------------------------------------------------------------------
 
+TEST_F(ToApt, TellsWhereTheGridTwistsUnlessLinesAreAligned) {
+    const PointList lower = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}, {0, 0, 0}};
+    // From the opposite corner on, the same way round.
+    const PointList upper = {{1, 1, 1}, {0.5, 1, 1}, {0, 1, 1}, {0, 0, 1}, {1, 0, 1}, {1, 1, 1}};
+    const std::string target = "Save writes " + (folder / "wing.apt").string();
+    hold({{lower, upper, upper}, {lower, lower}, {lower, upper, lower}});
+    doc.modelFile.openedPath = folder / "wing.skl";
+    answer({{"pointCount", "9"}, {"approximation", "2"}});
+    call("convert.toApt");
+    EXPECT_EQ(doc.status,
+              "The grid twists at patch 1: section 2; patch 3: sections 2, 3: align lines to their neighbours. " +
+                  target);
+    call("patch.undo");
+    answer({{"pointCount", "9"}, {"approximation", "2"}, {"align", "1"}});
+    call("convert.toApt");
+    EXPECT_EQ(doc.status, target);
+}
+
 TEST_F(ToApt, MakesAGridOfLines) {
     holdLines();
     ASSERT_EQ(doc.fileKind, FileKind::Skl);

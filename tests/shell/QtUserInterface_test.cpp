@@ -71,10 +71,14 @@ TEST(QtUserInterface, EscStopsLongWorkAndNothingElseBeginsMeanwhile) {
     QCoreApplication::removePostedEvents(&rig.frame);
     QThread::msleep(600);
     EXPECT_FALSE(rig.ui.wantsToStop());
+    const auto wait = [] { QThread::msleep(40); }; // it does not look all the time
+    wait();
     type(Qt::Key_F5);
     EXPECT_FALSE(rig.ui.wantsToStop());
+    wait();
     type(Qt::Key_Escape);
     EXPECT_TRUE(rig.ui.wantsToStop());
+    wait();
     EXPECT_FALSE(rig.ui.wantsToStop()); // it was asked once
     rig.ui.setBusy(false);
     QCoreApplication::processEvents();

@@ -32,7 +32,7 @@ struct Smoother {
     std::vector<double> law;
 };
 
-void smoothCurves(Patch& patch, bool lines, bool& spline) {
+void smoothCurves(Patch& patch, bool lines, bool& spline, const ReportProgress& report) {
     if (!isGrid(patch)) {
         return;
     }
@@ -60,32 +60,36 @@ void smoothCurves(Patch& patch, bool lines, bool& spline) {
     }
     const auto firstCoincident = std::find(coincident.begin(), coincident.end(), 1);
     const auto splines = spline ? static_cast<std::size_t>(firstCoincident - coincident.begin()) : 0;
-    forEachChunk(inner, curvesOfChunk, [&](std::size_t begin, std::size_t end, std::size_t worker) {
-        auto& [respacer, law] = smoothers[worker];
-        law.resize(first.size());
-        for (std::size_t i = begin; i < end; ++i) {
-            const auto number = static_cast<std::int32_t>(i) + 1;
-            for (std::size_t j = 0; j < law.size(); ++j) {
-                law[j] = first[j] + (last[j] - first[j]) * number / (curves - 1);
+    forEachChunk(
+        inner, curvesOfChunk,
+        [&](std::size_t begin, std::size_t end, std::size_t worker) {
+            auto& [respacer, law] = smoothers[worker];
+            law.resize(first.size());
+            for (std::size_t i = begin; i < end; ++i) {
+                const auto number = static_cast<std::int32_t>(i) + 1;
+                for (std::size_t j = 0; j < law.size(); ++j) {
+                    law[j] = first[j] + (last[j] - first[j]) * number / (curves - 1);
+                }
+                const PatchCurve curve(patch, lines, number);
+                curve.give(respacer);
+                // A repeated point that was not looked at has no spline through it: this curve alone goes along the
+                // chords.
+                respacer.respaceByLaw(i < splines && !respacer.hasZeroChord(), points, 0, law.data());
+                curve.take(respacer);
             }
-            const PatchCurve curve(patch, lines, number);
-            curve.give(respacer);
-            // A repeated point that was not looked at has no spline through it: this curve alone goes along the chords.
-            respacer.respaceByLaw(i < splines && !respacer.hasZeroChord(), points, 0, law.data());
-            curve.take(respacer);
-        }
-    });
+        },
+        report);
     spline = spline && splines == inner;
 }
 
 } // namespace
 
-void smoothSections(Patch& patch, bool& spline) {
-    smoothCurves(patch, false, spline);
+void smoothSections(Patch& patch, bool& spline, const ReportProgress& report) {
+    smoothCurves(patch, false, spline, report);
 }
 
-void smoothLines(Patch& patch, bool& spline) {
-    smoothCurves(patch, true, spline);
+void smoothLines(Patch& patch, bool& spline, const ReportProgress& report) {
+    smoothCurves(patch, true, spline, report);
 }
 
 } // namespace velmora

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "ProgressCounter.h"
 #include "carried_values.h"
 #include "polyline.h"
 #include "rebreak_kernels.h"
@@ -57,10 +58,16 @@ PointList resampled(const PointList& section, std::int32_t points, bool spline) 
 
 } // namespace
 
-PatchList linesToGrid(const PatchList& lines, std::int32_t points, bool spline, PatchList* values) {
+PatchList linesToGrid(const PatchList& lines, std::int32_t points, bool spline, PatchList* values,
+                      const ReportProgress& report) {
     PatchList grid;
     grid.reserve(lines.size());
     const std::vector<double> equalSteps = progressionFractions(points, 1.0);
+    std::int64_t total = 0;
+    for (const Patch& patch : lines) {
+        total += countOf(patch);
+    }
+    ProgressCounter progress(report, total);
     for (std::size_t k = 0; k < lines.size(); ++k) {
         const Patch& patch = lines[k];
         Patch& sections = grid.emplace_back();
@@ -71,6 +78,7 @@ PatchList linesToGrid(const PatchList& lines, std::int32_t points, bool spline, 
                 own = valuesAlong(section, own, equalSteps);
             }
             sections.push_back(resampled(section, points, spline));
+            progress.advance();
         }
         for (std::size_t j = 0; j + 1 < sections.size(); ++j) {
             if (alignWithPrevious(sections[j], sections[j + 1]) && values != nullptr) {
@@ -170,6 +178,12 @@ Walk walkBeside(const PointList& previous, const PointList& section, bool closed
     return less ? turned : Walk();
 }
 
+/// A section that comes back to where it began.
+bool isRing(const PointList& section) {
+    constexpr std::size_t fewest = 4;
+    return section.size() >= fewest && samePoint(section.front(), section.back());
+}
+
 PointList walkedThrough(const PointList& section, const Walk& walk, bool closed) {
     const std::size_t count = closed ? section.size() - 1 : section.size();
     PointList walked;
@@ -182,14 +196,15 @@ PointList walkedThrough(const PointList& section, const Walk& walk, bool closed)
 
 } // namespace
 
-void alignSections(Patch& patch, Patch* values) {
-    constexpr std::size_t fewestOfRing = 4;
+void alignSections(Patch& patch, Patch* values, const ReportProgress& report) {
+    ProgressCounter progress(report, countOf(patch) - 1);
     for (std::size_t j = 1; j < patch.size(); ++j) {
+        progress.advance();
         PointList& section = patch[j];
         if (section.size() != patch[j - 1].size() || section.size() < 2) {
             continue;
         }
-        const bool closed = section.size() >= fewestOfRing && samePoint(section.front(), section.back());
+        const bool closed = isRing(section);
         const Walk walk = walkBeside(patch[j - 1], section, closed);
         if (walk.start == 0 && !walk.backward) {
             continue;
@@ -199,6 +214,48 @@ void alignSections(Patch& patch, Patch* values) {
             (*values)[j] = walkedThrough((*values)[j], walk, closed);
         }
     }
+}
+
+// ---- Twists ---------------------------------------------------------------------------------------------------------
+
+namespace {
+
+/// Points enough to tell where a section begins; its ends are among them.
+PointList sampled(const PointList& section) {
+    constexpr std::size_t mostPoints = 257;
+    if (section.size() <= mostPoints) {
+        return section;
+    }
+    PointList points;
+    for (std::size_t i = 0; i < mostPoints; ++i) {
+        points.push_back(section[i * (section.size() - 1) / (mostPoints - 1)]);
+    }
+    return points;
+}
+
+bool isTwisted(const PointList& previous, const PointList& section) {
+    constexpr double worthTelling = 0.9;
+    constexpr std::size_t partOfRing = 8;
+    const bool closed = isRing(section);
+    const std::size_t count = closed ? section.size() - 1 : section.size();
+    const Walk walk = walkBeside(previous, section, closed);
+    const std::size_t shift = std::min(walk.start, count - walk.start);
+    return (walk.backward || shift * partOfRing > count) &&
+           sumOfDistances(previous, section, count, walk) <
+               worthTelling * sumOfDistances(previous, section, count, Walk());
+}
+
+} // namespace
+
+std::vector<std::int32_t> twistedSections(const Patch& patch) {
+    std::vector<std::int32_t> twisted;
+    for (std::size_t j = 1; j < patch.size(); ++j) {
+        if (patch[j].size() == patch[j - 1].size() && patch[j].size() > 1 &&
+            isTwisted(sampled(patch[j - 1]), sampled(patch[j]))) {
+            twisted.push_back(static_cast<std::int32_t>(j));
+        }
+    }
+    return twisted;
 }
 
 } // namespace velmora

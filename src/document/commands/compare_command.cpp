@@ -90,8 +90,8 @@ void CompareModel(VelmoraDoc& doc) {
         const NearestTree surface(*mesh);
         if (!surface.empty()) {
             doc.foundComparison = doc.structureKind == StructureKind::Unstructured
-                                      ? compareZones(doc.feRegion, doc.chosenMask(), surface)
-                                      : comparePatches(doc.patches, doc.chosenMask(), surface);
+                                      ? compareZones(doc.feRegion, doc.chosenMask(), surface, progressTo(doc.ui()))
+                                      : comparePatches(doc.patches, doc.chosenMask(), surface, progressTo(doc.ui()));
             doc.comparedDigest = geometryDigest(doc.patches, doc.feRegion);
             if (doc.dialogs->colours.ofCompare()) {
                 doc.redrawPicture();

@@ -1,4 +1,9 @@
+#include <algorithm>
+#include <string>
+#include <vector>
+
 #include "DialogValues.h"
+#include "ProgressCounter.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "command_rows.h"
@@ -97,6 +102,37 @@ void ConvertToSkl(VelmoraDoc& doc) {
     doc.redraw();
 }
 
+/// "patch 2: sections 3, 4": the sections at which the grid twists; empty for none.
+std::string twistsOf(const VelmoraDoc& doc) {
+    constexpr std::size_t mostNamed = 8;
+    std::string text;
+    for (std::size_t k = 0; k < doc.patches.size(); ++k) {
+        const std::vector<std::int32_t> twisted = twistedSections(doc.patches[k]);
+        if (twisted.empty()) {
+            continue;
+        }
+        text += (text.empty() ? "" : "; ") + (doc.patches.size() > 1 ? "patch " + std::to_string(k + 1) + ": " : "") +
+                (twisted.size() > 1 ? "sections" : "section");
+        for (std::size_t i = 0; i < std::min(twisted.size(), mostNamed); ++i) {
+            text += (i > 0 ? ", " : " ") + std::to_string(twisted[i] + 1);
+        }
+        if (twisted.size() > mostNamed) {
+            text += " and " + std::to_string(twisted.size() - mostNamed) + " more";
+        }
+    }
+    return text;
+}
+
+/// The lines come in an order, and with starts, that nobody looked at: where the grid of them twists is told.
+void tellTwists(VelmoraDoc& doc) {
+    const std::string twists = twistsOf(doc);
+    if (!twists.empty()) {
+        const std::string target = doc.saveTargetText();
+        doc.ShowStatus("The grid twists at " + twists + ": align lines to their neighbours" +
+                       (target.empty() ? "" : ". " + target));
+    }
+}
+
 void ConvertToApt(VelmoraDoc& doc) {
     if (doc.structureKind != StructureKind::Structured) {
         return;
@@ -116,10 +152,16 @@ void ConvertToApt(VelmoraDoc& doc) {
     doc.beginPatchCommand(Extent::Stays);
     {
         const BusyScope busy(doc.ui());
-        doc.patches = linesToGrid(doc.patches, doc.dialogs->toApt.pointCount, doc.dialogs->toApt.approximation == 1,
-                                  doc.wholeField());
-        for (std::size_t k = 0; doc.dialogs->toApt.align && k < doc.patches.size(); ++k) {
-            alignSections(doc.patches[k], doc.wholeField() != nullptr ? &(*doc.wholeField())[k] : nullptr);
+        const ReportProgress report = progressTo(doc.ui());
+        const CConvert_SKL_to_APT& values = doc.dialogs->toApt;
+        const double sampled = values.align ? 0.5 : 1.0;
+        doc.patches = linesToGrid(doc.patches, values.pointCount, values.approximation == 1, doc.wholeField(),
+                                  partOfProgress(report, 0.0, sampled));
+        const double share = (1.0 - sampled) / static_cast<double>(doc.patches.size());
+        for (std::size_t k = 0; values.align && k < doc.patches.size(); ++k) {
+            const double from = sampled + share * static_cast<double>(k);
+            alignSections(doc.patches[k], doc.wholeField() != nullptr ? &(*doc.wholeField())[k] : nullptr,
+                          partOfProgress(report, from, from + share));
         }
     }
     finishConversion(doc, StructureKind::Structured, FileKind::Apt, "apt");
@@ -128,6 +170,7 @@ void ConvertToApt(VelmoraDoc& doc) {
                    : doc.capture->patchCaptureArmed ? doc.capture->patchStatus
                                                     : idlePrompt);
     doc.redraw();
+    tellTwists(doc);
 }
 
 } // namespace

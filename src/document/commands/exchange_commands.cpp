@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -48,23 +47,13 @@ std::vector<FileType> typesAmong(std::vector<FileType> types, const std::vector<
     return types;
 }
 
-/// The user stopped an import.
-struct ImportStopped {};
-
-/// Reads the file, tells of it and shows what is wrong with it. None when it was stopped.
-std::optional<ImportOutcome> readForeign(VelmoraDoc& doc, const std::filesystem::path& path, ExchangeModel& model,
-                                         FileRead& record, LoadTally& tally) {
+/// Reads the file, tells of it and shows what is wrong with it.
+ImportOutcome readForeign(VelmoraDoc& doc, const std::filesystem::path& path, ExchangeModel& model, FileRead& record,
+                          LoadTally& tally) {
     ImportOutcome outcome = ImportOutcome::Failed;
-    try {
+    {
         const BusyScope busy(doc.ui());
-        outcome = importFile(path, doc.dialogs->importing.options(), model, record, [&doc](double fraction) {
-            doc.ui().showProgress(fraction);
-            if (doc.ui().wantsToStop()) {
-                throw ImportStopped();
-            }
-        });
-    } catch (const ImportStopped&) {
-        return std::nullopt;
+        outcome = importFile(path, doc.dialogs->importing.options(), model, record, progressTo(doc.ui()));
     }
     if (outcome == ImportOutcome::CannotOpen) {
         doc.ui().showMessage(message::cannotOpen);
@@ -107,7 +96,7 @@ void importForeignFile(VelmoraDoc& doc, const std::filesystem::path& path) {
     }
     constexpr bool ownFile = false; // it is not the model's: whatever is written over it is asked about
     LoadTally tally;
-    std::optional<ImportOutcome> outcome;
+    ImportOutcome outcome = ImportOutcome::Failed;
     {
         ModelAside before(doc);
         ExchangeModel model;
@@ -119,9 +108,7 @@ void importForeignFile(VelmoraDoc& doc, const std::filesystem::path& path) {
             before.keepForUndo();
         }
     }
-    if (!outcome) {
-        doc.ShowStatus(message::importStopped);
-    } else if (*outcome == ImportOutcome::Done) {
+    if (outcome == ImportOutcome::Done) {
         finishOpen(doc, tally);
         doc.documentModified = true;
     } else {

@@ -100,9 +100,9 @@ void Intersection(VelmoraDoc& doc) {
     if (!showDialog(doc.ui(), doc.dialogs->intersection)) {
         return;
     }
-    doc.intersectionTolerance = doc.dialogs->intersection.tolerance;
     doc.beginPatchCommand(Extent::Stays);
     carryOutIntersection(doc);
+    doc.intersectionTolerance = doc.dialogs->intersection.tolerance;
     doc.leaveRegimes();
     doc.emptyBlock();
     doc.showBlockOnly = false;

@@ -247,15 +247,15 @@ void VelmoraDoc::onOpenDocuments(const std::vector<std::filesystem::path>& paths
         // A grid may have a name alone; any other file without a point gives nothing.
         gaveModel = structureKind != StructureKind::None && (gridNamed || !holdsNothingToSave(*this));
         if (gaveModel) {
-            before.keepForUndo();
+            ui_.addRecentFile(fullPath(paths.front()));
+            loadFurtherFiles(*this, paths, tally);
+            before.keepForUndo(); // last: until then the model that goes comes back when the reading is cancelled
         }
     }
     if (!gaveModel) {
         cancelOpen(*this, tally);
         return;
     }
-    ui_.addRecentFile(fullPath(paths.front()));
-    loadFurtherFiles(*this, paths, tally);
     finishOpen(*this, tally);
 }
 

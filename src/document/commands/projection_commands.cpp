@@ -41,7 +41,7 @@ void VelmoraDoc::ReflectToApt() {
     bool missed = false;
     {
         const BusyScope busy(ui_);
-        lineBuffer.clear();
+        lineBuffer.clear(); // the guard has a copy
         const TriangleTree target(CellMesh(patches, blockMask()).takeMesh());
         projectPatches(
             patches, blockCount < 1 ? std::vector<std::int32_t>() : chosenPatches(), target, nearestCellHit, lineBuffer,

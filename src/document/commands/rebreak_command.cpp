@@ -1,12 +1,13 @@
 #include <algorithm>
+#include <optional>
 
 #include "DialogValues.h"
+#include "ModelTrial.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "captured_curve.h"
 #include "command_rows.h"
 #include "command_rules.h"
-#include "show_dialog.h"
 
 namespace velmora {
 
@@ -60,20 +61,36 @@ void prepareRebreak(VelmoraDoc& doc) {
     values.room = doc.memoryRoom(bytesOfPoint);
 }
 
-void rebreakOnePatch(VelmoraDoc& doc, std::int32_t patch) {
-    Patch& target = doc.patches[static_cast<std::size_t>(patch)];
+/// Re-spaces the curves of the captured patch, or of the zBlock. Gives the place to which a captured line came, if it
+/// has another one.
+std::optional<std::int32_t> rebreakCurves(VelmoraDoc& doc, CRebreak& values) {
     const bool lines = doc.capture->lineCaptured;
-    const CurveRange curves = curveRange(doc.dialogs->rebreak, curveCountOf(target, lines),
-                                         lines ? doc.capture->capturedLine : doc.capture->capturedSection);
-    // A stretch that was too long for a curve stays cut, for the patches that follow and in the dialog.
-    if (lines) {
-        rebreakLines(target, doc.dialogs->rebreak.law, curves);
-        if (curves.first > 0) {
-            doc.capture.renumberLine(curves.first);
+    std::optional<std::int32_t> moved;
+    const auto rebreakPatch = [&](std::int32_t k) {
+        Patch& patch = doc.patches[static_cast<std::size_t>(k)];
+        const CurveRange curves =
+            curveRange(values, curveCountOf(patch, lines),
+                       lines ? moved.value_or(doc.capture->capturedLine) : doc.capture->capturedSection);
+        // A stretch that was too long for a curve stays cut, for the patches that follow and in the dialog.
+        (lines ? rebreakLines : rebreakSections)(patch, values.law, curves);
+        if (lines && curves.first > 0) {
+            moved = curves.first;
         }
-    } else {
-        rebreakSections(target, doc.dialogs->rebreak.law, curves);
+    };
+    if (!values.useBlock) {
+        rebreakPatch(doc.capture->capturedPatch);
+        return moved;
     }
+    for (std::int32_t i = 0; i < doc.blockCount; ++i) {
+        const std::int32_t k = doc.blockList[static_cast<std::size_t>(i)];
+        if (k >= 0 && k < countOf(doc.patches)) {
+            const Patch& patch = doc.patches[static_cast<std::size_t>(k)];
+            values.law.lastPoint = curveLengthOf(patch, lines);
+            values.lastCurve = curveCountOf(patch, lines);
+            rebreakPatch(k);
+        }
+    }
+    return moved;
 }
 
 /// What the values make of the captured curve, which stays. Empty for the curves of the zBlock and for counts too large
@@ -110,17 +127,27 @@ PointList triedCurve(VelmoraDoc& doc, const CRebreak& values) {
     return points;
 }
 
-/// Asks for the values; a plot shows meanwhile what they come to.
+/// Asks for the values; model and plot show meanwhile what they come to.
 bool askRebreak(VelmoraDoc& doc) {
     CRebreak& values = doc.dialogs->rebreak;
     values.tried = [&doc](const CRebreak& tried) {
         if (doc.dialogs->onCurveTried) {
-            if (const PointList curve = triedCurve(doc, tried); !curve.empty()) {
-                doc.dialogs->onCurveTried(curve);
-            }
+            doc.withoutTrial([&] {
+                if (const PointList curve = triedCurve(doc, tried); !curve.empty()) {
+                    doc.dialogs->onCurveTried(curve);
+                }
+            });
         }
     };
-    const bool agreed = showDialog(doc.ui(), values);
+    const bool agreed = showDialogTrying(doc, values, [&doc](const CRebreak& tried) {
+        CRebreak working = tried;
+        const double curves = tried.useBlock ? tried.blockCurves : tried.patchCurves;
+        if (curves * tried.law.newCount > ModelTrial::mostPoints) {
+            return false;
+        }
+        rebreakCurves(doc, working);
+        return true;
+    });
     values.tried = nullptr;
     return agreed;
 }
@@ -137,18 +164,8 @@ void Rebreak(VelmoraDoc& doc) {
         return;
     }
     doc.beginPatchCommand(Extent::Stays);
-    if (doc.dialogs->rebreak.useBlock) {
-        for (std::int32_t i = 0; i < doc.blockCount; ++i) {
-            const std::int32_t k = doc.blockList[static_cast<std::size_t>(i)];
-            if (k >= 0 && k < countOf(doc.patches)) {
-                const Patch& patch = doc.patches[static_cast<std::size_t>(k)];
-                doc.dialogs->rebreak.law.lastPoint = curveLengthOf(patch, lines);
-                doc.dialogs->rebreak.lastCurve = curveCountOf(patch, lines);
-                rebreakOnePatch(doc, k);
-            }
-        }
-    } else {
-        rebreakOnePatch(doc, doc.capture->capturedPatch);
+    if (const auto moved = rebreakCurves(doc, doc.dialogs->rebreak)) {
+        doc.capture.renumberLine(*moved);
     }
     const std::int32_t sections = countOf(doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)]);
     doc.capture.renumberSection(std::clamp(doc.dialogs->rebreak.capturedNumber - 1, 0, std::max(sections - 1, 0)));

@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <utility>
 
 #include "DialogValues.h"
+#include "ModelTrial.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "command_rows.h"
@@ -8,7 +10,7 @@
 #include "exchange.h"
 #include "messages.h"
 #include "patch_curves.h"
-#include "show_dialog.h"
+#include "patch_order.h"
 
 namespace velmora {
 
@@ -78,8 +80,25 @@ bool prepareRebreakPart(VelmoraDoc& doc) {
     return values.pointNumber >= 1 && values.pointNumber <= values.curveLength && (!lines || isGrid(patch));
 }
 
+/// What the values make of the captured patch. False where the command would refuse them, or turn no patch to get at
+/// its lines.
+bool tryPart(VelmoraDoc& doc, const CRebreakPart& values) {
+    const std::int32_t k = doc.capture->capturedPatch;
+    const bool lines = doc.capture->lineCaptured;
+    if (tooCloseToFit(values) || (lines && doc.blockCount > 0 && !doc.inBlock(k)) ||
+        static_cast<double>(values.law.newCount) * values.curveTotal > ModelTrial::mostPoints) {
+        return false;
+    }
+    Patch& patch = doc.patches[static_cast<std::size_t>(k)];
+    Patch turned = lines ? transposed(patch) : patch;
+    rebuildParts(turned, nullptr, lines ? doc.capture->capturedLine : doc.capture->capturedSection, values);
+    patch = lines ? transposed(turned) : std::move(turned);
+    return true;
+}
+
 void RebreakPart(VelmoraDoc& doc) {
-    if (!prepareRebreakPart(doc) || !showDialog(doc.ui(), doc.dialogs->rebreakPart)) {
+    const auto tryOut = [&doc](const CRebreakPart& values) { return tryPart(doc, values); };
+    if (!prepareRebreakPart(doc) || !showDialogTrying(doc, doc.dialogs->rebreakPart, tryOut)) {
         return;
     }
     if (tooCloseToFit(doc.dialogs->rebreakPart)) {

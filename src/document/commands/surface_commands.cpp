@@ -2,6 +2,8 @@
 #include <utility>
 
 #include "DialogValues.h"
+#include "ModelTrial.h"
+#include "ProgressCounter.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "capture_address.h"
@@ -39,23 +41,50 @@ void CoonsRebuild(VelmoraDoc& doc) {
     doc.redraw();
 }
 
+/// The passes over a patch, in their order: true for lines.
+std::vector<bool> passesOf(const CSmooth& values) {
+    switch (values.regime) {
+    case 2:
+        return {true};
+    case 3:
+        return {false, true};
+    case 4:
+        return {true, false};
+    default:
+        return {false};
+    }
+}
+
+/// False once coincident points turned the spline to straight lines.
+bool smoothChosen(VelmoraDoc& doc, const CSmooth& values, const ReportProgress& report) {
+    const std::vector<std::int32_t> chosen = doc.chosenInModelOrder();
+    const std::vector<bool> passes = passesOf(values);
+    const double share = 1.0 / static_cast<double>(chosen.size() * passes.size());
+    bool spline = values.function == 1;
+    double done = 0.0;
+    for (const std::int32_t k : chosen) {
+        for (const bool lines : passes) {
+            const auto smooth = lines ? smoothLines : smoothSections;
+            smooth(doc.patches[static_cast<std::size_t>(k)], spline, partOfProgress(report, done, done + share));
+            done += share;
+        }
+    }
+    return spline;
+}
+
 void SmoothGeometry(VelmoraDoc& doc) {
-    if (!showDialog(doc.ui(), doc.dialogs->smooth)) {
+    const auto tryOut = [&doc](const CSmooth& values) {
+        smoothChosen(doc, values, {});
+        return true;
+    };
+    if (!showDialogTrying(doc, doc.dialogs->smooth, tryOut)) {
         return;
     }
     doc.beginPatchCommand(Extent::Stays);
-    bool spline = doc.dialogs->smooth.function == 1;
-    for (const std::int32_t k : doc.chosenInModelOrder()) {
-        Patch& patch = doc.patches[static_cast<std::size_t>(k)];
-        if (doc.dialogs->smooth.regime == 2 || doc.dialogs->smooth.regime == 4) {
-            smoothLines(patch, spline);
-        }
-        if (doc.dialogs->smooth.regime != 2) {
-            smoothSections(patch, spline);
-        }
-        if (doc.dialogs->smooth.regime == 3) {
-            smoothLines(patch, spline);
-        }
+    bool spline = true;
+    {
+        const BusyScope busy(doc.ui());
+        spline = smoothChosen(doc, doc.dialogs->smooth, progressTo(doc.ui()));
     }
     doc.dialogs->smooth.function = spline ? 1 : 2; // coincident points turn it to Linear, for the next call too
     followCapturedPoint(doc);
@@ -107,6 +136,13 @@ void Interpolate(VelmoraDoc& doc) {
     }
 }
 
+bool bendLine(VelmoraDoc& doc, const CCorrectLine& values, Patch* field) {
+    return correctLine(
+        doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)], doc.capture->capturedPointSection,
+        {doc.capture->capturedPoint, doc.capture->capturedLine, values.linesBefore, values.linesAfter, values.power},
+        field);
+}
+
 /// Shows the dialog for the captured line. False for Cancel, and where there is nothing to correct.
 bool askForCorrection(VelmoraDoc& doc) {
     if (doc.capture->capturedPoint == doc.capture->capturedLine) {
@@ -117,16 +153,17 @@ bool askForCorrection(VelmoraDoc& doc) {
     doc.dialogs->correctLine = {doc.capture->capturedLine + 1, lineCount(patch) - doc.capture->capturedLine,
                                 CCorrectLine().power};
     doc.dialogs->correctLine.room = doc.memoryRoom(static_cast<double>(patch.size()) * bytesOfPoint);
-    return showDialog(doc.ui(), doc.dialogs->correctLine);
+    return showDialogTrying(doc, doc.dialogs->correctLine, [&doc](const CCorrectLine& values) {
+        const double lines = static_cast<double>(values.linesBefore) + values.linesAfter;
+        const Patch& bent = doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)];
+        return lines * static_cast<double>(bent.size()) <= ModelTrial::mostPoints && bendLine(doc, values, nullptr);
+    });
 }
 
 /// Bends the captured line. False leaves model and capture as they were.
 bool correctCapturedLine(VelmoraDoc& doc) {
-    Patch& patch = doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)];
     const CCorrectLine& v = doc.dialogs->correctLine;
-    if (!correctLine(patch, doc.capture->capturedPointSection,
-                     {doc.capture->capturedPoint, doc.capture->capturedLine, v.linesBefore, v.linesAfter, v.power},
-                     doc.fieldOfPatch(doc.capture->capturedPatch))) {
+    if (!bendLine(doc, v, doc.fieldOfPatch(doc.capture->capturedPatch))) {
         return false;
     }
     doc.capture.renumberLine(v.linesBefore - 1);

@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "DialogValues.h"
+#include "ModelTrial.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "capture_address.h"
@@ -67,28 +68,41 @@ void runTransformation(VelmoraDoc& doc, bool keepsPoint, const std::function<boo
     doc.redraw();
 }
 
+/// Shows the dialog, and the model as its values map it. False for Cancel.
+template <class Values>
+bool askForMap(VelmoraDoc& doc, Values& values) {
+    return showDialogTrying(doc, values, [&doc](const Values& tried) { return transformModel(doc, tried.map()); });
+}
+
 void ScaleModel(VelmoraDoc& doc) {
-    if (doc.structureKind == StructureKind::None || !showDialog(doc.ui(), doc.dialogs->scaling)) {
+    if (doc.structureKind == StructureKind::None || !askForMap(doc, doc.dialogs->scaling)) {
         return;
     }
     runTransformation(doc, true, [&doc] { return transformModel(doc, doc.dialogs->scaling.map()); });
 }
 
 void MoveModel(VelmoraDoc& doc) {
-    if (doc.structureKind == StructureKind::None || !showDialog(doc.ui(), doc.dialogs->move)) {
+    if (doc.structureKind == StructureKind::None || !askForMap(doc, doc.dialogs->move)) {
         return;
     }
     runTransformation(doc, true, [&doc] { return transformModel(doc, doc.dialogs->move.map()); });
 }
 
+/// The axis comes out as the turn leaves it.
+bool turnModel(VelmoraDoc& doc, RotationAxis& axis) {
+    return transformModel(doc, [&axis](const zVec<double>& point) { return rotatePoint(point, axis); });
+}
+
 void RotateModel(VelmoraDoc& doc) {
-    if (doc.structureKind == StructureKind::None || !showDialog(doc.ui(), doc.dialogs->rotate)) {
+    const auto tryOut = [&doc](const CBlockRotate& values) {
+        RotationAxis axis = values.axis();
+        return turnModel(doc, axis);
+    };
+    if (doc.structureKind == StructureKind::None || !showDialogTrying(doc, doc.dialogs->rotate, tryOut)) {
         return;
     }
     RotationAxis axis = doc.dialogs->rotate.axis();
-    runTransformation(doc, true, [&doc, &axis] {
-        return transformModel(doc, [&axis](const zVec<double>& point) { return rotatePoint(point, axis); });
-    });
+    runTransformation(doc, true, [&doc, &axis] { return turnModel(doc, axis); });
     doc.dialogs->rotate.takeEnd(axis);
 }
 

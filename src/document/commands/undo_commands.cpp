@@ -4,6 +4,7 @@
 #include "CommandGuard.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "WorkCancelled.h"
 #include "capture_address.h"
 #include "captured_curve.h"
 #include "command_rows.h"
@@ -170,6 +171,12 @@ void VelmoraDoc::runCommand(CommandRun command) {
             updateBounds();
         }
         ui_.showMessage(message::resultNotFinite);
+    } catch (const WorkCancelled&) {
+        takeReplacedSnapshots(*this);
+        if (!(boxMin == lower && boxMax == upper)) {
+            updateBounds();
+        }
+        ShowStatus(message::workCancelled);
     } catch (...) {
         replaced.reset();
         throw;

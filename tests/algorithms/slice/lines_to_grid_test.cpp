@@ -228,4 +228,35 @@ TEST(AlignSections, ManyPointsTakeNoQuadraticTime) {
     EXPECT_NEAR(patch[1][25000].y, 1, 1e-9);
 }
 
+// ---- Twists ---------------------------------------------------------------------------------------------------------
+
+TEST(TwistedSections, AreThoseThatBeginElsewhereOrRunTheOtherWay) {
+    std::mt19937 engine(7);
+    const Patch patch = {ring(40, 0, 0, false, 0, engine),    ring(40, 1, 0.05, false, 0, engine),
+                         ring(40, 2, 0.5, false, 0, engine),  ring(40, 3, 0.5, false, 0, engine),
+                         ring(40, 4, 0.5, true, 0, engine),   ring(40, 5, 0.5, true, 0, engine),
+                         ring(40, 6, 0.375, true, 0, engine), ring(40, 7, 0.0, false, 0, engine)};
+    // 1: a twentieth of a turn on. 2: half a turn. 4: the same place, the other way. 6: an eighth back, which is no
+    // more than is let pass. 7: both.
+    EXPECT_THAT(twistedSections(patch), ElementsAre(2, 4, 7));
+    Patch aligned = patch;
+    alignSections(aligned);
+    EXPECT_THAT(twistedSections(aligned), IsEmpty());
+}
+
+TEST(TwistedSections, OfOpenSectionsTheDirectionCounts) {
+    const PointList here = {{0, 0, 0}, {1, 0, 0}, {2, 0, 0}};
+    const PointList there = {{0, 1, 0}, {1, 1, 0}, {2, 1, 0}};
+    const PointList back(there.rbegin(), there.rend());
+    EXPECT_THAT(twistedSections({here, there, back}), ElementsAre(2));
+    EXPECT_THAT(twistedSections({here, {{5, 5, 5}}, there}), IsEmpty()) << "sections of other lengths are not compared";
+    EXPECT_THAT(twistedSections({}), IsEmpty());
+}
+
+TEST(TwistedSections, LongOnesAreTakenByTheirShape) {
+    std::mt19937 engine(8);
+    EXPECT_THAT(twistedSections({ring(100000, 0, 0, false, 0, engine), ring(100000, 1, 0.25, false, 0, engine)}),
+                ElementsAre(1));
+}
+
 } // namespace velmora::test

@@ -1,0 +1,112 @@
+#include <gtest/gtest.h>
+
+#include <QDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <QThread>
+#include <atomic>
+
+#include "DocumentState.h"
+#include "WindowDriver.h"
+#include "large_body.h"
+#include "messages.h"
+#include "temporary_folder.h"
+
+namespace velmora::test {
+namespace {
+
+std::size_t patchesOf(WindowDriver& person) {
+    return person.ask([] { return WindowDriver::frame().state().patches.size(); });
+}
+
+bool waitUntil(const std::atomic<bool>& flag) {
+    constexpr int patience = 20'000; // ms
+    for (int waited = 0; !flag && waited < patience; waited += 10) {
+        QThread::msleep(10);
+    }
+    return flag;
+}
+
+QString messagePane(const MainFrame& frame) {
+    return frame.findChild<QLabel*>(QStringLiteral("message"))->text();
+}
+
+/// Begins a slice of more than half a second. `held` becomes true as the program first looks whether it shall stop; it
+/// sleeps on then, so that the work is not through before the person had a hand in it.
+void beginLongSlice(WindowDriver& person, std::atomic<bool>& held) {
+    held = false;
+    person.choose({"Transformations", "Convert to", "SKL..."});
+    person.waitForBox(QStringLiteral("CConvert_to_SKL"));
+    person.clickWidget(QStringLiteral("number"));
+    person.key("a", "Control_L");
+    person.type("70000");
+    person.ask([&held] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        QObject::connect(dialog, &QDialog::finished, qApp, [&held] {
+            // It waits for the next look at the events, which is in the middle of the work.
+            QMetaObject::invokeMethod(
+                qApp,
+                [&held] {
+                    held = true;
+                    QThread::msleep(1500);
+                },
+                Qt::QueuedConnection);
+        });
+    });
+    person.key("Return");
+    EXPECT_TRUE(waitUntil(held)) << "the slice does not begin";
+}
+
+const QPushButton& cancelButton() {
+    return *WindowDriver::frame().findChild<QPushButton*>(QStringLiteral("cancelWork"));
+}
+
+void expectAsBefore(WindowDriver& person, std::size_t zones) {
+    EXPECT_TRUE(person.waitFor([] { return QApplication::overrideCursor() == nullptr; }));
+    person.rest = std::chrono::milliseconds(200);
+    person.settle();
+    person.rest = std::chrono::milliseconds(20);
+    EXPECT_EQ(person.status(), QString::fromLatin1(message::workCancelled));
+    EXPECT_EQ(patchesOf(person), 0U);
+    EXPECT_EQ(person.ask([] { return WindowDriver::frame().state().feRegion.blocks.size(); }), zones);
+    EXPECT_FALSE(person.ask([] { return WindowDriver::frame().state().documentModified; }));
+    EXPECT_FALSE(person.ask([] { return cancelButton().isVisible(); }));
+}
+
+TEST(LongWork, EscAndTheButtonGiveItUpAndNothingTypedMeanwhileActsAfterwards) {
+    const TemporaryFolder folder;
+    const std::filesystem::path body = writeLargeBody(folder / "body.dat", 140);
+    runProgram({body.string()}, [&](WindowDriver& person) {
+        person.waitForFrame();
+        person.rest = std::chrono::milliseconds(20);
+        const std::size_t zones = person.ask([] { return WindowDriver::frame().state().feRegion.blocks.size(); });
+        ASSERT_EQ(zones, 1U);
+        std::atomic<bool> held{false};
+        const QPoint view = person.onView({300, 300});
+        beginLongSlice(person, held);
+        person.key("n", "Control_L"); // New, which would ask
+        person.move(view);
+        person.press(WindowDriver::rightButton);
+        person.release(WindowDriver::rightButton);
+        person.key("Escape");
+        expectAsBefore(person, zones);
+        EXPECT_EQ(person.ask([] { return QApplication::activeModalWidget(); }), nullptr);
+        EXPECT_EQ(person.ask([] { return WindowDriver::openedMenu(); }), nullptr);
+
+        beginLongSlice(person, held);
+        EXPECT_TRUE(person.ask([] { return cancelButton().isVisible(); })) << "asked in the middle of the work";
+        EXPECT_EQ(person.ask([] { return messagePane(WindowDriver::frame()); }),
+                  QStringLiteral("Convert unstructured grid to lines (SKL)"));
+        person.screenshot(QStringLiteral("long-work"));
+        const QPoint button = person.centreOf(QStringLiteral("cancelWork"));
+        person.move(button);
+        person.press();
+        person.release();
+        expectAsBefore(person, zones);
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().session().journal().lines().size(); }), 1U)
+            << "the file that was opened";
+    });
+}
+
+} // namespace
+} // namespace velmora::test

@@ -1,0 +1,74 @@
+#include <gtest/gtest.h>
+
+#include "Desk.h"
+#include "DocumentState.h"
+#include "VelmoraDoc.h"
+#include "WindowDriver.h"
+
+namespace velmora::test {
+namespace {
+
+double firstX(WindowDriver& person) {
+    return person.ask([] { return WindowDriver::frame().state().patches[0][0][0].x; });
+}
+
+std::string bytesOf(WindowDriver& person) {
+    return person.ask([] { return WindowDriver::frame().document().rescueBytes(); });
+}
+
+void typeInto(WindowDriver& person, const QString& field, const std::string& text) {
+    person.clickWidget(field);
+    person.key("a", "Control_L");
+    person.type(text);
+    person.key("Tab");
+    person.settle();
+}
+
+TEST(Preview, AFieldThatIsLeftMovesTheModelAndCancelMovesItBackToTheBit) {
+    const Desk desk;
+    runProgram({desk.model.string()}, [&](WindowDriver& person) {
+        person.waitForFrame();
+        const std::string before = bytesOf(person);
+        const double x = firstX(person);
+        person.choose({"Transformations", "Move..."});
+        person.waitForBox(QStringLiteral("CBlockMove"));
+        typeInto(person, QStringLiteral("deltaX"), "0.75");
+        EXPECT_EQ(firstX(person), x + 0.75);
+        person.screenshot(QStringLiteral("preview-move"));
+        typeInto(person, QStringLiteral("deltaY"), "1,5");
+        EXPECT_EQ(firstX(person), x) << "a value that cannot be taken";
+        typeInto(person, QStringLiteral("deltaY"), "1.5");
+        EXPECT_EQ(firstX(person), x + 0.75);
+        person.key("Escape");
+        EXPECT_TRUE(person.waitForNoBox());
+        EXPECT_EQ(bytesOf(person), before);
+        EXPECT_FALSE(person.ask([] { return WindowDriver::frame().state().documentModified; }));
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().session().journal().lines().size(); }), 1U);
+    });
+}
+
+TEST(Preview, OkRunsTheCommandOnce) {
+    const Desk desk;
+    runProgram({desk.model.string()}, [&](WindowDriver& person) {
+        person.waitForFrame();
+        const std::string before = bytesOf(person);
+        const double x = firstX(person);
+        person.choose({"Transformations", "Move..."});
+        person.waitForBox(QStringLiteral("CBlockMove"));
+        typeInto(person, QStringLiteral("deltaX"), "0.5");
+        typeInto(person, QStringLiteral("deltaX"), "0.25");
+        EXPECT_EQ(firstX(person), x + 0.25);
+        person.key("Return");
+        EXPECT_TRUE(person.waitForNoBox());
+        EXPECT_EQ(firstX(person), x + 0.25);
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().session().journal().lines().back(); }),
+                  "run model.move deltaX=0.25");
+        person.key("z", "Control_L");
+        person.settle();
+        EXPECT_EQ(firstX(person), x);
+        EXPECT_EQ(bytesOf(person), before);
+    });
+}
+
+} // namespace
+} // namespace velmora::test

@@ -54,7 +54,7 @@ TEST_F(DocumentTest, AForeignFileComesByItsPath) {
     EXPECT_EQ(doc.modelFile.documentTitle, "Untitled.dat");
 }
 
-TEST_F(CommandTest, TheUnitOfAFileStandsInTheStatusLine) {
+TEST_F(DocumentTest, TheUnitOfAFileStandsInTheStatusLine) {
     if (!reads("step")) {
         GTEST_SKIP() << "built without the library for STEP";
     }
@@ -63,7 +63,7 @@ TEST_F(CommandTest, TheUnitOfAFileStandsInTheStatusLine) {
     EXPECT_THAT(heard(), Contains(testing::StartsWith("status: Unit of length: millimetre. ")));
 }
 
-TEST_F(CommandTest, ATypeOfALibraryThatIsNotThereIsRefusedAsSuch) {
+TEST_F(DocumentTest, ATypeOfALibraryThatIsNotThereIsRefusedAsSuch) {
     for (const std::string_view extension : absentExtensions()) {
         EXPECT_FALSE(reads(extension) && extension != "wrl");
         const std::string name = "a." + std::string(extension);

@@ -150,6 +150,21 @@ ExchangeView viewOf(const VelmoraDoc& doc) {
                                                           : ExchangeView(noPatches, doc.feRegion);
 }
 
+/// What the zBlock holds; of an empty one, all.
+ExchangeModel chosenParts(const VelmoraDoc& doc) {
+    ExchangeModel parts;
+    parts.region.title = doc.feRegion.title;
+    const std::vector<bool> chosen = doc.chosenMask();
+    for (std::size_t k = 0; k < chosen.size(); ++k) {
+        if (chosen[k] && doc.structureKind == StructureKind::Structured) {
+            parts.patches.push_back(doc.patches[k]);
+        } else if (chosen[k]) {
+            parts.region.blocks.push_back(cloneZone(*doc.feRegion.blocks[k]));
+        }
+    }
+    return parts;
+}
+
 std::vector<FileType> exportTypes(const VelmoraDoc& doc) {
     const bool isGrid = doc.structureKind == StructureKind::Structured && doc.fileKind == FileKind::Apt;
     return typesAmong(isGrid ? exportFileTypes() : exportTriangleFileTypes(), exportExtensions());
@@ -180,6 +195,18 @@ void finishExport(VelmoraDoc& doc, const std::string& extension, ExportOutcome o
     }
 }
 
+void writeExport(VelmoraDoc& doc, const std::filesystem::path& path, const ExchangeView& model) {
+    const ExportOptions options = doc.dialogs->exporting.options();
+    tellMove(doc, digitsWritten(path, options), moveByDigits(path, model, options));
+    WriteOutcome written;
+    ExportOutcome outcome = ExportOutcome::CannotWrite;
+    {
+        const BusyScope busy(doc.ui());
+        outcome = exportFile(path, model, options, written, progressTo(doc.ui()));
+    }
+    finishExport(doc, extensionOf(path), outcome, written);
+}
+
 /// The model as a file of others; its own file stays what it is.
 void exportModel(VelmoraDoc& doc) {
     if (doc.structureKind == StructureKind::None || holdsNothingToSave(doc)) {
@@ -196,26 +223,21 @@ void exportModel(VelmoraDoc& doc) {
         return;
     }
     const std::filesystem::path path = fullPath(paths.front());
-    const std::string extension = extensionOf(path);
     const ExchangeView model = viewOf(doc);
     const ExportOutcome possible = exportPossible(path, model);
     if (possible != ExportOutcome::Done) {
-        finishExport(doc, extension, possible, {});
+        finishExport(doc, extensionOf(path), possible, {});
         return;
     }
     if (!showDialog(doc.ui(), doc.dialogs->exporting) ||
         !mayOverwrite(doc, path, TargetFrom::Chooser, FileContent::Export)) {
         return;
     }
-    const ExportOptions options = doc.dialogs->exporting.options();
-    tellMove(doc, digitsWritten(path, options), moveByDigits(path, model, options));
-    WriteOutcome written;
-    ExportOutcome outcome = ExportOutcome::CannotWrite;
-    {
-        const BusyScope busy(doc.ui());
-        outcome = exportFile(path, model, options, written, progressTo(doc.ui()));
+    if (doc.dialogs->exporting.onlyBlock) {
+        writeExport(doc, path, chosenParts(doc));
+    } else {
+        writeExport(doc, path, model);
     }
-    finishExport(doc, extension, outcome, written);
 }
 
 } // namespace

@@ -13,6 +13,7 @@ struct CExport {
     bool binary = true;         ///< where the format has both forms
     std::int32_t precision = 2; ///< of binary numbers: 1 single, 2 double
     bool merge = false;         ///< points with equal coordinates become one in the file
+    bool onlyBlock = false;     ///< the zBlock, if it has parts, in place of all
 
     /// What the writers are to do.
     ExportOptions options() const;
@@ -37,6 +38,7 @@ inline DialogForm describe(CExport& values) {
         checkField("binary", "Binary, where the format can be", values.binary),
         radioField("precision", values.precision, {"Single precision", "Double precision"}),
         checkField("merge", "Merge equal points", values.merge),
+        checkField("onlyBlock", "Only the zBlock", values.onlyBlock),
     };
     return form;
 }

@@ -41,6 +41,9 @@ Look lineOfPly(int number) {
 /// Three sides of a prism: each section ends where it begins.
 const Patch prism = {{{0, 0, 0}, {1, 0, 0}, {0.5, 1, 0}, {0, 0, 0}}, {{0, 0, 1}, {1, 0, 1}, {0.5, 1, 1}, {0, 0, 1}}};
 
+/// A zone of one triangle, and one of the faces of a brick.
+const Steps triangleAndBrick = {{.id = "file.import", .fields = {{"volumes", "2"}}, .files = {"brick.dat"}}};
+
 } // namespace
 
 const Choices exchangeChoices = {
@@ -130,6 +133,44 @@ const Choices exchangeChoices = {
      .files = {"out.ply"},
      .look = lineOfPly(3),
      .expected = "element vertex 6"},
+    {.dialog = "CExport",
+     .field = "onlyBlock",
+     .value = 0,
+     .command = "file.export",
+     .model = {flatPatch(2, 2), flatPatch(3, 3)},
+     .before = addPatch(2),
+     .files = {"out.ply"},
+     .look = lineOfPly(3),
+     .expected = "element vertex 13",
+     .when = "with a zBlock"},
+    {.dialog = "CExport",
+     .field = "onlyBlock",
+     .value = 1,
+     .command = "file.export",
+     .model = {flatPatch(2, 2), flatPatch(3, 3)},
+     .before = addPatch(2),
+     .files = {"out.ply"},
+     .look = lineOfPly(3),
+     .expected = "element vertex 9",
+     .when = "with a zBlock"},
+    {.dialog = "CExport",
+     .field = "onlyBlock",
+     .value = 1,
+     .command = "file.export",
+     .model = {flatPatch(2, 2), flatPatch(3, 3)},
+     .files = {"out.ply"},
+     .look = lineOfPly(3),
+     .expected = "element vertex 13",
+     .when = "with an empty zBlock"},
+    {.dialog = "CExport",
+     .field = "onlyBlock",
+     .value = 1,
+     .command = "file.export",
+     .before = triangleAndBrick + addPatch(1),
+     .files = {"out.ply"},
+     .look = lineOfPly(3),
+     .expected = "element vertex 3",
+     .when = "of zones"},
 };
 
 INSTANTIATE_TEST_SUITE_P(Exchange, DialogChoice, testing::ValuesIn(exchangeChoices), nameOf);
@@ -147,10 +188,11 @@ TEST(DialogFields, OfImport) {
 }
 
 TEST(DialogFields, OfExport) {
-    EXPECT_THAT(linesOf("CExport"), ElementsAre("Export", "digits | Digits in text | int | 17 | 6 to 17",
-                                                "binary | Binary, where the format can be | check | 1",
-                                                "precision |  | radio | 2 | \"Single precision\" \"Double precision\"",
-                                                "merge | Merge equal points | check | 0"));
+    EXPECT_THAT(linesOf("CExport"),
+                ElementsAre("Export", "digits | Digits in text | int | 17 | 6 to 17",
+                            "binary | Binary, where the format can be | check | 1",
+                            "precision |  | radio | 2 | \"Single precision\" \"Double precision\"",
+                            "merge | Merge equal points | check | 0", "onlyBlock | Only the zBlock | check | 0"));
 }
 
 } // namespace velmora::test

@@ -10,6 +10,7 @@
 #include <optional>
 #include <utility>
 
+#include "ProgressCounter.h"
 #include "vectors.h"
 
 namespace velmora {
@@ -288,7 +289,7 @@ zVec<double> difference(const SlicePoint& a, const SlicePoint& b) {
 
 } // namespace
 
-JoinedLines joinLines(std::vector<SliceLine> lines, int axis, double precision) {
+JoinedLines joinLines(std::vector<SliceLine> lines, int axis, double precision, const ReportProgress& report) {
     JoinedLines joined;
     if (lines.size() < 2) {
         joined.lines = std::move(lines);
@@ -299,9 +300,11 @@ JoinedLines joinLines(std::vector<SliceLine> lines, int axis, double precision) 
     if (!apart(runs)) {
         joiner.joinPlainly(0, lines.size());
     } else {
+        ProgressCounter progress(report, static_cast<std::int64_t>(lines.size()));
         for (const PlaneRun& run : runs) {
             run.end - run.begin < fewLines ? joiner.joinPlainly(run.begin, run.end)
                                            : joiner.joinByCells(run.begin, run.end);
+            progress.advance(static_cast<std::int64_t>(run.end - run.begin));
         }
     }
     for (std::size_t line = 0; line < lines.size(); ++line) {

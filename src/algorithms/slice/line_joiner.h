@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "progress.h"
 #include "slice_points.h"
 
 namespace velmora {
@@ -21,7 +22,7 @@ struct JoinedLines {
 /// the last of the lines left in the plane grows next. Fewer than two lines stay as they are. No line may be empty.
 ///
 /// Close to linear, unless lines of different planes count as one plane, or come in turns: quadratic then.
-JoinedLines joinLines(std::vector<SliceLine> lines, int axis, double precision);
+JoinedLines joinLines(std::vector<SliceLine> lines, int axis, double precision, const ReportProgress& report = {});
 
 /// Reverses each line from the second on that starts in the direction in which the line before it starts less than the
 /// way back from its last point does. Lines of one point turn nothing.

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "PlaneCutter.h"
+#include "ProgressCounter.h"
 #include "SegmentChainer.h"
 #include "corner_box.h"
 #include "line_joiner.h"
@@ -80,7 +81,7 @@ SliceResult sliceSurface(const zRegion_fe& region, const SlicePlan& plan, const 
     for (std::vector<SliceLine>& ofPlane : linesOfPlanes) {
         std::move(ofPlane.begin(), ofPlane.end(), std::back_inserter(lines));
     }
-    JoinedLines joined = joinLines(std::move(lines), plan.axis, plan.precision);
+    JoinedLines joined = joinLines(std::move(lines), plan.axis, plan.precision, partOfProgress(progress, 0.9, 1.0));
     orientLines(joined.lines);
     if (progress) {
         progress(1.0);

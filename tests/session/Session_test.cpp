@@ -7,6 +7,7 @@
 #include "FakeSurface.h"
 #include "RecordingUi.h"
 #include "arranged_capture.h"
+#include "messages.h"
 #include "small_models.h"
 
 namespace velmora::test {
@@ -199,11 +200,53 @@ TEST_F(SessionTest, OnlyFilesThatWereOpenedAreRecent) {
     EXPECT_THAT(person.transcript, Contains("recent: " + (folder / "plate.apt").string()));
 }
 
+/// A grid whose file is read and written in several blocks.
+std::string largeFile() {
+    std::string text = "300 200\n";
+    for (int n = 0; n < 300; ++n) {
+        for (int m = 0; m < 200; ++m) {
+            text += std::to_string(m / 7.0) + "00000000 " + std::to_string(n / 3.0) + "00000000 0.125000000000\n";
+        }
+    }
+    return text;
+}
+
+TEST_F(SessionTest, AReadingThatIsCancelledLeavesTheModelThatWasThere) {
+    changePlate();
+    writeFileText(folder / "large.apt", largeFile());
+    const PatchList before = doc().patches;
+    const std::vector<std::string> lines = session.journal().lines();
+    person.stops = true;
+    const CommandReport report = session.open({folder / "large.apt"});
+    EXPECT_EQ(report.outcome(), Outcome::Cancelled);
+    EXPECT_EQ(doc().patches, before);
+    EXPECT_EQ(doc().modelFile.documentTitle, "plate.apt");
+    EXPECT_TRUE(doc().documentModified);
+    EXPECT_EQ(doc().status, message::workCancelled);
+    EXPECT_EQ(session.journal().lines(), lines);
+    EXPECT_THAT(session.filesRead(), testing::SizeIs(1)) << "those of the file before";
+}
+
 // ---- Leaving --------------------------------------------------------------------------------------------------------
 
 TEST_F(SessionTest, LeavesWithoutAQuestionWhenNothingChanged) {
     EXPECT_TRUE(session.leave());
     EXPECT_THAT(person.transcript, IsEmpty());
+}
+
+TEST_F(SessionTest, ASaveThatIsCancelledOnLeavingKeepsTheProgramAndTheFile) {
+    writeFileText(folder / "large.apt", largeFile());
+    session.open({folder / "large.apt"});
+    doc().documentModified = true;
+    person.answers = {true};
+    person.stops = true;
+    EXPECT_FALSE(session.leave());
+    EXPECT_TRUE(doc().documentModified);
+    EXPECT_EQ(doc().status, message::workCancelled);
+    EXPECT_EQ(fileText(folder / "large.apt"), largeFile());
+    person.answers = {true};
+    EXPECT_EQ(session.openInstead({folder / "plate.apt"}).outcome(), Outcome::Cancelled);
+    EXPECT_EQ(doc().modelFile.documentTitle, "large.apt");
 }
 
 TEST_F(SessionTest, LeavesWithTheModelSavedOrNot) {

@@ -11,6 +11,7 @@
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QProgressBar>
+#include <QScreen>
 #include <QShortcut>
 #include <QStatusTipEvent>
 #include <QTableWidget>
@@ -942,6 +943,23 @@ TEST(MainFrame, AKeptSizeOfNextToNothingGivesTheUsualOne) {
     next.showAsLeft();
     EXPECT_GE(next.width(), 600);
     EXPECT_GE(next.height(), 400);
+}
+
+TEST(MainFrame, AWindowOfAScreenThatIsGoneComesUpOnOneThatIsThere) {
+    QByteArray farAway;
+    {
+        FrameRig rig;
+        rig.frame.showNormal();
+        rig.frame.move(6000, 3000);
+        ASSERT_GT(rig.frame.x(), 5000);
+        farAway = rig.frame.saveGeometry();
+    }
+    QSettings().setValue(QStringLiteral("Window/Geometry"), farAway);
+    MainFrame next;
+    next.showAsLeft();
+    const QRect place = next.geometry();
+    const QRect room = next.screen()->availableGeometry();
+    EXPECT_TRUE(room.contains(place.center().x(), place.top())) << "its title bar cannot be taken hold of";
 }
 
 /// Whether the frame takes what is dragged over it.

@@ -11,6 +11,7 @@
 #include <span>
 #include <utility>
 
+#include "ProgressCounter.h"
 #include "parallel.h"
 #include "vectors.h"
 
@@ -318,7 +319,7 @@ bool apart(std::vector<PlaneRun> runs) {
 
 } // namespace
 
-JoinedLines joinLines(const SliceLines& lines, int axis, double precision) {
+JoinedLines joinLines(const SliceLines& lines, int axis, double precision, const ReportProgress& report) {
     JoinedLines joined;
     Joiner joiner(lines, axis, precision, joined);
     if (lines.size() < 2) {
@@ -331,9 +332,11 @@ JoinedLines joinLines(const SliceLines& lines, int axis, double precision) {
     if (!apart(runs)) {
         joiner.joinPlainly(0, lines.size());
     } else {
+        ProgressCounter progress(report, static_cast<std::int64_t>(lines.size()));
         for (const PlaneRun& run : runs) {
             run.end - run.begin < fewLines ? joiner.joinPlainly(run.begin, run.end)
                                            : joiner.joinByCells(run.begin, run.end);
+            progress.advance(static_cast<std::int64_t>(run.end - run.begin));
         }
     }
     for (std::size_t line = 0; line < lines.size(); ++line) {

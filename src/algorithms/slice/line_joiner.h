@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PatchList.h"
+#include "progress.h"
 #include "slice_points.h"
 
 namespace velmora {
@@ -20,7 +21,7 @@ struct JoinedLines {
 /// the last of the lines left in the plane grows next. Fewer than two lines stay as they are. No line may be empty.
 ///
 /// Close to linear, unless lines of different planes count as one plane, or come in turns: quadratic then.
-JoinedLines joinLines(const SliceLines& lines, int axis, double precision);
+JoinedLines joinLines(const SliceLines& lines, int axis, double precision, const ReportProgress& report = {});
 
 /// Reverses each section from the second on that starts in the direction in which the one before it starts less than
 /// the way back from its last point does. Sections of one point turn nothing.

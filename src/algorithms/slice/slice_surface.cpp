@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "PlaneCutter.h"
+#include "ProgressCounter.h"
 #include "SegmentChainer.h"
 #include "corner_box.h"
 #include "line_joiner.h"
@@ -102,7 +103,7 @@ SliceResult joinedOverPlanes(const PlaneCutter& cutter, const SlicePlan& plan, c
         }
         lines = {};
     }
-    JoinedLines joined = joinLines(all, plan.axis, plan.precision);
+    JoinedLines joined = joinLines(all, plan.axis, plan.precision, partOfProgress(progress, 0.9, 1.0));
     return {std::move(joined.sections), joined.left};
 }
 

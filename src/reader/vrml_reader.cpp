@@ -363,7 +363,8 @@ void SceneReader::run() {
     const std::string content = contentOf(work_.path);
     out_.format(formatOf(content.substr(0, 64), work_.format));
     const auto speaksOf = [&content](const char* word) { return content.find(word) != std::string::npos; };
-    if (speaksOf("Material") || speaksOf("Color ") || speaksOf("Texture")) {
+    // A material without a colour says nothing; every writer, this program's too, puts one beside each face set.
+    if (speaksOf("Color") || speaksOf("Texture")) {
         out_.detail("Colours, materials and textures are not kept");
     }
     out_.singlePrecision();

@@ -15,6 +15,9 @@ PictureResult writePicture(Session& session, const std::filesystem::path& file, 
     if (!lines && (extension != "png" || !drawPixels)) {
         return PictureResult::UnknownType;
     }
+    if (session.holdsModel(file)) {
+        return PictureResult::HoldsModel;
+    }
     bool written = false;
     withPicture(session.view(), session.state(), settings, [&](const SceneFrame& frame) {
         written = lines ? writeText(file, svgOf(frame, settings)) : drawPixels(frame, settings, file);
@@ -45,6 +48,9 @@ void savePicture(Session& session, const DrawPixels& drawPixels) {
         break;
     case PictureResult::UnknownType:
         document.ui().showMessage(message::fileTypeNotSupported);
+        break;
+    case PictureResult::HoldsModel:
+        document.ui().showMessage(message::holdsModel(paths.front().filename().string()));
         break;
     case PictureResult::Failed:
         document.ui().showMessage(message::cannotSave);

@@ -215,7 +215,10 @@ MaybeFailure ScriptLines::writeJournal(Words words) {
     if (words.size() != 1 || !isPath(words[0])) {
         return badUsage("journal");
     }
-    if (!writeScript(words[0], session_.journal().lines())) {
+    const std::filesystem::path path = words[0];
+    if (session_.holdsModel(path)) {
+        session_.ui().showMessage(message::holdsModel(path.filename().string()));
+    } else if (!writeScript(path, session_.journal().lines())) {
         session_.ui().showMessage(message::cannotSave);
     }
     return std::nullopt;
@@ -270,6 +273,9 @@ MaybeFailure ScriptLines::drawPicture(Words words) {
     case PictureResult::UnknownType:
         return ScriptFailure{"no picture of the type of " + inQuotes(words[0]) + " can be drawn here",
                              "give a file of type .svg, or a .png in the window"};
+    case PictureResult::HoldsModel:
+        session_.ui().showMessage(message::holdsModel(std::filesystem::path(words[0]).filename().string()));
+        break;
     case PictureResult::Failed:
         session_.ui().showMessage(message::cannotSave);
         break;

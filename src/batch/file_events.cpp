@@ -24,7 +24,7 @@ Json readEvent(const FileRead& read) {
                   {"found", countsValue(read.found)},
                   {"kept", countsValue(read.kept)},
                   {"changed", read.changed},
-                  {"reasons", read.reasons}};
+                  {"reasons", read.losses()}};
     if (!read.unit.empty()) {
         event["unit"] = read.unit;
     }

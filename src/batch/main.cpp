@@ -1,5 +1,7 @@
 #include <CLI/CLI.hpp>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <csignal>
 #include <fstream>
@@ -178,20 +180,24 @@ ExitStatus runLines(BatchSession& session, velmora::EventPrinter& printer, const
     return run.status();
 }
 
+/// The stream of the script's lines; null when it cannot be read.
+std::istream* openScript(const std::string& name, std::ifstream& file) {
+    if (name == "-") {
+        return velmora::canHoldScript(STDIN_FILENO) ? &std::cin : nullptr;
+    }
+    if (!velmora::canHoldScript(name)) {
+        return nullptr;
+    }
+    file.open(name);
+    return file ? &file : nullptr;
+}
+
 int runScript(const Options& options, ViewSize size) {
     std::ifstream file;
-    std::istream* script = nullptr;
-    if (options.hasScript && options.script == "-") {
-        script = &std::cin;
-    } else if (options.hasScript) {
-        std::error_code error;
-        file.open(options.script);
-        if (!file || std::filesystem::is_directory(options.script, error)) {
-            std::cerr << "velmora-batch: the script \"" << velmora::visibleText(options.script)
-                      << "\" cannot be read\n";
-            return BadUsage;
-        }
-        script = &file;
+    std::istream* const script = options.hasScript ? openScript(options.script, file) : nullptr;
+    if (options.hasScript && script == nullptr) {
+        std::cerr << "velmora-batch: the script \"" << velmora::visibleText(options.script) << "\" cannot be read\n";
+        return BadUsage;
     }
     std::unique_ptr<velmora::EventPrinter> printer;
     if (options.json) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <iosfwd>
 #include <string>
 
@@ -9,5 +10,11 @@ namespace velmora {
 /// The next line of a script, which has this number; a byte-order mark in front of the first is none of it. False at
 /// the end.
 bool readScriptLine(std::istream& script, std::int64_t number, std::string& line);
+
+/// Whether a script can come from there: from files, pipes and terminals, and from the device that is always empty.
+/// Other devices give bytes without an end or a line.
+bool canHoldScript(const std::filesystem::path& path);
+/// The same of a file that is open under this number.
+bool canHoldScript(int descriptor);
 
 } // namespace velmora

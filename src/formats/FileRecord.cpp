@@ -75,6 +75,17 @@ void FileRead::alters(std::string change) {
     add(changed, std::move(change));
 }
 
+std::vector<std::string> FileRead::losses() const {
+    if (lossless || !reasons.empty()) {
+        return reasons;
+    }
+    std::vector<std::string> altered;
+    for (const std::string& change : changed) {
+        add(altered, "A save would not bring back: " + change);
+    }
+    return altered;
+}
+
 bool FileRead::keptAnything() const {
     return std::any_of(kept.begin(), kept.end(), [](const auto& count) { return count.second > 0; });
 }

@@ -54,6 +54,9 @@ struct FileRead {
     void losesDetail(std::string reason);
     /// Something was altered so that a save would not bring it back as it was.
     void alters(std::string change);
+    /// What a save over the file would lose, and why: the reasons; where there is none and it is not lossless, what was
+    /// altered.
+    std::vector<std::string> losses() const;
     /// Whether anything became part of a model.
     bool keptAnything() const;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 
 #include "nearest_on_triangle.h"
 #include "vectors.h"
@@ -10,6 +11,10 @@
 namespace velmora {
 
 namespace {
+
+std::size_t placeOf(std::int32_t number) {
+    return static_cast<std::size_t>(number);
+}
 
 /// The triangle that a negative child of a node stands for.
 std::size_t triangleOf(std::int32_t child) {
@@ -72,9 +77,10 @@ NearestTree::NearestTree(const TriangleMesh& mesh) {
         return;
     }
     std::vector<Seed> all = seeds();
-    nodes_.reserve(triangles_.size() / 2 + 1);
+    nodes_.reserve(all.size() / 2 + 1);
     nodes_.emplace_back();
     build(0, all.data(), all.data() + all.size());
+    std::vector<TrianglePiece>().swap(close_.pieces);
 }
 
 void NearestTree::takeTriangles(const TriangleMesh& mesh) {
@@ -90,45 +96,62 @@ void NearestTree::takeTriangles(const TriangleMesh& mesh) {
     }
 }
 
+/// All triangles, or the pieces of those that are cut into some.
+std::vector<std::int32_t> NearestTree::parts() {
+    std::vector<std::int32_t> parts(triangles_.size());
+    std::iota(parts.begin(), parts.end(), 0);
+    close_ =
+        closeBoxes(parts, [this](std::int32_t triangle) { return triangles_[static_cast<std::size_t>(triangle)]; });
+    if (close_.pieces.empty()) {
+        return parts;
+    }
+    std::vector<bool> cut(triangles_.size(), false);
+    for (const TrianglePiece& piece : close_.pieces) {
+        cut[static_cast<std::size_t>(piece.triangle)] = true;
+    }
+    std::erase_if(parts, [&cut](std::int32_t triangle) { return cut[static_cast<std::size_t>(triangle)]; });
+    for (std::int32_t piece = 0; piece < static_cast<std::int32_t>(close_.pieces.size()); ++piece) {
+        parts.push_back(~piece);
+    }
+    return parts;
+}
+
 /// Sets centre, scale and magnitude on the way.
 std::vector<NearestTree::Seed> NearestTree::seeds() {
-    Box all{{infinite, infinite, infinite}, {-infinite, -infinite, -infinite}};
-    for (const Triangle& triangle : triangles_) {
-        const Box box = boxOf(triangle);
+    const std::vector<std::int32_t> all = parts();
+    Box whole{{infinite, infinite, infinite}, {-infinite, -infinite, -infinite}};
+    for (const std::int32_t part : all) {
+        const Box box = boxOf(part);
         for (std::size_t i = 0; i < 3; ++i) {
-            all.lower[i] = std::min(all.lower[i], box.lower[i]);
-            all.upper[i] = std::max(all.upper[i], box.upper[i]);
+            whole.lower[i] = std::min(whole.lower[i], box.lower[i]);
+            whole.upper[i] = std::max(whole.upper[i], box.upper[i]);
         }
     }
     double radius = 0.0;
     for (std::size_t i = 0; i < 3; ++i) {
-        centre_[i] = 0.5 * all.lower[i] + 0.5 * all.upper[i];
-        radius = std::max(radius, 0.5 * all.upper[i] - 0.5 * all.lower[i]);
-        magnitude_ = std::max({magnitude_, std::abs(all.lower[i]), std::abs(all.upper[i])});
+        centre_[i] = 0.5 * whole.lower[i] + 0.5 * whole.upper[i];
+        radius = std::max(radius, 0.5 * whole.upper[i] - 0.5 * whole.lower[i]);
+        magnitude_ = std::max({magnitude_, std::abs(whole.lower[i]), std::abs(whole.upper[i])});
     }
     scale_ = radius > 0.0 ? 1.0 / radius : 0.0;
-    std::vector<Seed> seeds(triangles_.size());
-    for (std::size_t t = 0; t < seeds.size(); ++t) {
-        const Box box = boxOf(triangles_[t]);
+    std::vector<Seed> seeds(all.size());
+    for (std::size_t k = 0; k < seeds.size(); ++k) {
+        const Box box = boxOf(all[k]);
         for (std::size_t i = 0; i < 3; ++i) {
             const double middle = 0.5 * box.lower[i] + 0.5 * box.upper[i];
-            seeds[t].middle[i] = static_cast<float>((middle - centre_[i]) * scale_);
+            seeds[k].middle[i] = static_cast<float>((middle - centre_[i]) * scale_);
         }
-        seeds[t].triangle = static_cast<std::int32_t>(t);
+        seeds[k].part = all[k];
     }
     return seeds;
 }
 
-NearestTree::Box NearestTree::boxOf(const Triangle& triangle) {
-    const Triple a = tripleOf(triangle[0]);
-    const Triple b = tripleOf(triangle[1]);
-    const Triple c = tripleOf(triangle[2]);
-    Box box;
-    for (std::size_t i = 0; i < 3; ++i) {
-        box.lower[i] = std::min({a[i], b[i], c[i]});
-        box.upper[i] = std::max({a[i], b[i], c[i]});
-    }
-    return box;
+NearestTree::Box NearestTree::boxOf(std::int32_t part) const {
+    return part < 0 ? close_.pieces[placeOf(~part)].box : close_.frame.boxOf(triangles_[placeOf(part)]);
+}
+
+std::int32_t NearestTree::triangleOfPart(std::int32_t part) const {
+    return part < 0 ? close_.pieces[placeOf(~part)].triangle : part;
 }
 
 NearestTree::Box NearestTree::build(std::int32_t node, Seed* begin, Seed* end) {
@@ -141,12 +164,12 @@ NearestTree::Box NearestTree::build(std::int32_t node, Seed* begin, Seed* end) {
             nodes_[static_cast<std::size_t>(node)].child[slot] = none;
             continue;
         }
-        std::int32_t child = ~cuts[slot]->triangle;
+        std::int32_t child = ~triangleOfPart(cuts[slot]->part);
         if (count > 1) {
             child = static_cast<std::int32_t>(nodes_.size());
             nodes_.emplace_back();
         }
-        const Box box = count > 1 ? build(child, cuts[slot], cuts[slot + 1]) : boxOf(triangles_[triangleOf(child)]);
+        const Box box = count > 1 ? build(child, cuts[slot], cuts[slot + 1]) : boxOf(cuts[slot]->part);
         Node& stored = nodes_[static_cast<std::size_t>(node)];
         stored.child[slot] = child;
         storeBox(stored, slot, box);
@@ -232,7 +255,7 @@ double NearestTree::distanceFrom(const zVec<double>& point) const {
     }
     Search search;
     search.point = point;
-    const Triple p = tripleOf(point);
+    const Triple p = tripleOf(close_.frame.in(point));
     double away = 0.0;
     for (std::size_t i = 0; i < 3; ++i) {
         const double from = (p[i] - centre_[i]) * scale_;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "TriangleTree.h"
+#include "close_boxes.h"
 #include "zVec.h"
 
 namespace velmora {
@@ -24,31 +25,31 @@ private:
     static constexpr std::size_t width = 4;
 
     using Triangle = std::array<zVec<double>, 3>;
-    struct Box {
-        std::array<double, 3> lower{};
-        std::array<double, 3> upper{};
-    };
+    using Box = FrameBox;
     /// Four boxes about the tree's centre in multiples of its radius, and what stands in each.
     struct alignas(64) Node {
         std::array<std::array<float, width>, 3> middle{};
         std::array<std::array<float, width>, 3> half{};
         std::array<std::int32_t, width> child{}; ///< a node, a triangle by its complement, or none
     };
-    /// A triangle while the tree is built.
+    /// A triangle, or a piece of one, while the tree is built.
     struct Seed {
         std::array<float, 3> middle;
-        std::int32_t triangle;
+        std::int32_t part; ///< a triangle, or a piece by its complement
     };
     struct Search;
 
-    static Box boxOf(const Triangle& triangle);
+    Box boxOf(std::int32_t part) const;
+    std::int32_t triangleOfPart(std::int32_t part) const;
     void takeTriangles(const TriangleMesh& mesh);
+    std::vector<std::int32_t> parts();
     std::vector<Seed> seeds();
     Box build(std::int32_t node, Seed* begin, Seed* end);
     void storeBox(Node& node, std::size_t slot, const Box& box) const;
     void look(const Node& node, Search& search) const;
 
     std::vector<Triangle> triangles_;
+    CloseBoxes close_; ///< its pieces only while the tree is built
     std::vector<Node> nodes_;
     std::array<double, 3> centre_{};
     double scale_ = 0.0;     ///< one by the radius, half of the box's longest side

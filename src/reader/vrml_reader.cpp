@@ -445,7 +445,8 @@ void SceneReader::run() {
     std::string content = contentOf(work_.path);
     out_.format(formatOf(content.substr(0, 64), work_.format));
     const auto speaksOf = [&content](const char* word) { return content.find(word) != std::string::npos; };
-    if (speaksOf("Material") || speaksOf("Color ") || speaksOf("Texture")) {
+    // A material without a colour says nothing; every writer, this program's too, puts one beside each face set.
+    if (speaksOf("Color") || speaksOf("Texture")) {
         out_.detail(materialsNotKept);
     }
     if (hasForeignNames(content)) {

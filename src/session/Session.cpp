@@ -53,6 +53,7 @@ CommandReport Session::perform(const std::function<void()>& work) {
     if (!report.filesRead.empty()) {
         filesRead_ = report.filesRead;
     }
+    modelFiles_.note(report);
     return report;
 }
 

@@ -7,6 +7,7 @@
 
 #include "CommandReport.h"
 #include "Journal.h"
+#include "ModelFiles.h"
 #include "Recorder.h"
 #include "ShellCommands.h"
 #include "StateMark.h"
@@ -59,6 +60,8 @@ public:
     bool leave();
     /// What came of the files that were read by the last piece of work that read any.
     const std::vector<FileRead>& filesRead() const { return filesRead_; }
+    /// Whether a model stands in the file at `path`: it was read or written here, or is another name of such a file.
+    bool holdsModel(const std::filesystem::path& path) const { return modelFiles_.contains(path); }
     /// What was done since the start, as a script.
     Journal& journal() { return journal_; }
     const Journal& journal() const { return journal_; }
@@ -81,6 +84,7 @@ private:
     StateMarker marker_;
     Journal journal_;
     std::vector<FileRead> filesRead_;
+    ModelFiles modelFiles_;
 };
 
 /// True when the states of document and view leave the command on.

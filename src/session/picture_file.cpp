@@ -16,6 +16,9 @@ PictureResult writePicture(Session& session, const std::filesystem::path& file, 
     if (!lines && (extension != "png" || !drawPixels)) {
         return PictureResult::UnknownType;
     }
+    if (session.holdsModel(file)) {
+        return PictureResult::HoldsModel;
+    }
     bool written = false;
     withPicture(session.view(), session.state(), settings, [&](const SceneFrame& frame) {
         written = lines ? writeText(file, svgOf(frame, settings)) : drawPixels(frame, settings, file);
@@ -46,6 +49,9 @@ void savePicture(Session& session, const DrawPixels& drawPixels) {
         break;
     case PictureResult::UnknownType:
         session.ui().showMessage(message::fileTypeNotSupported);
+        break;
+    case PictureResult::HoldsModel:
+        document.ui().showMessage(message::holdsModel(paths.front().filename().string()));
         break;
     case PictureResult::Failed:
         session.ui().showMessage(message::cannotSave);

@@ -15,6 +15,7 @@ using DrawPixels = std::function<bool(const SceneFrame&, const PictureSettings&,
 enum class PictureResult {
     Written,
     UnknownType, ///< the extension is none that can be drawn here
+    HoldsModel,  ///< the file is that of a model, which stays
     Failed,
 };
 

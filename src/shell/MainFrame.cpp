@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QCryptographicHash>
 #include <QDragEnterEvent>
 #include <QMenuBar>
 #include <QMimeData>
@@ -54,6 +55,17 @@ const QString geometryKey = QStringLiteral("Window/Geometry");
 const QString barsKey = QStringLiteral("Window/Bars");
 /// Whether the user ever pressed a key of the view.
 const QString keyUsedKey = QStringLiteral("Window/ViewKeyUsed");
+
+/// The bytes behind what tells whether they are still the same.
+QByteArray sealed(const QByteArray& bytes) {
+    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha1) + bytes;
+}
+
+/// The bytes that were sealed; none when the value was damaged.
+QByteArray unsealed(const QByteArray& value) {
+    const QByteArray bytes = value.mid(QCryptographicHash::hashLength(QCryptographicHash::Sha1));
+    return value == sealed(bytes) ? bytes : QByteArray();
+}
 
 } // namespace
 
@@ -166,7 +178,8 @@ void MainFrame::connectView() {
 
 bool MainFrame::restoreWindow() {
     const QSettings settings;
-    restoreState(settings.value(barsKey).toByteArray());
+    // Of damaged bytes the toolkit makes bars without end, or none that it finds again.
+    restoreState(unsealed(settings.value(barsKey).toByteArray()));
     const bool restored = restoreGeometry(settings.value(geometryKey).toByteArray());
     if (restored) {
         keepSensibleSize();
@@ -187,7 +200,7 @@ void MainFrame::keepSensibleSize() {
 void MainFrame::keepWindow() const {
     QSettings settings;
     settings.setValue(geometryKey, saveGeometry());
-    settings.setValue(barsKey, saveState());
+    settings.setValue(barsKey, sealed(saveState()));
 }
 
 void MainFrame::showAsLeft() {

@@ -149,7 +149,7 @@ void Panels::pointAt(std::int32_t point) {
 
 // ---- Files ----------------------------------------------------------------------------------------------------------
 
-/// Empty when the chooser was cancelled.
+/// Empty when the chooser was cancelled, and for the file of a model, which is not written over.
 std::filesystem::path Panels::chooseFile(bool toWrite, const char* extension, const char* typeName, const char* name) {
     FileRequest request;
     request.mode = toWrite ? ChooserMode::SaveAs : ChooserMode::Open;
@@ -157,7 +157,14 @@ std::filesystem::path Panels::chooseFile(bool toWrite, const char* extension, co
     request.proposed = session_.state().modelFile.chosenPath.parent_path() / name;
     request.command = std::string("options.") + extension;
     const auto paths = person_.chooseFiles(request);
-    return paths.empty() ? std::filesystem::path() : paths.front();
+    if (paths.empty()) {
+        return {};
+    }
+    if (toWrite && session_.holdsModel(paths.front())) {
+        person_.showMessage(message::holdsModel(paths.front().filename().string()));
+        return {};
+    }
+    return paths.front();
 }
 
 void Panels::saveJournal() {

@@ -60,9 +60,11 @@ private:
 
 std::optional<ScriptStop> runWindowScript(Session& session, UserInterface& person,
                                           const std::filesystem::path& script) {
-    std::error_code error;
-    std::ifstream file(script);
-    if (!file || std::filesystem::is_directory(script, error)) {
+    std::ifstream file;
+    if (canHoldScript(script)) {
+        file.open(script);
+    }
+    if (!file.is_open()) {
         return ScriptStop{0, {}, "It cannot be read"};
     }
     ErrorKeeper errors;

@@ -38,7 +38,7 @@ std::optional<zVec<double>> nearestNode(const PatchList& grid, const zVec<double
         for (const PointList& section : patch) {
             for (const zVec<double>& node : section) {
                 const double distance = lengthOf(node - place);
-                if (distance < smallest) {
+                if (!nearest || distance < smallest) { // of a place out of all measure any node is the nearest
                     smallest = distance;
                     nearest = node;
                 }

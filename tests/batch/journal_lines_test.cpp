@@ -51,6 +51,19 @@ TEST_F(ActLines, APointIsTakenInsideOfTheCapturedSectionAlone) {
     must("capture point 1 2 1");
 }
 
+TEST_F(ActLines, APointGoesToANodeOfItsGridHoweverFarThePlace) {
+    must("run point.capture");
+    must("capture point 1 2 3");
+    for (const char* place : {"1e300 0 0", "-1e308 1e308 1e308", "1e155 1e155 1e155"}) {
+        must("run point.drag");
+        const Json grid = printed("dragPatches");
+        must(std::string("drag ") + place);
+        // So far away all nodes are the same to the last bit: the first is taken.
+        EXPECT_EQ(printed("patches").at(0).at(1).at(2), grid.at(0).at(0).at(0)) << place;
+        must("release");
+    }
+}
+
 TEST_F(ActLines, ACurveIsBentInAPrincipalViewAlone) {
     must("run line.inputSection section=2");
     must("run point.capture");

@@ -229,6 +229,66 @@ TEST_F(BatchProcess, TextIsForPeople) {
                             StartsWith("error: line 7: there is no line \"bogus\"")));
 }
 
+// The system ends a program that writes beyond the limit, unless the program says otherwise.
+TEST_F(BatchProcess, ALimitOfTheFileSizeEndsNoProgramAndLosesNoFile) {
+    std::string model = "60 60\n";
+    for (int point = 0; point < 60 * 60; ++point) {
+        model += std::to_string(point % 60) + ' ' + std::to_string(point / 60) + " 0\n";
+    }
+    test::writeFileText(folder / "wing.apt", model);
+    for (const char* name : {"out.apt", "out.dat", "out.wrl", "out.stl", "out.obj", "out.svg"}) {
+        test::writeFileText(folder / name, "what was there");
+    }
+    for (const auto& [line, name] :
+         std::vector<std::pair<std::string, std::string>>{{"run file.save", "wing.apt"},
+                                                          {"run file.saveAs file=out.apt answer=yes", "out.apt"},
+                                                          {"run file.saveAs file=out.dat answer=yes", "out.dat"},
+                                                          {"run file.saveAs file=out.wrl answer=yes", "out.wrl"},
+                                                          {"run file.saveAs file=out.stl answer=yes", "out.stl"},
+                                                          {"run file.export file=out.obj answer=yes", "out.obj"},
+                                                          {"picture out.svg width=900 height=900", "out.svg"},
+                                                          {"run file.saveAs file=new.apt", "new.apt"}}) {
+        const bool isNew = name == "new.apt";
+        const std::string before = isNew ? "" : test::fileText(folder / name);
+        const ProcessResult result = test::runProcess(
+            {"/bin/sh", "-c",
+             "ulimit -f 4; exec \"$0\" --json --strict -c 'open wing.apt' -c 'run model.move deltaX=1' -c \"$1\" "
+             "-c 'print state'",
+             VELMORA_BATCH, line},
+            folder.path());
+        EXPECT_EQ(result.status, 4) << line << ": a file could not be written";
+        EXPECT_THAT(result.lines.back(), HasSubstr("\"failed\"")) << line;
+        EXPECT_EQ(std::filesystem::exists(folder / name), !isNew) << line;
+        EXPECT_EQ(isNew ? "" : test::fileText(folder / name), before) << line;
+    }
+    const std::filesystem::directory_iterator files(folder.path());
+    EXPECT_EQ(std::distance(begin(files), end(files)), 7) << "nothing is left beside";
+}
+
+// Such a device has no end, and what it gives is no script.
+TEST_F(BatchProcess, ADeviceThatIsNoTerminalIsNoScript) {
+    for (const char* device : {"/dev/zero", "/dev/urandom", "/dev/full"}) {
+        const ProcessResult result = run({device});
+        EXPECT_EQ(result.status, 2) << device;
+        EXPECT_THAT(result.errors, HasSubstr("cannot be read")) << device;
+        EXPECT_THAT(result.lines, IsEmpty()) << device;
+    }
+    const ProcessResult input =
+        test::runProcess({"/bin/sh", "-c", "exec \"$0\" - < /dev/zero", VELMORA_BATCH}, folder.path());
+    EXPECT_EQ(input.status, 2);
+    EXPECT_THAT(input.errors, HasSubstr("cannot be read"));
+}
+
+TEST_F(BatchProcess, PipesAndTheEmptyDeviceAreScripts) {
+    EXPECT_THAT(run({"/dev/stdin"}, "print lineBuffer\n").lines, ElementsAre("print lineBuffer: []"));
+    EXPECT_EQ(run({"/dev/null"}).status, 0);
+    EXPECT_EQ(test::runProcess({"/bin/sh", "-c", "exec \"$0\" - < /dev/null", VELMORA_BATCH}, folder.path()).status, 0);
+    EXPECT_THAT(
+        test::runProcess({"/bin/bash", "-c", "exec \"$0\" <(echo 'print lineBuffer')", VELMORA_BATCH}, folder.path())
+            .lines,
+        ElementsAre("print lineBuffer: []"));
+}
+
 TEST_F(BatchProcess, OutputThatCannotBeWrittenIsNoSuccess) {
     EXPECT_EQ(
         test::runProcess({"/bin/sh", "-c", "exec \"$0\" -c 'print state' > /dev/full", VELMORA_BATCH}, folder.path())

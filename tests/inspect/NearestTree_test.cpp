@@ -73,6 +73,31 @@ TEST(NearestTree, FindsWhatScanningAllTrianglesFinds) {
     }
 }
 
+TEST(NearestTree, FindsInSliversWhatScanningAllTrianglesFinds) {
+    Source source(12);
+    for (const bool parallel : {true, false}) {
+        for (const double size : {1e-3, 1.0, 1e6}) {
+            TriangleMesh mesh;
+            for (int i = 0; i < 400; ++i) {
+                const Vector a = anyVector(source, 0.5 * size);
+                const Vector along = parallel ? Vector(1, 1, 1) : anyVector(source, 1);
+                mesh.addPoint(a);
+                mesh.addPoint(a + along * size);
+                mesh.addPoint(a + anyVector(source, 1e-4 * size));
+                mesh.addTriangle(3 * i, 3 * i + 1, 3 * i + 2);
+            }
+            const NearestTree tree(mesh);
+            for (int i = 0; i < 300; ++i) {
+                const int t = source.whole(0, mesh.triangleCount() - 1);
+                const Vector off = anyVector(source, size * std::pow(10.0, source.whole(0, 8) - 8));
+                const Vector point =
+                    cornerOf(mesh, t, 0) + (cornerOf(mesh, t, 1) - cornerOf(mesh, t, 0)) * source.real(0, 1) + off;
+                ASSERT_EQ(tree.distanceFrom(point), distanceByScanning(mesh, point)) << parallel << ' ' << size;
+            }
+        }
+    }
+}
+
 TEST(NearestTree, ACornerIsAtDistanceZero) {
     TriangleMesh mesh;
     mesh.addPoint({0.1, 0.2, 0.3});

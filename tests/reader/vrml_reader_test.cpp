@@ -63,6 +63,34 @@ TEST_F(VrmlReader, NamesThatTheLibraryChangesAreTold) {
     EXPECT_TRUE(record_.lossless);
 }
 
+TEST_F(VrmlReader, ColoursAndTexturesAreALossAndAMaterialWithoutOneIsNot) {
+    const auto shape = [](const std::string& appearance) {
+        return "#VRML V2.0 utf8\nShape { appearance Appearance { " + appearance + " } geometry " + triangle + " }";
+    };
+    ASSERT_EQ(readText("a.wrl", shape("material Material { }")), ImportOutcome::Done);
+    EXPECT_TRUE(record_.lossless);
+    EXPECT_THAT(record_.reasons, testing::IsEmpty());
+    for (const char* appearance :
+         {"material Material { diffuseColor 1 0 0 }", "material Material { emissiveColor 0 1 0 }",
+          "texture PixelTexture { image 1 1 1 0xFF }"}) {
+        ASSERT_EQ(readText("a.wrl", shape(appearance)), ImportOutcome::Done);
+        EXPECT_FALSE(record_.lossless) << appearance;
+        EXPECT_TRUE(record_.complete) << appearance;
+        EXPECT_THAT(record_.reasons, ElementsAre("Colours, materials and textures are not kept")) << appearance;
+    }
+}
+
+TEST_F(VrmlReader, WhatExportWritesIsReadWithoutALoss) {
+    ASSERT_EQ(readText("a.wrl", "#VRML V2.0 utf8\nShape { geometry " + triangle + " }"), ImportOutcome::Done);
+    const ExchangeModel model = std::move(model_);
+    WriteOutcome written;
+    ASSERT_EQ(exportFile(folder_ / "b.wrl", ExchangeView(model.patches, model.region), {}, written),
+              ExportOutcome::Done);
+    ASSERT_EQ(read(folder_ / "b.wrl"), ImportOutcome::Done);
+    EXPECT_TRUE(record_.lossless) << testing::PrintToString(record_.reasons);
+    EXPECT_EQ(test::cornersOf(model_), test::cornersOf(model));
+}
+
 TEST_F(VrmlReader, ClockwiseFacesAreTurned) {
     ASSERT_EQ(readText("a.wrl",
                        "#VRML V2.0 utf8\nShape { geometry IndexedFaceSet { ccw FALSE coord Coordinate { point [ "

@@ -726,6 +726,29 @@ TEST(MainFrame, KeepsItsPlaceWhenItCloses) {
     EXPECT_FALSE(next.findChild<QToolBar*>(QStringLiteral("General"))->isHidden());
 }
 
+// One bit of them is enough to crash the toolkit, or to keep it busy without end.
+TEST(MainFrame, LeavesDamagedBarsAside) {
+    const FlatDesk desk;
+    {
+        FrameRig rig(desk.model);
+        rig.frame.findChild<QToolBar*>(QStringLiteral("Editing"))->hide();
+        rig.run("file.exit");
+    }
+    const QString key = QStringLiteral("Window/Bars");
+    const QByteArray whole = QSettings().value(key).toByteArray();
+    ASSERT_GT(whole.size(), 40);
+    for (qsizetype at = -1; at < whole.size(); at += at < 0 ? 1 : 7) {
+        QByteArray bars = whole;
+        if (at >= 0) {
+            bars[at] = static_cast<char>(bars[at] ^ (1 << (at % 8)));
+        }
+        QSettings().setValue(key, bars);
+        MainFrame next;
+        next.showAsLeft();
+        EXPECT_EQ(next.findChild<QToolBar*>(QStringLiteral("Editing"))->isHidden(), at < 0) << at;
+    }
+}
+
 TEST(MainFrame, StaysWhenTheModelCannotBeSavedAndKeepsNoPlaceThen) {
     const FlatDesk desk;
     FrameRig rig(desk.model);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <tuple>
 
 #include "line_triangle_bounded.h"
 #include "vectors.h"
@@ -14,6 +15,8 @@ namespace {
 constexpr std::int32_t leafSize = 4;
 constexpr std::int32_t inner = -1;
 constexpr std::int32_t none = 0;
+/// In the place of a piece: the triangle is held by one box.
+constexpr std::int32_t whole = -1;
 /// Cells per axis of the curve along which the triangles are sorted: 2 to this power.
 constexpr int curveBits = 20;
 
@@ -41,16 +44,15 @@ std::uint64_t spread(std::uint64_t value) {
 TriangleTree::TriangleTree(TriangleMesh mesh) : mesh_(std::move(mesh)) {
     const std::int32_t count = mesh_.triangleCount();
     margins_.resize(static_cast<std::size_t>(count));
-    keyed_.reserve(static_cast<std::size_t>(count));
+    std::vector<std::int32_t> bounded;
+    bounded.reserve(static_cast<std::size_t>(count));
     for (std::int32_t t = 0; t < count; ++t) {
         const HitReach reach = hitReach(mesh_.corner(t, 0), mesh_.corner(t, 1), mesh_.corner(t, 2));
         margins_[static_cast<std::size_t>(t)] = reach.margin;
-        if (reach.anywhere) {
-            anywhere_.push_back(t);
-        } else {
-            keyed_.push_back({0, t});
-        }
+        (reach.anywhere ? anywhere_ : bounded).push_back(t);
     }
+    keyTriangles(bounded);
+    std::vector<std::int32_t>().swap(bounded);
     if (!keyed_.empty()) {
         sortAlongCurve();
         nodes_.reserve(keyed_.size() / 2 + 1);
@@ -63,25 +65,47 @@ TriangleTree::TriangleTree(TriangleMesh mesh) : mesh_(std::move(mesh)) {
     }
     std::vector<Keyed>().swap(keyed_);
     std::vector<double>().swap(margins_);
+    std::vector<TrianglePiece>().swap(close_.pieces);
 }
 
-TriangleTree::Box TriangleTree::boxOf(std::int32_t triangle, double margin) const {
-    const double* const a = mesh_.corner(triangle, 0);
-    const double* const b = mesh_.corner(triangle, 1);
-    const double* const c = mesh_.corner(triangle, 2);
-    Box box;
+std::array<zVec<double>, 3> TriangleTree::cornersOf(std::int32_t triangle) const {
+    return {vectorAt(mesh_.corner(triangle, 0)), vectorAt(mesh_.corner(triangle, 1)),
+            vectorAt(mesh_.corner(triangle, 2))};
+}
+
+/// An entry for each triangle, or for each of its pieces. A hit is no further from the triangle than its margin, in
+/// whatever direction: so it is no further from one of the pieces.
+void TriangleTree::keyTriangles(const std::vector<std::int32_t>& bounded) {
+    close_ = closeBoxes(bounded, [this](std::int32_t triangle) { return cornersOf(triangle); });
+    keyed_.reserve(bounded.size() + close_.pieces.size());
+    std::int32_t piece = 0;
+    const auto pieces = static_cast<std::int32_t>(close_.pieces.size());
+    for (const std::int32_t triangle : bounded) {
+        const std::int32_t first = piece;
+        for (; piece < pieces && close_.pieces[static_cast<std::size_t>(piece)].triangle == triangle; ++piece) {
+            keyed_.push_back({0, triangle, piece});
+        }
+        if (piece == first) {
+            keyed_.push_back({0, triangle, whole});
+        }
+    }
+}
+
+TriangleTree::Box TriangleTree::boxOf(const Keyed& entry, double margin) const {
+    Box box = entry.piece == whole ? close_.frame.boxOf(cornersOf(entry.triangle))
+                                   : close_.pieces[static_cast<std::size_t>(entry.piece)].box;
     for (std::size_t i = 0; i < 3; ++i) {
-        box.lower[i] = std::min({a[i], b[i], c[i]}) - margin;
-        box.upper[i] = std::max({a[i], b[i], c[i]}) + margin;
+        box.lower[i] -= margin;
+        box.upper[i] += margin;
     }
     return box;
 }
 
 /// Sorts the triangles by the Morton codes of their middles, along a space-filling curve, and sets centre and radius.
 void TriangleTree::sortAlongCurve() {
-    Box all = boxOf(keyed_.front().triangle, 0.0);
+    Box all = boxOf(keyed_.front(), 0.0);
     for (const Keyed& entry : keyed_) {
-        const Box box = boxOf(entry.triangle, margins_[static_cast<std::size_t>(entry.triangle)]);
+        const Box box = boxOf(entry, margins_[static_cast<std::size_t>(entry.triangle)]);
         for (std::size_t i = 0; i < 3; ++i) {
             all.lower[i] = std::min(all.lower[i], box.lower[i]);
             all.upper[i] = std::max(all.upper[i], box.upper[i]);
@@ -98,15 +122,16 @@ void TriangleTree::sortAlongCurve() {
     }
     radius_ = 0.5 * std::sqrt(square) * (1.0 + roundingPart);
     for (Keyed& entry : keyed_) {
-        const Box box = boxOf(entry.triangle, 0.0);
+        const Box box = boxOf(entry, 0.0);
         for (std::size_t i = 0; i < 3; ++i) {
             const double middle = 0.5 * box.lower[i] + 0.5 * box.upper[i] - all.lower[i];
             const double cell = std::clamp(middle * scale[i], 0.0, std::ldexp(1.0, curveBits) - 1.0);
             entry.key |= spread(static_cast<std::uint64_t>(cell)) << i;
         }
     }
-    std::sort(keyed_.begin(), keyed_.end(),
-              [](const Keyed& a, const Keyed& b) { return a.key != b.key ? a.key < b.key : a.triangle < b.triangle; });
+    std::sort(keyed_.begin(), keyed_.end(), [](const Keyed& a, const Keyed& b) {
+        return std::tie(a.key, a.triangle, a.piece) < std::tie(b.key, b.triangle, b.piece);
+    });
 }
 
 /// Where a stretch of the curve is split: at the highest bit in which its keys differ, or in the middle.
@@ -152,8 +177,8 @@ TriangleTree::Box TriangleTree::fillSlot(std::int32_t node, std::size_t slot, st
     std::int32_t count = end - begin;
     if (count <= leafSize) {
         for (std::int32_t k = begin; k < end; ++k) {
-            const std::int32_t t = keyed_[static_cast<std::size_t>(k)].triangle;
-            const Box one = boxOf(t, margins_[static_cast<std::size_t>(t)]);
+            const Keyed& entry = keyed_[static_cast<std::size_t>(k)];
+            const Box one = boxOf(entry, margins_[static_cast<std::size_t>(entry.triangle)]);
             for (std::size_t i = 0; i < 3; ++i) {
                 box.lower[i] = k == begin ? one.lower[i] : std::min(box.lower[i], one.lower[i]);
                 box.upper[i] = k == begin ? one.upper[i] : std::max(box.upper[i], one.upper[i]);
@@ -209,12 +234,14 @@ void TriangleTree::findHits(const zVec<double>& direction, const zVec<double>& o
     ray.direction = {direction.x, direction.y, direction.z};
     ray.origin = {origin.x, origin.y, origin.z};
     const zVec<double> centre(centre_[0], centre_[1], centre_[2]);
-    const zVec<double> next = origin + direction * dot(centre - origin, direction) - centre;
+    const zVec<double> from = close_.frame.in(origin);
+    const zVec<double> along = close_.frame.in(direction);
+    const zVec<double> next = from + along * dot(centre - from, along) - centre;
     // Rounding moves places on the line by this much, on the way to the point next to the centre too.
     const double rounding =
         roundingPart * (std::abs(origin.x) + std::abs(origin.y) + std::abs(origin.z) + magnitude_ + radius_);
     if (!nodes_.empty() && !(lengthOf(next) > radius_ + rounding)) {
-        ray.along = {static_cast<float>(direction.x), static_cast<float>(direction.y), static_cast<float>(direction.z)};
+        ray.along = {static_cast<float>(along.x), static_cast<float>(along.y), static_cast<float>(along.z)};
         ray.from = {static_cast<float>(next.x), static_cast<float>(next.y), static_cast<float>(next.z)};
         for (std::size_t i = 0; i < 3; ++i) {
             ray.extent[i] = std::abs(ray.along[i]);
@@ -227,6 +254,9 @@ void TriangleTree::findHits(const zVec<double>& direction, const zVec<double>& o
         judge(triangle, ray, hits);
     }
     std::sort(hits.begin(), hits.end(), [](const LineHit& a, const LineHit& b) { return a.triangle < b.triangle; });
+    // A triangle may be met by several of its pieces.
+    const auto same = [](const LineHit& a, const LineHit& b) { return a.triangle == b.triangle; };
+    hits.erase(std::unique(hits.begin(), hits.end(), same), hits.end());
 }
 
 /// A line misses a box when one of the cross products of the line with the three axes separates them. What

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "close_boxes.h"
 #include "zVec.h"
 
 namespace velmora {
@@ -53,17 +54,17 @@ private:
         std::array<std::int32_t, width> first{};
         std::array<std::int32_t, width> count{}; ///< triangles; inner for a node, none for nothing
     };
-    struct Box {
-        std::array<double, 3> lower{};
-        std::array<double, 3> upper{};
-    };
+    using Box = FrameBox;
     struct Keyed {
         std::uint64_t key;
         std::int32_t triangle;
+        std::int32_t piece; ///< none for a triangle that is held by one box
     };
     struct Ray;
 
-    Box boxOf(std::int32_t triangle, double margin) const;
+    std::array<zVec<double>, 3> cornersOf(std::int32_t triangle) const;
+    void keyTriangles(const std::vector<std::int32_t>& bounded);
+    Box boxOf(const Keyed& entry, double margin) const;
     void sortAlongCurve();
     Box build(std::int32_t node, std::int32_t begin, std::int32_t end);
     std::int32_t splitOf(std::int32_t begin, std::int32_t end) const;
@@ -76,7 +77,8 @@ private:
     std::vector<std::int32_t> anywhere_; ///< triangles that every line is tested with
     std::vector<double> margins_;        ///< while the tree is built
     std::vector<Keyed> keyed_;           ///< while the tree is built
-    std::vector<std::int32_t> order_;    ///< the other triangles along the space-filling curve
+    CloseBoxes close_;                   ///< its pieces only while the tree is built
+    std::vector<std::int32_t> order_;    ///< the other triangles along the space-filling curve, once for each piece
     std::vector<Node> nodes_;
     std::array<double, 3> centre_{};
     double radius_ = 0.0;    ///< of a ball about the centre that holds all boxes

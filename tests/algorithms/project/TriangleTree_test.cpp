@@ -8,6 +8,7 @@
 
 #include "projection_reference.h"
 #include "random_numbers.h"
+#include "slivers.h"
 #include "target_mesh.h"
 
 namespace velmora::test {
@@ -125,6 +126,24 @@ TEST(TriangleTree, FindsHitsOnTheBordersOfSmoothGrids) {
             const Vector direction = unit(anyVector(1));
             ASSERT_NO_FATAL_FAILURE(expectAllHits(tree, direction, at + direction * number(-5, 5)));
             ASSERT_NO_FATAL_FAILURE(expectAllHits(tree, {0, 0, 1}, at));
+        }
+    }
+}
+
+TEST(TriangleTree, FindsInSliversWhatTestingEveryTriangleFinds) {
+    for (const bool parallel : {true, false}) {
+        for (int round = 0; round < 6; ++round) {
+            const TriangleTree tree(meshOf(parallel ? parallelSlivers(300) : crossingSlivers(300)));
+            for (int i = 0; i < 60; ++i) {
+                const int t = pick(tree.mesh().triangleCount());
+                const Vector a = pointOf(tree.mesh(), t, 0);
+                const Vector b = pointOf(tree.mesh(), t, 1);
+                const Vector c = pointOf(tree.mesh(), t, 2);
+                const Vector at = a + (b - a) * number(0, 0.9) + (c - a) * number(-0.01, 0.1);
+                const Vector direction = unit(pick(3) == 0 ? cross(b - a, c - a) : anyVector(1));
+                ASSERT_NO_FATAL_FAILURE(expectAllHits(tree, direction, at + direction * number(-5, 5)));
+                ASSERT_NO_FATAL_FAILURE(expectAllHits(tree, unit(b - a), at)) << "along the sliver";
+            }
         }
     }
 }

@@ -1,0 +1,36 @@
+#include "ModelFiles.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "CommandReport.h"
+
+namespace velmora {
+
+void ModelFiles::note(const CommandReport& report) {
+    for (const FileRead& read : report.filesRead) {
+        if (paths_.insert(read.path).second) {
+            identities_.push_back(read.identity);
+        }
+    }
+    for (const FileWritten& written : report.filesWritten) {
+        paths_.insert(written.path);
+    }
+}
+
+// A number of the file system is given to another file once its own is gone: it tells a file only together with the
+// state of that file, or as that of a path of today.
+bool ModelFiles::contains(const std::filesystem::path& path) const {
+    const std::optional<FileIdentity> wanted = FileIdentity::of(path);
+    if (!wanted) {
+        return false;
+    }
+    const auto standsAt = [&wanted](const std::filesystem::path& known) {
+        const std::optional<FileIdentity> there = FileIdentity::of(known);
+        return there && there->isSameFile(*wanted);
+    };
+    return std::find(identities_.begin(), identities_.end(), *wanted) != identities_.end() ||
+           std::any_of(paths_.begin(), paths_.end(), standsAt);
+}
+
+} // namespace velmora

@@ -66,9 +66,9 @@ def works():
         ("open points of ordered .dat", "dat", write_ordered, []),
         ("open triangles of text .stl", "stl", facets, []),
         ("open triangles of .dat", "dat", zone, []),
-        ("slice triangles, 100 planes", "dat", zone, ["run convert.toSkl number=100"]),
-        ("point at triangles, 100 times", "dat", zone, ["run point.capture"] + [f"mouse move {400 + i} 300" for i in range(100)]),
-        ("save triangles as .dat", "dat", zone, ["run file.saveAs file={copy}"]),
+        ("open triangles of .dat, slice by 100 planes", "dat", zone, ["run convert.toSkl number=100"]),
+        ("open triangles of .dat, point at them 100 times", "dat", zone, ["run point.capture"] + [f"mouse move {400 + i} 300" for i in range(100)]),
+        ("open triangles of .dat, save them", "dat", zone, ["run file.saveAs file={copy}"]),
     ]
 
 
@@ -195,10 +195,11 @@ def main():
                 continue
             points = []
             for size in sizes:
-                path = pathlib.Path(folder) / f"model.{kind}"
-                writer = multiprocessing.Process(target=write, args=(path, size))  # its memory goes with it
-                writer.start()
-                writer.join()
+                path = pathlib.Path(folder) / f"{name.split()[1]}{size}.{kind}"
+                if not path.exists():
+                    writer = multiprocessing.Process(target=write, args=(path, size))  # its memory goes with it
+                    writer.start()
+                    writer.join()
                 points.append((size, *measure(options, path, lines, repeats(size))))
             figures.append((name, points))
             row = [f"{seconds:.3f} s, {memory:.0f} MB" for _, seconds, memory in points]

@@ -61,13 +61,15 @@ def with_sheet(write):
 def works():
     """Name, kind of file, what writes it, and the lines of the script behind the opening."""
     facets, zone = with_sheet(compare.write_facets), with_sheet(compare.write_triangles)
+    moves = [f"mouse move {350 + i} 300" for i in range(100)]
+    drag = ["run point.capture", "mouse down 350 300", *moves, "mouse up 450 300"]
     return [
         ("open points of .apt", "apt", write_points, []),
         ("open points of ordered .dat", "dat", write_ordered, []),
         ("open triangles of text .stl", "stl", facets, []),
         ("open triangles of .dat", "dat", zone, []),
         ("open triangles of .dat, slice by 100 planes", "dat", zone, ["run convert.toSkl number=100"]),
-        ("open triangles of .dat, point at them 100 times", "dat", zone, ["run point.capture"] + [f"mouse move {400 + i} 300" for i in range(100)]),
+        ("open triangles of .dat, drag over them", "dat", zone, drag),
         ("open triangles of .dat, save them", "dat", zone, ["run file.saveAs file={copy}"]),
     ]
 

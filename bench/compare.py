@@ -2,12 +2,13 @@
 """Sets the programs beside the least that their work can cost, and prints a table.
 
 bench/compare.py                         every row, five runs, programs of build/release
-bench/compare.py --before PROGRAM        another velmora-batch runs along: what was there before a change
+bench/compare.py --before FOLDER         the programs of another folder run along: what was there before a change
 bench/compare.py --only .stl --runs 11   the rows whose name holds one of the words
 
 The least is a loop of its own over the same bytes or triangles. All that stands in one row runs in turns, so that what
 else the machine does meets all of them alike. A figure is the median, the smallest and the largest behind it. The files
-are made in a temporary folder; put that into memory (TMPDIR) to leave the disk out of the figures. A program that takes
+are made in a temporary folder; put that into memory (TMPDIR) to leave the disk out of the figures, or name one that they
+stay in (--files). A program that takes
 less memory than this script, some 15 MB, seems to take as much.
 """
 
@@ -103,10 +104,10 @@ class Failed(Exception):
     pass
 
 
-def run_program(words):
+def run_program(words, errors=None):
     """Seconds of processor and of clock, and the most memory in MB, of a whole program."""
     begin = time.perf_counter()
-    child = subprocess.Popen(words, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
+    child = subprocess.Popen(words, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=errors)
     _, status, usage = os.wait4(child.pid, 0)
     wall = time.perf_counter() - begin
     child.returncode = os.waitstatus_to_exitcode(status)
@@ -130,19 +131,21 @@ def run_benchmark(program, name):
 
 def rows_of(options, folder):
     """Name, and what runs in turns: a function for each of the columns."""
-    batch = options.programs / "velmora-batch"
+    folders = {"program": options.programs, **({"before": options.before} if options.before else {})}
     loops = options.programs / "bare_loops"
 
     def script(line):
-        runs = {"program": lambda: run_program([batch, "-c", line])}
-        if options.before:
-            runs["before"] = lambda: run_program([options.before, "-c", line])
-        return runs
+        return {
+            column: lambda programs=programs: run_program([programs / "velmora-batch", "-c", line])
+            for column, programs in folders.items()
+        }
 
     def file_row(name, file, write, *reals):
         path = folder / file
 
         def make():
+            if path.exists():
+                return
             # In a process of its own: what this one holds would count as the memory of those that it starts.
             writer = multiprocessing.Process(target=write, args=(path, options.small))
             writer.start()
@@ -152,7 +155,14 @@ def rows_of(options, folder):
         return name, make, {"bare": lambda: run_program(bare), **script(f'open "{path}"')}
 
     def benchmark(program, name):
-        return lambda: run_benchmark(options.programs / program, name)
+        return {
+            column: lambda programs=programs: run_benchmark(programs / program, name)
+            for column, programs in folders.items()
+        }
+
+    def whole_benchmark(program, name):
+        words = [options.programs / program, f"--benchmark_filter=^{name}$", "--benchmark_min_time=0"]
+        return {"program": lambda: run_program(words, subprocess.DEVNULL)}
 
     columns, rows = triangle_sheet(options.small)
     return [
@@ -165,14 +175,20 @@ def rows_of(options, folder):
             "slice 1 million triangles, 100 planes",
             None,
             {
-                "bare": benchmark("slice_bench", "bareSlice/triangles:1000000/process_time"),
-                "program": benchmark("slice_bench", "slice/triangles:1000000/shared:1/process_time"),
+                "bare": lambda: run_benchmark(options.programs / "slice_bench",
+                                              "bareSlice/triangles:1000000/process_time"),
+                **benchmark("slice_bench", "slice/triangles:1000000/shared:1/process_time"),
             },
+        ),
+        (
+            "slice 1 million triangles, 20,000 planes",
+            None,
+            {} if options.small else whole_benchmark("slice_bench", "slicePlanes/planes:20000/process_time/real_time"),
         ),
         (
             "project 100,000 points on 1 million triangles",
             None,
-            {"program": benchmark("projection_bench", "projection/process_time")},
+            benchmark("projection_bench", "projection/process_time"),
         ),
     ]
 
@@ -204,7 +220,8 @@ def table_lines(name, runs):
 def parse_options():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--programs", type=pathlib.Path, default=ROOT / "build" / "release" / "bin", metavar="FOLDER")
-    parser.add_argument("--before", type=pathlib.Path, metavar="PROGRAM")
+    parser.add_argument("--before", type=pathlib.Path, metavar="FOLDER")
+    parser.add_argument("--files", type=pathlib.Path, metavar="FOLDER", help="files that are there are taken")
     parser.add_argument("--runs", type=int, default=5)
     parser.add_argument("--only", nargs="+", default=[""], metavar="WORD")
     parser.add_argument("--small", action="store_true", help="small files: to see that it works")
@@ -216,10 +233,11 @@ def parse_options():
 
 def main():
     options = parse_options()
-    print(f"Seconds on {os.cpu_count()} processors, {options.runs} runs in turns.\n")
+    threads = os.environ.get("VELMORA_THREADS", "as many")
+    print(f"Seconds on {os.cpu_count()} processors, {threads} threads, {options.runs} runs in turns.\n")
     print("| work | what | cpu | wall | memory, MB | cpu to bare | wall to bare |\n|---|---|---|---|---|---|---|")
     with tempfile.TemporaryDirectory(prefix="compare-") as folder:
-        for name, make, work in rows_of(options, pathlib.Path(folder)):
+        for name, make, work in rows_of(options, options.files or pathlib.Path(folder)):
             if not any(word in name for word in options.only):
                 continue
             if make:

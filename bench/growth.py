@@ -61,14 +61,16 @@ def with_sheet(write):
 def works():
     """Name, kind of file, what writes it, and the lines of the script behind the opening."""
     facets, zone = with_sheet(compare.write_facets), with_sheet(compare.write_triangles)
+    moves = [f"mouse move {350 + i} 300" for i in range(100)]
+    drag = ["run point.capture", "mouse down 350 300", *moves, "mouse up 450 300"]
     return [
         ("open points of .apt", "apt", write_points, []),
         ("open points of ordered .dat", "dat", write_ordered, []),
         ("open triangles of text .stl", "stl", facets, []),
         ("open triangles of .dat", "dat", zone, []),
-        ("slice triangles, 100 planes", "dat", zone, ["run convert.toSkl number=100"]),
-        ("point at triangles, 100 times", "dat", zone, ["run point.capture"] + [f"mouse move {400 + i} 300" for i in range(100)]),
-        ("save triangles as .dat", "dat", zone, ["run file.saveAs file={copy}"]),
+        ("open triangles of .dat, slice by 100 planes", "dat", zone, ["run convert.toSkl number=100"]),
+        ("open triangles of .dat, drag over them", "dat", zone, drag),
+        ("open triangles of .dat, save them", "dat", zone, ["run file.saveAs file={copy}"]),
     ]
 
 
@@ -195,10 +197,11 @@ def main():
                 continue
             points = []
             for size in sizes:
-                path = pathlib.Path(folder) / f"model.{kind}"
-                writer = multiprocessing.Process(target=write, args=(path, size))  # its memory goes with it
-                writer.start()
-                writer.join()
+                path = pathlib.Path(folder) / f"{name.split()[1]}{size}.{kind}"
+                if not path.exists():
+                    writer = multiprocessing.Process(target=write, args=(path, size))  # its memory goes with it
+                    writer.start()
+                    writer.join()
                 points.append((size, *measure(options, path, lines, repeats(size))))
             figures.append((name, points))
             row = [f"{seconds:.3f} s, {memory:.0f} MB" for _, seconds, memory in points]

@@ -13,7 +13,8 @@
 namespace velmora {
 
 /// The program that holds the library of others for a format: beside this program or module, or where it is when both
-/// are installed; empty when it is nowhere. CAD has one of its own, as its library is many times as large as all the rest.
+/// are installed; empty when it is nowhere. CAD has one of its own, as its library is many times as large as all the
+/// rest.
 std::filesystem::path readerProgram(const std::string& format);
 
 /// What is told when it is nowhere.

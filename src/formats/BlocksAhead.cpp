@@ -16,8 +16,8 @@ namespace velmora {
 
 namespace {
 
-/// Most whole numbers have few digits, and white space behind them.
-bool convertFewDigits(const char* begin, const char* text, std::vector<NumberAhead>& numbers) {
+/// Most whole numbers have few digits, and white space behind them. Gives the length of the number, 0 for another one.
+std::size_t convertFewDigits(const char* begin, const char* text, std::vector<NumberAhead>& numbers) {
     constexpr int mostDigits = 9;
     const bool negative = *begin == '-';
     const char* const firstDigit = begin + (isSign(*begin) ? 1 : 0);
@@ -27,26 +27,28 @@ bool convertFewDigits(const char* begin, const char* text, std::vector<NumberAhe
         magnitude = 10 * magnitude + (*p - '0');
     }
     if (p == firstDigit || !isSpace(*p)) {
-        return false;
+        return 0;
     }
     const double value = negative ? -static_cast<double>(magnitude) : magnitude;
     numbers.push_back({value, static_cast<std::uint32_t>(begin - text), static_cast<std::uint16_t>(p - begin), true});
-    return true;
+    return numbers.back().length;
 }
 
-/// A word that begins like a number.
-void convertNumber(const char* begin, const char* text, const char* end, std::vector<NumberAhead>& numbers) {
-    if (convertFewDigits(begin, text, numbers)) {
-        return;
+/// A word that begins like a number; gives how much of it is one.
+std::size_t convertNumber(const char* begin, const char* text, const char* end, std::vector<NumberAhead>& numbers) {
+    if (const std::size_t length = convertFewDigits(begin, text, numbers)) {
+        return length;
     }
     double value = 0.0;
     const auto [stop, error] = std::from_chars(begin + (*begin == '+' ? 1 : 0), end, value);
     // At the end of the block the token may go on; at an exponent mark it does go on, wrongly.
-    if (error == std::errc{} && stop != end && !isExponentMark(*stop) &&
-        stop - begin <= std::numeric_limits<std::uint16_t>::max()) {
-        numbers.push_back(
-            {value, static_cast<std::uint32_t>(begin - text), static_cast<std::uint16_t>(stop - begin), false});
+    if (error != std::errc{} || stop == end || isExponentMark(*stop) ||
+        stop - begin > std::numeric_limits<std::uint16_t>::max()) {
+        return 0;
     }
+    numbers.push_back(
+        {value, static_cast<std::uint32_t>(begin - text), static_cast<std::uint16_t>(stop - begin), false});
+    return numbers.back().length;
 }
 
 constexpr std::uint32_t behindAll = std::numeric_limits<std::uint32_t>::max();
@@ -63,19 +65,22 @@ void convertNumbers(const char* text, std::size_t size, std::vector<NumberAhead>
     numbers.clear();
     const char* const end = text + size;
     const char* p = text;
-    while (p != end) {
-        if (isSpace(*p)) {
+    while (true) {
+        while (isSpace(*p)) { // the NUL behind the block stops it
             ++p;
-            continue;
+        }
+        if (p == end) {
+            break;
         }
         const char* const firstDigit = p + (isSign(*p) ? 1 : 0);
-        const std::size_t before = numbers.size();
         if (isDigit(*firstDigit) || *firstDigit == '.') {
-            convertNumber(p, text, end, numbers);
+            p += convertNumber(p, text, end, numbers);
         }
-        p += numbers.size() > before ? numbers.back().length : 0;
         while (p != end && !isSpace(*p)) {
-            ++p;
+            ++p; // a control character, which belongs to the word, or the word's first letter
+            while (static_cast<unsigned char>(*p) > ' ') {
+                ++p;
+            }
         }
     }
     numbers.push_back(noNumber);

@@ -65,6 +65,11 @@ void cutStretchToSection(RebreakLaw& law, std::int32_t points) {
     law.lastPoint = std::min(law.lastPoint, points);
 }
 
+bool allOfLength(const Patch& patch, std::int32_t points) {
+    return std::all_of(patch.begin(), patch.end(),
+                       [points](const PointList& section) { return countOf(section) == points; });
+}
+
 constexpr std::size_t curvesOfChunk = 4;
 
 /// The points of a section that are re-spaced, from 1.
@@ -128,7 +133,7 @@ void rebreakLines(Patch& patch, RebreakLaw& law, CurveRange curves) {
     law.firstPoint = std::clamp(law.firstPoint, 1, std::max(sections, 1));
     law.lastPoint = std::min(law.lastPoint, sections);
     if (curves.first >= curves.last || law.newCount < 2 || law.lastPoint - law.firstPoint + 1 < 2 ||
-        regularityOf({patch}) != Regularity::Regular) {
+        !allOfLength(patch, lines)) {
         return;
     }
     const auto lawLine = sizeOf(curves.lawCurve);

@@ -189,8 +189,9 @@ TEST(Placing, TellsProgressThatNeverFalls) {
     const auto listen = [&told](double f) { told.push_back(f); };
     PiercingPoints found;
     findPiercingPoints(patches, {0}, found, listen);
-    EXPECT_EQ(told.size(), 3U);
+    ASSERT_FALSE(told.empty());
     EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
+    EXPECT_EQ(told.back(), 1.0);
     told.clear();
     PatchList copy = patches;
     PatchList working;

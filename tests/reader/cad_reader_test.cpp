@@ -162,6 +162,8 @@ TEST_F(CadReader, FacesWithoutFourSidesAreLeftOutAndTold) {
     ASSERT_EQ(read(step(BRepPrimAPI_MakeCylinder(2.0, 5.0).Shape())), ImportOutcome::Done);
     ASSERT_THAT(model_.patches, SizeIs(1));
     EXPECT_FALSE(record_.complete);
+    EXPECT_EQ(countOf(record_.found, "faces"), 3);
+    EXPECT_EQ(countOf(record_.kept, "faces"), 1);
     EXPECT_THAT(record_.reasons,
                 Contains("Faces that became no patch: 2 (without a border of four sides: faces 2, 3)"));
     for (const PointList& section : model_.patches[0]) {

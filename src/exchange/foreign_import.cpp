@@ -131,6 +131,10 @@ void takeForeign(ForeignFile&& file, const ImportOptions& options, ExchangeModel
     } else {
         takeMesh(file, options, model, record, report);
     }
+    if (file.facesFound > 0) {
+        countOf(record.found, "faces") += file.facesFound;
+        countOf(record.kept, "faces") += file.facesKept;
+    }
     for (std::string& reason : file.lost) {
         record.losesGeometry(std::move(reason));
     }

@@ -21,6 +21,7 @@ constexpr char lostRecord = 'L';
 constexpr char detailRecord = 'D';
 constexpr char changedRecord = 'C';
 constexpr char progressRecord = 'P';
+constexpr char facesRecord = 'N'; // how many are in the file, and of how many there are grids
 constexpr char gridRecord = 'G';  // three counts and the title; its coordinates follow
 constexpr char meshRecord = 'M';  // its arrays follow
 constexpr char titleRecord = 'T'; // of a zone of the mesh
@@ -28,6 +29,8 @@ constexpr char cornerRecord = 'A';
 constexpr char polygonRecord = 'B';
 constexpr char zoneRecord = 'O';
 constexpr char endRecord = 'Q';
+
+constexpr std::int64_t mostFaces = std::int64_t{1} << 53; // no file has more, and sums of such counts have room
 
 template <class T>
 T valueAt(std::string_view bytes, std::size_t place = 0) {
@@ -120,6 +123,11 @@ void ForeignWriter::changed(std::string_view what, std::int64_t number) {
     if (number != 0) {
         changed(std::string(what) + ": " + std::to_string(number));
     }
+}
+
+void ForeignWriter::faces(std::int64_t found, std::int64_t kept) {
+    const std::array<std::int64_t, 2> counts = {found, kept};
+    record(facesRecord, counts.data(), sizeof(counts));
 }
 
 void ForeignWriter::progress(double fraction) {
@@ -226,6 +234,13 @@ bool ForeignCollector::takeRecord(char kind, std::string_view bytes) {
             progress_ = std::clamp(valueAt<double>(bytes), progress_, 1.0);
         }
         return true;
+    case facesRecord:
+        if (bytes.size() != 2 * sizeof(std::int64_t)) {
+            return false;
+        }
+        file_.facesFound = valueAt<std::int64_t>(bytes);
+        file_.facesKept = valueAt<std::int64_t>(bytes, sizeof(std::int64_t));
+        return file_.facesKept >= 0 && file_.facesKept <= file_.facesFound && file_.facesFound <= mostFaces;
     case gridRecord: {
         constexpr std::size_t counts = 3 * sizeof(std::int64_t);
         if (bytes.size() < counts) {

@@ -26,6 +26,8 @@ public:
     /// Each with its number, where that is not 0.
     void lost(std::string_view reason, std::int64_t number);
     void changed(std::string_view what, std::int64_t number);
+    /// Of a file whose faces become grids: how many it has, and how many did.
+    void faces(std::int64_t found, std::int64_t kept);
     void progress(double fraction);
     void add(const ForeignGrid& grid);
     void add(const FileMesh& mesh);

@@ -158,6 +158,10 @@ private:
         const std::vector<std::int64_t>& holes = faces_[FaceBorder::WithHoles];
         const std::vector<std::int64_t>& others = faces_[FaceBorder::OtherSides];
         const std::size_t patches = faces_[FaceBorder::OnParameters].size() + trimmed.size();
+        if (work_.options.cadPatches) {
+            const auto number = [](std::size_t size) { return static_cast<std::int64_t>(size); };
+            out_.faces(number(patches + holes.size() + others.size()), number(patches));
+        }
         if (patches > 0) {
             out_.changed(
                 "Faces that became patches: " + std::to_string(patches) +

@@ -83,7 +83,7 @@ bool writeAll(int descriptor, const char* bytes, std::size_t size) {
     return true;
 }
 
-void read(const ReaderWork& work, ForeignWriter& out) {
+void read(const ReaderWork& work, [[maybe_unused]] ForeignWriter& out) {
 #ifdef VELMORA_READS_VRML
     if (work.format == "vrml2" || work.format == "inventor") {
         readVrml(work, out);

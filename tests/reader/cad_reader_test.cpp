@@ -1,6 +1,8 @@
 #include <algorithm>
 
 #include <BRepAlgoAPI_Cut.hxx>
+#include <BRepBuilderAPI_MakeFace.hxx>
+#include <BRepBuilderAPI_MakePolygon.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCone.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
@@ -16,6 +18,7 @@
 #include <TopLoc_Location.hxx>
 #include <TopoDS_Compound.hxx>
 #include <gp_Ax2.hxx>
+#include <gp_Pnt.hxx>
 #include <gp_Trsf.hxx>
 #include <gp_Vec.hxx>
 
@@ -162,6 +165,8 @@ TEST_F(CadReader, FacesWithoutFourSidesAreLeftOutAndTold) {
     ASSERT_EQ(read(step(BRepPrimAPI_MakeCylinder(2.0, 5.0).Shape())), ImportOutcome::Done);
     ASSERT_THAT(model_.patches, SizeIs(1));
     EXPECT_FALSE(record_.complete);
+    EXPECT_EQ(countOf(record_.found, "faces"), 3);
+    EXPECT_EQ(countOf(record_.kept, "faces"), 1);
     EXPECT_THAT(record_.reasons,
                 Contains("Faces that became no patch: 2 (without a border of four sides: faces 2, 3)"));
     for (const PointList& section : model_.patches[0]) {
@@ -208,6 +213,38 @@ TEST_F(CadReader, AFaceWhoseFourthSideIsAPointBecomesAPatch) {
         }
     }
     EXPECT_TRUE(tips == 5 || tips == 33) << tips; // a whole side
+}
+
+/// A flat face with these corners.
+TopoDS_Shape flatFace(const std::vector<gp_Pnt>& corners) {
+    BRepBuilderAPI_MakePolygon border;
+    for (const gp_Pnt& corner : corners) {
+        border.Add(corner);
+    }
+    border.Close();
+    return BRepBuilderAPI_MakeFace(border.Wire()).Shape();
+}
+
+// A trapezium whose lowest side is of two edges: five edges, four corners. One of five corners has no such sides.
+TEST_F(CadReader, EdgesThatGoOnInOneLineAreOneSide) {
+    options_.cadPatches = true;
+    options_.sections = 3;
+    options_.points = 9;
+    ASSERT_EQ(read(step(flatFace({{0, 0, 0}, {1, 0, 0}, {4, 0, 0}, {3, 2, 0}, {1, 2, 0}}))), ImportOutcome::Done);
+    ASSERT_THAT(model_.patches, SizeIs(1));
+    EXPECT_TRUE(record_.complete);
+    expectBox({0, 4, 0, 2, 0, 0}, 1e-9);
+    double area = 0.0;
+    const Patch& patch = model_.patches[0];
+    for (std::size_t i = 0; i + 1 < patch.size(); ++i) {
+        for (std::size_t j = 0; j + 1 < patch[i].size(); ++j) {
+            area += 0.5 * std::abs(cross(patch[i + 1][j + 1] - patch[i][j], patch[i + 1][j] - patch[i][j + 1]).z);
+        }
+    }
+    EXPECT_NEAR(area, 6.0, 1e-9); // (4 + 2) / 2 * 2
+    EXPECT_EQ(read(step(flatFace({{0, 0, 0}, {1, -1, 0}, {4, 0, 0}, {3, 2, 0}, {1, 2, 0}}))), ImportOutcome::Failed);
+    EXPECT_THAT(record_.reasons, Contains("Faces that became no patch: 1 (without a border of four sides: face 1)"));
+    EXPECT_EQ(countOf(record_.found, "faces"), 1);
 }
 
 TEST_F(CadReader, AFaceOfThreeSidesIsLeftOutAndTold) {

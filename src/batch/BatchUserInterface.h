@@ -25,6 +25,8 @@ public:
     explicit BatchUserInterface(EventPrinter& printer) : printer_(printer) {}
 
     void listenTo(Listener listener) { listener_ = std::move(listener); }
+    /// Files are written over without an answer; one that is given may stay unasked.
+    void agreeToOverwrite() { overwrites_ = true; }
     /// A line begins, with what it gives.
     void beginLine(CommandInput input = {});
     /// The line is at its end: nothing more is said of it.
@@ -61,6 +63,7 @@ private:
     EventPrinter& printer_;
     Listener listener_;
     bool talking_ = false;
+    bool overwrites_ = false;
     CommandInput input_;
     MaybeFailure failure_;
 };

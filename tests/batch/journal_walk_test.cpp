@@ -197,8 +197,8 @@ private:
 };
 
 TEST_F(JournalWalk, IsDoneAgainByItsJournal) {
-    const char* more = std::getenv("VELMORA_WALKS");
-    const unsigned walks = more != nullptr ? static_cast<unsigned>(std::atoi(more)) : 150;
+    const char* extent = std::getenv("VELMORA_RELIABILITY");
+    const unsigned walks = extent != nullptr && std::string(extent) == "long" ? 5000 : 150;
     for (unsigned seed = 1; seed <= walks; ++seed) {
         ASSERT_NO_FATAL_FAILURE(walk(seed));
     }

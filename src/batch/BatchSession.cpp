@@ -9,6 +9,9 @@ namespace velmora {
 BatchSession::BatchSession(EventPrinter& printer, const Setup& setup)
     : printer_(printer), ui_(printer), session_(ui_, surface_, *this, setup.documentsFolder),
       lines_(session_, ui_, printer, *this), echo_(setup.echo) {
+    if (setup.overwrite) {
+        ui_.agreeToOverwrite();
+    }
     session_.view().OnCreate();
     session_.view().OnSize(setup.viewSize.width, setup.viewSize.height);
     session_.start();

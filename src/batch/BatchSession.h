@@ -24,7 +24,8 @@ public:
     struct Setup {
         std::filesystem::path documentsFolder; ///< where untitled models go
         ViewSize viewSize;
-        bool echo = false; ///< say each line before it runs
+        bool echo = false;      ///< say each line before it runs
+        bool overwrite = false; ///< files are written over without an answer
     };
     using Next = ScriptLines::Next;
 

@@ -21,6 +21,10 @@ bool canBeSet(const DialogField& field) {
     return field.on && !field.readOnly;
 }
 
+bool asksToOverwrite(const std::string& question) {
+    return question.ends_with("Overwrite it?");
+}
+
 std::string remedyFor(const DialogForm& form, const std::string& name) {
     const DialogField* field = form.find(name);
     if (field != nullptr && canBeSet(*field)) {
@@ -52,7 +56,8 @@ MaybeFailure BatchUserInterface::endLine() const {
         return std::nullopt; // a command that refuses asks for no more: what it was given beyond does not matter
     }
     std::string what;
-    if (!input_.answers.empty()) {
+    const bool agreesAlready = overwrites_ && input_.answers == std::deque<bool>{true};
+    if (!input_.answers.empty() && !agreesAlready) {
         what = input_.answers.front() ? "answer=yes" : "answer=no";
     } else if (!input_.files.empty()) {
         what = input_.files.front() ? "file=" + input_.files.front()->string() : "cancel=file";
@@ -119,6 +124,9 @@ std::optional<bool> BatchUserInterface::takeAnswer(const std::string& question) 
         const bool yes = input_.answers.front();
         input_.answers.pop_front();
         return yes;
+    }
+    if (overwrites_ && asksToOverwrite(question)) {
+        return true;
     }
     return listener_.answer ? std::optional(listener_.answer(question)) : std::nullopt;
 }

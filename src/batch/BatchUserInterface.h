@@ -25,6 +25,8 @@ public:
     explicit BatchUserInterface(EventPrinter& printer) : printer_(printer) {}
 
     void listenTo(Listener listener) { listener_ = std::move(listener); }
+    /// Files are written over without an answer; one that is given may stay unasked.
+    void agreeToOverwrite() { overwrites_ = true; }
     /// A line begins, with what it gives.
     void beginLine(CommandInput input = {});
     /// The line is at its end: nothing more is said of it.
@@ -62,6 +64,7 @@ private:
     Listener listener_;
     bool talking_ = false;
     bool refused_ = false; ///< the line's command said that it cannot do it
+    bool overwrites_ = false;
     CommandInput input_;
     MaybeFailure failure_;
 };

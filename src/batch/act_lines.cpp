@@ -25,6 +25,7 @@ const std::vector<NamedCapture>& namedCaptures() {
         {"section", Act::Kind::Section, {&Act::patch, &Act::section}},
         {"line", Act::Kind::Line, {&Act::patch, &Act::point}},
         {"patch", Act::Kind::WholePatch, {&Act::patch}},
+        {"beside", Act::Kind::Beside, {&Act::patch, &Act::section, &Act::point}},
     };
     return captures;
 }
@@ -40,6 +41,7 @@ const char* remedyForNotArmed(Act::Kind kind) {
         return "run line.captureLine before it";
     case Act::Kind::WholePatch:
         return "run patch.capture, patch.addToBlock or patch.removeFromBlock before it";
+    case Act::Kind::Beside:
     case Act::Kind::Drag:
     case Act::Kind::Release:
         break;
@@ -59,7 +61,8 @@ std::optional<Act> parseCapture(std::span<const std::string> words) {
     Act act;
     act.kind = found->kind;
     for (std::size_t i = 0; i < found->numbers.size(); ++i) {
-        const auto number = parseInteger(words[i + 1], 1, std::numeric_limits<std::int32_t>::max());
+        const std::int32_t least = act.kind == Act::Kind::Beside ? 0 : 1; // 0 for none
+        const auto number = parseInteger(words[i + 1], least, std::numeric_limits<std::int32_t>::max());
         if (!number) {
             return std::nullopt;
         }

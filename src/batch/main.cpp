@@ -39,6 +39,7 @@ struct Options {
     bool echo = false;
     bool strict = false;
     bool keepGoing = false;
+    bool overwrite = false;
     std::optional<std::string> helpCommands; ///< empty: of all
     std::string size = "800x600";
     std::vector<std::string> lines;
@@ -72,6 +73,8 @@ void declareOptions(CLI::App& app, Options& options) {
                                 "not be read whole, 4 when one could not be written, 5 when a command was refused");
     app.add_flag("--keep-going", options.keepGoing, "Go on behind a line that is an error; the status is 1 at the end")
         ->excludes(strict);
+    app.add_flag("--overwrite", options.overwrite,
+                 "Write over files without an answer, so that a journal that saves can be run again where it was made");
     app.add_option("--help-commands", options.helpCommands,
                    "Print the commands that the line \"run\" takes, or the fields of one as JSON")
         ->type_name("[COMMAND]")
@@ -205,7 +208,8 @@ int runScript(const Options& options, ViewSize size) {
     } else {
         printer = std::make_unique<velmora::TextEventPrinter>(std::cout);
     }
-    BatchSession session(*printer, {velmora::documentsFolder(velmora::processEnvironment), size, options.echo});
+    BatchSession session(
+        *printer, {velmora::documentsFolder(velmora::processEnvironment), size, options.echo, options.overwrite});
     const ExitStatus status = runLines(session, *printer, options, script);
     return status == Success && !std::cout ? ScriptEnded : status;
 }

@@ -14,6 +14,7 @@ struct Act {
         Section,
         Line, ///< its number is the one of the point
         WholePatch,
+        Beside,  ///< a click that captured nothing leaves the numbers of what was nearest
         Drag,    ///< a move of what is dragged, to `place`
         Release, ///< the end of a drag
     };

@@ -321,6 +321,14 @@ void Capture::takeLine(const Pick& pick) {
     }
 }
 
+void Capture::passBy(std::int32_t patch, std::int32_t section, std::int32_t point) {
+    state_.capturedPatch = patch;
+    renumberPoint(section, point);
+    if (state_.pointCaptureArmed || state_.freePointArmed) {
+        state_.pointPicked = false;
+    }
+}
+
 bool Capture::releasePoint() {
     apply(CaptureEvent::ReleasePoint);
     return !state_.pointCaptureArmed;

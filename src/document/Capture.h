@@ -204,6 +204,8 @@ public:
 
     /// Takes what a pick found. A pick that found nothing near leaves the traces that the next command meets.
     void take(const Pick& pick);
+    /// The numbers that a click beside the geometry leaves.
+    void passBy(std::int32_t patch, std::int32_t section, std::int32_t point);
     /// The left button came up: what was waited for is captured if the pick found it. True when it is.
     bool releasePoint();
     bool releaseFreePoint();

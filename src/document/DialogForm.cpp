@@ -314,6 +314,20 @@ std::string numberText(double value) {
     return error == std::errc() ? std::string(buffer.data(), end) : std::string();
 }
 
+void putFieldText(DialogField& field, std::string_view text) {
+    const auto number = parseNumber<double>(text);
+    if (!number) {
+        return;
+    }
+    if (auto* const integer = std::get_if<std::int32_t*>(&field.value)) {
+        **integer = static_cast<std::int32_t>(*number);
+    } else if (auto* const real = std::get_if<double*>(&field.value)) {
+        **real = *number;
+    } else {
+        **std::get_if<bool*>(&field.value) = *number == (field.kind == FieldKind::Radio ? 2.0 : 1.0);
+    }
+}
+
 std::string fieldText(const DialogField& field) {
     if (field.kind == FieldKind::Real) {
         return numberText(fieldNumber(field));

@@ -98,6 +98,9 @@ std::optional<DialogRefusal> acceptDialog(DialogForm& form);
 /// back, check boxes as 0 or 1.
 std::string fieldText(const DialogField& field);
 
+/// Puts such a text into a field, whether it is on or not; nothing when it is none.
+void putFieldText(DialogField& field, std::string_view text);
+
 /// A field's value as a number: of a radio group the choice, of a check box 0 or 1.
 double fieldNumber(const DialogField& field);
 

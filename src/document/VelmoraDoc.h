@@ -197,6 +197,7 @@ public:
     bool askViewing(dlgViewing& values);
 
 private:
+    friend class DocumentSnapshot;
     using CaptureText = std::string CaptureState::*;
 
     CaptureText shownCaptureText() const;

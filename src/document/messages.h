@@ -83,6 +83,7 @@ inline std::string offerImport(const std::string& name) {
     return name + " is a file of another program. Import it?";
 }
 inline constexpr const char* workCancelled = "Cancelled: the model is as it was";
+inline constexpr const char* stateNotKept = "The model as it was then is not kept any more";
 inline constexpr MessageText noRoomInSinglePrecision{Severity::Refused,
                                                      "A coordinate is too large for single precision"};
 /// `move` is the largest distance between a point and the point as written.

@@ -22,10 +22,31 @@ bool lineRuns(const Patch& patch, std::int32_t line, std::int32_t first, std::in
                        [line](const PointList& section) { return line < countOf(section); });
 }
 
+/// The vector brought near length 1 by a power of two, which changes no digit, and that power: squares of its
+/// components neither vanish nor overflow.
+struct Scaled {
+    zVec<double> vector;
+    int power = 0;
+};
+
+Scaled scaled(const zVec<double>& v) {
+    const double largest = std::max({std::abs(v.x), std::abs(v.y), std::abs(v.z)});
+    if (largest == 0.0 || !std::isfinite(largest)) {
+        return {v, 0};
+    }
+    const int power = std::ilogb(largest);
+    return {{std::scalbn(v.x, -power), std::scalbn(v.y, -power), std::scalbn(v.z, -power)}, power};
+}
+
+double lengthOfAny(const zVec<double>& v) {
+    const Scaled near = scaled(v);
+    return std::scalbn(lengthOf(near.vector), near.power);
+}
+
 double lengthBetween(const ConstPatchCurve& curve, std::int32_t first, std::int32_t last) {
     double length = 0.0;
     for (std::int32_t i = first; i < last; ++i) {
-        length += distance(curve[i], curve[i + 1]);
+        length += lengthOfAny(curve[i] - curve[i + 1]);
     }
     return length;
 }
@@ -50,7 +71,9 @@ std::optional<double> angleAt(const zVec<double>& b, const zVec<double>& a, cons
     if (a == b || c == b) {
         return std::nullopt;
     }
-    return std::atan2(lengthOf(cross(a - b, c - b)), dot(a - b, c - b)) * (180.0 / std::numbers::pi);
+    const zVec<double> one = scaled(a - b).vector;
+    const zVec<double> other = scaled(c - b).vector;
+    return std::atan2(lengthOf(cross(one, other)), dot(one, other)) * (180.0 / std::numbers::pi);
 }
 
 } // namespace
@@ -77,7 +100,7 @@ std::optional<MeasuredPlace> nodePlace(const zRegion_fe& region, std::int32_t zo
 Measurement measure(const PatchList& patches, const MeasuredPlace& a, const MeasuredPlace& b,
                     const std::optional<MeasuredPlace>& c) {
     Measurement result;
-    result.distance = distance(a.point, b.point);
+    result.distance = lengthOfAny(a.point - b.point);
     result.delta = b.point - a.point;
     result.along = lengthAlong(patches, a, b);
     result.angle = c ? angleAt(b.point, a.point, c->point) : std::nullopt;

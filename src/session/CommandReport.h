@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <variant>
 #include <vector>
@@ -46,6 +47,10 @@ struct CommandReport {
         std::vector<Field> fields; ///< none of the point table, which is no form
         /// What was set, in order, as a script gives it; of the point table its actions, each as "do".
         std::vector<Setting> settings{};
+        /// Fields that a script cannot bring to what was taken, with what they stand at in it.
+        std::vector<Setting> unreached{};
+        std::map<std::string, std::string> shownTexts{}; ///< by field, as scripts give them: as the dialog came up
+        std::map<std::string, std::string> takenTexts{}; ///< as it closed
     };
     struct Chooser {
         std::string command; ///< the id of the command that asked

@@ -1,8 +1,11 @@
 #include "Journal.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "Capture.h"
 #include "DialogForm.h"
+#include "DialogValues.h"
 #include "script_words.h"
 
 namespace velmora {
@@ -50,22 +53,14 @@ std::string lineOf(const Act& act) {
         return numbered("capture line", {act.patch, act.point});
     case Act::Kind::WholePatch:
         return numbered("capture patch", {act.patch});
+    case Act::Kind::Beside:
+        return numbered("capture beside", {act.patch, act.section, act.point});
     case Act::Kind::Drag:
         return "drag " + numberText(act.place.x) + ' ' + numberText(act.place.y) + ' ' + numberText(act.place.z);
     case Act::Kind::Release:
         break;
     }
     return "release";
-}
-
-/// Later settings of the same fields take the place of earlier ones; a point table has no fields.
-void addSetting(std::vector<CommandReport::Setting>& settings, const CommandReport::Setting& setting) {
-    if (setting.name != "do") {
-        settings.erase(std::remove_if(settings.begin(), settings.end(),
-                                      [&](const auto& each) { return each.name == setting.name; }),
-                       settings.end());
-    }
-    settings.push_back(setting);
 }
 
 std::string filesOf(const CommandReport::Chooser& chooser) {
@@ -84,44 +79,144 @@ bool Journal::isLeftOut(const CommandReport& report, Effect effect) const {
     return report.off || effect == Effect::None || (!wentWell && effect == Effect::Beside);
 }
 
-void Journal::putWithheldIn() {
-    for (auto each = withheld_.rbegin(); each != withheld_.rend(); ++each) {
-        lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(each->place), each->line);
-    }
-    withheld_.clear();
+void Journal::append(std::string line) {
+    later_.clear();
+    firstNew_ = std::min(firstNew_.value_or(lines_.size()), lines_.size());
+    lines_.push_back(std::move(line));
 }
 
-void Journal::keepSettings(const CommandReport& report) {
-    for (const CommandReport::Dialog& dialog : report.dialogs) {
-        if (dialog.ok && dialog.name != "CRegularInput") {
-            for (const CommandReport::Setting& setting : dialog.settings) {
-                addSetting(unwritten_[dialog.name], setting);
+void Journal::putWithheldIn() {
+    std::vector<Tracking::Withheld>& withheld = tracking_.withheld;
+    for (auto each = withheld.rbegin(); each != withheld.rend(); ++each) {
+        lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(each->place), each->line);
+        firstNew_ = std::min(firstNew_.value_or(each->place), each->place);
+        later_.clear();
+    }
+    withheld.clear();
+}
+
+void Journal::goTo(std::size_t line, const Tracking& tracking) {
+    lines_.insert(lines_.end(), later_.begin(), later_.end());
+    const auto end = lines_.begin() + static_cast<std::ptrdiff_t>(std::min(line, lines_.size()));
+    later_.assign(end, lines_.end());
+    lines_.erase(end, lines_.end());
+    tracking_ = tracking;
+}
+
+std::optional<std::size_t> Journal::takeFirstNew() {
+    return std::exchange(firstNew_, std::nullopt);
+}
+
+// ---- Where a replay stands otherwise --------------------------------------------------------------------------------
+
+DialogTexts textsOf(DialogValues& dialogs) {
+    DialogTexts texts;
+    for (const std::string& name : DialogValues::names()) {
+        const auto form = dialogs.form(name);
+        for (const DialogField& field : form->fields) {
+            if (!field.readOnly) {
+                texts[name][field.key] = fieldText(field);
+            }
+        }
+    }
+    return texts;
+}
+
+CaptureTraces tracesOf(const CaptureState& capture) {
+    return {capture.capturedPatch, capture.capturedPointSection, capture.capturedPoint};
+}
+
+namespace {
+
+/// These two come up with the numbers of what is captured, if something is; all other commands that put values into
+/// their dialog do so each time.
+bool startsAtCapture(const std::string& dialog) {
+    return dialog == "CInputSection" || dialog == "CInputLine";
+}
+
+bool isOfCapture(const std::string& dialog, const std::string& key, const CaptureState& capture) {
+    return startsAtCapture(dialog) &&
+           ((key == "patch" && capture.capturedPatch >= 0) || (key == "section" && capture.capturedSection >= 0) ||
+            (key == "line" && capture.capturedLine >= 0));
+}
+
+/// The value was put there by the command before it showed the dialog, and nobody changed it.
+bool isPutByCommand(const CommandReport& report, const std::string& name, const std::string& key,
+                    const std::string& text) {
+    return std::any_of(report.dialogs.begin(), report.dialogs.end(), [&](const CommandReport::Dialog& dialog) {
+        const auto shown = dialog.shownTexts.find(key);
+        return dialog.name == name && shown != dialog.shownTexts.end() && shown->second == text &&
+               (!dialog.ok || dialog.takenTexts.at(key) == text);
+    });
+}
+
+} // namespace
+
+/// A value that the command itself put into its dialog stands there in a replay too.
+std::map<std::string, std::string> Journal::otherStart(const DialogForm& shown, const DialogTexts& kept,
+                                                       const CaptureState& capture) const {
+    std::map<std::string, std::string> start;
+    const auto others = tracking_.otherDialogs.find(shown.name);
+    const auto before = kept.find(shown.name);
+    if (others == tracking_.otherDialogs.end() || before == kept.end()) {
+        return start;
+    }
+    for (const auto& [key, text] : others->second) {
+        const DialogField* field = shown.find(key);
+        const auto value = before->second.find(key);
+        if (field != nullptr && value != before->second.end() && fieldText(*field) == value->second &&
+            !isOfCapture(shown.name, key, capture)) {
+            start[key] = text;
+        }
+    }
+    return start;
+}
+
+/// What a dialog keeps of the line is not kept where the line is not run. What the command put there it puts there the
+/// next time, too.
+void Journal::noteLeftOut(const CommandReport& report, const Surroundings& before, const Surroundings& after) {
+    for (const auto& [name, values] : after.dialogs) {
+        const auto& old = before.dialogs.at(name);
+        for (const auto& [key, text] : values) {
+            if (old.at(key) == text || (!startsAtCapture(name) && isPutByCommand(report, name, key, text))) {
+                continue;
+            }
+            auto& others = tracking_.otherDialogs[name];
+            if (others.try_emplace(key, old.at(key)).first->second == text) {
+                others.erase(key);
             }
         }
     }
 }
 
-std::string Journal::settingsOf(const CommandReport::Dialog& dialog) {
-    std::vector<CommandReport::Setting> settings = std::move(unwritten_[dialog.name]);
-    unwritten_.erase(dialog.name);
-    if (settings.empty()) {
-        settings = dialog.settings; // as it was done, step by step
-    } else {
-        for (const CommandReport::Setting& setting : dialog.settings) {
-            addSetting(settings, setting);
+/// The line is run in a replay too, and leaves what it leaves here, but for fields that could not be set.
+void Journal::noteDone(const CommandReport& report, const Surroundings& before, const Surroundings& after) {
+    for (auto& [name, others] : tracking_.otherDialogs) {
+        for (const auto& [key, text] : after.dialogs.at(name)) {
+            if (before.dialogs.at(name).at(key) != text) {
+                others.erase(key);
+            }
         }
     }
-    std::string text;
-    for (const CommandReport::Setting& setting : settings) {
-        text += ' ' + scriptSetting(setting.name, setting.value);
+    for (const CommandReport::Dialog& dialog : report.dialogs) {
+        if (dialog.ok && after.dialogs.count(dialog.name) > 0) {
+            auto& others = tracking_.otherDialogs[dialog.name];
+            others.clear();
+            for (const CommandReport::Setting& setting : dialog.unreached) {
+                others[setting.name] = setting.value;
+            }
+        }
     }
-    return text;
+    tracking_.traces = after.traces;
 }
 
-std::string Journal::answersOf(const CommandReport& report) {
+std::string Journal::answersOf(const CommandReport& report) const {
     std::string text;
     for (const CommandReport::Dialog& dialog : report.dialogs) {
-        text += dialog.ok ? settingsOf(dialog) : " cancel=dialog";
+        for (const CommandReport::Setting& setting : dialog.settings) {
+            text += dialog.ok ? ' ' + scriptSetting(setting.name, setting.value) : std::string();
+        }
+        text += dialog.ok ? "" : " cancel=dialog";
     }
     for (const CommandReport::Question& question : report.questions) {
         text += question.answer == Answer::Yes ? " answer=yes" : " answer=no";
@@ -135,46 +230,61 @@ std::string Journal::answersOf(const CommandReport& report) {
 void Journal::needView(int plane) {
     // Those of the tool bar, which paint: a view knows its plane from its last paint.
     constexpr const char* views[] = {"run view.threeD", "run view.frontView", "run view.upView", "run view.sideView"};
-    lines_.emplace_back(views[static_cast<std::size_t>(plane)]);
+    append(views[static_cast<std::size_t>(plane)]);
 }
 
-void Journal::addCommand(const Command& command, const CommandReport& report, Effect effect, int plane) {
+void Journal::needTraces(const CaptureTraces& traces) {
+    if (!(tracking_.traces == traces)) {
+        append(numbered("capture beside", {traces.patch, traces.section, traces.point}));
+        tracking_.traces = traces;
+    }
+}
+
+// ---- Lines ----------------------------------------------------------------------------------------------------------
+
+void Journal::addCommand(const Command& command, const CommandReport& report, Effect effect, const Surroundings& before,
+                         const Surroundings& after) {
     if (isOfTheView(command)) {
+        noteLeftOut(report, before, after);
         return;
     }
     if (effect == Effect::Undo && report.outcome() == Outcome::Failed) {
-        withheld_.push_back({lines_.size(), std::string("run ") + command.id + answersOf(report)});
+        tracking_.withheld.push_back({lines_.size(), std::string("run ") + command.id + answersOf(report)});
+        noteLeftOut(report, before, after);
         return;
     }
     if (isLeftOut(report, effect)) {
-        keepSettings(report);
+        noteLeftOut(report, before, after);
         return;
     }
     if (isUndo(command.id)) {
         putWithheldIn();
     }
+    needTraces(before.traces);
     if (seesThePlane(command.id)) {
-        needView(plane);
+        needView(before.plane);
     }
-    lines_.push_back(std::string("run ") + command.id + answersOf(report));
-    bentPlane_ = command.id == bendCommand ? plane : -1;
+    append(std::string("run ") + command.id + answersOf(report));
+    tracking_.bentPlane = command.id == bendCommand ? before.plane : -1;
+    noteDone(report, before, after);
 }
 
 void Journal::addOpening(const std::vector<std::filesystem::path>& paths, bool hadModel, const CommandReport& report,
-                         Effect effect) {
+                         Effect effect, const Surroundings& after) {
     if (paths.empty() || isLeftOut(report, effect)) {
         return;
     }
     if (paths.size() == 1) {
-        lines_.push_back("open " + scriptWord(paths.front().string()));
+        append("open " + scriptWord(paths.front().string()));
     } else {
         std::string line = hadModel ? "run file.open answer=yes" : "run file.open";
         for (const std::filesystem::path& path : paths) {
             line += ' ' + scriptSetting("file", path.string());
         }
-        lines_.push_back(line);
+        append(std::move(line));
     }
-    bentPlane_ = -1;
+    tracking_.bentPlane = -1;
+    tracking_.traces = after.traces;
 }
 
 void Journal::addSave(const CommandReport& report) {
@@ -186,18 +296,43 @@ void Journal::addSave(const CommandReport& report) {
     for (const CommandReport::Chooser& chooser : report.choosers) {
         line += filesOf(chooser);
     }
-    lines_.push_back(line);
+    append(std::move(line));
 }
 
-void Journal::addAct(const Act& act) {
+/// The numbers that the act took are those of a replay from here on.
+void Journal::addAct(const Act& act, const CaptureTraces& traces) {
     if (act.kind == Act::Kind::WholePatch && act.patch < 0) {
         return; // the button came up that had not gone down in this regime
     }
-    if (act.kind == Act::Kind::Drag && act.plane != 0 && act.plane != bentPlane_) {
+    if (act.kind == Act::Kind::Drag && act.plane != 0 && act.plane != tracking_.bentPlane) {
         needView(act.plane);
-        bentPlane_ = act.plane;
+        tracking_.bentPlane = act.plane;
     }
-    lines_.push_back(lineOf(act));
+    append(lineOf(act));
+    CaptureTraces& known = tracking_.traces;
+    switch (act.kind) {
+    case Act::Kind::Point:
+        known = traces;
+        break;
+    case Act::Kind::Node:
+        known.patch = traces.patch;
+        known.point = traces.point;
+        break;
+    case Act::Kind::Line:
+        known.section = traces.section;
+        known.patch = traces.patch;
+        break;
+    case Act::Kind::Section:
+        known.patch = traces.patch;
+        break;
+    case Act::Kind::WholePatch:
+        known.patch = traces.patch == act.patch ? act.patch : known.patch;
+        break;
+    case Act::Kind::Beside:
+    case Act::Kind::Drag:
+    case Act::Kind::Release:
+        break;
+    }
 }
 
 } // namespace velmora

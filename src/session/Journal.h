@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +14,25 @@
 
 namespace velmora {
 
+struct CaptureState;
+struct DialogForm;
+struct DialogValues;
+
+/// By dialog and field the values that are kept, as scripts give them.
+using DialogTexts = std::map<std::string, std::map<std::string, std::string>>;
+DialogTexts textsOf(DialogValues& dialogs);
+
+/// The numbers that a click beside the geometry leaves though nothing is captured by it: what comes next can meet them.
+/// From 0, -1 for none.
+struct CaptureTraces {
+    std::int32_t patch = -1;
+    std::int32_t section = -1;
+    std::int32_t point = -1;
+
+    friend bool operator==(const CaptureTraces&, const CaptureTraces&) = default;
+};
+CaptureTraces tracesOf(const CaptureState& capture);
+
 /// What was done since the start, as the lines of a script that does it again: what changed nothing is not in it, nor
 /// where the model was looked at from, but for a principal view before what depends on it.
 class Journal {
@@ -19,42 +40,74 @@ public:
     /// What a piece of work came to.
     enum class Effect {
         None,
-        Beside, ///< only what the next dialogs and the picture know changed
+        Beside, ///< only what the next dialogs know changed
         Undo,   ///< and the snapshots for Undo
-        Kept,   ///< the model, a capture, a buffer, the zBlock, a name or a file changed
+        Kept,   ///< the model, a capture, a buffer, the zBlock, a name, a switch or a file changed
     };
 
-    /// A command ran; `plane` is the plane of the view that it ran in, see DocumentView::principalPlane.
-    void addCommand(const Command& command, const CommandReport& report, Effect effect, int plane);
+    /// What a line is done in: a replay may stand otherwise in what no line can tell.
+    struct Surroundings {
+        DialogTexts dialogs; ///< the values that the dialogs keep
+        CaptureTraces traces;
+        int plane = 0; ///< of the view, see DocumentView::principalPlane
+    };
+    /// What a replay of the lines would stand at, where that is something else than the document. It belongs to the
+    /// last line.
+    struct Tracking {
+        /// A line that failed and left nothing but a snapshot for Undo: it takes its place when Undo goes back to it.
+        struct Withheld {
+            std::size_t place;
+            std::string line;
+        };
+        std::vector<Withheld> withheld;
+        /// What dialogs keep of lines that are left out is not kept in a replay: the values that stand there.
+        DialogTexts otherDialogs;
+        CaptureTraces traces; ///< the numbers of what is captured, as of the last line
+        int bentPlane = -1;   ///< of the drag that bends a curve, as of the last line; -1 for none
+    };
+
+    /// A command ran, and the surroundings were those.
+    void addCommand(const Command& command, const CommandReport& report, Effect effect, const Surroundings& before,
+                    const Surroundings& after);
     /// Files were opened by path; `hadModel`: in place of a model.
     void addOpening(const std::vector<std::filesystem::path>& paths, bool hadModel, const CommandReport& report,
-                    Effect effect);
+                    Effect effect, const Surroundings& after);
     /// The model was saved on the way to something else.
     void addSave(const CommandReport& report);
-    void addAct(const Act& act);
+    /// The mouse, or a line of a script in its place, did this; `traces` are there now.
+    void addAct(const Act& act, const CaptureTraces& traces);
     /// What no line can do again.
-    void addRemark(const std::string& text) { lines_.push_back("# " + text); }
+    void addRemark(const std::string& text) { append("# " + text); }
 
+    /// The values at which fields of a dialog would stand in a replay, where they are others than those shown: `kept`
+    /// were the values of all dialogs before the command that shows it.
+    std::map<std::string, std::string> otherStart(const DialogForm& shown, const DialogTexts& kept,
+                                                  const CaptureState& capture) const;
+
+    /// What was done, up to the line that was gone to.
     const std::vector<std::string>& lines() const { return lines_; }
+    /// The lines behind it, until something new is done.
+    const std::vector<std::string>& later() const { return later_; }
+    const Tracking& tracking() const { return tracking_; }
+    /// The lines from number `line` on, from 0, are later ones; `tracking` belongs to what stays.
+    void goTo(std::size_t line, const Tracking& tracking);
+    /// The first line, from 0, that is new since the last call; none when all stand as they stood.
+    std::optional<std::size_t> takeFirstNew();
 
 private:
     bool isLeftOut(const CommandReport& report, Effect effect) const;
-    std::string answersOf(const CommandReport& report);
-    std::string settingsOf(const CommandReport::Dialog& dialog);
-    void keepSettings(const CommandReport& report);
+    std::string answersOf(const CommandReport& report) const;
+    void noteLeftOut(const CommandReport& report, const Surroundings& before, const Surroundings& after);
+    void noteDone(const CommandReport& report, const Surroundings& before, const Surroundings& after);
     void needView(int plane);
+    void needTraces(const CaptureTraces& traces);
     void putWithheldIn();
+    void append(std::string line);
 
     std::vector<std::string> lines_;
-    /// A line that failed and left nothing but a snapshot for Undo: it takes its place when Undo goes back to it.
-    struct Withheld {
-        std::size_t place;
-        std::string line;
-    };
-    std::vector<Withheld> withheld_;
-    /// What was set in dialogs by lines that are left out: it stands in them when they are shown again.
-    std::map<std::string, std::vector<CommandReport::Setting>> unwritten_;
-    int bentPlane_ = -1; ///< of the drag that bends a curve, as of the last line; -1 for none
+    std::vector<std::string> later_;
+    Tracking tracking_;
+    std::optional<std::size_t> firstNew_;
 };
 
 } // namespace velmora

@@ -1,5 +1,9 @@
 #include "Recorder.h"
 
+#include <algorithm>
+#include <iterator>
+#include <type_traits>
+
 #include "CRegularInput.h"
 #include "DialogForm.h"
 
@@ -16,6 +20,14 @@ std::vector<CommandReport::Field::Value> valuesOf(const DialogForm& form) {
     return values;
 }
 
+std::map<std::string, std::string> textsOf(const DialogForm& form) {
+    std::map<std::string, std::string> texts;
+    for (const DialogField& field : form.fields) {
+        texts[field.key] = fieldText(field);
+    }
+    return texts;
+}
+
 CommandReport::Dialog dialogOf(const DialogForm& form, const std::vector<CommandReport::Field::Value>& shown, bool ok) {
     CommandReport::Dialog dialog{form.name, ok, {}, {}};
     const auto taken = valuesOf(form);
@@ -26,6 +38,54 @@ CommandReport::Dialog dialogOf(const DialogForm& form, const std::vector<Command
         dialog.settings.push_back({change.key, change.text});
     }
     return dialog;
+}
+
+void putValues(DialogForm& form, const std::vector<CommandReport::Field::Value>& values) {
+    for (std::size_t i = 0; i < form.fields.size(); ++i) {
+        std::visit([&](auto* value) { *value = std::get<std::remove_pointer_t<decltype(value)>>(values[i]); },
+                   form.fields[i].value);
+    }
+}
+
+/// Brings each field to its value of `wanted` that can be set as the others stand.
+void setWhatCanBe(DialogForm& form, const std::vector<std::string>& wanted) {
+    for (std::size_t i = 0; i < form.fields.size(); ++i) {
+        if (fieldText(form.fields[i]) != wanted[i]) {
+            setField(form, form.fields[i].key, wanted[i]);
+        }
+    }
+}
+
+/// The steps that bring a dialog to what was taken, from fields that stand otherwise: those of the person, then what is
+/// left. One field can turn another one on, so what is left is gone through as often as that may help.
+void noteStepsFrom(const std::map<std::string, std::string>& start, const DialogForm& taken, DialogForm shown,
+                   const std::vector<CommandReport::Field::Value>& shownValues, CommandReport::Dialog& dialog) {
+    constexpr int rounds = 3;
+    const auto takenValues = valuesOf(taken);
+    std::vector<std::string> wanted;
+    std::transform(taken.fields.begin(), taken.fields.end(), std::back_inserter(wanted), fieldText);
+    putValues(shown, shownValues);
+    for (const auto& [key, text] : start) {
+        putFieldText(*shown.find(key), text);
+    }
+    shown.changes.clear();
+    openDialog(shown);
+    for (const FieldChange& change : taken.changes) {
+        setField(shown, change.key, change.text);
+    }
+    for (int round = 0; round < rounds; ++round) {
+        setWhatCanBe(shown, wanted);
+    }
+    dialog.settings.clear();
+    for (const FieldChange& change : shown.changes) {
+        dialog.settings.push_back({change.key, change.text});
+    }
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        if (fieldText(shown.fields[i]) != wanted[i] && !shown.fields[i].readOnly) {
+            dialog.unreached.push_back({shown.fields[i].key, fieldText(shown.fields[i])});
+        }
+    }
+    putValues(shown, takenValues);
 }
 
 } // namespace
@@ -74,8 +134,17 @@ void Recorder::showTitle(const std::string& title) {
 
 bool Recorder::showDialog(DialogForm& form) {
     const auto shown = valuesOf(form);
+    const auto start = otherStart_ ? otherStart_(form) : std::map<std::string, std::string>();
+    const DialogForm opened = form;
+    const auto shownTexts = textsOf(form);
     const bool ok = person_->showDialog(form);
-    note(&CommandReport::dialogs, dialogOf(form, shown, ok));
+    CommandReport::Dialog dialog = dialogOf(form, shown, ok);
+    dialog.shownTexts = shownTexts;
+    dialog.takenTexts = textsOf(form);
+    if (ok && !start.empty()) {
+        noteStepsFrom(start, form, opened, shown, dialog);
+    }
+    note(&CommandReport::dialogs, dialog);
     return ok;
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <functional>
+#include <map>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -45,6 +47,12 @@ public:
     /// `onAct` hears of each act of the mouse, in a report or not.
     void hearActs(std::function<void(const Act&)> onAct) { onAct_ = std::move(onAct); }
 
+    /// `otherStart` tells of a dialog that comes up the fields that stand at other values where a script shows it: what
+    /// was set is noted as the steps from there.
+    void startDialogsAt(std::function<std::map<std::string, std::string>(const DialogForm&)> otherStart) {
+        otherStart_ = std::move(otherStart);
+    }
+
     /// Sets a flag of the reports that are open.
     void note(bool CommandReport::*flag);
 
@@ -73,6 +81,7 @@ private:
     UserInterface* person_;
     std::vector<CommandReport*> open_; ///< the innermost is the last
     std::function<void(const Act&)> onAct_;
+    std::function<std::map<std::string, std::string>(const DialogForm&)> otherStart_;
 };
 
 } // namespace velmora

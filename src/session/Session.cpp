@@ -1,8 +1,12 @@
 #include "Session.h"
 
+#include <algorithm>
+
 #include "CommandGuard.h"
+#include "DialogValues.h"
 #include "VelmoraDoc.h"
 #include "WorkCancelled.h"
+#include "foreign_files.h"
 #include "messages.h"
 
 namespace velmora {
@@ -11,7 +15,9 @@ Session::Session(UserInterface& person, ViewSurface& surface, ShellCommands& she
                  const std::filesystem::path& documentsFolder)
     : recorder_(person), shell_(shell), document_(std::make_unique<VelmoraDoc>(recorder_, documentsFolder)),
       view_(*document_, surface) {
-    recorder_.hearActs([this](const Act& act) { journal_.addAct(act); });
+    recorder_.hearActs([this](const Act& act) { journal_.addAct(act, tracesOf(*document_->capture)); });
+    recorder_.startDialogsAt(
+        [this](const DialogForm& form) { return journal_.otherStart(form, dialogsBefore_, *document_->capture); });
 }
 
 Session::~Session() = default;
@@ -59,6 +65,10 @@ CommandReport Session::perform(const std::function<void()>& work) {
 
 Journal::Effect Session::effectSince(const StateMark& before, const CommandReport& report) {
     const StateMark now = marker_.markOf(*document_);
+    const auto isOfModel = [this](const FileWritten& file) { return file.path == document_->modelFile.chosenPath; };
+    if (history_ && std::any_of(report.filesWritten.begin(), report.filesWritten.end(), isOfModel)) {
+        history_->noteWritten();
+    }
     if (now.kept != before.kept || !report.filesWritten.empty()) {
         return Journal::Effect::Kept;
     }
@@ -73,18 +83,29 @@ CommandReport Session::performAs(UserInterface& person, const std::function<void
     return perform(work);
 }
 
-CommandReport Session::run(const Command& command) {
+Journal::Surroundings Session::surroundings() {
+    return {textsOf(*document_->dialogs), tracesOf(*document_->capture), document_->principalPlane()};
+}
+
+CommandReport Session::noted(const Command& command, const std::function<void()>& work) {
+    keepUp();
     const StateMark before = marker_.markOf(*document_);
-    const int plane = document_->principalPlane();
-    CommandReport report = perform([&] {
+    const Journal::Surroundings around = surroundings();
+    dialogsBefore_ = around.dialogs;
+    CommandReport report = perform(work);
+    journal_.addCommand(command, report, effectSince(before, report), around, surroundings());
+    keepUp();
+    return report;
+}
+
+CommandReport Session::run(const Command& command) {
+    return noted(command, [&] {
         if (isOn(command)) {
             carryOut(command);
         } else {
             recorder_.note(&CommandReport::off);
         }
     });
-    journal_.addCommand(command, report, effectSince(before, report), plane);
-    return report;
 }
 
 void Session::carryOut(const Command& command) {
@@ -102,10 +123,12 @@ void Session::carryOut(const Command& command) {
 }
 
 CommandReport Session::openAndNote(const std::vector<std::filesystem::path>& paths) {
+    keepUp();
     const StateMark before = marker_.markOf(*document_);
     const bool hadModel = !document_->holdsNothing();
     CommandReport report = perform([&] { document_->onOpenDocuments(paths); });
-    journal_.addOpening(paths, hadModel, report, effectSince(before, report));
+    journal_.addOpening(paths, hadModel, report, effectSince(before, report), surroundings());
+    keepUp();
     return report;
 }
 
@@ -113,24 +136,76 @@ CommandReport Session::open(const std::vector<std::filesystem::path>& paths) {
     return openAndNote(paths);
 }
 
-CommandReport Session::openInstead(const std::vector<std::filesystem::path>& paths) {
+/// The work takes the place of the model, unless the user stays with it.
+CommandReport Session::instead(const std::function<void()>& work) {
+    keepUp();
     return perform([&] {
         bool left = false;
         const CommandReport leaving = perform([&] { left = leave(); });
         if (!leaving.filesWritten.empty()) {
+            if (history_) {
+                history_->noteWritten();
+            }
             journal_.addSave(leaving);
+            keepUp();
         }
         if (left) {
-            openAndNote(paths);
+            work();
         }
     });
 }
 
+CommandReport Session::openInstead(const std::vector<std::filesystem::path>& paths) {
+    return instead([&] { openAndNote(paths); });
+}
+
+/// The command asks for the file, and whether the model may go: both are settled here.
+CommandReport Session::importInstead(const std::filesystem::path& path) {
+    return instead([&] {
+        keepUp();
+        const StateMark before = marker_.markOf(*document_);
+        const Journal::Surroundings around = surroundings();
+        dialogsBefore_ = around.dialogs;
+        const bool hadModel = !document_->holdsNothing();
+        CommandReport report = perform([&] { importForeignFile(*document_, path); });
+        if (hadModel) {
+            report.questions.insert(report.questions.begin(), {{}, Answer::Yes});
+        }
+        report.choosers.push_back({"file.import", ChooserMode::Import, {path}});
+        journal_.addCommand(*findCommand("file.import"), report, effectSince(before, report), around, surroundings());
+        keepUp();
+    });
+}
+
 CommandReport Session::openIn(const std::filesystem::path& folder) {
-    const StateMark before = marker_.markOf(*document_);
-    CommandReport report = perform([&] { document_->openFilesIn(folder); });
-    journal_.addCommand(*findCommand("file.open"), report, effectSince(before, report), 0);
-    return report;
+    return noted(*findCommand("file.open"), [&] { document_->openFilesIn(folder); });
+}
+
+// ---- Back and forth -------------------------------------------------------------------------------------------------
+
+void Session::keepHistory() {
+    history_.emplace();
+    journal_.takeFirstNew();
+    history_->keep(*document_, view_, journal_);
+}
+
+void Session::keepUp() {
+    if (!history_) {
+        return;
+    }
+    if (const auto firstNew = journal_.takeFirstNew()) {
+        history_->dropFrom(*firstNew + 1);
+        history_->keep(*document_, view_, journal_);
+    }
+}
+
+bool Session::leadsTo(std::size_t line) const {
+    return history_ && history_->leadsTo(line);
+}
+
+bool Session::goTo(std::size_t line) {
+    keepUp();
+    return history_ && history_->goTo(line, *document_, view_, journal_);
 }
 
 VelmoraView::ActResult Session::act(const Act& act) {

@@ -3,9 +3,11 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "CommandReport.h"
+#include "History.h"
 #include "Journal.h"
 #include "ModelFiles.h"
 #include "Recorder.h"
@@ -52,6 +54,8 @@ public:
     CommandReport open(const std::vector<std::filesystem::path>& paths);
     /// The same once the model that is there was saved, or was not to be.
     CommandReport openInstead(const std::vector<std::filesystem::path>& paths);
+    /// A file of others in place of the model, once that was saved, or was not to be.
+    CommandReport importInstead(const std::filesystem::path& path);
     /// The chooser of Open, opened on `folder`.
     CommandReport openIn(const std::filesystem::path& folder);
     /// What a click or a drag does, by number.
@@ -67,6 +71,16 @@ public:
     const Journal& journal() const { return journal_; }
     /// Notes in the journal what no line of a script can do.
     void remark(const std::string& text) { journal_.addRemark(text); }
+    /// From here on a snapshot is kept behind each line of the journal, for goTo().
+    void keepHistory();
+    /// Keeps the snapshot that is due: what the mouse did, with no command behind it, has none yet.
+    void keepUp();
+    /// There is a way back, or forth, to the document as it was behind the first `line` lines of the journal.
+    bool leadsTo(std::size_t line) const;
+    /// Goes there; the lines behind can be gone to until something new is done. False when there is no way.
+    bool goTo(std::size_t line);
+    /// What the snapshots hold.
+    std::uint64_t historyBytes() const { return history_ ? history_->heldBytes() : 0; }
     /// The same work with another person before the program, who answers for it.
     CommandReport performAs(UserInterface& person, const std::function<void()>& work);
     /// Any other work: what happens in it, commands and questions of this session among it, comes into the report.
@@ -75,7 +89,10 @@ public:
 private:
     void carryOut(const Command& command);
     Journal::Effect effectSince(const StateMark& before, const CommandReport& report);
+    Journal::Surroundings surroundings();
+    CommandReport noted(const Command& command, const std::function<void()>& work);
     CommandReport openAndNote(const std::vector<std::filesystem::path>& paths);
+    CommandReport instead(const std::function<void()>& work);
 
     Recorder recorder_;
     ShellCommands& shell_;
@@ -83,6 +100,8 @@ private:
     VelmoraView view_;
     StateMarker marker_;
     Journal journal_;
+    DialogTexts dialogsBefore_; ///< the command that runs
+    std::optional<History> history_;
     std::vector<FileRead> filesRead_;
     ModelFiles modelFiles_;
 };

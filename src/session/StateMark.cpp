@@ -71,6 +71,9 @@ void addSwitches(Digest& digest, const DocumentState& doc) {
     digest.add(doc.comparedDigest);
     digest.add(doc.foundComparison ? doc.foundComparison->largest : 0.0);
     digest.add(doc.foundComparison ? doc.foundComparison->mean : 0.0);
+}
+
+void addDialogs(Digest& digest, const DocumentState& doc) {
     for (const std::string& name : DialogValues::names()) {
         const auto form = doc.dialogs->form(name);
         for (const DialogField& field : form->fields) {
@@ -132,12 +135,13 @@ StateMark StateMarker::markOf(const DocumentState& doc) {
     addCapture(kept, *doc.capture);
     addBuffers(kept, doc);
     addNames(kept, doc);
+    addSwitches(kept, doc);
     kept.add(doc.blockCount);
     for (std::int32_t i = 0; i < doc.blockCount; ++i) {
         kept.add(doc.blockList[static_cast<std::size_t>(i)]);
     }
     Digest beside;
-    addSwitches(beside, doc);
+    addDialogs(beside, doc);
     return {kept.value(), undoMark(doc), beside.value()};
 }
 

@@ -9,9 +9,9 @@ struct DocumentState;
 
 /// What tells two states of a document apart: equal ones have equal marks.
 struct StateMark {
-    std::uint64_t kept = 0;   ///< the model, what is captured, buffers, the zBlock, names
+    std::uint64_t kept = 0;   ///< the model, what is captured, buffers, the zBlock, names, switches, the comparison
     std::uint64_t undo = 0;   ///< the snapshots for Undo
-    std::uint64_t beside = 0; ///< switches, the values of the dialogs, the comparison
+    std::uint64_t beside = 0; ///< the values of the dialogs
 };
 
 /// Makes marks; of a geometry that did not change it is asked once.

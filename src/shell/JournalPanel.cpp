@@ -16,6 +16,8 @@ JournalPanel::JournalPanel(QWidget* parent) : QDockWidget(tr("Journal"), parent)
     lines_->setObjectName(QStringLiteral("lines"));
     lines_->setAccessibleName(tr("What was done"));
     lines_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    connect(lines_, &QListWidget::itemClicked, this, [this](const QListWidgetItem* line) { choose(*line); });
+    connect(lines_, &QListWidget::itemActivated, this, [this](const QListWidgetItem* line) { choose(*line); });
     auto* inside = new QWidget(this);
     auto* column = new QVBoxLayout(inside);
     column->addWidget(lines_);
@@ -35,19 +37,42 @@ JournalPanel::JournalPanel(QWidget* parent) : QDockWidget(tr("Journal"), parent)
 }
 
 /// What is there already stays: the list grows at its end, and what is selected stays selected.
-void JournalPanel::showLines(const std::vector<std::string>& lines) {
-    int same = 0;
-    while (same < lines_->count() && same < static_cast<int>(lines.size()) &&
-           lines_->item(same)->text() == qtText(lines[static_cast<std::size_t>(same)])) {
-        ++same;
+void JournalPanel::showLines(const std::vector<std::string>& lines, const std::vector<std::string>& later,
+                             const std::function<bool(std::size_t)>& leadsTo) {
+    const int done = static_cast<int>(lines.size());
+    const int all = done + static_cast<int>(later.size());
+    const bool grew = all != lines_->count();
+    for (int row = 0; row < all; ++row) {
+        const auto i = static_cast<std::size_t>(row);
+        const QString text = qtText(row < done ? lines[i] : later[i - lines.size()]);
+        if (row == lines_->count()) {
+            lines_->addItem(text);
+        }
+        QListWidgetItem& item = *lines_->item(row);
+        if (item.text() != text) {
+            item.setText(text);
+        }
+        QFont font = lines_->font();
+        font.setItalic(row >= done);
+        item.setFont(font);
+        item.setForeground(lines_->palette().brush(row < done ? QPalette::Text : QPalette::PlaceholderText));
+        item.setToolTip(!leadsTo(i + 1) ? tr("The model as it was then is not kept")
+                        : row < done    ? tr("Click: back to the model as it was then")
+                                        : tr("Click: forth to the model as it was then"));
     }
-    while (lines_->count() > same) {
-        delete lines_->takeItem(lines_->count() - 1);
+    while (lines_->count() > all) {
+        delete lines_->takeItem(all);
     }
-    for (auto line = lines.begin() + same; line != lines.end(); ++line) {
-        lines_->addItem(qtText(*line));
+    if (grew) {
+        lines_->scrollToBottom();
     }
-    lines_->scrollToBottom();
+}
+
+/// A click that selects more lines, or fewer, is for Copy.
+void JournalPanel::choose(const QListWidgetItem& line) {
+    if ((QGuiApplication::keyboardModifiers() & (Qt::ControlModifier | Qt::ShiftModifier)) == Qt::NoModifier) {
+        emit stateWanted(static_cast<std::size_t>(lines_->row(&line)) + 1);
+    }
 }
 
 /// The selected lines, or all when none is.

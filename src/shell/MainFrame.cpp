@@ -151,6 +151,7 @@ void MainFrame::makeToolBars() {
 }
 
 void MainFrame::makePanels() {
+    session_->keepHistory();
     panels_ = new Panels(*this, *session_, *userInterface_);
     connect(panels_, &Panels::workWanted, this, &MainFrame::carryOut);
     connect(panels_, &Panels::changed, this, &MainFrame::refresh);
@@ -367,7 +368,7 @@ void MainFrame::openFiles(const QStringList& paths) {
     } else if (files.size() == 1 && std::filesystem::is_directory(files.front(), error)) {
         carryOut([&] { session_->openIn(files.front()); });
     } else if (files.size() == 1 && isForeignFile(files.front())) {
-        carryOut([&] { session_->perform([&] { offerImport(files.front()); }); });
+        carryOut([&] { offerImport(files.front()); });
     } else {
         carryOut([&] { session_->openInstead(files); });
     }
@@ -377,9 +378,8 @@ void MainFrame::openFiles(const QStringList& paths) {
 
 /// A file that Open does not take.
 void MainFrame::offerImport(const std::filesystem::path& path) {
-    VelmoraDoc& document = session_->document();
-    if (document.ui().ask(message::offerImport(path.filename().string())) && session_->leave()) {
-        importForeignFile(document, path);
+    if (session_->document().ui().ask(message::offerImport(path.filename().string()))) {
+        session_->importInstead(path);
     }
 }
 

@@ -47,6 +47,7 @@ void Panels::connectPanels() {
     connect(&plot_->plot(), &PlotWidget::pointedAt, this, &Panels::pointAt);
     connect(journal_, &JournalPanel::saveWanted, this, &Panels::saveJournal);
     connect(journal_, &JournalPanel::runWanted, this, &Panels::chooseScript);
+    connect(journal_, &JournalPanel::stateWanted, this, &Panels::goTo);
 }
 
 // ---- Showing --------------------------------------------------------------------------------------------------------
@@ -76,6 +77,7 @@ bool Panels::shown(Panel panel) const {
 }
 
 void Panels::refresh() {
+    session_.keepUp();
     if (shown(Panel::Report)) {
         refreshReport();
     }
@@ -86,7 +88,9 @@ void Panels::refresh() {
         fileReport_->tell(session_.filesRead());
     }
     if (shown(Panel::Journal)) {
-        journal_->showLines(session_.journal().lines());
+        const Journal& journal = session_.journal();
+        journal_->showLines(journal.lines(), journal.later(),
+                            [this](std::size_t line) { return session_.leadsTo(line); });
     }
 }
 
@@ -145,6 +149,20 @@ void Panels::pointAt(std::int32_t point) {
     const auto& points = plot_->curve();
     const auto i = static_cast<std::size_t>(point);
     session_.view().pointAt(point >= 0 && i < points.size() ? std::optional(points[i]) : std::nullopt);
+}
+
+// ---- Back and forth -------------------------------------------------------------------------------------------------
+
+void Panels::goTo(std::size_t lines) {
+    if (lines == session_.journal().lines().size()) {
+        return;
+    }
+    bool gone = false;
+    emit workWanted([&] { gone = session_.goTo(lines); });
+    if (!gone) {
+        session_.document().ShowStatus(message::stateNotKept);
+    }
+    emit changed();
 }
 
 // ---- Files ----------------------------------------------------------------------------------------------------------

@@ -54,6 +54,7 @@ private:
     void capture(std::int32_t patch, std::int32_t section, std::int32_t point);
     void captureOfCurve(std::int32_t point);
     void pointAt(std::int32_t point);
+    void goTo(std::size_t lines);
     void saveJournal();
     void chooseScript();
     void saveTable();

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "DialogValues.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "coarse_list.h"
@@ -93,7 +94,7 @@ bool VelmoraView::RenderScene() {
         doc_.leaveSurface();
     }
     const bool drawn = surface().showsScenes();
-    if (drawn) {
+    if (drawn || coloured_ || doc_.dialogs->colours.isOn()) {
         bringListUpToDate(); // the legend of the overlay tells of the list
     }
     buildOverlay();

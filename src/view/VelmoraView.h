@@ -257,6 +257,7 @@ private:
     ActResult capturePoint(const Act& act);
     ActResult captureCurve(const Act& act);
     ActResult capturePatch(const Act& act);
+    ActResult clickBeside(const Act& act);
     ActResult dragTo(const zVec<double>& place);
     ActResult endDrag();
     void abandonPress();

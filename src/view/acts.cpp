@@ -61,6 +61,8 @@ VelmoraView::ActResult VelmoraView::perform(const Act& act) {
         return captureCurve(act);
     case Act::Kind::WholePatch:
         return capturePatch(act);
+    case Act::Kind::Beside:
+        return clickBeside(act);
     case Act::Kind::Drag:
         return dragTo(act.place);
     case Act::Kind::Release:
@@ -126,6 +128,23 @@ VelmoraView::ActResult VelmoraView::capturePatch(const Act& act) {
         pressPatchCapture(pickOf(act, Pick::Target::WholePatch));
     }
     doc_.takeAtRelease();
+    return ActResult::Done;
+}
+
+/// What is captured keeps its numbers.
+VelmoraView::ActResult VelmoraView::clickBeside(const Act& act) {
+    const CaptureState& held = *doc_.capture;
+    if (act.patch >= doc_.partCount()) {
+        return ActResult::NotThere;
+    }
+    const bool movesCurve = held.curveHeld() && act.patch != held.capturedPatch;
+    const bool movesPoint =
+        held.pointHeld() && !(act.patch == held.capturedPatch && act.section == held.capturedPointSection &&
+                              act.point == held.capturedPoint);
+    if (movesCurve || movesPoint) {
+        return ActResult::NotLetThrough;
+    }
+    doc_.capture.passBy(act.patch, act.section, act.point);
     return ActResult::Done;
 }
 

@@ -7,6 +7,7 @@
 namespace velmora {
 namespace {
 
+using test::EventRecorder;
 using test::SessionFixture;
 
 class ActLines : public SessionFixture {
@@ -96,6 +97,106 @@ TEST_F(ActLines, AJournalThatCannotBeWrittenHasFailed) {
     must("journal " + file("gone/a.script"));
     EXPECT_EQ(event("done").value("outcome", ""), "failed");
     EXPECT_EQ(event("message").value("severity", ""), "error");
+}
+
+// ---- What a replay would meet otherwise ------------------------------------------------------------------------------
+
+class JournalOfMisses : public ActLines {
+protected:
+    JournalOfMisses() {
+        test::writeFileText(folder / "two.apt", aptText({test::flatPatch(4, 5), test::flatPatch(4, 5)}));
+    }
+    std::vector<std::string> journal() { return printed("journal").get<std::vector<std::string>>(); }
+};
+
+TEST_F(JournalOfMisses, TheNumbersThatAClickBesideLeavesStandBeforeWhatComesNext) {
+    must("run point.capture");
+    must("mouse down 3 3"); // beside all; the corner (4, 5) of the four sections of five points is nearest there
+    must("mouse up 3 3");
+    const Json missed = printed("state");
+    ASSERT_EQ(missed.at("pointCaptured"), false);
+    ASSERT_GE(missed.at("capturedPoint").get<int>(), 0);
+    EXPECT_EQ(journal().size(), 2U) << "nothing came behind it yet";
+    must("run line.inputSection section=2");
+    ASSERT_EQ(journal().size(), 4U);
+    EXPECT_EQ(journal()[2], "capture beside " + std::to_string(missed.at("capturedPatch").get<int>() + 1) + ' ' +
+                                std::to_string(missed.at("capturedPointSection").get<int>() + 1) + ' ' +
+                                std::to_string(missed.at("capturedPoint").get<int>() + 1));
+}
+
+TEST_F(JournalOfMisses, AClickThatCapturesTakesTheirPlace) {
+    must("run point.capture");
+    must("mouse down 3 3");
+    must("mouse up 3 3");
+    must("capture point 1 4 5");
+    must("run point.exit");
+    EXPECT_EQ(journal(), (std::vector<std::string>{"open " + (folder / "plate.apt").string(), "run point.capture",
+                                                   "capture point 1 4 5", "run point.exit"}));
+}
+
+TEST_F(JournalOfMisses, WhatIsCapturedIsNotRenumbered) {
+    must("run line.inputSection section=2");
+    EXPECT_THAT(errorOf("capture beside 0 0 0"), testing::HasSubstr("is outside of what is captured"));
+    EXPECT_THAT(errorOf("capture beside 2 1 1"), testing::StartsWith("the model has nothing of the number"));
+    must("capture beside 1 3 4");
+    const Json state = printed("state");
+    EXPECT_EQ(state.at("capturedPointSection"), 2);
+    EXPECT_EQ(state.at("capturedPoint"), 3);
+    EXPECT_EQ(state.at("pointCaptured"), false);
+    must("run point.capture");
+    must("capture point 1 2 1");
+    EXPECT_THAT(errorOf("capture beside 1 3 4"), testing::HasSubstr("is outside of what is captured"));
+}
+
+TEST_F(JournalOfMisses, AValueThatALeftOutLineLeftIsSet) {
+    must("run line.inputSection section=2");
+    must("run line.exit");
+    must("run line.inputSection cancel=dialog");
+
+    must("run line.inputSection");
+    EXPECT_EQ(journal().back(), "run line.inputSection") << "Cancel leaves nothing";
+    must("run line.exit");
+    must("run model.compare target=3 file=nowhere.apt"); // fails, and keeps what was typed
+    must("run model.compare file=" + file("plate.apt"));
+    EXPECT_EQ(journal().back(), "run model.compare target=3 file=" + (folder / "plate.apt").string());
+    must("run model.move deltaX=1");
+    must("run model.compare file=" + file("plate.apt"));
+    EXPECT_EQ(journal().back(), "run model.compare file=" + (folder / "plate.apt").string()) << "it stands there now";
+}
+
+TEST_F(JournalOfMisses, WhatACommandPutsIntoItsDialogIsNotSetAgain) {
+    must("run line.inputSection section=2");
+    must("run line.rebreak cancel=dialog"); // came up with the five points of the section
+    must("run line.rebreak compression=2");
+    EXPECT_EQ(journal().back(), "run line.rebreak compression=2");
+}
+
+TEST_F(JournalOfMisses, NumbersThatCameOfACaptureAreSetWhereNothingIsCaptured) {
+    must("open " + file("two.apt"));
+    must("run line.inputSection patch=2 section=3");
+    must("run line.inputLine cancel=dialog"); // comes up with patch 2
+    must("run line.exit");
+    must("run line.inputLine");
+    EXPECT_EQ(journal().back(), "run line.inputLine patch=2") << "a script would find patch 1";
+    EXPECT_EQ(printed("state").at("capturedPatch"), 1);
+}
+
+// ---- A journal that saves, run again where it was made ----------------------------------------------------------------
+
+TEST_F(ActLines, WithOverwriteASaveNeedsNoAnswer) {
+    must("run file.saveAs file=" + file("copy.apt"));
+    EventRecorder heard;
+    BatchSession again(heard, {folder.path(), {800, 600}, false, true});
+    std::int64_t at = 0;
+    for (const std::string& line : {"open " + file("plate.apt"), "run file.saveAs file=" + file("copy.apt"),
+                                    "run file.saveAs answer=yes file=" + file("other.apt")}) {
+        EXPECT_EQ(again.run(++at, line), Next::GoOn) << line << heard.events.back();
+    }
+    EXPECT_EQ(again.run(++at, "run model.move answer=no"), Next::Fail) << "other answers must be asked for";
+    BatchSession asked(heard, {folder.path(), {800, 600}, false});
+    asked.run(1, "open " + file("plate.apt"));
+    EXPECT_EQ(asked.run(2, "run file.saveAs file=" + file("copy.apt")), Next::Fail)
+        << "without it the file is asked for";
 }
 
 } // namespace

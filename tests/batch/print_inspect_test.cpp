@@ -124,5 +124,24 @@ TEST_F(PrintInspect, MeasureRefusesWhatIsNotThere) {
               "the model has no node \"1/1\"; print state tells its patches, zones and their counts");
 }
 
+// ---- Legend ---------------------------------------------------------------------------------------------------------
+
+TEST_F(PrintInspect, TheLegendIsThatOfTheValuesThatAreShown) {
+    openPlate();
+    const auto texts = [this] { return printed("scene overlay").at("texts").size(); };
+    EXPECT_EQ(texts(), 0U);
+    must("run model.compare target=3 file=" + file("plate.apt"));
+    must("run view.colourByValue quantity=2 bands=4");
+    EXPECT_EQ(texts(), 5U) << "a title and four bands";
+    must("run view.colourByValue bands=3");
+    EXPECT_EQ(texts(), 4U);
+    must("run view.surface");
+    EXPECT_EQ(texts(), 0U) << "lines have no such colours";
+    must("run view.surface");
+    EXPECT_EQ(texts(), 4U);
+    must("run view.colourByValue quantity=1");
+    EXPECT_EQ(texts(), 0U);
+}
+
 } // namespace
 } // namespace velmora

@@ -91,6 +91,15 @@ TEST(Measure, ThereIsNoAngleWhereTwoPlacesAreOne) {
     EXPECT_THAT(measure({}, at(2, 2, 2), at(1, 1, 1), at(2, 2, 2)).angle, Optional(0.0)) << "A is C, but not B";
 }
 
+TEST(Measure, IsTrueAtAnySize) {
+    for (const double size : {1e-300, 1e-200, 1e200, 1e300}) {
+        const Measurement found = measure({}, at(3 * size, 0, 0), at(0, 0, 0), at(0, 4 * size, 0));
+        EXPECT_DOUBLE_EQ(found.distance, 3 * size);
+        EXPECT_THAT(found.angle, Optional(90.0)) << size;
+        EXPECT_DOUBLE_EQ(measure({}, at(3 * size, 0, 0), at(0, 4 * size, 0), {}).distance, 5 * size);
+    }
+}
+
 TEST(Measure, PlacesThatAreNotThere) {
     const PatchList patches = hill();
     EXPECT_TRUE(gridPlace(patches, 1, 2, 3));

@@ -130,6 +130,51 @@ TEST(JournalPanel, AScriptThatIsNotThereIsTold) {
     EXPECT_TRUE(rig.person.isDone());
 }
 
+TEST(JournalPanel, AClickOnALineGoesBackAndForth) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    rig.run("options.journal");
+    for (const char* by : {"1", "2"}) {
+        rig.person.atDialog("CBlockMove", {{"deltaX", by}});
+        rig.run("model.move");
+    }
+    auto* list = dock(rig, "options.journal").findChild<QListWidget*>(QStringLiteral("lines"));
+    ASSERT_EQ(list->count(), 3);
+    const double opened = rig.doc().patches[0][0][0].x - 3.0;
+    const auto lines = linesOf(rig, "options.journal");
+    emit list->itemClicked(list->item(0));
+    EXPECT_EQ(rig.doc().patches[0][0][0].x, opened);
+    EXPECT_FALSE(rig.frame.isWindowModified());
+    EXPECT_EQ(linesOf(rig, "options.journal"), lines) << "what is gone back over stays to be seen";
+    EXPECT_FALSE(list->item(0)->font().italic());
+    EXPECT_TRUE(list->item(1)->font().italic());
+    click(rig, "options.journal", "copy");
+    EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith(QStringLiteral("deltaX=2\n"))) << "all that is seen";
+    emit list->itemClicked(list->item(1));
+    EXPECT_EQ(rig.doc().patches[0][0][0].x, opened + 1.0);
+    EXPECT_TRUE(rig.frame.isWindowModified());
+    rig.person.atDialog("CBlockMove", {{"deltaX", "10"}});
+    rig.run("model.move");
+    EXPECT_EQ(rig.doc().patches[0][0][0].x, opened + 11.0);
+    EXPECT_EQ(list->count(), 3);
+    EXPECT_EQ(linesOf(rig, "options.journal").back(), "run model.move deltaX=10");
+    EXPECT_FALSE(list->item(2)->font().italic());
+}
+
+TEST(JournalPanel, WhatIsNotKeptAnyMoreIsTold) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    rig.run("options.journal");
+    rig.frame.session().document().freeMemory = [] { return std::uint64_t{0}; };
+    rig.person.atDialog("CBlockMove", {{"deltaX", "1"}});
+    rig.run("model.move");
+    auto* list = dock(rig, "options.journal").findChild<QListWidget*>(QStringLiteral("lines"));
+    const double moved = rig.doc().patches[0][0][0].x;
+    emit list->itemClicked(list->item(0));
+    EXPECT_EQ(rig.doc().patches[0][0][0].x, moved);
+    EXPECT_EQ(rig.doc().status, message::stateNotKept);
+}
+
 // ---- Report ---------------------------------------------------------------------------------------------------------
 
 TEST(ReportPanel, FollowsTheModelAndLeadsToAPlace) {

@@ -1,0 +1,157 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QDockWidget>
+#include <QImage>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+
+#include "CurvePlotPanel.h"
+#include "Desk.h"
+#include "DocumentState.h"
+#include "Process.h"
+#include "WindowDriver.h"
+
+// The worked example of the guide's instruments, by mouse and keyboard: look at the report, plot a section, space it
+// anew with the plot at hand, compare with the original, keep picture, model and journal.
+
+namespace velmora::test {
+namespace {
+
+QDockWidget* dock(const char* id) {
+    return WindowDriver::frame().findChild<QDockWidget*>(QString::fromLatin1(id) + QStringLiteral(".panel"));
+}
+
+QStringList linesOf(WindowDriver& person, const char* id) {
+    return person.ask([id] {
+        QStringList lines;
+        const auto* list = dock(id)->findChild<QListWidget*>(QStringLiteral("lines"));
+        for (int row = 0; row < list->count(); ++row) {
+            lines.append(list->item(row)->text());
+        }
+        return lines;
+    });
+}
+
+std::size_t plottedPoints(WindowDriver& person) {
+    return person.ask([] { return dynamic_cast<CurvePlotPanel*>(dock("options.curvePlot"))->curve().size(); });
+}
+
+/// Gives the chooser that is open a path.
+void choosePath(WindowDriver& person, const std::filesystem::path& path) {
+    person.waitForBox(QStringLiteral("fileChooser"));
+    person.clickWidget(QStringLiteral("fileNameEdit"));
+    person.key("a", "Control_L");
+    person.type(path.string());
+    person.key("Return");
+    ASSERT_TRUE(person.waitForNoBox());
+}
+
+void focusField(WindowDriver& person, const char* name) {
+    const auto focused = [] { return QApplication::focusWidget()->objectName(); };
+    for (int tab = 0; tab < 12 && person.ask(focused) != QLatin1String(name); ++tab) {
+        person.key("Tab");
+        person.settle();
+    }
+    ASSERT_EQ(person.ask(focused), QLatin1String(name));
+}
+
+/// Points a button of a panel with the mouse.
+void clickButton(WindowDriver& person, const char* id, const char* button) {
+    person.click(person.ask([=] {
+        const auto* widget = dock(id)->findChild<QPushButton*>(QLatin1String(button));
+        return widget->mapToGlobal(widget->rect().center());
+    }));
+}
+
+void lookAtTheReport(WindowDriver& person) {
+    person.choose({"Options", "Model report"});
+    ASSERT_TRUE(person.waitFor([] { return dock("options.report")->isVisible(); }));
+    const QStringList report = linesOf(person, "options.report");
+    EXPECT_FALSE(report.filter(QStringLiteral("largest step")).isEmpty());
+    person.choose({"Options", "Model report"});
+}
+
+void plotASection(WindowDriver& person) {
+    person.choose({"Options", "Curve plot"});
+    person.choose({"Edit", "Lines", "Input", "Section..."});
+    person.waitForBox(QStringLiteral("CInputSection"));
+    focusField(person, "section");
+    person.key("a", "Control_L");
+    person.type("9");
+    person.key("Return");
+    ASSERT_TRUE(person.waitForNoBox());
+    const std::size_t points = person.ask([] { return WindowDriver::frame().state().patches[0][8].size(); });
+    EXPECT_EQ(plottedPoints(person), points);
+}
+
+/// The plot follows what is typed, and the model what is confirmed.
+void spaceItAnew(WindowDriver& person) {
+    const std::size_t before = plottedPoints(person);
+    person.click(person.onView({40, 40}), WindowDriver::rightButton);
+    ASSERT_TRUE(person.waitFor([] { return WindowDriver::openedMenu() != nullptr; }));
+    person.clickEntry(QStringLiteral("Rebreak..."));
+    person.waitForBox(QStringLiteral("CRebreak"));
+    person.clickWidget(QStringLiteral("regime.2"));
+    focusField(person, "newCount");
+    person.type("37");
+    person.key("Tab");
+    EXPECT_TRUE(
+        person.waitFor([] { return dynamic_cast<CurvePlotPanel*>(dock("options.curvePlot"))->curve().size() == 37; }));
+    EXPECT_EQ(person.ask([] { return WindowDriver::frame().state().patches[0][8].size(); }), before);
+    person.screenshot(QStringLiteral("plot-live"));
+    person.key("Return");
+    ASSERT_TRUE(person.waitForNoBox());
+    EXPECT_EQ(person.ask([] { return WindowDriver::frame().state().patches[0][8].size(); }), 37U);
+}
+
+void compareWithTheOriginal(WindowDriver& person, const std::filesystem::path& original) {
+    person.choose({"Transformations", "Compare..."});
+    person.waitForBox(QStringLiteral("CCompare"));
+    for (int i = 0; i < 2; ++i) {
+        person.key("Down"); // to "File"
+        person.settle();
+    }
+    person.key("Return");
+    choosePath(person, original);
+    EXPECT_TRUE(person.waitFor([] {
+        return QString::fromStdString(WindowDriver::frame().state().status)
+            .startsWith(QStringLiteral("Largest distance "));
+    }));
+}
+
+TEST(Instruments, OneWingFromTheReportToTheJournal) {
+    const Desk desk;
+    const Desk original;
+    const auto picture = desk.folder / "wing.png";
+    const auto journal = desk.folder / "wing.script";
+    const auto saved = desk.folder / "fine.apt";
+    runProgram({desk.model.string()}, [&](WindowDriver& person) {
+        person.waitForFrame();
+        lookAtTheReport(person);
+        plotASection(person);
+        spaceItAnew(person);
+        compareWithTheOriginal(person, original.model);
+        person.choose({"File", "Save picture..."});
+        choosePath(person, picture);
+        person.choose({"File", "Save As..."});
+        choosePath(person, saved);
+        person.choose({"Options", "Journal"});
+        ASSERT_TRUE(person.waitFor([] { return dock("options.journal")->isVisible(); }));
+        clickButton(person, "options.journal", "save");
+        choosePath(person, journal);
+        EXPECT_EQ(linesOf(person, "options.journal").size(), 5);
+    });
+    const QImage image(QString::fromStdString(picture.string()));
+    EXPECT_GT(image.width(), 100);
+    const std::string bytes = fileText(saved);
+    ASSERT_FALSE(bytes.empty());
+    std::filesystem::remove(saved);
+    const ProcessResult run = runProcess({VELMORA_BATCH, journal.string()}, desk.folder.path());
+    EXPECT_EQ(run.status, 0) << fileText(journal) << run.errors;
+    EXPECT_EQ(fileText(saved), bytes);
+}
+
+} // namespace
+} // namespace velmora::test

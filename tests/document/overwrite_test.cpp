@@ -540,6 +540,16 @@ TEST_F(OverwriteTest, TheBufferIsAskedAboutOverTheFileOfAModel) {
     EXPECT_EQ(fileText(folder / "hull.skl"), whole);
 }
 
+TEST_F(OverwriteTest, TheBufferGoesBackToTheFileThatItCameFromWithoutAQuestion) {
+    openModel(Model::Grid);
+    ui.files.push_back({file("points.ext", "0 0 0\n1 2 3\n")});
+    run("buffer.open");
+    forget();
+    ui.files.push_back({folder / "points.ext"});
+    run("buffer.saveAs");
+    EXPECT_FALSE(asked(heard()));
+}
+
 TEST_F(OverwriteTest, APartOfTheKnifeIsAskedAboutOverAFileOfTheWholeModel) {
     openModel(Model::Zones);
     for (const char* name : {"body_1.dat", "body.dat"}) {

@@ -234,6 +234,21 @@ TEST(StlImport, ABinaryFileCutInAFacetKeepsTheWholeOnes) {
     }
 }
 
+TEST(StlImport, BinarySolidsOneBehindTheOtherAreZones) {
+    const std::string two = binary(1, {first}, "hull") + binary(2, {second, first}, "keel");
+    const Imported file = read(two);
+    EXPECT_THAT(test::titlesOf(file.model), ElementsAre("hull", "keel"));
+    EXPECT_THAT(test::cornersOf(file.model), ElementsAre(first, second, first));
+    EXPECT_TRUE(file.record.complete);
+    EXPECT_TRUE(file.record.lossless);
+    EXPECT_EQ(file.record.found, (Counts{{"facets", 3}, {"solids", 2}, {"triangles", 3}}));
+    EXPECT_EQ(file.record.kept, file.record.found);
+    // Counts that do not lead to the end of the file tell of one solid, and of something behind it.
+    const Imported more = read(two + "abc");
+    EXPECT_THAT(test::titlesOf(more.model), ElementsAre("hull"));
+    EXPECT_FALSE(more.record.complete);
+}
+
 TEST(StlImport, BytesBehindTheLastFacetAreToldAndNoGeometry) {
     const Imported file = read(binary(1, {first}) + "abc");
     EXPECT_THAT(cornersOf(file.model), ElementsAre(first));

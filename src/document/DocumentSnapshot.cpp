@@ -314,6 +314,7 @@ zRegion_fe unshared(const SharedRegion& kept) {
 /// of this moment. A model of the same revision is the same one.
 void DocumentSnapshot::keepLists(const VelmoraDoc& doc, const DocumentSnapshot* before, const HeldBytes& held) {
     std::vector<const PatchList*> lists;
+    lists.reserve(patchLists.size() + fields.size() + 1);
     for (const auto member : patchLists) {
         lists.push_back(&(doc.*member));
     }

@@ -51,7 +51,7 @@ void savePicture(Session& session, const DrawPixels& drawPixels) {
         session.ui().showMessage(message::fileTypeNotSupported);
         break;
     case PictureResult::HoldsModel:
-        document.ui().showMessage(message::holdsModel(paths.front().filename().string()));
+        session.ui().showMessage(message::holdsModel(paths.front().filename().string()));
         break;
     case PictureResult::Failed:
         session.ui().showMessage(message::cannotSave);

@@ -9,6 +9,7 @@
 
 #include "CurvePlotPanel.h"
 #include "FrameRig.h"
+#include "VelmoraDoc.h"
 #include "messages.h"
 #include "temporary_folder.h"
 

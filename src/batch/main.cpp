@@ -129,6 +129,13 @@ public:
         }
         return next == Next::GoOn && (status_ == Success || options_.keepGoing);
     }
+    /// The system could not read the script on.
+    void breakOff(std::int64_t number) {
+        printer_.print({{"event", "error"},
+                        {"line", number},
+                        {"text", "the script cannot be read on; nothing behind it was run"}});
+        status_ = ScriptEnded;
+    }
     ExitStatus status() const { return status_; }
 
 private:
@@ -179,6 +186,9 @@ ExitStatus runLines(BatchSession& session, velmora::EventPrinter& printer, const
     std::string line;
     while (goesOn && script != nullptr && velmora::readScriptLine(*script, ++number, line)) {
         goesOn = run.take(number, line);
+    }
+    if (goesOn && script != nullptr && velmora::readingFailed(*script)) {
+        run.breakOff(number);
     }
     return run.status();
 }

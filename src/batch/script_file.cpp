@@ -4,7 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <istream>
+#include <cstdio>
+#include <iostream>
 #include <string_view>
 
 namespace velmora {
@@ -18,6 +19,10 @@ bool readScriptLine(std::istream& script, std::int64_t number, std::string& line
         line.erase(0, byteOrderMark.size());
     }
     return true;
+}
+
+bool readingFailed(const std::istream& script) {
+    return script.bad() || (&script == &std::cin && std::ferror(stdin) != 0);
 }
 
 bool canHoldScript(int descriptor) {

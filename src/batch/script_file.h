@@ -11,6 +11,9 @@ namespace velmora {
 /// the end.
 bool readScriptLine(std::istream& script, std::int64_t number, std::string& line);
 
+/// Whether the system could not read the script on, which is no end of it.
+bool readingFailed(const std::istream& script);
+
 /// Whether a script can come from there: from files, pipes and terminals, and from the device that is always empty.
 /// Other devices give bytes without an end or a line.
 bool canHoldScript(const std::filesystem::path& path);

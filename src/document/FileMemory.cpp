@@ -44,9 +44,9 @@ void FileMemory::noteBufferRead(const FileRead& record) {
     put({record.path, record.identity, false, true, record.lossless, record.thinned, FileContent::Buffer});
 }
 
-void FileMemory::noteWritten(const std::filesystem::path& path, FileContent content) {
+void FileMemory::noteWritten(const std::filesystem::path& path, FileContent content, std::int64_t leftOut) {
     if (const std::optional<FileIdentity> identity = FileIdentity::of(path)) {
-        put({.path = path, .identity = *identity, .content = content});
+        put({.path = path, .identity = *identity, .content = content, .leftOut = leftOut});
     }
 }
 
@@ -56,7 +56,8 @@ bool FileMemory::Entry::holdsMoreThan(FileContent written, const std::filesystem
     return written == FileContent::Model ? extensionOf(path) != extensionOf(target) : written != content;
 }
 
-OverwriteDoubt FileMemory::doubtAbout(const std::filesystem::path& path, FileContent content) const {
+OverwriteDoubt FileMemory::doubtAbout(const std::filesystem::path& path, FileContent content,
+                                      std::int64_t leftOut) const {
     const std::optional<FileIdentity> identity = FileIdentity::of(path);
     if (!identity) {
         return OverwriteDoubt::None;
@@ -65,7 +66,8 @@ OverwriteDoubt FileMemory::doubtAbout(const std::filesystem::path& path, FileCon
     if (entry == nullptr) {
         return OverwriteDoubt::Foreign;
     }
-    const bool holdsMore = !entry->lossless || (entry->alone && entry->holdsMoreThan(content, path));
+    const bool holdsMore = !entry->lossless || (entry->alone && entry->holdsMoreThan(content, path)) ||
+                           (entry->alone && leftOut > entry->leftOut);
     return entry->thinned                 ? OverwriteDoubt::HoldsMorePoints
            : holdsMore                    ? OverwriteDoubt::HoldsMore
            : !entry->alone                ? OverwriteDoubt::Foreign

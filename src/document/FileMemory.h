@@ -33,11 +33,12 @@ public:
     void noteRead(const FileRead& record, bool alone);
     /// A file gave the line buffer its points, which stay when the model goes.
     void noteBufferRead(const FileRead& record);
-    /// The file now holds what was written.
-    void noteWritten(const std::filesystem::path& path, FileContent content);
+    /// The file now holds what was written, but for triangles that were `leftOut`.
+    void noteWritten(const std::filesystem::path& path, FileContent content, std::int64_t leftOut = 0);
 
-    /// Before `content` is written to a regular file at `path`; there is no doubt about one that is not there.
-    OverwriteDoubt doubtAbout(const std::filesystem::path& path, FileContent content) const;
+    /// Before `content` is written to a regular file at `path`, but for triangles that will be `leftOut`; there is no
+    /// doubt about one that is not there.
+    OverwriteDoubt doubtAbout(const std::filesystem::path& path, FileContent content, std::int64_t leftOut = 0) const;
 
     /// The model goes: its files are as those of a stranger.
     void forgetModel();
@@ -51,6 +52,7 @@ private:
         bool lossless = true;
         bool thinned = false;
         FileContent content = FileContent::Model;
+        std::int64_t leftOut = 0; ///< triangles of the model that it does not hold
 
         /// Whether what takes its place at `target` may leave out something that it holds.
         bool holdsMoreThan(FileContent written, const std::filesystem::path& target) const;

@@ -49,7 +49,8 @@ void FileBytes::load(int descriptor, std::size_t size, const ReportProgress& rep
                 report(endOfLoading * static_cast<double>(size_) / static_cast<double>(size));
             }
         } else if (count == 0 || errno != EINTR) {
-            break; // a read error counts as the end
+            readFailed_ = count < 0;
+            break;
         }
     }
     if (bytes_ != nullptr) {

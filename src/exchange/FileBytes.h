@@ -26,6 +26,8 @@ public:
     bool isOpen() const { return open_; }
     /// Larger than can be held; there is no text then.
     bool tooLarge() const { return tooLarge_; }
+    /// The system could not read on: the text ends there.
+    bool readFailed() const { return readFailed_; }
     /// The file as it was when it was opened.
     const FileIdentity& identity() const { return identity_; }
     /// The bytes; a NUL stands behind the last one.
@@ -39,6 +41,7 @@ private:
     std::size_t size_ = 0;
     bool open_ = false;
     bool tooLarge_ = false;
+    bool readFailed_ = false;
 };
 
 } // namespace velmora

@@ -294,6 +294,10 @@ ImportOutcome importFile(const std::filesystem::path& path, const ImportOptions&
             record.losesGeometry("The file is too large for the memory");
             return ImportOutcome::Failed;
         }
+        if (file.readFailed()) {
+            record.losesGeometry("The system could not read on behind byte " + std::to_string(file.text().size()));
+            return ImportOutcome::Failed;
+        }
         const std::string_view text = withoutMark(file.text());
         if (format->folderImporter != nullptr) {
             format->folderImporter(text, path.parent_path(), options, model, record, report);

@@ -74,6 +74,7 @@ struct WriteOutcome {
     bool written = false;
     std::string problem;            ///< why it was not written, where there is more to tell than that it cannot be
     std::vector<std::string> notes; ///< what the file that was there before had and the new one has not
+    std::int64_t leftOut = 0;       ///< triangles of the model that the file has no room for
     FileWritten record;
 
     explicit operator bool() const { return written; }

@@ -55,6 +55,13 @@ std::int32_t countBehind(std::string_view line, std::string_view key) {
     return value;
 }
 
+// A title that a save of the field would not write.
+bool hasForeignTitle(std::string_view header) {
+    constexpr std::string_view key = "T=\"";
+    const std::size_t place = header.find(key);
+    return place != std::string_view::npos && !header.substr(place + key.size()).starts_with("ZONE_");
+}
+
 struct FieldHeader {
     explicit FieldHeader(std::string_view line) : points(countBehind(line, "I=")), sections(countBehind(line, "J=")) {}
 
@@ -88,6 +95,7 @@ private:
     FieldReadResult& result_;
     std::int64_t compartment_ = 0;
     std::string line_;
+    std::int64_t titles_ = 0; ///< of zones, which no patch has
     BareSections bareSections_;
     PointList section_; // those in hand; a patch gets copies of just their size
     PointList fieldSection_;
@@ -131,6 +139,9 @@ void FieldReader::noteEnd() {
         record.losesGeometry("No header of a zone stands before " + lineText(stream_) +
                              ": what follows there is not read");
     }
+    if (titles_ > 0) {
+        record.losesDetail("Titles of zones that patches do not have: " + std::to_string(titles_));
+    }
     record.kept = record.found;
     noteJoinedNumbers(record, stream_);
 }
@@ -164,6 +175,7 @@ bool FieldReader::readZone() {
     if (!header.isGood() || !bareSections_.accepts(header.sections, header.points)) {
         return fail(FormatFaultKind::Header, "no counts I= and J= that can be used stand before " + lineText(stream_));
     }
+    titles_ += hasForeignTitle(line_) ? 1 : 0;
     Patch patch;
     Patch field;
     const bool whole = readPatch(header, patch, field);

@@ -237,7 +237,10 @@ void TecplotHeaderParser::takeZoneValue(std::string_view keyword) {
 void TecplotHeaderParser::passOver(std::string_view keyword) {
     static constexpr std::array<std::string_view, 6> values = {"STRANDID", "SOLUTIONTIME",   "PARENTZONE",
                                                                "AUXDATA",  "DATASETAUXDATA", "VARAUXDATA"};
-    if (std::find(values.begin(), values.end(), keyword) != values.end()) {
+    // In small letters they are words of a text like any other.
+    static constexpr std::array<std::string_view, 3> records = {"TEXT", "GEOMETRY", "C"};
+    if (std::find(values.begin(), values.end(), keyword) != values.end() ||
+        std::find(records.begin(), records.end(), word_) != records.end()) {
         header_.passedOver.emplace(keyword);
     }
     place_ = wordEnd_;

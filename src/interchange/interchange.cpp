@@ -132,6 +132,10 @@ std::unique_ptr<zBlock> transposed(const zBlock& zone) {
 
 } // namespace
 
+std::int64_t trianglesLeftOut(const std::filesystem::path& path, const zRegion_fe& unstructured) {
+    return fileTypeOf(path) == FileType::Stl ? zSTLReader::facetsLeftOut(unstructured) : 0;
+}
+
 void transposeZones(zRegion& region) {
     for (auto& zone : region.blocks) {
         zone = transposed(*zone);

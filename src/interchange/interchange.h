@@ -33,6 +33,9 @@ bool writeGeometry(const std::filesystem::path& path, std::int32_t precision, co
                    const zRegion_fe& unstructured, const ShowMessage& showMessage, const ReportProgress& report = {},
                    WriteOutcome* outcome = nullptr);
 
+/// How many triangles `writeGeometry` would leave out at `path`.
+std::int64_t trianglesLeftOut(const std::filesystem::path& path, const zRegion_fe& unstructured);
+
 /// Exchanges the first two indices of every zone: the new element (j, i, k) is the old one (i, j, k).
 void transposeZones(zRegion& region);
 

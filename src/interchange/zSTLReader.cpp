@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -180,7 +181,7 @@ void zSTLReader::noteLosses(TextStream& input) {
 void zSTLReader::readSolid(TextStream& input, zRegion_fe& region) {
     std::string title;
     input.readWord(title);
-    countOf(record.found, "solids") += 1;
+    countOf(record.found, "solids") += losses_.binary ? 0 : 1; // counted by its bytes
     if (title == "facet") {
         ++losses_.namelessSolids;
         countOf(record.found, "facets") += 1;
@@ -288,6 +289,7 @@ WriteOutcome zSTLReader::write(const std::filesystem::path& fileName, const zReg
     }
     WriteOutcome outcome = outcomeOf(file, fileName, "stl");
     const std::int64_t skipped = skippedFacets_ - skippedBefore;
+    outcome.leftOut = skipped;
     outcome.record.counts = {{"facets", elementCount(region) - skipped}, {"solids", countOf(region.blocks)}};
     if (skipped > 0) {
         outcome.notes.push_back("Triangles without a normal that were left out: " + std::to_string(skipped));
@@ -309,17 +311,40 @@ void zSTLReader::writeSolid(NumberWriter& output, const zBlock_fe& zone) {
     output.writeChar('\n');
 }
 
-// The normal points against the right-hand rule on the corners as written; this is wanted.
-void zSTLReader::writeFacet(NumberWriter& output, const std::array<zVec<double>, 3>& corners) {
-    zVec<double> normal = cross(corners[2] - corners[0], corners[1] - corners[0]);
+namespace {
+
+// The normal points against the right-hand rule on the corners as written; this is wanted. None where it has no length.
+std::optional<zVec<double>> normalOf(const std::array<zVec<double>, 3>& corners) {
+    const zVec<double> normal = cross(corners[2] - corners[0], corners[1] - corners[0]);
     try {
-        normal = scale(normal, 1.0 / lengthOf(normal));
+        return scale(normal, 1.0 / lengthOf(normal));
     } catch (const ValueError&) {
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+std::int64_t zSTLReader::facetsLeftOut(const zRegion_fe& region) {
+    std::int64_t count = 0;
+    for (const auto& zone : region.blocks) {
+        if (hasCoordinates(*zone)) {
+            forEachTriangle(*zone, [&](const std::int32_t* nodes) {
+                count += normalOf({nodeOf(*zone, nodes[0]), nodeOf(*zone, nodes[1]), nodeOf(*zone, nodes[2])}) ? 0 : 1;
+            });
+        }
+    }
+    return count;
+}
+
+void zSTLReader::writeFacet(NumberWriter& output, const std::array<zVec<double>, 3>& corners) {
+    const std::optional<zVec<double>> normal = normalOf(corners);
+    if (!normal) {
         ++skippedFacets_;
         return;
     }
     output.writeText("  facet normal ");
-    writePoint(output, normal);
+    writePoint(output, *normal);
     output.writeText("    outer loop\n");
     for (const zVec<double>& corner : corners) {
         output.writeText("      vertex ");

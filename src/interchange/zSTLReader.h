@@ -40,6 +40,8 @@ public:
     WriteOutcome write(const std::filesystem::path& fileName, const zRegion_fe& region);
 
     /// Triangles without a normal that `write` left out; its outcome tells of them too.
+    /// How many triangles of the region `write` would leave out, as they have no normal.
+    static std::int64_t facetsLeftOut(const zRegion_fe& region);
     std::int64_t skippedFacets() const { return skippedFacets_; }
 
 private:

@@ -528,6 +528,25 @@ TEST_F(OverwriteTest, AnExportIsAskedAboutOverAnyFileButOneOfItsOwn) {
     EXPECT_THAT(exportTo("saved.stl"), ElementsAre(holdsMore("saved.stl")));
 }
 
+TEST_F(OverwriteTest, TrianglesThatTheWriterLeavesOutAreAskedAbout) {
+    const std::string text = "solid a\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\n"
+                             "endloop\nendfacet\nendsolid a\n";
+    open(file("a.stl", text));
+    runWith("model.scaling", {{"scale", "0"}});
+    forget();
+    run("file.save");
+    EXPECT_THAT(heard(), ElementsAre(holdsMore("a.stl")));
+    EXPECT_EQ(fileText(folder / "a.stl"), text);
+    ui.answers.push_back(true);
+    run("file.save");
+    EXPECT_THAT(heard(), testing::Contains(holdsMore("a.stl", "yes")));
+    runWith("model.move", {{"deltaX", "1"}});
+    forget();
+    run("file.save");
+    EXPECT_THAT(heard(), testing::Not(testing::Contains(testing::StartsWith("question: "))))
+        << "the file that is there holds no more";
+}
+
 TEST_F(OverwriteTest, TheBufferIsAskedAboutOverTheFileOfAModel) {
     openModel(Model::Lines);
     runWith("line.inputSection", {{"patch", "1"}, {"section", "1"}});

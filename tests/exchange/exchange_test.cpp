@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 
+#include "FailingReads.h"
 #include "exchange_tools.h"
 #include "small_zip.h"
 #include "small_zones.h"
@@ -408,6 +409,20 @@ TEST_F(Exchange, ProgressRises) {
     });
     EXPECT_EQ(last, 1.0);
     EXPECT_GT(calls, 2);
+}
+
+TEST_F(Exchange, AFileThatTheSystemCannotReadOnGivesNothing) {
+    const std::string text = "OFF\n3 1 0\n0 0 0\n1 0 0\n0 1 0\n3 0 1 2\n";
+    test::writeFileText(folder_ / "a.off", text + std::string(1000, ' '));
+    {
+        const test::FailingReads disk(500);
+        EXPECT_EQ(import(folder_ / "a.off"), ImportOutcome::Failed);
+    }
+    EXPECT_FALSE(record_.complete);
+    EXPECT_EQ(record_.reasons.size(), 1U);
+    EXPECT_TRUE(record_.reasons.front().starts_with("The system could not read on behind byte "));
+    EXPECT_TRUE(model_.empty());
+    EXPECT_EQ(import(folder_ / "a.off"), ImportOutcome::Done);
 }
 
 } // namespace

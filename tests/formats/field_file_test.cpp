@@ -476,6 +476,18 @@ TEST_F(FieldWriterTest, WhatIsWrittenIsReadAgain) {
     EXPECT_EQ(again.fieldCount, 3);
 }
 
+TEST_F(FieldWriterTest, TitlesOfZonesThatASaveWouldNotWriteAreALoss) {
+    const auto record = [this](const std::string& title) {
+        const std::string zone = "ZONE T=\"" + title + "\", I=2, J=1, F=POINT\n0 0 0\n1 0 0\n";
+        return readFieldFile(
+                   test::writeFileText(folder_ / "a.dat", "TITLE = \"t\"\nVARIABLES = \"x\",\"y\",\"z\"\n" + zone))
+            .record;
+    };
+    EXPECT_TRUE(record("ZONE_0").lossless);
+    EXPECT_FALSE(record("wing").lossless);
+    EXPECT_THAT(record("wing").reasons, testing::ElementsAre("Titles of zones that patches do not have: 1"));
+}
+
 TEST_F(FieldWriterTest, WhatCannotBeWrittenIsToldAndLeavesNothing) {
     const PatchList patches{{{{1, 2, 3}}}};
     EXPECT_FALSE(writeFieldFile(folder_ / "missing/a.dat", patches, {}, 0, "t", "v", 16));

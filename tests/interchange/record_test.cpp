@@ -152,6 +152,24 @@ TEST_F(ZoneRecord, HeaderValuesThatNoModelKeepsAreTold) {
                 ElementsAre("Values of headers that are not kept: DATASETAUXDATA, SOLUTIONTIME, STRANDID"));
 }
 
+TEST_F(ZoneRecord, RecordsOfTextAndColourInAHeaderAreDetails) {
+    const std::string zoneText = "I=2, J=2, K=1, F=POINT\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n";
+    const FileRead text = read("a.dat", datHead + "TEXT X=1 Y=2 T=\"note\"\nZONE " + zoneText);
+    EXPECT_FALSE(text.lossless);
+    EXPECT_THAT(text.reasons, testing::Contains("Values of headers that are not kept: TEXT"));
+    const FileRead colour = read("a.dat", datHead + "ZONE C=RED, " + zoneText);
+    EXPECT_TRUE(colour.complete);
+    EXPECT_FALSE(colour.lossless);
+    EXPECT_THAT(colour.reasons, ElementsAre("Values of headers that are not kept: C"));
+}
+
+TEST_F(ZoneRecord, ABinaryFileThatSaysSolidIsOneSolid) {
+    std::string bytes = "solid a";
+    bytes.resize(80, '\0');
+    bytes += std::string("\1\0\0\0", 4) + std::string(50, '\0');
+    EXPECT_EQ(countOf(read("a.stl", bytes).found, "solids"), 1);
+}
+
 TEST_F(ZoneRecord, DegenerateAndWideFacetsAreKeptAndTold) {
     const FileRead record =
         read("a.stl", "solid a\nfacet normal 0 0 0\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 2 0 0\nendloop\n"

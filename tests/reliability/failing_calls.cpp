@@ -75,6 +75,15 @@ ssize_t write(int descriptor, const void* data, size_t size) {
     return real(descriptor, data, size);
 }
 
+ssize_t read(int descriptor, void* data, size_t size) {
+    static const auto real = next<ssize_t (*)(int, void*, size_t)>("read");
+    if (fails("read", descriptor)) {
+        errno = EIO;
+        return -1;
+    }
+    return real(descriptor, data, size);
+}
+
 int fsync(int descriptor) {
     static const auto real = next<int (*)(int)>("fsync");
     if (fails("fsync", descriptor)) {

@@ -116,6 +116,28 @@ TEST_P(SaveWithAFailing, CallLeavesTheOldFileOrTheNewOneAndSaysWhich) {
 INSTANTIATE_TEST_SUITE_P(Of, SaveWithAFailing, testing::Values("write", "fsync", "close", "rename", "fchmod"),
                          [](const auto& entry) { return std::string(entry.param); });
 
+TEST_F(Saves, AScriptThatCannotBeReadOnEndsWithAnErrorBehindWhatWasRead) {
+    std::string script;
+    for (int line = 0; line < 5000; ++line) {
+        script += "print version\n";
+    }
+    writeFileText(folder / "script.txt", script);
+    const fs::path mark = folder.path().string() + ".failed";
+    const Environment environment({{"LD_PRELOAD", VELMORA_FAILING_CALLS},
+                                   {"ASAN_OPTIONS", "verify_asan_link_order=0"},
+                                   {"VELMORA_FAILING_CALL", "read"},
+                                   {"VELMORA_FAILING_NUMBER", "2"},
+                                   {"VELMORA_FAILING_FOLDER", folder.path().string()},
+                                   {"VELMORA_FAILING_MARK", mark.string()}});
+    const ProcessResult result = runProcess({VELMORA_BATCH, "--json", "script.txt"}, folder.path());
+    EXPECT_TRUE(fs::remove(mark));
+    EXPECT_EQ(result.status, 1);
+    ASSERT_GT(result.lines.size(), 1U);
+    const auto last = nlohmann::json::parse(result.lines.back());
+    EXPECT_EQ(last.value("event", ""), "error");
+    EXPECT_EQ(last.value("text", ""), "the script cannot be read on; nothing behind it was run");
+}
+
 // ---- Killed in the middle -------------------------------------------------------------------------------------------
 
 TEST_F(Saves, KilledAtAnyMomentLeaveTheOldFileOrTheNewOne) {

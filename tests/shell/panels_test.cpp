@@ -237,7 +237,7 @@ TEST_F(PlotPanel, ShowsTheCapturedSectionWithItsNeighbour) {
 
 TEST_F(PlotPanel, ShowsWhatTheOpenDialogOfRebreakWouldGive) {
     const PointList before = rig.doc().patches[0][0];
-    rig.person.at("CRebreak", [this, &before](QWidget& dialog) {
+    rig.person.at("CRebreak", [this](QWidget& dialog) {
         auto* const count = dialog.findChild<QLineEdit*>(QStringLiteral("newCount"));
         count->setText(QStringLiteral("7"));
         emit count->editingFinished();

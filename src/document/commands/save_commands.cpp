@@ -8,6 +8,7 @@
 #include "command_rows.h"
 #include "command_rules.h"
 #include "file_types.h"
+#include "interchange.h"
 #include "messages.h"
 #include "path_names.h"
 #include "write_files.h"
@@ -57,7 +58,8 @@ VelmoraDoc::SaveResult VelmoraDoc::saveCurrent() {
         return SaveResult::Failed;
     }
     const std::filesystem::path target = saveTarget();
-    if (!mayOverwrite(*this, target, TargetFrom::Model)) {
+    const std::int64_t leftOut = zones ? trianglesLeftOut(target, feRegion) : 0;
+    if (!mayOverwrite(*this, target, TargetFrom::Model, FileContent::Model, leftOut)) {
         return SaveResult::Declined;
     }
     const WriteOutcome outcome =
@@ -172,7 +174,8 @@ void VelmoraDoc::saveModelAs() {
         ui_.showMessage(message::cannotBeSavedAs(extension));
         return;
     }
-    if (!mayOverwrite(*this, path, TargetFrom::Chooser)) {
+    const std::int64_t leftOut = trianglesLeftOut(path, asTriangles ? surface : feRegion);
+    if (!mayOverwrite(*this, path, TargetFrom::Chooser, FileContent::Model, leftOut)) {
         return;
     }
     const WriteOutcome outcome = writeModelAs(*this, path, extension, surface);

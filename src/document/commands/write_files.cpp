@@ -41,8 +41,9 @@ std::string questionAbout(const std::filesystem::path& path, OverwriteDoubt doub
 } // namespace
 
 // The user's data win: whatever is not known to be in the model, or to have come from here, is lost only after a yes.
-bool mayOverwrite(VelmoraDoc& doc, const std::filesystem::path& path, TargetFrom from, FileContent content) {
-    const OverwriteDoubt doubt = doc.modelFile.memory.doubtAbout(path, content);
+bool mayOverwrite(VelmoraDoc& doc, const std::filesystem::path& path, TargetFrom from, FileContent content,
+                  std::int64_t leftOut) {
+    const OverwriteDoubt doubt = doc.modelFile.memory.doubtAbout(path, content, leftOut);
     const std::string question = questionAbout(path, doubt);
     if (doubt == OverwriteDoubt::Foreign && from == TargetFrom::Chooser && doc.ui().chooserAsksToOverwrite()) {
         doc.ui().tellAgreed(question);
@@ -59,7 +60,7 @@ bool holdsNothingToSave(const VelmoraDoc& doc) {
 namespace {
 
 void noteWritten(VelmoraDoc& doc, const WriteOutcome& outcome, FileContent content) {
-    doc.modelFile.memory.noteWritten(outcome.record.path, content);
+    doc.modelFile.memory.noteWritten(outcome.record.path, content, outcome.leftOut);
     doc.ui().tellFileWritten(outcome.record);
 }
 

@@ -18,10 +18,10 @@ class zRegion_fe;
 /// Where the name of the file to write comes from: a chooser of the window has asked already about one that is there.
 enum class TargetFrom { Model, Chooser };
 
-/// False when there is a doubt about the regular file at `path` (see OverwriteDoubt), which is to hold `content`, and
-/// the user wants to keep it.
+/// False when there is a doubt about the regular file at `path` (see OverwriteDoubt), which is to hold `content`
+/// but for triangles that will be `leftOut`, and the user wants to keep it.
 bool mayOverwrite(VelmoraDoc& doc, const std::filesystem::path& path, TargetFrom from,
-                  FileContent content = FileContent::Model);
+                  FileContent content = FileContent::Model, std::int64_t leftOut = 0);
 
 /// No part of the model has a point: a file of it would be empty.
 bool holdsNothingToSave(const VelmoraDoc& doc);

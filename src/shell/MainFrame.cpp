@@ -1,6 +1,7 @@
 #include "MainFrame.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QCryptographicHash>
 #include <QDragEnterEvent>
@@ -155,6 +156,8 @@ void MainFrame::makePanels() {
     panels_ = new Panels(*this, *session_, *userInterface_);
     connect(panels_, &Panels::workWanted, this, &MainFrame::carryOut);
     connect(panels_, &Panels::changed, this, &MainFrame::refresh);
+    // At the start of the program nobody waits for its last window yet.
+    connect(panels_, &Panels::leaveWanted, this, &MainFrame::closeAnswered, Qt::QueuedConnection);
 }
 
 void MainFrame::connectView() {
@@ -171,6 +174,7 @@ void MainFrame::connectView() {
         session_->document().ShowStatus(message::commandFailed(plainBytes(cause)).text);
     });
     connect(viewWidget_, &GlViewWidget::hinted, status_, &StatusLine::showPointed);
+    connect(viewWidget_, &GlViewWidget::keyTaken, this, &MainFrame::refresh);
     connect(viewWidget_, &GlViewWidget::leftReleased, this, &MainFrame::refresh);
     connect(viewWidget_, &GlViewWidget::contextMenuWanted, this, &MainFrame::showContextMenu);
 }
@@ -263,6 +267,15 @@ void MainFrame::savePicture() {
     velmora::savePicture(*session_, pixelDrawer());
 }
 
+void MainFrame::copyPicture() {
+    const QImage image = viewImage(*session_);
+    if (image.isNull()) {
+        session_->ui().showMessage(message::pictureNotDrawn);
+    } else {
+        QGuiApplication::clipboard()->setImage(image);
+    }
+}
+
 void MainFrame::showPanel(Panel panel) {
     panels_->toggle(panel);
 }
@@ -345,10 +358,14 @@ void MainFrame::openFile(const QString& path) {
 
 void MainFrame::exit() {
     if (mayLeave()) {
-        leaving_ = true;
-        close();
-        leaving_ = false;
+        closeAnswered();
     }
+}
+
+void MainFrame::closeAnswered() {
+    leaving_ = true;
+    close();
+    leaving_ = false;
 }
 
 bool MainFrame::mayLeave() {

@@ -73,6 +73,7 @@ private:
     void showKeys() override;
     void showAbout() override { emit aboutWanted(); }
     void savePicture() override;
+    void copyPicture() override;
     void showPanel(Panel panel) override;
     bool panelShown(Panel panel) const override;
     void toggleToolBars() override;
@@ -84,6 +85,7 @@ private:
     QString modeText() const;
     void noteKey(const Command& command);
     bool restoreWindow();
+    void closeAnswered();
     void keepSensibleSize();
     void carryOut(const std::function<void()>& work);
     void reportGraphics();

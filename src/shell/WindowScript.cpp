@@ -38,10 +38,12 @@ private:
     UserInterface& window_;
 };
 
-/// The window has its own size, time and end: a script leaves them alone.
+/// The window has its own size and time: a script leaves them alone.
 class WindowStage : public ScriptStage {
 public:
-    explicit WindowStage(Session& session) : session_(session) {}
+    WindowStage(Session& session, BatchUserInterface& person) : session_(session), person_(person) {}
+
+    bool leaves() const { return leaves_; }
 
     void paintIfAsked() override { session_.view().OnDraw(); }
     void resizeView(int, int) override {}
@@ -49,34 +51,37 @@ public:
     bool takeCloseRequest() override { return false; }
     DrawPixels pixelDrawer() override { return velmora::pixelDrawer(); }
     MaybeFailure leaveProgram() override {
-        return ScriptFailure{"a script in the window does not leave the program", "leave the line out"};
+        // Whoever did not answer the question does not leave by it.
+        leaves_ = session_.leave() && !person_.failure();
+        return std::nullopt;
     }
 
 private:
     Session& session_;
+    BatchUserInterface& person_;
+    bool leaves_ = false;
 };
 
 } // namespace
 
-std::optional<ScriptStop> runWindowScript(Session& session, UserInterface& person,
-                                          const std::filesystem::path& script) {
+ScriptEnd runWindowScript(Session& session, UserInterface& person, const std::filesystem::path& script) {
     std::ifstream file;
     if (canHoldScript(script)) {
         file.open(script);
     }
     if (!file.is_open()) {
-        return ScriptStop{0, {}, "It cannot be read"};
+        return {ScriptStop{0, {}, "It cannot be read"}, false};
     }
     ErrorKeeper errors;
     WindowScriptPerson reader(errors, person);
-    WindowStage stage(session);
+    WindowStage stage(session, reader);
     ScriptLines lines(session, reader, errors, stage);
     std::optional<ScriptStop> stop;
     session.performAs(reader, [&] {
         const BusyScope busy(person);
         std::int64_t number = 0;
         std::string line;
-        while (!stop && readScriptLine(file, ++number, line)) {
+        while (!stop && !stage.leaves() && readScriptLine(file, ++number, line)) {
             try {
                 if (lines.run(number, line) != ScriptLines::Next::GoOn) {
                     stop = ScriptStop{number, line, errors.error};
@@ -86,7 +91,7 @@ std::optional<ScriptStop> runWindowScript(Session& session, UserInterface& perso
             }
         }
     });
-    return stop;
+    return {stop, !stop && stage.leaves()};
 }
 
 } // namespace velmora

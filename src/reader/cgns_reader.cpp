@@ -202,7 +202,7 @@ void CgnsReader::readBase() {
     }
 }
 
-// The library has zones by the order of their names, "Part 10" before "Part 2"; their own numbers go before that.
+// The library has zones by the order of their names, "Rib 10" before "Rib 2"; their own numbers go before that.
 std::vector<int> CgnsReader::orderOf(int zones) const {
     std::vector<std::pair<int, int>> numbered;
     for (int zone = 1; zone <= zones; ++zone) {

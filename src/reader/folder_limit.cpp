@@ -36,8 +36,11 @@ void keepToFolderOf(const std::filesystem::path& file, bool writes) {
     if (rules < 0) {
         return;
     }
-    for (const char* const system : {"/usr", "/lib", "/lib64", "/etc", "/proc", "/sys", "/dev"}) {
+    for (const char* const system : {"/usr", "/lib", "/lib64", "/etc", "/proc", "/sys"}) {
         allow(rules, system, reading);
+    }
+    for (const char* const device : {"/dev/null", "/dev/zero", "/dev/random", "/dev/urandom"}) {
+        allow(rules, device, LANDLOCK_ACCESS_FS_READ_FILE); // not all: files of others may stand in /dev/shm
     }
     allow(rules, folder.empty() ? "." : folder, writes ? reading | making : reading);
     allow(rules, file, LANDLOCK_ACCESS_FS_READ_FILE); // it may be a link to elsewhere itself

@@ -250,14 +250,14 @@ TEST(Cancel, AtAnyWordOfProgressLeavesDocumentAndFilesAsTheyWere) {
                 EXPECT_EQ(desk.ui.transcript.back(), std::string("status: ") + message::workCancelled);
             }
         }
-        EXPECT_GE(stops, 2);
+        EXPECT_GE(stops, 1); // a small model is one chunk of the work, which tells its end alone
     }
 }
 
 TEST(Cancel, UndoOfTheCommandBeforeStillWorks) {
     Desk desk;
     twoGrids(desk);
-    desk.ui.stopAt = desk.ui.asked + 2;
+    desk.ui.stopAt = desk.ui.asked;
     desk.run("model.smooth", {{"regime", "3"}});
     ASSERT_EQ(desk.doc.status, message::workCancelled);
     desk.run("patch.undo");

@@ -98,7 +98,7 @@ struct Bench {
         ui.file = folder / "other.apt";
         writeFileText(ui.file, "2 2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n");
         doc.onNewDocument();
-        attach(view);
+        doc.attachView(view);
         doc.patches = {flatPatch(4, 5), flatPatch(3, 6), flatPatch(3, 6)};
         for (PointList& section : doc.patches[2]) {
             for (zVec<double>& point : section) {
@@ -107,7 +107,7 @@ struct Bench {
         }
         doc.modelFile.adopt(folder / "A model with a long name.apt");
         doc.retitle();
-        updateBounds();
+        doc.updateBounds();
         doc.documentModified = false;
         arrange(doc);
     }

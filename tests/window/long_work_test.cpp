@@ -5,6 +5,8 @@
 #include <QPushButton>
 #include <QThread>
 #include <atomic>
+#include <memory>
+#include <thread>
 
 #include "DocumentState.h"
 #include "WindowDriver.h"
@@ -31,30 +33,55 @@ QString messagePane(const MainFrame& frame) {
     return frame.findChild<QLabel*>(QStringLiteral("message"))->text();
 }
 
-/// Begins a slice of more than half a second. `held` becomes true as the program first looks whether it shall stop; it
-/// sleeps on then, so that the work is not through before the person had a hand in it.
-void beginLongSlice(WindowDriver& person, std::atomic<bool>& held) {
-    held = false;
+/// Lets the program sleep whenever it looks at its events while it works, so that the work is not through before the
+/// person had a hand in it, on however fast a machine. Timers are not looked at then.
+class Slowness {
+public:
+    /// From now on, once `begun`.
+    Slowness() : thread_([this] { run(); }) {}
+    ~Slowness() {
+        on_ = false;
+        thread_.join();
+    }
+    Slowness(const Slowness&) = delete;
+    Slowness& operator=(const Slowness&) = delete;
+
+    std::atomic<bool> begun{false}; ///< the work, as good as
+    std::atomic<bool> held{false};  ///< it looked for the first time
+
+private:
+    void run() {
+        while (on_ || asleep_) {
+            if (on_ && begun && !asleep_.exchange(true)) {
+                QMetaObject::invokeMethod(
+                    qApp, [this] { sleep(); }, Qt::QueuedConnection);
+            }
+            QThread::msleep(10);
+        }
+    }
+    void sleep() {
+        QThread::msleep(held.exchange(true) ? 100 : 1500);
+        asleep_ = false;
+    }
+
+    std::atomic<bool> on_{true};
+    std::atomic<bool> asleep_{false};
+    std::thread thread_;
+};
+
+/// Begins a slice of more than half a second, and waits until it is at work.
+void beginLongSlice(WindowDriver& person, Slowness& slowness) {
     person.choose({"Transformations", "Convert to", "SKL..."});
     person.waitForBox(QStringLiteral("CConvert_to_SKL"));
     person.clickWidget(QStringLiteral("number"));
     person.key("a", "Control_L");
     person.type("70000");
-    person.ask([&held] {
+    person.ask([&slowness] {
         auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        QObject::connect(dialog, &QDialog::finished, qApp, [&held] {
-            // It waits for the next look at the events, which is in the middle of the work.
-            QMetaObject::invokeMethod(
-                qApp,
-                [&held] {
-                    held = true;
-                    QThread::msleep(1500);
-                },
-                Qt::QueuedConnection);
-        });
+        QObject::connect(dialog, &QDialog::finished, qApp, [&slowness] { slowness.begun = true; });
     });
     person.key("Return");
-    EXPECT_TRUE(waitUntil(held)) << "the slice does not begin";
+    EXPECT_TRUE(waitUntil(slowness.held)) << "the slice does not begin";
 }
 
 const QPushButton& cancelButton() {
@@ -81,9 +108,9 @@ TEST(LongWork, EscAndTheButtonGiveItUpAndNothingTypedMeanwhileActsAfterwards) {
         person.rest = std::chrono::milliseconds(20);
         const std::size_t zones = person.ask([] { return WindowDriver::frame().state().feRegion.blocks.size(); });
         ASSERT_EQ(zones, 1U);
-        std::atomic<bool> held{false};
         const QPoint view = person.onView({300, 300});
-        beginLongSlice(person, held);
+        auto slowness = std::make_unique<Slowness>();
+        beginLongSlice(person, *slowness);
         person.key("n", "Control_L"); // New, which would ask
         person.move(view);
         person.press(WindowDriver::rightButton);
@@ -93,7 +120,8 @@ TEST(LongWork, EscAndTheButtonGiveItUpAndNothingTypedMeanwhileActsAfterwards) {
         EXPECT_EQ(person.ask([] { return QApplication::activeModalWidget(); }), nullptr);
         EXPECT_EQ(person.ask([] { return WindowDriver::openedMenu(); }), nullptr);
 
-        beginLongSlice(person, held);
+        slowness = std::make_unique<Slowness>();
+        beginLongSlice(person, *slowness);
         EXPECT_TRUE(person.ask([] { return cancelButton().isVisible(); })) << "asked in the middle of the work";
         EXPECT_EQ(person.ask([] { return messagePane(WindowDriver::frame()); }),
                   QStringLiteral("Convert unstructured grid to lines (SKL)"));

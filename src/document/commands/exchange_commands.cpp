@@ -173,7 +173,7 @@ std::vector<FileType> exportTypes(const VelmoraDoc& doc) {
 void finishExport(VelmoraDoc& doc, const std::string& extension, ExportOutcome outcome, const WriteOutcome& written) {
     switch (outcome) {
     case ExportOutcome::Done:
-        finishWriting(doc, written);
+        finishWriting(doc, written, FileContent::Export);
         if (!written.notes.empty()) {
             doc.ShowStatus(lossText(written.notes));
         }

@@ -156,8 +156,6 @@ void MainFrame::makePanels() {
     panels_ = new Panels(*this, *session_, *userInterface_);
     connect(panels_, &Panels::workWanted, this, &MainFrame::carryOut);
     connect(panels_, &Panels::changed, this, &MainFrame::refresh);
-    // At the start of the program nobody waits for its last window yet.
-    connect(panels_, &Panels::leaveWanted, this, &MainFrame::closeAnswered, Qt::QueuedConnection);
 }
 
 void MainFrame::connectView() {
@@ -358,14 +356,10 @@ void MainFrame::openFile(const QString& path) {
 
 void MainFrame::exit() {
     if (mayLeave()) {
-        closeAnswered();
+        leaving_ = true;
+        close();
+        leaving_ = false;
     }
-}
-
-void MainFrame::closeAnswered() {
-    leaving_ = true;
-    close();
-    leaving_ = false;
 }
 
 bool MainFrame::mayLeave() {

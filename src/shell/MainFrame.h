@@ -85,7 +85,6 @@ private:
     QString modeText() const;
     void noteKey(const Command& command);
     bool restoreWindow();
-    void closeAnswered();
     void keepSensibleSize();
     void carryOut(const std::function<void()>& work);
     void reportGraphics();

@@ -200,16 +200,13 @@ void Panels::chooseScript() {
 }
 
 void Panels::runScript(const std::filesystem::path& script) {
-    ScriptEnd end;
-    emit workWanted([&] { end = runWindowScript(session_, person_, script); });
+    std::optional<ScriptStop> stop;
+    emit workWanted([&] { stop = runWindowScript(session_, person_, script); });
     emit changed();
-    const std::optional<ScriptStop>& stop = end.stop;
     if (stop && stop->number == 0) {
         person_.showMessage(message::scriptNotRead(script.string()));
     } else if (stop) {
         person_.showMessage(message::scriptStopped(stop->number, stop->line, stop->cause));
-    } else if (end.leaves) {
-        emit leaveWanted();
     }
 }
 

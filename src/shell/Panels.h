@@ -42,8 +42,6 @@ public:
 signals:
     /// A panel was shown or hidden, or changed something in the document.
     void changed();
-    /// A script ended the program; what its model needs is done.
-    void leaveWanted();
     /// A piece of work that may fail by an exception is to be carried out.
     void workWanted(const std::function<void()>& work);
 

@@ -38,12 +38,10 @@ private:
     UserInterface& window_;
 };
 
-/// The window has its own size and time: a script leaves them alone.
+/// The window has its own size, time and end: a script leaves them alone.
 class WindowStage : public ScriptStage {
 public:
-    WindowStage(Session& session, BatchUserInterface& person) : session_(session), person_(person) {}
-
-    bool leaves() const { return leaves_; }
+    explicit WindowStage(Session& session) : session_(session) {}
 
     void paintIfAsked() override { session_.view().OnDraw(); }
     void resizeView(int, int) override {}
@@ -51,37 +49,34 @@ public:
     bool takeCloseRequest() override { return false; }
     DrawPixels pixelDrawer() override { return velmora::pixelDrawer(); }
     MaybeFailure leaveProgram() override {
-        // Whoever did not answer the question does not leave by it.
-        leaves_ = session_.leave() && !person_.failure();
-        return std::nullopt;
+        return ScriptFailure{"a script in the window does not leave the program", "leave the line out"};
     }
 
 private:
     Session& session_;
-    BatchUserInterface& person_;
-    bool leaves_ = false;
 };
 
 } // namespace
 
-ScriptEnd runWindowScript(Session& session, UserInterface& person, const std::filesystem::path& script) {
+std::optional<ScriptStop> runWindowScript(Session& session, UserInterface& person,
+                                          const std::filesystem::path& script) {
     std::ifstream file;
     if (canHoldScript(script)) {
         file.open(script);
     }
     if (!file.is_open()) {
-        return {ScriptStop{0, {}, "It cannot be read"}, false};
+        return ScriptStop{0, {}, "It cannot be read"};
     }
     ErrorKeeper errors;
     WindowScriptPerson reader(errors, person);
-    WindowStage stage(session, reader);
+    WindowStage stage(session);
     ScriptLines lines(session, reader, errors, stage);
     std::optional<ScriptStop> stop;
     session.performAs(reader, [&] {
         const BusyScope busy(person);
         std::int64_t number = 0;
         std::string line;
-        while (!stop && !stage.leaves() && readScriptLine(file, ++number, line)) {
+        while (!stop && readScriptLine(file, ++number, line)) {
             try {
                 if (lines.run(number, line) != ScriptLines::Next::GoOn) {
                     stop = ScriptStop{number, line, errors.error};
@@ -91,7 +86,7 @@ ScriptEnd runWindowScript(Session& session, UserInterface& person, const std::fi
             }
         }
     });
-    return {stop, !stop && stage.leaves()};
+    return stop;
 }
 
 } // namespace velmora

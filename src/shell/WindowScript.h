@@ -17,14 +17,8 @@ struct ScriptStop {
     std::string cause; ///< and what to do about it
 };
 
-/// How a script came to its end.
-struct ScriptEnd {
-    std::optional<ScriptStop> stop; ///< none: all its lines were carried out, or those up to one that leaves
-    bool leaves = false;            ///< the program is to end, as its user would end it
-};
-
 /// Runs a script on the session of the window: its lines answer in place of `person`, whom only status, title and
-/// progress go to. It ends at the first line that cannot be carried out.
-ScriptEnd runWindowScript(Session& session, UserInterface& person, const std::filesystem::path& script);
+/// progress go to. It ends at the first line that cannot be carried out; none when all were.
+std::optional<ScriptStop> runWindowScript(Session& session, UserInterface& person, const std::filesystem::path& script);
 
 } // namespace velmora

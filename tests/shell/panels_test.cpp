@@ -111,43 +111,17 @@ TEST(JournalPanel, AScriptAnswersInThePlaceOfThePerson) {
     const FlatDesk desk;
     FrameRig rig(desk.model);
     const TemporaryFolder folder;
-    writeFileText(folder / "a.script",
-                  "run file.open answer=yes file=" + desk.model.string() + "\nrun line.inputSection section=2\n");
+    writeFileText(folder / "a.script", "run file.open answer=yes file=" + desk.model.string() +
+                                           "\nrun line.inputSection section=2\nquit answer=no\n");
+    rig.person.at("messageBox", [](QWidget& box) {
+        EXPECT_THAT(plainBytes(dynamic_cast<QMessageBox&>(box).text()), HasSubstr("does not leave the program"));
+        dynamic_cast<QDialog&>(box).accept();
+    });
     rig.frame.runScript(folder / "a.script");
     EXPECT_EQ(rig.doc().capture->capturedSection, 1);
     rig.person.atDialog("CBlockMove", {{"deltaX", "1"}});
     rig.run("model.move"); // the person is asked again
     EXPECT_TRUE(rig.person.isDone());
-}
-
-TEST(JournalPanel, AScriptMayEndTheProgram) {
-    const FlatDesk desk;
-    FrameRig rig(desk.model);
-    rig.frame.show();
-    const TemporaryFolder folder;
-    writeFileText(folder / "a.script", "run model.move deltaX=2\nquit answer=no\nrun model.move deltaX=5\n");
-    const double before = rig.doc().patches[0][0][0].x;
-    rig.frame.runScript(folder / "a.script");
-    EXPECT_EQ(rig.doc().patches[0][0][0].x, before + 2.0);
-    EXPECT_TRUE(rig.frame.isVisible()) << "nobody waits for the last window yet";
-    QCoreApplication::processEvents();
-    EXPECT_FALSE(rig.frame.isVisible());
-    EXPECT_TRUE(rig.person.isDone()) << "the script gave the answer";
-}
-
-TEST(JournalPanel, AScriptThatLeavesTheQuestionOpenStays) {
-    const FlatDesk desk;
-    FrameRig rig(desk.model);
-    rig.frame.show();
-    const TemporaryFolder folder;
-    writeFileText(folder / "a.script", "run model.move deltaX=2\nquit\n");
-    rig.person.at("messageBox", [](QWidget& box) {
-        EXPECT_THAT(plainBytes(dynamic_cast<QMessageBox&>(box).text()), HasSubstr("The script ended at line 2: quit"));
-        dynamic_cast<QDialog&>(box).accept();
-    });
-    rig.frame.runScript(folder / "a.script");
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(rig.frame.isVisible());
 }
 
 TEST(JournalPanel, AScriptThatIsNotThereIsTold) {

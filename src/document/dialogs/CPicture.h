@@ -23,8 +23,8 @@ inline DialogForm describe(CPicture& values) {
     form.name = "CPicture";
     form.title = "Save picture";
     form.fields = {
-        integerField("width", "Width, pixels", values.width, 1, largestPictureSide),
-        integerField("height", "Height, pixels", values.height, 1, largestPictureSide),
+        integerField("width", "Width", values.width, 1, largestPictureSide),
+        integerField("height", "Height", values.height, 1, largestPictureSide),
         radioField("ground", values.ground, {"Black ground", "White ground", "Clear ground"}),
         checkField("triad", "With the axes", values.triad),
     };

@@ -26,8 +26,8 @@ TEST(DialogFields, OfCompare) {
 
 TEST(DialogFields, OfSavePicture) {
     EXPECT_THAT(linesOf("CPicture"),
-                ElementsAre("Save picture", "width | Width, pixels | int | 800 | 1 to 16384",
-                            "height | Height, pixels | int | 600 | 1 to 16384",
+                ElementsAre("Save picture", "width | Width | int | 800 | 1 to 16384",
+                            "height | Height | int | 600 | 1 to 16384",
                             "ground |  | radio | 1 | \"Black ground\" \"White ground\" \"Clear ground\"",
                             "triad | With the axes | check | 1"));
 }

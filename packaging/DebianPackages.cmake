@@ -26,7 +26,7 @@ velmora-batch opens surface geometry, grids of patches as well as triangles,
 runs every command of the editor Velmora on it from scripts or for other
 programs, tells what came of each, and saves the result. It needs neither a
 display nor the libraries of a desktop.")
-set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "velmora-readers, velmora-cad, velmora-doc, python3-velmora")
+set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "velmora, velmora-readers, velmora-cad, velmora-doc, python3-velmora")
 
 set(CPACK_DEBIAN_READERS_PACKAGE_NAME velmora-readers)
 set(CPACK_DEBIAN_READERS_PACKAGE_SECTION science)

@@ -11,7 +11,7 @@ source_is_silent=75
 
 # Compiler, build tools and libraries of the two programs.
 build_packages=(g++ libstdc++-12-dev cmake ninja-build mold libboost-dev libboost-regex-dev libcli11-dev
-  nlohmann-json3-dev libgl-dev libopengl-dev libglx-dev libx11-dev qt6-base-dev qt6-base-dev-tools
+  nlohmann-json3-dev libgl-dev libegl-dev libopengl-dev libglx-dev libx11-dev qt6-base-dev qt6-base-dev-tools
   libqt6opengl6-dev qt6-svg-dev libzip-dev libexpat1-dev libcoin-dev libcgns-dev libocct-data-exchange-dev
   libocct-modeling-algorithms-dev libocct-modeling-data-dev libocct-foundation-dev pybind11-dev python3-dev python3-numpy)
 # What the window loads as it runs: platforms, drawing, icons, letters.
@@ -19,7 +19,7 @@ window_packages=(qt6-qpa-plugins qt6-wayland libqt6svg6 libgl1 libglx-mesa0 libe
   fonts-dejavu-core)
 # A picture of the window where there is no display.
 picture_packages=(xvfb xauth openbox imagemagick)
-test_packages=(git clang libclang-rt-14-dev clang-format libgtest-dev libgmock-dev libbenchmark-dev libegl-dev libxtst-dev
+test_packages=(git clang libclang-rt-14-dev clang-format libgtest-dev libgmock-dev libbenchmark-dev libxtst-dev
   xvfb openbox python3 python3-numpy python3-pytest python3-jsonschema python3-meshio python3-h5py python3-vtk9
   assimp-utils mypy)
 

@@ -3,6 +3,7 @@
 #include "VelmoraDoc.h"
 #include "about.h"
 #include "messages.h"
+#include "picture_program.h"
 
 namespace velmora {
 
@@ -61,7 +62,15 @@ void BatchSession::showAbout() {
 }
 
 void BatchSession::savePicture() {
-    velmora::savePicture(session_, {});
+    velmora::savePicture(session_, pixelDrawer());
+}
+
+void BatchSession::copyPicture() {
+    session_.document().ui().showMessage(message::clipboardOfTheWindow);
+}
+
+DrawPixels BatchSession::pixelDrawer() {
+    return programDrawer();
 }
 
 void BatchSession::showPanel(Panel panel) {

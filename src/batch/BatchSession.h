@@ -50,12 +50,14 @@ private:
     void showKeys() override;
     void showAbout() override;
     void savePicture() override;
+    void copyPicture() override;
     void showPanel(Panel panel) override;
 
     void paintIfAsked() override;
     void resizeView(int width, int height) override;
     void passTime(std::int64_t duration) override;
     bool takeCloseRequest() override { return surface_.takeCloseRequest(); }
+    DrawPixels pixelDrawer() override;
     MaybeFailure leaveProgram() override;
     void paint();
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <new>
 
+#include "CPicture.h"
 #include "DocumentState.h"
 #include "UserInterface.h"
 #include "act_lines.h"
@@ -218,7 +219,9 @@ MaybeFailure ScriptLines::writeJournal(Words words) {
     const std::filesystem::path path = words[0];
     if (session_.holdsModel(path)) {
         session_.ui().showMessage(message::holdsModel(path.filename().string()));
-    } else if (!writeScript(path, session_.journal().lines())) {
+    } else if (writeScript(path, session_.journal().lines())) {
+        tellWritten(session_.ui(), path, "script");
+    } else {
         session_.ui().showMessage(message::cannotSave);
     }
     return std::nullopt;
@@ -272,7 +275,7 @@ MaybeFailure ScriptLines::drawPicture(Words words) {
         break;
     case PictureResult::UnknownType:
         return ScriptFailure{"no picture of the type of " + inQuotes(words[0]) + " can be drawn here",
-                             "give a file of type .svg, or a .png in the window"};
+                             "give a file of type .svg; .png needs the package velmora and its OpenGL"};
     case PictureResult::HoldsModel:
         session_.ui().showMessage(message::holdsModel(std::filesystem::path(words[0]).filename().string()));
         break;
@@ -301,6 +304,10 @@ MaybeFailure ScriptLines::print(Words words) {
         const std::vector<FileRead>& reads = session_.filesRead();
         std::transform(reads.begin(), reads.end(), std::back_inserter(events), readEvent);
         sayValue("read", std::move(events));
+        return std::nullopt;
+    }
+    if (words.size() == 1 && words[0] == "version") {
+        sayValue("version", versionValue(static_cast<bool>(stage_.pixelDrawer())));
         return std::nullopt;
     }
     if (words.size() == 1 && words[0] == "journal") {

@@ -58,6 +58,7 @@ constexpr std::pair<std::string_view, std::string_view> dialogs[] = {
     {"view.manual", "dlgViewing"},
     {"view.colourByValue", "CColours"},
     {"view.features", "CFeatures"},
+    {"file.picture", "CPicture"},
 };
 
 const char* nameOf(FieldKind kind) {

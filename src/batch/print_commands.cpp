@@ -14,8 +14,8 @@ constexpr int grammarVersion = 2;
 
 } // namespace
 
-Json versionValue() {
-    return {{"program", programVersion()}, {"grammar", grammarVersion}, {"picture", false}};
+Json versionValue(bool picture) {
+    return {{"program", programVersion()}, {"grammar", grammarVersion}, {"picture", picture}};
 }
 
 Json commandsValue(const DocumentState& doc, const VelmoraView& view) {

@@ -21,9 +21,6 @@ std::optional<Json> plainValue(const std::string& name, DocumentState& doc, Velm
     if (name == "commands") {
         return commandsValue(doc, view);
     }
-    if (name == "version") {
-        return versionValue();
-    }
     if (name == "view") {
         return viewValue(view);
     }

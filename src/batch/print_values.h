@@ -35,8 +35,8 @@ Json stateValue(const DocumentState& doc, const VelmoraView& view);
 std::optional<Json> geometryValue(std::string_view name, const DocumentState& doc);
 /// Every command id with true (on) or false.
 Json commandsValue(const DocumentState& doc, const VelmoraView& view);
-/// The versions of the program and of the scripts' grammar, and whether pictures can be drawn.
-Json versionValue();
+/// The versions of the program and of the scripts' grammar, and whether pictures of pixels can be drawn.
+Json versionValue(bool picture);
 /// The stored values of a parameter dialog.
 PrintedValue dialogValue(const std::string& name, DocumentState& doc);
 /// The camera, the spin and the matrices in force.

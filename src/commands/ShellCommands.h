@@ -27,6 +27,8 @@ public:
     virtual void showAbout() = 0;
     /// Saves what the view shows as a picture.
     virtual void savePicture() = 0;
+    /// Puts it into the clipboard.
+    virtual void copyPicture() = 0;
     /// Shows the panel, or hides it when it is shown.
     virtual void showPanel(Panel panel) = 0;
     virtual bool panelShown(Panel) const { return false; }

@@ -51,6 +51,7 @@ constexpr auto storedDialogs = std::to_array<StoredDialog>({
     {"CColours", formOf<&DialogValues::colours>},
     {"CImport", formOf<&DialogValues::importing>},
     {"CExport", formOf<&DialogValues::exporting>},
+    {"CPicture", formOf<&DialogValues::picture>},
 });
 
 } // namespace

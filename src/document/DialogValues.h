@@ -25,6 +25,7 @@
 #include "CIntersection.h"
 #include "CLast_First_switch.h"
 #include "CMerge.h"
+#include "CPicture.h"
 #include "CPrescribe.h"
 #include "CRebreak.h"
 #include "CRebreakPart.h"
@@ -78,6 +79,7 @@ struct DialogValues {
     CColours colours;
     CImport importing;
     CExport exporting;
+    CPicture picture;
 
     // Two have a widget of their own and no form.
     CRegularInput regularInput;

@@ -4,6 +4,7 @@ namespace velmora {
 
 /// What the left mouse button does in the view. From ModePoint on a regime of the document owns the button.
 enum MouseMode : int {
+    ModeMeasure = -1, ///< takes the places to measure from
     ModeRotate = 0,
     ModeRotateX = 1,
     ModeRotateY = 2,

@@ -179,6 +179,10 @@ inline constexpr MessageText cellNotFound{Severity::Warning, "Intersection with 
 inline constexpr MessageText compartmentTooSmall{
     Severity::Warning, "The rest part of compartment is too small for rebreak. Procedure canceled"};
 
+inline constexpr MessageText clipboardOfTheWindow{Severity::Refused,
+                                                  "The clipboard is the window's. A script has: picture FILE"};
+inline constexpr MessageText pictureNotDrawn{Severity::Refused, "The picture cannot be drawn"};
+
 /// `line` is what a script has in place of a panel.
 inline Message panelOfTheWindow(const std::string& line) {
     return {Severity::Refused, "This is a panel of the window. A script has: " + line};

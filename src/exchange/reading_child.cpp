@@ -174,7 +174,10 @@ std::string missingReader(const std::string& format) {
 }
 
 std::filesystem::path readerProgram(const std::string& format) {
-    const char* const name = readerNameOf(format).program;
+    return helperProgram(readerNameOf(format).program);
+}
+
+std::filesystem::path helperProgram(const char* name) {
     std::error_code error;
     const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
     const std::filesystem::path own = folderOfThisCode();
@@ -231,20 +234,19 @@ ChildEnd readInChild(const std::filesystem::path& program, const std::string& fo
     return end == ChildEnd::Whole && !collector.isWhole() ? ChildEnd::Died : end;
 }
 
-ChildEnd writeInChild(const std::filesystem::path& program, const std::string& format,
-                      const std::filesystem::path& path, const std::function<void(ForeignWriter& writer)>& write) {
+ChildEnd feedChild(const std::vector<std::string>& arguments, const std::function<void(const SendBytes& send)>& write) {
     std::array<int, 2> ends{};
-    if (program.empty() || ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
+    if (arguments.front().empty() || ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
         return ChildEnd::NoProgram;
     }
     Descriptor into(ends[0]);
     Descriptor from(ends[1]);
-    Child child(argumentsFor(program, "write", format, path, {}), from.number(), -1);
+    Child child(arguments, from.number(), -1);
     from.close();
     if (!child.isStarted()) {
         return ChildEnd::NoProgram;
     }
-    ForeignWriter writer([&into](const char* bytes, std::size_t size) {
+    write([&into](const char* bytes, std::size_t size) {
         while (size > 0) {
             const ssize_t count = ::send(into.number(), bytes, size, MSG_NOSIGNAL);
             if (count < 0 && errno != EINTR) {
@@ -255,10 +257,17 @@ ChildEnd writeInChild(const std::filesystem::path& program, const std::string& f
         }
         return true;
     });
-    write(writer);
-    writer.end();
     into.close();
     return endOf(child.wait());
+}
+
+ChildEnd writeInChild(const std::filesystem::path& program, const std::string& format,
+                      const std::filesystem::path& path, const std::function<void(ForeignWriter& writer)>& write) {
+    return feedChild(argumentsFor(program, "write", format, path, {}), [&write](const SendBytes& send) {
+        ForeignWriter writer(send);
+        write(writer);
+        writer.end();
+    });
 }
 
 } // namespace velmora

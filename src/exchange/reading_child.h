@@ -12,9 +12,12 @@
 
 namespace velmora {
 
-/// The program that holds the library of others for a format: beside this program or module, or where it is when both
-/// are installed; empty when it is nowhere. CAD has one of its own, as its library is many times as large as all the
-/// rest.
+/// A program that others start: beside this program or module, or where it is when both are installed; empty when it is
+/// nowhere.
+std::filesystem::path helperProgram(const char* name);
+
+/// The program that holds the library of others for a format; see helperProgram. CAD has one of its own, as its library
+/// is many times as large as all the rest.
 std::filesystem::path readerProgram(const std::string& format);
 
 /// What is told when it is nowhere.
@@ -38,6 +41,11 @@ constexpr int childOutOfMemory = 3;
 /// process, this one goes on; it ends with the call, also when `report` throws.
 ChildEnd readInChild(const std::filesystem::path& program, const std::string& format, const std::filesystem::path& path,
                      const ImportOptions& options, ForeignFile& file, const ReportProgress& report);
+
+/// Takes the next bytes that a child is to read; false when it reads no more.
+using SendBytes = std::function<bool(const char* bytes, std::size_t size)>;
+/// Starts a program by its arguments, the first of them its path; what `write` sends is its standard input.
+ChildEnd feedChild(const std::vector<std::string>& arguments, const std::function<void(const SendBytes& send)>& write);
 
 /// Starts `program` to write `path` as `format`; `write` gives it what shall be in there.
 ChildEnd writeInChild(const std::filesystem::path& program, const std::string& format,

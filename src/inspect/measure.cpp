@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "patch_curves.h"
+#include "report_lines.h"
 #include "vectors.h"
 
 namespace velmora {
@@ -16,10 +17,10 @@ bool hasElement(const Sequence& sequence, std::int32_t number) {
     return number >= 0 && number < countOf(sequence);
 }
 
-/// Whether a line runs from one section to the other: each between them has its point.
-bool lineRuns(const Patch& patch, std::int32_t line, std::int32_t first, std::int32_t last) {
-    return std::all_of(patch.begin() + first, patch.begin() + last + 1,
-                       [line](const PointList& section) { return line < countOf(section); });
+/// Only sections of one length have lines across them.
+bool hasLines(const Patch& patch) {
+    return std::all_of(patch.begin(), patch.end(),
+                       [&patch](const PointList& section) { return section.size() == patch.front().size(); });
 }
 
 /// The vector brought near length 1 by a power of two, which changes no digit, and that power: squares of its
@@ -61,7 +62,7 @@ std::optional<double> lengthAlong(const PatchList& patches, const MeasuredPlace&
     if (firstN == lastN) {
         return lengthBetween(ConstPatchCurve(patch, false, firstN), firstM, lastM);
     }
-    if (firstM == lastM && lineRuns(patch, firstM, firstN, lastN)) {
+    if (firstM == lastM && hasLines(patch)) {
         return lengthBetween(ConstPatchCurve(patch, true, firstM), firstN, lastN);
     }
     return std::nullopt;
@@ -105,6 +106,14 @@ Measurement measure(const PatchList& patches, const MeasuredPlace& a, const Meas
     result.along = lengthAlong(patches, a, b);
     result.angle = c ? angleAt(b.point, a.point, c->point) : std::nullopt;
     return result;
+}
+
+std::string measuredText(const Measurement& measurement) {
+    const zVec<double>& delta = measurement.delta;
+    std::string text = "Distance " + shortNumber(measurement.distance) + ": X " + shortNumber(delta.x) + ", Y " +
+                       shortNumber(delta.y) + ", Z " + shortNumber(delta.z);
+    text += measurement.along ? "; along the curve " + shortNumber(*measurement.along) : "";
+    return text + (measurement.angle ? "; angle " + shortNumber(*measurement.angle) + " degrees" : "");
 }
 
 } // namespace velmora

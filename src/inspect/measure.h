@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <string>
 
 #include "PatchList.h"
 #include "zRegion.h"
@@ -31,5 +32,8 @@ struct Measurement {
 /// From `a` to `b`; with `c` the angle between the directions from `b` to `a` and to `c`.
 Measurement measure(const PatchList& patches, const MeasuredPlace& a, const MeasuredPlace& b,
                     const std::optional<MeasuredPlace>& c);
+
+/// The numbers as a person reads them.
+std::string measuredText(const Measurement& measurement);
 
 } // namespace velmora

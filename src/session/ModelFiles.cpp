@@ -7,6 +7,15 @@
 
 namespace velmora {
 
+namespace {
+
+/// A picture or a journal may take the place of the one before.
+bool holdsGeometry(const FileWritten& written) {
+    return written.format != "png" && written.format != "svg" && written.format != "script";
+}
+
+} // namespace
+
 void ModelFiles::note(const CommandReport& report) {
     for (const FileRead& read : report.filesRead) {
         if (paths_.insert(read.path).second) {
@@ -14,7 +23,9 @@ void ModelFiles::note(const CommandReport& report) {
         }
     }
     for (const FileWritten& written : report.filesWritten) {
-        paths_.insert(written.path);
+        if (holdsGeometry(written)) {
+            paths_.insert(written.path);
+        }
     }
 }
 

@@ -1,11 +1,17 @@
 #include "picture_file.h"
 
+#include <algorithm>
+#include <array>
+#include <optional>
+
+#include "DialogValues.h"
 #include "DocumentState.h"
 #include "Session.h"
 #include "UserInterface.h"
 #include "messages.h"
 #include "path_names.h"
 #include "script_words.h"
+#include "show_dialog.h"
 
 namespace velmora {
 
@@ -23,10 +29,36 @@ PictureResult writePicture(Session& session, const std::filesystem::path& file, 
     withPicture(session.view(), session.state(), settings, [&](const SceneFrame& frame) {
         written = lines ? writeText(file, svgOf(frame, settings)) : drawPixels(frame, settings, file);
     });
-    return written ? PictureResult::Written : PictureResult::Failed;
+    if (!written) {
+        return PictureResult::Failed;
+    }
+    tellWritten(session.ui(), file, extension);
+    return PictureResult::Written;
 }
 
+namespace {
+
+/// The dialog comes up with the size of the view; none when it was cancelled.
+std::optional<PictureSettings> askedSettings(Session& session) {
+    CPicture& values = session.state().dialogs->picture;
+    const Viewport& view = session.view().viewport;
+    values.width = std::clamp(view.width, 1, largestPictureSide);
+    values.height = std::clamp(view.height, 1, largestPictureSide);
+    if (!showDialog(session.ui(), values)) {
+        return std::nullopt;
+    }
+    constexpr std::array grounds = {PictureGround::Black, PictureGround::White, PictureGround::Clear};
+    return PictureSettings{values.width, values.height, grounds.at(static_cast<std::size_t>(values.ground) - 1),
+                           values.triad};
+}
+
+} // namespace
+
 void savePicture(Session& session, const DrawPixels& drawPixels) {
+    const auto settings = askedSettings(session);
+    if (!settings) {
+        return;
+    }
     const DocumentState& document = session.state();
     FileRequest request;
     request.mode = ChooserMode::SaveAs;
@@ -41,10 +73,7 @@ void savePicture(Session& session, const DrawPixels& drawPixels) {
     if (paths.empty()) {
         return;
     }
-    PictureSettings settings;
-    settings.width = session.view().viewport.width;
-    settings.height = session.view().viewport.height;
-    switch (writePicture(session, paths.front(), settings, drawPixels)) {
+    switch (writePicture(session, paths.front(), *settings, drawPixels)) {
     case PictureResult::Written:
         break;
     case PictureResult::UnknownType:

@@ -23,7 +23,7 @@ enum class PictureResult {
 PictureResult writePicture(Session& session, const std::filesystem::path& file, const PictureSettings& settings,
                            const DrawPixels& drawPixels);
 
-/// Lets the user choose a file, and writes what the view shows in its size; what fails is told.
+/// Asks how, lets the user choose a file, and writes what the view shows; what fails is told.
 void savePicture(Session& session, const DrawPixels& drawPixels);
 
 } // namespace velmora

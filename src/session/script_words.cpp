@@ -1,6 +1,9 @@
 #include "script_words.h"
 
+#include "FileRecord.h"
 #include "SafeFile.h"
+#include "UserInterface.h"
+#include "path_names.h"
 
 namespace velmora {
 
@@ -29,6 +32,16 @@ std::string scriptWord(std::string_view word) {
 
 std::string scriptSetting(std::string_view name, std::string_view value) {
     return std::string(name) + '=' + (needsQuotes(value) ? quoted(value) : std::string(value));
+}
+
+void tellWritten(UserInterface& person, const std::filesystem::path& path, const std::string& format) {
+    FileWritten written;
+    written.path = fullPath(path);
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(path, error);
+    written.bytes = error ? 0 : size; // a device has none
+    written.format = format;
+    person.tellFileWritten(written);
 }
 
 bool writeText(const std::filesystem::path& path, const std::string& text) {

@@ -7,11 +7,16 @@
 
 namespace velmora {
 
+class UserInterface;
+
 /// A word of a script line, in quotation marks where it needs them.
 std::string scriptWord(std::string_view word);
 
 /// NAME=VALUE, the value in quotation marks where it needs them.
 std::string scriptSetting(std::string_view name, std::string_view value);
+
+/// Tells that a file which holds no model was written, as `format`.
+void tellWritten(UserInterface& person, const std::filesystem::path& path, const std::string& format);
 
 /// Writes a text to a file; false when that failed, and a file that was there is as it was.
 bool writeText(const std::filesystem::path& path, const std::string& text);

@@ -293,6 +293,7 @@ void GlViewWidget::contextMenuEvent(QContextMenuEvent* event) {
 void GlViewWidget::keyPressEvent(QKeyEvent* event) {
     if (view_ != nullptr && event->key() == Qt::Key_Escape) {
         view_->OnKeyDown(ViewKey::Escape);
+        emit keyTaken();
         return;
     }
     QWidget::keyPressEvent(event);

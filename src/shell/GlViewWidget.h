@@ -62,6 +62,8 @@ signals:
     void failed(const QString& cause);
     /// The left button came up and the view has dealt with it.
     void leftReleased();
+    /// The view dealt with a key.
+    void keyTaken();
     /// A right click, or the menu key, at a position on the screen.
     void contextMenuWanted(const QPoint& position);
     /// What the mouse points at; empty: nothing.

@@ -1,6 +1,7 @@
 #include "MainFrame.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QCryptographicHash>
 #include <QDragEnterEvent>
@@ -171,6 +172,7 @@ void MainFrame::connectView() {
         session_->document().ShowStatus(message::commandFailed(plainBytes(cause)).text);
     });
     connect(viewWidget_, &GlViewWidget::hinted, status_, &StatusLine::showPointed);
+    connect(viewWidget_, &GlViewWidget::keyTaken, this, &MainFrame::refresh);
     connect(viewWidget_, &GlViewWidget::leftReleased, this, &MainFrame::refresh);
     connect(viewWidget_, &GlViewWidget::contextMenuWanted, this, &MainFrame::showContextMenu);
 }
@@ -261,6 +263,15 @@ void MainFrame::showKeys() {
 
 void MainFrame::savePicture() {
     velmora::savePicture(*session_, pixelDrawer());
+}
+
+void MainFrame::copyPicture() {
+    const QImage image = viewImage(*session_);
+    if (image.isNull()) {
+        session_->ui().showMessage(message::pictureNotDrawn);
+    } else {
+        QGuiApplication::clipboard()->setImage(image);
+    }
 }
 
 void MainFrame::showPanel(Panel panel) {

@@ -73,6 +73,7 @@ private:
     void showKeys() override;
     void showAbout() override { emit aboutWanted(); }
     void savePicture() override;
+    void copyPicture() override;
     void showPanel(Panel panel) override;
     bool panelShown(Panel panel) const override;
     void toggleToolBars() override;

@@ -35,6 +35,7 @@ CursorShape shapeOf(MouseMode mode) {
         return {"scale", 12, 12};
     case ModeZoomIn:
         return {"zoomIn", 10, 10};
+    case ModeMeasure:
     case ModePoint:
         return {"point", 12, 12};
     case ModePatch:

@@ -140,6 +140,10 @@ void VelmoraView::buildOverlay() {
     if (pointedAt_) {
         overlay_.list.framedPoint(*pointedAt_, 6.0F, {1.0F, 1.0F, 0.0F, 1.0F}, 8.0F, {0.0F, 0.0F, 0.0F, 1.0F});
     }
+    if (isMeasured()) {
+        drawMeasured(overlay_.list);
+        labelMeasured();
+    }
     batchesBeforeTriad_ = overlay_.list.batches.size();
     addTriad(overlay_.list);
     if (doc_.markersOpen) {

@@ -10,6 +10,7 @@
 #include "DocumentView.h"
 #include "OpenGLView.h"
 #include "draw_lists.h"
+#include "measure.h"
 #include "model_picks.h"
 #include "value_colours.h"
 
@@ -128,6 +129,8 @@ public:
     void OnMouseMove(PixelPoint position);
     void OnLeftButtonUp(PixelPoint position);
     void OnTimer();
+    /// Escape ends measuring; else it is the window's.
+    void OnKeyDown(ViewKey key) override;
 
     // ---- The same by number ---------------------------------------------------------------------
 
@@ -221,6 +224,11 @@ private:
     void addLegend();
     void addTriad(DrawList& list);
     void addMarkerNumbers();
+    void beginMeasuring();
+    void measureFrom(PixelPoint position);
+    bool isMeasured() const;
+    void drawMeasured(DrawList& list) const;
+    void labelMeasured();
     void refreshAngles();
     void repaint() { surface().requestRepaint(); }
     void showCursor(MouseMode mode);
@@ -296,6 +304,8 @@ private:
     std::size_t batchesBeforeTriad_ = 0;
     std::optional<ColouredValues> coloured_; ///< the values that the model's list shows as colours
     std::optional<zVec<double>> pointedAt_;
+    std::vector<MeasuredPlace> measured_; ///< three at most
+    std::uint64_t measuredRevision_ = 0;  ///< of the geometry that they were found in
     ModelIndex index_;
     std::optional<std::uint64_t> gridRevision_; ///< of the geometry that was looked at
     bool isGrid_ = false;                       ///< the surface can be drawn

@@ -236,6 +236,13 @@ std::span<const ViewCommand> VelmoraView::commands() {
                  .off = emptyModel,
                  .places = {{View, 460}}},
          .run = [](VelmoraView& v) { v.goBack(); }},
+        {.row = {.id = "view.measure",
+                 .menuText = "&Measure",
+                 .statusText = "Distance of two places that are clicked, and the angle of three",
+                 .accelerator = "M",
+                 .off = emptyModel,
+                 .places = {{View, 470}}},
+         .mode = ModeMeasure},
         {.row = {.id = "view.surface",
                  .menuText = "&Surface",
                  .statusText = "Draw picture of solid body",
@@ -349,6 +356,7 @@ bool VelmoraView::runViewCommand(std::string_view id) {
         }
         if (command->mode != ModeNone) {
             setMouseMode(command->mode);
+            beginMeasuring();
         } else {
             command->run(*this);
         }

@@ -188,8 +188,12 @@ void addCandidate(DrawList& list, const DocumentState& document, const Pick& pic
 
 std::string candidateText(const DocumentState& document, const Pick& pick) {
     const auto number = [](std::int32_t index) { return std::to_string(index + 1); };
+    const std::string place =
+        "X=" + fixedText(pick.position.x) + ", Y=" + fixedText(pick.position.y) + ", Z=" + fixedText(pick.position.z);
     std::string text = "Patch K=" + number(pick.patch);
     switch (pick.target) {
+    case Pick::Target::PlanePlace:
+        return place;
     case Pick::Target::Section:
         return text + ", Section N=" + number(pick.section) + ", Points M=" + std::to_string(pick.points);
     case Pick::Target::Line:
@@ -204,8 +208,7 @@ std::string candidateText(const DocumentState& document, const Pick& pick) {
         text += ", Section N=" + number(pick.section) + ", Point M=" + number(pick.point);
         break;
     }
-    return text + "  X=" + fixedText(pick.position.x) + ", Y=" + fixedText(pick.position.y) +
-           ", Z=" + fixedText(pick.position.z);
+    return text + "  " + place;
 }
 
 } // namespace velmora

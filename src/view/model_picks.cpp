@@ -116,9 +116,14 @@ std::optional<NearestPoint> meantNode(const DocumentState& document, ModelIndex&
     return corner && corner->distance <= pointLimit * modelDiagonal(document) ? corner : nearest;
 }
 
-Pick pickNode(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight) {
-    const PickFilter filter = captureFilter(document, false);
-    return pickOf(document, Pick::Target::Node, meantNode(document, index, ray, filter, sight), pointLimit);
+/// The nearest point or node that the filter lets through.
+Pick pickThrough(const PickFilter& filter, const DocumentState& document, ModelIndex& index, const PixelLine& ray,
+                 Sight sight) {
+    if (document.structureKind == StructureKind::Unstructured) {
+        return pickOf(document, Pick::Target::Node, meantNode(document, index, ray, filter, sight), pointLimit);
+    }
+    const auto nearest = meantPoint(document, index, ray, filter, pointLimit, sight);
+    return pickOf(document, Pick::Target::Point, nearest, pointLimit);
 }
 
 } // namespace
@@ -162,12 +167,21 @@ PickFilter captureFilter(const DocumentState& document, bool curve) {
 }
 
 Pick pickPoint(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight) {
-    if (document.structureKind == StructureKind::Unstructured) {
-        return pickNode(document, index, ray, sight);
+    return pickThrough(captureFilter(document, false), document, index, ray, sight);
+}
+
+Pick pickToMeasure(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight) {
+    Pick pick = pickThrough(PickFilter(), document, index, ray, sight);
+    if (pick.found) {
+        return pick;
     }
-    const PickFilter filter = captureFilter(document, false);
-    const auto nearest = meantPoint(document, index, ray, filter, pointLimit, sight);
-    return pickOf(document, Pick::Target::Point, nearest, pointLimit);
+    pick = Pick();
+    pick.target = Pick::Target::PlanePlace;
+    if (const auto place = firstPlace(document, index, ray)) {
+        pick.found = true;
+        pick.position = *place;
+    }
+    return pick;
 }
 
 Pick pickSection(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight) {

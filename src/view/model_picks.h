@@ -58,6 +58,9 @@ Pick pickDragPlace(const DocumentState& document, const PixelLine& ray);
 Pick pickPlanePlace(const DocumentState& document, const PixelLine& ray, int plane);
 /// What a click would take in the regime that waits for one: none when no regime does, or nothing lies near enough.
 std::optional<Pick> pickCandidate(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight);
+/// What a click takes to measure from, whatever is captured: the nearest point or node, else where the ray meets the
+/// surface first (PlanePlace, without numbers).
+Pick pickToMeasure(const DocumentState& document, ModelIndex& index, const PixelLine& ray, Sight sight);
 /// Where the line meets the model first; none where it meets nothing.
 std::optional<zVec<double>> firstPlace(const DocumentState& document, ModelIndex& index, const PixelLine& ray);
 

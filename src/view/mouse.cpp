@@ -27,7 +27,7 @@ bool rotates(int mode) {
 void VelmoraView::OnLeftButtonDown(PixelPoint position) {
     const CommandGuard guard(doc_);
     showCandidate(std::nullopt);
-    if (mouseMode < ModeNone) {
+    if (mouseMode < ModeNone && mouseMode != ModeMeasure) {
         notePose();
     }
     leftButtonDown = true;
@@ -35,6 +35,9 @@ void VelmoraView::OnLeftButtonDown(PixelPoint position) {
     surface().confineCursor(true);
     if (mouseMode >= ModePoint) {
         pressRegime(position);
+    }
+    if (mouseMode == ModeMeasure) {
+        measureFrom(position);
     }
     if (mouseMode == ModeZoomIn) {
         rubberStartX = position.x;
@@ -50,11 +53,11 @@ void VelmoraView::OnMouseMove(PixelPoint position) {
     if (std::abs(position.x - lastMousePos.x) + std::abs(position.y - lastMousePos.y) < moveThreshold) {
         return;
     }
-    if (leftButtonDown && mouseMode < ModePoint) {
+    if (leftButtonDown && mouseMode < ModePoint && mouseMode != ModeMeasure) {
         stopSpin();
         dragCamera(position);
         noteMotion();
-    } else if (leftButtonDown) {
+    } else if (leftButtonDown && mouseMode >= ModePoint) {
         const CommandGuard guard(doc_);
         dragRegime(position);
     }

@@ -120,7 +120,11 @@ void VelmoraView::pointUnder(PixelPoint position) {
         return;
     }
     std::optional<Pick> candidate;
-    if (mouseMode >= ModePoint && !leftButtonDown && !doc_.holdsNothing()) {
+    const bool looks = !leftButtonDown && !doc_.holdsNothing();
+    if (looks && mouseMode == ModeMeasure) {
+        const Pick place = pickToMeasure(doc_, index_, rayThrough(position), sight());
+        candidate = place.found ? std::optional(place) : std::nullopt;
+    } else if (looks && mouseMode >= ModePoint) {
         candidate = pickCandidate(doc_, index_, rayThrough(position), sight());
     }
     showCandidate(candidate);

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <utility>
 
 #include "DocumentState.h"
 #include "VelmoraView.h"
@@ -260,6 +261,29 @@ void withPicture(VelmoraView& view, const DocumentState& document, const Picture
 Colour onGround(const Colour& colour, PictureGround ground) {
     const bool white = colour[0] >= 1.0F && colour[1] >= 1.0F && colour[2] >= 1.0F;
     return white && ground == PictureGround::White ? Colour{0.0F, 0.0F, 0.0F, colour[3]} : colour;
+}
+
+DrawList onGround(DrawList list, PictureGround ground) {
+    for (DrawBatch& batch : list.batches) {
+        batch.colour = onGround(batch.colour, ground);
+    }
+    for (Accent& accent : list.accents) {
+        accent.colour = onGround(accent.colour, ground);
+    }
+    return list;
+}
+
+Overlay onGround(Overlay overlay, PictureGround ground) {
+    overlay.list = onGround(std::move(overlay.list), ground);
+    for (DrawText& text : overlay.texts) {
+        text.colour = onGround(text.colour, ground);
+    }
+    return overlay;
+}
+
+Colour colourOf(PictureGround ground) {
+    const float light = ground == PictureGround::White ? 1.0F : 0.0F;
+    return {light, light, light, ground == PictureGround::Clear ? 0.0F : 1.0F};
 }
 
 std::string svgOf(const SceneFrame& frame, const PictureSettings& settings) {

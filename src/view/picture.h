@@ -13,9 +13,6 @@ struct DocumentState;
 /// What stands behind the model in a picture.
 enum class PictureGround { Black, White, Clear };
 
-/// The largest side of a picture, in pixels.
-inline constexpr int largestPictureSide = 16384;
-
 /// How a picture is made of what a view shows.
 struct PictureSettings {
     int width = 800;
@@ -31,6 +28,11 @@ void withPicture(VelmoraView& view, const DocumentState& document, const Picture
 
 /// A colour as it shows on the ground: on a white one what would be white is black.
 Colour onGround(const Colour& colour, PictureGround ground);
+/// The same for all that is drawn.
+DrawList onGround(DrawList list, PictureGround ground);
+Overlay onGround(Overlay overlay, PictureGround ground);
+/// The ground's own colour.
+Colour colourOf(PictureGround ground);
 
 /// The lines, outlines of faces and points of a frame as a drawing, SVG 1.1. What stands behind the eye or outside of
 /// the picture is cut off; nothing is hidden by what is in front of it.

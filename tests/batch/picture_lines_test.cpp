@@ -61,7 +61,7 @@ TEST_F(PictureLines, WhatCannotBeDrawnIsAnError) {
         EXPECT_EQ(errorOf(std::string("picture") + words), usage) << words;
     }
     EXPECT_EQ(errorOf("picture a.jpg"), "no picture of the type of \"a.jpg\" can be drawn here; give a file of type "
-                                        ".svg, or a .png in the window");
+                                        ".svg; .png needs the package velmora and its OpenGL");
     must("picture " + file("gone/a.svg"));
     EXPECT_EQ(event("done").value("outcome", ""), "failed");
 }
@@ -70,10 +70,42 @@ TEST_F(PictureLines, TheCommandAsksForAFile) {
     must("open " + file("plate.apt"));
     must("run file.picture file=" + file("a.svg"));
     EXPECT_THAT(drawn(), HasSubstr("<path"));
-    EXPECT_EQ(event("chooser").at("extensions"), Json::array({"svg"}));
-    EXPECT_EQ(event("chooser").at("proposed"), (folder / "plate.svg").string());
+    EXPECT_EQ(event("dialog").at("fields"), Json({{"width", 800}, {"height", 600}, {"ground", 1}, {"triad", 1}}));
+    EXPECT_EQ(event("written").at("format"), "svg");
+    EXPECT_EQ(event("written").at("path"), (folder / "a.svg").string());
+    const Json chooser = event("chooser");
+    const bool pixels = printed("version").at("picture").get<bool>(); // where the program for them is there
+    EXPECT_EQ(chooser.at("extensions"), pixels ? Json::array({"png", "svg"}) : Json::array({"svg"}));
+    EXPECT_EQ(chooser.at("proposed"), (folder / (pixels ? "plate.png" : "plate.svg")).string());
+    must("run file.picture width=20 height=10 ground=2 triad=0 file=" + file("a.svg"));
+    EXPECT_THAT(drawn(), HasSubstr("width=\"20\" height=\"10\""));
+    EXPECT_THAT(drawn(), HasSubstr("fill=\"#ffffff\"/>"));
+    must("run file.picture cancel=dialog");
+    EXPECT_EQ(kinds("chooser"), 0);
     must("run file.picture file=" + file("a.jpg"));
     EXPECT_EQ(event("message").at("text"), "This file's type is not supported by Sorvane");
+    EXPECT_EQ(event("done").value("outcome", ""), "refused");
+}
+
+TEST_F(PictureLines, AFileThatIsWrittenIsToldAndMayBeWrittenAgain) {
+    must("open " + file("plate.apt"));
+    for (const char* line : {"picture ", "journal "}) {
+        const bool picture = std::string(line) == "picture ";
+        for (int time = 0; time < 2; ++time) {
+            must(line + file("a.svg"));
+            EXPECT_EQ(kinds("written"), 1) << line << time;
+            EXPECT_EQ(event("written"), Json({{"event", "written"},
+                                              {"path", (folder / "a.svg").string()},
+                                              {"bytes", std::filesystem::file_size(folder / "a.svg")},
+                                              {"format", picture ? "svg" : "script"},
+                                              {"counts", Json::object()}}));
+        }
+    }
+}
+
+TEST_F(PictureLines, TheClipboardIsOfTheWindow) {
+    must("run file.copyPicture");
+    EXPECT_EQ(event("message").at("text"), "The clipboard is the window's. A script has: picture FILE");
     EXPECT_EQ(event("done").value("outcome", ""), "refused");
 }
 

@@ -22,6 +22,7 @@ public:
     void showKeys() override {}
     void showAbout() override {}
     void savePicture() override {}
+    void copyPicture() override {}
     void showPanel(Panel) override {}
 };
 

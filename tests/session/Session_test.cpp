@@ -28,6 +28,7 @@ public:
     void showKeys() override { calls.emplace_back("keys"); }
     void showAbout() override { calls.emplace_back("about"); }
     void savePicture() override { calls.emplace_back("picture"); }
+    void copyPicture() override { calls.emplace_back("copy"); }
     void showPanel(Panel panel) override { calls.push_back("panel " + std::to_string(static_cast<int>(panel))); }
     void toggleToolBars() override { calls.emplace_back("tool bars"); }
     void toggleStatusBar() override { calls.emplace_back("status bar"); }
@@ -85,12 +86,12 @@ TEST_F(SessionTest, EveryShellCommandOfTheTableIsCarriedOut) {
 
 TEST_F(SessionTest, EachShellCommandDoesItsOwn) {
     for (const char* id :
-         {"file.exit", "file.picture", "view.toolbar", "view.statusBar", "options.report", "options.curvePlot",
-          "options.journal", "help.topics", "help.keys", "help.fileReport", "help.about"}) {
+         {"file.exit", "file.picture", "file.copyPicture", "view.toolbar", "view.statusBar", "options.report",
+          "options.curvePlot", "options.journal", "help.topics", "help.keys", "help.fileReport", "help.about"}) {
         run(id);
     }
-    EXPECT_THAT(shell.calls, ElementsAre("exit", "picture", "tool bars", "status bar", "panel 0", "panel 1", "panel 2",
-                                         "guide", "keys", "panel 3", "about"));
+    EXPECT_THAT(shell.calls, ElementsAre("exit", "picture", "copy", "tool bars", "status bar", "panel 0", "panel 1",
+                                         "panel 2", "guide", "keys", "panel 3", "about"));
 }
 
 TEST_F(SessionTest, WhatCameOfTheFilesStaysKnownUntilTheNextFile) {

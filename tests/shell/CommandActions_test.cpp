@@ -205,7 +205,7 @@ TEST_F(ActionsTest, EachKeyOfTheTableIsThereOnce) {
     }
     EXPECT_THAT(keys, ::testing::ElementsAre("1", "2", "3", "4", "5", "6", "7", "8", "B", "Backspace", "Ctrl+A",
                                              "Ctrl+C", "Ctrl+N", "Ctrl+O", "Ctrl+S", "Ctrl+V", "Ctrl+X", "Ctrl+Z", "E",
-                                             "F", "F1", "Home", "P", "S", "Shift+F", "Shift+F1"));
+                                             "F", "F1", "Home", "M", "P", "S", "Shift+F", "Shift+F1"));
 }
 
 TEST_F(ActionsTest, ASharedKeyRunsTheFirstOfItsOrderThatIsOnAndNoneWhenAllAreOff) {

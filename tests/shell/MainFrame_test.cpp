@@ -130,11 +130,25 @@ TEST(MainFrame, ShowsTheModeOfTheMouseInMenuButtonAndStatusLine) {
     rig.run("view.zoomIn");
     EXPECT_EQ(mode(), QStringLiteral("Zoom In"));
     EXPECT_FALSE(rig.toolButton("view.rotate")->isChecked());
+    rig.run("view.measure");
+    EXPECT_EQ(mode(), QStringLiteral("Measure"));
+    EXPECT_TRUE(rig.menuEntry("view.measure")->isChecked());
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QApplication::sendEvent(rig.frame.findChild<QWidget*>(QStringLiteral("view")), &escape);
+    EXPECT_NE(mode(), QStringLiteral("Measure"));
+    EXPECT_FALSE(rig.menuEntry("view.measure")->isChecked());
     rig.run("line.captureSection");
     EXPECT_EQ(mode(), QStringLiteral("Section"));
     EXPECT_TRUE(rig.toolButton("line.captureSection")->isChecked());
     rig.run("line.exit");
     EXPECT_FALSE(rig.toolButton("line.captureSection")->isChecked());
+}
+
+TEST(MainFrame, CopiesNoPictureWhereThereIsNoOpenGl) {
+    FrameRig rig;
+    rig.person.atMessage(QStringLiteral("The picture cannot be drawn"));
+    rig.run("file.copyPicture");
+    EXPECT_TRUE(rig.person.isDone());
 }
 
 TEST(MainFrame, TellsOfAKeyOfTheViewUntilOneWasPressed) {

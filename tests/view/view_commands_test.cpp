@@ -352,7 +352,7 @@ TEST(PreviousCommand, IsAlwaysOffAndOnlySaysSo) {
 TEST(ModeCommands, SetTheModeOfTheirNumber) {
     const std::pair<const char*, int> modes[] = {
         {"view.rotate", 0},     {"view.rotateX", 1}, {"view.rotateY", 2}, {"view.rotateZ", 3}, {"view.translateXY", 4},
-        {"view.translateZ", 5}, {"view.shift", 6},   {"view.scale", 7},   {"view.zoomIn", 8},
+        {"view.translateZ", 5}, {"view.shift", 6},   {"view.scale", 7},   {"view.zoomIn", 8},  {"view.measure", -1},
     };
     ViewRig rig;
     rig.show(twoPatches());
@@ -372,9 +372,9 @@ TEST(ViewCommands, AreOffWithoutAModelAndOnWithOne) {
             ids.emplace_back(command.id);
         }
     }
-    // 6 standard views, iso, oblique, 4 views of the tool bar, 9 modes, 2 projections and the other one, Manual,
+    // 6 standard views, iso, oblique, 4 views of the tool bar, 10 modes, 2 projections and the other one, Manual,
     // Zoom Out, 2 fits, the view before, Surface, its edges and back faces.
-    EXPECT_EQ(ids.size(), 32U);
+    EXPECT_EQ(ids.size(), 33U);
     for (const std::string& id : ids) {
         EXPECT_TRUE(rig.view.isViewCommandOff(id)) << id;
     }

@@ -48,13 +48,26 @@ std::string lineOf(const DialogField& field) {
 }
 
 /// Told in tests of their own: IntersectionOfOneCell, with the whole grid compared, CompareCommand, and ViewCommands
-/// with ValuesToShow and ColouredView.
-const std::set<std::string> toldElsewhere = {
-    "CIntersection.insideSide=1",  "CIntersection.insideSide=2", "CIntersection.outsideSide=1",
-    "CIntersection.outsideSide=2", "CCompare.target=1",          "CCompare.target=2",
-    "CCompare.target=3",           "CColours.quantity=1",        "CColours.quantity=2",
-    "CColours.quantity=3",         "CColours.quantity=4",        "CColours.quantity=5",
-    "CColours.automatic=0",        "CColours.automatic=1"};
+/// with ValuesToShow and ColouredView, and PictureProgram.
+const std::set<std::string> toldElsewhere = {"CIntersection.insideSide=1",
+                                             "CIntersection.insideSide=2",
+                                             "CIntersection.outsideSide=1",
+                                             "CIntersection.outsideSide=2",
+                                             "CCompare.target=1",
+                                             "CCompare.target=2",
+                                             "CCompare.target=3",
+                                             "CColours.quantity=1",
+                                             "CColours.quantity=2",
+                                             "CColours.quantity=3",
+                                             "CColours.quantity=4",
+                                             "CColours.quantity=5",
+                                             "CColours.automatic=0",
+                                             "CColours.automatic=1",
+                                             "CPicture.ground=1",
+                                             "CPicture.ground=2",
+                                             "CPicture.ground=3",
+                                             "CPicture.triad=0",
+                                             "CPicture.triad=1"};
 
 std::string keyOf(const std::string& dialog, const std::string& field, int value) {
     return dialog + '.' + field + '=' + std::to_string(value);

@@ -24,6 +24,14 @@ TEST(DialogFields, OfCompare) {
         ElementsAre("Compare", "target |  | radio | 1 | \"Second geometry\" \"Patches outside of zBlock\" \"File\""));
 }
 
+TEST(DialogFields, OfSavePicture) {
+    EXPECT_THAT(linesOf("CPicture"),
+                ElementsAre("Save picture", "width | Width | int | 800 | 1 to 16384",
+                            "height | Height | int | 600 | 1 to 16384",
+                            "ground |  | radio | 1 | \"Black ground\" \"White ground\" \"Clear ground\"",
+                            "triad | With the axes | check | 1"));
+}
+
 TEST(DialogFields, OfColourByValue) {
     EXPECT_THAT(
         linesOf("CColours"),

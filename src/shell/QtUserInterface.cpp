@@ -323,10 +323,11 @@ void QtUserInterface::setBusy(bool busy) {
     if (busy && busyDepth_ == 1) {
         QApplication::setOverrideCursor(Qt::WaitCursor);
         busyFor_.start();
+        lookedAt_.invalidate();
     }
     if (!busy && busyDepth_ == 0) {
         QApplication::restoreOverrideCursor();
-        if (status_.showsProgress()) {
+        if (lookedAt_.isValid()) {
             // What was typed and clicked behind the last look would act on what the work left.
             lookForStop();
             if (QWidget* const picture = frame_.centralWidget()) {

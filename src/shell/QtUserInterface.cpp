@@ -327,7 +327,7 @@ void QtUserInterface::setBusy(bool busy) {
     }
     if (!busy && busyDepth_ == 0) {
         QApplication::restoreOverrideCursor();
-        if (lookedAt_.isValid()) {
+        if (status_.showsProgress() || lookedAt_.isValid()) {
             // What was typed and clicked behind the last look would act on what the work left.
             lookForStop();
             if (QWidget* const picture = frame_.centralWidget()) {

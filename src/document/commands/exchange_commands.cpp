@@ -173,13 +173,11 @@ std::vector<FileType> exportTypes(const VelmoraDoc& doc) {
 void finishExport(VelmoraDoc& doc, const std::string& extension, ExportOutcome outcome, const WriteOutcome& written) {
     switch (outcome) {
     case ExportOutcome::Done:
-        finishWriting(doc, written, FileContent::Export);
-        if (!written.notes.empty()) {
-            doc.ShowStatus(lossText(written.notes));
-        }
-        break;
     case ExportOutcome::CannotWrite:
         finishWriting(doc, written, FileContent::Export);
+        if (written && !written.notes.empty()) {
+            doc.ShowStatus(lossText(written.notes));
+        }
         break;
     case ExportOutcome::Empty:
         doc.ui().showMessage(message::nothingToSave);

@@ -178,7 +178,7 @@ void AptSecondPass::readPatches(PatchList& patches) {
         }
         patches.push_back(std::move(patch));
         result_.pointsKept = thinner_.kept();
-        countOf(result_.record.kept, "patches") = compartment_;
+        countOf(result_.record.kept, "patches") = result_.pointsKept > 0 ? compartment_ : 0; // else it gives no model
         countOf(result_.record.kept, "points") = result_.pointsKept;
     }
     noteHeaderFailure(header, reader_, compartment_, 2, result_);

@@ -198,7 +198,7 @@ private:
 
 TEST_F(JournalWalk, IsDoneAgainByItsJournal) {
     const char* extent = std::getenv("VELMORA_RELIABILITY");
-    const unsigned walks = extent != nullptr && std::string(extent) == "long" ? 5000 : 150;
+    const unsigned walks = extent != nullptr && std::string(extent) == "long" ? 5000 : 20;
     for (unsigned seed = 1; seed <= walks; ++seed) {
         ASSERT_NO_FATAL_FAILURE(walk(seed));
     }

@@ -29,8 +29,10 @@ public:
         const auto begin = std::chrono::steady_clock::now();
         act();
         EXPECT_TRUE(person_.waitFor(done)) << name;
-        // The program is through with what it does in one go, the paint among it.
-        person_.ask([] { QCoreApplication::sendPostedEvents(); });
+        // The program is through with what it does in one go, the paint among it. What it posts to itself is left to its
+        // own loop: a message's box that opened within the question would keep the answer until somebody closes it.
+        person_.ask([] {});
+        person_.ask([] {});
         const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
         std::printf("  %-42s %6.2f s\n", name, took.count());
         EXPECT_LT(took.count(), 20.0) << name;

@@ -207,6 +207,48 @@ TEST_F(UndoPoint, WithNoSavedAddressDoesNotReadOutsideTheModel) {
     EXPECT_EQ(doc.capture->capturedPatch, -1);
 }
 
+TEST_F(UndoPoint, BehindACommandOfPatchesLeavesNoNumberOfAPatchThatIsGone) {
+    capturePoint(0, 1, 2);
+    movePoint(77);
+    savePatchUndo();
+    doc.patchUndoReady = true;
+    doc.patches.push_back(flatPatch(5, 5, 9.0));
+    addToBlock(0);
+    addToBlock(2);
+    doc.capture.holdBlock();
+    doc.showBlockOnly = true;
+    call("point.undo");
+    EXPECT_EQ(doc.patches.size(), 2U);
+    EXPECT_EQ(doc.blockCount, 0);
+    EXPECT_EQ(doc.blockList[0], -1);
+    EXPECT_FALSE(doc.showBlockOnly);
+}
+
+TEST_F(UndoPoint, OfAPointAloneKeepsTheZBlock) {
+    capturePoint(0, 1, 2);
+    movePoint(77);
+    addToBlock(1);
+    doc.showBlockOnly = true;
+    call("point.undo");
+    EXPECT_EQ(doc.blockCount, 1);
+    EXPECT_EQ(doc.blockList[0], 1);
+    EXPECT_TRUE(doc.showBlockOnly);
+}
+
+TEST_F(UndoPoint, BehindACommandOfPatchesKeepsTheCapturedCurveInsideTheModelThatComesBack) {
+    capturePoint(0, 1, 2);
+    movePoint(77);
+    savePatchUndo();
+    doc.patchUndoReady = true;
+    doc.patches[0] = flatPatch(9, 4);
+    captureSection(0, 8);
+    arranged(doc).savedPatch = arranged(doc).savedPointSection = arranged(doc).savedPoint = 0;
+    arranged(doc).savedSection = arranged(doc).savedLine = -1;
+    call("point.undo");
+    EXPECT_TRUE(doc.capture->sectionCaptured);
+    EXPECT_EQ(doc.capture->capturedSection, 2); // the last of three
+}
+
 // ---- Undo patch -----------------------------------------------------------------------------------------------------
 
 TEST_F(UndoPatch, RestoresTheModelKindAndTitle) {

@@ -186,18 +186,39 @@ void VelmoraDoc::runCommand(CommandRun command) {
 
 // ---- Undo -----------------------------------------------------------------------------------------------------------
 
+namespace {
+
+/// Commands of patches may stand between the snapshot of a point and its Undo, which takes them back too: the numbers
+/// of patches in the zBlock, and of a captured curve, were those of the model that goes.
+void letGoOfWhatIsGone(VelmoraDoc& doc, std::int32_t partsBefore) {
+    if (doc.partCount() != partsBefore) {
+        doc.emptyBlock();
+        doc.showBlockOnly = false; // of an empty zBlock nothing would be shown
+    }
+    if (doc.capture->curveHeld() && !curveIsThere(doc)) {
+        keepCaptureInside(doc);
+    }
+    if (doc.capture->curveHeld() && !curveIsThere(doc)) {
+        doc.ExitLineRegime();
+    }
+}
+
+} // namespace
+
 void VelmoraDoc::UndoPoint() {
     const bool zones = structureKind == StructureKind::Unstructured;
     if (zones ? pointUndoRegion.blocks.empty() : pointUndoPatches.empty()) {
         return;
     }
     // As in exchangeWithSnapshot.
+    const std::int32_t partsBefore = partCount();
     patches.swap(pointUndoPatches);
     std::swap(feRegion, pointUndoRegion);
     exchangeField(pointUndoField);
     ++snapshotCounts.pointBegun;
     ++snapshotCounts.pointTaken;
     capture.restorePoint();
+    letGoOfWhatIsGone(*this, partsBefore);
     // Undo counts as a change since the last save, as what it undoes does.
     documentModified = true;
     if (zones) {

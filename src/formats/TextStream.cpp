@@ -12,7 +12,6 @@
 
 #include "BlocksAhead.h"
 #include "characters.h"
-#include "number_token.h"
 #include "parallel.h"
 
 namespace velmora {
@@ -261,6 +260,7 @@ bool TextStream::readWord(std::string_view& word) {
     // At the end of the block, and at a control character, the word may go on.
     if (stop != start && isSpace(*stop) && good()) {
         word = std::string_view(start, static_cast<std::size_t>(stop - start));
+        wordWasCut_ = false;
         cursor_ = stop;
         return true;
     }
@@ -271,14 +271,18 @@ bool TextStream::readWordSlowly(std::string_view& word) {
     if (!beginToken()) {
         return false;
     }
-    token_.clear();
+    word_.clear();
+    wordWasCut_ = false;
     do {
         const char* const stop = std::find_if(cursor_, end_, [](char c) { return isSpace(c); });
-        token_.append(cursor_, stop);
+        const auto length = static_cast<std::size_t>(stop - cursor_);
+        const std::size_t held = std::min(length, longestWord - word_.size());
+        word_.append(cursor_, held);
+        wordWasCut_ = wordWasCut_ || held < length;
         cursor_ = stop;
         eof_ = stop == end_ && !refill();
     } while (cursor_ != end_ && !isSpace(*cursor_));
-    word = token_;
+    word = word_;
     return true;
 }
 
@@ -360,7 +364,7 @@ bool TextStream::readDoubleSlowly(double& value) {
         return false;
     }
     collectDouble();
-    if (!convertDouble(token_, value)) {
+    if (!decimal_.convert(value)) {
         return failToken();
     }
     if (beginsNumber(nextOfToken())) {
@@ -375,14 +379,17 @@ void TextStream::noteJoined() {
     }
 }
 
-void TextStream::takeIntoToken() {
-    token_ += *cursor_;
-    ++cursor_;
+void TextStream::takeSign(void (DecimalText::*take)(char)) {
+    if (const char c = nextOfToken(); isSign(c)) {
+        (decimal_.*take)(c);
+        ++cursor_;
+    }
 }
 
-void TextStream::takeDigits() {
-    while (isDigit(nextOfToken())) {
-        takeIntoToken();
+void TextStream::takeDigits(void (DecimalText::*take)(char)) {
+    for (char c = nextOfToken(); isDigit(c); c = nextOfToken()) {
+        (decimal_.*take)(c);
+        ++cursor_;
     }
 }
 
@@ -394,25 +401,21 @@ char TextStream::nextOfToken() {
     return *cursor_;
 }
 
-// Moves to token_ what a stream takes for a floating-point number, whether it is one or not.
+// Moves to decimal_ what a stream takes for a floating-point number, whether it is one or not.
 void TextStream::collectDouble() {
-    const auto takeIf = [this](bool wanted) {
-        if (wanted) {
-            takeIntoToken();
-        }
-    };
-    token_.clear();
-    takeIf(isSign(nextOfToken()));
-    const std::size_t mantissa = token_.size();
-    takeDigits();
-    const bool wholeDigits = token_.size() > mantissa;
-    takeIf(nextOfToken() == '.');
-    const std::size_t fraction = token_.size();
-    takeDigits();
-    if ((wholeDigits || token_.size() > fraction) && isExponentMark(nextOfToken())) {
-        takeIf(true);
-        takeIf(isSign(nextOfToken()));
-        takeDigits();
+    decimal_.clear();
+    takeSign(&DecimalText::takeSign);
+    takeDigits(&DecimalText::takeDigit);
+    if (nextOfToken() == '.') {
+        decimal_.takePoint();
+        ++cursor_;
+    }
+    takeDigits(&DecimalText::takeDigit);
+    if (decimal_.hasDigits() && isExponentMark(nextOfToken())) {
+        decimal_.takeExponentMark();
+        ++cursor_;
+        takeSign(&DecimalText::takeExponentSign);
+        takeDigits(&DecimalText::takeExponentDigit);
     }
 }
 

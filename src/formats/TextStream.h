@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "FileIdentity.h"
+#include "number_token.h"
 #include "progress.h"
 
 namespace velmora {
@@ -17,7 +18,8 @@ class BlocksAhead;
 struct NumberAhead;
 
 /// A text file that is read as an input file stream in the C locale reads it, at the speed of std::from_chars and
-/// memchr. The file passes through one block; it is never held whole. The blocks of a large file are read, and their
+/// memchr. The file passes through one block; it is never held whole, whatever the length of its lines, words and
+/// numbers. The blocks of a large file are read, and their
 /// numbers converted, by other threads ahead of the reader, which changes nothing but the time.
 ///
 /// The states are a stream's: `eof` once a read has run into the end of the file, also a successful one that ended
@@ -26,6 +28,8 @@ class TextStream {
 public:
     static constexpr std::size_t defaultBlockSize = std::size_t{1} << 20;
     static constexpr std::size_t noLimit = std::numeric_limits<std::size_t>::max();
+    /// The characters of a word that are held; no word that anybody means is as long.
+    static constexpr std::size_t longestWord = std::size_t{1} << 22;
 
     /// Opens `path`. What is no regular file (a folder, a pipe, a device: they may never end) and a file that may not
     /// be read leave the stream closed and failed. `blockSize` is in bytes; it has no effect on what is read.
@@ -76,10 +80,13 @@ public:
     /// on a stream that is not good. Never a failure by itself.
     bool skipTo(char c);
 
-    /// Takes the next characters up to white space. Fails, with `word` as it was, when nothing but white space is left.
+    /// Takes the next characters up to white space; of more than `longestWord` the first of them are given. Fails, with
+    /// `word` as it was, when nothing but white space is left.
     bool readWord(std::string& word);
     /// The same without a copy: `word` is good up to the next call of anything but the states above.
     bool readWord(std::string_view& word);
+    /// Whether the word that was taken last was longer than it was given.
+    bool wordWasCut() const { return wordWasCut_; }
 
     /// Takes a floating-point number, correctly rounded; one too small for a double gives a zero of its sign. On one
     /// too large `value` becomes the limit and the read fails; when there is no number, `value` keeps what it had.
@@ -114,8 +121,8 @@ private:
     bool readWordSlowly(std::string_view& word);
     bool readDoubleSlowly(double& value);
     bool readIntSlowly(std::int32_t& value);
-    void takeIntoToken();
-    void takeDigits();
+    void takeDigits(void (DecimalText::*take)(char));
+    void takeSign(void (DecimalText::*take)(char));
     void collectDouble();
     void noteJoined();
     bool takeLine(std::string* line, std::size_t limit);
@@ -133,7 +140,9 @@ private:
     bool readFailed_ = false;
     std::int64_t joinedNumbers_ = 0;
     std::int64_t firstJoinedNumber_ = 0;
-    std::string token_;
+    std::string word_;
+    bool wordWasCut_ = false;
+    DecimalText decimal_;
     std::unique_ptr<BlocksAhead> ahead_;
     bool mayReadAhead_ = false;
     std::int32_t numbersTaken_ = 0; ///< of the block, one by one

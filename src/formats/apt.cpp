@@ -125,10 +125,11 @@ void AptSecondPass::noteFault(FormatFaultKind kind, const std::string& reason) {
 // A patch without points is written as "0 0", or with sections as "2 0". Another header without points was meant
 // otherwise; it is taken as it is.
 void AptSecondPass::noteBareHeader(const AptHeader& header) {
-    if (header.sections < 0 || header.points < 0 || (header.sections == 0 && header.points > 0)) {
-        result_.record.losesDetail(patchText(compartment_) + "the header " + std::to_string(header.sections) + ' ' +
-                                   std::to_string(header.points) + " in " + lineText(reader_.stream()) +
-                                   " gives no points");
+    const bool wrong = header.sections < 0 || header.points < 0; // what it counts is not known
+    if (wrong || (header.sections == 0 && header.points > 0)) {
+        std::string reason = patchText(compartment_) + "the header " + std::to_string(header.sections) + ' ' +
+                             std::to_string(header.points) + " in " + lineText(reader_.stream()) + " gives no points";
+        wrong ? result_.record.losesGeometry(std::move(reason)) : result_.record.losesDetail(std::move(reason));
     }
 }
 

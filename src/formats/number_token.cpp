@@ -61,4 +61,40 @@ bool convertDouble(std::string_view token, double& value) {
     return !tooLarge;
 }
 
+// ---- DecimalText ----------------------------------------------------------------------------------------------------
+
+void DecimalText::takeDigit(char digit) {
+    // What lies in the middle between two doubles has up to 767 digits. Of those behind them it only matters whether
+    // one is not 0.
+    constexpr std::size_t mostDigits = 800;
+    hasDigits_ = true;
+    const bool leads = digits_.empty() && digit == '0';
+    if (!leads && digits_.size() == mostDigits) {
+        cutNonZero_ = cutNonZero_ || digit != '0';
+        exponent_ += behindPoint_ ? 0 : 1;
+        return;
+    }
+    exponent_ -= behindPoint_ ? 1 : 0;
+    if (!leads) {
+        digits_ += digit;
+    }
+}
+
+void DecimalText::takeExponentDigit(char digit) {
+    constexpr std::int64_t enough = 100'000'000'000'000'000; // no file has digits that make up for more
+    hasExponentDigits_ = true;
+    written_ = written_ < enough ? 10 * written_ + (digit - '0') : written_;
+}
+
+bool DecimalText::convert(double& value) const {
+    if (!hasDigits_ || (hasExponent_ && !hasExponentDigits_)) {
+        return false;
+    }
+    std::string text = negative_ ? "-" : "";
+    text += digits_.empty() ? "0" : digits_;
+    text += cutNonZero_ ? "1" : "";
+    const std::int64_t exponent = exponent_ - (cutNonZero_ ? 1 : 0) + (exponentNegative_ ? -written_ : written_);
+    return convertDouble(text + 'e' + std::to_string(exponent), value);
+}
+
 } // namespace velmora

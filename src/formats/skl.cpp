@@ -120,8 +120,8 @@ void SklReader::noteFault(FormatFaultKind kind) {
 // A count of 0 is an empty part; one below it was meant otherwise.
 void SklReader::noteBare(const char* what, std::int32_t count) {
     if (count < 0) {
-        result_.record.losesDetail(placeOf(stream(), compartment_) + "the count " + std::to_string(count) + " gives " +
-                                   what + " without points");
+        result_.record.losesGeometry(placeOf(stream(), compartment_) + "the count " + std::to_string(count) +
+                                     " gives " + what + " without points");
     }
 }
 

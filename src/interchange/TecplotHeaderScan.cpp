@@ -31,9 +31,9 @@ bool convertsToNumber(const std::string& token) {
 
 // A file of one endless line must not fill the memory; no header comes near this.
 void keepWithinHeader(const std::string& text) {
-    constexpr std::size_t longest = std::size_t{1} << 26;
+    constexpr std::size_t longest = std::size_t{1} << 22;
     if (text.size() > longest) {
-        throw ParseError(tecplotUnit, __LINE__, "a header of more than 64 million characters");
+        throw ParseError(tecplotUnit, __LINE__, "a header of more than 4 million characters");
     }
 }
 

@@ -18,6 +18,8 @@ namespace {
 
 constexpr const char* unitName = "zVRMLReader";
 constexpr std::string_view brackets = "()[]{}";
+/// Characters that are held of a line or a word; none that anybody means is as long.
+constexpr std::size_t mostHeld = TextStream::longestWord;
 
 // Versions 1 and 2 have the same words.
 const VrmlKeywords* keywordsOf(int version) {
@@ -87,7 +89,10 @@ char closingBracket(char opening) {
 
 void VrmlParser::readHeader() {
     std::string line;
-    input_.getline(line);
+    if (!input_.getline(line, mostHeld) && !line.empty()) {
+        input_.clear(); // the rest of so long a line is passed over: only its beginning tells anything
+        input_.skipLine();
+    }
     line += '\n';
     shortenDigits(line);
     boost::smatch match;
@@ -100,16 +105,26 @@ void VrmlParser::readHeader() {
     }
 }
 
-// A bracket is a word of its own; any other word ends before the next one.
+// A bracket is a word of its own; any other word ends before the next one. Takes a word, or as much of one as is held;
+// true when it goes on.
+bool VrmlParser::takeOfWord() {
+    word_.clear();
+    int c = input_.peek();
+    bool goesOn = false;
+    do {
+        word_ += static_cast<char>(input_.get());
+        goesOn = !isBracket(c) && (c = input_.peek()) >= 0 && !isSpace(c) && !isBracket(c);
+    } while (goesOn && word_.size() < mostHeld);
+    return goesOn;
+}
+
 void VrmlParser::readWord() {
     if (!input_.skipSpace()) {
         throw EOFError(unitName, __LINE__);
     }
-    word_.clear();
-    int c = input_.peek();
-    do {
-        word_ += static_cast<char>(input_.get());
-    } while (!isBracket(c) && (c = input_.peek()) >= 0 && !isSpace(c) && !isBracket(c));
+    if (takeOfWord()) {
+        throw ParseError(unitName, __LINE__, "a word of more than " + std::to_string(mostHeld) + " characters");
+    }
 }
 
 void VrmlParser::expectWord(const char* wanted) {
@@ -124,11 +139,21 @@ void VrmlParser::findNode() {
         if (!passToFaceSet()) {
             throw EOFError(unitName, __LINE__);
         }
-        readWord();
-        if (word_ != keywords_->faceSet) {
-            scene_.take(word_);
-        }
-    } while (word_ != keywords_->faceSet);
+    } while (!takeFaceSet());
+}
+
+// Takes a word; one that is not the face set's name may place, colour or name what comes.
+bool VrmlParser::takeFaceSet() {
+    bool goesOn = takeOfWord();
+    if (!goesOn && word_ == keywords_->faceSet) {
+        return true;
+    }
+    scene_.take(word_);
+    while (goesOn) {
+        goesOn = takeOfWord();
+        scene_.take(word_);
+    }
+    return false;
 }
 
 // Goes to the next letter with which the face set's name begins, wherever it stands. What is passed over may place,

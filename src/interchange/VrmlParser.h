@@ -42,6 +42,7 @@ public:
     const VrmlScene& scene() const { return scene_; }
 
 private:
+    bool takeOfWord();
     void readWord();
     void expectWord(const char* wanted);
     void readCoordinates(VertexList& points);
@@ -52,6 +53,7 @@ private:
     void skipString();
     int takeInBrackets();
     bool passToFaceSet();
+    bool takeFaceSet();
     void noteComma();
 
     TextStream& input_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
 #include "characters.h"
 #include "number_text.h"
@@ -15,6 +16,11 @@ template <std::size_t count>
 bool isOneOf(std::string_view word, const std::array<std::string_view, count>& words) {
     return std::find(words.begin(), words.end(), word) != words.end();
 }
+
+/// Characters that are held of a word or a number; none that anybody means is as long.
+constexpr std::size_t longestToken = std::size_t{1} << 16;
+/// The numbers of a matrix; no field of interest has more.
+constexpr std::size_t mostValues = 16;
 
 /// Fields whose numbers move, turn or scale what stands below them.
 constexpr std::array<std::string_view, 5> placingFields{"translation", "rotation", "scale", "scaleFactor", "matrix"};
@@ -81,7 +87,7 @@ void VrmlScene::take(char c) {
         if (c == '}') {
             endNode();
         }
-    } else if (!token_.empty() || isLetter(c) || !field_.empty()) {
+    } else if (token_.size() < longestToken && (!token_.empty() || isLetter(c) || !field_.empty())) {
         token_ += c; // numbers that belong to no field of interest are not kept
     }
     last_ = c;
@@ -124,6 +130,13 @@ void VrmlScene::takeWord() {
 }
 
 void VrmlScene::takeNumber(std::string_view text) {
+    if (values_.size() == mostValues) {
+        return;
+    }
+    if (text.size() == longestToken) {
+        values_.push_back(std::numeric_limits<double>::quiet_NaN()); // not held whole: it may move something
+        return;
+    }
     try {
         values_.push_back(fromString<double>(std::string(text)));
     } catch (const ValueError&) {

@@ -173,6 +173,10 @@ void zSTLReader::noteLosses(TextStream& input) {
         record.losesDetail("Names of solids of which only the first word is kept: " +
                            std::to_string(losses_.longNames));
     }
+    if (losses_.cutNames > 0) {
+        record.losesDetail("Names of solids of which only the first " + std::to_string(TextStream::longestWord) +
+                           " characters are kept: " + std::to_string(losses_.cutNames));
+    }
     noteJoinedNumbers(record, input);
 }
 
@@ -180,7 +184,7 @@ void zSTLReader::noteLosses(TextStream& input) {
 // "solid". Both are wanted.
 void zSTLReader::readSolid(TextStream& input, zRegion_fe& region) {
     std::string title;
-    input.readWord(title);
+    losses_.cutNames += input.readWord(title) && input.wordWasCut() ? 1 : 0;
     countOf(record.found, "solids") += losses_.binary ? 0 : 1; // counted by its bytes
     if (title == "facet") {
         ++losses_.namelessSolids;

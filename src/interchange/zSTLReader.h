@@ -74,6 +74,7 @@ private:
         std::int64_t fans = 0;
         std::int64_t degenerate = 0;
         std::int64_t longNames = 0;
+        std::int64_t cutNames = 0; // of words too long to be held
         bool binary = false;
     };
     Losses losses_;

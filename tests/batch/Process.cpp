@@ -8,6 +8,7 @@
 
 #include <array>
 #include <csignal>
+#include <fstream>
 #include <stdexcept>
 
 extern char** environ;
@@ -151,6 +152,17 @@ int Process::wait() {
     waitpid(id_, &status, 0);
     id_ = -1;
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+std::int64_t Process::mostMemory() const {
+    std::ifstream status("/proc/" + std::to_string(id_) + "/status");
+    const std::string key = "VmHWM:"; // in KiB
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with(key)) {
+            return 1024 * std::stoll(line.substr(key.size()));
+        }
+    }
+    return -1;
 }
 
 std::string Process::errors() {

@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -28,6 +29,8 @@ public:
     std::vector<std::string> readLines();
     /// Waits for the end: the exit status, or 128 plus the number of the signal.
     int wait();
+    /// The most memory that it has held so far, in bytes; to be asked before wait().
+    std::int64_t mostMemory() const;
     /// What it wrote to its standard error; to be asked after wait().
     std::string errors();
 

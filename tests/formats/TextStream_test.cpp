@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <fstream>
 #include <limits>
 #include <locale>
 #include <random>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -234,6 +237,93 @@ TEST_F(TextStreamTest, AWordLongerThanManyBlocksIsTakenWhole) {
         EXPECT_EQ(word, longWord);
         EXPECT_TRUE(stream.readWord(word));
         EXPECT_EQ(word, "b");
+    }
+}
+
+TEST_F(TextStreamTest, OfAWordLongerThanAnyIsMeantTheBeginningIsHeldAndThatIsTold) {
+    const std::string most(TextStream::longestWord, 'a');
+    TextStream stream(file(most + "bcd " + most + " e"));
+    std::string word;
+    EXPECT_TRUE(stream.readWord(word));
+    EXPECT_TRUE(word == most);
+    EXPECT_TRUE(stream.wordWasCut());
+    EXPECT_EQ(stream.tell(), static_cast<std::int64_t>(most.size()) + 3);
+    EXPECT_TRUE(stream.readWord(word));
+    EXPECT_TRUE(word == most);
+    EXPECT_FALSE(stream.wordWasCut());
+    EXPECT_TRUE(stream.readWord(word));
+    EXPECT_EQ(word, "e");
+    EXPECT_FALSE(stream.wordWasCut());
+}
+
+TEST_F(TextStreamTest, ANumberOfAnyLengthIsRoundedByAllItsDigits) {
+    const std::string zeros(5000, '0');
+    // In the middle between 1 and the next double, which rounds to the even one.
+    const std::string middle = "1.00000000000000011102230246251565404236316680908203125";
+    const double behind = std::nextafter(1.0, 2.0);
+    const std::vector<std::pair<std::string, double>> numbers = {
+        {middle + zeros, 1.0},
+        {middle + zeros + "1", behind},
+        {middle + zeros + "1" + zeros, behind},
+        {"-" + middle + zeros + "1", -behind},
+        {zeros + "2.5", 2.5},
+        {"0." + zeros + "25e5001", 2.5},
+        {"25" + zeros + "e-5001", 2.5},
+        {"25" + zeros + "." + zeros + "e-5001", 2.5},
+        {"2.5e" + zeros + "1", 25.0},
+        {"2.5e-" + zeros + "1", 0.25},
+        {std::string(5000, '3') + "e-5000", 1.0 / 3.0},
+        {"0." + std::string(5000, '6') + "7", 2.0 / 3.0},
+        {"-0." + zeros, -0.0},
+        {"1e-" + std::string(5000, '9'), 0.0},
+        {"0e" + std::string(5000, '9'), 0.0},
+    };
+    for (const std::size_t blockSize : blockSizes) {
+        for (const auto& [text, expected] : numbers) {
+            TextStream stream(file(text + " 7"), blockSize);
+            double value = 99.0;
+            EXPECT_TRUE(stream.readDouble(value)) << text.substr(0, 60);
+            EXPECT_EQ(value, expected) << text.substr(0, 60);
+            EXPECT_EQ(std::signbit(value), std::signbit(expected)) << text.substr(0, 60);
+            EXPECT_TRUE(stream.readDouble(value));
+            EXPECT_EQ(value, 7.0);
+        }
+    }
+}
+
+TEST_F(TextStreamTest, ALongNumberThatIsTooLargeOrNoneFailsAsAShortOneDoes) {
+    const std::string zeros(5000, '0');
+    for (const std::size_t blockSize : blockSizes) {
+        for (const std::string& text : {"1" + zeros, "1e" + std::string(5000, '9'), "0." + zeros + "1e5310"}) {
+            TextStream stream(file("-" + text), blockSize);
+            double value = 99.0;
+            EXPECT_FALSE(stream.readDouble(value));
+            EXPECT_EQ(value, std::numeric_limits<double>::lowest());
+        }
+        for (const std::string& text : {"1" + zeros + "e", "1." + zeros + "e+"}) {
+            TextStream stream(file(text + " 7"), blockSize);
+            double value = 99.0;
+            EXPECT_FALSE(stream.readDouble(value));
+            EXPECT_EQ(value, 99.0);
+            EXPECT_EQ(stream.tell(), static_cast<std::int64_t>(text.size()));
+        }
+    }
+}
+
+TEST_F(TextStreamTest, LongNumbersAreThoseOfAStream) {
+    std::mt19937 random(34);
+    for (int round = 0; round < 300 && !HasFailure(); ++round) {
+        std::string text = random() % 2 == 0 ? "-" : "";
+        const auto digits = [&random, &text](std::string_view from) { text += randomText(random, from, 2000); };
+        digits(random() % 2 == 0 ? "0" : "0123456789");
+        digits("0123456789");
+        text += random() % 4 == 0 ? "" : ".";
+        digits(random() % 2 == 0 ? "0" : "0123456789");
+        digits("0123456789");
+        if (random() % 2 == 0) {
+            text += "e" + std::to_string(static_cast<int>(random() % 6000) - 3000);
+        }
+        compare(text + " 1", "dd", blockSizes[2 + random() % 4]);
     }
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "FailingReads.h"
+#include "TextStream.h"
 #include "interchange.h"
 #include "temporary_folder.h"
 
@@ -199,6 +200,39 @@ TEST_F(ZoneRecord, ANameOfSeveralWordsIsToldAsCut) {
     EXPECT_TRUE(record.complete);
     EXPECT_FALSE(record.lossless);
     EXPECT_THAT(record.reasons, ElementsAre("Names of solids of which only the first word is kept: 1"));
+}
+
+TEST_F(ZoneRecord, OfANameThatIsLongerThanAnyTheBeginningIsKeptAndThatIsTold) {
+    const std::string name(TextStream::longestWord + 1, 'n');
+    const FileRead record = read("a.stl", "solid " + name + '\n' + facet + "endsolid " + name + '\n');
+    EXPECT_TRUE(record.complete);
+    EXPECT_FALSE(record.lossless);
+    EXPECT_EQ(countOf(record.kept, "facets"), 1);
+    EXPECT_THAT(record.reasons, ElementsAre("Names of solids of which only the first 4194304 characters are kept: 1"));
+}
+
+TEST_F(ZoneRecord, WhatStandsBehindALongWordOfASceneIsStillUnderstood) {
+    const std::string longText(TextStream::longestWord, 'x');
+    // The quote that closes the text belongs to its last word.
+    EXPECT_THAT(read("a.wrl", vrmlHead + "WorldInfo { title \"I" + longText + "\" }\nTransform { translation 1 0 0 " +
+                                  "children Shape {\n" + faces + "} }\n")
+                    .reasons,
+                ElementsAre("Records that move, turn or scale face sets and are not followed: 1"));
+    EXPECT_TRUE(nothingLost(read("a.wrl", "#VRML V2.0 utf8 " + longText + '\n' + faces)));
+    // The name of the face set within a longer word is none.
+    EXPECT_EQ(countOf(read("a.wrl", vrmlHead + "DEF I" + longText + faces.substr(9) + faces).found, "faceSets"), 1);
+    // A number that is not held whole may move what it stands for.
+    EXPECT_THAT(read("a.wrl", vrmlHead + "Transform { translation 0 0 0." + std::string(100000, '0') +
+                                  "1 children Shape {\n" + faces + "} }\n")
+                    .reasons,
+                ElementsAre("Records that move, turn or scale face sets and are not followed: 1"));
+}
+
+TEST_F(ZoneRecord, AFaceSetWithAWordThatIsLongerThanAnyIsNotUnderstood) {
+    const std::string longText(TextStream::longestWord + 1, 'x');
+    const FileRead record = read("a.wrl", vrmlHead + "geometry IndexedFaceSet { " + longText + " 1 }\n" + faces);
+    EXPECT_EQ(countOf(record.kept, "faceSets"), 1);
+    EXPECT_THAT(record.reasons, ElementsAre("Face sets: 2, kept: 1 (not understood, the first in line 2)"));
 }
 
 TEST_F(ZoneRecord, AFileWithoutASolidIsTold) {

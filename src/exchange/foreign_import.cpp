@@ -25,6 +25,8 @@ std::string reasonOf(ChildEnd end, const std::string& format) {
         return missingReader(format);
     case ChildEnd::Refused:
         return "The file is damaged, or of another kind than its name says";
+    case ChildEnd::Unreadable:
+        return "The system could not read the file to its end";
     case ChildEnd::OutOfMemory:
         return "The memory does not suffice";
     case ChildEnd::TooLong:

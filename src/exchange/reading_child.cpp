@@ -117,6 +117,7 @@ ChildEnd endOf(int status) {
         return WEXITSTATUS(status) == 0                  ? ChildEnd::Whole
                : WEXITSTATUS(status) == childRefused     ? ChildEnd::Refused
                : WEXITSTATUS(status) == childOutOfMemory ? ChildEnd::OutOfMemory
+               : WEXITSTATUS(status) == childUnreadable  ? ChildEnd::Unreadable
                                                          : ChildEnd::Died;
     }
     return WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU ? ChildEnd::TooLong : ChildEnd::Died;

@@ -28,6 +28,7 @@ enum class ChildEnd {
     Whole,
     NoProgram,
     Refused,     ///< it said that it cannot do it
+    Unreadable,  ///< the system could not read the file on
     OutOfMemory, ///< it asked for more than it may have
     TooLong,     ///< it was at work for longer than it may be
     Died,        ///< it crashed, or what it gave is no answer
@@ -36,6 +37,7 @@ enum class ChildEnd {
 /// The exit statuses by which the program tells how it went; 0 is well.
 constexpr int childRefused = 2;
 constexpr int childOutOfMemory = 3;
+constexpr int childUnreadable = 4;
 
 /// Starts `program`, which reads `path` as `format` does by name, and collects what it finds. Whatever becomes of the
 /// process, this one goes on; it ends with the call, also when `report` throws.

@@ -3,10 +3,12 @@
 // path, bytes of memory, seconds, and the options of Import.
 
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <csignal>
 #include <cstdint>
 #include <exception>
+#include <filesystem>
 #include <new>
 #include <string>
 #include <string_view>
@@ -15,6 +17,7 @@
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "FileBytes.h"
@@ -83,7 +86,30 @@ bool writeAll(int descriptor, const char* bytes, std::size_t size) {
     return true;
 }
 
+/// The system could not read the file.
+class Unreadable : public std::exception {};
+
+/// Reads the file once. A library takes an error of the disk for the end of the file, or for a fault in it; behind this
+/// what it reads is in the system's memory.
+void tryTheDisk(const std::filesystem::path& path) {
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0) {
+        return; // the library tells what it cannot open
+    }
+    struct stat status {};
+    std::vector<char> bytes(std::size_t{1} << 20);
+    ssize_t count = ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) ? 1 : 0;
+    while (count > 0 || (count < 0 && errno == EINTR)) {
+        count = ::read(descriptor, bytes.data(), bytes.size());
+    }
+    ::close(descriptor);
+    if (count < 0) {
+        throw Unreadable();
+    }
+}
+
 void read(const ReaderWork& work, [[maybe_unused]] ForeignWriter& out) {
+    tryTheDisk(work.path);
 #ifdef VELMORA_READS_VRML
     if (work.format == "vrml2" || work.format == "inventor") {
         readVrml(work, out);
@@ -163,6 +189,8 @@ int main(int argc, char** argv) {
         ::_exit(0); // libraries that clean up at the end may fail at that too
     } catch (const std::bad_alloc&) {
         ::_exit(childOutOfMemory);
+    } catch (const Unreadable&) {
+        ::_exit(childUnreadable);
     } catch (...) {
         ::_exit(childRefused);
     }

@@ -140,6 +140,45 @@ TEST_F(New, LeavesTheRegimes) {
     expectIdle();
 }
 
+TEST_F(New, LetsGoOfTheCapturedSectionAndOfTheZBlock) {
+    hold({flatPatch(2, 3), flatPatch(2, 2)});
+    addToBlock(1);
+    doc.capture.holdBlock();
+    captureSection(1, 1);
+    ui.answers = {true};
+    call("file.new");
+    expectIdle();
+    EXPECT_EQ(doc.status, idlePrompt);
+}
+
+TEST_F(New, OfAModelSeenByItsZBlockAloneShowsTheNextOneWhole) {
+    hold({flatPatch(2, 3), flatPatch(2, 2)});
+    addToBlock(1);
+    doc.capture.holdBlock();
+    doc.showBlockOnly = true;
+    ui.answers = {true};
+    call("file.new");
+    EXPECT_FALSE(doc.showBlockOnly);
+    EXPECT_EQ(doc.blockCount, 0);
+}
+
+TEST_F(New, NamesTheModelInTheDocumentsFolderWhereverTheOneBeforeStood) {
+    std::filesystem::create_directory(folder / "sub");
+    open({writeApt("sub/wing.apt", {flatPatch(2, 3)})});
+    ASSERT_TRUE(doc.modelFile.currentDirectory.ends_with("/sub/"));
+    ui.answers = {true};
+    ui.onRegularInput = [](CRegularInput& table) {
+        EXPECT_TRUE(table.chooseAction(CRegularInput::InputAfter));
+        table.typed = {1, 2, 3};
+        table.act([](CRegularFind&) { return false; });
+        return true;
+    };
+    call("file.new");
+    ASSERT_EQ(doc.patches.size(), 1U);
+    EXPECT_EQ(doc.modelFile.currentDirectory, lowerCase(folder.path().string()) + "/");
+    EXPECT_EQ(doc.modelFile.currentPath, doc.modelFile.currentDirectory + doc.modelFile.documentTitle);
+}
+
 TEST_F(New, CanBeUndone) {
     hold({flatPatch(2, 3)});
     const PatchList before = doc.patches;

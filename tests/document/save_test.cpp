@@ -275,6 +275,9 @@ TEST_F(SaveAs, EndsTheTitleWrong) {
     EXPECT_THAT(saveAs("other.apt"), testing::Contains("title: other.apt"));
     doc.retitle();
     EXPECT_EQ(doc.modelFile.documentTitle, "other.apt");
+    doc.patches[0][0].pop_back(); // a model whose title is wrong would keep its title
+    doc.retitle();
+    EXPECT_EQ(doc.modelFile.documentTitle, "other.skl");
 }
 
 // ---- Leaving --------------------------------------------------------------------------------------------------------

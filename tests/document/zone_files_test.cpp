@@ -254,6 +254,15 @@ TEST_F(AppendZones, GridsOfADatJoinAStructuredModel) {
     EXPECT_EQ(doc.patches.size(), 2U);
 }
 
+TEST_F(AppendZones, GridsOfADatThatAreReadWellEndTheTitleWrong) {
+    open("a.apt", "2 2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n1 1\nx\n");
+    ASSERT_EQ(doc.modelFile.documentTitle, "Wrong");
+    ui.files = {{file("b.dat", std::string(header) + gridZone)}};
+    call("file.append");
+    EXPECT_EQ(doc.patches.size(), 2U);
+    EXPECT_EQ(doc.modelFile.documentTitle, "a.apt");
+}
+
 TEST_F(AppendZones, TrianglesOfADatTurnAStructuredModelIntoZones) {
     open("w.apt", aptText({flatPatch(2, 2)}));
     append(file("s.dat", std::string(header) + triangleZoneText));

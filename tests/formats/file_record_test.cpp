@@ -97,13 +97,23 @@ TEST_F(RecordTest, WhatAWriterMakesOfEmptyPatchesLosesNothing) {
 TEST_F(RecordTest, HeadersThatGiveNoPointsAreToldWithTheirLine) {
     const FileRead negative = apt("1 1\n0 0 0\n-1 5\n");
     EXPECT_THAT(negative.reasons, ElementsAre("Patch 2: the header -1 5 in line 3 gives no points"));
-    EXPECT_TRUE(negative.complete);
-    EXPECT_FALSE(negative.lossless);
     EXPECT_THAT(apt("0 5\n").reasons, ElementsAre("Patch 1: the header 0 5 in line 1 gives no points"));
     EXPECT_THAT(skl("1\n1\n0 0 0\n-2\n").reasons,
                 ElementsAre("Patch 2, line 4: the count -2 gives a patch without points"));
     EXPECT_THAT(skl("2\n-3\n1\n0 0 0\n").reasons,
                 ElementsAre("Patch 1, line 2: the count -3 gives a section without points"));
+}
+
+TEST_F(RecordTest, WhatACountBelowZeroStandsForIsNotInTheModelAndACountOfZeroStandsForNothing) {
+    for (const FileRead& wrong :
+         {apt("1 1\n0 0 0\n-1 5\n"), apt("5 -1\n"), skl("1\n1\n0 0 0\n-2\n"), skl("2\n-3\n1\n0 0 0\n")}) {
+        EXPECT_FALSE(wrong.complete) << testing::PrintToString(wrong.reasons);
+        EXPECT_FALSE(wrong.lossless);
+    }
+    const FileRead empty = apt("1 1\n0 0 0\n0 5\n");
+    EXPECT_TRUE(empty.complete);
+    EXPECT_FALSE(empty.lossless);
+    EXPECT_TRUE(nothingLost(skl("2\n0\n1\n0 0 0\n0\n")));
 }
 
 TEST_F(RecordTest, WhereTheRegularEndComesBeforeTheFilesTheRestIsToldWithItsLine) {

@@ -98,6 +98,7 @@ TEST_F(ReadingChild, OneThatDiesIsTold) {
     EXPECT_EQ(run("exit 0"), ChildEnd::Died); // and gave no answer
     EXPECT_EQ(run("exit 2"), ChildEnd::Refused);
     EXPECT_EQ(run("exit 3"), ChildEnd::OutOfMemory);
+    EXPECT_EQ(run("exit 4"), ChildEnd::Unreadable);
     EXPECT_EQ(run("kill -XCPU $$"), ChildEnd::TooLong);
     EXPECT_EQ(readInChild({}, "any", folder_ / "a", options_, file_, {}), ChildEnd::NoProgram);
 }

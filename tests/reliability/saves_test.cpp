@@ -138,6 +138,61 @@ TEST_F(Saves, AScriptThatCannotBeReadOnEndsWithAnErrorBehindWhatWasRead) {
     EXPECT_EQ(last.value("text", ""), "the script cannot be read on; nothing behind it was run");
 }
 
+namespace {
+
+/// What a program that imports the file is told, when the system fails at that read of it.
+nlohmann::json importWithFailingRead(const std::string& name, int number, const fs::path& folder) {
+    const Environment environment({{"LD_PRELOAD", VELMORA_FAILING_CALLS},
+                                   {"ASAN_OPTIONS", "verify_asan_link_order=0"},
+                                   {"VELMORA_FAILING_CALL", "read"},
+                                   {"VELMORA_FAILING_NUMBER", std::to_string(number)},
+                                   {"VELMORA_FAILING_FOLDER", (folder / name).string()}});
+    const ProcessResult result = runProcess({VELMORA_BATCH, "--json", "-c", "run file.import file=" + name}, folder);
+    nlohmann::json told = nlohmann::json::object();
+    for (const std::string& line : result.lines) {
+        const auto event = nlohmann::json::parse(line);
+        if (event.value("event", "") == "read" || event.value("event", "") == "done") {
+            told[event.value("event", "")] = event;
+        }
+    }
+    return told;
+}
+
+} // namespace
+
+TEST_F(Saves, ImportByAProgramOfItsOwnTellsAnErrorOfTheDiskAsOne) {
+    const std::string scene = "#VRML V2.0 utf8\nShape { geometry IndexedFaceSet { coord Coordinate { point [ 0 0 0, "
+                              "1 0 0, 0 1 0 ] } coordIndex [ 0, 1, 2, -1 ] } }\n#" +
+                              std::string(3 << 20, '-') + '\n';
+    std::vector<std::string> names;
+#ifdef VELMORA_READS_VRML
+    names.emplace_back("a.wrl");
+#endif
+#ifdef VELMORA_READS_CGNS
+    names.emplace_back("a.cgns");
+#endif
+#ifdef VELMORA_READS_CAD
+    names.emplace_back("a.stp");
+#endif
+    if (names.empty()) {
+        GTEST_SKIP() << "built without the libraries of others";
+    }
+    for (const std::string& name : names) {
+        writeFileText(folder / name, scene); // no library comes so far as to look into it
+        for (const int number : {1, 3}) {
+            const nlohmann::json told = importWithFailingRead(name, number, folder.path());
+            EXPECT_EQ(told["done"].value("outcome", ""), "failed") << name;
+            EXPECT_EQ(told["read"].value("complete", true), false) << name;
+            EXPECT_EQ(told["read"].value("reasons", nlohmann::json()).dump(),
+                      R"(["The system could not read the file to its end"])")
+                << name;
+        }
+    }
+#ifdef VELMORA_READS_VRML
+    EXPECT_EQ(importWithFailingRead("a.wrl", 99, folder.path())["done"].value("outcome", ""), "ok");
+#endif
+}
+
 // ---- Killed in the middle -------------------------------------------------------------------------------------------
 
 TEST_F(Saves, KilledAtAnyMomentLeaveTheOldFileOrTheNewOne) {

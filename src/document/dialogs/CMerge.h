@@ -12,7 +12,7 @@ struct CMerge {
     bool aptControl = false;   ///< shown and kept, read by nothing
     bool matching = false;     ///< appended curves take the spacing of the base's last one
     bool showDouble = false;   ///< the view shows double points after the merge
-    bool deleteDouble = false; ///< counts for the field values of a merge by lines only
+    bool deleteDouble = false; ///< shown and kept, read by nothing: field values go with their points
 
     bool isApt = true; ///< set by the command before the dialog opens: the model is a regular grid
 };

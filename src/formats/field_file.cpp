@@ -87,6 +87,7 @@ private:
     bool readPatch(const FieldHeader& header, Patch& patch, Patch& field);
     bool readSection(std::int32_t points);
     bool readValues(zVec<double>& values);
+    void passRestOfLine();
     bool fail(FormatFaultKind kind, const std::string& reason);
     void noteEnd();
 
@@ -186,9 +187,21 @@ bool FieldReader::readZone() {
     result_.patches.push_back(std::move(patch));
     result_.fieldPatches.push_back(std::move(field));
     if (header.holdsPoints()) { // else the line in hand is the header, which has no rest
-        stream_.skipLine(NumberReader::lineLimit);
+        passRestOfLine();
     }
     return true;
+}
+
+// What stands behind the last number in its line is not read: the mark of another language's exponent, say, which made
+// the number another one, or a value that has no variable.
+void FieldReader::passRestOfLine() {
+    const std::string place = lineText(stream_);
+    std::string rest;
+    stream_.getline(rest, NumberReader::lineLimit);
+    if (!std::all_of(rest.begin(), rest.end(), [](char c) { return isSpace(c); })) {
+        result_.record.losesGeometry("Zone " + std::to_string(compartment_) +
+                                     ": what stands behind its last number in " + place + " is not read");
+    }
 }
 
 bool FieldReader::readPatch(const FieldHeader& header, Patch& patch, Patch& field) {

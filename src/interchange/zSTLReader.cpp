@@ -162,6 +162,14 @@ void zSTLReader::noteLosses(TextStream& input) {
     }
     lose(losses_.narrow, std::to_string(losses_.narrow) + " of fewer than three corners");
     lose(losses_.swallowed, std::to_string(losses_.swallowed) + " behind a facet without its end");
+    if (losses_.strayCorners > 0) {
+        std::string reason = "Corners that stand in no facet: " + std::to_string(losses_.strayCorners);
+        reason += ", the first at line " + std::to_string(input.lineOf(losses_.firstStray));
+        record.losesGeometry(std::move(reason));
+    }
+    if (losses_.unended) {
+        record.losesGeometry("The file ends before its last solid does");
+    }
     if (losses_.fans > 0) {
         record.alters("Facets of more than three corners: " + std::to_string(losses_.fans) + ", made triangles");
     }
@@ -192,7 +200,7 @@ void zSTLReader::readSolid(TextStream& input, zRegion_fe& region) {
     }
     vertices_.clear();
     faces_.clear();
-    losses_.longNames += readFacets(input) && title != "facet" ? 1 : 0;
+    losses_.longNames += readFacets(input, title == "facet") && title != "facet" ? 1 : 0;
     std::string_view nameAtEnd;
     if (input.readWord(nameAtEnd) && nameAtEnd == "solid") {
         countOf(record.found, "solids") += 1;
@@ -208,8 +216,9 @@ void zSTLReader::readSolid(TextStream& input, zRegion_fe& region) {
     countOf(record.kept, "solids") += 1;
 }
 
-// True when words stand between the first one behind "solid" and the first facet.
-bool zSTLReader::readFacets(TextStream& input) {
+// True when words stand between the first one behind "solid" and the first facet. While the facet before is `lost`,
+// which is told, what is left of it is no loss of its own.
+bool zSTLReader::readFacets(TextStream& input, bool lost) {
     std::int64_t& found = countOf(record.found, "facets");
     std::int64_t facets = 0;
     bool wordsBefore = false;
@@ -218,14 +227,21 @@ bool zSTLReader::readFacets(TextStream& input) {
         if (word != "facet") {
             const bool capitals = countCapitals(word);
             wordsBefore = wordsBefore || (facets == 0 && !capitals && losses_.capitals == 0);
+            if (word == "vertex" && !lost) {
+                losses_.firstStray = losses_.strayCorners++ == 0 ? input.tell() : losses_.firstStray;
+            }
         } else {
             ++facets;
-            if (!readFacet(input)) {
+            const std::int64_t swallowed = losses_.swallowed;
+            lost = !readFacet(input);
+            if (lost) {
                 losses_.firstDamaged = losses_.damaged++ == 0 ? input.tell() : losses_.firstDamaged;
                 input.clear();
             }
+            lost = lost || losses_.swallowed > swallowed;
         }
     }
+    losses_.unended = input.fail() && losses_.capitals == 0; // the end may stand there in capitals too
     found += facets;
     return wordsBefore;
 }

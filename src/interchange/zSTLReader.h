@@ -46,7 +46,7 @@ public:
 
 private:
     void readSolid(TextStream& input, zRegion_fe& region);
-    bool readFacets(TextStream& input);
+    bool readFacets(TextStream& input, bool lost);
     bool readFacet(TextStream& input);
     void takeFacet();
     bool countCapitals(std::string_view word);
@@ -75,6 +75,9 @@ private:
         std::int64_t degenerate = 0;
         std::int64_t longNames = 0;
         std::int64_t cutNames = 0; // of words too long to be held
+        std::int64_t strayCorners = 0;
+        std::int64_t firstStray = 0; // byte
+        bool unended = false;        // the file ends before its last solid does
         bool binary = false;
     };
     Losses losses_;

@@ -129,6 +129,18 @@ TEST_F(RecordTest, WhereTheRegularEndComesBeforeTheFilesTheRestIsToldWithItsLine
                 ElementsAre(HasSubstr("No header of a zone stands before line 6")));
 }
 
+TEST_F(RecordTest, WhatStandsBehindTheLastNumberOfAFieldZoneIsTold) {
+    for (const char* const rest : {"D+05", "x1p3", ",5", " 7"}) {
+        const FileRead record =
+            field(fieldHead + "ZONE I=2,J=1\n0 0 0 1\n1 0 0 2" + rest + "\nZONE I=1,J=1\n0 0 0 1\n");
+        EXPECT_FALSE(record.complete) << rest;
+        EXPECT_EQ(countOf(record.kept, "zones"), 2) << rest;
+        EXPECT_THAT(record.reasons, ElementsAre("Zone 1: what stands behind its last number in line 5 is not read"))
+            << rest;
+    }
+    EXPECT_TRUE(nothingLost(field(fieldHead + "ZONE I=1,J=1\n0 0 0 1 \t\r\nZONE I=1,J=1\n0 0 0 1")));
+}
+
 TEST_F(RecordTest, FortranNumbersThatAreTakenForTwoAreTold) {
     const FileRead record = apt("1 2\n1.5-104 0\n1 2 3\n");
     EXPECT_FALSE(record.complete);

@@ -127,6 +127,27 @@ TEST_F(ZoneRecord, DamagedAndNarrowFacetsAreTold) {
                                             "Facets in the file: 3, kept: 1 (1 of fewer than three corners)"));
 }
 
+TEST_F(ZoneRecord, CornersBehindADamagedWordAreToldAsLost) {
+    std::string damaged = facet;
+    damaged[0] = 'F';
+    const FileRead record = read("a.stl", "solid a\n" + facet + damaged + facet + "endsolid a\n");
+    EXPECT_FALSE(record.complete);
+    EXPECT_EQ(countOf(record.kept, "facets"), 2);
+    EXPECT_THAT(record.reasons, ElementsAre("Corners that stand in no facet: 3, the first at line 11"));
+}
+
+TEST_F(ZoneRecord, AFileThatEndsBeforeItsLastSolidDoesIsToldAsCut) {
+    const std::string whole = "solid a\n" + facet + facet + "endsolid a\n";
+    for (const std::string& cut : {"solid a\n" + facet, "solid a\n" + facet + "fac", whole + "solid b\n" + facet,
+                                   whole + "solid", "solid a\n" + facet + "endsoli"}) {
+        const FileRead record = read("a.stl", cut);
+        EXPECT_FALSE(record.complete) << cut;
+        EXPECT_THAT(record.reasons, ElementsAre("The file ends before its last solid does")) << cut;
+    }
+    EXPECT_TRUE(nothingLost(read("a.stl", whole)));
+    EXPECT_TRUE(nothingLost(read("a.stl", "solid a\n" + facet + "endsolid")));
+}
+
 TEST_F(ZoneRecord, AFacetBehindOneWithoutItsEndIsToldAsLost) {
     const std::string endless = facet.substr(0, facet.rfind("endfacet"));
     const FileRead record = read("a.stl", "solid a\n" + endless + facet + facet + "endsolid a\n");

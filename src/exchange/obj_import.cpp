@@ -1,10 +1,12 @@
 #include "obj_import.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
 #include <map>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -18,6 +20,12 @@ namespace {
 
 /// Never the number of a point.
 constexpr std::int64_t noPoint = -1;
+
+/// Statements by which no polygon comes and none goes; a face whose first letter is damaged is none of them.
+constexpr std::array<std::string_view, 31> statementsWithoutPolygons{
+    "vn",  "vp",  "cstype", "deg",      "bmat",     "step", "parm",       "trim",      "hole",  "scrv",  "sp",
+    "end", "con", "s",      "mg",       "bevel",    "lod",  "shadow_obj", "trace_obj", "ctech", "stech", "mtllib",
+    "csh", "bsp", "bzp",    "c_interp", "d_interp", "cdc",  "cdp",        "usemap",    "maplib"};
 
 class ObjReader {
 public:
@@ -47,6 +55,7 @@ private:
     std::vector<std::int64_t> face_;
     std::int64_t badPoints_ = 0;
     std::int64_t curves_ = 0; // lines, points, free forms: geometry that is no polygon
+    std::int64_t unknown_ = 0;
     bool colours_ = false;
     bool materials_ = false;
     bool textures_ = false;
@@ -92,6 +101,9 @@ void ObjReader::takeStatement(std::string_view keyword) {
         textures_ = true;
     } else if (keyword == "call") {
         otherFiles_ = true;
+    } else if (std::find(statementsWithoutPolygons.begin(), statementsWithoutPolygons.end(), keyword) ==
+               statementsWithoutPolygons.end()) {
+        ++unknown_;
     }
 }
 
@@ -178,6 +190,7 @@ std::int32_t ObjReader::zone() {
 
 void ObjReader::tell() {
     tellMissing(record_, "Points that cannot be read", badPoints_);
+    tellMissing(record_, "Statements that are not known", unknown_);
     tellMissing(record_, "Lines, points and free forms, which are no polygons", curves_);
     if (otherFiles_) {
         record_.losesGeometry("Another file is called, which is not read");

@@ -1,9 +1,11 @@
 #include "zTecplotReader.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <new>
 #include <string>
+#include <string_view>
 
 #include "TecplotHeaderParser.h"
 #include "TecplotHeaderScan.h"
@@ -11,6 +13,7 @@
 #include "TextStream.h"
 #include "characters.h"
 #include "format_outcome.h"
+#include "letter_case.h"
 #include "tecplot_unit.h"
 #include "tecplot_writer.h"
 #include "zExceptions.h"
@@ -19,6 +22,10 @@
 namespace velmora {
 
 namespace {
+
+/// How records begin that may stand between zones and hold no points.
+constexpr std::array<std::string_view, 7> recordsWithoutGeometry{
+    "TEXT", "GEOMETRY", "CUSTOMLABELS", "DATASETAUXDATA", "VARAUXDATA", "TITLE", "VARIABLES"};
 
 /// What of a file is no zone of a model, or another than it was.
 struct TecplotLosses {
@@ -106,15 +113,37 @@ private:
 
     // What stands behind the numbers that a zone's header tells of is passed over, up to the next "ZONE" in capitals.
     void lookBehindZone() {
-        const bool more = stream_.good() && stream_.skipSpace();
-        const int c = more ? stream_.peek() : 'Z';
+        if (!stream_.good() || !stream_.skipSpace()) {
+            return;
+        }
+        const int c = stream_.peek();
         if (isDigit(c) || isSign(c) || c == '.') {
             record_.losesGeometry("Zone " + std::to_string(countOf(record_.found, "zones")) +
                                   ": more numbers than its header tells of, from " + lineText(stream_) + " on");
         } else if (c == 'z') {
             record_.losesGeometry("A zone in small letters is not read, in " + lineText(stream_));
-        } else if (c != 'Z' && c != '#') {
-            record_.losesDetail("What stands between zones is not read, in " + lineText(stream_));
+        } else if (c != '#') {
+            lookAtWord();
+        }
+    }
+
+    /// A word between zones may begin a record that holds no geometry. Any other may be what is left of a zone's
+    /// header.
+    void lookAtWord() {
+        const std::int64_t place = stream_.tell();
+        std::string word;
+        stream_.readWord(word);
+        stream_.clear();
+        stream_.seek(place);
+        if (upperCase(word) == "ZONE") {
+            return;
+        }
+        const auto begins = [&word](std::string_view record) { return word.starts_with(record); };
+        const std::string reason = "What stands between zones is not read, in " + lineText(stream_);
+        if (std::any_of(recordsWithoutGeometry.begin(), recordsWithoutGeometry.end(), begins)) {
+            record_.losesDetail(reason);
+        } else {
+            record_.losesGeometry(reason);
         }
     }
 

@@ -130,6 +130,17 @@ TEST(ObjImport, WhatIsNoPolygonIsTold) {
     EXPECT_THAT(file.record.reasons, ElementsAre("Lines, points and free forms, which are no polygons: 2"));
 }
 
+TEST(ObjImport, AStatementThatIsNotKnownMayHaveBeenAFaceAndIsTold) {
+    for (const char* const damaged : {"f1 1 3 4\n", "} 1 3 4\n", "F 1 3 4\n"}) {
+        const Imported file = read(square + "f 1 2 3\nf 1 2 4\n" + damaged);
+        EXPECT_FALSE(file.record.complete) << damaged;
+        EXPECT_THAT(file.record.reasons, ElementsAre("Statements that are not known: 1")) << damaged;
+    }
+    const Imported known = read("mtllib a\n" + square + "vn 0 0 1\ns off\nf 1 2 3\nf 1 3 4\n");
+    EXPECT_TRUE(known.record.complete);
+    EXPECT_THAT(known.record.reasons, IsEmpty());
+}
+
 TEST(ObjImport, MaterialsColoursAndTexturesAreToldAsLost) {
     const Imported file =
         read("mtllib a.mtl\nv 0 0 0 1 0 0\nv 1 0 0 1 0 0\nv 0 1 0 1 0 0\nvt 0 0\nusemtl red\nf 1 2 3\n");

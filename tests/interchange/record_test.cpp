@@ -462,6 +462,22 @@ TEST_F(ZoneRecord, AReadErrorIsAnErrorInEveryFormatAndNotTheEndOfTheFile) {
     }
 }
 
+TEST_F(ZoneRecord, WhatMayBeLeftOfAZonesHeaderIsGeometryAndAKnownRecordIsNot) {
+    const std::string rest = gridZone.substr(4); // without "ZONE"
+    for (const char* const word : {"ZON", "ZO\x01NE", "XZONE,", "\"s\","}) {
+        const FileRead record = read("a.dat", datHead + gridZone + word + rest);
+        EXPECT_FALSE(record.complete) << word;
+        EXPECT_THAT(record.reasons, Contains("What stands between zones is not read, in line 8")) << word;
+    }
+    for (const char* const known : {"TEXT X=1, T=\"a\"\n", "GEOMETRY X=1\n", "DATASETAUXDATA a=\"b\"\n"}) {
+        const FileRead record = read("a.dat", datHead + gridZone + known + gridZone);
+        EXPECT_TRUE(record.complete) << known;
+        EXPECT_FALSE(record.lossless) << known;
+        EXPECT_EQ(countOf(record.kept, "zones"), 2) << known;
+    }
+    EXPECT_TRUE(nothingLost(read("a.dat", datHead + gridZone + "# a remark\n" + gridZone + " \n")));
+}
+
 TEST_F(ZoneRecord, AFileThatCannotBeOpenedHasNoRecord) {
     EXPECT_TRUE(read("none.stl").path.empty());
     EXPECT_FALSE(read_);

@@ -16,6 +16,7 @@
 namespace velmora {
 namespace {
 
+using test::areaOf;
 using test::Corners;
 using testing::ElementsAre;
 using testing::SizeIs;
@@ -222,17 +223,6 @@ TEST_F(Exchange, LongLinesAndWordsAreTakenInGoodTime) {
 }
 
 // ---- Real files -----------------------------------------------------------------------------------------------------
-
-double areaOf(const ExchangeModel& model) {
-    double area = 0.0;
-    for (const Corners& c : test::cornersOf(model)) {
-        const zVec<double> a(c[0][0], c[0][1], c[0][2]);
-        const zVec<double> n =
-            cross(zVec<double>(c[1][0], c[1][1], c[1][2]) - a, zVec<double>(c[2][0], c[2][1], c[2][2]) - a);
-        area += 0.5 * std::sqrt(dot(n, n));
-    }
-    return area;
-}
 
 struct Box {
     zVec<double> lower{1e300, 1e300, 1e300};

@@ -143,17 +143,25 @@ def leaves_of(data):
     return [data]
 
 
-def by_vtk_tecplot(path):
-    reader = vtk.vtkTecplotReader()
-    reader.SetFileName(str(path))
-    reader.Update()
+def corners_of_leaves(leaves):
     surface = vtk.vtkDataSetSurfaceFilter()
     parts = []
-    for leaf in leaves_of(reader.GetOutput()):
+    for leaf in leaves:
         surface.SetInputData(leaf)
         surface.Update()
         parts.append(corners_of_poly_data(surface.GetOutput()))
     return numpy.concatenate(parts)
+
+
+def leaves_by_vtk_tecplot(path):
+    reader = vtk.vtkTecplotReader()
+    reader.SetFileName(str(path))
+    reader.Update()
+    return leaves_of(reader.GetOutput())
+
+
+def by_vtk_tecplot(path):
+    return corners_of_leaves(leaves_by_vtk_tecplot(path))
 
 
 def leaves_by_vtk_cgns(path):
@@ -168,13 +176,7 @@ def leaves_by_vtk_cgns(path):
 
 
 def by_vtk_cgns(path):
-    surface = vtk.vtkDataSetSurfaceFilter()
-    parts = []
-    for leaf in leaves_by_vtk_cgns(path):
-        surface.SetInputData(leaf)
-        surface.Update()
-        parts.append(corners_of_poly_data(surface.GetOutput()))
-    return numpy.concatenate(parts)
+    return corners_of_leaves(leaves_by_vtk_cgns(path))
 
 
 def grids_by_vtk_cgns(path):
@@ -192,10 +194,7 @@ def grids_of(leaves):
 
 
 def grids_by_vtk_tecplot(path):
-    reader = vtk.vtkTecplotReader()
-    reader.SetFileName(str(path))
-    reader.Update()
-    return grids_of(leaves_of(reader.GetOutput()))
+    return grids_of(leaves_by_vtk_tecplot(path))
 
 
 def grids_by_vtk_plot3d(binary, double):

@@ -1,6 +1,7 @@
 #include "obj_import.h"
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <map>
@@ -65,7 +66,8 @@ FileMesh ObjReader::run() {
         scan_.takeLine();
         if (report_ && scan_.tell() - reported > (std::size_t{1} << 22)) {
             reported = scan_.tell();
-            report_(0.2 + 0.4 * static_cast<double>(reported) / static_cast<double>(reported + scan_.rest().size()));
+            report_(std::lerp(0.2, 0.6,
+                              static_cast<double>(reported) / static_cast<double>(reported + scan_.rest().size())));
         }
     }
     tell();

@@ -166,7 +166,7 @@ void TecplotTextReader::reportPosition() {
     constexpr std::size_t step = std::size_t{1} << 21;
     if (report_ && scan_.tell() - reported_ > step) {
         reported_ = scan_.tell();
-        report_(0.2 + 0.5 * static_cast<double>(reported_) / static_cast<double>(size_));
+        report_(std::lerp(0.2, endOfText, static_cast<double>(reported_) / static_cast<double>(size_)));
     }
 }
 

@@ -47,7 +47,9 @@ std::size_t nodesOfElement(TecplotShape shape);
 /// in any order, counts as I, J, K or N and E, values shared between zones, repeated numbers, comments everywhere.
 class TecplotTextReader {
 public:
-    explicit TecplotTextReader(std::string_view text, const ReportProgress& report = {});
+    static constexpr double endOfText = 0.6; ///< what it reports of the whole work when the text is read
+
+    TecplotTextReader(std::string_view text, const ReportProgress& report);
 
     TecplotTextFile read();
 

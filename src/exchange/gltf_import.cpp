@@ -355,7 +355,7 @@ void GltfReader::takeNodes() {
             waiting.push_back({wholeNumberOr(&(*children)[child - 1], seen.size()), placement, step.name});
         }
         if (report_) {
-            report_(0.2 + 0.4 * static_cast<double>(++taken) / static_cast<double>(seen.size()));
+            report_(std::lerp(0.2, 0.6, static_cast<double>(++taken) / static_cast<double>(seen.size())));
         }
     }
     for (std::size_t i = 0; i < seen.size(); ++i) {

@@ -85,7 +85,7 @@ void MeshBuilder::run() {
                     mesh_.zoneOfPolygon.empty() ? 0 : static_cast<std::size_t>(mesh_.zoneOfPolygon[i]));
         begin = end;
         if (report_ && i % step == 0) {
-            report_(0.6 + 0.3 * static_cast<double>(i) / static_cast<double>(mesh_.polygonEnds.size()));
+            report_(std::lerp(0.6, 0.9, static_cast<double>(i) / static_cast<double>(mesh_.polygonEnds.size())));
         }
     }
     place_.assign(mesh_.pointCount(), none);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <map>
@@ -74,7 +75,8 @@ FileMesh ObjReader::run() {
         scan_.takeLine();
         if (report_ && scan_.tell() - reported > (std::size_t{1} << 22)) {
             reported = scan_.tell();
-            report_(0.2 + 0.4 * static_cast<double>(reported) / static_cast<double>(reported + scan_.rest().size()));
+            report_(std::lerp(0.2, 0.6,
+                              static_cast<double>(reported) / static_cast<double>(reported + scan_.rest().size())));
         }
     }
     tell();

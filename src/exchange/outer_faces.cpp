@@ -1,6 +1,8 @@
 #include "outer_faces.h"
 
 #include <algorithm>
+#include <bit>
+#include <numeric>
 
 namespace velmora {
 
@@ -73,18 +75,47 @@ std::vector<std::int64_t> OuterFaces::faceAt(std::size_t number) const {
     return withoutRepeats(face);
 }
 
-void OuterFaces::forEach(const std::function<void(std::span<const std::int64_t> face)>& take) {
-    std::sort(seen_.begin(), seen_.end(), [](const Seen& a, const Seen& b) { return a.key < b.key; });
-    std::vector<std::size_t> outer;
+// Faces of the same corners come into the same one of many short lists, chosen by a corner, so that what lies side by
+// side in the file does so here; sorted by their corners they stand one behind the other then.
+std::vector<std::size_t> OuterFaces::outerFaces(const ReportProgress& report) const {
+    constexpr std::size_t step = 1 << 16;
+    const std::size_t lists = std::bit_ceil(seen_.size() / 2 + 1);
+    std::vector<std::size_t> ends(lists + 1, 0); // of the list before, as long as they are filled
+    const auto listOf = [lists](const Seen& seen) { return static_cast<std::size_t>(seen.key.back()) & (lists - 1); };
+    for (const Seen& seen : seen_) {
+        ++ends[listOf(seen) + 1];
+    }
+    std::partial_sum(ends.begin(), ends.end(), ends.begin());
+    std::vector<std::size_t> order(seen_.size());
     for (std::size_t i = 0; i < seen_.size(); ++i) {
-        const bool before = i > 0 && seen_[i - 1].key == seen_[i].key;
-        const bool behind = i + 1 < seen_.size() && seen_[i + 1].key == seen_[i].key;
-        if (!before && !behind) {
-            outer.push_back(seen_[i].number);
+        order[ends[listOf(seen_[i])]++] = i;
+    }
+    std::vector<std::size_t> outer;
+    std::size_t begin = 0;
+    for (std::size_t list = 0; list < lists; ++list) {
+        const std::span<std::size_t> faces(order.data() + begin, ends[list] - begin);
+        std::sort(faces.begin(), faces.end(),
+                  [this](std::size_t a, std::size_t b) { return seen_[a].key < seen_[b].key; });
+        const auto same = [&](std::size_t a, std::size_t b) {
+            return a < faces.size() && b < faces.size() && seen_[faces[a]].key == seen_[faces[b]].key;
+        };
+        for (std::size_t i = 0; i < faces.size(); ++i) {
+            if (!same(i - 1, i) && !same(i, i + 1)) {
+                outer.push_back(seen_[faces[i]].number);
+            }
+        }
+        begin = ends[list];
+        if (report && list % step == 0) {
+            report(static_cast<double>(list) / static_cast<double>(lists));
         }
     }
     std::sort(outer.begin(), outer.end());
-    for (const std::size_t number : outer) {
+    return outer;
+}
+
+void OuterFaces::forEach(const std::function<void(std::span<const std::int64_t> face)>& take,
+                         const ReportProgress& report) {
+    for (const std::size_t number : outerFaces(report)) {
         take(faceAt(number));
     }
 }

@@ -7,6 +7,8 @@
 #include <span>
 #include <vector>
 
+#include "progress.h"
+
 namespace velmora {
 
 /// An element that fills space. Its corners: those of one end in turn, then those above them, or the one above all.
@@ -22,8 +24,8 @@ public:
     /// `nodes` are the corners.
     void add(VolumeShape shape, std::span<const std::int64_t> nodes);
     /// Hands on the corners of each outer face, in the order of the elements, so that it looks outwards when its
-    /// element is right-handed.
-    void forEach(const std::function<void(std::span<const std::int64_t> face)>& take);
+    /// element is right-handed. `report` hears how far the search has come.
+    void forEach(const std::function<void(std::span<const std::int64_t> face)>& take, const ReportProgress& report);
 
 private:
     /// Sorted corners, the last one -1 for a triangle, and the number of the face.
@@ -36,6 +38,7 @@ private:
         std::size_t first; // of its nodes
     };
     std::vector<std::int64_t> faceAt(std::size_t number) const;
+    std::vector<std::size_t> outerFaces(const ReportProgress& report) const;
 
     std::vector<Element> elements_;
     std::vector<std::int64_t> nodes_;

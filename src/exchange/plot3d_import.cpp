@@ -131,7 +131,7 @@ void BlockTaker::take(const Layout& layout, const TakeNumbers& takeNumbers) {
         whole = whole && takeBlock(layout, extents, takeNumbers);
         taken += whole ? 1 : 0;
         if (report_) {
-            report_(0.7 + 0.25 * static_cast<double>(taken) / static_cast<double>(blocks));
+            report_(std::lerp(0.7, 0.95, static_cast<double>(taken) / static_cast<double>(blocks)));
         }
     }
     tellMissing(record_, "Blocks that are not there or not whole", blocks - taken);
@@ -203,7 +203,7 @@ std::vector<double> numbersIn(std::string_view text, const ReportProgress& repor
         }
         if (report && numbers.size() > nextReport) {
             nextReport += reportStep;
-            report(0.2 + 0.5 * static_cast<double>(scan.tell()) / static_cast<double>(text.size()));
+            report(std::lerp(0.2, 0.7, static_cast<double>(scan.tell()) / static_cast<double>(text.size())));
         }
     }
     return numbers;

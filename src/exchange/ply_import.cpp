@@ -254,7 +254,7 @@ bool PlyReader::readElement(const Element& element) {
     while (row < element.count && takeRow(element)) {
         ++row;
         if (report_ && row % reportStep == 0) {
-            report_(0.2 + 0.4 * static_cast<double>(scan_.tell()) / static_cast<double>(size_));
+            report_(std::lerp(0.2, 0.6, static_cast<double>(scan_.tell()) / static_cast<double>(size_)));
         }
     }
     const std::int64_t missing = element.count - row;

@@ -196,7 +196,7 @@ bool readBinarySolid(std::string_view text, std::string_view whole, SolidTaker& 
         corner += 3;
         attributes = attributes || facet[48] != 0 || facet[49] != 0;
         if (report && i % reportStep == 0) {
-            report(0.2 + 0.6 * static_cast<double>(facet - whole.data()) / static_cast<double>(whole.size()));
+            report(std::lerp(0.2, 0.8, static_cast<double>(facet - whole.data()) / static_cast<double>(whole.size())));
         }
     }
     for (std::vector<double>* axis : {&x, &y, &z}) {
@@ -258,7 +258,8 @@ void TextReader::run() {
         takeKeyword(scan_.takeWord());
         if (report_ && scan_.tell() - reported > (std::size_t{1} << 22)) {
             reported = scan_.tell();
-            report_(0.2 + 0.6 * static_cast<double>(reported) / static_cast<double>(reported + scan_.rest().size()));
+            report_(std::lerp(0.2, 0.8,
+                              static_cast<double>(reported) / static_cast<double>(reported + scan_.rest().size())));
         }
     }
     const bool open = inSolid_;

@@ -56,10 +56,11 @@ constexpr std::int64_t noNode = -1;
 
 class TecplotTaker {
 public:
-    TecplotTaker(TecplotTextFile&& file, const ImportOptions& options, ExchangeModel& model, FileRead& record)
-        : file_(std::move(file)), options_(options), model_(model), record_(record) {}
+    TecplotTaker(TecplotTextFile&& file, const ImportOptions& options, ExchangeModel& model, FileRead& record,
+                 const ReportProgress& report)
+        : file_(std::move(file)), options_(options), model_(model), record_(record), report_(report) {}
 
-    void run(const ReportProgress& report);
+    void run();
 
 private:
     void findAxes();
@@ -69,7 +70,7 @@ private:
     void chooseVariables();
     void takeGrids();
     PatchList patchesOfZone(const TecplotTextZone& zone, const ImportOptions& options);
-    void takeAsMesh(const ReportProgress& report);
+    void takeAsMesh();
     void addGrid(const TecplotTextZone& zone, FileMesh& mesh);
     void addElements(const TecplotTextZone& zone, FileMesh& mesh);
     void addFace(std::span<const std::int64_t> corners, FileMesh& mesh) const;
@@ -80,6 +81,7 @@ private:
     const ImportOptions& options_;
     ExchangeModel& model_;
     FileRead& record_;
+    const ReportProgress& report_;
     Axes axes_ = {missing, missing, missing};
     std::vector<double> zeros_; // where there is no z
     std::vector<std::size_t> kept_;
@@ -94,7 +96,7 @@ private:
     bool mesh_ = false;
 };
 
-void TecplotTaker::run(const ReportProgress& report) {
+void TecplotTaker::run() {
     findAxes();
     countOf(record_.found, "zones") += static_cast<std::int64_t>(file_.zones.size()) + file_.badCounts + file_.noRoom;
     countOf(record_.kept, "zones") += 0;
@@ -103,7 +105,7 @@ void TecplotTaker::run(const ReportProgress& report) {
                         [](const TecplotTextZone& zone) { return zone.shape != TecplotShape::Ordered; });
     chooseVariables();
     if (mesh_) {
-        takeAsMesh(report);
+        takeAsMesh();
     } else {
         takeGrids();
     }
@@ -209,7 +211,7 @@ void TecplotTaker::takeGrids() {
 }
 
 // The whole file is one mesh, so that counts and reports are those of the file.
-void TecplotTaker::takeAsMesh(const ReportProgress& report) {
+void TecplotTaker::takeAsMesh() {
     FileMesh mesh;
     for (const std::size_t index : kept_) {
         mesh.variables.push_back(file_.variables[index]);
@@ -226,7 +228,7 @@ void TecplotTaker::takeAsMesh(const ReportProgress& report) {
         zone = {};
     }
     const std::size_t before = model_.region.blocks.size();
-    buildMesh(std::move(mesh), options_, model_, record_, report);
+    buildMesh(std::move(mesh), options_, model_, record_, report_);
     keptZones_ = static_cast<std::int64_t>(model_.region.blocks.size() - before);
     tellGrids(grids_, {}, record_);
 }
@@ -283,9 +285,18 @@ void TecplotTaker::addOuterFaces(const TecplotTextZone& zone, std::int64_t offse
     const std::size_t corners = nodesOfElement(zone.shape);
     const std::vector<std::int64_t> none;
     const std::vector<std::int64_t>& nodes = zone.connectivity == nullptr ? none : *zone.connectivity;
+    constexpr std::size_t step = 1 << 20;
+    const auto report = [this](double /*fraction*/) {
+        if (report_) {
+            report_(TecplotTextReader::endOfText); // how much is to come is not known
+        }
+    };
     OuterFaces outer;
     std::vector<std::int64_t> element(corners);
     for (std::size_t first = 0; first + corners <= nodes.size(); first += corners) {
+        if (first % step == 0) {
+            report(0.0);
+        }
         std::transform(nodes.begin() + static_cast<std::ptrdiff_t>(first),
                        nodes.begin() + static_cast<std::ptrdiff_t>(first + corners), element.begin(),
                        [&](std::int64_t node) { return node < 1 || node > zone.nodes ? noNode : node - 1 + offset; });
@@ -295,7 +306,7 @@ void TecplotTaker::addOuterFaces(const TecplotTextZone& zone, std::int64_t offse
             ++elementsOutside_;
         }
     }
-    outer.forEach([&mesh](std::span<const std::int64_t> face) { mesh.addPolygon(face); });
+    outer.forEach([&mesh](std::span<const std::int64_t> face) { mesh.addPolygon(face); }, report);
 }
 
 void TecplotTaker::tell() {
@@ -345,7 +356,7 @@ void importTecplot(std::string_view text, const ImportOptions& options, Exchange
     if (recognised == 0 && !trimmed(text).empty()) {
         record.losesGeometry("No zone was found");
     }
-    TecplotTaker(std::move(file), options, model, record).run(report);
+    TecplotTaker(std::move(file), options, model, record, report).run();
 }
 
 } // namespace velmora

@@ -422,11 +422,13 @@ void CgnsReader::addOuterFaces(const std::vector<Section>& sections, FileMesh& m
             }
         });
     }
-    outer.forEach([&](std::span<const std::int64_t> face) {
-        corners.assign(face.begin(), face.end());
-        std::for_each(corners.begin(), corners.end(), [](std::int64_t& node) { --node; });
-        mesh.addPolygon(corners);
-    });
+    outer.forEach(
+        [&](std::span<const std::int64_t> face) {
+            corners.assign(face.begin(), face.end());
+            std::for_each(corners.begin(), corners.end(), [](std::int64_t& node) { --node; });
+            mesh.addPolygon(corners);
+        },
+        {});
     addPolyhedra(sections, mesh);
     mesh.zoneOfPolygon.resize(mesh.polygonEnds.size(), 0);
 }

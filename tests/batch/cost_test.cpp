@@ -18,6 +18,7 @@
 #include "SessionFixture.h"
 #include "TextStream.h"
 #include "apt.h"
+#include "own_allocation.h"
 #include "zSTLReader.h"
 
 namespace {
@@ -30,7 +31,9 @@ struct Cost {
 };
 Cost counts;
 
-void* allocate(std::size_t size) {
+} // namespace
+
+void* velmora::test::allocate(std::size_t size) {
     void* const memory = std::malloc(std::max<std::size_t>(size, 1));
     if (memory == nullptr) {
         throw std::bad_alloc();
@@ -41,39 +44,11 @@ void* allocate(std::size_t size) {
     return memory;
 }
 
-void release(void* memory) {
+void velmora::test::release(void* memory) {
     if (memory != nullptr) {
         counts.held -= static_cast<std::int64_t>(malloc_usable_size(memory));
         std::free(memory);
     }
-}
-
-} // namespace
-
-void* operator new(std::size_t size) {
-    return allocate(size);
-}
-void* operator new[](std::size_t size) {
-    return allocate(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    try {
-        return allocate(size);
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
-}
-void operator delete(void* memory) noexcept {
-    release(memory);
-}
-void operator delete[](void* memory) noexcept {
-    release(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    release(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-    release(memory);
 }
 
 // Takes the place of the system's function.

@@ -11,13 +11,16 @@
 #include "CommandGuard.h"
 #include "document_commands.h"
 #include "document_fixture.h"
+#include "own_allocation.h"
 
 namespace {
 
 /// How many allocations still succeed; below 0 all of them do.
 std::atomic<long> allocationsLeft{-1};
 
-void* allocate(std::size_t size) {
+} // namespace
+
+void* velmora::test::allocate(std::size_t size) {
     const long left = allocationsLeft.load();
     if (left == 0) {
         throw std::bad_alloc();
@@ -32,31 +35,7 @@ void* allocate(std::size_t size) {
     return memory;
 }
 
-} // namespace
-
-void* operator new(std::size_t size) {
-    return allocate(size);
-}
-void* operator new[](std::size_t size) {
-    return allocate(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    try {
-        return allocate(size);
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
+void velmora::test::release(void* memory) {
     std::free(memory);
 }
 

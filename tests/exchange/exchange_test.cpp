@@ -3,7 +3,9 @@
 #include <chrono>
 #include <cmath>
 #include <functional>
+#include <stdexcept>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -16,6 +18,7 @@
 namespace velmora {
 namespace {
 
+using test::areaOf;
 using test::Corners;
 using testing::ElementsAre;
 using testing::SizeIs;
@@ -208,6 +211,35 @@ TEST_F(Exchange, AnyByteMayBeWrong) {
     }
 }
 
+// What whoever is told of the progress throws comes out, at each word of it.
+TEST_F(Exchange, EveryFormatTellsItsProgressAndIsStoppedAtAnyWordOfIt) {
+    for (const Sample& sample : samples()) {
+        const std::filesystem::path path = test::writeFileText(folder_ / sample.name, sample.text);
+        int words = 0;
+        double last = 0.0;
+        EXPECT_EQ(importFile(path, {}, model_, record_,
+                             [&](double fraction) {
+                                 EXPECT_GE(fraction, last) << sample.name;
+                                 last = fraction;
+                                 ++words;
+                             }),
+                  ImportOutcome::Done);
+        EXPECT_EQ(last, 1.0) << sample.name;
+        EXPECT_GT(words, 1) << sample.name;
+        for (int stop = 1; stop <= words; ++stop) {
+            int word = 0;
+            EXPECT_THROW(importFile(path, {}, model_, record_,
+                                    [&](double) {
+                                        if (++word == stop) {
+                                            throw std::runtime_error("stop");
+                                        }
+                                    }),
+                         std::runtime_error)
+                << sample.name << ' ' << stop;
+        }
+    }
+}
+
 TEST_F(Exchange, LongLinesAndWordsAreTakenInGoodTime) {
     const std::vector<std::string_view> byLibraries = {"wrl", "iv", "cgns", "stp", "step", "igs", "iges"};
     const auto start = std::chrono::steady_clock::now();
@@ -222,17 +254,6 @@ TEST_F(Exchange, LongLinesAndWordsAreTakenInGoodTime) {
 }
 
 // ---- Real files -----------------------------------------------------------------------------------------------------
-
-double areaOf(const ExchangeModel& model) {
-    double area = 0.0;
-    for (const Corners& c : test::cornersOf(model)) {
-        const zVec<double> a(c[0][0], c[0][1], c[0][2]);
-        const zVec<double> n =
-            cross(zVec<double>(c[1][0], c[1][1], c[1][2]) - a, zVec<double>(c[2][0], c[2][1], c[2][2]) - a);
-        area += 0.5 * std::sqrt(dot(n, n));
-    }
-    return area;
-}
 
 struct Box {
     zVec<double> lower{1e300, 1e300, 1e300};
@@ -394,21 +415,25 @@ TEST_F(Exchange, WhatHasNoRoomInSinglePrecisionIsNotWritten) {
 }
 
 TEST_F(Exchange, ProgressRises) {
-    std::string text = "OFF\n3 100000 0\n0 0 0\n1 0 0\n0 1 0\n";
+    std::string off = "OFF\n3 100000 0\n0 0 0\n1 0 0\n0 1 0\n";
+    std::string tecplot = "VARIABLES=X,Y,Z\nZONE N=3, E=400000, F=FEPOINT, ET=TRIANGLE\n0 0 0\n1 0 0\n0 1 0\n";
     for (int i = 0; i < 100'000; ++i) {
-        text += "3 0 1 2\n";
+        off += "3 0 1 2\n";
+        tecplot += "1 2 3\n1 2 3\n1 2 3\n1 2 3\n";
     }
-    test::writeFileText(folder_ / "a.off", text);
-    double last = 0.0;
-    int calls = 0;
-    importFile(folder_ / "a.off", {}, model_, record_, [&](double fraction) {
-        EXPECT_GE(fraction, last);
-        EXPECT_LE(fraction, 1.0);
-        last = fraction;
-        ++calls;
-    });
-    EXPECT_EQ(last, 1.0);
-    EXPECT_GT(calls, 2);
+    for (const auto& [name, text] : {std::pair("a.off", off), std::pair("a.dat", tecplot)}) {
+        test::writeFileText(folder_ / name, text);
+        double last = 0.0;
+        int calls = 0;
+        importFile(folder_ / name, {}, model_, record_, [&, file = name](double fraction) {
+            EXPECT_GE(fraction, last) << file;
+            EXPECT_LE(fraction, 1.0) << file;
+            last = fraction;
+            ++calls;
+        });
+        EXPECT_EQ(last, 1.0) << name;
+        EXPECT_GT(calls, 2) << name;
+    }
 }
 
 TEST_F(Exchange, AFileThatTheSystemCannotReadOnGivesNothing) {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <ostream>
@@ -72,6 +73,30 @@ inline std::vector<Corners> cornersOf(const ExchangeModel& model) {
         }
     }
     return corners;
+}
+
+inline zVec<double> vectorOf(const Point& p) {
+    return {p[0], p[1], p[2]};
+}
+
+/// Twice as long as the triangle is large; it looks to where the corners run against the clock.
+inline zVec<double> normalOf(const Corners& corners) {
+    const zVec<double> a = vectorOf(corners[0]);
+    return cross(vectorOf(corners[1]) - a, vectorOf(corners[2]) - a);
+}
+
+inline double areaOf(const Corners& corners) {
+    const zVec<double> normal = normalOf(corners);
+    return 0.5 * std::sqrt(dot(normal, normal));
+}
+
+/// Of all triangles of all zones.
+inline double areaOf(const ExchangeModel& model) {
+    double area = 0.0;
+    for (const Corners& corners : cornersOf(model)) {
+        area += areaOf(corners);
+    }
+    return area;
 }
 
 inline std::vector<std::string> titlesOf(const ExchangeModel& model) {

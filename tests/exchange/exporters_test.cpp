@@ -26,6 +26,13 @@ protected:
     std::string write(const ExchangeModel& model, const std::string& name, const ExportOptions& options = {}) {
         return written(exportFile(folder_ / name, model, options, outcome_), name);
     }
+    /// What Import makes of a file that was written.
+    test::Imported readBack(const std::string& name) const {
+        test::Imported again;
+        EXPECT_EQ(importFile(folder_ / name, {}, again.model, again.record), ImportOutcome::Done) << name;
+        EXPECT_TRUE(again.record.complete) << name;
+        return again;
+    }
 };
 
 ExportOptions text(int digits = 17) {
@@ -194,15 +201,12 @@ TEST_F(Exporters, EveryFormatGivesItsTrianglesBack) {
             ExportOptions options;
             options.binary = binary;
             write(model, name, options);
-            ExchangeModel again;
-            FileRead record;
-            ASSERT_EQ(importFile(folder_ / name, {}, again, record), ImportOutcome::Done);
-            EXPECT_EQ(test::cornersOf(again), test::cornersOf(model)) << name;
-            EXPECT_TRUE(record.complete) << name;
-            EXPECT_EQ(record.format, record_.format);
-            EXPECT_EQ(countOf(record.kept, "triangles"), 2);
+            const test::Imported again = readBack(name);
+            EXPECT_EQ(test::cornersOf(again.model), test::cornersOf(model)) << name;
+            EXPECT_EQ(again.record.format, record_.format);
+            EXPECT_EQ(kept(again, "triangles"), 2);
             if (name != "a.ply") {
-                EXPECT_EQ(test::titlesOf(again), test::titlesOf(model)) << name;
+                EXPECT_EQ(test::titlesOf(again.model), test::titlesOf(model)) << name;
             }
         }
     }
@@ -216,11 +220,7 @@ TEST_F(Exporters, EveryFormatOfGridsGivesThemBack) {
             ExportOptions options;
             options.binary = binary;
             write(model, name, options);
-            ExchangeModel again;
-            FileRead record;
-            ASSERT_EQ(importFile(folder_ / name, {}, again, record), ImportOutcome::Done);
-            EXPECT_EQ(again.patches, model.patches) << name;
-            EXPECT_TRUE(record.complete);
+            EXPECT_EQ(readBack(name).model.patches, model.patches) << name;
         }
     }
 }
@@ -230,11 +230,9 @@ TEST_F(Exporters, GridsGoOutAsTrianglesThatLookToTheFront) {
     model.patches = {{{{0, 0, 0}, {1, 0, 0}}, {{0, 1, 0}, {1, 1, 0}}}};
     for (const std::string& name : std::vector<std::string>{"a.stl", "a.obj", "a.ply"}) {
         write(model, name);
-        ExchangeModel again;
-        FileRead record;
-        ASSERT_EQ(importFile(folder_ / name, {}, again, record), ImportOutcome::Done);
-        EXPECT_EQ(test::cornersOf(again), (std::vector<test::Corners>{{{{0, 0, 0}, {1, 1, 0}, {0, 1, 0}}},
-                                                                      {{{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}}}))
+        EXPECT_EQ(
+            test::cornersOf(readBack(name).model),
+            (std::vector<test::Corners>{{{{0, 0, 0}, {1, 1, 0}, {0, 1, 0}}}, {{{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}}}))
             << name;
     }
 }

@@ -52,6 +52,14 @@ TEST(StlImport, ATextSolidIsAZoneOfThreePointsAFacet) {
     EXPECT_EQ(file.record.kept, file.record.found);
 }
 
+/// One solid "a" of the first facet.
+void expectFirstFacet(const std::string& text) {
+    const Imported file = read(text);
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(first)) << text;
+    EXPECT_TRUE(file.record.complete) << text;
+    EXPECT_THAT(titlesOf(file.model), ElementsAre("a"));
+}
+
 TEST(StlImport, EverySpellingOfTheKeywordsIsTaken) {
     const std::string body = "vertex 0 0 0 vertex 1 0 0 vertex 0 1 0 ";
     for (const std::string& text :
@@ -62,10 +70,7 @@ TEST(StlImport, EverySpellingOfTheKeywordsIsTaken) {
                                   "EndFacet\r\nEndSolid\r\n",
                                   "solid a\rfacet normal 0 0 1\router loop\rvertex 0 0 0\rvertex 1 0 0\rvertex 0 1 "
                                   "0\rendloop\rendfacet\rendsolid"}) {
-        const Imported file = read(text);
-        EXPECT_THAT(cornersOf(file.model), ElementsAre(first)) << text;
-        EXPECT_TRUE(file.record.complete) << text;
-        EXPECT_THAT(titlesOf(file.model), ElementsAre("a"));
+        expectFirstFacet(text);
     }
     for (const std::string& text : std::vector<std::string>{
              "solid a facet normal 0 0 1 outer loop " + body + "endloop endfacet endsolid a",
@@ -74,10 +79,7 @@ TEST(StlImport, EverySpellingOfTheKeywordsIsTaken) {
              "solid a\nfacet normal nan nan nan outer loop " + body + "endloop endfacet endsolid a\n",
              "solid a\nfacet normal 1.#QNAN 0 x outer loop vertex 0.0,0D0,0e0 vertex +1. 0 0 " +
                  std::string("vertex 0 1.0E+00 0 endloop endfacet\nendsolid")}) {
-        const Imported file = read(text);
-        EXPECT_THAT(cornersOf(file.model), ElementsAre(first)) << text;
-        EXPECT_TRUE(file.record.complete) << text;
-        EXPECT_THAT(titlesOf(file.model), ElementsAre("a"));
+        expectFirstFacet(text);
     }
 }
 

@@ -178,10 +178,7 @@ TEST(TecplotImport, TetrahedraGiveTheirOuterFaces) {
     EXPECT_TRUE(file.record.complete);
     const zVec<double> inside(0.4, 0.4, 0.4);
     for (const Corners& c : cornersOf(file.model)) {
-        const zVec<double> a(c[0][0], c[0][1], c[0][2]);
-        const zVec<double> b(c[1][0], c[1][1], c[1][2]);
-        const zVec<double> d(c[2][0], c[2][1], c[2][2]);
-        EXPECT_GT(dot(cross(b - a, d - a), a - inside), 0.0);
+        EXPECT_GT(dot(normalOf(c), vectorOf(c[0]) - inside), 0.0);
     }
 }
 
@@ -197,12 +194,8 @@ TEST(TecplotImport, BricksGiveTheirOuterFaces) {
     const zVec<double> inside(1.0, 0.5, 0.5);
     double area = 0.0;
     for (const Corners& c : cornersOf(file.model)) {
-        const zVec<double> a(c[0][0], c[0][1], c[0][2]);
-        const zVec<double> b(c[1][0], c[1][1], c[1][2]);
-        const zVec<double> d(c[2][0], c[2][1], c[2][2]);
-        const zVec<double> normal = cross(b - a, d - a);
-        EXPECT_GT(dot(normal, a - inside), 0.0);
-        area += 0.5 * std::sqrt(dot(normal, normal));
+        EXPECT_GT(dot(normalOf(c), vectorOf(c[0]) - inside), 0.0);
+        area += areaOf(c);
     }
     EXPECT_DOUBLE_EQ(area, 10.0);
 }
@@ -222,7 +215,7 @@ TEST(TecplotImport, AFileOfGridsAndTrianglesBecomesTriangles) {
     EXPECT_THAT(file.model.patches, IsEmpty());
     // The window's front of the grid is +z, and so is the outside of its triangles.
     for (const Corners& c : cornersOf(file.model)) {
-        EXPECT_GT((c[1][0] - c[0][0]) * (c[2][1] - c[0][1]) - (c[1][1] - c[0][1]) * (c[2][0] - c[0][0]), 0.0);
+        EXPECT_GT(normalOf(c).z, 0.0);
     }
     EXPECT_FALSE(file.record.complete);
     EXPECT_THAT(file.record.reasons, ElementsAre("Zones of lines, which have no surface: 1"));

@@ -215,6 +215,30 @@ TEST_F(CadReader, AFaceWhoseFourthSideIsAPointBecomesAPatch) {
     EXPECT_TRUE(tips == 5 || tips == 33) << tips; // a whole side
 }
 
+// The round side of an eighth of a ball ends in the pole, a side of no length. Its three flat sides have two straight
+// sides and an arc.
+TEST_F(CadReader, OfAnEighthOfABallTheRoundSideAloneIsAPatch) {
+    constexpr double radius = 3.0;
+    options_.cadPatches = true;
+    options_.sections = 7;
+    options_.points = 9;
+    ASSERT_EQ(read(step(BRepPrimAPI_MakeSphere(radius, 0.0, pi / 2, pi / 2).Shape())), ImportOutcome::Done);
+    ASSERT_THAT(model_.patches, SizeIs(1));
+    EXPECT_EQ(countOf(record_.found, "faces"), 4);
+    EXPECT_EQ(countOf(record_.kept, "faces"), 1);
+    EXPECT_FALSE(record_.complete);
+    EXPECT_THAT(record_.reasons, Contains(StartsWith("Faces that became no patch: 3 (without a border of four sides")));
+    std::size_t atPole = 0;
+    for (const PointList& section : model_.patches[0]) {
+        for (const zVec<double>& p : section) {
+            EXPECT_NEAR(std::sqrt(dot(p, p)), radius, 1e-9);
+            atPole += radius - p.z < 1e-9 ? 1 : 0;
+        }
+    }
+    EXPECT_TRUE(atPole == 7 || atPole == 9) << atPole; // a whole side
+    expectBox({0, radius, 0, radius, 0, radius}, 1e-9);
+}
+
 /// A flat face with these corners.
 TopoDS_Shape flatFace(const std::vector<gp_Pnt>& corners) {
     BRepBuilderAPI_MakePolygon border;

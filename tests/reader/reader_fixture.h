@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <cmath>
 #include <string>
 #include <vector>
 
@@ -31,23 +30,12 @@ protected:
         return read(writeFileText(folder_ / name, text));
     }
 
-    double area() const {
-        double sum = 0.0;
-        for (const Corners& c : cornersOf(model_)) {
-            const zVec<double> a(c[0][0], c[0][1], c[0][2]);
-            const zVec<double> n =
-                cross(zVec<double>(c[1][0], c[1][1], c[1][2]) - a, zVec<double>(c[2][0], c[2][1], c[2][2]) - a);
-            sum += 0.5 * std::sqrt(dot(n, n));
-        }
-        return sum;
-    }
-    /// Six times what the triangles enclose, above 0 when they look outwards.
+    double area() const { return areaOf(model_); }
+    /// What the triangles enclose, above 0 when they look outwards.
     double volume() const {
         double sum = 0.0;
         for (const Corners& c : cornersOf(model_)) {
-            sum += dot(zVec<double>(c[0][0], c[0][1], c[0][2]),
-                       cross(zVec<double>(c[1][0], c[1][1], c[1][2]), zVec<double>(c[2][0], c[2][1], c[2][2]))) /
-                   6.0;
+            sum += dot(vectorOf(c[0]), normalOf(c)) / 6.0;
         }
         return sum;
     }

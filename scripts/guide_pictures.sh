@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # scripts/guide_pictures.sh [NAME...]: makes pictures of README and guide anew, all or those named. The first line of
 # scripts/pictures/NAME.script says where the picture goes, how large the screen is, and, if not all of it is kept, which part.
-# The script is run in the window of build/release, and what the screen shows when it has ended is the picture.
+# The script is run in the window of build/release, and what the screen shows when it has ended is the picture. Where
+# "drawn" stands in place of the size there is no window: velmora-batch runs the script, which draws one picture, or two
+# that go side by side, as FOLDER/1.png and FOLDER/2.png, twice as large as the page shows them.
 source "$(dirname "$0")/setup.sh"
 
 if [ "${1-}" = --inside ]; then
@@ -39,6 +41,14 @@ export LIBGL_ALWAYS_SOFTWARE=1 QT_QPA_PLATFORM=xcb
 for name in "${names[@]}"; do
   read -r _ picture size part <"scripts/pictures/$name.script"
   folder=$(mktemp -d)
+  if [ "$size" = drawn ]; then
+    sed "s|FOLDER|$folder|g" "scripts/pictures/$name.script" >"$folder/run.script"
+    build/release/bin/velmora-batch "$folder/run.script" >"$folder/log" || { cat "$folder/log" >&2; exit 1; }
+    convert "$folder"/[12].png -resize 50% -background white +smush 12 -strip +dither -colors 240 "png8:$picture"
+    rm -rf "$folder"
+    echo "$picture"
+    continue
+  fi
   cp "scripts/pictures/$name.script" "$folder/run.script"
   echo "picture $folder/end.svg" >>"$folder/run.script"
   # A home of its own: nobody's settings, and nobody's are changed.

@@ -21,7 +21,7 @@ window_packages=(qt6-qpa-plugins qt6-wayland libqt6svg6 libgl1 libglx-mesa0 libe
 picture_packages=(xvfb xauth openbox imagemagick)
 test_packages=(git clang libclang-rt-14-dev clang-format libgtest-dev libgmock-dev libbenchmark-dev libxtst-dev
   xvfb openbox python3 python3-numpy python3-pytest python3-jsonschema python3-meshio python3-h5py python3-vtk9
-  assimp-utils mypy)
+  assimp-utils admesh libgts-bin mypy)
 
 # Making Debian packages of it and looking at them.
 package_packages=(dpkg-dev file librsvg2-bin lintian desktop-file-utils appstream man-db)

@@ -20,6 +20,8 @@ namespace {
 
 /// The longest stretch of time of one line, in milliseconds.
 constexpr std::int32_t longestWait = 3'600'000;
+/// What the line "quit" stands for, too.
+constexpr std::string_view leavingCommand = "file.exit";
 
 std::optional<PixelPoint> parsePixel(const std::string& x, const std::string& y) {
     const auto pixel = [](const std::string& text) -> std::optional<int> {
@@ -384,6 +386,9 @@ MaybeFailure ScriptLines::runCommand(Words words) {
     }
     if (auto failure = beginCommand(words.subspan(1))) {
         return failure;
+    }
+    if (words[0] == leavingCommand) {
+        return stage_.leaveProgram();
     }
     session_.run(*command);
     return std::nullopt;

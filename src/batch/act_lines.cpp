@@ -26,6 +26,7 @@ const std::vector<NamedCapture>& namedCaptures() {
         {"line", Act::Kind::Line, {&Act::patch, &Act::point}},
         {"patch", Act::Kind::WholePatch, {&Act::patch}},
         {"beside", Act::Kind::Beside, {&Act::patch, &Act::section, &Act::point}},
+        {"under", Act::Kind::Under, {&Act::patch, &Act::section, &Act::point}},
     };
     return captures;
 }
@@ -34,6 +35,7 @@ const char* remedyForNotArmed(Act::Kind kind) {
     switch (kind) {
     case Act::Kind::Point:
     case Act::Kind::Node:
+    case Act::Kind::Under:
         return "run point.capture or point.free before it; points are of patches, nodes of zones";
     case Act::Kind::Section:
         return "run line.captureSection before it";
@@ -61,7 +63,8 @@ std::optional<Act> parseCapture(std::span<const std::string> words) {
     Act act;
     act.kind = found->kind;
     for (std::size_t i = 0; i < found->numbers.size(); ++i) {
-        const std::int32_t least = act.kind == Act::Kind::Beside ? 0 : 1; // 0 for none
+        const bool mayBeNone = act.kind == Act::Kind::Beside || act.kind == Act::Kind::Under;
+        const std::int32_t least = mayBeNone ? 0 : 1; // 0 for none
         const auto number = parseInteger(words[i + 1], least, std::numeric_limits<std::int32_t>::max());
         if (!number) {
             return std::nullopt;

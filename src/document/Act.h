@@ -15,6 +15,7 @@ struct Act {
         Line, ///< its number is the one of the point
         WholePatch,
         Beside,  ///< a click that captured nothing leaves the numbers of what was nearest
+        Under,   ///< the button went down on a point, or on a node without a section, and is not up yet
         Drag,    ///< a move of what is dragged, to `place`
         Release, ///< the end of a drag
     };

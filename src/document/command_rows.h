@@ -11,6 +11,7 @@ namespace velmora {
 std::span<const Command> blockCommands();
 std::span<const Command> bufferCommands();
 std::span<const Command> compareCommands();
+std::span<const Command> distanceCommands();
 std::span<const Command> convertCommands();
 std::span<const Command> exchangeCommands();
 std::span<const Command> fieldCommands();

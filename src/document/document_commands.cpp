@@ -27,7 +27,8 @@ std::vector<Command> allRows() {
           saveCommands(),   regimeCommands(),      undoCommands(),         projectionCommands(),  blockCommands(),
           viewCommands(),   joinCommands(),        sectionCommands(),      surfaceCommands(),     rebreakCommands(),
           bufferCommands(), pointCommands(),       pointDragCommands(),    rebreakPartCommands(), transformCommands(),
-          knifeCommands(),  markerShiftCommands(), intersectionCommands(), compareCommands(),     convertCommands()}) {
+          knifeCommands(),  markerShiftCommands(), intersectionCommands(), compareCommands(),     distanceCommands(),
+          convertCommands()}) {
         all.insert(all.end(), rows.begin(), rows.end());
     }
     std::stable_sort(all.begin(), all.end(),

@@ -122,6 +122,68 @@ double degreesOfCotangent(double cotangent) {
     return degrees(std::atan2(1.0, cotangent));
 }
 
+/// What a cell is like, in the form that compares fast: squares and cotangents. What it has not is none.
+struct CellShape {
+    zVec<double> first; ///< twice the areas of its triangles along their normals
+    zVec<double> second;
+    MaybeValue aspect; ///< its square
+    MaybeValue skew;   ///< the cotangent of the angle, without its sign
+    MaybeValue warp;   ///< the cotangent of the angle
+};
+
+double aspectOf(double squared) {
+    return std::sqrt(squared);
+}
+
+double skewOf(double cotangent) {
+    return (90.0 - degreesOfCotangent(cotangent)) / 90.0;
+}
+
+/// Aspect and skew; a cell with fewer than three different points has neither.
+void addEdges(const Face& face, const SharedPoints& points, const CellCorners& corners, CellShape& shape) {
+    double longest = 0.0;
+    double shortest = std::numeric_limits<double>::infinity();
+    const FaceEdges edges(face);
+    for (const FaceEdge& edge : edges) {
+        const double squared = squaredDistance(points.at(edge.from), points.at(edge.to));
+        longest = std::max(longest, squared);
+        shortest = std::min(shortest, squared);
+    }
+    if (edges.begin() == edges.end()) {
+        return;
+    }
+    shape.aspect = longest / shortest;
+    const auto& numbers = face.corners;
+    for (std::size_t i = 0; i < 4; ++i) {
+        const std::size_t next = (i + 1) % 4;
+        const std::size_t before = (i + 3) % 4;
+        if (numbers[i] != numbers[next] && numbers[i] != numbers[before]) {
+            const AngleRatio angle = angleBetween(corners[next] - corners[i], corners[before] - corners[i]);
+            const double cotangent = std::abs(angle.cosine) / angle.sine;
+            if (shape.skew ? cotangent > *shape.skew : !std::isnan(cotangent)) {
+                shape.skew = cotangent;
+            }
+        }
+    }
+}
+
+CellShape shapeOf(const Face& face, const SharedPoints& points) {
+    CellCorners corners;
+    for (std::size_t i = 0; i < 4; ++i) {
+        corners[i] = points.at(face.corners[i]);
+    }
+    CellShape shape;
+    shape.first = doubleArea(corners[0], corners[1], corners[2]);
+    shape.second = doubleArea(corners[0], corners[2], corners[3]);
+    const zVec<double> none;
+    if (!(shape.first == none) && !(shape.second == none)) {
+        const AngleRatio angle = angleBetween(shape.first, shape.second);
+        shape.warp = angle.cosine / angle.sine;
+    }
+    addEdges(face, points, corners, shape);
+    return shape;
+}
+
 class CellSurvey {
 public:
     CellSurvey(const PatchCells& cells, const ModelFaces& model, const std::vector<bool>& folded)
@@ -134,59 +196,32 @@ public:
                 count(quality.foldedCells, placeOf(cell));
             }
         }
-        quality.aspect = aspect_.worst([](double squared) { return std::sqrt(squared); });
-        quality.skew = skew_.worst([](double cotangent) { return (90.0 - degreesOfCotangent(cotangent)) / 90.0; });
+        quality.aspect = aspect_.worst(aspectOf);
+        quality.skew = skew_.worst(skewOf);
         quality.warp = warp_.worst([](double negative) { return degreesOfCotangent(-negative); });
     }
 
 private:
-    const Face& face(std::size_t cell) const { return model_.faces[cells_.firstFace + cell]; }
-
     PatchPlace placeOf(std::size_t cell) const {
         const auto row = static_cast<std::size_t>(cells_.points - 1);
         return {static_cast<std::int32_t>(cell / row), static_cast<std::int32_t>(cell % row)};
     }
 
     void addCell(std::size_t cell, PatchQuality& quality) {
-        CellCorners corners;
-        for (std::size_t i = 0; i < 4; ++i) {
-            corners[i] = model_.points.at(face(cell).corners[i]);
-        }
-        const zVec<double> first = doubleArea(corners[0], corners[1], corners[2]);
-        const zVec<double> second = doubleArea(corners[0], corners[2], corners[3]);
-        quality.area += 0.5 * (lengthOf(first) + lengthOf(second));
+        const CellShape shape = shapeOf(model_.faces[cells_.firstFace + cell], model_.points);
+        quality.area += 0.5 * (lengthOf(shape.first) + lengthOf(shape.second));
         const zVec<double> none;
-        if (first == none && second == none) {
+        if (shape.first == none && shape.second == none) {
             count(quality.collapsedCells, placeOf(cell));
-        } else if (!(first == none) && !(second == none)) {
-            const AngleRatio angle = angleBetween(first, second);
-            warp_.offer(-angle.cosine / angle.sine, placeOf(cell));
         }
-        addEdges(cell, corners);
-    }
-
-    /// Aspect and skew; a cell with fewer than three different points has neither.
-    void addEdges(std::size_t cell, const CellCorners& corners) {
-        double longest = 0.0;
-        double shortest = std::numeric_limits<double>::infinity();
-        const FaceEdges edges(face(cell));
-        for (const FaceEdge& edge : edges) {
-            const double squared = squaredDistance(model_.points.at(edge.from), model_.points.at(edge.to));
-            longest = std::max(longest, squared);
-            shortest = std::min(shortest, squared);
+        if (shape.aspect) {
+            aspect_.offer(*shape.aspect, placeOf(cell));
         }
-        if (edges.begin() == edges.end()) {
-            return;
+        if (shape.skew) {
+            skew_.offer(*shape.skew, placeOf(cell));
         }
-        aspect_.offer(longest / shortest, placeOf(cell));
-        const auto& numbers = face(cell).corners;
-        for (std::size_t i = 0; i < 4; ++i) {
-            const std::size_t next = (i + 1) % 4;
-            const std::size_t before = (i + 3) % 4;
-            if (numbers[i] != numbers[next] && numbers[i] != numbers[before]) {
-                const AngleRatio angle = angleBetween(corners[next] - corners[i], corners[before] - corners[i]);
-                skew_.offer(std::abs(angle.cosine) / angle.sine, placeOf(cell));
-            }
+        if (shape.warp) {
+            warp_.offer(-*shape.warp, placeOf(cell));
         }
     }
 
@@ -198,7 +233,74 @@ private:
     Largest warp_;   ///< the cotangent of the angle with its sign turned
 };
 
+// ---- Value by value -------------------------------------------------------------------------------------------------
+
+double valueOf(const CellShape& shape, GridValue kind) {
+    constexpr double none = std::numeric_limits<double>::quiet_NaN();
+    switch (kind) {
+    case GridValue::Aspect:
+        return shape.aspect ? aspectOf(*shape.aspect) : none;
+    case GridValue::Skew:
+        return shape.skew ? skewOf(*shape.skew) : none;
+    case GridValue::Warp:
+        return shape.warp ? degreesOfCotangent(*shape.warp) : none;
+    case GridValue::Growth:
+        break;
+    }
+    return none;
+}
+
+/// The growth at the points of a patch, section by section.
+class GrowthAtPoints {
+public:
+    explicit GrowthAtPoints(const Patch& patch) : patch_(patch) {
+        for (const PointList& section : patch) {
+            begins_.push_back(values_.size());
+            values_.resize(values_.size() + section.size(), 1.0);
+        }
+    }
+
+    std::vector<double> values() {
+        for (std::int32_t i = 0; i < countOf(patch_); ++i) {
+            addCurve(false, i);
+        }
+        const std::int32_t lines = isGrid(patch_) ? lineCount(patch_) : 0;
+        for (std::int32_t j = 0; j < lines; ++j) {
+            addCurve(true, j);
+        }
+        return std::move(values_);
+    }
+
+private:
+    void addCurve(bool line, std::int32_t number) {
+        const ConstPatchCurve curve(patch_, line, number);
+        for (std::int32_t i = 1; i + 1 < curve.count(); ++i) {
+            const MaybeValue growth = growthOf(distance(curve[i - 1], curve[i]), distance(curve[i], curve[i + 1]));
+            const auto section = static_cast<std::size_t>(line ? i : number);
+            double& value = values_[begins_[section] + static_cast<std::size_t>(line ? number : i)];
+            value = std::max(value, growth.value_or(1.0));
+        }
+    }
+
+    const Patch& patch_;
+    std::vector<std::size_t> begins_; ///< of each section
+    std::vector<double> values_;
+};
+
 } // namespace
+
+std::vector<double> gridValues(GridValue kind, const Patch& patch, std::size_t number, const ModelFaces& model) {
+    if (!isOfCells(kind)) {
+        return GrowthAtPoints(patch).values();
+    }
+    const PatchCells& cells = model.patches[number];
+    std::vector<double> values;
+    values.reserve(cells.cellCount());
+    for (std::size_t cell = 0; cell < cells.cellCount(); ++cell) {
+        values.push_back(valueOf(shapeOf(model.faces[cells.firstFace + cell], model.points), kind));
+    }
+    return values;
+}
 
 PatchQuality patchQuality(const Patch& patch, std::size_t number, const ModelFaces& model,
                           const std::vector<bool>& folded) {

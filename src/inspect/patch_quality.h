@@ -48,4 +48,21 @@ struct PatchQuality {
 PatchQuality patchQuality(const Patch& patch, std::size_t number, const ModelFaces& model,
                           const std::vector<bool>& folded);
 
+/// What can be told of each cell, or of each point, of a patch.
+enum class GridValue {
+    Aspect, ///< of a cell, as are the next two
+    Skew,
+    Warp,
+    Growth, ///< of a point: the largest in its section and its line, 1 where there is none
+};
+inline constexpr GridValue gridValueKinds[] = {GridValue::Aspect, GridValue::Skew, GridValue::Warp, GridValue::Growth};
+
+inline bool isOfCells(GridValue kind) {
+    return kind != GridValue::Growth;
+}
+
+/// The values of `patch`, number `number` of the model: one for each cell, or for each point, section by section. What
+/// a cell has not is not a number.
+std::vector<double> gridValues(GridValue kind, const Patch& patch, std::size_t number, const ModelFaces& model);
+
 } // namespace velmora

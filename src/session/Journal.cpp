@@ -55,6 +55,8 @@ std::string lineOf(const Act& act) {
         return numbered("capture patch", {act.patch});
     case Act::Kind::Beside:
         return numbered("capture beside", {act.patch, act.section, act.point});
+    case Act::Kind::Under:
+        return numbered("capture under", {act.patch, act.section, act.point});
     case Act::Kind::Drag:
         return "drag " + numberText(act.place.x) + ' ' + numberText(act.place.y) + ' ' + numberText(act.place.z);
     case Act::Kind::Release:
@@ -123,7 +125,7 @@ DialogTexts textsOf(DialogValues& dialogs) {
 }
 
 CaptureTraces tracesOf(const CaptureState& capture) {
-    return {capture.capturedPatch, capture.capturedPointSection, capture.capturedPoint};
+    return {capture.capturedPatch, capture.capturedPointSection, capture.capturedPoint, capture.pointPicked};
 }
 
 namespace {
@@ -235,7 +237,10 @@ void Journal::needView(int plane) {
 
 void Journal::needTraces(const CaptureTraces& traces) {
     if (!(tracking_.traces == traces)) {
-        append(numbered("capture beside", {traces.patch, traces.section, traces.point}));
+        append(lineOf({.kind = traces.picked ? Act::Kind::Under : Act::Kind::Beside,
+                       .patch = traces.patch,
+                       .section = traces.section,
+                       .point = traces.point}));
         tracking_.traces = traces;
     }
 }
@@ -317,6 +322,7 @@ void Journal::addAct(const Act& act, const CaptureTraces& traces) {
     case Act::Kind::Node:
         known.patch = traces.patch;
         known.point = traces.point;
+        known.picked = traces.picked;
         break;
     case Act::Kind::Line:
         known.section = traces.section;
@@ -329,6 +335,7 @@ void Journal::addAct(const Act& act, const CaptureTraces& traces) {
         known.patch = traces.patch == act.patch ? act.patch : known.patch;
         break;
     case Act::Kind::Beside:
+    case Act::Kind::Under:
     case Act::Kind::Drag:
     case Act::Kind::Release:
         break;

@@ -22,12 +22,13 @@ struct DialogValues;
 using DialogTexts = std::map<std::string, std::map<std::string, std::string>>;
 DialogTexts textsOf(DialogValues& dialogs);
 
-/// The numbers that a click beside the geometry leaves though nothing is captured by it: what comes next can meet them.
-/// From 0, -1 for none.
+/// What a click beside the geometry leaves though nothing is captured by it, or one that is not at its end: what comes
+/// next can meet it. Numbers from 0, -1 for none.
 struct CaptureTraces {
     std::int32_t patch = -1;
     std::int32_t section = -1;
     std::int32_t point = -1;
+    bool picked = false; ///< the last pick of a point found one
 
     friend bool operator==(const CaptureTraces&, const CaptureTraces&) = default;
 };

@@ -1,7 +1,9 @@
 #include "ModelFiles.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
+#include <string_view>
 
 #include "CommandReport.h"
 
@@ -9,9 +11,10 @@ namespace velmora {
 
 namespace {
 
-/// A picture or a journal may take the place of the one before.
+/// A picture, a journal or a table may take the place of the one before.
 bool holdsGeometry(const FileWritten& written) {
-    return written.format != "png" && written.format != "svg" && written.format != "script";
+    constexpr std::string_view others[] = {"png", "svg", "script", "csv"};
+    return std::find(std::begin(others), std::end(others), written.format) == std::end(others);
 }
 
 } // namespace

@@ -20,13 +20,14 @@ void addCapture(Digest& digest, const CaptureState& capture) {
           capture.dragCorrectsLine, capture.pointPicked}) {
         digest.add(flag);
     }
-    // Numbers count where they name what is captured: a click that found nothing leaves some, too.
+    // These count where they name what is captured: a click that found nothing leaves some, too.
     const bool point = capture.pointHeld();
     digest.add(point || capture.curveHeld() || capture.patchCaptured ? capture.capturedPatch : -1);
     digest.add(point ? capture.capturedPointSection : -1);
     digest.add(point ? capture.capturedPoint : -1);
-    digest.add(capture.sectionCaptured ? capture.capturedSection : -1);
-    digest.add(capture.lineCaptured ? capture.capturedLine : -1);
+    // These are left by commands alone: Rebreak of a line leaves a section, the next command of the line drops it.
+    digest.add(capture.capturedSection);
+    digest.add(capture.capturedLine);
     digest.add(point ? capture.pickedPoint : zVec<double>());
     digest.add(point ? capture.capturedPointPos : zVec<double>());
 }

@@ -156,6 +156,7 @@ void MainFrame::makePanels() {
     panels_ = new Panels(*this, *session_, *userInterface_);
     connect(panels_, &Panels::workWanted, this, &MainFrame::carryOut);
     connect(panels_, &Panels::changed, this, &MainFrame::refresh);
+    connect(panels_, &Panels::leavingWanted, this, &MainFrame::leave);
 }
 
 void MainFrame::connectView() {
@@ -356,10 +357,15 @@ void MainFrame::openFile(const QString& path) {
 
 void MainFrame::exit() {
     if (mayLeave()) {
-        leaving_ = true;
-        close();
-        leaving_ = false;
+        leave();
     }
+}
+
+/// What there is to ask was asked.
+void MainFrame::leave() {
+    leaving_ = true;
+    close();
+    leaving_ = false;
 }
 
 bool MainFrame::mayLeave() {

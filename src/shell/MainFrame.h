@@ -69,6 +69,7 @@ private:
     void connectView();
     CommandState stateOf(const Command& command) const;
     void exit() override;
+    void leave();
     void showGuide() override;
     void showKeys() override;
     void showAbout() override { emit aboutWanted(); }

@@ -200,13 +200,15 @@ void Panels::chooseScript() {
 }
 
 void Panels::runScript(const std::filesystem::path& script) {
-    std::optional<ScriptStop> stop;
-    emit workWanted([&] { stop = runWindowScript(session_, person_, script); });
+    WindowScriptEnd end;
+    emit workWanted([&] { end = runWindowScript(session_, person_, script); });
     emit changed();
-    if (stop && stop->number == 0) {
+    if (end.leaves) {
+        emit leavingWanted();
+    } else if (end.stop && end.stop->number == 0) {
         person_.showMessage(message::scriptNotRead(script.string()));
-    } else if (stop) {
-        person_.showMessage(message::scriptStopped(stop->number, stop->line, stop->cause));
+    } else if (end.stop) {
+        person_.showMessage(message::scriptStopped(end.stop->number, end.stop->line, end.stop->cause));
     }
 }
 

@@ -36,7 +36,7 @@ public:
     bool shown(Panel panel) const;
     /// Shows what the document holds now.
     void refresh();
-    /// Runs a script on the session, and tells where it ended if it did not come to its end.
+    /// Runs a script on the session, and tells where it ended if it did not come to its end. It may leave the program.
     void runScript(const std::filesystem::path& script);
 
 signals:
@@ -44,6 +44,8 @@ signals:
     void changed();
     /// A piece of work that may fail by an exception is to be carried out.
     void workWanted(const std::function<void()>& work);
+    /// The program is to end; what there was to ask was asked.
+    void leavingWanted();
 
 private:
     QDockWidget& dockOf(Panel panel) const;

@@ -165,6 +165,7 @@ bool VelmoraApp::initInstance() {
     }
     if (!commandLine.script.isEmpty()) {
         frame_->runScript(filePath(commandLine.script));
+        left_ = left_ || frame_->isHidden(); // the script left
     }
     QGuiApplication::setQuitOnLastWindowClosed(true);
     return true;

@@ -42,7 +42,7 @@ private:
     Application application_;
     std::unique_ptr<MainFrame> frame_;
     std::unique_ptr<LeaveDesk> leaveDesk_;
-    bool left_ = false; ///< by a signal
+    bool left_ = false; ///< by a signal, or by the script that came with the start
 };
 
 } // namespace velmora

@@ -38,55 +38,62 @@ private:
     UserInterface& window_;
 };
 
-/// The window has its own size, time and end: a script leaves them alone.
+/// The window has its own size and time: a script leaves them alone.
 class WindowStage : public ScriptStage {
 public:
-    explicit WindowStage(Session& session) : session_(session) {}
+    WindowStage(Session& session, const BatchUserInterface& person) : session_(session), person_(person) {}
+
+    bool leaves() const { return leaves_; }
 
     void paintIfAsked() override { session_.view().OnDraw(); }
     void resizeView(int, int) override {}
     void passTime(std::int64_t) override {}
     bool takeCloseRequest() override { return false; }
     DrawPixels pixelDrawer() override { return velmora::pixelDrawer(); }
+    /// Whoever did not answer the question does not leave by it.
     MaybeFailure leaveProgram() override {
-        return ScriptFailure{"a script in the window does not leave the program", "leave the line out"};
+        leaves_ = session_.leave() && !person_.failure();
+        return std::nullopt;
     }
 
 private:
     Session& session_;
+    const BatchUserInterface& person_;
+    bool leaves_ = false;
 };
 
 } // namespace
 
-std::optional<ScriptStop> runWindowScript(Session& session, UserInterface& person,
-                                          const std::filesystem::path& script) {
+WindowScriptEnd runWindowScript(Session& session, UserInterface& person, const std::filesystem::path& script) {
+    WindowScriptEnd end;
     std::ifstream file;
     if (canHoldScript(script)) {
         file.open(script);
     }
     if (!file.is_open()) {
-        return ScriptStop{0, {}, "It cannot be read"};
+        end.stop = ScriptStop{0, {}, "It cannot be read"};
+        return end;
     }
     ErrorKeeper errors;
     WindowScriptPerson reader(errors, person);
-    WindowStage stage(session);
+    WindowStage stage(session, reader);
     ScriptLines lines(session, reader, errors, stage);
-    std::optional<ScriptStop> stop;
     session.performAs(reader, [&] {
         const BusyScope busy(person);
         std::int64_t number = 0;
         std::string line;
-        while (!stop && readScriptLine(file, ++number, line)) {
+        while (!end.stop && !stage.leaves() && readScriptLine(file, ++number, line)) {
             try {
-                if (lines.run(number, line) != ScriptLines::Next::GoOn) {
-                    stop = ScriptStop{number, line, errors.error};
+                if (lines.run(number, line) == ScriptLines::Next::Fail) {
+                    end.stop = ScriptStop{number, line, errors.error};
                 }
             } catch (const std::exception& failure) {
-                stop = ScriptStop{number, line, causeOf(failure)};
+                end.stop = ScriptStop{number, line, causeOf(failure)};
             }
         }
     });
-    return stop;
+    end.leaves = !end.stop && stage.leaves();
+    return end;
 }
 
 } // namespace velmora

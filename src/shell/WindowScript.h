@@ -17,8 +17,14 @@ struct ScriptStop {
     std::string cause; ///< and what to do about it
 };
 
+/// How a script in the window ended.
+struct WindowScriptEnd {
+    std::optional<ScriptStop> stop; ///< none when all lines were carried out
+    bool leaves = false;            ///< the program is to end: what there was to ask was asked
+};
+
 /// Runs a script on the session of the window: its lines answer in place of `person`, whom only status, title and
-/// progress go to. It ends at the first line that cannot be carried out; none when all were.
-std::optional<ScriptStop> runWindowScript(Session& session, UserInterface& person, const std::filesystem::path& script);
+/// progress go to. It ends at the first line that cannot be carried out, and at one that leaves the program.
+WindowScriptEnd runWindowScript(Session& session, UserInterface& person, const std::filesystem::path& script);
 
 } // namespace velmora

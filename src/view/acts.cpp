@@ -55,6 +55,7 @@ VelmoraView::ActResult VelmoraView::perform(const Act& act) {
     switch (act.kind) {
     case Act::Kind::Point:
     case Act::Kind::Node:
+    case Act::Kind::Under:
         return capturePoint(act);
     case Act::Kind::Section:
     case Act::Kind::Line:
@@ -74,7 +75,8 @@ VelmoraView::ActResult VelmoraView::perform(const Act& act) {
 VelmoraView::ActResult VelmoraView::capturePoint(const Act& act) {
     const bool zones = doc_.structureKind == StructureKind::Unstructured;
     const bool armed = doc_.capture->pointCaptureArmed || doc_.capture->freePointArmed;
-    if (!armed || zones != (act.kind == Act::Kind::Node)) {
+    const bool isNode = act.kind == Act::Kind::Under ? act.section < 0 : act.kind == Act::Kind::Node;
+    if (!armed || zones != isNode) {
         return ActResult::NotArmed;
     }
     const auto position = doc_.positionAt(act.patch, act.section, act.point);
@@ -88,7 +90,9 @@ VelmoraView::ActResult VelmoraView::capturePoint(const Act& act) {
     pick.position = *position;
     take(pick);
     repaint();
-    doc_.takeAtRelease();
+    if (act.kind != Act::Kind::Under) {
+        doc_.takeAtRelease();
+    }
     return ActResult::Done;
 }
 
@@ -131,16 +135,17 @@ VelmoraView::ActResult VelmoraView::capturePatch(const Act& act) {
     return ActResult::Done;
 }
 
-/// What is captured keeps its numbers.
+/// What is captured keeps its numbers, but for a point beside which a free one is waited for: a click that misses goes
+/// to the nearest of its patch.
 VelmoraView::ActResult VelmoraView::clickBeside(const Act& act) {
     const CaptureState& held = *doc_.capture;
     if (act.patch >= doc_.partCount()) {
         return ActResult::NotThere;
     }
     const bool movesCurve = held.curveHeld() && act.patch != held.capturedPatch;
-    const bool movesPoint =
-        held.pointHeld() && !(act.patch == held.capturedPatch && act.section == held.capturedPointSection &&
-                              act.point == held.capturedPoint);
+    const bool isHeldPoint =
+        held.freePointArmed || (act.section == held.capturedPointSection && act.point == held.capturedPoint);
+    const bool movesPoint = held.pointHeld() && !(act.patch == held.capturedPatch && isHeldPoint);
     if (movesCurve || movesPoint) {
         return ActResult::NotLetThrough;
     }

@@ -6,6 +6,8 @@
 
 #include "DialogValues.h"
 #include "DocumentState.h"
+#include "compared_parts.h"
+#include "patch_quality.h"
 #include "report_lines.h"
 #include "vectors.h"
 
@@ -24,35 +26,11 @@ constexpr std::array<Colour, 5> anchors{{{0.00F, 0.00F, 0.26F, 1.0F},
 /// Of one value alone a range is made: this part of it, or of 1 for smaller ones.
 constexpr double narrowRange = 1e-6;
 
-std::size_t valueCount(const DocumentState& document, std::size_t part) {
-    if (document.structureKind != StructureKind::Unstructured) {
-        const Patch& patch = document.patches[part];
-        std::size_t count = 0;
-        for (const PointList& section : patch) {
-            count += section.size();
-        }
-        return count;
-    }
-    const zBlock_fe& zone = *document.feRegion.blocks[part];
-    return coordinatesOf(zone.variables) ? static_cast<std::size_t>(zone.nodeCount) : 0;
-}
-
 std::optional<PointValues> comparedValues(const DocumentState& document) {
-    const Comparison* const comparison = document.comparison();
-    if (comparison == nullptr) {
+    if (document.comparison() == nullptr) {
         return std::nullopt;
     }
-    PointValues shown{"Distance", {}};
-    auto next = comparison->values.begin();
-    for (std::size_t k = 0; k < static_cast<std::size_t>(document.partCount()); ++k) {
-        auto& values = shown.parts.emplace_back();
-        if (k < comparison->chosen.size() && comparison->chosen[k]) {
-            const auto end = next + static_cast<std::ptrdiff_t>(valueCount(document, k));
-            values.assign(next, end);
-            next = end;
-        }
-    }
-    return shown;
+    return PointValues{"Distance", comparedParts(document)};
 }
 
 /// The name of a variable in the line that lists them in quotes; empty when it has not so many.
@@ -93,6 +71,22 @@ std::optional<PointValues> fieldValues(const DocumentState& document, std::int32
                 values.push_back(value.*member);
             }
         }
+    }
+    return shown;
+}
+
+constexpr std::array<const char*, std::size(gridValueKinds)> gridValueNames = {"Aspect", "Skew", "Warp, degrees",
+                                                                               "Growth"};
+
+std::optional<PointValues> reportValues(const DocumentState& document, std::int32_t index) {
+    if (document.structureKind != StructureKind::Structured) {
+        return std::nullopt;
+    }
+    const auto kind = static_cast<std::size_t>(index);
+    PointValues shown{gridValueNames.at(kind), {}, isOfCells(gridValueKinds[kind])};
+    const ModelFaces model = modelFaces(document.patches, {});
+    for (std::size_t k = 0; k < document.patches.size(); ++k) {
+        shown.parts.push_back(gridValues(gridValueKinds[kind], document.patches[k], k, model));
     }
     return shown;
 }
@@ -183,7 +177,8 @@ private:
 class Colourer {
 public:
     Colourer(const DrawList& plain, const DocumentState& document, const ColouredValues& shown)
-        : plain_(plain), document_(document), parts_(shown.values.parts), triangles_(shown.scale) {
+        : plain_(plain), document_(document), parts_(shown.values.parts), ofCells_(shown.values.ofCells),
+          triangles_(shown.scale) {
         list_.number = plain.number;
     }
 
@@ -215,7 +210,7 @@ private:
                     continue;
                 }
                 addStrip(strip, parts_[part].data() + row, patch[n].size());
-                row += patch[n].size();
+                row += patch[n].size() - (ofCells_ ? 1 : 0);
             }
             finishPart();
         }
@@ -224,10 +219,12 @@ private:
     /// Its vertices go from the last point to the first, of the lower section and the upper one in turn.
     void addStrip(const DrawBatch& strip, const double* values, std::size_t points) {
         colour_ = strip.colour;
+        std::size_t cell = 0;
         const auto cornerAt = [&](std::size_t i) {
-            return corner(strip, i, values[i % 2 * points + (points - 1 - i / 2)]);
+            return corner(strip, i, values[ofCells_ ? cell : i % 2 * points + (points - 1 - i / 2)]);
         };
         for (std::size_t i = 0; i + 3 < strip.vertexCount; i += 2) {
+            cell = points - 2 - i / 2;
             // Parted as Compare and the report part a cell: from its first point to the one across.
             const Corner across = cornerAt(i + 1);
             const Corner first = cornerAt(i + 2);
@@ -286,6 +283,7 @@ private:
     const DrawList& plain_;
     const DocumentState& document_;
     const std::vector<std::vector<double>>& parts_;
+    bool ofCells_;
     BandTriangles triangles_;
     DrawList list_;
     Colour colour_{};
@@ -298,6 +296,9 @@ std::optional<PointValues> valuesToShow(const DocumentState& document) {
     const CColours& chosen = document.dialogs->colours;
     if (!chosen.isOn()) {
         return std::nullopt;
+    }
+    if (chosen.ofReport()) {
+        return reportValues(document, chosen.reportIndex());
     }
     return chosen.ofCompare() ? comparedValues(document) : fieldValues(document, chosen.fieldIndex());
 }

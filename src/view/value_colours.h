@@ -16,6 +16,7 @@ struct DocumentState;
 struct PointValues {
     std::string name;
     std::vector<std::vector<double>> parts;
+    bool ofCells = false; ///< of patches instead one for each cell, which has it all over
 };
 
 /// What the document's surface is to be coloured by; none when nothing is, or when there are no such values.

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <cmath>
+
 #include "SessionFixture.h"
 
 // Acts by number and the journal, as lines of a script.
@@ -107,6 +109,19 @@ protected:
         test::writeFileText(folder / "two.apt", aptText({test::flatPatch(4, 5), test::flatPatch(4, 5)}));
     }
     std::vector<std::string> journal() { return printed("journal").get<std::vector<std::string>>(); }
+
+    /// What a session of its own prints behind these lines.
+    Json again(const std::vector<std::string>& lines, const char* what = "patches") const {
+        EventRecorder heard;
+        BatchSession replay(heard, {folder.path(), {800, 600}, false});
+        std::int64_t at = 0;
+        for (const std::string& line : lines) {
+            EXPECT_EQ(replay.run(++at, line), Next::GoOn) << line << heard.events.back();
+        }
+        heard.events.clear();
+        replay.run(++at, std::string("print ") + what);
+        return heard.events.front().at("value");
+    }
 };
 
 TEST_F(JournalOfMisses, TheNumbersThatAClickBesideLeavesStandBeforeWhatComesNext) {
@@ -148,6 +163,37 @@ TEST_F(JournalOfMisses, WhatIsCapturedIsNotRenumbered) {
     EXPECT_THAT(errorOf("capture beside 1 3 4"), testing::HasSubstr("is outside of what is captured"));
 }
 
+TEST_F(JournalOfMisses, AFreePointThatIsMissedMovesTheCapturedPointThereToo) {
+    must("run line.inputSection section=2");
+    must("run point.capture");
+    must("capture point 1 2 1");
+    must("run point.free");
+    must("mouse down 3 3"); // of the corners of the plate the fourth section's are the upper ones
+    must("mouse up 3 3");
+    must("run point.edit x=9");
+    const Json patches = printed("patches");
+    ASSERT_EQ(journal()[4], "run point.free");
+    EXPECT_EQ(journal()[5], "capture beside 1 4 1");
+    EXPECT_EQ(patches[0][3][0][0], 9.0);
+    EXPECT_EQ(again(journal()), patches);
+}
+
+TEST_F(JournalOfMisses, WhatIsDoneWhileTheButtonIsDownOnAPointFindsItThere) {
+    must("run point.capture");
+    const Json at = printed("window 3 2 0");
+    const std::string place =
+        std::to_string(std::lround(at[0].get<double>())) + ' ' + std::to_string(std::lround(at[1].get<double>()));
+    must("mouse down " + place);
+    must("run buffer.addPoint");
+    EXPECT_EQ(journal(), (std::vector<std::string>{"open " + (folder / "plate.apt").string(), "run point.capture",
+                                                   "capture under 1 3 4", "run buffer.addPoint"}));
+    const Json buffer = printed("lineBuffer");
+    EXPECT_EQ(buffer, Json::parse("[[3.0, 2.0, 0.0]]"));
+    EXPECT_EQ(again(journal(), "lineBuffer"), buffer);
+    must("mouse up " + place);
+    EXPECT_EQ(journal().back(), "capture point 1 3 4");
+}
+
 TEST_F(JournalOfMisses, AValueThatALeftOutLineLeftIsSet) {
     must("run line.inputSection section=2");
     must("run line.exit");
@@ -179,6 +225,28 @@ TEST_F(JournalOfMisses, NumbersThatCameOfACaptureAreSetWhereNothingIsCaptured) {
     must("run line.inputLine");
     EXPECT_EQ(journal().back(), "run line.inputLine patch=2") << "a script would find patch 1";
     EXPECT_EQ(printed("state").at("capturedPatch"), 1);
+}
+
+TEST_F(ActLines, APointAndAFreePointThatBothWaitTakeOneClick) {
+    must("run line.inputLine line=2");
+    must("run point.capture");
+    must("run point.free");
+    must("capture point 1 3 4");
+    const Json state = printed("state");
+    EXPECT_EQ(state.at("pointCaptured"), true);
+    EXPECT_EQ(state.at("freePointHeld"), true);
+    EXPECT_THAT(printed("journal"),
+                testing::ElementsAre("open " + (folder / "plate.apt").string(), "run line.inputLine line=2",
+                                     "run point.capture", "run point.free", "capture point 1 3 4"));
+}
+
+TEST_F(ActLines, ACommandThatDropsTheSectionLeftByRebreakOfALineIsWritten) {
+    must("run line.inputLine line=2");
+    must("run line.rebreak");
+    ASSERT_EQ(printed("state").at("capturedSection"), 1) << "the number of the line";
+    must("run line.scaling"); // by 1: the points stay
+    ASSERT_EQ(printed("state").at("capturedSection"), -1);
+    EXPECT_EQ(printed("journal").back(), "run line.scaling");
 }
 
 // ---- A journal that saves, run again where it was made ----------------------------------------------------------------

@@ -25,6 +25,7 @@ const std::vector<Choice>& choices() {
         {"model.flip", {{"plane", {"1", "2", "3"}}, {"xPlane", {"1"}}, {"yPlane", {"2"}}}},
         {"model.smooth", {{"regime", {"1", "2"}}, {"function", {"1", "2", "3"}}}},
         {"model.compare", {{"target", {"1", "2", "3"}}}},
+        {"model.saveDistances", {{"file", {"walk.csv"}}}},
         {"model.turnRound", {}},
         {"model.convertation", {}},
         {"model.lastFirstSwitch", {{"kind", {"1", "2"}}}},
@@ -76,7 +77,8 @@ protected:
             for (const auto& [name, values] : choice.fields) {
                 if (pick(2) == 0) {
                     const std::string value = oneOf(values);
-                    line += std::string(" ") + name + '=' + (std::string(name) == "file" ? file(value) : value);
+                    line += std::string(" ") + name + '=';
+                    line += std::string(name) == "file" ? file(value) : value;
                 }
             }
             return line + (pick(8) == 0 ? " cancel=dialog" : "");
@@ -86,6 +88,14 @@ protected:
         const std::string id = command.id;
         const bool leaves = id == "file.exit" || id == "file.new" || id == "file.open" || id == "file.picture";
         return leaves ? "run line.exit" : "run " + id + (pick(3) == 0 ? " answer=yes" : "");
+    }
+
+    /// A word and numbers from 1 up to what `most` says. They are drawn in this order by every compiler.
+    std::string numbered(std::string line, std::initializer_list<int> most) {
+        for (const int each : most) {
+            line += ' ' + number(each);
+        }
+        return line;
     }
 
     std::vector<std::string> anything() {
@@ -99,11 +109,11 @@ protected:
             return {"mouse down " + at, "mouse move " + moved, "mouse up " + moved};
         }
         case 2:
-            return {"capture point " + number(3) + ' ' + number(4) + ' ' + number(5)};
+            return {numbered("capture point", {3, 4, 5})};
         case 3:
-            return {"capture section " + number(3) + ' ' + number(4), "capture line " + number(3) + ' ' + number(5)};
+            return {numbered("capture section", {3, 4}), numbered("capture line", {3, 5})};
         case 4:
-            return {"capture patch " + number(3)};
+            return {numbered("capture patch", {3})};
         case 5: {
             const auto armings = {"run point.capture", "run line.captureSection", "run line.captureLine",
                                   "run patch.capture", "run point.drag",          "run point.next",
@@ -111,7 +121,7 @@ protected:
             return {oneOf(std::vector<std::string>(armings.begin(), armings.end()))};
         }
         case 6:
-            return {"drag " + number(5) + ' ' + number(5) + " 0", "release"};
+            return {numbered("drag", {5, 5}) + " 0", "release"};
         default:
             return {runLine()};
         }
@@ -171,7 +181,7 @@ private:
 
     /// What the walk wrote is not there when it is done again.
     void forgetFiles() {
-        for (const char* name : {"walk.apt", "walk.skl", "three.skl"}) {
+        for (const char* name : {"walk.apt", "walk.skl", "walk.csv", "three.skl", "three.dat"}) {
             std::filesystem::remove(folder / name);
         }
     }
@@ -187,7 +197,7 @@ private:
         // What was looked at and said, and what the last click beside the model left, when nothing came behind it.
         for (const char* name :
              {"status", "leftButtonDown", "spinTimerOn", "capturedPoint", "capturedPatch", "capturedPointSection",
-              "pickedPoint", "capturedPointPos", "boxMin", "boxMax", "modelCenter", "modelRadius"}) {
+              "pointPicked", "pickedPoint", "capturedPointPos", "boxMin", "boxMax", "modelCenter", "modelRadius"}) {
             all["state"].erase(name);
         }
         return all;
@@ -199,17 +209,8 @@ private:
 TEST_F(JournalWalk, IsDoneAgainByItsJournal) {
     const char* extent = std::getenv("VELMORA_RELIABILITY");
     const unsigned walks = extent != nullptr && std::string(extent) == "long" ? 5000 : 150;
-    // Compilers draw the words of a line in different orders, so each has walks of its own. Clang's walk 24 leads to a
-    // journal without the "point.drag" before a captured point, which then waits for nothing: a fault that is open.
-#ifdef __clang__
-    constexpr unsigned openFault = 24;
-#else
-    constexpr unsigned openFault = 0;
-#endif
     for (unsigned seed = 1; seed <= walks; ++seed) {
-        if (seed != openFault) {
-            ASSERT_NO_FATAL_FAILURE(walk(seed));
-        }
+        ASSERT_NO_FATAL_FAILURE(walk(seed));
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Digest.h"
 #include "DocumentState.h"
 #include "RecordingUi.h"
 #include "arranged_capture.h"
@@ -40,6 +41,7 @@ struct State {
     int sftOpen = 0;
     int markersOpen = 0;
     int gridNamed = 0;
+    int compared = 0;
     int sectionNumber = 0; ///< 1: capturedSection is not negative
     int lineNumber = 0;
 };
@@ -74,6 +76,7 @@ const std::vector<Domain>& domains() {
         {"sftOpen", &State::sftOpen, 2},
         {"markersOpen", &State::markersOpen, 2},
         {"gridNamed", &State::gridNamed, 2},
+        {"compared", &State::compared, 2},
         {"capturedSection", &State::sectionNumber, 2},
         {"capturedLine", &State::lineNumber, 2},
     };
@@ -137,6 +140,7 @@ const std::map<std::string, Condition>& conditions() {
         {"not sftOpen", flag(&State::sftOpen, 0)},
         {"not markersOpen", flag(&State::markersOpen, 0)},
         {"not gridNamed", flag(&State::gridNamed, 0)},
+        {"nothing compared", flag(&State::compared, 0)},
         {"no section number", flag(&State::sectionNumber, 0)},
         {"no line number", flag(&State::lineNumber, 0)},
     };
@@ -170,6 +174,9 @@ void apply(const State& s, DocumentState& d) {
     d.sftOpen = s.sftOpen != 0;
     d.markersOpen = s.markersOpen != 0;
     d.gridNamed = s.gridNamed != 0;
+    d.feRegion.title = "a model"; // what was compared was not empty
+    d.foundComparison = s.compared != 0 ? std::optional(Comparison()) : std::nullopt;
+    d.comparedDigest = geometryDigest(d.patches, d.feRegion);
     d.capture.renumberSection(s.sectionNumber - 1);
     d.capture.renumberLine(s.lineNumber - 1);
 }

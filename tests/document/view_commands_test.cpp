@@ -125,6 +125,18 @@ TEST_F(ViewCommands, ColourByValueTellsWhyNothingIsSeenOfIt) {
     EXPECT_FALSE(doc.dialogs->colours.isOn());
 }
 
+TEST_F(ViewCommands, TheQualityOfCellsIsOfGridsAlone) {
+    doc.surfaceMode = true;
+    ui.dialogs = {{{"quantity", "6"}}, {{"quantity", "9"}}};
+    doc.structureKind = StructureKind::Unstructured;
+    call("view.colourByValue");
+    EXPECT_EQ(doc.status, "Triangles have no cells to show a value of");
+    doc.structureKind = StructureKind::Structured;
+    doc.status = "before";
+    call("view.colourByValue");
+    EXPECT_EQ(doc.status, "before");
+}
+
 TEST_F(ViewCommands, ColourByValueAsksForBandsAndRangeWhereTheyCount) {
     DialogForm form = describe(doc.dialogs->colours);
     openDialog(form);

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <numbers>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,8 +15,13 @@ namespace velmora::test {
 namespace {
 
 using testing::DoubleEq;
+using testing::DoubleNear;
+using testing::Each;
+using testing::ElementsAre;
 using testing::Eq;
+using testing::IsEmpty;
 using testing::Optional;
+using testing::SizeIs;
 
 PatchQuality qualityOf(const Patch& patch) {
     const ModelFaces model = modelFaces({patch}, {});
@@ -247,6 +253,53 @@ TEST(PatchQuality, WhatIsNoNumberIsPassedOver) {
     EXPECT_EQ(at(quality.largestStep.at), Place(0, 1));
     EXPECT_THAT(quality.warp.value, Optional(0.0));
     EXPECT_EQ(at(quality.warp.at), Place(0, 1));
+}
+
+// ---- Value by value -------------------------------------------------------------------------------------------------
+
+std::vector<double> valuesOf(GridValue kind, const Patch& patch) {
+    const Patch other = flatPatch(2, 2);
+    return gridValues(kind, patch, 1, modelFaces({other, patch}, {}));
+}
+
+TEST(GridValues, EachCellHasItsOwn) {
+    // Cells of 1, 3 and 1 by 2, then by 6.
+    EXPECT_THAT(valuesOf(GridValue::Aspect, stretched()), ElementsAre(2.0, 1.5, 2.0, 6.0, 2.0, 6.0));
+    EXPECT_THAT(valuesOf(GridValue::Skew, stretched()), Each(0.0));
+    // The upper corner leans over by as much as the cell is high: angles of 90, 135, 90 and 45 degrees.
+    Patch leaning = flatPatch(2, 3);
+    leaning[1][2].x = 3;
+    EXPECT_THAT(valuesOf(GridValue::Skew, leaning), ElementsAre(0.0, DoubleNear(0.5, 1e-15)));
+    // One corner is lifted out of the plane of the others: normals (0, 0, 1) and (1, -1, 1) over their length.
+    Patch lifted = flatPatch(2, 3);
+    lifted[0][2].z = 1;
+    const double degrees = std::acos(1.0 / std::sqrt(3.0)) * 180.0 / std::numbers::pi;
+    EXPECT_THAT(valuesOf(GridValue::Warp, lifted), ElementsAre(0.0, DoubleNear(degrees, 1e-12)));
+}
+
+TEST(GridValues, ACellWithoutAValueIsNoNumber) {
+    Patch patch = flatPatch(2, 3);
+    patch[0][2] = patch[1][2] = {1, 0, 0}; // with (1, 0) the second cell has two points only
+    for (const GridValue kind : {GridValue::Aspect, GridValue::Skew, GridValue::Warp}) {
+        const auto values = valuesOf(kind, patch);
+        ASSERT_THAT(values, SizeIs(2));
+        EXPECT_FALSE(std::isnan(values[0]));
+        EXPECT_TRUE(std::isnan(values[1]));
+    }
+    EXPECT_THAT(valuesOf(GridValue::Aspect, {{{0, 0, 0}, {1, 0, 0}}, {{0, 1, 0}}}), IsEmpty()) << "no grid, no cells";
+}
+
+TEST(GridValues, GrowthIsTheLargerOneOfSectionAndLine) {
+    // Along sections 1, 3, 1 (growth 3 at both inner points), along lines 2, 6 (3 at the inner section).
+    EXPECT_THAT(valuesOf(GridValue::Growth, stretched()), ElementsAre(1, 3, 3, 1, 3, 3, 3, 3, 1, 3, 3, 1));
+    Patch steeper = stretched();
+    for (zVec<double>& point : steeper[2]) {
+        point.y = 10; // 2, 8 along the lines
+    }
+    EXPECT_THAT(valuesOf(GridValue::Growth, steeper), ElementsAre(1, 3, 3, 1, 4, 4, 4, 4, 1, 3, 3, 1));
+    EXPECT_THAT(valuesOf(GridValue::Growth, {{{0, 0, 0}, {1, 0, 0}, {3, 0, 0}}, {{0, 1, 0}, {1, 1, 0}}}),
+                ElementsAre(1, 2, 1, 1, 1))
+        << "lines are of grids alone";
 }
 
 } // namespace velmora::test

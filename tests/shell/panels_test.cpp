@@ -111,16 +111,33 @@ TEST(JournalPanel, AScriptAnswersInThePlaceOfThePerson) {
     const FlatDesk desk;
     FrameRig rig(desk.model);
     const TemporaryFolder folder;
-    writeFileText(folder / "a.script", "run file.open answer=yes file=" + desk.model.string() +
-                                           "\nrun line.inputSection section=2\nquit answer=no\n");
-    rig.person.at("messageBox", [](QWidget& box) {
-        EXPECT_THAT(plainBytes(dynamic_cast<QMessageBox&>(box).text()), HasSubstr("does not leave the program"));
-        dynamic_cast<QDialog&>(box).accept();
-    });
+    writeFileText(folder / "a.script",
+                  "run file.open answer=yes file=" + desk.model.string() + "\nrun line.inputSection section=2\n");
     rig.frame.runScript(folder / "a.script");
     EXPECT_EQ(rig.doc().capture->capturedSection, 1);
     rig.person.atDialog("CBlockMove", {{"deltaX", "1"}});
     rig.run("model.move"); // the person is asked again
+    EXPECT_TRUE(rig.person.isDone());
+}
+
+TEST(JournalPanel, AScriptLeavesAsTheWindowWould) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    rig.frame.show();
+    const TemporaryFolder folder;
+    writeFileText(folder / "unanswered.script", "run model.move deltaX=1\nquit\nrun model.move deltaX=1\n");
+    rig.person.at("messageBox", [](QWidget& box) {
+        EXPECT_THAT(plainBytes(dynamic_cast<QMessageBox&>(box).text()),
+                    HasSubstr("line 2: quit\n\nthe question \"Save data before exit\" has no answer"));
+        dynamic_cast<QDialog&>(box).accept();
+    });
+    rig.frame.runScript(folder / "unanswered.script");
+    EXPECT_FALSE(rig.frame.isHidden());
+    const double moved = rig.doc().patches[0][0][0].x;
+    writeFileText(folder / "leave.script", "run file.exit answer=no\nrun model.move deltaX=1\n");
+    rig.frame.runScript(folder / "leave.script");
+    EXPECT_TRUE(rig.frame.isHidden());
+    EXPECT_EQ(rig.doc().patches[0][0][0].x, moved) << "nothing is done behind it";
     EXPECT_TRUE(rig.person.isDone());
 }
 

@@ -259,6 +259,53 @@ TEST(ValuesToShow, OfAFieldHaveTheNameOfItsVariable) {
     EXPECT_FALSE(valuesToShow(rig.doc).has_value()) << "not of the model's shape";
 }
 
+// Three cells in a row, 1, 3 and 1 long and 1 high, then the same 2 high: each is filled by its own value.
+TEST(ColourByValue, ACellHasOneValueAllOver) {
+    Patch patch = flatPatch(3, 4);
+    const double x[] = {0, 1, 4, 5};
+    for (std::size_t n = 0; n < 3; ++n) {
+        for (std::size_t m = 0; m < 4; ++m) {
+            patch[n][m] = {x[m], n < 2 ? static_cast<double>(n) : 3.0, 0};
+        }
+    }
+    const DrawRig rig({patch});
+    const ValueScale scale(0.0, 6.0, 6);
+    ColouredValues values = shown({{0.5, 1.5, 2.5, 3.5, 4.5, 5.5}}, scale);
+    values.values.ofCells = true;
+    const DrawList list = colouredSurface(rig.doc, 2, values);
+    EXPECT_THAT(areas(list),
+                ElementsAre(Pair(scale.colourOf(0), 1.0), Pair(scale.colourOf(1), 3.0), Pair(scale.colourOf(2), 1.0),
+                            Pair(scale.colourOf(3), 2.0), Pair(scale.colourOf(4), 6.0), Pair(scale.colourOf(5), 2.0)));
+    // The colour of a triangle is that of the cell in which its centre lies.
+    for (const DrawBatch& batch : list.batches) {
+        for (std::size_t i = 0; i < batch.vertexCount; i += 3) {
+            const zVec<double>* const p = &list.vertices[batch.firstVertex + i];
+            const zVec<double> centre = (p[0] + p[1] + p[2]) * (1.0 / 3.0);
+            const int cell = (centre.x < 1 ? 0 : centre.x < 4 ? 1 : 2) + (centre.y < 1 ? 0 : 3);
+            EXPECT_EQ(batch.colour, scale.colourOf(cell));
+        }
+    }
+}
+
+TEST(ValuesToShow, OfTheReport) {
+    DrawRig rig({square(0), square(1)});
+    rig.doc.patches[1][1][1].x = 3;
+    CColours& chosen = rig.doc.dialogs->colours;
+    const std::vector<std::string> names = {"Aspect", "Skew", "Warp, degrees", "Growth"};
+    for (std::int32_t i = 0; i < 4; ++i) {
+        chosen.quantity = CColours::firstOfReport + i;
+        const auto values = valuesToShow(rig.doc);
+        ASSERT_TRUE(values.has_value());
+        EXPECT_EQ(values->name, names[static_cast<std::size_t>(i)]);
+        EXPECT_EQ(values->ofCells, i < 3);
+        EXPECT_THAT(values->parts, ElementsAre(SizeIs(i < 3 ? 1 : 4), SizeIs(i < 3 ? 1 : 4)));
+    }
+    chosen.quantity = CColours::firstOfReport;
+    EXPECT_THAT(valuesToShow(rig.doc)->parts, ElementsAre(ElementsAre(1.0), ElementsAre(2.0)));
+    rig.doc.structureKind = StructureKind::Unstructured;
+    EXPECT_FALSE(valuesToShow(rig.doc).has_value());
+}
+
 TEST(ColouredView, ShowsALegendWithTheSurface) {
     ViewRig rig;
     rig.show({square(0)});

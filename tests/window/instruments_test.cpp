@@ -155,18 +155,25 @@ void compareWithTheOriginal(WindowDriver& person, const std::filesystem::path& o
     }));
 }
 
+void saveDistances(WindowDriver& person, const std::filesystem::path& table) {
+    person.choose({"Transformations", "Save distances..."});
+    choosePath(person, table);
+}
+
 TEST(Instruments, OneWingFromTheReportToTheJournal) {
     const Desk desk;
     const Desk original;
     const auto picture = desk.folder / "wing.png";
     const auto journal = desk.folder / "wing.script";
     const auto saved = desk.folder / "fine.apt";
+    const auto table = desk.folder / "distances.csv";
     runProgram({desk.model.string()}, [&](WindowDriver& person) {
         person.waitForFrame();
         lookAtTheReport(person);
         plotASection(person);
         spaceItAnew(person);
         compareWithTheOriginal(person, original.model);
+        saveDistances(person, table);
         measureTheSection(person);
         savePictures(person, picture);
         person.choose({"File", "Save As..."});
@@ -175,14 +182,55 @@ TEST(Instruments, OneWingFromTheReportToTheJournal) {
         ASSERT_TRUE(person.waitFor([] { return dock("options.journal")->isVisible(); }));
         clickButton(person, "options.journal", "save");
         choosePath(person, journal);
-        EXPECT_EQ(linesOf(person, "options.journal").size(), 5);
+        EXPECT_EQ(linesOf(person, "options.journal").size(), 6);
     });
     const std::string bytes = fileText(saved);
+    const std::string rows = fileText(table);
     ASSERT_FALSE(bytes.empty());
+    ASSERT_FALSE(rows.empty());
     std::filesystem::remove(saved);
+    std::filesystem::remove(table);
     const ProcessResult run = runProcess({VELMORA_BATCH, journal.string()}, desk.folder.path());
     EXPECT_EQ(run.status, 0) << fileText(journal) << run.errors;
     EXPECT_EQ(fileText(saved), bytes);
+    EXPECT_EQ(fileText(table), rows);
+}
+
+// ---- Scripts that leave ----------------------------------------------------------------------------------------------
+
+/// Runs the program with a script that moves the model and then says `last`; gives its status.
+int runScriptWithEnd(const Desk& desk, const std::string& last, const std::function<void(WindowDriver&)>& person) {
+    const auto script = desk.folder / "leave.script";
+    writeFileText(script, "open \"" + desk.model.string() + "\"\nrun model.move deltaX=1\npicture \"" +
+                              (desk.folder / "moved.png").string() + "\"\n" + last + "\nrun model.move deltaX=1\n");
+    return runProgram({"--no-rescue", "--run", script.string()}, person);
+}
+
+TEST(Instruments, AScriptThatLeavesEndsTheProgram) {
+    for (const char* last : {"quit answer=no", "run file.exit answer=no"}) {
+        const Desk desk;
+        const std::string before = fileText(desk.model);
+        EXPECT_EQ(runScriptWithEnd(desk, last, [](WindowDriver& person) { EXPECT_TRUE(person.waitForEnd()); }), 0);
+        EXPECT_FALSE(QImage(QString::fromStdString((desk.folder / "moved.png").string())).isNull());
+        EXPECT_EQ(fileText(desk.model), before) << last;
+    }
+    const Desk desk;
+    const std::string before = fileText(desk.model);
+    EXPECT_EQ(runScriptWithEnd(desk, "quit answer=yes", [](WindowDriver& person) { EXPECT_TRUE(person.waitForEnd()); }),
+              0);
+    EXPECT_NE(fileText(desk.model), before) << "it was saved";
+}
+
+TEST(Instruments, AScriptDoesNotLeaveByAQuestionWithoutAnAnswer) {
+    const Desk desk;
+    runScriptWithEnd(desk, "quit", [](WindowDriver& person) {
+        person.waitForBox(QStringLiteral("messageBox"));
+        EXPECT_TRUE(person.boxText().startsWith(QStringLiteral("The script ended at line 4: quit\n\nthe question ")))
+            << person.boxText().toStdString();
+        person.key("Return");
+        ASSERT_TRUE(person.waitForNoBox());
+        EXPECT_TRUE(person.ask([] { return WindowDriver::frame().state().documentModified; }));
+    });
 }
 
 } // namespace

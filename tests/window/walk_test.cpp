@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QCheckBox>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
@@ -182,6 +183,18 @@ const std::vector<DialogRow>& dialogRows() {
          "",
          "Down",
          [](Doc d) { return d.dialogs->colours.quantity == 2; }},
+        {"CPicture",
+         "file.picture",
+         {"File"},
+         nothing,
+         "",
+         "width",
+         "0",
+         "320",
+         [](Doc d) {
+             std::filesystem::path file = d.modelFile.chosenPath;
+             return QImage(QString::fromStdString(file.replace_extension("png").string())).width() == 320;
+         }},
         {"CFeatures",
          "view.features",
          {"Options"},
@@ -403,7 +416,8 @@ void expectRefused(WindowDriver& person, const DialogRow& row) {
     EXPECT_EQ(person.ask([] { return QApplication::focusWidget()->objectName(); }), QString::fromLatin1(row.field));
 }
 
-/// Return on boxes that come behind the dialog, until the frame has the word again: their first answer goes on.
+/// Return on what comes behind the dialog, until the frame has the word again: the first answer of a box goes on, and a
+/// chooser takes what it proposes.
 void closeBoxes(WindowDriver& person) {
     enum class State { Waiting, Box, Frame };
     for (int i = 0; i < 100; ++i) {
@@ -413,8 +427,9 @@ void closeBoxes(WindowDriver& person) {
             if (modal == nullptr) {
                 return WindowDriver::frame().isActiveWindow() ? State::Frame : State::Waiting;
             }
-            return modal->isActiveWindow() && modal->objectName().endsWith(QStringLiteral("Box")) ? State::Box
-                                                                                                  : State::Waiting;
+            const QString name = modal->objectName();
+            const bool goesOn = name.endsWith(QStringLiteral("Box")) || name == QStringLiteral("fileChooser");
+            return modal->isActiveWindow() && goesOn ? State::Box : State::Waiting;
         });
         if (state == State::Frame) {
             return;

@@ -371,20 +371,20 @@ void tellPoint(VelmoraDoc& doc) {
                                .point = now.capturedPoint});
 }
 
+/// A point and a free point that both wait take the same one: it is one click, and one act.
 void takePointAtRelease(VelmoraDoc& doc) {
-    if (doc.capture->pointCaptureArmed) {
-        const bool taken = doc.capture.releasePoint();
-        doc.ShowStatus(taken ? doc.capture->pointContinueStatus : doc.capture->dragPrompt);
-        if (taken) {
-            tellPoint(doc);
-        }
+    const bool waits = doc.capture->pointCaptureArmed;
+    const bool waitsFree = doc.capture->freePointArmed;
+    if (!waits && !waitsFree) {
+        return;
     }
-    if (doc.capture->freePointArmed) {
-        const bool taken = doc.capture.releaseFreePoint();
-        doc.ShowStatus(taken ? doc.capture->pointContinueStatus : doc.capture->dragPrompt);
-        if (taken) {
-            tellPoint(doc);
-        }
+    const bool taken = waits && doc.capture.releasePoint();
+    const bool takenFree = waitsFree && doc.capture.releaseFreePoint();
+    if (taken || takenFree) {
+        doc.ShowStatus(doc.capture->pointContinueStatus);
+        tellPoint(doc);
+    } else {
+        doc.ShowStatus(doc.capture->dragPrompt);
     }
 }
 

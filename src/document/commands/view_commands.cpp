@@ -40,8 +40,11 @@ std::string whyWithoutColours(const VelmoraDoc& doc) {
     if (chosen.ofCompare() && doc.comparison() == nullptr) {
         return "No distances to show: Compare was not run on this geometry";
     }
-    if (!chosen.ofCompare() && (!doc.fieldLoaded || chosen.fieldIndex() >= doc.fieldCount)) {
+    if (chosen.ofField() && (!doc.fieldLoaded || chosen.fieldIndex() >= doc.fieldCount)) {
         return "The model has no such field value";
+    }
+    if (chosen.ofReport() && doc.structureKind != StructureKind::Structured) {
+        return "Triangles have no cells to show a value of";
     }
     return doc.surfaceMode ? "" : "Colours show with Surface on";
 }
@@ -99,7 +102,7 @@ std::span<const Command> viewCommands() {
          .places = {{View, 440}, {GeneralBar, 840}}},
         {.id = "view.colourByValue",
          .menuText = "Co&lour by Value...",
-         .statusText = "Show the distances of Compare or a field value as colours on the surface",
+         .statusText = "Show distances of Compare, a field value or the quality of cells as colours on the surface",
          .run = &ColourByValue,
          .off = emptyModel,
          .places = {{View, 540}}},

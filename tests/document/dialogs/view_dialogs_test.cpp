@@ -37,7 +37,7 @@ TEST(DialogFields, OfColourByValue) {
         linesOf("CColours"),
         ElementsAre("Colour by value",
                     "quantity |  | radio | 1 | \"None\" \"Distance of Compare\" \"Field value 1\" \"Field value "
-                    "2\" \"Field value 3\"",
+                    "2\" \"Field value 3\" \"Aspect of cells\" \"Skew of cells\" \"Warp of cells\" \"Growth of steps\"",
                     "bands | Bands | int | 10 | 2 to 20", "automatic | Range of the values | check | 1",
                     "least | From | real | 0 | any", "most | To | real | 1 | any"));
 }

@@ -49,6 +49,8 @@ private:
     bool readFacets(TextStream& input);
     bool readFacet(TextStream& input);
     void takeFacet();
+    void makeRoom(const TextStream& input);
+    void trimRoom();
     bool countCapitals(std::string_view word);
     void noteBinary(TextStream& input);
     void countBinary(TextStream& input);
@@ -58,7 +60,9 @@ private:
 
     std::size_t blockSize_;
     VertexList vertices_;                        // of the solid being read
-    std::vector<Triangle> faces_;                // of the solid being read
+    std::vector<std::int32_t> connectivity_;     // of the solid being read
+    std::int64_t solidBegin_ = 0;                // where in the file it begins
+    std::vector<Triangle> faces_;                // of the facet being read
     std::vector<std::array<double, 3>> corners_; // of the facet being read
     Polygon polygon_;
 

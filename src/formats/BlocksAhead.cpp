@@ -1,54 +1,38 @@
 #include "BlocksAhead.h"
 
 #include <cerrno>
-#include <charconv>
 #include <exception>
 #include <limits>
 #include <new>
-#include <system_error>
 
 #include <sys/types.h>
 #include <unistd.h>
 
 #include "characters.h"
+#include "plain_decimal.h"
 
 namespace velmora {
 
 namespace {
 
-/// Most whole numbers have few digits, and white space behind them. Gives the length of the number, 0 for another one.
-std::size_t convertFewDigits(const char* begin, const char* text, std::vector<NumberAhead>& numbers) {
-    constexpr int mostDigits = 9;
-    const bool negative = *begin == '-';
-    const char* const firstDigit = begin + (isSign(*begin) ? 1 : 0);
-    const char* p = firstDigit;
-    std::int32_t magnitude = 0;
-    for (; isDigit(*p) && p - firstDigit < mostDigits; ++p) {
-        magnitude = 10 * magnitude + (*p - '0');
-    }
-    if (p == firstDigit || !isSpace(*p)) {
-        return 0;
-    }
-    const double value = negative ? -static_cast<double>(magnitude) : magnitude;
-    numbers.push_back({value, static_cast<std::uint32_t>(begin - text), static_cast<std::uint16_t>(p - begin), true});
-    return numbers.back().length;
-}
-
-/// A word that begins like a number; gives how much of it is one.
+/// A word that begins like a number; gives how much of it is one. Most whole numbers have few digits.
 std::size_t convertNumber(const char* begin, const char* text, const char* end, std::vector<NumberAhead>& numbers) {
-    if (const std::size_t length = convertFewDigits(begin, text, numbers)) {
-        return length;
+    const auto add = [&](double value, const char* stop, bool whole) {
+        numbers.push_back(
+            {value, static_cast<std::uint32_t>(begin - text), static_cast<std::uint16_t>(stop - begin), whole});
+        return numbers.back().length;
+    };
+    std::int32_t magnitude = 0;
+    if (const char* const stop = convertFewDigits(begin + static_cast<int>(isSign(*begin)), magnitude)) {
+        // Of zeros the negative one keeps its sign as a real number.
+        return add(*begin == '-' ? -static_cast<double>(magnitude) : magnitude, stop, true);
     }
     double value = 0.0;
-    const auto [stop, error] = std::from_chars(begin + (*begin == '+' ? 1 : 0), end, value);
-    // At the end of the block the token may go on; at an exponent mark it does go on, wrongly.
-    if (error != std::errc{} || stop == end || isExponentMark(*stop) ||
-        stop - begin > std::numeric_limits<std::uint16_t>::max()) {
+    const char* const stop = convertDecimal(begin + static_cast<int>(*begin == '+'), end, value);
+    if (stop == nullptr || stop - begin > std::numeric_limits<std::uint16_t>::max()) {
         return 0;
     }
-    numbers.push_back(
-        {value, static_cast<std::uint32_t>(begin - text), static_cast<std::uint16_t>(stop - begin), false});
-    return numbers.back().length;
+    return add(value, stop, false);
 }
 
 constexpr std::uint32_t behindAll = std::numeric_limits<std::uint32_t>::max();

@@ -16,7 +16,7 @@ class NumberReader {
 public:
     static constexpr std::size_t defaultBlockSize = TextStream::defaultBlockSize;
     /// The longest line that is taken, line feed not counted.
-    static constexpr std::size_t lineLimit = 254;
+    static constexpr std::size_t lineLimit = TextStream::shortLine;
 
     /// Opens `path`, see TextStream.
     explicit NumberReader(const std::filesystem::path& path, std::size_t blockSize = defaultBlockSize)
@@ -41,6 +41,7 @@ public:
 
     /// Takes a floating-point number, see TextStream.
     bool readDouble(double& value) { return stream_.readDouble(value); }
+    bool readDoubles(double* values, std::size_t count) { return stream_.readDoubles(values, count); }
 
     /// Takes the rest of the line with its line feed; the text without it goes to `line`. The last line need not
     /// have a line feed. Fails when nothing is left in the file, and on a line of more than `lineLimit` characters,
@@ -53,9 +54,13 @@ public:
 
     /// Passes over `count` lines; a count of zero or less always succeeds.
     bool skipLines(std::int64_t count) {
-        while (count > 0 && skipLine()) {
-            --count;
-            ++linesSkipped_;
+        bool whole = true;
+        while (count > 0 && whole) {
+            const std::int64_t atOnce = stream_.skipShortLines(count);
+            whole = atOnce > 0 || skipLine();
+            const std::int64_t lines = atOnce > 0 ? atOnce : static_cast<std::int64_t>(whole);
+            count -= lines;
+            linesSkipped_ += lines;
         }
         return count <= 0;
     }

@@ -11,6 +11,8 @@
 
 namespace velmora {
 
+class NumberPortions;
+
 /// How a stream writes floating-point numbers.
 enum class NumberNotation {
     Scientific, ///< with the flag `scientific`: the precision counts digits behind the point
@@ -18,7 +20,8 @@ enum class NumberNotation {
 };
 
 /// Writes numbers as a stream in the C locale with the given notation and precision writes them, in blocks. What a
-/// failed block leaves unwritten is lost; the file knows of the failure and flush() tells it.
+/// failed block leaves unwritten is lost; the file knows of the failure and flush() tells it. Behind the first block of
+/// a long text several threads write the numbers, which changes nothing but the time.
 class NumberWriter {
 public:
     static constexpr std::size_t defaultBlockSize = std::size_t{1} << 20;
@@ -28,6 +31,9 @@ public:
     /// A negative precision means 6, and with General 0 means 1. `file` must outlive the writer.
     NumberWriter(SafeFile& file, int precision, NumberNotation notation = NumberNotation::Scientific,
                  std::size_t blockSize = defaultBlockSize);
+    ~NumberWriter();
+    NumberWriter(const NumberWriter&) = delete;
+    NumberWriter& operator=(const NumberWriter&) = delete;
 
     /// From now on reports progress with each block: the part of about `numbers` numbers that has been written, 0 to 1.
     void reportTo(ReportProgress report, std::int64_t numbers);
@@ -44,6 +50,8 @@ public:
 
 private:
     void makeRoom(std::size_t size);
+    void blockIsFull();
+    void beginPortions();
     void reportWritten();
 
     SafeFile& file_;
@@ -52,6 +60,9 @@ private:
     std::unique_ptr<char[]> block_;
     char* cursor_;
     char* end_;
+    std::unique_ptr<NumberPortions> portions_; ///< once several threads write; the block is empty then
+    bool mayUseThreads_ = true;
+    std::size_t written_ = 0; ///< bytes, by one thread
     ReportProgress report_;
     std::int64_t numbersExpected_ = 0;
     std::int64_t numbersWritten_ = 0;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <cstring>
 #include <utility>
 
@@ -13,6 +12,7 @@
 #include "BlocksAhead.h"
 #include "characters.h"
 #include "parallel.h"
+#include "plain_decimal.h"
 
 namespace velmora {
 
@@ -296,11 +296,8 @@ bool TextStream::readInt(std::int32_t& value) {
         value = static_cast<std::int32_t>(found->value);
         return true;
     }
-    start += *start == '+' && isDigit(start[1]) ? 1 : 0;
     std::int32_t number = 0;
-    const auto [stop, error] = std::from_chars(start, end_, number);
-    // At the end of the block the number may go on.
-    if (error == std::errc{} && stop != end_ && good()) {
+    if (const char* const stop = convertFewDigits(start, number); stop != nullptr && good()) {
         cursor_ = stop;
         value = number;
         return true;
@@ -342,12 +339,11 @@ bool TextStream::readDouble(double& value) {
         value = found->value;
         return true;
     }
-    const char* const firstDigit = start + (isSign(*start) ? 1 : 0);
+    const char* const firstDigit = start + static_cast<int>(isSign(*start));
     if (isDigit(*firstDigit) || *firstDigit == '.') {
         double number = 0.0;
-        const auto [stop, error] = std::from_chars(start + (*start == '+' ? 1 : 0), end_, number);
-        // At the end of the block the token may go on; at an exponent mark it does go on, wrongly.
-        if (error == std::errc{} && stop != end_ && !isExponentMark(*stop) && good()) {
+        const char* const stop = convertDecimal(start + static_cast<int>(*start == '+'), end_, number);
+        if (stop != nullptr && good()) {
             cursor_ = stop;
             if (*stop > ' ' && beginsNumber(*stop)) {
                 noteJoined();
@@ -357,6 +353,58 @@ bool TextStream::readDouble(double& value) {
         }
     }
     return readDoubleSlowly(value);
+}
+
+// As long as numbers are plain and white space follows each of them, nothing else is to be looked at.
+std::size_t TextStream::readPlainDoubles(double* values, std::size_t count) {
+    const char* p = cursor_;
+    std::size_t taken = 0;
+    for (; taken < count; ++taken) {
+        while (isSpace(*p)) { // the NUL behind the block stops it
+            ++p;
+        }
+        double number = 0.0;
+        const char* const stop = convertPlainDecimal(p, end_, number);
+        if (stop == nullptr || !isSpace(*stop)) {
+            break;
+        }
+        values[taken] = number;
+        p = stop;
+    }
+    cursor_ = p;
+    return taken;
+}
+
+// The same of numbers that were converted ahead.
+std::size_t TextStream::readDoublesAhead(double* values, std::size_t count) {
+    const char* p = cursor_;
+    std::size_t taken = 0;
+    for (; taken < count; ++taken) {
+        while (isSpace(*p)) {
+            ++p;
+        }
+        const NumberAhead* const found = ahead_->at(static_cast<std::size_t>(p - block_.get()));
+        if (found == nullptr || !isSpace(p[found->length])) {
+            break;
+        }
+        values[taken] = found->value;
+        p += found->length;
+    }
+    cursor_ = p;
+    return taken;
+}
+
+bool TextStream::readDoubles(double* values, std::size_t count) {
+    std::size_t taken = 0;
+    if (good() && ahead_ != nullptr) {
+        taken = readDoublesAhead(values, count);
+    } else if (good() && !mayReadAhead_) {
+        taken = readPlainDoubles(values, count);
+    }
+    while (taken < count && readDouble(values[taken])) {
+        ++taken;
+    }
+    return taken == count;
 }
 
 bool TextStream::readDoubleSlowly(double& value) {
@@ -422,6 +470,29 @@ void TextStream::collectDouble() {
 bool TextStream::getline(std::string& line, std::size_t limit) {
     line.clear();
     return takeLine(&line, limit);
+}
+
+std::int64_t TextStream::skipShortLines(std::int64_t most) {
+    // Where a line feed stands in each of such pieces, no line is longer than two of them less two characters.
+    constexpr std::ptrdiff_t piece = shortLine / 2 + 1;
+    std::int64_t lines = 0;
+    const char* p = cursor_;
+    while (good() && end_ - p >= piece) {
+        std::uint8_t feeds = 0;
+        for (std::ptrdiff_t i = 0; i < piece; ++i) {
+            feeds = static_cast<std::uint8_t>(feeds + (p[i] == '\n' ? 1 : 0));
+        }
+        if (feeds == 0 || feeds > most - lines) {
+            break;
+        }
+        lines += feeds;
+        p += piece;
+    }
+    while (p != cursor_ && p[-1] != '\n') {
+        --p;
+    }
+    cursor_ = p;
+    return lines;
 }
 
 bool TextStream::skipLine(std::size_t limit) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -16,10 +17,15 @@ namespace velmora {
 
 /// What the text formats of patches share: points, the choice of patches, saving.
 
-/// Takes x, y, z. False, with `point` partly changed, when one of them cannot be read.
+/// Takes x, y, z. False, with `point` as it was, when one of them cannot be read.
 template <class Reader>
 bool readPoint(Reader& reader, zVec<double>& point) {
-    return reader.readDouble(point.x) && reader.readDouble(point.y) && reader.readDouble(point.z);
+    std::array<double, 3> values{};
+    const bool read = reader.readDoubles(values.data(), values.size());
+    if (read) {
+        point = {values[0], values[1], values[2]};
+    }
+    return read;
 }
 
 /// Writes x, blank, y, blank, z, line feed.

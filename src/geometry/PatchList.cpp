@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "regularity.h"
+
 namespace velmora {
 
 std::int64_t pointTotal(const PatchList& list) {
@@ -41,22 +43,45 @@ void patchBounds(const PatchList& list, zVec<double>& lower, zVec<double>& upper
     }
 }
 
+namespace {
+
+Regularity regularityOf(const Patch& patch) {
+    const bool irregular = std::any_of(patch.begin(), patch.end(), [&patch](const PointList& section) {
+        return patch.size() < 2 || section.size() != patch.front().size();
+    });
+    return irregular ? Regularity::Irregular : patch.empty() ? Regularity::Undecided : Regularity::Regular;
+}
+
+/// Takes one patch more; false when that decides.
+bool goesOn(const Patch& patch, Regularity& result) {
+    const Regularity ofPatch = regularityOf(patch);
+    result = ofPatch == Regularity::Undecided ? result : ofPatch;
+    return ofPatch != Regularity::Irregular;
+}
+
+} // namespace
+
 Regularity regularityOf(const PatchList& list, bool* sawRegular) {
     Regularity result = Regularity::Undecided;
-    if (sawRegular != nullptr) {
-        *sawRegular = false;
-    }
+    bool saw = false;
     for (const Patch& patch : list) {
-        for (const PointList& section : patch) {
-            if (patch.size() < 2 || section.size() != patch.front().size()) {
-                return Regularity::Irregular;
-            }
+        const bool more = goesOn(patch, result);
+        saw = saw || result == Regularity::Regular;
+        if (!more) {
+            break;
         }
-        if (!patch.empty()) {
-            result = Regularity::Regular;
-            if (sawRegular != nullptr) {
-                *sawRegular = true;
-            }
+    }
+    if (sawRegular != nullptr) {
+        *sawRegular = saw;
+    }
+    return result;
+}
+
+Regularity regularityOfChosen(const PatchList& list, std::span<const std::int32_t> chosen) {
+    Regularity result = Regularity::Undecided;
+    for (const std::int32_t patch : chosen) {
+        if (!goesOn(list[static_cast<std::size_t>(patch)], result)) {
+            break;
         }
     }
     return result;

@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "large_memory.h"
 #include "tecplot_unit.h"
 #include "zExceptions.h"
 
@@ -167,21 +168,21 @@ std::vector<TecplotZoneData::Field> TecplotZoneData::readFields(std::int64_t poi
 void TecplotZoneData::readPoints(const std::vector<Values*>& targets, std::int64_t points) {
     for (Values* const target : targets) {
         if (target != nullptr) {
-            target->reserve(room(points, targets.size()));
+            reserveLarge(*target, room(points, targets.size()));
         }
     }
     // A point without numbers is no read, but the state of the stream is looked at behind it.
     if (targets.empty() && points > 0 && stream_.fail()) {
         raise(__LINE__);
     }
-    double value = 0.0;
+    std::vector<double> row(targets.size());
     for (std::int64_t point = 0; !targets.empty() && point < points; ++point) {
-        for (Values* const target : targets) {
-            if (!stream_.readDouble(value)) {
-                raise(__LINE__);
-            }
-            if (target != nullptr) {
-                target->push_back(value);
+        if (!stream_.readDoubles(row.data(), row.size())) {
+            raise(__LINE__);
+        }
+        for (std::size_t place = 0; place < row.size(); ++place) {
+            if (targets[place] != nullptr) {
+                targets[place]->push_back(row[place]);
             }
         }
     }
@@ -191,7 +192,7 @@ void TecplotZoneData::readBlocks(const std::vector<Values*>& targets, std::int64
     double value = 0.0;
     for (Values* const target : targets) {
         if (target != nullptr) {
-            target->reserve(room(points, 1));
+            reserveLarge(*target, room(points, 1));
         }
         for (std::int64_t point = 0; point < points; ++point) {
             if (!stream_.readDouble(value)) {
@@ -219,7 +220,7 @@ std::vector<std::int32_t> TecplotZoneData::readElements() {
     std::vector<std::int32_t> corners(static_cast<std::size_t>(cornersPerElement(header.type)));
     std::vector<std::int32_t> connectivity;
     const std::size_t trianglesEach = corners.size() - 2;
-    connectivity.reserve(room(header.elements, corners.size()) * trianglesEach * entriesPerTriangle);
+    reserveLarge(connectivity, room(header.elements, corners.size()) * trianglesEach * entriesPerTriangle);
     for (std::int32_t element = 0; element < header.elements; ++element) {
         bool exist = true;
         for (std::int32_t& corner : corners) {

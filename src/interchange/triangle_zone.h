@@ -15,6 +15,9 @@ namespace velmora {
 /// those of vertices. Null when the counts have no room in a zone or memory is short.
 std::unique_ptr<zBlock_fe> makeTriangleZone(VertexList&& vertices, const std::vector<Triangle>& triangles,
                                             const std::string& title);
+/// The same with the rows of the zone's connectivity: three numbers and -1 for each triangle.
+std::unique_ptr<zBlock_fe> makeTriangleZone(VertexList&& vertices, std::vector<std::int32_t>&& connectivity,
+                                            const std::string& title);
 
 /// Whether a field has a value for each of the zone's nodes.
 bool coversNodes(const zArray<double>& variable, const zBlock_fe& zone);

@@ -9,6 +9,7 @@
 
 #include "SafeFile.h"
 #include "format_outcome.h"
+#include "large_memory.h"
 #include "patch_text.h"
 #include "triangle_zone.h"
 #include "vectors.h"
@@ -26,6 +27,8 @@ constexpr std::int64_t numbersOfFacet = 12;
 /// Bytes of the binary form: what stands before the facets of a solid, and one of them.
 constexpr std::size_t binaryHeader = 84;
 constexpr std::int64_t binaryFacet = 50;
+/// So many facets of a solid tell how long the others will be.
+constexpr std::int64_t facetsBeforeRoom = 16'384;
 
 std::int64_t elementCount(const zRegion_fe& region) {
     std::int64_t elements = 0;
@@ -36,7 +39,7 @@ std::int64_t elementCount(const zRegion_fe& region) {
 }
 
 bool readThree(TextStream& input, std::array<double, 3>& values) {
-    return input.readDouble(values[0]) && input.readDouble(values[1]) && input.readDouble(values[2]) && input.good();
+    return input.readDoubles(values.data(), values.size()) && input.good();
 }
 
 bool hasCoordinates(const zBlock_fe& zone) {
@@ -45,13 +48,13 @@ bool hasCoordinates(const zBlock_fe& zone) {
                        [&zone](const auto& variable) { return coversNodes(*variable, zone); });
 }
 
-// The square of the normal's length is what the writer divides by.
+// The normal's length is what the writer divides by; it may be 0 or no number.
 bool hasNoNormal(const std::vector<std::array<double, 3>>& corners) {
     const auto at = [&corners](std::size_t corner) {
         return zVec<double>(corners[corner][0], corners[corner][1], corners[corner][2]);
     };
     const zVec<double> normal = cross(at(2) - at(0), at(1) - at(0));
-    return !std::isfinite(1.0 / std::sqrt(dot(normal, normal)));
+    return !(dot(normal, normal) > 0.0);
 }
 
 zVec<double> nodeOf(const zBlock_fe& zone, std::int32_t node) {
@@ -199,7 +202,8 @@ void zSTLReader::readSolid(TextStream& input, zRegion_fe& region) {
         countOf(record.found, "facets") += 1;
     }
     vertices_.clear();
-    faces_.clear();
+    connectivity_.clear();
+    solidBegin_ = input.tell();
     losses_.longNames += readFacets(input, title == "facet") && title != "facet" ? 1 : 0;
     std::string_view nameAtEnd;
     if (input.readWord(nameAtEnd) && nameAtEnd == "solid") {
@@ -208,7 +212,8 @@ void zSTLReader::readSolid(TextStream& input, zRegion_fe& region) {
     if (vertices_.empty()) {
         return;
     }
-    std::unique_ptr<zBlock_fe> zone = makeTriangleZone(std::move(vertices_), faces_, title);
+    trimRoom();
+    std::unique_ptr<zBlock_fe> zone = makeTriangleZone(std::move(vertices_), std::move(connectivity_), title);
     if (zone == nullptr) {
         throw SystemError(unitName, __LINE__);
     }
@@ -232,6 +237,9 @@ bool zSTLReader::readFacets(TextStream& input, bool lost) {
             }
         } else {
             ++facets;
+            if (facets == facetsBeforeRoom) {
+                makeRoom(input);
+            }
             const std::int64_t swallowed = losses_.swallowed;
             lost = !readFacet(input);
             if (lost) {
@@ -277,13 +285,47 @@ bool zSTLReader::readFacet(TextStream& input) {
     return true;
 }
 
+// Room for a solid that goes on to the end of the file with facets as long as those before.
+void zSTLReader::makeRoom(const TextStream& input) {
+    const auto whole = static_cast<double>(input.size() - solidBegin_);
+    const double times = 1.02 * whole / static_cast<double>(std::max<std::int64_t>(input.tell() - solidBegin_, 1));
+    const auto room = [times](std::size_t size) { return static_cast<std::size_t>(times * static_cast<double>(size)); };
+    for (std::vector<double>* const values : {&vertices_.x, &vertices_.y, &vertices_.z}) {
+        reserveLarge(*values, room(values->size()));
+    }
+    reserveLarge(connectivity_, room(connectivity_.size()));
+}
+
+// What the solid did not need is given back.
+void zSTLReader::trimRoom() {
+    const auto trim = [](auto& values) {
+        if (values.capacity() / 2 > values.size()) {
+            values.shrink_to_fit();
+        }
+    };
+    trim(vertices_.x);
+    trim(vertices_.y);
+    trim(vertices_.z);
+    trim(connectivity_);
+}
+
 void zSTLReader::takeFacet() {
     const auto first = static_cast<std::int64_t>(vertices_.size());
-    polygon_.assignRange(first, first + static_cast<std::int64_t>(corners_.size()));
     for (const std::array<double, 3>& corner : corners_) {
         vertices_.append(corner[0], corner[1], corner[2]);
     }
-    triangulate(vertices_, polygon_, faces_);
+    faces_.clear();
+    if (corners_.size() == 3) {
+        faces_.push_back({first, first + 1, first + 2});
+    } else {
+        polygon_.assignRange(first, first + static_cast<std::int64_t>(corners_.size()));
+        triangulate(vertices_, polygon_, faces_);
+    }
+    for (const Triangle& face : faces_) {
+        connectivity_.insert(connectivity_.end(),
+                             {static_cast<std::int32_t>(face[0]), static_cast<std::int32_t>(face[1]),
+                              static_cast<std::int32_t>(face[2]), -1});
+    }
     countOf(record.kept, "facets") += 1;
     if (corners_.size() > 3) {
         ++losses_.fans;

@@ -40,15 +40,17 @@ public:
     WriteOutcome write(const std::filesystem::path& fileName, const zRegion_fe& region);
 
     /// Triangles without a normal that `write` left out; its outcome tells of them too.
+    std::int64_t skippedFacets() const { return skippedFacets_; }
     /// How many triangles of the region `write` would leave out, as they have no normal.
     static std::int64_t facetsLeftOut(const zRegion_fe& region);
-    std::int64_t skippedFacets() const { return skippedFacets_; }
 
 private:
     void readSolid(TextStream& input, zRegion_fe& region);
     bool readFacets(TextStream& input, bool lost);
     bool readFacet(TextStream& input);
     void takeFacet();
+    void makeRoom(const TextStream& input);
+    void trimRoom();
     bool countCapitals(std::string_view word);
     void noteBinary(TextStream& input);
     void countBinary(TextStream& input);
@@ -58,7 +60,9 @@ private:
 
     std::size_t blockSize_;
     VertexList vertices_;                        // of the solid being read
-    std::vector<Triangle> faces_;                // of the solid being read
+    std::vector<std::int32_t> connectivity_;     // of the solid being read
+    std::int64_t solidBegin_ = 0;                // where in the file it begins
+    std::vector<Triangle> faces_;                // of the facet being read
     std::vector<std::array<double, 3>> corners_; // of the facet being read
     Polygon polygon_;
 

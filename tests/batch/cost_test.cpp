@@ -159,6 +159,27 @@ TEST_F(CostTest, IndexOfThePicksIsMadeByTheFirstClickAndOnce) {
     EXPECT_LE(second.asked, bytesOfFacets / 50);
 }
 
+TEST_F(CostTest, CapturingByNumberLeavesTheIndexOfThePicks) {
+    open(grid);
+    must("run point.capture");
+    const Cost index = costOf([&] { clickBeside(); });
+    must("run line.inputSection patch=2 section=4");
+    must("run line.inputSection patch=3 section=5");
+    must("run point.capture");
+    const Cost again = costOf([&] { clickBeside(); });
+    EXPECT_LE(again.asked, index.held / 4);
+}
+
+TEST_F(CostTest, SavingTheBlockHoldsABlockOfTheFileAndNoPatches) {
+    open(grid);
+    for (int patch = 1; patch <= patches; ++patch) {
+        must("run patch.inputAndAdd number=" + std::to_string(patch));
+    }
+    const Cost saving = costOf([&] { must("run block.saveAs file=" + file("copy.apt")); });
+    EXPECT_GT(std::filesystem::file_size(folder / "copy.apt"), 0U);
+    EXPECT_LE(saving.most, bytesOfGrid / 10 + static_cast<std::int64_t>(NumberWriter::defaultBlockSize));
+}
+
 TEST_F(CostTest, SavingHoldsABlockOfTheFileAndNoMoreOfTheModel) {
     open(grid);
     const Cost saving = costOf([&] { must("run file.saveAs file=" + file("copy.apt")); });

@@ -15,6 +15,8 @@
 #include <gtest/gtest.h>
 
 #include "FileSizeLimit.h"
+#include "NumberPortions.h"
+#include "parallel.h"
 #include "temporary_folder.h"
 
 namespace velmora {
@@ -111,6 +113,75 @@ TEST(NumberWriter, TheBlockSizeHasNoEffectOnTheText) {
     for (const std::size_t blockSize : {std::size_t{1}, std::size_t{900}, std::size_t{1000}}) {
         EXPECT_TRUE(written(16, blockSize, write) == expected) << blockSize;
     }
+}
+
+/// While it lives, portions are that small, and threads that many, from the first full block on.
+class PortionScope {
+public:
+    PortionScope(std::size_t threads, std::size_t numbers) : before_(portionSizes()), threads_(threads) {
+        portionSizes() = {numbers, 0};
+    }
+    ~PortionScope() { portionSizes() = before_; }
+    PortionScope(const PortionScope&) = delete;
+    PortionScope& operator=(const PortionScope&) = delete;
+
+private:
+    PortionSizes before_;
+    ThreadCountScope threads_;
+};
+
+/// Numbers, words and single characters as they come.
+void writeAnything(NumberWriter& writer, unsigned seed) {
+    std::mt19937 random(seed);
+    std::uniform_real_distribution<double> value(-1e3, 1e3);
+    for (int i = 0; i < 3000; ++i) {
+        switch (random() % 6) {
+        case 0:
+            writer.writeInt(static_cast<std::int64_t>(random()) - 2'000'000'000);
+            break;
+        case 1:
+            writer.writeText(std::string(random() % 90, static_cast<char>('a' + random() % 26)));
+            break;
+        case 2:
+            writer.writeQuoted("a \"zone\"");
+            break;
+        case 3:
+            writer.writeChar(static_cast<char>(random() % 128));
+            break;
+        default:
+            writer.writeDouble(value(random));
+            writer.writeChar(i % 3 == 0 ? '\n' : ' ');
+        }
+    }
+}
+
+TEST(NumberWriter, AnyNumberOfThreadsWritesTheSameText) {
+    for (const NumberNotation notation : {NumberNotation::Scientific, NumberNotation::General}) {
+        for (const int precision : {-1, 0, 6, 16, 17, 32, 33}) {
+            const auto text = [&](std::size_t threads, std::size_t numbers, std::size_t blockSize) {
+                const PortionScope scope(threads, numbers);
+                return written(
+                    precision, blockSize, [](NumberWriter& writer) { writeAnything(writer, 38); }, notation);
+            };
+            const std::string alone = text(1, 100, 1 << 20);
+            EXPECT_GT(alone.size(), 20'000U);
+            for (const std::size_t threads : {2, 7, 64}) {
+                EXPECT_EQ(text(threads, 5, 1), alone) << threads << " threads, precision " << precision;
+                EXPECT_EQ(text(threads, 100, 3000), alone) << threads << " threads, precision " << precision;
+            }
+        }
+    }
+}
+
+TEST(NumberWriter, AFailedWriteOfSeveralThreadsIsToldByFlush) {
+    const PortionScope scope(2, 50);
+    const test::TemporaryFolder folder;
+    SafeFile file(folder / "out.txt");
+    NumberWriter writer(file, 16, NumberNotation::Scientific, 1);
+    const test::FileSizeLimit limit(30'000);
+    writeAnything(writer, 39);
+    EXPECT_FALSE(writer.flush());
+    EXPECT_FALSE(file.commit());
 }
 
 TEST(NumberWriter, APrecisionAboveTheMostIsCutToIt) {

@@ -18,6 +18,7 @@
 #include <sys/stat.h>
 
 #include "FailingReads.h"
+#include "ReadAheadScope.h"
 #include "stream_numbers.h"
 #include "temporary_folder.h"
 
@@ -33,8 +34,9 @@ public:
         stream_.imbue(std::locale::classic());
     }
 
-    // 'w' word, 'd' double, 'i' integer, 'l' line, 'k' line without its text, 'g' byte, 'p' next byte, 's' white space,
-    // 'z' the next "Z", 'c' clear, 't' remember the position, 'b' back to it, 'x' clear and back.
+    // 'w' word, 'd' double, 'm' three doubles at once, 'i' integer, 'l' line, 'k' line without its text, 'g' byte, 'p'
+    // next byte, 's' white space, 'z' the next "Z", 'c' clear, 't' remember the position, 'b' back to it, 'x' clear and
+    // back.
     void step(char kind) {
         switch (kind) {
         case 'w':
@@ -42,6 +44,9 @@ public:
             break;
         case 'd':
             readNumber<double>(&TextStream::readDouble);
+            break;
+        case 'm':
+            readThree();
             break;
         case 'i':
             readNumber<std::int32_t>(&TextStream::readInt);
@@ -98,6 +103,17 @@ private:
         EXPECT_EQ((text_.*take)(read), reference::take(stream_, expected));
         EXPECT_EQ(read, expected);
         EXPECT_EQ(std::signbit(static_cast<double>(read)), std::signbit(static_cast<double>(expected)));
+    }
+
+    void readThree() {
+        std::array<double, 3> read{-7777, -7777, -7777};
+        std::array<double, 3> expected = read;
+        const auto failed = std::find_if_not(expected.begin(), expected.end(),
+                                             [this](double& number) { return reference::take(stream_, number); });
+        EXPECT_EQ(text_.readDoubles(read.data(), read.size()), failed == expected.end());
+        for (std::size_t i = 0; i < read.size(); ++i) {
+            EXPECT_EQ(std::bit_cast<std::uint64_t>(read[i]), std::bit_cast<std::uint64_t>(expected[i]));
+        }
     }
 
     void readLine() {
@@ -170,7 +186,7 @@ std::string randomText(std::mt19937& random, std::string_view letters, std::size
 TEST_F(TextStreamTest, AnyReadsOfTokenSoupAreThoseOfAStream) {
     std::mt19937 random(31);
     for (int round = 0; round < 20000 && !HasFailure(); ++round) {
-        compare(randomText(random, "0123456789+-.eEZ[] x\n\t", 40), randomText(random, "wdilkgpszctbx", 16),
+        compare(randomText(random, "0123456789+-.eEZ[] x\n\t", 40), randomText(random, "wdmilkgpszctbx", 16),
                 blockSizes[random() % blockSizes.size()]);
     }
 }
@@ -183,7 +199,7 @@ TEST_F(TextStreamTest, AnyReadsOfRandomBytesAreThoseOfAStream) {
     }
     bytes += "            \n\n\n\n1111222..";
     for (int round = 0; round < 10000 && !HasFailure(); ++round) {
-        compare(randomText(random, bytes, 60), randomText(random, "wdilkgpszctbx", 16),
+        compare(randomText(random, bytes, 60), randomText(random, "wdmilkgpszctbx", 16),
                 blockSizes[random() % blockSizes.size()]);
     }
 }
@@ -197,8 +213,51 @@ TEST_F(TextStreamTest, MostlyGoodNumbersWithSeeksBackAreTakenAsAStreamTakesThem)
         for (std::size_t left = random() % 10; left > 0; --left) {
             text += pieces[random() % pieces.size()];
         }
-        compare(text, randomText(random, "ddddiiiiwtbx", 20), blockSizes[random() % blockSizes.size()]);
+        compare(text, randomText(random, "dddmmiiiiwtbx", 20), blockSizes[random() % blockSizes.size()]);
     }
+}
+
+TEST_F(TextStreamTest, NumbersInARowThatWereConvertedAheadAreThoseOfAStream) {
+    std::mt19937 random(34);
+    const std::vector<std::string> pieces{"1 ", "-2.5\n", " 3e2 ", "+7 ", "12345678 ", "x ", "1.2.3 ", "1e999 ", "-0 "};
+    for (const char* const threads : {"2", "7"}) {
+        for (int round = 0; round < 150 && !HasFailure(); ++round) {
+            std::string text;
+            for (std::size_t left = random() % 60; left > 0; --left) {
+                text += pieces[random() % (round % 2 == 0 ? pieces.size() : 5)];
+            }
+            const test::ReadAheadScope scope(threads, 16);
+            compare(text, "d" + randomText(random, "mmmmddiwcx", 30), 16);
+        }
+    }
+}
+
+TEST_F(TextStreamTest, ShortLinesAtOnceAreTheLinesThatAreThere) {
+    std::mt19937 random(35);
+    constexpr std::array<std::size_t, 11> lengths{0, 1, 20, 60, 126, 127, 128, 129, 253, 254, 255};
+    std::int64_t atOnce = 0;
+    for (int round = 0; round < 400 && !HasFailure(); ++round) {
+        std::string text;
+        for (std::size_t left = random() % 40; left > 0; --left) {
+            text += std::string(lengths[random() % (round % 3 == 0 ? lengths.size() : 4)], 'a') + '\n';
+        }
+        const std::size_t blockSize = round % 2 == 0 ? TextStream::defaultBlockSize : 700;
+        TextStream all(file(text), blockSize);
+        TextStream single(folder_ / "text.txt", blockSize);
+        while (!single.eof() && !HasFailure()) {
+            const auto most = static_cast<std::int64_t>(random() % 30);
+            const std::int64_t lines = all.skipShortLines(most);
+            EXPECT_LE(lines, most);
+            for (std::int64_t i = 0; i < lines; ++i) {
+                EXPECT_TRUE(single.skipLine(TextStream::shortLine));
+            }
+            EXPECT_EQ(all.tell(), single.tell());
+            EXPECT_TRUE(all.good());
+            EXPECT_EQ(all.skipLine(), single.skipLine());
+            atOnce += lines;
+        }
+    }
+    EXPECT_GT(atOnce, 1000);
 }
 
 TEST_F(TextStreamTest, ANumberThatEndsTheFileSucceedsAndReachesTheEnd) {

@@ -1,11 +1,14 @@
 #include "PatchList.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <limits>
 #include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "regularity.h"
 
 namespace velmora {
 namespace {
@@ -167,6 +170,17 @@ TEST(Regularity, PassesOverAPatchWithoutSections) {
     EXPECT_FALSE(sawRegular);
     EXPECT_EQ(regularityOf({Patch(), patchOf(1, {2, 2}), Patch()}), Regularity::Regular);
     EXPECT_EQ(regularityOf({Patch(), patchOf(1, {2})}), Regularity::Irregular);
+}
+
+TEST(Regularity, OfChosenPatchesLooksAtNoOthers) {
+    const PatchList list = {Patch(), patchOf(1, {2, 2}), patchOf(2, {2, 3}), patchOf(3, {4, 4})};
+    const auto ofChosen = [&list](std::initializer_list<std::int32_t> chosen) {
+        return regularityOfChosen(list, std::vector<std::int32_t>(chosen));
+    };
+    EXPECT_EQ(ofChosen({}), Regularity::Undecided);
+    EXPECT_EQ(ofChosen({0}), Regularity::Undecided);
+    EXPECT_EQ(ofChosen({3, 0, 1}), Regularity::Regular);
+    EXPECT_EQ(ofChosen({1, 2, 3}), Regularity::Irregular);
 }
 
 TEST(Regularity, TellsOfARegularPatchMetBeforeTheIrregularOne) {

@@ -1,6 +1,12 @@
+#include <array>
+#include <bit>
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
+#include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -348,6 +354,53 @@ TEST(RegionToSurface, NothingHappensWithoutCoordinatesInTheFirstZone) {
     region.blocks[0]->variables.pop_back();
     EXPECT_TRUE(regionToSurface(region, surface));
     EXPECT_TRUE(surface.blocks.empty());
+}
+
+/// What `zoneBounds` is to give, value by value.
+void widenPlainly(const std::vector<double>& values, double& low, double& high) {
+    for (const double value : values) {
+        low = value < low ? value : low;
+        high = value > high ? value : high;
+    }
+}
+
+TEST(Zone, BoundsAreThoseOfOneValueAfterTheOtherToTheSignOfAZero) {
+    std::mt19937 random(37);
+    const std::vector<double> pool = {0.0,
+                                      -0.0,
+                                      1.5,
+                                      -1.5,
+                                      -2.0,
+                                      3.0,
+                                      std::numeric_limits<double>::quiet_NaN(),
+                                      std::numeric_limits<double>::infinity()};
+    for (int round = 0; round < 5000 && !testing::Test::HasFailure(); ++round) {
+        const auto nodes = static_cast<std::int32_t>(random() % 14);
+        auto zone = std::make_unique<zBlock_fe>(nodes, 0, 0);
+        zVec<double> expectedLower(1.0, 0.0, -0.0);
+        zVec<double> expectedUpper(-1.0, -0.0, 0.0);
+        zVec<double> lower = expectedLower;
+        zVec<double> upper = expectedUpper;
+        double* const lows[] = {&expectedLower.x, &expectedLower.y, &expectedLower.z};
+        double* const highs[] = {&expectedUpper.x, &expectedUpper.y, &expectedUpper.z};
+        const std::size_t kinds = 2 + random() % (pool.size() - 1);
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            std::vector<double>& values = zone->addVariable(std::string(1, static_cast<char>('x' + axis)))->data;
+            for (double& value : values) {
+                value = pool[random() % kinds];
+            }
+            widenPlainly(values, *lows[axis], *highs[axis]);
+        }
+        zRegion_fe region;
+        region.blocks.push_back(std::move(zone));
+        zoneBounds(region, lower, upper);
+        const auto bits = [](const zVec<double>& p) {
+            return std::array{std::bit_cast<std::uint64_t>(p.x), std::bit_cast<std::uint64_t>(p.y),
+                              std::bit_cast<std::uint64_t>(p.z)};
+        };
+        EXPECT_EQ(bits(lower), bits(expectedLower));
+        EXPECT_EQ(bits(upper), bits(expectedUpper));
+    }
 }
 
 } // namespace

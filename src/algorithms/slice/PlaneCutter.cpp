@@ -149,6 +149,11 @@ void PlaneCutter::findHits(const ReportProgress& progress) {
             forEachChunk(triangles, trianglesOfChunk, [&](std::size_t first, std::size_t last, std::size_t) {
                 findHitsOf(zone, first, last, found[first / trianglesOfChunk]);
             });
+            std::size_t count = hits_.size();
+            for (const std::vector<Hit>& hits : found) {
+                count += hits.size();
+            }
+            hits_.reserve(count);
             for (std::vector<Hit>& hits : found) {
                 hits_.insert(hits_.end(), hits.begin(), hits.end());
                 hits = {};

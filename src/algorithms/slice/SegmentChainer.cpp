@@ -43,8 +43,21 @@ std::uint32_t bucketOf(int level, std::int64_t u, std::int64_t v, std::size_t bu
     return static_cast<std::uint32_t>(mixed(cell) >> 20) & static_cast<std::uint32_t>(buckets - 1);
 }
 
+/// Rounded down; there are less than 2^28 cells on either side.
 std::int64_t cellOf(double coordinate, double perUnit) {
-    return static_cast<std::int64_t>(std::floor(coordinate * perUnit));
+    const double cells = coordinate * perUnit;
+    const auto cut = static_cast<std::int64_t>(cells);
+    return cut - (cells < static_cast<double>(cut) ? 1 : 0);
+}
+
+/// `samePoint`, which divides, behind a look that tells most points apart.
+bool isSame(const SlicePoint& a, const SlicePoint& b) {
+    const double largestOfA = largestCoordinate(a);
+    const double largestOfB = largestCoordinate(b);
+    const double farthest = reach * (largestOfA > largestOfB ? largestOfA : largestOfB);
+    const bool farOff =
+        std::fabs(a[0] - b[0]) > farthest || std::fabs(a[1] - b[1]) > farthest || std::fabs(a[2] - b[2]) > farthest;
+    return !farOff && samePoint(a, b);
 }
 
 /// A number past the largest ones becomes the largest.
@@ -119,7 +132,7 @@ void SegmentChainer::arrange() {
     hasDots_ = false;
     for (std::size_t i = count; i-- > 0;) {
         const SliceSegment& segment = segments_[i];
-        const bool dot = samePoint(segment.first, segment.second);
+        const bool dot = isSame(segment.first, segment.second);
         if (dot && !hasDots_) {
             hasDots_ = true;
             dots_.reset(count, 2 * count);
@@ -134,7 +147,7 @@ bool SegmentChainer::touchesLine(const PointCells& cells, const SlicePoint& poin
     const PointCells::Buckets near = cells.near(point);
     for (int i = 0; i < near.count; ++i) {
         for (std::int32_t end = cells[near.bucket[i]].head; end >= 0; end = cells.next(end)) {
-            if (onLine_[static_cast<std::size_t>(end)] && samePoint(point, pointOfEnd(end))) {
+            if (onLine_[static_cast<std::size_t>(end)] && isSame(point, pointOfEnd(end))) {
                 return true;
             }
         }
@@ -153,7 +166,7 @@ std::optional<std::size_t> SegmentChainer::nextStart() {
     while (cursor_ < segments_.size()) {
         const std::size_t segment = cursor_++;
         const auto& [first, second] = segments_[segment];
-        if (walked_[segment] == 0 && !samePoint(first, second) && !touchesLine(first) && !touchesLine(second)) {
+        if (walked_[segment] == 0 && !isSame(first, second) && !touchesLine(first) && !touchesLine(second)) {
             return segment;
         }
     }
@@ -193,7 +206,7 @@ void SegmentChainer::tryBucket(std::uint32_t number, const Growing& line, double
         if (!fromFirst && !isLast(second)) {
             continue;
         }
-        if (line.size() == 1 || !samePoint(line.points[line.points.size() - 2], fromFirst ? second : first)) {
+        if (line.size() == 1 || !isSame(line.points[line.points.size() - 2], fromFirst ? second : first)) {
             best = Step{segment, fromFirst};
             return;
         }
@@ -210,8 +223,8 @@ void SegmentChainer::tryDots(const SlicePoint& at, std::optional<Step>& best) co
                 break;
             }
             const auto& [first, second] = segments_[segment];
-            const bool fromFirst = samePoint(at, first);
-            if (fromFirst || samePoint(at, second)) {
+            const bool fromFirst = isSame(at, first);
+            if (fromFirst || isSame(at, second)) {
                 best = Step{segment, fromFirst};
                 break;
             }
@@ -223,7 +236,7 @@ std::optional<SegmentChainer::Step> SegmentChainer::nextStep(const Growing& line
     std::optional<Step> best;
     const SlicePoint& at = line.points.back();
     const bool single = line.size() == 1;
-    if (!single && samePoint(at, line.points[line.begin])) {
+    if (!single && isSame(at, line.points[line.begin])) {
         return best; // closed
     }
     const double reachOfLast = reach * largestCoordinate(at);

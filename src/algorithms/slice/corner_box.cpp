@@ -1,6 +1,7 @@
 #include "corner_box.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -28,12 +29,32 @@ void widen(CornerRange& range, double lower, double upper) {
     range.lower = std::min(range.lower, lower);
 }
 
+/// Each of the three corners widens a range of its own, so that none waits for another.
 CornerRange rangeOf(const std::int32_t* corners, std::size_t triangles, const double* values) {
-    CornerRange range;
+    std::array<CornerRange, 3> ranges;
     for (std::size_t i = 0; i < triangles; ++i, corners += 4) {
-        for (int corner = 0; corner < 3; ++corner) {
+        for (std::size_t corner = 0; corner < 3; ++corner) {
             const double value = values[corners[corner]];
-            widen(range, value, value);
+            widen(ranges[corner], value, value);
+        }
+    }
+    CornerRange range;
+    for (const CornerRange& part : ranges) {
+        widen(range, part.lower, part.upper);
+    }
+    return range;
+}
+
+/// Which of two zeros came first, the ranges of single corners do not tell.
+CornerRange rangeInOrder(const std::int32_t* corners, std::size_t triangles, const double* values) {
+    CornerRange range = rangeOf(corners, triangles, values);
+    if (range.lower == 0.0 || range.upper == 0.0) {
+        range = {};
+        for (std::size_t i = 0; i < triangles; ++i, corners += 4) {
+            for (int corner = 0; corner < 3; ++corner) {
+                const double value = values[corners[corner]];
+                widen(range, value, value);
+            }
         }
     }
     return range;
@@ -51,7 +72,8 @@ CornerRange cornerRange(const zRegion_fe& region, int axis) {
         const auto triangles = static_cast<std::size_t>(zone->elementCount);
         std::vector<CornerRange> ranges((triangles + trianglesOfChunk - 1) / trianglesOfChunk);
         forEachChunk(triangles, trianglesOfChunk, [&](std::size_t first, std::size_t last, std::size_t) {
-            ranges[first / trianglesOfChunk] = rangeOf(zone->connectivity.data() + 4 * first, last - first, values);
+            ranges[first / trianglesOfChunk] =
+                rangeInOrder(zone->connectivity.data() + 4 * first, last - first, values);
         });
         for (const CornerRange& part : ranges) {
             widen(range, part.lower, part.upper);

@@ -220,7 +220,7 @@ public:
         const auto [us, vs] = std::pair(cellsAround(point[u_]), cellsAround(point[v_]));
         for (const double u : us) {
             for (const double v : vs) {
-                lookInto(heads_[bucketOf(u, v)], best);
+                lookInto(heads_[bucketOf(u, v)], point, best);
             }
         }
     }
@@ -247,22 +247,25 @@ private:
         head = static_cast<std::int64_t>(end);
     }
 
-    /// Lines rise within a bucket; those that are used at its head go for good.
-    void lookInto(std::int64_t& head, std::optional<Choice>& best) {
-        const auto lineOf = [this](std::int64_t end) { return from_ + static_cast<std::size_t>(end) / 2; };
-        while (head >= 0 && joiner_.used_[lineOf(head)]) {
-            head = next_[static_cast<std::size_t>(head)];
-        }
-        for (std::int64_t end = head; end >= 0; end = next_[static_cast<std::size_t>(end)]) {
-            const std::size_t line = lineOf(end);
+    /// Lines rise within a bucket; those that are used go for good. A line that meets the growing one with another end
+    /// is found beside that one.
+    void lookInto(std::int64_t& head, const SlicePoint& point, std::optional<Choice>& best) {
+        for (std::int64_t* link = &head; *link >= 0;) {
+            const auto end = static_cast<std::size_t>(*link);
+            const std::size_t line = from_ + end / 2;
+            if (joiner_.used_[line]) {
+                *link = next_[end];
+                continue;
+            }
             if (best && line >= best->line) {
                 return;
             }
-            const Meeting meeting = joiner_.used_[line] ? Meeting::None : joiner_.meetingWith(joiner_.lines_[line]);
-            if (meeting != Meeting::None) {
-                best = Choice{line, meeting};
+            const std::span<const SlicePoint> points = joiner_.lines_[line];
+            if (joiner_.near(point, end % 2 == 0 ? points.front() : points.back())) {
+                best = Choice{line, joiner_.meetingWith(points)};
                 return;
             }
+            link = &next_[end];
         }
     }
 

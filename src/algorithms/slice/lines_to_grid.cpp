@@ -126,8 +126,14 @@ struct Walk {
 /// The sum of the distances from the first `count` points of `previous` to those of the walk through `ring`.
 double sumOfDistances(const PointList& previous, const PointList& ring, std::size_t count, const Walk& walk) {
     double sum = 0.0;
+    std::size_t at = walk.at(0, count);
     for (std::size_t i = 0; i < count; ++i) {
-        sum += distance(previous[i], ring[walk.at(i, count)]);
+        sum += distance(previous[i], ring[at]);
+        if (walk.backward) {
+            at = at == 0 ? count - 1 : at - 1;
+        } else {
+            at = at + 1 == count ? 0 : at + 1;
+        }
     }
     return sum;
 }

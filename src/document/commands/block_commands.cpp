@@ -13,6 +13,7 @@
 #include "patch_order.h"
 #include "path_names.h"
 #include "regimes.h"
+#include "regularity.h"
 #include "show_dialog.h"
 #include "skl.h"
 #include "write_files.h"
@@ -234,11 +235,7 @@ void SaveBlockAs(VelmoraDoc& doc) {
     request.proposed = doc.modelFile.chosenPath;
     request.command = "block.saveAs";
     if (doc.structureKind == StructureKind::Structured) {
-        PatchList block;
-        for (const std::int32_t patch : doc.chosenPatches()) {
-            appendPatches(doc.patches, block, patch, patch + 1);
-        }
-        const Regularity regularity = regularityOf(block);
+        const Regularity regularity = regularityOfChosen(doc.patches, doc.chosenPatches());
         if (regularity != Regularity::Undecided) {
             doc.blockKind = regularity == Regularity::Regular ? FileKind::Apt : FileKind::Skl;
         }

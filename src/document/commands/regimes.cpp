@@ -156,7 +156,7 @@ void holdInputCurve(VelmoraDoc& doc, bool section, std::int32_t patch, std::int3
     doc.ShowStatus(curve < 0 ? doc.capture->dragPrompt
                    : section ? doc.capture->sectionContinueStatus
                              : doc.capture->lineContinueStatus);
-    doc.redraw();
+    doc.redrawHighlight();
 }
 
 } // namespace
@@ -171,6 +171,7 @@ void VelmoraDoc::InputSection() {
     }
     if (showDialog(ui_, dialogs->inputSection, inputContext(*this, false))) {
         holdInputCurve(*this, true, dialogs->inputSection.patch - 1, dialogs->inputSection.section - 1);
+        refillStatus();
     }
 }
 
@@ -184,6 +185,7 @@ void VelmoraDoc::InputLine() {
     }
     if (showDialog(ui_, dialogs->inputLine, inputContext(*this, true))) {
         holdInputCurve(*this, false, dialogs->inputLine.patch - 1, dialogs->inputLine.line - 1);
+        refillStatus();
     }
 }
 

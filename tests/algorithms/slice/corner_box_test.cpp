@@ -1,5 +1,7 @@
 #include "corner_box.h"
 
+#include <cmath>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -30,6 +32,17 @@ TEST(CornerBoxOfZones, StaysInsideOutWithoutTriangles) {
     const CornerBox box = cornerBox({});
     EXPECT_EQ(box.lower, Point(1e65, 1e65, 1e65));
     EXPECT_EQ(box.upper, Point(-1e65, -1e65, -1e65));
+}
+
+TEST(CornerBoxOfZones, OfTwoZerosTheFirstOneStays) {
+    for (const bool negativeFirst : {false, true}) {
+        const double first = negativeFirst ? -0.0 : 0.0;
+        const CornerBox box = cornerBox(
+            triangleRegion({{1, -1, -first}, {first, -first, 1}, {-first, first, first}}, {0, 1, 2, 2, 1, 0}));
+        EXPECT_EQ(std::signbit(box.lower.x), negativeFirst);
+        EXPECT_EQ(std::signbit(box.upper.y), !negativeFirst);
+        EXPECT_EQ(std::signbit(box.lower.z), !negativeFirst);
+    }
 }
 
 } // namespace velmora::test

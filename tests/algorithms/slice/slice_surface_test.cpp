@@ -284,13 +284,12 @@ TEST(SliceSurfaceAgainstThePlainRule, SeveralZones) {
     }
 }
 
-TEST(SliceSurface, IsTheSameWhateverTheNumberOfThreads) {
-    // Some hundred planes through a body of 5,000 triangles, and through pieces: several groups of planes, several
-    // parts of the triangles.
-    Source source(66);
+namespace {
+
+/// The triangles of a square of cells whose corners rise by chance.
+zRegion_fe roughSquare(Source& source, std::int32_t side) {
     std::vector<Point> nodes;
     std::vector<std::int32_t> corners;
-    constexpr std::int32_t side = 50;
     for (std::int32_t row = 0; row <= side; ++row) {
         for (std::int32_t column = 0; column <= side; ++column) {
             nodes.emplace_back(row, column, source.real(0, 3));
@@ -300,24 +299,38 @@ TEST(SliceSurface, IsTheSameWhateverTheNumberOfThreads) {
             }
         }
     }
-    const zRegion_fe bodies[] = {triangleRegion(nodes, corners), manyPieces(source, 4'000, 0.01)};
-    for (const zRegion_fe& body : bodies) {
-        for (const int axis : {0, 2}) {
-            SlicePlan plan = planAlong(axis, 150);
-            plan.precision = 0.005;
-            const auto sliced = [&](std::size_t threads) {
-                const ThreadCountScope scope(threads);
-                return sliceSurface(body, plan);
-            };
-            const SliceResult alone = sliced(1);
-            EXPECT_GT(alone.sections.size(), 100U);
-            for (const std::size_t threads : {2, 7, 64}) {
-                const SliceResult shared = sliced(threads);
-                EXPECT_EQ(shared.linesLeft, alone.linesLeft);
-                EXPECT_TRUE(sameBits(shared.sections, alone.sections)) << threads << " threads, axis " << axis;
-            }
-        }
+    return triangleRegion(nodes, corners);
+}
+
+void expectTheSameWithAnyThreads(const zRegion_fe& body, int axis, int planes) {
+    SlicePlan plan = planAlong(axis, planes);
+    plan.precision = 0.005;
+    const auto sliced = [&](std::size_t threads) {
+        const ThreadCountScope scope(threads);
+        return sliceSurface(body, plan);
+    };
+    const SliceResult alone = sliced(1);
+    EXPECT_GT(alone.sections.size(), 100U);
+    for (const std::size_t threads : {2, 7, 64}) {
+        const SliceResult shared = sliced(threads);
+        EXPECT_EQ(shared.linesLeft, alone.linesLeft);
+        EXPECT_TRUE(sameBits(shared.sections, alone.sections)) << threads << " threads, axis " << axis;
     }
+}
+
+} // namespace
+
+TEST(SliceSurface, IsTheSameWhateverTheNumberOfThreads) {
+    // Some hundred planes through a body of 5,000 triangles, and through pieces: several groups of planes. A few planes
+    // through 72,000 triangles: several parts of these.
+    Source source(66);
+    const zRegion_fe body = roughSquare(source, 50);
+    const zRegion_fe pieces = manyPieces(source, 600, 0.01);
+    for (const int axis : {0, 2}) {
+        expectTheSameWithAnyThreads(body, axis, 150);
+        expectTheSameWithAnyThreads(pieces, axis, 150);
+    }
+    expectTheSameWithAnyThreads(roughSquare(source, 190), 2, 3);
 }
 
 } // namespace velmora::test

@@ -97,6 +97,8 @@ void GlViewWidget::requestRepaint() {
     }
 }
 
+void GlViewWidget::requestSameFrame() {}
+
 /// No exception leaves through the toolkit.
 void GlViewWidget::carryOut(const std::function<void()>& work) {
     try {
@@ -226,6 +228,7 @@ void GlViewWidget::mousePressEvent(QMouseEvent* event) {
 
 void GlViewWidget::releaseLeft(PixelPoint position) {
     carryOut([&] { view_->OnLeftButtonUp(position); });
+    requestRepaint(); // of what a regime moved on to
     emit leftReleased();
 }
 

@@ -46,6 +46,8 @@ public:
     void awaitRest() override { restTimer_.start(); }
     double pixelScale() const override { return devicePixelRatioF(); }
     void requestRepaint() override;
+    /// The toolkit keeps the frame that was painted last.
+    void requestSameFrame() override;
     void requestClose() override;
     void showCursor(MouseMode mode) override;
     void confineCursor(bool confined) override { confined_ = confined; }

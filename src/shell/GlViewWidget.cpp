@@ -295,6 +295,9 @@ void GlViewWidget::contextMenuEvent(QContextMenuEvent* event) {
 
 void GlViewWidget::keyPressEvent(QKeyEvent* event) {
     if (view_ != nullptr && event->key() == Qt::Key_Escape) {
+        if (isMeantOtherwise_ && isMeantOtherwise_()) {
+            return;
+        }
         view_->OnKeyDown(ViewKey::Escape);
         emit keyTaken();
         return;

@@ -48,6 +48,8 @@ public:
     void requestRepaint() override;
     /// The toolkit keeps the frame that was painted last.
     void requestSameFrame() override;
+    /// Where it says yes, Esc is not taken for the wish to leave.
+    void keepOpenWhile(std::function<bool()> isMeantOtherwise) { isMeantOtherwise_ = std::move(isMeantOtherwise); }
     void requestClose() override;
     void showCursor(MouseMode mode) override;
     void confineCursor(bool confined) override { confined_ = confined; }
@@ -103,6 +105,7 @@ private:
     std::int64_t eventTime_ = 0;
     bool painting_ = false; ///< a frame of the canvas is being painted
     bool confined_ = false;
+    std::function<bool()> isMeantOtherwise_;
 };
 
 } // namespace velmora

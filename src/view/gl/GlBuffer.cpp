@@ -8,6 +8,8 @@
 #include <array>
 #include <iterator>
 
+#include "vectors.h"
+
 namespace velmora {
 
 namespace {
@@ -250,6 +252,31 @@ GlRanges facingRanges(const GlRun& run, const Eye& eye, Facing side) {
     });
 }
 
+double edgeLength(const GlRun& run, const DrawList& list) {
+    constexpr std::size_t looks = 500;
+    const int step = isStrip(run.look.primitive) ? 2 : 1; // along a row, or a side
+    std::vector<double> lengths;
+    const std::size_t every = std::max<std::size_t>(1, run.pieces.size() / looks);
+    for (std::size_t k = 0; k < run.pieces.size(); k += every) {
+        const GlPiece& piece = run.pieces[k];
+        for (const int other : {1, step}) {
+            const auto from = static_cast<std::size_t>(piece.first);
+            const double length = other < piece.count ? distance(list.vertices[from],
+                                                                 list.vertices[from + static_cast<std::size_t>(other)])
+                                                      : 0.0;
+            if (length > 0.0) {
+                lengths.push_back(length);
+            }
+        }
+    }
+    if (lengths.empty()) {
+        return 0.0;
+    }
+    const auto middle = lengths.begin() + static_cast<std::ptrdiff_t>(lengths.size() / 2);
+    std::nth_element(lengths.begin(), middle, lengths.end());
+    return *middle;
+}
+
 GlSide edgesOf(const GlRun& run, const Eye& eye, Facing side) {
     std::vector<Facing> facings;
     facings.reserve(run.pieces.size());
@@ -277,7 +304,7 @@ std::vector<GlRun> joinBatches(const DrawList& list) {
             continue;
         }
         if (runs.empty() || !sameLook(runs.back().look, batch)) {
-            runs.push_back({batch, {}, {}, {}});
+            runs.push_back({batch, {}, {}, {}, 0.0, {}});
         }
         appendRange(runs.back(), static_cast<int>(batch.firstVertex), static_cast<int>(batch.vertexCount));
     }
@@ -297,11 +324,25 @@ std::optional<std::size_t> stripIn(const GlRun& run, std::size_t firstVertex) {
     return static_cast<std::size_t>(found - run.first.begin());
 }
 
+namespace {
+
+zVec<double> middleOf(const std::vector<GlPiece>& pieces) {
+    zVec<double> sum;
+    for (const GlPiece& piece : pieces) {
+        sum = sum + piece.cone.centre;
+    }
+    return sum / static_cast<double>(std::max<std::size_t>(1, pieces.size()));
+}
+
+} // namespace
+
 void GlBuffer::upload(const DrawList& list) {
     runs_ = joinBatches(list);
     for (GlRun& run : runs_) {
         if (run.look.lit) {
             run.pieces = piecesOf(run, list);
+            run.edge = edgeLength(run, list);
+            run.middle = middleOf(run.pieces);
         }
     }
     fillBuffer(positions_, positionsOf(list), GL_STATIC_DRAW);

@@ -36,10 +36,15 @@ struct GlRun {
     std::vector<int> first;      ///< first vertex of each strip or range
     std::vector<int> counts;     ///< vertices of each
     std::vector<GlPiece> pieces; ///< of a lit run: all of it, in order
+    double edge = 0.0;           ///< of a lit run: how long its edges are, in the middle; 0: it has none
+    zVec<double> middle;         ///< of a lit run: of its pieces
 };
 
 /// The pieces of a lit run of `list`.
 std::vector<GlPiece> piecesOf(const GlRun& run, const DrawList& list);
+
+/// The length of the edges of a lit run in the middle, of some hundred that lie all over it; 0: there is none.
+double edgeLength(const GlRun& run, const DrawList& list);
 
 /// What of the pieces may show that side to the eye, neighbours as one range: what is certain to show the other alone
 /// is left out.

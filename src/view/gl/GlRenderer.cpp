@@ -40,6 +40,24 @@ constexpr double markNearer = 4e-7;
 /// Surfaces stand behind their edges by so many of these steps.
 constexpr float stepsBehindEdges = 4.0F;
 
+/// Edges that stand so many pixels apart are drawn as they are; where they are nearer to each other they fade, and none
+/// is left where they would hide the surface.
+constexpr double clearEdges = 5.0;
+constexpr double denseEdges = 1.5;
+
+/// How much of the edges of a run shows, 0 to 1.
+float edgeStrength(const GlRun& run, const SceneFrame& frame) {
+    const Matrix4& m = frame.modelView;
+    const zVec<double>& at = run.middle;
+    const bool parallel = frame.projection[15] == 1.0;
+    const double away = parallel ? 1.0 : -(m[2] * at.x + m[6] * at.y + m[10] * at.z + m[14]);
+    if (!(away > 0.0)) {
+        return 1.0F; // the eye is in the middle of it
+    }
+    const double pixels = run.edge * frame.projection[5] * frame.viewport.height * 0.5 / away / frame.pixelScale;
+    return static_cast<float>(std::clamp((pixels - denseEdges) / (clearEdges - denseEdges), 0.0, 1.0));
+}
+
 Colour shaded(const Colour& colour, float factor) {
     return {colour[0] * factor, colour[1] * factor, colour[2] * factor, colour[3]};
 }
@@ -287,14 +305,23 @@ void GlRenderer::drawSurfaces(GlBuffer& buffer, const SceneFrame& frame) {
     });
     glDisable(GL_POLYGON_OFFSET_FILL);
     if (frame.edges) {
+        glEnable(GL_BLEND);
+        glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ZERO, GL_ONE);
         forLitRuns([&](const GlRun& run) {
+            const float strength = edgeStrength(run, frame);
+            if (strength == 0.0F) {
+                return;
+            }
             glDisable(GL_LIGHTING);
-            glColor4fv(shaded(run.look.colour, edgeShade).data());
+            Colour colour = shaded(run.look.colour, edgeShade);
+            colour[3] = strength;
+            glColor4fv(colour.data());
             drawSideEdges(buffer, run, eye, Facing::Front);
             if (frame.backFilled) {
                 drawSideEdges(buffer, run, eye, Facing::Back);
             }
         });
+        glDisable(GL_BLEND);
     }
     glDisable(GL_CULL_FACE);
 }

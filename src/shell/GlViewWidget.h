@@ -102,6 +102,7 @@ private:
     GlCanvas* canvas_ = nullptr; ///< null: no OpenGL here
     QTimer timer_;
     QTimer restTimer_;
+    QTimer settleTimer_;
     std::int64_t eventTime_ = 0;
     bool painting_ = false; ///< a frame of the canvas is being painted
     bool confined_ = false;

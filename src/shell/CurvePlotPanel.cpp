@@ -19,7 +19,7 @@ CurvePlotPanel::CurvePlotPanel(QWidget* parent)
         quantity_->addItem(QString::fromLatin1(nameOf(quantity)), static_cast<int>(quantity));
     }
     quantity_->setObjectName(QStringLiteral("quantity"));
-    auto* label = new QLabel(tr("&Value over the length"), inside);
+    auto* label = new QLabel(tr("Value over the &length"), inside);
     label->setBuddy(quantity_);
     row->addWidget(label);
     row->addWidget(quantity_);

@@ -62,8 +62,14 @@ Fields takeRun(const Fields& fields, std::size_t first, Same same) {
     return run;
 }
 
+/// A field without a label is named after its key.
 QString nameOf(const DialogField& field) {
-    return qtText(field.label.empty() ? field.key : field.label);
+    if (!field.label.empty()) {
+        return qtText(field.label);
+    }
+    QString name = qtText(field.key);
+    name.front() = name.front().toUpper();
+    return name;
 }
 
 } // namespace
@@ -211,7 +217,6 @@ QLineEdit* FormDialog::makeEdit(const DialogField& field, const QString& name) {
 void FormDialog::placeNumbers(QVBoxLayout& column, const Fields& fields) {
     auto* grid = new QGridLayout;
     grid->setColumnStretch(0, 1);
-    QString name;
     int row = -1;
     int place = 0;
     for (const DialogField* field : fields) {
@@ -219,16 +224,13 @@ void FormDialog::placeNumbers(QVBoxLayout& column, const Fields& fields) {
         control.key = field->key;
         const bool beside = standsBeside(*field) && row >= 0;
         row += beside ? 0 : 1;
-        place = beside ? place + 1 : 1;
-        name = beside ? name : nameOf(*field);
+        place = beside ? place + 2 : 0;
+        const QString name = nameOf(*field);
         control.edit = makeEdit(*field, name);
-        if (!beside) {
-            const QString label = qtText(field->label);
-            control.label = new QLabel(field->readOnly ? label : keys_.mark(label), this);
-            control.label->setBuddy(control.edit);
-            grid->addWidget(control.label, row, 0);
-        }
-        grid->addWidget(control.edit, row, place);
+        control.label = new QLabel(field->readOnly ? name : keys_.mark(name), this);
+        control.label->setBuddy(control.edit);
+        grid->addWidget(control.label, row, place);
+        grid->addWidget(control.edit, row, place + 1);
         controls_.push_back(control);
     }
     column.addLayout(grid);

@@ -20,6 +20,9 @@ namespace {
 constexpr double unitsOfNotch = 120.0;
 /// A camera that has not moved for so many milliseconds rests.
 constexpr int restAfter = 150;
+/// Some window systems show the first frame of a new size in a buffer of the old one: another follows after so many
+/// milliseconds.
+constexpr int settledAfter = 100;
 
 /// What a drag with the middle button does; the keys held as it begins decide.
 MouseMode navigationOf(Qt::KeyboardModifiers keys) {
@@ -49,6 +52,9 @@ GlViewWidget::GlViewWidget(QWidget* parent) : QWidget(parent) {
             carryOut([this] { view_->OnTimer(); });
         }
     });
+    settleTimer_.setSingleShot(true);
+    settleTimer_.setInterval(settledAfter);
+    connect(&settleTimer_, &QTimer::timeout, this, &GlViewWidget::requestRepaint);
     restTimer_.setSingleShot(true);
     restTimer_.setInterval(restAfter);
     connect(&restTimer_, &QTimer::timeout, this, [this] {
@@ -97,6 +103,8 @@ void GlViewWidget::requestRepaint() {
     }
 }
 
+void GlViewWidget::requestSameFrame() {}
+
 /// No exception leaves through the toolkit.
 void GlViewWidget::carryOut(const std::function<void()>& work) {
     try {
@@ -131,7 +139,8 @@ void GlViewWidget::paintEvent(QPaintEvent*) {
 
 void GlViewWidget::clearFrame(const Colour& colour) {
     if (painting_) {
-        canvas_->renderer().clear(colour);
+        // Where windows have an alpha channel, none of the desktop shows through.
+        canvas_->renderer().clear({colour[0], colour[1], colour[2], 1.0F});
     }
 }
 
@@ -169,6 +178,7 @@ void GlViewWidget::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     if (canvas_ != nullptr) {
         canvas_->setGeometry(rect());
+        settleTimer_.start();
     }
     matchSize();
 }
@@ -226,6 +236,7 @@ void GlViewWidget::mousePressEvent(QMouseEvent* event) {
 
 void GlViewWidget::releaseLeft(PixelPoint position) {
     carryOut([&] { view_->OnLeftButtonUp(position); });
+    requestRepaint(); // of what a regime moved on to
     emit leftReleased();
 }
 
@@ -292,6 +303,9 @@ void GlViewWidget::contextMenuEvent(QContextMenuEvent* event) {
 
 void GlViewWidget::keyPressEvent(QKeyEvent* event) {
     if (view_ != nullptr && event->key() == Qt::Key_Escape) {
+        if (isMeantOtherwise_ && isMeantOtherwise_()) {
+            return;
+        }
         view_->OnKeyDown(ViewKey::Escape);
         emit keyTaken();
         return;

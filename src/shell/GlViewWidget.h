@@ -46,6 +46,10 @@ public:
     void awaitRest() override { restTimer_.start(); }
     double pixelScale() const override { return devicePixelRatioF(); }
     void requestRepaint() override;
+    /// The toolkit keeps the frame that was painted last.
+    void requestSameFrame() override;
+    /// Where it says yes, Esc is not taken for the wish to leave.
+    void keepOpenWhile(std::function<bool()> isMeantOtherwise) { isMeantOtherwise_ = std::move(isMeantOtherwise); }
     void requestClose() override;
     void showCursor(MouseMode mode) override;
     void confineCursor(bool confined) override { confined_ = confined; }
@@ -98,9 +102,11 @@ private:
     GlCanvas* canvas_ = nullptr; ///< null: no OpenGL here
     QTimer timer_;
     QTimer restTimer_;
+    QTimer settleTimer_;
     std::int64_t eventTime_ = 0;
     bool painting_ = false; ///< a frame of the canvas is being painted
     bool confined_ = false;
+    std::function<bool()> isMeantOtherwise_;
 };
 
 } // namespace velmora

@@ -172,6 +172,7 @@ void MainFrame::connectView() {
         // A box would bring the next paint, and that the next box.
         session_->document().ShowStatus(message::commandFailed(plainBytes(cause)).text);
     });
+    viewWidget_->keepOpenWhile([this] { return userInterface_->mayBeMeantForWork(); });
     connect(viewWidget_, &GlViewWidget::hinted, status_, &StatusLine::showPointed);
     connect(viewWidget_, &GlViewWidget::keyTaken, this, &MainFrame::refresh);
     connect(viewWidget_, &GlViewWidget::leftReleased, this, &MainFrame::refresh);

@@ -68,7 +68,9 @@ void PlotWidget::paintEvent(QPaintEvent*) {
 
 void PlotWidget::drawAxes(QPainter& painter) const {
     const PlotFrame in = frame();
-    const QColor grid = palette().color(QPalette::AlternateBase).darker(115);
+    constexpr int faint = 45; // of 255: on a light ground and on a dark one
+    QColor grid = palette().color(QPalette::Text);
+    grid.setAlpha(faint);
     const QFontMetrics letters = fontMetrics();
     const auto text = [](double mark) { return qtText(shortNumber(mark)); };
     for (const double mark : axisMarks(plot_.lowest, plot_.highest, marksUp)) {

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QListView>
 #include <QMainWindow>
 #include <QMessageBox>
@@ -21,6 +22,7 @@
 #include "RecentFiles.h"
 #include "RegularInputDialog.h"
 #include "StatusLine.h"
+#include "commands/load_files.h"
 #include "messages.h"
 #include "qt_text.h"
 
@@ -166,15 +168,20 @@ void QtUserInterface::showMessage(const Message& message) {
         held_.push_back(message.text);
         return;
     }
-    showBox(message.text);
+    const std::string reason = std::exchange(loss_, {});
+    showBox(message.text, message.severity == Severity::NoModel ? reason : std::string());
 }
 
-void QtUserInterface::showBox(const std::string& text) {
+void QtUserInterface::showBox(const std::string& text, const std::string& reason) {
     const Turn turn(*this);
     QMessageBox box(QMessageBox::Information, QStringLiteral("Velmora"), qtText(text), QMessageBox::Ok,
                     parentOfBoxes());
     box.setObjectName(QStringLiteral("messageBox"));
     box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(qtText(reason));
+    for (QLabel* const label : box.findChildren<QLabel*>()) {
+        label->setTextFormat(Qt::PlainText); // of the reason, too: a file may be named as a tag is
+    }
     box.exec();
 }
 
@@ -268,6 +275,7 @@ bool QtUserInterface::completeName(QString& file, const ChooserFilters& filters,
 
 std::vector<std::filesystem::path> QtUserInterface::chooseFiles(const FileRequest& request) {
     const Turn turn(*this);
+    loss_.clear();
     const ChooserFilters filters = chooserFilters(request);
     QString& usedLast = filterUsedLast_[request.command];
     QWidget* const parent = parentOfBoxes();
@@ -330,12 +338,16 @@ void QtUserInterface::setBusy(bool busy) {
         if (status_.showsProgress() || lookedAt_.isValid()) {
             // What was typed and clicked behind the last look would act on what the work left.
             lookForStop();
-            if (QWidget* const picture = frame_.centralWidget()) {
-                picture->update(); // a paint of it may have been dropped
-            }
+            stopKey_.makeUpForPaints();
+            longWorkEnded_.start();
         }
         status_.hideProgress();
     }
+}
+
+bool QtUserInterface::mayBeMeantForWork() const {
+    constexpr qint64 slowHand = 1500; // ms
+    return longWorkEnded_.isValid() && longWorkEnded_.elapsed() < slowHand;
 }
 
 bool QtUserInterface::lookForStop() {
@@ -366,7 +378,12 @@ bool QtUserInterface::wantsToStop() {
 }
 
 void QtUserInterface::addRecentFile(const std::filesystem::path& path) {
+    loss_.clear();
     recent_.add(qtPath(path));
+}
+
+void QtUserInterface::tellFileRead(const FileRead& read) {
+    loss_ = lossText(read);
 }
 
 } // namespace velmora

@@ -51,7 +51,10 @@ public:
     void showProgress(double fraction) override;
     bool wantsToStop() override;
     void addRecentFile(const std::filesystem::path& path) override;
+    void tellFileRead(const FileRead& read) override;
 
+    /// True in the moment after long work has come to its end: an Esc that comes now was meant to end it.
+    bool mayBeMeantForWork() const;
     /// What the status line says of long work; empty: nothing.
     void nameWork(const QString& work);
     /// While messages are held, boxes wait; they come up in their order once the hold ends and the event loop runs.
@@ -62,7 +65,7 @@ private:
     class Turn;
 
     bool completeName(QString& file, const ChooserFilters& filters, int chosen);
-    void showBox(const std::string& text);
+    void showBox(const std::string& text, const std::string& reason = {});
     void showHeldMessages();
     QWidget* parentOfBoxes() const;
     bool isLongAtWork() const;
@@ -74,9 +77,11 @@ private:
     int busyDepth_ = 0;
     QElapsedTimer busyFor_;
     QElapsedTimer lookedAt_;
+    QElapsedTimer longWorkEnded_;
     StopKey stopKey_;
     bool holding_ = false;
     std::vector<std::string> held_;
+    std::string loss_;                              ///< of the file read last, until it is the model or a box told it
     std::map<std::string, QString> filterUsedLast_; ///< text of the entry, by command
 };
 

@@ -72,7 +72,9 @@ void StatusLine::showHint(const QString& hint) {
 
 void StatusLine::showMode(const QString& mode) {
     modeText_ = mode;
-    mode_->setText(pointed_.isEmpty() ? modeText_ : pointed_);
+    QStringList words{modeText_, pointed_};
+    words.removeAll(QString());
+    mode_->setText(words.join(QStringLiteral(": ")));
 }
 
 void StatusLine::showPointed(const QString& text) {

@@ -22,7 +22,7 @@ public:
     void showHint(const QString& hint);
     /// What the mouse is for now, at the right; empty: nothing out of the ordinary.
     void showMode(const QString& mode);
-    /// What the mouse points at, in the place of the mode until an empty text comes: the message stays in sight.
+    /// What the mouse points at, behind the mode until an empty text comes: the message stays in sight.
     void showPointed(const QString& text);
     /// Asks the window system for the lock keys.
     void refreshLocks();

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QWidget>
+#include <algorithm>
 
 namespace velmora {
 
@@ -16,6 +17,16 @@ bool StopKey::wasPressed(QWidget* button, QWidget* picture) {
     QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);
     QCoreApplication::instance()->removeEventFilter(this);
     return pressed_;
+}
+
+/// Each part by itself: what holds a part painted by the graphics card does not have it painted.
+void StopKey::makeUpForPaints() {
+    for (const QPointer<QWidget>& part : unpainted_) {
+        if (part != nullptr) {
+            part->update();
+        }
+    }
+    unpainted_.clear();
 }
 
 namespace {
@@ -42,7 +53,14 @@ bool StopKey::eventFilter(QObject* watched, QEvent* event) {
         pressed_ = pressed_ || isOn(button_, static_cast<QMouseEvent*>(event)->globalPosition().toPoint());
         return true;
     case QEvent::Paint:
-        return isOfPicture(watched);
+        if (!isOfPicture(watched)) {
+            return false;
+        }
+        if (auto* const part = qobject_cast<QWidget*>(watched);
+            std::find(unpainted_.begin(), unpainted_.end(), part) == unpainted_.end()) {
+            unpainted_.emplace_back(part);
+        }
+        return true;
     case QEvent::KeyRelease:
     case QEvent::Shortcut:
     case QEvent::MouseButtonRelease:

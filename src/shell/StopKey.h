@@ -1,8 +1,9 @@
 #pragma once
 
 #include <QObject>
-
-class QWidget;
+#include <QPointer>
+#include <QWidget>
+#include <vector>
 
 namespace velmora {
 
@@ -13,6 +14,8 @@ public:
     /// Whether it was pressed since the last question. `button` ends the work too, `picture` is not painted; both may
     /// be null.
     bool wasPressed(QWidget* button, QWidget* picture);
+    /// Has that painted which was not.
+    void makeUpForPaints();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -23,6 +26,7 @@ private:
     QWidget* button_ = nullptr;
     QWidget* picture_ = nullptr;
     bool pressed_ = false;
+    std::vector<QPointer<QWidget>> unpainted_;
 };
 
 } // namespace velmora

@@ -275,6 +275,7 @@ private:
     Sight sight() const;
     void pointUnder(PixelPoint position);
     void showCandidate(const std::optional<Pick>& candidate);
+    bool isMarked(const std::optional<Pick>& candidate) const;
     zVec<double> middleOfView();
     void noteMotion();
     bool takeCurve(const Pick& pick);
@@ -300,6 +301,7 @@ private:
     DrawList pointed_;
     std::optional<Pick> candidate_;
     std::uint64_t candidateRevision_ = 0; ///< of the geometry that it was found in
+    std::string candidateText_;
     Overlay overlay_;
     std::size_t batchesBeforeTriad_ = 0;
     std::optional<ColouredValues> coloured_; ///< the values that the model's list shows as colours

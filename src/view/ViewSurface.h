@@ -91,6 +91,8 @@ public:
     /// Pixels of the screen for one of an ordinary screen: what has its size in pixels grows by it.
     virtual double pixelScale() const { return 1.0; }
     virtual void requestRepaint() = 0;
+    /// A repaint that shows what is shown already: whoever keeps the picture may leave it as it stands.
+    virtual void requestSameFrame() { requestRepaint(); }
     virtual void requestClose() = 0;
     virtual void showCursor(MouseMode mode) = 0;
     /// Keeps the cursor inside the view until it is freed.

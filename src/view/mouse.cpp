@@ -64,7 +64,11 @@ void VelmoraView::OnMouseMove(PixelPoint position) {
     lastMoveClock = surface().clock();
     prevMousePos = lastMousePos;
     lastMousePos = position;
-    repaint();
+    if (leftButtonDown || spinActive) {
+        repaint();
+    } else {
+        surface().requestSameFrame();
+    }
 }
 
 void VelmoraView::OnLeftButtonUp(PixelPoint position) {

@@ -131,12 +131,24 @@ void VelmoraView::pointUnder(PixelPoint position) {
 }
 
 void VelmoraView::showCandidate(const std::optional<Pick>& candidate) {
-    if (candidate || candidate_) {
-        surface().showHint(candidate ? candidateText(doc_, *candidate) : std::string());
-        candidate_ = candidate;
-        candidateRevision_ = doc_.geometryRevision();
-        repaint();
+    if ((!candidate && !candidate_) || isMarked(candidate)) {
+        return;
     }
+    candidateText_ = candidate ? candidateText(doc_, *candidate) : std::string();
+    surface().showHint(candidateText_);
+    candidate_ = candidate;
+    candidateRevision_ = doc_.geometryRevision();
+    repaint();
+}
+
+/// Whether the mark and its text are there as they would be for this candidate: the mouse has moved along it.
+bool VelmoraView::isMarked(const std::optional<Pick>& candidate) const {
+    if (!candidate || !candidate_ || candidateRevision_ != doc_.geometryRevision() ||
+        candidate->target != candidate_->target || candidateText(doc_, *candidate) != candidateText_) {
+        return false;
+    }
+    const bool isPlace = candidate->target == Pick::Target::Point || candidate->target == Pick::Target::Node;
+    return !isPlace || candidate->position == candidate_->position;
 }
 
 void VelmoraView::OnMouseLeave() {

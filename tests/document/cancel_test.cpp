@@ -150,6 +150,13 @@ void twoZones(Desk& desk) {
     desk.addToBlock(1);
 }
 
+void zonesWithOldParts(Desk& desk) {
+    triangles(desk);
+    for (const char* const name : {"wing_1.dat", "wing_2.dat"}) {
+        writeFileText(desk.folder / name, "the old file\n");
+    }
+}
+
 void linesOfABody(Desk& desk) {
     Patch lines;
     for (int n = 0; n < 5; ++n) {
@@ -196,6 +203,8 @@ std::vector<LongCommand> longCommands() {
         {"comparing", "model.compare", twoGrids, {{"target", "2"}}},
         {"comparing zones", "model.compare", twoZones, {{"target", "2"}}},
         {"knife", "convert.knife", triangles, {{"section", "2.5"}}},
+        {"knife to files", "convert.knife", triangles, {{"section", "2.5"}, {"cutKind", "3"}}},
+        {"knife over files", "convert.knife", zonesWithOldParts, {{"section", "2.5"}, {"cutKind", "3"}}},
         {"saving", "file.save", [](Desk& desk) { oneLargeGrid(desk); }},
         {"exporting", "file.export", [](Desk& desk) { oneLargeGrid(desk); }, {}, {"wing.obj"}},
         {"importing", "file.import", [](Desk& desk) { besideA("large.obj", desk); }, {}, {"large.obj"}},

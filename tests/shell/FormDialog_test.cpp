@@ -273,7 +273,15 @@ TEST(FormDialog, ANumberWithoutALabelStandsBesideTheNumberBeforeIt) {
     const QRect right = part<QLineEdit>(dialog, "border").geometry();
     EXPECT_LT(left.right(), right.left());
     EXPECT_EQ(left.top(), right.top());
-    EXPECT_EQ(part<QLineEdit>(dialog, "border").accessibleName(), QStringLiteral("Number"));
+    EXPECT_EQ(part<QLineEdit>(dialog, "border").accessibleName(), QStringLiteral("Border"));
+    const auto labels = dialog.findChildren<QLabel*>();
+    const auto own = std::find_if(labels.begin(), labels.end(), [&dialog](const QLabel* label) {
+        return label->buddy() == &part<QLineEdit>(dialog, "border");
+    });
+    ASSERT_NE(own, labels.end());
+    EXPECT_EQ(QString((*own)->text()).remove(QLatin1Char('&')), QStringLiteral("Border"));
+    EXPECT_LT(left.right(), (*own)->geometry().left());
+    EXPECT_LT((*own)->geometry().right(), right.left());
 }
 
 // ---- Refusals -------------------------------------------------------------------------------------------------------

@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <functional>
+
 namespace velmora::test {
 namespace {
 
@@ -156,6 +159,123 @@ TEST(Pieces, OfTwoStripsStayApart) {
     const GlRanges fronts = facingRanges(run, above, Facing::Front);
     EXPECT_THAT(fronts.first, ElementsAre(0, 22));
     EXPECT_THAT(fronts.counts, ElementsAre(22, 22));
+}
+
+// ---- Edges ----------------------------------------------------------------------------------------------------------
+
+/// Strips of quads that look up, one beside the other, each going on where the one before ended.
+GlRun plate(DrawList& list, int strips, int quads) {
+    for (int n = 0; n < strips; ++n) {
+        list.begin(Primitive::QuadStrip, red).lit = true;
+        for (int m = 0; m <= quads; ++m) {
+            list.vertex({1.0 * m, 0.0 - n, 0.0});
+            list.vertex({1.0 * m, -1.0 - n, 0.0});
+        }
+    }
+    GlRun run = joinBatches(list).at(0);
+    run.pieces = piecesOf(run, list);
+    return run;
+}
+
+const Eye below{.parallel = true, .place = {0.0, 0.0, -1.0}};
+
+using Line = std::array<zVec<double>, 2>;
+
+/// The lines that the context would draw of edges.
+std::vector<Line> linesOf(const GlEdges& edges, const DrawList& list) {
+    std::vector<Line> lines;
+    const auto at = [&list](int vertex) { return list.vertices.at(static_cast<std::size_t>(vertex)); };
+    for (std::size_t i = 0; i < edges.rungs.first.size(); ++i) {
+        for (int k = 0; k + 1 < edges.rungs.counts[i]; k += 2) {
+            lines.push_back({at(edges.rungs.first[i] + k), at(edges.rungs.first[i] + k + 1)});
+        }
+    }
+    for (const int row : {0, 1}) {
+        const GlRanges& ranges = edges.rows.at(static_cast<std::size_t>(row));
+        for (std::size_t i = 0; i < ranges.first.size(); ++i) {
+            for (int k = ranges.first[i]; k + 1 < ranges.first[i] + ranges.counts[i]; ++k) {
+                lines.push_back({at(row + 2 * k), at(row + 2 * k + 2)});
+            }
+        }
+    }
+    return lines;
+}
+
+/// All edges of a plate of unit squares.
+std::vector<Line> edgesOfPlate(int strips, int quads) {
+    std::vector<Line> lines;
+    for (int n = 0; n <= strips; ++n) {
+        for (int m = 0; m <= quads; ++m) {
+            if (m < quads) {
+                lines.push_back({zVec<double>(m, -n, 0), zVec<double>(m + 1, -n, 0)});
+            }
+            if (n < strips) {
+                lines.push_back({zVec<double>(m, -n, 0), zVec<double>(m, -n - 1, 0)});
+            }
+        }
+    }
+    return lines;
+}
+
+TEST(Edges, OfAPlateAreAllThereAndEachOnce) {
+    for (const bool oddStart : {false, true}) {
+        DrawList list;
+        if (oddStart) {
+            list.point({9.0, 9.0, 9.0}, 6.0F, green);
+        }
+        plate(list, 3, 70);
+        GlRun run = joinBatches(list).back();
+        run.pieces = piecesOf(run, list);
+        const GlSide fronts = edgesOf(run, above, Facing::Front);
+        EXPECT_THAT(linesOf(fronts.certain, list), testing::UnorderedElementsAreArray(edgesOfPlate(3, 70)));
+        EXPECT_THAT(fronts.doubtful.first, testing::IsEmpty());
+        const GlSide backs = edgesOf(run, above, Facing::Back);
+        EXPECT_THAT(linesOf(backs.certain, list), testing::IsEmpty());
+        EXPECT_THAT(backs.doubtful.first, testing::IsEmpty());
+        EXPECT_EQ(linesOf(edgesOf(run, below, Facing::Back).certain, list).size(), edgesOfPlate(3, 70).size());
+    }
+}
+
+TEST(Edges, OfTheRowBetweenTwoStripsAreDrawnWhereOnlyOneIs) {
+    DrawList list;
+    plate(list, 1, 10);
+    // The next strip begins with the same row and goes back under it: it shows its back.
+    list.begin(Primitive::QuadStrip, red).lit = true;
+    for (int m = 0; m <= 10; ++m) {
+        list.vertex({1.0 * m, -1.0, 0.0});
+        list.vertex({1.0 * m, 0.0, -1.0});
+    }
+    GlRun run = joinBatches(list).at(0);
+    run.pieces = piecesOf(run, list);
+    EXPECT_THAT(linesOf(edgesOf(run, above, Facing::Front).certain, list),
+                testing::UnorderedElementsAreArray(edgesOfPlate(1, 10)));
+    EXPECT_EQ(linesOf(edgesOf(run, above, Facing::Back).certain, list).size(), 31U);
+}
+
+TEST(Edges, OfStripsThatDoNotGoOnAreThoseOfEach) {
+    DrawList list;
+    plate(list, 1, 10);
+    list.begin(Primitive::QuadStrip, red).lit = true;
+    for (int m = 0; m <= 10; ++m) {
+        list.vertex({1.0 * m, -1.0, m == 5 ? 0.001 : 0.0});
+        list.vertex({1.0 * m, -2.0, 0.0});
+    }
+    GlRun run = joinBatches(list).at(0);
+    run.pieces = piecesOf(run, list);
+    EXPECT_EQ(linesOf(edgesOf(run, above, Facing::Front).certain, list).size(), 62U);
+}
+
+TEST(Edges, InDoubtAreLeftToTheFaces) {
+    DrawList list;
+    // The bend stands in the second piece of five, quads 32 to 63.
+    const GlRun run = bentStrip(list, 160, 40);
+    const GlSide fronts = edgesOf(run, above, Facing::Front);
+    EXPECT_EQ(linesOf(fronts.certain, list).size(), 32U * 3 + 1);
+    EXPECT_THAT(fronts.doubtful.first, ElementsAre(64));
+    EXPECT_THAT(fronts.doubtful.counts, ElementsAre(66));
+    const GlSide backs = edgesOf(run, above, Facing::Back);
+    EXPECT_EQ(linesOf(backs.certain, list).size(), 96U * 3 + 1);
+    EXPECT_THAT(backs.doubtful.first, ElementsAre(64));
 }
 
 } // namespace

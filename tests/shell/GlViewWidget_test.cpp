@@ -324,5 +324,21 @@ TEST(GlViewWidget, WithoutAViewItDoesNothing) {
     EXPECT_EQ(rig.view.viewport.width, 400);
 }
 
+TEST(GlViewWidget, EscIsLeftAloneWhileItIsMeantOtherwise) {
+    WidgetRig rig;
+    bool otherwise = true;
+    rig.widget.keepOpenWhile([&otherwise] { return otherwise; });
+    const auto press = [&rig] {
+        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QApplication::sendEvent(&rig.widget, &escape);
+        QApplication::processEvents();
+    };
+    press();
+    EXPECT_TRUE(rig.widget.isVisible());
+    otherwise = false;
+    press();
+    EXPECT_FALSE(rig.widget.isVisible());
+}
+
 } // namespace
 } // namespace velmora::test

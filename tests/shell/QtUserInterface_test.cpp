@@ -102,6 +102,46 @@ TEST(QtUserInterface, AMessageIsABoxWithOkAlone) {
     rig.ui.showMessage({Severity::Info, "<b>Matching</b> is impossible"});
 }
 
+TEST(QtUserInterface, ABoxOfAFileThatGaveNoModelTellsWhatBecameOfIt) {
+    UiRig rig;
+    const auto expectReason = [&rig](const QString& reason) {
+        rig.person.at("messageBox", [reason](QWidget& box) {
+            EXPECT_EQ(dynamic_cast<QMessageBox&>(box).text(), QStringLiteral("Open procedure is canceled"));
+            EXPECT_EQ(dynamic_cast<QMessageBox&>(box).informativeText(), reason);
+            for (const QLabel* label : box.findChildren<QLabel*>()) {
+                EXPECT_NE(label->textFormat(), Qt::AutoText);
+            }
+            dynamic_cast<QDialog&>(box).accept();
+        });
+    };
+    FileRead read;
+    read.reasons = {"Facets in the file: 9, kept: 0"};
+    expectReason(QStringLiteral("Facets in the file: 9, kept: 0"));
+    rig.ui.tellFileRead(read);
+    rig.ui.showMessage(message::openCancelled);
+    expectReason({});
+    rig.ui.showMessage(message::openCancelled);
+    // What became the model is no reason of the next file.
+    rig.ui.tellFileRead(read);
+    rig.ui.addRecentFile("/tmp/model.apt");
+    expectReason({});
+    rig.ui.showMessage(message::openCancelled);
+}
+
+TEST(QtUserInterface, AMomentAfterLongWorkAnEscMayStillBeMeantForIt) {
+    UiRig rig;
+    rig.ui.setBusy(true);
+    rig.ui.setBusy(false);
+    EXPECT_FALSE(rig.ui.mayBeMeantForWork()) << "nobody could have wanted to stop it";
+    rig.ui.setBusy(true);
+    QThread::msleep(600);
+    rig.ui.wantsToStop();
+    rig.ui.setBusy(false);
+    EXPECT_TRUE(rig.ui.mayBeMeantForWork());
+    QThread::msleep(1600);
+    EXPECT_FALSE(rig.ui.mayBeMeantForWork());
+}
+
 TEST(QtUserInterface, AMessageOverADialogBelongsToTheDialog) {
     UiRig rig;
     CBlockMove values;

@@ -29,16 +29,16 @@ TEST(StatusLine, AHintHidesTheMessageUntilItGoes) {
     EXPECT_EQ(message(line), QString());
 }
 
-TEST(StatusLine, WhatTheMousePointsAtStandsInThePlaceOfTheModeAndLeavesTheMessage) {
+TEST(StatusLine, WhatTheMousePointsAtStandsBehindTheModeAndLeavesTheMessage) {
     StatusLine line;
     const auto mode = [&line] { return line.findChild<QLabel*>(QStringLiteral("mode"))->text(); };
     line.showText(QStringLiteral("prompt"));
     line.showMode(QStringLiteral("Section"));
     line.showPointed(QStringLiteral("Patch K=1"));
-    EXPECT_EQ(mode(), QStringLiteral("Patch K=1"));
+    EXPECT_EQ(mode(), QStringLiteral("Section: Patch K=1"));
     EXPECT_EQ(message(line), QStringLiteral("prompt"));
     line.showMode(QStringLiteral("Line"));
-    EXPECT_EQ(mode(), QStringLiteral("Patch K=1")) << "until it is told that nothing is there";
+    EXPECT_EQ(mode(), QStringLiteral("Line: Patch K=1")) << "until it is told that nothing is there";
     line.showPointed({});
     EXPECT_EQ(mode(), QStringLiteral("Line"));
 }

@@ -5,7 +5,12 @@
 #include <QAbstractScrollArea>
 #include <QAccessible>
 #include <QComboBox>
+#include <QDockWidget>
+#include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
+#include <QMenuBar>
+#include <QToolButton>
 
 #include "AboutBox.h"
 #include "CRegularInput.h"
@@ -104,6 +109,80 @@ TEST(ScreenReader, HasANameForEveryWidgetOfTheOtherWindows) {
     EXPECT_GT(expectNames(keys), 1);
     AboutBox about{QString()};
     EXPECT_GT(expectNames(about), 2);
+}
+
+// ---- Access keys ----------------------------------------------------------------------------------------------------
+
+/// The letter that is underlined, or nothing; "&&" is an ampersand.
+QString accessKeyOf(QString text) {
+    text.remove(QStringLiteral("&&"));
+    const qsizetype mark = text.indexOf(QLatin1Char('&'));
+    return mark < 0 ? QString() : text.mid(mark + 1, 1).toUpper();
+}
+
+/// The access keys of labels, buttons and group boxes that stand in a window.
+QStringList keysIn(const QWidget& window) {
+    QStringList keys;
+    for (const QLabel* label : window.findChildren<QLabel*>()) {
+        keys.append(label->buddy() == nullptr ? QString() : accessKeyOf(label->text()));
+    }
+    for (const QAbstractButton* button : window.findChildren<QAbstractButton*>()) {
+        // The names of commands on tool buttons have no key there.
+        keys.append(qobject_cast<const QToolButton*>(button) != nullptr ? QString() : accessKeyOf(button->text()));
+    }
+    for (const QGroupBox* box : window.findChildren<QGroupBox*>()) {
+        keys.append(accessKeyOf(box->title()));
+    }
+    keys.removeAll(QString());
+    return keys;
+}
+
+/// The number of keys; none may stand twice.
+qsizetype expectKeysOnce(QStringList keys, const std::string& window) {
+    const qsizetype count = keys.size();
+    keys.sort();
+    const std::string all = keys.join(QLatin1Char(' ')).toStdString();
+    EXPECT_EQ(keys.removeDuplicates(), 0) << window << ": " << all;
+    return count;
+}
+
+TEST(AccessKeys, StandOnceInEachDialog) {
+    RecordingUi ui;
+    DocumentState document(ui, ".");
+    for (const std::string& name : DialogValues::names()) {
+        auto form = document.dialogs->form(name);
+        openDialog(*form);
+        const FormDialog dialog(*form);
+        EXPECT_GT(expectKeysOnce(keysIn(dialog), name), 0) << name;
+    }
+    PatchList list;
+    CRegularInput table(list);
+    const RegularInputDialog points(table);
+    expectKeysOnce(keysIn(points), "points");
+    const TemporaryFolder folder;
+    const auto volumes = [] { return std::vector<std::filesystem::path>{"/"}; };
+    dlgFolder chooser(ui, folder.path(), volumes);
+    EXPECT_GT(expectKeysOnce(keysIn(FolderDialog(chooser)), "folder"), 2);
+    dlgFilesList files(ui, folder.path(), volumes);
+    EXPECT_GT(expectKeysOnce(keysIn(FilesListDialog(files)), "files"), 4);
+}
+
+TEST(AccessKeys, OfThePanelsAreNoneOfTheMenuBar) {
+    FrameRig rig;
+    for (const char* const panel : {"options.report", "options.curvePlot", "options.journal", "help.fileReport"}) {
+        rig.frame.run(*findCommand(panel));
+    }
+    QStringList keys;
+    for (const QAction* menu : rig.frame.menuBar()->actions()) {
+        keys.append(accessKeyOf(menu->text()));
+    }
+    const qsizetype ofMenus = keys.size();
+    const auto docks = rig.frame.findChildren<QDockWidget*>();
+    ASSERT_EQ(docks.size(), 4);
+    for (const QDockWidget* dock : docks) {
+        keys.append(keysIn(*dock));
+    }
+    EXPECT_GT(expectKeysOnce(keys, "frame"), ofMenus + 4);
 }
 
 } // namespace

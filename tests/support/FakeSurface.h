@@ -14,7 +14,8 @@ public:
     std::vector<std::string> calls;
     std::string failing;
     std::int64_t now = 0;
-    int repaints = 0;
+    int repaints = 0;   ///< those of a frame that is the same, too
+    int sameFrames = 0; ///< of them
     int scenes = 0;
     bool closeRequested = false;
     bool confined = false;
@@ -50,6 +51,10 @@ public:
     bool swapBuffers() override { return note("swapBuffers"); }
     void invertRectangle(PixelPoint, PixelPoint) override { note("invertRectangle"); }
     void requestRepaint() override { ++repaints; }
+    void requestSameFrame() override {
+        ++sameFrames;
+        ViewSurface::requestSameFrame();
+    }
     void requestClose() override { closeRequested = true; }
     void showCursor(MouseMode mode) override { cursor = mode; }
     void confineCursor(bool confine) override { confined = confine; }

@@ -50,10 +50,35 @@ TEST(Hover, FollowsEachPixelAndNotOnlyStepsOfSix) {
     HoverRig rig;
     rig.call("line.captureSection");
     const PixelPoint at = rig.pixelOf({11, 1, 0});
+    PixelPoint mouse = rig.pixelOf({11, 2, 0});
+    rig.view.OnMouseMove(mouse);
+    ASSERT_EQ(rig.view.candidate()->section, 2);
+    const int step = at.y > mouse.y ? 1 : -1;
+    const int painted = rig.surface.repaints - rig.surface.sameFrames;
+    for (int moves = 0; rig.surface.repaints - rig.surface.sameFrames == painted; ++moves) {
+        ASSERT_LT(moves, 1000);
+        mouse.y += step;
+        rig.view.OnMouseMove(mouse);
+    }
+    EXPECT_FALSE(rig.view.candidate() && rig.view.candidate()->section == 2) << "the very pixel that takes it away";
+}
+
+TEST(Hover, AlongWhatIsMarkedPaintsNothing) {
+    HoverRig rig;
+    rig.call("line.captureSection");
+    const PixelPoint at = rig.pixelOf({11, 1, 0});
     rig.view.OnMouseMove(at);
-    const int repaints = rig.surface.repaints;
-    rig.view.OnMouseMove({at.x + 1, at.y});
-    EXPECT_EQ(rig.surface.repaints, repaints + 1);
+    ASSERT_TRUE(rig.view.candidate());
+    const auto painted = [&rig] { return rig.surface.repaints - rig.surface.sameFrames; };
+    const int before = painted();
+    for (int i = 1; i < 10; ++i) {
+        rig.view.OnMouseMove({at.x + i, at.y});
+    }
+    EXPECT_EQ(painted(), before);
+    rig.view.OnMouseLeave();
+    EXPECT_EQ(painted(), before + 1);
+    rig.view.OnMouseMove(at);
+    EXPECT_EQ(painted(), before + 2) << "marked anew";
 }
 
 TEST(Hover, TellsOfPointsLinesPatchesAndNodes) {

@@ -108,6 +108,14 @@ TEST(MouseMove, KeepsTimeAndBothPositionsAndRepaints) {
     EXPECT_EQ(rig.view.prevMousePos, (PixelPoint{110, 100}));
     EXPECT_EQ(rig.view.lastMousePos, (PixelPoint{120, 110}));
     EXPECT_EQ(rig.surface.repaints, repaints + 2);
+    EXPECT_EQ(rig.surface.sameFrames, 0);
+}
+
+TEST(MouseMove, WhileTheModelSpinsAsksForANewFrame) {
+    MouseRig rig(ModeRotate);
+    rig.view.spinActive = true;
+    rig.view.OnMouseMove({200, 210});
+    EXPECT_EQ(rig.surface.sameFrames, 0);
 }
 
 TEST(MouseMove, WithoutAButtonOnlyRepaintsAndKeepsThePosition) {
@@ -118,6 +126,7 @@ TEST(MouseMove, WithoutAButtonOnlyRepaintsAndKeepsThePosition) {
         const Matrix4 projection = rig.view.projectionMatrix;
         rig.view.OnMouseMove({200, 210});
         EXPECT_EQ(rig.surface.repaints, repaints + 1) << mode;
+        EXPECT_EQ(rig.surface.sameFrames, 1) << "who keeps the picture paints nothing";
         EXPECT_EQ(rig.view.lastMousePos, (PixelPoint{200, 210}));
         EXPECT_EQ(rig.view.lastMoveClock, 90);
         EXPECT_EQ(rig.view.modelRotation, identityMatrix());

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QDialog>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QThread>
@@ -8,7 +9,11 @@
 #include <memory>
 #include <thread>
 
+#include "Desk.h"
 #include "DocumentState.h"
+#include "GlCanvas.h"
+#include "GlViewWidget.h"
+#include "VelmoraDoc.h"
 #include "WindowDriver.h"
 #include "large_body.h"
 #include "messages.h"
@@ -133,6 +138,56 @@ TEST(LongWork, EscAndTheButtonGiveItUpAndNothingTypedMeanwhileActsAfterwards) {
         expectAsBefore(person, zones);
         EXPECT_EQ(person.ask([] { return WindowDriver::frame().session().journal().lines().size(); }), 1U)
             << "the file that was opened";
+    });
+}
+
+TEST(LongWork, APaintThatItDroppedIsMadeUpForAtItsEnd) {
+    const Desk desk;
+    runProgram({desk.model.string()}, [](WindowDriver& person) {
+        person.waitForFrame();
+        int before = 0;
+        int paints = 0;
+        QMetaObject::Connection counting;
+        person.ask([&] {
+            MainFrame& frame = WindowDriver::frame();
+            auto* const canvas = frame.findChild<GlCanvas*>();
+            counting = QObject::connect(canvas, &GlCanvas::frameWanted, canvas, [&paints] { ++paints; });
+            UserInterface& ui = frame.document().ui();
+            ui.setBusy(true);
+            QThread::msleep(600);
+            paints = 0;
+            canvas->update();
+            ui.wantsToStop();
+            before = paints;
+            ui.setBusy(false);
+            return true;
+        });
+        EXPECT_EQ(before, 0) << "not in the middle of the work";
+        for (int waited = 0; waited < 5000 && person.ask([&paints] { return paints; }) == 0; waited += 20) {
+            QThread::msleep(20);
+        }
+        EXPECT_GT(person.ask([&paints] { return paints; }), 0);
+        person.ask([&counting] { return QObject::disconnect(counting); });
+    });
+}
+
+TEST(LongWork, AnEscThatComesJustBehindItDoesNotLeaveTheProgram) {
+    const Desk desk;
+    runProgram({desk.model.string()}, [](WindowDriver& person) {
+        person.waitForFrame();
+        person.ask([] {
+            UserInterface& ui = WindowDriver::frame().document().ui();
+            ui.setBusy(true);
+            QThread::msleep(600);
+            ui.wantsToStop();
+            ui.setBusy(false);
+            GlViewWidget& view = *WindowDriver::frame().findChild<GlViewWidget*>();
+            QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+            QApplication::sendEvent(&view, &escape);
+            return true;
+        });
+        QThread::msleep(300);
+        EXPECT_TRUE(person.ask([] { return WindowDriver::frame().isVisible(); }));
     });
 }
 

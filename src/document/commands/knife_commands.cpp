@@ -9,6 +9,7 @@
 #include "DialogValues.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "WorkCancelled.h"
 #include "capture_address.h"
 #include "command_rows.h"
 #include "command_rules.h"
@@ -195,15 +196,65 @@ bool keepPartOfZones(VelmoraDoc& doc, Side kept) {
     return done;
 }
 
-/// Both files are asked about before one is written.
+/// What a name stood for before work that may be given up: the file, if there was one.
+class FileBefore {
+public:
+    explicit FileBefore(std::filesystem::path path) : path_(std::move(path)), kept_(path_) {
+        kept_ += ".before";
+        std::error_code error;
+        wasThere_ = std::filesystem::exists(path_, error);
+        if (!wasThere_ || std::filesystem::exists(kept_, error)) {
+            return;
+        }
+        // A second name costs nothing, where the disk has such.
+        std::filesystem::create_hard_link(path_, kept_, error);
+        if (error) {
+            std::filesystem::copy_file(path_, kept_, error);
+        }
+        isKept_ = !error;
+    }
+    FileBefore(const FileBefore&) = delete;
+    FileBefore& operator=(const FileBefore&) = delete;
+    ~FileBefore() {
+        std::error_code error;
+        if (isKept_) {
+            std::filesystem::remove(kept_, error);
+        }
+    }
+
+    void bringBack() {
+        std::error_code error;
+        if (isKept_) {
+            std::filesystem::rename(kept_, path_, error); // leaves both names where they are still one file
+        } else if (!wasThere_) {
+            std::filesystem::remove(path_, error);
+        }
+    }
+
+private:
+    std::filesystem::path path_;
+    std::filesystem::path kept_;
+    bool wasThere_ = false;
+    bool isKept_ = false;
+};
+
+/// Both files are asked about before one is written; given up in the middle, none is left.
 void savePartsOfZones(VelmoraDoc& doc) {
     const std::filesystem::path before = partPath(doc.modelFile.chosenPath, "_1");
     const std::filesystem::path after = partPath(doc.modelFile.chosenPath, "_2");
-    if (mayOverwrite(doc, before, TargetFrom::Model, FileContent::Part) &&
-        mayOverwrite(doc, after, TargetFrom::Model, FileContent::Part) &&
-        writeZones(doc, before, {}, cutPart(doc, Side::Before), FileContent::Part) &&
-        writeZones(doc, after, {}, cutPart(doc, Side::After), FileContent::Part)) {
-        doc.ui().showMessage(message::partsAreSaved);
+    if (!mayOverwrite(doc, before, TargetFrom::Model, FileContent::Part) ||
+        !mayOverwrite(doc, after, TargetFrom::Model, FileContent::Part)) {
+        return;
+    }
+    FileBefore first(before);
+    try {
+        if (writeZones(doc, before, {}, cutPart(doc, Side::Before), FileContent::Part) &&
+            writeZones(doc, after, {}, cutPart(doc, Side::After), FileContent::Part)) {
+            doc.ui().showMessage(message::partsAreSaved);
+        }
+    } catch (const WorkCancelled&) {
+        first.bringBack();
+        throw;
     }
 }
 

@@ -6,6 +6,9 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
+
+#include "vectors.h"
 
 namespace velmora {
 
@@ -106,6 +109,90 @@ void fillBuffer(unsigned& buffer, const std::vector<Triple>& values, GLenum usag
     glBindBuffer(GL_ARRAY_BUFFER, 0);
 }
 
+void freeBuffer(unsigned& buffer) {
+    if (buffer != 0) {
+        glDeleteBuffers(1, &buffer);
+        buffer = 0;
+    }
+}
+
+/// The normals of a batch; none where it has none.
+const zVec<double>* normalsAt(const DrawList& list, const DrawBatch& batch) {
+    return batch.hasNormals ? list.normals.data() + batch.firstNormal : nullptr;
+}
+
+/// Whether strip `b` begins with the row of points that strip `a` ends with, lit the same.
+bool goesOn(const DrawList& list, const DrawBatch& a, const DrawBatch& b) {
+    if (a.vertexCount != b.vertexCount || a.hasNormals != b.hasNormals) {
+        return false;
+    }
+    const zVec<double>* const normalsA = normalsAt(list, a);
+    const zVec<double>* const normalsB = normalsAt(list, b);
+    for (std::size_t i = 0; i + 1 < a.vertexCount; i += 2) {
+        if (list.vertices[a.firstVertex + i + 1] != list.vertices[b.firstVertex + i] ||
+            (normalsA != nullptr && normalsA[i + 1] != normalsB[i])) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Ties the pieces of each strip to those of the strip that goes on with it.
+void tieStrips(const GlRun& run, const DrawList& list, std::vector<GlPiece>& pieces) {
+    std::vector<const DrawBatch*> strips;
+    std::vector<std::size_t> firstPiece;
+    std::size_t piece = 0;
+    auto batch = list.batches.begin();
+    for (const int first : run.first) {
+        batch = std::find_if(batch, list.batches.end(), [first](const DrawBatch& b) {
+            return b.vertexCount > 0 && static_cast<int>(b.firstVertex) == first;
+        });
+        strips.push_back(&*batch);
+        while (pieces[piece].first < first) {
+            ++piece;
+        }
+        firstPiece.push_back(piece);
+    }
+    firstPiece.push_back(pieces.size());
+    for (std::size_t i = 0; i + 1 < strips.size(); ++i) {
+        if (!goesOn(list, *strips[i], *strips[i + 1])) {
+            continue;
+        }
+        for (std::size_t k = firstPiece[i]; k < firstPiece[i + 1]; ++k) {
+            pieces[k].next = static_cast<int>(firstPiece[i + 1] + k - firstPiece[i]);
+        }
+    }
+}
+
+/// Adds a range, or lets the one before it go on: of separate lines where both adjoin, of strips where they share a
+/// vertex.
+void addRange(GlRanges& ranges, int first, int count, int shared) {
+    if (!ranges.first.empty() && ranges.first.back() + ranges.counts.back() == first + shared) {
+        ranges.counts.back() += count - shared;
+        return;
+    }
+    ranges.first.push_back(first);
+    ranges.counts.push_back(count);
+}
+
+/// One row of a piece: 0 that which it begins with, 1 that which it ends with.
+void addRow(GlEdges& edges, const GlPiece& piece, int row) {
+    const int first = piece.first + row;
+    addRange(edges.rows.at(static_cast<std::size_t>(first % 2)), first / 2, piece.count / 2, 1);
+}
+
+void addEdges(GlEdges& edges, const std::vector<GlPiece>& pieces, const std::vector<bool>& taken, std::size_t k) {
+    const GlPiece& piece = pieces[k];
+    const bool goesOn = k > 0 && taken[k - 1] && pieces[k - 1].first + pieces[k - 1].count == piece.first + 2;
+    // The rung that the piece before ended with is drawn already.
+    const int drawn = goesOn ? 2 : 0;
+    addRange(edges.rungs, piece.first + drawn, piece.count - drawn, 0);
+    addRow(edges, piece, 0);
+    if (piece.next < 0 || !taken[static_cast<std::size_t>(piece.next)]) {
+        addRow(edges, piece, 1);
+    }
+}
+
 } // namespace
 
 std::vector<GlPiece> piecesOf(const GlRun& run, const DrawList& list) {
@@ -123,17 +210,24 @@ std::vector<GlPiece> piecesOf(const GlRun& run, const DrawList& list) {
                  faceCone(list, run.look.primitive, static_cast<std::size_t>(first), static_cast<std::size_t>(count))});
         }
     }
+    if (strips) {
+        tieStrips(run, list, pieces);
+    }
     return pieces;
 }
 
-GlRanges facingRanges(const GlRun& run, const Eye& eye, Facing side) {
+namespace {
+
+/// The pieces that `isTaken` says yes to, neighbours as one range.
+template <class Question>
+GlRanges rangesOf(const GlRun& run, Question isTaken) {
     GlRanges ranges;
     const int shared = isStrip(run.look.primitive) ? 2 : 0;
     int end = -1;
     bool strip = false; // the piece before was taken and its strip may go on
-    for (const GlPiece& piece : run.pieces) {
-        const Facing facing = facingOf(piece.cone, eye);
-        if (facing != side && facing != Facing::Mixed) {
+    for (std::size_t k = 0; k < run.pieces.size(); ++k) {
+        const GlPiece& piece = run.pieces[k];
+        if (!isTaken(k)) {
             strip = false;
             continue;
         }
@@ -149,6 +243,60 @@ GlRanges facingRanges(const GlRun& run, const Eye& eye, Facing side) {
     return ranges;
 }
 
+} // namespace
+
+GlRanges facingRanges(const GlRun& run, const Eye& eye, Facing side) {
+    return rangesOf(run, [&](std::size_t k) {
+        const Facing facing = facingOf(run.pieces[k].cone, eye);
+        return facing == side || facing == Facing::Mixed;
+    });
+}
+
+double edgeLength(const GlRun& run, const DrawList& list) {
+    constexpr std::size_t looks = 500;
+    const int step = isStrip(run.look.primitive) ? 2 : 1; // along a row, or a side
+    std::vector<double> lengths;
+    const std::size_t every = std::max<std::size_t>(1, run.pieces.size() / looks);
+    for (std::size_t k = 0; k < run.pieces.size(); k += every) {
+        const GlPiece& piece = run.pieces[k];
+        for (const int other : {1, step}) {
+            const auto from = static_cast<std::size_t>(piece.first);
+            const double length = other < piece.count ? distance(list.vertices[from],
+                                                                 list.vertices[from + static_cast<std::size_t>(other)])
+                                                      : 0.0;
+            if (length > 0.0) {
+                lengths.push_back(length);
+            }
+        }
+    }
+    if (lengths.empty()) {
+        return 0.0;
+    }
+    const auto middle = lengths.begin() + static_cast<std::ptrdiff_t>(lengths.size() / 2);
+    std::nth_element(lengths.begin(), middle, lengths.end());
+    return *middle;
+}
+
+GlSide edgesOf(const GlRun& run, const Eye& eye, Facing side) {
+    std::vector<Facing> facings;
+    facings.reserve(run.pieces.size());
+    std::transform(run.pieces.begin(), run.pieces.end(), std::back_inserter(facings),
+                   [&eye](const GlPiece& piece) { return facingOf(piece.cone, eye); });
+    std::vector<bool> certain(facings.size(), false);
+    if (run.look.primitive == Primitive::QuadStrip) {
+        std::transform(facings.begin(), facings.end(), certain.begin(), [side](Facing f) { return f == side; });
+    }
+    GlSide edges;
+    for (std::size_t k = 0; k < certain.size(); ++k) {
+        if (certain[k]) {
+            addEdges(edges.certain, run.pieces, certain, k);
+        }
+    }
+    edges.doubtful = rangesOf(
+        run, [&](std::size_t k) { return !certain[k] && (facings[k] == side || facings[k] == Facing::Mixed); });
+    return edges;
+}
+
 std::vector<GlRun> joinBatches(const DrawList& list) {
     std::vector<GlRun> runs;
     for (const DrawBatch& batch : list.batches) {
@@ -156,7 +304,7 @@ std::vector<GlRun> joinBatches(const DrawList& list) {
             continue;
         }
         if (runs.empty() || !sameLook(runs.back().look, batch)) {
-            runs.push_back({batch, {}, {}, {}});
+            runs.push_back({batch, {}, {}, {}, 0.0, {}});
         }
         appendRange(runs.back(), static_cast<int>(batch.firstVertex), static_cast<int>(batch.vertexCount));
     }
@@ -176,15 +324,46 @@ std::optional<std::size_t> stripIn(const GlRun& run, std::size_t firstVertex) {
     return static_cast<std::size_t>(found - run.first.begin());
 }
 
+namespace {
+
+zVec<double> middleOf(const std::vector<GlPiece>& pieces) {
+    zVec<double> sum;
+    for (const GlPiece& piece : pieces) {
+        sum = sum + piece.cone.centre;
+    }
+    return sum / static_cast<double>(std::max<std::size_t>(1, pieces.size()));
+}
+
+} // namespace
+
 void GlBuffer::upload(const DrawList& list) {
     runs_ = joinBatches(list);
     for (GlRun& run : runs_) {
         if (run.look.lit) {
             run.pieces = piecesOf(run, list);
+            run.edge = edgeLength(run, list);
+            run.middle = middleOf(run.pieces);
         }
     }
     fillBuffer(positions_, positionsOf(list), GL_STATIC_DRAW);
     fillBuffer(normals_, normalsBesideVertices(list), GL_STATIC_DRAW);
+    freeBuffer(backNormals_);
+}
+
+void GlBuffer::bringBackNormals() {
+    if (backNormals_ != 0) {
+        return;
+    }
+    std::vector<Triple> normals;
+    glBindBuffer(GL_ARRAY_BUFFER, normals_);
+    GLint size = 0;
+    glGetBufferParameteriv(GL_ARRAY_BUFFER, GL_BUFFER_SIZE, &size);
+    normals.resize(static_cast<std::size_t>(size) / sizeof(Triple));
+    glGetBufferSubData(GL_ARRAY_BUFFER, 0, size, normals.data());
+    for (Triple& normal : normals) {
+        normal = {-normal[0], -normal[1], -normal[2]};
+    }
+    fillBuffer(backNormals_, normals, GL_STATIC_DRAW);
 }
 
 void GlBuffer::uploadSeen(const DrawList& list, const Matrix4& modelView) {
@@ -194,11 +373,8 @@ void GlBuffer::uploadSeen(const DrawList& list, const Matrix4& modelView) {
 }
 
 void GlBuffer::release() {
-    for (unsigned* buffer : {&positions_, &normals_}) {
-        if (*buffer != 0) {
-            glDeleteBuffers(1, buffer);
-            *buffer = 0;
-        }
+    for (unsigned* buffer : {&positions_, &normals_, &backNormals_}) {
+        freeBuffer(*buffer);
     }
     runs_.clear();
 }
@@ -239,6 +415,35 @@ void GlBuffer::draw(const GlRun& run, const GlRanges& ranges) const {
     if (run.look.hasNormals) {
         glDisableClientState(GL_NORMAL_ARRAY);
     }
+}
+
+void GlBuffer::drawEdges(const GlRun& run, const GlEdges& edges, Facing side) {
+    const unsigned normals = [this, side] {
+        if (side == Facing::Back) {
+            bringBackNormals();
+            return backNormals_;
+        }
+        return normals_;
+    }();
+    const auto drawFrom = [this, normals](int vertex, int step, GLenum mode, const GlRanges& ranges) {
+        const auto stride = static_cast<GLsizei>(static_cast<std::size_t>(step) * sizeof(Triple));
+        const auto* const offset =
+            static_cast<const char*>(nullptr) + static_cast<std::size_t>(vertex) * sizeof(Triple);
+        glBindBuffer(GL_ARRAY_BUFFER, normals);
+        glNormalPointer(GL_FLOAT, stride, offset);
+        glBindBuffer(GL_ARRAY_BUFFER, positions_);
+        glVertexPointer(3, GL_FLOAT, stride, offset);
+        glMultiDrawArrays(mode, ranges.first.data(), ranges.counts.data(), static_cast<GLsizei>(ranges.first.size()));
+    };
+    if (run.look.hasNormals) {
+        glEnableClientState(GL_NORMAL_ARRAY);
+    }
+    for (const int row : {0, 1}) {
+        drawFrom(row, 2, GL_LINE_STRIP, edges.rows.at(static_cast<std::size_t>(row)));
+    }
+    drawFrom(0, 1, GL_LINES, edges.rungs);
+    glDisableClientState(GL_NORMAL_ARRAY);
+    bind();
 }
 
 void GlBuffer::draw(const DrawBatch& batch, Primitive primitive) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <vector>
@@ -20,6 +21,13 @@ struct GlPiece {
     int first = 0;
     int count = 0;
     FaceCone cone;
+    int next = -1; ///< of quads: the piece that begins with the row of points that this one ends with; -1: none
+};
+
+/// The edges of pieces of quads, each of them once.
+struct GlEdges {
+    GlRanges rungs;               ///< between the two rows of a strip, as separate lines
+    std::array<GlRanges, 2> rows; ///< along the rows, as strips of every second vertex, from vertex 0 or 1 on
 };
 
 /// Neighbouring batches of one look, drawn by one call.
@@ -28,14 +36,27 @@ struct GlRun {
     std::vector<int> first;      ///< first vertex of each strip or range
     std::vector<int> counts;     ///< vertices of each
     std::vector<GlPiece> pieces; ///< of a lit run: all of it, in order
+    double edge = 0.0;           ///< of a lit run: how long its edges are, in the middle; 0: it has none
+    zVec<double> middle;         ///< of a lit run: of its pieces
 };
 
 /// The pieces of a lit run of `list`.
 std::vector<GlPiece> piecesOf(const GlRun& run, const DrawList& list);
 
+/// The length of the edges of a lit run in the middle, of some hundred that lie all over it; 0: there is none.
+double edgeLength(const GlRun& run, const DrawList& list);
+
 /// What of the pieces may show that side to the eye, neighbours as one range: what is certain to show the other alone
 /// is left out.
 GlRanges facingRanges(const GlRun& run, const Eye& eye, Facing side);
+
+/// The same in two parts, for edges: `certain` has the edges of quads of which every one shows that side, the ranges
+/// are what is left.
+struct GlSide {
+    GlEdges certain;
+    GlRanges doubtful;
+};
+GlSide edgesOf(const GlRun& run, const Eye& eye, Facing side);
 
 /// The batches of `list` in their order, neighbours of one look joined: strips side by side in one call, separate
 /// primitives whose vertices adjoin as one range. Batches without vertices are left out.
@@ -67,13 +88,18 @@ public:
     /// Draws the strips or ranges of a run from `from` up to `to`, with the state that is set.
     void draw(const GlRun& run, std::size_t from, std::size_t to) const;
     void draw(const GlRun& run, const GlRanges& ranges) const;
+    /// Draws edges by themselves, lit as that side of their faces is.
+    void drawEdges(const GlRun& run, const GlEdges& edges, Facing side);
     /// Draws the vertices of one batch of the list as `primitive`, without normals.
     void draw(const DrawBatch& batch, Primitive primitive) const;
     const std::vector<GlRun>& runs() const { return runs_; }
 
 private:
+    void bringBackNormals();
+
     unsigned positions_ = 0; ///< names of the buffers; 0: not made
     unsigned normals_ = 0;
+    unsigned backNormals_ = 0; ///< the normals turned round; made when they are first drawn with
     std::vector<GlRun> runs_;
 };
 

@@ -8,7 +8,6 @@
 #include <array>
 #include <chrono>
 #include <iterator>
-#include <numeric>
 
 namespace velmora {
 
@@ -16,8 +15,6 @@ namespace {
 
 constexpr const char* softwareRenderers[] = {"llvmpipe", "softpipe", "swrast", "Software"};
 constexpr int fineSamples = 4;
-/// Fewer than these are drawn sooner than it is asked whether they are seen.
-constexpr std::int64_t fewVertices = 50'000;
 
 void setFaces(GLenum front, GLenum back) {
     glPolygonMode(GL_FRONT, front);
@@ -42,6 +39,24 @@ constexpr float hiddenShade = 0.4F;
 constexpr double markNearer = 4e-7;
 /// Surfaces stand behind their edges by so many of these steps.
 constexpr float stepsBehindEdges = 4.0F;
+
+/// Edges that stand so many pixels apart are drawn as they are; where they are nearer to each other they fade, and none
+/// is left where they would hide the surface.
+constexpr double clearEdges = 5.0;
+constexpr double denseEdges = 1.5;
+
+/// How much of the edges of a run shows, 0 to 1.
+float edgeStrength(const GlRun& run, const SceneFrame& frame) {
+    const Matrix4& m = frame.modelView;
+    const zVec<double>& at = run.middle;
+    const bool parallel = frame.projection[15] == 1.0;
+    const double away = parallel ? 1.0 : -(m[2] * at.x + m[6] * at.y + m[10] * at.z + m[14]);
+    if (!(away > 0.0)) {
+        return 1.0F; // the eye is in the middle of it
+    }
+    const double pixels = run.edge * frame.projection[5] * frame.viewport.height * 0.5 / away / frame.pixelScale;
+    return static_cast<float>(std::clamp((pixels - denseEdges) / (clearEdges - denseEdges), 0.0, 1.0));
+}
 
 Colour shaded(const Colour& colour, float factor) {
     return {colour[0] * factor, colour[1] * factor, colour[2] * factor, colour[3]};
@@ -256,9 +271,8 @@ void GlRenderer::drawMarks(const GlBuffer& buffer, const SceneFrame& frame) {
 }
 
 /// The faces of all lit surfaces: their fronts filled, then their backs. Each side by itself goes a shorter way through
-/// the context than both at once, and what shows the other side alone is left out of it. Of a closed body no back is
-/// seen: its lines, which cost most, are not drawn.
-void GlRenderer::drawSurfaces(const GlBuffer& buffer, const SceneFrame& frame) {
+/// the context than both at once, and what shows the other side alone is left out of it.
+void GlRenderer::drawSurfaces(GlBuffer& buffer, const SceneFrame& frame) {
     const Eye eye = eyeOf(frame.modelView, frame.projection);
     const auto forLitRuns = [&](const auto& draw) {
         for (const GlRun& run : buffer.runs()) {
@@ -286,66 +300,45 @@ void GlRenderer::drawSurfaces(const GlBuffer& buffer, const SceneFrame& frame) {
             glColor4fv(shaded(run.look.colour, backShade).data());
             drawSide(run, Facing::Back, GL_FILL);
         } else {
-            drawBackLines(buffer, run, facingRanges(run, eye, Facing::Back));
+            drawSideEdges(buffer, run, eye, Facing::Back);
         }
     });
     glDisable(GL_POLYGON_OFFSET_FILL);
     if (frame.edges) {
+        glEnable(GL_BLEND);
+        glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ZERO, GL_ONE);
         forLitRuns([&](const GlRun& run) {
+            const float strength = edgeStrength(run, frame);
+            if (strength == 0.0F) {
+                return;
+            }
             glDisable(GL_LIGHTING);
-            glColor4fv(shaded(run.look.colour, edgeShade).data());
-            drawSide(run, Facing::Front, GL_LINE);
+            Colour colour = shaded(run.look.colour, edgeShade);
+            colour[3] = strength;
+            glColor4fv(colour.data());
+            drawSideEdges(buffer, run, eye, Facing::Front);
             if (frame.backFilled) {
-                drawSide(run, Facing::Back, GL_LINE);
+                drawSideEdges(buffer, run, eye, Facing::Back);
             }
         });
+        glDisable(GL_BLEND);
     }
     glDisable(GL_CULL_FACE);
 }
 
-/// Whether something of a range is seen is asked with its faces filled and nothing written, a little nearer than they
-/// are: lines stand out at the rim.
-void GlRenderer::drawBackLines(const GlBuffer& buffer, const GlRun& run, const GlRanges& ranges) {
-    glCullFace(GL_FRONT);
-    const std::size_t count = ranges.first.size();
-    std::vector<bool> seen(count, true);
-    const auto vertices = std::accumulate(ranges.counts.begin(), ranges.counts.end(), std::int64_t{0});
-    if (vertices > fewVertices) {
-        while (queries_.size() < count) {
-            glGenQueries(1, &queries_.emplace_back());
-        }
-        setFaces(GL_FILL, GL_FILL);
-        glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
-        glDepthMask(GL_FALSE);
-        glEnable(GL_POLYGON_OFFSET_FILL);
-        glPolygonOffset(-1.0F, -1.0F);
-        for (std::size_t i = 0; i < count; ++i) {
-            glBeginQuery(GL_SAMPLES_PASSED, queries_[i]);
-            buffer.draw(run, GlRanges{{ranges.first[i]}, {ranges.counts[i]}});
-            glEndQuery(GL_SAMPLES_PASSED);
-        }
-        glPolygonOffset(1.0F, 1.0F);
-        glDisable(GL_POLYGON_OFFSET_FILL);
-        glDepthMask(GL_TRUE);
-        glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
-        for (std::size_t i = 0; i < count; ++i) {
-            GLuint samples = 0;
-            glGetQueryObjectuiv(queries_[i], GL_QUERY_RESULT, &samples);
-            seen[i] = samples > 0;
-        }
-    }
-    GlRanges drawn;
-    for (std::size_t i = 0; i < count; ++i) {
-        if (seen[i]) {
-            drawn.first.push_back(ranges.first[i]);
-            drawn.counts.push_back(ranges.counts[i]);
-        }
-    }
+/// Edges of faces that are certain to show that side are drawn as lines, each of them once and lit as the side is: a
+/// shorter way through the context than faces whose outlines it has to find.
+void GlRenderer::drawSideEdges(GlBuffer& buffer, const GlRun& run, const Eye& eye, Facing side) {
+    const GlSide edges = edgesOf(run, eye, side);
+    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 0);
+    buffer.drawEdges(run, edges.certain, side);
+    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
+    glCullFace(side == Facing::Front ? GL_BACK : GL_FRONT);
     setFaces(GL_LINE, GL_LINE);
-    buffer.draw(run, drawn);
+    buffer.draw(run, edges.doubtful);
 }
 
-void GlRenderer::drawRuns(const GlBuffer& buffer, const DrawList& list, const SceneFrame& frame, bool lightsOn) {
+void GlRenderer::drawRuns(GlBuffer& buffer, const DrawList& list, const SceneFrame& frame, bool lightsOn) {
     buffer.bind();
     if (lightsOn) {
         drawSurfaces(buffer, frame);
@@ -439,8 +432,6 @@ void GlRenderer::release() {
         buffer->release();
     }
     picture_.release();
-    glDeleteQueries(static_cast<GLsizei>(queries_.size()), queries_.data());
-    queries_.clear();
     for (auto* revision : {&uploadedRevision_, &uploadedCoarse_, &uploadedHeld_}) {
         revision->reset();
     }

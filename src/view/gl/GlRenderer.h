@@ -73,13 +73,13 @@ private:
 
     void drawModel(const SceneFrame& frame);
     void drawKeptModel(const SceneFrame& frame);
-    void drawSurfaces(const GlBuffer& buffer, const SceneFrame& frame);
-    void drawBackLines(const GlBuffer& buffer, const GlRun& run, const GlRanges& ranges);
+    static void drawSurfaces(GlBuffer& buffer, const SceneFrame& frame);
+    static void drawSideEdges(GlBuffer& buffer, const GlRun& run, const Eye& eye, Facing side);
     void drawMarks(const GlBuffer& buffer, const SceneFrame& frame);
     int samples();
     void clearNow();
     void clearIfWanted();
-    void drawRuns(const GlBuffer& buffer, const DrawList& list, const SceneFrame& frame, bool lightsOn);
+    void drawRuns(GlBuffer& buffer, const DrawList& list, const SceneFrame& frame, bool lightsOn);
     void drawRun(const GlBuffer& buffer, const GlRun& run, const DrawList& list, const SceneFrame& frame,
                  bool lightsOn);
     void drawTexts(const std::vector<DrawText>& texts);
@@ -93,7 +93,6 @@ private:
     std::optional<std::uint64_t> uploadedCoarse_;
     std::optional<std::uint64_t> uploadedHeld_;
     GlPicture picture_;
-    std::vector<unsigned> queries_; ///< names in the context
     std::optional<ModelLook> kept_; ///< of the picture
     std::optional<int> samples_;
     Colour ground_{};

@@ -131,15 +131,16 @@ VelmoraView::ActResult VelmoraView::capturePatch(const Act& act) {
     return ActResult::Done;
 }
 
-/// What is captured keeps its numbers.
+/// What is captured keeps its numbers; while the next point is waited for, that of the one before is none already.
 VelmoraView::ActResult VelmoraView::clickBeside(const Act& act) {
     const CaptureState& held = *doc_.capture;
     if (act.patch >= doc_.partCount()) {
         return ActResult::NotThere;
     }
     const bool movesCurve = held.curveHeld() && act.patch != held.capturedPatch;
-    const bool movesPoint =
-        held.pointHeld() && !(act.patch == held.capturedPatch && act.section == held.capturedPointSection &&
+    const bool waits = held.pointCaptureArmed || held.freePointArmed;
+    const bool movesPoint = held.pointHeld() && !waits &&
+                            !(act.patch == held.capturedPatch && act.section == held.capturedPointSection &&
                               act.point == held.capturedPoint);
     if (movesCurve || movesPoint) {
         return ActResult::NotLetThrough;

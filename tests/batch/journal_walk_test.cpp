@@ -171,7 +171,7 @@ private:
 
     /// What the walk wrote is not there when it is done again.
     void forgetFiles() {
-        for (const char* name : {"walk.apt", "walk.skl", "three.skl"}) {
+        for (const char* name : {"walk.apt", "walk.skl", "three.skl", "three.dat"}) {
             std::filesystem::remove(folder / name);
         }
     }
@@ -185,10 +185,14 @@ private:
             all[what] = recorder.events.empty() ? Json() : recorder.events.front().value("value", Json());
         }
         // What was looked at and said, and what the last click beside the model left, when nothing came behind it.
-        for (const char* name :
-             {"status", "leftButtonDown", "spinTimerOn", "capturedPoint", "capturedPatch", "capturedPointSection",
-              "pickedPoint", "capturedPointPos", "boxMin", "boxMax", "modelCenter", "modelRadius"}) {
+        for (const char* name : {"status", "leftButtonDown", "spinTimerOn", "pointPicked", "capturedPoint",
+                                 "capturedPatch", "capturedPointSection", "pickedPoint", "capturedPointPos", "boxMin",
+                                 "boxMax", "modelCenter", "modelRadius"}) {
             all["state"].erase(name);
+        }
+        // A number of a section that is not captured is what was left of one, and of a re-spaced line.
+        if (!all["state"].at("sectionCaptured").get<bool>()) {
+            all["state"].erase("capturedSection");
         }
         return all;
     }

@@ -371,20 +371,21 @@ void tellPoint(VelmoraDoc& doc) {
                                .point = now.capturedPoint});
 }
 
+/// Both regimes of points may wait for the click: it is one act all the same.
 void takePointAtRelease(VelmoraDoc& doc) {
-    if (doc.capture->pointCaptureArmed) {
-        const bool taken = doc.capture.releasePoint();
+    bool anyTaken = false;
+    const auto show = [&doc, &anyTaken](bool taken) {
         doc.ShowStatus(taken ? doc.capture->pointContinueStatus : doc.capture->dragPrompt);
-        if (taken) {
-            tellPoint(doc);
-        }
+        anyTaken = anyTaken || taken;
+    };
+    if (doc.capture->pointCaptureArmed) {
+        show(doc.capture.releasePoint());
     }
     if (doc.capture->freePointArmed) {
-        const bool taken = doc.capture.releaseFreePoint();
-        doc.ShowStatus(taken ? doc.capture->pointContinueStatus : doc.capture->dragPrompt);
-        if (taken) {
-            tellPoint(doc);
-        }
+        show(doc.capture.releaseFreePoint());
+    }
+    if (anyTaken) {
+        tellPoint(doc);
     }
 }
 

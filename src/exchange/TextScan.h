@@ -22,6 +22,8 @@ public:
     void advance() { at_ += at_ == end_ ? 0 : 1; }
     std::size_t tell() const { return static_cast<std::size_t>(at_ - begin_); }
     void seek(std::size_t position) { at_ = begin_ + position; }
+    /// Whether nothing goes on with what was taken last: white space, a comment or the end stands here.
+    bool atWordEnd() const { return at_ == end_ || isSpace(*at_) || *at_ == '#'; }
     /// What is left of the text.
     std::string_view rest() const { return {at_, static_cast<std::size_t>(end_ - at_)}; }
 

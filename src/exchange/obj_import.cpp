@@ -143,14 +143,15 @@ void ObjReader::takePoint() {
     while (taken < 3 && onLine() && scan_.takeNumber(values.at(static_cast<std::size_t>(taken)))) {
         ++taken;
     }
-    if (taken < 3) {
+    const bool whole = taken == 3 && (scan_.atWordEnd() || scan_.peek() == '\\');
+    if (!whole) { // also "0,5", of which only the 0 was taken
         values = {missing, missing, missing};
         ++badPoints_;
     }
     mesh_.addPoint(values[0], values[1], values[2]);
     int more = 0;
     double value = 0.0;
-    while (taken == 3 && onLine() && scan_.takeNumber(value)) {
+    while (whole && onLine() && scan_.takeNumber(value)) {
         ++more;
     }
     colours_ = colours_ || more >= 3;

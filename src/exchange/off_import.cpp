@@ -183,6 +183,9 @@ bool OffReader::takeTextPoint(bool byLines) {
             return false;
         }
     }
+    if (!scan_.atWordEnd()) {
+        return false; // "0,5", say, of which only the 0 was taken
+    }
     addPoint(values);
     if (byLines) {
         scan_.takeLine();
@@ -202,6 +205,9 @@ bool OffReader::takeTextFace(bool byLines) {
             return false;
         }
         face_.push_back(index);
+    }
+    if (!scan_.atWordEnd()) {
+        return false;
     }
     mesh_.addPolygon(face_);
     if (byLines) {

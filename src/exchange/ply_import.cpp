@@ -269,7 +269,7 @@ bool PlyReader::readElement(const Element& element) {
 
 bool PlyReader::takeNumber(NumberType type, double& value) {
     if (form_ == PlyForm::Text) {
-        return scan_.skipSpace() && scan_.takeNumber(value);
+        return scan_.skipSpace() && scan_.takeNumber(value) && scan_.atWordEnd();
     }
     const std::string_view rest = scan_.rest();
     const std::size_t size = sizeOf(type);

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include <gmock/gmock.h>
 
 #include <cmath>
@@ -192,6 +194,25 @@ TEST_F(JournalOfMisses, WhatIsDoneWhileTheButtonIsDownOnAPointFindsItThere) {
     EXPECT_EQ(again(journal(), "lineBuffer"), buffer);
     must("mouse up " + place);
     EXPECT_EQ(journal().back(), "capture point 1 3 4");
+}
+
+TEST_F(JournalOfMisses, WhileTheNextPointIsWaitedForTheOneBeforeIsRenumbered) {
+    must("run line.inputSection section=2");
+    must("run point.capture");
+    must("capture point 1 2 1");
+    EXPECT_THAT(errorOf("capture beside 1 3 4"), testing::HasSubstr("is outside of what is captured"));
+    must("run point.free");
+    must("capture beside 1 3 4");
+    EXPECT_EQ(printed("state").at("capturedPointSection"), 2);
+}
+
+TEST_F(JournalOfMisses, AClickForWhichBothRegimesOfPointsWaitIsOneLine) {
+    must("run line.inputSection section=2");
+    must("run point.capture");
+    must("run point.free");
+    must("capture point 1 2 1");
+    const std::vector<std::string> lines = journal();
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), "capture point 1 2 1"), 1);
 }
 
 TEST_F(JournalOfMisses, AValueThatALeftOutLineLeftIsSet) {

@@ -124,6 +124,18 @@ TEST(ObjImport, APointThatCannotBeReadKeepsItsNumber) {
                 ElementsAre("Points that cannot be read: 1", "Faces with coordinates that are not finite: 1"));
 }
 
+TEST(ObjImport, APointWhoseLastNumberGoesOnIsNotTakenForItsBeginning) {
+    for (const char* const last : {"0,5", "0_", "0'", "1.5.5"}) {
+        const Imported file = read(square + "v 0 0 " + last + "\nf 1 2 3\nf 1 2 5\n");
+        EXPECT_FALSE(file.record.complete) << last;
+        EXPECT_THAT(file.record.reasons, testing::Contains("Points that cannot be read: 1")) << last;
+        EXPECT_EQ(cornersOf(file.model).size(), 1U) << last;
+    }
+    for (const char* const last : {"0", "0 1", "0 # a remark", "0\t", "0\r"}) {
+        EXPECT_TRUE(read(square + "v 0 0 " + last + "\nf 1 2 3\nf 1 4 5\n").record.complete) << last;
+    }
+}
+
 TEST(ObjImport, WhatIsNoPolygonIsTold) {
     const Imported file = read(square + "f 1 2 3\nf 1 3 4\nl 1 2 3\np 4\n");
     EXPECT_FALSE(file.record.complete);

@@ -72,6 +72,15 @@ TEST(OffImport, AFileThatIsCutKeepsItsWholeFaces) {
     EXPECT_FALSE(points.record.complete);
 }
 
+TEST(OffImport, ANumberThatGoesOnEndsTheReadingAndIsNotTakenForItsBeginning) {
+    const Imported point = read("OFF\n3 1 3\n0 0 0\n1 0 0\n0 1 0,5\n3 0 1 2\n");
+    EXPECT_FALSE(point.record.complete);
+    EXPECT_TRUE(point.model.empty());
+    const Imported corner = read("OFF\n3 2 3\n0 0 0\n1 0 0\n0 1 0\n3 0 1 2\n3 0 2 1,5\n");
+    EXPECT_FALSE(corner.record.complete);
+    EXPECT_THAT(cornersOf(corner.model), ElementsAre(triangle));
+}
+
 TEST(OffImport, PolygonsAndWrongCorners) {
     const Imported file = read("OFF\n4 4 0\n0 0 0\n1 0 0\n1 1 0\n0 1 0\n4 0 1 2 3\n3 0 1 4\n2 0 1\n3 0 1 -1\n");
     EXPECT_EQ(kept(file, "faces"), 1);

@@ -130,6 +130,15 @@ TEST(PlyImport, AFileThatIsCutKeepsItsWholeFaces) {
     EXPECT_EQ(kept(read(bytes.text), "faces"), 1);
 }
 
+TEST(PlyImport, ALastNumberThatGoesOnLosesItsFace) {
+    const std::string whole = "ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\nproperty float y\n"
+                              "property float z\nelement face 1\nproperty list uchar int vertex_indices\n"
+                              "end_header\n0 0 0\n1 0 0\n0 1 0\n3 0 1 2";
+    EXPECT_TRUE(importText(importPly, whole + "\n").record.complete);
+    EXPECT_TRUE(importText(importPly, whole).record.complete);
+    EXPECT_FALSE(importText(importPly, whole + ",5\n").record.complete);
+}
+
 TEST(PlyImport, CountsThatTheFileDoesNotHaveAskForNoMemory) {
     const Imported file =
         read("ply\nformat binary_little_endian 1.0\nelement vertex 9000000000000000000\nproperty float x\n"

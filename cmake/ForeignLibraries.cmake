@@ -1,5 +1,21 @@
-# The libraries of others by which the programs of src/reader read files. Each kind of file is read where its option is on and its
-# library is found: VELMORA_READS_... tells.
+# The libraries of others by which files are read, 3MF in the program itself, the rest in the programs of src/reader. Each
+# kind of file is read where its option is on and its library is found: VELMORA_READS_... tells.
+
+foreach(kind IN ITEMS 3MF VRML CGNS CAD)
+  set(VELMORA_READS_${kind} OFF)
+endforeach()
+
+# 3MF is an archive of XML.
+if(VELMORA_READ_3MF)
+  find_package(EXPAT)
+  find_path(VELMORA_ZIP_HEADERS zip.h)
+  find_library(VELMORA_ZIP zip)
+  if(EXPAT_FOUND AND VELMORA_ZIP_HEADERS AND VELMORA_ZIP)
+    set(VELMORA_READS_3MF ON)
+  else()
+    message(WARNING "libzip or Expat is missing: 3MF files are not read")
+  endif()
+endif()
 
 if(VELMORA_READ_VRML)
   find_path(VELMORA_COIN_HEADERS Inventor/SoDB.h)

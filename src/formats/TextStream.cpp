@@ -47,11 +47,20 @@ bool isReadAhead(std::int64_t size) {
     return size >= aheadSizes().leastFile && threadCount() > 1;
 }
 
+/// A small file needs no large block.
+std::size_t blockFor(std::int64_t size, std::size_t blockSize) {
+    if (isReadAhead(size)) {
+        return aheadSizes().block;
+    }
+    constexpr std::size_t least = 4096; // of a file whose size the system does not tell
+    const std::size_t most = std::max<std::size_t>(blockSize, 1);
+    return std::clamp(static_cast<std::size_t>(size), std::min(least, most), most);
+}
+
 } // namespace
 
 TextStream::TextStream(const std::filesystem::path& path, std::size_t blockSize)
-    : descriptor_(openForReading(path, size_, identity_)),
-      blockSize_(isReadAhead(size_) ? aheadSizes().block : std::max<std::size_t>(blockSize, 1)),
+    : descriptor_(openForReading(path, size_, identity_)), blockSize_(blockFor(size_, blockSize)),
       block_(std::make_unique_for_overwrite<char[]>(blockSize_ + 1)), cursor_(block_.get()), end_(block_.get()) {
     block_[0] = '\0';
     fail_ = !isOpen();

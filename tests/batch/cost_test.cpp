@@ -142,6 +142,14 @@ TEST_F(CostTest, GridNeverTakesMuchMoreThanTheModelAndABlockOfTheFile) {
     EXPECT_LE(opening.most, bytesOfGrid * 11 / 10 + static_cast<std::int64_t>(TextStream::defaultBlockSize));
 }
 
+TEST_F(CostTest, ASmallFileTakesNoLargeBlock) {
+    const std::filesystem::path small = writeFileText(folder / "small.apt", "2 2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n");
+    PatchList model;
+    const Cost reading = costOf([&] { readApt(small, model); });
+    EXPECT_EQ(pointTotal(model), 4);
+    EXPECT_LE(reading.most, 20'000);
+}
+
 TEST_F(CostTest, PictureIsMadeWhenItIsAskedForAndOnce) {
     open(facets);
     const Cost first = costOf([&] { makePicture(); });

@@ -194,6 +194,18 @@ TEST_F(JournalOfMisses, WhatIsDoneWhileTheButtonIsDownOnAPointFindsItThere) {
     EXPECT_EQ(journal().back(), "capture point 1 3 4");
 }
 
+TEST_F(JournalOfMisses, AButtonThatWentDownInAnotherRegimeTakesNothing) {
+    must("mouse down 400 300");
+    must("run patch.capture");
+    must("mouse up 400 300");
+    const Json state = printed("state");
+    EXPECT_EQ(state.at("patchCaptureArmed"), true) << "the click is still waited for";
+    EXPECT_EQ(state.at("patchCaptured"), false);
+    must("mouse down 400 300");
+    must("mouse up 400 300");
+    EXPECT_EQ(journal().back(), "capture patch 1");
+}
+
 TEST_F(JournalOfMisses, AValueThatALeftOutLineLeftIsSet) {
     must("run line.inputSection section=2");
     must("run line.exit");

@@ -1,6 +1,7 @@
 #include "Session.h"
 
 #include <algorithm>
+#include <array>
 
 #include "CommandGuard.h"
 #include "DialogValues.h"
@@ -87,12 +88,39 @@ Journal::Surroundings Session::surroundings() {
     return {textsOf(*document_->dialogs), tracesOf(*document_->capture), document_->principalPlane()};
 }
 
+namespace {
+
+/// What a button that is down was pressed for: the regimes that wait for it, and what it found.
+std::array<std::int32_t, 14> pressedFor(const CaptureState& capture) {
+    const auto flag = [](bool value) { return value ? 1 : 0; };
+    return {flag(capture.pointCaptureArmed),
+            flag(capture.freePointArmed),
+            flag(capture.sectionCaptureArmed),
+            flag(capture.lineCaptureArmed),
+            flag(capture.patchCaptureArmed),
+            flag(capture.patchRemoving),
+            flag(capture.pointDragging),
+            flag(capture.dragCorrectsLine),
+            capture.capturedPatch,
+            capture.capturedPointSection,
+            capture.capturedPoint,
+            capture.capturedSection,
+            capture.capturedLine,
+            capture.patchToRemove};
+}
+
+} // namespace
+
 CommandReport Session::noted(const Command& command, const std::function<void()>& work) {
     keepUp();
     const StateMark before = marker_.markOf(*document_);
     const Journal::Surroundings around = surroundings();
     dialogsBefore_ = around.dialogs;
+    const auto pressed = pressedFor(*document_->capture);
     CommandReport report = perform(work);
+    if (pressedFor(*document_->capture) != pressed) {
+        view_.leftButtonDown = false; // what went down for something else takes nothing now
+    }
     journal_.addCommand(command, report, effectSince(before, report), around, surroundings());
     keepUp();
     return report;

@@ -215,6 +215,18 @@ TEST_F(JournalOfMisses, AClickForWhichBothRegimesOfPointsWaitIsOneLine) {
     EXPECT_EQ(std::count(lines.begin(), lines.end(), "capture point 1 2 1"), 1);
 }
 
+TEST_F(JournalOfMisses, AButtonThatWentDownInAnotherRegimeTakesNothing) {
+    must("mouse down 400 300");
+    must("run patch.capture");
+    must("mouse up 400 300");
+    const Json state = printed("state");
+    EXPECT_EQ(state.at("patchCaptureArmed"), true) << "the click is still waited for";
+    EXPECT_EQ(state.at("patchCaptured"), false);
+    must("mouse down 400 300");
+    must("mouse up 400 300");
+    EXPECT_EQ(journal().back(), "capture patch 1");
+}
+
 TEST_F(JournalOfMisses, AValueThatALeftOutLineLeftIsSet) {
     must("run line.inputSection section=2");
     must("run line.exit");

@@ -195,9 +195,9 @@ private:
             all[what] = recorder.events.empty() ? Json() : recorder.events.front().value("value", Json());
         }
         // What was looked at and said, and what the last click beside the model left, when nothing came behind it.
-        for (const char* name :
-             {"status", "leftButtonDown", "spinTimerOn", "capturedPoint", "capturedPatch", "capturedPointSection",
-              "pointPicked", "pickedPoint", "capturedPointPos", "boxMin", "boxMax", "modelCenter", "modelRadius"}) {
+        for (const char* name : {"status", "leftButtonDown", "spinTimerOn", "capturedPoint", "capturedPatch",
+                                 "capturedPointSection", "pointPicked", "patchToRemove", "pickedPoint",
+                                 "capturedPointPos", "boxMin", "boxMax", "modelCenter", "modelRadius"}) {
             all["state"].erase(name);
         }
         return all;

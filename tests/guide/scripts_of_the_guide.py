@@ -166,6 +166,16 @@ class Checks:
         found = value(events, "comparison")
         assert found["points"] == sum(patch.shape[0] * patch.shape[1] for patch in self.wing)
         assert 0.009 < found["largest"] <= 0.01 + 1e-12
+        head, *rows = (self.folder / "far.csv").read_text().splitlines()
+        assert head == "patch,section,point,x,y,z,distance"
+        places = [f"{k + 1},{n + 1},{m + 1}" for k, patch in enumerate(self.wing) for n, m in np.ndindex(patch.shape[:2])]
+        assert [row.rsplit(",", 4)[0] for row in rows] == places
+        numbers = np.array([row.split(",")[3:] for row in rows], dtype=float)
+        moved = np.concatenate([patch.reshape(-1, 3) for patch in self.wing]) + [0.0, 0.01, 0.0]
+        assert np.allclose(numbers[:, :3], moved, atol=1e-15)
+        assert numbers[:, 3].tolist() == found["values"]
+        field = (self.folder / "far.dat").read_text().splitlines()
+        assert field[1] == 'VARIABLES = "X", "Y", "Z", "distance"'
 
     def hand_the_grid_to_a_program_that_wants_another_format(self, events):
         cells = sum((patch.shape[0] - 1) * (patch.shape[1] - 1) for patch in self.wing)

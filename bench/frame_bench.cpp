@@ -163,15 +163,15 @@ void wireTurn(benchmark::State& state) {
     frames(state, Model::Ball, false, Act::Turn);
 }
 
-BENCHMARK(triangleFrame)->Arg(1000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
-BENCHMARK(triangleMouse)->Arg(1000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
-BENCHMARK(triangleTurn)->Arg(1000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
-BENCHMARK(gridFrame)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
-BENCHMARK(gridMouse)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
-BENCHMARK(gridTurn)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
-BENCHMARK(insideOutFrame)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
-BENCHMARK(sheetsFrame)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
-BENCHMARK(wireFrame)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
-BENCHMARK(wireTurn)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(triangleFrame)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(triangleMouse)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(triangleTurn)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(gridFrame)->Arg(100000)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(gridMouse)->Arg(100000)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(gridTurn)->Arg(100000)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(insideOutFrame)->Arg(100000)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(sheetsFrame)->Arg(100000)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(wireFrame)->Arg(100000)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(wireTurn)->Arg(100000)->Arg(2000000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 
 } // namespace

@@ -115,7 +115,7 @@ std::string CadNames::productAbove(const Handle(Standard_Transient) & shape) con
         const Entity entity = around[i];
         const Handle(StepRepr_PropertyDefinitionRepresentation) representation =
             Handle(StepRepr_PropertyDefinitionRepresentation)::DownCast(entity);
-        const std::string name = representation.IsNull() ? std::string() : productOf(*representation);
+        std::string name = representation.IsNull() ? std::string() : productOf(*representation);
         if (!name.empty()) {
             return name;
         }

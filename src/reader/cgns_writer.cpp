@@ -81,7 +81,7 @@ private:
     /// The name that the zone got.
     std::string begin(const std::string& title, const cgsize_t* sizes, CGNS_ENUMT(ZoneType_t) type,
                       const std::vector<double>& x, const std::vector<double>& y, const std::vector<double>& z) {
-        const std::string name = names_.nameFor(title);
+        std::string name = names_.nameFor(title);
         demand(cg_zone_write(file_, base_, name.c_str(), sizes, type, &zone_));
         demand(cg_goto(file_, base_, "Zone_t", zone_, "end"));
         demand(cg_ordinal_write(++written_)); // readers may find zones by the order of their names

@@ -1,5 +1,6 @@
 #include "pixel_image.h"
 
+#include <QFont>
 #include <QGuiApplication>
 #include <cstdint>
 #include <vector>

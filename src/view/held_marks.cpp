@@ -188,7 +188,7 @@ void addCandidate(DrawList& list, const DocumentState& document, const Pick& pic
 
 std::string candidateText(const DocumentState& document, const Pick& pick) {
     const auto number = [](std::int32_t index) { return std::to_string(index + 1); };
-    const std::string place =
+    std::string place =
         "X=" + fixedText(pick.position.x) + ", Y=" + fixedText(pick.position.y) + ", Z=" + fixedText(pick.position.z);
     std::string text = "Patch K=" + number(pick.patch);
     switch (pick.target) {

@@ -239,6 +239,8 @@ TEST_F(BatchProcess, ALimitOfTheFileSizeEndsNoProgramAndLosesNoFile) {
     for (const char* name : {"out.apt", "out.dat", "out.wrl", "out.stl", "out.obj", "out.svg"}) {
         test::writeFileText(folder / name, "what was there");
     }
+    const std::string limited = "ulimit -f 4; exec \"$0\" --json --strict -c 'open wing.apt' "
+                                "-c 'run model.move deltaX=1' -c \"$1\" -c 'print state'";
     for (const auto& [line, name] :
          std::vector<std::pair<std::string, std::string>>{{"run file.save", "wing.apt"},
                                                           {"run file.saveAs file=out.apt answer=yes", "out.apt"},
@@ -250,12 +252,7 @@ TEST_F(BatchProcess, ALimitOfTheFileSizeEndsNoProgramAndLosesNoFile) {
                                                           {"run file.saveAs file=new.apt", "new.apt"}}) {
         const bool isNew = name == "new.apt";
         const std::string before = isNew ? "" : test::fileText(folder / name);
-        const ProcessResult result = test::runProcess(
-            {"/bin/sh", "-c",
-             "ulimit -f 4; exec \"$0\" --json --strict -c 'open wing.apt' -c 'run model.move deltaX=1' -c \"$1\" "
-             "-c 'print state'",
-             VELMORA_BATCH, line},
-            folder.path());
+        const ProcessResult result = test::runProcess({"/bin/sh", "-c", limited, VELMORA_BATCH, line}, folder.path());
         EXPECT_EQ(result.status, 4) << line << ": a file could not be written";
         EXPECT_THAT(result.lines.back(), HasSubstr("\"failed\"")) << line;
         EXPECT_EQ(std::filesystem::exists(folder / name), !isNew) << line;

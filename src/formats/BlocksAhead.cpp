@@ -22,10 +22,13 @@ std::size_t convertNumber(const char* begin, const char* text, const char* end, 
             {value, static_cast<std::uint32_t>(begin - text), static_cast<std::uint16_t>(stop - begin), whole});
         return numbers.back().length;
     };
-    std::int32_t magnitude = 0;
-    if (const char* const stop = convertFewDigits(begin + static_cast<int>(isSign(*begin)), magnitude)) {
-        // Of zeros the negative one keeps its sign as a real number.
-        return add(*begin == '-' ? -static_cast<double>(magnitude) : magnitude, stop, true);
+    const char* const firstDigit = begin + static_cast<int>(isSign(*begin));
+    if (firstDigit[1] != '.') { // no need to try it
+        std::int32_t magnitude = 0;
+        if (const char* const stop = convertFewDigits(firstDigit, magnitude)) {
+            // Of zeros the negative one keeps its sign as a real number.
+            return add(*begin == '-' ? -static_cast<double>(magnitude) : magnitude, stop, true);
+        }
     }
     double value = 0.0;
     const char* const stop = convertDecimal(begin + static_cast<int>(*begin == '+'), end, value);
@@ -73,7 +76,7 @@ void convertNumbers(const char* text, std::size_t size, std::vector<NumberAhead>
 // ---- BlocksAhead ----------------------------------------------------------------------------------------------------
 
 BlocksAhead::BlocksAhead(int descriptor, std::size_t blockSize, std::size_t helpers)
-    : descriptor_(descriptor), blockSize_(blockSize), slots_(helpers + 1), numbers_(1, noNumber),
+    : descriptor_(descriptor), blockSize_(blockSize), slots_(helpers + 2), numbers_(1, noNumber),
       number_(numbers_.data()) {
     for (Slot& slot : slots_) {
         slot.text = std::make_unique_for_overwrite<char[]>(blockSize + 1);
@@ -99,16 +102,23 @@ BlocksAhead::~BlocksAhead() {
     }
 }
 
-/// The next block of the file in its slot, once that is free; null when the end was read, or nobody wants more.
-BlocksAhead::Slot* BlocksAhead::readNext() {
-    const std::lock_guard reading(reading_);
-    if (endRead_) {
+/// The next block of the file in its slot, once that is free; null when the end was read, nobody wants more, or it
+/// would take a wait that is not wanted.
+BlocksAhead::Slot* BlocksAhead::readNext(bool mayWait) {
+    std::unique_lock reading(reading_, std::defer_lock);
+    if (mayWait) {
+        reading.lock();
+    }
+    if ((!mayWait && !reading.try_lock()) || endRead_) {
         return nullptr;
     }
     {
         std::unique_lock lock(mutex_);
-        changed_.wait(lock, [this] { return stopped_ || blocksRead_ < blocksGiven_ + slots_.size(); });
-        if (stopped_) {
+        const auto isFree = [this] { return blocksRead_ < blocksGiven_ + slots_.size(); };
+        if (mayWait) {
+            changed_.wait(lock, [&] { return stopped_ || isFree(); });
+        }
+        if (stopped_ || !isFree()) {
             return nullptr;
         }
     }
@@ -124,18 +134,38 @@ BlocksAhead::Slot* BlocksAhead::readNext() {
     return &slot;
 }
 
+void BlocksAhead::convertBlock(Slot& slot) {
+    try {
+        convertNumbers(slot.text.get(), slot.size, slot.numbers);
+    } catch (const std::bad_alloc&) {
+        slot.numbers.clear(); // who asks converts them
+    }
+    {
+        const std::lock_guard lock(mutex_);
+        slot.ready = true;
+    }
+    changed_.notify_all();
+}
+
 void BlocksAhead::readBlocks() {
-    while (Slot* const slot = readNext()) {
-        try {
-            convertNumbers(slot->text.get(), slot->size, slot->numbers);
-        } catch (const std::bad_alloc&) {
-            slot->numbers.clear(); // who asks converts them
+    while (Slot* const slot = readNext(true)) {
+        convertBlock(*slot);
+    }
+}
+
+/// Instead of waiting for a block the reader makes one of those behind it ready.
+void BlocksAhead::awaitBlock(const Slot& slot) {
+    const auto isReady = [this, &slot] {
+        const std::lock_guard lock(mutex_);
+        return slot.ready;
+    };
+    while (!isReady()) {
+        if (Slot* const other = readNext(false)) {
+            convertBlock(*other);
+        } else {
+            std::unique_lock lock(mutex_);
+            changed_.wait(lock, [&slot] { return slot.ready; });
         }
-        {
-            const std::lock_guard lock(mutex_);
-            slot->ready = true;
-        }
-        changed_.notify_all();
     }
 }
 
@@ -144,10 +174,10 @@ std::size_t BlocksAhead::next(std::unique_ptr<char[]>& text) {
         return 0;
     }
     std::size_t size = 0;
+    Slot& slot = slots_[blocksGiven_ % slots_.size()];
+    awaitBlock(slot);
     {
-        std::unique_lock lock(mutex_);
-        Slot& slot = slots_[blocksGiven_ % slots_.size()];
-        changed_.wait(lock, [&slot] { return slot.ready; });
+        const std::lock_guard lock(mutex_);
         size = slot.size;
         ended_ = size == 0;
         readFailed_ = slot.failed;

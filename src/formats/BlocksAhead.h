@@ -71,7 +71,9 @@ private:
     };
 
     void readBlocks();
-    Slot* readNext();
+    Slot* readNext(bool mayWait);
+    void convertBlock(Slot& slot);
+    void awaitBlock(const Slot& slot);
 
     int descriptor_;
     std::size_t blockSize_;

@@ -9,7 +9,6 @@
 
 #include "SafeFile.h"
 #include "format_outcome.h"
-#include "large_memory.h"
 #include "patch_text.h"
 #include "triangle_zone.h"
 #include "vectors.h"
@@ -285,15 +284,16 @@ bool zSTLReader::readFacet(TextStream& input) {
     return true;
 }
 
-// Room for a solid that goes on to the end of the file with facets as long as those before.
+// Room for a solid that goes on to the end of the file with facets as long as those before. That is a guess: memory on
+// large pages would be held whether it is needed or not.
 void zSTLReader::makeRoom(const TextStream& input) {
     const auto whole = static_cast<double>(input.size() - solidBegin_);
     const double times = 1.02 * whole / static_cast<double>(std::max<std::int64_t>(input.tell() - solidBegin_, 1));
     const auto room = [times](std::size_t size) { return static_cast<std::size_t>(times * static_cast<double>(size)); };
     for (std::vector<double>* const values : {&vertices_.x, &vertices_.y, &vertices_.z}) {
-        reserveLarge(*values, room(values->size()));
+        values->reserve(room(values->size()));
     }
-    reserveLarge(connectivity_, room(connectivity_.size()));
+    connectivity_.reserve(room(connectivity_.size()));
 }
 
 // What the solid did not need is given back.

@@ -83,7 +83,7 @@ TEST(Sight, ASectionIsCapturedOnTheSurfaceWithoutAModeOfTheView) {
         person.move(person.onView(target));
         person.settle();
         EXPECT_TRUE(person.waitFor([] { return WindowDriver::frame().view().candidate().has_value(); }));
-        EXPECT_TRUE(modePane(person).startsWith(QStringLiteral("Patch K="))) << modePane(person).toStdString();
+        EXPECT_TRUE(modePane(person).startsWith(QStringLiteral("Section: Patch K="))) << modePane(person).toStdString();
         const auto pointed = person.ask([] { return *WindowDriver::frame().view().candidate(); });
         person.screenshot(QStringLiteral("sight-hover"));
         person.click(person.onView(target));

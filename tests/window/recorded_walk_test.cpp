@@ -29,8 +29,8 @@ public:
         const auto begin = std::chrono::steady_clock::now();
         act();
         EXPECT_TRUE(person_.waitFor(done)) << name;
-        // The program is through with what it does in one go, the paint among it. What it posts to itself is left to its
-        // own loop: a message's box that opened within the question would keep the answer until somebody closes it.
+        // The program is through with what it does in one go, the paint among it. What it posts to itself is left to
+        // its own loop: a message's box that opened within the question would keep the answer until somebody closes it.
         person_.ask([] {});
         person_.ask([] {});
         const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;

@@ -133,7 +133,8 @@ void FormDialog::showEvent(QShowEvent* event) {
     wasShown_ = true;
     if (const QWidget* const frame = parentWidget() != nullptr ? parentWidget()->window() : nullptr) {
         const QRect room = frame->geometry();
-        move(room.right() - frameGeometry().width() - roomBesideFrame, room.bottom() - height() - roomBesideFrame);
+        move(room.right() - frameGeometry().width() - roomBesideFrame,
+             room.bottom() - frameGeometry().height() - 3 * roomBesideFrame);
     }
     tellTried();
 }

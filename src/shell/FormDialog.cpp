@@ -12,6 +12,7 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <exception>
 
 #include "field_words.h"
 #include "qt_text.h"
@@ -136,7 +137,11 @@ void FormDialog::showEvent(QShowEvent* event) {
         move(room.right() - frameGeometry().width() - roomBesideFrame,
              room.bottom() - frameGeometry().height() - 3 * roomBesideFrame);
     }
-    tellTried();
+    try {
+        tellTried();
+    } catch (const std::exception&) {
+        // The command itself will tell of what goes wrong.
+    }
 }
 
 FormDialog::~FormDialog() {

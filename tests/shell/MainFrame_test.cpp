@@ -908,7 +908,7 @@ public:
     void resetMouseMode() override {}
     int principalPlane() const override { return 0; }
 
-    int poor = 2; ///< when a dialog shows what it tries out, and when its command runs
+    int poor = 3; ///< when a dialog shows what it tries out, when it stops to, and when its command runs
     bool poorHighlight = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "corner_box.h"
 #include "parallel.h"
@@ -11,8 +12,9 @@ namespace velmora {
 namespace {
 
 /// So many segments a group of planes has at most, if one plane alone has not more: they stay near the processor.
-constexpr std::size_t segmentsOfGroup = std::size_t{1} << 14;
+constexpr std::size_t segmentsOfGroup = std::size_t{1} << 13;
 constexpr std::size_t trianglesOfChunk = std::size_t{1} << 16;
+constexpr std::size_t nodesOfChunk = std::size_t{1} << 15;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
 /// Cuts one triangle after the other by one plane.
@@ -106,6 +108,17 @@ std::int32_t PlaneCutter::cellOf(double value) const {
     return !(cell > 0.0) ? 0 : cell < last ? static_cast<std::int32_t>(cell) : last;
 }
 
+/// Twice the number of planes below a value, and one more when a plane stands at it; so it rises with the value. The
+/// value must be a number.
+std::uint32_t PlaneCutter::keyOf(double value) const {
+    const std::int32_t* const cell = &cells_[static_cast<std::size_t>(cellOf(value))];
+    const auto end = planes_.begin() + cell[1];
+    const auto found = std::lower_bound(planes_.begin() + cell[0], end, value,
+                                        [](const Plane& plane, double at) { return plane.value < at; });
+    const auto below = static_cast<std::uint32_t>(found - planes_.begin());
+    return 2 * below + (found != end && found->value == value ? 1 : 0);
+}
+
 bool PlaneCutter::planesApart() const {
     return std::adjacent_find(planes_.begin(), planes_.end(), [](const Plane& a, const Plane& b) {
                return a.value == b.value || samePlane(a.value, b.value);
@@ -133,31 +146,91 @@ void PlaneCutter::findHitsOf(std::uint32_t zone, std::size_t first, std::size_t 
         const auto endPlane = std::upper_bound(planes_.begin() + highest[0], planes_.begin() + highest[1], high,
                                                [](double value, const Plane& plane) { return value < plane.value; });
         if (firstPlane < endPlane) {
-            hits.push_back({zone, static_cast<std::int32_t>(element),
-                            static_cast<std::int32_t>(firstPlane - planes_.begin()),
+            hits.push_back({static_cast<std::int32_t>(element), static_cast<std::int32_t>(firstPlane - planes_.begin()),
                             static_cast<std::int32_t>(endPlane - planes_.begin())});
+        }
+    }
+}
+
+/// The keys of a zone's nodes. False when they do not pay, as triangles have few nodes in common, or not all of the
+/// coordinates are numbers.
+template <class Key>
+bool PlaneCutter::findKeys(std::uint32_t zone, std::vector<Key>& keys) const {
+    const zBlock_fe& block = *region_.blocks[zone];
+    if (block.nodeCount > block.elementCount) {
+        return false;
+    }
+    const double* const values = axes_[zone][static_cast<std::size_t>(axis_)];
+    const auto nodes = static_cast<std::size_t>(block.nodeCount);
+    keys.resize(nodes);
+    std::vector<std::uint8_t> allNumbers((nodes + nodesOfChunk - 1) / nodesOfChunk, 1);
+    forEachChunk(nodes, nodesOfChunk, [&](std::size_t first, std::size_t last, std::size_t) {
+        for (std::size_t node = first; node < last; ++node) {
+            if (values[node] != values[node]) {
+                allNumbers[first / nodesOfChunk] = 0;
+                return;
+            }
+            keys[node] = static_cast<Key>(keyOf(values[node]));
+        }
+    });
+    return std::find(allNumbers.begin(), allNumbers.end(), 0) == allNumbers.end();
+}
+
+/// As findHitsOf, by the keys of the nodes.
+template <class Key>
+void PlaneCutter::findHitsByKeys(std::uint32_t zone, const std::vector<Key>& keys, std::size_t first, std::size_t last,
+                                 std::vector<Hit>& hits) const {
+    const std::int32_t* corners = region_.blocks[zone]->connectivity.data() + 4 * first;
+    for (std::size_t element = first; element < last; ++element, corners += 4) {
+        const std::uint32_t a = keys[static_cast<std::size_t>(corners[0])];
+        const std::uint32_t b = keys[static_cast<std::size_t>(corners[1])];
+        const std::uint32_t c = keys[static_cast<std::size_t>(corners[2])];
+        const std::uint32_t lowest = std::min({a, b, c});
+        const std::uint32_t highest = std::max({a, b, c});
+        if ((highest + 1) / 2 == lowest / 2) {
+            continue; // between the same planes
+        }
+        const auto firstPlane = static_cast<std::int32_t>(lowest / 2);
+        auto endPlane = static_cast<std::int32_t>(highest / 2);
+        if (highest % 2 == 1) { // planes stand at the highest corner
+            endPlane = static_cast<std::int32_t>(
+                std::upper_bound(planes_.begin() + endPlane, planes_.end(), planes_[highest / 2].value,
+                                 [](double value, const Plane& plane) { return value < plane.value; }) -
+                planes_.begin());
+        }
+        hits.push_back({static_cast<std::int32_t>(element), firstPlane, endPlane});
+    }
+}
+
+template <class Key>
+void PlaneCutter::findHitsInZone(std::uint32_t zone, std::vector<Key>& keys) {
+    const auto triangles = static_cast<std::size_t>(region_.blocks[zone]->elementCount);
+    const bool byKeys = findKeys(zone, keys);
+    std::vector<std::vector<Hit>> found((triangles + trianglesOfChunk - 1) / trianglesOfChunk);
+    std::vector<std::vector<Hit>> gathered(workersFor(triangles, trianglesOfChunk));
+    forEachChunk(triangles, trianglesOfChunk, [&](std::size_t first, std::size_t last, std::size_t worker) {
+        std::vector<Hit>& hits = gathered[worker];
+        hits.clear();
+        byKeys ? findHitsByKeys(zone, keys, first, last, hits) : findHitsOf(zone, first, last, hits);
+        found[first / trianglesOfChunk].assign(hits.begin(), hits.end()); // no more memory than they need
+    });
+    for (std::vector<Hit>& hits : found) {
+        if (!hits.empty()) {
+            const std::size_t before = chunks_.empty() ? 0 : chunks_.back().firstHit + chunks_.back().hits.size();
+            chunks_.push_back({zone, before, std::move(hits)});
         }
     }
 }
 
 void PlaneCutter::findHits(const ReportProgress& progress) {
     const auto zones = static_cast<std::uint32_t>(region_.blocks.size());
+    // Of one zone's nodes after the other's; short ones leave more room near the processor.
+    std::vector<std::uint16_t> shortKeys;
+    std::vector<std::uint32_t> keys;
+    const bool areShort = 2 * planes_.size() < std::numeric_limits<std::uint16_t>::max();
     for (std::uint32_t zone = 0; zone < zones; ++zone) {
         if (axes_[zone][0] != nullptr && region_.blocks[zone]->elementCount > 0) {
-            const auto triangles = static_cast<std::size_t>(region_.blocks[zone]->elementCount);
-            std::vector<std::vector<Hit>> found((triangles + trianglesOfChunk - 1) / trianglesOfChunk);
-            forEachChunk(triangles, trianglesOfChunk, [&](std::size_t first, std::size_t last, std::size_t) {
-                findHitsOf(zone, first, last, found[first / trianglesOfChunk]);
-            });
-            std::size_t count = hits_.size();
-            for (const std::vector<Hit>& hits : found) {
-                count += hits.size();
-            }
-            hits_.reserve(count);
-            for (std::vector<Hit>& hits : found) {
-                hits_.insert(hits_.end(), hits.begin(), hits.end());
-                hits = {};
-            }
+            areShort ? findHitsInZone(zone, shortKeys) : findHitsInZone(zone, keys);
         }
         if (progress) {
             progress(0.3 * (zone + 1) / static_cast<double>(zones));
@@ -165,13 +238,21 @@ void PlaneCutter::findHits(const ReportProgress& progress) {
     }
 }
 
+/// Calls `visit(hit)` for all of them in order.
+template <class Visit>
+void PlaneCutter::forEachHit(const Visit& visit) const {
+    for (const HitChunk& chunk : chunks_) {
+        std::for_each(chunk.hits.begin(), chunk.hits.end(), visit);
+    }
+}
+
 void PlaneCutter::countCandidates() {
     // Differences first: up where a triangle's planes begin, down behind them.
     candidates_.assign(planes_.size() + 1, 0);
-    for (const Hit& hit : hits_) {
+    forEachHit([this](const Hit& hit) {
         ++candidates_[static_cast<std::size_t>(hit.firstPlane)];
         --candidates_[static_cast<std::size_t>(hit.endPlane)];
-    }
+    });
     for (std::size_t i = 1; i < candidates_.size(); ++i) {
         candidates_[i] += candidates_[i - 1]; // a difference below 0 wraps round and back
     }
@@ -202,9 +283,7 @@ void PlaneCutter::takeHitsIntoGroups() {
             visit(groups_[group]);
         }
     };
-    for (const Hit& hit : hits_) {
-        forEachGroupOf(hit, [](Group& group) { ++group.endHit; });
-    }
+    forEachHit([&](const Hit& hit) { forEachGroupOf(hit, [](Group& group) { ++group.endHit; }); });
     std::size_t total = 0;
     for (Group& group : groups_) {
         group.firstHit = total;
@@ -212,8 +291,28 @@ void PlaneCutter::takeHitsIntoGroups() {
         group.endHit = group.firstHit;
     }
     hitsOfGroups_.resize(total);
-    for (std::size_t i = 0; i < hits_.size(); ++i) {
-        forEachGroupOf(hits_[i], [&](Group& group) { hitsOfGroups_[group.endHit++] = static_cast<std::uint32_t>(i); });
+    std::uint32_t number = 0;
+    forEachHit([&](const Hit& hit) {
+        forEachGroupOf(hit, [&](Group& group) { hitsOfGroups_[group.endHit++] = number; });
+        ++number;
+    });
+}
+
+/// Puts what the planes of the group leave of a triangle behind the other segments of each.
+void PlaneCutter::cutHit(std::uint32_t zone, const Hit& hit, const Group& group, Workplace& workplace) const {
+    const auto first = std::max(group.firstPlane, static_cast<std::size_t>(hit.firstPlane));
+    const auto end = std::min(group.endPlane, static_cast<std::size_t>(hit.endPlane));
+    const auto& axes = axes_[zone];
+    const std::int32_t* const nodes =
+        &region_.blocks[zone]->connectivity[std::size_t{4} * static_cast<std::size_t>(hit.element)];
+    std::array<SlicePoint, 3> corners;
+    for (std::size_t corner = 0; corner < 3; ++corner) {
+        corners[corner] = {axes[0][nodes[corner]], axes[1][nodes[corner]], axes[2][nodes[corner]]};
+    }
+    const TriangleCut cutTriangle(axis_);
+    for (std::size_t plane = first; plane < end; ++plane) {
+        std::size_t& place = workplace.ends[plane - group.firstPlane];
+        place += cutTriangle(corners, planes_[plane].value, workplace.segments[place]) ? 1 : 0;
     }
 }
 
@@ -229,22 +328,12 @@ void PlaneCutter::cutGroup(std::size_t number, Workplace& workplace, const TakeP
     if (workplace.segments.size() < total) {
         workplace.segments.resize(total);
     }
-    const TriangleCut cutTriangle(axis_);
+    auto chunk = chunks_.begin();
     for (std::size_t i = group.firstHit; i < group.endHit; ++i) {
-        const Hit& hit = hits_[hitsOfGroups_[i]];
-        const auto first = std::max(group.firstPlane, static_cast<std::size_t>(hit.firstPlane));
-        const auto end = std::min(group.endPlane, static_cast<std::size_t>(hit.endPlane));
-        const auto& axes = axes_[hit.zone];
-        const std::int32_t* const nodes =
-            &region_.blocks[hit.zone]->connectivity[std::size_t{4} * static_cast<std::size_t>(hit.element)];
-        std::array<SlicePoint, 3> corners;
-        for (std::size_t corner = 0; corner < 3; ++corner) {
-            corners[corner] = {axes[0][nodes[corner]], axes[1][nodes[corner]], axes[2][nodes[corner]]};
+        while (hitsOfGroups_[i] - chunk->firstHit >= chunk->hits.size()) {
+            ++chunk;
         }
-        for (std::size_t plane = first; plane < end; ++plane) {
-            std::size_t& place = ends[plane - group.firstPlane];
-            place += cutTriangle(corners, planes_[plane].value, workplace.segments[place]) ? 1 : 0;
-        }
+        cutHit(chunk->zone, chunk->hits[hitsOfGroups_[i] - chunk->firstHit], group, workplace);
     }
     std::size_t begin = 0;
     for (std::size_t plane = group.firstPlane; plane < group.endPlane; ++plane) {

@@ -43,12 +43,17 @@ private:
         double value;
         std::size_t number;
     };
-    /// A triangle and the planes that it spans, as places in `planes_`.
+    /// A triangle of a zone and the planes that it spans, as places in `planes_`.
     struct Hit {
-        std::uint32_t zone;
         std::int32_t element;
         std::int32_t firstPlane;
         std::int32_t endPlane;
+    };
+    /// What neighbours of one zone hit. The hits of all chunks are numbered one behind the other.
+    struct HitChunk {
+        std::uint32_t zone;
+        std::size_t firstHit;
+        std::vector<Hit> hits;
     };
     /// Planes that are cut together, and the triangles that span any of them, as places in `hitsOfGroups_`.
     struct Group {
@@ -60,8 +65,19 @@ private:
 
     void arrangePlanes(const std::vector<double>& planes);
     std::int32_t cellOf(double value) const;
+    std::uint32_t keyOf(double value) const;
+    template <class Key>
+    bool findKeys(std::uint32_t zone, std::vector<Key>& keys) const;
     void findHits(const ReportProgress& progress);
+    template <class Key>
+    void findHitsInZone(std::uint32_t zone, std::vector<Key>& keys);
     void findHitsOf(std::uint32_t zone, std::size_t first, std::size_t last, std::vector<Hit>& hits) const;
+    template <class Key>
+    void findHitsByKeys(std::uint32_t zone, const std::vector<Key>& keys, std::size_t first, std::size_t last,
+                        std::vector<Hit>& hits) const;
+    template <class Visit>
+    void forEachHit(const Visit& visit) const;
+    void cutHit(std::uint32_t zone, const Hit& hit, const Group& group, Workplace& workplace) const;
     void countCandidates();
     void makeGroups();
     void takeHitsIntoGroups();
@@ -73,10 +89,10 @@ private:
     std::vector<std::int32_t> cells_;                ///< the first plane of each cell of `cellOf`, and the end
     double cellsFrom_ = 0.0;
     double cellsPerUnit_ = 0.0;
-    std::vector<Hit> hits_;               ///< in the order of the triangles
+    std::vector<HitChunk> chunks_;        ///< in the order of the triangles; none is empty
     std::vector<std::size_t> candidates_; ///< for each plane, how many triangles span it
     std::vector<Group> groups_;
-    std::vector<std::uint32_t> hitsOfGroups_; ///< places in `hits_`, rising within a group
+    std::vector<std::uint32_t> hitsOfGroups_; ///< numbers of hits, rising within a group
 };
 
 } // namespace velmora

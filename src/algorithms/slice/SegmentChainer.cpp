@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <utility>
 
 namespace velmora {
 
@@ -14,9 +15,15 @@ namespace {
 constexpr double reach = 1.0 / (std::uint64_t{1} << 33);
 /// Cells have this width in parts of the power of two below the largest coordinate: wide against the reach, so that a
 /// point rarely looks into more than one, and narrow against the distance of points.
-constexpr int cellBits = 26;
+constexpr int cellBits = 24;
 /// Points whose exponent is below this one share a cell: their cells' width would not be a normal number.
 constexpr int leastExponent = 64;
+
+/// In SegmentChainer's `mates_`.
+constexpr std::int32_t noMate = -1;
+constexpr std::int32_t looksAround = -2;
+/// With more ends than these in a bucket the ends have no mates: to look for them would be quadratic.
+constexpr int mostOfBucket = 64;
 
 /// The exponent of a number as it is stored, not below `leastExponent`.
 int levelOf(double magnitude) {
@@ -43,7 +50,7 @@ std::uint32_t bucketOf(int level, std::int64_t u, std::int64_t v, std::size_t bu
     return static_cast<std::uint32_t>(mixed(cell) >> 20) & static_cast<std::uint32_t>(buckets - 1);
 }
 
-/// Rounded down; there are less than 2^28 cells on either side.
+/// Rounded down; there are less than 2^26 cells on either side.
 std::int64_t cellOf(double coordinate, double perUnit) {
     const double cells = coordinate * perUnit;
     const auto cut = static_cast<std::int64_t>(cells);
@@ -69,7 +76,15 @@ double finite(double number) {
 /// Whether `samePoint` can accept a point at all.
 bool canBeSame(const SlicePoint& p, double magnitude) {
     const bool allFinite = std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]);
-    return allFinite && (magnitude == 0.0 || std::isfinite(1.0 / magnitude));
+    return allFinite &&
+           (magnitude >= std::numeric_limits<double>::min() || magnitude == 0.0 || std::isfinite(1.0 / magnitude));
+}
+
+/// Whether a coordinate, in widths of cells, is farther from the borders of its cell than points that are the same are
+/// from each other: these are less than 1/256 of the width apart.
+bool isWithin(double cells, std::int64_t cell) {
+    const double part = cells - static_cast<double>(cell);
+    return part > 1.0 / 128 && part < 127.0 / 128;
 }
 
 } // namespace
@@ -79,7 +94,8 @@ bool canBeSame(const SlicePoint& p, double magnitude) {
 PointCells::PointCells(int axis) : u_(axis == 0 ? 1 : 0), v_(axis == 2 ? 1 : 2) {}
 
 void PointCells::reset(std::size_t points, std::size_t numbers) {
-    buckets_.assign(std::bit_ceil(2 * points + 1), Bucket());
+    heads_.assign(std::bit_ceil(4 * points + 1), -1);
+    searches_.clear();
     next_.resize(numbers);
 }
 
@@ -90,9 +106,15 @@ void PointCells::put(const SlicePoint& point, std::int32_t number) {
     }
     const int level = levelOf(magnitude);
     const double perUnit = cellsPerUnit(level);
-    Bucket& bucket = buckets_[bucketOf(level, cellOf(point[u_], perUnit), cellOf(point[v_], perUnit), buckets_.size())];
-    next_[static_cast<std::size_t>(number)] = bucket.head;
-    bucket.head = number;
+    putInto(bucketOf(level, cellOf(point[u_], perUnit), cellOf(point[v_], perUnit), heads_.size()), number);
+}
+
+void PointCells::put(const SlicePoint& point, const Buckets& near, std::int32_t number) {
+    if (near.count == 1) {
+        putInto(near.bucket[0], number); // its own is always near
+    } else {
+        put(point, number);
+    }
 }
 
 PointCells::Buckets PointCells::near(const SlicePoint& point) const {
@@ -104,13 +126,22 @@ PointCells::Buckets PointCells::near(const SlicePoint& point) const {
     const double radius = magnitude * reach;
     const int lowest = levelOf(magnitude - radius);
     const int highest = levelOf(magnitude + radius);
+    if (lowest == highest) { // most points are near to their own bucket alone
+        const double perUnit = cellsPerUnit(lowest);
+        const std::int64_t u = cellOf(point[u_], perUnit);
+        const std::int64_t v = cellOf(point[v_], perUnit);
+        if (isWithin(point[u_] * perUnit, u) && isWithin(point[v_] * perUnit, v)) {
+            found.bucket[found.count++] = bucketOf(lowest, u, v, heads_.size());
+            return found;
+        }
+    }
     for (int level = lowest; level <= highest; ++level) {
         const double perUnit = cellsPerUnit(level);
         const std::int64_t lastU = cellOf(finite(point[u_] + radius), perUnit);
         const std::int64_t lastV = cellOf(finite(point[v_] + radius), perUnit);
         for (std::int64_t u = cellOf(finite(point[u_] - radius), perUnit); u <= lastU; ++u) {
             for (std::int64_t v = cellOf(finite(point[v_] - radius), perUnit); v <= lastV; ++v) {
-                found.bucket[found.count++] = bucketOf(level, u, v, buckets_.size());
+                found.bucket[found.count++] = bucketOf(level, u, v, heads_.size());
             }
         }
     }
@@ -130,23 +161,67 @@ void SegmentChainer::arrange() {
     pass_ = 0;
     cursor_ = 0;
     hasDots_ = false;
+    crowded_ = false;
+    mates_.assign(2 * count, looksAround);
     for (std::size_t i = count; i-- > 0;) {
         const SliceSegment& segment = segments_[i];
-        const bool dot = isSame(segment.first, segment.second);
-        if (dot && !hasDots_) {
+        const auto first = static_cast<std::int32_t>(2 * i);
+        if (!isSame(segment.first, segment.second)) {
+            putEnd(first + 1);
+            putEnd(first);
+            continue;
+        }
+        if (!hasDots_) {
             hasDots_ = true;
             dots_.reset(count, 2 * count);
         }
-        PointCells& cells = dot ? dots_ : ends_;
-        cells.put(segment.second, static_cast<std::int32_t>(2 * i + 1));
-        cells.put(segment.first, static_cast<std::int32_t>(2 * i));
+        dots_.put(segment.second, first + 1);
+        dots_.put(segment.first, first);
     }
+    if (crowded_) {
+        mates_.assign(2 * count, looksAround);
+    }
+}
+
+/// Puts the end of a segment that has a length into the hash; it meets those that are there and the same.
+void SegmentChainer::putEnd(std::int32_t end) {
+    const SlicePoint& point = pointOfEnd(end);
+    const PointCells::Buckets near = ends_.near(point);
+    if (near.count > 0) {
+        mates_[static_cast<std::size_t>(end)] = noMate;
+    }
+    for (int i = 0; i < near.count && !crowded_; ++i) {
+        int ends = 0;
+        for (std::int32_t other = ends_.head(near.bucket[i]); other >= 0; other = ends_.next(other)) {
+            if (isSame(point, pointOfEnd(other))) {
+                meet(end, other);
+            }
+            crowded_ = crowded_ || ++ends > mostOfBucket;
+        }
+    }
+    ends_.put(point, near, end);
+}
+
+void SegmentChainer::meet(std::int32_t end, std::int32_t other) {
+    std::int32_t& mateOfEnd = mates_[static_cast<std::size_t>(end)];
+    std::int32_t& mateOfOther = mates_[static_cast<std::size_t>(other)];
+    mateOfEnd = mateOfEnd == noMate ? other : looksAround;
+    mateOfOther = mateOfOther == noMate ? end : looksAround;
+}
+
+/// Whether the points of two ends are the same.
+bool SegmentChainer::areSame(std::int32_t end, std::int32_t other) const {
+    const std::int32_t mate = mates_[static_cast<std::size_t>(end)];
+    if (mate == looksAround || mates_[static_cast<std::size_t>(other)] == looksAround) {
+        return isSame(pointOfEnd(end), pointOfEnd(other));
+    }
+    return end == other || mate == other;
 }
 
 bool SegmentChainer::touchesLine(const PointCells& cells, const SlicePoint& point) const {
     const PointCells::Buckets near = cells.near(point);
     for (int i = 0; i < near.count; ++i) {
-        for (std::int32_t end = cells[near.bucket[i]].head; end >= 0; end = cells.next(end)) {
+        for (std::int32_t end = cells.head(near.bucket[i]); end >= 0; end = cells.next(end)) {
             if (onLine_[static_cast<std::size_t>(end)] && isSame(point, pointOfEnd(end))) {
                 return true;
             }
@@ -177,13 +252,12 @@ std::optional<std::size_t> SegmentChainer::nextStart() {
 /// above the largest difference, along any axis, between the line's last point and one that is the same.
 void SegmentChainer::tryBucket(std::uint32_t number, const Growing& line, double reachOfLast,
                                std::optional<Step>& best) {
-    PointCells::Bucket& bucket = ends_[number];
-    if (bucket.search != pass_) {
-        bucket.search = pass_;
-        bucket.searchHead = bucket.head;
+    PointCells::Search& search = ends_.searchIn(number);
+    if (search.search != pass_) {
+        search = {ends_.head(number), pass_};
     }
     const auto wasWalked = [this](std::int32_t end) { return walked_[static_cast<std::size_t>(end / 2)] == pass_; };
-    std::int32_t& head = bucket.searchHead;
+    std::int32_t& head = search.head;
     while (head >= 0 && wasWalked(head)) {
         head = ends_.next(head);
     }
@@ -217,7 +291,7 @@ void SegmentChainer::tryBucket(std::uint32_t number, const Growing& line, double
 void SegmentChainer::tryDots(const SlicePoint& at, std::optional<Step>& best) const {
     const PointCells::Buckets near = dots_.near(at);
     for (int i = 0; i < near.count; ++i) {
-        for (std::int32_t end = dots_[near.bucket[i]].head; end >= 0; end = dots_.next(end)) {
+        for (std::int32_t end = dots_.head(near.bucket[i]); end >= 0; end = dots_.next(end)) {
             const auto segment = static_cast<std::size_t>(end / 2);
             if (best && segment >= best->segment) {
                 break;
@@ -232,20 +306,43 @@ void SegmentChainer::tryDots(const SlicePoint& at, std::optional<Step>& best) co
     }
 }
 
-std::optional<SegmentChainer::Step> SegmentChainer::nextStep(const Growing& line) {
-    std::optional<Step> best;
-    const SlicePoint& at = line.points.back();
-    const bool single = line.size() == 1;
-    if (!single && isSame(at, line.points[line.begin])) {
-        return best; // closed
+/// What stands at a place that has no ends but the one of the line's last point and its mate.
+void SegmentChainer::tryMates(std::optional<Step>& best) const {
+    const auto [mate, last] = std::pair(mates_[static_cast<std::size_t>(path_.back())], path_.back());
+    for (const std::int32_t end : {std::min(mate, last), std::max(mate, last)}) {
+        if (end == noMate || walked_[static_cast<std::size_t>(end / 2)] == pass_) {
+            continue;
+        }
+        const std::int32_t behind = end % 2 == 0 ? end + 1 : end - 1;
+        if (path_.size() == 1 || !areSame(path_[path_.size() - 2], behind)) {
+            best = Step{static_cast<std::size_t>(end / 2), end % 2 == 0};
+            return;
+        }
     }
+}
+
+void SegmentChainer::tryCells(const Growing& line, std::optional<Step>& best) {
+    const SlicePoint& at = line.points.back();
     const double reachOfLast = reach * largestCoordinate(at);
     const PointCells::Buckets near = ends_.near(at);
     for (int i = 0; i < near.count; ++i) {
         tryBucket(near.bucket[i], line, reachOfLast, best);
     }
+}
+
+std::optional<SegmentChainer::Step> SegmentChainer::nextStep(const Growing& line) {
+    std::optional<Step> best;
+    const bool single = line.size() == 1;
+    if (!single && areSame(path_.back(), path_.front())) {
+        return best; // closed
+    }
+    if (mates_[static_cast<std::size_t>(path_.back())] == looksAround) {
+        tryCells(line, best);
+    } else {
+        tryMates(best);
+    }
     if (single && hasDots_) {
-        tryDots(at, best);
+        tryDots(line.points.back(), best);
     }
     return best;
 }
@@ -254,9 +351,10 @@ void SegmentChainer::extend(const Growing& line) {
     ++pass_;
     while (const auto step = nextStep(line)) {
         walked_[step->segment] = pass_;
-        onLine_[2 * step->segment + (step->toSecond ? 1 : 0)] = true;
-        const SliceSegment& segment = segments_[step->segment];
-        line.points.push_back(step->toSecond ? segment.second : segment.first);
+        const std::size_t end = 2 * step->segment + (step->toSecond ? 1 : 0);
+        onLine_[end] = true;
+        path_.push_back(static_cast<std::int32_t>(end));
+        line.points.push_back(pointOfEnd(path_.back()));
     }
 }
 
@@ -272,7 +370,9 @@ void SegmentChainer::chain(std::span<const SliceSegment> segments, SliceLines& l
         const Growing line{lines.points, lines.points.size()};
         lines.points.push_back(segments[*start].first);
         onLine_[2 * *start] = true;
+        path_.assign(1, static_cast<std::int32_t>(2 * *start));
         extend(line);
+        std::reverse(path_.begin(), path_.end());
         std::reverse(lines.points.begin() + static_cast<std::ptrdiff_t>(line.begin), lines.points.end());
         extend(line);
         steps += line.size() - 1;

@@ -14,7 +14,6 @@ namespace {
 /// So many segments a group of planes has at most, if one plane alone has not more: they stay near the processor.
 constexpr std::size_t segmentsOfGroup = std::size_t{1} << 13;
 constexpr std::size_t trianglesOfChunk = std::size_t{1} << 16;
-constexpr std::size_t nodesOfChunk = std::size_t{1} << 15;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
 /// Cuts one triangle after the other by one plane.
@@ -108,26 +107,28 @@ std::int32_t PlaneCutter::cellOf(double value) const {
     return !(cell > 0.0) ? 0 : cell < last ? static_cast<std::int32_t>(cell) : last;
 }
 
-/// Twice the number of planes below a value, and one more when a plane stands at it; so it rises with the value. The
-/// value must be a number.
-std::uint32_t PlaneCutter::keyOf(double value) const {
-    const std::int32_t* const cell = &cells_[static_cast<std::size_t>(cellOf(value))];
-    const auto end = planes_.begin() + cell[1];
-    const auto found = std::lower_bound(planes_.begin() + cell[0], end, value,
-                                        [](const Plane& plane, double at) { return plane.value < at; });
-    const auto below = static_cast<std::uint32_t>(found - planes_.begin());
-    return 2 * below + (found != end && found->value == value ? 1 : 0);
-}
-
 bool PlaneCutter::planesApart() const {
     return std::adjacent_find(planes_.begin(), planes_.end(), [](const Plane& a, const Plane& b) {
                return a.value == b.value || samePlane(a.value, b.value);
            }) == planes_.end();
 }
 
+PlaneCutter::Span PlaneCutter::spanOf(double low, double high) const {
+    const std::int32_t* const lowest = &cells_[static_cast<std::size_t>(cellOf(low))];
+    const std::int32_t* const highest = &cells_[static_cast<std::size_t>(cellOf(high))];
+    const auto first = std::lower_bound(planes_.begin() + lowest[0], planes_.begin() + lowest[1], low,
+                                        [](const Plane& plane, double value) { return plane.value < value; });
+    const auto end = std::upper_bound(planes_.begin() + highest[0], planes_.begin() + highest[1], high,
+                                      [](double value, const Plane& plane) { return value < plane.value; });
+    return {static_cast<std::int32_t>(first - planes_.begin()),     static_cast<std::int32_t>(end - planes_.begin()),
+            first == planes_.begin() ? -infinity : first[-1].value, first == planes_.end() ? infinity : first->value,
+            end == planes_.begin() ? -infinity : end[-1].value,     end == planes_.end() ? infinity : end->value};
+}
+
 void PlaneCutter::findHitsOf(std::uint32_t zone, std::size_t first, std::size_t last, std::vector<Hit>& hits) const {
     const double* const values = axes_[zone][static_cast<std::size_t>(axis_)];
     const std::int32_t* corners = region_.blocks[zone]->connectivity.data() + 4 * first;
+    Span span = spanOf(infinity, -infinity);
     for (std::size_t element = first; element < last; ++element, corners += 4) {
         double low = infinity;
         double high = -infinity;
@@ -136,104 +137,42 @@ void PlaneCutter::findHitsOf(std::uint32_t zone, std::size_t first, std::size_t 
             low = value < low ? value : low;
             high = value > high ? value : high;
         }
-        const std::int32_t* const lowest = &cells_[static_cast<std::size_t>(cellOf(low))];
-        const std::int32_t* const highest = &cells_[static_cast<std::size_t>(cellOf(high))];
-        if (lowest[0] >= highest[1]) {
-            continue; // no plane in their cells, nor between
+        // Neighbours often span the same planes, or lie between the same two.
+        if (!(span.lowFrom < low && low <= span.lowTo && span.highFrom <= high && high < span.highTo)) {
+            span = spanOf(low, high);
         }
-        const auto firstPlane = std::lower_bound(planes_.begin() + lowest[0], planes_.begin() + lowest[1], low,
-                                                 [](const Plane& plane, double value) { return plane.value < value; });
-        const auto endPlane = std::upper_bound(planes_.begin() + highest[0], planes_.begin() + highest[1], high,
-                                               [](double value, const Plane& plane) { return value < plane.value; });
-        if (firstPlane < endPlane) {
-            hits.push_back({static_cast<std::int32_t>(element), static_cast<std::int32_t>(firstPlane - planes_.begin()),
-                            static_cast<std::int32_t>(endPlane - planes_.begin())});
-        }
-    }
-}
-
-/// The keys of a zone's nodes. False when they do not pay, as triangles have few nodes in common, or not all of the
-/// coordinates are numbers.
-template <class Key>
-bool PlaneCutter::findKeys(std::uint32_t zone, std::vector<Key>& keys) const {
-    const zBlock_fe& block = *region_.blocks[zone];
-    if (block.nodeCount > block.elementCount) {
-        return false;
-    }
-    const double* const values = axes_[zone][static_cast<std::size_t>(axis_)];
-    const auto nodes = static_cast<std::size_t>(block.nodeCount);
-    keys.resize(nodes);
-    std::vector<std::uint8_t> allNumbers((nodes + nodesOfChunk - 1) / nodesOfChunk, 1);
-    forEachChunk(nodes, nodesOfChunk, [&](std::size_t first, std::size_t last, std::size_t) {
-        for (std::size_t node = first; node < last; ++node) {
-            if (values[node] != values[node]) {
-                allNumbers[first / nodesOfChunk] = 0;
-                return;
-            }
-            keys[node] = static_cast<Key>(keyOf(values[node]));
-        }
-    });
-    return std::find(allNumbers.begin(), allNumbers.end(), 0) == allNumbers.end();
-}
-
-/// As findHitsOf, by the keys of the nodes.
-template <class Key>
-void PlaneCutter::findHitsByKeys(std::uint32_t zone, const std::vector<Key>& keys, std::size_t first, std::size_t last,
-                                 std::vector<Hit>& hits) const {
-    const std::int32_t* corners = region_.blocks[zone]->connectivity.data() + 4 * first;
-    for (std::size_t element = first; element < last; ++element, corners += 4) {
-        const std::uint32_t a = keys[static_cast<std::size_t>(corners[0])];
-        const std::uint32_t b = keys[static_cast<std::size_t>(corners[1])];
-        const std::uint32_t c = keys[static_cast<std::size_t>(corners[2])];
-        const std::uint32_t lowest = std::min({a, b, c});
-        const std::uint32_t highest = std::max({a, b, c});
-        if ((highest + 1) / 2 == lowest / 2) {
-            continue; // between the same planes
-        }
-        const auto firstPlane = static_cast<std::int32_t>(lowest / 2);
-        auto endPlane = static_cast<std::int32_t>(highest / 2);
-        if (highest % 2 == 1) { // planes stand at the highest corner
-            endPlane = static_cast<std::int32_t>(
-                std::upper_bound(planes_.begin() + endPlane, planes_.end(), planes_[highest / 2].value,
-                                 [](double value, const Plane& plane) { return value < plane.value; }) -
-                planes_.begin());
-        }
-        hits.push_back({static_cast<std::int32_t>(element), firstPlane, endPlane});
-    }
-}
-
-template <class Key>
-void PlaneCutter::findHitsInZone(std::uint32_t zone, std::vector<Key>& keys) {
-    const auto triangles = static_cast<std::size_t>(region_.blocks[zone]->elementCount);
-    const bool byKeys = findKeys(zone, keys);
-    std::vector<std::vector<Hit>> found((triangles + trianglesOfChunk - 1) / trianglesOfChunk);
-    std::vector<std::vector<Hit>> gathered(workersFor(triangles, trianglesOfChunk));
-    forEachChunk(triangles, trianglesOfChunk, [&](std::size_t first, std::size_t last, std::size_t worker) {
-        std::vector<Hit>& hits = gathered[worker];
-        hits.clear();
-        byKeys ? findHitsByKeys(zone, keys, first, last, hits) : findHitsOf(zone, first, last, hits);
-        found[first / trianglesOfChunk].assign(hits.begin(), hits.end()); // no more memory than they need
-    });
-    for (std::vector<Hit>& hits : found) {
-        if (!hits.empty()) {
-            const std::size_t before = chunks_.empty() ? 0 : chunks_.back().firstHit + chunks_.back().hits.size();
-            chunks_.push_back({zone, before, std::move(hits)});
+        if (span.firstPlane < span.endPlane) {
+            hits.push_back({static_cast<std::int32_t>(element), span.firstPlane, span.endPlane});
         }
     }
 }
 
 void PlaneCutter::findHits(const ReportProgress& progress) {
     const auto zones = static_cast<std::uint32_t>(region_.blocks.size());
-    // Of one zone's nodes after the other's; short ones leave more room near the processor.
-    std::vector<std::uint16_t> shortKeys;
-    std::vector<std::uint32_t> keys;
-    const bool areShort = 2 * planes_.size() < std::numeric_limits<std::uint16_t>::max();
     for (std::uint32_t zone = 0; zone < zones; ++zone) {
         if (axes_[zone][0] != nullptr && region_.blocks[zone]->elementCount > 0) {
-            areShort ? findHitsInZone(zone, shortKeys) : findHitsInZone(zone, keys);
+            findHitsInZone(zone);
         }
         if (progress) {
             progress(0.3 * (zone + 1) / static_cast<double>(zones));
+        }
+    }
+}
+
+void PlaneCutter::findHitsInZone(std::uint32_t zone) {
+    const auto triangles = static_cast<std::size_t>(region_.blocks[zone]->elementCount);
+    std::vector<std::vector<Hit>> found((triangles + trianglesOfChunk - 1) / trianglesOfChunk);
+    std::vector<std::vector<Hit>> gathered(workersFor(triangles, trianglesOfChunk));
+    forEachChunk(triangles, trianglesOfChunk, [&](std::size_t first, std::size_t last, std::size_t worker) {
+        std::vector<Hit>& hits = gathered[worker];
+        hits.clear();
+        findHitsOf(zone, first, last, hits);
+        found[first / trianglesOfChunk].assign(hits.begin(), hits.end()); // no more memory than they need
+    });
+    for (std::vector<Hit>& hits : found) {
+        if (!hits.empty()) {
+            const std::size_t before = chunks_.empty() ? 0 : chunks_.back().firstHit + chunks_.back().hits.size();
+            chunks_.push_back({zone, before, std::move(hits)});
         }
     }
 }

@@ -43,6 +43,16 @@ private:
         double value;
         std::size_t number;
     };
+    /// The planes from the lowest corner of a triangle to its highest one, as places in `planes_`; and between which
+    /// numbers both may lie with the same planes: behind `lowFrom` up to `lowTo`, from `highFrom` to before `highTo`.
+    struct Span {
+        std::int32_t firstPlane;
+        std::int32_t endPlane;
+        double lowFrom;
+        double lowTo;
+        double highFrom;
+        double highTo;
+    };
     /// A triangle of a zone and the planes that it spans, as places in `planes_`.
     struct Hit {
         std::int32_t element;
@@ -65,16 +75,10 @@ private:
 
     void arrangePlanes(const std::vector<double>& planes);
     std::int32_t cellOf(double value) const;
-    std::uint32_t keyOf(double value) const;
-    template <class Key>
-    bool findKeys(std::uint32_t zone, std::vector<Key>& keys) const;
+    Span spanOf(double low, double high) const;
     void findHits(const ReportProgress& progress);
-    template <class Key>
-    void findHitsInZone(std::uint32_t zone, std::vector<Key>& keys);
+    void findHitsInZone(std::uint32_t zone);
     void findHitsOf(std::uint32_t zone, std::size_t first, std::size_t last, std::vector<Hit>& hits) const;
-    template <class Key>
-    void findHitsByKeys(std::uint32_t zone, const std::vector<Key>& keys, std::size_t first, std::size_t last,
-                        std::vector<Hit>& hits) const;
     template <class Visit>
     void forEachHit(const Visit& visit) const;
     void cutHit(std::uint32_t zone, const Hit& hit, const Group& group, Workplace& workplace) const;

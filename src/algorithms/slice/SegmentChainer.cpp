@@ -25,6 +25,11 @@ constexpr std::int32_t looksAround = -2;
 /// With more ends than these in a bucket the ends have no mates: to look for them would be quadratic.
 constexpr int mostOfBucket = 64;
 
+/// Whether what comes of a number and tolerances has all its digits and a limit.
+bool isMiddling(double number) {
+    return number > 1e-250 && number < 1e250;
+}
+
 /// The exponent of a number as it is stored, not below `leastExponent`.
 int levelOf(double magnitude) {
     const auto exponent = static_cast<int>((std::bit_cast<std::uint64_t>(magnitude) >> 52) & 0x7ff);
@@ -57,14 +62,21 @@ std::int64_t cellOf(double coordinate, double perUnit) {
     return cut - (cells < static_cast<double>(cut) ? 1 : 0);
 }
 
-/// `samePoint`, which divides, behind a look that tells most points apart.
+/// `samePoint`, which divides, behind two looks that tell nearly all points apart or the same: the latter differ by
+/// rounding alone.
 bool isSame(const SlicePoint& a, const SlicePoint& b) {
+    const double dx = std::fabs(a[0] - b[0]);
+    const double dy = std::fabs(a[1] - b[1]);
+    const double dz = std::fabs(a[2] - b[2]);
     const double largestOfA = largestCoordinate(a);
     const double largestOfB = largestCoordinate(b);
-    const double farthest = reach * (largestOfA > largestOfB ? largestOfA : largestOfB);
-    const bool farOff =
-        std::fabs(a[0] - b[0]) > farthest || std::fabs(a[1] - b[1]) > farthest || std::fabs(a[2] - b[2]) > farthest;
-    return !farOff && samePoint(a, b);
+    const double largest = largestOfA > largestOfB ? largestOfA : largestOfB;
+    const double farthest = reach * largest;
+    if (dx > farthest || dy > farthest || dz > farthest) {
+        return false;
+    }
+    const double nearest = isMiddling(largest) ? 0.5 * samePointTolerance * largest : -1.0;
+    return (dx <= nearest && dy <= nearest && dz <= nearest) || samePoint(a, b);
 }
 
 /// A number past the largest ones becomes the largest.
@@ -75,9 +87,12 @@ double finite(double number) {
 
 /// Whether `samePoint` can accept a point at all.
 bool canBeSame(const SlicePoint& p, double magnitude) {
+    if (isMiddling(magnitude)) {
+        const double sum = p[0] + p[1] + p[2];
+        return sum == sum; // all are numbers
+    }
     const bool allFinite = std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]);
-    return allFinite &&
-           (magnitude >= std::numeric_limits<double>::min() || magnitude == 0.0 || std::isfinite(1.0 / magnitude));
+    return allFinite && (magnitude == 0.0 || std::isfinite(1.0 / magnitude));
 }
 
 /// Whether a coordinate, in widths of cells, is farther from the borders of its cell than points that are the same are

@@ -13,7 +13,7 @@ namespace {
 
 /// So many segments a group of planes has at most, if one plane alone has not more: they stay near the processor.
 constexpr std::size_t segmentsOfGroup = std::size_t{1} << 13;
-constexpr std::size_t trianglesOfChunk = std::size_t{1} << 16;
+constexpr std::size_t trianglesOfChunk = std::size_t{1} << 16; // their places are numbers of 16 bits
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
 /// Cuts one triangle after the other by one plane.
@@ -141,8 +141,11 @@ void PlaneCutter::findHitsOf(std::uint32_t zone, std::size_t first, std::size_t 
         if (!(span.lowFrom < low && low <= span.lowTo && span.highFrom <= high && high < span.highTo)) {
             span = spanOf(low, high);
         }
-        if (span.firstPlane < span.endPlane) {
-            hits.push_back({static_cast<std::int32_t>(element), span.firstPlane, span.endPlane});
+        for (std::int32_t plane = span.firstPlane; plane < span.endPlane;) {
+            constexpr std::int32_t most = std::numeric_limits<std::uint16_t>::max();
+            const std::int32_t planes = std::min(span.endPlane - plane, most);
+            hits.push_back({static_cast<std::uint16_t>(element - first), static_cast<std::uint16_t>(planes), plane});
+            plane += planes;
         }
     }
 }
@@ -169,10 +172,10 @@ void PlaneCutter::findHitsInZone(std::uint32_t zone) {
         findHitsOf(zone, first, last, hits);
         found[first / trianglesOfChunk].assign(hits.begin(), hits.end()); // no more memory than they need
     });
-    for (std::vector<Hit>& hits : found) {
-        if (!hits.empty()) {
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        if (!found[i].empty()) {
             const std::size_t before = chunks_.empty() ? 0 : chunks_.back().firstHit + chunks_.back().hits.size();
-            chunks_.push_back({zone, before, std::move(hits)});
+            chunks_.push_back({zone, i * trianglesOfChunk, before, std::move(found[i])});
         }
     }
 }
@@ -190,7 +193,7 @@ void PlaneCutter::countCandidates() {
     candidates_.assign(planes_.size() + 1, 0);
     forEachHit([this](const Hit& hit) {
         ++candidates_[static_cast<std::size_t>(hit.firstPlane)];
-        --candidates_[static_cast<std::size_t>(hit.endPlane)];
+        --candidates_[static_cast<std::size_t>(hit.endPlane())];
     });
     for (std::size_t i = 1; i < candidates_.size(); ++i) {
         candidates_[i] += candidates_[i - 1]; // a difference below 0 wraps round and back
@@ -217,7 +220,7 @@ void PlaneCutter::takeHitsIntoGroups() {
         }
     }
     const auto forEachGroupOf = [&](const Hit& hit, const auto& visit) {
-        const std::uint32_t last = groupOfPlane[static_cast<std::size_t>(hit.endPlane) - 1];
+        const std::uint32_t last = groupOfPlane[static_cast<std::size_t>(hit.endPlane()) - 1];
         for (std::uint32_t group = groupOfPlane[static_cast<std::size_t>(hit.firstPlane)]; group <= last; ++group) {
             visit(groups_[group]);
         }
@@ -238,12 +241,11 @@ void PlaneCutter::takeHitsIntoGroups() {
 }
 
 /// Puts what the planes of the group leave of a triangle behind the other segments of each.
-void PlaneCutter::cutHit(std::uint32_t zone, const Hit& hit, const Group& group, Workplace& workplace) const {
+void PlaneCutter::cutHit(const HitChunk& chunk, const Hit& hit, const Group& group, Workplace& workplace) const {
     const auto first = std::max(group.firstPlane, static_cast<std::size_t>(hit.firstPlane));
-    const auto end = std::min(group.endPlane, static_cast<std::size_t>(hit.endPlane));
-    const auto& axes = axes_[zone];
-    const std::int32_t* const nodes =
-        &region_.blocks[zone]->connectivity[std::size_t{4} * static_cast<std::size_t>(hit.element)];
+    const auto end = std::min(group.endPlane, static_cast<std::size_t>(hit.endPlane()));
+    const auto& axes = axes_[chunk.zone];
+    const std::int32_t* const nodes = &region_.blocks[chunk.zone]->connectivity[4 * (chunk.firstElement + hit.element)];
     std::array<SlicePoint, 3> corners;
     for (std::size_t corner = 0; corner < 3; ++corner) {
         corners[corner] = {axes[0][nodes[corner]], axes[1][nodes[corner]], axes[2][nodes[corner]]};
@@ -272,7 +274,7 @@ void PlaneCutter::cutGroup(std::size_t number, Workplace& workplace, const TakeP
         while (hitsOfGroups_[i] - chunk->firstHit >= chunk->hits.size()) {
             ++chunk;
         }
-        cutHit(chunk->zone, chunk->hits[hitsOfGroups_[i] - chunk->firstHit], group, workplace);
+        cutHit(*chunk, chunk->hits[hitsOfGroups_[i] - chunk->firstHit], group, workplace);
     }
     std::size_t begin = 0;
     for (std::size_t plane = group.firstPlane; plane < group.endPlane; ++plane) {

@@ -53,15 +53,18 @@ private:
         double highFrom;
         double highTo;
     };
-    /// A triangle of a zone and the planes that it spans, as places in `planes_`.
+    /// A triangle of a chunk and planes that it spans, as places in `planes_`; with more planes it takes several.
     struct Hit {
-        std::int32_t element;
+        std::uint16_t element;
+        std::uint16_t planes;
         std::int32_t firstPlane;
-        std::int32_t endPlane;
+
+        std::int32_t endPlane() const { return firstPlane + planes; }
     };
     /// What neighbours of one zone hit. The hits of all chunks are numbered one behind the other.
     struct HitChunk {
         std::uint32_t zone;
+        std::size_t firstElement;
         std::size_t firstHit;
         std::vector<Hit> hits;
     };
@@ -81,7 +84,7 @@ private:
     void findHitsOf(std::uint32_t zone, std::size_t first, std::size_t last, std::vector<Hit>& hits) const;
     template <class Visit>
     void forEachHit(const Visit& visit) const;
-    void cutHit(std::uint32_t zone, const Hit& hit, const Group& group, Workplace& workplace) const;
+    void cutHit(const HitChunk& chunk, const Hit& hit, const Group& group, Workplace& workplace) const;
     void countCandidates();
     void makeGroups();
     void takeHitsIntoGroups();

@@ -44,15 +44,12 @@ double cellsPerUnit(int level) {
     return std::bit_cast<double>(static_cast<std::uint64_t>(2046 + cellBits - level) << 52);
 }
 
-std::uint64_t mixed(std::uint64_t value) {
-    value *= 0x9e3779b97f4a7c15U;
-    return value ^ (value >> 32);
-}
-
 std::uint32_t bucketOf(int level, std::int64_t u, std::int64_t v, std::size_t buckets) {
-    const std::uint64_t cell =
-        mixed(static_cast<std::uint64_t>(u) + mixed(static_cast<std::uint64_t>(v))) + static_cast<std::uint64_t>(level);
-    return static_cast<std::uint32_t>(mixed(cell) >> 20) & static_cast<std::uint32_t>(buckets - 1);
+    constexpr std::uint64_t factors[] = {0x9e3779b97f4a7c15U, 0xc2b2ae3d27d4eb4fU, 0xff51afd7ed558ccdU};
+    const std::uint64_t cell = static_cast<std::uint64_t>(u) * factors[0] + static_cast<std::uint64_t>(v) * factors[1] +
+                               static_cast<std::uint64_t>(level);
+    return static_cast<std::uint32_t>(((cell ^ (cell >> 32)) * factors[2]) >> 32) &
+           static_cast<std::uint32_t>(buckets - 1);
 }
 
 /// Rounded down; there are less than 2^26 cells on either side.

@@ -59,21 +59,34 @@ std::int64_t cellOf(double coordinate, double perUnit) {
     return cut - (cells < static_cast<double>(cut) ? 1 : 0);
 }
 
-/// `samePoint`, which divides, behind two looks that tell nearly all points apart or the same: the latter differ by
-/// rounding alone.
-bool isSame(const SlicePoint& a, const SlicePoint& b) {
-    const double dx = std::fabs(a[0] - b[0]);
-    const double dy = std::fabs(a[1] - b[1]);
-    const double dz = std::fabs(a[2] - b[2]);
-    const double largestOfA = largestCoordinate(a);
-    const double largestOfB = largestCoordinate(b);
-    const double largest = largestOfA > largestOfB ? largestOfA : largestOfB;
-    const double farthest = reach * largest;
-    if (dx > farthest || dy > farthest || dz > farthest) {
-        return false;
+/// `samePoint` with one point, which divides, behind two looks that tell nearly all others apart or the same: the
+/// latter differ by rounding alone.
+class SameAs {
+public:
+    explicit SameAs(const SlicePoint& point) : point_(point) {
+        const double largest = largestCoordinate(point);
+        farthest_ = reach * largest; // a point that is the same has no coordinate that is much larger
+        nearest_ = isMiddling(largest) ? 0.5 * samePointTolerance * largest : -1.0;
     }
-    const double nearest = isMiddling(largest) ? 0.5 * samePointTolerance * largest : -1.0;
-    return (dx <= nearest && dy <= nearest && dz <= nearest) || samePoint(a, b);
+
+    bool operator()(const SlicePoint& other) const {
+        const double dx = std::fabs(point_[0] - other[0]);
+        const double dy = std::fabs(point_[1] - other[1]);
+        const double dz = std::fabs(point_[2] - other[2]);
+        if (dx > farthest_ || dy > farthest_ || dz > farthest_) {
+            return false;
+        }
+        return (dx <= nearest_ && dy <= nearest_ && dz <= nearest_) || samePoint(point_, other);
+    }
+
+private:
+    const SlicePoint& point_;
+    double farthest_;
+    double nearest_;
+};
+
+bool isSame(const SlicePoint& a, const SlicePoint& b) {
+    return SameAs(a)(b);
 }
 
 /// A number past the largest ones becomes the largest.
@@ -92,11 +105,9 @@ bool canBeSame(const SlicePoint& p, double magnitude) {
     return allFinite && (magnitude == 0.0 || std::isfinite(1.0 / magnitude));
 }
 
-/// Whether a coordinate, in widths of cells, is farther from the borders of its cell than points that are the same are
-/// from each other: these are less than 1/256 of the width apart.
-bool isWithin(double cells, std::int64_t cell) {
-    const double part = cells - static_cast<double>(cell);
-    return part > 1.0 / 128 && part < 127.0 / 128;
+/// How far a coordinate, in widths of cells, is from the middle of its cell.
+double fromMiddle(double cells, std::int64_t cell) {
+    return std::fabs(cells - static_cast<double>(cell) - 0.5);
 }
 
 } // namespace
@@ -118,19 +129,37 @@ void PointCells::put(const SlicePoint& point, std::int32_t number) {
     }
     const int level = levelOf(magnitude);
     const double perUnit = cellsPerUnit(level);
-    putInto(bucketOf(level, cellOf(point[u_], perUnit), cellOf(point[v_], perUnit), heads_.size()), number);
+    put(bucketOf(level, cellOf(point[u_], perUnit), cellOf(point[v_], perUnit), heads_.size()), number);
 }
 
-void PointCells::put(const SlicePoint& point, const Buckets& near, std::int32_t number) {
-    if (near.count == 1) {
-        putInto(near.bucket[0], number); // its own is always near
-    } else {
-        put(point, number);
+std::optional<std::uint32_t> PointCells::soleBucket(const SlicePoint& point) const {
+    // Points that are the same are less than 1/256 of a cell's width apart, and their largest coordinates less than
+    // 2^-32 of the power of two below.
+    constexpr double farthestFromMiddle = 0.5 - 1.0 / 128;
+    constexpr std::uint64_t digits = (std::uint64_t{1} << 52) - 1;
+    constexpr std::uint64_t margin = std::uint64_t{1} << 22;
+    const double magnitude = largestCoordinate(point);
+    const auto bits = std::bit_cast<std::uint64_t>(magnitude);
+    const double sum = point[0] + point[1] + point[2];
+    if (!isMiddling(magnitude) || sum != sum || (bits & digits) - margin > digits - 2 * margin) {
+        return std::nullopt;
     }
+    const auto level = static_cast<int>(bits >> 52);
+    const double perUnit = cellsPerUnit(level);
+    const std::int64_t u = cellOf(point[u_], perUnit);
+    const std::int64_t v = cellOf(point[v_], perUnit);
+    if (std::max(fromMiddle(point[u_] * perUnit, u), fromMiddle(point[v_] * perUnit, v)) >= farthestFromMiddle) {
+        return std::nullopt;
+    }
+    return bucketOf(level, u, v, heads_.size());
 }
 
 PointCells::Buckets PointCells::near(const SlicePoint& point) const {
     Buckets found;
+    if (const std::optional<std::uint32_t> sole = soleBucket(point)) {
+        found.bucket[found.count++] = *sole;
+        return found;
+    }
     const double magnitude = largestCoordinate(point);
     if (!canBeSame(point, magnitude)) {
         return found;
@@ -138,15 +167,6 @@ PointCells::Buckets PointCells::near(const SlicePoint& point) const {
     const double radius = magnitude * reach;
     const int lowest = levelOf(magnitude - radius);
     const int highest = levelOf(magnitude + radius);
-    if (lowest == highest) { // most points are near to their own bucket alone
-        const double perUnit = cellsPerUnit(lowest);
-        const std::int64_t u = cellOf(point[u_], perUnit);
-        const std::int64_t v = cellOf(point[v_], perUnit);
-        if (isWithin(point[u_] * perUnit, u) && isWithin(point[v_] * perUnit, v)) {
-            found.bucket[found.count++] = bucketOf(lowest, u, v, heads_.size());
-            return found;
-        }
-    }
     for (int level = lowest; level <= highest; ++level) {
         const double perUnit = cellsPerUnit(level);
         const std::int64_t lastU = cellOf(finite(point[u_] + radius), perUnit);
@@ -198,27 +218,35 @@ void SegmentChainer::arrange() {
 /// Puts the end of a segment that has a length into the hash; it meets those that are there and the same.
 void SegmentChainer::putEnd(std::int32_t end) {
     const SlicePoint& point = pointOfEnd(end);
+    if (const std::optional<std::uint32_t> sole = ends_.soleBucket(point)) {
+        mates_[static_cast<std::size_t>(end)] = noMate;
+        meetEnds(*sole, end);
+        ends_.put(*sole, end);
+        return;
+    }
     const PointCells::Buckets near = ends_.near(point);
     if (near.count > 0) {
         mates_[static_cast<std::size_t>(end)] = noMate;
     }
-    for (int i = 0; i < near.count && !crowded_; ++i) {
-        int ends = 0;
-        for (std::int32_t other = ends_.head(near.bucket[i]); other >= 0; other = ends_.next(other)) {
-            if (isSame(point, pointOfEnd(other))) {
-                meet(end, other);
-            }
-            crowded_ = crowded_ || ++ends > mostOfBucket;
-        }
+    for (int i = 0; i < near.count; ++i) {
+        meetEnds(near.bucket[i], end);
     }
-    ends_.put(point, near, end);
+    ends_.put(point, end);
 }
 
-void SegmentChainer::meet(std::int32_t end, std::int32_t other) {
-    std::int32_t& mateOfEnd = mates_[static_cast<std::size_t>(end)];
-    std::int32_t& mateOfOther = mates_[static_cast<std::size_t>(other)];
-    mateOfEnd = mateOfEnd == noMate ? other : looksAround;
-    mateOfOther = mateOfOther == noMate ? end : looksAround;
+/// Makes an end and those of a bucket that are the same mates.
+void SegmentChainer::meetEnds(std::uint32_t bucket, std::int32_t end) {
+    const SameAs isSameAsEnd(pointOfEnd(end));
+    std::int32_t& mate = mates_[static_cast<std::size_t>(end)];
+    int ends = 0;
+    for (std::int32_t other = ends_.head(bucket); other >= 0 && !crowded_; other = ends_.next(other)) {
+        if (isSameAsEnd(pointOfEnd(other))) {
+            std::int32_t& mateOfOther = mates_[static_cast<std::size_t>(other)];
+            mate = mate == noMate ? other : looksAround;
+            mateOfOther = mateOfOther == noMate ? end : looksAround;
+        }
+        crowded_ = ++ends > mostOfBucket;
+    }
 }
 
 /// Whether the points of two ends are the same.
@@ -260,10 +288,8 @@ std::optional<std::size_t> SegmentChainer::nextStart() {
     return std::nullopt;
 }
 
-/// The ends of a bucket in the order of the segments, up to the first that the line can go on over. `reachOfLast` is
-/// above the largest difference, along any axis, between the line's last point and one that is the same.
-void SegmentChainer::tryBucket(std::uint32_t number, const Growing& line, double reachOfLast,
-                               std::optional<Step>& best) {
+/// The ends of a bucket in the order of the segments, up to the first that the line can go on over.
+void SegmentChainer::tryBucket(std::uint32_t number, const Growing& line, std::optional<Step>& best) {
     PointCells::Search& search = ends_.searchIn(number);
     if (search.search != pass_) {
         search = {ends_.head(number), pass_};
@@ -273,12 +299,7 @@ void SegmentChainer::tryBucket(std::uint32_t number, const Growing& line, double
     while (head >= 0 && wasWalked(head)) {
         head = ends_.next(head);
     }
-    const SlicePoint& at = line.points.back();
-    const auto isLast = [&](const SlicePoint& point) {
-        const bool farOff = std::fabs(at[0] - point[0]) > reachOfLast || std::fabs(at[1] - point[1]) > reachOfLast ||
-                            std::fabs(at[2] - point[2]) > reachOfLast;
-        return !farOff && samePoint(at, point);
-    };
+    const SameAs isLast(line.points.back());
     for (std::int32_t end = head; end >= 0; end = ends_.next(end)) {
         const auto segment = static_cast<std::size_t>(end / 2);
         if (best && segment >= best->segment) {
@@ -334,11 +355,9 @@ void SegmentChainer::tryMates(std::optional<Step>& best) const {
 }
 
 void SegmentChainer::tryCells(const Growing& line, std::optional<Step>& best) {
-    const SlicePoint& at = line.points.back();
-    const double reachOfLast = reach * largestCoordinate(at);
-    const PointCells::Buckets near = ends_.near(at);
+    const PointCells::Buckets near = ends_.near(line.points.back());
     for (int i = 0; i < near.count; ++i) {
-        tryBucket(near.bucket[i], line, reachOfLast, best);
+        tryBucket(near.bucket[i], line, best);
     }
 }
 

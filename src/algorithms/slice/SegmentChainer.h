@@ -33,8 +33,13 @@ public:
     void reset(std::size_t points, std::size_t numbers);
     /// Puts a point in front of those of its bucket. One that is never the same as any point is left out.
     void put(const SlicePoint& point, std::int32_t number);
-    /// The same for a point whose buckets near it are known.
-    void put(const SlicePoint& point, const Buckets& near, std::int32_t number);
+    /// The same for a bucket of a point that is known.
+    void put(std::uint32_t bucket, std::int32_t number) {
+        next_[static_cast<std::size_t>(number)] = heads_[bucket];
+        heads_[bucket] = number;
+    }
+    /// The bucket of a point, if that alone is near to it for certain. So it is with most points.
+    std::optional<std::uint32_t> soleBucket(const SlicePoint& point) const;
     Buckets near(const SlicePoint& point) const;
 
     /// The first number of a bucket; -1 for none.
@@ -50,11 +55,6 @@ public:
     std::int32_t next(std::int32_t number) const { return next_[static_cast<std::size_t>(number)]; }
 
 private:
-    void putInto(std::uint32_t bucket, std::int32_t number) {
-        next_[static_cast<std::size_t>(number)] = heads_[bucket];
-        heads_[bucket] = number;
-    }
-
     std::size_t u_;
     std::size_t v_;
     std::vector<std::int32_t> heads_;
@@ -93,7 +93,7 @@ private:
 
     void arrange();
     void putEnd(std::int32_t end);
-    void meet(std::int32_t end, std::int32_t other);
+    void meetEnds(std::uint32_t bucket, std::int32_t end);
     bool areSame(std::int32_t end, std::int32_t other) const;
     std::optional<std::size_t> nextStart();
     bool touchesLine(const SlicePoint& point) const;
@@ -102,7 +102,7 @@ private:
     std::optional<Step> nextStep(const Growing& line);
     void tryMates(std::optional<Step>& best) const;
     void tryCells(const Growing& line, std::optional<Step>& best);
-    void tryBucket(std::uint32_t bucket, const Growing& line, double reachOfLast, std::optional<Step>& best);
+    void tryBucket(std::uint32_t bucket, const Growing& line, std::optional<Step>& best);
     void tryDots(const SlicePoint& at, std::optional<Step>& best) const;
     const SlicePoint& pointOfEnd(std::int32_t end) const {
         const SliceSegment& segment = segments_[static_cast<std::size_t>(end / 2)];

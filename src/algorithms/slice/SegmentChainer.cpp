@@ -195,6 +195,7 @@ void SegmentChainer::arrange() {
     hasDots_ = false;
     crowded_ = false;
     mates_.assign(2 * count, looksAround);
+    findSoleBuckets();
     for (std::size_t i = count; i-- > 0;) {
         const SliceSegment& segment = segments_[i];
         const auto first = static_cast<std::int32_t>(2 * i);
@@ -215,10 +216,19 @@ void SegmentChainer::arrange() {
     }
 }
 
+/// By itself, as it has no branches to guess: then the search for mates does not wait for it.
+void SegmentChainer::findSoleBuckets() {
+    soles_.resize(2 * segments_.size());
+    for (std::size_t i = 0; i < segments_.size(); ++i) {
+        soles_[2 * i] = ends_.soleBucket(segments_[i].first);
+        soles_[2 * i + 1] = ends_.soleBucket(segments_[i].second);
+    }
+}
+
 /// Puts the end of a segment that has a length into the hash; it meets those that are there and the same.
 void SegmentChainer::putEnd(std::int32_t end) {
     const SlicePoint& point = pointOfEnd(end);
-    if (const std::optional<std::uint32_t> sole = ends_.soleBucket(point)) {
+    if (const std::optional<std::uint32_t> sole = soles_[static_cast<std::size_t>(end)]) {
         mates_[static_cast<std::size_t>(end)] = noMate;
         meetEnds(*sole, end);
         ends_.put(*sole, end);

@@ -92,6 +92,7 @@ private:
     };
 
     void arrange();
+    void findSoleBuckets();
     void putEnd(std::int32_t end);
     void meetEnds(std::uint32_t bucket, std::int32_t end);
     bool areSame(std::int32_t end, std::int32_t other) const;
@@ -110,8 +111,9 @@ private:
     }
 
     std::span<const SliceSegment> segments_;
-    PointCells ends_; ///< end e of segment s has the number 2 s + e
-    PointCells dots_; ///< the same for segments without length
+    PointCells ends_;                                 ///< end e of segment s has the number 2 s + e
+    std::vector<std::optional<std::uint32_t>> soles_; ///< for each end, `soleBucket` in `ends_`
+    PointCells dots_;                                 ///< the same for segments without length
     bool hasDots_ = false;
     /// For each end the only other one in `ends_` that is the same; `noMate` for none, `looksAround` when there are
     /// more, or it is not known. Most surfaces are such that two triangles meet at an edge.

@@ -169,6 +169,7 @@ void PlaneCutter::findHitsInZone(std::uint32_t zone) {
     forEachChunk(triangles, trianglesOfChunk, [&](std::size_t first, std::size_t last, std::size_t worker) {
         std::vector<Hit>& hits = gathered[worker];
         hits.clear();
+        hits.reserve(last - first); // of what is not filled nothing is taken from the system
         findHitsOf(zone, first, last, hits);
         found[first / trianglesOfChunk].assign(hits.begin(), hits.end()); // no more memory than they need
     });

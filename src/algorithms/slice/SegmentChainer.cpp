@@ -117,7 +117,7 @@ double fromMiddle(double cells, std::int64_t cell) {
 PointCells::PointCells(int axis) : u_(axis == 0 ? 1 : 0), v_(axis == 2 ? 1 : 2) {}
 
 void PointCells::reset(std::size_t points, std::size_t numbers) {
-    heads_.assign(std::bit_ceil(4 * points + 1), -1);
+    heads_.assign(std::bit_ceil(2 * points + 1), -1);
     searches_.clear();
     next_.resize(numbers);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "corner_box.h"
 #include "parallel.h"
@@ -11,8 +12,8 @@ namespace velmora {
 namespace {
 
 /// So many segments a group of planes has at most, if one plane alone has not more: they stay near the processor.
-constexpr std::size_t segmentsOfGroup = std::size_t{1} << 14;
-constexpr std::size_t trianglesOfChunk = std::size_t{1} << 16;
+constexpr std::size_t segmentsOfGroup = std::size_t{1} << 13;
+constexpr std::size_t trianglesOfChunk = std::size_t{1} << 16; // their places are numbers of 16 bits
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
 /// Cuts one triangle after the other by one plane.
@@ -112,9 +113,22 @@ bool PlaneCutter::planesApart() const {
            }) == planes_.end();
 }
 
+PlaneCutter::Span PlaneCutter::spanOf(double low, double high) const {
+    const std::int32_t* const lowest = &cells_[static_cast<std::size_t>(cellOf(low))];
+    const std::int32_t* const highest = &cells_[static_cast<std::size_t>(cellOf(high))];
+    const auto first = std::lower_bound(planes_.begin() + lowest[0], planes_.begin() + lowest[1], low,
+                                        [](const Plane& plane, double value) { return plane.value < value; });
+    const auto end = std::upper_bound(planes_.begin() + highest[0], planes_.begin() + highest[1], high,
+                                      [](double value, const Plane& plane) { return value < plane.value; });
+    return {static_cast<std::int32_t>(first - planes_.begin()),     static_cast<std::int32_t>(end - planes_.begin()),
+            first == planes_.begin() ? -infinity : first[-1].value, first == planes_.end() ? infinity : first->value,
+            end == planes_.begin() ? -infinity : end[-1].value,     end == planes_.end() ? infinity : end->value};
+}
+
 void PlaneCutter::findHitsOf(std::uint32_t zone, std::size_t first, std::size_t last, std::vector<Hit>& hits) const {
     const double* const values = axes_[zone][static_cast<std::size_t>(axis_)];
     const std::int32_t* corners = region_.blocks[zone]->connectivity.data() + 4 * first;
+    Span span = spanOf(infinity, -infinity);
     for (std::size_t element = first; element < last; ++element, corners += 4) {
         double low = infinity;
         double high = -infinity;
@@ -123,19 +137,15 @@ void PlaneCutter::findHitsOf(std::uint32_t zone, std::size_t first, std::size_t 
             low = value < low ? value : low;
             high = value > high ? value : high;
         }
-        const std::int32_t* const lowest = &cells_[static_cast<std::size_t>(cellOf(low))];
-        const std::int32_t* const highest = &cells_[static_cast<std::size_t>(cellOf(high))];
-        if (lowest[0] >= highest[1]) {
-            continue; // no plane in their cells, nor between
+        // Neighbours often span the same planes, or lie between the same two.
+        if (!(span.lowFrom < low && low <= span.lowTo && span.highFrom <= high && high < span.highTo)) {
+            span = spanOf(low, high);
         }
-        const auto firstPlane = std::lower_bound(planes_.begin() + lowest[0], planes_.begin() + lowest[1], low,
-                                                 [](const Plane& plane, double value) { return plane.value < value; });
-        const auto endPlane = std::upper_bound(planes_.begin() + highest[0], planes_.begin() + highest[1], high,
-                                               [](double value, const Plane& plane) { return value < plane.value; });
-        if (firstPlane < endPlane) {
-            hits.push_back({zone, static_cast<std::int32_t>(element),
-                            static_cast<std::int32_t>(firstPlane - planes_.begin()),
-                            static_cast<std::int32_t>(endPlane - planes_.begin())});
+        for (std::int32_t plane = span.firstPlane; plane < span.endPlane;) {
+            constexpr std::int32_t most = std::numeric_limits<std::uint16_t>::max();
+            const std::int32_t planes = std::min(span.endPlane - plane, most);
+            hits.push_back({static_cast<std::uint16_t>(element - first), static_cast<std::uint16_t>(planes), plane});
+            plane += planes;
         }
     }
 }
@@ -144,20 +154,7 @@ void PlaneCutter::findHits(const ReportProgress& progress) {
     const auto zones = static_cast<std::uint32_t>(region_.blocks.size());
     for (std::uint32_t zone = 0; zone < zones; ++zone) {
         if (axes_[zone][0] != nullptr && region_.blocks[zone]->elementCount > 0) {
-            const auto triangles = static_cast<std::size_t>(region_.blocks[zone]->elementCount);
-            std::vector<std::vector<Hit>> found((triangles + trianglesOfChunk - 1) / trianglesOfChunk);
-            forEachChunk(triangles, trianglesOfChunk, [&](std::size_t first, std::size_t last, std::size_t) {
-                findHitsOf(zone, first, last, found[first / trianglesOfChunk]);
-            });
-            std::size_t count = hits_.size();
-            for (const std::vector<Hit>& hits : found) {
-                count += hits.size();
-            }
-            hits_.reserve(count);
-            for (std::vector<Hit>& hits : found) {
-                hits_.insert(hits_.end(), hits.begin(), hits.end());
-                hits = {};
-            }
+            findHitsInZone(zone);
         }
         if (progress) {
             progress(0.3 * (zone + 1) / static_cast<double>(zones));
@@ -165,13 +162,40 @@ void PlaneCutter::findHits(const ReportProgress& progress) {
     }
 }
 
+void PlaneCutter::findHitsInZone(std::uint32_t zone) {
+    const auto triangles = static_cast<std::size_t>(region_.blocks[zone]->elementCount);
+    std::vector<std::vector<Hit>> found((triangles + trianglesOfChunk - 1) / trianglesOfChunk);
+    std::vector<std::vector<Hit>> gathered(workersFor(triangles, trianglesOfChunk));
+    forEachChunk(triangles, trianglesOfChunk, [&](std::size_t first, std::size_t last, std::size_t worker) {
+        std::vector<Hit>& hits = gathered[worker];
+        hits.clear();
+        hits.reserve(last - first); // of what is not filled nothing is taken from the system
+        findHitsOf(zone, first, last, hits);
+        found[first / trianglesOfChunk].assign(hits.begin(), hits.end()); // no more memory than they need
+    });
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        if (!found[i].empty()) {
+            const std::size_t before = chunks_.empty() ? 0 : chunks_.back().firstHit + chunks_.back().hits.size();
+            chunks_.push_back({zone, i * trianglesOfChunk, before, std::move(found[i])});
+        }
+    }
+}
+
+/// Calls `visit(hit)` for all of them in order.
+template <class Visit>
+void PlaneCutter::forEachHit(const Visit& visit) const {
+    for (const HitChunk& chunk : chunks_) {
+        std::for_each(chunk.hits.begin(), chunk.hits.end(), visit);
+    }
+}
+
 void PlaneCutter::countCandidates() {
     // Differences first: up where a triangle's planes begin, down behind them.
     candidates_.assign(planes_.size() + 1, 0);
-    for (const Hit& hit : hits_) {
+    forEachHit([this](const Hit& hit) {
         ++candidates_[static_cast<std::size_t>(hit.firstPlane)];
-        --candidates_[static_cast<std::size_t>(hit.endPlane)];
-    }
+        --candidates_[static_cast<std::size_t>(hit.endPlane())];
+    });
     for (std::size_t i = 1; i < candidates_.size(); ++i) {
         candidates_[i] += candidates_[i - 1]; // a difference below 0 wraps round and back
     }
@@ -197,14 +221,12 @@ void PlaneCutter::takeHitsIntoGroups() {
         }
     }
     const auto forEachGroupOf = [&](const Hit& hit, const auto& visit) {
-        const std::uint32_t last = groupOfPlane[static_cast<std::size_t>(hit.endPlane) - 1];
+        const std::uint32_t last = groupOfPlane[static_cast<std::size_t>(hit.endPlane()) - 1];
         for (std::uint32_t group = groupOfPlane[static_cast<std::size_t>(hit.firstPlane)]; group <= last; ++group) {
             visit(groups_[group]);
         }
     };
-    for (const Hit& hit : hits_) {
-        forEachGroupOf(hit, [](Group& group) { ++group.endHit; });
-    }
+    forEachHit([&](const Hit& hit) { forEachGroupOf(hit, [](Group& group) { ++group.endHit; }); });
     std::size_t total = 0;
     for (Group& group : groups_) {
         group.firstHit = total;
@@ -212,8 +234,27 @@ void PlaneCutter::takeHitsIntoGroups() {
         group.endHit = group.firstHit;
     }
     hitsOfGroups_.resize(total);
-    for (std::size_t i = 0; i < hits_.size(); ++i) {
-        forEachGroupOf(hits_[i], [&](Group& group) { hitsOfGroups_[group.endHit++] = static_cast<std::uint32_t>(i); });
+    std::uint32_t number = 0;
+    forEachHit([&](const Hit& hit) {
+        forEachGroupOf(hit, [&](Group& group) { hitsOfGroups_[group.endHit++] = number; });
+        ++number;
+    });
+}
+
+/// Puts what the planes of the group leave of a triangle behind the other segments of each.
+void PlaneCutter::cutHit(const HitChunk& chunk, const Hit& hit, const Group& group, Workplace& workplace) const {
+    const auto first = std::max(group.firstPlane, static_cast<std::size_t>(hit.firstPlane));
+    const auto end = std::min(group.endPlane, static_cast<std::size_t>(hit.endPlane()));
+    const auto& axes = axes_[chunk.zone];
+    const std::int32_t* const nodes = &region_.blocks[chunk.zone]->connectivity[4 * (chunk.firstElement + hit.element)];
+    std::array<SlicePoint, 3> corners;
+    for (std::size_t corner = 0; corner < 3; ++corner) {
+        corners[corner] = {axes[0][nodes[corner]], axes[1][nodes[corner]], axes[2][nodes[corner]]};
+    }
+    const TriangleCut cutTriangle(axis_);
+    for (std::size_t plane = first; plane < end; ++plane) {
+        std::size_t& place = workplace.ends[plane - group.firstPlane];
+        place += cutTriangle(corners, planes_[plane].value, workplace.segments[place]) ? 1 : 0;
     }
 }
 
@@ -229,22 +270,12 @@ void PlaneCutter::cutGroup(std::size_t number, Workplace& workplace, const TakeP
     if (workplace.segments.size() < total) {
         workplace.segments.resize(total);
     }
-    const TriangleCut cutTriangle(axis_);
+    auto chunk = chunks_.begin();
     for (std::size_t i = group.firstHit; i < group.endHit; ++i) {
-        const Hit& hit = hits_[hitsOfGroups_[i]];
-        const auto first = std::max(group.firstPlane, static_cast<std::size_t>(hit.firstPlane));
-        const auto end = std::min(group.endPlane, static_cast<std::size_t>(hit.endPlane));
-        const auto& axes = axes_[hit.zone];
-        const std::int32_t* const nodes =
-            &region_.blocks[hit.zone]->connectivity[std::size_t{4} * static_cast<std::size_t>(hit.element)];
-        std::array<SlicePoint, 3> corners;
-        for (std::size_t corner = 0; corner < 3; ++corner) {
-            corners[corner] = {axes[0][nodes[corner]], axes[1][nodes[corner]], axes[2][nodes[corner]]};
+        while (hitsOfGroups_[i] - chunk->firstHit >= chunk->hits.size()) {
+            ++chunk;
         }
-        for (std::size_t plane = first; plane < end; ++plane) {
-            std::size_t& place = ends[plane - group.firstPlane];
-            place += cutTriangle(corners, planes_[plane].value, workplace.segments[place]) ? 1 : 0;
-        }
+        cutHit(*chunk, chunk->hits[hitsOfGroups_[i] - chunk->firstHit], group, workplace);
     }
     std::size_t begin = 0;
     for (std::size_t plane = group.firstPlane; plane < group.endPlane; ++plane) {

@@ -43,12 +43,30 @@ private:
         double value;
         std::size_t number;
     };
-    /// A triangle and the planes that it spans, as places in `planes_`.
-    struct Hit {
-        std::uint32_t zone;
-        std::int32_t element;
+    /// The planes from the lowest corner of a triangle to its highest one, as places in `planes_`; and between which
+    /// numbers both may lie with the same planes: behind `lowFrom` up to `lowTo`, from `highFrom` to before `highTo`.
+    struct Span {
         std::int32_t firstPlane;
         std::int32_t endPlane;
+        double lowFrom;
+        double lowTo;
+        double highFrom;
+        double highTo;
+    };
+    /// A triangle of a chunk and planes that it spans, as places in `planes_`; with more planes it takes several.
+    struct Hit {
+        std::uint16_t element;
+        std::uint16_t planes;
+        std::int32_t firstPlane;
+
+        std::int32_t endPlane() const { return firstPlane + planes; }
+    };
+    /// What neighbours of one zone hit. The hits of all chunks are numbered one behind the other.
+    struct HitChunk {
+        std::uint32_t zone;
+        std::size_t firstElement;
+        std::size_t firstHit;
+        std::vector<Hit> hits;
     };
     /// Planes that are cut together, and the triangles that span any of them, as places in `hitsOfGroups_`.
     struct Group {
@@ -60,8 +78,13 @@ private:
 
     void arrangePlanes(const std::vector<double>& planes);
     std::int32_t cellOf(double value) const;
+    Span spanOf(double low, double high) const;
     void findHits(const ReportProgress& progress);
+    void findHitsInZone(std::uint32_t zone);
     void findHitsOf(std::uint32_t zone, std::size_t first, std::size_t last, std::vector<Hit>& hits) const;
+    template <class Visit>
+    void forEachHit(const Visit& visit) const;
+    void cutHit(const HitChunk& chunk, const Hit& hit, const Group& group, Workplace& workplace) const;
     void countCandidates();
     void makeGroups();
     void takeHitsIntoGroups();
@@ -73,10 +96,10 @@ private:
     std::vector<std::int32_t> cells_;                ///< the first plane of each cell of `cellOf`, and the end
     double cellsFrom_ = 0.0;
     double cellsPerUnit_ = 0.0;
-    std::vector<Hit> hits_;               ///< in the order of the triangles
+    std::vector<HitChunk> chunks_;        ///< in the order of the triangles; none is empty
     std::vector<std::size_t> candidates_; ///< for each plane, how many triangles span it
     std::vector<Group> groups_;
-    std::vector<std::uint32_t> hitsOfGroups_; ///< places in `hits_`, rising within a group
+    std::vector<std::uint32_t> hitsOfGroups_; ///< numbers of hits, rising within a group
 };
 
 } // namespace velmora

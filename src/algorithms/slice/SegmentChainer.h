@@ -15,11 +15,10 @@ namespace velmora {
 /// Numbers rise within a bucket if they were put in from the last to the first.
 class PointCells {
 public:
-    /// Where the numbers of a bucket begin, and where a search that passes over some for good goes on; -1 for none.
-    struct Bucket {
+    /// Where a search that passes over some numbers of a bucket for good goes on; -1 for none.
+    struct Search {
         std::int32_t head = -1;
-        std::int32_t searchHead = -1;
-        std::uint32_t search = 0; ///< the search that `searchHead` belongs to
+        std::uint32_t search = 0; ///< the search that `head` belongs to
     };
     /// The buckets that hold every point that `samePoint` accepts for one point, and others.
     struct Buckets {
@@ -34,17 +33,32 @@ public:
     void reset(std::size_t points, std::size_t numbers);
     /// Puts a point in front of those of its bucket. One that is never the same as any point is left out.
     void put(const SlicePoint& point, std::int32_t number);
+    /// The same for a bucket of a point that is known.
+    void put(std::uint32_t bucket, std::int32_t number) {
+        next_[static_cast<std::size_t>(number)] = heads_[bucket];
+        heads_[bucket] = number;
+    }
+    /// The bucket of a point, if that alone is near to it for certain. So it is with most points.
+    std::optional<std::uint32_t> soleBucket(const SlicePoint& point) const;
     Buckets near(const SlicePoint& point) const;
 
-    Bucket& operator[](std::uint32_t bucket) { return buckets_[bucket]; }
-    const Bucket& operator[](std::uint32_t bucket) const { return buckets_[bucket]; }
+    /// The first number of a bucket; -1 for none.
+    std::int32_t head(std::uint32_t bucket) const { return heads_[bucket]; }
+    /// Of searches since the last reset.
+    Search& searchIn(std::uint32_t bucket) {
+        if (searches_.empty()) {
+            searches_.resize(heads_.size());
+        }
+        return searches_[bucket];
+    }
     /// The number behind another one in its bucket; -1 for none.
     std::int32_t next(std::int32_t number) const { return next_[static_cast<std::size_t>(number)]; }
 
 private:
     std::size_t u_;
     std::size_t v_;
-    std::vector<Bucket> buckets_;
+    std::vector<std::int32_t> heads_;
+    std::vector<Search> searches_; ///< few surfaces need them
     std::vector<std::int32_t> next_;
 };
 
@@ -78,12 +92,18 @@ private:
     };
 
     void arrange();
+    void findSoleBuckets();
+    void putEnd(std::int32_t end);
+    void meetEnds(std::uint32_t bucket, std::int32_t end);
+    bool areSame(std::int32_t end, std::int32_t other) const;
     std::optional<std::size_t> nextStart();
     bool touchesLine(const SlicePoint& point) const;
     bool touchesLine(const PointCells& cells, const SlicePoint& point) const;
     void extend(const Growing& line);
     std::optional<Step> nextStep(const Growing& line);
-    void tryBucket(std::uint32_t bucket, const Growing& line, double reachOfLast, std::optional<Step>& best);
+    void tryMates(std::optional<Step>& best) const;
+    void tryCells(const Growing& line, std::optional<Step>& best);
+    void tryBucket(std::uint32_t bucket, const Growing& line, std::optional<Step>& best);
     void tryDots(const SlicePoint& at, std::optional<Step>& best) const;
     const SlicePoint& pointOfEnd(std::int32_t end) const {
         const SliceSegment& segment = segments_[static_cast<std::size_t>(end / 2)];
@@ -91,9 +111,15 @@ private:
     }
 
     std::span<const SliceSegment> segments_;
-    PointCells ends_; ///< end e of segment s has the number 2 s + e
-    PointCells dots_; ///< the same for segments without length
+    PointCells ends_;                                 ///< end e of segment s has the number 2 s + e
+    std::vector<std::optional<std::uint32_t>> soles_; ///< for each end, `soleBucket` in `ends_`
+    PointCells dots_;                                 ///< the same for segments without length
     bool hasDots_ = false;
+    /// For each end the only other one in `ends_` that is the same; `noMate` for none, `looksAround` when there are
+    /// more, or it is not known. Most surfaces are such that two triangles meet at an edge.
+    std::vector<std::int32_t> mates_;
+    bool crowded_ = false;              ///< too many ends in a bucket to look for mates
+    std::vector<std::int32_t> path_;    ///< the ends whose points the growing line has
     std::vector<std::uint32_t> walked_; ///< for each segment, the last pass that walked it
     std::vector<bool> onLine_;          ///< for each end, whether a line has a point there
     std::uint32_t pass_ = 0;

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <vector>
 
 #include "parallel.h"
@@ -60,6 +63,69 @@ CornerRange rangeInOrder(const std::int32_t* corners, std::size_t triangles, con
     return range;
 }
 
+/// Several of the values widen ranges of their own, so that none waits for another.
+CornerRange rangeOf(std::span<const double> values) {
+    std::array<CornerRange, 4> ranges;
+    std::size_t i = 0;
+    for (; i + ranges.size() <= values.size(); i += ranges.size()) {
+        for (std::size_t k = 0; k < ranges.size(); ++k) {
+            widen(ranges[k], values[i + k], values[i + k]);
+        }
+    }
+    for (; i < values.size(); ++i) {
+        widen(ranges[0], values[i], values[i]);
+    }
+    CornerRange range;
+    for (const CornerRange& part : ranges) {
+        widen(range, part.lower, part.upper);
+    }
+    return range;
+}
+
+/// Whether both nodes are corners of triangles. Those of a node often stand near one end of a zone, or anywhere: the
+/// search goes on from both ends.
+bool areCorners(const zBlock_fe& zone, std::int32_t one, std::int32_t other) {
+    bool foundOne = false;
+    bool foundOther = false;
+    const std::int32_t* front = zone.connectivity.data();
+    const std::int32_t* back = front + 4 * static_cast<std::size_t>(zone.elementCount);
+    while (front < back && !(foundOne && foundOther)) {
+        back -= 4;
+        for (std::size_t corner = 0; corner < 3; ++corner) {
+            foundOne |= front[corner] == one || back[corner] == one;
+            foundOther |= front[corner] == other || back[corner] == other;
+        }
+        front += 4;
+    }
+    return foundOne && foundOther;
+}
+
+/// The range of all nodes, if it is that of the triangles' corners for certain: nodes at both ends are corners, and
+/// neither end is a zero that has two signs. Nothing else when there are more nodes to look at than triangles.
+std::optional<CornerRange> rangeOfNodes(const zBlock_fe& zone, const double* first) {
+    if (zone.nodeCount > zone.elementCount) {
+        return std::nullopt;
+    }
+    const std::span<const double> values(first, static_cast<std::size_t>(zone.nodeCount));
+    const CornerRange range = rangeOf(values);
+    const auto lowest = std::find(values.begin(), values.end(), range.lower);
+    const auto highest = std::find(values.begin(), values.end(), range.upper);
+    if (lowest == values.end() || highest == values.end()) {
+        return std::nullopt;
+    }
+    const auto isNegativeZero = [](double value) {
+        return std::bit_cast<std::uint64_t>(value) == std::bit_cast<std::uint64_t>(-0.0);
+    };
+    if ((range.lower == 0.0 || range.upper == 0.0) && std::any_of(values.begin(), values.end(), isNegativeZero)) {
+        return std::nullopt;
+    }
+    if (!areCorners(zone, static_cast<std::int32_t>(lowest - values.begin()),
+                    static_cast<std::int32_t>(highest - values.begin()))) {
+        return std::nullopt;
+    }
+    return range;
+}
+
 } // namespace
 
 CornerRange cornerRange(const zRegion_fe& region, int axis) {
@@ -67,6 +133,10 @@ CornerRange cornerRange(const zRegion_fe& region, int axis) {
     for (const auto& zone : region.blocks) {
         const double* const values = zoneAxes(*zone)[static_cast<std::size_t>(axis)];
         if (values == nullptr || zone->elementCount <= 0) {
+            continue;
+        }
+        if (const std::optional<CornerRange> ofNodes = rangeOfNodes(*zone, values)) {
+            widen(range, ofNodes->lower, ofNodes->upper);
             continue;
         }
         const auto triangles = static_cast<std::size_t>(zone->elementCount);

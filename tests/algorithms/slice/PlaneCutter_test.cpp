@@ -1,6 +1,8 @@
 #include "PlaneCutter.h"
 
 #include <limits>
+#include <utility>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -92,6 +94,39 @@ TEST(PlaneCutter, ManyPlanesAreCutInGroupsThatRise) {
         ASSERT_THAT(found[i].segments, SizeIs(100));
         EXPECT_EQ(found[i].segments[99].first[2], planes[i]);
     }
+}
+
+TEST(PlaneCutter, ATriangleMaySpanMorePlanesThanSixteenBitsCount) {
+    std::vector<double> planes;
+    for (int i = 1; i <= 70000; ++i) {
+        planes.push_back(i / 20000.0);
+    }
+    const auto found = cuts(uprightTriangle(), planes);
+    ASSERT_THAT(found, SizeIs(70000));
+    for (const std::size_t plane : {std::size_t{0}, std::size_t{65534}, std::size_t{65535}, std::size_t{69999}}) {
+        EXPECT_EQ(found[plane].plane, plane);
+        ASSERT_THAT(found[plane].segments, SizeIs(1));
+        EXPECT_EQ(found[plane].segments[0].first[2], planes[plane]);
+    }
+}
+
+TEST(PlaneCutter, NeighboursThatSpanOtherPlanesAreCutByTheirOwn) {
+    // Triangles that rise over 1, over 1 and 2, over none between them, from one plane on, and up to one.
+    const std::vector<std::pair<double, double>> rises = {{0.5, 1.5}, {0.5, 2.5}, {1.2, 1.8}, {1.3, 1.7}, {1, 1.5},
+                                                          {1.5, 2},   {1.5, 1.9}, {2.5, 9},   {0, 0.5},   {0.5, 1.5}};
+    std::vector<zVec<double>> nodes;
+    std::vector<std::int32_t> corners;
+    for (const auto& [low, high] : rises) {
+        const auto node = static_cast<std::int32_t>(nodes.size());
+        nodes.insert(nodes.end(), {{0, 0, low}, {1, 0, low}, {0, static_cast<double>(node), high}});
+        corners.insert(corners.end(), {node, node + 1, node + 2});
+    }
+    const auto found = cuts(triangleRegion(nodes, corners), {1, 2});
+    ASSERT_THAT(found, SizeIs(2));
+    // An edge that begins on the plane is cut, one that ends on it is not: so what begins at 1 leaves a point there, and
+    // what rises up to 2 leaves its tip, where one of its edges ends and the other begins.
+    EXPECT_THAT(found[0].segments, SizeIs(4));
+    EXPECT_THAT(found[1].segments, SizeIs(2));
 }
 
 TEST(PlaneCutter, PlanesAtUnequalStepsAreAllFound) {

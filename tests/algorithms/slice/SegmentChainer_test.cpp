@@ -102,7 +102,7 @@ TEST(PointCellsOfAPlane, HoldEveryPointThatIsTheSame) {
         cells.put(first, 0);
         const PointCells::Buckets near = cells.near(second);
         const bool found = std::any_of(near.bucket, near.bucket + near.count,
-                                       [&cells](std::uint32_t bucket) { return cells[bucket].head == 0; });
+                                       [&cells](std::uint32_t bucket) { return cells.head(bucket) == 0; });
         if (samePoint(first, second)) {
             ++same;
             ASSERT_TRUE(found) << "round " << round;

@@ -4,6 +4,7 @@
 #include <exception>
 #include <utility>
 
+#include "DialogValues.h"
 #include "finite_model.h"
 
 namespace velmora {
@@ -89,6 +90,13 @@ bool ModelTrial::make(const std::function<bool()>& work) {
         exchange();
     }
     return made;
+}
+
+void plotTried(VelmoraDoc& doc, const PointList& curve) {
+    if (doc.dialogs->onCurveTried && !curve.empty()) {
+        // The curve as it stands is plotted behind.
+        doc.withoutTrial([&] { doc.dialogs->onCurveTried(curve); });
+    }
 }
 
 } // namespace velmora

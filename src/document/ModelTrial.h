@@ -45,6 +45,9 @@ private:
     zRegion_fe zonesAside_;
 };
 
+/// Whoever plots the captured curve shows `curve` instead, as what is tried makes of it. An empty one changes nothing.
+void plotTried(VelmoraDoc& doc, const PointList& curve);
+
 /// Shows the form as showDialog does, and whenever a person set one of its fields what `tryOut` makes of the model. It
 /// takes the values and gives false where there is nothing to show.
 template <class Values, class TryOut>

@@ -56,6 +56,15 @@ bool hasNoNormal(const std::vector<std::array<double, 3>>& corners) {
     return !(dot(normal, normal) > 0.0);
 }
 
+// Text has no byte of zero among its first ones.
+bool beginsAsBinary(TextStream& input) {
+    std::string head;
+    for (int c = input.get(); c >= 0 && head.size() < binaryHeader; c = input.get()) {
+        head += static_cast<char>(c);
+    }
+    return head.size() == binaryHeader && head.find('\0') != std::string::npos;
+}
+
 zVec<double> nodeOf(const zBlock_fe& zone, std::int32_t node) {
     const auto index = static_cast<std::size_t>(node);
     return {zone.variables[0]->data[index], zone.variables[1]->data[index], zone.variables[2]->data[index]};
@@ -86,6 +95,11 @@ void zSTLReader::read(const std::filesystem::path& fileName, zRegion_fe& region)
     noteLosses(input);
 }
 
+bool zSTLReader::isBinary(const std::filesystem::path& fileName) {
+    TextStream input(fileName);
+    return input.isOpen() && beginsAsBinary(input);
+}
+
 // Words in capital letters are none to this reader; what they stand for is in the file all the same.
 bool zSTLReader::countCapitals(std::string_view word) {
     if (word == "SOLID") {
@@ -101,11 +115,7 @@ bool zSTLReader::countCapitals(std::string_view word) {
 
 // The text reader finds next to nothing in a file of bytes; that it is one must be told. Text holds no NUL.
 void zSTLReader::noteBinary(TextStream& input) {
-    std::string head;
-    for (int c = input.get(); c >= 0 && head.size() < binaryHeader; c = input.get()) {
-        head += static_cast<char>(c);
-    }
-    losses_.binary = head.size() == binaryHeader && head.find('\0') != std::string::npos;
+    losses_.binary = beginsAsBinary(input);
     if (losses_.binary) {
         countBinary(input);
     }

@@ -39,6 +39,9 @@ public:
     /// then stands as it was.
     WriteOutcome write(const std::filesystem::path& fileName, const zRegion_fe& region);
 
+    /// Whether the file is one of bytes, which `read` does not take. False for one that cannot be read.
+    static bool isBinary(const std::filesystem::path& fileName);
+
     /// Triangles without a normal that `write` left out; its outcome tells of them too.
     std::int64_t skippedFacets() const { return skippedFacets_; }
     /// How many triangles of the region `write` would leave out, as they have no normal.

@@ -54,6 +54,7 @@ QStringList draggedFiles(const QMimeData& data) {
 /// Where the settings keep the window.
 const QString geometryKey = QStringLiteral("Window/Geometry");
 const QString barsKey = QStringLiteral("Window/Bars");
+const QString statusKey = QStringLiteral("Window/StatusBar");
 /// Whether the user ever pressed a key of the view.
 const QString keyUsedKey = QStringLiteral("Window/ViewKeyUsed");
 
@@ -185,6 +186,7 @@ bool MainFrame::restoreWindow() {
     const QSettings settings;
     // Of damaged bytes the toolkit makes bars without end, or none that it finds again.
     restoreState(unsealed(settings.value(barsKey).toByteArray()));
+    status_->setVisible(settings.value(statusKey, true).toBool());
     const bool restored = restoreGeometry(settings.value(geometryKey).toByteArray());
     if (restored) {
         keepSensibleSize();
@@ -206,6 +208,7 @@ void MainFrame::keepWindow() const {
     QSettings settings;
     settings.setValue(geometryKey, saveGeometry());
     settings.setValue(barsKey, sealed(saveState()));
+    settings.setValue(statusKey, !status_->isHidden());
 }
 
 void MainFrame::showAsLeft() {

@@ -21,6 +21,13 @@
 
 namespace velmora {
 
+namespace {
+
+/// Pixels that a panel beside the view gets at least when it comes up.
+constexpr int leastWidth = 320;
+
+} // namespace
+
 Panels::Panels(QMainWindow& frame, Session& session, QtUserInterface& person)
     : QObject(&frame), session_(session), person_(person), report_(new ReportPanel(&frame)),
       plot_(new CurvePlotPanel(&frame)), journal_(new JournalPanel(&frame)), fileReport_(new FileReportPanel(&frame)) {
@@ -68,8 +75,13 @@ QDockWidget& Panels::dockOf(Panel panel) const {
 
 void Panels::toggle(Panel panel) {
     QDockWidget& dock = dockOf(panel);
-    dock.setVisible(dock.isHidden());
+    const bool comes = dock.isHidden();
+    dock.setVisible(comes);
     refresh();
+    if (comes && dock.width() < leastWidth && !dock.isFloating()) {
+        // The view takes all that it can get; lines of text would be cut.
+        static_cast<QMainWindow*>(parent())->resizeDocks({&dock}, {leastWidth}, Qt::Horizontal);
+    }
 }
 
 bool Panels::shown(Panel panel) const {

@@ -53,9 +53,7 @@ std::vector<zVec<double>> inFront(const VelmoraView& view, const std::vector<zVe
 } // namespace
 
 void VelmoraView::beginMeasuring() {
-    if (mouseMode == ModeMeasure) {
-        doc_.ShowStatus("Click the first place");
-    }
+    doc_.ShowStatus(mouseMode == ModeMeasure ? "Click the first place" : idlePrompt);
     if (!measured_.empty()) {
         measured_.clear();
         repaint();

@@ -117,6 +117,42 @@ TEST_F(TrialTest, OkRunsTheCommandOnceOnTheModelItself) {
     }
 }
 
+TEST_F(TrialTest, ThePlotOfTheCapturedCurveFollows) {
+    const auto section = [](DocumentState& state) { holdSection(state, 0, 2); };
+    const auto pointOnSection = [](DocumentState& state) {
+        holdSection(state, 0, 2);
+        holdPoint(state, 0, 2, 3);
+    };
+    const std::vector<TriedCommand> all = {
+        {"model.smooth",
+         [section](DocumentState& state) {
+             state.patches[0][2][3].x = 3.4;
+             section(state);
+         },
+         {{"regime", "4"}, {"function", "2"}}},
+        {"point.rebreakPart", pointOnSection, {{"compression", "3"}}},
+    };
+    for (const TriedCommand& command : all) {
+        SCOPED_TRACE(command.id);
+        const PointList wanted = resultOf(command)[0][2];
+        arrange(command);
+        const PatchList model = doc.patches;
+        std::vector<PointList> told;
+        PatchList behind;
+        doc.dialogs->onCurveTried = [&](const PointList& curve) {
+            told.push_back(curve);
+            behind = doc.patches;
+        };
+        ui.onDialog = [&](DialogForm& form) { set(form, command.fields); };
+        ui.dialogs.clear();
+        call(command.id);
+        doc.dialogs->onCurveTried = nullptr;
+        ASSERT_FALSE(told.empty());
+        EXPECT_EQ(told.back(), wanted);
+        EXPECT_EQ(behind, model) << "the curve as it stands is plotted behind";
+    }
+}
+
 TEST_F(TrialTest, ZonesAreShownToo) {
     holdTriangles();
     const std::string before = document_->rescueBytes();
@@ -186,6 +222,8 @@ TEST_F(TrialTest, ALineThatIsBentShowsWhileItsNumbersAreSet) {
     arrangeLine();
     const PatchList model = doc.patches;
     ASSERT_NE(result, model);
+    std::vector<PointList> told;
+    doc.dialogs->onCurveTried = [&told](const PointList& curve) { told.push_back(curve); };
     ui.onDialog = [&](DialogForm& form) {
         set(form, {{"power", "0.9"}});
         EXPECT_EQ(doc.patches, result);
@@ -193,6 +231,12 @@ TEST_F(TrialTest, ALineThatIsBentShowsWhileItsNumbersAreSet) {
     ui.dialogs.clear();
     call("line.correct");
     EXPECT_EQ(doc.patches, model);
+    PointList bent;
+    for (const PointList& section : result[0]) {
+        bent.push_back(section[3]); // it keeps three lines before it
+    }
+    ASSERT_FALSE(told.empty());
+    EXPECT_EQ(told.back(), bent) << "the plot of the captured line follows";
 }
 
 } // namespace

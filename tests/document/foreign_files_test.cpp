@@ -45,6 +45,17 @@ TEST_F(DocumentTest, AFileThatOpenTakesIsNotForeign) {
     }
 }
 
+TEST_F(DocumentTest, AnStlFileIsForeignWhenItIsOneOfBytes) {
+    std::string bytes(84, '\0');
+    bytes.replace(0, 5, "solid");
+    writeFileText(folder / "bytes.stl", bytes);
+    EXPECT_TRUE(isForeignFile(folder / "bytes.stl"));
+    writeFileText(folder / "text.stl", "solid a\n" + std::string(100, ' ') + "endsolid a\n");
+    EXPECT_FALSE(isForeignFile(folder / "text.stl"));
+    writeFileText(folder / "short.stl", std::string(20, '\0'));
+    EXPECT_FALSE(isForeignFile(folder / "short.stl"));
+}
+
 TEST_F(DocumentTest, AForeignFileComesByItsPath) {
     writeFileText(folder / "a.obj", triangle);
     ui.dialogs.push_back({});

@@ -724,6 +724,7 @@ TEST(MainFrame, KeepsItsPlaceWhenItCloses) {
         rig.frame.showNormal();
         rig.frame.resize(640, 480);
         rig.frame.findChild<QToolBar*>(QStringLiteral("Editing"))->hide();
+        rig.frame.statusBar()->hide();
         QApplication::processEvents();
         EXPECT_FALSE(QSettings().contains(QStringLiteral("Window/Geometry")));
         rig.run("file.exit");
@@ -737,6 +738,7 @@ TEST(MainFrame, KeepsItsPlaceWhenItCloses) {
     EXPECT_FALSE(next.isMaximized());
     EXPECT_EQ(next.size(), QSize(640, 480));
     EXPECT_TRUE(next.findChild<QToolBar*>(QStringLiteral("Editing"))->isHidden());
+    EXPECT_TRUE(next.statusBar()->isHidden());
     EXPECT_FALSE(next.findChild<QToolBar*>(QStringLiteral("General"))->isHidden());
 }
 

@@ -98,6 +98,7 @@ TEST(Measuring, EscapeEndsItAndLeavesTheWindowOpen) {
     EXPECT_EQ(rig.view.mouseMode, ModeNone);
     EXPECT_FALSE(rig.surface.closeRequested);
     EXPECT_THAT(rig.labels(), IsEmpty());
+    EXPECT_EQ(rig.doc.status, "For Help, press F1");
     rig.view.OnKeyDown(ViewKey::Escape);
     EXPECT_TRUE(rig.surface.closeRequested);
 }

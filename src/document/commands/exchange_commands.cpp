@@ -21,6 +21,7 @@
 #include "path_names.h"
 #include "show_dialog.h"
 #include "write_files.h"
+#include "zSTLReader.h"
 
 namespace velmora {
 
@@ -87,7 +88,8 @@ void takeImported(VelmoraDoc& doc, ExchangeModel&& model) {
 bool isForeignFile(const std::filesystem::path& path) {
     constexpr std::array<std::string_view, 3> opened = {"dat", "wrl", "stl"};
     const std::string extension = extensionOf(path);
-    return canImport(extension) && std::find(opened.begin(), opened.end(), extension) == opened.end();
+    const bool opens = std::find(opened.begin(), opened.end(), extension) != opened.end();
+    return canImport(extension) && (!opens || (extension == "stl" && zSTLReader::isBinary(path)));
 }
 
 void importForeignFile(VelmoraDoc& doc, const std::filesystem::path& path) {

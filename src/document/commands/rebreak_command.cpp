@@ -132,11 +132,9 @@ bool askRebreak(VelmoraDoc& doc) {
     CRebreak& values = doc.dialogs->rebreak;
     values.tried = [&doc](const CRebreak& tried) {
         if (doc.dialogs->onCurveTried) {
-            doc.withoutTrial([&] {
-                if (const PointList curve = triedCurve(doc, tried); !curve.empty()) {
-                    doc.dialogs->onCurveTried(curve);
-                }
-            });
+            PointList curve;
+            doc.withoutTrial([&] { curve = triedCurve(doc, tried); });
+            plotTried(doc, curve);
         }
     };
     const bool agreed = showDialogTrying(doc, values, [&doc](const CRebreak& tried) {

@@ -5,6 +5,7 @@
 #include "ModelTrial.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "captured_curve.h"
 #include "command_rows.h"
 #include "command_rules.h"
 #include "exchange.h"
@@ -93,6 +94,7 @@ bool tryPart(VelmoraDoc& doc, const CRebreakPart& values) {
     Patch turned = lines ? transposed(patch) : patch;
     rebuildParts(turned, nullptr, lines ? doc.capture->capturedLine : doc.capture->capturedSection, values);
     patch = lines ? transposed(turned) : std::move(turned);
+    plotTried(doc, capturedCurvePoints(doc));
     return true;
 }
 

@@ -7,6 +7,7 @@
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "capture_address.h"
+#include "captured_curve.h"
 #include "command_rows.h"
 #include "command_rules.h"
 #include "coons_rebuild.h"
@@ -75,6 +76,7 @@ bool smoothChosen(VelmoraDoc& doc, const CSmooth& values, const ReportProgress& 
 void SmoothGeometry(VelmoraDoc& doc) {
     const auto tryOut = [&doc](const CSmooth& values) {
         smoothChosen(doc, values, {});
+        plotTried(doc, curveIsThere(doc) ? capturedCurvePoints(doc) : PointList());
         return true;
     };
     if (!showDialogTrying(doc, doc.dialogs->smooth, tryOut)) {
@@ -156,7 +158,13 @@ bool askForCorrection(VelmoraDoc& doc) {
     return showDialogTrying(doc, doc.dialogs->correctLine, [&doc](const CCorrectLine& values) {
         const double lines = static_cast<double>(values.linesBefore) + values.linesAfter;
         const Patch& bent = doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)];
-        return lines * static_cast<double>(bent.size()) <= ModelTrial::mostPoints && bendLine(doc, values, nullptr);
+        if (lines * static_cast<double>(bent.size()) > ModelTrial::mostPoints || !bendLine(doc, values, nullptr)) {
+            return false;
+        }
+        plotTried(doc, PatchCurve(doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)], true,
+                                  values.linesBefore - 1)
+                           .points());
+        return true;
     });
 }
 

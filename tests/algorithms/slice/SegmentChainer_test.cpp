@@ -75,6 +75,36 @@ TEST(SegmentChainer, OfSegmentsWithoutLengthTheFirstMakesALine) {
     EXPECT_THAT(lines[0], ElementsAre(a, a));
 }
 
+TEST(SegmentChainer, OfManySegmentsThatMeetInAPointTakesTheFirstTwo) {
+    for (const int rays : {3, 200}) {
+        std::vector<SliceSegment> star;
+        for (int ray = 0; ray < rays; ++ray) {
+            const SlicePoint tip = {std::cos(0.03 * ray), std::sin(0.03 * ray), 5};
+            star.push_back(ray % 2 == 0 ? SliceSegment{a, tip} : SliceSegment{tip, a});
+        }
+        // All others touch the line; of what does not, a ring of its own is left.
+        const SlicePoint p = {7, 7, 5};
+        const SlicePoint q = {8, 7, 5};
+        const SlicePoint r = {7, 8, 5};
+        star.insert(star.end(), {{p, q}, {r, q}, {r, p}});
+        const auto lines = chained(star);
+        ASSERT_THAT(lines, SizeIs(2));
+        EXPECT_THAT(lines[0], ElementsAre(star[0].second, a, star[1].first));
+        EXPECT_THAT(lines[1], SizeIs(4));
+        EXPECT_EQ(lines[1].front(), lines[1].back());
+    }
+}
+
+TEST(SegmentChainer, WhereThreeSegmentsMeetGoesOnOverTheFirstInOrder) {
+    const SlicePoint tip = {2, 0, 5};
+    EXPECT_THAT(chained({{a, b}, {c, b}, {b, tip}})[0], testing::AnyOf(ElementsAre(a, b, c), ElementsAre(c, b, a)));
+    EXPECT_THAT(chained({{a, b}, {b, tip}, {c, b}})[0], testing::AnyOf(ElementsAre(a, b, tip), ElementsAre(tip, b, a)));
+}
+
+TEST(SegmentChainer, ASegmentThatStandsTwiceDoesNotLeadBack) {
+    EXPECT_THAT(chained({{a, b}, {b, a}, {b, c}})[0], testing::AnyOf(ElementsAre(a, b, c), ElementsAre(c, b, a)));
+}
+
 TEST(SegmentChainer, OfNoSegmentsMakesNoLine) {
     EXPECT_THAT(chained({}), IsEmpty());
 }

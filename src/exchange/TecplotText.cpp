@@ -8,6 +8,9 @@
 #include <limits>
 #include <utility>
 
+#include "letter_case.h"
+#include "name_list.h"
+
 namespace velmora {
 
 namespace {
@@ -150,6 +153,9 @@ TecplotTextFile TecplotTextReader::read() {
             ++file_.passedOver;
             skipRecord();
         } else if (isRecordKeyword(word)) {
+            if (!sameWord(word, "filetype")) {
+                rememberName(file_.valuesPassedOver, upperCase(word));
+            }
             skipRecord();
         } else {
             ++file_.foreign;
@@ -352,6 +358,8 @@ void TecplotTextReader::takeHeaderValue(std::string_view key, const std::string&
         takeCount(header.connectivityFrom);
     } else if (key == "faceneighborconnections") {
         header.neighbours = true;
+    } else if (key != "dt") { // which tells digits
+        rememberName(file_.valuesPassedOver, upperCase(key));
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,13 +32,14 @@ struct TecplotTextZone {
 struct TecplotTextFile {
     std::vector<std::string> variables; ///< of the widest list
     std::vector<TecplotTextZone> zones;
-    bool named = false;          ///< there was a list of variables
-    std::int64_t cellValues = 0; ///< fields of values in cells
-    std::int64_t passedOver = 0; ///< text and geometry records
-    std::int64_t cutZones = 0;   ///< zones whose numbers end early
-    std::int64_t badCounts = 0;  ///< zones whose header cannot be used
-    std::int64_t noRoom = 0;     ///< zones that share more than a file of this size should
-    std::int64_t foreign = 0;    ///< words and numbers that belong to nothing
+    bool named = false;                     ///< there was a list of variables
+    std::int64_t cellValues = 0;            ///< fields of values in cells
+    std::int64_t passedOver = 0;            ///< text and geometry records
+    std::set<std::string> valuesPassedOver; ///< in capitals: words of headers and records that tell other things
+    std::int64_t cutZones = 0;              ///< zones whose numbers end early
+    std::int64_t badCounts = 0;             ///< zones whose header cannot be used
+    std::int64_t noRoom = 0;                ///< zones that share more than a file of this size should
+    std::int64_t foreign = 0;               ///< words and numbers that belong to nothing
 };
 
 /// Nodes of an element; 0 for those of any number.

@@ -16,6 +16,7 @@
 #include "tecplot_writer.h"
 #include "zExceptions.h"
 #include "zone_conversion.h"
+#include "zone_files.h"
 
 namespace velmora {
 
@@ -84,8 +85,9 @@ bool exportTextStl(SafeFile& file, WriteOutcome& outcome, const ExportZones& zon
                    const ReportProgress& report) {
     NumberWriter out(file, digits, NumberNotation::General);
     out.reportTo(report, 12 * zones.triangles());
+    std::size_t number = 0;
     for (const zBlock_fe* const zone : zones.zones()) {
-        const std::string title = onOneLine(zone->title);
+        const std::string title = solidName(onOneLine(zone->title), ++number);
         out.writeText("solid " + title + '\n');
         forFacets(*zone, [&out](const zVec<double>& normal, const std::array<zVec<double>, 3>& corners) {
             writeVector(out, " facet normal", normal);

@@ -44,6 +44,7 @@ private:
     bool takeTextFace(bool byLines);
     bool linesSuffice() const;
     void readBinary();
+    void tellRest(bool isRest);
     bool takeBytes(std::size_t count, const char*& bytes);
     void addPoint(const std::array<double, 4>& values);
     void tellCounts(std::int64_t points, std::int64_t faces);
@@ -174,6 +175,7 @@ void OffReader::readText() {
         ++faces;
     }
     tellCounts(points, faces);
+    tellRest(points == header_.points && faces == header_.faces && scan_.skipComments('#'));
 }
 
 bool OffReader::takeTextPoint(bool byLines) {
@@ -253,6 +255,14 @@ void OffReader::readBinary() {
         mesh_.addPolygon(face_);
     }
     tellCounts(points, faces);
+    tellRest(points == header_.points && faces == header_.faces && scan_.skipSpace());
+}
+
+// Faces beyond the number in the header, say.
+void OffReader::tellRest(bool isRest) {
+    if (isRest) {
+        record_.losesGeometry("What stands behind the last face that the header tells of is not read");
+    }
 }
 
 // What the header promised counts as found.

@@ -147,6 +147,9 @@ FileMesh PlyReader::run() {
             whole = readElement(element);
         }
     }
+    if (whole && scan_.skipSpace()) { // faces beyond the number in the header, say
+        record_.losesGeometry("What stands behind the last element that the header tells of is not read");
+    }
     tellOthers();
     return std::move(mesh_);
 }

@@ -11,8 +11,10 @@
 #include <vector>
 
 #include "TecplotText.h"
+#include "axis_name.h"
 #include "grid_builder.h"
 #include "mesh_builder.h"
+#include "name_list.h"
 #include "outer_faces.h"
 #include "read_record.h"
 
@@ -24,24 +26,14 @@ namespace {
 constexpr std::size_t missing = std::numeric_limits<std::size_t>::max();
 using Axes = std::array<std::size_t, 3>;
 
-/// The letter of the axis that a name means: "X", "x [m]", "X_m", "CoordinateX", "x/c"; NUL for other names.
-char axisOf(const std::string& name) {
-    std::string small = smallLetters(name);
-    if (small.starts_with("coordinate")) {
-        small.erase(0, std::string_view("coordinate").size());
-    }
-    const bool alone = small.size() == 1 || (small.size() > 1 && !isLetter(small[1]) && !isDigit(small[1]));
-    return alone && small[0] >= 'x' && small[0] <= 'z' ? small[0] : '\0';
-}
-
 /// A name that is the letter alone goes before one that only begins with it.
 Axes axesOf(const std::vector<std::string>& names) {
     Axes axes = {missing, missing, missing};
     for (const bool exact : {true, false}) {
         for (std::size_t index = 0; index < names.size(); ++index) {
             const char letter = exact && names[index].size() > 1 ? '\0' : axisOf(names[index]);
-            if (letter != '\0' && axes.at(static_cast<std::size_t>(letter - 'x')) == missing) {
-                axes.at(static_cast<std::size_t>(letter - 'x')) = index;
+            if (letter != '\0' && axes.at(static_cast<std::size_t>(letter - 'X')) == missing) {
+                axes.at(static_cast<std::size_t>(letter - 'X')) = index;
             }
         }
     }
@@ -339,6 +331,9 @@ void TecplotTaker::tell() {
     }
     if (file_.passedOver > 0) {
         record_.losesDetail("Text and geometry records are passed over: " + std::to_string(file_.passedOver));
+    }
+    if (!file_.valuesPassedOver.empty()) {
+        record_.losesDetail("Values of headers that are not kept: " + listOf(file_.valuesPassedOver));
     }
 }
 

@@ -6,6 +6,7 @@
 #include <optional>
 #include <utility>
 
+#include "FieldLosses.h"
 #include "NumberReader.h"
 #include "apt.h"
 #include "characters.h"
@@ -55,13 +56,6 @@ std::int32_t countBehind(std::string_view line, std::string_view key) {
     return value;
 }
 
-// A title that a save of the field would not write.
-bool hasForeignTitle(std::string_view header) {
-    constexpr std::string_view key = "T=\"";
-    const std::size_t place = header.find(key);
-    return place != std::string_view::npos && !header.substr(place + key.size()).starts_with("ZONE_");
-}
-
 struct FieldHeader {
     explicit FieldHeader(std::string_view line) : points(countBehind(line, "I=")), sections(countBehind(line, "J=")) {}
 
@@ -96,7 +90,7 @@ private:
     FieldReadResult& result_;
     std::int64_t compartment_ = 0;
     std::string line_;
-    std::int64_t titles_ = 0; ///< of zones, which no patch has
+    FieldLosses losses_;
     BareSections bareSections_;
     PointList section_; // those in hand; a patch gets copies of just their size
     PointList fieldSection_;
@@ -107,6 +101,7 @@ bool FieldReader::fail(FormatFaultKind kind, const std::string& reason) {
     result_.faults.push_back({diskFailed ? FormatFaultKind::Unread : kind, compartment_, 1});
     result_.record.losesGeometry(diskFailed ? unreadText(stream_)
                                             : "Zone " + std::to_string(compartment_) + ": " + reason);
+    losses_.noteGeometry(result_.record);
     return false;
 }
 
@@ -140,9 +135,11 @@ void FieldReader::noteEnd() {
         record.losesGeometry("No header of a zone stands before " + lineText(stream_) +
                              ": what follows there is not read");
     }
-    if (titles_ > 0) {
-        record.losesDetail("Titles of zones that patches do not have: " + std::to_string(titles_));
+    if (countOf(record.found, "zones") == 0 && !result_.textBehind) {
+        record.losesGeometry("No zone stands in the file");
     }
+    losses_.noteGeometry(record);
+    losses_.noteDetails(record);
     record.kept = record.found;
     noteJoinedNumbers(record, stream_);
 }
@@ -167,6 +164,7 @@ bool FieldReader::readHead() {
     }
     result_.fieldCount = *fields;
     countOf(result_.record.found, "variables") = 3 + *fields;
+    losses_.takeVariables(result_.variablesLine);
     return true;
 }
 
@@ -176,7 +174,7 @@ bool FieldReader::readZone() {
     if (!header.isGood() || !bareSections_.accepts(header.sections, header.points)) {
         return fail(FormatFaultKind::Header, "no counts I= and J= that can be used stand before " + lineText(stream_));
     }
-    titles_ += hasForeignTitle(line_) ? 1 : 0;
+    losses_.takeZone(line_);
     Patch patch;
     Patch field;
     const bool whole = readPatch(header, patch, field);

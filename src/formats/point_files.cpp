@@ -101,6 +101,9 @@ SftResult readSft(const std::filesystem::path& path) {
     }
     countOf(result.record.found, "points") = countOf(result.record.kept, "points") = countOf(result.points);
     noteEnd(stream, numbers, numbersEach, result.record, result.readFailed);
+    if (result.points.empty() && result.record.bytes > 0 && result.record.reasons.empty()) {
+        result.record.losesGeometry("No points stand in the file");
+    }
     return result;
 }
 

@@ -169,7 +169,7 @@ bool VrmlParser::passToFaceSet() {
 }
 
 void VrmlParser::parseNode(VertexList& points, PolygonList& polygons) {
-    metComma_ = metReference_ = false;
+    metComma_ = metReference_ = metPartOfPoint_ = false;
     scene_.endNode();
     expectWord("{");
     for (readWord(); word_ != "}"; readWord()) {
@@ -206,7 +206,11 @@ void VrmlParser::readPoints(VertexList& points) {
     double x = 0.0;
     double y = 0.0;
     double z = 0.0;
-    while (input_.readDouble(x) && input_.readDouble(y) && input_.readDouble(z)) {
+    while (input_.readDouble(x)) {
+        if (!input_.readDouble(y) || !input_.readDouble(z)) {
+            metPartOfPoint_ = true;
+            break;
+        }
         points.append(x, y, z);
     }
     input_.clear();

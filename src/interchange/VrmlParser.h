@@ -38,6 +38,9 @@ public:
     bool metComma() const { return metComma_; }
     /// Whether the last node's points are a node that has a name or stands elsewhere, which is passed over.
     bool metReference() const { return metReference_; }
+    /// Whether fewer than three numbers are left behind the last node's points: one too many or too few may have
+    /// shifted them.
+    bool metPartOfPoint() const { return metPartOfPoint_; }
     /// What stands in the file beside the points and faces.
     const VrmlScene& scene() const { return scene_; }
 
@@ -61,6 +64,7 @@ private:
     std::string word_;
     bool metComma_ = false;
     bool metReference_ = false;
+    bool metPartOfPoint_ = false;
     VrmlScene scene_;
 };
 

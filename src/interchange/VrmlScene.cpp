@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "characters.h"
+#include "name_list.h"
 #include "number_text.h"
 #include "zExceptions.h"
 
@@ -38,6 +39,9 @@ constexpr std::array<std::string_view, 6> looksFields{"appearance",       "mater
 constexpr std::array<std::string_view, 9> sceneNodes{
     "Viewpoint", "PerspectiveCamera", "OrthographicCamera", "DirectionalLight", "PointLight", "SpotLight", "Background",
     "Fog",       "NavigationInfo"};
+/// Nodes that choose among shapes, turn them, or make something of a click on them or of the time.
+constexpr std::array<std::string_view, 9> otherNodes{"Switch", "LOD",    "Anchor",    "WWWAnchor", "Billboard",
+                                                     "Sound",  "Script", "Collision", "ROUTE"};
 constexpr std::array<std::string_view, 3> fileNodes{"Inline", "WWWInline", "EXTERNPROTO"};
 
 // Whether numbers of a field leave everything where it is.
@@ -75,7 +79,7 @@ void VrmlScene::take(char c) {
     if (inComment_) {
         inComment_ = c != '\n';
     } else if (inString_) {
-        inString_ = c != '"' || last_ == '\\';
+        takeOfString(c);
     } else if (c == '#' || c == '"') {
         endToken();
         inComment_ = c == '#';
@@ -93,7 +97,14 @@ void VrmlScene::take(char c) {
     } else if (token_.size() < longestToken && (!token_.empty() || isLetter(c) || !field_.empty())) {
         token_ += c; // numbers that belong to no field of interest are not kept
     }
-    last_ = c;
+    last_ = inString_ && c == '\\' && last_ == '\\' ? ' ' : c; // one that is marked itself marks nothing
+}
+
+// A save writes an empty title.
+void VrmlScene::takeOfString(char c) {
+    inString_ = c != '"' || last_ == '\\';
+    const bool titled = inString_ && last_ == '"' && node_ == "WorldInfo" && previous_ == "title";
+    titles_ += titled ? 1 : 0;
 }
 
 void VrmlScene::endToken() {
@@ -111,6 +122,7 @@ void VrmlScene::endToken() {
 void VrmlScene::takeWord() {
     judgeValues();
     const std::string& word = token_;
+    takeGeometry(word);
     if (isOneOf(word, placingFields)) {
         field_ = word;
     } else if (isOneOf(word, shapes)) {
@@ -123,6 +135,10 @@ void VrmlScene::takeWord() {
         ++files_;
     } else if (isOneOf(word, sceneNodes)) {
         ++surroundings_;
+    } else if (isOneOf(word, otherNodes)) {
+        otherNodes_.insert(word);
+    } else if (word == "PROTO") {
+        ++prototypes_;
     } else if (word == "DEF") {
         ++names_;
     } else if (word == "USE" && !isOneOf(previous_, looksFields)) {
@@ -131,6 +147,19 @@ void VrmlScene::takeWord() {
     previous_ = word;
     if (word.front() >= 'A' && word.front() <= 'Z') {
         node_ = word;
+    }
+}
+
+// What stands behind "geometry", with or without a name, is a shape, whatever it is called.
+void VrmlScene::takeGeometry(const std::string& word) {
+    static constexpr std::array<std::string_view, 3> none{"NULL", "USE", "IS"};
+    if (word == "geometry") {
+        awaitsShape_ = true;
+    } else if (awaitsShape_ && word != "DEF" && previous_ != "DEF") {
+        awaitsShape_ = false;
+        if (!isOneOf(word, none)) {
+            rememberName(otherShapes_, word);
+        }
     }
 }
 
@@ -162,6 +191,7 @@ void VrmlScene::judgeValues() {
 void VrmlScene::endNode() {
     endToken();
     judgeValues();
+    awaitsShape_ = false;
 }
 
 void VrmlScene::takeFieldOfFaces(std::string_view name) {
@@ -181,12 +211,11 @@ void VrmlScene::note(FileRead& record) const {
     if (files_ > 0) {
         record.losesGeometry(told("Parts of the scene in other files, which are not read: ", files_));
     }
+    if (prototypes_ > 0) {
+        record.losesGeometry(told("Prototypes, of which what is made by them is not read: ", prototypes_));
+    }
     if (!otherShapes_.empty()) {
-        std::string names;
-        for (const std::string& name : otherShapes_) {
-            names += (names.empty() ? "" : ", ") + name;
-        }
-        record.losesGeometry("Shapes other than face sets are not read: " + names);
+        record.losesGeometry("Shapes other than face sets are not read: " + listOf(otherShapes_));
     }
     if (colours_ > 0) {
         record.losesDetail(told("Records of colours that are not kept: ", colours_));
@@ -199,6 +228,13 @@ void VrmlScene::note(FileRead& record) const {
     }
     if (surroundings_ > 0) {
         record.losesDetail(told("Views, lights and backgrounds that are not kept: ", surroundings_));
+    }
+    if (titles_ > 0) {
+        record.losesDetail("The title of the scene is not kept");
+    }
+    if (!otherNodes_.empty()) {
+        record.losesDetail("Nodes that are not followed; the shapes in them are read as they stand: " +
+                           listOf(otherNodes_));
     }
     if (turned_ > 0) {
         record.losesDetail(told("Face sets that tell which side is the front, which is not followed: ", turned_));

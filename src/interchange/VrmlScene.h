@@ -28,8 +28,10 @@ public:
     void note(FileRead& record) const;
 
 private:
+    void takeOfString(char c);
     void endToken();
     void takeWord();
+    void takeGeometry(const std::string& word);
     void takeNumber(std::string_view text);
     void judgeValues();
 
@@ -41,6 +43,7 @@ private:
     char last_ = ' ';
     bool inComment_ = false;
     bool inString_ = false;
+    bool awaitsShape_ = false; // the word for a shape comes next
     std::int64_t placings_ = 0;
     std::int64_t colours_ = 0;
     std::int64_t textures_ = 0;
@@ -48,8 +51,11 @@ private:
     std::int64_t uses_ = 0;
     std::int64_t files_ = 0;
     std::int64_t surroundings_ = 0;
+    std::int64_t titles_ = 0;
+    std::int64_t prototypes_ = 0;
     std::int64_t turned_ = 0;
     std::set<std::string> otherShapes_;
+    std::set<std::string> otherNodes_;
 };
 
 } // namespace velmora

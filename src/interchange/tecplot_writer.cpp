@@ -143,9 +143,10 @@ WriteOutcome write(const std::filesystem::path& path, const Region& region, std:
     if (!region.blocks.empty()) {
         const ZoneVariables& named = region.blocks.front()->variables;
         writeFileHeader(out, region.title, named);
+        std::size_t number = 0;
         for (const auto& zone : region.blocks) {
             out.writeText("ZONE T=");
-            out.writeQuoted(zone->title);
+            out.writeQuoted(zoneName(zone->title, ++number));
             out.writeChar('\n');
             writeExtents(out, *zone);
             out.writeText("\nDATAPACKING=POINT\n");

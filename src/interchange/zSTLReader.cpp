@@ -189,6 +189,11 @@ void zSTLReader::noteLosses(TextStream& input) {
         // They are kept; a save as STL leaves them out, as they have no normal.
         record.alters("Degenerate triangles: " + std::to_string(losses_.degenerate));
     }
+    if (losses_.innerSolids > 0) {
+        countOf(record.found, "solids") += losses_.innerSolids;
+        record.losesDetail("Solids that begin before the end of another, and became part of it: " +
+                           std::to_string(losses_.innerSolids));
+    }
     if (losses_.longNames > 0) {
         record.losesDetail("Names of solids of which only the first word is kept: " +
                            std::to_string(losses_.longNames));
@@ -241,6 +246,9 @@ bool zSTLReader::readFacets(TextStream& input, bool lost) {
         if (word != "facet") {
             const bool capitals = countCapitals(word);
             wordsBefore = wordsBefore || (facets == 0 && !capitals && losses_.capitals == 0);
+            if (word == "solid" && facets > 0) {
+                ++losses_.innerSolids;
+            }
             if (word == "vertex" && !lost) {
                 losses_.firstStray = losses_.strayCorners++ == 0 ? input.tell() : losses_.firstStray;
             }
@@ -353,8 +361,9 @@ WriteOutcome zSTLReader::write(const std::filesystem::path& fileName, const zReg
     NumberWriter output(file, significantDigits, NumberNotation::General);
     output.reportTo(report, numbersOfFacet * elementCount(region));
     const std::int64_t skippedBefore = skippedFacets_;
+    std::size_t number = 0;
     for (const auto& zone : region.blocks) {
-        writeSolid(output, *zone);
+        writeSolid(output, *zone, solidName(zone->title, ++number));
     }
     if (!output.flush() || !file.commit()) {
         throw FileError(unitName, __LINE__);
@@ -369,9 +378,9 @@ WriteOutcome zSTLReader::write(const std::filesystem::path& fileName, const zReg
     return outcome;
 }
 
-void zSTLReader::writeSolid(NumberWriter& output, const zBlock_fe& zone) {
+void zSTLReader::writeSolid(NumberWriter& output, const zBlock_fe& zone, const std::string& name) {
     output.writeText("solid ");
-    output.writeText(zone.title);
+    output.writeText(name);
     output.writeChar('\n');
     if (hasCoordinates(zone)) {
         forEachTriangle(zone, [&](const std::int32_t* nodes) {
@@ -379,7 +388,7 @@ void zSTLReader::writeSolid(NumberWriter& output, const zBlock_fe& zone) {
         });
     }
     output.writeText("endsolid ");
-    output.writeText(zone.title);
+    output.writeText(name);
     output.writeChar('\n');
 }
 

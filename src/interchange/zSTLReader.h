@@ -58,7 +58,7 @@ private:
     void noteBinary(TextStream& input);
     void countBinary(TextStream& input);
     void noteLosses(TextStream& input);
-    void writeSolid(NumberWriter& output, const zBlock_fe& zone);
+    void writeSolid(NumberWriter& output, const zBlock_fe& zone, const std::string& name);
     void writeFacet(NumberWriter& output, const std::array<zVec<double>, 3>& corners);
 
     std::size_t blockSize_;
@@ -81,7 +81,8 @@ private:
         std::int64_t fans = 0;
         std::int64_t degenerate = 0;
         std::int64_t longNames = 0;
-        std::int64_t cutNames = 0; // of words too long to be held
+        std::int64_t cutNames = 0;    // of words too long to be held
+        std::int64_t innerSolids = 0; // begun before the end of the one before
         std::int64_t strayCorners = 0;
         std::int64_t firstStray = 0; // byte
         bool unended = false;        // the file ends before its last solid does

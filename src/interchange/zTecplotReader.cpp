@@ -14,6 +14,7 @@
 #include "characters.h"
 #include "format_outcome.h"
 #include "letter_case.h"
+#include "name_list.h"
 #include "tecplot_unit.h"
 #include "tecplot_writer.h"
 #include "zExceptions.h"
@@ -178,11 +179,7 @@ private:
             record_.losesDetail("Titles of zones that patches do not have: " + std::to_string(losses_.titles));
         }
         if (!header_.passedOver.empty()) {
-            std::string names;
-            for (const std::string& name : header_.passedOver) {
-                names += (names.empty() ? "" : ", ") + name;
-            }
-            record_.losesDetail("Values of headers that are not kept: " + names);
+            record_.losesDetail("Values of headers that are not kept: " + listOf(header_.passedOver));
         }
         if (losses_.quadrilaterals > 0) {
             record_.alters("Quadrilaterals: " + std::to_string(losses_.quadrilaterals) + ", made triangles");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <span>
 #include <utility>
 
 #include "SafeFile.h"
@@ -77,6 +78,7 @@ void zVRMLReader::read(const std::filesystem::path& fileName, zRegion_fe& region
     }
     beginRecord(record, fileName, input, "wrl", {"faceSets"});
     wideFaces_ = 0;
+    shifted_ = 0;
     dropped_.clear();
     firstNotUnderstood_.clear();
     input.reportTo(report);
@@ -128,6 +130,9 @@ void zVRMLReader::noteParseError(const VrmlParser& parser, TextStream& input) {
 
 void zVRMLReader::noteLosses() {
     const std::int64_t found = countOf(record.found, "faceSets");
+    if (found == 0) {
+        record.losesGeometry("No face set stands in the file");
+    }
     std::string reasons;
     for (const auto& [reason, count] : dropped_) {
         if (count > 0) {
@@ -139,8 +144,27 @@ void zVRMLReader::noteLosses() {
         record.losesGeometry("Face sets: " + std::to_string(found) +
                              ", kept: " + std::to_string(countOf(record.kept, "faceSets")) + " (" + reasons + ")");
     }
+    if (shifted_ > 0) {
+        record.losesGeometry("Face sets whose numbers are not three for each point: " + std::to_string(shifted_));
+    }
     if (wideFaces_ > 0) {
         record.alters("Faces of more than three corners: " + std::to_string(wideFaces_) + ", made triangles");
+    }
+}
+
+// The face that ends the reading: the first with fewer than three corners or one that is no point.
+void zVRMLReader::noteBadFace(int number) {
+    const auto points = static_cast<std::int64_t>(points_.size());
+    for (std::size_t polygon = 0; polygon < polygons_.size(); ++polygon) {
+        const std::span<const std::int64_t> corners = polygons_[polygon];
+        const auto bad = std::find_if(corners.begin(), corners.end(),
+                                      [points](std::int64_t corner) { return corner < 0 || corner >= points; });
+        if (corners.size() < 3 || bad != corners.end()) {
+            record.losesGeometry(
+                "Face set " + std::to_string(number) + ", face " + std::to_string(polygon + 1) +
+                (bad != corners.end() ? ": there is no point " + std::to_string(*bad) : ": fewer than three corners"));
+            return;
+        }
     }
 }
 
@@ -152,7 +176,12 @@ void zVRMLReader::takeNode(int number, const VrmlParser& parser, zRegion_fe& reg
     for (std::size_t polygon = 0; polygon < polygons_.size(); ++polygon) {
         wideFaces_ += polygons_[polygon].size() > 3 ? 1 : 0;
     }
-    triangulateAll(points_, polygons_, triangles_);
+    try {
+        triangulateAll(points_, polygons_, triangles_);
+    } catch (const GenericError&) {
+        noteBadFace(number);
+        throw;
+    }
     std::unique_ptr<zBlock_fe> zone =
         makeTriangleZone(std::move(points_), triangles_, "Zone_" + std::to_string(number));
     if (zone == nullptr) {
@@ -160,6 +189,7 @@ void zVRMLReader::takeNode(int number, const VrmlParser& parser, zRegion_fe& reg
     }
     region.blocks.push_back(std::move(zone));
     countOf(record.kept, "faceSets") += 1;
+    shifted_ += parser.metPartOfPoint() ? 1 : 0;
 }
 
 WriteOutcome zVRMLReader::write(const std::filesystem::path& fileName, const zRegion_fe& region) const {

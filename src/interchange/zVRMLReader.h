@@ -48,6 +48,7 @@ private:
     void readNodes(VrmlParser& parser, TextStream& input, zRegion_fe& region);
     void takeNode(int number, const VrmlParser& parser, zRegion_fe& region);
     void noteParseError(const VrmlParser& parser, TextStream& input);
+    void noteBadFace(int number);
     void noteLosses();
 
     std::size_t blockSize_;
@@ -55,6 +56,7 @@ private:
     PolygonList polygons_;            // of the node being read
     std::vector<Triangle> triangles_; // of the node being read
     std::int64_t wideFaces_ = 0;      // of more than three corners
+    std::int64_t shifted_ = 0;        // nodes with numbers that make no whole point
     /// Why face sets gave no zone, and how many there are of each.
     std::map<std::string, std::int64_t> dropped_;
     std::string firstNotUnderstood_; // its line

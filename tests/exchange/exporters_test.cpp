@@ -90,6 +90,17 @@ TEST_F(Exporters, TextStlHasASolidForEachZoneAndItsNormals) {
     EXPECT_EQ(record_.counts, (Counts{{"facets", 2}, {"solids", 2}, {"triangles", 2}}));
 }
 
+TEST_F(Exporters, ASolidWithoutANameThatReadersTakeGetsOne) {
+    ExchangeModel model;
+    for (const char* const title : {"wing", "", "facet"}) {
+        model.region.blocks.push_back(test::oneTriangle(0.0, 0.0, title));
+    }
+    const std::string solids = write(model, "a.stl", text(6));
+    EXPECT_THAT(solids, testing::HasSubstr("solid wing\n"));
+    EXPECT_THAT(solids, testing::HasSubstr("endsolid wing\nsolid Zone_2\n facet"));
+    EXPECT_THAT(solids, testing::HasSubstr("endsolid Zone_2\nsolid facet_\n facet"));
+}
+
 TEST_F(Exporters, BinaryStlIsOneSolidInSinglePrecision) {
     std::string header = "left side";
     header.resize(80, ' ');

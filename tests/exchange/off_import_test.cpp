@@ -72,6 +72,20 @@ TEST(OffImport, AFileThatIsCutKeepsItsWholeFaces) {
     EXPECT_FALSE(points.record.complete);
 }
 
+TEST(OffImport, FacesBehindTheNumberInTheHeaderAreTold) {
+    Bytes bytes(true);
+    bytes.addText("OFF BINARY\n").addAll<std::int32_t>({3, 1, 0}).addAll<float>({0, 0, 0, 1, 0, 0, 0, 1, 0});
+    bytes.addAll<std::int32_t>({3, 0, 1, 2, 0, 3, 0, 1, 2, 0});
+    for (const std::string& text : {"OFF\n3 1 0\n" + body + "3 0 2 1\n", bytes.text}) {
+        const Imported file = read(text);
+        EXPECT_THAT(cornersOf(file.model), ElementsAre(triangle));
+        EXPECT_FALSE(file.record.complete);
+        EXPECT_THAT(file.record.reasons,
+                    ElementsAre("What stands behind the last face that the header tells of is not read"));
+    }
+    EXPECT_TRUE(read("OFF\n3 1 0\n" + body + "\n# end\n").record.lossless);
+}
+
 TEST(OffImport, ANumberThatGoesOnEndsTheReadingAndIsNotTakenForItsBeginning) {
     const Imported point = read("OFF\n3 1 3\n0 0 0\n1 0 0\n0 1 0,5\n3 0 1 2\n");
     EXPECT_FALSE(point.record.complete);

@@ -130,6 +130,16 @@ TEST(PlyImport, AFileThatIsCutKeepsItsWholeFaces) {
     EXPECT_EQ(kept(read(bytes.text), "faces"), 1);
 }
 
+TEST(PlyImport, FacesBehindTheNumberInTheHeaderAreTold) {
+    const Imported file = read(header("ascii") + textBody + "3 0 1 3\n");
+    ASSERT_EQ(file.model.region.blocks.size(), 1U);
+    EXPECT_THAT(trianglesOf(*file.model.region.blocks[0]), ElementsAre(Triangle{0, 1, 2}, Triangle{0, 2, 3}));
+    EXPECT_FALSE(file.record.complete);
+    EXPECT_THAT(file.record.reasons,
+                ElementsAre("What stands behind the last element that the header tells of is not read"));
+    expectSquare(read(header("ascii") + textBody + " \n\n"));
+}
+
 TEST(PlyImport, ALastNumberThatGoesOnLosesItsFace) {
     const std::string whole = "ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\nproperty float y\n"
                               "property float z\nelement face 1\nproperty list uchar int vertex_indices\n"

@@ -51,6 +51,17 @@ TEST(TecplotImport, AnOrderedZoneIsAPatchHoweverItIsWritten) {
     }
 }
 
+TEST(TecplotImport, ValuesOfHeadersThatNoModelKeepsAreTold) {
+    const Imported file = read("VARIABLES = X Y Z\nDATASETAUXDATA a=\"b\"\nZONE I=2, J=2, C=RED, SolutionTime=3, "
+                               "F=POINT, DT=(SINGLE SINGLE SINGLE)\n" +
+                               rows);
+    EXPECT_TRUE(file.record.complete);
+    EXPECT_FALSE(file.record.lossless);
+    EXPECT_THAT(file.record.reasons,
+                ElementsAre("Values of headers that are not kept: C, DATASETAUXDATA, SOLUTIONTIME"));
+    EXPECT_TRUE(read("VARIABLES = X Y Z\nZONE I=2, J=2, F=POINT, DT=(SINGLE SINGLE SINGLE)\n" + rows).record.lossless);
+}
+
 TEST(TecplotImport, NumbersWithoutAZoneAreALineOfPoints) {
     const Imported file = read("VARIABLES = X Y Z\n" + rows);
     ASSERT_THAT(file.model.patches, SizeIs(1));
@@ -242,7 +253,8 @@ TEST(TecplotImport, TextAndGeometryRecordsArePassedOver) {
              rows);
     EXPECT_THAT(file.model.patches, SizeIs(2));
     EXPECT_TRUE(file.record.complete);
-    EXPECT_THAT(file.record.reasons, ElementsAre("Text and geometry records are passed over: 2"));
+    EXPECT_THAT(file.record.reasons, ElementsAre("Text and geometry records are passed over: 2",
+                                                 "Values of headers that are not kept: CUSTOMLABELS, DATASETAUXDATA"));
 }
 
 TEST(TecplotImport, AZoneThatIsCutLosesWhatIsNotWhole) {

@@ -4,6 +4,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -486,6 +487,79 @@ TEST_F(FieldWriterTest, TitlesOfZonesThatASaveWouldNotWriteAreALoss) {
     EXPECT_TRUE(record("ZONE_0").lossless);
     EXPECT_FALSE(record("wing").lossless);
     EXPECT_THAT(record("wing").reasons, testing::ElementsAre("Titles of zones that patches do not have: 1"));
+}
+
+TEST_F(FieldReaderTest, ZonesWhoseNumbersStandInAnotherOrderAreReadByPointsAndTold) {
+    const auto recordOf = [this](const std::string& entries) {
+        read(oneField + "ZONE I=2, J=1" + entries + "\n0 1 2 3\n4 5 6 7\n");
+        expectModel({{{{0, 1, 2}, {4, 5, 6}}}}, {{{{3, 0, 0}, {7, 0, 0}}}});
+        return result_.record;
+    };
+    for (const auto& [entries, word] :
+         std::vector<std::pair<std::string, std::string>>{{", F=BLOCK", "BLOCK"},
+                                                          {", f = block", "BLOCK"},
+                                                          {" DATAPACKING=BLOCK", "BLOCK"},
+                                                          {", F=FEPOINT", "FEPOINT"},
+                                                          {", F=POINT, VARSHARELIST=([1]=1)", "VARSHARELIST"},
+                                                          {", PASSIVEVARLIST=[4]", "PASSIVEVARLIST"},
+                                                          {", VARLOCATION=([4]=CELLCENTERED)", "VARLOCATION"},
+                                                          {", K=2", "K"},
+                                                          {", ZONETYPE=FETRIANGLE", "ZONETYPE"},
+                                                          {", T=\"ZONE_0, F=POINT\", F=BLOCK", "BLOCK"}}) {
+        const FileRead record = recordOf(entries);
+        EXPECT_FALSE(record.complete) << entries;
+        EXPECT_THAT(record.reasons, ElementsAre("Zones whose headers tell another order of numbers, read point after "
+                                                "point all the same (" +
+                                                word + "): 1"))
+            << entries;
+    }
+    for (const char* const entries :
+         {"", ", K=1,F= POINT", ", T=\"ZONE_0 F=BLOCK\"", ", DATAPACKING=POINT, ZONETYPE=Ordered",
+          ", VARLOCATION=([1-4]=NODAL)", ", DT=(SINGLE SINGLE SINGLE SINGLE)"}) {
+        EXPECT_TRUE(recordOf(entries).lossless) << entries;
+    }
+}
+
+TEST_F(FieldReaderTest, TheSameOfSeveralZonesAndOfOneThatCannotBeReadIsToldOnce) {
+    const std::string zone = "ZONE I=1, J=1, F=BLOCK\n0 1 2 3\n";
+    read(oneField + zone + zone + "ZONE I=1, J=1, PASSIVEVARLIST=[4]\n0 1 2 3\n");
+    EXPECT_THAT(result_.record.reasons, ElementsAre("Zones whose headers tell another order of numbers, read point "
+                                                    "after point all the same (BLOCK, PASSIVEVARLIST): 3"));
+    read(oneField + "ZONE I=1, J=1, PASSIVEVARLIST=[4]\n0 1 2\n");
+    EXPECT_FALSE(result_.loaded);
+    EXPECT_THAT(result_.record.reasons,
+                ElementsAre(testing::StartsWith("Zone 1: no point"), testing::HasSubstr("(PASSIVEVARLIST): 1")));
+}
+
+TEST_F(FieldReaderTest, NamesByWhichTheFirstThreeNumbersAreNotXYAndZAreTold) {
+    const auto recordOf = [this](const std::string& names) {
+        read("TITLE\nVARIABLES=" + names + "\nI=1,J=1\n1 2 3 4\n");
+        expectModel({{{{1, 2, 3}}}}, {{{{4, 0, 0}}}});
+        return result_.record;
+    };
+    for (const char* const names : {R"("Z","Y","X","CP")", R"("X","CP","Y","Z")", R"("CP","X","Y","Z")",
+                                    R"("A","B","C","D")", R"("X1","Y","Z","CP")"}) {
+        const FileRead record = recordOf(names);
+        EXPECT_FALSE(record.complete) << names;
+        EXPECT_THAT(record.reasons, ElementsAre(testing::StartsWith("Line 2 does not name x, y and z first"))) << names;
+    }
+    for (const char* const names : {R"("X","Y","Z","CP")", R"("x" "y" "z" "p")", R"("X [m]", " y_m", "z/c", "X")",
+                                    R"("CoordinateX","CoordinateY","CoordinateZ","P")"}) {
+        EXPECT_TRUE(recordOf(names).lossless) << names;
+    }
+}
+
+TEST_F(FieldReaderTest, ValuesOfHeadersThatASaveWouldNotWriteAreALoss) {
+    read(noFields + "ZONE T=\"ZONE_0\", C=RED, SOLUTIONTIME=3, I=1, J=1, AUXDATA Part=\"b\"\n1 2 3\n");
+    expectModel({{{{1, 2, 3}}}}, {{{{0, 0, 0}}}});
+    EXPECT_TRUE(result_.record.complete);
+    EXPECT_FALSE(result_.record.lossless);
+    EXPECT_THAT(result_.record.reasons, ElementsAre("Values of headers that are not kept: C, PART, SOLUTIONTIME"));
+}
+
+TEST_F(FieldReaderTest, AFileWithoutZonesIsToldSo) {
+    read(noFields);
+    EXPECT_THAT(result_.record.reasons, ElementsAre("No zone stands in the file"));
 }
 
 TEST_F(FieldWriterTest, WhatCannotBeWrittenIsToldAndLeavesNothing) {

@@ -129,6 +129,10 @@ TEST_F(RecordTest, WhereTheRegularEndComesBeforeTheFilesTheRestIsToldWithItsLine
                 ElementsAre(HasSubstr("No header of a zone stands before line 6")));
 }
 
+TEST_F(RecordTest, MarkersWithoutAPointBehindTheirTextAreToldSo) {
+    EXPECT_THAT(sft("1\n2\n3\n4\n5\n6\n7\n").reasons, ElementsAre("No points stand in the file"));
+}
+
 TEST_F(RecordTest, WhatStandsBehindTheLastNumberOfAFieldZoneIsTold) {
     for (const char* const rest : {"D+05", "x1p3", ",5", " 7"}) {
         const FileRead record =

@@ -85,6 +85,7 @@ TEST_F(ZoneRecord, WhatTheWritersMakeLosesNothing) {
     zRegion_fe region;
     ASSERT_TRUE(readGeometry(test::writeFileText(folder_ / "a.dat", datHead + triangleZone), false, structured, region,
                              [](const std::string&) {}));
+    region.title.clear(); // that of a scene is not read
     for (const char* name : {"b.stl", "b.wrl", "b.dat"}) {
         WriteOutcome outcome;
         ASSERT_TRUE(writeGeometry(
@@ -235,7 +236,7 @@ TEST_F(ZoneRecord, OfANameThatIsLongerThanAnyTheBeginningIsKeptAndThatIsTold) {
 TEST_F(ZoneRecord, WhatStandsBehindALongWordOfASceneIsStillUnderstood) {
     const std::string longText(TextStream::longestWord, 'x');
     // The quote that closes the text belongs to its last word.
-    EXPECT_THAT(read("a.wrl", vrmlHead + "WorldInfo { title \"I" + longText + "\" }\nTransform { translation 1 0 0 " +
+    EXPECT_THAT(read("a.wrl", vrmlHead + "WorldInfo { info \"I" + longText + "\" }\nTransform { translation 1 0 0 " +
                                   "children Shape {\n" + faces + "} }\n")
                     .reasons,
                 ElementsAre("Records that move, turn or scale face sets and are not followed: 1"));
@@ -316,6 +317,84 @@ TEST_F(ZoneRecord, ColoursNamesAndOtherShapesAreTold) {
                                             "Shapes other than face sets are not read: Box, IndexedLineSet, Text"));
 }
 
+TEST_F(ZoneRecord, NodesThatChooseLinkOrMakeShapesAreTold) {
+    const std::string shape = "Shape {" + faces + "}";
+    for (const auto& [text, name] : std::vector<std::pair<std::string, std::string>>{
+             {"Switch { whichChoice -1 choice [ " + shape + " ] }\n", "Switch"},
+             {"LOD { level [ " + shape + shape + " ] }\n", "LOD"},
+             {"Anchor { url \"a\" children " + shape + " }\n", "Anchor"},
+             {"Billboard { children " + shape + " }\n", "Billboard"}}) {
+        const FileRead record = read("a.wrl", vrmlHead + text);
+        EXPECT_TRUE(record.complete) << text;
+        EXPECT_FALSE(record.lossless) << text;
+        EXPECT_THAT(record.reasons,
+                    ElementsAre("Nodes that are not followed; the shapes in them are read as they stand: " + name))
+            << text;
+    }
+    const FileRead prototype = read("a.wrl", vrmlHead + "PROTO P [] { " + shape + " }\nP {}\nP {}\n" + shape);
+    EXPECT_FALSE(prototype.complete);
+    EXPECT_THAT(prototype.reasons, ElementsAre("Prototypes, of which what is made by them is not read: 1"));
+}
+
+TEST_F(ZoneRecord, ATitleOfTheSceneIsTold) {
+    const std::string shape = "Shape {" + faces + "}";
+    for (const char* const title : {"title \"wing\"", "info \"a\\\\\" title \"Inlet\"", "title\"w\""}) {
+        EXPECT_THAT(read("a.wrl", vrmlHead + "WorldInfo { " + title + " }\n" + shape).reasons,
+                    ElementsAre("The title of the scene is not kept"))
+            << title;
+    }
+    for (const char* const none : {"title \"\"", "info \"title \\\"wing\\\"\"", "# title \"wing\"\n"}) {
+        EXPECT_TRUE(nothingLost(read("a.wrl", vrmlHead + "WorldInfo { " + none + " }\n" + shape))) << none;
+    }
+}
+
+TEST_F(ZoneRecord, ShapesOfKindsThatNobodyKnowsAreTold) {
+    const std::string shape = "Shape {" + faces + "}\n";
+    for (const char* const geometry : {"NurbsSurface", "DEF N NurbsSurface", "IndexedTriangleSet", "IndexedFaceSe"}) {
+        const std::string text = std::string("Shape { geometry ") + geometry + " { index [ 0 1 2 ] } }\n";
+        const FileRead record = read("a.wrl", vrmlHead + shape + text + shape);
+        EXPECT_FALSE(record.complete) << geometry;
+        const std::string name = std::string_view(geometry).starts_with("DEF") ? "NurbsSurface" : geometry;
+        EXPECT_THAT(record.reasons, Contains("Shapes other than face sets are not read: " + name));
+    }
+    EXPECT_TRUE(nothingLost(read("a.wrl", vrmlHead + shape + "Shape { geometry NULL }\n" + shape)));
+}
+
+TEST_F(ZoneRecord, CoordinatesThatAreNotThreeForEachPointAreTold) {
+    for (const char* const numbers : {"0 0 0 1 0 0 0 1 0 7", "0 0 0 0 1 0 0 0 1 0 7"}) {
+        const FileRead record = read("a.wrl", vrmlHead + "geometry IndexedFaceSet { coord Coordinate { point [ " +
+                                                  numbers + " ] } coordIndex [ 0 1 2 -1 ] }\n" + faces);
+        EXPECT_FALSE(record.complete) << numbers;
+        EXPECT_EQ(record.kept, (Counts{{"faceSets", 2}}));
+        EXPECT_THAT(record.reasons, ElementsAre("Face sets whose numbers are not three for each point: 1")) << numbers;
+    }
+}
+
+TEST_F(ZoneRecord, ASolidThatBeginsWithinAnotherOneIsTold) {
+    const FileRead record = read("a.stl", "solid a\n" + facet + "solid b\n" + facet + "endsolid b\n");
+    EXPECT_TRUE(record.complete);
+    EXPECT_FALSE(record.lossless);
+    EXPECT_EQ(record.found, (Counts{{"facets", 2}, {"solids", 2}}));
+    EXPECT_EQ(record.kept, (Counts{{"facets", 2}, {"solids", 1}}));
+    EXPECT_THAT(record.reasons, ElementsAre("Solids that begin before the end of another, and became part of it: 1"));
+}
+
+TEST_F(ZoneRecord, TheFaceThatEndsTheReadingOfASceneIsTold) {
+    for (const auto& [indices, reason] : std::vector<std::pair<std::string, std::string>>{
+             {"0 1 2 -1 0 1 7 -1", "Face set 2, face 2: there is no point 7"},
+             {"0 1 -1", "Face set 2, face 1: fewer than three corners"}}) {
+        const FileRead record =
+            read("a.wrl", vrmlHead + faces + "geometry IndexedFaceSet { coord Coordinate { point [ 0 0 0 1 0 0 0 1 0 " +
+                              "] } coordIndex [ " + indices + " ] }\n");
+        EXPECT_FALSE(record.complete);
+        EXPECT_THAT(record.reasons, Contains(reason));
+    }
+}
+
+TEST_F(ZoneRecord, ASceneWithoutFaceSetsIsToldSo) {
+    EXPECT_THAT(read("a.wrl", vrmlHead).reasons, ElementsAre("No face set stands in the file"));
+}
+
 TEST_F(ZoneRecord, QuadrilateralsThatBecomeTrianglesAreTold) {
     const FileRead record =
         read("a.wrl", vrmlHead + "geometry IndexedFaceSet { coord Coordinate { point [ 0 0 0 1 0 0 1 1 0 0 1 0 ] }\n"
@@ -369,7 +448,8 @@ TEST_F(ZoneRecord, AnErrorThatEndsTheReadingIsTheReasonAndKeepsNothing) {
     EXPECT_FALSE(record.complete);
     EXPECT_FALSE(record.keptAnything());
     EXPECT_EQ(countOf(record.found, "faceSets"), 2);
-    EXPECT_THAT(record.reasons, ElementsAre("Value Error: what stands there cannot be read"));
+    EXPECT_THAT(record.reasons, ElementsAre("Face set 2, face 1: there is no point 1",
+                                            "Value Error: what stands there cannot be read"));
     EXPECT_EQ(record.path, folder_ / "a.wrl");
 }
 

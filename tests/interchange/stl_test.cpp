@@ -2,6 +2,7 @@
 
 #include <array>
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -227,8 +228,24 @@ TEST_F(Stl, EveryZoneIsASolidAlsoAnEmptyOne) {
     zRegion_fe region;
     region.blocks.push_back(zoneOf({}, {}, "first one"));
     region.blocks.push_back(zoneOf({}, {}, ""));
-    EXPECT_EQ(write(region), "solid first one\nendsolid first one\nsolid \nendsolid \n");
+    EXPECT_EQ(write(region), "solid first one\nendsolid first one\nsolid Zone_2\nendsolid Zone_2\n");
     EXPECT_EQ(write(zRegion_fe()), "");
+}
+
+TEST_F(Stl, ANameIsWrittenSoThatItTakesNoFacetWithIt) {
+    zRegion_fe region;
+    for (const char* const name : {"", " \t", "facet", "facet left", "left facet", "left solid", "a endsolid b",
+                                   "solid", "facets", "vertex vertex"}) {
+        region.blocks.push_back(zoneOf({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {{0, 1, 2}}, name));
+    }
+    const zRegion_fe again = read(write(region));
+    std::vector<std::string> names;
+    for (const auto& zone : again.blocks) {
+        EXPECT_EQ(zone->elementCount, 1) << zone->title;
+        names.push_back(zone->title);
+    }
+    EXPECT_THAT(names,
+                ElementsAre("Zone_1", "Zone_2", "facet_", "facet_", "left", "left", "a", "solid", "facets", "vertex"));
 }
 
 TEST_F(Stl, TheFirstThreeFieldsAreTheCoordinates) {

@@ -195,11 +195,24 @@ TEST_F(TecplotWrite, WhatIsWrittenWithSeventeenDigitsReadsAsTheSameZones) {
     }
 }
 
-// A zone without a title is written with an empty one, and that is none to the reader.
-TEST_F(TecplotWrite, AZoneWithoutTitleDoesNotReadAgain) {
-    structured_.blocks.push_back(grid("", 2, 2, {{"x", {1, 2, 3, 4}}, {"y", {1, 2, 3, 4}}, {"z", {1, 2, 3, 4}}}));
+TEST_F(TecplotWrite, AZoneWithoutTitleGetsItsNumberForOneAsReadersTakeNoneThatIsEmpty) {
+    for (const char* const title : {"one", ""}) {
+        structured_.blocks.push_back(
+            grid(title, 2, 2, {{"x", {1, 2, 3, 4}}, {"y", {1, 2, 3, 4}}, {"z", {1, 2, 3, 4}}}));
+        unstructured_.blocks.push_back(triangle(title));
+    }
     written(16);
-    EXPECT_EQ(errorText(test::readTecplot(path_)), test::headerReport(1, "zone", "T"));
+    const TecplotOutcome grids = test::readTecplot(path_);
+    EXPECT_EQ(errorText(grids), "");
+    ASSERT_EQ(grids.structured.blocks.size(), 2U);
+    EXPECT_EQ(grids.structured.blocks[0]->title, "one");
+    EXPECT_EQ(grids.structured.blocks[1]->title, "Zone_2");
+    structured_.blocks.clear();
+    written(16);
+    const TecplotOutcome triangles = test::readTecplot(path_);
+    EXPECT_EQ(errorText(triangles), "");
+    ASSERT_EQ(triangles.unstructured.blocks.size(), 2U);
+    EXPECT_EQ(triangles.unstructured.blocks[1]->title, "Zone_2");
 }
 
 TEST_F(TecplotWrite, QuadrilateralsComeBackAsTriangles) {

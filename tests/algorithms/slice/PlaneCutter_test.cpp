@@ -123,8 +123,8 @@ TEST(PlaneCutter, NeighboursThatSpanOtherPlanesAreCutByTheirOwn) {
     }
     const auto found = cuts(triangleRegion(nodes, corners), {1, 2});
     ASSERT_THAT(found, SizeIs(2));
-    // An edge that begins on the plane is cut, one that ends on it is not: so what begins at 1 leaves a point there, and
-    // what rises up to 2 leaves its tip, where one of its edges ends and the other begins.
+    // An edge that begins on the plane is cut, one that ends on it is not: so what begins at 1 leaves a point there,
+    // and what rises up to 2 leaves its tip, where one of its edges ends and the other begins.
     EXPECT_THAT(found[0].segments, SizeIs(4));
     EXPECT_THAT(found[1].segments, SizeIs(2));
 }

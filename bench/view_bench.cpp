@@ -156,7 +156,7 @@ void undoSnapshot(benchmark::State& state) {
     VelmoraDoc& doc = freshDocument(fixture());
     for ([[maybe_unused]] auto _ : state) {
         doc.SavePatchUndo();
-        benchmark::DoNotOptimize(doc.undoPatches.data());
+        benchmark::DoNotOptimize(doc.undoPatches.size());
     }
     state.SetItemsProcessed(state.iterations() * points);
 }

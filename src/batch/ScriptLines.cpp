@@ -277,7 +277,9 @@ MaybeFailure ScriptLines::drawPicture(Words words) {
         break;
     case PictureResult::UnknownType:
         return ScriptFailure{"no picture of the type of " + inQuotes(words[0]) + " can be drawn here",
-                             "give a file of type .svg; .png needs the package velmora and its OpenGL"};
+                             stage_.pixelDrawer() ? "give a file of type .svg or .png"
+                                                  : "give a file of type .svg; .png needs the package velmora and its "
+                                                    "OpenGL"};
     case PictureResult::HoldsModel:
         session_.ui().showMessage(message::holdsModel(std::filesystem::path(words[0]).filename().string()));
         break;

@@ -38,16 +38,29 @@ Json pointsValue(const PointList& points) {
     return list;
 }
 
-Json patchesValue(const PatchList& patches) {
+namespace {
+
+template <class Patches>
+Json valueOf(const Patches& patches) {
     Json list = Json::array();
-    for (const Patch& patch : patches) {
+    for (std::size_t k = 0; k < patches.size(); ++k) {
         Json sections = Json::array();
-        for (const PointList& section : patch) {
+        for (const PointList& section : patches[k]) {
             sections.push_back(pointsValue(section));
         }
         list.push_back(std::move(sections));
     }
     return list;
+}
+
+} // namespace
+
+Json patchesValue(const PatchList& patches) {
+    return valueOf(patches);
+}
+
+Json patchesValue(const KeptPatches& patches) {
+    return valueOf(patches);
 }
 
 Json matrixValue(const Matrix4& matrix) {

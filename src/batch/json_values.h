@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "DialogForm.h"
+#include "KeptList.h"
 #include "PatchList.h"
 #include "camera.h"
 
@@ -23,6 +24,7 @@ Json numbersValue(const std::vector<double>& numbers);
 Json pointsValue(const PointList& points);
 /// Nested lists [K][N][M][x, y, z].
 Json patchesValue(const PatchList& patches);
+Json patchesValue(const KeptPatches& patches);
 /// The sixteen elements in column-major order.
 Json matrixValue(const Matrix4& matrix);
 /// The fields of a dialog in their order, read-only ones too; check boxes as 0 or 1.

@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
+#include <utility>
 
 #include "DocumentState.h"
 #include "print_values.h"
@@ -8,28 +10,27 @@ namespace velmora {
 
 namespace {
 
-struct NamedPatches {
+template <class List>
+struct Named {
     const char* name;
-    PatchList DocumentState::*list;
+    List DocumentState::*list;
 };
 
-struct NamedPoints {
-    const char* name;
-    PointList DocumentState::*list;
-};
-
-constexpr NamedPatches patchLists[] = {
+constexpr Named<PatchList> patchLists[] = {
     {"patches", &DocumentState::patches},
     {"fieldPatches", &DocumentState::fieldPatches},
     {"referencePatches", &DocumentState::referencePatches},
     {"blockClipboard", &DocumentState::blockClipboard},
-    {"undoPatches", &DocumentState::undoPatches},
-    {"pointUndoPatches", &DocumentState::pointUndoPatches},
     {"dragPatches", &DocumentState::dragPatches},
     {"interPatches", &DocumentState::interPatches},
 };
 
-constexpr NamedPoints pointLists[] = {
+constexpr Named<KeptPatches> keptLists[] = {
+    {"undoPatches", &DocumentState::undoPatches},
+    {"pointUndoPatches", &DocumentState::pointUndoPatches},
+};
+
+constexpr Named<PointList> pointLists[] = {
     {"lineBuffer", &DocumentState::lineBuffer},
     {"markers", &DocumentState::markers},
     {"sftPoints", &DocumentState::sftPoints},
@@ -39,14 +40,12 @@ constexpr NamedPoints pointLists[] = {
     {"afterIntersection", &DocumentState::afterIntersection},
 };
 
-struct NamedZones {
-    const char* name;
-    zRegion_fe DocumentState::*region;
-};
-
-constexpr NamedZones zoneLists[] = {
+constexpr Named<zRegion_fe> zoneLists[] = {
     {"region", &DocumentState::feRegion},
     {"referenceRegion", &DocumentState::referenceRegion},
+};
+
+constexpr Named<KeptRegion> keptZones[] = {
     {"undoRegion", &DocumentState::undoRegion},
 };
 
@@ -62,23 +61,44 @@ Json zoneValue(const zBlock_fe& zone) {
     return {{"title", zone.title}, {"variables", std::move(variables)}, {"triangles", std::move(triangles)}};
 }
 
-Json zonesValue(const zRegion_fe& region) {
+template <class Region>
+Json zonesValue(const Region& region) {
     Json zones = Json::array();
-    for (const auto& zone : region.blocks) {
-        zones.push_back(zoneValue(*zone));
+    for (std::size_t k = 0; k < region.blocks.size(); ++k) {
+        zones.push_back(zoneValue(*region.blocks[k]));
     }
     return zones;
 }
 
-double numbersOf(const zRegion_fe& region) {
+template <class Patches>
+double numbersOfPatches(const Patches& patches) {
     double numbers = 0.0;
-    for (const auto& zone : region.blocks) {
-        numbers += 3.0 * zone->elementCount;
-        for (const auto& variable : zone->variables) {
+    for (std::size_t k = 0; k < patches.size(); ++k) {
+        for (const PointList& section : patches[k]) {
+            numbers += 3.0 * static_cast<double>(section.size());
+        }
+    }
+    return numbers;
+}
+
+template <class Region>
+double numbersOfZones(const Region& region) {
+    double numbers = 0.0;
+    for (std::size_t k = 0; k < region.blocks.size(); ++k) {
+        numbers += 3.0 * region.blocks[k]->elementCount;
+        for (const auto& variable : region.blocks[k]->variables) {
             numbers += static_cast<double>(variable->data.size());
         }
     }
     return numbers;
+}
+
+/// What `work` makes of the list of that name among `lists`; `otherwise` without such a one.
+template <class Lists, class Work, class Value>
+Value ofNamed(const Lists& lists, std::string_view name, const DocumentState& doc, Work work, Value otherwise) {
+    const auto found =
+        std::find_if(std::begin(lists), std::end(lists), [name](const auto& entry) { return name == entry.name; });
+    return found != std::end(lists) ? Value(work(doc.*found->list)) : std::move(otherwise);
 }
 
 } // namespace
@@ -86,15 +106,12 @@ double numbersOf(const zRegion_fe& region) {
 double printedBytes(std::string_view name, const DocumentState& doc, VelmoraView& view) {
     constexpr double bytesOfNumber = 150.0; // the value, its share of the lists around it, and its digits twice
     double numbers = 0.0;
-    for (const NamedPatches& known : patchLists) {
-        numbers += name == known.name ? 3.0 * static_cast<double>(pointTotal(doc.*known.list)) : 0.0;
-    }
-    for (const NamedPoints& known : pointLists) {
-        numbers += name == known.name ? 3.0 * static_cast<double>((doc.*known.list).size()) : 0.0;
-    }
-    for (const NamedZones& known : zoneLists) {
-        numbers += name == known.name ? numbersOf(doc.*known.region) : 0.0;
-    }
+    const auto ofPatches = [](const auto& list) { return numbersOfPatches(list); };
+    const auto ofPoints = [](const PointList& list) { return 3.0 * static_cast<double>(list.size()); };
+    const auto ofZones = [](const auto& region) { return numbersOfZones(region); };
+    numbers += ofNamed(patchLists, name, doc, ofPatches, 0.0) + ofNamed(keptLists, name, doc, ofPatches, 0.0);
+    numbers += ofNamed(pointLists, name, doc, ofPoints, 0.0);
+    numbers += ofNamed(zoneLists, name, doc, ofZones, 0.0) + ofNamed(keptZones, name, doc, ofZones, 0.0);
     if (name == "scene") {
         numbers += 3.0 * static_cast<double>(view.list().vertices.size() + view.list().normals.size());
     }
@@ -102,20 +119,15 @@ double printedBytes(std::string_view name, const DocumentState& doc, VelmoraView
 }
 
 std::optional<Json> geometryValue(std::string_view name, const DocumentState& doc) {
-    const auto named = [name](const auto& entry) { return name == entry.name; };
-    if (const auto* patches = std::find_if(std::begin(patchLists), std::end(patchLists), named);
-        patches != std::end(patchLists)) {
-        return patchesValue(doc.*patches->list);
-    }
-    if (const auto* points = std::find_if(std::begin(pointLists), std::end(pointLists), named);
-        points != std::end(pointLists)) {
-        return pointsValue(doc.*points->list);
-    }
-    if (const auto* zones = std::find_if(std::begin(zoneLists), std::end(zoneLists), named);
-        zones != std::end(zoneLists)) {
-        return zonesValue(doc.*zones->region);
-    }
-    return std::nullopt;
+    const auto ofPatches = [](const auto& list) { return patchesValue(list); };
+    const auto ofPoints = [](const PointList& list) { return pointsValue(list); };
+    const auto ofZones = [](const auto& region) { return zonesValue(region); };
+    std::optional<Json> value;
+    value = ofNamed(patchLists, name, doc, ofPatches, std::move(value));
+    value = ofNamed(keptLists, name, doc, ofPatches, std::move(value));
+    value = ofNamed(pointLists, name, doc, ofPoints, std::move(value));
+    value = ofNamed(zoneLists, name, doc, ofZones, std::move(value));
+    return ofNamed(keptZones, name, doc, ofZones, std::move(value));
 }
 
 } // namespace velmora

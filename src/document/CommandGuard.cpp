@@ -1,6 +1,7 @@
 #include "CommandGuard.h"
 
 #include <algorithm>
+#include <array>
 #include <new>
 #include <stdexcept>
 #include <utility>
@@ -23,6 +24,36 @@ constexpr Flag keptFlags[] = {
     &DocumentState::fieldOpening,      &DocumentState::pointUndoReady,   &DocumentState::patchUndoReady,
     &DocumentState::rebuildOnUndo,     &DocumentState::undoModified,     &DocumentState::lineBufferFull,
 };
+
+void drop(KeptPatches& patches, KeptRegion& region, KeptField& field) noexcept {
+    patches.clear();
+    region.blocks.clear();
+    field.patches.clear();
+}
+
+/// No way back is left, neither by the snapshots that are there nor by those that they have replaced.
+void dropSnapshots(DocumentState& doc) noexcept {
+    drop(doc.undoPatches, doc.undoRegion, doc.undoField);
+    drop(doc.pointUndoPatches, doc.pointUndoRegion, doc.pointUndoField);
+    doc.patchUndoReady = doc.pointUndoReady = false;
+    if (doc.replaced) {
+        drop(doc.replaced->patches, doc.replaced->region, doc.replaced->field);
+        drop(doc.replaced->pointPatches, doc.replaced->pointRegion, doc.replaced->pointField);
+        doc.replaced->patchReady = doc.replaced->pointReady = false;
+    }
+}
+
+/// The model is the one of the snapshot. Where memory lacks even for that, the other snapshots give theirs.
+void giveBack(DocumentState& doc, KeptPatches& patches, KeptRegion& region, KeptField& field) noexcept {
+    const std::array<bool, 3> takenAway = {patches.giveBack(doc.patches), region.blocks.giveBack(doc.feRegion.blocks),
+                                           field.patches.giveBack(doc.fieldPatches)};
+    doc.feRegion.title.swap(region.title);
+    std::swap(doc.feRegion.words, region.words);
+    doc.takeFieldWords(std::move(field.words));
+    if (std::find(takenAway.begin(), takenAway.end(), true) != takenAway.end()) {
+        dropSnapshots(doc);
+    }
+}
 
 } // namespace
 
@@ -75,15 +106,12 @@ void CommandGuard::putBackModel() noexcept {
     const bool pointKept = doc_.snapshotCounts.pointTaken != counts_.pointTaken;
     if (doc_.snapshotCounts.guardCopies != counts_.guardCopies) {
         doc_.patches.swap(doc_.guardPatches);
-        doc_.takeField(std::move(doc_.guardField));
+        doc_.fieldPatches = std::move(doc_.guardField.patches);
+        doc_.takeFieldWords(std::move(doc_.guardField.words));
     } else if (patchesKept) {
-        doc_.patches.swap(doc_.undoPatches);
-        std::swap(doc_.feRegion, doc_.undoRegion);
-        doc_.takeField(std::move(doc_.undoField));
+        giveBack(doc_, doc_.undoPatches, doc_.undoRegion, doc_.undoField);
     } else if (pointKept) {
-        doc_.patches.swap(doc_.pointUndoPatches);
-        std::swap(doc_.feRegion, doc_.pointUndoRegion);
-        doc_.takeField(std::move(doc_.pointUndoField));
+        giveBack(doc_, doc_.pointUndoPatches, doc_.pointUndoRegion, doc_.pointUndoField);
     } else if (empty_) {
         doc_.patches.clear();
         doc_.feRegion.blocks.clear();

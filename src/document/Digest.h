@@ -55,12 +55,15 @@ public:
         add(region.title);
         add(std::uint64_t{region.blocks.size()});
         for (const auto& zone : region.blocks) {
-            add(zone->title);
-            add(zone->connectivity);
-            add(std::uint64_t{zone->variables.size()});
-            for (const auto& variable : zone->variables) {
-                add(*variable);
-            }
+            add(*zone);
+        }
+    }
+    void add(const zBlock_fe& zone) {
+        add(zone.title);
+        add(zone.connectivity);
+        add(std::uint64_t{zone.variables.size()});
+        for (const auto& variable : zone.variables) {
+            add(*variable);
         }
     }
     void add(const zArray<double>& values) {

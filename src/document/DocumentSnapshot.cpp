@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
-#include <iterator>
 #include <optional>
 #include <tuple>
 #include <utility>
@@ -12,6 +10,7 @@
 #include "DocumentView.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
+#include "same_bits.h"
 
 namespace velmora {
 
@@ -19,34 +18,9 @@ namespace {
 
 // ---- Equal to the bit -----------------------------------------------------------------------------------------------
 
-bool same(double a, double b) {
-    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
-}
-
-bool same(const zVec<double>& a, const zVec<double>& b) {
-    return same(a.x, b.x) && same(a.y, b.y) && same(a.z, b.z);
-}
-
-template <class Item>
-bool same(const std::vector<Item>& a, const std::vector<Item>& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](const Item& one, const Item& other) { return same(one, other); });
-}
-
-bool same(const zArray<double>& a, const zArray<double>& b) {
-    return a.name == b.name && a.ni == b.ni && a.nj == b.nj && a.nk == b.nk && same(a.data, b.data);
-}
-
-bool same(const zBlock_fe& a, const zBlock_fe& b) {
-    return a.title == b.title && a.nodeCount == b.nodeCount && a.elementCount == b.elementCount &&
-           a.connectivitySize == b.connectivitySize && a.connectivity == b.connectivity &&
-           std::equal(a.variables.begin(), a.variables.end(), b.variables.begin(), b.variables.end(),
-                      [](const auto& one, const auto& other) { return same(*one, *other); });
-}
-
-bool same(const Comparison& a, const Comparison& b) {
-    return same(a.largest, b.largest) && same(a.mean, b.mean) && same(a.rms, b.rms) && a.chosen == b.chosen &&
-           same(a.values, b.values);
+bool sameComparison(const Comparison& a, const Comparison& b) {
+    return sameBits(a.largest, b.largest) && sameBits(a.mean, b.mean) && sameBits(a.rms, b.rms) &&
+           a.chosen == b.chosen && sameBits(a.values, b.values);
 }
 
 // ---- Copies that are counted ----------------------------------------------------------------------------------------
@@ -118,7 +92,7 @@ private:
     };
 
     static bool holds(const List& list, std::size_t i, const Item& wanted) {
-        return i < list.items->size() && same(*(*list.items)[i], wanted);
+        return i < list.items->size() && sameBits(*(*list.items)[i], wanted);
     }
 
     std::size_t count_;
@@ -128,16 +102,18 @@ private:
 // ---- What is kept of a document -------------------------------------------------------------------------------------
 
 /// The model first: what was the model before is what Undo holds now.
-constexpr std::array<PatchList DocumentState::*, 8> patchLists = {
-    &DocumentState::patches,      &DocumentState::undoPatches,    &DocumentState::pointUndoPatches,
-    &DocumentState::dragPatches,  &DocumentState::blockClipboard, &DocumentState::referencePatches,
-    &DocumentState::fieldPatches, &DocumentState::interPatches,
+constexpr std::array<PatchList DocumentState::*, 6> patchLists = {
+    &DocumentState::patches,          &DocumentState::dragPatches,  &DocumentState::blockClipboard,
+    &DocumentState::referencePatches, &DocumentState::fieldPatches, &DocumentState::interPatches,
 };
-constexpr std::array<FieldSnapshot DocumentState::*, 2> fields = {&DocumentState::undoField,
-                                                                  &DocumentState::pointUndoField};
-constexpr std::array<zRegion_fe DocumentState::*, 4> regions = {&DocumentState::feRegion, &DocumentState::undoRegion,
-                                                                &DocumentState::pointUndoRegion,
+constexpr std::array<KeptPatches DocumentState::*, 2> keptLists = {&DocumentState::undoPatches,
+                                                                   &DocumentState::pointUndoPatches};
+constexpr std::array<KeptField DocumentState::*, 2> fields = {&DocumentState::undoField,
+                                                              &DocumentState::pointUndoField};
+constexpr std::array<zRegion_fe DocumentState::*, 2> regions = {&DocumentState::feRegion,
                                                                 &DocumentState::referenceRegion};
+constexpr std::array<KeptRegion DocumentState::*, 2> keptRegions = {&DocumentState::undoRegion,
+                                                                    &DocumentState::pointUndoRegion};
 constexpr std::array<PointList DocumentState::*, 8> pointLists = {
     &DocumentState::lineBuffer,        &DocumentState::interLine,    &DocumentState::beforeIntersection,
     &DocumentState::afterIntersection, &DocumentState::cylinderLine, &DocumentState::sftPoints,
@@ -222,15 +198,6 @@ void putInto(Owner& owner, const std::tuple<Member Owner::*...>& members, const 
 template <class Owner, class... Member>
 auto tupleOf(const std::tuple<Member Owner::*...>&) -> std::tuple<Member...>;
 
-/// The values of a field beside its patches.
-struct FieldWords {
-    std::string titleLine;
-    std::string variablesLine;
-    std::int32_t count = 0;
-    bool loaded = false;
-    bool mode = false;
-};
-
 } // namespace
 
 struct DocumentSnapshot::Small {
@@ -259,8 +226,7 @@ DocumentSnapshot::DocumentSnapshot(const VelmoraDoc& doc, const DocumentSnapshot
                                                doc.coveredText_,
                                                doc.extentStatus_});
     for (std::size_t i = 0; i < fields.size(); ++i) {
-        const FieldSnapshot& field = doc.*fields[i];
-        small->fieldWords[i] = {field.titleLine, field.variablesLine, field.count, field.loaded, field.mode};
+        small->fieldWords[i] = (doc.*fields[i]).words;
     }
     small_ = std::move(small);
 }
@@ -269,22 +235,44 @@ DocumentSnapshot::DocumentSnapshot(const VelmoraDoc& doc, const DocumentSnapshot
 
 namespace {
 
-SharedPatches shared(const PatchList& list, EarlierItems<Patch>& earlier, const HeldBytes& held) {
-    SharedPatches patches;
-    patches.reserve(list.size());
+/// Patches or zones where they stand in the document.
+template <class Item>
+using Items = std::vector<const Item*>;
+
+template <class Patches>
+Items<Patch> patchesOf(const Patches& list) {
+    Items<Patch> items;
     for (std::size_t k = 0; k < list.size(); ++k) {
-        auto found = earlier.find(list[k], k);
-        patches.push_back(found ? std::move(found) : counted(std::make_unique<const Patch>(list[k]), held));
+        items.push_back(&list[k]);
     }
-    return patches;
+    return items;
 }
 
-SharedRegion shared(const zRegion_fe& region, EarlierItems<zBlock_fe>& earlier, const HeldBytes& held) {
-    SharedRegion kept{region.title, region.words, {}};
+template <class Region>
+Items<zBlock_fe> zonesOf(const Region& region) {
+    Items<zBlock_fe> items;
     for (std::size_t k = 0; k < region.blocks.size(); ++k) {
-        auto found = earlier.find(*region.blocks[k], k);
-        kept.zones.push_back(found ? std::move(found)
-                                   : counted(std::unique_ptr<const zBlock_fe>(cloneZone(*region.blocks[k])), held));
+        items.push_back(region.blocks[k].get());
+    }
+    return items;
+}
+
+std::unique_ptr<const Patch> copyOf(const Patch& patch) {
+    return std::make_unique<const Patch>(patch);
+}
+
+std::unique_ptr<const zBlock_fe> copyOf(const zBlock_fe& zone) {
+    return cloneZone(zone);
+}
+
+template <class Item>
+std::vector<std::shared_ptr<const Item>> shared(const Items<Item>& items, EarlierItems<Item>& earlier,
+                                                const HeldBytes& held) {
+    std::vector<std::shared_ptr<const Item>> kept;
+    kept.reserve(items.size());
+    for (std::size_t k = 0; k < items.size(); ++k) {
+        auto found = earlier.find(*items[k], k);
+        kept.push_back(found ? std::move(found) : counted(copyOf(*items[k]), held));
     }
     return kept;
 }
@@ -308,24 +296,32 @@ zRegion_fe unshared(const SharedRegion& kept) {
     return region;
 }
 
+KeptRegion keptAgain(const SharedRegion& kept) {
+    zRegion_fe region = unshared(kept);
+    return {std::move(region.title), KeptZones::of(std::move(region.blocks)), region.words};
+}
+
 } // namespace
 
 /// Each list may share with itself and with the model of the moment before, and those behind the model with the model
 /// of this moment. A model of the same revision is the same one.
 void DocumentSnapshot::keepLists(const VelmoraDoc& doc, const DocumentSnapshot* before, const HeldBytes& held) {
-    std::vector<const PatchList*> lists;
-    lists.reserve(patchLists.size() + fields.size() + 1);
+    std::vector<Items<Patch>> lists;
+    lists.reserve(patchLists.size() + keptLists.size() + fields.size() + 1);
     for (const auto member : patchLists) {
-        lists.push_back(&(doc.*member));
+        lists.push_back(patchesOf(doc.*member));
+    }
+    for (const auto member : keptLists) {
+        lists.push_back(patchesOf(doc.*member));
     }
     for (const auto member : fields) {
-        lists.push_back(&(doc.*member).patches);
+        lists.push_back(patchesOf((doc.*member).patches));
     }
-    PatchList curves(1); // the lists of points are the sections of a patch
+    Patch curves; // the lists of points are the sections of a patch
     for (const auto member : pointLists) {
-        curves.front().push_back(doc.*member);
+        curves.push_back(doc.*member);
     }
-    lists.push_back(&curves);
+    lists.push_back({&curves});
     const bool sameModel = before != nullptr && before->revision_ == revision_;
     lists_.reserve(lists.size());
     for (std::size_t i = 0; i < lists.size(); ++i) {
@@ -333,7 +329,7 @@ void DocumentSnapshot::keepLists(const VelmoraDoc& doc, const DocumentSnapshot* 
             lists_.push_back(before->lists_[0]);
             continue;
         }
-        EarlierItems<Patch> earlier(lists[i]->size());
+        EarlierItems<Patch> earlier(lists[i].size());
         if (before != nullptr) {
             earlier.add(before->lists_[i]);
             earlier.add(before->lists_[0]);
@@ -341,15 +337,21 @@ void DocumentSnapshot::keepLists(const VelmoraDoc& doc, const DocumentSnapshot* 
         if (i > 0) {
             earlier.add(lists_[0]);
         }
-        lists_.push_back(shared(*lists[i], earlier, held));
+        lists_.push_back(shared(lists[i], earlier, held));
     }
-    regions_.reserve(regions.size());
-    for (std::size_t i = 0; i < regions.size(); ++i) {
+    keepRegions(doc, before, held);
+}
+
+void DocumentSnapshot::keepRegions(const VelmoraDoc& doc, const DocumentSnapshot* before, const HeldBytes& held) {
+    const bool sameModel = before != nullptr && before->revision_ == revision_;
+    regions_.reserve(regions.size() + keptRegions.size());
+    const auto keep = [&](const auto& region) {
+        const std::size_t i = regions_.size();
         if (i == 0 && sameModel) {
             regions_.push_back(before->regions_[0]);
-            continue;
+            return;
         }
-        EarlierItems<zBlock_fe> earlier((doc.*regions[i]).blocks.size());
+        EarlierItems<zBlock_fe> earlier(region.blocks.size());
         if (before != nullptr) {
             earlier.add(before->regions_[i].zones);
             earlier.add(before->regions_[0].zones);
@@ -357,7 +359,13 @@ void DocumentSnapshot::keepLists(const VelmoraDoc& doc, const DocumentSnapshot* 
         if (i > 0) {
             earlier.add(regions_[0].zones);
         }
-        regions_.push_back(shared(doc.*regions[i], earlier, held));
+        regions_.push_back({region.title, region.words, shared(zonesOf(region), earlier, held)});
+    };
+    for (const auto member : regions) {
+        keep(doc.*member);
+    }
+    for (const auto member : keptRegions) {
+        keep(doc.*member);
     }
 }
 
@@ -365,7 +373,8 @@ void DocumentSnapshot::keepComparison(const VelmoraDoc& doc, const DocumentSnaps
     if (!doc.foundComparison) {
         return;
     }
-    const bool known = before != nullptr && before->comparison_ && same(*before->comparison_, *doc.foundComparison);
+    const bool known =
+        before != nullptr && before->comparison_ && sameComparison(*before->comparison_, *doc.foundComparison);
     comparison_ = known ? before->comparison_ : counted(std::make_unique<const Comparison>(*doc.foundComparison), held);
 }
 
@@ -374,28 +383,41 @@ void DocumentSnapshot::keepComparison(const VelmoraDoc& doc, const DocumentSnaps
 /// The copies are made first: where there is no memory for them the document stays as it is.
 void DocumentSnapshot::putListsBack(VelmoraDoc& doc) const {
     std::vector<PatchList> lists;
-    std::transform(lists_.begin(), lists_.end(), std::back_inserter(lists),
-                   [](const SharedPatches& patches) { return unshared(patches); });
+    std::vector<KeptPatches> kept;
+    for (std::size_t i = 0; i < lists_.size(); ++i) {
+        PatchList list = unshared(lists_[i]);
+        if (i >= patchLists.size() && i + 1 < lists_.size()) {
+            kept.push_back(KeptPatches::of(std::move(list)));
+        } else {
+            lists.push_back(std::move(list));
+        }
+    }
     std::vector<zRegion_fe> zones;
-    std::transform(regions_.begin(), regions_.end(), std::back_inserter(zones),
-                   [](const SharedRegion& region) { return unshared(region); });
+    std::vector<KeptRegion> keptZones;
+    for (std::size_t i = 0; i < regions_.size(); ++i) {
+        if (i < regions.size()) {
+            zones.push_back(unshared(regions_[i]));
+        } else {
+            keptZones.push_back(keptAgain(regions_[i]));
+        }
+    }
     for (std::size_t i = 0; i < patchLists.size(); ++i) {
         doc.*patchLists[i] = std::move(lists[i]);
     }
+    for (std::size_t i = 0; i < keptLists.size(); ++i) {
+        doc.*keptLists[i] = std::move(kept[i]);
+    }
     for (std::size_t i = 0; i < fields.size(); ++i) {
-        const FieldWords& words = small_->fieldWords[i];
-        doc.*fields[i] = {std::move(lists[patchLists.size() + i]),
-                          words.titleLine,
-                          words.variablesLine,
-                          words.count,
-                          words.loaded,
-                          words.mode};
+        doc.*fields[i] = {std::move(kept[keptLists.size() + i]), small_->fieldWords[i]};
     }
     for (std::size_t i = 0; i < pointLists.size(); ++i) {
         doc.*pointLists[i] = std::move(lists.back().front()[i]);
     }
     for (std::size_t i = 0; i < regions.size(); ++i) {
         doc.*regions[i] = std::move(zones[i]);
+    }
+    for (std::size_t i = 0; i < keptRegions.size(); ++i) {
+        doc.*keptRegions[i] = std::move(keptZones[i]);
     }
 }
 
@@ -423,7 +445,7 @@ void DocumentSnapshot::putBack(VelmoraDoc& doc) const {
     if (doc.modelFile.documentTitle != title) {
         doc.ui().showTitle(doc.modelFile.documentTitle);
     }
-    tellViews(doc, !(same(doc.boxMin, lower) && same(doc.boxMax, upper)));
+    tellViews(doc, !(sameBits(doc.boxMin, lower) && sameBits(doc.boxMax, upper)));
     doc.ShowStatus(status);
     doc.coveredStatus_ = small_->coveredStatus;
     doc.coveredText_ = small_->coveredText;

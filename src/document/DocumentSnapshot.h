@@ -44,6 +44,7 @@ private:
     struct Small;
 
     void keepLists(const VelmoraDoc& doc, const DocumentSnapshot* before, const HeldBytes& held);
+    void keepRegions(const VelmoraDoc& doc, const DocumentSnapshot* before, const HeldBytes& held);
     void putListsBack(VelmoraDoc& doc) const;
     void keepComparison(const VelmoraDoc& doc, const DocumentSnapshot* before, const HeldBytes& held);
     static void tellViews(VelmoraDoc& doc, bool otherBox);

@@ -137,28 +137,16 @@ PatchList* DocumentState::wholeField() {
     return whole ? &fieldPatches : nullptr;
 }
 
-FieldSnapshot DocumentState::fieldAsItIs() const {
-    return {fieldPatches, fieldTitleLine, fieldVariablesLine, fieldCount, fieldLoaded, fieldMode};
+FieldWords DocumentState::fieldWords() const {
+    return {fieldTitleLine, fieldVariablesLine, fieldCount, fieldLoaded, fieldMode};
 }
 
-void DocumentState::takeField(FieldSnapshot&& field) {
-    fieldPatches = std::move(field.patches);
-    fieldTitleLine = std::move(field.titleLine);
-    fieldVariablesLine = std::move(field.variablesLine);
-    fieldCount = field.count;
-    fieldLoaded = field.loaded;
-    fieldMode = field.mode;
-}
-
-void DocumentState::exchangeField(FieldSnapshot& field) {
-    FieldSnapshot own = {std::move(fieldPatches),
-                         std::move(fieldTitleLine),
-                         std::move(fieldVariablesLine),
-                         fieldCount,
-                         fieldLoaded,
-                         fieldMode};
-    takeField(std::move(field));
-    field = std::move(own);
+void DocumentState::takeFieldWords(FieldWords&& words) noexcept {
+    fieldTitleLine = std::move(words.titleLine);
+    fieldVariablesLine = std::move(words.variablesLine);
+    fieldCount = words.count;
+    fieldLoaded = words.loaded;
+    fieldMode = words.mode;
 }
 
 void DocumentState::checkRegularity(const PatchList& list) {

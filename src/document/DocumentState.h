@@ -11,6 +11,7 @@
 
 #include "Capture.h"
 #include "Comparison.h"
+#include "KeptList.h"
 #include "ModelFile.h"
 #include "PatchList.h"
 #include "kinds.h"
@@ -40,14 +41,24 @@ struct SnapshotCounts {
     std::uint64_t guardCopies = 0; ///< of patches, see VelmoraDoc::keepForGuard
 };
 
-/// The values that a field gives to the points of a model, and what its file says of them.
-struct FieldSnapshot {
-    PatchList patches;
+/// What is known of the field values of a model beside the values.
+struct FieldWords {
     std::string titleLine;
     std::string variablesLine;
     std::int32_t count = 0;
     bool loaded = false;
     bool mode = false;
+};
+
+/// The values that a field gives to the points of a model, and what its file says of them.
+struct FieldSnapshot {
+    PatchList patches;
+    FieldWords words;
+};
+/// The same in a snapshot for Undo.
+struct KeptField {
+    KeptPatches patches;
+    FieldWords words;
 };
 
 /// The snapshots that the command that runs has replaced: they come back if it is refused.
@@ -58,13 +69,13 @@ struct ReplacedSnapshots {
     bool pointIsNewer = false;
     std::filesystem::path path;
     bool patchTaken = false;
-    PatchList patches;
-    zRegion_fe region;
-    FieldSnapshot field;
+    KeptPatches patches;
+    KeptRegion region;
+    KeptField field;
     bool pointTaken = false;
-    PatchList pointPatches;
-    zRegion_fe pointRegion;
-    FieldSnapshot pointField;
+    KeptPatches pointPatches;
+    KeptRegion pointRegion;
+    KeptField pointField;
 };
 
 /// All that the document holds: the model, what is captured, buffers, switches and the values of the dialogs. Views and
@@ -78,18 +89,18 @@ struct DocumentState {
 
     // ---- Geometry ---------------------------------------------------------------------------------------------------
 
-    PatchList patches;          ///< the structured model, in file order
-    PatchList undoPatches;      ///< snapshot for Undo patch
-    PatchList pointUndoPatches; ///< snapshot for Undo point
-    PatchList dragPatches;      ///< the grid on which a point is dragged
-    PatchList blockClipboard;   ///< paste buffer of Block copy
-    PatchList referencePatches; ///< a second, structured geometry
-    PatchList fieldPatches;     ///< up to three field values per point, shaped like `patches`
-    PatchList interPatches;     ///< working list of Intersection
-    zRegion_fe feRegion;        ///< the unstructured model
-    zRegion_fe referenceRegion; ///< a second, unstructured geometry
-    zRegion_fe undoRegion;      ///< snapshot for Undo patch
-    zRegion_fe pointUndoRegion; ///< snapshot for Undo point
+    PatchList patches;            ///< the structured model, in file order
+    KeptPatches undoPatches;      ///< snapshot for Undo patch
+    KeptPatches pointUndoPatches; ///< snapshot for Undo point
+    PatchList dragPatches;        ///< the grid on which a point is dragged
+    PatchList blockClipboard;     ///< paste buffer of Block copy
+    PatchList referencePatches;   ///< a second, structured geometry
+    PatchList fieldPatches;       ///< up to three field values per point, shaped like `patches`
+    PatchList interPatches;       ///< working list of Intersection
+    zRegion_fe feRegion;          ///< the unstructured model
+    zRegion_fe referenceRegion;   ///< a second, unstructured geometry
+    KeptRegion undoRegion;        ///< snapshot for Undo patch
+    KeptRegion pointUndoRegion;   ///< snapshot for Undo point
     PointList lineBuffer;
     PointList interLine; ///< piercing points of Intersection, with the points of each line before and after
     PointList beforeIntersection;
@@ -103,8 +114,8 @@ struct DocumentState {
     bool undoModified = false; ///< that model had changes that were not saved
     SnapshotCounts snapshotCounts;
     PatchList guardPatches;                    ///< the model for CommandGuard, where a command takes no snapshot
-    FieldSnapshot undoField;                   ///< the field values of the snapshot for Undo patch
-    FieldSnapshot pointUndoField;              ///< of that for Undo point
+    KeptField undoField;                       ///< the field values of the snapshot for Undo patch
+    KeptField pointUndoField;                  ///< of that for Undo point
     FieldSnapshot guardField;                  ///< of that for CommandGuard
     std::optional<ReplacedSnapshots> replaced; ///< while a command runs
     MarkerShift markerShift; ///< the fits of the last "Reflection to sft", of the plane that it treated last
@@ -222,10 +233,8 @@ struct DocumentState {
     PointList* fieldOfSection(std::int32_t patch, std::int32_t section);
     /// The values of all patches, if all have their shape. Null without.
     PatchList* wholeField();
-    FieldSnapshot fieldAsItIs() const;
-    void takeField(FieldSnapshot&& field);
-    /// The values and those of `field` take each other's places.
-    void exchangeField(FieldSnapshot& field);
+    FieldWords fieldWords() const;
+    void takeFieldWords(FieldWords&& words) noexcept;
 
     // ---- Kind, title and path ---------------------------------------------------------------------------------------
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "KeptList.h"
 #include "PatchList.h"
 #include "zRegion.h"
 
@@ -8,5 +9,7 @@ namespace velmora {
 /// Whether every number of the model is finite: neither infinite nor no number.
 bool isFinite(const PatchList& patches);
 bool isFinite(const zRegion_fe& zones);
+bool isFinite(const KeptPatches& patches);
+bool isFinite(const KeptZones& zones);
 
 } // namespace velmora

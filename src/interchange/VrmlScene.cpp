@@ -35,6 +35,9 @@ constexpr std::array<std::string_view, 7> textureNodes{"ImageTexture",     "Pixe
 /// Fields of which what is used again is no shape.
 constexpr std::array<std::string_view, 6> looksFields{"appearance",       "material",  "texture",
                                                       "textureTransform", "fontStyle", "viewpoint"};
+constexpr std::array<std::string_view, 9> sceneNodes{
+    "Viewpoint", "PerspectiveCamera", "OrthographicCamera", "DirectionalLight", "PointLight", "SpotLight", "Background",
+    "Fog",       "NavigationInfo"};
 constexpr std::array<std::string_view, 3> fileNodes{"Inline", "WWWInline", "EXTERNPROTO"};
 
 // Whether numbers of a field leave everything where it is.
@@ -118,6 +121,8 @@ void VrmlScene::takeWord() {
         ++textures_;
     } else if (isOneOf(word, fileNodes)) {
         ++files_;
+    } else if (isOneOf(word, sceneNodes)) {
+        ++surroundings_;
     } else if (word == "DEF") {
         ++names_;
     } else if (word == "USE" && !isOneOf(previous_, looksFields)) {
@@ -191,6 +196,9 @@ void VrmlScene::note(FileRead& record) const {
     }
     if (names_ > 0) {
         record.losesDetail(told("Names of nodes that are not kept: ", names_));
+    }
+    if (surroundings_ > 0) {
+        record.losesDetail(told("Views, lights and backgrounds that are not kept: ", surroundings_));
     }
     if (turned_ > 0) {
         record.losesDetail(told("Face sets that tell which side is the front, which is not followed: ", turned_));

@@ -47,6 +47,7 @@ private:
     std::int64_t names_ = 0;
     std::int64_t uses_ = 0;
     std::int64_t files_ = 0;
+    std::int64_t surroundings_ = 0;
     std::int64_t turned_ = 0;
     std::set<std::string> otherShapes_;
 };

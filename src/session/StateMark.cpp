@@ -1,5 +1,7 @@
 #include "StateMark.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -30,6 +32,18 @@ void addCapture(Digest& digest, const CaptureState& capture) {
     digest.add(capture.capturedLine);
     digest.add(point ? capture.pickedPoint : zVec<double>());
     digest.add(point ? capture.capturedPointPos : zVec<double>());
+}
+
+void addKept(Digest& digest, const KeptPatches& patches, const KeptRegion& region) {
+    digest.add(std::uint64_t{patches.size()});
+    for (std::size_t k = 0; k < patches.size(); ++k) {
+        digest.add(patches[k]);
+    }
+    digest.add(region.title);
+    digest.add(std::uint64_t{region.blocks.size()});
+    for (std::size_t k = 0; k < region.blocks.size(); ++k) {
+        digest.add(*region.blocks[k]);
+    }
 }
 
 void addBuffers(Digest& digest, const DocumentState& doc) {
@@ -116,12 +130,10 @@ std::uint64_t StateMarker::undoMark(const DocumentState& doc) {
         digest.add(doc.patchUndoReady && doc.rebuildOnUndo);
         digest.add(doc.pointUndoReady);
         if (doc.patchUndoReady) {
-            digest.add(doc.undoPatches);
-            digest.add(doc.undoRegion);
+            addKept(digest, doc.undoPatches, doc.undoRegion);
         }
         if (doc.pointUndoReady) {
-            digest.add(doc.pointUndoPatches);
-            digest.add(doc.pointUndoRegion);
+            addKept(digest, doc.pointUndoPatches, doc.pointUndoRegion);
         }
         undo_ = digest.value();
         undoKey_ = key;

@@ -12,6 +12,7 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <exception>
 
 #include "field_words.h"
 #include "qt_text.h"
@@ -25,6 +26,7 @@ constexpr std::size_t radiosInRow = 3;
 constexpr int editWidth = 150;
 /// What a window manager needs for its buttons and for letters that are wider than ours: no title is cut.
 constexpr int roomBesideTitle = 160;
+constexpr int roomBesideFrame = 12;
 /// Those of OK and Cancel.
 const QString keysOfButtons = QStringLiteral("OC");
 
@@ -122,6 +124,24 @@ FormDialog::FormDialog(DialogForm& form, QWidget* parent) : QDialog(parent), for
     column->setSizeConstraint(QLayout::SetFixedSize);
     showForm();
     focusOnFirst();
+}
+
+void FormDialog::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    if (wasShown_ || !form_.tried) {
+        return;
+    }
+    wasShown_ = true;
+    if (const QWidget* const frame = parentWidget() != nullptr ? parentWidget()->window() : nullptr) {
+        const QRect room = frame->geometry();
+        move(room.right() - frameGeometry().width() - roomBesideFrame,
+             room.bottom() - frameGeometry().height() - 3 * roomBesideFrame);
+    }
+    try {
+        tellTried();
+    } catch (const std::exception&) {
+        // The command itself will tell of what goes wrong.
+    }
 }
 
 FormDialog::~FormDialog() {

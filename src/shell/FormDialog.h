@@ -35,6 +35,10 @@ public:
     /// OK: takes what was typed, then asks the form. A refusal is told and keeps the dialog open.
     void accept() override;
 
+protected:
+    /// What the form tries out is shown from the beginning, and the dialog stands beside it.
+    void showEvent(QShowEvent* event) override;
+
 private:
     /// The widgets of one field; those that its kind does not have are null.
     struct Control {
@@ -72,6 +76,7 @@ private:
     Control* control(const std::string& key);
 
     DialogForm& form_;
+    bool wasShown_ = false;
     AccessKeys keys_;
     std::vector<Control> controls_;
 };

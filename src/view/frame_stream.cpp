@@ -143,6 +143,7 @@ SceneFrame ReceivedFrame::scene() const {
     frame.filled = filled;
     frame.edges = edges;
     frame.backFilled = backFilled;
+    frame.held = &held;
     frame.overlay = &overlay;
     frame.modelView = modelView;
     frame.projection = projection;
@@ -155,6 +156,7 @@ bool writeFrame(const SceneFrame& frame, const PictureSettings& settings, const 
     writer.put(std::string(programVersion()));
     writer.put(settings);
     writer.put(*frame.list);
+    writer.put(frame.held != nullptr ? *frame.held : DrawList());
     writer.put(*frame.overlay);
     for (const bool flag : {frame.filled, frame.edges, frame.backFilled}) {
         writer.put(flag);
@@ -174,6 +176,7 @@ bool readFrame(const FillBytes& fill, ReceivedFrame& frame) {
     }
     reader.get(frame.settings);
     reader.get(frame.list);
+    reader.get(frame.held);
     reader.get(frame.overlay);
     for (bool* flag : {&frame.filled, &frame.edges, &frame.backFilled}) {
         reader.get(*flag);

@@ -18,6 +18,7 @@ using FillBytes = std::function<bool(char* room, std::size_t size)>;
 struct ReceivedFrame {
     PictureSettings settings;
     DrawList list;
+    DrawList held;
     Overlay overlay;
     bool filled = false;
     bool edges = false;

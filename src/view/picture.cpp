@@ -249,6 +249,9 @@ void withPicture(VelmoraView& view, const DocumentState& document, const Picture
         SceneFrame frame;
         frame.list = document.holdsNothing() ? &nothing : &view.list();
         frame.filled = document.surfaceMode;
+        frame.edges = view.edgesShown;
+        frame.backFilled = view.backFacesFilled;
+        frame.held = document.holdsNothing() ? &nothing : &view.held();
         frame.overlay = &overlay;
         frame.modelView = view.modelViewMatrix;
         frame.projection = view.projectionMatrix;
@@ -289,6 +292,9 @@ Colour colourOf(PictureGround ground) {
 std::string svgOf(const SceneFrame& frame, const PictureSettings& settings) {
     SvgWriter writer(frame, settings);
     writer.addList(*frame.list);
+    if (frame.held != nullptr) {
+        writer.addList(*frame.held);
+    }
     writer.addList(frame.overlay->list);
     for (const DrawText& text : frame.overlay->texts) {
         writer.addText(text);

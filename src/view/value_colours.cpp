@@ -23,9 +23,6 @@ constexpr std::array<Colour, 5> anchors{{{0.00F, 0.00F, 0.26F, 1.0F},
                                          {0.38F, 0.50F, 0.18F, 1.0F},
                                          {0.76F, 0.68F, 0.06F, 1.0F}}};
 
-/// Of one value alone a range is made: this part of it, or of 1 for smaller ones.
-constexpr double narrowRange = 1e-6;
-
 std::optional<PointValues> comparedValues(const DocumentState& document) {
     if (document.comparison() == nullptr) {
         return std::nullopt;
@@ -338,14 +335,15 @@ ValueScale scaleOf(const PointValues& values, std::int32_t bands) {
         }
     }
     const auto [least, most] = range.value_or(std::pair(0.0, 1.0));
-    return {least, least < most ? most : least + narrowRange * std::max(1.0, std::abs(least)), bands};
+    return {least, most, least < most ? bands : 1};
 }
 
 std::vector<LegendRow> legendOf(const ValueScale& scale) {
     std::vector<LegendRow> rows;
     for (std::int32_t band = scale.bandCount() - 1; band >= 0; --band) {
-        rows.push_back(
-            {scale.colourOf(band), shortNumber(scale.edge(band)) + " to " + shortNumber(scale.edge(band + 1))});
+        const std::string from = shortNumber(scale.edge(band));
+        const std::string to = shortNumber(scale.edge(band + 1));
+        rows.push_back({scale.colourOf(band), scale.edge(band) < scale.edge(band + 1) ? from + " to " + to : from});
     }
     return rows;
 }

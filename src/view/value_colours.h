@@ -25,7 +25,7 @@ std::optional<PointValues> valuesToShow(const DocumentState& document);
 /// A range of values in bands of one width. What lies outside belongs to the first or the last one.
 class ValueScale {
 public:
-    /// `least` is to be below `most`, and `bands` 1 or more.
+    /// `least` is to be below `most`, and `bands` 1 or more; one band may have one value alone.
     ValueScale(double least, double most, std::int32_t bands);
 
     std::int32_t bandCount() const { return static_cast<std::int32_t>(edges_.size()) - 1; }
@@ -40,13 +40,13 @@ private:
     std::vector<double> edges_;
 };
 
-/// The scale over all finite values. Of one value alone a narrow range begins there.
+/// The scale over all finite values. One value alone has one band.
 ValueScale scaleOf(const PointValues& values, std::int32_t bands);
 
 /// A row of a legend.
 struct LegendRow {
     Colour colour{};
-    std::string text; ///< "from ... to" of the band
+    std::string text; ///< "from ... to" of the band, or its one value
 };
 /// The bands of a scale, the highest first.
 std::vector<LegendRow> legendOf(const ValueScale& scale);

@@ -112,6 +112,16 @@ protected:
         must("mouse up 400 20");
     }
 
+    /// What it costs to move a section of the patch, by another way each time.
+    Cost moveSectionOf(int patch) {
+        must("run line.inputSection patch=" + std::to_string(patch) + " section=3");
+        const std::string line = "run line.move deltaX=" + std::to_string(++moves_);
+        return costOf([&] { must(line); });
+    }
+
+    static constexpr std::int64_t bytesOfPatch = bytesOfGrid / patches;
+    int moves_ = 0;
+
     std::filesystem::path facets = folder / "facets.stl";
     std::filesystem::path grid = folder / "grid.apt";
 };
@@ -193,6 +203,30 @@ TEST_F(CostTest, SavingHoldsABlockOfTheFileAndNoMoreOfTheModel) {
     const Cost saving = costOf([&] { must("run file.saveAs file=" + file("copy.apt")); });
     EXPECT_GT(std::filesystem::file_size(folder / "copy.apt"), 0U);
     EXPECT_LE(saving.most, bytesOfGrid / 10 + static_cast<std::int64_t>(NumberWriter::defaultBlockSize));
+}
+
+TEST_F(CostTest, CommandOnOnePatchKeepsThatPatchForUndoAndNoOther) {
+    open(grid);
+    const Cost first = moveSectionOf(2);
+    const Cost second = moveSectionOf(2);
+    const Cost onAnother = moveSectionOf(5);
+    const Cost line = costOf([&] { must("run line.inputSection patch=5 section=4"); }); // changes nothing
+    EXPECT_GE(first.held, bytesOfGrid);                                                 // nothing yet to share with
+    for (const Cost& cost : {second, onAnother}) {
+        EXPECT_GE(cost.asked - line.asked, bytesOfPatch * 9 / 10);
+        EXPECT_LE(cost.asked - line.asked, bytesOfPatch * 12 / 10);
+        EXPECT_LE(cost.held, bytesOfPatch / 10); // the patch of the snapshot before went
+    }
+}
+
+TEST_F(CostTest, UndoOfACommandOnOnePatchCopiesNoPatch) {
+    open(grid);
+    moveSectionOf(2);
+    moveSectionOf(3);
+    const Cost line = costOf([&] { must("run line.inputSection patch=5 section=4"); });
+    const Cost undo = costOf([&] { must("run patch.undo"); });
+    EXPECT_LE(undo.asked - line.asked, bytesOfPatch / 2);
+    EXPECT_LE(undo.held, bytesOfPatch / 10 - bytesOfGrid); // the snapshot went
 }
 
 TEST_F(CostTest, FacetsAreReadInOnePass) {

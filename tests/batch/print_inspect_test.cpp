@@ -132,6 +132,10 @@ TEST_F(PrintInspect, TheLegendIsThatOfTheValuesThatAreShown) {
     EXPECT_EQ(texts(), 0U);
     must("run model.compare target=3 file=" + file("plate.apt"));
     must("run view.colourByValue quantity=2 bands=4");
+    EXPECT_EQ(texts(), 2U) << "a title and the one distance, 0";
+    must("run line.inputSection section=1");
+    must("run line.move deltaZ=1");
+    must("run model.compare target=3 file=" + file("plate.apt"));
     EXPECT_EQ(texts(), 5U) << "a title and four bands";
     must("run view.colourByValue bands=3");
     EXPECT_EQ(texts(), 4U);

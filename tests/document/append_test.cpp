@@ -67,7 +67,7 @@ TEST_F(Append, OfAFileThatGivesNothingLeavesTheTypeOfTheModel) {
 TEST_F(Append, PushesTheFilesPatchesBehindThoseThatAreThere) {
     EXPECT_THAT(append("other/Tail.apt", aptText({tail})), ElementsAre("chooser: Append -> 1"));
     EXPECT_EQ(doc.patches, (PatchList{wing, tail}));
-    EXPECT_EQ(doc.undoPatches, PatchList{wing});
+    EXPECT_EQ(doc.undoPatches.copy(), PatchList{wing});
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_TRUE(doc.rebuildOnUndo);
     EXPECT_TRUE(doc.documentModified);

@@ -117,7 +117,7 @@ TEST_F(BlockExtract, KeepsTheZBlockInTheOrderOfTheModel) {
     call("block.extract");
     EXPECT_EQ(heights(doc.patches), (Heights{0, 2, 4}));
     expectIdle();
-    EXPECT_EQ(heights(doc.undoPatches), (Heights{0, 1, 2, 3, 4}));
+    EXPECT_EQ(heights(doc.undoPatches.copy()), (Heights{0, 1, 2, 3, 4}));
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_FALSE(doc.rebuildOnUndo);
     EXPECT_THAT(viewCalls(), ElementsAre("reset", "redraw"));
@@ -277,7 +277,7 @@ TEST_F(BlockClipboard, PasteReplacesTheZBlockAndSelectsWhatWasPasted) {
     EXPECT_EQ(block(), (Numbers{2, 3}));
     EXPECT_TRUE(doc.capture->patchCaptured);
     EXPECT_FALSE(doc.capture->curveRegimeActive());
-    EXPECT_EQ(heights(doc.undoPatches), (Heights{0, 1, 2, 3}));
+    EXPECT_EQ(heights(doc.undoPatches.copy()), (Heights{0, 1, 2, 3}));
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_THAT(viewCalls(), Contains("set patch"));
 }
@@ -408,7 +408,7 @@ TEST_F(Extrapolation, AddsASectionBeforeTheFirstOfEachPatchOfTheZBlock) {
     EXPECT_EQ(countsOf(doc.patches[0]), (Numbers{3, 3, 3}));
     EXPECT_EQ(countsOf(doc.patches[1]), (Numbers{3, 3}));
     EXPECT_EQ(doc.patches[2][0], (PointList{{0, -0.5, 2}, {1, -0.5, 2}, {2, -0.5, 2}}));
-    EXPECT_EQ(heights(doc.undoPatches), (Heights{0, 1, 2}));
+    EXPECT_EQ(heights(doc.undoPatches.copy()), (Heights{0, 1, 2}));
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_FALSE(doc.rebuildOnUndo);
     EXPECT_THAT(heard(), ElementsAre("dialog: CExtrapolation -> ok"));

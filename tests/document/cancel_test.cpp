@@ -97,8 +97,8 @@ std::string lookOf(const Desk& desk) {
     const VelmoraDoc& doc = desk.doc;
     std::ostringstream look;
     look.precision(17);
-    look << doc.rescueBytes() << Picture::ofAll(doc) << Picture::ofPatches(doc.undoPatches)
-         << Picture::ofZones(doc.undoRegion) << Picture::ofPatches(doc.pointUndoPatches)
+    look << doc.rescueBytes() << Picture::ofAll(doc) << Picture::ofPatches(doc.undoPatches.copy())
+         << Picture::ofZones(doc.undoRegion) << Picture::ofPatches(doc.pointUndoPatches.copy())
          << Picture::ofPatches({{doc.lineBuffer, doc.beforeIntersection, doc.afterIntersection}}) << doc.patchUndoReady
          << doc.pointUndoReady << doc.rebuildOnUndo << doc.documentModified << doc.lineBufferFull
          << textOf(doc.structureKind) << textOf(doc.fileKind) << doc.modelFile.documentTitle << doc.modelFile.chosenPath

@@ -80,6 +80,12 @@ public:
         return picture.text_.str();
     }
 
+    static std::string ofZones(const KeptRegion& kept) {
+        zRegion_fe zones;
+        zones.blocks = kept.blocks.copy();
+        return ofZones(zones);
+    }
+
 private:
     Picture() { text_.precision(17); }
 
@@ -248,7 +254,7 @@ protected:
     std::string undoState() const {
         return std::string("changed ") + (doc.documentModified ? "1" : "0") + " ready " +
                (doc.pointUndoReady ? "1" : "0") + (doc.patchUndoReady ? "1" : "0") +
-               Picture::ofPatches(doc.pointUndoPatches) + Picture::ofPatches(doc.undoPatches) +
+               Picture::ofPatches(doc.pointUndoPatches.copy()) + Picture::ofPatches(doc.undoPatches.copy()) +
                Picture::ofZones(doc.pointUndoRegion) + Picture::ofZones(doc.undoRegion);
     }
 

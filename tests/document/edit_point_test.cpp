@@ -58,7 +58,7 @@ TEST_F(EditPoint, TakesASnapshotAndTheAddress) {
     const PatchList before = doc.patches;
     ui.dialogs.push_back({{"x", "5"}});
     call("point.edit");
-    EXPECT_EQ(doc.pointUndoPatches, before);
+    EXPECT_EQ(doc.pointUndoPatches.copy(), before);
     EXPECT_TRUE(doc.pointUndoReady);
     EXPECT_FALSE(doc.patchUndoReady);
     EXPECT_TRUE(doc.documentModified);

@@ -56,7 +56,7 @@ TEST_F(SplitPatch, AtASectionGivesTwoPatchesAndEmptiesTheZBlock) {
     EXPECT_EQ(doc.patches[2].size(), 4U);
     EXPECT_EQ(doc.patches[2][0], before[1][3]);
     EXPECT_EQ(doc.patches[3], before[2]);
-    EXPECT_EQ(doc.undoPatches, before);
+    EXPECT_EQ(doc.undoPatches.copy(), before);
     EXPECT_TRUE(doc.patchUndoReady && doc.documentModified);
     EXPECT_FALSE(doc.rebuildOnUndo);
     EXPECT_THAT(block(), IsEmpty());
@@ -96,7 +96,7 @@ TEST_F(SplitPatch, AtABorderLeavesTheModelButTakesSnapshotPromptAndZBlock) {
         doc.patchUndoReady = false;
         call("line.splitPatch");
         EXPECT_EQ(doc.patches, before);
-        EXPECT_EQ(doc.undoPatches, before);
+        EXPECT_EQ(doc.undoPatches.copy(), before);
         EXPECT_TRUE(doc.patchUndoReady);
         EXPECT_THAT(block(), IsEmpty());
         EXPECT_THAT(heard(),
@@ -152,7 +152,7 @@ TEST_F(MergePatches, BySectionsOfFiveAndFiveGivesNineWhateverIsTicked) {
             ASSERT_EQ(doc.patches.size(), 1U);
             ASSERT_EQ(doc.patches[0].size(), 9U);
             EXPECT_EQ(doc.patches[0][5], before[1][1]);
-            EXPECT_EQ(doc.undoPatches, before);
+            EXPECT_EQ(doc.undoPatches.copy(), before);
             EXPECT_TRUE(doc.patchUndoReady);
             EXPECT_FALSE(doc.rebuildOnUndo);
         }
@@ -321,7 +321,7 @@ TEST_F(MatchBorder, PutsTheBorderOfTheSecondOntoTheFirst) {
         EXPECT_EQ(doc.patches[1][n][0], before[0][n][3]);
         EXPECT_EQ(doc.patches[1][n][1], before[1][n][1]);
     }
-    EXPECT_EQ(doc.undoPatches, before);
+    EXPECT_EQ(doc.undoPatches.copy(), before);
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_FALSE(doc.rebuildOnUndo);
     EXPECT_THAT(block(), ElementsAre(0, 1));
@@ -361,7 +361,7 @@ TEST_F(MatchBorder, OfOnePatchTakesTheSnapshotOnly) {
     hold({flatPatch(3, 2)});
     addToBlock(0);
     call("block.matchBorder");
-    EXPECT_EQ(doc.patches, doc.undoPatches);
+    EXPECT_EQ(doc.patches, doc.undoPatches.copy());
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_THAT(heard(), IsEmpty());
 }
@@ -386,7 +386,7 @@ TEST_F(MatchBorder, PassesOverEntriesThatNameNoPatch) {
     addToBlock(9);
     addToBlock(1);
     call("block.matchBorder");
-    EXPECT_EQ(doc.patches, doc.undoPatches);
+    EXPECT_EQ(doc.patches, doc.undoPatches.copy());
     EXPECT_THAT(heard(), IsEmpty());
 }
 

@@ -89,7 +89,7 @@ TEST_F(LineBuffer, PasteOnASectionSaysThatAptMayBeViolatedEvenWhenItIsNot) {
     EXPECT_EQ(doc.patches[0].size(), 3U);
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
     EXPECT_THAT(heard(), ElementsAre(aptNotice));
-    EXPECT_EQ(doc.undoPatches, before);
+    EXPECT_EQ(doc.undoPatches.copy(), before);
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_FALSE(doc.rebuildOnUndo);
     EXPECT_TRUE(doc.capture->sectionCaptured);
@@ -139,7 +139,7 @@ TEST_F(LineBuffer, PasteOfAWrongLengthOnALineIsRefusedAfterTheSnapshot) {
         heard(),
         ElementsAre(aptNotice, "message: Paste is impossible. Number of points is not equal to number of sections"));
     EXPECT_TRUE(doc.patchUndoReady);
-    EXPECT_EQ(doc.undoPatches, before);
+    EXPECT_EQ(doc.undoPatches.copy(), before);
 }
 
 TEST_F(LineBuffer, PasteOnALineThatNotEverySectionReachesIsRefused) {
@@ -275,7 +275,7 @@ TEST_F(LineBuffer, MergeAppendsItToTheSection) {
     EXPECT_EQ(doc.patches[0][1], (PointList{{0, 1, 0}, {1, 1, 0}, {8, 8, 8}, {9, 9, 9}}));
     EXPECT_THAT(heard(),
                 ElementsAre(aptNotice, "title: wing.skl", "status: Save writes " + (folder / "wing.skl").string()));
-    EXPECT_EQ(doc.undoPatches, before);
+    EXPECT_EQ(doc.undoPatches.copy(), before);
     EXPECT_TRUE(doc.patchUndoReady);
 }
 
@@ -286,7 +286,7 @@ TEST_F(LineBuffer, MatchGivesTheSectionItsPointsInTheCloserDirection) {
     fill({{2, 1.05, 0}, {1, 1.05, 0}, {0, 1.05, 0}});
     call("buffer.match");
     EXPECT_EQ(doc.patches[0][1], (PointList{{0, 1.05, 0}, {1, 1.05, 0}, {2, 1.05, 0}}));
-    EXPECT_EQ(doc.undoPatches, before);
+    EXPECT_EQ(doc.undoPatches.copy(), before);
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_FALSE(doc.rebuildOnUndo);
     EXPECT_THAT(heard(), IsEmpty());

@@ -255,7 +255,7 @@ TEST_F(MarkerShiftCommand, TakesASnapshotAndKeepsTheView) {
     call("model.reflectToSft");
     EXPECT_TRUE(doc.patchUndoReady && doc.documentModified);
     EXPECT_FALSE(doc.rebuildOnUndo);
-    EXPECT_EQ(doc.undoPatches, before);
+    EXPECT_EQ(doc.undoPatches.copy(), before);
     EXPECT_EQ(doc.boxMax, corner);
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
     EXPECT_EQ(ui.busyDepth, 0);

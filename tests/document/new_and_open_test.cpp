@@ -122,7 +122,7 @@ TEST_F(New, AnsweredWithYesEmptiesTheDocument) {
     EXPECT_EQ(ui.transcript.front(), removalAnswered);
     EXPECT_TRUE(doc.patches.empty());
     expectKinds(StructureKind::None, FileKind::None);
-    EXPECT_EQ(doc.undoPatches, before);
+    EXPECT_EQ(doc.undoPatches.copy(), before);
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_TRUE(doc.fieldPatches.empty());
     for (const bool flag :

@@ -124,6 +124,7 @@ void expectStrong(const char* name, const Work& arrange, const Work& run) {
     for (long count = 0; count < 100000; count += count < 150 ? 1 : 1 + count / 20) {
         Bench bench(arrange);
         const Look before(bench.doc);
+        const PatchList pointUndo = bench.doc.pointUndoPatches.copy();
         bool failed = false;
         try {
             const CommandGuard guard(bench.doc);
@@ -143,6 +144,7 @@ void expectStrong(const char* name, const Work& arrange, const Work& run) {
         ASSERT_TRUE(after == before) << "allocation " << count;
         EXPECT_TRUE(!bench.doc.patchUndoReady || !bench.doc.undoPatches.empty() || !bench.doc.undoRegion.blocks.empty())
             << count;
+        EXPECT_TRUE(!bench.doc.pointUndoReady || bench.doc.pointUndoPatches.copy() == pointUndo) << count;
     }
     FAIL() << "the command never came to its end";
 }
@@ -199,6 +201,23 @@ TEST(OutOfMemory, OpenAndUndoLeaveTheModelAsItWas) {
     expectStrong(
         "Undo of a conversion", [](VelmoraDoc& doc) { run(doc, "convert.toUnstructured"); },
         [](VelmoraDoc& doc) { doc.UndoPatch(); });
+}
+
+/// A snapshot for Undo point that shares its patches with the one that the command takes.
+void takePointSnapshot(VelmoraDoc& doc) {
+    doc.SavePointUndo();
+    doc.pointUndoReady = true;
+}
+
+TEST(OutOfMemory, CommandsWhoseSnapshotIsSharedLeaveTheModelAsItWas) {
+    expectStrong("Move", takePointSnapshot, [](VelmoraDoc& doc) { run(doc, "model.move"); });
+    expectStrong("To triangles", takePointSnapshot, [](VelmoraDoc& doc) { run(doc, "convert.toUnstructured"); });
+    const Work moveOnceMore = [](VelmoraDoc& doc) {
+        takePointSnapshot(doc);
+        run(doc, "model.move");
+    };
+    expectStrong("Undo", moveOnceMore, [](VelmoraDoc& doc) { doc.UndoPatch(); });
+    expectStrong("Undo point", moveOnceMore, [](VelmoraDoc& doc) { doc.UndoPoint(); });
 }
 
 TEST(OutOfMemory, AGuardWithinAGuardPutsTheModelBackOnce) {

@@ -82,7 +82,7 @@ TEST_F(ReferenceFiles, AppendWrlOpensASecondGeometryBesideTheModel) {
     EXPECT_THAT(heard(), ElementsAre("chooser: Append -> 1"));
     EXPECT_THAT(viewCalls(), ElementsAre("redraw"));
     EXPECT_TRUE(doc.patchUndoReady);
-    EXPECT_EQ(doc.undoPatches, doc.patches);
+    EXPECT_EQ(doc.undoPatches.copy(), doc.patches);
     EXPECT_EQ(doc.structureKind, StructureKind::Structured);
     EXPECT_EQ(doc.fileKind, FileKind::Apt);
     EXPECT_EQ(ui.busyDepth, 0);

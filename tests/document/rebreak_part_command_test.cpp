@@ -214,8 +214,8 @@ TEST_F(RebreakPart, BeforeMovesTheNumberOfThePointWithItsPlace) {
     EXPECT_EQ(doc.capture->capturedPoint, 8);
     EXPECT_EQ(*doc.pointAt(0, 1, 8), doc.capture->capturedPointPos);
     EXPECT_EQ(doc.patches[0][0], before[0][0]);
-    EXPECT_EQ(doc.undoPatches, before);
-    EXPECT_EQ(doc.pointUndoPatches, before);
+    EXPECT_EQ(doc.undoPatches.copy(), before);
+    EXPECT_EQ(doc.pointUndoPatches.copy(), before);
     EXPECT_TRUE(doc.patchUndoReady && doc.pointUndoReady);
     EXPECT_FALSE(doc.rebuildOnUndo);
     EXPECT_EQ(doc.capture->savedPatch, 0);

@@ -24,7 +24,7 @@ protected:
     }
 
     void expectSnapshotOf(const PatchList& before) {
-        EXPECT_EQ(doc.undoPatches, before);
+        EXPECT_EQ(doc.undoPatches.copy(), before);
         EXPECT_TRUE(doc.patchUndoReady && doc.documentModified);
         EXPECT_FALSE(doc.rebuildOnUndo);
     }

@@ -124,11 +124,11 @@ TEST_F(ToSkl, UndoBringsTheSurfaceBack) {
 
 TEST_F(ToSkl, CancelLeavesTheSnapshotOfTheCommandBefore) {
     doc.patchUndoReady = true;
-    doc.undoPatches = {flatPatch(2, 2)};
+    doc.undoPatches = KeptPatches::of({flatPatch(2, 2)});
     call("convert.toSkl");
     EXPECT_THAT(heard(), ElementsAre("dialog: CConvert_to_SKL -> cancel"));
     EXPECT_EQ(doc.structureKind, StructureKind::Unstructured);
-    EXPECT_EQ(doc.undoPatches, PatchList{flatPatch(2, 2)});
+    EXPECT_EQ(doc.undoPatches.copy(), PatchList{flatPatch(2, 2)});
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_FALSE(doc.documentModified);
 }
@@ -341,10 +341,10 @@ TEST_F(ToApt, MakesAGridOfLines) {
 TEST_F(ToApt, CancelLeavesTheSnapshotOfTheCommandBefore) {
     holdLines();
     doc.patchUndoReady = true;
-    doc.undoPatches = {flatPatch(2, 2), flatPatch(3, 3)};
+    doc.undoPatches = KeptPatches::of({flatPatch(2, 2), flatPatch(3, 3)});
     call("convert.toApt");
     EXPECT_EQ(doc.fileKind, FileKind::Skl);
-    EXPECT_THAT(doc.undoPatches, SizeIs(2));
+    EXPECT_THAT(doc.undoPatches.copy(), SizeIs(2));
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_FALSE(doc.documentModified);
 }
@@ -467,10 +467,10 @@ TEST_F(ZoneKnife, UndoBringsTheWholeBack) {
 
 TEST_F(ZoneKnife, CancelLeavesTheSnapshotOfTheCommandBefore) {
     doc.patchUndoReady = true;
-    doc.undoPatches = {flatPatch(2, 2)};
+    doc.undoPatches = KeptPatches::of({flatPatch(2, 2)});
     call("convert.knife");
     EXPECT_EQ(elements(), 12);
-    EXPECT_EQ(doc.undoPatches, PatchList{flatPatch(2, 2)});
+    EXPECT_EQ(doc.undoPatches.copy(), PatchList{flatPatch(2, 2)});
     EXPECT_TRUE(doc.patchUndoReady);
     EXPECT_FALSE(doc.documentModified);
 }
@@ -683,7 +683,7 @@ TEST_F(InvisibleRemove, SaysThatNothingIsSelected) {
     call("model.invisibleRemove");
     EXPECT_THAT(heard(), ElementsAre("message: Procedure is impossible. Visible part is not selected."));
     EXPECT_EQ(elements(), 12);
-    ASSERT_THAT(doc.undoRegion.blocks, SizeIs(1));
+    ASSERT_EQ(doc.undoRegion.blocks.size(), 1U);
     EXPECT_EQ(doc.undoRegion.blocks[0]->elementCount, 12);
     EXPECT_TRUE(doc.documentModified);
     call("patch.undo");

@@ -22,7 +22,7 @@ protected:
     }
 
     void expectSnapshotOf(const PatchList& before) {
-        EXPECT_EQ(doc.undoPatches, before);
+        EXPECT_EQ(doc.undoPatches.copy(), before);
         EXPECT_TRUE(doc.patchUndoReady && doc.rebuildOnUndo && doc.documentModified);
     }
 };
@@ -336,7 +336,7 @@ TEST_F(Convertation, LeavesTheUndoStateAndTheBox) {
     doc.boxMax = {9, 9, 9};
     call("model.convertation");
     EXPECT_FALSE(doc.patchUndoReady);
-    EXPECT_THAT(doc.undoPatches, IsEmpty());
+    EXPECT_THAT(doc.undoPatches.copy(), IsEmpty());
     EXPECT_EQ(doc.boxMax, (Vec{9, 9, 9}));
     EXPECT_THAT(heard(), IsEmpty());
     EXPECT_TRUE(doc.documentModified);

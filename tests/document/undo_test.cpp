@@ -47,16 +47,16 @@ using UndoPatch = Undo;
 TEST_F(Snapshots, CopyTheModelAndMarkItModified) {
     const PatchList before = doc.patches;
     savePointUndo();
-    EXPECT_EQ(doc.pointUndoPatches, before);
+    EXPECT_EQ(doc.pointUndoPatches.copy(), before);
     EXPECT_TRUE(doc.undoPatches.empty());
     EXPECT_TRUE(doc.documentModified);
     doc.documentModified = false;
     savePatchUndo();
-    EXPECT_EQ(doc.undoPatches, before);
+    EXPECT_EQ(doc.undoPatches.copy(), before);
     EXPECT_TRUE(doc.documentModified);
     doc.patches[0][0][0].x = 99;
-    EXPECT_EQ(doc.pointUndoPatches, before);
-    EXPECT_EQ(doc.undoPatches, before);
+    EXPECT_EQ(doc.pointUndoPatches.copy(), before);
+    EXPECT_EQ(doc.undoPatches.copy(), before);
 }
 
 TEST_F(Snapshots, SetNoUndoFlag) {
@@ -71,8 +71,8 @@ TEST_F(Snapshots, ReplaceTheOnesBefore) {
     doc.patches = {flatPatch(2, 2)};
     savePatchUndo();
     savePointUndo();
-    EXPECT_EQ(doc.undoPatches, doc.patches);
-    EXPECT_EQ(doc.pointUndoPatches, doc.patches);
+    EXPECT_EQ(doc.undoPatches.copy(), doc.patches);
+    EXPECT_EQ(doc.pointUndoPatches.copy(), doc.patches);
 }
 
 TEST_F(Snapshots, OfAnEmptyModelHoldNothing) {

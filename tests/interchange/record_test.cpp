@@ -304,6 +304,9 @@ TEST_F(ZoneRecord, ColoursNamesAndOtherShapesAreTold) {
     EXPECT_FALSE(coloured.lossless);
     EXPECT_THAT(coloured.reasons,
                 ElementsAre("Records of colours that are not kept: 1", "Names of nodes that are not kept: 1"));
+    const FileRead scene = read("a.wrl", vrmlHead + "Viewpoint { position 0 0 9 }\nDirectionalLight { }\n" + faces);
+    EXPECT_TRUE(scene.complete);
+    EXPECT_THAT(scene.reasons, ElementsAre("Views, lights and backgrounds that are not kept: 2"));
     const FileRead shapes = read("a.wrl", vrmlHead + "Shape { geometry Box { size 1 1 1 } }\n" + faces +
                                               "Shape { geometry Text { string \"abc\" } }\nShape { geometry "
                                               "IndexedLineSet { } }\nUSE B\nInline { url \"b.wrl\" }\n");

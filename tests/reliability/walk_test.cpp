@@ -97,10 +97,12 @@ protected:
         }
         // What Undo would bring back is the model before the command, to the bit.
         if (doc.pointUndoIsNewer) {
-            EXPECT_TRUE(structured ? doc.pointUndoPatches == patches : Picture::ofZones(doc.pointUndoRegion) == zones)
+            EXPECT_TRUE(structured ? doc.pointUndoPatches.copy() == patches
+                                   : Picture::ofZones(doc.pointUndoRegion) == zones)
                 << id;
         } else {
-            EXPECT_TRUE(structured ? doc.undoPatches == patches : Picture::ofZones(doc.undoRegion) == zones) << id;
+            EXPECT_TRUE(structured ? doc.undoPatches.copy() == patches : Picture::ofZones(doc.undoRegion) == zones)
+                << id;
             if (doc.patchUndoReady && pick(3) == 0) {
                 call("patch.undo");
                 EXPECT_EQ(doc.patches, patches) << id;

@@ -886,12 +886,12 @@ TEST(MainFrame, AFolderOpensTheChooserThere) {
 
 // ---- What does not go as planned ------------------------------------------------------------------------------------
 
-/// A view that has no memory when the geometry changes.
+/// A view that has no memory so many times when the geometry changes.
 class PoorView : public DocumentView {
 public:
     void onGeometryChanged() override {
-        if (poor) {
-            poor = false;
+        if (poor > 0) {
+            --poor;
             throw std::bad_alloc();
         }
     }
@@ -908,7 +908,7 @@ public:
     void resetMouseMode() override {}
     int principalPlane() const override { return 0; }
 
-    bool poor = true;
+    int poor = 3; ///< when a dialog shows what it tries out, when it stops to, and when its command runs
     bool poorHighlight = false;
 };
 
@@ -938,7 +938,7 @@ TEST(MainFrame, AClickThatRunsOutOfMemoryIsToldAndLeavesWhatWasCaptured) {
     PoorView view;
     rig.run("patch.capture");
     rig.document().attachView(view);
-    view.poor = false;
+    view.poor = 0;
     view.poorHighlight = true;
     rig.clickOn(onFirst);
     EXPECT_EQ(rig.message(), QStringLiteral("The command could not be carried out (out of memory). The model is as it "

@@ -13,6 +13,7 @@ using namespace test;
 struct SentFrame : ViewRig {
     PictureSettings settings{120, 80, PictureGround::White, false};
     DrawList list;
+    DrawList held;
     Overlay overlay;
     SceneFrame frame;
     std::string bytes;
@@ -24,8 +25,11 @@ struct SentFrame : ViewRig {
         paint();
         list = view.list();
         overlay = view.overlay();
+        held.begin(Primitive::Lines, {0.5F, 1.0F, 0.5F, 1.0F});
+        held.addVertices({{1, 0, 0}, {0, 2, 0}});
         overlay.texts.push_back({"12.5", {1, 2, 3}, {0.25F, 0.5F, 0.75F, 1.0F}});
         frame.list = &list;
+        frame.held = &held;
         frame.overlay = &overlay;
         frame.filled = true;
         frame.modelView = view.modelViewMatrix;
@@ -66,6 +70,7 @@ TEST(FrameStream, BringsAllThatTheFrameShows) {
     EXPECT_EQ(received.list.batches.back().colour, sent.list.batches.back().colour);
     EXPECT_EQ(received.list.batches.back().vertexCount, sent.list.batches.back().vertexCount);
     const SceneFrame scene = received.scene();
+    EXPECT_EQ(scene.held->vertices, sent.held.vertices);
     EXPECT_TRUE(scene.filled);
     EXPECT_FALSE(scene.edges);
     EXPECT_EQ(scene.modelView, sent.frame.modelView);

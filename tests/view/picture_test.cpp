@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "view_rig.h"
+
 namespace velmora {
 namespace {
 
@@ -18,6 +20,7 @@ protected:
     std::string svg() {
         SceneFrame frame;
         frame.list = &list;
+        frame.held = &held;
         frame.overlay = &overlay;
         frame.modelView = identityMatrix();
         frame.projection = identityMatrix();
@@ -29,6 +32,7 @@ protected:
     }
 
     DrawList list;
+    DrawList held;
     Overlay overlay;
     PictureSettings settings{200, 100, PictureGround::Black, true};
 };
@@ -56,6 +60,35 @@ TEST_F(SvgPicture, OnAWhiteGroundWhiteLinesAreBlack) {
     EXPECT_THAT(svg(), HasSubstr("stroke=\"#ff0000\""));
     settings.ground = PictureGround::Clear;
     EXPECT_THAT(svg(), HasSubstr("stroke=\"#ffffff\""));
+}
+
+TEST_F(SvgPicture, WhatIsHeldStandsOverTheModel) {
+    addLine({-1, 0, 0}, {1, 0, 0}, red);
+    const std::string without = svg();
+    held.begin(Primitive::Lines, white);
+    held.addVertices({{0, 1, 0}, {0, -1, 0}});
+    const std::string line = "<path d=\"M100 0L100 100\" fill=\"none\" stroke=\"#ffffff\" stroke-width=\"1\"/>\n";
+    EXPECT_EQ(svg(), std::string(without).insert(without.find("</svg>"), line));
+}
+
+TEST(Picture, OfASurfaceShowsEdgesAndBacksAndWhatIsHeld) {
+    test::ViewRig rig;
+    rig.show(test::twoPatches());
+    rig.doc.surfaceMode = true;
+    rig.view.edgesShown = true;
+    rig.view.backFacesFilled = true;
+    rig.call("line.captureSection");
+    rig.click(rig.doc.patches[0][0][1]);
+    ASSERT_TRUE(rig.doc.capture->sectionCaptured);
+    withPicture(rig.view, rig.doc, {200, 100, PictureGround::Black, true}, [&](const SceneFrame& frame) {
+        EXPECT_TRUE(frame.filled);
+        EXPECT_TRUE(frame.edges);
+        EXPECT_TRUE(frame.backFilled);
+        ASSERT_NE(frame.held, nullptr);
+        const PointList& section = rig.doc.patches[static_cast<std::size_t>(rig.doc.capture->capturedPatch)]
+                                                  [static_cast<std::size_t>(rig.doc.capture->capturedSection)];
+        EXPECT_THAT(frame.held->vertices, testing::IsSupersetOf(section)) << "the captured section";
+    });
 }
 
 TEST_F(SvgPicture, LinesAreCutAtItsSides) {

@@ -95,11 +95,15 @@ TEST(ValueScale, OfValuesIsTheirRange) {
     EXPECT_EQ(scale.edge(2), 7.0);
 }
 
-TEST(ValueScale, OfOneValueHasARangeAllTheSame) {
+TEST(ValueScale, OfOneValueIsOneBandThatIsToldByIt) {
     const ValueScale scale = scaleOf({"", {{5.0, 5.0}}}, 2);
+    ASSERT_EQ(scale.bandCount(), 1);
     EXPECT_EQ(scale.edge(0), 5.0);
-    EXPECT_GT(scale.edge(2), 5.0);
+    EXPECT_EQ(scale.edge(1), 5.0);
     EXPECT_EQ(scale.bandOf(5.0), 0);
+    const std::vector<LegendRow> rows = legendOf(scale);
+    ASSERT_THAT(rows, SizeIs(1));
+    EXPECT_EQ(rows[0].text, "5");
 }
 
 TEST(Legend, HasTheHighestBandFirst) {

@@ -47,6 +47,23 @@ TEST(Preview, AFieldThatIsLeftMovesTheModelAndCancelMovesItBackToTheBit) {
     });
 }
 
+TEST(Preview, IsThereFromTheBeginningBesideTheDialog) {
+    const Desk desk;
+    runProgram({desk.model.string()}, [&](WindowDriver& person) {
+        person.waitForFrame();
+        const std::string before = bytesOf(person);
+        person.choose({"Transformations", "Smooth geometry..."});
+        person.waitForBox(QStringLiteral("CSmooth"));
+        EXPECT_NE(bytesOf(person), before) << "as OK would leave it";
+        const QPoint middle = person.onView({600, 300});
+        EXPECT_FALSE(
+            person.ask([middle] { return QApplication::activeModalWidget()->frameGeometry().contains(middle); }));
+        person.key("Escape");
+        EXPECT_TRUE(person.waitForNoBox());
+        EXPECT_EQ(bytesOf(person), before);
+    });
+}
+
 TEST(Preview, OkRunsTheCommandOnce) {
     const Desk desk;
     runProgram({desk.model.string()}, [&](WindowDriver& person) {

@@ -1,5 +1,6 @@
 #include <exception>
 #include <utility>
+#include <vector>
 
 #include "CommandGuard.h"
 #include "UserInterface.h"
@@ -19,18 +20,62 @@ namespace velmora {
 
 namespace {
 
-void snapshot(VelmoraDoc& doc, PatchList& undoList, zRegion_fe& undoZones, FieldSnapshot& undoField) {
+/// What the snapshots keep that are there, and those that they have replaced: the newest first.
+struct EarlierSnapshots {
+    std::vector<const KeptPatches*> patches;
+    std::vector<const KeptZones*> zones;
+    std::vector<const KeptPatches*> fields;
+
+    explicit EarlierSnapshots(const DocumentState& doc) {
+        add(doc.undoPatches, doc.undoRegion, doc.undoField);
+        add(doc.pointUndoPatches, doc.pointUndoRegion, doc.pointUndoField);
+        if (doc.replaced) {
+            add(doc.replaced->patches, doc.replaced->region, doc.replaced->field);
+            add(doc.replaced->pointPatches, doc.replaced->pointRegion, doc.replaced->pointField);
+        }
+    }
+
+private:
+    void add(const KeptPatches& list, const KeptRegion& region, const KeptField& field) {
+        patches.push_back(&list);
+        zones.push_back(&region.blocks);
+        fields.push_back(&field.patches);
+    }
+};
+
+void snapshot(VelmoraDoc& doc, KeptPatches& undoList, KeptRegion& undoZones, KeptField& undoField) {
     doc.documentModified = true;
-    undoZones.blocks.clear();
+    const EarlierSnapshots earlier(doc);
     if (doc.structureKind == StructureKind::Structured) {
-        undoList = doc.patches; // into the memory of the snapshot before
+        undoList.keep(doc.patches, earlier.patches);
     } else {
         undoList.clear();
     }
-    if (doc.structureKind == StructureKind::Unstructured) {
-        copyRegion(doc.feRegion, undoZones);
+    if (doc.structureKind == StructureKind::Unstructured && !doc.feRegion.blocks.empty()) {
+        undoZones.blocks.keep(doc.feRegion.blocks, earlier.zones);
+        undoZones.title = doc.feRegion.title;
+        undoZones.words = doc.feRegion.words;
+    } else {
+        undoZones.blocks.clear();
     }
-    undoField = doc.fieldAsItIs();
+    undoField.patches.keep(doc.fieldPatches, earlier.fields);
+    undoField.words = doc.fieldWords();
+}
+
+/// The model of the snapshot and the one that is there take each other's places: until the command is through, a guard
+/// around it finds the model in the snapshot. What takes memory comes first.
+void exchange(VelmoraDoc& doc, KeptPatches& undoList, KeptRegion& undoZones, KeptField& undoField) {
+    FieldWords words = doc.fieldWords();
+    KeptPatches patches = undoList.prepareExchange(doc.patches);
+    KeptZones zones = undoZones.blocks.prepareExchange(doc.feRegion.blocks);
+    KeptPatches values = undoField.patches.prepareExchange(doc.fieldPatches);
+    undoList.exchange(doc.patches, std::move(patches));
+    undoZones.blocks.exchange(doc.feRegion.blocks, std::move(zones));
+    undoZones.title.swap(doc.feRegion.title);
+    std::swap(undoZones.words, doc.feRegion.words);
+    undoField.patches.exchange(doc.fieldPatches, std::move(values));
+    doc.takeFieldWords(std::move(undoField.words));
+    undoField.words = std::move(words);
 }
 
 } // namespace
@@ -88,7 +133,8 @@ void clearSnapshots(VelmoraDoc& doc) {
     doc.undoPatches.clear();
     doc.pointUndoRegion.blocks.clear();
     doc.undoRegion.blocks.clear();
-    doc.pointUndoField = doc.undoField = FieldSnapshot();
+    doc.undoField = KeptField();
+    doc.pointUndoField = KeptField();
 }
 
 // ---- Commands that cannot be done -----------------------------------------------------------------------------------
@@ -101,8 +147,8 @@ bool resultIsFinite(const DocumentState& doc) {
         return true;
     }
     // A model that held such a number before can be edited all the same.
-    return doc.replaced->patchTaken ? !(isFinite(doc.undoPatches) && isFinite(doc.undoRegion))
-                                    : !(isFinite(doc.pointUndoPatches) && isFinite(doc.pointUndoRegion));
+    return doc.replaced->patchTaken ? !(isFinite(doc.undoPatches) && isFinite(doc.undoRegion.blocks))
+                                    : !(isFinite(doc.pointUndoPatches) && isFinite(doc.pointUndoRegion.blocks));
 }
 
 void takeReplacedSnapshots(DocumentState& doc) {
@@ -210,11 +256,8 @@ void VelmoraDoc::UndoPoint() {
     if (zones ? pointUndoRegion.blocks.empty() : pointUndoPatches.empty()) {
         return;
     }
-    // As in exchangeWithSnapshot.
     const std::int32_t partsBefore = partCount();
-    patches.swap(pointUndoPatches);
-    std::swap(feRegion, pointUndoRegion);
-    exchangeField(pointUndoField);
+    exchange(*this, pointUndoPatches, pointUndoRegion, pointUndoField);
     ++snapshotCounts.pointBegun;
     ++snapshotCounts.pointTaken;
     capture.restorePoint();
@@ -239,12 +282,8 @@ void VelmoraDoc::UndoPoint() {
 
 namespace {
 
-/// The model of the patch snapshot and the one that is there take each other's places: until the command is through, a
-/// guard around it finds the model in the snapshot.
 void exchangeWithSnapshot(VelmoraDoc& doc) {
-    doc.patches.swap(doc.undoPatches);
-    std::swap(doc.feRegion, doc.undoRegion);
-    doc.exchangeField(doc.undoField);
+    exchange(doc, doc.undoPatches, doc.undoRegion, doc.undoField);
     ++doc.snapshotCounts.patchBegun;
     ++doc.snapshotCounts.patchTaken;
 }
@@ -253,7 +292,7 @@ void exchangeWithSnapshot(VelmoraDoc& doc) {
 
 void VelmoraDoc::keepForGuard() {
     guardPatches = patches;
-    guardField = fieldAsItIs();
+    guardField = {fieldPatches, fieldWords()};
     ++snapshotCounts.guardCopies;
 }
 

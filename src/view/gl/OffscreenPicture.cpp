@@ -76,10 +76,13 @@ std::vector<std::uint8_t> drawnPixels(const SceneFrame& frame, const PictureSett
         return {};
     }
     const DrawList list = onGround(*frame.list, settings.ground);
+    const DrawList held = frame.held != nullptr ? onGround(*frame.held, settings.ground) : DrawList();
     const Overlay overlay = onGround(*frame.overlay, settings.ground);
     SceneFrame shown = frame;
     shown.list = &list;
     shown.listRevision = 1;
+    shown.held = &held;
+    shown.heldRevision = 1;
     shown.overlay = &overlay;
     GlRenderer renderer(rasterizer);
     renderer.prepare();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <vector>
 
 #include "NumberWriter.h"
 #include "PatchList.h"
@@ -130,6 +131,34 @@ Counts countsOf(const Region& region) {
             {"variables", region.blocks.empty() ? 0 : countOf(region.blocks.front()->variables)}};
 }
 
+// What a grid of the model holds and Open does not take from such a file.
+std::vector<std::string> notTakenAgain(const zRegion& region) {
+    constexpr double lowest = -1e8;
+    constexpr std::size_t axes = 3;
+    std::int64_t narrow = 0;
+    std::int64_t low = 0;
+    for (const auto& zone : region.blocks) {
+        narrow += zone->imax < 2 || zone->jmax < 2 ? 1 : 0;
+        for (std::size_t axis = 0; axis < std::min(axes, zone->variables.size()); ++axis) {
+            const auto& values = zone->variables[axis]->data;
+            low += std::count_if(values.begin(), values.end(), [](double value) { return value < lowest; });
+        }
+    }
+    std::vector<std::string> notes;
+    if (narrow > 0) {
+        notes.push_back("Patches less than 2 points wide, which Open does not take from a .dat: " +
+                        std::to_string(narrow));
+    }
+    if (low > 0) {
+        notes.push_back("Coordinates below -1e8, which Open takes from a .dat as 0: " + std::to_string(low));
+    }
+    return notes;
+}
+
+std::vector<std::string> notTakenAgain(const zRegion_fe& /*region*/) {
+    return {};
+}
+
 template <class Region>
 WriteOutcome write(const std::filesystem::path& path, const Region& region, std::int32_t precision,
                    const ReportProgress& report) {
@@ -160,6 +189,8 @@ WriteOutcome write(const std::filesystem::path& path, const Region& region, std:
     }
     WriteOutcome outcome = outcomeOf(file, path, "dat");
     outcome.record.counts = countsOf(region);
+    const std::vector<std::string> notes = notTakenAgain(region);
+    outcome.notes.insert(outcome.notes.end(), notes.begin(), notes.end());
     return outcome;
 }
 

@@ -781,6 +781,17 @@ TEST_F(Traces, PointFilesAreDrawnAndLeaveTheModel) {
     }
 }
 
+TEST_F(Traces, ACancelledChooserOfPairsLeavesTheBoxToUndo) {
+    openGrid();
+    const double radius = doc.modelRadius;
+    runWith("model.scaling", {{"scale", "100"}});
+    ASSERT_GT(doc.modelRadius, 2.0 * radius);
+    run("file.appendSft");
+    EXPECT_TRUE(doc.rebuildOnUndo);
+    run("patch.undo");
+    EXPECT_EQ(doc.modelRadius, radius);
+}
+
 TEST_F(Traces, MarkersGoBeforeTheChooserIsAsked) {
     openGrid();
     runFile("file.openApm", file("m.apm", "1 2 3\n"));

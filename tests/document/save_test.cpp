@@ -260,6 +260,14 @@ TEST_F(SaveAs, ToAnUnknownTypeIsRefusedAndLeavesTheName) {
     EXPECT_EQ(doc.modelFile.documentTitle, "wing.apt");
 }
 
+TEST_F(SaveAs, OfAGridWithoutATriangleThatHasANormalToStlIsRefused) {
+    openApt("dot.apt", {{{{1, 2, 3}, {1, 2, 3}}, {{1, 2, 3}, {1, 2, 3}}}});
+    EXPECT_THAT(saveAs("dot.stl"), ElementsAre("chooser: Save As -> 1", "message: This model cannot be saved as stl"));
+    EXPECT_THAT(files(), ElementsAre("dot.apt"));
+    EXPECT_EQ(doc.structureKind, StructureKind::Structured);
+    EXPECT_EQ(doc.modelFile.documentTitle, "dot.apt");
+}
+
 TEST_F(SaveAs, ThatFailsLeavesTheNameAndTheModelChanged) {
     openApt("wing.apt", {flatPatch(2, 2)});
     doc.documentModified = true;

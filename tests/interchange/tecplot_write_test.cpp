@@ -69,7 +69,7 @@ TEST_F(TecplotWrite, OrderedZonesStandPointAfterPoint) {
                            "1 0 1e+20\n"
                            "0 1 -2.5e-05\n"
                            "1 1 0.3333333333333333\n"
-                           "ZONE T=\"\"\n"
+                           "ZONE T=\"Zone_2\"\n"
                            "ZONETYPE=ORDERED, I=1, J=2, K=1\n"
                            "DATAPACKING=POINT\n"
                            "DT=(DOUBLE,DOUBLE,DOUBLE)\n"
@@ -141,8 +141,9 @@ TEST_F(TecplotWrite, AZoneWithoutFieldsOrPointsHasNoRows) {
     structured_.blocks.push_back(std::make_unique<zBlock>(2, 2, 1));
     structured_.blocks.push_back(std::make_unique<zBlock>(3, 3, 0));
     structured_.blocks.back()->addVariable("x");
-    EXPECT_EQ(written(6), "TITLE = \"\"\nVARIABLES =\nZONE T=\"\"\nZONETYPE=ORDERED, I=2, J=2, K=1\nDATAPACKING=POINT\n"
-                          "DT=()\nZONE T=\"\"\nZONETYPE=ORDERED, I=3, J=3, K=0\nDATAPACKING=POINT\nDT=()\n");
+    EXPECT_EQ(written(6),
+              "TITLE = \"\"\nVARIABLES =\nZONE T=\"Zone_1\"\nZONETYPE=ORDERED, I=2, J=2, K=1\nDATAPACKING=POINT\n"
+              "DT=()\nZONE T=\"Zone_2\"\nZONETYPE=ORDERED, I=3, J=3, K=0\nDATAPACKING=POINT\nDT=()\n");
 }
 
 TEST_F(TecplotWrite, ArraysShorterThanTheCountsAreWrittenAsFarAsTheyGo) {
@@ -213,6 +214,22 @@ TEST_F(TecplotWrite, AZoneWithoutTitleGetsItsNumberForOneAsReadersTakeNoneThatIs
     EXPECT_EQ(errorText(triangles), "");
     ASSERT_EQ(triangles.unstructured.blocks.size(), 2U);
     EXPECT_EQ(triangles.unstructured.blocks[1]->title, "Zone_2");
+}
+
+TEST_F(TecplotWrite, WhatOpenDoesNotTakeOfAGridIsNoted) {
+    const auto notes = [this] {
+        zTecplotReader writer;
+        writer.structuredTarget = &structured_;
+        return writer.write(path_, 16).notes;
+    };
+    structured_.blocks.push_back(
+        grid("one", 2, 2, {{"x", {1, 2, 3, -1e8}}, {"y", {1, 2, 3, 4}}, {"z", {1, 2, 3, 4}}, {"p", {-2e8, 0, 0, 0}}}));
+    EXPECT_THAT(notes(), testing::IsEmpty());
+    structured_.blocks.push_back(grid("line", 3, 1, {{"x", {1, 2, 3}}, {"y", {1, 2, -1.5e8}}, {"z", {-2e8, 2, 3}}}));
+    structured_.blocks.push_back(grid("column", 1, 2, {{"x", {1, 2}}, {"y", {1, 2}}, {"z", {1, 2}}}));
+    EXPECT_THAT(notes(),
+                testing::ElementsAre("Patches less than 2 points wide, which Open does not take from a .dat: 2",
+                                     "Coordinates below -1e8, which Open takes from a .dat as 0: 2"));
 }
 
 TEST_F(TecplotWrite, QuadrilateralsComeBackAsTriangles) {

@@ -41,7 +41,6 @@ void tellPoints(VelmoraDoc& doc, bool opened, bool readFailed, const FileRead& r
 } // namespace
 
 void VelmoraDoc::AppendSft() {
-    rebuildOnUndo = false;
     FileRequest request;
     request.mode = ChooserMode::Append;
     request.types = fileTypesNamed({"sft"});
@@ -50,6 +49,7 @@ void VelmoraDoc::AppendSft() {
     if (paths.empty()) {
         return;
     }
+    rebuildOnUndo = false;
     SftResult file;
     {
         const BusyScope busy(ui_);

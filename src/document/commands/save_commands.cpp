@@ -1,4 +1,7 @@
+#include <algorithm>
+#include <cstdint>
 #include <filesystem>
+#include <numeric>
 #include <string>
 #include <utility>
 #include <vector>
@@ -126,6 +129,12 @@ zRegion_fe surfaceOf(const PatchList& patches) {
     return surface;
 }
 
+std::int64_t triangleCount(const zRegion_fe& region) {
+    return std::accumulate(
+        region.blocks.begin(), region.blocks.end(), std::int64_t{0},
+        [](std::int64_t count, const auto& zone) { return count + std::max(zone->elementCount, 0); });
+}
+
 /// Writes the model, a grid also as zones or as its triangles `surface`, in the format that the extension of `path`
 /// names.
 WriteOutcome writeModelAs(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension,
@@ -169,12 +178,12 @@ void VelmoraDoc::saveModelAs() {
     const bool grid = structureKind == StructureKind::Structured;
     const bool asTriangles = grid && isZoneFormat(extension);
     zRegion_fe surface = asTriangles ? surfaceOf(patches) : zRegion_fe();
-    if (asTriangles && surface.blocks.empty()) {
+    const std::int64_t leftOut = trianglesLeftOut(path, asTriangles ? surface : feRegion);
+    if (asTriangles && leftOut >= triangleCount(surface)) {
         // There is no triangle to write: the file, and the model that becomes what was written, would be empty.
         ui_.showMessage(message::cannotBeSavedAs(extension));
         return;
     }
-    const std::int64_t leftOut = trianglesLeftOut(path, asTriangles ? surface : feRegion);
     if (!mayOverwrite(*this, path, TargetFrom::Chooser, FileContent::Model, leftOut)) {
         return;
     }

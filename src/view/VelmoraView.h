@@ -224,7 +224,8 @@ private:
     void addLegend();
     void addTriad(DrawList& list);
     void addMarkerNumbers();
-    void beginMeasuring();
+    /// Nothing is measured any more; what is to come is told where the mode has changed to measuring or from it.
+    void beginMeasuring(bool wasMeasuring);
     void measureFrom(PixelPoint position);
     bool isMeasured() const;
     void drawMeasured(DrawList& list) const;

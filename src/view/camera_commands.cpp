@@ -355,8 +355,9 @@ bool VelmoraView::runViewCommand(std::string_view id) {
             notePose();
         }
         if (command->mode != ModeNone) {
+            const bool measured = mouseMode == ModeMeasure;
             setMouseMode(command->mode);
-            beginMeasuring();
+            beginMeasuring(measured);
         } else {
             command->run(*this);
         }

@@ -52,8 +52,10 @@ std::vector<zVec<double>> inFront(const VelmoraView& view, const std::vector<zVe
 
 } // namespace
 
-void VelmoraView::beginMeasuring() {
-    doc_.ShowStatus(mouseMode == ModeMeasure ? "Click the first place" : idlePrompt);
+void VelmoraView::beginMeasuring(bool wasMeasuring) {
+    if (mouseMode == ModeMeasure || wasMeasuring) {
+        doc_.ShowStatus(mouseMode == ModeMeasure ? "Click the first place" : idlePrompt);
+    }
     if (!measured_.empty()) {
         measured_.clear();
         repaint();
@@ -64,7 +66,7 @@ void VelmoraView::OnKeyDown(ViewKey key) {
     if (key == ViewKey::Escape && mouseMode == ModeMeasure) {
         showCandidate(std::nullopt);
         setMouseMode(ModeMeasure);
-        beginMeasuring();
+        beginMeasuring(true);
         return;
     }
     OpenGLView::OnKeyDown(key);

@@ -151,7 +151,7 @@ void bareCopy(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * points);
 }
 
-// Each call throws the snapshot before it away.
+// All of each snapshot but the first is shared with the one before.
 void undoSnapshot(benchmark::State& state) {
     VelmoraDoc& doc = freshDocument(fixture());
     for ([[maybe_unused]] auto _ : state) {

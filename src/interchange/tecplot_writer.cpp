@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "NumberWriter.h"
 #include "PatchList.h"
 #include "SafeFile.h"
+#include "characters.h"
 #include "tecplot_unit.h"
 #include "zExceptions.h"
 #include "zone_files.h"
@@ -16,13 +18,22 @@ namespace velmora {
 
 namespace {
 
+// A name of letters, digits and what else the reader takes in one; others end its list of variables.
+std::string variableName(std::string name) {
+    const auto isOther = [](char c) {
+        return !isLetter(c) && !isDigit(c) && std::string_view("_/~()-").find(c) == std::string_view::npos;
+    };
+    std::replace_if(name.begin(), name.end(), isOther, '_');
+    return name.empty() ? "_" : name;
+}
+
 void writeFileHeader(NumberWriter& out, const std::string& title, const ZoneVariables& variables) {
     out.writeText("TITLE = ");
     out.writeQuoted(title);
     out.writeText("\nVARIABLES =");
     for (const auto& variable : variables) {
         out.writeChar(' ');
-        out.writeQuoted(variable->name);
+        out.writeQuoted(variableName(variable->name));
     }
     out.writeChar('\n');
 }

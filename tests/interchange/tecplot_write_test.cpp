@@ -232,6 +232,22 @@ TEST_F(TecplotWrite, WhatOpenDoesNotTakeOfAGridIsNoted) {
                                      "Coordinates below -1e8, which Open takes from a .dat as 0: 2"));
 }
 
+TEST_F(TecplotWrite, ANameThatEndsTheListOfVariablesForTheReaderIsWrittenWithoutWhatDoes) {
+    unstructured_.blocks.push_back(triangle("a"));
+    for (const char* const name : {"static pressure [Pa]", "", "cp/c~(1)-_2"}) {
+        unstructured_.blocks[0]->addVariable(name)->data = {1, 2, 3};
+    }
+    written(16);
+    const TecplotOutcome again = test::readTecplot(path_, false);
+    EXPECT_EQ(errorText(again), "");
+    ASSERT_EQ(again.unstructured.blocks.size(), 1U);
+    std::vector<std::string> names;
+    for (const auto& variable : again.unstructured.blocks[0]->variables) {
+        names.push_back(variable->name);
+    }
+    EXPECT_THAT(names, testing::ElementsAre("x", "y", "z", "static_pressure__Pa_", "_", "cp/c~(1)-_2"));
+}
+
 TEST_F(TecplotWrite, QuadrilateralsComeBackAsTriangles) {
     const TecplotOutcome read =
         test::readTecplotText("VARIABLES = \"x\" \"y\" \"z\"\nZONE T=\"q\" N=4 E=1 ET=QUADRILATERAL"

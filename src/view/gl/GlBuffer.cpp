@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <iterator>
 
 #include "vectors.h"
@@ -427,8 +428,9 @@ void GlBuffer::drawEdges(const GlRun& run, const GlEdges& edges, Facing side) {
     }();
     const auto drawFrom = [this, normals](int vertex, int step, GLenum mode, const GlRanges& ranges) {
         const auto stride = static_cast<GLsizei>(static_cast<std::size_t>(step) * sizeof(Triple));
-        const auto* const offset =
-            static_cast<const char*>(nullptr) + static_cast<std::size_t>(vertex) * sizeof(Triple);
+        // In a buffer that is bound the pointer is an offset in bytes.
+        const auto* const offset = reinterpret_cast<const void*>( // NOLINT(performance-no-int-to-ptr)
+            static_cast<std::uintptr_t>(vertex) * sizeof(Triple));
         glBindBuffer(GL_ARRAY_BUFFER, normals);
         glNormalPointer(GL_FLOAT, stride, offset);
         glBindBuffer(GL_ARRAY_BUFFER, positions_);

@@ -42,8 +42,9 @@ constexpr Power powerOfTen(int power) {
 
 inline constexpr auto powers = [] {
     std::array<Power, 2 * mostPower + 1> all{};
-    for (int power = -mostPower; power <= mostPower; ++power) {
-        all[static_cast<std::size_t>(power + mostPower)] = powerOfTen(power);
+    int power = -mostPower;
+    for (Power& each : all) {
+        each = powerOfTen(power++);
     }
     return all;
 }();
@@ -70,7 +71,8 @@ inline bool scale(std::uint64_t digits, int power, double& value) {
     }
     constexpr int dropped = 64 - DBL_MANT_DIG;
     constexpr std::uint64_t middle = std::uint64_t{1} << (dropped - 1);
-    const Power& ten = powers[static_cast<std::size_t>(power + mostPower)];
+    const int place = power + mostPower;
+    const Power& ten = powers[static_cast<std::size_t>(place)];
     const int zeros = std::countl_zero(digits);
     const auto product = static_cast<std::uint64_t>((Wide{digits << zeros} * ten.bits) >> 64);
     const int shift = static_cast<int>(~product >> 63);

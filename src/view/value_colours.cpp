@@ -341,9 +341,11 @@ ValueScale scaleOf(const PointValues& values, std::int32_t bands) {
 std::vector<LegendRow> legendOf(const ValueScale& scale) {
     std::vector<LegendRow> rows;
     for (std::int32_t band = scale.bandCount() - 1; band >= 0; --band) {
-        const std::string from = shortNumber(scale.edge(band));
-        const std::string to = shortNumber(scale.edge(band + 1));
-        rows.push_back({scale.colourOf(band), scale.edge(band) < scale.edge(band + 1) ? from + " to " + to : from});
+        std::string text = shortNumber(scale.edge(band));
+        if (scale.edge(band) < scale.edge(band + 1)) {
+            text += " to " + shortNumber(scale.edge(band + 1));
+        }
+        rows.push_back({scale.colourOf(band), std::move(text)});
     }
     return rows;
 }

@@ -161,9 +161,7 @@ bool askForCorrection(VelmoraDoc& doc) {
         if (lines * static_cast<double>(bent.size()) > ModelTrial::mostPoints || !bendLine(doc, values, nullptr)) {
             return false;
         }
-        plotTried(doc, PatchCurve(doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)], true,
-                                  values.linesBefore - 1)
-                           .points());
+        plotTried(doc, ConstPatchCurve(bent, true, values.linesBefore - 1).points());
         return true;
     });
 }

@@ -17,11 +17,11 @@ namespace {
 
 /// From the lowest to the highest value. Their lightness rises evenly, and blue and yellow are what all eyes tell
 /// apart.
-constexpr std::array<Colour, 5> anchors{{{0.00F, 0.00F, 0.26F, 1.0F},
-                                         {0.00F, 0.12F, 0.38F, 1.0F},
-                                         {0.04F, 0.32F, 0.34F, 1.0F},
-                                         {0.38F, 0.50F, 0.18F, 1.0F},
-                                         {0.76F, 0.68F, 0.06F, 1.0F}}};
+constexpr std::array<Colour, 5> anchors{{{0.24F, 0.24F, 0.50F, 1.0F},
+                                         {0.24F, 0.36F, 0.62F, 1.0F},
+                                         {0.28F, 0.56F, 0.58F, 1.0F},
+                                         {0.62F, 0.74F, 0.42F, 1.0F},
+                                         {1.00F, 0.92F, 0.30F, 1.0F}}};
 
 std::optional<PointValues> comparedValues(const DocumentState& document) {
     if (document.comparison() == nullptr) {
@@ -149,15 +149,17 @@ public:
 
     void moveInto(DrawList& list, const Colour& colourWithout) {
         for (std::int32_t band = 0; band < scale_.bandCount(); ++band) {
-            addBatch(list, bands_[static_cast<std::size_t>(band)], scale_.colourOf(band));
+            addBatch(list, bands_[static_cast<std::size_t>(band)], scale_.colourOf(band), true);
         }
-        addBatch(list, without_, colourWithout);
+        addBatch(list, without_, colourWithout, false);
     }
 
 private:
-    static void addBatch(DrawList& list, std::vector<Corner>& corners, const Colour& colour) {
+    static void addBatch(DrawList& list, std::vector<Corner>& corners, const Colour& colour, bool readable) {
         if (!corners.empty()) {
-            list.begin(Primitive::Triangles, colour).lit = true;
+            DrawBatch& batch = list.begin(Primitive::Triangles, colour);
+            batch.lit = true;
+            batch.readable = readable;
             for (const Corner& corner : corners) {
                 list.vertex(corner.at, corner.normal);
             }
@@ -350,9 +352,24 @@ std::vector<LegendRow> legendOf(const ValueScale& scale) {
     return rows;
 }
 
+namespace {
+
+/// A legend of what nothing shows would say what is not so.
+bool hasAny(const PointValues& values) {
+    return std::any_of(values.parts.begin(), values.parts.end(), [](const std::vector<double>& part) {
+        return std::any_of(part.begin(), part.end(), [](double value) { return std::isfinite(value); });
+    });
+}
+
+bool hasFaces(const DocumentState& document) {
+    return document.structureKind == StructureKind::Unstructured || hasCell(document.patches);
+}
+
+} // namespace
+
 std::optional<ColouredValues> colouredValues(const DocumentState& document) {
-    auto values = valuesToShow(document);
-    if (!values) {
+    auto values = hasFaces(document) ? valuesToShow(document) : std::nullopt;
+    if (!values || !hasAny(*values)) {
         return std::nullopt;
     }
     const CColours& chosen = document.dialogs->colours;

@@ -60,8 +60,8 @@ struct ColouredValues {
 std::optional<ColouredValues> colouredValues(const DocumentState& document);
 
 /// Parts the lit surface of list 2 or 4, built of `document`, along the edges of the bands, in which values go linearly
-/// over each triangle, and gives each band its colour: a batch for each part and band. Parts without values stay as
-/// they are, and triangles with a value that is no number keep the part's colour.
+/// over each triangle, and gives each band its colour, readable: a batch for each part and band. Parts without values
+/// stay as they are, and triangles with a value that is no number keep the part's colour.
 void colourByValue(DrawList& list, const DocumentState& document, const ColouredValues& shown);
 
 } // namespace velmora

@@ -72,6 +72,9 @@ std::optional<PointValues> fieldValues(const DocumentState& document, std::int32
     return shown;
 }
 
+/// Differences of these values that files of few digits, and rounding, make of grids that have none. Warp counts in
+/// degrees, the others from 0 or 1 on.
+constexpr std::array<double, std::size(gridValueKinds)> leastDifferences = {1e-5, 1e-5, 1e-3, 1e-5};
 constexpr std::array<const char*, std::size(gridValueKinds)> gridValueNames = {"Aspect", "Skew", "Warp, degrees",
                                                                                "Growth"};
 
@@ -80,7 +83,7 @@ std::optional<PointValues> reportValues(const DocumentState& document, std::int3
         return std::nullopt;
     }
     const auto kind = static_cast<std::size_t>(index);
-    PointValues shown{gridValueNames.at(kind), {}, isOfCells(gridValueKinds[kind])};
+    PointValues shown{gridValueNames.at(kind), {}, isOfCells(gridValueKinds[kind]), leastDifferences.at(kind)};
     const ModelFaces model = modelFaces(document.patches, {});
     for (std::size_t k = 0; k < document.patches.size(); ++k) {
         shown.parts.push_back(gridValues(gridValueKinds[kind], document.patches[k], k, model));
@@ -337,7 +340,11 @@ ValueScale scaleOf(const PointValues& values, std::int32_t bands) {
         }
     }
     const auto [least, most] = range.value_or(std::pair(0.0, 1.0));
-    return {least, most, least < most ? bands : 1};
+    if (least < most && !(most - least < values.least)) {
+        return {least, most, bands};
+    }
+    const double one = values.least > 0.0 ? std::round(least / values.least) * values.least : least;
+    return {one, one, 1};
 }
 
 std::vector<LegendRow> legendOf(const ValueScale& scale) {

@@ -17,6 +17,7 @@ struct PointValues {
     std::string name;
     std::vector<std::vector<double>> parts;
     bool ofCells = false; ///< of patches instead one for each cell, which has it all over
+    double least = 0.0;   ///< a difference below this is none
 };
 
 /// What the document's surface is to be coloured by; none when nothing is, or when there are no such values.
@@ -40,7 +41,7 @@ private:
     std::vector<double> edges_;
 };
 
-/// The scale over all finite values. One value alone has one band.
+/// The scale over all finite values. Values without a difference have one band.
 ValueScale scaleOf(const PointValues& values, std::int32_t bands);
 
 /// A row of a legend.

@@ -223,11 +223,14 @@ TEST_F(JournalOfMisses, WhatIsDoneWhileTheButtonIsDownOnACurveFindsItThere) {
         must("mouse down " + place);
         return place;
     };
+    must("run point.capture");
+    must("capture beside 1 3 4");
     must("run line.captureLine");
-    std::string place = press("2", "1.5"); // on the line of x = 2
+    std::string place = press("2", "1.5"); // on the line of x = 2; it forgets the section of the point
     must("run point.free");
     EXPECT_EQ(journal(),
-              (std::vector<std::string>{opened, "run line.captureLine", "capture under line 1 3", "run point.free"}));
+              (std::vector<std::string>{opened, "run point.capture", "capture beside 1 3 4", "run line.captureLine",
+                                        "capture under line 1 3", "run point.free"}));
     must("mouse up " + place);
     EXPECT_EQ(again(journal(), "state"), printed("state"));
     must("open " + file("plate.apt"));

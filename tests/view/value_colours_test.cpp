@@ -106,6 +106,20 @@ TEST(ValueScale, OfOneValueIsOneBandThatIsToldByIt) {
     EXPECT_EQ(rows[0].text, "5");
 }
 
+TEST(ValueScale, DifferencesThatAreNoneMakeOneBand) {
+    PointValues values{"", {{1.0 + 2e-7, 1.0, 1.0 + 8e-6}}, true, 1e-5};
+    const std::vector<LegendRow> rows = legendOf(scaleOf(values, 5));
+    ASSERT_THAT(rows, SizeIs(1));
+    EXPECT_EQ(rows[0].text, "1");
+    values.parts = {{3e-7, 1e-6}};
+    EXPECT_EQ(legendOf(scaleOf(values, 5)).at(0).text, "0");
+    values.parts = {{0.0, 1e-5}};
+    EXPECT_THAT(legendOf(scaleOf(values, 5)), SizeIs(5));
+    values.parts = {{0.0, 1e-30}};
+    values.least = 0.0;
+    EXPECT_THAT(legendOf(scaleOf(values, 5)), SizeIs(5)) << "of distances and fields each difference counts";
+}
+
 TEST(Legend, HasTheHighestBandFirst) {
     const ValueScale scale(0.0, 1.0, 2);
     const std::vector<LegendRow> rows = legendOf(scale);
@@ -312,6 +326,7 @@ TEST(ValuesToShow, OfTheReport) {
         ASSERT_TRUE(values.has_value());
         EXPECT_EQ(values->name, names[static_cast<std::size_t>(i)]);
         EXPECT_EQ(values->ofCells, i < 3);
+        EXPECT_EQ(values->least, i == 2 ? 1e-3 : 1e-5);
         EXPECT_THAT(values->parts, ElementsAre(SizeIs(i < 3 ? 1 : 4), SizeIs(i < 3 ? 1 : 4)));
     }
     chosen.quantity = CColours::firstOfReport;

@@ -105,22 +105,16 @@ Journal::Surroundings Session::surroundings() {
 
 namespace {
 
-/// What a button that is down was pressed for: the regimes that wait for it, and what it found.
-std::array<std::int32_t, 14> pressedFor(const CaptureState& capture) {
+/// What a button that is down was pressed for: a regime or the view, the regimes that wait for it, and what it found.
+std::array<std::int32_t, 15> pressedFor(const CaptureState& capture, int mouseMode) {
     const auto flag = [](bool value) { return value ? 1 : 0; };
-    return {flag(capture.pointCaptureArmed),
-            flag(capture.freePointArmed),
-            flag(capture.sectionCaptureArmed),
-            flag(capture.lineCaptureArmed),
-            flag(capture.patchCaptureArmed),
-            flag(capture.patchRemoving),
-            flag(capture.pointDragging),
-            flag(capture.dragCorrectsLine),
-            capture.capturedPatch,
-            capture.capturedPointSection,
-            capture.capturedPoint,
-            capture.capturedSection,
-            capture.capturedLine,
+    return {flag(mouseMode >= ModePoint),   flag(capture.pointCaptureArmed),
+            flag(capture.freePointArmed),   flag(capture.sectionCaptureArmed),
+            flag(capture.lineCaptureArmed), flag(capture.patchCaptureArmed),
+            flag(capture.patchRemoving),    flag(capture.pointDragging),
+            flag(capture.dragCorrectsLine), capture.capturedPatch,
+            capture.capturedPointSection,   capture.capturedPoint,
+            capture.capturedSection,        capture.capturedLine,
             capture.patchToRemove};
 }
 
@@ -131,9 +125,9 @@ CommandReport Session::noted(const Command& command, const std::function<void()>
     const StateMark before = marker_.markOf(*document_);
     const Journal::Surroundings around = surroundings();
     dialogsBefore_ = around.dialogs;
-    const auto pressed = pressedFor(*document_->capture);
+    const auto pressed = pressedFor(*document_->capture, view_.mouseMode);
     CommandReport report = perform(work);
-    if (pressedFor(*document_->capture) != pressed) {
+    if (pressedFor(*document_->capture, view_.mouseMode) != pressed) {
         view_.leftButtonDown = false; // what went down for something else takes nothing now
     }
     journal_.addCommand(command, report, effectSince(before, report), around, surroundings());

@@ -30,6 +30,15 @@ Pick pickOf(const Act& act, Pick::Target target) {
     return pick;
 }
 
+/// The button went down on it while it was let through, and comes up again.
+bool isUnder(const CaptureState& held, const Act& act) {
+    const bool same = act.kind == Act::Kind::Section ? held.capturedSection == act.section
+                      : act.kind == Act::Kind::Line  ? held.capturedLine == act.point
+                                                     : held.pointPicked && held.capturedPoint == act.point &&
+                                                          (act.section < 0 || held.capturedPointSection == act.section);
+    return same && held.capturedPatch == act.patch;
+}
+
 /// The node of the grid that is nearest to `place`; none without a grid.
 std::optional<zVec<double>> nearestNode(const PatchList& grid, const zVec<double>& place) {
     std::optional<zVec<double>> nearest;
@@ -85,7 +94,7 @@ VelmoraView::ActResult VelmoraView::capturePoint(const Act& act) {
     if (!position) {
         return ActResult::NotThere;
     }
-    if (!letsThrough(captureFilter(doc_, false), act)) {
+    if (!isUnder(*doc_.capture, act) && !letsThrough(captureFilter(doc_, false), act)) {
         return ActResult::NotLetThrough;
     }
     Pick pick = pickOf(act, zones ? Pick::Target::Node : Pick::Target::Point);
@@ -111,7 +120,7 @@ VelmoraView::ActResult VelmoraView::captureCurve(const Act& act) {
     if (!isThere) {
         return ActResult::NotThere;
     }
-    if (found && !letsThrough(captureFilter(doc_, true), act)) {
+    if (found && !isUnder(*doc_.capture, act) && !letsThrough(captureFilter(doc_, true), act)) {
         return ActResult::NotLetThrough;
     }
     Pick pick = pickOf(act, section ? Pick::Target::Section : Pick::Target::Line);

@@ -243,6 +243,18 @@ TEST_F(JournalOfMisses, WhatIsDoneWhileTheButtonIsDownOnACurveFindsItThere) {
     EXPECT_EQ(again(journal(), "state"), printed("state"));
 }
 
+TEST_F(JournalOfMisses, WhatTheButtonWentDownOnIsTakenThoughItIsLetThroughNoMore) {
+    must("open " + file("two.apt"));
+    must("run patch.inputAndAdd number=2");
+    must("run line.captureSection");
+    must("capture under section 2 3");
+    must("run block.invert"); // patch 1 is in the zBlock now, alone
+    EXPECT_THAT(errorOf("capture section 2 1"), testing::HasSubstr("is outside of what is captured"));
+    must("capture section 2 3");
+    EXPECT_EQ(printed("state").at("sectionCaptured"), true);
+    EXPECT_EQ(again(journal(), "state"), printed("state"));
+}
+
 TEST_F(JournalOfMisses, WhereTheButtonMovesOffACurveNoneIsThere) {
     must("run line.captureSection");
     must("capture under section 1 2");
@@ -287,6 +299,16 @@ TEST_F(JournalOfMisses, AButtonThatWentDownInAnotherRegimeTakesNothing) {
     must("mouse down 400 300");
     must("mouse up 400 300");
     EXPECT_EQ(journal().back(), "capture patch 1");
+}
+
+TEST_F(JournalOfMisses, AButtonThatWentDownToMeasureCapturesNothing) {
+    must("run patch.capture");
+    must("run view.measure");
+    must("mouse down 650 41");
+    must("run view.measure"); // the regime has its button back
+    must("mouse up 650 41");
+    EXPECT_EQ(printed("state").at("patchCaptureArmed"), true) << "the click is still waited for";
+    EXPECT_EQ(printed("state").at("patchCaptured"), false);
 }
 
 TEST_F(JournalOfMisses, AValueThatALeftOutLineLeftIsSet) {

@@ -8,6 +8,7 @@
 #include <sys/types.h>
 #include <unistd.h>
 
+#include "byte_steps.h"
 #include "characters.h"
 #include "plain_decimal.h"
 
@@ -16,10 +17,11 @@ namespace velmora {
 namespace {
 
 /// A word that begins like a number; gives how much of it is one. Most whole numbers have few digits.
-std::size_t convertNumber(const char* begin, const char* text, const char* end, std::vector<NumberAhead>& numbers) {
+std::size_t convertNumber(const char* begin, const char* text, const char* end, std::uint8_t gap,
+                          std::vector<NumberAhead>& numbers) {
     const auto add = [&](double value, const char* stop, bool whole) {
         numbers.push_back(
-            {value, static_cast<std::uint32_t>(begin - text), static_cast<std::uint16_t>(stop - begin), whole});
+            {value, static_cast<std::uint32_t>(begin - text), static_cast<std::uint16_t>(stop - begin), whole, gap});
         return numbers.back().length;
     };
     const char* const firstDigit = begin + static_cast<int>(isSign(*begin));
@@ -39,7 +41,26 @@ std::size_t convertNumber(const char* begin, const char* text, const char* end, 
 }
 
 constexpr std::uint32_t behindAll = std::numeric_limits<std::uint32_t>::max();
-constexpr NumberAhead noNumber = {0.0, behindAll, 0, false};
+constexpr NumberAhead noNumber = {0.0, behindAll, 0, false, NumberAhead::text};
+
+/// Passes over white space and gives what kind of a gap it is.
+std::uint8_t skipGap(const char*& p, const char* end) {
+    constexpr std::ptrdiff_t far = std::numeric_limits<std::uint8_t>::max() - NumberAhead::line;
+    const char* behindFeed = nullptr;
+    int feeds = 0;
+    while (isSpace(*p)) { // the NUL behind the block stops it
+        if (*p++ == '\n') {
+            behindFeed = p;
+            ++feeds;
+            p = *p == ' ' ? skipSpaces(p, end) : p;
+        }
+    }
+    if (feeds == 0) {
+        return NumberAhead::blanks;
+    }
+    return feeds == 1 && p - behindFeed <= far ? static_cast<std::uint8_t>(NumberAhead::line + (p - behindFeed))
+                                               : NumberAhead::lines;
+}
 
 } // namespace
 
@@ -52,22 +73,24 @@ void convertNumbers(const char* text, std::size_t size, std::vector<NumberAhead>
     numbers.clear();
     const char* const end = text + size;
     const char* p = text;
+    bool behindNumber = false;
     while (true) {
-        while (isSpace(*p)) { // the NUL behind the block stops it
-            ++p;
-        }
+        const std::uint8_t space = skipGap(p, end);
         if (p == end) {
             break;
         }
         const char* const firstDigit = p + (isSign(*p) ? 1 : 0);
+        const std::uint8_t gap = behindNumber ? space : NumberAhead::text;
+        behindNumber = false;
         if (isDigit(*firstDigit) || *firstDigit == '.') {
-            p += convertNumber(p, text, end, numbers);
+            const std::size_t length = convertNumber(p, text, end, gap, numbers);
+            behindNumber = length > 0;
+            p += length;
         }
         while (p != end && !isSpace(*p)) {
-            ++p; // a control character, which belongs to the word, or the word's first letter
-            while (static_cast<unsigned char>(*p) > ' ') {
-                ++p;
-            }
+            behindNumber = false;
+            // Behind a control character, which belongs to the word, or the word's first letter.
+            p = skipWord(p + 1, end);
         }
     }
     numbers.push_back(noNumber);

@@ -13,7 +13,7 @@ namespace velmora {
 /// When a file is read ahead. None of it has an effect on what is read.
 struct AheadSizes {
     std::int64_t leastFile = std::int64_t{4} << 20; ///< bytes of a file that is worth the threads
-    std::size_t block = std::size_t{1} << 19;       ///< bytes that one thread takes at a time
+    std::size_t block = std::size_t{1} << 18;       ///< bytes that one thread takes at a time
     std::int32_t numbersBefore = 256;               ///< taken of a block one by one, before others are converted ahead
 };
 
@@ -22,10 +22,22 @@ AheadSizes& aheadSizes();
 
 /// A number that stands in a block of text.
 struct NumberAhead {
+    /// What may stand between a number and the one before it; see `gap`.
+    static constexpr std::uint8_t text = 0;   ///< more than white space, or nothing is known of it
+    static constexpr std::uint8_t blanks = 1; ///< white space without a line feed
+    static constexpr std::uint8_t lines = 2; ///< white space with several line feeds, or with one far before the number
+    static constexpr std::uint8_t line = 3;  ///< white space with one line feed
+
     double value;
     std::uint32_t begin;  ///< its first byte
     std::uint16_t length; ///< in bytes
     bool whole;           ///< of digits alone, behind a sign or none
+    std::uint8_t gap;     ///< one of those above; of `line` and so much more, so many bytes stand behind the line feed
+
+    std::size_t end() const { return std::size_t{begin} + length; }
+    bool beginsLine() const { return gap >= line; }
+    /// The first byte of its line, if it begins it.
+    std::size_t lineStart() const { return begin - static_cast<std::size_t>(gap - line); }
 };
 
 /// Converts what begins like a number behind white space, or at the first byte, of `size` bytes, behind which stands a
@@ -53,12 +65,16 @@ public:
     bool readFailed() const { return readFailed_; }
 
     /// The number that begins at byte `begin` of the block given last, or null. It is found if nobody asked for a later
-    /// one before.
+    /// one before. Others stand behind it, the last of which is none: in its gap is text.
     const NumberAhead* at(std::size_t begin) {
-        while (number_->begin < begin) {
-            ++number_;
-        }
+        goTo(begin);
         return number_->begin == begin ? number_ : nullptr;
+    }
+    /// The same for the number before which nothing but white space stands from byte `place` on, as far as that is
+    /// known without a look at the text.
+    const NumberAhead* behind(std::size_t place) {
+        goTo(place);
+        return number_->gap != NumberAhead::text && number_[-1].end() <= place ? number_ : nullptr;
     }
 
 private:
@@ -70,6 +86,11 @@ private:
         std::vector<NumberAhead> numbers;
     };
 
+    void goTo(std::size_t place) {
+        while (number_->begin < place) {
+            ++number_;
+        }
+    }
     void readBlocks();
     Slot* readNext(bool mayWait);
     void convertBlock(Slot& slot);

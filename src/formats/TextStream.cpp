@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "BlocksAhead.h"
+#include "byte_steps.h"
 #include "characters.h"
 #include "parallel.h"
 #include "plain_decimal.h"
@@ -260,12 +261,9 @@ bool TextStream::readWord(std::string& word) {
 bool TextStream::readWord(std::string_view& word) {
     const char* start = cursor_;
     while (isSpace(*start)) { // the NUL behind the block stops it
-        ++start;
+        start = skipSpaces(start + 1, end_);
     }
-    const char* stop = start;
-    while (static_cast<unsigned char>(*stop) > ' ') {
-        ++stop;
-    }
+    const char* const stop = skipWord(start, end_);
     // At the end of the block, and at a control character, the word may go on.
     if (stop != start && isSpace(*stop) && good()) {
         word = std::string_view(start, static_cast<std::size_t>(stop - start));
@@ -384,22 +382,29 @@ std::size_t TextStream::readPlainDoubles(double* values, std::size_t count) {
     return taken;
 }
 
-// The same of numbers that were converted ahead.
+// The same of numbers that were converted ahead. What stands between them is known; the text is only looked at where it
+// is not.
 std::size_t TextStream::readDoublesAhead(double* values, std::size_t count) {
-    const char* p = cursor_;
-    std::size_t taken = 0;
-    for (; taken < count; ++taken) {
-        while (isSpace(*p)) {
-            ++p;
+    const char* const block = block_.get();
+    const NumberAhead* number = ahead_->behind(static_cast<std::size_t>(cursor_ - block));
+    if (number == nullptr) {
+        while (isSpace(*cursor_)) {
+            ++cursor_;
         }
-        const NumberAhead* const found = ahead_->at(static_cast<std::size_t>(p - block_.get()));
-        if (found == nullptr || !isSpace(p[found->length])) {
+        number = ahead_->at(static_cast<std::size_t>(cursor_ - block));
+    }
+    std::size_t taken = 0;
+    while (taken < count && number != nullptr) {
+        const char* const stop = block + number->end();
+        const NumberAhead* const next = number + 1;
+        const bool whiteSpaceFollows = next->gap != NumberAhead::text;
+        if (!whiteSpaceFollows && !isSpace(*stop)) {
             break;
         }
-        values[taken] = found->value;
-        p += found->length;
+        values[taken++] = number->value;
+        cursor_ = stop;
+        number = whiteSpaceFollows ? next : nullptr;
     }
-    cursor_ = p;
     return taken;
 }
 
@@ -414,6 +419,87 @@ bool TextStream::readDoubles(double* values, std::size_t count) {
         ++taken;
     }
     return taken == count;
+}
+
+bool TextStream::readPlainLine(double* values, std::size_t count) {
+    const auto skipInLine = [](const char* p) {
+        while (isSpace(*p) && *p != '\n') { // the NUL behind the block stops it
+            ++p;
+        }
+        return p;
+    };
+    const char* p = cursor_;
+    for (std::size_t taken = 0; taken < count; ++taken) {
+        const char* const begin = skipInLine(p);
+        double number = 0.0;
+        p = convertPlainDecimal(begin, end_, number);
+        if (p == nullptr || !isSpace(*p)) {
+            return false;
+        }
+        values[taken] = number;
+    }
+    p = skipInLine(p);
+    if (*p != '\n' || p - cursor_ > static_cast<std::ptrdiff_t>(shortLine)) {
+        return false;
+    }
+    cursor_ = p + 1;
+    return true;
+}
+
+bool TextStream::readLineAhead(double* values, std::size_t count) {
+    const auto place = static_cast<std::size_t>(cursor_ - block_.get());
+    const NumberAhead* const first = ahead_->behind(place);
+    if (first == nullptr || !first->beginsLine() || first->lineStart() > place) {
+        return false;
+    }
+    const NumberAhead* number = first;
+    do {
+        values[number - first] = number->value;
+        ++number;
+    } while (number != first + count && number->gap == NumberAhead::blanks);
+    if (number != first + count || !number->beginsLine() || number->lineStart() - 1 - place > shortLine) {
+        return false;
+    }
+    cursor_ = block_.get() + number->lineStart();
+    return true;
+}
+
+// Passes over white space up to the end of the line. False, and `eof`, when the file ends before.
+bool TextStream::skipBlanks() {
+    while (good() && isSpace(peek()) && peek() != '\n') {
+        get();
+    }
+    return good();
+}
+
+bool TextStream::readLineSlowly(double* values, std::size_t count) {
+    const std::int64_t begin = tell();
+    for (std::size_t taken = 0; taken < count; ++taken) {
+        if (!skipBlanks() || peek() == '\n' || !readDouble(values[taken])) {
+            return false;
+        }
+        if (const int behind = good() ? peek() : endOfFile; behind != endOfFile && !isSpace(behind)) {
+            return false;
+        }
+    }
+    const bool lineEnds = !skipBlanks() || peek() == '\n';
+    if (!lineEnds || tell() - begin > static_cast<std::int64_t>(shortLine)) {
+        return false;
+    }
+    if (good()) {
+        get();
+    }
+    return true;
+}
+
+bool TextStream::readLineOfDoubles(double* values, std::size_t count) {
+    const bool taken =
+        good() && !mayReadAhead_ && (ahead_ != nullptr ? readLineAhead(values, count) : readPlainLine(values, count));
+    return taken || readLineSlowly(values, count);
+}
+
+bool TextStream::takeLineEnd() {
+    return readLineSlowly(nullptr, 0);
 }
 
 bool TextStream::readDoubleSlowly(double& value) {

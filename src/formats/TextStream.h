@@ -98,6 +98,13 @@ public:
     bool readDouble(double& value);
     /// The same for `count` numbers one behind the other, which takes less time. The read that fails is the last one.
     bool readDoubles(double* values, std::size_t count);
+    /// The same for what is left of a line when that is `count` numbers, white space around them and nothing else, of
+    /// at most `shortLine` characters; taken with its line feed, which the last line need not have. False when it is
+    /// something else; the stream then stands somewhere in it.
+    bool readLineOfDoubles(double* values, std::size_t count);
+    /// Takes the rest of a line with its line feed if it is white space of at most `shortLine` characters. False when
+    /// it is not; the stream then stands somewhere in it.
+    bool takeLineEnd();
 
     /// Takes a decimal integer. On a number out of range `value` becomes the limit and the read fails; when there is
     /// no integer, `value` keeps what it had.
@@ -128,6 +135,10 @@ private:
     bool readWordSlowly(std::string_view& word);
     std::size_t readPlainDoubles(double* values, std::size_t count);
     std::size_t readDoublesAhead(double* values, std::size_t count);
+    bool readPlainLine(double* values, std::size_t count);
+    bool readLineAhead(double* values, std::size_t count);
+    bool readLineSlowly(double* values, std::size_t count);
+    bool skipBlanks();
     bool readDoubleSlowly(double& value);
     bool readIntSlowly(std::int32_t& value);
     void takeDigits(void (DecimalText::*take)(char));

@@ -1,5 +1,6 @@
 #include "BlocksAhead.h"
 
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <memory>
@@ -69,6 +70,28 @@ TEST(ConvertNumbers, KnowsTheirValueTheirLengthAndWhetherTheyAreWhole) {
     expect(5, 5, 2, false);
 }
 
+TEST(ConvertNumbers, KnowsWhatStandsBeforeThem) {
+    constexpr int line = NumberAhead::line;
+    constexpr int text = NumberAhead::text;
+    constexpr int lines = NumberAhead::lines;
+    constexpr int blanks = NumberAhead::blanks;
+    const auto gaps = [](const std::string& of) {
+        std::vector<NumberAhead> numbers;
+        convertNumbers(of.c_str(), of.size(), numbers);
+        std::vector<int> found;
+        for (const NumberAhead& number : numbers) {
+            found.push_back(number.gap);
+        }
+        return found;
+    };
+    // The first has the block's beginning before it, the one behind the last is none.
+    EXPECT_THAT(gaps("1 2\t 3\n4 \r\n 5\n   \t6 \n \n7 x 8 9y 1\n"),
+                ElementsAre(text, blanks, blanks, line, line + 1, line + 4, lines, text, blanks, text, text));
+    EXPECT_THAT(gaps("1.5-2 3 1e 4\n"), ElementsAre(text, text, text, text)); // "-2" is no word of its own
+    EXPECT_THAT(gaps("1\n" + std::string(252, ' ') + "2\n" + std::string(253, ' ') + "3\n"),
+                ElementsAre(text, 255, lines, text));
+}
+
 TEST(BlocksAhead, ComeInTheOrderOfTheFileAndEndWithIt) {
     const test::TemporaryFolder folder;
     std::string text;
@@ -136,6 +159,7 @@ std::string taken(const std::filesystem::path& file, const std::string& script) 
     std::string word;
     for (const char kind : script) {
         double real = -1;
+        std::array<double, 3> three{};
         std::int32_t whole = -1;
         switch (kind) {
         case 'd':
@@ -143,6 +167,15 @@ std::string taken(const std::filesystem::path& file, const std::string& script) 
             break;
         case 'i':
             stream.readInt(whole);
+            break;
+        case 'm':
+            stream.readDoubles(three.data(), three.size());
+            break;
+        case 'o':
+            stream.readLineOfDoubles(three.data(), three.size());
+            break;
+        case 'e':
+            stream.takeLineEnd();
             break;
         case 'w':
             stream.readWord(word);
@@ -156,6 +189,9 @@ std::string taken(const std::filesystem::path& file, const std::string& script) 
             break;
         default:
             stream.clear();
+        }
+        for (const double value : three) {
+            all += std::to_string(test::bitsOf(value)) + ' ';
         }
         all += std::to_string(test::bitsOf(real)) + ' ' + std::to_string(whole) + ' ' + word + ' ' +
                std::to_string(stream.tell()) + (stream.eof() ? "e" : "") + (stream.fail() ? "f" : "") + '\n';
@@ -174,12 +210,34 @@ TEST(BlocksAhead, AStreamGivesTheSameWithThem) {
         }
         std::string script;
         for (int step = 0; step < 60; ++step) {
-            script += "ddddddiiiiwlcccb"[random() % 16];
+            script += "ddddiiimmooewlcccb"[random() % 18];
         }
         const auto file = test::writeFileText(folder / "numbers.txt", text);
         const std::string alone = taken(file, script);
         const char* const threads[] = {"2", "7", "64"};
         const test::ReadAheadScope ahead(threads[round % 3], 1 + random() % 200);
+        EXPECT_EQ(taken(file, script), alone) << "text [" << text << "] script " << script;
+    }
+}
+
+TEST(BlocksAhead, AStreamGivesTheSameLinesWithThem) {
+    const test::TemporaryFolder folder;
+    std::mt19937 random(82);
+    const std::vector<std::string> pieces{"1 2 3\n",    " -1.5 2e1\t.5 \r\n", "4 5 6\n",     "3 4\n", "1\n2 3\n",
+                                          "7 8 9 10\n", "1.2.3 4 5\n",        "\n1 2 3\n\n", "x\n",   "0 0 0"};
+    for (int round = 0; round < 400 && !testing::Test::HasFailure(); ++round) {
+        std::string text;
+        for (std::size_t left = random() % 40; left > 0; --left) {
+            text += pieces[random() % (round % 2 == 0 ? pieces.size() : 3)];
+        }
+        std::string script = "d";
+        for (int step = 0; step < 40; ++step) {
+            script += "ooooooooeimlc"[random() % 13];
+        }
+        const auto file = test::writeFileText(folder / "numbers.txt", text);
+        const std::string alone = taken(file, script);
+        const char* const threads[] = {"2", "7", "64"};
+        const test::ReadAheadScope ahead(threads[round % 3], 10 + random() % 100);
         EXPECT_EQ(taken(file, script), alone) << "text [" << text << "] script " << script;
     }
 }

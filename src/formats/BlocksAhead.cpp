@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <exception>
 #include <limits>
-#include <new>
 
 #include <sys/types.h>
 #include <unistd.h>
@@ -16,28 +15,22 @@ namespace velmora {
 
 namespace {
 
-/// A word that begins like a number; gives how much of it is one. Most whole numbers have few digits.
-std::size_t convertNumber(const char* begin, const char* text, const char* end, std::uint8_t gap,
-                          std::vector<NumberAhead>& numbers) {
-    const auto add = [&](double value, const char* stop, bool whole) {
-        numbers.push_back(
-            {value, static_cast<std::uint32_t>(begin - text), static_cast<std::uint16_t>(stop - begin), whole, gap});
-        return numbers.back().length;
-    };
+/// A word that begins like a number; gives what stands behind as much of it as is one, null when none is. Most whole
+/// numbers have few digits.
+const char* convertNumber(const char* begin, const char* end, NumberAhead& number) {
     const char* const firstDigit = begin + static_cast<int>(isSign(*begin));
+    number.whole = false;
     if (firstDigit[1] != '.') { // no need to try it
         std::int32_t magnitude = 0;
         if (const char* const stop = convertFewDigits(firstDigit, magnitude)) {
             // Of zeros the negative one keeps its sign as a real number.
-            return add(*begin == '-' ? -static_cast<double>(magnitude) : magnitude, stop, true);
+            number.value = *begin == '-' ? -static_cast<double>(magnitude) : magnitude;
+            number.whole = true;
+            return stop;
         }
     }
-    double value = 0.0;
-    const char* const stop = convertDecimal(begin + static_cast<int>(*begin == '+'), end, value);
-    if (stop == nullptr || stop - begin > std::numeric_limits<std::uint16_t>::max()) {
-        return 0;
-    }
-    return add(value, stop, false);
+    const char* const stop = convertDecimal(begin + static_cast<int>(*begin == '+'), end, number.value);
+    return stop != nullptr && stop - begin > std::numeric_limits<std::uint16_t>::max() ? nullptr : stop;
 }
 
 constexpr std::uint32_t behindAll = std::numeric_limits<std::uint32_t>::max();
@@ -45,6 +38,10 @@ constexpr NumberAhead noNumber = {0.0, behindAll, 0, false, NumberAhead::text};
 
 /// Passes over white space and gives what kind of a gap it is.
 std::uint8_t skipGap(const char*& p, const char* end) {
+    if (*p == ' ' && !isSpace(p[1])) { // nearly always
+        ++p;
+        return NumberAhead::blanks;
+    }
     constexpr std::ptrdiff_t far = std::numeric_limits<std::uint8_t>::max() - NumberAhead::line;
     const char* behindFeed = nullptr;
     int feeds = 0;
@@ -69,8 +66,7 @@ AheadSizes& aheadSizes() {
     return sizes;
 }
 
-void convertNumbers(const char* text, std::size_t size, std::vector<NumberAhead>& numbers) {
-    numbers.clear();
+void convertNumbers(const char* text, std::size_t size, NumberAhead* number) {
     const char* const end = text + size;
     const char* p = text;
     bool behindNumber = false;
@@ -79,13 +75,19 @@ void convertNumbers(const char* text, std::size_t size, std::vector<NumberAhead>
         if (p == end) {
             break;
         }
+        const char* const begin = p;
         const char* const firstDigit = p + (isSign(*p) ? 1 : 0);
         const std::uint8_t gap = behindNumber ? space : NumberAhead::text;
         behindNumber = false;
         if (isDigit(*firstDigit) || *firstDigit == '.') {
-            const std::size_t length = convertNumber(p, text, end, gap, numbers);
-            behindNumber = length > 0;
-            p += length;
+            if (const char* const stop = convertNumber(begin, end, *number)) {
+                number->begin = static_cast<std::uint32_t>(begin - text);
+                number->length = static_cast<std::uint16_t>(stop - begin);
+                number->gap = gap;
+                ++number;
+                behindNumber = true;
+                p = stop;
+            }
         }
         while (p != end && !isSpace(*p)) {
             behindNumber = false;
@@ -93,16 +95,18 @@ void convertNumbers(const char* text, std::size_t size, std::vector<NumberAhead>
             p = skipWord(p + 1, end);
         }
     }
-    numbers.push_back(noNumber);
+    *number = noNumber;
 }
 
 // ---- BlocksAhead ----------------------------------------------------------------------------------------------------
 
 BlocksAhead::BlocksAhead(int descriptor, std::size_t blockSize, std::size_t helpers)
-    : descriptor_(descriptor), blockSize_(blockSize), slots_(helpers + 2), numbers_(1, noNumber),
-      number_(numbers_.data()) {
+    : descriptor_(descriptor), blockSize_(blockSize), slots_(helpers + 2),
+      numbers_(std::make_unique_for_overwrite<NumberAhead[]>(mostNumbers(blockSize))), number_(numbers_.get()) {
+    *numbers_.get() = noNumber;
     for (Slot& slot : slots_) {
         slot.text = std::make_unique_for_overwrite<char[]>(blockSize + 1);
+        slot.numbers = std::make_unique_for_overwrite<NumberAhead[]>(mostNumbers(blockSize));
     }
     helpers_.reserve(helpers);
     try {
@@ -158,11 +162,7 @@ BlocksAhead::Slot* BlocksAhead::readNext(bool mayWait) {
 }
 
 void BlocksAhead::convertBlock(Slot& slot) {
-    try {
-        convertNumbers(slot.text.get(), slot.size, slot.numbers);
-    } catch (const std::bad_alloc&) {
-        slot.numbers.clear(); // who asks converts them
-    }
+    convertNumbers(slot.text.get(), slot.size, slot.numbers.get());
     {
         const std::lock_guard lock(mutex_);
         slot.ready = true;
@@ -213,10 +213,7 @@ std::size_t BlocksAhead::next(std::unique_ptr<char[]>& text) {
         ++blocksGiven_;
     }
     changed_.notify_all();
-    if (numbers_.empty()) {
-        numbers_.push_back(noNumber);
-    }
-    number_ = numbers_.data();
+    number_ = numbers_.get();
     return size;
 }
 

@@ -42,8 +42,13 @@ struct NumberAhead {
 
 /// Converts what begins like a number behind white space, or at the first byte, of `size` bytes, behind which stands a
 /// NUL. Left out are those that a stream would not take as they are, or of which it is not sure that they end there.
-/// The last of `numbers` begins behind all bytes.
-void convertNumbers(const char* text, std::size_t size, std::vector<NumberAhead>& numbers);
+/// The last of `numbers`, which have room for `mostNumbers(size)`, begins behind all bytes.
+void convertNumbers(const char* text, std::size_t size, NumberAhead* numbers);
+
+/// How many numbers can stand in `size` bytes, and the one behind them.
+constexpr std::size_t mostNumbers(std::size_t size) {
+    return (size + 1) / 2 + 1;
+}
 
 /// The blocks of a file from where it stands, read and with their numbers converted by other threads before somebody
 /// asks for them. Where a reader will look for a number depends on all that stands before; so all numbers are
@@ -83,7 +88,7 @@ private:
         std::size_t size = 0;
         bool failed = false;
         bool ready = false;
-        std::vector<NumberAhead> numbers;
+        std::unique_ptr<NumberAhead[]> numbers;
     };
 
     void goTo(std::size_t place) {
@@ -106,7 +111,7 @@ private:
     std::condition_variable changed_;
     std::size_t blocksGiven_ = 0;
     bool stopped_ = false;
-    std::vector<NumberAhead> numbers_; ///< of the block given last
+    std::unique_ptr<NumberAhead[]> numbers_; ///< of the block given last
     const NumberAhead* number_ = nullptr;
     bool ended_ = false;
     bool readFailed_ = false;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <type_traits>
 #include <utility>
 
 #include <fcntl.h>
@@ -384,7 +385,8 @@ std::size_t TextStream::readPlainDoubles(double* values, std::size_t count) {
 
 // The same of numbers that were converted ahead. What stands between them is known; the text is only looked at where it
 // is not.
-std::size_t TextStream::readDoublesAhead(double* values, std::size_t count) {
+template <class Number>
+std::size_t TextStream::readNumbersAhead(Number* values, std::size_t count) {
     const char* const block = block_.get();
     const NumberAhead* number = ahead_->behind(static_cast<std::size_t>(cursor_ - block));
     if (number == nullptr) {
@@ -398,10 +400,10 @@ std::size_t TextStream::readDoublesAhead(double* values, std::size_t count) {
         const char* const stop = block + number->end();
         const NumberAhead* const next = number + 1;
         const bool whiteSpaceFollows = next->gap != NumberAhead::text;
-        if (!whiteSpaceFollows && !isSpace(*stop)) {
+        if ((!whiteSpaceFollows && !isSpace(*stop)) || (std::is_integral_v<Number> && !number->whole)) {
             break;
         }
-        values[taken++] = number->value;
+        values[taken++] = static_cast<Number>(number->value);
         cursor_ = stop;
         number = whiteSpaceFollows ? next : nullptr;
     }
@@ -411,7 +413,7 @@ std::size_t TextStream::readDoublesAhead(double* values, std::size_t count) {
 bool TextStream::readDoubles(double* values, std::size_t count) {
     std::size_t taken = 0;
     if (good() && ahead_ != nullptr) {
-        taken = readDoublesAhead(values, count);
+        taken = readNumbersAhead(values, count);
     } else if (good() && !mayReadAhead_) {
         taken = readPlainDoubles(values, count);
     }
@@ -500,6 +502,14 @@ bool TextStream::readLineOfDoubles(double* values, std::size_t count) {
 
 bool TextStream::takeLineEnd() {
     return readLineSlowly(nullptr, 0);
+}
+
+bool TextStream::readInts(std::int32_t* values, std::size_t count) {
+    std::size_t taken = good() && ahead_ != nullptr ? readNumbersAhead(values, count) : 0;
+    while (taken < count && readInt(values[taken])) {
+        ++taken;
+    }
+    return taken == count;
 }
 
 bool TextStream::readDoubleSlowly(double& value) {

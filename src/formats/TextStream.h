@@ -109,6 +109,8 @@ public:
     /// Takes a decimal integer. On a number out of range `value` becomes the limit and the read fails; when there is
     /// no integer, `value` keeps what it had.
     bool readInt(std::int32_t& value);
+    /// The same for `count` integers one behind the other, which takes less time. The read that fails is the last one.
+    bool readInts(std::int32_t* values, std::size_t count);
 
     /// Takes the rest of the line with its line feed; the text without it goes to `line`. The last line need not have
     /// a line feed. Fails, with `line` empty, when nothing is left. A line of more than `limit` characters fails behind
@@ -134,7 +136,8 @@ private:
     char nextOfToken();
     bool readWordSlowly(std::string_view& word);
     std::size_t readPlainDoubles(double* values, std::size_t count);
-    std::size_t readDoublesAhead(double* values, std::size_t count);
+    template <class Number>
+    std::size_t readNumbersAhead(Number* values, std::size_t count);
     bool readPlainLine(double* values, std::size_t count);
     bool readLineAhead(double* values, std::size_t count);
     bool readLineSlowly(double* values, std::size_t count);

@@ -175,14 +175,17 @@ void TecplotZoneData::readPoints(const std::vector<Values*>& targets, std::int64
     if (targets.empty() && points > 0 && stream_.fail()) {
         raise(__LINE__);
     }
-    std::vector<double> row(targets.size());
-    for (std::int64_t point = 0; !targets.empty() && point < points; ++point) {
-        if (!stream_.readDoubles(row.data(), row.size())) {
+    constexpr std::int64_t pointsAtOnce = 64;
+    const std::size_t width = targets.size();
+    std::vector<double> rows(width * static_cast<std::size_t>(std::clamp<std::int64_t>(points, 0, pointsAtOnce)));
+    for (std::int64_t left = width > 0 ? points : 0; left > 0; left -= pointsAtOnce) {
+        const std::size_t numbers = width * static_cast<std::size_t>(std::min(left, pointsAtOnce));
+        if (!stream_.readDoubles(rows.data(), numbers)) {
             raise(__LINE__);
         }
-        for (std::size_t place = 0; place < row.size(); ++place) {
-            if (targets[place] != nullptr) {
-                targets[place]->push_back(row[place]);
+        for (std::size_t place = 0; place < width; ++place) {
+            for (std::size_t i = place; targets[place] != nullptr && i < numbers; i += width) {
+                targets[place]->push_back(rows[i]);
             }
         }
     }
@@ -222,15 +225,13 @@ std::vector<std::int32_t> TecplotZoneData::readElements() {
     const std::size_t trianglesEach = corners.size() - 2;
     reserveLarge(connectivity, room(header.elements, corners.size()) * trianglesEach * entriesPerTriangle);
     for (std::int32_t element = 0; element < header.elements; ++element) {
-        bool exist = true;
-        for (std::int32_t& corner : corners) {
-            if (!stream_.readInt(corner)) {
+        if (!stream_.readInts(corners.data(), corners.size())) {
+            raise(__LINE__);
+        }
+        for (const std::int32_t corner : corners) {
+            if (corner < 1 || corner > header.nodes) {
                 raise(__LINE__);
             }
-            exist = exist && corner >= 1 && corner <= header.nodes;
-        }
-        if (!exist) {
-            raise(__LINE__);
         }
         appendElement(corners, connectivity);
     }

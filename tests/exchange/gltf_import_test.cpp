@@ -1,6 +1,7 @@
 #include "gltf_import.h"
 
 #include <cmath>
+#include <limits>
 
 #include <gmock/gmock.h>
 

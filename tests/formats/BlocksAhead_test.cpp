@@ -1,5 +1,6 @@
 #include "BlocksAhead.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
@@ -27,10 +28,21 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+/// What was converted, and the one behind it.
+std::vector<NumberAhead> numbersOf(const std::string& text) {
+    std::vector<NumberAhead> numbers(mostNumbers(text.size()));
+    convertNumbers(text.c_str(), text.size(), numbers.data());
+    std::size_t count = 1;
+    while (numbers[count - 1].begin < text.size()) {
+        ++count;
+    }
+    numbers.resize(count);
+    return numbers;
+}
+
 /// The bytes at which numbers were converted.
 std::vector<std::size_t> places(const std::string& text) {
-    std::vector<NumberAhead> numbers;
-    convertNumbers(text.c_str(), text.size(), numbers);
+    std::vector<NumberAhead> numbers = numbersOf(text);
     EXPECT_GT(numbers.back().begin, text.size());
     numbers.pop_back();
     std::vector<std::size_t> found;
@@ -53,8 +65,7 @@ TEST(ConvertNumbers, LeavesOutWhatAStreamWouldNotTakeAsItStands) {
 
 TEST(ConvertNumbers, KnowsTheirValueTheirLengthAndWhetherTheyAreWhole) {
     const std::string text = "12 -0 -3.5e2 +2147483647 -999999999 5.\n";
-    std::vector<NumberAhead> numbers;
-    convertNumbers(text.c_str(), text.size(), numbers);
+    const std::vector<NumberAhead> numbers = numbersOf(text);
     ASSERT_EQ(numbers.size(), 7U);
     const auto expect = [&numbers](std::size_t i, double value, int length, bool whole) {
         EXPECT_EQ(numbers[i].value, value);
@@ -76,10 +87,8 @@ TEST(ConvertNumbers, KnowsWhatStandsBeforeThem) {
     constexpr int lines = NumberAhead::lines;
     constexpr int blanks = NumberAhead::blanks;
     const auto gaps = [](const std::string& of) {
-        std::vector<NumberAhead> numbers;
-        convertNumbers(of.c_str(), of.size(), numbers);
         std::vector<int> found;
-        for (const NumberAhead& number : numbers) {
+        for (const NumberAhead& number : numbersOf(of)) {
             found.push_back(number.gap);
         }
         return found;
@@ -171,6 +180,12 @@ std::string taken(const std::filesystem::path& file, const std::string& script) 
         case 'm':
             stream.readDoubles(three.data(), three.size());
             break;
+        case 'j': {
+            std::array<std::int32_t, 3> integers{};
+            stream.readInts(integers.data(), integers.size());
+            std::copy(integers.begin(), integers.end(), three.begin());
+            break;
+        }
         case 'o':
             stream.readLineOfDoubles(three.data(), three.size());
             break;
@@ -210,7 +225,7 @@ TEST(BlocksAhead, AStreamGivesTheSameWithThem) {
         }
         std::string script;
         for (int step = 0; step < 60; ++step) {
-            script += "ddddiiimmooewlcccb"[random() % 18];
+            script += "ddddiiimmoojjewlcccb"[random() % 20];
         }
         const auto file = test::writeFileText(folder / "numbers.txt", text);
         const std::string alone = taken(file, script);
@@ -232,7 +247,7 @@ TEST(BlocksAhead, AStreamGivesTheSameLinesWithThem) {
         }
         std::string script = "d";
         for (int step = 0; step < 40; ++step) {
-            script += "ooooooooeimlc"[random() % 13];
+            script += "ooooooooeimjlc"[random() % 14];
         }
         const auto file = test::writeFileText(folder / "numbers.txt", text);
         const std::string alone = taken(file, script);

@@ -1,8 +1,11 @@
 #include "BlocksAhead.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <exception>
 #include <limits>
+#include <type_traits>
 
 #include <sys/types.h>
 #include <unistd.h>
@@ -34,29 +37,20 @@ const char* convertNumber(const char* begin, const char* end, NumberAhead& numbe
 }
 
 constexpr std::uint32_t behindAll = std::numeric_limits<std::uint32_t>::max();
-constexpr NumberAhead noNumber = {0.0, behindAll, 0, false, NumberAhead::text};
+constexpr NumberAhead noNumber = {0.0, behindAll, 0, false, false};
+constexpr LineAhead noLine = {behindAll, behindAll, behindAll};
 
-/// Passes over white space and gives what kind of a gap it is.
-std::uint8_t skipGap(const char*& p, const char* end) {
-    if (*p == ' ' && !isSpace(p[1])) { // nearly always
-        ++p;
-        return NumberAhead::blanks;
+/// Of a line feed spaces often follow, of a space nearly never.
+const char* skipWhiteSpace(const char* p, const char* end) {
+    if (*p == ' ' && !isSpace(p[1])) {
+        return p + 1;
     }
-    constexpr std::ptrdiff_t far = std::numeric_limits<std::uint8_t>::max() - NumberAhead::line;
-    const char* behindFeed = nullptr;
-    int feeds = 0;
     while (isSpace(*p)) { // the NUL behind the block stops it
-        if (*p++ == '\n') {
-            behindFeed = p;
-            ++feeds;
-            p = *p == ' ' ? skipSpaces(p, end) : p;
+        if (*p++ == '\n' && *p == ' ') {
+            p = skipSpaces(p, end);
         }
     }
-    if (feeds == 0) {
-        return NumberAhead::blanks;
-    }
-    return feeds == 1 && p - behindFeed <= far ? static_cast<std::uint8_t>(NumberAhead::line + (p - behindFeed))
-                                               : NumberAhead::lines;
+    return p;
 }
 
 } // namespace
@@ -71,19 +65,19 @@ void convertNumbers(const char* text, std::size_t size, NumberAhead* number) {
     const char* p = text;
     bool behindNumber = false;
     while (true) {
-        const std::uint8_t space = skipGap(p, end);
+        p = skipWhiteSpace(p, end);
         if (p == end) {
             break;
         }
         const char* const begin = p;
         const char* const firstDigit = p + (isSign(*p) ? 1 : 0);
-        const std::uint8_t gap = behindNumber ? space : NumberAhead::text;
+        const bool follows = behindNumber;
         behindNumber = false;
         if (isDigit(*firstDigit) || *firstDigit == '.') {
             if (const char* const stop = convertNumber(begin, end, *number)) {
                 number->begin = static_cast<std::uint32_t>(begin - text);
                 number->length = static_cast<std::uint16_t>(stop - begin);
-                number->gap = gap;
+                number->follows = follows;
                 ++number;
                 behindNumber = true;
                 p = stop;
@@ -98,15 +92,54 @@ void convertNumbers(const char* text, std::size_t size, NumberAhead* number) {
     *number = noNumber;
 }
 
+namespace {
+
+template <class Number>
+void convertLinesOf(const char* text, std::size_t size, std::size_t numbers, LineAhead* line, double* values) {
+    const char* const end = text + size;
+    const auto behindFeed = [end](const char* p) {
+        const void* const feed = std::memchr(p, '\n', static_cast<std::size_t>(end - p));
+        return feed != nullptr ? static_cast<const char*>(feed) + 1 : end;
+    };
+    const auto place = [text](const char* p) { return static_cast<std::uint32_t>(p - text); };
+    for (const char* p = behindFeed(text); p != end;) {
+        const char* const behind = convertLine<Number>(p, end, values, numbers);
+        if (behind == nullptr) {
+            p = behindFeed(p);
+            continue;
+        }
+        *line++ = {place(p), place(skipInLine(p)), place(behind)};
+        values += numbers;
+        p = behind;
+    }
+    *line = noLine;
+}
+
+} // namespace
+
+void convertLines(const char* text, std::size_t size, LineForm form, LineAhead* lines, double* values) {
+    form.whole != 0 ? convertLinesOf<std::int32_t>(text, size, form.numbers, lines, values)
+                    : convertLinesOf<double>(text, size, form.numbers, lines, values);
+}
+
 // ---- BlocksAhead ----------------------------------------------------------------------------------------------------
 
 BlocksAhead::BlocksAhead(int descriptor, std::size_t blockSize, std::size_t helpers)
-    : descriptor_(descriptor), blockSize_(blockSize), slots_(helpers + 2),
-      numbers_(std::make_unique_for_overwrite<NumberAhead[]>(mostNumbers(blockSize))), number_(numbers_.get()) {
-    *numbers_.get() = noNumber;
+    : descriptor_(descriptor), blockSize_(blockSize), slots_(helpers + 2) {
+    const std::size_t room = mostNumbers(blockSize);
+    const auto makeRoom = [room](Slot& slot) {
+        slot.numbers = std::make_unique_for_overwrite<NumberAhead[]>(room);
+        slot.lines = std::make_unique_for_overwrite<LineAhead[]>(room);
+        slot.values = std::make_unique_for_overwrite<double[]>(room);
+    };
+    makeRoom(given_);
+    given_.numbers[0] = noNumber;
+    given_.lines[0] = noLine;
+    number_ = given_.numbers.get();
+    line_ = given_.lines.get();
     for (Slot& slot : slots_) {
+        makeRoom(slot);
         slot.text = std::make_unique_for_overwrite<char[]>(blockSize + 1);
-        slot.numbers = std::make_unique_for_overwrite<NumberAhead[]>(mostNumbers(blockSize));
     }
     helpers_.reserve(helpers);
     try {
@@ -162,7 +195,13 @@ BlocksAhead::Slot* BlocksAhead::readNext(bool mayWait) {
 }
 
 void BlocksAhead::convertBlock(Slot& slot) {
-    convertNumbers(slot.text.get(), slot.size, slot.numbers.get());
+    slot.form = asked_.load(std::memory_order_relaxed);
+    if (slot.form.numbers > 0) {
+        slot.numbers[0] = noNumber;
+        convertLines(slot.text.get(), slot.size, slot.form, slot.lines.get(), slot.values.get());
+    } else {
+        convertNumbers(slot.text.get(), slot.size, slot.numbers.get());
+    }
     {
         const std::lock_guard lock(mutex_);
         slot.ready = true;
@@ -208,13 +247,34 @@ std::size_t BlocksAhead::next(std::unique_ptr<char[]>& text) {
             return 0;
         }
         text.swap(slot.text);
-        numbers_.swap(slot.numbers);
+        given_.form = slot.form;
+        given_.numbers.swap(slot.numbers);
+        given_.lines.swap(slot.lines);
+        given_.values.swap(slot.values);
         slot.ready = false;
         ++blocksGiven_;
     }
     changed_.notify_all();
-    number_ = numbers_.get();
+    number_ = given_.numbers.get();
+    line_ = given_.lines.get();
     return size;
+}
+
+BlocksAhead::Lines BlocksAhead::linesAt(std::size_t place, std::size_t most) {
+    while (line_->first < place) {
+        ++line_;
+    }
+    if (line_->begin > place || most == 0) {
+        return {};
+    }
+    const auto before = static_cast<std::size_t>(line_ - given_.lines.get());
+    std::size_t count = 1;
+    while (count < most && line_[count].begin == line_[count - 1].end) {
+        ++count;
+    }
+    const std::size_t end = line_[count - 1].end;
+    line_ += count;
+    return {given_.values.get() + before * given_.form.numbers, count, end};
 }
 
 } // namespace velmora

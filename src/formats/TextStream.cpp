@@ -116,10 +116,17 @@ const NumberAhead* TextStream::numberAhead(const char* start) {
     if (ahead_ != nullptr) {
         return ahead_->at(static_cast<std::size_t>(start - block_.get()));
     }
-    if (mayReadAhead_ && ++numbersTaken_ > aheadSizes().numbersBefore) {
-        beginAhead();
+    if (mayReadAhead_) {
+        countTaken(1);
     }
     return nullptr;
+}
+
+void TextStream::countTaken(std::size_t numbers) {
+    numbersTaken_ += numbers;
+    if (numbersTaken_ > aheadSizes().numbersBefore) {
+        beginAhead();
+    }
 }
 
 void TextStream::beginAhead() {
@@ -399,7 +406,7 @@ std::size_t TextStream::readNumbersAhead(Number* values, std::size_t count) {
     while (taken < count && number != nullptr) {
         const char* const stop = block + number->end();
         const NumberAhead* const next = number + 1;
-        const bool whiteSpaceFollows = next->gap != NumberAhead::text;
+        const bool whiteSpaceFollows = next->follows;
         if ((!whiteSpaceFollows && !isSpace(*stop)) || (std::is_integral_v<Number> && !number->whole)) {
             break;
         }
@@ -413,6 +420,7 @@ std::size_t TextStream::readNumbersAhead(Number* values, std::size_t count) {
 bool TextStream::readDoubles(double* values, std::size_t count) {
     std::size_t taken = 0;
     if (good() && ahead_ != nullptr) {
+        ahead_->askForNumbers();
         taken = readNumbersAhead(values, count);
     } else if (good() && !mayReadAhead_) {
         taken = readPlainDoubles(values, count);
@@ -423,47 +431,39 @@ bool TextStream::readDoubles(double* values, std::size_t count) {
     return taken == count;
 }
 
-bool TextStream::readPlainLine(double* values, std::size_t count) {
-    const auto skipInLine = [](const char* p) {
-        while (isSpace(*p) && *p != '\n') { // the NUL behind the block stops it
-            ++p;
-        }
-        return p;
-    };
-    const char* p = cursor_;
-    for (std::size_t taken = 0; taken < count; ++taken) {
-        const char* const begin = skipInLine(p);
-        double number = 0.0;
-        p = convertPlainDecimal(begin, end_, number);
-        if (p == nullptr || !isSpace(*p)) {
-            return false;
-        }
-        values[taken] = number;
+template <class Number>
+std::size_t TextStream::takeLines(Number* values, std::size_t numbers, std::size_t most) {
+    if (!good()) {
+        return 0;
     }
-    p = skipInLine(p);
-    if (*p != '\n' || p - cursor_ > static_cast<std::ptrdiff_t>(shortLine)) {
-        return false;
+    if (mayReadAhead_) {
+        countTaken(numbers * most);
     }
-    cursor_ = p + 1;
-    return true;
+    if (ahead_ != nullptr && ahead_->holdsLines({static_cast<std::uint32_t>(numbers), std::is_integral_v<Number>})) {
+        const auto lines = ahead_->linesAt(static_cast<std::size_t>(cursor_ - block_.get()), most);
+        std::transform(lines.values, lines.values + lines.count * numbers, values,
+                       [](double value) { return static_cast<Number>(value); });
+        cursor_ = lines.count > 0 ? block_.get() + lines.end : cursor_;
+        return lines.count;
+    }
+    std::size_t taken = 0;
+    while (taken < most) {
+        const char* const behind = convertLine<Number>(cursor_, end_, values + taken * numbers, numbers);
+        if (behind == nullptr) {
+            break;
+        }
+        cursor_ = behind;
+        ++taken;
+    }
+    return taken;
 }
 
-bool TextStream::readLineAhead(double* values, std::size_t count) {
-    const auto place = static_cast<std::size_t>(cursor_ - block_.get());
-    const NumberAhead* const first = ahead_->behind(place);
-    if (first == nullptr || !first->beginsLine() || first->lineStart() > place) {
-        return false;
-    }
-    const NumberAhead* number = first;
-    do {
-        values[number - first] = number->value;
-        ++number;
-    } while (number != first + count && number->gap == NumberAhead::blanks);
-    if (number != first + count || !number->beginsLine() || number->lineStart() - 1 - place > shortLine) {
-        return false;
-    }
-    cursor_ = block_.get() + number->lineStart();
-    return true;
+std::size_t TextStream::takeLinesOfDoubles(double* values, std::size_t numbers, std::size_t most) {
+    return takeLines(values, numbers, most);
+}
+
+std::size_t TextStream::takeLinesOfInts(std::int32_t* values, std::size_t numbers, std::size_t most) {
+    return takeLines(values, numbers, most);
 }
 
 // Passes over white space up to the end of the line. False, and `eof`, when the file ends before.
@@ -495,9 +495,7 @@ bool TextStream::readLineSlowly(double* values, std::size_t count) {
 }
 
 bool TextStream::readLineOfDoubles(double* values, std::size_t count) {
-    const bool taken =
-        good() && !mayReadAhead_ && (ahead_ != nullptr ? readLineAhead(values, count) : readPlainLine(values, count));
-    return taken || readLineSlowly(values, count);
+    return takeLines(values, count, 1) == 1 || readLineSlowly(values, count);
 }
 
 bool TextStream::takeLineEnd() {
@@ -505,7 +503,11 @@ bool TextStream::takeLineEnd() {
 }
 
 bool TextStream::readInts(std::int32_t* values, std::size_t count) {
-    std::size_t taken = good() && ahead_ != nullptr ? readNumbersAhead(values, count) : 0;
+    std::size_t taken = 0;
+    if (good() && ahead_ != nullptr) {
+        ahead_->askForNumbers();
+        taken = readNumbersAhead(values, count);
+    }
     while (taken < count && readInt(values[taken])) {
         ++taken;
     }

@@ -94,15 +94,43 @@ bool countPoints(const std::filesystem::path& path, AptReadResult& result, const
     return true;
 }
 
-/// Takes a line that holds x, y, z and nothing else, see TextStream::readLineOfDoubles.
-bool readPointLine(TextStream& stream, zVec<double>& point) {
-    std::array<double, 3> values{};
-    const bool read = stream.readLineOfDoubles(values.data(), values.size());
-    if (read) {
-        point = {values[0], values[1], values[2]};
+/// The points of a patch, each in a line that holds x, y, z and nothing else.
+class PointLines {
+public:
+    PointLines(TextStream& stream, std::int64_t points) : stream_(stream), left_(points) {}
+
+    /// False when there is none, or another line.
+    bool operator()(zVec<double>& point) {
+        if (next_ == end_ && !fill()) {
+            return false;
+        }
+        point = {values_[next_], values_[next_ + 1], values_[next_ + 2]};
+        next_ += numbers;
+        return true;
     }
-    return read;
-}
+
+private:
+    static constexpr std::size_t numbers = 3;
+    static constexpr std::size_t linesAtOnce = 64;
+
+    bool fill() {
+        const auto most = static_cast<std::size_t>(std::min<std::int64_t>(left_, linesAtOnce));
+        std::size_t lines = stream_.takeLinesOfDoubles(values_.data(), numbers, most);
+        if (lines == 0 && left_ > 0) {
+            lines = stream_.readLineOfDoubles(values_.data(), numbers) ? 1 : 0;
+        }
+        left_ -= static_cast<std::int64_t>(lines);
+        next_ = 0;
+        end_ = lines * numbers;
+        return lines > 0;
+    }
+
+    TextStream& stream_;
+    std::int64_t left_;
+    std::array<double, numbers * linesAtOnce> values_{};
+    std::size_t next_ = 0;
+    std::size_t end_ = 0;
+};
 
 /// Reads a file as nearly all are: headers and points, each in a line of its own, and nothing else. Then the numbers
 /// tell what the lines are counted for, and one pass will do. Of any other file it knows nothing.
@@ -168,7 +196,7 @@ bool AptOnePass::takePatch(const AptHeader& header) {
     if (result_.pointsInFile > std::numeric_limits<std::int32_t>::max() || !fitThinning()) {
         return false;
     }
-    const auto nextPoint = [this](zVec<double>& point) { return readPointLine(reader_.stream(), point); };
+    PointLines nextPoint(reader_.stream(), header.pointsTold());
     Patch patch;
     thinner_.restartPhases();
     if (!thinner_.takePatch(header.sections, header.points, nextPoint, patch) || thinner_.cutAtLimit()) {

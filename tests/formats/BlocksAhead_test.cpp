@@ -81,24 +81,46 @@ TEST(ConvertNumbers, KnowsTheirValueTheirLengthAndWhetherTheyAreWhole) {
     expect(5, 5, 2, false);
 }
 
-TEST(ConvertNumbers, KnowsWhatStandsBeforeThem) {
-    constexpr int line = NumberAhead::line;
-    constexpr int text = NumberAhead::text;
-    constexpr int lines = NumberAhead::lines;
-    constexpr int blanks = NumberAhead::blanks;
-    const auto gaps = [](const std::string& of) {
-        std::vector<int> found;
-        for (const NumberAhead& number : numbersOf(of)) {
-            found.push_back(number.gap);
+TEST(ConvertNumbers, KnowsWhetherOnlyWhiteSpaceStandsBeforeThem) {
+    const auto follow = [](const std::string& text) {
+        std::vector<bool> found;
+        for (const NumberAhead& number : numbersOf(text)) {
+            found.push_back(number.follows);
         }
         return found;
     };
     // The first has the block's beginning before it, the one behind the last is none.
-    EXPECT_THAT(gaps("1 2\t 3\n4 \r\n 5\n   \t6 \n \n7 x 8 9y 1\n"),
-                ElementsAre(text, blanks, blanks, line, line + 1, line + 4, lines, text, blanks, text, text));
-    EXPECT_THAT(gaps("1.5-2 3 1e 4\n"), ElementsAre(text, text, text, text)); // "-2" is no word of its own
-    EXPECT_THAT(gaps("1\n" + std::string(252, ' ') + "2\n" + std::string(253, ' ') + "3\n"),
-                ElementsAre(text, 255, lines, text));
+    EXPECT_THAT(follow("1 2\t 3\n4 \r\n 5\n   \t6 \n \n7 x 8 9y 1\n"),
+                ElementsAre(false, true, true, true, true, true, true, false, true, false, false));
+    EXPECT_THAT(follow("1.5-2 3 1e 4\n"), ElementsAre(false, false, false, false)); // "-2" is no word of its own
+}
+
+/// The lines of a form that were converted: the first byte, the first one of a number, the end, the numbers.
+std::vector<std::string> linesOf(const std::string& text, LineForm form) {
+    std::vector<LineAhead> lines(mostNumbers(text.size()));
+    std::vector<double> values(mostNumbers(text.size()));
+    convertLines(text.c_str(), text.size(), form, lines.data(), values.data());
+    std::vector<std::string> found;
+    for (std::size_t k = 0; lines[k].begin < text.size(); ++k) {
+        std::string line = std::to_string(lines[k].begin) + ' ' + std::to_string(lines[k].first) + ' ' +
+                           std::to_string(lines[k].end) + ':';
+        for (std::size_t i = 0; i < form.numbers; ++i) {
+            line += ' ' + std::to_string(static_cast<int>(values[k * form.numbers + i]));
+        }
+        found.push_back(line);
+    }
+    return found;
+}
+
+TEST(ConvertLines, TakesThoseOfTheFormBehindTheFirstLineFeed) {
+    const std::string text = "1 2\n3 4\n \t5 6 \r\n7\n8 9 10\n\n11 12x\n13 14\n15 16";
+    EXPECT_THAT(linesOf(text, {2, 0}), ElementsAre("4 4 8: 3 4", "8 10 16: 5 6", "33 33 39: 13 14"));
+    EXPECT_THAT(linesOf(text, {1, 0}), ElementsAre("16 16 18: 7"));
+    EXPECT_THAT(linesOf("\n1 2.0\n3 -4\n5 1e1\n", {2, 1}), ElementsAre("7 7 12: 3 -4"));
+    EXPECT_THAT(linesOf("", {2, 0}), IsEmpty());
+    EXPECT_THAT(linesOf("1 2\n", {2, 0}), IsEmpty()); // whether it begins there, nobody knows
+    const std::string longest = "1" + std::string(static_cast<std::size_t>(longestNumberLine) - 2, ' ') + "2\n";
+    EXPECT_THAT(linesOf("\n" + longest + ' ' + longest, {2, 0}), ElementsAre("1 1 256: 1 2"));
 }
 
 TEST(BlocksAhead, ComeInTheOrderOfTheFileAndEndWithIt) {
@@ -161,6 +183,23 @@ TEST(BlocksAhead, TellOfAFileThatCannotBeReadOn) {
     EXPECT_EQ(stream.tell(), 300);
 }
 
+/// How many come at once depends on the block.
+void takeFiveLines(TextStream& stream, std::array<double, 3>& sums) {
+    std::array<double, 15> values{};
+    std::size_t lines = 0;
+    while (lines < 5) {
+        const std::size_t more = stream.takeLinesOfDoubles(values.data() + 3 * lines, 3, 5 - lines);
+        lines += more;
+        if (more == 0 && !stream.readLineOfDoubles(values.data() + 3 * lines, 3)) {
+            break;
+        }
+        lines += more == 0 ? 1 : 0;
+    }
+    for (std::size_t i = 0; i < 3 * lines; ++i) {
+        sums.at(i % 3) += values.at(i) * static_cast<double>(i + 1);
+    }
+}
+
 /// What a script of reads takes from a file, as text.
 std::string taken(const std::filesystem::path& file, const std::string& script) {
     TextStream stream(file, 64);
@@ -188,6 +227,9 @@ std::string taken(const std::filesystem::path& file, const std::string& script) 
         }
         case 'o':
             stream.readLineOfDoubles(three.data(), three.size());
+            break;
+        case 'n':
+            takeFiveLines(stream, three);
             break;
         case 'e':
             stream.takeLineEnd();
@@ -225,7 +267,7 @@ TEST(BlocksAhead, AStreamGivesTheSameWithThem) {
         }
         std::string script;
         for (int step = 0; step < 60; ++step) {
-            script += "ddddiiimmoojjewlcccb"[random() % 20];
+            script += "ddddiiimmoojjnnewlcccb"[random() % 22];
         }
         const auto file = test::writeFileText(folder / "numbers.txt", text);
         const std::string alone = taken(file, script);
@@ -247,7 +289,7 @@ TEST(BlocksAhead, AStreamGivesTheSameLinesWithThem) {
         }
         std::string script = "d";
         for (int step = 0; step < 40; ++step) {
-            script += "ooooooooeimjlc"[random() % 14];
+            script += "oooonnnneimjlc"[random() % 14];
         }
         const auto file = test::writeFileText(folder / "numbers.txt", text);
         const std::string alone = taken(file, script);

@@ -17,11 +17,11 @@ namespace {
 
 /// From the lowest to the highest value. Their lightness rises evenly, and blue and yellow are what all eyes tell
 /// apart.
-constexpr std::array<Colour, 5> anchors{{{0.00F, 0.00F, 0.26F, 1.0F},
-                                         {0.00F, 0.12F, 0.38F, 1.0F},
-                                         {0.04F, 0.32F, 0.34F, 1.0F},
-                                         {0.38F, 0.50F, 0.18F, 1.0F},
-                                         {0.76F, 0.68F, 0.06F, 1.0F}}};
+constexpr std::array<Colour, 5> anchors{{{0.24F, 0.24F, 0.50F, 1.0F},
+                                         {0.24F, 0.36F, 0.62F, 1.0F},
+                                         {0.28F, 0.56F, 0.58F, 1.0F},
+                                         {0.62F, 0.74F, 0.42F, 1.0F},
+                                         {1.00F, 0.92F, 0.30F, 1.0F}}};
 
 std::optional<PointValues> comparedValues(const DocumentState& document) {
     if (document.comparison() == nullptr) {
@@ -72,6 +72,9 @@ std::optional<PointValues> fieldValues(const DocumentState& document, std::int32
     return shown;
 }
 
+/// Differences of these values that files of few digits, and rounding, make of grids that have none. Warp counts in
+/// degrees, the others from 0 or 1 on.
+constexpr std::array<double, std::size(gridValueKinds)> leastDifferences = {1e-5, 1e-5, 1e-3, 1e-5};
 constexpr std::array<const char*, std::size(gridValueKinds)> gridValueNames = {"Aspect", "Skew", "Warp, degrees",
                                                                                "Growth"};
 
@@ -80,7 +83,7 @@ std::optional<PointValues> reportValues(const DocumentState& document, std::int3
         return std::nullopt;
     }
     const auto kind = static_cast<std::size_t>(index);
-    PointValues shown{gridValueNames.at(kind), {}, isOfCells(gridValueKinds[kind])};
+    PointValues shown{gridValueNames.at(kind), {}, isOfCells(gridValueKinds[kind]), leastDifferences.at(kind)};
     const ModelFaces model = modelFaces(document.patches, {});
     for (std::size_t k = 0; k < document.patches.size(); ++k) {
         shown.parts.push_back(gridValues(gridValueKinds[kind], document.patches[k], k, model));
@@ -149,15 +152,17 @@ public:
 
     void moveInto(DrawList& list, const Colour& colourWithout) {
         for (std::int32_t band = 0; band < scale_.bandCount(); ++band) {
-            addBatch(list, bands_[static_cast<std::size_t>(band)], scale_.colourOf(band));
+            addBatch(list, bands_[static_cast<std::size_t>(band)], scale_.colourOf(band), true);
         }
-        addBatch(list, without_, colourWithout);
+        addBatch(list, without_, colourWithout, false);
     }
 
 private:
-    static void addBatch(DrawList& list, std::vector<Corner>& corners, const Colour& colour) {
+    static void addBatch(DrawList& list, std::vector<Corner>& corners, const Colour& colour, bool readable) {
         if (!corners.empty()) {
-            list.begin(Primitive::Triangles, colour).lit = true;
+            DrawBatch& batch = list.begin(Primitive::Triangles, colour);
+            batch.lit = true;
+            batch.readable = readable;
             for (const Corner& corner : corners) {
                 list.vertex(corner.at, corner.normal);
             }
@@ -335,7 +340,11 @@ ValueScale scaleOf(const PointValues& values, std::int32_t bands) {
         }
     }
     const auto [least, most] = range.value_or(std::pair(0.0, 1.0));
-    return {least, most, least < most ? bands : 1};
+    if (least < most && !(most - least < values.least)) {
+        return {least, most, bands};
+    }
+    const double one = values.least > 0.0 ? std::round(least / values.least) * values.least : least;
+    return {one, one, 1};
 }
 
 std::vector<LegendRow> legendOf(const ValueScale& scale) {
@@ -350,9 +359,24 @@ std::vector<LegendRow> legendOf(const ValueScale& scale) {
     return rows;
 }
 
+namespace {
+
+/// A legend of what nothing shows would say what is not so.
+bool hasAny(const PointValues& values) {
+    return std::any_of(values.parts.begin(), values.parts.end(), [](const std::vector<double>& part) {
+        return std::any_of(part.begin(), part.end(), [](double value) { return std::isfinite(value); });
+    });
+}
+
+bool hasFaces(const DocumentState& document) {
+    return document.structureKind == StructureKind::Unstructured || hasCell(document.patches);
+}
+
+} // namespace
+
 std::optional<ColouredValues> colouredValues(const DocumentState& document) {
-    auto values = valuesToShow(document);
-    if (!values) {
+    auto values = hasFaces(document) ? valuesToShow(document) : std::nullopt;
+    if (!values || !hasAny(*values)) {
         return std::nullopt;
     }
     const CColours& chosen = document.dialogs->colours;

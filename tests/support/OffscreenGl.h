@@ -72,7 +72,7 @@ public:
         glDeleteFramebuffers(1, &frame_);
     }
 
-    GlRenderer renderer{[](const std::string&) { return TextBitmap{}; }};
+    GlRenderer renderer{[](const std::string&, double) { return TextBitmap{}; }};
 
     void clearFrame(const Colour& colour) override { renderer.clear(colour); }
     void drawScene(const SceneFrame& frame) override {

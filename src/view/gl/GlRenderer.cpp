@@ -62,6 +62,26 @@ Colour shaded(const Colour& colour, float factor) {
     return {colour[0] * factor, colour[1] * factor, colour[2] * factor, colour[3]};
 }
 
+/// A colour that stands for something keeps so much of itself wherever its face looks; the light adds the rest.
+constexpr float readableShare = 0.8F;
+/// Ambient light that the scene has beside that of light 0, and the share of it that other surfaces show, in grey.
+constexpr float ambientOfScene = 0.2F;
+constexpr float ambientOfSurface = 0.2F;
+
+/// How the light falls on what is drawn next: the colour of a surface that is to be read is hardly shaded, others turn
+/// dark where they turn away.
+void setShading(bool readable) {
+    const float ambient = readable ? readableShare - ambientOfScene : 1.0F;
+    const float diffuse = readable ? 1.0F - readableShare : 1.0F;
+    glLightfv(GL_LIGHT0, GL_AMBIENT, std::array{ambient, ambient, ambient, 1.0F}.data());
+    glLightfv(GL_LIGHT0, GL_DIFFUSE, std::array{diffuse, diffuse, diffuse, 1.0F}.data());
+    glColorMaterial(GL_FRONT_AND_BACK, readable ? GL_AMBIENT_AND_DIFFUSE : GL_DIFFUSE);
+    if (!readable) {
+        glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT,
+                     std::array{ambientOfSurface, ambientOfSurface, ambientOfSurface, 1.0F}.data());
+    }
+}
+
 /// Whether the processor draws: more samples would cost it as much again each.
 bool drawsInSoftware() {
     const GLubyte* words = glGetString(GL_RENDERER);
@@ -79,15 +99,31 @@ GLenum depthRule(const DrawBatch& look) {
 /// Light 0, fixed to the eye: set while the model view matrix is the identity.
 void setLight() {
     const std::array<float, 4> full{1.0F, 1.0F, 1.0F, 1.0F};
+    const std::array<float, 4> ofScene{ambientOfScene, ambientOfScene, ambientOfScene, 1.0F};
     const std::array<float, 4> position{0.0F, 0.0F, 1.0F, 1.0F};
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
-    glLightfv(GL_LIGHT0, GL_AMBIENT, full.data());
-    glLightfv(GL_LIGHT0, GL_DIFFUSE, full.data());
+    setShading(false);
     glLightfv(GL_LIGHT0, GL_SPECULAR, full.data());
     glLightfv(GL_LIGHT0, GL_POSITION, position.data());
+    glLightModelfv(GL_LIGHT_MODEL_AMBIENT, ofScene.data());
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
     glEnable(GL_LIGHT0);
+}
+
+/// All of a rectangle that stands out beyond the text by the border.
+TextBitmap plateFor(const TextBitmap& text, int border) {
+    TextBitmap plate{text.width + 2 * border, text.height + 2 * border, {}};
+    plate.rows.assign(static_cast<std::size_t>((plate.width + 7) / 8) * static_cast<std::size_t>(plate.height), 0xFF);
+    return plate;
+}
+
+/// The lower left of the bitmap stands so far to the right of the place and above it.
+void drawBitmap(const TextBitmap& bitmap, const zVec<double>& place, const Colour& colour, float right, float up) {
+    // The raster position takes the colour in force.
+    glColor4fv(colour.data());
+    glRasterPos3d(place.x, place.y, place.z);
+    glBitmap(bitmap.width, bitmap.height, -right, -up, 0.0F, 0.0F, bitmap.rows.data());
 }
 
 void setMatrices(const SceneFrame& frame) {
@@ -176,7 +212,7 @@ void GlRenderer::draw(const SceneFrame& frame) {
         overlay_.uploadSeen(frame.overlay->list, frame.modelView);
         drawRuns(overlay_, frame.overlay->list, frame, false);
         glLoadMatrixd(frame.modelView.data());
-        drawTexts(frame.overlay->texts);
+        drawTexts(frame.overlay->texts, frame.pixelScale);
     }
 }
 
@@ -226,7 +262,6 @@ void GlRenderer::drawKeptModel(const SceneFrame& frame) {
 void GlRenderer::drawModel(const SceneFrame& frame) {
     glFinish(); // what came before is not this drawing's
     const auto begin = std::chrono::steady_clock::now();
-    glColorMaterial(GL_FRONT_AND_BACK, GL_DIFFUSE);
     glEnable(GL_COLOR_MATERIAL);
     if (frame.coarse != nullptr) {
         if (uploadedCoarse_ != frame.coarseRevision) {
@@ -274,9 +309,17 @@ void GlRenderer::drawMarks(const GlBuffer& buffer, const SceneFrame& frame) {
 /// the context than both at once, and what shows the other side alone is left out of it.
 void GlRenderer::drawSurfaces(GlBuffer& buffer, const SceneFrame& frame) {
     const Eye eye = eyeOf(frame.modelView, frame.projection);
+    bool readable = false;
+    const auto shadeFor = [&readable](bool wanted) {
+        if (wanted != readable) {
+            setShading(wanted);
+            readable = wanted;
+        }
+    };
     const auto forLitRuns = [&](const auto& draw) {
         for (const GlRun& run : buffer.runs()) {
             if (run.look.lit) {
+                shadeFor(run.look.readable);
                 setLook(run.look, frame, true);
                 draw(run);
             }
@@ -297,7 +340,7 @@ void GlRenderer::drawSurfaces(GlBuffer& buffer, const SceneFrame& frame) {
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
     forLitRuns([&](const GlRun& run) {
         if (frame.backFilled) {
-            glColor4fv(shaded(run.look.colour, backShade).data());
+            glColor4fv(shaded(run.look.colour, run.look.readable ? 1.0F : backShade).data());
             drawSide(run, Facing::Back, GL_FILL);
         } else {
             drawSideEdges(buffer, run, eye, Facing::Back);
@@ -323,6 +366,7 @@ void GlRenderer::drawSurfaces(GlBuffer& buffer, const SceneFrame& frame) {
         });
         glDisable(GL_BLEND);
     }
+    shadeFor(false);
     glDisable(GL_CULL_FACE);
 }
 
@@ -379,15 +423,21 @@ void GlRenderer::drawRun(const GlBuffer& buffer, const GlRun& run, const DrawLis
     buffer.draw(run, drawn, run.first.size());
 }
 
-void GlRenderer::drawTexts(const std::vector<DrawText>& texts) {
+void GlRenderer::drawTexts(const std::vector<DrawText>& texts, double scale) {
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    glDepthFunc(GL_LEQUAL); // a text shows on its plate
+    const auto right = static_cast<float>(TextPlate::right * scale);
+    const auto up = static_cast<float>(TextPlate::up * scale);
     for (const DrawText& text : texts) {
-        const TextBitmap bitmap = rasterizer_(text.text);
-        // The raster position takes the colour in force.
-        glColor4fv(text.colour.data());
-        glRasterPos3d(text.position.x, text.position.y, text.position.z);
-        glBitmap(bitmap.width, bitmap.height, 0.0F, 0.0F, 0.0F, 0.0F, bitmap.rows.data());
+        const TextBitmap bitmap = rasterizer_(text.text, scale);
+        if (text.onPlate) {
+            const int border = static_cast<int>(TextPlate::border * scale);
+            drawBitmap(plateFor(bitmap, border), text.position, TextPlate::colour, right - static_cast<float>(border),
+                       up - static_cast<float>(border));
+        }
+        drawBitmap(bitmap, text.position, text.colour, text.onPlate ? right : 0.0F, text.onPlate ? up : 0.0F);
     }
+    glDepthFunc(GL_LESS);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
 }
 

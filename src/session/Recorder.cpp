@@ -103,6 +103,14 @@ void Recorder::note(bool CommandReport::*flag) {
     }
 }
 
+bool Recorder::gaveUp() const {
+    if (open_.empty()) {
+        return false;
+    }
+    const Outcome outcome = open_.back()->outcome();
+    return outcome != Outcome::Ok && outcome != Outcome::Partial;
+}
+
 // What only tells is noted first, what asks once the answer is there: the window may do other work meanwhile.
 
 void Recorder::showMessage(const Message& message) {

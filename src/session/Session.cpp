@@ -139,7 +139,7 @@ CommandReport Session::run(const Command& command) {
 void Session::carryOut(const Command& command) {
     switch (command.owner) {
     case CommandOwner::Document:
-        document_->runCommand(command.run);
+        document_->runCommand(command.run, [this] { return recorder_.gaveUp(); });
         break;
     case CommandOwner::View:
         view_.runViewCommand(command.id);

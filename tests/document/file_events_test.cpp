@@ -775,7 +775,7 @@ TEST_F(Traces, PointFilesAreDrawnAndLeaveTheModel) {
             runFile(command, path);
         }
         EXPECT_THAT(view.calls, Contains("redraw"));
-        EXPECT_FALSE(doc.rebuildOnUndo); // the box is that of the model still
+        EXPECT_TRUE(doc.rebuildOnUndo); // Undo is still of the move, and fits the view
         EXPECT_EQ(doc.patches, before);
         EXPECT_EQ(doc.modelFile.documentTitle, "small.apt");
     }

@@ -71,7 +71,7 @@ OverwriteDoubt FileMemory::doubtAbout(const std::filesystem::path& path, FileCon
     return entry->thinned                 ? OverwriteDoubt::HoldsMorePoints
            : holdsMore                    ? OverwriteDoubt::HoldsMore
            : !entry->alone                ? OverwriteDoubt::Foreign
-           : entry->identity != *identity ? OverwriteDoubt::Changed
+           : !entry->identity.isUnchanged(*identity) ? OverwriteDoubt::Changed
                                           : OverwriteDoubt::None;
 }
 

@@ -118,6 +118,16 @@ void Recorder::showMessage(const Message& message) {
     person_->showMessage(message);
 }
 
+// It is no question: a script that does the same again is not asked.
+bool Recorder::warn(const Message& message) {
+    const bool goesOn = person_->warn(message);
+    note(&CommandReport::messages, message);
+    if (!goesOn) {
+        note(&CommandReport::stopped);
+    }
+    return goesOn;
+}
+
 bool Recorder::ask(const std::string& text) {
     const bool yes = person_->ask(text);
     note(&CommandReport::questions, {text, yes ? Answer::Yes : Answer::No});

@@ -42,6 +42,15 @@ public:
         transcript.push_back("message: " + message.text);
     }
 
+    /// Calls off what a warning is about.
+    bool callsOff = false;
+
+    bool warn(const Message& message) override {
+        showMessage(message);
+        gaveUp = gaveUp || callsOff;
+        return !callsOff;
+    }
+
     bool ask(const std::string& text) override {
         const bool answer = !answers.empty() && answers.front();
         if (!answers.empty()) {

@@ -132,6 +132,10 @@ private:
     std::size_t end_ = 0;
 };
 
+std::int32_t periodOf(std::int32_t totalPoints) {
+    return thinningPeriod(thinningFactor(totalPoints));
+}
+
 /// Reads a file as nearly all are: headers and points, each in a line of its own, and nothing else. Then the numbers
 /// tell what the lines are counted for, and one pass will do. Of any other file it knows nothing.
 class AptOnePass {
@@ -152,6 +156,7 @@ public:
 private:
     bool takePatch(const AptHeader& header);
     bool fitThinning();
+    std::int32_t expectedPoints();
     void noteUnread();
 
     NumberReader reader_;
@@ -176,7 +181,8 @@ bool AptOnePass::run() {
         noteUnread();
         return true;
     }
-    if (!reader_.endedAtEndOfFile() || header.sections != unread) {
+    const bool asExpected = periodOf(static_cast<std::int32_t>(result_.pointsInFile)) == period_;
+    if (!asExpected || !reader_.endedAtEndOfFile() || header.sections != unread) {
         return false;
     }
     result_.firstPassEnded = result_.endReached = true;
@@ -211,29 +217,40 @@ bool AptOnePass::takePatch(const AptHeader& header) {
     return true;
 }
 
-// The thinning goes by all points of the file, of which those of the headers so far are the least that there can be.
-// Patches that were kept whole are thinned when it turns out that they should have been. False when they were thinned
-// already, or when the size of the file says that it would come to that.
+// The thinning goes by all points of the file, of which those of the headers so far are the least that there can be;
+// once it has to begin, the size of the file tells about how many there will be. Patches that were kept whole are
+// thinned then. False when that is too uncertain, or was wrong.
 bool AptOnePass::fitThinning() {
     const auto total = static_cast<std::int32_t>(result_.pointsInFile);
-    const std::int32_t period = thinningPeriod(thinningFactor(total));
-    if (period == period_) {
+    if (periodOf(total) <= period_) {
         return true;
     }
-    const TextStream& stream = reader_.stream();
-    const double bytesOfPoint =
-        static_cast<double>(stream.tell()) / static_cast<double>(std::max<std::int64_t>(thinner_.kept(), 1));
-    const double expected = std::min(static_cast<double>(stream.size()) / bytesOfPoint, 2e9);
-    if (period_ != 1 || thinningPeriod(thinningFactor(static_cast<std::int32_t>(expected))) > period) {
+    constexpr double uncertain = 0.05;
+    const std::int32_t expected = expectedPoints();
+    const std::int32_t fewer = std::max(total, static_cast<std::int32_t>((1.0 - uncertain) * expected));
+    const auto more = static_cast<std::int32_t>((1.0 + uncertain) * expected);
+    if (period_ != 1 || periodOf(fewer) != periodOf(more)) {
         return false;
     }
-    period_ = period;
-    thinner_ = PatchThinner(total);
+    period_ = periodOf(more);
+    thinner_ = PatchThinner(more);
     for (Patch& whole : patches_) {
         thinner_.restartPhases();
         whole = thinner_.thin(whole);
     }
     return true;
+}
+
+// As many as the rest of the file has room for when it is like what was read. All of that was kept so far.
+std::int32_t AptOnePass::expectedPoints() {
+    constexpr std::int64_t enoughToTell = 1000;
+    constexpr double most = 1e9;
+    const auto total = static_cast<double>(result_.pointsInFile);
+    const TextStream& stream = reader_.stream();
+    const double read = static_cast<double>(stream.tell()) / static_cast<double>(stream.size());
+    const double expected =
+        thinner_.kept() < enoughToTell ? total : std::max(total, static_cast<double>(thinner_.kept()) / read);
+    return static_cast<std::int32_t>(std::min(expected, most));
 }
 
 void AptOnePass::noteUnread() {

@@ -130,6 +130,19 @@ TEST_F(AptDifferentialTest, AModelThatTurnsOutToBeLargerThanItsFileSeemedGivesWh
     compare(text);
 }
 
+TEST_F(AptDifferentialTest, AModelThatTurnsOutToBeSmallerThanItsFileSeemedGivesWhatThePlainReaderGives) {
+    std::string patch = "70 70\n";
+    for (int i = 0; i < 70 * 70; ++i) {
+        patch += "0 " + std::to_string(i % 10) + " 0\n";
+    }
+    std::string text;
+    for (int k = 0; k < 42; ++k) {
+        text += patch;
+    }
+    text.append(55'000'000, '\n'); // room for nine million points, of which every third one would stay
+    compare(text);
+}
+
 TEST_F(AptDifferentialTest, RandomLinesGiveWhatThePlainReaderGivesWhenReadAhead) {
     std::mt19937 random(43);
     const std::vector<std::string> pieces{"1 1\n1 2 3\n",

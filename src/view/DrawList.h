@@ -66,11 +66,13 @@ struct DrawList {
     void clear();
 };
 
-/// A text on a plate stands so far to the right of its place and above it, and the plate so far beyond the text, in
-/// pixels.
+/// A text on a plate stands so far to the right of its place and above or below it, and the plate so far beyond the
+/// text, in pixels.
 struct TextPlate {
+    enum class Side { None, Above, Below };
+
     static constexpr double right = 10.0;
-    static constexpr double up = 6.0;
+    static constexpr double off = 6.0;
     static constexpr double border = 3.0;
     static constexpr Colour colour{0.0F, 0.0F, 0.0F, 1.0F};
 };
@@ -80,7 +82,7 @@ struct DrawText {
     std::string text;
     zVec<double> position;
     Colour colour{};
-    bool onPlate = false; ///< see TextPlate
+    TextPlate::Side plate = TextPlate::Side::None; ///< it stands there on one
 };
 
 /// What is drawn beside the list in one frame, in model coordinates.

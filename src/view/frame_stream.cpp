@@ -65,7 +65,7 @@ public:
             put(text.text);
             put(text.position);
             put(text.colour);
-            put(text.onPlate);
+            put(text.plate);
         }
     }
 
@@ -119,7 +119,7 @@ public:
             get(text.text);
             get(text.position);
             get(text.colour);
-            get(text.onPlate);
+            get(text.plate);
         }
     }
 

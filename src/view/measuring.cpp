@@ -113,14 +113,16 @@ void VelmoraView::labelMeasured() {
         return;
     }
     const Measurement numbers = measured(doc_, measured_);
-    const auto label = [this](const std::string& text, const zVec<double>& place) {
+    const auto label = [this](const std::string& text, const zVec<double>& place, TextPlate::Side side) {
         for (const zVec<double>& at : inFront(*this, {place}, labelDepth)) {
-            overlay_.texts.push_back({text, at, yellow, true});
+            overlay_.texts.push_back({text, at, yellow, side});
         }
     };
-    label(lengthText(numbers.distance, doc_.modelRadius), (measured_[0].point + measured_[1].point) * 0.5);
+    // Apart even where all that is measured stands in one place.
+    label(lengthText(numbers.distance, doc_.modelRadius), (measured_[0].point + measured_[1].point) * 0.5,
+          TextPlate::Side::Above);
     if (numbers.angle) {
-        label(shortNumber(*numbers.angle) + " deg", measured_[1].point);
+        label(shortNumber(*numbers.angle) + " deg", measured_[1].point, TextPlate::Side::Below);
     }
 }
 

@@ -146,11 +146,13 @@ public:
         for (const char letter : text.text) {
             words += letter == '<' ? "&lt;" : letter == '&' ? "&amp;" : std::string(1, letter);
         }
-        const double x = xOf(at) + (text.onPlate ? TextPlate::right * scale_ : 0.0);
-        const double y = yOf(at) - (text.onPlate ? TextPlate::up * scale_ : 0.0);
+        const bool onPlate = text.plate != TextPlate::Side::None;
+        const double down = text.plate == TextPlate::Side::Below ? TextPlate::off + textHeight : -TextPlate::off;
+        const double x = xOf(at) + (onPlate ? TextPlate::right * scale_ : 0.0);
+        const double y = yOf(at) + (onPlate ? down * scale_ : 0.0);
         const std::string place = "<text x=\"" + pixels(x) + "\" y=\"" + pixels(y) + "\" fill=\"";
         const std::string end = " font-size=\"" + pixels(textHeight * scale_) + "\">" + words + "</text>\n";
-        if (text.onPlate) {
+        if (onPlate) {
             // How wide the text will be is the reader's to know: in place of a plate its letters are drawn thick.
             const std::string under = colourText(TextPlate::colour);
             text_ += place + under + "\" stroke=\"" + under + "\" stroke-width=\"" +

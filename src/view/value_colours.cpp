@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "DialogValues.h"
 #include "DocumentState.h"
@@ -97,17 +98,34 @@ struct Corner {
     double value = 0.0;
 };
 
-Corner between(const Corner& a, const Corner& b, double value) {
-    const double t = (value - a.value) / (b.value - a.value);
-    return {a.at + (b.at - a.at) * t, unitOf(a.normal * (1.0 - t) + b.normal * t), value};
+/// A corner of what is left of a triangle, and the ends of the side of the triangle that it lies on: one and the same
+/// for a corner of the triangle itself.
+struct CutCorner : Corner {
+    const Corner* from = nullptr;
+    const Corner* to = nullptr;
+};
+
+/// Where the value stands on the side of the triangle on which both lie. It is found from the ends of that side, the
+/// lower one first, whatever was cut off before: so bands and triangles that meet there have one point, and the picture
+/// has no cracks.
+CutCorner between(const CutCorner& a, const CutCorner& b, double value) {
+    const CutCorner& cut = a.from != a.to ? a : b;
+    const bool isWhole = cut.from == cut.to;
+    const Corner* low = isWhole ? a.from : cut.from;
+    const Corner* high = isWhole ? b.from : cut.to;
+    if (low->value > high->value) {
+        std::swap(low, high);
+    }
+    const double t = (value - low->value) / (high->value - low->value);
+    return {{low->at + (high->at - low->at) * t, unitOf(low->normal * (1.0 - t) + high->normal * t), value}, low, high};
 }
 
 /// What of the polygon lies on one side of a value.
-std::vector<Corner> cut(const std::vector<Corner>& polygon, double value, bool above) {
-    std::vector<Corner> kept;
+std::vector<CutCorner> cut(const std::vector<CutCorner>& polygon, double value, bool above) {
+    std::vector<CutCorner> kept;
     for (std::size_t i = 0; i < polygon.size(); ++i) {
-        const Corner& corner = polygon[i];
-        const Corner& next = polygon[(i + 1) % polygon.size()];
+        const CutCorner& corner = polygon[i];
+        const CutCorner& next = polygon[(i + 1) % polygon.size()];
         if (above ? corner.value >= value : corner.value <= value) {
             kept.push_back(corner);
         }
@@ -136,7 +154,7 @@ public:
             --last; // it ends at the edge of that band
         }
         for (std::int32_t band = first; band <= last; ++band) {
-            std::vector<Corner> polygon = {a, b, c};
+            std::vector<CutCorner> polygon = {{a, &a, &a}, {b, &b, &b}, {c, &c, &c}};
             if (band > first) {
                 polygon = cut(polygon, scale_.edge(band), true);
             }

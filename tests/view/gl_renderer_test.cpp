@@ -208,6 +208,56 @@ TEST(GlRenderer, BackFacesAreFilledInADarkerShadeOnlyWhenTheyAreToBe) {
     EXPECT_EQ(rig.at({1.5, 1.5, 0}), frontBlue) << "the front is as ever";
 }
 
+// Two places 2 apart: the label "2", a block of 8 by 8, stands 10 to the right of their middle and 6 above it, in
+// yellow on a black ground that is larger by 3.
+TEST(GlRenderer, ALabelOfWhatIsMeasuredStandsBesideItsPlaceOnBlack) {
+    DrawnRig rig({flatPatch(5, 5)});
+    rig.view.runViewCommand("view.measure");
+    for (const zVec<double>& place : {zVec<double>(1, 2, 0), {3, 2, 0}}) {
+        const PixelPoint pixel = pixelOf(rig.view, rig.document, place);
+        rig.view.OnLeftButtonDown(pixel);
+        rig.view.OnLeftButtonUp(pixel);
+    }
+    rig.view.OnDraw();
+    const PixelPoint middle = pixelOf(rig.view, rig.document, {2, 2, 0});
+    const auto at = [&](int right, int up) { return rig.surface.pixel({middle.x + right, middle.y - up}); };
+    const Rgb yellow{255, 255, 0};
+    const Rgb black{0, 0, 0};
+    EXPECT_EQ(at(14, 10), yellow);
+    EXPECT_EQ(at(11, 8), yellow);
+    EXPECT_EQ(at(16, 12), yellow);
+    EXPECT_EQ(at(9, 10), black);
+    EXPECT_EQ(at(19, 10), black);
+    EXPECT_EQ(at(14, 16), black);
+    EXPECT_EQ(at(14, 4), black);
+    EXPECT_EQ(at(4, 10), frontBlue) << "left of it the model";
+    EXPECT_EQ(at(24, 10), frontBlue);
+}
+
+// The back of one plate, its edges 9 pixels thick, just behind the front of another one: nothing of it shows.
+TEST(GlRenderer, ThickLinesOfTheBackStayBehindTheFrontThatHidesThem) {
+    Patch front = flatPatch(5, 5);
+    Patch back = flatPatch(5, 5);
+    std::reverse(back.begin(), back.end());
+    for (PointList& section : back) {
+        for (zVec<double>& point : section) {
+            point.z -= 0.01;
+        }
+    }
+    DrawnRig rig({front, back});
+    rig.surface.scale = 9.0;
+    for (const double turn : {0.0, 40.0, 65.0}) {
+        rig.view.SetEulerView({turn, 0.0, 0.0});
+        const Rgb alone = rig.at({1.5, 1.5, 0});
+        for (const zVec<double>& place : {zVec<double>(1.5, 2, 0), {1.5, 2.03, 0}, {1.5, 1.97, 0}, {2, 1.5, 0}}) {
+            const Rgb seen = rig.at(place);
+            for (std::size_t i = 0; i < 3; ++i) {
+                EXPECT_NEAR(seen.at(i), alone.at(i), 6) << turn << ' ' << place.x << ' ' << place.y;
+            }
+        }
+    }
+}
+
 /// All cells of the plate are squares: aspect 1, the upper one of two bands up to 2.
 void colourByAspect(DrawnRig& rig) {
     CColours& colours = rig.document.dialogs->colours;

@@ -45,7 +45,7 @@ TEST(Measuring, TellsDistanceLengthAndAngleOfThePointsThatAreClicked) {
     EXPECT_EQ(rig.pixelOf(rig.view.overlay().texts[0].position), rig.pixelOf({1.5, 0, 0}));
     EXPECT_EQ(rig.pixelOf(rig.view.overlay().texts[1].position), rig.pixelOf({3, 0, 0}));
     for (const DrawText& label : rig.view.overlay().texts) {
-        EXPECT_TRUE(label.onPlate) << "the line is of the label's colour";
+        EXPECT_EQ(label.plate, label.text == "3" ? TextPlate::Side::Above : TextPlate::Side::Below);
         const auto seen =
             projectPoint(label.position, rig.view.modelViewMatrix, rig.view.projectionMatrix, rig.view.viewport);
         ASSERT_TRUE(seen);

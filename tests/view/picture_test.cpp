@@ -130,17 +130,23 @@ TEST_F(SvgPicture, TextsStandAtTheirPlaces) {
 
 // 10 to the right and 6 up, on letters that are thicker by 3 on each side.
 TEST_F(SvgPicture, ATextOnAPlateStandsBesideItsPlaceOnBlack) {
-    overlay.texts.push_back({"7", {0, 0, 0}, red, true});
+    overlay.texts.push_back({"7", {0, 0, 0}, red, TextPlate::Side::Above});
     EXPECT_THAT(svg(), HasSubstr("<text x=\"110\" y=\"44\" fill=\"#000000\" stroke=\"#000000\" stroke-width=\"6\" "
                                  "stroke-linejoin=\"round\" font-size=\"12\">7</text>\n"
                                  "<text x=\"110\" y=\"44\" fill=\"#ff0000\" font-size=\"12\">7</text>"));
+}
+
+// Its upper edge is 6 below the place: with letters of 12 its foot is 18 below.
+TEST_F(SvgPicture, ATextOnAPlateBelowItsPlaceLeavesThatFree) {
+    overlay.texts.push_back({"7", {0, 0, 0}, red, TextPlate::Side::Below});
+    EXPECT_THAT(svg(), HasSubstr("<text x=\"110\" y=\"68\" fill=\"#ff0000\" font-size=\"12\">7</text>"));
 }
 
 TEST_F(SvgPicture, WhatHasItsSizeInPixelsGrowsByTheScale) {
     scale = 3.0;
     addLine({-1, 1, 0}, {1, 1, 0}, red);
     overlay.list.point({0, 0, 0}, 6.0F, red);
-    overlay.texts.push_back({"7", {0, 0, 0}, red, true});
+    overlay.texts.push_back({"7", {0, 0, 0}, red, TextPlate::Side::Above});
     EXPECT_THAT(svg(), HasSubstr("M0 0L200 0\" fill=\"none\" stroke=\"#ff0000\" stroke-width=\"3\""));
     EXPECT_THAT(svg(), HasSubstr("M91 41h18v18h-18z"));
     EXPECT_THAT(svg(), HasSubstr("<text x=\"130\" y=\"32\" fill=\"#ff0000\" font-size=\"36\">7</text>"));

@@ -2,9 +2,12 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <map>
+#include <utility>
 
 #include "DialogValues.h"
 #include "Digest.h"
@@ -149,6 +152,35 @@ TEST(ColourByValue, BandsEndWhereTheValueDoesAndNotAtTheGrid) {
                          list.vertices[batch.firstVertex + 2].x * 0.25);
         EXPECT_EQ(batch.colour, scale.colourOf(band));
     }
+}
+
+/// The sides that one triangle alone has, each from end to end.
+std::size_t openSides(const DrawList& list) {
+    using Point = std::array<double, 3>;
+    std::map<std::pair<Point, Point>, int> sides;
+    const auto pointOf = [](const zVec<double>& p) { return Point{p.x, p.y, p.z}; };
+    for (std::size_t i = 0; i + 2 < list.vertices.size(); i += 3) {
+        for (std::size_t side = 0; side < 3; ++side) {
+            Point from = pointOf(list.vertices[i + side]);
+            Point to = pointOf(list.vertices[i + (side + 1) % 3]);
+            if (to < from) {
+                std::swap(from, to);
+            }
+            sides[{from, to}] += from == to ? 0 : 1;
+        }
+    }
+    return static_cast<std::size_t>(
+        std::count_if(sides.begin(), sides.end(), [](const auto& side) { return side.second == 1; }));
+}
+
+// Both triangles of a cell are cut at the same values, and along their common side at the same points to the bit.
+// Values rise with x: the lower and the upper side of the cell are cut by seven bands into eight parts each, those at
+// the left and right stay whole.
+TEST(ColourByValue, BandsAndTrianglesMeetInTheSamePoints) {
+    Patch patch = {{{0.1, 0.3, 0.7}, {1.7, 0.2, 0.1}}, {{0.2, 1.9, 0.3}, {1.3, 2.3, 0.9}}};
+    const DrawRig rig({patch});
+    const DrawList list = colouredSurface(rig.doc, 2, shown({{0.013, 0.997, 0.027, 0.981}}, {0.0, 1.0, 8}));
+    EXPECT_EQ(openSides(list), 2U * 8U + 2U);
 }
 
 TEST(ColourByValue, FacesKeepTheirSideAndNormals) {

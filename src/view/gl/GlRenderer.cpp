@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cmath>
 #include <iterator>
 
 namespace velmora {
@@ -45,16 +46,43 @@ constexpr float stepsBehindEdges = 4.0F;
 constexpr double clearEdges = 5.0;
 constexpr double denseEdges = 1.5;
 
-/// How much of the edges of a run shows, 0 to 1.
-float edgeStrength(const GlRun& run, const SceneFrame& frame) {
+/// How far the middle of a run stands from the eye; 1 where all is seen from one side.
+double awayOf(const GlRun& run, const SceneFrame& frame) {
     const Matrix4& m = frame.modelView;
     const zVec<double>& at = run.middle;
     const bool parallel = frame.projection[15] == 1.0;
-    const double away = parallel ? 1.0 : -(m[2] * at.x + m[6] * at.y + m[10] * at.z + m[14]);
+    return parallel ? 1.0 : -(m[2] * at.x + m[6] * at.y + m[10] * at.z + m[14]);
+}
+
+/// Pixels that one unit of length across the line of sight takes.
+double pixelsOfUnit(double away, const SceneFrame& frame) {
+    return frame.projection[5] * frame.viewport.height * 0.5 / away;
+}
+
+/// A thick line of a face that is hidden reaches past the face that hides it where both stand near to each other. So
+/// lines of the back that are thicker than a pixel stand back by what the depth changes over the rest of them, on faces
+/// that are no steeper than this.
+constexpr double steepest = 3.0;
+constexpr double mostBehind = 0.01;
+
+double behindFronts(const GlRun& run, const SceneFrame& frame) {
+    const double away = awayOf(run, frame);
+    if (frame.pixelScale <= 1.0 || !(away > 0.0)) {
+        return 0.0;
+    }
+    const bool parallel = frame.projection[15] == 1.0;
+    const double depthOfUnit = 0.5 * std::abs(parallel ? frame.projection[10] : frame.projection[14] / (away * away));
+    const double rest = (frame.pixelScale - 1.0) * 0.5 / pixelsOfUnit(away, frame);
+    return std::min(mostBehind, steepest * rest * depthOfUnit);
+}
+
+/// How much of the edges of a run shows, 0 to 1.
+float edgeStrength(const GlRun& run, const SceneFrame& frame) {
+    const double away = awayOf(run, frame);
     if (!(away > 0.0)) {
         return 1.0F; // the eye is in the middle of it
     }
-    const double pixels = run.edge * frame.projection[5] * frame.viewport.height * 0.5 / away / frame.pixelScale;
+    const double pixels = run.edge * pixelsOfUnit(away, frame) / frame.pixelScale;
     return static_cast<float>(std::clamp((pixels - denseEdges) / (clearEdges - denseEdges), 0.0, 1.0));
 }
 
@@ -333,7 +361,7 @@ void GlRenderer::drawSurfaces(GlBuffer& buffer, const SceneFrame& frame) {
     glEnable(GL_CULL_FACE);
     if (frame.edges) {
         glEnable(GL_POLYGON_OFFSET_FILL);
-        glPolygonOffset(1.0F, stepsBehindEdges);
+        glPolygonOffset(static_cast<float>(frame.pixelScale), stepsBehindEdges);
     }
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 0);
     forLitRuns([&](const GlRun& run) { drawSide(run, Facing::Front, GL_FILL); });
@@ -343,7 +371,9 @@ void GlRenderer::drawSurfaces(GlBuffer& buffer, const SceneFrame& frame) {
             glColor4fv(shaded(run.look.colour, run.look.readable ? 1.0F : backShade).data());
             drawSide(run, Facing::Back, GL_FILL);
         } else {
+            glDepthRange(behindFronts(run, frame), 1.0);
             drawSideEdges(buffer, run, eye, Facing::Back);
+            glDepthRange(0.0, 1.0);
         }
     });
     glDisable(GL_POLYGON_OFFSET_FILL);
@@ -427,15 +457,18 @@ void GlRenderer::drawTexts(const std::vector<DrawText>& texts, double scale) {
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
     glDepthFunc(GL_LEQUAL); // a text shows on its plate
     const auto right = static_cast<float>(TextPlate::right * scale);
-    const auto up = static_cast<float>(TextPlate::up * scale);
+    const auto off = static_cast<float>(TextPlate::off * scale);
     for (const DrawText& text : texts) {
         const TextBitmap bitmap = rasterizer_(text.text, scale);
-        if (text.onPlate) {
-            const int border = static_cast<int>(TextPlate::border * scale);
-            drawBitmap(plateFor(bitmap, border), text.position, TextPlate::colour, right - static_cast<float>(border),
-                       up - static_cast<float>(border));
+        if (text.plate == TextPlate::Side::None) {
+            drawBitmap(bitmap, text.position, text.colour, 0.0F, 0.0F);
+            continue;
         }
-        drawBitmap(bitmap, text.position, text.colour, text.onPlate ? right : 0.0F, text.onPlate ? up : 0.0F);
+        const float up = text.plate == TextPlate::Side::Above ? off : -off - static_cast<float>(bitmap.height);
+        const auto border = static_cast<float>(static_cast<int>(TextPlate::border * scale));
+        drawBitmap(plateFor(bitmap, static_cast<int>(border)), text.position, TextPlate::colour, right - border,
+                   up - border);
+        drawBitmap(bitmap, text.position, text.colour, right, up);
     }
     glDepthFunc(GL_LESS);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 4);

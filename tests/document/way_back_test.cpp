@@ -1,8 +1,10 @@
 // What a command that does nothing leaves of Undo: all of it.
 
 #include <functional>
+#include <new>
 #include <ostream>
 
+#include "CommandGuard.h"
 #include "CommandTest.h"
 #include "zone_fixture.h"
 
@@ -177,6 +179,18 @@ TEST_P(FruitlessCommand, LeavesUndoOffAndTheModelUnchanged) {
 
 INSTANTIATE_TEST_SUITE_P(Of, FruitlessCommand, testing::ValuesIn(fruitless), nameOfFruitless);
 
+// The guard around the line in which the command runs must not take the older snapshot for one of that line.
+TEST_F(WayBack, ExceptionBehindARefusedCommandLeavesTheModel) {
+    holdMovedZones();
+    try {
+        const CommandGuard guard(*document_);
+        run("model.invisibleRemove");
+        throw std::bad_alloc();
+    } catch (const std::bad_alloc&) {
+        EXPECT_EQ(node(0, 0).x, 10.0);
+    }
+}
+
 TEST_F(WayBack, MarkersThatAreReadLeaveTheBoxToUndo) {
     holdMovedGrid();
     chooseFile("pairs.sft", markerPairs);
@@ -230,6 +244,16 @@ TEST_F(WayBack, TransformationOfZonesWithACapturedNodeTurnsUndoOfThePointNotOn) 
     EXPECT_TRUE(isCommandOff(doc, "point.undo"));
     run("patch.undo");
     EXPECT_EQ(doc.capture->capturedPointPos, (zVec<double>{1, 0, 0}));
+}
+
+TEST_F(WayBack, EditOfANodeIsTakenBack) {
+    holdZones({3});
+    captureNode(0, 1);
+    doc.capture.holdPoint(0, -1, 1, node(0, 1));
+    runWith("point.edit", {{"z", "5"}});
+    ASSERT_EQ(node(0, 1).z, 5.0);
+    run("point.undo");
+    EXPECT_EQ(node(0, 1).z, 0.0);
 }
 
 TEST_F(WayBack, EditOfAPointThatWasLeftDoesNotComeBackWithTheNextOne) {

@@ -394,14 +394,6 @@ void Capture::saveCurve() {
     state_.savedLine = state_.capturedLine;
 }
 
-void Capture::takeSavedOf(const CaptureState& before) {
-    state_.savedPatch = before.savedPatch;
-    state_.savedPointSection = before.savedPointSection;
-    state_.savedPoint = before.savedPoint;
-    state_.savedSection = before.savedSection;
-    state_.savedLine = before.savedLine;
-}
-
 void Capture::restorePoint() {
     state_.capturedPatch = state_.savedPatch;
     renumberPoint(state_.savedPointSection, state_.savedPoint);

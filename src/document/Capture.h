@@ -230,8 +230,6 @@ public:
     /// Keeps the numbers for restorePoint().
     void savePoint();
     void saveCurve();
-    /// The numbers kept are those of `before` again.
-    void takeSavedOf(const CaptureState& before);
     /// Undo of a point edit: the numbers kept, each once.
     void restorePoint();
     /// The point of `before` again, after a regime was left that took it along.

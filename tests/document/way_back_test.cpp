@@ -217,7 +217,7 @@ TEST_F(WayBack, OpenOfTheSameFileCanBeTakenBack) {
     const auto path = file("wing.apt", "2 2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n");
     open(path);
     runWith("model.scaling", {{"scale", "2"}});
-    run("patch.undo");
+    runWith("model.scaling", {{"scale", "0.5"}});
     ui.answers = {true};
     ui.files.push_back({path});
     run("file.open");
@@ -266,25 +266,40 @@ TEST_F(WayBack, EditOfAPointThatWasLeftDoesNotComeBackWithTheNextOne) {
     EXPECT_TRUE(isCommandOff(doc, "point.undo"));
 }
 
-TEST_F(WayBack, RefusedCorrectionOfALineLeavesUndoOfTheEditAndItsPoint) {
-    hold({flatPatch(5, 5)});
-    capturePoint(0, 3, 3);
+// A command that leaves the regime of the point lets go of its Undo, whatever it comes to.
+TEST_F(WayBack, RefusedDeleteOfASectionLeavesTheRegimeOfThePoint) {
+    hold({flatPatch(2, 4)});
+    captureSection(0, 1);
+    capturePoint(0, 1, 1);
     runWith("point.edit", {{"z", "5"}});
-    const PatchList edited = doc.patches;
-    run("point.exit");
-    captureLine(0, 1);
-    doc.pointUndoReady = true;
-    arranged(doc).freePointHeld = true;
-    doc.capture.renumberPoint(1, 1);
-    doc.capture.placePoint(doc.patches[0][1][1]);
-    runWith("line.correct", {{"power", "1"}});
-    ASSERT_THAT(heard(), testing::Contains("message: Correction of line has no action"));
-    EXPECT_EQ(doc.patches, edited);
+    ASSERT_TRUE(doc.pointUndoReady);
+    run("line.delete");
+    ASSERT_TRUE(ui.gaveUp);
+    ASSERT_FALSE(doc.capture->pointCaptured);
+    EXPECT_FALSE(doc.pointUndoReady || doc.patchUndoReady);
+}
+
+TEST_F(WayBack, ScalingByOneLeavesTheEditOfAPointToUndo) {
+    hold({flatPatch(3, 4)});
+    capturePoint(0, 1, 1);
+    runWith("point.edit", {{"z", "5"}});
+    runWith("model.scaling", {{"scale", "1"}});
     EXPECT_FALSE(doc.patchUndoReady);
-    EXPECT_EQ(doc.capture->savedPointSection, 3);
-    EXPECT_EQ(doc.capture->savedPoint, 3);
+    EXPECT_TRUE(doc.pointUndoIsNewer);
     run("point.undo");
-    EXPECT_EQ(doc.patches[0], flatPatch(5, 5));
+    EXPECT_EQ(doc.patches[0], flatPatch(3, 4));
+}
+
+// The command of a drag is through before the mouse moves.
+TEST_F(WayBack, DragBehindAnotherCommandIsTakenBackAlone) {
+    holdMovedGrid();
+    const PatchList moved = doc.patches;
+    capturePoint(0, 1, 1);
+    run("point.drag");
+    placeDraggedPoint({11, 1, 3});
+    ASSERT_NE(doc.patches, moved);
+    run("point.undo");
+    EXPECT_EQ(doc.patches, moved);
 }
 
 // ---- Commands that take themselves back -----------------------------------------------------------------------------

@@ -174,37 +174,30 @@ void takeReplacedSnapshots(DocumentState& doc) {
     doc.pointUndoIsNewer = replaced.pointIsNewer;
 }
 
-bool isAsKept(const DocumentState& doc, const KeptPatches& patches, const KeptRegion& region, const KeptField& field) {
-    const bool sameTitle = region.blocks.empty() || region.title == doc.feRegion.title;
-    return sameTitle && patches.isSameAs(doc.patches) && region.blocks.isSameAs(doc.feRegion.blocks) &&
-           field.patches.isSameAs(doc.fieldPatches);
-}
-
 /// The command took a snapshot and has left the model as it is there.
 bool changedNothing(const DocumentState& doc) {
-    if (!doc.undoPath.empty()) {
-        return false; // another model, be it the same to the bit, stands in the place of the one in the snapshot
-    }
-    return doc.replaced->patchTaken ? isAsKept(doc, doc.undoPatches, doc.undoRegion, doc.undoField)
-                                    : isAsKept(doc, doc.pointUndoPatches, doc.pointUndoRegion, doc.pointUndoField);
+    const KeptRegion& region = doc.undoRegion;
+    const bool sameTitle = region.blocks.empty() || region.title == doc.feRegion.title;
+    // Another model, be it the same to the bit, may stand in the place of the one in the snapshot.
+    return doc.undoPath.empty() && sameTitle && doc.undoPatches.isSameAs(doc.patches) &&
+           region.blocks.isSameAs(doc.feRegion.blocks) && doc.undoField.patches.isSameAs(doc.fieldPatches);
 }
 
 /// A command that changed nothing takes away no way back: Undo would answer that it is done, and what the command
 /// before did could not be taken back any more. Of one that was refused, failed or was cancelled the mark of the model
-/// goes back too, and Undo is off where it was off. `counts` and `capture` are those of the moment before it.
-void leaveWayBack(DocumentState& doc, bool gaveUp, const SnapshotCounts& counts, const CaptureState& capture) {
+/// goes back too, and Undo is off where it was off. `counts` are those of the moment before it.
+void leaveWayBack(DocumentState& doc, bool gaveUp, const SnapshotCounts& counts) {
     const ReplacedSnapshots& replaced = *doc.replaced;
-    const bool taken = replaced.patchTaken || replaced.pointTaken;
-    const bool hadOne = !replaced.pointTaken && (replaced.patchReady || replaced.pointReady);
-    if (!taken || !(gaveUp || hadOne) || !changedNothing(doc)) {
+    // The numbers that Undo of the point goes back to are those of this command, if it took a snapshot for that too.
+    // And a drag takes its own before the mouse moves: that nothing has changed yet says nothing of it.
+    const bool settled = replaced.patchTaken && !replaced.pointTaken;
+    const bool hadOne = replaced.patchReady || replaced.pointReady;
+    if (!settled || !(gaveUp || hadOne) || !changedNothing(doc)) {
         return;
     }
-    const bool pointReady = replaced.pointTaken ? replaced.pointReady : doc.pointUndoReady;
+    const bool pointReady = doc.pointUndoReady;
     takeReplacedSnapshots(doc);
-    doc.pointUndoReady = pointReady; // leaving the regime of the point may have switched it off
-    if (replaced.pointTaken) {
-        doc.capture.takeSavedOf(capture);
-    }
+    doc.pointUndoReady = pointReady; // the command may have left the regime of the point
     if (gaveUp) {
         doc.documentModified = replaced.modified;
     }
@@ -237,7 +230,6 @@ void VelmoraDoc::runCommand(CommandRun command, const std::function<bool()>& gav
     const std::filesystem::path target = saveTarget();
     const std::string targetText = saveTargetText();
     const SnapshotCounts counts = snapshotCounts;
-    const CaptureState captured = *capture;
     replaced.emplace();
     replaced->patchReady = patchUndoReady;
     replaced->pointReady = pointUndoReady;
@@ -256,7 +248,7 @@ void VelmoraDoc::runCommand(CommandRun command, const std::function<bool()>& gav
             }
             tellSaveTarget(target, targetText);
         }
-        leaveWayBack(*this, gaveUp && gaveUp(), counts, captured);
+        leaveWayBack(*this, gaveUp && gaveUp(), counts);
     } catch (const NotFinite&) {
         // The guard has put the model back.
         takeReplacedSnapshots(*this);

@@ -442,12 +442,13 @@ void GltfReader::takePrimitive(const Json& primitive) {
     }
     looseCorners_ += mode == triangles ? count % 3 : count < 3 ? count : 0;
     const auto corner = [&](std::int64_t i) {
-        std::int64_t number = i;
+        auto number = static_cast<double>(i);
         if (corners) {
-            number =
-                static_cast<std::int64_t>(numberOf(corners->at(static_cast<std::uint64_t>(i)), corners->type, false));
+            number = numberOf(corners->at(static_cast<std::uint64_t>(i)), corners->type, false);
         }
-        return number >= 0 && number < points->count ? points->first + number : -1;
+        // Where the file stores them as floating-point numbers, they may be far beyond any integer.
+        const bool isThere = number >= 0.0 && number < static_cast<double>(points->count);
+        return isThere ? points->first + static_cast<std::int64_t>(number) : -1;
     };
     for (std::int64_t i = 0; i < whole; ++i) {
         if (mode == triangles) {

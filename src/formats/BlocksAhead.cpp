@@ -1,13 +1,16 @@
 #include "BlocksAhead.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <exception>
 #include <limits>
-#include <new>
+#include <type_traits>
 
 #include <sys/types.h>
 #include <unistd.h>
 
+#include "byte_steps.h"
 #include "characters.h"
 #include "plain_decimal.h"
 
@@ -15,31 +18,40 @@ namespace velmora {
 
 namespace {
 
-/// A word that begins like a number; gives how much of it is one. Most whole numbers have few digits.
-std::size_t convertNumber(const char* begin, const char* text, const char* end, std::vector<NumberAhead>& numbers) {
-    const auto add = [&](double value, const char* stop, bool whole) {
-        numbers.push_back(
-            {value, static_cast<std::uint32_t>(begin - text), static_cast<std::uint16_t>(stop - begin), whole});
-        return numbers.back().length;
-    };
+/// A word that begins like a number; gives what stands behind as much of it as is one, null when none is. Most whole
+/// numbers have few digits.
+const char* convertNumber(const char* begin, const char* end, NumberAhead& number) {
     const char* const firstDigit = begin + static_cast<int>(isSign(*begin));
+    number.whole = false;
     if (firstDigit[1] != '.') { // no need to try it
         std::int32_t magnitude = 0;
         if (const char* const stop = convertFewDigits(firstDigit, magnitude)) {
             // Of zeros the negative one keeps its sign as a real number.
-            return add(*begin == '-' ? -static_cast<double>(magnitude) : magnitude, stop, true);
+            number.value = *begin == '-' ? -static_cast<double>(magnitude) : magnitude;
+            number.whole = true;
+            return stop;
         }
     }
-    double value = 0.0;
-    const char* const stop = convertDecimal(begin + static_cast<int>(*begin == '+'), end, value);
-    if (stop == nullptr || stop - begin > std::numeric_limits<std::uint16_t>::max()) {
-        return 0;
-    }
-    return add(value, stop, false);
+    const char* const stop = convertDecimal(begin + static_cast<int>(*begin == '+'), end, number.value);
+    return stop != nullptr && stop - begin > std::numeric_limits<std::uint16_t>::max() ? nullptr : stop;
 }
 
 constexpr std::uint32_t behindAll = std::numeric_limits<std::uint32_t>::max();
-constexpr NumberAhead noNumber = {0.0, behindAll, 0, false};
+constexpr NumberAhead noNumber = {0.0, behindAll, 0, false, false};
+constexpr LineAhead noLine = {behindAll, behindAll, behindAll};
+
+/// Of a line feed spaces often follow, of a space nearly never.
+const char* skipWhiteSpace(const char* p, const char* end) {
+    if (*p == ' ' && !isSpace(p[1])) {
+        return p + 1;
+    }
+    while (isSpace(*p)) { // the NUL behind the block stops it
+        if (*p++ == '\n' && *p == ' ') {
+            p = skipSpaces(p, end);
+        }
+    }
+    return p;
+}
 
 } // namespace
 
@@ -48,37 +60,85 @@ AheadSizes& aheadSizes() {
     return sizes;
 }
 
-void convertNumbers(const char* text, std::size_t size, std::vector<NumberAhead>& numbers) {
-    numbers.clear();
+void convertNumbers(const char* text, std::size_t size, NumberAhead* number) {
     const char* const end = text + size;
     const char* p = text;
+    bool behindNumber = false;
     while (true) {
-        while (isSpace(*p)) { // the NUL behind the block stops it
-            ++p;
-        }
+        p = skipWhiteSpace(p, end);
         if (p == end) {
             break;
         }
+        const char* const begin = p;
         const char* const firstDigit = p + (isSign(*p) ? 1 : 0);
+        const bool follows = behindNumber;
+        behindNumber = false;
         if (isDigit(*firstDigit) || *firstDigit == '.') {
-            p += convertNumber(p, text, end, numbers);
-        }
-        while (p != end && !isSpace(*p)) {
-            ++p; // a control character, which belongs to the word, or the word's first letter
-            while (static_cast<unsigned char>(*p) > ' ') {
-                ++p;
+            if (const char* const stop = convertNumber(begin, end, *number)) {
+                number->begin = static_cast<std::uint32_t>(begin - text);
+                number->length = static_cast<std::uint16_t>(stop - begin);
+                number->follows = follows;
+                ++number;
+                behindNumber = true;
+                p = stop;
             }
         }
+        while (p != end && !isSpace(*p)) {
+            behindNumber = false;
+            // Behind a control character, which belongs to the word, or the word's first letter.
+            p = skipWord(p + 1, end);
+        }
     }
-    numbers.push_back(noNumber);
+    *number = noNumber;
+}
+
+namespace {
+
+template <class Number>
+void convertLinesOf(const char* text, std::size_t size, std::size_t numbers, LineAhead* line, double* values) {
+    const char* const end = text + size;
+    const auto behindFeed = [end](const char* p) {
+        const void* const feed = std::memchr(p, '\n', static_cast<std::size_t>(end - p));
+        return feed != nullptr ? static_cast<const char*>(feed) + 1 : end;
+    };
+    const auto place = [text](const char* p) { return static_cast<std::uint32_t>(p - text); };
+    for (const char* p = behindFeed(text); p != end;) {
+        const char* const behind = convertLine<Number>(p, end, values, numbers);
+        if (behind == nullptr) {
+            p = behindFeed(p);
+            continue;
+        }
+        *line++ = {place(p), place(skipInLine(p)), place(behind)};
+        values += numbers;
+        p = behind;
+    }
+    *line = noLine;
+}
+
+} // namespace
+
+void convertLines(const char* text, std::size_t size, LineForm form, LineAhead* lines, double* values) {
+    form.whole != 0 ? convertLinesOf<std::int32_t>(text, size, form.numbers, lines, values)
+                    : convertLinesOf<double>(text, size, form.numbers, lines, values);
 }
 
 // ---- BlocksAhead ----------------------------------------------------------------------------------------------------
 
 BlocksAhead::BlocksAhead(int descriptor, std::size_t blockSize, std::size_t helpers)
-    : descriptor_(descriptor), blockSize_(blockSize), slots_(helpers + 2), numbers_(1, noNumber),
-      number_(numbers_.data()) {
+    : descriptor_(descriptor), blockSize_(blockSize), slots_(helpers + 2) {
+    const std::size_t room = mostNumbers(blockSize);
+    const auto makeRoom = [room](Slot& slot) {
+        slot.numbers = std::make_unique_for_overwrite<NumberAhead[]>(room);
+        slot.lines = std::make_unique_for_overwrite<LineAhead[]>(room);
+        slot.values = std::make_unique_for_overwrite<double[]>(room);
+    };
+    makeRoom(given_);
+    given_.numbers[0] = noNumber;
+    given_.lines[0] = noLine;
+    number_ = given_.numbers.get();
+    line_ = given_.lines.get();
     for (Slot& slot : slots_) {
+        makeRoom(slot);
         slot.text = std::make_unique_for_overwrite<char[]>(blockSize + 1);
     }
     helpers_.reserve(helpers);
@@ -135,10 +195,12 @@ BlocksAhead::Slot* BlocksAhead::readNext(bool mayWait) {
 }
 
 void BlocksAhead::convertBlock(Slot& slot) {
-    try {
-        convertNumbers(slot.text.get(), slot.size, slot.numbers);
-    } catch (const std::bad_alloc&) {
-        slot.numbers.clear(); // who asks converts them
+    slot.form = asked_.load(std::memory_order_relaxed);
+    if (slot.form.numbers > 0) {
+        slot.numbers[0] = noNumber;
+        convertLines(slot.text.get(), slot.size, slot.form, slot.lines.get(), slot.values.get());
+    } else {
+        convertNumbers(slot.text.get(), slot.size, slot.numbers.get());
     }
     {
         const std::lock_guard lock(mutex_);
@@ -185,16 +247,34 @@ std::size_t BlocksAhead::next(std::unique_ptr<char[]>& text) {
             return 0;
         }
         text.swap(slot.text);
-        numbers_.swap(slot.numbers);
+        given_.form = slot.form;
+        given_.numbers.swap(slot.numbers);
+        given_.lines.swap(slot.lines);
+        given_.values.swap(slot.values);
         slot.ready = false;
         ++blocksGiven_;
     }
     changed_.notify_all();
-    if (numbers_.empty()) {
-        numbers_.push_back(noNumber);
-    }
-    number_ = numbers_.data();
+    number_ = given_.numbers.get();
+    line_ = given_.lines.get();
     return size;
+}
+
+BlocksAhead::Lines BlocksAhead::linesAt(std::size_t place, std::size_t most) {
+    while (line_->first < place) {
+        ++line_;
+    }
+    if (line_->begin > place || most == 0) {
+        return {};
+    }
+    const auto before = static_cast<std::size_t>(line_ - given_.lines.get());
+    std::size_t count = 1;
+    while (count < most && line_[count].begin == line_[count - 1].end) {
+        ++count;
+    }
+    const std::size_t end = line_[count - 1].end;
+    line_ += count;
+    return {given_.values.get() + before * given_.form.numbers, count, end};
 }
 
 } // namespace velmora

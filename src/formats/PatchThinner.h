@@ -29,6 +29,9 @@ public:
     template <class NextPoint>
     bool takePatch(std::int32_t sections, std::int32_t points, NextPoint&& nextPoint, Patch& patch);
 
+    /// What stays of a patch that is there already, all of whose sections have as many points.
+    Patch thin(const Patch& whole);
+
     std::int64_t kept() const { return kept_; }
     bool thinned() const { return thinned_; }       ///< points or sections were left out, other than at the limit
     bool cutAtLimit() const { return cutAtLimit_; } ///< sections were left out at the limit
@@ -73,6 +76,19 @@ bool PatchThinner::takePatch(std::int32_t sections, std::int32_t points, NextPoi
         }
     }
     return true;
+}
+
+inline Patch PatchThinner::thin(const Patch& whole) {
+    const std::int32_t points = lineCount(whole);
+    std::int64_t place = 0;
+    const auto next = [&](zVec<double>& point) {
+        point = whole[static_cast<std::size_t>(place / points)][static_cast<std::size_t>(place % points)];
+        ++place;
+        return true;
+    };
+    Patch patch;
+    takePatch(countOf(whole), points, next, patch);
+    return patch;
 }
 
 template <class NextPoint>

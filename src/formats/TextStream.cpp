@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <type_traits>
 #include <utility>
 
 #include <fcntl.h>
@@ -10,6 +11,7 @@
 #include <unistd.h>
 
 #include "BlocksAhead.h"
+#include "byte_steps.h"
 #include "characters.h"
 #include "parallel.h"
 #include "plain_decimal.h"
@@ -114,10 +116,17 @@ const NumberAhead* TextStream::numberAhead(const char* start) {
     if (ahead_ != nullptr) {
         return ahead_->at(static_cast<std::size_t>(start - block_.get()));
     }
-    if (mayReadAhead_ && ++numbersTaken_ > aheadSizes().numbersBefore) {
-        beginAhead();
+    if (mayReadAhead_) {
+        countTaken(1);
     }
     return nullptr;
+}
+
+void TextStream::countTaken(std::size_t numbers) {
+    numbersTaken_ += numbers;
+    if (numbersTaken_ > aheadSizes().numbersBefore) {
+        beginAhead();
+    }
 }
 
 void TextStream::beginAhead() {
@@ -260,12 +269,9 @@ bool TextStream::readWord(std::string& word) {
 bool TextStream::readWord(std::string_view& word) {
     const char* start = cursor_;
     while (isSpace(*start)) { // the NUL behind the block stops it
-        ++start;
+        start = skipSpaces(start + 1, end_);
     }
-    const char* stop = start;
-    while (static_cast<unsigned char>(*stop) > ' ') {
-        ++stop;
-    }
+    const char* const stop = skipWord(start, end_);
     // At the end of the block, and at a control character, the word may go on.
     if (stop != start && isSpace(*stop) && good()) {
         word = std::string_view(start, static_cast<std::size_t>(stop - start));
@@ -384,33 +390,125 @@ std::size_t TextStream::readPlainDoubles(double* values, std::size_t count) {
     return taken;
 }
 
-// The same of numbers that were converted ahead.
-std::size_t TextStream::readDoublesAhead(double* values, std::size_t count) {
-    const char* p = cursor_;
-    std::size_t taken = 0;
-    for (; taken < count; ++taken) {
-        while (isSpace(*p)) {
-            ++p;
+// The same of numbers that were converted ahead. What stands between them is known; the text is only looked at where it
+// is not.
+template <class Number>
+std::size_t TextStream::readNumbersAhead(Number* values, std::size_t count) {
+    const char* const block = block_.get();
+    const NumberAhead* number = ahead_->behind(static_cast<std::size_t>(cursor_ - block));
+    if (number == nullptr) {
+        while (isSpace(*cursor_)) {
+            ++cursor_;
         }
-        const NumberAhead* const found = ahead_->at(static_cast<std::size_t>(p - block_.get()));
-        if (found == nullptr || !isSpace(p[found->length])) {
+        number = ahead_->at(static_cast<std::size_t>(cursor_ - block));
+    }
+    std::size_t taken = 0;
+    while (taken < count && number != nullptr) {
+        const char* const stop = block + number->end();
+        const NumberAhead* const next = number + 1;
+        const bool whiteSpaceFollows = next->follows;
+        if ((!whiteSpaceFollows && !isSpace(*stop)) || (std::is_integral_v<Number> && !number->whole)) {
             break;
         }
-        values[taken] = found->value;
-        p += found->length;
+        values[taken++] = static_cast<Number>(number->value);
+        cursor_ = stop;
+        number = whiteSpaceFollows ? next : nullptr;
     }
-    cursor_ = p;
     return taken;
 }
 
 bool TextStream::readDoubles(double* values, std::size_t count) {
     std::size_t taken = 0;
     if (good() && ahead_ != nullptr) {
-        taken = readDoublesAhead(values, count);
+        ahead_->askForNumbers();
+        taken = readNumbersAhead(values, count);
     } else if (good() && !mayReadAhead_) {
         taken = readPlainDoubles(values, count);
     }
     while (taken < count && readDouble(values[taken])) {
+        ++taken;
+    }
+    return taken == count;
+}
+
+template <class Number>
+std::size_t TextStream::takeLines(Number* values, std::size_t numbers, std::size_t most) {
+    if (!good()) {
+        return 0;
+    }
+    if (mayReadAhead_) {
+        countTaken(numbers * most);
+    }
+    if (ahead_ != nullptr && ahead_->holdsLines({static_cast<std::uint32_t>(numbers), std::is_integral_v<Number>})) {
+        const auto lines = ahead_->linesAt(static_cast<std::size_t>(cursor_ - block_.get()), most);
+        std::transform(lines.values, lines.values + lines.count * numbers, values,
+                       [](double value) { return static_cast<Number>(value); });
+        cursor_ = lines.count > 0 ? block_.get() + lines.end : cursor_;
+        return lines.count;
+    }
+    std::size_t taken = 0;
+    while (taken < most) {
+        const char* const behind = convertLine<Number>(cursor_, end_, values + taken * numbers, numbers);
+        if (behind == nullptr) {
+            break;
+        }
+        cursor_ = behind;
+        ++taken;
+    }
+    return taken;
+}
+
+std::size_t TextStream::takeLinesOfDoubles(double* values, std::size_t numbers, std::size_t most) {
+    return takeLines(values, numbers, most);
+}
+
+std::size_t TextStream::takeLinesOfInts(std::int32_t* values, std::size_t numbers, std::size_t most) {
+    return takeLines(values, numbers, most);
+}
+
+// Passes over white space up to the end of the line. False, and `eof`, when the file ends before.
+bool TextStream::skipBlanks() {
+    while (good() && isSpace(peek()) && peek() != '\n') {
+        get();
+    }
+    return good();
+}
+
+bool TextStream::readLineSlowly(double* values, std::size_t count) {
+    const std::int64_t begin = tell();
+    for (std::size_t taken = 0; taken < count; ++taken) {
+        if (!skipBlanks() || peek() == '\n' || !readDouble(values[taken])) {
+            return false;
+        }
+        if (const int behind = good() ? peek() : endOfFile; behind != endOfFile && !isSpace(behind)) {
+            return false;
+        }
+    }
+    const bool lineEnds = !skipBlanks() || peek() == '\n';
+    if (!lineEnds || tell() - begin > static_cast<std::int64_t>(shortLine)) {
+        return false;
+    }
+    if (good()) {
+        get();
+    }
+    return true;
+}
+
+bool TextStream::readLineOfDoubles(double* values, std::size_t count) {
+    return takeLines(values, count, 1) == 1 || readLineSlowly(values, count);
+}
+
+bool TextStream::takeLineEnd() {
+    return readLineSlowly(nullptr, 0);
+}
+
+bool TextStream::readInts(std::int32_t* values, std::size_t count) {
+    std::size_t taken = 0;
+    if (good() && ahead_ != nullptr) {
+        ahead_->askForNumbers();
+        taken = readNumbersAhead(values, count);
+    }
+    while (taken < count && readInt(values[taken])) {
         ++taken;
     }
     return taken == count;

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "FileIdentity.h"
+#include "number_line.h"
 #include "number_token.h"
 #include "progress.h"
 
@@ -31,7 +32,7 @@ public:
     /// The characters of a word that are held; no word that anybody means is as long.
     static constexpr std::size_t longestWord = std::size_t{1} << 22;
     /// The characters of a line that skipShortLines passes over.
-    static constexpr std::size_t shortLine = 254;
+    static constexpr std::size_t shortLine = longestNumberLine;
 
     /// Opens `path`. What is no regular file (a folder, a pipe, a device: they may never end) and a file that may not
     /// be read leave the stream closed and failed. `blockSize` is in bytes; it has no effect on what is read.
@@ -98,10 +99,24 @@ public:
     bool readDouble(double& value);
     /// The same for `count` numbers one behind the other, which takes less time. The read that fails is the last one.
     bool readDoubles(double* values, std::size_t count);
+    /// The same for what is left of a line when that is `count` numbers, white space around them and nothing else, of
+    /// at most `shortLine` characters; taken with its line feed, which the last line need not have. False when it is
+    /// something else; the stream then stands somewhere in it.
+    bool readLineOfDoubles(double* values, std::size_t count);
+    /// Takes lines of that kind one behind the other, `most` of them at most, and gives how many: those that are known
+    /// without another look at the file, none when the next one is not. Never a failure by itself.
+    std::size_t takeLinesOfDoubles(double* values, std::size_t numbers, std::size_t most);
+    /// The same for lines of integers.
+    std::size_t takeLinesOfInts(std::int32_t* values, std::size_t numbers, std::size_t most);
+    /// Takes the rest of a line with its line feed if it is white space of at most `shortLine` characters. False when
+    /// it is not; the stream then stands somewhere in it.
+    bool takeLineEnd();
 
     /// Takes a decimal integer. On a number out of range `value` becomes the limit and the read fails; when there is
     /// no integer, `value` keeps what it had.
     bool readInt(std::int32_t& value);
+    /// The same for `count` integers one behind the other, which takes less time. The read that fails is the last one.
+    bool readInts(std::int32_t* values, std::size_t count);
 
     /// Takes the rest of the line with its line feed; the text without it goes to `line`. The last line need not have
     /// a line feed. Fails, with `line` empty, when nothing is left. A line of more than `limit` characters fails behind
@@ -127,7 +142,13 @@ private:
     char nextOfToken();
     bool readWordSlowly(std::string_view& word);
     std::size_t readPlainDoubles(double* values, std::size_t count);
-    std::size_t readDoublesAhead(double* values, std::size_t count);
+    template <class Number>
+    std::size_t readNumbersAhead(Number* values, std::size_t count);
+    template <class Number>
+    std::size_t takeLines(Number* values, std::size_t numbers, std::size_t most);
+    void countTaken(std::size_t numbers);
+    bool readLineSlowly(double* values, std::size_t count);
+    bool skipBlanks();
     bool readDoubleSlowly(double& value);
     bool readIntSlowly(std::int32_t& value);
     void takeDigits(void (DecimalText::*take)(char));
@@ -154,7 +175,7 @@ private:
     DecimalText decimal_;
     std::unique_ptr<BlocksAhead> ahead_;
     bool mayReadAhead_ = false;
-    std::int32_t numbersTaken_ = 0; ///< of the block, one by one
+    std::size_t numbersTaken_ = 0; ///< of the block, or asked for
     ReportProgress report_;
     double reportFrom_ = 0.0;
     double reportTo_ = 1.0;

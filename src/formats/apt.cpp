@@ -1,11 +1,15 @@
 #include "apt.h"
 
 #include <algorithm>
+#include <array>
+#include <iterator>
+#include <limits>
 #include <string>
 #include <utility>
 
 #include "NumberReader.h"
 #include "PatchThinner.h"
+#include "large_memory.h"
 #include "patch_text.h"
 
 namespace velmora {
@@ -88,6 +92,175 @@ bool countPoints(const std::filesystem::path& path, AptReadResult& result, const
     result.firstPassEnded = result.endReached;
     result.pointsInFile = static_cast<std::int32_t>(total);
     return true;
+}
+
+/// The points of a patch, each in a line that holds x, y, z and nothing else.
+class PointLines {
+public:
+    PointLines(TextStream& stream, std::int64_t points) : stream_(stream), left_(points) {}
+
+    /// False when there is none, or another line.
+    bool operator()(zVec<double>& point) {
+        if (next_ == end_ && !fill()) {
+            return false;
+        }
+        point = {values_[next_], values_[next_ + 1], values_[next_ + 2]};
+        next_ += numbers;
+        return true;
+    }
+
+private:
+    static constexpr std::size_t numbers = 3;
+    static constexpr std::size_t linesAtOnce = 64;
+
+    bool fill() {
+        const auto most = static_cast<std::size_t>(std::min<std::int64_t>(left_, linesAtOnce));
+        std::size_t lines = stream_.takeLinesOfDoubles(values_.data(), numbers, most);
+        if (lines == 0 && left_ > 0) {
+            lines = stream_.readLineOfDoubles(values_.data(), numbers) ? 1 : 0;
+        }
+        left_ -= static_cast<std::int64_t>(lines);
+        next_ = 0;
+        end_ = lines * numbers;
+        return lines > 0;
+    }
+
+    TextStream& stream_;
+    std::int64_t left_;
+    std::array<double, numbers * linesAtOnce> values_{};
+    std::size_t next_ = 0;
+    std::size_t end_ = 0;
+};
+
+std::int32_t periodOf(std::int32_t totalPoints) {
+    return thinningPeriod(thinningFactor(totalPoints));
+}
+
+/// Reads a file as nearly all are: headers and points, each in a line of its own, and nothing else. Then the numbers
+/// tell what the lines are counted for, and one pass will do. Of any other file it knows nothing.
+class AptOnePass {
+public:
+    AptOnePass(const std::filesystem::path& path, const ReportProgress& report) : reader_(path), thinner_(0) {
+        reader_.reportTo(report);
+        result_.opened = reader_.isOpen();
+        if (result_.opened) {
+            beginRecord(result_.record, path, reader_.stream(), "apt", {"patches", "points"});
+        }
+    }
+
+    /// False when the file is to be read in two passes.
+    bool run();
+    const AptReadResult& result() const { return result_; }
+    PatchList& patches() { return patches_; }
+
+private:
+    bool takePatch(const AptHeader& header);
+    bool fitThinning();
+    std::int32_t expectedPoints();
+    void noteUnread();
+
+    NumberReader reader_;
+    AptReadResult result_;
+    PatchList patches_;
+    PatchThinner thinner_;
+    std::int32_t period_ = 1;
+    BareSections bareSections_;
+    std::int64_t compartment_ = 1;
+};
+
+bool AptOnePass::run() {
+    constexpr std::int64_t bytesOfNumber = 2; // at least; so each byte of text takes four of memory
+    makeRoomForPieces(static_cast<std::size_t>(reader_.stream().size()) / bytesOfNumber * sizeof(double));
+    AptHeader header;
+    for (; header.read(reader_); header = AptHeader{}, ++compartment_) {
+        if (!takePatch(header)) {
+            break;
+        }
+    }
+    if (reader_.stream().readFailed()) {
+        noteUnread();
+        return true;
+    }
+    const bool asExpected = periodOf(static_cast<std::int32_t>(result_.pointsInFile)) == period_;
+    if (!asExpected || !reader_.endedAtEndOfFile() || header.sections != unread) {
+        return false;
+    }
+    result_.firstPassEnded = result_.endReached = true;
+    result_.thinned = thinner_.thinned();
+    noteThinning(result_.record, result_.thinned, false);
+    return true;
+}
+
+// What is to be told of other headers, and of a model that is cut, is left to the second pass.
+bool AptOnePass::takePatch(const AptHeader& header) {
+    const bool bare = header.sections == 0 && header.points > 0;
+    if (header.sections < 0 || header.points < 0 || bare || !reader_.stream().takeLineEnd() ||
+        !bareSections_.accepts(header.sections, header.points)) {
+        return false;
+    }
+    result_.pointsInFile += header.pointsTold();
+    if (result_.pointsInFile > std::numeric_limits<std::int32_t>::max() || !fitThinning()) {
+        return false;
+    }
+    PointLines nextPoint(reader_.stream(), header.pointsTold());
+    Patch patch;
+    thinner_.restartPhases();
+    if (!thinner_.takePatch(header.sections, header.points, nextPoint, patch) || thinner_.cutAtLimit()) {
+        return false;
+    }
+    patches_.push_back(std::move(patch));
+    result_.pointsKept = thinner_.kept();
+    countOf(result_.record.found, "patches") = compartment_;
+    countOf(result_.record.found, "points") = result_.pointsInFile;
+    countOf(result_.record.kept, "patches") = result_.pointsKept > 0 ? compartment_ : 0;
+    countOf(result_.record.kept, "points") = result_.pointsKept;
+    return true;
+}
+
+// The thinning goes by all points of the file, of which those of the headers so far are the least that there can be;
+// once it has to begin, the size of the file tells about how many there will be. Patches that were kept whole are
+// thinned then. False when that is too uncertain, or was wrong.
+bool AptOnePass::fitThinning() {
+    const auto total = static_cast<std::int32_t>(result_.pointsInFile);
+    if (periodOf(total) <= period_) {
+        return true;
+    }
+    constexpr double uncertain = 0.05;
+    const std::int32_t expected = expectedPoints();
+    const std::int32_t fewer = std::max(total, static_cast<std::int32_t>((1.0 - uncertain) * expected));
+    const auto more = static_cast<std::int32_t>((1.0 + uncertain) * expected);
+    if (period_ != 1 || periodOf(fewer) != periodOf(more)) {
+        return false;
+    }
+    period_ = periodOf(more);
+    thinner_ = PatchThinner(more);
+    for (Patch& whole : patches_) {
+        thinner_.restartPhases();
+        whole = thinner_.thin(whole);
+    }
+    return true;
+}
+
+// As many as the rest of the file has room for when it is like what was read. All of that was kept so far.
+std::int32_t AptOnePass::expectedPoints() {
+    constexpr std::int64_t enoughToTell = 1000;
+    constexpr double most = 1e9;
+    const auto total = static_cast<double>(result_.pointsInFile);
+    const TextStream& stream = reader_.stream();
+    const double read = static_cast<double>(stream.tell()) / static_cast<double>(stream.size());
+    const double expected =
+        thinner_.kept() < enoughToTell ? total : std::max(total, static_cast<double>(thinner_.kept()) / read);
+    return static_cast<std::int32_t>(std::min(expected, most));
+}
+
+void AptOnePass::noteUnread() {
+    patches_.clear();
+    result_.pointsKept = 0;
+    for (const char* const kind : {"patches", "points"}) {
+        countOf(result_.record.kept, kind) = 0;
+    }
+    result_.faults.push_back({FormatFaultKind::Unread, compartment_, 1});
+    result_.record.losesGeometry(unreadText(reader_.stream()));
 }
 
 class AptSecondPass {
@@ -220,9 +393,20 @@ WriteOutcome writeSelection(const std::filesystem::path& path, const PatchList& 
 } // namespace
 
 AptReadResult readApt(const std::filesystem::path& path, PatchList& patches, const ReportProgress& report) {
+    double told = 0.0; // what is read anew goes on from where it stood
+    const ReportProgress rising = [&](double part) {
+        told = std::max(told, part);
+        report(told);
+    };
+    const ReportProgress progress = report ? rising : ReportProgress{};
+    AptOnePass pass(path, progress);
+    if (pass.run()) {
+        std::move(pass.patches().begin(), pass.patches().end(), std::back_inserter(patches));
+        return pass.result();
+    }
     AptReadResult result;
-    if (countPoints(path, result, report)) {
-        AptSecondPass(path, result, report).run(patches);
+    if (countPoints(path, result, progress)) {
+        AptSecondPass(path, result, progress).run(patches);
     }
     return result;
 }

@@ -29,18 +29,22 @@ void appendPatches(const PatchList& source, PatchList& destination, std::int32_t
 }
 
 void patchBounds(const PatchList& list, zVec<double>& lower, zVec<double>& upper) {
+    zVec<double> least = lower; // of its own: the compiler cannot know that no point of the list is `lower`
+    zVec<double> largest = upper;
     for (const Patch& patch : list) {
         for (const PointList& section : patch) {
             for (const zVec<double>& p : section) {
-                lower.x = p.x < lower.x ? p.x : lower.x;
-                lower.y = p.y < lower.y ? p.y : lower.y;
-                lower.z = p.z < lower.z ? p.z : lower.z;
-                upper.x = p.x > upper.x ? p.x : upper.x;
-                upper.y = p.y > upper.y ? p.y : upper.y;
-                upper.z = p.z > upper.z ? p.z : upper.z;
+                least.x = p.x < least.x ? p.x : least.x;
+                least.y = p.y < least.y ? p.y : least.y;
+                least.z = p.z < least.z ? p.z : least.z;
+                largest.x = p.x > largest.x ? p.x : largest.x;
+                largest.y = p.y > largest.y ? p.y : largest.y;
+                largest.z = p.z > largest.z ? p.z : largest.z;
             }
         }
     }
+    lower = least;
+    upper = largest;
 }
 
 namespace {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <type_traits>
 #include <utility>
 
 #include "large_memory.h"
@@ -48,6 +49,60 @@ void appendElement(const std::vector<std::int32_t>& corners, std::vector<std::in
         connectivity.insert(connectivity.end(), {corners[2] - 1, corners[3] - 1, corners[0] - 1, -1});
     }
 }
+
+/// Takes rows of numbers: lines at once where each row has one of its own, as in nearly all files.
+template <class Number>
+class RowReader {
+public:
+    RowReader(TextStream& stream, std::size_t width) : stream_(stream), width_(width), numbers_(width * rowsAtOnce) {}
+
+    /// How many of the next rows stand in `numbers`, `left` of them at most; 0 when a number cannot be read.
+    std::size_t next(std::int64_t left) {
+        const auto most = static_cast<std::size_t>(std::min<std::int64_t>(left, rowsAtOnce));
+        const bool lines = othersInARow_ < mostOthers;
+        if (const std::size_t taken = lines && stream_.skipSpace() ? takeLines(most) : 0; taken > 0) {
+            othersInARow_ = 0;
+            return taken;
+        }
+        othersInARow_ += lines ? 1 : 0;
+        if (!lines) {
+            return readAtOnce(most * width_) ? most : 0;
+        }
+        std::size_t taken = 0;
+        while (taken < width_ && readOne(numbers_[taken])) {
+            ++taken;
+        }
+        return taken == width_ ? 1 : 0;
+    }
+    const Number* numbers() const { return numbers_.data(); }
+
+private:
+    static constexpr std::size_t rowsAtOnce = 64;
+    /// Rows without lines of their own, one behind the other, after which lines are not looked for any more.
+    static constexpr int mostOthers = 8;
+
+    std::size_t takeLines(std::size_t most) {
+        if constexpr (std::is_integral_v<Number>) {
+            return stream_.takeLinesOfInts(numbers_.data(), width_, most);
+        } else {
+            return stream_.takeLinesOfDoubles(numbers_.data(), width_, most);
+        }
+    }
+    bool readOne(double& number) { return stream_.readDouble(number); }
+    bool readOne(std::int32_t& number) { return stream_.readInt(number); }
+    bool readAtOnce(std::size_t count) {
+        if constexpr (std::is_integral_v<Number>) {
+            return stream_.readInts(numbers_.data(), count);
+        } else {
+            return stream_.readDoubles(numbers_.data(), count);
+        }
+    }
+
+    TextStream& stream_;
+    std::size_t width_;
+    std::vector<Number> numbers_;
+    int othersInARow_ = 0;
+};
 
 } // namespace
 
@@ -175,16 +230,19 @@ void TecplotZoneData::readPoints(const std::vector<Values*>& targets, std::int64
     if (targets.empty() && points > 0 && stream_.fail()) {
         raise(__LINE__);
     }
-    std::vector<double> row(targets.size());
-    for (std::int64_t point = 0; !targets.empty() && point < points; ++point) {
-        if (!stream_.readDoubles(row.data(), row.size())) {
+    const std::size_t width = targets.size();
+    RowReader<double> rows(stream_, width);
+    for (std::int64_t left = width > 0 ? points : 0; left > 0;) {
+        const std::size_t taken = rows.next(left);
+        if (taken == 0) {
             raise(__LINE__);
         }
-        for (std::size_t place = 0; place < row.size(); ++place) {
-            if (targets[place] != nullptr) {
-                targets[place]->push_back(row[place]);
+        for (std::size_t place = 0; place < width; ++place) {
+            for (std::size_t i = place; targets[place] != nullptr && i < taken * width; i += width) {
+                targets[place]->push_back(rows.numbers()[i]);
             }
         }
+        left -= static_cast<std::int64_t>(taken);
     }
 }
 
@@ -221,20 +279,35 @@ std::vector<std::int32_t> TecplotZoneData::readElements() {
     std::vector<std::int32_t> connectivity;
     const std::size_t trianglesEach = corners.size() - 2;
     reserveLarge(connectivity, room(header.elements, corners.size()) * trianglesEach * entriesPerTriangle);
-    for (std::int32_t element = 0; element < header.elements; ++element) {
-        bool exist = true;
-        for (std::int32_t& corner : corners) {
-            if (!stream_.readInt(corner)) {
-                raise(__LINE__);
-            }
-            exist = exist && corner >= 1 && corner <= header.nodes;
+    RowReader<std::int32_t> rows(stream_, corners.size());
+    for (std::int64_t left = header.elements; left > 0;) {
+        const std::int64_t begin = stream_.tell();
+        const std::size_t taken = rows.next(left);
+        const auto* const first = rows.numbers();
+        if (taken == 0 || !areNodes(first, first + taken * corners.size())) {
+            raiseAtElement(begin, corners);
         }
-        if (!exist) {
-            raise(__LINE__);
+        for (std::size_t row = 0; row < taken; ++row) {
+            std::copy_n(first + row * corners.size(), corners.size(), corners.begin());
+            appendElement(corners, connectivity);
         }
-        appendElement(corners, connectivity);
+        left -= static_cast<std::int64_t>(taken);
     }
     return connectivity;
+}
+
+bool TecplotZoneData::areNodes(const std::int32_t* begin, const std::int32_t* end) const {
+    return std::all_of(begin, end, [this](std::int32_t node) { return node >= 1 && node <= header_.zone.nodes; });
+}
+
+// Of the elements from `begin` on one is wrong, and the stream may stand far behind it.
+void TecplotZoneData::raiseAtElement(std::int64_t begin, std::vector<std::int32_t>& corners) {
+    stream_.clear();
+    stream_.seek(begin);
+    while (stream_.readInts(corners.data(), corners.size()) &&
+           areNodes(corners.data(), corners.data() + corners.size())) {
+    }
+    raise(__LINE__);
 }
 
 // How many of `count` things of so many numbers each what is left of the file can hold: a number takes two bytes.

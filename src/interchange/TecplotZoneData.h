@@ -49,6 +49,8 @@ private:
     void readBlocks(const std::vector<Values*>& targets, std::int64_t points);
     void allowZeros(std::int64_t points, const std::vector<Field>& fields);
     std::vector<std::int32_t> readElements();
+    bool areNodes(const std::int32_t* begin, const std::int32_t* end) const;
+    [[noreturn]] void raiseAtElement(std::int64_t begin, std::vector<std::int32_t>& corners);
     std::size_t room(std::int64_t count, std::size_t numbersEach) const;
     std::string zoneTitle() const;
     [[noreturn]] void raise(std::int32_t line);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "PatchThinner.h"
+#include "large_memory.h"
 
 namespace velmora {
 
@@ -97,6 +98,7 @@ ZonePatches zonesToPatches(const zRegion& region, ZoneDetail detail) {
         grids.push_back(gridOf(*zone));
         result.pointsRead += grids.back().size();
     }
+    makeRoomForPieces(static_cast<std::size_t>(result.pointsRead) * sizeof(zVec<double>));
     PatchThinner thinner = thinnerFor(result.pointsRead, detail);
     for (const ZoneGrid& grid : grids) {
         if (!grid.coordinates) {

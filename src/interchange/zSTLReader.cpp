@@ -9,6 +9,7 @@
 
 #include "SafeFile.h"
 #include "format_outcome.h"
+#include "large_memory.h"
 #include "patch_text.h"
 #include "triangle_zone.h"
 #include "vectors.h"
@@ -302,16 +303,16 @@ bool zSTLReader::readFacet(TextStream& input) {
     return true;
 }
 
-// Room for a solid that goes on to the end of the file with facets as long as those before. That is a guess: memory on
-// large pages would be held whether it is needed or not.
+// Room for a solid that goes on to the end of the file with facets as long as those before. That is a guess; what of it
+// is not needed is never laid on pages.
 void zSTLReader::makeRoom(const TextStream& input) {
     const auto whole = static_cast<double>(input.size() - solidBegin_);
     const double times = 1.02 * whole / static_cast<double>(std::max<std::int64_t>(input.tell() - solidBegin_, 1));
     const auto room = [times](std::size_t size) { return static_cast<std::size_t>(times * static_cast<double>(size)); };
     for (std::vector<double>* const values : {&vertices_.x, &vertices_.y, &vertices_.z}) {
-        values->reserve(room(values->size()));
+        reserveLarge(*values, room(values->size()));
     }
-    connectivity_.reserve(room(connectivity_.size()));
+    reserveLarge(connectivity_, room(connectivity_.size()));
 }
 
 // What the solid did not need is given back.

@@ -19,10 +19,6 @@ bool seesThePlane(std::string_view id) {
     return id == bendCommand || id == "model.reflectToSft";
 }
 
-bool isUndo(std::string_view id) {
-    return id == "patch.undo" || id == "point.undo";
-}
-
 /// Where the model is looked at from, and what parts of the window are shown, is no work.
 bool isOfTheView(const Command& command) {
     const std::string_view id = command.id;
@@ -89,16 +85,6 @@ void Journal::append(std::string line) {
     later_.clear();
     firstNew_ = std::min(firstNew_.value_or(lines_.size()), lines_.size());
     lines_.push_back(std::move(line));
-}
-
-void Journal::putWithheldIn() {
-    std::vector<Tracking::Withheld>& withheld = tracking_.withheld;
-    for (auto each = withheld.rbegin(); each != withheld.rend(); ++each) {
-        lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(each->place), each->line);
-        firstNew_ = std::min(firstNew_.value_or(each->place), each->place);
-        later_.clear();
-    }
-    withheld.clear();
 }
 
 void Journal::goTo(std::size_t line, const Tracking& tracking) {
@@ -294,17 +280,9 @@ void Journal::addCommand(const Command& command, const CommandReport& report, Ef
         noteLeftOut(report, before, after);
         return;
     }
-    if (effect == Effect::Undo && report.outcome() == Outcome::Failed) {
-        tracking_.withheld.push_back({lines_.size(), std::string("run ") + command.id + answersOf(report)});
-        noteLeftOut(report, before, after);
-        return;
-    }
     if (isLeftOut(report, effect)) {
         noteLeftOut(report, before, after);
         return;
-    }
-    if (isUndo(command.id)) {
-        putWithheldIn();
     }
     needTraces(before.traces);
     if (seesThePlane(command.id)) {

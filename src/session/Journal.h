@@ -57,12 +57,6 @@ public:
     /// What a replay of the lines would stand at, where that is something else than the document. It belongs to the
     /// last line.
     struct Tracking {
-        /// A line that failed and left nothing but a snapshot for Undo: it takes its place when Undo goes back to it.
-        struct Withheld {
-            std::size_t place;
-            std::string line;
-        };
-        std::vector<Withheld> withheld;
         /// What dialogs keep of lines that are left out is not kept in a replay: the values that stand there.
         DialogTexts otherDialogs;
         CaptureTraces traces; ///< the numbers of what is captured, as of the last line
@@ -107,7 +101,6 @@ private:
     void needView(int plane);
     void needTraces(const CaptureTraces& traces);
     std::vector<std::string> linesTo(const CaptureTraces& traces) const;
-    void putWithheldIn();
     void append(std::string line);
 
     std::vector<std::string> lines_;

@@ -165,7 +165,7 @@ void Session::tellOfLostDistances() {
 void Session::carryOut(const Command& command) {
     switch (command.owner) {
     case CommandOwner::Document:
-        document_->runCommand(command.run);
+        document_->runCommand(command.run, [this] { return recorder_.gaveUp(); });
         break;
     case CommandOwner::View:
         view_.runViewCommand(command.id);

@@ -9,6 +9,7 @@
 #include "DialogValues.h"
 #include "Digest.h"
 #include "DocumentState.h"
+#include "parallel.h"
 
 namespace velmora {
 
@@ -32,6 +33,24 @@ void addCapture(Digest& digest, const CaptureState& capture) {
     digest.add(capture.capturedLine);
     digest.add(point ? capture.pickedPoint : zVec<double>());
     digest.add(point ? capture.capturedPointPos : zVec<double>());
+}
+
+// Each by itself, so that they are shared by the threads.
+template <class Patch>
+void addPatches(Digest& digest, const std::vector<Patch>& patches) {
+    constexpr std::size_t chunk = 64;
+    std::vector<std::uint64_t> values(patches.size());
+    forEachChunk(patches.size(), chunk, [&](std::size_t first, std::size_t last, std::size_t) {
+        for (std::size_t k = first; k < last; ++k) {
+            Digest patch;
+            patch.add(patches[k]);
+            values[k] = patch.value();
+        }
+    });
+    digest.add(std::uint64_t{values.size()});
+    for (const std::uint64_t value : values) {
+        digest.add(value);
+    }
 }
 
 void addKept(Digest& digest, const KeptPatches& patches, const KeptRegion& region) {
@@ -104,9 +123,9 @@ void addDialogs(Digest& digest, const DocumentState& doc) {
 std::uint64_t StateMarker::modelMark(const DocumentState& doc) {
     if (!modelKnown_ || revision_ != doc.geometryRevision()) {
         Digest digest;
-        digest.add(doc.patches);
+        addPatches(digest, doc.patches);
         digest.add(doc.feRegion);
-        digest.add(doc.fieldPatches);
+        addPatches(digest, doc.fieldPatches);
         model_ = digest.value();
         revision_ = doc.geometryRevision();
         modelKnown_ = true;

@@ -310,11 +310,7 @@ const std::vector<Effect> effects = {
      .asks = true},
     {.id = "line.delete", .before = section(1, 2), .undo = Undo::Patch},
     {.id = "line.delete", .when = "of a line", .before = line(1, 2), .undo = Undo::Patch},
-    {.id = "line.delete",
-     .when = "that is refused",
-     .before = section(4, 2),
-     .change = Change::Selection,
-     .undo = Undo::Patch},
+    {.id = "line.delete", .when = "that is refused", .before = section(4, 2), .change = Change::Selection},
     {.id = "line.duplicate",
      .before = section(1, 2),
      .fields = {{"duplicateCount", "2"}},
@@ -484,11 +480,7 @@ const std::vector<Effect> effects = {
      .status = idle,
      .asks = true,
      .calledOff = CalledOff::JointShown},
-    {.id = "model.invisibleRemove",
-     .holding = Holding::Triangles,
-     .change = Change::Nothing,
-     .told = Told::Nobody,
-     .undo = Undo::Patch},
+    {.id = "model.invisibleRemove", .holding = Holding::Triangles, .change = Change::Nothing, .told = Told::Nobody},
     {.id = "model.coonsRebuild", .undo = Undo::Patch},
     {.id = "model.smooth", .undo = Undo::Patch, .asks = true},
     {.id = "model.compare",
@@ -888,7 +880,7 @@ TEST_F(CommandRig, UndoOfAnotherCommandLeavesTheCaptureItsNumber) {
 }
 
 TEST_F(CommandRig, UndoBehindALastFirstSwitchLeavesThePointCapturedThatWas) {
-    // The switch has no snapshot: Undo of the command before it, which moved nothing, brings the old order back.
+    // The move changed nothing: what Undo brings back is the order.
     hold({flatPatch(3, 4)});
     runAll(point(1, 1, 2));
     run({.id = "model.move"});

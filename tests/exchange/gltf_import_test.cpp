@@ -1,6 +1,7 @@
 #include "gltf_import.h"
 
 #include <cmath>
+#include <limits>
 
 #include <gmock/gmock.h>
 
@@ -224,6 +225,20 @@ TEST_F(GltfImport, ACornerNeverBelongsToAnotherMesh) {
                                         squareMesh + "'nodes':[{'mesh':0},{'mesh':0}]}"));
     EXPECT_EQ(kept(file, "triangles"), 2); // of four
     EXPECT_THAT(file.record.reasons, ElementsAre("Faces with points that are not there: 2"));
+}
+
+TEST_F(GltfImport, IndicesThatAreRealNumbersReachNoPointThatIsNotThere) {
+    Bytes bytes;
+    bytes.addAll<float>({0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0});
+    bytes.addAll<float>({0, 1, 2, 0, 2, -3.6e19F, 0, 2, 1e30F, 0, 2, std::numeric_limits<float>::quiet_NaN()});
+    const std::string views =
+        "'bufferViews':[{'buffer':0,'byteLength':48},{'buffer':0,'byteOffset':48,'byteLength':48}],"
+        "'accessors':[{'bufferView':0,'componentType':5126,'count':4,'type':'VEC3'},"
+        "{'bufferView':1,'componentType':5126,'count':12,'type':'SCALAR'}],";
+    const Imported file = read(
+        inQuotes("{'asset':{'version':'2.0'}," + bufferOf(bytes.text) + views + squareMesh + "'nodes':[{'mesh':0}]}"));
+    EXPECT_THAT(cornersOf(file.model), ElementsAre(firstHalf));
+    EXPECT_THAT(file.record.reasons, ElementsAre("Faces with points that are not there: 3"));
 }
 
 TEST_F(GltfImport, PointsMayBeWholeNumbersWithOrWithoutAScale) {

@@ -1,5 +1,7 @@
 #include "BlocksAhead.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <memory>
@@ -26,10 +28,21 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+/// What was converted, and the one behind it.
+std::vector<NumberAhead> numbersOf(const std::string& text) {
+    std::vector<NumberAhead> numbers(mostNumbers(text.size()));
+    convertNumbers(text.c_str(), text.size(), numbers.data());
+    std::size_t count = 1;
+    while (numbers[count - 1].begin < text.size()) {
+        ++count;
+    }
+    numbers.resize(count);
+    return numbers;
+}
+
 /// The bytes at which numbers were converted.
 std::vector<std::size_t> places(const std::string& text) {
-    std::vector<NumberAhead> numbers;
-    convertNumbers(text.c_str(), text.size(), numbers);
+    std::vector<NumberAhead> numbers = numbersOf(text);
     EXPECT_GT(numbers.back().begin, text.size());
     numbers.pop_back();
     std::vector<std::size_t> found;
@@ -52,8 +65,7 @@ TEST(ConvertNumbers, LeavesOutWhatAStreamWouldNotTakeAsItStands) {
 
 TEST(ConvertNumbers, KnowsTheirValueTheirLengthAndWhetherTheyAreWhole) {
     const std::string text = "12 -0 -3.5e2 +2147483647 -999999999 5.\n";
-    std::vector<NumberAhead> numbers;
-    convertNumbers(text.c_str(), text.size(), numbers);
+    const std::vector<NumberAhead> numbers = numbersOf(text);
     ASSERT_EQ(numbers.size(), 7U);
     const auto expect = [&numbers](std::size_t i, double value, int length, bool whole) {
         EXPECT_EQ(numbers[i].value, value);
@@ -67,6 +79,48 @@ TEST(ConvertNumbers, KnowsTheirValueTheirLengthAndWhetherTheyAreWhole) {
     expect(3, 2147483647, 11, false); // more digits than are taken for whole without a look
     expect(4, -999999999, 10, true);
     expect(5, 5, 2, false);
+}
+
+TEST(ConvertNumbers, KnowsWhetherOnlyWhiteSpaceStandsBeforeThem) {
+    const auto follow = [](const std::string& text) {
+        std::vector<bool> found;
+        for (const NumberAhead& number : numbersOf(text)) {
+            found.push_back(number.follows);
+        }
+        return found;
+    };
+    // The first has the block's beginning before it, the one behind the last is none.
+    EXPECT_THAT(follow("1 2\t 3\n4 \r\n 5\n   \t6 \n \n7 x 8 9y 1\n"),
+                ElementsAre(false, true, true, true, true, true, true, false, true, false, false));
+    EXPECT_THAT(follow("1.5-2 3 1e 4\n"), ElementsAre(false, false, false, false)); // "-2" is no word of its own
+}
+
+/// The lines of a form that were converted: the first byte, the first one of a number, the end, the numbers.
+std::vector<std::string> linesOf(const std::string& text, LineForm form) {
+    std::vector<LineAhead> lines(mostNumbers(text.size()));
+    std::vector<double> values(mostNumbers(text.size()));
+    convertLines(text.c_str(), text.size(), form, lines.data(), values.data());
+    std::vector<std::string> found;
+    for (std::size_t k = 0; lines[k].begin < text.size(); ++k) {
+        std::string line = std::to_string(lines[k].begin) + ' ' + std::to_string(lines[k].first) + ' ' +
+                           std::to_string(lines[k].end) + ':';
+        for (std::size_t i = 0; i < form.numbers; ++i) {
+            line += ' ' + std::to_string(static_cast<int>(values[k * form.numbers + i]));
+        }
+        found.push_back(line);
+    }
+    return found;
+}
+
+TEST(ConvertLines, TakesThoseOfTheFormBehindTheFirstLineFeed) {
+    const std::string text = "1 2\n3 4\n \t5 6 \r\n7\n8 9 10\n\n11 12x\n13 14\n15 16";
+    EXPECT_THAT(linesOf(text, {2, 0}), ElementsAre("4 4 8: 3 4", "8 10 16: 5 6", "33 33 39: 13 14"));
+    EXPECT_THAT(linesOf(text, {1, 0}), ElementsAre("16 16 18: 7"));
+    EXPECT_THAT(linesOf("\n1 2.0\n3 -4\n5 1e1\n", {2, 1}), ElementsAre("7 7 12: 3 -4"));
+    EXPECT_THAT(linesOf("", {2, 0}), IsEmpty());
+    EXPECT_THAT(linesOf("1 2\n", {2, 0}), IsEmpty()); // whether it begins there, nobody knows
+    const std::string longest = "1" + std::string(static_cast<std::size_t>(longestNumberLine) - 2, ' ') + "2\n";
+    EXPECT_THAT(linesOf("\n" + longest + ' ' + longest, {2, 0}), ElementsAre("1 1 256: 1 2"));
 }
 
 TEST(BlocksAhead, ComeInTheOrderOfTheFileAndEndWithIt) {
@@ -129,6 +183,23 @@ TEST(BlocksAhead, TellOfAFileThatCannotBeReadOn) {
     EXPECT_EQ(stream.tell(), 300);
 }
 
+/// How many come at once depends on the block.
+void takeFiveLines(TextStream& stream, std::array<double, 3>& sums) {
+    std::array<double, 15> values{};
+    std::size_t lines = 0;
+    while (lines < 5) {
+        const std::size_t more = stream.takeLinesOfDoubles(values.data() + 3 * lines, 3, 5 - lines);
+        lines += more;
+        if (more == 0 && !stream.readLineOfDoubles(values.data() + 3 * lines, 3)) {
+            break;
+        }
+        lines += more == 0 ? 1 : 0;
+    }
+    for (std::size_t i = 0; i < 3 * lines; ++i) {
+        sums.at(i % 3) += values.at(i) * static_cast<double>(i + 1);
+    }
+}
+
 /// What a script of reads takes from a file, as text.
 std::string taken(const std::filesystem::path& file, const std::string& script) {
     TextStream stream(file, 64);
@@ -136,6 +207,7 @@ std::string taken(const std::filesystem::path& file, const std::string& script) 
     std::string word;
     for (const char kind : script) {
         double real = -1;
+        std::array<double, 3> three{};
         std::int32_t whole = -1;
         switch (kind) {
         case 'd':
@@ -143,6 +215,24 @@ std::string taken(const std::filesystem::path& file, const std::string& script) 
             break;
         case 'i':
             stream.readInt(whole);
+            break;
+        case 'm':
+            stream.readDoubles(three.data(), three.size());
+            break;
+        case 'j': {
+            std::array<std::int32_t, 3> integers{};
+            stream.readInts(integers.data(), integers.size());
+            std::copy(integers.begin(), integers.end(), three.begin());
+            break;
+        }
+        case 'o':
+            stream.readLineOfDoubles(three.data(), three.size());
+            break;
+        case 'n':
+            takeFiveLines(stream, three);
+            break;
+        case 'e':
+            stream.takeLineEnd();
             break;
         case 'w':
             stream.readWord(word);
@@ -156,6 +246,9 @@ std::string taken(const std::filesystem::path& file, const std::string& script) 
             break;
         default:
             stream.clear();
+        }
+        for (const double value : three) {
+            all += std::to_string(test::bitsOf(value)) + ' ';
         }
         all += std::to_string(test::bitsOf(real)) + ' ' + std::to_string(whole) + ' ' + word + ' ' +
                std::to_string(stream.tell()) + (stream.eof() ? "e" : "") + (stream.fail() ? "f" : "") + '\n';
@@ -174,12 +267,34 @@ TEST(BlocksAhead, AStreamGivesTheSameWithThem) {
         }
         std::string script;
         for (int step = 0; step < 60; ++step) {
-            script += "ddddddiiiiwlcccb"[random() % 16];
+            script += "ddddiiimmoojjnnewlcccb"[random() % 22];
         }
         const auto file = test::writeFileText(folder / "numbers.txt", text);
         const std::string alone = taken(file, script);
         const char* const threads[] = {"2", "7", "64"};
         const test::ReadAheadScope ahead(threads[round % 3], 1 + random() % 200);
+        EXPECT_EQ(taken(file, script), alone) << "text [" << text << "] script " << script;
+    }
+}
+
+TEST(BlocksAhead, AStreamGivesTheSameLinesWithThem) {
+    const test::TemporaryFolder folder;
+    std::mt19937 random(82);
+    const std::vector<std::string> pieces{"1 2 3\n",    " -1.5 2e1\t.5 \r\n", "4 5 6\n",     "3 4\n", "1\n2 3\n",
+                                          "7 8 9 10\n", "1.2.3 4 5\n",        "\n1 2 3\n\n", "x\n",   "0 0 0"};
+    for (int round = 0; round < 400 && !testing::Test::HasFailure(); ++round) {
+        std::string text;
+        for (std::size_t left = random() % 40; left > 0; --left) {
+            text += pieces[random() % (round % 2 == 0 ? pieces.size() : 3)];
+        }
+        std::string script = "d";
+        for (int step = 0; step < 40; ++step) {
+            script += "oooonnnneimjlc"[random() % 14];
+        }
+        const auto file = test::writeFileText(folder / "numbers.txt", text);
+        const std::string alone = taken(file, script);
+        const char* const threads[] = {"2", "7", "64"};
+        const test::ReadAheadScope ahead(threads[round % 3], 10 + random() % 100);
         EXPECT_EQ(taken(file, script), alone) << "text [" << text << "] script " << script;
     }
 }

@@ -260,6 +260,48 @@ TEST_F(TextStreamTest, ShortLinesAtOnceAreTheLinesThatAreThere) {
     EXPECT_GT(atOnce, 1000);
 }
 
+TEST_F(TextStreamTest, ALineOfSoManyNumbersIsTakenWholeAndNoOther) {
+    const std::string longest = "1 2" + std::string(TextStream::shortLine - 4, ' ') + "3";
+    const std::vector<std::string> good{"1 2 3\n", " \t+1 2.0 3e0 \r\n", "1 2 3", "1 2 3 ", longest + "\n", longest};
+    const std::vector<std::string> bad{"",         "\n",          "\n1 2 3\n",   "1 2\n3\n",     "1 2 3 4\n",
+                                       "1 2 3x\n", "1.5-2.5 3\n", "1 2\n",       "1 2",          "x 2 3\n",
+                                       "1 2 1e\n", "1 2 3 x",     " " + longest, longest + " \n"};
+    for (const std::size_t blockSize : blockSizes) {
+        std::array<double, 3> values{};
+        for (const std::string& text : good) {
+            TextStream stream(file(text), blockSize);
+            EXPECT_TRUE(stream.readLineOfDoubles(values.data(), values.size())) << text;
+            EXPECT_EQ(values, (std::array<double, 3>{1, 2, 3}));
+            EXPECT_EQ(stream.tell(), static_cast<std::int64_t>(text.size()));
+            EXPECT_EQ(stream.eof(), text.back() != '\n');
+            EXPECT_FALSE(stream.fail());
+        }
+        for (const std::string& text : bad) {
+            TextStream stream(file(text), blockSize);
+            EXPECT_FALSE(stream.readLineOfDoubles(values.data(), values.size())) << text;
+        }
+    }
+}
+
+TEST_F(TextStreamTest, TheEndOfALineIsTakenWhereNothingElseStands) {
+    for (const std::size_t blockSize : blockSizes) {
+        for (const char* const text : {"7\n8", "7 \t\r\n8"}) {
+            TextStream stream(file(text), blockSize);
+            std::int32_t value = 0;
+            EXPECT_TRUE(stream.readInt(value));
+            EXPECT_TRUE(stream.takeLineEnd());
+            EXPECT_EQ(stream.peek(), '8');
+            EXPECT_TRUE(stream.readInt(value));
+            EXPECT_TRUE(stream.takeLineEnd()); // of the last line
+            EXPECT_EQ(value, 8);
+        }
+        TextStream stream(file("7 8\n"), blockSize);
+        std::int32_t value = 0;
+        EXPECT_TRUE(stream.readInt(value));
+        EXPECT_FALSE(stream.takeLineEnd());
+    }
+}
+
 TEST_F(TextStreamTest, ANumberThatEndsTheFileSucceedsAndReachesTheEnd) {
     for (const std::size_t blockSize : blockSizes) {
         TextStream stream(file("1.5"), blockSize);

@@ -1,10 +1,12 @@
 // The reader beside its plain transcription, on damaged, random and large files.
 
+#include <algorithm>
 #include <random>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "ReadAheadScope.h"
 #include "apt.h"
 #include "apt_reference.h"
 #include "format_test_tools.h"
@@ -93,6 +95,73 @@ TEST_F(AptDifferentialTest, ThinnedFilesOfRandomShapeGiveWhatThePlainReaderGives
         const int filler = total - points;
         text += "1 " + std::to_string(filler) + '\n' + std::string(static_cast<std::size_t>(filler), '\n');
         SCOPED_TRACE(total);
+        compare(text);
+        ASSERT_FALSE(HasFatalFailure());
+    }
+}
+
+TEST_F(AptDifferentialTest, AModelThatTurnsOutToBeLargeIsThinnedFromItsFirstPatchOn) {
+    std::mt19937 random(18);
+    for (const int total : {200'999, 201'001, 260'000}) {
+        std::string text;
+        int points = 0;
+        while (points < total) { // all but the last keep their shape when they are thinned, or not
+            const int n = 1 + static_cast<int>(random() % 90);
+            const int m = std::min(1 + static_cast<int>(random() % 90), total - points);
+            const int sections = (total - points) / m < n ? 1 : n;
+            text += test::numberedApt(sections, m, points);
+            points += sections * m;
+        }
+        SCOPED_TRACE(total);
+        compare(text);
+        const test::ReadAheadScope ahead("3", 1000);
+        compare(text);
+        ASSERT_FALSE(HasFatalFailure());
+    }
+}
+
+TEST_F(AptDifferentialTest, AModelThatTurnsOutToBeLargerThanItsFileSeemedGivesWhatThePlainReaderGives) {
+    std::string text;
+    for (int k = 0; k < 52; ++k) {
+        text += test::numberedApt(70, 70, k);
+    }
+    const int filler = 8'000'000; // with it every third point stays, where every second one did before
+    text += "1 " + std::to_string(filler) + '\n' + std::string(static_cast<std::size_t>(filler), '\n');
+    compare(text);
+}
+
+TEST_F(AptDifferentialTest, AModelThatTurnsOutToBeSmallerThanItsFileSeemedGivesWhatThePlainReaderGives) {
+    std::string patch = "70 70\n";
+    for (int i = 0; i < 70 * 70; ++i) {
+        patch += "0 " + std::to_string(i % 10) + " 0\n";
+    }
+    std::string text;
+    for (int k = 0; k < 42; ++k) {
+        text += patch;
+    }
+    text.append(55'000'000, '\n'); // room for nine million points, of which every third one would stay
+    compare(text);
+}
+
+TEST_F(AptDifferentialTest, RandomLinesGiveWhatThePlainReaderGivesWhenReadAhead) {
+    std::mt19937 random(43);
+    const std::vector<std::string> pieces{"1 1\n1 2 3\n",
+                                          "2 1\n4 5 6\n7 8 9\n",
+                                          "0 0\n",
+                                          "3 0\n",
+                                          "1 2\n1 2 3\n .5 1e1 3 \n",
+                                          "0 3\n",
+                                          "1 2 3\n",
+                                          "-1 -1\n",
+                                          "x\n",
+                                          "1 2\n1 2 3 4 5 6\n\n"};
+    for (int round = 0; round < 400; ++round) {
+        std::string text;
+        for (std::size_t left = random() % 30; left > 0; --left) {
+            text += pieces[random() % (round % 2 == 0 ? 5 : pieces.size())];
+        }
+        SCOPED_TRACE(text);
+        const test::ReadAheadScope ahead(round % 3 == 0 ? "7" : "2", 20 + random() % 100);
         compare(text);
         ASSERT_FALSE(HasFatalFailure());
     }

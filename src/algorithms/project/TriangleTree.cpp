@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <tuple>
+#include <numeric>
 
 #include "line_triangle_bounded.h"
+#include "parallel.h"
 #include "vectors.h"
 
 namespace velmora {
@@ -27,6 +28,9 @@ constexpr double singlePart = 4e-6;
 
 using Triple = std::array<double, 3>;
 
+/// Triangles that one thread takes at a time.
+constexpr std::size_t chunk = 4096;
+
 /// The lowest bits of `value`, each followed by two zeros: one coordinate of a Morton code.
 std::uint64_t spread(std::uint64_t value) {
     value &= 0x1fffff;
@@ -37,6 +41,14 @@ std::uint64_t spread(std::uint64_t value) {
     return (value | value << 2) & 0x1249249249249249;
 }
 
+/// So that it holds the other one too.
+void widen(FrameBox& box, const FrameBox& other) {
+    for (std::size_t i = 0; i < 3; ++i) {
+        box.lower[i] = std::min(box.lower[i], other.lower[i]);
+        box.upper[i] = std::max(box.upper[i], other.upper[i]);
+    }
+}
+
 } // namespace
 
 // ---- Building -------------------------------------------------------------------------------------------------------
@@ -44,12 +56,19 @@ std::uint64_t spread(std::uint64_t value) {
 TriangleTree::TriangleTree(TriangleMesh mesh) : mesh_(std::move(mesh)) {
     const std::int32_t count = mesh_.triangleCount();
     margins_.resize(static_cast<std::size_t>(count));
+    std::vector<std::uint8_t> reachesAll(margins_.size());
+    forEachChunk(margins_.size(), chunk, [&](std::size_t first, std::size_t last, std::size_t) {
+        for (std::size_t t = first; t < last; ++t) {
+            const auto number = static_cast<std::int32_t>(t);
+            const HitReach reach = hitReach(mesh_.corner(number, 0), mesh_.corner(number, 1), mesh_.corner(number, 2));
+            margins_[t] = reach.margin;
+            reachesAll[t] = reach.anywhere ? 1 : 0;
+        }
+    });
     std::vector<std::int32_t> bounded;
-    bounded.reserve(static_cast<std::size_t>(count));
+    bounded.reserve(margins_.size());
     for (std::int32_t t = 0; t < count; ++t) {
-        const HitReach reach = hitReach(mesh_.corner(t, 0), mesh_.corner(t, 1), mesh_.corner(t, 2));
-        margins_[static_cast<std::size_t>(t)] = reach.margin;
-        (reach.anywhere ? anywhere_ : bounded).push_back(t);
+        (reachesAll[static_cast<std::size_t>(t)] != 0 ? anywhere_ : bounded).push_back(t);
     }
     keyTriangles(bounded);
     std::vector<std::int32_t>().swap(bounded);
@@ -101,16 +120,26 @@ TriangleTree::Box TriangleTree::boxOf(const Keyed& entry, double margin) const {
     return box;
 }
 
+/// The box about the boxes of all triangles.
+TriangleTree::Box TriangleTree::boxOfAll() const {
+    std::vector<Box> parts((keyed_.size() + chunk - 1) / chunk);
+    forEachChunk(keyed_.size(), chunk, [&](std::size_t first, std::size_t last, std::size_t) {
+        Box part = boxOf(keyed_[first], 0.0);
+        for (std::size_t k = first; k < last; ++k) {
+            widen(part, boxOf(keyed_[k], margins_[static_cast<std::size_t>(keyed_[k].triangle)]));
+        }
+        parts[first / chunk] = part;
+    });
+    Box all = parts.front();
+    for (const Box& part : parts) {
+        widen(all, part);
+    }
+    return all;
+}
+
 /// Sorts the triangles by the Morton codes of their middles, along a space-filling curve, and sets centre and radius.
 void TriangleTree::sortAlongCurve() {
-    Box all = boxOf(keyed_.front(), 0.0);
-    for (const Keyed& entry : keyed_) {
-        const Box box = boxOf(entry, margins_[static_cast<std::size_t>(entry.triangle)]);
-        for (std::size_t i = 0; i < 3; ++i) {
-            all.lower[i] = std::min(all.lower[i], box.lower[i]);
-            all.upper[i] = std::max(all.upper[i], box.upper[i]);
-        }
-    }
+    const Box all = boxOfAll();
     Triple scale{};
     double square = 0.0;
     for (std::size_t i = 0; i < 3; ++i) {
@@ -121,17 +150,41 @@ void TriangleTree::sortAlongCurve() {
         magnitude_ = std::max({magnitude_, std::abs(all.lower[i]), std::abs(all.upper[i])});
     }
     radius_ = 0.5 * std::sqrt(square) * (1.0 + roundingPart);
-    for (Keyed& entry : keyed_) {
-        const Box box = boxOf(entry, 0.0);
-        for (std::size_t i = 0; i < 3; ++i) {
-            const double middle = 0.5 * box.lower[i] + 0.5 * box.upper[i] - all.lower[i];
-            const double cell = std::clamp(middle * scale[i], 0.0, std::ldexp(1.0, curveBits) - 1.0);
-            entry.key |= spread(static_cast<std::uint64_t>(cell)) << i;
+    forEachChunk(keyed_.size(), chunk, [&](std::size_t first, std::size_t last, std::size_t) {
+        for (std::size_t k = first; k < last; ++k) {
+            const Box box = boxOf(keyed_[k], 0.0);
+            for (std::size_t i = 0; i < 3; ++i) {
+                const double middle = 0.5 * box.lower[i] + 0.5 * box.upper[i] - all.lower[i];
+                const double cell = std::clamp(middle * scale[i], 0.0, std::ldexp(1.0, curveBits) - 1.0);
+                keyed_[k].key |= spread(static_cast<std::uint64_t>(cell)) << i;
+            }
         }
-    }
-    std::sort(keyed_.begin(), keyed_.end(), [](const Keyed& a, const Keyed& b) {
-        return std::tie(a.key, a.triangle, a.piece) < std::tie(b.key, b.triangle, b.piece);
     });
+    sortByKey();
+}
+
+/// Sorts by rising keys; equal ones stay in their order. Digit by digit from the lowest one on, each time in order.
+void TriangleTree::sortByKey() {
+    constexpr int digitBits = 12;
+    constexpr std::size_t digits = std::size_t{1} << digitBits;
+    constexpr std::size_t few = digits / 2; // sorted faster by comparing them
+    if (keyed_.size() < few) {
+        std::stable_sort(keyed_.begin(), keyed_.end(), [](const Keyed& a, const Keyed& b) { return a.key < b.key; });
+        return;
+    }
+    std::vector<Keyed> sorted(keyed_.size());
+    for (int shift = 0; shift < 3 * curveBits; shift += digitBits) {
+        const auto digitOf = [shift](const Keyed& entry) { return entry.key >> shift & (digits - 1); };
+        std::array<std::size_t, digits> places{};
+        for (const Keyed& entry : keyed_) {
+            ++places[digitOf(entry)];
+        }
+        std::exclusive_scan(places.begin(), places.end(), places.begin(), std::size_t{0});
+        for (const Keyed& entry : keyed_) {
+            sorted[places[digitOf(entry)]++] = entry;
+        }
+        keyed_.swap(sorted);
+    }
 }
 
 /// Where a stretch of the curve is split: at the highest bit in which its keys differ, or in the middle.
@@ -162,11 +215,7 @@ TriangleTree::Box TriangleTree::build(std::int32_t node, std::int32_t begin, std
         if (cuts[slot] == cuts[slot + 1]) {
             continue;
         }
-        const Box box = fillSlot(node, slot, cuts[slot], cuts[slot + 1]);
-        for (std::size_t i = 0; i < 3; ++i) {
-            all.lower[i] = std::min(all.lower[i], box.lower[i]);
-            all.upper[i] = std::max(all.upper[i], box.upper[i]);
-        }
+        widen(all, fillSlot(node, slot, cuts[slot], cuts[slot + 1]));
     }
     return all;
 }

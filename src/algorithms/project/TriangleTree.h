@@ -65,7 +65,9 @@ private:
     std::array<zVec<double>, 3> cornersOf(std::int32_t triangle) const;
     void keyTriangles(const std::vector<std::int32_t>& bounded);
     Box boxOf(const Keyed& entry, double margin) const;
+    Box boxOfAll() const;
     void sortAlongCurve();
+    void sortByKey();
     Box build(std::int32_t node, std::int32_t begin, std::int32_t end);
     std::int32_t splitOf(std::int32_t begin, std::int32_t end) const;
     Box fillSlot(std::int32_t node, std::size_t slot, std::int32_t begin, std::int32_t end);

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "parallel.h"
 #include "projection_reference.h"
 #include "random_numbers.h"
 #include "slivers.h"
@@ -109,6 +110,20 @@ TEST(TriangleTree, FindsWhatTestingEveryTriangleFinds) {
         for (int i = 0; i < 25; ++i) {
             const auto [direction, origin] = anyLine(tree.mesh(), centre, size);
             ASSERT_NO_FATAL_FAILURE(expectAllHits(tree, direction, origin)) << "round " << round;
+        }
+    }
+}
+
+TEST(TriangleTree, OfThousandsOfTrianglesFindsWhatTestingEveryOneFinds) {
+    for (const std::size_t threads : {1, 2, 7}) {
+        const ThreadCountScope scope(threads);
+        for (const bool whole : {false, true}) { // whole numbers put many of them into one place
+            const Vector centre(5, -2, 1);
+            const TriangleTree tree(anyMesh(whole ? 40 : 3000, 9000, centre, 2.0, whole));
+            for (int i = 0; i < 20; ++i) {
+                const auto [direction, origin] = anyLine(tree.mesh(), centre, 2.0);
+                ASSERT_NO_FATAL_FAILURE(expectAllHits(tree, direction, origin)) << threads << " threads, line " << i;
+            }
         }
     }
 }

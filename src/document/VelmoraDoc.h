@@ -115,8 +115,9 @@ public:
 
     /// Runs a command. One whose result holds a number that is not finite, or that finds no memory, is refused: the
     /// model stays as it was, with its snapshots and all that is captured, and the user is told. `gaveUp` answers, once
-    /// it is through, whether what was said meanwhile means that it was not done: if it changed nothing then, the
-    /// snapshots and the mark of the model are those from before.
+    /// it is through, whether what was said meanwhile means that it was called off or failed: if it changed nothing
+    /// then, the snapshots and the mark of the model are those from before. Of a refused one they are, where there were
+    /// some.
     void runCommand(CommandRun command, const std::function<bool()>& gaveUp = {});
 
     void SavePointUndo();

@@ -108,7 +108,7 @@ bool Recorder::gaveUp() const {
         return false;
     }
     const Outcome outcome = open_.back()->outcome();
-    return outcome != Outcome::Ok && outcome != Outcome::Partial;
+    return outcome == Outcome::Cancelled || outcome == Outcome::Failed;
 }
 
 // What only tells is noted first, what asks once the answer is there: the window may do other work meanwhile.

@@ -56,7 +56,7 @@ public:
     /// Sets a flag of the reports that are open.
     void note(bool CommandReport::*flag);
 
-    /// What the innermost report holds so far means that its work was not done.
+    /// What the innermost report holds so far means that its work was called off or failed.
     bool gaveUp() const;
 
     void showMessage(const Message& message) override;

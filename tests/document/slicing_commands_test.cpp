@@ -679,13 +679,15 @@ TEST_F(ZoneKnife, OtherFieldsAreLeftToNoZone) {
 
 // ---- Invisible remove -----------------------------------------------------------------------------------------------
 
-// It never does anything, and so takes nothing away from Undo.
-TEST_F(InvisibleRemove, SaysThatNothingIsSelectedAndLeavesUndoAndMark) {
+TEST_F(InvisibleRemove, SaysThatNothingIsSelected) {
     call("model.invisibleRemove");
     EXPECT_THAT(heard(), ElementsAre("message: Procedure is impossible. Visible part is not selected."));
     EXPECT_EQ(elements(), 12);
-    EXPECT_TRUE(doc.undoRegion.blocks.empty());
-    EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
+    ASSERT_EQ(doc.undoRegion.blocks.size(), 1U);
+    EXPECT_EQ(doc.undoRegion.blocks[0]->elementCount, 12);
+    EXPECT_TRUE(doc.documentModified);
+    call("patch.undo");
+    EXPECT_EQ(elements(), 12);
 }
 
 } // namespace velmora::test

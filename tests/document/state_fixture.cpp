@@ -28,6 +28,7 @@ void StateTest::call(const std::string& id) {
     ASSERT_NE(command, nullptr) << id;
     ASSERT_TRUE(command->run) << id;
     ui.gaveUp = false;
+    ui.refused = false;
     document_->runCommand(command->run, [this] { return ui.gaveUp; });
 }
 

@@ -156,14 +156,14 @@ TEST_F(Transformation, RotationLeavesEachCoordinateOfAMovedAxisPointInTheDialog)
               zVec<double>(0, 0, 1.5));
 }
 
-// A command that was refused leaves Undo and the mark of the model.
-TEST_F(Transformation, RotationWithoutAnAxisLeavesUndoAndMark) {
+TEST_F(Transformation, RotationWithoutAnAxisEndsAfterTheSnapshot) {
     hold({flatPatch(2, 2)});
     const PatchList before = doc.patches;
     capturePoint(0, 1, 1);
     run("model.rotation", {{"x2", "0"}, {"angle", "90"}});
     EXPECT_EQ(doc.patches, before);
-    EXPECT_FALSE(doc.patchUndoReady || doc.pointUndoReady || doc.documentModified);
+    expectSnapshotOf(before);
+    EXPECT_FALSE(doc.pointUndoReady);
     EXPECT_THAT(heard(), ElementsAre("dialog: CBlockRotate -> ok", "message: Axis is absent. Rotation is impossible"));
     EXPECT_THAT(viewCalls(), IsEmpty());
 }

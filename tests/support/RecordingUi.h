@@ -34,11 +34,14 @@ public:
     /// Works in the point table and answers true for OK; absent: Cancel.
     std::function<bool(CRegularInput&)> onRegularInput;
 
-    /// Something was refused, failed or was called off since the test set it to false.
+    /// A file failed, or something was called off, since the test set it to false.
     bool gaveUp = false;
+    /// A message said that something cannot be done.
+    bool refused = false;
 
     void showMessage(const Message& message) override {
-        gaveUp = gaveUp || (message.severity != Severity::Info && message.severity != Severity::Warning);
+        gaveUp = gaveUp || message.severity > Severity::Refused;
+        refused = refused || message.severity == Severity::Refused;
         transcript.push_back("message: " + message.text);
     }
 

@@ -184,8 +184,9 @@ bool changedNothing(const DocumentState& doc) {
 }
 
 /// A command that changed nothing takes away no way back: Undo would answer that it is done, and what the command
-/// before did could not be taken back any more. Of one that was refused, failed or was cancelled the mark of the model
-/// goes back too, and Undo is off where it was off. `counts` are those of the moment before it.
+/// before did could not be taken back any more. Of one that failed or was cancelled the mark of the model goes
+/// back too, and Undo is off where it was off; a refused one that replaces no snapshot leaves its own. `counts` are
+/// those of the moment before it.
 void leaveWayBack(DocumentState& doc, bool gaveUp, const SnapshotCounts& counts) {
     const ReplacedSnapshots& replaced = *doc.replaced;
     // The numbers that Undo of the point goes back to are those of this command, if it took a snapshot for that too.

@@ -221,7 +221,7 @@ MaybeFailure ScriptLines::writeJournal(Words words) {
     const std::filesystem::path path = words[0];
     if (session_.holdsModel(path)) {
         session_.ui().showMessage(message::holdsModel(path.filename().string()));
-    } else if (writeScript(path, session_.journal().lines())) {
+    } else if (writeScript(path, session_.script())) {
         tellWritten(session_.ui(), path, "script");
     } else {
         session_.ui().showMessage(message::cannotSave);
@@ -315,7 +315,7 @@ MaybeFailure ScriptLines::print(Words words) {
         return std::nullopt;
     }
     if (words.size() == 1 && words[0] == "journal") {
-        sayValue("journal", session_.journal().lines());
+        sayValue("journal", session_.script());
         return std::nullopt;
     }
     try {

@@ -12,21 +12,24 @@ namespace velmora {
 namespace {
 
 struct NamedCapture {
-    const char* word;
+    std::vector<std::string> words;
     Act::Kind kind;
     /// Where the numbers behind the word go.
     std::vector<std::int32_t Act::*> numbers;
 };
 
 const std::vector<NamedCapture>& namedCaptures() {
+    // Those of two words stand first: the first one that fits is taken.
     static const std::vector<NamedCapture> captures = {
-        {"point", Act::Kind::Point, {&Act::patch, &Act::section, &Act::point}},
-        {"node", Act::Kind::Node, {&Act::patch, &Act::point}},
-        {"section", Act::Kind::Section, {&Act::patch, &Act::section}},
-        {"line", Act::Kind::Line, {&Act::patch, &Act::point}},
-        {"patch", Act::Kind::WholePatch, {&Act::patch}},
-        {"beside", Act::Kind::Beside, {&Act::patch, &Act::section, &Act::point}},
-        {"under", Act::Kind::Under, {&Act::patch, &Act::section, &Act::point}},
+        {{"point"}, Act::Kind::Point, {&Act::patch, &Act::section, &Act::point}},
+        {{"node"}, Act::Kind::Node, {&Act::patch, &Act::point}},
+        {{"section"}, Act::Kind::Section, {&Act::patch, &Act::section}},
+        {{"line"}, Act::Kind::Line, {&Act::patch, &Act::point}},
+        {{"patch"}, Act::Kind::WholePatch, {&Act::patch}},
+        {{"beside"}, Act::Kind::Beside, {&Act::patch, &Act::section, &Act::point}},
+        {{"under", "section"}, Act::Kind::UnderSection, {&Act::patch, &Act::section}},
+        {{"under", "line"}, Act::Kind::UnderLine, {&Act::patch, &Act::point}},
+        {{"under"}, Act::Kind::Under, {&Act::patch, &Act::section, &Act::point}},
     };
     return captures;
 }
@@ -38,8 +41,10 @@ const char* remedyForNotArmed(Act::Kind kind) {
     case Act::Kind::Under:
         return "run point.capture or point.free before it; points are of patches, nodes of zones";
     case Act::Kind::Section:
+    case Act::Kind::UnderSection:
         return "run line.captureSection before it";
     case Act::Kind::Line:
+    case Act::Kind::UnderLine:
         return "run line.captureLine before it";
     case Act::Kind::WholePatch:
         return "run patch.capture, patch.addToBlock or patch.removeFromBlock before it";
@@ -55,17 +60,21 @@ const char* remedyForNotArmed(Act::Kind kind) {
 
 std::optional<Act> parseCapture(std::span<const std::string> words) {
     const auto& captures = namedCaptures();
-    const auto found = std::find_if(captures.begin(), captures.end(),
-                                    [&](const NamedCapture& each) { return !words.empty() && words[0] == each.word; });
-    if (found == captures.end() || words.size() != found->numbers.size() + 1) {
+    const auto found = std::find_if(captures.begin(), captures.end(), [&](const NamedCapture& each) {
+        return words.size() == each.words.size() + each.numbers.size() &&
+               std::equal(each.words.begin(), each.words.end(), words.begin());
+    });
+    if (found == captures.end()) {
         return std::nullopt;
     }
     Act act;
     act.kind = found->kind;
     for (std::size_t i = 0; i < found->numbers.size(); ++i) {
-        const bool mayBeNone = act.kind == Act::Kind::Beside || act.kind == Act::Kind::Under;
+        const bool mayBeNone = act.kind == Act::Kind::Beside || act.kind == Act::Kind::Under ||
+                               (act.kind == Act::Kind::UnderSection && i > 0);
         const std::int32_t least = mayBeNone ? 0 : 1; // 0 for none
-        const auto number = parseInteger(words[i + 1], least, std::numeric_limits<std::int32_t>::max());
+        const auto number =
+            parseInteger(words[found->words.size() + i], least, std::numeric_limits<std::int32_t>::max());
         if (!number) {
             return std::nullopt;
         }

@@ -14,8 +14,10 @@ struct Act {
         Section,
         Line, ///< its number is the one of the point
         WholePatch,
-        Beside,  ///< a click that captured nothing leaves the numbers of what was nearest
-        Under,   ///< the button went down on a point, or on a node without a section, and is not up yet
+        Beside,       ///< a click that captured nothing leaves the numbers of what was nearest
+        Under,        ///< the button went down on a point, or on a node without a section, and is not up yet
+        UnderSection, ///< the same on a section; without one where it moved off again
+        UnderLine,
         Drag,    ///< a move of what is dragged, to `place`
         Release, ///< the end of a drag
     };

@@ -230,6 +230,33 @@ void openDialog(DialogForm& form) {
     }
 }
 
+namespace {
+
+/// Puts the value of a field back at its end.
+class KeptValue {
+public:
+    explicit KeptValue(DialogField& field) : field_(field), text_(fieldText(field)) {}
+    KeptValue(const KeptValue&) = delete;
+    KeptValue& operator=(const KeptValue&) = delete;
+    ~KeptValue() { putFieldText(field_, text_); }
+
+private:
+    DialogField& field_;
+    std::string text_;
+};
+
+} // namespace
+
+void tryField(DialogForm& form, std::string_view key, std::string_view text) {
+    DialogField* const field = form.find(key);
+    if (field == nullptr || field->readOnly || !field->on || !form.tried) {
+        return;
+    }
+    const KeptValue kept(*field);
+    const bool good = !storeNumber(*field, text);
+    form.tried(good);
+}
+
 std::optional<DialogRefusal> setField(DialogForm& form, std::string_view key, std::string_view text) {
     DialogField* field = form.find(key);
     if (field == nullptr) {

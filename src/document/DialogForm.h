@@ -90,6 +90,10 @@ void openDialog(DialogForm& form);
 /// refusal. Refused: no such field, a field or choice that is off or read-only, no number, out of range.
 std::optional<DialogRefusal> setField(DialogForm& form, std::string_view key, std::string_view text);
 
+/// Shows by `tried` what would come of a number that is still being typed: good if setField would take it. Values, live
+/// states and changes stay as they are.
+void tryField(DialogForm& form, std::string_view key, std::string_view text);
+
 /// Presses OK, if it is on: the ranges of all live fields in order, then the dialog's own tests. Empty when the dialog
 /// may close.
 std::optional<DialogRefusal> acceptDialog(DialogForm& form);

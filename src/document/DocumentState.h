@@ -61,8 +61,9 @@ struct KeptField {
     FieldWords words;
 };
 
-/// The snapshots that the command that runs has replaced: they come back if it is refused.
+/// The snapshots that the command that runs has replaced, with the mark of the model: they come back if it is refused.
 struct ReplacedSnapshots {
+    bool modified = false;
     bool patchReady = false;
     bool pointReady = false;
     bool extent = false;

@@ -68,11 +68,11 @@ OverwriteDoubt FileMemory::doubtAbout(const std::filesystem::path& path, FileCon
     }
     const bool holdsMore = !entry->lossless || (entry->alone && entry->holdsMoreThan(content, path)) ||
                            (entry->alone && leftOut > entry->leftOut);
-    return entry->thinned                 ? OverwriteDoubt::HoldsMorePoints
-           : holdsMore                    ? OverwriteDoubt::HoldsMore
-           : !entry->alone                ? OverwriteDoubt::Foreign
-           : entry->identity != *identity ? OverwriteDoubt::Changed
-                                          : OverwriteDoubt::None;
+    return entry->thinned                            ? OverwriteDoubt::HoldsMorePoints
+           : holdsMore                               ? OverwriteDoubt::HoldsMore
+           : !entry->alone                           ? OverwriteDoubt::Foreign
+           : !entry->identity.isUnchanged(*identity) ? OverwriteDoubt::Changed
+                                                     : OverwriteDoubt::None;
 }
 
 void FileMemory::forgetModel() {

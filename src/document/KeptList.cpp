@@ -1,5 +1,6 @@
 #include "KeptList.h"
 
+#include <algorithm>
 #include <new>
 #include <unordered_set>
 #include <utility>
@@ -77,6 +78,12 @@ typename KeptList<Part>::List KeptList<Part>::copy() const {
         list.push_back(copyOf(*part));
     }
     return list;
+}
+
+template <class Part>
+bool KeptList<Part>::isSameAs(const List& list) const {
+    return std::equal(parts_.begin(), parts_.end(), list.begin(), list.end(),
+                      [](const Shared& kept, const Part& part) { return sameBits(*kept, part); });
 }
 
 template <class Part>

@@ -31,6 +31,9 @@ public:
     /// Keeps the parts of `list` themselves.
     static KeptList of(List&& list);
 
+    /// What is kept is `list`, to the bit.
+    bool isSameAs(const List& list) const;
+
     bool empty() const { return parts_.empty(); }
     std::size_t size() const { return parts_.size(); }
     const Part& operator[](std::size_t k) const { return *parts_[k]; }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "DialogValues.h"
+#include "captured_curve.h"
 #include "finite_model.h"
 
 namespace velmora {
@@ -97,6 +98,10 @@ void plotTried(VelmoraDoc& doc, const PointList& curve) {
         // The curve as it stands is plotted behind.
         doc.withoutTrial([&] { doc.dialogs->onCurveTried(curve); });
     }
+}
+
+void plotUntried(VelmoraDoc& doc) {
+    plotTried(doc, curveIsThere(doc) ? capturedCurvePoints(doc) : PointList());
 }
 
 } // namespace velmora

@@ -48,17 +48,26 @@ private:
 /// Whoever plots the captured curve shows `curve` instead, as what is tried makes of it. An empty one changes nothing.
 void plotTried(VelmoraDoc& doc, const PointList& curve);
 
+/// Plots the captured curve as the model has it again.
+void plotUntried(VelmoraDoc& doc);
+
 /// Shows the form as showDialog does, and whenever a person set one of its fields what `tryOut` makes of the model. It
-/// takes the values and gives false where there is nothing to show.
+/// takes the values and gives false where there is nothing to show. `plot` plots what can be told without it, of a
+/// model that is too large, too.
 template <class Values, class TryOut>
-bool showDialogTrying(VelmoraDoc& doc, Values& values, const TryOut& tryOut) {
+bool showDialogTrying(VelmoraDoc& doc, Values& values, const TryOut& tryOut,
+                      const std::function<void(const Values&)>& plot = {}) {
     ModelTrial trial(doc);
     return showPrepared(doc.ui(), values, [&](DialogForm& form, const Values& working) {
-        form.tried = [&trial, &tryOut, &working](bool good) {
-            if (good) {
-                trial.show([&] { return tryOut(working); });
-            } else {
+        form.tried = [&trial, &tryOut, &plot, &working, &doc](bool good) {
+            if (!good) {
                 trial.putBack();
+                plotUntried(doc);
+                return;
+            }
+            trial.show([&] { return tryOut(working); });
+            if (plot) {
+                plot(working);
             }
         };
     });

@@ -55,6 +55,11 @@ public:
 
     /// A box with OK.
     virtual void showMessage(const Message& message) = 0;
+    /// The same about what is going to be done, where a person can call it off: false then. A script goes on.
+    virtual bool warn(const Message& message) {
+        showMessage(message);
+        return true;
+    }
     /// A box with Yes and No; true for Yes.
     virtual bool ask(const std::string& text) = 0;
     /// The same box, to be closed without an answer too: where both Yes and No would go too far.

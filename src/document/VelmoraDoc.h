@@ -114,8 +114,11 @@ public:
     // ---- Undo -------------------------------------------------------------------------------------------------------
 
     /// Runs a command. One whose result holds a number that is not finite, or that finds no memory, is refused: the
-    /// model stays as it was, with its snapshots and all that is captured, and the user is told.
-    void runCommand(CommandRun command);
+    /// model stays as it was, with its snapshots and all that is captured, and the user is told. `gaveUp` answers, once
+    /// it is through, whether what was said meanwhile means that it was called off or failed: if it changed nothing
+    /// then, the snapshots and the mark of the model are those from before. Of a refused one they are, where there were
+    /// some.
+    void runCommand(CommandRun command, const std::function<bool()>& gaveUp = {});
 
     void SavePointUndo();
     void SavePatchUndo();
@@ -124,6 +127,8 @@ public:
     /// The snapshot of a model that is about to be removed, with its file: brought back under the name of another file,
     /// it would be saved over that one.
     void keepForUndo();
+    /// What stands for Undo point is of an edit that is over.
+    void dropPointUndo();
     /// For commands that change the model without a snapshot for Undo: the guard around them needs one all the same.
     void keepForGuard();
     void UndoPoint();

@@ -78,6 +78,7 @@ inline Message cannotBeImported(const std::string& extension) {
     return {Severity::Refused, extension.empty() ? "Files without an extension cannot be imported"
                                                  : "Files of this type cannot be imported: " + extension};
 }
+inline constexpr MessageText noBlockToExport{Severity::Warning, "The zBlock is empty: the whole model is written"};
 /// The question about a file that Open does not take, by its name.
 inline std::string offerImport(const std::string& name) {
     return name + " is a file of another program. Import it?";

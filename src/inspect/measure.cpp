@@ -108,11 +108,16 @@ Measurement measure(const PatchList& patches, const MeasuredPlace& a, const Meas
     return result;
 }
 
-std::string measuredText(const Measurement& measurement) {
+std::string lengthText(double length, double radius) {
+    constexpr double roundingOfRadius = 1e-12;
+    return shortNumber(std::abs(length) < roundingOfRadius * radius ? 0.0 : length);
+}
+
+std::string measuredText(const Measurement& measurement, double radius) {
     const zVec<double>& delta = measurement.delta;
-    std::string text = "Distance " + shortNumber(measurement.distance) + ": X " + shortNumber(delta.x) + ", Y " +
-                       shortNumber(delta.y) + ", Z " + shortNumber(delta.z);
-    text += measurement.along ? "; along the curve " + shortNumber(*measurement.along) : "";
+    std::string text = "Distance " + lengthText(measurement.distance, radius) + ": X " + lengthText(delta.x, radius) +
+                       ", Y " + lengthText(delta.y, radius) + ", Z " + lengthText(delta.z, radius);
+    text += measurement.along ? "; along the curve " + lengthText(*measurement.along, radius) : "";
     return text + (measurement.angle ? "; angle " + shortNumber(*measurement.angle) + " degrees" : "");
 }
 

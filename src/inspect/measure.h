@@ -33,7 +33,9 @@ struct Measurement {
 Measurement measure(const PatchList& patches, const MeasuredPlace& a, const MeasuredPlace& b,
                     const std::optional<MeasuredPlace>& c);
 
-/// The numbers as a person reads them.
-std::string measuredText(const Measurement& measurement);
+/// A length as a person reads it: none where it is below what rounding leaves of numbers as large as `radius`.
+std::string lengthText(double length, double radius);
+/// All the numbers, of a model of that radius.
+std::string measuredText(const Measurement& measurement, double radius);
 
 } // namespace velmora

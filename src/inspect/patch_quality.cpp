@@ -289,6 +289,15 @@ private:
 
 } // namespace
 
+bool hasCell(const PatchList& patches) {
+    const auto wide = [](const PointList& section) { return section.size() > 1; };
+    return std::any_of(patches.begin(), patches.end(), [&](const Patch& patch) {
+        return std::adjacent_find(patch.begin(), patch.end(), [&](const PointList& a, const PointList& b) {
+                   return wide(a) && wide(b);
+               }) != patch.end();
+    });
+}
+
 std::vector<double> gridValues(GridValue kind, const Patch& patch, std::size_t number, const ModelFaces& model) {
     if (!isOfCells(kind)) {
         return GrowthAtPoints(patch).values();

@@ -9,6 +9,9 @@
 
 namespace velmora {
 
+/// Whether two neighbouring sections of a patch have two points each: there is something to be drawn as a surface.
+bool hasCell(const PatchList& patches);
+
 /// A point of a patch by its section and its place in it, from 0.
 struct PatchPlace {
     std::int32_t section = 0;

@@ -7,16 +7,12 @@
 #include "characters.h"
 #include "name_list.h"
 #include "number_text.h"
+#include "scene_nodes.h"
 #include "zExceptions.h"
 
 namespace velmora {
 
 namespace {
-
-template <std::size_t count>
-bool isOneOf(std::string_view word, const std::array<std::string_view, count>& words) {
-    return std::find(words.begin(), words.end(), word) != words.end();
-}
 
 /// Characters that are held of a word or a number; none that anybody means is as long.
 constexpr std::size_t longestToken = std::size_t{1} << 16;
@@ -36,12 +32,6 @@ constexpr std::array<std::string_view, 7> textureNodes{"ImageTexture",     "Pixe
 /// Fields of which what is used again is no shape.
 constexpr std::array<std::string_view, 6> looksFields{"appearance",       "material",  "texture",
                                                       "textureTransform", "fontStyle", "viewpoint"};
-constexpr std::array<std::string_view, 9> sceneNodes{
-    "Viewpoint", "PerspectiveCamera", "OrthographicCamera", "DirectionalLight", "PointLight", "SpotLight", "Background",
-    "Fog",       "NavigationInfo"};
-/// Nodes that choose among shapes, turn them, or make something of a click on them or of the time.
-constexpr std::array<std::string_view, 9> otherNodes{"Switch", "LOD",    "Anchor",    "WWWAnchor", "Billboard",
-                                                     "Sound",  "Script", "Collision", "ROUTE"};
 constexpr std::array<std::string_view, 3> fileNodes{"Inline", "WWWInline", "EXTERNPROTO"};
 
 // Whether numbers of a field leave everything where it is.
@@ -84,6 +74,7 @@ void VrmlScene::take(char c) {
         endToken();
         inComment_ = c == '#';
         inString_ = c == '"';
+        text_.clear();
     } else if (isSpace(c) || c == ',' || c == '[' || c == ']') {
         endToken();
     } else if (c == '{' || c == '}') {
@@ -100,11 +91,29 @@ void VrmlScene::take(char c) {
     last_ = inString_ && c == '\\' && last_ == '\\' ? ' ' : c; // one that is marked itself marks nothing
 }
 
-// A save writes an empty title.
 void VrmlScene::takeOfString(char c) {
     inString_ = c != '"' || last_ == '\\';
-    const bool titled = inString_ && last_ == '"' && node_ == "WorldInfo" && previous_ == "title";
-    titles_ += titled ? 1 : 0;
+    if (!inString_) {
+        takeOfWorldInfo();
+    } else if (text_.size() < longestToken) {
+        text_ += c;
+    }
+}
+
+// A save writes the title of the model, and no other.
+void VrmlScene::takeOfWorldInfo() {
+    if (node_ != "WorldInfo") {
+        return;
+    }
+    if (previous_ == "info") {
+        isOurs_ = text_ == writtenInfo;
+    } else if (previous_ == "title" && !text_.empty()) {
+        if (isOurs_ && title_.empty() && text_.size() < longestToken) {
+            title_ = text_;
+        } else {
+            ++titles_;
+        }
+    }
 }
 
 void VrmlScene::endToken() {
@@ -133,9 +142,9 @@ void VrmlScene::takeWord() {
         ++textures_;
     } else if (isOneOf(word, fileNodes)) {
         ++files_;
-    } else if (isOneOf(word, sceneNodes)) {
+    } else if (isOneOf(word, surroundingNodes)) {
         ++surroundings_;
-    } else if (isOneOf(word, otherNodes)) {
+    } else if (isOneOf(word, choosingNodes) || isOneOf(word, actingNodes)) {
         otherNodes_.insert(word);
     } else if (word == "PROTO") {
         ++prototypes_;

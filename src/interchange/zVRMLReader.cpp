@@ -7,6 +7,7 @@
 
 #include "SafeFile.h"
 #include "VrmlParser.h"
+#include "VrmlScene.h"
 #include "format_outcome.h"
 #include "patch_text.h"
 #include "triangle_zone.h"
@@ -90,6 +91,9 @@ void zVRMLReader::read(const std::filesystem::path& fileName, zRegion_fe& region
     }
     noteLosses();
     parser.scene().note(record);
+    if (region.title.empty()) {
+        region.title = parser.scene().title();
+    }
     noteJoinedNumbers(record, input);
 }
 
@@ -202,8 +206,9 @@ WriteOutcome zVRMLReader::write(const std::filesystem::path& fileName, const zRe
     output.reportTo(report, numbersOf(region));
     output.writeText("#VRML V2.0 utf8\n"
                      "WorldInfo {\n"
-                     "  info \"VRML97: The Virtual Reality Modeling Language International Standard ISO/IEC 14772\"\n"
-                     "  title ");
+                     "  info ");
+    output.writeQuoted(writtenInfo);
+    output.writeText("\n  title ");
     output.writeQuoted(region.title);
     output.writeText("\n}\n");
     std::int64_t shapes = 0;

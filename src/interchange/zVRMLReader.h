@@ -31,7 +31,8 @@ public:
 
     /// Appends a zone for each node that has points and faces, titled "Zone_" and the number of the node from 1; faces
     /// of more than three corners become fans. A node that cannot be understood is dropped, with a text on the standard
-    /// error stream, and counts all the same.
+    /// error stream, and counts all the same. The title of a file that `write` wrote is that of the region, unless it
+    /// has one.
     ///
     /// Raises FileError when the file cannot be opened or is of another version than 1 or 2, ParseError when its first
     /// line is not that of a VRML file, IOError when it ends within a field that is jumped over or the system cannot

@@ -21,11 +21,13 @@
 #include <Inventor/VRMLnodes/SoVRMLIndexedLineSet.h>
 #include <Inventor/VRMLnodes/SoVRMLInline.h>
 #include <Inventor/VRMLnodes/SoVRMLPointSet.h>
+#include <Inventor/VRMLnodes/SoVRMLWorldInfo.h>
 #include <Inventor/actions/SoCallbackAction.h>
 #include <Inventor/elements/SoCoordinateElement.h>
 #include <Inventor/elements/SoShapeHintsElement.h>
 #include <Inventor/errors/SoError.h>
 #include <Inventor/errors/SoReadError.h>
+#include <Inventor/misc/SoChildList.h>
 #include <Inventor/misc/SoProtoInstance.h>
 #include <Inventor/nodes/SoFaceSet.h>
 #include <Inventor/nodes/SoIndexedFaceSet.h>
@@ -34,9 +36,11 @@
 #include <Inventor/nodes/SoVertexProperty.h>
 #include <Inventor/nodes/SoVertexShape.h>
 
+#include "name_list.h"
 #include "nearby_file.h"
 #include "read_record.h"
 #include "reader_work.h"
+#include "scene_nodes.h"
 
 namespace velmora {
 
@@ -162,6 +166,7 @@ private:
     void addPoint(const SbVec3f& point);
     void addFace();
     std::string titleOf(SoCallbackAction& action) const;
+    void tellOfOtherNodes(SoNode& scene);
 
     const ReaderWork& work_;
     ForeignWriter& out_;
@@ -441,6 +446,60 @@ SoCallbackAction::Response SceneReader::onShapeEnd(void* self, SoCallbackAction*
     return SoCallbackAction::CONTINUE;
 }
 
+/// The name under which files know a node: the library marks those of the second version of the format.
+std::string_view nameInFiles(const SoNode& node) {
+    constexpr std::string_view mark = "VRML";
+    std::string_view name = node.getTypeId().getName().getString();
+    name.remove_prefix(name.starts_with(mark) ? mark.size() : 0);
+    return name;
+}
+
+bool hasTitle(const SoNode& node) {
+    return node.isOfType(SoVRMLWorldInfo::getClassTypeId()) &&
+           static_cast<const SoVRMLWorldInfo&>(node).title.getValue().getLength() > 0;
+}
+
+// All nodes, those that are not shown too, each once wherever it is used again.
+void SceneReader::tellOfOtherNodes(SoNode& scene) {
+    std::set<SoNode*> seen;
+    std::vector<SoNode*> waiting = {&scene};
+    std::set<std::string> choosing;
+    std::set<std::string> acting;
+    std::int64_t surroundings = 0;
+    bool titled = false;
+    while (!waiting.empty()) {
+        SoNode* const node = waiting.back();
+        waiting.pop_back();
+        if (!seen.insert(node).second) {
+            continue;
+        }
+        const std::string_view name = nameInFiles(*node);
+        if (isOneOf(name, choosingNodes)) {
+            choosing.emplace(name);
+        } else if (isOneOf(name, actingNodes)) {
+            acting.emplace(name);
+        }
+        surroundings += isOneOf(name, surroundingNodes) ? 1 : 0;
+        titled = titled || hasTitle(*node);
+        const SoChildList* const children = node->getChildren();
+        for (int i = 0; children != nullptr && i < children->getLength(); ++i) {
+            waiting.push_back((*children)[i]);
+        }
+    }
+    if (!choosing.empty()) {
+        out_.detail("Nodes of which only what they show is read: " + listOf(choosing));
+    }
+    if (!acting.empty()) {
+        out_.detail("Nodes that are not kept: " + listOf(acting));
+    }
+    if (surroundings > 0) {
+        out_.detail("Views, lights and backgrounds that are not kept: " + std::to_string(surroundings));
+    }
+    if (titled) {
+        out_.detail("The title of the scene is not kept");
+    }
+}
+
 void SceneReader::run() {
     std::string content = contentOf(work_.path);
     out_.format(formatOf(content.substr(0, 64), work_.format));
@@ -464,6 +523,7 @@ void SceneReader::run() {
         throw Refusal("no scene");
     }
     scene->ref();
+    tellOfOtherNodes(*scene);
     out_.progress(0.5);
     SoCallbackAction action;
     action.addPreCallback(SoShape::getClassTypeId(), onShape, this);

@@ -3,6 +3,7 @@
 #include <new>
 #include <utility>
 
+#include "Digest.h"
 #include "VelmoraDoc.h"
 #include "VelmoraView.h"
 
@@ -20,15 +21,29 @@ void History::keep(const VelmoraDoc& document, const VelmoraView& view, const Jo
     }
 }
 
+void History::noteWritten(const std::filesystem::path& file, const VelmoraDoc& document) {
+    WrittenFile& written = files_[file];
+    written.number = ++written_;
+    const bool isModel = file == document.modelFile.chosenPath && !document.documentModified;
+    written.model = isModel ? std::optional(geometryDigest(document.patches, document.feRegion)) : std::nullopt;
+}
+
+/// A model whose file was written since stands in it only if it is the one that was written.
+void History::judgeModified(VelmoraDoc& document, const Step& step) const {
+    const auto file = files_.find(document.modelFile.chosenPath);
+    if (file == files_.end() || file->second.number <= step.written || document.holdsNothing()) {
+        return;
+    }
+    document.documentModified = file->second.model != geometryDigest(document.patches, document.feRegion);
+}
+
 bool History::goTo(std::size_t line, VelmoraDoc& document, VelmoraView& view, Journal& journal) const {
     const Step* step = row_.at(line);
     if (step == nullptr) {
         return false;
     }
     step->document.putBack(document);
-    if (step->written != written_ && !document.holdsNothing()) {
-        document.documentModified = true; // the file holds another state of the model
-    }
+    judgeModified(document, *step);
     view.forceMouseMode(step->mode);
     journal.goTo(line, step->tracking);
     return true;

@@ -19,10 +19,6 @@ bool seesThePlane(std::string_view id) {
     return id == bendCommand || id == "model.reflectToSft";
 }
 
-bool isUndo(std::string_view id) {
-    return id == "patch.undo" || id == "point.undo";
-}
-
 /// Where the model is looked at from, and what parts of the window are shown, is no work.
 bool isOfTheView(const Command& command) {
     const std::string_view id = command.id;
@@ -57,6 +53,10 @@ std::string lineOf(const Act& act) {
         return numbered("capture beside", {act.patch, act.section, act.point});
     case Act::Kind::Under:
         return numbered("capture under", {act.patch, act.section, act.point});
+    case Act::Kind::UnderSection:
+        return numbered("capture under section", {act.patch, act.section});
+    case Act::Kind::UnderLine:
+        return numbered("capture under line", {act.patch, act.point});
     case Act::Kind::Drag:
         return "drag " + numberText(act.place.x) + ' ' + numberText(act.place.y) + ' ' + numberText(act.place.z);
     case Act::Kind::Release:
@@ -87,16 +87,6 @@ void Journal::append(std::string line) {
     lines_.push_back(std::move(line));
 }
 
-void Journal::putWithheldIn() {
-    std::vector<Tracking::Withheld>& withheld = tracking_.withheld;
-    for (auto each = withheld.rbegin(); each != withheld.rend(); ++each) {
-        lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(each->place), each->line);
-        firstNew_ = std::min(firstNew_.value_or(each->place), each->place);
-        later_.clear();
-    }
-    withheld.clear();
-}
-
 void Journal::goTo(std::size_t line, const Tracking& tracking) {
     lines_.insert(lines_.end(), later_.begin(), later_.end());
     const auto end = lines_.begin() + static_cast<std::ptrdiff_t>(std::min(line, lines_.size()));
@@ -125,7 +115,12 @@ DialogTexts textsOf(DialogValues& dialogs) {
 }
 
 CaptureTraces tracesOf(const CaptureState& capture) {
-    return {capture.capturedPatch, capture.capturedPointSection, capture.capturedPoint, capture.pointPicked};
+    return {capture.capturedPatch,
+            capture.capturedPointSection,
+            capture.capturedPoint,
+            capture.pointPicked,
+            capture.sectionCaptureArmed ? capture.capturedSection : -1,
+            capture.lineCaptureArmed ? capture.capturedLine : -1};
 }
 
 namespace {
@@ -235,14 +230,46 @@ void Journal::needView(int plane) {
     append(views[static_cast<std::size_t>(plane)]);
 }
 
-void Journal::needTraces(const CaptureTraces& traces) {
-    if (!(tracking_.traces == traces)) {
-        append(lineOf({.kind = traces.picked ? Act::Kind::Under : Act::Kind::Beside,
-                       .patch = traces.patch,
-                       .section = traces.section,
-                       .point = traces.point}));
-        tracking_.traces = traces;
+/// What brings a replay to the traces: the numbers of a point, then the curve on which the button is down.
+std::vector<std::string> Journal::linesTo(const CaptureTraces& traces) const {
+    CaptureTraces known = tracking_.traces;
+    const bool movesSection = known.pressedSection != traces.pressedSection;
+    const bool movesLine = known.pressedLine != traces.pressedLine && traces.pressedLine >= 0;
+    // Where the button goes down on a curve its patch is taken, and a line forgets the section of the point.
+    known.patch = movesSection || movesLine ? traces.patch : known.patch;
+    known.section = movesLine ? -1 : known.section;
+    known.pressedSection = traces.pressedSection;
+    known.pressedLine = traces.pressedLine;
+    std::vector<std::string> lines;
+    if (!(known == traces)) {
+        lines.push_back(lineOf({.kind = traces.picked ? Act::Kind::Under : Act::Kind::Beside,
+                                .patch = traces.patch,
+                                .section = traces.section,
+                                .point = traces.point}));
     }
+    if (movesSection) {
+        lines.push_back(
+            lineOf({.kind = Act::Kind::UnderSection, .patch = traces.patch, .section = traces.pressedSection}));
+    }
+    if (movesLine) {
+        lines.push_back(lineOf({.kind = Act::Kind::UnderLine, .patch = traces.patch, .point = traces.pressedLine}));
+    }
+    return lines;
+}
+
+void Journal::needTraces(const CaptureTraces& traces) {
+    for (std::string& line : linesTo(traces)) {
+        append(std::move(line));
+    }
+    tracking_.traces = traces;
+}
+
+std::vector<std::string> Journal::script(const CaptureTraces& now) const {
+    std::vector<std::string> lines = lines_;
+    for (std::string& line : linesTo(now)) {
+        lines.push_back(std::move(line));
+    }
+    return lines;
 }
 
 // ---- Lines ----------------------------------------------------------------------------------------------------------
@@ -253,17 +280,9 @@ void Journal::addCommand(const Command& command, const CommandReport& report, Ef
         noteLeftOut(report, before, after);
         return;
     }
-    if (effect == Effect::Undo && report.outcome() == Outcome::Failed) {
-        tracking_.withheld.push_back({lines_.size(), std::string("run ") + command.id + answersOf(report)});
-        noteLeftOut(report, before, after);
-        return;
-    }
     if (isLeftOut(report, effect)) {
         noteLeftOut(report, before, after);
         return;
-    }
-    if (isUndo(command.id)) {
-        putWithheldIn();
     }
     needTraces(before.traces);
     if (seesThePlane(command.id)) {
@@ -327,15 +346,19 @@ void Journal::addAct(const Act& act, const CaptureTraces& traces) {
     case Act::Kind::Line:
         known.section = traces.section;
         known.patch = traces.patch;
+        known.pressedLine = -1;
         break;
     case Act::Kind::Section:
         known.patch = traces.patch;
+        known.pressedSection = -1;
         break;
     case Act::Kind::WholePatch:
         known.patch = traces.patch == act.patch ? act.patch : known.patch;
         break;
     case Act::Kind::Beside:
     case Act::Kind::Under:
+    case Act::Kind::UnderSection:
+    case Act::Kind::UnderLine:
     case Act::Kind::Drag:
     case Act::Kind::Release:
         break;

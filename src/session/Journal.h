@@ -28,7 +28,9 @@ struct CaptureTraces {
     std::int32_t patch = -1;
     std::int32_t section = -1;
     std::int32_t point = -1;
-    bool picked = false; ///< the last pick of a point found one
+    bool picked = false;              ///< the last pick of a point found one
+    std::int32_t pressedSection = -1; ///< on which the button is down while one is waited for
+    std::int32_t pressedLine = -1;
 
     friend bool operator==(const CaptureTraces&, const CaptureTraces&) = default;
 };
@@ -55,12 +57,6 @@ public:
     /// What a replay of the lines would stand at, where that is something else than the document. It belongs to the
     /// last line.
     struct Tracking {
-        /// A line that failed and left nothing but a snapshot for Undo: it takes its place when Undo goes back to it.
-        struct Withheld {
-            std::size_t place;
-            std::string line;
-        };
-        std::vector<Withheld> withheld;
         /// What dialogs keep of lines that are left out is not kept in a replay: the values that stand there.
         DialogTexts otherDialogs;
         CaptureTraces traces; ///< the numbers of what is captured, as of the last line
@@ -87,6 +83,8 @@ public:
 
     /// What was done, up to the line that was gone to.
     const std::vector<std::string>& lines() const { return lines_; }
+    /// The same as a script that leaves what the last click left, too: `now` is there.
+    std::vector<std::string> script(const CaptureTraces& now) const;
     /// The lines behind it, until something new is done.
     const std::vector<std::string>& later() const { return later_; }
     const Tracking& tracking() const { return tracking_; }
@@ -102,7 +100,7 @@ private:
     void noteDone(const CommandReport& report, const Surroundings& before, const Surroundings& after);
     void needView(int plane);
     void needTraces(const CaptureTraces& traces);
-    void putWithheldIn();
+    std::vector<std::string> linesTo(const CaptureTraces& traces) const;
     void append(std::string line);
 
     std::vector<std::string> lines_;

@@ -43,7 +43,8 @@ bool ModelFiles::contains(const std::filesystem::path& path) const {
         const std::optional<FileIdentity> there = FileIdentity::of(known);
         return there && there->isSameFile(*wanted);
     };
-    return std::find(identities_.begin(), identities_.end(), *wanted) != identities_.end() ||
+    const auto isWanted = [&wanted](const FileIdentity& known) { return known.isSameState(*wanted); };
+    return std::any_of(identities_.begin(), identities_.end(), isWanted) ||
            std::any_of(paths_.begin(), paths_.end(), standsAt);
 }
 

@@ -103,11 +103,29 @@ void Recorder::note(bool CommandReport::*flag) {
     }
 }
 
+bool Recorder::gaveUp() const {
+    if (open_.empty()) {
+        return false;
+    }
+    const Outcome outcome = open_.back()->outcome();
+    return outcome == Outcome::Cancelled || outcome == Outcome::Failed;
+}
+
 // What only tells is noted first, what asks once the answer is there: the window may do other work meanwhile.
 
 void Recorder::showMessage(const Message& message) {
     note(&CommandReport::messages, message);
     person_->showMessage(message);
+}
+
+// It is no question: a script that does the same again is not asked.
+bool Recorder::warn(const Message& message) {
+    const bool goesOn = person_->warn(message);
+    note(&CommandReport::messages, message);
+    if (!goesOn) {
+        note(&CommandReport::stopped);
+    }
+    return goesOn;
 }
 
 bool Recorder::ask(const std::string& text) {

@@ -56,7 +56,11 @@ public:
     /// Sets a flag of the reports that are open.
     void note(bool CommandReport::*flag);
 
+    /// What the innermost report holds so far means that its work was called off or failed.
+    bool gaveUp() const;
+
     void showMessage(const Message& message) override;
+    bool warn(const Message& message) override;
     bool ask(const std::string& text) override;
     Answer askOrNone(const std::string& text) override;
     void showStatus(const std::string& text) override;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "CommandGuard.h"
 #include "DialogValues.h"
@@ -16,7 +17,12 @@ Session::Session(UserInterface& person, ViewSurface& surface, ShellCommands& she
                  const std::filesystem::path& documentsFolder)
     : recorder_(person), shell_(shell), document_(std::make_unique<VelmoraDoc>(recorder_, documentsFolder)),
       view_(*document_, surface) {
-    recorder_.hearActs([this](const Act& act) { journal_.addAct(act, tracesOf(*document_->capture)); });
+    recorder_.hearActs([this](const Act& act) {
+        journal_.addAct(act, tracesOf(*document_->capture));
+        if (act.kind == Act::Kind::Release) {
+            tellOfLostDistances();
+        }
+    });
     recorder_.startDialogsAt(
         [this](const DialogForm& form) { return journal_.otherStart(form, dialogsBefore_, *document_->capture); });
 }
@@ -29,6 +35,10 @@ DocumentState& Session::state() {
 
 const DocumentState& Session::state() const {
     return *document_;
+}
+
+std::vector<std::string> Session::script() const {
+    return journal_.script(tracesOf(*document_->capture));
 }
 
 UserInterface& Session::ui() {
@@ -64,12 +74,17 @@ CommandReport Session::perform(const std::function<void()>& work) {
     return report;
 }
 
+void Session::noteWritten(const CommandReport& report) {
+    for (const FileWritten& file : report.filesWritten) {
+        if (history_) {
+            history_->noteWritten(file.path, *document_);
+        }
+    }
+}
+
 Journal::Effect Session::effectSince(const StateMark& before, const CommandReport& report) {
     const StateMark now = marker_.markOf(*document_);
-    const auto isOfModel = [this](const FileWritten& file) { return file.path == document_->modelFile.chosenPath; };
-    if (history_ && std::any_of(report.filesWritten.begin(), report.filesWritten.end(), isOfModel)) {
-        history_->noteWritten();
-    }
+    noteWritten(report);
     if (now.kept != before.kept || !report.filesWritten.empty()) {
         return Journal::Effect::Kept;
     }
@@ -90,22 +105,16 @@ Journal::Surroundings Session::surroundings() {
 
 namespace {
 
-/// What a button that is down was pressed for: the regimes that wait for it, and what it found.
-std::array<std::int32_t, 14> pressedFor(const CaptureState& capture) {
+/// What a button that is down was pressed for: a regime or the view, the regimes that wait for it, and what it found.
+std::array<std::int32_t, 15> pressedFor(const CaptureState& capture, int mouseMode) {
     const auto flag = [](bool value) { return value ? 1 : 0; };
-    return {flag(capture.pointCaptureArmed),
-            flag(capture.freePointArmed),
-            flag(capture.sectionCaptureArmed),
-            flag(capture.lineCaptureArmed),
-            flag(capture.patchCaptureArmed),
-            flag(capture.patchRemoving),
-            flag(capture.pointDragging),
-            flag(capture.dragCorrectsLine),
-            capture.capturedPatch,
-            capture.capturedPointSection,
-            capture.capturedPoint,
-            capture.capturedSection,
-            capture.capturedLine,
+    return {flag(mouseMode >= ModePoint),   flag(capture.pointCaptureArmed),
+            flag(capture.freePointArmed),   flag(capture.sectionCaptureArmed),
+            flag(capture.lineCaptureArmed), flag(capture.patchCaptureArmed),
+            flag(capture.patchRemoving),    flag(capture.pointDragging),
+            flag(capture.dragCorrectsLine), capture.capturedPatch,
+            capture.capturedPointSection,   capture.capturedPoint,
+            capture.capturedSection,        capture.capturedLine,
             capture.patchToRemove};
 }
 
@@ -116,9 +125,9 @@ CommandReport Session::noted(const Command& command, const std::function<void()>
     const StateMark before = marker_.markOf(*document_);
     const Journal::Surroundings around = surroundings();
     dialogsBefore_ = around.dialogs;
-    const auto pressed = pressedFor(*document_->capture);
+    const auto pressed = pressedFor(*document_->capture, view_.mouseMode);
     CommandReport report = perform(work);
-    if (pressedFor(*document_->capture) != pressed) {
+    if (pressedFor(*document_->capture, view_.mouseMode) != pressed) {
         view_.leftButtonDown = false; // what went down for something else takes nothing now
     }
     journal_.addCommand(command, report, effectSince(before, report), around, surroundings());
@@ -130,16 +139,33 @@ CommandReport Session::run(const Command& command) {
     return noted(command, [&] {
         if (isOn(command)) {
             carryOut(command);
+            tellOfLostDistances();
         } else {
             recorder_.note(&CommandReport::off);
         }
     });
 }
 
+/// The model whose distances the surface shows now; none when it shows none.
+std::optional<std::filesystem::path> Session::modelOfShownDistances() const {
+    const CColours& colours = document_->dialogs->colours;
+    const bool shown = colours.ofCompare() && document_->surfaceMode && document_->comparison() != nullptr;
+    return shown ? std::optional(document_->modelFile.chosenPath) : std::nullopt;
+}
+
+/// An edit takes colours and legend of a comparison away: who looks at another part of the model hears of it.
+void Session::tellOfLostDistances() {
+    const auto before = std::exchange(distancesShown_, modelOfShownDistances());
+    const bool stillWanted = document_->dialogs->colours.ofCompare() && document_->surfaceMode;
+    if (before && !distancesShown_ && stillWanted && *before == document_->modelFile.chosenPath) {
+        document_->ShowStatus("The distances shown were of the model before: Compare finds new ones");
+    }
+}
+
 void Session::carryOut(const Command& command) {
     switch (command.owner) {
     case CommandOwner::Document:
-        document_->runCommand(command.run);
+        document_->runCommand(command.run, [this] { return recorder_.gaveUp(); });
         break;
     case CommandOwner::View:
         view_.runViewCommand(command.id);
@@ -171,9 +197,7 @@ CommandReport Session::instead(const std::function<void()>& work) {
         bool left = false;
         const CommandReport leaving = perform([&] { left = leave(); });
         if (!leaving.filesWritten.empty()) {
-            if (history_) {
-                history_->noteWritten();
-            }
+            noteWritten(leaving);
             journal_.addSave(leaving);
             keepUp();
         }
@@ -231,9 +255,15 @@ bool Session::leadsTo(std::size_t line) const {
     return history_ && history_->leadsTo(line);
 }
 
+std::optional<std::size_t> Session::endOfWork(std::size_t line) const {
+    return history_ ? history_->nextFrom(line) : std::nullopt;
+}
+
 bool Session::goTo(std::size_t line) {
     keepUp();
-    return history_ && history_->goTo(line, *document_, view_, journal_);
+    const bool gone = history_ && history_->goTo(line, *document_, view_, journal_);
+    distancesShown_ = modelOfShownDistances();
+    return gone;
 }
 
 VelmoraView::ActResult Session::act(const Act& act) {

@@ -69,6 +69,8 @@ public:
     /// What was done since the start, as a script.
     Journal& journal() { return journal_; }
     const Journal& journal() const { return journal_; }
+    /// The journal as a script that leaves the session as it is now.
+    std::vector<std::string> script() const;
     /// Notes in the journal what no line of a script can do.
     void remark(const std::string& text) { journal_.addRemark(text); }
     /// From here on a snapshot is kept behind each line of the journal, for goTo().
@@ -77,6 +79,8 @@ public:
     void keepUp();
     /// There is a way back, or forth, to the document as it was behind the first `line` lines of the journal.
     bool leadsTo(std::size_t line) const;
+    /// The line, or the end of the drag or other work that it is a part of; none when that is not kept any more.
+    std::optional<std::size_t> endOfWork(std::size_t line) const;
     /// Goes there; the lines behind can be gone to until something new is done. False when there is no way.
     bool goTo(std::size_t line);
     /// What the snapshots hold.
@@ -88,6 +92,9 @@ public:
 
 private:
     void carryOut(const Command& command);
+    std::optional<std::filesystem::path> modelOfShownDistances() const;
+    void tellOfLostDistances();
+    void noteWritten(const CommandReport& report);
     Journal::Effect effectSince(const StateMark& before, const CommandReport& report);
     Journal::Surroundings surroundings();
     CommandReport noted(const Command& command, const std::function<void()>& work);
@@ -102,6 +109,7 @@ private:
     Journal journal_;
     DialogTexts dialogsBefore_; ///< the command that runs
     std::optional<History> history_;
+    std::optional<std::filesystem::path> distancesShown_; ///< as of the last command or drag: of which model
     std::vector<FileRead> filesRead_;
     ModelFiles modelFiles_;
 };

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <deque>
 #include <iterator>
+#include <optional>
 #include <utility>
 
 namespace velmora {
@@ -43,6 +44,13 @@ public:
     const Snapshot* at(std::size_t line) const {
         const auto found = firstFrom(line);
         return found == entries_.end() || found->line != line ? nullptr : &found->snapshot;
+    }
+    /// The first line from this one on that has a snapshot; none where the snapshots before it are gone, or where none
+    /// comes.
+    std::optional<std::size_t> nextFrom(std::size_t line) const {
+        const auto found = firstFrom(line);
+        const bool known = found != entries_.end() && entries_.front().line <= line;
+        return known ? std::optional(found->line) : std::nullopt;
     }
     /// The last one behind a line that stands before `line`; null for none.
     const Snapshot* before(std::size_t line) const {

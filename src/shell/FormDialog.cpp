@@ -27,6 +27,8 @@ constexpr int editWidth = 150;
 /// What a window manager needs for its buttons and for letters that are wider than ours: no title is cut.
 constexpr int roomBesideTitle = 160;
 constexpr int roomBesideFrame = 12;
+/// Whoever has typed nothing for so many milliseconds looks at what comes of it.
+constexpr int typingRests = 300;
 /// Those of OK and Cancel.
 const QString keysOfButtons = QStringLiteral("OC");
 
@@ -122,6 +124,9 @@ FormDialog::FormDialog(DialogForm& form, QWidget* parent) : QDialog(parent), for
     column->addWidget(buttons);
     column->addStrut(fontMetrics().horizontalAdvance(windowTitle()) + roomBesideTitle);
     column->setSizeConstraint(QLayout::SetFixedSize);
+    typing_.setSingleShot(true);
+    typing_.setInterval(typingRests);
+    connect(&typing_, &QTimer::timeout, this, &FormDialog::tryTyped);
     showForm();
     focusOnFirst();
 }
@@ -231,6 +236,7 @@ QLineEdit* FormDialog::makeEdit(const DialogField& field, const QString& name) {
         lookReadOnly(*edit);
     }
     connect(edit, &QLineEdit::editingFinished, this, [this, key = field.key] { takeSilently(key); });
+    connect(edit, &QLineEdit::textEdited, this, [this, key = field.key] { awaitMoreTyping(key); });
     return edit;
 }
 
@@ -327,7 +333,11 @@ void FormDialog::focusOnNumberOf(const std::string& key) {
 void FormDialog::takeSilently(const std::string& key) {
     const Control& typed = *control(key);
     const QString text = typed.edit->text().trimmed();
+    typing_.stop();
     if (typed.edit->isReadOnly() || text == typed.shown) {
+        if (triesTyped_) {
+            tellTried(); // it was typed back
+        }
         return;
     }
     if (!setField(form_, key, plainBytes(text))) {
@@ -339,10 +349,38 @@ void FormDialog::takeSilently(const std::string& key) {
 
 /// While a field shows what cannot be taken the rest is not tried either.
 void FormDialog::tellTried() {
+    triesTyped_ = false;
     if (form_.tried) {
-        form_.tried(std::all_of(controls_.begin(), controls_.end(), [](const Control& each) {
-            return each.edit == nullptr || each.edit->text().trimmed() == each.shown;
-        }));
+        form_.tried(showsOnlyTaken(nullptr));
+    }
+}
+
+/// No field, but for that one, shows what the form does not hold.
+bool FormDialog::showsOnlyTaken(const Control* but) const {
+    return std::all_of(controls_.begin(), controls_.end(), [but](const Control& each) {
+        return &each == but || each.edit == nullptr || each.edit->text().trimmed() == each.shown;
+    });
+}
+
+void FormDialog::awaitMoreTyping(const std::string& key) {
+    if (form_.tried) {
+        typedKey_ = key;
+        typing_.start();
+    }
+}
+
+/// A number that is still being typed is tried and not taken: what depends on it follows when the field is left.
+void FormDialog::tryTyped() {
+    const Control& typed = *control(typedKey_);
+    triesTyped_ = true;
+    try {
+        if (showsOnlyTaken(&typed)) {
+            tryField(form_, typedKey_, plainBytes(typed.edit->text().trimmed()));
+        } else {
+            form_.tried(false);
+        }
+    } catch (const std::exception&) {
+        // The command itself will tell of what goes wrong.
     }
 }
 
@@ -366,6 +404,7 @@ std::optional<DialogRefusal> FormDialog::takeTyped() {
 }
 
 void FormDialog::accept() {
+    typing_.stop();
     finishClicks();
     auto refusal = takeTyped();
     if (!refusal) {

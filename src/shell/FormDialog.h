@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QTimer>
 #include <vector>
 
 #include "AccessKeys.h"
@@ -67,6 +68,9 @@ private:
     void click(const std::string& key, const std::string& text);
     void takeSilently(const std::string& key);
     void tellTried();
+    bool showsOnlyTaken(const Control* but) const;
+    void awaitMoreTyping(const std::string& key);
+    void tryTyped();
     std::optional<DialogRefusal> takeTyped();
     void showForm();
     void showField(Control& control, const DialogField& field);
@@ -77,6 +81,9 @@ private:
 
     DialogForm& form_;
     bool wasShown_ = false;
+    QTimer typing_;           ///< runs while a number is being typed
+    std::string typedKey_;    ///< the field of that number
+    bool triesTyped_ = false; ///< what is shown is tried with a number that the form does not hold
     AccessKeys keys_;
     std::vector<Control> controls_;
 };

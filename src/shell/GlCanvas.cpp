@@ -29,7 +29,8 @@ bool GlCanvas::possible() {
 }
 
 GlCanvas::GlCanvas(QWidget* parent)
-    : QOpenGLWidget(parent), renderer_([this](const std::string& text) { return textBitmap(text, font()); }) {
+    : QOpenGLWidget(parent),
+      renderer_([this](const std::string& text, double scale) { return textBitmap(text, font(), scale); }) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
     setFormat(surfaceFormat(PixelFormat{}));

@@ -1,8 +1,8 @@
 #include "JournalPanel.h"
 
-#include <QClipboard>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QItemSelectionModel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -28,7 +28,7 @@ JournalPanel::JournalPanel(QWidget* parent) : QDockWidget(tr("Journal"), parent)
         connect(button, &QPushButton::clicked, this, clicked);
         row->addWidget(button);
     };
-    addButton(tr("&Copy"), "copy", [this] { copy(); });
+    addButton(tr("&Copy"), "copy", [this] { emit copyWanted(); });
     addButton(tr("&Save..."), "save", [this] { emit saveWanted(); });
     addButton(tr("&Run..."), "run", [this] { emit runWanted(); });
     row->addStretch();
@@ -36,9 +36,9 @@ JournalPanel::JournalPanel(QWidget* parent) : QDockWidget(tr("Journal"), parent)
     setWidget(inside);
 }
 
-/// What is there already stays: the list grows at its end, and what is selected stays selected.
+/// What is there already stays: the list grows at its end, and lines that were picked out stay so.
 void JournalPanel::showLines(const std::vector<std::string>& lines, const std::vector<std::string>& later,
-                             const std::function<bool(std::size_t)>& leadsTo) {
+                             const std::function<std::optional<std::size_t>(std::size_t)>& leadsTo) {
     const int done = static_cast<int>(lines.size());
     const int all = done + static_cast<int>(later.size());
     const bool grew = all != lines_->count();
@@ -56,15 +56,25 @@ void JournalPanel::showLines(const std::vector<std::string>& lines, const std::v
         font.setItalic(row >= done);
         item.setFont(font);
         item.setForeground(lines_->palette().brush(row < done ? QPalette::Text : QPalette::PlaceholderText));
-        item.setToolTip(!leadsTo(i + 1) ? tr("The model as it was then is not kept")
-                        : row < done    ? tr("Click: back to the model as it was then")
-                                        : tr("Click: forth to the model as it was then"));
+        const auto leads = leadsTo(i + 1);
+        item.setToolTip(!leads           ? tr("The model as it was then is not kept")
+                        : *leads > i + 1 ? tr("Click: to the end of this work, line %1").arg(*leads)
+                        : row < done     ? tr("Click: back to the model as it was then")
+                                         : tr("Click: forth to the model as it was then"));
     }
     while (lines_->count() > all) {
         delete lines_->takeItem(all);
     }
+    markStanding(done - 1);
     if (grew) {
         lines_->scrollToBottom();
+    }
+}
+
+/// The line behind which the model stands is the selected one, wherever a click went.
+void JournalPanel::markStanding(int row) {
+    if (lines_->selectedItems().size() < 2) {
+        lines_->setCurrentRow(row, QItemSelectionModel::ClearAndSelect);
     }
 }
 
@@ -75,16 +85,14 @@ void JournalPanel::choose(const QListWidgetItem& line) {
     }
 }
 
-/// The selected lines, or all when none is.
-void JournalPanel::copy() {
-    QString text;
-    const bool all = lines_->selectedItems().isEmpty();
+std::vector<std::string> JournalPanel::pickedLines() const {
+    std::vector<std::string> picked;
     for (int row = 0; row < lines_->count(); ++row) {
-        if (all || lines_->item(row)->isSelected()) {
-            text += lines_->item(row)->text() + QLatin1Char('\n');
+        if (lines_->item(row)->isSelected()) {
+            picked.push_back(plainBytes(lines_->item(row)->text()));
         }
     }
-    QGuiApplication::clipboard()->setText(text);
+    return picked.size() > 1 ? picked : std::vector<std::string>();
 }
 
 } // namespace velmora

@@ -1,5 +1,7 @@
 #include "Panels.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QMainWindow>
 #include <QPixmap>
 #include <utility>
@@ -52,6 +54,7 @@ void Panels::connectPanels() {
     connect(plot_, &CurvePlotPanel::tableWanted, this, &Panels::saveTable);
     connect(plot_, &CurvePlotPanel::pictureWanted, this, &Panels::savePicture);
     connect(&plot_->plot(), &PlotWidget::pointedAt, this, &Panels::pointAt);
+    connect(journal_, &JournalPanel::copyWanted, this, &Panels::copyJournal);
     connect(journal_, &JournalPanel::saveWanted, this, &Panels::saveJournal);
     connect(journal_, &JournalPanel::runWanted, this, &Panels::chooseScript);
     connect(journal_, &JournalPanel::stateWanted, this, &Panels::goTo);
@@ -102,7 +105,7 @@ void Panels::refresh() {
     if (shown(Panel::Journal)) {
         const Journal& journal = session_.journal();
         journal_->showLines(journal.lines(), journal.later(),
-                            [this](std::size_t line) { return session_.leadsTo(line); });
+                            [this](std::size_t line) { return session_.endOfWork(line); });
     }
 }
 
@@ -166,12 +169,13 @@ void Panels::pointAt(std::int32_t point) {
 // ---- Back and forth -------------------------------------------------------------------------------------------------
 
 void Panels::goTo(std::size_t lines) {
-    if (lines == session_.journal().lines().size()) {
-        return;
-    }
+    session_.keepUp();
+    const auto end = session_.endOfWork(lines);
     bool gone = false;
-    emit workWanted([&] { gone = session_.goTo(lines); });
-    if (!gone) {
+    if (end && *end != session_.journal().lines().size()) {
+        emit workWanted([&] { gone = session_.goTo(*end); });
+    }
+    if (!end || (!gone && *end != session_.journal().lines().size())) {
         session_.document().ShowStatus(message::stateNotKept);
     }
     emit changed();
@@ -197,9 +201,24 @@ std::filesystem::path Panels::chooseFile(bool toWrite, const char* extension, co
     return paths.front();
 }
 
+/// The lines that were picked out, else all that are seen.
+void Panels::copyJournal() {
+    const Journal& journal = session_.journal();
+    std::vector<std::string> lines = journal_->pickedLines();
+    if (lines.empty()) {
+        lines = journal.later().empty() ? session_.script() : journal.lines();
+        lines.insert(lines.end(), journal.later().begin(), journal.later().end());
+    }
+    QString text;
+    for (const std::string& line : lines) {
+        text += qtText(line) + QLatin1Char('\n');
+    }
+    QGuiApplication::clipboard()->setText(text);
+}
+
 void Panels::saveJournal() {
     const auto path = chooseFile(true, "script", "Script", "journal.script");
-    if (!path.empty() && !writeScript(path, session_.journal().lines())) {
+    if (!path.empty() && !writeScript(path, session_.script())) {
         person_.showMessage(message::cannotSave);
     }
 }

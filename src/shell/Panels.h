@@ -57,6 +57,7 @@ private:
     void captureOfCurve(std::int32_t point);
     void pointAt(std::int32_t point);
     void goTo(std::size_t lines);
+    void copyJournal();
     void saveJournal();
     void chooseScript();
     void saveTable();

@@ -239,6 +239,14 @@ private:
 
 } // namespace
 
+bool QtUserInterface::warn(const Message& message) {
+    if (holding_) {
+        showMessage(message);
+        return true;
+    }
+    return ask(message.text + ". Overwrite the file?");
+}
+
 bool QtUserInterface::ask(const std::string& text) {
     const Turn turn(*this);
     return QuestionBox(qtText(text), false, parentOfBoxes()).answer() == Answer::Yes;

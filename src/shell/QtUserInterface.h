@@ -39,6 +39,7 @@ public:
     ~QtUserInterface() override;
 
     void showMessage(const Message& message) override;
+    bool warn(const Message& message) override;
     bool ask(const std::string& text) override;
     Answer askOrNone(const std::string& text) override;
     void showStatus(const std::string& text) override;

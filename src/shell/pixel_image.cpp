@@ -11,8 +11,9 @@
 namespace velmora {
 
 QImage pixelImage(const SceneFrame& frame, const PictureSettings& settings) {
-    const std::vector<std::uint8_t> pixels =
-        drawnPixels(frame, settings, [](const std::string& text) { return textBitmap(text, QGuiApplication::font()); });
+    const std::vector<std::uint8_t> pixels = drawnPixels(frame, settings, [](const std::string& text, double scale) {
+        return textBitmap(text, QGuiApplication::font(), scale);
+    });
     if (pixels.empty()) {
         return {};
     }

@@ -4,13 +4,28 @@
 #include <QFontMetrics>
 #include <QImage>
 #include <QPainter>
+#include <cmath>
 
 #include "qt_text.h"
 
 namespace velmora {
 
-TextBitmap textBitmap(const std::string& text, const QFont& font) {
-    QFont plain(font);
+namespace {
+
+QFont scaled(const QFont& font, double scale) {
+    QFont larger(font);
+    if (font.pixelSize() > 0) {
+        larger.setPixelSize(static_cast<int>(std::lround(font.pixelSize() * scale)));
+    } else {
+        larger.setPointSizeF(font.pointSizeF() * scale);
+    }
+    return larger;
+}
+
+} // namespace
+
+TextBitmap textBitmap(const std::string& text, const QFont& font, double scale) {
+    QFont plain = scaled(font, scale);
     plain.setStyleStrategy(QFont::NoAntialias);
     const QFontMetrics metrics(plain);
     QImage image(std::max(1, metrics.horizontalAdvance(qtText(text))), std::max(1, metrics.height()),

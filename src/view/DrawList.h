@@ -21,6 +21,8 @@ struct DrawBatch {
     float pointSize = 1.0F;
     float lineWidth = 1.0F;
     bool lit = false;
+    /// Lit so mildly that the colour, which stands for something, is read from any side, on the back too.
+    bool readable = false;
     bool hasNormals = false;
     /// Front faces as lines and back faces filled, whatever the scene's own mode.
     bool outlineFront = false;
@@ -64,11 +66,23 @@ struct DrawList {
     void clear();
 };
 
+/// A text on a plate stands so far to the right of its place and above or below it, and the plate so far beyond the
+/// text, in pixels.
+struct TextPlate {
+    enum class Side { None, Above, Below };
+
+    static constexpr double right = 10.0;
+    static constexpr double off = 6.0;
+    static constexpr double border = 3.0;
+    static constexpr Colour colour{0.0F, 0.0F, 0.0F, 1.0F};
+};
+
 /// A text at a model position.
 struct DrawText {
     std::string text;
     zVec<double> position;
     Colour colour{};
+    TextPlate::Side plate = TextPlate::Side::None; ///< it stands there on one
 };
 
 /// What is drawn beside the list in one frame, in model coordinates.

@@ -124,7 +124,7 @@ void VelmoraView::drawWithOverlay() {
     frame.modelView = modelViewMatrix;
     frame.projection = projectionMatrix;
     frame.viewport = viewport;
-    frame.pixelScale = surface().pixelScale();
+    frame.pixelScale = pixelScale();
     surface().drawScene(frame);
 }
 

@@ -67,6 +67,11 @@ public:
     bool edgesShown = false;      ///< over a surface the edges of its cells
     bool backFacesFilled = false; ///< of a surface the back faces are filled too, darker
 
+    /// Of a picture that is drawn now, in place of the window's: see pixelScale().
+    std::optional<double> pictureScale;
+    /// What has its size in pixels grows by it.
+    double pixelScale() const { return pictureScale.value_or(surface().pixelScale()); }
+
     /// The picture of the model, as of the last redraw, and what was drawn beside it in the last frame.
     const DrawList& list();
     const Overlay& overlay() const { return overlay_; }

@@ -30,6 +30,15 @@ Pick pickOf(const Act& act, Pick::Target target) {
     return pick;
 }
 
+/// The button went down on it while it was let through, and comes up again.
+bool isUnder(const CaptureState& held, const Act& act) {
+    const bool same = act.kind == Act::Kind::Section ? held.capturedSection == act.section
+                      : act.kind == Act::Kind::Line  ? held.capturedLine == act.point
+                                                     : held.pointPicked && held.capturedPoint == act.point &&
+                                                          (act.section < 0 || held.capturedPointSection == act.section);
+    return same && held.capturedPatch == act.patch;
+}
+
 /// The node of the grid that is nearest to `place`; none without a grid.
 std::optional<zVec<double>> nearestNode(const PatchList& grid, const zVec<double>& place) {
     std::optional<zVec<double>> nearest;
@@ -59,6 +68,8 @@ VelmoraView::ActResult VelmoraView::perform(const Act& act) {
         return capturePoint(act);
     case Act::Kind::Section:
     case Act::Kind::Line:
+    case Act::Kind::UnderSection:
+    case Act::Kind::UnderLine:
         return captureCurve(act);
     case Act::Kind::WholePatch:
         return capturePatch(act);
@@ -83,7 +94,7 @@ VelmoraView::ActResult VelmoraView::capturePoint(const Act& act) {
     if (!position) {
         return ActResult::NotThere;
     }
-    if (!letsThrough(captureFilter(doc_, false), act)) {
+    if (!isUnder(*doc_.capture, act) && !letsThrough(captureFilter(doc_, false), act)) {
         return ActResult::NotLetThrough;
     }
     Pick pick = pickOf(act, zones ? Pick::Target::Node : Pick::Target::Point);
@@ -97,24 +108,29 @@ VelmoraView::ActResult VelmoraView::capturePoint(const Act& act) {
 }
 
 VelmoraView::ActResult VelmoraView::captureCurve(const Act& act) {
-    const bool section = act.kind == Act::Kind::Section;
+    const bool section = act.kind == Act::Kind::Section || act.kind == Act::Kind::UnderSection;
+    const bool staysDown = act.kind == Act::Kind::UnderSection || act.kind == Act::Kind::UnderLine;
+    const bool found = act.kind != Act::Kind::UnderSection || act.section >= 0;
     if (section ? !doc_.capture->sectionCaptureArmed : !doc_.capture->lineCaptureArmed) {
         return ActResult::NotArmed;
     }
-    const PointList* points = doc_.sectionAt(act.patch, section ? act.section : 0);
+    const PointList* points = doc_.sectionAt(act.patch, section && found ? act.section : 0);
     const bool isThere =
         points != nullptr && (section ? !points->empty() : act.point >= 0 && act.point < countOf(*points));
     if (!isThere) {
         return ActResult::NotThere;
     }
-    if (!letsThrough(captureFilter(doc_, true), act)) {
+    if (found && !isUnder(*doc_.capture, act) && !letsThrough(captureFilter(doc_, true), act)) {
         return ActResult::NotLetThrough;
     }
     Pick pick = pickOf(act, section ? Pick::Target::Section : Pick::Target::Line);
     pick.points = section ? countOf(*points) : countOf(doc_.patches[static_cast<std::size_t>(act.patch)]);
+    pick.found = found;
     takeCurve(pick);
     repaint();
-    doc_.takeAtRelease();
+    if (!staysDown) {
+        doc_.takeAtRelease();
+    }
     return ActResult::Done;
 }
 

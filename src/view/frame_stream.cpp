@@ -65,6 +65,7 @@ public:
             put(text.text);
             put(text.position);
             put(text.colour);
+            put(text.plate);
         }
     }
 
@@ -118,6 +119,7 @@ public:
             get(text.text);
             get(text.position);
             get(text.colour);
+            get(text.plate);
         }
     }
 
@@ -148,6 +150,7 @@ SceneFrame ReceivedFrame::scene() const {
     frame.modelView = modelView;
     frame.projection = projection;
     frame.viewport = viewport;
+    frame.pixelScale = pixelScale;
     return frame;
 }
 
@@ -164,6 +167,7 @@ bool writeFrame(const SceneFrame& frame, const PictureSettings& settings, const 
     writer.put(frame.modelView);
     writer.put(frame.projection);
     writer.put(frame.viewport);
+    writer.put(frame.pixelScale);
     return writer.isWhole();
 }
 
@@ -184,6 +188,7 @@ bool readFrame(const FillBytes& fill, ReceivedFrame& frame) {
     reader.get(frame.modelView);
     reader.get(frame.projection);
     reader.get(frame.viewport);
+    reader.get(frame.pixelScale);
     return reader.isWhole();
 }
 

@@ -26,6 +26,7 @@ struct ReceivedFrame {
     Matrix4 modelView{};
     Matrix4 projection{};
     Viewport viewport;
+    double pixelScale = 1.0;
 
     /// The frame over it, which must outlive that.
     SceneFrame scene() const;

@@ -18,8 +18,9 @@ constexpr std::size_t mostPlaces = 3;
 constexpr Colour yellow{1.0F, 1.0F, 0.0F, 1.0F};
 constexpr Colour black{0.0F, 0.0F, 0.0F, 1.0F};
 constexpr float lineWidth = 2.0F;
-/// Window depth of what is measured: a line through a body shows over it.
+/// Window depth of what is measured: a line through a body shows over it, and its labels over the line.
 constexpr double frontDepth = 0.01;
+constexpr double labelDepth = 0.005;
 
 MeasuredPlace placeOf(const DocumentState& doc, const Pick& pick) {
     std::optional<MeasuredPlace> place;
@@ -35,12 +36,12 @@ Measurement measured(const DocumentState& doc, const std::vector<MeasuredPlace>&
 }
 
 /// Where the place is seen, in front of the scene.
-std::vector<zVec<double>> inFront(const VelmoraView& view, const std::vector<zVec<double>>& places) {
+std::vector<zVec<double>> inFront(const VelmoraView& view, const std::vector<zVec<double>>& places, double depth) {
     std::vector<zVec<double>> seen;
     for (const zVec<double>& place : places) {
         auto window = projectPoint(place, view.modelViewMatrix, view.projectionMatrix, view.viewport);
         if (window) {
-            window->z = frontDepth;
+            window->z = depth;
             window = unprojectPoint(*window, view.modelViewMatrix, view.projectionMatrix, view.viewport);
         }
         if (window) {
@@ -84,7 +85,7 @@ void VelmoraView::measureFrom(PixelPoint position) {
     measured_.push_back(placeOf(doc_, pick));
     measuredRevision_ = doc_.geometryRevision();
     doc_.ShowStatus(measured_.size() == 1 ? candidateText(doc_, pick) + ": click the second place"
-                                          : measuredText(measured(doc_, measured_)));
+                                          : measuredText(measured(doc_, measured_), doc_.modelRadius));
     repaint();
 }
 
@@ -97,7 +98,7 @@ void VelmoraView::drawMeasured(DrawList& list) const {
     std::vector<zVec<double>> places;
     std::transform(measured_.begin(), measured_.end(), std::back_inserter(places),
                    [](const MeasuredPlace& place) { return place.point; });
-    places = inFront(*this, places);
+    places = inFront(*this, places, frontDepth);
     if (places.size() > 1) {
         list.begin(Primitive::LineStrip, yellow).lineWidth = lineWidth;
         list.addVertices(places);
@@ -112,14 +113,16 @@ void VelmoraView::labelMeasured() {
         return;
     }
     const Measurement numbers = measured(doc_, measured_);
-    const auto label = [this](const std::string& text, const zVec<double>& place) {
-        for (const zVec<double>& at : inFront(*this, {place})) {
-            overlay_.texts.push_back({text, at, yellow});
+    const auto label = [this](const std::string& text, const zVec<double>& place, TextPlate::Side side) {
+        for (const zVec<double>& at : inFront(*this, {place}, labelDepth)) {
+            overlay_.texts.push_back({text, at, yellow, side});
         }
     };
-    label(shortNumber(numbers.distance), (measured_[0].point + measured_[1].point) * 0.5);
+    // Apart even where all that is measured stands in one place.
+    label(lengthText(numbers.distance, doc_.modelRadius), (measured_[0].point + measured_[1].point) * 0.5,
+          TextPlate::Side::Above);
     if (numbers.angle) {
-        label(shortNumber(*numbers.angle) + " deg", measured_[1].point);
+        label(shortNumber(*numbers.angle) + " deg", measured_[1].point, TextPlate::Side::Below);
     }
 }
 

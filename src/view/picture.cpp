@@ -19,7 +19,7 @@ public:
     explicit KeptCamera(VelmoraView& view)
         : view_(view), viewport_(view.viewport), aspectRatio_(view.aspectRatio), centreX_(view.viewCentreX),
           centreY_(view.viewCentreY), modelView_(view.modelViewMatrix), projection_(view.projectionMatrix),
-          spins_(view.spinActive) {
+          spins_(view.spinActive), scale_(view.pictureScale) {
         view.spinActive = false;
     }
     KeptCamera(const KeptCamera&) = delete;
@@ -32,6 +32,7 @@ public:
         view_.modelViewMatrix = modelView_;
         view_.projectionMatrix = projection_;
         view_.spinActive = spins_;
+        view_.pictureScale = scale_;
     }
 
 private:
@@ -43,6 +44,7 @@ private:
     Matrix4 modelView_;
     Matrix4 projection_;
     bool spins_;
+    std::optional<double> scale_;
 };
 
 /// A place before the division by w, in which the visible space is a box.
@@ -113,10 +115,12 @@ std::string colourText(const Colour& colour) {
     return text;
 }
 
+constexpr double textHeight = 12.0;
+
 class SvgWriter {
 public:
     SvgWriter(const SceneFrame& frame, const PictureSettings& settings)
-        : settings_(settings), toClip_(frame.projection * frame.modelView) {
+        : settings_(settings), toClip_(frame.projection * frame.modelView), scale_(frame.pixelScale) {
         const std::string size =
             "width=\"" + std::to_string(settings.width) + "\" height=\"" + std::to_string(settings.height) + "\"";
         text_ = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" " + size + ">\n";
@@ -142,8 +146,19 @@ public:
         for (const char letter : text.text) {
             words += letter == '<' ? "&lt;" : letter == '&' ? "&amp;" : std::string(1, letter);
         }
-        text_ += "<text x=\"" + pixels(xOf(at)) + "\" y=\"" + pixels(yOf(at)) + "\" fill=\"" + colour(text.colour) +
-                 "\" font-size=\"12\">" + words + "</text>\n";
+        const bool onPlate = text.plate != TextPlate::Side::None;
+        const double down = text.plate == TextPlate::Side::Below ? TextPlate::off + textHeight : -TextPlate::off;
+        const double x = xOf(at) + (onPlate ? TextPlate::right * scale_ : 0.0);
+        const double y = yOf(at) + (onPlate ? down * scale_ : 0.0);
+        const std::string place = "<text x=\"" + pixels(x) + "\" y=\"" + pixels(y) + "\" fill=\"";
+        const std::string end = " font-size=\"" + pixels(textHeight * scale_) + "\">" + words + "</text>\n";
+        if (onPlate) {
+            // How wide the text will be is the reader's to know: in place of a plate its letters are drawn thick.
+            const std::string under = colourText(TextPlate::colour);
+            text_ += place + under + "\" stroke=\"" + under + "\" stroke-width=\"" +
+                     pixels(2.0 * TextPlate::border * scale_) + "\" stroke-linejoin=\"round\"" + end;
+        }
+        text_ += place + colour(text.colour) + "\"" + end;
     }
 
     std::string finish() { return text_ + "</svg>\n"; }
@@ -165,7 +180,7 @@ private:
         switch (batch.primitive) {
         case Primitive::Points:
             for (std::size_t i = 0; i < batch.vertexCount; ++i) {
-                addPoint(at(i), batch.framing ? batch.pointSize - batch.lineWidth : batch.pointSize);
+                addPoint(at(i), scale_ * (batch.framing ? batch.pointSize - batch.lineWidth : batch.pointSize));
             }
             break;
         case Primitive::LineStrip:
@@ -199,7 +214,7 @@ private:
             const bool filled = batch.primitive == Primitive::Points && !batch.framing;
             text_ += "<path d=\"" + path_ + "\" " + (filled ? "fill" : "fill=\"none\" stroke") + "=\"" +
                      colour(batch.colour) +
-                     (filled ? "\"/>\n" : "\" stroke-width=\"" + pixels(batch.lineWidth) + "\"/>\n");
+                     (filled ? "\"/>\n" : "\" stroke-width=\"" + pixels(scale_ * batch.lineWidth) + "\"/>\n");
         }
     }
 
@@ -223,6 +238,7 @@ private:
 
     const PictureSettings& settings_;
     Matrix4 toClip_;
+    double scale_;
     std::string text_;
     std::string path_;
 };
@@ -236,11 +252,17 @@ Overlay withoutTriad(const Overlay& overlay, std::size_t batchesBefore) {
 
 } // namespace
 
+double pixelScaleOf(const PictureSettings& settings) {
+    constexpr double sideOfOne = 900.0;
+    return std::max(1.0, std::round(std::min(settings.width, settings.height) / sideOfOne));
+}
+
 void withPicture(VelmoraView& view, const DocumentState& document, const PictureSettings& settings,
                  const std::function<void(const SceneFrame&)>& draw) {
     view.pointAt(std::nullopt);
     {
         const KeptCamera camera(view);
+        view.pictureScale = pixelScaleOf(settings);
         view.OnSize(settings.width, settings.height);
         view.RenderScene();
         const Overlay overlay =
@@ -256,6 +278,7 @@ void withPicture(VelmoraView& view, const DocumentState& document, const Picture
         frame.modelView = view.modelViewMatrix;
         frame.projection = view.projectionMatrix;
         frame.viewport = view.viewport;
+        frame.pixelScale = view.pixelScale();
         draw(frame);
     }
     view.RenderScene(); // what stands beside the model has its size in pixels

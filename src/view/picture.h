@@ -21,6 +21,11 @@ struct PictureSettings {
     bool triad = true;
 };
 
+/// How many times as large as in a window the axes, texts, points and lines of a picture are: as often as 900 pixels go
+/// into its shorter side, rounded, and once at least. So a large picture is read in print, and whole numbers keep lines
+/// sharp. It knows no window: a script draws the same.
+double pixelScaleOf(const PictureSettings& settings);
+
 /// Hands `draw` what the view would show in a window of that size; afterwards the view is as it was. Nothing to draw of
 /// an empty model: the lists are empty then.
 void withPicture(VelmoraView& view, const DocumentState& document, const PictureSettings& settings,

@@ -37,7 +37,7 @@ void VelmoraView::addTriad(DrawList& list) {
     const auto tipX = [&m](std::size_t axis) { return axisLength * m[4 * axis]; };
     const auto tipY = [&m](std::size_t axis) { return axisLength * m[4 * axis + 1]; };
     // Places in pixels from the triad's origin.
-    const double scale = surface().pixelScale();
+    const double scale = pixelScale();
     const auto place = [this, &m, scale](double x, double y) {
         return unprojectPoint({scale * (originX + x), viewport.height + scale * (y - originBelowTop), triadDepth}, m,
                               projectionMatrix, viewport);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "DialogValues.h"
 #include "DocumentState.h"
@@ -17,11 +18,11 @@ namespace {
 
 /// From the lowest to the highest value. Their lightness rises evenly, and blue and yellow are what all eyes tell
 /// apart.
-constexpr std::array<Colour, 5> anchors{{{0.00F, 0.00F, 0.26F, 1.0F},
-                                         {0.00F, 0.12F, 0.38F, 1.0F},
-                                         {0.04F, 0.32F, 0.34F, 1.0F},
-                                         {0.38F, 0.50F, 0.18F, 1.0F},
-                                         {0.76F, 0.68F, 0.06F, 1.0F}}};
+constexpr std::array<Colour, 5> anchors{{{0.24F, 0.24F, 0.50F, 1.0F},
+                                         {0.24F, 0.36F, 0.62F, 1.0F},
+                                         {0.28F, 0.56F, 0.58F, 1.0F},
+                                         {0.62F, 0.74F, 0.42F, 1.0F},
+                                         {1.00F, 0.92F, 0.30F, 1.0F}}};
 
 std::optional<PointValues> comparedValues(const DocumentState& document) {
     if (document.comparison() == nullptr) {
@@ -72,6 +73,9 @@ std::optional<PointValues> fieldValues(const DocumentState& document, std::int32
     return shown;
 }
 
+/// Differences of these values that files of few digits, and rounding, make of grids that have none. Warp counts in
+/// degrees, the others from 0 or 1 on.
+constexpr std::array<double, std::size(gridValueKinds)> leastDifferences = {1e-5, 1e-5, 1e-3, 1e-5};
 constexpr std::array<const char*, std::size(gridValueKinds)> gridValueNames = {"Aspect", "Skew", "Warp, degrees",
                                                                                "Growth"};
 
@@ -80,7 +84,7 @@ std::optional<PointValues> reportValues(const DocumentState& document, std::int3
         return std::nullopt;
     }
     const auto kind = static_cast<std::size_t>(index);
-    PointValues shown{gridValueNames.at(kind), {}, isOfCells(gridValueKinds[kind])};
+    PointValues shown{gridValueNames.at(kind), {}, isOfCells(gridValueKinds[kind]), leastDifferences.at(kind)};
     const ModelFaces model = modelFaces(document.patches, {});
     for (std::size_t k = 0; k < document.patches.size(); ++k) {
         shown.parts.push_back(gridValues(gridValueKinds[kind], document.patches[k], k, model));
@@ -94,17 +98,34 @@ struct Corner {
     double value = 0.0;
 };
 
-Corner between(const Corner& a, const Corner& b, double value) {
-    const double t = (value - a.value) / (b.value - a.value);
-    return {a.at + (b.at - a.at) * t, unitOf(a.normal * (1.0 - t) + b.normal * t), value};
+/// A corner of what is left of a triangle, and the ends of the side of the triangle that it lies on: one and the same
+/// for a corner of the triangle itself.
+struct CutCorner : Corner {
+    const Corner* from = nullptr;
+    const Corner* to = nullptr;
+};
+
+/// Where the value stands on the side of the triangle on which both lie. It is found from the ends of that side, the
+/// lower one first, whatever was cut off before: so bands and triangles that meet there have one point, and the picture
+/// has no cracks.
+CutCorner between(const CutCorner& a, const CutCorner& b, double value) {
+    const CutCorner& cut = a.from != a.to ? a : b;
+    const bool isWhole = cut.from == cut.to;
+    const Corner* low = isWhole ? a.from : cut.from;
+    const Corner* high = isWhole ? b.from : cut.to;
+    if (low->value > high->value) {
+        std::swap(low, high);
+    }
+    const double t = (value - low->value) / (high->value - low->value);
+    return {{low->at + (high->at - low->at) * t, unitOf(low->normal * (1.0 - t) + high->normal * t), value}, low, high};
 }
 
 /// What of the polygon lies on one side of a value.
-std::vector<Corner> cut(const std::vector<Corner>& polygon, double value, bool above) {
-    std::vector<Corner> kept;
+std::vector<CutCorner> cut(const std::vector<CutCorner>& polygon, double value, bool above) {
+    std::vector<CutCorner> kept;
     for (std::size_t i = 0; i < polygon.size(); ++i) {
-        const Corner& corner = polygon[i];
-        const Corner& next = polygon[(i + 1) % polygon.size()];
+        const CutCorner& corner = polygon[i];
+        const CutCorner& next = polygon[(i + 1) % polygon.size()];
         if (above ? corner.value >= value : corner.value <= value) {
             kept.push_back(corner);
         }
@@ -133,7 +154,7 @@ public:
             --last; // it ends at the edge of that band
         }
         for (std::int32_t band = first; band <= last; ++band) {
-            std::vector<Corner> polygon = {a, b, c};
+            std::vector<CutCorner> polygon = {{a, &a, &a}, {b, &b, &b}, {c, &c, &c}};
             if (band > first) {
                 polygon = cut(polygon, scale_.edge(band), true);
             }
@@ -149,15 +170,17 @@ public:
 
     void moveInto(DrawList& list, const Colour& colourWithout) {
         for (std::int32_t band = 0; band < scale_.bandCount(); ++band) {
-            addBatch(list, bands_[static_cast<std::size_t>(band)], scale_.colourOf(band));
+            addBatch(list, bands_[static_cast<std::size_t>(band)], scale_.colourOf(band), true);
         }
-        addBatch(list, without_, colourWithout);
+        addBatch(list, without_, colourWithout, false);
     }
 
 private:
-    static void addBatch(DrawList& list, std::vector<Corner>& corners, const Colour& colour) {
+    static void addBatch(DrawList& list, std::vector<Corner>& corners, const Colour& colour, bool readable) {
         if (!corners.empty()) {
-            list.begin(Primitive::Triangles, colour).lit = true;
+            DrawBatch& batch = list.begin(Primitive::Triangles, colour);
+            batch.lit = true;
+            batch.readable = readable;
             for (const Corner& corner : corners) {
                 list.vertex(corner.at, corner.normal);
             }
@@ -335,7 +358,11 @@ ValueScale scaleOf(const PointValues& values, std::int32_t bands) {
         }
     }
     const auto [least, most] = range.value_or(std::pair(0.0, 1.0));
-    return {least, most, least < most ? bands : 1};
+    if (least < most && !(most - least < values.least)) {
+        return {least, most, bands};
+    }
+    const double one = values.least > 0.0 ? std::round(least / values.least) * values.least : least;
+    return {one, one, 1};
 }
 
 std::vector<LegendRow> legendOf(const ValueScale& scale) {
@@ -350,9 +377,24 @@ std::vector<LegendRow> legendOf(const ValueScale& scale) {
     return rows;
 }
 
+namespace {
+
+/// A legend of what nothing shows would say what is not so.
+bool hasAny(const PointValues& values) {
+    return std::any_of(values.parts.begin(), values.parts.end(), [](const std::vector<double>& part) {
+        return std::any_of(part.begin(), part.end(), [](double value) { return std::isfinite(value); });
+    });
+}
+
+bool hasFaces(const DocumentState& document) {
+    return document.structureKind == StructureKind::Unstructured || hasCell(document.patches);
+}
+
+} // namespace
+
 std::optional<ColouredValues> colouredValues(const DocumentState& document) {
-    auto values = valuesToShow(document);
-    if (!values) {
+    auto values = hasFaces(document) ? valuesToShow(document) : std::nullopt;
+    if (!values || !hasAny(*values)) {
         return std::nullopt;
     }
     const CColours& chosen = document.dialogs->colours;

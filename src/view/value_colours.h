@@ -17,6 +17,7 @@ struct PointValues {
     std::string name;
     std::vector<std::vector<double>> parts;
     bool ofCells = false; ///< of patches instead one for each cell, which has it all over
+    double least = 0.0;   ///< a difference below this is none
 };
 
 /// What the document's surface is to be coloured by; none when nothing is, or when there are no such values.
@@ -40,7 +41,7 @@ private:
     std::vector<double> edges_;
 };
 
-/// The scale over all finite values. One value alone has one band.
+/// The scale over all finite values. Values without a difference have one band.
 ValueScale scaleOf(const PointValues& values, std::int32_t bands);
 
 /// A row of a legend.
@@ -60,8 +61,8 @@ struct ColouredValues {
 std::optional<ColouredValues> colouredValues(const DocumentState& document);
 
 /// Parts the lit surface of list 2 or 4, built of `document`, along the edges of the bands, in which values go linearly
-/// over each triangle, and gives each band its colour: a batch for each part and band. Parts without values stay as
-/// they are, and triangles with a value that is no number keep the part's colour.
+/// over each triangle, and gives each band its colour, readable: a batch for each part and band. Parts without values
+/// stay as they are, and triangles with a value that is no number keep the part's colour.
 void colourByValue(DrawList& list, const DocumentState& document, const ColouredValues& shown);
 
 } // namespace velmora

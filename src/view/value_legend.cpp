@@ -16,18 +16,10 @@ constexpr double legendDepth = 0.01;
 
 constexpr Colour white{1.0F, 1.0F, 1.0F, 1.0F};
 
-/// What the light of a surface adds to each colour, wherever the face looks.
-constexpr float ambientLight = 0.24F;
-
-/// As a face shows the colour that looks at the eye.
-Colour lit(const Colour& colour) {
-    return {colour[0] + ambientLight, colour[1] + ambientLight, colour[2] + ambientLight, colour[3]};
-}
-
 } // namespace
 
 void VelmoraView::addLegend() {
-    const double scale = surface().pixelScale();
+    const double scale = pixelScale();
     const auto place = [this, scale](double x, double belowTop) {
         return unprojectPoint({scale * x, viewport.height - scale * belowTop, legendDepth}, modelViewMatrix,
                               projectionMatrix, viewport);
@@ -42,7 +34,7 @@ void VelmoraView::addLegend() {
     for (const LegendRow& row : legendOf(coloured_->scale)) {
         belowTop += rowHeight;
         if (const auto at = place(swatchX, belowTop)) {
-            overlay_.list.point(*at, swatchSize, lit(row.colour));
+            overlay_.list.point(*at, swatchSize, row.colour);
         }
         addText(textX, belowTop, row.text);
     }

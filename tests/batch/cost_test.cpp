@@ -143,7 +143,7 @@ TEST_F(CostTest, GridTakesHardlyMoreMemoryThanTheReaderAsksFor) {
     });
     const Cost opening = costOf([&] { open(grid); });
     EXPECT_GE(reading.asked, bytesOfGrid);
-    EXPECT_LE(opening.asked, reading.asked + bytesOfGrid / 10);
+    EXPECT_LE(opening.asked, reading.asked + bytesOfGrid / 8);
 }
 
 TEST_F(CostTest, GridNeverTakesMuchMoreThanTheModelAndABlockOfTheFile) {

@@ -133,12 +133,30 @@ TEST_F(JournalOfMisses, TheNumbersThatAClickBesideLeavesStandBeforeWhatComesNext
     const Json missed = printed("state");
     ASSERT_EQ(missed.at("pointCaptured"), false);
     ASSERT_GE(missed.at("capturedPoint").get<int>(), 0);
-    EXPECT_EQ(journal().size(), 2U) << "nothing came behind it yet";
+    EXPECT_EQ(session.session().journal().lines().size(), 2U) << "nothing came behind it yet";
+    const std::string beside = "capture beside " + std::to_string(missed.at("capturedPatch").get<int>() + 1) + ' ' +
+                               std::to_string(missed.at("capturedPointSection").get<int>() + 1) + ' ' +
+                               std::to_string(missed.at("capturedPoint").get<int>() + 1);
+    ASSERT_EQ(journal().size(), 3U) << "as a script it ends with them";
+    EXPECT_EQ(journal()[2], beside);
     must("run line.inputSection section=2");
     ASSERT_EQ(journal().size(), 4U);
-    EXPECT_EQ(journal()[2], "capture beside " + std::to_string(missed.at("capturedPatch").get<int>() + 1) + ' ' +
-                                std::to_string(missed.at("capturedPointSection").get<int>() + 1) + ' ' +
-                                std::to_string(missed.at("capturedPoint").get<int>() + 1));
+    EXPECT_EQ(journal()[2], beside);
+}
+
+TEST_F(JournalOfMisses, AMissAsTheLastActIsOfTheScript) {
+    for (const char* regime : {"point.capture", "line.captureSection", "line.captureLine"}) {
+        must(std::string("run ") + regime);
+        must("mouse down 3 3");
+        must("mouse up 3 3");
+        EXPECT_EQ(again(journal(), "state"), printed("state")) << regime;
+    }
+    must("run point.capture");
+    must("mouse down 3 3");
+    Json down = printed("state");
+    EXPECT_TRUE(down.at("leftButtonDown").get<bool>());
+    down["leftButtonDown"] = false; // which no line can tell
+    EXPECT_EQ(again(journal(), "state"), down);
 }
 
 TEST_F(JournalOfMisses, AClickThatCapturesTakesTheirPlace) {
@@ -196,6 +214,62 @@ TEST_F(JournalOfMisses, WhatIsDoneWhileTheButtonIsDownOnAPointFindsItThere) {
     EXPECT_EQ(journal().back(), "capture point 1 3 4");
 }
 
+TEST_F(JournalOfMisses, WhatIsDoneWhileTheButtonIsDownOnACurveFindsItThere) {
+    const std::string opened = "open " + (folder / "plate.apt").string();
+    const auto press = [&](const char* x, const char* y) {
+        const Json at = printed(std::string("window ") + x + ' ' + y + " 0");
+        const std::string place =
+            std::to_string(std::lround(at[0].get<double>())) + ' ' + std::to_string(std::lround(at[1].get<double>()));
+        must("mouse down " + place);
+        return place;
+    };
+    must("run point.capture");
+    must("capture beside 1 3 4");
+    must("run line.captureLine");
+    std::string place = press("2", "1.5"); // on the line of x = 2; it forgets the section of the point
+    must("run point.free");
+    EXPECT_EQ(journal(),
+              (std::vector<std::string>{opened, "run point.capture", "capture beside 1 3 4", "run line.captureLine",
+                                        "capture under line 1 3", "run point.free"}));
+    must("mouse up " + place);
+    EXPECT_EQ(again(journal(), "state"), printed("state"));
+    must("open " + file("plate.apt"));
+    must("run line.captureSection");
+    place = press("2", "1"); // on the section of y = 1
+    must("run view.surface");
+    EXPECT_EQ(journal()[journal().size() - 2], "capture under section 1 2");
+    must("mouse up " + place);
+    EXPECT_EQ(journal().back(), "capture section 1 2") << "the button still takes what it went down for";
+    EXPECT_EQ(again(journal(), "state"), printed("state"));
+}
+
+TEST_F(JournalOfMisses, WhatTheButtonWentDownOnIsTakenThoughItIsLetThroughNoMore) {
+    must("open " + file("two.apt"));
+    must("run patch.inputAndAdd number=2");
+    must("run line.captureSection");
+    must("capture under section 2 3");
+    must("run block.invert"); // patch 1 is in the zBlock now, alone
+    EXPECT_THAT(errorOf("capture section 2 1"), testing::HasSubstr("is outside of what is captured"));
+    must("capture section 2 3");
+    EXPECT_EQ(printed("state").at("sectionCaptured"), true);
+    EXPECT_EQ(again(journal(), "state"), printed("state"));
+}
+
+TEST_F(JournalOfMisses, WhereTheButtonMovesOffACurveNoneIsThere) {
+    must("run line.captureSection");
+    must("capture under section 1 2");
+    must("run model.move deltaZ=1");
+    EXPECT_EQ(printed("state").at("capturedSection"), 1);
+    EXPECT_EQ(printed("state").at("sectionCaptured"), false);
+    must("capture under section 1 0");
+    must("run model.move deltaZ=1");
+    EXPECT_EQ(printed("state").at("capturedSection"), -1);
+    EXPECT_EQ(journal()[journal().size() - 2], "capture under section 1 0");
+    EXPECT_THAT(errorOf("capture under section 1 5"), testing::StartsWith("the model has nothing of the number"));
+    EXPECT_THAT(errorOf("capture under line 1 1"), testing::StartsWith("nothing waits for"));
+    EXPECT_EQ(run("capture under line 1 0"), Next::Fail) << "a line is held on to";
+}
+
 TEST_F(JournalOfMisses, WhileTheNextPointIsWaitedForTheOneBeforeIsRenumbered) {
     must("run line.inputSection section=2");
     must("run point.capture");
@@ -225,6 +299,16 @@ TEST_F(JournalOfMisses, AButtonThatWentDownInAnotherRegimeTakesNothing) {
     must("mouse down 400 300");
     must("mouse up 400 300");
     EXPECT_EQ(journal().back(), "capture patch 1");
+}
+
+TEST_F(JournalOfMisses, AButtonThatWentDownToMeasureCapturesNothing) {
+    must("run patch.capture");
+    must("run view.measure");
+    must("mouse down 650 41");
+    must("run view.measure"); // the regime has its button back
+    must("mouse up 650 41");
+    EXPECT_EQ(printed("state").at("patchCaptureArmed"), true) << "the click is still waited for";
+    EXPECT_EQ(printed("state").at("patchCaptured"), false);
 }
 
 TEST_F(JournalOfMisses, AValueThatALeftOutLineLeftIsSet) {

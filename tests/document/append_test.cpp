@@ -164,4 +164,14 @@ TEST_F(Append, ToNothingDoesNothing) {
     EXPECT_TRUE(ui.requests.empty());
 }
 
+TEST_F(Append, OfTrianglesTellsThatTheGridBecameTriangles) {
+    const std::string facet = "solid a\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\n"
+                              "endloop\nendfacet\nendsolid a\n";
+    append("s.stl", facet);
+    ASSERT_EQ(doc.structureKind, StructureKind::Unstructured);
+    EXPECT_THAT(doc.status, testing::StartsWith("The grid became triangles"));
+    append("s.stl", facet);
+    EXPECT_THAT(doc.status, testing::Not(testing::HasSubstr("became")));
+}
+
 } // namespace velmora::test

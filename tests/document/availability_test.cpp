@@ -170,6 +170,7 @@ void apply(const State& s, DocumentState& d) {
     d.pointClipboardFull = s.pointClipboard != 0;
     d.blockClipboardFull = s.blockClipboard != 0;
     d.pointUndoReady = s.pointUndo != 0;
+    d.pointUndoPatches = s.pointUndo != 0 ? KeptPatches::of({Patch()}) : KeptPatches(); // what is ready is there
     d.patchUndoReady = s.patchUndo != 0;
     d.sftOpen = s.sftOpen != 0;
     d.markersOpen = s.markersOpen != 0;

@@ -888,7 +888,7 @@ TEST_F(CommandRig, UndoOfAnotherCommandLeavesTheCaptureItsNumber) {
 }
 
 TEST_F(CommandRig, UndoBehindALastFirstSwitchLeavesThePointCapturedThatWas) {
-    // The switch has no snapshot: Undo of the command before it, which moved nothing, brings the old order back.
+    // The move changed nothing: what Undo brings back is the order.
     hold({flatPatch(3, 4)});
     runAll(point(1, 1, 2));
     run({.id = "model.move"});

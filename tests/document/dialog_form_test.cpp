@@ -1,6 +1,7 @@
 #include "DialogForm.h"
 
 #include <cmath>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -155,6 +156,27 @@ TEST_F(Sample, RefreshRunsOnOpeningAndAfterEachValueTaken) {
     set("tick", "1");
     set("way", "2");
     EXPECT_EQ(refreshed, (std::vector<std::string>{"", "count", "tick", "way"}));
+}
+
+TEST_F(Sample, WhatIsTriedIsSeenWhileItIsTriedAlone) {
+    std::vector<std::string> seen;
+    form.tried = [&](bool good) { seen.push_back((good ? "good " : "bad ") + std::to_string(count)); };
+    tryField(form, "count", "30");
+    tryField(form, "count", "1"); // below its range
+    tryField(form, "count", "3x");
+    tryField(form, "count", "");
+    EXPECT_EQ(seen, (std::vector<std::string>{"good 30", "bad 20", "bad 20", "bad 20"}));
+    EXPECT_EQ(count, 20);
+    EXPECT_TRUE(refreshed.empty());
+    EXPECT_TRUE(form.changes.empty());
+    form.find("count")->on = false;
+    tryField(form, "count", "30");
+    tryField(form, "shown", "4");
+    tryField(form, "none", "4");
+    EXPECT_EQ(seen.size(), 4U) << "what cannot be set is not tried";
+    form.tried = [&](bool) { throw std::runtime_error("no memory"); };
+    EXPECT_THROW(tryField(form, "size", "3"), std::runtime_error);
+    EXPECT_EQ(size, 1.5);
 }
 
 TEST_F(Sample, ADialogWithoutRefreshTakesValuesToo) {

@@ -248,4 +248,28 @@ TEST_F(FieldValues, UndoOfOpenBringsThemBackWithTheirModel) {
     EXPECT_EQ(doc.fieldCount, 3);
 }
 
+TEST_F(FieldValues, CloseOfAModelWithUnsavedChangesCanBeTakenBack) {
+    holdField({flatPatch(2, 3)});
+    doc.modelFile.setTitle("wing.dat");
+    runWith("model.move", {{"deltaX", "1"}});
+    const PatchList moved = doc.patches;
+    const PatchList values = doc.fieldPatches;
+    run("file.closeField");
+    EXPECT_TRUE(doc.holdsNothing());
+    EXPECT_FALSE(doc.documentModified); // there is nothing that a save could write
+    run("patch.undo");
+    EXPECT_EQ(doc.patches, moved);
+    EXPECT_EQ(doc.fieldPatches, values);
+    EXPECT_TRUE(doc.fieldLoaded && doc.fieldMode && doc.documentModified);
+    EXPECT_EQ(doc.modelFile.documentTitle, "wing.dat");
+}
+
+TEST_F(FieldValues, CloseOfAModelThatItsFileHoldsLeavesNoUndo) {
+    holdField({flatPatch(2, 3)});
+    runWith("model.move", {{"deltaX", "1"}});
+    doc.documentModified = false; // it was saved
+    run("file.closeField");
+    EXPECT_FALSE(doc.patchUndoReady);
+}
+
 } // namespace velmora::test

@@ -279,6 +279,24 @@ TEST_F(StateTest, SeveralFilesByPathJoinTheFirstIfTheyAreOfItsType) {
     EXPECT_FALSE(doc.documentModified);
 }
 
+TEST_F(StateTest, EachOfSeveralFilesThatGivesNothingIsTold) {
+    const std::string grid = "2 2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n";
+    const auto good = file("good.apt", grid);
+    const auto bad = file("bad.apt", "none");
+    openAll({good, bad});
+    EXPECT_EQ(doc.patches.size(), 1U);
+    EXPECT_EQ(doc.modelFile.documentTitle, "good.apt");
+    EXPECT_THAT(doc.status, testing::HasSubstr("bad.apt gave nothing"));
+}
+
+// The first file decides whether there is a model.
+TEST_F(StateTest, WhatStandsBehindAFirstFileThatGivesNothingIsNotOpenedAndTold) {
+    const auto missing = folder / "missing.apt";
+    openAll({missing, file("good.apt", "2 2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n")});
+    EXPECT_TRUE(doc.holdsNothing());
+    EXPECT_EQ(doc.status, "good.apt was not opened: the first file gave no model");
+}
+
 TEST_F(StateTest, NoFileByPathChangesNothing) {
     hold({flatPatch(2, 2)});
     openAll({});

@@ -128,18 +128,22 @@ TEST_F(LineBuffer, PasteOnALineReplacesItsPointInEachSection) {
     EXPECT_THAT(heard(), ElementsAre(aptNotice));
 }
 
-TEST_F(LineBuffer, PasteOfAWrongLengthOnALineIsRefusedAfterTheSnapshot) {
+// What the command before did can still be taken back.
+TEST_F(LineBuffer, PasteOfAWrongLengthOnALineIsRefusedAndLeavesUndo) {
     hold({flatPatch(3, 4)});
     captureLine(0, 2);
     fill(row(4, 7));
+    const PatchList first = doc.patches;
+    runWith("model.move", {{"deltaX", "1"}});
     const PatchList before = doc.patches;
+    forget();
     call("line.paste");
     EXPECT_EQ(doc.patches, before);
     EXPECT_THAT(
         heard(),
         ElementsAre(aptNotice, "message: Paste is impossible. Number of points is not equal to number of sections"));
-    EXPECT_TRUE(doc.patchUndoReady);
-    EXPECT_EQ(doc.undoPatches.copy(), before);
+    EXPECT_TRUE(doc.patchUndoReady && doc.rebuildOnUndo);
+    EXPECT_EQ(doc.undoPatches.copy(), first);
 }
 
 TEST_F(LineBuffer, PasteOnALineThatNotEverySectionReachesIsRefused) {

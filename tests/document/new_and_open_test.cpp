@@ -393,7 +393,8 @@ TEST_F(OpenList, OfSklFilesReadsThemAll) {
 
 TEST_F(OpenList, StopsAtAFirstFileThatGivesNoModel) {
     EXPECT_THAT(openHeard({write("a.apm", ""), writeApt("b.apt", {flatPatch(2, 2)})}),
-                ElementsAre("message: This file's type is not supported by Sorvane", cancelled));
+                ElementsAre("message: This file's type is not supported by Sorvane", cancelled,
+                            "status: b.apt was not opened: the first file gave no model"));
     EXPECT_TRUE(doc.patches.empty());
 }
 

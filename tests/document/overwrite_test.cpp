@@ -547,6 +547,95 @@ TEST_F(OverwriteTest, TrianglesThatTheWriterLeavesOutAreAskedAbout) {
         << "the file that is there holds no more";
 }
 
+TEST_F(OverwriteTest, ExportOfTheBlockAloneTellsThatAnEmptyOneIsAll) {
+    const char* const told = "message: The zBlock is empty: the whole model is written";
+    openModel(Model::Grid);
+    ui.files = {{folder / "all.stl"}, {folder / "part.stl"}};
+    runWith("file.export", {{"onlyBlock", "1"}});
+    EXPECT_THAT(heard(), Contains(told));
+    addToBlock(0);
+    runWith("file.export", {{"onlyBlock", "1"}});
+    EXPECT_THAT(heard(), testing::Not(Contains(told)));
+}
+
+// Six digits of coordinates of a survey leave nothing of the shape: a warning alone would come too late.
+TEST_F(OverwriteTest, AFileWhosePointsWouldMoveCanBeKept) {
+    const std::string text = "solid a\nfacet normal 0 0 1\nouter loop\nvertex 1000000.25 0 0\nvertex 1000001.25 0 0\n"
+                             "vertex 1000000.25 1 0\nendloop\nendfacet\nendsolid a\n";
+    open(file("survey.stl", text));
+    doc.documentModified = true;
+    forget();
+    ui.callsOff = true;
+    run("file.save");
+    EXPECT_THAT(heard(), ElementsAre("message: With 6 digits points move by up to 1.25"));
+    EXPECT_EQ(fileText(folder / "survey.stl"), text);
+    EXPECT_TRUE(doc.documentModified);
+    ui.files.push_back({folder / "new.stl"}); // where nothing can be lost it is told alone
+    run("file.saveAs");
+    EXPECT_TRUE(fs::exists(folder / "new.stl"));
+    ui.callsOff = false;
+    ui.files.push_back({folder / "new.stl"});
+    run("file.saveAs");
+    EXPECT_FALSE(doc.documentModified);
+}
+
+TEST_F(OverwriteTest, AFailedWriteOfZonesIsToldByTheNameOfTheFile) {
+    openModel(Model::Zones);
+    fs::remove(folder / "body.dat");
+    fs::create_directory(folder / "body.dat");
+    run("file.save");
+    EXPECT_EQ(doc.status, "body.dat was not written");
+}
+
+TEST_F(OverwriteTest, NoPartOfTheKnifeIsWrittenWhereTheOtherCannotBe) {
+    openModel(Model::Zones);
+    file("body_1.dat", "of somebody else");
+    fs::create_directory(folder / "body_2.dat");
+    forget();
+    ui.answers = {true};
+    runWith("convert.knife", {{"planeKind", "1"}, {"section", "0.5"}, {"cutKind", "3"}});
+    EXPECT_THAT(heard(), Contains("message: It is impossible to save current file"));
+    EXPECT_EQ(doc.status, "body_2.dat was not written");
+    EXPECT_EQ(fileText(folder / "body_1.dat"), "of somebody else");
+}
+
+// What a program that is killed in the middle leaves behind is the files under their names, and no third one.
+TEST_F(OverwriteTest, TheKnifePutsNoSecondNameBesideTheFilesThatItReplaces) {
+    openModel(Model::Zones);
+    file("body_1.dat", "of somebody else");
+    file("body_2.dat", "of somebody else");
+    ui.answers = {true, true};
+    runWith("convert.knife", {{"planeKind", "1"}, {"section", "0.5"}, {"cutKind", "3"}});
+    EXPECT_NE(fileText(folder / "body_1.dat"), "of somebody else");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 3);
+}
+
+// ---- What a file tells of itself ------------------------------------------------------------------------------------
+
+TEST_F(OverwriteTest, AChangeThatPutsTheTimeBackIsAChange) {
+    const fs::path path = file("wing.apt", "2 2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n");
+    open(path);
+    const auto time = fs::last_write_time(path);
+    std::fstream(path, std::ios::in | std::ios::out).seekp(4) << "7";
+    fs::last_write_time(path, time);
+    doc.documentModified = true;
+    forget();
+    run("file.save");
+    EXPECT_THAT(heard(), ElementsAre(changed("wing.apt")));
+}
+
+TEST_F(OverwriteTest, OtherPermissionsOrASecondNameAreNoChange) {
+    const fs::path path = file("wing.apt", "2 2\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n");
+    open(path);
+    fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write);
+    forget();
+    run("file.save");
+    EXPECT_FALSE(asked(heard()));
+    fs::create_hard_link(path, folder / "other.apt");
+    run("file.save");
+    EXPECT_FALSE(asked(heard()));
+}
+
 TEST_F(OverwriteTest, TheBufferIsAskedAboutOverTheFileOfAModel) {
     openModel(Model::Lines);
     runWith("line.inputSection", {{"patch", "1"}, {"section", "1"}});

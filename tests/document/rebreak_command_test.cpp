@@ -591,7 +591,9 @@ TEST_P(RebreakAgainstThePlainForm, GivesTheSameModel) {
                                                   : reference::rebreakSectionsOf(patch, fields, curve));
         }
         ASSERT_EQ(doc.patches, expected) << "round " << round;
-        ASSERT_EQ(doc.undoPatches.copy(), before);
+        if (doc.patches != before) { // else the way back of the round before stays
+            ASSERT_EQ(doc.undoPatches.copy(), before);
+        }
         if (lines) {
             ASSERT_EQ(doc.capture->capturedLine, curve) << "round " << round;
         }

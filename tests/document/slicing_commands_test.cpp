@@ -632,8 +632,8 @@ TEST_F(ZoneKnife, FailedWriteOfThePartsLeavesTheModel) {
     doc.modelFile.chosenPath = folder / "absent" / "wing.stl";
     answer({{"section", "1"}, {"cutKind", "3"}});
     call("convert.knife");
-    EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok",
-                                     StartsWith("message: \n--- Error Message ---\n\nFile Error: ...")));
+    EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok", "message: It is impossible to save current file",
+                                     "status: wing_1.dat was not written"));
     EXPECT_EQ(elements(), 12);
     EXPECT_EQ(doc.feRegion.blocks[0]->title, "box");
     EXPECT_FALSE(doc.patchUndoReady);

@@ -27,7 +27,9 @@ void StateTest::call(const std::string& id) {
     const Command* command = findCommand(id);
     ASSERT_NE(command, nullptr) << id;
     ASSERT_TRUE(command->run) << id;
-    document_->runCommand(command->run);
+    ui.gaveUp = false;
+    ui.refused = false;
+    document_->runCommand(command->run, [this] { return ui.gaveUp; });
 }
 
 void StateTest::open(const std::filesystem::path& path) {

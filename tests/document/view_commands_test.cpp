@@ -132,9 +132,22 @@ TEST_F(ViewCommands, TheQualityOfCellsIsOfGridsAlone) {
     call("view.colourByValue");
     EXPECT_EQ(doc.status, "Triangles have no cells to show a value of");
     doc.structureKind = StructureKind::Structured;
+    doc.patches = {flatPatch(2, 2)};
     doc.status = "before";
     call("view.colourByValue");
     EXPECT_EQ(doc.status, "before");
+}
+
+TEST_F(ViewCommands, WithoutACellNothingIsColoured) {
+    doc.surfaceMode = true;
+    doc.structureKind = StructureKind::Structured;
+    doc.patches = {{{{0, 0, 0}}, {{1, 0, 0}}, {{2, 0, 0}}}};
+    ui.dialogs = {{{"quantity", "9"}}, {{"quantity", "6"}}};
+    call("view.colourByValue");
+    EXPECT_EQ(doc.status, "The model has no cell to colour") << "growth is of points, but they make no surface";
+    doc.patches = {{{{1, 1, 1}, {1, 1, 1}}, {{1, 1, 1}, {1, 1, 1}}}};
+    call("view.colourByValue");
+    EXPECT_EQ(doc.status, "No cell of the model has such a value") << "a cell in one point has no sides";
 }
 
 TEST_F(ViewCommands, ColourByValueAsksForBandsAndRangeWhereTheyCount) {

@@ -314,7 +314,8 @@ TEST_F(SaveZones, FailedWriteIsReported) {
     doc.modelFile.chosenPath = folder / "no" / "such" / "a.dat";
     forget();
     call("file.save");
-    EXPECT_THAT(heard(), ElementsAre(StartsWith("message: \n--- Error Message ---\n\nFile Error: ...")));
+    EXPECT_THAT(heard(), ElementsAre(StartsWith("message: \n--- Error Message ---\n\nFile Error: ..."),
+                                     "status: a.dat was not written"));
 }
 
 TEST_F(SaveZones, SaveAsOffersAndTakesTheZoneFormats) {

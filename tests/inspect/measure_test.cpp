@@ -102,10 +102,18 @@ TEST(Measure, IsTrueAtAnySize) {
 
 TEST(Measure, InWords) {
     Measurement found = measure({}, at(0, 0, 0), at(3, -4, 0), {});
-    EXPECT_EQ(measuredText(found), "Distance 5: X 3, Y -4, Z 0");
+    EXPECT_EQ(measuredText(found, 1.0), "Distance 5: X 3, Y -4, Z 0");
     found.along = 5.25;
     found.angle = 60.0;
-    EXPECT_EQ(measuredText(found), "Distance 5: X 3, Y -4, Z 0; along the curve 5.25; angle 60 degrees");
+    EXPECT_EQ(measuredText(found, 1.0), "Distance 5: X 3, Y -4, Z 0; along the curve 5.25; angle 60 degrees");
+}
+
+TEST(Measure, WhatRoundingLeavesIsNoLength) {
+    Measurement found = measure({}, at(0, 0, 0), at(1.5, -2.2e-16, 0.0), {});
+    EXPECT_EQ(measuredText(found, 1.0), "Distance 1.5: X 1.5, Y 0, Z 0");
+    EXPECT_EQ(measuredText(found, 1e-4), "Distance 1.5: X 1.5, Y -2.2e-16, Z 0") << "of a small model it is one";
+    EXPECT_EQ(lengthText(0.99e-12, 1.0), "0");
+    EXPECT_EQ(lengthText(1.01e-12, 1.0), "1.01e-12");
 }
 
 TEST(Measure, PlacesThatAreNotThere) {

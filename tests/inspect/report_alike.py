@@ -1,9 +1,10 @@
 """The numbers of the model report against those of other programs, on real models.
 
 The files are read here, by a few lines of their own, and given to VTK (vtkMassProperties, vtkFeatureEdges,
-vtkPolyDataEdgeConnectivityFilter, vtkMeshQuality, the normals of its triangles), to admesh and to gtscheck of GTS. admesh
-counts in single precision, gtscheck prints six digits. Usage: report_alike.py VELMORA_BATCH. Ends with 77, which CTest
-shows as skipped, where one of them is not installed.
+vtkPolyDataEdgeConnectivityFilter, vtkMeshQuality, the normals of its triangles), to admesh and to gtscheck and gts2oogl of
+GTS. admesh counts in single precision, gtscheck prints six digits. Aspect, skew and warp of cells stand against VTK
+alone: no other program of the system tells them as they are defined here. Usage: report_alike.py VELMORA_BATCH. Ends
+with 77, which CTest shows as skipped, where one of them is not installed.
 """
 
 import json
@@ -180,21 +181,40 @@ def warp_by_vtk(points, cell):
     return math.degrees(vtk.vtkMath.AngleBetweenVectors(*normals))
 
 
-def by_gts(mesh, triangles):
-    """Of the surface as edges and faces: counts, and the area of mean by number."""
+def gts_text(mesh, triangles, scale=1.0):
+    """The surface as points, edges and faces; and how many edges there are."""
     edges = {}
     faces = []
     for triangle in triangles:
         sides = [tuple(sorted((triangle[i], triangle[(i + 1) % 3]))) for i in range(3)]
         faces.append([edges.setdefault(side, len(edges) + 1) for side in sides])
     text = f"{len(mesh.points)} {len(edges)} {len(faces)}\n"
-    text += "".join(f"{x!r} {y!r} {z!r}\n" for x, y, z in mesh.points)
+    text += "".join("{!r} {!r} {!r}\n".format(*(scale * float(part) for part in point)) for point in mesh.points)
     text += "".join(f"{a + 1} {b + 1}\n" for a, b in edges)
-    text += "".join("{} {} {}\n".format(*face) for face in faces)
+    return text + "".join("{} {} {}\n".format(*face) for face in faces)
+
+
+def by_gts(mesh, triangles):
+    """Counts, and the area of mean by number."""
+    text = gts_text(mesh, triangles)
     told = subprocess.run(["gtscheck", "-v"], input=text, capture_output=True, text=True).stderr
     count = lambda name: int(re.search(rf"{name}: (\d+)", told).group(1))  # noqa: E731
     area = float(re.search(r"face area *: min: \S+ mean: (\S+)", told).group(1)) * count("faces")
     return {"open": count("boundary edges"), "bad": count("non-manifold edges"), "area": area}
+
+
+def border_by_gts(mesh, triangles):
+    """The length of the border: gts2oogl prints its edges with six decimals, of a model as large as they can tell."""
+    scale = 1e8 / max(abs(part) for point in mesh.points for part in point)
+    told = subprocess.run(
+        ["gts2oogl", "--boundary", "--nosurface"],
+        input=gts_text(mesh, triangles, scale),
+        capture_output=True,
+        text=True,
+        check=True,
+    ).stdout
+    edges = [[float(word) for word in line.split()[6:12]] for line in told.splitlines() if line.startswith("VECT")]
+    return len(edges), math.fsum(math.dist(edge[:3], edge[3:]) for edge in edges) / scale
 
 
 def by_admesh(mesh, triangles, folder):
@@ -257,6 +277,9 @@ def compare_surface(check, report, mesh, folder):
         check.alike("edges of more than two, GTS", report["badEdges"], gts["bad"])
     if report["badEdges"] == 0:  # there admesh pairs facets as they come
         check.alike("open edges, GTS and VTK", gts["open"], open_edges)
+        gts_edges, gts_border = border_by_gts(mesh, triangles)
+        check.alike("open edges as GTS lists them", gts_edges, open_edges)
+        check.alike("open border, GTS", report["openBorder"], gts_border, 1e-9)
         check.alike("open edges, admesh and VTK", admesh["open"], open_edges)
         check.alike("whether it is open, admesh", report["openBorder"] > 0, admesh["open"] > 0)
         check.alike("components, admesh", report["components"], admesh["parts"])

@@ -85,7 +85,6 @@ TEST_F(ZoneRecord, WhatTheWritersMakeLosesNothing) {
     zRegion_fe region;
     ASSERT_TRUE(readGeometry(test::writeFileText(folder_ / "a.dat", datHead + triangleZone), false, structured, region,
                              [](const std::string&) {}));
-    region.title.clear(); // that of a scene is not read
     for (const char* name : {"b.stl", "b.wrl", "b.dat"}) {
         WriteOutcome outcome;
         ASSERT_TRUE(writeGeometry(
@@ -346,6 +345,30 @@ TEST_F(ZoneRecord, ATitleOfTheSceneIsTold) {
     for (const char* const none : {"title \"\"", "info \"title \\\"wing\\\"\"", "# title \"wing\"\n"}) {
         EXPECT_TRUE(nothingLost(read("a.wrl", vrmlHead + "WorldInfo { " + none + " }\n" + shape))) << none;
     }
+}
+
+TEST_F(ZoneRecord, TheTitleThatTheWriterWroteComesBack) {
+    zRegion structured;
+    zRegion_fe region;
+    ASSERT_TRUE(readGeometry(test::writeFileText(folder_ / "a.dat", datHead + triangleZone), false, structured, region,
+                             [](const std::string&) {}));
+    region.title = "wing, left";
+    ASSERT_TRUE(writeGeometry(folder_ / "b.wrl", 16, {}, region, [](const std::string&) {}));
+    zRegion_fe again;
+    FileRead record;
+    ASSERT_TRUE(readGeometry(
+        folder_ / "b.wrl", false, structured, again, [](const std::string&) {}, {}, &record));
+    EXPECT_EQ(again.title, "wing, left");
+    EXPECT_TRUE(nothingLost(record)) << testing::PrintToString(record.reasons);
+}
+
+TEST_F(ZoneRecord, TheTitleOfASceneOfOthersIsNotThatOfTheModel) {
+    zRegion structured;
+    zRegion_fe region;
+    const std::string text = vrmlHead + "WorldInfo { info \"Gravity: on\" title \"A pyramid\" }\nShape {" + faces + "}";
+    ASSERT_TRUE(readGeometry(test::writeFileText(folder_ / "a.wrl", text), false, structured, region,
+                             [](const std::string&) {}));
+    EXPECT_EQ(region.title, "");
 }
 
 TEST_F(ZoneRecord, ShapesOfKindsThatNobodyKnowsAreTold) {

@@ -91,6 +91,39 @@ TEST_F(VrmlReader, WhatExportWritesIsReadWithoutALoss) {
     EXPECT_EQ(test::cornersOf(model_), test::cornersOf(model));
 }
 
+TEST_F(VrmlReader, NodesBesideTheShapesAreALossOfDetail) {
+    const std::string shape = "Shape { geometry " + triangle + " }\n";
+    const std::pair<std::string, const char*> scenes[] = {
+        {"LOD { level [ " + shape + shape + "] }", "Nodes of which only what they show is read: LOD"},
+        {"Switch { whichChoice -1 choice [ " + shape + "] }\n" + shape,
+         "Nodes of which only what they show is read: Switch"},
+        {"Switch { whichChoice -1 choice [ Anchor { url \"b.wrl\" children " + shape + "} ] }\n" + shape,
+         "Nodes that are not kept: Anchor"},
+        {"Anchor { url \"b.wrl\" children " + shape + "}", "Nodes that are not kept: Anchor"},
+        {"Viewpoint { position 0 0 9 }\nDirectionalLight { }\nBackground { skyColor 1 0 0 }\n" + shape,
+         "Views, lights and backgrounds that are not kept: 3"},
+        {"WorldInfo { title \"wing\" }\n" + shape, "The title of the scene is not kept"}};
+    for (const auto& [scene, reason] : scenes) {
+        ASSERT_EQ(readText("a.wrl", "#VRML V2.0 utf8\n" + scene), ImportOutcome::Done) << scene;
+        EXPECT_THAT(record_.reasons, Contains(reason)) << scene;
+        EXPECT_TRUE(record_.complete) << scene;
+        EXPECT_FALSE(record_.lossless) << scene;
+        EXPECT_EQ(countOf(record_.kept, "zones"), 1) << scene;
+    }
+    readText("a.wrl", "#VRML V2.0 utf8\nWorldInfo { title \"\" info \"title\" }\n" + shape);
+    EXPECT_TRUE(record_.lossless) << testing::PrintToString(record_.reasons);
+}
+
+TEST_F(VrmlReader, NodesOfTheFirstVersionAreToldToo) {
+    const std::string faces =
+        "Coordinate3 { point [ 0 0 0, 1 0 0, 0 1 0.5 ] }\nIndexedFaceSet { coordIndex [ 0, 1, 2 ] }";
+    readText("a.wrl",
+             "#VRML V1.0 ascii\nPerspectiveCamera { }\nSeparator { WWWAnchor { name \"b.wrl\" " + faces + " } }\n");
+    EXPECT_THAT(record_.reasons, ElementsAre("Nodes that are not kept: WWWAnchor",
+                                             "Views, lights and backgrounds that are not kept: 1"));
+    EXPECT_EQ(countOf(record_.kept, "zones"), 1);
+}
+
 TEST_F(VrmlReader, ClockwiseFacesAreTurned) {
     ASSERT_EQ(readText("a.wrl",
                        "#VRML V2.0 utf8\nShape { geometry IndexedFaceSet { ccw FALSE coord Coordinate { point [ "

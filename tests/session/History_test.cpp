@@ -169,6 +169,52 @@ TEST_F(HistoryTest, AModelThatWasWrittenOverSinceIsInNoFile) {
     EXPECT_THAT(person.transcript, testing::Not(testing::Contains(testing::HasSubstr("question")))) << "it is ours";
 }
 
+TEST_F(HistoryTest, AModelThatStandsInAFileOfItsOwnIsNotChanged) {
+    person.files = {{folder / "copy.apt"}};
+    session.run(*findCommand("file.saveAs"));
+    moveX("1");
+    person.files = {{folder / "moved.apt"}};
+    session.run(*findCommand("file.saveAs"));
+    ASSERT_EQ(session.journal().lines().size(), 4U);
+    session.goTo(1);
+    EXPECT_EQ(doc().modelFile.chosenPath, folder / "three.apt");
+    EXPECT_FALSE(doc().documentModified) << "nobody wrote over it";
+    session.goTo(2);
+    EXPECT_EQ(doc().modelFile.chosenPath, folder / "copy.apt");
+    EXPECT_FALSE(doc().documentModified);
+    session.goTo(3);
+    EXPECT_TRUE(doc().documentModified) << "of that file the model before was written";
+}
+
+TEST_F(HistoryTest, AModelThatWasSavedBehindTheLineStandsInItsFile) {
+    moveX("1");
+    session.run(*findCommand("file.save"));
+    session.goTo(2);
+    EXPECT_EQ(firstX(), 1.0);
+    EXPECT_FALSE(doc().documentModified) << "not saved yet then, but its file holds it now";
+    session.goTo(1);
+    EXPECT_TRUE(doc().documentModified);
+    person.answers = {true, true};
+    session.run(*findCommand("file.save"));
+    session.goTo(1);
+    EXPECT_FALSE(doc().documentModified) << "its file holds it again";
+}
+
+TEST_F(HistoryTest, AFileThatTookThePlaceOfTheModelsHoldsItNoMore) {
+    person.files = {{folder / "copy.apt"}};
+    session.run(*findCommand("file.saveAs"));
+    moveX("1");
+    person.files = {{folder / "three.apt"}};
+    person.answers = {true};
+    session.run(*findCommand("file.saveAs"));
+    ASSERT_EQ(session.journal().lines().size(), 4U);
+    session.goTo(1);
+    EXPECT_EQ(doc().modelFile.chosenPath, folder / "three.apt");
+    EXPECT_TRUE(doc().documentModified) << "the moved one stands there";
+    session.goTo(2);
+    EXPECT_FALSE(doc().documentModified);
+}
+
 // ---- What is shared -------------------------------------------------------------------------------------------------
 
 TEST_F(HistoryTest, PatchesThatStayAreHeldOnce) {

@@ -46,6 +46,18 @@ TEST_F(RecorderTest, GivesThePersonsAnswersAndNotesThem) {
     EXPECT_EQ(report.questions[1].answer, Answer::No);
 }
 
+TEST_F(RecorderTest, AWarningIsAMessageAndCalledOffTheEndOfTheWork) {
+    EXPECT_TRUE(recorder.warn(message::digitsMovePoints(6, "1.5")));
+    EXPECT_EQ(report.outcome(), Outcome::Ok);
+    EXPECT_FALSE(recorder.gaveUp());
+    person.callsOff = true;
+    EXPECT_FALSE(recorder.warn(message::digitsMovePoints(6, "1.5")));
+    EXPECT_EQ(report.messages.size(), 2U);
+    EXPECT_TRUE(report.questions.empty()); // a script that does it again is not asked
+    EXPECT_EQ(report.outcome(), Outcome::Cancelled);
+    EXPECT_TRUE(recorder.gaveUp());
+}
+
 TEST_F(RecorderTest, NotesTheFieldsOfADialogAsTheyCameUpAndAsTheyWereTaken) {
     CScaling values;
     values.xCenter = 1.0;

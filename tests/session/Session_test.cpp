@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "DocumentState.h"
 #include "FakeSurface.h"
 #include "RecordingUi.h"
@@ -92,6 +94,37 @@ TEST_F(SessionTest, EachShellCommandDoesItsOwn) {
     }
     EXPECT_THAT(shell.calls, ElementsAre("exit", "picture", "copy", "tool bars", "status bar", "panel 0", "panel 1",
                                          "panel 2", "guide", "keys", "panel 3", "about"));
+}
+
+TEST_F(SessionTest, TellsWhenAnEditTakesTheDistancesShownAway) {
+    const std::string lost = "The distances shown were of the model before: Compare finds new ones";
+    const auto move = [&](const char* by) {
+        person.dialogs = {{{"deltaX", by}}};
+        run("model.move");
+    };
+    writeFileText(folder / "other.apt", "2 2\n0 0 1\n2 0 1\n0 1 1\n2 1 1\n");
+    session.open({folder / "plate.apt"});
+    person.dialogs = {{{"target", "3"}}};
+    person.files = {{folder / "other.apt"}};
+    run("model.compare");
+    ASSERT_NE(doc().comparison(), nullptr);
+    person.dialogs = {{{"quantity", "2"}}};
+    run("view.colourByValue");
+    const auto told = [&] { return std::count(person.transcript.begin(), person.transcript.end(), "status: " + lost); };
+    move("0");
+    EXPECT_EQ(told(), 0) << "nothing moved";
+    move("1");
+    EXPECT_EQ(doc().status, lost);
+    move("1");
+    EXPECT_EQ(told(), 1) << "once";
+    run("patch.undo");
+    person.dialogs = {{{"target", "3"}}};
+    person.files = {{folder / "other.apt"}};
+    run("model.compare");
+    ASSERT_NE(doc().comparison(), nullptr);
+    run("view.surface");
+    move("1");
+    EXPECT_EQ(told(), 1) << "they were not seen";
 }
 
 TEST_F(SessionTest, WhatCameOfTheFilesStaysKnownUntilTheNextFile) {

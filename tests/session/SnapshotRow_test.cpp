@@ -60,6 +60,17 @@ TEST_F(SnapshotRowTest, ANewLineTakesThePlaceOfThoseFromItOn) {
     EXPECT_EQ(held, 1U);
 }
 
+TEST_F(SnapshotRowTest, ALineWithoutOneIsAPartOfTheNextThatHasOne) {
+    EXPECT_EQ(row.nextFrom(0), std::nullopt);
+    row.keep(2, {});
+    row.keep(5, {});
+    EXPECT_EQ(row.nextFrom(1), std::nullopt) << "what was kept of it is gone";
+    EXPECT_EQ(row.nextFrom(2), 2U);
+    EXPECT_EQ(row.nextFrom(3), 5U);
+    EXPECT_EQ(row.nextFrom(5), 5U);
+    EXPECT_EQ(row.nextFrom(6), std::nullopt) << "nothing comes behind it";
+}
+
 TEST_F(SnapshotRowTest, TheOldestGoUntilTheRestFits) {
     for (const std::size_t line : {1U, 2U, 3U, 4U}) {
         row.keep(line, {block(100)});

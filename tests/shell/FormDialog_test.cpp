@@ -98,6 +98,80 @@ TEST(FormDialog, OkDoesNotOvertakeAChoiceThatItsAccessKeyStillPresses) {
     EXPECT_EQ(dialog.result(), QDialog::Accepted);
 }
 
+/// What a dialog tries, with the values that it was tried with.
+struct TriedSample : Sample {
+    std::vector<std::string> tried;
+
+    TriedSample() {
+        form.tried = [this](bool good) {
+            tried.push_back((good ? "good " : "bad ") + std::to_string(count) + ' ' + std::to_string(length));
+        };
+    }
+    /// The last that was tried, once so many were.
+    std::string awaited(std::size_t times) {
+        QElapsedTimer waiting;
+        for (waiting.start(); tried.size() < times && waiting.elapsed() < 5000;) {
+            QApplication::processEvents(QEventLoop::AllEvents, 50);
+        }
+        EXPECT_EQ(tried.size(), times);
+        return tried.empty() ? "" : tried.back();
+    }
+};
+
+void type(QLineEdit& edit, const char* text) {
+    edit.setText(QString::fromLatin1(text));
+    emit edit.textEdited(edit.text());
+}
+
+TEST(FormDialog, ANumberThatIsBeingTypedIsTriedOnceTheKeysRest) {
+    TriedSample sample;
+    FormDialog dialog(sample.form);
+    dialog.show();
+    ASSERT_EQ(sample.awaited(1), "good 3 0.250000") << "as it opens";
+    auto& length = part<QLineEdit>(dialog, "length");
+    QElapsedTimer sinceTyped;
+    sinceTyped.start();
+    type(length, "0.257");
+    type(length, "0.2575");
+    EXPECT_EQ(sample.awaited(2), "good 3 0.257500") << "both digits at once";
+    EXPECT_GE(sinceTyped.elapsed(), 250);
+    EXPECT_EQ(sample.length, 0.25) << "it is not taken yet";
+    EXPECT_EQ(length.text(), QStringLiteral("0.2575"));
+    type(length, "0.2575,");
+    EXPECT_EQ(sample.awaited(3), "bad 3 0.250000");
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "and nobody is told";
+    type(length, "0.2575");
+    emit length.editingFinished();
+    EXPECT_EQ(sample.tried.back(), "good 3 0.257500") << "left, it is taken";
+    EXPECT_EQ(sample.length, 0.2575);
+}
+
+TEST(FormDialog, WhatIsTypedBackIsTriedBackToo) {
+    TriedSample sample;
+    FormDialog dialog(sample.form);
+    dialog.show();
+    auto& length = part<QLineEdit>(dialog, "length");
+    sample.awaited(1);
+    type(length, "0.251");
+    EXPECT_EQ(sample.awaited(2), "good 3 0.251000");
+    type(length, "0.25");
+    emit length.editingFinished();
+    EXPECT_EQ(sample.awaited(3), "good 3 0.250000") << "at once, as the field is left";
+}
+
+TEST(FormDialog, BesideAFieldThatCannotBeTakenNothingIsTried) {
+    TriedSample sample;
+    FormDialog dialog(sample.form);
+    dialog.show();
+    sample.awaited(1);
+    auto& count = part<QLineEdit>(dialog, "count");
+    type(count, "3x");
+    emit count.editingFinished();
+    EXPECT_EQ(sample.awaited(2), "bad 3 0.250000");
+    type(part<QLineEdit>(dialog, "length"), "0.259");
+    EXPECT_EQ(sample.awaited(3), "bad 3 0.250000");
+}
+
 TEST(FormDialog, ABoxThatWasTickedLeavesTheKeyboardToItsNumber) {
     CPrescribe values;
     DialogForm form = describe(values);

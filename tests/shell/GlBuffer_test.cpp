@@ -84,6 +84,7 @@ TEST(JoinBatches, EveryPartOfALookSeparates) {
     EXPECT_EQ(runsWith([](DrawBatch& b) { b.pointSize = 2.0F; }), 2U);
     EXPECT_EQ(runsWith([](DrawBatch& b) { b.lineWidth = 2.0F; }), 2U);
     EXPECT_EQ(runsWith([](DrawBatch& b) { b.lit = true; }), 2U);
+    EXPECT_EQ(runsWith([](DrawBatch& b) { b.readable = true; }), 2U);
     EXPECT_EQ(runsWith([](DrawBatch& b) { b.hasNormals = true; }), 2U);
     EXPECT_EQ(runsWith([](DrawBatch& b) { b.outlineFront = true; }), 2U);
     EXPECT_EQ(runsWith([](DrawBatch& b) { b.framing = true; }), 2U);

@@ -177,6 +177,15 @@ TEST(QtUserInterface, AQuestionProposesYesAndEscapeSaysNo) {
     EXPECT_FALSE(rig.ui.ask(message::removeGeometry));
 }
 
+TEST(QtUserInterface, AWarningAboutAFileCanBeAnsweredNo) {
+    UiRig rig;
+    const QString text = QStringLiteral("With 6 digits points move by up to 1.5. Overwrite the file?");
+    rig.person.atQuestion(text, false);
+    EXPECT_FALSE(rig.ui.warn(message::digitsMovePoints(6, "1.5")));
+    rig.person.atQuestion(text, true);
+    EXPECT_TRUE(rig.ui.warn(message::digitsMovePoints(6, "1.5")));
+}
+
 TEST(QtUserInterface, TheQuestionBeforeExitCanStayWithoutAnAnswer) {
     UiRig rig;
     rig.person.at("questionBox", [](QWidget& box) { pressKey(box, Qt::Key_Escape); });

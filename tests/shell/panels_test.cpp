@@ -82,9 +82,99 @@ TEST(JournalPanel, CopiesAllOrWhatIsSelected) {
     click(rig, "options.journal", "copy");
     EXPECT_EQ(QGuiApplication::clipboard()->text(),
               qtText("open " + desk.model.string() + "\nrun line.captureSection\n"));
-    dock(rig, "options.journal").findChild<QListWidget*>(QStringLiteral("lines"))->item(1)->setSelected(true);
+    rig.run("line.captureLine");
+    auto* list = dock(rig, "options.journal").findChild<QListWidget*>(QStringLiteral("lines"));
+    EXPECT_TRUE(list->item(2)->isSelected()) << "where the model stands";
     click(rig, "options.journal", "copy");
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("run line.captureSection\n"));
+    EXPECT_EQ(QGuiApplication::clipboard()->text(),
+              qtText("open " + desk.model.string() + "\nrun line.captureSection\nrun line.captureLine\n"));
+    list->item(1)->setSelected(true);
+    click(rig, "options.journal", "copy");
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("run line.captureSection\nrun line.captureLine\n"));
+    rig.run("line.captureSection");
+    EXPECT_FALSE(list->item(3)->isSelected()) << "lines that were picked out stay so";
+}
+
+TEST(JournalPanel, CopiesTheNumbersThatTheLastClickLeft) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    rig.run("options.journal");
+    rig.run("point.capture");
+    rig.frame.session().act({.kind = Act::Kind::Beside, .patch = 0, .section = 1, .point = 0});
+    click(rig, "options.journal", "copy");
+    EXPECT_EQ(QGuiApplication::clipboard()->text(),
+              qtText("open " + desk.model.string() + "\nrun point.capture\ncapture beside 1 2 1\n"));
+}
+
+namespace {
+
+/// The rows that are highlighted, from 0.
+std::vector<int> highlighted(const QListWidget& list) {
+    std::vector<int> rows;
+    for (int row = 0; row < list.count(); ++row) {
+        if (list.item(row)->isSelected()) {
+            rows.push_back(row);
+        }
+    }
+    return rows;
+}
+
+/// As the hand does it: the click selects the line.
+void clickLine(QListWidget& list, int row) {
+    list.setCurrentRow(row);
+    emit list.itemClicked(list.item(row));
+}
+
+} // namespace
+
+TEST(JournalPanel, TheHighlightIsWhereTheModelStands) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    rig.run("options.journal");
+    auto* list = dock(rig, "options.journal").findChild<QListWidget*>(QStringLiteral("lines"));
+    for (const char* by : {"1", "2"}) {
+        rig.person.atDialog("CBlockMove", {{"deltaX", by}});
+        rig.run("model.move");
+    }
+    EXPECT_THAT(highlighted(*list), ElementsAre(2));
+    clickLine(*list, 0);
+    EXPECT_THAT(highlighted(*list), ElementsAre(0));
+    rig.person.atDialog("CBlockMove", {{"deltaX", "3"}});
+    rig.run("model.move");
+    EXPECT_THAT(highlighted(*list), ElementsAre(1)) << "something new was done";
+    rig.frame.session().document().freeMemory = [] { return std::uint64_t{0}; };
+    rig.person.atDialog("CBlockMove", {{"deltaX", "4"}});
+    rig.run("model.move");
+    clickLine(*list, 0);
+    EXPECT_EQ(rig.doc().status, message::stateNotKept);
+    EXPECT_THAT(highlighted(*list), ElementsAre(2)) << "the model did not go there";
+}
+
+TEST(JournalPanel, AMoveOfADragLeadsToItsEnd) {
+    const FlatDesk desk;
+    FrameRig rig(desk.model);
+    rig.run("options.journal");
+    auto* list = dock(rig, "options.journal").findChild<QListWidget*>(QStringLiteral("lines"));
+    rig.run("point.capture");
+    rig.frame.session().act({.kind = Act::Kind::Point, .patch = 0, .section = 0, .point = 0});
+    rig.run("point.drag");
+    const zVec<double> from = rig.doc().patches[0][0][0];
+    for (const zVec<double>& place : {rig.doc().patches[0][0][1], rig.doc().patches[0][1][0]}) {
+        rig.frame.session().act({.kind = Act::Kind::Drag, .place = place});
+    }
+    rig.frame.session().act({.kind = Act::Kind::Release});
+    const zVec<double> to = rig.doc().patches[0][0][0];
+    rig.run("point.exit");
+    ASSERT_EQ(list->count(), 8);
+    clickLine(*list, 4);
+    EXPECT_EQ(rig.doc().patches[0][0][0], to);
+    EXPECT_THAT(highlighted(*list), ElementsAre(6)) << "the release";
+    EXPECT_NE(rig.doc().status, message::stateNotKept);
+    clickLine(*list, 5);
+    EXPECT_THAT(highlighted(*list), ElementsAre(6)) << "there already";
+    clickLine(*list, 3);
+    EXPECT_EQ(rig.doc().patches[0][0][0], from);
+    EXPECT_THAT(highlighted(*list), ElementsAre(3));
 }
 
 TEST(JournalPanel, RunsAScriptAndStopsAtItsFirstError) {

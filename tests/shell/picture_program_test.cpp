@@ -82,6 +82,24 @@ TEST_F(PictureProgram, DrawsTheSurfaceTheRightWayUpAndTheTriadOnDemand) {
     EXPECT_EQ(shifted.pixelColor(200, 180), QColor(0, 0, 0));
 }
 
+// The axis of X goes from 40 pixels right of the corner and 44 below it to 76, in red; three times as large from three
+// times as far, and three times as thick.
+TEST_F(PictureProgram, ALargePictureHasLargeAxes) {
+    const QColor red(255, 0, 0);
+    const QImage usual = drawn("width=800 height=600");
+    const auto thicknessAt = [&red](const QImage& picture, int x, int top, int bottom) {
+        int count = 0;
+        for (int y = top; y < bottom; ++y) {
+            count += picture.pixelColor(x, y) == red ? 1 : 0;
+        }
+        return count;
+    };
+    EXPECT_EQ(thicknessAt(usual, 70, 30, 60), 1);
+    const QImage large = drawn("width=3600 height=2700");
+    EXPECT_EQ(thicknessAt(large, 70, 0, 200), 0);
+    EXPECT_EQ(thicknessAt(large, 210, 100, 160), 3);
+}
+
 TEST_F(PictureProgram, AFileThatCannotBeWrittenIsToldAndNoneIsLeft) {
     must("picture " + (folder / "none" / "a.png").string());
     EXPECT_EQ(event("done").value("outcome", ""), "failed");

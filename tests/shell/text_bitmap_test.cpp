@@ -25,6 +25,19 @@ TEST(TextBitmap, HasTheSizeOfTheTextInItsFont) {
     EXPECT_EQ(bitmap.rows.size(), static_cast<std::size_t>((bitmap.width + 7) / 8 * bitmap.height));
 }
 
+TEST(TextBitmap, OfALargeTextHasTheSizeOfALargeFont) {
+    QFont ofPixels;
+    ofPixels.setPixelSize(13);
+    for (const QFont& font : {QFont(QStringLiteral("DejaVu Sans"), 9), ofPixels}) {
+        QFont larger(font);
+        font.pixelSize() > 0 ? larger.setPixelSize(39) : larger.setPointSize(27);
+        const QFontMetrics metrics(larger);
+        const TextBitmap bitmap = textBitmap("128", font, 3.0);
+        EXPECT_EQ(bitmap.width, metrics.horizontalAdvance(QStringLiteral("128")));
+        EXPECT_EQ(bitmap.height, metrics.height());
+    }
+}
+
 TEST(TextBitmap, RowsRunFromTheBottomUp) {
     // The mark sits at the foot of its line: nothing of it stands in the upper half.
     const TextBitmap bitmap = textBitmap("_", QFont(QStringLiteral("DejaVu Sans"), 24));

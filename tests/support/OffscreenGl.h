@@ -72,7 +72,13 @@ public:
         glDeleteFramebuffers(1, &frame_);
     }
 
-    GlRenderer renderer{[](const std::string&) { return TextBitmap{}; }};
+    /// Texts are blocks of 8 by 8 pixels for each letter, times their scale.
+    GlRenderer renderer{[](const std::string& text, double size) {
+        const int height = static_cast<int>(8.0 * size);
+        const int width = height * static_cast<int>(text.size());
+        return TextBitmap{width, height,
+                          std::vector<std::uint8_t>(static_cast<std::size_t>((width + 7) / 8 * height), 0xFF)};
+    }};
 
     void clearFrame(const Colour& colour) override { renderer.clear(colour); }
     void drawScene(const SceneFrame& frame) override {

@@ -8,6 +8,7 @@
 
 #include "CRegularInput.h"
 #include "DialogForm.h"
+#include "FileRecord.h"
 #include "UserInterface.h"
 
 namespace velmora::test {
@@ -33,13 +34,32 @@ public:
     /// Works in the point table and answers true for OK; absent: Cancel.
     std::function<bool(CRegularInput&)> onRegularInput;
 
-    void showMessage(const Message& message) override { transcript.push_back("message: " + message.text); }
+    /// A file failed, or something was called off, since the test set it to false.
+    bool gaveUp = false;
+    /// A message said that something cannot be done.
+    bool refused = false;
+
+    void showMessage(const Message& message) override {
+        gaveUp = gaveUp || message.severity > Severity::Refused;
+        refused = refused || message.severity == Severity::Refused;
+        transcript.push_back("message: " + message.text);
+    }
+
+    /// Calls off what a warning is about.
+    bool callsOff = false;
+
+    bool warn(const Message& message) override {
+        showMessage(message);
+        gaveUp = gaveUp || callsOff;
+        return !callsOff;
+    }
 
     bool ask(const std::string& text) override {
         const bool answer = !answers.empty() && answers.front();
         if (!answers.empty()) {
             answers.pop_front();
         }
+        gaveUp = gaveUp || !answer;
         transcript.push_back("question: " + text + (answer ? " -> yes" : " -> no"));
         return answer;
     }
@@ -66,12 +86,14 @@ public:
                 taken = false;
             }
         }
+        gaveUp = gaveUp || !taken;
         transcript.push_back("dialog: " + form.name + (taken ? " -> ok" : " -> cancel"));
         return taken;
     }
 
     bool showRegularInput(CRegularInput& table) override {
         const bool taken = onRegularInput && onRegularInput(table);
+        gaveUp = gaveUp || !taken;
         transcript.push_back(std::string("dialog: CRegularInput -> ") + (taken ? "ok" : "cancel"));
         return taken;
     }
@@ -83,6 +105,7 @@ public:
             chosen = files.front();
             files.pop_front();
         }
+        gaveUp = gaveUp || chosen.empty();
         transcript.push_back(std::string("chooser: ") + captionOf(request.mode) + " -> " +
                              std::to_string(chosen.size()));
         return chosen;
@@ -96,6 +119,7 @@ public:
     }
     void showProgress(double fraction) override { progress.push_back(fraction); }
     bool wantsToStop() override { return stops; }
+    void tellFileRead(const FileRead& read) override { gaveUp = gaveUp || !read.keptAnything(); }
     void addRecentFile(const std::filesystem::path& path) override { transcript.push_back("recent: " + path.string()); }
 
     /// How often a line stands in the transcript.

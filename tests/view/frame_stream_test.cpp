@@ -27,7 +27,8 @@ struct SentFrame : ViewRig {
         overlay = view.overlay();
         held.begin(Primitive::Lines, {0.5F, 1.0F, 0.5F, 1.0F});
         held.addVertices({{1, 0, 0}, {0, 2, 0}});
-        overlay.texts.push_back({"12.5", {1, 2, 3}, {0.25F, 0.5F, 0.75F, 1.0F}});
+        overlay.texts.push_back({"12.5", {1, 2, 3}, {0.25F, 0.5F, 0.75F, 1.0F}, TextPlate::Side::Below});
+        frame.pixelScale = 4.0;
         frame.list = &list;
         frame.held = &held;
         frame.overlay = &overlay;
@@ -76,8 +77,10 @@ TEST(FrameStream, BringsAllThatTheFrameShows) {
     EXPECT_EQ(scene.modelView, sent.frame.modelView);
     EXPECT_EQ(scene.projection, sent.frame.projection);
     EXPECT_EQ(scene.viewport.width, 600);
+    EXPECT_EQ(scene.pixelScale, 4.0);
     ASSERT_FALSE(scene.overlay->texts.empty());
     EXPECT_EQ(scene.overlay->texts.back().text, "12.5");
+    EXPECT_EQ(scene.overlay->texts.back().plate, TextPlate::Side::Below);
     EXPECT_EQ(scene.overlay->texts.back().position, zVec<double>(1, 2, 3));
     EXPECT_EQ(scene.overlay->texts.back().colour, (Colour{0.25F, 0.5F, 0.75F, 1.0F}));
 }

@@ -4,9 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
+#include <numbers>
 #include <set>
 
+#include "DialogValues.h"
+#include "Digest.h"
 #include "OffscreenGl.h"
 #include "RecordingUi.h"
 #include "VelmoraDoc.h"
@@ -14,6 +18,7 @@
 #include "arranged_capture.h"
 #include "pixel_of.h"
 #include "small_models.h"
+#include "value_colours.h"
 
 namespace velmora {
 namespace {
@@ -201,6 +206,117 @@ TEST(GlRenderer, BackFacesAreFilledInADarkerShadeOnlyWhenTheyAreToBe) {
     EXPECT_EQ(rig.at({1.5, 1.5, 0}), (Rgb{125, 125, 189}));
     rig.view.runViewCommand("view.left");
     EXPECT_EQ(rig.at({1.5, 1.5, 0}), frontBlue) << "the front is as ever";
+}
+
+// Two places 2 apart: the label "2", a block of 8 by 8, stands 10 to the right of their middle and 6 above it, in
+// yellow on a black ground that is larger by 3.
+TEST(GlRenderer, ALabelOfWhatIsMeasuredStandsBesideItsPlaceOnBlack) {
+    DrawnRig rig({flatPatch(5, 5)});
+    rig.view.runViewCommand("view.measure");
+    for (const zVec<double>& place : {zVec<double>(1, 2, 0), {3, 2, 0}}) {
+        const PixelPoint pixel = pixelOf(rig.view, rig.document, place);
+        rig.view.OnLeftButtonDown(pixel);
+        rig.view.OnLeftButtonUp(pixel);
+    }
+    rig.view.OnDraw();
+    const PixelPoint middle = pixelOf(rig.view, rig.document, {2, 2, 0});
+    const auto at = [&](int right, int up) { return rig.surface.pixel({middle.x + right, middle.y - up}); };
+    const Rgb yellow{255, 255, 0};
+    const Rgb black{0, 0, 0};
+    EXPECT_EQ(at(14, 10), yellow);
+    EXPECT_EQ(at(11, 8), yellow);
+    EXPECT_EQ(at(16, 12), yellow);
+    EXPECT_EQ(at(9, 10), black);
+    EXPECT_EQ(at(19, 10), black);
+    EXPECT_EQ(at(14, 16), black);
+    EXPECT_EQ(at(14, 4), black);
+    EXPECT_EQ(at(4, 10), frontBlue) << "left of it the model";
+    EXPECT_EQ(at(24, 10), frontBlue);
+}
+
+// The back of one plate, its edges 9 pixels thick, just behind the front of another one: nothing of it shows.
+TEST(GlRenderer, ThickLinesOfTheBackStayBehindTheFrontThatHidesThem) {
+    Patch front = flatPatch(5, 5);
+    Patch back = flatPatch(5, 5);
+    std::reverse(back.begin(), back.end());
+    for (PointList& section : back) {
+        for (zVec<double>& point : section) {
+            point.z -= 0.01;
+        }
+    }
+    DrawnRig rig({front, back});
+    rig.surface.scale = 9.0;
+    for (const double turn : {0.0, 40.0, 65.0}) {
+        rig.view.SetEulerView({turn, 0.0, 0.0});
+        const Rgb alone = rig.at({1.5, 1.5, 0});
+        for (const zVec<double>& place : {zVec<double>(1.5, 2, 0), {1.5, 2.03, 0}, {1.5, 1.97, 0}, {2, 1.5, 0}}) {
+            const Rgb seen = rig.at(place);
+            for (std::size_t i = 0; i < 3; ++i) {
+                EXPECT_NEAR(seen.at(i), alone.at(i), 6) << turn << ' ' << place.x << ' ' << place.y;
+            }
+        }
+    }
+}
+
+/// All cells of the plate are squares: aspect 1, the upper one of two bands up to 2.
+void colourByAspect(DrawnRig& rig) {
+    CColours& colours = rig.document.dialogs->colours;
+    colours.quantity = CColours::firstOfReport;
+    colours.bands = 2;
+    colours.automatic = false;
+    colours.least = 0.0;
+    colours.most = 2.0;
+    rig.document.redrawPicture();
+}
+
+TEST(GlRenderer, AColourThatStandsForAValueIsReadFromAnySide) {
+    DrawnRig rig({flatPatch(5, 5)});
+    rig.view.runViewCommand("view.fillBackFaces");
+    colourByAspect(rig);
+    const Colour band = ValueScale(0.0, 2.0, 2).colourOf(1);
+    const double degree = std::numbers::pi / 180.0;
+    for (const double turn : {0.0, 30.0, 60.0, 75.0, 85.0, 105.0, 150.0, 180.0}) {
+        rig.view.SetEulerView({turn, 0.0, 0.0});
+        const Rgb seen = rig.at({1.5, 1.5, 0});
+        // Four fifths wherever the face looks, and the light's share; it shines from near the eye.
+        const double share = 0.8 + 0.2 * std::abs(std::cos(turn * degree));
+        for (std::size_t i = 0; i < 3; ++i) {
+            const double full = 255.0 * static_cast<double>(band.at(i));
+            EXPECT_NEAR(seen.at(i), share * full, 4.0) << turn;
+            EXPECT_GE(seen.at(i), 0.8 * full - 1.0) << turn;
+            EXPECT_LE(seen.at(i), full + 1.0) << turn;
+        }
+    }
+}
+
+TEST(GlRenderer, OtherSurfacesAreShadedAsEverBesideOneThatIsRead) {
+    PatchList patches{flatPatch(5, 5), flatPatch(5, 5)};
+    for (PointList& section : patches[1]) {
+        for (zVec<double>& point : section) {
+            point.x += 5.0;
+        }
+    }
+    DrawnRig rig(patches);
+    rig.view.runViewCommand("view.fillBackFaces");
+    const zVec<double> other{6.5, 1.5, 0};
+    const std::vector<zVec<double>> turns{{0, 0, 0}, {60, 0, 0}, {120, 0, 0}, {180, 0, 0}};
+    const auto seen = [&] {
+        std::vector<Rgb> colours;
+        for (const zVec<double>& turn : turns) {
+            rig.view.SetEulerView(turn);
+            colours.push_back(rig.at(other));
+        }
+        return colours;
+    };
+    const std::vector<Rgb> before = seen();
+    // The first patch alone was compared, and has a value.
+    rig.document.foundComparison = Comparison{{true, false}, std::vector<double>(25, 1.0), 1.0, 1.0, 0.0, {}};
+    rig.document.comparedDigest = geometryDigest(rig.document.patches, rig.document.feRegion);
+    rig.document.dialogs->colours.quantity = 2;
+    rig.document.redrawPicture();
+    ASSERT_FALSE(rig.view.list().batches.empty());
+    ASSERT_TRUE(rig.view.list().batches.front().readable);
+    EXPECT_EQ(seen(), before);
 }
 
 /// A plate of 20 by 20 squares; with a column doubled in each stretch of its strips their faces are looked at one by

@@ -44,6 +44,23 @@ TEST(Measuring, TellsDistanceLengthAndAngleOfThePointsThatAreClicked) {
     EXPECT_THAT(rig.labels(), ElementsAre("3", "90 deg"));
     EXPECT_EQ(rig.pixelOf(rig.view.overlay().texts[0].position), rig.pixelOf({1.5, 0, 0}));
     EXPECT_EQ(rig.pixelOf(rig.view.overlay().texts[1].position), rig.pixelOf({3, 0, 0}));
+    for (const DrawText& label : rig.view.overlay().texts) {
+        EXPECT_EQ(label.plate, label.text == "3" ? TextPlate::Side::Above : TextPlate::Side::Below);
+        const auto seen =
+            projectPoint(label.position, rig.view.modelViewMatrix, rig.view.projectionMatrix, rig.view.viewport);
+        ASSERT_TRUE(seen);
+        EXPECT_LT(seen->z, 0.01) << "before the line";
+    }
+}
+
+TEST(Measuring, WhatRoundingLeavesIsNoLength) {
+    ViewRig rig;
+    rig.show({{{{0, 0, 0}, {3, 1e-16, 0}}, {{0, 2, 0}, {3, 2, 0}}}});
+    rig.useParallelProjection();
+    rig.view.runViewCommand("view.measure");
+    rig.click({0, 0, 0});
+    rig.click({3, 0, 0});
+    EXPECT_EQ(rig.doc.status, "Distance 3: X 3, Y 0, Z 0; along the curve 3");
 }
 
 TEST(Measuring, BeginsAnewWithTheFourthClick) {

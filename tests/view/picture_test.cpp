@@ -24,6 +24,7 @@ protected:
         frame.overlay = &overlay;
         frame.modelView = identityMatrix();
         frame.projection = identityMatrix();
+        frame.pixelScale = scale;
         return svgOf(frame, settings);
     }
     void addLine(const zVec<double>& from, const zVec<double>& to, const Colour& colour) {
@@ -35,6 +36,7 @@ protected:
     DrawList held;
     Overlay overlay;
     PictureSettings settings{200, 100, PictureGround::Black, true};
+    double scale = 1.0;
 };
 
 TEST_F(SvgPicture, OfNothingIsItsGround) {
@@ -124,6 +126,61 @@ TEST_F(SvgPicture, TextsStandAtTheirPlaces) {
     overlay.texts.push_back({"out", {2, 0, 0}, red});
     EXPECT_THAT(svg(), HasSubstr("<text x=\"100\" y=\"50\" fill=\"#ff0000\" font-size=\"12\">&lt;7&amp;</text>"));
     EXPECT_THAT(svg(), Not(HasSubstr("out")));
+}
+
+// 10 to the right and 6 up, on letters that are thicker by 3 on each side.
+TEST_F(SvgPicture, ATextOnAPlateStandsBesideItsPlaceOnBlack) {
+    overlay.texts.push_back({"7", {0, 0, 0}, red, TextPlate::Side::Above});
+    EXPECT_THAT(svg(), HasSubstr("<text x=\"110\" y=\"44\" fill=\"#000000\" stroke=\"#000000\" stroke-width=\"6\" "
+                                 "stroke-linejoin=\"round\" font-size=\"12\">7</text>\n"
+                                 "<text x=\"110\" y=\"44\" fill=\"#ff0000\" font-size=\"12\">7</text>"));
+}
+
+// Its upper edge is 6 below the place: with letters of 12 its foot is 18 below.
+TEST_F(SvgPicture, ATextOnAPlateBelowItsPlaceLeavesThatFree) {
+    overlay.texts.push_back({"7", {0, 0, 0}, red, TextPlate::Side::Below});
+    EXPECT_THAT(svg(), HasSubstr("<text x=\"110\" y=\"68\" fill=\"#ff0000\" font-size=\"12\">7</text>"));
+}
+
+TEST_F(SvgPicture, WhatHasItsSizeInPixelsGrowsByTheScale) {
+    scale = 3.0;
+    addLine({-1, 1, 0}, {1, 1, 0}, red);
+    overlay.list.point({0, 0, 0}, 6.0F, red);
+    overlay.texts.push_back({"7", {0, 0, 0}, red, TextPlate::Side::Above});
+    EXPECT_THAT(svg(), HasSubstr("M0 0L200 0\" fill=\"none\" stroke=\"#ff0000\" stroke-width=\"3\""));
+    EXPECT_THAT(svg(), HasSubstr("M91 41h18v18h-18z"));
+    EXPECT_THAT(svg(), HasSubstr("<text x=\"130\" y=\"32\" fill=\"#ff0000\" font-size=\"36\">7</text>"));
+}
+
+TEST(Picture, ALargeOneHasLargerMarks) {
+    const auto scaleOf = [](int width, int height) {
+        return pixelScaleOf({width, height, PictureGround::Black, true});
+    };
+    EXPECT_EQ(scaleOf(1, 1), 1.0);
+    EXPECT_EQ(scaleOf(1920, 1080), 1.0);
+    EXPECT_EQ(scaleOf(16384, 100), 1.0) << "a strip has no room for more";
+    EXPECT_EQ(scaleOf(3840, 2160), 2.0);
+    EXPECT_EQ(scaleOf(9000, 5000), 6.0);
+    EXPECT_EQ(scaleOf(5000, 9000), 6.0);
+    EXPECT_EQ(scaleOf(16384, 16384), 18.0);
+}
+
+// The triad's middle stands 40 to the right and 44 down, and the first axis is 36 long, each twice.
+TEST(Picture, IsDrawnAtItsScaleWhateverTheWindowHas) {
+    test::ViewRig rig;
+    rig.surface.scale = 3.0;
+    rig.show(test::twoPatches());
+    rig.paint();
+    withPicture(rig.view, rig.doc, {2400, 1800, PictureGround::Black, true}, [](const SceneFrame& frame) {
+        EXPECT_EQ(frame.pixelScale, 2.0);
+        const DrawList& list = frame.overlay->list;
+        const auto from = projectPoint(list.vertices[0], frame.modelView, frame.projection, frame.viewport);
+        const auto to = projectPoint(list.vertices[1], frame.modelView, frame.projection, frame.viewport);
+        ASSERT_TRUE(from && to);
+        test::expectVector(*from, {80, 1800 - 88, 0.01}, 1e-6);
+        test::expectVector(*to, {152, 1800 - 88, 0.01}, 1e-6);
+    });
+    EXPECT_EQ(rig.view.pixelScale(), 3.0) << "as before";
 }
 
 } // namespace

@@ -2,9 +2,12 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <map>
+#include <utility>
 
 #include "DialogValues.h"
 #include "Digest.h"
@@ -106,6 +109,20 @@ TEST(ValueScale, OfOneValueIsOneBandThatIsToldByIt) {
     EXPECT_EQ(rows[0].text, "5");
 }
 
+TEST(ValueScale, DifferencesThatAreNoneMakeOneBand) {
+    PointValues values{"", {{1.0 + 2e-7, 1.0, 1.0 + 8e-6}}, true, 1e-5};
+    const std::vector<LegendRow> rows = legendOf(scaleOf(values, 5));
+    ASSERT_THAT(rows, SizeIs(1));
+    EXPECT_EQ(rows[0].text, "1");
+    values.parts = {{3e-7, 1e-6}};
+    EXPECT_EQ(legendOf(scaleOf(values, 5)).at(0).text, "0");
+    values.parts = {{0.0, 1e-5}};
+    EXPECT_THAT(legendOf(scaleOf(values, 5)), SizeIs(5));
+    values.parts = {{0.0, 1e-30}};
+    values.least = 0.0;
+    EXPECT_THAT(legendOf(scaleOf(values, 5)), SizeIs(5)) << "of distances and fields each difference counts";
+}
+
 TEST(Legend, HasTheHighestBandFirst) {
     const ValueScale scale(0.0, 1.0, 2);
     const std::vector<LegendRow> rows = legendOf(scale);
@@ -129,11 +146,41 @@ TEST(ColourByValue, BandsEndWhereTheValueDoesAndNotAtTheGrid) {
     }
     for (const DrawBatch& batch : list.batches) {
         EXPECT_TRUE(batch.lit);
+        EXPECT_TRUE(batch.readable);
         const std::int32_t band =
             scale.bandOf(list.vertices[batch.firstVertex].x * 0.5 + list.vertices[batch.firstVertex + 1].x * 0.25 +
                          list.vertices[batch.firstVertex + 2].x * 0.25);
         EXPECT_EQ(batch.colour, scale.colourOf(band));
     }
+}
+
+/// The sides that one triangle alone has, each from end to end.
+std::size_t openSides(const DrawList& list) {
+    using Point = std::array<double, 3>;
+    std::map<std::pair<Point, Point>, int> sides;
+    const auto pointOf = [](const zVec<double>& p) { return Point{p.x, p.y, p.z}; };
+    for (std::size_t i = 0; i + 2 < list.vertices.size(); i += 3) {
+        for (std::size_t side = 0; side < 3; ++side) {
+            Point from = pointOf(list.vertices[i + side]);
+            Point to = pointOf(list.vertices[i + (side + 1) % 3]);
+            if (to < from) {
+                std::swap(from, to);
+            }
+            sides[{from, to}] += from == to ? 0 : 1;
+        }
+    }
+    return static_cast<std::size_t>(
+        std::count_if(sides.begin(), sides.end(), [](const auto& side) { return side.second == 1; }));
+}
+
+// Both triangles of a cell are cut at the same values, and along their common side at the same points to the bit.
+// Values rise with x: the lower and the upper side of the cell are cut by seven bands into eight parts each, those at
+// the left and right stay whole.
+TEST(ColourByValue, BandsAndTrianglesMeetInTheSamePoints) {
+    Patch patch = {{{0.1, 0.3, 0.7}, {1.7, 0.2, 0.1}}, {{0.2, 1.9, 0.3}, {1.3, 2.3, 0.9}}};
+    const DrawRig rig({patch});
+    const DrawList list = colouredSurface(rig.doc, 2, shown({{0.013, 0.997, 0.027, 0.981}}, {0.0, 1.0, 8}));
+    EXPECT_EQ(openSides(list), 2U * 8U + 2U);
 }
 
 TEST(ColourByValue, FacesKeepTheirSideAndNormals) {
@@ -196,6 +243,15 @@ TEST(ColourByValue, AValueThatIsNoNumberLeavesThePartsColour) {
     const auto found = areas(colouredSurface(rig.doc, 2, shown({{0, none, 0, 0}}, scale)));
     EXPECT_NEAR(found.at(plain.batches[0].colour), 0.5, 1e-15);
     EXPECT_NEAR(found.at(scale.colourOf(0)), 0.5, 1e-15);
+}
+
+TEST(ColourByValue, OnlyAColourThatStandsForAValueIsShadedMildly) {
+    const DrawRig rig(squares(2));
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    const ValueScale scale(0.0, 1.0, 2);
+    for (const DrawBatch& batch : colouredSurface(rig.doc, 2, shown({{0, none, 0, 0}, {}}, scale)).batches) {
+        EXPECT_EQ(batch.readable, batch.colour == scale.colourOf(0));
+    }
 }
 
 TEST(ColourByValue, MarksBesideTheSurfaceStayBehindIt) {
@@ -302,12 +358,31 @@ TEST(ValuesToShow, OfTheReport) {
         ASSERT_TRUE(values.has_value());
         EXPECT_EQ(values->name, names[static_cast<std::size_t>(i)]);
         EXPECT_EQ(values->ofCells, i < 3);
+        EXPECT_EQ(values->least, i == 2 ? 1e-3 : 1e-5);
         EXPECT_THAT(values->parts, ElementsAre(SizeIs(i < 3 ? 1 : 4), SizeIs(i < 3 ? 1 : 4)));
     }
     chosen.quantity = CColours::firstOfReport;
     EXPECT_THAT(valuesToShow(rig.doc)->parts, ElementsAre(ElementsAre(1.0), ElementsAre(2.0)));
     rig.doc.structureKind = StructureKind::Unstructured;
     EXPECT_FALSE(valuesToShow(rig.doc).has_value());
+}
+
+TEST(ColouredValues, AreNoneWhereNothingHasOne) {
+    DrawRig rig({{{{0, 0, 0}}, {{1, 0, 0}}, {{3, 0, 0}}}});
+    CColours& chosen = rig.doc.dialogs->colours;
+    for (const std::int32_t quantity : {CColours::firstOfReport, CColours::firstOfReport + 3}) {
+        chosen.quantity = quantity;
+        EXPECT_FALSE(colouredValues(rig.doc).has_value()) << "sections of one point have no cell between them";
+    }
+    rig.doc.patches = {square(0)};
+    rig.doc.fieldLoaded = true;
+    rig.doc.fieldCount = 1;
+    chosen.quantity = 3;
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    rig.doc.fieldPatches = {{{{none, 0, 0}, {none, 0, 0}}, {{none, 0, 0}, {none, 0, 0}}}};
+    EXPECT_FALSE(colouredValues(rig.doc).has_value()) << "no number among them";
+    rig.doc.fieldPatches[0][1][1].x = 2.0;
+    EXPECT_TRUE(colouredValues(rig.doc).has_value());
 }
 
 TEST(ColouredView, ShowsALegendWithTheSurface) {
@@ -333,10 +408,7 @@ TEST(ColouredView, ShowsALegendWithTheSurface) {
     EXPECT_THAT(rig.view.overlay().list.batches, SizeIs(batches + 2));
     EXPECT_EQ(rig.view.batchesBeforeTriad(), 2U);
     const ValueScale scale(0.0, 1.0, 2);
-    // As the light shows it: brighter by 0.24, which is what ambient light adds to each part.
-    for (std::size_t i = 0; i < 3; ++i) {
-        EXPECT_NEAR(rig.view.overlay().list.batches[0].colour.at(i), scale.colourOf(1).at(i) + 0.24F, 1e-6F);
-    }
+    EXPECT_EQ(rig.view.overlay().list.batches[0].colour, scale.colourOf(1)) << "as the surface has it";
     EXPECT_THAT(areas(rig.view.list()), ElementsAre(Pair(scale.colourOf(0), DoubleNear(0.5, 1e-15)),
                                                     Pair(scale.colourOf(1), DoubleNear(0.5, 1e-15))));
 

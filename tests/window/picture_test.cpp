@@ -287,7 +287,7 @@ TEST(Pixels, ATextIsDrawnAsItsBitmapFromItsPointOn) {
     frame.projection = orthographicMatrix(0.0, 64.0, 0.0, 64.0, -1.0, 1.0);
     frame.viewport = {0, 0, 64, 64};
     std::string asked;
-    GlRenderer renderer([&](const std::string& text) {
+    GlRenderer renderer([&](const std::string& text, double) {
         asked = text;
         return bitmap;
     });

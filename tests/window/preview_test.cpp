@@ -47,6 +47,47 @@ TEST(Preview, AFieldThatIsLeftMovesTheModelAndCancelMovesItBackToTheBit) {
     });
 }
 
+/// Waits until the first point stands there.
+bool comesTo(WindowDriver& person, double x) {
+    return person.waitFor([x] { return WindowDriver::frame().state().patches[0][0][0].x == x; });
+}
+
+TEST(Preview, ANumberThatIsBeingTypedMovesTheModelOnceTheKeysRest) {
+    const Desk desk;
+    runProgram({desk.model.string()}, [&](WindowDriver& person) {
+        person.waitForFrame();
+        const std::string before = bytesOf(person);
+        const double x = firstX(person);
+        person.choose({"Transformations", "Move..."});
+        person.waitForBox(QStringLiteral("CBlockMove"));
+        person.clickWidget(QStringLiteral("deltaX"));
+        person.key("a", "Control_L");
+        person.type("0.5");
+        EXPECT_TRUE(comesTo(person, x + 0.5)) << "nobody left the field";
+        person.type("x");
+        EXPECT_TRUE(comesTo(person, x)) << "a number that cannot be taken";
+        EXPECT_EQ(person.ask([] { return QApplication::activeModalWidget()->objectName(); }),
+                  QStringLiteral("CBlockMove"))
+            << "and no word about it";
+        person.key("BackSpace");
+        EXPECT_TRUE(comesTo(person, x + 0.5));
+        person.key("Escape");
+        EXPECT_TRUE(person.waitForNoBox());
+        EXPECT_EQ(bytesOf(person), before);
+        person.choose({"Transformations", "Move..."});
+        person.waitForBox(QStringLiteral("CBlockMove"));
+        person.clickWidget(QStringLiteral("deltaX"));
+        person.key("a", "Control_L");
+        person.type("0.25");
+        EXPECT_TRUE(comesTo(person, x + 0.25));
+        person.key("Return");
+        EXPECT_TRUE(person.waitForNoBox());
+        EXPECT_EQ(firstX(person), x + 0.25);
+        EXPECT_EQ(person.ask([] { return WindowDriver::frame().session().journal().lines().back(); }),
+                  "run model.move deltaX=0.25");
+    });
+}
+
 TEST(Preview, IsThereFromTheBeginningBesideTheDialog) {
     const Desk desk;
     runProgram({desk.model.string()}, [&](WindowDriver& person) {

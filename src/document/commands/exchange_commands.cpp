@@ -229,8 +229,13 @@ void exportModel(VelmoraDoc& doc) {
         finishExport(doc, extensionOf(path), possible, {});
         return;
     }
-    if (!showDialog(doc.ui(), doc.dialogs->exporting) ||
-        !mayOverwrite(doc, path, TargetFrom::Chooser, FileContent::Export)) {
+    if (!showDialog(doc.ui(), doc.dialogs->exporting)) {
+        return;
+    }
+    if (doc.dialogs->exporting.onlyBlock && doc.blockCount == 0) {
+        doc.ui().showMessage(message::noBlockToExport); // who meant a part can still keep the file
+    }
+    if (!mayOverwrite(doc, path, TargetFrom::Chooser, FileContent::Export)) {
         return;
     }
     if (doc.dialogs->exporting.onlyBlock) {

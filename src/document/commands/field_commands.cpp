@@ -109,11 +109,18 @@ void VelmoraDoc::SaveField() {
 }
 
 void VelmoraDoc::CloseField() {
+    // Work that is in no file is not gone with one key: as after New, Undo brings the model back.
+    const bool unsaved = documentModified;
+    if (unsaved) {
+        keepForUndo();
+    }
     clearModel();
     modelFile.forget();
     modelFile.titleWrong = false;
     modelFile.setTitle("Untitled");
     forgetRegimesAndAddresses(*this);
+    patchUndoReady = unsaved;
+    documentModified = false; // there is nothing to save
     resetMouseMode();
     if (status != idlePrompt) {
         ShowStatus(idlePrompt);

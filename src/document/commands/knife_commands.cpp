@@ -1,12 +1,14 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <system_error>
 #include <utility>
 #include <vector>
 
 #include "DialogValues.h"
+#include "SafeFile.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "WorkCancelled.h"
@@ -196,55 +198,57 @@ bool keepPartOfZones(VelmoraDoc& doc, Side kept) {
     return done;
 }
 
-/// What a name stood for before work that may be given up: the file, if there was one.
+/// What a name stood for before work that may be given up: the file, if there was one. It is held open, and so is there
+/// under no name that a program which is killed could leave behind.
 class FileBefore {
 public:
-    explicit FileBefore(std::filesystem::path path) : path_(std::move(path)), kept_(path_) {
-        kept_ += ".before";
+    explicit FileBefore(std::filesystem::path path) : path_(std::move(path)), held_(path_, std::ios::binary) {
         std::error_code error;
         wasThere_ = std::filesystem::exists(path_, error);
-        if (!wasThere_ || std::filesystem::exists(kept_, error)) {
-            return;
-        }
-        // A second name costs nothing, where the disk has such.
-        std::filesystem::create_hard_link(path_, kept_, error);
-        if (error) {
-            std::filesystem::copy_file(path_, kept_, error);
-        }
-        isKept_ = !error;
-    }
-    FileBefore(const FileBefore&) = delete;
-    FileBefore& operator=(const FileBefore&) = delete;
-    ~FileBefore() {
-        std::error_code error;
-        if (isKept_) {
-            std::filesystem::remove(kept_, error);
-        }
     }
 
     void bringBack() {
         std::error_code error;
-        if (isKept_) {
-            std::filesystem::rename(kept_, path_, error); // leaves both names where they are still one file
-        } else if (!wasThere_) {
+        if (!wasThere_) {
             std::filesystem::remove(path_, error);
+        } else if (held_.is_open()) {
+            copyHeld();
         }
     }
 
 private:
+    void copyHeld() {
+        constexpr std::size_t blockSize = std::size_t{1} << 16;
+        std::string block(blockSize, '\0');
+        SafeFile file(path_);
+        do {
+            held_.read(block.data(), static_cast<std::streamsize>(block.size()));
+            file.write({block.data(), static_cast<std::size_t>(held_.gcount())});
+        } while (held_);
+        if (held_.eof()) {
+            file.commit();
+        }
+    }
+
     std::filesystem::path path_;
-    std::filesystem::path kept_;
+    std::ifstream held_;
     bool wasThere_ = false;
-    bool isKept_ = false;
 };
 
-/// Both files are asked about before one is written; given up in the middle, none is left.
+/// Both files are asked about, and both can be written, before one is; given up in the middle, none is left.
 void savePartsOfZones(VelmoraDoc& doc) {
     const std::filesystem::path before = partPath(doc.modelFile.chosenPath, "_1");
     const std::filesystem::path after = partPath(doc.modelFile.chosenPath, "_2");
     if (!mayOverwrite(doc, before, TargetFrom::Model, FileContent::Part) ||
         !mayOverwrite(doc, after, TargetFrom::Model, FileContent::Part)) {
         return;
+    }
+    for (const std::filesystem::path& part : {before, after}) {
+        if (!canBeWritten(part)) {
+            doc.ui().showMessage(message::cannotSave);
+            tellNotWritten(doc, part);
+            return;
+        }
     }
     FileBefore first(before);
     try {

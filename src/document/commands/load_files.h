@@ -27,6 +27,7 @@ struct LoadMode {
 struct LoadTally {
     std::int64_t pointsRead = 0; ///< that the files hold, where a model is thinned
     std::int64_t pointsKept = 0;
+    std::string kind;                ///< what became of the model, where it is of another kind than before
     std::string unit;                ///< of lengths, in words for the user, where a file has one
     std::vector<std::string> losses; ///< what was altered or lost otherwise, in words for the user
 };

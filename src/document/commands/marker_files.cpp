@@ -49,7 +49,7 @@ void VelmoraDoc::AppendSft() {
     if (paths.empty()) {
         return;
     }
-    rebuildOnUndo = false;
+    // What Undo does with the box stays as it is: it is of the command before, whether markers are read or not.
     SftResult file;
     {
         const BusyScope busy(ui_);

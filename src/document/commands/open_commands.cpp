@@ -158,6 +158,7 @@ void loadFurtherFiles(VelmoraDoc& doc, const std::vector<std::filesystem::path>&
         }
         const std::filesystem::path pathBefore = doc.modelFile.chosenPath;
         const std::size_t partsBefore = partsOf(doc);
+        const auto lossesBefore = static_cast<std::ptrdiff_t>(tally.losses.size());
         doc.modelFile.adopt(*path);
         if (doc.structureKind == StructureKind::Unstructured) {
             appendUnstructuredFile(doc, doc.modelFile.chosenPath, doc.modelFile.fileExtension, {.joins = true}, tally);
@@ -166,6 +167,7 @@ void loadFurtherFiles(VelmoraDoc& doc, const std::vector<std::filesystem::path>&
         }
         if (partsOf(doc) == partsBefore) {
             doc.modelFile.adopt(pathBefore); // a file that gave nothing does not give its name
+            tally.losses.insert(tally.losses.begin() + lossesBefore, path->filename().string() + " gave nothing");
         }
     }
 }
@@ -177,6 +179,7 @@ void tellLoaded(VelmoraDoc& doc, const LoadTally& tally) {
     if (tally.pointsKept < tally.pointsRead) {
         add(keptText("points", tally.pointsRead, tally.pointsKept));
     }
+    add(tally.kind);
     add(tally.unit);
     add(lossText(tally.losses));
     add(doc.saveTargetText());
@@ -253,6 +256,9 @@ void VelmoraDoc::onOpenDocuments(const std::vector<std::filesystem::path>& paths
         }
     }
     if (!gaveModel) {
+        std::for_each(paths.begin() + 1, paths.end(), [&tally](const auto& path) {
+            tally.losses.push_back(path.filename().string() + " was not opened: the first file gave no model");
+        });
         cancelOpen(*this, tally);
         return;
     }
@@ -293,6 +299,9 @@ void VelmoraDoc::appendFile() {
         // A file that gave nothing changed nothing.
         documentModified = modifiedBefore;
         modelFile.fileExtension = extensionBefore;
+    }
+    if (!zones && structureKind == StructureKind::Unstructured) {
+        tally.kind = "The grid became triangles";
     }
     rebuildOnUndo = true;
     leaveRegimes();

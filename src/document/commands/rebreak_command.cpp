@@ -130,14 +130,15 @@ PointList triedCurve(VelmoraDoc& doc, const CRebreak& values) {
 /// Asks for the values; model and plot show meanwhile what they come to.
 bool askRebreak(VelmoraDoc& doc) {
     CRebreak& values = doc.dialogs->rebreak;
-    values.tried = [&doc](const CRebreak& tried) {
+    const auto plot = [&doc](const CRebreak& tried) {
         if (doc.dialogs->onCurveTried) {
             PointList curve;
             doc.withoutTrial([&] { curve = triedCurve(doc, tried); });
             plotTried(doc, curve);
         }
     };
-    const bool agreed = showDialogTrying(doc, values, [&doc](const CRebreak& tried) {
+    values.tried = plot;
+    const auto tryOut = [&doc](const CRebreak& tried) {
         CRebreak working = tried;
         const double curves = tried.useBlock ? tried.blockCurves : tried.patchCurves;
         if (curves * tried.law.newCount > ModelTrial::mostPoints) {
@@ -145,7 +146,8 @@ bool askRebreak(VelmoraDoc& doc) {
         }
         rebreakCurves(doc, working);
         return true;
-    });
+    };
+    const bool agreed = showDialogTrying<CRebreak>(doc, values, tryOut, plot);
     values.tried = nullptr;
     return agreed;
 }

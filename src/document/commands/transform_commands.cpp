@@ -59,6 +59,9 @@ void runTransformation(VelmoraDoc& doc, bool keepsPoint, const std::function<boo
     if (doc.capture->pointCaptured) {
         followCapturedPoint(doc);
         if (keepsPoint) {
+            if (!doc.pointUndoReady) {
+                doc.dropPointUndo(); // it is of a point that was left since, and must not come back with this one
+            }
             doc.pointUndoReady = true;
         } else {
             doc.capture.dropPoint();
@@ -168,16 +171,26 @@ void SymmetricModel(VelmoraDoc& doc) {
 
 // ---- Sections and lines ---------------------------------------------------------------------------------------------
 
+/// What turns the model round and needs no snapshot, as it is taken back by itself, chosen again. Where Undo stands for
+/// a command before it, though, that would take back the two of them: Undo takes back the last thing.
+void keepTurned(VelmoraDoc& doc) {
+    if (doc.patchUndoReady || doc.pointUndoReady) {
+        doc.beginPatchCommand(Extent::Stays);
+    } else {
+        doc.keepForGuard();
+    }
+}
+
 /// Exchanges sections and lines, and what is captured with them.
 void Convertation(VelmoraDoc& doc) {
     if (doc.structureKind != StructureKind::Structured) {
         return;
     }
-    doc.keepForGuard();
+    keepTurned(doc);
     if (!exchangeSectionsAndLines(doc)) {
         return;
     }
-    // No snapshot: the command chosen again takes it back. It is a change all the same, asked about before leaving.
+    // With a snapshot or without one it is a change, asked about before leaving.
     doc.documentModified = true;
     // With a zBlock that does not hold its patch the capture alone has turned: its numbers may be past the patch's
     // ends.
@@ -190,7 +203,7 @@ void LastFirstSwitch(VelmoraDoc& doc) {
     if (doc.structureKind != StructureKind::Structured || !showDialog(doc.ui(), doc.dialogs->lastFirst)) {
         return;
     }
-    doc.keepForGuard();
+    keepTurned(doc);
     const bool sections = doc.dialogs->lastFirst.kind == 1;
     const std::vector<bool> mask = doc.chosenMask();
     for (std::size_t k = 0; k < doc.patches.size(); ++k) {
@@ -202,7 +215,7 @@ void LastFirstSwitch(VelmoraDoc& doc) {
             reverse(doc.patches[k]);
         }
     }
-    // As above: a change without a snapshot.
+    // As above: a change in either case.
     doc.documentModified = true;
     if (doc.capture->capturedPatch >= 0 && doc.capture->capturedPatch < countOf(doc.patches)) {
         renumberCapture(doc.capture, doc.patches[static_cast<std::size_t>(doc.capture->capturedPatch)], sections);

@@ -113,10 +113,14 @@ void VelmoraDoc::beginPatchCommand(Extent extent) {
     rebuildOnUndo = extent == Extent::Changes;
 }
 
-void VelmoraDoc::keepForUndo() {
+void VelmoraDoc::dropPointUndo() {
     pointUndoPatches.clear();
     pointUndoRegion.blocks.clear();
     pointUndoReady = false;
+}
+
+void VelmoraDoc::keepForUndo() {
+    dropPointUndo();
     if (holdsNothing()) {
         return;
     }
@@ -170,6 +174,37 @@ void takeReplacedSnapshots(DocumentState& doc) {
     doc.pointUndoIsNewer = replaced.pointIsNewer;
 }
 
+/// The command took a snapshot and has left the model as it is there.
+bool changedNothing(const DocumentState& doc) {
+    const KeptRegion& region = doc.undoRegion;
+    const bool sameTitle = region.blocks.empty() || region.title == doc.feRegion.title;
+    // Another model, be it the same to the bit, may stand in the place of the one in the snapshot.
+    return doc.undoPath.empty() && sameTitle && doc.undoPatches.isSameAs(doc.patches) &&
+           region.blocks.isSameAs(doc.feRegion.blocks) && doc.undoField.patches.isSameAs(doc.fieldPatches);
+}
+
+/// A command that changed nothing takes away no way back: Undo would answer that it is done, and what the command
+/// before did could not be taken back any more. Of one that failed or was cancelled the mark of the model goes
+/// back too, and Undo is off where it was off; a refused one that replaces no snapshot leaves its own. `counts` are
+/// those of the moment before it.
+void leaveWayBack(DocumentState& doc, bool gaveUp, const SnapshotCounts& counts) {
+    const ReplacedSnapshots& replaced = *doc.replaced;
+    // The numbers that Undo of the point goes back to are those of this command, if it took a snapshot for that too.
+    // And a drag takes its own before the mouse moves: that nothing has changed yet says nothing of it.
+    const bool settled = replaced.patchTaken && !replaced.pointTaken;
+    const bool hadOne = replaced.patchReady || replaced.pointReady;
+    if (!settled || !(gaveUp || hadOne) || !changedNothing(doc)) {
+        return;
+    }
+    const bool pointReady = doc.pointUndoReady;
+    takeReplacedSnapshots(doc);
+    doc.pointUndoReady = pointReady; // the command may have left the regime of the point
+    if (gaveUp) {
+        doc.documentModified = replaced.modified;
+    }
+    doc.snapshotCounts = counts; // a guard around the command finds the model where it was
+}
+
 } // namespace
 
 /// A command that changes the kind of the model changes the file that Save writes: that is told at once, unless
@@ -192,24 +227,29 @@ void VelmoraDoc::tellSaveTarget(const std::filesystem::path& before, const std::
     }
 }
 
-void VelmoraDoc::runCommand(CommandRun command) {
+void VelmoraDoc::runCommand(CommandRun command, const std::function<bool()>& gaveUp) {
     const std::filesystem::path target = saveTarget();
     const std::string targetText = saveTargetText();
+    const SnapshotCounts counts = snapshotCounts;
     replaced.emplace();
     replaced->patchReady = patchUndoReady;
     replaced->pointReady = pointUndoReady;
     replaced->extent = rebuildOnUndo;
     replaced->pointIsNewer = pointUndoIsNewer;
     replaced->path = undoPath;
+    replaced->modified = documentModified;
     const zVec<double> lower = boxMin;
     const zVec<double> upper = boxMax;
     try {
-        const CommandGuard guard(*this);
-        command(*this);
-        if (!resultIsFinite(*this)) {
-            throw NotFinite();
+        {
+            const CommandGuard guard(*this);
+            command(*this);
+            if (!resultIsFinite(*this)) {
+                throw NotFinite();
+            }
+            tellSaveTarget(target, targetText);
         }
-        tellSaveTarget(target, targetText);
+        leaveWayBack(*this, gaveUp && gaveUp(), counts);
     } catch (const NotFinite&) {
         // The guard has put the model back.
         takeReplacedSnapshots(*this);
@@ -374,7 +414,11 @@ std::span<const Command> undoCommands() {
          .accelerator = "Ctrl+Z",
          .icon = true,
          .run = &VelmoraDoc::UndoPoint,
-         .off = [](Doc d) { return !d.pointUndoReady; },
+         // A transformation names the captured point for Undo patch and takes no snapshot of it.
+         .off =
+             [](Doc d) {
+                 return !d.pointUndoReady || (d.pointUndoPatches.empty() && d.pointUndoRegion.blocks.empty());
+             },
          .places = {{EditPoint, 310}, {PointContext, 510}, {GeneralBar, 620}}},
     };
     return rows;

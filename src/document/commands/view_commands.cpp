@@ -1,9 +1,13 @@
 #include "VelmoraDoc.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "DialogValues.h"
 #include "UserInterface.h"
 #include "command_rows.h"
 #include "command_rules.h"
+#include "patch_quality.h"
 #include "show_dialog.h"
 
 namespace velmora {
@@ -31,6 +35,18 @@ void ViewFeatures(VelmoraDoc& doc) {
     doc.redrawPicture();
 }
 
+bool hasReportValue(const VelmoraDoc& doc, std::int32_t index) {
+    const ModelFaces model = modelFaces(doc.patches, {});
+    const GridValue kind = gridValueKinds[static_cast<std::size_t>(index)];
+    for (std::size_t k = 0; k < doc.patches.size(); ++k) {
+        const std::vector<double> values = gridValues(kind, doc.patches[k], k, model);
+        if (std::any_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); })) {
+            return true;
+        }
+    }
+    return false;
+}
+
 /// Why the surface does not show the value that was chosen; empty when it does.
 std::string whyWithoutColours(const VelmoraDoc& doc) {
     const CColours& chosen = doc.dialogs->colours;
@@ -45,6 +61,12 @@ std::string whyWithoutColours(const VelmoraDoc& doc) {
     }
     if (chosen.ofReport() && doc.structureKind != StructureKind::Structured) {
         return "Triangles have no cells to show a value of";
+    }
+    if (doc.structureKind == StructureKind::Structured && !hasCell(doc.patches)) {
+        return "The model has no cell to colour";
+    }
+    if (chosen.ofReport() && !hasReportValue(doc, chosen.reportIndex())) {
+        return "No cell of the model has such a value";
     }
     return doc.surfaceMode ? "" : "Colours show with Surface on";
 }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "SafeFile.h"
 #include "UserInterface.h"
 #include "VelmoraDoc.h"
 #include "apt.h"
@@ -96,14 +97,44 @@ double worthTelling(const VelmoraDoc& doc) {
     return partOfRadius * doc.modelRadius;
 }
 
+/// What is not finite is not written, which is told in its own words.
+bool isWorthTelling(const VelmoraDoc& doc, double move) {
+    return move > worthTelling(doc) && std::isfinite(move);
+}
+
+/// What a warning of the digits says.
+Message moveWarning(int digits, double move) {
+    return message::digitsMovePoints(digits, shortLength(move));
+}
+
+int digitsOf(const std::filesystem::path& path) {
+    constexpr int shortDigits = 6; // of VRML and STL
+    const std::string extension = extensionOf(path);
+    return extension == "wrl" || extension == "stl" ? shortDigits : outputPrecision;
+}
+
+/// The digits of the file at `path` move points. Where one is there, what it has of them is gone once it is written:
+/// who can be asked may keep it.
+bool mayMovePoints(VelmoraDoc& doc, const std::filesystem::path& path, double move) {
+    std::error_code error;
+    if (isWorthTelling(doc, move) && std::filesystem::exists(path, error)) {
+        return doc.ui().warn(moveWarning(digitsOf(path), move));
+    }
+    tellMove(doc, digitsOf(path), move);
+    return true;
+}
+
 } // namespace
+
+bool canBeWritten(const std::filesystem::path& path) {
+    return SafeFile(path).isOpen();
+}
 
 WriteOutcome writeZones(VelmoraDoc& doc, const std::filesystem::path& path, const zRegion& structured,
                         const zRegion_fe& unstructured, FileContent content) {
-    constexpr int shortDigits = 6; // of VRML and STL
-    const std::string extension = extensionOf(path);
-    const int digits = extension == "wrl" || extension == "stl" ? shortDigits : outputPrecision;
-    tellMove(doc, digits, largestMove(structured, unstructured, digits, worthTelling(doc)));
+    if (!mayMovePoints(doc, path, largestMove(structured, unstructured, digitsOf(path), worthTelling(doc)))) {
+        return {};
+    }
     std::vector<std::string> told;
     WriteOutcome outcome;
     {
@@ -117,8 +148,14 @@ WriteOutcome writeZones(VelmoraDoc& doc, const std::filesystem::path& path, cons
     }
     if (outcome) {
         noteWritten(doc, outcome, content);
+    } else {
+        tellNotWritten(doc, path); // the messages name a place in the program
     }
     return outcome;
+}
+
+void tellNotWritten(VelmoraDoc& doc, const std::filesystem::path& path) {
+    doc.ShowStatus(path.filename().string() + " was not written");
 }
 
 std::string shortLength(double length) {
@@ -128,10 +165,9 @@ std::string shortLength(double length) {
 }
 
 void tellMove(VelmoraDoc& doc, int digits, double move) {
-    if (!(move > worthTelling(doc)) || !std::isfinite(move)) {
-        return; // what is not finite is not written, which is told in its own words
+    if (isWorthTelling(doc, move)) {
+        doc.ui().showMessage(moveWarning(digits, move));
     }
-    doc.ui().showMessage(message::digitsMovePoints(digits, shortLength(move)));
 }
 
 void tellSaved(VelmoraDoc& doc, const WriteOutcome& outcome) {

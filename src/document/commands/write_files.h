@@ -23,6 +23,9 @@ enum class TargetFrom { Model, Chooser };
 bool mayOverwrite(VelmoraDoc& doc, const std::filesystem::path& path, TargetFrom from,
                   FileContent content = FileContent::Model, std::int64_t leftOut = 0);
 
+/// A file could be written at `path`, in the place of the one that may be there. Nothing is changed by asking.
+bool canBeWritten(const std::filesystem::path& path);
+
 /// No part of the model has a point: a file of it would be empty.
 bool holdsNothingToSave(const VelmoraDoc& doc);
 
@@ -31,9 +34,13 @@ bool holdsNothingToSave(const VelmoraDoc& doc);
 /// The patches of the model: a grid as one, else its lines.
 WriteOutcome writeStructured(VelmoraDoc& doc, const std::filesystem::path& path, FileKind kind);
 
-/// Zones in the format that the extension of `path` names.
+/// Zones in the format that the extension of `path` names. Where its digits move points, the user can keep the file
+/// that is there.
 WriteOutcome writeZones(VelmoraDoc& doc, const std::filesystem::path& path, const zRegion& structured,
                         const zRegion_fe& unstructured, FileContent content = FileContent::Model);
+
+/// The status line names the file that could not be written.
+void tellNotWritten(VelmoraDoc& doc, const std::filesystem::path& path);
 
 /// What another writer made.
 void finishWriting(VelmoraDoc& doc, const WriteOutcome& outcome, FileContent content = FileContent::Model);

@@ -34,7 +34,7 @@ bool isStrip(Primitive primitive) {
 
 bool sameLook(const DrawBatch& a, const DrawBatch& b) {
     return a.primitive == b.primitive && a.colour == b.colour && a.pointSize == b.pointSize &&
-           a.lineWidth == b.lineWidth && a.lit == b.lit && a.hasNormals == b.hasNormals &&
+           a.lineWidth == b.lineWidth && a.lit == b.lit && a.readable == b.readable && a.hasNormals == b.hasNormals &&
            a.outlineFront == b.outlineFront && a.framing == b.framing;
 }
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cmath>
 #include <iterator>
 
 namespace velmora {
@@ -45,21 +46,68 @@ constexpr float stepsBehindEdges = 4.0F;
 constexpr double clearEdges = 5.0;
 constexpr double denseEdges = 1.5;
 
-/// How much of the edges of a run shows, 0 to 1.
-float edgeStrength(const GlRun& run, const SceneFrame& frame) {
+/// How far the middle of a run stands from the eye; 1 where all is seen from one side.
+double awayOf(const GlRun& run, const SceneFrame& frame) {
     const Matrix4& m = frame.modelView;
     const zVec<double>& at = run.middle;
     const bool parallel = frame.projection[15] == 1.0;
-    const double away = parallel ? 1.0 : -(m[2] * at.x + m[6] * at.y + m[10] * at.z + m[14]);
+    return parallel ? 1.0 : -(m[2] * at.x + m[6] * at.y + m[10] * at.z + m[14]);
+}
+
+/// Pixels that one unit of length across the line of sight takes.
+double pixelsOfUnit(double away, const SceneFrame& frame) {
+    return frame.projection[5] * frame.viewport.height * 0.5 / away;
+}
+
+/// A thick line of a face that is hidden reaches past the face that hides it where both stand near to each other. So
+/// lines of the back that are thicker than a pixel stand back by what the depth changes over the rest of them, on faces
+/// that are no steeper than this.
+constexpr double steepest = 3.0;
+constexpr double mostBehind = 0.01;
+
+double behindFronts(const GlRun& run, const SceneFrame& frame) {
+    const double away = awayOf(run, frame);
+    if (frame.pixelScale <= 1.0 || !(away > 0.0)) {
+        return 0.0;
+    }
+    const bool parallel = frame.projection[15] == 1.0;
+    const double depthOfUnit = 0.5 * std::abs(parallel ? frame.projection[10] : frame.projection[14] / (away * away));
+    const double rest = (frame.pixelScale - 1.0) * 0.5 / pixelsOfUnit(away, frame);
+    return std::min(mostBehind, steepest * rest * depthOfUnit);
+}
+
+/// How much of the edges of a run shows, 0 to 1.
+float edgeStrength(const GlRun& run, const SceneFrame& frame) {
+    const double away = awayOf(run, frame);
     if (!(away > 0.0)) {
         return 1.0F; // the eye is in the middle of it
     }
-    const double pixels = run.edge * frame.projection[5] * frame.viewport.height * 0.5 / away / frame.pixelScale;
+    const double pixels = run.edge * pixelsOfUnit(away, frame) / frame.pixelScale;
     return static_cast<float>(std::clamp((pixels - denseEdges) / (clearEdges - denseEdges), 0.0, 1.0));
 }
 
 Colour shaded(const Colour& colour, float factor) {
     return {colour[0] * factor, colour[1] * factor, colour[2] * factor, colour[3]};
+}
+
+/// A colour that stands for something keeps so much of itself wherever its face looks; the light adds the rest.
+constexpr float readableShare = 0.8F;
+/// Ambient light that the scene has beside that of light 0, and the share of it that other surfaces show, in grey.
+constexpr float ambientOfScene = 0.2F;
+constexpr float ambientOfSurface = 0.2F;
+
+/// How the light falls on what is drawn next: the colour of a surface that is to be read is hardly shaded, others turn
+/// dark where they turn away.
+void setShading(bool readable) {
+    const float ambient = readable ? readableShare - ambientOfScene : 1.0F;
+    const float diffuse = readable ? 1.0F - readableShare : 1.0F;
+    glLightfv(GL_LIGHT0, GL_AMBIENT, std::array{ambient, ambient, ambient, 1.0F}.data());
+    glLightfv(GL_LIGHT0, GL_DIFFUSE, std::array{diffuse, diffuse, diffuse, 1.0F}.data());
+    glColorMaterial(GL_FRONT_AND_BACK, readable ? GL_AMBIENT_AND_DIFFUSE : GL_DIFFUSE);
+    if (!readable) {
+        glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT,
+                     std::array{ambientOfSurface, ambientOfSurface, ambientOfSurface, 1.0F}.data());
+    }
 }
 
 /// Whether the processor draws: more samples would cost it as much again each.
@@ -79,15 +127,31 @@ GLenum depthRule(const DrawBatch& look) {
 /// Light 0, fixed to the eye: set while the model view matrix is the identity.
 void setLight() {
     const std::array<float, 4> full{1.0F, 1.0F, 1.0F, 1.0F};
+    const std::array<float, 4> ofScene{ambientOfScene, ambientOfScene, ambientOfScene, 1.0F};
     const std::array<float, 4> position{0.0F, 0.0F, 1.0F, 1.0F};
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
-    glLightfv(GL_LIGHT0, GL_AMBIENT, full.data());
-    glLightfv(GL_LIGHT0, GL_DIFFUSE, full.data());
+    setShading(false);
     glLightfv(GL_LIGHT0, GL_SPECULAR, full.data());
     glLightfv(GL_LIGHT0, GL_POSITION, position.data());
+    glLightModelfv(GL_LIGHT_MODEL_AMBIENT, ofScene.data());
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
     glEnable(GL_LIGHT0);
+}
+
+/// All of a rectangle that stands out beyond the text by the border.
+TextBitmap plateFor(const TextBitmap& text, int border) {
+    TextBitmap plate{text.width + 2 * border, text.height + 2 * border, {}};
+    plate.rows.assign(static_cast<std::size_t>((plate.width + 7) / 8) * static_cast<std::size_t>(plate.height), 0xFF);
+    return plate;
+}
+
+/// The lower left of the bitmap stands so far to the right of the place and above it.
+void drawBitmap(const TextBitmap& bitmap, const zVec<double>& place, const Colour& colour, float right, float up) {
+    // The raster position takes the colour in force.
+    glColor4fv(colour.data());
+    glRasterPos3d(place.x, place.y, place.z);
+    glBitmap(bitmap.width, bitmap.height, -right, -up, 0.0F, 0.0F, bitmap.rows.data());
 }
 
 void setMatrices(const SceneFrame& frame) {
@@ -176,7 +240,7 @@ void GlRenderer::draw(const SceneFrame& frame) {
         overlay_.uploadSeen(frame.overlay->list, frame.modelView);
         drawRuns(overlay_, frame.overlay->list, frame, false);
         glLoadMatrixd(frame.modelView.data());
-        drawTexts(frame.overlay->texts);
+        drawTexts(frame.overlay->texts, frame.pixelScale);
     }
 }
 
@@ -226,7 +290,6 @@ void GlRenderer::drawKeptModel(const SceneFrame& frame) {
 void GlRenderer::drawModel(const SceneFrame& frame) {
     glFinish(); // what came before is not this drawing's
     const auto begin = std::chrono::steady_clock::now();
-    glColorMaterial(GL_FRONT_AND_BACK, GL_DIFFUSE);
     glEnable(GL_COLOR_MATERIAL);
     if (frame.coarse != nullptr) {
         if (uploadedCoarse_ != frame.coarseRevision) {
@@ -274,9 +337,17 @@ void GlRenderer::drawMarks(const GlBuffer& buffer, const SceneFrame& frame) {
 /// the context than both at once, and what shows the other side alone is left out of it.
 void GlRenderer::drawSurfaces(GlBuffer& buffer, const SceneFrame& frame) {
     const Eye eye = eyeOf(frame.modelView, frame.projection);
+    bool readable = false;
+    const auto shadeFor = [&readable](bool wanted) {
+        if (wanted != readable) {
+            setShading(wanted);
+            readable = wanted;
+        }
+    };
     const auto forLitRuns = [&](const auto& draw) {
         for (const GlRun& run : buffer.runs()) {
             if (run.look.lit) {
+                shadeFor(run.look.readable);
                 setLook(run.look, frame, true);
                 draw(run);
             }
@@ -290,17 +361,19 @@ void GlRenderer::drawSurfaces(GlBuffer& buffer, const SceneFrame& frame) {
     glEnable(GL_CULL_FACE);
     if (frame.edges) {
         glEnable(GL_POLYGON_OFFSET_FILL);
-        glPolygonOffset(1.0F, stepsBehindEdges);
+        glPolygonOffset(static_cast<float>(frame.pixelScale), stepsBehindEdges);
     }
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 0);
     forLitRuns([&](const GlRun& run) { drawSide(run, Facing::Front, GL_FILL); });
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
     forLitRuns([&](const GlRun& run) {
         if (frame.backFilled) {
-            glColor4fv(shaded(run.look.colour, backShade).data());
+            glColor4fv(shaded(run.look.colour, run.look.readable ? 1.0F : backShade).data());
             drawSide(run, Facing::Back, GL_FILL);
         } else {
+            glDepthRange(behindFronts(run, frame), 1.0);
             drawSideEdges(buffer, run, eye, Facing::Back);
+            glDepthRange(0.0, 1.0);
         }
     });
     glDisable(GL_POLYGON_OFFSET_FILL);
@@ -323,6 +396,7 @@ void GlRenderer::drawSurfaces(GlBuffer& buffer, const SceneFrame& frame) {
         });
         glDisable(GL_BLEND);
     }
+    shadeFor(false);
     glDisable(GL_CULL_FACE);
 }
 
@@ -379,15 +453,24 @@ void GlRenderer::drawRun(const GlBuffer& buffer, const GlRun& run, const DrawLis
     buffer.draw(run, drawn, run.first.size());
 }
 
-void GlRenderer::drawTexts(const std::vector<DrawText>& texts) {
+void GlRenderer::drawTexts(const std::vector<DrawText>& texts, double scale) {
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    glDepthFunc(GL_LEQUAL); // a text shows on its plate
+    const auto right = static_cast<float>(TextPlate::right * scale);
+    const auto off = static_cast<float>(TextPlate::off * scale);
     for (const DrawText& text : texts) {
-        const TextBitmap bitmap = rasterizer_(text.text);
-        // The raster position takes the colour in force.
-        glColor4fv(text.colour.data());
-        glRasterPos3d(text.position.x, text.position.y, text.position.z);
-        glBitmap(bitmap.width, bitmap.height, 0.0F, 0.0F, 0.0F, 0.0F, bitmap.rows.data());
+        const TextBitmap bitmap = rasterizer_(text.text, scale);
+        if (text.plate == TextPlate::Side::None) {
+            drawBitmap(bitmap, text.position, text.colour, 0.0F, 0.0F);
+            continue;
+        }
+        const float up = text.plate == TextPlate::Side::Above ? off : -off - static_cast<float>(bitmap.height);
+        const auto border = static_cast<float>(static_cast<int>(TextPlate::border * scale));
+        drawBitmap(plateFor(bitmap, static_cast<int>(border)), text.position, TextPlate::colour, right - border,
+                   up - border);
+        drawBitmap(bitmap, text.position, text.colour, right, up);
     }
+    glDepthFunc(GL_LESS);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
 }
 

@@ -20,8 +20,8 @@ struct TextBitmap {
     std::vector<std::uint8_t> rows;
 };
 
-/// Draws a text in the window's font. OpenGL has no fonts; whoever owns the window has.
-using TextRasterizer = std::function<TextBitmap(const std::string&)>;
+/// Draws a text in the window's font, so many times as large. OpenGL has no fonts; whoever owns the window has.
+using TextRasterizer = std::function<TextBitmap(const std::string&, double scale)>;
 
 /// Carries the frames of a view out with OpenGL 2.1 and its fixed-function state. It decides nothing: what is drawn
 /// stands in the frame. Every operation needs the view's context to be current.
@@ -82,7 +82,7 @@ private:
     void drawRuns(GlBuffer& buffer, const DrawList& list, const SceneFrame& frame, bool lightsOn);
     void drawRun(const GlBuffer& buffer, const GlRun& run, const DrawList& list, const SceneFrame& frame,
                  bool lightsOn);
-    void drawTexts(const std::vector<DrawText>& texts);
+    void drawTexts(const std::vector<DrawText>& texts, double scale);
 
     TextRasterizer rasterizer_;
     GlBuffer list_;

@@ -106,6 +106,15 @@ TEST_F(CompareCommand, AFileAboveTheLimitOfPointsCountsWhole) {
     EXPECT_EQ(doc.status, "Largest distance 0 at Patch K=1, Section N=1, Point M=1; mean 0, rms 0");
 }
 
+TEST_F(CompareCommand, TheFileIsLookedForBesideTheModel) {
+    open(file("wing.apt", plateAtTwo));
+    compare(3);
+    EXPECT_EQ(ui.requests.back().proposed, folder / "");
+    doc.modelFile.chosenPath.clear();
+    compare(3);
+    EXPECT_EQ(ui.requests.back().proposed, std::filesystem::path()) << "the model has no file";
+}
+
 TEST_F(CompareCommand, WithABinaryStlFile) {
     doc.dialogs->importing.scale = 7; // of Import, and of no other command
     compare(3, {file("at_five.stl", binaryFacet({0, 0, 5, 4, 0, 5, 0, 4, 5})).string()});

@@ -66,6 +66,7 @@ std::optional<TriangleMesh> surfaceOfChosenFile(VelmoraDoc& doc, LoadTally& tall
     FileRequest request;
     request.mode = ChooserMode::Open;
     request.types = fileTypesNamed({"apt", "skl", "dat", "wrl", "stl"});
+    request.proposed = doc.openPlace().parent_path() / ""; // beside the model
     request.command = "model.compare";
     const std::vector<std::filesystem::path> paths = doc.ui().chooseFiles(request);
     return paths.empty() ? std::nullopt : surfaceOfFile(doc, fullPath(paths.front()), tally);

@@ -92,7 +92,10 @@ inline Message digitsMovePoints(int digits, const std::string& move) {
     return {Severity::Warning, "With " + std::to_string(digits) + " digits points move by up to " + move};
 }
 inline constexpr MessageText holdsTrianglesNow{Severity::Refused, "The model holds triangles now. Use Save As"};
-inline constexpr MessageText noSurfaceToCompare{Severity::Refused, "There is no surface to compare with"};
+/// `reason` is what was lost of the file; empty where there is none to tell.
+inline Message noSurfaceToCompare(const std::string& reason) {
+    return {Severity::Refused, "There is no surface to compare with" + (reason.empty() ? "" : ": " + reason)};
+}
 inline constexpr const char* leaveAddRegime = "Regime Add Patch to Block will be canceled. Are you sure?";
 /// Lines have no surface: the model is shown as wires.
 inline constexpr MessageText surfaceNotAllowed{Severity::Warning, "surface not allowed"};

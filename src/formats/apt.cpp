@@ -132,15 +132,20 @@ private:
     std::size_t end_ = 0;
 };
 
-std::int32_t periodOf(std::int32_t totalPoints) {
-    return thinningPeriod(thinningFactor(totalPoints));
+std::int32_t periodOf(std::int32_t totalPoints, AptDetail detail) {
+    return detail == AptDetail::Whole ? 1 : thinningPeriod(thinningFactor(totalPoints));
+}
+
+PatchThinner thinnerFor(std::int32_t totalPoints, AptDetail detail) {
+    return detail == AptDetail::Whole ? PatchThinner::keepingAll() : PatchThinner(totalPoints);
 }
 
 /// Reads a file as nearly all are: headers and points, each in a line of its own, and nothing else. Then the numbers
 /// tell what the lines are counted for, and one pass will do. Of any other file it knows nothing.
 class AptOnePass {
 public:
-    AptOnePass(const std::filesystem::path& path, const ReportProgress& report) : reader_(path), thinner_(0) {
+    AptOnePass(const std::filesystem::path& path, AptDetail detail, const ReportProgress& report)
+        : reader_(path), detail_(detail), thinner_(thinnerFor(0, detail)) {
         reader_.reportTo(report);
         result_.opened = reader_.isOpen();
         if (result_.opened) {
@@ -160,6 +165,7 @@ private:
     void noteUnread();
 
     NumberReader reader_;
+    AptDetail detail_;
     AptReadResult result_;
     PatchList patches_;
     PatchThinner thinner_;
@@ -181,7 +187,7 @@ bool AptOnePass::run() {
         noteUnread();
         return true;
     }
-    const bool asExpected = periodOf(static_cast<std::int32_t>(result_.pointsInFile)) == period_;
+    const bool asExpected = periodOf(static_cast<std::int32_t>(result_.pointsInFile), detail_) == period_;
     if (!asExpected || !reader_.endedAtEndOfFile() || header.sections != unread) {
         return false;
     }
@@ -222,17 +228,17 @@ bool AptOnePass::takePatch(const AptHeader& header) {
 // thinned then. False when that is too uncertain, or was wrong.
 bool AptOnePass::fitThinning() {
     const auto total = static_cast<std::int32_t>(result_.pointsInFile);
-    if (periodOf(total) <= period_) {
+    if (periodOf(total, detail_) <= period_) {
         return true;
     }
     constexpr double uncertain = 0.05;
     const std::int32_t expected = expectedPoints();
     const std::int32_t fewer = std::max(total, static_cast<std::int32_t>((1.0 - uncertain) * expected));
     const auto more = static_cast<std::int32_t>((1.0 + uncertain) * expected);
-    if (period_ != 1 || periodOf(fewer) != periodOf(more)) {
+    if (period_ != 1 || periodOf(fewer, detail_) != periodOf(more, detail_)) {
         return false;
     }
-    period_ = periodOf(more);
+    period_ = periodOf(more, detail_);
     thinner_ = PatchThinner(more);
     for (Patch& whole : patches_) {
         thinner_.restartPhases();
@@ -265,8 +271,9 @@ void AptOnePass::noteUnread() {
 
 class AptSecondPass {
 public:
-    AptSecondPass(const std::filesystem::path& path, AptReadResult& result, const ReportProgress& report)
-        : reader_(path), result_(result), thinner_(static_cast<std::int32_t>(result.pointsInFile)) {
+    AptSecondPass(const std::filesystem::path& path, AptDetail detail, AptReadResult& result,
+                  const ReportProgress& report)
+        : reader_(path), result_(result), thinner_(thinnerFor(static_cast<std::int32_t>(result.pointsInFile), detail)) {
         reader_.reportTo(report, endOfFirstPass, 1.0);
     }
 
@@ -392,21 +399,22 @@ WriteOutcome writeSelection(const std::filesystem::path& path, const PatchList& 
 
 } // namespace
 
-AptReadResult readApt(const std::filesystem::path& path, PatchList& patches, const ReportProgress& report) {
+AptReadResult readApt(const std::filesystem::path& path, PatchList& patches, const ReportProgress& report,
+                      AptDetail detail) {
     double told = 0.0; // what is read anew goes on from where it stood
     const ReportProgress rising = [&](double part) {
         told = std::max(told, part);
         report(told);
     };
     const ReportProgress progress = report ? rising : ReportProgress{};
-    AptOnePass pass(path, progress);
+    AptOnePass pass(path, detail, progress);
     if (pass.run()) {
         std::move(pass.patches().begin(), pass.patches().end(), std::back_inserter(patches));
         return pass.result();
     }
     AptReadResult result;
     if (countPoints(path, result, progress)) {
-        AptSecondPass(path, result, progress).run(patches);
+        AptSecondPass(path, detail, result, progress).run(patches);
     }
     return result;
 }

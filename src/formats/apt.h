@@ -27,15 +27,23 @@ struct AptReadResult {
     FileRead record;                 ///< what the file holds and what of it was kept, as far as it was read
 };
 
+/// How much of the file becomes patches.
+enum class AptDetail {
+    Thinned, ///< as a model that is opened: thinned by its size, cut at the limit
+    Whole,   ///< every point
+};
+
 /// Reads an .apt file: compartments, each a header line with the number of sections and of points per section, and
 /// a line for each point. The patches are pushed behind those in `patches`.
 ///
 /// A first pass counts lines; a body fault in it leaves `patches` alone, a header fault is noted and the second pass
-/// made all the same. The second pass thins the model by its size (see thinning.h) and stops at the first fault;
-/// the patches pushed before it stay. A header that is not two integers is the regular end of the file. In the
-/// second pass a header fault is also one that, with those before it, asks for more than `bareSectionLimit` sections
-/// without points. Time and memory go by what the file holds, not by what its headers say.
-AptReadResult readApt(const std::filesystem::path& path, PatchList& patches, const ReportProgress& report = {});
+/// made all the same. The second pass thins the model by its size (see thinning.h), unless all of it
+/// is wanted, and stops at the first fault; the patches pushed before it stay. A header that is not two integers is the
+/// regular end of the file. In the second pass a header fault is also one that, with those before it, asks for more
+/// than `bareSectionLimit` sections without points. Time and memory go by what the file holds, not by what its headers
+/// say.
+AptReadResult readApt(const std::filesystem::path& path, PatchList& patches, const ReportProgress& report = {},
+                      AptDetail detail = AptDetail::Thinned);
 
 /// Saves `patches` as an .apt file with `precision` digits behind the point. Not written, and an old file stands as it
 /// was, when it cannot be, when a section has fewer points than the first one of its patch, or when a number is not

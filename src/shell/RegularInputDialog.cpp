@@ -15,6 +15,7 @@
 #include <QSignalBlocker>
 #include <QTableWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "CRegularInput.h"
 #include "FormDialog.h"
@@ -154,6 +155,27 @@ void RegularInputDialog::act() {
     });
     showTable();
     focusOn("X");
+}
+
+bool RegularInputDialog::holdsPoints() const {
+    const auto hasPoints = [](const Patch& patch) {
+        return std::any_of(patch.begin(), patch.end(), [](const PointList& line) { return !line.empty(); });
+    };
+    return std::any_of(table_.regularPatches.begin(), table_.regularPatches.end(), hasPoints);
+}
+
+void RegularInputDialog::reject() {
+    if (holdsPoints()) {
+        QMessageBox box(QMessageBox::Question, windowTitle(),
+                        tr("The points that were typed will be lost. Leave the table?"),
+                        QMessageBox::Yes | QMessageBox::No, this);
+        box.setObjectName(QStringLiteral("messageBox"));
+        box.setDefaultButton(QMessageBox::No);
+        if (box.exec() != QMessageBox::Yes) {
+            return;
+        }
+    }
+    QDialog::reject();
 }
 
 void RegularInputDialog::selectRow(int row) {

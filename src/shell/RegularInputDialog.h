@@ -25,6 +25,9 @@ public:
     /// `table` must outlive the dialog.
     explicit RegularInputDialog(CRegularInput& table, QWidget* parent = nullptr);
 
+    /// Asks before points that were typed are gone: no Undo brings them back.
+    void reject() override;
+
 private:
     /// A field of the form and the control that shows it.
     struct Entry {
@@ -37,6 +40,7 @@ private:
     void placeActions(QGridLayout& grid);
     void placeRows(QGridLayout& grid);
     bool takeTyped();
+    bool holdsPoints() const;
     void act();
     void selectRow(int row);
     void showTable();

@@ -1,8 +1,12 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
+#include <cstring>
+#include <limits>
 
+#include "CImport.h"
 #include "command_rig.h"
+#include "file_texts.h"
 
 // Compare: which points, which surface, and how long what was found holds.
 
@@ -12,7 +16,18 @@ namespace {
 using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
+using testing::EndsWith;
+using testing::Not;
 using testing::SizeIs;
+using testing::StartsWith;
+
+/// A binary STL file of one facet with these nine coordinates.
+std::string binaryFacet(const std::array<float, 9>& corners) {
+    std::string text(84 + 50, '\0');
+    text[80] = 1;
+    std::memcpy(text.data() + 84 + 12, corners.data(), sizeof corners); // behind the normal
+    return text;
+}
 
 class CompareCommand : public CommandRig {
 protected:
@@ -75,6 +90,54 @@ TEST_F(CompareCommand, WithAFileOfZonesThatAreGrids) {
                                    "0 0 2\n1 0 2\n0 1 2\n1 1 2\n")
                     .string()});
     EXPECT_THAT(values(), ElementsAre(2, 2, 2, 2, 1, 1, 1, 1, 1, 1, 1, 1));
+}
+
+TEST_F(CompareCommand, AFileAboveTheLimitOfPointsCountsWhole) {
+    // A plane but for every second point of every second section: those that Open leaves out.
+    Patch bumps = flatPatch(460, 460);
+    for (std::size_t n = 1; n < bumps.size(); n += 2) {
+        for (std::size_t m = 1; m < bumps[n].size(); m += 2) {
+            bumps[n][m].z = 1;
+        }
+    }
+    hold({{{bumps[1][1], bumps[1][3]}, {bumps[301][1], bumps[301][3]}}});
+    compare(3, {file("bumps.apt", aptText({bumps})).string()});
+    EXPECT_THAT(values(), ElementsAre(0, 0, 0, 0));
+    EXPECT_EQ(doc.status, "Largest distance 0 at Patch K=1, Section N=1, Point M=1; mean 0, rms 0");
+}
+
+TEST_F(CompareCommand, WithABinaryStlFile) {
+    doc.dialogs->importing.scale = 7; // of Import, and of no other command
+    compare(3, {file("at_five.stl", binaryFacet({0, 0, 5, 4, 0, 5, 0, 4, 5})).string()});
+    EXPECT_THAT(values(), ElementsAre(5, 5, 5, 5, 4, 4, 4, 4, 2, 2, 2, 2));
+    EXPECT_THAT(heard(), Not(Contains(StartsWith("message: "))));
+    EXPECT_EQ(doc.patches.size(), 3U) << "the model stays";
+}
+
+TEST_F(CompareCommand, WhatIsLostOfTheFileIsTold) {
+    // A solid without a name loses its first facet.
+    const std::string low = "facet normal 0 0 1\nouter loop\nvertex 0 0 3\nvertex 4 0 3\nvertex 0 4 3\nendloop\n"
+                            "endfacet\n";
+    const std::string high = "facet normal 0 0 1\nouter loop\nvertex 0 0 5\nvertex 4 0 5\nvertex 0 4 5\nendloop\n"
+                             "endfacet\n";
+    compare(3, {file("nameless.stl", "solid\n" + low + high + "endsolid\n").string()});
+    EXPECT_THAT(values(), ElementsAre(5, 5, 5, 5, 4, 4, 4, 4, 2, 2, 2, 2));
+    EXPECT_THAT(doc.status, StartsWith("Largest distance 5 at Patch K=1, Section N=1, Point M=1; mean 3.66667, rms"));
+    EXPECT_THAT(doc.status, EndsWith("; of the file: Facets in the file: 2, kept: 1 (the first facet of a solid "
+                                     "without a name)"));
+}
+
+TEST_F(CompareCommand, AFileWithoutASurfaceIsRefusedWithTheReason) {
+    compare(3,
+            {file("plane.dat", "VARIABLES = \"X\", \"Y\"\nZONE T=\"a\", I=2, J=2, K=1, F=POINT\n0 0\n1 0\n0 1\n1 1\n")
+                 .string()});
+    EXPECT_THAT(heard(), Contains("message: There is no surface to compare with: Irregular structure of DAT file. The "
+                                  "number of variables < 3"));
+    const float none = std::numeric_limits<float>::quiet_NaN();
+    compare(3, {file("nan.stl", binaryFacet({0, 0, none, 4, 0, 5, 0, 4, 5})).string()});
+    EXPECT_THAT(heard(), Contains("message: There is no surface to compare with: Facets with coordinates that are not "
+                                  "finite: 1"));
+    EXPECT_EQ(doc.comparison(), nullptr);
 }
 
 TEST_F(CompareCommand, ATargetWithoutASurfaceIsRefused) {

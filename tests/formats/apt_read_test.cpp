@@ -471,6 +471,37 @@ TEST_F(AptLimitTest, BehindTheLimitACompartmentGetsItsFirstSectionOnly) {
     EXPECT_TRUE(result_.cutAtLimit);
 }
 
+// Text behind the last patch makes the reader begin anew, in two passes.
+constexpr const char* behind = "end of data\n";
+
+TEST_F(AptReaderTest, WhatIsWantedWholeIsNotThinned) {
+    for (const char* const tail : {"", behind}) {
+        patches_.clear();
+        // 211,600 points; as a model half of the sections, and of the points of each, would stay.
+        const std::string text = test::numberedApt(460, 460) + tail;
+        result_ = readApt(test::writeFileText(folder_ / "a.apt", text), patches_, {}, AptDetail::Whole);
+        expectQuietEnd();
+        EXPECT_TRUE(test::sameModel(patches_, {test::numberedPatch(460, 460)})) << tail;
+        EXPECT_EQ(result_.pointsKept, 211'600);
+        EXPECT_FALSE(result_.thinned);
+        EXPECT_FALSE(result_.record.thinned);
+        read(text);
+        EXPECT_TRUE(result_.thinned);
+    }
+}
+
+TEST_F(AptLimitTest, WhatIsWantedWholeHasNoLimit) {
+    for (const char* const tail : {"", behind}) {
+        patches_.clear();
+        const std::string text = halves(572, 65, 65) + tail;
+        result_ = readApt(test::writeFileText(folder_ / "a.apt", text), patches_, {}, AptDetail::Whole);
+        expectQuietEnd();
+        EXPECT_EQ(patches_.size(), 572U);
+        EXPECT_EQ(pointTotal(patches_), 572 * 65 * 65) << tail;
+        EXPECT_FALSE(result_.cutAtLimit);
+    }
+}
+
 TEST_F(AptReaderTest, RealFilesHaveTheirPatches) {
     const std::filesystem::path data = VELMORA_TEST_DATA;
     result_ = readApt(data / "m100_wingbody.apt", patches_);

@@ -180,6 +180,26 @@ TEST(RegularInputDialog, FindGoesToAPointOrStaysWhenItIsCancelled) {
     EXPECT_EQ(rig.chosenRow(), 1);
 }
 
+TEST(RegularInputDialog, PointsThatWereTypedAreNotLostWithOneKey) {
+    TableRig rig;
+    rig.addPoint("1");
+    const auto answer = [&rig](QMessageBox::StandardButton button) {
+        rig.person.at("messageBox", [button](QWidget& open) {
+            auto& box = dynamic_cast<QMessageBox&>(open);
+            EXPECT_EQ(box.text(), QStringLiteral("The points that were typed will be lost. Leave the table?"));
+            EXPECT_EQ(box.defaultButton(), box.button(QMessageBox::No));
+            box.button(button)->click();
+        });
+        rig.dialog->reject();
+    };
+    answer(QMessageBox::No);
+    EXPECT_TRUE(rig.dialog->isVisible());
+    EXPECT_EQ(rig.list, (PatchList{{{{1, 0, 0}}}}));
+    answer(QMessageBox::Yes);
+    EXPECT_FALSE(rig.dialog->isVisible());
+    EXPECT_EQ(rig.dialog->result(), QDialog::Rejected);
+}
+
 TEST(RegularInputDialog, OkClosesItAndCancelTakesNothing) {
     TableRig rig;
     rig.addPoint("1");

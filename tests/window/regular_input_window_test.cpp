@@ -267,6 +267,13 @@ TEST(RegularInput, AWrongNumberIsRefusedAndTheFieldKeepsTheFocus) {
         EXPECT_EQ(rows(person), (std::vector<std::string>{"[+1.000000e+00 +2.000000e+00 +0.000000e+00 1 1 1]"}));
 
         person.key("Escape");
+        person.waitForBox(QStringLiteral("messageBox"));
+        EXPECT_EQ(person.boxText(), QStringLiteral("The points that were typed will be lost. Leave the table?"));
+        person.key("Return");
+        person.waitForBox(QStringLiteral("CRegularInput"));
+        person.key("Escape");
+        person.waitForBox(QStringLiteral("messageBox"));
+        person.key("y", "Alt_L");
         ASSERT_TRUE(person.waitForNoBox());
         EXPECT_TRUE(model(person).empty()) << "Cancel takes nothing";
         EXPECT_EQ(person.ask([] { return WindowDriver::frame().state().structureKind; }), StructureKind::None);

@@ -9,7 +9,9 @@
 #include "command_rows.h"
 #include "command_rules.h"
 #include "dat_geometry.h"
+#include "exchange_model.h"
 #include "file_types.h"
+#include "foreign_files.h"
 #include "load_files.h"
 #include "messages.h"
 #include "path_names.h"
@@ -25,45 +27,62 @@ namespace {
 constexpr std::int32_t toSecondGeometry = 1;
 constexpr std::int32_t toTheOtherPatches = 2;
 
-/// The geometry of a file of any type that has a surface. None, with a message, when it could not be read whole.
-std::optional<TriangleMesh> surfaceOfFile(VelmoraDoc& doc, const std::filesystem::path& path) {
-    const std::string extension = extensionOf(path);
-    PatchList patches;
+bool readZonesWhole(VelmoraDoc& doc, const std::filesystem::path& path, ExchangeModel& model, LoadTally& tally) {
     zRegion structured;
-    zRegion_fe region;
-    if (extension == "apt" || extension == "skl") {
-        if (!readPatches(doc, path, extension, patches)) {
-            return std::nullopt;
-        }
-    } else if (extension == "dat" || extension == "wrl" || extension == "stl") {
-        if (!readZones(doc, path, structured, region)) {
-            return std::nullopt;
-        }
-        patches = zonesToPatches(structured, ZoneDetail::Whole).patches;
-    } else {
-        doc.ui().showMessage(message::fileTypeNotSupported);
-        return std::nullopt;
+    if (!readZones(doc, path, structured, model.region, tally)) {
+        return false;
     }
-    return surfaceTriangles(patches, region, std::vector<bool>(std::max(patches.size(), region.blocks.size())));
+    ZonePatches zones = zonesToPatches(structured, ZoneDetail::Whole);
+    if (zones.refusal != ZoneRefusal::None) {
+        tally.losses.emplace_back(messageOf(zones.refusal));
+    }
+    model.patches = std::move(zones.patches);
+    return true;
 }
 
-std::optional<TriangleMesh> surfaceOfChosenFile(VelmoraDoc& doc) {
+/// All points of a file of any type that has a surface, however many. False, with a message, when it could not be read.
+bool readWhole(VelmoraDoc& doc, const std::filesystem::path& path, ExchangeModel& model, LoadTally& tally) {
+    const std::string extension = extensionOf(path);
+    if (extension == "apt" || extension == "skl") {
+        return readPatches(doc, path, extension, model.patches, tally);
+    }
+    if (extension == "stl" && isForeignFile(path)) {
+        return readForeignFile(doc, path, model, tally);
+    }
+    if (extension == "dat" || extension == "wrl" || extension == "stl") {
+        return readZonesWhole(doc, path, model, tally);
+    }
+    doc.ui().showMessage(message::fileTypeNotSupported);
+    return false;
+}
+
+std::optional<TriangleMesh> surfaceOfFile(VelmoraDoc& doc, const std::filesystem::path& path, LoadTally& tally) {
+    ExchangeModel model;
+    if (!readWhole(doc, path, model, tally)) {
+        showLosses(doc, tally);
+        return std::nullopt;
+    }
+    const std::size_t parts = std::max(model.patches.size(), model.region.blocks.size());
+    return surfaceTriangles(model.patches, model.region, std::vector<bool>(parts));
+}
+
+std::optional<TriangleMesh> surfaceOfChosenFile(VelmoraDoc& doc, LoadTally& tally) {
     FileRequest request;
     request.mode = ChooserMode::Open;
     request.types = fileTypesNamed({"apt", "skl", "dat", "wrl", "stl"});
     request.command = "model.compare";
     const std::vector<std::filesystem::path> paths = doc.ui().chooseFiles(request);
-    return paths.empty() ? std::nullopt : surfaceOfFile(doc, fullPath(paths.front()));
+    return paths.empty() ? std::nullopt : surfaceOfFile(doc, fullPath(paths.front()), tally);
 }
 
 /// None when the user cancelled, or was told why there is none.
-std::optional<TriangleMesh> surfaceToCompareWith(VelmoraDoc& doc, std::int32_t target) {
+std::optional<TriangleMesh> surfaceToCompareWith(VelmoraDoc& doc, std::int32_t target, LoadTally& tally) {
     if (target == toSecondGeometry) {
         const std::size_t parts = std::max(doc.referencePatches.size(), doc.referenceRegion.blocks.size());
         return surfaceTriangles(doc.referencePatches, doc.referenceRegion, std::vector<bool>(parts));
     }
     return target == toTheOtherPatches ? surfaceTriangles(doc.patches, doc.feRegion, doc.blockMask())
-                                       : surfaceOfChosenFile(doc);
+                                       : surfaceOfChosenFile(doc, tally);
 }
 
 std::string comparisonText(const Comparison& comparison) {
@@ -81,7 +100,8 @@ void CompareModel(VelmoraDoc& doc) {
     if (!showDialog(doc.ui(), doc.dialogs->compare)) {
         return;
     }
-    const std::optional<TriangleMesh> mesh = surfaceToCompareWith(doc, doc.dialogs->compare.target);
+    LoadTally tally;
+    const std::optional<TriangleMesh> mesh = surfaceToCompareWith(doc, doc.dialogs->compare.target, tally);
     if (!mesh) {
         return;
     }
@@ -96,11 +116,12 @@ void CompareModel(VelmoraDoc& doc) {
             if (doc.dialogs->colours.ofCompare()) {
                 doc.redrawPicture();
             }
-            doc.ShowStatus(comparisonText(*doc.foundComparison));
+            const std::string lost = lossText(tally.losses);
+            doc.ShowStatus(comparisonText(*doc.foundComparison) + (lost.empty() ? "" : "; of the file: " + lost));
             return;
         }
     }
-    doc.ui().showMessage(message::noSurfaceToCompare);
+    doc.ui().showMessage(message::noSurfaceToCompare(lossText(tally.losses)));
 }
 
 } // namespace

@@ -49,12 +49,12 @@ std::vector<FileType> typesAmong(std::vector<FileType> types, const std::vector<
 }
 
 /// Reads the file, tells of it and shows what is wrong with it.
-ImportOutcome readForeign(VelmoraDoc& doc, const std::filesystem::path& path, ExchangeModel& model, FileRead& record,
-                          LoadTally& tally) {
+ImportOutcome readForeign(VelmoraDoc& doc, const std::filesystem::path& path, const ImportOptions& options,
+                          ExchangeModel& model, FileRead& record, LoadTally& tally) {
     ImportOutcome outcome = ImportOutcome::Failed;
     {
         const BusyScope busy(doc.ui());
-        outcome = importFile(path, doc.dialogs->importing.options(), model, record, progressTo(doc.ui()));
+        outcome = importFile(path, options, model, record, progressTo(doc.ui()));
     }
     if (outcome == ImportOutcome::CannotOpen) {
         doc.ui().showMessage(message::cannotOpen);
@@ -92,6 +92,11 @@ bool isForeignFile(const std::filesystem::path& path) {
     return canImport(extension) && (!opens || (extension == "stl" && zSTLReader::isBinary(path)));
 }
 
+bool readForeignFile(VelmoraDoc& doc, const std::filesystem::path& path, ExchangeModel& model, LoadTally& tally) {
+    FileRead record;
+    return readForeign(doc, path, ImportOptions{}, model, record, tally) != ImportOutcome::CannotOpen;
+}
+
 void importForeignFile(VelmoraDoc& doc, const std::filesystem::path& path) {
     if (!showDialog(doc.ui(), doc.dialogs->importing)) {
         return;
@@ -103,7 +108,7 @@ void importForeignFile(VelmoraDoc& doc, const std::filesystem::path& path) {
         ModelAside before(doc);
         ExchangeModel model;
         FileRead record;
-        outcome = readForeign(doc, path, model, record, tally);
+        outcome = readForeign(doc, path, doc.dialogs->importing.options(), model, record, tally);
         if (outcome == ImportOutcome::Done) {
             takeImported(doc, std::move(model));
             doc.modelFile.memory.noteRead(record, ownFile);

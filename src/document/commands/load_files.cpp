@@ -35,11 +35,11 @@ struct StructuredRead {
     std::vector<std::string> messages;
 };
 
-StructuredRead readByExtension(const std::filesystem::path& path, const std::string& extension, PatchList& patches,
-                               const ReportProgress& report) {
+StructuredRead readByExtension(const std::filesystem::path& path, const std::string& extension, AptDetail detail,
+                               PatchList& patches, const ReportProgress& report) {
     StructuredRead read;
     if (extension == "apt") {
-        AptReadResult result = readApt(path, patches, report);
+        AptReadResult result = readApt(path, patches, report, detail);
         read = {result.opened,
                 result.firstPassEnded || result.endReached,
                 result.pointsInFile,
@@ -90,7 +90,7 @@ bool readStructured(VelmoraDoc& doc, const std::filesystem::path& path, const st
     PatchList incoming;
     {
         const BusyScope busy(doc.ui());
-        read = readByExtension(path, extension, incoming, progressTo(doc.ui()));
+        read = readByExtension(path, extension, AptDetail::Thinned, incoming, progressTo(doc.ui()));
     }
     // Compartments without a section make no model.
     const bool gaveModel = regularityOf(incoming) != Regularity::Undecided;
@@ -161,32 +161,26 @@ void show(UserInterface& ui, const ZonesRead& read, LoadTally& tally) {
 
 } // namespace
 
-bool readPatches(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension, PatchList& patches) {
+bool readPatches(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension, PatchList& patches,
+                 LoadTally& tally) {
     StructuredRead read;
     {
         const BusyScope busy(doc.ui());
-        read = readByExtension(path, extension, patches, progressTo(doc.ui()));
+        read = readByExtension(path, extension, AptDetail::Whole, patches, progressTo(doc.ui()));
     }
-    LoadTally tally;
     if (read.opened) {
         tell(doc.ui(), read.record, tally);
     }
     for (const std::string& text : read.messages) {
         doc.ui().showMessage({Severity::NotRead, text});
     }
-    if (!tally.losses.empty()) {
-        doc.ShowStatus(lossText(tally.losses));
-    }
     return read.messages.empty();
 }
 
-bool readZones(VelmoraDoc& doc, const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured) {
-    LoadTally tally;
+bool readZones(VelmoraDoc& doc, const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured,
+               LoadTally& tally) {
     const ZonesRead read = readZonesQuietly(doc.ui(), path, structured, unstructured);
     show(doc.ui(), read, tally);
-    if (!tally.losses.empty()) {
-        doc.ShowStatus(lossText(tally.losses));
-    }
     return read.whole;
 }
 
@@ -379,6 +373,12 @@ std::string lossText(const FileRead& record) {
     std::vector<std::string> losses = record.changed;
     losses.insert(losses.end(), record.reasons.begin(), record.reasons.end());
     return lossText(losses);
+}
+
+void showLosses(VelmoraDoc& doc, const LoadTally& tally) {
+    if (!tally.losses.empty()) {
+        doc.ShowStatus(lossText(tally.losses));
+    }
 }
 
 } // namespace velmora

@@ -41,16 +41,21 @@ bool loadFile(VelmoraDoc& doc, const std::filesystem::path& path, const std::str
 bool appendUnstructuredFile(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension,
                             LoadMode mode, LoadTally& tally);
 
-/// Reads the zones of a file, tells of the file and of what is lost of it, and shows what the reader tells; the model
-/// stays as it is.
-bool readZones(VelmoraDoc& doc, const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured);
+/// Reads the zones of a file, tells of the file and shows what the reader tells; the model stays as it is. What is lost
+/// of the file goes into the tally, of which nothing is shown.
+bool readZones(VelmoraDoc& doc, const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured,
+               LoadTally& tally);
 
-/// The same for the patches of an .apt or .skl file; `patches` must be empty. False when not all of it could be read.
-bool readPatches(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension, PatchList& patches);
+/// The same for the patches of an .apt or .skl file, all points of them; `patches` must be empty. False when not all of
+/// it could be read.
+bool readPatches(VelmoraDoc& doc, const std::filesystem::path& path, const std::string& extension, PatchList& patches,
+                 LoadTally& tally);
 
 /// What is lost of a file, for the status line: the first of it, and how much more there is; empty for nothing.
 std::string lossText(const std::vector<std::string>& losses);
 /// The same of one file.
 std::string lossText(const FileRead& record);
+/// Shows it, if there is any.
+void showLosses(VelmoraDoc& doc, const LoadTally& tally);
 
 } // namespace velmora

@@ -214,9 +214,7 @@ void finishOpen(VelmoraDoc& doc, const LoadTally& tally) {
 
 void cancelOpen(VelmoraDoc& doc, const LoadTally& tally) {
     doc.ui().showMessage(message::openCancelled);
-    if (!tally.losses.empty()) {
-        doc.ShowStatus(lossText(tally.losses));
-    }
+    showLosses(doc, tally);
 }
 
 void VelmoraDoc::openFiles() {

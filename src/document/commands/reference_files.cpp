@@ -34,12 +34,20 @@ std::filesystem::path chooseReference(UserInterface& ui, const char* extension, 
     return fullPath(paths.front());
 }
 
+/// Reads the zones of the file; the status line tells what is lost of it.
+bool readReference(VelmoraDoc& doc, const std::filesystem::path& path, zRegion& structured, zRegion_fe& unstructured) {
+    LoadTally tally;
+    const bool whole = readZones(doc, path, structured, unstructured, tally);
+    showLosses(doc, tally);
+    return whole;
+}
+
 /// Zones of a further file come behind those that are open already. A file that cannot be read changes nothing.
 void AppendWrl(VelmoraDoc& doc) {
     const std::filesystem::path path = chooseReference(doc.ui(), "wrl", "file.appendWrl");
     zRegion structured;
     zRegion_fe incoming;
-    if (path.empty() || !readZones(doc, path, structured, incoming)) {
+    if (path.empty() || !readReference(doc, path, structured, incoming)) {
         return;
     }
     if (incoming.blocks.empty()) {
@@ -68,7 +76,7 @@ void AppendDat(VelmoraDoc& doc) {
     const std::filesystem::path path = chooseReference(doc.ui(), "dat", "file.appendDat");
     zRegion structured;
     zRegion_fe unstructured;
-    if (path.empty() || !readZones(doc, path, structured, unstructured)) {
+    if (path.empty() || !readReference(doc, path, structured, unstructured)) {
         return;
     }
     if (structured.blocks.empty()) {

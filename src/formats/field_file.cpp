@@ -36,13 +36,11 @@ std::optional<std::int32_t> countFields(std::string_view variablesLine) {
     return (quotes - coordinateQuotes) / 2;
 }
 
-// The integer behind `key`, or `unread`.
-std::int32_t countBehind(std::string_view line, std::string_view key) {
-    constexpr std::size_t mostCharacters = 5;
+// What stands behind `key` up to a comma, without blanks and the plus sign before it.
+std::string_view textBehind(std::string_view line, std::string_view key, std::size_t mostCharacters) {
     const std::size_t place = line.find(key);
-    std::int32_t value = unread;
     if (place == std::string_view::npos) {
-        return value;
+        return {};
     }
     std::string_view text = line.substr(place + key.size(), mostCharacters);
     text = text.substr(0, text.find(','));
@@ -52,8 +50,30 @@ std::int32_t countBehind(std::string_view line, std::string_view key) {
     if (text.size() > 1 && text[0] == '+' && isDigit(text[1])) {
         text.remove_prefix(1);
     }
+    return text;
+}
+
+// The integer behind `key`, or `unread`.
+std::int32_t countBehind(std::string_view line, std::string_view key) {
+    constexpr std::size_t mostCharacters = 5;
+    const std::string_view text = textBehind(line, key, mostCharacters);
+    std::int32_t value = unread;
     std::from_chars(text.data(), text.data() + text.size(), value);
     return value;
+}
+
+// The number behind `key` as it stands there, where `count` is but a beginning of it; else empty.
+std::string_view longerNumber(std::string_view line, std::string_view key, std::int32_t count) {
+    const std::string_view text = textBehind(line, key, std::string_view::npos);
+    const auto* const word = std::find_if(text.begin(), text.end(), [](char c) { return !isDigit(c) && c != '-'; });
+    std::int32_t whole = unread;
+    const auto [end, error] = std::from_chars(text.begin(), word, whole);
+    const bool goesOn = word != text.end() && (*word == '.' || *word == 'e' || *word == 'E');
+    if (error == std::errc() && whole == count && !goesOn) {
+        return {};
+    }
+    return {text.begin(),
+            static_cast<std::size_t>(std::find_if(word, text.end(), [](char c) { return isSpace(c); }) - text.begin())};
 }
 
 struct FieldHeader {
@@ -78,6 +98,7 @@ public:
 private:
     bool readHead();
     bool readZone();
+    void noteLongerNumber(std::string_view key, std::int32_t count);
     bool readPatch(const FieldHeader& header, Patch& patch, Patch& field);
     bool readSection(std::int32_t points);
     bool readValues(zVec<double>& values);
@@ -175,6 +196,8 @@ bool FieldReader::readZone() {
         return fail(FormatFaultKind::Header, "no counts I= and J= that can be used stand before " + lineText(stream_));
     }
     losses_.takeZone(line_);
+    noteLongerNumber("I=", header.points);
+    noteLongerNumber("J=", header.sections);
     Patch patch;
     Patch field;
     const bool whole = readPatch(header, patch, field);
@@ -188,6 +211,16 @@ bool FieldReader::readZone() {
         passRestOfLine();
     }
     return true;
+}
+
+// The header holds more than a count can tell: what follows is not read as it is meant.
+void FieldReader::noteLongerNumber(std::string_view key, std::int32_t count) {
+    const std::string_view number = longerNumber(line_, key, count);
+    if (!number.empty()) {
+        result_.record.losesGeometry("Zone " + std::to_string(compartment_) + ": " + std::string(key) +
+                                     std::string(number) + " is read as " + std::to_string(count) +
+                                     ": a count is a whole number of at most " + std::to_string(maxZoneCount));
+    }
 }
 
 // What stands behind the last number in its line is not read: the mark of another language's exponent, say, which made

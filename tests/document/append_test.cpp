@@ -156,6 +156,16 @@ TEST_F(Append, ThatWasReadInPartTellsTheCounts) {
     EXPECT_NE(doc.status.find("4"), std::string::npos) << doc.status;
 }
 
+TEST_F(Append, ThatGivesNothingLeavesTheStatusTextOfWhatIsCaptured) {
+    doc.status = "Captured section: 2";
+    captureSection(0, 1);
+    append("notes.txt", "");
+    EXPECT_EQ(doc.status, "Captured section: 2");
+    append("broken.apt", "2 x\n");
+    EXPECT_NE(doc.status, "Captured section: 2") << "what is wrong with the file is told";
+    EXPECT_TRUE(doc.capture->sectionCaptured);
+}
+
 TEST_F(Append, ToNothingDoesNothing) {
     doc.patches.clear();
     doc.forgetKinds();

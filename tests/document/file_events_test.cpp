@@ -793,12 +793,12 @@ TEST_F(Traces, ACancelledChooserOfPairsLeavesTheBoxToUndo) {
     EXPECT_EQ(doc.modelRadius, radius);
 }
 
-TEST_F(Traces, MarkersGoBeforeTheChooserIsAsked) {
+TEST_F(Traces, MarkersStayWhenTheirNextFileIsNotThere) {
     openGrid();
     runFile("file.openApm", file("m.apm", "1 2 3\n"));
     runFile("file.openApm", folder / "absent.apm");
     EXPECT_THAT(heard(), Contains("message: It is impossible to open selected file"));
-    EXPECT_TRUE(doc.markers.empty());
+    EXPECT_EQ(doc.markers, (PointList{{1, 2, 3}}));
     EXPECT_TRUE(doc.markersOpen);
 }
 

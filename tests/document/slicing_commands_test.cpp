@@ -48,6 +48,15 @@ protected:
     /// Sets the fields of the next dialog; then OK.
     void answer(std::vector<std::pair<std::string, std::string>> fields) { ui.dialogs.push_back(std::move(fields)); }
 
+    /// The command was refused behind these lines, and the box is as it was.
+    void expectNoResult(Lines lines) {
+        lines.emplace_back("message: The conversion gives no result. The model stays as it is.");
+        EXPECT_EQ(heard(), lines);
+        EXPECT_EQ(elements(), 12);
+        EXPECT_EQ(doc.feRegion.blocks[0]->title, "box");
+        EXPECT_FALSE(doc.patchUndoReady || doc.documentModified);
+    }
+
     std::int32_t elements() const { return doc.feRegion.blocks.at(0)->elementCount; }
 
     /// The names of the files in the folder.
@@ -490,14 +499,48 @@ TEST_F(ZoneKnife, SectionOutOfTheBodyCutsNothing) {
 }
 
 TEST_F(ZoneKnife, SectionAtTheMinimumIsInsideAndMayLeaveNothing) {
-    answer({{"section", "0"}});
+    answer({{"section", "0"}, {"cutKind", "1"}});
+    call("convert.knife");
+    expectNoResult({"dialog: CUKnife -> ok"});
+    answer({{"section", "0"}, {"cutKind", "2"}});
     call("convert.knife");
     EXPECT_THAT(heard(), ElementsAre("dialog: CUKnife -> ok"));
-    ASSERT_THAT(doc.feRegion.blocks, SizeIs(1));
-    EXPECT_EQ(elements(), 0);
-    EXPECT_EQ(doc.structureKind, StructureKind::Unstructured);
-    call("patch.undo");
+    EXPECT_EQ(usedBox(doc.feRegion), std::pair(Point(0, 0, 0), Point(2, 3, 8)));
+}
+
+// Save would empty the file of the body without a question.
+TEST_F(ZoneKnife, PartWithoutATriangleIsRefused) {
+    answer({{"section", "2"}, {"cutKind", "2"}});
+    call("convert.knife");
+    expectNoResult({"dialog: CUKnife -> ok"});
+    for (const auto& [x, cutKind] : {std::pair("-77", "1"), std::pair("77", "2")}) {
+        answer({{"planeKind", "4"},
+                {"x", x},
+                {"y", "1"},
+                {"z", "1"},
+                {"nx", "1"},
+                {"ny", "0"},
+                {"nz", "0"},
+                {"cutKind", cutKind}});
+        call("convert.knife");
+        expectNoResult({"dialog: CUKnife -> ok", "message: Warning: Point X is out of body"});
+    }
+}
+
+TEST_F(ZoneKnife, PlaneBesideTheBodyMayKeepAllOfIt) {
+    answer({{"planeKind", "4"}, {"x", "77"}, {"y", "1"}, {"z", "1"}, {"nx", "1"}, {"ny", "0"}, {"nz", "0"}});
+    call("convert.knife");
     EXPECT_EQ(elements(), 12);
+    EXPECT_EQ(usedBox(doc.feRegion), std::pair(Point(0, 0, 0), Point(2, 3, 8)));
+}
+
+TEST_F(ZoneKnife, PartsOfWhichOneHasNoTriangleAreNotSaved) {
+    for (const char* const section : {"0", "2"}) {
+        answer({{"planeKind", "1"}, {"section", section}, {"cutKind", "3"}});
+        call("convert.knife");
+        expectNoResult({"dialog: CUKnife -> ok"});
+        EXPECT_THAT(files(), IsEmpty());
+    }
 }
 
 TEST_F(ZoneKnife, AnyPlaneWarnsOfEachCoordinateOutOfTheBodyAndCuts) {

@@ -127,6 +127,9 @@ public:
     void turnWithoutAxis() { runWith("model.rotation", {{"x2", "0"}, {"angle", "90"}}); }
 };
 
+/// An Append that gives nothing.
+class FruitlessAppend : public FruitlessCommand {};
+
 std::string nameOfFruitless(const testing::TestParamInfo<Fruitless>& info) {
     return info.param.name;
 }
@@ -135,11 +138,14 @@ FruitlessCommand& asCommand(WayBack& test) {
     return dynamic_cast<FruitlessCommand&>(test);
 }
 
-const std::vector<Fruitless> fruitless = {
+const std::vector<Fruitless> fruitlessAppends = {
     {"AppendOfAMissingFile", false, [](WayBack& t) { asCommand(t).appendMissing(); }},
     {"AppendOfAnotherType", false, [](WayBack& t) { asCommand(t).appendRefused(); }},
     {"AppendOfAnEmptyFile", false, [](WayBack& t) { asCommand(t).appendEmpty(); }},
     {"AppendToZonesOfABrokenFile", true, [](WayBack& t) { asCommand(t).appendToZones(); }},
+};
+
+const std::vector<Fruitless> fruitless = {
     {"PasteOfAnotherLength", false, [](WayBack& t) { asCommand(t).pasteTooMany(); }},
     {"MatchOfAFarBuffer", false, [](WayBack& t) { asCommand(t).matchFarBuffer(); }},
     {"MatchOfFarBorders", false, [](WayBack& t) { asCommand(t).matchFarBorders(); }},
@@ -183,6 +189,49 @@ TEST_P(FruitlessCommand, LeavesTheModelAndUndoOffUnlessItIsRefused) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, FruitlessCommand, testing::ValuesIn(fruitless), nameOfFruitless);
+INSTANTIATE_TEST_SUITE_P(OfAppend, FruitlessCommand, testing::ValuesIn(fruitlessAppends), nameOfFruitless);
+
+TEST_P(FruitlessAppend, LeavesTheCapturedPointItsUndoAndTheZBlock) {
+    if (GetParam().zones) {
+        holdZones({3, 4});
+        addToBlock(1);
+        captureNode(0, 1);
+        doc.capture.holdPoint(0, -1, 1, node(0, 1));
+    } else {
+        hold({flatPatch(3, 4), flatPatch(2, 5, 6)});
+        addToBlock(1);
+        captureSection(0, 1);
+        capturePoint(0, 1, 1);
+    }
+    doc.showBlockOnly = true;
+    runWith("point.edit", {{"z", "5"}});
+    GetParam().run(*this);
+    EXPECT_TRUE(doc.capture->pointCaptured);
+    EXPECT_EQ(doc.capture->sectionCaptured, !GetParam().zones);
+    EXPECT_EQ(doc.capture->capturedPatch, 0);
+    EXPECT_EQ(doc.capture->capturedPoint, 1);
+    EXPECT_TRUE(doc.inBlock(1) && doc.showBlockOnly);
+    EXPECT_TRUE(isCommandOff(doc, "patch.undo"));
+    ASSERT_FALSE(isCommandOff(doc, "point.undo"));
+    run("point.undo");
+    EXPECT_EQ(doc.positionAt(0, 1, 1)->z, 0.0);
+}
+
+TEST_P(FruitlessAppend, LeavesTheCapturedSectionAndTheUndoOfPatches) {
+    if (GetParam().zones) {
+        holdMovedZones();
+    } else {
+        holdMovedGrid();
+        captureSection(0, 1);
+    }
+    addToBlock(1);
+    GetParam().run(*this);
+    EXPECT_EQ(doc.capture->sectionCaptured, !GetParam().zones);
+    EXPECT_TRUE(doc.inBlock(1));
+    expectMoveTakenBack();
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, FruitlessAppend, testing::ValuesIn(fruitlessAppends), nameOfFruitless);
 
 // The guard around the line in which the command runs must not take the older snapshot for one of that line.
 TEST_F(WayBack, ExceptionBehindARefusedCommandLeavesTheModel) {

@@ -247,6 +247,20 @@ TEST_F(AppendZones, FailedReadAddsNothing) {
     EXPECT_THAT(zoneTitles(), ElementsAre("a"));
 }
 
+// A zone without K has no points, and the numbers behind its header are passed over.
+TEST_F(AppendZones, GridsWithoutAPointLeaveTheModelItsNameAndItsFile) {
+    open("a.stl", stlText("a", 0));
+    run("model.scaling");
+    const bool modified = doc.documentModified;
+    append(file("b.dat", std::string(header) + "ZONE I=2, J=2, F=POINT\n0 0 0\n1 0 0\n0 1 0\n1 1 0\n"));
+    EXPECT_THAT(zoneTitles(), ElementsAre("a"));
+    EXPECT_EQ(doc.modelFile.chosenPath, folder / "a.stl");
+    EXPECT_EQ(doc.modelFile.currentPath, shownFolder() + "a.stl");
+    EXPECT_EQ(doc.modelFile.fileExtension, "stl");
+    EXPECT_EQ(saveTarget(), folder / "a.stl");
+    EXPECT_EQ(doc.documentModified, modified);
+}
+
 TEST_F(AppendZones, GridsOfADatJoinAStructuredModel) {
     open("w.apt", aptText({flatPatch(2, 2)}));
     append(file("g.dat", std::string(header) + gridZone));
@@ -285,6 +299,22 @@ TEST_F(AppendZones, RefusedDatLeavesTheStructuredModel) {
 }
 
 // ---- Save -----------------------------------------------------------------------------------------------------------
+
+TEST_F(SaveZones, OfNoTriangleLeavesFilesOfTriangles) {
+    const std::string text = stlText("a", 0);
+    open("a.stl", text);
+    doc.feRegion.blocks[0]->elementCount = 0;
+    forget();
+    call("file.save");
+    EXPECT_THAT(heard(), Contains("message: This model cannot be saved as stl"));
+    EXPECT_EQ(fileText(folder / "a.stl"), text);
+    saveAs("b.wrl");
+    EXPECT_THAT(heard(), Contains("message: This model cannot be saved as wrl"));
+    EXPECT_FALSE(std::filesystem::exists(folder / "b.wrl"));
+    EXPECT_EQ(saveTarget(), folder / "a.stl");
+    saveAs("c.dat");
+    EXPECT_TRUE(std::filesystem::exists(folder / "c.dat")) << "it holds the points";
+}
 
 TEST_F(SaveZones, WritesTheFileItCameFrom) {
     open("a.dat", std::string(header) + triangleZoneText);
@@ -746,6 +776,18 @@ TEST_F(PointFiles, SftThatIsNotThereChangesNothing) {
     EXPECT_FALSE(doc.sftOpen);
 }
 
+TEST_F(PointFiles, SftWithoutAPairLeavesThePairsThatAreThere) {
+    ui.files.push_back({file("m.sft", "1\n2\n3\n4\n5\n6\n7\n1 2 3 0.5 0.25 0 9")});
+    call("file.appendSft");
+    for (const auto& path : {folder / "no.sft", file("short.sft", "1\n2\n"), file("bad.sft", "foo")}) {
+        ui.files.push_back({path});
+        call("file.appendSft");
+        EXPECT_EQ(doc.sftPoints, (PointList{{1, 2, 3}})) << path;
+        EXPECT_EQ(doc.sftTargets, (PointList{{1.5, 2.25, 3}})) << path;
+        EXPECT_TRUE(doc.sftOpen);
+    }
+}
+
 TEST_F(PointFiles, ApmGivesMarkers) {
     ui.files.push_back({file("m.apm", "1 2 3\n4 5 6\n7 8")});
     call("file.openApm");
@@ -755,6 +797,26 @@ TEST_F(PointFiles, ApmGivesMarkers) {
     call("file.closeApm");
     EXPECT_TRUE(doc.markers.empty());
     EXPECT_FALSE(doc.markersOpen);
+}
+
+TEST_F(PointFiles, ApmWithoutAMarkerLeavesTheMarkersThatAreThere) {
+    ui.files.push_back({file("m.apm", "1 2 3\n")});
+    call("file.openApm");
+    for (const auto& path : {folder / "no.apm", file("empty.apm", ""), file("bad.apm", "x")}) {
+        ui.files.push_back({path});
+        call("file.openApm");
+        EXPECT_EQ(doc.markers, (PointList{{1, 2, 3}})) << path;
+        EXPECT_TRUE(doc.markersOpen);
+    }
+}
+
+TEST_F(PointFiles, FirstApmWithoutAMarkerOpensNone) {
+    for (const auto& path : {folder / "no.apm", file("bad.apm", "x")}) {
+        ui.files.push_back({path});
+        call("file.openApm");
+        EXPECT_TRUE(doc.markers.empty());
+        EXPECT_FALSE(doc.markersOpen);
+    }
 }
 
 TEST_F(PointFiles, CancelledApmLeavesNoMarkersAndTheFlag) {

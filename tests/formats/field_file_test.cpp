@@ -201,6 +201,27 @@ TEST_F(FieldReaderTest, TheLastPointNeedsNoLineFeed) {
     expectShape(2, 1);
 }
 
+TEST_F(FieldReaderTest, ACountThatIsLongerThanWhatIsReadOfItIsTold) {
+    const std::string limit = ": a count is a whole number of at most 99999";
+    for (const auto& [counts, reason] : {std::pair("I=100000,J=1", "Zone 1: I=100000 is read as 10000"),
+                                         std::pair("J=1, I=2.5", "Zone 1: I=2.5 is read as 2"),
+                                         std::pair("I=1,J=1e9 ,K=1", "Zone 1: J=1e9 is read as 1"),
+                                         std::pair("I=1,J=     2147483648", "Zone 1: no counts")}) {
+        read(noFields + counts + "\n1 2 3\n");
+        ASSERT_FALSE(result_.record.reasons.empty()) << counts;
+        EXPECT_THAT(result_.record.reasons[0], testing::StartsWith(reason));
+        EXPECT_FALSE(result_.record.complete);
+    }
+    read(noFields + "I=2147483648,J=1\n1 2 3\n");
+    EXPECT_EQ(result_.record.reasons[0], "Zone 1: I=2147483648 is read as 21474" + limit);
+    for (const char* const whole : {"I=1,J=1", "I=+1,J=001", "I= 1 J=1 K=1", "I=1J=1", "J=1,I=1"}) {
+        read(noFields + whole + "\n1 2 3\n");
+        expectShape(1, 1);
+        EXPECT_THAT(result_.record.reasons, IsEmpty()) << whole;
+        EXPECT_TRUE(result_.record.complete);
+    }
+}
+
 TEST_F(FieldReaderTest, TheRestOfAZonesLastLineIsLeftOut) {
     read(noFields + "I=1,J=1\n1 2 3 I=9,J=9 x\nI=1,J=1\n4 5 6\n");
     expectModel({{{{1, 2, 3}}}, {{{4, 5, 6}}}}, {{{{0, 0, 0}}}, {{{0, 0, 0}}}});

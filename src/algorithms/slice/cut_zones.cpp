@@ -243,8 +243,30 @@ void splitZones(zRegion_fe& region, const KnifePlane& plane, const ReportProgres
     }
 }
 
+namespace {
+
+/// A corner of the triangle stands on that side of the plane.
+bool standsOn(const ZoneTriangles& triangles, std::int32_t element, const KnifePlane& plane, Side side) {
+    const int wanted = side == Side::Before ? -1 : 1;
+    const auto corners = triangles.corners(element);
+    return std::any_of(corners.begin(), corners.end(),
+                       [&](const zVec<double>& corner) { return sideOf(plane, corner) == wanted; });
+}
+
+} // namespace
+
+bool standsOn(const zRegion_fe& region, const KnifePlane& plane, Side side) {
+    return std::any_of(region.blocks.begin(), region.blocks.end(), [&](const auto& zone) {
+        const ZoneTriangles triangles(*zone);
+        std::int32_t element = 0;
+        while (triangles && element < zone->elementCount && !standsOn(triangles, element, plane, side)) {
+            ++element;
+        }
+        return triangles && element < zone->elementCount;
+    });
+}
+
 void keepSide(zRegion_fe& region, const KnifePlane& plane, Side kept) {
-    const int wanted = kept == Side::Before ? -1 : 1;
     for (const auto& zone : region.blocks) {
         const ZoneTriangles triangles(*zone);
         if (!triangles) {
@@ -252,9 +274,7 @@ void keepSide(zRegion_fe& region, const KnifePlane& plane, Side kept) {
         }
         std::int32_t count = 0;
         for (std::int32_t element = 0; element < zone->elementCount; ++element) {
-            const auto corners = triangles.corners(element);
-            if (std::any_of(corners.begin(), corners.end(),
-                            [&](const zVec<double>& corner) { return sideOf(plane, corner) == wanted; })) {
+            if (standsOn(triangles, element, plane, kept)) {
                 std::copy_n(zone->connectivity.begin() + 4 * std::ptrdiff_t{element}, 4,
                             zone->connectivity.begin() + 4 * std::ptrdiff_t{count});
                 ++count;

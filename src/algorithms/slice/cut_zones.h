@@ -45,6 +45,9 @@ std::optional<zVec<double>> segmentPlane(const zVec<double>& p1, const zVec<doub
 /// zones that are split.
 void splitZones(zRegion_fe& region, const KnifePlane& plane, const ReportProgress& progress = {});
 
+/// Whether a triangle has a corner on that side of the plane: the part there is not empty.
+bool standsOn(const zRegion_fe& region, const KnifePlane& plane, Side side);
+
 /// Keeps, in order, the triangles with at least one corner on that side of the plane, and all nodes. Zones without
 /// coordinates stay as they are.
 void keepSide(zRegion_fe& region, const KnifePlane& plane, Side kept);

@@ -46,7 +46,8 @@ void ClearBuffer(VelmoraDoc& doc) {
 }
 
 void OpenBuffer(VelmoraDoc& doc) {
-    PointFileResult file = readChosenPoints(doc, bufferRequest(ChooserMode::Open, "buffer.open"));
+    PointFileResult file =
+        readChosenPoints(doc, bufferRequest(ChooserMode::Open, "buffer.open")).value_or(PointFileResult());
     if (file.opened) {
         doc.modelFile.memory.noteBufferRead(file.record);
     }

@@ -162,6 +162,19 @@ bool knifeReachesBody(VelmoraDoc& doc) {
     return true;
 }
 
+/// What is to be kept, or saved, holds a triangle. Says so when it does not: the body is worth more than no triangle,
+/// and so is the file that Save would empty.
+bool knifeLeavesParts(VelmoraDoc& doc) {
+    const CUKnife& values = doc.dialogs->knife;
+    const KnifePlane plane = planeOf(values);
+    const bool before = values.cutKind == 2 || standsOn(doc.feRegion, plane, Side::Before);
+    const bool after = values.cutKind == 1 || standsOn(doc.feRegion, plane, Side::After);
+    if (!before || !after) {
+        doc.ui().showMessage(message::conversionWithoutResult);
+    }
+    return before && after;
+}
+
 zRegion_fe cutPart(VelmoraDoc& doc, Side kept) {
     const BusyScope busy(doc.ui());
     return partOf(doc.feRegion, planeOf(doc.dialogs->knife), kept, progressTo(doc.ui()));
@@ -272,7 +285,7 @@ void KnifeZones(VelmoraDoc& doc) {
     }
     takeBox(doc.dialogs->knife, cornerBox(doc.feRegion));
     doc.dialogs->knife.section = 0.0;
-    if (!showDialog(doc.ui(), doc.dialogs->knife) || !knifeReachesBody(doc)) {
+    if (!showDialog(doc.ui(), doc.dialogs->knife) || !knifeReachesBody(doc) || !knifeLeavesParts(doc)) {
         return;
     }
     if (doc.dialogs->knife.cutKind == 3) {

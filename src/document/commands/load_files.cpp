@@ -201,9 +201,14 @@ void takeZones(VelmoraDoc& doc, zRegion& structured, zRegion_fe& incoming) {
 }
 
 /// Zones that were read become part of the model, which is one of triangles from here on. False when there are none: a
-/// binary STL file, say, of which the text reader takes nothing, must not leave an empty model over it.
+/// binary STL file, say, of which the text reader takes nothing, must not leave an empty model over it, and grids
+/// without a point do not give a model of triangles their name.
 bool takeModelZones(VelmoraDoc& doc, ZonesRead& read, zRegion& structured, zRegion_fe& incoming, LoadMode mode) {
-    if (structured.blocks.empty() && incoming.blocks.empty()) {
+    if (incoming.blocks.empty()) {
+        regionToSurface(structured, incoming);
+        structured.blocks.clear();
+    }
+    if (incoming.blocks.empty()) {
         return false;
     }
     remember(doc, read.record, mode);

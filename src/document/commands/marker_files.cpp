@@ -1,6 +1,7 @@
 #include "marker_files.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -59,8 +60,10 @@ void VelmoraDoc::AppendSft() {
     if (!file.opened) {
         return;
     }
-    sftPoints = std::move(file.points);
-    sftTargets = std::move(file.targets);
+    if (!file.points.empty()) { // else the pairs that are there stay
+        sftPoints = std::move(file.points);
+        sftTargets = std::move(file.targets);
+    }
     sftOpen = true;
     redraw();
 }
@@ -87,10 +90,10 @@ void VelmoraDoc::AppendCbc() {
     redraw();
 }
 
-PointFileResult readChosenPoints(VelmoraDoc& doc, const FileRequest& request) {
+std::optional<PointFileResult> readChosenPoints(VelmoraDoc& doc, const FileRequest& request) {
     const std::vector<std::filesystem::path> paths = doc.ui().chooseFiles(request);
     if (paths.empty()) {
-        return {};
+        return std::nullopt;
     }
     PointFileResult file;
     {
@@ -102,14 +105,16 @@ PointFileResult readChosenPoints(VelmoraDoc& doc, const FileRequest& request) {
 }
 
 void VelmoraDoc::OpenApm() {
-    markers.clear();
     FileRequest request;
     request.mode = ChooserMode::Open;
     request.types = fileTypesNamed({"apm"});
     request.proposed = "Markers.apm";
     request.command = "file.openApm";
-    markers = readChosenPoints(*this, request).points;
-    if (!markers.empty()) {
+    std::optional<PointFileResult> file = readChosenPoints(*this, request);
+    if (!file) {
+        markers.clear(); // without a file there are none; one without a point leaves those that are there
+    } else if (!file->points.empty()) {
+        markers = std::move(file->points);
         markersOpen = true;
     }
     redraw();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "point_files.h"
 
 namespace velmora {
@@ -7,8 +9,8 @@ namespace velmora {
 class VelmoraDoc;
 struct FileRequest;
 
-/// The points of the file that the user chooses, and how its reading went, which is told; none for Cancel, and for a
-/// file that cannot be opened.
-PointFileResult readChosenPoints(VelmoraDoc& doc, const FileRequest& request);
+/// The points of the file that the user chooses, and how its reading went, which is told; no result for Cancel, no
+/// points for a file that cannot be opened.
+std::optional<PointFileResult> readChosenPoints(VelmoraDoc& doc, const FileRequest& request);
 
 } // namespace velmora

@@ -142,6 +142,11 @@ std::size_t partsOf(const VelmoraDoc& doc) {
     return doc.patches.size() + doc.feRegion.blocks.size();
 }
 
+/// The model is the one of the snapshot: the file that was to join it gave nothing.
+bool gaveNothing(const VelmoraDoc& doc) {
+    return doc.undoPatches.isSameAs(doc.patches) && doc.undoRegion.blocks.isSameAs(doc.feRegion.blocks);
+}
+
 /// The files behind the first join it, if they are of its extension.
 void loadFurtherFiles(VelmoraDoc& doc, const std::vector<std::filesystem::path>& paths, LoadTally& tally) {
     if (paths.size() < 2) {
@@ -172,8 +177,13 @@ void loadFurtherFiles(VelmoraDoc& doc, const std::vector<std::filesystem::path>&
     }
 }
 
-/// What was read less than the files hold, and where Save goes if that is not plain; else the idle prompt.
+/// What was read less than the files hold, and where Save goes if that is not plain; else the idle prompt, unless a
+/// regime stays, which goes on to tell of itself.
 void tellLoaded(VelmoraDoc& doc, const LoadTally& tally) {
+    const CaptureState& now = *doc.capture;
+    if (tally.losses.empty() && (now.pointRegimeActive() || now.curveRegimeActive() || now.patchRegimeActive())) {
+        return;
+    }
     std::string text;
     const auto add = [&text](const std::string& part) { text += (text.empty() || part.empty() ? "" : ". ") + part; };
     if (tally.pointsKept < tally.pointsRead) {
@@ -283,25 +293,26 @@ void VelmoraDoc::appendFile() {
     const std::string extensionBefore = modelFile.fileExtension;
     SavePatchUndo();
     patchUndoReady = true;
+    rebuildOnUndo = true;
     LoadTally tally;
     const std::filesystem::path path = fullPath(paths.front());
     modelFile.fileExtension = extensionOf(path);
     const LoadMode mode = {.append = true, .field = fieldOpening};
-    const std::size_t partsBefore = partsOf(*this);
     if (zones) {
         appendUnstructuredFile(*this, path, modelFile.fileExtension, mode, tally);
     } else {
         loadFile(*this, path, modelFile.fileExtension, mode, tally);
     }
-    if (partsOf(*this) == partsBefore) {
-        // A file that gave nothing changed nothing.
+    if (gaveNothing(*this)) {
+        // What is captured is worth keeping too, and Undo of the point with it.
         documentModified = modifiedBefore;
         modelFile.fileExtension = extensionBefore;
+        tellLoaded(*this, tally);
+        return;
     }
     if (!zones && structureKind == StructureKind::Unstructured) {
         tally.kind = "The grid became triangles";
     }
-    rebuildOnUndo = true;
     leaveRegimes();
     redraw();
     tellLoaded(*this, tally);

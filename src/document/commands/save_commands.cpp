@@ -49,6 +49,25 @@ std::string VelmoraDoc::saveTargetText() const {
     return plain ? std::string() : "Save writes " + target.string();
 }
 
+namespace {
+
+bool isZoneFormat(const std::string& extension) {
+    return extension == "wrl" || extension == "stl";
+}
+
+std::int64_t triangleCount(const zRegion_fe& region) {
+    return std::accumulate(
+        region.blocks.begin(), region.blocks.end(), std::int64_t{0},
+        [](std::int64_t count, const auto& zone) { return count + std::max(zone->elementCount, 0); });
+}
+
+/// A file of that type, which holds triangles alone, would be an empty one.
+bool givesNoTriangle(const std::string& extension, const zRegion_fe& region) {
+    return isZoneFormat(extension) && triangleCount(region) == 0;
+}
+
+} // namespace
+
 VelmoraDoc::SaveResult VelmoraDoc::saveCurrent() {
     // Empty models are never written: what a file held would be gone.
     if (structureKind == StructureKind::None || holdsNothingToSave(*this)) {
@@ -62,6 +81,10 @@ VelmoraDoc::SaveResult VelmoraDoc::saveCurrent() {
     }
     const std::filesystem::path target = saveTarget();
     const std::int64_t leftOut = zones ? trianglesLeftOut(target, feRegion) : 0;
+    if (zones && givesNoTriangle(extensionOf(target), feRegion)) {
+        ui_.showMessage(message::cannotBeSavedAs(extensionOf(target)));
+        return SaveResult::Failed;
+    }
     if (!mayOverwrite(*this, target, TargetFrom::Model, FileContent::Model, leftOut)) {
         return SaveResult::Declined;
     }
@@ -94,10 +117,6 @@ std::vector<FileType> saveTypes(const VelmoraDoc& doc) {
     return fileTypesNamed({"apt", "skl", "dat", "wrl", "stl"});
 }
 
-bool isZoneFormat(const std::string& extension) {
-    return extension == "wrl" || extension == "stl";
-}
-
 /// Whether the model, by its kind, can be written in the format that the extension names.
 bool canBeSavedAs(const VelmoraDoc& doc, const std::string& extension) {
     const bool zoneFormat = extension == "dat" || isZoneFormat(extension);
@@ -127,12 +146,6 @@ zRegion_fe surfaceOf(const PatchList& patches) {
     patchesToRegion(patches, zones);
     regionToSurface(zones, surface);
     return surface;
-}
-
-std::int64_t triangleCount(const zRegion_fe& region) {
-    return std::accumulate(
-        region.blocks.begin(), region.blocks.end(), std::int64_t{0},
-        [](std::int64_t count, const auto& zone) { return count + std::max(zone->elementCount, 0); });
 }
 
 /// Writes the model, a grid also as zones or as its triangles `surface`, in the format that the extension of `path`
@@ -179,7 +192,7 @@ void VelmoraDoc::saveModelAs() {
     const bool asTriangles = grid && isZoneFormat(extension);
     zRegion_fe surface = asTriangles ? surfaceOf(patches) : zRegion_fe();
     const std::int64_t leftOut = trianglesLeftOut(path, asTriangles ? surface : feRegion);
-    if (asTriangles && leftOut >= triangleCount(surface)) {
+    if ((asTriangles && leftOut >= triangleCount(surface)) || (!grid && givesNoTriangle(extension, feRegion))) {
         // There is no triangle to write: the file, and the model that becomes what was written, would be empty.
         ui_.showMessage(message::cannotBeSavedAs(extension));
         return;

@@ -69,11 +69,15 @@ public:
         if (lowest_ > highest_) {
             return;
         }
-        // What is the same everywhere stands in the middle of the plot.
+        // What is the same everywhere stands in the middle of the plot, and what is at an end of the range beside the
+        // frame, not on it.
         constexpr double margin = 1e-6;
-        const double room = lowest_ < highest_ ? 0.0 : std::max(std::abs(lowest_), 1.0) * margin;
-        plot.lowest = lowest_ - room;
-        plot.highest = highest_ + room;
+        constexpr double beside = 0.04;
+        constexpr double most = std::numeric_limits<double>::max();
+        const double room =
+            lowest_ < highest_ ? beside * highest_ - beside * lowest_ : std::max(std::abs(lowest_), 1.0) * margin;
+        plot.lowest = std::max(lowest_ - room, -most);
+        plot.highest = std::min(highest_ + room, most);
     }
 
 private:
@@ -115,6 +119,7 @@ const char* nameOf(PlotQuantity quantity) {
 CurvePlot curvePlot(PlotQuantity quantity, const PointList& curve, const std::vector<PointList>& neighbours) {
     CurvePlot plot;
     plot.quantity = quantity;
+    plot.hasCurve = !curve.empty();
     plot.curve = plotCurve(quantity, curve);
     Ranges ranges;
     ranges.add(plot.curve);

@@ -36,8 +36,9 @@ struct CurvePlot {
     PlotCurve curve;
     std::vector<PlotCurve> neighbours;
     double alongEnd = 0.0; ///< the length of the longest curve
-    double lowest = 0.0;   ///< of all values; a little less and more where all are the same
-    double highest = 0.0;
+    double lowest = 0.0;   ///< of what is shown: a little less than the lowest of all values
+    double highest = 0.0;  ///< a little more than the highest
+    bool hasCurve = false; ///< there is one, be it without a value
 };
 
 /// A step stands at the middle between its points. Of values that are not finite there is none.

@@ -96,9 +96,10 @@ void addZone(Lines& lines, std::size_t number, const ZoneReport& zone) {
 
 } // namespace
 
-std::string shortNumber(double value) {
+std::string shortNumber(double value, int digits) {
     std::array<char, 32> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 6).ptr;
+    const auto end =
+        std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, digits).ptr;
     return {text.data(), end};
 }
 

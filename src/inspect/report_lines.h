@@ -20,7 +20,7 @@ struct ReportLine {
 /// What is as it should be (no repeated point, no folded cell) has no line.
 std::vector<ReportLine> reportLines(const ModelReport& report);
 
-/// Six significant digits, as a person reads a number.
-std::string shortNumber(double value);
+/// Six significant digits, as a person reads a number, or another number of them.
+std::string shortNumber(double value, int digits = 6);
 
 } // namespace velmora

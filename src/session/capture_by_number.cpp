@@ -20,6 +20,7 @@ bool liesOnCapturedCurve(const CaptureState& capture, std::int32_t patch, std::i
 
 bool capturePointByNumber(Session& session, std::int32_t patch, std::int32_t section, std::int32_t point) {
     const DocumentState& doc = session.state();
+    const bool measures = session.view().mouseMode == ModeMeasure;
     if (doc.capture->curveHeld() && !liesOnCapturedCurve(*doc.capture, patch, section, point)) {
         runIfOn(session, "line.exit");
     }
@@ -34,7 +35,11 @@ bool capturePointByNumber(Session& session, std::int32_t patch, std::int32_t sec
     act.patch = patch;
     act.section = section;
     act.point = point;
-    return session.act(act) == VelmoraView::ActResult::Done;
+    const bool captured = session.act(act) == VelmoraView::ActResult::Done;
+    if (captured && measures) {
+        session.view().setMouseMode(ModeMeasure); // the button was not needed: it stays with the places to measure from
+    }
+    return captured;
 }
 
 } // namespace velmora

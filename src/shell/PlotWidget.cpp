@@ -48,6 +48,11 @@ PlotFrame PlotWidget::frame() const {
     return {left, margin, std::max(1.0, width() - left - margin), std::max(1.0, height() - below - margin)};
 }
 
+QString PlotWidget::hint() const {
+    return plot_.hasCurve ? tr("%1 has no value here").arg(QLatin1String(nameOf(plot_.quantity)))
+                          : tr("Capture a section or a line");
+}
+
 // ---- Drawing --------------------------------------------------------------------------------------------------------
 
 void PlotWidget::paintEvent(QPaintEvent*) {
@@ -55,7 +60,7 @@ void PlotWidget::paintEvent(QPaintEvent*) {
     painter.fillRect(rect(), palette().base());
     if (plot_.curve.pieces.empty()) {
         painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
-        painter.drawText(rect(), Qt::AlignCenter, tr("Capture a section or a line"));
+        painter.drawText(rect(), Qt::AlignCenter, hint());
         return;
     }
     drawAxes(painter);

@@ -20,6 +20,8 @@ public:
     /// Marks the point of the curve; -1 for none.
     void mark(std::int32_t point);
     PlotFrame frame() const;
+    /// What stands in the place of a curve that is not there, or has nothing to show.
+    QString hint() const;
 
     QSize sizeHint() const override { return {420, 240}; }
 

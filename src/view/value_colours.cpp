@@ -365,12 +365,33 @@ ValueScale scaleOf(const PointValues& values, std::int32_t bands) {
     return {one, one, 1};
 }
 
+namespace {
+
+/// Whether so many digits tell the ends of each band apart, as far as they differ.
+bool tellBandsApart(const ValueScale& scale, int digits) {
+    for (std::int32_t band = 0; band < scale.bandCount(); ++band) {
+        if (scale.edge(band) < scale.edge(band + 1) &&
+            shortNumber(scale.edge(band), digits) == shortNumber(scale.edge(band + 1), digits)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
 std::vector<LegendRow> legendOf(const ValueScale& scale) {
+    constexpr int fewest = 6;
+    constexpr int most = 17; // these tell all numbers apart
+    int digits = fewest;
+    while (digits < most && !tellBandsApart(scale, digits)) {
+        ++digits;
+    }
     std::vector<LegendRow> rows;
     for (std::int32_t band = scale.bandCount() - 1; band >= 0; --band) {
-        std::string text = shortNumber(scale.edge(band));
+        std::string text = shortNumber(scale.edge(band), digits);
         if (scale.edge(band) < scale.edge(band + 1)) {
-            text += " to " + shortNumber(scale.edge(band + 1));
+            text += " to " + shortNumber(scale.edge(band + 1), digits);
         }
         rows.push_back({scale.colourOf(band), std::move(text)});
     }

@@ -49,7 +49,7 @@ struct LegendRow {
     Colour colour{};
     std::string text; ///< "from ... to" of the band, or its one value
 };
-/// The bands of a scale, the highest first.
+/// The bands of a scale, the highest first, with as many digits as tell them apart.
 std::vector<LegendRow> legendOf(const ValueScale& scale);
 
 /// Values that are shown, and how.

@@ -106,6 +106,15 @@ TEST_F(CompareCommand, AFileAboveTheLimitOfPointsCountsWhole) {
     EXPECT_EQ(doc.status, "Largest distance 0 at Patch K=1, Section N=1, Point M=1; mean 0, rms 0");
 }
 
+TEST_F(CompareCommand, TheFileIsLookedForBesideTheModel) {
+    open(file("wing.apt", plateAtTwo));
+    compare(3);
+    EXPECT_EQ(ui.requests.back().proposed, folder / "");
+    doc.modelFile.chosenPath.clear();
+    compare(3);
+    EXPECT_EQ(ui.requests.back().proposed, std::filesystem::path()) << "the model has no file";
+}
+
 TEST_F(CompareCommand, WithABinaryStlFile) {
     doc.dialogs->importing.scale = 7; // of Import, and of no other command
     compare(3, {file("at_five.stl", binaryFacet({0, 0, 5, 4, 0, 5, 0, 4, 5})).string()});
@@ -128,11 +137,6 @@ TEST_F(CompareCommand, WhatIsLostOfTheFileIsTold) {
 }
 
 TEST_F(CompareCommand, AFileWithoutASurfaceIsRefusedWithTheReason) {
-    compare(3,
-            {file("plane.dat", "VARIABLES = \"X\", \"Y\"\nZONE T=\"a\", I=2, J=2, K=1, F=POINT\n0 0\n1 0\n0 1\n1 1\n")
-                 .string()});
-    EXPECT_THAT(heard(), Contains("message: There is no surface to compare with: Irregular structure of DAT file. The "
-                                  "number of variables < 3"));
     const float none = std::numeric_limits<float>::quiet_NaN();
     compare(3, {file("nan.stl", binaryFacet({0, 0, none, 4, 0, 5, 0, 4, 5})).string()});
     EXPECT_THAT(heard(), Contains("message: There is no surface to compare with: Facets with coordinates that are not "
@@ -143,6 +147,10 @@ TEST_F(CompareCommand, AFileWithoutASurfaceIsRefusedWithTheReason) {
 TEST_F(CompareCommand, ATargetWithoutASurfaceIsRefused) {
     compare(1);
     EXPECT_THAT(heard(), Contains("message: There is no surface to compare with"));
+    EXPECT_EQ(doc.comparison(), nullptr);
+    compare(2);
+    EXPECT_THAT(heard(), Contains("message: There is no surface to compare with"))
+        << "all is compared, not with itself";
     EXPECT_EQ(doc.comparison(), nullptr);
     runAll(addPatch(1) + addPatch(2) + addPatch(3));
     compare(2);

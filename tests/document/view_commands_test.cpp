@@ -125,6 +125,14 @@ TEST_F(ViewCommands, ColourByValueTellsWhyNothingIsSeenOfIt) {
     EXPECT_FALSE(doc.dialogs->colours.isOn());
 }
 
+TEST_F(ViewCommands, LinesHaveNoSurfaceToColour) {
+    hold({patchOf({3, 5, 2})});
+    doc.surfaceMode = false;
+    ui.dialogs = {{{"quantity", "6"}}};
+    call("view.colourByValue");
+    EXPECT_EQ(doc.status, "Lines have no surface to colour");
+}
+
 TEST_F(ViewCommands, TheQualityOfCellsIsOfGridsAlone) {
     doc.surfaceMode = true;
     ui.dialogs = {{{"quantity", "6"}}, {{"quantity", "9"}}};

@@ -23,9 +23,10 @@ std::size_t residentBytes() {
 
 TEST(LargeMemory, RoomForPiecesIsNotHeldBeforeItIsUsed) {
     constexpr std::size_t megabyte = std::size_t{1} << 20;
+    constexpr std::size_t room = 60 * megabyte;
     const std::size_t before = residentBytes();
-    makeRoomForPieces(60 * megabyte);
-    EXPECT_LT(residentBytes(), before + 8 * megabyte);
+    makeRoomForPieces(room);
+    EXPECT_LT(residentBytes(), before + room / 3); // a sanitizer keeps a book of an eighth of what is asked for
 }
 
 TEST(LargeMemory, MoreRoomThanThereIsCanBeAskedFor) {

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace velmora {
 namespace {
 
@@ -40,8 +42,8 @@ TEST(CurvePlot, AStepStandsInItsMiddleAndNamesItsFirstPoint) {
     EXPECT_THAT(placesOf(plot.curve), ElementsAre(0.5, 2, 5));
     EXPECT_EQ(plot.curve.pieces.at(0).at(2).point, 2);
     EXPECT_EQ(plot.alongEnd, 5);
-    EXPECT_EQ(plot.lowest, 1);
-    EXPECT_EQ(plot.highest, 4);
+    EXPECT_DOUBLE_EQ(plot.lowest, 1 - 0.12) << "4 % of the range, which is 3";
+    EXPECT_DOUBLE_EQ(plot.highest, 4 + 0.12);
 }
 
 TEST(CurvePlot, GrowthHasNoValueAtTheEnds) {
@@ -79,8 +81,8 @@ TEST(CurvePlot, NeighboursWidenTheRanges) {
     EXPECT_THAT(valuesOf(plot.neighbours[0]), ElementsAre(-2, 8));
     EXPECT_THAT(plot.neighbours[1].pieces, IsEmpty());
     EXPECT_EQ(plot.alongEnd, 10);
-    EXPECT_EQ(plot.lowest, -2);
-    EXPECT_EQ(plot.highest, 8);
+    EXPECT_DOUBLE_EQ(plot.lowest, -2.4);
+    EXPECT_DOUBLE_EQ(plot.highest, 8.4);
 }
 
 TEST(CurvePlot, WhatIsTheSameEverywhereStandsInTheMiddle) {
@@ -88,6 +90,22 @@ TEST(CurvePlot, WhatIsTheSameEverywhereStandsInTheMiddle) {
     EXPECT_LT(plot.lowest, 0.0);
     EXPECT_EQ(placeIn({0, 0, 100, 50}, plot, 0.0, 0.0).y, 25.0);
     EXPECT_THAT(curvePlot(PlotQuantity::Step, {}, {}).curve.pieces, IsEmpty());
+}
+
+TEST(CurvePlot, TheEndsOfTheRangeStandBesideTheFrame) {
+    // 4 % above and below: of the height, 108 parts, the lowest value is 4 from below and the highest 4 from above.
+    const CurvePlot plot = curvePlot(PlotQuantity::X, growing(), {});
+    EXPECT_NEAR(placeIn({0, 0, 100, 108}, plot, 0.0, 0.0).y, 104.0, 1e-9);
+    EXPECT_NEAR(placeIn({0, 0, 100, 108}, plot, 0.0, 7.0).y, 4.0, 1e-9);
+    const double far = 1e308;
+    const CurvePlot wide =
+        curvePlot(PlotQuantity::X, {{-far, 0, 0}, {-far, 0, 0}}, {{{far * 1.7, 0, 0}, {far * 1.7, 0, 0}}});
+    EXPECT_TRUE(std::isfinite(wide.lowest) && std::isfinite(wide.highest));
+}
+
+TEST(CurvePlot, ACurveMayHaveNoValue) {
+    EXPECT_TRUE(curvePlot(PlotQuantity::Growth, {{0, 0, 0}, {1, 0, 0}}, {}).hasCurve);
+    EXPECT_FALSE(curvePlot(PlotQuantity::Growth, {}, {growing()}).hasCurve);
 }
 
 TEST(CurvePlot, WhatIsNotFiniteHasNoPlace) {
@@ -106,11 +124,11 @@ TEST(AxisMarks, AreRoundNumbersInsideOfTheRange) {
 
 TEST(PlotFrame, HasItsLowestValueBelowAndTheStartAtTheLeft) {
     const CurvePlot plot = curvePlot(PlotQuantity::X, growing(), {});
-    const PlotFrame frame{10, 20, 70, 140};
+    const PlotFrame frame{10, 20, 70, 151.2}; // 140 for the range of 7, and 4 % of that below and above
     EXPECT_EQ(placeIn(frame, plot, 0, 0).x, 10);
-    EXPECT_EQ(placeIn(frame, plot, 0, 0).y, 160);
+    EXPECT_NEAR(placeIn(frame, plot, 0, 0).y, 165.6, 1e-9);
     EXPECT_EQ(placeIn(frame, plot, 7, 7).x, 80);
-    EXPECT_EQ(placeIn(frame, plot, 7, 7).y, 20);
+    EXPECT_NEAR(placeIn(frame, plot, 7, 7).y, 25.6, 1e-9);
 }
 
 TEST(PlotFrame, FindsThePointWhoseMarkIsNearest) {
@@ -118,7 +136,7 @@ TEST(PlotFrame, FindsThePointWhoseMarkIsNearest) {
     const PlotFrame frame{0, 0, 70, 70};
     const auto found = nearestIn(frame, plot, {33, 38}, 10);
     ASSERT_TRUE(found);
-    EXPECT_EQ(found->point, 2) << "at 30, 40";
+    EXPECT_EQ(found->point, 2) << "at 30, 39.6";
     EXPECT_FALSE(nearestIn(frame, plot, {50, 50}, 10));
 }
 

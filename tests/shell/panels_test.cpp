@@ -379,5 +379,23 @@ TEST_F(PlotPanel, AClickCapturesThePoint) {
     EXPECT_EQ(rig.doc().capture->capturedPoint, 1);
 }
 
+TEST_F(PlotPanel, AClickLetsMeasuringGoOn) {
+    VelmoraView& view = rig.frame.session().view();
+    rig.run("view.measure");
+    mouse(QEvent::MouseButtonPress, placeOf(1), Qt::LeftButton);
+    EXPECT_TRUE(rig.doc().capture->pointCaptured);
+    EXPECT_EQ(view.mouseMode, ModeMeasure);
+    view.OnKeyDown(ViewKey::Escape);
+    EXPECT_EQ(view.mouseMode, ModePoint) << "the point has its button back";
+    EXPECT_TRUE(rig.frame.isVisible());
+}
+
+TEST_F(PlotPanel, TellsWhyItIsEmpty) {
+    rig.run("line.exit");
+    EXPECT_EQ(panel->plot().hint(), QStringLiteral("Capture a section or a line"));
+    panel->plot().showPlot(curvePlot(PlotQuantity::Growth, {{0, 0, 0}, {1, 0, 0}}, {}));
+    EXPECT_EQ(panel->plot().hint(), QStringLiteral("Growth has no value here")) << "at two ends there is none";
+}
+
 } // namespace
 } // namespace velmora::test

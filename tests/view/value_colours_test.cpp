@@ -133,6 +133,15 @@ TEST(Legend, HasTheHighestBandFirst) {
     EXPECT_EQ(rows[1].colour, scale.colourOf(0));
 }
 
+TEST(Legend, HasTheDigitsThatTellItsBandsApart) {
+    // Ten bands of 2e-6 each: the sixth place behind the point, which is the seventh digit, differs.
+    const std::vector<LegendRow> rows = legendOf(ValueScale(1.33982, 1.33984, 10));
+    ASSERT_THAT(rows, SizeIs(10));
+    EXPECT_EQ(rows[0].text, "1.339838 to 1.33984");
+    EXPECT_EQ(rows[4].text, "1.33983 to 1.339832");
+    EXPECT_EQ(rows[9].text, "1.33982 to 1.339822");
+}
+
 // The value of the unit square is x: the bands 0 to 1/4 and so on are strips of a quarter each.
 TEST(ColourByValue, BandsEndWhereTheValueDoesAndNotAtTheGrid) {
     const DrawRig rig({square(0)});

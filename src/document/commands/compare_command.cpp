@@ -32,11 +32,7 @@ bool readZonesWhole(VelmoraDoc& doc, const std::filesystem::path& path, Exchange
     if (!readZones(doc, path, structured, model.region, tally)) {
         return false;
     }
-    ZonePatches zones = zonesToPatches(structured, ZoneDetail::Whole);
-    if (zones.refusal != ZoneRefusal::None) {
-        tally.losses.emplace_back(messageOf(zones.refusal));
-    }
-    model.patches = std::move(zones.patches);
+    model.patches = zonesToPatches(structured, ZoneDetail::Whole).patches;
     return true;
 }
 
@@ -70,6 +66,7 @@ std::optional<TriangleMesh> surfaceOfChosenFile(VelmoraDoc& doc, LoadTally& tall
     FileRequest request;
     request.mode = ChooserMode::Open;
     request.types = fileTypesNamed({"apt", "skl", "dat", "wrl", "stl"});
+    request.proposed = doc.openPlace().parent_path() / ""; // beside the model
     request.command = "model.compare";
     const std::vector<std::filesystem::path> paths = doc.ui().chooseFiles(request);
     return paths.empty() ? std::nullopt : surfaceOfFile(doc, fullPath(paths.front()), tally);
@@ -81,7 +78,7 @@ std::optional<TriangleMesh> surfaceToCompareWith(VelmoraDoc& doc, std::int32_t t
         const std::size_t parts = std::max(doc.referencePatches.size(), doc.referenceRegion.blocks.size());
         return surfaceTriangles(doc.referencePatches, doc.referenceRegion, std::vector<bool>(parts));
     }
-    return target == toTheOtherPatches ? surfaceTriangles(doc.patches, doc.feRegion, doc.blockMask())
+    return target == toTheOtherPatches ? surfaceTriangles(doc.patches, doc.feRegion, doc.chosenMask())
                                        : surfaceOfChosenFile(doc, tally);
 }
 

@@ -53,6 +53,9 @@ std::string whyWithoutColours(const VelmoraDoc& doc) {
     if (!chosen.isOn()) {
         return "";
     }
+    if (doc.structureKind == StructureKind::Structured && doc.fileKind == FileKind::Skl) {
+        return "Lines have no surface to colour";
+    }
     if (chosen.ofCompare() && doc.comparison() == nullptr) {
         return "No distances to show: Compare was not run on this geometry";
     }

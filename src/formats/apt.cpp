@@ -162,6 +162,7 @@ private:
     bool takePatch(const AptHeader& header);
     bool fitThinning();
     std::int32_t expectedPoints();
+    void makeRoomForRest();
     void noteUnread();
 
     NumberReader reader_;
@@ -175,12 +176,13 @@ private:
 };
 
 bool AptOnePass::run() {
-    constexpr std::int64_t bytesOfNumber = 2; // at least; so each byte of text takes four of memory
-    makeRoomForPieces(static_cast<std::size_t>(reader_.stream().size()) / bytesOfNumber * sizeof(double));
     AptHeader header;
     for (; header.read(reader_); header = AptHeader{}, ++compartment_) {
         if (!takePatch(header)) {
             break;
+        }
+        if (compartment_ == 1) {
+            makeRoomForRest(); // not before: what is read ahead would lie there too, and fills only parts of it
         }
     }
     if (reader_.stream().readFailed()) {
@@ -257,6 +259,12 @@ std::int32_t AptOnePass::expectedPoints() {
     const double expected =
         thinner_.kept() < enoughToTell ? total : std::max(total, static_cast<double>(thinner_.kept()) / read);
     return static_cast<std::int32_t>(std::min(expected, most));
+}
+
+void AptOnePass::makeRoomForRest() {
+    constexpr std::int64_t bytesOfNumber = 2; // at least
+    const std::int64_t left = reader_.stream().size() - reader_.stream().tell();
+    makeRoomForPieces(static_cast<std::size_t>(left / bytesOfNumber) * sizeof(double));
 }
 
 void AptOnePass::noteUnread() {

@@ -41,7 +41,8 @@ enum class AptDetail {
 /// is wanted, and stops at the first fault; the patches pushed before it stay. A header that is not two integers is the
 /// regular end of the file. In the second pass a header fault is also one that, with those before it, asks for more
 /// than `bareSectionLimit` sections without points. Time and memory go by what the file holds, not by what its headers
-/// say. A file whose headers and points have a line each, and that holds nothing else, is read once, to the same result.
+/// say. A file whose headers and points have a line each, and that holds nothing else, is read once, to the same
+/// result.
 AptReadResult readApt(const std::filesystem::path& path, PatchList& patches, const ReportProgress& report = {},
                       AptDetail detail = AptDetail::Thinned);
 

@@ -12,6 +12,7 @@
 
 #include "FolderDialog.h"
 #include "qt_text.h"
+#include "run_dialog.h"
 
 namespace velmora {
 
@@ -193,10 +194,8 @@ void FilesListDialog::takeDirectory() {
 
 void FilesListDialog::browse() {
     dlgFolder chooser = working_.browse();
-    const bool accepted = FolderDialog(chooser, this).exec() == QDialog::Accepted;
-    // When a message goes together with the chooser, some window managers give the focus to none.
-    activateWindow();
-    if (accepted) {
+    FolderDialog dialog(chooser, this);
+    if (runDialog(dialog)) {
         working_.projectPath = chooser.folder();
         showList();
     }

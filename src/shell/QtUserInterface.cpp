@@ -25,6 +25,7 @@
 #include "commands/load_files.h"
 #include "messages.h"
 #include "qt_text.h"
+#include "run_dialog.h"
 
 namespace velmora {
 
@@ -260,13 +261,13 @@ Answer QtUserInterface::askOrNone(const std::string& text) {
 bool QtUserInterface::showDialog(DialogForm& form) {
     const Turn turn(*this);
     FormDialog dialog(form, parentOfBoxes());
-    return dialog.exec() == QDialog::Accepted;
+    return runDialog(dialog);
 }
 
 bool QtUserInterface::showRegularInput(CRegularInput& table) {
     const Turn turn(*this);
     RegularInputDialog dialog(table, parentOfBoxes());
-    return dialog.exec() == QDialog::Accepted;
+    return runDialog(dialog);
 }
 
 /// A name with an extension that is none of those offered gets the chosen one behind it: nothing would be written
@@ -286,8 +287,7 @@ std::vector<std::filesystem::path> QtUserInterface::chooseFiles(const FileReques
     loss_.clear();
     const ChooserFilters filters = chooserFilters(request);
     QString& usedLast = filterUsedLast_[request.command];
-    QWidget* const parent = parentOfBoxes();
-    QFileDialog dialog(parent, QString::fromLatin1(captionOf(request.mode)));
+    QFileDialog dialog(parentOfBoxes(), QString::fromLatin1(captionOf(request.mode)));
     dialog.setObjectName(QStringLiteral("fileChooser"));
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     setModes(dialog, request);
@@ -307,10 +307,7 @@ std::vector<std::filesystem::path> QtUserInterface::chooseFiles(const FileReques
     }
     propose(dialog, request);
     giveColumnsRoom(dialog);
-    const bool accepted = dialog.exec() == QDialog::Accepted;
-    // When the question before overwriting goes together with the chooser, some window managers give the focus to none.
-    parent->activateWindow();
-    if (!accepted) {
+    if (!runDialog(dialog)) {
         return {};
     }
     usedLast = filters.texts.value(chosen);

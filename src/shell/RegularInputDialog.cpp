@@ -21,6 +21,7 @@
 #include "FormDialog.h"
 #include "field_words.h"
 #include "qt_text.h"
+#include "run_dialog.h"
 
 namespace velmora {
 
@@ -151,7 +152,8 @@ void RegularInputDialog::act() {
     table_.act([this](CRegularFind& find) {
         DialogForm form = describe(find, &table_.regularPatches);
         openDialog(form);
-        return FormDialog(form, this).exec() == QDialog::Accepted;
+        FormDialog dialog(form, this);
+        return runDialog(dialog);
     });
     showTable();
     focusOn("X");

@@ -21,6 +21,7 @@
 #include "file_texts.h"
 #include "reliability.h"
 #include "rescue_format.h"
+#include "sanitized.h"
 #include "small_zones.h"
 #include "sound_model.h"
 #include "state_fixture.h"
@@ -322,18 +323,7 @@ void readLongLines(const fs::path& folder, const std::vector<LongLine>& lines, s
     }
 }
 
-// Memory that was given back stays with the address sanitizer for a while.
-#if defined(__SANITIZE_ADDRESS__)
-constexpr std::int64_t keptByTheSanitizer = 300'000'000;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-constexpr std::int64_t keptByTheSanitizer = 300'000'000;
-#else
-constexpr std::int64_t keptByTheSanitizer = 0;
-#endif
-#else
-constexpr std::int64_t keptByTheSanitizer = 0;
-#endif
+constexpr std::int64_t keptByTheSanitizer = sanitized ? 300'000'000 : 0;
 
 } // namespace
 

@@ -353,7 +353,8 @@ std::vector<std::vector<std::uint8_t>> picturesOf(const Patch& plate) {
 /// either, by the end that it is drawn from.
 bool isFoundNear(const std::vector<std::uint8_t>& one, const std::vector<std::uint8_t>& other, int x, int y) {
     const auto value = [](const std::vector<std::uint8_t>& picture, int column, int row, int channel) {
-        return static_cast<int>(picture[static_cast<std::size_t>((row * side + column) * 4 + channel)]);
+        const std::size_t pixel = static_cast<std::size_t>(row) * side + static_cast<std::size_t>(column);
+        return static_cast<int>(picture[pixel * 4 + static_cast<std::size_t>(channel)]);
     };
     for (int row = std::max(0, y - 1); row <= std::min(side - 1, y + 1); ++row) {
         for (int column = std::max(0, x - 1); column <= std::min(side - 1, x + 1); ++column) {

@@ -22,6 +22,9 @@
 #include "ply_import.h"
 #include "stl_import.h"
 #include "tecplot_import.h"
+#include "tecplot_writer.h"
+#include "written_names.h"
+#include "zone_files.h"
 #ifdef VELMORA_READS_3MF
 #include "threemf_import.h"
 #endif
@@ -198,6 +201,39 @@ int digitsOf(const ExchangeFormat& format, const ExportOptions& options) {
     return isSingle(format, options) ? digitsOfSingle : isBinary(format, options) ? digitsOfDouble : options.digits;
 }
 
+/// A title as it stands in a file of the format; the title itself of one that has none.
+std::string writtenTitle(const ExchangeFormat& format, const ExportOptions& options, const std::string& title) {
+    if (extensionIn(format, "stl")) {
+        return isBinary(format, options) ? title : solidName(onOneLine(title), 1);
+    }
+    return extensionIn(format, "obj")    ? onOneLine(title)
+           : extensionIn(format, "wrl")  ? nodeName(title)
+           : extensionIn(format, "cgns") ? cgnsName(title)
+           : extensionIn(format, "dat")  ? quotedName(title)
+                                         : title;
+}
+
+/// Names that the format has no letters or no room for.
+void noteNames(const ExchangeFormat& format, const ExportZones& zones, const ExportOptions& options,
+               std::vector<std::string>& notes) {
+    const auto note = [&notes](const char* what, std::int64_t count) {
+        if (count > 0) {
+            notes.push_back(what + std::to_string(count));
+        }
+    };
+    const auto& all = zones.zones();
+    note("Titles that are written in other letters: ",
+         std::count_if(all.begin(), all.end(), [&](const zBlock_fe* zone) {
+             return !zone->title.empty() && writtenTitle(format, options, zone->title) != zone->title;
+         }));
+    if (extensionIn(format, "dat") && !all.empty()) {
+        const auto& variables = all.front()->variables;
+        note("Names of variables that are written in other letters: ",
+             std::count_if(variables.begin(), variables.end(),
+                           [](const auto& variable) { return writtenVariableName(variable->name) != variable->name; }));
+    }
+}
+
 /// What of the model the format has no room for.
 void noteLosses(const ExchangeFormat& format, const ExchangeView& model, const ExportZones& zones,
                 const ExportOptions& options, std::vector<std::string>& notes) {
@@ -214,6 +250,7 @@ void noteLosses(const ExchangeFormat& format, const ExchangeView& model, const E
         notes.push_back("Patches without a surface, left out: " +
                         std::to_string(model.patches.size() - zones.zones().size()));
     }
+    noteNames(format, zones, options, notes);
 }
 
 ImportOutcome outcomeOf(const ExchangeModel& model, const ReportProgress& report) {

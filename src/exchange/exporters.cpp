@@ -14,6 +14,7 @@
 #include "patch_text.h"
 #include "read_record.h"
 #include "tecplot_writer.h"
+#include "written_names.h"
 #include "zExceptions.h"
 #include "zone_conversion.h"
 #include "zone_files.h"
@@ -27,14 +28,6 @@ zVec<double> unitNormal(const zVec<double>& a, const zVec<double>& b, const zVec
     const zVec<double> normal = cross(b - a, c - a);
     const double length = std::hypot(normal.x, normal.y, normal.z);
     return length > 0.0 && std::isfinite(length) ? normal * (1.0 / length) : zVec<double>();
-}
-
-/// On one line, for formats that end a name there.
-std::string onOneLine(std::string_view title) {
-    std::string text(trimmed(title));
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r' || c == '\0'; }, ' ');
-    return text;
 }
 
 /// Whether the file is in its place; what the old one had and the new one has not is told with it.
@@ -136,22 +129,6 @@ bool exportBinaryStl(SafeFile& file, WriteOutcome& outcome, const ExportZones& z
 }
 
 // ---- VRML -----------------------------------------------------------------------------------------------------------
-
-/// What may stand behind DEF: no white space, quotes, brackets, commas, points, and no digit or sign first.
-std::string nodeName(std::string_view title) {
-    std::string name(trimmed(title));
-    std::replace_if(
-        name.begin(), name.end(),
-        [](char c) {
-            return static_cast<unsigned char>(c) <= ' ' ||
-                   std::string_view("\"'#,.[]\\{}").find(c) != std::string_view::npos || c == 0x7F;
-        },
-        '_');
-    if (!name.empty() && (isDigit(name[0]) || isSign(name[0]))) {
-        name = "_" + name;
-    }
-    return name;
-}
 
 void writeShape(NumberWriter& out, const zBlock_fe& zone) {
     const std::string name = nodeName(zone.title);

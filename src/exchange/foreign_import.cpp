@@ -91,7 +91,9 @@ void takeMesh(ForeignFile& file, const ImportOptions& options, ExchangeModel& mo
         if (auto* const grid = std::get_if<ForeignGrid>(&part)) {
             const PatchList patches = patchesOf(grid->block, unscaled, tally);
             mesh.zones.push_back(grid->title);
-            lines += !addTriangles(patches, mesh) && !patches.empty() ? 1 : 0;
+            const bool surface = addTriangles(patches, mesh);
+            tally.triangles += surface ? 1 : 0;
+            lines += !surface && !patches.empty() ? 1 : 0;
             mesh.zoneOfPolygon.resize(mesh.polygonEnds.size(), static_cast<std::int32_t>(mesh.zones.size()) - 1);
         } else {
             append(mesh, std::move(std::get<FileMesh>(part)));

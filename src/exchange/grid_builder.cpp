@@ -87,6 +87,7 @@ PatchList patchesOf(const GridBlock& block, const ImportOptions& options, GridTa
         ++tally.notFinite;
         patches.clear();
     }
+    tally.hollow += block.isVolume() && finite ? 1 : 0;
     return patches;
 }
 
@@ -117,6 +118,8 @@ void countBlock(const GridBlock& block, Counts& counts) {
 void tellGrids(const GridTally& tally, const ImportOptions& options, FileRead& record) {
     tellMissing(record, "Volume zones, whose faces were not asked for", tally.volumes);
     tellMissing(record, "Grids with coordinates that are not finite", tally.notFinite);
+    tellAltered(record, volumesWithoutInside, tally.hollow);
+    tellAltered(record, "Grids that became triangles", tally.triangles);
     tellScale(options, record);
 }
 

@@ -27,6 +27,8 @@ struct GridBlock {
 struct GridTally {
     std::int64_t notFinite = 0; ///< blocks left out for it
     std::int64_t volumes = 0;   ///< blocks left out because faces were not asked for
+    std::int64_t hollow = 0;    ///< blocks of which only the faces are kept
+    std::int64_t triangles = 0; ///< grids that became triangles
 };
 
 /// The patches of a block: one of j sections of i points for a surface, an index of length 1 being dropped, or, if they

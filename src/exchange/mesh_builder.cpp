@@ -245,14 +245,13 @@ void MeshBuilder::tell() {
     tellMissing(record_, "Faces with points that are not there", tally_.outside);
     tellMissing(record_, "Faces with coordinates that are not finite", tally_.notFinite);
     tellMissing(record_, "Faces for which a zone has no room", tally_.noRoom);
-    tellChanged(record_, "Polygons that became triangles", tally_.split);
+    tellAltered(record_, "Polygons that became triangles", tally_.split);
     tellChanged(record_, "Polygons whose border crosses itself", tally_.crossing);
     tellChanged(record_, "Degenerate triangles", tally_.degenerate);
     if (lostFaces == 0) {
-        tellChanged(record_, "Points that no face uses, left out", points - kept);
+        tellAltered(record_, "Points that no face uses, left out", points - kept);
     }
-    tellChanged(record_, "Points merged", tally_.merged);
-    record_.lossless = record_.lossless && tally_.split == 0 && points == kept && tally_.merged == 0;
+    tellAltered(record_, "Points merged", tally_.merged);
     tellScale(options_, record_);
 }
 

@@ -51,8 +51,9 @@ private:
     FileMesh mesh_;
     std::string object_;
     std::string group_;
-    std::map<std::pair<std::string, std::string>, std::int32_t> zones_;
-    std::int32_t zone_ = -1; // none yet under these names
+    std::int64_t objects_ = 0; // begun so far: one of a name that was there before is another one
+    std::map<std::pair<std::int64_t, std::string>, std::int32_t> zones_; // by object and group
+    std::int32_t zone_ = -1;                                             // none yet under these names
     std::vector<std::int64_t> face_;
     std::int64_t badPoints_ = 0;
     std::int64_t curves_ = 0; // lines, points, free forms: geometry that is no polygon
@@ -90,6 +91,7 @@ void ObjReader::takeStatement(std::string_view keyword) {
         takeFace();
     } else if (keyword == "o") {
         object_ = restOfLine();
+        ++objects_;
         group_.clear();
         zone_ = -1;
     } else if (keyword == "g") {
@@ -182,7 +184,7 @@ std::int64_t ObjReader::takeCorner() {
 std::int32_t ObjReader::zone() {
     if (zone_ < 0) {
         const auto [place, isNew] =
-            zones_.try_emplace({object_, group_}, static_cast<std::int32_t>(mesh_.zones.size()));
+            zones_.try_emplace({objects_, group_}, static_cast<std::int32_t>(mesh_.zones.size()));
         if (isNew) {
             mesh_.zones.push_back(group_.empty() ? object_ : group_);
         }

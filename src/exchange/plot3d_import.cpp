@@ -464,6 +464,25 @@ bool plausible(std::string_view bytes, const ByteLayout& layout) {
     return true;
 }
 
+/// Whether what is there of the first block looks like halves of larger numbers: every second one is 0, as of round
+/// numbers, or more than a few are beyond all measure or next to nothing.
+bool looksLikeHalves(std::string_view bytes, const ByteLayout& layout) {
+    constexpr std::size_t few = 100; // one of so many
+    const std::size_t begin = integerSize * layout.layout.header;
+    const std::size_t count =
+        std::min(static_cast<std::size_t>(pointsOf(layout.layout.blocks.front()) * layout.layout.dimensions),
+                 (bytes.size() - begin) / layout.realSize);
+    std::array<std::size_t, 2> numbers = {0, 0}; // that are not 0, at even and odd places
+    std::size_t wild = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const double value =
+            std::abs(realAt(bytes.data() + begin + i * layout.realSize, layout.realSize, layout.highestFirst));
+        numbers.at(i % 2) += value != 0.0 ? 1 : 0;
+        wild += value != 0.0 && !(value >= 1e-20 && value < 1e20) ? 1 : 0;
+    }
+    return (numbers[0] == 0) != (numbers[1] == 0) || few * wild > count;
+}
+
 /// The bytes of one point in the first block, by the first records; 0 when they do not tell.
 std::size_t bytesOfPoint(const ByteLayout& layout, const std::vector<std::size_t>& lengths) {
     const auto points = static_cast<std::size_t>(pointsOf(layout.layout.blocks.front()));
@@ -544,7 +563,10 @@ const ByteLayout* layoutOfBytes(const std::vector<ByteLayout>& layouts, std::str
         Test([&](const ByteLayout& layout) { return takesAll(layout) && isMeant(layout); }),
         Test([&](const ByteLayout& layout) { return lacksLittle(layout) && isMeant(layout); }),
         Test(takesAll),
-        Test([&](const ByteLayout& layout) { return layout.layout.dimensions == 3 && isMeant(layout); }),
+        Test([&](const ByteLayout& layout) {
+            return layout.layout.dimensions == 3 && isMeant(layout) &&
+                   (layout.realSize != sizeof(float) || !looksLikeHalves(text, layout));
+        }),
     };
     for (const Test& test : tests) {
         const auto found = std::find_if(layouts.begin(), layouts.end(), test);

@@ -11,6 +11,7 @@ namespace velmora {
 /// What several formats have to tell in the same words.
 inline constexpr const char* materialsNotKept = "Colours and materials are not kept";
 inline constexpr const char* noFacesFound = "No faces were found";
+inline constexpr const char* volumesWithoutInside = "Volumes of which only the outer faces are kept";
 
 /// Geometry that did not come into the model, told with its number; nothing with 0.
 inline void tellMissing(FileRead& record, std::string_view what, std::int64_t number) {
@@ -23,6 +24,13 @@ inline void tellMissing(FileRead& record, std::string_view what, std::int64_t nu
 inline void tellChanged(FileRead& record, std::string_view what, std::int64_t number) {
     if (number != 0) {
         record.changed.push_back(std::string(what) + ": " + std::to_string(number));
+    }
+}
+
+/// What was altered so that a save would not bring it back, with its number; nothing with 0.
+inline void tellAltered(FileRead& record, std::string_view what, std::int64_t number) {
+    if (number != 0) {
+        record.alters(std::string(what) + ": " + std::to_string(number));
     }
 }
 

@@ -94,10 +94,9 @@ void SolidTaker::tell() {
     record_.kept = {{"facets", keptFacets}, {"solids", keptSolids_}, {"triangles", keptTriangles_}};
     tellMissing(record_, "Facets that are damaged", damaged);
     tellMissing(record_, "Facets with coordinates that are not finite", notFinite);
-    tellChanged(record_, "Facets of more than three corners, made triangles", split);
+    tellAltered(record_, "Facets of more than three corners, made triangles", split);
     tellChanged(record_, "Degenerate triangles", degenerate_);
-    tellChanged(record_, "Points merged", merged_);
-    record_.lossless = record_.lossless && split == 0 && merged_ == 0;
+    tellAltered(record_, "Points merged", merged_);
     tellScale(options_, record_);
 }
 

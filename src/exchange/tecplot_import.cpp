@@ -230,9 +230,8 @@ void TecplotTaker::addGrid(const TecplotTextZone& zone, FileMesh& mesh) {
     unscaled.scale = 1.0; // the mesh is scaled as a whole
     const PatchList patches = patchesOfZone(zone, unscaled);
     const bool surface = addTriangles(patches, mesh);
-    if (!patches.empty() && !surface) {
-        ++lines_;
-    }
+    grids_.triangles += surface ? 1 : 0;
+    lines_ += !patches.empty() && !surface ? 1 : 0;
 }
 
 void TecplotTaker::addElements(const TecplotTextZone& zone, FileMesh& mesh) {
@@ -299,6 +298,7 @@ void TecplotTaker::addOuterFaces(const TecplotTextZone& zone, std::int64_t offse
         }
     }
     outer.forEach([&mesh](std::span<const std::int64_t> face) { mesh.addPolygon(face); }, report);
+    ++grids_.hollow;
 }
 
 void TecplotTaker::tell() {

@@ -72,6 +72,7 @@ void FileRead::losesDetail(std::string reason) {
 
 void FileRead::alters(std::string change) {
     lossless = false;
+    add(altered_, change);
     add(changed, std::move(change));
 }
 
@@ -79,11 +80,11 @@ std::vector<std::string> FileRead::losses() const {
     if (lossless || !reasons.empty()) {
         return reasons;
     }
-    std::vector<std::string> altered;
-    for (const std::string& change : changed) {
-        add(altered, "A save would not bring back: " + change);
+    std::vector<std::string> lost;
+    for (const std::string& change : altered_.empty() ? changed : altered_) {
+        add(lost, "A save would not bring back: " + change);
     }
-    return altered;
+    return lost;
 }
 
 bool FileRead::keptAnything() const {

@@ -59,6 +59,9 @@ struct FileRead {
     std::vector<std::string> losses() const;
     /// Whether anything became part of a model.
     bool keptAnything() const;
+
+private:
+    std::vector<std::string> altered_; // of `changed`, what a save would not bring back
 };
 
 /// One file that was written.

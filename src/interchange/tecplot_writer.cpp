@@ -18,22 +18,13 @@ namespace velmora {
 
 namespace {
 
-// A name of letters, digits and what else the reader takes in one; others end its list of variables.
-std::string variableName(std::string name) {
-    const auto isOther = [](char c) {
-        return !isLetter(c) && !isDigit(c) && std::string_view("_/~()-").find(c) == std::string_view::npos;
-    };
-    std::replace_if(name.begin(), name.end(), isOther, '_');
-    return name.empty() ? "_" : name;
-}
-
 void writeFileHeader(NumberWriter& out, const std::string& title, const ZoneVariables& variables) {
     out.writeText("TITLE = ");
     out.writeQuoted(title);
     out.writeText("\nVARIABLES =");
     for (const auto& variable : variables) {
         out.writeChar(' ');
-        out.writeQuoted(variableName(variable->name));
+        out.writeQuoted(writtenVariableName(variable->name));
     }
     out.writeChar('\n');
 }
@@ -206,6 +197,14 @@ WriteOutcome write(const std::filesystem::path& path, const Region& region, std:
 }
 
 } // namespace
+
+std::string writtenVariableName(std::string name) {
+    const auto isOther = [](char c) {
+        return !isLetter(c) && !isDigit(c) && std::string_view("_/~()-").find(c) == std::string_view::npos;
+    };
+    std::replace_if(name.begin(), name.end(), isOther, '_');
+    return name.empty() ? "_" : name;
+}
 
 WriteOutcome writeTecplot(const std::filesystem::path& path, const zRegion& region, std::int32_t precision,
                           const ReportProgress& report) {

@@ -2,12 +2,16 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <string>
 
 #include "FileRecord.h"
 #include "progress.h"
 #include "zRegion.h"
 
 namespace velmora {
+
+/// A name of letters, digits and what else the reader takes in one; others, at which it would end, become underscores.
+std::string writtenVariableName(std::string name);
 
 /// Writes title, the field names of the first zone, and the zones point after point. Numbers have `precision`
 /// significant digits as a stream without flags writes them; triangles name their three nodes from 1. A zone whose

@@ -9,6 +9,10 @@
 #include <IGESControl_Reader.hxx>
 #include <IGESData_GlobalSection.hxx>
 #include <IGESData_IGESModel.hxx>
+#include <IGESGeom_BoundedSurface.hxx>
+#include <IGESGeom_TrimmedSurface.hxx>
+#include <IGESSolid_Face.hxx>
+#include <Interface_InterfaceModel.hxx>
 #include <Interface_Static.hxx>
 #include <Message.hxx>
 #include <Message_Messenger.hxx>
@@ -17,6 +21,8 @@
 #include <STEPControl_Reader.hxx>
 #include <Standard_Failure.hxx>
 #include <Standard_OutOfMemory.hxx>
+#include <Standard_Transient.hxx>
+#include <StepShape_FaceSurface.hxx>
 #include <TColStd_SequenceOfAsciiString.hxx>
 #include <TCollection_HAsciiString.hxx>
 #include <TopExp_Explorer.hxx>
@@ -24,6 +30,11 @@
 #include <TopoDS.hxx>
 #include <TopoDS_Face.hxx>
 #include <TopoDS_Shape.hxx>
+#include <TransferBRep.hxx>
+#include <Transfer_TransientProcess.hxx>
+#include <XSControl_Reader.hxx>
+#include <XSControl_TransferReader.hxx>
+#include <XSControl_WorkSession.hxx>
 
 #include "TextScan.h"
 #include "cad_names.h"
@@ -44,6 +55,24 @@ std::string libraryUnit(const std::string& unit) {
         {"um", "UM"},         {"mil", "MIL"},       {"microinch", "UIN"}, {"uin", "UIN"}};
     const auto found = words.find(smallLetters(unit));
     return found == words.end() ? std::string() : found->second;
+}
+
+bool isFace(const Handle(Standard_Transient) & entity) {
+    return entity->IsKind(STANDARD_TYPE(StepShape_FaceSurface)) ||
+           entity->IsKind(STANDARD_TYPE(IGESGeom_TrimmedSurface)) ||
+           entity->IsKind(STANDARD_TYPE(IGESGeom_BoundedSurface)) || entity->IsKind(STANDARD_TYPE(IGESSolid_Face));
+}
+
+/// The faces of a file of which the library made nothing, as it does without a word of damaged ones.
+std::int64_t facesWithoutShape(const Handle(XSControl_WorkSession) & session) {
+    const Handle(Interface_InterfaceModel) model = session->Model();
+    const Handle(Transfer_TransientProcess) process = session->TransferReader()->TransientProcess();
+    std::int64_t count = 0;
+    for (int i = 1; i <= model->NbEntities(); ++i) {
+        const Handle(Standard_Transient) entity = model->Value(i);
+        count += isFace(entity) && TransferBRep::ShapeResult(process, entity).IsNull() ? 1 : 0;
+    }
+    return count;
 }
 
 class CadReader {
@@ -87,8 +116,7 @@ private:
         setUnit(lengths.IsEmpty() ? "" : lengths.First().ToCString());
         out_.progress(0.2);
         reader.TransferRoots();
-        names_ = CadNames(reader.WS());
-        tellRoots(reader.NbRootsForTransfer(), reader.NbShapes());
+        tellMade(reader);
         return reader.OneShape();
     }
 
@@ -105,15 +133,16 @@ private:
         model->SetGlobalSection(section);
         out_.progress(0.2);
         reader.TransferRoots();
-        names_ = CadNames(reader.WS());
-        tellRoots(reader.NbRootsForTransfer(), reader.NbShapes());
+        tellMade(reader);
         return reader.OneShape();
     }
 
-    void tellRoots(int roots, int shapes) {
-        if (shapes < roots) {
-            out_.lost("Parts that the reader of the format does not understand", roots - shapes);
-        }
+    /// What the library made of the file, and what it made nothing of.
+    void tellMade(XSControl_Reader& reader) {
+        names_ = CadNames(reader.WS());
+        const int missing = reader.NbRootsForTransfer() - reader.NbShapes();
+        out_.lost("Parts that the reader of the format does not understand", std::max(missing, 0));
+        out_.lost("Faces that the reader of the format does not understand", facesWithoutShape(reader.WS()));
     }
 
     /// Solids, and what belongs to none of them: shells, then faces alone.

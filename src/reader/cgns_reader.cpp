@@ -15,6 +15,7 @@
 
 #include "nearby_file.h"
 #include "outer_faces.h"
+#include "read_record.h"
 #include "reader_work.h"
 
 namespace velmora {
@@ -167,6 +168,7 @@ private:
     bool hasVolumes_ = false; // the zone at hand
     std::int64_t noCoordinates_ = 0;
     std::int64_t volumes_ = 0; // left out
+    std::int64_t hollow_ = 0;  // of which only the faces are kept
     std::int64_t noSections_ = 0;
     std::int64_t lines_ = 0;
     std::int64_t curved_ = 0; // elements with nodes between their corners
@@ -181,6 +183,7 @@ void CgnsReader::run() {
     }
     out_.lost("Zones without coordinates x, y and z", noCoordinates_);
     out_.lost("Volume zones, whose faces were not asked for", volumes_);
+    out_.changed(volumesWithoutInside, hollow_);
     out_.lost("Sections that cannot be read", noSections_);
     out_.lost("Elements of unknown kinds", unknown_);
     out_.lost("Lines and points, which are no polygons", lines_);
@@ -501,6 +504,7 @@ void CgnsReader::readElements(const std::string& name, const std::vector<cgsize_
         }
         addOuterFaces(sections, mesh);
     }
+    hollow_ += polyhedra || hasVolumes_ ? 1 : 0;
     if (mesh.zones.empty()) {
         mesh.zones = {name};
     }

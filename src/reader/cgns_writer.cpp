@@ -8,8 +8,8 @@
 
 #include <cgnslib.h>
 
-#include "TextScan.h"
 #include "reader_work.h"
+#include "written_names.h"
 
 namespace velmora {
 
@@ -23,20 +23,12 @@ void demand(int outcome) {
 
 constexpr std::size_t longest = 32; // letters of a name
 
-/// A title as a name, which has no slash; empty where nothing is left of it.
-std::string nameOf(const std::string& title) {
-    std::string name(trimmed(title));
-    std::replace_if(
-        name.begin(), name.end(), [](char c) { return c == '/' || static_cast<unsigned char>(c) < ' '; }, '_');
-    return name == "." || name == ".." ? std::string() : std::string(trimmed(name.substr(0, longest)));
-}
-
 /// Names of zones, which must differ.
 class ZoneNames {
 public:
     std::string nameFor(const std::string& title) {
         ++number_;
-        std::string name = nameOf(title);
+        std::string name = cgnsName(title);
         name = name.empty() ? "Zone " + std::to_string(number_) : name;
         std::string different = name;
         for (int i = 2; !used_.insert(different).second; ++i) {
@@ -72,7 +64,7 @@ public:
         std::transform(mesh.corners.begin(), mesh.corners.end(), corners.begin(),
                        [](std::int64_t corner) { return static_cast<cgsize_t>(corner + 1); });
         int section = 0;
-        const std::string name = nameOf(title); // readers that name parts by their sections find the title there
+        const std::string name = cgnsName(title); // readers that name parts by their sections find the title there
         demand(cg_section_write(file_, base_, zone_, name.empty() ? zone.c_str() : name.c_str(), CGNS_ENUMV(TRI_3), 1,
                                 triangles, 0, corners.data(), &section));
     }

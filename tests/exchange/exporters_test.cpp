@@ -77,6 +77,33 @@ TEST_F(Exporters, WhatAFormatHasNoRoomForIsNoted) {
     EXPECT_THAT(outcome_.notes, IsEmpty());
 }
 
+// "solid" and "left side" stand as they are but in VRML; a variable keeps its letters but for what the reader of
+// Tecplot ends a name at.
+TEST_F(Exporters, NamesThatBecomeOthersAreNoted) {
+    using testing::Contains;
+    using testing::IsEmpty;
+    const std::string titles = "Titles that are written in other letters: ";
+    ExchangeModel model = twoZones();
+    for (const char* name : {"a.obj", "a.cgns", "a.dat"}) {
+        write(model, name);
+        EXPECT_THAT(outcome_.notes, IsEmpty()) << name;
+    }
+    write(model, "a.wrl");
+    EXPECT_THAT(outcome_.notes, Contains(titles + '1'));
+    model.region.blocks[0]->title = "a \"b\" of a title that is longer than others";
+    model.region.blocks[1]->title = "a/b";
+    write(model, "a.dat");
+    EXPECT_THAT(outcome_.notes, Contains(titles + '1'));
+    write(model, "a.cgns");
+    EXPECT_THAT(outcome_.notes, Contains(titles + '2'));
+    for (const auto& zone : model.region.blocks) {
+        zone->variables.push_back(std::make_unique<zArray<double>>(3, 1, 1, "Cp [-]"));
+        zone->variables.push_back(std::make_unique<zArray<double>>(3, 1, 1, "Cp(total)"));
+    }
+    write(model, "b.dat");
+    EXPECT_THAT(outcome_.notes, Contains("Names of variables that are written in other letters: 1"));
+}
+
 TEST_F(Exporters, TextStlHasASolidForEachZoneAndItsNormals) {
     EXPECT_EQ(
         write(twoZones(), "a.stl", text(6)),

@@ -77,6 +77,13 @@ TEST(ObjImport, GroupsAndObjectsAreZonesUnderTheirNames) {
     EXPECT_EQ(kept(file, "points"), 4);
 }
 
+TEST(ObjImport, ObjectsOfOneNameAreZonesOfTheirOwnAndAGroupGoesOn) {
+    const Imported file = read(square + "o rib\nf 1 2 3\no rib\nf 1 2 4\no \nf 2 3 4\no \nf 1 3 4\ng skin\nf 1 2 3\n"
+                                        "g other\nf 1 2 4\ng skin\nf 2 3 4\n");
+    EXPECT_THAT(titlesOf(file.model), ElementsAre("rib", "rib", "", "", "skin", "other"));
+    EXPECT_EQ(file.model.region.blocks[4]->elementCount, 2);
+}
+
 TEST(ObjImport, AZoneHasThePointsThatItUsesInTheirOrder) {
     const Imported file = read(square + "v 9 9 9\ng a\nf 4 2 1\ng b\nf 3 4 5\n");
     EXPECT_THAT(nodesOf(*file.model.region.blocks[0]), ElementsAre(Point{0, 0, 0}, Point{1, 0, 0}, Point{0, 1, 0}));

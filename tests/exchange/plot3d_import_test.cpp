@@ -1,5 +1,8 @@
 #include "plot3d_import.h"
 
+#include <array>
+#include <functional>
+
 #include <gmock/gmock.h>
 
 #include "exchange_tools.h"
@@ -182,6 +185,8 @@ TEST(Plot3dImport, AVolumeGivesItsFacesWhenAsked) {
     const Imported with = read(text, faces);
     EXPECT_THAT(with.model.patches, SizeIs(6));
     EXPECT_TRUE(with.record.complete);
+    EXPECT_FALSE(with.record.lossless) << "a save has no volume";
+    EXPECT_THAT(with.record.changed, ElementsAre("Volumes of which only the outer faces are kept: 1"));
     EXPECT_EQ(kept(with, "points"), 24);
 }
 
@@ -209,6 +214,46 @@ TEST(Plot3dImport, AFileThatIsCutKeepsItsWholeBlocks) {
         EXPECT_EQ(found(file, "patches"), 2);
         EXPECT_EQ(kept(file, "patches"), 1);
     }
+}
+
+// The words of doubles that are round numbers make singles that somebody may have meant, but for every second one,
+// which is 0. Nothing of such a file is whole.
+TEST(Plot3dImport, ABlockOfDoublesThatIsCutIsNotTakenForSingles) {
+    constexpr int across = 41;
+    constexpr int along = 33;
+    using Coordinate = std::function<double(int, int)>;
+    const std::vector<std::array<Coordinate, 3>> grids = {
+        {[](int i, int) { return 0.5 * i; }, [](int, int j) { return 0.25 * j; },
+         [](int i, int j) { return 0.125 * (i * j % 7); }},
+        {[](int i, int) { return i; }, [](int, int j) { return 2.0 * j; }, [](int i, int j) { return i * j % 5; }},
+        {[](int i, int) { return 1000.0 + 0.5 * i; }, [](int, int j) { return 2000.0 + 0.5 * j; },
+         [](int, int) { return 0.0; }},
+        {[](int i, int) { return 12.5 * i; }, [](int, int j) { return 3.2 * j; }, [](int i, int) { return 0.1 * i; }}};
+    for (std::size_t number = 0; number < grids.size(); ++number) {
+        for (const bool highestFirst : {false, true}) {
+            Bytes bytes(highestFirst);
+            bytes.addAll<std::int32_t>({2, across, along, 1, 21, 17, 1});
+            for (const Coordinate& coordinate : grids[number]) {
+                for (int j = 0; j < along; ++j) {
+                    for (int i = 0; i < across; ++i) {
+                        bytes.add(coordinate(i, j));
+                    }
+                }
+            }
+            const Imported file = read(bytes.text.substr(0, bytes.text.size() - 1001));
+            EXPECT_TRUE(file.model.empty()) << number << highestFirst;
+            EXPECT_FALSE(file.record.complete) << number << highestFirst;
+        }
+    }
+}
+
+// Singles with something behind them keep their grid all the same.
+TEST(Plot3dImport, SinglesWithBytesBehindThemStaySingles) {
+    const Imported file = read(raw<float>(false, true, false, 2) + "end!");
+    ASSERT_THAT(file.model.patches, SizeIs(2));
+    EXPECT_EQ(sectionsOf(file.model.patches[0]), firstSections());
+    EXPECT_EQ(sectionsOf(file.model.patches[1]), secondSections());
+    EXPECT_THAT(file.record.reasons, testing::Contains("Bytes behind the last block: 4"));
 }
 
 // A file that lacks its last number fits another layout to the byte: one block of i by j points under its count is then

@@ -11,6 +11,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
+using testing::UnorderedElementsAre;
 
 Imported read(const std::string& text, const ImportOptions& options = {}) {
     return importText(importTecplot, text, options);
@@ -187,6 +188,8 @@ TEST(TecplotImport, TetrahedraGiveTheirOuterFaces) {
     const Imported file = read(text, withVolumes());
     EXPECT_EQ(kept(file, "triangles"), 6);
     EXPECT_TRUE(file.record.complete);
+    EXPECT_FALSE(file.record.lossless) << "the inside is gone";
+    EXPECT_THAT(file.record.changed, ElementsAre("Volumes of which only the outer faces are kept: 1"));
     const zVec<double> inside(0.4, 0.4, 0.4);
     for (const Corners& c : cornersOf(file.model)) {
         EXPECT_GT(dot(normalOf(c), vectorOf(c[0]) - inside), 0.0);
@@ -241,7 +244,8 @@ TEST(TecplotImport, TheScaleAppliesOnceToGridsAndTriangles) {
     EXPECT_THAT(nodesOf(*file.model.region.blocks.at(0)),
                 ElementsAre(Point{0, 0, 0}, Point{2, 0, 0}, Point{0, 2, 0}, Point{2, 2, 10}));
     EXPECT_THAT(nodesOf(*file.model.region.blocks.at(1)), ElementsAre(Point{0, 0, 0}, Point{2, 0, 0}, Point{0, 2, 0}));
-    EXPECT_THAT(file.record.changed, ElementsAre("Coordinates scaled"));
+    EXPECT_THAT(file.record.changed, UnorderedElementsAre("Coordinates scaled", "Grids that became triangles: 1"));
+    EXPECT_FALSE(file.record.lossless) << "a save has no grid";
 }
 
 TEST(TecplotImport, TextAndGeometryRecordsArePassedOver) {

@@ -56,6 +56,18 @@ testing::AssertionResult nothingLost(const FileRead& record) {
                                        << testing::PrintToString(record.changed);
 }
 
+TEST(FileRead, OfWhatWasAlteredOnlyThatIsALossWhichASaveWouldNotBringBack) {
+    FileRead record;
+    record.changed.emplace_back("Degenerate triangles: 3");
+    EXPECT_THAT(record.losses(), IsEmpty());
+    record.alters("Points merged: 2");
+    EXPECT_THAT(record.changed, ElementsAre("Degenerate triangles: 3", "Points merged: 2"));
+    EXPECT_FALSE(record.lossless);
+    EXPECT_THAT(record.losses(), ElementsAre("A save would not bring back: Points merged: 2"));
+    record.losesDetail("Colours are not kept");
+    EXPECT_THAT(record.losses(), ElementsAre("Colours are not kept"));
+}
+
 TEST_F(RecordTest, AWholeFileOfEachKindLosesNothing) {
     const FileRead grid = apt("2 3\n0 0 0\n1 0 0\n2 0 0\n0 1 0\n1 1 0\n2 1 0\n1 1\n5 5 5\n");
     EXPECT_TRUE(nothingLost(grid));

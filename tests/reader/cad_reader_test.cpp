@@ -94,6 +94,21 @@ TEST_F(CadReader, ABoxIsTwelveTriangles) {
     EXPECT_NEAR(volume(), 6.0, 1e-9);
 }
 
+// The library leaves out a face whose plane is not there, without a word.
+TEST_F(CadReader, AFaceThatIsDamagedIsTold) {
+    const std::filesystem::path path = step(BRepPrimAPI_MakeBox(1.0, 2.0, 3.0).Shape());
+    std::string text = test::fileText(path);
+    const std::size_t plane = text.find("= PLANE(");
+    ASSERT_NE(plane, std::string::npos);
+    const std::size_t begin = text.rfind('\n', plane) + 1;
+    text.erase(begin, text.find('\n', plane) + 1 - begin);
+    ASSERT_EQ(readText("damaged.step", text), ImportOutcome::Done);
+    EXPECT_FALSE(record_.complete);
+    EXPECT_THAT(record_.reasons, Contains("Faces that the reader of the format does not understand: 1"));
+    EXPECT_THAT(record_.changed, Contains("Faces that became triangles: 5"));
+    EXPECT_EQ(countOf(record_.kept, "triangles"), 10);
+}
+
 TEST_F(CadReader, CoordinatesStayInTheUnitOfTheFile) {
     const TopoDS_Shape box = BRepPrimAPI_MakeBox(25.4, 50.8, 1000.0).Shape(); // of the library's millimetres
     read(step(box, "INCH"));

@@ -136,6 +136,8 @@ TEST_F(CgnsReader, AVolumeGridGivesItsFacesWhenAskedFor) {
     ASSERT_EQ(read(path_), ImportOutcome::Done);
     EXPECT_THAT(model_.patches, SizeIs(6));
     expectBox({0, 1, 0, 1, 0, 1}, 0.0);
+    EXPECT_THAT(record_.changed, ElementsAre("Volumes of which only the outer faces are kept: 1"));
+    EXPECT_FALSE(record_.lossless);
 }
 
 TEST_F(CgnsReader, SectionsOfFacesAreZones) {
@@ -182,6 +184,8 @@ TEST_F(CgnsReader, VolumesGiveTheirSectionsOfFacesOrTheirOutside) {
         ASSERT_EQ(read(path_), ImportOutcome::Done);
         EXPECT_THAT(test::titlesOf(model_), ElementsAre("floor"));
         EXPECT_EQ(countOf(record_.kept, "triangles"), 2);
+        EXPECT_THAT(record_.changed, testing::Contains("Volumes of which only the outer faces are kept: 1"));
+        EXPECT_FALSE(record_.lossless);
     }
     {
         CgnsFile file(path_, 3);
@@ -195,6 +199,7 @@ TEST_F(CgnsReader, VolumesGiveTheirSectionsOfFacesOrTheirOutside) {
     ASSERT_EQ(read(path_), ImportOutcome::Done);
     EXPECT_THAT(test::titlesOf(model_), ElementsAre("cube"));
     EXPECT_EQ(countOf(record_.kept, "triangles"), 12);
+    EXPECT_THAT(record_.changed, testing::Contains("Volumes of which only the outer faces are kept: 1"));
     EXPECT_NEAR(volume(), 1.0, 1e-12);
     EXPECT_NEAR(area(), 6.0, 1e-12);
 }
@@ -253,6 +258,8 @@ TEST_F(CgnsReader, AFileOfGridsAndElementsBecomesTriangles) {
     EXPECT_THAT(test::titlesOf(model_), ElementsAre("a grid", "s"));
     EXPECT_EQ(countOf(record_.kept, "triangles"), 3);
     expectBox({0, 2, 0, 2, 0, 6}, 0.0);
+    EXPECT_THAT(record_.changed, testing::Contains("Grids that became triangles: 1"));
+    EXPECT_FALSE(record_.lossless);
 }
 
 TEST_F(CgnsReader, LinksLeadNowhereButIntoTheFolder) {

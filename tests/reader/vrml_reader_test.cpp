@@ -1,4 +1,5 @@
 #include "reader_fixture.h"
+#include "small_zones.h"
 
 namespace velmora {
 namespace {
@@ -52,6 +53,25 @@ TEST_F(VrmlReader, APrototypeHasTheNameOfItsPlace) {
                                     " } }\nDEF fin Part {}\nDEF rudder Part {}"),
               ImportOutcome::Done);
     EXPECT_THAT(test::titlesOf(model_), ElementsAre("fin", "rudder"));
+}
+
+// Whatever letters a title has: no shape is lost behind its name.
+TEST_F(VrmlReader, EveryTitleThatIsExportedLeavesAFileThatIsRead) {
+    std::vector<std::string> titles = {"DEF", "USE", "NULL", "TRUE", "IS", "PROTO", "field", "7", "-", "(", "\x7F"};
+    for (char letter = ' '; letter < '\x7F'; ++letter) {
+        titles.push_back(std::string("a") + letter + 'b');
+        titles.push_back(std::string(1, letter) + 'b');
+    }
+    ExchangeModel model;
+    for (const std::string& title : titles) {
+        model.region.blocks.push_back(test::triangleZone(title, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {0, 1, 2}));
+    }
+    WriteOutcome outcome;
+    ASSERT_EQ(exportFile(folder_ / "a.wrl", model, {}, outcome), ExportOutcome::Done);
+    ASSERT_EQ(read(folder_ / "a.wrl"), ImportOutcome::Done);
+    EXPECT_TRUE(record_.complete);
+    EXPECT_EQ(countOf(record_.kept, "zones"), static_cast<std::int64_t>(titles.size()));
+    EXPECT_EQ(model_.region.blocks.size(), titles.size());
 }
 
 TEST_F(VrmlReader, NamesThatTheLibraryChangesAreTold) {

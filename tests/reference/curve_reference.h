@@ -345,7 +345,7 @@ inline void splineRebreak(const Points& in, Points& out, double exactness, int l
         }
     } else {
         for (std::size_t i = 0; i < m; ++i) {
-            s[i] = static_cast<double>(i) * length / steps;
+            s[i] = std::min(static_cast<double>(i) * length / steps, length);
         }
     }
     out.x = splineValues(s, t, in.x, splineMoments(t, in.x));

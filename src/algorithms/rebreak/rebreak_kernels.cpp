@@ -138,7 +138,7 @@ void targetParameters(double length, std::int32_t m, const SplineLaw& law, doubl
             law.positions[i] /= whole;
             s[i] = law.positions[i] * length;
         } else {
-            s[i] = i * length / whole;
+            s[i] = std::min(i * length / whole, length); // rounding must not lead behind the last interval
         }
     }
 }

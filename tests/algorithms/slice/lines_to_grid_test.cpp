@@ -66,6 +66,26 @@ TEST(LinesToGrid, ClosedSectionStaysClosed) {
     }
 }
 
+// The last of equal parts of a length is rounded, often to above the length: no curve goes on behind its end for that.
+TEST(LinesToGrid, EndsAreThoseOfTheLineForAnyNumberOfPoints) {
+    for (int corners = 5; corners <= 40; corners += 7) {
+        PointList ring;
+        for (int i = 0; i < corners; ++i) {
+            const double angle = 2 * 3.14159265358979 * i / corners;
+            ring.emplace_back((1 + 0.3 * std::sin(3 * angle)) * std::cos(angle), 0.7 * std::sin(angle), 0.1 * (i % 3));
+        }
+        ring.push_back(ring.front());
+        const PointList open(ring.begin(), ring.end() - 2);
+        for (std::int32_t points = 4; points <= 60; ++points) {
+            for (const PointList& line : {ring, open}) {
+                const PointList section = linesToGrid({{line}}, points, true)[0][0];
+                EXPECT_LT(distance(section.front(), line.front()), 1e-12) << corners << ' ' << points;
+                EXPECT_LT(distance(section.back(), line.back()), 1e-12) << corners << ' ' << points;
+            }
+        }
+    }
+}
+
 TEST(LinesToGrid, EachSectionIsTurnedAsTheOneBeforeIt) {
     const PatchList lines = {
         {{{0, 0, 0}, {1, 0, 0}}, {{1, 1, 0}, {0, 1, 0}}, {{1, 2, 0}, {0, 2, 0}}, {{0, 3, 0}, {1, 3, 0}}}};

@@ -284,10 +284,11 @@ void PointPlacer::insertSections() {
     });
 }
 
-/// The section of a cell that shall have point i on the inserted line: its own one, else the one that comes closer.
+/// The section that shall have point i on the inserted line: its own one, which may lie a cell further where those of
+/// other points stand close to it; without one, that of the cell's two which comes closer.
 std::int32_t PointPlacer::sectionOf(std::size_t i, const CellAddress& cell, const PointList& line) const {
     const OwnSection& own = section_[i];
-    if (own.K == cell.K && (own.N == cell.N || own.N == cell.N + 1)) {
+    if (own.K == cell.K) {
         return own.N;
     }
     const auto n = static_cast<std::size_t>(cell.N);

@@ -149,6 +149,46 @@ TEST(Placing, OfSeveralPointsInOneCellKeepsThemAll) {
     EXPECT_EQ(regularityOf(patches), Regularity::Regular);
 }
 
+// Sections that are inserted for points nearly along a section cross in a cell that is not flat: the section of one may
+// lie a cell beside the point. Each point has one all the same, and none has two.
+TEST(Placing, EveryPointHasASectionOfItsOwn) {
+    Patch wall;
+    for (int i = 0; i < 6; ++i) {
+        PointList section;
+        for (int j = 0; j < 3; ++j) {
+            const double y = -3 + 1.2 * i;
+            const double z = -3.0 + 3 * j;
+            section.push_back({0.15 * y * y + 0.05 * y * z, y, z});
+        }
+        wall.push_back(section);
+    }
+    const std::vector<double> y = {-1.2502975865883064, -1.2310264228799626, -1.239987559151877, -1.264052909771986};
+    const std::vector<double> z = {-1.3, -0.43333333333333335, 0.43333333333333335, 1.3};
+    Patch lines;
+    for (const double x : {-4.0, -1.0, 1.5, 5.0}) {
+        PointList section;
+        for (std::size_t m = 0; m < y.size(); ++m) {
+            section.push_back({x, y[m], z[m]});
+        }
+        lines.push_back(section);
+    }
+    PatchList patches = {lines, wall};
+    const PiercingPoints found = pierce(patches);
+    ASSERT_EQ(found.places.size(), 4U);
+    EXPECT_EQ(place(patches), 0);
+    for (const PointList& section : patches[1]) {
+        EXPECT_LE(std::count_if(section.begin(), section.end(),
+                                [&](const Vector& point) {
+                                    return std::find(found.places.begin(), found.places.end(), point) !=
+                                           found.places.end();
+                                }),
+                  1);
+    }
+    for (const Vector& p : found.places) {
+        EXPECT_TRUE(hasPoint(patches[1], p));
+    }
+}
+
 TEST(Placing, PutsEveryPointOfATwistedGridExactly) {
     Patch target = wavy(6, 7, 0);
     target[2][3] = target[2][3] + Vector(0.3, -0.2, 0);

@@ -393,12 +393,44 @@ bool isText(std::string_view text) {
                         [](char c) { return c != '\t' && static_cast<unsigned char>(c) < '\n'; });
 }
 
-/// Text begins with the word "solid", and what follows is text too.
+/// Text begins with the word "solid", and what follows is text too, or holds the words of a facet.
 bool looksLikeSolid(std::string_view text) {
+    constexpr std::size_t enough = 4096;
     TextScan scan(text);
     scan.skipSpace();
     const std::string_view word = scan.rest().substr(0, 5);
-    return isText(text) && (sameWord(word, "solid") || sameWord(word, "facet"));
+    if (!sameWord(word, "solid") && !sameWord(word, "facet")) {
+        return false;
+    }
+    const std::string start = smallLetters(text.substr(0, enough));
+    return isText(text) || (start.find("facet") != std::string::npos && start.find("vertex") != std::string::npos);
+}
+
+/// Whether the first facets are such as somebody may have meant: other bytes give coordinates beyond all measure or
+/// next to nothing in nearly every one. Facets of nothing but 0 say nothing.
+bool looksLikeFacets(std::string_view text) {
+    constexpr std::size_t enough = 100;
+    const auto isMeant = [](float value) {
+        const float size = std::abs(value);
+        return value == 0.0F || (size > 1e-20F && size < 1e20F);
+    };
+    std::size_t meant = 0;
+    std::size_t others = 0;
+    const std::size_t whole = std::min(enough, (text.size() - firstFacet) / facetSize);
+    for (std::size_t i = 0; i < whole; ++i) {
+        std::array<float, 12> values{};
+        std::memcpy(values.data(), text.data() + firstFacet + i * facetSize, sizeof values);
+        if (std::any_of(values.begin(), values.end(), [](float value) { return value != 0.0F; })) {
+            ++(std::all_of(values.begin() + 3, values.end(), isMeant) ? meant : others);
+        }
+    }
+    return whole == 0 || meant > others;
+}
+
+/// A binary file whose count is that of its size, or whose facets can be believed in.
+bool looksBinary(std::string_view text) {
+    return text.size() >= firstFacet && (text.size() - firstFacet == facetSize * countInHeader(text) ||
+                                         (!isText(text) && !looksLikeSolid(text) && looksLikeFacets(text)));
 }
 
 } // namespace
@@ -406,8 +438,7 @@ bool looksLikeSolid(std::string_view text) {
 void importStl(std::string_view text, const ImportOptions& options, ExchangeModel& model, FileRead& record,
                const ReportProgress& report) {
     SolidTaker taker(options, model, record);
-    const bool fits = text.size() >= firstFacet && text.size() - firstFacet == facetSize * countInHeader(text);
-    if (fits || (text.size() >= firstFacet && !isText(text))) {
+    if (looksBinary(text)) {
         readBinary(text, taker, record, report);
     } else if (looksLikeSolid(text)) {
         TextReader(text, taker, record, report).run();

@@ -19,8 +19,7 @@ bool isControl(char c) {
 
 std::string onOneLine(std::string_view title) {
     std::string text(trimmed(title));
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r' || c == '\0'; }, ' ');
+    std::replace_if(text.begin(), text.end(), isControl, ' ');
     return text;
 }
 

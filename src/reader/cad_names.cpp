@@ -8,6 +8,7 @@
 #include <IGESData_IGESEntity.hxx>
 #include <Interface_EntityIterator.hxx>
 #include <Interface_Graph.hxx>
+#include <Interface_InterfaceModel.hxx>
 #include <StepBasic_Product.hxx>
 #include <StepBasic_ProductDefinition.hxx>
 #include <StepBasic_ProductDefinitionFormation.hxx>
@@ -100,6 +101,11 @@ std::string CadNames::ofBody(const TopoDS_Shape& shape) const {
     const Entity entity = entityOf(shape);
     const std::string name = nameOf(entity);
     return name.empty() && !entity.IsNull() ? productAbove(entity) : name;
+}
+
+int CadNames::placeOf(const TopoDS_Shape& shape) const {
+    const Entity entity = entityOf(shape);
+    return entity.IsNull() ? 0 : session_->Model()->Number(entity);
 }
 
 /// From a shape of STEP by those that hold it, the nearest first, to the product.

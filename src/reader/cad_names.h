@@ -21,6 +21,9 @@ public:
     /// The same; without a name of its own that of the product to which it belongs.
     std::string ofBody(const TopoDS_Shape& shape) const;
 
+    /// The number in the file of what a shape was made of; 0 when it is not known.
+    int placeOf(const TopoDS_Shape& shape) const;
+
 private:
     Handle(Standard_Transient) entityOf(const TopoDS_Shape& shape) const;
     std::string productAbove(const Handle(Standard_Transient) & shape) const;

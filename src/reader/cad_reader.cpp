@@ -1,6 +1,9 @@
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -36,10 +39,12 @@
 #include <XSControl_TransferReader.hxx>
 #include <XSControl_WorkSession.hxx>
 
+#include "FileBytes.h"
 #include "TextScan.h"
 #include "cad_names.h"
 #include "cad_patches.h"
 #include "reader_work.h"
+#include "step_numbers.h"
 
 namespace velmora {
 
@@ -106,7 +111,7 @@ private:
 
     TopoDS_Shape readStep() {
         STEPControl_Reader reader;
-        if (reader.ReadFile(work_.path.c_str()) != IFSelect_RetDone) {
+        if (readStepText(reader) != IFSelect_RetDone) {
             throw Refusal("no STEP file");
         }
         TColStd_SequenceOfAsciiString lengths;
@@ -118,6 +123,16 @@ private:
         reader.TransferRoots();
         tellMade(reader);
         return reader.OneShape();
+    }
+
+    IFSelect_ReturnStatus readStepText(STEPControl_Reader& reader) {
+        const FileBytes file(work_.path, {});
+        if (!hasWildNumber(file.text())) {
+            return reader.ReadFile(work_.path.c_str());
+        }
+        out_.lost("Numbers that are not finite, or beyond all measure: what is made of them is left out");
+        std::istringstream stream(withoutWildNumbers(file.text()));
+        return reader.ReadStream(work_.path.c_str(), stream);
     }
 
     TopoDS_Shape readIges() {
@@ -145,29 +160,54 @@ private:
         out_.lost("Faces that the reader of the format does not understand", facesWithoutShape(reader.WS()));
     }
 
-    /// Solids, and what belongs to none of them: shells, then faces alone.
-    static std::vector<TopoDS_Shape> bodiesOf(const TopoDS_Shape& shape) {
+    /// Solids, and what belongs to none of them: shells, then faces alone, each in the order of the file, which the
+    /// library changes where it takes a shell apart.
+    std::vector<TopoDS_Shape> bodiesOf(const TopoDS_Shape& shape) const {
         std::vector<TopoDS_Shape> bodies;
         for (TopExp_Explorer solid(shape, TopAbs_SOLID); solid.More(); solid.Next()) {
             bodies.push_back(solid.Current());
         }
+        const auto shells = static_cast<std::ptrdiff_t>(bodies.size());
         for (TopExp_Explorer shell(shape, TopAbs_SHELL, TopAbs_SOLID); shell.More(); shell.Next()) {
             bodies.push_back(shell.Current());
         }
+        const auto faces = static_cast<std::ptrdiff_t>(bodies.size());
         for (TopExp_Explorer face(shape, TopAbs_FACE, TopAbs_SHELL); face.More(); face.Next()) {
             bodies.push_back(face.Current());
         }
+        sortByPlace(bodies.begin() + shells, bodies.begin() + faces);
+        sortByPlace(bodies.begin() + faces, bodies.end());
         return bodies;
+    }
+
+    void sortByPlace(std::vector<TopoDS_Shape>::iterator begin, std::vector<TopoDS_Shape>::iterator end) const {
+        std::map<const Standard_Transient*, int> places;
+        const auto placeOf = [this](const TopoDS_Shape& shape) {
+            const TopExp_Explorer face(shape, TopAbs_FACE);
+            return face.More() ? names_.placeOf(face.Current()) : 0;
+        };
+        std::transform(begin, end, std::inserter(places, places.end()), [&placeOf](const TopoDS_Shape& shape) {
+            return std::pair(static_cast<const Standard_Transient*>(shape.TShape().get()), placeOf(shape));
+        });
+        std::stable_sort(begin, end, [&places](const TopoDS_Shape& a, const TopoDS_Shape& b) {
+            return places.at(a.TShape().get()) < places.at(b.TShape().get());
+        });
     }
 
     void takePatches(const TopoDS_Shape& shape) {
         std::int64_t number = 0;
-        for (TopExp_Explorer face(shape, TopAbs_FACE); face.More(); face.Next()) {
-            FacePatch patch = patchOfFace(TopoDS::Face(face.Current()), work_.options.sections, work_.options.points);
-            faces_[patch.border].push_back(++number);
-            if (!patch.block.x.empty()) {
-                out_.add(ForeignGrid{names_.ofShape(face.Current()), std::move(patch.block)});
+        for (const TopoDS_Shape& body : bodiesOf(shape)) {
+            for (TopExp_Explorer face(body, TopAbs_FACE); face.More(); face.Next()) {
+                takePatch(TopoDS::Face(face.Current()), ++number);
             }
+        }
+    }
+
+    void takePatch(const TopoDS_Face& face, std::int64_t number) {
+        FacePatch patch = patchOfFace(face, work_.options.sections, work_.options.points);
+        faces_[patch.border].push_back(number);
+        if (!patch.block.x.empty()) {
+            out_.add(ForeignGrid{names_.ofShape(face), std::move(patch.block)});
         }
     }
 

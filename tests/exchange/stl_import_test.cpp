@@ -275,6 +275,48 @@ TEST(StlImport, AttributesOfFacetsAreToldAsLost) {
     EXPECT_THAT(file.record.reasons, ElementsAre("The attributes of facets (colours) are not kept"));
 }
 
+TEST(StlImport, TextWithAControlByteInItStaysText) {
+    const std::string solid = "solid a\n" + firstFacet + "endsolid a\n";
+    std::string late = solid;
+    while (late.size() < 8000) {
+        late += solid;
+    }
+    for (const std::string& text : {solid + solid + std::string(1, '\0'),
+                                    "solid a\x01"
+                                    "b\n" +
+                                        firstFacet + "endsolid a\n",
+                                    late + '\a'}) {
+        const Imported file = read(text);
+        EXPECT_EQ(file.record.format, "stl-text");
+        EXPECT_TRUE(file.record.complete);
+        ASSERT_FALSE(file.model.region.blocks.empty());
+        EXPECT_EQ(cornersOf(file.model).front(), first);
+    }
+}
+
+// A count that does not fit, and numbers such as a program or a picture has, whatever the size is.
+TEST(StlImport, BytesOfAnotherKindAreNoFacets) {
+    std::uint32_t state = 12345;
+    for (std::size_t size = 84; size < 6000; size += 37) {
+        std::string bytes;
+        while (bytes.size() < size) {
+            state = state * 1664525U + 1013904223U;
+            bytes += static_cast<char>(state >> 24U);
+        }
+        const Imported file = read(bytes);
+        EXPECT_TRUE(file.model.empty()) << size;
+        EXPECT_TRUE(size < 84 + 50 || !file.record.complete) << size;
+    }
+    const std::string solid = "solid a\n" + firstFacet + "endsolid a\n";
+    std::string wide;
+    for (const char letter : solid + solid + solid) {
+        wide += letter;
+        wide += '\0';
+    }
+    EXPECT_TRUE(read("\xFF\xFE" + wide).model.empty());
+    EXPECT_FALSE(read("\xFF\xFE" + wide).record.complete);
+}
+
 TEST(StlImport, WhatIsNoStlFileGivesNothing) {
     for (const std::string& text : std::vector<std::string>{std::string("x"), std::string("hello world"),
                                                             std::string("\0\0\0", 3), std::string(90, '\x01')}) {

@@ -17,6 +17,7 @@
 #include <STEPControl_Writer.hxx>
 #include <TopLoc_Location.hxx>
 #include <TopoDS_Compound.hxx>
+#include <TopoDS_Shell.hxx>
 #include <gp_Ax2.hxx>
 #include <gp_Pnt.hxx>
 #include <gp_Trsf.hxx>
@@ -76,6 +77,23 @@ protected:
     }
 };
 
+/// A flat face with these corners.
+TopoDS_Shape flatFace(const std::vector<gp_Pnt>& corners) {
+    BRepBuilderAPI_MakePolygon border;
+    for (const gp_Pnt& corner : corners) {
+        border.Add(corner);
+    }
+    border.Close();
+    return BRepBuilderAPI_MakeFace(border.Wire()).Shape();
+}
+
+/// Another word in place of what the library writes.
+std::string replaced(std::string text, const std::string& before, const std::string& after) {
+    const std::size_t place = text.find(before);
+    EXPECT_NE(place, std::string::npos) << before;
+    return place == std::string::npos ? text : text.replace(place, before.size(), after);
+}
+
 TEST_F(CadReader, ABoxIsTwelveTriangles) {
     for (const std::filesystem::path& path :
          {step(BRepPrimAPI_MakeBox(1.0, 2.0, 3.0).Shape()), iges(BRepPrimAPI_MakeBox(1.0, 2.0, 3.0).Shape())}) {
@@ -107,6 +125,60 @@ TEST_F(CadReader, AFaceThatIsDamagedIsTold) {
     EXPECT_THAT(record_.reasons, Contains("Faces that the reader of the format does not understand: 1"));
     EXPECT_THAT(record_.changed, Contains("Faces that became triangles: 5"));
     EXPECT_EQ(countOf(record_.kept, "triangles"), 10);
+}
+
+// A shell of plates that touch nowhere is taken apart by the library, the last plate first.
+TEST_F(CadReader, PlatesOfAShellStayInTheOrderOfTheFile) {
+    TopoDS_Shell shell;
+    const BRep_Builder builder;
+    builder.MakeShell(shell);
+    for (int plate = 0; plate < 5; ++plate) {
+        builder.Add(
+            shell,
+            flatFace({{10.0 * plate, 0, 0}, {10.0 * plate + 4, 0, 0}, {10.0 * plate + 4, 3, 0}, {10.0 * plate, 3, 0}}));
+    }
+    const std::filesystem::path path = step(shell);
+    ASSERT_EQ(read(path), ImportOutcome::Done);
+    double last = -1.0;
+    for (const test::Corners& corners : test::cornersOf(model_)) {
+        const double least = std::min({corners[0][0], corners[1][0], corners[2][0]});
+        EXPECT_GE(least, last);
+        last = least;
+    }
+    EXPECT_EQ(last, 40.0);
+    options_.cadPatches = true;
+    ASSERT_EQ(read(path), ImportOutcome::Done);
+    ASSERT_THAT(model_.patches, SizeIs(5));
+    for (std::size_t plate = 0; plate < 5; ++plate) {
+        double lowest = 1e300;
+        for (const PointList& section : model_.patches[plate]) {
+            for (const zVec<double>& point : section) {
+                lowest = std::min(lowest, point.x);
+            }
+        }
+        EXPECT_NEAR(lowest, 10.0 * static_cast<double>(plate), 1e-9);
+    }
+}
+
+// The library computes with such numbers for minutes: what is made of them goes before it reads the file.
+TEST_F(CadReader, NumbersThatAreNotFiniteCostTheirFacesAlone) {
+    const std::string text = test::fileText(step(BRepPrimAPI_MakeBox(1.0, 2.0, 3.0).Shape()));
+    const std::size_t vertex = text.find("VERTEX_POINT('',#") + 17;
+    const std::size_t line = text.find("\n#" + text.substr(vertex, text.find(')', vertex) - vertex) + " =") + 1;
+    const std::string corner = text.substr(line, text.find('\n', line) - line);
+    const std::size_t first = corner.rfind('(') + 1;
+    const auto with = [&](const std::string& number) {
+        return replaced(text, corner, corner.substr(0, first) + number + corner.substr(corner.find(',', first)));
+    };
+    for (const char* number : {"1.E400", "NAN", "-INF", "1.E308"}) {
+        ASSERT_EQ(readText("wild.step", with(number)), ImportOutcome::Done) << number;
+        EXPECT_FALSE(record_.complete) << number;
+        EXPECT_EQ(countOf(record_.kept, "triangles"), 6) << number << ": three faces meet in a corner";
+        expectBox({0, 1, 0, 2, 0, 3}, 1e-9);
+    }
+    ASSERT_EQ(readText("named.step", replaced(text, corner, replaced(corner, "''", "'a, NAN (INF)'"))),
+              ImportOutcome::Done);
+    EXPECT_TRUE(record_.complete) << "a name is no number";
 }
 
 TEST_F(CadReader, CoordinatesStayInTheUnitOfTheFile) {
@@ -254,16 +326,6 @@ TEST_F(CadReader, OfAnEighthOfABallTheRoundSideAloneIsAPatch) {
     expectBox({0, radius, 0, radius, 0, radius}, 1e-9);
 }
 
-/// A flat face with these corners.
-TopoDS_Shape flatFace(const std::vector<gp_Pnt>& corners) {
-    BRepBuilderAPI_MakePolygon border;
-    for (const gp_Pnt& corner : corners) {
-        border.Add(corner);
-    }
-    border.Close();
-    return BRepBuilderAPI_MakeFace(border.Wire()).Shape();
-}
-
 // A trapezium whose lowest side is of two edges: five edges, four corners. One of five corners has no such sides.
 TEST_F(CadReader, EdgesThatGoOnInOneLineAreOneSide) {
     options_.cadPatches = true;
@@ -293,13 +355,6 @@ TEST_F(CadReader, AFaceOfThreeSidesIsLeftOutAndTold) {
     EXPECT_THAT(model_.patches, SizeIs(3));
     EXPECT_FALSE(record_.complete);
     EXPECT_THAT(record_.reasons, Contains(StartsWith("Faces that became no patch: 2 (without a border of four sides")));
-}
-
-/// Another word in place of what the library writes.
-std::string replaced(std::string text, const std::string& before, const std::string& after) {
-    const std::size_t place = text.find(before);
-    EXPECT_NE(place, std::string::npos) << before;
-    return place == std::string::npos ? text : text.replace(place, before.size(), after);
 }
 
 TEST_F(CadReader, ZonesHaveTheNamesOfBodiesElseOfTheirProducts) {

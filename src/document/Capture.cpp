@@ -380,6 +380,10 @@ void Capture::exchangeSectionAndLine() {
         state_.lineCaptured = wasSection;
         (wasSection ? state_.capturedLine : state_.capturedSection) =
             std::exchange(wasSection ? state_.capturedSection : state_.capturedLine, -1);
+        if (wasSection) { // it names the count of its points too, which is filled in with the next picture
+            state_.lineContinueStatus =
+                capturedLineText(state_.capturedPatch, state_.capturedLine, 0) + pointContinueClause;
+        }
     }
 }
 
@@ -404,6 +408,14 @@ void Capture::restorePoint() {
         state_.capturedSection = state_.savedSection;
     }
     apply(CaptureEvent::ForgetSaved);
+}
+
+void Capture::returnToSaved(const CaptureState& before) {
+    state_.savedPatch = before.savedPatch;
+    state_.savedPointSection = before.savedPointSection;
+    state_.savedPoint = before.savedPoint;
+    state_.savedSection = before.savedSection;
+    state_.savedLine = before.savedLine;
 }
 
 void Capture::returnToPoint(const CaptureState& before) {

@@ -59,6 +59,10 @@ struct CaptureState {
     std::string lineContinueStatus;
 
     bool pointHeld() const { return pointCaptured || freePointHeld; }
+    /// Whether this text of the status line is the one of the captured point.
+    bool tellsOfPoint(const std::string& status) const {
+        return !status.empty() && (status == pointStatus || status == pointContinueStatus);
+    }
     bool curveHeld() const { return sectionCaptured || lineCaptured; }
     bool pointRegimeActive() const { return pointCaptureArmed || freePointArmed || pointHeld(); }
     bool curveRegimeActive() const { return sectionCaptureArmed || lineCaptureArmed || curveHeld(); }
@@ -232,6 +236,8 @@ public:
     void saveCurve();
     /// Undo of a point edit: the numbers kept, each once.
     void restorePoint();
+    /// The kept numbers are those of `before` again.
+    void returnToSaved(const CaptureState& before);
     /// The point of `before` again, after a regime was left that took it along.
     void returnToPoint(const CaptureState& before);
     /// Undo left the captured point drawn.

@@ -54,9 +54,24 @@ VelmoraDoc::CaptureText VelmoraDoc::shownCaptureText() const {
     return shown == std::end(texts) ? nullptr : *shown;
 }
 
+/// The text of the curve that is captured, where that was a section and is a line now, or the other way round.
+VelmoraDoc::CaptureText VelmoraDoc::textOfHeldCurve(CaptureText text) const {
+    if (capture->lineCaptured) {
+        return text == &CaptureState::sectionStatus           ? &CaptureState::lineStatus
+               : text == &CaptureState::sectionContinueStatus ? &CaptureState::lineContinueStatus
+                                                              : text;
+    }
+    if (capture->sectionCaptured) {
+        return text == &CaptureState::lineStatus           ? &CaptureState::sectionStatus
+               : text == &CaptureState::lineContinueStatus ? &CaptureState::sectionContinueStatus
+                                                           : text;
+    }
+    return text;
+}
+
 /// Texts with numbers say what the model holds now; one that is shown is shown anew.
 void VelmoraDoc::refillStatus() {
-    const CaptureText shown = shownCaptureText();
+    const CaptureText shown = textOfHeldCurve(shownCaptureText());
     Capture::Numbers numbers;
     const CaptureState& now = *capture;
     if (const PointList* section = sectionAt(now.capturedPatch, now.capturedSection)) {

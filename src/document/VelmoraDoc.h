@@ -206,6 +206,7 @@ private:
     using CaptureText = std::string CaptureState::*;
 
     CaptureText shownCaptureText() const;
+    CaptureText textOfHeldCurve(CaptureText text) const;
     void refillStatus();
     void tellSaveTarget(const std::filesystem::path& before, const std::string& textBefore);
     void returnToRegimeMode();

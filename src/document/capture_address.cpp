@@ -42,6 +42,18 @@ bool isTurnedRound(const Patch& a, const Patch& b, bool sections) {
                  });
 }
 
+/// Of the section of the captured point alone, which was turned round by itself.
+void turnPointBack(Capture& capture, const Patch& gone, const Patch& patch) {
+    const auto n = static_cast<std::size_t>(capture->capturedPointSection);
+    if (!capture->pointCaptured || capture->capturedPointSection < 0 || n >= gone.size() || n >= patch.size() ||
+        gone[n] == patch[n]) {
+        return;
+    }
+    if (std::equal(gone[n].begin(), gone[n].end(), patch[n].rbegin(), patch[n].rend())) {
+        capture.renumberPoint(capture->capturedPointSection, turnedRound(capture->capturedPoint, countOf(patch[n])));
+    }
+}
+
 } // namespace
 
 void turnCaptureBack(DocumentState& document, const Patch& gone) {
@@ -55,6 +67,7 @@ void turnCaptureBack(DocumentState& document, const Patch& gone) {
             return;
         }
     }
+    turnPointBack(document.capture, gone, patch);
 }
 
 void keepCaptureInside(DocumentState& document) {
@@ -80,6 +93,13 @@ void followCapturedPoint(DocumentState& document) {
                                               document.capture->capturedPoint);
     if (document.capture->pointHeld() && position) {
         document.capture.placePoint(*position);
+    }
+}
+
+void keepPointTrue(DocumentState& document) {
+    if (document.capture->pointHeld()) {
+        keepCaptureInside(document);
+        followCapturedPoint(document);
     }
 }
 

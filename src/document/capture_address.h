@@ -21,6 +21,9 @@ void keepCaptureInside(DocumentState& document);
 /// What is known of the captured point's place follows the model.
 void followCapturedPoint(DocumentState& document);
 
+/// A point that is held is one of the model, which has changed, and stands where the model says.
+void keepPointTrue(DocumentState& document);
+
 /// The captured point stands where the model says; at `otherwise` when its numbers name none.
 void takeCapturedPosition(DocumentState& document, const zVec<double>& otherwise);
 

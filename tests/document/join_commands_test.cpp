@@ -350,6 +350,7 @@ TEST_F(MatchBorder, TooFarStopsAndLeavesWhatWasDone) {
     const PatchList before = doc.patches;
     call("block.matchBorder");
     EXPECT_THAT(heard(), ElementsAre("message: Matching is impossible"));
+    EXPECT_EQ(ui.severities.back(), Severity::Warning) << "the first pair stays matched";
     EXPECT_EQ(doc.patches[1][0][0].x, 1.0);
     EXPECT_EQ(doc.patches[2], before[2]);
     EXPECT_EQ(doc.patches[3], before[3]);

@@ -183,6 +183,25 @@ TEST_F(Transformation, FlipDropsTheCapturedPoint) {
     EXPECT_FALSE(doc.pointUndoReady);
 }
 
+TEST_F(Transformation, FlipTellsWhatIsStillHeldInPlaceOfThePoint) {
+    hold({flatPatch(2, 3)});
+    run("point.capture", {});
+    doc.capture.holdPoint(0, 1, 1, doc.patches[0][1][1]);
+    doc.capture.describePoint(false);
+    doc.status = doc.capture->pointContinueStatus;
+    run("model.flip", {});
+    EXPECT_EQ(doc.status, idlePrompt);
+    run("line.inputSection", {{"patch", "1"}, {"section", "2"}});
+    const std::string section = doc.status;
+    doc.capture.holdPoint(0, 1, 1, doc.patches[0][1][1]);
+    doc.capture.describePoint(true);
+    doc.status = doc.capture->pointContinueStatus;
+    run("model.flip", {});
+    EXPECT_EQ(doc.status, section);
+    run("model.flip", {});
+    EXPECT_EQ(doc.status, section) << "without a point nothing is told anew";
+}
+
 TEST_F(Transformation, FlipAndSymmetricHaveTheirOwnPlanes) {
     hold({flatPatch(2, 2)});
     run("model.flip", {{"plane", "3"}, {"zPlane", "4"}});
@@ -329,6 +348,16 @@ TEST_F(Convertation, ExchangesSectionsAndLinesAndTheCapture) {
     EXPECT_EQ(doc.capture->capturedSection, 2);
     EXPECT_EQ(doc.capture->capturedLine, -1);
     EXPECT_EQ(doc.capture->capturedPoint, 4);
+}
+
+TEST_F(Convertation, TellsTheSectionThatBecameALineAndTheLineThatBecameASection) {
+    hold({flatPatch(4, 3)});
+    run("line.inputSection", {{"patch", "1"}, {"section", "2"}});
+    EXPECT_THAT(doc.status, testing::StartsWith("Captured section: Patch K=1, Section N=2, Points M=3 "));
+    call("model.convertation");
+    EXPECT_THAT(doc.status, testing::StartsWith("Captured line: Patch K=1, Line N=2, Points M=3 "));
+    call("model.convertation");
+    EXPECT_THAT(doc.status, testing::StartsWith("Captured section: Patch K=1, Section N=2, Points M=3 "));
 }
 
 TEST_F(Convertation, LeavesTheUndoStateAndTheBox) {

@@ -344,6 +344,74 @@ TEST_F(WayBack, ScalingByOneLeavesTheEditOfAPointToUndo) {
     EXPECT_EQ(doc.patches[0], flatPatch(3, 4));
 }
 
+// OK on the numbers as they stood.
+TEST_F(WayBack, EditThatChangesNothingLeavesWhatWasBeforeItToUndo) {
+    hold({flatPatch(3, 4)});
+    capturePoint(0, 1, 1);
+    runWith("point.edit", {{"z", "5"}});
+    capturePoint(0, 2, 2);
+    runWith("point.edit", {});
+    ASSERT_TRUE(doc.pointUndoReady);
+    run("point.undo");
+    EXPECT_EQ(doc.patches[0], flatPatch(3, 4));
+    EXPECT_EQ(doc.capture->capturedPointSection, 1) << "the point that was edited";
+    EXPECT_EQ(doc.capture->capturedPoint, 1);
+}
+
+TEST_F(WayBack, EditThatChangesNothingLeavesTheUndoOfPatches) {
+    holdMovedGrid();
+    const PatchList moved = doc.patches;
+    capturePoint(0, 1, 1);
+    runWith("point.edit", {});
+    EXPECT_FALSE(doc.pointUndoReady);
+    EXPECT_EQ(doc.patches, moved);
+    expectMoveTakenBack();
+}
+
+TEST_F(WayBack, UndoOfThePointFitsTheModelAnewWhenATransformationGoesWithIt) {
+    hold({flatPatch(3, 4)});
+    capturePoint(0, 1, 1);
+    runWith("point.edit", {{"z", "0.5"}});
+    runWith("model.scaling", {{"scale", "1000"}});
+    ASSERT_GT(doc.boxMax.x, 1000.0);
+    forget();
+    run("point.undo");
+    EXPECT_EQ(doc.patches[0], flatPatch(3, 4));
+    EXPECT_EQ(doc.boxMax, (zVec<double>{3, 2, 0}));
+    EXPECT_FALSE(doc.rebuildOnUndo);
+    EXPECT_THAT(viewCalls(), testing::Contains("bounds"));
+}
+
+// ---- The captured point is one of the model ---------------------------------------------------------------------------
+
+TEST_F(WayBack, RebreakTakesTheCapturedPointAlongAndKeepsItInside) {
+    hold({{{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {8, 0, 0}}, {{0, 1, 0}, {1, 1, 0}, {2, 1, 0}, {8, 1, 0}}}});
+    captureSection(0, 1);
+    capturePoint(0, 1, 2);
+    runWith("line.rebreak", {{"newCount", "5"}, {"function", "2"}});
+    ASSERT_EQ(doc.patches[0][1].size(), 5U);
+    EXPECT_EQ(doc.patches[0][1][2], (zVec<double>{4, 1, 0}));
+    EXPECT_EQ(doc.capture->capturedPointPos, (zVec<double>{4, 1, 0}));
+    EXPECT_EQ(doc.capture->pickedPoint, (zVec<double>{4, 1, 0})) << "what Edit shows, and writes with OK";
+    runWith("line.rebreak", {{"newCount", "2"}});
+    ASSERT_EQ(doc.patches[0][1].size(), 2U);
+    EXPECT_EQ(doc.capture->capturedPoint, 1) << "the last one";
+    EXPECT_EQ(doc.capture->capturedPointPos, (zVec<double>{8, 1, 0}));
+}
+
+TEST_F(WayBack, TransformationTakesAFreePointAlong) {
+    hold({flatPatch(3, 4)});
+    captureSection(0, 1);
+    run("point.free.line");
+    doc.capture.take(
+        {.target = Pick::Target::Point, .found = true, .patch = 0, .section = 2, .point = 3, .position = {3, 2, 0}});
+    ASSERT_TRUE(doc.capture.releaseFreePoint());
+    runWith("model.move", {{"deltaX", "10"}});
+    ASSERT_TRUE(doc.capture->freePointHeld);
+    EXPECT_EQ(doc.capture->capturedPointPos, (zVec<double>{13, 2, 0}));
+    EXPECT_EQ(doc.capture->pickedPoint, (zVec<double>{13, 2, 0}));
+}
+
 // The command of a drag is through before the mouse moves.
 TEST_F(WayBack, DragBehindAnotherCommandIsTakenBackAlone) {
     holdMovedGrid();
@@ -378,6 +446,28 @@ TEST_F(WayBack, LastFirstSwitchBehindAnEditOfAPointIsTakenBackAlone) {
     EXPECT_FALSE(doc.pointUndoIsNewer);
     run("patch.undo");
     EXPECT_EQ(doc.patches, edited);
+}
+
+TEST_F(WayBack, SectionTurnedRoundBehindAnotherCommandIsTakenBackAlone) {
+    holdMovedGrid();
+    const PatchList moved = doc.patches;
+    captureSection(0, 1);
+    capturePoint(0, 1, 1);
+    run("point.reverseSection");
+    ASSERT_NE(doc.patches, moved);
+    ASSERT_EQ(doc.capture->capturedPoint, 2);
+    run("patch.undo");
+    EXPECT_EQ(doc.patches, moved);
+    EXPECT_EQ(doc.capture->capturedPoint, 1);
+
+    runWith("point.edit", {{"z", "5"}});
+    const PatchList edited = doc.patches;
+    ASSERT_NE(edited, moved);
+    run("point.reverseSection");
+    ASSERT_NE(doc.patches, edited);
+    run("point.undo");
+    EXPECT_EQ(doc.patches, edited);
+    EXPECT_EQ(doc.capture->capturedPoint, 1);
 }
 
 TEST_F(WayBack, ConvertationAloneTakesNoSnapshotAndIsTakenBackByItself) {

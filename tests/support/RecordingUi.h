@@ -38,10 +38,12 @@ public:
     bool gaveUp = false;
     /// A message said that something cannot be done.
     bool refused = false;
+    std::vector<Severity> severities; ///< of the messages, in their order
 
     void showMessage(const Message& message) override {
         gaveUp = gaveUp || message.severity > Severity::Refused;
         refused = refused || message.severity == Severity::Refused;
+        severities.push_back(message.severity);
         transcript.push_back("message: " + message.text);
     }
 

@@ -123,6 +123,7 @@ namespace {
 void matchBlock(VelmoraDoc& doc, bool grid) {
     doc.beginPatchCommand(Extent::Stays);
     const auto exists = [&doc](std::int32_t k) { return k >= 0 && k < countOf(doc.patches); };
+    bool matchedAny = false;
     for (std::size_t i = 0; i + 1 < static_cast<std::size_t>(doc.blockCount); ++i) {
         const std::int32_t a = doc.blockList[i];
         const std::int32_t b = doc.blockList[i + 1];
@@ -131,9 +132,11 @@ void matchBlock(VelmoraDoc& doc, bool grid) {
         }
         if (!velmora::matchBorder(doc.patches[static_cast<std::size_t>(a)], doc.patches[static_cast<std::size_t>(b)],
                                   grid, doc.fieldOfPatch(b))) {
-            doc.ui().showMessage(message::matchingImpossible);
+            const auto [severity, text] = message::matchingImpossible;
+            doc.ui().showMessage({matchedAny ? Severity::Warning : severity, text}); // those before stay matched
             break;
         }
+        matchedAny = true;
     }
     doc.redraw();
 }

@@ -45,7 +45,9 @@ std::filesystem::path VelmoraDoc::saveTarget() const {
 
 std::string VelmoraDoc::saveTargetText() const {
     const std::filesystem::path target = saveTarget();
-    const bool plain = target.empty() || modelFile.imported || target == modelFile.openedPath;
+    // Triangles that a grid's file does not take, and a model that shows values, are not written by Save.
+    const bool saves = !fieldMode && (structureKind == StructureKind::Structured || fileKind == FileKind::None);
+    const bool plain = target.empty() || !saves || modelFile.imported || target == modelFile.openedPath;
     return plain ? std::string() : "Save writes " + target.string();
 }
 

@@ -268,18 +268,33 @@ void PastePart(VelmoraDoc& doc) {
     }
 }
 
+/// As for sections and lines that are turned round: chosen again the command takes itself back, and where an Undo
+/// stands for a command before it, that must not take back the two of them.
+void keepReversed(VelmoraDoc& doc) {
+    const bool ofPoint = doc.pointUndoReady;
+    if (!ofPoint && !doc.patchUndoReady) {
+        doc.keepForGuard();
+        return;
+    }
+    doc.beginPatchCommand(Extent::Stays);
+    if (ofPoint) {
+        doc.SavePointUndo();
+        doc.capture.savePoint();
+    }
+}
+
 void ReverseSection(VelmoraDoc& doc) {
     PointList* section = sectionOfCapturedPoint(doc);
     if (section == nullptr) {
         return;
     }
-    doc.keepForGuard();
+    keepReversed(doc);
     if (PointList* const field = doc.fieldOfSection(doc.capture->capturedPatch, doc.capture->capturedSection)) {
         std::reverse(field->begin(), field->end());
     }
     std::reverse(section->begin(), section->end());
     doc.capture.renumberPoint(doc.capture->capturedPointSection, countOf(*section) - doc.capture->capturedPoint - 1);
-    // No snapshot: the command chosen again takes it back. It is a change all the same, asked about before leaving.
+    // With a snapshot or without one it is a change, asked about before leaving.
     doc.documentModified = true;
     doc.retitle();
     doc.redraw();

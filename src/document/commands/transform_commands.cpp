@@ -40,6 +40,16 @@ bool transformModel(VelmoraDoc& doc, const PointMap& map) {
     });
 }
 
+/// What the status line says of what is still held, once the point is not.
+const std::string& statusOfRest(const VelmoraDoc& doc) {
+    static const std::string nothing = idlePrompt;
+    const CaptureState& held = *doc.capture;
+    return held.sectionCaptured ? held.sectionContinueStatus
+           : held.lineCaptured  ? held.lineContinueStatus
+           : held.patchCaptured ? held.continuePrompt
+                                : nothing;
+}
+
 /// Snapshot, work, new box. The captured point goes with the model, or its capture is dropped.
 void runTransformation(VelmoraDoc& doc, bool keepsPoint, const std::function<bool()>& work) {
     doc.beginPatchCommand(Extent::Changes);
@@ -64,7 +74,11 @@ void runTransformation(VelmoraDoc& doc, bool keepsPoint, const std::function<boo
             }
             doc.pointUndoReady = true;
         } else {
+            const bool told = doc.capture->tellsOfPoint(doc.status);
             doc.capture.dropPoint();
+            if (told) {
+                doc.ShowStatus(statusOfRest(doc));
+            }
         }
     }
     doc.updateBounds();

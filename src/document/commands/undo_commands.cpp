@@ -175,30 +175,44 @@ void takeReplacedSnapshots(DocumentState& doc) {
 }
 
 /// The command took a snapshot and has left the model as it is there.
-bool changedNothing(const DocumentState& doc) {
-    const KeptRegion& region = doc.undoRegion;
+bool changedNothing(const DocumentState& doc, const KeptPatches& patches, const KeptRegion& region,
+                    const KeptField& field) {
     const bool sameTitle = region.blocks.empty() || region.title == doc.feRegion.title;
-    // Another model, be it the same to the bit, may stand in the place of the one in the snapshot.
-    return doc.undoPath.empty() && sameTitle && doc.undoPatches.isSameAs(doc.patches) &&
-           region.blocks.isSameAs(doc.feRegion.blocks) && doc.undoField.patches.isSameAs(doc.fieldPatches);
+    return sameTitle && patches.isSameAs(doc.patches) && region.blocks.isSameAs(doc.feRegion.blocks) &&
+           field.patches.isSameAs(doc.fieldPatches);
+}
+
+/// Whether the one snapshot that the command took is of the model that is there.
+bool changedNothing(const DocumentState& doc) {
+    const ReplacedSnapshots& replaced = *doc.replaced;
+    if (replaced.patchTaken && !replaced.pointTaken) {
+        // Another model, be it the same to the bit, may stand in the place of the one in the snapshot.
+        return doc.undoPath.empty() && changedNothing(doc, doc.undoPatches, doc.undoRegion, doc.undoField);
+    }
+    // A drag takes its own before the mouse moves: that nothing has changed yet says nothing of it.
+    const bool drags = doc.capture->pointDragging || doc.capture->dragCorrectsLine;
+    return replaced.pointTaken && !replaced.patchTaken && !drags &&
+           changedNothing(doc, doc.pointUndoPatches, doc.pointUndoRegion, doc.pointUndoField);
 }
 
 /// A command that changed nothing takes away no way back: Undo would answer that it is done, and what the command
 /// before did could not be taken back any more. Of one that failed or was cancelled the mark of the model goes
 /// back too, and Undo is off where it was off; a refused one that replaces no snapshot leaves its own. `counts` are
-/// those of the moment before it.
-void leaveWayBack(DocumentState& doc, bool gaveUp, const SnapshotCounts& counts) {
+/// those of the moment before it, `before` what was captured then.
+void leaveWayBack(DocumentState& doc, bool gaveUp, const SnapshotCounts& counts, const CaptureState& before) {
     const ReplacedSnapshots& replaced = *doc.replaced;
-    // The numbers that Undo of the point goes back to are those of this command, if it took a snapshot for that too.
-    // And a drag takes its own before the mouse moves: that nothing has changed yet says nothing of it.
-    const bool settled = replaced.patchTaken && !replaced.pointTaken;
     const bool hadOne = replaced.patchReady || replaced.pointReady;
-    if (!settled || !(gaveUp || hadOne) || !changedNothing(doc)) {
+    if (!(gaveUp || hadOne) || !changedNothing(doc)) {
         return;
     }
-    const bool pointReady = doc.pointUndoReady;
+    const bool pointReady = doc.pointUndoReady; // the command may have left the regime of the point
+    const bool hadPoint = replaced.pointReady;
+    const bool ofPoint = replaced.pointTaken;
     takeReplacedSnapshots(doc);
-    doc.pointUndoReady = pointReady; // the command may have left the regime of the point
+    doc.pointUndoReady = ofPoint ? pointReady && hadPoint : pointReady;
+    if (ofPoint) {
+        doc.capture.returnToSaved(before);
+    }
     if (gaveUp) {
         doc.documentModified = replaced.modified;
     }
@@ -231,6 +245,7 @@ void VelmoraDoc::runCommand(CommandRun command, const std::function<bool()>& gav
     const std::filesystem::path target = saveTarget();
     const std::string targetText = saveTargetText();
     const SnapshotCounts counts = snapshotCounts;
+    const CaptureState held = *capture;
     replaced.emplace();
     replaced->patchReady = patchUndoReady;
     replaced->pointReady = pointUndoReady;
@@ -247,9 +262,13 @@ void VelmoraDoc::runCommand(CommandRun command, const std::function<bool()>& gav
             if (!resultIsFinite(*this)) {
                 throw NotFinite();
             }
+            if (replaced->patchTaken || replaced->pointTaken) {
+                keepPointTrue(*this);
+                refillStatus();
+            }
             tellSaveTarget(target, targetText);
         }
-        leaveWayBack(*this, gaveUp && gaveUp(), counts);
+        leaveWayBack(*this, gaveUp && gaveUp(), counts, held);
     } catch (const NotFinite&) {
         // The guard has put the model back.
         takeReplacedSnapshots(*this);
@@ -316,7 +335,12 @@ void VelmoraDoc::UndoPoint() {
     patchUndoReady = false;
     capture.showPoint();
     ShowStatus(capture->pointContinueStatus);
-    redraw();
+    if (rebuildOnUndo) { // what moved the model stood behind the snapshot
+        updateBounds();
+        rebuildOnUndo = false;
+    } else {
+        redraw();
+    }
     clearSnapshots(*this); // last: until then a guard finds the model that goes there
 }
 

@@ -144,16 +144,6 @@ TEST_F(ExitPoint, WithAPatchCapturedOrArmedComesBackToPatchMode) {
     }
 }
 
-TEST_F(ExitPoint, OnALineNoLongerTellsOfThePoint) {
-    captureLine(0, 2);
-    capturePoint(0, 1, 2);
-    doc.capture.describePoint(true);
-    doc.status = doc.capture->pointContinueStatus;
-    heard();
-    call("point.exit");
-    EXPECT_EQ(doc.status, doc.capture->continuePrompt);
-}
-
 TEST_F(ExitPoint, OnALineResetsTheMouseAndKeepsTheLine) {
     captureLine(0, 2);
     capturePoint(0, 1, 2);

@@ -84,9 +84,6 @@ void VelmoraDoc::ExitPointRegime() {
         ShowStatus(capture->continuePrompt);
     } else {
         resetMouseMode();
-        if (capture->lineCaptured && capture->tellsOfPoint(status)) {
-            ShowStatus(capture->continuePrompt);
-        }
     }
     redrawPicture(); // the geometry is the same: a command that changed it tells so by itself
     refillStatus();

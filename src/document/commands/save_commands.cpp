@@ -45,8 +45,8 @@ std::filesystem::path VelmoraDoc::saveTarget() const {
 
 std::string VelmoraDoc::saveTargetText() const {
     const std::filesystem::path target = saveTarget();
-    // Triangles that a grid's file does not take, and a model that shows values, are not written by Save.
-    const bool saves = !fieldMode && (structureKind == StructureKind::Structured || fileKind == FileKind::None);
+    // Triangles for which the file of a grid has no room are not written by Save.
+    const bool saves = structureKind == StructureKind::Structured || fileKind == FileKind::None;
     const bool plain = target.empty() || !saves || modelFile.imported || target == modelFile.openedPath;
     return plain ? std::string() : "Save writes " + target.string();
 }

@@ -382,6 +382,19 @@ TEST_F(WayBack, UndoOfThePointFitsTheModelAnewWhenATransformationGoesWithIt) {
     EXPECT_THAT(viewCalls(), testing::Contains("bounds"));
 }
 
+TEST_F(WayBack, UndoOfThePointLeavesTheViewWhereTheTransformationCameBefore) {
+    holdMovedGrid();
+    const PatchList moved = doc.patches;
+    const zVec<double> upper = doc.boxMax;
+    capturePoint(0, 1, 1);
+    runWith("point.edit", {{"z", "0.5"}});
+    forget();
+    run("point.undo");
+    EXPECT_EQ(doc.patches, moved);
+    EXPECT_EQ(doc.boxMax, upper);
+    EXPECT_THAT(viewCalls(), testing::Not(testing::Contains("bounds")));
+}
+
 // ---- The captured point is one of the model ---------------------------------------------------------------------------
 
 TEST_F(WayBack, RebreakTakesTheCapturedPointAlongAndKeepsItInside) {

@@ -335,9 +335,8 @@ void VelmoraDoc::UndoPoint() {
     patchUndoReady = false;
     capture.showPoint();
     ShowStatus(capture->pointContinueStatus);
-    if (rebuildOnUndo) { // what moved the model stood behind the snapshot
+    if (std::exchange(rebuildOnUndo, false) && !pointUndoIsNewer) { // what moved the model came behind the snapshot
         updateBounds();
-        rebuildOnUndo = false;
     } else {
         redraw();
     }
